@@ -1,0 +1,51 @@
+# Sourced by run, test and .ci/run from the project's root: installs what the build needs and this machine lacks.
+# With everything in place it only looks, and needs no network.
+
+say() { printf '==> %s\n' "$*"; }
+
+as_root() {
+    if [ "$(id -u)" -eq 0 ]; then "$@"; else sudo "$@"; fi
+}
+
+# install_packages PACKAGE…: those that are missing, by apt-get on Debian and by Homebrew on a Mac.
+install_packages() {
+    local missing=() package
+    for package in "$@"; do
+        if [ "$(uname)" = Darwin ]; then
+            brew list --versions "$package" >/dev/null 2>&1 || missing+=("$package")
+        else
+            dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null | grep -qx installed || missing+=("$package")
+        fi
+    done
+    [ ${#missing[@]} -eq 0 ] && return
+    say "Installing ${missing[*]}"
+    if [ "$(uname)" = Darwin ]; then
+        brew install --quiet "${missing[@]}"
+    else
+        as_root apt-get update -qq
+        as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
+    fi
+}
+
+install_build_packages() {
+    if [ "$(uname)" = Darwin ]; then
+        install_packages cmake ninja pkg-config qt qcoro nlohmann-json libplist
+    else
+        install_packages g++ cmake ninja-build pkg-config qt6-base-dev qcoro-qt6-dev nlohmann-json3-dev libplist-dev
+    fi
+}
+
+install_test_packages() {
+    if [ "$(uname)" = Darwin ]; then install_packages googletest; else install_packages libgtest-dev libgmock-dev; fi
+}
+
+# build PRESET: configures once and builds what has changed; the output is shown when it fails.
+build() {
+    local folder=build/$1 log=build/$1.log
+    mkdir -p build
+    say "Building ($1, log in $log)"
+    if ! { { [ -f "$folder/build.ninja" ] || cmake --preset "$1"; } && cmake --build --preset "$1"; } >"$log" 2>&1; then
+        tail -n 60 "$log"
+        exit 1
+    fi
+}
