@@ -1,0 +1,27 @@
+#include "core/AdminScript.h"
+
+#include "core/Quoting.h"
+
+namespace quorvane {
+
+using namespace Qt::StringLiterals;
+
+QStringList makeAdminCommandsTolerant(const QStringList& commands) {
+    QStringList tolerant;
+    for (const QString& command : commands) {
+        const bool mayFail = command.contains(u"mdutil"_s) || command.contains(u"tmutil"_s);
+        tolerant.append(mayFail ? command + u" || true"_s : command);
+    }
+    return tolerant;
+}
+
+QString joinedAdminCommands(const QStringList& commands) {
+    return commands.join(u" ; "_s);
+}
+
+QString adminScriptSource(const QString& shellLine, const QString& prompt) {
+    return u"do shell script \""_s + appleScriptText(shellLine) + u"\" with prompt \""_s +
+           appleScriptText(prompt) + u"\" with administrator privileges"_s;
+}
+
+} // namespace quorvane

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+namespace quorvane {
+
+// The text of an administrator run. Everything that needs root goes into one shell line under one prompt, so
+// one command's failure must not take the others with it.
+
+/// Each command that contains "mdutil" or "tmutil" gets " || true" behind it: these two fail on many Macs for
+/// reasons that say nothing about the rest of the line. The others and the order stay as they are.
+QStringList makeAdminCommandsTolerant(const QStringList& commands);
+
+/// The commands joined by " ; ": each runs whatever the one before it did, and the last one's status counts.
+QString joinedAdminCommands(const QStringList& commands);
+
+/// The AppleScript that runs a shell line as root.
+/// @param prompt  shown in the authorization dialog; must not hold a double quote
+QString adminScriptSource(const QString& shellLine, const QString& prompt);
+
+} // namespace quorvane

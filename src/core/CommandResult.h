@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QString>
+
+#include <cstdint>
+
+namespace quorvane {
+
+/// The outcome of one command or administrator run.
+struct CommandResult {
+    /// The exit status. 1 for a launch failure and for a failed administrator run, 0 for a command queued
+    /// into a batch, 128 and the signal's number for a tool ended by a signal.
+    std::int32_t status = 0;
+    QString standardOutput; ///< empty if not captured or not UTF-8
+    QString standardError;  ///< as the output; the system's message for a launch or administrator failure
+};
+
+} // namespace quorvane

@@ -1,0 +1,151 @@
+#pragma once
+
+#include <nlohmann/json.hpp>
+
+#include <QByteArray>
+#include <QDateTime>
+#include <QList>
+#include <QMap>
+#include <QString>
+#include <QUuid>
+
+#include <exception>
+#include <optional>
+
+// JSON files, strictly.
+//
+// A record has a pair of functions beside it: `Json encodeJson(const Record&)` and `void decodeJson(const
+// Json&, Record&)`. They are built of the pairs below and of the members' helpers, so that every error names
+// the way to its place in the file: "startup.items[3].kind". A value of another type is an error; nothing is
+// converted.
+namespace quorvane {
+
+/// JSON whose objects keep their keys in the order in which they were written.
+using Json = nlohmann::ordered_json;
+
+/// A file or value that isn't what it should be.
+class DecodingError : public std::exception {
+public:
+    /// @param problem  "missing", "not a string"
+    /// @param key      the key at fault with the way to it; empty when it is the whole text
+    explicit DecodingError(const QString& problem, const QString& key = {});
+
+    QString key() const { return m_key; }
+    /// `"startup.items[3].kind": unknown value "x"`, on one line.
+    QString message() const { return QString::fromUtf8(m_text); }
+    const char* what() const noexcept override { return m_text.constData(); }
+    /// The same error, seen from the object or array that holds the value. @param step  "startup" or "[3]"
+    DecodingError within(const QString& step) const;
+
+private:
+    QString m_problem;
+    QString m_key;
+    QByteArray m_text;
+};
+
+/// A record that no file can hold.
+class EncodingError : public std::exception {
+public:
+    explicit EncodingError(const QString& text)
+        : m_text(text.toUtf8()) {}
+
+    QString message() const { return QString::fromUtf8(m_text); }
+    const char* what() const noexcept override { return m_text.constData(); }
+
+private:
+    QByteArray m_text;
+};
+
+/// Reads a JSON text (UTF-8) in time linear in its size. Of two members with one key the first counts.
+/// Throws DecodingError for anything that isn't JSON, and for nesting deeper than 512.
+Json parseJson(const QByteArray& bytes);
+
+/// The text of a JSON file: UTF-8, pretty-printed with an indent of two blanks.
+QByteArray jsonText(const Json& json);
+
+/// The member of an object; nullptr where it is absent. Throws DecodingError for what isn't an object.
+const Json* findMember(const Json& object, const char* key);
+
+/// Adds a member at the end of an object. The key must be new; that isn't looked up.
+void appendMember(Json& object, std::string key, Json value);
+
+/// A text of a file as an error shows it: quoted, shortened, on one line.
+QString quotedForError(const QString& text);
+
+Json encodeJson(bool value);
+Json encodeJson(const QString& text);
+Json encodeJson(const char* text) = delete;
+/// ISO 8601 in UTC at whole seconds: "2026-11-15T21:05:37Z". Throws EncodingError for a date outside the
+/// years 1 to 9999.
+Json encodeJson(const QDateTime& date);
+/// The 36 characters of a UUID, in upper case.
+Json encodeJson(const QUuid& id);
+Json encodeJson(const QMap<QString, QString>& texts);
+
+// Each throws DecodingError.
+void decodeJson(const Json& json, bool& value);
+void decodeJson(const Json& json, QString& text);
+/// Exactly the form that encodeJson writes.
+void decodeJson(const Json& json, QDateTime& date);
+/// Exactly the 36 characters, in either case.
+void decodeJson(const Json& json, QUuid& id);
+void decodeJson(const Json& json, QMap<QString, QString>& texts);
+void requireArray(const Json& json);
+
+template <typename T>
+Json encodeJson(const QList<T>& values) {
+    Json array = Json::array();
+    for (const T& value : values)
+        array.push_back(encodeJson(value));
+    return array;
+}
+
+template <typename T>
+void decodeJson(const Json& json, QList<T>& values) {
+    requireArray(json);
+    values.clear();
+    values.reserve(static_cast<qsizetype>(json.size()));
+    for (const Json& element : json) {
+        try {
+            decodeJson(element, values.emplaceBack());
+        } catch (const DecodingError& error) {
+            throw error.within(QStringLiteral("[%1]").arg(values.size() - 1));
+        }
+    }
+}
+
+template <typename T>
+T decodedValue(const Json& json) {
+    T value{};
+    decodeJson(json, value);
+    return value;
+}
+
+template <typename T>
+T decodedMember(const Json& member, const char* key) {
+    try {
+        return decodedValue<T>(member);
+    } catch (const DecodingError& error) {
+        throw error.within(QString::fromUtf8(key));
+    }
+}
+
+/// A member that must be there.
+template <typename T>
+T requiredMember(const Json& object, const char* key) {
+    const Json* member = findMember(object, key);
+    if (member == nullptr)
+        throw DecodingError(QStringLiteral("missing"), QString::fromUtf8(key));
+    return decodedMember<T>(*member, key);
+}
+
+/// A member that may be absent; null counts as absent.
+template <typename T>
+std::optional<T> optionalMember(const Json& object, const char* key) {
+    const Json* member = findMember(object, key);
+    if (member == nullptr || member->is_null())
+        return std::nullopt;
+    return decodedMember<T>(*member, key);
+}
+
+} // namespace quorvane

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <QVariantMap>
+
+namespace quorvane {
+
+/// A scan or an apply has told which configuration this Mac is in.
+/// "matchName": the configuration's name; missing when none fits. "matchKind": "profile", "mode", or empty
+/// for none.
+inline const QString kQuorvaneSystemVerified = QStringLiteral("QuorvaneSystemVerified");
+
+/// The application-wide notifications. Main thread; observers are called before `post` returns.
+class NotificationCenter : public QObject {
+    Q_OBJECT
+
+public:
+    using QObject::QObject;
+
+    void post(const QString& name, const QVariantMap& userInfo) { Q_EMIT posted(name, userInfo); }
+
+Q_SIGNALS:
+    void posted(const QString& name, const QVariantMap& userInfo);
+};
+
+} // namespace quorvane

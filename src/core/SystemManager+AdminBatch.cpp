@@ -1,0 +1,83 @@
+#include "core/SystemManager.h"
+
+#include "core/AdminScript.h"
+#include "platform/ScriptEngine.h"
+
+#include <QCoroFuture>
+#include <QCoroTask>
+
+#include <utility>
+
+namespace quorvane {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Shown while the system may still hold the authorization of an earlier run.
+const QString kNeutralPrompt = u"Quorvane is applying system changes."_s;
+
+} // namespace
+
+QCoro::Task<CommandResult> SystemManager::executeAdminScript(QString script, QString prompt) {
+    const QString shownPrompt = m_adminAuthorizationFlag ? kNeutralPrompt : prompt;
+    if (shownPrompt.contains(u'"')) {
+        // A profile's name can come from somebody else's file: a quote in it would end the prompt's literal,
+        // and what follows would be script.
+        m_adminAuthorizationFlag = false;
+        co_return CommandResult{
+            1, {}, u"The authorization prompt can't contain a double quote: "_s + shownPrompt};
+    }
+    const ScriptOutcome outcome = co_await m_host.scripts.run(adminScriptSource(script, shownPrompt));
+    m_adminAuthorizationFlag = outcome.result.has_value();
+    if (outcome.result) {
+        co_return CommandResult{0, *outcome.result, {}};
+    }
+    co_return CommandResult{1, {}, outcome.errorMessage.value_or(u"Unknown error"_s)};
+}
+
+QCoro::Task<CommandResult> SystemManager::runAdminCommand(QString script, QString prompt) {
+    if (m_adminBatchDepth < 1) {
+        co_return co_await executeAdminScript(std::move(script), std::move(prompt));
+    }
+    m_adminCommandBatch.append(script);
+    co_return CommandResult{};
+}
+
+void SystemManager::beginAdminBatch() {
+    if (m_adminBatchDepth == 0) {
+        m_adminCommandBatch.clear();
+    }
+    ++m_adminBatchDepth;
+}
+
+void SystemManager::queueAdminCommands(const QStringList& commands) {
+    m_adminCommandBatch.append(joinedAdminCommands(makeAdminCommandsTolerant(commands)));
+}
+
+QCoro::Task<bool> SystemManager::finishAdminBatch(QString prompt) {
+    const bool succeeded = co_await flushAdminBatch(std::move(prompt));
+    closeAdminBatch();
+    co_return succeeded;
+}
+
+QCoro::Task<bool> SystemManager::flushAdminBatch(QString prompt) {
+    if (m_adminCommandBatch.isEmpty()) {
+        co_return true;
+    }
+    const QString line = joinedAdminCommands(std::exchange(m_adminCommandBatch, {}));
+    const CommandResult result = co_await executeAdminScript(line, std::move(prompt));
+    if (result.status != 0) {
+        log(u"  [ERROR] Administrator authorization was cancelled or failed: "_s + result.standardError);
+        co_return false;
+    }
+    co_return true;
+}
+
+void SystemManager::closeAdminBatch() {
+    if (m_adminBatchDepth >= 1) {
+        --m_adminBatchDepth;
+    }
+}
+
+} // namespace quorvane

@@ -1,0 +1,34 @@
+#include "profiles/ProfileNames.h"
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace quorvane {
+
+QString sanitizedProfileName(const QString& name) {
+    QString sanitized = name.trimmed();
+    const auto isSeparator = [](QChar character) {
+        return character == u'/' || character == u':' || character == u'\\';
+    };
+    std::replace_if(sanitized.begin(), sanitized.end(), isSeparator, QChar(u'-'));
+    return sanitized;
+}
+
+bool isProfileFileName(const QString& name) {
+    // A path ends at a null character. "." and ".." are ordinary here: the extension follows.
+    return !name.isEmpty() && !name.contains(QChar::Null) && name == sanitizedProfileName(name);
+}
+
+QString profileNameKey(const QString& name) {
+    return name.normalized(QString::NormalizationForm_C).toLower();
+}
+
+QString uniqueProfileName(const QString& base, const QSet<QString>& usedLowercasedNames) {
+    QString candidate = base;
+    for (int number = 2; usedLowercasedNames.contains(profileNameKey(candidate)); ++number)
+        candidate = base + u' ' + QString::number(number);
+    return candidate;
+}
+
+} // namespace quorvane

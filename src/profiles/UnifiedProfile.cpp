@@ -1,0 +1,41 @@
+#include "profiles/UnifiedProfile.h"
+
+using namespace Qt::StringLiterals;
+
+namespace quorvane {
+
+namespace {
+
+UnifiedProfile makeDefaultProfile() {
+    UnifiedProfile profile;
+    profile.id = QUuid(u"00000000-0000-0000-0000-000000000001"_s);
+    profile.name = u"Default"_s;
+    // The reference date of the Mac's clock, so that it sorts behind every saved profile.
+    profile.dateCreated = QDateTime(QDate(2001, 1, 1), QTime(0, 0), Qt::UTC);
+    return profile;
+}
+
+} // namespace
+
+bool UnifiedProfile::hasSameContent(const UnifiedProfile& other) const {
+    return name == other.name && settings == other.settings && startup == other.startup;
+}
+
+const UnifiedProfile& UnifiedProfile::defaultProfile() {
+    static const UnifiedProfile profile = makeDefaultProfile();
+    return profile;
+}
+
+size_t qHash(const UnifiedProfile& profile, size_t seed) {
+    return qHash(profile.id, seed);
+}
+
+bool isDefaultProfileName(const QString& name) {
+    return name.compare(u"Default"_s, Qt::CaseInsensitive) == 0;
+}
+
+bool isDefaultProfile(const UnifiedProfile& profile) {
+    return isDefaultProfileName(profile.name);
+}
+
+} // namespace quorvane
