@@ -1,0 +1,51 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+
+#include <exception>
+
+namespace quorvane {
+
+/// A file operation that failed.
+class FileError : public std::exception {
+public:
+    /// @param path    the file or folder, as the Mac sees it
+    /// @param reason  the system's own words: "No such file or directory"
+    FileError(const QString& path, const QString& reason)
+        : m_text((path + QStringLiteral(": ") + reason).toUtf8()) {}
+
+    QString message() const { return QString::fromUtf8(m_text); }
+    const char* what() const noexcept override { return m_text.constData(); }
+
+private:
+    QByteArray m_text;
+};
+
+/// Files and folders, by absolute paths as the Mac sees them. Main thread; every operation is synchronous.
+class FileManager {
+public:
+    FileManager() = default;
+    FileManager(const FileManager&) = delete;
+    FileManager& operator=(const FileManager&) = delete;
+    virtual ~FileManager() = default;
+
+    /// True for a file or folder that can be reached; links are followed.
+    virtual bool exists(const QString& path) const = 0;
+    /// The names in a folder, hidden ones included, in the order in which the system gives them. Throws FileError.
+    virtual QStringList list(const QString& folder) const = 0;
+    /// Throws FileError.
+    virtual QByteArray read(const QString& path) const = 0;
+    /// Writes beside the file and puts it in place in one step, so that the old content survives every failure.
+    /// A symbolic link at the path is replaced, not followed. Throws FileError.
+    virtual void writeAtomically(const QString& path, const QByteArray& bytes) = 0;
+    /// Renames within a volume; an existing file at the new path is replaced. Throws FileError.
+    virtual void move(const QString& from, const QString& to) = 0;
+    /// Removes a file, a link or an empty folder. Throws FileError.
+    virtual void remove(const QString& path) = 0;
+    /// Creates a folder with its parents; one that exists is fine. Throws FileError.
+    virtual void createFolders(const QString& folder) = 0;
+};
+
+} // namespace quorvane

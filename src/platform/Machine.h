@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QString>
+
+namespace quorvane {
+
+/// What the program needs to know of the computer and its user. Nothing here changes while the program runs.
+class Machine {
+public:
+    Machine() = default;
+    Machine(const Machine&) = delete;
+    Machine& operator=(const Machine&) = delete;
+    virtual ~Machine() = default;
+
+    /// "/Users/alex", without a "/" at the end.
+    virtual QString homeFolder() const = 0;
+    /// The user's Application Support folder, without a "/" at the end.
+    virtual QString applicationSupportFolder() const = 0;
+};
+
+} // namespace quorvane

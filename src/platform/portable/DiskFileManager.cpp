@@ -1,0 +1,78 @@
+#include "platform/portable/DiskFileManager.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QTemporaryFile>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+
+namespace quorvane {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+[[noreturn]] void fail(const QString& path, int errorNumber) {
+    throw FileError(path, QString::fromLocal8Bit(std::strerror(errorNumber)));
+}
+
+void rename(const QString& from, const QString& to, const QString& blamed) {
+    if (std::rename(QFile::encodeName(from).constData(), QFile::encodeName(to).constData()) != 0) {
+        fail(blamed, errno);
+    }
+}
+
+} // namespace
+
+bool DiskFileManager::exists(const QString& path) const { return QFileInfo::exists(path); }
+
+QStringList DiskFileManager::list(const QString& folder) const {
+    const QFileInfo info(folder);
+    if (!info.isDir() || !info.isReadable()) {
+        fail(folder, info.exists() ? (info.isDir() ? EACCES : ENOTDIR) : ENOENT);
+    }
+    return QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Unsorted);
+}
+
+QByteArray DiskFileManager::read(const QString& path) const {
+    if (QFileInfo(path).isDir()) {
+        fail(path, EISDIR);
+    }
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        throw FileError(path, file.errorString());
+    }
+    const QByteArray bytes = file.readAll();
+    if (file.error() != QFileDevice::NoError) {
+        throw FileError(path, file.errorString());
+    }
+    return bytes;
+}
+
+void DiskFileManager::writeAtomically(const QString& path, const QByteArray& bytes) {
+    QTemporaryFile beside(QFileInfo(path).path() + u"/.quorvane.XXXXXX"_s);
+    if (!beside.open() || beside.write(bytes) != bytes.size() || !beside.flush()) {
+        throw FileError(path, beside.errorString());
+    }
+    rename(beside.fileName(), path, path);
+    beside.setAutoRemove(false);
+}
+
+void DiskFileManager::move(const QString& from, const QString& to) { rename(from, to, from); }
+
+void DiskFileManager::remove(const QString& path) {
+    if (std::remove(QFile::encodeName(path).constData()) != 0) {
+        fail(path, errno);
+    }
+}
+
+void DiskFileManager::createFolders(const QString& folder) {
+    if (!QDir().mkpath(folder)) {
+        throw FileError(folder, u"The folder can't be created"_s);
+    }
+}
+
+} // namespace quorvane

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "platform/FileManager.h"
+
+namespace quorvane {
+
+/// The files of the computer that the program runs on.
+class DiskFileManager final : public FileManager {
+public:
+    bool exists(const QString& path) const override;
+    QStringList list(const QString& folder) const override;
+    QByteArray read(const QString& path) const override;
+    void writeAtomically(const QString& path, const QByteArray& bytes) override;
+    void move(const QString& from, const QString& to) override;
+    void remove(const QString& path) override;
+    void createFolders(const QString& folder) override;
+};
+
+} // namespace quorvane

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "platform/FileManager.h"
+
+#include <optional>
+
+namespace quorvane {
+
+/// What goes wrong with the program's own files on purpose. Changes (writes, moves, removals, new folders) are counted
+/// from 1.
+struct FileFaults {
+    std::optional<int> failingChange; ///< this change and every later one fails
+    QString reason;                   ///< the system's words: "No space left on device"
+    std::optional<int> killingChange; ///< the process dies when it is about to make this change
+};
+
+/// Reads the rules for files from a file of faults, in which they stand beside those for tools:
+///
+///     {"adapter": "files", "change": 2, "error": "No space left on device"}
+///     {"adapter": "files", "change": 1, "kill": true}
+///
+/// No file is no faults. Throws std::invalid_argument.
+FileFaults fileFaultsFromFile(const QString& hostPath);
+
+/// Any file manager, with faults on request.
+class FaultyFileManager final : public FileManager {
+public:
+    FaultyFileManager(FileManager& files, FileFaults faults);
+
+    bool exists(const QString& path) const override { return m_files.exists(path); }
+    QStringList list(const QString& folder) const override { return m_files.list(folder); }
+    QByteArray read(const QString& path) const override { return m_files.read(path); }
+    void writeAtomically(const QString& path, const QByteArray& bytes) override;
+    void move(const QString& from, const QString& to) override;
+    void remove(const QString& path) override;
+    void createFolders(const QString& folder) override;
+
+private:
+    void beforeChange(const QString& path);
+
+    FileManager& m_files;
+    FileFaults m_faults;
+    int m_changes = 0;
+};
+
+} // namespace quorvane

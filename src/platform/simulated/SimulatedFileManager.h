@@ -1,0 +1,25 @@
+#pragma once
+
+#include "platform/FileManager.h"
+#include "simulator/Volume.h"
+
+namespace quorvane {
+
+/// The files of a simulated Mac, as its user sees them.
+class SimulatedFileManager final : public FileManager {
+public:
+    explicit SimulatedFileManager(macsim::Volume volume);
+
+    bool exists(const QString& path) const override;
+    QStringList list(const QString& folder) const override;
+    QByteArray read(const QString& path) const override;
+    void writeAtomically(const QString& path, const QByteArray& bytes) override;
+    void move(const QString& from, const QString& to) override;
+    void remove(const QString& path) override;
+    void createFolders(const QString& folder) override;
+
+private:
+    macsim::Volume m_volume;
+};
+
+} // namespace quorvane

@@ -1,0 +1,45 @@
+#include "platform/simulated/SimulatedHost.h"
+
+#include "simulator/MacSkeleton.h"
+
+namespace quorvane {
+
+using namespace Qt::StringLiterals;
+
+SimulatedHost::SimulatedHost(const QString& macFolder, AuthorizationPrompt& authorization,
+                             const SimulatedHostOptions& options)
+    : m_mac(macFolder)
+    , m_environment(simulatedEnvironment(m_mac, options))
+    , m_files(m_mac.volume(macsim::Actor::User))
+    , m_faultyFiles(m_files, fileFaultsFromFile(options.faultsFile))
+    , m_defaults(m_mac)
+    , m_machine(m_mac)
+    , m_commands(m_mac.hostFolder() + u"/usr/bin/env"_s, m_environment)
+    , m_scripts(m_mac.hostFolder() + u"/usr/libexec/scriptengine"_s, m_environment, authorization) {
+    macsim::relinkCommands(m_mac.hostFolder(), options.program);
+}
+
+Host SimulatedHost::host() { return {m_commands, m_scripts, m_faultyFiles, m_defaults, m_machine}; }
+
+void SimulatedHost::shutDown() {
+    m_commands.shutDown();
+    m_scripts.shutDown();
+}
+
+QProcessEnvironment simulatedEnvironment(const macsim::Mac& mac, const SimulatedHostOptions& options) {
+    QProcessEnvironment environment;
+    environment.insert(u"HOME"_s, mac.homeFolder(macsim::Actor::User));
+    environment.insert(u"LANG"_s, u"en_US.UTF-8"_s);
+    environment.insert(u"PATH"_s, u"/usr/bin:/bin:/usr/sbin:/sbin"_s);
+    environment.insert(u"TMPDIR"_s, mac.temporaryFolder());
+    environment.insert(u"USER"_s, mac.machine().userName);
+    if (!options.faultsFile.isEmpty()) {
+        environment.insert(u"MACSIM_FAULTS"_s, options.faultsFile);
+    }
+    if (!options.journalFile.isEmpty()) {
+        environment.insert(u"MACSIM_JOURNAL"_s, options.journalFile);
+    }
+    return environment;
+}
+
+} // namespace quorvane

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "platform/Host.h"
+#include "platform/portable/ProcessCommandLauncher.h"
+#include "platform/simulated/AuthorizationPrompt.h"
+#include "platform/simulated/FaultyFileManager.h"
+#include "platform/simulated/SimulatedFileManager.h"
+#include "platform/simulated/SimulatedMachine.h"
+#include "platform/simulated/SimulatedScriptEngine.h"
+#include "platform/simulated/SimulatedUserDefaults.h"
+#include "simulator/Mac.h"
+
+namespace quorvane {
+
+/// What a simulated host is made with, beside the Mac's folder. Paths are the host's; empty ones are left out.
+struct SimulatedHostOptions {
+    QString program;     ///< the `macsim` program; the Mac's commands are made to lead to it where they lead elsewhere
+    QString faultsFile;  ///< what goes wrong on purpose; see macsim::Faults and FileFaults
+    QString journalFile; ///< a further file for the journal
+};
+
+/// All ports, connected to one simulated Mac.
+class SimulatedHost {
+public:
+    /// Throws std::exception when the folder holds no simulated Mac or the faults can't be read.
+    SimulatedHost(const QString& macFolder, AuthorizationPrompt& authorization, const SimulatedHostOptions& options);
+
+    const macsim::Mac& mac() const { return m_mac; }
+    Host host();
+    /// Ends all children and scripts; see CommandLauncher::shutDown.
+    void shutDown();
+
+private:
+    macsim::Mac m_mac;
+    QProcessEnvironment m_environment;
+    SimulatedFileManager m_files;
+    FaultyFileManager m_faultyFiles;
+    SimulatedUserDefaults m_defaults;
+    SimulatedMachine m_machine;
+    ProcessCommandLauncher m_commands;
+    SimulatedScriptEngine m_scripts;
+};
+
+/// The environment of a process of the simulated Mac's user.
+QProcessEnvironment simulatedEnvironment(const macsim::Mac& mac, const SimulatedHostOptions& options);
+
+} // namespace quorvane
