@@ -1,0 +1,10 @@
+#pragma once
+
+#include <nlohmann/json.hpp>
+
+namespace macsim {
+
+/// JSON whose objects keep their keys in the order in which they were written.
+using Json = nlohmann::ordered_json;
+
+} // namespace macsim

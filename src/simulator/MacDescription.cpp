@@ -1,0 +1,158 @@
+#include "simulator/MacDescription.h"
+
+#include "simulator/Mac.h"
+#include "simulator/MacSkeleton.h"
+#include "simulator/PreferenceStore.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+
+#include <algorithm>
+#include <array>
+#include <stdexcept>
+#include <string_view>
+
+namespace macsim {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QString text(const Json& json) { return QString::fromStdString(json.get<std::string>()); }
+
+PropertyList::Dictionary dictionary(const Json& json) {
+    const PropertyList list = propertyListFromJson(json);
+    const auto* values = list.as<PropertyList::Dictionary>();
+    if (!values) {
+        throw std::invalid_argument("preferences of a domain are an object");
+    }
+    return *values;
+}
+
+void writePreferences(const Mac& mac, Actor actor, PreferenceHost host, const Json& domains) {
+    const PreferenceStore store(mac, mac.volume(actor));
+    for (const auto& [domain, values] : domains.items()) {
+        const PreferenceDomain place{QString::fromStdString(domain), host};
+        if (store.writeDomain(place, dictionary(values)) != PreferenceStore::Outcome::Done) {
+            throw std::runtime_error("the preferences \"" + domain + "\" can't be written");
+        }
+    }
+}
+
+void writeAllPreferences(const Mac& mac, const Json& preferences) {
+    for (const auto& [scope, domains] : preferences.items()) {
+        if (scope == "user") {
+            writePreferences(mac, Actor::User, PreferenceHost::Any, domains);
+        } else if (scope == "userCurrentHost") {
+            writePreferences(mac, Actor::User, PreferenceHost::Current, domains);
+        } else if (scope == "root" || scope == "files") {
+            writePreferences(mac, Actor::Root, PreferenceHost::Any, domains);
+        } else {
+            throw std::invalid_argument("\"preferences\": unknown scope \"" + scope + '"');
+        }
+    }
+}
+
+/// Where a description puts something on the host. It may fill the sealed system, which no actor may write, so it
+/// goes by the folder itself and takes no "..".
+QString hostPathOf(const Mac& mac, const Json& entry) {
+    const QString path = text(entry.is_string() ? entry : entry.at("path"));
+    if (!path.startsWith(u'/') || QDir::cleanPath(path) != path) {
+        throw std::invalid_argument("not a plain absolute path: " + path.toStdString());
+    }
+    return mac.hostFolder() + path;
+}
+
+void makeParent(const QString& hostPath) {
+    if (!QDir().mkpath(QFileInfo(hostPath).path())) {
+        throw std::runtime_error(hostPath.toStdString() + ": its folder can't be made");
+    }
+}
+
+QByteArray contents(const Json& file) {
+    if (file.contains("text")) {
+        return QByteArray::fromStdString(file.at("text").get<std::string>());
+    }
+    const PropertyList list = propertyListFromJson(file.at("propertyList"));
+    return file.value("format", std::string("xml")) == "binary" ? binaryPropertyList(list) : xmlPropertyList(list);
+}
+
+void makeFile(const Mac& mac, const Json& entry) {
+    QFile file(hostPathOf(mac, entry));
+    makeParent(file.fileName());
+    if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly) || file.write(contents(entry)) < 0) {
+        throw std::runtime_error(file.fileName().toStdString() + ": " + file.errorString().toStdString());
+    }
+}
+
+void makeLinkTo(const Mac& mac, const Json& entry) {
+    const QString path = hostPathOf(mac, entry);
+    makeParent(path);
+    if (!QFile::link(text(entry.at("target")), path)) {
+        throw std::runtime_error(path.toStdString() + ": the link can't be made");
+    }
+}
+
+void makeFolderAt(const Mac& mac, const Json& entry) {
+    const QString path = hostPathOf(mac, entry);
+    if (!QDir().mkpath(path)) {
+        throw std::runtime_error(path.toStdString() + ": the folder can't be made");
+    }
+}
+
+Json listOf(const Json& description, const char* key) { return description.value(key, Json::array()); }
+
+void fill(const Mac& mac, const Json& description) {
+    for (const Json& entry : listOf(description, "folders")) {
+        makeFolderAt(mac, entry);
+    }
+    for (const Json& entry : listOf(description, "files")) {
+        makeFile(mac, entry);
+    }
+    for (const Json& entry : listOf(description, "links")) {
+        makeLinkTo(mac, entry);
+    }
+    if (description.contains("preferences")) {
+        writeAllPreferences(mac, description.at("preferences"));
+    }
+    static constexpr std::array<std::string_view, 6> kNoState{"//", "machine", "preferences", "folders", "files", "links"};
+    for (const auto& [key, value] : description.items()) {
+        if (std::find(kNoState.begin(), kNoState.end(), key) == kNoState.end()) {
+            const Json state = value;
+            mac.state().update(key.c_str(), [&state](Json& current) { current = state; });
+        }
+    }
+}
+
+} // namespace
+
+Json macDescriptionFromFile(const QString& hostPath) {
+    QFile file(hostPath);
+    if (!file.open(QIODevice::ReadOnly)) {
+        throw std::runtime_error(hostPath.toStdString() + ": " + file.errorString().toStdString());
+    }
+    const QByteArray bytes = file.readAll();
+    const Json description = Json::parse(bytes.cbegin(), bytes.cend(), nullptr, false);
+    if (!description.is_object() || !description.contains("machine")) {
+        throw std::runtime_error(hostPath.toStdString() + ": not the description of a Mac");
+    }
+    return description;
+}
+
+void createMac(const QString& hostFolder, const Json& description, const QStringList& commands, const QString& program) {
+    const bool existed = QFileInfo::exists(hostFolder);
+    createMacSkeleton(hostFolder, description.at("machine"), commands, program);
+    try {
+        fill(Mac(hostFolder), description);
+    } catch (const std::exception& error) {
+        QDir(hostFolder).removeRecursively();
+        if (existed) {
+            QDir().mkpath(hostFolder);
+        }
+        throw std::runtime_error("the Mac can't be made: " + std::string(error.what()));
+    }
+}
+
+} // namespace macsim

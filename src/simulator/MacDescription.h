@@ -1,0 +1,33 @@
+#pragma once
+
+#include "simulator/Json.h"
+
+#include <QString>
+#include <QStringList>
+
+namespace macsim {
+
+// A Mac to simulate is described by one JSON object:
+//
+//     "machine"      which machine it is; see machineFromJson
+//     "preferences"  {"user" | "root": {"com.apple.dock": {"autohide": true}, …},
+//                     "userCurrentHost": {…},                       per-host preferences of the user
+//                     "files": {"/Library/Preferences/com.apple.TimeMachine": {…}}}
+//                    JSON's types become those of property lists; see propertyListFromJson
+//     "folders"      ["/Users/alex/Music/Ableton", …]
+//     "files"        [{"path": "/…", "text": "…"}, {"path": "/…", "propertyList": {…}, "format": "xml" | "binary"}]
+//     "links"        [{"path": "/…", "target": "/…"}]
+//
+// Every other key is a subject of the Mac's state and is kept as it stands: "power", "spotlight", "timeMachine",
+// "launchd", "processes", "permissions", "loginItems", … Each is described where it is used. "//" holds a remark.
+
+/// Reads a description. Throws std::runtime_error that names the file and what is wrong.
+Json macDescriptionFromFile(const QString& hostPath);
+
+/// Makes the Mac of a description in a folder of the host, which must be missing or empty.
+/// @param commands  where the Mac's commands stand: "/usr/bin/defaults"
+/// @param program   the program on the host that is every command
+/// Throws std::runtime_error; what was made until then is removed.
+void createMac(const QString& hostFolder, const Json& description, const QStringList& commands, const QString& program);
+
+} // namespace macsim

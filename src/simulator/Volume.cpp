@@ -1,0 +1,408 @@
+#include "simulator/Volume.h"
+
+#include <QCryptographicHash>
+#include <QDir>
+#include <QFile>
+#include <QTemporaryFile>
+
+#include <array>
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <utility>
+
+namespace macsim {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int kMaximumLinks = 32; // as macOS counts them before it gives ELOOP
+
+bool isAtOrBelow(const QString& path, QStringView folder) {
+    return path.startsWith(folder) && (path.size() == folder.size() || path[folder.size()] == u'/');
+}
+
+/// What System Integrity Protection and the read-only system volume keep from everybody, and what isn't the Mac's
+/// at all: the simulator's own state.
+bool isSealed(const QString& path) {
+    static constexpr std::array<QStringView, 6> kSealed{u"/System", u"/usr", u"/bin",
+                                                        u"/sbin",   u"/dev", u"/private/var/db/simulator"};
+    if (path == u"/"_s) {
+        return true;
+    }
+    if (isAtOrBelow(path, u"/usr/local")) {
+        return false;
+    }
+    for (const QStringView folder : kSealed) {
+        if (isAtOrBelow(path, folder)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+QString joined(const QStringList& components) { return u'/' + components.join(u'/'); }
+
+bool lstatPath(const QString& hostPath, struct stat& info) {
+    return ::lstat(QFile::encodeName(hostPath).constData(), &info) == 0;
+}
+
+void require(bool succeeded, const QString& path) {
+    if (!succeeded) {
+        throw FileError(errno, path);
+    }
+}
+
+} // namespace
+
+FileError::FileError(int errorNumber, QString path)
+    : m_errorNumber(errorNumber)
+    , m_path(std::move(path))
+    , m_text((m_path + u": "_s + reason()).toUtf8()) {}
+
+QString FileError::reason() const { return QString::fromLocal8Bit(std::strerror(m_errorNumber)); }
+
+/// Where a path leads: an existing folder on the host and a name in it, which may be missing.
+struct Volume::Located {
+    QString hostPath;
+    QString macPath;   ///< without links, "." and ".."
+    QString typedName; ///< the last component as it was given
+    Kind kind = Kind::Missing;
+
+    QString macParent() const {
+        const qsizetype slash = macPath.lastIndexOf(u'/');
+        return slash <= 0 ? u"/"_s : macPath.left(slash);
+    }
+};
+
+Volume::Volume(QString hostFolder, Machine machine, Actor actor)
+    : m_hostFolder(std::move(hostFolder))
+    , m_machine(std::move(machine))
+    , m_actor(actor) {}
+
+QString Volume::matchingName(const QString& hostParent, const QString& name) const {
+    struct stat info {};
+    if (m_machine.caseSensitiveVolume || lstatPath(hostParent + u'/' + name, info)) {
+        return name;
+    }
+    const QStringList names =
+        QDir(hostParent).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+    for (const QString& candidate : names) {
+        if (candidate.compare(name, Qt::CaseInsensitive) == 0) {
+            return candidate;
+        }
+    }
+    return name;
+}
+
+
+namespace {
+
+/// A command of the Mac is a link in the sealed system to the one program that is every tool.
+bool isToolLink(const QString& macParent, const QString& target) {
+    return isSealed(macParent) && target.startsWith(u'/') && target.endsWith(u"/macsim"_s);
+}
+
+QString linkTargetOnHost(const QString& hostPath) {
+    QByteArray target(4096, Qt::Uninitialized);
+    const ssize_t length =
+        ::readlink(QFile::encodeName(hostPath).constData(), target.data(), static_cast<size_t>(target.size()));
+    target.truncate(length < 0 ? 0 : static_cast<qsizetype>(length));
+    return QFile::decodeName(target);
+}
+
+Volume::Kind kindOnHost(const QString& hostPath, const QString& macParent, const QString& path) {
+    struct stat info {};
+    if (!lstatPath(hostPath, info)) {
+        if (errno == ENOENT) {
+            return Volume::Kind::Missing;
+        }
+        throw FileError(errno, path);
+    }
+    if (S_ISLNK(info.st_mode)) {
+        return isToolLink(macParent, linkTargetOnHost(hostPath)) ? Volume::Kind::Tool : Volume::Kind::Link;
+    }
+    return S_ISDIR(info.st_mode) ? Volume::Kind::Folder : Volume::Kind::File;
+}
+
+} // namespace
+
+Volume::Located Volume::locate(const QString& path, bool followLast) const {
+    if (!path.startsWith(u'/') || path.contains(QChar::Null)) {
+        throw FileError(ENOENT, path);
+    }
+    QStringList pending = path.split(u'/', Qt::SkipEmptyParts);
+    QStringList reached;
+    Located place{m_hostFolder, u"/"_s, {}, Kind::Folder};
+    int links = 0;
+    while (!pending.isEmpty()) {
+        if (place.kind != Kind::Folder) {
+            throw FileError(place.kind == Kind::Missing ? ENOENT : ENOTDIR, path);
+        }
+        const QString component = pending.takeFirst();
+        if (component == u"."_s) {
+            continue;
+        }
+        if (component == u".."_s) {
+            reached = reached.mid(0, reached.size() - 1);
+            const QString parent = reached.isEmpty() ? QString() : joined(reached);
+            place = {m_hostFolder + parent, reached.isEmpty() ? u"/"_s : parent, {}, Kind::Folder};
+            continue;
+        }
+        const QString name = matchingName(place.hostPath, component);
+        const QString hostPath = place.hostPath + u'/' + name;
+        const Kind kind = kindOnHost(hostPath, place.macPath, path);
+        if (kind == Kind::Link && (followLast || !pending.isEmpty())) {
+            if (++links > kMaximumLinks) {
+                throw FileError(ELOOP, path);
+            }
+            const QString target = linkTargetOnHost(hostPath);
+            pending = target.split(u'/', Qt::SkipEmptyParts) + pending;
+            if (target.startsWith(u'/')) {
+                reached.clear();
+                place = {m_hostFolder, u"/"_s, {}, Kind::Folder};
+            }
+            continue;
+        }
+        reached.append(name);
+        place = {hostPath, joined(reached), component, kind};
+    }
+    return place;
+}
+
+void Volume::requireWritable(const Located& place) const {
+    const QString parent = place.macParent();
+    if (isSealed(place.macPath) || isSealed(parent)) {
+        throw FileError(EPERM, place.macPath);
+    }
+    if (m_actor == Actor::Root) {
+        return;
+    }
+    const std::array<QString, 6> own{u"/Users/"_s + m_machine.userName, userTemporaryFolder(m_machine), u"/private/tmp"_s,
+                                     u"/Applications"_s, u"/Users/Shared"_s, u"/Volumes"_s};
+    for (const QString& folder : own) {
+        if (isAtOrBelow(parent, folder)) {
+            return;
+        }
+    }
+    throw FileError(EACCES, place.macPath);
+}
+
+void Volume::requireReadable(const Located& place) const {
+    if (isAtOrBelow(place.macPath, u"/private/var/db/simulator")) {
+        throw FileError(EPERM, place.macPath);
+    }
+    if (m_actor == Actor::User && isAtOrBelow(place.macPath, u"/private/var/root")) {
+        throw FileError(EACCES, place.macPath);
+    }
+}
+
+void Volume::requireSpace(const QString& path) const {
+    if (m_full) {
+        throw FileError(ENOSPC, path);
+    }
+}
+
+Volume::Kind Volume::kind(const QString& path) const {
+    try {
+        return locate(path, false).kind;
+    } catch (const FileError&) {
+        return Kind::Missing;
+    }
+}
+
+bool Volume::exists(const QString& path) const {
+    try {
+        return locate(path, true).kind != Kind::Missing;
+    } catch (const FileError&) {
+        return false;
+    }
+}
+
+bool Volume::isFolder(const QString& path) const {
+    try {
+        return locate(path, true).kind == Kind::Folder;
+    } catch (const FileError&) {
+        return false;
+    }
+}
+
+QString Volume::canonicalPath(const QString& path) const { return locate(path, true).macPath; }
+
+namespace {
+
+/// Opens without following a link that took the file's place after it was looked up.
+void openOnHost(QFile& file, const QString& hostPath, const QString& macPath, int flags) {
+    const int descriptor = ::open(QFile::encodeName(hostPath).constData(), flags | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK, 0644);
+    require(descriptor >= 0, macPath);
+    const bool writes = (flags & O_ACCMODE) != O_RDONLY;
+    file.open(descriptor, writes ? QIODevice::WriteOnly : QIODevice::ReadOnly, QFile::AutoCloseHandle);
+}
+
+void writeWhole(QFile& file, const QByteArray& bytes, const QString& macPath) {
+    if (file.write(bytes) != bytes.size() || !file.flush()) {
+        throw FileError(ENOSPC, macPath);
+    }
+}
+
+} // namespace
+
+QByteArray Volume::read(const QString& path) const {
+    const Located place = locate(path, true);
+    requireReadable(place);
+    if (place.kind == Kind::Folder) {
+        throw FileError(EISDIR, path);
+    }
+    if (place.kind == Kind::Tool) {
+        throw FileError(EACCES, path);
+    }
+    QFile file;
+    openOnHost(file, place.hostPath, path, O_RDONLY);
+    return file.readAll();
+}
+
+QStringList Volume::list(const QString& path) const {
+    const Located place = locate(path, true);
+    requireReadable(place);
+    if (place.kind != Kind::Folder) {
+        throw FileError(place.kind == Kind::Missing ? ENOENT : ENOTDIR, path);
+    }
+    QStringList names = QDir(place.hostPath)
+                            .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Unsorted);
+    names.sort();
+    return names;
+}
+
+QString Volume::linkTarget(const QString& path) const {
+    const Located place = locate(path, false);
+    if (place.kind != Kind::Link) {
+        throw FileError(place.kind == Kind::Missing ? ENOENT : EINVAL, path);
+    }
+    return linkTargetOnHost(place.hostPath);
+}
+
+qint64 Volume::size(const QString& path) const {
+    const Located place = locate(path, true);
+    struct stat info {};
+    require(lstatPath(place.hostPath, info), path);
+    return info.st_size;
+}
+
+void Volume::write(const QString& path, const QByteArray& bytes) const { put(path, bytes, O_TRUNC); }
+
+void Volume::append(const QString& path, const QByteArray& bytes) const { put(path, bytes, O_APPEND); }
+
+void Volume::put(const QString& path, const QByteArray& bytes, int flags) const {
+    const Located place = locate(path, true);
+    if (place.macPath == u"/dev/null"_s) {
+        return;
+    }
+    if (place.kind == Kind::Folder) {
+        throw FileError(EISDIR, path);
+    }
+    requireWritable(place);
+    requireSpace(path);
+    QFile file;
+    openOnHost(file, place.hostPath, path, O_WRONLY | O_CREAT | flags);
+    writeWhole(file, bytes, path);
+}
+
+void Volume::writeAtomically(const QString& path, const QByteArray& bytes) const {
+    const Located place = locate(path, false);
+    if (place.kind == Kind::Folder) {
+        throw FileError(EISDIR, path);
+    }
+    requireWritable(place);
+    requireSpace(path);
+    QTemporaryFile beside(QFileInfo(place.hostPath).path() + u"/.quorvane.XXXXXX"_s);
+    if (!beside.open()) {
+        throw FileError(EACCES, path);
+    }
+    writeWhole(beside, bytes, path);
+    beside.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup | QFile::ReadOther);
+    require(::rename(QFile::encodeName(beside.fileName()).constData(),
+                     QFile::encodeName(place.hostPath).constData()) == 0, path);
+    beside.setAutoRemove(false);
+}
+
+void Volume::createFolder(const QString& path) const {
+    const Located place = locate(path, false);
+    if (place.kind != Kind::Missing) {
+        throw FileError(EEXIST, path);
+    }
+    requireWritable(place);
+    requireSpace(path);
+    require(::mkdir(QFile::encodeName(place.hostPath).constData(), 0755) == 0, path);
+}
+
+void Volume::createFolders(const QString& path) const {
+    QString reached;
+    const QStringList components = path.split(u'/', Qt::SkipEmptyParts);
+    for (const QString& component : components) {
+        reached += u'/' + component;
+        const Located place = locate(reached, true);
+        if (place.kind == Kind::Missing) {
+            createFolder(reached);
+        } else if (place.kind != Kind::Folder) {
+            throw FileError(ENOTDIR, reached);
+        }
+    }
+}
+
+void Volume::createLink(const QString& path, const QString& target) const {
+    const Located place = locate(path, false);
+    requireWritable(place);
+    requireSpace(path);
+    require(::symlink(QFile::encodeName(target).constData(), QFile::encodeName(place.hostPath).constData()) == 0, path);
+}
+
+void Volume::remove(const QString& path) const {
+    const Located place = locate(path, false);
+    if (place.kind == Kind::Missing) {
+        throw FileError(ENOENT, path);
+    }
+    requireWritable(place);
+    const QByteArray hostPath = QFile::encodeName(place.hostPath);
+    require((place.kind == Kind::Folder ? ::rmdir(hostPath.constData()) : ::unlink(hostPath.constData())) == 0, path);
+}
+
+void Volume::move(const QString& from, const QString& to) const {
+    const Located source = locate(from, false);
+    const Located target = locate(to, false);
+    if (source.kind == Kind::Missing) {
+        throw FileError(ENOENT, from);
+    }
+    requireWritable(source);
+    requireWritable(target);
+    // A rename that only changes case finds itself; it takes the spelling that was asked for.
+    const bool sameEntry = source.hostPath == target.hostPath;
+    const QString hostTarget =
+        sameEntry ? QFileInfo(target.hostPath).path() + u'/' + target.typedName : target.hostPath;
+    require(::rename(QFile::encodeName(source.hostPath).constData(), QFile::encodeName(hostTarget).constData()) == 0, from);
+}
+
+void Volume::touch(const QString& path) const {
+    const Located place = locate(path, true);
+    if (place.kind == Kind::Missing) {
+        write(path, {});
+        return;
+    }
+    requireWritable(place);
+    require(::utimensat(AT_FDCWD, QFile::encodeName(place.hostPath).constData(), nullptr, AT_SYMLINK_NOFOLLOW) == 0, path);
+}
+
+Volume Volume::full() const {
+    Volume copy = *this;
+    copy.m_full = true;
+    return copy;
+}
+
+QString userTemporaryFolder(const Machine& machine) {
+    const QByteArray digest = QCryptographicHash::hash(machine.userName.toUtf8(), QCryptographicHash::Sha1).toHex();
+    return u"/private/var/folders/"_s + QString::fromLatin1(digest.left(2)) + u'/' + QString::fromLatin1(digest.mid(2, 30));
+}
+
+} // namespace macsim

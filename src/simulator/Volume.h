@@ -1,0 +1,101 @@
+#pragma once
+
+#include "simulator/Machine.h"
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+
+#include <exception>
+
+namespace macsim {
+
+/// A file operation that failed, as the operating system reports it.
+class FileError : public std::exception {
+public:
+    /// @param errorNumber  an errno value (ENOENT, EACCES, EPERM, ENOSPC, …)
+    /// @param path         the path as the Mac sees it
+    FileError(int errorNumber, QString path);
+
+    int errorNumber() const { return m_errorNumber; }
+    QString path() const { return m_path; }
+    /// The system's text for the error number: "No such file or directory".
+    QString reason() const;
+    const char* what() const noexcept override { return m_text.constData(); }
+
+private:
+    int m_errorNumber;
+    QString m_path;
+    QByteArray m_text;
+};
+
+/// The disk of the simulated Mac, as one actor sees it.
+///
+/// Every path is an absolute path as the Mac sees it ("/Users/alex/Library"); none is ever one of the host.
+/// Paths are resolved component by component inside the folder: ".." stops at the root, and a link leads to its
+/// target inside the folder, wherever it points on the host. On a volume that ignores case a name is found in any
+/// case and keeps the case it was made with.
+///
+/// Rights: the sealed system (/System, /usr but not /usr/local, /bin, /sbin) and the simulator's own state refuse
+/// every change with EPERM, also to root. The user changes what lies in his home, his temporary folder, /private/tmp,
+/// /Applications, /Users/Shared and /Volumes; the rest is root's (EACCES). /private/var/root is closed to the user.
+///
+/// Every operation throws FileError.
+class Volume {
+public:
+    enum class Kind { Missing, File, Folder, Link, Tool };
+
+    /// @param hostFolder  the folder on the host that is this Mac's "/"
+    Volume(QString hostFolder, Machine machine, Actor actor);
+
+    Actor actor() const { return m_actor; }
+
+    /// What stands at a path; the last component is not followed when it is a link. Never throws.
+    /// A Tool is a command of the simulated Mac (/usr/bin/defaults): it can be executed and not read.
+    Kind kind(const QString& path) const;
+    /// True when something stands there once links are followed.
+    bool exists(const QString& path) const;
+    bool isFolder(const QString& path) const;
+    /// The path without links, "." and ".."; the last component may be missing. In the case of the names on disk.
+    QString canonicalPath(const QString& path) const;
+
+    QByteArray read(const QString& path) const;
+    /// The names in a folder, sorted by code point, hidden ones included.
+    QStringList list(const QString& path) const;
+    QString linkTarget(const QString& path) const;
+    qint64 size(const QString& path) const;
+
+    void write(const QString& path, const QByteArray& bytes) const;
+    void append(const QString& path, const QByteArray& bytes) const;
+    /// Writes beside the file and puts it in place in one step: a reader sees the old bytes or the new ones.
+    void writeAtomically(const QString& path, const QByteArray& bytes) const;
+    void createFolder(const QString& path) const;
+    /// Creates a folder with all its parents; an existing one is fine.
+    void createFolders(const QString& path) const;
+    void createLink(const QString& path, const QString& target) const;
+    /// Removes a file, a link or an empty folder.
+    void remove(const QString& path) const;
+    /// Renames; an existing file at the new place is replaced.
+    void move(const QString& from, const QString& to) const;
+    /// Sets the modification time to now, creating an empty file where there is none.
+    void touch(const QString& path) const;
+
+    /// A volume on which every write fails with ENOSPC, for trying a full disk.
+    Volume full() const;
+
+private:
+    struct Located; // a parent that exists on the host, a last component, and the path that the Mac sees
+    Located locate(const QString& path, bool followLast) const;
+    QString matchingName(const QString& hostParent, const QString& name) const;
+    void requireWritable(const Located& place) const;
+    void requireReadable(const Located& place) const;
+    void requireSpace(const QString& path) const;
+    void put(const QString& path, const QByteArray& bytes, int flags) const;
+
+    QString m_hostFolder;
+    Machine m_machine;
+    Actor m_actor;
+    bool m_full = false;
+};
+
+} // namespace macsim

@@ -1,0 +1,221 @@
+#include "simulator/tools/Mdutil.h"
+
+#include "simulator/tools/ToolOptions.h"
+
+#include <QDateTime>
+
+#include <algorithm>
+#include <unistd.h>
+
+namespace macsim {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr const char* kSubject = "spotlight";
+constexpr QStringView kDataVolume = u"/System/Volumes/Data";
+constexpr OptionRules kRules{u"pEsai:dvtLPrX", u"sai",
+                             u"Usage: mdutil -pEsa -i (on|off) -d volume ...\n"
+                             u"       mdutil -t {volume-path | deviceid} fileid\n",
+                             1};
+
+/// One volume or folder that the line names.
+struct Place {
+    QString shown;  ///< as mdutil prints it
+    QString volume; ///< the volume that it lies on
+    bool isVolume = false;
+};
+
+Json readState(const ToolContext& context) {
+    const Json state = context.mac.state().read(kSubject);
+    return state.is_null() ? Json{{"volumes", Json::object()}} : state;
+}
+
+QString describe(const std::string& state) {
+    if (state == "enabled") {
+        return u"Indexing enabled. "_s;
+    }
+    if (state == "disabled") {
+        return u"Indexing disabled."_s;
+    }
+    if (state == "searchDisabled") {
+        return u"Indexing and searching disabled."_s;
+    }
+    if (state == "noIndex") {
+        return u"No index."_s;
+    }
+    if (state == "readOnly") {
+        return u"Index is read-only."_s;
+    }
+    if (state == "transitioning") {
+        return u"Error: unexpected indexing state. kMDConfigSearchLevelTransitioning"_s;
+    }
+    return u"Error: unknown indexing state."_s;
+}
+
+bool lists(const Json& state, const char* key, const QString& volume) {
+    const Json list = state.value(key, Json::array());
+    return std::find(list.begin(), list.end(), Json(volume.toStdString())) != list.end();
+}
+
+/// The state that a volume shows now. One look at it brings an unfinished change a step further.
+std::string lookAt(Json& state, const QString& volume) {
+    const std::string key = volume.toStdString();
+    Json& pending = state["pending"];
+    std::string shown = state["volumes"].value(key, std::string("unknown"));
+    if (pending.is_object() && pending.contains(key)) {
+        const bool showsOld = state.value("lagShows", std::string("old")) == "old";
+        shown = showsOld ? pending[key]["was"].get<std::string>() : "transitioning";
+        const int left = pending[key]["looks"].get<int>() - 1;
+        pending[key]["looks"] = left;
+        if (left <= 0) {
+            pending.erase(key);
+        }
+    }
+    if (pending.empty()) {
+        state.erase("pending");
+    }
+    return shown;
+}
+
+void changeTo(Json& state, const QString& volume, const std::string& wanted) {
+    const std::string key = volume.toStdString();
+    const std::string was = state["volumes"].value(key, std::string("unknown"));
+    const int lag = state.value("lag", 0);
+    if (lag > 0 && was != wanted) {
+        state["pending"][key] = {{"was", was}, {"looks", lag}};
+    }
+    state["volumes"][key] = wanted;
+}
+
+/// Both volumes of the system are read as one by the user, and are two here. What lies on no volume of its
+/// own lies on the data volume and is printed with its place there.
+Place placeOf(const Json& state, const QString& path) {
+    if (state.at("volumes").contains(path.toStdString())) {
+        return {path, path, true};
+    }
+    const QString mounted = path.section(u'/', 0, 2);
+    if (path.startsWith(u"/Volumes/"_s) && state.at("volumes").contains(mounted.toStdString())) {
+        return {path, mounted, false};
+    }
+    const QString data = kDataVolume.toString();
+    if (path.startsWith(u"/System/"_s)) {
+        return {path, u"/"_s, false};
+    }
+    return {data + path, state.at("volumes").contains(data.toStdString()) ? data : u"/"_s, false};
+}
+
+void printState(ToolContext& context, const Place& place, const std::string& state) {
+    context.print(place.shown + u":\n\t"_s + describe(state) + u'\n');
+}
+
+int showState(ToolContext& context, const Place& place) {
+    std::string shown;
+    context.mac.state().update(kSubject, [&](Json& state) { shown = lookAt(state, place.volume); });
+    printState(context, place, shown);
+    return shown == "transitioning" ? 1 : 0;
+}
+
+QString logPrefix() {
+    const qint64 pid = ::getpid();
+    return QDateTime::currentDateTime().toString(u"yyyy-MM-dd hh:mm:ss.zzz"_s) + u" mdutil["_s +
+           QString::number(pid) + u':' + QString::number(pid * 16) + u"] "_s;
+}
+
+/// Root alone switches the volumes of the system; what a user reads who tries is not known. This is the text
+/// of the other refused switches, with a status that tells of the failure.
+int refuseUser(ToolContext& context, const Place& place) {
+    context.print(place.shown +
+                  u":\nError: unable to perform operation.  (-1)\nError: invalid operation.\n"_s);
+    return 1;
+}
+
+int refuseSwitch(ToolContext& context, const Place& place, const QString& errors, const std::string& state) {
+    context.print(place.shown + u":\n"_s + errors + u"Error: invalid operation.\n\t"_s + describe(state) +
+                  u'\n');
+    return 0;
+}
+
+int switchIndexing(ToolContext& context, const Place& place, bool on) {
+    const Json before = readState(context);
+    if (!place.isVolume) {
+        return refuseSwitch(context, place, {}, "unknown");
+    }
+    if (!context.isRoot() && !place.volume.startsWith(u"/Volumes/"_s)) {
+        return refuseUser(context, place);
+    }
+    if (!on) {
+        context.complain(logPrefix() + u"mdutil disabling Spotlight: "_s + place.volume +
+                         u" -> kMDConfigSearchLevelFSSearchOnly\n"_s);
+    }
+    if (lists(before, "refusesSwitch", place.volume)) {
+        return refuseSwitch(context, place, u"Error: unable to perform operation.  (-1)\n"_s,
+                            before.at("volumes").value(place.volume.toStdString(), std::string("unknown")));
+    }
+    const std::string wanted = on ? "enabled" : "disabled";
+    context.mac.state().update(kSubject, [&](Json& state) {
+        changeTo(state, place.volume, wanted);
+        if (place.volume == u"/"_s && state.value("rootSwitchesData", false)) {
+            changeTo(state, kDataVolume.toString(), wanted);
+        }
+    });
+    printState(context, place, wanted);
+    return 0;
+}
+
+int handle(ToolContext& context, const Place& place, const ToolOptions& options) {
+    int status = 0;
+    if (options.has(u'i')) {
+        status |= switchIndexing(context, place, options.value(u'i') == u"on"_s);
+    }
+    if (options.has(u's')) {
+        status |= showState(context, place);
+    }
+    return status;
+}
+
+int handleAll(ToolContext& context, const Json& state, const ToolOptions& options) {
+    int status = 0;
+    for (const auto& [volume, shown] : state.at("volumes").items()) {
+        const QString path = QString::fromStdString(volume);
+        status |= handle(context, {path, path, true}, options);
+    }
+    return status;
+}
+
+int handlePaths(ToolContext& context, const Json& state, const ToolOptions& options) {
+    int status = 0;
+    for (const QString& typed : options.operands) {
+        const QString path = context.absolutePath(typed);
+        if (!context.volume.exists(path)) {
+            context.print(u"Error: invalid path `"_s + typed + u"'.\n"_s);
+            continue;
+        }
+        status |= handle(context, placeOf(state, context.volume.canonicalPath(path)), options);
+    }
+    return status;
+}
+
+} // namespace
+
+int runMdutil(ToolContext& context) {
+    const ToolOptions options = parseOptions(context.arguments, kRules.letters);
+    if (const std::optional<int> refused = refuseOptions(context, options, kRules)) {
+        return *refused;
+    }
+    const QString wanted = options.value(u'i');
+    const bool asksForNothing = !options.has(u'i') && !options.has(u's');
+    const bool isReadable = !options.has(u'i') || wanted == u"on"_s || wanted == u"off"_s;
+    if (asksForNothing || !isReadable || options.operands.isEmpty() != options.has(u'a')) {
+        return refuseWithUsage(context, kRules);
+    }
+    const Json state = readState(context);
+    if (state.value("serverDisabled", false)) {
+        context.print(u"Spotlight server is disabled.\n"_s);
+        return 0;
+    }
+    return options.has(u'a') ? handleAll(context, state, options) : handlePaths(context, state, options);
+}
+
+} // namespace macsim

@@ -1,0 +1,10 @@
+#pragma once
+
+namespace macsim {
+
+struct ToolContext;
+
+/// touch [-c] FILE….
+int runTouch(ToolContext& context);
+
+} // namespace macsim
