@@ -1,0 +1,121 @@
+#include "rehearsal/Arguments.h"
+
+#include <array>
+
+namespace quorvane {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+enum class Operand { None, Optional, Required };
+
+struct Command {
+    QStringView name;
+    Operand operand;
+};
+
+constexpr std::array<Command, 6> kCommands{{{u"new", Operand::Optional},
+                                            {u"shell", Operand::Required},
+                                            {u"apply", Operand::Required},
+                                            {u"tweaks", Operand::Required},
+                                            {u"default", Operand::None},
+                                            {u"verify", Operand::Required}}};
+
+const Command& commandNamed(const QString& name) {
+    for (const Command& command : kCommands) {
+        if (command.name == name) {
+            return command;
+        }
+    }
+    throw UnusableInput(u"unknown command: "_s + name);
+}
+
+QString takeValue(QStringList& list, const QString& option) {
+    if (list.isEmpty()) {
+        throw UnusableInput(option + u": a value is missing"_s);
+    }
+    return list.takeFirst();
+}
+
+macsim::Authorization authorizationFrom(const QString& text) {
+    const auto authorization = macsim::authorizationNamed(text.toStdString());
+    if (!authorization) {
+        throw UnusableInput(u"--authorize: allow, deny or cancel, not "_s + text);
+    }
+    return *authorization;
+}
+
+void takeOptions(QStringList& list, Arguments& arguments) {
+    while (!list.isEmpty() && list.first().startsWith(u"--"_s)) {
+        const QString option = list.takeFirst();
+        if (option == u"--mac"_s) {
+            arguments.macFolder = takeValue(list, option);
+        } else if (option == u"--authorize"_s) {
+            arguments.authorization = authorizationFrom(takeValue(list, option));
+        } else if (option == u"--faults"_s) {
+            arguments.faultsFile = takeValue(list, option);
+        } else if (option == u"--journal"_s) {
+            arguments.journalFile = takeValue(list, option);
+        } else if (option == u"--json"_s) {
+            arguments.json = true;
+        } else {
+            throw UnusableInput(u"unknown option: "_s + option);
+        }
+    }
+}
+
+} // namespace
+
+Arguments parsedArguments(const QStringList& list) {
+    QStringList rest = list;
+    Arguments arguments;
+    takeOptions(rest, arguments);
+    if (rest.isEmpty()) {
+        throw UnusableInput(u"a command is missing; --help tells of them"_s);
+    }
+    arguments.command = rest.takeFirst();
+    const Command& command = commandNamed(arguments.command);
+    if (arguments.command == u"shell"_s && !rest.isEmpty() && rest.first() == u"--root"_s) {
+        arguments.asRoot = true;
+        rest.removeFirst();
+    }
+    if (command.operand != Operand::None && !rest.isEmpty()) {
+        arguments.operand = rest.takeFirst();
+    } else if (command.operand == Operand::Required) {
+        throw UnusableInput(arguments.command + u": an operand is missing"_s);
+    }
+    if (!rest.isEmpty()) {
+        throw UnusableInput(arguments.command + u": superfluous argument: "_s + rest.first());
+    }
+    if (arguments.command == u"new"_s && arguments.macFolder.isEmpty()) {
+        throw UnusableInput(u"new: --mac says where to make the Mac"_s);
+    }
+    return arguments;
+}
+
+QString usageText() {
+    return uR"(usage: quorvane-rehearsal [OPTIONS] COMMAND
+
+Runs Quorvane's flows on a simulated Mac: a folder that behaves like a Mac's disk. Nothing outside of it is touched.
+
+Options
+  --mac FOLDER                    the simulated Mac; without it a temporary one, which is removed at the end
+  --authorize allow|deny|cancel   the answer to every prompt for administrator rights; allow if not given
+  --faults FILE                   what goes wrong on purpose
+  --journal FILE                  records every command that the simulated Mac runs, one JSON object per line
+  --json                          one JSON object instead of the log
+
+Commands
+  new [MAC.json]                  makes the simulated Mac in FOLDER; without a description a fresh one
+  shell [--root] LINE             runs a line in the simulated Mac's shell
+  apply PROFILE.json              saves the profile on the Mac, applies it under one prompt and verifies it
+  tweaks PROFILE.json             applies the selected tweaks and leaves all others as they are
+  verify PROFILE.json             reads the system back without applying anything
+  default                         back to the standard macOS settings
+
+Exit status: 0 done, and verified where the command verifies; 1 not; 2 unusable arguments or files.
+)"_s;
+}
+
+} // namespace quorvane

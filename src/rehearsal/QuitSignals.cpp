@@ -1,0 +1,41 @@
+#include "rehearsal/QuitSignals.h"
+
+#include <array>
+#include <csignal>
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace quorvane {
+
+namespace {
+
+// A signal handler may do little more than write; the other end is read in the event loop.
+std::array<int, 2> pipeEnds{-1, -1};
+
+void handleSignal(int) {
+    const char byte = 0;
+    [[maybe_unused]] const ssize_t written = ::write(pipeEnds[1], &byte, 1);
+}
+
+} // namespace
+
+QuitSignals::QuitSignals(QObject* parent)
+    : QObject(parent) {
+    if (::pipe(pipeEnds.data()) != 0) {
+        return;
+    }
+    for (const int end : pipeEnds) {
+        ::fcntl(end, F_SETFD, FD_CLOEXEC);
+    }
+    m_notifier = std::make_unique<QSocketNotifier>(pipeEnds[0], QSocketNotifier::Read);
+    connect(m_notifier.get(), &QSocketNotifier::activated, this, [this] {
+        char byte = 0;
+        if (::read(pipeEnds[0], &byte, 1) == 1) {
+            Q_EMIT quitRequested();
+        }
+    });
+    std::signal(SIGINT, handleSignal);
+    std::signal(SIGTERM, handleSignal);
+}
+
+} // namespace quorvane

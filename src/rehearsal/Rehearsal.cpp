@@ -1,0 +1,97 @@
+#include "rehearsal/Rehearsal.h"
+
+#include "core/Json.h"
+#include "platform/FileManager.h"
+#include "platform/Machine.h"
+#include "profiles/ProfileNames.h"
+#include "rehearsal/ProfileFile.h"
+
+#include <cstdio>
+
+namespace quorvane {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QString profilesFolder(const Host& host) {
+    return host.machine.applicationSupportFolder() + u"/Quorvane/UnifiedProfiles"_s;
+}
+
+void complain(const QString& text) { std::fprintf(stderr, "%s\n", text.toUtf8().constData()); }
+
+} // namespace
+
+Rehearsal::Rehearsal(const QString& macFolder, macsim::Authorization authorization,
+                     const SimulatedHostOptions& options)
+    : m_authorization(authorization)
+    , m_host(macFolder, m_authorization, options)
+    , m_system(m_host.host(), m_notifications)
+    , m_profiles(m_host.host().files, profilesFolder(m_host.host())) {}
+
+QCoro::Task<RehearsalOutcome> Rehearsal::applyProfileFile(QString hostPath) {
+    const UnifiedProfile given = profileFromFile(hostPath);
+    if (isDefaultProfile(given)) {
+        co_return co_await restoreDefault();
+    }
+    requireApplicable(given, hostPath);
+    const std::optional<UnifiedProfile> stored = storedProfile(given);
+    if (!stored) {
+        co_return RehearsalOutcome{};
+    }
+    RehearsalOutcome outcome;
+    m_system.beginBusy(u"Applying profile…"_s);
+    outcome.succeeded = co_await m_system.applyProfile(*stored);
+    m_system.endBusy();
+    outcome.verification = m_system.lastApplyVerification();
+    co_return outcome;
+}
+
+/// Saves the profile and reads it afresh, so that what is applied is what is stored.
+std::optional<UnifiedProfile> Rehearsal::storedProfile(const UnifiedProfile& profile) {
+    try {
+        m_profiles.saveProfile(profile);
+    } catch (const ProfileStoreError& error) {
+        throw UnusableInput(error.message());
+    } catch (const FileError& error) {
+        complain(u"The profile could not be saved: "_s + error.message());
+        return std::nullopt;
+    }
+    const QString name = sanitizedProfileName(profile.name);
+    const std::optional<UnifiedProfile> stored = m_profiles.loadProfile(name);
+    if (!stored) {
+        complain(u"Could not load profile \"%1\"."_s.arg(name));
+    }
+    return stored;
+}
+
+QCoro::Task<RehearsalOutcome> Rehearsal::applyTweaksOfFile(QString hostPath) {
+    const UnifiedProfile profile = profileFromFile(hostPath);
+    requireApplicable(profile, hostPath);
+    RehearsalOutcome outcome;
+    m_system.beginBusy(u"Applying performance tweaks…"_s);
+    outcome.succeeded = co_await m_system.applyPerformanceTweaks(profile.settings);
+    m_system.endBusy();
+    outcome.verification = m_system.lastApplyVerification();
+    co_return outcome;
+}
+
+QCoro::Task<RehearsalOutcome> Rehearsal::verifyProfileFile(QString hostPath) {
+    const UnifiedProfile profile = profileFromFile(hostPath);
+    requireApplicable(profile, hostPath);
+    RehearsalOutcome outcome;
+    outcome.verification = co_await m_system.verifyProfile(profile);
+    outcome.succeeded = true;
+    m_system.logVerificationResult(*outcome.verification, u"Profile: "_s + profile.name);
+    co_return outcome;
+}
+
+QCoro::Task<RehearsalOutcome> Rehearsal::restoreDefault() {
+    RehearsalOutcome outcome;
+    m_system.beginBusy(u"Restoring default settings…"_s);
+    outcome.succeeded = co_await m_system.undoPerformanceTweaks();
+    m_system.endBusy();
+    co_return outcome;
+}
+
+} // namespace quorvane

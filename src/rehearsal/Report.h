@@ -1,0 +1,17 @@
+#pragma once
+
+#include "rehearsal/Rehearsal.h"
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+
+namespace quorvane {
+
+/// One JSON object with a newline: the command, its log, what it came to, and the result record.
+///
+///     {"command": "apply", "log": ["\n[PROFILE] Applying: Live", …], "succeeded": true,
+///      "verification": {"verified": [{"name": "App Nap", "detail": "disabled"}, …], "failed": []}}
+QByteArray jsonReport(const QString& command, const QStringList& log, const RehearsalOutcome& outcome);
+
+} // namespace quorvane

@@ -1,0 +1,154 @@
+// The rehearsal: the program's flows on a simulated Mac, from a terminal.
+
+#include "rehearsal/Arguments.h"
+#include "rehearsal/QuitSignals.h"
+#include "rehearsal/Rehearsal.h"
+#include "rehearsal/Report.h"
+#include "simulator/MacDescription.h"
+#include "simulator/MacSkeleton.h"
+#include "simulator/tools/Registry.h"
+
+#include <QCoreApplication>
+#include <QCoroTask>
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTimer>
+
+#include <cstdio>
+#include <memory>
+
+namespace {
+
+using namespace quorvane;
+using namespace Qt::StringLiterals;
+
+constexpr int kDone = 0;
+constexpr int kNotDone = 1;
+constexpr int kUnusable = 2;
+
+QString macsimProgram() { return QCoreApplication::applicationDirPath() + u"/macsim"_s; }
+
+SimulatedHostOptions hostOptions(const Arguments& arguments) {
+    const auto absolute = [](const QString& path) {
+        return path.isEmpty() ? path : QFileInfo(path).absoluteFilePath();
+    };
+    return {macsimProgram(), absolute(arguments.faultsFile), absolute(arguments.journalFile)};
+}
+
+void makeMac(const QString& folder, const QString& descriptionFile) {
+    const QString file = descriptionFile.isEmpty() ? u":/macs/fresh-macbook.json"_s : descriptionFile;
+    try {
+        macsim::createMac(folder, macsim::macDescriptionFromFile(file), macsim::simulatorTools().keys(), macsimProgram());
+    } catch (const std::exception& error) {
+        throw UnusableInput(QString::fromUtf8(error.what()));
+    }
+}
+
+/// The Mac that a command runs on: the one that was named, or a fresh one that goes at the end.
+class ChosenMac {
+public:
+    explicit ChosenMac(const Arguments& arguments)
+        : m_folder(arguments.macFolder) {
+        if (m_folder.isEmpty()) {
+            m_temporary = std::make_unique<QTemporaryDir>();
+            m_folder = m_temporary->path() + u"/Mac"_s;
+            makeMac(m_folder, {});
+        }
+    }
+    const QString& folder() const { return m_folder; }
+
+private:
+    QString m_folder;
+    std::unique_ptr<QTemporaryDir> m_temporary;
+};
+
+int runShell(const Arguments& arguments, const QString& macFolder) {
+    const macsim::Mac mac(macFolder);
+    const SimulatedHostOptions options = hostOptions(arguments);
+    macsim::relinkCommands(mac.hostFolder(), options.program);
+    QProcessEnvironment environment = simulatedEnvironment(mac, options);
+    environment.insert(u"MACSIM_AUTHORIZE"_s,
+                       QString::fromStdString(macsim::authorizationName(arguments.authorization)));
+    if (arguments.asRoot) {
+        environment.insert(u"MACSIM_ACTOR"_s, u"root"_s);
+        environment.insert(u"HOME"_s, mac.homeFolder(macsim::Actor::Root));
+        environment.insert(u"USER"_s, u"root"_s);
+    }
+    QProcess shell;
+    shell.setProcessChannelMode(QProcess::ForwardedChannels);
+    shell.setStandardInputFile(QProcess::nullDevice());
+    shell.setProcessEnvironment(environment);
+    shell.start(mac.hostFolder() + u"/bin/sh"_s, {u"-c"_s, arguments.operand});
+    shell.waitForFinished(-1);
+    return shell.exitStatus() == QProcess::NormalExit && shell.error() == QProcess::UnknownError ? shell.exitCode()
+                                                                                                  : kNotDone;
+}
+
+QCoro::Task<RehearsalOutcome> runFlow(Rehearsal& rehearsal, Arguments arguments) {
+    if (arguments.command == u"apply"_s) {
+        co_return co_await rehearsal.applyProfileFile(arguments.operand);
+    }
+    if (arguments.command == u"tweaks"_s) {
+        co_return co_await rehearsal.applyTweaksOfFile(arguments.operand);
+    }
+    if (arguments.command == u"verify"_s) {
+        co_return co_await rehearsal.verifyProfileFile(arguments.operand);
+    }
+    co_return co_await rehearsal.restoreDefault();
+}
+
+QCoro::Task<void> runFlowToItsEnd(Rehearsal& rehearsal, Arguments arguments) {
+    int status = kUnusable;
+    try {
+        const RehearsalOutcome outcome = co_await runFlow(rehearsal, arguments);
+        if (arguments.json) {
+            std::fputs(jsonReport(arguments.command, rehearsal.system().logMessages(), outcome).constData(), stdout);
+        }
+        status = outcome.isDone() ? kDone : kNotDone;
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "%s\n", error.what());
+    }
+    QCoreApplication::exit(status);
+}
+
+int runFlowOnMac(const Arguments& arguments, const QString& macFolder) {
+    Rehearsal rehearsal(macFolder, arguments.authorization, hostOptions(arguments));
+    if (!arguments.json) {
+        QObject::connect(&rehearsal.system(), &SystemManager::messageLogged, [](const QString& message) {
+            std::fprintf(stdout, "%s\n", message.toUtf8().constData());
+            std::fflush(stdout);
+        });
+    }
+    QuitSignals quitSignals;
+    QObject::connect(&quitSignals, &QuitSignals::quitRequested, &rehearsal, &Rehearsal::quit);
+    QCoro::Task<void> flow;
+    QTimer::singleShot(0, &rehearsal, [&] { flow = runFlowToItsEnd(rehearsal, arguments); });
+    return QCoreApplication::exec();
+}
+
+int run(const QStringList& list) {
+    if (list == QStringList(u"--help"_s)) {
+        std::fputs(usageText().toUtf8().constData(), stdout);
+        return kDone;
+    }
+    const Arguments arguments = parsedArguments(list);
+    if (arguments.command == u"new"_s) {
+        makeMac(arguments.macFolder, arguments.operand);
+        return kDone;
+    }
+    const ChosenMac mac(arguments);
+    return arguments.command == u"shell"_s ? runShell(arguments, mac.folder()) : runFlowOnMac(arguments, mac.folder());
+}
+
+} // namespace
+
+int main(int argumentCount, char** arguments) {
+    const QCoreApplication application(argumentCount, arguments);
+    try {
+        return run(QCoreApplication::arguments().mid(1));
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "quorvane-rehearsal: %s\n", error.what());
+        return kUnusable;
+    }
+}
