@@ -1,0 +1,121 @@
+#include "fakes/ScriptedSystem.h"
+
+#include "core/AdminScript.h"
+
+namespace quorvane {
+
+namespace {
+
+class AdminBatchTest : public ScriptedSystem {
+protected:
+    CommandResult runAdmin(const QString& line, const QString& prompt) {
+        return QCoro::waitFor(system.runAdminCommand(line, prompt));
+    }
+    bool finish(const QString& prompt) { return QCoro::waitFor(system.finishAdminBatch(prompt)); }
+};
+
+} // namespace
+
+TEST_F(AdminBatchTest, onlyMdutilAndTmutilAreMadeTolerant) {
+    const QStringList commandList{u"mdutil -a -i off"_s, u"pmset -a sms 0"_s, u"tmutil disable"_s};
+    EXPECT_EQ(joinedAdminCommands(makeAdminCommandsTolerant(commandList)),
+              u"mdutil -a -i off || true ; pmset -a sms 0 ; tmutil disable || true"_s);
+    EXPECT_EQ(makeAdminCommandsTolerant({}), QStringList());
+}
+
+TEST_F(AdminBatchTest, aRunWithoutABatchRunsAtOnce) {
+    scripts.answerNext({u"text"_s, std::nullopt});
+    const CommandResult result = runAdmin(u"pmset -a sms 0"_s, u"Please."_s);
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.standardOutput, u"text"_s);
+    EXPECT_EQ(result.standardError, QString());
+    EXPECT_EQ(takeTrace(),
+              u"& do shell script \"pmset -a sms 0\" with prompt \"Please.\" with administrator privileges\n"_s);
+}
+
+TEST_F(AdminBatchTest, aFailedRunGivesTheSystemsMessage) {
+    scripts.failNext(u"User canceled."_s);
+    const CommandResult cancelled = runAdmin(u"true"_s, u"Please."_s);
+    EXPECT_EQ(cancelled.status, 1);
+    EXPECT_EQ(cancelled.standardError, u"User canceled."_s);
+    scripts.answerNext({std::nullopt, std::nullopt});
+    EXPECT_EQ(runAdmin(u"true"_s, u"Please."_s).standardError, u"Unknown error"_s);
+}
+
+TEST_F(AdminBatchTest, aSecondRunShowsTheNeutralPromptUntilOneFails) {
+    runAdmin(u"a"_s, u"First."_s);
+    scripts.failNext(u"User canceled."_s);
+    runAdmin(u"b"_s, u"Second."_s);
+    runAdmin(u"c"_s, u"Third."_s);
+    system.clearAdminAuthorization();
+    runAdmin(u"d"_s, u"Fourth."_s);
+    EXPECT_EQ(takeTrace(),
+              u"& do shell script \"a\" with prompt \"First.\" with administrator privileges\n"
+              "& do shell script \"b\" with prompt \"Quorvane is applying system changes.\" with administrator "
+              "privileges\n"
+              "& do shell script \"c\" with prompt \"Third.\" with administrator privileges\n"
+              "& do shell script \"d\" with prompt \"Fourth.\" with administrator privileges\n"_s);
+}
+
+TEST_F(AdminBatchTest, aPromptWithADoubleQuoteNeverReachesTheScriptEngine) {
+    const CommandResult result = runAdmin(u"a"_s, u"Apply \"Live\"."_s);
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.standardError, u"The authorization prompt can't contain a double quote: Apply \"Live\"."_s);
+    EXPECT_TRUE(trace.isEmpty());
+}
+
+TEST_F(AdminBatchTest, aPromptWithADoubleQuoteIsNotShownAfterASuccessAndSoRuns) {
+    runAdmin(u"a"_s, u"First."_s);
+    EXPECT_EQ(runAdmin(u"b"_s, u"Apply \"Live\"."_s).status, 0);
+    EXPECT_EQ(trace.last(), u"& do shell script \"b\" with prompt \"Quorvane is applying system changes.\" with "
+                            "administrator privileges"_s);
+}
+
+TEST_F(AdminBatchTest, quotesAndBackslashesOfTheLineAreEscaped) {
+    runAdmin(uR"(echo "a" 'it'\''s')"_s, uR"(C:\new.)"_s);
+    EXPECT_EQ(takeTrace(),
+              uR"(& do shell script "echo \"a\" 'it'\\''s'" with prompt "C:\\new." with administrator privileges)"_s + u'\n');
+}
+
+TEST_F(AdminBatchTest, anEmptyBatchShowsNoPromptAndSucceeds) {
+    system.beginAdminBatch();
+    EXPECT_EQ(system.adminBatchDepth(), 1);
+    EXPECT_TRUE(finish(u"Please."_s));
+    EXPECT_TRUE(trace.isEmpty());
+    EXPECT_EQ(system.adminBatchDepth(), 0);
+}
+
+TEST_F(AdminBatchTest, aBatchRunsItsEntriesAsOneLineUnderOnePrompt) {
+    system.beginAdminBatch();
+    system.queueAdminCommands({u"mdutil -a -i off"_s, u"pmset -a sms 0"_s});
+    EXPECT_EQ(runAdmin(u"false"_s, u"unused"_s).status, 0);
+    EXPECT_TRUE(trace.isEmpty());
+    EXPECT_TRUE(finish(u"Please."_s));
+    EXPECT_EQ(takeTrace(), u"& do shell script \"mdutil -a -i off || true ; pmset -a sms 0 ; false\" with prompt "
+                           "\"Please.\" with administrator privileges\n"_s);
+}
+
+TEST_F(AdminBatchTest, aFailedBatchIsLoggedAndItsCommandsAreGone) {
+    system.beginAdminBatch();
+    system.queueAdminCommands({u"pmset -a sms 0"_s});
+    scripts.failNext(u"User canceled."_s);
+    EXPECT_FALSE(finish(u"Please."_s));
+    EXPECT_EQ(trace.last(), u"  [ERROR] Administrator authorization was cancelled or failed: User canceled."_s);
+    EXPECT_EQ(system.adminBatchDepth(), 0);
+    takeTrace();
+    system.beginAdminBatch();
+    EXPECT_TRUE(finish(u"Please."_s));
+    EXPECT_TRUE(trace.isEmpty());
+}
+
+TEST_F(AdminBatchTest, anInnerBatchKeepsWhatTheOuterOneQueued) {
+    system.beginAdminBatch();
+    system.queueAdminCommands({u"a"_s});
+    system.beginAdminBatch();
+    system.queueAdminCommands({u"b"_s});
+    EXPECT_TRUE(finish(u"Please."_s));
+    EXPECT_EQ(system.adminBatchDepth(), 1);
+    EXPECT_EQ(takeTrace(), u"& do shell script \"a ; b\" with prompt \"Please.\" with administrator privileges\n"_s);
+}
+
+} // namespace quorvane

@@ -1,0 +1,246 @@
+#include "startup/StartupConfiguration.h"
+
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+
+namespace quorvane {
+namespace {
+
+using Kind = StartupItemKind;
+using Texts = QSet<QString>;
+
+StartupItem item(const QString& name, Kind kind, bool runs) {
+    StartupItem made;
+    made.id = rawValue(kind) + u':' + name;
+    made.name = name;
+    made.kind = kind;
+    made.runsAtStartup = runs;
+    return made;
+}
+
+StartupItem launchItem(const QString& name, Kind kind, bool runs, const QString& launchIdentifier) {
+    StartupItem made = item(name, kind, runs);
+    made.launchIdentifier = launchIdentifier;
+    return made;
+}
+
+/// One of each kind that runs ("… on") and one that doesn't ("… off").
+StartupConfiguration everyKind() {
+    StartupConfiguration configuration;
+    for (const Kind kind : allStartupItemKinds()) {
+        configuration.items.append(item(rawValue(kind) + u" on"_s, kind, true));
+        configuration.items.append(item(rawValue(kind) + u" off"_s, kind, false));
+    }
+    return configuration;
+}
+
+QStringList namesOf(const QList<StartupItem>& items) {
+    QStringList names;
+    for (const StartupItem& each : items)
+        names.append(each.name);
+    return names;
+}
+
+QString problemOf(const Json& json) {
+    try {
+        decodedValue<StartupConfiguration>(json);
+    } catch (const DecodingError& error) {
+        return error.message();
+    }
+    return {};
+}
+
+TEST(StartupConfiguration, permittedNamesCountBackgroundItemsAndDisabledNamesDoNot) {
+    const StartupConfiguration configuration = everyKind();
+    EXPECT_EQ(configuration.permittedLoginNames(),
+              (Texts{u"loginApp on"_s, u"backgroundAgent on"_s, u"backgroundLoginItem on"_s}));
+    EXPECT_EQ(configuration.disabledLoginNames(), (Texts{u"loginApp off"_s, u"backgroundAgent off"_s}));
+}
+
+TEST(StartupConfiguration, aLaunchItemWithoutIdentifierIsKnownByItsNameAndABackgroundItemIsNot) {
+    StartupConfiguration configuration = everyKind();
+    EXPECT_EQ(configuration.disabledLaunchLabels(), (Texts{u"launchAgent off"_s, u"launchDaemon off"_s}));
+    EXPECT_EQ(configuration.disabledBackgroundLabels(), Texts());
+
+    for (StartupItem& each : configuration.items)
+        each.launchIdentifier = each.name + u".id"_s;
+    EXPECT_EQ(configuration.disabledLaunchLabels(),
+              (Texts{u"launchAgent off.id"_s, u"launchDaemon off.id"_s}));
+    EXPECT_EQ(configuration.disabledBackgroundLabels(), Texts{u"backgroundLoginItem off.id"_s});
+}
+
+TEST(StartupConfiguration, onlyAddedAppsThatRunAreLaunched) {
+    StartupConfiguration configuration = everyKind();
+    StartupItem hidden = item(u"Mixer"_s, Kind::addedApp, true);
+    hidden.path = u"/Applications/Mixer.app"_s;
+    hidden.hidden = true;
+    configuration.items.prepend(hidden);
+    const QList<StartupLaunchItem> expected{{u"Mixer"_s, u"/Applications/Mixer.app"_s, true},
+                                            {u"addedApp on"_s, QString(), false}};
+    EXPECT_EQ(configuration.startupLaunchItems(), expected);
+}
+
+TEST(StartupConfiguration, theSummaryHasOnlyTheLinesThatApply) {
+    EXPECT_EQ(StartupConfiguration().summaryLines(), QStringList());
+
+    StartupConfiguration configuration = everyKind();
+    EXPECT_EQ(configuration.summaryLines(), (QStringList{u"1 app(s) at login"_s, u"5 disabled"_s}));
+
+    configuration.items.clear();
+    configuration.disableNetworkAtStartup = true;
+    configuration.disabledCloudSyncAtStartup = {CloudSyncService::pCloud, CloudSyncService::iCloudDrive,
+                                                CloudSyncService::yandexDisk, CloudSyncService::box};
+    EXPECT_EQ(configuration.summaryLines(),
+              (QStringList{u"network off"_s, u"cloud sync off: Box, Yandex Disk, iCloud Drive, pCloud"_s}));
+}
+
+TEST(StartupConfiguration, theFileNamesDisabledServicesOnlyWhenThereAreSome) {
+    EXPECT_EQ(jsonText(encodeJson(StartupConfiguration())), R"({
+  "items": [],
+  "disableNetworkAtStartup": false
+})");
+
+    StartupConfiguration configuration;
+    configuration.disableNetworkAtStartup = true;
+    configuration.disabledCloudSyncAtStartup = {CloudSyncService::dropbox, CloudSyncService::box};
+    EXPECT_EQ(jsonText(encodeJson(configuration)), R"({
+  "items": [],
+  "disableNetworkAtStartup": true,
+  "disabledCloudSyncAtStartup": [
+    "box",
+    "dropbox"
+  ]
+})");
+}
+
+TEST(StartupConfiguration, survivesAFile) {
+    StartupConfiguration configuration = everyKind();
+    configuration.disableNetworkAtStartup = true;
+    for (const CloudSyncService service : allCloudSyncServices())
+        configuration.disabledCloudSyncAtStartup.insert(service);
+    EXPECT_EQ(decodedValue<StartupConfiguration>(encodeJson(configuration)), configuration);
+}
+
+TEST(StartupConfiguration, onlyTheItemsAreRequired) {
+    EXPECT_EQ(decodedValue<StartupConfiguration>(parseJson(R"({"items":[]})")), StartupConfiguration());
+    EXPECT_EQ(decodedValue<StartupConfiguration>(parseJson(
+                  R"({"items":[],"disableNetworkAtStartup":null,"disabledCloudSyncAtStartup":null})")),
+              StartupConfiguration());
+    EXPECT_EQ(problemOf(parseJson("{}")), u"\"items\": missing"_s);
+    EXPECT_EQ(problemOf(parseJson("[]")), u"not an object"_s);
+}
+
+TEST(StartupConfiguration, aServiceNamedTwiceCountsOnceAndAnUnknownOneIsAnError) {
+    const auto decoded = decodedValue<StartupConfiguration>(
+        parseJson(R"({"items":[],"disabledCloudSyncAtStartup":["mega","box","mega"]})"));
+    EXPECT_EQ(decoded.disabledCloudSyncAtStartup,
+              (CloudSyncServices{CloudSyncService::box, CloudSyncService::mega}));
+    EXPECT_EQ(problemOf(parseJson(R"({"items":[],"disabledCloudSyncAtStartup":["box","floppy"]})")),
+              u"\"disabledCloudSyncAtStartup[1]\": unknown value \"floppy\""_s);
+}
+
+TEST(StartupConfiguration, anErrorInAnItemNamesTheItem) {
+    EXPECT_EQ(problemOf(parseJson(R"({"items":[{"id":"a"}]})")), u"\"items[0].name\": missing"_s);
+}
+
+TEST(StartupMerge, takesTheSavedChoiceAndTheFreshFacts) {
+    StartupItem saved = item(u"Old name"_s, Kind::loginApp, false);
+    saved.id = u"login:/Applications/Sync.app"_s;
+    saved.path = u"/old"_s;
+    saved.hidden = true;
+    StartupItem fresh = item(u"New name"_s, Kind::backgroundAgent, true);
+    fresh.id = saved.id;
+    fresh.path = u"/Applications/Sync.app"_s;
+    fresh.hidden = false;
+    fresh.isProtected = true;
+    fresh.launchIdentifier = u"fresh"_s;
+
+    StartupItem expected = fresh;
+    expected.runsAtStartup = false;
+    expected.hidden = true;
+    EXPECT_EQ(
+        (StartupConfiguration{{saved}, false, {}}.mergedWithDiscovered({fresh}, false).configuration.items),
+        QList<StartupItem>{expected});
+
+    saved.hidden = std::nullopt;
+    expected.hidden = false;
+    EXPECT_EQ(
+        (StartupConfiguration{{saved}, false, {}}.mergedWithDiscovered({fresh}, false).configuration.items),
+        QList<StartupItem>{expected});
+}
+
+TEST(StartupMerge, aCleanRebootSwitchesOffOnlyWhatIsNewUnprotectedAndNotAdded) {
+    const StartupItem savedOn = item(u"1 saved on"_s, Kind::launchAgent, true);
+    const StartupItem savedOff = item(u"2 saved off"_s, Kind::launchAgent, false);
+    const StartupItem added = item(u"3 added"_s, Kind::addedApp, true);
+    StartupItem guarded = item(u"4 protected"_s, Kind::launchAgent, true);
+    guarded.isProtected = true;
+    const StartupItem fresh = item(u"5 new"_s, Kind::launchAgent, true);
+    StartupItem discoveredOff = savedOff;
+    discoveredOff.runsAtStartup = true;
+
+    const StartupConfiguration configuration{{savedOn, savedOff}, true, {CloudSyncService::box}};
+    const QList<StartupItem> discovered{savedOn, discoveredOff, added, guarded, fresh};
+    StartupItem freshOff = fresh;
+    freshOff.runsAtStartup = false;
+
+    const StartupMerge clean = configuration.mergedWithDiscovered(discovered, true);
+    EXPECT_EQ(clean.configuration.items, (QList<StartupItem>{savedOn, savedOff, added, guarded, freshOff}));
+    EXPECT_TRUE(clean.configuration.disableNetworkAtStartup);
+    EXPECT_EQ(clean.configuration.disabledCloudSyncAtStartup, CloudSyncServices{CloudSyncService::box});
+    EXPECT_EQ(clean.errors, QStringList());
+    EXPECT_EQ(configuration.mergedWithDiscovered(discovered, false).configuration.items,
+              (QList<StartupItem>{savedOn, savedOff, added, guarded, fresh}));
+}
+
+TEST(StartupMerge, onlyAddedAppsOutliveTheirDiscovery) {
+    const StartupItem added = item(u"Added"_s, Kind::addedApp, false);
+    const StartupItem agent = item(u"Agent"_s, Kind::launchAgent, false);
+    const StartupItem login = item(u"Login"_s, Kind::loginApp, true);
+    const StartupMerge merge =
+        StartupConfiguration{{agent, added, login}, false, {}}.mergedWithDiscovered({}, true);
+    EXPECT_EQ(merge.configuration.items, QList<StartupItem>{added});
+}
+
+TEST(StartupMerge, sortsByNameWithoutRegardToCase) {
+    const QList<StartupItem> discovered{
+        item(u"beta"_s, Kind::loginApp, true), item(u"Alpha"_s, Kind::loginApp, true),
+        item(u"BETA"_s, Kind::loginApp, true), item(u"gamma"_s, Kind::loginApp, true)};
+    const StartupConfiguration saved{{item(u"Delta"_s, Kind::addedApp, true)}, false, {}};
+    EXPECT_EQ(namesOf(saved.mergedWithDiscovered(discovered, false).configuration.items),
+              (QStringList{u"Alpha"_s, u"beta"_s, u"BETA"_s, u"Delta"_s, u"gamma"_s}));
+}
+
+TEST(StartupMerge, theFirstOfSeveralSavedItemsCountsAndTheRestIsReported) {
+    StartupItem first = item(u"Sync"_s, Kind::launchAgent, false);
+    StartupItem second = first;
+    second.runsAtStartup = true;
+    StartupItem fresh = first;
+    fresh.runsAtStartup = true;
+    const StartupItem added = item(u"Added"_s, Kind::addedApp, true);
+    StartupItem addedAgain = added;
+    addedAgain.name = u"Added again"_s;
+
+    const StartupConfiguration saved{{first, second, second, added, addedAgain}, false, {}};
+    const StartupMerge merge = saved.mergedWithDiscovered({fresh}, false);
+    EXPECT_EQ(merge.configuration.items, (QList<StartupItem>{added, first}));
+    EXPECT_EQ(merge.errors, (QStringList{u"Duplicate values for key: 'launchAgent:Sync'"_s,
+                                         u"Duplicate values for key: 'addedApp:Added'"_s}));
+}
+
+TEST(StartupConfiguration, textsOfASetAreSortedPlainly) {
+    EXPECT_EQ(sortedTexts({u"b"_s, u"a"_s, u"B"_s}), (QStringList{u"B"_s, u"a"_s, u"b"_s}));
+}
+
+TEST(StartupConfiguration, launchItemsKeepTheirIdentifierInLabels) {
+    const StartupConfiguration configuration{{launchItem(u"a"_s, Kind::launchDaemon, false, u"a.plist"_s),
+                                              launchItem(u"b"_s, Kind::backgroundLoginItem, true, u"b"_s)},
+                                             false,
+                                             {}};
+    EXPECT_EQ(configuration.disabledLaunchLabels(), Texts{u"a.plist"_s});
+    EXPECT_EQ(configuration.disabledBackgroundLabels(), Texts());
+}
+
+} // namespace
+} // namespace quorvane

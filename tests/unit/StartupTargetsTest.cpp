@@ -1,0 +1,101 @@
+#include "startup/StartupTargets.h"
+
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+
+namespace quorvane {
+namespace {
+
+using Kind = StartupItemKind;
+
+StartupItem item(const QString& id, const QString& name, Kind kind, bool runs,
+                 const std::optional<QString>& launchIdentifier = std::nullopt) {
+    StartupItem made;
+    made.id = id;
+    made.name = name;
+    made.kind = kind;
+    made.runsAtStartup = runs;
+    made.launchIdentifier = launchIdentifier;
+    return made;
+}
+
+StartupTargetSets targetsOf(const QList<StartupItem>& items, const CloudSyncServices& services = {}) {
+    return disabledTargetSets({items, false, {}}, services, items);
+}
+
+TEST(StartupTargets, withoutServicesTheyAreWhatTheConfigurationSwitchesOff) {
+    const QList<StartupItem> items{
+        item(u"login:a"_s, u"a"_s, Kind::loginApp, false),
+        item(u"login:b"_s, u"b"_s, Kind::backgroundAgent, false),
+        item(u"login:c"_s, u"c"_s, Kind::loginApp, true),
+        item(u"launch:d"_s, u"d"_s, Kind::launchAgent, false, u"d.plist"_s),
+        item(u"launch:e"_s, u"e"_s, Kind::launchDaemon, false),
+        item(u"btm:f"_s, u"f"_s, Kind::backgroundLoginItem, false, u"f.label"_s),
+        item(u"btm:g"_s, u"g"_s, Kind::backgroundLoginItem, false),
+        item(u"added:h"_s, u"h"_s, Kind::addedApp, false),
+    };
+    EXPECT_EQ(targetsOf(items),
+              (StartupTargetSets{{u"a"_s, u"b"_s}, {}, {u"d.plist"_s, u"e"_s}, {u"f.label"_s}}));
+}
+
+TEST(StartupTargets, aServiceAddsItsItemsByTheirKind) {
+    StartupItem login = item(u"login:1"_s, u"Dropbox"_s, Kind::loginApp, true);
+    login.path = u"/Applications/Dropbox.app"_s;
+    const QList<StartupItem> items{
+        login,
+        item(u"login:2"_s, u"Dropbox Agent"_s, Kind::backgroundAgent, true),
+        item(u"launch:3"_s, u"dropbox updater"_s, Kind::launchAgent, true, u"com.dropbox.plist"_s),
+        item(u"launch:4"_s, u"dropbox daemon"_s, Kind::launchDaemon, true),
+        item(u"btm:5"_s, u"Dropbox Helper"_s, Kind::backgroundLoginItem, true, u"com.getdropbox"_s),
+        item(u"btm:6"_s, u"Dropbox Other"_s, Kind::backgroundLoginItem, true),
+        item(u"added:7"_s, u"Dropbox"_s, Kind::addedApp, true),
+        item(u"login:8"_s, u"Live"_s, Kind::loginApp, true),
+    };
+    EXPECT_EQ(targetsOf(items, {CloudSyncService::dropbox}),
+              (StartupTargetSets{{u"Dropbox"_s, u"Dropbox Agent"_s},
+                                 {u"/Applications/Dropbox.app"_s},
+                                 {u"com.dropbox.plist"_s},
+                                 {u"com.getdropbox"_s}}));
+    EXPECT_EQ(targetsOf(items, {CloudSyncService::box}), StartupTargetSets());
+    EXPECT_EQ(targetsOf(items), StartupTargetSets());
+}
+
+TEST(StartupTargets, anItemKnownByItsLaunchPlistIsNoLoginItem) {
+    StartupItem agent = item(u"launch:com.dropbox.plist"_s, u"com.dropbox"_s, Kind::backgroundAgent, false,
+                             u"com.dropbox.plist"_s);
+    agent.path = u"/Library/LaunchAgents/com.dropbox.plist"_s;
+    const StartupTargetSets expected{{}, {}, {u"com.dropbox.plist"_s}, {}};
+    EXPECT_EQ(targetsOf({agent}), expected);
+    agent.runsAtStartup = true;
+    EXPECT_EQ(targetsOf({agent}, {CloudSyncService::dropbox}), expected);
+    EXPECT_EQ(targetsOf({agent}), StartupTargetSets());
+
+    agent.launchIdentifier = std::nullopt;
+    agent.runsAtStartup = false;
+    EXPECT_EQ(targetsOf({agent}), (StartupTargetSets{{}, {}, {u"com.dropbox"_s}, {}}));
+}
+
+TEST(StartupTargets, discoveredItemsOfAServiceAreTargetsThoughTheConfigurationIsEmpty) {
+    const StartupItem found = item(u"login:Mega"_s, u"MEGAsync"_s, Kind::loginApp, true);
+    const StartupConfiguration empty;
+    EXPECT_EQ(disabledTargetSets(empty, {CloudSyncService::mega}, wideningItems(empty, {found})),
+              (StartupTargetSets{{u"MEGAsync"_s}, {}, {}, {}}));
+    EXPECT_EQ(disabledTargetSets(empty, {CloudSyncService::mega}, {}), StartupTargetSets());
+}
+
+TEST(StartupTargets, anEmptyListStillLeavesWhatIsSwitchedOff) {
+    const StartupConfiguration configuration{{item(u"login:a"_s, u"a"_s, Kind::loginApp, false)}, false, {}};
+    EXPECT_EQ(disabledTargetSets(configuration, {CloudSyncService::mega}, {}),
+              (StartupTargetSets{{u"a"_s}, {}, {}, {}}));
+}
+
+TEST(StartupTargets, theConfigurationsItemsGoBeforeDiscoveredOnes) {
+    const StartupItem saved = item(u"login:a"_s, u"saved"_s, Kind::loginApp, false);
+    const StartupItem twin = item(u"login:a"_s, u"discovered"_s, Kind::loginApp, true);
+    const StartupItem other = item(u"login:b"_s, u"other"_s, Kind::loginApp, true);
+    EXPECT_EQ(wideningItems({{saved}, false, {}}, {other, twin}), (QList<StartupItem>{saved, other}));
+}
+
+} // namespace
+} // namespace quorvane

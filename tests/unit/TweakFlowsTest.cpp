@@ -1,0 +1,358 @@
+#include "fakes/ScriptedSystem.h"
+
+namespace quorvane {
+
+namespace {
+
+using Verify = SystemManager::VerifyAfterSync;
+
+PerformanceSettings everythingButCleanReboot() { return PerformanceSettings::fullSelection(); }
+
+/// A Mac on which every selected tweak reads as applied.
+void answerAsApplied(ScriptedCommandLauncher& commands) {
+    const QString ncui = u"/Users/alex/Library/Preferences/ByHost/com.apple.notificationcenterui"_s;
+    commands.print(u"/usr/bin/pmset -g custom"_s, "AC Power:\n standby  0\n disksleep 0\n sleep 0\n sms 0\n");
+    commands.print(u"/usr/bin/defaults read NSGlobalDomain NSAppSleepDisabled"_s, "1\n");
+    commands.print(u"/usr/bin/defaults read com.apple.SoftwareUpdate AutomaticDownload"_s, "0\n");
+    commands.print(u"/usr/bin/defaults read com.apple.SoftwareUpdate AutomaticCheckEnabled"_s, "0\n");
+    commands.print(u"/usr/bin/defaults read com.apple.commerce AutoUpdate"_s, "0\n");
+    commands.print(u"/usr/bin/defaults -currentHost read "_s + ncui + u" doNotDisturb"_s, "1\n");
+    commands.print(u"/usr/bin/defaults read com.apple.Siri Status"_s, "Disabled\n");
+    commands.print(u"/usr/bin/defaults read com.apple.CrashReporter DialogType"_s, "none\n");
+    commands.print(u"/usr/bin/defaults read com.apple.systemsound com.apple.sound.uiaudio.enabled"_s, "0\n");
+    commands.print(u"/usr/bin/defaults read com.apple.NetworkBrowser DisableAirDrop"_s, "1\n");
+    commands.print(u"/usr/bin/mdutil -s /"_s, "/:\n\tIndexing disabled.\n");
+    commands.print(u"/usr/bin/tmutil status"_s, "Backup session status:\n{\n    Running = 0;\n}\n");
+}
+
+constexpr auto kPromptedRun = u"with prompt \"Quorvane needs your administrator password to make these system changes. "
+                              "Use Touch ID when prompted.\" with administrator privileges\n";
+
+class TweakFlows : public ScriptedSystem {
+protected:
+    bool apply(const PerformanceSettings& settings) { return QCoro::waitFor(system.applyPerformanceTweaks(settings)); }
+    bool sync(const PerformanceSettings& settings, Verify verify = Verify::No) {
+        return QCoro::waitFor(system.syncPerformanceTweaks(settings, verify));
+    }
+    bool undo() { return QCoro::waitFor(system.undoPerformanceTweaks()); }
+    QString prompted(const QString& line) {
+        return u"& do shell script \""_s + line + u"\" "_s + QString(kPromptedRun);
+    }
+};
+
+const QString kApplyEverything =
+    u"\nStarting Audio Performance optimizations...\n"
+    "$ /usr/bin/defaults write NSGlobalDomain NSAppSleepDisabled -bool YES\n"
+    "$ /usr/bin/defaults write com.ableton.live NSAppSleepDisabled -bool YES\n"
+    "  [APPLIED] Disabled App Nap (prevents background audio dropouts).\n"
+    "$ /usr/bin/defaults write com.apple.SoftwareUpdate AutomaticDownload -bool NO\n"
+    "$ /usr/bin/defaults write com.apple.SoftwareUpdate AutomaticCheckEnabled -bool NO\n"
+    "$ /usr/bin/defaults write com.apple.commerce AutoUpdate -bool NO\n"
+    "  [APPLIED] Disabled automatic macOS and App Store updates.\n"
+    "$ /usr/bin/defaults -currentHost write "
+    "/Users/alex/Library/Preferences/ByHost/com.apple.notificationcenterui doNotDisturb -boolean true\n"
+    "$ /usr/bin/defaults write com.apple.ncprefs.plist dnd_prefs -dict-add dnd_enabled -bool true\n"
+    "$ /usr/bin/killall NotificationCenter\n"
+    "$ /bin/launchctl unload -w /System/Library/LaunchAgents/com.apple.notificationcenterui.plist\n"
+    "  [APPLIED] Suppressed Notifications/Notification Center.\n"
+    "$ /usr/bin/defaults write com.apple.Siri Status -string Disabled\n"
+    "$ /usr/bin/defaults write com.apple.assistant.support \"Assistant Enabled\" -bool false\n"
+    "  [APPLIED] Disabled Siri processing.\n"
+    "$ /usr/bin/defaults write com.apple.CrashReporter DialogType -string none\n"
+    "  [APPLIED] Disabled Crash Reporter popups.\n"
+    "$ /usr/bin/defaults write com.apple.systemsound com.apple.sound.uiaudio.enabled -int 0\n"
+    "  [APPLIED] Muted System UI sound effects.\n"
+    "$ /usr/bin/defaults write com.apple.NetworkBrowser DisableAirDrop -bool YES\n"
+    "  [APPLIED] Deactivated AirDrop proximity sharing.\n"
+    "  [ACTION] Requesting Admin rights for system performance tweaks...\n"_s;
+
+const QString kOneWayVerification =
+    u"$> /usr/bin/pmset -g custom\n"
+    "$> /usr/bin/defaults read NSGlobalDomain NSAppSleepDisabled\n"
+    "$> /usr/bin/defaults read com.apple.SoftwareUpdate AutomaticDownload\n"
+    "$> /usr/bin/defaults read com.apple.SoftwareUpdate AutomaticCheckEnabled\n"
+    "$> /usr/bin/defaults read com.apple.commerce AutoUpdate\n"
+    "$> /usr/bin/defaults -currentHost read "
+    "/Users/alex/Library/Preferences/ByHost/com.apple.notificationcenterui doNotDisturb\n"
+    "$> /usr/bin/defaults read com.apple.Siri Status\n"
+    "$> /usr/bin/defaults read com.apple.CrashReporter DialogType\n"
+    "$> /usr/bin/defaults read com.apple.systemsound com.apple.sound.uiaudio.enabled\n"
+    "$> /usr/bin/defaults read com.apple.NetworkBrowser DisableAirDrop\n"
+    "$> /usr/bin/mdutil -s /\n"
+    "$> /usr/bin/tmutil status\n"
+    "\n[VERIFY] Performance tweaks\n"
+    "  [OK] App Nap — disabled\n"
+    "  [OK] Software Updates — disabled\n"
+    "  [OK] Notifications — suppressed\n"
+    "  [OK] Siri — disabled\n"
+    "  [OK] Crash Reporter — disabled\n"
+    "  [OK] UI Sounds — muted\n"
+    "  [OK] AirDrop — disabled\n"
+    "  [OK] USB Power — sleep disabled\n"
+    "  [OK] Motion Sensor — disabled\n"
+    "  [OK] Spotlight — indexing off\n"
+    "  [OK] Time Machine — disabled\n"
+    "  [VERIFY] All settings confirmed on system.\n"_s;
+
+const QString kSyncEverythingOff =
+    u"\nSyncing performance tweaks to profile settings...\n"
+    "$ /usr/bin/defaults delete NSGlobalDomain NSAppSleepDisabled\n"
+    "$ /usr/bin/defaults delete com.ableton.live NSAppSleepDisabled\n"
+    "  [RESTORED] Re-enabled App Nap.\n"
+    "$ /usr/bin/defaults write com.apple.SoftwareUpdate AutomaticDownload -bool YES\n"
+    "$ /usr/bin/defaults write com.apple.SoftwareUpdate AutomaticCheckEnabled -bool YES\n"
+    "$ /usr/bin/defaults write com.apple.commerce AutoUpdate -bool YES\n"
+    "  [RESTORED] Re-enabled automatic updates.\n"
+    "$ /usr/bin/defaults -currentHost delete "
+    "/Users/alex/Library/Preferences/ByHost/com.apple.notificationcenterui doNotDisturb\n"
+    "$ /bin/launchctl load -w /System/Library/LaunchAgents/com.apple.notificationcenterui.plist\n"
+    "$ /usr/bin/open -a NotificationCenter\n"
+    "  [RESTORED] Re-enabled Notifications.\n"
+    "$ /usr/bin/defaults delete com.apple.Siri Status\n"
+    "$ /usr/bin/defaults write com.apple.assistant.support \"Assistant Enabled\" -bool true\n"
+    "  [RESTORED] Re-enabled Siri.\n"
+    "$ /usr/bin/defaults delete com.apple.CrashReporter DialogType\n"
+    "  [RESTORED] Re-enabled Crash Reporter.\n"
+    "$ /usr/bin/defaults write com.apple.systemsound com.apple.sound.uiaudio.enabled -int 1\n"
+    "  [RESTORED] Restored UI sounds.\n"
+    "$ /usr/bin/defaults write com.apple.NetworkBrowser DisableAirDrop -bool NO\n"
+    "  [RESTORED] Re-activated AirDrop.\n"
+    "  [ACTION] Requesting Admin rights to sync system-level tweaks...\n"_s;
+
+const QString kSyncEverythingOn =
+    u"\nSyncing performance tweaks to profile settings...\n"
+    "$ /usr/bin/defaults write NSGlobalDomain NSAppSleepDisabled -bool YES\n"
+    "$ /usr/bin/defaults write com.ableton.live NSAppSleepDisabled -bool YES\n"
+    "  [APPLIED] Disabled App Nap.\n"
+    "$ /usr/bin/defaults write com.apple.SoftwareUpdate AutomaticDownload -bool NO\n"
+    "$ /usr/bin/defaults write com.apple.SoftwareUpdate AutomaticCheckEnabled -bool NO\n"
+    "$ /usr/bin/defaults write com.apple.commerce AutoUpdate -bool NO\n"
+    "  [APPLIED] Disabled automatic updates.\n"
+    "$ /usr/bin/defaults -currentHost write "
+    "/Users/alex/Library/Preferences/ByHost/com.apple.notificationcenterui doNotDisturb -boolean true\n"
+    "$ /usr/bin/killall NotificationCenter\n"
+    "$ /bin/launchctl unload -w /System/Library/LaunchAgents/com.apple.notificationcenterui.plist\n"
+    "  [APPLIED] Suppressed Notifications.\n"
+    "$ /usr/bin/defaults write com.apple.Siri Status -string Disabled\n"
+    "$ /usr/bin/defaults write com.apple.assistant.support \"Assistant Enabled\" -bool false\n"
+    "  [APPLIED] Disabled Siri.\n"
+    "$ /usr/bin/defaults write com.apple.CrashReporter DialogType -string none\n"
+    "  [APPLIED] Disabled Crash Reporter.\n"
+    "$ /usr/bin/defaults write com.apple.systemsound com.apple.sound.uiaudio.enabled -int 0\n"
+    "  [APPLIED] Muted UI sounds.\n"
+    "$ /usr/bin/defaults write com.apple.NetworkBrowser DisableAirDrop -bool YES\n"
+    "  [APPLIED] Deactivated AirDrop.\n"
+    "  [ACTION] Requesting Admin rights to sync system-level tweaks...\n"_s;
+
+const QString kSyncEnd =
+    u"$ /usr/bin/defaults write com.apple.loginwindow TALLogoutSavesState -bool true\n"
+    "$ /usr/bin/defaults write com.apple.loginwindow LoginwindowLaunchesRelaunchApps -bool true\n"
+    "$ /usr/bin/defaults delete NSGlobalDomain NSQuitAlwaysKeepsWindows\n"
+    "  [RESTORED] Re-enabled app restoration on reboot.\n"
+    "\nPerformance Tweaks Synced! (Restart your Mac for full effect.)\n"_s;
+
+const QString kUndoAsUser =
+    u"\nUndoing Audio Performance tweaks (no snapshot — using standard defaults)...\n"
+    "$ /usr/bin/defaults delete NSGlobalDomain NSAppSleepDisabled\n"
+    "$ /usr/bin/defaults delete com.ableton.live NSAppSleepDisabled\n"
+    "  [REVERTED] Re-enabled App Nap.\n"
+    "$ /usr/bin/defaults write com.apple.SoftwareUpdate AutomaticDownload -bool YES\n"
+    "$ /usr/bin/defaults write com.apple.SoftwareUpdate AutomaticCheckEnabled -bool YES\n"
+    "$ /usr/bin/defaults write com.apple.commerce AutoUpdate -bool YES\n"
+    "  [REVERTED] Re-enabled automatic updates.\n"
+    "$ /usr/bin/defaults -currentHost delete "
+    "/Users/alex/Library/Preferences/ByHost/com.apple.notificationcenterui doNotDisturb\n"
+    "$ /bin/launchctl load -w /System/Library/LaunchAgents/com.apple.notificationcenterui.plist\n"
+    "$ /usr/bin/open -a NotificationCenter\n"
+    "  [REVERTED] Re-enabled Notifications.\n"
+    "$ /usr/bin/defaults delete com.apple.Siri Status\n"
+    "$ /usr/bin/defaults write com.apple.assistant.support \"Assistant Enabled\" -bool true\n"
+    "  [REVERTED] Re-enabled Siri.\n"
+    "$ /usr/bin/defaults delete com.apple.CrashReporter DialogType\n"
+    "  [REVERTED] Re-enabled Crash Reporter.\n"
+    "$ /usr/bin/defaults write com.apple.systemsound com.apple.sound.uiaudio.enabled -int 1\n"
+    "  [REVERTED] Restored System UI sound effects.\n"
+    "$ /usr/bin/defaults write com.apple.NetworkBrowser DisableAirDrop -bool NO\n"
+    "  [REVERTED] Re-activated AirDrop.\n"
+    "$ /usr/bin/defaults write com.apple.loginwindow TALLogoutSavesState -bool true\n"
+    "$ /usr/bin/defaults write com.apple.loginwindow LoginwindowLaunchesRelaunchApps -bool true\n"
+    "$ /usr/bin/defaults delete NSGlobalDomain NSQuitAlwaysKeepsWindows\n"
+    "  [RESTORED] Re-enabled app restoration on reboot.\n"
+    "  [ACTION] Requesting Admin rights to restore system defaults...\n"_s;
+
+const QString kUndoLine =
+    u"pmset -a standby 1 disksleep 10 sleep 1 ; mdutil -a -i on || true ; tmutil enable || true ; pmset -a sms 1"_s;
+
+} // namespace
+
+// ---- One-way apply -------------------------------------------------------------------------------------------------
+
+TEST_F(TweakFlows, applyOfEverythingRunsEachCommandInOrderAndVerifies) {
+    answerAsApplied(commands);
+    EXPECT_TRUE(apply(everythingButCleanReboot()));
+    EXPECT_EQ(takeTrace(),
+              kApplyEverything +
+                  prompted(u"pmset -a standby 0 disksleep 0 sleep 0 ; mdutil -a -i off || true ; tmutil disable || true ; "
+                           "pmset -a sms 0"_s) +
+                  u"  [APPLIED] Successfully apply all system-level performance tweaks.\n"
+                  "\nPerformance Tweaks Complete! (Restart your Mac for full effect.)\n"_s +
+                  kOneWayVerification);
+    EXPECT_EQ(system.lastApplyVerification()->verified.size(), 11);
+    EXPECT_EQ(system.adminBatchDepth(), 0);
+}
+
+TEST_F(TweakFlows, applyOfNothingRunsNoCommandShowsNoPromptAndStillVerifies) {
+    EXPECT_TRUE(apply({}));
+    EXPECT_EQ(takeTrace(), u"\nStarting Audio Performance optimizations...\n"
+                           "\nPerformance Tweaks Complete! (Restart your Mac for full effect.)\n"
+                           "$> /usr/bin/pmset -g custom\n"
+                           "\n[VERIFY] Performance tweaks\n"
+                           "  [VERIFY] All settings confirmed on system.\n"_s);
+}
+
+TEST_F(TweakFlows, applyOfAUserTweakAloneShowsNoPrompt) {
+    PerformanceSettings settings;
+    settings.uiSounds = true;
+    commands.fail(u"/usr/bin/defaults read com.apple.systemsound com.apple.sound.uiaudio.enabled"_s, 1);
+    EXPECT_TRUE(apply(settings));
+    EXPECT_EQ(takeTrace(), u"\nStarting Audio Performance optimizations...\n"
+                           "$ /usr/bin/defaults write com.apple.systemsound com.apple.sound.uiaudio.enabled -int 0\n"
+                           "  [APPLIED] Muted System UI sound effects.\n"
+                           "\nPerformance Tweaks Complete! (Restart your Mac for full effect.)\n"
+                           "$> /usr/bin/pmset -g custom\n"
+                           "$> /usr/bin/defaults read com.apple.systemsound com.apple.sound.uiaudio.enabled\n"
+                           "\n[VERIFY] Performance tweaks\n"
+                           "  [OK] UI Sounds — muted\n"
+                           "  [VERIFY] All settings confirmed on system.\n"_s);
+}
+
+TEST_F(TweakFlows, aCancelledApplyStopsAfterTheErrorLine) {
+    scripts.failNext(u"User canceled."_s);
+    EXPECT_FALSE(apply(everythingButCleanReboot()));
+    EXPECT_EQ(takeTrace(),
+              kApplyEverything +
+                  prompted(u"pmset -a standby 0 disksleep 0 sleep 0 ; mdutil -a -i off || true ; tmutil disable || true ; "
+                           "pmset -a sms 0"_s) +
+                  u"  [ERROR] Administrator authorization was cancelled or failed: User canceled.\n"_s);
+    EXPECT_FALSE(system.lastApplyVerification().has_value());
+    EXPECT_EQ(system.adminBatchDepth(), 0);
+}
+
+TEST_F(TweakFlows, aFailedCheckMakesTheApplyFalse) {
+    answerAsApplied(commands);
+    commands.fail(u"/usr/bin/defaults read com.apple.CrashReporter DialogType"_s, 1);
+    PerformanceSettings settings;
+    settings.crashReporter = true;
+    EXPECT_FALSE(apply(settings));
+    EXPECT_EQ(system.lastApplyVerification()->failed.size(), 1);
+}
+
+TEST_F(TweakFlows, aFailedPreferenceWriteNeitherStopsTheApplyNorReachesTheLog) {
+    answerAsApplied(commands);
+    commands.fail(u"/usr/bin/defaults write com.apple.Siri Status -string Disabled"_s, 1, "Could not write domain");
+    PerformanceSettings settings;
+    settings.siri = true;
+    EXPECT_TRUE(apply(settings));
+    EXPECT_FALSE(system.logMessages().join(u'\n').contains(u"Could not write"_s));
+    EXPECT_TRUE(trace.contains(u"$ /usr/bin/defaults write com.apple.assistant.support \"Assistant Enabled\" -bool false"_s));
+}
+
+// ---- Two-way sync --------------------------------------------------------------------------------------------------
+
+TEST_F(TweakFlows, syncOfEverythingOutsideABatchAsksAtOnce) {
+    EXPECT_TRUE(sync(everythingButCleanReboot()));
+    EXPECT_EQ(takeTrace(), kSyncEverythingOn +
+                               prompted(u"pmset -a standby 0 disksleep 0 sleep 0 sms 0 ; mdutil -a -i off || true ; "
+                                        "tmutil disable || true"_s) +
+                               kSyncEnd);
+}
+
+TEST_F(TweakFlows, syncOfNothingStillAsksForAdministratorRights) {
+    EXPECT_TRUE(sync({}));
+    EXPECT_EQ(takeTrace(), kSyncEverythingOff +
+                               prompted(u"pmset -a standby 1 disksleep 10 sleep 1 sms 1 ; mdutil -a -i on || true ; "
+                                        "tmutil enable || true"_s) +
+                               kSyncEnd);
+}
+
+TEST_F(TweakFlows, syncJoinsPowerAndMotionSensorInOneCommand) {
+    PerformanceSettings settings;
+    settings.sms = true;
+    sync(settings);
+    EXPECT_TRUE(takeTrace().contains(u"\"pmset -a standby 1 disksleep 10 sleep 1 sms 0 ; "_s));
+}
+
+TEST_F(TweakFlows, syncInsideABatchOnlyQueues) {
+    system.beginAdminBatch();
+    EXPECT_TRUE(sync({}));
+    EXPECT_EQ(takeTrace(), kSyncEverythingOff + kSyncEnd);
+    EXPECT_TRUE(QCoro::waitFor(system.finishAdminBatch(u"Please."_s)));
+    EXPECT_EQ(takeTrace(), u"& do shell script \"pmset -a standby 1 disksleep 10 sleep 1 sms 1 ; mdutil -a -i on || true "
+                           "; tmutil enable || true\" with prompt \"Please.\" with administrator privileges\n"_s);
+}
+
+TEST_F(TweakFlows, aCancelledSyncStopsBeforeAppRestoration) {
+    scripts.failNext(u"User canceled."_s);
+    EXPECT_FALSE(sync({}));
+    EXPECT_EQ(takeTrace(), kSyncEverythingOff +
+                               prompted(u"pmset -a standby 1 disksleep 10 sleep 1 sms 1 ; mdutil -a -i on || true ; "
+                                        "tmutil enable || true"_s) +
+                               u"  [ERROR] System tweak sync was cancelled or failed: User canceled.\n"_s);
+}
+
+TEST_F(TweakFlows, aVerifyingSyncIsFalseWhenACheckFails) {
+    answerAsApplied(commands);
+    commands.fail(u"/usr/bin/defaults read NSGlobalDomain NSAppSleepDisabled"_s, 1);
+    EXPECT_FALSE(sync(everythingButCleanReboot(), Verify::Yes));
+    const QString log = takeTrace();
+    EXPECT_TRUE(log.contains(u"\n[VERIFY] Performance tweaks\n"_s));
+    EXPECT_TRUE(log.endsWith(u"  [OK] Clean Reboot — app restoration enabled\n"
+                             "  [MISSING] App Nap — expected disabled\n"
+                             "  [VERIFY] 1 setting(s) could not be confirmed.\n"_s));
+}
+
+TEST_F(TweakFlows, aVerifyingSyncIsTrueWhenEveryCheckHolds) {
+    answerAsApplied(commands);
+    EXPECT_TRUE(sync(everythingButCleanReboot(), Verify::Yes));
+    EXPECT_EQ(system.lastApplyVerification()->verified.size(), 12);
+}
+
+// ---- Undo to standard defaults -------------------------------------------------------------------------------------
+
+TEST_F(TweakFlows, undoRunsEachCommandInOrder) {
+    EXPECT_TRUE(undo());
+    EXPECT_EQ(takeTrace(), kUndoAsUser + prompted(kUndoLine) +
+                               u"  [REVERTED] Successfully restored all system-level defaults.\n"
+                               "\nUndo Complete! (Restart your Mac for full effect.)\n"_s);
+}
+
+TEST_F(TweakFlows, undoOnAMacWithoutTheKeysRunsTheSameCommandsSilently) {
+    for (const QString& line : {u"NSGlobalDomain NSAppSleepDisabled"_s, u"com.ableton.live NSAppSleepDisabled"_s,
+                                u"com.apple.Siri Status"_s, u"com.apple.CrashReporter DialogType"_s}) {
+        commands.fail(u"/usr/bin/defaults delete "_s + line, 1, "Domain not found.");
+    }
+    EXPECT_TRUE(undo());
+    EXPECT_TRUE(takeTrace().startsWith(kUndoAsUser));
+}
+
+TEST_F(TweakFlows, aCancelledUndoSaysSo) {
+    scripts.failNext(u"User canceled."_s);
+    EXPECT_FALSE(undo());
+    EXPECT_EQ(takeTrace(), kUndoAsUser + prompted(kUndoLine) +
+                               u"  [ERROR] Restoration was cancelled or failed: User canceled.\n"_s);
+}
+
+TEST_F(TweakFlows, undoInsideABatchLogsItsEndBeforeThePromptAndKeepsItWhenTheBatchFails) {
+    system.beginAdminBatch();
+    EXPECT_TRUE(undo());
+    const QString end = u"  [REVERTED] Successfully restored all system-level defaults.\n"
+                        "\nUndo Complete! (Restart your Mac for full effect.)\n"_s;
+    EXPECT_EQ(takeTrace(), kUndoAsUser + end);
+    scripts.failNext(u"User canceled."_s);
+    EXPECT_FALSE(QCoro::waitFor(system.finishAdminBatch(u"Please."_s)));
+    EXPECT_EQ(takeTrace(), u"& do shell script \""_s + kUndoLine +
+                               u"\" with prompt \"Please.\" with administrator privileges\n"
+                               "  [ERROR] Administrator authorization was cancelled or failed: User canceled.\n"_s);
+}
+
+} // namespace quorvane

@@ -1,0 +1,238 @@
+#include "fakes/ScriptedSystem.h"
+
+#include "verification/ValueTests.h"
+
+namespace quorvane {
+
+namespace {
+
+using Unselected = SystemManager::UnselectedTweaks;
+using Item = ApplyVerificationResult::Item;
+
+const QString kDoNotDisturb = u"-currentHost read "
+                              "/Users/alex/Library/Preferences/ByHost/com.apple.notificationcenterui doNotDisturb"_s;
+
+/// One tweak, the values that the Mac shows, and what the check makes of them.
+struct Case {
+    bool PerformanceSettings::*setting;
+    bool isSelected;
+    QStringList values; ///< "read D K=value"; a read that isn't named finds no key
+    bool holds;
+    QString name;
+    QString detail;
+};
+
+/// Runs the single check of a tweak on a Mac where every preference that isn't given is unset.
+class Verification : public ScriptedSystem {
+protected:
+    ApplyVerificationResult verify(const PerformanceSettings& settings, Unselected unselected) {
+        return QCoro::waitFor(system.verifyAppliedSettings(settings, unselected));
+    }
+
+    void unsetEverything() {
+        for (const QString& key :
+             {u"NSGlobalDomain NSAppSleepDisabled"_s, u"com.apple.SoftwareUpdate AutomaticDownload"_s,
+              u"com.apple.SoftwareUpdate AutomaticCheckEnabled"_s, u"com.apple.commerce AutoUpdate"_s,
+              u"com.apple.Siri Status"_s, u"com.apple.assistant.support \"Assistant Enabled\""_s,
+              u"com.apple.CrashReporter DialogType"_s, u"com.apple.systemsound com.apple.sound.uiaudio.enabled"_s,
+              u"com.apple.NetworkBrowser DisableAirDrop"_s, u"com.apple.loginwindow TALLogoutSavesState"_s,
+              u"com.apple.loginwindow LoginwindowLaunchesRelaunchApps"_s}) {
+            commands.fail(u"/usr/bin/defaults read "_s + key, 1);
+        }
+        commands.fail(u"/usr/bin/defaults "_s + kDoNotDisturb, 1);
+    }
+
+    /// "read D K=value", "pmset=standby 0|sleep 0", "mdutil=…", "tmutil=…"; a value of "!" is a tool that fails.
+    void answer(const QString& value) {
+        const QString key = value.section(u'=', 0, 0);
+        const QString text = value.section(u'=', 1);
+        QString line = u"/usr/bin/defaults "_s + key;
+        if (key == u"pmset"_s) {
+            line = u"/usr/bin/pmset -g custom"_s;
+        } else if (key == u"mdutil"_s) {
+            line = u"/usr/bin/mdutil -s /"_s;
+        } else if (key == u"tmutil"_s) {
+            line = u"/usr/bin/tmutil status"_s;
+        }
+        if (text == u"!"_s) {
+            commands.fail(line, 1);
+        } else {
+            commands.print(line, QString(text).replace(u'|', u'\n').toUtf8() + '\n');
+        }
+    }
+
+    Item onlyItemNamed(const QList<Item>& items, const QString& name) {
+        QList<Item> found;
+        std::copy_if(items.begin(), items.end(), std::back_inserter(found),
+                     [&name](const Item& item) { return item.name == name; });
+        EXPECT_EQ(found.size(), 1) << name.toStdString();
+        return found.isEmpty() ? Item{} : found.first();
+    }
+
+    void check(const Case& expected) {
+        unsetEverything();
+        for (const QString& value : expected.values) {
+            answer(value);
+        }
+        PerformanceSettings settings;
+        settings.*expected.setting = expected.isSelected;
+        const auto result = verify(settings, expected.isSelected ? Unselected::Ignored : Unselected::ExpectedRestored);
+        SCOPED_TRACE(expected.name.toStdString() + (expected.isSelected ? " selected: " : " unselected: ") +
+                     expected.values.join(u", "_s).toStdString());
+        const Item item = onlyItemNamed(expected.holds ? result.verified : result.failed, expected.name);
+        EXPECT_EQ(item.detail.value_or(u"none"_s), expected.detail);
+    }
+};
+
+using S = PerformanceSettings;
+
+} // namespace
+
+TEST_F(Verification, eachRowDecidesByItsOwnRule) {
+    const QString download = u"read com.apple.SoftwareUpdate AutomaticDownload="_s;
+    const QString checks = u"read com.apple.SoftwareUpdate AutomaticCheckEnabled="_s;
+    const QString store = u"read com.apple.commerce AutoUpdate="_s;
+    const QString assistant = u"read com.apple.assistant.support \"Assistant Enabled\"="_s;
+    const QString sounds = u"read com.apple.systemsound com.apple.sound.uiaudio.enabled="_s;
+    const QString awake = u"pmset=standby 0|disksleep 0|sleep 0"_s;
+    const QList<Case> cases{
+        {&S::appNap, true, {u"read NSGlobalDomain NSAppSleepDisabled=YES"_s}, true, u"App Nap"_s, u"disabled"_s},
+        {&S::appNap, true, {}, false, u"App Nap"_s, u"expected disabled"_s},
+        {&S::appNap, false, {}, true, u"App Nap"_s, u"enabled"_s},
+        {&S::appNap, false, {u"read NSGlobalDomain NSAppSleepDisabled=0"_s}, true, u"App Nap"_s, u"enabled"_s},
+        {&S::appNap, false, {u"read NSGlobalDomain NSAppSleepDisabled=1"_s}, false, u"App Nap"_s, u"expected enabled"_s},
+        {&S::updates, true, {}, true, u"Software Updates"_s, u"disabled"_s},
+        {&S::updates, true, {download + u'0', checks + u'0', store + u'0'}, true, u"Software Updates"_s, u"disabled"_s},
+        {&S::updates, true, {store + u'1'}, false, u"Software Updates"_s, u"expected disabled"_s},
+        {&S::updates, true, {checks + u'1'}, false, u"Software Updates"_s, u"expected disabled"_s},
+        {&S::updates, false, {}, true, u"Software Updates"_s, u"enabled"_s},
+        {&S::updates, false, {download + u'1', store + u'0'}, true, u"Software Updates"_s, u"enabled"_s},
+        {&S::updates, false, {download + u'0'}, false, u"Software Updates"_s, u"expected enabled"_s},
+        {&S::notifications, true, {kDoNotDisturb + u"=1"_s}, true, u"Notifications"_s, u"suppressed"_s},
+        {&S::notifications, true, {}, false, u"Notifications"_s, u"expected suppressed"_s},
+        {&S::notifications, false, {}, true, u"Notifications"_s, u"enabled"_s},
+        {&S::notifications, false, {kDoNotDisturb + u"=1"_s}, false, u"Notifications"_s, u"expected enabled"_s},
+        {&S::siri, true, {u"read com.apple.Siri Status=DISABLED"_s, assistant + u'1'}, true, u"Siri"_s, u"disabled"_s},
+        {&S::siri, true, {assistant + u'0'}, true, u"Siri"_s, u"disabled"_s},
+        {&S::siri, true, {}, true, u"Siri"_s, u"disabled"_s},
+        {&S::siri, true, {assistant + u'1'}, false, u"Siri"_s, u"expected disabled"_s},
+        {&S::siri, false, {}, true, u"Siri"_s, u"enabled"_s},
+        {&S::siri, false, {assistant + u'0'}, false, u"Siri"_s, u"expected enabled"_s},
+        {&S::crashReporter, true, {u"read com.apple.CrashReporter DialogType=None"_s}, true, u"Crash Reporter"_s,
+         u"disabled"_s},
+        {&S::crashReporter, true, {}, false, u"Crash Reporter"_s, u"expected disabled"_s},
+        {&S::crashReporter, false, {u"read com.apple.CrashReporter DialogType=server"_s}, true, u"Crash Reporter"_s,
+         u"enabled"_s},
+        {&S::crashReporter, false, {u"read com.apple.CrashReporter DialogType=none"_s}, false, u"Crash Reporter"_s,
+         u"expected enabled"_s},
+        {&S::uiSounds, true, {}, true, u"UI Sounds"_s, u"muted"_s},
+        {&S::uiSounds, true, {sounds + u'1'}, false, u"UI Sounds"_s, u"expected muted"_s},
+        {&S::uiSounds, false, {sounds + u'1'}, true, u"UI Sounds"_s, u"enabled"_s},
+        {&S::uiSounds, false, {}, true, u"UI Sounds"_s, u"enabled"_s},
+        {&S::uiSounds, false, {sounds + u'0'}, false, u"UI Sounds"_s, u"expected enabled"_s},
+        {&S::airdrop, true, {u"read com.apple.NetworkBrowser DisableAirDrop=true"_s}, true, u"AirDrop"_s, u"disabled"_s},
+        {&S::airdrop, true, {}, false, u"AirDrop"_s, u"expected disabled"_s},
+        {&S::airdrop, false, {}, true, u"AirDrop"_s, u"enabled"_s},
+        {&S::airdrop, false, {u"read com.apple.NetworkBrowser DisableAirDrop=1"_s}, false, u"AirDrop"_s,
+         u"expected enabled"_s},
+        {&S::usbPower, true, {awake}, true, u"USB Power"_s, u"sleep disabled"_s},
+        {&S::usbPower, true, {u"pmset=standby 0|sleep 0"_s}, false, u"USB Power"_s,
+         u"expected standby/disk/sleep at 0"_s},
+        {&S::usbPower, true, {u"pmset=!"_s}, false, u"USB Power"_s, u"expected standby/disk/sleep at 0"_s},
+        {&S::usbPower, false, {u"pmset=!"_s}, true, u"USB Power"_s, u"standard sleep"_s},
+        {&S::usbPower, false, {u"pmset=standby 1|disksleep 0|sleep 0"_s}, true, u"USB Power"_s, u"standard sleep"_s},
+        {&S::usbPower, false, {awake}, false, u"USB Power"_s, u"expected standard sleep values"_s},
+        {&S::sms, true, {u"pmset=sms 0"_s}, true, u"Motion Sensor"_s, u"disabled"_s},
+        {&S::sms, true, {u"pmset=!"_s}, false, u"Motion Sensor"_s, u"expected sms 0"_s},
+        {&S::sms, false, {u"pmset=sms 1"_s}, true, u"Motion Sensor"_s, u"enabled"_s},
+        {&S::sms, false, {u"pmset=sms 0"_s}, false, u"Motion Sensor"_s, u"expected sms 1"_s},
+        {&S::sms, false, {u"pmset=!"_s}, false, u"Motion Sensor"_s, u"could not read pmset"_s},
+        {&S::spotlight, true, {u"mdutil=Indexing disabled."_s}, true, u"Spotlight"_s, u"indexing off"_s},
+        {&S::spotlight, true, {u"mdutil=INDEXING ENABLED."_s}, false, u"Spotlight"_s, u"expected indexing off"_s},
+        {&S::spotlight, true, {u"mdutil=!"_s}, false, u"Spotlight"_s, u"expected indexing off"_s},
+        {&S::spotlight, false, {u"mdutil=Indexing enabled."_s}, true, u"Spotlight"_s, u"indexing on"_s},
+        {&S::spotlight, false, {u"mdutil=No index."_s}, false, u"Spotlight"_s, u"expected indexing on"_s},
+        {&S::spotlight, false, {u"mdutil=!"_s}, false, u"Spotlight"_s, u"could not read status"_s},
+        {&S::timeMachine, true, {u"tmutil=Running = 0;"_s}, true, u"Time Machine"_s, u"disabled"_s},
+        {&S::timeMachine, true, {u"tmutil=Running = 1;"_s}, false, u"Time Machine"_s, u"expected disabled"_s},
+        {&S::timeMachine, true, {u"tmutil=!"_s}, false, u"Time Machine"_s, u"expected disabled"_s},
+        {&S::timeMachine, false, {u"tmutil=Running = 1;"_s}, true, u"Time Machine"_s, u"enabled"_s},
+        {&S::timeMachine, false, {u"tmutil=Running = 0;"_s}, false, u"Time Machine"_s, u"expected enabled"_s},
+        {&S::timeMachine, false, {u"tmutil=!"_s}, false, u"Time Machine"_s, u"could not read status"_s},
+    };
+    for (const Case& expected : cases) {
+        check(expected);
+    }
+}
+
+TEST_F(Verification, unselectedSpotlightAndTimeMachineAreReadASecondTimeWhenTheyFail) {
+    unsetEverything();
+    verify({}, Unselected::ExpectedRestored);
+    EXPECT_EQ(trace.count(u"$> /usr/bin/mdutil -s /"_s), 2);
+    EXPECT_EQ(trace.count(u"$> /usr/bin/tmutil status"_s), 2);
+}
+
+TEST_F(Verification, cleanRebootIsOffOnlyWhenBothValuesAreOff) {
+    const QString saves = u"read com.apple.loginwindow TALLogoutSavesState="_s;
+    const QString relaunches = u"read com.apple.loginwindow LoginwindowLaunchesRelaunchApps="_s;
+    struct {
+        QStringList values;
+        bool isOff;
+    } const cases[] = {{{saves + u"0"_s, relaunches + u"off"_s}, true},
+                       {{saves + u"0"_s}, false},
+                       {{saves + u"1"_s, relaunches + u"0"_s}, false},
+                       {{}, false}};
+    for (const auto& [values, isOff] : cases) {
+        unsetEverything();
+        for (const QString& value : values) {
+            answer(value);
+        }
+        const auto result = verify({}, Unselected::ExpectedRestored);
+        const Item item = onlyItemNamed(isOff ? result.failed : result.verified, u"Clean Reboot"_s);
+        EXPECT_EQ(item.detail, isOff ? u"expected app restoration enabled"_s : u"app restoration enabled"_s);
+    }
+}
+
+TEST_F(Verification, theOneWayFormHasNoCleanRebootItem) {
+    const auto result = verify({}, Unselected::Ignored);
+    EXPECT_EQ(result, ApplyVerificationResult());
+    EXPECT_EQ(trace, QStringList(u"$> /usr/bin/pmset -g custom"_s));
+}
+
+TEST_F(Verification, theLogListsVerifiedThenFailedThenTheCount) {
+    const ApplyVerificationResult result{{{u"App Nap"_s, u"disabled"_s}, {u"Bare"_s, std::nullopt}},
+                                         {{u"Siri"_s, u"expected disabled"_s}, {u"Other"_s, std::nullopt}}};
+    system.logVerificationResult(result, u"Profile: Live"_s);
+    EXPECT_EQ(takeTrace(), u"\n[VERIFY] Profile: Live\n  [OK] App Nap — disabled\n  [OK] Bare\n"
+                           "  [MISSING] Siri — expected disabled\n  [MISSING] Other\n"
+                           "  [VERIFY] 2 setting(s) could not be confirmed.\n"_s);
+}
+
+TEST(VerificationSummary, countsVerifiedAndFailed) {
+    ApplyVerificationResult result;
+    result.verified = QList<Item>(11, Item{u"x"_s, std::nullopt});
+    EXPECT_EQ(summary(result), u"All 11 setting(s) verified on the system."_s);
+    result.verified.removeLast();
+    result.failed = QList<Item>(2, Item{u"y"_s, std::nullopt});
+    EXPECT_EQ(summary(result), u"10 verified, 2 not confirmed. Check Logs for details."_s);
+}
+
+TEST(ValueTests, eachQuestionHasItsOwnAnswerForAMissingKey) {
+    struct {
+        std::optional<QString> value;
+        bool truthy;
+        bool falsy;
+        bool off;
+    } const cases[] = {{std::nullopt, false, true, false}, {u"1"_s, true, false, false},  {u"TRUE"_s, true, false, false},
+                       {u"Yes"_s, true, false, false},     {u"0"_s, false, true, true},   {u"False"_s, false, true, true},
+                       {u"NO"_s, false, true, true},       {u"off"_s, false, false, true}, {u""_s, false, false, false},
+                       {u"2"_s, false, false, false},      {u"on"_s, false, false, false}};
+    for (const auto& [value, truthy, falsy, off] : cases) {
+        SCOPED_TRACE(value.value_or(u"none"_s).toStdString());
+        EXPECT_EQ(isTruthy(value), truthy);
+        EXPECT_EQ(isFalsy(value), falsy);
+        EXPECT_EQ(isOffValue(value), off);
+    }
+}
+
+} // namespace quorvane
