@@ -35,7 +35,7 @@ bool isDefaultProfileName(const QString& name) {
 }
 
 bool isDefaultProfile(const UnifiedProfile& profile) {
-    return isDefaultProfileName(profile.name);
+    return profile.id == UnifiedProfile::defaultProfile().id || isDefaultProfileName(profile.name);
 }
 
 } // namespace quorvane

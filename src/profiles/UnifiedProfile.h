@@ -42,7 +42,7 @@ size_t qHash(const UnifiedProfile& profile, size_t seed = 0);
 
 /// True for the name of the Default profile, in any case.
 bool isDefaultProfileName(const QString& name);
-/// True for a profile that goes by that name.
+/// True for a profile with the identity of the Default profile, or with its name in any case.
 bool isDefaultProfile(const UnifiedProfile& profile);
 
 } // namespace quorvane

@@ -10,6 +10,7 @@
 
 #include <QCoreApplication>
 #include <QCoroTask>
+#include <QDir>
 #include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
@@ -51,7 +52,7 @@ public:
     explicit ChosenMac(const Arguments& arguments)
         : m_folder(arguments.macFolder) {
         if (m_folder.isEmpty()) {
-            m_temporary = std::make_unique<QTemporaryDir>();
+            m_temporary = std::make_unique<QTemporaryDir>(QDir::tempPath() + u"/quorvane-rehearsal-XXXXXX"_s);
             m_folder = m_temporary->path() + u"/Mac"_s;
             makeMac(m_folder, {});
         }

@@ -53,7 +53,7 @@ std::optional<Application> findApplication(const Mac& mac, const Volume& volume,
     const QString bundle = name.endsWith(kSuffix) ? name : name + kSuffix.toString();
     const QStringList places = folders(mac);
     for (const QString& folder : places) {
-        if (const auto found = readApplication(volume, folder + u'/' + bundle)) {
+        if (auto found = readApplication(volume, folder + u'/' + bundle)) {
             return found;
         }
     }
@@ -66,7 +66,7 @@ std::optional<Application> findApplicationByIdentifier(const Mac& mac, const Vol
     for (const QString& folder : places) {
         const QStringList names = volume.isFolder(folder) ? volume.list(folder) : QStringList();
         for (const QString& name : names) {
-            const auto found = readApplication(volume, folder + u'/' + name);
+            auto found = readApplication(volume, folder + u'/' + name);
             if (found && found->bundleIdentifier.compare(bundleIdentifier, Qt::CaseInsensitive) == 0) {
                 return found;
             }

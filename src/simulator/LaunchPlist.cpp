@@ -31,7 +31,7 @@ bool isKeptAlive(const Dictionary& dictionary) {
 
 /// Program wins over ProgramArguments; a job may have neither.
 QString programOf(const Dictionary& dictionary) {
-    const QString program = valueOf<QString>(dictionary, u"Program"_s);
+    QString program = valueOf<QString>(dictionary, u"Program"_s);
     const auto arguments = valueOf<PropertyList::Array>(dictionary, u"ProgramArguments"_s);
     if (!program.isEmpty() || arguments.empty()) {
         return program;

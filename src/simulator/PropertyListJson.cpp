@@ -25,7 +25,7 @@ QByteArray dataOfJson(const Json& base64) {
 
 QDateTime dateOfJson(const Json& iso8601) {
     const auto text = QString::fromStdString(iso8601.get<std::string>());
-    const QDateTime date = QDateTime::fromString(text, Qt::ISODate).toUTC();
+    QDateTime date = QDateTime::fromString(text, Qt::ISODate).toUTC();
     if (!date.isValid()) {
         refuse("$date isn't a date of ISO 8601");
     }

@@ -28,7 +28,7 @@ struct PerformanceSettings {
 
     bool operator==(const PerformanceSettings&) const = default;
 
-    /// Every tweak but the clean reboot; a new working state starts from it.
+    /// Every tweak but the clean reboot.
     static const PerformanceSettings& fullSelection();
 };
 

@@ -25,8 +25,8 @@ void answerAsApplied(ScriptedCommandLauncher& commands) {
     commands.print(u"/usr/bin/tmutil status"_s, "Backup session status:\n{\n    Running = 0;\n}\n");
 }
 
-constexpr auto kPromptedRun = u"with prompt \"Quorvane needs your administrator password to make these system changes. "
-                              "Use Touch ID when prompted.\" with administrator privileges\n";
+const QString kPromptedRun = u"with prompt \"Quorvane needs your administrator password to make these system changes. "
+                             "Use Touch ID when prompted.\" with administrator privileges\n"_s;
 
 class TweakFlows : public ScriptedSystem {
 protected:
@@ -36,7 +36,7 @@ protected:
     }
     bool undo() { return QCoro::waitFor(system.undoPerformanceTweaks()); }
     QString prompted(const QString& line) {
-        return u"& do shell script \""_s + line + u"\" "_s + QString(kPromptedRun);
+        return u"& do shell script \""_s + line + u"\" "_s + kPromptedRun;
     }
 };
 

@@ -99,6 +99,9 @@ TEST(UnifiedProfile, defaultIsANameInAnyCase) {
     EXPECT_FALSE(isDefaultProfileName(u""_s));
     EXPECT_TRUE(isDefaultProfile(UnifiedProfile::defaultProfile()));
     EXPECT_FALSE(isDefaultProfile(liveSet()));
+    UnifiedProfile renamed = UnifiedProfile::defaultProfile();
+    renamed.name = u"Gig"_s;
+    EXPECT_TRUE(isDefaultProfile(renamed));
 }
 
 } // namespace

@@ -79,7 +79,7 @@ std::optional<QString> destination(ShellBuiltinCall& call, const QStringList& op
         return operands[0];
     }
     const QString name = goesBack ? u"OLDPWD"_s : u"HOME"_s;
-    const std::optional<QString> value = call.state.value(name);
+    std::optional<QString> value = call.state.value(name);
     if (!value) {
         call.complain(name + u" not set"_s);
     }

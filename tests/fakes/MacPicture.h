@@ -1,0 +1,105 @@
+#pragma once
+
+#include "simulator/Mac.h"
+#include "simulator/PropertyList.h"
+#include "simulator/PropertyListText.h"
+
+#include <QDirIterator>
+#include <QFile>
+#include <QMap>
+#include <QString>
+
+namespace macsim {
+
+/// A whole simulated Mac as a table, for telling what a flow has changed: every folder, link and file, every key of a
+/// property list, every value of the state behind the disk. The journal is no part of the Mac.
+class MacPicture {
+public:
+    explicit MacPicture(const QString& hostFolder)
+        : m_folder(hostFolder) {
+        QDirIterator entries(hostFolder, QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
+                             QDirIterator::Subdirectories);
+        while (entries.hasNext()) {
+            entries.next();
+            add(entries.fileInfo());
+        }
+    }
+
+    /// One line for each difference, sorted: "+ key: value", "- key: value", "~ key: old → new".
+    QString changesSince(const MacPicture& before) const {
+        QMap<QString, QString> lines;
+        for (auto entry = m_entries.begin(); entry != m_entries.end(); ++entry) {
+            const auto old = before.m_entries.find(entry.key());
+            if (old == before.m_entries.end()) {
+                lines[entry.key()] = QStringLiteral("+ %1: %2\n").arg(entry.key(), entry.value());
+            } else if (*old != entry.value()) {
+                lines[entry.key()] = QStringLiteral("~ %1: %2 → %3\n").arg(entry.key(), *old, entry.value());
+            }
+        }
+        for (auto old = before.m_entries.begin(); old != before.m_entries.end(); ++old) {
+            if (!m_entries.contains(old.key())) {
+                lines[old.key()] = QStringLiteral("- %1: %2\n").arg(old.key(), *old);
+            }
+        }
+        return QStringList(lines.values()).join(QString());
+    }
+
+private:
+    void add(const QFileInfo& info) {
+        const QString path = info.filePath().mid(m_folder.size());
+        if (path.endsWith(QStringLiteral(".lock")) || path.endsWith(QStringLiteral("/journal.jsonl"))) {
+            return;
+        }
+        if (info.isSymLink()) {
+            m_entries[path] = QStringLiteral("link");
+        } else if (info.isDir()) {
+            m_entries[path] = QStringLiteral("folder");
+        } else {
+            addFile(path, info.filePath());
+        }
+    }
+
+    void addFile(const QString& path, const QString& hostPath) {
+        QFile file(hostPath);
+        if (!file.open(QIODevice::ReadOnly)) {
+            m_entries[path] = QStringLiteral("unreadable");
+            return;
+        }
+        const QByteArray bytes = file.readAll();
+        m_entries[path] = QStringLiteral("file");
+        if (path.startsWith(kStateFolder.toString() + u'/')) {
+            addState(QFileInfo(path).baseName(), Json::parse(bytes.cbegin(), bytes.cend()));
+        } else if (path.endsWith(QStringLiteral(".plist"))) {
+            addPropertyList(path, bytes);
+        } else {
+            m_entries[path] = QString::fromUtf8(bytes);
+        }
+    }
+
+    void addPropertyList(const QString& path, const QByteArray& bytes) {
+        const std::optional<PropertyList> list = parsePropertyList(bytes);
+        const auto* values = list ? list->as<PropertyList::Dictionary>() : nullptr;
+        if (!values) {
+            m_entries[path] = QString::fromUtf8(bytes.toHex());
+            return;
+        }
+        for (const auto& [key, value] : *values) {
+            // As XML, so that the boolean true, the integer 1 and the text "1" are told apart.
+            const QString xml = QString::fromUtf8(xmlPropertyList(value));
+            m_entries[path + u' ' + key] =
+                xml.section(QStringLiteral("<plist version=\"1.0\">\n"), 1).section(QStringLiteral("\n</plist>"), 0, 0);
+        }
+    }
+
+    void addState(const QString& subject, const Json& state) {
+        for (const auto& [pointer, value] : state.flatten().items()) {
+            m_entries[QStringLiteral("state ") + subject + QString::fromStdString(pointer)] =
+                QString::fromStdString(value.dump());
+        }
+    }
+
+    QString m_folder;
+    QMap<QString, QString> m_entries;
+};
+
+} // namespace macsim

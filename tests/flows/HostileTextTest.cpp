@@ -1,0 +1,155 @@
+// Text that comes from files, tools and people, and tries to become a command. Each case is tried twice: with the
+// program's own guard nothing happens; with the guard taken away the same text breaks out. So each test is known to be
+// able to fail.
+
+#include "fakes/SimulatedSystem.h"
+
+#include "core/AdminScript.h"
+#include "core/Quoting.h"
+
+#include <functional>
+
+namespace quorvane {
+
+namespace {
+
+using macsim::Actor;
+
+/// A file that only root can make, and that no honest line makes.
+const QString kBrokenOut = u"/Library/broken-out"_s;
+
+class HostileText : public SimulatedSystem {
+protected:
+    bool hasBrokenOut() const { return volume(Actor::Root).exists(kBrokenOut); }
+
+    /// Runs a shell line as root, through the AppleScript that the program composes.
+    void runAsRoot(const QString& line) {
+        QCoro::waitFor(system->executeAdminScript(line, u"Please."_s));
+    }
+    /// Runs any AppleScript through the script engine, as the program would.
+    ScriptOutcome runScript(const QString& source) {
+        QFuture<ScriptOutcome> future = host->host().scripts.run(source);
+        processEventsUntil([&future] { return future.isFinished(); });
+        return future.result();
+    }
+};
+
+QString unguarded(const QString& text) { return text; }
+
+/// Quotes without the doubling of backslashes, which is the easy mistake.
+QString onlyQuotesEscaped(QString text) { return text.replace(u'"', u"\\\""_s); }
+
+QString scriptWith(const std::function<QString(QString)>& quoting, const QString& line) {
+    return u"do shell script \""_s + quoting(line) + u"\" with administrator privileges"_s;
+}
+
+} // namespace
+
+TEST_F(HostileText, aValueInAShellLineStaysAValue) {
+    const QStringList values{u"; touch /Library/broken-out"_s,
+                             u"$(touch /Library/broken-out)"_s,
+                             u"`touch /Library/broken-out`"_s,
+                             u"x\ntouch /Library/broken-out\n"_s,
+                             u"& touch /Library/broken-out"_s,
+                             u"| touch /Library/broken-out"_s,
+                             u"> /Library/broken-out"_s};
+    for (const QString& value : values) {
+        runAsRoot(u"echo "_s + shellWord(value) + u" > /dev/null"_s);
+        EXPECT_FALSE(hasBrokenOut()) << value.toStdString();
+        runAsRoot(u"echo "_s + unguarded(value) + u" > /dev/null"_s);
+        EXPECT_TRUE(hasBrokenOut()) << "without the guard: " << value.toStdString();
+        runAsRoot(u"rm -f /Library/broken-out"_s);
+    }
+}
+
+TEST_F(HostileText, aValueThatLooksLikeAnOptionIsNone) {
+    volume().write(u"/tmp/-n"_s, "x");
+    EXPECT_EQ(shellWord(u"-n"_s), u"'-n'"_s);
+}
+
+TEST_F(HostileText, aSingleQuoteDoesNotEndTheQuotedWord) {
+    const QString value = u"x' ; touch /Library/broken-out ; '"_s;
+    runAsRoot(u"echo "_s + shellQuoted(value));
+    EXPECT_FALSE(hasBrokenOut());
+    runAsRoot(u"echo '"_s + value + u"'"_s);
+    EXPECT_TRUE(hasBrokenOut());
+}
+
+TEST_F(HostileText, aNameWithAnApostropheReachesTheShellWhole) {
+    runAsRoot(u"echo "_s + shellWord(u"Bob's iPhone"_s) + u" > /Library/name"_s);
+    EXPECT_EQ(volume(Actor::Root).read(u"/Library/name"_s), "Bob's iPhone\n");
+    // Without the doubling of backslashes the script doesn't even compile.
+    const ScriptOutcome outcome = runScript(scriptWith(onlyQuotesEscaped, u"echo "_s + shellWord(u"Bob's iPhone"_s)));
+    EXPECT_FALSE(outcome.result.has_value());
+}
+
+TEST_F(HostileText, aBackslashBeforeAQuoteDoesNotEndTheScriptsLiteral) {
+    const QString line = u"echo '\\\" & (do shell script \\\"touch /Library/broken-out\\\" with administrator "
+                         "privileges) & \\\"'"_s;
+    runScript(scriptWith(appleScriptText, line));
+    EXPECT_FALSE(hasBrokenOut());
+    runScript(scriptWith(onlyQuotesEscaped, line));
+    EXPECT_TRUE(hasBrokenOut());
+}
+
+TEST_F(HostileText, aQuoteDoesNotEndTheScriptsLiteral) {
+    const QString line = u"echo \" & (do shell script \"touch /Library/broken-out\" with administrator privileges) & \""_s;
+    runScript(scriptWith(appleScriptText, line));
+    EXPECT_FALSE(hasBrokenOut());
+    runScript(scriptWith(unguarded, line));
+    EXPECT_TRUE(hasBrokenOut());
+}
+
+TEST_F(HostileText, aProfilesNameDoesNotEndThePromptsLiteral) {
+    UnifiedProfile profile = exampleProfile(u"rehearsal"_s);
+    profile.name = u"x\" & (do shell script \"touch /Library/broken-out\" with administrator privileges) & \""_s;
+    EXPECT_FALSE(apply(profile));
+    EXPECT_FALSE(hasBrokenOut());
+    EXPECT_TRUE(authorization.prompts().isEmpty());
+    const QString prompt = u"Quorvane needs your administrator password to apply "_s + profile.name + u'.';
+    runScript(u"do shell script \"true\" with prompt \""_s + unguarded(prompt) + u"\" with administrator privileges"_s);
+    EXPECT_TRUE(hasBrokenOut());
+}
+
+TEST_F(HostileText, aBackslashInAProfilesNameIsShownAndEscapesNothing) {
+    UnifiedProfile profile = exampleProfile(u"rehearsal"_s);
+    profile.name = u"AC\\DC"_s;
+    EXPECT_TRUE(apply(profile));
+    EXPECT_EQ(authorization.prompts(), QStringList(u"Quorvane needs your administrator password to apply AC\\DC."_s));
+}
+
+TEST_F(HostileText, aSecondRunOfAProfileWithAQuoteInItsNameApplies) {
+    ASSERT_TRUE(apply(exampleProfile(u"rehearsal"_s)));
+    UnifiedProfile profile = exampleProfile(u"rehearsal"_s);
+    profile.name = u"7\" mix"_s;
+    EXPECT_TRUE(apply(profile));
+    EXPECT_EQ(authorization.prompts().last(), u"Quorvane is applying system changes."_s);
+}
+
+TEST_F(HostileText, nothingThatRootRunsReachesTheHost) {
+    QFile secret(folder.path() + u"/secret"_s);
+    ASSERT_TRUE(secret.open(QIODevice::WriteOnly));
+    secret.write("host");
+    secret.close();
+    volume().createLink(u"/Users/alex/out"_s, folder.path());
+    volume().createLink(u"/Users/alex/file"_s, folder.path() + u"/secret"_s);
+    for (const QString& line :
+         {u"rm -rf /"_s, u"rm -rf /*"_s, u"rm -rf /../../../../../../../.."_s + folder.path() + u"/secret"_s,
+          u"cd /Users/alex/out; rm -rf *"_s, u"echo gone > /Users/alex/file"_s, u"mv /Users/alex/file/../secret /tmp/x"_s,
+          u"rm -rf "_s + folder.path(), u"cat < ../../../../secret > /Library/copy"_s}) {
+        runAsRoot(line);
+        ASSERT_TRUE(secret.open(QIODevice::ReadOnly)) << line.toStdString();
+        EXPECT_EQ(secret.readAll(), "host") << line.toStdString();
+        secret.close();
+    }
+    EXPECT_TRUE(QFile::exists(macFolder() + u"/usr/bin/pmset"_s));
+    EXPECT_FALSE(volume(Actor::Root).exists(u"/Library/LaunchAgents"_s)) << "rm -rf / spared what root may remove";
+}
+
+TEST_F(HostileText, rootsDefaultsWriteRootsPreferences) {
+    runAsRoot(u"defaults write com.example.x k -bool YES"_s);
+    EXPECT_EQ(run({u"/usr/bin/defaults"_s, u"read"_s, u"com.example.x"_s, u"k"_s}).status, 1);
+    EXPECT_TRUE(volume(Actor::Root).exists(u"/var/root/Library/Preferences/com.example.x.plist"_s));
+}
+
+} // namespace quorvane

@@ -1,0 +1,324 @@
+// The rehearsal as a person starts it: a program with arguments, two streams and an exit status.
+
+#include "fakes/EventLoop.h"
+#include "fakes/MacPicture.h"
+#include "fakes/SimulatedSystem.h"
+#include "profiles/ProfileJson.h"
+
+#include <QProcess>
+
+#include <csignal>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace quorvane {
+
+namespace {
+
+struct Ending {
+    int status = -1;
+    QByteArray output;
+    QByteArray error;
+};
+
+class RehearsalTest : public ::testing::Test {
+protected:
+    RehearsalTest() { EXPECT_EQ(rehearse({u"new"_s}).status, 0); }
+
+    static QString example(const QString& name) {
+        return QStringLiteral(QUORVANE_SOURCE_DIR "/examples/profiles/") + name + u".json"_s;
+    }
+    QString macFolder() const { return folder.path() + u"/Mac"_s; }
+
+    Ending rehearse(const QStringList& arguments) { return start(QStringList{u"--mac"_s, macFolder()} + arguments); }
+    static Ending start(const QStringList& arguments) {
+        QProcess process;
+        process.start(QStringLiteral(REHEARSAL_PROGRAM), arguments);
+        EXPECT_TRUE(process.waitForFinished(60000));
+        return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1, process.readAllStandardOutput(),
+                process.readAllStandardError()};
+    }
+    QByteArray shell(const QString& line) { return rehearse({u"shell"_s, line}).output; }
+
+    QString file(const QString& name, const QByteArray& bytes) {
+        QFile made(folder.path() + u'/' + name);
+        EXPECT_TRUE(made.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        made.write(bytes);
+        return made.fileName();
+    }
+
+    /// Exit status 2, nothing on the output, one line on the error stream, and the Mac as it was.
+    void expectRefused(const QStringList& arguments, const QByteArray& line) {
+        const macsim::MacPicture before(macFolder());
+        const Ending run = rehearse(arguments);
+        EXPECT_EQ(run.status, 2) << arguments.join(u' ').toStdString();
+        EXPECT_EQ(run.output, QByteArray());
+        EXPECT_EQ(run.error.toStdString(), line.toStdString());
+        EXPECT_EQ(macsim::MacPicture(macFolder()).changesSince(before), QString());
+    }
+
+    QTemporaryDir folder;
+};
+
+} // namespace
+
+TEST_F(RehearsalTest, applyLeavesEveryTweakInForceAndDefaultTakesThemBack) {
+    const Ending applied = rehearse({u"apply"_s, example(u"live-set"_s)});
+    EXPECT_EQ(applied.status, 0);
+    EXPECT_EQ(applied.error, QByteArray());
+    EXPECT_EQ(applied.output, projectFile(u"tests/flows/live-set-applied.log"_s));
+    const QString readings =
+        u"defaults read NSGlobalDomain NSAppSleepDisabled; defaults read com.apple.SoftwareUpdate AutomaticDownload; "
+        "defaults read com.apple.SoftwareUpdate AutomaticCheckEnabled; defaults read com.apple.commerce AutoUpdate; "
+        "defaults -currentHost read com.apple.notificationcenterui doNotDisturb; defaults read com.apple.Siri Status; "
+        "defaults read com.apple.assistant.support 'Assistant Enabled'; "
+        "defaults read com.apple.CrashReporter DialogType; "
+        "defaults read com.apple.systemsound com.apple.sound.uiaudio.enabled; "
+        "defaults read com.apple.NetworkBrowser DisableAirDrop; "
+        "defaults read /Library/Preferences/com.apple.TimeMachine AutoBackup; mdutil -s /"_s;
+    EXPECT_EQ(shell(readings), "1\n0\n0\n0\n1\nDisabled\n0\nnone\n0\n1\n0\n/:\n\tIndexing disabled.\n");
+    const QByteArray power = shell(u"pmset -g custom"_s);
+    EXPECT_EQ(power.count(" standby              0\n"), 2);
+    EXPECT_EQ(power.count(" disksleep            0\n"), 2);
+    EXPECT_EQ(power.count(" sleep                0\n"), 2);
+    EXPECT_EQ(power.count(" sms                  0\n"), 2);
+
+    EXPECT_EQ(rehearse({u"default"_s}).status, 0);
+    EXPECT_EQ(shell(readings), "1\n1\n1\n1\n1\n0\n1\n/:\n\tIndexing enabled. \n");
+    EXPECT_EQ(shell(u"pmset -g custom"_s).count(" sms                  1\n"), 2);
+    EXPECT_EQ(rehearse({u"verify"_s, example(u"live-set"_s)}).status, 1);
+}
+
+TEST_F(RehearsalTest, applySavesTheProfileFirst) {
+    EXPECT_EQ(rehearse({u"apply"_s, example(u"club-night-2023"_s)}).status, 1);
+    const QByteArray saved = shell(u"cat ~/'Library/Application Support/Quorvane/UnifiedProfiles/Club Night 2023.json'"_s);
+    EXPECT_TRUE(decodeProfile(saved).hasSameContent(exampleProfile(u"club-night-2023"_s)));
+}
+
+TEST_F(RehearsalTest, aCancelledPromptEndsWithStatusOne) {
+    const Ending run = start({u"--mac"_s, macFolder(), u"--authorize"_s, u"cancel"_s, u"apply"_s, example(u"live-set"_s)});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_TRUE(run.output.contains("  [ERROR] Administrator authorization was cancelled or failed: User canceled.\n"));
+    EXPECT_TRUE(run.output.endsWith("\n[PROFILE] Live Set apply failed or was cancelled — check logs.\n"));
+}
+
+TEST_F(RehearsalTest, aWarningEndsWithStatusOneThoughTheProfileIsApplied) {
+    const Ending run = rehearse({u"apply"_s, example(u"rehearsal"_s)});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_TRUE(run.output.endsWith("\n[PROFILE] Rehearsal applied with verification warnings — check logs.\n"));
+    EXPECT_EQ(shell(u"defaults read com.quorvane.app QuorvaneLastAppliedProfileName"_s), "Rehearsal\n");
+}
+
+TEST_F(RehearsalTest, theDefaultProfileTakesTheRoadOfDefault) {
+    UnifiedProfile profile = UnifiedProfile::defaultProfile();
+    profile.name = u"dEfAuLt"_s;
+    const Ending run = rehearse({u"apply"_s, file(u"default.json"_s, encodeProfile(profile))});
+    EXPECT_EQ(run.status, 0);
+    EXPECT_TRUE(run.output.startsWith("\nUndoing Audio Performance tweaks (no snapshot — using standard defaults)...\n"));
+    EXPECT_EQ(shell(u"ls ~/'Library/Application Support'"_s), "");
+}
+
+TEST_F(RehearsalTest, tweaksAndVerifyAnswerByTheirExitStatus) {
+    EXPECT_EQ(rehearse({u"verify"_s, example(u"studio-day"_s)}).status, 1);
+    const Ending run = rehearse({u"tweaks"_s, example(u"studio-day"_s)});
+    EXPECT_EQ(run.status, 0);
+    EXPECT_TRUE(run.output.endsWith("  [VERIFY] All settings confirmed on system.\n"));
+}
+
+TEST_F(RehearsalTest, jsonTellsTheLogTheOutcomeAndTheRecord) {
+    const Ending run = rehearse({u"--json"_s, u"verify"_s, example(u"rehearsal"_s)});
+    EXPECT_EQ(run.status, 1);
+    const macsim::Json report = macsim::Json::parse(run.output.cbegin(), run.output.cend());
+    EXPECT_EQ(report.at("command"), "verify");
+    EXPECT_EQ(report.at("log").at(0), "\n[VERIFY] Profile: Rehearsal");
+    EXPECT_EQ(report.at("succeeded"), true);
+    EXPECT_EQ(report.at("verification").at("failed").at(0),
+              (macsim::Json{{"name", "App Nap"}, {"detail", "expected disabled"}}));
+    EXPECT_EQ(report.at("verification").at("verified").size() + report.at("verification").at("failed").size(), 12U);
+}
+
+TEST_F(RehearsalTest, shellPassesStreamsAndStatusOn) {
+    const Ending run = rehearse({u"shell"_s, u"echo out; ls /nothing; exit 7"_s});
+    EXPECT_EQ(run.status, 7);
+    EXPECT_EQ(run.output, "out\n");
+    EXPECT_EQ(run.error, "ls: /nothing: No such file or directory\n");
+    EXPECT_NE(rehearse({u"shell"_s, u"touch /Library/x"_s}).status, 0);
+    EXPECT_EQ(rehearse({u"shell"_s, u"--root"_s, u"touch /Library/x"_s}).status, 0);
+}
+
+TEST_F(RehearsalTest, withoutAMacItUsesATemporaryOneAndRemovesIt) {
+    const auto temporaries = [] { return QDir::temp().entryList({u"quorvane-rehearsal-*"_s}, QDir::Dirs); };
+    const QStringList before = temporaries();
+    const Ending run = start({u"tweaks"_s, example(u"studio-day"_s)});
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(temporaries(), before);
+}
+
+TEST_F(RehearsalTest, theJournalIsWrittenWhereItWasAskedFor) {
+    const QString journal = folder.path() + u"/journal.jsonl"_s;
+    EXPECT_EQ(start({u"--mac"_s, macFolder(), u"--journal"_s, journal, u"tweaks"_s, example(u"studio-day"_s)}).status, 0);
+    QFile made(journal);
+    ASSERT_TRUE(made.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(made.readAll().contains(R"({"authorization":"allow","prompt":"Quorvane needs your administrator )"));
+}
+
+// ---- Refusals ------------------------------------------------------------------------------------------------------
+
+TEST_F(RehearsalTest, whatCannotBeAppliedYetIsRefusedAndChangesNothing) {
+    UnifiedProfile profile = exampleProfile(u"rehearsal"_s);
+    profile.settings.cleanReboot = true;
+    const QString reboot = file(u"reboot.json"_s, encodeProfile(profile));
+    profile.settings.cleanReboot = false;
+    profile.startup.disableNetworkAtStartup = true;
+    const QString startup = file(u"startup.json"_s, encodeProfile(profile));
+    for (const QString& command : {u"apply"_s, u"tweaks"_s}) {
+        expectRefused({command, reboot}, reboot.toUtf8() + ": \"Start Clean on Reboot\" can't be applied yet\n");
+        expectRefused({command, startup}, startup.toUtf8() + ": startup changes can't be applied yet\n");
+    }
+}
+
+TEST_F(RehearsalTest, aFileThatIsNoProfileIsRefusedByName) {
+    const QString missing = folder.path() + u"/missing.json"_s;
+    const QString garbage = file(u"garbage.json"_s, "\xff\xfe\x00{");
+    const QString truncated = file(u"truncated.json"_s, "{\n\"id\": \n");
+    const QString array = file(u"array.json"_s, "[]");
+    const QString empty = file(u"empty.json"_s, {});
+    const QString other = file(u"other.json"_s, R"({"name": "x"})");
+    const QString deep = file(u"deep.json"_s, QByteArray(1 << 20, '['));
+    QByteArray text = projectFile(u"examples/profiles/live-set.json"_s);
+    const QString mistyped = file(u"mistyped.json"_s, text.replace("\"siri\": true", "\"siri\": 1"));
+    for (const QString& command : {u"apply"_s, u"tweaks"_s, u"verify"_s}) {
+        expectRefused({command, missing}, missing.toUtf8() + ": No such file or directory\n");
+        expectRefused({command, folder.path()}, folder.path().toUtf8() + ": Is a directory\n");
+        expectRefused({command, array}, array.toUtf8() + ": not a profile: not an object\n");
+        expectRefused({command, other}, other.toUtf8() + ": not a profile: \"id\": missing\n");
+        expectRefused({command, mistyped}, mistyped.toUtf8() + ": not a profile: \"settings.siri\": not a boolean\n");
+        expectRefused({command, deep}, deep.toUtf8() + ": not a profile: nested too deeply\n");
+    }
+    expectRefused({u"apply"_s, garbage}, garbage.toUtf8() + ": not a profile: not valid JSON (line 1)\n");
+    expectRefused({u"apply"_s, truncated}, truncated.toUtf8() + ": not a profile: not valid JSON (line 3)\n");
+    expectRefused({u"apply"_s, empty}, empty.toUtf8() + ": not a profile: not valid JSON (line 1)\n");
+}
+
+TEST_F(RehearsalTest, aFileThatMayNotBeReadIsRefused) {
+    const QString closed = file(u"closed.json"_s, projectFile(u"examples/profiles/live-set.json"_s));
+    if (::geteuid() == 0) {
+        // Root reads every file of the host; a link to itself is one that nobody can read.
+        QFile::remove(closed);
+        QFile::link(closed, closed);
+        expectRefused({u"apply"_s, closed}, closed.toUtf8() + ": Too many levels of symbolic links\n");
+    } else {
+        QFile::setPermissions(closed, {});
+        expectRefused({u"apply"_s, closed}, closed.toUtf8() + ": Permission denied\n");
+    }
+}
+
+TEST_F(RehearsalTest, unusableArgumentsAreRefused) {
+    const struct {
+        QStringList arguments;
+        QByteArray line;
+    } cases[] = {{{}, "a command is missing; --help tells of them"},
+                 {{u"dance"_s}, "unknown command: dance"},
+                 {{u"apply"_s}, "apply: an operand is missing"},
+                 {{u"default"_s, u"x"_s}, "default: superfluous argument: x"},
+                 {{u"--loud"_s, u"default"_s}, "unknown option: --loud"},
+                 {{u"--authorize"_s, u"maybe"_s, u"default"_s}, "--authorize: allow, deny or cancel, not maybe"},
+                 {{u"--faults"_s}, "--faults: a value is missing"}};
+    for (const auto& [arguments, line] : cases) {
+        expectRefused(arguments, "quorvane-rehearsal: " + line + "\n");
+    }
+    const Ending run = start({u"new"_s});
+    EXPECT_EQ(run.status, 2);
+    EXPECT_EQ(run.error, "quorvane-rehearsal: new: --mac says where to make the Mac\n");
+}
+
+TEST_F(RehearsalTest, aFolderThatIsNoMacIsRefused) {
+    const Ending run = start({u"--mac"_s, folder.path(), u"default"_s});
+    EXPECT_EQ(run.status, 2);
+    EXPECT_EQ(run.error, "quorvane-rehearsal: " + folder.path().toUtf8() + ": there is no simulated Mac in this folder\n");
+}
+
+TEST_F(RehearsalTest, newRefusesAFolderThatIsNotEmptyAndADescriptionThatIsNone) {
+    expectRefused({u"new"_s}, "quorvane-rehearsal: " + macFolder().toUtf8() + ": the folder isn't empty\n");
+    const QString bad = file(u"bad.json"_s, R"({"machine": {"userName": "alex"}, "preferences": {"user": {"d": {"k": null}}}})");
+    const Ending run = start({u"--mac"_s, folder.path() + u"/Other"_s, u"new"_s, bad});
+    EXPECT_EQ(run.status, 2);
+    EXPECT_TRUE(run.error.startsWith("quorvane-rehearsal: the Mac can't be made: ")) << run.error.toStdString();
+    EXPECT_FALSE(QFile::exists(folder.path() + u"/Other"_s));
+}
+
+TEST_F(RehearsalTest, faultsThatCannotBeUnderstoodAreRefused) {
+    const QString faults = file(u"faults.json"_s, R"([{"tool": "pmset", "explode": true}])");
+    const Ending run = start({u"--mac"_s, macFolder(), u"--faults"_s, faults, u"default"_s});
+    EXPECT_EQ(run.status, 2);
+    EXPECT_EQ(run.error, "quorvane-rehearsal: " + faults.toUtf8() + ": rule 1: unknown key \"explode\"\n");
+}
+
+TEST_F(RehearsalTest, everyExampleMacCanBeMade) {
+    for (const QString& name : {u"dj-laptop"_s, u"studio-desktop"_s, u"fresh-macbook"_s}) {
+        const QString description = QStringLiteral(QUORVANE_SOURCE_DIR "/examples/macs/") + name + u".json"_s;
+        const Ending run = start({u"--mac"_s, folder.path() + u'/' + name, u"new"_s, description});
+        EXPECT_EQ(run.status, 0) << run.error.toStdString();
+        EXPECT_EQ(start({u"--mac"_s, folder.path() + u'/' + name, u"shell"_s, u"pmset -g custom > /dev/null"_s}).status, 0);
+    }
+}
+
+// ---- When things go wrong ------------------------------------------------------------------------------------------
+
+TEST_F(RehearsalTest, aProfilesFolderThatCannotBeWrittenAppliesNothing) {
+    const QString faults = file(u"faults.json"_s, R"([{"adapter": "files", "change": 1, "error": "Permission denied"}])");
+    const macsim::MacPicture before(macFolder());
+    const Ending run = start({u"--mac"_s, macFolder(), u"--faults"_s, faults, u"apply"_s, example(u"live-set"_s)});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.output, QByteArray());
+    EXPECT_TRUE(run.error.startsWith("The profile could not be saved: ")) << run.error.toStdString();
+    EXPECT_TRUE(run.error.endsWith("/Live Set.json: Permission denied\n")) << run.error.toStdString();
+    EXPECT_EQ(macsim::MacPicture(macFolder()).changesSince(before), QString());
+}
+
+TEST_F(RehearsalTest, aProcessKilledAtAnyChangeOfASaveLosesNoProfile) {
+    UnifiedProfile profile = exampleProfile(u"live-set"_s);
+    ASSERT_EQ(rehearse({u"apply"_s, example(u"live-set"_s)}).status, 0);
+    profile.name = u"LIVE SET"_s;
+    profile.settings.siri = false;
+    const QString renamed = file(u"renamed.json"_s, encodeProfile(profile));
+    const QString profiles = macFolder() + u"/Users/alex/Library/Application Support/Quorvane/UnifiedProfiles"_s;
+    int kills = 0;
+    for (int change = 1; change < 20; ++change) {
+        const QString faults = file(
+            u"faults.json"_s, R"([{"adapter": "files", "kill": true, "change": )" + QByteArray::number(change) + "}]");
+        const Ending run = start({u"--mac"_s, macFolder(), u"--faults"_s, faults, u"apply"_s, renamed});
+        kills += run.status == -1 ? 1 : 0;
+        int readable = 0;
+        const QStringList names = QDir(profiles).entryList(QDir::Files);
+        for (const QString& name : names) {
+            QFile saved(profiles + u'/' + name);
+            ASSERT_TRUE(saved.open(QIODevice::ReadOnly));
+            readable += decodeProfile(saved.readAll()).id == profile.id ? 1 : 0;
+        }
+        EXPECT_GE(readable, 1) << "killed at change " << change;
+        if (run.status != -1) {
+            break;
+        }
+    }
+    EXPECT_GE(kills, 2);
+}
+
+TEST_F(RehearsalTest, aTerminationEndsAHangingToolAndTheFlow) {
+    const QString faults = file(u"faults.json"_s, R"([{"tool": "killall", "hang": true}])");
+    QProcess process;
+    process.start(QStringLiteral(REHEARSAL_PROGRAM),
+                  {u"--mac"_s, macFolder(), u"--faults"_s, faults, u"apply"_s, example(u"live-set"_s)});
+    QByteArray output;
+    while (!output.contains("automatic updates")) {
+        ASSERT_TRUE(process.waitForReadyRead(60000));
+        output += process.readAllStandardOutput();
+    }
+    process.terminate();
+    ASSERT_TRUE(process.waitForFinished(60000));
+    EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(process.exitCode(), 1);
+    EXPECT_TRUE(process.readAllStandardOutput().endsWith("apply failed or was cancelled — check logs.\n"));
+}
+
+} // namespace quorvane
