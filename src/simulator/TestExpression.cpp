@@ -4,8 +4,6 @@
 
 #include <QString>
 
-#include <stdexcept>
-
 namespace macsim {
 
 using namespace Qt::StringLiterals;
@@ -15,12 +13,16 @@ namespace {
 constexpr QStringView kUnary = u"bcdefghknprstuwxzGLOS";
 constexpr int kUnreadable = 2;
 
-/// The expression can't be read; what() is the message.
-class ExpressionError : public std::runtime_error {
-public:
-    explicit ExpressionError(const QString& message)
-        : std::runtime_error(message.toStdString()) {}
+constexpr int kDeepestGroup = 200; // keeps a hostile line from using up the stack
+
+/// The expression can't be read.
+struct ExpressionError {
+    QString message;
 };
+
+[[noreturn]] void fail(QStringView wording, const QString& word = {}) {
+    throw ExpressionError{wording.toString().replace(u"%1"_s, word)};
+}
 
 bool isUnary(const QString& word) {
     return word.size() == 2 && word[0] == u'-' && kUnary.contains(word[1]);
@@ -30,15 +32,6 @@ bool isBinary(const QString& word) {
     static const QStringList kBinary{u"="_s,   u"=="_s,  u"!="_s,  u"<"_s,   u">"_s,   u"-eq"_s, u"-ne"_s,
                                      u"-lt"_s, u"-le"_s, u"-gt"_s, u"-ge"_s, u"-nt"_s, u"-ot"_s, u"-ef"_s};
     return kBinary.contains(word);
-}
-
-qint64 number(const QString& word) {
-    bool isNumber = false;
-    const qint64 value = word.trimmed().toLongLong(&isNumber, 10);
-    if (!isNumber) {
-        throw ExpressionError(word + u": bad number"_s);
-    }
-    return value;
 }
 
 bool compareNumbers(qint64 left, const QString& how, qint64 right) {
@@ -56,73 +49,64 @@ bool compareNumbers(qint64 left, const QString& how, qint64 right) {
 
 class Evaluator {
 public:
-    Evaluator(const QStringList& words, const ToolContext& context)
+    Evaluator(const QStringList& words, const ToolContext& context, const TestWording& wording)
         : m_words(words)
-        , m_context(context) {}
+        , m_context(context)
+        , m_wording(wording) {}
 
     bool evaluate() {
-        if (m_words.size() <= 4) {
-            return byCount(m_words);
+        switch (m_words.size()) {
+        case 0:
+            return false;
+        case 1:
+            return !m_words[0].isEmpty();
+        case 2:
+            return byTwo(m_words);
+        case 3:
+            return byThree(m_words);
+        case 4:
+            return byFour(m_words);
+        default:
+            return byGrammar();
         }
-        const bool result = disjunction();
-        if (m_next < m_words.size()) {
-            throw ExpressionError(m_words[m_next] + u": unexpected operator"_s);
-        }
-        return result;
     }
 
 private:
-    bool byCount(const QStringList& words);
-    bool byTwo(const QStringList& words);
-    bool byThree(const QStringList& words);
+    bool byTwo(const QStringList& words) const;
+    bool byThree(const QStringList& words) const;
+    bool byFour(const QStringList& words);
+    bool byGrammar();
     bool disjunction();
     bool conjunction();
     bool negation();
     bool primary();
+    bool group();
     QString take();
     bool skip(const QString& word);
     bool unary(const QString& what, const QString& operand) const;
     bool binary(const QString& left, const QString& how, const QString& right) const;
-    bool isReadable(const QString& path) const;
+    qint64 number(const QString& word) const;
+    bool isExecutable(const QString& path) const;
     bool isSameFile(const QString& left, const QString& right) const;
 
     const QStringList& m_words;
     const ToolContext& m_context;
+    const TestWording& m_wording;
     qsizetype m_next = 0;
+    int m_depth = 0; ///< of groups
 };
 
-bool Evaluator::byCount(const QStringList& words) {
-    switch (words.size()) {
-    case 0:
-        return false;
-    case 1:
-        return !words[0].isEmpty();
-    case 2:
-        return byTwo(words);
-    case 3:
-        return byThree(words);
-    default:
-        if (words[0] == u"!"_s) {
-            return !byThree(words.mid(1));
-        }
-        if (words[0] == u"("_s && words[3] == u")"_s) {
-            return byTwo(words.mid(1, 2));
-        }
-        throw ExpressionError(words[1] + u": unexpected operator"_s);
-    }
-}
-
-bool Evaluator::byTwo(const QStringList& words) {
+bool Evaluator::byTwo(const QStringList& words) const {
     if (words[0] == u"!"_s) {
         return words[1].isEmpty();
     }
     if (!isUnary(words[0])) {
-        throw ExpressionError(words[0] + u": unexpected operator"_s);
+        fail(m_wording.notUnary, words[0]);
     }
     return unary(words[0], words[1]);
 }
 
-bool Evaluator::byThree(const QStringList& words) {
+bool Evaluator::byThree(const QStringList& words) const {
     if (isBinary(words[1])) {
         return binary(words[0], words[1], words[2]);
     }
@@ -137,7 +121,25 @@ bool Evaluator::byThree(const QStringList& words) {
     if (words[0] == u"("_s && words[2] == u")"_s) {
         return !words[1].isEmpty();
     }
-    throw ExpressionError(words[1] + u": unexpected operator"_s);
+    fail(m_wording.notBinary, words[1]);
+}
+
+bool Evaluator::byFour(const QStringList& words) {
+    if (words[0] == u"!"_s) {
+        return !byThree(words.mid(1));
+    }
+    if (words[0] == u"("_s && words[3] == u")"_s) {
+        return byTwo(words.mid(1, 2));
+    }
+    return byGrammar();
+}
+
+bool Evaluator::byGrammar() {
+    const bool result = disjunction();
+    if (m_next < m_words.size()) {
+        fail(m_wording.leftOver, m_words[m_next]);
+    }
+    return result;
 }
 
 bool Evaluator::disjunction() {
@@ -169,11 +171,7 @@ bool Evaluator::negation() {
 bool Evaluator::primary() {
     const bool isOperand = m_next + 2 < m_words.size() && isBinary(m_words[m_next + 1]);
     if (!isOperand && skip(u"("_s)) {
-        const bool result = disjunction();
-        if (!skip(u")"_s)) {
-            throw ExpressionError(u"closing paren expected"_s);
-        }
-        return result;
+        return group();
     }
     const QString first = take();
     if (isOperand) {
@@ -186,9 +184,21 @@ bool Evaluator::primary() {
     return !first.isEmpty();
 }
 
+bool Evaluator::group() {
+    if (++m_depth > kDeepestGroup) {
+        fail(u"too many groups in each other");
+    }
+    const bool result = disjunction();
+    --m_depth;
+    if (!skip(u")"_s)) {
+        fail(m_wording.unclosedGroup);
+    }
+    return result;
+}
+
 QString Evaluator::take() {
     if (m_next >= m_words.size()) {
-        throw ExpressionError(u"argument expected"_s);
+        fail(u"argument expected");
     }
     return m_words[m_next++];
 }
@@ -221,28 +231,23 @@ bool Evaluator::unary(const QString& what, const QString& operand) const {
     case u'L':
         return volume.kind(path) == Volume::Kind::Link;
     case u'r':
-        return isReadable(path);
+        return volume.isReadable(path);
+    case u'w':
+        return volume.isWritable(path);
     case u'x':
-        return volume.exists(path) &&
-               (volume.isFolder(path) || volume.kind(volume.canonicalPath(path)) == Volume::Kind::Tool);
+        return isExecutable(path);
     case u't':
         return false; // no run of the simulated Mac has a terminal
     default:
-        throw ExpressionError(what + u": not simulated"_s);
+        fail(u"%1: not simulated", what);
     }
 }
 
-bool Evaluator::isReadable(const QString& path) const {
-    try {
-        if (m_context.volume.isFolder(path)) {
-            m_context.volume.list(path);
-        } else if (m_context.volume.kind(m_context.volume.canonicalPath(path)) != Volume::Kind::Tool) {
-            m_context.volume.read(path);
-        }
-        return true;
-    } catch (const FileError&) {
-        return false;
-    }
+/// Who may not read a folder of a Mac may not enter it either.
+bool Evaluator::isExecutable(const QString& path) const {
+    const Volume& volume = m_context.volume;
+    return volume.isReadable(path) &&
+           (volume.isFolder(path) || volume.kind(volume.canonicalPath(path)) == Volume::Kind::Tool);
 }
 
 bool Evaluator::isSameFile(const QString& left, const QString& right) const {
@@ -267,19 +272,28 @@ bool Evaluator::binary(const QString& left, const QString& how, const QString& r
         return isSameFile(left, right);
     }
     if (how == u"-nt"_s || how == u"-ot"_s) {
-        throw ExpressionError(how + u": not simulated"_s);
+        fail(u"%1: not simulated", how);
     }
     return compareNumbers(number(left), how, number(right));
 }
 
+qint64 Evaluator::number(const QString& word) const {
+    bool isNumber = false;
+    const qint64 value = word.trimmed().toLongLong(&isNumber, 10);
+    if (!isNumber) {
+        fail(m_wording.notANumber, word);
+    }
+    return value;
+}
+
 } // namespace
 
-int evaluateTest(const QStringList& arguments, const ToolContext& context, QByteArray& error) {
+int evaluateTest(const QStringList& arguments, const ToolContext& context, QString& error,
+                 const TestWording& wording) {
     try {
-        return Evaluator(arguments, context).evaluate() ? 0 : 1;
+        return Evaluator(arguments, context, wording).evaluate() ? 0 : 1;
     } catch (const ExpressionError& failure) {
-        error += failure.what();
-        error += '\n';
+        error = failure.message;
         return kUnreadable;
     }
 }

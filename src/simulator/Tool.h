@@ -31,9 +31,9 @@ struct ToolContext {
     QStringList arguments;  ///< arguments[0] is the name under which it was started, as typed
     QMap<QString, QString> environment;
     QString workingFolder = QStringLiteral("/");
-    QByteArray input;
-    QByteArray output;
-    QByteArray error;
+    QByteArray input = {};
+    QByteArray output = {};
+    QByteArray error = {};
     const Faults* faults = nullptr;   ///< what goes wrong on purpose, if anything
     const Journal* journal = nullptr; ///< where runs are recorded, if anywhere
 

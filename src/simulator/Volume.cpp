@@ -20,6 +20,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int kMaximumLinks = 32; // as macOS counts them before it gives ELOOP
+constexpr QStringView kNullDevice = u"/dev/null";
 
 bool isAtOrBelow(const QString& path, QStringView folder) {
     return path.startsWith(folder) && (path.size() == folder.size() || path[folder.size()] == u'/');
@@ -230,6 +231,31 @@ bool Volume::isFolder(const QString& path) const {
     }
 }
 
+bool Volume::isReadable(const QString& path) const {
+    try {
+        const Located place = locate(path, true);
+        requireReadable(place);
+        return place.kind != Kind::Missing;
+    } catch (const FileError&) {
+        return false;
+    }
+}
+
+bool Volume::isWritable(const QString& path) const {
+    try {
+        Located place = locate(path, true);
+        if (place.kind == Kind::Folder) {
+            place.macPath += u"/."_s; // rights go by the folder that a change is made in, here this one itself
+        }
+        if (place.macPath != kNullDevice) {
+            requireWritable(place);
+        }
+        return place.kind != Kind::Missing;
+    } catch (const FileError&) {
+        return false;
+    }
+}
+
 QString Volume::canonicalPath(const QString& path) const { return locate(path, true).macPath; }
 
 namespace {
@@ -297,7 +323,7 @@ void Volume::append(const QString& path, const QByteArray& bytes) const { put(pa
 
 void Volume::put(const QString& path, const QByteArray& bytes, int flags) const {
     const Located place = locate(path, true);
-    if (place.macPath == u"/dev/null"_s) {
+    if (place.macPath == kNullDevice) {
         return;
     }
     if (place.kind == Kind::Folder) {

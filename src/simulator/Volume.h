@@ -56,6 +56,12 @@ public:
     /// True when something stands there once links are followed.
     bool exists(const QString& path) const;
     bool isFolder(const QString& path) const;
+    /// True when the actor may read what stands there once links are followed. Never throws.
+    /// A Tool counts as readable, as every program of a Mac is, though its bytes are not to be had here.
+    bool isReadable(const QString& path) const;
+    /// True when the actor may change what stands there once links are followed: the bytes of a file, the
+    /// names in a folder. Asks for the rights and not for the space: also true on a full disk. Never throws.
+    bool isWritable(const QString& path) const;
     /// The path without links, "." and ".."; the last component may be missing. In the case of the names on disk.
     QString canonicalPath(const QString& path) const;
 

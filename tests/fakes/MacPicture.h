@@ -92,7 +92,8 @@ private:
     }
 
     void addState(const QString& subject, const Json& state) {
-        for (const auto& [pointer, value] : state.flatten().items()) {
+        const Json flat = state.flatten();
+        for (const auto& [pointer, value] : flat.items()) {
             m_entries[QStringLiteral("state ") + subject + QString::fromStdString(pointer)] =
                 QString::fromStdString(value.dump());
         }

@@ -90,7 +90,7 @@ TEST_F(RehearsalTest, applyLeavesEveryTweakInForceAndDefaultTakesThemBack) {
 }
 
 TEST_F(RehearsalTest, applySavesTheProfileFirst) {
-    EXPECT_EQ(rehearse({u"apply"_s, example(u"club-night-2023"_s)}).status, 1);
+    EXPECT_EQ(rehearse({u"apply"_s, example(u"club-night-2023"_s)}).status, 0);
     const QByteArray saved = shell(u"cat ~/'Library/Application Support/Quorvane/UnifiedProfiles/Club Night 2023.json'"_s);
     EXPECT_TRUE(decodeProfile(saved).hasSameContent(exampleProfile(u"club-night-2023"_s)));
 }

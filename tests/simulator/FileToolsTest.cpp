@@ -5,6 +5,7 @@
 #include "simulator/tools/Mkdir.h"
 #include "simulator/tools/Mv.h"
 #include "simulator/tools/Rm.h"
+#include "simulator/tools/Sh.h"
 #include "simulator/tools/Touch.h"
 #include "simulator/tools/True.h"
 
@@ -219,6 +220,13 @@ TEST_F(FileTools, catJoinsFilesAndInput) {
     EXPECT_EQ(context.error, "cat: gone: No such file or directory\ncat: Library: Is a directory\n");
     EXPECT_EQ(run(runCat, u"cat -q"),
               (ToolRun{1, {}, "cat: illegal option -- q\nusage: cat [-belnstuv] [file ...]\n"}));
+}
+
+TEST(Cat, readsItsInputOnce) {
+    SimulatedMacFolder folder({{u"/bin/cat"_s, runCat}, {u"/bin/echo"_s, runEcho}, {u"/bin/sh"_s, runSh}});
+    EXPECT_EQ(runTool(folder, runSh, {u"sh"_s, u"-c"_s, u"echo a | sh -c 'cat; cat'"_s}),
+              (ToolRun{0, "a\n", {}}));
+    EXPECT_EQ(runTool(folder, runSh, {u"sh"_s, u"-c"_s, u"echo a | cat - -"_s}), (ToolRun{0, "a\n", {}}));
 }
 
 TEST_F(FileTools, echoKnowsNoEscapesButTheLast) {

@@ -36,6 +36,16 @@ TEST_F(OsascriptTest, aScriptMayComeFromAFile) {
     EXPECT_EQ(run({u"s.applescript"_s}), (ToolRun{0, "5\n", ""}));
 }
 
+TEST_F(OsascriptTest, aScriptFromTheInputIsTakenFromIt) {
+    for (const QStringList& arguments : {QStringList{u"osascript"_s}, QStringList{u"osascript"_s, u"-"_s}}) {
+        ToolContext context = folder.context(arguments);
+        context.input = "return 5";
+        EXPECT_EQ(runOsascript(context), 0) << context.error.toStdString();
+        EXPECT_EQ(context.output, "5\n");
+        EXPECT_EQ(context.input, "");
+    }
+}
+
 TEST_F(OsascriptTest, aProbeOfSystemEventsGivesItsValue) {
     EXPECT_EQ(script(u"tell application \"System Events\" to return 0"_s), (ToolRun{0, "0\n", ""}));
 }

@@ -1,16 +1,12 @@
 #pragma once
 
+#include "fakes/QtPrinting.h"
 #include "fakes/SimulatedMacFolder.h"
 #include "simulator/shell/Shell.h"
 
 #include <QString>
 
 #include <ostream>
-
-/// Found by the test framework, which would print a list of characters.
-inline void PrintTo(const QString& text, std::ostream* stream) {
-    *stream << '"' << text.toStdString() << '"';
-}
 
 namespace macsim {
 

@@ -68,9 +68,9 @@ INSTANTIATE_TEST_SUITE_P(Files, ShellTestCommand,
 INSTANTIATE_TEST_SUITE_P(Rights, ShellTestCommand,
                          testing::Values(Tested{"-r file", 0}, Tested{"-r none", 1}, Tested{"-r /Users", 0},
                                          Tested{"-r /bin/cat", 0}, Tested{"-r /var/root", 1},
-                                         Tested{"-r /var/root/secret", 1}, Tested{"-w file", 0},
-                                         Tested{"-w link", 0}, Tested{"-w none", 1}, Tested{"-w ~", 0},
-                                         Tested{"-w /tmp", 0}, Tested{"-w /Library", 1},
+                                         Tested{"-r /var/root/secret", 1}, Tested{"-x /var/root", 1},
+                                         Tested{"-w file", 0}, Tested{"-w link", 0}, Tested{"-w none", 1},
+                                         Tested{"-w ~", 0}, Tested{"-w /tmp", 0}, Tested{"-w /Library", 1},
                                          Tested{"-w /System", 1}, Tested{"-w /bin/cat", 1},
                                          Tested{"-w /dev/null", 0}, Tested{"-x /bin/cat", 0},
                                          Tested{"-x file", 1}, Tested{"-x /tmp", 0}, Tested{"-x none", 1}));
@@ -90,16 +90,23 @@ INSTANTIATE_TEST_SUITE_P(Numbers, ShellTestCommand,
                                          Tested{"1 -ge 2", 1}, Tested{"-1 -lt 0", 0},
                                          Tested{"' 1 ' -eq 1", 0}));
 INSTANTIATE_TEST_SUITE_P(Mistakes, ShellTestCommand,
-                         testing::Values(Tested{"a b", 2}, Tested{"-q x", 2}, Tested{"-h x", 2},
-                                         Tested{"1 -eq x", 2}, Tested{"1 -eq ''", 2}, Tested{"1 -eq 1.5", 2},
-                                         Tested{"a == a", 2}, Tested{"a -nt b", 2}, Tested{"a -a b", 2},
-                                         Tested{"'(' a ')'", 2}, Tested{"a '<' b", 2}, Tested{"a = b c", 2},
-                                         Tested{"a = b -a c", 2}, Tested{"! ! a b", 2}));
+                         testing::Values(Tested{"a b", 2}, Tested{"-q x", 2}, Tested{"1 -eq x", 2},
+                                         Tested{"1 -eq ''", 2}, Tested{"1 -eq 1.5", 2}, Tested{"a -nt b", 2},
+                                         Tested{"a = b c", 2}, Tested{"a = b -a", 2}, Tested{"'(' a = b", 2},
+                                         Tested{"! ! a b", 2}));
+INSTANTIATE_TEST_SUITE_P(Together, ShellTestCommand,
+                         testing::Values(Tested{"a == a", 0}, Tested{"a '<' b", 0}, Tested{"a '>' b", 1},
+                                         Tested{"-h link", 0}, Tested{"-h x", 1}, Tested{"file -ef link", 0},
+                                         Tested{"a -a b", 0}, Tested{"a -a ''", 1}, Tested{"a = b -a c", 1},
+                                         Tested{"-e none -o -e file", 0}, Tested{"'(' a ')'", 0},
+                                         Tested{"! '(' -e file -a -e none ')'", 0}));
 
 TEST(ShellBuiltin, testSaysWhatItDoesNotUnderstand) {
     ShellBench bench;
     EXPECT_EQ(bench.run(u"test a b"_s).error, u"sh: line 0: test: a: unary operator expected\n"_s);
-    EXPECT_EQ(bench.run(u"\n[ a == b ]"_s).error, u"sh: line 1: [: ==: binary operator expected\n"_s);
+    EXPECT_EQ(bench.run(u"\n[ a =~ b ]"_s).error, u"sh: line 1: [: =~: binary operator expected\n"_s);
+    EXPECT_EQ(bench.run(u"test '(' a = a -a b"_s).error, u"sh: line 0: test: `)' expected\n"_s);
+    EXPECT_EQ(bench.run(u"test a -nt b"_s).error, u"sh: line 0: test: -nt: not simulated\n"_s);
     EXPECT_EQ(bench.run(u"test 1 -eq x"_s).error, u"sh: line 0: test: x: integer expression expected\n"_s);
     EXPECT_EQ(bench.run(u"test 1 2 3 4 5"_s).error, u"sh: line 0: test: too many arguments\n"_s);
     EXPECT_EQ(bench.run(u"[ a"_s), (ShellOutcome{2, {}, u"sh: line 0: [: missing `]'\n"_s}));

@@ -55,7 +55,18 @@ TEST_F(TestExpression, judgesExpressions) {
                                                      {u"test -s empty", 1},
                                                      {u"test -r full", 0},
                                                      {u"test -r /private/var/root", 1},
+                                                     {u"test -r gone", 1},
+                                                     {u"test -r /usr/bin/true", 0},
+                                                     {u"test -w full", 0},
+                                                     {u"test -w link", 0},
+                                                     {u"test -w broken", 1},
+                                                     {u"test -w Library", 0},
+                                                     {u"test -w /Library", 1},
+                                                     {u"test -w /usr/bin/true", 1},
+                                                     {u"test -w /dev/null", 0},
                                                      {u"test -x Library", 0},
+                                                     {u"test -x /private/var/root", 1},
+                                                     {u"test -x gone", 1},
                                                      {u"test -x /usr/bin/true", 0},
                                                      {u"test -x full", 1},
                                                      {u"test -t 0", 1},
@@ -79,6 +90,8 @@ TEST_F(TestExpression, judgesExpressions) {
                                                      {u"test ! -e gone", 0},
                                                      {u"test ! a = a", 1},
                                                      {u"test ( -e gone )", 1},
+                                                     {u"test ( -n = )", 0},
+                                                     {u"test -e full -a x", 0},
                                                      {u"test -e full -a -e gone", 1},
                                                      {u"test -e gone -a -e full", 1},
                                                      {u"test -e full -o -e gone -a -e gone", 0},
@@ -100,7 +113,10 @@ TEST_F(TestExpression, refusesWhatCannotBeRead) {
         {u"test x -eq 1", "test: x: bad number\n"},
         {u"test -e full -a -e full extra", "test: extra: unexpected operator\n"},
         {u"test ( -e full -a -e full", "test: closing paren expected\n"},
-        {u"test -w full", "test: -w: not simulated\n"},
+        {u"test a = b c", "test: c: unexpected operator\n"},
+        {u"test -e full -a", "test: full: unexpected operator\n"},
+        {u"test -e full -a -e full -a", "test: argument expected\n"},
+        {u"test -u full", "test: -u: not simulated\n"},
         {u"test full -nt empty", "test: -nt: not simulated\n"},
         {u"[ a", "[: missing ]\n"},
         {u"[", "[: missing ]\n"},
@@ -113,6 +129,18 @@ TEST_F(TestExpression, refusesWhatCannotBeRead) {
 
 TEST_F(TestExpression, judgesByTheRightsOfTheActor) {
     EXPECT_EQ(run(u"test -r /private/var/root"_s, Actor::Root).status, 0);
+    EXPECT_EQ(run(u"test -w /Library"_s, Actor::Root).status, 0);
+    EXPECT_EQ(run(u"test -w /System"_s, Actor::Root).status, 1);
+    EXPECT_EQ(run(u"test -x /private/var/root"_s, Actor::Root).status, 0);
+}
+
+TEST_F(TestExpression, groupsDeepInEachOtherEndInAMessage) {
+    const int deepest = 200;
+    const auto nested = [](int depth) {
+        return u"test "_s + u"( "_s.repeated(depth) + u"x"_s + u" )"_s.repeated(depth);
+    };
+    EXPECT_EQ(run(nested(deepest)), (ToolRun{0, {}, {}}));
+    EXPECT_EQ(run(nested(100000)), (ToolRun{2, {}, "test: too many groups in each other\n"}));
 }
 
 } // namespace macsim

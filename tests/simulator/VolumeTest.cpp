@@ -107,6 +107,56 @@ TEST_F(VolumeTest, theUserWritesOnlyWhatIsHis) {
     EXPECT_EQ(errorOf([&] { user.list(u"/var/root"_s); }), EACCES);
 }
 
+TEST_F(VolumeTest, readableIsWhatTheActorMayRead) {
+    root.write(u"/var/root/secret"_s, "x");
+    user.write(kHome + u"/file"_s, "x");
+    user.createLink(kHome + u"/link"_s, u"file"_s);
+    user.createLink(kHome + u"/broken"_s, u"gone"_s);
+    user.createLink(kHome + u"/loop"_s, u"loop"_s);
+    user.createLink(kHome + u"/secret"_s, u"/var/root/secret"_s);
+    for (const QString& path :
+         {u"/"_s, u"/Library"_s, kHome + u"/file"_s, kHome + u"/link"_s, u"/usr/bin/true"_s}) {
+        EXPECT_TRUE(user.isReadable(path)) << path.toStdString();
+    }
+    for (const QString& path : {u"/var/root"_s, u"/var/root/secret"_s, kHome + u"/secret"_s}) {
+        EXPECT_FALSE(user.isReadable(path)) << path.toStdString();
+        EXPECT_TRUE(root.isReadable(path)) << path.toStdString();
+    }
+    for (const QString& path :
+         {kHome + u"/gone"_s, kHome + u"/broken"_s, kHome + u"/loop"_s, kHome + u"/file/x"_s,
+          u"/private/var/db/simulator"_s, u"relative"_s, QString()}) {
+        EXPECT_FALSE(root.isReadable(path)) << path.toStdString();
+    }
+}
+
+TEST_F(VolumeTest, writableIsWhatTheActorMayChange) {
+    root.write(u"/Library/file"_s, "x");
+    user.write(kHome + u"/file"_s, "x");
+    user.createLink(kHome + u"/link"_s, u"file"_s);
+    user.createLink(kHome + u"/library"_s, u"/Library"_s);
+    user.createLink(kHome + u"/loop"_s, u"loop"_s);
+    for (const QString& path :
+         {kHome, kHome + u"/file"_s, kHome + u"/link"_s, u"/tmp"_s, u"/Applications"_s, u"/dev/null"_s}) {
+        EXPECT_TRUE(user.isWritable(path)) << path.toStdString();
+        EXPECT_TRUE(root.isWritable(path)) << path.toStdString();
+    }
+    for (const QString& path :
+         {u"/Library"_s, u"/Library/file"_s, kHome + u"/library"_s, u"/Users"_s, u"/var/root"_s}) {
+        EXPECT_FALSE(user.isWritable(path)) << path.toStdString();
+        EXPECT_TRUE(root.isWritable(path)) << path.toStdString();
+    }
+    for (const QString& path :
+         {u"/"_s, u"/System"_s, u"/usr/bin/true"_s, u"/private/var/db/simulator"_s, kHome + u"/gone"_s,
+          kHome + u"/loop"_s, kHome + u"/file/x"_s, u"relative"_s, QString()}) {
+        EXPECT_FALSE(root.isWritable(path)) << path.toStdString();
+    }
+}
+
+TEST_F(VolumeTest, aFullDiskIsStillWritableByItsRights) {
+    EXPECT_TRUE(user.full().isWritable(kHome));
+    EXPECT_FALSE(user.full().isWritable(u"/Library"_s));
+}
+
 TEST_F(VolumeTest, aLinkDoesNotLendItsOwnersRights) {
     user.createLink(kHome + u"/daemons"_s, u"/Library/LaunchDaemons"_s);
     EXPECT_EQ(errorOf([&] { user.write(kHome + u"/daemons/x.plist"_s, "x"); }), EACCES);

@@ -1,5 +1,6 @@
 #include "platform/simulated/SimulatedHost.h"
 
+#include "simulator/Faults.h"
 #include "simulator/MacSkeleton.h"
 
 namespace quorvane {
@@ -34,6 +35,7 @@ QProcessEnvironment simulatedEnvironment(const macsim::Mac& mac, const Simulated
     environment.insert(u"TMPDIR"_s, mac.temporaryFolder());
     environment.insert(u"USER"_s, mac.machine().userName);
     if (!options.faultsFile.isEmpty()) {
+        macsim::Faults::fromFile(options.faultsFile); // refused here, and not by each tool for itself
         environment.insert(u"MACSIM_FAULTS"_s, options.faultsFile);
     }
     if (!options.journalFile.isEmpty()) {

@@ -41,7 +41,8 @@ private:
     SimulatedScriptEngine m_scripts;
 };
 
-/// The environment of a process of the simulated Mac's user.
+/// The environment of a process of the simulated Mac's user. Throws std::invalid_argument for faults that can't be
+/// understood.
 QProcessEnvironment simulatedEnvironment(const macsim::Mac& mac, const SimulatedHostOptions& options);
 
 } // namespace quorvane

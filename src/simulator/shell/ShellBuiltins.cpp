@@ -1,7 +1,7 @@
 #include "simulator/shell/ShellBuiltins.h"
 
+#include "simulator/TestExpression.h"
 #include "simulator/shell/ShellEcho.h"
-#include "simulator/shell/ShellTest.h"
 
 #include <QHash>
 
@@ -12,6 +12,11 @@ namespace macsim {
 using namespace Qt::StringLiterals;
 
 namespace {
+
+/// The words of bash 3.2, in which `test` says other things than /bin/test.
+constexpr TestWording kTestWording{u"%1: unary operator expected", u"%1: binary operator expected",
+                                   u"too many arguments", u"%1: integer expression expected",
+                                   u"`)' expected"};
 
 int succeed(ShellBuiltinCall&) {
     return 0;
@@ -145,12 +150,12 @@ int test(ShellBuiltinCall& call) {
         call.complain(u"missing `]'"_s);
         return 2;
     }
-    try {
-        return isShellTestTrue(operands, call.context) ? 0 : 1;
-    } catch (const ShellTestError& error) {
-        call.complain(error.message());
-        return 2;
+    QString error;
+    const int status = evaluateTest(operands, call.context, error, kTestWording);
+    if (!error.isEmpty()) {
+        call.complain(error);
     }
+    return status;
 }
 
 } // namespace

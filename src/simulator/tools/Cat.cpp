@@ -2,6 +2,8 @@
 
 #include "simulator/tools/ToolOptions.h"
 
+#include <utility>
+
 namespace macsim {
 
 using namespace Qt::StringLiterals;
@@ -12,8 +14,7 @@ constexpr OptionRules kRules{u"belnstuv", u"u", u"usage: cat [-belnstuv] [file .
 
 int printFile(ToolContext& context, const QString& path) {
     if (path == u"-"_s) {
-        context.output += context.input;
-        context.input.clear();
+        context.output += std::exchange(context.input, {});
         return 0;
     }
     try {

@@ -3,6 +3,7 @@
 #include "simulator/tools/ScriptRunner.h"
 
 #include <optional>
+#include <utility>
 
 namespace macsim {
 
@@ -38,12 +39,12 @@ std::optional<Invocation> parsedInvocation(const QStringList& arguments) {
     return invocation;
 }
 
-QString sourceOf(const Invocation& invocation, const ToolContext& context) {
+QString sourceOf(const Invocation& invocation, ToolContext& context) {
     if (!invocation.file) {
         return invocation.lines.join(u'\n');
     }
     if (*invocation.file == u"-"_s) {
-        return QString::fromUtf8(context.input);
+        return QString::fromUtf8(std::exchange(context.input, {}));
     }
     return QString::fromUtf8(context.volume.read(context.absolutePath(*invocation.file)));
 }

@@ -14,10 +14,10 @@ int runTestCommand(ToolContext& context) {
         context.complain(u"[: missing ]\n"_s);
         return 2;
     }
-    QByteArray error;
+    QString error;
     const int status = evaluateTest(words, context, error);
     if (!error.isEmpty()) {
-        context.error += name.toUtf8() + ": " + error;
+        context.complain(name + u": "_s + error + u'\n');
     }
     return status;
 }
