@@ -59,7 +59,7 @@ void writeAllPreferences(const Mac& mac, const Json& preferences) {
 /// goes by the folder itself and takes no "..".
 QString hostPathOf(const Mac& mac, const Json& entry) {
     const QString path = text(entry.is_string() ? entry : entry.at("path"));
-    if (!path.startsWith(u'/') || QDir::cleanPath(path) != path) {
+    if (!path.startsWith(u'/') || QDir::cleanPath(path) != path || path.split(u'/').contains(u".."_s)) {
         throw std::invalid_argument("not a plain absolute path: " + path.toStdString());
     }
     return mac.hostFolder() + path;

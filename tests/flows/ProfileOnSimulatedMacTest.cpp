@@ -109,6 +109,9 @@ TEST_F(ProfileOnSimulatedMac, defaultTakesEveryTweakBack) {
               "~ /Users/alex/Library/Preferences/com.apple.commerce.plist AutoUpdate: <false/> → <true/>\n"
               "~ /Users/alex/Library/Preferences/com.apple.systemsound.plist com.apple.sound.uiaudio.enabled: "
               "<integer>0</integer> → <integer>1</integer>\n"
+              // `load -w` leaves an override that says "enabled".
+              "- state launchd/disabled/user~1501: null\n"
+              "+ state launchd/disabled/user~1501/com.apple.notificationcenterui.agent: false\n"
               "~ state power/sources/AC Power/disksleep: 0 → 10\n"
               "~ state power/sources/AC Power/sleep: 0 → 1\n"
               "~ state power/sources/AC Power/sms: 0 → 1\n"

@@ -12,7 +12,9 @@ namespace {
 
 class OsascriptTest : public ::testing::Test {
 protected:
-    ToolRun run(const QStringList& arguments) { return runTool(folder, runOsascript, u"osascript"_s + arguments); }
+    ToolRun run(const QStringList& arguments) {
+        return runTool(folder, runOsascript, QStringList{u"osascript"_s} + arguments);
+    }
     ToolRun script(const QString& source) { return run({u"-e"_s, source}); }
 
     SimulatedMacFolder folder{{{u"/bin/echo"_s, runEcho}, {u"/usr/bin/touch"_s, runTouch}}};

@@ -133,7 +133,7 @@ TEST_F(VolumeTest, writableIsWhatTheActorMayChange) {
     root.write(u"/Library/file"_s, "x");
     user.write(kHome + u"/file"_s, "x");
     user.createLink(kHome + u"/link"_s, u"file"_s);
-    user.createLink(kHome + u"/library"_s, u"/Library"_s);
+    user.createLink(kHome + u"/system-wide"_s, u"/Library"_s);
     user.createLink(kHome + u"/loop"_s, u"loop"_s);
     for (const QString& path :
          {kHome, kHome + u"/file"_s, kHome + u"/link"_s, u"/tmp"_s, u"/Applications"_s, u"/dev/null"_s}) {
@@ -141,7 +141,7 @@ TEST_F(VolumeTest, writableIsWhatTheActorMayChange) {
         EXPECT_TRUE(root.isWritable(path)) << path.toStdString();
     }
     for (const QString& path :
-         {u"/Library"_s, u"/Library/file"_s, kHome + u"/library"_s, u"/Users"_s, u"/var/root"_s}) {
+         {u"/Library"_s, u"/Library/file"_s, kHome + u"/system-wide"_s, u"/Users"_s, u"/var/root"_s}) {
         EXPECT_FALSE(user.isWritable(path)) << path.toStdString();
         EXPECT_TRUE(root.isWritable(path)) << path.toStdString();
     }
