@@ -20,8 +20,8 @@ QString joinedAdminCommands(const QStringList& commands) {
 }
 
 QString adminScriptSource(const QString& shellLine, const QString& prompt) {
-    return u"do shell script \""_s + appleScriptText(shellLine) + u"\" with prompt \""_s +
-           appleScriptText(prompt) + u"\" with administrator privileges"_s;
+    return u"do shell script \""_s + appleScriptText(shellLine) + u"\" with prompt \""_s + appleScriptText(prompt) +
+           u"\" with administrator privileges"_s;
 }
 
 } // namespace quorvane

@@ -16,7 +16,7 @@ QStringList makeAdminCommandsTolerant(const QStringList& commands);
 QString joinedAdminCommands(const QStringList& commands);
 
 /// The AppleScript that runs a shell line as root.
-/// @param prompt  shown in the authorization dialog; must not hold a double quote
+/// @param prompt  shown in the authorization dialog. Its caller refuses one that holds a double quote.
 QString adminScriptSource(const QString& shellLine, const QString& prompt);
 
 } // namespace quorvane

@@ -33,8 +33,9 @@ bool localizedCaseInsensitiveEqual(const QString& left, const QString& right) {
 QList<qsizetype> localizedOrder(const QList<QString>& names) {
     std::vector<QCollatorSortKey> keys;
     keys.reserve(static_cast<std::size_t>(names.size()));
-    for (const QString& name : names)
+    for (const QString& name : names) {
         keys.push_back(collator().sortKey(name));
+    }
 
     QList<qsizetype> order(names.size());
     std::iota(order.begin(), order.end(), qsizetype{0});

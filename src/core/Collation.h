@@ -20,13 +20,15 @@ template <typename T, typename Name>
 void sortLocalized(QList<T>& records, Name name) {
     QList<QString> names;
     names.reserve(records.size());
-    for (const T& record : std::as_const(records))
+    for (const T& record : std::as_const(records)) {
         names.append(std::invoke(name, record));
+    }
 
     QList<T> sorted;
     sorted.reserve(records.size());
-    for (const qsizetype place : localizedOrder(names))
+    for (const qsizetype place : localizedOrder(names)) {
         sorted.append(records.at(place));
+    }
     records = std::move(sorted);
 }
 

@@ -20,8 +20,9 @@ void append(Json::object_t& members, std::string key, Json value) {
     if (members.size() == members.capacity()) {
         Json::object_t larger;
         larger.reserve(std::max<std::size_t>(4, members.size() * 2));
-        for (auto& [name, member] : members)
+        for (auto& [name, member] : members) {
             static_cast<Json::object_t::Container&>(larger).emplace_back(name, std::move(member));
+        }
         members.swap(larger);
     }
     static_cast<Json::object_t::Container&>(members).emplace_back(std::move(key), std::move(value));
@@ -68,18 +69,20 @@ private:
     };
 
     bool add(Json value) {
-        if (m_open.empty())
+        if (m_open.empty()) {
             m_tree = std::move(value);
-        else if (Open& parent = m_open.back(); parent.value.is_array())
+        } else if (Open& parent = m_open.back(); parent.value.is_array()) {
             parent.value.get_ref<Json::array_t&>().push_back(std::move(value));
-        else
+        } else {
             append(parent.value.get_ref<Json::object_t&>(), std::move(parent.key), std::move(value));
+        }
         return true;
     }
 
     bool open(Json value) {
-        if (m_open.size() == kDeepestNesting)
+        if (m_open.size() == kDeepestNesting) {
             throw DecodingError(u"nested too deeply"_s);
+        }
         m_open.push_back({std::move(value), {}});
         return true;
     }
@@ -96,8 +99,9 @@ private:
 };
 
 QString textOf(const Json& json) {
-    if (!json.is_string())
+    if (!json.is_string()) {
         throw DecodingError(u"not a string"_s);
+    }
     return QString::fromStdString(json.get_ref<const std::string&>());
 }
 
@@ -109,15 +113,17 @@ DecodingError::DecodingError(const QString& problem, const QString& key)
     , m_text((key.isEmpty() ? problem : u"\"%1\": %2"_s.arg(key, problem)).toUtf8()) {}
 
 DecodingError DecodingError::within(const QString& step) const {
+    const QString shown = quotedForError(step).chopped(1).mid(1);
     const bool joinsDirectly = m_key.isEmpty() || m_key.startsWith(u'[');
-    return DecodingError(m_problem, joinsDirectly ? step + m_key : step + u'.' + m_key);
+    return DecodingError(m_problem, joinsDirectly ? shown + m_key : shown + u'.' + m_key);
 }
 
 Json parseJson(const QByteArray& bytes) {
     TreeBuilder builder(bytes);
     // The library takes a null character for the end of the text, whatever follows.
-    if (const qsizetype null = bytes.indexOf('\0'); null >= 0)
+    if (const qsizetype null = bytes.indexOf('\0'); null >= 0) {
         builder.failAt(null);
+    }
     Json::sax_parse(bytes.begin(), bytes.end(), &builder);
     return builder.takeTree();
 }
@@ -127,8 +133,9 @@ QByteArray jsonText(const Json& json) {
 }
 
 const Json* findMember(const Json& object, const char* key) {
-    if (!object.is_object())
+    if (!object.is_object()) {
         throw DecodingError(u"not an object"_s);
+    }
     const auto member = object.find(key);
     return member == object.end() ? nullptr : &*member;
 }
@@ -153,8 +160,9 @@ Json encodeJson(const QString& text) {
 
 Json encodeJson(const QDateTime& date) {
     const QDateTime utc = date.toUTC();
-    if (!utc.isValid() || utc.date().year() < 1 || utc.date().year() > 9999)
+    if (!utc.isValid() || utc.date().year() < 1 || utc.date().year() > 9999) {
         throw EncodingError(u"The date can't be written."_s);
+    }
     return encodeJson(utc.toString(u"yyyy-MM-dd'T'HH:mm:ss'Z'"_s));
 }
 
@@ -164,14 +172,16 @@ Json encodeJson(const QUuid& id) {
 
 Json encodeJson(const QMap<QString, QString>& texts) {
     Json object = Json::object();
-    for (auto entry = texts.begin(); entry != texts.end(); ++entry)
+    for (auto entry = texts.begin(); entry != texts.end(); ++entry) {
         appendMember(object, entry.key().toStdString(), encodeJson(entry.value()));
+    }
     return object;
 }
 
 void decodeJson(const Json& json, bool& value) {
-    if (!json.is_boolean())
+    if (!json.is_boolean()) {
         throw DecodingError(u"not a boolean"_s);
+    }
     value = json.get<bool>();
 }
 
@@ -180,40 +190,44 @@ void decodeJson(const Json& json, QString& text) {
 }
 
 void decodeJson(const Json& json, QDateTime& date) {
-    static const QRegularExpression form(
-        u"\\A([0-9]{4})-([0-9]{2})-([0-9]{2})T([0-9]{2}):([0-9]{2}):([0-9]{2})Z\\z"_s);
+    static const QRegularExpression form(u"\\A([0-9]{4})-([0-9]{2})-([0-9]{2})T([0-9]{2}):([0-9]{2}):([0-9]{2})Z\\z"_s);
     const QString text = textOf(json);
     const QRegularExpressionMatch match = form.match(text);
     const auto number = [&match](int group) { return match.capturedView(group).toInt(); };
     const QDate day(number(1), number(2), number(3));
     const QTime time(number(4), number(5), number(6));
-    if (!match.hasMatch() || !day.isValid() || !time.isValid())
+    if (!match.hasMatch() || !day.isValid() || !time.isValid()) {
         throw DecodingError(u"not a date of the form 2026-11-15T21:05:37Z"_s);
+    }
     date = QDateTime(day, time, Qt::UTC);
 }
 
 void decodeJson(const Json& json, QUuid& id) {
     static const QRegularExpression form(u"\\A[0-9A-Fa-f]{8}(-[0-9A-Fa-f]{4}){3}-[0-9A-Fa-f]{12}\\z"_s);
     const QString text = textOf(json);
-    if (!form.match(text).hasMatch())
+    if (!form.match(text).hasMatch()) {
         throw DecodingError(u"not a UUID"_s);
+    }
     id = QUuid::fromString(text);
 }
 
 void decodeJson(const Json& json, QMap<QString, QString>& texts) {
-    if (!json.is_object())
+    if (!json.is_object()) {
         throw DecodingError(u"not an object"_s);
+    }
     texts.clear();
     for (const auto& [name, value] : json.get_ref<const Json::object_t&>()) {
         const QString key = QString::fromStdString(name);
-        if (!texts.contains(key))
+        if (!texts.contains(key)) {
             texts.insert(key, decodedMember<QString>(value, name.c_str()));
+        }
     }
 }
 
 void requireArray(const Json& json) {
-    if (!json.is_array())
+    if (!json.is_array()) {
         throw DecodingError(u"not an array"_s);
+    }
 }
 
 } // namespace quorvane

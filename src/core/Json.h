@@ -95,8 +95,9 @@ void requireArray(const Json& json);
 template <typename T>
 Json encodeJson(const QList<T>& values) {
     Json array = Json::array();
-    for (const T& value : values)
+    for (const T& value : values) {
         array.push_back(encodeJson(value));
+    }
     return array;
 }
 
@@ -134,8 +135,9 @@ T decodedMember(const Json& member, const char* key) {
 template <typename T>
 T requiredMember(const Json& object, const char* key) {
     const Json* member = findMember(object, key);
-    if (member == nullptr)
+    if (member == nullptr) {
         throw DecodingError(QStringLiteral("missing"), QString::fromUtf8(key));
+    }
     return decodedMember<T>(*member, key);
 }
 
@@ -143,8 +145,9 @@ T requiredMember(const Json& object, const char* key) {
 template <typename T>
 std::optional<T> optionalMember(const Json& object, const char* key) {
     const Json* member = findMember(object, key);
-    if (member == nullptr || member->is_null())
+    if (member == nullptr || member->is_null()) {
         return std::nullopt;
+    }
     return decodedMember<T>(*member, key);
 }
 

@@ -10,8 +10,8 @@ namespace {
 
 bool standsBare(const QString& text) {
     const auto isPlain = [](QChar c) {
-        return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z') || (c >= u'0' && c <= u'9') ||
-               c == u'.' || c == u'_' || c == u'-';
+        return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z') || (c >= u'0' && c <= u'9') || c == u'.' ||
+               c == u'_' || c == u'-';
     };
     return !text.isEmpty() && !text.startsWith(u'-') && std::all_of(text.begin(), text.end(), isPlain);
 }

@@ -24,9 +24,7 @@ QCoro::Task<CommandResult> SystemManager::executeAdminScript(QString script, QSt
     if (shownPrompt.contains(u'"')) {
         // A profile's name can come from somebody else's file: a quote in it would end the prompt's literal,
         // and what follows would be script.
-        m_adminAuthorizationFlag = false;
-        co_return CommandResult{
-            1, {}, u"The authorization prompt can't contain a double quote: "_s + shownPrompt};
+        co_return CommandResult{1, {}, u"The authorization prompt can't contain a double quote: "_s + shownPrompt};
     }
     const ScriptOutcome outcome = co_await m_host.scripts.run(adminScriptSource(script, shownPrompt));
     m_adminAuthorizationFlag = outcome.result.has_value();

@@ -23,8 +23,7 @@ QString decoded(const QByteArray& bytes) {
 }
 
 CommandResult resultOf(const CommandOutcome& outcome) {
-    constexpr int kSignalBase =
-        128; // as a shell counts it, so that no reader takes a killed tool for a success
+    constexpr int kSignalBase = 128; // as a shell counts it, so that no reader takes a killed tool for a success
     switch (outcome.ending) {
     case CommandOutcome::Ending::NotLaunched:
         return {1, {}, outcome.launchError};
@@ -137,9 +136,8 @@ const QStringList& SystemManager::excludedKeywords() {
 }
 
 bool SystemManager::isExcludedName(const QString& name) {
-    return std::any_of(excludedKeywords().begin(), excludedKeywords().end(), [&name](const QString& keyword) {
-        return name.contains(keyword, Qt::CaseInsensitive);
-    });
+    return std::any_of(excludedKeywords().begin(), excludedKeywords().end(),
+                       [&name](const QString& keyword) { return name.contains(keyword, Qt::CaseInsensitive); });
 }
 
 } // namespace quorvane

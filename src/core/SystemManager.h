@@ -12,7 +12,6 @@
 #include <QString>
 #include <QStringList>
 
-#include <atomic>
 #include <optional>
 
 namespace QCoro {
@@ -30,9 +29,10 @@ struct UnifiedProfile;
 /// The one object through which everything passes that touches the operating system: the log, the busy state,
 /// the process runner, administrator runs, and the flows that are built of them.
 ///
-/// There is one for the life of the program, and it lives on the main thread. Flows are coroutines: they
-/// suspend at each wait and resume on the main thread. A flow doesn't throw: each step leaves its log line
-/// and no failed step stops the next, unless the flow says so.
+/// There is one for the life of the program, and it lives on the main thread. Flows are coroutines: they suspend at
+/// each wait and resume on the main thread. A flow doesn't throw: each step leaves its log line and no failed step
+/// stops the next, unless the flow says so. A flow that nobody awaits runs on: who ends the program shuts the ports
+/// down first, so that every flow comes to its end before this object does.
 ///
 /// The class is divided by concern: each `SystemManager+Concern.cpp` stands in the folder of its concern.
 class SystemManager : public QObject {
@@ -44,7 +44,6 @@ public:
     SystemManager(const Host& host, NotificationCenter& notifications, QObject* parent = nullptr);
 
     // ---- Log
-    // -------------------------------------------------------------------------------------------------------
 
     /// Appends one entry exactly as given: no time stamp, no prefix. An entry that contains "[WARNING]" is
     /// dropped without a trace: the log stays free of warnings, whoever composes them.
@@ -52,7 +51,6 @@ public:
     const QStringList& logMessages() const { return m_logMessages; }
 
     // ---- Busy state
-    // ------------------------------------------------------------------------------------------------
 
     /// Brackets a long operation. Brackets nest; the outermost text stays.
     void beginBusy(const QString& message);
@@ -62,7 +60,6 @@ public:
     int busyDepth() const { return m_busyDepth; }
 
     // ---- Commands
-    // --------------------------------------------------------------------------------------------------
 
     /// "Verbose Debug Logging": commands and their output go to the log.
     bool debugMode() const { return m_debugMode; }
@@ -78,15 +75,13 @@ public:
     static const QStringList& excludedKeywords();
 
     // ---- Administrator runs
-    // ----------------------------------------------------------------------------------------
 
     /// Runs one shell line as root behind a single authorization prompt, off the main thread.
     /// @param prompt  shown to the user; replaced by a neutral text while the last run of this process
     /// succeeded,
     ///                because the system may then hold the authorization. One that holds a double quote fails
     ///                the run before the script engine sees it.
-    /// @return status 0 and the script's text; or 1 with the system's message (a cancel is a failure like any
-    /// other)
+    /// @return status 0 and the script's text; or 1 with the system's message: a cancel is a failure like any other
     QCoro::Task<CommandResult> executeAdminScript(QString script, QString prompt);
 
     /// Queues the line when a batch is open, and gives status 0 at once; otherwise runs it.
@@ -107,7 +102,6 @@ public:
     void clearAdminAuthorization() { m_adminAuthorizationFlag = false; }
 
     // ---- Tweaks
-    // ----------------------------------------------------------------------------------------------------
 
     /// One-way: puts the selected tweaks in force and leaves all others as they are; opens its own batch;
     /// verifies.
@@ -123,25 +117,21 @@ public:
     QCoro::Task<bool> undoPerformanceTweaks();
 
     // ---- Profiles
-    // --------------------------------------------------------------------------------------------------
 
     /// Puts a whole profile onto the system under one prompt, reads the system back, and records the profile
     /// as the active one when every step succeeded. A failed check alone doesn't make the value false.
     QCoro::Task<bool> applyProfile(UnifiedProfile profile);
     QCoro::Task<ApplyVerificationResult> verifyProfile(UnifiedProfile profile);
     /// Makes a profile the active one and posts QuorvaneSystemVerified.
-    void recordAppliedConfiguration(const UnifiedProfile& profile,
-                                    const ApplyVerificationResult& verification);
+    void recordAppliedConfiguration(const UnifiedProfile& profile, const ApplyVerificationResult& verification);
 
     // ---- Startup
-    // ---------------------------------------------------------------------------------------------------
 
     /// Carries out the startup half of a profile. So far only one that asks for nothing can be carried out;
     /// any other gives false.
     QCoro::Task<bool> applyStartupConfiguration(StartupConfiguration configuration);
 
     // ---- Reading the live system
-    // -----------------------------------------------------------------------------------
 
     enum class PreferenceHost { Any, Current };
     /// The value of a preference as the `defaults` tool prints it, trimmed; none when the key isn't set.
@@ -158,7 +148,6 @@ public:
     QString notificationCenterPreferences() const;
 
     // ---- Verification
-    // ----------------------------------------------------------------------------------------------
 
     enum class UnselectedTweaks { Ignored, ExpectedRestored };
     /// Reads each tweak back from the live system, in a fixed order.
@@ -166,9 +155,7 @@ public:
                                                                UnselectedTweaks unselected);
     void logVerificationResult(const ApplyVerificationResult& result, const QString& section);
     /// The result of the last flow that verified.
-    const std::optional<ApplyVerificationResult>& lastApplyVerification() const {
-        return m_lastApplyVerification;
-    }
+    const std::optional<ApplyVerificationResult>& lastApplyVerification() const { return m_lastApplyVerification; }
 
     bool hasVerifiedSystem() const { return m_hasVerifiedSystem; }
     const std::optional<SystemConfigurationMatch>& systemMatch() const { return m_systemMatch; }
@@ -204,9 +191,7 @@ private:
 
     int m_adminBatchDepth = 0;
     QStringList m_adminCommandBatch;
-    /// True when the last administrator script of this process succeeded. The one datum here that isn't
-    /// confined to the main thread: it is cleared while the program terminates.
-    std::atomic<bool> m_adminAuthorizationFlag = false;
+    bool m_adminAuthorizationFlag = false; ///< true when the last administrator script of this process succeeded
 
     bool m_hasVerifiedSystem = false;
     std::optional<SystemConfigurationMatch> m_systemMatch;

@@ -12,10 +12,10 @@ struct CommandOutcome {
     enum class Ending { Exited, EndedBySignal, NotLaunched };
 
     Ending ending = Ending::NotLaunched;
-    int code = 0;               ///< the exit status, or the number of the signal
-    QByteArray standardOutput;  ///< empty unless captured
-    QByteArray standardError;   ///< empty unless captured
-    QString launchError;        ///< why it could not be launched, for people
+    int code = 0;              ///< the exit status, or the number of the signal
+    QByteArray standardOutput; ///< empty unless captured
+    QByteArray standardError;  ///< empty unless captured
+    QString launchError;       ///< why it could not be launched, for people
 };
 
 enum class OutputCapture { Discard, Capture };

@@ -64,10 +64,11 @@ void decodeJson(const Json& json, UnifiedProfile& profile) {
     profile.name = requiredMember<QString>(json, "name");
     profile.dateCreated = requiredMember<QDateTime>(json, "dateCreated");
     profile.settings = requiredMember<PerformanceSettings>(json, "settings");
-    for (const LegacyList& list : kLegacyLists)
+    for (const LegacyList& list : kLegacyLists) {
         profile.*list.values = optionalMember<QStringList>(json, list.key).value_or(QStringList());
-    profile.legacyStartupLaunchItems = optionalMember<QList<StartupLaunchItem>>(json, "startupLaunchItems")
-                                           .value_or(QList<StartupLaunchItem>());
+    }
+    profile.legacyStartupLaunchItems =
+        optionalMember<QList<StartupLaunchItem>>(json, "startupLaunchItems").value_or(QList<StartupLaunchItem>());
     profile.legacyDisableNetwork = optionalMember<bool>(json, "disableNetwork").value_or(false);
 
     auto startup = optionalMember<StartupConfiguration>(json, "startup");

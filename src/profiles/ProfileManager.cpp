@@ -21,8 +21,9 @@ const QString kExtension = u".json"_s;
 /// The name under which a profile is saved. Throws ProfileStoreError.
 QString savedName(const QString& name) {
     const QString sanitized = sanitizedProfileName(name);
-    if (!isProfileFileName(sanitized))
+    if (!isProfileFileName(sanitized)) {
         throw ProfileStoreError(ProfileStoreError::Code::InvalidName, u"Profile name is invalid."_s);
+    }
     return sanitized;
 }
 
@@ -62,20 +63,21 @@ public:
 
     void put(const StoredFile& file) {
         m_files.insert(file.id, file);
-        for (const QString& key : keysOf(file))
+        for (const QString& key : keysOf(file)) {
             ++m_uses[key];
+        }
     }
 
     /// Gives the files of a profile, none or one, and frees their names.
     QList<StoredFile> take(const QUuid& id) {
-        const auto found = m_files.constFind(id);
-        if (found == m_files.cend())
+        if (!m_files.contains(id)) {
             return {};
-        const StoredFile file = *found;
-        m_files.erase(found);
+        }
+        const StoredFile file = m_files.take(id);
         for (const QString& key : keysOf(file)) {
-            if (--m_uses[key] == 0)
+            if (--m_uses[key] == 0) {
                 m_uses.remove(key);
+            }
         }
         return {file};
     }
@@ -117,33 +119,39 @@ void ProfileManager::saveProfile(const UnifiedProfile& profile) {
 
 std::optional<UnifiedProfile> ProfileManager::loadProfile(const QString& named) const {
     if (isProfileFileName(named)) {
-        if (auto profile = readProfile(named))
+        if (auto profile = readProfile(named)) {
             return profile;
+        }
     }
     for (const UnifiedProfile& profile : listProfiles()) {
-        if (localizedCaseInsensitiveEqual(profile.name, named))
+        if (localizedCaseInsensitiveEqual(profile.name, named)) {
             return profile;
+        }
     }
     return std::nullopt;
 }
 
 QList<UnifiedProfile> ProfileManager::listProfiles() const {
     QList<UnifiedProfile> profiles;
-    for (StoredProfile& stored : storedProfiles())
+    for (StoredProfile& stored : storedProfiles()) {
         profiles.append(std::move(stored.profile));
+    }
     return profiles;
 }
 
 void ProfileManager::deleteProfile(const QString& named) {
-    if (removeFile(named))
+    if (removeFile(named)) {
         return;
+    }
     const std::optional<UnifiedProfile> found = loadProfile(named);
-    if (!found || found->name == named)
+    if (!found || found->name == named) {
         return;
+    }
     for (const StoredFile& file : storedFiles()) {
         // A file of that name that tells another one is another profile's.
-        if (file.baseName == found->name && file.name == found->name)
+        if (file.baseName == found->name && file.name == found->name) {
             removeFile(file.baseName);
+        }
     }
 }
 
@@ -173,8 +181,9 @@ QString ProfileManager::pathOf(const QString& baseName) const {
 QStringList ProfileManager::baseNames() const {
     QStringList names;
     for (const QString& entry : m_files.list(profilesDirectory())) {
-        if (entry.endsWith(kExtension) && entry != kExtension)
+        if (entry.endsWith(kExtension) && entry != kExtension) {
             names.append(entry.chopped(kExtension.size()));
+        }
     }
     return names;
 }
@@ -199,8 +208,9 @@ QList<ProfileManager::StoredProfile> ProfileManager::storedProfiles() const {
     }
     QList<StoredProfile> stored;
     for (const QString& baseName : std::as_const(names)) {
-        if (auto profile = readProfile(baseName))
+        if (auto profile = readProfile(baseName)) {
             stored.append({{baseName, profile->id, profile->name}, *std::move(profile)});
+        }
     }
     std::stable_sort(stored.begin(), stored.end(), [](const StoredProfile& left, const StoredProfile& right) {
         return left.profile.dateCreated > right.profile.dateCreated;
@@ -210,8 +220,9 @@ QList<ProfileManager::StoredProfile> ProfileManager::storedProfiles() const {
 
 QList<ProfileManager::StoredFile> ProfileManager::storedFiles() const {
     QList<StoredFile> files;
-    for (const StoredProfile& stored : storedProfiles())
+    for (const StoredProfile& stored : storedProfiles()) {
         files.append(stored.file);
+    }
     return files;
 }
 
@@ -229,8 +240,9 @@ ProfileManager::StoredFile ProfileManager::write(const UnifiedProfile& profile,
 /// A volume that ignores case writes "Live" into an existing "live" and keeps the old spelling.
 void ProfileManager::giveFileItsSpelling(const QString& baseName) {
     const QStringList names = baseNames();
-    if (names.contains(baseName))
+    if (names.contains(baseName)) {
         return;
+    }
     for (const QString& name : names) {
         if (mayBeOneFile(name, baseName)) {
             m_files.move(pathOf(name), pathOf(baseName));
@@ -241,14 +253,15 @@ void ProfileManager::giveFileItsSpelling(const QString& baseName) {
 
 void ProfileManager::removeFormerFiles(const QString& baseName, const QList<StoredFile>& filesOfProfile) {
     const QStringList names = baseNames();
-    const bool hadItsFile = std::any_of(filesOfProfile.begin(), filesOfProfile.end(),
-                                        [&](const StoredFile& file) { return file.baseName == baseName; });
+    const bool isOnly = filesOfProfile.size() == 1;
     for (const StoredFile& file : filesOfProfile) {
-        // A copy that the user made beside the file tells the same name; it stays.
-        const bool isFormer = file.name != baseName || !hadItsFile;
+        // A copy that the user made beside the profile's own file bears another name than it tells; it stays.
+        const bool isFormerOwn = file.name != baseName && file.baseName == sanitizedProfileName(file.name);
+        const bool isFormer = isOnly || isFormerOwn;
         const bool isOtherFile = names.contains(baseName) || !mayBeOneFile(file.baseName, baseName);
-        if (file.baseName != baseName && names.contains(file.baseName) && isFormer && isOtherFile)
+        if (file.baseName != baseName && names.contains(file.baseName) && isFormer && isOtherFile) {
             attempt([&] { m_files.remove(pathOf(file.baseName)); });
+        }
     }
 }
 

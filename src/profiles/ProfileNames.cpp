@@ -26,8 +26,9 @@ QString profileNameKey(const QString& name) {
 
 QString uniqueProfileName(const QString& base, const QSet<QString>& usedLowercasedNames) {
     QString candidate = base;
-    for (int number = 2; usedLowercasedNames.contains(profileNameKey(candidate)); ++number)
+    for (int number = 2; usedLowercasedNames.contains(profileNameKey(candidate)); ++number) {
         candidate = base + u' ' + QString::number(number);
+    }
     return candidate;
 }
 

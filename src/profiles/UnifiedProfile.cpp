@@ -1,5 +1,7 @@
 #include "profiles/UnifiedProfile.h"
 
+#include "profiles/ProfileNames.h"
+
 using namespace Qt::StringLiterals;
 
 namespace quorvane {
@@ -31,7 +33,7 @@ size_t qHash(const UnifiedProfile& profile, size_t seed) {
 }
 
 bool isDefaultProfileName(const QString& name) {
-    return name.compare(u"Default"_s, Qt::CaseInsensitive) == 0;
+    return sanitizedProfileName(name).compare(u"Default"_s, Qt::CaseInsensitive) == 0;
 }
 
 bool isDefaultProfile(const UnifiedProfile& profile) {

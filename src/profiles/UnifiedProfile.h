@@ -40,7 +40,7 @@ struct UnifiedProfile {
 
 size_t qHash(const UnifiedProfile& profile, size_t seed = 0);
 
-/// True for the name of the Default profile, in any case.
+/// True for the name of the Default profile, in any case, with or without blanks around it.
 bool isDefaultProfileName(const QString& name);
 /// True for a profile with the identity of the Default profile, or with its name in any case.
 bool isDefaultProfile(const UnifiedProfile& profile);

@@ -97,7 +97,7 @@ Arguments parsedArguments(const QStringList& list) {
 QString usageText() {
     return uR"(usage: quorvane-rehearsal [OPTIONS] COMMAND
 
-Runs Quorvane's flows on a simulated Mac: a folder that behaves like a Mac's disk. Nothing outside of it is touched.
+Runs Quorvane's flows on a simulated Mac: a folder that behaves like a Mac's disk. They touch nothing outside of it.
 
 Options
   --mac FOLDER                    the simulated Mac; without it a temporary one, which is removed at the end

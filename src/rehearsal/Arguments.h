@@ -29,8 +29,8 @@ struct Arguments {
     QString journalFile;
     bool json = false;
 
-    QString command; ///< "new", "shell", "apply", …
-    QString operand; ///< the file or the line that the command is about; may be empty where it is optional
+    QString command;     ///< "new", "shell", "apply", …
+    QString operand;     ///< the file or the line that the command is about; may be empty where it is optional
     bool asRoot = false; ///< of `shell`
 };
 

@@ -1,6 +1,7 @@
 #include "rehearsal/QuitSignals.h"
 
 #include <array>
+#include <cerrno>
 #include <csignal>
 #include <fcntl.h>
 #include <unistd.h>
@@ -13,8 +14,10 @@ namespace {
 std::array<int, 2> pipeEnds{-1, -1};
 
 void handleSignal(int) {
+    const int errorBefore = errno;
     const char byte = 0;
     [[maybe_unused]] const ssize_t written = ::write(pipeEnds[1], &byte, 1);
+    errno = errorBefore;
 }
 
 } // namespace

@@ -7,7 +7,8 @@
 
 namespace quorvane {
 
-/// Turns SIGINT and SIGTERM into a Qt signal on the main thread, so that a terminal's Control-C is a quit like any other.
+/// Turns SIGINT and SIGTERM into a Qt signal on the main thread, so that a terminal's Control-C is a quit like any
+/// other.
 class QuitSignals : public QObject {
     Q_OBJECT
 

@@ -18,12 +18,13 @@ QString profilesFolder(const Host& host) {
     return host.machine.applicationSupportFolder() + u"/Quorvane/UnifiedProfiles"_s;
 }
 
-void complain(const QString& text) { std::fprintf(stderr, "%s\n", text.toUtf8().constData()); }
+void complain(const QString& text) {
+    std::fprintf(stderr, "%s\n", text.toUtf8().constData());
+}
 
 } // namespace
 
-Rehearsal::Rehearsal(const QString& macFolder, macsim::Authorization authorization,
-                     const SimulatedHostOptions& options)
+Rehearsal::Rehearsal(const QString& macFolder, macsim::Authorization authorization, const SimulatedHostOptions& options)
     : m_authorization(authorization)
     , m_host(macFolder, m_authorization, options)
     , m_system(m_host.host(), m_notifications)
@@ -35,7 +36,7 @@ QCoro::Task<RehearsalOutcome> Rehearsal::applyProfileFile(QString hostPath) {
         co_return co_await restoreDefault();
     }
     requireApplicable(given, hostPath);
-    const std::optional<UnifiedProfile> stored = storedProfile(given);
+    const std::optional<UnifiedProfile> stored = storedProfile(given, hostPath);
     if (!stored) {
         co_return RehearsalOutcome{};
     }
@@ -48,11 +49,11 @@ QCoro::Task<RehearsalOutcome> Rehearsal::applyProfileFile(QString hostPath) {
 }
 
 /// Saves the profile and reads it afresh, so that what is applied is what is stored.
-std::optional<UnifiedProfile> Rehearsal::storedProfile(const UnifiedProfile& profile) {
+std::optional<UnifiedProfile> Rehearsal::storedProfile(const UnifiedProfile& profile, const QString& hostPath) {
     try {
         m_profiles.saveProfile(profile);
     } catch (const ProfileStoreError& error) {
-        throw UnusableInput(error.message());
+        throw UnusableInput(hostPath + u": "_s + error.message());
     } catch (const FileError& error) {
         complain(u"The profile could not be saved: "_s + error.message());
         return std::nullopt;

@@ -42,7 +42,7 @@ public:
     void quit() { m_host.shutDown(); }
 
 private:
-    std::optional<UnifiedProfile> storedProfile(const UnifiedProfile& profile);
+    std::optional<UnifiedProfile> storedProfile(const UnifiedProfile& profile, const QString& hostPath);
 
     AuthorizationPolicy m_authorization;
     SimulatedHost m_host;

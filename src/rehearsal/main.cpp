@@ -28,7 +28,9 @@ constexpr int kDone = 0;
 constexpr int kNotDone = 1;
 constexpr int kUnusable = 2;
 
-QString macsimProgram() { return QCoreApplication::applicationDirPath() + u"/macsim"_s; }
+QString macsimProgram() {
+    return QCoreApplication::applicationDirPath() + u"/macsim"_s;
+}
 
 SimulatedHostOptions hostOptions(const Arguments& arguments) {
     const auto absolute = [](const QString& path) {
@@ -40,7 +42,8 @@ SimulatedHostOptions hostOptions(const Arguments& arguments) {
 void makeMac(const QString& folder, const QString& descriptionFile) {
     const QString file = descriptionFile.isEmpty() ? u":/macs/fresh-macbook.json"_s : descriptionFile;
     try {
-        macsim::createMac(folder, macsim::macDescriptionFromFile(file), macsim::simulatorTools().keys(), macsimProgram());
+        macsim::createMac(folder, macsim::macDescriptionFromFile(file), macsim::simulatorTools().keys(),
+                          macsimProgram());
     } catch (const std::exception& error) {
         throw UnusableInput(QString::fromUtf8(error.what()));
     }
@@ -80,10 +83,21 @@ int runShell(const Arguments& arguments, const QString& macFolder) {
     shell.setProcessChannelMode(QProcess::ForwardedChannels);
     shell.setStandardInputFile(QProcess::nullDevice());
     shell.setProcessEnvironment(environment);
-    shell.start(mac.hostFolder() + u"/bin/sh"_s, {u"-c"_s, arguments.operand});
-    shell.waitForFinished(-1);
-    return shell.exitStatus() == QProcess::NormalExit && shell.error() == QProcess::UnknownError ? shell.exitCode()
-                                                                                                  : kNotDone;
+    const QuitSignals quitSignals;
+    QObject::connect(&quitSignals, &QuitSignals::quitRequested, &shell, &QProcess::kill);
+    QObject::connect(&shell, &QProcess::finished, [](int code, QProcess::ExitStatus ending) {
+        QCoreApplication::exit(ending == QProcess::NormalExit ? code : kNotDone);
+    });
+    QObject::connect(&shell, &QProcess::errorOccurred, [&shell](QProcess::ProcessError error) {
+        if (error == QProcess::FailedToStart) {
+            std::fprintf(stderr, "quorvane-rehearsal: %s\n", shell.errorString().toUtf8().constData());
+            QCoreApplication::exit(kNotDone);
+        }
+    });
+    QTimer::singleShot(0, &shell, [&shell, &mac, &arguments] {
+        shell.start(mac.hostFolder() + u"/bin/sh"_s, {u"-c"_s, arguments.operand});
+    });
+    return QCoreApplication::exec();
 }
 
 QCoro::Task<RehearsalOutcome> runFlow(Rehearsal& rehearsal, Arguments arguments) {

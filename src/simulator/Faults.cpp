@@ -11,9 +11,9 @@ namespace macsim {
 namespace {
 
 void requireKnownKeys(const Json& rule) {
-    static constexpr std::array<std::string_view, 11> kKeys{"tool",   "arguments", "delayMilliseconds", "hang",
-                                                            "signal", "diskFull",  "status",            "output",
-                                                            "error",  "outputBase64", "errorBase64"};
+    static constexpr std::array<std::string_view, 11> kKeys{
+        "tool",   "arguments", "delayMilliseconds", "hang",       "signal", "diskFull", "status",
+        "output", "error",     "outputBase64",      "errorBase64"};
     for (const auto& [key, value] : rule.items()) {
         if (std::find(kKeys.begin(), kKeys.end(), key) == kKeys.end()) {
             throw std::invalid_argument("unknown key \"" + key + '"');

@@ -125,8 +125,7 @@ std::vector<LaunchdJob> LaunchdState::jobs(const LaunchdDomain& domain) const {
 
 std::vector<std::pair<QString, bool>> LaunchdState::overrides(const LaunchdDomain& domain) const {
     std::vector<std::pair<QString, bool>> overrides;
-    const Json records =
-        entry(m_mac.state().read(kSubject), {"disabled", domain.overridesKey().toStdString()});
+    const Json records = entry(m_mac.state().read(kSubject), {"disabled", domain.overridesKey().toStdString()});
     for (const auto& [label, disabled] : records.items()) {
         overrides.emplace_back(QString::fromStdString(label), disabled.get<bool>());
     }

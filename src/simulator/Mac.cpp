@@ -37,6 +37,8 @@ QString Mac::homeFolder(Actor actor) const {
     return actor == Actor::Root ? u"/var/root"_s : u"/Users/"_s + m_machine.userName;
 }
 
-QString Mac::temporaryFolder() const { return userTemporaryFolder(m_machine).mid(8) + u"/T/"_s; }
+QString Mac::temporaryFolder() const {
+    return userTemporaryFolder(m_machine).mid(8) + u"/T/"_s;
+}
 
 } // namespace macsim

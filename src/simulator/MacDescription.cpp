@@ -8,7 +8,6 @@
 #include <QFile>
 #include <QFileInfo>
 
-
 #include <algorithm>
 #include <array>
 #include <stdexcept>
@@ -20,7 +19,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-QString text(const Json& json) { return QString::fromStdString(json.get<std::string>()); }
+QString text(const Json& json) {
+    return QString::fromStdString(json.get<std::string>());
+}
 
 PropertyList::Dictionary dictionary(const Json& json) {
     const PropertyList list = propertyListFromJson(json);
@@ -102,7 +103,9 @@ void makeFolderAt(const Mac& mac, const Json& entry) {
     }
 }
 
-Json listOf(const Json& description, const char* key) { return description.value(key, Json::array()); }
+Json listOf(const Json& description, const char* key) {
+    return description.value(key, Json::array());
+}
 
 void fill(const Mac& mac, const Json& description) {
     for (const Json& entry : listOf(description, "folders")) {
@@ -117,7 +120,8 @@ void fill(const Mac& mac, const Json& description) {
     if (description.contains("preferences")) {
         writeAllPreferences(mac, description.at("preferences"));
     }
-    static constexpr std::array<std::string_view, 6> kNoState{"//", "machine", "preferences", "folders", "files", "links"};
+    static constexpr std::array<std::string_view, 6> kNoState{"//",      "machine", "preferences",
+                                                              "folders", "files",   "links"};
     for (const auto& [key, value] : description.items()) {
         if (std::find(kNoState.begin(), kNoState.end(), key) == kNoState.end()) {
             const Json state = value;
@@ -141,7 +145,8 @@ Json macDescriptionFromFile(const QString& hostPath) {
     return description;
 }
 
-void createMac(const QString& hostFolder, const Json& description, const QStringList& commands, const QString& program) {
+void createMac(const QString& hostFolder, const Json& description, const QStringList& commands,
+               const QString& program) {
     const bool existed = QFileInfo::exists(hostFolder);
     createMacSkeleton(hostFolder, description.at("machine"), commands, program);
     try {

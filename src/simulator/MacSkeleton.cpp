@@ -28,19 +28,30 @@ void makeLink(const QString& target, const QString& hostPath) {
 }
 
 void makeSystemFolders(const QString& root) {
-    static constexpr std::array<QStringView, 24> kFolders{
-        u"/Applications",         u"/Library/LaunchAgents",
-        u"/Library/LaunchDaemons", u"/Library/Preferences",
-        u"/Library/Application Support", u"/System/Applications",
-        u"/System/Library/CoreServices", u"/System/Library/LaunchAgents",
-        u"/System/Library/LaunchDaemons", u"/System/Volumes/Data",
-        u"/Users/Shared",         u"/Volumes",
-        u"/bin",                  u"/dev",
-        u"/private/etc",          u"/private/tmp",
-        u"/private/var/db/simulator", u"/private/var/folders",
-        u"/private/var/root/Library/Preferences/ByHost", u"/sbin",
-        u"/usr/bin",              u"/usr/libexec",
-        u"/usr/local/bin",        u"/usr/sbin"};
+    static constexpr std::array<QStringView, 24> kFolders{u"/Applications",
+                                                          u"/Library/LaunchAgents",
+                                                          u"/Library/LaunchDaemons",
+                                                          u"/Library/Preferences",
+                                                          u"/Library/Application Support",
+                                                          u"/System/Applications",
+                                                          u"/System/Library/CoreServices",
+                                                          u"/System/Library/LaunchAgents",
+                                                          u"/System/Library/LaunchDaemons",
+                                                          u"/System/Volumes/Data",
+                                                          u"/Users/Shared",
+                                                          u"/Volumes",
+                                                          u"/bin",
+                                                          u"/dev",
+                                                          u"/private/etc",
+                                                          u"/private/tmp",
+                                                          u"/private/var/db/simulator",
+                                                          u"/private/var/folders",
+                                                          u"/private/var/root/Library/Preferences/ByHost",
+                                                          u"/sbin",
+                                                          u"/usr/bin",
+                                                          u"/usr/libexec",
+                                                          u"/usr/local/bin",
+                                                          u"/usr/sbin"};
     for (const QStringView folder : kFolders) {
         makeFolder(root + folder.toString());
     }
@@ -54,9 +65,15 @@ void makeSystemFolders(const QString& root) {
 }
 
 void makeUserFolders(const QString& root, const Machine& machine) {
-    static constexpr std::array<QStringView, 9> kHomeFolders{
-        u"/Desktop", u"/Documents", u"/Downloads", u"/Library/Application Support", u"/Library/Caches",
-        u"/Library/LaunchAgents", u"/Library/Preferences/ByHost", u"/Music", u"/.Trash"};
+    static constexpr std::array<QStringView, 9> kHomeFolders{u"/Desktop",
+                                                             u"/Documents",
+                                                             u"/Downloads",
+                                                             u"/Library/Application Support",
+                                                             u"/Library/Caches",
+                                                             u"/Library/LaunchAgents",
+                                                             u"/Library/Preferences/ByHost",
+                                                             u"/Music",
+                                                             u"/.Trash"};
     for (const QStringView folder : kHomeFolders) {
         makeFolder(root + u"/Users/"_s + machine.userName + folder.toString());
     }

@@ -92,8 +92,7 @@ PreferenceStore::Outcome PreferenceStore::write(const PreferenceDomain& domain, 
     });
 }
 
-PreferenceStore::Outcome PreferenceStore::writeDomain(const PreferenceDomain& domain,
-                                                      const Dictionary& values) const {
+PreferenceStore::Outcome PreferenceStore::writeDomain(const PreferenceDomain& domain, const Dictionary& values) const {
     return update(domain, [&](Dictionary& current) {
         current = values;
         return Outcome::Done;
@@ -101,8 +100,7 @@ PreferenceStore::Outcome PreferenceStore::writeDomain(const PreferenceDomain& do
 }
 
 PreferenceStore::Outcome PreferenceStore::remove(const PreferenceDomain& domain, const QString& key) const {
-    return update(
-        domain, [&](Dictionary& values) { return values.erase(key) > 0 ? Outcome::Done : Outcome::Missing; });
+    return update(domain, [&](Dictionary& values) { return values.erase(key) > 0 ? Outcome::Done : Outcome::Missing; });
 }
 
 PreferenceStore::Outcome PreferenceStore::removeDomain(const PreferenceDomain& domain) const {

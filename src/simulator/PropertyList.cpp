@@ -116,8 +116,7 @@ std::optional<PropertyList> dictionaryOfNode(plist_t node) {
 std::optional<PropertyList> integerOfNode(plist_t node) {
     uint64_t bits = 0;
     plist_get_uint_val(node, &bits);
-    if (bits > static_cast<uint64_t>(std::numeric_limits<qint64>::max()) &&
-        !scalarText(node).startsWith('-')) {
+    if (bits > static_cast<uint64_t>(std::numeric_limits<qint64>::max()) && !scalarText(node).startsWith('-')) {
         return std::nullopt;
     }
     return PropertyList(static_cast<qint64>(bits));
@@ -126,8 +125,7 @@ std::optional<PropertyList> integerOfNode(plist_t node) {
 /// libplist hands dates out as 32-bit seconds, while macOS writes dates of the years 1 and 4001 for "never".
 std::optional<PropertyList> dateOfNode(plist_t node) {
     const QByteArray text = scalarText(node);
-    const QByteArray fullYear =
-        text.left(text.indexOf('-')).rightJustified(4, '0') + text.mid(text.indexOf('-'));
+    const QByteArray fullYear = text.left(text.indexOf('-')).rightJustified(4, '0') + text.mid(text.indexOf('-'));
     const QDateTime date = QDateTime::fromString(QString::fromLatin1(fullYear), Qt::ISODate);
     return date.isValid() ? std::optional(PropertyList(date)) : std::nullopt;
 }

@@ -70,9 +70,7 @@ struct Printer {
 
     QString blanks() const { return QString(level * kIndentation, u' '); }
     QString scalar(const QString& text) const { return isInside ? quotedIfNeeded(text) : text; }
-    QString child(const PropertyList& value) const {
-        return std::visit(Printer{level + 1, true}, value.value());
-    }
+    QString child(const PropertyList& value) const { return std::visit(Printer{level + 1, true}, value.value()); }
 
     QString operator()(bool value) const { return value ? u"1"_s : u"0"_s; }
     QString operator()(qint64 value) const { return scalar(QString::number(value)); }
@@ -95,8 +93,7 @@ struct Printer {
     QString operator()(const PropertyList::Dictionary& dictionary) const {
         QString text = blanks() + u"{\n"_s;
         for (const auto& [key, value] : dictionary) {
-            text += blanks() + QString(kIndentation, u' ') + quotedIfNeeded(key) + u" = "_s + child(value) +
-                    u";\n"_s;
+            text += blanks() + QString(kIndentation, u' ') + quotedIfNeeded(key) + u" = "_s + child(value) + u";\n"_s;
         }
         return text + blanks() + u'}';
     }

@@ -89,8 +89,7 @@ private:
             }
             digits += static_cast<char>(m_text[m_position++].unicode());
         }
-        return digits.size() % 2 == 0 ? std::optional(PropertyList(QByteArray::fromHex(digits)))
-                                      : std::nullopt;
+        return digits.size() % 2 == 0 ? std::optional(PropertyList(QByteArray::fromHex(digits))) : std::nullopt;
     }
 
     std::optional<QString> parsedString() {
@@ -102,8 +101,7 @@ private:
         while (m_position < m_text.size() && isUnquoted(m_text[m_position])) {
             ++m_position;
         }
-        return m_position > start ? std::optional(m_text.sliced(start, m_position - start).toString())
-                                  : std::nullopt;
+        return m_position > start ? std::optional(m_text.sliced(start, m_position - start).toString()) : std::nullopt;
     }
 
     std::optional<QString> parsedQuoted(QChar quote) {
@@ -167,8 +165,7 @@ private:
         if (!isLine && !rest.startsWith(u"/*")) {
             return false;
         }
-        const qsizetype end =
-            isLine ? m_text.indexOf(u'\n', m_position) : m_text.indexOf(u"*/"_s, m_position + 2);
+        const qsizetype end = isLine ? m_text.indexOf(u'\n', m_position) : m_text.indexOf(u"*/"_s, m_position + 2);
         m_position = end < 0 ? m_text.size() - 1 : isLine ? end : end + 1;
         return true;
     }

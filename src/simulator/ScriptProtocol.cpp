@@ -20,7 +20,8 @@ constexpr std::array<std::pair<Kind, const char*>, 5> kKeys{{{Kind::Source, "sou
 QByteArray line(Kind kind, const std::string& text) {
     for (const auto& [candidate, key] : kKeys) {
         if (candidate == kind) {
-            return QByteArray::fromStdString(Json{{key, text}}.dump(-1, ' ', false, Json::error_handler_t::replace)) + '\n';
+            return QByteArray::fromStdString(Json{{key, text}}.dump(-1, ' ', false, Json::error_handler_t::replace)) +
+                   '\n';
         }
     }
     return {};
@@ -28,15 +29,25 @@ QByteArray line(Kind kind, const std::string& text) {
 
 } // namespace
 
-QByteArray source(const QString& text) { return line(Kind::Source, text.toStdString()); }
+QByteArray source(const QString& text) {
+    return line(Kind::Source, text.toStdString());
+}
 
-QByteArray answer(Authorization answer) { return line(Kind::Answer, authorizationName(answer)); }
+QByteArray answer(Authorization answer) {
+    return line(Kind::Answer, authorizationName(answer));
+}
 
-QByteArray authorizationWanted(const QString& prompt) { return line(Kind::AuthorizationWanted, prompt.toStdString()); }
+QByteArray authorizationWanted(const QString& prompt) {
+    return line(Kind::AuthorizationWanted, prompt.toStdString());
+}
 
-QByteArray result(const QString& text) { return line(Kind::Result, text.toStdString()); }
+QByteArray result(const QString& text) {
+    return line(Kind::Result, text.toStdString());
+}
 
-QByteArray error(const QString& message) { return line(Kind::Error, message.toStdString()); }
+QByteArray error(const QString& message) {
+    return line(Kind::Error, message.toStdString());
+}
 
 Message parsed(const QByteArray& line) {
     const Json json = Json::parse(line.cbegin(), line.cend(), nullptr, false);

@@ -254,8 +254,7 @@ bool Evaluator::isSameFile(const QString& left, const QString& right) const {
     const Volume& volume = m_context.volume;
     const QString one = m_context.absolutePath(left);
     const QString other = m_context.absolutePath(right);
-    return volume.exists(one) && volume.exists(other) &&
-           volume.canonicalPath(one) == volume.canonicalPath(other);
+    return volume.exists(one) && volume.exists(other) && volume.canonicalPath(one) == volume.canonicalPath(other);
 }
 
 bool Evaluator::binary(const QString& left, const QString& how, const QString& right) const {
@@ -288,8 +287,7 @@ qint64 Evaluator::number(const QString& word) const {
 
 } // namespace
 
-int evaluateTest(const QStringList& arguments, const ToolContext& context, QString& error,
-                 const TestWording& wording) {
+int evaluateTest(const QStringList& arguments, const ToolContext& context, QString& error, const TestWording& wording) {
     try {
         return Evaluator(arguments, context, wording).evaluate() ? 0 : 1;
     } catch (const ExpressionError& failure) {

@@ -45,7 +45,9 @@ bool isSealed(const QString& path) {
     return false;
 }
 
-QString joined(const QStringList& components) { return u'/' + components.join(u'/'); }
+QString joined(const QStringList& components) {
+    return u'/' + components.join(u'/');
+}
 
 bool lstatPath(const QString& hostPath, struct stat& info) {
     return ::lstat(QFile::encodeName(hostPath).constData(), &info) == 0;
@@ -64,7 +66,9 @@ FileError::FileError(int errorNumber, QString path)
     , m_path(std::move(path))
     , m_text((m_path + u": "_s + reason()).toUtf8()) {}
 
-QString FileError::reason() const { return QString::fromLocal8Bit(std::strerror(m_errorNumber)); }
+QString FileError::reason() const {
+    return QString::fromLocal8Bit(std::strerror(m_errorNumber));
+}
 
 /// Where a path leads: an existing folder on the host and a name in it, which may be missing.
 struct Volume::Located {
@@ -98,7 +102,6 @@ QString Volume::matchingName(const QString& hostParent, const QString& name) con
     }
     return name;
 }
-
 
 namespace {
 
@@ -182,8 +185,12 @@ void Volume::requireWritable(const Located& place) const {
     if (m_actor == Actor::Root) {
         return;
     }
-    const std::array<QString, 6> own{u"/Users/"_s + m_machine.userName, userTemporaryFolder(m_machine), u"/private/tmp"_s,
-                                     u"/Applications"_s, u"/Users/Shared"_s, u"/Volumes"_s};
+    const std::array<QString, 6> own{u"/Users/"_s + m_machine.userName,
+                                     userTemporaryFolder(m_machine),
+                                     u"/private/tmp"_s,
+                                     u"/Applications"_s,
+                                     u"/Users/Shared"_s,
+                                     u"/Volumes"_s};
     for (const QString& folder : own) {
         if (isAtOrBelow(parent, folder)) {
             return;
@@ -256,13 +263,16 @@ bool Volume::isWritable(const QString& path) const {
     }
 }
 
-QString Volume::canonicalPath(const QString& path) const { return locate(path, true).macPath; }
+QString Volume::canonicalPath(const QString& path) const {
+    return locate(path, true).macPath;
+}
 
 namespace {
 
 /// Opens without following a link that took the file's place after it was looked up.
 void openOnHost(QFile& file, const QString& hostPath, const QString& macPath, int flags) {
-    const int descriptor = ::open(QFile::encodeName(hostPath).constData(), flags | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK, 0644);
+    const int descriptor =
+        ::open(QFile::encodeName(hostPath).constData(), flags | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK, 0644);
     require(descriptor >= 0, macPath);
     const bool writes = (flags & O_ACCMODE) != O_RDONLY;
     file.open(descriptor, writes ? QIODevice::WriteOnly : QIODevice::ReadOnly, QFile::AutoCloseHandle);
@@ -296,8 +306,9 @@ QStringList Volume::list(const QString& path) const {
     if (place.kind != Kind::Folder) {
         throw FileError(place.kind == Kind::Missing ? ENOENT : ENOTDIR, path);
     }
-    QStringList names = QDir(place.hostPath)
-                            .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Unsorted);
+    QStringList names =
+        QDir(place.hostPath)
+            .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Unsorted);
     names.sort();
     return names;
 }
@@ -317,9 +328,13 @@ qint64 Volume::size(const QString& path) const {
     return info.st_size;
 }
 
-void Volume::write(const QString& path, const QByteArray& bytes) const { put(path, bytes, O_TRUNC); }
+void Volume::write(const QString& path, const QByteArray& bytes) const {
+    put(path, bytes, O_TRUNC);
+}
 
-void Volume::append(const QString& path, const QByteArray& bytes) const { put(path, bytes, O_APPEND); }
+void Volume::append(const QString& path, const QByteArray& bytes) const {
+    put(path, bytes, O_APPEND);
+}
 
 void Volume::put(const QString& path, const QByteArray& bytes, int flags) const {
     const Located place = locate(path, true);
@@ -349,8 +364,9 @@ void Volume::writeAtomically(const QString& path, const QByteArray& bytes) const
     }
     writeWhole(beside, bytes, path);
     beside.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup | QFile::ReadOther);
-    require(::rename(QFile::encodeName(beside.fileName()).constData(),
-                     QFile::encodeName(place.hostPath).constData()) == 0, path);
+    require(::rename(QFile::encodeName(beside.fileName()).constData(), QFile::encodeName(place.hostPath).constData()) ==
+                0,
+            path);
     beside.setAutoRemove(false);
 }
 
@@ -407,7 +423,8 @@ void Volume::move(const QString& from, const QString& to) const {
     const bool sameEntry = source.hostPath == target.hostPath;
     const QString hostTarget =
         sameEntry ? QFileInfo(target.hostPath).path() + u'/' + target.typedName : target.hostPath;
-    require(::rename(QFile::encodeName(source.hostPath).constData(), QFile::encodeName(hostTarget).constData()) == 0, from);
+    require(::rename(QFile::encodeName(source.hostPath).constData(), QFile::encodeName(hostTarget).constData()) == 0,
+            from);
 }
 
 void Volume::touch(const QString& path) const {
@@ -417,7 +434,8 @@ void Volume::touch(const QString& path) const {
         return;
     }
     requireWritable(place);
-    require(::utimensat(AT_FDCWD, QFile::encodeName(place.hostPath).constData(), nullptr, AT_SYMLINK_NOFOLLOW) == 0, path);
+    require(::utimensat(AT_FDCWD, QFile::encodeName(place.hostPath).constData(), nullptr, AT_SYMLINK_NOFOLLOW) == 0,
+            path);
 }
 
 Volume Volume::full() const {
@@ -428,7 +446,8 @@ Volume Volume::full() const {
 
 QString userTemporaryFolder(const Machine& machine) {
     const QByteArray digest = QCryptographicHash::hash(machine.userName.toUtf8(), QCryptographicHash::Sha1).toHex();
-    return u"/private/var/folders/"_s + QString::fromLatin1(digest.left(2)) + u'/' + QString::fromLatin1(digest.mid(2, 30));
+    return u"/private/var/folders/"_s + QString::fromLatin1(digest.left(2)) + u'/' +
+           QString::fromLatin1(digest.mid(2, 30));
 }
 
 } // namespace macsim

@@ -78,11 +78,10 @@ int run(const QStringList& arguments) {
     const Actor actor = qgetenv("MACSIM_ACTOR") == "root" ? Actor::Root : Actor::User;
     FixedAuthorizer authorizer(
         authorizationNamed(qgetenv("MACSIM_AUTHORIZE").toStdString()).value_or(Authorization::Cancel));
-    const Journal journal({mac.hostFolder() + kStateFolder.toString() + u"/journal.jsonl"_s,
-                           qEnvironmentVariable("MACSIM_JOURNAL")});
-    const Faults faults = qEnvironmentVariableIsSet("MACSIM_FAULTS")
-                              ? Faults::fromFile(qEnvironmentVariable("MACSIM_FAULTS"))
-                              : Faults();
+    const Journal journal(
+        {mac.hostFolder() + kStateFolder.toString() + u"/journal.jsonl"_s, qEnvironmentVariable("MACSIM_JOURNAL")});
+    const Faults faults =
+        qEnvironmentVariableIsSet("MACSIM_FAULTS") ? Faults::fromFile(qEnvironmentVariable("MACSIM_FAULTS")) : Faults();
 
     ToolContext context{mac,
                         simulatorTools(),

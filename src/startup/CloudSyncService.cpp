@@ -37,10 +37,7 @@ const QList<ServiceRow>& table() {
          u"lifepreserver.fill"_s,
          {u"crashplan"_s, u"com.crashplan"_s, u"com.code42"_s}},
         {u"cubbit"_s, u"Cubbit"_s, u"cube.fill"_s, {u"cubbit"_s, u"com.cubbit"_s}},
-        {u"dropbox"_s,
-         u"Dropbox"_s,
-         u"externaldrive.fill"_s,
-         {u"dropbox"_s, u"com.getdropbox"_s, u"com.dropbox"_s}},
+        {u"dropbox"_s, u"Dropbox"_s, u"externaldrive.fill"_s, {u"dropbox"_s, u"com.getdropbox"_s, u"com.dropbox"_s}},
         {u"egnyte"_s, u"Egnyte"_s, u"building.2.fill"_s, {u"egnyte"_s, u"com.egnyte"_s}},
         {u"fileCloud"_s, u"FileCloud"_s, u"doc.fill"_s, {u"filecloud"_s, u"com.filecloud"_s}},
         {u"filen"_s, u"Filen"_s, u"lock.icloud.fill"_s, {u"filen"_s, u"io.filen"_s, u"com.filen"_s}},
@@ -54,10 +51,7 @@ const QList<ServiceRow>& table() {
          {u"icloud drive"_s, u"iclouddrive"_s, u"com.apple.clouddocs"_s}},
         {u"iDrive"_s, u"iDrive"_s, u"externaldrive.badge.icloud"_s, {u"idrive"_s, u"com.idrive"_s}},
         {u"internxt"_s, u"Internxt"_s, u"shield.lefthalf.filled"_s, {u"internxt"_s, u"com.internxt"_s}},
-        {u"jottacloud"_s,
-         u"Jottacloud"_s,
-         u"cloud.sun.fill"_s,
-         {u"jottacloud"_s, u"com.jotta"_s, u"jottad"_s}},
+        {u"jottacloud"_s, u"Jottacloud"_s, u"cloud.sun.fill"_s, {u"jottacloud"_s, u"com.jotta"_s, u"jottad"_s}},
         {u"koofr"_s, u"Koofr"_s, u"folder.fill.badge.gearshape"_s, {u"koofr"_s, u"com.koofr"_s}},
         {u"lucidLink"_s, u"LucidLink"_s, u"link.circle.fill"_s, {u"lucidlink"_s, u"com.lucidlink"_s}},
         {u"mega"_s,
@@ -123,8 +117,9 @@ const ServiceRow& row(CloudSyncService service) {
 
 QList<CloudSyncService> listServices() {
     QList<CloudSyncService> services;
-    for (qsizetype index = 0; index < table().size(); ++index)
+    for (qsizetype index = 0; index < table().size(); ++index) {
         services.append(static_cast<CloudSyncService>(index));
+    }
     return services;
 }
 
@@ -155,15 +150,17 @@ QStringList namesIn(const QString& folder, const FileManager& files) {
 void appendItemTexts(QStringList& texts, const QList<StartupItem>& items) {
     for (const StartupItem& item : items) {
         texts << item.name << item.path;
-        if (item.launchIdentifier)
+        if (item.launchIdentifier) {
             texts << *item.launchIdentifier;
+        }
     }
 }
 
 void appendApplications(QStringList& texts, const QString& folder, const FileManager& files) {
     for (const QString& name : namesIn(folder, files)) {
-        if (name.endsWith(u".app"_s))
+        if (name.endsWith(u".app"_s)) {
             texts << name << folder + u'/' + name;
+        }
     }
 }
 
@@ -190,21 +187,21 @@ const QStringList& matchers(CloudSyncService service) {
     return row(service).matchers;
 }
 
-bool matchesCloudService(const QString& name, const QString& path,
-                         const std::optional<QString>& launchIdentifier, CloudSyncService service) {
+bool matchesCloudService(const QString& name, const QString& path, const std::optional<QString>& launchIdentifier,
+                         CloudSyncService service) {
     return holdsMatcher(searchText(name, path, launchIdentifier), service);
 }
 
 bool matchesAnyCloudService(const StartupItem& item, const CloudSyncServices& services) {
-    if (services.empty())
+    if (services.empty()) {
         return false;
+    }
     const QString text = searchText(item.name, item.path, item.launchIdentifier);
     return std::any_of(services.begin(), services.end(),
                        [&text](CloudSyncService service) { return holdsMatcher(text, service); });
 }
 
-QList<StartupItem> itemsMatchingCloudServices(const QList<StartupItem>& items,
-                                              const CloudSyncServices& services) {
+QList<StartupItem> itemsMatchingCloudServices(const QList<StartupItem>& items, const CloudSyncServices& services) {
     QList<StartupItem> matching;
     std::copy_if(items.begin(), items.end(), std::back_inserter(matching),
                  [&services](const StartupItem& item) { return matchesAnyCloudService(item, services); });
@@ -212,11 +209,13 @@ QList<StartupItem> itemsMatchingCloudServices(const QList<StartupItem>& items,
 }
 
 void applyDisabledCloudSync(QList<StartupItem>& items, const CloudSyncServices& services) {
-    if (services.empty() || items.isEmpty())
+    if (services.empty() || items.isEmpty()) {
         return;
+    }
     for (StartupItem& item : items) {
-        if (matchesAnyCloudService(item, services))
+        if (matchesAnyCloudService(item, services)) {
             item.runsAtStartup = false;
+        }
     }
 }
 
@@ -228,8 +227,9 @@ QStringList cloudDetectionSearchStrings(const QList<StartupItem>& items, const F
     appendApplications(texts, homeFolder + u"/Applications"_s, files);
     // A product that runs only as a file provider shows itself here.
     texts << namesIn(homeFolder + u"/Library/CloudStorage"_s, files);
-    for (QString& text : texts)
+    for (QString& text : texts) {
         text = normalForm(text);
+    }
     return texts;
 }
 
@@ -238,8 +238,9 @@ QList<CloudSyncService> detectedCloudServices(const QStringList& searchStrings) 
     const QString allTexts = normalForm(searchStrings.join(u'\n'));
     QList<CloudSyncService> detected;
     for (const CloudSyncService service : allCloudSyncServices()) {
-        if (holdsMatcher(allTexts, service))
+        if (holdsMatcher(allTexts, service)) {
             detected.append(service);
+        }
     }
     sortLocalized(detected, displayName);
     return detected;
@@ -256,10 +257,11 @@ Json encodeJson(const CloudSyncServices& services) {
 void decodeJson(const Json& json, CloudSyncService& service) {
     const QString raw = decodedValue<QString>(json);
     const QList<ServiceRow>& rows = table();
-    const auto found = std::find_if(rows.begin(), rows.end(),
-                                    [&raw](const ServiceRow& each) { return each.rawValue == raw; });
-    if (found == rows.end())
+    const auto found =
+        std::find_if(rows.begin(), rows.end(), [&raw](const ServiceRow& each) { return each.rawValue == raw; });
+    if (found == rows.end()) {
         throw DecodingError(u"unknown value "_s + quotedForError(raw));
+    }
     service = static_cast<CloudSyncService>(found - rows.begin());
 }
 

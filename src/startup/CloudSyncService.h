@@ -63,12 +63,11 @@ QString icon(CloudSyncService service);
 const QStringList& matchers(CloudSyncService service);
 
 /// True when the name, path or launch identifier of an item names the product.
-bool matchesCloudService(const QString& name, const QString& path,
-                         const std::optional<QString>& launchIdentifier, CloudSyncService service);
+bool matchesCloudService(const QString& name, const QString& path, const std::optional<QString>& launchIdentifier,
+                         CloudSyncService service);
 bool matchesAnyCloudService(const StartupItem& item, const CloudSyncServices& services);
 /// In the order of the list.
-QList<StartupItem> itemsMatchingCloudServices(const QList<StartupItem>& items,
-                                              const CloudSyncServices& services);
+QList<StartupItem> itemsMatchingCloudServices(const QList<StartupItem>& items, const CloudSyncServices& services);
 /// Switches off every item that matches a service. A service that is on again turns nothing back on.
 void applyDisabledCloudSync(QList<StartupItem>& items, const CloudSyncServices& services);
 

@@ -49,8 +49,9 @@ StartupItem makeItem(const QString& id, const QString& name, Kind kind, bool run
 
 QString lastPathComponent(const QString& path) {
     qsizetype end = path.size();
-    while (end > 1 && path.at(end - 1) == u'/')
+    while (end > 1 && path.at(end - 1) == u'/') {
         --end;
+    }
     const QString trimmed = path.left(end);
     return trimmed == u"/"_s ? trimmed : trimmed.mid(trimmed.lastIndexOf(u'/') + 1);
 }
@@ -66,14 +67,16 @@ StartupItem backgroundAgentFor(const QString& id) {
     const QString loginPrefix = u"login:"_s;
     const QString subject = id.startsWith(loginPrefix) ? id.mid(loginPrefix.size()) : id;
     StartupItem item = makeItem(id, lastPathComponent(subject), Kind::backgroundAgent, true);
-    if (subject.startsWith(u'/'))
+    if (subject.startsWith(u'/')) {
         item.path = subject;
+    }
     return item;
 }
 
 void addDisabledLoginItems(ItemTable& table, const QStringList& values) {
-    for (const QString& value : values)
+    for (const QString& value : values) {
         table.store(makeItem(loginItemId(value, value), value, Kind::loginApp, false));
+    }
 }
 
 void addDisabledLaunchItems(ItemTable& table, const QStringList& fileNames) {
@@ -86,26 +89,29 @@ void addDisabledLaunchItems(ItemTable& table, const QStringList& fileNames) {
 
 void addExcludedItems(ItemTable& table, const QStringList& ids) {
     for (const QString& id : ids) {
-        if (table.contains(id))
+        if (table.contains(id)) {
             table.setRunning(id);
-        else
+        } else {
             table.store(backgroundAgentFor(id));
+        }
     }
 }
 
 void addPermittedApps(ItemTable& table, const QStringList& values) {
     for (const QString& value : values) {
         const QString id = loginItemId(value, value);
-        if (table.contains(id))
+        if (table.contains(id)) {
             table.setRunning(id);
-        else
+        } else {
             table.store(makeItem(id, value, Kind::loginApp, true));
+        }
     }
 }
 
 void addLaunchItems(ItemTable& table, const QList<StartupLaunchItem>& launchItems) {
-    for (const StartupLaunchItem& launchItem : launchItems)
+    for (const StartupLaunchItem& launchItem : launchItems) {
         table.store(StartupItem::fromLaunchItem(launchItem));
+    }
 }
 
 } // namespace
@@ -115,8 +121,9 @@ StartupConfiguration StartupConfiguration::fromLegacyFields(const LegacyStartupF
     addDisabledLoginItems(table, fields.disabledLoginItems);
     addDisabledLaunchItems(table, fields.disabledLaunchItems);
     addExcludedItems(table, fields.excludedBackgroundActivityItems);
-    if (fields.cleanReboot)
+    if (fields.cleanReboot) {
         addPermittedApps(table, fields.permittedStartupApps);
+    }
     addLaunchItems(table, fields.startupLaunchItems);
 
     StartupConfiguration configuration;

@@ -7,7 +7,8 @@ namespace quorvane {
 bool hasStartupChanges(const StartupConfiguration& configuration) {
     return configuration.disableNetworkAtStartup || !configuration.disabledCloudSyncAtStartup.empty() ||
            std::any_of(configuration.items.begin(), configuration.items.end(), [](const StartupItem& item) {
-               return item.runsAtStartup == (item.kind == StartupItemKind::addedApp);
+               const bool isAdded = item.kind == StartupItemKind::addedApp;
+               return isAdded ? item.runsAtStartup : !item.runsAtStartup;
            });
 }
 

@@ -43,22 +43,25 @@ private:
 StartupItem withSavedChoice(const StartupItem& discovered, const StartupItem& saved) {
     StartupItem item = discovered;
     item.runsAtStartup = saved.runsAtStartup;
-    if (saved.hidden)
+    if (saved.hidden) {
         item.hidden = saved.hidden;
+    }
     return item;
 }
 
 StartupItem newlyAppeared(const StartupItem& discovered, bool cleanReboot) {
     StartupItem item = discovered;
-    if (cleanReboot && item.kind != Kind::addedApp && !item.isProtected)
+    if (cleanReboot && item.kind != Kind::addedApp && !item.isProtected) {
         item.runsAtStartup = false;
+    }
     return item;
 }
 
 QString joinedDisplayNames(const CloudSyncServices& services) {
     QStringList names;
-    for (const CloudSyncService service : services)
+    for (const CloudSyncService service : services) {
         names.append(displayName(service));
+    }
     names.sort();
     return names.join(u", "_s);
 }
@@ -68,10 +71,11 @@ QString joinedDisplayNames(const CloudSyncServices& services) {
 QSet<QString> StartupConfiguration::permittedLoginNames() const {
     QSet<QString> names;
     for (const StartupItem& item : items) {
-        const bool isLogin = item.kind == Kind::loginApp || item.kind == Kind::backgroundAgent ||
-                             item.kind == Kind::backgroundLoginItem;
-        if (isLogin && item.runsAtStartup)
+        const bool isLogin =
+            item.kind == Kind::loginApp || item.kind == Kind::backgroundAgent || item.kind == Kind::backgroundLoginItem;
+        if (isLogin && item.runsAtStartup) {
             names.insert(item.name);
+        }
     }
     return names;
 }
@@ -80,8 +84,9 @@ QSet<QString> StartupConfiguration::disabledLoginNames() const {
     QSet<QString> names;
     for (const StartupItem& item : items) {
         const bool isLogin = item.kind == Kind::loginApp || item.kind == Kind::backgroundAgent;
-        if (isLogin && !item.runsAtStartup)
+        if (isLogin && !item.runsAtStartup) {
             names.insert(item.name);
+        }
     }
     return names;
 }
@@ -90,8 +95,9 @@ QSet<QString> StartupConfiguration::disabledLaunchLabels() const {
     QSet<QString> labels;
     for (const StartupItem& item : items) {
         const bool isLaunch = item.kind == Kind::launchAgent || item.kind == Kind::launchDaemon;
-        if (isLaunch && !item.runsAtStartup)
+        if (isLaunch && !item.runsAtStartup) {
             labels.insert(item.launchIdentifier.value_or(item.name));
+        }
     }
     return labels;
 }
@@ -99,8 +105,9 @@ QSet<QString> StartupConfiguration::disabledLaunchLabels() const {
 QSet<QString> StartupConfiguration::disabledBackgroundLabels() const {
     QSet<QString> labels;
     for (const StartupItem& item : items) {
-        if (item.kind == Kind::backgroundLoginItem && !item.runsAtStartup && item.launchIdentifier)
+        if (item.kind == Kind::backgroundLoginItem && !item.runsAtStartup && item.launchIdentifier) {
             labels.insert(*item.launchIdentifier);
+        }
     }
     return labels;
 }
@@ -108,8 +115,9 @@ QSet<QString> StartupConfiguration::disabledBackgroundLabels() const {
 QList<StartupLaunchItem> StartupConfiguration::startupLaunchItems() const {
     QList<StartupLaunchItem> launchItems;
     for (const StartupItem& item : items) {
-        if (item.kind == Kind::addedApp && item.runsAtStartup)
+        if (item.kind == Kind::addedApp && item.runsAtStartup) {
             launchItems.append({item.name, item.path, item.hidden.value_or(false)});
+        }
     }
     return launchItems;
 }
@@ -122,19 +130,22 @@ QStringList StartupConfiguration::summaryLines() const {
         return item.kind != Kind::addedApp && !item.runsAtStartup;
     });
     QStringList lines;
-    if (added > 0)
+    if (added > 0) {
         lines.append(u"%1 app(s) at login"_s.arg(added));
-    if (disabled > 0)
+    }
+    if (disabled > 0) {
         lines.append(u"%1 disabled"_s.arg(disabled));
-    if (disableNetworkAtStartup)
+    }
+    if (disableNetworkAtStartup) {
         lines.append(u"network off"_s);
-    if (!disabledCloudSyncAtStartup.empty())
+    }
+    if (!disabledCloudSyncAtStartup.empty()) {
         lines.append(u"cloud sync off: "_s + joinedDisplayNames(disabledCloudSyncAtStartup));
+    }
     return lines;
 }
 
-StartupMerge StartupConfiguration::mergedWithDiscovered(const QList<StartupItem>& discovered,
-                                                        bool cleanReboot) const {
+StartupMerge StartupConfiguration::mergedWithDiscovered(const QList<StartupItem>& discovered, bool cleanReboot) const {
     const SavedItems saved(items);
     StartupMerge merge{{{}, disableNetworkAtStartup, disabledCloudSyncAtStartup}, saved.errors()};
     QList<StartupItem>& merged = merge.configuration.items;
@@ -146,8 +157,9 @@ StartupMerge StartupConfiguration::mergedWithDiscovered(const QList<StartupItem>
         merged.append(twin != nullptr ? withSavedChoice(item, *twin) : newlyAppeared(item, cleanReboot));
     }
     for (const StartupItem* item : saved.all()) {
-        if (item->kind == Kind::addedApp && !seen.contains(item->id))
+        if (item->kind == Kind::addedApp && !seen.contains(item->id)) {
             merged.append(*item);
+        }
     }
     sortLocalized(merged, &StartupItem::name);
     return merge;
@@ -163,16 +175,15 @@ Json encodeJson(const StartupConfiguration& configuration) {
     Json object = Json::object();
     appendMember(object, "items", encodeJson(configuration.items));
     appendMember(object, "disableNetworkAtStartup", encodeJson(configuration.disableNetworkAtStartup));
-    if (!configuration.disabledCloudSyncAtStartup.empty())
-        appendMember(object, "disabledCloudSyncAtStartup",
-                     encodeJson(configuration.disabledCloudSyncAtStartup));
+    if (!configuration.disabledCloudSyncAtStartup.empty()) {
+        appendMember(object, "disabledCloudSyncAtStartup", encodeJson(configuration.disabledCloudSyncAtStartup));
+    }
     return object;
 }
 
 void decodeJson(const Json& json, StartupConfiguration& configuration) {
     configuration.items = requiredMember<QList<StartupItem>>(json, "items");
-    configuration.disableNetworkAtStartup =
-        optionalMember<bool>(json, "disableNetworkAtStartup").value_or(false);
+    configuration.disableNetworkAtStartup = optionalMember<bool>(json, "disableNetworkAtStartup").value_or(false);
     configuration.disabledCloudSyncAtStartup =
         optionalMember<CloudSyncServices>(json, "disabledCloudSyncAtStartup").value_or(CloudSyncServices());
 }

@@ -30,8 +30,9 @@ const KindRow& row(StartupItemKind kind) {
 
 QList<StartupItemKind> listKinds() {
     QList<StartupItemKind> kinds;
-    for (const KindRow& each : kKinds)
+    for (const KindRow& each : kKinds) {
         kinds.append(each.kind);
+    }
     return kinds;
 }
 
@@ -72,8 +73,9 @@ size_t qHash(const StartupItem& item, size_t seed) {
 }
 
 QString loginItemId(const QString& name, const QString& path, const QString& launchIdentifier) {
-    if (!launchIdentifier.isEmpty())
+    if (!launchIdentifier.isEmpty()) {
         return launchItemId(launchIdentifier);
+    }
     const QString trimmedPath = path.trimmed();
     return u"login:"_s + (trimmedPath.isEmpty() ? name : trimmedPath);
 }
@@ -101,11 +103,13 @@ Json encodeJson(const StartupItem& item) {
     appendMember(object, "path", encodeJson(item.path));
     appendMember(object, "kind", encodeJson(rawValue(item.kind)));
     appendMember(object, "runsAtStartup", encodeJson(item.runsAtStartup));
-    if (item.hidden)
+    if (item.hidden) {
         appendMember(object, "hidden", encodeJson(*item.hidden));
+    }
     appendMember(object, "isProtected", encodeJson(item.isProtected));
-    if (item.launchIdentifier)
+    if (item.launchIdentifier) {
         appendMember(object, "launchIdentifier", encodeJson(*item.launchIdentifier));
+    }
     return object;
 }
 
@@ -119,10 +123,11 @@ Json encodeJson(const StartupLaunchItem& item) {
 
 void decodeJson(const Json& json, StartupItemKind& kind) {
     const QString raw = decodedValue<QString>(json);
-    const auto found = std::find_if(kKinds.begin(), kKinds.end(),
-                                    [&raw](const KindRow& each) { return each.rawValue == raw; });
-    if (found == kKinds.end())
+    const auto found =
+        std::find_if(kKinds.begin(), kKinds.end(), [&raw](const KindRow& each) { return each.rawValue == raw; });
+    if (found == kKinds.end()) {
         throw DecodingError(u"unknown value "_s + quotedForError(raw));
+    }
     kind = found->kind;
 }
 

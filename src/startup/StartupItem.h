@@ -41,11 +41,10 @@ struct StartupItem {
     QString name; ///< the name to show; for a login item the one System Events gives
     QString path; ///< empty when none is known; for a background item a URL or path or label
     StartupItemKind kind = StartupItemKind::loginApp;
-    bool runsAtStartup = true;  ///< false: applying the configuration switches it off
-    std::optional<bool> hidden; ///< a login item's hidden flag
-    bool isProtected = false;   ///< belongs to audio software; switching it off is confirmed
-    std::optional<QString>
-        launchIdentifier; ///< launch items: the plist's file name; background items: the label
+    bool runsAtStartup = true;               ///< false: applying the configuration switches it off
+    std::optional<bool> hidden;              ///< a login item's hidden flag
+    bool isProtected = false;                ///< belongs to audio software; switching it off is confirmed
+    std::optional<QString> launchIdentifier; ///< launch items: the plist's file name; background items: the label
 
     bool operator==(const StartupItem&) const = default;
 

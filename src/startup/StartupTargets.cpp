@@ -18,49 +18,56 @@ StartupTargetSets switchedOff(const StartupConfiguration& configuration) {
     StartupTargetSets targets;
     targets.backgroundLabels = configuration.disabledBackgroundLabels();
     for (const StartupItem& item : configuration.items) {
-        if (item.runsAtStartup)
+        if (item.runsAtStartup) {
             continue;
-        if (isLaunchItem(item))
+        }
+        if (isLaunchItem(item)) {
             targets.launchLabels.insert(item.launchIdentifier.value_or(item.name));
-        else if (isLoginItem(item))
+        } else if (isLoginItem(item)) {
             targets.loginNames.insert(item.name);
+        }
     }
     return targets;
 }
 
 void addItemOfService(StartupTargetSets& targets, const StartupItem& item) {
-    if (item.kind == Kind::backgroundLoginItem && item.launchIdentifier)
+    if (item.kind == Kind::backgroundLoginItem && item.launchIdentifier) {
         targets.backgroundLabels.insert(*item.launchIdentifier);
-    if (isLaunchItem(item) && item.launchIdentifier)
+    }
+    if (isLaunchItem(item) && item.launchIdentifier) {
         targets.launchLabels.insert(*item.launchIdentifier);
+    }
     if (isLoginItem(item)) {
         targets.loginNames.insert(item.name);
-        if (!item.path.isEmpty())
+        if (!item.path.isEmpty()) {
             targets.loginPaths.insert(item.path);
+        }
     }
 }
 
 } // namespace
 
-QList<StartupItem> wideningItems(const StartupConfiguration& configuration,
-                                 const QList<StartupItem>& discovered) {
+QList<StartupItem> wideningItems(const StartupConfiguration& configuration, const QList<StartupItem>& discovered) {
     QList<StartupItem> items = configuration.items;
     QSet<QString> known;
-    for (const StartupItem& item : configuration.items)
+    for (const StartupItem& item : configuration.items) {
         known.insert(item.id);
+    }
     for (const StartupItem& item : discovered) {
-        if (!known.contains(item.id))
+        if (!known.contains(item.id)) {
             items.append(item);
+        }
     }
     return items;
 }
 
-StartupTargetSets disabledTargetSets(const StartupConfiguration& configuration,
-                                     const CloudSyncServices& services, const QList<StartupItem>& items) {
+StartupTargetSets disabledTargetSets(const StartupConfiguration& configuration, const CloudSyncServices& services,
+                                     const QList<StartupItem>& items) {
     StartupTargetSets targets = switchedOff(configuration);
     for (const StartupItem& item : items) {
-        if (matchesAnyCloudService(item, services))
+        if (matchesAnyCloudService(item, services)) {
             addItemOfService(targets, item);
+        }
     }
     return targets;
 }

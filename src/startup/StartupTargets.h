@@ -16,13 +16,12 @@ struct StartupTargetSets {
 
 /// The list that cloud services widen over: the configuration's items, then the discovered ones that it
 /// lacks.
-QList<StartupItem> wideningItems(const StartupConfiguration& configuration,
-                                 const QList<StartupItem>& discovered);
+QList<StartupItem> wideningItems(const StartupConfiguration& configuration, const QList<StartupItem>& discovered);
 
 /// The items that the configuration switches off, and those of `items` that belong to one of the services.
 /// An item known by its launch plist counts with the launch labels, whatever its kind: no login item bears
 /// its name.
-StartupTargetSets disabledTargetSets(const StartupConfiguration& configuration,
-                                     const CloudSyncServices& services, const QList<StartupItem>& items);
+StartupTargetSets disabledTargetSets(const StartupConfiguration& configuration, const CloudSyncServices& services,
+                                     const QList<StartupItem>& items);
 
 } // namespace quorvane

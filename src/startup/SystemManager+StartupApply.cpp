@@ -15,8 +15,10 @@ QCoro::Task<bool> SystemManager::applyStartupConfiguration(StartupConfiguration 
     // Managed apps that the configuration doesn't hold would have to leave the login items.
     const bool nothingToRemove = m_host.defaults.stringArray(kQuorvaneManagedStartupAppPaths).isEmpty();
     const bool succeeded = nothingToRemove && !hasStartupChanges(configuration);
-    log(succeeded ? u"\nStartup configuration applied."_s
-                  : u"\nStartup configuration applied with errors."_s);
+    if (!succeeded) {
+        log(u"  [ERROR] Startup changes can't be applied yet."_s);
+    }
+    log(succeeded ? u"\nStartup configuration applied."_s : u"\nStartup configuration applied with errors."_s);
     co_return succeeded;
 }
 

@@ -30,8 +30,9 @@ constexpr const char* kCustomIconsKey = "customIcons";
 
 PerformanceSettings makeFullSelection() {
     PerformanceSettings settings;
-    for (const TweakField& field : kFields)
+    for (const TweakField& field : kFields) {
         settings.*field.isSelected = true;
+    }
     settings.cleanReboot = false;
     return settings;
 }
@@ -50,22 +51,23 @@ std::span<const TweakField> tweakFields() {
 QStringList selectedTweakTitles(const PerformanceSettings& settings) {
     QStringList titles;
     for (const Tweak& tweak : tweakCatalogue()) {
-        if (settings.*tweak.isSelected)
+        if (settings.*tweak.isSelected) {
             titles.append(tweak.title);
+        }
     }
     return titles;
 }
 
 int selectedTweakCount(const PerformanceSettings& settings) {
-    return static_cast<int>(
-        std::count_if(kFields.begin(), kFields.end(),
-                      [&settings](const TweakField& field) { return settings.*field.isSelected; }));
+    return static_cast<int>(std::count_if(kFields.begin(), kFields.end(),
+                                          [&settings](const TweakField& field) { return settings.*field.isSelected; }));
 }
 
 Json encodeJson(const PerformanceSettings& settings) {
     Json object = Json::object();
-    for (const TweakField& field : kFields)
+    for (const TweakField& field : kFields) {
         appendMember(object, field.key, encodeJson(settings.*field.isSelected));
+    }
     appendMember(object, kCustomIconsKey, encodeJson(settings.customIcons));
     return object;
 }

@@ -12,18 +12,18 @@ namespace quorvane {
 
 /// A selection of performance tweaks. True: the optimisation is to be in force.
 struct PerformanceSettings {
-    bool appNap = false;        ///< App Nap is bypassed
-    bool spotlight = false;     ///< Spotlight indexing is off
-    bool usbPower = false;      ///< the machine and the disks don't sleep
-    bool timeMachine = false;   ///< Time Machine is off
-    bool updates = false;       ///< automatic updates are off
-    bool uiSounds = false;      ///< interface sounds are off
-    bool notifications = false; ///< notifications are suppressed
-    bool airdrop = false;       ///< AirDrop is off
-    bool siri = false;          ///< Siri is off
-    bool sms = false;           ///< the sudden motion sensor is off
-    bool crashReporter = false; ///< crash reporter dialogs are off
-    bool cleanReboot = false;   ///< no apps or windows reopen after a restart; the startup list is enforced
+    bool appNap = false;                ///< App Nap is bypassed
+    bool spotlight = false;             ///< Spotlight indexing is off
+    bool usbPower = false;              ///< the machine and the disks don't sleep
+    bool timeMachine = false;           ///< Time Machine is off
+    bool updates = false;               ///< automatic updates are off
+    bool uiSounds = false;              ///< interface sounds are off
+    bool notifications = false;         ///< notifications are suppressed
+    bool airdrop = false;               ///< AirDrop is off
+    bool siri = false;                  ///< Siri is off
+    bool sms = false;                   ///< the sudden motion sensor is off
+    bool crashReporter = false;         ///< crash reporter dialogs are off
+    bool cleanReboot = false;           ///< no apps or windows reopen after a restart; the startup list is enforced
     QMap<QString, QString> customIcons; ///< by tweak key: the icon name that the user chose
 
     bool operator==(const PerformanceSettings&) const = default;

@@ -16,8 +16,8 @@ QCoro::Task<bool> SystemManager::applyProfile(UnifiedProfile profile) {
     beginAdminBatch();
     const bool tweaksSucceeded = co_await syncPerformanceTweaks(profile.settings, VerifyAfterSync::No);
     const bool startupSucceeded = co_await applyStartupConfiguration(profile.startup);
-    const bool batchSucceeded = co_await finishAdminBatch(
-        u"Quorvane needs your administrator password to apply "_s + profile.name + u'.');
+    const bool batchSucceeded =
+        co_await finishAdminBatch(u"Quorvane needs your administrator password to apply "_s + profile.name + u'.');
     const bool succeeded = tweaksSucceeded && startupSucceeded && batchSucceeded;
 
     // Also after a failure: what ran as the user has changed the system all the same.
@@ -43,8 +43,7 @@ QCoro::Task<ApplyVerificationResult> SystemManager::verifyProfile(UnifiedProfile
 void SystemManager::recordAppliedConfiguration(const UnifiedProfile& profile,
                                                const ApplyVerificationResult& verification) {
     m_host.defaults.setString(kQuorvaneLastAppliedProfileName, profile.name);
-    m_systemMatch =
-        SystemConfigurationMatch{profile.name, MatchedConfigurationKind::savedProfile, verification};
+    m_systemMatch = SystemConfigurationMatch{profile.name, MatchedConfigurationKind::savedProfile, verification};
     m_hasVerifiedSystem = true;
     Q_EMIT systemMatchChanged();
     const QVariantMap userInfo{{u"matchName"_s, profile.name}, {u"matchKind"_s, u"profile"_s}};

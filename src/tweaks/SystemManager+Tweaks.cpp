@@ -15,10 +15,17 @@ namespace {
 const QString kPrompt =
     u"Quorvane needs your administrator password to make these system changes. Use Touch ID when prompted."_s;
 
+/// The clean reboot enforces the startup list. Until that can be changed, a selection with it is refused whole.
+const QString kNoCleanReboot = u"  [ERROR] Start Clean on Reboot can't be applied yet."_s;
+
 } // namespace
 
 QCoro::Task<bool> SystemManager::applyPerformanceTweaks(PerformanceSettings settings) {
     log(u"\nStarting Audio Performance optimizations..."_s);
+    if (settings.cleanReboot) {
+        log(kNoCleanReboot);
+        co_return false;
+    }
     beginAdminBatch();
     co_await runTweakSteps(applySteps(settings, notificationCenterPreferences()));
     const QStringList systemCommands = applySystemCommands(settings);
@@ -38,6 +45,10 @@ QCoro::Task<bool> SystemManager::applyPerformanceTweaks(PerformanceSettings sett
 
 QCoro::Task<bool> SystemManager::syncPerformanceTweaks(PerformanceSettings settings, VerifyAfterSync verify) {
     log(u"\nSyncing performance tweaks to profile settings..."_s);
+    if (settings.cleanReboot) {
+        log(kNoCleanReboot);
+        co_return false;
+    }
     co_await runTweakSteps(syncSteps(settings, notificationCenterPreferences()));
     log(u"  [ACTION] Requesting Admin rights to sync system-level tweaks..."_s);
     const CommandResult result = co_await runOrQueueSystemCommands(syncSystemCommands(settings));
@@ -78,8 +89,7 @@ QCoro::Task<void> SystemManager::runTweakSteps(QList<TweakStep> steps) {
 
 QCoro::Task<CommandResult> SystemManager::runOrQueueSystemCommands(QStringList commands) {
     if (m_adminBatchDepth < 1) {
-        co_return co_await executeAdminScript(joinedAdminCommands(makeAdminCommandsTolerant(commands)),
-                                              kPrompt);
+        co_return co_await executeAdminScript(joinedAdminCommands(makeAdminCommandsTolerant(commands)), kPrompt);
     }
     queueAdminCommands(commands);
     co_return CommandResult{};

@@ -13,15 +13,13 @@ const QList<Tweak>& tweakCatalogue() {
         {u"spotlight"_s, u"cpu.fill"_s, u"Suspend Spotlight Drive Indexing"_s, &Settings::spotlight},
         {u"usbPower"_s, u"battery.100.bolt"_s, u"Prevent USB Hardware Standby"_s, &Settings::usbPower},
         {u"sms"_s, u"exclamationmark.triangle.fill"_s, u"Disable HDD Sudden Motion Sensor"_s, &Settings::sms},
-        {u"timeMachine"_s, u"clock.arrow.circlepath"_s, u"Disable Time Machine Auto-Backups"_s,
-         &Settings::timeMachine},
+        {u"timeMachine"_s, u"clock.arrow.circlepath"_s, u"Disable Time Machine Auto-Backups"_s, &Settings::timeMachine},
         {u"updates"_s, u"arrow.down.app.fill"_s, u"Block Background Software Updates"_s, &Settings::updates},
-        {u"notifications"_s, u"bell.slash.fill"_s, u"Suppress Notifications and Alerts"_s,
-         &Settings::notifications},
+        {u"notifications"_s, u"bell.slash.fill"_s, u"Suppress Notifications and Alerts"_s, &Settings::notifications},
         {u"crashReporter"_s, u"doc.text.magnifyingglass"_s, u"Disable Crash Reporting Daemons"_s,
          &Settings::crashReporter},
-        {u"airdrop"_s, u"antenna.radiowaves.left.and.right.slash"_s,
-         u"Deactivate AirDrop & Sharing Services"_s, &Settings::airdrop},
+        {u"airdrop"_s, u"antenna.radiowaves.left.and.right.slash"_s, u"Deactivate AirDrop & Sharing Services"_s,
+         &Settings::airdrop},
         {u"siri"_s, u"mic.slash.fill"_s, u"Deactivate Siri Core Services"_s, &Settings::siri},
         {u"uiSounds"_s, u"speaker.slash.fill"_s, u"Silence System UI Sound Effects"_s, &Settings::uiSounds},
         {u"cleanReboot"_s, u"power.circle.fill"_s, u"Start Clean on Reboot"_s, &Settings::cleanReboot},
@@ -46,9 +44,8 @@ const QList<TweakSection>& tweakSections() {
           {u"siri"_s, u"Stop Siri voice processing and background listening"_s},
           {u"uiSounds"_s, u"Mute system alert and interface sounds"_s}}},
         {u"Login & Reboot"_s,
-         {{u"cleanReboot"_s,
-           u"Prevent macOS from reopening apps and windows after restart. Only startup items you "
-           "leave enabled in Startup Items may still open."_s}}},
+         {{u"cleanReboot"_s, u"Prevent macOS from reopening apps and windows after restart. Only startup items you "
+                             "leave enabled in Startup Items may still open."_s}}},
     };
     return sections;
 }

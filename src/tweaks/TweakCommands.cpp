@@ -8,8 +8,7 @@ namespace {
 
 const QString kDefaults = u"/usr/bin/defaults"_s;
 const QString kLaunchctl = u"/bin/launchctl"_s;
-const QString kNotificationCenterAgent =
-    u"/System/Library/LaunchAgents/com.apple.notificationcenterui.plist"_s;
+const QString kNotificationCenterAgent = u"/System/Library/LaunchAgents/com.apple.notificationcenterui.plist"_s;
 
 template <typename... Arguments>
 QStringList defaults(Arguments&&... arguments) {
@@ -17,30 +16,25 @@ QStringList defaults(Arguments&&... arguments) {
 }
 
 // ---- What puts a tweak in force
-// ------------------------------------------------------------------------------------
 
-const QList<QStringList>& bypassAppNap() {
-    static const QList<QStringList> commands{
-        defaults(u"write"_s, u"NSGlobalDomain"_s, u"NSAppSleepDisabled"_s, u"-bool"_s, u"YES"_s),
-        defaults(u"write"_s, u"com.ableton.live"_s, u"NSAppSleepDisabled"_s, u"-bool"_s, u"YES"_s)};
-    return commands;
+QList<QStringList> bypassAppNap() {
+    return {defaults(u"write"_s, u"NSGlobalDomain"_s, u"NSAppSleepDisabled"_s, u"-bool"_s, u"YES"_s),
+            defaults(u"write"_s, u"com.ableton.live"_s, u"NSAppSleepDisabled"_s, u"-bool"_s, u"YES"_s)};
 }
 
 QList<QStringList> setAutomaticUpdates(const QString& value) {
-    return {
-        defaults(u"write"_s, u"com.apple.SoftwareUpdate"_s, u"AutomaticDownload"_s, u"-bool"_s, value),
-        defaults(u"write"_s, u"com.apple.SoftwareUpdate"_s, u"AutomaticCheckEnabled"_s, u"-bool"_s, value),
-        defaults(u"write"_s, u"com.apple.commerce"_s, u"AutoUpdate"_s, u"-bool"_s, value)};
+    return {defaults(u"write"_s, u"com.apple.SoftwareUpdate"_s, u"AutomaticDownload"_s, u"-bool"_s, value),
+            defaults(u"write"_s, u"com.apple.SoftwareUpdate"_s, u"AutomaticCheckEnabled"_s, u"-bool"_s, value),
+            defaults(u"write"_s, u"com.apple.commerce"_s, u"AutoUpdate"_s, u"-bool"_s, value)};
 }
 
 QStringList doNotDisturb(const QString& notificationCenter) {
-    return defaults(u"-currentHost"_s, u"write"_s, notificationCenter, u"doNotDisturb"_s, u"-boolean"_s,
-                    u"true"_s);
+    return defaults(u"-currentHost"_s, u"write"_s, notificationCenter, u"doNotDisturb"_s, u"-boolean"_s, u"true"_s);
 }
 
 QStringList doNotDisturbInFocusPreferences() {
-    return defaults(u"write"_s, u"com.apple.ncprefs.plist"_s, u"dnd_prefs"_s, u"-dict-add"_s,
-                    u"dnd_enabled"_s, u"-bool"_s, u"true"_s);
+    return defaults(u"write"_s, u"com.apple.ncprefs.plist"_s, u"dnd_prefs"_s, u"-dict-add"_s, u"dnd_enabled"_s,
+                    u"-bool"_s, u"true"_s);
 }
 
 QList<QStringList> stopNotificationCenter() {
@@ -50,8 +44,7 @@ QList<QStringList> stopNotificationCenter() {
 
 QList<QStringList> disableSiri() {
     return {defaults(u"write"_s, u"com.apple.Siri"_s, u"Status"_s, u"-string"_s, u"Disabled"_s),
-            defaults(u"write"_s, u"com.apple.assistant.support"_s, u"Assistant Enabled"_s, u"-bool"_s,
-                     u"false"_s)};
+            defaults(u"write"_s, u"com.apple.assistant.support"_s, u"Assistant Enabled"_s, u"-bool"_s, u"false"_s)};
 }
 
 QList<QStringList> silenceCrashReporter() {
@@ -59,8 +52,7 @@ QList<QStringList> silenceCrashReporter() {
 }
 
 QList<QStringList> setInterfaceSounds(const QString& value) {
-    return {defaults(u"write"_s, u"com.apple.systemsound"_s, u"com.apple.sound.uiaudio.enabled"_s, u"-int"_s,
-                     value)};
+    return {defaults(u"write"_s, u"com.apple.systemsound"_s, u"com.apple.sound.uiaudio.enabled"_s, u"-int"_s, value)};
 }
 
 QList<QStringList> setAirDropDisabled(const QString& value) {
@@ -68,7 +60,6 @@ QList<QStringList> setAirDropDisabled(const QString& value) {
 }
 
 // ---- What puts it back
-// ---------------------------------------------------------------------------------------------
 
 QList<QStringList> restoreAppNap() {
     return {defaults(u"delete"_s, u"NSGlobalDomain"_s, u"NSAppSleepDisabled"_s),
@@ -83,8 +74,7 @@ QList<QStringList> restoreNotifications(const QString& notificationCenter) {
 
 QList<QStringList> restoreSiri() {
     return {defaults(u"delete"_s, u"com.apple.Siri"_s, u"Status"_s),
-            defaults(u"write"_s, u"com.apple.assistant.support"_s, u"Assistant Enabled"_s, u"-bool"_s,
-                     u"true"_s)};
+            defaults(u"write"_s, u"com.apple.assistant.support"_s, u"Assistant Enabled"_s, u"-bool"_s, u"true"_s)};
 }
 
 QList<QStringList> restoreCrashReporter() {
@@ -100,12 +90,10 @@ QString spotlightCommand(bool indexes) {
 QList<TweakStep> applySteps(const PerformanceSettings& settings, const QString& notificationCenter) {
     QList<TweakStep> steps;
     if (settings.appNap) {
-        steps.append(
-            {bypassAppNap(), u"  [APPLIED] Disabled App Nap (prevents background audio dropouts)."_s});
+        steps.append({bypassAppNap(), u"  [APPLIED] Disabled App Nap (prevents background audio dropouts)."_s});
     }
     if (settings.updates) {
-        steps.append(
-            {setAutomaticUpdates(u"NO"_s), u"  [APPLIED] Disabled automatic macOS and App Store updates."_s});
+        steps.append({setAutomaticUpdates(u"NO"_s), u"  [APPLIED] Disabled automatic macOS and App Store updates."_s});
     }
     if (settings.notifications) {
         steps.append({QList<QStringList>{doNotDisturb(notificationCenter), doNotDisturbInFocusPreferences()} +
@@ -148,13 +136,11 @@ QList<TweakStep> syncSteps(const PerformanceSettings& settings, const QString& n
     const auto step = [](bool selected, const TweakStep& applied, const TweakStep& restored) {
         return selected ? applied : restored;
     };
-    // Unlike the one-way apply, a sync leaves the Focus preferences alone: it couldn't put them back.
-    const QList<QStringList> suppress =
-        QList<QStringList>{doNotDisturb(notificationCenter)} + stopNotificationCenter();
+    // Unlike the one-way apply, a sync leaves the Focus preferences alone, by intent.
+    const QList<QStringList> suppress = QList<QStringList>{doNotDisturb(notificationCenter)} + stopNotificationCenter();
     return {step(settings.appNap, {bypassAppNap(), u"  [APPLIED] Disabled App Nap."_s},
                  {restoreAppNap(), u"  [RESTORED] Re-enabled App Nap."_s}),
-            step(settings.updates,
-                 {setAutomaticUpdates(u"NO"_s), u"  [APPLIED] Disabled automatic updates."_s},
+            step(settings.updates, {setAutomaticUpdates(u"NO"_s), u"  [APPLIED] Disabled automatic updates."_s},
                  {setAutomaticUpdates(u"YES"_s), u"  [RESTORED] Re-enabled automatic updates."_s}),
             step(settings.notifications, {suppress, u"  [APPLIED] Suppressed Notifications."_s},
                  {restoreNotifications(notificationCenter), u"  [RESTORED] Re-enabled Notifications."_s}),
@@ -173,8 +159,7 @@ QStringList syncSystemCommands(const PerformanceSettings& settings) {
     const QString diskSleep = settings.usbPower ? u"0"_s : u"10"_s;
     const QString motionSensor = settings.sms ? u"0"_s : u"1"_s;
     return {u"pmset -a standby %1 disksleep %2 sleep %1 sms %3"_s.arg(sleep, diskSleep, motionSensor),
-            spotlightCommand(!settings.spotlight),
-            settings.timeMachine ? u"tmutil disable"_s : u"tmutil enable"_s};
+            spotlightCommand(!settings.spotlight), settings.timeMachine ? u"tmutil disable"_s : u"tmutil enable"_s};
 }
 
 QList<TweakStep> undoSteps(const QString& notificationCenter) {
@@ -196,8 +181,7 @@ QStringList undoSystemCommands() {
 TweakStep restoreAppRestorationStep() {
     return {
         {defaults(u"write"_s, u"com.apple.loginwindow"_s, u"TALLogoutSavesState"_s, u"-bool"_s, u"true"_s),
-         defaults(u"write"_s, u"com.apple.loginwindow"_s, u"LoginwindowLaunchesRelaunchApps"_s, u"-bool"_s,
-                  u"true"_s),
+         defaults(u"write"_s, u"com.apple.loginwindow"_s, u"LoginwindowLaunchesRelaunchApps"_s, u"-bool"_s, u"true"_s),
          defaults(u"delete"_s, u"NSGlobalDomain"_s, u"NSQuitAlwaysKeepsWindows"_s)},
         u"  [RESTORED] Re-enabled app restoration on reboot."_s};
 }

@@ -46,9 +46,8 @@ void SystemManager::logVerificationResult(const ApplyVerificationResult& result,
     for (const ApplyVerificationResult::Item& item : result.failed) {
         log(u"  [MISSING] "_s + described(item));
     }
-    log(result.failed.isEmpty()
-            ? u"  [VERIFY] All settings confirmed on system."_s
-            : u"  [VERIFY] %1 setting(s) could not be confirmed."_s.arg(result.failed.size()));
+    log(result.failed.isEmpty() ? u"  [VERIFY] All settings confirmed on system."_s
+                                : u"  [VERIFY] %1 setting(s) could not be confirmed."_s.arg(result.failed.size()));
 }
 
 } // namespace quorvane

@@ -82,8 +82,7 @@ QCoro::Task<TweakVerification::Verdict> TweakVerification::siri(bool selected) {
     if (selected && equals(co_await m_system.readDefaultValue(u"com.apple.Siri"_s, u"Status"_s), u"disabled"_s)) {
         co_return verdict(true, u"disabled"_s, {});
     }
-    const auto assistant =
-        co_await m_system.readDefaultValue(u"com.apple.assistant.support"_s, u"Assistant Enabled"_s);
+    const auto assistant = co_await m_system.readDefaultValue(u"com.apple.assistant.support"_s, u"Assistant Enabled"_s);
     co_return selected ? verdict(isFalsy(assistant), u"disabled"_s, u"expected disabled"_s)
                        : verdict(!assistant || isTruthy(assistant), u"enabled"_s, u"expected enabled"_s);
 }

@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <unistd.h>
 
 namespace quorvane {
 
@@ -27,14 +28,17 @@ void rename(const QString& from, const QString& to, const QString& blamed) {
 
 } // namespace
 
-bool DiskFileManager::exists(const QString& path) const { return QFileInfo::exists(path); }
+bool DiskFileManager::exists(const QString& path) const {
+    return QFileInfo::exists(path);
+}
 
 QStringList DiskFileManager::list(const QString& folder) const {
     const QFileInfo info(folder);
     if (!info.isDir() || !info.isReadable()) {
         fail(folder, info.exists() ? (info.isDir() ? EACCES : ENOTDIR) : ENOENT);
     }
-    return QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Unsorted);
+    return QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
+                                  QDir::Unsorted);
 }
 
 QByteArray DiskFileManager::read(const QString& path) const {
@@ -42,10 +46,13 @@ QByteArray DiskFileManager::read(const QString& path) const {
         fail(path, EISDIR);
     }
     QFile file(path);
+    if (QFileInfo::exists(path) && !QFileInfo(path).isFile()) {
+        throw FileError(path, u"Not a regular file"_s); // a pipe or a device might never end
+    }
     if (!file.open(QIODevice::ReadOnly)) {
         throw FileError(path, file.errorString());
     }
-    const QByteArray bytes = file.readAll();
+    QByteArray bytes = file.readAll();
     if (file.error() != QFileDevice::NoError) {
         throw FileError(path, file.errorString());
     }
@@ -54,14 +61,17 @@ QByteArray DiskFileManager::read(const QString& path) const {
 
 void DiskFileManager::writeAtomically(const QString& path, const QByteArray& bytes) {
     QTemporaryFile beside(QFileInfo(path).path() + u"/.quorvane.XXXXXX"_s);
-    if (!beside.open() || beside.write(bytes) != bytes.size() || !beside.flush()) {
+    if (!beside.open() || beside.write(bytes) != bytes.size() || !beside.flush() || ::fsync(beside.handle()) != 0) {
         throw FileError(path, beside.errorString());
     }
+    beside.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup | QFile::ReadOther);
     rename(beside.fileName(), path, path);
     beside.setAutoRemove(false);
 }
 
-void DiskFileManager::move(const QString& from, const QString& to) { rename(from, to, from); }
+void DiskFileManager::move(const QString& from, const QString& to) {
+    rename(from, to, from);
+}
 
 void DiskFileManager::remove(const QString& path) {
     if (std::remove(QFile::encodeName(path).constData()) != 0) {

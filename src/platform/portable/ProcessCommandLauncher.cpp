@@ -14,11 +14,7 @@ namespace {
 QFuture<CommandOutcome> refused() {
     CommandOutcome outcome;
     outcome.launchError = u"The program is quitting."_s;
-    QPromise<CommandOutcome> promise;
-    promise.start();
-    promise.addResult(outcome);
-    promise.finish();
-    return promise.future();
+    return QtFuture::makeReadyFuture(outcome);
 }
 
 } // namespace
@@ -64,8 +60,8 @@ public:
 private:
     void ended(int code, QProcess::ExitStatus status) {
         CommandOutcome outcome;
-        outcome.ending = status == QProcess::NormalExit ? CommandOutcome::Ending::Exited
-                                                        : CommandOutcome::Ending::EndedBySignal;
+        outcome.ending =
+            status == QProcess::NormalExit ? CommandOutcome::Ending::Exited : CommandOutcome::Ending::EndedBySignal;
         outcome.code = code;
         if (m_capture == OutputCapture::Capture) {
             outcome.standardOutput = m_process.readAllStandardOutput();
@@ -95,9 +91,9 @@ private:
     QPromise<CommandOutcome> m_promise;
 };
 
-ProcessCommandLauncher::ProcessCommandLauncher(QString environmentTool, QProcessEnvironment environment)
+ProcessCommandLauncher::ProcessCommandLauncher(QString environmentTool, const QProcessEnvironment& environment)
     : m_environmentTool(std::move(environmentTool))
-    , m_environment(std::move(environment)) {}
+    , m_environment(environment) {}
 
 ProcessCommandLauncher::~ProcessCommandLauncher() {
     const std::unordered_set<Child*> running = std::exchange(m_running, {});
@@ -122,6 +118,8 @@ void ProcessCommandLauncher::shutDown() {
     }
 }
 
-void ProcessCommandLauncher::forget(Child* child) { m_running.erase(child); }
+void ProcessCommandLauncher::forget(Child* child) {
+    m_running.erase(child);
+}
 
 } // namespace quorvane

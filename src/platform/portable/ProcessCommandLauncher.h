@@ -4,10 +4,7 @@
 
 #include <QProcessEnvironment>
 
-#include <memory>
 #include <unordered_set>
-
-class QProcess;
 
 namespace quorvane {
 
@@ -17,7 +14,7 @@ public:
     /// @param environmentTool  the program that is started for every command: "/usr/bin/env"
     /// @param environment      the child's environment
     explicit ProcessCommandLauncher(QString environmentTool,
-                                    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment());
+                                    const QProcessEnvironment& environment = QProcessEnvironment::systemEnvironment());
     ~ProcessCommandLauncher() override;
 
     QFuture<CommandOutcome> run(QStringList arguments, OutputCapture capture) override;

@@ -21,7 +21,9 @@ auto reported(Operation operation) {
 SimulatedFileManager::SimulatedFileManager(macsim::Volume volume)
     : m_volume(std::move(volume)) {}
 
-bool SimulatedFileManager::exists(const QString& path) const { return m_volume.exists(path); }
+bool SimulatedFileManager::exists(const QString& path) const {
+    return m_volume.exists(path);
+}
 
 QStringList SimulatedFileManager::list(const QString& folder) const {
     return reported([&] { return m_volume.list(folder); });

@@ -20,7 +20,9 @@ SimulatedHost::SimulatedHost(const QString& macFolder, AuthorizationPrompt& auth
     macsim::relinkCommands(m_mac.hostFolder(), options.program);
 }
 
-Host SimulatedHost::host() { return {m_commands, m_scripts, m_faultyFiles, m_defaults, m_machine}; }
+Host SimulatedHost::host() {
+    return {m_commands, m_scripts, m_faultyFiles, m_defaults, m_machine};
+}
 
 void SimulatedHost::shutDown() {
     m_commands.shutDown();

@@ -71,6 +71,7 @@ private:
             case macsim::ScriptProtocol::Message::Kind::Source:
             case macsim::ScriptProtocol::Message::Kind::Answer:
             case macsim::ScriptProtocol::Message::Kind::Unintelligible:
+                m_outcome = {};
                 kill();
                 break;
             }
@@ -81,9 +82,8 @@ private:
         if (!m_engine) {
             return;
         }
-        m_engine->m_authorization.ask(prompt).then(this, [this](macsim::Authorization answer) {
-            m_process.write(macsim::ScriptProtocol::answer(answer));
-        });
+        m_engine->m_authorization.ask(prompt).then(
+            this, [this](macsim::Authorization answer) { m_process.write(macsim::ScriptProtocol::answer(answer)); });
     }
 
     void ended() {
@@ -101,10 +101,10 @@ private:
     ScriptOutcome m_outcome; ///< neither result nor message until the engine has spoken: a death is an error
 };
 
-SimulatedScriptEngine::SimulatedScriptEngine(QString engineProgram, QProcessEnvironment environment,
+SimulatedScriptEngine::SimulatedScriptEngine(QString engineProgram, const QProcessEnvironment& environment,
                                              AuthorizationPrompt& authorization)
     : m_engineProgram(std::move(engineProgram))
-    , m_environment(std::move(environment))
+    , m_environment(environment)
     , m_authorization(authorization) {}
 
 SimulatedScriptEngine::~SimulatedScriptEngine() {
@@ -130,6 +130,8 @@ void SimulatedScriptEngine::shutDown() {
     }
 }
 
-void SimulatedScriptEngine::forget(Script* script) { m_running.erase(script); }
+void SimulatedScriptEngine::forget(Script* script) {
+    m_running.erase(script);
+}
 
 } // namespace quorvane

@@ -2,6 +2,8 @@
 
 #include "simulator/PreferenceStore.h"
 
+#include <stdexcept>
+
 namespace quorvane {
 
 using namespace Qt::StringLiterals;
@@ -13,7 +15,18 @@ const macsim::PreferenceDomain& ownDomain() {
     return domain;
 }
 
-macsim::PreferenceStore store(const macsim::Mac& mac) { return {mac, mac.volume(macsim::Actor::User)}; }
+macsim::PreferenceStore store(const macsim::Mac& mac) {
+    return {mac, mac.volume(macsim::Actor::User)};
+}
+
+/// A write that fails goes unreported, as the port says; so does one whose store can't be locked.
+void writeOwn(const macsim::Mac& mac, const QString& key, const macsim::PropertyList& value) {
+    try {
+        store(mac).write(ownDomain(), key, value);
+    } catch (const std::runtime_error&) {
+        return;
+    }
+}
 
 } // namespace
 
@@ -38,12 +51,12 @@ QStringList SimulatedUserDefaults::stringArray(const QString& key) const {
 }
 
 void SimulatedUserDefaults::setString(const QString& key, const QString& value) {
-    store(m_mac).write(ownDomain(), key, value);
+    writeOwn(m_mac, key, value);
 }
 
 void SimulatedUserDefaults::setStringArray(const QString& key, const QStringList& value) {
     const macsim::PropertyList::Array array(value.begin(), value.end());
-    store(m_mac).write(ownDomain(), key, array);
+    writeOwn(m_mac, key, array);
 }
 
 } // namespace quorvane

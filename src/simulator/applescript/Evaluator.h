@@ -17,8 +17,7 @@ struct Environment {
     ScriptHost& host;
     QHash<QString, Value> variables;
     std::optional<Value> result;
-    std::vector<const ScriptApplication*>
-        targets; ///< of the open `tell`s, innermost last; null: the script itself
+    std::vector<const ScriptApplication*> targets; ///< of the open `tell`s, innermost last; null: the script itself
 
     void assign(const QString& variable, const Value& value) { variables[variable.toCaseFolded()] = value; }
     const ScriptApplication* target() const { return targets.empty() ? nullptr : targets.back(); }

@@ -17,8 +17,8 @@ bool canChain(Precedence precedence) {
 
 const OperatorPhrase* acceptOperator(TokenStream& tokens, Precedence precedence) {
     const QList<OperatorPhrase>& phrases = operatorPhrases(precedence);
-    const auto found = std::ranges::find_if(
-        phrases, [&](const OperatorPhrase& phrase) { return tokens.accept(phrase.words); });
+    const auto found =
+        std::ranges::find_if(phrases, [&](const OperatorPhrase& phrase) { return tokens.accept(phrase.words); });
     return found == phrases.end() ? nullptr : &*found;
 }
 

@@ -198,8 +198,8 @@ private:
             skipDigits();
         }
         const bool hasExponent = skipExponent();
-        add(hasFraction || hasExponent ? TokenKind::Real : TokenKind::Integer,
-            m_source.sliced(start, m_at - start), start);
+        add(hasFraction || hasExponent ? TokenKind::Real : TokenKind::Integer, m_source.sliced(start, m_at - start),
+            start);
     }
 
     bool skipExponent() {

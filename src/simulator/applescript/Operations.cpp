@@ -22,8 +22,7 @@ bool areEqualLists(const List& left, const List& right) {
 }
 
 bool areEqualRecords(const Record& left, const Record& right) {
-    return left.names().size() == right.names().size() &&
-           std::ranges::all_of(left.names(), [&](const QString& name) {
+    return left.names().size() == right.names().size() && std::ranges::all_of(left.names(), [&](const QString& name) {
                const Value* other = right.find(name);
                return other != nullptr && areEqual(*left.find(name), *other);
            });
@@ -41,9 +40,7 @@ struct Equality {
     bool operator()(const ItemReference& left, const ItemReference& right) const {
         return left.index == right.index && areEqualLists(left.list, right.list);
     }
-    bool operator()(ObjectReference left, ObjectReference right) const {
-        return left.application == right.application;
-    }
+    bool operator()(ObjectReference left, ObjectReference right) const { return left.application == right.application; }
     template <typename Left, typename Right>
     bool operator()(const Left& left, const Right& right) const {
         if constexpr (isNumber<Left> && isNumber<Right>) {

@@ -79,8 +79,7 @@ QHash<Precedence, QList<OperatorPhrase>> phrasesByPrecedence() {
         phrases[row.precedence].append({QString::fromUtf16(row.words).split(u' '), row.meaning});
     }
     for (QList<OperatorPhrase>& ofOne : phrases) {
-        std::ranges::stable_sort(ofOne, std::greater(),
-                                 [](const auto& phrase) { return phrase.words.size(); });
+        std::ranges::stable_sort(ofOne, std::greater(), [](const auto& phrase) { return phrase.words.size(); });
     }
     return phrases;
 }

@@ -101,8 +101,8 @@ struct ShellScript {
 
 struct Expression {
     Range range;
-    std::variant<Literal, Variable, LastResult, TellTarget, ScriptItself, ListDisplay, RecordDisplay,
-                 OperatorChain, Negative, Not, Coercion, PropertyOf, ElementOf, CountOf, ShellScript>
+    std::variant<Literal, Variable, LastResult, TellTarget, ScriptItself, ListDisplay, RecordDisplay, OperatorChain,
+                 Negative, Not, Coercion, PropertyOf, ElementOf, CountOf, ShellScript>
         node;
 };
 

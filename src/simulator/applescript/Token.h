@@ -20,8 +20,8 @@ enum class TokenKind {
     EndOfLine,
     EndOfScript,
     Unknown, ///< a character that means nothing
-    Broken, ///< where a literal or comment went wrong; its text is the error message, and the source ends for
-            ///< us
+    Broken,  ///< where a literal or comment went wrong; its text is the error message, and the source ends for
+             ///< us
 };
 
 struct Token {

@@ -136,9 +136,8 @@ QString TokenStream::found() const {
 
 void TokenStream::fail(const QString& expected) const {
     const Token& token = peek();
-    const QString message = token.kind == TokenKind::Broken
-                                ? token.text
-                                : u"Expected "_s + expected + u" but found "_s + found() + u'.';
+    const QString message =
+        token.kind == TokenKind::Broken ? token.text : u"Expected "_s + expected + u" but found "_s + found() + u'.';
     throw syntaxError(message, token.range);
 }
 

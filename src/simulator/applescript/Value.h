@@ -66,8 +66,7 @@ struct ObjectReference {
     const ScriptApplication* application = nullptr;
 };
 
-using ValueData =
-    std::variant<MissingValue, bool, int, double, QString, List, Record, ItemReference, ObjectReference>;
+using ValueData = std::variant<MissingValue, bool, int, double, QString, List, Record, ItemReference, ObjectReference>;
 
 /// AppleScript's integers end here; beyond, numbers are real.
 constexpr int kLargestInteger = 536870911;

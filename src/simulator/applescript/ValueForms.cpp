@@ -61,8 +61,7 @@ public:
     }
 
     void operator()(const ObjectReference& reference) {
-        m_out +=
-            reference.application ? u"application "_s + inForm(reference.application->name()) : u"«script»"_s;
+        m_out += reference.application ? u"application "_s + inForm(reference.application->name()) : u"«script»"_s;
     }
 
 private:

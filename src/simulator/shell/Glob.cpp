@@ -37,8 +37,7 @@ constexpr std::array<CharacterClass, 12> kClasses{{
     {U"print", [](char32_t c) { return QChar::isPrint(c); }},
     {U"graph", isGraph},
     {U"cntrl", [](char32_t c) { return isAscii(c) && (c < U' ' || c == 0x7f); }},
-    {U"xdigit",
-     [](char32_t c) { return isAscii(c) && View(U"0123456789abcdefABCDEF").find(c) != View::npos; }},
+    {U"xdigit", [](char32_t c) { return isAscii(c) && View(U"0123456789abcdefABCDEF").find(c) != View::npos; }},
 }};
 
 /// A class like "[:alpha:]" at the start of a text: whether it has the character, and the class's length.

@@ -39,9 +39,7 @@ public:
     QStringList paths() const { return m_paths; }
 
 private:
-    QString absolute(const QString& path) const {
-        return path.startsWith(u'/') ? path : m_workingFolder + u'/' + path;
-    }
+    QString absolute(const QString& path) const { return path.startsWith(u'/') ? path : m_workingFolder + u'/' + path; }
 
     QStringList nameIn(const QString& path, const QString& name) const {
         const bool exists = m_volume.kind(absolute(path + name)) != Volume::Kind::Missing;

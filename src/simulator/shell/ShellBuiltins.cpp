@@ -15,8 +15,7 @@ namespace {
 
 /// The words of bash 3.2, in which `test` says other things than /bin/test.
 constexpr TestWording kTestWording{u"%1: unary operator expected", u"%1: binary operator expected",
-                                   u"too many arguments", u"%1: integer expression expected",
-                                   u"`)' expected"};
+                                   u"too many arguments", u"%1: integer expression expected", u"`)' expected"};
 
 int succeed(ShellBuiltinCall&) {
     return 0;
@@ -40,8 +39,7 @@ struct PathOptions {
 std::optional<PathOptions> readPathOptions(ShellBuiltinCall& call, const QString& usage) {
     PathOptions options;
     options.operands = call.arguments().mid(1);
-    while (!options.operands.isEmpty() && options.operands[0].startsWith(u'-') &&
-           options.operands[0] != u"-"_s) {
+    while (!options.operands.isEmpty() && options.operands[0].startsWith(u'-') && options.operands[0] != u"-"_s) {
         const QString option = options.operands.takeFirst();
         if (option == u"--"_s) {
             break;
@@ -130,8 +128,7 @@ int pwd(ShellBuiltinCall& call) {
 int exitShell(ShellBuiltinCall& call) {
     const QStringList operands = call.arguments().mid(1);
     bool isNumber = true;
-    const qint64 status =
-        operands.isEmpty() ? call.state.lastStatus : operands[0].trimmed().toLongLong(&isNumber);
+    const qint64 status = operands.isEmpty() ? call.state.lastStatus : operands[0].trimmed().toLongLong(&isNumber);
     if (!isNumber) {
         call.complain(operands[0] + u": numeric argument required"_s);
         call.exits = 255;

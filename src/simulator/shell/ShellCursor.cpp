@@ -60,8 +60,7 @@ bool isShellBlank(QChar character) {
 }
 
 bool startsShellName(QChar character) {
-    return character == u'_' || (character >= u'a' && character <= u'z') ||
-           (character >= u'A' && character <= u'Z');
+    return character == u'_' || (character >= u'a' && character <= u'z') || (character >= u'A' && character <= u'Z');
 }
 
 bool isInShellName(QChar character) {

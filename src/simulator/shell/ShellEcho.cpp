@@ -28,8 +28,7 @@ void appendSequence(QByteArray& made, const QByteArray& text, qsizetype& at) {
         made += static_cast<char>(takeDigits(text, at, 3, "01234567").toInt(nullptr, 8));
         return;
     }
-    const QByteArray digits =
-        letter == 'x' ? takeDigits(text, at, 2, "0123456789abcdefABCDEF") : QByteArray();
+    const QByteArray digits = letter == 'x' ? takeDigits(text, at, 2, "0123456789abcdefABCDEF") : QByteArray();
     if (digits.isEmpty()) {
         (made += '\\') += letter;
     } else {

@@ -75,9 +75,8 @@ QStringList ShellExpansion::fields(const std::vector<ShellWord>& words) const {
             collector.add(part, value(part));
         }
         for (const QString& pattern : collector.take()) {
-            const QStringList paths = isGlob(pattern)
-                                          ? matchingPaths(pattern, m_state.workingFolder(), m_context.volume)
-                                          : QStringList();
+            const QStringList paths =
+                isGlob(pattern) ? matchingPaths(pattern, m_state.workingFolder(), m_context.volume) : QStringList();
             fields += paths.isEmpty() ? QStringList{globText(pattern)} : paths;
         }
     }

@@ -126,8 +126,7 @@ int ShellInterpreter::runStages(const std::vector<ShellCommand>& commands, Shell
 
 int ShellInterpreter::runCommand(const ShellCommand& command, const ShellStreams& streams) {
     m_substitutionStatus = 0;
-    return command.kind == ShellCommand::Kind::Simple ? runSimple(command, streams)
-                                                      : runCompound(command, streams);
+    return command.kind == ShellCommand::Kind::Simple ? runSimple(command, streams) : runCompound(command, streams);
 }
 
 int ShellInterpreter::runCompound(const ShellCommand& command, const ShellStreams& streams) {
@@ -164,8 +163,7 @@ int ShellInterpreter::runSimple(const ShellCommand& command, const ShellStreams&
 }
 
 /// Assignments before the command are exported, and gone after it.
-int ShellInterpreter::runNamed(const ShellCommand& command, const QStringList& arguments,
-                               const ShellStreams& streams) {
+int ShellInterpreter::runNamed(const ShellCommand& command, const QStringList& arguments, const ShellStreams& streams) {
     const QMap<QString, QString> before = m_state.environment();
     for (const ShellAssignment& assignment : command.assignments) {
         m_state.exportValue(assignment.name, expansion(streams).text(assignment.value));
@@ -173,8 +171,7 @@ int ShellInterpreter::runNamed(const ShellCommand& command, const QStringList& a
     int status = 1;
     if (const std::optional<ShellStreams> own = redirected(command, streams)) {
         ToolContext context = contextFor(arguments);
-        status =
-            findShellBuiltin(arguments[0]) ? runBuiltin(context, command.line, *own) : runTool(context, *own);
+        status = findShellBuiltin(arguments[0]) ? runBuiltin(context, command.line, *own) : runTool(context, *own);
     }
     for (const ShellAssignment& assignment : command.assignments) {
         m_state.restoreExported(assignment.name, before);
@@ -217,8 +214,7 @@ CommandLookUp ShellInterpreter::lookUp(const ToolContext& context) const {
 }
 
 /// The streams of a command; nothing when one of its redirections failed, which has been said then.
-std::optional<ShellStreams> ShellInterpreter::redirected(const ShellCommand& command,
-                                                         const ShellStreams& streams) {
+std::optional<ShellStreams> ShellInterpreter::redirected(const ShellCommand& command, const ShellStreams& streams) {
     ShellStreams own = streams;
     const ToolContext context = contextFor({});
     for (const ShellRedirection& redirection : command.redirections) {
@@ -234,8 +230,7 @@ std::optional<ShellStreams> ShellInterpreter::redirected(const ShellCommand& com
 }
 
 ShellExpansion ShellInterpreter::expansion(const ShellStreams& streams) {
-    return {m_state, m_context,
-            [this, &streams](const ShellList& commands) { return substitute(commands, streams); }};
+    return {m_state, m_context, [this, &streams](const ShellList& commands) { return substitute(commands, streams); }};
 }
 
 QByteArray ShellInterpreter::substitute(const ShellList& commands, const ShellStreams& streams) {

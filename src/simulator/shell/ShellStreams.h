@@ -78,8 +78,7 @@ public:
 /// The descriptors of a command, shared as on a real system by all the commands that inherit them.
 struct ShellStreams {
     std::shared_ptr<ShellInput> input;
-    QMap<int, std::shared_ptr<ShellOutput>>
-        outputs; ///< 1 is the output, 2 the error; others as they were redirected
+    QMap<int, std::shared_ptr<ShellOutput>> outputs; ///< 1 is the output, 2 the error; others as they were redirected
 
     /// Writes "sh: {message}" to the error stream; a failure there can't be told to anybody.
     void complain(const QString& message) const;

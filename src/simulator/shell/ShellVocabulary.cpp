@@ -7,10 +7,9 @@ namespace macsim {
 using namespace Qt::StringLiterals;
 
 bool isShellReservedWord(const QString& word) {
-    static const QSet<QString> kWords{u"if"_s,   u"then"_s,     u"else"_s,  u"elif"_s, u"fi"_s,
-                                      u"for"_s,  u"while"_s,    u"until"_s, u"do"_s,   u"done"_s,
-                                      u"case"_s, u"esac"_s,     u"in"_s,    u"[["_s,   u"]]"_s,
-                                      u"time"_s, u"function"_s, u"select"_s};
+    static const QSet<QString> kWords{u"if"_s,    u"then"_s,  u"else"_s, u"elif"_s, u"fi"_s,       u"for"_s,
+                                      u"while"_s, u"until"_s, u"do"_s,   u"done"_s, u"case"_s,     u"esac"_s,
+                                      u"in"_s,    u"[["_s,    u"]]"_s,   u"time"_s, u"function"_s, u"select"_s};
     return kWords.contains(word);
 }
 
@@ -27,11 +26,11 @@ bool isUnsupportedShellBuiltin(const QString& name) {
 }
 
 bool isUnsupportedShellVariable(const QString& name) {
-    static const QSet<QString> kNames{
-        u"CDPATH"_s,  u"DIRSTACK"_s,  u"EUID"_s,     u"FUNCNAME"_s,   u"GLOBIGNORE"_s, u"GROUPS"_s,
-        u"HISTCMD"_s, u"HOSTNAME"_s,  u"HOSTTYPE"_s, u"IFS"_s,        u"LINENO"_s,     u"MACHTYPE"_s,
-        u"OPTARG"_s,  u"OPTIND"_s,    u"OSTYPE"_s,   u"PIPESTATUS"_s, u"PPID"_s,       u"RANDOM"_s,
-        u"SECONDS"_s, u"SHELLOPTS"_s, u"UID"_s,      u"_"_s};
+    static const QSet<QString> kNames{u"CDPATH"_s,     u"DIRSTACK"_s, u"EUID"_s,     u"FUNCNAME"_s, u"GLOBIGNORE"_s,
+                                      u"GROUPS"_s,     u"HISTCMD"_s,  u"HOSTNAME"_s, u"HOSTTYPE"_s, u"IFS"_s,
+                                      u"LINENO"_s,     u"MACHTYPE"_s, u"OPTARG"_s,   u"OPTIND"_s,   u"OSTYPE"_s,
+                                      u"PIPESTATUS"_s, u"PPID"_s,     u"RANDOM"_s,   u"SECONDS"_s,  u"SHELLOPTS"_s,
+                                      u"UID"_s,        u"_"_s};
     return kNames.contains(name) || name.startsWith(u"BASH"_s);
 }
 

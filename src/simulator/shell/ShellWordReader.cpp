@@ -96,8 +96,7 @@ void ShellWordReader::readDollar(bool isQuoted) {
         if (m_cursor.look() == u'(') {
             failUnsupported(u"$(("_s);
         }
-        m_word.push_back(
-            {ShellWordPart::Kind::Substitution, isQuoted, {}, m_substitutions.readUpToParenthesis()});
+        m_word.push_back({ShellWordPart::Kind::Substitution, isQuoted, {}, m_substitutions.readUpToParenthesis()});
         return;
     }
     const bool startsQuote = !isQuoted && (next == u'\'' || next == u'"');
@@ -136,10 +135,8 @@ void ShellWordReader::readBackquotes(bool isInDoubleQuotes) {
         text += protects ? m_cursor.take() : character;
     }
     m_cursor.take();
-    m_word.push_back({ShellWordPart::Kind::Substitution,
-                      isInDoubleQuotes,
-                      {},
-                      m_substitutions.readBackquoted(text, line)});
+    m_word.push_back(
+        {ShellWordPart::Kind::Substitution, isInDoubleQuotes, {}, m_substitutions.readBackquoted(text, line)});
 }
 
 QString ShellWordReader::readName() {
@@ -151,8 +148,7 @@ QString ShellWordReader::readName() {
 }
 
 void ShellWordReader::addText(const QString& text, bool isQuoted) {
-    if (!m_word.empty() && m_word.back().kind == ShellWordPart::Kind::Text &&
-        m_word.back().isQuoted == isQuoted) {
+    if (!m_word.empty() && m_word.back().kind == ShellWordPart::Kind::Text && m_word.back().isQuoted == isQuoted) {
         m_word.back().text += text;
     } else {
         m_word.push_back({ShellWordPart::Kind::Text, isQuoted, text, nullptr});

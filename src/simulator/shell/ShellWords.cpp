@@ -160,10 +160,9 @@ bool isUnsupportedShellAssignment(const ShellWord& word) {
     if (length == 0) {
         return false;
     }
-    const bool isElement =
-        text.mid(length, 1) == u"["_s && std::any_of(word.begin(), word.end(), [](const auto& part) {
-            return isUnquotedText(part) && part.text.contains(u"]="_s);
-        });
+    const bool isElement = text.mid(length, 1) == u"["_s && std::any_of(word.begin(), word.end(), [](const auto& part) {
+                               return isUnquotedText(part) && part.text.contains(u"]="_s);
+                           });
     return isElement || text.mid(length, 2) == u"+="_s;
 }
 

@@ -62,9 +62,7 @@ public:
         case Verb::Domains:
             return printDomains();
         case Verb::Read:
-            return m_command.domain.isEmpty() ? printEverything()
-                   : m_command.key            ? printValue()
-                                              : printDomain();
+            return m_command.domain.isEmpty() ? printEverything() : m_command.key ? printValue() : printDomain();
         case Verb::ReadType:
             return printType();
         case Verb::Write:
@@ -118,8 +116,7 @@ private:
     int printDomain() {
         const auto values = m_store.readDomain(m_domain);
         if (!values) {
-            return explain(m_context,
-                           u"\nDomain %1 does not exist"_s.arg(shownDomain(u"Apple Global Domain"_s)));
+            return explain(m_context, u"\nDomain %1 does not exist"_s.arg(shownDomain(u"Apple Global Domain"_s)));
         }
         m_context.print(propertyListText(*values) + u'\n');
         return 0;
@@ -170,9 +167,8 @@ private:
 
     /// What an array or a dictionary is added to where the key has no value.
     PropertyList emptyValue() const {
-        return m_command.change == DefaultsCommand::Change::AppendToArray
-                   ? PropertyList(PropertyList::Array{})
-                   : PropertyList();
+        return m_command.change == DefaultsCommand::Change::AppendToArray ? PropertyList(PropertyList::Array{})
+                                                                          : PropertyList();
     }
 
     bool changeValue(PropertyList& value) const {
@@ -183,8 +179,7 @@ private:
         case DefaultsCommand::Change::AppendToArray:
             return appended(value.as<PropertyList::Array>(), *m_command.value.as<PropertyList::Array>());
         case DefaultsCommand::Change::AddToDictionary:
-            return merged(value.as<PropertyList::Dictionary>(),
-                          *m_command.value.as<PropertyList::Dictionary>());
+            return merged(value.as<PropertyList::Dictionary>(), *m_command.value.as<PropertyList::Dictionary>());
         }
         return false;
     }
@@ -241,8 +236,7 @@ private:
         if (outcome == Outcome::Done) {
             return 0;
         }
-        const QString domain =
-            m_command.isGlobalDomain ? u"kCFPreferencesAnyApplication"_s : m_command.domain;
+        const QString domain = m_command.isGlobalDomain ? u"kCFPreferencesAnyApplication"_s : m_command.domain;
         return explain(m_context, u"\nDomain (%1) not found.\nDefaults have not been changed."_s.arg(domain));
     }
 

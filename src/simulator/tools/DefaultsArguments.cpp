@@ -105,8 +105,7 @@ Verb takeVerb(QStringList& arguments) {
 void takeDomain(QStringList& arguments, DefaultsCommand& command) {
     command.domain = taken(arguments);
     command.isGlobalDomain = command.domain == u"-g"_s || command.domain == u"-globalDomain"_s ||
-                             command.domain == u"NSGlobalDomain"_s ||
-                             command.domain == u"Apple Global Domain"_s;
+                             command.domain == u"NSGlobalDomain"_s || command.domain == u"Apple Global Domain"_s;
     if (command.domain == u"-app"_s) {
         throw DefaultsMisuse(Kind::Unsupported, command.domain);
     }
@@ -128,8 +127,7 @@ void takeWrite(QStringList& arguments, DefaultsCommand& command) {
     command.verb = Verb::WriteDomain;
     command.value = parseDefaultsRepresentation(first);
     if (!command.value.as<PropertyList::Dictionary>()) {
-        throw DefaultsMisuse(Kind::Explained,
-                             u"\nRep argument is not a dictionary\nDefaults have not been changed."_s);
+        throw DefaultsMisuse(Kind::Explained, u"\nRep argument is not a dictionary\nDefaults have not been changed."_s);
     }
 }
 

@@ -42,8 +42,7 @@ PropertyList integerValue(const QString& text) {
 }
 
 PropertyList realValue(const QString& text) {
-    static const QRegularExpression number(
-        u"^\\s*([+-]?(?:[0-9]+\\.?[0-9]*|\\.[0-9]+)(?:[eE][+-]?[0-9]+)?)"_s);
+    static const QRegularExpression number(u"^\\s*([+-]?(?:[0-9]+\\.?[0-9]*|\\.[0-9]+)(?:[eE][+-]?[0-9]+)?)"_s);
     return leadingNumber(number, text).toDouble();
 }
 
@@ -99,8 +98,8 @@ ScalarReader scalarReader(const QString& flag) {
         {u"-boolean", booleanValue},
         {u"-date", dateValue},
     }};
-    const auto* reader = std::find_if(kReaders.begin(), kReaders.end(),
-                                      [&flag](const auto& entry) { return entry.first == flag; });
+    const auto* reader =
+        std::find_if(kReaders.begin(), kReaders.end(), [&flag](const auto& entry) { return entry.first == flag; });
     return reader == kReaders.end() ? nullptr : reader->second;
 }
 
@@ -118,8 +117,7 @@ PropertyList takeScalar(QStringList& arguments) {
     }
     const QString first = arguments.takeFirst();
     if (isArrayFlag(first) || isDictionaryFlag(first)) {
-        throw DefaultsMisuse(Kind::Explained,
-                             u"Cannot nest composite types (arrays and dictionaries); exiting"_s);
+        throw DefaultsMisuse(Kind::Explained, u"Cannot nest composite types (arrays and dictionaries); exiting"_s);
     }
     const ScalarReader reader = scalarReader(first);
     if (!reader) {

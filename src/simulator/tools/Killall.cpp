@@ -109,8 +109,7 @@ std::vector<Process> matches(const ToolContext& context, const Request& request)
 /// Signals that a process survives: the ones without effect, and a hang-up where it is a request to start
 /// over inside.
 bool survives(const Process& process, int signal) {
-    static const QStringList kHarmless{u"0"_s,    u"URG"_s,   u"STOP"_s, u"CONT"_s,
-                                       u"CHLD"_s, u"WINCH"_s, u"INFO"_s};
+    static const QStringList kHarmless{u"0"_s, u"URG"_s, u"STOP"_s, u"CONT"_s, u"CHLD"_s, u"WINCH"_s, u"INFO"_s};
     const QString name = signalName(signal);
     return kHarmless.contains(name) || (name == u"HUP"_s && process.name == u"mDNSResponder"_s);
 }
@@ -137,8 +136,7 @@ int handle(ToolContext& context, const Request& request) {
     bool succeeded = !found.empty();
     for (const Process& process : found) {
         if (request.showsOnly) {
-            context.print(u"kill -"_s + signalName(request.signal) + u' ' + QString::number(process.pid) +
-                          u'\n');
+            context.print(u"kill -"_s + signalName(request.signal) + u' ' + QString::number(process.pid) + u'\n');
         } else {
             succeeded = send(context, process, request.signal) && succeeded;
         }

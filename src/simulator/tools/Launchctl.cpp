@@ -23,8 +23,8 @@ bool mayChange(const ToolContext& context, const LaunchdDomain& domain) {
 }
 
 int complain(ToolContext& context, const QString& failure, LaunchdError error) {
-    context.complain(failure + u": "_s + QString::number(static_cast<int>(error)) + u": "_s +
-                     launchdErrorText(error) + u'\n');
+    context.complain(failure + u": "_s + QString::number(static_cast<int>(error)) + u": "_s + launchdErrorText(error) +
+                     u'\n');
     return static_cast<int>(error);
 }
 
@@ -51,8 +51,7 @@ LaunchdError bootOutLabel(const ToolContext& context, const LaunchdDomain& domai
 /// them.
 LaunchdError bootOutPath(const ToolContext& context, const LaunchdDomain& domain, const QString& path) {
     const auto plist = readLaunchPlist(context.volume, context.absolutePath(path));
-    const LaunchdError error =
-        plist ? bootOutLabel(context, domain, plist->label) : LaunchdError::NoSuchProcess;
+    const LaunchdError error = plist ? bootOutLabel(context, domain, plist->label) : LaunchdError::NoSuchProcess;
     return error == LaunchdError::NoSuchProcess ? LaunchdError::InputOutput : error;
 }
 
@@ -100,9 +99,8 @@ std::optional<int> bootstrap(ToolContext& context, const QStringList& words) {
     if (!target || !target->label.isEmpty()) {
         return std::nullopt;
     }
-    return words.size() < 2
-               ? notSimulated(context, u"the start of a whole domain"_s)
-               : doPaths(context, target->domain, words.mid(1), bootstrapPath, u"Bootstrap failed"_s);
+    return words.size() < 2 ? notSimulated(context, u"the start of a whole domain"_s)
+                            : doPaths(context, target->domain, words.mid(1), bootstrapPath, u"Bootstrap failed"_s);
 }
 
 /// Silent, whether the label exists or not. For the system's own labels it is without effect as well.
@@ -139,8 +137,7 @@ struct SubcommandRule {
 const QHash<QString, SubcommandRule>& subcommands() {
     static const QHash<QString, SubcommandRule> kSubcommands{
         {u"bootstrap"_s, {bootstrap, u"<domain-target> [service-path, service-path2, ...]"_s, true}},
-        {u"bootout"_s,
-         {bootOut, u"<domain-target> [service-path1, service-path2, ...] | <service-target>"_s, true}},
+        {u"bootout"_s, {bootOut, u"<domain-target> [service-path1, service-path2, ...] | <service-target>"_s, true}},
         {u"enable"_s, {enable, u"<service-target>"_s, true}},
         {u"disable"_s, {disable, u"<service-target>"_s, true}},
         {u"print"_s, {printLaunchdTarget, u"<domain-target> | <service-target>"_s, true}},
@@ -153,23 +150,21 @@ const QHash<QString, SubcommandRule>& subcommands() {
 
 bool isBeyondTheSimulation(const QString& name) {
     static const QStringList kNames{
-        u"kickstart"_s,      u"kill"_s,     u"attach"_s,   u"debug"_s,      u"blame"_s,
-        u"print-cache"_s,    u"plist"_s,    u"procinfo"_s, u"hostinfo"_s,   u"resolveport"_s,
-        u"limit"_s,          u"runstats"_s, u"examine"_s,  u"config"_s,     u"dumpstate"_s,
-        u"dumpjpcategory"_s, u"reboot"_s,   u"error"_s,    u"submit"_s,     u"remove"_s,
-        u"start"_s,          u"stop"_s,     u"setenv"_s,   u"unsetenv"_s,   u"getenv"_s,
-        u"export"_s,         u"bsexec"_s,   u"asuser"_s,   u"managerpid"_s, u"manageruid"_s,
-        u"managername"_s,    u"variant"_s,  u"version"_s,  u"help"_s,       u"bslist"_s,
-        u"bstree"_s,         u"uncache"_s,  u"umask"_s,    u"dumplaunchd"_s};
+        u"kickstart"_s,   u"kill"_s,     u"attach"_s,     u"debug"_s,          u"blame"_s,      u"print-cache"_s,
+        u"plist"_s,       u"procinfo"_s, u"hostinfo"_s,   u"resolveport"_s,    u"limit"_s,      u"runstats"_s,
+        u"examine"_s,     u"config"_s,   u"dumpstate"_s,  u"dumpjpcategory"_s, u"reboot"_s,     u"error"_s,
+        u"submit"_s,      u"remove"_s,   u"start"_s,      u"stop"_s,           u"setenv"_s,     u"unsetenv"_s,
+        u"getenv"_s,      u"export"_s,   u"bsexec"_s,     u"asuser"_s,         u"managerpid"_s, u"manageruid"_s,
+        u"managername"_s, u"variant"_s,  u"version"_s,    u"help"_s,           u"bslist"_s,     u"bstree"_s,
+        u"uncache"_s,     u"umask"_s,    u"dumplaunchd"_s};
     return kNames.contains(name);
 }
 
 int refuseWords(ToolContext& context, const QString& name, const SubcommandRule& rule, bool hasWords) {
     if (rule.takesTarget && hasWords) {
-        context.complain(
-            u"Unrecognized target specifier. <service-target> takes a form of "
-            u"<domain-target>/<service-id>.\nPlease refer to `man launchctl` for explanation of the "
-            u"<domain-target> specifiers.\n"_s);
+        context.complain(u"Unrecognized target specifier. <service-target> takes a form of "
+                         u"<domain-target>/<service-id>.\nPlease refer to `man launchctl` for explanation of the "
+                         u"<domain-target> specifiers.\n"_s);
     }
     context.complain(u"Usage: launchctl "_s + name + u' ' + rule.usage + u'\n');
     return kUsageStatus;

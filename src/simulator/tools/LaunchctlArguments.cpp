@@ -24,8 +24,7 @@ std::optional<LaunchdTarget> parseLaunchdTarget(const QString& target) {
     if ((!isGui && parts[0] != u"user"_s) || !userId) {
         return std::nullopt;
     }
-    return LaunchdTarget{{isGui ? LaunchdDomain::Kind::Gui : LaunchdDomain::Kind::User, *userId},
-                         parts.value(2)};
+    return LaunchdTarget{{isGui ? LaunchdDomain::Kind::Gui : LaunchdDomain::Kind::User, *userId}, parts.value(2)};
 }
 
 LegacyArguments parseLegacyArguments(const QStringList& words) {

@@ -35,10 +35,9 @@ bool isOfTheOtherKind(const ToolContext& context, const QString& path) {
 void warnOfTheOtherKind(ToolContext& context, const Verb& verb) {
     const bool isRoot = context.isRoot();
     context.complain(u"Warning: Expecting a "_s + (isRoot ? u"LaunchDaemons"_s : u"LaunchAgents"_s) +
-                     u" path since the command was ran as "_s + (isRoot ? u"root"_s : u"user"_s) +
-                     u". Got "_s + (isRoot ? u"LaunchAgents"_s : u"LaunchDaemons"_s) +
-                     u" instead.\n`launchctl "_s + verb.recommendation +
-                     u"` is a recommended alternative.\n"_s);
+                     u" path since the command was ran as "_s + (isRoot ? u"root"_s : u"user"_s) + u". Got "_s +
+                     (isRoot ? u"LaunchAgents"_s : u"LaunchDaemons"_s) + u" instead.\n`launchctl "_s +
+                     verb.recommendation + u"` is a recommended alternative.\n"_s);
 }
 
 void complain(ToolContext& context, const Verb& verb, LaunchdError error) {
@@ -48,8 +47,7 @@ void complain(ToolContext& context, const Verb& verb, LaunchdError error) {
 
 void complainOfFailure(ToolContext& context, const Verb& verb) {
     complain(context, verb, LaunchdError::InputOutput);
-    context.complain(u"Try running `launchctl "_s + verb.recommendation +
-                     u"` as root for richer errors.\n"_s);
+    context.complain(u"Try running `launchctl "_s + verb.recommendation + u"` as root for richer errors.\n"_s);
 }
 
 void complainOfProtection(ToolContext& context, const Verb& verb, const QString& path) {

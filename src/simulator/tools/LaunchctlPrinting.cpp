@@ -17,8 +17,7 @@ int majorVersion(const ToolContext& context) {
 
 QString overrideLine(const ToolContext& context, const QString& label, bool disabled) {
     const bool inWords = majorVersion(context) >= kVentura;
-    const QString value =
-        disabled ? (inWords ? u"disabled"_s : u"true"_s) : (inWords ? u"enabled"_s : u"false"_s);
+    const QString value = disabled ? (inWords ? u"disabled"_s : u"true"_s) : (inWords ? u"enabled"_s : u"false"_s);
     return u"\t\t\""_s + label + u"\" => "_s + value + u'\n';
 }
 
@@ -44,8 +43,7 @@ QString exitCodeText(const LaunchdJob& job) {
 }
 
 QString programOf(const ToolContext& context, const LaunchdJob& job) {
-    const auto plist =
-        job.path.isEmpty() ? std::nullopt : readLaunchPlist(context.mac.volume(Actor::Root), job.path);
+    const auto plist = job.path.isEmpty() ? std::nullopt : readLaunchPlist(context.mac.volume(Actor::Root), job.path);
     return plist ? plist->program : QString();
 }
 
@@ -71,8 +69,7 @@ void printDomain(ToolContext& context, const LaunchdDomain& domain) {
     context.print(domain.key() + u" = {\n\tservices = {\n"_s);
     const auto jobs = LaunchdState(context.mac).jobs(domain);
     for (const LaunchdJob& job : jobs) {
-        context.print(u"\t\t"_s + QString::number(job.pid).rightJustified(8) + u"      - \t"_s + job.label +
-                      u'\n');
+        context.print(u"\t\t"_s + QString::number(job.pid).rightJustified(8) + u"      - \t"_s + job.label + u'\n');
     }
     context.print(u"\t}\n\n"_s + overridesBlock(context, domain) + u"}\n"_s);
 }
@@ -88,8 +85,7 @@ void listAll(ToolContext& context) {
     const auto jobs = LaunchdState(context.mac).jobs(callersDomain(context));
     for (const LaunchdJob& job : jobs) {
         const QString pid = job.pid > 0 ? QString::number(job.pid) : u"-"_s;
-        context.print(pid + u'\t' + QString::number(job.lastExitStatus.value_or(0)) + u'\t' + job.label +
-                      u'\n');
+        context.print(pid + u'\t' + QString::number(job.lastExitStatus.value_or(0)) + u'\t' + job.label + u'\n');
     }
 }
 

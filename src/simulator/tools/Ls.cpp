@@ -67,11 +67,10 @@ QString Listing::line(const QString& shown, const QString& path) const {
         return shown + u'\n';
     }
     const Volume::Kind kind = context.volume.kind(path);
-    const QString target =
-        kind == Volume::Kind::Link ? u" -> "_s + context.volume.linkTarget(path) : QString();
+    const QString target = kind == Volume::Kind::Link ? u" -> "_s + context.volume.linkTarget(path) : QString();
     return modes(kind) + u"  1 "_s + ownerAndGroup(context, path) + u"  "_s +
-           QString::number(sizeOf(context, path, kind)).rightJustified(8) + u' ' + kDate.toString() + u' ' +
-           shown + target + u'\n';
+           QString::number(sizeOf(context, path, kind)).rightJustified(8) + u' ' + kDate.toString() + u' ' + shown +
+           target + u'\n';
 }
 
 void Listing::printFolder(const QString& path) {
@@ -80,9 +79,9 @@ void Listing::printFolder(const QString& path) {
     if (all) {
         names = QStringList{u"."_s, u".."_s} + names;
     } else {
-        names.erase(std::remove_if(names.begin(), names.end(),
-                                   [](const QString& name) { return name.startsWith(u'.'); }),
-                    names.end());
+        names.erase(
+            std::remove_if(names.begin(), names.end(), [](const QString& name) { return name.startsWith(u'.'); }),
+            names.end());
     }
     QString lines;
     qint64 blocks = 0;

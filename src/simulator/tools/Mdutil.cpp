@@ -119,21 +119,19 @@ int showState(ToolContext& context, const Place& place) {
 
 QString logPrefix() {
     const qint64 pid = ::getpid();
-    return QDateTime::currentDateTime().toString(u"yyyy-MM-dd hh:mm:ss.zzz"_s) + u" mdutil["_s +
-           QString::number(pid) + u':' + QString::number(pid * 16) + u"] "_s;
+    return QDateTime::currentDateTime().toString(u"yyyy-MM-dd hh:mm:ss.zzz"_s) + u" mdutil["_s + QString::number(pid) +
+           u':' + QString::number(pid * 16) + u"] "_s;
 }
 
 /// Root alone switches the volumes of the system; what a user reads who tries is not known. This is the text
 /// of the other refused switches, with a status that tells of the failure.
 int refuseUser(ToolContext& context, const Place& place) {
-    context.print(place.shown +
-                  u":\nError: unable to perform operation.  (-1)\nError: invalid operation.\n"_s);
+    context.print(place.shown + u":\nError: unable to perform operation.  (-1)\nError: invalid operation.\n"_s);
     return 1;
 }
 
 int refuseSwitch(ToolContext& context, const Place& place, const QString& errors, const std::string& state) {
-    context.print(place.shown + u":\n"_s + errors + u"Error: invalid operation.\n\t"_s + describe(state) +
-                  u'\n');
+    context.print(place.shown + u":\n"_s + errors + u"Error: invalid operation.\n\t"_s + describe(state) + u'\n');
     return 0;
 }
 

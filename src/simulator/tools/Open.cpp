@@ -51,10 +51,9 @@ int openNamed(ToolContext& context, const QString& name) {
 int openIdentified(ToolContext& context, const QString& identifier) {
     const auto application = findApplicationByIdentifier(context.mac, context.volume, identifier);
     if (!application) {
-        context.complain(
-            u"LSCopyApplicationURLsForBundleIdentifier() failed while trying to determine the application "
-            u"with bundle identifier "_s +
-            identifier + u".\n"_s);
+        context.complain(u"LSCopyApplicationURLsForBundleIdentifier() failed while trying to determine the application "
+                         u"with bundle identifier "_s +
+                         identifier + u".\n"_s);
         return 1;
     }
     launch(context, *application);
@@ -98,8 +97,7 @@ int openFile(ToolContext& context, const QString& typed, bool withApplication) {
 
 int openOperand(ToolContext& context, const QString& operand, bool withApplication) {
     const bool isFile = schemeOf(operand).isEmpty() || context.volume.exists(context.absolutePath(operand));
-    return isFile ? openFile(context, operand, withApplication)
-                  : openAddress(context, operand, withApplication);
+    return isFile ? openFile(context, operand, withApplication) : openAddress(context, operand, withApplication);
 }
 
 } // namespace
@@ -127,8 +125,7 @@ int runOpen(ToolContext& context) {
     if (!withApplication) {
         return 0;
     }
-    return options.has(u'a') ? openNamed(context, options.value(u'a'))
-                             : openIdentified(context, options.value(u'b'));
+    return options.has(u'a') ? openNamed(context, options.value(u'a')) : openIdentified(context, options.value(u'b'));
 }
 
 } // namespace macsim

@@ -52,7 +52,9 @@ QString sourceOf(const Invocation& invocation, ToolContext& context) {
 QString described(const ScriptError& error, const Invocation& invocation) {
     const bool fromFile = invocation.file && *invocation.file != u"-"_s;
     return (fromFile ? *invocation.file + u": "_s : QString()) +
-           u"%1:%2: %3 error: "_s.arg(error.start).arg(error.end).arg(error.isSyntaxError ? u"syntax"_s : u"execution"_s) +
+           u"%1:%2: %3 error: "_s.arg(error.start)
+               .arg(error.end)
+               .arg(error.isSyntaxError ? u"syntax"_s : u"execution"_s) +
            error.message + u" (%1)\n"_s.arg(error.number);
 }
 

@@ -18,8 +18,7 @@ Json readState(const ToolContext& context) {
 }
 
 QString printed(const Json& value) {
-    return value.is_string() ? QString::fromStdString(value.get<std::string>())
-                             : QString::number(value.get<int>());
+    return value.is_string() ? QString::fromStdString(value.get<std::string>()) : QString::number(value.get<int>());
 }
 
 QStringList names(const Json& state, const char* key) {
@@ -72,11 +71,9 @@ void printLive(ToolContext& context, const Json& state) {
     printSystemSetting(context, state, "sleepDisabled", u"SleepDisabled"_s);
     printSystemSetting(context, state, "destroyFVKeyOnStandby", u"DestroyFVKeyOnStandby"_s);
     context.print(u"Currently in use:\n"_s);
-    const Json settings =
-        state.at("sources").value(state.at("activeSource").get<std::string>(), Json::object());
+    const Json settings = state.at("sources").value(state.at("activeSource").get<std::string>(), Json::object());
     for (const auto& [key, value] : settings.items()) {
-        context.print(settingLine(state, QString::fromStdString(key), value) + preventedSuffix(state, key) +
-                      u'\n');
+        context.print(settingLine(state, QString::fromStdString(key), value) + preventedSuffix(state, key) + u'\n');
     }
 }
 

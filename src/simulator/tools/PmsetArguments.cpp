@@ -129,8 +129,7 @@ void Reader::readNext() {
     } else if (settingRules().contains(word)) {
         readSetting(word, settingRules().value(word));
     } else {
-        fail(isBeyondTheSimulation(word) ? PowerChanges::Failure::NotSimulated : PowerChanges::Failure::Usage,
-             word);
+        fail(isBeyondTheSimulation(word) ? PowerChanges::Failure::NotSimulated : PowerChanges::Failure::Usage, word);
     }
 }
 

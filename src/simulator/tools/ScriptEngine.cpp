@@ -43,8 +43,16 @@ int runScriptEngine(ToolContext& context) {
         return 1;
     }
     ProgramAuthorizer authorizer(fromProgram, toProgram);
-    ToolContext script{context.mac, context.tools, authorizer, context.volume, context.arguments, context.environment,
-                       context.workingFolder, {}, {}, {}};
+    ToolContext script{context.mac,
+                       context.tools,
+                       authorizer,
+                       context.volume,
+                       context.arguments,
+                       context.environment,
+                       context.workingFolder,
+                       {},
+                       {},
+                       {}};
     script.faults = context.faults;
     script.journal = context.journal;
     const auto outcome = runScriptOnMac(request.text, script);

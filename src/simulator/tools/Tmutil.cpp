@@ -40,16 +40,14 @@ void printRunning(ToolContext& context, const Json& state) {
     const Json destination = state.value("destination", Json());
     const QString percent = text(state, "percent").isEmpty() ? u"-1"_s : text(state, "percent");
     const QString phase = text(state, "phase").isEmpty() ? u"Copying"_s : text(state, "phase");
-    context.print(entry(4, u"BackupPhase"_s, phase) +
-                  entry(4, u"ClientID"_s, quoted(u"com.apple.backupd"_s)));
+    context.print(entry(4, u"BackupPhase"_s, phase) + entry(4, u"ClientID"_s, quoted(u"com.apple.backupd"_s)));
     if (destination.is_object()) {
         context.print(entry(4, u"DestinationID"_s, quoted(text(destination, "id"))));
         context.print(entry(4, u"DestinationMountPoint"_s, quoted(text(destination, "mountPoint"))));
     }
     context.print(entry(4, u"Percent"_s, quoted(percent)));
     context.print(u"    Progress =     {\n"_s + entry(8, u"Percent"_s, quoted(percent)) + u"    };\n"_s);
-    context.print(entry(4, u"Running"_s, u"1"_s) +
-                  entry(4, u"Stopping"_s, isOn(state, "stopping") ? u"1"_s : u"0"_s));
+    context.print(entry(4, u"Running"_s, u"1"_s) + entry(4, u"Stopping"_s, isOn(state, "stopping") ? u"1"_s : u"0"_s));
 }
 
 int showStatus(ToolContext& context) {

@@ -43,21 +43,19 @@ void readWord(const QString& word, QStringView letters, QStringList& rest, ToolO
 } // namespace
 
 bool ToolOptions::has(QChar letter) const {
-    return std::any_of(given.begin(), given.end(),
-                       [letter](const Given& option) { return option.letter == letter; });
+    return std::any_of(given.begin(), given.end(), [letter](const Given& option) { return option.letter == letter; });
 }
 
 QString ToolOptions::value(QChar letter) const {
-    const auto last = std::find_if(given.rbegin(), given.rend(),
-                                   [letter](const Given& option) { return option.letter == letter; });
+    const auto last =
+        std::find_if(given.rbegin(), given.rend(), [letter](const Given& option) { return option.letter == letter; });
     return last == given.rend() ? QString() : last->value;
 }
 
 ToolOptions parseOptions(const QStringList& arguments, QStringView letters) {
     ToolOptions options;
     QStringList rest = arguments.mid(1);
-    while (!rest.isEmpty() && rest.first().startsWith(u'-') && rest.first() != u"-"_s &&
-           options.complaint.isEmpty()) {
+    while (!rest.isEmpty() && rest.first().startsWith(u'-') && rest.first() != u"-"_s && options.complaint.isEmpty()) {
         const QString word = rest.takeFirst();
         if (word == u"--"_s) {
             break;

@@ -19,8 +19,7 @@ struct ToolOptions {
     };
     std::vector<Given> given; ///< in the order of the line
     QStringList operands;
-    QString
-        complaint; ///< "illegal option -- q" or "option requires an argument -- m"; empty when all is well
+    QString complaint; ///< "illegal option -- q" or "option requires an argument -- m"; empty when all is well
 
     bool has(QChar letter) const;
     /// The value of the last option of this letter.
