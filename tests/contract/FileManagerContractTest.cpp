@@ -137,11 +137,11 @@ TEST_P(FileManagerContract, anErrorNamesThePath) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Disk, FileManagerContract,
-    ::testing::Values(+[]() -> std::unique_ptr<Subject> { return std::make_unique<DiskSubject>(); }));
-INSTANTIATE_TEST_SUITE_P(
-    Simulated, FileManagerContract,
-    ::testing::Values(+[]() -> std::unique_ptr<Subject> { return std::make_unique<SimulatedSubject>(); }));
+INSTANTIATE_TEST_SUITE_P(Disk, FileManagerContract, ::testing::Values(+[]() -> std::unique_ptr<Subject> {
+                             return std::make_unique<DiskSubject>();
+                         }));
+INSTANTIATE_TEST_SUITE_P(Simulated, FileManagerContract, ::testing::Values(+[]() -> std::unique_ptr<Subject> {
+                             return std::make_unique<SimulatedSubject>();
+                         }));
 
 } // namespace quorvane

@@ -42,9 +42,7 @@ public:
     }
 
     /// Every operation of the kind on the path fails from now on.
-    void failOn(Operation operation, const QString& path) {
-        m_failing.insert({operation, keyOf(resolved(path))});
-    }
+    void failOn(Operation operation, const QString& path) { m_failing.insert({operation, keyOf(resolved(path))}); }
     /// The n-th operation that changes something fails, counted from now; 1 is the next one.
     void failAtChange(int number) { m_changesUntilFailure = number; }
     int changes() const { return m_changes; }
@@ -129,8 +127,7 @@ private:
         return path.lastIndexOf(u'/') <= 0 ? QStringLiteral("/") : path.left(path.lastIndexOf(u'/'));
     }
     QString keyOf(const QString& path) const {
-        return m_case == Case::Sensitive ? path
-                                         : path.normalized(QString::NormalizationForm_C).toCaseFolded();
+        return m_case == Case::Sensitive ? path : path.normalized(QString::NormalizationForm_C).toCaseFolded();
     }
 
     const Node* find(const QString& path) const {

@@ -30,8 +30,7 @@ struct ProfileStore {
 /// A profile whose identity is a number. @param day  of January 2026 on which it was made
 inline UnifiedProfile numberedProfile(int number, const QString& name, int day = 1) {
     UnifiedProfile profile;
-    profile.id =
-        QUuid::fromString(QStringLiteral("00000000-0000-4000-8000-%1").arg(number, 12, 10, QChar(u'0')));
+    profile.id = QUuid::fromString(QStringLiteral("00000000-0000-4000-8000-%1").arg(number, 12, 10, QChar(u'0')));
     profile.name = name;
     profile.dateCreated = QDateTime(QDate(2026, 1, day), QTime(12, 0), Qt::UTC);
     return profile;

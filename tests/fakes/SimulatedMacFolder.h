@@ -1,7 +1,7 @@
 #pragma once
 
-#include "simulator/MacSkeleton.h"
 #include "simulator/Authorizer.h"
+#include "simulator/MacSkeleton.h"
 #include "simulator/Tool.h"
 
 #include <QTemporaryDir>
@@ -36,9 +36,10 @@ public:
     /// A run of a command by the user or by root, in the user's home folder.
     ToolContext context(const QStringList& arguments, Actor actor = Actor::User) {
         ToolContext made{mac, tools, authorizer, mac.volume(actor), arguments, {}, mac.homeFolder(actor), {}, {}, {}};
-        made.environment = {{QStringLiteral("HOME"), mac.homeFolder(actor)},
-                            {QStringLiteral("PATH"), QStringLiteral("/usr/bin:/bin:/usr/sbin:/sbin")},
-                            {QStringLiteral("USER"), actor == Actor::Root ? QStringLiteral("root") : mac.machine().userName}};
+        made.environment = {
+            {QStringLiteral("HOME"), mac.homeFolder(actor)},
+            {QStringLiteral("PATH"), QStringLiteral("/usr/bin:/bin:/usr/sbin:/sbin")},
+            {QStringLiteral("USER"), actor == Actor::Root ? QStringLiteral("root") : mac.machine().userName}};
         return made;
     }
 

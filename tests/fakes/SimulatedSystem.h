@@ -38,7 +38,8 @@ class SimulatedSystem : public ::testing::Test {
 protected:
     explicit SimulatedSystem(const QString& description = u"fresh-macbook"_s) {
         const QString file = QStringLiteral(QUORVANE_SOURCE_DIR "/examples/macs/") + description + u".json"_s;
-        macsim::createMac(macFolder(), macsim::macDescriptionFromFile(file), macsim::simulatorTools().keys(), program());
+        macsim::createMac(macFolder(), macsim::macDescriptionFromFile(file), macsim::simulatorTools().keys(),
+                          program());
         start();
     }
 

@@ -8,6 +8,8 @@
 #include "core/Quoting.h"
 
 #include <functional>
+#include <optional>
+#include <utility>
 
 namespace quorvane {
 
@@ -23,8 +25,21 @@ protected:
     bool hasBrokenOut() const { return volume(Actor::Root).exists(kBrokenOut); }
 
     /// Runs a shell line as root, through the AppleScript that the program composes.
-    void runAsRoot(const QString& line) {
-        QCoro::waitFor(system->executeAdminScript(line, u"Please."_s));
+    void runAsRoot(const QString& line) { QCoro::waitFor(system->executeAdminScript(line, u"Please."_s)); }
+    /// Makes anew, inside the Mac: the path of a folder of the host with a file in it, and links to both.
+    void layBait(const QString& outside) const {
+        const macsim::Volume root = volume(Actor::Root);
+        for (const QString& made : {u"/private/tmp"_s, outside, u"/Users/alex"_s, u"/Library"_s}) {
+            root.createFolders(made);
+        }
+        root.write(outside + u"/secret"_s, "twin");
+        for (const auto& [link, target] :
+             {std::pair(u"/Users/alex/out"_s, outside), std::pair(u"/Users/alex/file"_s, outside + u"/secret"_s)}) {
+            if (root.kind(link) != macsim::Volume::Kind::Missing) {
+                root.remove(link);
+            }
+            root.createLink(link, target);
+        }
     }
     /// Runs any AppleScript through the script engine, as the program would.
     ScriptOutcome runScript(const QString& source) {
@@ -34,10 +49,14 @@ protected:
     }
 };
 
-QString unguarded(const QString& text) { return text; }
+QString unguarded(const QString& text) {
+    return text;
+}
 
 /// Quotes without the doubling of backslashes, which is the easy mistake.
-QString onlyQuotesEscaped(QString text) { return text.replace(u'"', u"\\\""_s); }
+QString onlyQuotesEscaped(QString text) {
+    return text.replace(u'"', u"\\\""_s);
+}
 
 QString scriptWith(const std::function<QString(QString)>& quoting, const QString& line) {
     return u"do shell script \""_s + quoting(line) + u"\" with administrator privileges"_s;
@@ -46,12 +65,9 @@ QString scriptWith(const std::function<QString(QString)>& quoting, const QString
 } // namespace
 
 TEST_F(HostileText, aValueInAShellLineStaysAValue) {
-    const QStringList values{u"; touch /Library/broken-out"_s,
-                             u"$(touch /Library/broken-out)"_s,
-                             u"`touch /Library/broken-out`"_s,
-                             u"x\ntouch /Library/broken-out\n"_s,
-                             u"& touch /Library/broken-out"_s,
-                             u"| touch /Library/broken-out"_s,
+    const QStringList values{u"; touch /Library/broken-out"_s, u"$(touch /Library/broken-out)"_s,
+                             u"`touch /Library/broken-out`"_s, u"x\ntouch /Library/broken-out\n"_s,
+                             u"& touch /Library/broken-out"_s, u"| touch /Library/broken-out"_s,
                              u"> /Library/broken-out"_s};
     for (const QString& value : values) {
         runAsRoot(u"echo "_s + shellWord(value) + u" > /dev/null"_s);
@@ -60,11 +76,6 @@ TEST_F(HostileText, aValueInAShellLineStaysAValue) {
         EXPECT_TRUE(hasBrokenOut()) << "without the guard: " << value.toStdString();
         runAsRoot(u"rm -f /Library/broken-out"_s);
     }
-}
-
-TEST_F(HostileText, aValueThatLooksLikeAnOptionIsNone) {
-    volume().write(u"/tmp/-n"_s, "x");
-    EXPECT_EQ(shellWord(u"-n"_s), u"'-n'"_s);
 }
 
 TEST_F(HostileText, aSingleQuoteDoesNotEndTheQuotedWord) {
@@ -93,7 +104,8 @@ TEST_F(HostileText, aBackslashBeforeAQuoteDoesNotEndTheScriptsLiteral) {
 }
 
 TEST_F(HostileText, aQuoteDoesNotEndTheScriptsLiteral) {
-    const QString line = u"echo \" & (do shell script \"touch /Library/broken-out\" with administrator privileges) & \""_s;
+    const QString line =
+        u"echo \" & (do shell script \"touch /Library/broken-out\" with administrator privileges) & \""_s;
     runScript(scriptWith(appleScriptText, line));
     EXPECT_FALSE(hasBrokenOut());
     runScript(scriptWith(unguarded, line));
@@ -126,24 +138,52 @@ TEST_F(HostileText, aSecondRunOfAProfileWithAQuoteInItsNameApplies) {
     EXPECT_EQ(authorization.prompts().last(), u"Quorvane is applying system changes."_s);
 }
 
+TEST_F(HostileText, aDoubleQuoteReachesTheShellIntact) {
+    runAsRoot(u"echo \"a  b\" > /Library/quoted"_s);
+    EXPECT_EQ(volume(Actor::Root).read(u"/Library/quoted"_s), "a  b\n");
+}
+
 TEST_F(HostileText, nothingThatRootRunsReachesTheHost) {
+    // Each line has a way to the secret on the host, should a path or a link ever lead out of the Mac. What it reaches
+    // instead is the twin: the file at the same path inside.
     QFile secret(folder.path() + u"/secret"_s);
     ASSERT_TRUE(secret.open(QIODevice::WriteOnly));
     secret.write("host");
     secret.close();
-    volume().createLink(u"/Users/alex/out"_s, folder.path());
-    volume().createLink(u"/Users/alex/file"_s, folder.path() + u"/secret"_s);
-    for (const QString& line :
-         {u"rm -rf /"_s, u"rm -rf /*"_s, u"rm -rf /../../../../../../../.."_s + folder.path() + u"/secret"_s,
-          u"cd /Users/alex/out; rm -rf *"_s, u"echo gone > /Users/alex/file"_s, u"mv /Users/alex/file/../secret /tmp/x"_s,
-          u"rm -rf "_s + folder.path(), u"cat < ../../../../secret > /Library/copy"_s}) {
+    // The root of the disk is sealed; only the host can put a file there.
+    QFile top(macFolder() + u"/secret"_s);
+    ASSERT_TRUE(top.open(QIODevice::WriteOnly));
+    top.write("top");
+    top.close();
+    const QString outside = folder.path();
+    const QString twin = outside + u"/secret"_s;
+    const std::optional<QByteArray> gone;
+    const struct {
+        QString line;
+        QString path; ///< where the Mac shows that the line ran
+        std::optional<QByteArray> content;
+    } cases[] = {{u"rm -rf "_s + outside, twin, gone},
+                 {u"rm -rf /../../../../../../../.."_s + twin, twin, gone},
+                 {u"cd /Users/alex/out; rm -rf *"_s, twin, gone},
+                 {u"rm -rf /Users/alex/out/secret"_s, twin, gone},
+                 {u"echo gone > /Users/alex/file"_s, twin, "gone\n"},
+                 {u"mv /Users/alex/out/../"_s + QFileInfo(outside).fileName() + u"/secret /Library/moved"_s,
+                  u"/Library/moved"_s, "twin"},
+                 {u"cat < /Users/alex/file > /Library/copy"_s, u"/Library/copy"_s, "twin"},
+                 {u"cat < ../../../../secret > /Library/copy"_s, u"/Library/copy"_s, "top"},
+                 {u"rm -rf /*"_s, twin, gone},
+                 {u"rm -rf / || echo refused > /Library/refused"_s, u"/Library/refused"_s, "refused\n"}};
+    for (const auto& [line, path, content] : cases) {
+        SCOPED_TRACE(line.toStdString());
+        layBait(outside);
         runAsRoot(line);
-        ASSERT_TRUE(secret.open(QIODevice::ReadOnly)) << line.toStdString();
-        EXPECT_EQ(secret.readAll(), "host") << line.toStdString();
+        ASSERT_TRUE(secret.open(QIODevice::ReadOnly));
+        EXPECT_EQ(secret.readAll(), "host");
         secret.close();
+        const macsim::Volume root = volume(Actor::Root);
+        EXPECT_EQ(root.exists(path) ? std::optional(root.read(path)) : std::nullopt, content);
     }
     EXPECT_TRUE(QFile::exists(macFolder() + u"/usr/bin/pmset"_s));
-    EXPECT_FALSE(volume(Actor::Root).exists(u"/Library/LaunchAgents"_s)) << "rm -rf / spared what root may remove";
 }
 
 TEST_F(HostileText, rootsDefaultsWriteRootsPreferences) {

@@ -24,7 +24,8 @@ const QString kPreferences = u"/Users/alex/Library/Preferences/"_s;
 const QString kUserChanges =
     u"~ /Users/alex/Library/Preferences/.GlobalPreferences.plist NSAppSleepDisabled: <false/> → <true/>\n"
     "- /Users/alex/Library/Preferences/.GlobalPreferences.plist NSQuitAlwaysKeepsWindows: <true/>\n"
-    "~ /Users/alex/Library/Preferences/ByHost/com.apple.notificationcenterui.5C1A9B3E-7D42-5F60-8E21-4A6B0C9D3E17.plist "
+    "~ "
+    "/Users/alex/Library/Preferences/ByHost/com.apple.notificationcenterui.5C1A9B3E-7D42-5F60-8E21-4A6B0C9D3E17.plist "
     "doNotDisturb: <false/> → <true/>\n"
     "+ /Users/alex/Library/Preferences/com.ableton.live.plist: file\n"
     "+ /Users/alex/Library/Preferences/com.ableton.live.plist NSAppSleepDisabled: <true/>\n"
@@ -46,8 +47,7 @@ TEST_F(ProfileOnSimulatedMac, aWholeProfileIsAppliedUnderOnePromptAndVerified) {
     const macsim::MacPicture before = picture();
     EXPECT_TRUE(apply(exampleProfile(u"live-set"_s)));
     EXPECT_EQ(log(), QString::fromUtf8(projectFile(u"tests/flows/live-set-applied.log"_s)));
-    EXPECT_EQ(authorization.prompts(),
-              QStringList(u"Quorvane needs your administrator password to apply Live Set."_s));
+    EXPECT_EQ(authorization.prompts(), QStringList(u"Quorvane needs your administrator password to apply Live Set."_s));
     EXPECT_EQ(picture().changesSince(before),
               u"~ /Library/Preferences/com.apple.TimeMachine.plist AutoBackup: <true/> → <false/>\n"_s + kUserChanges +
                   u"+ /Users/alex/Library/Preferences/com.quorvane.app.plist: file\n"
@@ -73,10 +73,9 @@ TEST_F(ProfileOnSimulatedMac, aCancelledPromptLeavesTheSystemSettingsAlone) {
     const macsim::MacPicture before = picture();
     EXPECT_FALSE(apply(exampleProfile(u"live-set"_s)));
     EXPECT_EQ(picture().changesSince(before),
-              kUserChanges +
-                  u"+ state launchd/jobs/gui~1501/com.apple.notificationcenterui.agent/lastExitStatus: -15\n"
-                  "~ state launchd/jobs/gui~1501/com.apple.notificationcenterui.agent/pid: 418 → 419\n"
-                  "~ state processes/5/pid: 418 → 419\n"_s);
+              kUserChanges + u"+ state launchd/jobs/gui~1501/com.apple.notificationcenterui.agent/lastExitStatus: -15\n"
+                             "~ state launchd/jobs/gui~1501/com.apple.notificationcenterui.agent/pid: 418 → 419\n"
+                             "~ state processes/5/pid: 418 → 419\n"_s);
     EXPECT_TRUE(log().contains(u"  [ERROR] Administrator authorization was cancelled or failed: User canceled.\n"_s));
     EXPECT_TRUE(log().endsWith(u"\n\n[PROFILE] Live Set apply failed or was cancelled — check logs.\n"_s));
 }
@@ -167,7 +166,7 @@ TEST_F(ProfileOnDjLaptop, withoutFullDiskAccessTimeMachineRunsOnAndTheRestIsAppl
     EXPECT_TRUE(log().contains(u"  [OK] USB Power — sleep disabled\n"_s));
 }
 
-// ---- Tools that misbehave ------------------------------------------------------------------------------------------
+// ---- Tools that misbehave
 
 TEST_F(ProfileOnSimulatedMac, aToolThatFailsLeavesTheOthersRunning) {
     start(R"([{"tool": "pmset", "arguments": "^-a", "status": 1, "error": "pmset: broken\n"}])");
@@ -216,8 +215,7 @@ TEST_F(ProfileOnSimulatedMac, aToolThatDiesIsNoSuccess) {
 TEST_F(ProfileOnSimulatedMac, aScriptEngineThatDiesIsAFailedRunWithoutAMessage) {
     start(R"([{"tool": "mdutil", "arguments": "-i", "signal": 9}])");
     EXPECT_FALSE(apply(exampleProfile(u"live-set"_s)));
-    EXPECT_TRUE(log().contains(
-        u"  [ERROR] Administrator authorization was cancelled or failed: Unknown error\n"_s));
+    EXPECT_TRUE(log().contains(u"  [ERROR] Administrator authorization was cancelled or failed: Unknown error\n"_s));
 }
 
 TEST_F(ProfileOnSimulatedMac, aFullDiskKeepsTheOldPreferences) {

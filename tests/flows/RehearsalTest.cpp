@@ -60,6 +60,27 @@ protected:
     QTemporaryDir folder;
 };
 
+QByteArray contentOf(const QString& hostPath) {
+    QFile file(hostPath);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+/// Where Linux names the children of a process.
+QString childrenFile(qint64 process) {
+    return u"/proc/%1/task/%1/children"_s.arg(process);
+}
+
+/// The first child of a process that runs this command; 0 where there is none.
+pid_t childRunning(const QByteArray& command, qint64 process) {
+    const QList<QByteArray> children = contentOf(childrenFile(process)).simplified().split(' ');
+    for (const QByteArray& child : children) {
+        if (contentOf(u"/proc/%1/comm"_s.arg(QString::fromLatin1(child))).trimmed() == command) {
+            return child.toInt();
+        }
+    }
+    return 0;
+}
+
 } // namespace
 
 TEST_F(RehearsalTest, applyLeavesEveryTweakInForceAndDefaultTakesThemBack) {
@@ -91,12 +112,14 @@ TEST_F(RehearsalTest, applyLeavesEveryTweakInForceAndDefaultTakesThemBack) {
 
 TEST_F(RehearsalTest, applySavesTheProfileFirst) {
     EXPECT_EQ(rehearse({u"apply"_s, example(u"club-night-2023"_s)}).status, 0);
-    const QByteArray saved = shell(u"cat ~/'Library/Application Support/Quorvane/UnifiedProfiles/Club Night 2023.json'"_s);
+    const QByteArray saved =
+        shell(u"cat ~/'Library/Application Support/Quorvane/UnifiedProfiles/Club Night 2023.json'"_s);
     EXPECT_TRUE(decodeProfile(saved).hasSameContent(exampleProfile(u"club-night-2023"_s)));
 }
 
 TEST_F(RehearsalTest, aCancelledPromptEndsWithStatusOne) {
-    const Ending run = start({u"--mac"_s, macFolder(), u"--authorize"_s, u"cancel"_s, u"apply"_s, example(u"live-set"_s)});
+    const Ending run =
+        start({u"--mac"_s, macFolder(), u"--authorize"_s, u"cancel"_s, u"apply"_s, example(u"live-set"_s)});
     EXPECT_EQ(run.status, 1);
     EXPECT_TRUE(run.output.contains("  [ERROR] Administrator authorization was cancelled or failed: User canceled.\n"));
     EXPECT_TRUE(run.output.endsWith("\n[PROFILE] Live Set apply failed or was cancelled — check logs.\n"));
@@ -114,7 +137,18 @@ TEST_F(RehearsalTest, theDefaultProfileTakesTheRoadOfDefault) {
     profile.name = u"dEfAuLt"_s;
     const Ending run = rehearse({u"apply"_s, file(u"default.json"_s, encodeProfile(profile))});
     EXPECT_EQ(run.status, 0);
-    EXPECT_TRUE(run.output.startsWith("\nUndoing Audio Performance tweaks (no snapshot — using standard defaults)...\n"));
+    EXPECT_TRUE(
+        run.output.startsWith("\nUndoing Audio Performance tweaks (no snapshot — using standard defaults)...\n"));
+    EXPECT_EQ(shell(u"ls ~/'Library/Application Support'"_s), "");
+}
+
+TEST_F(RehearsalTest, blanksAroundTheNameOfTheDefaultProfileDoNotCount) {
+    UnifiedProfile profile = exampleProfile(u"live-set"_s);
+    profile.name = u" Default "_s;
+    const Ending run = rehearse({u"apply"_s, file(u"default.json"_s, encodeProfile(profile))});
+    EXPECT_EQ(run.status, 0);
+    EXPECT_TRUE(
+        run.output.startsWith("\nUndoing Audio Performance tweaks (no snapshot — using standard defaults)...\n"));
     EXPECT_EQ(shell(u"ls ~/'Library/Application Support'"_s), "");
 }
 
@@ -156,13 +190,14 @@ TEST_F(RehearsalTest, withoutAMacItUsesATemporaryOneAndRemovesIt) {
 
 TEST_F(RehearsalTest, theJournalIsWrittenWhereItWasAskedFor) {
     const QString journal = folder.path() + u"/journal.jsonl"_s;
-    EXPECT_EQ(start({u"--mac"_s, macFolder(), u"--journal"_s, journal, u"tweaks"_s, example(u"studio-day"_s)}).status, 0);
+    EXPECT_EQ(start({u"--mac"_s, macFolder(), u"--journal"_s, journal, u"tweaks"_s, example(u"studio-day"_s)}).status,
+              0);
     QFile made(journal);
     ASSERT_TRUE(made.open(QIODevice::ReadOnly));
     EXPECT_TRUE(made.readAll().contains(R"({"authorization":"allow","prompt":"Quorvane needs your administrator )"));
 }
 
-// ---- Refusals ------------------------------------------------------------------------------------------------------
+// ---- Refusals
 
 TEST_F(RehearsalTest, whatCannotBeAppliedYetIsRefusedAndChangesNothing) {
     UnifiedProfile profile = exampleProfile(u"rehearsal"_s);
@@ -171,7 +206,7 @@ TEST_F(RehearsalTest, whatCannotBeAppliedYetIsRefusedAndChangesNothing) {
     profile.settings.cleanReboot = false;
     profile.startup.disableNetworkAtStartup = true;
     const QString startup = file(u"startup.json"_s, encodeProfile(profile));
-    for (const QString& command : {u"apply"_s, u"tweaks"_s}) {
+    for (const QString& command : {u"apply"_s, u"tweaks"_s, u"verify"_s}) {
         expectRefused({command, reboot}, reboot.toUtf8() + ": \"Start Clean on Reboot\" can't be applied yet\n");
         expectRefused({command, startup}, startup.toUtf8() + ": startup changes can't be applied yet\n");
     }
@@ -213,6 +248,33 @@ TEST_F(RehearsalTest, aFileThatMayNotBeReadIsRefused) {
     }
 }
 
+TEST_F(RehearsalTest, aPipeIsRefusedAtOnce) {
+    // Nobody writes into it: who waits for its end waits for ever.
+    const QString pipe = folder.path() + u"/pipe.json"_s;
+    ASSERT_EQ(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+    for (const QString& command : {u"apply"_s, u"tweaks"_s, u"verify"_s}) {
+        expectRefused({command, pipe}, pipe.toUtf8() + ": Not a regular file\n");
+    }
+}
+
+TEST_F(RehearsalTest, aNameThatNoFileCanBearIsRefused) {
+    UnifiedProfile profile = exampleProfile(u"rehearsal"_s);
+    for (const QString& name : {u""_s, u"   "_s, u" \0\0 "_s}) {
+        profile.name = name;
+        const QString unnamed = file(u"unnamed.json"_s, encodeProfile(profile));
+        expectRefused({u"apply"_s, unnamed}, unnamed.toUtf8() + ": Profile name is invalid.\n");
+    }
+}
+
+TEST_F(RehearsalTest, aComplaintAboutAKeyIsOneLineWithoutControlCharacters) {
+    macsim::Json profile = macsim::Json::parse(projectFile(u"examples/profiles/live-set.json"_s).toStdString());
+    profile["settings"]["customIcons"] = {{"bad\nkey\x1b[2J", 1}};
+    const QString hostile = file(u"hostile.json"_s, QByteArray::fromStdString(profile.dump()));
+    expectRefused({u"apply"_s, hostile}, hostile.toUtf8() +
+                                             ": not a profile: \"settings.customIcons.bad\\nkey\\u001b[2J\": "
+                                             "not a string\n");
+}
+
 TEST_F(RehearsalTest, unusableArgumentsAreRefused) {
     const struct {
         QStringList arguments;
@@ -235,12 +297,14 @@ TEST_F(RehearsalTest, unusableArgumentsAreRefused) {
 TEST_F(RehearsalTest, aFolderThatIsNoMacIsRefused) {
     const Ending run = start({u"--mac"_s, folder.path(), u"default"_s});
     EXPECT_EQ(run.status, 2);
-    EXPECT_EQ(run.error, "quorvane-rehearsal: " + folder.path().toUtf8() + ": there is no simulated Mac in this folder\n");
+    EXPECT_EQ(run.error,
+              "quorvane-rehearsal: " + folder.path().toUtf8() + ": there is no simulated Mac in this folder\n");
 }
 
 TEST_F(RehearsalTest, newRefusesAFolderThatIsNotEmptyAndADescriptionThatIsNone) {
     expectRefused({u"new"_s}, "quorvane-rehearsal: " + macFolder().toUtf8() + ": the folder isn't empty\n");
-    const QString bad = file(u"bad.json"_s, R"({"machine": {"userName": "alex"}, "preferences": {"user": {"d": {"k": null}}}})");
+    const QString bad =
+        file(u"bad.json"_s, R"({"machine": {"userName": "alex"}, "preferences": {"user": {"d": {"k": null}}}})");
     const Ending run = start({u"--mac"_s, folder.path() + u"/Other"_s, u"new"_s, bad});
     EXPECT_EQ(run.status, 2);
     EXPECT_TRUE(run.error.startsWith("quorvane-rehearsal: the Mac can't be made: ")) << run.error.toStdString();
@@ -259,14 +323,16 @@ TEST_F(RehearsalTest, everyExampleMacCanBeMade) {
         const QString description = QStringLiteral(QUORVANE_SOURCE_DIR "/examples/macs/") + name + u".json"_s;
         const Ending run = start({u"--mac"_s, folder.path() + u'/' + name, u"new"_s, description});
         EXPECT_EQ(run.status, 0) << run.error.toStdString();
-        EXPECT_EQ(start({u"--mac"_s, folder.path() + u'/' + name, u"shell"_s, u"pmset -g custom > /dev/null"_s}).status, 0);
+        EXPECT_EQ(start({u"--mac"_s, folder.path() + u'/' + name, u"shell"_s, u"pmset -g custom > /dev/null"_s}).status,
+                  0);
     }
 }
 
-// ---- When things go wrong ------------------------------------------------------------------------------------------
+// ---- When things go wrong
 
 TEST_F(RehearsalTest, aProfilesFolderThatCannotBeWrittenAppliesNothing) {
-    const QString faults = file(u"faults.json"_s, R"([{"adapter": "files", "change": 1, "error": "Permission denied"}])");
+    const QString faults =
+        file(u"faults.json"_s, R"([{"adapter": "files", "change": 1, "error": "Permission denied"}])");
     const macsim::MacPicture before(macFolder());
     const Ending run = start({u"--mac"_s, macFolder(), u"--faults"_s, faults, u"apply"_s, example(u"live-set"_s)});
     EXPECT_EQ(run.status, 1);
@@ -285,8 +351,8 @@ TEST_F(RehearsalTest, aProcessKilledAtAnyChangeOfASaveLosesNoProfile) {
     const QString profiles = macFolder() + u"/Users/alex/Library/Application Support/Quorvane/UnifiedProfiles"_s;
     int kills = 0;
     for (int change = 1; change < 20; ++change) {
-        const QString faults = file(
-            u"faults.json"_s, R"([{"adapter": "files", "kill": true, "change": )" + QByteArray::number(change) + "}]");
+        const QString faults = file(u"faults.json"_s, R"([{"adapter": "files", "kill": true, "change": )" +
+                                                          QByteArray::number(change) + "}]");
         const Ending run = start({u"--mac"_s, macFolder(), u"--faults"_s, faults, u"apply"_s, renamed});
         kills += run.status == -1 ? 1 : 0;
         int readable = 0;
@@ -319,6 +385,22 @@ TEST_F(RehearsalTest, aTerminationEndsAHangingToolAndTheFlow) {
     EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
     EXPECT_EQ(process.exitCode(), 1);
     EXPECT_TRUE(process.readAllStandardOutput().endsWith("apply failed or was cancelled — check logs.\n"));
+}
+
+TEST_F(RehearsalTest, aTerminationEndsAShellThatHangs) {
+    const QString faults = file(u"faults.json"_s, R"([{"tool": "pmset", "hang": true}])");
+    QProcess process;
+    process.start(QStringLiteral(REHEARSAL_PROGRAM),
+                  {u"--mac"_s, macFolder(), u"--faults"_s, faults, u"shell"_s, u"pmset -g"_s});
+    ASSERT_TRUE(process.waitForStarted(60000));
+    pid_t child = 0;
+    if (QFile::exists(childrenFile(process.processId()))) {
+        processEventsUntil([&] { return (child = childRunning("sh", process.processId())) != 0; });
+    }
+    process.terminate();
+    ASSERT_TRUE(process.waitForFinished(60000));
+    EXPECT_FALSE(process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0);
+    EXPECT_TRUE(child == 0 || ::kill(child, SIGKILL) != 0) << "the shell is still there";
 }
 
 } // namespace quorvane

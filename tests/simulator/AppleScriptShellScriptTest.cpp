@@ -6,10 +6,9 @@ namespace macsim {
 
 TEST(AppleScriptShellScript, anAdministratorLineReachesTheHostAsItWasMeant) {
     FakeScriptHost host;
-    resultOf(
-        uR"(do shell script "pmset -a standby 0 ; rm -rf \"/x\"" with prompt )"
-        uR"("Quorvane needs your administrator password to apply Live." with administrator privileges)"_s,
-        host);
+    resultOf(uR"(do shell script "pmset -a standby 0 ; rm -rf \"/x\"" with prompt )"
+             uR"("Quorvane needs your administrator password to apply Live." with administrator privileges)"_s,
+             host);
     ASSERT_EQ(host.requests.size(), 1U);
     EXPECT_EQ(host.requests[0].line, uR"(pmset -a standby 0 ; rm -rf "/x")"_s);
     EXPECT_TRUE(host.requests[0].withAdministratorPrivileges);
@@ -72,8 +71,7 @@ TEST(AppleScriptShellScript, lineEndingsOfTheOutputAreAltered) {
     FakeScriptHost host;
     host.outcome.output = "AAA\nBBB\r\nCCC\n\n";
     EXPECT_EQ(resultOf(u"do shell script \"x\""_s, host).text, u"AAA\rBBB\rCCC\r"_s);
-    EXPECT_EQ(resultOf(u"do shell script \"x\" without altering line endings"_s, host).text,
-              u"AAA\nBBB\r\nCCC\n\n"_s);
+    EXPECT_EQ(resultOf(u"do shell script \"x\" without altering line endings"_s, host).text, u"AAA\nBBB\r\nCCC\n\n"_s);
 }
 
 TEST(AppleScriptShellScript, aSilentLineGivesAnEmptyText) {
@@ -96,8 +94,7 @@ TEST(AppleScriptShellScript, aStatusIsAnErrorWithTheWordsOfTheLine) {
     host.outcome = {1, "said on output\nmore\n", ""};
     EXPECT_EQ(errorOf(u"do shell script \"foo\""_s, host).message, u"said on output\rmore"_s);
     host.outcome = {3, "", ""};
-    EXPECT_EQ(errorOf(u"do shell script \"foo\""_s, host).message,
-              u"The command exited with a non-zero status."_s);
+    EXPECT_EQ(errorOf(u"do shell script \"foo\""_s, host).message, u"The command exited with a non-zero status."_s);
 }
 
 TEST(AppleScriptShellScript, aRefusalOfTheHostCanBeCaught) {

@@ -44,8 +44,8 @@ TEST(AppleScriptStatement, aScriptMayHaveNoValue) {
 
 TEST(AppleScriptStatement, everyLineEndSeparatesStatements) {
     for (const QString& lineEnd : {u"\n"_s, u"\r"_s, u"\r\n"_s}) {
-        EXPECT_EQ(valueOf(u"set x to 1"_s + lineEnd + u"if x is 1 then"_s + lineEnd + u"set x to 2"_s +
-                          lineEnd + u"end if"_s + lineEnd + u"x"_s),
+        EXPECT_EQ(valueOf(u"set x to 1"_s + lineEnd + u"if x is 1 then"_s + lineEnd + u"set x to 2"_s + lineEnd +
+                          u"end if"_s + lineEnd + u"x"_s),
                   "2");
     }
 }
@@ -59,8 +59,7 @@ TEST(AppleScriptStatement, namesIgnoreCaseAndBars) {
 }
 
 TEST(AppleScriptStatement, anUndefinedVariableIsAnError) {
-    EXPECT_EQ(errorOf(u"1 + Foo"_s),
-              (ScriptError{-2753, u"The variable Foo is not defined."_s, 4, 7, false}));
+    EXPECT_EQ(errorOf(u"1 + Foo"_s), (ScriptError{-2753, u"The variable Foo is not defined."_s, 4, 7, false}));
     EXPECT_EQ(errorOf(u"result"_s).number, -2753);
 }
 
@@ -100,8 +99,7 @@ TEST(AppleScriptStatement, onlyListsAndTextsAreLoopedOver) {
 }
 
 TEST(AppleScriptStatement, theVariableOfALoopOverAListIsAReference) {
-    const QString loop =
-        u"repeat with x in {\"a\", \"b\"}\nif %1 is \"B\" then return \"found\"\nend repeat\n0"_s;
+    const QString loop = u"repeat with x in {\"a\", \"b\"}\nif %1 is \"B\" then return \"found\"\nend repeat\n0"_s;
     EXPECT_EQ(valueOf(loop.arg(u"x"_s)), "0");
     EXPECT_EQ(valueOf(loop.arg(u"contents of x"_s)), "\"found\"");
     EXPECT_EQ(valueOf(loop.arg(u"(x as text)"_s)), "\"found\"");
@@ -160,8 +158,7 @@ TEST(AppleScriptStatement, valuesNestOnlySoDeep) {
         EXPECT_EQ(error.number, -2706) << wrap.toStdString();
         EXPECT_EQ(error.message, u"Stack overflow."_s);
     }
-    const QString references =
-        u"set l to {}\nrepeat\nrepeat with x in {l}\nset l to {x}\nend repeat\nend repeat"_s;
+    const QString references = u"set l to {}\nrepeat\nrepeat with x in {l}\nset l to {x}\nend repeat\nend repeat"_s;
     EXPECT_EQ(errorOf(references).number, -2706);
 }
 

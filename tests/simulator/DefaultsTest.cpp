@@ -62,8 +62,7 @@ protected:
             u"^\\d{4}-\\d{2}-\\d{2} \\d{2}:\\d{2}:\\d{2}\\.\\d{3} defaults\\[\\d+:\\d+\\] "_s);
         const int status = runDefaults(context);
         const QString error = QString::fromUtf8(context.error);
-        EXPECT_TRUE(error.isEmpty() || status == 255 || error.contains(header))
-            << context.error.toStdString();
+        EXPECT_TRUE(error.isEmpty() || status == 255 || error.contains(header)) << context.error.toStdString();
         return {status, context.output.toStdString(), QString(error).remove(header).toStdString()};
     }
 
@@ -101,10 +100,7 @@ TEST_F(DefaultsTest, writtenTypesAreStoredAndPrinted) {
          std::numeric_limits<qint64>::min(),
          "-9223372036854775808",
          "integer"},
-        {{u"-int"_s, u"99999999999999999999"_s},
-         std::numeric_limits<qint64>::max(),
-         "9223372036854775807",
-         "integer"},
+        {{u"-int"_s, u"99999999999999999999"_s}, std::numeric_limits<qint64>::max(), "9223372036854775807", "integer"},
         {{u"-int"_s, u"12abc"_s}, 12, "12", "integer"},
         {{u"-int"_s, u"abc"_s}, 0, "0", "integer"},
         {{u"-float"_s, u"0.5"_s}, 0.5, "0.5", "float"},
@@ -168,8 +164,8 @@ TEST_F(DefaultsTest, aWrongCommandLinePrintsTheUsageAndChangesNothing) {
 }
 
 TEST_F(DefaultsTest, whatTheSimulatedMacLacksFailsLoudly) {
-    for (const char16_t* words : {u"find word", u"import com.example -", u"export com.example -",
-                                  u"read -app Safari", u"-host elsewhere read com.example"}) {
+    for (const char16_t* words : {u"find word", u"import com.example -", u"export com.example -", u"read -app Safari",
+                                  u"-host elsewhere read com.example"}) {
         const Result result = line(words);
         EXPECT_EQ(result.status, 255);
         EXPECT_NE(result.message.find("not possible on this simulated Mac"), std::string::npos);
@@ -264,12 +260,10 @@ TEST_F(DefaultsTest, additionsMergeIntoWhatIsThere) {
 
 TEST_F(DefaultsTest, additionsToAnotherTypeChangeNothing) {
     line(u"write com.apple.ncprefs dnd_prefs -data 0102");
-    EXPECT_EQ(
-        line(u"write com.apple.ncprefs.plist dnd_prefs -dict-add dnd_enabled -bool true"),
-        failure("Value for key dnd_prefs is not a dictionary; cannot append.  Leaving defaults unchanged."));
-    EXPECT_EQ(
-        line(u"write com.apple.ncprefs dnd_prefs -array-add x"),
-        failure("Value for key dnd_prefs is not an array; cannot append.  Leaving defaults unchanged."));
+    EXPECT_EQ(line(u"write com.apple.ncprefs.plist dnd_prefs -dict-add dnd_enabled -bool true"),
+              failure("Value for key dnd_prefs is not a dictionary; cannot append.  Leaving defaults unchanged."));
+    EXPECT_EQ(line(u"write com.apple.ncprefs dnd_prefs -array-add x"),
+              failure("Value for key dnd_prefs is not an array; cannot append.  Leaving defaults unchanged."));
     EXPECT_EQ(line(u"read com.apple.ncprefs dnd_prefs"), success("{length = 2, bytes = 0x0102}\n"));
 }
 
@@ -287,8 +281,7 @@ TEST_F(DefaultsTest, theCurrentHostHasItsOwnValues) {
     EXPECT_EQ(line(u"read com.example key"), missingPair("com.example", "key"));
     EXPECT_EQ(line(u"-currentHost read com.example key"), success("1\n"));
     EXPECT_EQ(line(u"-host MacBook read com.example key"), success("1\n"));
-    EXPECT_EQ(line(u"-currentHost read /Users/alex/Library/Preferences/ByHost/com.example key"),
-              success("1\n"));
+    EXPECT_EQ(line(u"-currentHost read /Users/alex/Library/Preferences/ByHost/com.example key"), success("1\n"));
     EXPECT_EQ(line(u"-currentHost delete ~/Library/Preferences/ByHost/com.example key"), success());
     EXPECT_EQ(line(u"-currentHost read com.example key"), missingPair("com.example", "key"));
 }
@@ -312,18 +305,15 @@ TEST_F(DefaultsTest, aRefusedWriteNamesTheDomainOnTheHeadersLine) {
               failure("Could not write domain /Library/Preferences/x; exiting"));
     EXPECT_EQ(line(u"write /Library/Preferences/x key 1", Actor::Root), success());
     EXPECT_EQ(line(u"delete /Library/Preferences/x key"), notFound("/Library/Preferences/x"));
-    EXPECT_EQ(line(u"rename /Library/Preferences/x key new"),
-              failure("Failed to write domain /Library/Preferences/x"));
+    EXPECT_EQ(line(u"rename /Library/Preferences/x key new"), failure("Failed to write domain /Library/Preferences/x"));
     EXPECT_EQ(line(u"read /Library/Preferences/x key"), success("1\n"));
-    EXPECT_EQ(line(u"read /var/root/Library/Preferences/x key"),
-              missingPair("/var/root/Library/Preferences/x", "key"));
+    EXPECT_EQ(line(u"read /var/root/Library/Preferences/x key"), missingPair("/var/root/Library/Preferences/x", "key"));
 }
 
 TEST_F(DefaultsTest, aFullDiskRefusesAndKeepsTheOldValue) {
     line(u"write com.example key 1");
     line(u"write -g key 1");
-    for (const auto& [domain, name] :
-         {std::pair{u"com.example"_s, "com.example"}, {u"-g"_s, "Apple Global Domain"}}) {
+    for (const auto& [domain, name] : {std::pair{u"com.example"_s, "com.example"}, {u"-g"_s, "Apple Global Domain"}}) {
         ToolContext context = folder.context({u"defaults"_s, u"write"_s, domain, u"key"_s, u"2"_s});
         context.volume = context.volume.full();
         EXPECT_EQ(finished(context), failure("Could not write domain " + std::string(name) + "; exiting"));

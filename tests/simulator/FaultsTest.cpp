@@ -63,7 +63,8 @@ TEST_F(FaultsTest, aPatternLooksAtTheArguments) {
 }
 
 TEST_F(FaultsTest, theFirstRuleThatMatchesCounts) {
-    const Json rules = Json::array({{{"tool", "say"}, {"arguments", "a"}, {"status", 3}}, {{"tool", "say"}, {"status", 4}}});
+    const Json rules =
+        Json::array({{{"tool", "say"}, {"arguments", "a"}, {"status", 3}}, {{"tool", "say"}, {"status", 4}}});
     EXPECT_EQ(run({u"say"_s, u"a"_s}, rules).status, 3);
     EXPECT_EQ(run({u"say"_s, u"b"_s}, rules).status, 4);
 }
@@ -90,9 +91,10 @@ TEST_F(FaultsTest, rulesForAdaptersAreNotForTools) {
 }
 
 TEST_F(FaultsTest, whatIsNotUnderstoodIsRefused) {
-    for (const Json& rules : {Json::object(), Json::array({1}), Json::array({{{"status", 1}}}),
-                              Json::array({{{"tool", "x"}, {"boom", 1}}}), Json::array({{{"tool", "x"}, {"arguments", "("}}}),
-                              Json::array({{{"tool", 3}}}), Json::array({{{"tool", "x"}, {"hang", "yes"}}})}) {
+    for (const Json& rules :
+         {Json::object(), Json::array({1}), Json::array({{{"status", 1}}}), Json::array({{{"tool", "x"}, {"boom", 1}}}),
+          Json::array({{{"tool", "x"}, {"arguments", "("}}}), Json::array({{{"tool", 3}}}),
+          Json::array({{{"tool", "x"}, {"hang", "yes"}}})}) {
         EXPECT_THROW(Faults{rules}, std::invalid_argument) << rules.dump();
     }
     EXPECT_THROW(Faults::fromFile(u"/no/such/file"_s), std::invalid_argument);

@@ -85,20 +85,17 @@ TEST_F(Rm, goesOnAfterAFailure) {
 }
 
 TEST_F(Rm, refusesTheRootAndTheDots) {
-    EXPECT_EQ(run(runRm, {u"rm"_s, u"-rf"_s, u"/"_s}, Actor::Root),
-              (ToolRun{1, {}, "rm: \"/\" may not be removed\n"}));
+    EXPECT_EQ(run(runRm, {u"rm"_s, u"-rf"_s, u"/"_s}, Actor::Root), (ToolRun{1, {}, "rm: \"/\" may not be removed\n"}));
     EXPECT_EQ(run(runRm, {u"rm"_s, u"-rf"_s, u"//"_s}, Actor::Root).status, 1);
     for (const QString& path : {u"."_s, u".."_s, u"Library/."_s, u"Library/../"_s}) {
-        EXPECT_EQ(run(runRm, {u"rm"_s, u"-rf"_s, path}),
-                  (ToolRun{1, {}, "rm: \".\" and \"..\" may not be removed\n"}));
+        EXPECT_EQ(run(runRm, {u"rm"_s, u"-rf"_s, path}), (ToolRun{1, {}, "rm: \".\" and \"..\" may not be removed\n"}));
     }
     EXPECT_TRUE(volume.exists(u"/Users/alex/Library"_s));
 }
 
 TEST_F(Rm, evenRootLeavesTheSealedSystem) {
     putFile(mac, u"/System/Library/x"_s, "x");
-    const ToolRun refused =
-        run(runRm, {u"rm"_s, u"-rf"_s, u"/System/Library/x"_s, u"/usr/bin/true"_s}, Actor::Root);
+    const ToolRun refused = run(runRm, {u"rm"_s, u"-rf"_s, u"/System/Library/x"_s, u"/usr/bin/true"_s}, Actor::Root);
     EXPECT_EQ(refused, (ToolRun{1,
                                 {},
                                 "rm: /System/Library/x: Operation not permitted\n"
@@ -224,8 +221,7 @@ TEST_F(FileTools, catJoinsFilesAndInput) {
 
 TEST(Cat, readsItsInputOnce) {
     SimulatedMacFolder folder({{u"/bin/cat"_s, runCat}, {u"/bin/echo"_s, runEcho}, {u"/bin/sh"_s, runSh}});
-    EXPECT_EQ(runTool(folder, runSh, {u"sh"_s, u"-c"_s, u"echo a | sh -c 'cat; cat'"_s}),
-              (ToolRun{0, "a\n", {}}));
+    EXPECT_EQ(runTool(folder, runSh, {u"sh"_s, u"-c"_s, u"echo a | sh -c 'cat; cat'"_s}), (ToolRun{0, "a\n", {}}));
     EXPECT_EQ(runTool(folder, runSh, {u"sh"_s, u"-c"_s, u"echo a | cat - -"_s}), (ToolRun{0, "a\n", {}}));
 }
 
@@ -260,18 +256,16 @@ TEST_F(Ls, tellsOfMissingFilesFirstThenFilesThenFolders) {
     putFile(mac, u"/Users/alex/z"_s, "x");
     EXPECT_EQ(run(runLs, u"ls Music gone z Desktop"),
               (ToolRun{1, "z\n\nDesktop:\n\nMusic:\nb\n", "ls: gone: No such file or directory\n"}));
-    EXPECT_EQ(run(runLs, u"ls /private/var/root"),
-              (ToolRun{1, {}, "ls: /private/var/root: Permission denied\n"}));
+    EXPECT_EQ(run(runLs, u"ls /private/var/root"), (ToolRun{1, {}, "ls: /private/var/root: Permission denied\n"}));
 }
 
 TEST_F(Ls, theLongFormTellsKindOwnerAndSize) {
     putFile(mac, u"/Users/alex/Music/b"_s, "12345");
     volume.createLink(u"/Users/alex/Music/l"_s, u"b"_s);
-    EXPECT_EQ(run(runLs, u"ls -l Music"),
-              (ToolRun{0,
-                       "total 1\n-rw-r--r--  1 alex  staff         5 Jan  1  2024 b\n"
-                       "lrwxr-xr-x  1 alex  staff         1 Jan  1  2024 l -> b\n",
-                       {}}));
+    EXPECT_EQ(run(runLs, u"ls -l Music"), (ToolRun{0,
+                                                   "total 1\n-rw-r--r--  1 alex  staff         5 Jan  1  2024 b\n"
+                                                   "lrwxr-xr-x  1 alex  staff         1 Jan  1  2024 l -> b\n",
+                                                   {}}));
     EXPECT_TRUE(run(runLs, u"ls -ld /Library").output.startsWith("drwxr-xr-x  1 root  wheel "));
     EXPECT_EQ(run(runLs, u"ls -R").status, 70);
 }

@@ -14,29 +14,25 @@ namespace {
 class Killall : public testing::Test {
 protected:
     void SetUp() override {
-        setState(mac, "processes",
-                 {{{"pid", 100}, {"name", "mDNSResponder"}, {"uid", 0}},
-                  {{"pid", 101},
-                   {"name", "coreaudiod"},
-                   {"uid", 0},
-                   {"label", "com.apple.audio.coreaudiod"},
-                   {"keepAlive", true}},
-                  {{"pid", 400},
-                   {"name", "Dock"},
-                   {"uid", 501},
-                   {"label", "com.apple.Dock.agent"},
-                   {"keepAlive", true}},
-                  {{"pid", 401}, {"name", "Live"}, {"uid", 501}},
-                  {{"pid", 402}, {"name", "Live"}, {"uid", 501}},
-                  {{"pid", 403}, {"name", "Helper"}, {"uid", 501}, {"label", "com.x.helper"}},
-                  {{"pid", 404}, {"name", "Guarded"}, {"uid", 501}, {"protected", true}}});
         setState(
-            mac, "launchd",
-            {{"jobs",
-              {{"gui/501",
-                {{"com.apple.Dock.agent", {{"path", "/System/x.plist"}, {"pid", 400}, {"lastExitStatus", 0}}},
-                 {"com.x.helper", {{"path", "/y.plist"}, {"pid", 403}, {"lastExitStatus", nullptr}}}}},
-               {"system", {{"com.apple.audio.coreaudiod", {{"path", "/System/z.plist"}, {"pid", 101}}}}}}}});
+            mac, "processes",
+            {{{"pid", 100}, {"name", "mDNSResponder"}, {"uid", 0}},
+             {{"pid", 101},
+              {"name", "coreaudiod"},
+              {"uid", 0},
+              {"label", "com.apple.audio.coreaudiod"},
+              {"keepAlive", true}},
+             {{"pid", 400}, {"name", "Dock"}, {"uid", 501}, {"label", "com.apple.Dock.agent"}, {"keepAlive", true}},
+             {{"pid", 401}, {"name", "Live"}, {"uid", 501}},
+             {{"pid", 402}, {"name", "Live"}, {"uid", 501}},
+             {{"pid", 403}, {"name", "Helper"}, {"uid", 501}, {"label", "com.x.helper"}},
+             {{"pid", 404}, {"name", "Guarded"}, {"uid", 501}, {"protected", true}}});
+        setState(mac, "launchd",
+                 {{"jobs",
+                   {{"gui/501",
+                     {{"com.apple.Dock.agent", {{"path", "/System/x.plist"}, {"pid", 400}, {"lastExitStatus", 0}}},
+                      {"com.x.helper", {{"path", "/y.plist"}, {"pid", 403}, {"lastExitStatus", nullptr}}}}},
+                    {"system", {{"com.apple.audio.coreaudiod", {{"path", "/System/z.plist"}, {"pid", 101}}}}}}}});
     }
 
     ToolRun run(const QString& words, Actor actor = Actor::User) {
@@ -138,8 +134,7 @@ TEST_F(Killall, showsWithoutSending) {
 }
 
 TEST_F(Killall, whatTheSystemDoesNotPermitIsWarnedOf) {
-    EXPECT_EQ(run(u"Guarded"_s),
-              (ToolRun{1, {}, "killall: warning: kill -term 404: Operation not permitted\n"}));
+    EXPECT_EQ(run(u"Guarded"_s), (ToolRun{1, {}, "killall: warning: kill -term 404: Operation not permitted\n"}));
     EXPECT_EQ(pids(u"Guarded"_s), Pids{404});
 }
 

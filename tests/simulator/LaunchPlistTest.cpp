@@ -29,8 +29,7 @@ PropertyList words(const QStringList& list) {
 } // namespace
 
 TEST(LaunchPlist, theProgramWinsOverTheArguments) {
-    EXPECT_EQ(readJob({{u"Program"_s, u"/a"_s}, {u"ProgramArguments"_s, words({u"/b"_s})}})->program,
-              u"/a"_s);
+    EXPECT_EQ(readJob({{u"Program"_s, u"/a"_s}, {u"ProgramArguments"_s, words({u"/b"_s})}})->program, u"/a"_s);
     EXPECT_EQ(readJob({{u"ProgramArguments"_s, words({u"/b"_s, u"-x"_s})}})->program, u"/b"_s);
     EXPECT_EQ(readJob({{u"ProgramArguments"_s, words({})}})->program, QString());
 }
@@ -59,8 +58,7 @@ TEST(LaunchPlist, knowsWhenAJobStartsAndStartsAgain) {
 TEST(LaunchPlist, givesThePathWithoutLinks) {
     SimulatedMacFolder mac;
     putFile(mac, u"/private/tmp/job.plist"_s, xmlPropertyList(Dictionary{{u"Label"_s, u"com.x"_s}}));
-    EXPECT_EQ(readLaunchPlist(mac.mac.volume(Actor::User), u"/tmp/job.plist"_s)->path,
-              u"/private/tmp/job.plist"_s);
+    EXPECT_EQ(readLaunchPlist(mac.mac.volume(Actor::User), u"/tmp/job.plist"_s)->path, u"/private/tmp/job.plist"_s);
 }
 
 TEST(LaunchPlist, whatHasNoLabelIsNoJob) {

@@ -33,8 +33,7 @@ protected:
         putFile(mac, kIdleAgent, plist(u"com.x.idle"_s, u"/opt/x/idle"_s, false));
         putFile(mac, kDaemon, plist(u"com.x.daemon"_s, u"/opt/x/daemon"_s, true));
         putFile(mac, kSharedAgent, plist(u"com.x.shared"_s, u"/opt/x/shared"_s, true));
-        putFile(mac, kSystemAgent,
-                plist(u"com.apple.notificationcenterui"_s, u"/System/NotificationCenter"_s, true));
+        putFile(mac, kSystemAgent, plist(u"com.apple.notificationcenterui"_s, u"/System/NotificationCenter"_s, true));
         setState(mac, "processes",
                  Json::array({{{"pid", 400},
                                {"name", "NotificationCenter"},
@@ -114,8 +113,7 @@ TEST_F(Launchctl, bootstrapFailsForWhatCannotBeLoaded) {
     EXPECT_EQ(run({u"bootstrap"_s, u"gui/501"_s, u"/missing.plist"_s}), failed);
     putFile(mac, u"/Users/alex/broken.plist"_s, "<plist><dict><key>Label");
     EXPECT_EQ(run({u"bootstrap"_s, u"gui/501"_s, u"broken.plist"_s}), failed);
-    putFile(mac, u"/Users/alex/nameless.plist"_s,
-            xmlPropertyList(PropertyList::Dictionary{{u"RunAtLoad"_s, true}}));
+    putFile(mac, u"/Users/alex/nameless.plist"_s, xmlPropertyList(PropertyList::Dictionary{{u"RunAtLoad"_s, true}}));
     EXPECT_EQ(run({u"bootstrap"_s, u"gui/501"_s, u"nameless.plist"_s}), failed);
     ASSERT_EQ(run({u"disable"_s, u"gui/501/com.x.idle"_s}), kSilent);
     EXPECT_EQ(run({u"bootstrap"_s, u"gui/501"_s, kIdleAgent}), failed);
@@ -137,8 +135,7 @@ TEST_F(Launchctl, bootoutStopsAJobByItsLabel) {
     EXPECT_FALSE(isLoaded("gui/501", "com.x.agent"));
     EXPECT_EQ(running(), QStringList{u"NotificationCenter"_s});
     EXPECT_EQ(override("user/501", "com.x.agent"), "null");
-    EXPECT_EQ(run({u"bootout"_s, u"gui/501/com.x.agent"_s}),
-              (ToolRun{3, {}, "Boot-out failed: 3: No such process\n"}));
+    EXPECT_EQ(run({u"bootout"_s, u"gui/501/com.x.agent"_s}), (ToolRun{3, {}, "Boot-out failed: 3: No such process\n"}));
 }
 
 TEST_F(Launchctl, bootoutStopsAJobByItsFile) {
@@ -176,15 +173,12 @@ TEST_F(Launchctl, aSessionThatIsNotThereSupportsNothing) {
     EXPECT_EQ(run({u"bootout"_s, u"gui/502/com.x.agent"_s}, Actor::Root), failed);
     mac.mac.state().update("launchd", [](Json& state) { state["guiSession"] = false; });
     EXPECT_EQ(run({u"bootout"_s, u"gui/501/com.x.agent"_s}, Actor::Root), failed);
-    EXPECT_EQ(run({u"print"_s, u"gui/501"_s}),
-              (ToolRun{112, {}, "Could not find domain for user gui: 501\n"}));
+    EXPECT_EQ(run({u"print"_s, u"gui/501"_s}), (ToolRun{112, {}, "Could not find domain for user gui: 501\n"}));
 }
 
 TEST_F(Launchctl, integrityProtectionKeepsTheSystemsJobs) {
     const ToolRun refused{
-        150,
-        {},
-        "Boot-out failed: 150: Operation not permitted while System Integrity Protection is engaged\n"};
+        150, {}, "Boot-out failed: 150: Operation not permitted while System Integrity Protection is engaged\n"};
     EXPECT_EQ(run({u"bootout"_s, u"gui/501/com.apple.notificationcenterui"_s}), refused);
     EXPECT_EQ(run({u"bootout"_s, u"gui/501"_s, kSystemAgent}, Actor::Root), refused);
     EXPECT_TRUE(running().contains(u"NotificationCenter"_s));
@@ -259,13 +253,9 @@ TEST_F(Launchctl, loadAndUnloadByFile) {
 
 TEST_F(Launchctl, theirFailuresAreTextsWithStatusZero) {
     const ToolRun loadFailed{
-        0,
-        {},
-        "Load failed: 5: Input/output error\nTry running `launchctl bootstrap` as root for richer errors.\n"};
+        0, {}, "Load failed: 5: Input/output error\nTry running `launchctl bootstrap` as root for richer errors.\n"};
     const ToolRun unloadFailed{
-        0,
-        {},
-        "Unload failed: 5: Input/output error\nTry running `launchctl bootout` as root for richer errors.\n"};
+        0, {}, "Unload failed: 5: Input/output error\nTry running `launchctl bootout` as root for richer errors.\n"};
     EXPECT_EQ(run({u"unload"_s, kAgent}), unloadFailed);
     EXPECT_EQ(run({u"unload"_s, u"-w"_s, u"/missing.plist"_s}), unloadFailed);
     EXPECT_EQ(run({u"load"_s, u"/missing.plist"_s}), loadFailed);
@@ -292,24 +282,20 @@ TEST_F(Launchctl, unloadWithWWritesTheOverrideOfAJobThatIsNotLoaded) {
 }
 
 TEST_F(Launchctl, theOtherKindOfJobIsWarnedOfAndRefused) {
-    EXPECT_EQ(
-        run({u"unload"_s, kSharedAgent}, Actor::Root),
-        (ToolRun{
-            0,
-            {},
-            "Warning: Expecting a LaunchDaemons path since the command was ran as root. Got LaunchAgents "
-            "instead.\n`launchctl bootout` is a recommended alternative.\n"
-            "Unload failed: 5: Input/output error\n"
-            "Try running `launchctl bootout` as root for richer errors.\n"}));
-    EXPECT_EQ(
-        run({u"load"_s, kDaemon}),
-        (ToolRun{
-            0,
-            {},
-            "Warning: Expecting a LaunchAgents path since the command was ran as user. Got LaunchDaemons "
-            "instead.\n`launchctl bootstrap` is a recommended alternative.\n"
-            "Load failed: 5: Input/output error\n"
-            "Try running `launchctl bootstrap` as root for richer errors.\n"}));
+    EXPECT_EQ(run({u"unload"_s, kSharedAgent}, Actor::Root),
+              (ToolRun{0,
+                       {},
+                       "Warning: Expecting a LaunchDaemons path since the command was ran as root. Got LaunchAgents "
+                       "instead.\n`launchctl bootout` is a recommended alternative.\n"
+                       "Unload failed: 5: Input/output error\n"
+                       "Try running `launchctl bootout` as root for richer errors.\n"}));
+    EXPECT_EQ(run({u"load"_s, kDaemon}),
+              (ToolRun{0,
+                       {},
+                       "Warning: Expecting a LaunchAgents path since the command was ran as user. Got LaunchDaemons "
+                       "instead.\n`launchctl bootstrap` is a recommended alternative.\n"
+                       "Load failed: 5: Input/output error\n"
+                       "Try running `launchctl bootstrap` as root for richer errors.\n"}));
     EXPECT_EQ(run({u"load"_s, kDaemon}, Actor::Root), kSilent);
     EXPECT_EQ(run({u"load"_s, kSharedAgent}), kSilent);
     EXPECT_TRUE(isLoaded("system", "com.x.daemon"));
@@ -359,8 +345,7 @@ TEST_F(Launchctl, printOfAMissingServiceOrDomain) {
               (ToolRun{113, {}, "Could not find service \"no.such\" in domain for user gui: 501\n"}));
     EXPECT_EQ(run({u"print"_s, u"system/no.such"_s}),
               (ToolRun{113, {}, "Could not find service \"no.such\" in domain for system\n"}));
-    EXPECT_EQ(run({u"print"_s, u"gui/777"_s}),
-              (ToolRun{112, {}, "Could not find domain for user gui: 777\n"}));
+    EXPECT_EQ(run({u"print"_s, u"gui/777"_s}), (ToolRun{112, {}, "Could not find domain for user gui: 777\n"}));
     EXPECT_EQ(run({u"print-disabled"_s, u"gui/777"_s}).status, 112);
 }
 
@@ -388,9 +373,8 @@ TEST_F(Launchctl, printShowsADomain) {
 
 TEST_F(Launchctl, listShowsTheCallersJobs) {
     run({u"bootstrap"_s, u"gui/501"_s, kIdleAgent});
-    EXPECT_EQ(
-        run({u"list"_s}),
-        (ToolRun{0, "PID\tStatus\tLabel\n400\t0\tcom.apple.notificationcenterui\n-\t0\tcom.x.idle\n", {}}));
+    EXPECT_EQ(run({u"list"_s}),
+              (ToolRun{0, "PID\tStatus\tLabel\n400\t0\tcom.apple.notificationcenterui\n-\t0\tcom.x.idle\n", {}}));
     EXPECT_EQ(run({u"list"_s}, Actor::Root), (ToolRun{0, "PID\tStatus\tLabel\n", {}}));
     EXPECT_EQ(run({u"list"_s, u"com.x.idle"_s}).output,
               "{\n\t\"Label\" = \"com.x.idle\";\n\t\"LastExitStatus\" = 0;\n\t\"Program\" = "

@@ -51,9 +51,10 @@ TEST_F(MacDescriptionTest, preferencesStandWhereTheirOwnerKeepsThem) {
 
 TEST_F(MacDescriptionTest, filesFoldersAndLinksMayFillTheSealedSystem) {
     make({{"folders", {"/Volumes/SETS"}},
-          {"files", Json::array({{{"path", "/System/Library/LaunchAgents/a.plist"}, {"propertyList", {{"Label", "a"}}}},
-                                 {{"path", "/Library/b.plist"}, {"propertyList", {{"Label", "b"}}}, {"format", "binary"}},
-                                 {{"path", "/Users/alex/c"}, {"text", "hello"}}})},
+          {"files",
+           Json::array({{{"path", "/System/Library/LaunchAgents/a.plist"}, {"propertyList", {{"Label", "a"}}}},
+                        {{"path", "/Library/b.plist"}, {"propertyList", {{"Label", "b"}}}, {"format", "binary"}},
+                        {{"path", "/Users/alex/c"}, {"text", "hello"}}})},
           {"links", Json::array({{{"path", "/Users/alex/l"}, {"target", "c"}}})}});
     const Mac mac(path());
     const Volume volume = mac.volume(Actor::User);
@@ -103,7 +104,8 @@ TEST_F(MacDescriptionTest, aFileThatIsNoDescriptionIsRefusedByName) {
 
 TEST_F(MacDescriptionTest, aUsersNameIsNoPath) {
     for (const char* name : {"", "../x", ".hidden", "a/b"}) {
-        EXPECT_THROW(createMac(path(), {{"machine", {{"userName", name}}}}, {}, u"/nowhere/macsim"_s), std::runtime_error);
+        EXPECT_THROW(createMac(path(), {{"machine", {{"userName", name}}}}, {}, u"/nowhere/macsim"_s),
+                     std::runtime_error);
     }
 }
 

@@ -13,10 +13,9 @@ namespace {
 class Mdutil : public testing::Test {
 protected:
     void SetUp() override {
-        setState(
-            mac, "spotlight",
-            {{"volumes",
-              {{"/", "enabled"}, {"/System/Volumes/Data", "enabled"}, {"/Volumes/Audio Disk", "disabled"}}}});
+        setState(mac, "spotlight",
+                 {{"volumes",
+                   {{"/", "enabled"}, {"/System/Volumes/Data", "enabled"}, {"/Volumes/Audio Disk", "disabled"}}}});
         putFile(mac, u"/Volumes/Audio Disk/take.wav"_s, "x");
     }
 
@@ -53,8 +52,7 @@ TEST_F(Mdutil, showsEveryState) {
         {"noIndex", {0, "/:\n\tNo index.\n", {}}},
         {"readOnly", {0, "/:\n\tIndex is read-only.\n", {}}},
         {"unknown", {0, "/:\n\tError: unknown indexing state.\n", {}}},
-        {"transitioning",
-         {1, "/:\n\tError: unexpected indexing state. kMDConfigSearchLevelTransitioning\n", {}}}};
+        {"transitioning", {1, "/:\n\tError: unexpected indexing state. kMDConfigSearchLevelTransitioning\n", {}}}};
     for (const auto& [state, expected] : cases) {
         set("volumes", {{"/", state}});
         EXPECT_EQ(run({u"-s"_s, u"/"_s}), expected) << state;
@@ -90,9 +88,8 @@ TEST_F(Mdutil, rootSwitchesAllVolumes) {
     EXPECT_EQ(volumes()["/"], "disabled");
     EXPECT_EQ(run({u"-s"_s, u"/"_s}), (ToolRun{0, "/:\n\tIndexing disabled.\n", {}}));
 
-    EXPECT_EQ(run({u"-ai"_s, u"on"_s}).output,
-              "/:\n\tIndexing enabled. \n/System/Volumes/Data:\n\tIndexing enabled. \n"
-              "/Volumes/Audio Disk:\n\tIndexing enabled. \n");
+    EXPECT_EQ(run({u"-ai"_s, u"on"_s}).output, "/:\n\tIndexing enabled. \n/System/Volumes/Data:\n\tIndexing enabled. \n"
+                                               "/Volumes/Audio Disk:\n\tIndexing enabled. \n");
     EXPECT_EQ(volumes()["/Volumes/Audio Disk"], "enabled");
 }
 

@@ -69,7 +69,8 @@ TEST_F(OsascriptTest, aShellScriptRunsAsTheUserWithoutAPrompt) {
 }
 
 TEST_F(OsascriptTest, administratorPrivilegesAreAskedForAndGiveRoot) {
-    const QString source = u"do shell script \"touch /Library/x\" with prompt \"Please.\" with administrator privileges"_s;
+    const QString source =
+        u"do shell script \"touch /Library/x\" with prompt \"Please.\" with administrator privileges"_s;
     folder.authorizer.answer = Authorization::Cancel;
     const ToolRun cancelled = script(source);
     EXPECT_EQ(cancelled.status, 1);
@@ -82,9 +83,8 @@ TEST_F(OsascriptTest, administratorPrivilegesAreAskedForAndGiveRoot) {
 }
 
 TEST_F(OsascriptTest, whatItDoesNotKnowIsRefused) {
-    for (const QStringList& arguments :
-         {QStringList{u"-l"_s, u"JavaScript"_s, u"-e"_s, u"1"_s}, QStringList{u"-e"_s}, QStringList{u"-x"_s},
-          QStringList{u"-e"_s, u"1"_s, u"argument"_s}}) {
+    for (const QStringList& arguments : {QStringList{u"-l"_s, u"JavaScript"_s, u"-e"_s, u"1"_s}, QStringList{u"-e"_s},
+                                         QStringList{u"-x"_s}, QStringList{u"-e"_s, u"1"_s, u"argument"_s}}) {
         EXPECT_EQ(run(arguments).status, 2) << arguments.join(u' ').toStdString();
     }
 }

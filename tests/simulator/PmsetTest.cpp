@@ -88,10 +88,8 @@ TEST_F(Pmset, customShowsEverySourceInItsStoredOrder) {
 TEST_F(Pmset, liveShowsTheActiveSourceAndWhoPreventsSleep) {
     const ToolRun live = run(u"-g"_s, Actor::User);
     EXPECT_EQ(live.status, 0);
-    EXPECT_TRUE(
-        live.output.startsWith("System-wide power settings:\nCurrently in use:\n womp                 1\n"));
-    EXPECT_TRUE(
-        live.output.contains("\n sleep                1 (sleep prevented by coreaudiod, coreaudiod)\n"));
+    EXPECT_TRUE(live.output.startsWith("System-wide power settings:\nCurrently in use:\n womp                 1\n"));
+    EXPECT_TRUE(live.output.contains("\n sleep                1 (sleep prevented by coreaudiod, coreaudiod)\n"));
     EXPECT_TRUE(live.output.contains("\n displaysleep         10\n"));
     EXPECT_FALSE(live.output.contains("lessbright"));
     EXPECT_EQ(run(u"-g LIVE"_s), live);
@@ -179,10 +177,9 @@ TEST_F(Pmset, aDesktopHasNoBatteryToWriteTo) {
 
 TEST_F(Pmset, aLineWithOneMistakeWritesNothing) {
     const Json before = power();
-    for (const QString& line :
-         {u"-a standby 0 nonsense 1"_s, u"-a standby 0 sleep"_s, u"-a standby 0 sleep -1"_s,
-          u"-a standby 0 sleep ten"_s, u"-a standby 0 sleep 5x"_s, u"-x sleep 5"_s, u"-a disablesleep"_s,
-          u"-g nonsense"_s}) {
+    for (const QString& line : {u"-a standby 0 nonsense 1"_s, u"-a standby 0 sleep"_s, u"-a standby 0 sleep -1"_s,
+                                u"-a standby 0 sleep ten"_s, u"-a standby 0 sleep 5x"_s, u"-x sleep 5"_s,
+                                u"-a disablesleep"_s, u"-g nonsense"_s}) {
         EXPECT_EQ(run(line), (ToolRun{1, kUsage, {}})) << line.toStdString();
         EXPECT_EQ(power(), before) << line.toStdString();
     }
@@ -202,8 +199,8 @@ TEST_F(Pmset, disabledSleepIsASwitchOfTheWholeSystem) {
     const QByteArray custom = run(u"-g custom"_s).output;
     EXPECT_EQ(run(u"-a disablesleep 1"_s), (ToolRun{0, {}, {}}));
     EXPECT_EQ(run(u"-g custom"_s).output, custom);
-    EXPECT_TRUE(run(u"-g"_s).output.startsWith(
-        "System-wide power settings:\n SleepDisabled\t\t1\nCurrently in use:\n"));
+    EXPECT_TRUE(
+        run(u"-g"_s).output.startsWith("System-wide power settings:\n SleepDisabled\t\t1\nCurrently in use:\n"));
     EXPECT_EQ(run(u"disablesleep 0"_s), (ToolRun{0, {}, {}}));
     EXPECT_TRUE(run(u"-g"_s).output.contains(" SleepDisabled\t\t0\n"));
 }

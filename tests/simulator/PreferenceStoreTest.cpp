@@ -53,8 +53,7 @@ TEST_F(PreferenceStoreTest, everyDomainHasItsFile) {
 }
 
 TEST_F(PreferenceStoreTest, aWrittenValueIsReadWithItsType) {
-    for (const PropertyList& value :
-         {PropertyList(true), PropertyList(1), PropertyList(1.0), PropertyList(u"1"_s)}) {
+    for (const PropertyList& value : {PropertyList(true), PropertyList(1), PropertyList(1.0), PropertyList(u"1"_s)}) {
         EXPECT_EQ(store.write(kExample, u"key"_s, value), Outcome::Done);
         EXPECT_EQ(store.read(kExample, u"key"_s), value);
     }
@@ -109,8 +108,7 @@ TEST_F(PreferenceStoreTest, aWholeDomainIsReplacedOrRemoved) {
 }
 
 TEST_F(PreferenceStoreTest, aDamagedFileReadsAsMissingAndKeepsItsContent) {
-    for (const QByteArray& content :
-         {QByteArray("damaged"), QByteArray(), xmlPropertyList(PropertyList::Array{1})}) {
+    for (const QByteArray& content : {QByteArray("damaged"), QByteArray(), xmlPropertyList(PropertyList::Array{1})}) {
         disk.write(kExampleFile, content);
         EXPECT_EQ(store.readDomain(kExample), std::nullopt);
         EXPECT_EQ(store.read(kExample, u"key"_s), std::nullopt);

@@ -69,8 +69,7 @@ QByteArray nestedBinary(int levels, int width) {
 }
 
 QByteArray binaryOfOneObject(const QByteArray& object) {
-    QByteArray bytes =
-        "bplist00" + object + '\x08' + QByteArray(6, '\0') + "\x01\x01" + QByteArray(7, '\0') + '\x01';
+    QByteArray bytes = "bplist00" + object + '\x08' + QByteArray(6, '\0') + "\x01\x01" + QByteArray(7, '\0') + '\x01';
     bytes += QByteArray(8, '\0') + QByteArray(7, '\0') + static_cast<char>(8 + object.size());
     return bytes;
 }
@@ -157,8 +156,7 @@ TEST(PropertyList, damagedBytesAreRefused) {
 TEST(PropertyList, integersThatDoNotFitAndIdentifiersAreRefused) {
     EXPECT_EQ(parsePropertyList(xml("<integer>9223372036854775808</integer>")), std::nullopt);
     EXPECT_EQ(parsePropertyList(xml("<integer>18446744073709551615</integer>")), std::nullopt);
-    EXPECT_EQ(parsePropertyList(xml("<integer>-9223372036854775808</integer>")),
-              std::numeric_limits<qint64>::min());
+    EXPECT_EQ(parsePropertyList(xml("<integer>-9223372036854775808</integer>")), std::numeric_limits<qint64>::min());
     EXPECT_EQ(parsePropertyList(binaryOfOneObject("\x10\x04")), 4);
     EXPECT_EQ(parsePropertyList(binaryOfOneObject("\x80\x04")), std::nullopt);
 }
@@ -241,8 +239,7 @@ TEST(PropertyList, whatCannotBeWrittenIsRefused) {
 }
 
 TEST(PropertyList, isMadeOfJson) {
-    const Json json =
-        Json::parse(R"({"bool": true, "int": -1, "big": 9223372036854775807, "real": 1.0, "text": "é",
+    const Json json = Json::parse(R"({"bool": true, "int": -1, "big": 9223372036854775807, "real": 1.0, "text": "é",
         "array": [1, [], {}], "data": {"$data": "AAH/"}, "date": {"$date": "2026-01-31T12:00:00+02:00"},
         "other": {"$data": 1}})");
     const PropertyList expected = PropertyList::Dictionary{
@@ -260,8 +257,8 @@ TEST(PropertyList, isMadeOfJson) {
 }
 
 TEST(PropertyList, jsonThatIsNoPropertyListIsRefused) {
-    for (const char* text : {"null", "[null]", "18446744073709551615", R"({"$data": "no base64!"})",
-                             R"({"$date": "yesterday"})"}) {
+    for (const char* text :
+         {"null", "[null]", "18446744073709551615", R"({"$data": "no base64!"})", R"({"$date": "yesterday"})"}) {
         EXPECT_THROW(propertyListFromJson(Json::parse(text)), std::invalid_argument) << text;
     }
     const std::string deep = std::string(400, '[') + std::string(400, ']');

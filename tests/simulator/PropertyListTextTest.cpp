@@ -34,8 +34,7 @@ TEST(PropertyListText, aLoneScalarStandsAsItIs) {
         {QDateTime({2026, 1, 31}, {10, 0}, Qt::UTC), "2026-01-31 10:00:00 +0000"},
         {QByteArray(), "{length = 0, bytes = 0x}"},
         {QByteArray("\x01\x02"), "{length = 2, bytes = 0x0102}"},
-        {QByteArray(24, '\x07'),
-         "{length = 24, bytes = 0x" + std::string(QByteArray(24, '\x07').toHex()) + "}"},
+        {QByteArray(24, '\x07'), "{length = 24, bytes = 0x" + std::string(QByteArray(24, '\x07').toHex()) + "}"},
         {QByteArray("0123456789012345678901234"),
          "{length = 25, bytes = 0x30313233 34353637 38393031 32333435 ... 37383930 31323334 }"},
     };

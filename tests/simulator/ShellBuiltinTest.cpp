@@ -71,24 +71,23 @@ INSTANTIATE_TEST_SUITE_P(Rights, ShellTestCommand,
                                          Tested{"-r /var/root/secret", 1}, Tested{"-x /var/root", 1},
                                          Tested{"-w file", 0}, Tested{"-w link", 0}, Tested{"-w none", 1},
                                          Tested{"-w ~", 0}, Tested{"-w /tmp", 0}, Tested{"-w /Library", 1},
-                                         Tested{"-w /System", 1}, Tested{"-w /bin/cat", 1},
-                                         Tested{"-w /dev/null", 0}, Tested{"-x /bin/cat", 0},
-                                         Tested{"-x file", 1}, Tested{"-x /tmp", 0}, Tested{"-x none", 1}));
+                                         Tested{"-w /System", 1}, Tested{"-w /bin/cat", 1}, Tested{"-w /dev/null", 0},
+                                         Tested{"-x /bin/cat", 0}, Tested{"-x file", 1}, Tested{"-x /tmp", 0},
+                                         Tested{"-x none", 1}));
 INSTANTIATE_TEST_SUITE_P(Texts, ShellTestCommand,
                          testing::Values(Tested{"", 1}, Tested{"''", 1}, Tested{"a", 0}, Tested{"-n", 0},
-                                         Tested{"-n a", 0}, Tested{"-n ''", 1}, Tested{"-z ''", 0},
-                                         Tested{"-z a", 1}, Tested{"a = a", 0}, Tested{"a = b", 1},
-                                         Tested{"a != b", 0}, Tested{"a != a", 1}, Tested{"'' = ''", 0},
-                                         Tested{"! = !", 0}, Tested{"-z = x", 1}, Tested{"!", 0},
-                                         Tested{"! ''", 0}, Tested{"! a", 1}, Tested{"! -n a", 1},
-                                         Tested{"! ! a", 0}, Tested{"! a = b", 0}, Tested{"! -e none", 0}));
+                                         Tested{"-n a", 0}, Tested{"-n ''", 1}, Tested{"-z ''", 0}, Tested{"-z a", 1},
+                                         Tested{"a = a", 0}, Tested{"a = b", 1}, Tested{"a != b", 0},
+                                         Tested{"a != a", 1}, Tested{"'' = ''", 0}, Tested{"! = !", 0},
+                                         Tested{"-z = x", 1}, Tested{"!", 0}, Tested{"! ''", 0}, Tested{"! a", 1},
+                                         Tested{"! -n a", 1}, Tested{"! ! a", 0}, Tested{"! a = b", 0},
+                                         Tested{"! -e none", 0}));
 INSTANTIATE_TEST_SUITE_P(Numbers, ShellTestCommand,
                          testing::Values(Tested{"1 -eq 1", 0}, Tested{"1 -eq 01", 0}, Tested{"1 -eq 2", 1},
                                          Tested{"1 -ne 2", 0}, Tested{"1 -ne 1", 1}, Tested{"1 -lt 2", 0},
                                          Tested{"2 -lt 2", 1}, Tested{"2 -le 2", 0}, Tested{"3 -le 2", 1},
                                          Tested{"3 -gt 2", 0}, Tested{"2 -gt 2", 1}, Tested{"2 -ge 2", 0},
-                                         Tested{"1 -ge 2", 1}, Tested{"-1 -lt 0", 0},
-                                         Tested{"' 1 ' -eq 1", 0}));
+                                         Tested{"1 -ge 2", 1}, Tested{"-1 -lt 0", 0}, Tested{"' 1 ' -eq 1", 0}));
 INSTANTIATE_TEST_SUITE_P(Mistakes, ShellTestCommand,
                          testing::Values(Tested{"a b", 2}, Tested{"-q x", 2}, Tested{"1 -eq x", 2},
                                          Tested{"1 -eq ''", 2}, Tested{"1 -eq 1.5", 2}, Tested{"a -nt b", 2},
@@ -169,8 +168,7 @@ TEST(ShellBuiltin, exitWantsANumber) {
     ShellBench bench;
     EXPECT_EQ(bench.run(u"exit x; echo a"_s),
               (ShellOutcome{255, {}, u"sh: line 0: exit: x: numeric argument required\n"_s}));
-    EXPECT_EQ(bench.run(u"exit 3 4; echo a"_s),
-              (ShellOutcome{1, {}, u"sh: line 0: exit: too many arguments\n"_s}));
+    EXPECT_EQ(bench.run(u"exit 3 4; echo a"_s), (ShellOutcome{1, {}, u"sh: line 0: exit: too many arguments\n"_s}));
 }
 
 TEST(ShellBuiltin, theRestIgnoresItsArguments) {

@@ -40,8 +40,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Printed{"A='a  b '; printargs $A \"$A\"", "[a][b][a  b ]"},
                     Printed{"A=' a b '; printargs x$A.y", "[x][a][b][.y]"},
                     Printed{"A='a\tb\nc'; printargs $A", "[a][b][c]"}, Printed{"printargs $NONE x", "[x]"},
-                    Printed{"printargs \"$NONE\" ''$NONE x$NONE", "[][][x]"},
-                    Printed{"A=' '; printargs $A", ""}, //
+                    Printed{"printargs \"$NONE\" ''$NONE x$NONE", "[][][x]"}, Printed{"A=' '; printargs $A", ""}, //
                     Printed{"A='a b'; B=$A; printargs \"$B\"", "[a b]"},
                     Printed{"A=1; B=$A$A; A=2; printargs $B", "[11]"},
                     Printed{"A='\"x y\" ; z'; printargs $A", "[\"x][y\"][;][z]"},
@@ -65,8 +64,7 @@ INSTANTIATE_TEST_SUITE_P(
     Homes, ShellFields,
     testing::Values(Printed{"printargs ~ ~/a ~alex ~alex/b ~root/c",
                             "[/Users/alex][/Users/alex/a][/Users/alex][/Users/alex/b][/var/root/c]"},
-                    Printed{"printargs ~nobody ~nobody/x a~ '~' \\~ \"~\"/a",
-                            "[~nobody][~nobody/x][a~][~][~][~/a]"},
+                    Printed{"printargs ~nobody ~nobody/x a~ '~' \\~ \"~\"/a", "[~nobody][~nobody/x][a~][~][~][~/a]"},
                     Printed{"HOME='/a  *'; printargs ~ ~/b", "[/a  *][/a  */b]"},
                     Printed{"A=~/b:~root:x~; printargs $A", "[/Users/alex/b:/var/root:x~]"},
                     Printed{"A='~'; printargs $A", "[~]"}));

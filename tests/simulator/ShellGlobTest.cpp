@@ -19,8 +19,7 @@ class GlobPattern : public testing::TestWithParam<Match> {};
 
 TEST_P(GlobPattern, matchesWholeNames) {
     const auto& [pattern, name, expected] = GetParam();
-    EXPECT_EQ(matchesGlob(QString::fromUtf8(pattern), QString::fromUtf8(name)), expected)
-        << pattern << " on " << name;
+    EXPECT_EQ(matchesGlob(QString::fromUtf8(pattern), QString::fromUtf8(name)), expected) << pattern << " on " << name;
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -28,19 +27,17 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         Match{"a", "a", true}, Match{"a", "ab", false}, Match{"A", "a", false}, Match{"*", "", true},
         Match{"*", "abc", true}, Match{"a*", "a", true}, Match{"*c", "abc", true}, Match{"*b", "abc", false},
-        Match{"a*b*c", "axxbyyc", true}, Match{"a*b*c", "axxbyy", false}, Match{"**", "a", true},
-        Match{"?", "a", true}, Match{"?", "", false}, Match{"??", "a", false}, Match{"?", "ü", true},
-        Match{"?", "🎹", true}, Match{"*.plist", "a.b.plist", true}, Match{"[ab]", "b", true},
-        Match{"[ab]", "c", false}, Match{"[a-c]x", "bx", true}, Match{"[a-c]", "d", false},
-        Match{"[!a-c]", "d", true}, Match{"[^a]", "a", false}, Match{"[^a]", "b", true},
-        Match{"[]a]", "]", true}, Match{"[!]]", "a", true}, Match{"[!]]", "]", false},
-        Match{"[a-]", "-", true}, Match{"[-a]", "-", true}, Match{"[a\\-c]", "b", false},
-        Match{"[a\\-c]", "-", true}, Match{"[\\]]", "]", true}, Match{"[c-a]", "b", false},
-        Match{"[a", "[a", true}, Match{"[a", "a", false}, Match{"[", "[", true}, Match{"a]", "a]", true},
-        Match{"[[:digit:]]", "7", true}, Match{"[[:digit:]x]", "x", true}, Match{"[![:alpha:]]", "a", false},
-        Match{"[[:space:]]", " ", true}, Match{"\\*", "*", true}, Match{"\\*", "a", false},
-        Match{"a\\?", "a?", true}, Match{"\\[a]", "[a]", true}, Match{"*", ".a", false},
-        Match{"?a", ".a", false}, Match{"[.]a", ".a", false}, Match{".*", ".a", true},
+        Match{"a*b*c", "axxbyyc", true}, Match{"a*b*c", "axxbyy", false}, Match{"**", "a", true}, Match{"?", "a", true},
+        Match{"?", "", false}, Match{"??", "a", false}, Match{"?", "ü", true}, Match{"?", "🎹", true},
+        Match{"*.plist", "a.b.plist", true}, Match{"[ab]", "b", true}, Match{"[ab]", "c", false},
+        Match{"[a-c]x", "bx", true}, Match{"[a-c]", "d", false}, Match{"[!a-c]", "d", true}, Match{"[^a]", "a", false},
+        Match{"[^a]", "b", true}, Match{"[]a]", "]", true}, Match{"[!]]", "a", true}, Match{"[!]]", "]", false},
+        Match{"[a-]", "-", true}, Match{"[-a]", "-", true}, Match{"[a\\-c]", "b", false}, Match{"[a\\-c]", "-", true},
+        Match{"[\\]]", "]", true}, Match{"[c-a]", "b", false}, Match{"[a", "[a", true}, Match{"[a", "a", false},
+        Match{"[", "[", true}, Match{"a]", "a]", true}, Match{"[[:digit:]]", "7", true},
+        Match{"[[:digit:]x]", "x", true}, Match{"[![:alpha:]]", "a", false}, Match{"[[:space:]]", " ", true},
+        Match{"\\*", "*", true}, Match{"\\*", "a", false}, Match{"a\\?", "a?", true}, Match{"\\[a]", "[a]", true},
+        Match{"*", ".a", false}, Match{"?a", ".a", false}, Match{"[.]a", ".a", false}, Match{".*", ".a", true},
         Match{".?", ".a", true}, Match{".*", "a", false}, Match{"*[ab]*[cd]*", "xxaxxdxx", true}));
 
 TEST(GlobPattern, quotedTextStandsForItself) {
@@ -69,9 +66,8 @@ protected:
         for (const QString& folder : {u"sub"_s, u"sub/deep"_s, u"a-b"_s, u"a"_s, u".hidden"_s}) {
             bench.root().createFolders(kFolder + u'/' + folder);
         }
-        for (const QString& name :
-             {u"b.txt"_s, u"B.txt"_s, u"a.txt"_s, u"x y.txt"_s, u"*star"_s, u"sub/a.txt"_s, u"a/f"_s,
-              u"a-b/f"_s, u".hidden/f"_s, u".dot"_s, u"ä.txt"_s, u"sub/deep/f"_s}) {
+        for (const QString& name : {u"b.txt"_s, u"B.txt"_s, u"a.txt"_s, u"x y.txt"_s, u"*star"_s, u"sub/a.txt"_s,
+                                    u"a/f"_s, u"a-b/f"_s, u".hidden/f"_s, u".dot"_s, u"ä.txt"_s, u"sub/deep/f"_s}) {
             bench.root().write(kFolder + u'/' + name, {});
         }
     }

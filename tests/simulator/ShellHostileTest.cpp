@@ -36,14 +36,13 @@ protected:
 
 TEST_F(ShellHostile, readingEndsAtTheFolder) {
     const QString host = bench.mac.outside() + u"/secret"_s;
-    for (const QString& path :
-         {u"/../../../secret"_s, u"/../../../etc/hostname"_s, host, u"/Users/alex/file-out"_s,
-          u"/Users/alex/folder-out/secret"_s, u"/Users/alex/up/etc/hostname"_s,
-          u"/Users/alex/etc-out/hostname"_s, u"/proc/self/environ"_s, u"/../Mac/../secret"_s,
-          u"../../../secret"_s, u"/Users/alex/folder-out/../secret"_s}) {
+    for (const QString& path : {u"/../../../secret"_s, u"/../../../etc/hostname"_s, host, u"/Users/alex/file-out"_s,
+                                u"/Users/alex/folder-out/secret"_s, u"/Users/alex/up/etc/hostname"_s,
+                                u"/Users/alex/etc-out/hostname"_s, u"/proc/self/environ"_s, u"/../Mac/../secret"_s,
+                                u"../../../secret"_s, u"/Users/alex/folder-out/../secret"_s}) {
         for (const Actor actor : {Actor::User, Actor::Root}) {
-            for (const QString& line : {u"cat "_s + path, u"cat <"_s + path, u"test -e "_s + path,
-                                        u"echo $(cat "_s + path + u')'}) {
+            for (const QString& line :
+                 {u"cat "_s + path, u"cat <"_s + path, u"test -e "_s + path, u"echo $(cat "_s + path + u')'}) {
                 const ShellOutcome outcome = bench.run(line, {}, actor);
                 EXPECT_EQ(outcome.output.trimmed(), QString()) << line.toStdString();
                 EXPECT_EQ(outcome.status == 0, line.startsWith(u"echo"_s)) << line.toStdString();
@@ -86,13 +85,11 @@ TEST_F(ShellHostile, programsOfTheHostAreNotThere) {
 }
 
 TEST_F(ShellHostile, quotedTextIsNeverACommand) {
-    const QString name =
-        u"'; note hacked; '$(note hacked)`note hacked`\"; note hacked\n&& note hacked | #\\"_s;
+    const QString name = u"'; note hacked; '$(note hacked)`note hacked`\"; note hacked\n&& note hacked | #\\"_s;
     const QString quoted = u'\'' + QString(name).replace(u'\'', u"'\\''"_s) + u'\'';
     EXPECT_EQ(bench.run(u"printargs "_s + quoted).output, u'[' + name + u"]\n"_s);
     EXPECT_EQ(bench.run(u"A="_s + quoted + u"; printargs \"$A\""_s).output, u'[' + name + u"]\n"_s);
-    EXPECT_EQ(bench.run(u"echo x > "_s + QString(quoted).replace(u'/', u'_') + u"; echo *hacked*"_s).status,
-              0);
+    EXPECT_EQ(bench.run(u"echo x > "_s + QString(quoted).replace(u'/', u'_') + u"; echo *hacked*"_s).status, 0);
     EXPECT_EQ(ShellBench::noted(), QStringList());
 }
 

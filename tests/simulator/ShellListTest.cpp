@@ -24,31 +24,29 @@ TEST_P(ShellOrder, andStatusFollowTheOperators) {
 
 INSTANTIATE_TEST_SUITE_P(
     Table, ShellOrder,
-    testing::Values(
-        Ran{"", "", 0}, Ran{"note a; note b\nnote c", "a b c", 0}, Ran{"note a && note b", "a b", 0},
-        Ran{"false && note b", "", 1}, Ran{"give 7 && note b; note c", "c", 0}, Ran{"give 7", "", 7},
-        Ran{"note a; give 7", "a", 7}, Ran{"false || note b", "b", 0}, Ran{"note a || note b", "a", 0},
-        Ran{"false && note a || note b && note c", "b c", 0}, Ran{"true || note a && note b", "b", 0},
-        Ran{"! true", "", 1}, Ran{"! give 9", "", 0}, Ran{"! false && note a", "a", 0},
-        Ran{"give 3 | true", "", 0}, Ran{"true | give 3", "", 3}, Ran{"! true | give 3", "", 0},
-        Ran{"note a | note b | note c", "a b c", 0}, Ran{"give 5 &", "", 0}, Ran{"give 5 & note a", "a", 0},
-        Ran{"note a & note b", "a b", 0}, Ran{"exit 4 & note a", "a", 0}, Ran{"false & note $?", "0", 0},
-        Ran{"give 3; note $?; note $?", "3 0", 0}, Ran{"note a; exit 4; note b", "a", 4},
-        Ran{"(exit 4); note $?", "4", 0}, Ran{"{ exit 4; }; note b", "", 4},
-        Ran{"exit 4 | note a; note $?", "a 0", 0}, Ran{"true | exit 4; note $?", "4", 0},
-        Ran{"note $(exit 4)x$?; note b", "x4 b", 0}, Ran{"false; exit", "", 1}, Ran{"exit 256", "", 0},
-        Ran{"exit -1", "", 255}, Ran{"(give 6)", "", 6}, Ran{"{ give 6; }", "", 6},
-        Ran{"(note a; note b) && note c", "a b c", 0}, Ran{"false; (note $?); { note $?; }", "1 0", 0},
-        Ran{"A=$(give 4)", "", 4}, Ran{"give 4; A=b", "", 0}, Ran{"$(give 4)", "", 4},
-        Ran{"$NONE; note $?", "0", 0}, Ran{"false; $NONE", "", 0}, Ran{"A=$(give 4) true", "", 0},
-        Ran{"give 3; note $(note $?; note b)", "3 b ", 0}, Ran{"none; note $?", "127", 0},
-        Ran{"false || false || note a", "a", 0}, Ran{"note a &&\nnote b\n", "a b", 0}));
+    testing::Values(Ran{"", "", 0}, Ran{"note a; note b\nnote c", "a b c", 0}, Ran{"note a && note b", "a b", 0},
+                    Ran{"false && note b", "", 1}, Ran{"give 7 && note b; note c", "c", 0}, Ran{"give 7", "", 7},
+                    Ran{"note a; give 7", "a", 7}, Ran{"false || note b", "b", 0}, Ran{"note a || note b", "a", 0},
+                    Ran{"false && note a || note b && note c", "b c", 0}, Ran{"true || note a && note b", "b", 0},
+                    Ran{"! true", "", 1}, Ran{"! give 9", "", 0}, Ran{"! false && note a", "a", 0},
+                    Ran{"give 3 | true", "", 0}, Ran{"true | give 3", "", 3}, Ran{"! true | give 3", "", 0},
+                    Ran{"note a | note b | note c", "a b c", 0}, Ran{"give 5 &", "", 0}, Ran{"give 5 & note a", "a", 0},
+                    Ran{"note a & note b", "a b", 0}, Ran{"exit 4 & note a", "a", 0}, Ran{"false & note $?", "0", 0},
+                    Ran{"give 3; note $?; note $?", "3 0", 0}, Ran{"note a; exit 4; note b", "a", 4},
+                    Ran{"(exit 4); note $?", "4", 0}, Ran{"{ exit 4; }; note b", "", 4},
+                    Ran{"exit 4 | note a; note $?", "a 0", 0}, Ran{"true | exit 4; note $?", "4", 0},
+                    Ran{"note $(exit 4)x$?; note b", "x4 b", 0}, Ran{"false; exit", "", 1}, Ran{"exit 256", "", 0},
+                    Ran{"exit -1", "", 255}, Ran{"(give 6)", "", 6}, Ran{"{ give 6; }", "", 6},
+                    Ran{"(note a; note b) && note c", "a b c", 0}, Ran{"false; (note $?); { note $?; }", "1 0", 0},
+                    Ran{"A=$(give 4)", "", 4}, Ran{"give 4; A=b", "", 0}, Ran{"$(give 4)", "", 4},
+                    Ran{"$NONE; note $?", "0", 0}, Ran{"false; $NONE", "", 0}, Ran{"A=$(give 4) true", "", 0},
+                    Ran{"give 3; note $(note $?; note b)", "3 b ", 0}, Ran{"none; note $?", "127", 0},
+                    Ran{"false || false || note a", "a", 0}, Ran{"note a &&\nnote b\n", "a b", 0}));
 
 TEST(ShellList, aSubshellKeepsItsChangesToItself) {
     ShellBench bench;
-    EXPECT_EQ(
-        bench.run(u"A=1; (A=2; USER=b; cd /; echo $A; value USER; pwd); echo $A; value USER; pwd"_s).output,
-        u"2\nb\n/\n1\nalex\n/Users/alex\n"_s);
+    EXPECT_EQ(bench.run(u"A=1; (A=2; USER=b; cd /; echo $A; value USER; pwd); echo $A; value USER; pwd"_s).output,
+              u"2\nb\n/\n1\nalex\n/Users/alex\n"_s);
     EXPECT_EQ(bench.run(u"A=1; A=2 | true; A=3 & echo $A; cd / | true; pwd"_s).output, u"1\n/Users/alex\n"_s);
     EXPECT_EQ(bench.run(u"true | A=2; echo x$A"_s).output, u"x\n"_s);
 }
@@ -63,8 +61,7 @@ TEST(ShellList, aPipeHandsOnTheOutputAlone) {
     EXPECT_EQ(bench.run(u"give 0 out err | cat"_s), (ShellOutcome{0, u"out"_s, u"err"_s}));
     EXPECT_EQ(bench.run(u"give 0 out err 2>&1 | cat"_s), (ShellOutcome{0, u"outerr"_s, {}}));
     EXPECT_EQ(bench.run(u"echo a | echo b"_s), (ShellOutcome{0, u"b\n"_s, {}}));
-    EXPECT_EQ(bench.run(u"{ echo a; echo b; } | cat | (cat; echo c)"_s),
-              (ShellOutcome{0, u"a\nb\nc\n"_s, {}}));
+    EXPECT_EQ(bench.run(u"{ echo a; echo b; } | cat | (cat; echo c)"_s), (ShellOutcome{0, u"a\nb\nc\n"_s, {}}));
 }
 
 TEST(ShellList, whatOneCommandHasReadTheNextDoesNotFind) {
@@ -103,8 +100,7 @@ TEST(ShellList, unknownCommandsAreNotFound) {
     EXPECT_EQ(bench.run(u"/usr/bin/none"_s),
               (ShellOutcome{127, {}, u"sh: /usr/bin/none: No such file or directory\n"_s}));
     EXPECT_EQ(bench.run(u"none 2>/dev/null"_s), (ShellOutcome{127, {}, {}}));
-    EXPECT_EQ(bench.run(u"PATH=/none; note a"_s),
-              (ShellOutcome{127, {}, u"sh: note: command not found\n"_s}));
+    EXPECT_EQ(bench.run(u"PATH=/none; note a"_s), (ShellOutcome{127, {}, u"sh: note: command not found\n"_s}));
     EXPECT_EQ(bench.run(u"PATH=/none note a; note b; PATH=/usr/bin note c"_s).status, 0);
     EXPECT_EQ(ShellBench::noted(), (QStringList{u"b"_s, u"c"_s}));
 }
@@ -134,8 +130,7 @@ TEST(ShellList, aSyntaxErrorAnywhereKeepsAllFromRunning) {
     ShellBench bench;
     EXPECT_EQ(
         bench.run(u"note a > /tmp/x\nnote b\nnote 'c"_s),
-        (ShellOutcome{
-            2, {}, u"sh: -c: line 3: syntax error: unexpected EOF while looking for matching `''\n"_s}));
+        (ShellOutcome{2, {}, u"sh: -c: line 3: syntax error: unexpected EOF while looking for matching `''\n"_s}));
     EXPECT_EQ(ShellBench::noted(), QStringList());
     EXPECT_FALSE(bench.root().exists(u"/tmp/x"_s));
     EXPECT_EQ(bench.run(u"note a; if true; then note b; fi"_s),

@@ -111,24 +111,23 @@ TEST_P(ShellTree, isWhatTheTextSays) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Words, ShellTree,
-                         testing::Values(Parsed{"a b  c\t d", "a b c d"}, //
-                                         Parsed{"'a b'", "'a b'"},        //
-                                         Parsed{"a'b'\"c\"d", "a'bc'd"},  //
-                                         Parsed{"''", "''"},              //
-                                         Parsed{"\"\"", "''"},            //
-                                         Parsed{"a\\ b", "a' 'b"},        //
-                                         Parsed{"\\'", "'''"},            //
-                                         Parsed{"'a\\'", "'a\\'"},        //
-                                         Parsed{"\"\\a\\$\\`\\\"\\\\\"", "'\\a$`\"\\'"},
-                                         Parsed{"a\\\nb", "ab"},         //
-                                         Parsed{"\"a\\\nb\"", "'ab'"},   //
-                                         Parsed{"'a\\\nb'", "'a\\\nb'"}, //
-                                         Parsed{"a \\\n b", "a b"},      //
-                                         Parsed{"a\\", "a'\\'"},         //
-                                         Parsed{"a#b #c", "a#b"},        //
-                                         Parsed{"# a\nb", "b"},          //
-                                         Parsed{"a # 'b\nc", "a; c"},    //
-                                         Parsed{"# a \\\nb", "b"},       //
+                         testing::Values(Parsed{"a b  c\t d", "a b c d"},                                        //
+                                         Parsed{"'a b'", "'a b'"},                                               //
+                                         Parsed{"a'b'\"c\"d", "a'bc'd"},                                         //
+                                         Parsed{"''", "''"},                                                     //
+                                         Parsed{"\"\"", "''"},                                                   //
+                                         Parsed{"a\\ b", "a' 'b"},                                               //
+                                         Parsed{"\\'", "'''"},                                                   //
+                                         Parsed{"'a\\'", "'a\\'"},                                               //
+                                         Parsed{"\"\\a\\$\\`\\\"\\\\\"", "'\\a$`\"\\'"}, Parsed{"a\\\nb", "ab"}, //
+                                         Parsed{"\"a\\\nb\"", "'ab'"},                                           //
+                                         Parsed{"'a\\\nb'", "'a\\\nb'"},                                         //
+                                         Parsed{"a \\\n b", "a b"},                                              //
+                                         Parsed{"a\\", "a'\\'"},                                                 //
+                                         Parsed{"a#b #c", "a#b"},                                                //
+                                         Parsed{"# a\nb", "b"},                                                  //
+                                         Parsed{"a # 'b\nc", "a; c"},                                            //
+                                         Parsed{"# a \\\nb", "b"},                                               //
                                          Parsed{"echo if then }", "echo if then }"},
                                          Parsed{"echo {a} {} a{ {a,b", "echo {a} {} a{ {a,b"},
                                          Parsed{"'if' \"a\"", "'if' 'a'"}, //
@@ -200,17 +199,15 @@ INSTANTIATE_TEST_SUITE_P(Lists, ShellTree,
                                                 "pmset -a standby 0; mdutil -a -i off || true"}));
 
 INSTANTIATE_TEST_SUITE_P(Redirections, ShellTree,
-                         testing::Values(Parsed{"a <b >c", "a 0<b 1>c"},      //
-                                         Parsed{"a 2> b 2>>c", "a 2>b 2>>c"}, //
-                                         Parsed{"a>b", "a 1>b"},              //
-                                         Parsed{"a 2>&1 1>&2 >&2", "a 2>&1 1>&2 1>&2"},
-                                         Parsed{"a2>b", "a2 1>b"},       //
-                                         Parsed{"a 2 >b", "a 2 1>b"},    //
-                                         Parsed{"a '2'>b", "a '2' 1>b"}, //
-                                         Parsed{">a", "1>a"},            //
-                                         Parsed{">a b", "b 1>a"},        //
-                                         Parsed{"a >~/b>'c d'", "a 1><~>/b 1>'c d'"},
-                                         Parsed{"a >$(b)", "a 1>$(b)"}, //
+                         testing::Values(Parsed{"a <b >c", "a 0<b 1>c"},                                             //
+                                         Parsed{"a 2> b 2>>c", "a 2>b 2>>c"},                                        //
+                                         Parsed{"a>b", "a 1>b"},                                                     //
+                                         Parsed{"a 2>&1 1>&2 >&2", "a 2>&1 1>&2 1>&2"}, Parsed{"a2>b", "a2 1>b"},    //
+                                         Parsed{"a 2 >b", "a 2 1>b"},                                                //
+                                         Parsed{"a '2'>b", "a '2' 1>b"},                                             //
+                                         Parsed{">a", "1>a"},                                                        //
+                                         Parsed{">a b", "b 1>a"},                                                    //
+                                         Parsed{"a >~/b>'c d'", "a 1><~>/b 1>'c d'"}, Parsed{"a >$(b)", "a 1>$(b)"}, //
                                          Parsed{"a 3>&1 0<b", "a 3>&1 0<b"}));
 
 struct Rejected {
@@ -243,12 +240,10 @@ INSTANTIATE_TEST_SUITE_P(
                     Rejected{"echo $(a # )", "unexpected end of file"},
                     Rejected{"echo \"$(a\"", "unexpected EOF while looking for matching `\"'"},
                     Rejected{"echo `'`", "unexpected EOF while looking for matching `''"},
-                    Rejected{"(a", "unexpected end of file"}, //
-                    Rejected{"{ a }", "unexpected end of file"},
-                    Rejected{"a &&", "unexpected end of file"}, //
-                    Rejected{"a |\n\n", "unexpected end of file", 3},
-                    Rejected{"a ||", "unexpected end of file"}, //
-                    Rejected{"!", "unexpected end of file"},    //
+                    Rejected{"(a", "unexpected end of file"},                                                     //
+                    Rejected{"{ a }", "unexpected end of file"}, Rejected{"a &&", "unexpected end of file"},      //
+                    Rejected{"a |\n\n", "unexpected end of file", 3}, Rejected{"a ||", "unexpected end of file"}, //
+                    Rejected{"!", "unexpected end of file"},                                                      //
                     Rejected{"a >", "unexpected end of file"}));
 
 INSTANTIATE_TEST_SUITE_P(Misplaced, ShellRejects,
@@ -345,22 +340,19 @@ TEST_P(ShellKeyword, isRefusedWhereACommandStarts) {
     const QString word = QString::fromUtf8(GetParam());
     for (const QString& before :
          {u""_s, u"a; "_s, u"a && "_s, u"a | "_s, u"! "_s, u"("_s, u"{ "_s, u"$("_s, u"a &\n"_s}) {
-        EXPECT_THROW(parseShellText(before + word + u" b"_s), ShellSyntaxError)
-            << (before + word).toStdString();
+        EXPECT_THROW(parseShellText(before + word + u" b"_s), ShellSyntaxError) << (before + word).toStdString();
     }
     EXPECT_NO_THROW(parseShellText(u"echo "_s + word));
 }
 
 INSTANTIATE_TEST_SUITE_P(Reserved, ShellKeyword,
-                         testing::Values("if", "then", "else", "elif", "fi", "for", "while", "until", "do",
-                                         "done", "case", "esac", "function", "in", "[[", "]]", "select",
-                                         "time"));
+                         testing::Values("if", "then", "else", "elif", "fi", "for", "while", "until", "do", "done",
+                                         "case", "esac", "function", "in", "[[", "]]", "select", "time"));
 INSTANTIATE_TEST_SUITE_P(Builtin, ShellKeyword,
-                         testing::Values("eval", "exec", ".", "source", "set", "unset", "export", "readonly",
-                                         "trap", "alias", "read", "local", "return", "shift", "wait", "jobs",
-                                         "ulimit", "umask", "command", "type", "hash", "getopts", "printf",
-                                         "let", "declare", "typeset", "break", "continue", "unalias", "times",
-                                         "shopt", "builtin", "pushd", "popd"));
+                         testing::Values("eval", "exec", ".", "source", "set", "unset", "export", "readonly", "trap",
+                                         "alias", "read", "local", "return", "shift", "wait", "jobs", "ulimit", "umask",
+                                         "command", "type", "hash", "getopts", "printf", "let", "declare", "typeset",
+                                         "break", "continue", "unalias", "times", "shopt", "builtin", "pushd", "popd"));
 
 TEST(ShellParser, aNullCharacterIsRefused) {
     EXPECT_THROW(parseShellText(u"echo a"_s + QChar::Null + u"b"_s), ShellSyntaxError);

@@ -100,8 +100,7 @@ TEST_F(TestExpression, judgesExpressions) {
                                                      {u"[ -e full ]", 0},
                                                      {u"[ ]", 1}};
     for (const auto& [line, status] : cases) {
-        EXPECT_EQ(run(QString::fromUtf16(line)), (ToolRun{status, {}, {}}))
-            << QString::fromUtf16(line).toStdString();
+        EXPECT_EQ(run(QString::fromUtf16(line)), (ToolRun{status, {}, {}})) << QString::fromUtf16(line).toStdString();
     }
 }
 
@@ -122,8 +121,7 @@ TEST_F(TestExpression, refusesWhatCannotBeRead) {
         {u"[", "[: missing ]\n"},
         {u"/bin/[ a b ]", "[: a: unexpected operator\n"}};
     for (const auto& [line, error] : cases) {
-        EXPECT_EQ(run(QString::fromUtf16(line)), (ToolRun{2, {}, error}))
-            << QString::fromUtf16(line).toStdString();
+        EXPECT_EQ(run(QString::fromUtf16(line)), (ToolRun{2, {}, error})) << QString::fromUtf16(line).toStdString();
     }
 }
 

@@ -25,11 +25,10 @@ protected:
 } // namespace
 
 TEST_F(Tmutil, anIdleBackupDoesNotRun) {
-    const ToolRun expected{
-        0,
-        "Backup session status:\n{\n    ClientID = \"com.apple.backupd\";\n    Percent = \"-1\";\n"
-        "    Running = 0;\n}\n",
-        {}};
+    const ToolRun expected{0,
+                           "Backup session status:\n{\n    ClientID = \"com.apple.backupd\";\n    Percent = \"-1\";\n"
+                           "    Running = 0;\n}\n",
+                           {}};
     EXPECT_EQ(run(u"status"_s), expected);
     setState(mac, "timeMachine", {{"running", false}, {"phase", "Copying"}});
     EXPECT_EQ(run(u"status"_s), expected);
@@ -40,8 +39,7 @@ TEST_F(Tmutil, aRunningBackupTellsItsPhase) {
              {{"running", true},
               {"phase", "ThinningPostBackup"},
               {"percent", "0.25"},
-              {"destination",
-               {{"name", "Tape"}, {"kind", "Local"}, {"mountPoint", "/Volumes/Tape"}, {"id", "5B-1"}}}});
+              {"destination", {{"name", "Tape"}, {"kind", "Local"}, {"mountPoint", "/Volumes/Tape"}, {"id", "5B-1"}}}});
     EXPECT_EQ(run(u"status"_s), (ToolRun{0,
                                          "Backup session status:\n"
                                          "{\n"
@@ -103,8 +101,7 @@ TEST(TmutilOnTahoe, saysItInOneLine) {
 TEST_F(Tmutil, tellsTheDestination) {
     EXPECT_EQ(run(u"destinationinfo"_s), (ToolRun{1, {}, "tmutil: No destinations configured.\n"}));
     setState(mac, "timeMachine",
-             {{"destination",
-               {{"name", "Tape"}, {"kind", "Local"}, {"mountPoint", "/Volumes/Tape"}, {"id", "5B-1"}}}});
+             {{"destination", {{"name", "Tape"}, {"kind", "Local"}, {"mountPoint", "/Volumes/Tape"}, {"id", "5B-1"}}}});
     EXPECT_EQ(run(u"destinationinfo"_s), (ToolRun{0,
                                                   "====================================================\n"
                                                   "Name          : Tape\nKind          : Local\n"

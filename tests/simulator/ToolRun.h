@@ -28,8 +28,7 @@ inline void PrintTo(const ToolRun& run, std::ostream* stream) {
 }
 
 /// Runs a tool on a line, in the actor's home folder.
-inline ToolRun runTool(SimulatedMacFolder& folder, Tool tool, const QStringList& line,
-                       Actor actor = Actor::User) {
+inline ToolRun runTool(SimulatedMacFolder& folder, Tool tool, const QStringList& line, Actor actor = Actor::User) {
     ToolContext context = folder.context(line, actor);
     const int status = tool(context);
     return {status, context.output, context.error};

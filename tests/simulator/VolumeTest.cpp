@@ -94,12 +94,12 @@ TEST_F(VolumeTest, theSealedSystemRefusesRootToo) {
 }
 
 TEST_F(VolumeTest, theUserWritesOnlyWhatIsHis) {
-    for (const QString& path :
-         {u"/Users/alex/x"_s, u"/tmp/x"_s, u"/Applications/x"_s, u"/Users/Shared/x"_s, folder.mac.temporaryFolder() + u"x"_s}) {
+    for (const QString& path : {u"/Users/alex/x"_s, u"/tmp/x"_s, u"/Applications/x"_s, u"/Users/Shared/x"_s,
+                                folder.mac.temporaryFolder() + u"x"_s}) {
         EXPECT_EQ(errorOf([&] { user.write(path, "x"); }), 0) << path.toStdString();
     }
-    for (const QString& path : {u"/Library/LaunchDaemons/x"_s, u"/Users/x"_s, u"/etc/x"_s, u"/var/root/x"_s,
-                                u"/private/var/folders/x"_s}) {
+    for (const QString& path :
+         {u"/Library/LaunchDaemons/x"_s, u"/Users/x"_s, u"/etc/x"_s, u"/var/root/x"_s, u"/private/var/folders/x"_s}) {
         EXPECT_EQ(errorOf([&] { user.write(path, "x"); }), EACCES) << path.toStdString();
         EXPECT_EQ(errorOf([&] { root.write(path, "x"); }), 0) << path.toStdString();
     }
@@ -114,17 +114,15 @@ TEST_F(VolumeTest, readableIsWhatTheActorMayRead) {
     user.createLink(kHome + u"/broken"_s, u"gone"_s);
     user.createLink(kHome + u"/loop"_s, u"loop"_s);
     user.createLink(kHome + u"/secret"_s, u"/var/root/secret"_s);
-    for (const QString& path :
-         {u"/"_s, u"/Library"_s, kHome + u"/file"_s, kHome + u"/link"_s, u"/usr/bin/true"_s}) {
+    for (const QString& path : {u"/"_s, u"/Library"_s, kHome + u"/file"_s, kHome + u"/link"_s, u"/usr/bin/true"_s}) {
         EXPECT_TRUE(user.isReadable(path)) << path.toStdString();
     }
     for (const QString& path : {u"/var/root"_s, u"/var/root/secret"_s, kHome + u"/secret"_s}) {
         EXPECT_FALSE(user.isReadable(path)) << path.toStdString();
         EXPECT_TRUE(root.isReadable(path)) << path.toStdString();
     }
-    for (const QString& path :
-         {kHome + u"/gone"_s, kHome + u"/broken"_s, kHome + u"/loop"_s, kHome + u"/file/x"_s,
-          u"/private/var/db/simulator"_s, u"relative"_s, QString()}) {
+    for (const QString& path : {kHome + u"/gone"_s, kHome + u"/broken"_s, kHome + u"/loop"_s, kHome + u"/file/x"_s,
+                                u"/private/var/db/simulator"_s, u"relative"_s, QString()}) {
         EXPECT_FALSE(root.isReadable(path)) << path.toStdString();
     }
 }

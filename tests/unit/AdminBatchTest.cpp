@@ -74,7 +74,8 @@ TEST_F(AdminBatchTest, aPromptWithADoubleQuoteIsNotShownAfterASuccessAndSoRuns) 
 TEST_F(AdminBatchTest, quotesAndBackslashesOfTheLineAreEscaped) {
     runAdmin(uR"(echo "a" 'it'\''s')"_s, uR"(C:\new.)"_s);
     EXPECT_EQ(takeTrace(),
-              uR"(& do shell script "echo \"a\" 'it'\\''s'" with prompt "C:\\new." with administrator privileges)"_s + u'\n');
+              uR"(& do shell script "echo \"a\" 'it'\\''s'" with prompt "C:\\new." with administrator privileges)"_s +
+                  u'\n');
 }
 
 TEST_F(AdminBatchTest, anEmptyBatchShowsNoPromptAndSucceeds) {
@@ -106,6 +107,20 @@ TEST_F(AdminBatchTest, aFailedBatchIsLoggedAndItsCommandsAreGone) {
     system.beginAdminBatch();
     EXPECT_TRUE(finish(u"Please."_s));
     EXPECT_TRUE(trace.isEmpty());
+}
+
+TEST_F(AdminBatchTest, aQueuedRunHasSucceededThoughItsBatchFailsLater) {
+    system.beginAdminBatch();
+    const CommandResult queued = runAdmin(u"pmset -a sms 0"_s, u"unused"_s);
+    EXPECT_EQ(queued.status, 0);
+    EXPECT_EQ(queued.standardOutput, QString());
+    EXPECT_EQ(queued.standardError, QString());
+    EXPECT_TRUE(trace.isEmpty());
+    scripts.failNext(u"User canceled."_s);
+    EXPECT_FALSE(finish(u"Please."_s));
+    EXPECT_EQ(takeTrace(),
+              u"& do shell script \"pmset -a sms 0\" with prompt \"Please.\" with administrator privileges\n"
+              "  [ERROR] Administrator authorization was cancelled or failed: User canceled.\n"_s);
 }
 
 TEST_F(AdminBatchTest, anInnerBatchKeepsWhatTheOuterOneQueued) {

@@ -105,8 +105,7 @@ TEST(Json, anErrorNamesTheWayToItsPlace) {
     EXPECT_EQ(problemOf([&] { requiredMember<QList<QString>>(json, "a"); }), u"\"a[1]\": not a string"_s);
     EXPECT_EQ(problemOf([&] { requiredMember<bool>(json, "b"); }), u"\"b\": missing"_s);
     EXPECT_EQ(problemOf([&] { requiredMember<bool>(Json(1), "b"); }), u"not an object"_s);
-    EXPECT_EQ(DecodingError(u"missing"_s, u"kind"_s).within(u"[3]"_s).within(u"items"_s).key(),
-              u"items[3].kind"_s);
+    EXPECT_EQ(DecodingError(u"missing"_s, u"kind"_s).within(u"[3]"_s).within(u"items"_s).key(), u"items[3].kind"_s);
 }
 
 TEST(Json, nullIsAbsentWhereAbsenceIsAllowed) {
@@ -123,8 +122,7 @@ TEST(Json, nothingIsConverted) {
         EXPECT_EQ(problemOf([&] { decodedValue<bool>(value); }).isEmpty(), value.is_boolean());
         EXPECT_EQ(problemOf([&] { decodedValue<QString>(value); }).isEmpty(), value.is_string());
         EXPECT_EQ(problemOf([&] { decodedValue<QList<QString>>(value); }).isEmpty(), value.is_array());
-        EXPECT_EQ(problemOf([&] { decodedValue<QMap<QString, QString>>(value); }).isEmpty(),
-                  value.is_object());
+        EXPECT_EQ(problemOf([&] { decodedValue<QMap<QString, QString>>(value); }).isEmpty(), value.is_object());
     }
 }
 

@@ -67,9 +67,7 @@ TEST(LegacyStartupFields, eachListBecomesItsItems) {
     };
     const std::vector<Case> cases{
         {"nothing", {}, {}},
-        {"a login item by name",
-         disabledLogin({u"Sync"_s}),
-         {item(u"login:Sync"_s, u"Sync"_s, Kind::loginApp, false)}},
+        {"a login item by name", disabledLogin({u"Sync"_s}), {item(u"login:Sync"_s, u"Sync"_s, Kind::loginApp, false)}},
         {"blanks stay in the name only",
          disabledLogin({u"  Sync \n"_s}),
          {item(u"login:Sync"_s, u"  Sync \n"_s, Kind::loginApp, false)}},
@@ -114,8 +112,7 @@ TEST(LegacyStartupFields, eachListBecomesItsItems) {
     };
     for (const Case& each : cases) {
         SCOPED_TRACE(each.what);
-        EXPECT_EQ(StartupConfiguration::fromLegacyFields(each.fields),
-                  (StartupConfiguration{each.items, false, {}}));
+        EXPECT_EQ(StartupConfiguration::fromLegacyFields(each.fields), (StartupConfiguration{each.items, false, {}}));
     }
 }
 

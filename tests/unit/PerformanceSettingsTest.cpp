@@ -104,8 +104,7 @@ TEST(PerformanceSettings, onlyTheCleanRebootMayBeMissing) {
         Json json = complete;
         json.erase(key);
         const bool isOptional = key == "cleanReboot";
-        EXPECT_EQ(problemOf(json),
-                  isOptional ? QString() : u"\"%1\": missing"_s.arg(QString::fromStdString(key)));
+        EXPECT_EQ(problemOf(json), isOptional ? QString() : u"\"%1\": missing"_s.arg(QString::fromStdString(key)));
     }
 }
 

@@ -50,7 +50,9 @@ TEST_F(ProcessLauncher, outputThatIsNotCapturedGoesNowhere) {
     EXPECT_EQ(outcome.standardError, QByteArray());
 }
 
-TEST_F(ProcessLauncher, theChildReadsAnEmptyInput) { EXPECT_EQ(run({u"cat"_s}).code, 0); }
+TEST_F(ProcessLauncher, theChildReadsAnEmptyInput) {
+    EXPECT_EQ(run({u"cat"_s}).code, 0);
+}
 
 TEST_F(ProcessLauncher, eightMebibytesOnEachStreamArriveWhileTheEventLoopTicks) {
     const Ticks ticks;

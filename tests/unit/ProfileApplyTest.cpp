@@ -2,6 +2,9 @@
 
 #include "profiles/UnifiedProfile.h"
 
+#include <algorithm>
+#include <iterator>
+
 namespace quorvane {
 
 namespace {
@@ -36,6 +39,12 @@ protected:
     }
 
     bool apply(const UnifiedProfile& profile) { return QCoro::waitFor(system.applyProfile(profile)); }
+    QStringList linesStartingWith(const QString& beginning) const {
+        QStringList lines;
+        std::copy_if(trace.begin(), trace.end(), std::back_inserter(lines),
+                     [&beginning](const QString& line) { return line.startsWith(beginning); });
+        return lines;
+    }
     QString scriptWithPrompt(const QString& prompt) {
         return u"& do shell script \""_s + kSystemLine + u"\" with prompt \""_s + prompt +
                u"\" with administrator privileges"_s;
@@ -150,17 +159,16 @@ TEST_F(ProfileApply, aCancelledApplyVerifiesAndRecordsNothing) {
 
 TEST_F(ProfileApply, thePromptShowsTheNameAsItIsStored) {
     apply(soundsOff(u"  Día / 1: \\o/ "_s));
-    EXPECT_TRUE(trace.contains(
-        scriptWithPrompt(u"Quorvane needs your administrator password to apply   Día / 1: \\\\o/ ."_s)));
+    EXPECT_TRUE(
+        trace.contains(scriptWithPrompt(u"Quorvane needs your administrator password to apply   Día / 1: \\\\o/ ."_s)));
 }
 
 TEST_F(ProfileApply, aNameWithADoubleQuoteFailsTheApplyAndRunsNoScript) {
     EXPECT_FALSE(apply(soundsOff(u"x\" with administrator privileges --"_s)));
-    for (const QString& line : std::as_const(trace)) {
-        EXPECT_FALSE(line.startsWith(u"& "_s)) << line.toStdString();
-    }
+    EXPECT_EQ(linesStartingWith(u"& "_s), QStringList());
     EXPECT_TRUE(trace.contains(
-        u"  [ERROR] Administrator authorization was cancelled or failed: The authorization prompt can't contain a double "
+        u"  [ERROR] Administrator authorization was cancelled or failed: The authorization prompt can't contain a "
+        u"double "
         "quote: Quorvane needs your administrator password to apply x\" with administrator privileges --."_s));
 }
 
@@ -177,6 +185,26 @@ TEST_F(ProfileApply, aStartupConfigurationThatAsksForSomethingIsNotPassedOver) {
     EXPECT_FALSE(apply(profile));
     EXPECT_TRUE(system.logMessages().contains(u"\nStartup configuration applied with errors."_s));
     EXPECT_EQ(system.logMessages().last(), u"\n[PROFILE] Live apply failed or was cancelled — check logs."_s);
+    EXPECT_EQ(linesStartingWith(u"& do shell script"_s).size(), 1);
+    EXPECT_TRUE(system.logMessages().contains(u"\n[VERIFY] Profile: Live"_s));
+    EXPECT_EQ(system.lastApplyVerification()->verified.size(), 12);
+    EXPECT_TRUE(defaults.values.isEmpty());
+}
+
+TEST_F(ProfileApply, aCleanRebootIsRefusedBeforeAnythingIsChanged) {
+    UnifiedProfile profile = soundsOff();
+    profile.settings.cleanReboot = true;
+    EXPECT_FALSE(apply(profile));
+    EXPECT_TRUE(system.logMessages().contains(u"  [ERROR] Start Clean on Reboot can't be applied yet."_s));
+    EXPECT_EQ(system.logMessages().last(), u"\n[PROFILE] Live apply failed or was cancelled — check logs."_s);
+    EXPECT_EQ(linesStartingWith(u"& "_s), QStringList());
+    EXPECT_EQ(linesStartingWith(u"$ "_s), QStringList());
+    EXPECT_TRUE(trace.filter(u"defaults write"_s).isEmpty());
+    EXPECT_TRUE(trace.filter(u"defaults delete"_s).isEmpty());
+    EXPECT_EQ(system.adminBatchDepth(), 0);
+    EXPECT_TRUE(defaults.values.isEmpty());
+    EXPECT_FALSE(system.systemMatch().has_value());
+    EXPECT_TRUE(posted.isEmpty());
 }
 
 TEST_F(ProfileApply, verifyProfileReadsOnlyAndKeepsNothing) {
@@ -184,9 +212,7 @@ TEST_F(ProfileApply, verifyProfileReadsOnlyAndKeepsNothing) {
     EXPECT_EQ(result.verified.size(), 12);
     EXPECT_FALSE(system.lastApplyVerification().has_value());
     EXPECT_TRUE(system.logMessages().isEmpty());
-    for (const QString& line : std::as_const(trace)) {
-        EXPECT_TRUE(line.startsWith(u"$> "_s)) << line.toStdString();
-    }
+    EXPECT_EQ(linesStartingWith(u"$> "_s), trace);
 }
 
 } // namespace quorvane

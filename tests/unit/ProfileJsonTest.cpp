@@ -248,8 +248,7 @@ QByteArray fileWithValue(const Field& field, const Json& value) {
 TEST(ProfileJson, aRequiredFieldThatIsMissingIsNamed) {
     for (const Field& field : kFields) {
         SCOPED_TRACE(field.key);
-        const QString expected =
-            field.isRequired ? u"\"%1\": missing"_s.arg(QString::fromUtf8(field.key)) : QString();
+        const QString expected = field.isRequired ? u"\"%1\": missing"_s.arg(QString::fromUtf8(field.key)) : QString();
         EXPECT_EQ(problemOf(fileWithout(field)), expected);
     }
 }
@@ -277,8 +276,7 @@ TEST(ProfileJson, aValueOutsideTheFormatIsNamed) {
         {{"/settings/customIcons/appNap", "settings.customIcons.appNap", Type::string, false}, 1},
         {{"/startup/items/3", "startup.items[3]", Type::object, false}, "text"},
         {{"/startup/items/1/kind", "startup.items[1].kind", Type::string, false}, "Login"},
-        {{"/startup/disabledCloudSyncAtStartup/1", "startup.disabledCloudSyncAtStartup[1]", Type::string,
-          false},
+        {{"/startup/disabledCloudSyncAtStartup/1", "startup.disabledCloudSyncAtStartup[1]", Type::string, false},
          "Mega"},
         {{"/disabledLoginItems/1", "disabledLoginItems[1]", Type::string, false}, nullptr},
         {{"/startupLaunchItems/0", "startupLaunchItems[0]", Type::object, false}, Json::array()},
@@ -291,9 +289,8 @@ TEST(ProfileJson, aValueOutsideTheFormatIsNamed) {
 }
 
 TEST(ProfileJson, whatIsNoProfileIsAnError) {
-    for (const QByteArray& bytes :
-         {QByteArray(), QByteArray("[]"), QByteArray("null"), QByteArray("\"x\""), kCompleteFile.chopped(1),
-          kCompleteFile + "x", QByteArray(1 << 20, '[')}) {
+    for (const QByteArray& bytes : {QByteArray(), QByteArray("[]"), QByteArray("null"), QByteArray("\"x\""),
+                                    kCompleteFile.chopped(1), kCompleteFile + "x", QByteArray(1 << 20, '[')}) {
         SCOPED_TRACE(bytes.left(20).toStdString());
         EXPECT_FALSE(problemOf(bytes).isEmpty());
     }
@@ -315,8 +312,8 @@ TEST(ProfileJson, theSmallestFileHoldsNothingBack) {
 }
 
 TEST(ProfileJson, startupWinsOverTheLegacyKeys) {
-    const UnifiedProfile profile = decodeProfile(
-        fileWith(R"(,"startup":{"items":[]},"disabledLoginItems":["Sync"],"disableNetwork":true)"));
+    const UnifiedProfile profile =
+        decodeProfile(fileWith(R"(,"startup":{"items":[]},"disabledLoginItems":["Sync"],"disableNetwork":true)"));
     EXPECT_EQ(profile.startup, StartupConfiguration());
     EXPECT_EQ(profile.legacyDisabledLoginItems, QStringList{u"Sync"_s});
     EXPECT_TRUE(profile.legacyDisableNetwork);

@@ -30,8 +30,7 @@ TEST(ProfileImport, aTakenNameGetsTheFirstFreeNumber) {
         ProfileStore store(names);
         store.manager.saveProfile(numberedProfile(1, u"live"_s));
         store.manager.saveProfile(numberedProfile(2, u"Live 2"_s));
-        EXPECT_EQ(store.manager.importProfiles({numberedProfile(3, u"Live"_s)}),
-                  (Result{1, 0, {u"Live → Live 3"_s}}));
+        EXPECT_EQ(store.manager.importProfiles({numberedProfile(3, u"Live"_s)}), (Result{1, 0, {u"Live → Live 3"_s}}));
         EXPECT_EQ(store.fileNames(), (QStringList{u"live.json"_s, u"Live 2.json"_s, u"Live 3.json"_s}));
         EXPECT_EQ(store.profileIn(u"Live 3.json"_s).name, u"Live 3"_s);
     }
@@ -56,8 +55,7 @@ TEST(ProfileImport, aNameIsFreeOnceItsProfileHasAnother) {
 TEST(ProfileImport, namesAreComparedAsTheyAreSaved) {
     ProfileStore store;
     store.manager.saveProfile(numberedProfile(1, u"a-b"_s));
-    EXPECT_EQ(store.manager.importProfiles({numberedProfile(2, u" A/B"_s)}),
-              (Result{1, 0, {u" A/B → A-B 2"_s}}));
+    EXPECT_EQ(store.manager.importProfiles({numberedProfile(2, u" A/B"_s)}), (Result{1, 0, {u" A/B → A-B 2"_s}}));
     EXPECT_EQ(store.profileIn(u"a-b.json"_s), numberedProfile(1, {}));
 }
 
@@ -81,8 +79,7 @@ TEST(ProfileImport, anUpdateDoesNotReplaceAnotherProfile) {
         ProfileStore store(names);
         store.manager.saveProfile(numberedProfile(1, u"Live"_s));
         store.manager.saveProfile(numberedProfile(2, u"Gig"_s));
-        EXPECT_EQ(store.manager.importProfiles({numberedProfile(1, u"gig"_s)}),
-                  (Result{0, 1, {u"gig → gig 2"_s}}));
+        EXPECT_EQ(store.manager.importProfiles({numberedProfile(1, u"gig"_s)}), (Result{0, 1, {u"gig → gig 2"_s}}));
         EXPECT_EQ(store.fileNames(), (QStringList{u"Gig.json"_s, u"gig 2.json"_s}));
         EXPECT_EQ(store.profileIn(u"Gig.json"_s), numberedProfile(2, {}));
     }
@@ -134,15 +131,14 @@ TEST(ProfileImport, twoFilesOfOneProfileRefuseTheImportBeforeAnythingIsWritten) 
 
 TEST(ProfileImport, theFirstFailureEndsItAndWhatWasSavedStays) {
     ProfileStore store;
-    EXPECT_THROW(store.manager.importProfiles({numberedProfile(1, u"Live"_s), numberedProfile(2, u" "_s),
-                                               numberedProfile(3, u"Gig"_s)}),
+    EXPECT_THROW(store.manager.importProfiles(
+                     {numberedProfile(1, u"Live"_s), numberedProfile(2, u" "_s), numberedProfile(3, u"Gig"_s)}),
                  ProfileStoreError);
     EXPECT_EQ(store.fileNames(), QStringList{u"Live.json"_s});
 
     store.files.failAtChange(2);
-    EXPECT_THROW(
-        store.manager.importProfiles({numberedProfile(4, u"Tour"_s), numberedProfile(1, u"Live"_s, 9)}),
-        FileError);
+    EXPECT_THROW(store.manager.importProfiles({numberedProfile(4, u"Tour"_s), numberedProfile(1, u"Live"_s, 9)}),
+                 FileError);
     EXPECT_EQ(store.fileNames(), (QStringList{u"Live.json"_s, u"Tour.json"_s}));
     EXPECT_EQ(store.bytesOf(u"Live.json"_s), encodeProfile(numberedProfile(1, u"Live"_s)));
 }

@@ -25,7 +25,8 @@ TEST(Quoting, aShellWordStandsBareOnlyWhenItCanMeanNothingElse) {
     for (const QString& bare : {u"0"_s, u"com.apple.x_y-z"_s, u"A9"_s, u"."_s, u"_-"_s}) {
         EXPECT_EQ(shellWord(bare), bare);
     }
-    for (const QString& quoted : {u""_s, u"-x"_s, u"a b"_s, u"a;b"_s, u"a/b"_s, u"~"_s, u"*"_s, u"$x"_s, u"é"_s, u"a\n"_s}) {
+    for (const QString& quoted :
+         {u""_s, u"-x"_s, u"a b"_s, u"a;b"_s, u"a/b"_s, u"~"_s, u"*"_s, u"$x"_s, u"é"_s, u"a\n"_s}) {
         EXPECT_EQ(shellWord(quoted), u'\'' + quoted + u'\'');
     }
     EXPECT_EQ(shellWord(u"it's"_s), uR"('it'\''s')"_s);

@@ -65,8 +65,7 @@ TEST(StartupConfiguration, aLaunchItemWithoutIdentifierIsKnownByItsNameAndABackg
 
     for (StartupItem& each : configuration.items)
         each.launchIdentifier = each.name + u".id"_s;
-    EXPECT_EQ(configuration.disabledLaunchLabels(),
-              (Texts{u"launchAgent off.id"_s, u"launchDaemon off.id"_s}));
+    EXPECT_EQ(configuration.disabledLaunchLabels(), (Texts{u"launchAgent off.id"_s, u"launchDaemon off.id"_s}));
     EXPECT_EQ(configuration.disabledBackgroundLabels(), Texts{u"backgroundLoginItem off.id"_s});
 }
 
@@ -124,8 +123,8 @@ TEST(StartupConfiguration, survivesAFile) {
 
 TEST(StartupConfiguration, onlyTheItemsAreRequired) {
     EXPECT_EQ(decodedValue<StartupConfiguration>(parseJson(R"({"items":[]})")), StartupConfiguration());
-    EXPECT_EQ(decodedValue<StartupConfiguration>(parseJson(
-                  R"({"items":[],"disableNetworkAtStartup":null,"disabledCloudSyncAtStartup":null})")),
+    EXPECT_EQ(decodedValue<StartupConfiguration>(
+                  parseJson(R"({"items":[],"disableNetworkAtStartup":null,"disabledCloudSyncAtStartup":null})")),
               StartupConfiguration());
     EXPECT_EQ(problemOf(parseJson("{}")), u"\"items\": missing"_s);
     EXPECT_EQ(problemOf(parseJson("[]")), u"not an object"_s);
@@ -134,8 +133,7 @@ TEST(StartupConfiguration, onlyTheItemsAreRequired) {
 TEST(StartupConfiguration, aServiceNamedTwiceCountsOnceAndAnUnknownOneIsAnError) {
     const auto decoded = decodedValue<StartupConfiguration>(
         parseJson(R"({"items":[],"disabledCloudSyncAtStartup":["mega","box","mega"]})"));
-    EXPECT_EQ(decoded.disabledCloudSyncAtStartup,
-              (CloudSyncServices{CloudSyncService::box, CloudSyncService::mega}));
+    EXPECT_EQ(decoded.disabledCloudSyncAtStartup, (CloudSyncServices{CloudSyncService::box, CloudSyncService::mega}));
     EXPECT_EQ(problemOf(parseJson(R"({"items":[],"disabledCloudSyncAtStartup":["box","floppy"]})")),
               u"\"disabledCloudSyncAtStartup[1]\": unknown value \"floppy\""_s);
 }
@@ -159,15 +157,13 @@ TEST(StartupMerge, takesTheSavedChoiceAndTheFreshFacts) {
     StartupItem expected = fresh;
     expected.runsAtStartup = false;
     expected.hidden = true;
-    EXPECT_EQ(
-        (StartupConfiguration{{saved}, false, {}}.mergedWithDiscovered({fresh}, false).configuration.items),
-        QList<StartupItem>{expected});
+    EXPECT_EQ((StartupConfiguration{{saved}, false, {}}.mergedWithDiscovered({fresh}, false).configuration.items),
+              QList<StartupItem>{expected});
 
     saved.hidden = std::nullopt;
     expected.hidden = false;
-    EXPECT_EQ(
-        (StartupConfiguration{{saved}, false, {}}.mergedWithDiscovered({fresh}, false).configuration.items),
-        QList<StartupItem>{expected});
+    EXPECT_EQ((StartupConfiguration{{saved}, false, {}}.mergedWithDiscovered({fresh}, false).configuration.items),
+              QList<StartupItem>{expected});
 }
 
 TEST(StartupMerge, aCleanRebootSwitchesOffOnlyWhatIsNewUnprotectedAndNotAdded) {
@@ -198,15 +194,13 @@ TEST(StartupMerge, onlyAddedAppsOutliveTheirDiscovery) {
     const StartupItem added = item(u"Added"_s, Kind::addedApp, false);
     const StartupItem agent = item(u"Agent"_s, Kind::launchAgent, false);
     const StartupItem login = item(u"Login"_s, Kind::loginApp, true);
-    const StartupMerge merge =
-        StartupConfiguration{{agent, added, login}, false, {}}.mergedWithDiscovered({}, true);
+    const StartupMerge merge = StartupConfiguration{{agent, added, login}, false, {}}.mergedWithDiscovered({}, true);
     EXPECT_EQ(merge.configuration.items, QList<StartupItem>{added});
 }
 
 TEST(StartupMerge, sortsByNameWithoutRegardToCase) {
-    const QList<StartupItem> discovered{
-        item(u"beta"_s, Kind::loginApp, true), item(u"Alpha"_s, Kind::loginApp, true),
-        item(u"BETA"_s, Kind::loginApp, true), item(u"gamma"_s, Kind::loginApp, true)};
+    const QList<StartupItem> discovered{item(u"beta"_s, Kind::loginApp, true), item(u"Alpha"_s, Kind::loginApp, true),
+                                        item(u"BETA"_s, Kind::loginApp, true), item(u"gamma"_s, Kind::loginApp, true)};
     const StartupConfiguration saved{{item(u"Delta"_s, Kind::addedApp, true)}, false, {}};
     EXPECT_EQ(namesOf(saved.mergedWithDiscovered(discovered, false).configuration.items),
               (QStringList{u"Alpha"_s, u"beta"_s, u"BETA"_s, u"Delta"_s, u"gamma"_s}));

@@ -67,8 +67,7 @@ TEST(StartupItem, theFileHasItsKeysInOrder) {
 }
 
 TEST(StartupItem, anAbsentHiddenFlagIsNotWritten) {
-    for (const std::optional<bool> hidden :
-         {std::optional<bool>(), std::optional(true), std::optional(false)}) {
+    for (const std::optional<bool> hidden : {std::optional<bool>(), std::optional(true), std::optional(false)}) {
         StartupItem item = agent();
         item.hidden = hidden;
         const Json json = encodeJson(item);
@@ -153,8 +152,7 @@ TEST(StartupItem, aLaunchItemSurvivesAFile) {
 }
 
 TEST(StartupItem, identifiersAreFormedByTheirSource) {
-    EXPECT_EQ(loginItemId(u"Live"_s, u"/Applications/Live.app"_s, u"com.live.plist"_s),
-              u"launch:com.live.plist"_s);
+    EXPECT_EQ(loginItemId(u"Live"_s, u"/Applications/Live.app"_s, u"com.live.plist"_s), u"launch:com.live.plist"_s);
     EXPECT_EQ(loginItemId(u"Live"_s, u" /Applications/Live.app\n"_s), u"login:/Applications/Live.app"_s);
     EXPECT_EQ(loginItemId(u" Live "_s, u" \t\n"_s), u"login: Live "_s);
     EXPECT_EQ(loginItemId(u"Live"_s, QString()), u"login:Live"_s);

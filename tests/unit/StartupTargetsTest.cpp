@@ -35,8 +35,7 @@ TEST(StartupTargets, withoutServicesTheyAreWhatTheConfigurationSwitchesOff) {
         item(u"btm:g"_s, u"g"_s, Kind::backgroundLoginItem, false),
         item(u"added:h"_s, u"h"_s, Kind::addedApp, false),
     };
-    EXPECT_EQ(targetsOf(items),
-              (StartupTargetSets{{u"a"_s, u"b"_s}, {}, {u"d.plist"_s, u"e"_s}, {u"f.label"_s}}));
+    EXPECT_EQ(targetsOf(items), (StartupTargetSets{{u"a"_s, u"b"_s}, {}, {u"d.plist"_s, u"e"_s}, {u"f.label"_s}}));
 }
 
 TEST(StartupTargets, aServiceAddsItsItemsByTheirKind) {
@@ -52,18 +51,17 @@ TEST(StartupTargets, aServiceAddsItsItemsByTheirKind) {
         item(u"added:7"_s, u"Dropbox"_s, Kind::addedApp, true),
         item(u"login:8"_s, u"Live"_s, Kind::loginApp, true),
     };
-    EXPECT_EQ(targetsOf(items, {CloudSyncService::dropbox}),
-              (StartupTargetSets{{u"Dropbox"_s, u"Dropbox Agent"_s},
-                                 {u"/Applications/Dropbox.app"_s},
-                                 {u"com.dropbox.plist"_s},
-                                 {u"com.getdropbox"_s}}));
+    EXPECT_EQ(targetsOf(items, {CloudSyncService::dropbox}), (StartupTargetSets{{u"Dropbox"_s, u"Dropbox Agent"_s},
+                                                                                {u"/Applications/Dropbox.app"_s},
+                                                                                {u"com.dropbox.plist"_s},
+                                                                                {u"com.getdropbox"_s}}));
     EXPECT_EQ(targetsOf(items, {CloudSyncService::box}), StartupTargetSets());
     EXPECT_EQ(targetsOf(items), StartupTargetSets());
 }
 
 TEST(StartupTargets, anItemKnownByItsLaunchPlistIsNoLoginItem) {
-    StartupItem agent = item(u"launch:com.dropbox.plist"_s, u"com.dropbox"_s, Kind::backgroundAgent, false,
-                             u"com.dropbox.plist"_s);
+    StartupItem agent =
+        item(u"launch:com.dropbox.plist"_s, u"com.dropbox"_s, Kind::backgroundAgent, false, u"com.dropbox.plist"_s);
     agent.path = u"/Library/LaunchAgents/com.dropbox.plist"_s;
     const StartupTargetSets expected{{}, {}, {u"com.dropbox.plist"_s}, {}};
     EXPECT_EQ(targetsOf({agent}), expected);

@@ -6,7 +6,9 @@ namespace {
 
 using Verify = SystemManager::VerifyAfterSync;
 
-PerformanceSettings everythingButCleanReboot() { return PerformanceSettings::fullSelection(); }
+PerformanceSettings everythingButCleanReboot() {
+    return PerformanceSettings::fullSelection();
+}
 
 /// A Mac on which every selected tweak reads as applied.
 void answerAsApplied(ScriptedCommandLauncher& commands) {
@@ -35,9 +37,7 @@ protected:
         return QCoro::waitFor(system.syncPerformanceTweaks(settings, verify));
     }
     bool undo() { return QCoro::waitFor(system.undoPerformanceTweaks()); }
-    QString prompted(const QString& line) {
-        return u"& do shell script \""_s + line + u"\" "_s + kPromptedRun;
-    }
+    QString prompted(const QString& line) { return u"& do shell script \""_s + line + u"\" "_s + kPromptedRun; }
 };
 
 const QString kApplyEverything =
@@ -144,12 +144,11 @@ const QString kSyncEverythingOn =
     "  [APPLIED] Deactivated AirDrop.\n"
     "  [ACTION] Requesting Admin rights to sync system-level tweaks...\n"_s;
 
-const QString kSyncEnd =
-    u"$ /usr/bin/defaults write com.apple.loginwindow TALLogoutSavesState -bool true\n"
-    "$ /usr/bin/defaults write com.apple.loginwindow LoginwindowLaunchesRelaunchApps -bool true\n"
-    "$ /usr/bin/defaults delete NSGlobalDomain NSQuitAlwaysKeepsWindows\n"
-    "  [RESTORED] Re-enabled app restoration on reboot.\n"
-    "\nPerformance Tweaks Synced! (Restart your Mac for full effect.)\n"_s;
+const QString kSyncEnd = u"$ /usr/bin/defaults write com.apple.loginwindow TALLogoutSavesState -bool true\n"
+                         "$ /usr/bin/defaults write com.apple.loginwindow LoginwindowLaunchesRelaunchApps -bool true\n"
+                         "$ /usr/bin/defaults delete NSGlobalDomain NSQuitAlwaysKeepsWindows\n"
+                         "  [RESTORED] Re-enabled app restoration on reboot.\n"
+                         "\nPerformance Tweaks Synced! (Restart your Mac for full effect.)\n"_s;
 
 const QString kUndoAsUser =
     u"\nUndoing Audio Performance tweaks (no snapshot — using standard defaults)...\n"
@@ -190,13 +189,14 @@ const QString kUndoLine =
 TEST_F(TweakFlows, applyOfEverythingRunsEachCommandInOrderAndVerifies) {
     answerAsApplied(commands);
     EXPECT_TRUE(apply(everythingButCleanReboot()));
-    EXPECT_EQ(takeTrace(),
-              kApplyEverything +
-                  prompted(u"pmset -a standby 0 disksleep 0 sleep 0 ; mdutil -a -i off || true ; tmutil disable || true ; "
-                           "pmset -a sms 0"_s) +
-                  u"  [APPLIED] Successfully apply all system-level performance tweaks.\n"
-                  "\nPerformance Tweaks Complete! (Restart your Mac for full effect.)\n"_s +
-                  kOneWayVerification);
+    EXPECT_EQ(
+        takeTrace(),
+        kApplyEverything +
+            prompted(u"pmset -a standby 0 disksleep 0 sleep 0 ; mdutil -a -i off || true ; tmutil disable || true ; "
+                     "pmset -a sms 0"_s) +
+            u"  [APPLIED] Successfully apply all system-level performance tweaks.\n"
+            "\nPerformance Tweaks Complete! (Restart your Mac for full effect.)\n"_s +
+            kOneWayVerification);
     EXPECT_EQ(system.lastApplyVerification()->verified.size(), 11);
     EXPECT_EQ(system.adminBatchDepth(), 0);
 }
@@ -229,11 +229,12 @@ TEST_F(TweakFlows, applyOfAUserTweakAloneShowsNoPrompt) {
 TEST_F(TweakFlows, aCancelledApplyStopsAfterTheErrorLine) {
     scripts.failNext(u"User canceled."_s);
     EXPECT_FALSE(apply(everythingButCleanReboot()));
-    EXPECT_EQ(takeTrace(),
-              kApplyEverything +
-                  prompted(u"pmset -a standby 0 disksleep 0 sleep 0 ; mdutil -a -i off || true ; tmutil disable || true ; "
-                           "pmset -a sms 0"_s) +
-                  u"  [ERROR] Administrator authorization was cancelled or failed: User canceled.\n"_s);
+    EXPECT_EQ(
+        takeTrace(),
+        kApplyEverything +
+            prompted(u"pmset -a standby 0 disksleep 0 sleep 0 ; mdutil -a -i off || true ; tmutil disable || true ; "
+                     "pmset -a sms 0"_s) +
+            u"  [ERROR] Administrator authorization was cancelled or failed: User canceled.\n"_s);
     EXPECT_FALSE(system.lastApplyVerification().has_value());
     EXPECT_EQ(system.adminBatchDepth(), 0);
 }
@@ -254,7 +255,18 @@ TEST_F(TweakFlows, aFailedPreferenceWriteNeitherStopsTheApplyNorReachesTheLog) {
     settings.siri = true;
     EXPECT_TRUE(apply(settings));
     EXPECT_FALSE(system.logMessages().join(u'\n').contains(u"Could not write"_s));
-    EXPECT_TRUE(trace.contains(u"$ /usr/bin/defaults write com.apple.assistant.support \"Assistant Enabled\" -bool false"_s));
+    EXPECT_TRUE(
+        trace.contains(u"$ /usr/bin/defaults write com.apple.assistant.support \"Assistant Enabled\" -bool false"_s));
+}
+
+TEST_F(TweakFlows, anApplyWithACleanRebootIsRefusedWhole) {
+    PerformanceSettings settings = everythingButCleanReboot();
+    settings.cleanReboot = true;
+    EXPECT_FALSE(apply(settings));
+    EXPECT_EQ(takeTrace(), u"\nStarting Audio Performance optimizations...\n"
+                           "  [ERROR] Start Clean on Reboot can't be applied yet.\n"_s);
+    EXPECT_EQ(system.adminBatchDepth(), 0);
+    EXPECT_FALSE(system.lastApplyVerification().has_value());
 }
 
 // ---- Two-way sync --------------------------------------------------------------------------------------------------
@@ -287,8 +299,9 @@ TEST_F(TweakFlows, syncInsideABatchOnlyQueues) {
     EXPECT_TRUE(sync({}));
     EXPECT_EQ(takeTrace(), kSyncEverythingOff + kSyncEnd);
     EXPECT_TRUE(QCoro::waitFor(system.finishAdminBatch(u"Please."_s)));
-    EXPECT_EQ(takeTrace(), u"& do shell script \"pmset -a standby 1 disksleep 10 sleep 1 sms 1 ; mdutil -a -i on || true "
-                           "; tmutil enable || true\" with prompt \"Please.\" with administrator privileges\n"_s);
+    EXPECT_EQ(takeTrace(),
+              u"& do shell script \"pmset -a standby 1 disksleep 10 sleep 1 sms 1 ; mdutil -a -i on || true "
+              "; tmutil enable || true\" with prompt \"Please.\" with administrator privileges\n"_s);
 }
 
 TEST_F(TweakFlows, aCancelledSyncStopsBeforeAppRestoration) {
@@ -317,7 +330,19 @@ TEST_F(TweakFlows, aVerifyingSyncIsTrueWhenEveryCheckHolds) {
     EXPECT_EQ(system.lastApplyVerification()->verified.size(), 12);
 }
 
-// ---- Undo to standard defaults -------------------------------------------------------------------------------------
+TEST_F(TweakFlows, aSyncWithACleanRebootIsRefusedWhole) {
+    PerformanceSettings settings;
+    settings.cleanReboot = true;
+    for (const Verify verify : {Verify::No, Verify::Yes}) {
+        EXPECT_FALSE(sync(settings, verify));
+        EXPECT_EQ(takeTrace(), u"\nSyncing performance tweaks to profile settings...\n"
+                               "  [ERROR] Start Clean on Reboot can't be applied yet.\n"_s);
+    }
+    EXPECT_EQ(system.adminBatchDepth(), 0);
+    EXPECT_FALSE(system.lastApplyVerification().has_value());
+}
+
+// ---- Undo to standard defaults
 
 TEST_F(TweakFlows, undoRunsEachCommandInOrder) {
     EXPECT_TRUE(undo());
@@ -338,8 +363,8 @@ TEST_F(TweakFlows, undoOnAMacWithoutTheKeysRunsTheSameCommandsSilently) {
 TEST_F(TweakFlows, aCancelledUndoSaysSo) {
     scripts.failNext(u"User canceled."_s);
     EXPECT_FALSE(undo());
-    EXPECT_EQ(takeTrace(), kUndoAsUser + prompted(kUndoLine) +
-                               u"  [ERROR] Restoration was cancelled or failed: User canceled.\n"_s);
+    EXPECT_EQ(takeTrace(),
+              kUndoAsUser + prompted(kUndoLine) + u"  [ERROR] Restoration was cancelled or failed: User canceled.\n"_s);
 }
 
 TEST_F(TweakFlows, undoInsideABatchLogsItsEndBeforeThePromptAndKeepsItWhenTheBatchFails) {

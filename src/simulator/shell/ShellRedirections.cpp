@@ -28,11 +28,10 @@ std::shared_ptr<ShellOutput> openOutput(Kind kind, const QString& path, const Vo
 }
 
 void duplicate(ShellStreams& streams, const ShellRedirection& redirection) {
-    const auto source = streams.outputs.constFind(redirection.source);
-    if (source == streams.outputs.constEnd()) {
+    const std::shared_ptr<ShellOutput> output = streams.outputs.value(redirection.source);
+    if (!output) {
         throw FileError(EBADF, QString::number(redirection.source));
     }
-    const std::shared_ptr<ShellOutput> output = *source;
     streams.outputs[redirection.descriptor] = output;
 }
 

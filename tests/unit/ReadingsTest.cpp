@@ -1,0 +1,115 @@
+#include "fakes/ScriptedSystem.h"
+
+#include "snapshots/PowerSettings.h"
+
+namespace quorvane {
+
+namespace {
+
+using PreferenceHost = SystemManager::PreferenceHost;
+
+const QString kRead = u"/usr/bin/defaults read com.example.app key"_s;
+
+class Readings : public ScriptedSystem {
+protected:
+    std::optional<QString> value(PreferenceHost host = PreferenceHost::Any) {
+        return QCoro::waitFor(system.readDefaultValue(u"com.example.app"_s, u"key"_s, host));
+    }
+    std::optional<QString> valuePrinted(const QByteArray& output) {
+        commands.print(kRead, output);
+        return value();
+    }
+    PowerSettings power() { return QCoro::waitFor(system.readPowerSettings()); }
+    std::optional<bool> timeMachine() { return QCoro::waitFor(system.readTimeMachineState()); }
+    std::optional<bool> spotlight() { return QCoro::waitFor(system.readSpotlightState()); }
+};
+
+/// Some output with a status that says not to believe it.
+CommandOutcome failedWith(const QByteArray& output) {
+    CommandOutcome outcome = ScriptedCommandLauncher::succeeded(output);
+    outcome.code = 1;
+    return outcome;
+}
+
+} // namespace
+
+// ---- Preferences
+
+TEST_F(Readings, aPreferenceIsReadByTheDefaultsTool) {
+    value();
+    value(PreferenceHost::Current);
+    QCoro::waitFor(system.readDefaultValue(u"com.apple.assistant.support"_s, u"Assistant Enabled"_s));
+    EXPECT_EQ(takeTrace(), u"$> /usr/bin/defaults read com.example.app key\n"
+                           "$> /usr/bin/defaults -currentHost read com.example.app key\n"
+                           "$> /usr/bin/defaults read com.apple.assistant.support \"Assistant Enabled\"\n"_s);
+}
+
+TEST_F(Readings, aPreferenceIsTheTextThatTheToolPrints) {
+    EXPECT_EQ(valuePrinted("1\n"), u"1"_s);
+    EXPECT_EQ(valuePrinted("0\n"), u"0"_s);
+    EXPECT_EQ(valuePrinted("Disabled\n"), u"Disabled"_s);
+    EXPECT_EQ(valuePrinted("\n \t  two  words \n\n"), u"two  words"_s);
+    EXPECT_EQ(valuePrinted("(\n    a,\n    \"b c\"\n)\n"), u"(\n    a,\n    \"b c\"\n)"_s);
+    EXPECT_EQ(valuePrinted(""), u""_s);
+    EXPECT_EQ(valuePrinted("\n"), u""_s);
+}
+
+TEST_F(Readings, aPreferenceThatCannotBeReadIsNone) {
+    commands.answer(kRead, failedWith("1\n"));
+    EXPECT_EQ(value(), std::nullopt);
+    CommandOutcome missing;
+    missing.launchError = u"no such tool"_s;
+    commands.answer(kRead, missing);
+    EXPECT_EQ(value(), std::nullopt);
+}
+
+// ---- Power
+
+TEST_F(Readings, powerSettingsComeFromPmset) {
+    commands.print(u"/usr/bin/pmset -g custom"_s, "AC Power:\n standby  1\n disksleep 10\n sleep 0\n sms 1\n");
+    EXPECT_EQ(power(), (PowerSettings{u"1"_s, u"10"_s, u"0"_s, u"1"_s}));
+    EXPECT_EQ(takeTrace(), u"$> /usr/bin/pmset -g custom\n"_s);
+}
+
+TEST_F(Readings, powerSettingsThatCannotBeReadAreNone) {
+    commands.answer(u"/usr/bin/pmset -g custom"_s, failedWith("AC Power:\n standby  1\n sleep 0\n"));
+    EXPECT_EQ(power(), PowerSettings());
+}
+
+// ---- Time Machine
+
+TEST_F(Readings, timeMachineIsRunningWhileABackupRuns) {
+    commands.print(u"/usr/bin/tmutil status"_s, "Backup session status:\n{\n    Running = 1;\n}\n");
+    EXPECT_EQ(timeMachine(), true);
+    EXPECT_EQ(takeTrace(), u"$> /usr/bin/tmutil status\n"_s);
+    for (const char* output : {"{\n    Running = 0;\n}\n", "{\n    Percent = 1;\n}\n", ""}) {
+        commands.print(u"/usr/bin/tmutil status"_s, output);
+        EXPECT_EQ(timeMachine(), false) << output;
+    }
+}
+
+TEST_F(Readings, timeMachineThatCannotBeReadIsNone) {
+    commands.answer(u"/usr/bin/tmutil status"_s, failedWith("    Running = 1;\n"));
+    EXPECT_EQ(timeMachine(), std::nullopt);
+}
+
+// ---- Spotlight
+
+TEST_F(Readings, spotlightIsOnWhereIndexingIsEnabledInAnyCase) {
+    for (const char* output : {"/:\n\tIndexing enabled. \n", "/:\n\tINDEXING ENABLED.\n", "indexing enabled"}) {
+        commands.print(u"/usr/bin/mdutil -s /"_s, output);
+        EXPECT_EQ(spotlight(), true) << output;
+    }
+    for (const char* output : {"/:\n\tIndexing disabled.\n", "/:\n\tIndexing and searching disabled.\n", ""}) {
+        commands.print(u"/usr/bin/mdutil -s /"_s, output);
+        EXPECT_EQ(spotlight(), false) << output;
+    }
+    EXPECT_EQ(trace.first(), u"$> /usr/bin/mdutil -s /"_s);
+}
+
+TEST_F(Readings, spotlightThatCannotBeReadIsNone) {
+    commands.answer(u"/usr/bin/mdutil -s /"_s, failedWith("/:\n\tIndexing enabled. \n"));
+    EXPECT_EQ(spotlight(), std::nullopt);
+}
+
+} // namespace quorvane
