@@ -16,7 +16,8 @@ class SimulatedScriptEngine final : public ScriptEngine {
 public:
     /// @param engineProgram  the script engine's link in the Mac's folder, on the host
     /// @param environment    the environment of the scripts
-    SimulatedScriptEngine(QString engineProgram, const QProcessEnvironment& environment, AuthorizationPrompt& authorization);
+    SimulatedScriptEngine(QString engineProgram, const QProcessEnvironment& environment,
+                          AuthorizationPrompt& authorization);
     ~SimulatedScriptEngine() override;
 
     QFuture<ScriptOutcome> run(QString source) override;
