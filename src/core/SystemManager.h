@@ -69,26 +69,23 @@ public:
     /// A failure shows in the result alone.
     QCoro::Task<CommandResult> runCommand(QStringList arguments, OutputCapture capture);
 
-    /// True when the name holds one of `excludedKeywords` in any case: audio software, which is never
-    /// touched.
+    /// True when the name holds one of `excludedKeywords` in any case: audio software, which is never touched.
     static bool isExcludedName(const QString& name);
     static const QStringList& excludedKeywords();
 
     // ---- Administrator runs
 
     /// Runs one shell line as root behind a single authorization prompt, off the main thread.
-    /// @param prompt  shown to the user; replaced by a neutral text while the last run of this process
-    /// succeeded,
-    ///                because the system may then hold the authorization. One that holds a double quote fails
-    ///                the run before the script engine sees it.
+    /// @param prompt  shown to the user; replaced by a neutral text once the last run of this process has succeeded,
+    ///                because the system may then hold the authorization. One that holds a double quote fails the run
+    ///                before the script engine sees it.
     /// @return status 0 and the script's text; or 1 with the system's message: a cancel is a failure like any other
     QCoro::Task<CommandResult> executeAdminScript(QString script, QString prompt);
 
     /// Queues the line when a batch is open, and gives status 0 at once; otherwise runs it.
     QCoro::Task<CommandResult> runAdminCommand(QString script, QString prompt);
 
-    /// Opens a batch: what needs root is queued until `finishAdminBatch` runs it as one line under one
-    /// prompt.
+    /// Opens a batch: what needs root is queued until `finishAdminBatch` runs it as one line under one prompt.
     void beginAdminBatch();
     /// Adds commands to the open batch, tolerant and joined, as one entry.
     void queueAdminCommands(const QStringList& commands);
@@ -97,14 +94,12 @@ public:
     QCoro::Task<bool> finishAdminBatch(QString prompt);
     int adminBatchDepth() const { return m_adminBatchDepth; }
 
-    /// Forgets that an administrator run succeeded, so that the next shows its caller's prompt. Called at
-    /// termination.
+    /// Forgets that an administrator run succeeded: the next shows its caller's prompt. Called at termination.
     void clearAdminAuthorization() { m_adminAuthorizationFlag = false; }
 
     // ---- Tweaks
 
-    /// One-way: puts the selected tweaks in force and leaves all others as they are; opens its own batch;
-    /// verifies.
+    /// One-way: puts the selected tweaks in force and leaves all others as they are; opens its own batch; verifies.
     /// @return true when the administrator run succeeded and every selected tweak reads back as applied
     QCoro::Task<bool> applyPerformanceTweaks(PerformanceSettings settings);
 

@@ -78,10 +78,9 @@ std::optional<PropertyList> parsePropertyList(const QByteArray& bytes);
 QByteArray xmlPropertyList(const PropertyList& list);
 QByteArray binaryPropertyList(const PropertyList& list);
 
-/// Makes a property list of JSON, for descriptions of Macs. What JSON lacks is written as an object of one
-/// key:
-/// {"$data": base64} and {"$date": ISO 8601 with its zone}. A number with a fraction or an exponent is a
-/// real, any other an integer. Throws std::invalid_argument for null and for what cannot be such a value.
+/// Makes a property list of JSON, for descriptions of Macs. What JSON lacks is written as an object of one key:
+/// {"$data": base64} and {"$date": ISO 8601 with its zone}. A number with a fraction or an exponent is a real, any other
+/// an integer. Throws std::invalid_argument for null and for what cannot be such a value.
 PropertyList propertyListFromJson(const Json& json);
 
 } // namespace macsim

@@ -190,6 +190,14 @@ TEST(ProfileManager, aCopyThatTheUserMadeStays) {
     EXPECT_EQ(store.fileNames(), (QStringList{u"Live.json"_s, u"Live copy.json"_s}));
 }
 
+TEST(ProfileManager, aCopyThatTheUserMadeStaysWhenTheProfileIsRenamed) {
+    ProfileStore store;
+    store.addFile(u"Live.json"_s, numberedProfile(1, u"Live"_s));
+    store.addFile(u"Live copy.json"_s, numberedProfile(1, u"Live"_s));
+    store.manager.saveProfile(numberedProfile(1, u"Gig"_s));
+    EXPECT_EQ(store.fileNames(), (QStringList{u"Live copy.json"_s, u"Gig.json"_s}));
+}
+
 TEST(ProfileManager, aRenameDoesNotTouchTheFileOfAnotherProfile) {
     ProfileStore store;
     store.addFile(u"Odd.json"_s, numberedProfile(1, u"Gig"_s));

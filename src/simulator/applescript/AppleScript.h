@@ -48,17 +48,14 @@ struct ShellScriptOutcome {
 /// An application that a script can tell something. As yet it has a name and no objects.
 ///
 /// Where the objects of an application join:
-/// - Terms ("login item", "login items", "hidden") are known while compiling: this class gives its
-/// dictionary, the
+/// - Terms ("login item", "login items", "hidden") are known while compiling: this class gives its dictionary, the
 ///   statement parser keeps that of the innermost `tell` while it parses the block, and
 ///   ExpressionParser::parseTerm tries it after the language's own words. It makes the PropertyOf and
 ///   ElementOf nodes that exist for lists and records; `whose` is one more form of ElementSelection.
 /// - An object is a value: ObjectReference, which holds the application and would hold its specifier too.
-/// - propertyOf() and elementOf() in Elements.cpp find the type of what they are asked about there; a
-/// reference goes
+/// - propertyOf() and elementOf() in Elements.cpp find the type of what they are asked about there; a reference goes
 ///   to the application. A PropertyOf without an owner belongs to the target of the innermost `tell`.
-/// - Commands (`make`, `delete`, `count`) are expression nodes as `do shell script` is; the evaluator hands
-/// them to
+/// - Commands (`make`, `delete`, `count`) are expression nodes as `do shell script` is; the evaluator hands them to
 ///   the application, which may throw ScriptError (-1743, -600).
 class ScriptApplication {
 public:

@@ -8,8 +8,7 @@ namespace macsim {
 
 struct ToolContext;
 
-/// The subcommands of launchctl that only look: "print", "print-disabled", "list". Anyone may read every
-/// domain.
+/// The subcommands of launchctl that only look: "print", "print-disabled", "list". Anyone may read every domain.
 /// @param words  what stands behind the subcommand
 /// @return the exit status; none for words that can't be read
 std::optional<int> printLaunchdTarget(ToolContext& context, const QStringList& words);
