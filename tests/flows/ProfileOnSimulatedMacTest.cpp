@@ -218,6 +218,12 @@ TEST_F(ProfileOnSimulatedMac, aScriptEngineThatDiesIsAFailedRunWithoutAMessage) 
     EXPECT_TRUE(log().contains(u"  [ERROR] Administrator authorization was cancelled or failed: Unknown error\n"_s));
 }
 
+TEST_F(ProfileOnSimulatedMac, aMissingScriptEngineIsAFailedRun) {
+    ASSERT_TRUE(QFile::remove(macFolder() + u"/usr/libexec/scriptengine"_s));
+    EXPECT_FALSE(apply(exampleProfile(u"live-set"_s)));
+    EXPECT_TRUE(log().contains(u"  [ERROR] Administrator authorization was cancelled or failed: Unknown error\n"_s));
+}
+
 TEST_F(ProfileOnSimulatedMac, aFullDiskKeepsTheOldPreferences) {
     start(R"([{"tool": "defaults", "arguments": "write", "diskFull": true}])");
     const macsim::MacPicture before = picture();
