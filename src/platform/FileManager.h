@@ -3,6 +3,7 @@
 #include <QByteArray>
 #include <QString>
 #include <QStringList>
+#include <QtGlobal>
 
 #include <exception>
 
@@ -23,6 +24,16 @@ private:
     QByteArray m_text;
 };
 
+/// What stands at a path.
+struct FileStatus {
+    enum class Kind { Missing, File, Folder, Link, Other };
+
+    Kind kind = Kind::Missing;
+    quint32 owner = 0; ///< the user id of its owner; 0 is root, and what is missing
+
+    bool operator==(const FileStatus&) const = default;
+};
+
 /// Files and folders, by absolute paths as the Mac sees them. Main thread; every operation is synchronous.
 class FileManager {
 public:
@@ -33,6 +44,13 @@ public:
 
     /// True for a file or folder that can be reached; links are followed.
     virtual bool exists(const QString& path) const = 0;
+    /// What stands at the path itself: a link is not followed. Missing when that can't be told.
+    virtual FileStatus status(const QString& path) const = 0;
+    /// True when the user may change what stands there once links are followed: the bytes of a file, the names in a
+    /// folder.
+    virtual bool isWritable(const QString& path) const = 0;
+    /// The path without links, "." and "..". Throws FileError when nothing stands there.
+    virtual QString resolved(const QString& path) const = 0;
     /// The names in a folder, hidden ones included, in the order in which the system gives them. Throws FileError.
     virtual QStringList list(const QString& folder) const = 0;
     /// Throws FileError.
@@ -44,6 +62,9 @@ public:
     virtual void move(const QString& from, const QString& to) = 0;
     /// Removes a file, a link or an empty folder. Throws FileError.
     virtual void remove(const QString& path) = 0;
+    /// Removes a file, a link, or a folder with everything in it. Links inside are removed, not followed. A failure may
+    /// leave a part of the folder. Throws FileError.
+    virtual void removeTree(const QString& path) = 0;
     /// Creates a folder with its parents; one that exists is fine. Throws FileError.
     virtual void createFolders(const QString& folder) = 0;
 };

@@ -2,9 +2,12 @@
 
 namespace quorvane {
 
+class BackgroundTaskPermissions;
+class Bundles;
 class CommandLauncher;
 class FileManager;
 class Machine;
+class PropertyLists;
 class ScriptEngine;
 class UserDefaults;
 
@@ -15,6 +18,9 @@ struct Host {
     FileManager& files;
     UserDefaults& defaults;
     Machine& machine;
+    PropertyLists& propertyLists;
+    Bundles& bundles;
+    BackgroundTaskPermissions& backgroundTaskPermissions;
 };
 
 } // namespace quorvane

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QtGlobal>
 
 namespace quorvane {
 
@@ -16,6 +17,10 @@ public:
     virtual QString homeFolder() const = 0;
     /// The user's Application Support folder, without a "/" at the end.
     virtual QString applicationSupportFolder() const = 0;
+    /// The user's own temporary folder, without a "/" at the end.
+    virtual QString temporaryFolder() const = 0;
+    /// Of the real user, whatever rights the process has.
+    virtual quint32 userId() const = 0;
 };
 
 } // namespace quorvane
