@@ -53,8 +53,24 @@ void SystemManager::queueAdminCommands(const QStringList& commands) {
     m_adminCommandBatch.append(joinedAdminCommands(makeAdminCommandsTolerant(commands)));
 }
 
+void SystemManager::deferBackgroundTaskFetchToAdminBatch() {
+    m_backgroundTaskItemsFetchMode = BackgroundTaskItemsFetchMode::deferredToAdminBatch;
+    m_needsPrivilegedBackgroundTaskItemFetch = !m_backgroundTaskItemsCache;
+    m_pendingBackgroundLoginItemChanges = BackgroundLoginItemChangePlan();
+}
+
 QCoro::Task<bool> SystemManager::finishAdminBatch(QString prompt) {
+    const bool planHasWork = m_pendingBackgroundLoginItemChanges && m_pendingBackgroundLoginItemChanges->hasWork();
+    const bool mustResolveAfterFlush = planHasWork && !m_backgroundTaskItemsCache;
+    if (mustResolveAfterFlush) {
+        queueBackgroundDump();
+    } else if (planHasWork) {
+        co_await resolvePendingBackgroundPlan(PlanResolution::BeforeFlush);
+    }
     const bool succeeded = co_await flushAdminBatch(std::move(prompt));
+    if (succeeded && mustResolveAfterFlush) {
+        co_await resolvePendingBackgroundPlan(PlanResolution::AfterFlush);
+    }
     closeAdminBatch();
     co_return succeeded;
 }
@@ -69,13 +85,25 @@ QCoro::Task<bool> SystemManager::flushAdminBatch(QString prompt) {
         log(u"  [ERROR] Administrator authorization was cancelled or failed: "_s + result.standardError);
         co_return false;
     }
+    if (std::exchange(m_needsPrivilegedBackgroundTaskItemFetch, false)) {
+        co_await loadPrivilegedBackgroundDump();
+    }
     co_return true;
 }
 
 void SystemManager::closeAdminBatch() {
+    endBackgroundTaskFetchDeferral();
+    m_queuedMoves.clear();
+    m_queuedBackgroundLabels.clear();
     if (m_adminBatchDepth >= 1) {
         --m_adminBatchDepth;
     }
+}
+
+void SystemManager::endBackgroundTaskFetchDeferral() {
+    m_pendingBackgroundLoginItemChanges.reset();
+    m_backgroundTaskItemsFetchMode = BackgroundTaskItemsFetchMode::automatic;
+    m_needsPrivilegedBackgroundTaskItemFetch = false;
 }
 
 } // namespace quorvane

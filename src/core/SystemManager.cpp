@@ -1,11 +1,10 @@
 #include "core/SystemManager.h"
 
 #include "core/NotificationCenter.h"
+#include "core/Utf8.h"
 
 #include <QCoroFuture>
 #include <QCoroTask>
-
-#include <QStringDecoder>
 
 #include <algorithm>
 
@@ -15,24 +14,17 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Text that isn't UTF-8 counts as no text: no reader may decide on half of an output.
-QString decoded(const QByteArray& bytes) {
-    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
-    const QString text = decoder.decode(bytes);
-    return decoder.hasError() ? QString() : text;
-}
-
 CommandResult resultOf(const CommandOutcome& outcome) {
     constexpr int kSignalBase = 128; // as a shell counts it, so that no reader takes a killed tool for a success
     switch (outcome.ending) {
     case CommandOutcome::Ending::NotLaunched:
         return {1, {}, outcome.launchError};
     case CommandOutcome::Ending::EndedBySignal:
-        return {kSignalBase + outcome.code, decoded(outcome.standardOutput), decoded(outcome.standardError)};
+        return {kSignalBase + outcome.code, strictUtf8(outcome.standardOutput), strictUtf8(outcome.standardError)};
     case CommandOutcome::Ending::Exited:
         break;
     }
-    return {outcome.code, decoded(outcome.standardOutput), decoded(outcome.standardError)};
+    return {outcome.code, strictUtf8(outcome.standardOutput), strictUtf8(outcome.standardError)};
 }
 
 QString withoutOuterNewlines(const QString& text) {
@@ -47,7 +39,8 @@ QString withoutOuterNewlines(const QString& text) {
 SystemManager::SystemManager(const Host& host, NotificationCenter& notifications, QObject* parent)
     : QObject(parent)
     , m_host(host)
-    , m_notifications(notifications) {}
+    , m_notifications(notifications)
+    , m_serviceManagement(host.backgroundTaskPermissions) {}
 
 void SystemManager::log(const QString& message) {
     if (message.contains(u"[WARNING]"_s)) {
@@ -106,38 +99,6 @@ QCoro::Task<CommandResult> SystemManager::runCommand(QStringList arguments, Outp
         debug(u"  [STDERR] "_s + withoutOuterNewlines(result.standardError));
     }
     co_return result;
-}
-
-const QStringList& SystemManager::excludedKeywords() {
-    static const QStringList keywords{u"ableton"_s,
-                                      u"com.ableton.live"_s,
-                                      u"Ableton"_s,
-                                      u"logic"_s,
-                                      u"logicpro"_s,
-                                      u"com.apple.logic10"_s,
-                                      u"com.apple.audiounits.cache"_s,
-                                      u"com.apple.audiounits.sandboxed.cache"_s,
-                                      u"audiounits"_s,
-                                      u"audiounit"_s,
-                                      u"AudioUnit"_s,
-                                      u"vst"_s,
-                                      u"vst2"_s,
-                                      u"vst3"_s,
-                                      u"clap"_s,
-                                      u"aax"_s,
-                                      u"plugin"_s,
-                                      u"plug-in"_s,
-                                      u"traktor"_s,
-                                      u"serato"_s,
-                                      u"rekordbox"_s,
-                                      u"pioneer"_s,
-                                      u"native instruments"_s};
-    return keywords;
-}
-
-bool SystemManager::isExcludedName(const QString& name) {
-    return std::any_of(excludedKeywords().begin(), excludedKeywords().end(),
-                       [&name](const QString& keyword) { return name.contains(keyword, Qt::CaseInsensitive); });
 }
 
 } // namespace quorvane

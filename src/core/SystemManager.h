@@ -1,13 +1,18 @@
 #pragma once
 
 #include "core/CommandResult.h"
+#include "core/ExcludedNames.h"
 #include "platform/CommandLauncher.h"
 #include "platform/Host.h"
-#include "startup/StartupConfiguration.h"
+#include "startup/BackgroundLoginItemChangePlan.h"
+#include "startup/CleanReboot.h"
+#include "startup/ServiceManagementBTM.h"
+#include "startup/StartupChangePreview.h"
 #include "tweaks/PerformanceSettings.h"
 #include "verification/ApplyVerificationResult.h"
 #include "verification/SystemConfigurationMatch.h"
 
+#include <QFuture>
 #include <QObject>
 #include <QString>
 #include <QStringList>
@@ -22,7 +27,14 @@ class Task;
 namespace quorvane {
 
 class NotificationCenter;
+class LoginItemRemoval;
+struct BackgroundDisableTarget;
+struct LaunchFolder;
+struct NetworkServiceState;
 struct PowerSettings;
+struct ProfileApplyPreview;
+struct StartupApplyResult;
+struct StartupReadings;
 struct TweakStep;
 struct UnifiedProfile;
 
@@ -69,10 +81,6 @@ public:
     /// A failure shows in the result alone.
     QCoro::Task<CommandResult> runCommand(QStringList arguments, OutputCapture capture);
 
-    /// True when the name holds one of `excludedKeywords` in any case: audio software, which is never touched.
-    static bool isExcludedName(const QString& name);
-    static const QStringList& excludedKeywords();
-
     // ---- Administrator runs
 
     /// Runs one shell line as root behind a single authorization prompt, off the main thread.
@@ -94,19 +102,30 @@ public:
     QCoro::Task<bool> finishAdminBatch(QString prompt);
     int adminBatchDepth() const { return m_adminBatchDepth; }
 
+    enum class BackgroundTaskItemsFetchMode { automatic, deferredToAdminBatch };
+    /// Called before a batch that will need the background task list, whose dump needs root: until the batch is
+    /// finished, what is to happen to background items is put into a plan, and the dump joins the batch.
+    void deferBackgroundTaskFetchToAdminBatch();
+    BackgroundTaskItemsFetchMode backgroundTaskItemsFetchMode() const { return m_backgroundTaskItemsFetchMode; }
+    const std::optional<BackgroundLoginItemChangePlan>& pendingBackgroundLoginItemChanges() const {
+        return m_pendingBackgroundLoginItemChanges;
+    }
+
     /// Forgets that an administrator run succeeded: the next shows its caller's prompt. Called at termination.
     void clearAdminAuthorization() { m_adminAuthorizationFlag = false; }
 
     // ---- Tweaks
 
     /// One-way: puts the selected tweaks in force and leaves all others as they are; opens its own batch; verifies.
+    /// @param cleanReboot  used when the settings select it
     /// @return true when the administrator run succeeded and every selected tweak reads back as applied
-    QCoro::Task<bool> applyPerformanceTweaks(PerformanceSettings settings);
+    QCoro::Task<bool> applyPerformanceTweaks(PerformanceSettings settings, CleanReboot cleanReboot = {});
 
     enum class VerifyAfterSync { No, Yes };
     /// Two-way: puts every tweak into the state that the settings ask for. Uses the batch that its caller
     /// opened, if any.
-    QCoro::Task<bool> syncPerformanceTweaks(PerformanceSettings settings, VerifyAfterSync verify);
+    QCoro::Task<bool> syncPerformanceTweaks(PerformanceSettings settings, VerifyAfterSync verify,
+                                            CleanReboot cleanReboot = {});
 
     /// Puts all tweaks back to what a fresh macOS has, whether they were applied or not.
     QCoro::Task<bool> undoPerformanceTweaks();
@@ -120,11 +139,104 @@ public:
     /// Makes a profile the active one and posts QuorvaneSystemVerified.
     void recordAppliedConfiguration(const UnifiedProfile& profile, const ApplyVerificationResult& verification);
 
-    // ---- Startup
+    /// What the review shows before an apply. Changes nothing and never prompts.
+    QCoro::Task<ProfileApplyPreview> previewProfile(UnifiedProfile profile);
 
-    /// Carries out the startup half of a profile. So far only one that asks for nothing can be carried out;
-    /// any other gives false.
+    // ---- Startup: what runs at login
+
+    enum class StartupRefresh { UseCache, Force };
+    /// What runs when the user logs in, each item once, sorted by name. Callers share a run. A forced refresh drops
+    /// what was found before; the background task list is taken as it stands.
+    QCoro::Task<QList<StartupItem>> discoverStartupItems(StartupRefresh refresh);
+    /// Forgets the discovered items and the login items, and lets a run that is under way end without a trace.
+    void invalidateStartupCaches();
+
+    // ---- Startup: login items
+
+    /// As System Events lists them; from the cache if they were read before.
+    QCoro::Task<QList<LoginItem>> rawLoginItems();
+    QCoro::Task<LoginItemList> readLoginItemsFromSystemEvents();
+    /// Those fit for showing: neither audio software nor an application's agents. Logs a missing permission.
+    QCoro::Task<QList<LoginItem>> visibleLoginItems();
+    /// True when it was deleted. Every item of the name goes, in any case.
+    QCoro::Task<bool> removeLoginItemByName(QString name);
+    QCoro::Task<bool> removeLoginItemAtPath(QString path);
+    /// True when the item exists afterwards.
+    QCoro::Task<bool> addLoginItem(QString path, bool hidden);
+    /// Removes login items by their names and writes down which they were.
+    /// @param excludedIds  agents that stay all the same, by id or name
+    QCoro::Task<bool> disableLoginItems(QStringList names, QSet<QString> excludedIds);
+
+    // ---- Startup: launch agents and daemons
+
+    /// Takes launch plists out of launchd and puts them aside; those of the system under administrator rights.
+    /// @param labels       file names, with ".plist"
+    /// @param excludedIds  agents that stay all the same, by id or file name
+    QCoro::Task<bool> disableLaunchItems(QStringList labels, QSet<QString> excludedIds);
+    /// Moves back what was put aside and can be moved back as the user.
+    QCoro::Task<void> restoreLaunchItems();
+
+    // ---- Startup: applications
+
+    /// Installed applications for performers, sorted by name; listed once.
+    QList<StartupLaunchItem> performanceApplications();
+    /// The applications that the program has put into the login items.
+    QSet<QString> managedStartupAppPaths() const;
+    void recordManagedStartupAppPath(const QString& path);
+    void recordManagedStartupApps(const QList<StartupLaunchItem>& items);
+    void forgetManagedStartupAppPath(const QString& path);
+    /// The applications that any saved profile opens at login.
+    QSet<QString> profileStartupAppPaths() const;
+    /// Removes the managed applications that the configuration doesn't open.
+    QCoro::Task<bool> removeUnconfiguredManagedApps(StartupConfiguration configuration);
+    /// @param paths  the managed ones when absent
+    QCoro::Task<bool> removeManagedStartupApps(std::optional<QSet<QString>> paths);
+    QCoro::Task<bool> configureStartupApps(QList<StartupLaunchItem> launchItems);
+    /// Stops windows and applications from reopening, and removes from login what isn't permitted.
+    QCoro::Task<bool> applyCleanReboot(CleanReboot cleanReboot);
+
+    // ---- Startup: the whole configuration
+
+    /// Carries out the startup half of a profile. Shows no prompt of its own inside a batch.
     QCoro::Task<bool> applyStartupConfiguration(StartupConfiguration configuration);
+    /// The same by itself: with its own batch and verification.
+    QCoro::Task<StartupApplyResult> applyStartupChanges(StartupConfiguration configuration);
+    /// Changes nothing and never prompts.
+    QCoro::Task<StartupChangePreview> previewStartupChanges(StartupConfiguration configuration);
+    QCoro::Task<ApplyVerificationResult> verifyStartupConfiguration(StartupConfiguration configuration);
+
+    // ---- Startup: background items
+
+    /// Where an administrator run leaves the dump of the background task list.
+    QString backgroundDumpPath() const;
+    /// The list, where the tool gives it without administrator rights and it isn't empty.
+    QCoro::Task<std::optional<QList<BackgroundTaskItem>>> readBackgroundTaskDumpUnprivileged();
+    /// Fills the cache without administrator rights when it can.
+    QCoro::Task<void> loadBackgroundTaskItems();
+    enum class PrivilegedFetch { Refused, Allowed };
+    /// Fills the cache, or lets the open batch fill it. @param prompt  shown when administrator rights are needed
+    QCoro::Task<void> ensureBackgroundTaskItems(QString prompt, PrivilegedFetch privileged);
+    /// Reads the file that an administrator run has left, and removes it.
+    QCoro::Task<void> loadPrivilegedBackgroundDump();
+    void markBackgroundLabelDisabled(const QString& label);
+    /// The list as it is known; none when it was never read.
+    const std::optional<BackgroundTaskList>& backgroundTaskItems() const { return m_backgroundTaskItemsCache; }
+
+    /// Switches records off by the strongest means that works, and takes their helpers out of their applications.
+    /// @param kindWord  "background login item" or "cloud sync launch item"
+    QCoro::Task<bool> disableBackgroundItems(QList<BackgroundTaskItem> items, QString kindWord);
+    QCoro::Task<bool> disableBackgroundLabels(QSet<QString> labels);
+    QCoro::Task<bool> disableCloudSyncBackgroundItems(CloudSyncServices services);
+    /// What a clean reboot leaves of the background task list; empty when the list was never read.
+    QCoro::Task<ApplyVerificationResult> verifyBackgroundLoginItems(QSet<QString> permittedNames,
+                                                                    std::optional<StartupConfiguration> startup);
+
+    // ---- Network
+
+    QCoro::Task<QStringList> listNetworkServices();
+    /// Each service with its state, in the order of the tool.
+    QCoro::Task<QList<NetworkServiceState>> readNetworkServices();
+    QCoro::Task<bool> disableAllNetworkConnections();
 
     // ---- Reading the live system
 
@@ -146,8 +258,9 @@ public:
 
     enum class UnselectedTweaks { Ignored, ExpectedRestored };
     /// Reads each tweak back from the live system, in a fixed order.
-    QCoro::Task<ApplyVerificationResult> verifyAppliedSettings(PerformanceSettings settings,
-                                                               UnselectedTweaks unselected);
+    /// @param cleanReboot  used when the settings select it
+    QCoro::Task<ApplyVerificationResult>
+    verifyAppliedSettings(PerformanceSettings settings, UnselectedTweaks unselected, CleanReboot cleanReboot = {});
     void logVerificationResult(const ApplyVerificationResult& result, const QString& section);
     /// The result of the last flow that verified.
     const std::optional<ApplyVerificationResult>& lastApplyVerification() const { return m_lastApplyVerification; }
@@ -166,17 +279,103 @@ private:
     // core/SystemManager+AdminBatch.cpp
     QCoro::Task<bool> flushAdminBatch(QString prompt);
     void closeAdminBatch();
+    void endBackgroundTaskFetchDeferral();
 
     // tweaks/SystemManager+Tweaks.cpp
     QCoro::Task<void> runTweakSteps(QList<TweakStep> steps);
     QCoro::Task<CommandResult> runOrQueueSystemCommands(QStringList commands);
-    QCoro::Task<bool> verifyTweaks(PerformanceSettings settings, UnselectedTweaks unselected);
+    QCoro::Task<bool> verifyTweaks(PerformanceSettings settings, UnselectedTweaks unselected, CleanReboot cleanReboot);
+
+    // startup/SystemManager+StartupDiscovery.cpp
+    QCoro::Task<QList<StartupItem>> findStartupItems();
+
+    // startup/SystemManager+LoginItems.cpp
+    enum class SystemEventsReply { Done, Unchanged, Failed };
+    QCoro::Task<LoginItemList> loginItems();
+    /// Called when a reader must see the system as it is now.
+    void dropLoginItems();
+    QCoro::Task<void> logMissingSystemEventsPermission();
+    QCoro::Task<SystemEventsReply> changeLoginItems(QString script);
+    QCoro::Task<bool> removeLoginItem(LoginItem item, LoginItemRemoval removal);
+    QCoro::Task<bool> removeLeftoverLoginItems(QStringList names, QSet<QString> excludedIds, LoginItemRemoval removal);
+    bool holdsBack(const LoginItem& item, const QSet<QString>& excludedIds);
+    void writeRemovedLoginItems(const QList<LoginItem>& items);
+    QCoro::Task<bool> areLoginItemsGone(QSet<QString> names);
+
+    // startup/SystemManager+LaunchItems.cpp
+    struct SystemLaunchPlist;
+    struct LaunchPlistPlaces;
+    QList<LaunchFolder> launchFolders() const;
+    void createBackupFolder();
+    bool requireRealFolders(const QStringList& folders);
+    LaunchPlistPlaces placesOfLaunchPlist(const QString& label) const;
+    QStringList namesOfPutAsideLaunchItems(const LaunchFolder& folder) const;
+    QCoro::Task<bool> disableUsersLaunchPlist(QString label, LaunchFolder folder);
+    QCoro::Task<bool> disableSystemLaunchPlists(QList<SystemLaunchPlist> plists);
+
+    // startup/SystemManager+StartupApps.cpp
+    struct ManagedAppRemoval;
+    ManagedAppRemoval managedAppRemoval(const QList<LoginItem>& items, const QSet<QString>& going) const;
+    QCoro::Task<bool> removeManagedStartupApp(QString path, ManagedAppRemoval before);
+
+    // startup/SystemManager+CleanReboot.cpp
+    QCoro::Task<bool> removeNonPermittedLoginItems(CleanReboot cleanReboot);
+    void planCleanReboot(const CleanReboot& cleanReboot);
+    QCoro::Task<bool> disableNonPermittedBackgroundItems(CleanReboot cleanReboot);
+
+    // startup/SystemManager+StartupApply.cpp
+    QCoro::Task<bool> carryOutStartupChanges(StartupConfiguration configuration);
+    QCoro::Task<bool> disableTargetLoginItems(QSet<QString> names);
+    QCoro::Task<void> removeTargetLoginPaths(QSet<QString> paths);
+    QCoro::Task<bool> disableTargetLaunchItems(QSet<QString> labels);
+    QCoro::Task<bool> disableTargetBackgroundItems(QSet<QString> labels);
+    QCoro::Task<bool> disableCloudServices(CloudSyncServices services);
+
+    // startup/SystemManager+StartupVerification.cpp
+    QCoro::Task<StartupReadings> startupReadings(StartupConfiguration configuration);
+    bool hasLaunchPlist(const QString& label) const;
+
+    // startup/SystemManager+BackgroundTasks.cpp
+    QString backgroundDumpCommand() const;
+    void queueBackgroundDump();
+    void removeBackgroundDump();
+    QString takeBackgroundDump();
+
+    // startup/SystemManager+BackgroundLoginItems.cpp
+    enum class PlanResolution { BeforeFlush, AfterFlush };
+    QCoro::Task<void> resolvePendingBackgroundPlan(PlanResolution resolution);
+    QCoro::Task<bool> climbLadder(QList<BackgroundTaskItem> items, QSet<QString> labels, QString kindWord);
+    void queueBackgroundLabels(const QSet<QString>& labels);
+    void queueCloudSyncServices(const CloudSyncServices& services);
+    void queueBackgroundLabelCommands(const QString& label);
+    bool queueBackgroundLabel(const QString& label);
+    QCoro::Task<bool> disableBackgroundLabel(QString label);
+    QSet<QString> disableableLabels(const QSet<QString>& labels, const QString& kindWord);
+    bool isProtectedBackgroundLabel(const QString& label) const;
+    void queuePlannedLabels(const QSet<QString>& labels, const QString& logLine);
+    QList<BackgroundDisableTarget> disableTargets(const QList<BackgroundTaskItem>& records,
+                                                  const QSet<QString>& labels) const;
+    enum class UnavailableLine { EachTarget, Once };
+    void disallowTargets(const QList<BackgroundDisableTarget>& targets, UnavailableLine unavailableLine);
+
+    // startup/SystemManager+Quarantine.cpp
+    enum class QuarantineRights { User, Privileged, Queued };
+    enum class QuarantineStep { Done, Failed, NeedsRoot };
+    QCoro::Task<bool> quarantineBundledResources(QList<BackgroundDisableTarget> targets, QuarantineRights rights);
+    QCoro::Task<QuarantineStep> quarantineBundledResource(BackgroundDisableTarget target, QuarantineRights rights);
+    QCoro::Task<bool> quarantineAsUser(QString source, QString destination);
+    QCoro::Task<bool> quarantineAsRoot(QList<BackgroundDisableTarget> targets);
+    void logFailedQuarantine(const QString& source, const QString& error);
+    QCoro::Task<void> retryQuarantineOfActiveTargets(QList<BackgroundDisableTarget> targets);
+    QString quarantineDestination(const BackgroundDisableTarget& target) const;
 
     // verification/SystemManager+Verification.cpp
     QCoro::Task<bool> isAppRestorationOff();
+    QCoro::Task<ApplyVerificationResult> verifyCleanReboot(CleanReboot cleanReboot);
 
     Host m_host;
     NotificationCenter& m_notifications;
+    ServiceManagementBTM m_serviceManagement;
 
     QStringList m_logMessages;
     bool m_isBusy = false;
@@ -186,7 +385,22 @@ private:
 
     int m_adminBatchDepth = 0;
     QStringList m_adminCommandBatch;
-    bool m_adminAuthorizationFlag = false; ///< true when the last administrator script of this process succeeded
+    QSet<QString> m_queuedMoves; ///< launch plists and bundled resources that the open batch moves: a second move would
+                                 ///< delete the only copy
+    QSet<QString> m_queuedBackgroundLabels; ///< labels that the open batch switches off
+    bool m_adminAuthorizationFlag = false;  ///< true when the last administrator script of this process succeeded
+
+    std::optional<BackgroundTaskList> m_backgroundTaskItemsCache;
+    BackgroundTaskItemsFetchMode m_backgroundTaskItemsFetchMode = BackgroundTaskItemsFetchMode::automatic;
+    bool m_needsPrivilegedBackgroundTaskItemFetch = false; ///< the batch will leave a dump to read
+    std::optional<BackgroundLoginItemChangePlan> m_pendingBackgroundLoginItemChanges;
+
+    std::optional<LoginItemList> m_rawLoginItemsCache;
+    quint64 m_loginItemsAge = 0; ///< counts how often the login items were dropped: a slow read may come too late
+    std::optional<QList<StartupItem>> m_discoveredStartupItemsCache;
+    std::optional<QFuture<QList<StartupItem>>> m_startupDiscoveryTask;
+    quint64 m_startupCachesAge = 0; ///< counts how often the caches were invalidated
+    std::optional<QList<StartupLaunchItem>> m_performanceApplicationsCache;
 
     bool m_hasVerifiedSystem = false;
     std::optional<SystemConfigurationMatch> m_systemMatch;

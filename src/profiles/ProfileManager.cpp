@@ -2,6 +2,7 @@
 
 #include "core/Collation.h"
 #include "platform/FileManager.h"
+#include "platform/Machine.h"
 #include "profiles/ProfileJson.h"
 #include "profiles/ProfileNames.h"
 
@@ -99,6 +100,10 @@ private:
     QHash<QUuid, StoredFile> m_files;
     QHash<QString, int> m_uses;
 };
+
+QString profilesDirectory(const Machine& machine) {
+    return machine.applicationSupportFolder() + u"/Quorvane/UnifiedProfiles"_s;
+}
 
 ProfileManager::ProfileManager(FileManager& files, QString profilesDirectory)
     : m_files(files)

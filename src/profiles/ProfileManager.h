@@ -12,6 +12,10 @@
 namespace quorvane {
 
 class FileManager;
+class Machine;
+
+/// Where this user's profiles are saved.
+QString profilesDirectory(const Machine& machine);
 
 /// What the store refuses.
 class ProfileStoreError : public std::exception {

@@ -2,7 +2,6 @@
 
 #include "core/Json.h"
 #include "platform/FileManager.h"
-#include "platform/Machine.h"
 #include "profiles/ProfileNames.h"
 #include "rehearsal/ProfileFile.h"
 
@@ -14,10 +13,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-QString profilesFolder(const Host& host) {
-    return host.machine.applicationSupportFolder() + u"/Quorvane/UnifiedProfiles"_s;
-}
-
 void complain(const QString& text) {
     std::fprintf(stderr, "%s\n", text.toUtf8().constData());
 }
@@ -28,7 +23,7 @@ Rehearsal::Rehearsal(const QString& macFolder, macsim::Authorization authorizati
     : m_authorization(authorization)
     , m_host(macFolder, m_authorization, options)
     , m_system(m_host.host(), m_notifications)
-    , m_profiles(m_host.host().files, profilesFolder(m_host.host())) {}
+    , m_profiles(m_host.host().files, profilesDirectory(m_host.host().machine)) {}
 
 QCoro::Task<RehearsalOutcome> Rehearsal::applyProfileFile(QString hostPath) {
     const UnifiedProfile given = profileFromFile(hostPath);

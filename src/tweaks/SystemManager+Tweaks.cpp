@@ -1,5 +1,6 @@
 #include "core/SystemManager.h"
 
+#include "core/AdminPrompts.h"
 #include "core/AdminScript.h"
 #include "platform/Machine.h"
 #include "tweaks/TweakCommands.h"
@@ -10,21 +11,10 @@ namespace quorvane {
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-const QString kPrompt =
-    u"Quorvane needs your administrator password to make these system changes. Use Touch ID when prompted."_s;
-
-/// The clean reboot enforces the startup list. Until that can be changed, a selection with it is refused whole.
-const QString kNoCleanReboot = u"  [ERROR] Start Clean on Reboot can't be applied yet."_s;
-
-} // namespace
-
-QCoro::Task<bool> SystemManager::applyPerformanceTweaks(PerformanceSettings settings) {
+QCoro::Task<bool> SystemManager::applyPerformanceTweaks(PerformanceSettings settings, CleanReboot cleanReboot) {
     log(u"\nStarting Audio Performance optimizations..."_s);
     if (settings.cleanReboot) {
-        log(kNoCleanReboot);
-        co_return false;
+        deferBackgroundTaskFetchToAdminBatch();
     }
     beginAdminBatch();
     co_await runTweakSteps(applySteps(settings, notificationCenterPreferences()));
@@ -33,22 +23,22 @@ QCoro::Task<bool> SystemManager::applyPerformanceTweaks(PerformanceSettings sett
         log(u"  [ACTION] Requesting Admin rights for system performance tweaks..."_s);
         co_await runOrQueueSystemCommands(systemCommands);
     }
-    if (!co_await finishAdminBatch(kPrompt)) {
+    if (settings.cleanReboot) {
+        co_await applyCleanReboot(cleanReboot);
+    }
+    if (!co_await finishAdminBatch(kSystemChangesPrompt)) {
         co_return false;
     }
     if (!systemCommands.isEmpty()) {
         log(u"  [APPLIED] Successfully apply all system-level performance tweaks."_s);
     }
     log(u"\nPerformance Tweaks Complete! (Restart your Mac for full effect.)"_s);
-    co_return co_await verifyTweaks(settings, UnselectedTweaks::Ignored);
+    co_return co_await verifyTweaks(settings, UnselectedTweaks::Ignored, cleanReboot);
 }
 
-QCoro::Task<bool> SystemManager::syncPerformanceTweaks(PerformanceSettings settings, VerifyAfterSync verify) {
+QCoro::Task<bool> SystemManager::syncPerformanceTweaks(PerformanceSettings settings, VerifyAfterSync verify,
+                                                       CleanReboot cleanReboot) {
     log(u"\nSyncing performance tweaks to profile settings..."_s);
-    if (settings.cleanReboot) {
-        log(kNoCleanReboot);
-        co_return false;
-    }
     co_await runTweakSteps(syncSteps(settings, notificationCenterPreferences()));
     log(u"  [ACTION] Requesting Admin rights to sync system-level tweaks..."_s);
     const CommandResult result = co_await runOrQueueSystemCommands(syncSystemCommands(settings));
@@ -56,12 +46,16 @@ QCoro::Task<bool> SystemManager::syncPerformanceTweaks(PerformanceSettings setti
         log(u"  [ERROR] System tweak sync was cancelled or failed: "_s + result.standardError);
         co_return false;
     }
-    co_await runTweakSteps(QList<TweakStep>(1, restoreAppRestorationStep()));
+    if (settings.cleanReboot) {
+        co_await applyCleanReboot(cleanReboot); // its verification tells what it left behind
+    } else {
+        co_await runTweakSteps(QList<TweakStep>(1, restoreAppRestorationStep()));
+    }
     log(u"\nPerformance Tweaks Synced! (Restart your Mac for full effect.)"_s);
     if (verify == VerifyAfterSync::No) {
         co_return true;
     }
-    co_return co_await verifyTweaks(settings, UnselectedTweaks::ExpectedRestored);
+    co_return co_await verifyTweaks(settings, UnselectedTweaks::ExpectedRestored, cleanReboot);
 }
 
 QCoro::Task<bool> SystemManager::undoPerformanceTweaks() {
@@ -89,14 +83,17 @@ QCoro::Task<void> SystemManager::runTweakSteps(QList<TweakStep> steps) {
 
 QCoro::Task<CommandResult> SystemManager::runOrQueueSystemCommands(QStringList commands) {
     if (m_adminBatchDepth < 1) {
-        co_return co_await executeAdminScript(joinedAdminCommands(makeAdminCommandsTolerant(commands)), kPrompt);
+        co_return co_await executeAdminScript(joinedAdminCommands(makeAdminCommandsTolerant(commands)),
+                                              kSystemChangesPrompt);
     }
     queueAdminCommands(commands);
     co_return CommandResult{};
 }
 
-QCoro::Task<bool> SystemManager::verifyTweaks(PerformanceSettings settings, UnselectedTweaks unselected) {
-    const ApplyVerificationResult result = co_await verifyAppliedSettings(settings, unselected);
+QCoro::Task<bool> SystemManager::verifyTweaks(PerformanceSettings settings, UnselectedTweaks unselected,
+                                              CleanReboot cleanReboot) {
+    dropLoginItems();
+    const ApplyVerificationResult result = co_await verifyAppliedSettings(settings, unselected, cleanReboot);
     logVerificationResult(result, u"Performance tweaks"_s);
     m_lastApplyVerification = result;
     co_return result.failed.isEmpty();

@@ -186,4 +186,12 @@ TweakStep restoreAppRestorationStep() {
         u"  [RESTORED] Re-enabled app restoration on reboot."_s};
 }
 
+TweakStep stopAppRestorationStep() {
+    return {
+        {defaults(u"write"_s, u"com.apple.loginwindow"_s, u"TALLogoutSavesState"_s, u"-bool"_s, u"false"_s),
+         defaults(u"write"_s, u"com.apple.loginwindow"_s, u"LoginwindowLaunchesRelaunchApps"_s, u"-bool"_s, u"false"_s),
+         defaults(u"write"_s, u"NSGlobalDomain"_s, u"NSQuitAlwaysKeepsWindows"_s, u"-bool"_s, u"false"_s)},
+        u"  [APPLIED] Disabled app and window restoration on reboot."_s};
+}
+
 } // namespace quorvane

@@ -35,5 +35,7 @@ QStringList undoSystemCommands();
 
 /// Lets macOS reopen apps and windows after a restart.
 TweakStep restoreAppRestorationStep();
+/// Keeps macOS from reopening apps and windows after a restart.
+TweakStep stopAppRestorationStep();
 
 } // namespace quorvane

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "startup/StartupChangePreview.h"
+
+#include <QString>
+#include <QStringList>
+
+namespace quorvane {
+
+/// What the review of a profile shows.
+struct ProfileApplyPreview {
+    QString profileName;
+    QStringList enabledTweaks; ///< titles, in catalogue order
+    StartupChangePreview startup;
+
+    bool operator==(const ProfileApplyPreview&) const = default;
+};
+
+/// What the review of tweaks alone shows.
+struct TweaksApplyPreview {
+    QStringList enabledTweaks; ///< titles, in catalogue order
+
+    bool operator==(const TweaksApplyPreview&) const = default;
+};
+
+/// A section of a review.
+struct ReviewSection {
+    struct Row {
+        QString text;
+        QString detail; ///< beneath or beside the text; may be empty
+
+        bool operator==(const Row&) const = default;
+    };
+
+    QString title;
+    QString symbol; ///< of the system's symbol font
+    QList<Row> rows;
+
+    bool operator==(const ReviewSection&) const = default;
+};
+
+/// The sections in their order; those with nothing to show are left out.
+QList<ReviewSection> reviewSections(const StartupChangePreview& preview);
+/// The tweaks first: a profile without any puts all tweaks back.
+QList<ReviewSection> reviewSections(const ProfileApplyPreview& preview);
+/// Empty when no tweak is selected.
+QList<ReviewSection> reviewSections(const TweaksApplyPreview& preview);
+
+} // namespace quorvane

@@ -1,0 +1,37 @@
+#include "startup/ActiveStartup.h"
+
+namespace quorvane {
+
+QString nameInPath(const QString& path) {
+    const QString name = path.mid(path.lastIndexOf(u'/') + 1);
+    const qsizetype dot = name.lastIndexOf(u'.');
+    return dot <= 0 ? name : name.left(dot);
+}
+
+ActiveStartup::ActiveStartup(const StartupReadings& readings)
+    : m_readings(readings) {
+    for (const LoginItem& item : readings.loginItems.items) {
+        m_loginNames.insert(item.name);
+        m_namesByPath.insert(item.path, item.name);
+    }
+}
+
+QString ActiveStartup::nameOfLoginPath(const QString& path) const {
+    return m_namesByPath.value(path, nameInPath(path));
+}
+
+std::optional<bool> ActiveStartup::isActive(const StartupItem& item) const {
+    using Kind = StartupItemKind;
+    if (item.kind == Kind::launchAgent || item.kind == Kind::launchDaemon || isLaunchItemId(item.id)) {
+        return hasLaunchPlist(item.launchIdentifier.value_or(item.name));
+    }
+    if ((item.kind == Kind::loginApp || item.kind == Kind::backgroundAgent) && areLoginItemsKnown()) {
+        return hasLoginName(item.name);
+    }
+    if (item.kind == Kind::backgroundLoginItem && m_readings.backgroundItems) {
+        return item.launchIdentifier && m_readings.backgroundItems->isActive(*item.launchIdentifier);
+    }
+    return std::nullopt;
+}
+
+} // namespace quorvane

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+
+namespace quorvane {
+
+/// A login item as System Events lists it.
+struct LoginItem {
+    QString name;
+    QString path; ///< empty or "missing value" where the file is gone
+    bool hidden = false;
+
+    bool operator==(const LoginItem&) const = default;
+};
+
+/// The login items as they were read.
+struct LoginItemList {
+    QList<LoginItem> items;
+    bool wasRead = false; ///< false: System Events refused or failed, so that nothing is known
+
+    bool operator==(const LoginItemList&) const = default;
+};
+
+} // namespace quorvane

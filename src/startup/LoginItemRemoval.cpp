@@ -1,0 +1,67 @@
+#include "startup/LoginItemRemoval.h"
+
+#include "startup/StartupDiscovery.h"
+
+namespace quorvane {
+
+namespace {
+
+/// Texts that System Events takes for the same have the same key.
+QString comparisonKey(const QString& text) {
+    return text.normalized(QString::NormalizationForm_C).toCaseFolded();
+}
+
+} // namespace
+
+LoginItemRemoval::LoginItemRemoval(const QList<LoginItem>& staying) {
+    for (const LoginItem& item : staying) {
+        m_stayingNames.insert(comparisonKey(item.name));
+        m_stayingPaths.insert(comparisonKey(item.path));
+    }
+}
+
+LoginItemRemoval::Means LoginItemRemoval::meansFor(const QString& name, const QString& path) const {
+    if (canGoByName(name)) {
+        return Means::ByName;
+    }
+    return canGoByPath(path) ? Means::ByPath : Means::None;
+}
+
+bool LoginItemRemoval::canGoByName(const QString& name) const {
+    return !name.isEmpty() && !m_stayingNames.contains(comparisonKey(name));
+}
+
+bool LoginItemRemoval::canGoByPath(const QString& path) const {
+    return !path.isEmpty() && !m_stayingPaths.contains(comparisonKey(path));
+}
+
+bool isExcludedAgent(const LoginItem& item, const QSet<QString>& excludedIds) {
+    return looksLikeBackgroundAgent(item) &&
+           (excludedIds.contains(loginItemId(item.name, item.path)) || excludedIds.contains(item.name));
+}
+
+NamedLoginItems namedLoginItems(const QList<LoginItem>& items, const QStringList& names,
+                                const QSet<QString>& excludedIds) {
+    const QSet<QString> wanted(names.begin(), names.end());
+    QList<LoginItem> matched;
+    QList<LoginItem> staying;
+    QSet<QString> found;
+    for (const LoginItem& item : items) {
+        if (wanted.contains(item.name)) {
+            matched.append(item);
+            found.insert(item.name);
+        }
+        if (!wanted.contains(item.name) || isProtectedLoginItem(item) || isExcludedAgent(item, excludedIds)) {
+            staying.append(item);
+        }
+    }
+    QStringList leftover;
+    for (const QString& name : names) {
+        if (!found.contains(name)) {
+            leftover.append(name);
+        }
+    }
+    return {matched, leftover, LoginItemRemoval(staying)};
+}
+
+} // namespace quorvane

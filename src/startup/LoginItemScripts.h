@@ -1,0 +1,26 @@
+#pragma once
+
+#include "startup/LoginItem.h"
+
+#include <QString>
+
+namespace quorvane {
+
+// What System Events is asked about login items. It compares texts without regard to case.
+
+/// Prints a line "{name}|{path}|{hidden}" for each login item, or "ERROR|" and a message.
+QString readLoginItemsScript();
+/// Does nothing; fails where the program may not talk to System Events.
+QString systemEventsProbeScript();
+/// Prints "ok", "missing" or "error:" and a message.
+QString removeLoginItemByNameScript(const QString& name);
+/// As by name.
+QString removeLoginItemAtPathScript(const QString& path);
+/// Prints "ok", "exists" or "error:" and a message.
+QString addLoginItemScript(const QString& path, bool hidden);
+
+/// Reads what the reading script printed. A line with fewer than three fields is dropped; a "|" in a name shifts the
+/// fields of its line.
+LoginItemList parsedLoginItems(const QString& output);
+
+} // namespace quorvane

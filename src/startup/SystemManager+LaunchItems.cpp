@@ -1,0 +1,197 @@
+#include "core/SystemManager.h"
+
+#include "core/AdminPrompts.h"
+#include "platform/FileManager.h"
+#include "platform/Machine.h"
+#include "startup/LaunchFolders.h"
+#include "startup/StartupDiscovery.h"
+
+#include <QCoroTask>
+
+namespace quorvane {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString kLaunchctl = u"/bin/launchctl"_s;
+
+} // namespace
+
+/// A plist that only root can move.
+struct SystemManager::SystemLaunchPlist {
+    QString label;
+    LaunchFolder folder;
+
+    QString path() const { return folder.path + u'/' + label; }
+};
+
+struct SystemManager::LaunchPlistPlaces {
+    QList<LaunchFolder> folders; ///< where it can be switched off
+    bool isDisabled = false;     ///< it waits in a backup folder, or the open batch puts it there
+};
+
+QList<LaunchFolder> SystemManager::launchFolders() const {
+    return quorvane::launchFolders(m_host.machine.homeFolder());
+}
+
+QCoro::Task<bool> SystemManager::disableLaunchItems(QStringList labels, QSet<QString> excludedIds) {
+    if (labels.isEmpty()) {
+        co_return true;
+    }
+    createBackupFolder();
+    bool succeeded = true;
+    QList<SystemLaunchPlist> systemPlists;
+    for (const QString& label : labels) {
+        if (isExcludedName(label)) {
+            log(u"  [SKIPPED] Protected launch item: "_s + label);
+            continue;
+        }
+        if (looksLikeBackgroundAgent(label) &&
+            (excludedIds.contains(launchItemId(label)) || excludedIds.contains(label))) {
+            log(u"  [SKIPPED] Excluded App Background Activity launch item: "_s + label);
+            continue;
+        }
+        const LaunchPlistPlaces places = placesOfLaunchPlist(label);
+        if (places.folders.isEmpty()) {
+            log(places.isDisabled ? u"  [INFO] Launch item already disabled: "_s + label
+                                  : u"  [WARNING] Launch item not found: "_s + label);
+        }
+        for (const LaunchFolder& folder : places.folders) {
+            if (!requireRealFolders({backupFolder(m_host.machine.homeFolder()), folder.backupFolder})) {
+                succeeded = false;
+            } else if (folder.isUsers) {
+                succeeded = co_await disableUsersLaunchPlist(label, folder) && succeeded;
+            } else {
+                systemPlists.append({label, folder});
+                m_queuedMoves.insert(systemPlists.last().path());
+            }
+        }
+    }
+    co_return co_await disableSystemLaunchPlists(systemPlists) && succeeded;
+}
+
+/// Where a plist of that name lies and isn't on its way out already.
+SystemManager::LaunchPlistPlaces SystemManager::placesOfLaunchPlist(const QString& label) const {
+    LaunchPlistPlaces places;
+    if (!isLaunchPlistName(label)) {
+        return places;
+    }
+    for (const LaunchFolder& folder : launchFolders()) {
+        const QString plist = folder.path + u'/' + label;
+        if (m_queuedMoves.contains(plist)) {
+            places.isDisabled = true;
+        } else if (m_host.files.exists(plist)) {
+            places.folders.append(folder);
+        } else if (m_host.files.exists(folder.path) && m_host.files.exists(folder.backupFolder + u'/' + label)) {
+            places.isDisabled = true;
+        }
+    }
+    return places;
+}
+
+QCoro::Task<bool> SystemManager::disableUsersLaunchPlist(QString label, LaunchFolder folder) {
+    const QString source = folder.path + u'/' + label;
+    const QString backup = folder.backupFolder + u'/' + label;
+    try {
+        if (m_host.files.status(backup).kind != FileStatus::Kind::Missing) {
+            m_host.files.remove(backup);
+        }
+        const QString domain = u"gui/%1"_s.arg(m_host.machine.userId());
+        const QStringList bootout{kLaunchctl, u"bootout"_s, domain, source};
+        co_await runCommand(bootout, OutputCapture::Discard);
+        const QStringList unload{kLaunchctl, u"unload"_s, u"-w"_s, source};
+        co_await runCommand(unload, OutputCapture::Discard);
+        m_host.files.move(source, backup);
+    } catch (const FileError& error) {
+        log(u"  [ERROR] Failed to disable launch item %1: %2"_s.arg(label, error.message()));
+        co_return false;
+    }
+    log(u"  [APPLIED] Disabled launch item: %1 (%2)"_s.arg(label, folder.path));
+    co_return true;
+}
+
+QCoro::Task<bool> SystemManager::disableSystemLaunchPlists(QList<SystemLaunchPlist> plists) {
+    if (plists.isEmpty()) {
+        co_return true;
+    }
+    log(u"  [ACTION] Requesting Admin rights to disable %1 system launch item(s)..."_s.arg(plists.size()));
+    QStringList commands;
+    for (const SystemLaunchPlist& plist : plists) {
+        commands.append(disableLaunchPlistCommand(plist.path(), plist.folder));
+    }
+    const CommandResult result = co_await runAdminCommand(commands.join(u" && "_s), kSystemChangesPrompt);
+    if (m_adminBatchDepth < 1) {
+        m_queuedMoves.clear(); // nothing waits for a batch: the commands have run
+        if (result.status != 0) {
+            log(u"  [ERROR] Failed to disable system launch items: "_s + result.standardError);
+            co_return false;
+        }
+    }
+    for (const SystemLaunchPlist& plist : plists) {
+        log(u"  [APPLIED] Disabled launch item: %1 @ %2"_s.arg(plist.label, plist.folder.path));
+    }
+    co_return true;
+}
+
+void SystemManager::createBackupFolder() {
+    try {
+        m_host.files.createFolders(backupFolder(m_host.machine.homeFolder()));
+    } catch (const FileError& error) {
+        log(u"  [WARNING] Could not create the backup folder: "_s + error.message());
+    }
+}
+
+/// Creates folders, outer ones first, into which something is about to be moved. A link in the place of one would let
+/// root move files to wherever it leads.
+bool SystemManager::requireRealFolders(const QStringList& folders) {
+    for (const QString& folder : folders) {
+        try {
+            if (m_host.files.status(folder).kind == FileStatus::Kind::Missing) {
+                m_host.files.createFolders(folder);
+            }
+        } catch (const FileError& error) {
+            log(u"  [WARNING] Could not create "_s + error.message()); // the next line tells of it
+        }
+        if (m_host.files.status(folder).kind != FileStatus::Kind::Folder) {
+            log(u"  [ERROR] Backup folder is not usable: "_s + folder);
+            return false;
+        }
+    }
+    return true;
+}
+
+QCoro::Task<void> SystemManager::restoreLaunchItems() {
+    int count = 0;
+    for (const LaunchFolder& folder : launchFolders()) {
+        for (const QString& name : namesOfPutAsideLaunchItems(folder)) {
+            const QString restored = folder.path + u'/' + name;
+            if (m_host.files.status(restored).kind != FileStatus::Kind::Missing) {
+                continue; // what has come there since is newer
+            }
+            try {
+                m_host.files.move(folder.backupFolder + u'/' + name, restored);
+            } catch (const FileError& error) {
+                log(u"  [WARNING] Could not restore "_s + error.message());
+                continue;
+            }
+            const QStringList load{kLaunchctl, u"load"_s, restored};
+            co_await runCommand(load, OutputCapture::Discard);
+            ++count;
+        }
+    }
+    if (count > 0) {
+        log(u"  [REVERTED] Restored %1 LaunchAgents/Daemons."_s.arg(count));
+    }
+}
+
+/// Empty where the backup folder doesn't exist or can't be listed.
+QStringList SystemManager::namesOfPutAsideLaunchItems(const LaunchFolder& folder) const {
+    try {
+        return m_host.files.list(folder.backupFolder);
+    } catch (const FileError&) {
+        return {};
+    }
+}
+
+} // namespace quorvane

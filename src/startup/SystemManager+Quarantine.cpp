@@ -1,0 +1,146 @@
+#include "core/SystemManager.h"
+
+#include "core/AdminPrompts.h"
+#include "core/AdminScript.h"
+#include "platform/FileManager.h"
+#include "platform/Machine.h"
+#include "startup/BackgroundDisableTarget.h"
+#include "startup/LaunchFolders.h"
+
+#include <QCoroTask>
+
+namespace quorvane {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QString nameOf(const QString& path) {
+    return path.mid(path.lastIndexOf(u'/') + 1);
+}
+
+QString sourceOf(const BackgroundDisableTarget& target) {
+    return target.bundledResourceURL->toLocalFile();
+}
+
+} // namespace
+
+QString SystemManager::quarantineDestination(const BackgroundDisableTarget& target) const {
+    return quarantineFolder(m_host.machine.homeFolder()) + u'/' + target.label + u'/' + nameOf(sourceOf(target));
+}
+
+QCoro::Task<bool> SystemManager::quarantineBundledResources(QList<BackgroundDisableTarget> targets,
+                                                            QuarantineRights rights) {
+    bool succeeded = true;
+    QList<BackgroundDisableTarget> forRoot;
+    for (const BackgroundDisableTarget& target : targets) {
+        switch (co_await quarantineBundledResource(target, rights)) {
+        case QuarantineStep::Done:
+            break;
+        case QuarantineStep::Failed:
+            succeeded = false;
+            break;
+        case QuarantineStep::NeedsRoot:
+            forRoot.append(target);
+        }
+    }
+    co_return co_await quarantineAsRoot(forRoot) && succeeded;
+}
+
+QCoro::Task<SystemManager::QuarantineStep> SystemManager::quarantineBundledResource(BackgroundDisableTarget target,
+                                                                                    QuarantineRights rights) {
+    if (!target.bundledResourceURL || m_host.files.status(sourceOf(target)).kind == FileStatus::Kind::Missing) {
+        co_return QuarantineStep::Done;
+    }
+    const QString source = sourceOf(target);
+    if (isProtectedTarget(target)) {
+        log(u"  [SKIPPED] Protected bundled startup resource: "_s + nameOf(source));
+        co_return QuarantineStep::Done;
+    }
+    const QString home = m_host.machine.homeFolder();
+    const QString destination = quarantineDestination(target);
+    if (m_queuedMoves.contains(source)) {
+        co_return QuarantineStep::Done;
+    }
+    if (!requireRealFolders(
+            {backupFolder(home), quarantineFolder(home), quarantineFolder(home) + u'/' + target.label})) {
+        co_return QuarantineStep::Failed;
+    }
+    if (rights == QuarantineRights::Queued) {
+        m_queuedMoves.insert(source);
+        m_adminCommandBatch.append(quarantineCommand(source, destination));
+        log(u"  [ACTION] Queued quarantine for bundled startup resource: "_s + nameOf(source));
+        co_return QuarantineStep::Done;
+    }
+    if (m_host.files.isWritable(source)) {
+        const bool isMoved = co_await quarantineAsUser(source, destination);
+        co_return isMoved ? QuarantineStep::Done : QuarantineStep::Failed;
+    }
+    if (rights == QuarantineRights::Privileged) {
+        co_return QuarantineStep::NeedsRoot;
+    }
+    log(u"  [WARNING] Could not quarantine bundled startup resource without admin rights: "_s + nameOf(source));
+    co_return QuarantineStep::Failed;
+}
+
+QCoro::Task<bool> SystemManager::quarantineAsUser(QString source, QString destination) {
+    try {
+        if (m_host.files.status(destination).kind != FileStatus::Kind::Missing) {
+            m_host.files.removeTree(destination);
+        }
+        const QStringList copy{u"/usr/bin/ditto"_s, source, destination};
+        const CommandResult result = co_await runCommand(copy, OutputCapture::Capture);
+        if (result.status != 0) {
+            logFailedQuarantine(source, result.standardError.trimmed());
+            co_return false;
+        }
+        m_host.files.removeTree(source);
+    } catch (const FileError& error) {
+        logFailedQuarantine(source, error.message());
+        co_return false;
+    }
+    log(u"  [APPLIED] Quarantined bundled startup resource: "_s + nameOf(source));
+    co_return true;
+}
+
+/// All of them in one line under one prompt. Each has succeeded when it is gone, whatever became of the others.
+QCoro::Task<bool> SystemManager::quarantineAsRoot(QList<BackgroundDisableTarget> targets) {
+    if (targets.isEmpty()) {
+        co_return true;
+    }
+    QStringList commands;
+    for (const BackgroundDisableTarget& target : targets) {
+        commands.append(quarantineCommand(sourceOf(target), quarantineDestination(target)));
+    }
+    const CommandResult result = co_await executeAdminScript(joinedAdminCommands(commands), kSystemChangesPrompt);
+    bool succeeded = true;
+    for (const BackgroundDisableTarget& target : targets) {
+        const QString source = sourceOf(target);
+        if (m_host.files.status(source).kind == FileStatus::Kind::Missing) {
+            log(u"  [APPLIED] Quarantined bundled startup resource: "_s + nameOf(source));
+        } else {
+            logFailedQuarantine(source, result.status != 0 ? result.standardError : u"it is still in its place"_s);
+            succeeded = false;
+        }
+    }
+    co_return succeeded;
+}
+
+void SystemManager::logFailedQuarantine(const QString& source, const QString& error) {
+    log(u"  [ERROR] Failed to quarantine bundled startup resource: %1: %2"_s.arg(nameOf(source), error));
+}
+
+/// An item that is still on, and whose helper is still in its application, gets one more try, which never prompts.
+QCoro::Task<void> SystemManager::retryQuarantineOfActiveTargets(QList<BackgroundDisableTarget> targets) {
+    for (const BackgroundDisableTarget& target : targets) {
+        const bool isStillThere = target.bundledResourceURL && !m_queuedMoves.contains(sourceOf(target)) &&
+                                  m_host.files.status(sourceOf(target)).kind != FileStatus::Kind::Missing;
+        if (isStillThere && m_backgroundTaskItemsCache && m_backgroundTaskItemsCache->isActive(target.label)) {
+            log(u"  [WARNING] BTM item still enabled with bundled startup resources present: "_s +
+                (target.item ? target.item->name : target.label));
+            co_await quarantineBundledResource(target, QuarantineRights::User);
+        }
+    }
+}
+
+} // namespace quorvane
