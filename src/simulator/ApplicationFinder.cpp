@@ -10,16 +10,6 @@ namespace {
 
 constexpr QStringView kSuffix = u".app";
 
-QStringList folders(const Mac& mac) {
-    return {u"/Applications"_s,
-            u"/Applications/Utilities"_s,
-            mac.homeFolder(Actor::User) + u"/Applications"_s,
-            u"/System/Applications"_s,
-            u"/System/Applications/Utilities"_s,
-            u"/System/Library/CoreServices"_s,
-            u"/System/Library/CoreServices/Applications"_s};
-}
-
 QString text(const PropertyList::Dictionary& dictionary, const QString& key) {
     const auto entry = dictionary.find(key);
     const auto* value = entry == dictionary.end() ? nullptr : entry->second.as<QString>();
@@ -38,6 +28,16 @@ PropertyList::Dictionary readInfo(const Volume& volume, const QString& bundlePat
 
 } // namespace
 
+QStringList applicationFolders(const Mac& mac) {
+    return {u"/Applications"_s,
+            u"/Applications/Utilities"_s,
+            mac.homeFolder(Actor::User) + u"/Applications"_s,
+            u"/System/Applications"_s,
+            u"/System/Applications/Utilities"_s,
+            u"/System/Library/CoreServices"_s,
+            u"/System/Library/CoreServices/Applications"_s};
+}
+
 std::optional<Application> readApplication(const Volume& volume, const QString& bundlePath) {
     if (!bundlePath.endsWith(kSuffix) || !volume.isFolder(bundlePath)) {
         return std::nullopt;
@@ -51,7 +51,7 @@ std::optional<Application> readApplication(const Volume& volume, const QString& 
 
 std::optional<Application> findApplication(const Mac& mac, const Volume& volume, const QString& name) {
     const QString bundle = name.endsWith(kSuffix) ? name : name + kSuffix.toString();
-    const QStringList places = folders(mac);
+    const QStringList places = applicationFolders(mac);
     for (const QString& folder : places) {
         if (auto found = readApplication(volume, folder + u'/' + bundle)) {
             return found;
@@ -60,9 +60,23 @@ std::optional<Application> findApplication(const Mac& mac, const Volume& volume,
     return std::nullopt;
 }
 
+std::vector<Application> installedApplications(const Mac& mac, const Volume& volume) {
+    std::vector<Application> applications;
+    const QStringList places = applicationFolders(mac);
+    for (const QString& folder : places) {
+        const QStringList names = volume.isFolder(folder) ? volume.list(folder) : QStringList();
+        for (const QString& name : names) {
+            if (auto found = readApplication(volume, folder + u'/' + name)) {
+                applications.push_back(*std::move(found));
+            }
+        }
+    }
+    return applications;
+}
+
 std::optional<Application> findApplicationByIdentifier(const Mac& mac, const Volume& volume,
                                                        const QString& bundleIdentifier) {
-    const QStringList places = folders(mac);
+    const QStringList places = applicationFolders(mac);
     for (const QString& folder : places) {
         const QStringList names = volume.isFolder(folder) ? volume.list(folder) : QStringList();
         for (const QString& name : names) {

@@ -5,6 +5,7 @@
 #include <QString>
 
 #include <optional>
+#include <vector>
 
 namespace macsim {
 
@@ -18,6 +19,12 @@ struct Application {
 /// What a bundle's Info.plist says; without one the program has the bundle's name. None where there is no
 /// folder.
 std::optional<Application> readApplication(const Volume& volume, const QString& bundlePath);
+
+/// The folders where macOS keeps applications, in the order in which they are searched. Some may be missing.
+QStringList applicationFolders(const Mac& mac);
+
+/// Every application in these folders.
+std::vector<Application> installedApplications(const Mac& mac, const Volume& volume);
 
 /// Looks for an application by its name, with or without ".app", where macOS keeps applications.
 std::optional<Application> findApplication(const Mac& mac, const Volume& volume, const QString& name);

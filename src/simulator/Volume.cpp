@@ -5,6 +5,7 @@
 #include <QFile>
 #include <QTemporaryFile>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstring>
@@ -177,6 +178,16 @@ Volume::Located Volume::locate(const QString& path, bool followLast) const {
     return place;
 }
 
+bool Volume::isUsersPlace(const QString& folder) const {
+    const std::array<QString, 6> own{u"/Users/"_s + m_machine.userName,
+                                     userTemporaryFolder(m_machine),
+                                     u"/private/tmp"_s,
+                                     u"/Applications"_s,
+                                     u"/Users/Shared"_s,
+                                     u"/Volumes"_s};
+    return std::any_of(own.begin(), own.end(), [&](const QString& place) { return isAtOrBelow(folder, place); });
+}
+
 void Volume::requireWritable(const Located& place) const {
     const QString parent = place.macParent();
     if (isSealed(place.macPath) || isSealed(parent)) {
@@ -185,18 +196,9 @@ void Volume::requireWritable(const Located& place) const {
     if (m_actor == Actor::Root) {
         return;
     }
-    const std::array<QString, 6> own{u"/Users/"_s + m_machine.userName,
-                                     userTemporaryFolder(m_machine),
-                                     u"/private/tmp"_s,
-                                     u"/Applications"_s,
-                                     u"/Users/Shared"_s,
-                                     u"/Volumes"_s};
-    for (const QString& folder : own) {
-        if (isAtOrBelow(parent, folder)) {
-            return;
-        }
+    if (!isUsersPlace(parent)) {
+        throw FileError(EACCES, place.macPath);
     }
-    throw FileError(EACCES, place.macPath);
 }
 
 void Volume::requireReadable(const Located& place) const {
@@ -326,6 +328,24 @@ qint64 Volume::size(const QString& path) const {
     struct stat info {};
     require(lstatPath(place.hostPath, info), path);
     return info.st_size;
+}
+
+QDateTime Volume::modificationTime(const QString& path) const {
+    const Located place = locate(path, true);
+    struct stat info {};
+    require(lstatPath(place.hostPath, info), path);
+    constexpr qint64 kNanosecondsInMillisecond = 1'000'000;
+    return QDateTime::fromMSecsSinceEpoch(qint64{info.st_mtim.tv_sec} * 1000 +
+                                          info.st_mtim.tv_nsec / kNanosecondsInMillisecond);
+}
+
+Actor Volume::owner(const QString& path) const {
+    const Located place = locate(path, false);
+    if (place.kind == Kind::Missing) {
+        throw FileError(ENOENT, path);
+    }
+    return isUsersPlace(place.macParent()) || place.macPath == u"/Users/"_s + m_machine.userName ? Actor::User
+                                                                                                 : Actor::Root;
 }
 
 void Volume::write(const QString& path, const QByteArray& bytes) const {

@@ -3,6 +3,7 @@
 #include "simulator/Machine.h"
 
 #include <QByteArray>
+#include <QDateTime>
 #include <QString>
 #include <QStringList>
 
@@ -49,6 +50,7 @@ public:
     Volume(QString hostFolder, Machine machine, Actor actor);
 
     Actor actor() const { return m_actor; }
+    const Machine& machine() const { return m_machine; }
 
     /// What stands at a path; the last component is not followed when it is a link. Never throws.
     /// A Tool is a command of the simulated Mac (/usr/bin/defaults): it can be executed and not read.
@@ -70,6 +72,10 @@ public:
     QStringList list(const QString& path) const;
     QString linkTarget(const QString& path) const;
     qint64 size(const QString& path) const;
+    /// Of what stands there once links are followed; of a folder, when a name in it last came or went.
+    QDateTime modificationTime(const QString& path) const;
+    /// Whose it is; the last component is not followed when it is a link.
+    Actor owner(const QString& path) const;
 
     void write(const QString& path, const QByteArray& bytes) const;
     void append(const QString& path, const QByteArray& bytes) const;
@@ -93,6 +99,7 @@ private:
     struct Located; // a parent that exists on the host, a last component, and the path that the Mac sees
     Located locate(const QString& path, bool followLast) const;
     QString matchingName(const QString& hostParent, const QString& name) const;
+    bool isUsersPlace(const QString& folder) const;
     void requireWritable(const Located& place) const;
     void requireReadable(const Located& place) const;
     void requireSpace(const QString& path) const;

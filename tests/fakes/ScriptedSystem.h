@@ -3,7 +3,10 @@
 #include "core/NotificationCenter.h"
 #include "core/SystemManager.h"
 #include "fakes/MemoryFileManager.h"
+#include "platform/BackgroundTaskPermissions.h"
+#include "platform/Bundles.h"
 #include "platform/Machine.h"
+#include "platform/PropertyLists.h"
 #include "platform/ScriptEngine.h"
 #include "platform/UserDefaults.h"
 
@@ -103,6 +106,62 @@ class FixedMachine final : public Machine {
 public:
     QString homeFolder() const override { return u"/Users/alex"_s; }
     QString applicationSupportFolder() const override { return u"/Users/alex/Library/Application Support"_s; }
+    QString temporaryFolder() const override { return u"/var/folders/zz/alex/T"_s; }
+    quint32 userId() const override { return MemoryFileManager::kUser; }
+};
+
+/// Property lists by their paths, apart from the files: a test puts both where it needs both.
+class MemoryPropertyLists final : public PropertyLists {
+public:
+    std::optional<QVariantMap> dictionary(const QString& path) const override {
+        return lists.contains(path) ? std::optional(lists.value(path)) : std::nullopt;
+    }
+
+    QMap<QString, QVariantMap> lists;
+};
+
+/// Info dictionaries of bundles by their paths, and of installed applications by their identifiers.
+class MemoryBundles final : public Bundles {
+public:
+    std::optional<QVariantMap> infoDictionary(const QString& bundlePath) const override {
+        return byPath.contains(bundlePath) ? std::optional(byPath.value(bundlePath)) : std::nullopt;
+    }
+    std::optional<QVariantMap> infoDictionaryWithIdentifier(const QString& bundleIdentifier) const override {
+        return byIdentifier.contains(bundleIdentifier) ? std::optional(byIdentifier.value(bundleIdentifier))
+                                                       : std::nullopt;
+    }
+
+    QMap<QString, QVariantMap> byPath;
+    QMap<QString, QVariantMap> byIdentifier;
+};
+
+/// Writes what is asked of the library into the trace: "? open {path}", "? look up {symbol}", and for a call
+/// "? {symbol} {application} {label} {true|false}".
+class ScriptedBackgroundTaskPermissions final : public BackgroundTaskPermissions {
+public:
+    explicit ScriptedBackgroundTaskPermissions(QStringList& trace)
+        : m_trace(trace) {}
+
+    bool openLibrary(const QString& path) override {
+        m_trace.append(u"? open "_s + path);
+        return isLibraryThere;
+    }
+    SetUserAllowed entryPoint(const QString& symbol) override {
+        m_trace.append(u"? look up "_s + symbol);
+        if (!answers.contains(symbol)) {
+            return {};
+        }
+        return [this, symbol](const QString& application, const QString& label, bool isAllowed) {
+            m_trace.append(u"? "_s + commandLine({symbol, application, label, isAllowed ? u"true"_s : u"false"_s}));
+            return answers.value(symbol);
+        };
+    }
+
+    bool isLibraryThere = false;
+    QMap<QString, bool> answers; ///< what each entry point answers that the library has
+
+private:
+    QStringList& m_trace;
 };
 
 /// A SystemManager over scripted ports. `trace` holds commands, scripts and log lines in the order in which they came.
@@ -126,8 +185,12 @@ protected:
     MemoryFileManager files;
     MemoryUserDefaults defaults;
     FixedMachine machine;
+    MemoryPropertyLists propertyLists;
+    MemoryBundles bundles;
+    ScriptedBackgroundTaskPermissions permissions{trace};
     NotificationCenter notifications;
-    SystemManager system{Host{commands, scripts, files, defaults, machine}, notifications};
+    SystemManager system{Host{commands, scripts, files, defaults, machine, propertyLists, bundles, permissions},
+                         notifications};
 };
 
 } // namespace quorvane

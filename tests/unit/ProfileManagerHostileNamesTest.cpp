@@ -1,5 +1,7 @@
 #include "fakes/ProfileStore.h"
 
+#include <QDir>
+
 #include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;

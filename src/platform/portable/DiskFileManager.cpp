@@ -7,7 +7,12 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
+#include <filesystem>
+#include <memory>
+#include <sys/stat.h>
+#include <system_error>
 #include <unistd.h>
 
 namespace quorvane {
@@ -26,10 +31,44 @@ void rename(const QString& from, const QString& to, const QString& blamed) {
     }
 }
 
+FileStatus::Kind kindOf(mode_t mode) {
+    switch (mode & S_IFMT) {
+    case S_IFREG:
+        return FileStatus::Kind::File;
+    case S_IFDIR:
+        return FileStatus::Kind::Folder;
+    case S_IFLNK:
+        return FileStatus::Kind::Link;
+    default:
+        return FileStatus::Kind::Other;
+    }
+}
+
 } // namespace
 
 bool DiskFileManager::exists(const QString& path) const {
     return QFileInfo::exists(path);
+}
+
+FileStatus DiskFileManager::status(const QString& path) const {
+    struct stat info {};
+    if (::lstat(QFile::encodeName(path).constData(), &info) != 0) {
+        return {};
+    }
+    return {kindOf(info.st_mode), info.st_uid};
+}
+
+bool DiskFileManager::isWritable(const QString& path) const {
+    return ::access(QFile::encodeName(path).constData(), W_OK) == 0;
+}
+
+QString DiskFileManager::resolved(const QString& path) const {
+    const std::unique_ptr<char, decltype(&std::free)> found(::realpath(QFile::encodeName(path).constData(), nullptr),
+                                                            &std::free);
+    if (!found) {
+        fail(path, errno);
+    }
+    return QFile::decodeName(found.get());
 }
 
 QStringList DiskFileManager::list(const QString& folder) const {
@@ -76,6 +115,17 @@ void DiskFileManager::move(const QString& from, const QString& to) {
 void DiskFileManager::remove(const QString& path) {
     if (std::remove(QFile::encodeName(path).constData()) != 0) {
         fail(path, errno);
+    }
+}
+
+void DiskFileManager::removeTree(const QString& path) {
+    const std::filesystem::path place(QFile::encodeName(path).constData());
+    std::error_code error;
+    if (std::filesystem::remove_all(place, error) == 0 && !error) {
+        fail(path, ENOENT); // to the library nothing to remove is no failure
+    }
+    if (error) {
+        throw FileError(path, QString::fromStdString(error.message()));
     }
 }
 

@@ -8,11 +8,15 @@ namespace quorvane {
 class DiskFileManager final : public FileManager {
 public:
     bool exists(const QString& path) const override;
+    FileStatus status(const QString& path) const override;
+    bool isWritable(const QString& path) const override;
+    QString resolved(const QString& path) const override;
     QStringList list(const QString& folder) const override;
     QByteArray read(const QString& path) const override;
     void writeAtomically(const QString& path, const QByteArray& bytes) override;
     void move(const QString& from, const QString& to) override;
     void remove(const QString& path) override;
+    void removeTree(const QString& path) override;
     void createFolders(const QString& folder) override;
 };
 

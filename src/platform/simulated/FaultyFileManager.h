@@ -7,7 +7,7 @@
 namespace quorvane {
 
 /// What goes wrong with the program's own files on purpose. Changes (writes, moves, removals, new folders) are counted
-/// from 1.
+/// from 1; the removal of a whole tree is one.
 struct FileFaults {
     std::optional<int> failingChange; ///< this change and every later one fails
     QString reason;                   ///< the system's words: "No space left on device"
@@ -28,11 +28,15 @@ public:
     FaultyFileManager(FileManager& files, FileFaults faults);
 
     bool exists(const QString& path) const override { return m_files.exists(path); }
+    FileStatus status(const QString& path) const override { return m_files.status(path); }
+    bool isWritable(const QString& path) const override { return m_files.isWritable(path); }
+    QString resolved(const QString& path) const override { return m_files.resolved(path); }
     QStringList list(const QString& folder) const override { return m_files.list(folder); }
     QByteArray read(const QString& path) const override { return m_files.read(path); }
     void writeAtomically(const QString& path, const QByteArray& bytes) override;
     void move(const QString& from, const QString& to) override;
     void remove(const QString& path) override;
+    void removeTree(const QString& path) override;
     void createFolders(const QString& folder) override;
 
 private:

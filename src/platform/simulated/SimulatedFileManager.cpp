@@ -1,6 +1,6 @@
 #include "platform/simulated/SimulatedFileManager.h"
 
-#include <utility>
+#include <cerrno>
 
 namespace quorvane {
 
@@ -16,6 +16,37 @@ auto reported(Operation operation) {
     }
 }
 
+/// A command of the Mac is a program file, as far as anybody asks who doesn't start it.
+FileStatus::Kind kindOf(macsim::Volume::Kind kind) {
+    switch (kind) {
+    case macsim::Volume::Kind::File:
+    case macsim::Volume::Kind::Tool:
+        return FileStatus::Kind::File;
+    case macsim::Volume::Kind::Folder:
+        return FileStatus::Kind::Folder;
+    case macsim::Volume::Kind::Link:
+        return FileStatus::Kind::Link;
+    case macsim::Volume::Kind::Missing:
+        break;
+    }
+    return FileStatus::Kind::Missing;
+}
+
+quint32 userIdOf(macsim::Actor owner, const macsim::Machine& machine) {
+    return owner == macsim::Actor::Root ? 0 : static_cast<quint32>(machine.userId);
+}
+
+/// A link is removed itself: kind() doesn't follow it, so what it leads to is never entered.
+void removeWhole(const macsim::Volume& volume, const QString& path) {
+    if (volume.kind(path) == macsim::Volume::Kind::Folder) {
+        const QStringList names = volume.list(path);
+        for (const QString& name : names) {
+            removeWhole(volume, path + u'/' + name);
+        }
+    }
+    volume.remove(path);
+}
+
 } // namespace
 
 SimulatedFileManager::SimulatedFileManager(macsim::Volume volume)
@@ -23,6 +54,27 @@ SimulatedFileManager::SimulatedFileManager(macsim::Volume volume)
 
 bool SimulatedFileManager::exists(const QString& path) const {
     return m_volume.exists(path);
+}
+
+FileStatus SimulatedFileManager::status(const QString& path) const {
+    try {
+        return {kindOf(m_volume.kind(path)), userIdOf(m_volume.owner(path), m_volume.machine())};
+    } catch (const macsim::FileError&) {
+        return {};
+    }
+}
+
+bool SimulatedFileManager::isWritable(const QString& path) const {
+    return m_volume.isWritable(path);
+}
+
+QString SimulatedFileManager::resolved(const QString& path) const {
+    return reported([&] {
+        if (!m_volume.exists(path)) {
+            throw macsim::FileError(ENOENT, path);
+        }
+        return m_volume.canonicalPath(path);
+    });
 }
 
 QStringList SimulatedFileManager::list(const QString& folder) const {
@@ -43,6 +95,10 @@ void SimulatedFileManager::move(const QString& from, const QString& to) {
 
 void SimulatedFileManager::remove(const QString& path) {
     reported([&] { m_volume.remove(path); });
+}
+
+void SimulatedFileManager::removeTree(const QString& path) {
+    reported([&] { removeWhole(m_volume, path); });
 }
 
 void SimulatedFileManager::createFolders(const QString& folder) {

@@ -15,13 +15,16 @@ SimulatedHost::SimulatedHost(const QString& macFolder, AuthorizationPrompt& auth
     , m_faultyFiles(m_files, fileFaultsFromFile(options.faultsFile))
     , m_defaults(m_mac)
     , m_machine(m_mac)
+    , m_propertyLists(m_mac)
+    , m_bundles(m_mac, m_propertyLists)
+    , m_permissions(m_mac)
     , m_commands(m_mac.hostFolder() + u"/usr/bin/env"_s, m_environment)
     , m_scripts(m_mac.hostFolder() + u"/usr/libexec/scriptengine"_s, m_environment, authorization) {
     macsim::relinkCommands(m_mac.hostFolder(), options.program);
 }
 
 Host SimulatedHost::host() {
-    return {m_commands, m_scripts, m_faultyFiles, m_defaults, m_machine};
+    return {m_commands, m_scripts, m_faultyFiles, m_defaults, m_machine, m_propertyLists, m_bundles, m_permissions};
 }
 
 void SimulatedHost::shutDown() {

@@ -4,8 +4,11 @@
 #include "platform/portable/ProcessCommandLauncher.h"
 #include "platform/simulated/AuthorizationPrompt.h"
 #include "platform/simulated/FaultyFileManager.h"
+#include "platform/simulated/SimulatedBackgroundTaskPermissions.h"
+#include "platform/simulated/SimulatedBundles.h"
 #include "platform/simulated/SimulatedFileManager.h"
 #include "platform/simulated/SimulatedMachine.h"
+#include "platform/simulated/SimulatedPropertyLists.h"
 #include "platform/simulated/SimulatedScriptEngine.h"
 #include "platform/simulated/SimulatedUserDefaults.h"
 #include "simulator/Mac.h"
@@ -37,6 +40,9 @@ private:
     FaultyFileManager m_faultyFiles;
     SimulatedUserDefaults m_defaults;
     SimulatedMachine m_machine;
+    SimulatedPropertyLists m_propertyLists;
+    SimulatedBundles m_bundles;
+    SimulatedBackgroundTaskPermissions m_permissions;
     ProcessCommandLauncher m_commands;
     SimulatedScriptEngine m_scripts;
 };

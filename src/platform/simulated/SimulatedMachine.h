@@ -15,6 +15,8 @@ public:
     QString applicationSupportFolder() const override {
         return homeFolder() + QStringLiteral("/Library/Application Support");
     }
+    QString temporaryFolder() const override { return m_mac.temporaryFolder().chopped(1); }
+    quint32 userId() const override { return static_cast<quint32>(m_mac.machine().userId); }
 
 private:
     const macsim::Mac& m_mac;
