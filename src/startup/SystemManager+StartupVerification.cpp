@@ -6,6 +6,7 @@
 #include "startup/ActiveStartup.h"
 #include "startup/LaunchFolders.h"
 #include "startup/StartupTargets.h"
+#include "startup/StartupVerification.h"
 
 #include <QCoroFuture>
 #include <QCoroTask>
