@@ -40,4 +40,11 @@ bool isDefaultProfile(const UnifiedProfile& profile) {
     return profile.id == UnifiedProfile::defaultProfile().id || isDefaultProfileName(profile.name);
 }
 
+CleanReboot cleanRebootOf(const UnifiedProfile& profile) {
+    if (!profile.settings.cleanReboot) {
+        return {};
+    }
+    return {profile.startup.permittedLoginNames(), profile.startup, {}};
+}
+
 } // namespace quorvane

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "startup/CleanReboot.h"
 #include "startup/StartupConfiguration.h"
 #include "tweaks/PerformanceSettings.h"
 
@@ -44,5 +45,8 @@ size_t qHash(const UnifiedProfile& profile, size_t seed = 0);
 bool isDefaultProfileName(const QString& name);
 /// True for a profile with the identity of the Default profile, or with its name in any case.
 bool isDefaultProfile(const UnifiedProfile& profile);
+
+/// What the profile's clean reboot leaves in place; empty for a profile without one.
+CleanReboot cleanRebootOf(const UnifiedProfile& profile);
 
 } // namespace quorvane

@@ -15,10 +15,13 @@ struct Command {
     Operand operand;
 };
 
-constexpr std::array<Command, 6> kCommands{{{u"new", Operand::Optional},
+constexpr std::array<Command, 9> kCommands{{{u"new", Operand::Optional},
                                             {u"shell", Operand::Required},
+                                            {u"preview", Operand::Required},
                                             {u"apply", Operand::Required},
                                             {u"tweaks", Operand::Required},
+                                            {u"startup", Operand::Required},
+                                            {u"discover", Operand::None},
                                             {u"default", Operand::None},
                                             {u"verify", Operand::Required}}};
 
@@ -109,8 +112,11 @@ Options
 Commands
   new [MAC.json]                  makes the simulated Mac in FOLDER; without a description a fresh one
   shell [--root] LINE             runs a line in the simulated Mac's shell
-  apply PROFILE.json              saves the profile on the Mac, applies it under one prompt and verifies it
+  discover                        what runs when the user logs in
+  preview PROFILE.json            what an apply would change; changes nothing
+  apply PROFILE.json              saves the profile on the Mac, shows the preview, applies it under one prompt and verifies it
   tweaks PROFILE.json             applies the selected tweaks and leaves all others as they are
+  startup PROFILE.json            applies what the profile says of startup, and verifies it
   verify PROFILE.json             reads the system back without applying anything
   default                         back to the standard macOS settings
 

@@ -4,6 +4,8 @@
 #include "platform/FileManager.h"
 #include "profiles/ProfileNames.h"
 #include "rehearsal/ProfileFile.h"
+#include "rehearsal/Report.h"
+#include "startup/StartupVerification.h"
 
 #include <cstdio>
 
@@ -23,19 +25,28 @@ Rehearsal::Rehearsal(const QString& macFolder, macsim::Authorization authorizati
     : m_authorization(authorization)
     , m_host(macFolder, m_authorization, options)
     , m_system(m_host.host(), m_notifications)
-    , m_profiles(m_host.host().files, profilesDirectory(m_host.host().machine)) {}
+    , m_profiles(m_host.host().files, profilesDirectory(m_host.host().machine)) {
+    connect(&m_system, &SystemManager::messageLogged, this, &Rehearsal::linePrinted);
+}
+
+void Rehearsal::print(const QStringList& lines) {
+    for (const QString& line : lines) {
+        Q_EMIT linePrinted(line);
+    }
+}
 
 QCoro::Task<RehearsalOutcome> Rehearsal::applyProfileFile(QString hostPath) {
     const UnifiedProfile given = profileFromFile(hostPath);
     if (isDefaultProfile(given)) {
         co_return co_await restoreDefault();
     }
-    requireApplicable(given, hostPath);
     const std::optional<UnifiedProfile> stored = storedProfile(given, hostPath);
     if (!stored) {
         co_return RehearsalOutcome{};
     }
     RehearsalOutcome outcome;
+    outcome.preview = co_await m_system.previewProfile(*stored);
+    print(previewLines(*outcome.preview));
     m_system.beginBusy(u"Applying profile…"_s);
     outcome.succeeded = co_await m_system.applyProfile(*stored);
     m_system.endBusy();
@@ -61,12 +72,39 @@ std::optional<UnifiedProfile> Rehearsal::storedProfile(const UnifiedProfile& pro
     return stored;
 }
 
+QCoro::Task<RehearsalOutcome> Rehearsal::previewProfileFile(QString hostPath) {
+    const UnifiedProfile profile = profileFromFile(hostPath);
+    RehearsalOutcome outcome;
+    outcome.preview = co_await m_system.previewProfile(profile);
+    outcome.succeeded = true;
+    print(previewLines(*outcome.preview));
+    co_return outcome;
+}
+
+QCoro::Task<RehearsalOutcome> Rehearsal::applyStartupOfFile(QString hostPath) {
+    const UnifiedProfile profile = profileFromFile(hostPath);
+    RehearsalOutcome outcome;
+    m_system.beginBusy(u"Applying startup changes…"_s);
+    const StartupApplyResult result = co_await m_system.applyStartupChanges(profile.startup);
+    m_system.endBusy();
+    outcome.succeeded = result.applySucceeded;
+    outcome.verification = result.verification;
+    co_return outcome;
+}
+
+QCoro::Task<RehearsalOutcome> Rehearsal::discover() {
+    RehearsalOutcome outcome;
+    outcome.startupItems = co_await m_system.discoverStartupItems(SystemManager::StartupRefresh::UseCache);
+    outcome.succeeded = true;
+    print(startupItemLines(*outcome.startupItems));
+    co_return outcome;
+}
+
 QCoro::Task<RehearsalOutcome> Rehearsal::applyTweaksOfFile(QString hostPath) {
     const UnifiedProfile profile = profileFromFile(hostPath);
-    requireApplicable(profile, hostPath);
     RehearsalOutcome outcome;
     m_system.beginBusy(u"Applying performance tweaks…"_s);
-    outcome.succeeded = co_await m_system.applyPerformanceTweaks(profile.settings);
+    outcome.succeeded = co_await m_system.applyPerformanceTweaks(profile.settings, cleanRebootOf(profile));
     m_system.endBusy();
     outcome.verification = m_system.lastApplyVerification();
     co_return outcome;
@@ -74,7 +112,6 @@ QCoro::Task<RehearsalOutcome> Rehearsal::applyTweaksOfFile(QString hostPath) {
 
 QCoro::Task<RehearsalOutcome> Rehearsal::verifyProfileFile(QString hostPath) {
     const UnifiedProfile profile = profileFromFile(hostPath);
-    requireApplicable(profile, hostPath);
     RehearsalOutcome outcome;
     outcome.verification = co_await m_system.verifyProfile(profile);
     outcome.succeeded = true;

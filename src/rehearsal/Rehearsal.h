@@ -3,6 +3,7 @@
 #include "core/NotificationCenter.h"
 #include "core/SystemManager.h"
 #include "platform/simulated/SimulatedHost.h"
+#include "profiles/ApplyPreviews.h"
 #include "profiles/ProfileManager.h"
 #include "profiles/UnifiedProfile.h"
 #include "rehearsal/Arguments.h"
@@ -18,6 +19,8 @@ namespace quorvane {
 struct RehearsalOutcome {
     bool succeeded = false;
     std::optional<ApplyVerificationResult> verification; ///< where the command verifies
+    std::optional<ProfileApplyPreview> preview;          ///< where the command shows one
+    std::optional<QList<StartupItem>> startupItems;      ///< where the command looks for them
 
     bool isDone() const { return succeeded && (!verification || verification->failed.isEmpty()); }
 };
@@ -34,14 +37,22 @@ public:
 
     /// Throws UnusableInput for a file that can't be applied; nothing is changed then.
     QCoro::Task<RehearsalOutcome> applyProfileFile(QString hostPath);
+    QCoro::Task<RehearsalOutcome> previewProfileFile(QString hostPath);
+    QCoro::Task<RehearsalOutcome> applyStartupOfFile(QString hostPath);
     QCoro::Task<RehearsalOutcome> applyTweaksOfFile(QString hostPath);
     QCoro::Task<RehearsalOutcome> verifyProfileFile(QString hostPath);
     QCoro::Task<RehearsalOutcome> restoreDefault();
+    QCoro::Task<RehearsalOutcome> discover();
 
     /// Ends whatever runs, so that the flow comes to its end.
     void quit() { m_host.shutDown(); }
 
+Q_SIGNALS:
+    /// A line for people, in the order in which things happen: the log, and what a review shows.
+    void linePrinted(const QString& line);
+
 private:
+    void print(const QStringList& lines);
     std::optional<UnifiedProfile> storedProfile(const UnifiedProfile& profile, const QString& hostPath);
 
     AuthorizationPolicy m_authorization;

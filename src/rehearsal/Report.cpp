@@ -4,6 +4,8 @@
 
 namespace quorvane {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 Json itemsJson(const QList<ApplyVerificationResult::Item>& items) {
@@ -19,7 +21,50 @@ Json itemsJson(const QList<ApplyVerificationResult::Item>& items) {
     return array;
 }
 
+Json sectionsJson(const QList<ReviewSection>& sections) {
+    Json array = Json::array();
+    for (const ReviewSection& section : sections) {
+        Json rows = Json::array();
+        for (const ReviewSection::Row& row : section.rows) {
+            rows.push_back(encodeJson(row.detail.isEmpty() ? row.text : row.text + u" — "_s + row.detail));
+        }
+        array.push_back({{"title", encodeJson(section.title)}, {"rows", std::move(rows)}});
+    }
+    return array;
+}
+
+Json startupItemsJson(const QList<StartupItem>& items) {
+    Json array = Json::array();
+    for (const StartupItem& item : items) {
+        array.push_back(encodeJson(item));
+    }
+    return array;
+}
+
 } // namespace
+
+QStringList previewLines(const ProfileApplyPreview& preview) {
+    QStringList lines{u"Review Profile: "_s + preview.profileName};
+    for (const ReviewSection& section : reviewSections(preview)) {
+        lines.append(u"  "_s + section.title);
+        for (const ReviewSection::Row& row : section.rows) {
+            lines.append(u"    "_s + (row.detail.isEmpty() ? row.text : row.text + u" — "_s + row.detail));
+        }
+    }
+    return lines;
+}
+
+QStringList startupItemLines(const QList<StartupItem>& items) {
+    QStringList lines;
+    for (const StartupItem& item : items) {
+        QStringList parts{item.name, label(item.kind), item.runsAtStartup ? u"on"_s : u"off"_s};
+        if (item.isProtected) {
+            parts.append(u"protected"_s);
+        }
+        lines.append(parts.join(u" — "_s) + u"\n    "_s + item.path);
+    }
+    return lines;
+}
 
 QByteArray jsonReport(const QString& command, const QStringList& log, const RehearsalOutcome& outcome) {
     Json report;
@@ -29,6 +74,13 @@ QByteArray jsonReport(const QString& command, const QStringList& log, const Rehe
     if (outcome.verification) {
         report["verification"] = {{"verified", itemsJson(outcome.verification->verified)},
                                   {"failed", itemsJson(outcome.verification->failed)}};
+    }
+    if (outcome.preview) {
+        report["preview"] = {{"profileName", encodeJson(outcome.preview->profileName)},
+                             {"sections", sectionsJson(reviewSections(*outcome.preview))}};
+    }
+    if (outcome.startupItems) {
+        report["startupItems"] = startupItemsJson(*outcome.startupItems);
     }
     return jsonText(report) + '\n';
 }

@@ -8,10 +8,16 @@
 
 namespace quorvane {
 
+// What a terminal shows of the records that a window has views for.
+
+QStringList previewLines(const ProfileApplyPreview& preview);
+QStringList startupItemLines(const QList<StartupItem>& items);
+
 /// One JSON object with a newline: the command, its log, what it came to, and the result record.
 ///
 ///     {"command": "apply", "log": ["\n[PROFILE] Applying: Live", …], "succeeded": true,
-///      "verification": {"verified": [{"name": "App Nap", "detail": "disabled"}, …], "failed": []}}
+///      "verification": {"verified": [{"name": "App Nap", "detail": "disabled"}, …], "failed": []},
+///      "preview": {"profileName": "Live", "sections": [{"title": "Will enable", "rows": ["…"]}]}, "startupItems": […]}
 QByteArray jsonReport(const QString& command, const QStringList& log, const RehearsalOutcome& outcome);
 
 } // namespace quorvane

@@ -12,6 +12,7 @@
 #include <QCoroTask>
 #include <QDir>
 #include <QFile>
+#include <QHash>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTimer>
@@ -101,14 +102,17 @@ int runShell(const Arguments& arguments, const QString& macFolder) {
 }
 
 QCoro::Task<RehearsalOutcome> runFlow(Rehearsal& rehearsal, Arguments arguments) {
-    if (arguments.command == u"apply"_s) {
-        co_return co_await rehearsal.applyProfileFile(arguments.operand);
+    using FileFlow = QCoro::Task<RehearsalOutcome> (Rehearsal::*)(QString);
+    static const QHash<QString, FileFlow> fileFlows{{u"preview"_s, &Rehearsal::previewProfileFile},
+                                                    {u"apply"_s, &Rehearsal::applyProfileFile},
+                                                    {u"tweaks"_s, &Rehearsal::applyTweaksOfFile},
+                                                    {u"startup"_s, &Rehearsal::applyStartupOfFile},
+                                                    {u"verify"_s, &Rehearsal::verifyProfileFile}};
+    if (const FileFlow flow = fileFlows.value(arguments.command, nullptr)) {
+        co_return co_await (rehearsal.*flow)(arguments.operand);
     }
-    if (arguments.command == u"tweaks"_s) {
-        co_return co_await rehearsal.applyTweaksOfFile(arguments.operand);
-    }
-    if (arguments.command == u"verify"_s) {
-        co_return co_await rehearsal.verifyProfileFile(arguments.operand);
+    if (arguments.command == u"discover"_s) {
+        co_return co_await rehearsal.discover();
     }
     co_return co_await rehearsal.restoreDefault();
 }
@@ -130,8 +134,8 @@ QCoro::Task<void> runFlowToItsEnd(Rehearsal& rehearsal, Arguments arguments) {
 int runFlowOnMac(const Arguments& arguments, const QString& macFolder) {
     Rehearsal rehearsal(macFolder, arguments.authorization, hostOptions(arguments));
     if (!arguments.json) {
-        QObject::connect(&rehearsal.system(), &SystemManager::messageLogged, [](const QString& message) {
-            std::fprintf(stdout, "%s\n", message.toUtf8().constData());
+        QObject::connect(&rehearsal, &Rehearsal::linePrinted, [](const QString& line) {
+            std::fprintf(stdout, "%s\n", line.toUtf8().constData());
             std::fflush(stdout);
         });
     }

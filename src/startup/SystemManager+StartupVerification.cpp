@@ -5,6 +5,7 @@
 #include "services/NetworkServices.h"
 #include "startup/ActiveStartup.h"
 #include "startup/LaunchFolders.h"
+#include "startup/StartupChanges.h"
 #include "startup/StartupTargets.h"
 #include "startup/StartupVerification.h"
 
@@ -55,6 +56,9 @@ QCoro::Task<StartupChangePreview> SystemManager::previewStartupChanges(StartupCo
 }
 
 QCoro::Task<ApplyVerificationResult> SystemManager::verifyStartupConfiguration(StartupConfiguration configuration) {
+    if (!hasStartupChanges(configuration) && managedStartupAppPaths().isEmpty()) {
+        co_return ApplyVerificationResult(); // nothing to check, so nobody has to wait for System Events
+    }
     StartupReadings readings = co_await startupReadings(configuration);
     if (configuration.disableNetworkAtStartup) {
         readings.isNetworkOff = areAllOff(co_await readNetworkServices());

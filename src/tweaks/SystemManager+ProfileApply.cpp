@@ -15,14 +15,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// What the profile's clean reboot leaves in place; nothing for a profile without one.
-CleanReboot cleanRebootOf(const UnifiedProfile& profile) {
-    if (!profile.settings.cleanReboot) {
-        return {};
-    }
-    return {profile.startup.permittedLoginNames(), profile.startup, {}};
-}
-
 bool changesBackgroundItems(const UnifiedProfile& profile) {
     return profile.settings.cleanReboot || !profile.startup.disabledBackgroundLabels().isEmpty() ||
            !profile.startup.disabledCloudSyncAtStartup.empty();
