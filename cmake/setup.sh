@@ -39,6 +39,10 @@ install_test_packages() {
     if [ "$(uname)" = Darwin ]; then install_packages googletest; else install_packages libgtest-dev libgmock-dev; fi
 }
 
+install_benchmark_packages() {
+    if [ "$(uname)" = Darwin ]; then install_packages google-benchmark; else install_packages libbenchmark-dev; fi
+}
+
 # build PRESET: configures once and builds what has changed; the output is shown when it fails.
 build() {
     local folder=build/$1 log=build/$1.log

@@ -1,0 +1,209 @@
+// How discovery and what decides by it grow with what runs at login.
+
+#include "ScalingReporter.h"
+
+#include "core/NotificationCenter.h"
+#include "core/SystemManager.h"
+#include "platform/CommandLauncher.h"
+#include "platform/simulated/SimulatedHost.h"
+#include "simulator/MacDescription.h"
+#include "simulator/tools/Registry.h"
+#include "startup/BackgroundDisableTarget.h"
+#include "startup/BackgroundItemPermission.h"
+#include "startup/BackgroundTaskDump.h"
+#include "startup/LoginItemScripts.h"
+#include "startup/StartupTargets.h"
+
+#include <QCoreApplication>
+#include <QCoroTask>
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+
+namespace quorvane {
+
+namespace {
+
+using namespace Qt::StringLiterals;
+
+constexpr int kSmallDump = 2000;
+constexpr int kLargeDump = 20000;
+constexpr int kRepetitions = 3;
+
+/// A dump as macOS prints it: every tenth record is an application, and carries the nine that follow.
+QByteArray dumpOf(int records) {
+    QByteArray dump = "========================\n Records for UID 501 : 00000000-0000-0000-0000-000000000501\n"
+                      "========================\n\n Items:\n\n";
+    for (int number = 1; number <= records; ++number) {
+        const QByteArray n = QByteArray::number(number);
+        const QByteArray parent = QByteArray::number(number - number % 10);
+        const bool isApplication = number % 10 == 0;
+        dump += " #" + n + ":\n                 UUID: 00000000-0000-0000-0000-" + n.rightJustified(12, '0') +
+                "\n                 Name: Helper " + n + "\n       Developer Name: Example\n                 Type: " +
+                (isApplication ? "app (0x2)" : "agent (0x8)") +
+                "\n                Flags: [  ] (0)\n          Disposition: [enabled, allowed, notified] (0xb)\n"
+                "           Identifier: " +
+                (isApplication ? "2" : "8") + ".com.example.h" + n +
+                "\n                  URL: file:///Applications/Example%20" + n +
+                ".app/\n           Generation: 1\n    Bundle Identifier: com.example.h" + n +
+                (isApplication ? QByteArray() : "\n    Parent Identifier: 2.com.example.h" + parent) + "\n\n";
+    }
+    return dump;
+}
+
+/// What System Events prints.
+QByteArray loginItemsOf(int count) {
+    QByteArray output;
+    for (int number = 0; number < count; ++number) {
+        const QByteArray n = QByteArray::number(number);
+        output += "App " + n + "|/Applications/App " + n + ".app|false\n";
+    }
+    return output;
+}
+
+/// Answers the two questions that discovery asks of tools.
+class CannedTools final : public CommandLauncher {
+public:
+    QByteArray loginItems;
+    QByteArray dump;
+
+    QFuture<CommandOutcome> run(QStringList arguments, OutputCapture) override {
+        CommandOutcome outcome;
+        outcome.ending = CommandOutcome::Ending::Exited;
+        outcome.standardOutput = arguments.first() == u"/usr/bin/sfltool"_s ? dump : loginItems;
+        return QtFuture::makeReadyFuture(outcome);
+    }
+    void shutDown() override {}
+};
+
+/// A simulated Mac with a number of launch plists, XML and binary by turns.
+class MacWithLaunchPlists {
+public:
+    explicit MacWithLaunchPlists(int plists) {
+        macsim::Json description = {{"machine", {{"userName", "alex"}, {"userId", 501}}}};
+        for (int number = 0; number < plists; ++number) {
+            const std::string n = std::to_string(number);
+            const std::string folder =
+                number % 2 == 0 ? "/Users/alex/Library/LaunchAgents/" : "/Library/LaunchDaemons/";
+            description["files"].push_back({{"path", folder + "com.example.job" + n + ".plist"},
+                                            {"propertyList",
+                                             {{"Label", "com.example.job" + n},
+                                              {"ProgramArguments", {"/usr/local/bin/job", n}},
+                                              {"RunAtLoad", true}}},
+                                            {"format", number % 3 == 0 ? "binary" : "xml"}});
+        }
+        macsim::createMac(folder(), description, macsim::simulatorTools().keys(), u"/nowhere/macsim"_s);
+    }
+
+    QString folder() const { return m_folder.path() + u"/Mac"_s; }
+
+private:
+    QTemporaryDir m_folder;
+};
+
+StartupConfiguration configurationWith(int runningItems) {
+    StartupConfiguration configuration;
+    for (int number = 0; number < runningItems; ++number) {
+        StartupItem item;
+        item.name = u"Kept %1"_s.arg(number);
+        item.id = loginItemId(item.name, {});
+        configuration.items.append(item);
+    }
+    return configuration;
+}
+
+void parseDump(benchmark::State& state) {
+    const QString dump = QString::fromUtf8(dumpOf(static_cast<int>(state.range(0))));
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(parseBackgroundTaskDump(dump));
+    }
+}
+
+void selectBackgroundItems(benchmark::State& state) {
+    const auto items = parseBackgroundTaskDump(QString::fromUtf8(dumpOf(static_cast<int>(state.range(0)))));
+    const StartupConfiguration configuration = configurationWith(30);
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(
+            nonPermittedBackgroundItems(items, configuration.permittedLoginNames(), configuration));
+    }
+}
+
+void markEveryBackgroundItem(benchmark::State& state) {
+    const auto items = parseBackgroundTaskDump(QString::fromUtf8(dumpOf(static_cast<int>(state.range(0)))));
+    for (auto _ : state) {
+        BackgroundTaskList list(items);
+        for (const BackgroundTaskItem& item : items) {
+            list.markDisabled(*backgroundItemLabel(item));
+        }
+        benchmark::DoNotOptimize(list.items().size());
+    }
+}
+
+void readLoginItems(benchmark::State& state) {
+    const QString output = QString::fromUtf8(loginItemsOf(static_cast<int>(state.range(0))));
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(parsedLoginItems(output));
+    }
+}
+
+/// The whole of it: login items, launch plists on a disk and background items. The argument is the number of records;
+/// there are a quarter as many plists and a tenth as many login items.
+void discover(benchmark::State& state) {
+    const int records = static_cast<int>(state.range(0));
+    const MacWithLaunchPlists mac(records / 4);
+    AuthorizationPolicy authorization(macsim::Authorization::Deny);
+    SimulatedHost simulated(mac.folder(), authorization, {});
+    CannedTools tools;
+    tools.dump = dumpOf(records);
+    tools.loginItems = loginItemsOf(records / 10);
+    const Host ports = simulated.host();
+    const Host host{tools,         ports.scripts,       ports.files,   ports.defaults,
+                    ports.machine, ports.propertyLists, ports.bundles, ports.backgroundTaskPermissions};
+    for (auto _ : state) {
+        NotificationCenter notifications;
+        SystemManager system(host, notifications);
+        QCoro::waitFor(system.loadBackgroundTaskItems());
+        const auto items = QCoro::waitFor(system.discoverStartupItems(SystemManager::StartupRefresh::UseCache));
+        if (items.size() < records) {
+            state.SkipWithError("items are missing");
+        }
+    }
+}
+
+BENCHMARK(parseDump)->Arg(kSmallDump)->Arg(kLargeDump)->Repetitions(kRepetitions)->Unit(benchmark::kMillisecond);
+BENCHMARK(selectBackgroundItems)
+    ->Arg(kSmallDump)
+    ->Arg(kLargeDump)
+    ->Repetitions(kRepetitions)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(markEveryBackgroundItem)
+    ->Arg(kSmallDump)
+    ->Arg(kLargeDump)
+    ->Repetitions(kRepetitions)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(readLoginItems)->Arg(200)->Arg(2000)->Repetitions(kRepetitions)->Unit(benchmark::kMicrosecond);
+BENCHMARK(discover)
+    ->Arg(kSmallDump)
+    ->Arg(kLargeDump)
+    ->Repetitions(kRepetitions)
+    ->UseRealTime()
+    ->Unit(benchmark::kMillisecond);
+
+} // namespace
+
+} // namespace quorvane
+
+int main(int argumentCount, char** arguments) {
+    const QCoreApplication application(argumentCount, arguments);
+    benchmark::Initialize(&argumentCount, arguments);
+    if (benchmark::ReportUnrecognizedArguments(argumentCount, arguments)) {
+        return EXIT_FAILURE;
+    }
+    quorvane::ScalingReporter reporter;
+    benchmark::RunSpecifiedBenchmarks(&reporter);
+    return reporter.reportRatios() ? EXIT_SUCCESS : EXIT_FAILURE;
+}
