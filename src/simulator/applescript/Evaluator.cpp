@@ -23,8 +23,9 @@ bool namesSeveralObjects(const Expression& expression) {
 }
 
 Value propertyOfEach(const Value& owners, const QString& name) {
+    const List list = listOf(owners);
     List values;
-    for (const Value& owner : listOf(owners).values()) {
+    for (const Value& owner : list.values()) {
         values.append(propertyOf(owner, name));
     }
     return Value(values);
