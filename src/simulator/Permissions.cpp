@@ -19,4 +19,14 @@ bool isSystemIntegrityProtected(const StateStore& state) {
     return isOn(state, "systemIntegrityProtection");
 }
 
+bool mayAutomate(const StateStore& state, const QString& application) {
+    const Json permissions = state.read("permissions");
+    return permissions.is_null() ||
+           permissions.value("automation", Json::object()).value(application.toStdString(), true);
+}
+
+bool tellNeedsAutomation(const StateStore& state) {
+    return isOn(state, "tellNeedsAutomation");
+}
+
 } // namespace macsim

@@ -8,10 +8,17 @@ namespace macsim {
 ///
 /// Subject "permissions":
 ///
-///     {"fullDiskAccess": true, "systemIntegrityProtection": true, "automation": {"System Events": true, …}}
+///     {"fullDiskAccess": true, "systemIntegrityProtection": true, "automation": {"System Events": true, …},
+///      "tellNeedsAutomation": true}
 ///
-/// What isn't there is true. Both switches bind root as well.
+/// What isn't there is true. The first two switches bind root as well.
 bool hasFullDiskAccess(const StateStore& state);
 bool isSystemIntegrityProtected(const StateStore& state);
+
+/// Whether scripts may send an application events. A refusal is an error in whatever sends one (-1743).
+bool mayAutomate(const StateStore& state, const QString& application);
+/// Whether a `tell` fails already where automation is refused, so that `tell application "System Events" to return 0`
+/// tells of the refusal. That probe sends no event; which of the two a Mac does is not established, and both can be had.
+bool tellNeedsAutomation(const StateStore& state);
 
 } // namespace macsim

@@ -1,11 +1,14 @@
 #include "simulator/StateStore.h"
 
+#include <QDateTime>
 #include <QFile>
+#include <QFileInfo>
 #include <QSaveFile>
 
 #include <fcntl.h>
 #include <stdexcept>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
 
@@ -48,6 +51,19 @@ Json StateStore::read(const char* subject) const {
     }
     const QByteArray bytes = file.readAll();
     return Json::parse(bytes.cbegin(), bytes.cend());
+}
+
+// Every write puts a new file in place, with another inode than that of the file before it; its time and size tell apart
+// those of the same inode.
+QByteArray StateStore::revision(const char* subject) const {
+    const QString path = stateFile(m_hostFolder, subject);
+    struct stat file = {};
+    if (::stat(QFile::encodeName(path).constData(), &file) != 0) {
+        return {};
+    }
+    const qint64 changed = QFileInfo(path).lastModified().toMSecsSinceEpoch();
+    return QByteArray::number(quint64{file.st_ino}) + ' ' + QByteArray::number(changed) + ' ' +
+           QByteArray::number(qint64{file.st_size});
 }
 
 void StateStore::update(const char* subject, const std::function<void(Json&)>& change) const {

@@ -2,6 +2,7 @@
 
 #include "simulator/Json.h"
 
+#include <QByteArray>
 #include <QString>
 
 #include <functional>
@@ -17,6 +18,9 @@ public:
 
     /// The whole state of a subject ("power"); null where there is none.
     Json read(const char* subject) const;
+    /// A mark that changes with every write of a subject: what was read since a mark was taken is still true while the
+    /// mark is the same. Much cheaper than reading.
+    QByteArray revision(const char* subject) const;
     /// Reads, changes and writes one subject under its lock. Nothing is written when `change` leaves it as it was.
     void update(const char* subject, const std::function<void(Json&)>& change) const;
 

@@ -36,6 +36,8 @@ public:
         return outcome;
     }
 
+    const ScriptDictionary* findDictionary(const QString& /*application*/) override { return nullptr; }
+
     ScriptApplication* findApplication(const QString& name) override {
         return name.compare(m_application.name(), Qt::CaseInsensitive) == 0 ? &m_application : nullptr;
     }

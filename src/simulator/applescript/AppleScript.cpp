@@ -1,5 +1,6 @@
 #include "simulator/applescript/AppleScript.h"
 
+#include "simulator/applescript/Errors.h"
 #include "simulator/applescript/Interpreter.h"
 #include "simulator/applescript/StatementParser.h"
 
@@ -7,10 +8,31 @@ namespace macsim {
 
 using namespace applescript;
 
+QList<ScriptObject> ScriptApplication::objects(const QString& /*className*/) {
+    return {};
+}
+
+std::optional<Value> ScriptApplication::property(const ScriptObject& /*object*/, const QString& /*property*/) {
+    return std::nullopt;
+}
+
+bool ScriptApplication::setProperty(const ScriptObject& /*object*/, const QString& /*property*/,
+                                    const Value& /*value*/) {
+    return false;
+}
+
+ScriptObject ScriptApplication::make(const QString& className, const Record& /*properties*/) {
+    throw cannotMakeObject(*this, className);
+}
+
+bool ScriptApplication::remove(const ScriptObject& /*object*/) {
+    return false;
+}
+
 std::variant<ScriptResult, ScriptError> runAppleScript(const QString& source, ScriptHost& host) {
     try {
-        const Block script = parseScript(source);
-        Environment environment{host, {}, {}, {}};
+        const Block script = parseScript(source, host);
+        Environment environment{host, {}, {}, {}, {}};
         Interpreter(environment).run(script);
         if (!environment.result) {
             return ScriptResult{};

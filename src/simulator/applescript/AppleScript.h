@@ -1,7 +1,11 @@
 #pragma once
 
+#include "simulator/applescript/Value.h"
+
 #include <QByteArray>
+#include <QList>
 #include <QString>
+#include <QStringList>
 
 #include <optional>
 #include <variant>
@@ -45,18 +49,23 @@ struct ShellScriptOutcome {
     QByteArray errors;
 };
 
-/// An application that a script can tell something. As yet it has a name and no objects.
+/// A class of objects that an application has. Its words are known while compiling.
+struct ScriptClass {
+    QString name;           ///< "login item"
+    QString plural;         ///< "login items"
+    QStringList properties; ///< single words ("hidden") that scripts read, and write where the application lets them
+};
+
+/// The words that an application adds to the language inside a `tell` of it, beside the commands that every such
+/// application has: make, delete, exists.
+struct ScriptDictionary {
+    QList<ScriptClass> classes;
+};
+
+/// An application that a script can tell something. It has objects where the host knows a dictionary of it; without
+/// one none of the functions about objects is ever called, and their words don't compile.
 ///
-/// Where the objects of an application join:
-/// - Terms ("login item", "login items", "hidden") are known while compiling: this class gives its dictionary, the
-///   statement parser keeps that of the innermost `tell` while it parses the block, and
-///   ExpressionParser::parseTerm tries it after the language's own words. It makes the PropertyOf and
-///   ElementOf nodes that exist for lists and records; `whose` is one more form of ElementSelection.
-/// - An object is a value: ObjectReference, which holds the application and would hold its specifier too.
-/// - propertyOf() and elementOf() in Elements.cpp find the type of what they are asked about there; a reference goes
-///   to the application. A PropertyOf without an owner belongs to the target of the innermost `tell`.
-/// - Commands (`make`, `delete`, `count`) are expression nodes as `do shell script` is; the evaluator hands them to
-///   the application, which may throw ScriptError (-1743, -600).
+/// Each of these functions is an event: it may throw ScriptError (-1743, -600).
 class ScriptApplication {
 public:
     ScriptApplication() = default;
@@ -66,6 +75,19 @@ public:
 
     /// As the system spells it, whatever the script wrote: "System Events".
     virtual QString name() const = 0;
+
+    /// All objects of a class, in the application's order.
+    virtual QList<applescript::ScriptObject> objects(const QString& className);
+    /// @param property  one of the dictionary, or "properties": the record of them all
+    /// @return nothing where the object is gone or there is no such property
+    virtual std::optional<applescript::Value> property(const applescript::ScriptObject& object,
+                                                       const QString& property);
+    /// @return false where the object is gone or the property is not to be written
+    virtual bool setProperty(const applescript::ScriptObject& object, const QString& property,
+                             const applescript::Value& value);
+    virtual applescript::ScriptObject make(const QString& className, const applescript::Record& properties);
+    /// @return false where the object is gone
+    virtual bool remove(const applescript::ScriptObject& object);
 };
 
 /// The world of a script.
@@ -80,6 +102,10 @@ public:
     /// throw. Throws ScriptError when the line was not run: -128 for a cancelled prompt, -60007 for a wrong
     /// password.
     virtual ShellScriptOutcome doShellScript(const ShellScriptRequest& request) = 0;
+
+    /// What a `tell` of an application adds to the language, asked for while compiling; null where it adds nothing.
+    /// It outlives the script.
+    virtual const ScriptDictionary* findDictionary(const QString& application) = 0;
 
     /// The application that a `tell` addresses, asked for when the statement runs; null where there is none.
     /// It outlives the script. Throws ScriptError when the script may not address it (-1743).

@@ -2,6 +2,7 @@
 
 #include "simulator/applescript/Coercions.h"
 #include "simulator/applescript/Errors.h"
+#include "simulator/applescript/Objects.h"
 
 #include <QTextBoundaryFinder>
 
@@ -55,6 +56,10 @@ Value propertyOf(const Value& owner, const QString& name) {
     }
     if (name == u"contents") {
         return contentsOf(owner);
+    }
+    const auto* reference = contentsOf(owner).get<ObjectReference>();
+    if (reference != nullptr && reference->application != nullptr) {
+        return propertyOfObject(*reference, name);
     }
     if (name == u"length") {
         return Value(countOf(owner));

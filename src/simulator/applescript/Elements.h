@@ -8,7 +8,8 @@ namespace macsim::applescript {
 /// What `X of Y` means for each kind of value. Everything throws ScriptError -1728 where there is no such
 /// thing.
 
-/// A field of a record, the length of a text or list, the quoted form of a text, the contents of a reference.
+/// A field of a record, the length of a text or list, the quoted form of a text, the contents of a reference,
+/// a property of an application's object.
 /// @param name  in any case, for the terms of the language: "length", "quoted form", "contents"
 Value propertyOf(const Value& owner, const QString& name);
 

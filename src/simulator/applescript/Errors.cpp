@@ -7,6 +7,15 @@ using namespace Qt::StringLiterals;
 
 namespace macsim::applescript {
 
+namespace {
+
+ScriptError from(const ScriptApplication& application, ScriptError error) {
+    error.message.prepend(application.name() + u" got an error: "_s);
+    return error;
+}
+
+} // namespace
+
 ScriptError syntaxError(const QString& message, Range range) {
     return {-2741, message, range.start, range.end, true};
 }
@@ -48,6 +57,22 @@ ScriptError numberedError(int number) {
     default:
         return {number, u"An error of type %1 has occurred."_s.arg(number)};
     }
+}
+
+ScriptError cannotGetFrom(const ScriptApplication& application, const QString& specifier) {
+    return from(application, cannotGet(specifier));
+}
+
+ScriptError invalidIndex(const ScriptApplication& application, const QString& specifier) {
+    return from(application, {-1719, u"Can’t get "_s + specifier + u". Invalid index."_s});
+}
+
+ScriptError cannotSet(const ScriptApplication& application, const QString& specifier, const Value& value) {
+    return from(application, {-10006, u"Can’t set "_s + specifier + u" to "_s + sourceForm(value) + u'.'});
+}
+
+ScriptError cannotMakeObject(const ScriptApplication& application, const QString& className) {
+    return from(application, {-2710, u"Can’t make class "_s + className + u'.'});
 }
 
 } // namespace macsim::applescript

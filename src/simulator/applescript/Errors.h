@@ -22,6 +22,12 @@ ScriptError privilegeViolation();
 /// The error that a script raises with a number and no text of its own.
 ScriptError numberedError(int number);
 
+/// The errors that come from an application say which one: `System Events got an error: Can’t get login item "X".`
+ScriptError cannotGetFrom(const ScriptApplication& application, const QString& specifier);
+ScriptError invalidIndex(const ScriptApplication& application, const QString& specifier);
+ScriptError cannotSet(const ScriptApplication& application, const QString& specifier, const Value& value);
+ScriptError cannotMakeObject(const ScriptApplication& application, const QString& className);
+
 /// The number of `error "text"`, where the script gives none.
 constexpr int kUnnumberedError = -2700;
 

@@ -3,12 +3,50 @@
 #include "simulator/applescript/Coercions.h"
 #include "simulator/applescript/Elements.h"
 #include "simulator/applescript/Errors.h"
+#include "simulator/applescript/Objects.h"
 #include "simulator/applescript/Operations.h"
 #include "simulator/applescript/ShellCommand.h"
 
 using namespace Qt::StringLiterals;
 
 namespace macsim::applescript {
+
+namespace {
+
+constexpr int kNoSuchObject = -1728;
+constexpr int kInvalidIndex = -1719;
+
+// `every login item` as it was written, and not a list that a variable holds: its properties are those of each.
+bool namesSeveralObjects(const Expression& expression) {
+    const auto* objects = std::get_if<ApplicationObjects>(&expression.node);
+    return objects != nullptr && objects->selection == ElementSelection::Every;
+}
+
+Value propertyOfEach(const Value& owners, const QString& name) {
+    const List list = listOf(owners);
+    List values;
+    for (const Value& owner : list.values()) {
+        values.append(propertyOf(owner, name));
+    }
+    return Value(values);
+}
+
+// One object that a `whose` asks about, for as long as it lives.
+class Testing {
+public:
+    Testing(Environment& environment, const Value& object)
+        : m_environment(environment) {
+        m_environment.testedObjects.push_back(object);
+    }
+    ~Testing() { m_environment.testedObjects.pop_back(); }
+    Testing(const Testing&) = delete;
+    Testing& operator=(const Testing&) = delete;
+
+private:
+    Environment& m_environment;
+};
+
+} // namespace
 
 Value Evaluator::evaluate(const Expression& expression) {
     try {
@@ -39,6 +77,10 @@ Value Evaluator::operator()(const LastResult& /*node*/) const {
 
 Value Evaluator::operator()(const TellTarget& /*node*/) const {
     return Value(ObjectReference{m_environment.target()});
+}
+
+Value Evaluator::operator()(const TestedObject& /*node*/) const {
+    return m_environment.testedObjects.back();
 }
 
 Value Evaluator::operator()(const ScriptItself& /*node*/) const {
@@ -97,7 +139,9 @@ Value Evaluator::operator()(const Coercion& coercion) {
 }
 
 Value Evaluator::operator()(const PropertyOf& property) {
-    return propertyOf(evaluate(*property.owner), property.name);
+    const Value owner = evaluate(*property.owner);
+    return namesSeveralObjects(*property.owner) ? propertyOfEach(owner, property.name)
+                                                : propertyOf(owner, property.name);
 }
 
 Value Evaluator::operator()(const ElementOf& element) {
@@ -111,6 +155,56 @@ Value Evaluator::operator()(const ElementOf& element) {
         break;
     }
     return elementOf(owner, element.elements, evaluate(*element.index));
+}
+
+Value Evaluator::operator()(const ApplicationObjects& node) {
+    const List all = objectsOf(*m_environment.target(), node.className);
+    return selected(node.condition ? passing(all, *node.condition) : all, node);
+}
+
+Value Evaluator::selected(const List& objects, const ApplicationObjects& node) {
+    if (node.selection == ElementSelection::Every) {
+        return Value(objects);
+    }
+    const Value index = node.index ? evaluate(*node.index) : Value(-1);
+    if (const auto* name = contentsOf(index).get<QString>()) {
+        return objectNamed(objects, *name, *m_environment.target(), node.className);
+    }
+    return objectAt(objects, toInteger(index), *m_environment.target(), node.className);
+}
+
+// The objects that a condition is true of.
+List Evaluator::passing(const List& objects, const Expression& condition) {
+    List found;
+    for (const Value& object : objects.values()) {
+        const Testing testing(m_environment, object);
+        if (toBoolean(evaluate(condition))) {
+            found.append(object);
+        }
+    }
+    return found;
+}
+
+Value Evaluator::operator()(const MakeObject& node) {
+    const Value properties = node.properties ? evaluate(*node.properties) : Value(Record());
+    const auto* record = contentsOf(properties).get<Record>();
+    if (record == nullptr) {
+        throw cannotMake(properties, u"record"_s);
+    }
+    ScriptApplication* application = m_environment.target();
+    const ScriptObject made = application->make(node.className, *record);
+    return Value(ObjectReference{application, std::make_shared<const ScriptObject>(made)});
+}
+
+Value Evaluator::operator()(const Exists& node) {
+    try {
+        return Value(isThere(evaluate(*node.object)));
+    } catch (const ScriptError& error) {
+        if (error.number != kNoSuchObject && error.number != kInvalidIndex) {
+            throw;
+        }
+        return Value(false);
+    }
 }
 
 Value Evaluator::operator()(const CountOf& node) {

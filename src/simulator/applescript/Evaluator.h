@@ -17,10 +17,12 @@ struct Environment {
     ScriptHost& host;
     QHash<QString, Value> variables;
     std::optional<Value> result;
-    std::vector<const ScriptApplication*> targets; ///< of the open `tell`s, innermost last; null: the script itself
+    std::vector<ScriptApplication*> targets; ///< of the open `tell`s, innermost last; null: the script itself
+
+    std::vector<Value> testedObjects; ///< by the `whose` that are running, innermost last
 
     void assign(const QString& variable, const Value& value) { variables[variable.toCaseFolded()] = value; }
-    const ScriptApplication* target() const { return targets.empty() ? nullptr : targets.back(); }
+    ScriptApplication* target() const { return targets.empty() ? nullptr : targets.back(); }
 };
 
 /// Gives the values of expressions. Throws ScriptError with the place of the innermost expression that
@@ -37,6 +39,7 @@ public:
     Value operator()(const Variable& variable) const;
     Value operator()(const LastResult& node) const;
     Value operator()(const TellTarget& node) const;
+    Value operator()(const TestedObject& node) const;
     Value operator()(const ScriptItself& node) const;
     Value operator()(const ListDisplay& display);
     Value operator()(const RecordDisplay& display);
@@ -46,11 +49,16 @@ public:
     Value operator()(const Coercion& coercion);
     Value operator()(const PropertyOf& property);
     Value operator()(const ElementOf& element);
+    Value operator()(const ApplicationObjects& node);
+    Value operator()(const MakeObject& node);
+    Value operator()(const Exists& node);
     Value operator()(const CountOf& node);
     Value operator()(const ShellScript& command);
 
 private:
     Value applied(const OperatorChain::Link& link, Value left);
+    List passing(const List& objects, const Expression& condition);
+    Value selected(const List& objects, const ApplicationObjects& node);
     std::optional<QString> optionalText(const ExpressionPtr& expression);
 
     Environment& m_environment;

@@ -34,7 +34,8 @@ QString ExpressionParser::takeVariableName() {
         u"item",   u"items",    u"character", u"characters",  u"count", u"length",
         u"result", u"contents", u"quoted",    u"application", u"app",
     };
-    if (std::ranges::any_of(kTerms, [this](const char16_t* term) { return m_tokens.isAt(term); })) {
+    const auto isHere = [this](const char16_t* term) { return m_tokens.isAt(term); };
+    if (std::ranges::any_of(kTerms, isHere) || atProperty()) {
         m_tokens.fail(u"variable name"_s);
     }
     return m_tokens.takeName(u"variable name");
@@ -45,7 +46,16 @@ ExpressionPtr ExpressionParser::parseTerm() {
     if (ExpressionPtr term = parseLanguageTerm()) {
         return term;
     }
+    if (ExpressionPtr term = parseObjectCommand()) {
+        return term;
+    }
+    if (ExpressionPtr term = parseObjects()) {
+        return term;
+    }
     if (ExpressionPtr term = parseElements()) {
+        return term;
+    }
+    if (ExpressionPtr term = parseImpliedProperty()) {
         return term;
     }
     return m_tokens.atName() ? parseNamed() : parseUnnamed();
@@ -76,7 +86,7 @@ ExpressionPtr ExpressionParser::parseLanguageTerm() {
         return make(start, LastResult{});
     }
     if (m_tokens.accept(u"it")) {
-        return make(start, TellTarget{});
+        return m_isInCondition ? make(start, TestedObject{}) : make(start, TellTarget{});
     }
     return m_tokens.accept(u"me") ? make(start, ScriptItself{}) : nullptr;
 }
@@ -109,6 +119,9 @@ ExpressionPtr ExpressionParser::parseElements() {
 
 // The word before the class ("every", "last", "first") has been taken.
 ExpressionPtr ExpressionParser::parseElementAfter(ElementSelection selection, int start) {
+    if (ExpressionPtr objects = parseObjectsAfter(selection, start)) {
+        return objects;
+    }
     const auto elements = acceptElementClass(m_tokens);
     if (!elements) {
         m_tokens.fail(u"class name"_s);

@@ -98,7 +98,9 @@ ExpressionPtr ExpressionParser::parseSigned() {
     const int start = m_tokens.start();
     const bool isNegative = m_tokens.isAt(u"-");
     if (!isNegative && !m_tokens.isAt(u"+")) {
-        return parseTerm();
+        ExpressionPtr term = parseTerm();
+        const bool asksForExistence = m_dictionary != nullptr && m_tokens.accept(u"exists");
+        return asksForExistence ? make(start, Exists{std::move(term)}) : std::move(term);
     }
     m_tokens.take();
     const Nesting nesting(m_tokens);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "simulator/applescript/AppleScript.h"
 #include "simulator/applescript/SyntaxTree.h"
 #include "simulator/applescript/TokenStream.h"
 
@@ -12,6 +13,14 @@ public:
         : m_tokens(tokens) {}
 
     ExpressionPtr parse();
+    /// One term: what operators stand between.
+    ExpressionPtr parseTerm();
+
+    /// The words that the application of the innermost `tell` adds; null for none.
+    void setDictionary(const ScriptDictionary* dictionary) { m_dictionary = dictionary; }
+    const ScriptDictionary* dictionary() const { return m_dictionary; }
+    /// Whether a property of the dictionary stands here, as in `hidden of x` and in `whose hidden is true`.
+    bool atProperty() const;
 
     /// Takes the name of a variable that is given a value. The language's own terms ("item", "length") are
     /// none.
@@ -27,7 +36,6 @@ private:
     TypeName parseTypeName();
 
     // Terms: what operators stand between.
-    ExpressionPtr parseTerm();
     ExpressionPtr parseLanguageTerm();
     ExpressionPtr parseElements();
     ExpressionPtr parseElementAfter(ElementSelection selection, int start);
@@ -42,6 +50,20 @@ private:
     ExpressionPtr parseBraces();
     ExpressionPtr parseList(int start);
     ExpressionPtr parseRecord(int start);
+
+    // The words of a dictionary; each gives null where none of them stands here.
+    const ScriptClass* acceptClass(QString ScriptClass::*words);
+    ExpressionPtr parseObjects();
+    ExpressionPtr parseObjectsAfter(ElementSelection selection, int start);
+    ExpressionPtr parseSelected(const ScriptClass& objectClass, ElementSelection selection, ExpressionPtr index,
+                                int start);
+    ExpressionPtr parseCondition();
+    ExpressionPtr parseImpliedProperty();
+    ExpressionPtr parseObjectCommand();
+    ExpressionPtr parseMake(int start);
+    void parseLocation();
+
+    // Commands of the language.
     ExpressionPtr parseShellScript(int start);
     bool parseShellParameter(ShellScript& command);
     bool parseShellOption(ShellScript& command);
@@ -53,6 +75,8 @@ private:
     }
 
     TokenStream& m_tokens;
+    const ScriptDictionary* m_dictionary = nullptr;
+    bool m_isInCondition = false; ///< of a `whose`: its properties and `it` belong to the object that is tested
 };
 
 } // namespace macsim::applescript

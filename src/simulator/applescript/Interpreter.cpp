@@ -3,6 +3,7 @@
 #include "simulator/applescript/Coercions.h"
 #include "simulator/applescript/Elements.h"
 #include "simulator/applescript/Errors.h"
+#include "simulator/applescript/Objects.h"
 
 using namespace Qt::StringLiterals;
 
@@ -23,7 +24,7 @@ ScriptError located(ScriptError error, Range range) {
 // One target of `tell`, for as long as it lives.
 class Telling {
 public:
-    Telling(Environment& environment, const ScriptApplication* target)
+    Telling(Environment& environment, ScriptApplication* target)
         : m_environment(environment) {
         m_environment.targets.push_back(target);
     }
@@ -88,6 +89,20 @@ Flow Interpreter::operator()(const Assign& node) {
     const Value value = evaluate(node.value);
     m_environment.assign(node.variable, value);
     m_environment.result = value;
+    return Flow::Next;
+}
+
+Flow Interpreter::operator()(const AssignProperty& node) {
+    const Value owner = evaluate(node.owner);
+    const Value value = contentsOf(evaluate(node.value));
+    setProperty(owner, node.name, value);
+    m_environment.result = value;
+    return Flow::Next;
+}
+
+Flow Interpreter::operator()(const DeleteObjects& node) {
+    deleteObjects(evaluate(node.objects));
+    m_environment.result.reset();
     return Flow::Next;
 }
 
@@ -188,11 +203,11 @@ Flow Interpreter::operator()(const Tell& node) {
     return run(node.body);
 }
 
-const ScriptApplication* Interpreter::findTarget(const Tell& node) {
+ScriptApplication* Interpreter::findTarget(const Tell& node) {
     if (!node.application) {
         return nullptr;
     }
-    const ScriptApplication* application = m_environment.host.findApplication(*node.application);
+    ScriptApplication* application = m_environment.host.findApplication(*node.application);
     if (application == nullptr) {
         throw cannotGet(u"application "_s + sourceForm(Value(*node.application)));
     }

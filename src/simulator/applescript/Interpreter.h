@@ -20,6 +20,8 @@ public:
     // One for each kind of statement.
     Flow operator()(const Evaluate& node);
     Flow operator()(const Assign& node);
+    Flow operator()(const AssignProperty& node);
+    Flow operator()(const DeleteObjects& node);
     Flow operator()(const Return& node);
     Flow operator()(const If& node);
     Flow operator()(const Repeat& node);
@@ -35,7 +37,7 @@ public:
 private:
     Flow run(const Statement& statement);
     Flow handle(const Try& node, const ScriptError& error);
-    const ScriptApplication* findTarget(const Tell& node);
+    ScriptApplication* findTarget(const Tell& node);
     Value evaluate(const ExpressionPtr& expression) { return m_evaluator.evaluate(*expression); }
     template <typename Coerce>
     auto evaluateTo(Coerce coerce, const ExpressionPtr& expression);

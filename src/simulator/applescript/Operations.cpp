@@ -40,7 +40,12 @@ struct Equality {
     bool operator()(const ItemReference& left, const ItemReference& right) const {
         return left.index == right.index && areEqualLists(left.list, right.list);
     }
-    bool operator()(ObjectReference left, ObjectReference right) const { return left.application == right.application; }
+    bool operator()(const ObjectReference& left, const ObjectReference& right) const {
+        const bool areObjects = left.object != nullptr && right.object != nullptr;
+        return left.application == right.application &&
+               (areObjects ? *left.object == *right.object : left.object == right.object);
+    }
+    bool operator()(const ClassName& left, const ClassName& right) const { return left.name == right.name; }
     template <typename Left, typename Right>
     bool operator()(const Left& left, const Right& right) const {
         if constexpr (isNumber<Left> && isNumber<Right>) {

@@ -111,8 +111,17 @@ Statement StatementParser::parseTry(int start) {
 Statement StatementParser::parseTell(int start) {
     Tell node{parseTellTarget(), {}};
     const Range range = m_tokens.rangeFrom(start);
-    node.body = m_tokens.accept(u"to") ? parseOneLine() : parseBody(u"tell");
+    node.body = parseTold(node.application ? m_host.findDictionary(*node.application) : nullptr);
     return {range, std::move(node)};
+}
+
+// What is told, in the words of the innermost `tell` only.
+Block StatementParser::parseTold(const ScriptDictionary* dictionary) {
+    const ScriptDictionary* outer = m_expressions.dictionary();
+    m_expressions.setDictionary(dictionary);
+    Block body = m_tokens.accept(u"to") ? parseOneLine() : parseBody(u"tell");
+    m_expressions.setDictionary(outer);
+    return body;
 }
 
 std::optional<QString> StatementParser::parseTellTarget() {

@@ -11,9 +11,9 @@ using namespace Qt::StringLiterals;
 
 namespace macsim::applescript {
 
-Block parseScript(const QString& source) {
+Block parseScript(const QString& source, ScriptHost& host) {
     TokenStream tokens(tokensOf(source));
-    return StatementParser(tokens).parseAll();
+    return StatementParser(tokens, host).parseAll();
 }
 
 Block StatementParser::parseAll() {
@@ -91,6 +91,9 @@ Statement StatementParser::parseSimple() {
             return (this->*parse)(start);
         }
     }
+    if (m_expressions.dictionary() != nullptr && m_tokens.accept(u"delete")) {
+        return parseDelete(start);
+    }
     return parseValue(start);
 }
 
@@ -100,9 +103,26 @@ Statement StatementParser::parseValue(int start) {
 }
 
 Statement StatementParser::parseSet(int start) {
+    if (m_expressions.atProperty()) {
+        return parseSetProperty(start);
+    }
     QString variable = m_expressions.takeVariableName();
     m_tokens.expect(u"to");
     Assign node{std::move(variable), m_expressions.parse()};
+    return make(start, std::move(node));
+}
+
+Statement StatementParser::parseSetProperty(int start) {
+    AssignProperty node{m_tokens.take().text, nullptr, nullptr};
+    m_tokens.expect(u"of");
+    node.owner = m_expressions.parseTerm();
+    m_tokens.expect(u"to");
+    node.value = m_expressions.parse();
+    return make(start, std::move(node));
+}
+
+Statement StatementParser::parseDelete(int start) {
+    DeleteObjects node{m_expressions.parse()};
     return make(start, std::move(node));
 }
 

@@ -7,13 +7,15 @@
 namespace macsim::applescript {
 
 /// Compiles a source: parses all of it, or throws ScriptError -2741 for its first mistake.
-Block parseScript(const QString& source);
+/// @param host  whose dictionaries give the words inside a `tell`
+Block parseScript(const QString& source, ScriptHost& host);
 
 /// Parses statements: one to a line, and blocks up to their `end`.
 class StatementParser {
 public:
-    explicit StatementParser(TokenStream& tokens)
+    StatementParser(TokenStream& tokens, ScriptHost& host)
         : m_tokens(tokens)
+        , m_host(host)
         , m_expressions(tokens) {}
 
     Block parseAll();
@@ -30,6 +32,8 @@ private:
 
     Statement parseValue(int start);
     Statement parseSet(int start);
+    Statement parseSetProperty(int start);
+    Statement parseDelete(int start);
     Statement parseCopy(int start);
     Statement parseReturn(int start);
     Statement parseError(int start);
@@ -46,6 +50,7 @@ private:
     Statement parseTry(int start);
     Statement parseTell(int start);
     std::optional<QString> parseTellTarget();
+    Block parseTold(const ScriptDictionary* dictionary);
 
     template <typename Node>
     Statement make(int start, Node node) const {
@@ -53,6 +58,7 @@ private:
     }
 
     TokenStream& m_tokens;
+    ScriptHost& m_host;
     ExpressionParser m_expressions;
     int m_loops = 0; ///< how many `repeat` are open
 };

@@ -27,6 +27,9 @@ struct Variable {
     QString name; ///< as it was written
 };
 
+/// What the condition of a `whose` is asked about: the owner of `name` in `whose name is "X"`.
+struct TestedObject {};
+
 /// `result`: the value of the statement before.
 struct LastResult {};
 /// `it`: what the innermost `tell` addresses. `me`: the script.
@@ -86,6 +89,24 @@ struct ElementOf {
     ExpressionPtr owner;
 };
 
+/// Objects of the application that the innermost `tell` addresses.
+struct ApplicationObjects {
+    QString className;
+    ElementSelection selection = ElementSelection::Every;
+    ExpressionPtr index;     ///< only ByIndex: a number, or the name of an object
+    ExpressionPtr condition; ///< of `whose`; may be null
+};
+
+struct MakeObject {
+    QString className;
+    ExpressionPtr properties; ///< may be null
+};
+
+/// `exists login item "X"`
+struct Exists {
+    ExpressionPtr object;
+};
+
 struct CountOf {
     ExpressionPtr owner;
 };
@@ -101,8 +122,9 @@ struct ShellScript {
 
 struct Expression {
     Range range;
-    std::variant<Literal, Variable, LastResult, TellTarget, ScriptItself, ListDisplay, RecordDisplay, OperatorChain,
-                 Negative, Not, Coercion, PropertyOf, ElementOf, CountOf, ShellScript>
+    std::variant<Literal, Variable, LastResult, TellTarget, TestedObject, ScriptItself, ListDisplay, RecordDisplay,
+                 OperatorChain, Negative, Not, Coercion, PropertyOf, ElementOf, ApplicationObjects, MakeObject, Exists,
+                 CountOf, ShellScript>
         node;
 };
 
@@ -116,6 +138,17 @@ struct Evaluate {
 struct Assign {
     QString variable;
     ExpressionPtr value;
+};
+
+/// `set hidden of x to true`
+struct AssignProperty {
+    QString name;
+    ExpressionPtr owner;
+    ExpressionPtr value;
+};
+
+struct DeleteObjects {
+    ExpressionPtr objects;
 };
 
 struct Return {
@@ -181,8 +214,8 @@ struct Tell {
 
 struct Statement {
     Range range;
-    std::variant<Evaluate, Assign, Return, If, Repeat, RepeatTimes, RepeatWhile, RepeatInList, RepeatInRange,
-                 ExitRepeat, Try, RaiseError, Tell>
+    std::variant<Evaluate, Assign, AssignProperty, DeleteObjects, Return, If, Repeat, RepeatTimes, RepeatWhile,
+                 RepeatInList, RepeatInRange, ExitRepeat, Try, RaiseError, Tell>
         node;
 };
 

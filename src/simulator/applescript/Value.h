@@ -4,6 +4,7 @@
 #include <QList>
 #include <QString>
 
+#include <memory>
 #include <variant>
 
 namespace macsim {
@@ -61,12 +62,29 @@ struct ItemReference {
     qsizetype index = 0;
 };
 
-/// An object outside the script: an application, or the script itself where there is none.
-struct ObjectReference {
-    const ScriptApplication* application = nullptr;
+/// One object of an application: a login item.
+struct ScriptObject {
+    QString className;
+    QString name;     ///< as it is printed: login item "Live"
+    QString identity; ///< by which the application knows it again, when other objects have gone or come
+
+    bool operator==(const ScriptObject&) const = default;
 };
 
-using ValueData = std::variant<MissingValue, bool, int, double, QString, List, Record, ItemReference, ObjectReference>;
+/// An object outside the script: one of an application, the application where there is no object, or the script
+/// itself where there is neither.
+struct ObjectReference {
+    ScriptApplication* application = nullptr;
+    std::shared_ptr<const ScriptObject> object = nullptr;
+};
+
+/// The name of a class as a value: the `class` of an object.
+struct ClassName {
+    QString name;
+};
+
+using ValueData =
+    std::variant<MissingValue, bool, int, double, QString, List, Record, ItemReference, ObjectReference, ClassName>;
 
 /// AppleScript's integers end here; beyond, numbers are real.
 constexpr int kLargestInteger = 536870911;

@@ -61,10 +61,26 @@ public:
     }
 
     void operator()(const ObjectReference& reference) {
-        m_out += reference.application ? u"application "_s + inForm(reference.application->name()) : u"«script»"_s;
+        if (reference.application == nullptr) {
+            m_out += u"«script»";
+        } else if (reference.object == nullptr) {
+            m_out += u"application "_s + inForm(reference.application->name());
+        } else {
+            writeObject(*reference.object, *reference.application);
+        }
     }
 
+    void operator()(const ClassName& className) { m_out += className.name; }
+
 private:
+    // For people an object goes without its application.
+    void writeObject(const ScriptObject& object, const ScriptApplication& application) {
+        m_out += object.className + u' ' + inForm(object.name);
+        if (m_form == Form::Source) {
+            m_out += u" of application "_s + inForm(application.name());
+        }
+    }
+
     void write(const Value& value) { std::visit(*this, value.data()); }
     QString inForm(const QString& text) const { return m_form == Form::Source ? quoted(text) : text; }
     void open() { m_out += m_form == Form::Source ? u"{"_s : QString(); }

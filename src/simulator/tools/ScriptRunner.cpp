@@ -2,7 +2,9 @@
 
 #include "simulator/Authorizer.h"
 #include "simulator/Journal.h"
+#include "simulator/Permissions.h"
 #include "simulator/shell/Shell.h"
+#include "simulator/tools/SystemEvents.h"
 
 namespace macsim {
 
@@ -13,20 +15,21 @@ namespace {
 constexpr int kUserCanceled = -128;
 constexpr int kWrongPassword = -60007;
 
-class ScriptableApplication final : public ScriptApplication {
+/// It has no objects here, and their words don't compile.
+class Finder final : public ScriptApplication {
 public:
-    explicit ScriptableApplication(QString name)
-        : m_name(std::move(name)) {}
-    QString name() const override { return m_name; }
-
-private:
-    QString m_name;
+    QString name() const override { return u"Finder"_s; }
 };
+
+bool isNamed(const ScriptApplication& application, const QString& name) {
+    return application.name().compare(name, Qt::CaseInsensitive) == 0;
+}
 
 class MacScriptHost final : public ScriptHost {
 public:
     explicit MacScriptHost(ToolContext& context)
-        : m_context(context) {}
+        : m_context(context)
+        , m_systemEvents(context.mac) {}
 
     ShellScriptOutcome doShellScript(const ShellScriptRequest& request) override {
         ToolContext shell = m_context;
@@ -42,9 +45,15 @@ public:
         return {status, shell.output, shell.error};
     }
 
+    const ScriptDictionary* findDictionary(const QString& application) override {
+        return isNamed(m_systemEvents, application) ? &SystemEvents::dictionary() : nullptr;
+    }
+
     ScriptApplication* findApplication(const QString& name) override {
-        for (ScriptableApplication* application : {&m_systemEvents, &m_finder}) {
-            if (application->name().compare(name, Qt::CaseInsensitive) == 0) {
+        ScriptApplication* const applications[] = {&m_systemEvents, &m_finder};
+        for (ScriptApplication* application : applications) {
+            if (isNamed(*application, name)) {
+                requireTellable(application->name());
                 return application;
             }
         }
@@ -52,6 +61,13 @@ public:
     }
 
 private:
+    void requireTellable(const QString& application) const {
+        const StateStore& state = m_context.mac.state();
+        if (tellNeedsAutomation(state) && !mayAutomate(state, application)) {
+            throw automationRefused(application);
+        }
+    }
+
     void authorize(const QString& prompt) {
         const Authorization answer = m_context.authorizer.ask(prompt);
         if (m_context.journal) {
@@ -68,8 +84,8 @@ private:
     }
 
     ToolContext& m_context;
-    ScriptableApplication m_systemEvents{u"System Events"_s};
-    ScriptableApplication m_finder{u"Finder"_s};
+    SystemEvents m_systemEvents;
+    Finder m_finder;
 };
 
 } // namespace

@@ -1,0 +1,134 @@
+#include "simulator/tools/SystemEvents.h"
+
+#include "simulator/Permissions.h"
+#include "simulator/applescript/Coercions.h"
+#include "simulator/applescript/Errors.h"
+
+#include <iterator>
+
+namespace macsim {
+
+using namespace Qt::StringLiterals;
+using applescript::ClassName;
+using applescript::Record;
+using applescript::ScriptObject;
+using applescript::Value;
+
+namespace {
+
+constexpr int kNotAuthorized = -1743;
+
+QString className() {
+    return u"login item"_s;
+}
+
+ScriptObject objectFrom(const LoginItem& item) {
+    return {className(), item.name, item.identity()};
+}
+
+Value pathOf(const LoginItem& item) {
+    return item.path ? Value(*item.path) : Value();
+}
+
+// Of the other kinds only that of an application is known.
+Value kindOf(const LoginItem& item) {
+    const bool isApplication = item.path && (item.path->endsWith(u".app"_s) || item.path->endsWith(u".app/"_s));
+    return Value(isApplication ? u"Application"_s : u"UNKNOWN"_s);
+}
+
+struct Property {
+    const char16_t* name;
+    Value (*value)(const LoginItem& item);
+};
+
+/// In the order in which System Events lists them.
+constexpr Property kProperties[] = {
+    {u"path", pathOf},
+    {u"hidden", [](const LoginItem& item) { return Value(item.hidden); }},
+    {u"kind", kindOf},
+    {u"name", [](const LoginItem& item) { return Value(item.name); }},
+};
+
+Value allOf(const LoginItem& item) {
+    Record record;
+    record.insert(u"class"_s, Value(ClassName{className()}));
+    for (const Property& each : kProperties) {
+        record.insert(QString::fromUtf16(each.name), each.value(item));
+    }
+    return Value(record);
+}
+
+} // namespace
+
+ScriptError automationRefused(const QString& application) {
+    return {kNotAuthorized, u"Not authorized to send Apple events to "_s + application + u'.'};
+}
+
+SystemEvents::SystemEvents(const Mac& mac)
+    : m_mac(mac)
+    , m_items(mac) {}
+
+const ScriptDictionary& SystemEvents::dictionary() {
+    static const ScriptDictionary dictionary = [] {
+        ScriptClass items{className(), u"login items"_s, {}};
+        for (const Property& each : kProperties) {
+            items.properties.append(QString::fromUtf16(each.name));
+        }
+        return ScriptDictionary{{items}};
+    }();
+    return dictionary;
+}
+
+QList<ScriptObject> SystemEvents::objects(const QString& /*className*/) {
+    requireAutomation();
+    QList<ScriptObject> objects;
+    std::ranges::transform(m_items.all(), std::back_inserter(objects), objectFrom);
+    return objects;
+}
+
+std::optional<Value> SystemEvents::property(const ScriptObject& object, const QString& property) {
+    requireAutomation();
+    const LoginItem* item = m_items.find(object.identity);
+    if (item == nullptr) {
+        return std::nullopt;
+    }
+    if (property == u"properties"_s) {
+        return allOf(*item);
+    }
+    const auto isIt = [&](const Property& each) { return property == QStringView(each.name); };
+    const auto found = std::ranges::find_if(kProperties, isIt);
+    return found == std::end(kProperties) ? std::nullopt : std::optional(found->value(*item));
+}
+
+bool SystemEvents::setProperty(const ScriptObject& object, const QString& property, const Value& value) {
+    requireAutomation();
+    return property == u"hidden"_s && m_items.setHidden(object.identity, applescript::toBoolean(value));
+}
+
+// A name that is given doesn't count. What System Events makes of no path is not established; here it makes nothing.
+ScriptObject SystemEvents::make(const QString& className, const Record& properties) {
+    requireAutomation();
+    const Value* path = properties.find(u"path"_s);
+    const QString pathText = path ? applescript::toText(*path) : QString();
+    if (pathText.isEmpty()) {
+        throw applescript::cannotMakeObject(*this, className);
+    }
+    const Value* hidden = properties.find(u"hidden"_s);
+    return objectFrom(m_items.add(pathText, hidden && applescript::toBoolean(*hidden)));
+}
+
+bool SystemEvents::remove(const ScriptObject& object) {
+    requireAutomation();
+    return m_items.remove(object.identity);
+}
+
+void SystemEvents::requireAutomation() {
+    if (!m_mayBeAutomated) {
+        m_mayBeAutomated = mayAutomate(m_mac.state(), name());
+    }
+    if (!*m_mayBeAutomated) {
+        throw automationRefused(name());
+    }
+}
+
+} // namespace macsim
