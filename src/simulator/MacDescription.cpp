@@ -103,6 +103,18 @@ void makeFolderAt(const Mac& mac, const Json& entry) {
     }
 }
 
+void giveToRoot(const Volume& volume, const QString& path) {
+    const Volume::Kind kind = volume.kind(path);
+    if (kind == Volume::Kind::Link) {
+        return; // it would be followed, and has no owner of its own
+    }
+    volume.setOwner(path, Actor::Root);
+    const QStringList names = kind == Volume::Kind::Folder ? volume.list(path) : QStringList();
+    for (const QString& name : names) {
+        giveToRoot(volume, path + u'/' + name);
+    }
+}
+
 Json listOf(const Json& description, const char* key) {
     return description.value(key, Json::array());
 }
@@ -120,8 +132,11 @@ void fill(const Mac& mac, const Json& description) {
     if (description.contains("preferences")) {
         writeAllPreferences(mac, description.at("preferences"));
     }
-    static constexpr std::array<std::string_view, 6> kNoState{"//",      "machine", "preferences",
-                                                              "folders", "files",   "links"};
+    for (const Json& path : listOf(description, "ownedByRoot")) {
+        giveToRoot(mac.volume(Actor::Root), text(path));
+    }
+    static constexpr std::array<std::string_view, 7> kNoState{"//",    "machine", "preferences", "folders",
+                                                              "files", "links",   "ownedByRoot"};
     for (const auto& [key, value] : description.items()) {
         if (std::find(kNoState.begin(), kNoState.end(), key) == kNoState.end()) {
             const Json state = value;

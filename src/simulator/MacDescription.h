@@ -17,6 +17,8 @@ namespace macsim {
 //     "folders"      ["/Users/alex/Music/Ableton", …]
 //     "files"        [{"path": "/…", "text": "…"}, {"path": "/…", "propertyList": {…}, "format": "xml" | "binary"}]
 //     "links"        [{"path": "/…", "target": "/…"}]
+//     "ownedByRoot"  ["/Applications/Live.app", …]                 these files, and folders with all that is in them, are
+//                    root's; what isn't named belongs to whom its place says (see Volume)
 //
 // Every other key is a subject of the Mac's state and is kept as it stands: "power", "spotlight", "timeMachine",
 // "launchd", "processes", "permissions", "loginItems", … Each is described where it is used. "//" holds a remark.

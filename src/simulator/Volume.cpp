@@ -1,12 +1,12 @@
 #include "simulator/Volume.h"
 
-#include <QCryptographicHash>
+#include "simulator/OwnerMarks.h"
+#include "simulator/Places.h"
+
 #include <QDir>
 #include <QFile>
 #include <QTemporaryFile>
 
-#include <algorithm>
-#include <array>
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
@@ -22,29 +22,6 @@ namespace {
 
 constexpr int kMaximumLinks = 32; // as macOS counts them before it gives ELOOP
 constexpr QStringView kNullDevice = u"/dev/null";
-
-bool isAtOrBelow(const QString& path, QStringView folder) {
-    return path.startsWith(folder) && (path.size() == folder.size() || path[folder.size()] == u'/');
-}
-
-/// What System Integrity Protection and the read-only system volume keep from everybody, and what isn't the Mac's
-/// at all: the simulator's own state.
-bool isSealed(const QString& path) {
-    static constexpr std::array<QStringView, 6> kSealed{u"/System", u"/usr", u"/bin",
-                                                        u"/sbin",   u"/dev", u"/private/var/db/simulator"};
-    if (path == u"/"_s) {
-        return true;
-    }
-    if (isAtOrBelow(path, u"/usr/local")) {
-        return false;
-    }
-    for (const QStringView folder : kSealed) {
-        if (isAtOrBelow(path, folder)) {
-            return true;
-        }
-    }
-    return false;
-}
 
 QString joined(const QStringList& components) {
     return u'/' + components.join(u'/');
@@ -178,25 +155,59 @@ Volume::Located Volume::locate(const QString& path, bool followLast) const {
     return place;
 }
 
-bool Volume::isUsersPlace(const QString& folder) const {
-    const std::array<QString, 6> own{u"/Users/"_s + m_machine.userName,
-                                     userTemporaryFolder(m_machine),
-                                     u"/private/tmp"_s,
-                                     u"/Applications"_s,
-                                     u"/Users/Shared"_s,
-                                     u"/Volumes"_s};
-    return std::any_of(own.begin(), own.end(), [&](const QString& place) { return isAtOrBelow(folder, place); });
+Actor Volume::currentOwner(const QString& macPath) const {
+    const Actor owner = ownerByPlace(macPath, m_machine);
+    if (!hasOwnerMark(m_hostFolder + macPath)) {
+        return owner;
+    }
+    return owner == Actor::User ? Actor::Root : Actor::User;
 }
 
-void Volume::requireWritable(const Located& place) const {
-    const QString parent = place.macParent();
-    if (isSealed(place.macPath) || isSealed(parent)) {
+/// The mode on the host of something that this actor makes.
+mode_t Volume::modeOfNew(const QString& macPath, mode_t mode) const {
+    return ownerByPlace(macPath, m_machine) == m_actor ? mode : modeWithOwnerMark(mode);
+}
+
+/// For making, renaming and removing what is in a folder.
+void Volume::requireChangeableNames(const QString& folder, const QString& blamed) const {
+    if (isSealed(folder)) {
+        throw FileError(EPERM, blamed);
+    }
+    if (m_actor == Actor::User && !isSharedFolder(folder) && currentOwner(folder) == Actor::Root) {
+        throw FileError(EACCES, blamed);
+    }
+}
+
+void Volume::requireFreeName(const Located& place) const {
+    if (isSealed(place.macPath)) {
         throw FileError(EPERM, place.macPath);
     }
-    if (m_actor == Actor::Root) {
+    requireChangeableNames(place.macParent(), place.macPath);
+}
+
+/// Where everybody may write, nobody but root removes what is somebody else's.
+void Volume::requireRemovable(const Located& place) const {
+    requireFreeName(place);
+    const bool isGuarded = place.kind != Kind::Missing && isGuardedFolder(place.macParent());
+    if (m_actor == Actor::User && isGuarded && currentOwner(place.macPath) == Actor::Root) {
+        throw FileError(EACCES, place.macPath);
+    }
+}
+
+/// The bytes of a file, the names in a folder; what is missing has to be made first.
+void Volume::requireWritable(const Located& place) const {
+    if (place.kind == Kind::Missing) {
+        requireFreeName(place);
         return;
     }
-    if (!isUsersPlace(parent)) {
+    if (place.kind == Kind::Folder) {
+        requireChangeableNames(place.macPath, place.macPath);
+        return;
+    }
+    if (isSealed(place.macPath) || isSealed(place.macParent())) {
+        throw FileError(EPERM, place.macPath);
+    }
+    if (m_actor == Actor::User && currentOwner(place.macPath) == Actor::Root) {
         throw FileError(EACCES, place.macPath);
     }
 }
@@ -252,10 +263,7 @@ bool Volume::isReadable(const QString& path) const {
 
 bool Volume::isWritable(const QString& path) const {
     try {
-        Located place = locate(path, true);
-        if (place.kind == Kind::Folder) {
-            place.macPath += u"/."_s; // rights go by the folder that a change is made in, here this one itself
-        }
+        const Located place = locate(path, true);
         if (place.macPath != kNullDevice) {
             requireWritable(place);
         }
@@ -344,8 +352,20 @@ Actor Volume::owner(const QString& path) const {
     if (place.kind == Kind::Missing) {
         throw FileError(ENOENT, path);
     }
-    return isUsersPlace(place.macParent()) || place.macPath == u"/Users/"_s + m_machine.userName ? Actor::User
-                                                                                                 : Actor::Root;
+    return currentOwner(place.macPath);
+}
+
+void Volume::setOwner(const QString& path, Actor owner) const {
+    const Located place = locate(path, true);
+    if (place.kind == Kind::Missing) {
+        throw FileError(ENOENT, path);
+    }
+    if (m_actor != Actor::Root || isSealed(place.macPath)) {
+        throw FileError(EPERM, path);
+    }
+    if (currentOwner(place.macPath) != owner) {
+        flipOwnerMark(place.hostPath);
+    }
 }
 
 void Volume::write(const QString& path, const QByteArray& bytes) const {
@@ -368,6 +388,9 @@ void Volume::put(const QString& path, const QByteArray& bytes, int flags) const 
     requireSpace(path);
     QFile file;
     openOnHost(file, place.hostPath, path, O_WRONLY | O_CREAT | flags);
+    if (place.kind == Kind::Missing) {
+        require(::fchmod(file.handle(), modeOfNew(place.macPath, 0644)) == 0, path);
+    }
     writeWhole(file, bytes, path);
 }
 
@@ -376,14 +399,14 @@ void Volume::writeAtomically(const QString& path, const QByteArray& bytes) const
     if (place.kind == Kind::Folder) {
         throw FileError(EISDIR, path);
     }
-    requireWritable(place);
+    requireRemovable(place);
     requireSpace(path);
     QTemporaryFile beside(QFileInfo(place.hostPath).path() + u"/.quorvane.XXXXXX"_s);
     if (!beside.open()) {
         throw FileError(EACCES, path);
     }
     writeWhole(beside, bytes, path);
-    beside.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup | QFile::ReadOther);
+    require(::fchmod(beside.handle(), modeOfNew(place.macPath, 0644)) == 0, path);
     require(::rename(QFile::encodeName(beside.fileName()).constData(), QFile::encodeName(place.hostPath).constData()) ==
                 0,
             path);
@@ -395,9 +418,11 @@ void Volume::createFolder(const QString& path) const {
     if (place.kind != Kind::Missing) {
         throw FileError(EEXIST, path);
     }
-    requireWritable(place);
+    requireFreeName(place);
     requireSpace(path);
-    require(::mkdir(QFile::encodeName(place.hostPath).constData(), 0755) == 0, path);
+    const QByteArray hostPath = QFile::encodeName(place.hostPath);
+    require(::mkdir(hostPath.constData(), 0755) == 0, path);
+    require(::chmod(hostPath.constData(), modeOfNew(place.macPath, 0755)) == 0, path);
 }
 
 void Volume::createFolders(const QString& path) const {
@@ -416,7 +441,7 @@ void Volume::createFolders(const QString& path) const {
 
 void Volume::createLink(const QString& path, const QString& target) const {
     const Located place = locate(path, false);
-    requireWritable(place);
+    requireFreeName(place);
     requireSpace(path);
     require(::symlink(QFile::encodeName(target).constData(), QFile::encodeName(place.hostPath).constData()) == 0, path);
 }
@@ -426,7 +451,7 @@ void Volume::remove(const QString& path) const {
     if (place.kind == Kind::Missing) {
         throw FileError(ENOENT, path);
     }
-    requireWritable(place);
+    requireRemovable(place);
     const QByteArray hostPath = QFile::encodeName(place.hostPath);
     require((place.kind == Kind::Folder ? ::rmdir(hostPath.constData()) : ::unlink(hostPath.constData())) == 0, path);
 }
@@ -437,14 +462,20 @@ void Volume::move(const QString& from, const QString& to) const {
     if (source.kind == Kind::Missing) {
         throw FileError(ENOENT, from);
     }
-    requireWritable(source);
-    requireWritable(target);
+    requireRemovable(source);
+    requireRemovable(target);
+    if (source.kind == Kind::Folder && source.macParent() != target.macParent()) {
+        requireChangeableNames(source.macPath, source.macPath); // its ".." becomes another one
+    }
     // A rename that only changes case finds itself; it takes the spelling that was asked for.
     const bool sameEntry = source.hostPath == target.hostPath;
     const QString hostTarget =
         sameEntry ? QFileInfo(target.hostPath).path() + u'/' + target.typedName : target.hostPath;
     require(::rename(QFile::encodeName(source.hostPath).constData(), QFile::encodeName(hostTarget).constData()) == 0,
             from);
+    if (ownerByPlace(source.macPath, m_machine) != ownerByPlace(target.macPath, m_machine)) {
+        flipOwnerMarks(hostTarget); // a move keeps the owners
+    }
 }
 
 void Volume::touch(const QString& path) const {
@@ -462,12 +493,6 @@ Volume Volume::full() const {
     Volume copy = *this;
     copy.m_full = true;
     return copy;
-}
-
-QString userTemporaryFolder(const Machine& machine) {
-    const QByteArray digest = QCryptographicHash::hash(machine.userName.toUtf8(), QCryptographicHash::Sha1).toHex();
-    return u"/private/var/folders/"_s + QString::fromLatin1(digest.left(2)) + u'/' +
-           QString::fromLatin1(digest.mid(2, 30));
 }
 
 } // namespace macsim

@@ -8,6 +8,7 @@
 #include <QStringList>
 
 #include <exception>
+#include <sys/types.h>
 
 namespace macsim {
 
@@ -37,9 +38,16 @@ private:
 /// target inside the folder, wherever it points on the host. On a volume that ignores case a name is found in any
 /// case and keeps the case it was made with.
 ///
+/// Owners: what lies in the user's home, his temporary folder, /private/tmp, /Applications, /Users/Shared and /Volumes is
+/// the user's, the rest is root's, as long as nobody has made or owns it otherwise. A new or replaced file belongs to its
+/// maker, one that is rewritten in place or moved keeps its owner. A link always belongs to whom its place says.
+///
 /// Rights: the sealed system (/System, /usr but not /usr/local, /bin, /sbin) and the simulator's own state refuse
-/// every change with EPERM, also to root. The user changes what lies in his home, his temporary folder, /private/tmp,
-/// /Applications, /Users/Shared and /Volumes; the rest is root's (EACCES). /private/var/root is closed to the user.
+/// every change with EPERM, also to root. Otherwise root may do everything, and the user (EACCES) what POSIX and macOS
+/// let him: change the bytes of his own files and the names in his own folders. The shared folders themselves are
+/// root's and open to him (/private/tmp, /Users/Shared, /Applications, /Volumes); in the first two he can't remove or
+/// replace what is root's. A folder that isn't his can't be moved into another one. Reading is free but for
+/// /private/var/root, which is closed to the user.
 ///
 /// Every operation throws FileError.
 class Volume {
@@ -76,6 +84,8 @@ public:
     QDateTime modificationTime(const QString& path) const;
     /// Whose it is; the last component is not followed when it is a link.
     Actor owner(const QString& path) const;
+    /// Gives it away, as root alone can (EPERM). A link is followed; what is in a folder keeps its owner.
+    void setOwner(const QString& path, Actor owner) const;
 
     void write(const QString& path, const QByteArray& bytes) const;
     void append(const QString& path, const QByteArray& bytes) const;
@@ -99,7 +109,11 @@ private:
     struct Located; // a parent that exists on the host, a last component, and the path that the Mac sees
     Located locate(const QString& path, bool followLast) const;
     QString matchingName(const QString& hostParent, const QString& name) const;
-    bool isUsersPlace(const QString& folder) const;
+    Actor currentOwner(const QString& macPath) const;
+    mode_t modeOfNew(const QString& macPath, mode_t mode) const;
+    void requireChangeableNames(const QString& folder, const QString& blamed) const;
+    void requireFreeName(const Located& place) const;
+    void requireRemovable(const Located& place) const;
     void requireWritable(const Located& place) const;
     void requireReadable(const Located& place) const;
     void requireSpace(const QString& path) const;

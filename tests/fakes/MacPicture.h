@@ -1,6 +1,7 @@
 #pragma once
 
 #include "simulator/Mac.h"
+#include "simulator/OwnerMarks.h"
 #include "simulator/PropertyList.h"
 #include "simulator/PropertyListText.h"
 
@@ -12,7 +13,7 @@
 namespace macsim {
 
 /// A whole simulated Mac as a table, for telling what a flow has changed: every folder, link and file, every key of a
-/// property list, every value of the state behind the disk. The journal is no part of the Mac.
+/// property list, every value of the state behind the disk, and the owner of what doesn't belong to whom its place says. The journal is no part of the Mac.
 class MacPicture {
 public:
     explicit MacPicture(const QString& hostFolder)
@@ -49,6 +50,11 @@ private:
         const QString path = info.filePath().mid(m_folder.size());
         if (path.endsWith(QStringLiteral(".lock")) || path.endsWith(QStringLiteral("/journal.jsonl"))) {
             return;
+        }
+        if (hasOwnerMark(info.filePath())) {
+            const Actor owner = Mac(m_folder).volume(Actor::Root).owner(path);
+            m_entries[path + QStringLiteral(" owner")] =
+                owner == Actor::Root ? QStringLiteral("root") : QStringLiteral("user");
         }
         if (info.isSymLink()) {
             m_entries[path] = QStringLiteral("link");

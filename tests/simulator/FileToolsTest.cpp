@@ -1,5 +1,6 @@
 #include "ToolRun.h"
 #include "simulator/tools/Cat.h"
+#include "simulator/tools/Chown.h"
 #include "simulator/tools/Echo.h"
 #include "simulator/tools/Ls.h"
 #include "simulator/tools/Mkdir.h"
@@ -27,7 +28,9 @@ protected:
         return runTool(mac, tool, line, actor);
     }
     /// A line whose words have no blanks.
-    ToolRun run(Tool tool, const char16_t* line) { return run(tool, QString::fromUtf16(line).split(u' ')); }
+    ToolRun run(Tool tool, const char16_t* line, Actor actor = Actor::User) {
+        return run(tool, QString::fromUtf16(line).split(u' '), actor);
+    }
 
     SimulatedMacFolder mac;
     Volume volume;
@@ -37,6 +40,7 @@ using Rm = FileTools;
 using Mkdir = FileTools;
 using Mv = FileTools;
 using Ls = FileTools;
+using Chown = FileTools;
 
 } // namespace
 
@@ -268,6 +272,80 @@ TEST_F(Ls, theLongFormTellsKindOwnerAndSize) {
                                                    {}}));
     EXPECT_TRUE(run(runLs, u"ls -ld /Library").output.startsWith("drwxr-xr-x  1 root  wheel "));
     EXPECT_EQ(run(runLs, u"ls -R").status, 70);
+}
+
+TEST_F(Ls, theLongFormTellsWhatRootMadeInTheUsersFolder) {
+    EXPECT_EQ(run(runTouch, u"touch Music/x", Actor::Root).status, 1); // root's own home has no Music
+    EXPECT_EQ(run(runTouch, u"touch /Users/alex/Music/x", Actor::Root), kSilent);
+    EXPECT_EQ(run(runLs, u"ls -l Music"),
+              (ToolRun{0, "total 0\n-rw-r--r--  1 root  staff         0 Jan  1  2024 x\n", {}}));
+}
+
+// owners
+
+TEST_F(FileTools, whatRootRedirectsIntoTheUsersFolderIsRootsAndReadable) {
+    EXPECT_EQ(run(runSh, {u"sh"_s, u"-c"_s, u"echo new > /tmp/dump"_s}, Actor::Root), kSilent);
+    EXPECT_EQ(volume.owner(u"/tmp/dump"_s), Actor::Root);
+    EXPECT_EQ(run(runCat, u"cat /tmp/dump"), (ToolRun{0, "new\n", {}}));
+    EXPECT_EQ(run(runRm, u"rm -f /tmp/dump"), (ToolRun{1, {}, "rm: /tmp/dump: Permission denied\n"}));
+}
+
+TEST_F(Rm, leavesWhatIsInRootsFolder) {
+    EXPECT_EQ(run(runMkdir, u"mkdir -p /Users/alex/tree/roots", Actor::Root), kSilent);
+    EXPECT_EQ(run(runTouch, u"touch /Users/alex/tree/roots/x", Actor::Root), kSilent);
+    EXPECT_EQ(run(runRm, u"rm -rf tree"), (ToolRun{1,
+                                                   {},
+                                                   "rm: tree/roots/x: Permission denied\n"
+                                                   "rm: tree/roots: Permission denied\n"
+                                                   "rm: tree: Directory not empty\n"}));
+    EXPECT_TRUE(volume.exists(u"/Users/alex/tree/roots/x"_s));
+    EXPECT_EQ(run(runRm, u"rm -rf /Users/alex/tree", Actor::Root), kSilent);
+}
+
+TEST_F(Mv, rootsFolderStaysInItsFolder) {
+    EXPECT_EQ(run(runMkdir, u"mkdir /Users/alex/roots", Actor::Root), kSilent);
+    EXPECT_EQ(run(runMv, u"mv roots Documents"),
+              (ToolRun{1, {}, "mv: rename roots to Documents/roots: Permission denied\n"}));
+    EXPECT_EQ(run(runMv, u"mv roots renamed"), kSilent);
+    EXPECT_EQ(volume.owner(u"/Users/alex/renamed"_s), Actor::Root);
+}
+
+TEST_F(Mv, rootMovesAFileAndItStaysTheUsers) {
+    putFile(mac, u"/Users/alex/x.plist"_s, "x");
+    EXPECT_EQ(run(runMv, u"mv /Users/alex/x.plist /Library/LaunchAgents", Actor::Root), kSilent);
+    EXPECT_EQ(volume.owner(u"/Library/LaunchAgents/x.plist"_s), Actor::User);
+}
+
+TEST_F(Chown, givesFilesAndTreesAway) {
+    putFile(mac, u"/Users/alex/tree/x"_s, "x");
+    putFile(mac, u"/Users/alex/target"_s, "x");
+    volume.createLink(u"/Users/alex/tree/link"_s, u"/Users/alex/target"_s);
+    EXPECT_EQ(run(runChown, u"chown root:wheel /Users/alex/tree", Actor::Root), kSilent);
+    EXPECT_EQ(volume.owner(u"/Users/alex/tree"_s), Actor::Root);
+    EXPECT_EQ(volume.owner(u"/Users/alex/tree/x"_s), Actor::User);
+    EXPECT_EQ(run(runChown, u"chown -R 0 /Users/alex/tree", Actor::Root), kSilent);
+    EXPECT_EQ(volume.owner(u"/Users/alex/tree/x"_s), Actor::Root);
+    EXPECT_EQ(volume.owner(u"/Users/alex/target"_s), Actor::User);
+    EXPECT_EQ(run(runChown, u"chown -R alex:staff /Users/alex/tree", Actor::Root), kSilent);
+    EXPECT_EQ(volume.owner(u"/Users/alex/tree/x"_s), Actor::User);
+    EXPECT_EQ(run(runChown, u"chown root /Users/alex/tree/link", Actor::Root), kSilent);
+    EXPECT_EQ(volume.owner(u"/Users/alex/target"_s), Actor::Root);
+}
+
+TEST_F(Chown, refusesWhatItCannotDo) {
+    putFile(mac, u"/Users/alex/x"_s, "x");
+    EXPECT_EQ(run(runChown, u"chown root x"), (ToolRun{1, {}, "chown: x: Operation not permitted\n"}));
+    EXPECT_EQ(volume.owner(u"/Users/alex/x"_s), Actor::User);
+    EXPECT_EQ(run(runChown, u"chown root /gone /Users/alex/x", Actor::Root),
+              (ToolRun{1, {}, "chown: /gone: No such file or directory\n"}));
+    EXPECT_EQ(volume.owner(u"/Users/alex/x"_s), Actor::Root);
+    EXPECT_EQ(run(runChown, u"chown nobody /Users/alex/x", Actor::Root),
+              (ToolRun{1, {}, "chown: nobody: illegal user name\n"}));
+    EXPECT_EQ(run(runChown, u"chown root:band /Users/alex/x", Actor::Root),
+              (ToolRun{1, {}, "chown: band: illegal group name\n"}));
+    EXPECT_EQ(run(runChown, u"chown root").status, 1);
+    EXPECT_EQ(run(runChown, u"chown :wheel x").status, 70);
+    EXPECT_EQ(run(runChown, u"chown -h root x").status, 70);
 }
 
 } // namespace macsim

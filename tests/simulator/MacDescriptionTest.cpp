@@ -65,6 +65,23 @@ TEST_F(MacDescriptionTest, filesFoldersAndLinksMayFillTheSealedSystem) {
     EXPECT_EQ(volume.kind(u"/bin/ls"_s), Volume::Kind::Tool);
 }
 
+TEST_F(MacDescriptionTest, whatIsOwnedByRootIsRootsWithAllThatIsInIt) {
+    make({{"files", Json::array({{{"path", "/Applications/A.app/Contents/Info.plist"}, {"text", "x"}},
+                                 {{"path", "/Applications/B.app/Contents/Info.plist"}, {"text", "x"}},
+                                 {{"path", "/Users/alex/file"}, {"text", "x"}}})},
+          {"links", Json::array({{{"path", "/Applications/A.app/link"}, {"target", "/Applications/B.app"}}})},
+          {"ownedByRoot", Json::array({"/Applications/A.app", "/Users/alex/file"})}});
+    const Mac mac(path());
+    const Volume volume = mac.volume(Actor::User);
+    for (const QString& roots : {u"/Applications/A.app"_s, u"/Applications/A.app/Contents"_s,
+                                 u"/Applications/A.app/Contents/Info.plist"_s, u"/Users/alex/file"_s}) {
+        EXPECT_EQ(volume.owner(roots), Actor::Root) << roots.toStdString();
+    }
+    EXPECT_EQ(volume.owner(u"/Applications/B.app"_s), Actor::User);
+    EXPECT_EQ(volume.owner(u"/Applications/B.app/Contents/Info.plist"_s), Actor::User);
+    EXPECT_TRUE(mac.state().read("ownedByRoot").is_null());
+}
+
 TEST_F(MacDescriptionTest, everyOtherKeyIsState) {
     make({{"//", "a remark"}, {"power", {{"activeSource", "AC Power"}}}, {"loginItems", Json::array({1})}});
     const Mac mac(path());
@@ -77,6 +94,7 @@ TEST_F(MacDescriptionTest, everyOtherKeyIsState) {
 TEST_F(MacDescriptionTest, aDescriptionThatCannotBeFollowedLeavesNothing) {
     for (const Json& parts :
          {Json{{"preferences", {{"nobody", Json::object()}}}}, Json{{"preferences", {{"user", {{"com.x", 1}}}}}},
+          Json{{"ownedByRoot", Json::array({"/Users/alex/gone"})}}, Json{{"ownedByRoot", Json::array({1})}},
           Json{{"folders", {"relative"}}}, Json{{"folders", {"/../outside"}}},
           Json{{"files", Json::array({{{"path", "/Users/alex/x"}}})}},
           Json{{"files", Json::array({{{"path", "/a/../../x"}, {"text", ""}}})}}}) {

@@ -42,6 +42,7 @@ public:
         return {status, QString::fromUtf8(context.output), QString::fromUtf8(context.error)};
     }
 
+    Volume user() const { return mac.mac.volume(Actor::User); }
     Volume root() const { return mac.mac.volume(Actor::Root); }
     QString file(const QString& path) const { return QString::fromUtf8(root().read(path)); }
 

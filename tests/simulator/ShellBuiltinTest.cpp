@@ -45,10 +45,10 @@ class ShellTestCommand : public testing::TestWithParam<Tested> {};
 
 TEST_P(ShellTestCommand, decides) {
     ShellBench bench;
-    bench.root().write(u"/Users/alex/file"_s, "x");
-    bench.root().write(u"/Users/alex/empty"_s, {});
-    bench.root().createLink(u"/Users/alex/link"_s, u"file"_s);
-    bench.root().createLink(u"/Users/alex/dangling"_s, u"none"_s);
+    bench.user().write(u"/Users/alex/file"_s, "x");
+    bench.user().write(u"/Users/alex/empty"_s, {});
+    bench.user().createLink(u"/Users/alex/link"_s, u"file"_s);
+    bench.user().createLink(u"/Users/alex/dangling"_s, u"none"_s);
     bench.root().write(u"/private/var/root/secret"_s, "x");
     const QString expression = QString::fromUtf8(GetParam().expression);
     const ShellOutcome tested = bench.run(u"test "_s + expression);
@@ -114,7 +114,7 @@ TEST(ShellBuiltin, testSaysWhatItDoesNotUnderstand) {
 
 TEST(ShellBuiltin, testingForWritingChangesNothing) {
     ShellBench bench;
-    bench.root().write(u"/Users/alex/file"_s, "x");
+    bench.user().write(u"/Users/alex/file"_s, "x");
     const QStringList before = bench.root().list(u"/Users/alex"_s);
     EXPECT_EQ(bench.run(u"test -w ~ && test -w ~/file"_s).status, 0);
     EXPECT_EQ(bench.root().list(u"/Users/alex"_s), before);
@@ -130,8 +130,8 @@ TEST(ShellBuiltin, rootMayWriteWhereTheUserMayNot) {
 
 TEST(ShellBuiltin, cdGoesByNames) {
     ShellBench bench;
-    bench.root().createFolders(u"/Users/Shared/a/b"_s);
-    bench.root().createLink(u"/Users/alex/link"_s, u"/Users/Shared/a/b"_s);
+    bench.user().createFolders(u"/Users/Shared/a/b"_s);
+    bench.user().createLink(u"/Users/alex/link"_s, u"/Users/Shared/a/b"_s);
     EXPECT_EQ(bench.run(u"cd /usr/bin; pwd; cd ..; pwd; cd .//./bin/; pwd; cd; pwd"_s).output,
               u"/usr/bin\n/usr\n/usr/bin\n/Users/alex\n"_s);
     EXPECT_EQ(bench.run(u"cd link; pwd; pwd -P; cd ..; pwd; cd -P link; pwd; cd ..; pwd"_s).output,
@@ -144,7 +144,7 @@ TEST(ShellBuiltin, cdGoesByNames) {
 
 TEST(ShellBuiltin, cdStaysWhereItCannotGo) {
     ShellBench bench;
-    bench.root().write(u"/Users/alex/file"_s, {});
+    bench.user().write(u"/Users/alex/file"_s, {});
     const auto failed = [](const QString& message) {
         return ShellOutcome{0, u"/Users/alex\n"_s, u"sh: line 0: cd: "_s + message + u'\n'};
     };

@@ -17,10 +17,10 @@ protected:
     ShellHostile() {
         QFile secret(bench.mac.outside() + u"/secret"_s);
         EXPECT_TRUE(secret.open(QIODevice::WriteOnly) && secret.write("host") == 4);
-        bench.root().createLink(u"/Users/alex/file-out"_s, bench.mac.outside() + u"/secret"_s);
-        bench.root().createLink(u"/Users/alex/folder-out"_s, bench.mac.outside());
-        bench.root().createLink(u"/Users/alex/up"_s, u"../../../../../../../../.."_s);
-        bench.root().createLink(u"/Users/alex/etc-out"_s, u"/etc"_s);
+        bench.user().createLink(u"/Users/alex/file-out"_s, bench.mac.outside() + u"/secret"_s);
+        bench.user().createLink(u"/Users/alex/folder-out"_s, bench.mac.outside());
+        bench.user().createLink(u"/Users/alex/up"_s, u"../../../../../../../../.."_s);
+        bench.user().createLink(u"/Users/alex/etc-out"_s, u"/etc"_s);
     }
 
     ~ShellHostile() override {
@@ -115,7 +115,7 @@ TEST_F(ShellHostile, shellsInDeepNestsEndToo) {
 }
 
 TEST_F(ShellHostile, aLinkThatTurnsInCirclesIsNoFile) {
-    bench.root().createLink(u"/Users/alex/round"_s, u"round"_s);
+    bench.user().createLink(u"/Users/alex/round"_s, u"round"_s);
     EXPECT_EQ(bench.run(u"cat </Users/alex/round"_s).status, 1);
     EXPECT_EQ(bench.run(u"echo a >/Users/alex/round"_s).status, 1);
     EXPECT_NE(bench.run(u"/Users/alex/round"_s).status, 0);

@@ -113,7 +113,7 @@ TEST(ShellList, commandsAreFoundByPath) {
 
 TEST(ShellList, whatIsNoProgramIsNotExecuted) {
     ShellBench bench;
-    bench.root().write(u"/Users/alex/file"_s, "#!/bin/sh\necho a\n");
+    bench.user().write(u"/Users/alex/file"_s, "#!/bin/sh\necho a\n");
     EXPECT_EQ(bench.run(u"./file"_s), (ShellOutcome{126, {}, u"sh: ./file: Permission denied\n"_s}));
     EXPECT_EQ(bench.run(u"/Users"_s), (ShellOutcome{126, {}, u"sh: /Users: is a directory\n"_s}));
     EXPECT_EQ(bench.run(u"PATH=/Users; alex"_s), (ShellOutcome{127, {}, u"sh: alex: command not found\n"_s}));

@@ -18,7 +18,7 @@ class ShellRedirects : public testing::TestWithParam<Written> {};
 
 TEST_P(ShellRedirects, theStreams) {
     ShellBench bench;
-    bench.root().write(u"/private/tmp/f"_s, "old");
+    bench.user().write(u"/private/tmp/f"_s, "old");
     const ShellOutcome outcome = bench.run(u"cd /tmp; "_s + QString::fromUtf8(GetParam().line));
     EXPECT_EQ(bench.file(u"/private/tmp/f"_s), QString::fromUtf8(GetParam().file)) << GetParam().line;
     EXPECT_EQ(outcome.output, QString::fromUtf8(GetParam().output)) << GetParam().line;
@@ -89,7 +89,7 @@ TEST(ShellRedirection, areOpenedInOrderUpToTheOneThatFails) {
 
 TEST(ShellRedirection, aFullDiskIsAFailedWrite) {
     ShellBench bench;
-    bench.root().write(u"/private/tmp/f"_s, "old");
+    bench.user().write(u"/private/tmp/f"_s, "old");
     ToolContext context = bench.mac.context({u"sh"_s});
     context.volume = context.volume.full();
     EXPECT_EQ(ShellBench::run(u"echo a >>/tmp/f"_s, context),
@@ -99,7 +99,7 @@ TEST(ShellRedirection, aFullDiskIsAFailedWrite) {
 
 TEST(ShellRedirection, aFileThatCannotBeWrittenAnyMoreIsAFailedWrite) {
     ShellBench bench;
-    bench.root().createFolder(u"/private/tmp/d"_s);
+    bench.user().createFolder(u"/private/tmp/d"_s);
     const QString line = u"{ mv-away; echo a; } >/tmp/d/f"_s;
     bench.mac.tools[u"/usr/bin/mv-away"_s] = [](ToolContext& context) {
         context.volume.remove(u"/tmp/d/f"_s);

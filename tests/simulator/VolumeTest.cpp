@@ -1,5 +1,6 @@
 #include "simulator/Volume.h"
 
+#include "fakes/MacPicture.h"
 #include "fakes/SimulatedMacFolder.h"
 
 #include <QDir>
@@ -9,6 +10,7 @@
 
 #include <cerrno>
 #include <functional>
+#include <utility>
 
 namespace macsim {
 
@@ -153,6 +155,174 @@ TEST_F(VolumeTest, writableIsWhatTheActorMayChange) {
 TEST_F(VolumeTest, aFullDiskIsStillWritableByItsRights) {
     EXPECT_TRUE(user.full().isWritable(kHome));
     EXPECT_FALSE(user.full().isWritable(u"/Library"_s));
+}
+
+TEST_F(VolumeTest, ownersGoByPlaceAsLongAsNobodyHasMadeOrOwnsItOtherwise) {
+    hostFile(folder.hostFolder() + kHome + u"/put"_s, "x");
+    hostFile(folder.hostFolder() + u"/Library/put"_s, "x");
+    for (const QString& path :
+         {kHome, kHome + u"/Library"_s, kHome + u"/put"_s, folder.mac.temporaryFolder().chopped(1)}) {
+        EXPECT_EQ(user.owner(path), Actor::User) << path.toStdString();
+    }
+    for (const QString& path : {u"/"_s, u"/Users"_s, u"/Users/Shared"_s, u"/private/tmp"_s, u"/Applications"_s,
+                                u"/Library/put"_s, u"/var/root"_s, u"/usr/bin/true"_s}) {
+        EXPECT_EQ(user.owner(path), Actor::Root) << path.toStdString();
+    }
+    EXPECT_EQ(errorOf([&] { user.owner(kHome + u"/gone"_s); }), ENOENT);
+}
+
+TEST_F(VolumeTest, whatAnActorMakesIsHis) {
+    for (const auto& [actor, volume] : {std::pair{Actor::User, user}, std::pair{Actor::Root, root}}) {
+        const QString name = actor == Actor::User ? u"/user"_s : u"/root"_s;
+        for (const QString& place : {kHome, u"/tmp"_s, u"/Applications"_s, u"/Users/Shared"_s, u"/Volumes"_s}) {
+            volume.write(place + name + u"-written"_s, "x");
+            volume.writeAtomically(place + name + u"-atomic"_s, "x");
+            volume.touch(place + name + u"-touched"_s);
+            volume.createFolders(place + name + u"/deep"_s);
+            for (const QString& made : {u"-written"_s, u"-atomic"_s, u"-touched"_s, u""_s, u"/deep"_s}) {
+                EXPECT_EQ(volume.owner(place + name + made), actor) << (place + name + made).toStdString();
+            }
+        }
+    }
+}
+
+TEST_F(VolumeTest, aFileKeepsItsOwnerWhenItIsRewrittenAndChangesItWhenItIsReplaced) {
+    user.write(kHome + u"/mine"_s, "1");
+    root.write(kHome + u"/mine"_s, "2");
+    root.append(kHome + u"/mine"_s, "3");
+    root.touch(kHome + u"/mine"_s);
+    EXPECT_EQ(user.owner(kHome + u"/mine"_s), Actor::User);
+    root.writeAtomically(kHome + u"/mine"_s, "4");
+    EXPECT_EQ(user.owner(kHome + u"/mine"_s), Actor::Root);
+    root.writeAtomically(kHome + u"/mine"_s, "5");
+    EXPECT_EQ(user.owner(kHome + u"/mine"_s), Actor::Root);
+    user.writeAtomically(kHome + u"/mine"_s, "6");
+    EXPECT_EQ(user.owner(kHome + u"/mine"_s), Actor::User);
+    EXPECT_EQ(user.read(kHome + u"/mine"_s), "6");
+}
+
+TEST_F(VolumeTest, aMoveKeepsTheOwnersOfAWholeTree) {
+    user.createFolders(kHome + u"/tree/inner"_s);
+    user.write(kHome + u"/tree/inner/mine"_s, "x");
+    root.write(kHome + u"/tree/inner/.roots"_s, "x");
+    user.createLink(kHome + u"/tree/out"_s, kHome + u"/Desktop"_s);
+    const auto expectOwners = [this](const QString& tree) {
+        EXPECT_EQ(user.owner(tree), Actor::User) << tree.toStdString();
+        EXPECT_EQ(user.owner(tree + u"/inner"_s), Actor::User) << tree.toStdString();
+        EXPECT_EQ(user.owner(tree + u"/inner/mine"_s), Actor::User) << tree.toStdString();
+        EXPECT_EQ(user.owner(tree + u"/inner/.roots"_s), Actor::Root) << tree.toStdString();
+    };
+    expectOwners(kHome + u"/tree"_s);
+    user.move(kHome + u"/tree"_s, kHome + u"/Music/tree"_s);
+    expectOwners(kHome + u"/Music/tree"_s);
+    root.move(kHome + u"/Music/tree"_s, u"/Library/tree"_s);
+    expectOwners(u"/Library/tree"_s);
+    root.move(u"/Library/tree"_s, u"/Library/LaunchAgents/tree"_s);
+    expectOwners(u"/Library/LaunchAgents/tree"_s);
+    root.move(u"/Library/LaunchAgents/tree"_s, u"/Applications/tree"_s);
+    expectOwners(u"/Applications/tree"_s);
+    EXPECT_EQ(user.owner(kHome + u"/Desktop"_s), Actor::User);
+}
+
+TEST_F(VolumeTest, aPictureOfTheMacTellsOwnersThatAreNotTheirPlaces) {
+    user.write(kHome + u"/mine"_s, "x");
+    const MacPicture before(folder.hostFolder());
+    root.write(kHome + u"/roots"_s, "x");
+    root.setOwner(kHome + u"/mine"_s, Actor::Root);
+    root.move(kHome + u"/Music"_s, u"/Library/Music"_s);
+    EXPECT_EQ(MacPicture(folder.hostFolder()).changesSince(before), uR"(+ /Library/Music: folder
++ /Library/Music owner: user
+- /Users/alex/Music: folder
++ /Users/alex/mine owner: root
++ /Users/alex/roots: x
++ /Users/alex/roots owner: root
+)"_s);
+}
+
+TEST_F(VolumeTest, onlyRootGivesThingsAway) {
+    user.createFolders(kHome + u"/folder"_s);
+    user.write(kHome + u"/folder/file"_s, "x");
+    user.createLink(kHome + u"/link"_s, u"folder"_s);
+    EXPECT_EQ(errorOf([&] { user.setOwner(kHome + u"/folder"_s, Actor::Root); }), EPERM);
+    EXPECT_EQ(errorOf([&] { root.setOwner(u"/System"_s, Actor::User); }), EPERM);
+    EXPECT_EQ(errorOf([&] { root.setOwner(kHome + u"/gone"_s, Actor::Root); }), ENOENT);
+    root.setOwner(kHome + u"/link"_s, Actor::Root);
+    EXPECT_EQ(user.owner(kHome + u"/folder"_s), Actor::Root);
+    EXPECT_EQ(user.owner(kHome + u"/folder/file"_s), Actor::User);
+    root.setOwner(kHome + u"/folder"_s, Actor::Root);
+    EXPECT_EQ(user.owner(kHome + u"/folder"_s), Actor::Root);
+    root.setOwner(kHome + u"/folder"_s, Actor::User);
+    EXPECT_EQ(user.owner(kHome + u"/folder"_s), Actor::User);
+}
+
+TEST_F(VolumeTest, theUserDoesNotChangeTheBytesOfRootsFile) {
+    root.write(kHome + u"/file"_s, "root's");
+    EXPECT_FALSE(user.isWritable(kHome + u"/file"_s));
+    EXPECT_EQ(errorOf([&] { user.write(kHome + u"/file"_s, "x"); }), EACCES);
+    EXPECT_EQ(errorOf([&] { user.append(kHome + u"/file"_s, "x"); }), EACCES);
+    EXPECT_EQ(errorOf([&] { user.touch(kHome + u"/file"_s); }), EACCES);
+    EXPECT_EQ(user.read(kHome + u"/file"_s), "root's");
+    user.move(kHome + u"/file"_s, kHome + u"/Documents/file"_s); // the names in his folders are his
+    EXPECT_EQ(user.owner(kHome + u"/Documents/file"_s), Actor::Root);
+    user.remove(kHome + u"/Documents/file"_s);
+}
+
+TEST_F(VolumeTest, theUserDoesNotChangeTheNamesInRootsFolder) {
+    root.createFolders(kHome + u"/folder/empty"_s);
+    root.write(kHome + u"/folder/file"_s, "x");
+    root.createLink(kHome + u"/folder/link"_s, u"file"_s);
+    user.write(kHome + u"/mine"_s, "x");
+    EXPECT_FALSE(user.isWritable(kHome + u"/folder"_s));
+    for (const std::function<void()>& change : {
+             std::function<void()>([this] { user.write(kHome + u"/folder/new"_s, "x"); }),
+             std::function<void()>([this] { user.writeAtomically(kHome + u"/folder/file"_s, "x"); }),
+             std::function<void()>([this] { user.createFolder(kHome + u"/folder/new"_s); }),
+             std::function<void()>([this] { user.createLink(kHome + u"/folder/new"_s, u"file"_s); }),
+             std::function<void()>([this] { user.remove(kHome + u"/folder/file"_s); }),
+             std::function<void()>([this] { user.remove(kHome + u"/folder/link"_s); }),
+             std::function<void()>([this] { user.remove(kHome + u"/folder/empty"_s); }),
+             std::function<void()>([this] { user.move(kHome + u"/folder/file"_s, kHome + u"/file"_s); }),
+             std::function<void()>([this] { user.move(kHome + u"/mine"_s, kHome + u"/folder/mine"_s); }),
+             std::function<void()>([this] { user.touch(kHome + u"/folder"_s); }),
+         }) {
+        EXPECT_EQ(errorOf(change), EACCES);
+    }
+    EXPECT_EQ(errorOf([&] { user.remove(kHome + u"/folder"_s); }), ENOTEMPTY);
+    EXPECT_EQ(user.list(kHome + u"/folder"_s), QStringList({u"empty"_s, u"file"_s, u"link"_s}));
+}
+
+TEST_F(VolumeTest, theUserRenamesRootsFolderAndMovesItNowhere) {
+    root.createFolders(kHome + u"/folder"_s);
+    user.move(kHome + u"/folder"_s, kHome + u"/renamed"_s);
+    EXPECT_EQ(user.owner(kHome + u"/renamed"_s), Actor::Root);
+    EXPECT_EQ(errorOf([&] { user.move(kHome + u"/renamed"_s, kHome + u"/Documents/renamed"_s); }), EACCES);
+    root.move(kHome + u"/renamed"_s, kHome + u"/Documents/renamed"_s);
+    user.remove(kHome + u"/Documents/renamed"_s); // it is empty, and the names in Documents are his
+}
+
+TEST_F(VolumeTest, inRootsFolderAFileThatIsHisTakesTheUsersBytes) {
+    root.createFolders(kHome + u"/folder"_s);
+    root.write(kHome + u"/folder/his"_s, "old");
+    root.setOwner(kHome + u"/folder/his"_s, Actor::User);
+    EXPECT_TRUE(user.isWritable(kHome + u"/folder/his"_s));
+    user.write(kHome + u"/folder/his"_s, "new");
+    EXPECT_EQ(user.read(kHome + u"/folder/his"_s), "new");
+    EXPECT_EQ(errorOf([&] { user.remove(kHome + u"/folder/his"_s); }), EACCES);
+}
+
+TEST_F(VolumeTest, whereEverybodyMayWriteNobodyRemovesWhatIsRoots) {
+    for (const QString& place : {u"/tmp/"_s, u"/Users/Shared/"_s}) {
+        root.write(place + u"file"_s, "x");
+        user.write(place + u"mine"_s, "x");
+        EXPECT_EQ(errorOf([&] { user.remove(place + u"file"_s); }), EACCES);
+        EXPECT_EQ(errorOf([&] { user.move(place + u"file"_s, place + u"other"_s); }), EACCES);
+        EXPECT_EQ(errorOf([&] { user.move(place + u"mine"_s, place + u"file"_s); }), EACCES);
+        EXPECT_EQ(errorOf([&] { user.writeAtomically(place + u"file"_s, "y"); }), EACCES);
+        user.remove(place + u"mine"_s);
+        root.remove(place + u"file"_s);
+    }
+    root.write(u"/Applications/file"_s, "x");
+    user.remove(u"/Applications/file"_s);
 }
 
 TEST_F(VolumeTest, aLinkDoesNotLendItsOwnersRights) {

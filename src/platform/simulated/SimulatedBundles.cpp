@@ -54,7 +54,7 @@ bool SimulatedBundles::isCurrent(const Index& index) const {
 QString SimulatedBundles::pathOf(const QString& bundleIdentifier) const {
     const std::lock_guard lock(m_mutex);
     const QString key = bundleIdentifier.toCaseFolded();
-    if (!m_index || (!m_index->paths.contains(key) && !isCurrent(*m_index))) {
+    if (!m_index || !isCurrent(*m_index)) {
         m_index = makeIndex();
     }
     return m_index->paths.value(key);

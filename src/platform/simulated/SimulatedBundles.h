@@ -15,9 +15,9 @@ class PropertyLists;
 /// The bundles on a simulated Mac's disk. An Info dictionary is "{bundle}/Contents/Info.plist".
 ///
 /// Installed applications are the ones where macOS keeps them, in any case of their identifiers. They are indexed at
-/// the first question, and again when an identifier is asked for that isn't known and a folder of applications has
-/// changed since: many questions for unknown identifiers cost a few looks at the folders' times each. An application
-/// whose Info.plist comes or changes later than its folder is found when the next one is installed or removed.
+/// the first question, and again at a question after a folder of applications has changed. So any number of questions
+/// costs a few looks at the folders' times each. An application whose Info.plist comes or changes later than its folder
+/// is found anew when the next one is installed or removed.
 class SimulatedBundles final : public Bundles {
 public:
     /// @param propertyLists  of the same Mac

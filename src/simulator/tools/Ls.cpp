@@ -47,8 +47,9 @@ QString modes(Volume::Kind kind) {
 
 QString ownerAndGroup(const ToolContext& context, const QString& path) {
     const QString home = context.mac.homeFolder(Actor::User);
-    const bool isUsers = path == home || path.startsWith(home + u'/');
-    return isUsers ? context.mac.machine().userName + u"  staff"_s : u"root  wheel"_s;
+    const bool isInHome = path == home || path.startsWith(home + u'/');
+    const QString owner = context.volume.owner(path) == Actor::User ? context.mac.machine().userName : u"root"_s;
+    return owner + (isInHome ? u"  staff"_s : u"  wheel"_s);
 }
 
 qint64 sizeOf(const ToolContext& context, const QString& path, Volume::Kind kind) {

@@ -1,6 +1,7 @@
 #include "simulator/tools/Registry.h"
 
 #include "simulator/tools/Cat.h"
+#include "simulator/tools/Chown.h"
 #include "simulator/tools/Defaults.h"
 #include "simulator/tools/Echo.h"
 #include "simulator/tools/Env.h"
@@ -49,6 +50,7 @@ const ToolTable& simulatorTools() {
         {u"/usr/bin/touch"_s, runTouch},
         {u"/usr/bin/true"_s, runTrue},
         {u"/usr/libexec/scriptengine"_s, runScriptEngine},
+        {u"/usr/sbin/chown"_s, runChown},
     };
     return tools;
 }

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "simulator/Machine.h"
+
+#include <QString>
+#include <QStringView>
+
+namespace macsim {
+
+// What the place of a file says about it. Every path is absolute, as the Mac sees it, and without links.
+
+bool isAtOrBelow(const QString& path, QStringView folder);
+
+/// What System Integrity Protection and the read-only system volume keep from everybody, and what isn't the Mac's
+/// at all: the simulator's own state.
+bool isSealed(const QString& path);
+
+/// Root's folders in which the user may make, rename and remove things: /private/tmp, /Users/Shared, /Applications and
+/// /Volumes.
+bool isSharedFolder(const QString& path);
+/// The shared folders in which nobody but root removes what is somebody else's: the first two.
+bool isGuardedFolder(const QString& path);
+
+/// The user's is what lies in his home, his temporary folder (both included) and the shared folders; the rest is root's.
+Actor ownerByPlace(const QString& path, const Machine& machine);
+
+} // namespace macsim
