@@ -155,6 +155,93 @@ TEST_F(Launchctl, aLabelBehindABlankIsAMissingFile) {
     EXPECT_TRUE(running().contains(u"agent"_s));
 }
 
+TEST_F(Launchctl, aWordBehindADomainIsAFileOfTheWorkingFolderEvenWhereItLooksLikeALabel) {
+    run({u"bootstrap"_s, u"gui/501"_s, kAgent});
+    run({u"bootstrap"_s, u"gui/501"_s, kIdleAgent});
+    putFile(mac, u"/Users/alex/com.x.agent"_s, plist(u"com.x.idle"_s, u"/opt/x/idle"_s, false));
+    EXPECT_EQ(run({u"bootout"_s, u"gui/501"_s, u"com.x.agent"_s}), kSilent);
+    EXPECT_FALSE(isLoaded("gui/501", "com.x.idle"));
+    EXPECT_TRUE(isLoaded("gui/501", "com.x.agent"));
+}
+
+TEST_F(Launchctl, everythingBehindTheDomainIsTheLabel) {
+    run({u"bootstrap"_s, u"gui/501"_s, kAgent});
+    EXPECT_EQ(run({u"bootout"_s, u"gui/501/com.x.agent/more"_s}),
+              (ToolRun{3, {}, "Boot-out failed: 3: No such process\n"}));
+    EXPECT_TRUE(isLoaded("gui/501", "com.x.agent"));
+    EXPECT_EQ(run({u"disable"_s, u"system/a/b"_s}, Actor::Root), kSilent);
+    EXPECT_EQ(override("system", "a/b"), "true");
+    EXPECT_EQ(override("system", "a"), "null");
+}
+
+TEST_F(Launchctl, anAgentsFileIsNoJobOfTheSystem) {
+    run({u"bootstrap"_s, u"gui/501"_s, kSharedAgent});
+    EXPECT_EQ(run({u"bootout"_s, u"system"_s, kSharedAgent}, Actor::Root),
+              (ToolRun{5, {}, "Boot-out failed: 5: Input/output error\n"}));
+    EXPECT_TRUE(isLoaded("gui/501", "com.x.shared"));
+    EXPECT_EQ(running(), (QStringList{u"NotificationCenter"_s, u"shared"_s}));
+    EXPECT_EQ(run({u"bootout"_s, u"gui/501"_s, kSharedAgent}, Actor::Root), kSilent);
+    EXPECT_EQ(running(), QStringList{u"NotificationCenter"_s});
+}
+
+TEST_F(Launchctl, rootReachesTheUsersSession) {
+    EXPECT_EQ(run({u"bootstrap"_s, u"gui/501"_s, kAgent}, Actor::Root), kSilent);
+    EXPECT_EQ(ProcessTable(mac.mac.state()).list().at(1).userId, 501);
+    EXPECT_EQ(run({u"disable"_s, u"gui/501/com.x.agent"_s}, Actor::Root), kSilent);
+    EXPECT_TRUE(running().contains(u"agent"_s));
+    EXPECT_EQ(override("system", "com.x.agent"), "null");
+    EXPECT_EQ(run({u"bootout"_s, u"gui/501/com.x.agent"_s}, Actor::Root), kSilent);
+    EXPECT_EQ(running(), QStringList{u"NotificationCenter"_s});
+    EXPECT_EQ(run({u"bootstrap"_s, u"gui/501"_s, kAgent}, Actor::Root).status, 5);
+    EXPECT_EQ(run({u"enable"_s, u"gui/501/com.x.agent"_s}, Actor::Root), kSilent);
+    EXPECT_EQ(run({u"bootstrap"_s, u"gui/501"_s, kAgent}, Actor::Root), kSilent);
+}
+
+TEST_F(Launchctl, aJobWhoseFileIsGoneRunsOnAndEndsByItsLabelOnly) {
+    run({u"bootstrap"_s, u"gui/501"_s, kAgent});
+    mac.mac.volume(Actor::User).remove(kAgent);
+    EXPECT_TRUE(running().contains(u"agent"_s));
+    EXPECT_EQ(run({u"bootout"_s, u"gui/501"_s, kAgent}).status, 5);
+    EXPECT_TRUE(run({u"unload"_s, u"-w"_s, kAgent}).error.startsWith("Unload failed: 5: "));
+    EXPECT_TRUE(isLoaded("gui/501", "com.x.agent"));
+    EXPECT_EQ(override("user/501", "com.x.agent"), "null");
+    EXPECT_EQ(run({u"bootout"_s, u"gui/501/com.x.agent"_s}), kSilent);
+    EXPECT_EQ(running(), QStringList{u"NotificationCenter"_s});
+}
+
+TEST_F(Launchctl, aListInXmlWithRemarksIsAJobAsABinaryOneIs) {
+    const QString file = u"/Users/alex/Library/LaunchAgents/remarks.plist"_s;
+    putFile(mac, file,
+            "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<!-- by hand -->\n"
+            "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" "
+            "\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n"
+            "<plist version=\"1.0\"><dict>\n<key>RunAtLoad</key><true/>\n<!-- last -->\n"
+            "<key>Program</key><string>/opt/x y/tool</string>\n"
+            "<key>Label</key><string>com.x.remarks</string>\n</dict></plist>\n");
+    EXPECT_EQ(run({u"load"_s, u"-w"_s, file}), kSilent);
+    EXPECT_TRUE(running().contains(u"tool"_s));
+    EXPECT_EQ(run({u"bootout"_s, u"gui/501"_s, file}), kSilent);
+    EXPECT_EQ(running(), QStringList{u"NotificationCenter"_s});
+}
+
+TEST_F(Launchctl, whatIsNoJobFailsAsAMissingFileDoes) {
+    putFile(mac, u"/Users/alex/broken.plist"_s, "<?xml version=1.0?><plist><dict><key>Label");
+    putFile(mac, u"/Users/alex/nameless.plist"_s, xmlPropertyList(PropertyList::Dictionary{{u"RunAtLoad"_s, true}}));
+    const Json before = launchd();
+    for (const QString& file : {u"broken.plist"_s, u"nameless.plist"_s, u"missing.plist"_s, u""_s, u"/Users/alex"_s}) {
+        EXPECT_EQ(run({u"bootout"_s, u"gui/501"_s, file}), (ToolRun{5, {}, "Boot-out failed: 5: Input/output error\n"}))
+            << file.toStdString();
+    }
+    for (const QString& file : {u"broken.plist"_s, u"nameless.plist"_s, u"missing.plist"_s}) {
+        for (const QString& verb : {u"load"_s, u"unload"_s}) {
+            const ToolRun failed = run({verb, u"-w"_s, file});
+            EXPECT_EQ(failed.status, 0);
+            EXPECT_TRUE(failed.error.contains("oad failed: 5: Input/output error\n"));
+        }
+    }
+    EXPECT_EQ(launchd(), before);
+}
+
 TEST_F(Launchctl, theSystemDomainIsRoots) {
     EXPECT_EQ(run({u"bootstrap"_s, u"system"_s, kDaemon}),
               (ToolRun{1, {}, "Bootstrap failed: 1: Operation not permitted\n"}));
@@ -233,6 +320,24 @@ TEST_F(Launchctl, onlyRootOverridesInTheSystem) {
     EXPECT_EQ(override("system", "com.x.daemon"), "true");
     EXPECT_EQ(run({u"disable"_s, u"gui/501/com.x.agent"_s}, Actor::Root), kSilent);
     EXPECT_EQ(override("user/501", "com.x.agent"), "true");
+}
+
+TEST_F(Launchctl, theSystemsOverridesAndTheUsersAreApart) {
+    run({u"disable"_s, u"system/com.x.agent"_s}, Actor::Root);
+    run({u"disable"_s, u"gui/501/com.x.daemon"_s});
+    EXPECT_EQ(run({u"bootstrap"_s, u"gui/501"_s, kAgent}), kSilent);
+    EXPECT_EQ(run({u"bootstrap"_s, u"system"_s, kDaemon}, Actor::Root), kSilent);
+    EXPECT_FALSE(run({u"print-disabled"_s, u"system"_s}).output.contains("com.x.daemon"));
+    EXPECT_FALSE(run({u"print-disabled"_s, u"gui/501"_s}).output.contains("com.x.agent"));
+}
+
+TEST_F(Launchctl, rootUnloadsADaemonForGood) {
+    run({u"load"_s, kDaemon}, Actor::Root);
+    ASSERT_TRUE(running().contains(u"daemon"_s));
+    EXPECT_EQ(run({u"unload"_s, u"-w"_s, kDaemon}, Actor::Root), kSilent);
+    EXPECT_FALSE(running().contains(u"daemon"_s));
+    EXPECT_EQ(override("system", "com.x.daemon"), "true");
+    EXPECT_EQ(run({u"bootstrap"_s, u"system"_s, kDaemon}, Actor::Root).status, 5);
 }
 
 TEST_F(Launchctl, aSystemLabelIsDisabledWithoutAWordAndWithoutEffect) {

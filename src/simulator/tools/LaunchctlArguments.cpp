@@ -17,14 +17,15 @@ std::optional<int> parseUserId(const QString& text) {
 std::optional<LaunchdTarget> parseLaunchdTarget(const QString& target) {
     const QStringList parts = target.split(u'/');
     if (parts[0] == u"system"_s) {
-        return LaunchdTarget{{LaunchdDomain::Kind::System, 0}, parts.value(1)};
+        return LaunchdTarget{{LaunchdDomain::Kind::System, 0}, target.section(u'/', 1)};
     }
     const bool isGui = parts[0] == u"gui"_s;
     const std::optional<int> userId = parseUserId(parts.value(1));
     if ((!isGui && parts[0] != u"user"_s) || !userId) {
         return std::nullopt;
     }
-    return LaunchdTarget{{isGui ? LaunchdDomain::Kind::Gui : LaunchdDomain::Kind::User, *userId}, parts.value(2)};
+    return LaunchdTarget{{isGui ? LaunchdDomain::Kind::Gui : LaunchdDomain::Kind::User, *userId},
+                         target.section(u'/', 2)};
 }
 
 LegacyArguments parseLegacyArguments(const QStringList& words) {

@@ -1,0 +1,127 @@
+#include "simulator/BackgroundTasks.h"
+
+#include <QHash>
+#include <QUuid>
+
+#include <algorithm>
+
+namespace macsim {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr unsigned kLegacy = 0x10000;
+constexpr unsigned kCurated = 0x80000;
+
+QString text(const Json& record, const char* key) {
+    const auto entry = record.find(key);
+    return entry != record.end() && entry->is_string() ? QString::fromStdString(entry->get<std::string>()) : QString();
+}
+
+int number(const Json& record, const char* key, int missing) {
+    const auto entry = record.find(key);
+    return entry != record.end() && entry->is_number_integer() ? entry->get<int>() : missing;
+}
+
+bool isOn(const Json& record, const char* key) {
+    const auto entry = record.find(key);
+    return entry == record.end() || !entry->is_boolean() || entry->get<bool>();
+}
+
+QStringList texts(const Json& record, const char* key) {
+    QStringList list;
+    for (const Json& entry : record.value(key, Json::array())) {
+        if (entry.is_string()) {
+            list.append(QString::fromStdString(entry.get<std::string>()));
+        }
+    }
+    return list;
+}
+
+/// How many characters of an identifier are its number and the dot behind it.
+qsizetype numberLength(const QString& identifier) {
+    const qsizetype dot = identifier.indexOf(u'.');
+    const auto digitsEnd = identifier.cbegin() + std::max<qsizetype>(dot, 0);
+    const bool isNumber = std::all_of(identifier.cbegin(), digitsEnd, [](QChar letter) { return letter.isDigit(); });
+    return dot > 0 && isNumber ? dot + 1 : 0;
+}
+
+/// The number is the type without what tells of its origin. A developer is identified by the name alone.
+QString withTypeNumber(const QString& identifier, const QString& type) {
+    const unsigned bits = backgroundTaskTypeBits(type).value_or(0) & ~(kLegacy | kCurated);
+    const bool hasNumber = bits != 0 && type != u"developer"_s;
+    return hasNumber && numberLength(identifier) == 0 ? QString::number(bits) + u'.' + identifier : identifier;
+}
+
+QString bundleIdentifierOf(const Json& record, const BackgroundTask& task) {
+    const bool isBundle = task.type == u"app"_s || task.type == u"login item"_s;
+    const QString told = text(record, "bundleIdentifier");
+    return told.isEmpty() && isBundle ? withoutTypeNumber(task.identifier) : told;
+}
+
+QString uuidOf(const Json& record, const BackgroundTask& task) {
+    static const QUuid kNamespace(u"6f2f1d0a-5d3b-4a53-9a55-0d4d6d7b7463"_s);
+    const QString told = text(record, "uuid");
+    return told.isEmpty() ? QUuid::createUuidV5(kNamespace, QString::number(task.userId) + u' ' + task.identifier)
+                                .toString(QUuid::WithoutBraces)
+                                .toUpper()
+                          : told;
+}
+
+BackgroundTask taskFromJson(const Json& record) {
+    BackgroundTask task;
+    task.userId = number(record, "uid", 0);
+    task.name = text(record, "name");
+    task.developerName = text(record, "developerName");
+    task.teamIdentifier = text(record, "teamIdentifier");
+    task.type = text(record, "type");
+    task.identifier = withTypeNumber(text(record, "identifier"), task.type);
+    task.url = text(record, "url");
+    task.parent = text(record, "parent");
+    task.executablePath = text(record, "executablePath");
+    task.bundleIdentifier = bundleIdentifierOf(record, task);
+    task.associatedBundleIdentifiers = texts(record, "associatedBundleIdentifiers");
+    task.uuid = uuidOf(record, task);
+    task.lastUse = text(record, "lastUse");
+    task.generation = number(record, "generation", 1);
+    task.isEnabled = isOn(record, "enabled");
+    task.isAllowed = isOn(record, "allowed");
+    task.isNotified = isOn(record, "notified");
+    return task;
+}
+
+} // namespace
+
+std::optional<unsigned> backgroundTaskTypeBits(const QString& type) {
+    static const QHash<QString, unsigned> kBits{
+        {u"app"_s, 0x2},        {u"login item"_s, 0x4},  {u"agent"_s, 0x8},
+        {u"daemon"_s, 0x10},    {u"developer"_s, 0x20},  {u"spotlight"_s, 0x40},
+        {u"dock tile"_s, 0x80}, {u"quicklook"_s, 0x800}, {u"background tasks"_s, 0x2000}};
+    const QString curated = u"curated legacy "_s;
+    const QString legacy = u"legacy "_s;
+    const qsizetype origin = type.startsWith(curated) ? curated.size() : type.startsWith(legacy) ? legacy.size() : 0;
+    const auto bits = kBits.constFind(type.mid(origin));
+    if (bits == kBits.constEnd()) {
+        return std::nullopt;
+    }
+    return *bits | (origin > 0 ? kLegacy : 0U) | (origin == curated.size() ? kCurated : 0U);
+}
+
+QString withoutTypeNumber(const QString& identifier) {
+    return identifier.mid(numberLength(identifier));
+}
+
+std::vector<BackgroundTask> backgroundTasks(const StateStore& state) {
+    std::vector<BackgroundTask> tasks;
+    const Json subject = state.read("backgroundTasks");
+    const Json records = subject.is_object() ? subject.value("records", Json::array()) : Json::array();
+    for (const Json& record : records) {
+        if (record.is_object()) {
+            tasks.push_back(taskFromJson(record));
+        }
+    }
+    return tasks;
+}
+
+} // namespace macsim
