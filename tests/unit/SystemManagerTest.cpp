@@ -114,20 +114,4 @@ TEST_F(SystemManagerTest, debugModeLogsALaunchFailure) {
     EXPECT_EQ(takeTrace(), u"\n[DEBUG] EXEC: tool\n$> tool\n  [EXC] Exception: gone\n"_s);
 }
 
-TEST_F(SystemManagerTest, excludedNamesAreFoundAsSubstringsInAnyCase) {
-    EXPECT_TRUE(SystemManager::isExcludedName(u"TRAKTOR Pro 4"_s));
-    EXPECT_TRUE(SystemManager::isExcludedName(u"my TrAkToR tool"_s));
-    EXPECT_TRUE(SystemManager::isExcludedName(u"SomePluginsManager"_s));
-    EXPECT_TRUE(SystemManager::isExcludedName(u"com.apple.AudioUnits.cache"_s));
-    EXPECT_FALSE(SystemManager::isExcludedName(u"Dropbox"_s));
-    EXPECT_FALSE(SystemManager::isExcludedName(QString()));
-}
-
-TEST_F(SystemManagerTest, excludedKeywordsAreTheTwentyThreeInTheirOrder) {
-    EXPECT_EQ(SystemManager::excludedKeywords().join(u'|'),
-              u"ableton|com.ableton.live|Ableton|logic|logicpro|com.apple.logic10|com.apple.audiounits.cache|"
-              "com.apple.audiounits.sandboxed.cache|audiounits|audiounit|AudioUnit|vst|vst2|vst3|clap|aax|plugin|"
-              "plug-in|traktor|serato|rekordbox|pioneer|native instruments"_s);
-}
-
 } // namespace quorvane
