@@ -23,7 +23,7 @@ TEST(BackgroundTaskItem, dispositionTokensAreRunsOfLetters) {
         {u""_s, {}},
         {u"[] (0) 12 -,"_s, {}},
         {u"[enabled, allowed, visible, notified] (0xb)"_s,
-         {u"enabled"_s, u"allowed"_s, u"visible"_s, u"notified"_s, u"x"_s, u"b"_s}},
+         {u"enabled"_s, u"allowed"_s, u"visible"_s, u"notified"_s, u"xb"_s}},
         {u"[disabled, allowed, not notified] (0x2)"_s, {u"disabled"_s, u"allowed"_s, u"not"_s, u"notified"_s, u"x"_s}},
         {u"[enabled, allowed, visible, notified] (11)"_s, {u"enabled"_s, u"allowed"_s, u"visible"_s, u"notified"_s}},
         {u"ENABLED"_s, {u"enabled"_s}},
