@@ -88,9 +88,21 @@ TEST(BackgroundItemPermission, anApplicationInWordsPermitsItsHelperInReverseDoma
     EXPECT_FALSE(isPermittedBackgroundItem(item, {u"DJ-Pro"_s}, std::nullopt));
 }
 
-TEST(BackgroundItemPermission, namesInOtherScriptsIgnoreCaseToo) {
-    EXPECT_TRUE(isPermittedBackgroundItem(helper(u"GERÄTE-HELFER"_s), {u"geräte"_s}, std::nullopt));
-    EXPECT_FALSE(isPermittedBackgroundItem(helper(u"Gerate-Helfer"_s), {u"geräte"_s}, std::nullopt));
+TEST(BackgroundItemPermission, anAccentCountsHoweverItIsWritten) {
+    const QString composed = u"ger\u00e4te"_s;
+    const QString decomposed = u"gera\u0308te"_s;
+    EXPECT_TRUE(isPermittedBackgroundItem(helper(u"GER\u00c4TE-HELFER"_s), {composed}, std::nullopt));
+    EXPECT_TRUE(isPermittedBackgroundItem(helper(u"GER\u00c4TE-HELFER"_s), {decomposed}, std::nullopt));
+    EXPECT_TRUE(isPermittedBackgroundItem(helper(u"GERA\u0308TE-HELFER"_s), {composed}, std::nullopt));
+    EXPECT_FALSE(isPermittedBackgroundItem(helper(u"Gerate-Helfer"_s), {composed}, std::nullopt));
+
+    BackgroundTaskItem byUrl = helper();
+    byUrl.url = u"/Applications/Gera\u0308te.app"_s;
+    EXPECT_TRUE(isPermittedBackgroundItem(byUrl, {u"Ger \u00e4te"_s}, std::nullopt));
+    EXPECT_TRUE(isPermittedBackgroundItem(
+        byUrl, {}, configurationOf({running(Kind::loginApp, u"x"_s, u"/applications/ger\u00e4te.app"_s)})));
+    EXPECT_TRUE(
+        isPermittedBackgroundItem(helper(decomposed), {}, configurationOf({running(Kind::addedApp, composed)})));
 }
 
 TEST(BackgroundItemPermission, nothingIsPermittedByNothing) {
