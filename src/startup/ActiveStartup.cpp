@@ -3,7 +3,11 @@
 namespace quorvane {
 
 QString nameInPath(const QString& path) {
-    const QString name = path.mid(path.lastIndexOf(u'/') + 1);
+    QString name = path;
+    while (name.endsWith(u'/')) {
+        name.chop(1);
+    }
+    name = name.mid(name.lastIndexOf(u'/') + 1);
     const qsizetype dot = name.lastIndexOf(u'.');
     return dot <= 0 ? name : name.left(dot);
 }

@@ -38,7 +38,7 @@ private:
     QHash<QString, QString> m_namesByPath;
 };
 
-/// The last component of a path without its extension.
+/// The last component of a path without its extension; a "/" at the end of the path doesn't count.
 QString nameInPath(const QString& path);
 
 } // namespace quorvane

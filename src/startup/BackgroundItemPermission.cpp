@@ -11,6 +11,12 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+/// Names reach a profile from System Events and a record from the bundle: they may differ in case and in how an accent is
+/// written.
+QString comparable(const QString& text) {
+    return text.normalized(QString::NormalizationForm_C).toCaseFolded();
+}
+
 QString withoutBlanks(const QString& text) {
     return QString(text).remove(u' ');
 }
@@ -22,8 +28,8 @@ public:
     Permission(const QSet<QString>& permittedNames, const std::optional<StartupConfiguration>& startup)
         : m_names(permittedNames) {
         for (const QString& name : permittedNames) {
-            addIfAny(m_foldedNames, name.toCaseFolded());
-            addIfAny(m_compactNames, withoutBlanks(name.toLower()));
+            addIfAny(m_foldedNames, comparable(name));
+            addIfAny(m_compactNames, withoutBlanks(comparable(name)));
         }
         for (const StartupItem& item : startup ? startup->items : QList<StartupItem>()) {
             if (item.runsAtStartup) {
@@ -33,12 +39,12 @@ public:
     }
 
     bool speaksFor(const BackgroundTaskItem& item) const {
-        const QString foldedName = item.name.toCaseFolded();
-        const QString searchText = backgroundItemSearchText(item);
+        const QString foldedName = comparable(item.name);
+        const QString searchText = comparable(backgroundItemSearchText(item));
         const std::optional<QString> label = backgroundItemLabel(item);
         return m_names.contains(item.name) || holdsAny(foldedName, m_foldedNames) ||
                holdsAny(withoutBlanks(searchText), m_compactNames) ||
-               (label && m_runningLabels.contains(label->toCaseFolded())) || m_runningNames.contains(foldedName) ||
+               (label && m_runningLabels.contains(comparable(*label))) || m_runningNames.contains(foldedName) ||
                holdsAny(searchText, m_runningTexts);
     }
 
@@ -55,11 +61,11 @@ private:
 
     void addRunningItem(const StartupItem& item) {
         if (item.kind == StartupItemKind::backgroundLoginItem && item.launchIdentifier) {
-            m_runningLabels.insert(item.launchIdentifier->toCaseFolded());
+            m_runningLabels.insert(comparable(*item.launchIdentifier));
         }
-        m_runningNames.insert(item.name.toCaseFolded());
-        addIfAny(m_runningTexts, item.path.toLower());
-        addIfAny(m_runningTexts, item.launchIdentifier.value_or(QString()).toLower());
+        m_runningNames.insert(comparable(item.name));
+        addIfAny(m_runningTexts, comparable(item.path));
+        addIfAny(m_runningTexts, comparable(item.launchIdentifier.value_or(QString())));
     }
 
     const QSet<QString>& m_names;

@@ -8,9 +8,11 @@ namespace quorvane {
 
 namespace {
 
-/// What tells one record from another: two records may differ in nothing else than their place.
+/// What tells one record from another: two records may differ in nothing else than their place. Labels that differ in
+/// case are different labels.
 QString recordKey(const BackgroundTaskItem& item) {
-    return backgroundItemSearchText(item) + u'\n' + item.itemType;
+    return backgroundItemLabel(item).value_or(QString()) + u'\n' + backgroundItemSearchText(item) + u'\n' +
+           item.itemType;
 }
 
 } // namespace

@@ -58,6 +58,7 @@ NamedLoginItems namedLoginItems(const QList<LoginItem>& items, const QStringList
     QStringList leftover;
     for (const QString& name : names) {
         if (!found.contains(name)) {
+            found.insert(name);
             leftover.append(name);
         }
     }

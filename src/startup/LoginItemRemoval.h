@@ -33,7 +33,7 @@ bool isExcludedAgent(const LoginItem& item, const QSet<QString>& excludedIds);
 /// The login items that bear one of the names.
 struct NamedLoginItems {
     QList<LoginItem> matched; ///< in the order of the list
-    QStringList leftover;     ///< the names that no item bears
+    QStringList leftover;     ///< the names that no item bears, each once
     LoginItemRemoval removal; ///< spares all others, and those among the matched that are held back
 };
 NamedLoginItems namedLoginItems(const QList<LoginItem>& items, const QStringList& names,

@@ -2,11 +2,11 @@
 
 #include "core/NotificationCenter.h"
 #include "core/SystemManager.h"
+#include "fakes/CommandLine.h"
+#include "fakes/MemoryBundles.h"
 #include "fakes/MemoryFileManager.h"
-#include "platform/BackgroundTaskPermissions.h"
-#include "platform/Bundles.h"
+#include "fakes/ScriptedBackgroundTaskPermissions.h"
 #include "platform/Machine.h"
-#include "platform/PropertyLists.h"
 #include "platform/ScriptEngine.h"
 #include "platform/UserDefaults.h"
 
@@ -21,15 +21,6 @@
 namespace quorvane {
 
 using namespace Qt::StringLiterals;
-
-/// One line for an argument list; an argument with a blank stands in quotes.
-inline QString commandLine(const QStringList& arguments) {
-    QStringList shown;
-    for (const QString& argument : arguments) {
-        shown.append(argument.contains(u' ') ? u'"' + argument + u'"' : argument);
-    }
-    return shown.join(u' ');
-}
 
 /// Answers commands from a table and writes them into a trace: "$ {command line}", with a "> " behind the "$" where the
 /// output is captured.
@@ -108,60 +99,6 @@ public:
     QString applicationSupportFolder() const override { return u"/Users/alex/Library/Application Support"_s; }
     QString temporaryFolder() const override { return u"/var/folders/zz/alex/T"_s; }
     quint32 userId() const override { return MemoryFileManager::kUser; }
-};
-
-/// Property lists by their paths, apart from the files: a test puts both where it needs both.
-class MemoryPropertyLists final : public PropertyLists {
-public:
-    std::optional<QVariantMap> dictionary(const QString& path) const override {
-        return lists.contains(path) ? std::optional(lists.value(path)) : std::nullopt;
-    }
-
-    QMap<QString, QVariantMap> lists;
-};
-
-/// Info dictionaries of bundles by their paths, and of installed applications by their identifiers.
-class MemoryBundles final : public Bundles {
-public:
-    std::optional<QVariantMap> infoDictionary(const QString& bundlePath) const override {
-        return byPath.contains(bundlePath) ? std::optional(byPath.value(bundlePath)) : std::nullopt;
-    }
-    std::optional<QVariantMap> infoDictionaryWithIdentifier(const QString& bundleIdentifier) const override {
-        return byIdentifier.contains(bundleIdentifier) ? std::optional(byIdentifier.value(bundleIdentifier))
-                                                       : std::nullopt;
-    }
-
-    QMap<QString, QVariantMap> byPath;
-    QMap<QString, QVariantMap> byIdentifier;
-};
-
-/// Writes what is asked of the library into the trace: "? open {path}", "? look up {symbol}", and for a call
-/// "? {symbol} {application} {label} {true|false}".
-class ScriptedBackgroundTaskPermissions final : public BackgroundTaskPermissions {
-public:
-    explicit ScriptedBackgroundTaskPermissions(QStringList& trace)
-        : m_trace(trace) {}
-
-    bool openLibrary(const QString& path) override {
-        m_trace.append(u"? open "_s + path);
-        return isLibraryThere;
-    }
-    SetUserAllowed entryPoint(const QString& symbol) override {
-        m_trace.append(u"? look up "_s + symbol);
-        if (!answers.contains(symbol)) {
-            return {};
-        }
-        return [this, symbol](const QString& application, const QString& label, bool isAllowed) {
-            m_trace.append(u"? "_s + commandLine({symbol, application, label, isAllowed ? u"true"_s : u"false"_s}));
-            return answers.value(symbol);
-        };
-    }
-
-    bool isLibraryThere = false;
-    QMap<QString, bool> answers; ///< what each entry point answers that the library has
-
-private:
-    QStringList& m_trace;
 };
 
 /// A SystemManager over scripted ports. `trace` holds commands, scripts and log lines in the order in which they came.

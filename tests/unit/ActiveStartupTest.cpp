@@ -1,0 +1,120 @@
+#include "startup/ActiveStartup.h"
+
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+
+namespace quorvane {
+namespace {
+
+using Kind = StartupItemKind;
+
+StartupItem item(Kind kind, const QString& name, const std::optional<QString>& launchIdentifier = std::nullopt) {
+    StartupItem made;
+    made.id = u"id:"_s + name;
+    made.name = name;
+    made.kind = kind;
+    made.launchIdentifier = launchIdentifier;
+    return made;
+}
+
+StartupReadings readingsOfLoginItems(const QList<LoginItem>& items) {
+    StartupReadings readings;
+    readings.loginItems = {items, true};
+    return readings;
+}
+
+BackgroundTaskItem record(const QString& label, const QString& disposition) {
+    BackgroundTaskItem made;
+    made.name = u"record"_s;
+    made.bundleIdentifier = label;
+    made.disposition = disposition;
+    return made;
+}
+
+TEST(ActiveStartup, aLoginAppOrAgentIsActiveWhileALoginItemHasItsExactName) {
+    const StartupReadings readings = readingsOfLoginItems({{u"Foo"_s, u"/Applications/Foo.app"_s, false}});
+    const ActiveStartup active(readings);
+    for (const Kind kind : {Kind::loginApp, Kind::backgroundAgent}) {
+        EXPECT_EQ(active.isActive(item(kind, u"Foo"_s)), std::optional(true));
+        EXPECT_EQ(active.isActive(item(kind, u"foo"_s)), std::optional(false));
+        EXPECT_EQ(active.isActive(item(kind, u"Bar"_s)), std::optional(false));
+    }
+}
+
+TEST(ActiveStartup, withoutTheLoginItemsNobodyCanTell) {
+    const StartupReadings readings;
+    const ActiveStartup active(readings);
+    EXPECT_FALSE(active.areLoginItemsKnown());
+    EXPECT_EQ(active.isActive(item(Kind::loginApp, u"Foo"_s)), std::nullopt);
+    EXPECT_EQ(active.isActive(item(Kind::backgroundAgent, u"Foo"_s)), std::nullopt);
+}
+
+TEST(ActiveStartup, aLaunchItemIsActiveWhileItsPlistLiesInALaunchFolder) {
+    StartupReadings readings;
+    readings.launchPlists = {u"com.a.plist"_s};
+    const ActiveStartup active(readings);
+    StartupItem agent = item(Kind::backgroundAgent, u"A"_s, u"com.a.plist"_s);
+    agent.id = u"launch:com.a.plist"_s;
+    for (const StartupItem& each :
+         {item(Kind::launchAgent, u"A"_s, u"com.a.plist"_s), item(Kind::launchDaemon, u"A"_s, u"com.a.plist"_s),
+          item(Kind::launchAgent, u"com.a.plist"_s), agent}) {
+        EXPECT_EQ(active.isActive(each), std::optional(true));
+    }
+    EXPECT_EQ(active.isActive(item(Kind::launchAgent, u"com.a.plist"_s, u"com.b.plist"_s)), std::optional(false));
+    EXPECT_EQ(active.isActive(item(Kind::launchDaemon, u"A"_s)), std::optional(false));
+}
+
+TEST(ActiveStartup, aBackgroundItemIsActiveWhileARecordWithItsLabelIsOn) {
+    StartupReadings readings;
+    const StartupItem known = item(Kind::backgroundLoginItem, u"A"_s, u"com.a"_s);
+    EXPECT_EQ(ActiveStartup(readings).isActive(known), std::nullopt);
+
+    readings.backgroundItems =
+        BackgroundTaskList({record(u"com.a"_s, u"[enabled, allowed]"_s), record(u"com.b"_s, u"[disabled, allowed]"_s)});
+    const ActiveStartup active(readings);
+    EXPECT_EQ(active.isActive(known), std::optional(true));
+    EXPECT_EQ(active.isActive(item(Kind::backgroundLoginItem, u"B"_s, u"com.b"_s)), std::optional(false));
+    EXPECT_EQ(active.isActive(item(Kind::backgroundLoginItem, u"C"_s, u"com.c"_s)), std::optional(false));
+    EXPECT_EQ(active.isActive(item(Kind::backgroundLoginItem, u"com.a"_s)), std::optional(false));
+}
+
+TEST(ActiveStartup, ofAnAddedApplicationNothingIsTold) {
+    const StartupReadings readings = readingsOfLoginItems({{u"Foo"_s, u"/Foo.app"_s, false}});
+    EXPECT_EQ(ActiveStartup(readings).isActive(item(Kind::addedApp, u"Foo"_s)), std::nullopt);
+}
+
+TEST(ActiveStartup, aPathIsCalledByItsLoginItemElseByItsLastComponent) {
+    const StartupReadings readings = readingsOfLoginItems({{u"Shown"_s, u"/Applications/Foo.app"_s, false}});
+    const ActiveStartup active(readings);
+    EXPECT_TRUE(active.hasLoginPath(u"/Applications/Foo.app"_s));
+    EXPECT_FALSE(active.hasLoginPath(u"/applications/foo.app"_s));
+    EXPECT_EQ(active.nameOfLoginPath(u"/Applications/Foo.app"_s), u"Shown"_s);
+    EXPECT_EQ(active.nameOfLoginPath(u"/Applications/My Bar.app"_s), u"My Bar"_s);
+}
+
+TEST(ActiveStartup, theNameInAPathHasNoExtension) {
+    struct Row {
+        QString path;
+        QString name;
+    };
+    const QList<Row> rows{
+        {u"/Applications/Foo.app"_s, u"Foo"_s},
+        {u"/Applications/Foo.app/"_s, u"Foo"_s},
+        {u"/Applications/Foo.app//"_s, u"Foo"_s},
+        {u"/Applications/Foo 2.1.app"_s, u"Foo 2.1"_s},
+        {u"/usr/bin/tool"_s, u"tool"_s},
+        {u"Foo.app"_s, u"Foo"_s},
+        {u"/x/.hidden"_s, u".hidden"_s},
+        {u"/x.y/z"_s, u"z"_s},
+        {u"/"_s, u""_s},
+        {u""_s, u""_s},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.path.toStdString());
+        EXPECT_EQ(nameInPath(row.path), row.name);
+    }
+}
+
+} // namespace
+} // namespace quorvane

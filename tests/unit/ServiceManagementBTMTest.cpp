@@ -1,0 +1,116 @@
+#include "startup/ServiceManagementBTM.h"
+
+#include "fakes/ScriptedBackgroundTaskPermissions.h"
+
+#include <gtest/gtest.h>
+
+namespace quorvane {
+namespace {
+
+using Outcome = ServiceManagementBTM::Outcome;
+
+const QString kOpen = u"? open /System/Library/Frameworks/ServiceManagement.framework/ServiceManagement\n"_s;
+const QString kLoginItem = u"SMLoginItemSetUserAllowed_4BTM"_s;
+const QString kLaunchdPlist = u"SMLaunchdPlistSetUserAllowed_4BTM"_s;
+const QString kLookUps = kOpen + u"? look up SMLoginItemSetUserAllowed_4BTM\n"
+                                 "? look up SMLaunchdPlistSetUserAllowed_4BTM\n"_s;
+
+class ServiceManagementBTMTest : public ::testing::Test {
+protected:
+    ServiceManagementBTMTest() { permissions.isLibraryThere = true; }
+
+    Outcome disallow() { return btm.disallowBackgroundItem(u"/Applications/My App.app"_s, u"com.x.helper"_s); }
+    QString takeTrace() {
+        QString lines;
+        for (const QString& line : std::exchange(trace, {})) {
+            lines += line + u'\n';
+        }
+        return lines;
+    }
+    static QString call(const QString& symbol) {
+        return u"? "_s + symbol + u" \"/Applications/My App.app\" com.x.helper false\n"_s;
+    }
+
+    QStringList trace;
+    ScriptedBackgroundTaskPermissions permissions{trace};
+    ServiceManagementBTM btm{permissions};
+};
+
+TEST_F(ServiceManagementBTMTest, theLoginItemsEntryPointIsAskedFirstAndSuffices) {
+    permissions.answers = {{kLoginItem, true}, {kLaunchdPlist, true}};
+    EXPECT_EQ(disallow(), Outcome::Succeeded);
+    EXPECT_EQ(takeTrace(), kLookUps + call(kLoginItem));
+}
+
+TEST_F(ServiceManagementBTMTest, thePlistsEntryPointIsAskedWhenTheFirstRefuses) {
+    permissions.answers = {{kLoginItem, false}, {kLaunchdPlist, true}};
+    EXPECT_EQ(disallow(), Outcome::Succeeded);
+    EXPECT_EQ(takeTrace(), kLookUps + call(kLoginItem) + call(kLaunchdPlist));
+}
+
+TEST_F(ServiceManagementBTMTest, itFailsWhenBothRefuse) {
+    permissions.answers = {{kLoginItem, false}, {kLaunchdPlist, false}};
+    EXPECT_EQ(disallow(), Outcome::Failed);
+    EXPECT_EQ(takeTrace(), kLookUps + call(kLoginItem) + call(kLaunchdPlist));
+}
+
+TEST_F(ServiceManagementBTMTest, withTheLoginItemsEntryPointAloneItsAnswerCounts) {
+    permissions.answers = {{kLoginItem, false}};
+    EXPECT_EQ(disallow(), Outcome::Failed);
+    EXPECT_EQ(takeTrace(), kLookUps + call(kLoginItem));
+    permissions.answers = {{kLoginItem, true}};
+    EXPECT_EQ(disallow(), Outcome::Succeeded);
+}
+
+TEST_F(ServiceManagementBTMTest, withThePlistsEntryPointAloneItsAnswerCounts) {
+    permissions.answers = {{kLaunchdPlist, true}};
+    EXPECT_EQ(disallow(), Outcome::Succeeded);
+    EXPECT_EQ(takeTrace(), kLookUps + call(kLaunchdPlist));
+    permissions.answers = {{kLaunchdPlist, false}};
+    EXPECT_EQ(disallow(), Outcome::Failed);
+}
+
+TEST_F(ServiceManagementBTMTest, withoutEntryPointsItIsUnavailable) {
+    EXPECT_EQ(disallow(), Outcome::Unavailable);
+    EXPECT_EQ(takeTrace(), kLookUps);
+}
+
+TEST_F(ServiceManagementBTMTest, withoutTheLibraryNothingIsLookedUp) {
+    permissions.isLibraryThere = false;
+    permissions.answers = {{kLoginItem, true}, {kLaunchdPlist, true}};
+    EXPECT_EQ(disallow(), Outcome::Unavailable);
+    EXPECT_EQ(takeTrace(), kOpen);
+}
+
+TEST_F(ServiceManagementBTMTest, theEntryPointsAreLookedUpOnce) {
+    permissions.answers = {{kLoginItem, true}};
+    disallow();
+    takeTrace();
+    EXPECT_EQ(btm.disallowBackgroundItem(u"/A.app"_s, u"second"_s), Outcome::Succeeded);
+    EXPECT_EQ(takeTrace(), u"? SMLoginItemSetUserAllowed_4BTM /A.app second false\n"_s);
+}
+
+TEST_F(ServiceManagementBTMTest, aFailedLookUpIsNotTriedAgain) {
+    permissions.isLibraryThere = false;
+    disallow();
+    takeTrace();
+    permissions.isLibraryThere = true;
+    permissions.answers = {{kLoginItem, true}, {kLaunchdPlist, true}};
+    EXPECT_EQ(disallow(), Outcome::Unavailable);
+    EXPECT_EQ(takeTrace(), QString());
+}
+
+TEST_F(ServiceManagementBTMTest, missingEntryPointsAreNotLookedForAgain) {
+    disallow();
+    takeTrace();
+    permissions.answers = {{kLoginItem, true}, {kLaunchdPlist, true}};
+    EXPECT_EQ(disallow(), Outcome::Unavailable);
+    EXPECT_EQ(takeTrace(), QString());
+}
+
+TEST_F(ServiceManagementBTMTest, nothingIsLookedUpBeforeTheFirstCall) {
+    EXPECT_EQ(takeTrace(), QString());
+}
+
+} // namespace
+} // namespace quorvane

@@ -1,0 +1,127 @@
+#include "startup/StartupChangePreview.h"
+
+#include "startup/ActiveStartup.h"
+
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+
+namespace quorvane {
+namespace {
+
+using Kind = StartupItemKind;
+using Service = CloudSyncService;
+
+StartupItem item(Kind kind, const QString& name, bool runs = false,
+                 const std::optional<QString>& launchIdentifier = std::nullopt) {
+    StartupItem made;
+    made.id = u"id:"_s + name;
+    made.name = name;
+    made.kind = kind;
+    made.runsAtStartup = runs;
+    made.launchIdentifier = launchIdentifier;
+    return made;
+}
+
+StartupItem added(const QString& name, const QString& path, bool hidden = false) {
+    return StartupItem::fromLaunchItem({name, path, hidden});
+}
+
+QStringList namesOf(const QList<StartupItem>& items) {
+    QStringList names;
+    for (const StartupItem& each : items) {
+        names.append(each.name);
+    }
+    return names;
+}
+
+class StartupChangePreviewTest : public ::testing::Test {
+protected:
+    StartupChangePreviewTest() { readings.loginItems.wasRead = true; }
+
+    StartupChangePreview preview() const { return startupChangePreview(configuration, readings); }
+    void addLoginItem(const QString& name, const QString& path) {
+        readings.loginItems.items.append({name, path, false});
+    }
+
+    StartupConfiguration configuration;
+    StartupReadings readings;
+};
+
+TEST_F(StartupChangePreviewTest, anEmptyConfigurationChangesNothing) {
+    addLoginItem(u"Foo"_s, u"/Foo.app"_s);
+    readings.discovered = {item(Kind::loginApp, u"Foo"_s, true)};
+    EXPECT_EQ(preview(), StartupChangePreview());
+}
+
+TEST_F(StartupChangePreviewTest, whatIsSwitchedOffAndStillActiveWillBeDisabled) {
+    addLoginItem(u"zed"_s, u"/z"_s);
+    addLoginItem(u"Alpha"_s, u"/a"_s);
+    addLoginItem(u"Runs"_s, u"/r"_s);
+    readings.launchPlists = {u"com.m.plist"_s};
+    readings.backgroundItems = BackgroundTaskList({{u"B"_s, u"com.b"_s, {}, {}, u"[enabled]"_s, {}, {}, {}},
+                                                   {u"Off"_s, u"com.off"_s, {}, {}, u"[disabled]"_s, {}, {}, {}}});
+    configuration.items = {item(Kind::loginApp, u"zed"_s),
+                           item(Kind::loginApp, u"Gone"_s),
+                           item(Kind::loginApp, u"Runs"_s, true),
+                           item(Kind::backgroundAgent, u"Alpha"_s),
+                           item(Kind::launchDaemon, u"mid"_s, false, u"com.m.plist"_s),
+                           item(Kind::launchAgent, u"moved"_s, false, u"com.n.plist"_s),
+                           item(Kind::backgroundLoginItem, u"Bee"_s, false, u"com.b"_s),
+                           item(Kind::backgroundLoginItem, u"Off"_s, false, u"com.off"_s)};
+    EXPECT_EQ(namesOf(preview().willDisable), (QStringList{u"Alpha"_s, u"Bee"_s, u"mid"_s, u"zed"_s}));
+}
+
+TEST_F(StartupChangePreviewTest, whatCantBeToldStaysInTheList) {
+    readings.loginItems.wasRead = false;
+    configuration.items = {item(Kind::loginApp, u"login"_s),
+                           item(Kind::backgroundLoginItem, u"background"_s, false, u"com.b"_s),
+                           item(Kind::launchAgent, u"launch"_s, false, u"com.n.plist"_s)};
+    EXPECT_EQ(namesOf(preview().willDisable), (QStringList{u"background"_s, u"login"_s}));
+}
+
+TEST_F(StartupChangePreviewTest, activeItemsOfADisabledServiceWillBeDisabledOnce) {
+    addLoginItem(u"Dropbox"_s, u"/Applications/Dropbox.app"_s);
+    addLoginItem(u"MEGAsync"_s, u"/Applications/MEGAsync.app"_s);
+    configuration.disabledCloudSyncAtStartup = {Service::dropbox};
+    configuration.items = {item(Kind::loginApp, u"Dropbox"_s)};
+    readings.discovered = {item(Kind::loginApp, u"Dropbox"_s, true), item(Kind::loginApp, u"MEGAsync"_s, true),
+                           item(Kind::launchAgent, u"Dropbox Gone"_s, true, u"com.dropbox.plist"_s)};
+    EXPECT_EQ(namesOf(preview().willDisable), QStringList(u"Dropbox"_s));
+    configuration.items.clear();
+    EXPECT_EQ(preview().willDisable, QList<StartupItem>{readings.discovered.first()});
+}
+
+TEST_F(StartupChangePreviewTest, anAddedApplicationWillBeAddedUnlessItsPathIsALoginItem) {
+    addLoginItem(u"Renamed"_s, u"/Applications/There.app"_s);
+    addLoginItem(u"New"_s, u"/elsewhere"_s);
+    configuration.items = {added(u"new"_s, u"/Applications/New.app"_s, true),
+                           added(u"Another"_s, u"/Applications/Another.app"_s),
+                           added(u"There"_s, u"/Applications/There.app"_s)};
+    EXPECT_EQ(preview().willAdd, (QList<StartupLaunchItem>{{u"Another"_s, u"/Applications/Another.app"_s, false},
+                                                           {u"new"_s, u"/Applications/New.app"_s, true}}));
+}
+
+TEST_F(StartupChangePreviewTest, aManagedApplicationThatIsNoLongerConfiguredWillBeRemoved) {
+    addLoginItem(u"shown"_s, u"/Applications/Old.app"_s);
+    addLoginItem(u"Another"_s, u"/Applications/A.app"_s);
+    addLoginItem(u"Kept"_s, u"/Applications/Kept.app"_s);
+    addLoginItem(u"User's"_s, u"/Applications/User.app"_s);
+    readings.managedPaths = {u"/Applications/Old.app"_s, u"/Applications/A.app"_s, u"/Applications/Kept.app"_s,
+                             u"/Applications/Gone.app"_s};
+    configuration.items = {added(u"Kept"_s, u"/Applications/Kept.app"_s)};
+    EXPECT_EQ(preview().willRemove, (QList<StartupLaunchItem>{{u"Another"_s, u"/Applications/A.app"_s, false},
+                                                              {u"shown"_s, u"/Applications/Old.app"_s, false}}));
+}
+
+TEST_F(StartupChangePreviewTest, theNetworkAndTheServicesAreThoseOfTheConfiguration) {
+    configuration.disableNetworkAtStartup = true;
+    configuration.disabledCloudSyncAtStartup = {Service::pCloud, Service::iCloudDrive, Service::dropbox, Service::mega};
+    EXPECT_TRUE(preview().disableNetwork);
+    EXPECT_EQ(preview().disabledCloudSync,
+              (QList<Service>{Service::dropbox, Service::iCloudDrive, Service::mega, Service::pCloud}));
+    EXPECT_EQ(preview().willDisable, QList<StartupItem>());
+}
+
+} // namespace
+} // namespace quorvane
