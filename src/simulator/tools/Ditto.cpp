@@ -40,6 +40,13 @@ QStringList contentsOf(const Volume& volume, const QString& folder) {
     return found;
 }
 
+/// Root's copy belongs to the owner of the original, anybody else's to who makes it.
+void keepOwner(const Volume& volume, const QString& from, const QString& to) {
+    if (volume.actor() == Actor::Root) {
+        volume.setOwner(to, volume.owner(from));
+    }
+}
+
 /// A file replaces what stands at its place and doesn't write through a link there.
 void copyFile(const Volume& volume, const QString& from, const QString& to) {
     const QByteArray bytes = volume.read(from);
@@ -47,6 +54,7 @@ void copyFile(const Volume& volume, const QString& from, const QString& to) {
         volume.remove(to);
     }
     volume.write(to, bytes);
+    keepOwner(volume, from, to);
 }
 
 void copyLink(const Volume& volume, const QString& from, const QString& to) {
@@ -61,6 +69,7 @@ void copyEntry(const Volume& volume, const QString& from, const QString& to) {
     switch (volume.kind(from)) {
     case Volume::Kind::Folder:
         volume.createFolders(to);
+        keepOwner(volume, from, to);
         break;
     case Volume::Kind::Link:
         copyLink(volume, from, to);
@@ -84,6 +93,7 @@ int mergeFolder(ToolContext& context, const QString& from, const QString& to) {
     int status = 0;
     const QStringList contents = contentsOf(context.volume, from);
     context.volume.createFolders(to);
+    keepOwner(context.volume, from, to);
     for (const QString& path : contents) {
         try {
             copyEntry(context.volume, below(from, path), below(to, path));
