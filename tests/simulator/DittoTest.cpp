@@ -92,6 +92,7 @@ TEST_F(Ditto, whatTheUserMayNotWriteIsToldAndRootMay) {
     EXPECT_FALSE(disk().exists(u"/Library/X"_s));
     EXPECT_EQ(run({u"/Users/alex/X"_s, u"/Library/X"_s}, Actor::Root), kSilent);
     EXPECT_EQ(disk().read(u"/Library/X/a"_s), "bytes");
+    EXPECT_EQ(disk().owner(u"/Library/X/a"_s), Actor::User) << "root's copy keeps the owner";
 }
 
 TEST_F(Ditto, aFileAtTheTargetOfAFolderIsKept) {
