@@ -11,6 +11,7 @@
 #include <QCoroTask>
 
 #include <algorithm>
+#include <utility>
 
 namespace quorvane {
 
@@ -31,7 +32,7 @@ QCoro::Task<QList<LoginItem>> SystemManager::rawLoginItems() {
 
 QCoro::Task<LoginItemList> SystemManager::loginItems() {
     if (m_rawLoginItemsCache) {
-        co_return *m_rawLoginItemsCache;
+        co_return std::as_const(*m_rawLoginItemsCache); // a lasting value that isn't const would be moved out
     }
     const quint64 age = m_loginItemsAge;
     const LoginItemList list = co_await readLoginItemsFromSystemEvents();

@@ -11,7 +11,7 @@
 #include <QPromise>
 
 #include <functional>
-#include <memory>
+#include <utility>
 
 namespace quorvane {
 
@@ -53,7 +53,7 @@ QCoro::Task<QList<StartupItem>> SystemManager::discoverStartupItems(StartupRefre
         invalidateStartupCaches();
     }
     if (m_discoveredStartupItemsCache) {
-        co_return *m_discoveredStartupItemsCache;
+        co_return std::as_const(*m_discoveredStartupItemsCache); // one that isn't const would be moved out
     }
     if (m_startupDiscoveryTask) {
         const QFuture<QList<StartupItem>> running = *m_startupDiscoveryTask;
