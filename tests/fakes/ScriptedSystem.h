@@ -12,11 +12,15 @@
 
 #include <QCoroTask>
 #include <QMap>
+#include <QPromise>
 #include <QVariant>
 
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <optional>
+#include <utility>
+#include <vector>
 
 namespace quorvane {
 
@@ -40,10 +44,30 @@ public:
 
     QFuture<CommandOutcome> run(QStringList arguments, OutputCapture capture) override {
         const QString line = commandLine(arguments);
-        m_trace.append((capture == OutputCapture::Capture ? u"$> "_s : u"$ "_s) + line);
-        return QtFuture::makeReadyFuture(m_answers.value(line, succeeded({})));
+        const std::optional<Response> response = respond ? respond(arguments) : std::nullopt;
+        m_trace.append((capture == OutputCapture::Capture ? u"$> "_s : u"$ "_s) + (response ? response->shown : line));
+        const CommandOutcome outcome = response ? response->outcome : m_answers.value(line, succeeded({}));
+        return m_isHolding ? heldBack(outcome) : QtFuture::makeReadyFuture(outcome);
     }
     void shutDown() override {}
+
+    /// The answer of something that knows a command better than a table can, and how the trace shows it.
+    struct Response {
+        QString shown;
+        CommandOutcome outcome;
+    };
+    /// Asked before the table is.
+    std::function<std::optional<Response>(const QStringList& arguments)> respond;
+
+    /// From now on commands run on until they are released.
+    void hold() { m_isHolding = true; }
+    void release() {
+        m_isHolding = false;
+        for (auto& [promise, outcome] : std::exchange(m_held, {})) {
+            promise.addResult(outcome);
+            promise.finish();
+        }
+    }
 
     /// Every other command succeeds without output.
     void answer(const QString& line, const CommandOutcome& outcome) { m_answers.insert(line, outcome); }
@@ -63,8 +87,16 @@ public:
     }
 
 private:
+    QFuture<CommandOutcome> heldBack(const CommandOutcome& outcome) {
+        auto& [promise, kept] = m_held.emplace_back(QPromise<CommandOutcome>(), outcome);
+        promise.start();
+        return promise.future();
+    }
+
     QStringList& m_trace;
     QMap<QString, CommandOutcome> m_answers;
+    bool m_isHolding = false;
+    std::vector<std::pair<QPromise<CommandOutcome>, CommandOutcome>> m_held;
 };
 
 /// Answers scripts in turn and writes their sources into the trace: "& {source}".
