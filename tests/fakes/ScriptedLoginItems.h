@@ -19,7 +19,8 @@ namespace quorvane {
 /// A script that differs in a single character isn't known; it stands in the trace as it is.
 class ScriptedLoginItems {
 public:
-    explicit ScriptedLoginItems(ScriptedCommandLauncher& commands) {
+    ScriptedLoginItems(ScriptedCommandLauncher& commands, QStringList& trace)
+        : m_trace(trace) {
         commands.respond = [this](const QStringList& arguments) { return response(arguments); };
     }
 
@@ -64,7 +65,11 @@ public:
     }
 
 private:
-    using Response = ScriptedCommandLauncher::Response;
+    /// What a script asks for, and what System Events prints.
+    struct Reply {
+        QString purpose;
+        QByteArray output;
+    };
 
     inline static const QString kDeletionStart = u"tell application \"System Events\"\n"
                                                  "    try\n"
@@ -97,48 +102,46 @@ private:
                                                "    end try\n"
                                                "end tell"_s;
 
-    std::optional<Response> response(const QStringList& arguments) {
+    std::optional<CommandOutcome> response(const QStringList& arguments) {
         if (arguments.size() != 3 || arguments.at(0) != u"/usr/bin/osascript" || arguments.at(1) != u"-e") {
             return std::nullopt;
         }
-        std::optional<Response> found = answered(arguments.at(2));
-        if (found) {
-            found->shown.prepend(u"System Events: "_s);
-            if (!denial.isEmpty()) {
-                found->outcome.code = 1;
-                found->outcome.standardOutput.clear();
-                found->outcome.standardError = denial;
-            }
+        const std::optional<Reply> found = reply(arguments.at(2));
+        if (!found) {
+            return std::nullopt;
         }
-        return found;
+        m_trace.last() = u"$> System Events: "_s + found->purpose;
+        CommandOutcome outcome = ScriptedCommandLauncher::succeeded(found->output);
+        if (!denial.isEmpty()) {
+            outcome.code = 1;
+            outcome.standardOutput.clear();
+            outcome.standardError = denial;
+        }
+        return outcome;
     }
 
-    std::optional<Response> answered(const QString& script) {
+    std::optional<Reply> reply(const QString& script) {
         if (script == listScript()) {
-            return printed(u"list"_s, listing.isEmpty() ? listed() : listing);
+            return Reply{u"list"_s, listing.isEmpty() ? listed() : listing};
         }
         if (script == u"tell application \"System Events\" to return 0"_s) {
-            return printed(u"probe"_s, "0\n");
+            return Reply{u"probe"_s, "0\n"};
         }
         for (const QString& property : {u"name"_s, u"path"_s}) {
             const QString literal = literalIn(script, property);
             if (!literal.isEmpty() && script == deletionScript(property, literal)) {
-                return printed(u"delete where %1 is %2"_s.arg(property, unescaped(literal)),
-                               deleted(property, unescaped(literal)));
+                return Reply{u"delete where %1 is %2"_s.arg(property, unescaped(literal)),
+                             deleted(property, unescaped(literal))};
             }
         }
         const QString literal = literalIn(script, u"path"_s);
         for (const bool isHidden : {false, true}) {
             if (!literal.isEmpty() && script == additionScript(literal, isHidden)) {
-                return printed(u"add %1 hidden:%2"_s.arg(unescaped(literal), isHidden ? u"true"_s : u"false"_s),
-                               added(unescaped(literal), isHidden));
+                return Reply{u"add %1 hidden:%2"_s.arg(unescaped(literal), isHidden ? u"true"_s : u"false"_s),
+                             added(unescaped(literal), isHidden)};
             }
         }
         return std::nullopt;
-    }
-
-    static Response printed(const QString& shown, const QByteArray& output) {
-        return {shown, ScriptedCommandLauncher::succeeded(output)};
     }
 
     /// What stands between the quotes behind the comparison, up to the first quote that no backslash escapes.
@@ -205,12 +208,14 @@ private:
         items.append({name.endsWith(u".app"_s) ? name.chopped(4) : name, path, isHidden});
         return "ok\n";
     }
+
+    QStringList& m_trace;
 };
 
 /// A SystemManager over scripted ports, with login items.
 class ScriptedStartup : public ScriptedSystem {
 protected:
-    ScriptedLoginItems loginItems{commands};
+    ScriptedLoginItems loginItems{commands, trace};
 };
 
 } // namespace quorvane

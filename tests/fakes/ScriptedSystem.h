@@ -44,20 +44,12 @@ public:
 
     QFuture<CommandOutcome> run(QStringList arguments, OutputCapture capture) override {
         const QString line = commandLine(arguments);
-        const std::optional<Response> response = respond ? respond(arguments) : std::nullopt;
-        m_trace.append((capture == OutputCapture::Capture ? u"$> "_s : u"$ "_s) + (response ? response->shown : line));
-        const CommandOutcome outcome = response ? response->outcome : m_answers.value(line, succeeded({}));
+        m_trace.append((capture == OutputCapture::Capture ? u"$> "_s : u"$ "_s) + line);
+        const std::optional<CommandOutcome> answer = respond ? respond(arguments) : std::nullopt;
+        const CommandOutcome outcome = answer.value_or(m_answers.value(line, succeeded({})));
         return m_isHolding ? heldBack(outcome) : QtFuture::makeReadyFuture(outcome);
     }
     void shutDown() override {}
-
-    /// The answer of something that knows a command better than a table can, and how the trace shows it.
-    struct Response {
-        QString shown;
-        CommandOutcome outcome;
-    };
-    /// Asked before the table is.
-    std::function<std::optional<Response>(const QStringList& arguments)> respond;
 
     /// From now on commands run on until they are released.
     void hold() { m_isHolding = true; }
@@ -78,6 +70,9 @@ public:
         outcome.standardError = error;
         answer(line, outcome);
     }
+
+    /// Asked before the table: for commands that change something or whose answers change. None leaves it to the table.
+    std::function<std::optional<CommandOutcome>(const QStringList& arguments)> respond;
 
     static CommandOutcome succeeded(const QByteArray& output) {
         CommandOutcome outcome;
@@ -109,12 +104,17 @@ public:
         m_trace.append(u"& "_s + source);
         const ScriptOutcome outcome =
             m_outcomes.isEmpty() ? ScriptOutcome{QString(), std::nullopt} : m_outcomes.takeFirst();
+        if (outcome.result && carryOut) {
+            carryOut(source);
+        }
         return QtFuture::makeReadyFuture(outcome);
     }
     void shutDown() override {}
 
     /// Once there is nothing left, every script succeeds with an empty result.
     void answerNext(const ScriptOutcome& outcome) { m_outcomes.append(outcome); }
+    /// Does what a script does that succeeds.
+    std::function<void(const QString& source)> carryOut;
     void failNext(const QString& message) { answerNext({std::nullopt, message}); }
 
 private:

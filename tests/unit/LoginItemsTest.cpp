@@ -201,14 +201,14 @@ TEST_F(LoginItems, areDisabledInTheOrderOfTheSystemAndWrittenDown) {
     EXPECT_EQ(loginItems.names(), QStringList(u"Stays"_s));
     EXPECT_EQ(files.read(kRecord), R"([
   {
-    "hidden": "true",
     "name": "Zoom",
-    "path": "/Applications/zoom.us.app"
+    "path": "/Applications/zoom.us.app",
+    "hidden": "true"
   },
   {
-    "hidden": "false",
     "name": "Dropbox",
-    "path": "/Applications/Dropbox.app"
+    "path": "/Applications/Dropbox.app",
+    "hidden": "false"
   }
 ])");
 }

@@ -1,6 +1,5 @@
+#include "fakes/ProfileStore.h"
 #include "fakes/ScriptedLoginItems.h"
-
-#include "profiles/ProfileManager.h"
 
 namespace quorvane {
 
@@ -87,14 +86,12 @@ TEST_F(StartupApps, aForgottenPathGoesWithAllItsOccurrences) {
 TEST_F(StartupApps, whatSavedProfilesOpenIsReadAfresh) {
     EXPECT_EQ(system.profileStartupAppPaths(), QSet<QString>());
     ProfileManager profiles(files, profilesDirectory(machine));
-    for (const auto& [name, applications] :
-         {std::pair{u"A"_s, QList{kLive, kMixer}}, std::pair{u"B"_s, QList{kLive}}}) {
-        UnifiedProfile profile;
-        profile.id = QUuid::createUuid();
-        profile.name = name;
-        profile.startup = opening(applications);
-        profiles.saveProfile(profile);
-    }
+    UnifiedProfile first = numberedProfile(1, u"A"_s);
+    first.startup = opening({kLive, kMixer});
+    UnifiedProfile second = numberedProfile(2, u"B"_s);
+    second.startup = opening({kLive});
+    profiles.saveProfile(first);
+    profiles.saveProfile(second);
     EXPECT_EQ(system.profileStartupAppPaths(), (QSet<QString>{kLive.path, kMixer.path}));
     EXPECT_TRUE(trace.isEmpty());
 }
@@ -177,6 +174,18 @@ TEST_F(StartupApps, anotherItemOfTheNameIsSpared) {
                            "$> System Events: list\n"
                            "  [APPLIED] Removed startup app from login items: Live\n"_s);
     EXPECT_EQ(loginItems.names(), QStringList(u"live"_s));
+}
+
+TEST_F(StartupApps, anItemThatSystemEventsTakesForTheSamePathIsSpared) {
+    loginItems.items = {{u"Other"_s, u"/applications/live.app"_s, false}};
+    manage({kLive.path});
+    EXPECT_TRUE(remove());
+    EXPECT_EQ(takeTrace(), u"  [ACTION] Removing 1 Quorvane-managed startup app(s)...\n"
+                           "$> System Events: list\n"
+                           "$> System Events: delete where name is Live\n"
+                           "$> System Events: list\n"
+                           "  [APPLIED] Removed startup app from login items: Live\n"_s);
+    EXPECT_EQ(loginItems.names(), QStringList(u"Other"_s));
 }
 
 TEST_F(StartupApps, audioSoftwareGoesOnlyWhenTheProgramHasAddedIt) {
