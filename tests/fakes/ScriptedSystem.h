@@ -53,6 +53,8 @@ public:
 
     /// From now on commands run on until they are released.
     void hold() { m_isHolding = true; }
+    /// Those that come from now on end at once; those that run, run on.
+    void holdNoFurther() { m_isHolding = false; }
     void release() {
         m_isHolding = false;
         for (auto& [promise, outcome] : std::exchange(m_held, {})) {
