@@ -112,10 +112,10 @@ QString launchItemDisplayName(const QString& plistPath, const QString& fileName,
 }
 
 std::optional<QString> enclosingApplication(const QString& path) {
-    std::optional<QString> outermost;
-    std::optional<QString> installed;
+    QStringView outermost;
+    QStringView installed;
     for (qsizetype end = path.size(); end > 0; end = path.lastIndexOf(u'/', end - 1)) {
-        const QString folder = path.left(end);
+        const QStringView folder = QStringView(path).left(end);
         if (!folder.endsWith(u".app"_s)) {
             continue;
         }
@@ -124,7 +124,8 @@ std::optional<QString> enclosingApplication(const QString& path) {
             installed = folder; // each further one is shorter
         }
     }
-    return installed ? installed : outermost;
+    const QStringView found = installed.isEmpty() ? outermost : installed;
+    return found.isEmpty() ? std::nullopt : std::optional(found.toString());
 }
 
 std::optional<QString> friendlyBundleName(const QString& bundlePath, const Bundles& bundles) {

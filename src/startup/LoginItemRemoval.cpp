@@ -58,7 +58,7 @@ NamedLoginItems namedLoginItems(const QList<LoginItem>& items, const QStringList
     QStringList leftover;
     for (const QString& name : names) {
         if (!found.contains(name)) {
-            found.insert(name);
+            found.insert(name); // a name that was given twice is left over once
             leftover.append(name);
         }
     }

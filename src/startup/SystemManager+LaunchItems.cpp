@@ -16,6 +16,18 @@ namespace {
 
 const QString kLaunchctl = u"/bin/launchctl"_s;
 
+/// What the log says of an item that stays although it was asked to go; empty when it may go.
+QString lineOfHeldBackItem(const QString& label, const QSet<QString>& excludedIds) {
+    if (isExcludedName(label)) {
+        return u"  [SKIPPED] Protected launch item: "_s + label;
+    }
+    const bool isExcluded = excludedIds.contains(launchItemId(label)) || excludedIds.contains(label);
+    if (isExcluded && looksLikeBackgroundAgent(label)) {
+        return u"  [SKIPPED] Excluded App Background Activity launch item: "_s + label;
+    }
+    return {};
+}
+
 } // namespace
 
 /// A plist that only root can move.
@@ -43,13 +55,9 @@ QCoro::Task<bool> SystemManager::disableLaunchItems(QStringList labels, QSet<QSt
     bool succeeded = true;
     QList<SystemLaunchPlist> systemPlists;
     for (const QString& label : labels) {
-        if (isExcludedName(label)) {
-            log(u"  [SKIPPED] Protected launch item: "_s + label);
-            continue;
-        }
-        if (looksLikeBackgroundAgent(label) &&
-            (excludedIds.contains(launchItemId(label)) || excludedIds.contains(label))) {
-            log(u"  [SKIPPED] Excluded App Background Activity launch item: "_s + label);
+        const QString heldBack = lineOfHeldBackItem(label, excludedIds);
+        if (!heldBack.isEmpty()) {
+            log(heldBack);
             continue;
         }
         const LaunchPlistPlaces places = placesOfLaunchPlist(label);

@@ -144,7 +144,10 @@ QCoro::Task<bool> SystemManager::removeLeftoverLoginItems(QStringList names, QSe
             missing.insert(name);
         }
     }
-    co_return missing.isEmpty() || co_await areLoginItemsGone(missing);
+    if (missing.isEmpty()) {
+        co_return true; // apart from the line below: g++ 12 awaits the right side of a co_return's "||" in every case
+    }
+    co_return co_await areLoginItemsGone(missing);
 }
 
 /// Asks the system anew: an item that isn't there needs no removal, but one that nobody may see could be there.

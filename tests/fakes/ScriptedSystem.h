@@ -12,11 +12,15 @@
 
 #include <QCoroTask>
 #include <QMap>
+#include <QPromise>
 #include <QVariant>
 
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <optional>
+#include <utility>
+#include <vector>
 
 namespace quorvane {
 
@@ -32,9 +36,23 @@ public:
     QFuture<CommandOutcome> run(QStringList arguments, OutputCapture capture) override {
         const QString line = commandLine(arguments);
         m_trace.append((capture == OutputCapture::Capture ? u"$> "_s : u"$ "_s) + line);
-        return QtFuture::makeReadyFuture(m_answers.value(line, succeeded({})));
+        const std::optional<CommandOutcome> answer = respond ? respond(arguments) : std::nullopt;
+        const CommandOutcome outcome = answer.value_or(m_answers.value(line, succeeded({})));
+        return m_isHolding ? heldBack(outcome) : QtFuture::makeReadyFuture(outcome);
     }
     void shutDown() override {}
+
+    /// From now on commands run on until they are released.
+    void hold() { m_isHolding = true; }
+    /// Those that come from now on end at once; those that run, run on.
+    void holdNoFurther() { m_isHolding = false; }
+    void release() {
+        m_isHolding = false;
+        for (auto& [promise, outcome] : std::exchange(m_held, {})) {
+            promise.addResult(outcome);
+            promise.finish();
+        }
+    }
 
     /// Every other command succeeds without output.
     void answer(const QString& line, const CommandOutcome& outcome) { m_answers.insert(line, outcome); }
@@ -46,6 +64,9 @@ public:
         answer(line, outcome);
     }
 
+    /// Asked before the table: for commands that change something or whose answers change. None leaves it to the table.
+    std::function<std::optional<CommandOutcome>(const QStringList& arguments)> respond;
+
     static CommandOutcome succeeded(const QByteArray& output) {
         CommandOutcome outcome;
         outcome.ending = CommandOutcome::Ending::Exited;
@@ -54,8 +75,16 @@ public:
     }
 
 private:
+    QFuture<CommandOutcome> heldBack(const CommandOutcome& outcome) {
+        auto& [promise, kept] = m_held.emplace_back(QPromise<CommandOutcome>(), outcome);
+        promise.start();
+        return promise.future();
+    }
+
     QStringList& m_trace;
     QMap<QString, CommandOutcome> m_answers;
+    bool m_isHolding = false;
+    std::vector<std::pair<QPromise<CommandOutcome>, CommandOutcome>> m_held;
 };
 
 /// Answers scripts in turn and writes their sources into the trace: "& {source}".
@@ -68,12 +97,17 @@ public:
         m_trace.append(u"& "_s + source);
         const ScriptOutcome outcome =
             m_outcomes.isEmpty() ? ScriptOutcome{QString(), std::nullopt} : m_outcomes.takeFirst();
+        if (outcome.result && carryOut) {
+            carryOut(source);
+        }
         return QtFuture::makeReadyFuture(outcome);
     }
     void shutDown() override {}
 
     /// Once there is nothing left, every script succeeds with an empty result.
     void answerNext(const ScriptOutcome& outcome) { m_outcomes.append(outcome); }
+    /// Does what a script does that succeeds.
+    std::function<void(const QString& source)> carryOut;
     void failNext(const QString& message) { answerNext({std::nullopt, message}); }
 
 private:

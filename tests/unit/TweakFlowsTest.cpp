@@ -1,4 +1,4 @@
-#include "fakes/ScriptedSystem.h"
+#include "fakes/ScriptedLoginItems.h"
 
 namespace quorvane {
 
@@ -30,13 +30,57 @@ void answerAsApplied(ScriptedCommandLauncher& commands) {
 const QString kPromptedRun = u"with prompt \"Quorvane needs your administrator password to make these system changes. "
                              "Use Touch ID when prompted.\" with administrator privileges\n"_s;
 
-class TweakFlows : public ScriptedSystem {
+const LoginItem kZoom{u"zoom"_s, u"/Applications/zoom.us.app"_s, false};
+const LoginItem kMail{u"Mail"_s, u"/Applications/Mail.app"_s, false};
+const CleanReboot kKeepMail{{u"Mail"_s}, StartupConfiguration(), {}};
+
+const QString kCleanRebootSteps =
+    u"$ /usr/bin/defaults write com.apple.loginwindow TALLogoutSavesState -bool false\n"
+    "$ /usr/bin/defaults write com.apple.loginwindow LoginwindowLaunchesRelaunchApps -bool false\n"
+    "$ /usr/bin/defaults write NSGlobalDomain NSQuitAlwaysKeepsWindows -bool false\n"
+    "  [APPLIED] Disabled app and window restoration on reboot.\n"
+    "$> System Events: list\n"
+    "  [ACTION] Removing 1 login item(s) not in permitted startup list...\n"
+    "$> System Events: delete where name is zoom\n"
+    "  [APPLIED] Removed login item: zoom\n"_s;
+const QString kDisableUpdater = u"$> /bin/launchctl bootout gui/501/com.up\n"
+                                "$> /bin/launchctl disable gui/501/com.up\n"_s;
+const QString kCleanRebootReadings = u"$> /usr/bin/defaults read com.apple.loginwindow TALLogoutSavesState\n"
+                                     "$> /usr/bin/defaults read com.apple.loginwindow LoginwindowLaunchesRelaunchApps\n"
+                                     "$> /usr/bin/defaults read NSGlobalDomain NSQuitAlwaysKeepsWindows\n"
+                                     "$> System Events: list\n"
+                                     "\n[VERIFY] Performance tweaks\n"_s;
+const QString kCleanRebootChecks = u"  [OK] Clean Reboot — app restoration disabled\n"
+                                   "  [OK] Clean Reboot windows — window restoration disabled\n"
+                                   "  [OK] Clean Reboot login items — only permitted apps remain (Mail)\n"
+                                   "  [OK] Background login items — only permitted items remain\n"
+                                   "  [VERIFY] All settings confirmed on system.\n"_s;
+
+class TweakFlows : public ScriptedStartup {
 protected:
-    bool apply(const PerformanceSettings& settings) { return QCoro::waitFor(system.applyPerformanceTweaks(settings)); }
-    bool sync(const PerformanceSettings& settings, Verify verify = Verify::No) {
-        return QCoro::waitFor(system.syncPerformanceTweaks(settings, verify));
+    bool apply(const PerformanceSettings& settings, const CleanReboot& cleanReboot = {}) {
+        return QCoro::waitFor(system.applyPerformanceTweaks(settings, cleanReboot));
+    }
+    bool sync(const PerformanceSettings& settings, Verify verify = Verify::No, const CleanReboot& cleanReboot = {}) {
+        return QCoro::waitFor(system.syncPerformanceTweaks(settings, verify, cleanReboot));
     }
     bool undo() { return QCoro::waitFor(system.undoPerformanceTweaks()); }
+    /// A Mac with a login item and a background item that no clean reboot permits; what restores windows is off.
+    void prepareForCleanReboot() {
+        loginItems.items = {kZoom, kMail};
+        for (const QString& key : {u"com.apple.loginwindow TALLogoutSavesState"_s,
+                                   u"com.apple.loginwindow LoginwindowLaunchesRelaunchApps"_s,
+                                   u"NSGlobalDomain NSQuitAlwaysKeepsWindows"_s}) {
+            commands.print(u"/usr/bin/defaults read "_s + key, "0\n");
+        }
+        scripts.carryOut = [this](const QString&) {
+            files.addFile(system.backgroundDumpPath(),
+                          "#1:\n Name: Updater\n Type: agent (0x8)\n Identifier: 8.com.up\n Disposition: [enabled]\n");
+        };
+    }
+    QString dumpLine() const {
+        return u"/usr/bin/sfltool dumpbtm > '"_s + system.backgroundDumpPath() + u"' 2>/dev/null || true"_s;
+    }
     QString prompted(const QString& line) { return u"& do shell script \""_s + line + u"\" "_s + kPromptedRun; }
 };
 
@@ -259,14 +303,70 @@ TEST_F(TweakFlows, aFailedPreferenceWriteNeitherStopsTheApplyNorReachesTheLog) {
         trace.contains(u"$ /usr/bin/defaults write com.apple.assistant.support \"Assistant Enabled\" -bool false"_s));
 }
 
-TEST_F(TweakFlows, anApplyWithACleanRebootIsRefusedWhole) {
+TEST_F(TweakFlows, applyOfACleanRebootAsksOnceAndVerifiesWhatRemains) {
+    prepareForCleanReboot();
+    PerformanceSettings settings;
+    settings.cleanReboot = true;
+    EXPECT_TRUE(apply(settings, kKeepMail));
+    EXPECT_EQ(takeTrace(), u"\nStarting Audio Performance optimizations...\n"_s + kCleanRebootSteps +
+                               prompted(dumpLine()) + kDisableUpdater +
+                               u"  [APPLIED] Disabled background login label: com.up\n"
+                               "\nPerformance Tweaks Complete! (Restart your Mac for full effect.)\n"
+                               "$> /usr/bin/pmset -g custom\n"_s +
+                               kCleanRebootReadings + kCleanRebootChecks);
+    EXPECT_EQ(loginItems.names(), QStringList(u"Mail"_s));
+    EXPECT_FALSE(system.pendingBackgroundLoginItemChanges().has_value());
+    EXPECT_EQ(system.adminBatchDepth(), 0);
+}
+
+TEST_F(TweakFlows, aCleanRebootComesBehindTheSystemTweaksInTheSameRun) {
+    prepareForCleanReboot();
+    answerAsApplied(commands);
     PerformanceSettings settings = everythingButCleanReboot();
     settings.cleanReboot = true;
-    EXPECT_FALSE(apply(settings));
-    EXPECT_EQ(takeTrace(), u"\nStarting Audio Performance optimizations...\n"
-                           "  [ERROR] Start Clean on Reboot can't be applied yet.\n"_s);
-    EXPECT_EQ(system.adminBatchDepth(), 0);
+    EXPECT_TRUE(apply(settings, kKeepMail));
+    EXPECT_TRUE(takeTrace().startsWith(
+        kApplyEverything + kCleanRebootSteps +
+        prompted(u"pmset -a standby 0 disksleep 0 sleep 0 ; mdutil -a -i off || true ; tmutil disable || true ; "
+                 "pmset -a sms 0 ; "_s +
+                 dumpLine())));
+}
+
+TEST_F(TweakFlows, aCancelledCleanRebootKeepsWhatRanAsTheUserAndPlansNothingMore) {
+    prepareForCleanReboot();
+    PerformanceSettings settings;
+    settings.cleanReboot = true;
+    scripts.failNext(u"User canceled."_s);
+    EXPECT_FALSE(apply(settings, kKeepMail));
+    EXPECT_EQ(takeTrace(), u"\nStarting Audio Performance optimizations...\n"_s + kCleanRebootSteps +
+                               prompted(dumpLine()) +
+                               u"  [ERROR] Administrator authorization was cancelled or failed: User canceled.\n"_s);
+    EXPECT_EQ(loginItems.names(), QStringList(u"Mail"_s));
+    EXPECT_FALSE(system.backgroundTaskItems().has_value());
+    EXPECT_FALSE(system.pendingBackgroundLoginItemChanges().has_value());
+    EXPECT_EQ(system.backgroundTaskItemsFetchMode(), SystemManager::BackgroundTaskItemsFetchMode::automatic);
     EXPECT_FALSE(system.lastApplyVerification().has_value());
+}
+
+TEST_F(TweakFlows, theCheckOfACleanRebootSeesAnItemThatCameWhileThePromptStoodOpen) {
+    prepareForCleanReboot();
+    loginItems.items = {kMail};
+    PerformanceSettings settings;
+    settings.cleanReboot = true;
+    scripts.carryOut = [this](const QString&) { loginItems.items.append(kZoom); };
+    EXPECT_FALSE(apply(settings, kKeepMail));
+    EXPECT_TRUE(trace.contains(u"  [APPLIED] Login items already match permitted startup list."_s));
+    EXPECT_TRUE(trace.contains(u"  [MISSING] Login item: zoom — will open at login"_s));
+}
+
+TEST_F(TweakFlows, anItemThatACleanRebootCouldNotRemoveFailsTheCheck) {
+    prepareForCleanReboot();
+    loginItems.unchangeable = {u"zoom"_s};
+    PerformanceSettings settings;
+    settings.cleanReboot = true;
+    EXPECT_FALSE(apply(settings, kKeepMail));
+    EXPECT_TRUE(trace.contains(u"  [ERROR] Failed to remove login item: zoom"_s));
+    EXPECT_TRUE(trace.contains(u"  [MISSING] Login item: zoom — will open at login"_s));
 }
 
 // ---- Two-way sync --------------------------------------------------------------------------------------------------
@@ -330,15 +430,48 @@ TEST_F(TweakFlows, aVerifyingSyncIsTrueWhenEveryCheckHolds) {
     EXPECT_EQ(system.lastApplyVerification()->verified.size(), 12);
 }
 
-TEST_F(TweakFlows, aSyncWithACleanRebootIsRefusedWhole) {
+TEST_F(TweakFlows, syncOfACleanRebootRemovesInThePlaceOfRestoring) {
+    prepareForCleanReboot();
     PerformanceSettings settings;
     settings.cleanReboot = true;
-    for (const Verify verify : {Verify::No, Verify::Yes}) {
-        EXPECT_FALSE(sync(settings, verify));
-        EXPECT_EQ(takeTrace(), u"\nSyncing performance tweaks to profile settings...\n"
-                               "  [ERROR] Start Clean on Reboot can't be applied yet.\n"_s);
-    }
-    EXPECT_EQ(system.adminBatchDepth(), 0);
+    system.deferBackgroundTaskFetchToAdminBatch();
+    system.beginAdminBatch();
+    EXPECT_TRUE(sync(settings, Verify::No, kKeepMail));
+    EXPECT_EQ(takeTrace(), kSyncEverythingOff + kCleanRebootSteps +
+                               u"\nPerformance Tweaks Synced! (Restart your Mac for full effect.)\n"_s);
+    EXPECT_EQ(system.pendingBackgroundLoginItemChanges()->cleanRebootPermittedNames, QSet<QString>{u"Mail"_s});
+}
+
+TEST_F(TweakFlows, syncOfACleanRebootOutsideABatchReadsTheBackgroundItemsForItself) {
+    prepareForCleanReboot();
+    answerAsApplied(commands);
+    commands.fail(u"/usr/bin/sfltool dumpbtm"_s, 1);
+    PerformanceSettings settings = everythingButCleanReboot();
+    settings.cleanReboot = true;
+    EXPECT_TRUE(sync(settings, Verify::Yes, kKeepMail));
+    const QString syncLine =
+        u"pmset -a standby 0 disksleep 0 sleep 0 sms 0 ; mdutil -a -i off || true ; tmutil disable || true"_s;
+    EXPECT_TRUE(takeTrace().startsWith(
+        kSyncEverythingOn + prompted(syncLine) + kCleanRebootSteps +
+        u"$> /usr/bin/sfltool dumpbtm\n"
+        "& do shell script \""_s +
+        dumpLine() +
+        u"\" with prompt \"Quorvane is applying system changes.\" with administrator privileges\n"
+        "  [ACTION] Disabling 1 background login item(s)...\n"_s +
+        kDisableUpdater +
+        u"  [APPLIED] Disabled background login item: com.up\n"
+        "  [APPLIED] Background Login Items already match permitted list.\n"
+        "\nPerformance Tweaks Synced! (Restart your Mac for full effect.)\n"_s));
+    EXPECT_EQ(system.lastApplyVerification()->verified.size(), 15);
+}
+
+TEST_F(TweakFlows, aCancelledSyncRemovesNothingForACleanReboot) {
+    prepareForCleanReboot();
+    PerformanceSettings settings;
+    settings.cleanReboot = true;
+    scripts.failNext(u"User canceled."_s);
+    EXPECT_FALSE(sync(settings, Verify::Yes, kKeepMail));
+    EXPECT_EQ(loginItems.names(), (QStringList{u"zoom"_s, u"Mail"_s}));
     EXPECT_FALSE(system.lastApplyVerification().has_value());
 }
 

@@ -1,4 +1,4 @@
-#include "fakes/ScriptedSystem.h"
+#include "fakes/ScriptedLoginItems.h"
 
 #include "verification/ValueTests.h"
 
@@ -85,6 +85,38 @@ protected:
 };
 
 using S = PerformanceSettings;
+
+/// A check of a clean reboot on a Mac where it was applied.
+class CleanRebootVerification : public ScriptedStartup {
+protected:
+    CleanRebootVerification() {
+        for (const QString& key : {u"com.apple.loginwindow TALLogoutSavesState"_s,
+                                   u"com.apple.loginwindow LoginwindowLaunchesRelaunchApps"_s,
+                                   u"NSGlobalDomain NSQuitAlwaysKeepsWindows"_s}) {
+            commands.print(u"/usr/bin/defaults read "_s + key, "0\n");
+        }
+    }
+
+    QStringList verify(const CleanReboot& cleanReboot, Unselected unselected = Unselected::Ignored) {
+        PerformanceSettings settings;
+        settings.cleanReboot = true;
+        const auto result = QCoro::waitFor(system.verifyAppliedSettings(settings, unselected, cleanReboot));
+        QStringList lines;
+        for (const Item& item : result.verified) {
+            lines.append(u"OK "_s + item.name + u": "_s + item.detail.value_or(QString()));
+        }
+        for (const Item& item : result.failed) {
+            lines.append(u"-- "_s + item.name + u": "_s + item.detail.value_or(QString()));
+        }
+        return lines;
+    }
+    QStringList verifyStartup(const StartupConfiguration& startup, const QSet<QString>& permittedNames = {}) {
+        return verify({permittedNames, startup, {}}).mid(2);
+    }
+};
+
+const QStringList kNoRestoration{u"OK Clean Reboot: app restoration disabled"_s,
+                                 u"OK Clean Reboot windows: window restoration disabled"_s};
 
 } // namespace
 
@@ -227,6 +259,97 @@ TEST_F(Verification, theOneWayFormHasNoCleanRebootItem) {
     const auto result = verify({}, Unselected::Ignored);
     EXPECT_EQ(result, ApplyVerificationResult());
     EXPECT_EQ(trace, QStringList(u"$> /usr/bin/pmset -g custom"_s));
+}
+
+// ---- Clean reboot
+
+TEST_F(CleanRebootVerification, withoutAConfigurationOnlyTheRestorationIsRead) {
+    EXPECT_EQ(verify({}), kNoRestoration);
+    EXPECT_EQ(takeTrace(), u"$> /usr/bin/pmset -g custom\n"
+                           "$> /usr/bin/defaults read com.apple.loginwindow TALLogoutSavesState\n"
+                           "$> /usr/bin/defaults read com.apple.loginwindow LoginwindowLaunchesRelaunchApps\n"
+                           "$> /usr/bin/defaults read NSGlobalDomain NSQuitAlwaysKeepsWindows\n"_s);
+}
+
+TEST_F(CleanRebootVerification, inTheTwoWayFormItStandsInThePlaceOfTheRestoredOne) {
+    const QStringList lines = verify({}, Unselected::ExpectedRestored).filter(u"Clean Reboot"_s);
+    EXPECT_EQ(lines, kNoRestoration);
+}
+
+TEST_F(CleanRebootVerification, eachValueMustBeOff) {
+    struct {
+        QString key;
+        QString failed;
+    } const cases[] = {
+        {u"com.apple.loginwindow TALLogoutSavesState"_s, u"-- Clean Reboot: expected app restoration disabled"_s},
+        {u"com.apple.loginwindow LoginwindowLaunchesRelaunchApps"_s,
+         u"-- Clean Reboot: expected app restoration disabled"_s},
+        {u"NSGlobalDomain NSQuitAlwaysKeepsWindows"_s,
+         u"-- Clean Reboot windows: expected window restoration disabled"_s}};
+    for (const auto& [key, failed] : cases) {
+        const QString line = u"/usr/bin/defaults read "_s + key;
+        commands.print(line, "1\n");
+        EXPECT_EQ(verify({}).last(), failed);
+        commands.fail(line, 1); // a key that isn't set isn't off
+        EXPECT_EQ(verify({}).last(), failed);
+        commands.print(line, "0\n");
+    }
+}
+
+TEST_F(CleanRebootVerification, everyItemThatIsNotPermittedFailsInTheOrderOfNames) {
+    loginItems.items = {{u"zoom"_s, u"/z.app"_s, false},
+                        {u"Traktor Helper"_s, u"/t.app"_s, false},
+                        {u"Deck"_s, u"/Applications/rekordbox.app"_s, false},
+                        {u"Mail"_s, u"/m.app"_s, false},
+                        {u"Dropbox"_s, u"/d.app"_s, false}};
+    EXPECT_EQ(verifyStartup({}, {u"Mail"_s}), (QStringList{u"-- Login item: Dropbox: will open at login"_s,
+                                                           u"-- Login item: zoom: will open at login"_s}));
+}
+
+TEST_F(CleanRebootVerification, thePermittedNamesAreListedInOrder) {
+    EXPECT_EQ(verifyStartup({}), QStringList(u"OK Clean Reboot login items: no apps configured to open at login"_s));
+    EXPECT_EQ(verifyStartup({}, {u"zoom"_s, u"Mail"_s}),
+              QStringList(u"OK Clean Reboot login items: only permitted apps remain (Mail, zoom)"_s));
+}
+
+TEST_F(CleanRebootVerification, anAppThatTheConfigurationOpensIsPermittedByNameAndPath) {
+    loginItems.items = {{u"Renamed"_s, u"/Applications/Live.app"_s, false}, {u"Mixer"_s, u"/elsewhere.app"_s, false}};
+    StartupConfiguration startup;
+    startup.items = {StartupItem::fromLaunchItem({u"Live"_s, u"/Applications/Live.app"_s, false}),
+                     StartupItem::fromLaunchItem({u"Mixer"_s, u"/Applications/Mixer.app"_s, false})};
+    EXPECT_EQ(verifyStartup(startup, {u"Mail"_s}),
+              QStringList(u"OK Clean Reboot login items: only permitted apps remain (Live, Mail, Mixer)"_s));
+}
+
+TEST_F(CleanRebootVerification, aListThatCannotBeReadProvesNothing) {
+    const QStringList failed{u"-- Clean Reboot login items: could not read login items"_s};
+    loginItems.listing = "ERROR|Connection is invalid.\n";
+    EXPECT_EQ(verifyStartup({}), failed);
+    system.invalidateStartupCaches();
+    loginItems.listing.clear();
+    loginItems.denial = "Not authorized";
+    EXPECT_EQ(verifyStartup({}), failed);
+}
+
+TEST_F(CleanRebootVerification, aListThatWasReadBeforeIsNotReadAgain) {
+    QCoro::waitFor(system.rawLoginItems());
+    trace.clear();
+    verifyStartup({});
+    EXPECT_TRUE(trace.filter(u"System Events"_s).isEmpty());
+}
+
+TEST_F(CleanRebootVerification, backgroundItemsStandBehindTheLoginItems) {
+    loginItems.items = {{u"zoom"_s, u"/z.app"_s, false}};
+    commands.print(u"/usr/bin/sfltool dumpbtm"_s,
+                   "#1:\n Name: Updater\n Type: agent (0x8)\n Identifier: 8.com.up\n Disposition: [enabled]\n");
+    QCoro::waitFor(system.loadBackgroundTaskItems());
+    EXPECT_EQ(verifyStartup({}), (QStringList{u"-- Login item: zoom: will open at login"_s,
+                                              u"-- Background item: Updater: still enabled at login"_s}));
+    StartupConfiguration startup;
+    startup.items = {StartupItem::fromLaunchItem({u"Updater"_s, u"/Applications/Updater.app"_s, false})};
+    EXPECT_EQ(verifyStartup(startup, {u"zoom"_s}),
+              (QStringList{u"OK Clean Reboot login items: only permitted apps remain (Updater, zoom)"_s,
+                           u"OK Background login items: only permitted items remain"_s}));
 }
 
 TEST_F(Verification, theLogListsVerifiedThenFailedThenTheCount) {

@@ -1,0 +1,363 @@
+#include "fakes/ScriptedSystem.h"
+
+namespace quorvane {
+
+namespace {
+
+using Operation = MemoryFileManager::Operation;
+using Kind = FileStatus::Kind;
+
+const QString kUsersAgents = u"/Users/alex/Library/LaunchAgents/"_s;
+const QString kAgents = u"/Library/LaunchAgents/"_s;
+const QString kDaemons = u"/Library/LaunchDaemons/"_s;
+const QString kBackup = u"/Users/alex/.quorvane_backup"_s;
+const QString kUsersBackup = kBackup + u"/UserHome_Library_LaunchAgents/"_s;
+const QString kAgentsBackup = kBackup + u"/_Library_LaunchAgents/"_s;
+const QString kDaemonsBackup = kBackup + u"/_Library_LaunchDaemons/"_s;
+const QString kLabel = u"com.box.plist"_s;
+
+const QString kDisableUsersBox =
+    u"$ /bin/launchctl bootout gui/501 /Users/alex/Library/LaunchAgents/com.box.plist\n"
+    "$ /bin/launchctl unload -w /Users/alex/Library/LaunchAgents/com.box.plist\n"
+    "  [APPLIED] Disabled launch item: com.box.plist (/Users/alex/Library/LaunchAgents)\n"_s;
+
+const QString kAgentsBoxCommand = u"mkdir -p '/Users/alex/.quorvane_backup/_Library_LaunchAgents' && "
+                                  "rm -f '/Users/alex/.quorvane_backup/_Library_LaunchAgents/com.box.plist' && "
+                                  "(launchctl bootout system '/Library/LaunchAgents/com.box.plist' 2>/dev/null || "
+                                  "launchctl unload -w '/Library/LaunchAgents/com.box.plist' 2>/dev/null || true) && "
+                                  "mv '/Library/LaunchAgents/com.box.plist' "
+                                  "'/Users/alex/.quorvane_backup/_Library_LaunchAgents/com.box.plist'"_s;
+const QString kDaemonsBoxCommand = u"mkdir -p '/Users/alex/.quorvane_backup/_Library_LaunchDaemons' && "
+                                   "rm -f '/Users/alex/.quorvane_backup/_Library_LaunchDaemons/com.box.plist' && "
+                                   "(launchctl bootout system '/Library/LaunchDaemons/com.box.plist' 2>/dev/null || "
+                                   "launchctl unload -w '/Library/LaunchDaemons/com.box.plist' 2>/dev/null || true) && "
+                                   "mv '/Library/LaunchDaemons/com.box.plist' "
+                                   "'/Users/alex/.quorvane_backup/_Library_LaunchDaemons/com.box.plist'"_s;
+
+class LaunchItems : public ScriptedSystem {
+protected:
+    bool disable(const QStringList& labels, const QSet<QString>& excludedIds = {}) {
+        return QCoro::waitFor(system.disableLaunchItems(labels, excludedIds));
+    }
+    bool finishBatch() { return QCoro::waitFor(system.finishAdminBatch(u"Please."_s)); }
+    void restore() { QCoro::waitFor(system.restoreLaunchItems()); }
+    QString prompted(const QString& line, const QString& prompt) {
+        return u"& do shell script \""_s + line + u"\" with prompt \""_s + prompt +
+               u"\" with administrator privileges\n"_s;
+    }
+    QString prompted(const QString& line) {
+        return prompted(line, u"Quorvane needs your administrator password to make these system changes. Use Touch ID "
+                              "when prompted."_s);
+    }
+};
+
+} // namespace
+
+TEST_F(LaunchItems, disablingNoneDoesNothing) {
+    EXPECT_TRUE(disable({}));
+    EXPECT_TRUE(trace.isEmpty());
+    EXPECT_EQ(files.changes(), 0);
+}
+
+TEST_F(LaunchItems, aPlistOfTheUserIsTakenOutOfLaunchdAndPutAside) {
+    files.addFile(kUsersAgents + kLabel, "box");
+    EXPECT_TRUE(disable({kLabel}));
+    EXPECT_EQ(takeTrace(), kDisableUsersBox);
+    EXPECT_FALSE(files.exists(kUsersAgents + kLabel));
+    EXPECT_EQ(files.read(kUsersBackup + kLabel), "box");
+}
+
+TEST_F(LaunchItems, whatLaunchctlSaysDoesNotMatter) {
+    files.addFile(kUsersAgents + kLabel, "box");
+    commands.fail(u"/bin/launchctl bootout gui/501 /Users/alex/Library/LaunchAgents/com.box.plist"_s, 5,
+                  "Boot-out failed");
+    commands.fail(u"/bin/launchctl unload -w /Users/alex/Library/LaunchAgents/com.box.plist"_s, 134);
+    EXPECT_TRUE(disable({kLabel}));
+    EXPECT_EQ(takeTrace(), kDisableUsersBox);
+    EXPECT_EQ(files.read(kUsersBackup + kLabel), "box");
+}
+
+TEST_F(LaunchItems, anOlderBackupIsDeletedFirst) {
+    files.addFile(kUsersAgents + kLabel, "new");
+    files.addFile(kUsersBackup + kLabel, "old");
+    EXPECT_TRUE(disable({kLabel}));
+    EXPECT_EQ(takeTrace(), kDisableUsersBox);
+    EXPECT_EQ(files.read(kUsersBackup + kLabel), "new");
+}
+
+TEST_F(LaunchItems, aPlistThatIsPutAsideAlreadyStaysThere) {
+    files.addFolders(kUsersAgents);
+    files.addFile(kUsersBackup + kLabel, "box");
+    EXPECT_TRUE(disable({kLabel}));
+    EXPECT_EQ(takeTrace(), u"  [INFO] Launch item already disabled: com.box.plist\n"_s);
+    EXPECT_EQ(files.read(kUsersBackup + kLabel), "box");
+}
+
+TEST_F(LaunchItems, aLaunchFolderThatIsGoneSpeaksForNoBackup) {
+    files.addFile(kUsersBackup + kLabel, "box");
+    EXPECT_TRUE(disable({kLabel}));
+    EXPECT_TRUE(trace.isEmpty()); // not found
+}
+
+TEST_F(LaunchItems, aPlistOfTheSystemIsMovedByRoot) {
+    files.addFile(kDaemons + kLabel, "box");
+    EXPECT_TRUE(disable({kLabel}));
+    EXPECT_EQ(takeTrace(), u"  [ACTION] Requesting Admin rights to disable 1 system launch item(s)...\n"_s +
+                               prompted(kDaemonsBoxCommand) +
+                               u"  [APPLIED] Disabled launch item: com.box.plist @ /Library/LaunchDaemons\n"_s);
+    EXPECT_EQ(files.status(kDaemonsBackup.chopped(1)).kind, Kind::Folder);
+    EXPECT_EQ(files.read(kDaemons + kLabel), "box"); // the line was only written down here
+}
+
+TEST_F(LaunchItems, oneLabelIsHandledInEveryFolder) {
+    for (const QString& folder : {kUsersAgents, kAgents, kDaemons}) {
+        files.addFile(folder + kLabel, "box");
+    }
+    EXPECT_TRUE(disable({kLabel}));
+    EXPECT_EQ(takeTrace(), kDisableUsersBox +
+                               u"  [ACTION] Requesting Admin rights to disable 2 system launch item(s)...\n"_s +
+                               prompted(kAgentsBoxCommand + u" && "_s + kDaemonsBoxCommand) +
+                               u"  [APPLIED] Disabled launch item: com.box.plist @ /Library/LaunchAgents\n"
+                               "  [APPLIED] Disabled launch item: com.box.plist @ /Library/LaunchDaemons\n"_s);
+}
+
+TEST_F(LaunchItems, aRefusedPromptLeavesTheSystemsPlistsAndKeepsTheUsersMove) {
+    files.addFile(kUsersAgents + kLabel, "mine");
+    files.addFile(kAgents + kLabel, "theirs");
+    scripts.failNext(u"User canceled."_s);
+    EXPECT_FALSE(disable({kLabel}));
+    EXPECT_EQ(takeTrace(),
+              kDisableUsersBox + u"  [ACTION] Requesting Admin rights to disable 1 system launch item(s)...\n"_s +
+                  prompted(kAgentsBoxCommand) + u"  [ERROR] Failed to disable system launch items: User canceled.\n"_s);
+    EXPECT_EQ(files.read(kAgents + kLabel), "theirs");
+    EXPECT_EQ(files.read(kUsersBackup + kLabel), "mine");
+}
+
+TEST_F(LaunchItems, aRefusedOneCanBeAskedForAgain) {
+    files.addFile(kAgents + kLabel, "theirs");
+    scripts.failNext(u"User canceled."_s);
+    EXPECT_FALSE(disable({kLabel}));
+    EXPECT_TRUE(disable({kLabel}));
+    EXPECT_EQ(trace.count(u"  [ACTION] Requesting Admin rights to disable 1 system launch item(s)..."_s), 2);
+}
+
+// ---- Inside a batch
+
+TEST_F(LaunchItems, insideABatchSuccessIsLoggedWhenItIsQueued) {
+    files.addFile(kAgents + kLabel, "box");
+    system.beginAdminBatch();
+    EXPECT_TRUE(disable({kLabel}));
+    EXPECT_EQ(takeTrace(), u"  [ACTION] Requesting Admin rights to disable 1 system launch item(s)...\n"
+                           "  [APPLIED] Disabled launch item: com.box.plist @ /Library/LaunchAgents\n"_s);
+    scripts.failNext(u"User canceled."_s);
+    EXPECT_FALSE(finishBatch());
+    EXPECT_EQ(takeTrace(), prompted(kAgentsBoxCommand, u"Please."_s) +
+                               u"  [ERROR] Administrator authorization was cancelled or failed: User canceled.\n"_s);
+}
+
+TEST_F(LaunchItems, aPlistIsQueuedOnceInABatch) {
+    files.addFile(kAgents + kLabel, "box");
+    system.beginAdminBatch();
+    EXPECT_TRUE(disable({kLabel}));
+    trace.clear();
+    EXPECT_TRUE(disable({kLabel, kLabel}));
+    EXPECT_EQ(takeTrace(), u"  [INFO] Launch item already disabled: com.box.plist\n"
+                           "  [INFO] Launch item already disabled: com.box.plist\n"_s);
+    EXPECT_TRUE(finishBatch());
+    EXPECT_EQ(takeTrace(), prompted(kAgentsBoxCommand, u"Please."_s));
+}
+
+TEST_F(LaunchItems, theNextBatchQueuesAFailedOneAgain) {
+    files.addFile(kAgents + kLabel, "box");
+    for (int attempt = 1; attempt <= 2; ++attempt) {
+        system.beginAdminBatch();
+        disable({kLabel});
+        scripts.failNext(u"User canceled."_s);
+        finishBatch();
+    }
+    EXPECT_EQ(trace.filter(u"& do shell script"_s).size(), 2);
+}
+
+TEST_F(LaunchItems, aLabelThatIsGivenTwiceIsMovedOnce) {
+    files.addFile(kAgents + kLabel, "box");
+    EXPECT_TRUE(disable({kLabel, kLabel}));
+    EXPECT_EQ(takeTrace(), u"  [INFO] Launch item already disabled: com.box.plist\n"
+                           "  [ACTION] Requesting Admin rights to disable 1 system launch item(s)...\n"_s +
+                               prompted(kAgentsBoxCommand) +
+                               u"  [APPLIED] Disabled launch item: com.box.plist @ /Library/LaunchAgents\n"_s);
+}
+
+// ---- What is never touched
+
+TEST_F(LaunchItems, audioSoftwareStays) {
+    files.addFile(kUsersAgents + u"com.native.Traktor.plist"_s, {});
+    EXPECT_TRUE(disable({u"com.native.Traktor.plist"_s}));
+    EXPECT_EQ(takeTrace(), u"  [SKIPPED] Protected launch item: com.native.Traktor.plist\n"_s);
+    EXPECT_TRUE(files.exists(kUsersAgents + u"com.native.Traktor.plist"_s));
+}
+
+TEST_F(LaunchItems, anExcludedLabelStaysOnlyWhenItLooksLikeAnAgent) {
+    const QStringList labels{u"a.agent.plist"_s, u"b.agent.plist"_s, kLabel};
+    for (const QString& label : labels) {
+        files.addFile(kUsersAgents + label, {});
+    }
+    EXPECT_TRUE(disable(labels, {u"launch:a.agent.plist"_s, u"b.agent.plist"_s, u"launch:com.box.plist"_s, kLabel}));
+    EXPECT_EQ(takeTrace(), u"  [SKIPPED] Excluded App Background Activity launch item: a.agent.plist\n"
+                           "  [SKIPPED] Excluded App Background Activity launch item: b.agent.plist\n"_s +
+                               kDisableUsersBox);
+    EXPECT_TRUE(files.exists(kUsersAgents + u"a.agent.plist"_s));
+    EXPECT_TRUE(files.exists(kUsersAgents + u"b.agent.plist"_s));
+}
+
+TEST_F(LaunchItems, aLabelThatIsNoPlainNameOfAPlistIsNotFound) {
+    files.addFile(u"/Users/alex/Library/secret.plist"_s, {});
+    files.addFile(kUsersAgents + u"sub/x.plist"_s, {});
+    files.addFile(kUsersAgents + u"com.box"_s, {});
+    files.addFile(kUsersAgents + u"a\nb.plist"_s, {});
+    EXPECT_TRUE(disable({QString(), u"."_s, u".."_s, u"../secret.plist"_s, u"sub/x.plist"_s, u"com.box"_s,
+                         u"a\nb.plist"_s, QString(u"x.plist"_s).append(QChar::Null).append(u".plist"_s)}));
+    EXPECT_TRUE(trace.isEmpty());
+    EXPECT_TRUE(files.exists(u"/Users/alex/Library/secret.plist"_s));
+    EXPECT_TRUE(files.exists(kUsersAgents + u"sub/x.plist"_s));
+    EXPECT_TRUE(files.exists(kUsersAgents + u"com.box"_s));
+}
+
+TEST_F(LaunchItems, aHostileNameIsQuotedForTheShellOfRoot) {
+    const QString label = u"-a'; rm -rf \"$HOME\" \\ .plist"_s;
+    files.addFile(kDaemons + label, {});
+    EXPECT_TRUE(disable({label}));
+    const QString quoted = uR"('/Library/LaunchDaemons/-a'\\''; rm -rf \"$HOME\" \\ .plist')"_s;
+    const QString backup =
+        uR"('/Users/alex/.quorvane_backup/_Library_LaunchDaemons/-a'\\''; rm -rf \"$HOME\" \\ .plist')"_s;
+    EXPECT_EQ(takeTrace(),
+              u"  [ACTION] Requesting Admin rights to disable 1 system launch item(s)...\n"_s +
+                  prompted(u"mkdir -p '/Users/alex/.quorvane_backup/_Library_LaunchDaemons' && rm -f "_s + backup +
+                           u" && (launchctl bootout system "_s + quoted + u" 2>/dev/null || launchctl unload -w "_s +
+                           quoted + u" 2>/dev/null || true) && mv "_s + quoted + u' ' + backup) +
+                  u"  [APPLIED] Disabled launch item: "_s + label + u" @ /Library/LaunchDaemons\n"_s);
+}
+
+// ---- Backup folders
+
+TEST_F(LaunchItems, aLinkInThePlaceOfABackupFolderStopsTheMove) {
+    for (const QString& link : {kBackup, kDaemonsBackup.chopped(1), kUsersBackup.chopped(1)}) {
+        MemoryFileManager fresh;
+        SystemManager manager(Host{commands, scripts, fresh, defaults, machine, propertyLists, bundles, permissions},
+                              notifications);
+        fresh.addFolders(u"/tmp/elsewhere"_s);
+        fresh.addLink(link, u"/tmp/elsewhere"_s);
+        fresh.addFile(kUsersAgents + kLabel, "mine");
+        fresh.addFile(kDaemons + kLabel, "theirs");
+        EXPECT_FALSE(QCoro::waitFor(manager.disableLaunchItems(QStringList(kLabel), {})));
+        EXPECT_TRUE(manager.logMessages().contains(u"  [ERROR] Backup folder is not usable: "_s + link));
+        EXPECT_EQ(fresh.list(u"/tmp/elsewhere"_s), QStringList()) << link.toStdString();
+        EXPECT_EQ(fresh.exists(kUsersAgents + kLabel), link != kDaemonsBackup.chopped(1));
+        EXPECT_EQ(trace.filter(u"_Library_LaunchDaemons/com.box.plist"_s).isEmpty(), link != kUsersBackup.chopped(1));
+        trace.clear();
+    }
+}
+
+TEST_F(LaunchItems, aFileInThePlaceOfABackupFolderStopsTheMove) {
+    files.addFile(kUsersAgents + kLabel, "mine");
+    files.addFile(kBackup, "a file");
+    EXPECT_FALSE(disable({kLabel}));
+    EXPECT_EQ(takeTrace(), u"  [ERROR] Backup folder is not usable: /Users/alex/.quorvane_backup\n"_s);
+    EXPECT_TRUE(files.exists(kUsersAgents + kLabel));
+}
+
+TEST_F(LaunchItems, aBackupFolderThatCannotBeMadeStopsTheMoveAndNoOther) {
+    files.addFile(kUsersAgents + kLabel, "mine");
+    files.addFile(kAgents + kLabel, "theirs");
+    files.failOn(Operation::CreateFolders, kUsersBackup.chopped(1));
+    EXPECT_FALSE(disable({kLabel}));
+    EXPECT_EQ(takeTrace(),
+              u"  [ERROR] Backup folder is not usable: /Users/alex/.quorvane_backup/UserHome_Library_LaunchAgents\n"
+              "  [ACTION] Requesting Admin rights to disable 1 system launch item(s)...\n"_s +
+                  prompted(kAgentsBoxCommand) +
+                  u"  [APPLIED] Disabled launch item: com.box.plist @ /Library/LaunchAgents\n"_s);
+    EXPECT_TRUE(files.exists(kUsersAgents + kLabel));
+}
+
+TEST_F(LaunchItems, anOlderBackupThatCannotBeDeletedLeavesThePlistInLaunchd) {
+    files.addFile(kUsersAgents + kLabel, "new");
+    files.addFile(kUsersBackup + kLabel, "old");
+    files.failOn(Operation::Remove, kUsersBackup + kLabel);
+    EXPECT_FALSE(disable({kLabel}));
+    EXPECT_EQ(takeTrace(), u"  [ERROR] Failed to disable launch item com.box.plist: "
+                           "/Users/alex/.quorvane_backup/UserHome_Library_LaunchAgents/com.box.plist: Operation not "
+                           "permitted\n"_s);
+    EXPECT_EQ(files.read(kUsersAgents + kLabel), "new");
+}
+
+TEST_F(LaunchItems, aMoveThatFailsStopsNoOther) {
+    files.addFile(kUsersAgents + kLabel, "box");
+    files.addFile(kUsersAgents + u"com.a.plist"_s, "a");
+    files.failOn(Operation::Move, kUsersAgents + u"com.a.plist"_s);
+    EXPECT_FALSE(disable({u"com.a.plist"_s, kLabel}));
+    EXPECT_EQ(takeTrace(), u"$ /bin/launchctl bootout gui/501 /Users/alex/Library/LaunchAgents/com.a.plist\n"
+                           "$ /bin/launchctl unload -w /Users/alex/Library/LaunchAgents/com.a.plist\n"
+                           "  [ERROR] Failed to disable launch item com.a.plist: "
+                           "/Users/alex/Library/LaunchAgents/com.a.plist: Operation not permitted\n"_s +
+                               kDisableUsersBox);
+}
+
+TEST_F(LaunchItems, aFailureAtAnyChangeIsReportedAndLosesNoPlist) {
+    for (int number = 1; number <= 3; ++number) {
+        MemoryFileManager full;
+        SystemManager manager(Host{commands, scripts, full, defaults, machine, propertyLists, bundles, permissions},
+                              notifications);
+        full.addFile(kUsersAgents + kLabel, "box");
+        full.failAtChange(number);
+        const bool succeeded = QCoro::waitFor(manager.disableLaunchItems(QStringList(kLabel), {}));
+        EXPECT_EQ(succeeded, number == 1) << number; // the first only makes the outer folder, which the next makes too
+        EXPECT_EQ(full.exists(kUsersAgents + kLabel), !succeeded);
+        EXPECT_EQ(full.exists(kUsersBackup + kLabel), succeeded);
+    }
+}
+
+// ---- Restoring
+
+TEST_F(LaunchItems, restoringWithoutABackupDoesNothing) {
+    restore();
+    files.addFolders(kUsersBackup);
+    restore();
+    EXPECT_TRUE(trace.isEmpty());
+    EXPECT_EQ(files.changes(), 0);
+}
+
+TEST_F(LaunchItems, whatCanBeMovedBackIsRestoredAndLoaded) {
+    files.addFolders(kUsersAgents);
+    files.addFile(kUsersBackup + kLabel, "box");
+    files.addFile(kUsersBackup + u"com.a.plist"_s, "a");
+    files.addFile(kDaemonsBackup + kLabel, "root's");
+    files.failOn(Operation::Move, kDaemonsBackup + kLabel);
+    restore();
+    EXPECT_EQ(takeTrace(), u"$ /bin/launchctl load /Users/alex/Library/LaunchAgents/com.box.plist\n"
+                           "$ /bin/launchctl load /Users/alex/Library/LaunchAgents/com.a.plist\n"
+                           "  [REVERTED] Restored 2 LaunchAgents/Daemons.\n"_s);
+    EXPECT_EQ(files.read(kUsersAgents + kLabel), "box");
+    EXPECT_EQ(files.list(kUsersBackup), QStringList());
+    EXPECT_EQ(files.read(kDaemonsBackup + kLabel), "root's");
+}
+
+TEST_F(LaunchItems, aPlistThatHasComeBackSinceIsNotReplaced) {
+    files.addFile(kUsersAgents + kLabel, "new");
+    files.addFile(kUsersBackup + kLabel, "old");
+    restore();
+    EXPECT_TRUE(trace.isEmpty());
+    EXPECT_EQ(files.read(kUsersAgents + kLabel), "new");
+    EXPECT_EQ(files.read(kUsersBackup + kLabel), "old");
+}
+
+TEST_F(LaunchItems, aBackupFolderThatCannotBeListedKeepsNoOtherFromBeingRestored) {
+    files.addFolders(kUsersAgents);
+    files.addFolders(kDaemons);
+    files.addFile(kUsersBackup + kLabel, "box");
+    files.addFile(kDaemonsBackup + kLabel, "box");
+    files.failOn(Operation::List, kUsersBackup.chopped(1));
+    restore();
+    EXPECT_EQ(takeTrace(), u"$ /bin/launchctl load /Library/LaunchDaemons/com.box.plist\n"
+                           "  [REVERTED] Restored 1 LaunchAgents/Daemons.\n"_s);
+}
+
+} // namespace quorvane

@@ -1,0 +1,347 @@
+#include "fakes/ScriptedLoginItems.h"
+
+namespace quorvane {
+
+namespace {
+
+using Operation = MemoryFileManager::Operation;
+
+const QString kBackupFolder = u"/Users/alex/.quorvane_backup"_s;
+const QString kRecord = kBackupFolder + u"/login_items.json"_s;
+
+const LoginItem kDropbox{u"Dropbox"_s, u"/Applications/Dropbox.app"_s, false};
+const LoginItem kZoom{u"Zoom"_s, u"/Applications/zoom.us.app"_s, true};
+const LoginItem kTraktor{u"Deck Helper"_s, u"/Applications/Traktor Pro 3.app"_s, false};
+const LoginItem kAgent{u"Sync Agent"_s, u"/Applications/Sync.app"_s, false};
+
+class LoginItems : public ScriptedStartup {
+protected:
+    QList<LoginItem> raw() { return QCoro::waitFor(system.rawLoginItems()); }
+    QList<LoginItem> visible() { return QCoro::waitFor(system.visibleLoginItems()); }
+    bool removeByName(const QString& name) { return QCoro::waitFor(system.removeLoginItemByName(name)); }
+    bool removeAtPath(const QString& path) { return QCoro::waitFor(system.removeLoginItemAtPath(path)); }
+    bool add(const QString& path, bool hidden = false) { return QCoro::waitFor(system.addLoginItem(path, hidden)); }
+    bool disable(const QStringList& names, const QSet<QString>& excludedIds = {}) {
+        return QCoro::waitFor(system.disableLoginItems(names, excludedIds));
+    }
+};
+
+} // namespace
+
+// ---- Reading
+
+TEST_F(LoginItems, areReadOnceAndKept) {
+    loginItems.items = {kDropbox, kZoom};
+    EXPECT_EQ(raw(), (QList<LoginItem>{kDropbox, kZoom}));
+    loginItems.items.clear();
+    EXPECT_EQ(raw(), (QList<LoginItem>{kDropbox, kZoom}));
+    EXPECT_EQ(takeTrace(), u"$> System Events: list\n"_s);
+}
+
+TEST_F(LoginItems, anEmptyListIsKeptToo) {
+    EXPECT_EQ(raw(), QList<LoginItem>());
+    EXPECT_EQ(raw(), QList<LoginItem>());
+    EXPECT_EQ(takeTrace(), u"$> System Events: list\n"_s);
+}
+
+TEST_F(LoginItems, aBarInANameShiftsTheFieldsOfItsLineAlone) {
+    loginItems.listing = "A|B|/Applications/A.app|true\nZoom|/Applications/zoom.us.app|TRUE\n";
+    EXPECT_EQ(raw(), (QList<LoginItem>{{u"A"_s, u"B"_s, false}, kZoom}));
+}
+
+TEST_F(LoginItems, linesWithoutThreeFieldsAreDropped) {
+    loginItems.listing = "\n\nnothing\nDropbox|/Applications/Dropbox.app\nGone|missing value|false\n||\n";
+    EXPECT_EQ(raw(), (QList<LoginItem>{{u"Gone"_s, u"missing value"_s, false}, {{}, {}, false}}));
+}
+
+TEST_F(LoginItems, nothingIsReadOfAnErrorOrABrokenText) {
+    for (const char* const listing : {"ERROR|Can’t get name|of item|1\n", "A|\xff|false\n"}) {
+        loginItems.listing = listing;
+        EXPECT_EQ(QCoro::waitFor(system.readLoginItemsFromSystemEvents()).items, QList<LoginItem>());
+    }
+}
+
+TEST_F(LoginItems, theVisibleOnesAreNeitherAudioSoftwareNorAgents) {
+    const LoginItem embedded{u"Helper"_s, u"/Applications/A.app/Contents/Library/LaunchAgents/h.plist"_s, false};
+    const LoginItem byName{u"Ableton Helper"_s, u"/Applications/Helper.app"_s, false};
+    loginItems.items = {kZoom, kTraktor, byName, kAgent, embedded, kDropbox};
+    EXPECT_EQ(visible(), (QList<LoginItem>{kZoom, kDropbox}));
+    EXPECT_EQ(takeTrace(), u"$> System Events: list\n"_s);
+}
+
+TEST_F(LoginItems, withoutAnyThePermissionIsProbed) {
+    EXPECT_EQ(visible(), QList<LoginItem>());
+    EXPECT_EQ(takeTrace(), u"$> System Events: list\n"
+                           "$> System Events: probe\n"_s);
+}
+
+TEST_F(LoginItems, aMissingPermissionIsSaid) {
+    loginItems.items = {kDropbox};
+    loginItems.denial = " execution error: Not authorized to send Apple events to System Events. (-1743)\n";
+    EXPECT_EQ(visible(), QList<LoginItem>());
+    EXPECT_EQ(takeTrace(),
+              u"$> System Events: list\n"
+              "$> System Events: probe\n"
+              "  [ERROR] Could not read login items: execution error: Not authorized to send Apple events to System "
+              "Events. (-1743)\n"
+              "  [INFO] Grant Automation permission for System Events in System Settings → Privacy & Security.\n"_s);
+}
+
+// ---- Removing and adding one
+
+TEST_F(LoginItems, aRemovalIsTrueOnlyWhenSomethingWasDeleted) {
+    loginItems.items = {kDropbox, kZoom};
+    EXPECT_TRUE(removeByName(u"Dropbox"_s));
+    EXPECT_FALSE(removeByName(u"Dropbox"_s));
+    EXPECT_TRUE(removeAtPath(kZoom.path));
+    EXPECT_FALSE(removeAtPath(kZoom.path));
+    EXPECT_EQ(loginItems.names(), QStringList());
+    EXPECT_EQ(takeTrace(), u"$> System Events: delete where name is Dropbox\n"
+                           "$> System Events: delete where name is Dropbox\n"
+                           "$> System Events: delete where path is /Applications/zoom.us.app\n"
+                           "$> System Events: delete where path is /Applications/zoom.us.app\n"_s);
+}
+
+TEST_F(LoginItems, aRemovalThatSystemEventsRefusesIsFalse) {
+    loginItems.items = {kDropbox, kZoom};
+    loginItems.unchangeable = {u"Dropbox"_s};
+    EXPECT_FALSE(removeByName(u"Dropbox"_s));
+    loginItems.denial = "Not authorized";
+    EXPECT_FALSE(removeAtPath(kZoom.path));
+    EXPECT_FALSE(add(u"/Applications/Live.app"_s));
+    EXPECT_EQ(loginItems.names(), (QStringList{u"Dropbox"_s, u"Zoom"_s}));
+}
+
+TEST_F(LoginItems, anyOtherReplyIsAFailure) {
+    commands.respond = {};
+    const QString removal = ScriptedLoginItems::deletionScript(u"name"_s, u"A"_s);
+    const QString addition = ScriptedLoginItems::additionScript(u"/A.app"_s, true);
+    for (const char* const reply : {"", "OK\n", "okay\n", "ok ok\n", "error:ok\n"}) {
+        commands.print(commandLine({u"/usr/bin/osascript"_s, u"-e"_s, removal}), reply);
+        commands.print(commandLine({u"/usr/bin/osascript"_s, u"-e"_s, addition}), reply);
+        EXPECT_FALSE(removeByName(u"A"_s)) << reply;
+        EXPECT_FALSE(add(u"/A.app"_s, true)) << reply;
+    }
+    commands.print(commandLine({u"/usr/bin/osascript"_s, u"-e"_s, removal}), " \n ok\r\n");
+    EXPECT_TRUE(removeByName(u"A"_s));
+}
+
+TEST_F(LoginItems, hostileNamesReachSystemEventsAsText) {
+    const QStringList names{uR"(Bob's "Deck" \ Helper)"_s,
+                            uR"(\)"_s,
+                            uR"(" & (do shell script "x") & ")"_s,
+                            u"%1 %2"_s,
+                            u"a\nb"_s,
+                            uR"(\")"_s};
+    for (const QString& name : names) {
+        loginItems.items = {kDropbox, {name, u"/Applications/"_s + name + u".app"_s, false}};
+        EXPECT_TRUE(removeByName(name)) << name.toStdString();
+        EXPECT_EQ(loginItems.names(), QStringList(u"Dropbox"_s)) << name.toStdString();
+        EXPECT_TRUE(add(u"/Applications/"_s + name + u".app"_s)) << name.toStdString();
+        EXPECT_EQ(loginItems.items.last().path, u"/Applications/"_s + name + u".app"_s);
+        EXPECT_TRUE(removeAtPath(u"/Applications/"_s + name + u".app"_s)) << name.toStdString();
+    }
+}
+
+TEST_F(LoginItems, anAddedOneExistsAfterwardsWithItsHiddenFlag) {
+    EXPECT_TRUE(add(u"/Applications/Live.app"_s, true));
+    EXPECT_EQ(loginItems.items, (QList<LoginItem>{{u"Live"_s, u"/Applications/Live.app"_s, true}}));
+    EXPECT_TRUE(add(u"/Applications/Live.app"_s, false));
+    loginItems.unchangeable = {u"/Applications/Gone.app"_s};
+    EXPECT_FALSE(add(u"/Applications/Gone.app"_s));
+    EXPECT_EQ(takeTrace(), u"$> System Events: add /Applications/Live.app hidden:true\n"
+                           "$> System Events: add /Applications/Live.app hidden:false\n"
+                           "$> System Events: add /Applications/Gone.app hidden:false\n"_s);
+}
+
+TEST_F(LoginItems, areReadAnewOnlyAfterTheyMayHaveChanged) {
+    loginItems.items = {kDropbox, kZoom};
+    raw();
+    removeByName(u"Nobody"_s);
+    add(kDropbox.path);
+    EXPECT_EQ(raw().size(), 2);
+    EXPECT_EQ(trace.count(u"$> System Events: list"_s), 1);
+    removeByName(u"Dropbox"_s);
+    EXPECT_EQ(raw().size(), 1);
+    add(kDropbox.path);
+    EXPECT_EQ(raw().size(), 2);
+    loginItems.unchangeable = {u"Zoom"_s};
+    removeByName(u"Zoom"_s); // an error may come after a part was deleted
+    raw();
+    EXPECT_EQ(trace.count(u"$> System Events: list"_s), 4);
+}
+
+TEST_F(LoginItems, aListThatWasAskedForBeforeAChangeIsNotKept) {
+    loginItems.items = {kDropbox};
+    commands.hold();
+    auto slow = system.rawLoginItems();
+    auto removal = system.removeLoginItemByName(u"Dropbox"_s);
+    commands.release();
+    QCoro::waitFor(removal);
+    QCoro::waitFor(slow);
+    EXPECT_EQ(raw(), QList<LoginItem>());
+}
+
+// ---- Disabling a list
+
+TEST_F(LoginItems, disablingNoneDoesNothing) {
+    EXPECT_TRUE(disable({}));
+    EXPECT_TRUE(trace.isEmpty());
+    EXPECT_FALSE(files.exists(kBackupFolder));
+}
+
+TEST_F(LoginItems, areDisabledInTheOrderOfTheSystemAndWrittenDown) {
+    loginItems.items = {kZoom, {u"Stays"_s, u"/Applications/Stays.app"_s, false}, kDropbox};
+    EXPECT_TRUE(disable({u"Dropbox"_s, u"Zoom"_s}));
+    EXPECT_EQ(takeTrace(), u"$> System Events: list\n"
+                           "$> System Events: delete where name is Zoom\n"
+                           "  [APPLIED] Removed login item: Zoom\n"
+                           "$> System Events: delete where name is Dropbox\n"
+                           "  [APPLIED] Removed login item: Dropbox\n"_s);
+    EXPECT_EQ(loginItems.names(), QStringList(u"Stays"_s));
+    EXPECT_EQ(files.read(kRecord), R"([
+  {
+    "name": "Zoom",
+    "path": "/Applications/zoom.us.app",
+    "hidden": "true"
+  },
+  {
+    "name": "Dropbox",
+    "path": "/Applications/Dropbox.app",
+    "hidden": "false"
+  }
+])");
+}
+
+TEST_F(LoginItems, theRecordIsReplacedByTheNextRunThatFindsSomething) {
+    loginItems.items = {kZoom, kDropbox};
+    disable({u"Zoom"_s});
+    disable({u"Nobody"_s});
+    EXPECT_TRUE(files.read(kRecord).contains("Zoom"));
+    disable({u"Dropbox"_s});
+    EXPECT_TRUE(files.read(kRecord).contains("Dropbox"));
+    EXPECT_FALSE(files.read(kRecord).contains("Zoom"));
+}
+
+TEST_F(LoginItems, aRecordThatCannotBeWrittenIsNoFailure) {
+    loginItems.items = {kZoom};
+    files.failOn(Operation::CreateFolders, kBackupFolder);
+    files.failOn(Operation::Write, kRecord);
+    EXPECT_TRUE(disable({u"Zoom"_s}));
+    EXPECT_EQ(takeTrace(), u"$> System Events: list\n"
+                           "$> System Events: delete where name is Zoom\n"
+                           "  [APPLIED] Removed login item: Zoom\n"_s);
+}
+
+TEST_F(LoginItems, audioSoftwareIsNeverDisabledByNameOrPath) {
+    const LoginItem ableton{u"Ableton Helper"_s, u"/Applications/Helper.app"_s, false};
+    loginItems.items = {ableton, kTraktor};
+    EXPECT_TRUE(disable({u"Ableton Helper"_s, u"Deck Helper"_s, u"Serato Gone"_s}, {u"Ableton Helper"_s}));
+    EXPECT_EQ(takeTrace(), u"$> System Events: list\n"
+                           "  [SKIPPED] Protected login item: Ableton Helper\n"
+                           "  [SKIPPED] Protected login item: Deck Helper\n"
+                           "  [SKIPPED] Protected login item: Serato Gone\n"_s);
+    EXPECT_EQ(loginItems.items, (QList<LoginItem>{ableton, kTraktor}));
+}
+
+TEST_F(LoginItems, anExcludedAgentStaysByIdOrNameAndAnythingElseGoes) {
+    const LoginItem helper{u"Box Agent"_s, u"/Applications/Box.app"_s, false};
+    loginItems.items = {kAgent, helper, kDropbox};
+    EXPECT_TRUE(disable({u"Sync Agent"_s, u"Box Agent"_s, u"Dropbox"_s, u"Lost Agent"_s},
+                        {u"login:/Applications/Sync.app"_s, u"Box Agent"_s, u"Dropbox"_s,
+                         u"login:/Applications/Dropbox.app"_s, u"login:Lost Agent"_s}));
+    EXPECT_EQ(takeTrace(), u"$> System Events: list\n"
+                           "  [SKIPPED] Excluded App Background Activity login item: Sync Agent\n"
+                           "  [SKIPPED] Excluded App Background Activity login item: Box Agent\n"
+                           "$> System Events: delete where name is Dropbox\n"
+                           "  [APPLIED] Removed login item: Dropbox\n"
+                           "  [SKIPPED] Excluded App Background Activity login item: Lost Agent\n"_s);
+}
+
+TEST_F(LoginItems, aRemovalThatFailsStopsNoOther) {
+    loginItems.items = {kZoom, kDropbox};
+    loginItems.unchangeable = {u"Zoom"_s};
+    EXPECT_FALSE(disable({u"Zoom"_s, u"Dropbox"_s}));
+    EXPECT_EQ(takeTrace(), u"$> System Events: list\n"
+                           "$> System Events: delete where name is Zoom\n"
+                           "  [ERROR] Failed to remove login item: Zoom\n"
+                           "$> System Events: delete where name is Dropbox\n"
+                           "  [APPLIED] Removed login item: Dropbox\n"_s);
+}
+
+TEST_F(LoginItems, twoOfOneNameGoWithTheFirstAndTheSecondIsReportedMissing) {
+    loginItems.items = {kDropbox, {u"Dropbox"_s, u"/Users/alex/Applications/Dropbox.app"_s, false}};
+    EXPECT_FALSE(disable({u"Dropbox"_s}));
+    EXPECT_EQ(takeTrace(), u"$> System Events: list\n"
+                           "$> System Events: delete where name is Dropbox\n"
+                           "  [APPLIED] Removed login item: Dropbox\n"
+                           "$> System Events: delete where name is Dropbox\n"
+                           "  [ERROR] Failed to remove login item: Dropbox\n"_s);
+    EXPECT_EQ(loginItems.names(), QStringList());
+}
+
+TEST_F(LoginItems, whereOneOfTheNameStaysTheOtherGoesByItsPath) {
+    const LoginItem protectedOne{u"HELPER"_s, u"/Applications/Traktor Pro 3.app"_s, false};
+    const LoginItem wanted{u"Helper"_s, u"/Applications/Helper.app"_s, false};
+    loginItems.items = {protectedOne, wanted};
+    EXPECT_TRUE(disable({u"Helper"_s}));
+    EXPECT_EQ(takeTrace(), u"$> System Events: list\n"
+                           "$> System Events: delete where path is /Applications/Helper.app\n"
+                           "  [APPLIED] Removed login item: Helper\n"_s);
+    EXPECT_EQ(loginItems.items, QList<LoginItem>{protectedOne});
+}
+
+TEST_F(LoginItems, whereThePathDoesNotTellThemApartEitherBothStay) {
+    const LoginItem protectedOne{u"Serato"_s, u"/Applications/X.app"_s, false};
+    loginItems.items = {{u"helper"_s, {}, false}, {u"Helper"_s, {}, false}, protectedOne};
+    EXPECT_FALSE(disable({u"Helper"_s}));
+    EXPECT_EQ(takeTrace(), u"$> System Events: list\n"
+                           "  [ERROR] Failed to remove login item: Helper\n"_s);
+    EXPECT_EQ(loginItems.items.size(), 3);
+}
+
+// ---- Names that the list doesn't show
+
+TEST_F(LoginItems, oneThatCameAfterTheListWasReadIsRemovedAllTheSame) {
+    raw();
+    loginItems.items = {kZoom};
+    EXPECT_TRUE(disable({u"Zoom"_s, u"Zoom"_s}));
+    EXPECT_EQ(takeTrace(), u"$> System Events: list\n"
+                           "$> System Events: delete where name is Zoom\n"
+                           "  [APPLIED] Removed login item: Zoom\n"_s);
+    EXPECT_EQ(loginItems.names(), QStringList());
+    EXPECT_FALSE(files.exists(kRecord));
+}
+
+TEST_F(LoginItems, oneThatIsNotThereIsNoFailure) {
+    loginItems.items = {kZoom};
+    EXPECT_TRUE(disable({u"Zoom"_s, u"Dropbox"_s, u"Spotify"_s}));
+    EXPECT_EQ(takeTrace(), u"$> System Events: list\n"
+                           "$> System Events: delete where name is Zoom\n"
+                           "  [APPLIED] Removed login item: Zoom\n"
+                           "$> System Events: delete where name is Dropbox\n"
+                           "$> System Events: delete where name is Spotify\n"
+                           "$> System Events: list\n"_s);
+}
+
+TEST_F(LoginItems, oneThatIsStillThereIsAFailure) {
+    raw();
+    loginItems.items = {kZoom};
+    loginItems.unchangeable = {u"Zoom"_s};
+    EXPECT_FALSE(disable({u"Zoom"_s}));
+}
+
+TEST_F(LoginItems, withoutPermissionNothingCountsAsGone) {
+    loginItems.denial = "Not authorized";
+    EXPECT_FALSE(disable({u"Zoom"_s}));
+    EXPECT_EQ(takeTrace(), u"$> System Events: list\n"
+                           "$> System Events: delete where name is Zoom\n"
+                           "$> System Events: list\n"_s);
+}
+
+TEST_F(LoginItems, whereTheListIsAnErrorNothingCountsAsGone) {
+    loginItems.listing = "ERROR|Connection is invalid.\n";
+    EXPECT_FALSE(disable({u"Zoom"_s}));
+}
+
+} // namespace quorvane

@@ -1,0 +1,271 @@
+#include "fakes/ScriptedLoginItems.h"
+
+namespace quorvane {
+
+namespace {
+
+using Operation = MemoryFileManager::Operation;
+using Refresh = SystemManager::StartupRefresh;
+
+const QString kUsersAgents = u"/Users/alex/Library/LaunchAgents/"_s;
+const QString kAgents = u"/Library/LaunchAgents/"_s;
+const QString kDaemons = u"/Library/LaunchDaemons/"_s;
+
+/// "{id} | {name} | {kind} | {path}", with what is out of the ordinary behind it.
+QString shown(const StartupItem& item) {
+    QStringList parts{item.id, item.name, rawValue(item.kind), item.path};
+    if (item.hidden) {
+        parts.append(*item.hidden ? u"hidden"_s : u"visible"_s);
+    }
+    if (item.isProtected) {
+        parts.append(u"protected"_s);
+    }
+    if (!item.runsAtStartup) {
+        parts.append(u"off"_s);
+    }
+    if (item.launchIdentifier) {
+        parts.append(u"by "_s + *item.launchIdentifier);
+    }
+    return parts.join(u" | "_s);
+}
+
+QStringList shown(const QList<StartupItem>& items) {
+    QStringList lines;
+    for (const StartupItem& item : items) {
+        lines.append(shown(item));
+    }
+    return lines;
+}
+
+class StartupDiscoveryFlow : public ScriptedStartup {
+protected:
+    QStringList discover(Refresh refresh = Refresh::UseCache) {
+        return shown(QCoro::waitFor(system.discoverStartupItems(refresh)));
+    }
+    void addPlist(const QString& path, const QVariantMap& content) {
+        files.addFile(path, {});
+        propertyLists.lists.insert(path, content);
+    }
+    void takeDump(const QByteArray& dump) {
+        commands.print(u"/usr/bin/sfltool dumpbtm"_s, dump);
+        QCoro::waitFor(system.loadBackgroundTaskItems());
+        trace.clear();
+    }
+};
+
+const LoginItem kZoom{u"zoom"_s, u"/Applications/zoom.us.app"_s, true};
+
+} // namespace
+
+TEST_F(StartupDiscoveryFlow, findsEverySourceAndSortsByName) {
+    loginItems.items = {kZoom, {u"Ableton Helper"_s, u"/Applications/Helper.app"_s, false}, {u"Lost"_s, {}, false}};
+    addPlist(kUsersAgents + u"com.example.MyTool.plist"_s, {{u"Label"_s, u"com.example.MyTool"_s}});
+    addPlist(kAgents + u"org.serato.sync.plist"_s, {{u"Label"_s, u"org.other.Name"_s}});
+    addPlist(kDaemons + u"net.box.plist"_s, {{u"Label"_s, u"net.box"_s}});
+    files.addFile(kDaemons + u"readme.txt"_s, {});
+    takeDump("#1:\n Name: Dropbox\n Type: agent (0x8)\n Identifier: 8.com.dropbox.agent\n"
+             " Disposition: [enabled, allowed] (0x3)\n URL: file:///x\n");
+    EXPECT_EQ(discover(),
+              (QStringList{
+                  u"login:/Applications/Helper.app | Ableton Helper | loginApp | /Applications/Helper.app | visible | "
+                  "protected"_s,
+                  u"launch:net.box.plist | Box | launchDaemon | /Library/LaunchDaemons/net.box.plist | by "
+                  "net.box.plist"_s,
+                  u"btm:com.dropbox.agent | Dropbox | backgroundLoginItem | file:///x | by com.dropbox.agent"_s,
+                  u"launch:com.example.MyTool.plist | Example My Tool | launchAgent | "
+                  "/Users/alex/Library/LaunchAgents/com.example.MyTool.plist | by com.example.MyTool.plist"_s,
+                  u"login:Lost | Lost | loginApp |  | visible"_s,
+                  u"launch:org.serato.sync.plist | Other Name | launchAgent | "
+                  "/Library/LaunchAgents/org.serato.sync.plist | protected | by org.serato.sync.plist"_s,
+                  u"login:/Applications/zoom.us.app | zoom | loginApp | /Applications/zoom.us.app | hidden"_s,
+              }));
+    EXPECT_EQ(takeTrace(), u"$> System Events: list\n"_s);
+    EXPECT_EQ(files.changes(), 0);
+}
+
+// ---- Reuse
+
+TEST_F(StartupDiscoveryFlow, aSecondCallAnswersFromTheFirst) {
+    loginItems.items = {kZoom};
+    const QStringList found = discover();
+    loginItems.items.clear();
+    EXPECT_EQ(discover(), found);
+    EXPECT_EQ(takeTrace(), u"$> System Events: list\n"_s);
+}
+
+TEST_F(StartupDiscoveryFlow, anEmptyListIsAnAnswerToo) {
+    EXPECT_EQ(discover(), QStringList());
+    EXPECT_EQ(discover(), QStringList());
+    EXPECT_EQ(takeTrace(), u"$> System Events: list\n"
+                           "$> System Events: probe\n"_s);
+}
+
+TEST_F(StartupDiscoveryFlow, callersShareOneRun) {
+    loginItems.items = {kZoom};
+    commands.hold();
+    auto first = system.discoverStartupItems(Refresh::UseCache);
+    auto second = system.discoverStartupItems(Refresh::UseCache);
+    commands.release();
+    EXPECT_EQ(QCoro::waitFor(second).size(), 1);
+    EXPECT_EQ(QCoro::waitFor(first).size(), 1);
+    EXPECT_EQ(takeTrace(), u"$> System Events: list\n"_s);
+}
+
+TEST_F(StartupDiscoveryFlow, aForcedRefreshReadsEverythingAnew) {
+    discover();
+    trace.clear();
+    loginItems.items = {kZoom};
+    addPlist(kAgents + u"com.new.plist"_s, {});
+    EXPECT_EQ(discover(Refresh::Force).size(), 2);
+    EXPECT_EQ(discover().size(), 2);
+    EXPECT_EQ(takeTrace(), u"$> System Events: list\n"_s);
+}
+
+TEST_F(StartupDiscoveryFlow, aRunThatIsOvertakenKeepsNothing) {
+    loginItems.items = {kZoom};
+    commands.hold();
+    auto overtaken = system.discoverStartupItems(Refresh::UseCache);
+    auto itsWaiter = system.discoverStartupItems(Refresh::UseCache);
+    loginItems.items.append({u"Dropbox"_s, u"/Applications/Dropbox.app"_s, false});
+    commands.holdNoFurther();
+    EXPECT_EQ(discover(Refresh::Force).size(), 2);
+    commands.release();
+    EXPECT_EQ(QCoro::waitFor(overtaken).size(), 1);
+    EXPECT_EQ(QCoro::waitFor(itsWaiter).size(), 1);
+    EXPECT_EQ(discover().size(), 2);
+    EXPECT_EQ(trace.count(u"$> System Events: list"_s), 2);
+}
+
+TEST_F(StartupDiscoveryFlow, invalidatedWhileItRunsItKeepsNothing) {
+    loginItems.items = {kZoom};
+    commands.hold();
+    auto running = system.discoverStartupItems(Refresh::UseCache);
+    system.invalidateStartupCaches();
+    commands.release();
+    EXPECT_EQ(QCoro::waitFor(running).size(), 1);
+    loginItems.items.clear();
+    EXPECT_EQ(discover(), QStringList());
+}
+
+TEST_F(StartupDiscoveryFlow, aDumpThatArrivesLaterShowsAfterARefresh) {
+    loginItems.items = {kZoom};
+    discover();
+    takeDump("#1:\n Name: Box\n Type: login item (0x4)\n Identifier: 4.com.box\n Disposition: [enabled]\n");
+    EXPECT_EQ(discover().size(), 1);
+    EXPECT_EQ(discover(Refresh::Force).size(), 2);
+    system.invalidateStartupCaches();
+    EXPECT_EQ(discover().size(), 2); // the dump stays
+    EXPECT_TRUE(trace.filter(u"sfltool"_s).isEmpty());
+}
+
+// ---- Permission and bad input
+
+TEST_F(StartupDiscoveryFlow, aMissingPermissionIsSaidAndTheOtherSourcesCount) {
+    loginItems.denial = "Not authorized to send Apple events to System Events. (-1743)\n";
+    addPlist(kAgents + u"com.box.plist"_s, {});
+    EXPECT_EQ(discover().size(), 1);
+    EXPECT_EQ(takeTrace(),
+              u"$> System Events: list\n"
+              "$> System Events: probe\n"
+              "  [ERROR] Could not read login items: Not authorized to send Apple events to System Events. (-1743)\n"
+              "  [INFO] Grant Automation permission for System Events in System Settings → Privacy & Security.\n"_s);
+}
+
+TEST_F(StartupDiscoveryFlow, aReadingErrorOrGarbageGivesNoLoginItems) {
+    for (const char* const listing : {"ERROR|Connection is invalid.\n", "garbage\n", "a|b\n"}) {
+        loginItems.listing = listing;
+        EXPECT_EQ(discover(Refresh::Force), QStringList());
+    }
+    EXPECT_TRUE(system.logMessages().isEmpty()); // the permission is there
+}
+
+TEST_F(StartupDiscoveryFlow, aFolderThatCannotBeListedIsPassedOver) {
+    addPlist(kUsersAgents + u"com.a.plist"_s, {});
+    addPlist(kDaemons + u"com.b.plist"_s, {});
+    files.failOn(Operation::List, u"/Users/alex/Library/LaunchAgents"_s);
+    files.addFile(u"/Library/LaunchAgents"_s, {}); // not even a folder
+    EXPECT_EQ(discover(), QStringList(u"launch:com.b.plist | B | launchDaemon | /Library/LaunchDaemons/com.b.plist | "
+                                      "by com.b.plist"_s));
+    EXPECT_TRUE(system.logMessages().isEmpty());
+}
+
+TEST_F(StartupDiscoveryFlow, anUnreadablePlistIsNamedByItsFile) {
+    for (const QString& name : {u"com.example.BigTool.plist"_s, u"a b'\"$(x).plist"_s, u"-rf.plist"_s, u".plist"_s}) {
+        files.addFile(kAgents + name, "no property list");
+    }
+    QStringList names;
+    for (const StartupItem& item : QCoro::waitFor(system.discoverStartupItems(Refresh::UseCache))) {
+        names.append(item.launchIdentifier.value_or(QString()) + u" = "_s + item.name);
+    }
+    names.sort();
+    EXPECT_EQ(names, (QStringList{u"-rf.plist = -rf"_s, u".plist = "_s, u"a b'\"$(x).plist = A B'\"$(x)"_s,
+                                  u"com.example.BigTool.plist = Example Big Tool"_s}));
+}
+
+// ---- What an item is
+
+TEST_F(StartupDiscoveryFlow, aLoginItemInsideEmbeddedLaunchAgentsIsABackgroundAgent) {
+    loginItems.items = {{u"x"_s, u"/Applications/Foo.app/Contents/Library/LaunchAgents/x.plist"_s, false},
+                        {u"Foo Agent"_s, u"/Applications/Foo.app"_s, false}};
+    EXPECT_EQ(discover(), (QStringList{u"login:/Applications/Foo.app | Foo Agent | backgroundAgent | "
+                                       "/Applications/Foo.app | visible"_s,
+                                       u"login:/Applications/Foo.app/Contents/Library/LaunchAgents/x.plist | x | "
+                                       "backgroundAgent | "
+                                       "/Applications/Foo.app/Contents/Library/LaunchAgents/x.plist | visible"_s}));
+}
+
+TEST_F(StartupDiscoveryFlow, anAgentPlistAmongTheDaemonsIsABackgroundAgent) {
+    addPlist(kDaemons + u"com.example.helper.agent.plist"_s, {});
+    EXPECT_EQ(discover(), QStringList(u"launch:com.example.helper.agent.plist | Example Helper | backgroundAgent | "
+                                      "/Library/LaunchDaemons/com.example.helper.agent.plist | by "
+                                      "com.example.helper.agent.plist"_s));
+}
+
+TEST_F(StartupDiscoveryFlow, ofTwoPlistsOfOneNameTheUsersWins) {
+    addPlist(kUsersAgents + u"com.box.plist"_s, {{u"Label"_s, u"com.mine"_s}});
+    addPlist(kDaemons + u"com.box.plist"_s, {{u"Label"_s, u"com.theirs"_s}});
+    EXPECT_EQ(discover(), QStringList(u"launch:com.box.plist | Mine | launchAgent | "
+                                      "/Users/alex/Library/LaunchAgents/com.box.plist | by com.box.plist"_s));
+}
+
+TEST_F(StartupDiscoveryFlow, ofTwoLoginItemsWithOnePathTheFirstWins) {
+    loginItems.items = {kZoom, {u"Another"_s, kZoom.path, false}};
+    EXPECT_EQ(discover(), QStringList(u"login:/Applications/zoom.us.app | zoom | loginApp | "
+                                      "/Applications/zoom.us.app | hidden"_s));
+}
+
+TEST_F(StartupDiscoveryFlow, aPlistIsNamedByTheApplicationItStarts) {
+    addPlist(kAgents + u"com.foo.plist"_s,
+             {{u"Label"_s, u"com.foo.label"_s}, {u"Program"_s, u"/Applications/Foo.app/Contents/MacOS/foo"_s}});
+    addPlist(kAgents + u"com.apple.foo.bar.plist"_s, {{u"Label"_s, u"com.apple.foo.bar"_s}});
+    addPlist(kAgents + u"x.plist"_s, {{u"Label"_s, u"com.apple"_s}});
+    bundles.byPath.insert(u"/Applications/Foo.app"_s, {{u"CFBundleDisplayName"_s, u"The Foo"_s}});
+    QStringList names;
+    for (const StartupItem& item : QCoro::waitFor(system.discoverStartupItems(Refresh::UseCache))) {
+        names.append(item.name);
+    }
+    EXPECT_EQ(names, (QStringList{u"Apple"_s, u"Foo Bar"_s, u"The Foo"_s}));
+}
+
+TEST_F(StartupDiscoveryFlow, ofTheBackgroundRecordsThoseCountThatRunAtLogin) {
+    loginItems.items = {kZoom};
+    takeDump("#1:\n Name: App\n Type: app (0x2)\n Identifier: 2.com.app\n Disposition: [enabled]\n"
+             "#2:\n Name: Daemon\n Type: legacy daemon (0x10010)\n Identifier: 16.com.d\n Disposition: [visible]\n"
+             "#3:\n Name: Off\n Type: Login Item (0x4)\n Identifier: 4.com.off\n Disposition: [enabled, disallowed]\n"
+             " Executable Path: /x/off\n"
+             "#4:\n Name: Unlabelled\n Type: agent (0x8)\n Identifier: 4\n Disposition: [enabled]\n"
+             "#5:\n Name: Helper\n Type: agent (0x8)\n Identifier: 8.com.h\n Executable Path: /x/Traktor/h\n"
+             "#6:\n Name: (null)\n Type: agent (0x8)\n Identifier: 8.com.null\n Disposition: [enabled]\n"
+             "#7:\n Name: Bundle\n Type: agent (0x8)\n Identifier: 8.z\n Bundle Identifier: com.bundle\n"
+             " Disposition: [enabled]\n"
+             "#8:\n Name: Again\n Type: agent (0x8)\n Identifier: 8.com.bundle\n Disposition: [enabled]\n");
+    EXPECT_EQ(discover(), (QStringList{
+                              u"btm:com.bundle | Bundle | backgroundLoginItem | com.bundle | by com.bundle"_s,
+                              u"btm:com.d | Daemon | backgroundLoginItem | com.d | off | by com.d"_s,
+                              u"btm:com.off | Off | backgroundLoginItem | /x/off | off | by com.off"_s,
+                              u"login:/Applications/zoom.us.app | zoom | loginApp | /Applications/zoom.us.app | "
+                              "hidden"_s,
+                          }));
+}
+
+} // namespace quorvane
