@@ -41,7 +41,8 @@ public:
     QFuture<CommandOutcome> run(QStringList arguments, OutputCapture capture) override {
         const QString line = commandLine(arguments);
         m_trace.append((capture == OutputCapture::Capture ? u"$> "_s : u"$ "_s) + line);
-        return QtFuture::makeReadyFuture(m_answers.value(line, succeeded({})));
+        const std::optional<CommandOutcome> answer = respond ? respond(arguments) : std::nullopt;
+        return QtFuture::makeReadyFuture(answer.value_or(m_answers.value(line, succeeded({}))));
     }
     void shutDown() override {}
 
@@ -54,6 +55,9 @@ public:
         outcome.standardError = error;
         answer(line, outcome);
     }
+
+    /// Asked before the table: for commands that change something or whose answers change. None leaves it to the table.
+    std::function<std::optional<CommandOutcome>(const QStringList& arguments)> respond;
 
     static CommandOutcome succeeded(const QByteArray& output) {
         CommandOutcome outcome;
@@ -77,12 +81,17 @@ public:
         m_trace.append(u"& "_s + source);
         const ScriptOutcome outcome =
             m_outcomes.isEmpty() ? ScriptOutcome{QString(), std::nullopt} : m_outcomes.takeFirst();
+        if (outcome.result && carryOut) {
+            carryOut(source);
+        }
         return QtFuture::makeReadyFuture(outcome);
     }
     void shutDown() override {}
 
     /// Once there is nothing left, every script succeeds with an empty result.
     void answerNext(const ScriptOutcome& outcome) { m_outcomes.append(outcome); }
+    /// Does what a script does that succeeds.
+    std::function<void(const QString& source)> carryOut;
     void failNext(const QString& message) { answerNext({std::nullopt, message}); }
 
 private:
