@@ -17,6 +17,14 @@ const QString kStartupChanges = u"Quorvane needs your administrator password to 
 const QString kNeutral = u"Quorvane is applying system changes."_s;
 const QString kQuarantine = u"/Users/alex/.quorvane_backup/bundled-login-items/"_s;
 
+inline void PrintTo(const ApplyVerificationResult& result, std::ostream* stream) {
+    for (const auto& [word, items] : {std::pair("ok", result.verified), std::pair("missing", result.failed)}) {
+        for (const ApplyVerificationResult::Item& item : items) {
+            *stream << "\n  " << word << ' ' << qPrintable(item.name + u" — "_s + item.detail.value_or(QString()));
+        }
+    }
+}
+
 /// A record that is on.
 inline BackgroundTaskItem backgroundRecord(const QString& name, const QString& label, const QString& parent = {},
                                            const QString& type = u"login item (0x4)"_s) {
