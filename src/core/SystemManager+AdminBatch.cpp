@@ -61,18 +61,17 @@ void SystemManager::deferBackgroundTaskFetchToAdminBatch() {
 
 QCoro::Task<bool> SystemManager::finishAdminBatch(QString prompt) {
     const bool planHasWork = m_pendingBackgroundLoginItemChanges && m_pendingBackgroundLoginItemChanges->hasWork();
-    const bool mustResolveAfterFlush = planHasWork && !m_backgroundTaskItemsCache;
-    if (mustResolveAfterFlush) {
-        queueBackgroundDump();
-    } else if (planHasWork) {
+    const bool needsDump = planHasWork && !m_backgroundTaskItemsCache;
+    const bool dumpComes = needsDump && queueBackgroundDump();
+    if (planHasWork && !needsDump) {
         co_await resolvePendingBackgroundPlan(PlanResolution::BeforeFlush);
     }
-    const bool succeeded = co_await flushAdminBatch(std::move(prompt));
-    if (succeeded && mustResolveAfterFlush) {
+    const bool isFlushed = co_await flushAdminBatch(std::move(prompt));
+    if (isFlushed && dumpComes) {
         co_await resolvePendingBackgroundPlan(PlanResolution::AfterFlush);
     }
     closeAdminBatch();
-    co_return succeeded;
+    co_return isFlushed&& dumpComes == needsDump;
 }
 
 QCoro::Task<bool> SystemManager::flushAdminBatch(QString prompt) {
@@ -83,6 +82,7 @@ QCoro::Task<bool> SystemManager::flushAdminBatch(QString prompt) {
     const CommandResult result = co_await executeAdminScript(line, std::move(prompt));
     if (result.status != 0) {
         log(u"  [ERROR] Administrator authorization was cancelled or failed: "_s + result.standardError);
+        takeBackQueuedBackgroundLabels();
         co_return false;
     }
     if (std::exchange(m_needsPrivilegedBackgroundTaskItemFetch, false)) {
@@ -95,6 +95,7 @@ void SystemManager::closeAdminBatch() {
     endBackgroundTaskFetchDeferral();
     m_queuedMoves.clear();
     m_queuedBackgroundLabels.clear();
+    m_dispositionsBeforeBatch.clear();
     if (m_adminBatchDepth >= 1) {
         --m_adminBatchDepth;
     }

@@ -13,6 +13,7 @@
 #include "verification/SystemConfigurationMatch.h"
 
 #include <QFuture>
+#include <QHash>
 #include <QObject>
 #include <QString>
 #include <QStringList>
@@ -337,8 +338,9 @@ private:
 
     // startup/SystemManager+BackgroundTasks.cpp
     QString backgroundDumpCommand() const;
-    void queueBackgroundDump();
-    void removeBackgroundDump();
+    bool queueBackgroundDump();
+    bool requireRoomForBackgroundDump();
+    std::optional<QString> removeBackgroundDump();
     QString takeBackgroundDump();
 
     // startup/SystemManager+BackgroundLoginItems.cpp
@@ -349,6 +351,7 @@ private:
     void queueCloudSyncServices(const CloudSyncServices& services);
     void queueBackgroundLabelCommands(const QString& label);
     bool queueBackgroundLabel(const QString& label);
+    void takeBackQueuedBackgroundLabels();
     QCoro::Task<bool> disableBackgroundLabel(QString label);
     QSet<QString> disableableLabels(const QSet<QString>& labels, const QString& kindWord);
     bool isProtectedBackgroundLabel(const QString& label) const;
@@ -388,6 +391,7 @@ private:
     QSet<QString> m_queuedMoves; ///< launch plists and bundled resources that the open batch moves: a second move would
                                  ///< delete the only copy
     QSet<QString> m_queuedBackgroundLabels; ///< labels that the open batch switches off
+    QHash<QString, QStringList> m_dispositionsBeforeBatch; ///< of these labels, put back when the batch fails
     bool m_adminAuthorizationFlag = false;  ///< true when the last administrator script of this process succeeded
 
     std::optional<BackgroundTaskList> m_backgroundTaskItemsCache;

@@ -13,7 +13,8 @@ using namespace Qt::StringLiterals;
 QCoro::Task<QStringList> SystemManager::listNetworkServices() {
     const QStringList arguments{u"networksetup"_s, u"-listallnetworkservices"_s};
     const CommandResult result = co_await runCommand(arguments, OutputCapture::Capture);
-    co_return parsedNetworkServices(result.standardOutput);
+    // The tool's errors come on standard output: of a failed run nothing is a name.
+    co_return result.status == 0 ? parsedNetworkServices(result.standardOutput) : QStringList();
 }
 
 QCoro::Task<QList<NetworkServiceState>> SystemManager::readNetworkServices() {

@@ -3,6 +3,7 @@
 #include "core/ExcludedNames.h"
 
 #include <QStringList>
+#include <QUrl>
 
 #include <algorithm>
 
@@ -66,7 +67,9 @@ std::optional<QString> backgroundItemLabel(const BackgroundTaskItem& item) {
 }
 
 bool isProtectedRecord(const BackgroundTaskItem& item) {
-    return isExcludedName(backgroundItemSearchText(item));
+    // Blanks in URLs are encoded: "Native%20Instruments".
+    const QString url = QUrl::fromPercentEncoding(item.url.value_or(QString()).toUtf8());
+    return isExcludedName(backgroundItemSearchText(item)) || isExcludedName(url);
 }
 
 bool isUsableBackgroundLabel(const QString& label) {

@@ -50,4 +50,19 @@ void BackgroundTaskList::markDisabled(const QString& label) {
     }
 }
 
+QStringList BackgroundTaskList::dispositions(const QString& label) const {
+    QStringList texts;
+    for (const qsizetype place : m_places.value(label)) {
+        texts.append(m_items.at(place).disposition);
+    }
+    return texts;
+}
+
+void BackgroundTaskList::setDispositions(const QString& label, const QStringList& dispositions) {
+    const QList<qsizetype> places = m_places.value(label);
+    for (qsizetype index = 0; index < std::min(places.size(), dispositions.size()); ++index) {
+        m_items[places.at(index)].disposition = dispositions.at(index);
+    }
+}
+
 } // namespace quorvane

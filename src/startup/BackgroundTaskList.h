@@ -3,6 +3,7 @@
 #include "startup/BackgroundTaskItem.h"
 
 #include <QHash>
+#include <QStringList>
 
 namespace quorvane {
 
@@ -24,6 +25,10 @@ public:
     bool isActive(const QString& label) const;
     /// No dump is taken after an item was switched off: its records show as the next dump will.
     void markDisabled(const QString& label);
+    /// Of the records with the label, in the order of the dump.
+    QStringList dispositions(const QString& label) const;
+    /// @param dispositions  what `dispositions` gave for the same label
+    void setDispositions(const QString& label, const QStringList& dispositions);
 
 private:
     QList<BackgroundTaskItem> m_items;

@@ -12,6 +12,11 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+bool isLoginItem(const StartupItem& item) {
+    return (item.kind == StartupItemKind::loginApp || item.kind == StartupItemKind::backgroundAgent) &&
+           !isLaunchItemId(item.id);
+}
+
 /// The checks in their order, each adding its items to one result.
 class StartupVerification {
 public:
@@ -78,8 +83,13 @@ private:
             const bool isOff = std::none_of(items.begin(), items.end(), [this](const StartupItem& item) {
                 return m_active.isActive(item).value_or(false);
             });
-            add(isOff, u"Cloud sync: "_s + displayName(service),
-                items.isEmpty() ? u"not installed"_s : u"disabled at login"_s, u"still active"_s);
+            const QString name = u"Cloud sync: "_s + displayName(service);
+            const QString verifiedDetail = items.isEmpty() ? u"not installed"_s : u"disabled at login"_s;
+            if (isOff && std::any_of(items.begin(), items.end(), isLoginItem)) {
+                addLoginCheck(true, name, verifiedDetail, {});
+            } else {
+                add(isOff, name, verifiedDetail, u"still active"_s);
+            }
         }
     }
 

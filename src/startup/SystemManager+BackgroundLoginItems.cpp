@@ -68,11 +68,11 @@ QList<BackgroundTaskItem> recordsAmong(const QList<BackgroundTaskItem>& records,
     return kept;
 }
 
-/// The labels of targets that no record stands for.
-QSet<QString> bundledAgentLabels(const QList<BackgroundDisableTarget>& targets, const QSet<QString>& seen) {
+/// The labels of launch agents inside applications that no record stands for.
+QSet<QString> bundledAgentLabels(const QList<BackgroundDisableTarget>& targets, const QSet<QString>& recordLabels) {
     QSet<QString> labels;
     for (const BackgroundDisableTarget& target : targets) {
-        if (!target.item && !seen.contains(target.label) && !isProtectedTarget(target)) {
+        if (!target.item && !recordLabels.contains(target.label)) {
             labels.insert(target.label);
         }
     }
@@ -225,8 +225,19 @@ bool SystemManager::queueBackgroundLabel(const QString& label) {
     }
     m_queuedBackgroundLabels.insert(label);
     queueBackgroundLabelCommands(label);
+    const QStringList before =
+        m_backgroundTaskItemsCache ? m_backgroundTaskItemsCache->dispositions(label) : QStringList();
     markBackgroundLabelDisabled(label);
+    m_dispositionsBeforeBatch.insert(label, before);
     return true;
+}
+
+/// After a failed batch: what was marked as off is on, and must be found so by the verification and by the next apply.
+void SystemManager::takeBackQueuedBackgroundLabels() {
+    for (auto label = m_dispositionsBeforeBatch.cbegin();
+         m_backgroundTaskItemsCache && label != m_dispositionsBeforeBatch.cend(); ++label) {
+        m_backgroundTaskItemsCache->setDispositions(label.key(), label.value());
+    }
 }
 
 // ---- The plan
@@ -257,11 +268,12 @@ QCoro::Task<void> SystemManager::resolvePendingBackgroundPlan(PlanResolution res
         co_return;
     }
     const QList<BackgroundTaskItem> planned = co_await inBackground(plannedRecords, plan, *m_backgroundTaskItemsCache);
-    const QSet<QString> labels =
+    QSet<QString> labels =
         disableableLabels(labelsOf(planned) + plan.disabledBackgroundLaunchLabels, kBackgroundLoginItem);
     const QList<BackgroundDisableTarget> targets = disableTargets(recordsAmong(planned, labels), labels);
     disallowTargets(targets, UnavailableLine::Once);
-    const QSet<QString> agents = bundledAgentLabels(targets, labels);
+    const QSet<QString> agents = bundledAgentLabels(targets, labelsOf(planned));
+    labels -= agents;
     if (resolution == PlanResolution::BeforeFlush) {
         queuePlannedLabels(labels, u"  [ACTION] Queued disable for background login label: "_s);
         queuePlannedLabels(agents, u"  [ACTION] Queued disable for bundled launch agent: "_s);

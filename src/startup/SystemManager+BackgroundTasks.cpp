@@ -24,10 +24,21 @@ QString SystemManager::backgroundDumpCommand() const {
     return u"/usr/bin/sfltool dumpbtm > %1 2>/dev/null || true"_s.arg(shellQuoted(backgroundDumpPath()));
 }
 
-void SystemManager::queueBackgroundDump() {
-    removeBackgroundDump();
-    m_adminCommandBatch.append(backgroundDumpCommand());
-    m_needsPrivilegedBackgroundTaskItemFetch = true;
+bool SystemManager::queueBackgroundDump() {
+    m_needsPrivilegedBackgroundTaskItemFetch = requireRoomForBackgroundDump();
+    if (m_needsPrivilegedBackgroundTaskItemFetch) {
+        m_adminCommandBatch.append(backgroundDumpCommand());
+    }
+    return m_needsPrivilegedBackgroundTaskItemFetch;
+}
+
+/// False, with a line in the log, when something stays in the dump's place: root would write to wherever a link leads.
+bool SystemManager::requireRoomForBackgroundDump() {
+    const std::optional<QString> error = removeBackgroundDump();
+    if (error) {
+        log(u"  [ERROR] Background items can't be read: "_s + *error);
+    }
+    return !error;
 }
 
 QCoro::Task<std::optional<QList<BackgroundTaskItem>>> SystemManager::readBackgroundTaskDumpUnprivileged() {
@@ -70,7 +81,9 @@ QCoro::Task<void> SystemManager::ensureBackgroundTaskItems(QString prompt, Privi
     if (m_backgroundTaskItemsCache || privileged == PrivilegedFetch::Refused) {
         co_return;
     }
-    removeBackgroundDump();
+    if (!requireRoomForBackgroundDump()) {
+        co_return;
+    }
     const CommandResult result = co_await executeAdminScript(backgroundDumpCommand(), std::move(prompt));
     if (result.status == 0) {
         co_await loadPrivilegedBackgroundDump();
@@ -103,23 +116,26 @@ QString SystemManager::takeBackgroundDump() {
             text.clear(); // an unreadable dump counts as an empty one
         }
     }
-    removeBackgroundDump();
+    removeBackgroundDump(); // one that stays is cleared away before the next is taken
     return text;
 }
 
-void SystemManager::removeBackgroundDump() {
+/// @return why something stays there; none when nothing does
+std::optional<QString> SystemManager::removeBackgroundDump() {
     const QString path = backgroundDumpPath();
     if (m_host.files.status(path).kind == FileStatus::Kind::Missing) {
-        return;
+        return std::nullopt;
     }
     try {
         m_host.files.removeTree(path);
     } catch (const FileError& error) {
-        log(u"  [WARNING] Could not remove "_s + error.message());
+        return error.message();
     }
+    return std::nullopt;
 }
 
 void SystemManager::markBackgroundLabelDisabled(const QString& label) {
+    m_dispositionsBeforeBatch.remove(label); // an open batch had only meant to
     if (m_backgroundTaskItemsCache) {
         m_backgroundTaskItemsCache->markDisabled(label);
     }

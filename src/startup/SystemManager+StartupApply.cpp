@@ -1,6 +1,8 @@
 #include "core/SystemManager.h"
 
+#include "startup/LoginItemRemoval.h"
 #include "startup/StartupChanges.h"
+#include "startup/StartupDiscovery.h"
 #include "startup/StartupTargets.h"
 #include "startup/StartupVerification.h"
 
@@ -11,6 +13,16 @@
 namespace quorvane {
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Audio software may be known by its name alone, which a path doesn't show.
+LoginItemRemoval sparingProtectedItems(QList<LoginItem> items) {
+    items.removeIf([](const LoginItem& item) { return !isProtectedLoginItem(item); });
+    return LoginItemRemoval(items);
+}
+
+} // namespace
 
 QCoro::Task<bool> SystemManager::applyStartupConfiguration(StartupConfiguration configuration) {
     log(u"\nApplying startup configuration..."_s);
@@ -57,8 +69,12 @@ QCoro::Task<bool> SystemManager::disableTargetLoginItems(QSet<QString> names) {
 
 /// Of cloud services. An item that has already gone by its name is no failure.
 QCoro::Task<void> SystemManager::removeTargetLoginPaths(QSet<QString> paths) {
+    if (paths.isEmpty()) {
+        co_return;
+    }
+    const LoginItemRemoval removal = sparingProtectedItems(co_await rawLoginItems());
     for (const QString& path : sortedTexts(paths)) {
-        if (isExcludedName(path)) {
+        if (isExcludedName(path) || !removal.canGoByPath(path)) {
             log(u"  [SKIPPED] Protected login item at path: "_s + path);
         } else if (co_await removeLoginItemAtPath(path)) {
             log(u"  [APPLIED] Removed login item at path: "_s + path);

@@ -1,14 +1,50 @@
-#include "fakes/ScriptedSystem.h"
+#include "fakes/StartupSystem.h"
+
+#include "startup/StartupVerification.h"
 
 namespace quorvane {
 
 namespace {
 
-class StartupApply : public ScriptedSystem {
+const QString kManaged = u"QuorvaneManagedStartupAppPaths"_s;
+const QString kPutAside = u"/Users/alex/.quorvane_backup/"_s;
+
+class StartupApply : public StartupSystem {
 protected:
     bool apply(const StartupConfiguration& configuration) {
         return QCoro::waitFor(system.applyStartupConfiguration(configuration));
     }
+    StartupApplyResult applyAlone(const StartupConfiguration& configuration) {
+        return QCoro::waitFor(system.applyStartupChanges(configuration));
+    }
+
+    /// A login item, a launch agent of the user's, a daemon, a background item and Dropbox go, and Live opens.
+    StartupConfiguration everything() {
+        StartupConfiguration configuration;
+        configuration.items = {loginAppOff(u"Chat"_s), launchAgentOff(u"com.chat.plist"_s),
+                               launchAgentOff(u"com.vpn.plist"_s), backgroundItemOff(u"com.x.sync"_s),
+                               StartupItem::fromLaunchItem({u"Live"_s, u"/Applications/Live.app"_s, true})};
+        configuration.disabledCloudSyncAtStartup = {CloudSyncService::dropbox};
+        configuration.disableNetworkAtStartup = true;
+        return configuration;
+    }
+    void setUpEverything() {
+        login = {{u"Chat"_s, u"/Applications/Chat.app"_s, false},
+                 {u"Dropbox"_s, u"/Applications/Dropbox.app"_s, false}};
+        files.addFile(u"/Users/alex/Library/LaunchAgents/com.chat.plist"_s, "chat");
+        files.addFile(u"/Library/LaunchDaemons/com.vpn.plist"_s, "vpn");
+        files.addFolders(u"/Library/LaunchAgents"_s);
+        commands.print(u"networksetup -listallnetworkservices"_s, "Wi-Fi\n");
+        commands.print(u"/usr/sbin/networksetup -listallnetworkservices"_s, "*Wi-Fi\n");
+        commands.print(u"/usr/sbin/networksetup -getnetworkserviceenabled Wi-Fi"_s, "Disabled\n");
+    }
+    const QString daemonLine = u"mkdir -p '/Users/alex/.quorvane_backup/_Library_LaunchDaemons' && "
+                               "rm -f '/Users/alex/.quorvane_backup/_Library_LaunchDaemons/com.vpn.plist' && "
+                               "(launchctl bootout system '/Library/LaunchDaemons/com.vpn.plist' 2>/dev/null || "
+                               "launchctl unload -w '/Library/LaunchDaemons/com.vpn.plist' 2>/dev/null || true) && "
+                               "mv '/Library/LaunchDaemons/com.vpn.plist' "
+                               "'/Users/alex/.quorvane_backup/_Library_LaunchDaemons/com.vpn.plist'"_s;
+    const QString networkLine = u"networksetup -setnetworkserviceenabled 'Wi-Fi' off"_s;
 };
 
 /// One item of each kind that asks for nothing.
@@ -26,13 +62,10 @@ StartupConfiguration nothingAskedFor() {
 
 const QString kApplied = u"\nApplying startup configuration...\n"
                          "\nStartup configuration applied.\n"_s;
-const QString kRefused = u"\nApplying startup configuration...\n"
-                         "  [ERROR] Startup changes can't be applied yet.\n"
-                         "\nStartup configuration applied with errors.\n"_s;
 
 } // namespace
 
-// The trace holds commands, scripts and log lines, so each of these also says that nothing was run.
+// The trace holds commands, scripts and log lines, so each of these also says that nothing else was run.
 
 TEST_F(StartupApply, anEmptyConfigurationIsAppliedByDoingNothing) {
     EXPECT_TRUE(apply({}));
@@ -44,24 +77,251 @@ TEST_F(StartupApply, itemsThatStayAsTheyAreAreAppliedByDoingNothing) {
     EXPECT_EQ(takeTrace(), kApplied);
 }
 
-TEST_F(StartupApply, whatIsAskedForIsRefused) {
-    StartupConfiguration network;
-    network.disableNetworkAtStartup = true;
-    EXPECT_FALSE(apply(network));
-    EXPECT_EQ(takeTrace(), kRefused);
-
-    StartupConfiguration switchedOff = nothingAskedFor();
-    switchedOff.items.first().runsAtStartup = false;
-    EXPECT_FALSE(apply(switchedOff));
-    EXPECT_EQ(takeTrace(), kRefused);
+TEST_F(StartupApply, anAppThatIsNoLongerConfiguredGoesThoughNothingElseChanges) {
+    login = {{u"Old"_s, u"/Applications/Old.app"_s, false}};
+    defaults.setStringArray(kManaged, {u"/Applications/Old.app"_s});
+    EXPECT_TRUE(apply({}));
+    EXPECT_EQ(takeTrace(), u"\nApplying startup configuration...\n"
+                           "  [ACTION] Removing 1 Quorvane-managed startup app(s)...\n"
+                           "$> osascript: read\n"
+                           "$> osascript: remove path /Applications/Old.app\n"
+                           "$> osascript: read\n"
+                           "  [APPLIED] Removed startup app from login items: Old\n"
+                           "\nStartup configuration applied.\n"_s);
+    EXPECT_EQ(login, QList<LoginItem>());
+    EXPECT_EQ(defaults.stringArray(kManaged), QStringList());
 }
 
-TEST_F(StartupApply, aManagedAppThatWouldHaveToGoIsRefusedAndStaysRecorded) {
-    const QStringList managed{u"/Applications/X.app"_s};
-    defaults.setStringArray(u"QuorvaneManagedStartupAppPaths"_s, managed);
-    EXPECT_FALSE(apply({}));
-    EXPECT_EQ(takeTrace(), kRefused);
-    EXPECT_EQ(defaults.stringArray(u"QuorvaneManagedStartupAppPaths"_s), managed);
+TEST_F(StartupApply, aWholeConfigurationGoesOnStepByStepUnderOnePrompt) {
+    setUpEverything();
+    cacheDump({backgroundRecord(u"Sync"_s, u"com.x.sync"_s)});
+    const StartupApplyResult result = applyAlone(everything());
+    const QString flow = takeTrace();
+    EXPECT_EQ(flow, u"\nApplying startup configuration...\n"
+                    "$> osascript: read\n"
+                    "  [ACTION] Disabling 2 login item(s)...\n"
+                    "$> osascript: remove name Chat\n"
+                    "  [APPLIED] Removed login item: Chat\n"
+                    "$> osascript: remove name Dropbox\n"
+                    "  [APPLIED] Removed login item: Dropbox\n"
+                    "$> osascript: read\n"
+                    "$> osascript: remove path /Applications/Dropbox.app\n"
+                    "  [ACTION] Disabling 2 launch item(s)...\n"
+                    "$ /bin/launchctl bootout gui/501 /Users/alex/Library/LaunchAgents/com.chat.plist\n"
+                    "$ /bin/launchctl unload -w /Users/alex/Library/LaunchAgents/com.chat.plist\n"
+                    "  [APPLIED] Disabled launch item: com.chat.plist (/Users/alex/Library/LaunchAgents)\n"
+                    "  [ACTION] Requesting Admin rights to disable 1 system launch item(s)...\n"
+                    "  [APPLIED] Disabled launch item: com.vpn.plist @ /Library/LaunchDaemons\n"
+                    "  [ACTION] Disabling 1 background item(s)...\n"
+                    "  [ACTION] Queued disable for background login label: com.x.sync\n"
+                    "  [APPLIED] Disabled cloud sync at startup: Dropbox\n"
+                    "  [ACTION] Disabling network interfaces...\n"
+                    "\nDisabling all network connections...\n"
+                    "$> networksetup -listallnetworkservices\n"
+                    "  [ACTION] Found 1 services: Wi-Fi\n"
+                    "  [ACTION] Requesting Administrator privileges to disable interfaces...\n"
+                    "  [APPLIED] All network connections disabled.\n"
+                    "  [ACTION] Configuring 1 application(s) to start at login...\n"
+                    "$> osascript: add /Applications/Live.app\n"
+                    "  [APPLIED] Added login item: Live (hidden)\n"
+                    "\nStartup configuration applied.\n"_s +
+                        prompted(daemonLine + u" ; "_s + queuedLaunchctl(u"com.x.sync"_s) + u" ; "_s + networkLine,
+                                 kStartupChanges) +
+                        u"$> osascript: read\n"
+                        "$> /usr/sbin/networksetup -listallnetworkservices\n"
+                        "$> /usr/sbin/networksetup -getnetworkserviceenabled Wi-Fi\n"
+                        "All 8 setting(s) verified on the system.\n"_s);
+    EXPECT_TRUE(result.applySucceeded);
+    EXPECT_EQ(result.verification.failed, QList<ApplyVerificationResult::Item>());
+    EXPECT_EQ(system.lastApplyVerification(), result.verification);
+    EXPECT_EQ(login, QList<LoginItem>({{u"Live"_s, u"/Applications/Live.app"_s, true}}));
+    EXPECT_EQ(files.read(kPutAside + u"UserHome_Library_LaunchAgents/com.chat.plist"_s), "chat");
+    EXPECT_EQ(files.read(kPutAside + u"_Library_LaunchDaemons/com.vpn.plist"_s), "vpn");
+    EXPECT_FALSE(files.exists(u"/Library/LaunchDaemons/com.vpn.plist"_s));
+    EXPECT_FALSE(isActive(u"com.x.sync"_s));
+    EXPECT_EQ(defaults.stringArray(kManaged), QStringList(u"/Applications/Live.app"_s));
+    EXPECT_EQ(system.backgroundTaskItemsFetchMode(), SystemManager::BackgroundTaskItemsFetchMode::automatic);
+    EXPECT_EQ(system.adminBatchDepth(), 0);
+}
+
+TEST_F(StartupApply, theSecondTimeNothingChangesAndAllIsVerified) {
+    setUpEverything();
+    cacheDump({backgroundRecord(u"Sync"_s, u"com.x.sync"_s)});
+    StartupConfiguration configuration = everything();
+    configuration.disableNetworkAtStartup = false;
+    configuration.items.removeIf(
+        [](const StartupItem& item) { return item.kind == StartupItemKind::backgroundLoginItem; });
+    EXPECT_TRUE(applyAlone(configuration).applySucceeded);
+    const QList<LoginItem> loginBefore = login;
+    trace.clear();
+    const StartupApplyResult result = applyAlone(configuration);
+    EXPECT_TRUE(result.applySucceeded);
+    EXPECT_EQ(result.verification.failed, QList<ApplyVerificationResult::Item>());
+    EXPECT_EQ(login, loginBefore);
+    EXPECT_EQ(prompts(), 0);
+    EXPECT_EQ(takeTrace(), u"\nApplying startup configuration...\n"
+                           "$> osascript: read\n"
+                           "  [ACTION] Disabling 1 login item(s)...\n"
+                           "$> osascript: remove name Chat\n"
+                           "$> osascript: read\n"
+                           "  [ACTION] Disabling 2 launch item(s)...\n"
+                           "  [INFO] Launch item already disabled: com.chat.plist\n"
+                           "  [INFO] Launch item already disabled: com.vpn.plist\n"
+                           "  [APPLIED] Disabled cloud sync at startup: Dropbox\n"
+                           "  [ACTION] Configuring 1 application(s) to start at login...\n"
+                           "  [SKIPPED] Already configured to start at login: Live\n"
+                           "\nStartup configuration applied.\n"
+                           "$> osascript: read\n"
+                           "All 5 setting(s) verified on the system.\n"_s);
+}
+
+TEST_F(StartupApply, aRefusedPromptFailsWhatNeedsRootItemByItemAndKeepsTheRest) {
+    setUpEverything();
+    cacheDump({backgroundRecord(u"Sync"_s, u"com.x.sync"_s)});
+    commands.print(u"/usr/sbin/networksetup -getnetworkserviceenabled Wi-Fi"_s, "Enabled\n");
+    scripts.failNext(u"User canceled."_s);
+    const StartupApplyResult result = applyAlone(everything());
+    EXPECT_FALSE(result.applySucceeded);
+    EXPECT_TRUE(system.logMessages().contains(
+        u"  [ERROR] Administrator authorization was cancelled or failed: User canceled."_s));
+    EXPECT_EQ(result.verification.failed,
+              QList<ApplyVerificationResult::Item>({{u"Launch item: com.vpn.plist"_s, u"still active"_s},
+                                                    {u"Background item: Sync"_s, u"still enabled at login"_s},
+                                                    {u"Network"_s, u"expected all interfaces disabled"_s}}));
+    EXPECT_EQ(system.logMessages().last(), u"5 verified, 3 not confirmed. Check Logs for details."_s);
+    EXPECT_EQ(login, QList<LoginItem>({{u"Live"_s, u"/Applications/Live.app"_s, true}}));
+    EXPECT_EQ(files.read(u"/Library/LaunchDaemons/com.vpn.plist"_s), "vpn");
+
+    commands.print(u"/usr/sbin/networksetup -getnetworkserviceenabled Wi-Fi"_s, "Disabled\n");
+    EXPECT_TRUE(applyAlone(everything()).verification.failed.isEmpty()) << "a second try has all that the first lacked";
+}
+
+TEST_F(StartupApply, aFailedStepKeepsNoLaterOneFromRunning) {
+    setUpEverything();
+    cacheDump({backgroundRecord(u"Sync"_s, u"com.x.sync"_s)});
+    deniesSystemEvents = true;
+    EXPECT_FALSE(apply(everything()));
+    QStringList log = system.logMessages();
+    EXPECT_EQ(log.join(u'\n'),
+              u"\nApplying startup configuration...\n"
+              "  [ERROR] Could not read login items: Not authorized to send Apple events to System Events. (-1743)\n"
+              "  [INFO] Grant Automation permission for System Events in System Settings → Privacy & Security.\n"
+              "  [ACTION] Disabling 1 login item(s)...\n"
+              "  [ACTION] Disabling 2 launch item(s)...\n"
+              "  [APPLIED] Disabled launch item: com.chat.plist (/Users/alex/Library/LaunchAgents)\n"
+              "  [ACTION] Requesting Admin rights to disable 1 system launch item(s)...\n"
+              "  [APPLIED] Disabled launch item: com.vpn.plist @ /Library/LaunchDaemons\n"
+              "  [ACTION] Disabling 1 background item(s)...\n"
+              "  [ACTION] Disabling 1 background login item(s)...\n"
+              "  [APPLIED] Disabled background login item: com.x.sync\n"
+              "  [APPLIED] Disabled cloud sync at startup: Dropbox\n"
+              "  [APPLIED] Cloud Sync Launch Items already match disabled list.\n"
+              "  [ACTION] Disabling network interfaces...\n"
+              "\nDisabling all network connections...\n"
+              "  [ACTION] Found 1 services: Wi-Fi\n"
+              "  [ACTION] Requesting Administrator privileges to disable interfaces...\n"
+              "  [APPLIED] All network connections disabled.\n"
+              "  [ACTION] Configuring 1 application(s) to start at login...\n"
+              "  [ERROR] Failed to add login item: Live\n"
+              "\nStartup configuration applied with errors."_s);
+    EXPECT_EQ(defaults.stringArray(kManaged), QStringList(u"/Applications/Live.app"_s))
+        << "recorded before it is tried";
+}
+
+TEST_F(StartupApply, eachFailedStepAloneEndsWithErrors) {
+    setUpEverything();
+    StartupConfiguration network;
+    network.disableNetworkAtStartup = true;
+    commands.print(u"networksetup -listallnetworkservices"_s, "");
+    EXPECT_FALSE(apply(network));
+
+    StartupConfiguration launchItem;
+    launchItem.items = {launchAgentOff(u"com.chat.plist"_s)};
+    files.makeUnwritable(u"/Users/alex/Library/LaunchAgents"_s);
+    EXPECT_FALSE(apply(launchItem));
+
+    StartupConfiguration background;
+    background.items = {backgroundItemOff(u"com.x.sync"_s)};
+    commands.fail(u"/bin/launchctl disable gui/501/com.x.sync"_s, 1);
+    EXPECT_FALSE(apply(background));
+    EXPECT_EQ(system.logMessages().filter(u"\nStartup configuration applied with errors."_s).size(), 3);
+
+    background.items.append(StartupItem::fromLaunchItem({u"Live"_s, u"/Applications/Live.app"_s, false}));
+    EXPECT_FALSE(apply(background)) << "a later success forgives nothing";
+}
+
+TEST_F(StartupApply, aProtectedItemThatIsOffStaysAndFailsItsCheck) {
+    login = {{u"Serato DJ Pro"_s, u"/Applications/Serato DJ Pro.app"_s, false}};
+    StartupConfiguration configuration;
+    configuration.items = {loginAppOff(u"Serato DJ Pro"_s)};
+    const StartupApplyResult result = applyAlone(configuration);
+    EXPECT_TRUE(result.applySucceeded);
+    EXPECT_EQ(result.verification,
+              ApplyVerificationResult({{}, {{u"Login item: Serato DJ Pro"_s, u"still active"_s}}}));
+    EXPECT_EQ(login.size(), 1);
+    EXPECT_TRUE(system.logMessages().contains(u"  [SKIPPED] Protected login item: Serato DJ Pro"_s));
+}
+
+TEST_F(StartupApply, aCloudItemThatIsProtectedByNameOrPathIsNotRemovedByItsPath) {
+    login = {{u"Serato Backup"_s, u"/Applications/Dropbox.app"_s, false},
+             {u"Backup"_s, u"/Applications/Dropbox Plugin.app"_s, false}};
+    StartupConfiguration configuration;
+    configuration.disabledCloudSyncAtStartup = {CloudSyncService::dropbox};
+    apply(configuration);
+    EXPECT_EQ(login.size(), 2);
+    EXPECT_TRUE(
+        system.logMessages().contains(u"  [SKIPPED] Protected login item at path: /Applications/Dropbox.app"_s));
+    EXPECT_TRUE(
+        system.logMessages().contains(u"  [SKIPPED] Protected login item at path: /Applications/Dropbox Plugin.app"_s));
+}
+
+TEST_F(StartupApply, aCloudItemOfAnotherNameGoesByItsPath) {
+    // The profile knows the item by an older name.
+    StartupItem old = loginAppOff(u"Dropbox Beta"_s);
+    old.path = u"/Applications/Dropbox.app"_s;
+    login = {{u"Box of mine"_s, u"/Applications/Dropbox.app"_s, false}};
+    StartupConfiguration configuration;
+    configuration.items = {old};
+    configuration.disabledCloudSyncAtStartup = {CloudSyncService::dropbox};
+    QCoro::waitFor(system.discoverStartupItems(SystemManager::StartupRefresh::UseCache));
+    login.first().name = u"Renamed"_s;
+    apply(configuration);
+    EXPECT_EQ(login, QList<LoginItem>());
+    EXPECT_TRUE(system.logMessages().contains(u"  [APPLIED] Removed login item at path: /Applications/Dropbox.app"_s));
+}
+
+TEST_F(StartupApply, anEmptyConfigurationAloneShowsNoPrompt) {
+    const StartupApplyResult result = applyAlone({});
+    EXPECT_TRUE(result.applySucceeded);
+    EXPECT_EQ(takeTrace(), kApplied + u"All 0 setting(s) verified on the system.\n"_s);
+}
+
+TEST_F(StartupApply, theCachesAreDroppedSoThatTheEditorShowsWhatIsTrue) {
+    login = {{u"Chat"_s, u"/Applications/Chat.app"_s, false}};
+    StartupConfiguration configuration;
+    configuration.items = {loginAppOff(u"Chat"_s)};
+    applyAlone(configuration);
+    const QList<StartupItem> discovered =
+        QCoro::waitFor(system.discoverStartupItems(SystemManager::StartupRefresh::UseCache));
+    EXPECT_EQ(discovered, QList<StartupItem>());
+}
+
+TEST_F(StartupApply, whereOnlyABackgroundItemGoesTheDumpJoinsTheOnePrompt) {
+    dump = dumpOf({backgroundRecord(u"Sync"_s, u"com.x.sync"_s)});
+    StartupConfiguration configuration;
+    configuration.items = {backgroundItemOff(u"com.x.sync"_s)};
+    const StartupApplyResult result = applyAlone(configuration);
+    EXPECT_EQ(takeTrace(), u"\nApplying startup configuration...\n"
+                           "$> osascript: read\n"
+                           "$> osascript: probe\n"
+                           "  [ACTION] Disabling 1 background item(s)...\n"
+                           "\nStartup configuration applied.\n"_s +
+                               prompted(dumpLine(), kStartupChanges) + launchctlLines(u"com.x.sync"_s) +
+                               u"  [APPLIED] Disabled background login label: com.x.sync\n"
+                               "$> osascript: read\n"
+                               "All 1 setting(s) verified on the system.\n"_s);
+    EXPECT_EQ(result.verification,
+              ApplyVerificationResult({{{u"Background item: Sync"_s, u"disabled at login"_s}}, {}}));
 }
 
 } // namespace quorvane

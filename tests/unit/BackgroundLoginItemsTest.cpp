@@ -1,0 +1,491 @@
+#include "fakes/StartupSystem.h"
+
+namespace quorvane {
+
+namespace {
+
+const QString kTool = u"/usr/bin/sfltool dumpbtm"_s;
+const QString kLibrary = u"/System/Library/Frameworks/ServiceManagement.framework/ServiceManagement"_s;
+const QString kLoginItemSymbol = u"SMLoginItemSetUserAllowed_4BTM"_s;
+const QString kLaunchdSymbol = u"SMLaunchdPlistSetUserAllowed_4BTM"_s;
+const QString kLookUp = u"? open "_s + kLibrary + u'\n';
+const QString kUnavailable =
+    u"  [INFO] ServiceManagement BTM APIs unavailable; using launchctl and quarantine fallback.\n"_s;
+const QString kPrompt = u"Please."_s;
+const QString kLoginItem = u"background login item"_s;
+
+const QString kHelper = u"com.getdropbox.dropbox.helper"_s;
+const QString kHelperFile = u"/Applications/Dropbox.app/Contents/Library/LoginItems/Dropbox Helper.app"_s;
+const QString kAgent = u"com.getdropbox.updater"_s;
+const QString kAgentFile = u"/Applications/Dropbox.app/Contents/Library/LaunchAgents/com.getdropbox.updater.plist"_s;
+
+/// Dropbox with a helper, its updater which only the bundle knows, a player with a login item, and DJ software.
+QList<BackgroundTaskItem> laptop() {
+    return {applicationRecord(u"Dropbox"_s, u"com.getdropbox.dropbox"_s),
+            backgroundRecord(u"Dropbox Helper"_s, kHelper, u"com.getdropbox.dropbox"_s),
+            backgroundRecord(u"Player"_s, u"com.player.menu"_s), backgroundRecord(u"Serato Helper"_s, u"com.x.sync"_s)};
+}
+
+class BackgroundLoginItems : public StartupSystem {
+protected:
+    BackgroundLoginItems() {
+        commands.fail(kTool, 1, "sfltool[9:9] authorization failed\n");
+        files.addFile(kHelperFile, "helper");
+        files.addFile(kAgentFile, "agent");
+    }
+
+    bool disableLabels(const QSet<QString>& labels) { return QCoro::waitFor(system.disableBackgroundLabels(labels)); }
+    bool disableItems(const QList<BackgroundTaskItem>& items, const QString& kindWord = kLoginItem) {
+        return QCoro::waitFor(system.disableBackgroundItems(items, kindWord));
+    }
+    bool disableServices(const CloudSyncServices& services) {
+        return QCoro::waitFor(system.disableCloudSyncBackgroundItems(services));
+    }
+    ApplyVerificationResult verify(const QSet<QString>& permittedNames) {
+        return QCoro::waitFor(system.verifyBackgroundLoginItems(permittedNames, std::nullopt));
+    }
+    bool finish() { return QCoro::waitFor(system.finishAdminBatch(kPrompt)); }
+    void openDeferredBatch() {
+        system.deferBackgroundTaskFetchToAdminBatch();
+        system.beginAdminBatch();
+    }
+    /// What a flow puts into the plan of an open batch.
+    void plan(const QSet<QString>& labels, const CloudSyncServices& services = {}) {
+        StartupConfiguration configuration;
+        for (const QString& label : sortedTexts(labels)) {
+            configuration.items.append(backgroundItemOff(label));
+        }
+        configuration.disabledCloudSyncAtStartup = services;
+        QCoro::waitFor(system.applyStartupConfiguration(configuration));
+        trace.clear();
+    }
+    void planCleanReboot(const QSet<QString>& permittedNames) {
+        QCoro::waitFor(system.applyCleanReboot({permittedNames, std::nullopt, {}}));
+        trace.clear();
+    }
+    QString logged(const QString& beginning) const {
+        QString lines;
+        for (const QString& line : system.logMessages()) {
+            lines += line.startsWith(beginning) ? line + u'\n' : QString();
+        }
+        return lines;
+    }
+};
+
+} // namespace
+
+// ---- The ladder outside a batch
+
+TEST_F(BackgroundLoginItems, nothingToSwitchOffIsSaidAndAsksForNothing) {
+    EXPECT_TRUE(disableItems({}));
+    EXPECT_TRUE(disableItems({}, u"cloud sync launch item"_s));
+    EXPECT_TRUE(disableLabels({}));
+    EXPECT_EQ(takeTrace(), u"  [APPLIED] Background Login Items already match permitted list.\n"
+                           "  [APPLIED] Cloud Sync Launch Items already match disabled list.\n"
+                           "  [APPLIED] Background Login Items already match permitted list.\n"_s);
+}
+
+TEST_F(BackgroundLoginItems, theLadderGoesFromTheSystemsSwitchToTheHelpersFile) {
+    cacheDump(laptop());
+    EXPECT_TRUE(disableLabels({kHelper}));
+    EXPECT_EQ(takeTrace(), u"  [ACTION] Disabling 1 background login item(s)...\n"_s + kLookUp +
+                               u"  [INFO] BTM service API unavailable for com.getdropbox.dropbox.helper; using "
+                               "launchctl/quarantine fallback.\n"_s +
+                               launchctlLines(kHelper) +
+                               u"  [APPLIED] Disabled background login item: com.getdropbox.dropbox.helper\n"
+                               "$> /usr/bin/ditto \""_s +
+                               kHelperFile + u"\" \""_s + kQuarantine +
+                               u"com.getdropbox.dropbox.helper/Dropbox Helper.app\"\n"
+                               "  [APPLIED] Quarantined bundled startup resource: Dropbox Helper.app\n"_s);
+    EXPECT_FALSE(isActive(kHelper));
+    EXPECT_FALSE(files.exists(kHelperFile));
+    EXPECT_EQ(files.read(kQuarantine + kHelper + u"/Dropbox Helper.app"_s), "helper");
+}
+
+TEST_F(BackgroundLoginItems, theSystemsSwitchIsTriedFirstAndMarksTheItem) {
+    permissions.isLibraryThere = true;
+    permissions.answers = {{kLoginItemSymbol, true}};
+    cacheDump(laptop());
+    commands.fail(u"/bin/launchctl disable gui/501/"_s + kHelper, 1, "Could not disable\n");
+    EXPECT_FALSE(disableLabels({kHelper}));
+    EXPECT_EQ(takeTrace().section(u"$> /usr/bin/ditto"_s, 0, 0),
+              u"  [ACTION] Disabling 1 background login item(s)...\n"_s + kLookUp + u"? look up "_s + kLoginItemSymbol +
+                  u"\n? look up "_s + kLaunchdSymbol + u"\n? "_s + kLoginItemSymbol +
+                  u" /Applications/Dropbox.app com.getdropbox.dropbox.helper false\n"
+                  "  [APPLIED] Disallowed BTM service: com.getdropbox.dropbox.helper\n"_s +
+                  launchctlLines(kHelper) +
+                  u"  [ERROR] Failed to disable background login item: com.getdropbox.dropbox.helper\n"_s);
+    EXPECT_FALSE(isActive(kHelper));
+}
+
+TEST_F(BackgroundLoginItems, aSwitchThatRefusesStopsNoFurtherRung) {
+    permissions.isLibraryThere = true;
+    permissions.answers = {{kLoginItemSymbol, false}, {kLaunchdSymbol, false}};
+    cacheDump(laptop());
+    EXPECT_TRUE(disableLabels({kHelper}));
+    EXPECT_EQ(logged(u"  ["_s), u"  [ACTION] Disabling 1 background login item(s)...\n"
+                                "  [APPLIED] Disabled background login item: com.getdropbox.dropbox.helper\n"
+                                "  [APPLIED] Quarantined bundled startup resource: Dropbox Helper.app\n"_s);
+}
+
+TEST_F(BackgroundLoginItems, aFailureOfLaunchdStopsNeitherTheNextLabelNorTheQuarantine) {
+    cacheDump(laptop());
+    commands.fail(u"/bin/launchctl disable gui/501/"_s + kHelper, 1, "Operation not permitted\n");
+    EXPECT_FALSE(disableLabels({kHelper, u"com.player.menu"_s}));
+    EXPECT_EQ(logged(u"  [APPLIED]"_s) + logged(u"  [ERROR]"_s),
+              u"  [APPLIED] Disabled background login item: com.player.menu\n"
+              "  [APPLIED] Quarantined bundled startup resource: Dropbox Helper.app\n"
+              "  [ERROR] Failed to disable background login item: com.getdropbox.dropbox.helper\n"_s);
+    EXPECT_TRUE(isActive(kHelper));
+    EXPECT_FALSE(isActive(u"com.player.menu"_s));
+    EXPECT_FALSE(files.exists(kHelperFile));
+}
+
+TEST_F(BackgroundLoginItems, aServiceThatIsOffOrUnknownToLaunchdCountsAsDisabled) {
+    cacheDump(laptop());
+    struct Case {
+        QByteArray error;
+        bool isDisabled;
+    };
+    for (const auto& [error, isDisabled] :
+         {Case{"service already disabled\n", true}, Case{"could not find service\n", true},
+          Case{"Could not find service\n", false}, Case{"", false}}) {
+        commands.fail(u"/bin/launchctl disable gui/501/com.player.menu"_s, 113, error);
+        EXPECT_EQ(disableLabels({u"com.player.menu"_s}), isDisabled) << error.toStdString();
+    }
+}
+
+TEST_F(BackgroundLoginItems, withoutADumpTheLabelsAloneAreUsed) {
+    scripts.failNext(u"User canceled."_s);
+    EXPECT_TRUE(disableLabels({kHelper}));
+    EXPECT_EQ(takeTrace(), u"  [ACTION] Disabling 1 background login item(s)...\n$> "_s + kTool + u'\n' +
+                               prompted(dumpLine(), kSystemChanges) + launchctlLines(kHelper) +
+                               u"  [APPLIED] Disabled background login item: com.getdropbox.dropbox.helper\n"_s);
+}
+
+TEST_F(BackgroundLoginItems, eachLabelIsSwitchedOffOnceAndTheRecordsCounted) {
+    cacheDump({backgroundRecord(u"B"_s, u"com.b"_s), backgroundRecord(u"A"_s, u"com.a"_s),
+               backgroundRecord(u"B twin"_s, u"com.b"_s)});
+    EXPECT_TRUE(disableItems(system.backgroundTaskItems()->items()));
+    EXPECT_EQ(takeTrace(), u"  [ACTION] Disabling 3 background login item(s)...\n"_s + launchctlLines(u"com.a"_s) +
+                               u"  [APPLIED] Disabled background login item: com.a\n"_s + launchctlLines(u"com.b"_s) +
+                               u"  [APPLIED] Disabled background login item: com.b\n"_s);
+}
+
+TEST_F(BackgroundLoginItems, labelsThatCannotStandInATargetAreSkipped) {
+    cacheDump(laptop());
+    EXPECT_TRUE(disableLabels({{}, u"."_s, u".."_s, u"-k"_s, u"a/b"_s, u"com.player.menu"_s}));
+    EXPECT_EQ(takeTrace(), u"  [ACTION] Disabling 6 background login item(s)...\n"
+                           "  [SKIPPED] Unusable background label: \n"
+                           "  [SKIPPED] Unusable background label: -k\n"
+                           "  [SKIPPED] Unusable background label: .\n"
+                           "  [SKIPPED] Unusable background label: ..\n"
+                           "  [SKIPPED] Unusable background label: a/b\n"_s +
+                               launchctlLines(u"com.player.menu"_s) +
+                               u"  [APPLIED] Disabled background login item: com.player.menu\n"_s);
+    EXPECT_TRUE(disableLabels({u"com.a\u0007b"_s}));
+    EXPECT_EQ(trace.filter(u"launchctl"_s), QStringList());
+}
+
+TEST_F(BackgroundLoginItems, audioSoftwareIsSkippedByLabelRecordAndApplication) {
+    BackgroundTaskItem daemon = backgroundRecord(u"NTKDaemon"_s, u"com.ntk.daemon"_s);
+    daemon.url = u"file:///Library/Application%20Support/Native%20Instruments/NTKDaemon.app/"_s;
+    QList<BackgroundTaskItem> records = laptop();
+    records += {daemon, applicationRecord(u"Traktor"_s, u"com.ni.deck"_s),
+                backgroundRecord(u"Deck Sync"_s, u"com.ni.sync"_s, u"com.ni.deck"_s)};
+    cacheDump(records);
+    EXPECT_TRUE(disableLabels({u"com.ableton.push"_s, u"com.x.sync"_s, u"com.ntk.daemon"_s, u"com.ni.sync"_s}));
+    EXPECT_EQ(takeTrace(), u"  [ACTION] Disabling 4 background login item(s)...\n"
+                           "  [SKIPPED] Protected background login item: com.ableton.push\n"
+                           "  [SKIPPED] Protected background login item: com.ni.sync\n"
+                           "  [SKIPPED] Protected background login item: com.ntk.daemon\n"
+                           "  [SKIPPED] Protected background login item: com.x.sync\n"_s);
+}
+
+TEST_F(BackgroundLoginItems, helpersOfAServiceGoAsCloudItems) {
+    QList<BackgroundTaskItem> records = laptop();
+    records.removeFirst(); // an application is a record of its service too
+    cacheDump(records);
+    EXPECT_TRUE(disableServices({CloudSyncService::dropbox}));
+    EXPECT_EQ(takeTrace(), u"  [ACTION] Disabling 1 cloud sync launch item(s)...\n"_s + launchctlLines(kHelper) +
+                               u"  [APPLIED] Disabled cloud sync launch item: com.getdropbox.dropbox.helper\n"_s);
+    EXPECT_TRUE(disableServices({CloudSyncService::dropbox}));
+    EXPECT_EQ(takeTrace(), u"  [APPLIED] Cloud Sync Launch Items already match disabled list.\n"_s);
+}
+
+TEST_F(BackgroundLoginItems, aPlugInWithAProductsNameStays) {
+    cacheDump({backgroundRecord(u"Dropbox Plugin"_s, u"com.getdropbox.finder"_s)});
+    EXPECT_TRUE(disableServices({CloudSyncService::dropbox}));
+    EXPECT_EQ(takeTrace(), u"  [ACTION] Disabling 1 cloud sync launch item(s)...\n"
+                           "  [SKIPPED] Protected cloud sync launch item: com.getdropbox.finder\n"_s);
+    EXPECT_TRUE(isActive(u"com.getdropbox.finder"_s));
+}
+
+// ---- The ladder in a batch
+
+TEST_F(BackgroundLoginItems, anOpenBatchQueuesAndRunsNothing) {
+    cacheDump(laptop());
+    system.beginAdminBatch();
+    EXPECT_TRUE(disableLabels({kHelper}));
+    EXPECT_EQ(takeTrace(), u"  [ACTION] Disabling 1 background login item(s)...\n"_s + kLookUp +
+                               u"  [INFO] BTM service API unavailable for com.getdropbox.dropbox.helper; using "
+                               "launchctl/quarantine fallback.\n"
+                               "  [APPLIED] Queued disable for background login item: com.getdropbox.dropbox.helper\n"
+                               "  [ACTION] Queued quarantine for bundled startup resource: Dropbox Helper.app\n"_s);
+    EXPECT_FALSE(isActive(kHelper));
+    EXPECT_TRUE(files.exists(kHelperFile));
+    EXPECT_TRUE(finish());
+    EXPECT_EQ(takeTrace(),
+              prompted(queuedLaunchctl(kHelper) + u" ; "_s + quarantineLine(kHelperFile, kHelper), kPrompt));
+    EXPECT_FALSE(files.exists(kHelperFile));
+}
+
+TEST_F(BackgroundLoginItems, aBatchThatFailsLeavesItsLabelsOn) {
+    cacheDump(laptop());
+    system.beginAdminBatch();
+    EXPECT_TRUE(disableLabels({kHelper, u"com.player.menu"_s}));
+    EXPECT_FALSE(isActive(kHelper));
+    scripts.failNext(u"User canceled."_s);
+    EXPECT_FALSE(finish());
+    EXPECT_TRUE(isActive(kHelper));
+    EXPECT_TRUE(isActive(u"com.player.menu"_s));
+}
+
+TEST_F(BackgroundLoginItems, whatTheSystemHasDisallowedStaysOffWhenTheBatchFails) {
+    permissions.isLibraryThere = true;
+    permissions.answers = {{kLoginItemSymbol, true}};
+    cacheDump(laptop());
+    openDeferredBatch();
+    plan({kHelper, u"com.player.menu"_s}); // queued, and then disallowed when the batch is finished
+    scripts.failNext(u"User canceled."_s);
+    EXPECT_FALSE(finish());
+    EXPECT_FALSE(isActive(kHelper));
+    EXPECT_TRUE(isActive(u"com.player.menu"_s));
+}
+
+// ---- The plan
+
+TEST_F(BackgroundLoginItems, withAKnownListThePlanGoesIntoTheBatchsOnePrompt) {
+    cacheDump(laptop());
+    openDeferredBatch();
+    plan({u"com.player.menu"_s}, {CloudSyncService::dropbox}); // the helper is discovered as an item of the service
+    EXPECT_EQ(logged(u"  [ACTION] Queued"_s),
+              u"  [ACTION] Queued disable for background login label: com.getdropbox.dropbox.helper\n"
+              "  [ACTION] Queued disable for background login label: com.player.menu\n"_s);
+    EXPECT_TRUE(finish());
+    EXPECT_EQ(takeTrace(), kLookUp + kUnavailable +
+                               u"  [ACTION] Queued disable for background login label: com.getdropbox.dropbox\n"
+                               "  [ACTION] Queued quarantine for bundled startup resource: Dropbox Helper.app\n"_s +
+                               prompted(queuedLaunchctl(kHelper) + u" ; "_s + queuedLaunchctl(u"com.player.menu"_s) +
+                                            u" ; "_s + queuedLaunchctl(u"com.getdropbox.dropbox"_s) + u" ; "_s +
+                                            quarantineLine(kHelperFile, kHelper),
+                                        kPrompt));
+    EXPECT_FALSE(isActive(kHelper));
+    EXPECT_FALSE(files.exists(kHelperFile));
+    EXPECT_TRUE(isActive(u"com.x.sync"_s));
+}
+
+TEST_F(BackgroundLoginItems, aLaunchAgentThatOnlyTheBundleKnowsGoesToo) {
+    cacheDump(laptop());
+    openDeferredBatch();
+    StartupConfiguration startup;
+    startup.items = {backgroundItemOff(kAgent), backgroundItemOff(kHelper)};
+    QCoro::waitFor(system.applyCleanReboot({{u"Player"_s}, startup, {}}));
+    trace.clear();
+    EXPECT_TRUE(finish());
+    EXPECT_EQ(takeTrace(),
+              kLookUp + kUnavailable +
+                  u"  [ACTION] Queued disable for background login label: com.getdropbox.dropbox.helper\n"
+                  "  [ACTION] Queued disable for bundled launch agent: com.getdropbox.updater\n"
+                  "  [ACTION] Queued quarantine for bundled startup resource: Dropbox Helper.app\n"
+                  "  [ACTION] Queued quarantine for bundled startup resource: com.getdropbox.updater.plist\n"_s +
+                  prompted(queuedLaunchctl(kHelper) + u" ; "_s + queuedLaunchctl(kAgent) + u" ; "_s +
+                               quarantineLine(kHelperFile, kHelper) + u" ; "_s + quarantineLine(kAgentFile, kAgent),
+                           kPrompt));
+}
+
+TEST_F(BackgroundLoginItems, aDumpThatComesWithTheBatchIsWorkedOffAsTheUser) {
+    dump = dumpOf(laptop());
+    openDeferredBatch();
+    plan({u"com.player.menu"_s}, {CloudSyncService::dropbox});
+    EXPECT_TRUE(finish());
+    EXPECT_EQ(takeTrace(),
+              prompted(dumpLine(), kPrompt) + kLookUp + kUnavailable + launchctlLines(u"com.getdropbox.dropbox"_s) +
+                  u"  [APPLIED] Disabled background login label: com.getdropbox.dropbox\n"_s + launchctlLines(kHelper) +
+                  u"  [APPLIED] Disabled background login label: com.getdropbox.dropbox.helper\n"_s +
+                  launchctlLines(u"com.player.menu"_s) +
+                  u"  [APPLIED] Disabled background login label: com.player.menu\n"
+                  "$> /usr/bin/ditto \""_s +
+                  kHelperFile + u"\" \""_s + kQuarantine + kHelper +
+                  u"/Dropbox Helper.app\"\n"
+                  "  [APPLIED] Quarantined bundled startup resource: Dropbox Helper.app\n"_s);
+    EXPECT_FALSE(isActive(kHelper));
+    EXPECT_TRUE(isActive(u"com.x.sync"_s));
+}
+
+TEST_F(BackgroundLoginItems, helpersThatNeedRootAfterTheFlushGoUnderOneSecondPrompt) {
+    dump = dumpOf(laptop());
+    files.makeUnwritable(kHelperFile);
+    files.makeUnwritable(kAgentFile);
+    openDeferredBatch();
+    plan({kHelper, kAgent});
+    EXPECT_TRUE(finish());
+    EXPECT_EQ(
+        takeTrace(),
+        prompted(dumpLine(), kPrompt) + kLookUp + kUnavailable + launchctlLines(kHelper) +
+            u"  [APPLIED] Disabled background login label: com.getdropbox.dropbox.helper\n"_s + launchctlLines(kAgent) +
+            u"  [APPLIED] Disabled background login label: com.getdropbox.updater\n"_s +
+            prompted(quarantineLine(kHelperFile, kHelper) + u" ; "_s + quarantineLine(kAgentFile, kAgent), kNeutral) +
+            u"  [APPLIED] Quarantined bundled startup resource: Dropbox Helper.app\n"
+            "  [APPLIED] Quarantined bundled startup resource: com.getdropbox.updater.plist\n"_s);
+    EXPECT_FALSE(files.exists(kHelperFile));
+    EXPECT_EQ(files.read(kQuarantine + kAgent + u"/com.getdropbox.updater.plist"_s), "agent");
+}
+
+TEST_F(BackgroundLoginItems, aRefusedSecondPromptLeavesTheHelperAndTheBatchsSuccess) {
+    dump = dumpOf(laptop());
+    files.makeUnwritable(kHelperFile);
+    openDeferredBatch();
+    plan({kHelper});
+    scripts.answerNext({QString(), std::nullopt});
+    scripts.failNext(u"User canceled."_s);
+    EXPECT_TRUE(finish());
+    EXPECT_EQ(trace.last(),
+              u"  [ERROR] Failed to quarantine bundled startup resource: Dropbox Helper.app: User canceled."_s);
+    EXPECT_EQ(prompts(), 2);
+    EXPECT_TRUE(files.exists(kHelperFile));
+    EXPECT_FALSE(isActive(kHelper));
+}
+
+TEST_F(BackgroundLoginItems, anItemThatWillNotDieIsTriedOnceMoreWithoutAPrompt) {
+    dump = dumpOf(laptop());
+    files.makeUnwritable(kHelperFile);
+    commands.fail(u"/bin/launchctl disable gui/501/"_s + kHelper, 1, "Operation not permitted\n");
+    openDeferredBatch();
+    plan({kHelper});
+    scripts.answerNext({QString(), std::nullopt});
+    scripts.failNext(u"User canceled."_s);
+    EXPECT_TRUE(finish());
+    EXPECT_EQ(prompts(), 2);
+    EXPECT_TRUE(isActive(kHelper));
+
+    stuck.insert(kHelperFile);
+    EXPECT_FALSE(disableLabels({kHelper})) << "root can't move it either";
+    EXPECT_EQ(prompts(), 3) << "the retry asked again";
+}
+
+TEST_F(BackgroundLoginItems, aRetrySucceedsOnceTheHelperIsTheUsers) {
+    cacheDump(laptop());
+    commands.fail(u"/bin/launchctl disable gui/501/"_s + kHelper, 1, "Operation not permitted\n");
+    int copies = 0;
+    const auto answer = commands.respond;
+    commands.respond = [&](const QStringList& arguments) -> std::optional<CommandOutcome> {
+        if (arguments.first() == u"/usr/bin/ditto" && ++copies == 1) {
+            CommandOutcome busy = ScriptedCommandLauncher::succeeded({});
+            busy.code = 1;
+            busy.standardError = "ditto: Resource busy\n";
+            return busy;
+        }
+        return answer(arguments);
+    };
+    EXPECT_FALSE(disableLabels({kHelper}));
+    EXPECT_EQ(logged(u"  [ERROR]"_s) + logged(u"  [APPLIED]"_s),
+              u"  [ERROR] Failed to disable background login item: com.getdropbox.dropbox.helper\n"
+              "  [ERROR] Failed to quarantine bundled startup resource: Dropbox Helper.app: ditto: Resource busy\n"
+              "  [APPLIED] Quarantined bundled startup resource: Dropbox Helper.app\n"_s);
+    EXPECT_FALSE(files.exists(kHelperFile));
+}
+
+TEST_F(BackgroundLoginItems, aRefusedPromptSwitchesNothingOffAndLearnsNothing) {
+    dump = dumpOf(laptop());
+    openDeferredBatch();
+    plan({kHelper});
+    scripts.failNext(u"User canceled."_s);
+    EXPECT_FALSE(finish());
+    EXPECT_EQ(takeTrace(), prompted(dumpLine(), kPrompt) +
+                               u"  [ERROR] Administrator authorization was cancelled or failed: User canceled.\n"_s);
+    EXPECT_FALSE(system.backgroundTaskItems().has_value());
+    EXPECT_EQ(system.backgroundTaskItemsFetchMode(), SystemManager::BackgroundTaskItemsFetchMode::automatic);
+    EXPECT_FALSE(system.pendingBackgroundLoginItemChanges().has_value());
+}
+
+TEST_F(BackgroundLoginItems, anEmptyDumpLeavesThePlanWithNothingToDo) {
+    openDeferredBatch();
+    plan({kHelper}, {CloudSyncService::dropbox});
+    EXPECT_TRUE(finish());
+    EXPECT_EQ(takeTrace(), prompted(dumpLine(), kPrompt));
+    EXPECT_TRUE(system.backgroundTaskItems()->isEmpty());
+}
+
+TEST_F(BackgroundLoginItems, aDumpThatCannotBeTakenFailsTheBatchThatNeedsIt) {
+    files.addLink(system.backgroundDumpPath(), u"/etc/sudoers"_s);
+    files.failOn(MemoryFileManager::Operation::Remove, system.backgroundDumpPath());
+    openDeferredBatch();
+    plan({kHelper});
+    QCoro::waitFor(system.runAdminCommand(u"pmset -a sms 0"_s, kPrompt));
+    EXPECT_FALSE(finish());
+    EXPECT_EQ(takeTrace(), u"  [ERROR] Background items can't be read: "_s + system.backgroundDumpPath() +
+                               u": Operation not permitted\n"_s + prompted(u"pmset -a sms 0"_s, kPrompt));
+    EXPECT_FALSE(system.backgroundTaskItems().has_value());
+}
+
+TEST_F(BackgroundLoginItems, aCleanRebootTakesWhatNothingPermits) {
+    dump = dumpOf(laptop());
+    openDeferredBatch();
+    planCleanReboot({u"Player"_s});
+    EXPECT_TRUE(finish());
+    EXPECT_EQ(logged(u"  [APPLIED] Disabled background"_s),
+              u"  [APPLIED] Disabled background login label: com.getdropbox.dropbox.helper\n"_s);
+    EXPECT_TRUE(isActive(u"com.player.menu"_s));
+    EXPECT_TRUE(isActive(u"com.x.sync"_s));
+}
+
+TEST_F(BackgroundLoginItems, protectedRecordsOfAPlannedServiceAreHeldBackAndSaid) {
+    dump = dumpOf({backgroundRecord(u"Dropbox Plugin"_s, u"com.getdropbox.finder"_s)});
+    openDeferredBatch();
+    plan({}, {CloudSyncService::dropbox});
+    EXPECT_TRUE(finish());
+    EXPECT_EQ(takeTrace(), prompted(dumpLine(), kPrompt) +
+                               u"  [SKIPPED] Protected background login item: com.getdropbox.finder\n"_s);
+    EXPECT_TRUE(isActive(u"com.getdropbox.finder"_s));
+}
+
+TEST_F(BackgroundLoginItems, anUnusableLabelNeverReachesABatch) {
+    cacheDump(laptop());
+    openDeferredBatch();
+    plan({u"-w"_s, u"a/b"_s});
+    EXPECT_TRUE(finish());
+    EXPECT_EQ(prompts(), 0);
+}
+
+TEST_F(BackgroundLoginItems, aLabelStandsInQuotesInALine) {
+    cacheDump({backgroundRecord(u"Odd"_s, u"com.it's odd;x"_s)});
+    openDeferredBatch();
+    plan({u"com.it's odd;x"_s});
+    EXPECT_TRUE(finish());
+    EXPECT_EQ(takeTrace(), prompted(queuedLaunchctl(u"'com.it'\\''s odd;x'"_s), kPrompt));
+}
+
+// ---- Verification
+
+TEST_F(BackgroundLoginItems, withoutADumpNothingIsVerified) {
+    EXPECT_EQ(verify({}), ApplyVerificationResult());
+}
+
+TEST_F(BackgroundLoginItems, anEmptyDumpCannotBeVerified) {
+    QCoro::waitFor(system.loadPrivilegedBackgroundDump());
+    EXPECT_EQ(verify({}),
+              ApplyVerificationResult(
+                  {{}, {{u"Background login items"_s, u"status unavailable without administrator access"_s}}}));
+}
+
+TEST_F(BackgroundLoginItems, eachRecordThatNothingPermitsFails) {
+    cacheDump(laptop());
+    EXPECT_EQ(verify({}), ApplyVerificationResult({{},
+                                                   {{u"Background item: Dropbox Helper"_s, u"still enabled at login"_s},
+                                                    {u"Background item: Player"_s, u"still enabled at login"_s}}}));
+    EXPECT_EQ(verify({u"Dropbox Helper"_s, u"Player"_s}),
+              ApplyVerificationResult({{{u"Background login items"_s, u"only permitted items remain"_s}}, {}}));
+}
+
+} // namespace quorvane
