@@ -71,7 +71,7 @@ QCoro::Task<bool> SystemManager::finishAdminBatch(QString prompt) {
         co_await resolvePendingBackgroundPlan(PlanResolution::AfterFlush);
     }
     closeAdminBatch();
-    co_return isFlushed&& dumpComes == needsDump;
+    co_return dumpComes == needsDump ? isFlushed : false;
 }
 
 QCoro::Task<bool> SystemManager::flushAdminBatch(QString prompt) {

@@ -316,7 +316,7 @@ private:
 
     // startup/SystemManager+StartupApps.cpp
     struct ManagedAppRemoval;
-    ManagedAppRemoval managedAppRemoval(const QList<LoginItem>& items, const QSet<QString>& going) const;
+    ManagedAppRemoval managedAppRemoval(const LoginItemList& list, const QSet<QString>& going) const;
     QCoro::Task<bool> removeManagedStartupApp(QString path, ManagedAppRemoval before);
 
     // startup/SystemManager+CleanReboot.cpp

@@ -13,7 +13,8 @@ QString comparisonKey(const QString& text) {
 
 } // namespace
 
-LoginItemRemoval::LoginItemRemoval(const QList<LoginItem>& staying) {
+LoginItemRemoval::LoginItemRemoval(const QList<LoginItem>& staying, List list)
+    : m_list(list) {
     for (const LoginItem& item : staying) {
         m_stayingNames.insert(comparisonKey(item.name));
         m_stayingPaths.insert(comparisonKey(item.path));
@@ -28,7 +29,7 @@ LoginItemRemoval::Means LoginItemRemoval::meansFor(const QString& name, const QS
 }
 
 bool LoginItemRemoval::canGoByName(const QString& name) const {
-    return !name.isEmpty() && !m_stayingNames.contains(comparisonKey(name));
+    return m_list == List::Known && !name.isEmpty() && !m_stayingNames.contains(comparisonKey(name));
 }
 
 bool LoginItemRemoval::canGoByPath(const QString& path) const {
@@ -40,13 +41,12 @@ bool isExcludedAgent(const LoginItem& item, const QSet<QString>& excludedIds) {
            (excludedIds.contains(loginItemId(item.name, item.path)) || excludedIds.contains(item.name));
 }
 
-NamedLoginItems namedLoginItems(const QList<LoginItem>& items, const QStringList& names,
-                                const QSet<QString>& excludedIds) {
+NamedLoginItems namedLoginItems(const LoginItemList& list, const QStringList& names, const QSet<QString>& excludedIds) {
     const QSet<QString> wanted(names.begin(), names.end());
     QList<LoginItem> matched;
     QList<LoginItem> staying;
     QSet<QString> found;
-    for (const LoginItem& item : items) {
+    for (const LoginItem& item : list.items) {
         if (wanted.contains(item.name)) {
             matched.append(item);
             found.insert(item.name);
@@ -62,7 +62,7 @@ NamedLoginItems namedLoginItems(const QList<LoginItem>& items, const QStringList
             leftover.append(name);
         }
     }
-    return {matched, leftover, LoginItemRemoval(staying)};
+    return {matched, leftover, LoginItemRemoval(staying, LoginItemRemoval::knowledgeOf(list))};
 }
 
 } // namespace quorvane

@@ -14,14 +14,18 @@ class LoginItemRemoval {
 public:
     enum class Means { ByName, ByPath, None };
 
+    enum class List { Known, Unknown };
     /// @param staying  the items that must not go
-    explicit LoginItemRemoval(const QList<LoginItem>& staying);
+    /// @param list     unknown when System Events wouldn't tell: nobody knows then whom else a name would take
+    explicit LoginItemRemoval(const QList<LoginItem>& staying, List list = List::Known);
+    static List knowledgeOf(const LoginItemList& list) { return list.wasRead ? List::Known : List::Unknown; }
 
     Means meansFor(const QString& name, const QString& path) const;
     bool canGoByPath(const QString& path) const;
     bool canGoByName(const QString& name) const;
 
 private:
+    List m_list;
     QSet<QString> m_stayingNames;
     QSet<QString> m_stayingPaths;
 };
@@ -36,7 +40,6 @@ struct NamedLoginItems {
     QStringList leftover;     ///< the names that no item bears, each once
     LoginItemRemoval removal; ///< spares all others, and those among the matched that are held back
 };
-NamedLoginItems namedLoginItems(const QList<LoginItem>& items, const QStringList& names,
-                                const QSet<QString>& excludedIds);
+NamedLoginItems namedLoginItems(const LoginItemList& list, const QStringList& names, const QSet<QString>& excludedIds);
 
 } // namespace quorvane

@@ -79,7 +79,9 @@ LoginItemList parsedLoginItems(const QString& output) {
         return {};
     }
     LoginItemList list{{}, true};
+    bool hasLines = false;
     for (const QStringView line : QStringTokenizer{output, u'\n', Qt::SkipEmptyParts}) {
+        hasLines = true;
         const qsizetype afterName = line.indexOf(u'|');
         const qsizetype afterPath = afterName < 0 ? -1 : line.indexOf(u'|', afterName + 1);
         if (afterPath < 0) {
@@ -89,6 +91,7 @@ LoginItemList parsedLoginItems(const QString& output) {
                            line.mid(afterName + 1, afterPath - afterName - 1).toString(),
                            line.mid(afterPath + 1).compare(u"true", Qt::CaseInsensitive) == 0});
     }
+    list.wasRead = !hasLines || !list.items.isEmpty(); // lines of which none is an item are something else
     return list;
 }
 

@@ -20,7 +20,7 @@ QString removeLoginItemAtPathScript(const QString& path);
 QString addLoginItemScript(const QString& path, bool hidden);
 
 /// Reads what the reading script printed. A line with fewer than three fields is dropped; a "|" in a name shifts the
-/// fields of its line.
+/// fields of its line. Output of which no line is an item tells nothing.
 LoginItemList parsedLoginItems(const QString& output);
 
 } // namespace quorvane

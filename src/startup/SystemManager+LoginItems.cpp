@@ -111,8 +111,8 @@ QCoro::Task<bool> SystemManager::disableLoginItems(QStringList names, QSet<QStri
         co_return true;
     }
     createBackupFolder();
-    const QList<LoginItem> items = co_await rawLoginItems();
-    const NamedLoginItems named = namedLoginItems(items, names, excludedIds);
+    const LoginItemList list = co_await loginItems();
+    const NamedLoginItems named = namedLoginItems(list, names, excludedIds);
     writeRemovedLoginItems(named.matched);
     bool succeeded = true;
     for (const LoginItem& item : named.matched) {
@@ -125,7 +125,7 @@ QCoro::Task<bool> SystemManager::disableLoginItems(QStringList names, QSet<QStri
         succeeded = succeeded && isRemoved;
     }
     const bool leftoversAreGone = co_await removeLeftoverLoginItems(named.leftover, excludedIds, named.removal);
-    co_return succeeded&& leftoversAreGone;
+    co_return leftoversAreGone ? succeeded : false;
 }
 
 /// Names that the list doesn't show: it may be older than the item, or the item is gone already.
@@ -154,8 +154,9 @@ QCoro::Task<bool> SystemManager::removeLeftoverLoginItems(QStringList names, QSe
 QCoro::Task<bool> SystemManager::areLoginItemsGone(QSet<QString> names) {
     dropLoginItems();
     const LoginItemList list = co_await loginItems();
-    co_return list.wasRead&& std::none_of(list.items.begin(), list.items.end(),
-                                          [&names](const LoginItem& item) { return names.contains(item.name); });
+    const bool isShown = std::any_of(list.items.begin(), list.items.end(),
+                                     [&names](const LoginItem& item) { return names.contains(item.name); });
+    co_return list.wasRead ? !isShown : false;
 }
 
 /// True, with a line in the log, for what stays although it was asked to go.

@@ -115,7 +115,7 @@ QCoro::Task<bool> SystemManager::removeManagedStartupApps(std::optional<QSet<QSt
         co_return true;
     }
     log(u"  [ACTION] Removing %1 Quorvane-managed startup app(s)..."_s.arg(going.size()));
-    const ManagedAppRemoval removal = managedAppRemoval(co_await rawLoginItems(), going);
+    const ManagedAppRemoval removal = managedAppRemoval(co_await loginItems(), going);
     bool succeeded = true;
     for (const QString& path : sortedTexts(going)) {
         succeeded = co_await removeManagedStartupApp(path, removal) && succeeded;
@@ -123,7 +123,7 @@ QCoro::Task<bool> SystemManager::removeManagedStartupApps(std::optional<QSet<QSt
     co_return succeeded;
 }
 
-SystemManager::ManagedAppRemoval SystemManager::managedAppRemoval(const QList<LoginItem>& items,
+SystemManager::ManagedAppRemoval SystemManager::managedAppRemoval(const LoginItemList& list,
                                                                   const QSet<QString>& going) const {
     const QSet<QString> managed = managedStartupAppPaths();
     QHash<QString, QString> names;
@@ -134,7 +134,7 @@ SystemManager::ManagedAppRemoval SystemManager::managedAppRemoval(const QList<Lo
             heldBack.insert(path);
         }
     }
-    for (const LoginItem& item : items) {
+    for (const LoginItem& item : list.items) {
         names.insert(item.path, item.name);
         const bool isHeldBack = going.contains(item.path) && !managed.contains(item.path) && isProtectedLoginItem(item);
         if (isHeldBack) {
@@ -144,7 +144,7 @@ SystemManager::ManagedAppRemoval SystemManager::managedAppRemoval(const QList<Lo
             staying.append(item);
         }
     }
-    return {names, heldBack, LoginItemRemoval(staying)};
+    return {names, heldBack, LoginItemRemoval(staying, LoginItemRemoval::knowledgeOf(list))};
 }
 
 QCoro::Task<bool> SystemManager::removeManagedStartupApp(QString path, ManagedAppRemoval before) {
@@ -153,7 +153,10 @@ QCoro::Task<bool> SystemManager::removeManagedStartupApp(QString path, ManagedAp
         co_return true;
     }
     const QString name = before.names.value(path, nameInPath(path));
-    const bool isRemoved = before.removal.canGoByPath(path) && co_await removeLoginItemAtPath(path);
+    bool isRemoved = false;
+    if (before.removal.canGoByPath(path)) {
+        isRemoved = co_await removeLoginItemAtPath(path);
+    }
     if (!isRemoved && before.removal.canGoByName(name)) {
         co_await removeLoginItemByName(name);
     }

@@ -17,6 +17,12 @@ QStringList pathsOf(const QList<LoginItem>& items) {
     return paths;
 }
 
+/// Of a list that System Events gave.
+NamedLoginItems namedOf(const QList<LoginItem>& items, const QStringList& names,
+                        const QSet<QString>& excludedIds = {}) {
+    return namedLoginItems({items, true}, names, excludedIds);
+}
+
 TEST(LoginItemRemoval, anItemGoesByItsNameUnlessOneThatStaysHasTheSame) {
     struct Row {
         QString name;
@@ -56,6 +62,13 @@ TEST(LoginItemRemoval, whenNothingStaysEveryNameAndPathCanBeUsed) {
     EXPECT_FALSE(removal.canGoByPath({}));
 }
 
+TEST(LoginItemRemoval, withoutAListNoNameIsUsedBecauseNobodyKnowsWhomItWouldTake) {
+    const NamedLoginItems named = namedLoginItems(LoginItemList(), {u"Helper"_s}, {});
+    EXPECT_EQ(named.leftover, QStringList(u"Helper"_s));
+    EXPECT_EQ(named.removal.meansFor(u"Helper"_s, {}), Means::None);
+    EXPECT_TRUE(named.removal.canGoByPath(u"/x"_s)) << "a path takes its own item alone";
+}
+
 TEST(LoginItemRemoval, anItemThatStaysWithoutAPathHoldsBackNoPath) {
     const LoginItemRemoval removal({{u"Helper"_s, u""_s, false}});
     EXPECT_EQ(removal.meansFor(u"Helper"_s, u"/x"_s), Means::ByPath);
@@ -76,34 +89,34 @@ TEST(LoginItemRemoval, whatIsNoAgentIsNeverExcluded) {
 }
 
 TEST(LoginItemRemoval, namesMatchExactlyAndTheRestIsLeftOver) {
-    const NamedLoginItems named = namedLoginItems({{u"B"_s, u"/b"_s, false},
-                                                   {u"a"_s, u"/a"_s, false},
-                                                   {u"A"_s, u"/A"_s, false},
-                                                   {u"B"_s, u"/b2"_s, true},
-                                                   {u"C"_s, u"/c"_s, false}},
-                                                  {u"A"_s, u"Gone"_s, u"B"_s}, {});
+    const NamedLoginItems named = namedOf({{u"B"_s, u"/b"_s, false},
+                                           {u"a"_s, u"/a"_s, false},
+                                           {u"A"_s, u"/A"_s, false},
+                                           {u"B"_s, u"/b2"_s, true},
+                                           {u"C"_s, u"/c"_s, false}},
+                                          {u"A"_s, u"Gone"_s, u"B"_s}, {});
     EXPECT_EQ(pathsOf(named.matched), (QStringList{u"/b"_s, u"/A"_s, u"/b2"_s}));
     EXPECT_EQ(named.leftover, QStringList(u"Gone"_s));
 }
 
 TEST(LoginItemRemoval, aNameThatIsGivenTwiceIsLeftOverOnce) {
-    EXPECT_EQ(namedLoginItems({}, {u"Gone"_s, u"Gone"_s, u"Lost"_s}, {}).leftover, (QStringList{u"Gone"_s, u"Lost"_s}));
+    EXPECT_EQ(namedOf({}, {u"Gone"_s, u"Gone"_s, u"Lost"_s}, {}).leftover, (QStringList{u"Gone"_s, u"Lost"_s}));
 }
 
 TEST(LoginItemRemoval, itemsOfOneNameThatAllGoAreRemovedByIt) {
-    const NamedLoginItems named = namedLoginItems({{u"A"_s, u"/a"_s, false}, {u"A"_s, u"/a2"_s, false}}, {u"A"_s}, {});
+    const NamedLoginItems named = namedOf({{u"A"_s, u"/a"_s, false}, {u"A"_s, u"/a2"_s, false}}, {u"A"_s}, {});
     EXPECT_EQ(named.removal.meansFor(u"A"_s, u"/a"_s), Means::ByName);
 }
 
 TEST(LoginItemRemoval, anItemWhoseNameDiffersInCaseOnlyIsSpared) {
     const NamedLoginItems named =
-        namedLoginItems({{u"docker"_s, u"/a"_s, false}, {u"Docker"_s, u"/b"_s, false}}, {u"docker"_s}, {});
+        namedOf({{u"docker"_s, u"/a"_s, false}, {u"Docker"_s, u"/b"_s, false}}, {u"docker"_s}, {});
     EXPECT_EQ(pathsOf(named.matched), QStringList(u"/a"_s));
     EXPECT_EQ(named.removal.meansFor(u"docker"_s, u"/a"_s), Means::ByPath);
 }
 
 TEST(LoginItemRemoval, aProtectedItemOfTheSameNameIsSpared) {
-    const NamedLoginItems named = namedLoginItems(
+    const NamedLoginItems named = namedOf(
         {{u"Helper"_s, u"/Applications/Traktor.app"_s, false}, {u"Helper"_s, u"/b"_s, false}}, {u"Helper"_s}, {});
     EXPECT_EQ(named.matched.size(), 2);
     EXPECT_EQ(named.removal.meansFor(u"Helper"_s, u"/b"_s), Means::ByPath);
@@ -112,7 +125,7 @@ TEST(LoginItemRemoval, aProtectedItemOfTheSameNameIsSpared) {
 
 TEST(LoginItemRemoval, anExcludedAgentOfTheSameNameIsSpared) {
     const QList<LoginItem> items{{u"Foo Agent"_s, u"/a"_s, false}, {u"Foo Agent"_s, u"/b"_s, false}};
-    const NamedLoginItems named = namedLoginItems(items, {u"Foo Agent"_s}, {u"login:/a"_s});
+    const NamedLoginItems named = namedOf(items, {u"Foo Agent"_s}, {u"login:/a"_s});
     EXPECT_EQ(named.removal.meansFor(u"Foo Agent"_s, u"/b"_s), Means::ByPath);
     EXPECT_EQ(named.removal.meansFor(u"Foo Agent"_s, u"/a"_s), Means::None);
 }

@@ -87,7 +87,6 @@ TEST(LoginItemScripts, linesAreReadAsTheyStand) {
     const QList<Row> rows{
         {u""_s, {}},
         {u"\n\n"_s, {}},
-        {u"one\ntwo|parts\n"_s, {}},
         {u"Foo|missing value|false"_s, {{u"Foo"_s, u"missing value"_s, false}}},
         {u"Foo|/x|TRUE"_s, {{u"Foo"_s, u"/x"_s, true}}},
         {u"Foo|/x|true "_s, {{u"Foo"_s, u"/x"_s, false}}},
@@ -113,6 +112,10 @@ TEST(LoginItemScripts, anErrorIsNoEmptyList) {
     EXPECT_EQ(parsedLoginItems(u"ERROR|a|true"_s), LoginItemList());
     EXPECT_FALSE(parsedLoginItems(u"ERROR|"_s).wasRead);
     EXPECT_TRUE(parsedLoginItems({}).wasRead);
+}
+
+TEST(LoginItemScripts, linesOfWhichNoneIsAnItemTellNothing) {
+    EXPECT_EQ(parsedLoginItems(u"one\ntwo|parts\n"_s), LoginItemList());
 }
 
 } // namespace
