@@ -55,10 +55,12 @@ protected:
         return names;
     }
 
+    /// Belongs to whom its place says.
     void addFile(const QString& path, const QByteArray& bytes) const {
-        const macsim::Volume root = volume(macsim::Actor::Root);
-        root.createFolders(path.left(path.lastIndexOf(u'/')));
-        root.write(path, bytes);
+        const bool isUsers = path.startsWith(u"/Users/"_s) || path.startsWith(u"/Applications/"_s);
+        const macsim::Volume disk = volume(isUsers ? macsim::Actor::User : macsim::Actor::Root);
+        disk.createFolders(path.left(path.lastIndexOf(u'/')));
+        disk.write(path, bytes);
     }
     /// Gives a tree to whom its place doesn't imply.
     void giveToRoot(const QString& path) const {
@@ -97,7 +99,6 @@ protected:
         addFile(application + u"/Contents/Info.plist"_s, plistText({{u"CFBundleIdentifier"_s, identifier}}));
         addFile(helper + u"/Contents/Info.plist"_s, plistText({{u"CFBundleIdentifier"_s, identifier + u".helper"_s}}));
         addFile(helper + u"/Contents/MacOS/helper"_s, "helper");
-        giveToUser(application);
         addBackgroundTask({{"uid", 501},
                            {"name", name.toStdString()},
                            {"type", "app"},

@@ -212,15 +212,6 @@ TEST_F(StartupOnSimulatedMac, garbageFromSystemEventsProvesNothing) {
     EXPECT_EQ(loginNames(), QStringList(u"Chat"_s));
 }
 
-TEST_F(StartupOnSimulatedMac, outputOfSystemEventsThatIsNoUtf8ProvesNothing) {
-    setUpOffice();
-    // "Chat|", two bytes that no UTF-8 text holds, and "|false".
-    start(R"([{"tool": "osascript", "status": 0, "outputBase64": "Q2hhdHz//nxmYWxzZQo="}])");
-    const StartupApplyResult result = switchOff({loginAppOff(u"Chat"_s)});
-    EXPECT_FALSE(result.applySucceeded);
-    EXPECT_EQ(result.verification.verified, Items());
-}
-
 TEST_F(StartupOnSimulatedMac, aDeleteThatSystemEventsSwallowsIsCaughtByTheVerification) {
     setUpOffice();
     changeState("loginItemFaults", [](macsim::Json& faults) { faults = {{"deleteIsSilent", true}}; });
@@ -410,7 +401,6 @@ TEST_F(StartupOnSimulatedMac, plistsThatCannotBeReadAreKnownByTheirFileNamesAndM
         addFile(agents + plist.key(), *plist);
         off.append(launchAgentOff(plist.key()));
     }
-    giveToUser(u"/Users/alex/Library/LaunchAgents"_s);
     QStringList names;
     for (const StartupItem& item : discover()) {
         names.append(item.id.mid(u"launch:"_s.size()));
@@ -517,8 +507,7 @@ TEST_F(StartupOnSimulatedMac, aHelperThatLiesOutsideItsApplicationIsNeverMoved) 
     const QString library = u"/Applications/Sync.app/Contents/Library"_s;
     const QString elsewhere = u"/Users/alex/Documents/LoginItems"_s;
     const macsim::Volume root = volume(Actor::Root);
-    root.createFolders(u"/Users/alex/Documents"_s);
-    giveToUser(u"/Users/alex/Documents"_s);
+    volume().createFolders(u"/Users/alex/Documents"_s);
     root.move(library + u"/LoginItems"_s, elsewhere);
     root.createLink(library + u"/LoginItems"_s, elsewhere);
     const macsim::MacPicture before = picture();
