@@ -1,4 +1,4 @@
-#include "fakes/ScriptedSystem.h"
+#include "fakes/StartupSystem.h"
 
 #include "profiles/UnifiedProfile.h"
 
@@ -20,7 +20,106 @@ UnifiedProfile soundsOff(const QString& name = u"Live"_s) {
 const QString kSystemLine =
     u"pmset -a standby 1 disksleep 10 sleep 1 sms 1 ; mdutil -a -i on || true ; tmutil enable || true"_s;
 
-class ProfileApply : public ScriptedSystem {
+const QString kSyncSoundsOff =
+    u"\nSyncing performance tweaks to profile settings...\n"
+    "$ /usr/bin/defaults delete NSGlobalDomain NSAppSleepDisabled\n"
+    "$ /usr/bin/defaults delete com.ableton.live NSAppSleepDisabled\n"
+    "  [RESTORED] Re-enabled App Nap.\n"
+    "$ /usr/bin/defaults write com.apple.SoftwareUpdate AutomaticDownload -bool YES\n"
+    "$ /usr/bin/defaults write com.apple.SoftwareUpdate AutomaticCheckEnabled -bool YES\n"
+    "$ /usr/bin/defaults write com.apple.commerce AutoUpdate -bool YES\n"
+    "  [RESTORED] Re-enabled automatic updates.\n"
+    "$ /usr/bin/defaults -currentHost delete "
+    "/Users/alex/Library/Preferences/ByHost/com.apple.notificationcenterui doNotDisturb\n"
+    "$ /bin/launchctl load -w /System/Library/LaunchAgents/com.apple.notificationcenterui.plist\n"
+    "$ /usr/bin/open -a NotificationCenter\n"
+    "  [RESTORED] Re-enabled Notifications.\n"
+    "$ /usr/bin/defaults delete com.apple.Siri Status\n"
+    "$ /usr/bin/defaults write com.apple.assistant.support \"Assistant Enabled\" -bool true\n"
+    "  [RESTORED] Re-enabled Siri.\n"
+    "$ /usr/bin/defaults delete com.apple.CrashReporter DialogType\n"
+    "  [RESTORED] Re-enabled Crash Reporter.\n"
+    "$ /usr/bin/defaults write com.apple.systemsound com.apple.sound.uiaudio.enabled -int 0\n"
+    "  [APPLIED] Muted UI sounds.\n"
+    "$ /usr/bin/defaults write com.apple.NetworkBrowser DisableAirDrop -bool NO\n"
+    "  [RESTORED] Re-activated AirDrop.\n"
+    "  [ACTION] Requesting Admin rights to sync system-level tweaks...\n"_s;
+
+const QString kTweakReadings = u"$> /usr/bin/pmset -g custom\n"
+                               "$> /usr/bin/defaults read NSGlobalDomain NSAppSleepDisabled\n"
+                               "$> /usr/bin/defaults read com.apple.SoftwareUpdate AutomaticDownload\n"
+                               "$> /usr/bin/defaults -currentHost read "
+                               "/Users/alex/Library/Preferences/ByHost/com.apple.notificationcenterui doNotDisturb\n"
+                               "$> /usr/bin/defaults read com.apple.assistant.support \"Assistant Enabled\"\n"
+                               "$> /usr/bin/defaults read com.apple.CrashReporter DialogType\n"
+                               "$> /usr/bin/defaults read com.apple.systemsound com.apple.sound.uiaudio.enabled\n"
+                               "$> /usr/bin/defaults read com.apple.NetworkBrowser DisableAirDrop\n"
+                               "$> /usr/bin/mdutil -s /\n"
+                               "$> /usr/bin/tmutil status\n"_s;
+
+const QString kTweaksOk = u"  [OK] App Nap — enabled\n"
+                          "  [OK] Software Updates — enabled\n"
+                          "  [OK] Notifications — enabled\n"
+                          "  [OK] Siri — enabled\n"
+                          "  [OK] Crash Reporter — enabled\n"
+                          "  [OK] UI Sounds — muted\n"
+                          "  [OK] AirDrop — enabled\n"
+                          "  [OK] USB Power — standard sleep\n"
+                          "  [OK] Motion Sensor — enabled\n"
+                          "  [OK] Spotlight — indexing on\n"
+                          "  [OK] Time Machine — enabled\n"_s;
+
+const QString kCleanRebootReadings = u"$> /usr/bin/defaults read com.apple.loginwindow TALLogoutSavesState\n"
+                                     "$> /usr/bin/defaults read com.apple.loginwindow LoginwindowLaunchesRelaunchApps\n"
+                                     "$> /usr/bin/defaults read NSGlobalDomain NSQuitAlwaysKeepsWindows\n"_s;
+
+// ---- A whole profile
+
+const QString kHelper = u"com.getdropbox.dropbox.helper"_s;
+const QString kHelperFile = u"/Applications/Dropbox.app/Contents/Library/LoginItems/Dropbox Helper.app"_s;
+const QString kGigPrompt = u"Quorvane needs your administrator password to apply Gig."_s;
+const QString kDaemonLine =
+    u"mkdir -p '/Users/alex/.quorvane_backup/_Library_LaunchDaemons' && "
+    "rm -f '/Users/alex/.quorvane_backup/_Library_LaunchDaemons/com.vpn.plist' && "
+    "(launchctl bootout system '/Library/LaunchDaemons/com.vpn.plist' 2>/dev/null || "
+    "launchctl unload -w '/Library/LaunchDaemons/com.vpn.plist' 2>/dev/null || true) && "
+    "mv '/Library/LaunchDaemons/com.vpn.plist' '/Users/alex/.quorvane_backup/_Library_LaunchDaemons/com.vpn.plist'"_s;
+const QList<LoginItem> kLoginAfterGig{{u"Serato"_s, u"/Applications/Serato.app"_s, false},
+                                      {u"Live"_s, u"/Applications/Live.app"_s, false}};
+
+QList<BackgroundTaskItem> laptop() {
+    return {applicationRecord(u"Dropbox"_s, u"com.getdropbox.dropbox"_s),
+            backgroundRecord(u"Dropbox Helper"_s, kHelper, u"com.getdropbox.dropbox"_s),
+            backgroundRecord(u"Player"_s, u"com.player.menu"_s), backgroundRecord(u"Sync"_s, u"com.x.sync"_s),
+            backgroundRecord(u"Serato Helper"_s, u"com.x.helper"_s)};
+}
+
+/// A clean reboot; chat, the VPN and a background item off; Dropbox off; Live opens at login.
+UnifiedProfile gig() {
+    UnifiedProfile profile = soundsOff(u"Gig"_s);
+    profile.settings.cleanReboot = true;
+    profile.startup.items = {loginAppOff(u"Chat"_s), launchAgentOff(u"com.vpn.plist"_s),
+                             backgroundItemOff(u"com.x.sync"_s),
+                             StartupItem::fromLaunchItem({u"Live"_s, u"/Applications/Live.app"_s, false})};
+    profile.startup.disabledCloudSyncAtStartup = {CloudSyncService::dropbox};
+    return profile;
+}
+
+const QString kGigOk = u"  [OK] Clean Reboot — app restoration disabled\n"
+                       "  [OK] Clean Reboot windows — window restoration disabled\n"
+                       "  [OK] Clean Reboot login items — only permitted apps remain (Live)\n"
+                       "  [OK] Background login items — only permitted items remain\n"
+                       "  [OK] Login item: Chat — removed\n"
+                       "  [OK] Launch item: com.vpn.plist — inactive\n"
+                       "  [OK] Background item: Dropbox Helper — disabled at login\n"
+                       "  [OK] Background item: Sync — disabled at login\n"
+                       "  [OK] Cloud sync: Dropbox — disabled at login\n"
+                       "  [OK] Cloud sync helper: Dropbox — background items disabled\n"
+                       "  [OK] Startup app: Live — configured\n"
+                       "  [VERIFY] All settings confirmed on system.\n"
+                       "\n[PROFILE] Gig applied and verified successfully.\n"_s;
+
+class ProfileApply : public StartupSystem {
 protected:
     ProfileApply() {
         commands.print(u"/usr/bin/pmset -g custom"_s, "AC Power:\n standby 1\n disksleep 10\n sleep 1\n sms 1\n");
@@ -45,6 +144,19 @@ protected:
                      [&beginning](const QString& line) { return line.startsWith(beginning); });
         return lines;
     }
+    /// A DJ's laptop: chat, Dropbox with a helper, a player and a VPN daemon run besides the DJ software.
+    void setUpLaptop() {
+        login = {{u"Chat"_s, u"/Applications/Chat.app"_s, false},
+                 {u"Dropbox"_s, u"/Applications/Dropbox.app"_s, false},
+                 {u"Serato"_s, u"/Applications/Serato.app"_s, false}};
+        files.addFile(kHelperFile, "helper");
+        files.addFile(u"/Library/LaunchDaemons/com.vpn.plist"_s, "vpn");
+        for (const QString& key : {u"com.apple.loginwindow TALLogoutSavesState"_s,
+                                   u"com.apple.loginwindow LoginwindowLaunchesRelaunchApps"_s,
+                                   u"NSGlobalDomain NSQuitAlwaysKeepsWindows"_s}) {
+            commands.print(u"/usr/bin/defaults read "_s + key, "0\n");
+        }
+    }
     QString scriptWithPrompt(const QString& prompt) {
         return u"& do shell script \""_s + kSystemLine + u"\" with prompt \""_s + prompt +
                u"\" with administrator privileges"_s;
@@ -55,69 +167,27 @@ protected:
 
 TEST_F(ProfileApply, runsSyncStartupOnePromptAndVerificationInThisOrder) {
     EXPECT_TRUE(apply(soundsOff()));
-    EXPECT_EQ(takeTrace(),
-              u"\n[PROFILE] Applying: Live\n"
-              "\nSyncing performance tweaks to profile settings...\n"
-              "$ /usr/bin/defaults delete NSGlobalDomain NSAppSleepDisabled\n"
-              "$ /usr/bin/defaults delete com.ableton.live NSAppSleepDisabled\n"
-              "  [RESTORED] Re-enabled App Nap.\n"
-              "$ /usr/bin/defaults write com.apple.SoftwareUpdate AutomaticDownload -bool YES\n"
-              "$ /usr/bin/defaults write com.apple.SoftwareUpdate AutomaticCheckEnabled -bool YES\n"
-              "$ /usr/bin/defaults write com.apple.commerce AutoUpdate -bool YES\n"
-              "  [RESTORED] Re-enabled automatic updates.\n"
-              "$ /usr/bin/defaults -currentHost delete "
-              "/Users/alex/Library/Preferences/ByHost/com.apple.notificationcenterui doNotDisturb\n"
-              "$ /bin/launchctl load -w /System/Library/LaunchAgents/com.apple.notificationcenterui.plist\n"
-              "$ /usr/bin/open -a NotificationCenter\n"
-              "  [RESTORED] Re-enabled Notifications.\n"
-              "$ /usr/bin/defaults delete com.apple.Siri Status\n"
-              "$ /usr/bin/defaults write com.apple.assistant.support \"Assistant Enabled\" -bool true\n"
-              "  [RESTORED] Re-enabled Siri.\n"
-              "$ /usr/bin/defaults delete com.apple.CrashReporter DialogType\n"
-              "  [RESTORED] Re-enabled Crash Reporter.\n"
-              "$ /usr/bin/defaults write com.apple.systemsound com.apple.sound.uiaudio.enabled -int 0\n"
-              "  [APPLIED] Muted UI sounds.\n"
-              "$ /usr/bin/defaults write com.apple.NetworkBrowser DisableAirDrop -bool NO\n"
-              "  [RESTORED] Re-activated AirDrop.\n"
-              "  [ACTION] Requesting Admin rights to sync system-level tweaks...\n"
-              "$ /usr/bin/defaults write com.apple.loginwindow TALLogoutSavesState -bool true\n"
-              "$ /usr/bin/defaults write com.apple.loginwindow LoginwindowLaunchesRelaunchApps -bool true\n"
-              "$ /usr/bin/defaults delete NSGlobalDomain NSQuitAlwaysKeepsWindows\n"
-              "  [RESTORED] Re-enabled app restoration on reboot.\n"
-              "\nPerformance Tweaks Synced! (Restart your Mac for full effect.)\n"
-              "\nApplying startup configuration...\n"
-              "\nStartup configuration applied.\n"
-              "& do shell script \"pmset -a standby 1 disksleep 10 sleep 1 sms 1 ; mdutil -a -i on || true ; tmutil "
-              "enable || true\" with prompt \"Quorvane needs your administrator password to apply Live.\" with "
-              "administrator privileges\n"
-              "$> /usr/bin/pmset -g custom\n"
-              "$> /usr/bin/defaults read NSGlobalDomain NSAppSleepDisabled\n"
-              "$> /usr/bin/defaults read com.apple.SoftwareUpdate AutomaticDownload\n"
-              "$> /usr/bin/defaults -currentHost read "
-              "/Users/alex/Library/Preferences/ByHost/com.apple.notificationcenterui doNotDisturb\n"
-              "$> /usr/bin/defaults read com.apple.assistant.support \"Assistant Enabled\"\n"
-              "$> /usr/bin/defaults read com.apple.CrashReporter DialogType\n"
-              "$> /usr/bin/defaults read com.apple.systemsound com.apple.sound.uiaudio.enabled\n"
-              "$> /usr/bin/defaults read com.apple.NetworkBrowser DisableAirDrop\n"
-              "$> /usr/bin/mdutil -s /\n"
-              "$> /usr/bin/tmutil status\n"
-              "$> /usr/bin/defaults read com.apple.loginwindow TALLogoutSavesState\n"
-              "$> /usr/bin/defaults read com.apple.loginwindow LoginwindowLaunchesRelaunchApps\n"
-              "\n[VERIFY] Profile: Live\n"
-              "  [OK] App Nap — enabled\n"
-              "  [OK] Software Updates — enabled\n"
-              "  [OK] Notifications — enabled\n"
-              "  [OK] Siri — enabled\n"
-              "  [OK] Crash Reporter — enabled\n"
-              "  [OK] UI Sounds — muted\n"
-              "  [OK] AirDrop — enabled\n"
-              "  [OK] USB Power — standard sleep\n"
-              "  [OK] Motion Sensor — enabled\n"
-              "  [OK] Spotlight — indexing on\n"
-              "  [OK] Time Machine — enabled\n"
-              "  [OK] Clean Reboot — app restoration enabled\n"
-              "  [VERIFY] All settings confirmed on system.\n"
-              "\n[PROFILE] Live applied and verified successfully.\n"_s);
+    EXPECT_EQ(
+        takeTrace(),
+        u"\n[PROFILE] Applying: Live\n"_s + kSyncSoundsOff +
+            u"$ /usr/bin/defaults write com.apple.loginwindow TALLogoutSavesState -bool true\n"
+            "$ /usr/bin/defaults write com.apple.loginwindow LoginwindowLaunchesRelaunchApps -bool true\n"
+            "$ /usr/bin/defaults delete NSGlobalDomain NSQuitAlwaysKeepsWindows\n"
+            "  [RESTORED] Re-enabled app restoration on reboot.\n"
+            "\nPerformance Tweaks Synced! (Restart your Mac for full effect.)\n"
+            "\nApplying startup configuration...\n"
+            "\nStartup configuration applied.\n"
+            "& do shell script \"pmset -a standby 1 disksleep 10 sleep 1 sms 1 ; mdutil -a -i on || true ; tmutil "
+            "enable || true\" with prompt \"Quorvane needs your administrator password to apply Live.\" with "
+            "administrator privileges\n"_s +
+            kTweakReadings +
+            u"$> /usr/bin/defaults read com.apple.loginwindow TALLogoutSavesState\n"
+            "$> /usr/bin/defaults read com.apple.loginwindow LoginwindowLaunchesRelaunchApps\n"
+            "\n[VERIFY] Profile: Live\n"_s +
+            kTweaksOk +
+            u"  [OK] Clean Reboot — app restoration enabled\n"
+            "  [VERIFY] All settings confirmed on system.\n"
+            "\n[PROFILE] Live applied and verified successfully.\n"_s);
 }
 
 TEST_F(ProfileApply, recordsTheProfileAsTheActiveOne) {
@@ -179,32 +249,161 @@ TEST_F(ProfileApply, aNameWithADoubleQuoteAppliesWhileTheNeutralPromptStandsIn) 
     EXPECT_TRUE(trace.contains(scriptWithPrompt(u"Quorvane is applying system changes."_s)));
 }
 
-TEST_F(ProfileApply, aStartupConfigurationThatAsksForSomethingIsNotPassedOver) {
+TEST_F(ProfileApply, aStartupStepThatFailsFailsTheApplyThoughTheBatchSucceeds) {
     UnifiedProfile profile = soundsOff();
-    profile.startup.disableNetworkAtStartup = true;
+    profile.startup.disableNetworkAtStartup = true; // no service is listed
     EXPECT_FALSE(apply(profile));
     EXPECT_TRUE(system.logMessages().contains(u"\nStartup configuration applied with errors."_s));
     EXPECT_EQ(system.logMessages().last(), u"\n[PROFILE] Live apply failed or was cancelled — check logs."_s);
-    EXPECT_EQ(linesStartingWith(u"& do shell script"_s).size(), 1);
-    EXPECT_TRUE(system.logMessages().contains(u"\n[VERIFY] Profile: Live"_s));
+    EXPECT_EQ(prompts(), 1);
     EXPECT_EQ(system.lastApplyVerification()->verified.size(), 12);
-    EXPECT_TRUE(defaults.values.isEmpty());
-}
-
-TEST_F(ProfileApply, aCleanRebootIsRefusedBeforeAnythingIsChanged) {
-    UnifiedProfile profile = soundsOff();
-    profile.settings.cleanReboot = true;
-    EXPECT_FALSE(apply(profile));
-    EXPECT_TRUE(system.logMessages().contains(u"  [ERROR] Start Clean on Reboot can't be applied yet."_s));
-    EXPECT_EQ(system.logMessages().last(), u"\n[PROFILE] Live apply failed or was cancelled — check logs."_s);
-    EXPECT_EQ(linesStartingWith(u"& "_s), QStringList());
-    EXPECT_EQ(linesStartingWith(u"$ "_s), QStringList());
-    EXPECT_TRUE(trace.filter(u"defaults write"_s).isEmpty());
-    EXPECT_TRUE(trace.filter(u"defaults delete"_s).isEmpty());
-    EXPECT_EQ(system.adminBatchDepth(), 0);
+    EXPECT_EQ(system.lastApplyVerification()->failed,
+              QList<ApplyVerificationResult::Item>({{u"Network"_s, u"expected all interfaces disabled"_s}}));
     EXPECT_TRUE(defaults.values.isEmpty());
     EXPECT_FALSE(system.systemMatch().has_value());
-    EXPECT_TRUE(posted.isEmpty());
+}
+
+// ---- Whole profiles
+
+TEST_F(ProfileApply, aWholeProfileShowsOnePromptWhereTheListWasKnown) {
+    setUpLaptop();
+    cacheDump(laptop());
+    EXPECT_TRUE(apply(gig()));
+    EXPECT_EQ(takeTrace(),
+              u"\n[PROFILE] Applying: Gig\n"_s + kSyncSoundsOff +
+                  u"$ /usr/bin/defaults write com.apple.loginwindow TALLogoutSavesState -bool false\n"
+                  "$ /usr/bin/defaults write com.apple.loginwindow LoginwindowLaunchesRelaunchApps -bool false\n"
+                  "$ /usr/bin/defaults write NSGlobalDomain NSQuitAlwaysKeepsWindows -bool false\n"
+                  "  [APPLIED] Disabled app and window restoration on reboot.\n"
+                  "$> osascript: read\n"
+                  "  [ACTION] Removing 2 login item(s) not in permitted startup list...\n"
+                  "$> osascript: remove name Chat\n"
+                  "  [APPLIED] Removed login item: Chat\n"
+                  "$> osascript: remove name Dropbox\n"
+                  "  [APPLIED] Removed login item: Dropbox\n"
+                  "  [ACTION] Disabling 1 launch item(s) for clean reboot...\n"
+                  "  [ACTION] Requesting Admin rights to disable 1 system launch item(s)...\n"
+                  "  [APPLIED] Disabled launch item: com.vpn.plist @ /Library/LaunchDaemons\n"
+                  "\nPerformance Tweaks Synced! (Restart your Mac for full effect.)\n"
+                  "\nApplying startup configuration...\n"
+                  "$> osascript: read\n"
+                  "  [ACTION] Disabling 1 login item(s)...\n"
+                  "$> osascript: remove name Chat\n"
+                  "$> osascript: read\n"
+                  "  [ACTION] Disabling 1 launch item(s)...\n"
+                  "  [INFO] Launch item already disabled: com.vpn.plist\n"
+                  "  [ACTION] Disabling 2 background item(s)...\n"
+                  "  [ACTION] Queued disable for background login label: com.getdropbox.dropbox.helper\n"
+                  "  [ACTION] Queued disable for background login label: com.x.sync\n"
+                  "  [APPLIED] Disabled cloud sync at startup: Dropbox\n"
+                  "  [ACTION] Configuring 1 application(s) to start at login...\n"
+                  "$> osascript: add /Applications/Live.app\n"
+                  "  [APPLIED] Added login item: Live\n"
+                  "\nStartup configuration applied.\n"_s +
+                  u"? open /System/Library/Frameworks/ServiceManagement.framework/ServiceManagement\n"
+                  "  [INFO] ServiceManagement BTM APIs unavailable; using launchctl and quarantine fallback.\n"
+                  "  [ACTION] Queued disable for background login label: com.getdropbox.dropbox\n"
+                  "  [ACTION] Queued disable for background login label: com.player.menu\n"
+                  "  [ACTION] Queued quarantine for bundled startup resource: Dropbox Helper.app\n"_s +
+                  prompted(kSystemLine + u" ; "_s + kDaemonLine + u" ; "_s + queuedLaunchctl(kHelper) + u" ; "_s +
+                               queuedLaunchctl(u"com.x.sync"_s) + u" ; "_s +
+                               queuedLaunchctl(u"com.getdropbox.dropbox"_s) + u" ; "_s +
+                               queuedLaunchctl(u"com.player.menu"_s) + u" ; "_s + quarantineLine(kHelperFile, kHelper),
+                           kGigPrompt) +
+                  kTweakReadings + kCleanRebootReadings +
+                  u"$> osascript: read\n"
+                  "\n[VERIFY] Profile: Gig\n"_s +
+                  kTweaksOk + kGigOk);
+    EXPECT_EQ(login, kLoginAfterGig);
+    EXPECT_EQ(files.read(u"/Users/alex/.quorvane_backup/_Library_LaunchDaemons/com.vpn.plist"_s), "vpn");
+    EXPECT_FALSE(files.exists(kHelperFile));
+}
+
+TEST_F(ProfileApply, aWholeProfileShowsOnePromptWhereTheListComesWithItAndTheHelpersAreTheUsers) {
+    setUpLaptop();
+    dump = dumpOf(laptop());
+    EXPECT_TRUE(apply(gig()));
+    EXPECT_EQ(linesStartingWith(u"& "_s).join(u'\n') + u'\n',
+              prompted(kSystemLine + u" ; "_s + kDaemonLine + u" ; "_s + dumpLine(), kGigPrompt));
+    EXPECT_EQ(system.lastApplyVerification()->failed, QList<ApplyVerificationResult::Item>());
+    EXPECT_EQ(login, kLoginAfterGig);
+    EXPECT_FALSE(files.exists(kHelperFile));
+}
+
+TEST_F(ProfileApply, helpersThatNeedRootAndTurnUpAfterTheFlushTakeExactlyOneSecondPrompt) {
+    setUpLaptop();
+    dump = dumpOf(laptop());
+    files.makeUnwritable(kHelperFile);
+    EXPECT_TRUE(apply(gig()));
+    EXPECT_EQ(linesStartingWith(u"& "_s).join(u'\n') + u'\n',
+              prompted(kSystemLine + u" ; "_s + kDaemonLine + u" ; "_s + dumpLine(), kGigPrompt) +
+                  prompted(quarantineLine(kHelperFile, kHelper), kNeutral));
+    EXPECT_EQ(system.lastApplyVerification()->failed, QList<ApplyVerificationResult::Item>());
+    EXPECT_FALSE(files.exists(kHelperFile));
+}
+
+TEST_F(ProfileApply, helpersThatNeedRootJoinTheOnePromptWhereTheListWasKnown) {
+    setUpLaptop();
+    cacheDump(laptop());
+    files.makeUnwritable(kHelperFile);
+    EXPECT_TRUE(apply(gig()));
+    EXPECT_EQ(prompts(), 1);
+    EXPECT_FALSE(files.exists(kHelperFile));
+}
+
+TEST_F(ProfileApply, appliedTwiceAProfileChangesNothingTheSecondTime) {
+    setUpLaptop();
+    dump = dumpOf(laptop());
+    EXPECT_TRUE(apply(gig()));
+    const int changes = files.changes();
+    trace.clear();
+    EXPECT_TRUE(apply(gig()));
+    EXPECT_EQ(prompts(), 1);
+    EXPECT_EQ(login, kLoginAfterGig);
+    EXPECT_EQ(files.changes(), changes);
+    EXPECT_EQ(trace.last(), u"\n[PROFILE] Gig applied and verified successfully."_s);
+    EXPECT_TRUE(trace.contains(u"  [APPLIED] Login items already match permitted startup list."_s));
+    EXPECT_TRUE(trace.contains(u"  [INFO] Launch item already disabled: com.vpn.plist"_s));
+    EXPECT_TRUE(trace.contains(u"  [SKIPPED] Already configured to start at login: Live"_s));
+}
+
+TEST_F(ProfileApply, aRefusedPromptFailsWhatNeedsRootItemByItemAndKeepsTheRest) {
+    setUpLaptop();
+    cacheDump(laptop());
+    defaults.setString(u"QuorvaneLastAppliedProfileName"_s, u"Before"_s);
+    scripts.failNext(u"User canceled."_s);
+    EXPECT_FALSE(apply(gig()));
+    EXPECT_EQ(
+        system.lastApplyVerification()->failed,
+        QList<ApplyVerificationResult::Item>({{u"Background item: Dropbox Helper"_s, u"still enabled at login"_s},
+                                              {u"Background item: Player"_s, u"still enabled at login"_s},
+                                              {u"Background item: Sync"_s, u"still enabled at login"_s},
+                                              {u"Launch item: com.vpn.plist"_s, u"still active"_s},
+                                              {u"Background item: Dropbox Helper"_s, u"still enabled at login"_s},
+                                              {u"Background item: Sync"_s, u"still enabled at login"_s},
+                                              {u"Cloud sync: Dropbox"_s, u"still active"_s},
+                                              {u"Cloud sync helper: Dropbox"_s, u"still enabled: Dropbox Helper"_s}}));
+    EXPECT_EQ(login, kLoginAfterGig) << "went as the user";
+    EXPECT_TRUE(files.exists(kHelperFile));
+    EXPECT_EQ(defaults.string(u"QuorvaneLastAppliedProfileName"_s), u"Before"_s);
+    EXPECT_FALSE(system.systemMatch().has_value());
+    EXPECT_EQ(system.adminBatchDepth(), 0);
+    EXPECT_EQ(system.backgroundTaskItemsFetchMode(), SystemManager::BackgroundTaskItemsFetchMode::automatic);
+    EXPECT_FALSE(system.pendingBackgroundLoginItemChanges().has_value());
+
+    EXPECT_TRUE(apply(gig()));
+    EXPECT_EQ(system.lastApplyVerification()->failed, QList<ApplyVerificationResult::Item>());
+}
+
+TEST_F(ProfileApply, cloudServicesAloneTakeTheDumpWithTheBatch) {
+    dump = dumpOf({backgroundRecord(u"Dropbox Helper"_s, kHelper)});
+    UnifiedProfile profile = soundsOff();
+    profile.startup.disabledCloudSyncAtStartup = {CloudSyncService::dropbox};
+    EXPECT_TRUE(apply(profile));
+    EXPECT_EQ(
+        linesStartingWith(u"& "_s).join(u'\n') + u'\n',
+        prompted(kSystemLine + u" ; "_s + dumpLine(), u"Quorvane needs your administrator password to apply Live."_s));
+    EXPECT_FALSE(isActive(kHelper));
 }
 
 TEST_F(ProfileApply, verifyProfileReadsOnlyAndKeepsNothing) {
