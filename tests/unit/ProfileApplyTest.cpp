@@ -406,6 +406,20 @@ TEST_F(ProfileApply, cloudServicesAloneTakeTheDumpWithTheBatch) {
     EXPECT_FALSE(isActive(kHelper));
 }
 
+TEST_F(ProfileApply, cachesAreDroppedAfterASuccessOnly) {
+    login = {{u"Chat"_s, u"/Applications/Chat.app"_s, false}};
+    UnifiedProfile profile = soundsOff();
+    profile.startup.items = {loginAppOff(u"Chat"_s)};
+    scripts.failNext(u"User canceled."_s);
+    const auto discover = [this] {
+        return QCoro::waitFor(system.discoverStartupItems(SystemManager::StartupRefresh::UseCache)).size();
+    };
+    EXPECT_FALSE(apply(profile));
+    EXPECT_EQ(discover(), 1) << "as it was found before";
+    EXPECT_TRUE(apply(profile));
+    EXPECT_EQ(discover(), 0);
+}
+
 TEST_F(ProfileApply, verifyProfileReadsOnlyAndKeepsNothing) {
     const ApplyVerificationResult result = QCoro::waitFor(system.verifyProfile(soundsOff()));
     EXPECT_EQ(result.verified.size(), 12);
