@@ -7,13 +7,16 @@
 
 #include <QDirIterator>
 #include <QFile>
+#include <QHash>
 #include <QMap>
 #include <QString>
 
 namespace macsim {
 
 /// A whole simulated Mac as a table, for telling what a flow has changed: every folder, link and file, every key of a
-/// property list, every value of the state behind the disk, and the owner of what doesn't belong to whom its place says. The journal is no part of the Mac.
+/// property list, every value of the state behind the disk, and the owner of what doesn't belong to whom its place
+/// says. Login items and background tasks stand by their names and identifiers, so that one that goes doesn't shift the
+/// others. The journal is no part of the Mac.
 class MacPicture {
 public:
     explicit MacPicture(const QString& hostFolder)
@@ -98,6 +101,29 @@ private:
     }
 
     void addState(const QString& subject, const Json& state) {
+        if (subject == QStringLiteral("loginItems")) {
+            addRecords(subject, state, "name");
+        } else if (subject == QStringLiteral("backgroundTasks")) {
+            addRecords(subject, state.value("records", Json::array()), "identifier");
+        } else {
+            addValues(subject, state);
+        }
+    }
+
+    /// The second record of a name stands under "{name} #2".
+    void addRecords(const QString& subject, const Json& records, const char* nameKey) {
+        QHash<QString, int> counts;
+        for (const Json& record : records) {
+            QString name = QString::fromStdString(record.at(nameKey).get<std::string>());
+            const int count = ++counts[name];
+            if (count > 1) {
+                name += QStringLiteral(" #%1").arg(count);
+            }
+            addValues(subject + QStringLiteral(" \"") + name + u'"', record);
+        }
+    }
+
+    void addValues(const QString& subject, const Json& state) {
         const Json flat = state.flatten();
         for (const auto& [pointer, value] : flat.items()) {
             m_entries[QStringLiteral("state ") + subject + QString::fromStdString(pointer)] =
