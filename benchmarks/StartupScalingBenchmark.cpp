@@ -133,17 +133,6 @@ void selectBackgroundItems(benchmark::State& state) {
     }
 }
 
-void markEveryBackgroundItem(benchmark::State& state) {
-    const auto items = parseBackgroundTaskDump(QString::fromUtf8(dumpOf(static_cast<int>(state.range(0)))));
-    for (auto _ : state) {
-        BackgroundTaskList list(items);
-        for (const BackgroundTaskItem& item : items) {
-            list.markDisabled(*backgroundItemLabel(item));
-        }
-        benchmark::DoNotOptimize(list.items().size());
-    }
-}
-
 void readLoginItems(benchmark::State& state) {
     const QString output = QString::fromUtf8(loginItemsOf(static_cast<int>(state.range(0))));
     for (auto _ : state) {
@@ -177,11 +166,6 @@ void discover(benchmark::State& state) {
 
 BENCHMARK(parseDump)->Arg(kSmallDump)->Arg(kLargeDump)->Repetitions(kRepetitions)->Unit(benchmark::kMillisecond);
 BENCHMARK(selectBackgroundItems)
-    ->Arg(kSmallDump)
-    ->Arg(kLargeDump)
-    ->Repetitions(kRepetitions)
-    ->Unit(benchmark::kMillisecond);
-BENCHMARK(markEveryBackgroundItem)
     ->Arg(kSmallDump)
     ->Arg(kLargeDump)
     ->Repetitions(kRepetitions)
