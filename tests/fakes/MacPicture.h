@@ -15,8 +15,8 @@ namespace macsim {
 
 /// A whole simulated Mac as a table, for telling what a flow has changed: every folder, link and file, every key of a
 /// property list, every value of the state behind the disk, and the owner of what doesn't belong to whom its place
-/// says. Login items and background tasks stand by their names and identifiers, so that one that goes doesn't shift the
-/// others. The journal is no part of the Mac.
+/// says. Login items, processes and background tasks stand by their names and identifiers, so that one that goes doesn't
+/// shift the others. The journal is no part of the Mac.
 class MacPicture {
 public:
     explicit MacPicture(const QString& hostFolder)
@@ -101,7 +101,7 @@ private:
     }
 
     void addState(const QString& subject, const Json& state) {
-        if (subject == QStringLiteral("loginItems")) {
+        if (subject == QStringLiteral("loginItems") || subject == QStringLiteral("processes")) {
             addRecords(subject, state, "name");
         } else if (subject == QStringLiteral("backgroundTasks")) {
             addRecords(subject, state.value("records", Json::array()), "identifier");

@@ -63,7 +63,7 @@ TEST_F(ProfileOnSimulatedMac, aWholeProfileIsAppliedUnderOnePromptAndVerified) {
                   "~ state power/sources/Battery Power/sleep: 1 → 0\n"
                   "~ state power/sources/Battery Power/sms: 1 → 0\n"
                   "~ state power/sources/Battery Power/standby: 1 → 0\n"
-                  "~ state processes/5/pid: 418 → 419\n"
+                  "~ state processes \"NotificationCenter\"/pid: 418 → 419\n"
                   "~ state spotlight/volumes/~1: \"enabled\" → \"disabled\"\n"
                   "~ state spotlight/volumes/~1System~1Volumes~1Data: \"enabled\" → \"disabled\"\n"_s);
 }
@@ -75,7 +75,7 @@ TEST_F(ProfileOnSimulatedMac, aCancelledPromptLeavesTheSystemSettingsAlone) {
     EXPECT_EQ(picture().changesSince(before),
               kUserChanges + u"+ state launchd/jobs/gui~1501/com.apple.notificationcenterui.agent/lastExitStatus: -15\n"
                              "~ state launchd/jobs/gui~1501/com.apple.notificationcenterui.agent/pid: 418 → 419\n"
-                             "~ state processes/5/pid: 418 → 419\n"_s);
+                             "~ state processes \"NotificationCenter\"/pid: 418 → 419\n"_s);
     EXPECT_TRUE(log().contains(u"  [ERROR] Administrator authorization was cancelled or failed: User canceled.\n"_s));
     EXPECT_TRUE(log().endsWith(u"\n\n[PROFILE] Live Set apply failed or was cancelled — check logs.\n"_s));
 }
@@ -143,7 +143,7 @@ TEST_F(ProfileOnSimulatedMac, applyingTwiceChangesNothingTheSecondTime) {
     ASSERT_TRUE(apply(exampleProfile(u"live-set"_s)));
     EXPECT_EQ(picture().changesSince(once),
               u"~ state launchd/jobs/gui~1501/com.apple.notificationcenterui.agent/pid: 419 → 420\n"
-              "~ state processes/5/pid: 419 → 420\n"_s);
+              "~ state processes \"NotificationCenter\"/pid: 419 → 420\n"_s);
 }
 
 TEST_F(ProfileOnSimulatedMac, anUnselectedTimeMachineCountsAsAWarningWhileNoBackupRuns) {

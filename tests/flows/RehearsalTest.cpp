@@ -7,6 +7,7 @@
 
 #include <QProcess>
 
+#include <algorithm>
 #include <csignal>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -23,7 +24,10 @@ struct Ending {
 
 class RehearsalTest : public ::testing::Test {
 protected:
-    RehearsalTest() { EXPECT_EQ(rehearse({u"new"_s}).status, 0); }
+    /// @param description  the file that describes the Mac; none is a fresh Mac
+    explicit RehearsalTest(const QStringList& description = {}) {
+        EXPECT_EQ(rehearse(QStringList(u"new"_s) + description).status, 0);
+    }
 
     static QString example(const QString& name) {
         return QStringLiteral(QUORVANE_SOURCE_DIR "/examples/profiles/") + name + u".json"_s;
@@ -79,6 +83,26 @@ pid_t childRunning(const QByteArray& command, qint64 process) {
         }
     }
     return 0;
+}
+
+/// On the DJ's laptop, which has something at startup.
+class RehearsalOnLaptop : public RehearsalTest {
+protected:
+    RehearsalOnLaptop()
+        : RehearsalTest({QStringLiteral(QUORVANE_SOURCE_DIR "/examples/macs/dj-laptop.json")}) {}
+
+    macsim::Json json(const QStringList& arguments) {
+        const Ending run = rehearse(arguments);
+        EXPECT_EQ(run.status, 0) << run.error.toStdString();
+        return macsim::Json::parse(run.output.cbegin(), run.output.cend());
+    }
+};
+
+/// Of the record with an identifier; empty where there is none.
+QByteArray dispositionIn(const QByteArray& dump, const QByteArray& identifier) {
+    const qsizetype record = dump.indexOf("Identifier: " + identifier);
+    const qsizetype start = dump.lastIndexOf("Disposition: ", record);
+    return record < 0 ? QByteArray() : dump.mid(start + 13, 60);
 }
 
 } // namespace
@@ -197,20 +221,94 @@ TEST_F(RehearsalTest, theJournalIsWrittenWhereItWasAskedFor) {
     EXPECT_TRUE(made.readAll().contains(R"({"authorization":"allow","prompt":"Quorvane needs your administrator )"));
 }
 
-// ---- Refusals
+// ---- A whole profile
 
-TEST_F(RehearsalTest, whatCannotBeAppliedYetIsRefusedAndChangesNothing) {
-    UnifiedProfile profile = exampleProfile(u"rehearsal"_s);
-    profile.settings.cleanReboot = true;
-    const QString reboot = file(u"reboot.json"_s, encodeProfile(profile));
-    profile.settings.cleanReboot = false;
-    profile.startup.disableNetworkAtStartup = true;
-    const QString startup = file(u"startup.json"_s, encodeProfile(profile));
-    for (const QString& command : {u"apply"_s, u"tweaks"_s, u"verify"_s}) {
-        expectRefused({command, reboot}, reboot.toUtf8() + ": \"Start Clean on Reboot\" can't be applied yet\n");
-        expectRefused({command, startup}, startup.toUtf8() + ": startup changes can't be applied yet\n");
-    }
+TEST_F(RehearsalOnLaptop, applyShowsThePreviewTheLogAndTheVerification) {
+    const Ending applied = rehearse({u"apply"_s, example(u"festival"_s)});
+    EXPECT_EQ(applied.status, 0);
+    EXPECT_EQ(applied.error, QByteArray());
+    EXPECT_EQ(applied.output,
+              projectFile(u"tests/flows/festival-preview.txt"_s) + projectFile(u"tests/flows/festival-applied.log"_s));
+    // The list that root gets tells of the applications that open at login now, and of the ones that don't.
+    const QByteArray dump = rehearse({u"shell"_s, u"--root"_s, u"/usr/bin/sfltool dumpbtm"_s}).output;
+    EXPECT_TRUE(dispositionIn(dump, "2.com.spotify.client").startsWith("[disabled, ")) << dump.toStdString();
+    EXPECT_TRUE(dispositionIn(dump, "2.com.knollsoft.Rectangle").startsWith("[enabled, "));
+    EXPECT_TRUE(dispositionIn(dump, "2.com.serato.seratodj").startsWith("[enabled, "));
+    EXPECT_TRUE(dispositionIn(dump, "8.com.pioneerdj.rekordboxAgent").startsWith("[enabled, "));
+    EXPECT_EQ(rehearse({u"verify"_s, example(u"festival"_s)}).status, 0);
 }
+
+TEST_F(RehearsalOnLaptop, previewNeitherAsksNorChangesAnything) {
+    const macsim::MacPicture before(macFolder());
+    const Ending preview =
+        start({u"--mac"_s, macFolder(), u"--authorize"_s, u"deny"_s, u"preview"_s, example(u"festival"_s)});
+    EXPECT_EQ(preview.status, 0);
+    EXPECT_EQ(preview.output, projectFile(u"tests/flows/festival-preview.txt"_s));
+    EXPECT_EQ(macsim::MacPicture(macFolder()).changesSince(before), QString());
+    EXPECT_FALSE(
+        contentOf(macFolder() + macsim::kStateFolder.toString() + u"/journal.jsonl"_s).contains("authorization"));
+}
+
+TEST_F(RehearsalOnLaptop, startupWorksAlone) {
+    const macsim::MacPicture before(macFolder());
+    const Ending run = rehearse({u"startup"_s, example(u"festival"_s)});
+    EXPECT_EQ(run.status, 0);
+    EXPECT_TRUE(run.output.startsWith("\nApplying startup configuration...\n")) << run.output.toStdString();
+    EXPECT_TRUE(run.output.endsWith(" setting(s) verified on the system.\n")) << run.output.toStdString();
+    const QString changes = macsim::MacPicture(macFolder()).changesSince(before);
+    EXPECT_TRUE(changes.contains(u"- state loginItems \"Spotify\"/path: "_s));
+    EXPECT_FALSE(changes.contains(u"state power"_s));
+    EXPECT_FALSE(changes.contains(u"Google LLC"_s));
+    EXPECT_TRUE(shell(u"ls ~/'Library/Application Support'"_s).isEmpty()) << "nothing is saved";
+}
+
+TEST_F(RehearsalOnLaptop, discoverListsEachItemWithItsPath) {
+    const Ending run = rehearse({u"discover"_s});
+    EXPECT_EQ(run.status, 0);
+    EXPECT_TRUE(run.output.contains("Spotify — App — on\n    /Applications/Spotify.app\n"));
+    EXPECT_TRUE(run.output.contains("Rekordbox — Launch Agent — on — protected\n"
+                                    "    /Library/LaunchAgents/com.pioneerdj.rekordboxAgent.plist\n"));
+    EXPECT_TRUE(
+        run.output.contains("Docker Vmnetd — Daemon — on\n    /Library/LaunchDaemons/com.docker.vmnetd.plist\n"));
+}
+
+TEST_F(RehearsalOnLaptop, jsonTellsThePreviewTheItemsAndTheVerification) {
+    const macsim::Json preview = json({u"--json"_s, u"preview"_s, example(u"festival"_s)});
+    EXPECT_EQ(preview.at("command"), "preview");
+    EXPECT_EQ(preview.at("succeeded"), true);
+    EXPECT_EQ(preview.at("preview").at("profileName"), "Festival");
+    const macsim::Json sections = preview.at("preview").at("sections");
+    EXPECT_EQ(sections.at(2),
+              macsim::Json({{"title", "Will add at login"}, {"rows", {"Serato DJ Pro", "Traktor Pro 4"}}}));
+    EXPECT_FALSE(preview.contains("verification"));
+
+    const macsim::Json discovered = json({u"--json"_s, u"discover"_s});
+    const macsim::Json items = discovered.at("startupItems");
+    EXPECT_NE(std::find(items.begin(), items.end(),
+                        macsim::Json({{"id", "login:/Applications/Google Drive.app"},
+                                      {"name", "Google Drive"},
+                                      {"path", "/Applications/Google Drive.app"},
+                                      {"kind", "loginApp"},
+                                      {"runsAtStartup", true},
+                                      {"hidden", true},
+                                      {"isProtected", false}})),
+              items.end());
+
+    const macsim::Json startup = json({u"--json"_s, u"startup"_s, example(u"festival"_s)});
+    EXPECT_EQ(startup.at("succeeded"), true);
+    EXPECT_EQ(startup.at("verification").at("failed"), macsim::Json::array());
+    EXPECT_EQ(startup.at("verification").at("verified").at(0),
+              macsim::Json({{"name", "Login item: Dropbox"}, {"detail", "removed"}}));
+}
+
+TEST_F(RehearsalOnLaptop, aCancelledPromptOfStartupEndsWithStatusOne) {
+    const Ending run =
+        start({u"--mac"_s, macFolder(), u"--authorize"_s, u"cancel"_s, u"startup"_s, example(u"festival"_s)});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_TRUE(run.output.contains("  [ERROR] Administrator authorization was cancelled or failed: User canceled.\n"));
+}
+
+// ---- Refusals
 
 TEST_F(RehearsalTest, aFileThatIsNoProfileIsRefusedByName) {
     const QString missing = folder.path() + u"/missing.json"_s;

@@ -1,0 +1,115 @@
+#pragma once
+
+#include "fakes/CommandLine.h"
+#include "platform/CommandLauncher.h"
+#include "platform/ScriptEngine.h"
+#include "platform/simulated/SimulatedHost.h"
+#include "simulator/applescript/AppleScript.h"
+#include "simulator/tools/Registry.h"
+#include "simulator/tools/ScriptRunner.h"
+
+#include <gtest/gtest.h>
+
+#include <exception>
+#include <variant>
+
+namespace quorvane {
+
+/// Runs a simulated Mac's tools as functions of this process, for a test that runs thousands of them.
+class InProcessTools {
+public:
+    explicit InProcessTools(const macsim::Mac& mac)
+        : m_mac(mac) {}
+
+    macsim::ToolContext context(const QStringList& arguments) {
+        const QString home = m_mac.homeFolder(macsim::Actor::User);
+        macsim::ToolContext made{m_mac,        macsim::simulatorTools(),
+                                 m_authorizer, m_mac.volume(macsim::Actor::User),
+                                 arguments,    {},
+                                 home,         {},
+                                 {},           {}};
+        made.environment = {{QStringLiteral("HOME"), home},
+                            {QStringLiteral("PATH"), QStringLiteral("/usr/bin:/bin:/usr/sbin:/sbin")},
+                            {QStringLiteral("TMPDIR"), m_mac.temporaryFolder()},
+                            {QStringLiteral("USER"), m_mac.machine().userName}};
+        return made;
+    }
+
+private:
+    /// Agrees to everything.
+    class Consent final : public macsim::Authorizer {
+    public:
+        macsim::Authorization ask(const QString&) override { return macsim::Authorization::Allow; }
+    };
+
+    const macsim::Mac& m_mac;
+    Consent m_authorizer;
+};
+
+class InProcessCommandLauncher final : public CommandLauncher {
+public:
+    explicit InProcessCommandLauncher(InProcessTools& tools)
+        : m_tools(tools) {}
+
+    QFuture<CommandOutcome> run(QStringList arguments, OutputCapture) override {
+        arguments.prepend(QStringLiteral("/usr/bin/env"));
+        macsim::ToolContext context = m_tools.context(arguments);
+        CommandOutcome outcome;
+        outcome.ending = CommandOutcome::Ending::Exited;
+        try {
+            outcome.code = macsim::runCommand(macsim::findCommand(arguments.first(), context), context);
+        } catch (const std::exception& error) {
+            ADD_FAILURE() << commandLine(arguments).toStdString() << ": " << error.what();
+        }
+        outcome.standardOutput = context.output;
+        outcome.standardError = context.error;
+        return QtFuture::makeReadyFuture(outcome);
+    }
+    void shutDown() override {}
+
+private:
+    InProcessTools& m_tools;
+};
+
+class InProcessScriptEngine final : public ScriptEngine {
+public:
+    explicit InProcessScriptEngine(InProcessTools& tools)
+        : m_tools(tools) {}
+
+    QFuture<ScriptOutcome> run(QString source) override {
+        macsim::ToolContext context = m_tools.context({QStringLiteral("scriptengine")});
+        const auto result = macsim::runScriptOnMac(source, context);
+        if (const auto* error = std::get_if<macsim::ScriptError>(&result)) {
+            return QtFuture::makeReadyFuture(ScriptOutcome{std::nullopt, error->message});
+        }
+        return QtFuture::makeReadyFuture(ScriptOutcome{std::get<macsim::ScriptResult>(result).text, std::nullopt});
+    }
+    void shutDown() override {}
+
+private:
+    InProcessTools& m_tools;
+};
+
+/// The ports of a simulated Mac whose tools run in this process.
+class InProcessHost {
+public:
+    InProcessHost(const QString& macFolder, const QString& program)
+        : m_base(macFolder, m_authorization, {program, {}, {}})
+        , m_tools(m_base.mac()) {}
+
+    const macsim::Mac& mac() const { return m_base.mac(); }
+    Host host() {
+        const Host base = m_base.host();
+        return {m_commands,   m_scripts,          base.files,   base.defaults,
+                base.machine, base.propertyLists, base.bundles, base.backgroundTaskPermissions};
+    }
+
+private:
+    AuthorizationPolicy m_authorization{macsim::Authorization::Allow};
+    SimulatedHost m_base;
+    InProcessTools m_tools;
+    InProcessCommandLauncher m_commands{m_tools};
+    InProcessScriptEngine m_scripts{m_tools};
+};
+
+} // namespace quorvane

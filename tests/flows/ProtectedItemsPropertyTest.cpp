@@ -1,0 +1,324 @@
+// Audio software is never touched, whatever a profile says: random Macs and random profiles, and afterwards the Mac's
+// own state, item by item. The tools run in this process, so that a case takes milliseconds.
+
+#include "fakes/InProcessMac.h"
+#include "fakes/MacPicture.h"
+#include "fakes/SimulatedStartup.h"
+
+#include <random>
+
+namespace quorvane {
+
+namespace {
+
+using macsim::Json;
+
+constexpr int kCases = 150;
+
+/// What makes a text one of audio software, among the texts that are drawn here.
+bool isOfAudioSoftware(const QString& text) {
+    static const QStringList words{u"traktor"_s, u"ableton"_s, u"rekordbox"_s, u"vst"_s, u"plug-in"_s, u"serato"_s};
+    return std::any_of(words.begin(), words.end(),
+                       [&text](const QString& word) { return text.contains(word, Qt::CaseInsensitive); });
+}
+
+QString textOf(const Json& json) {
+    return QString::fromStdString(json.get<std::string>());
+}
+
+// ---- A random Mac
+
+// Names that several items share, in one case or another, some of them cloud products'.
+const QStringList kNames{u"Helper"_s, u"helper"_s,       u"Updater"_s,        u"UPDATER"_s,    u"Dropbox"_s, u"Sync"_s,
+                         u"Chat"_s,   u"Google Drive"_s, u"Traktor Helper"_s, u"Sync Agent"_s, u"VST Scan"_s};
+// The last two are plug-ins, one of which bears a cloud product's name.
+const QStringList kApplications{u"/Applications/Chat.app"_s,
+                                u"/Applications/Dropbox.app"_s,
+                                u"/Applications/Google Drive.app"_s,
+                                u"/Applications/Notes.app"_s,
+                                u"/Applications/rekordbox 7.app"_s,
+                                u"/Applications/Traktor Pro 4.app"_s,
+                                u"/Library/Audio/Plug-Ins/Dropbox Sync.app"_s,
+                                u"/Applications/Serato DJ Pro.app"_s};
+const QStringList kLabels{u"com.chat.helper"_s,
+                          u"com.dropbox.sync"_s,
+                          u"com.getdropbox.dropbox.helper"_s,
+                          u"com.google.drivefs"_s,
+                          u"com.x.updater"_s,
+                          u"com.x.helper"_s,
+                          u"com.traktor.helper"_s,
+                          u"com.dropbox.vst3.scanner"_s,
+                          u"com.ableton.agent"_s,
+                          u"com.x.updater.agent"_s,
+                          u"com.serato.sync.agent"_s,
+                          u"com.dropbox.update.agent"_s,
+                          u"COM.X.HELPER"_s,
+                          u"com.google.drive.agent"_s,
+                          u"sync"_s,
+                          u"com.rekordbox.dropbox"_s};
+const QStringList kLaunchFolders{u"/Users/alex/Library/LaunchAgents"_s, u"/Library/LaunchAgents"_s,
+                                 u"/Library/LaunchDaemons"_s};
+
+class Draw {
+public:
+    explicit Draw(unsigned seed)
+        : m_engine(seed) {}
+
+    int below(int bound) { return static_cast<int>(m_engine() % static_cast<unsigned>(bound)); }
+    bool oneIn(int count) { return below(count) == 0; }
+    const QString& from(const QStringList& texts) { return texts[below(static_cast<int>(texts.size()))]; }
+
+private:
+    std::mt19937 m_engine;
+};
+
+QString domainOf(const QString& launchFolder) {
+    return launchFolder.endsWith(u"Daemons"_s) ? u"system"_s : u"gui/501"_s;
+}
+
+Json randomLoginItems(Draw& draw) {
+    Json items = Json::array();
+    for (int count = draw.below(9); count > 0; --count) {
+        const QString name = draw.from(kNames);
+        const QString path = draw.from(kApplications) + (draw.oneIn(3) ? u""_s : u"/Contents/"_s + name + u".app"_s);
+        items.push_back({{"name", name.toStdString()}, {"path", path.toStdString()}, {"hidden", draw.oneIn(2)}});
+    }
+    return items;
+}
+
+/// Plists in the three launch folders, and their jobs.
+void addLaunchItems(Json& description, Draw& draw) {
+    for (int count = draw.below(9); count > 0; --count) {
+        const QString folder = draw.from(kLaunchFolders);
+        const std::string label = draw.from(kLabels).toStdString();
+        const std::string path = folder.toStdString() + "/" + label + ".plist";
+        Json& job = description["launchd"]["jobs"][domainOf(folder).toStdString()][label];
+        if (job.is_null()) {
+            job = {{"path", path}, {"pid", nullptr}};
+            description["files"].push_back({{"path", path}, {"propertyList", {{"Label", label}, {"Program", "/x"}}}});
+        }
+    }
+}
+
+/// A record of each application; helpers and agents that belong to one, inside of it, or to nobody.
+void addBackgroundTasks(Json& description, Draw& draw) {
+    Json records = Json::array();
+    for (int i = 0; i < kApplications.size(); ++i) {
+        records.push_back({{"uid", 501},
+                           {"name", "Application " + std::to_string(i)},
+                           {"type", "app"},
+                           {"identifier", "2.com.app" + std::to_string(i)},
+                           {"url", kApplications[i].toStdString()},
+                           {"enabled", draw.oneIn(2)}});
+    }
+    for (int count = draw.below(12); count > 0; --count) {
+        const int application = draw.below(static_cast<int>(kApplications.size()));
+        const QString name = draw.from(kNames);
+        const QString label = draw.from(kLabels);
+        const bool isAgent = draw.oneIn(2);
+        const QString inside = u"Contents/Library/"_s + (isAgent ? u"LaunchAgents/"_s + label + u".plist"_s
+                                                                 : u"LoginItems/"_s + name + u".app"_s);
+        Json record{{"uid", 501},
+                    {"name", name.toStdString()},
+                    {"type", isAgent ? "agent" : "login item"},
+                    {"identifier", (isAgent ? "8." : "4.") + label.toStdString()},
+                    {"url", inside.toStdString()},
+                    {"allowed", !draw.oneIn(6)}};
+        if (draw.oneIn(4)) {
+            record["url"] = (kApplications[application] + u'/' + inside).toStdString();
+        } else {
+            record["parent"] = "2.com.app" + std::to_string(application);
+        }
+        if (draw.oneIn(4)) {
+            record["executablePath"] = (draw.from(kApplications) + u"/Contents/MacOS/x"_s).toStdString();
+        }
+        records.push_back(record);
+        const std::string file =
+            (kApplications[application] + u'/' + inside + (isAgent ? u""_s : u"/x"_s)).toStdString();
+        description["files"].push_back({{"path", file}, {"text", label.toStdString()}});
+    }
+    description["backgroundTasks"]["records"] = records;
+    if (draw.oneIn(2)) {
+        description["backgroundTasks"]["entryPoints"] = {"SMLoginItemSetUserAllowed_4BTM",
+                                                         "SMLaunchdPlistSetUserAllowed_4BTM"};
+    }
+}
+
+Json randomMac(Draw& draw) {
+    Json description =
+        macsim::macDescriptionFromFile(QStringLiteral(QUORVANE_SOURCE_DIR "/examples/macs/fresh-macbook.json"));
+    description["machine"]["caseSensitiveVolume"] = true;
+    description["loginItems"] = randomLoginItems(draw);
+    for (const QString& application : kApplications) {
+        description["files"].push_back(
+            {{"path", application.toStdString() + "/Contents/Info.plist"}, {"propertyList", {{"CFBundleName", "x"}}}});
+    }
+    addLaunchItems(description, draw);
+    addBackgroundTasks(description, draw);
+    // A managed application that leaves, and whose name others may bear.
+    if (draw.oneIn(3)) {
+        description["preferences"]["user"]["com.quorvane.app"]["QuorvaneManagedStartupAppPaths"] = {
+            "/Applications/" + draw.from({u"Helper"_s, u"Updater"_s, u"Chat"_s}).toStdString() + ".app"};
+    }
+    if (draw.oneIn(4)) {
+        description["ownedByRoot"] = {draw.from(kApplications).toStdString()};
+    }
+    return description;
+}
+
+// ---- A random profile
+
+StartupItem randomItem(Draw& draw) {
+    StartupItem item;
+    item.kind = allStartupItemKinds()[draw.below(static_cast<int>(allStartupItemKinds().size()))];
+    item.name = draw.from(kNames);
+    item.path = draw.from(kApplications) + (draw.oneIn(2) ? u""_s : u"/Contents/"_s + item.name + u".app"_s);
+    item.runsAtStartup = draw.oneIn(4);
+    if (item.kind == StartupItemKind::launchAgent || item.kind == StartupItemKind::launchDaemon ||
+        (item.kind == StartupItemKind::backgroundAgent && draw.oneIn(2))) {
+        item.launchIdentifier = draw.from(kLabels) + u".plist"_s;
+        item.id = launchItemId(*item.launchIdentifier);
+        item.path = draw.from(kLaunchFolders) + u'/' + *item.launchIdentifier;
+    } else if (item.kind == StartupItemKind::backgroundLoginItem) {
+        item.launchIdentifier = draw.from(kLabels);
+        item.id = backgroundItemId(*item.launchIdentifier);
+    } else {
+        item.id = item.kind == StartupItemKind::addedApp ? addedItemId(item.path) : loginItemId(item.name, item.path);
+    }
+    return item;
+}
+
+UnifiedProfile randomProfile(Draw& draw) {
+    UnifiedProfile profile;
+    profile.id = QUuid::createUuid();
+    profile.name = u"Random"_s;
+    profile.settings.cleanReboot = draw.oneIn(2);
+    for (int count = draw.below(12); count > 0; --count) {
+        profile.startup.items.append(randomItem(draw));
+    }
+    if (draw.oneIn(2)) {
+        profile.startup.disabledCloudSyncAtStartup = {CloudSyncService::dropbox, CloudSyncService::googleDrive};
+    }
+    return profile;
+}
+
+// ---- What must not change
+
+/// The protected login items, in their order.
+Json protectedLoginItems(const macsim::Mac& mac) {
+    Json kept = Json::array();
+    const Json items = mac.state().read("loginItems");
+    for (const Json& item : items) {
+        if (isOfAudioSoftware(textOf(item.at("name"))) || isOfAudioSoftware(textOf(item.at("path")))) {
+            kept.push_back(item);
+        }
+    }
+    return kept;
+}
+
+/// By anything that the record or its parent tells of itself.
+Json protectedRecords(const macsim::Mac& mac) {
+    Json kept = Json::array();
+    const Json records = mac.state().read("backgroundTasks").at("records");
+    for (const Json& record : records) {
+        Json told = {record};
+        for (const Json& other : records) {
+            if (record.contains("parent") && other.at("identifier") == record.at("parent")) {
+                told.push_back(other);
+            }
+        }
+        if (isOfAudioSoftware(QString::fromStdString(told.dump()))) {
+            kept.push_back(record);
+        }
+    }
+    return kept;
+}
+
+/// Making an application a login item enables its record, which is no harm.
+Json withoutEnabled(Json records) {
+    for (Json& record : records) {
+        record.erase("enabled");
+    }
+    return records;
+}
+
+/// What launchd keeps of the labels of audio software, and of those of its records.
+Json protectedJobs(const macsim::Mac& mac) {
+    QSet<QString> labels;
+    for (const Json& record : protectedRecords(mac)) {
+        labels.insert(textOf(record.at("identifier")).section(u'.', 1));
+    }
+    Json kept = Json::object();
+    const Json launchd = mac.state().read("launchd");
+    for (const char* part : {"jobs", "disabled"}) {
+        for (const auto& [domain, entries] : launchd.at(part).items()) {
+            for (const auto& [label, value] : entries.items()) {
+                const QString text = QString::fromStdString(label);
+                const bool isPlistsJob = std::string(part) == "jobs";
+                if (isOfAudioSoftware(text) || (!isPlistsJob && labels.contains(text))) {
+                    kept[part][domain][label] = value;
+                }
+            }
+        }
+    }
+    return kept;
+}
+
+/// The changes on the disk that have to do with audio software; applications that were added are told of in the
+/// program's own files.
+QStringList changesOfProtectedFiles(const macsim::MacPicture& before, const macsim::MacPicture& after) {
+    QStringList lines = after.changesSince(before).split(u'\n');
+    lines.removeIf([](const QString& line) {
+        const QString key = line.section(u": "_s, 0, 0);
+        return !(key.mid(2).startsWith(u'/') && isOfAudioSoftware(key));
+    });
+    return lines;
+}
+
+} // namespace
+
+TEST(ProtectedItems, areWhereAndAsTheyWereAfterAnyProfile) {
+    int protectedItems = 0;
+    int changedMacs = 0;
+    for (unsigned seed = 1; seed <= kCases; ++seed) {
+        SCOPED_TRACE(seed);
+        Draw draw(seed);
+        const QTemporaryDir folder;
+        const QString macFolder = folder.path() + u"/Mac"_s;
+        const QString program = QStringLiteral(MACSIM_PROGRAM);
+        macsim::createMac(macFolder, randomMac(draw), macsim::simulatorTools().keys(), program);
+        InProcessHost host(macFolder, program);
+        NotificationCenter notifications;
+        SystemManager system(host.host(), notifications);
+        const macsim::MacPicture before(macFolder);
+        const Json loginItems = protectedLoginItems(host.mac());
+        const Json records = protectedRecords(host.mac());
+        const Json jobs = protectedJobs(host.mac());
+        protectedItems += static_cast<int>(loginItems.size() + records.size());
+
+        for (int times = 1 + draw.below(2); times > 0; --times) {
+            QCoro::waitFor(system.applyProfile(randomProfile(draw)));
+        }
+
+        const macsim::MacPicture after(macFolder);
+        EXPECT_EQ(changesOfProtectedFiles(before, after), QStringList());
+        Json kept = protectedLoginItems(host.mac());
+        EXPECT_GE(kept.size(), loginItems.size());
+        kept.erase(kept.begin() + static_cast<qsizetype>(std::min(loginItems.size(), kept.size())), kept.end());
+        EXPECT_EQ(kept, loginItems); // what comes behind them was added by the profile
+        Json keptRecords = protectedRecords(host.mac());
+        keptRecords.erase(keptRecords.begin() + static_cast<qsizetype>(std::min(records.size(), keptRecords.size())),
+                          keptRecords.end());
+        EXPECT_EQ(withoutEnabled(keptRecords), withoutEnabled(records));
+        EXPECT_EQ(protectedJobs(host.mac()), jobs);
+        changedMacs += after.changesSince(before).contains(u".quorvane_backup/"_s) ? 1 : 0;
+        if (::testing::Test::HasFailure()) {
+            FAIL() << system.logMessages().join(u'\n').toStdString();
+        }
+    }
+    // Else nothing was tried.
+    EXPECT_GT(protectedItems, 5 * kCases);
+    EXPECT_GT(changedMacs, kCases / 2);
+}
+
+} // namespace quorvane
