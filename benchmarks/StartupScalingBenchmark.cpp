@@ -33,6 +33,7 @@ using namespace Qt::StringLiterals;
 constexpr int kSmallDump = 2000;
 constexpr int kLargeDump = 20000;
 constexpr int kRepetitions = 3;
+const QString kNoProgram = u"/nowhere/macsim"_s; // no tool of the simulated Mac is started
 
 /// A dump as macOS prints it: every tenth record is an application, and carries the nine that follow.
 QByteArray dumpOf(int records) {
@@ -96,7 +97,7 @@ public:
                                               {"RunAtLoad", true}}},
                                             {"format", number % 3 == 0 ? "binary" : "xml"}});
         }
-        macsim::createMac(folder(), description, macsim::simulatorTools().keys(), u"/nowhere/macsim"_s);
+        macsim::createMac(folder(), description, macsim::simulatorTools().keys(), kNoProgram);
     }
 
     QString folder() const { return m_folder.path() + u"/Mac"_s; }
@@ -132,17 +133,6 @@ void selectBackgroundItems(benchmark::State& state) {
     }
 }
 
-void markEveryBackgroundItem(benchmark::State& state) {
-    const auto items = parseBackgroundTaskDump(QString::fromUtf8(dumpOf(static_cast<int>(state.range(0)))));
-    for (auto _ : state) {
-        BackgroundTaskList list(items);
-        for (const BackgroundTaskItem& item : items) {
-            list.markDisabled(*backgroundItemLabel(item));
-        }
-        benchmark::DoNotOptimize(list.items().size());
-    }
-}
-
 void readLoginItems(benchmark::State& state) {
     const QString output = QString::fromUtf8(loginItemsOf(static_cast<int>(state.range(0))));
     for (auto _ : state) {
@@ -156,7 +146,7 @@ void discover(benchmark::State& state) {
     const int records = static_cast<int>(state.range(0));
     const MacWithLaunchPlists mac(records / 4);
     AuthorizationPolicy authorization(macsim::Authorization::Deny);
-    SimulatedHost simulated(mac.folder(), authorization, {});
+    SimulatedHost simulated(mac.folder(), authorization, {kNoProgram, {}, {}});
     CannedTools tools;
     tools.dump = dumpOf(records);
     tools.loginItems = loginItemsOf(records / 10);
@@ -176,11 +166,6 @@ void discover(benchmark::State& state) {
 
 BENCHMARK(parseDump)->Arg(kSmallDump)->Arg(kLargeDump)->Repetitions(kRepetitions)->Unit(benchmark::kMillisecond);
 BENCHMARK(selectBackgroundItems)
-    ->Arg(kSmallDump)
-    ->Arg(kLargeDump)
-    ->Repetitions(kRepetitions)
-    ->Unit(benchmark::kMillisecond);
-BENCHMARK(markEveryBackgroundItem)
     ->Arg(kSmallDump)
     ->Arg(kLargeDump)
     ->Repetitions(kRepetitions)

@@ -31,8 +31,11 @@ public:
     void setDispositions(const QString& label, const QStringList& dispositions);
 
 private:
+    /// In the order of the dump.
+    QList<qsizetype> placesOf(const QString& label) const;
+
     QList<BackgroundTaskItem> m_items;
-    QHash<QString, QList<qsizetype>> m_places;     ///< of the records, by label
+    QMultiHash<QString, qsizetype> m_places;       ///< of the records, by label
     QHash<QString, qsizetype> m_applicationPlaces; ///< of the applications, by label with its case folded
 };
 

@@ -87,13 +87,14 @@ SystemManager::LaunchPlistPlaces SystemManager::placesOfLaunchPlist(const QStrin
     }
     for (const LaunchFolder& folder : launchFolders()) {
         const QString plist = folder.path + u'/' + label;
-        if (m_queuedMoves.contains(plist)) {
-            places.isDisabled = true;
-        } else if (m_host.files.exists(plist)) {
+        const bool isQueued = m_queuedMoves.contains(plist);
+        if (!isQueued && m_host.files.exists(plist)) {
             places.folders.append(folder);
-        } else if (m_host.files.exists(folder.path) && m_host.files.exists(folder.backupFolder + u'/' + label)) {
-            places.isDisabled = true;
+            continue;
         }
+        const bool waitsAside =
+            m_host.files.exists(folder.path) && m_host.files.exists(folder.backupFolder + u'/' + label);
+        places.isDisabled = places.isDisabled || isQueued || waitsAside;
     }
     return places;
 }

@@ -202,11 +202,21 @@ private:
         }
         for (const QRegularExpression& expression : {move, quarantine}) {
             for (const QRegularExpressionMatch& match : expression.globalMatch(source)) {
-                if (!stuck.contains(match.captured(1))) {
-                    copy(match.captured(1), match.captured(2));
-                    files.removeTree(match.captured(1));
-                }
+                moveAsRoot(match.captured(1), match.captured(2));
             }
+        }
+    }
+    /// As the lines do it: what lies at the new place goes first, whatever becomes of the rest.
+    void moveAsRoot(const QString& from, const QString& to) {
+        if (stuck.contains(from)) {
+            return;
+        }
+        if (files.exists(to)) {
+            files.removeTree(to);
+        }
+        if (files.exists(from)) {
+            copy(from, to);
+            files.removeTree(from);
         }
     }
     void copy(const QString& from, const QString& to) { files.addFile(to, files.read(from)); }

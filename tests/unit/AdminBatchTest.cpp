@@ -133,4 +133,51 @@ TEST_F(AdminBatchTest, anInnerBatchKeepsWhatTheOuterOneQueued) {
     EXPECT_EQ(takeTrace(), u"& do shell script \"a ; b\" with prompt \"Please.\" with administrator privileges\n"_s);
 }
 
+// ---- A batch that waits for the background task list
+
+TEST_F(AdminBatchTest, aDeferredBatchBeginsWithAnEmptyPlan) {
+    EXPECT_EQ(system.backgroundTaskItemsFetchMode(), SystemManager::BackgroundTaskItemsFetchMode::automatic);
+    EXPECT_FALSE(system.pendingBackgroundLoginItemChanges().has_value());
+    system.deferBackgroundTaskFetchToAdminBatch();
+    system.beginAdminBatch();
+    EXPECT_EQ(system.backgroundTaskItemsFetchMode(), SystemManager::BackgroundTaskItemsFetchMode::deferredToAdminBatch);
+    EXPECT_EQ(system.pendingBackgroundLoginItemChanges(), BackgroundLoginItemChangePlan());
+    EXPECT_FALSE(system.pendingBackgroundLoginItemChanges()->hasWork());
+}
+
+TEST_F(AdminBatchTest, aPlanWithoutWorkTakesNoDump) {
+    system.deferBackgroundTaskFetchToAdminBatch();
+    system.beginAdminBatch();
+    EXPECT_TRUE(finish(u"Please."_s));
+    EXPECT_TRUE(trace.isEmpty());
+}
+
+TEST_F(AdminBatchTest, theDumpIsTheLastOfTheLine) {
+    system.deferBackgroundTaskFetchToAdminBatch();
+    system.beginAdminBatch();
+    QCoro::waitFor(system.applyCleanReboot({}));
+    system.queueAdminCommands({u"mdutil -a -i off"_s});
+    takeTrace();
+    EXPECT_TRUE(finish(u"Please."_s));
+    EXPECT_EQ(takeTrace(), u"& do shell script \"mdutil -a -i off || true ; /usr/bin/sfltool dumpbtm > '"_s +
+                               system.backgroundDumpPath() +
+                               u"' 2>/dev/null || true\" with prompt \"Please.\" with administrator privileges\n"_s);
+}
+
+TEST_F(AdminBatchTest, theDeferralEndsWithItsBatchWhateverBecameOfIt) {
+    for (const bool isRefused : {false, true}) {
+        system.deferBackgroundTaskFetchToAdminBatch();
+        system.beginAdminBatch();
+        QCoro::waitFor(system.applyCleanReboot({}));
+        QCoro::waitFor(system.runAdminCommand(u"pmset -a sms 0"_s, u"unused"_s));
+        if (isRefused) {
+            scripts.failNext(u"User canceled."_s);
+        }
+        EXPECT_EQ(finish(u"Please."_s), !isRefused);
+        EXPECT_EQ(system.backgroundTaskItemsFetchMode(), SystemManager::BackgroundTaskItemsFetchMode::automatic);
+        EXPECT_FALSE(system.pendingBackgroundLoginItemChanges().has_value());
+        EXPECT_EQ(system.adminBatchDepth(), 0);
+    }
+}
+
 } // namespace quorvane
