@@ -390,9 +390,9 @@ private:
     QStringList m_adminCommandBatch;
     QSet<QString> m_queuedMoves; ///< launch plists and bundled resources that the open batch moves: a second move would
                                  ///< delete the only copy
-    QSet<QString> m_queuedBackgroundLabels; ///< labels that the open batch switches off
+    QSet<QString> m_queuedBackgroundLabels;                ///< labels that the open batch switches off
     QHash<QString, QStringList> m_dispositionsBeforeBatch; ///< of these labels, put back when the batch fails
-    bool m_adminAuthorizationFlag = false;  ///< true when the last administrator script of this process succeeded
+    bool m_adminAuthorizationFlag = false; ///< true when the last administrator script of this process succeeded
 
     std::optional<BackgroundTaskList> m_backgroundTaskItemsCache;
     BackgroundTaskItemsFetchMode m_backgroundTaskItemsFetchMode = BackgroundTaskItemsFetchMode::automatic;

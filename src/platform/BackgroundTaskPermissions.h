@@ -18,8 +18,7 @@ public:
     /// Sets whether the user allows a background item; true when the system took it.
     /// @param parentApplication  the path of the application bundle that carries the item
     /// @param label              of the item
-    using SetUserAllowed =
-        std::function<bool(const QString& parentApplication, const QString& label, bool isAllowed)>;
+    using SetUserAllowed = std::function<bool(const QString& parentApplication, const QString& label, bool isAllowed)>;
 
     /// Opens the library and keeps it open for the life of the process; false when it can't be opened.
     virtual bool openLibrary(const QString& path) = 0;
