@@ -111,7 +111,8 @@ TEST_F(RehearsalTest, applyLeavesEveryTweakInForceAndDefaultTakesThemBack) {
     const Ending applied = rehearse({u"apply"_s, example(u"live-set"_s)});
     EXPECT_EQ(applied.status, 0);
     EXPECT_EQ(applied.error, QByteArray());
-    EXPECT_EQ(applied.output, projectFile(u"tests/flows/live-set-applied.log"_s));
+    EXPECT_EQ(applied.output,
+              projectFile(u"tests/flows/live-set-preview.txt"_s) + projectFile(u"tests/flows/live-set-applied.log"_s));
     const QString readings =
         u"defaults read NSGlobalDomain NSAppSleepDisabled; defaults read com.apple.SoftwareUpdate AutomaticDownload; "
         "defaults read com.apple.SoftwareUpdate AutomaticCheckEnabled; defaults read com.apple.commerce AutoUpdate; "

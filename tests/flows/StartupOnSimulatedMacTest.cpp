@@ -542,6 +542,7 @@ TEST_F(StartupOnSimulatedMac, aBackupFolderThatIsALinkTakesNothing) {
     for (const QString& place :
          {kBackup, kBackup + u"/_Library_LaunchDaemons"_s, kBackup + u"/bundled-login-items"_s}) {
         SCOPED_TRACE(place.toStdString());
+        volume().createFolders(place.left(place.lastIndexOf(u'/')));
         volume().createLink(place, bait);
         readList();
         const StartupApplyResult result =
