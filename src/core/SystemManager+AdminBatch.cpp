@@ -63,15 +63,16 @@ QCoro::Task<bool> SystemManager::finishAdminBatch(QString prompt) {
     const bool planHasWork = m_pendingBackgroundLoginItemChanges && m_pendingBackgroundLoginItemChanges->hasWork();
     const bool needsDump = planHasWork && !m_backgroundTaskItemsCache;
     const bool dumpComes = needsDump && queueBackgroundDump();
+    bool isPrepared = dumpComes == needsDump;
     if (planHasWork && !needsDump) {
-        co_await resolvePendingBackgroundPlan(PlanResolution::BeforeFlush);
+        isPrepared = co_await resolvePendingBackgroundPlan(PlanResolution::BeforeFlush);
     }
     const bool isFlushed = co_await flushAdminBatch(std::move(prompt));
     if (isFlushed && dumpComes) {
         co_await resolvePendingBackgroundPlan(PlanResolution::AfterFlush);
     }
     closeAdminBatch();
-    co_return dumpComes == needsDump ? isFlushed : false;
+    co_return isPrepared ? isFlushed : false;
 }
 
 QCoro::Task<bool> SystemManager::flushAdminBatch(QString prompt) {

@@ -31,6 +31,7 @@ class NotificationCenter;
 class LoginItemRemoval;
 struct BackgroundDisableTarget;
 struct LaunchFolder;
+struct NamedLoginItems;
 struct NetworkServiceState;
 struct PowerSettings;
 struct ProfileApplyPreview;
@@ -298,7 +299,7 @@ private:
     QCoro::Task<void> logMissingSystemEventsPermission();
     QCoro::Task<SystemEventsReply> changeLoginItems(QString script);
     QCoro::Task<bool> removeLoginItem(LoginItem item, LoginItemRemoval removal);
-    QCoro::Task<bool> removeLeftoverLoginItems(QStringList names, QSet<QString> excludedIds, LoginItemRemoval removal);
+    QCoro::Task<bool> removeLeftoverLoginItems(NamedLoginItems named, QSet<QString> excludedIds);
     bool holdsBack(const LoginItem& item, const QSet<QString>& excludedIds);
     void writeRemovedLoginItems(const QList<LoginItem>& items);
     QCoro::Task<bool> areLoginItemsGone(QSet<QString> names);
@@ -310,7 +311,9 @@ private:
     void createBackupFolder();
     bool requireRealFolders(const QStringList& folders);
     LaunchPlistPlaces placesOfLaunchPlist(const QString& label) const;
-    QStringList namesOfPutAsideLaunchItems(const LaunchFolder& folder) const;
+    QStringList namesIn(const QString& folder) const;
+    void rememberMove(const QString& path);
+    bool isMoveQueued(const QString& path) const;
     QCoro::Task<bool> disableUsersLaunchPlist(QString label, LaunchFolder folder);
     QCoro::Task<bool> disableSystemLaunchPlists(QList<SystemLaunchPlist> plists);
 
@@ -345,7 +348,8 @@ private:
 
     // startup/SystemManager+BackgroundLoginItems.cpp
     enum class PlanResolution { BeforeFlush, AfterFlush };
-    QCoro::Task<void> resolvePendingBackgroundPlan(PlanResolution resolution);
+    /// @return false when a helper that belongs into the batch couldn't be queued; what fails after the flush is in the log
+    QCoro::Task<bool> resolvePendingBackgroundPlan(PlanResolution resolution);
     QCoro::Task<bool> climbLadder(QList<BackgroundTaskItem> items, QSet<QString> labels, QString kindWord);
     void queueBackgroundLabels(const QSet<QString>& labels);
     void queueCloudSyncServices(const CloudSyncServices& services);
@@ -371,6 +375,8 @@ private:
     void logFailedQuarantine(const QString& source, const QString& error);
     QCoro::Task<void> retryQuarantineOfActiveTargets(QList<BackgroundDisableTarget> targets);
     QString quarantineDestination(const BackgroundDisableTarget& target) const;
+    QList<BackgroundDisableTarget> withoutSharedPlaces(const QList<BackgroundDisableTarget>& targets);
+    void removeHelper(const QString& source);
 
     // verification/SystemManager+Verification.cpp
     QCoro::Task<bool> isAppRestorationOff();
@@ -388,9 +394,10 @@ private:
 
     int m_adminBatchDepth = 0;
     QStringList m_adminCommandBatch;
-    QSet<QString> m_queuedMoves; ///< launch plists and bundled resources that the open batch moves: a second move would
-                                 ///< delete the only copy
-    QSet<QString> m_queuedBackgroundLabels;                ///< labels that the open batch switches off
+    QMultiHash<QString, QString>
+        m_queuedMoves;                      ///< launch plists and bundled resources that the open batch moves, by their
+                                            ///< folded paths: a second move would delete the only copy
+    QSet<QString> m_queuedBackgroundLabels; ///< labels that the open batch switches off
     QHash<QString, QStringList> m_dispositionsBeforeBatch; ///< of these labels, put back when the batch fails
     bool m_adminAuthorizationFlag = false; ///< true when the last administrator script of this process succeeded
 

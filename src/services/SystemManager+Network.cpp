@@ -29,8 +29,9 @@ QCoro::Task<QList<NetworkServiceState>> SystemManager::readNetworkServices() {
         const QStringList query{tool, u"-getnetworkserviceenabled"_s, QString(name).replace(u'\'', u"'\\''"_s)};
         const CommandResult state = co_await runCommand(query, OutputCapture::Capture);
         NetworkServiceState service{name, std::nullopt};
-        if (state.status == 0) {
-            service.isEnabled = state.standardOutput.toLower().contains(u"enabled"_s);
+        const QString text = state.standardOutput.toLower();
+        if (state.status == 0 && (text.contains(u"enabled"_s) || text.contains(u"disabled"_s))) {
+            service.isEnabled = text.contains(u"enabled"_s);
         }
         services.append(service);
     }

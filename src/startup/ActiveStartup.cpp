@@ -17,6 +17,9 @@ ActiveStartup::ActiveStartup(const StartupReadings& readings)
     for (const LoginItem& item : readings.loginItems.items) {
         m_loginNames.insert(item.name);
         m_namesByPath.insert(item.path, item.name);
+        if (item.hidden) {
+            m_hiddenPaths.insert(item.path);
+        }
     }
 }
 

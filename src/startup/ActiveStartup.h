@@ -25,6 +25,8 @@ public:
     bool areLoginItemsKnown() const { return m_readings.loginItems.wasRead; }
     bool hasLoginName(const QString& name) const { return m_loginNames.contains(name); }
     bool hasLoginPath(const QString& path) const { return m_namesByPath.contains(path); }
+    /// True for a login item of that path that opens hidden.
+    bool isHidden(const QString& path) const { return m_hiddenPaths.contains(path); }
     /// The name of the login item of a path, else the last component of the path without its extension.
     QString nameOfLoginPath(const QString& path) const;
     bool hasLaunchPlist(const QString& label) const { return m_readings.launchPlists.contains(label); }
@@ -36,6 +38,7 @@ private:
     const StartupReadings& m_readings;
     QSet<QString> m_loginNames;
     QHash<QString, QString> m_namesByPath;
+    QSet<QString> m_hiddenPaths;
 };
 
 /// The last component of a path without its extension; a "/" at the end of the path doesn't count.

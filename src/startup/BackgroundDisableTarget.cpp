@@ -71,18 +71,35 @@ bool standsForLabel(const QString& baseName, const QString& label) {
     return !wanted.isEmpty() && tail == wanted;
 }
 
+/// The file in an application's library that a record tells itself, often by a path inside its application; empty when it
+/// tells none.
+QString helperNamedBy(const BackgroundTaskItem& record) {
+    const QString path = QDir::cleanPath(QUrl::fromPercentEncoding(record.url.value_or(QString()).toUtf8()));
+    return path.contains(u"Contents/Library/"_s) ? path.mid(path.lastIndexOf(u'/') + 1) : QString();
+}
+
 bool standsForRecord(const QUrl& resource, const BackgroundTaskItem& record, const QString& label) {
-    // The record may tell the file itself, often by a path inside its application.
-    const QString named = QDir::cleanPath(QUrl::fromPercentEncoding(record.url.value_or(QString()).toUtf8()));
-    return named.endsWith(u'/' + fileName(resource)) || standsForLabel(baseName(resource), label);
+    const QString named = helperNamedBy(record);
+    return named.isEmpty() ? standsForLabel(baseName(resource), label) : named == fileName(resource);
 }
 
 /// Builds the list of targets; remembers which resources have found theirs.
 class TargetBuilder {
 public:
-    TargetBuilder(const BackgroundTaskList& list, const FileManager& files)
+    /// @param records  those that go: a file that another record names is not theirs
+    TargetBuilder(const QList<BackgroundTaskItem>& records, const BackgroundTaskList& list, const FileManager& files)
         : m_list(list)
-        , m_files(files) {}
+        , m_files(files) {
+        QSet<QString> going;
+        for (const BackgroundTaskItem& record : records) {
+            going.insert(backgroundItemLabel(record).value_or(QString()));
+        }
+        for (const BackgroundTaskItem& other : list.items()) {
+            if (!going.contains(backgroundItemLabel(other).value_or(QString())) && !helperNamedBy(other).isEmpty()) {
+                reserve(other);
+            }
+        }
+    }
 
     void addRecord(const BackgroundTaskItem& record) {
         const std::optional<QUrl> application = parentApplication(record, m_list);
@@ -92,7 +109,7 @@ public:
         }
         std::optional<QUrl> resource;
         for (const QUrl& candidate : resourcesOf(*application)) {
-            if (!m_taken.contains(candidate) && standsForRecord(candidate, record, *label)) {
+            if (isFree(*application, candidate) && standsForRecord(candidate, record, *label)) {
                 resource = candidate;
                 break;
             }
@@ -104,7 +121,7 @@ public:
         for (const QUrl& application : std::as_const(m_applications)) {
             for (const QUrl& resource : resourcesOf(application)) {
                 if (fileName(resource).endsWith(u".plist"_s) && labels.contains(baseName(resource)) &&
-                    !m_taken.contains(resource)) {
+                    isFree(application, resource)) {
                     add({baseName(resource), application, std::nullopt, resource});
                 }
             }
@@ -122,6 +139,16 @@ private:
         return m_resources[application];
     }
 
+    void reserve(const BackgroundTaskItem& record) {
+        if (const std::optional<QUrl> application = parentApplication(record, m_list)) {
+            m_reserved.insert(*application, helperNamedBy(record));
+        }
+    }
+
+    bool isFree(const QUrl& application, const QUrl& resource) const {
+        return !m_taken.contains(resource) && !m_reserved.contains(application, fileName(resource));
+    }
+
     void add(const BackgroundDisableTarget& target) {
         if (target.bundledResourceURL) {
             m_taken.insert(*target.bundledResourceURL);
@@ -134,6 +161,7 @@ private:
     QList<QUrl> m_applications; ///< in the order in which they were met
     QHash<QUrl, QList<QUrl>> m_resources;
     QSet<QUrl> m_taken;
+    QMultiHash<QUrl, QString> m_reserved; ///< files by their application that records name which stay
     QList<BackgroundDisableTarget> m_targets;
 };
 
@@ -146,11 +174,12 @@ QStringList namesIn(const QString& folder, const FileManager& files) {
     }
 }
 
-/// True for what really lies in the library of the application: a link could lead anywhere.
+/// True for what really lies in the library of the application: a link could lead anywhere, to audio software even.
 bool liesInLibrary(const QString& path, const QString& application, const FileManager& files) {
     try {
         const QString inside = files.resolved(application) + u"/Contents/Library/"_s;
-        return files.resolved(path).startsWith(inside);
+        const QString resolved = files.resolved(path);
+        return resolved.startsWith(inside) && !isExcludedName(resolved);
     } catch (const FileError&) {
         return false;
     }
@@ -179,7 +208,7 @@ QList<QUrl> bundledStartupResources(const QUrl& appURL, const FileManager& files
 QList<BackgroundDisableTarget> backgroundDisableTargets(const QList<BackgroundTaskItem>& records,
                                                         const QSet<QString>& labels, const BackgroundTaskList& list,
                                                         const FileManager& files) {
-    TargetBuilder builder(list, files);
+    TargetBuilder builder(records, list, files);
     QSet<QString> launchLabels = labels;
     for (const BackgroundTaskItem& record : records) {
         builder.addRecord(record);

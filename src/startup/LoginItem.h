@@ -18,6 +18,7 @@ struct LoginItem {
 struct LoginItemList {
     QList<LoginItem> items;
     bool wasRead = false; ///< false: System Events refused or failed, so that nothing is known
+    QString output;       ///< as it was printed: names with a "|" or a line end can only be looked for here
 
     bool operator==(const LoginItemList&) const = default;
 };

@@ -1,5 +1,7 @@
 #include "startup/LoginItemRemoval.h"
 
+#include "core/ExcludedNames.h"
+#include "startup/LoginItemScripts.h"
 #include "startup/StartupDiscovery.h"
 
 namespace quorvane {
@@ -56,13 +58,17 @@ NamedLoginItems namedLoginItems(const LoginItemList& list, const QStringList& na
         }
     }
     QStringList leftover;
+    QSet<QString> protectedLeftover;
     for (const QString& name : names) {
         if (!found.contains(name)) {
+            if (isExcludedName(shownLine(list, name))) {
+                protectedLeftover.insert(name);
+            }
             found.insert(name); // a name that was given twice is left over once
             leftover.append(name);
         }
     }
-    return {matched, leftover, LoginItemRemoval(staying, LoginItemRemoval::knowledgeOf(list))};
+    return {matched, leftover, LoginItemRemoval(staying, LoginItemRemoval::knowledgeOf(list)), protectedLeftover};
 }
 
 } // namespace quorvane

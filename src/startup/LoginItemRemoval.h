@@ -36,9 +36,10 @@ bool isExcludedAgent(const LoginItem& item, const QSet<QString>& excludedIds);
 
 /// The login items that bear one of the names.
 struct NamedLoginItems {
-    QList<LoginItem> matched; ///< in the order of the list
-    QStringList leftover;     ///< the names that no item bears, each once
-    LoginItemRemoval removal; ///< spares all others, and those among the matched that are held back
+    QList<LoginItem> matched;        ///< in the order of the list
+    QStringList leftover;            ///< the names that no item bears, each once
+    LoginItemRemoval removal;        ///< spares all others, and those among the matched that are held back
+    QSet<QString> protectedLeftover; ///< those whose lines in the output are of audio software
 };
 NamedLoginItems namedLoginItems(const LoginItemList& list, const QStringList& names, const QSet<QString>& excludedIds);
 

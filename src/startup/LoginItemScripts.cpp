@@ -75,10 +75,10 @@ end tell)"_s.arg(appleScriptText(path), hidden ? u"true"_s : u"false"_s);
 }
 
 LoginItemList parsedLoginItems(const QString& output) {
-    if (output.startsWith(u"ERROR|"_s)) {
+    if (output.isEmpty() || output.startsWith(u"ERROR|"_s)) {
         return {};
     }
-    LoginItemList list{{}, true};
+    LoginItemList list{{}, true, output};
     bool hasLines = false;
     for (const QStringView line : QStringTokenizer{output, u'\n', Qt::SkipEmptyParts}) {
         hasLines = true;
@@ -91,8 +91,23 @@ LoginItemList parsedLoginItems(const QString& output) {
                            line.mid(afterName + 1, afterPath - afterName - 1).toString(),
                            line.mid(afterPath + 1).compare(u"true", Qt::CaseInsensitive) == 0});
     }
-    list.wasRead = !hasLines || !list.items.isEmpty(); // lines of which none is an item are something else
+    if (hasLines && list.items.isEmpty()) {
+        return {}; // something else
+    }
     return list;
+}
+
+QString shownLine(const LoginItemList& list, const QString& name) {
+    if (!name.contains(u'|') && !name.contains(u'\n')) {
+        return {};
+    }
+    const QString lines = u'\n' + list.output;
+    const qsizetype start = lines.indexOf(u'\n' + name + u'|');
+    if (start < 0) {
+        return {};
+    }
+    const qsizetype end = lines.indexOf(u'\n', start + 1 + name.size());
+    return lines.mid(start + 1, end < 0 ? -1 : end - start - 1);
 }
 
 } // namespace quorvane

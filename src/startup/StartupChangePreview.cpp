@@ -2,6 +2,7 @@
 
 #include "core/Collation.h"
 #include "startup/ActiveStartup.h"
+#include "startup/StartupTargets.h"
 
 namespace quorvane {
 
@@ -15,7 +16,9 @@ QList<StartupItem> itemsToDisable(const StartupConfiguration& configuration, con
             candidates.append(item);
         }
     }
-    candidates += itemsMatchingCloudServices(discovered, configuration.disabledCloudSyncAtStartup);
+    // The same list that the apply goes by: nothing goes that the review hasn't shown.
+    candidates +=
+        itemsMatchingCloudServices(wideningItems(configuration, discovered), configuration.disabledCloudSyncAtStartup);
 
     QList<StartupItem> items;
     QSet<QString> seen;

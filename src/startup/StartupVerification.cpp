@@ -12,11 +12,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-bool isLoginItem(const StartupItem& item) {
-    return (item.kind == StartupItemKind::loginApp || item.kind == StartupItemKind::backgroundAgent) &&
-           !isLaunchItemId(item.id);
-}
-
 /// The checks in their order, each adding its items to one result.
 class StartupVerification {
 public:
@@ -69,6 +64,10 @@ private:
         if (!m_readings.backgroundItems) {
             return;
         }
+        if (m_readings.backgroundItems->isEmpty() && !m_targets.backgroundLabels.isEmpty()) {
+            m_result.failed.append(unavailableBackgroundItems());
+            return;
+        }
         for (const QString& label : sortedTexts(m_targets.backgroundLabels)) {
             const QList<BackgroundTaskItem> records = m_readings.backgroundItems->itemsWithLabel(label);
             const QString name = u"Background item: "_s + (records.isEmpty() ? label : records.first().name);
@@ -85,10 +84,10 @@ private:
             });
             const QString name = u"Cloud sync: "_s + displayName(service);
             const QString verifiedDetail = items.isEmpty() ? u"not installed"_s : u"disabled at login"_s;
-            if (isOff && std::any_of(items.begin(), items.end(), isLoginItem)) {
-                addLoginCheck(true, name, verifiedDetail, {});
+            if (isOff) {
+                addLoginCheck(true, name, verifiedDetail, {}); // among those that nobody may read could be one of it
             } else {
-                add(isOff, name, verifiedDetail, u"still active"_s);
+                add(false, name, {}, u"still active"_s);
             }
         }
     }
@@ -125,7 +124,7 @@ private:
     void checkStartupApps() {
         for (const StartupLaunchItem& item : m_configuration.startupLaunchItems()) {
             addLoginCheck(m_active.hasLoginPath(item.path), u"Startup app: "_s + item.name,
-                          item.hidden ? u"hidden at login"_s : u"configured"_s, u"not configured"_s);
+                          m_active.isHidden(item.path) ? u"hidden at login"_s : u"configured"_s, u"not configured"_s);
         }
     }
 
@@ -154,6 +153,10 @@ private:
 ApplyVerificationResult startupVerification(const StartupConfiguration& configuration,
                                             const StartupReadings& readings) {
     return StartupVerification(configuration, readings).run();
+}
+
+ApplyVerificationResult::Item unavailableBackgroundItems() {
+    return {u"Background login items"_s, u"status unavailable without administrator access"_s};
 }
 
 } // namespace quorvane

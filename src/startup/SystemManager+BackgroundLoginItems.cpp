@@ -7,6 +7,7 @@
 #include "platform/Machine.h"
 #include "startup/BackgroundDisableTarget.h"
 #include "startup/BackgroundItemPermission.h"
+#include "startup/StartupVerification.h"
 
 #include <QCoroFuture>
 #include <QCoroTask>
@@ -243,11 +244,14 @@ void SystemManager::takeBackQueuedBackgroundLabels() {
 // ---- The plan
 
 void SystemManager::queueBackgroundLabels(const QSet<QString>& labels) {
-    m_pendingBackgroundLoginItemChanges->disabledBackgroundLaunchLabels.unite(labels);
-    if (m_backgroundTaskItemsCache) {
-        queuePlannedLabels(disableableLabels(labels, kBackgroundLoginItem),
-                           u"  [ACTION] Queued disable for background login label: "_s);
+    QSet<QString>& planned = m_pendingBackgroundLoginItemChanges->disabledBackgroundLaunchLabels;
+    if (!m_backgroundTaskItemsCache) {
+        planned.unite(labels);
+        return;
     }
+    const QSet<QString> accepted = disableableLabels(labels, kBackgroundLoginItem);
+    planned.subtract(labels).unite(accepted); // what is refused was told of, and isn't again
+    queuePlannedLabels(accepted, u"  [ACTION] Queued disable for background login label: "_s);
 }
 
 void SystemManager::queueCloudSyncServices(const CloudSyncServices& services) {
@@ -262,10 +266,10 @@ void SystemManager::queuePlannedLabels(const QSet<QString>& labels, const QStrin
     }
 }
 
-QCoro::Task<void> SystemManager::resolvePendingBackgroundPlan(PlanResolution resolution) {
+QCoro::Task<bool> SystemManager::resolvePendingBackgroundPlan(PlanResolution resolution) {
     const BackgroundLoginItemChangePlan plan = *m_pendingBackgroundLoginItemChanges;
     if (m_backgroundTaskItemsCache->isEmpty()) {
-        co_return;
+        co_return true;
     }
     const QList<BackgroundTaskItem> planned = co_await inBackground(plannedRecords, plan, *m_backgroundTaskItemsCache);
     QSet<QString> labels =
@@ -277,8 +281,7 @@ QCoro::Task<void> SystemManager::resolvePendingBackgroundPlan(PlanResolution res
     if (resolution == PlanResolution::BeforeFlush) {
         queuePlannedLabels(labels, u"  [ACTION] Queued disable for background login label: "_s);
         queuePlannedLabels(agents, u"  [ACTION] Queued disable for bundled launch agent: "_s);
-        co_await quarantineBundledResources(targets, QuarantineRights::Queued);
-        co_return;
+        co_return co_await quarantineBundledResources(targets, QuarantineRights::Queued);
     }
     for (const QString& label : sortedTexts(labels) + sortedTexts(agents)) {
         const bool isDisabled = co_await disableBackgroundLabel(label);
@@ -288,6 +291,7 @@ QCoro::Task<void> SystemManager::resolvePendingBackgroundPlan(PlanResolution res
     }
     co_await quarantineBundledResources(targets, QuarantineRights::Privileged);
     co_await retryQuarantineOfActiveTargets(targets);
+    co_return true;
 }
 
 // ---- Verification
@@ -299,7 +303,7 @@ SystemManager::verifyBackgroundLoginItems(QSet<QString> permittedNames, std::opt
         co_return result;
     }
     if (m_backgroundTaskItemsCache->isEmpty()) {
-        result.failed.append({u"Background login items"_s, u"status unavailable without administrator access"_s});
+        result.failed.append(unavailableBackgroundItems());
         co_return result;
     }
     const QList<BackgroundTaskItem> remaining = co_await inBackground(

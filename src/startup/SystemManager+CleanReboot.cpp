@@ -32,7 +32,12 @@ QCoro::Task<bool> SystemManager::applyCleanReboot(CleanReboot cleanReboot) {
 }
 
 QCoro::Task<bool> SystemManager::removeNonPermittedLoginItems(CleanReboot cleanReboot) {
-    const DividedLoginItems divided = dividedLoginItems(co_await rawLoginItems(), cleanReboot);
+    const LoginItemList list = co_await loginItems();
+    if (!list.wasRead) {
+        co_await logMissingSystemEventsPermission();
+        co_return false; // nobody knows what there is
+    }
+    const DividedLoginItems divided = dividedLoginItems(list.items, cleanReboot);
     if (divided.going.isEmpty()) {
         log(u"  [APPLIED] Login items already match permitted startup list."_s);
         co_return true;

@@ -8,6 +8,8 @@
 
 #include <QCoroTask>
 
+#include <algorithm>
+
 namespace quorvane {
 
 using namespace Qt::StringLiterals;
@@ -15,6 +17,10 @@ using namespace Qt::StringLiterals;
 namespace {
 
 const QString kLaunchctl = u"/bin/launchctl"_s;
+
+QString foldedPath(const QString& path) {
+    return path.normalized(QString::NormalizationForm_C).toCaseFolded();
+}
 
 /// What the log says of an item that stays although it was asked to go; empty when it may go.
 QString lineOfHeldBackItem(const QString& label, const QSet<QString>& excludedIds) {
@@ -72,7 +78,7 @@ QCoro::Task<bool> SystemManager::disableLaunchItems(QStringList labels, QSet<QSt
                 succeeded = co_await disableUsersLaunchPlist(label, folder) && succeeded;
             } else {
                 systemPlists.append({label, folder});
-                m_queuedMoves.insert(systemPlists.last().path());
+                rememberMove(systemPlists.last().path());
             }
         }
     }
@@ -87,7 +93,7 @@ SystemManager::LaunchPlistPlaces SystemManager::placesOfLaunchPlist(const QStrin
     }
     for (const LaunchFolder& folder : launchFolders()) {
         const QString plist = folder.path + u'/' + label;
-        const bool isQueued = m_queuedMoves.contains(plist);
+        const bool isQueued = isMoveQueued(plist);
         if (!isQueued && m_host.files.exists(plist)) {
             places.folders.append(folder);
             continue;
@@ -97,6 +103,23 @@ SystemManager::LaunchPlistPlaces SystemManager::placesOfLaunchPlist(const QStrin
         places.isDisabled = places.isDisabled || isQueued || waitsAside;
     }
     return places;
+}
+
+void SystemManager::rememberMove(const QString& path) {
+    m_queuedMoves.insert(foldedPath(path), path);
+}
+
+/// A volume that ignores case finds one file under many spellings. Where the folder lists both, they are two files.
+bool SystemManager::isMoveQueued(const QString& path) const {
+    const QStringList spellings = m_queuedMoves.values(foldedPath(path));
+    if (spellings.isEmpty() || spellings.contains(path)) {
+        return !spellings.isEmpty();
+    }
+    const QStringList names = namesIn(path.left(path.lastIndexOf(u'/')));
+    const auto isListed = [&names](const QString& spelling) {
+        return names.contains(spelling.mid(spelling.lastIndexOf(u'/') + 1));
+    };
+    return !isListed(path) || std::none_of(spellings.begin(), spellings.end(), isListed);
 }
 
 QCoro::Task<bool> SystemManager::disableUsersLaunchPlist(QString label, LaunchFolder folder) {
@@ -173,7 +196,7 @@ bool SystemManager::requireRealFolders(const QStringList& folders) {
 QCoro::Task<void> SystemManager::restoreLaunchItems() {
     int count = 0;
     for (const LaunchFolder& folder : launchFolders()) {
-        for (const QString& name : namesOfPutAsideLaunchItems(folder)) {
+        for (const QString& name : namesIn(folder.backupFolder)) {
             const QString restored = folder.path + u'/' + name;
             if (m_host.files.status(restored).kind != FileStatus::Kind::Missing) {
                 continue; // what has come there since is newer
@@ -194,10 +217,10 @@ QCoro::Task<void> SystemManager::restoreLaunchItems() {
     }
 }
 
-/// Empty where the backup folder doesn't exist or can't be listed.
-QStringList SystemManager::namesOfPutAsideLaunchItems(const LaunchFolder& folder) const {
+/// Empty where the folder doesn't exist or can't be listed.
+QStringList SystemManager::namesIn(const QString& folder) const {
     try {
-        return m_host.files.list(folder.backupFolder);
+        return m_host.files.list(folder);
     } catch (const FileError&) {
         return {};
     }

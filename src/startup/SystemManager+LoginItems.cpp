@@ -124,20 +124,23 @@ QCoro::Task<bool> SystemManager::disableLoginItems(QStringList names, QSet<QStri
             item.name);
         succeeded = succeeded && isRemoved;
     }
-    const bool leftoversAreGone = co_await removeLeftoverLoginItems(named.leftover, excludedIds, named.removal);
+    const bool leftoversAreGone = co_await removeLeftoverLoginItems(named, excludedIds);
     co_return leftoversAreGone ? succeeded : false;
 }
 
 /// Names that the list doesn't show: it may be older than the item, or the item is gone already.
-QCoro::Task<bool> SystemManager::removeLeftoverLoginItems(QStringList names, QSet<QString> excludedIds,
-                                                          LoginItemRemoval removal) {
+QCoro::Task<bool> SystemManager::removeLeftoverLoginItems(NamedLoginItems named, QSet<QString> excludedIds) {
     QSet<QString> missing;
-    for (const QString& name : names) {
+    for (const QString& name : named.leftover) {
         const LoginItem item{name, {}, false};
+        if (named.protectedLeftover.contains(name)) {
+            log(u"  [SKIPPED] Protected login item: "_s + name);
+            continue;
+        }
         if (holdsBack(item, excludedIds)) {
             continue;
         }
-        if (co_await removeLoginItem(item, removal)) {
+        if (co_await removeLoginItem(item, named.removal)) {
             log(u"  [APPLIED] Removed login item: "_s + name);
         } else {
             log(u"  [WARNING] Login item not found or could not be removed: "_s + name);
@@ -155,7 +158,9 @@ QCoro::Task<bool> SystemManager::areLoginItemsGone(QSet<QString> names) {
     dropLoginItems();
     const LoginItemList list = co_await loginItems();
     const bool isShown = std::any_of(list.items.begin(), list.items.end(),
-                                     [&names](const LoginItem& item) { return names.contains(item.name); });
+                                     [&names](const LoginItem& item) { return names.contains(item.name); }) ||
+                         std::any_of(names.begin(), names.end(),
+                                     [&list](const QString& name) { return !shownLine(list, name).isEmpty(); });
     co_return list.wasRead ? !isShown : false;
 }
 

@@ -29,11 +29,27 @@ QString SystemManager::quarantineDestination(const BackgroundDisableTarget& targ
     return quarantineFolder(m_host.machine.homeFolder()) + u'/' + target.label + u'/' + nameOf(sourceOf(target));
 }
 
+/// Leaves out a helper whose place in the quarantine another one takes in the same run: it would replace its only copy.
+QList<BackgroundDisableTarget> SystemManager::withoutSharedPlaces(const QList<BackgroundDisableTarget>& targets) {
+    QList<BackgroundDisableTarget> kept;
+    QSet<QString> taken;
+    for (const BackgroundDisableTarget& target : targets) {
+        const QString place = target.bundledResourceURL ? quarantineDestination(target).toCaseFolded() : QString();
+        if (!place.isEmpty() && taken.contains(place)) {
+            logFailedQuarantine(sourceOf(target), u"another helper of this name has just been put aside"_s);
+            continue;
+        }
+        taken.insert(place);
+        kept.append(target);
+    }
+    return kept;
+}
+
 QCoro::Task<bool> SystemManager::quarantineBundledResources(QList<BackgroundDisableTarget> targets,
                                                             QuarantineRights rights) {
     bool succeeded = true;
     QList<BackgroundDisableTarget> forRoot;
-    for (const BackgroundDisableTarget& target : targets) {
+    for (const BackgroundDisableTarget& target : withoutSharedPlaces(targets)) {
         switch (co_await quarantineBundledResource(target, rights)) {
         case QuarantineStep::Done:
             break;
@@ -59,7 +75,7 @@ QCoro::Task<SystemManager::QuarantineStep> SystemManager::quarantineBundledResou
     }
     const QString home = m_host.machine.homeFolder();
     const QString destination = quarantineDestination(target);
-    if (m_queuedMoves.contains(source)) {
+    if (isMoveQueued(source)) {
         co_return QuarantineStep::Done;
     }
     if (!requireRealFolders(
@@ -67,7 +83,7 @@ QCoro::Task<SystemManager::QuarantineStep> SystemManager::quarantineBundledResou
         co_return QuarantineStep::Failed;
     }
     if (rights == QuarantineRights::Queued) {
-        m_queuedMoves.insert(source);
+        rememberMove(source);
         m_adminCommandBatch.append(quarantineCommand(source, destination));
         log(u"  [ACTION] Queued quarantine for bundled startup resource: "_s + nameOf(source));
         co_return QuarantineStep::Done;
@@ -94,13 +110,25 @@ QCoro::Task<bool> SystemManager::quarantineAsUser(QString source, QString destin
             logFailedQuarantine(source, result.standardError.trimmed());
             co_return false;
         }
-        m_host.files.removeTree(source);
+        removeHelper(source);
     } catch (const FileError& error) {
         logFailedQuarantine(source, error.message());
         co_return false;
     }
     log(u"  [APPLIED] Quarantined bundled startup resource: "_s + nameOf(source));
     co_return true;
+}
+
+/// In one step out of the reach of whatever starts it: a removal that stops half-way must not leave a broken helper, which
+/// the next run would take for the whole one. Throws FileError when it stays in its place.
+void SystemManager::removeHelper(const QString& source) {
+    const QString aside = source + u".removed"_s;
+    m_host.files.move(source, aside);
+    try {
+        m_host.files.removeTree(aside);
+    } catch (const FileError& error) {
+        log(u"  [WARNING] Could not remove "_s + error.message());
+    }
 }
 
 /// All of them in one line under one prompt. Each has succeeded when it is gone, whatever became of the others.
@@ -133,7 +161,7 @@ void SystemManager::logFailedQuarantine(const QString& source, const QString& er
 /// An item that is still on, and whose helper is still in its application, gets one more try, which never prompts.
 QCoro::Task<void> SystemManager::retryQuarantineOfActiveTargets(QList<BackgroundDisableTarget> targets) {
     for (const BackgroundDisableTarget& target : targets) {
-        const bool isStillThere = target.bundledResourceURL && !m_queuedMoves.contains(sourceOf(target)) &&
+        const bool isStillThere = target.bundledResourceURL && !isMoveQueued(sourceOf(target)) &&
                                   m_host.files.status(sourceOf(target)).kind != FileStatus::Kind::Missing;
         if (isStillThere && m_backgroundTaskItemsCache && m_backgroundTaskItemsCache->isActive(target.label)) {
             log(u"  [WARNING] BTM item still enabled with bundled startup resources present: "_s +

@@ -36,8 +36,20 @@ QSet<QString> pathsOf(const QList<StartupLaunchItem>& items) {
     return paths;
 }
 
+QString withoutFinalSlash(const QString& path) {
+    return path.endsWith(u'/') ? path.chopped(1) : path;
+}
+
+/// True for the login item of an application, also where its path ends in a "/", or where System Events doesn't know the
+/// path any more because the application is gone.
+bool isLoginItemOf(const LoginItem& item, const QString& path) {
+    const bool hasPath = !item.path.isEmpty() && item.path != u"missing value"_s;
+    return hasPath ? withoutFinalSlash(item.path) == path : item.name == nameInPath(path);
+}
+
 bool showsPath(const QList<LoginItem>& items, const QString& path) {
-    return std::any_of(items.begin(), items.end(), [&path](const LoginItem& item) { return item.path == path; });
+    return std::any_of(items.begin(), items.end(),
+                       [&path](const LoginItem& item) { return isLoginItemOf(item, path); });
 }
 
 } // namespace
@@ -134,13 +146,22 @@ SystemManager::ManagedAppRemoval SystemManager::managedAppRemoval(const LoginIte
             heldBack.insert(path);
         }
     }
+    QHash<QString, QString> goingByName;
+    for (const QString& path : going) {
+        goingByName.insert(nameInPath(path), path);
+    }
     for (const LoginItem& item : list.items) {
-        names.insert(item.path, item.name);
-        const bool isHeldBack = going.contains(item.path) && !managed.contains(item.path) && isProtectedLoginItem(item);
-        if (isHeldBack) {
-            heldBack.insert(item.path);
+        const QString plainPath = withoutFinalSlash(item.path);
+        const QString path = going.contains(plainPath) ? plainPath : goingByName.value(item.name);
+        const bool isGoing = !path.isEmpty() && isLoginItemOf(item, path);
+        const bool isHeldBack = isGoing && !managed.contains(path) && isProtectedLoginItem(item);
+        if (isGoing) {
+            names.insert(path, item.name);
         }
-        if (isHeldBack || !going.contains(item.path)) {
+        if (isHeldBack) {
+            heldBack.insert(path);
+        }
+        if (isHeldBack || !isGoing) {
             staying.append(item);
         }
     }

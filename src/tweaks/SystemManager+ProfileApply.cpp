@@ -5,6 +5,7 @@
 #include "platform/UserDefaults.h"
 #include "profiles/ApplyPreviews.h"
 #include "profiles/UnifiedProfile.h"
+#include "startup/StartupVerification.h"
 #include "tweaks/TweakCatalogue.h"
 
 #include <QCoroTask>
@@ -58,7 +59,11 @@ QCoro::Task<ApplyVerificationResult> SystemManager::verifyProfile(UnifiedProfile
         co_await verifyAppliedSettings(profile.settings, UnselectedTweaks::ExpectedRestored, cleanRebootOf(profile));
     const ApplyVerificationResult startup = co_await verifyStartupConfiguration(profile.startup);
     result.verified += startup.verified;
-    result.failed += startup.failed;
+    for (const ApplyVerificationResult::Item& item : startup.failed) {
+        if (item != unavailableBackgroundItems() || !result.failed.contains(item)) {
+            result.failed.append(item);
+        }
+    }
     co_return result;
 }
 
