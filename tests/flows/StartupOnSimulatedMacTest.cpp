@@ -536,25 +536,38 @@ TEST_F(StartupOnSimulatedMac, anAgentThatIsALinkToElsewhereIsNeverMoved) {
 }
 
 TEST_F(StartupOnSimulatedMac, aBackupFolderThatIsALinkTakesNothing) {
-    const QString bait = u"/Users/alex/bait"_s;
     setUpOffice();
+    const QString bait = u"/Users/alex/bait"_s;
     volume().createFolder(bait);
-    for (const QString& place :
-         {kBackup, kBackup + u"/_Library_LaunchDaemons"_s, kBackup + u"/bundled-login-items"_s}) {
-        SCOPED_TRACE(place.toStdString());
-        volume().createFolders(place.left(place.lastIndexOf(u'/')));
-        volume().createLink(place, bait);
-        readList();
-        const StartupApplyResult result =
-            switchOff({launchAgentOff(u"com.vpn.plist"_s), backgroundItemOff(u"com.sync.helper"_s)});
-        EXPECT_TRUE(logs(u"  [ERROR] Backup folder is not usable: "_s + place));
-        EXPECT_EQ(result.applySucceeded, place == kBackup + u"/bundled-login-items"_s);
-        EXPECT_EQ(volume().list(bait), QStringList());
-        EXPECT_TRUE(exists(helper) || place == kBackup + u"/_Library_LaunchDaemons"_s);
-        EXPECT_TRUE(exists(kVpnPlist) || place == kBackup + u"/bundled-login-items"_s);
-        volume().remove(place);
-        start();
+    volume().createLink(kBackup, bait);
+    const StartupApplyResult result = switchOff(office());
+    EXPECT_FALSE(result.applySucceeded);
+    EXPECT_TRUE(logs(u"  [ERROR] Backup folder is not usable: "_s + kBackup));
+    EXPECT_TRUE(exists(kChatPlist));
+    EXPECT_TRUE(exists(kVpnPlist));
+    EXPECT_TRUE(isLoaded(u"com.vpn"_s, kSystemDomain));
+    EXPECT_TRUE(exists(helper));
+    EXPECT_EQ(volume().list(bait).filter(u"plist"_s) + volume().list(bait).filter(u"app"_s), QStringList());
+}
+
+TEST_F(StartupOnSimulatedMac, aFolderInTheBackupThatIsALinkTakesNothing) {
+    setUpOffice();
+    const QString bait = u"/Users/alex/bait"_s;
+    volume().createFolder(bait);
+    volume().createFolder(kBackup);
+    for (const QString& name :
+         {u"UserHome_Library_LaunchAgents"_s, u"_Library_LaunchDaemons"_s, u"bundled-login-items"_s}) {
+        volume().createLink(kBackup + u'/' + name, bait);
     }
+    EXPECT_FALSE(switchOff(office()).applySucceeded);
+    for (const QString& name :
+         {u"UserHome_Library_LaunchAgents"_s, u"_Library_LaunchDaemons"_s, u"bundled-login-items"_s}) {
+        EXPECT_TRUE(logs(u"  [ERROR] Backup folder is not usable: "_s + kBackup + u'/' + name)) << name.toStdString();
+    }
+    EXPECT_TRUE(exists(kChatPlist));
+    EXPECT_TRUE(exists(kVpnPlist));
+    EXPECT_TRUE(exists(helper));
+    EXPECT_EQ(volume().list(bait), QStringList());
 }
 
 // ---- Much of everything
