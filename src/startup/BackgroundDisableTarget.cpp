@@ -179,7 +179,8 @@ bool liesInLibrary(const QString& path, const QString& application, const FileMa
     try {
         const QString inside = files.resolved(application) + u"/Contents/Library/"_s;
         const QString resolved = files.resolved(path);
-        return resolved.startsWith(inside) && !isExcludedName(resolved);
+        // What is protected as it is written leaves its line in the log later on.
+        return resolved.startsWith(inside) && (isExcludedName(path) || !isExcludedName(resolved));
     } catch (const FileError&) {
         return false;
     }

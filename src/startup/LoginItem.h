@@ -18,9 +18,10 @@ struct LoginItem {
 struct LoginItemList {
     QList<LoginItem> items;
     bool wasRead = false; ///< false: System Events refused or failed, so that nothing is known
-    QString output;       ///< as it was printed: names with a "|" or a line end can only be looked for here
+    QString output{};     ///< as it was printed: names with a "|" or a line end can only be looked for here
 
-    bool operator==(const LoginItemList&) const = default;
+    /// The same items, known or unknown; what the output said besides doesn't count.
+    bool operator==(const LoginItemList& other) const { return items == other.items && wasRead == other.wasRead; }
 };
 
 } // namespace quorvane

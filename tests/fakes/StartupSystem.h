@@ -178,7 +178,7 @@ private:
         for (const LoginItem& item : login) {
             text += item.name + u'|' + item.path + u'|' + (item.hidden ? u"true"_s : u"false"_s) + u'\n';
         }
-        return text;
+        return text.isEmpty() ? u"\n"_s : text; // the tool ends an empty reply, too
     }
     QString add(const LoginItem& item) {
         if (!deniesSystemEvents) {

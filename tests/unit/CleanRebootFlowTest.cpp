@@ -127,7 +127,10 @@ TEST_F(CleanRebootFlow, withoutPermissionNothingIsRemoved) {
     apply({});
     EXPECT_EQ(takeTrace(), kNoRestoration +
                                u"$> System Events: list\n"
-                               "  [APPLIED] Login items already match permitted startup list.\n"_s +
+                               "$> System Events: probe\n"
+                               "  [ERROR] Could not read login items: Not authorized\n"
+                               "  [INFO] Grant Automation permission for System Events in System Settings → Privacy & "
+                               "Security.\n"_s +
                                kNoBackgroundItems);
 }
 

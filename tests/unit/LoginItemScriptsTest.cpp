@@ -85,7 +85,6 @@ TEST(LoginItemScripts, linesAreReadAsTheyStand) {
         QList<LoginItem> items;
     };
     const QList<Row> rows{
-        {u""_s, {}},
         {u"\n\n"_s, {}},
         {u"Foo|missing value|false"_s, {{u"Foo"_s, u"missing value"_s, false}}},
         {u"Foo|/x|TRUE"_s, {{u"Foo"_s, u"/x"_s, true}}},
@@ -111,7 +110,18 @@ TEST(LoginItemScripts, anErrorIsNoEmptyList) {
     EXPECT_EQ(parsedLoginItems(u"ERROR|Not authorized to send Apple events to System Events.\n"_s), LoginItemList());
     EXPECT_EQ(parsedLoginItems(u"ERROR|a|true"_s), LoginItemList());
     EXPECT_FALSE(parsedLoginItems(u"ERROR|"_s).wasRead);
-    EXPECT_TRUE(parsedLoginItems({}).wasRead);
+    EXPECT_TRUE(parsedLoginItems(u"\n"_s).wasRead) << "no item";
+    EXPECT_FALSE(parsedLoginItems({}).wasRead) << "no reply";
+}
+
+TEST(LoginItemScripts, aNameThatNoFieldCanHoldIsLookedForInTheOutput) {
+    const LoginItemList list =
+        parsedLoginItems(u"A|/a|false\nSet | List|/Applications/Ableton Live.app|true\nB|/b|true\n"_s);
+    EXPECT_EQ(shownLine(list, u"Set | List"_s), u"Set | List|/Applications/Ableton Live.app|true"_s);
+    EXPECT_EQ(shownLine(list, u"A"_s), QString()) << "the list itself shows it";
+    EXPECT_EQ(shownLine(list, u"t | List"_s), QString());
+    EXPECT_EQ(shownLine(list, u"Gone|x"_s), QString());
+    EXPECT_EQ(shownLine(list, u"A|/a|false\nSet "_s), u"A|/a|false\nSet | List|/Applications/Ableton Live.app|true"_s);
 }
 
 TEST(LoginItemScripts, linesOfWhichNoneIsAnItemTellNothing) {
