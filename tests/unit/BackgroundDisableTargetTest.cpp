@@ -306,5 +306,25 @@ TEST(BackgroundDisableTarget, pathsCantLeaveTheirQuotesInTheQuarantineCommand) {
               R"(rm -rf '/A/Bob'\''s %2;$(x).app')"_s);
 }
 
+TEST_F(BackgroundDisableTargetTest, theFileThatARecordNamesIsItsHelperWhateverItsLabelSays) {
+    addBundle(kLoginItems + u"Helper.app"_s);
+    addBundle(kLoginItems + u"Sync.app"_s);
+    const BackgroundTaskItem app = application(u"com.acme"_s, kApp);
+    const BackgroundTaskItem sync =
+        record(u"Sync"_s, u"com.acme.sync.helper"_s, u"2.com.acme"_s, u"Contents/Library/LoginItems/Sync.app"_s);
+    EXPECT_EQ(targets({sync}, {app, sync}),
+              QStringList(u"com.acme.sync.helper of "_s + kApp + u", record Sync, "_s + kLoginItems + u"Sync.app"_s));
+}
+
+TEST_F(BackgroundDisableTargetTest, aFileThatAStayingRecordNamesIsNotTaken) {
+    addBundle(kLoginItems + u"Helper.app"_s);
+    const BackgroundTaskItem app = application(u"com.acme"_s, kApp);
+    const BackgroundTaskItem going = record(u"Sync"_s, u"com.acme.sync.helper"_s, u"2.com.acme"_s);
+    const BackgroundTaskItem staying =
+        record(u"Serato Link"_s, u"com.acme.link"_s, u"2.com.acme"_s, u"Contents/Library/LoginItems/Helper.app"_s);
+    EXPECT_EQ(targets({going}, {app, going, staying}),
+              QStringList(u"com.acme.sync.helper of "_s + kApp + u", record Sync, -"_s));
+}
+
 } // namespace
 } // namespace quorvane

@@ -167,6 +167,29 @@ TEST_F(LaunchItems, aPlistIsQueuedOnceInABatch) {
     EXPECT_EQ(takeTrace(), prompted(kAgentsBoxCommand, u"Please."_s));
 }
 
+TEST_F(LaunchItems, onePlistUnderTwoSpellingsIsQueuedOnce) {
+    MemoryFileManager ignoringCase(MemoryFileManager::Case::Ignored);
+    ignoringCase.addFile(kAgents + kLabel, "box");
+    SystemManager other(Host{commands, scripts, ignoringCase, defaults, machine, propertyLists, bundles, permissions},
+                        notifications);
+    other.beginAdminBatch();
+    EXPECT_TRUE(
+        QCoro::waitFor(other.disableLaunchItems({kLabel, kLabel.toUpper().replace(u"PLIST"_s, u"plist"_s)}, {})));
+    trace.clear();
+    EXPECT_TRUE(QCoro::waitFor(other.finishAdminBatch(u"Please."_s)));
+    EXPECT_EQ(takeTrace().count(u" && mv "_s), 1) << "a second move would delete the only copy";
+}
+
+TEST_F(LaunchItems, twoPlistsThatDifferInCaseAreBothQueued) {
+    files.addFile(kAgents + kLabel, "box");
+    files.addFile(kAgents + u"COM.BOX.plist"_s, "BOX");
+    system.beginAdminBatch();
+    EXPECT_TRUE(disable({kLabel, u"COM.BOX.plist"_s}));
+    trace.clear();
+    EXPECT_TRUE(finishBatch());
+    EXPECT_EQ(takeTrace().count(u" && mv "_s), 2);
+}
+
 TEST_F(LaunchItems, theNextBatchQueuesAFailedOneAgain) {
     files.addFile(kAgents + kLabel, "box");
     for (int attempt = 1; attempt <= 2; ++attempt) {

@@ -324,6 +324,14 @@ TEST_F(LoginItems, oneThatIsNotThereIsNoFailure) {
                            "$> System Events: list\n"_s);
 }
 
+TEST_F(LoginItems, aProtectedOneIsKnownThoughABarInItsNameHidesItsPath) {
+    loginItems.items = {{u"Set | List"_s, u"/Applications/Ableton Live 12.app/Contents/Set List.app"_s, false}};
+    EXPECT_TRUE(disable({u"Set | List"_s}));
+    EXPECT_EQ(takeTrace(), u"$> System Events: list\n"
+                           "  [SKIPPED] Protected login item: Set | List\n"_s);
+    EXPECT_EQ(loginItems.items.size(), 1);
+}
+
 TEST_F(LoginItems, oneThatIsStillThereIsAFailure) {
     raw();
     loginItems.items = {kZoom};
