@@ -155,9 +155,11 @@ TEST_F(StartupVerificationTest, addedApplicationsByTheirPaths) {
     addLoginItem(u"Other Name"_s, u"/Applications/Shown.app"_s);
     addLoginItem(u"Hidden"_s, u"/Applications/Hidden.app"_s);
     addLoginItem(u"Missing"_s, u"/elsewhere"_s);
-    EXPECT_EQ(checks(),
-              (QStringList{u"+ Startup app: Shown (configured)"_s, u"+ Startup app: Hidden (hidden at login)"_s,
-                           u"- Startup app: Missing (not configured)"_s}));
+    const QString shown = u"+ Startup app: Shown (configured)"_s;
+    const QString missing = u"- Startup app: Missing (not configured)"_s;
+    EXPECT_EQ(checks(), (QStringList{shown, u"+ Startup app: Hidden (configured)"_s, missing})) << "it opens visibly";
+    readings.loginItems.items[1].hidden = true;
+    EXPECT_EQ(checks(), (QStringList{shown, u"+ Startup app: Hidden (hidden at login)"_s, missing}));
 }
 
 TEST_F(StartupVerificationTest, managedApplicationsThatAreNoLongerConfigured) {
