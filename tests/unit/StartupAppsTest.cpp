@@ -187,6 +187,14 @@ TEST_F(StartupApps, anItemThatSystemEventsTakesForTheSamePathIsSpared) {
     EXPECT_EQ(loginItems.names(), QStringList(u"Other"_s));
 }
 
+TEST_F(StartupApps, aPathThatEndsInASlashIsTheSameApplication) {
+    loginItems.items = {{u"Live"_s, kLive.path + u'/', false}};
+    manage({kLive.path});
+    EXPECT_TRUE(remove());
+    EXPECT_EQ(loginItems.items, QList<LoginItem>());
+    EXPECT_EQ(managed(), QStringList());
+}
+
 TEST_F(StartupApps, audioSoftwareGoesOnlyWhenTheProgramHasAddedIt) {
     const QString traktor = u"/Applications/Traktor Pro 3.app"_s;
     const QString serato = u"/Applications/Serato DJ Pro.app"_s;
