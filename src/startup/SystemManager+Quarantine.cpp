@@ -47,9 +47,10 @@ QList<BackgroundDisableTarget> SystemManager::withoutSharedPlaces(const QList<Ba
 
 QCoro::Task<bool> SystemManager::quarantineBundledResources(QList<BackgroundDisableTarget> targets,
                                                             QuarantineRights rights) {
-    bool succeeded = true;
+    const QList<BackgroundDisableTarget> placed = withoutSharedPlaces(targets);
+    bool succeeded = placed.size() == targets.size();
     QList<BackgroundDisableTarget> forRoot;
-    for (const BackgroundDisableTarget& target : withoutSharedPlaces(targets)) {
+    for (const BackgroundDisableTarget& target : placed) {
         switch (co_await quarantineBundledResource(target, rights)) {
         case QuarantineStep::Done:
             break;

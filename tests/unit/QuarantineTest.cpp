@@ -59,6 +59,20 @@ TEST_F(Quarantine, aNewerHelperReplacesTheOneInQuarantine) {
     EXPECT_EQ(files.read(kMoved), "helper");
 }
 
+TEST_F(Quarantine, aSecondHelperOfOneLabelAndNameStaysWhereItIs) {
+    const QString other = u"/Applications/Other.app/Contents/Library/LoginItems/Dropbox Helper.app"_s;
+    files.addFile(other, "other");
+    files.addFile(system.backgroundDumpPath(),
+                  dumpOf({applicationRecord(u"Dropbox"_s, u"com.getdropbox.dropbox"_s),
+                          applicationRecord(u"Other"_s, u"com.other"_s),
+                          backgroundRecord(u"Dropbox Helper"_s, kLabel, u"com.getdropbox.dropbox"_s),
+                          backgroundRecord(u"Dropbox Helper"_s, kLabel, u"com.other"_s)}));
+    QCoro::waitFor(system.loadPrivilegedBackgroundDump());
+    EXPECT_FALSE(disable()) << "it would replace the only copy of the first";
+    EXPECT_EQ(files.read(kMoved), "helper");
+    EXPECT_EQ(files.read(other), "other");
+}
+
 TEST_F(Quarantine, aFailedCopyLeavesTheHelper) {
     stuck.insert(kHelper);
     commands.fail(kDitto, 1, "ditto: No space left on device\n");
