@@ -6,6 +6,8 @@
 #include <QtGlobal>
 
 #include <exception>
+#include <memory>
+#include <optional>
 
 namespace quorvane {
 
@@ -34,6 +36,18 @@ struct FileStatus {
     bool operator==(const FileStatus&) const = default;
 };
 
+/// The names in a folder, one after the other, however many there are.
+class FolderEntries {
+public:
+    FolderEntries() = default;
+    FolderEntries(const FolderEntries&) = delete;
+    FolderEntries& operator=(const FolderEntries&) = delete;
+    virtual ~FolderEntries() = default;
+
+    /// The next name; none after the last. Throws FileError.
+    virtual std::optional<QString> next() = 0;
+};
+
 /// Files and folders, by absolute paths as the Mac sees them. Main thread; every operation is synchronous.
 class FileManager {
 public:
@@ -53,6 +67,9 @@ public:
     virtual QString resolved(const QString& path) const = 0;
     /// The names in a folder, hidden ones included, in the order in which the system gives them. Throws FileError.
     virtual QStringList list(const QString& folder) const = 0;
+    /// The same names in the same order, for a folder that may be large. What has been given may be removed while the rest
+    /// is still to come. Throws FileError.
+    virtual std::unique_ptr<FolderEntries> entries(const QString& folder) const = 0;
     /// Throws FileError.
     virtual QByteArray read(const QString& path) const = 0;
     /// Writes beside the file and puts it in place in one step, so that the old content survives every failure.
@@ -62,9 +79,6 @@ public:
     virtual void move(const QString& from, const QString& to) = 0;
     /// Removes a file, a link or an empty folder. Throws FileError.
     virtual void remove(const QString& path) = 0;
-    /// Removes a file, a link, or a folder with everything in it. Links inside are removed, not followed. A failure may
-    /// leave a part of the folder. Throws FileError.
-    virtual void removeTree(const QString& path) = 0;
     /// Creates a folder with its parents; one that exists is fine. Throws FileError.
     virtual void createFolders(const QString& folder) = 0;
 };

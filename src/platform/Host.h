@@ -4,6 +4,8 @@ namespace quorvane {
 
 class BackgroundTaskPermissions;
 class Bundles;
+class Clock;
+class CloudDrive;
 class CommandLauncher;
 class FileManager;
 class Machine;
@@ -21,6 +23,8 @@ struct Host {
     PropertyLists& propertyLists;
     Bundles& bundles;
     BackgroundTaskPermissions& backgroundTaskPermissions;
+    CloudDrive& cloud;
+    Clock& clock;
 };
 
 } // namespace quorvane

@@ -19,6 +19,8 @@ public:
     virtual QString applicationSupportFolder() const = 0;
     /// The user's own temporary folder, without a "/" at the end.
     virtual QString temporaryFolder() const = 0;
+    /// The computer's name as its user sees it: "Alex's MacBook Pro"; empty when it has none.
+    virtual QString computerName() const = 0;
     /// Of the real user, whatever rights the process has.
     virtual quint32 userId() const = 0;
 };
