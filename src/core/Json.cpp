@@ -3,6 +3,7 @@
 #include <QRegularExpression>
 
 #include <algorithm>
+#include <limits>
 #include <vector>
 
 using namespace Qt::StringLiterals;
@@ -132,10 +133,12 @@ QByteArray jsonText(const Json& json) {
     return QByteArray::fromStdString(json.dump(2));
 }
 
+QByteArray sortedJsonText(const Json& json) {
+    return QByteArray::fromStdString(nlohmann::json(json).dump(2));
+}
+
 const Json* findMember(const Json& object, const char* key) {
-    if (!object.is_object()) {
-        throw DecodingError(u"not an object"_s);
-    }
+    requireObject(object);
     const auto member = object.find(key);
     return member == object.end() ? nullptr : &*member;
 }
@@ -151,6 +154,10 @@ QString quotedForError(const QString& text) {
 }
 
 Json encodeJson(bool value) {
+    return value;
+}
+
+Json encodeJson(int value) {
     return value;
 }
 
@@ -170,19 +177,19 @@ Json encodeJson(const QUuid& id) {
     return encodeJson(id.toString(QUuid::WithoutBraces).toUpper());
 }
 
-Json encodeJson(const QMap<QString, QString>& texts) {
-    Json object = Json::object();
-    for (auto entry = texts.begin(); entry != texts.end(); ++entry) {
-        appendMember(object, entry.key().toStdString(), encodeJson(entry.value()));
-    }
-    return object;
-}
-
 void decodeJson(const Json& json, bool& value) {
     if (!json.is_boolean()) {
         throw DecodingError(u"not a boolean"_s);
     }
     value = json.get<bool>();
+}
+
+void decodeJson(const Json& json, int& value) {
+    const auto number = json.is_number_integer() ? std::optional(json.get<qint64>()) : std::nullopt;
+    if (!number || *number < std::numeric_limits<int>::min() || *number > std::numeric_limits<int>::max()) {
+        throw DecodingError(u"not a whole number"_s);
+    }
+    value = static_cast<int>(*number);
 }
 
 void decodeJson(const Json& json, QString& text) {
@@ -211,22 +218,15 @@ void decodeJson(const Json& json, QUuid& id) {
     id = QUuid::fromString(text);
 }
 
-void decodeJson(const Json& json, QMap<QString, QString>& texts) {
-    if (!json.is_object()) {
-        throw DecodingError(u"not an object"_s);
-    }
-    texts.clear();
-    for (const auto& [name, value] : json.get_ref<const Json::object_t&>()) {
-        const QString key = QString::fromStdString(name);
-        if (!texts.contains(key)) {
-            texts.insert(key, decodedMember<QString>(value, name.c_str()));
-        }
-    }
-}
-
 void requireArray(const Json& json) {
     if (!json.is_array()) {
         throw DecodingError(u"not an array"_s);
+    }
+}
+
+void requireObject(const Json& json) {
+    if (!json.is_object()) {
+        throw DecodingError(u"not an object"_s);
     }
 }
 

@@ -62,6 +62,8 @@ Json parseJson(const QByteArray& bytes);
 
 /// The text of a JSON file: UTF-8, pretty-printed with an indent of two blanks.
 QByteArray jsonText(const Json& json);
+/// The same with the keys of every object in ascending order of their bytes.
+QByteArray sortedJsonText(const Json& json);
 
 /// The member of an object; nullptr where it is absent. Throws DecodingError for what isn't an object.
 const Json* findMember(const Json& object, const char* key);
@@ -73,6 +75,7 @@ void appendMember(Json& object, std::string key, Json value);
 QString quotedForError(const QString& text);
 
 Json encodeJson(bool value);
+Json encodeJson(int value);
 Json encodeJson(const QString& text);
 Json encodeJson(const char* text) = delete;
 /// ISO 8601 in UTC at whole seconds: "2026-11-15T21:05:37Z". Throws EncodingError for a date outside the
@@ -80,17 +83,18 @@ Json encodeJson(const char* text) = delete;
 Json encodeJson(const QDateTime& date);
 /// The 36 characters of a UUID, in upper case.
 Json encodeJson(const QUuid& id);
-Json encodeJson(const QMap<QString, QString>& texts);
 
 // Each throws DecodingError.
 void decodeJson(const Json& json, bool& value);
+/// A whole number, written without a fraction or an exponent.
+void decodeJson(const Json& json, int& value);
 void decodeJson(const Json& json, QString& text);
 /// Exactly the form that encodeJson writes.
 void decodeJson(const Json& json, QDateTime& date);
 /// Exactly the 36 characters, in either case.
 void decodeJson(const Json& json, QUuid& id);
-void decodeJson(const Json& json, QMap<QString, QString>& texts);
 void requireArray(const Json& json);
+void requireObject(const Json& json);
 
 template <typename T>
 Json encodeJson(const QList<T>& values) {
@@ -100,6 +104,9 @@ Json encodeJson(const QList<T>& values) {
     }
     return array;
 }
+
+template <typename T>
+void decodeJson(const Json& json, QMap<QString, T>& values);
 
 template <typename T>
 void decodeJson(const Json& json, QList<T>& values) {
@@ -113,6 +120,15 @@ void decodeJson(const Json& json, QList<T>& values) {
             throw error.within(QStringLiteral("[%1]").arg(values.size() - 1));
         }
     }
+}
+
+template <typename T>
+Json encodeJson(const QMap<QString, T>& values) {
+    Json object = Json::object();
+    for (auto entry = values.begin(); entry != values.end(); ++entry) {
+        appendMember(object, entry.key().toStdString(), encodeJson(entry.value()));
+    }
+    return object;
 }
 
 template <typename T>
@@ -131,6 +147,18 @@ T decodedMember(const Json& member, const char* key) {
     }
 }
 
+template <typename T>
+void decodeJson(const Json& json, QMap<QString, T>& values) {
+    requireObject(json);
+    values.clear();
+    for (const auto& [name, value] : json.get_ref<const Json::object_t&>()) {
+        const QString key = QString::fromStdString(name);
+        if (!values.contains(key)) {
+            values.insert(key, decodedMember<T>(value, name.c_str()));
+        }
+    }
+}
+
 /// A member that must be there.
 template <typename T>
 T requiredMember(const Json& object, const char* key) {
@@ -139,6 +167,14 @@ T requiredMember(const Json& object, const char* key) {
         throw DecodingError(QStringLiteral("missing"), QString::fromUtf8(key));
     }
     return decodedMember<T>(*member, key);
+}
+
+/// Adds a member at the end of an object unless there is no value.
+template <typename T>
+void appendOptionalMember(Json& object, const char* key, const std::optional<T>& value) {
+    if (value) {
+        appendMember(object, key, encodeJson(*value));
+    }
 }
 
 /// A member that may be absent; null counts as absent.

@@ -11,6 +11,9 @@ namespace quorvane {
 /// for none.
 inline const QString kQuorvaneSystemVerified = QStringLiteral("QuorvaneSystemVerified");
 
+/// A new restore baseline was saved. "label": its label; missing when it has none.
+inline const QString kQuorvaneRestoreBaselineSaved = QStringLiteral("QuorvaneRestoreBaselineSaved");
+
 /// The application-wide notifications. Main thread; observers are called before `post` returns.
 class NotificationCenter : public QObject {
     Q_OBJECT

@@ -40,7 +40,8 @@ SystemManager::SystemManager(const Host& host, NotificationCenter& notifications
     : QObject(parent)
     , m_host(host)
     , m_notifications(notifications)
-    , m_serviceManagement(host.backgroundTaskPermissions) {}
+    , m_serviceManagement(host.backgroundTaskPermissions)
+    , m_masterBaselines(host) {}
 
 void SystemManager::log(const QString& message) {
     if (message.contains(u"[WARNING]"_s)) {

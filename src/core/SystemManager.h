@@ -4,6 +4,7 @@
 #include "core/ExcludedNames.h"
 #include "platform/CommandLauncher.h"
 #include "platform/Host.h"
+#include "snapshots/MasterSystemBaselineManager.h"
 #include "startup/BackgroundLoginItemChangePlan.h"
 #include "startup/CleanReboot.h"
 #include "startup/ServiceManagementBTM.h"
@@ -29,14 +30,18 @@ namespace quorvane {
 
 class NotificationCenter;
 class LoginItemRemoval;
+class SnapshotManager;
 struct BackgroundDisableTarget;
 struct LaunchFolder;
 struct NamedLoginItems;
 struct NetworkServiceState;
 struct PowerSettings;
 struct ProfileApplyPreview;
+struct RestoreBaseline;
+struct RestoreOutcome;
 struct StartupApplyResult;
 struct StartupReadings;
+struct SystemSnapshot;
 struct TweakStep;
 struct UnifiedProfile;
 
@@ -143,6 +148,37 @@ public:
 
     /// What the review shows before an apply. Changes nothing and never prompts.
     QCoro::Task<ProfileApplyPreview> previewProfile(UnifiedProfile profile);
+
+    // ---- Snapshots
+
+    enum class MasterArchive { No, Yes };
+    /// Records the user's own settings as the latest snapshot, read from the live system. What can't be read is recorded as
+    /// having no value.
+    /// @param archive  also keeps it for good, as a master baseline; a failure of that is none of the capture
+    /// @return true when the snapshot was written
+    QCoro::Task<bool> captureSystemSnapshot(std::optional<QString> label, MasterArchive archive);
+    /// The store of what is kept for good.
+    MasterSystemBaselineManager& masterBaselines() { return m_masterBaselines; }
+
+    // ---- The way back
+
+    /// Whether there is a snapshot or a master baseline to go back to. Logs nothing.
+    QCoro::Task<bool> hasRestoreBaseline();
+    /// What a way back goes by; none when nothing was captured. Logs when it is a master baseline.
+    QCoro::Task<std::optional<RestoreBaseline>> selectRestoreBaseline();
+    /// Puts the captured preferences and system settings back. Uses the batch that its caller opened, if any.
+    QCoro::Task<bool> restoreFromSnapshot(SystemSnapshot snapshot);
+    /// The tweaks alone, from the baseline or to standard defaults: one batch, one prompt.
+    QCoro::Task<RestoreOutcome> revertPerformanceTweaks();
+    /// The whole system: with a baseline also login items, network services and launch items.
+    QCoro::Task<RestoreOutcome> reinstateSystem();
+
+    /// "Undo Performance Tweaks": takes the program's applications out of the login items and reverts, while it is busy.
+    QCoro::Task<RestoreOutcome> undoTweaks();
+    /// "Apply Default": the same, and makes Default the last applied profile when it succeeded.
+    QCoro::Task<RestoreOutcome> restoreDefault();
+    /// "Reinstate System", while it is busy.
+    QCoro::Task<RestoreOutcome> reinstateWholeSystem();
 
     // ---- Startup: what runs at login
 
@@ -267,6 +303,16 @@ public:
     /// The result of the last flow that verified.
     const std::optional<ApplyVerificationResult>& lastApplyVerification() const { return m_lastApplyVerification; }
 
+    /// Which configuration this Mac is in: the first profile that fits, else Default, else none. The last applied profile is
+    /// tried first and stays active when nothing fits. Records the outcome and posts QuorvaneSystemVerified.
+    /// @param profiles     the saved ones, in their order
+    /// @param appliedName  of the last applied profile; the stored one when none
+    QCoro::Task<std::optional<SystemConfigurationMatch>> scanCurrentSystem(QList<UnifiedProfile> profiles,
+                                                                           std::optional<QString> appliedName = {});
+    /// The search alone.
+    QCoro::Task<std::optional<SystemConfigurationMatch>> findSystemMatch(QList<UnifiedProfile> profiles,
+                                                                         std::optional<QString> appliedName = {});
+    bool isVerifyingSystem() const { return m_isVerifyingSystem; }
     bool hasVerifiedSystem() const { return m_hasVerifiedSystem; }
     const std::optional<SystemConfigurationMatch>& systemMatch() const { return m_systemMatch; }
 
@@ -275,6 +321,7 @@ Q_SIGNALS:
     void isBusyChanged(bool isBusy);
     void busyMessageChanged(const QString& busyMessage);
     void debugModeChanged(bool debugMode);
+    void isVerifyingSystemChanged(bool isVerifyingSystem);
     void systemMatchChanged();
 
 private:
@@ -287,6 +334,20 @@ private:
     QCoro::Task<void> runTweakSteps(QList<TweakStep> steps);
     QCoro::Task<CommandResult> runOrQueueSystemCommands(QStringList commands);
     QCoro::Task<bool> verifyTweaks(PerformanceSettings settings, UnselectedTweaks unselected, CleanReboot cleanReboot);
+
+    // snapshots/SystemManager+Snapshots.cpp
+    QCoro::Task<SystemSnapshot> readSystemSnapshot(std::optional<QString> label);
+    QCoro::Task<void> archiveAsMaster(SystemSnapshot snapshot);
+    SnapshotManager snapshotManager() const;
+
+    // snapshots/SystemManager+Restore.cpp
+    QCoro::Task<std::optional<RestoreBaseline>> findRestoreBaseline();
+    QCoro::Task<bool> reinstateFromSnapshot(SystemSnapshot snapshot);
+    QCoro::Task<void> restoreLoginItems(SystemSnapshot snapshot);
+    QCoro::Task<bool> restoreNetworkServices(SystemSnapshot snapshot);
+
+    // snapshots/SystemManager+WaysBack.cpp
+    QCoro::Task<RestoreOutcome> removeStartupAppsAndRevert();
 
     // startup/SystemManager+StartupDiscovery.cpp
     QCoro::Task<QList<StartupItem>> findStartupItems();
@@ -382,9 +443,17 @@ private:
     QCoro::Task<bool> isAppRestorationOff();
     QCoro::Task<ApplyVerificationResult> verifyCleanReboot(CleanReboot cleanReboot);
 
+    // verification/SystemManager+Matching.cpp
+    std::optional<QString> lastAppliedName(const std::optional<QString>& given) const;
+    void keepAppliedProfile(const UnifiedProfile& profile);
+    void logSystemMatch();
+    void postSystemMatch();
+    void setVerifyingSystem(bool isVerifying);
+
     Host m_host;
     NotificationCenter& m_notifications;
     ServiceManagementBTM m_serviceManagement;
+    MasterSystemBaselineManager m_masterBaselines;
 
     QStringList m_logMessages;
     bool m_isBusy = false;
@@ -413,6 +482,7 @@ private:
     quint64 m_startupCachesAge = 0; ///< counts how often the caches were invalidated
     std::optional<QList<StartupLaunchItem>> m_performanceApplicationsCache;
 
+    bool m_isVerifyingSystem = false;
     bool m_hasVerifiedSystem = false;
     std::optional<SystemConfigurationMatch> m_systemMatch;
     std::optional<ApplyVerificationResult> m_lastApplyVerification;

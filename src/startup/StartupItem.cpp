@@ -103,13 +103,9 @@ Json encodeJson(const StartupItem& item) {
     appendMember(object, "path", encodeJson(item.path));
     appendMember(object, "kind", encodeJson(rawValue(item.kind)));
     appendMember(object, "runsAtStartup", encodeJson(item.runsAtStartup));
-    if (item.hidden) {
-        appendMember(object, "hidden", encodeJson(*item.hidden));
-    }
+    appendOptionalMember(object, "hidden", item.hidden);
     appendMember(object, "isProtected", encodeJson(item.isProtected));
-    if (item.launchIdentifier) {
-        appendMember(object, "launchIdentifier", encodeJson(*item.launchIdentifier));
-    }
+    appendOptionalMember(object, "launchIdentifier", item.launchIdentifier);
     return object;
 }
 

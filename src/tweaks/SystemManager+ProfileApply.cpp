@@ -1,6 +1,5 @@
 #include "core/SystemManager.h"
 
-#include "core/NotificationCenter.h"
 #include "core/UserDefaultKeys.h"
 #include "platform/UserDefaults.h"
 #include "profiles/ApplyPreviews.h"
@@ -78,8 +77,7 @@ void SystemManager::recordAppliedConfiguration(const UnifiedProfile& profile,
     m_systemMatch = SystemConfigurationMatch{profile.name, MatchedConfigurationKind::savedProfile, verification};
     m_hasVerifiedSystem = true;
     Q_EMIT systemMatchChanged();
-    const QVariantMap userInfo{{u"matchName"_s, profile.name}, {u"matchKind"_s, u"profile"_s}};
-    m_notifications.post(kQuorvaneSystemVerified, userInfo);
+    postSystemMatch();
 }
 
 } // namespace quorvane

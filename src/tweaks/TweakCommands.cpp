@@ -67,9 +67,8 @@ QList<QStringList> restoreAppNap() {
 }
 
 QList<QStringList> restoreNotifications(const QString& notificationCenter) {
-    return {defaults(u"-currentHost"_s, u"delete"_s, notificationCenter, u"doNotDisturb"_s),
-            {kLaunchctl, u"load"_s, u"-w"_s, kNotificationCenterAgent},
-            {u"/usr/bin/open"_s, u"-a"_s, u"NotificationCenter"_s}};
+    return QList<QStringList>{defaults(u"-currentHost"_s, u"delete"_s, notificationCenter, u"doNotDisturb"_s)} +
+           startNotificationCenter();
 }
 
 QList<QStringList> restoreSiri() {
@@ -81,11 +80,16 @@ QList<QStringList> restoreCrashReporter() {
     return {defaults(u"delete"_s, u"com.apple.CrashReporter"_s, u"DialogType"_s)};
 }
 
+} // namespace
+
+QList<QStringList> startNotificationCenter() {
+    return {{kLaunchctl, u"load"_s, u"-w"_s, kNotificationCenterAgent},
+            {u"/usr/bin/open"_s, u"-a"_s, u"NotificationCenter"_s}};
+}
+
 QString spotlightCommand(bool indexes) {
     return indexes ? u"mdutil -a -i on"_s : u"mdutil -a -i off"_s;
 }
-
-} // namespace
 
 QList<TweakStep> applySteps(const PerformanceSettings& settings, const QString& notificationCenter) {
     QList<TweakStep> steps;

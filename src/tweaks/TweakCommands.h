@@ -38,4 +38,9 @@ TweakStep restoreAppRestorationStep();
 /// Keeps macOS from reopening apps and windows after a restart.
 TweakStep stopAppRestorationStep();
 
+/// Brings a suppressed Notification Center back.
+QList<QStringList> startNotificationCenter();
+/// The root command that switches Spotlight's indexing of all volumes.
+QString spotlightCommand(bool indexes);
+
 } // namespace quorvane

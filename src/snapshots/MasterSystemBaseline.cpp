@@ -1,0 +1,64 @@
+#include "snapshots/MasterSystemBaseline.h"
+
+namespace quorvane {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QString errorText(MasterSystemBaselineError::Code code, const QString& text) {
+    return (code == MasterSystemBaselineError::Code::writeFailed ? u"Could not save the master system baseline: "_s
+                                                                 : u"Could not read the master system baseline: "_s) +
+           text;
+}
+
+} // namespace
+
+MasterSystemBaselineError::MasterSystemBaselineError(Code code, const QString& text)
+    : m_code(code)
+    , m_text(errorText(code, text).toUtf8()) {}
+
+QString baselineDeviceName(const QString& computerName) {
+    return computerName.isEmpty() ? u"Mac"_s : computerName;
+}
+
+MasterSystemBaseline masterBaselineOf(const SystemSnapshot& snapshot, const QString& deviceName,
+                                      const std::optional<QString>& label) {
+    MasterSystemBaseline baseline;
+    baseline.capturedAt = snapshot.dateCreated;
+    baseline.deviceName = deviceName;
+    baseline.label = label ? label : snapshot.label;
+    baseline.snapshot = snapshot;
+    return baseline;
+}
+
+QByteArray encodeMasterBaseline(const MasterSystemBaseline& baseline) {
+    Json object = Json::object();
+    appendMember(object, "formatVersion", encodeJson(baseline.formatVersion));
+    appendMember(object, "capturedAt", encodeJson(baseline.capturedAt));
+    appendMember(object, "deviceName", encodeJson(baseline.deviceName));
+    appendOptionalMember(object, "label", baseline.label);
+    appendMember(object, "snapshot", encodeJson(baseline.snapshot));
+    return sortedJsonText(object);
+}
+
+MasterSystemBaseline decodeMasterBaseline(const QByteArray& bytes) {
+    try {
+        const Json object = parseJson(bytes);
+        MasterSystemBaseline baseline;
+        baseline.formatVersion = requiredMember<int>(object, "formatVersion");
+        baseline.capturedAt = requiredMember<QDateTime>(object, "capturedAt");
+        baseline.deviceName = requiredMember<QString>(object, "deviceName");
+        baseline.label = optionalMember<QString>(object, "label");
+        baseline.snapshot = requiredMember<SystemSnapshot>(object, "snapshot");
+        return baseline;
+    } catch (const DecodingError& error) {
+        throw MasterSystemBaselineError(MasterSystemBaselineError::Code::readFailed, error.message());
+    }
+}
+
+QString masterBaselineArchiveName(const MasterSystemBaseline& baseline) {
+    return u"master-baseline-%1.json"_s.arg(decodedValue<QString>(encodeJson(baseline.capturedAt)));
+}
+
+} // namespace quorvane

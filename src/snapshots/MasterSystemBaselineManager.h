@@ -1,0 +1,52 @@
+#pragma once
+
+#include "platform/Host.h"
+#include "snapshots/MasterSystemBaseline.h"
+
+#include <QString>
+
+#include <optional>
+
+namespace QCoro {
+template <typename T>
+class Task;
+}
+
+namespace quorvane {
+
+/// The store of master baselines: one current file and one archive for each capture, in the hidden folder "~/.quorvane" and,
+/// when there is an account, in iCloud Drive. No archive is ever deleted.
+///
+/// Main thread. It outlives its tasks.
+class MasterSystemBaselineManager {
+public:
+    explicit MasterSystemBaselineManager(const Host& host);
+
+    /// Waits up to three seconds before it says no: iCloud Drive may not know its files yet on a freshly started Mac.
+    QCoro::Task<bool> hasMasterBaseline();
+
+    /// Writes an archive and then the current file, at home and then in iCloud, so that no current file is without its
+    /// archive. What is written stays when a later write fails.
+    /// @return the archive's file name. The task throws MasterSystemBaselineError, writeFailed.
+    QCoro::Task<QString> archiveMasterBaseline(SystemSnapshot snapshot, std::optional<QString> label);
+
+    struct Latest {
+        MasterSystemBaseline baseline;
+        BaselinePlace place;
+    };
+    /// The current baseline: iCloud's, downloaded first if need be, else the one at home. None where neither can be read.
+    QCoro::Task<std::optional<Latest>> loadLatestMasterBaseline();
+
+private:
+    QString localFolder() const;
+    QCoro::Task<std::optional<QString>> cloudFolder();
+    QCoro::Task<bool> currentFileExists();
+    QCoro::Task<void> download(QString path);
+    QCoro::Task<void> writeToCloud(QByteArray bytes, QString path);
+    void writeToHome(const QByteArray& bytes, const QString& archiveName);
+    std::optional<MasterSystemBaseline> baselineIn(const QString& folder) const;
+
+    Host m_host;
+};
+
+} // namespace quorvane

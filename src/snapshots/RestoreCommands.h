@@ -1,0 +1,29 @@
+#pragma once
+
+#include "snapshots/SystemSnapshot.h"
+#include "tweaks/TweakCommands.h"
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+namespace quorvane {
+
+// The way back, as exact argument lists in their order.
+
+/// The command that puts a preference back. None and an empty text delete the key: it wasn't set when it was read. The type
+/// that the preference had isn't known any more and follows from the text: a boolean for "true", "false", "yes", "no", "1" and
+/// "0" in any case; a whole number, but not among the per-host preferences; else a string.
+/// @param notificationCenter  the path of Notification Center's per-host preferences
+QStringList writeDefaultValueCommand(const SnapshotPreference& preference, const std::optional<QString>& value,
+                                     const QString& notificationCenter);
+
+/// Puts the preferences back as the user.
+QList<TweakStep> restoreSteps(const SystemSnapshot& snapshot, const QString& notificationCenter);
+
+/// What needs root; empty when the snapshot knows nothing of it. Standby, disk sleep and sleep go together or not at all.
+QStringList restoreSystemCommands(const SystemSnapshot& snapshot);
+
+} // namespace quorvane

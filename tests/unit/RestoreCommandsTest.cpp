@@ -1,0 +1,145 @@
+#include "fakes/CommandLine.h"
+#include "snapshots/RestoreCommands.h"
+
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+
+namespace quorvane {
+
+namespace {
+
+const QString kNotificationCenter = u"/Users/alex/Library/Preferences/ByHost/com.apple.notificationcenterui"_s;
+constexpr SnapshotPreference kPreference{"key", &SystemSnapshot::uiSoundsEnabled, u"com.example.app", u"the key"};
+constexpr SnapshotPreference kPerHost{"key", &SystemSnapshot::doNotDisturb, {}, u"doNotDisturb"};
+
+QString written(const std::optional<QString>& value) {
+    return commandLine(writeDefaultValueCommand(kPreference, value, kNotificationCenter));
+}
+QString writtenPerHost(const std::optional<QString>& value) {
+    return commandLine(writeDefaultValueCommand(kPerHost, value, kNotificationCenter));
+}
+
+SystemSnapshot powerSnapshot(const std::optional<QString>& standby, const std::optional<QString>& diskSleep,
+                             const std::optional<QString>& sleep) {
+    SystemSnapshot snapshot;
+    snapshot.pmsetStandby = standby;
+    snapshot.pmsetDisksleep = diskSleep;
+    snapshot.pmsetSleep = sleep;
+    return snapshot;
+}
+
+} // namespace
+
+TEST(RestoreCommands, deleteAKeyThatHadNoValue) {
+    const QString deletion = u"/usr/bin/defaults delete com.example.app \"the key\""_s;
+    EXPECT_EQ(written({}), deletion);
+    EXPECT_EQ(written(u""_s), deletion);
+    EXPECT_EQ(writtenPerHost({}),
+              u"/usr/bin/defaults -currentHost delete "_s + kNotificationCenter + u" doNotDisturb"_s);
+}
+
+TEST(RestoreCommands, writeABooleanForWhatReadsLikeOne) {
+    const QString start = u"/usr/bin/defaults write com.example.app \"the key\" -bool "_s;
+    for (const QString& value : {u"true"_s, u"yes"_s, u"1"_s, u"YES"_s, u"True"_s}) {
+        EXPECT_EQ(written(value), start + u"YES"_s) << value.toStdString();
+    }
+    for (const QString& value : {u"false"_s, u"no"_s, u"0"_s, u"NO"_s, u"False"_s}) {
+        EXPECT_EQ(written(value), start + u"NO"_s) << value.toStdString();
+    }
+}
+
+TEST(RestoreCommands, writeAWholeNumberAsOne) {
+    const QString start = u"/usr/bin/defaults write com.example.app \"the key\" -int "_s;
+    for (const QString& value : {u"7"_s, u"-5"_s, u"+3"_s, u"007"_s, u"00"_s, u"9223372036854775807"_s}) {
+        EXPECT_EQ(written(value), start + value) << value.toStdString();
+    }
+}
+
+TEST(RestoreCommands, writeEverythingElseAsText) {
+    const QStringList start{u"/usr/bin/defaults"_s, u"write"_s, u"com.example.app"_s, u"the key"_s, u"-string"_s};
+    for (const QString& value : {u"Disabled"_s, u"none"_s, u"0.5"_s, u"9223372036854775808"_s, u"1 2"_s, u"0x10"_s, u"-"_s,
+                                 u"１２"_s, u"{\n    a = 1;\n}"_s, u"-bool"_s, u"'; rm -rf /"_s}) {
+        EXPECT_EQ(writeDefaultValueCommand(kPreference, value, kNotificationCenter), start + QStringList(value))
+            << value.toStdString();
+    }
+}
+
+TEST(RestoreCommands, testNoNumberAmongPerHostPreferences) {
+    const QString start = u"/usr/bin/defaults -currentHost write "_s + kNotificationCenter + u" doNotDisturb "_s;
+    EXPECT_EQ(writtenPerHost(u"1"_s), start + u"-bool YES"_s);
+    EXPECT_EQ(writtenPerHost(u"7"_s), start + u"-string 7"_s);
+    EXPECT_EQ(writtenPerHost(u"on"_s), start + u"-string on"_s);
+}
+
+TEST(RestoreCommands, restoreEveryPreferenceInItsStep) {
+    SystemSnapshot snapshot;
+    int number = 0;
+    for (const SnapshotPreference& preference : snapshotPreferences()) {
+        snapshot.*preference.value = u"v%1"_s.arg(++number);
+    }
+    QStringList lines;
+    for (const TweakStep& step : restoreSteps(snapshot, kNotificationCenter)) {
+        for (const QStringList& command : step.commands) {
+            lines.append(commandLine(command));
+        }
+        lines.append(step.logLine);
+    }
+    EXPECT_EQ(lines.join(u'\n'),
+              u"/usr/bin/defaults write NSGlobalDomain NSAppSleepDisabled -string v1\n"
+              "/usr/bin/defaults write com.ableton.live NSAppSleepDisabled -string v2\n"
+              "  [RESTORED] App Nap settings.\n"
+              "/usr/bin/defaults write com.apple.SoftwareUpdate AutomaticDownload -string v3\n"
+              "/usr/bin/defaults write com.apple.SoftwareUpdate AutomaticCheckEnabled -string v4\n"
+              "/usr/bin/defaults write com.apple.commerce AutoUpdate -string v5\n"
+              "  [RESTORED] Software update settings.\n"
+              "/usr/bin/defaults -currentHost write "
+              "/Users/alex/Library/Preferences/ByHost/com.apple.notificationcenterui doNotDisturb -string v6\n"
+              "/bin/launchctl load -w /System/Library/LaunchAgents/com.apple.notificationcenterui.plist\n"
+              "/usr/bin/open -a NotificationCenter\n"
+              "  [RESTORED] Notification settings.\n"
+              "/usr/bin/defaults write com.apple.Siri Status -string v7\n"
+              "/usr/bin/defaults write com.apple.assistant.support \"Assistant Enabled\" -string v8\n"
+              "  [RESTORED] Siri settings.\n"
+              "/usr/bin/defaults write com.apple.CrashReporter DialogType -string v9\n"
+              "  [RESTORED] Crash Reporter settings.\n"
+              "/usr/bin/defaults write com.apple.systemsound com.apple.sound.uiaudio.enabled -string v10\n"
+              "  [RESTORED] UI sound settings.\n"
+              "/usr/bin/defaults write com.apple.NetworkBrowser DisableAirDrop -string v11\n"
+              "  [RESTORED] AirDrop settings.\n"
+              "/usr/bin/defaults write com.apple.loginwindow TALLogoutSavesState -string v12\n"
+              "/usr/bin/defaults write com.apple.loginwindow LoginwindowLaunchesRelaunchApps -string v13\n"
+              "/usr/bin/defaults write NSGlobalDomain NSQuitAlwaysKeepsWindows -string v14\n"
+              "  [RESTORED] Login and reboot settings."_s);
+}
+
+TEST(RestoreCommands, asRootPutBackWhatIsKnown) {
+    SystemSnapshot snapshot = powerSnapshot(u"1"_s, u"10"_s, u"5"_s);
+    EXPECT_EQ(restoreSystemCommands(snapshot), QStringList(u"pmset -a standby 1 disksleep 10 sleep 5"_s));
+    snapshot.pmsetSms = u"0"_s;
+    snapshot.spotlightIndexingEnabled = true;
+    snapshot.timeMachineEnabled = false;
+    EXPECT_EQ(restoreSystemCommands(snapshot),
+              (QStringList{u"pmset -a standby 1 disksleep 10 sleep 5"_s, u"pmset -a sms 0"_s, u"mdutil -a -i on"_s,
+                           u"tmutil disable"_s}));
+    snapshot.spotlightIndexingEnabled = false;
+    snapshot.timeMachineEnabled = true;
+    EXPECT_EQ(restoreSystemCommands(snapshot).mid(2), (QStringList{u"mdutil -a -i off"_s, u"tmutil enable"_s}));
+    EXPECT_EQ(restoreSystemCommands(SystemSnapshot()), QStringList());
+}
+
+TEST(RestoreCommands, restoreTheThreeSleepValuesTogetherOrNotAtAll) {
+    EXPECT_EQ(restoreSystemCommands(powerSnapshot({}, u"10"_s, u"5"_s)), QStringList());
+    EXPECT_EQ(restoreSystemCommands(powerSnapshot(u"1"_s, {}, u"5"_s)), QStringList());
+    EXPECT_EQ(restoreSystemCommands(powerSnapshot(u"1"_s, u"10"_s, {})), QStringList());
+}
+
+TEST(RestoreCommands, quoteAPowerValueThatIsNoPlainWord) {
+    EXPECT_EQ(restoreSystemCommands(powerSnapshot(u"1; reboot"_s, u"it's"_s, u""_s)),
+              QStringList(u"pmset -a standby '1; reboot' disksleep 'it'\\''s' sleep ''"_s));
+    SystemSnapshot snapshot;
+    snapshot.pmsetSms = u"$(reboot)"_s;
+    EXPECT_EQ(restoreSystemCommands(snapshot), QStringList(u"pmset -a sms '$(reboot)'"_s));
+}
+
+} // namespace quorvane

@@ -1,0 +1,154 @@
+#include "snapshots/SystemSnapshot.h"
+
+#include <gtest/gtest.h>
+
+#include <set>
+
+using namespace Qt::StringLiterals;
+
+namespace quorvane {
+
+namespace {
+
+SystemSnapshot bareSnapshot() {
+    SystemSnapshot snapshot;
+    snapshot.id = QUuid::fromString(u"0F8FAD5B-D9CB-469F-A165-70867728950E"_s);
+    snapshot.dateCreated = QDateTime(QDate(2026, 11, 15), QTime(21, 5, 37), Qt::UTC);
+    return snapshot;
+}
+
+SystemSnapshot wholeSnapshot() {
+    SystemSnapshot snapshot = bareSnapshot();
+    snapshot.label = u"Manual snapshot"_s;
+    int number = 0;
+    for (const SnapshotPreference& preference : snapshotPreferences()) {
+        snapshot.*preference.value = u"value %1"_s.arg(++number);
+    }
+    snapshot.pmsetStandby = u"1"_s;
+    snapshot.pmsetDisksleep = u"10"_s;
+    snapshot.pmsetSleep = u"5"_s;
+    snapshot.pmsetSms = u"0"_s;
+    snapshot.timeMachineEnabled = true;
+    snapshot.spotlightIndexingEnabled = false;
+    snapshot.networkServicesEnabled = QMap<QString, bool>{{u"Wi-Fi"_s, true}, {u"Ethernet"_s, false}};
+    snapshot.loginItems = QList<LoginItemSnapshot>{{u"Live"_s, u"/Applications/Live.app"_s, true}};
+    return snapshot;
+}
+
+const QByteArray kWholeText = R"({
+  "id": "0F8FAD5B-D9CB-469F-A165-70867728950E",
+  "dateCreated": "2026-11-15T21:05:37Z",
+  "label": "Manual snapshot",
+  "appNapDisabled": "value 1",
+  "abletonAppNapDisabled": "value 2",
+  "automaticDownload": "value 3",
+  "automaticCheckEnabled": "value 4",
+  "commerceAutoUpdate": "value 5",
+  "doNotDisturb": "value 6",
+  "siriStatus": "value 7",
+  "assistantEnabled": "value 8",
+  "crashReporterDialogType": "value 9",
+  "uiSoundsEnabled": "value 10",
+  "disableAirDrop": "value 11",
+  "talLogoutSavesState": "value 12",
+  "loginwindowLaunchesRelaunchApps": "value 13",
+  "quitAlwaysKeepsWindows": "value 14",
+  "pmsetStandby": "1",
+  "pmsetDisksleep": "10",
+  "pmsetSleep": "5",
+  "pmsetSms": "0",
+  "timeMachineEnabled": true,
+  "spotlightIndexingEnabled": false,
+  "networkServicesEnabled": {
+    "Ethernet": false,
+    "Wi-Fi": true
+  },
+  "loginItems": [
+    {
+      "name": "Live",
+      "path": "/Applications/Live.app",
+      "hidden": true
+    }
+  ]
+})";
+
+QString decodingError(const QByteArray& text) {
+    try {
+        decodedValue<SystemSnapshot>(parseJson(text));
+    } catch (const DecodingError& error) {
+        return error.message();
+    }
+    return {};
+}
+
+} // namespace
+
+TEST(SystemSnapshot, standsInItsFileInTheOrderOfItsFields) {
+    EXPECT_EQ(jsonText(encodeJson(wholeSnapshot())), kWholeText);
+    EXPECT_EQ(decodedValue<SystemSnapshot>(parseJson(kWholeText)), wholeSnapshot());
+}
+
+TEST(SystemSnapshot, leavesOutWhatHasNoValue) {
+    EXPECT_EQ(jsonText(encodeJson(bareSnapshot())), R"({
+  "id": "0F8FAD5B-D9CB-469F-A165-70867728950E",
+  "dateCreated": "2026-11-15T21:05:37Z"
+})");
+}
+
+TEST(SystemSnapshot, keepsAnEmptyListOfLoginItemsApartFromNone) {
+    SystemSnapshot snapshot = bareSnapshot();
+    snapshot.loginItems = QList<LoginItemSnapshot>();
+    const Json json = encodeJson(snapshot);
+    EXPECT_EQ(json.at("loginItems"), Json::array());
+    EXPECT_EQ(decodedValue<SystemSnapshot>(json), snapshot);
+}
+
+TEST(SystemSnapshot, withoutAFieldThatMayBeMissingIsRead) {
+    QByteArray text = kWholeText;
+    text.replace("  \"pmsetSms\": \"0\",\n", "");
+    SystemSnapshot expected = wholeSnapshot();
+    expected.pmsetSms.reset();
+    EXPECT_EQ(decodedValue<SystemSnapshot>(parseJson(text)), expected);
+}
+
+TEST(SystemSnapshot, needsItsIdentityAndItsDate) {
+    EXPECT_EQ(decodingError(R"({"dateCreated": "2026-11-15T21:05:37Z"})"), u"\"id\": missing"_s);
+    EXPECT_EQ(decodingError(R"({"id": "0F8FAD5B-D9CB-469F-A165-70867728950E"})"), u"\"dateCreated\": missing"_s);
+    EXPECT_EQ(decodingError(R"({"id": 7, "dateCreated": "2026-11-15T21:05:37Z"})"), u"\"id\": not a string"_s);
+}
+
+TEST(SystemSnapshot, needsEveryFieldOfALoginItem) {
+    for (const char* key : {"name", "path", "hidden"}) {
+        Json json = encodeJson(wholeSnapshot());
+        json["loginItems"][0].erase(key);
+        EXPECT_EQ(decodingError(jsonText(json)), u"\"loginItems[0].%1\": missing"_s.arg(QString::fromUtf8(key)));
+    }
+}
+
+TEST(SystemSnapshot, refusesValuesOfAnotherType) {
+    Json json = encodeJson(wholeSnapshot());
+    json["pmsetSleep"] = 5;
+    EXPECT_EQ(decodingError(jsonText(json)), u"\"pmsetSleep\": not a string"_s);
+    json = encodeJson(wholeSnapshot());
+    json["networkServicesEnabled"]["Wi-Fi"] = "on";
+    EXPECT_EQ(decodingError(jsonText(json)), u"\"networkServicesEnabled.Wi-Fi\": not a boolean"_s);
+    EXPECT_EQ(decodingError("[]"), u"not an object"_s);
+}
+
+TEST(SystemSnapshot, isReadWhateverElseItsFileHolds) {
+    Json json = encodeJson(wholeSnapshot());
+    json["formatVersion"] = 99;
+    json["somethingOfALaterVersion"] = Json::object({{"a", 1}});
+    EXPECT_EQ(decodedValue<SystemSnapshot>(json), wholeSnapshot());
+}
+
+TEST(SystemSnapshot, readsEachPreferenceFromAPlaceOfItsOwn) {
+    std::set<std::pair<QString, QString>> places;
+    for (const SnapshotPreference& preference : snapshotPreferences()) {
+        places.insert({preference.domain.toString(), preference.key.toString()});
+        EXPECT_EQ(preference.isNotificationCenters(), preference.key == u"doNotDisturb");
+    }
+    EXPECT_EQ(places.size(), snapshotPreferences().size());
+}
+
+} // namespace quorvane
