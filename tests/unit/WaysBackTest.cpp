@@ -1,0 +1,3 @@
+#include "fakes/StartupSystem.h"
+
+namespace quorvane {} // namespace quorvane
