@@ -1,3 +1,268 @@
-#include "fakes/StartupSystem.h"
+#include "fakes/RestoreSystem.h"
 
-namespace quorvane {} // namespace quorvane
+namespace quorvane {
+
+namespace {
+
+const QString kCloudBaseline = u"/Users/alex/Library/Mobile Documents/7KX2MR04TD~com~quorvane~app/Documents/Quorvane/"
+                               "SystemBaselines/master-baseline-current.json"_s;
+
+class RestoreFlow : public RestoreSystem {
+protected:
+    bool restore(const SystemSnapshot& snapshot) { return QCoro::waitFor(system.restoreFromSnapshot(snapshot)); }
+    RestoreOutcome revert() { return QCoro::waitFor(system.revertPerformanceTweaks()); }
+    RestoreOutcome reinstate() { return QCoro::waitFor(system.reinstateSystem()); }
+    std::optional<RestoreBaseline> selected() { return QCoro::waitFor(system.selectRestoreBaseline()); }
+    bool isAvailable() { return QCoro::waitFor(system.hasRestoreBaseline()); }
+    void signIn() {
+        cloud.account = true;
+        cloud.container = u"/Users/alex/Library/Mobile Documents/7KX2MR04TD~com~quorvane~app"_s;
+    }
+};
+
+} // namespace
+
+// ---- What is gone back to
+
+TEST_F(RestoreFlow, hasNothingToGoBackToWhereNothingWasCaptured) {
+    EXPECT_EQ(selected(), std::nullopt);
+    EXPECT_FALSE(isAvailable());
+    EXPECT_EQ(takeTrace(), u"\n"_s);
+}
+
+TEST_F(RestoreFlow, goesBackToTheLocalSnapshotWithoutAWord) {
+    save(usersOwn());
+    EXPECT_EQ(selected(), (RestoreBaseline{usersOwn()}));
+    saveBaseline(kHomeBaseline, usersOwn()); // of the same time
+    EXPECT_EQ(selected(), (RestoreBaseline{usersOwn()}));
+    EXPECT_TRUE(isAvailable());
+    EXPECT_EQ(takeTrace(), u"\n"_s);
+}
+
+TEST_F(RestoreFlow, goesBackToTheProtectedBaselineWhereThereIsNoSnapshot) {
+    saveBaseline(kHomeBaseline, usersOwn());
+    EXPECT_TRUE(isAvailable());
+    EXPECT_EQ(takeTrace(), u"\n"_s);
+    EXPECT_EQ(selected(), (RestoreBaseline{usersOwn(), RestoreSource::Baseline, false, u"Studio"_s}));
+    EXPECT_EQ(takeTrace(), u"  [MASTER] Using protected baseline from ~/.quorvane.\n"_s);
+}
+
+TEST_F(RestoreFlow, goesBackToANewerProtectedBaseline) {
+    save(usersOwn(1));
+    saveBaseline(kHomeBaseline, usersOwn(2));
+    EXPECT_EQ(selected(), (RestoreBaseline{usersOwn(2), RestoreSource::Baseline, true, u"Studio"_s}));
+    EXPECT_EQ(takeTrace(), u"  [MASTER] Using newer protected baseline from ~/.quorvane.\n"_s);
+}
+
+TEST_F(RestoreFlow, namesICloudForAUserWhoIsSignedIn) {
+    signIn();
+    saveBaseline(kCloudBaseline, usersOwn());
+    selected();
+    EXPECT_EQ(takeTrace(), u"  [MASTER] Using protected baseline from iCloud.\n"_s);
+    files.remove(kCloudBaseline);
+    saveBaseline(kHomeBaseline, usersOwn()); // the account counts, wherever the baseline came from
+    selected();
+    EXPECT_EQ(takeTrace(), u"  [MASTER] Using protected baseline from iCloud.\n"_s);
+}
+
+TEST_F(RestoreFlow, saysWhenABaselineIsAnotherMacs) {
+    saveBaseline(kHomeBaseline, usersOwn(), u"Anna's MacBook"_s);
+    selected();
+    EXPECT_EQ(takeTrace(), u"  [MASTER] Using protected baseline from ~/.quorvane.\n"
+                           "  [INFO] This baseline was saved on Anna's MacBook.\n"_s);
+}
+
+TEST_F(RestoreFlow, goesBackToTheBaselineWhereTheSnapshotIsDamaged) {
+    files.addFile(kSnapshotFile, "{ cut o");
+    saveBaseline(kHomeBaseline, usersOwn());
+    EXPECT_EQ(selected()->source, RestoreSource::Baseline);
+    files.addFile(kHomeBaseline, "[]");
+    EXPECT_EQ(selected(), std::nullopt);
+}
+
+// ---- Restoring by itself
+
+TEST_F(RestoreFlow, putsThePreferencesBackAndAsksNobodyWhenNothingElseIsKnown) {
+    EXPECT_TRUE(restore(usersOwn()));
+    EXPECT_EQ(takeTrace(), kRestoreSteps + kApplied);
+}
+
+TEST_F(RestoreFlow, putsTheSystemBackUnderOnePromptOfItsOwn) {
+    SystemSnapshot snapshot = usersOwn();
+    snapshot.pmsetStandby = u"1"_s;
+    snapshot.pmsetDisksleep = u"10"_s;
+    snapshot.pmsetSleep = u"5"_s;
+    snapshot.pmsetSms = u"1"_s;
+    snapshot.spotlightIndexingEnabled = true;
+    snapshot.timeMachineEnabled = true;
+    EXPECT_TRUE(restore(snapshot));
+    EXPECT_EQ(takeTrace(), kRestoreSteps + kAction +
+                               prompted(u"pmset -a standby 1 disksleep 10 sleep 5 ; pmset -a sms 1 ; mdutil -a -i on || true ; "
+                                        "tmutil enable || true"_s,
+                                        kSystemChanges) +
+                               kApplied);
+}
+
+TEST_F(RestoreFlow, saysThatTimeMachineStaysOff) {
+    SystemSnapshot snapshot = usersOwn();
+    snapshot.timeMachineEnabled = false;
+    EXPECT_TRUE(restore(snapshot));
+    EXPECT_EQ(takeTrace(),
+              kRestoreSteps + kAction + prompted(u"tmutil disable || true"_s, kSystemChanges) +
+                  u"  [INFO] Time Machine stays off: no backup was running when these settings were saved. Turn it on in System Settings.\n"_s +
+                  kApplied);
+}
+
+TEST_F(RestoreFlow, isFalseWhenItsPromptIsCancelled) {
+    SystemSnapshot snapshot = usersOwn();
+    snapshot.pmsetSms = u"1"_s;
+    scripts.failNext(u"User canceled."_s);
+    EXPECT_FALSE(restore(snapshot));
+    EXPECT_EQ(takeTrace(), kRestoreSteps + kAction + prompted(u"pmset -a sms 1"_s, kSystemChanges) +
+                               u"  [ERROR] Snapshot restoration was cancelled or failed: User canceled.\n"_s);
+}
+
+// ---- The tweaks alone
+
+TEST_F(RestoreFlow, revertsTheTweaksAndLeavesEverythingElse) {
+    SystemSnapshot snapshot = usersOwn();
+    snapshot.label = u"Tour"_s;
+    snapshot.pmsetSms = u"1"_s;
+    snapshot.loginItems = QList<LoginItemSnapshot>{{u"Live"_s, u"/Applications/Live.app"_s, false}};
+    snapshot.networkServicesEnabled = QMap<QString, bool>{{u"Wi-Fi"_s, true}};
+    save(snapshot);
+    EXPECT_EQ(revert(), (RestoreOutcome{true, RestoreSource::Snapshot, true}));
+    EXPECT_EQ(takeTrace(), u"\nRestoring from saved system snapshot (Tour)...\n"_s + kRestoreSteps + kAction + kApplied +
+                               prompted(u"pmset -a sms 1"_s, kRevertPrompt));
+    EXPECT_EQ(system.adminBatchDepth(), 0);
+}
+
+TEST_F(RestoreFlow, revertsToStandardDefaultsWhereNothingWasCaptured) {
+    EXPECT_EQ(revert(), (RestoreOutcome{true, RestoreSource::StandardDefaults, false}));
+    const QString log = takeTrace();
+    EXPECT_TRUE(log.startsWith(u"\nUndoing Audio Performance tweaks (no snapshot — using standard defaults)...\n"_s));
+    EXPECT_TRUE(log.endsWith(prompted(kUndoLine, kRevertPrompt)));
+}
+
+TEST_F(RestoreFlow, revertsToABaselineAlthoughTheSnapshotFileIsDamaged) {
+    files.addFile(kSnapshotFile, "{");
+    saveBaseline(kHomeBaseline, usersOwn());
+    EXPECT_EQ(revert(), (RestoreOutcome{true, RestoreSource::Baseline, true}));
+}
+
+TEST_F(RestoreFlow, isFalseAfterACancelAlthoughTheLogHasItsLastLine) {
+    SystemSnapshot snapshot = usersOwn();
+    snapshot.pmsetSms = u"1"_s;
+    save(snapshot);
+    scripts.failNext(u"User canceled."_s);
+    EXPECT_EQ(revert(), (RestoreOutcome{false, RestoreSource::Snapshot, true}));
+    EXPECT_EQ(takeTrace(), u"\nRestoring from saved system snapshot...\n"_s + kRestoreSteps + kAction + kApplied +
+                               prompted(u"pmset -a sms 1"_s, kRevertPrompt) + kCancelled);
+}
+
+// ---- The whole system
+
+TEST_F(RestoreFlow, reinstatesTheWholeSystemUnderOnePrompt) {
+    SystemSnapshot snapshot = usersOwn();
+    snapshot.label = u"Tour"_s;
+    snapshot.pmsetSms = u"1"_s;
+    snapshot.loginItems = QList<LoginItemSnapshot>{{u"Live"_s, u"/Applications/Live.app"_s, false},
+                                                   {u"Mail"_s, u"/Applications/Mail.app"_s, false},
+                                                   {u"Dropbox"_s, u"/Applications/Dropbox.app"_s, true}};
+    snapshot.networkServicesEnabled =
+        QMap<QString, bool>{{u"Wi-Fi"_s, true}, {u"Ethernet"_s, false}, {u"Bob's iPhone"_s, true}};
+    save(snapshot);
+    login = {{u"Mail"_s, u"/Applications/Mail.app"_s, false}, {u"New"_s, u"/Applications/New.app"_s, false}};
+    const QString backup = u"/Users/alex/.quorvane_backup/UserHome_Library_LaunchAgents/com.example.plist"_s;
+    files.addFile(backup, "plist");
+    files.addFolders(u"/Users/alex/Library/LaunchAgents"_s);
+    EXPECT_EQ(reinstate(), (RestoreOutcome{true, RestoreSource::Snapshot, true}));
+    EXPECT_EQ(takeTrace(), u"\nReinstating from saved system snapshot (Tour)...\n"_s + kRestoreSteps + kAction + kApplied +
+                               u"$> osascript: read\n"
+                               "$> osascript: add /Applications/Live.app\n"
+                               "$> osascript: add /Applications/Dropbox.app\n"
+                               "  [RESTORED] 2 login item(s) from snapshot.\n"
+                               "  [RESTORED] Network services from snapshot.\n"
+                               "$ /bin/launchctl load /Users/alex/Library/LaunchAgents/com.example.plist\n"
+                               "  [REVERTED] Restored 1 LaunchAgents/Daemons.\n"_s +
+                               prompted(u"pmset -a sms 1 ; networksetup -setnetworkserviceenabled 'Bob'\\''s iPhone' on ; "
+                                        "networksetup -setnetworkserviceenabled 'Ethernet' off ; "
+                                        "networksetup -setnetworkserviceenabled 'Wi-Fi' on"_s,
+                                        kReinstatePrompt));
+    EXPECT_FALSE(files.exists(backup));
+    EXPECT_EQ(login.size(), 4); // what has come since stays
+    EXPECT_TRUE(login.last().hidden);
+}
+
+TEST_F(RestoreFlow, leavesLoginItemsAndNetworkAloneWhereTheSnapshotKnowsNothingOfThem) {
+    save(usersOwn());
+    EXPECT_EQ(reinstate(), (RestoreOutcome{true, RestoreSource::Snapshot, true}));
+    EXPECT_EQ(takeTrace(), u"\nReinstating from saved system snapshot...\n"_s + kRestoreSteps + kApplied);
+}
+
+TEST_F(RestoreFlow, leavesTheNetworkAloneWhereTheSnapshotFoundNoService) {
+    SystemSnapshot snapshot = usersOwn();
+    snapshot.networkServicesEnabled = QMap<QString, bool>();
+    snapshot.loginItems = QList<LoginItemSnapshot>();
+    save(snapshot);
+    EXPECT_TRUE(reinstate().succeeded);
+    EXPECT_EQ(takeTrace(), u"\nReinstating from saved system snapshot...\n"_s + kRestoreSteps + kApplied +
+                               u"$> osascript: read\n"_s);
+}
+
+TEST_F(RestoreFlow, readsTheLoginItemsAfreshBeforeItRestoresThem) {
+    SystemSnapshot snapshot = usersOwn();
+    snapshot.loginItems = QList<LoginItemSnapshot>{{u"Live"_s, u"/Applications/Live.app"_s, false}};
+    save(snapshot);
+    login = {{u"Live"_s, u"/Applications/Live.app"_s, false}};
+    QCoro::waitFor(system.rawLoginItems());
+    login.clear(); // the user removed it since
+    EXPECT_TRUE(reinstate().succeeded);
+    EXPECT_EQ(login.size(), 1);
+}
+
+TEST_F(RestoreFlow, saysWhichLoginItemsCouldNotBeAdded) {
+    SystemSnapshot snapshot = usersOwn();
+    snapshot.loginItems = QList<LoginItemSnapshot>{{u"Live"_s, u"/Applications/Live.app"_s, false}};
+    save(snapshot);
+    deniesSystemEvents = true;
+    EXPECT_TRUE(reinstate().succeeded);
+    EXPECT_TRUE(system.logMessages().contains(u"  [ERROR] Failed to add login item: Live"_s));
+    EXPECT_FALSE(system.logMessages().join(u'\n').contains(u"login item(s) from snapshot"_s));
+}
+
+TEST_F(RestoreFlow, reinstatesStandardDefaultsAloneWhereNothingWasCaptured) {
+    login = {{u"Mail"_s, u"/Applications/Mail.app"_s, false}};
+    EXPECT_EQ(reinstate(), (RestoreOutcome{true, RestoreSource::StandardDefaults, false}));
+    const QString log = takeTrace();
+    EXPECT_TRUE(log.startsWith(u"  [INFO] No system snapshot found — using standard restore.\n"
+                               "\nUndoing Audio Performance tweaks (no snapshot — using standard defaults)...\n"_s));
+    EXPECT_TRUE(log.endsWith(
+        prompted(kUndoLine, u"Quorvane needs your administrator password to restore system defaults."_s)));
+    EXPECT_FALSE(log.contains(u"osascript"_s));
+    EXPECT_FALSE(log.contains(u"networksetup"_s));
+}
+
+TEST_F(RestoreFlow, keepsWhatItWroteAsTheUserWhenReinstatingIsCancelled) {
+    SystemSnapshot snapshot = usersOwn();
+    snapshot.networkServicesEnabled = QMap<QString, bool>{{u"Wi-Fi"_s, true}};
+    save(snapshot);
+    scripts.failNext(u"User canceled."_s);
+    EXPECT_EQ(reinstate(), (RestoreOutcome{false, RestoreSource::Snapshot, true}));
+    EXPECT_EQ(takeTrace(),
+              u"\nReinstating from saved system snapshot...\n"_s + kRestoreSteps + kApplied +
+                  u"  [RESTORED] Network services from snapshot.\n"_s +
+                  prompted(u"networksetup -setnetworkserviceenabled 'Wi-Fi' on"_s, kReinstatePrompt) + kCancelled);
+}
+
+TEST_F(RestoreFlow, forgetsWhatItKnewOfStartupAfterReinstating) {
+    save(usersOwn());
+    login = {{u"Mail"_s, u"/Applications/Mail.app"_s, false}};
+    QCoro::waitFor(system.discoverStartupItems(SystemManager::StartupRefresh::UseCache));
+    reinstate();
+    trace.clear();
+    QCoro::waitFor(system.discoverStartupItems(SystemManager::StartupRefresh::UseCache));
+    EXPECT_EQ(takeTrace(), u"$> osascript: read\n"_s);
+}
+
+} // namespace quorvane

@@ -1,3 +1,110 @@
-#include "fakes/StartupSystem.h"
+#include "fakes/RestoreSystem.h"
 
-namespace quorvane {} // namespace quorvane
+#include "core/UserDefaultKeys.h"
+#include "profiles/ProfileJson.h"
+#include "profiles/UnifiedProfile.h"
+
+namespace quorvane {
+
+namespace {
+
+const QString kProfiles = u"/Users/alex/Library/Application Support/Quorvane/UnifiedProfiles/"_s;
+
+class WaysBack : public RestoreSystem {
+protected:
+    WaysBack() {
+        QObject::connect(&system, &SystemManager::busyMessageChanged,
+                         [this](const QString& message) { busyMessages.append(message); });
+        defaults.values[kQuorvaneLastAppliedProfileName] = u"Festival"_s;
+    }
+    RestoreOutcome undo() { return QCoro::waitFor(system.undoTweaks()); }
+    RestoreOutcome restoreDefault() { return QCoro::waitFor(system.restoreDefault()); }
+    RestoreOutcome reinstate() { return QCoro::waitFor(system.reinstateWholeSystem()); }
+    QString lastApplied() const { return defaults.values.value(kQuorvaneLastAppliedProfileName).toString(); }
+
+    /// Zoom was put into the login items by the program, Mail stands in a saved profile.
+    void addStartupApps() {
+        defaults.values[kQuorvaneManagedStartupAppPaths] = QStringList(u"/Applications/Zoom.app"_s);
+        UnifiedProfile profile;
+        profile.id = QUuid::createUuid();
+        profile.name = u"Festival"_s;
+        profile.dateCreated = timeAt(0);
+        profile.startup.items = {StartupItem(StartupLaunchItem{u"Mail"_s, u"/Applications/Mail.app"_s, false})};
+        files.addFile(kProfiles + u"Festival.json"_s, encodeProfile(profile));
+        login = {{u"Zoom"_s, u"/Applications/Zoom.app"_s, false},
+                 {u"Mail"_s, u"/Applications/Mail.app"_s, false},
+                 {u"Own"_s, u"/Applications/Own.app"_s, false}};
+    }
+    const QString kRemoval = u"  [ACTION] Removing 2 Quorvane-managed startup app(s)...\n"
+                             "$> osascript: read\n"
+                             "$> osascript: remove path /Applications/Mail.app\n"
+                             "$> osascript: read\n"
+                             "  [APPLIED] Removed startup app from login items: Mail\n"
+                             "$> osascript: remove path /Applications/Zoom.app\n"
+                             "$> osascript: read\n"
+                             "  [APPLIED] Removed startup app from login items: Zoom\n"_s;
+
+    QStringList busyMessages;
+};
+
+} // namespace
+
+TEST_F(WaysBack, undoTakesTheProgramsAppsOutAndRevertsTheTweaks) {
+    addStartupApps();
+    save(usersOwn());
+    EXPECT_EQ(undo(), (RestoreOutcome{true, RestoreSource::Snapshot, true}));
+    EXPECT_EQ(takeTrace(), kRemoval + u"\nRestoring from saved system snapshot...\n"_s + kRestoreSteps + kApplied);
+    EXPECT_EQ(login, (QList<LoginItem>{{u"Own"_s, u"/Applications/Own.app"_s, false}}));
+    EXPECT_EQ(busyMessages, (QStringList{u"Reverting performance tweaks…"_s, QString()}));
+    EXPECT_EQ(lastApplied(), u"Festival"_s);
+}
+
+TEST_F(WaysBack, undoWithoutASnapshotSaysSo) {
+    EXPECT_EQ(undo(), (RestoreOutcome{true, RestoreSource::StandardDefaults, false}));
+    files.addFile(kSnapshotFile, "damaged");
+    EXPECT_EQ(undo(), (RestoreOutcome{true, RestoreSource::StandardDefaults, true}));
+}
+
+TEST_F(WaysBack, defaultTakesTheSameRoadAndIsRecorded) {
+    addStartupApps();
+    save(usersOwn());
+    EXPECT_EQ(restoreDefault(), (RestoreOutcome{true, RestoreSource::Snapshot, true}));
+    EXPECT_EQ(takeTrace(), kRemoval + u"\nRestoring from saved system snapshot...\n"_s + kRestoreSteps + kApplied);
+    EXPECT_EQ(busyMessages, (QStringList{u"Restoring default settings…"_s, QString()}));
+    EXPECT_EQ(lastApplied(), u"Default"_s);
+}
+
+TEST_F(WaysBack, defaultTellsABaselineFromASnapshot) {
+    saveBaseline(kHomeBaseline, usersOwn());
+    EXPECT_EQ(restoreDefault(), (RestoreOutcome{true, RestoreSource::Baseline, false}));
+}
+
+TEST_F(WaysBack, aCancelledDefaultIsNotRecorded) {
+    scripts.failNext(u"User canceled."_s);
+    EXPECT_EQ(restoreDefault(), (RestoreOutcome{false, RestoreSource::StandardDefaults, false}));
+    EXPECT_TRUE(takeTrace().endsWith(kCancelled));
+    EXPECT_EQ(lastApplied(), u"Festival"_s);
+    EXPECT_FALSE(system.isBusy());
+}
+
+TEST_F(WaysBack, anAppThatStaysDoesNotKeepTheSettingsFromComingBack) {
+    addStartupApps();
+    deniesSystemEvents = true;
+    EXPECT_TRUE(restoreDefault().succeeded);
+    EXPECT_TRUE(system.logMessages().contains(u"  [ERROR] Failed to remove startup app from login items: Zoom"_s));
+    EXPECT_EQ(system.managedStartupAppPaths(), QSet<QString>{u"/Applications/Zoom.app"_s});
+}
+
+TEST_F(WaysBack, reinstatingIsAnnouncedAndBusy) {
+    addStartupApps();
+    save(usersOwn());
+    EXPECT_EQ(reinstate(), (RestoreOutcome{true, RestoreSource::Snapshot, true}));
+    EXPECT_EQ(takeTrace(), u"\n[REINSTATE] Restoring system...\n"
+                           "\nReinstating from saved system snapshot...\n"_s +
+                               kRestoreSteps + kApplied);
+    EXPECT_EQ(busyMessages, (QStringList{u"Reinstating system…"_s, QString()}));
+    EXPECT_EQ(login.size(), 3);
+    EXPECT_EQ(lastApplied(), u"Festival"_s);
+}
+
+} // namespace quorvane

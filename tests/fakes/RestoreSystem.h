@@ -1,0 +1,76 @@
+#pragma once
+
+#include "fakes/StartupSystem.h"
+#include "snapshots/MasterSystemBaseline.h"
+#include "snapshots/RestoreBaseline.h"
+#include "snapshots/SnapshotManager.h"
+
+namespace quorvane {
+
+/// A scripted system with something to go back to.
+class RestoreSystem : public StartupSystem {
+protected:
+    inline static const QString kSnapshotFile =
+        u"/Users/alex/Library/Application Support/Quorvane/system_snapshot.json"_s;
+    inline static const QString kHomeBaseline = u"/Users/alex/.quorvane/master-baseline-current.json"_s;
+
+    static QDateTime timeAt(int second) { return QDateTime(QDate(2026, 3, 14), QTime(20, 30, second), Qt::UTC); }
+
+    /// One value of each kind, and login items and services that differ from those of a Mac that has neither.
+    static SystemSnapshot usersOwn(int second = 0) {
+        SystemSnapshot snapshot;
+        snapshot.id = QUuid::fromString(u"0F8FAD5B-D9CB-469F-A165-70867728950E"_s);
+        snapshot.dateCreated = timeAt(second);
+        snapshot.automaticDownload = u"1"_s;
+        snapshot.siriStatus = u"Disabled"_s;
+        snapshot.uiSoundsEnabled = u"7"_s;
+        return snapshot;
+    }
+
+    void save(const SystemSnapshot& snapshot) { SnapshotManager(files, machine).save(snapshot); }
+    void saveBaseline(const QString& path, const SystemSnapshot& snapshot, const QString& deviceName = u"Studio"_s) {
+        files.addFile(path, encodeMasterBaseline(masterBaselineOf(snapshot, deviceName, {})));
+    }
+
+    inline static const QString kRestoreSteps =
+        u"$ /usr/bin/defaults delete NSGlobalDomain NSAppSleepDisabled\n"
+        "$ /usr/bin/defaults delete com.ableton.live NSAppSleepDisabled\n"
+        "  [RESTORED] App Nap settings.\n"
+        "$ /usr/bin/defaults write com.apple.SoftwareUpdate AutomaticDownload -bool YES\n"
+        "$ /usr/bin/defaults delete com.apple.SoftwareUpdate AutomaticCheckEnabled\n"
+        "$ /usr/bin/defaults delete com.apple.commerce AutoUpdate\n"
+        "  [RESTORED] Software update settings.\n"
+        "$ /usr/bin/defaults -currentHost delete "
+        "/Users/alex/Library/Preferences/ByHost/com.apple.notificationcenterui doNotDisturb\n"
+        "$ /bin/launchctl load -w /System/Library/LaunchAgents/com.apple.notificationcenterui.plist\n"
+        "$ /usr/bin/open -a NotificationCenter\n"
+        "  [RESTORED] Notification settings.\n"
+        "$ /usr/bin/defaults write com.apple.Siri Status -string Disabled\n"
+        "$ /usr/bin/defaults delete com.apple.assistant.support \"Assistant Enabled\"\n"
+        "  [RESTORED] Siri settings.\n"
+        "$ /usr/bin/defaults delete com.apple.CrashReporter DialogType\n"
+        "  [RESTORED] Crash Reporter settings.\n"
+        "$ /usr/bin/defaults write com.apple.systemsound com.apple.sound.uiaudio.enabled -int 7\n"
+        "  [RESTORED] UI sound settings.\n"
+        "$ /usr/bin/defaults delete com.apple.NetworkBrowser DisableAirDrop\n"
+        "  [RESTORED] AirDrop settings.\n"
+        "$ /usr/bin/defaults delete com.apple.loginwindow TALLogoutSavesState\n"
+        "$ /usr/bin/defaults delete com.apple.loginwindow LoginwindowLaunchesRelaunchApps\n"
+        "$ /usr/bin/defaults delete NSGlobalDomain NSQuitAlwaysKeepsWindows\n"
+        "  [RESTORED] Login and reboot settings.\n"_s;
+    inline static const QString kAction =
+        u"  [ACTION] Requesting Admin rights to restore captured system settings...\n"_s;
+    inline static const QString kApplied = u"  [RESTORED] System snapshot applied.\n"
+                                           "\nRestore Complete! (Restart your Mac for full effect.)\n"_s;
+
+    inline static const QString kRevertPrompt =
+        u"Quorvane needs your administrator password to restore performance tweaks."_s;
+    inline static const QString kReinstatePrompt =
+        u"Quorvane needs your administrator password to restore your system."_s;
+    inline static const QString kUndoLine =
+        u"pmset -a standby 1 disksleep 10 sleep 1 ; mdutil -a -i on || true ; tmutil enable || true ; pmset -a sms 1"_s;
+    inline static const QString kCancelled =
+        u"  [ERROR] Administrator authorization was cancelled or failed: User canceled.\n"_s;
+};
+
+} // namespace quorvane
