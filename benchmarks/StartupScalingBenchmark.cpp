@@ -152,7 +152,8 @@ void discover(benchmark::State& state) {
     tools.loginItems = loginItemsOf(records / 10);
     const Host ports = simulated.host();
     const Host host{tools,         ports.scripts,       ports.files,   ports.defaults,
-                    ports.machine, ports.propertyLists, ports.bundles, ports.backgroundTaskPermissions};
+                    ports.machine, ports.propertyLists, ports.bundles, ports.backgroundTaskPermissions,
+                    ports.cloud,   ports.clock};
     for (auto _ : state) {
         NotificationCenter notifications;
         SystemManager system(host, notifications);

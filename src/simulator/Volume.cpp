@@ -4,12 +4,15 @@
 #include "simulator/Places.h"
 
 #include <QDir>
+#include <QDirIterator>
 #include <QFile>
 #include <QTemporaryFile>
 
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
+#include <iterator>
+#include <set>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
@@ -22,6 +25,7 @@ namespace {
 
 constexpr int kMaximumLinks = 32; // as macOS counts them before it gives ELOOP
 constexpr QStringView kNullDevice = u"/dev/null";
+constexpr QDir::Filters kAllNames = QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot;
 
 QString joined(const QStringList& components) {
     return u'/' + components.join(u'/');
@@ -71,8 +75,7 @@ QString Volume::matchingName(const QString& hostParent, const QString& name) con
     if (m_machine.caseSensitiveVolume || lstatPath(hostParent + u'/' + name, info)) {
         return name;
     }
-    const QStringList names =
-        QDir(hostParent).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+    const QStringList names = QDir(hostParent).entryList(kAllNames);
     for (const QString& candidate : names) {
         if (candidate.compare(name, Qt::CaseInsensitive) == 0) {
             return candidate;
@@ -310,17 +313,34 @@ QByteArray Volume::read(const QString& path) const {
     return file.readAll();
 }
 
-QStringList Volume::list(const QString& path) const {
-    const Located place = locate(path, true);
+Volume::Located Volume::readableFolder(const QString& path) const {
+    Located place = locate(path, true);
     requireReadable(place);
     if (place.kind != Kind::Folder) {
         throw FileError(place.kind == Kind::Missing ? ENOENT : ENOTDIR, path);
     }
-    QStringList names =
-        QDir(place.hostPath)
-            .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Unsorted);
+    return place;
+}
+
+QStringList Volume::list(const QString& path) const {
+    QStringList names = QDir(readableFolder(path).hostPath).entryList(kAllNames, QDir::Unsorted);
     names.sort();
     return names;
+}
+
+QStringList Volume::namesAfter(const QString& path, const QString& last, qsizetype limit) const {
+    QDirIterator entries(readableFolder(path).hostPath, kAllNames);
+    std::set<QString> names;
+    while (entries.hasNext()) {
+        entries.next();
+        if (const QString name = entries.fileName(); name > last) {
+            names.insert(name);
+        }
+        if (static_cast<qsizetype>(names.size()) > limit) {
+            names.erase(std::prev(names.end()));
+        }
+    }
+    return {names.begin(), names.end()};
 }
 
 QString Volume::linkTarget(const QString& path) const {

@@ -78,6 +78,9 @@ public:
     QByteArray read(const QString& path) const;
     /// The names in a folder, sorted by code point, hidden ones included.
     QStringList list(const QString& path) const;
+    /// Those of the same names that come after one of them (all do after an empty one), at most so many: for a folder that
+    /// may be too large to list. What has been given may be removed before the next are asked for.
+    QStringList namesAfter(const QString& path, const QString& last, qsizetype limit) const;
     QString linkTarget(const QString& path) const;
     qint64 size(const QString& path) const;
     /// Of what stands there once links are followed; of a folder, when a name in it last came or went.
@@ -116,6 +119,7 @@ private:
     void requireRemovable(const Located& place) const;
     void requireWritable(const Located& place) const;
     void requireReadable(const Located& place) const;
+    Located readableFolder(const QString& path) const;
     void requireSpace(const QString& path) const;
     void put(const QString& path, const QByteArray& bytes, int flags) const;
 

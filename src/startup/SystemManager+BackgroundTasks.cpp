@@ -5,6 +5,7 @@
 #include "core/Utf8.h"
 #include "platform/FileManager.h"
 #include "platform/Machine.h"
+#include "platform/TreeRemoval.h"
 #include "startup/BackgroundTaskDump.h"
 
 #include <QCoroFuture>
@@ -127,7 +128,7 @@ std::optional<QString> SystemManager::removeBackgroundDump() {
         return std::nullopt;
     }
     try {
-        m_host.files.removeTree(path);
+        removeTree(m_host.files, path);
     } catch (const FileError& error) {
         return error.message();
     }

@@ -4,6 +4,7 @@
 #include "core/AdminScript.h"
 #include "platform/FileManager.h"
 #include "platform/Machine.h"
+#include "platform/TreeRemoval.h"
 #include "startup/BackgroundDisableTarget.h"
 #include "startup/LaunchFolders.h"
 
@@ -103,7 +104,7 @@ QCoro::Task<SystemManager::QuarantineStep> SystemManager::quarantineBundledResou
 QCoro::Task<bool> SystemManager::quarantineAsUser(QString source, QString destination) {
     try {
         if (m_host.files.status(destination).kind != FileStatus::Kind::Missing) {
-            m_host.files.removeTree(destination);
+            removeTree(m_host.files, destination);
         }
         const QStringList copy{u"/usr/bin/ditto"_s, source, destination};
         const CommandResult result = co_await runCommand(copy, OutputCapture::Capture);
@@ -126,7 +127,7 @@ void SystemManager::removeHelper(const QString& source) {
     const QString aside = source + u".removed"_s;
     m_host.files.move(source, aside);
     try {
-        m_host.files.removeTree(aside);
+        removeTree(m_host.files, aside);
     } catch (const FileError& error) {
         log(u"  [WARNING] Could not remove "_s + error.message());
     }

@@ -93,15 +93,20 @@ private:
 /// The ports of a simulated Mac whose tools run in this process.
 class InProcessHost {
 public:
-    InProcessHost(const QString& macFolder, const QString& program)
+    /// @param clock  instead of the computer's
+    InProcessHost(const QString& macFolder, const QString& program, Clock* clock = nullptr)
         : m_base(macFolder, m_authorization, {program, {}, {}})
-        , m_tools(m_base.mac()) {}
+        , m_tools(m_base.mac())
+        , m_clock(clock) {}
 
     const macsim::Mac& mac() const { return m_base.mac(); }
     Host host() {
         const Host base = m_base.host();
-        return {m_commands,   m_scripts,          base.files,   base.defaults,
-                base.machine, base.propertyLists, base.bundles, base.backgroundTaskPermissions};
+        return {m_commands,   m_scripts,
+                base.files,   base.defaults,
+                base.machine, base.propertyLists,
+                base.bundles, base.backgroundTaskPermissions,
+                base.cloud,   m_clock != nullptr ? *m_clock : base.clock};
     }
 
 private:
@@ -110,6 +115,7 @@ private:
     InProcessTools m_tools;
     InProcessCommandLauncher m_commands{m_tools};
     InProcessScriptEngine m_scripts{m_tools};
+    Clock* m_clock;
 };
 
 } // namespace quorvane

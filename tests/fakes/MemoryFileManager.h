@@ -56,7 +56,7 @@ public:
     void failOn(Operation operation, const QString& path) {
         m_failing.insert({operation, keyOf(placeOf(path, Last::Itself))});
     }
-    /// The n-th operation that changes something fails, counted from now; 1 is the next one. A whole tree is one.
+    /// The n-th operation that changes something fails, counted from now; 1 is the next one.
     void failAtChange(int number) { m_changesUntilFailure = number; }
     int changes() const { return m_changes; }
     /// Every path that was read, written, moved, removed, listed or asked for, resolved.
@@ -86,6 +86,10 @@ public:
         for (const auto& [age, name] : byAge)
             names.append(name);
         return names;
+    }
+
+    std::unique_ptr<FolderEntries> entries(const QString& folder) const override {
+        return std::make_unique<Listing>(list(folder));
     }
 
     QByteArray read(const QString& path) const override {
@@ -124,12 +128,6 @@ public:
         m_nodes.erase(keyOf(place));
     }
 
-    void removeTree(const QString& path) override {
-        const QString place = beginChange(Operation::Remove, path);
-        require(place);
-        removeNodes(place);
-    }
-
     void createFolders(const QString& folder) override {
         const QString path = touch(folder, Last::Followed);
         failIfAsked(Operation::CreateFolders, path);
@@ -158,6 +156,18 @@ private:
     enum class Last { Itself, Followed };    // what a path means whose last component is a link
 
     static constexpr int kMaximumLinks = 32;
+
+    class Listing final : public FolderEntries {
+    public:
+        explicit Listing(const QStringList& names)
+            : m_names(names) {}
+        std::optional<QString> next() override {
+            return m_names.isEmpty() ? std::nullopt : std::optional(m_names.takeFirst());
+        }
+
+    private:
+        QStringList m_names;
+    };
 
     static QString nameOf(const QString& path) { return path.mid(path.lastIndexOf(u'/') + 1); }
     static QString parentOf(const QString& path) {
@@ -256,12 +266,6 @@ private:
         m_nodes[keyOf(to)] = node;
         for (const Node& child : children)
             moveNodes(child.path, inFolder(to, nameOf(child.path)));
-    }
-    void removeNodes(const QString& path) {
-        for (const Node& child : childrenOf(path))
-            removeNodes(child.path);
-        requireChangeableNames(path);
-        m_nodes.erase(keyOf(path));
     }
 
     QString touch(const QString& path, Last last) const {

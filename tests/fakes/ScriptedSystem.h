@@ -3,7 +3,9 @@
 #include "core/NotificationCenter.h"
 #include "core/SystemManager.h"
 #include "fakes/CommandLine.h"
+#include "fakes/ManualClock.h"
 #include "fakes/MemoryBundles.h"
+#include "fakes/MemoryCloudDrive.h"
 #include "fakes/MemoryFileManager.h"
 #include "fakes/ScriptedBackgroundTaskPermissions.h"
 #include "platform/Machine.h"
@@ -132,6 +134,7 @@ public:
     QString homeFolder() const override { return u"/Users/alex"_s; }
     QString applicationSupportFolder() const override { return u"/Users/alex/Library/Application Support"_s; }
     QString temporaryFolder() const override { return u"/var/folders/zz/alex/T"_s; }
+    QString computerName() const override { return u"Studio"_s; }
     quint32 userId() const override { return MemoryFileManager::kUser; }
 };
 
@@ -159,9 +162,12 @@ protected:
     MemoryPropertyLists propertyLists;
     MemoryBundles bundles;
     ScriptedBackgroundTaskPermissions permissions{trace};
+    MemoryCloudDrive cloud{files};
+    ManualClock clock;
     NotificationCenter notifications;
-    SystemManager system{Host{commands, scripts, files, defaults, machine, propertyLists, bundles, permissions},
-                         notifications};
+    SystemManager system{
+        Host{commands, scripts, files, defaults, machine, propertyLists, bundles, permissions, cloud, clock},
+        notifications};
 };
 
 } // namespace quorvane

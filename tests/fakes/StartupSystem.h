@@ -2,6 +2,7 @@
 
 #include "core/AdminScript.h"
 #include "fakes/ScriptedSystem.h"
+#include "platform/TreeRemoval.h"
 #include "startup/ActiveStartup.h"
 #include "startup/BackgroundTaskItem.h"
 #include "startup/LoginItemScripts.h"
@@ -212,11 +213,11 @@ private:
             return;
         }
         if (files.exists(to)) {
-            files.removeTree(to);
+            removeTree(files, to);
         }
         if (files.exists(from)) {
             copy(from, to);
-            files.removeTree(from);
+            removeTree(files, from);
         }
     }
     void copy(const QString& from, const QString& to) { files.addFile(to, files.read(from)); }

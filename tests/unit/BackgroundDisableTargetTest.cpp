@@ -1,6 +1,7 @@
 #include "startup/BackgroundDisableTarget.h"
 
 #include "fakes/MemoryFileManager.h"
+#include "platform/TreeRemoval.h"
 
 #include <gtest/gtest.h>
 
@@ -218,7 +219,7 @@ TEST_F(BackgroundDisableTargetTest, aHelpersFileIsFoundByTheRecordsPathOrByALoos
         EXPECT_EQ(targets({record(u"H"_s, row.label, u"2.com.x"_s, row.url)}, {application(u"com.x"_s, kApp)}),
                   QStringList(u"%1 of %2, record H, "_s.arg(row.label, kApp) +
                               (row.matches ? kLoginItems + row.file : u"-"_s)));
-        files.removeTree(kApp);
+        removeTree(files, kApp);
     }
 }
 

@@ -173,12 +173,12 @@ TEST_F(Quarantine, theNextBatchMayTakeItAgain) {
 TEST_F(Quarantine, whatLeadsOutOfTheApplicationIsNeverMoved) {
     const QString outside = u"/Users/alex/Documents/Dropbox Helper.app"_s;
     files.addFile(outside, "mine");
-    files.removeTree(kHelper);
+    removeTree(files, kHelper);
     files.addLink(kHelper, outside);
     EXPECT_TRUE(disable());
     EXPECT_EQ(traceOfQuarantine(), QString());
 
-    files.removeTree(kHelpers);
+    removeTree(files, kHelpers);
     files.addLink(kHelpers, u"/Users/alex/Documents"_s);
     EXPECT_TRUE(disable());
     EXPECT_EQ(traceOfQuarantine(), QString());
@@ -220,7 +220,7 @@ TEST_F(Quarantine, aHelperWithTheNameOfAudioSoftwareStays) {
 TEST_F(Quarantine, aLinkInThePlaceOfAFolderStopsIt) {
     for (const QString& folder : {kBackup, kBackup + u"/bundled-login-items"_s, kQuarantine + kLabel}) {
         if (files.exists(kBackup)) {
-            files.removeTree(kBackup);
+            removeTree(files, kBackup);
         }
         files.addFolders(u"/Users/alex/Elsewhere"_s);
         files.addLink(folder, u"/Users/alex/Elsewhere"_s);

@@ -9,10 +9,10 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <filesystem>
+#include <dirent.h>
 #include <memory>
+#include <optional>
 #include <sys/stat.h>
-#include <system_error>
 #include <unistd.h>
 
 namespace quorvane {
@@ -44,6 +44,38 @@ FileStatus::Kind kindOf(mode_t mode) {
     }
 }
 
+/// Reads a folder as the names are asked for. Removing what has been read disturbs nothing: APFS and the file systems of
+/// Linux count a position in a folder by the hash or the number of an entry, and not by how many stand before it.
+class DiskFolderEntries final : public FolderEntries {
+public:
+    explicit DiskFolderEntries(const QString& path)
+        : m_path(path)
+        , m_folder(::opendir(QFile::encodeName(path).constData()), &::closedir) {
+        if (!m_folder) {
+            fail(path, errno);
+        }
+    }
+
+    std::optional<QString> next() override {
+        errno = 0;
+        while (const dirent* entry = ::readdir(m_folder.get())) {
+            const QByteArrayView name(static_cast<const char*>(entry->d_name));
+            if (name != "." && name != ".." && name.isValidUtf8()) { // others have no path here
+                return QFile::decodeName(name.toByteArray());
+            }
+            errno = 0;
+        }
+        if (errno != 0) {
+            fail(m_path, errno);
+        }
+        return std::nullopt;
+    }
+
+private:
+    QString m_path;
+    std::unique_ptr<DIR, int (*)(DIR*)> m_folder;
+};
+
 } // namespace
 
 bool DiskFileManager::exists(const QString& path) const {
@@ -72,12 +104,16 @@ QString DiskFileManager::resolved(const QString& path) const {
 }
 
 QStringList DiskFileManager::list(const QString& folder) const {
-    const QFileInfo info(folder);
-    if (!info.isDir() || !info.isReadable()) {
-        fail(folder, info.exists() ? (info.isDir() ? EACCES : ENOTDIR) : ENOENT);
+    QStringList names;
+    DiskFolderEntries entries(folder);
+    while (const std::optional<QString> name = entries.next()) {
+        names.append(*name);
     }
-    return QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
-                                  QDir::Unsorted);
+    return names;
+}
+
+std::unique_ptr<FolderEntries> DiskFileManager::entries(const QString& folder) const {
+    return std::make_unique<DiskFolderEntries>(folder);
 }
 
 QByteArray DiskFileManager::read(const QString& path) const {
@@ -115,17 +151,6 @@ void DiskFileManager::move(const QString& from, const QString& to) {
 void DiskFileManager::remove(const QString& path) {
     if (std::remove(QFile::encodeName(path).constData()) != 0) {
         fail(path, errno);
-    }
-}
-
-void DiskFileManager::removeTree(const QString& path) {
-    const std::filesystem::path place(QFile::encodeName(path).constData());
-    std::error_code error;
-    if (std::filesystem::remove_all(place, error) == 0 && !error) {
-        fail(path, ENOENT); // to the library nothing to remove is no failure
-    }
-    if (error) {
-        throw FileError(path, QString::fromStdString(error.message()));
     }
 }
 

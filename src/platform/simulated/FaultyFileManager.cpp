@@ -76,11 +76,6 @@ void FaultyFileManager::remove(const QString& path) {
     m_files.remove(path);
 }
 
-void FaultyFileManager::removeTree(const QString& path) {
-    beforeChange(path);
-    m_files.removeTree(path);
-}
-
 void FaultyFileManager::createFolders(const QString& folder) {
     beforeChange(folder);
     m_files.createFolders(folder);

@@ -7,7 +7,7 @@
 namespace quorvane {
 
 /// What goes wrong with the program's own files on purpose. Changes (writes, moves, removals, new folders) are counted
-/// from 1; the removal of a whole tree is one.
+/// from 1; of a tree that is removed each entry is one.
 struct FileFaults {
     std::optional<int> failingChange; ///< this change and every later one fails
     QString reason;                   ///< the system's words: "No space left on device"
@@ -32,11 +32,11 @@ public:
     bool isWritable(const QString& path) const override { return m_files.isWritable(path); }
     QString resolved(const QString& path) const override { return m_files.resolved(path); }
     QStringList list(const QString& folder) const override { return m_files.list(folder); }
+    std::unique_ptr<FolderEntries> entries(const QString& folder) const override { return m_files.entries(folder); }
     QByteArray read(const QString& path) const override { return m_files.read(path); }
     void writeAtomically(const QString& path, const QByteArray& bytes) override;
     void move(const QString& from, const QString& to) override;
     void remove(const QString& path) override;
-    void removeTree(const QString& path) override;
     void createFolders(const QString& folder) override;
 
 private:

@@ -1,6 +1,7 @@
 #include "platform/simulated/SimulatedFileManager.h"
 
 #include <cerrno>
+#include <optional>
 
 namespace quorvane {
 
@@ -36,16 +37,38 @@ quint32 userIdOf(macsim::Actor owner, const macsim::Machine& machine) {
     return owner == macsim::Actor::Root ? 0 : static_cast<quint32>(machine.userId);
 }
 
-/// A link is removed itself: kind() doesn't follow it, so what it leads to is never entered.
-void removeWhole(const macsim::Volume& volume, const QString& path) {
-    if (volume.kind(path) == macsim::Volume::Kind::Folder) {
-        const QStringList names = volume.list(path);
-        for (const QString& name : names) {
-            removeWhole(volume, path + u'/' + name);
-        }
+/// Reads so many names at a time that a folder of a million needs some tens of looks at it, and a few MiB.
+class SimulatedFolderEntries final : public FolderEntries {
+public:
+    SimulatedFolderEntries(const macsim::Volume& volume, const QString& folder)
+        : m_volume(volume)
+        , m_folder(folder) {
+        readOn({});
     }
-    volume.remove(path);
-}
+
+    std::optional<QString> next() override {
+        if (m_given == m_names.size() && m_names.size() == kNamesAtATime) {
+            readOn(m_names.last());
+        }
+        if (m_given == m_names.size()) {
+            return std::nullopt;
+        }
+        return m_names.at(m_given++);
+    }
+
+private:
+    static constexpr qsizetype kNamesAtATime = 16'384;
+
+    void readOn(const QString& last) {
+        m_names = reported([&] { return m_volume.namesAfter(m_folder, last, kNamesAtATime); });
+        m_given = 0;
+    }
+
+    const macsim::Volume& m_volume;
+    QString m_folder;
+    QStringList m_names;
+    qsizetype m_given = 0;
+};
 
 } // namespace
 
@@ -81,6 +104,10 @@ QStringList SimulatedFileManager::list(const QString& folder) const {
     return reported([&] { return m_volume.list(folder); });
 }
 
+std::unique_ptr<FolderEntries> SimulatedFileManager::entries(const QString& folder) const {
+    return std::make_unique<SimulatedFolderEntries>(m_volume, folder);
+}
+
 QByteArray SimulatedFileManager::read(const QString& path) const {
     return reported([&] { return m_volume.read(path); });
 }
@@ -95,10 +122,6 @@ void SimulatedFileManager::move(const QString& from, const QString& to) {
 
 void SimulatedFileManager::remove(const QString& path) {
     reported([&] { m_volume.remove(path); });
-}
-
-void SimulatedFileManager::removeTree(const QString& path) {
-    reported([&] { removeWhole(m_volume, path); });
 }
 
 void SimulatedFileManager::createFolders(const QString& folder) {

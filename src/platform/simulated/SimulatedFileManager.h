@@ -15,11 +15,11 @@ public:
     bool isWritable(const QString& path) const override;
     QString resolved(const QString& path) const override;
     QStringList list(const QString& folder) const override;
+    std::unique_ptr<FolderEntries> entries(const QString& folder) const override;
     QByteArray read(const QString& path) const override;
     void writeAtomically(const QString& path, const QByteArray& bytes) override;
     void move(const QString& from, const QString& to) override;
     void remove(const QString& path) override;
-    void removeTree(const QString& path) override;
     void createFolders(const QString& folder) override;
 
 private:

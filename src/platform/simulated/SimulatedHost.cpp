@@ -18,18 +18,21 @@ SimulatedHost::SimulatedHost(const QString& macFolder, AuthorizationPrompt& auth
     , m_propertyLists(m_mac)
     , m_bundles(m_mac, m_propertyLists)
     , m_permissions(m_mac)
+    , m_cloud(m_mac, m_faultyFiles)
     , m_commands(m_mac.hostFolder() + u"/usr/bin/env"_s, m_environment)
     , m_scripts(m_mac.hostFolder() + u"/usr/libexec/scriptengine"_s, m_environment, authorization) {
     macsim::relinkCommands(m_mac.hostFolder(), options.program);
 }
 
 Host SimulatedHost::host() {
-    return {m_commands, m_scripts, m_faultyFiles, m_defaults, m_machine, m_propertyLists, m_bundles, m_permissions};
+    return {m_commands,      m_scripts, m_faultyFiles, m_defaults, m_machine,
+            m_propertyLists, m_bundles, m_permissions, m_cloud,    m_clock};
 }
 
 void SimulatedHost::shutDown() {
     m_commands.shutDown();
     m_scripts.shutDown();
+    m_clock.shutDown();
 }
 
 QProcessEnvironment simulatedEnvironment(const macsim::Mac& mac, const SimulatedHostOptions& options) {

@@ -2,10 +2,12 @@
 
 #include "platform/Host.h"
 #include "platform/portable/ProcessCommandLauncher.h"
+#include "platform/portable/SystemClock.h"
 #include "platform/simulated/AuthorizationPrompt.h"
 #include "platform/simulated/FaultyFileManager.h"
 #include "platform/simulated/SimulatedBackgroundTaskPermissions.h"
 #include "platform/simulated/SimulatedBundles.h"
+#include "platform/simulated/SimulatedCloudDrive.h"
 #include "platform/simulated/SimulatedFileManager.h"
 #include "platform/simulated/SimulatedMachine.h"
 #include "platform/simulated/SimulatedPropertyLists.h"
@@ -30,7 +32,7 @@ public:
 
     const macsim::Mac& mac() const { return m_mac; }
     Host host();
-    /// Ends all children and scripts; see CommandLauncher::shutDown.
+    /// Ends all children, scripts and waits; see CommandLauncher::shutDown.
     void shutDown();
 
 private:
@@ -43,6 +45,8 @@ private:
     SimulatedPropertyLists m_propertyLists;
     SimulatedBundles m_bundles;
     SimulatedBackgroundTaskPermissions m_permissions;
+    SimulatedCloudDrive m_cloud;
+    SystemClock m_clock;
     ProcessCommandLauncher m_commands;
     SimulatedScriptEngine m_scripts;
 };

@@ -16,6 +16,7 @@ public:
         return homeFolder() + QStringLiteral("/Library/Application Support");
     }
     QString temporaryFolder() const override { return m_mac.temporaryFolder().chopped(1); }
+    QString computerName() const override { return m_mac.machine().computerName; }
     quint32 userId() const override { return static_cast<quint32>(m_mac.machine().userId); }
 
 private:

@@ -1,0 +1,159 @@
+#include "platform/simulated/SimulatedCloudDrive.h"
+
+#include "platform/FileManager.h"
+
+#include <string>
+
+namespace quorvane {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+using macsim::Json;
+
+constexpr const char* kSubject = "cloud";
+
+bool isOn(const Json& cloud, const char* key) {
+    return cloud.is_object() && cloud.value(key, false);
+}
+
+/// The file that waits to be downloaded to a path; null when none does.
+Json waitingFile(const Json& cloud, const QString& path) {
+    const Json files = cloud.is_object() ? cloud.value("files", Json::object()) : Json::object();
+    return files.value(path.toStdString(), Json());
+}
+
+bool isRequested(const Json& file) {
+    return file.is_object() && file.value("isRequested", false);
+}
+
+/// How often it is still to be looked for in vain; none when it never comes.
+std::optional<int> looksLeft(const Json& file) {
+    const Json looks = file.value("looks", Json());
+    return looks.is_number_integer() ? std::optional(looks.get<int>()) : std::nullopt;
+}
+
+QString folderOf(const QString& path) {
+    return path.left(path.lastIndexOf(u'/'));
+}
+
+} // namespace
+
+QString SimulatedCloudDrive::folderOfContainer() const {
+    return m_mac.homeFolder(macsim::Actor::User) + u"/Library/Mobile Documents/7KX2MR04TD~com~quorvane~app"_s;
+}
+
+bool SimulatedCloudDrive::isInContainer(const QString& path) const {
+    const Json cloud = m_mac.state().read(kSubject);
+    return isOn(cloud, "account") && isOn(cloud, "container") && path.startsWith(folderOfContainer() + u'/');
+}
+
+bool SimulatedCloudDrive::hasAccount() const {
+    return isOn(m_mac.state().read(kSubject), "account");
+}
+
+QFuture<std::optional<QString>> SimulatedCloudDrive::containerFolder() {
+    const QString folder = folderOfContainer();
+    std::optional<QString> found;
+    if (isInContainer(folder + u'/')) {
+        try {
+            m_mac.volume(macsim::Actor::User).createFolders(folder);
+            found = folder;
+        } catch (const macsim::FileError&) {
+            found = std::nullopt; // without its folder the system gives none
+        }
+    }
+    return QtFuture::makeReadyFuture(found);
+}
+
+QStringList SimulatedCloudDrive::list(const QString& folder) const {
+    QStringList names = m_files.list(folder);
+    const Json cloud = m_mac.state().read(kSubject);
+    const Json files = cloud.is_object() ? cloud.value("files", Json::object()) : Json::object();
+    for (const auto& [key, file] : files.items()) {
+        const QString path = QString::fromStdString(key);
+        const QString name = path.mid(path.lastIndexOf(u'/') + 1);
+        if (isInContainer(path) && folderOf(path) == folder && !names.contains(name)) {
+            names.append(name);
+        }
+    }
+    return names;
+}
+
+std::optional<QDateTime> SimulatedCloudDrive::modificationDate(const QString& path) const {
+    if (!isUbiquitous(path)) {
+        return std::nullopt;
+    }
+    const Json file = waitingFile(m_mac.state().read(kSubject), path);
+    if (file.contains("modified")) {
+        return QDateTime::fromString(QString::fromStdString(file.at("modified").get<std::string>()), Qt::ISODate);
+    }
+    try {
+        return m_mac.volume(macsim::Actor::User).modificationTime(path).toUTC();
+    } catch (const macsim::FileError&) {
+        return std::nullopt; // only iCloud has it, and doesn't say
+    }
+}
+
+bool SimulatedCloudDrive::isUbiquitous(const QString& path) const {
+    return isInContainer(path) && (m_files.exists(path) || !waitingFile(m_mac.state().read(kSubject), path).is_null());
+}
+
+void SimulatedCloudDrive::startDownloading(const QString& path) {
+    m_mac.state().update(kSubject, [&](Json& cloud) {
+        if (!waitingFile(cloud, path).is_null()) {
+            cloud["files"][path.toStdString()]["isRequested"] = true;
+        }
+    });
+}
+
+bool SimulatedCloudDrive::isCurrent(const QString& path) const {
+    if (!isUbiquitous(path)) {
+        return false;
+    }
+    bool isOnDisk = true;
+    m_mac.state().update(kSubject, [&](Json& cloud) {
+        const Json file = waitingFile(cloud, path);
+        if (file.is_null()) {
+            return;
+        }
+        const std::optional<int> looks = isRequested(file) ? looksLeft(file) : std::nullopt;
+        isOnDisk = looks && *looks <= 0;
+        if (isOnDisk) {
+            m_mac.volume(macsim::Actor::User)
+                .writeAtomically(path, QByteArray::fromStdString(file.at("text").get<std::string>()));
+            cloud["files"].erase(path.toStdString());
+        } else if (looks) {
+            cloud["files"][path.toStdString()]["looks"] = *looks - 1;
+        }
+    });
+    return isOnDisk;
+}
+
+bool SimulatedCloudDrive::create(const QString& path, const QByteArray& bytes) {
+    return !write(path, bytes);
+}
+
+QFuture<std::optional<QString>> SimulatedCloudDrive::replace(const QString& path, const QByteArray& bytes) {
+    return QtFuture::makeReadyFuture(write(path, bytes));
+}
+
+/// The newest content is then what was written, whatever was still to come.
+std::optional<QString> SimulatedCloudDrive::write(const QString& path, const QByteArray& bytes) {
+    const Json cloud = m_mac.state().read(kSubject);
+    if (cloud.is_object() && cloud.contains("writesFail")) {
+        return QString::fromStdString(cloud.at("writesFail").get<std::string>());
+    }
+    try {
+        m_files.writeAtomically(path, bytes);
+    } catch (const FileError& error) {
+        return error.message();
+    }
+    if (!waitingFile(cloud, path).is_null()) {
+        m_mac.state().update(kSubject, [&](Json& state) { state["files"].erase(path.toStdString()); });
+    }
+    return std::nullopt;
+}
+
+} // namespace quorvane

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "platform/portable/SystemClock.h"
+
+#include <QList>
+
+namespace quorvane {
+
+/// A clock whose waits are over when the event loop next comes round, and have then taken their time.
+class ManualClock final : public Clock {
+public:
+    QDateTime now() const override { return time; }
+    QFuture<void> sleepFor(std::chrono::milliseconds duration) override {
+        waits.append(duration);
+        time = time.addMSecs(duration.count());
+        return m_turns.sleepFor(std::chrono::milliseconds(0));
+    }
+    void shutDown() override { m_turns.shutDown(); }
+
+    QDateTime time{QDate(2026, 3, 14), QTime(20, 30), Qt::UTC};
+    QList<std::chrono::milliseconds> waits; ///< all that were asked for, in order
+
+private:
+    SystemClock m_turns;
+};
+
+} // namespace quorvane

@@ -1,0 +1,116 @@
+#pragma once
+
+#include "fakes/MemoryFileManager.h"
+#include "platform/CloudDrive.h"
+
+#include <QMap>
+
+#include <optional>
+
+namespace quorvane {
+
+/// iCloud Drive over files in memory. Nobody is signed in until a test says so.
+class MemoryCloudDrive final : public CloudDrive {
+public:
+    /// A file that is not downloaded in its newest content.
+    struct Waiting {
+        QByteArray bytes;
+        std::optional<int> looks; ///< answered with no once it is requested; none when it never comes
+        std::optional<QDateTime> modified;
+        bool isRequested = false;
+    };
+
+    explicit MemoryCloudDrive(MemoryFileManager& files)
+        : m_files(files) {}
+
+    bool account = false;
+    std::optional<QString> container;       ///< its folder, for a user who is signed in
+    std::optional<QString> writeError;      ///< every write fails with it
+    QMap<QString, QDateTime> modified;      ///< by path; what isn't named here has kSomeDate
+    mutable QMap<QString, Waiting> waiting; ///< by path
+    mutable QStringList calls; ///< "containerFolder", "isCurrent {path}", "startDownloading …", "create …", "replace …"
+
+    inline static const QDateTime kSomeDate{QDate(2026, 1, 1), QTime(12, 0), Qt::UTC};
+
+    bool hasAccount() const override { return account; }
+
+    QFuture<std::optional<QString>> containerFolder() override {
+        calls.append(QStringLiteral("containerFolder"));
+        if (!hasContainer())
+            return QtFuture::makeReadyFuture(std::optional<QString>());
+        m_files.addFolders(*container);
+        return QtFuture::makeReadyFuture(container);
+    }
+
+    QStringList list(const QString& folder) const override {
+        QStringList names = m_files.list(folder);
+        for (auto file = waiting.cbegin(); file != waiting.cend(); ++file) {
+            const QString name = file.key().mid(file.key().lastIndexOf(u'/') + 1);
+            if (file.key() == folder + u'/' + name && !names.contains(name))
+                names.append(name);
+        }
+        return names;
+    }
+
+    std::optional<QDateTime> modificationDate(const QString& path) const override {
+        if (!isUbiquitous(path))
+            return std::nullopt;
+        if (const auto file = waiting.constFind(path); file != waiting.cend() && file->modified)
+            return file->modified;
+        return m_files.exists(path) ? std::optional(modified.value(path, kSomeDate)) : std::nullopt;
+    }
+
+    bool isUbiquitous(const QString& path) const override {
+        const bool isInContainer = hasContainer() && path.startsWith(*container + u'/');
+        return isInContainer && (m_files.exists(path) || waiting.contains(path));
+    }
+
+    void startDownloading(const QString& path) override {
+        calls.append(QStringLiteral("startDownloading ") + path);
+        if (waiting.contains(path))
+            waiting[path].isRequested = true;
+    }
+
+    bool isCurrent(const QString& path) const override {
+        calls.append(QStringLiteral("isCurrent ") + path);
+        if (!isUbiquitous(path))
+            return false;
+        const auto file = waiting.find(path);
+        if (file == waiting.end())
+            return true;
+        if (!file->isRequested || !file->looks || (*file->looks)-- > 0)
+            return false;
+        m_files.addFile(path, file->bytes);
+        waiting.erase(file);
+        return true;
+    }
+
+    bool create(const QString& path, const QByteArray& bytes) override {
+        calls.append(QStringLiteral("create ") + path);
+        return !write(path, bytes);
+    }
+
+    QFuture<std::optional<QString>> replace(const QString& path, const QByteArray& bytes) override {
+        calls.append(QStringLiteral("replace ") + path);
+        return QtFuture::makeReadyFuture(write(path, bytes));
+    }
+
+private:
+    bool hasContainer() const { return account && container; }
+
+    std::optional<QString> write(const QString& path, const QByteArray& bytes) {
+        if (writeError)
+            return writeError;
+        try {
+            m_files.writeAtomically(path, bytes);
+        } catch (const FileError& error) {
+            return error.message();
+        }
+        waiting.remove(path);
+        return std::nullopt;
+    }
+
+    MemoryFileManager& m_files;
+};
+
+} // namespace quorvane
