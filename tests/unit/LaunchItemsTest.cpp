@@ -181,9 +181,7 @@ TEST_F(LaunchItems, aPlistIsQueuedOnceInABatch) {
 TEST_F(LaunchItems, onePlistUnderTwoSpellingsIsQueuedOnce) {
     MemoryFileManager ignoringCase(MemoryFileManager::Case::Ignored);
     ignoringCase.addFile(kAgents + kLabel, "box");
-    SystemManager other(
-        Host{commands, scripts, ignoringCase, defaults, machine, propertyLists, bundles, permissions, cloud, clock},
-        notifications);
+    SystemManager other(hostWith(ignoringCase), notifications);
     other.beginAdminBatch();
     EXPECT_TRUE(
         QCoro::waitFor(other.disableLaunchItems({kLabel, kLabel.toUpper().replace(u"PLIST"_s, u"plist"_s)}, {})));
@@ -282,9 +280,7 @@ TEST_F(LaunchItems, aHostileNameIsQuotedForTheShellOfRoot) {
 TEST_F(LaunchItems, aLinkInThePlaceOfABackupFolderStopsTheMove) {
     for (const QString& link : {kBackup, kDaemonsBackup.chopped(1), kUsersBackup.chopped(1)}) {
         MemoryFileManager fresh;
-        SystemManager manager(
-            Host{commands, scripts, fresh, defaults, machine, propertyLists, bundles, permissions, cloud, clock},
-            notifications);
+        SystemManager manager(hostWith(fresh), notifications);
         fresh.addFolders(u"/tmp/elsewhere"_s);
         fresh.addLink(link, u"/tmp/elsewhere"_s);
         fresh.addFile(kUsersAgents + kLabel, "mine");
@@ -345,9 +341,7 @@ TEST_F(LaunchItems, aMoveThatFailsStopsNoOther) {
 TEST_F(LaunchItems, aFailureAtAnyChangeIsReportedAndLosesNoPlist) {
     for (int number = 1; number <= 3; ++number) {
         MemoryFileManager full;
-        SystemManager manager(
-            Host{commands, scripts, full, defaults, machine, propertyLists, bundles, permissions, cloud, clock},
-            notifications);
+        SystemManager manager(hostWith(full), notifications);
         full.addFile(kUsersAgents + kLabel, "box");
         full.failAtChange(number);
         const bool succeeded = QCoro::waitFor(manager.disableLaunchItems(QStringList(kLabel), {}));
