@@ -83,8 +83,8 @@ protected:
     /// The copies that could come back another time.
     QStringList keptNames() const {
         QStringList names;
-        for (const QString& folder : {u"/_Library_LaunchAgents"_s, u"/_Library_LaunchDaemons"_s}) {
-            names += exists(kKeep + folder) ? volume(Actor::Root).list(kKeep + folder) : QStringList();
+        for (const QString& keep : {u"/_Library_LaunchAgents"_s, u"/_Library_LaunchDaemons"_s}) {
+            names += exists(kKeep + keep) ? volume(Actor::Root).list(kKeep + keep) : QStringList();
         }
         names.removeIf([](const QString& name) { return !name.endsWith(u".plist"_s); });
         return names;
@@ -204,16 +204,16 @@ TEST_F(KeptLaunchItemsOnSimulatedMac, aPlistThatItsInstallerHasBroughtBackStaysA
 
 TEST_F(KeptLaunchItemsOnSimulatedMac, whatIsPlantedInTheBackupNeverReachesTheSystem) {
     ASSERT_TRUE(switchAllOff());
-    const QString folder = kBackup + u"/_Library_LaunchDaemons/"_s;
-    plant(folder + u"com.evil.plist"_s);
-    plant(folder + u"com.daemon.plist"_s);
+    const QString daemons = kBackup + u"/_Library_LaunchDaemons/"_s;
+    plant(daemons + u"com.evil.plist"_s);
+    plant(daemons + u"com.daemon.plist"_s);
     plant(kBackup + u"/_Library_LaunchAgents/com.evil.plist"_s);
     EXPECT_TRUE(reinstate());
     EXPECT_TRUE(logs(u"  [INFO] Not restored: com.evil.plist"_s));
     expectAllBack();
     EXPECT_EQ(volume().list(u"/Library/LaunchDaemons"_s).filter(u"evil"_s), QStringList());
     EXPECT_EQ(volume().list(u"/Library/LaunchAgents"_s).filter(u"evil"_s), QStringList());
-    EXPECT_EQ(volume(Actor::Root).owner(folder + u"com.evil.plist"_s), Actor::User);
+    EXPECT_EQ(volume(Actor::Root).owner(daemons + u"com.evil.plist"_s), Actor::User);
     EXPECT_FALSE(isLoaded(u"com.evil"_s) || isLoaded(u"com.evil"_s, kSystemDomain));
 }
 

@@ -83,7 +83,9 @@ protected:
         files.setOwner(path, 0);
     }
 
+    /// Each batch shows its own prompt.
     void begin() {
+        system.clearAdminAuthorization();
         system.beginAdminBatch();
         system.queueKeptLaunchItems();
     }
@@ -272,7 +274,7 @@ TEST_F(KeptLaunchItems, theLabelOfACopyThatTheUserCanChangeIsNotBelieved) {
 
 TEST_F(KeptLaunchItems, aHostileNameAndLabelAreQuotedForTheShellOfRoot) {
     const QString name = u"-a'; rm -rf \"$HOME\" %1 .plist"_s;
-    keep(kKeptDaemons + name, "box", u"x'; touch /tmp/p; '%2"_s);
+    keep(kKeptDaemons + name, "box", u"x'; touch p; '%2"_s);
     begin();
     QCoro::waitFor(system.finishAdminBatch(u"Please."_s));
     const QString place = uR"('/Library/LaunchDaemons/-a'\''; rm -rf "$HOME" %1 .plist')"_s;
@@ -282,8 +284,8 @@ TEST_F(KeptLaunchItems, aHostileNameAndLabelAreQuotedForTheShellOfRoot) {
               u"  [ACTION] Queued restore for system launch item: "_s + name + u'\n' +
                   asRoot(u"([ -e "_s + place + u" ] || [ -L "_s + place + u" ] || (cp -p "_s + kept + u"' "_s + kept +
                          u".new' && mv "_s + kept + u".new' "_s + place +
-                         uR"()) 2>/dev/null && (launchctl enable 'system/x'\''; touch /tmp/p; '\''%2' ; )"
-                         R"(launchctl enable 'gui/501/x'\''; touch /tmp/p; '\''%2' ; launchctl bootstrap system )"_s +
+                         uR"()) 2>/dev/null && (launchctl enable 'system/x'\''; touch p; '\''%2' ; )"
+                         R"(launchctl enable 'gui/501/x'\''; touch p; '\''%2' ; launchctl bootstrap system )"_s +
                          place + u" ; rm -f "_s + kept + u"') 2>/dev/null || true"_s));
 }
 
