@@ -238,6 +238,7 @@ TEST_F(KeptLaunchItems, onlyWhatRootHasKeptCanComeBackAgain) {
     keep(kKeptDaemons + u"a\nb.plist"_s, "odd");
     keep(kKeptDaemons + u"folder.plist/x"_s, "in a folder");
     addRootsFolder(files, kKeptDaemons + u"folder.plist"_s);
+    files.addLink(kKeptDaemons + u"link.plist"_s, kKeptDaemons + u"com.box.plist.new"_s);
     reinstate();
     EXPECT_EQ(trace, QStringList());
 }
