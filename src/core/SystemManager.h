@@ -33,6 +33,7 @@ class LoginItemRemoval;
 class NotificationCenter;
 class SnapshotManager;
 struct BackgroundDisableTarget;
+struct KeptLaunchPlist;
 struct LaunchFolder;
 struct MaintenanceOutcome;
 struct MaintenanceSelection;
@@ -217,8 +218,13 @@ public:
     /// @param labels       file names, with ".plist"
     /// @param excludedIds  agents that stay all the same, by id or file name
     QCoro::Task<bool> disableLaunchItems(QStringList labels, QSet<QString> excludedIds);
-    /// Moves back what was put aside and can be moved back as the user.
+    /// Moves back what was put aside and can be moved back as the user; what the open batch brings back isn't touched.
     QCoro::Task<void> restoreLaunchItems();
+    /// Adds to the open batch what brings back the system's plists, from the copies that root has kept.
+    void queueKeptLaunchItems();
+    /// Called when that batch is finished: loads what is back and removes its backup, and tells of what isn't back.
+    /// @param isFlushed  false when the batch was cancelled or failed
+    QCoro::Task<void> settleKeptLaunchItems(bool isFlushed);
 
     // ---- Startup: applications
 
@@ -402,6 +408,17 @@ private:
     bool isMoveQueued(const QString& path) const;
     QCoro::Task<bool> disableUsersLaunchPlist(QString label, LaunchFolder folder);
     QCoro::Task<bool> disableSystemLaunchPlists(QList<SystemLaunchPlist> plists);
+    QString unusableBackupFolder(const LaunchFolder& folder) const;
+    QStringList plistsPutAside(const LaunchFolder& folder) const;
+    QCoro::Task<void> enableUsersJob(QString plist);
+    QCoro::Task<void> loadLaunchPlist(QString plist);
+    void logUnusableFolder(const QString& folder);
+
+    // startup/SystemManager+KeptLaunchItems.cpp
+    bool isRootsAlone(const QString& keepFolder) const;
+    KeptLaunchPlist keptLaunchPlist(const LaunchFolder& folder, const QString& name) const;
+    bool holdTheSame(const QString& path, const QString& otherPath) const;
+    void removeBackup(const QString& backup);
 
     // startup/SystemManager+StartupApps.cpp
     struct ManagedAppRemoval;
@@ -499,6 +516,7 @@ private:
     QMultiHash<QString, QString>
         m_queuedMoves;                      ///< launch plists and bundled resources that the open batch moves, by their
                                             ///< folded paths: a second move would delete the only copy
+    QStringList m_plistsBroughtBack;        ///< places to which the open batch brings launch plists back
     QSet<QString> m_queuedBackgroundLabels; ///< labels that the open batch switches off
     QHash<QString, QStringList> m_dispositionsBeforeBatch; ///< of these labels, put back when the batch fails
     bool m_adminAuthorizationFlag = false; ///< true when the last administrator script of this process succeeded
