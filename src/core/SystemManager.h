@@ -368,6 +368,7 @@ private:
 
     // snapshots/SystemManager+Snapshots.cpp
     QCoro::Task<SystemSnapshot> readSystemSnapshot(std::optional<QString> label);
+    std::optional<QString> saveSnapshot(const SystemSnapshot& snapshot);
     QCoro::Task<void> archiveAsMaster(SystemSnapshot snapshot);
     SnapshotManager snapshotManager() const;
 

@@ -66,6 +66,7 @@ public:
         return QtFuture::makeReadyFuture(outcome);
     }
     void shutDown() override {}
+    bool isShutDown() const override { return false; }
 
 private:
     InProcessTools& m_tools;

@@ -53,6 +53,7 @@ TEST(MasterSystemBaseline, takesTheSnapshotsLabelWhenItIsGivenNone) {
     bare.label.reset();
     const MasterSystemBaseline baseline = masterBaselineOf(bare, u"Studio"_s, {});
     EXPECT_EQ(baseline.label, std::nullopt);
+    EXPECT_EQ(decodeMasterBaseline(encodeMasterBaseline(baseline)).label, std::nullopt);
     EXPECT_FALSE(parseJson(encodeMasterBaseline(baseline)).contains("label"));
 }
 

@@ -163,6 +163,17 @@ TEST_F(SnapshotFlow, keepsTheOldSnapshotWhenTheNewOneCannotBeSaved) {
     EXPECT_FALSE(files.exists(u"/Users/alex/.quorvane"_s));
 }
 
+TEST_F(SnapshotFlow, keepsTheOldSnapshotWhenTheProgramQuitsMeanwhile) {
+    answerEverything();
+    capture(u"old"_s);
+    commands.shutDown();
+    failEverything(); // as every tool does that is ended
+    EXPECT_FALSE(capture(u"new"_s, Archive::Yes));
+    EXPECT_EQ(system.logMessages().last(), u"  [ERROR] Failed to save snapshot: The program is quitting."_s);
+    EXPECT_EQ(stored()->label, u"old"_s);
+    EXPECT_FALSE(files.exists(u"/Users/alex/.quorvane"_s));
+}
+
 TEST_F(SnapshotFlow, failsWhereTheClockIsBeyondAllFiles) {
     clock.time = QDateTime(QDate(12026, 1, 1), QTime(0, 0), Qt::UTC);
     EXPECT_FALSE(capture());
