@@ -28,13 +28,19 @@ class Task;
 
 namespace quorvane {
 
-class NotificationCenter;
+class FolderEntries;
 class LoginItemRemoval;
+class NotificationCenter;
 class SnapshotManager;
 struct BackgroundDisableTarget;
 struct LaunchFolder;
+struct MaintenanceOutcome;
+struct MaintenanceSelection;
 struct NamedLoginItems;
+struct NetworkOperations;
+struct NetworkOutcome;
 struct NetworkServiceState;
+enum class NetworkSwitch;
 struct PowerSettings;
 struct ProfileApplyPreview;
 struct RestoreBaseline;
@@ -93,7 +99,7 @@ public:
     /// Runs one shell line as root behind a single authorization prompt, off the main thread.
     /// @param prompt  shown to the user; replaced by a neutral text once the last run of this process has succeeded,
     ///                because the system may then hold the authorization. One that holds a double quote fails the run
-    ///                before the script engine sees it.
+    ///                before the script engine sees it, and so does a line of more than 200,000 bytes.
     /// @return status 0 and the script's text; or 1 with the system's message: a cancel is a failure like any other
     QCoro::Task<CommandResult> executeAdminScript(QString script, QString prompt);
 
@@ -275,6 +281,25 @@ public:
     /// Each service with its state, in the order of the tool.
     QCoro::Task<QList<NetworkServiceState>> readNetworkServices();
     QCoro::Task<bool> disableAllNetworkConnections();
+    /// What the user chose, under one prompt. Where no service is found, that operation alone has failed.
+    QCoro::Task<NetworkOutcome> runNetworkOperations(NetworkOperations operations);
+    /// The same by itself: with its own busy state.
+    QCoro::Task<NetworkOutcome> executeNetworkOperations(NetworkOperations operations);
+
+    // ---- Maintenance
+
+    /// Removes what is in a folder, but for what audio software depends on, and tells of it in the log alone.
+    /// @param label  what the log calls it: "User Caches"
+    QCoro::Task<void> clearCacheDirectory(QString path, QString label);
+    /// Removes the same from the folders of the system, under one prompt. With nothing to remove no prompt appears.
+    /// @return false when the administrator run was refused or failed
+    QCoro::Task<bool> clearSystemCaches();
+    /// Tells of it in the log alone, whatever became of it.
+    QCoro::Task<void> emptyTrash();
+    /// Removes everything that is in the user's Downloads folder.
+    QCoro::Task<void> purgeDownloads();
+    /// What the user chose, one after the other: a step that fails doesn't keep the next from running.
+    QCoro::Task<MaintenanceOutcome> runMaintenance(MaintenanceSelection selection);
 
     // ---- Reading the live system
 
@@ -438,6 +463,14 @@ private:
     QString quarantineDestination(const BackgroundDisableTarget& target) const;
     QList<BackgroundDisableTarget> withoutSharedPlaces(const QList<BackgroundDisableTarget>& targets);
     void removeHelper(const QString& source);
+
+    // services/SystemManager+Network.cpp
+    QCoro::Task<QStringList> networkSwitchCommands(NetworkSwitch position);
+
+    // services/SystemManager+Maintenance.cpp
+    QCoro::Task<QStringList> systemCacheCommands();
+    bool takeSystemCacheEntry(FolderEntries& entries, const QString& folder, QStringList& commands);
+    void logSkippedCacheItem(const QString& name);
 
     // verification/SystemManager+Verification.cpp
     QCoro::Task<bool> isAppRestorationOff();
