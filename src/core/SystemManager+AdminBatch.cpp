@@ -17,6 +17,10 @@ namespace {
 /// Shown while the system may still hold the authorization of an earlier run.
 const QString kNeutralPrompt = u"Quorvane is applying system changes."_s;
 
+/// The longest shell line that is handed over, in bytes of UTF-8. The line becomes one argument of a shell, and the system
+/// gives arguments and environment 1 MiB together; what lies beyond would fail after the user has given his password.
+constexpr qsizetype kLongestAdminLine = 200'000;
+
 } // namespace
 
 QCoro::Task<CommandResult> SystemManager::executeAdminScript(QString script, QString prompt) {
@@ -25,6 +29,11 @@ QCoro::Task<CommandResult> SystemManager::executeAdminScript(QString script, QSt
         // A profile's name can come from somebody else's file: a quote in it would end the prompt's literal,
         // and what follows would be script.
         co_return CommandResult{1, {}, u"The authorization prompt can't contain a double quote: "_s + shownPrompt};
+    }
+    const qsizetype length = script.toUtf8().size();
+    if (length > kLongestAdminLine) {
+        const QString problem = u"The administrator command line is too long: %1 bytes of at most %2"_s;
+        co_return CommandResult{1, {}, problem.arg(length).arg(kLongestAdminLine)};
     }
     const ScriptOutcome outcome = co_await m_host.scripts.run(adminScriptSource(script, shownPrompt));
     m_adminAuthorizationFlag = outcome.result.has_value();

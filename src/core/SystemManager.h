@@ -28,13 +28,20 @@ class Task;
 
 namespace quorvane {
 
-class NotificationCenter;
+class FolderEntries;
 class LoginItemRemoval;
+class NotificationCenter;
 class SnapshotManager;
 struct BackgroundDisableTarget;
+struct KeptLaunchPlist;
 struct LaunchFolder;
+struct MaintenanceOutcome;
+struct MaintenanceSelection;
 struct NamedLoginItems;
+struct NetworkOperations;
+struct NetworkOutcome;
 struct NetworkServiceState;
+enum class NetworkSwitch;
 struct PowerSettings;
 struct ProfileApplyPreview;
 struct RestoreBaseline;
@@ -93,7 +100,7 @@ public:
     /// Runs one shell line as root behind a single authorization prompt, off the main thread.
     /// @param prompt  shown to the user; replaced by a neutral text once the last run of this process has succeeded,
     ///                because the system may then hold the authorization. One that holds a double quote fails the run
-    ///                before the script engine sees it.
+    ///                before the script engine sees it, and so does a line of more than 200,000 bytes.
     /// @return status 0 and the script's text; or 1 with the system's message: a cancel is a failure like any other
     QCoro::Task<CommandResult> executeAdminScript(QString script, QString prompt);
 
@@ -211,8 +218,13 @@ public:
     /// @param labels       file names, with ".plist"
     /// @param excludedIds  agents that stay all the same, by id or file name
     QCoro::Task<bool> disableLaunchItems(QStringList labels, QSet<QString> excludedIds);
-    /// Moves back what was put aside and can be moved back as the user.
+    /// Moves back what was put aside and can be moved back as the user; what the open batch brings back isn't touched.
     QCoro::Task<void> restoreLaunchItems();
+    /// Adds to the open batch what brings back the system's plists, from the copies that root has kept.
+    void queueKeptLaunchItems();
+    /// Called when that batch is finished: loads what is back and removes its backup, and tells of what isn't back.
+    /// @param isFlushed  false when the batch was cancelled or failed
+    QCoro::Task<void> settleKeptLaunchItems(bool isFlushed);
 
     // ---- Startup: applications
 
@@ -275,6 +287,25 @@ public:
     /// Each service with its state, in the order of the tool.
     QCoro::Task<QList<NetworkServiceState>> readNetworkServices();
     QCoro::Task<bool> disableAllNetworkConnections();
+    /// What the user chose, under one prompt. Where no service is found, that operation alone has failed.
+    QCoro::Task<NetworkOutcome> runNetworkOperations(NetworkOperations operations);
+    /// The same by itself: with its own busy state.
+    QCoro::Task<NetworkOutcome> executeNetworkOperations(NetworkOperations operations);
+
+    // ---- Maintenance
+
+    /// Removes what is in a folder, but for what audio software depends on, and tells of it in the log alone.
+    /// @param label  what the log calls it: "User Caches"
+    QCoro::Task<void> clearCacheDirectory(QString path, QString label);
+    /// Removes the same from the folders of the system, under one prompt. With nothing to remove no prompt appears.
+    /// @return false when the administrator run was refused or failed
+    QCoro::Task<bool> clearSystemCaches();
+    /// Tells of it in the log alone, whatever became of it.
+    QCoro::Task<void> emptyTrash();
+    /// Removes everything that is in the user's Downloads folder.
+    QCoro::Task<void> purgeDownloads();
+    /// What the user chose, one after the other: a step that fails doesn't keep the next from running.
+    QCoro::Task<MaintenanceOutcome> runMaintenance(MaintenanceSelection selection);
 
     // ---- Reading the live system
 
@@ -377,6 +408,17 @@ private:
     bool isMoveQueued(const QString& path) const;
     QCoro::Task<bool> disableUsersLaunchPlist(QString label, LaunchFolder folder);
     QCoro::Task<bool> disableSystemLaunchPlists(QList<SystemLaunchPlist> plists);
+    QString unusableBackupFolder(const LaunchFolder& folder) const;
+    QStringList plistsPutAside(const LaunchFolder& folder) const;
+    QCoro::Task<void> enableUsersJob(QString plist);
+    QCoro::Task<void> loadLaunchPlist(QString plist);
+    void logUnusableFolder(const QString& folder);
+
+    // startup/SystemManager+KeptLaunchItems.cpp
+    bool isRootsAlone(const QString& keepFolder) const;
+    KeptLaunchPlist keptLaunchPlist(const LaunchFolder& folder, const QString& name) const;
+    bool holdTheSame(const QString& path, const QString& otherPath) const;
+    void removeBackup(const QString& backup);
 
     // startup/SystemManager+StartupApps.cpp
     struct ManagedAppRemoval;
@@ -439,6 +481,14 @@ private:
     QList<BackgroundDisableTarget> withoutSharedPlaces(const QList<BackgroundDisableTarget>& targets);
     void removeHelper(const QString& source);
 
+    // services/SystemManager+Network.cpp
+    QCoro::Task<QStringList> networkSwitchCommands(NetworkSwitch position);
+
+    // services/SystemManager+Maintenance.cpp
+    QCoro::Task<QStringList> systemCacheCommands();
+    bool takeSystemCacheEntry(FolderEntries& entries, const QString& folder, QStringList& commands);
+    void logSkippedCacheItem(const QString& name);
+
     // verification/SystemManager+Verification.cpp
     QCoro::Task<bool> isAppRestorationOff();
     QCoro::Task<ApplyVerificationResult> verifyCleanReboot(CleanReboot cleanReboot);
@@ -466,6 +516,7 @@ private:
     QMultiHash<QString, QString>
         m_queuedMoves;                      ///< launch plists and bundled resources that the open batch moves, by their
                                             ///< folded paths: a second move would delete the only copy
+    QStringList m_plistsBroughtBack;        ///< places to which the open batch brings launch plists back
     QSet<QString> m_queuedBackgroundLabels; ///< labels that the open batch switches off
     QHash<QString, QStringList> m_dispositionsBeforeBatch; ///< of these labels, put back when the batch fails
     bool m_adminAuthorizationFlag = false; ///< true when the last administrator script of this process succeeded

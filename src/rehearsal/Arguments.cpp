@@ -1,5 +1,6 @@
 #include "rehearsal/Arguments.h"
 
+#include <algorithm>
 #include <array>
 
 namespace quorvane {
@@ -15,15 +16,17 @@ struct Command {
     Operand operand;
 };
 
-constexpr std::array<Command, 9> kCommands{{{u"new", Operand::Optional},
-                                            {u"shell", Operand::Required},
-                                            {u"preview", Operand::Required},
-                                            {u"apply", Operand::Required},
-                                            {u"tweaks", Operand::Required},
-                                            {u"startup", Operand::Required},
-                                            {u"discover", Operand::None},
-                                            {u"default", Operand::None},
-                                            {u"verify", Operand::Required}}};
+constexpr std::array<Command, 11> kCommands{{{u"new", Operand::Optional},
+                                             {u"shell", Operand::Required},
+                                             {u"preview", Operand::Required},
+                                             {u"apply", Operand::Required},
+                                             {u"tweaks", Operand::Required},
+                                             {u"startup", Operand::Required},
+                                             {u"discover", Operand::None},
+                                             {u"default", Operand::None},
+                                             {u"verify", Operand::Required},
+                                             {u"maintenance", Operand::None},
+                                             {u"network", Operand::None}}};
 
 const Command& commandNamed(const QString& name) {
     for (const Command& command : kCommands) {
@@ -49,10 +52,34 @@ macsim::Authorization authorizationFrom(const QString& text) {
     return *authorization;
 }
 
+/// What an option of the command's own switches on; null when the command has no such option.
+bool* switchOf(Arguments& arguments, const QString& option) {
+    struct Switch {
+        QStringView command;
+        QStringView option;
+        bool* value;
+    };
+    const std::array<Switch, 8> switches{{{u"shell", u"--root", &arguments.asRoot},
+                                          {u"maintenance", u"--caches", &arguments.maintenance.clearCache},
+                                          {u"maintenance", u"--trash", &arguments.maintenance.cleanTrash},
+                                          {u"maintenance", u"--downloads", &arguments.maintenance.purgeDownloads},
+                                          {u"network", u"--flush", &arguments.network.flushDNS},
+                                          {u"network", u"--reset", &arguments.network.resetConfig},
+                                          {u"network", u"--disable", &arguments.network.disableAll},
+                                          {u"network", u"--enable", &arguments.network.enableAll}}};
+    const auto found = std::find_if(switches.begin(), switches.end(), [&](const Switch& each) {
+        return each.command == arguments.command && each.option == option;
+    });
+    return found == switches.end() ? nullptr : found->value;
+}
+
+/// Before the command there are the program's options, behind it these and the command's own.
 void takeOptions(QStringList& list, Arguments& arguments) {
     while (!list.isEmpty() && list.first().startsWith(u"--"_s)) {
         const QString option = list.takeFirst();
-        if (option == u"--mac"_s) {
+        if (bool* const value = switchOf(arguments, option)) {
+            *value = true;
+        } else if (option == u"--mac"_s) {
             arguments.macFolder = takeValue(list, option);
         } else if (option == u"--authorize"_s) {
             arguments.authorization = authorizationFrom(takeValue(list, option));
@@ -79,10 +106,7 @@ Arguments parsedArguments(const QStringList& list) {
     }
     arguments.command = rest.takeFirst();
     const Command& command = commandNamed(arguments.command);
-    if (arguments.command == u"shell"_s && !rest.isEmpty() && rest.first() == u"--root"_s) {
-        arguments.asRoot = true;
-        rest.removeFirst();
-    }
+    takeOptions(rest, arguments);
     if (command.operand != Operand::None && !rest.isEmpty()) {
         arguments.operand = rest.takeFirst();
     } else if (command.operand == Operand::Required) {
@@ -119,7 +143,13 @@ Commands
   startup PROFILE.json            applies what the profile says of startup, and verifies it
   verify PROFILE.json             reads the system back without applying anything
   default                         back to the standard macOS settings
+  maintenance [--caches] [--trash] [--downloads]
+                                  clears the caches, empties the Trash, purges the Downloads folder
+  network [--flush] [--reset] [--disable] [--enable]
+                                  flushes the caches of names and addresses, resets the name servers, switches all
+                                  network services off or on
 
+Options may stand behind the command, too.
 Exit status: 0 done, and verified where the command verifies; 1 not; 2 unusable arguments or files.
 )"_s;
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "services/MaintenanceSelection.h"
+#include "services/NetworkOperations.h"
 #include "simulator/Authorizer.h"
 
 #include <QString>
@@ -32,6 +34,8 @@ struct Arguments {
     QString command;     ///< "new", "shell", "apply", …
     QString operand;     ///< the file or the line that the command is about; may be empty where it is optional
     bool asRoot = false; ///< of `shell`
+    MaintenanceSelection maintenance;
+    NetworkOperations network;
 };
 
 /// @param list  without the program's name. Throws UnusableInput.

@@ -5,6 +5,8 @@
 #include "profiles/ProfileNames.h"
 #include "rehearsal/ProfileFile.h"
 #include "rehearsal/Report.h"
+#include "services/MaintenanceSelection.h"
+#include "services/NetworkOperations.h"
 #include "startup/StartupVerification.h"
 
 #include <cstdio>
@@ -125,6 +127,27 @@ QCoro::Task<RehearsalOutcome> Rehearsal::restoreDefault() {
     outcome.succeeded = co_await m_system.undoPerformanceTweaks();
     m_system.endBusy();
     co_return outcome;
+}
+
+QCoro::Task<RehearsalOutcome> Rehearsal::maintain(MaintenanceSelection selection) {
+    const MaintenanceOutcome result = co_await m_system.runMaintenance(selection);
+    RehearsalOutcome outcome;
+    outcome.succeeded = result.succeeded;
+    tell(outcome, {result.alertTitle(), result.alertText()});
+    co_return outcome;
+}
+
+QCoro::Task<RehearsalOutcome> Rehearsal::operateNetwork(NetworkOperations operations) {
+    const NetworkOutcome result = co_await m_system.executeNetworkOperations(operations);
+    RehearsalOutcome outcome;
+    outcome.succeeded = result.isComplete();
+    tell(outcome, {result.alertTitle(), result.alertText()});
+    co_return outcome;
+}
+
+void Rehearsal::tell(RehearsalOutcome& outcome, const ClosingAlert& alert) {
+    outcome.alert = alert;
+    print(alertLines(alert));
 }
 
 } // namespace quorvane

@@ -15,12 +15,19 @@
 
 namespace quorvane {
 
+/// What the window says at the end of a command.
+struct ClosingAlert {
+    QString title;
+    QString text; ///< paragraphs, which an empty line divides
+};
+
 /// What a command came to.
 struct RehearsalOutcome {
     bool succeeded = false;
     std::optional<ApplyVerificationResult> verification; ///< where the command verifies
     std::optional<ProfileApplyPreview> preview;          ///< where the command shows one
     std::optional<QList<StartupItem>> startupItems;      ///< where the command looks for them
+    std::optional<ClosingAlert> alert;                   ///< where the command ends with one
 
     bool isDone() const { return succeeded && (!verification || verification->failed.isEmpty()); }
 };
@@ -43,6 +50,8 @@ public:
     QCoro::Task<RehearsalOutcome> verifyProfileFile(QString hostPath);
     QCoro::Task<RehearsalOutcome> restoreDefault();
     QCoro::Task<RehearsalOutcome> discover();
+    QCoro::Task<RehearsalOutcome> maintain(MaintenanceSelection selection);
+    QCoro::Task<RehearsalOutcome> operateNetwork(NetworkOperations operations);
 
     /// Ends whatever runs, so that the flow comes to its end.
     void quit() { m_host.shutDown(); }
@@ -53,6 +62,7 @@ Q_SIGNALS:
 
 private:
     void print(const QStringList& lines);
+    void tell(RehearsalOutcome& outcome, const ClosingAlert& alert);
     std::optional<UnifiedProfile> storedProfile(const UnifiedProfile& profile, const QString& hostPath);
 
     AuthorizationPolicy m_authorization;

@@ -66,6 +66,14 @@ QStringList startupItemLines(const QList<StartupItem>& items) {
     return lines;
 }
 
+QStringList alertLines(const ClosingAlert& alert) {
+    QStringList lines{u'\n' + alert.title};
+    for (const QString& paragraph : alert.text.split(u"\n\n"_s, Qt::SkipEmptyParts)) {
+        lines.append(u"  "_s + paragraph);
+    }
+    return lines;
+}
+
 QByteArray jsonReport(const QString& command, const QStringList& log, const RehearsalOutcome& outcome) {
     Json report;
     report["command"] = encodeJson(command);
@@ -81,6 +89,9 @@ QByteArray jsonReport(const QString& command, const QStringList& log, const Rehe
     }
     if (outcome.startupItems) {
         report["startupItems"] = startupItemsJson(*outcome.startupItems);
+    }
+    if (outcome.alert) {
+        report["alert"] = {{"title", encodeJson(outcome.alert->title)}, {"text", encodeJson(outcome.alert->text)}};
     }
     return jsonText(report) + '\n';
 }

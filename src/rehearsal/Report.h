@@ -12,12 +12,14 @@ namespace quorvane {
 
 QStringList previewLines(const ProfileApplyPreview& preview);
 QStringList startupItemLines(const QList<StartupItem>& items);
+QStringList alertLines(const ClosingAlert& alert);
 
 /// One JSON object with a newline: the command, its log, what it came to, and the result record.
 ///
 ///     {"command": "apply", "log": ["\n[PROFILE] Applying: Live", …], "succeeded": true,
 ///      "verification": {"verified": [{"name": "App Nap", "detail": "disabled"}, …], "failed": []},
-///      "preview": {"profileName": "Live", "sections": [{"title": "Will enable", "rows": ["…"]}]}, "startupItems": […]}
+///      "preview": {"profileName": "Live", "sections": [{"title": "Will enable", "rows": ["…"]}]}, "startupItems": […],
+///      "alert": {"title": "Success", "text": "Trash emptied."}}
 QByteArray jsonReport(const QString& command, const QStringList& log, const RehearsalOutcome& outcome);
 
 } // namespace quorvane

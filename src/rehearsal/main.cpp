@@ -114,6 +114,12 @@ QCoro::Task<RehearsalOutcome> runFlow(Rehearsal& rehearsal, Arguments arguments)
     if (arguments.command == u"discover"_s) {
         co_return co_await rehearsal.discover();
     }
+    if (arguments.command == u"maintenance"_s) {
+        co_return co_await rehearsal.maintain(arguments.maintenance);
+    }
+    if (arguments.command == u"network"_s) {
+        co_return co_await rehearsal.operateNetwork(arguments.network);
+    }
     co_return co_await rehearsal.restoreDefault();
 }
 

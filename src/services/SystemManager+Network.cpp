@@ -38,19 +38,28 @@ QCoro::Task<QList<NetworkServiceState>> SystemManager::readNetworkServices() {
     co_return services;
 }
 
-QCoro::Task<bool> SystemManager::disableAllNetworkConnections() {
-    log(u"\nDisabling all network connections..."_s);
+/// The lines that switch every service; none, with a line in the log, when no service is found.
+QCoro::Task<QStringList> SystemManager::networkSwitchCommands(NetworkSwitch position) {
     const QStringList names = co_await listNetworkServices();
+    QStringList commands;
     if (names.isEmpty()) {
         log(u"  [INFO] No network services found."_s);
-        co_return false;
+        co_return commands;
     }
     log(u"  [ACTION] Found %1 services: "_s.arg(names.size()) + names.join(u", "_s));
-    log(u"  [ACTION] Requesting Administrator privileges to disable interfaces..."_s);
-    QStringList commands;
     for (const QString& name : names) {
-        commands.append(networkServiceCommand(name, NetworkSwitch::Off));
+        commands.append(networkServiceCommand(name, position));
     }
+    co_return commands;
+}
+
+QCoro::Task<bool> SystemManager::disableAllNetworkConnections() {
+    log(u"\nDisabling all network connections..."_s);
+    const QStringList commands = co_await networkSwitchCommands(NetworkSwitch::Off);
+    if (commands.isEmpty()) {
+        co_return false;
+    }
+    log(u"  [ACTION] Requesting Administrator privileges to disable interfaces..."_s);
     const CommandResult result = co_await runAdminCommand(joinedAdminCommands(commands), kSystemChangesPrompt);
     if (result.status != 0) {
         log(u"  [ERROR] Failed to disable network: "_s + result.standardError);

@@ -154,12 +154,14 @@ QCoro::Task<RestoreOutcome> SystemManager::reinstateSystem() {
 /// The tweaks and everything that a startup configuration changed, in the batch that is open.
 QCoro::Task<bool> SystemManager::reinstateFromSnapshot(SystemSnapshot snapshot) {
     log(u"\nReinstating from saved system snapshot%1..."_s.arg(suffixOf(snapshot)));
+    queueKeptLaunchItems();
     const bool isRestored = co_await restoreFromSnapshot(snapshot);
     co_await restoreLoginItems(snapshot);
     const bool hasNetwork = co_await restoreNetworkServices(snapshot);
     co_await restoreLaunchItems();
     const bool isFinished =
         co_await finishAdminBatch(u"Quorvane needs your administrator password to restore your system."_s);
+    co_await settleKeptLaunchItems(isFinished);
     co_return isRestored ? hasNetwork&& isFinished : false;
 }
 

@@ -2,6 +2,7 @@
 
 #include <QList>
 #include <QString>
+#include <QtGlobal>
 
 namespace quorvane {
 
@@ -10,7 +11,8 @@ namespace quorvane {
 /// A folder of launch plists.
 struct LaunchFolder {
     QString path;
-    QString backupFolder; ///< where its plists wait while they are switched off
+    QString backupFolder; ///< in the user's home, where its plists wait while they are switched off
+    QString keepFolder;   ///< where root keeps copies of them for the way back; empty for the user's own folder
     bool isUsers = false; ///< lies in the user's home: its plists can be moved without root
     bool isDaemons = false;
 };
@@ -27,5 +29,25 @@ bool isLaunchPlistName(const QString& label);
 
 /// The shell line that switches a plist off as root: out of launchd, then into the backup folder.
 QString disableLaunchPlistCommand(const QString& plist, const LaunchFolder& folder);
+
+/// The shell line by which root keeps a copy of a plist. It goes before the one that switches the plist off: whatever
+/// runs as the user can replace what lies in his backup folder, so root takes nothing out of there again.
+QString keepLaunchPlistCommand(const QString& plist, const LaunchFolder& folder);
+
+/// A plist of which root keeps a copy.
+struct KeptLaunchPlist {
+    QString fileName;
+    LaunchFolder folder;
+    QString label;           ///< of its job; empty where launchctl can't be told
+    bool isReplaced = false; ///< another plist has come to its place since
+
+    QString path() const { return folder.path + u'/' + fileName; }
+    QString keptPath() const { return folder.keepFolder + u'/' + fileName; }
+};
+
+/// The shell line that brings a plist back as root and never fails: to its place, out of the overrides of the system and the
+/// user, and a daemon into launchd. The copy goes last, so that a run that ends half-way can be taken up again.
+/// A plist that has come to its place since stays; the copy then gets a name by which it isn't found again.
+QString reinstateLaunchPlistCommand(const KeptLaunchPlist& plist, quint32 userId);
 
 } // namespace quorvane

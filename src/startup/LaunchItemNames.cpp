@@ -2,6 +2,7 @@
 
 #include "platform/Bundles.h"
 #include "platform/PropertyLists.h"
+#include "startup/BackgroundTaskItem.h"
 
 #include <QStringList>
 
@@ -109,6 +110,12 @@ QString launchItemDisplayName(const QString& plistPath, const QString& fileName,
         }
     }
     return humanizedLabel(fileName);
+}
+
+QString launchJobLabel(const QString& plistPath, const PropertyLists& propertyLists) {
+    const std::optional<QVariantMap> plist = propertyLists.dictionary(plistPath);
+    const QString label = plist ? textValue(*plist, u"Label"_s) : QString();
+    return isUsableBackgroundLabel(label) ? label : QString();
 }
 
 std::optional<QString> enclosingApplication(const QString& path) {

@@ -16,6 +16,10 @@ class PropertyLists;
 QString launchItemDisplayName(const QString& plistPath, const QString& fileName, const PropertyLists& propertyLists,
                               const Bundles& bundles);
 
+/// The label by which launchd knows the job of a plist. Empty where the plist tells none, or one that can't be named to
+/// launchctl: in "gui/501/a/b" the label isn't "a/b".
+QString launchJobLabel(const QString& plistPath, const PropertyLists& propertyLists);
+
 /// The application bundle that holds a path: the shortest one directly named under /Applications, else the outermost;
 /// none where no folder on the way up is an application.
 std::optional<QString> enclosingApplication(const QString& path);

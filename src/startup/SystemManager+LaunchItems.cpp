@@ -4,6 +4,7 @@
 #include "platform/FileManager.h"
 #include "platform/Machine.h"
 #include "startup/LaunchFolders.h"
+#include "startup/LaunchItemNames.h"
 #include "startup/StartupDiscovery.h"
 
 #include <QCoroTask>
@@ -76,6 +77,9 @@ QCoro::Task<bool> SystemManager::disableLaunchItems(QStringList labels, QSet<QSt
                 succeeded = false;
             } else if (folder.isUsers) {
                 succeeded = co_await disableUsersLaunchPlist(label, folder) && succeeded;
+            } else if (!isRootsAlone(folder.keepFolder)) {
+                logUnusableFolder(folder.keepFolder);
+                succeeded = false;
             } else {
                 systemPlists.append({label, folder});
                 rememberMove(systemPlists.last().path());
@@ -150,6 +154,7 @@ QCoro::Task<bool> SystemManager::disableSystemLaunchPlists(QList<SystemLaunchPli
     log(u"  [ACTION] Requesting Admin rights to disable %1 system launch item(s)..."_s.arg(plists.size()));
     QStringList commands;
     for (const SystemLaunchPlist& plist : plists) {
+        commands.append(keepLaunchPlistCommand(plist.path(), plist.folder));
         commands.append(disableLaunchPlistCommand(plist.path(), plist.folder));
     }
     const CommandResult result = co_await runAdminCommand(commands.join(u" && "_s), kSystemChangesPrompt);
@@ -186,7 +191,7 @@ bool SystemManager::requireRealFolders(const QStringList& folders) {
             log(u"  [WARNING] Could not create "_s + error.message()); // the next line tells of it
         }
         if (m_host.files.status(folder).kind != FileStatus::Kind::Folder) {
-            log(u"  [ERROR] Backup folder is not usable: "_s + folder);
+            logUnusableFolder(folder);
             return false;
         }
     }
@@ -195,11 +200,18 @@ bool SystemManager::requireRealFolders(const QStringList& folders) {
 
 QCoro::Task<void> SystemManager::restoreLaunchItems() {
     int count = 0;
+    QString reported;
     for (const LaunchFolder& folder : launchFolders()) {
-        for (const QString& name : namesIn(folder.backupFolder)) {
+        const QString unusable = unusableBackupFolder(folder);
+        if (!unusable.isEmpty() && unusable != reported) {
+            logUnusableFolder(unusable);
+            reported = unusable; // the outer folder is the same for all
+        }
+        for (const QString& name : plistsPutAside(folder)) {
             const QString restored = folder.path + u'/' + name;
-            if (m_host.files.status(restored).kind != FileStatus::Kind::Missing) {
-                continue; // what has come there since is newer
+            const bool isTaken = m_host.files.status(restored).kind != FileStatus::Kind::Missing;
+            if (isTaken || m_plistsBroughtBack.contains(restored)) {
+                continue; // what has come there since is newer; and root brings its own copy, not the user's
             }
             try {
                 m_host.files.move(folder.backupFolder + u'/' + name, restored);
@@ -207,14 +219,54 @@ QCoro::Task<void> SystemManager::restoreLaunchItems() {
                 log(u"  [WARNING] Could not restore "_s + error.message());
                 continue;
             }
-            const QStringList load{kLaunchctl, u"load"_s, restored};
-            co_await runCommand(load, OutputCapture::Discard);
+            if (folder.isUsers) {
+                co_await enableUsersJob(restored);
+            }
+            co_await loadLaunchPlist(restored);
             ++count;
         }
     }
     if (count > 0) {
         log(u"  [REVERTED] Restored %1 LaunchAgents/Daemons."_s.arg(count));
     }
+}
+
+/// "unload -w" has left an override behind, and "load" would fail on it.
+QCoro::Task<void> SystemManager::enableUsersJob(QString plist) {
+    const QString label = launchJobLabel(plist, m_host.propertyLists);
+    if (!label.isEmpty()) {
+        const QString job = u"gui/%1/"_s.arg(m_host.machine.userId()) + label;
+        const QStringList enable{kLaunchctl, u"enable"_s, job};
+        co_await runCommand(enable, OutputCapture::Discard);
+    }
+}
+
+QCoro::Task<void> SystemManager::loadLaunchPlist(QString plist) {
+    const QStringList load{kLaunchctl, u"load"_s, plist};
+    co_await runCommand(load, OutputCapture::Discard);
+}
+
+void SystemManager::logUnusableFolder(const QString& folder) {
+    log(u"  [ERROR] Backup folder is not usable: "_s + folder);
+}
+
+/// The first of the folders on the way to what was put aside that is no real folder; empty where there is none such. What
+/// lies where a link leads was never put aside.
+QString SystemManager::unusableBackupFolder(const LaunchFolder& folder) const {
+    for (const QString& path : {backupFolder(m_host.machine.homeFolder()), folder.backupFolder}) {
+        const FileStatus::Kind kind = m_host.files.status(path).kind;
+        if (kind != FileStatus::Kind::Folder && kind != FileStatus::Kind::Missing) {
+            return path;
+        }
+    }
+    return {};
+}
+
+/// The file names of a folder's plists that wait in the user's backup folder. Whatever else lies there isn't the program's.
+QStringList SystemManager::plistsPutAside(const LaunchFolder& folder) const {
+    QStringList names = unusableBackupFolder(folder).isEmpty() ? namesIn(folder.backupFolder) : QStringList();
+    names.removeIf([](const QString& name) { return !isLaunchPlistName(name); });
+    return names;
 }
 
 /// Empty where the folder doesn't exist or can't be listed.

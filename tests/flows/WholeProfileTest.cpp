@@ -88,11 +88,14 @@ TEST_F(WholeProfile, asksOnceWhereTheListIsKnown) {
 TEST_F(WholeProfile, rootRunsOnlyWhatNeedsRoot) {
     ASSERT_TRUE(apply(festival()));
     const QString backup = u"/Users/mika/.quorvane_backup"_s;
+    const QString kept = u"/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchDaemons"_s;
     const QString quarantine = backup + u"/bundled-login-items/com.docker.helper"_s;
     EXPECT_EQ(
         commandsOfRoot(),
         QStringList({u"/usr/bin/pmset -a standby 0 disksleep 0 sleep 0 sms 0"_s, u"/usr/bin/mdutil -a -i off"_s,
-                     u"/usr/bin/tmutil enable"_s, u"/bin/mkdir -p "_s + backup + u"/_Library_LaunchDaemons"_s,
+                     u"/usr/bin/tmutil enable"_s, u"/bin/mkdir -p \""_s + kept + u'"',
+                     u"/bin/cp -p "_s + kDaemon + u" \""_s + kept + u"/com.backblaze.bzbmenu.plist\""_s,
+                     u"/bin/mkdir -p "_s + backup + u"/_Library_LaunchDaemons"_s,
                      u"/bin/rm -f "_s + backup + u"/_Library_LaunchDaemons/com.backblaze.bzbmenu.plist"_s,
                      u"/bin/launchctl bootout system "_s + kDaemon,
                      u"/bin/mv "_s + kDaemon + u' ' + backup + u"/_Library_LaunchDaemons/com.backblaze.bzbmenu.plist"_s,

@@ -100,4 +100,49 @@ TEST_F(AdministratorLines, aLabelBehindABlankIsToleratedAndTheJobRunsOn) {
     EXPECT_EQ(mac.mac.state().read("launchd")["disabled"]["user/501"], (Json{{"com.x.agent", true}}));
 }
 
+// ---- A daemon that comes back from a copy, where nothing has taken its place
+
+namespace {
+
+const QString kPlace = u"/Library/LaunchDaemons/x.plist"_s;
+const QString kCopy = u"/Library/Application Support/Kept/x.plist"_s;
+const QString kBringBack =
+    u"([ -e '/Library/LaunchDaemons/x.plist' ] || [ -L '/Library/LaunchDaemons/x.plist' ] || "
+    "(cp -p '/Library/Application Support/Kept/x.plist' '/Library/Application Support/Kept/x.plist.new' && "
+    "mv '/Library/Application Support/Kept/x.plist.new' '/Library/LaunchDaemons/x.plist')) 2>/dev/null && "
+    "(launchctl enable 'system/com.x' ; launchctl enable 'gui/501/com.x' ; "
+    "launchctl bootstrap system '/Library/LaunchDaemons/x.plist' ; "
+    "rm -f '/Library/Application Support/Kept/x.plist') 2>/dev/null || true"_s;
+const QByteArray kPlist = R"(<plist version="1.0"><dict><key>Label</key><string>com.x</string></dict></plist>)";
+
+} // namespace
+
+TEST_F(AdministratorLines, aDaemonComesBackEnabledAndLoaded) {
+    setState(mac, "launchd", {{"disabled", {{"system", {{"com.x", true}}}, {"user/501", {{"com.x", true}}}}}});
+    putFile(mac, kCopy, kPlist);
+    EXPECT_EQ(run(kBringBack), silent);
+    EXPECT_EQ(disk(Actor::Root).read(kPlace), kPlist);
+    EXPECT_EQ(disk(Actor::Root).owner(kPlace), Actor::Root);
+    EXPECT_EQ(disk(Actor::Root).list(u"/Library/Application Support/Kept"_s), QStringList());
+    const Json launchd = mac.mac.state().read("launchd");
+    EXPECT_EQ(launchd["disabled"], (Json{{"system", {{"com.x", false}}}, {"user/501", {{"com.x", false}}}}));
+    EXPECT_TRUE(launchd["jobs"]["system"].contains("com.x"));
+    EXPECT_EQ(run(kBringBack), silent) << "a second time there is no copy, and nothing to complain of";
+}
+
+TEST_F(AdministratorLines, whatTakesThePlaceOfADaemonStays) {
+    putFile(mac, kCopy, kPlist);
+    disk(Actor::Root).createLink(kPlace, u"/nowhere"_s);
+    EXPECT_EQ(run(kBringBack), silent);
+    EXPECT_EQ(disk(Actor::Root).kind(kPlace), Volume::Kind::Link);
+}
+
+TEST_F(AdministratorLines, aDaemonWhoseCopyCannotBeMadeTwiceStaysInItsKeeping) {
+    putFile(mac, kCopy, kPlist);
+    faults = Faults(Json::array({{{"tool", "cp"}, {"diskFull", true}}}));
+    EXPECT_EQ(run(kBringBack), silent);
+    EXPECT_FALSE(disk(Actor::Root).exists(kPlace));
+    EXPECT_EQ(disk(Actor::Root).read(kCopy), kPlist);
+}
+
 } // namespace macsim

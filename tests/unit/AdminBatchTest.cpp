@@ -71,6 +71,33 @@ TEST_F(AdminBatchTest, aPromptWithADoubleQuoteIsNotShownAfterASuccessAndSoRuns) 
                             "administrator privileges"_s);
 }
 
+TEST_F(AdminBatchTest, aLineOfMoreThanTwoHundredThousandBytesNeverReachesTheScriptEngine) {
+    const QString longest = u"é"_s.repeated(100'000); // two bytes each
+    EXPECT_EQ(runAdmin(longest, u"First."_s).status, 0);
+    EXPECT_EQ(takeTrace(), u"& "_s + adminScriptSource(longest, u"First."_s) + u'\n');
+
+    const CommandResult tooLong = runAdmin(longest + u'x', u"Second."_s);
+    EXPECT_EQ(tooLong.status, 1);
+    EXPECT_EQ(tooLong.standardOutput, QString());
+    EXPECT_EQ(tooLong.standardError, u"The administrator command line is too long: 200001 bytes of at most 200000"_s);
+    EXPECT_TRUE(trace.isEmpty());
+
+    runAdmin(u"true"_s, u"Third."_s);
+    EXPECT_EQ(takeTrace(), u"& do shell script \"true\" with prompt \"Quorvane is applying system changes.\" with "
+                           "administrator privileges\n"_s)
+        << "the authorization that the system may hold is as it was";
+}
+
+TEST_F(AdminBatchTest, aBatchThatIsTooLongFailsAndIsLogged) {
+    system.beginAdminBatch();
+    system.queueAdminCommands({QString(150'000, u'a')});
+    system.queueAdminCommands({QString(50'000, u'b')});
+    EXPECT_FALSE(finish(u"Please."_s));
+    EXPECT_EQ(takeTrace(), u"  [ERROR] Administrator authorization was cancelled or failed: The administrator command "
+                           "line is too long: 200003 bytes of at most 200000\n"_s);
+    EXPECT_EQ(system.adminBatchDepth(), 0);
+}
+
 TEST_F(AdminBatchTest, quotesAndBackslashesOfTheLineAreEscaped) {
     runAdmin(uR"(echo "a" 'it'\''s')"_s, uR"(C:\new.)"_s);
     EXPECT_EQ(takeTrace(),

@@ -10,15 +10,17 @@ namespace {
 TEST(LaunchFolders, theUsersFolderGoesBeforeTheSystems) {
     QStringList lines;
     for (const LaunchFolder& folder : launchFolders(u"/Users/alex"_s)) {
-        lines.append(folder.path + u" → "_s + folder.backupFolder + (folder.isUsers ? u" user"_s : u""_s) +
-                     (folder.isDaemons ? u" daemons"_s : u""_s));
+        lines.append(folder.path + u" → "_s + folder.backupFolder + u" | "_s + folder.keepFolder +
+                     (folder.isUsers ? u" user"_s : u""_s) + (folder.isDaemons ? u" daemons"_s : u""_s));
     }
     EXPECT_EQ(
         lines,
         (QStringList{
-            u"/Users/alex/Library/LaunchAgents → /Users/alex/.quorvane_backup/UserHome_Library_LaunchAgents user"_s,
-            u"/Library/LaunchAgents → /Users/alex/.quorvane_backup/_Library_LaunchAgents"_s,
-            u"/Library/LaunchDaemons → /Users/alex/.quorvane_backup/_Library_LaunchDaemons daemons"_s}));
+            u"/Users/alex/Library/LaunchAgents → /Users/alex/.quorvane_backup/UserHome_Library_LaunchAgents |  user"_s,
+            u"/Library/LaunchAgents → /Users/alex/.quorvane_backup/_Library_LaunchAgents | "
+            "/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchAgents"_s,
+            u"/Library/LaunchDaemons → /Users/alex/.quorvane_backup/_Library_LaunchDaemons | "
+            "/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchDaemons daemons"_s}));
 }
 
 TEST(LaunchFolders, theBackupFolderLiesInTheHome) {
@@ -51,12 +53,43 @@ TEST(LaunchFolders, theCommandTakesThePlistOutOfLaunchdBeforeItMovesIt) {
 }
 
 TEST(LaunchFolders, pathsCantLeaveTheirQuotesInTheCommand) {
-    const LaunchFolder folder{u"/L"_s, u"/Users/o'neil/%2"_s, false, false};
+    const LaunchFolder folder{u"/L"_s, u"/Users/o'neil/%2"_s, u"/K'%3"_s, false, true};
     EXPECT_EQ(disableLaunchPlistCommand(u"/L/a'; %1 $(x).plist"_s, folder),
               uR"(mkdir -p '/Users/o'\''neil/%2' && rm -f '/Users/o'\''neil/%2/a'\''; %1 $(x).plist' && )"
               R"((launchctl bootout system '/L/a'\''; %1 $(x).plist' 2>/dev/null || )"
               R"(launchctl unload -w '/L/a'\''; %1 $(x).plist' 2>/dev/null || true) && )"
               R"(mv '/L/a'\''; %1 $(x).plist' '/Users/o'\''neil/%2/a'\''; %1 $(x).plist')"_s);
+    EXPECT_EQ(keepLaunchPlistCommand(u"/L/a'; %1 $(x).plist"_s, folder),
+              uR"(mkdir -p '/K'\''%3' && cp -p '/L/a'\''; %1 $(x).plist' '/K'\''%3/a'\''; %1 $(x).plist')"_s);
+    EXPECT_EQ(reinstateLaunchPlistCommand({u"a'; %2.plist"_s, folder, u"b'; %1"_s, true}, 501),
+              uR"(([ -e '/L/a'\''; %2.plist' ] || [ -L '/L/a'\''; %2.plist' ]) 2>/dev/null && )"
+              R"((launchctl enable 'system/b'\''; %1' ; launchctl enable 'gui/501/b'\''; %1' ; )"
+              R"(launchctl bootstrap system '/L/a'\''; %2.plist' ; )"
+              R"(mv '/K'\''%3/a'\''; %2.plist' '/K'\''%3/a'\''; %2.plist.replaced') 2>/dev/null || true)"_s);
+}
+
+TEST(LaunchFolders, aCopyOfASystemPlistGoesIntoAFolderOfRoot) {
+    const LaunchFolder agents = launchFolders(u"/Users/alex"_s).at(1);
+    EXPECT_EQ(keepLaunchPlistCommand(u"/Library/LaunchAgents/com.x.plist"_s, agents),
+              u"mkdir -p '/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchAgents' && "
+              "cp -p '/Library/LaunchAgents/com.x.plist' "
+              "'/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchAgents/com.x.plist'"_s);
+}
+
+TEST(LaunchFolders, onlyADaemonIsLoadedByRootAndOnlyUnderALabelAnythingIs) {
+    const QList<LaunchFolder> folders = launchFolders(u"/Users/alex"_s);
+    const QString kept = u"'/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchAgents/x.plist"_s;
+    const QString back = u"([ -e '/Library/LaunchAgents/x.plist' ] || [ -L '/Library/LaunchAgents/x.plist' ] || "
+                         "(cp -p "_s +
+                         kept + u"' "_s + kept + u".new' && mv "_s + kept +
+                         u".new' '/Library/LaunchAgents/x.plist')) 2>/dev/null && "_s;
+    EXPECT_EQ(reinstateLaunchPlistCommand({u"x.plist"_s, folders.at(1), u"com.x"_s, false}, 502),
+              back + u"(launchctl enable 'system/com.x' ; launchctl enable 'gui/502/com.x' ; rm -f "_s + kept +
+                  u"') 2>/dev/null || true"_s);
+    EXPECT_EQ(reinstateLaunchPlistCommand({u"x.plist"_s, folders.at(1), {}, false}, 502),
+              back + u"(rm -f "_s + kept + u"') 2>/dev/null || true"_s);
+    const QString daemon = reinstateLaunchPlistCommand({u"x.plist"_s, folders.at(2), u"com.x"_s, false}, 502);
+    EXPECT_TRUE(daemon.contains(u" ; launchctl bootstrap system '/Library/LaunchDaemons/x.plist' ; rm -f "_s));
 }
 
 } // namespace

@@ -193,6 +193,24 @@ TEST(LaunchItemNames, aLabelInWordsHasNoDomainAndNoEnding) {
     }
 }
 
+TEST_F(LaunchItemNamesTest, aJobIsKnownByALabelThatLaunchctlCanBeTold) {
+    EXPECT_EQ(launchJobLabel(kPlist, propertyLists), QString()) << "no property list";
+    const QList<QPair<QVariant, QString>> rows{{u"com.vendor.job"_s, u"com.vendor.job"_s},
+                                               {u"My Job's \"$(x)\""_s, u"My Job's \"$(x)\""_s},
+                                               {u""_s, {}},
+                                               {u".."_s, {}},
+                                               {u"-x"_s, {}},
+                                               {u"a/b"_s, {}},
+                                               {u"a\nb"_s, {}},
+                                               {7, {}},
+                                               {QVariantList{u"com.vendor.job"_s}, {}},
+                                               {QVariant(), {}}};
+    for (const auto& [value, label] : rows) {
+        propertyLists.lists[kPlist] = {{u"Label"_s, value}};
+        EXPECT_EQ(launchJobLabel(kPlist, propertyLists), label);
+    }
+}
+
 TEST(LaunchItemNames, camelCaseIsSplitBeforeAnUpperCaseLetterThatFollowsNone) {
     struct Row {
         QString text;

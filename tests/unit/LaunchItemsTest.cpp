@@ -21,23 +21,34 @@ const QString kDisableUsersBox =
     "$ /bin/launchctl unload -w /Users/alex/Library/LaunchAgents/com.box.plist\n"
     "  [APPLIED] Disabled launch item: com.box.plist (/Users/alex/Library/LaunchAgents)\n"_s;
 
-const QString kAgentsBoxCommand = u"mkdir -p '/Users/alex/.quorvane_backup/_Library_LaunchAgents' && "
-                                  "rm -f '/Users/alex/.quorvane_backup/_Library_LaunchAgents/com.box.plist' && "
-                                  "(launchctl bootout system '/Library/LaunchAgents/com.box.plist' 2>/dev/null || "
-                                  "launchctl unload -w '/Library/LaunchAgents/com.box.plist' 2>/dev/null || true) && "
-                                  "mv '/Library/LaunchAgents/com.box.plist' "
-                                  "'/Users/alex/.quorvane_backup/_Library_LaunchAgents/com.box.plist'"_s;
-const QString kDaemonsBoxCommand = u"mkdir -p '/Users/alex/.quorvane_backup/_Library_LaunchDaemons' && "
-                                   "rm -f '/Users/alex/.quorvane_backup/_Library_LaunchDaemons/com.box.plist' && "
-                                   "(launchctl bootout system '/Library/LaunchDaemons/com.box.plist' 2>/dev/null || "
-                                   "launchctl unload -w '/Library/LaunchDaemons/com.box.plist' 2>/dev/null || true) && "
-                                   "mv '/Library/LaunchDaemons/com.box.plist' "
-                                   "'/Users/alex/.quorvane_backup/_Library_LaunchDaemons/com.box.plist'"_s;
+const QString kAgentsBoxCommand =
+    u"mkdir -p '/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchAgents' && "
+    "cp -p '/Library/LaunchAgents/com.box.plist' "
+    "'/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchAgents/com.box.plist' && "
+    "mkdir -p '/Users/alex/.quorvane_backup/_Library_LaunchAgents' && "
+    "rm -f '/Users/alex/.quorvane_backup/_Library_LaunchAgents/com.box.plist' && "
+    "(launchctl bootout system '/Library/LaunchAgents/com.box.plist' 2>/dev/null || "
+    "launchctl unload -w '/Library/LaunchAgents/com.box.plist' 2>/dev/null || true) && "
+    "mv '/Library/LaunchAgents/com.box.plist' "
+    "'/Users/alex/.quorvane_backup/_Library_LaunchAgents/com.box.plist'"_s;
+const QString kDaemonsBoxCommand =
+    u"mkdir -p '/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchDaemons' && "
+    "cp -p '/Library/LaunchDaemons/com.box.plist' "
+    "'/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchDaemons/com.box.plist' && "
+    "mkdir -p '/Users/alex/.quorvane_backup/_Library_LaunchDaemons' && "
+    "rm -f '/Users/alex/.quorvane_backup/_Library_LaunchDaemons/com.box.plist' && "
+    "(launchctl bootout system '/Library/LaunchDaemons/com.box.plist' 2>/dev/null || "
+    "launchctl unload -w '/Library/LaunchDaemons/com.box.plist' 2>/dev/null || true) && "
+    "mv '/Library/LaunchDaemons/com.box.plist' "
+    "'/Users/alex/.quorvane_backup/_Library_LaunchDaemons/com.box.plist'"_s;
 
 class LaunchItems : public ScriptedSystem {
 protected:
     bool disable(const QStringList& labels, const QSet<QString>& excludedIds = {}) {
         return QCoro::waitFor(system.disableLaunchItems(labels, excludedIds));
+    }
+    Host hostWith(FileManager& disk) {
+        return {commands, scripts, disk, defaults, machine, propertyLists, bundles, permissions, cloud, clock};
     }
     bool finishBatch() { return QCoro::waitFor(system.finishAdminBatch(u"Please."_s)); }
     void restore() { QCoro::waitFor(system.restoreLaunchItems()); }
@@ -170,9 +181,7 @@ TEST_F(LaunchItems, aPlistIsQueuedOnceInABatch) {
 TEST_F(LaunchItems, onePlistUnderTwoSpellingsIsQueuedOnce) {
     MemoryFileManager ignoringCase(MemoryFileManager::Case::Ignored);
     ignoringCase.addFile(kAgents + kLabel, "box");
-    SystemManager other(
-        Host{commands, scripts, ignoringCase, defaults, machine, propertyLists, bundles, permissions, cloud, clock},
-        notifications);
+    SystemManager other(hostWith(ignoringCase), notifications);
     other.beginAdminBatch();
     EXPECT_TRUE(
         QCoro::waitFor(other.disableLaunchItems({kLabel, kLabel.toUpper().replace(u"PLIST"_s, u"plist"_s)}, {})));
@@ -253,9 +262,14 @@ TEST_F(LaunchItems, aHostileNameIsQuotedForTheShellOfRoot) {
     const QString quoted = uR"('/Library/LaunchDaemons/-a'\\''; rm -rf \"$HOME\" \\ .plist')"_s;
     const QString backup =
         uR"('/Users/alex/.quorvane_backup/_Library_LaunchDaemons/-a'\\''; rm -rf \"$HOME\" \\ .plist')"_s;
+    const QString kept =
+        uR"('/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchDaemons/-a'\\''; rm -rf \"$HOME\" \\ .plist')"_s;
     EXPECT_EQ(takeTrace(),
               u"  [ACTION] Requesting Admin rights to disable 1 system launch item(s)...\n"_s +
-                  prompted(u"mkdir -p '/Users/alex/.quorvane_backup/_Library_LaunchDaemons' && rm -f "_s + backup +
+                  prompted(u"mkdir -p '/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchDaemons' && "
+                           "cp -p "_s +
+                           quoted + u' ' + kept +
+                           u" && mkdir -p '/Users/alex/.quorvane_backup/_Library_LaunchDaemons' && rm -f "_s + backup +
                            u" && (launchctl bootout system "_s + quoted + u" 2>/dev/null || launchctl unload -w "_s +
                            quoted + u" 2>/dev/null || true) && mv "_s + quoted + u' ' + backup) +
                   u"  [APPLIED] Disabled launch item: "_s + label + u" @ /Library/LaunchDaemons\n"_s);
@@ -266,9 +280,7 @@ TEST_F(LaunchItems, aHostileNameIsQuotedForTheShellOfRoot) {
 TEST_F(LaunchItems, aLinkInThePlaceOfABackupFolderStopsTheMove) {
     for (const QString& link : {kBackup, kDaemonsBackup.chopped(1), kUsersBackup.chopped(1)}) {
         MemoryFileManager fresh;
-        SystemManager manager(
-            Host{commands, scripts, fresh, defaults, machine, propertyLists, bundles, permissions, cloud, clock},
-            notifications);
+        SystemManager manager(hostWith(fresh), notifications);
         fresh.addFolders(u"/tmp/elsewhere"_s);
         fresh.addLink(link, u"/tmp/elsewhere"_s);
         fresh.addFile(kUsersAgents + kLabel, "mine");
@@ -329,9 +341,7 @@ TEST_F(LaunchItems, aMoveThatFailsStopsNoOther) {
 TEST_F(LaunchItems, aFailureAtAnyChangeIsReportedAndLosesNoPlist) {
     for (int number = 1; number <= 3; ++number) {
         MemoryFileManager full;
-        SystemManager manager(
-            Host{commands, scripts, full, defaults, machine, propertyLists, bundles, permissions, cloud, clock},
-            notifications);
+        SystemManager manager(hostWith(full), notifications);
         full.addFile(kUsersAgents + kLabel, "box");
         full.failAtChange(number);
         const bool succeeded = QCoro::waitFor(manager.disableLaunchItems(QStringList(kLabel), {}));
@@ -356,14 +366,67 @@ TEST_F(LaunchItems, whatCanBeMovedBackIsRestoredAndLoaded) {
     files.addFile(kUsersBackup + kLabel, "box");
     files.addFile(kUsersBackup + u"com.a.plist"_s, "a");
     files.addFile(kDaemonsBackup + kLabel, "root's");
+    propertyLists.lists.insert(kUsersAgents + kLabel, {{u"Label"_s, u"com.box.job"_s}});
     files.failOn(Operation::Move, kDaemonsBackup + kLabel);
     restore();
-    EXPECT_EQ(takeTrace(), u"$ /bin/launchctl load /Users/alex/Library/LaunchAgents/com.box.plist\n"
+    EXPECT_EQ(takeTrace(), u"$ /bin/launchctl enable gui/501/com.box.job\n"
+                           "$ /bin/launchctl load /Users/alex/Library/LaunchAgents/com.box.plist\n"
                            "$ /bin/launchctl load /Users/alex/Library/LaunchAgents/com.a.plist\n"
                            "  [REVERTED] Restored 2 LaunchAgents/Daemons.\n"_s);
     EXPECT_EQ(files.read(kUsersAgents + kLabel), "box");
     EXPECT_EQ(files.list(kUsersBackup), QStringList());
     EXPECT_EQ(files.read(kDaemonsBackup + kLabel), "root's");
+}
+
+TEST_F(LaunchItems, anOverrideIsClearedOnlyUnderALabelThatCanBeNamed) {
+    files.addFolders(kUsersAgents);
+    const QList<QVariant> values{
+        QString(), u"."_s, u".."_s, u"-x"_s, u"a/b"_s, u"../../system/x"_s, u"a\nb"_s, QStringList{u"x"_s}, true, 7};
+    for (const QVariant& value : values) {
+        files.addFile(kUsersBackup + kLabel, "box");
+        propertyLists.lists.insert(kUsersAgents + kLabel, {{u"Label"_s, value}});
+        restore();
+        EXPECT_EQ(takeTrace(), u"$ /bin/launchctl load /Users/alex/Library/LaunchAgents/com.box.plist\n"
+                               "  [REVERTED] Restored 1 LaunchAgents/Daemons.\n"_s);
+        files.remove(kUsersAgents + kLabel);
+    }
+}
+
+TEST_F(LaunchItems, whatLaunchctlSaysKeepsNothingFromBeingRestored) {
+    files.addFolders(kUsersAgents);
+    files.addFile(kUsersBackup + kLabel, "box");
+    propertyLists.lists.insert(kUsersAgents + kLabel, {{u"Label"_s, u"com.box"_s}});
+    commands.fail(u"/bin/launchctl enable gui/501/com.box"_s, 1);
+    commands.fail(u"/bin/launchctl load /Users/alex/Library/LaunchAgents/com.box.plist"_s, 5);
+    restore();
+    EXPECT_EQ(takeTrace(), u"$ /bin/launchctl enable gui/501/com.box\n"
+                           "$ /bin/launchctl load /Users/alex/Library/LaunchAgents/com.box.plist\n"
+                           "  [REVERTED] Restored 1 LaunchAgents/Daemons.\n"_s);
+}
+
+TEST_F(LaunchItems, onlyPlistsAreRestored) {
+    files.addFolders(kUsersAgents);
+    files.addFile(kUsersBackup + u".DS_Store"_s, "Finder's");
+    files.addFile(kUsersBackup + u"a\nb.plist"_s, "odd");
+    restore();
+    EXPECT_TRUE(trace.isEmpty());
+    EXPECT_EQ(files.list(kUsersAgents), QStringList());
+}
+
+TEST_F(LaunchItems, aLinkInThePlaceOfABackupFolderGivesNothingBack) {
+    for (const QString& link : {kBackup, kDaemonsBackup.chopped(1), kUsersBackup.chopped(1)}) {
+        MemoryFileManager fresh;
+        SystemManager manager(hostWith(fresh), notifications);
+        fresh.addFolders(kUsersAgents);
+        fresh.addFolders(kDaemons);
+        fresh.addFile(u"/tmp/elsewhere/com.planted.plist"_s, "planted");
+        fresh.addFile(u"/tmp/elsewhere/UserHome_Library_LaunchAgents/com.planted.plist"_s, "planted");
+        fresh.addLink(link, u"/tmp/elsewhere"_s);
+        QCoro::waitFor(manager.restoreLaunchItems());
+        EXPECT_EQ(manager.logMessages(), QStringList(u"  [ERROR] Backup folder is not usable: "_s + link));
+        EXPECT_EQ(fresh.list(kUsersAgents) + fresh.list(kDaemons), QStringList());
+        EXPECT_EQ(trace, QStringList());
+    }
 }
 
 TEST_F(LaunchItems, aPlistThatHasComeBackSinceIsNotReplaced) {

@@ -1,5 +1,6 @@
 #include "fakes/StartupSystem.h"
 
+#include "services/NetworkOperations.h"
 #include "services/NetworkServices.h"
 
 namespace quorvane {
@@ -12,6 +13,13 @@ const QByteArray kListing = "An asterisk (*) denotes that a network service is d
 class NetworkFlow : public StartupSystem {
 protected:
     bool disableAll() { return QCoro::waitFor(system.disableAllNetworkConnections()); }
+    NetworkOutcome run(const NetworkOperations& operations) {
+        return QCoro::waitFor(system.runNetworkOperations(operations));
+    }
+    static QString operated(const QString& line) {
+        return u"  [ACTION] Requesting Administrator privileges for selected network operations...\n"_s +
+               prompted(line, u"Quorvane needs your administrator password to run the selected network operations."_s);
+    }
     QStringList list() { return QCoro::waitFor(system.listNetworkServices()); }
     QList<NetworkServiceState> read() { return QCoro::waitFor(system.readNetworkServices()); }
     void answerState(const QString& name, const QByteArray& state) {
@@ -25,6 +33,20 @@ protected:
     const QString offLine = u"networksetup -setnetworkserviceenabled 'Wi-Fi' off ; "
                             "networksetup -setnetworkserviceenabled 'Thunderbolt Bridge' off ; "
                             "networksetup -setnetworkserviceenabled 'Bob'\\''s iPhone' off"_s;
+    const QString onLine = QString(offLine).replace(u" off"_s, u" on"_s);
+    const QString flushLine = u"dscacheutil -flushcache ; killall -HUP mDNSResponder ; "
+                              "rm -rf /var/db/dhcpclient/leases/*"_s;
+    const QString resetLine = u"networksetup -setdnsservers Wi-Fi Empty ; "
+                              "networksetup -setdnsservers Ethernet Empty ; "_s +
+                              flushLine;
+    const QString flushed = u"  [APPLIED] Successfully flushed DNS cache.\n"
+                            "  [APPLIED] Successfully cleared DHCP lease cache.\n"_s;
+    const QString reconnect =
+        u"\nNetwork Flush Complete! You may need to reconnect to Wi-Fi to acquire a new IP address.\n"_s;
+    const QString listed = u"$> networksetup -listallnetworkservices\n"
+                           "  [ACTION] Found 3 services: Wi-Fi, Thunderbolt Bridge, Bob's iPhone\n"_s;
+    const QString noneListed = u"$> networksetup -listallnetworkservices\n"
+                               "  [INFO] No network services found.\n"_s;
 };
 
 } // namespace
@@ -90,6 +112,134 @@ TEST_F(NetworkFlow, aListingThatFailsIsFollowedByNoQuestion) {
     commands.fail(u"/usr/sbin/networksetup -listallnetworkservices"_s, 14);
     EXPECT_EQ(read(), QList<NetworkServiceState>());
     EXPECT_EQ(takeTrace(), u"$> /usr/sbin/networksetup -listallnetworkservices\n"_s);
+}
+
+// ---- The selected operations
+
+TEST_F(NetworkFlow, withNothingSelectedNothingHappens) {
+    const NetworkOutcome outcome = run({});
+    EXPECT_EQ(outcome, (NetworkOutcome{{}, true}));
+    EXPECT_EQ(outcome.alertTitle(), u"Success"_s);
+    EXPECT_EQ(outcome.alertText(), u"No network operations were performed."_s);
+    EXPECT_TRUE(trace.isEmpty());
+}
+
+TEST_F(NetworkFlow, aFlushTellsHowToGetANewAddress) {
+    const NetworkOutcome outcome = run({true, false, false, false});
+    EXPECT_EQ(outcome, (NetworkOutcome{{u"DNS and DHCP caches flushed successfully."_s}, true}));
+    EXPECT_EQ(takeTrace(), u"\nStarting DNS & DHCP Cache Flush...\n"_s + operated(flushLine) + flushed + reconnect);
+}
+
+TEST_F(NetworkFlow, aResetIncludesTheFlush) {
+    const NetworkOutcome outcome = run({false, true, false, false});
+    EXPECT_EQ(outcome, (NetworkOutcome{{u"Network configuration has been reset to defaults."_s}, true}));
+    EXPECT_EQ(takeTrace(), u"\nStarting network configuration reset...\n"_s + operated(resetLine) +
+                               u"  [APPLIED] Network configuration reset successfully.\n"_s);
+}
+
+TEST_F(NetworkFlow, flushAndResetTogetherFlushOnce) {
+    const NetworkOutcome outcome = run({true, true, false, false});
+    EXPECT_EQ(outcome, (NetworkOutcome{{u"Network configuration has been reset to defaults."_s,
+                                        u"DNS and DHCP caches flushed successfully."_s},
+                                       true}));
+    EXPECT_EQ(takeTrace(), u"\nStarting DNS & DHCP Cache Flush...\n"
+                           "\nStarting network configuration reset...\n"_s +
+                               operated(resetLine) + u"  [APPLIED] Network configuration reset successfully.\n"_s +
+                               flushed);
+}
+
+TEST_F(NetworkFlow, offAndOnTogetherGoOffFirst) {
+    commands.print(u"networksetup -listallnetworkservices"_s, kListing);
+    const NetworkOutcome outcome = run({false, false, true, true});
+    EXPECT_EQ(outcome, (NetworkOutcome{{u"All network connections have been disabled."_s,
+                                        u"All network connections have been re-enabled."_s},
+                                       true}));
+    EXPECT_EQ(takeTrace(), u"\nDisabling all network connections...\n"_s + listed +
+                               u"\nEnabling all network connections...\n"_s + listed +
+                               operated(offLine + u" ; "_s + onLine) +
+                               u"  [APPLIED] All network connections disabled.\n"
+                               "  [APPLIED] All network connections enabled.\n"_s);
+}
+
+TEST_F(NetworkFlow, aDisabledServiceComesOnAgain) {
+    commands.print(u"networksetup -listallnetworkservices"_s,
+                   "An asterisk (*) denotes that a network service is disabled.\n*Wi-Fi\n");
+    EXPECT_TRUE(run({false, false, false, true}).isComplete());
+    EXPECT_EQ(takeTrace(), u"\nEnabling all network connections...\n"
+                           "$> networksetup -listallnetworkservices\n"
+                           "  [ACTION] Found 1 services: Wi-Fi\n"_s +
+                               operated(u"networksetup -setnetworkserviceenabled 'Wi-Fi' on"_s) +
+                               u"  [APPLIED] All network connections enabled.\n"_s);
+}
+
+TEST_F(NetworkFlow, aServiceNameStaysOneWordWhateverItHolds) {
+    commands.print(u"networksetup -listallnetworkservices"_s, "'; touch x; '\na\"b\\c\n$(touch y)\n");
+    run({false, false, true, false});
+    EXPECT_EQ(takeTrace(), u"\nDisabling all network connections...\n"
+                           "$> networksetup -listallnetworkservices\n"
+                           "  [ACTION] Found 3 services: '; touch x; ', a\"b\\c, $(touch y)\n"_s +
+                               operated(u"networksetup -setnetworkserviceenabled ''\\''; touch x; '\\''' off ; "
+                                        "networksetup -setnetworkserviceenabled 'a\"b\\c' off ; "
+                                        "networksetup -setnetworkserviceenabled '$(touch y)' off"_s) +
+                               u"  [APPLIED] All network connections disabled.\n"_s);
+}
+
+TEST_F(NetworkFlow, disablingWithoutAServiceNeedsNoPromptAndIsNotComplete) {
+    const NetworkOutcome outcome = run({false, false, true, false});
+    EXPECT_EQ(outcome, (NetworkOutcome{{u"Failed to disable network. Check logs."_s}, true}));
+    EXPECT_EQ(outcome.alertTitle(), u"Partial Completion"_s);
+    EXPECT_EQ(takeTrace(), u"\nDisabling all network connections...\n"_s + noneListed);
+}
+
+TEST_F(NetworkFlow, withoutAServiceTheOtherOperationsRun) {
+    const NetworkOutcome outcome = run({true, false, true, true});
+    EXPECT_EQ(outcome,
+              (NetworkOutcome{{u"Failed to disable network. Check logs."_s, u"Failed to enable network. Check logs."_s,
+                               u"DNS and DHCP caches flushed successfully."_s},
+                              true}));
+    EXPECT_FALSE(outcome.isComplete());
+    EXPECT_EQ(takeTrace(), u"\nStarting DNS & DHCP Cache Flush...\n"
+                           "\nDisabling all network connections...\n"_s +
+                               noneListed + u"\nEnabling all network connections...\n"_s + noneListed +
+                               operated(flushLine) + flushed + reconnect);
+}
+
+TEST_F(NetworkFlow, aRefusedPromptFailsEveryOperation) {
+    commands.print(u"networksetup -listallnetworkservices"_s, kListing);
+    scripts.failNext(u"User canceled."_s);
+    const NetworkOutcome outcome = run({true, true, true, true});
+    EXPECT_EQ(outcome,
+              (NetworkOutcome{{u"Network flush or reset failed. Check logs."_s,
+                               u"Failed to disable network. Check logs."_s, u"Failed to enable network. Check logs."_s},
+                              false}));
+    EXPECT_EQ(outcome.alertTitle(), u"Partial Completion"_s);
+    EXPECT_EQ(takeTrace(), u"\nStarting DNS & DHCP Cache Flush...\n"
+                           "\nStarting network configuration reset...\n"
+                           "\nDisabling all network connections...\n"_s +
+                               listed + u"\nEnabling all network connections...\n"_s + listed +
+                               operated(resetLine + u" ; "_s + offLine + u" ; "_s + onLine) +
+                               u"  [ERROR] Network operations were cancelled or failed: User canceled.\n"_s);
+}
+
+TEST_F(NetworkFlow, whatHadFailedBeforeTheRefusalIsReportedOnce) {
+    scripts.failNext(u"User canceled."_s);
+    EXPECT_EQ(run({true, false, true, false}), (NetworkOutcome{{u"Failed to disable network. Check logs."_s,
+                                                                u"Network flush or reset failed. Check logs."_s},
+                                                               false}));
+    scripts.failNext(u"User canceled."_s);
+    EXPECT_EQ(run({true, false, false, true}), (NetworkOutcome{{u"Failed to enable network. Check logs."_s,
+                                                                u"Network flush or reset failed. Check logs."_s},
+                                                               false}));
+}
+
+TEST_F(NetworkFlow, theProgramIsBusyWhileOperationsRun) {
+    QStringList busy;
+    QObject::connect(&system, &SystemManager::messageLogged,
+                     [&](const QString&) { busy.append(system.busyMessage()); });
+    EXPECT_TRUE(QCoro::waitFor(system.executeNetworkOperations({true, false, false, false})).isComplete());
+    ASSERT_FALSE(busy.isEmpty());
+    EXPECT_EQ(busy.count(u"Running network operations…"_s), busy.size());
+    EXPECT_FALSE(system.isBusy());
 }
 
 } // namespace quorvane

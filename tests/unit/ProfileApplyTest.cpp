@@ -79,7 +79,10 @@ const QString kHelper = u"com.getdropbox.dropbox.helper"_s;
 const QString kHelperFile = u"/Applications/Dropbox.app/Contents/Library/LoginItems/Dropbox Helper.app"_s;
 const QString kGigPrompt = u"Quorvane needs your administrator password to apply Gig."_s;
 const QString kDaemonLine =
-    u"mkdir -p '/Users/alex/.quorvane_backup/_Library_LaunchDaemons' && "
+    u"mkdir -p '/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchDaemons' && "
+    "cp -p '/Library/LaunchDaemons/com.vpn.plist' "
+    "'/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchDaemons/com.vpn.plist' && "
+    "mkdir -p '/Users/alex/.quorvane_backup/_Library_LaunchDaemons' && "
     "rm -f '/Users/alex/.quorvane_backup/_Library_LaunchDaemons/com.vpn.plist' && "
     "(launchctl bootout system '/Library/LaunchDaemons/com.vpn.plist' 2>/dev/null || "
     "launchctl unload -w '/Library/LaunchDaemons/com.vpn.plist' 2>/dev/null || true) && "

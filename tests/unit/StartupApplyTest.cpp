@@ -38,12 +38,16 @@ protected:
         commands.print(u"/usr/sbin/networksetup -listallnetworkservices"_s, "*Wi-Fi\n");
         commands.print(u"/usr/sbin/networksetup -getnetworkserviceenabled Wi-Fi"_s, "Disabled\n");
     }
-    const QString daemonLine = u"mkdir -p '/Users/alex/.quorvane_backup/_Library_LaunchDaemons' && "
-                               "rm -f '/Users/alex/.quorvane_backup/_Library_LaunchDaemons/com.vpn.plist' && "
-                               "(launchctl bootout system '/Library/LaunchDaemons/com.vpn.plist' 2>/dev/null || "
-                               "launchctl unload -w '/Library/LaunchDaemons/com.vpn.plist' 2>/dev/null || true) && "
-                               "mv '/Library/LaunchDaemons/com.vpn.plist' "
-                               "'/Users/alex/.quorvane_backup/_Library_LaunchDaemons/com.vpn.plist'"_s;
+    const QString daemonLine =
+        u"mkdir -p '/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchDaemons' && "
+        "cp -p '/Library/LaunchDaemons/com.vpn.plist' "
+        "'/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchDaemons/com.vpn.plist' && "
+        "mkdir -p '/Users/alex/.quorvane_backup/_Library_LaunchDaemons' && "
+        "rm -f '/Users/alex/.quorvane_backup/_Library_LaunchDaemons/com.vpn.plist' && "
+        "(launchctl bootout system '/Library/LaunchDaemons/com.vpn.plist' 2>/dev/null || "
+        "launchctl unload -w '/Library/LaunchDaemons/com.vpn.plist' 2>/dev/null || true) && "
+        "mv '/Library/LaunchDaemons/com.vpn.plist' "
+        "'/Users/alex/.quorvane_backup/_Library_LaunchDaemons/com.vpn.plist'"_s;
     const QString networkLine = u"networksetup -setnetworkserviceenabled 'Wi-Fi' off"_s;
 };
 

@@ -29,7 +29,7 @@ protected:
         profile.id = QUuid::createUuid();
         profile.name = u"Festival"_s;
         profile.dateCreated = timeAt(0);
-        profile.startup.items = {StartupItem(StartupLaunchItem{u"Mail"_s, u"/Applications/Mail.app"_s, false})};
+        profile.startup.items = {StartupItem::fromLaunchItem({u"Mail"_s, u"/Applications/Mail.app"_s, false})};
         files.addFile(kProfiles + u"Festival.json"_s, encodeProfile(profile));
         login = {{u"Zoom"_s, u"/Applications/Zoom.app"_s, false},
                  {u"Mail"_s, u"/Applications/Mail.app"_s, false},

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+namespace quorvane {
+
+/// What the user chose to do with the network. Selected together they run under one prompt, in this order; nothing keeps
+/// him from switching everything off and on again.
+struct NetworkOperations {
+    bool flushDNS = false;    ///< the caches of names and of addresses
+    bool resetConfig = false; ///< the same, and Wi-Fi and Ethernet ask no name server of their own any more
+    bool disableAll = false;  ///< every network service goes off
+    bool enableAll = false;   ///< every network service goes on
+
+    bool operator==(const NetworkOperations&) const = default;
+};
+
+/// What became of them.
+struct NetworkOutcome {
+    QStringList messages; ///< one sentence for each operation
+    bool success = false; ///< false: the administrator run was refused or failed, so that nothing happened
+
+    bool operator==(const NetworkOutcome&) const = default;
+
+    /// True when nothing failed: a run can succeed and yet lack an operation whose services couldn't be listed.
+    bool isComplete() const;
+    // What the user is told at the end.
+    QString alertTitle() const;
+    QString alertText() const;
+};
+
+/// The shell lines of the flush and the reset; a reset takes the flush with it, so the flush isn't done twice.
+QStringList networkDiagnosticsCommands(const NetworkOperations& operations);
+
+/// @param operations  those that were to run; not the ones that had failed before
+QStringList networkFailureMessages(const NetworkOperations& operations);
+
+/// @param operations  those that ran
+QStringList networkSuccessMessages(const NetworkOperations& operations);
+QStringList networkSuccessLogLines(const NetworkOperations& operations);
+
+} // namespace quorvane

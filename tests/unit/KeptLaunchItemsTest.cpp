@@ -1,0 +1,368 @@
+#include "core/AdminScript.h"
+#include "fakes/ScriptedSystem.h"
+
+#include <tuple>
+
+namespace quorvane {
+
+namespace {
+
+using Operation = MemoryFileManager::Operation;
+
+const QString kAgents = u"/Library/LaunchAgents/"_s;
+const QString kDaemons = u"/Library/LaunchDaemons/"_s;
+const QString kSupport = u"/Library/Application Support"_s;
+const QString kKeptAgents = kSupport + u"/Quorvane/LaunchItems/_Library_LaunchAgents/"_s;
+const QString kKeptDaemons = kSupport + u"/Quorvane/LaunchItems/_Library_LaunchDaemons/"_s;
+const QString kBackup = u"/Users/alex/.quorvane_backup"_s;
+const QString kAgentsBackup = kBackup + u"/_Library_LaunchAgents/"_s;
+const QString kDaemonsBackup = kBackup + u"/_Library_LaunchDaemons/"_s;
+const QString kLabel = u"com.box.plist"_s;
+
+const QString kAgentBack =
+    u"([ -e '/Library/LaunchAgents/com.box.plist' ] || [ -L '/Library/LaunchAgents/com.box.plist' ] || "
+    "(cp -p '/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchAgents/com.box.plist' "
+    "'/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchAgents/com.box.plist.new' && "
+    "mv '/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchAgents/com.box.plist.new' "
+    "'/Library/LaunchAgents/com.box.plist')) 2>/dev/null && "
+    "(launchctl enable 'system/com.box.job' ; launchctl enable 'gui/501/com.box.job' ; "
+    "rm -f '/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchAgents/com.box.plist') 2>/dev/null || "
+    "true"_s;
+const QString kDaemonBack =
+    u"([ -e '/Library/LaunchDaemons/com.box.plist' ] || [ -L '/Library/LaunchDaemons/com.box.plist' ] || "
+    "(cp -p '/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchDaemons/com.box.plist' "
+    "'/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchDaemons/com.box.plist.new' && "
+    "mv '/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchDaemons/com.box.plist.new' "
+    "'/Library/LaunchDaemons/com.box.plist')) 2>/dev/null && "
+    "(launchctl enable 'system/com.box.job' ; launchctl enable 'gui/501/com.box.job' ; "
+    "launchctl bootstrap system '/Library/LaunchDaemons/com.box.plist' ; "
+    "rm -f '/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchDaemons/com.box.plist') 2>/dev/null || "
+    "true"_s;
+const QString kDaemonReplaced =
+    u"([ -e '/Library/LaunchDaemons/com.box.plist' ] || [ -L '/Library/LaunchDaemons/com.box.plist' ]) 2>/dev/null && "
+    "(launchctl enable 'system/com.box.job' ; launchctl enable 'gui/501/com.box.job' ; "
+    "launchctl bootstrap system '/Library/LaunchDaemons/com.box.plist' ; "
+    "mv '/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchDaemons/com.box.plist' "
+    "'/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchDaemons/com.box.plist.replaced') 2>/dev/null || "
+    "true"_s;
+const QString kDaemonBackWithoutLabel =
+    u"([ -e '/Library/LaunchDaemons/com.box.plist' ] || [ -L '/Library/LaunchDaemons/com.box.plist' ] || "
+    "(cp -p '/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchDaemons/com.box.plist' "
+    "'/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchDaemons/com.box.plist.new' && "
+    "mv '/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchDaemons/com.box.plist.new' "
+    "'/Library/LaunchDaemons/com.box.plist')) 2>/dev/null && "
+    "(rm -f '/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchDaemons/com.box.plist') 2>/dev/null || "
+    "true"_s;
+const QString kQueued = u"  [ACTION] Queued restore for system launch item: com.box.plist\n"_s;
+const QString kNotRestored = u"  [INFO] Not restored: com.box.plist\n"_s;
+
+class KeptLaunchItems : public ScriptedSystem {
+protected:
+    Host hostWith(FileManager& disk) {
+        return {commands, scripts, disk, defaults, machine, propertyLists, bundles, permissions, cloud, clock};
+    }
+    /// A folder and those around it, up to "/Library", which only root can change.
+    static void addRootsFolder(MemoryFileManager& disk, const QString& folder) {
+        disk.addFolders(folder);
+        for (QString path = folder; path != u"/Library"_s; path = path.left(path.lastIndexOf(u'/'))) {
+            disk.setOwner(path, 0);
+            disk.makeUnwritable(path);
+        }
+    }
+    /// As root has left it when it was switched off.
+    void keep(const QString& path, const QByteArray& bytes, const QString& jobLabel = u"com.box.job"_s) {
+        files.addFile(path, bytes);
+        files.setOwner(path, 0);
+        files.makeUnwritable(path);
+        addRootsFolder(files, path.left(path.lastIndexOf(u'/')));
+        propertyLists.lists.insert(path, {{u"Label"_s, jobLabel}});
+    }
+    /// As root has moved it there when it was switched off.
+    void putAside(const QString& path, const QByteArray& bytes) {
+        files.addFile(path, bytes);
+        files.setOwner(path, 0);
+    }
+
+    /// Each batch shows its own prompt.
+    void begin() {
+        system.clearAdminAuthorization();
+        system.beginAdminBatch();
+        system.queueKeptLaunchItems();
+    }
+    void finishAndSettle() {
+        const bool isFlushed = QCoro::waitFor(system.finishAdminBatch(u"Please."_s));
+        QCoro::waitFor(system.settleKeptLaunchItems(isFlushed));
+    }
+    /// A batch with nothing else in it.
+    void reinstate() {
+        begin();
+        finishAndSettle();
+    }
+    static QString asRoot(const QString& line) { return u"& "_s + adminScriptSource(line, u"Please."_s) + u'\n'; }
+};
+
+} // namespace
+
+TEST_F(KeptLaunchItems, withoutCopiesNothingIsAskedForAndNothingSaid) {
+    reinstate();
+    addRootsFolder(files, kKeptAgents.chopped(1));
+    reinstate();
+    EXPECT_EQ(trace, QStringList());
+}
+
+TEST_F(KeptLaunchItems, aDaemonIsPutBackEnabledAndLoadedByRoot) {
+    keep(kKeptDaemons + kLabel, "box");
+    files.addFolders(kDaemons);
+    putAside(kDaemonsBackup + kLabel, "box");
+    scripts.carryOut = [this](const QString&) { files.addFile(kDaemons + kLabel, "box"); };
+    reinstate();
+    EXPECT_EQ(takeTrace(), kQueued + asRoot(kDaemonBack));
+    EXPECT_EQ(files.list(kDaemonsBackup), QStringList());
+}
+
+TEST_F(KeptLaunchItems, anAgentIsPutBackByRootAndLoadedByTheUser) {
+    keep(kKeptAgents + kLabel, "box");
+    putAside(kAgentsBackup + kLabel, "box");
+    scripts.carryOut = [this](const QString&) { files.addFile(kAgents + kLabel, "box"); };
+    reinstate();
+    EXPECT_EQ(takeTrace(),
+              kQueued + asRoot(kAgentBack) + u"$ /bin/launchctl load /Library/LaunchAgents/com.box.plist\n"_s);
+    EXPECT_EQ(files.list(kAgentsBackup), QStringList());
+}
+
+TEST_F(KeptLaunchItems, allGoInTheLineOfTheBatch) {
+    keep(kKeptDaemons + kLabel, "box");
+    keep(kKeptAgents + kLabel, "box");
+    begin();
+    system.queueAdminCommands({u"pmset -a sms 1"_s});
+    trace.clear();
+    EXPECT_TRUE(QCoro::waitFor(system.finishAdminBatch(u"Please."_s)));
+    EXPECT_EQ(takeTrace(), asRoot(kAgentBack + u" ; "_s + kDaemonBack + u" ; pmset -a sms 1"_s));
+}
+
+TEST_F(KeptLaunchItems, whatRootCouldNotPutBackIsSaidAndItsBackupStays) {
+    keep(kKeptDaemons + kLabel, "box");
+    keep(kKeptAgents + u"com.a.plist"_s, "a");
+    putAside(kDaemonsBackup + kLabel, "box");
+    reinstate(); // the line is only written down here
+    EXPECT_TRUE(takeTrace().endsWith(u"\n  [INFO] Not restored: com.a.plist\n"_s + kNotRestored));
+    EXPECT_EQ(files.read(kDaemonsBackup + kLabel), "box");
+}
+
+TEST_F(KeptLaunchItems, afterACancelledPromptNothingIsRestoredAndNothingRemoved) {
+    keep(kKeptDaemons + kLabel, "box");
+    keep(kKeptAgents + u"com.a.plist"_s, "a");
+    files.addFile(kDaemons + kLabel, "box"); // it has come back by itself
+    putAside(kDaemonsBackup + kLabel, "box");
+    putAside(kDaemonsBackup + u"com.old.plist"_s, "old");
+    scripts.failNext(u"User canceled."_s);
+    reinstate();
+    EXPECT_EQ(takeTrace().section(u'\n', 3),
+              u"  [ERROR] Administrator authorization was cancelled or failed: User canceled.\n"
+              "  [INFO] Not restored: com.a.plist\n"
+              "  [INFO] Not restored: com.box.plist\n"
+              "  [INFO] Not restored: com.old.plist\n"_s);
+    EXPECT_EQ(files.list(kDaemonsBackup), QStringList({kLabel, u"com.old.plist"_s}));
+}
+
+TEST_F(KeptLaunchItems, aBackupOfWhichRootHasNoCopyStaysAndIsSaid) {
+    putAside(kDaemonsBackup + kLabel, "box");
+    putAside(kDaemonsBackup + u".DS_Store"_s, "Finder's");
+    reinstate();
+    EXPECT_EQ(takeTrace(), kNotRestored);
+    EXPECT_EQ(files.read(kDaemonsBackup + kLabel), "box");
+}
+
+TEST_F(KeptLaunchItems, aBackupWithoutACopyGoesOnceTheSamePlistIsBack) {
+    putAside(kDaemonsBackup + kLabel, "box");
+    putAside(kDaemonsBackup + u"com.newer.plist"_s, "old");
+    files.addFile(kDaemons + kLabel, "box");
+    files.addFile(kDaemons + u"com.newer.plist"_s, "new");
+    reinstate();
+    EXPECT_EQ(trace, QStringList());
+    EXPECT_EQ(files.list(kDaemonsBackup), QStringList(u"com.newer.plist"_s)) << "the only copy of the older one";
+}
+
+TEST_F(KeptLaunchItems, aBackupThatCannotBeRemovedStopsNothing) {
+    keep(kKeptDaemons + kLabel, "box");
+    for (const QString& name : {kLabel, u"com.z.plist"_s}) {
+        putAside(kDaemonsBackup + name, "box");
+        files.addFile(kDaemons + name, "box");
+    }
+    files.failOn(Operation::Remove, kDaemonsBackup + kLabel);
+    reinstate();
+    EXPECT_EQ(takeTrace(), kQueued + asRoot(kDaemonBack));
+    EXPECT_EQ(files.list(kDaemonsBackup), QStringList(kLabel));
+}
+
+// ---- When something stands in its place
+
+TEST_F(KeptLaunchItems, whatARunThatEndedHalfWayHasPutBackIsFinished) {
+    keep(kKeptDaemons + kLabel, "box");
+    files.addFile(kDaemons + kLabel, "box");
+    reinstate();
+    EXPECT_EQ(takeTrace(), kQueued + asRoot(kDaemonBack));
+}
+
+TEST_F(KeptLaunchItems, aNewerPlistStaysAndTheCopyIsSetAside) {
+    keep(kKeptDaemons + kLabel, "old");
+    putAside(kDaemonsBackup + kLabel, "old");
+    files.addFile(kDaemons + kLabel, "new");
+    reinstate();
+    EXPECT_EQ(takeTrace(), kQueued + asRoot(kDaemonReplaced));
+    EXPECT_EQ(files.read(kDaemons + kLabel), "new");
+    EXPECT_EQ(files.list(kDaemonsBackup), QStringList()) << "root still has it";
+}
+
+TEST_F(KeptLaunchItems, aLinkOrFolderOrUnreadablePlistStaysAsAnyNewerOne) {
+    for (int kind = 0; kind < 3; ++kind) {
+        files.addFolders(kDaemons);
+        keep(kKeptDaemons + kLabel, "box");
+        if (kind == 0) {
+            files.addLink(kDaemons + kLabel, u"/nowhere"_s);
+        } else if (kind == 1) {
+            files.addFolders(kDaemons + kLabel);
+        } else {
+            files.addFile(kDaemons + kLabel, "box");
+            files.failOn(Operation::Read, kDaemons + kLabel);
+        }
+        reinstate();
+        EXPECT_EQ(takeTrace(), kQueued + asRoot(kDaemonReplaced)) << kind;
+        files.remove(kDaemons + kLabel);
+    }
+}
+
+TEST_F(KeptLaunchItems, onlyWhatRootHasKeptCanComeBackAgain) {
+    keep(kKeptDaemons + u"com.box.plist.replaced"_s, "older");
+    keep(kKeptDaemons + u"com.box.plist.new"_s, "half");
+    keep(kKeptDaemons + u"a\nb.plist"_s, "odd");
+    keep(kKeptDaemons + u"folder.plist/x"_s, "in a folder");
+    addRootsFolder(files, kKeptDaemons + u"folder.plist"_s);
+    files.addLink(kKeptDaemons + u"link.plist"_s, kKeptDaemons + u"com.box.plist.new"_s);
+    reinstate();
+    EXPECT_EQ(trace, QStringList());
+}
+
+// ---- What isn't to be trusted
+
+TEST_F(KeptLaunchItems, aLabelThatCannotBeNamedIsNotGivenToLaunchd) {
+    for (const QString& label : {u""_s, u".."_s, u"-x"_s, u"a/b"_s, u"a\nb"_s}) {
+        keep(kKeptDaemons + kLabel, "box", label);
+        reinstate();
+        EXPECT_EQ(takeTrace(), kQueued + asRoot(kDaemonBackWithoutLabel) + kNotRestored) << label.toStdString();
+    }
+    propertyLists.lists.clear(); // as of a file that is no property list
+    reinstate();
+    EXPECT_EQ(takeTrace(), kQueued + asRoot(kDaemonBackWithoutLabel) + kNotRestored);
+}
+
+TEST_F(KeptLaunchItems, theLabelOfACopyThatTheUserCanChangeIsNotBelieved) {
+    keep(kKeptDaemons + kLabel, "box");
+    files.setOwner(kKeptDaemons + kLabel, 501);
+    reinstate();
+    EXPECT_EQ(takeTrace(), kQueued + asRoot(kDaemonBackWithoutLabel) + kNotRestored);
+
+    MemoryFileManager open;
+    open.addFile(kKeptDaemons + kLabel, "box");
+    open.setOwner(kKeptDaemons + kLabel, 0);
+    addRootsFolder(open, kKeptDaemons.chopped(1));
+    SystemManager manager(hostWith(open), notifications);
+    manager.beginAdminBatch();
+    manager.queueKeptLaunchItems();
+    QCoro::waitFor(manager.finishAdminBatch(u"Please."_s));
+    EXPECT_EQ(takeTrace(), asRoot(kDaemonBackWithoutLabel));
+}
+
+TEST_F(KeptLaunchItems, aHostileNameAndLabelAreQuotedForTheShellOfRoot) {
+    const QString name = u"-a'; rm -rf \"$HOME\" %1 .plist"_s;
+    keep(kKeptDaemons + name, "box", u"x'; touch p; '%2"_s);
+    begin();
+    QCoro::waitFor(system.finishAdminBatch(u"Please."_s));
+    const QString place = uR"('/Library/LaunchDaemons/-a'\''; rm -rf "$HOME" %1 .plist')"_s;
+    const QString kept =
+        uR"('/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchDaemons/-a'\''; rm -rf "$HOME" %1 .plist)"_s;
+    EXPECT_EQ(takeTrace(),
+              u"  [ACTION] Queued restore for system launch item: "_s + name + u'\n' +
+                  asRoot(u"([ -e "_s + place + u" ] || [ -L "_s + place + u" ] || (cp -p "_s + kept + u"' "_s + kept +
+                         u".new' && mv "_s + kept + u".new' "_s + place +
+                         uR"()) 2>/dev/null && (launchctl enable 'system/x'\''; touch p; '\''%2' ; )"
+                         R"(launchctl enable 'gui/501/x'\''; touch p; '\''%2' ; launchctl bootstrap system )"_s +
+                         place + u" ; rm -f "_s + kept + u"') 2>/dev/null || true"_s));
+}
+
+/// One of the folders from "/Library" to the copies is the user's, can be written by him, or is a link.
+class SpoiledCopies : public KeptLaunchItems, public ::testing::WithParamInterface<std::tuple<int, int>> {
+protected:
+    /// Puts a daemon's copy there, where one folder is spoiled.
+    void addSpoiledCopies(MemoryFileManager& disk) {
+        enum Kind { OfTheUser, Writable, Link };
+        const auto [depth, kind] = GetParam();
+        const QString spoiled = kKeptDaemons.section(u'/', 0, depth);
+        const QString place = kind == Link ? u"/Library/elsewhere"_s + kKeptDaemons.mid(spoiled.size()) : kKeptDaemons;
+        if (kind == Link) {
+            disk.addFolders(u"/Library/elsewhere"_s);
+            disk.addLink(spoiled, u"/Library/elsewhere"_s);
+        }
+        disk.addFile(place + kLabel, "box");
+        disk.setOwner(place + kLabel, 0);
+        for (QString path = kKeptDaemons.chopped(1); path != u"/Library"_s; path = path.left(path.lastIndexOf(u'/'))) {
+            const bool isSpoiled = path == spoiled;
+            disk.setOwner(path, isSpoiled && kind == OfTheUser ? 501 : 0);
+            if (!(isSpoiled && kind == Writable)) {
+                disk.makeUnwritable(path);
+            }
+        }
+    }
+};
+
+INSTANTIATE_TEST_SUITE_P(EachFolderInEachWay, SpoiledCopies,
+                         ::testing::Combine(::testing::Range(2, 6), ::testing::Range(0, 3)));
+
+TEST_P(SpoiledCopies, giveRootNothing) {
+    addSpoiledCopies(files);
+    reinstate();
+    EXPECT_EQ(takeTrace(), u"  [ERROR] Backup folder is not usable: "_s + kKeptDaemons.chopped(1) + u'\n');
+}
+
+TEST_P(SpoiledCopies, takeNothing) {
+    addSpoiledCopies(files);
+    files.addFile(kDaemons + kLabel, "box");
+    EXPECT_FALSE(QCoro::waitFor(system.disableLaunchItems(QStringList(kLabel), {})));
+    EXPECT_EQ(takeTrace(), u"  [ERROR] Backup folder is not usable: "_s + kKeptDaemons.chopped(1) + u'\n');
+}
+
+TEST_F(KeptLaunchItems, aLinkInThePlaceOfTheBackupFolderIsLeftAlone) {
+    keep(kKeptDaemons + kLabel, "box");
+    files.addFile(kDaemons + kLabel, "box");
+    files.addLink(kDaemonsBackup.chopped(1), u"/Library/LaunchDaemons"_s);
+    reinstate();
+    EXPECT_EQ(takeTrace(), kQueued + asRoot(kDaemonBack));
+    EXPECT_EQ(files.read(kDaemons + kLabel), "box") << "it would be its own backup";
+}
+
+// ---- Together with what the user can move back himself
+
+TEST_F(KeptLaunchItems, theUsersMoveLeavesToRootWhatRootHasKept) {
+    keep(kKeptDaemons + kLabel, "box");
+    putAside(kDaemonsBackup + kLabel, "planted");
+    files.addFolders(kDaemons); // which the user may write, here
+    begin();
+    QCoro::waitFor(system.restoreLaunchItems());
+    EXPECT_EQ(files.list(kDaemons), QStringList());
+    finishAndSettle();
+    trace.clear();
+    QCoro::waitFor(system.restoreLaunchItems());
+    EXPECT_EQ(files.list(kDaemons), QStringList(kLabel)) << "outside of the batch the user moves what he can";
+}
+
+TEST_F(KeptLaunchItems, aSecondBatchAsksAgainForWhatTheFirstDidNotBringBack) {
+    keep(kKeptDaemons + kLabel, "box");
+    for (int attempt = 1; attempt <= 2; ++attempt) {
+        scripts.failNext(u"User canceled."_s);
+        reinstate();
+    }
+    EXPECT_EQ(trace.filter(u"& do shell script"_s).size(), 2);
+    EXPECT_EQ(trace.filter(u"Not restored"_s).size(), 2);
+}
+
+} // namespace quorvane
