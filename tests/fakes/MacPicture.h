@@ -11,7 +11,24 @@
 #include <QMap>
 #include <QString>
 
+#include <optional>
+
 namespace macsim {
+
+/// One entry in which two pictures of a Mac differ.
+struct MacDifference {
+    QString key;
+    std::optional<QString> before; ///< none for what is new
+    std::optional<QString> after;  ///< none for what is gone
+
+    QString line() const {
+        if (!before) {
+            return QStringLiteral("+ %1: %2\n").arg(key, *after);
+        }
+        return after ? QStringLiteral("~ %1: %2 → %3\n").arg(key, *before, *after)
+                     : QStringLiteral("- %1: %2\n").arg(key, *before);
+    }
+};
 
 /// A whole simulated Mac as a table, for telling what a flow has changed: every folder, link and file, every key of a
 /// property list, every value of the state behind the disk, and the owner of what doesn't belong to whom its place
@@ -29,23 +46,32 @@ public:
         }
     }
 
-    /// One line for each difference, sorted: "+ key: value", "- key: value", "~ key: old → new".
-    QString changesSince(const MacPicture& before) const {
-        QMap<QString, QString> lines;
+    /// Sorted by their keys.
+    QList<MacDifference> differencesSince(const MacPicture& before) const {
+        QMap<QString, MacDifference> differences;
         for (auto entry = m_entries.begin(); entry != m_entries.end(); ++entry) {
             const auto old = before.m_entries.find(entry.key());
             if (old == before.m_entries.end()) {
-                lines[entry.key()] = QStringLiteral("+ %1: %2\n").arg(entry.key(), entry.value());
+                differences[entry.key()] = {entry.key(), std::nullopt, entry.value()};
             } else if (*old != entry.value()) {
-                lines[entry.key()] = QStringLiteral("~ %1: %2 → %3\n").arg(entry.key(), *old, entry.value());
+                differences[entry.key()] = {entry.key(), *old, entry.value()};
             }
         }
         for (auto old = before.m_entries.begin(); old != before.m_entries.end(); ++old) {
             if (!m_entries.contains(old.key())) {
-                lines[old.key()] = QStringLiteral("- %1: %2\n").arg(old.key(), *old);
+                differences[old.key()] = {old.key(), *old, std::nullopt};
             }
         }
-        return QStringList(lines.values()).join(QString());
+        return differences.values();
+    }
+
+    /// One line for each difference, sorted: "+ key: value", "- key: value", "~ key: old → new".
+    QString changesSince(const MacPicture& before) const {
+        QString lines;
+        for (const MacDifference& difference : differencesSince(before)) {
+            lines += difference.line();
+        }
+        return lines;
     }
 
 private:

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "fakes/MacPicture.h"
+#include "profiles/UnifiedProfile.h"
+#include "simulator/Json.h"
+#include "snapshots/SystemSnapshot.h"
+
+#include <QList>
+#include <QString>
+
+namespace quorvane {
+
+enum class WayBack { Revert, Reinstate };
+
+/// What is known of one round trip: capture, apply, the way back.
+struct RoundTrip {
+    macsim::Json mac;              ///< the description of the Mac
+    SystemSnapshot snapshot;       ///< what was captured
+    QList<UnifiedProfile> applied; ///< in their order
+    bool isOneWay = false;         ///< only the tweaks were applied, and only those that are selected
+    WayBack wayBack = WayBack::Reinstate;
+};
+
+/// A kind of difference that the way back leaves, by design. docs/WAY-BACK.md tells the user of each under its name.
+struct RoundTripException {
+    const char16_t* name;
+    const char* reason;
+    bool (*covers)(const macsim::MacDifference& difference, const RoundTrip& trip);
+};
+
+/// In the order of docs/WAY-BACK.md. No difference is covered by two of them.
+const QList<RoundTripException>& roundTripExceptions();
+
+// Differences of login items, which MacPicture tells apart by name and not by file.
+
+/// "login item /Applications/Chat.app", or by the name where macOS doesn't find the file.
+QString loginItemKey(const macsim::Json& item);
+inline const QString kLoginItemOrder = QStringLiteral("order of the login items");
+
+} // namespace quorvane

@@ -1,0 +1,404 @@
+#include "flows/RoundTrip.h"
+
+#include "simulator/PropertyList.h"
+
+#include <QRegularExpression>
+
+#include <algorithm>
+#include <set>
+
+namespace quorvane {
+
+using namespace Qt::StringLiterals;
+using macsim::Json;
+using Difference = macsim::MacDifference;
+
+namespace {
+
+const QString kHome = u"/Users/alex"_s;
+const QString kPreferences = kHome + u"/Library/Preferences/"_s;
+
+QString textOf(const Json& json) {
+    return QString::fromStdString(json.get<std::string>());
+}
+
+// ---- Preferences. MacPicture shows their values as XML.
+
+QString fileOf(const SnapshotPreference& preference, const RoundTrip& trip) {
+    if (preference.isNotificationCenters()) {
+        return kPreferences + u"ByHost/com.apple.notificationcenterui."_s +
+               textOf(trip.mac["machine"]["hardwareUuid"]) + u".plist"_s;
+    }
+    const bool isGlobal = preference.domain == u"NSGlobalDomain";
+    return kPreferences + (isGlobal ? u".GlobalPreferences"_s : preference.domain.toString()) + u".plist"_s;
+}
+
+/// The captured preference that differs, or null.
+const SnapshotPreference* preferenceOf(const Difference& difference, const RoundTrip& trip) {
+    const auto& all = snapshotPreferences();
+    const auto found = std::find_if(all.begin(), all.end(), [&](const SnapshotPreference& preference) {
+        return difference.key == fileOf(preference, trip) + u' ' + preference.key.toString();
+    });
+    return found == all.end() ? nullptr : &*found;
+}
+
+/// The value before, where a preference has come back as something else.
+std::optional<macsim::PropertyList> valueBefore(const Difference& difference, const RoundTrip& trip) {
+    if (!preferenceOf(difference, trip) || !difference.before) {
+        return std::nullopt;
+    }
+    return macsim::parsePropertyList((u"<plist version=\"1.0\">"_s + *difference.before + u"</plist>"_s).toUtf8());
+}
+
+template <typename T>
+std::optional<T> valueBeforeAs(const Difference& difference, const RoundTrip& trip) {
+    const std::optional<macsim::PropertyList> value = valueBefore(difference, trip);
+    const T* typed = value ? value->as<T>() : nullptr;
+    return typed ? std::optional(*typed) : std::nullopt;
+}
+
+bool isSwitch(const std::optional<QString>& xml) {
+    return xml == u"<true/>" || xml == u"<false/>";
+}
+bool isInteger(const std::optional<QString>& xml) {
+    return xml && xml->startsWith(u"<integer>");
+}
+bool isText(const std::optional<QString>& xml) {
+    return xml && xml->startsWith(u"<string>");
+}
+
+bool isNumberThatBecameSwitch(const Difference& difference, const RoundTrip& trip) {
+    const auto number = valueBeforeAs<qint64>(difference, trip);
+    return (number == 1 && difference.after == u"<true/>") || (number == 0 && difference.after == u"<false/>");
+}
+
+bool isNotificationNumberThatBecameText(const Difference& difference, const RoundTrip& trip) {
+    const auto number = valueBeforeAs<qint64>(difference, trip);
+    return number && preferenceOf(difference, trip)->isNotificationCenters() &&
+           difference.after == u"<string>%1</string>"_s.arg(*number);
+}
+
+bool isOtherTypeThatBecameText(const Difference& difference, const RoundTrip& trip) {
+    const std::optional<macsim::PropertyList> value = valueBefore(difference, trip);
+    if (!value) {
+        return false;
+    }
+    if (value->as<double>()) {
+        return isText(difference.after) || isInteger(difference.after) || isSwitch(difference.after);
+    }
+    const bool isOther = value->as<QDateTime>() || value->as<QByteArray>() ||
+                         value->as<macsim::PropertyList::Array>() || value->as<macsim::PropertyList::Dictionary>();
+    return isOther && isText(difference.after);
+}
+
+bool isTextThatReadsLikeAnotherType(const Difference& difference, const RoundTrip& trip) {
+    static const QRegularExpression words(u"\\A(yes|no|true|false|1|0)\\z"_s,
+                                          QRegularExpression::CaseInsensitiveOption);
+    static const QRegularExpression number(u"\\A[+-]?[0-9]+\\z"_s);
+    const auto text = valueBeforeAs<QString>(difference, trip);
+    return text && (words.match(*text).hasMatch() ? isSwitch(difference.after)
+                                                  : number.match(*text).hasMatch() && isInteger(difference.after));
+}
+
+bool isTextWithBlanksAround(const Difference& difference, const RoundTrip& trip) {
+    const auto text = valueBeforeAs<QString>(difference, trip);
+    return text && (text->trimmed().isEmpty() ? !difference.after : text->trimmed() != *text);
+}
+
+bool isEmptyPreferenceFile(const Difference& difference, const RoundTrip& trip) {
+    const auto& all = snapshotPreferences();
+    const bool isOfPreference = std::any_of(all.begin(), all.end(), [&](const SnapshotPreference& preference) {
+        return difference.key == fileOf(preference, trip);
+    });
+    const bool isNew = !difference.before && difference.after == u"file";
+    const bool isNewFolder = difference.key == kPreferences + u"ByHost"_s && !difference.before;
+    return (isOfPreference && isNew) || isNewFolder;
+}
+
+bool isFocusPreference(const Difference& difference, const RoundTrip& trip) {
+    const QString file = kPreferences + u"com.apple.ncprefs.plist"_s;
+    const bool isFlag = difference.key == file + u" dnd_prefs"_s && difference.after &&
+                        difference.after->contains(u"<key>dnd_enabled</key>\n\t<true/>"_s);
+    return trip.isOneWay && (isFlag || (difference.key == file && !difference.before));
+}
+
+// ---- The system's settings
+
+bool isOfNotificationCenter(const Difference& difference, const RoundTrip&) {
+    static const QString label = u"com.apple.notificationcenterui.agent"_s;
+    const bool isOverride =
+        difference.key == u"state launchd/disabled/user~1501/"_s + label && difference.after == u"false";
+    const bool isJob = difference.key.startsWith(u"state launchd/jobs/gui~1501/"_s + label + u'/') && difference.after;
+    const bool isProcess = difference.key.startsWith(u"state processes \"NotificationCenter\"/"_s) && difference.after;
+    return isOverride || isJob || isProcess;
+}
+
+/// The section and the setting of a difference in one of the captured power settings.
+struct PowerSetting {
+    QString source;
+    QString name;
+};
+
+std::optional<PowerSetting> powerSettingOf(const Difference& difference) {
+    static const QRegularExpression form(u"\\Astate power/sources/([^/]+)/(standby|disksleep|sleep|sms)\\z"_s);
+    const QRegularExpressionMatch match = form.match(difference.key);
+    return match.hasMatch() ? std::optional(PowerSetting{match.captured(1), match.captured(2)}) : std::nullopt;
+}
+
+std::optional<QString> capturedPower(const RoundTrip& trip, const QString& name) {
+    const SystemSnapshot& snapshot = trip.snapshot;
+    return name == u"standby"     ? snapshot.pmsetStandby
+           : name == u"disksleep" ? snapshot.pmsetDisksleep
+           : name == u"sleep"     ? snapshot.pmsetSleep
+                                  : snapshot.pmsetSms;
+}
+
+bool hasAllSleepSettings(const RoundTrip& trip) {
+    return trip.snapshot.pmsetStandby && trip.snapshot.pmsetDisksleep && trip.snapshot.pmsetSleep;
+}
+
+/// The first source whose section has a line that begins so.
+QString firstSource(const RoundTrip& trip) {
+    return QString::fromStdString(trip.mac["power"]["sources"].begin().key());
+}
+
+/// True where a delay of standby is listed before standby itself, or without it.
+bool listsDelayFirst(const RoundTrip& trip) {
+    const Json section = trip.mac["power"]["sources"].front();
+    for (const auto& [name, value] : section.items()) {
+        if (name.starts_with("standby")) {
+            return name != "standby";
+        }
+    }
+    return false;
+}
+
+bool isOfAnotherPowerSource(const Difference& difference, const RoundTrip& trip) {
+    const auto setting = powerSettingOf(difference);
+    const bool isRestored = setting && (setting->name == u"sms" || hasAllSleepSettings(trip)) &&
+                            !(setting->name == u"standby" && listsDelayFirst(trip));
+    return isRestored && setting->source != firstSource(trip) && difference.after == capturedPower(trip, setting->name);
+}
+
+bool isOfIncompleteSleepSettings(const Difference& difference, const RoundTrip& trip) {
+    const auto setting = powerSettingOf(difference);
+    return setting && setting->name != u"sms" && !hasAllSleepSettings(trip) &&
+           QStringList({u"0"_s, u"1"_s, u"10"_s}).contains(difference.after.value_or(QString()));
+}
+
+bool isStandbyThatTookItsDelay(const Difference& difference, const RoundTrip& trip) {
+    const auto setting = powerSettingOf(difference);
+    return setting && setting->name == u"standby" && listsDelayFirst(trip) && hasAllSleepSettings(trip) &&
+           difference.after == trip.snapshot.pmsetStandby;
+}
+
+bool isOfTimeMachine(const Difference& difference, const RoundTrip& trip) {
+    const QString file = u"/Library/Preferences/com.apple.TimeMachine.plist"_s;
+    const bool isRunning = trip.mac["timeMachine"]["running"].get<bool>();
+    const bool isSwitched =
+        difference.key == file + u" AutoBackup"_s && difference.after == (isRunning ? u"<true/>"_s : u"<false/>"_s);
+    return isSwitched || (difference.key == file && !difference.before);
+}
+
+std::optional<QString> indexedVolume(const Difference& difference) {
+    const QString prefix = u"state spotlight/volumes/"_s;
+    return difference.key.startsWith(prefix) ? std::optional(difference.key.mid(prefix.size()).replace(u"~1"_s, u"/"_s))
+                                             : std::nullopt;
+}
+
+/// What all volumes are set to, as MacPicture shows it.
+bool isSetLikeTheSystemVolume(const Difference& difference, const RoundTrip& trip) {
+    const std::optional<bool> captured = trip.snapshot.spotlightIndexingEnabled;
+    if (!captured) { // stays as the profile has set it
+        return difference.after == u"\"enabled\"" || difference.after == u"\"disabled\"";
+    }
+    return difference.after == (*captured ? u"\"enabled\""_s : u"\"disabled\""_s);
+}
+
+bool isOfAnotherIndexedVolume(const Difference& difference, const RoundTrip& trip) {
+    const auto volume = indexedVolume(difference);
+    return volume && volume != u"/" && isSetLikeTheSystemVolume(difference, trip);
+}
+
+bool isUnusualIndexing(const Difference& difference, const RoundTrip& trip) {
+    const bool wasUsual = difference.before == u"\"enabled\"" || difference.before == u"\"disabled\"";
+    return indexedVolume(difference) == u"/" && !wasUsual && isSetLikeTheSystemVolume(difference, trip);
+}
+
+// ---- The program's own
+
+bool isQuorvanesOwn(const Difference& difference, const RoundTrip&) {
+    const QStringList places{kHome + u"/.quorvane"_s, kHome + u"/Library/Application Support/Quorvane"_s,
+                             kHome + u"/Library/Mobile Documents/7KX2MR04TD~com~quorvane~app"_s};
+    const QStringList files{kHome + u"/.quorvane_backup"_s,
+                            kHome + u"/.quorvane_backup/login_items.json"_s,
+                            kHome + u"/Library/Mobile Documents"_s,
+                            kPreferences + u"com.quorvane.app.plist"_s,
+                            kPreferences + u"com.quorvane.app.plist QuorvaneLastAppliedProfileName"_s,
+                            kPreferences + u"com.quorvane.app.plist QuorvaneManagedStartupAppPaths"_s};
+    return files.contains(difference.key) || std::any_of(places.begin(), places.end(), [&](const QString& place) {
+               return difference.key == place || difference.key.startsWith(place + u'/');
+           });
+}
+
+// ---- Login items
+
+const QString kLoginItem = u"login item "_s;
+
+std::optional<QString> loginItemPath(const Difference& difference) {
+    return difference.key.startsWith(kLoginItem) ? std::optional(difference.key.mid(kLoginItem.size())) : std::nullopt;
+}
+
+/// The item of a file as the Mac was described, or null.
+Json itemBefore(const RoundTrip& trip, const QString& key) {
+    for (const Json& item : trip.mac["loginItems"]) {
+        if (loginItemKey(item) == key) {
+            return item;
+        }
+    }
+    return {};
+}
+
+QString nameIn(const std::optional<QString>& item) {
+    return item.value_or(QString()).section(u" (hidden)"_s, 0, 0);
+}
+bool isHiddenIn(const std::optional<QString>& item) {
+    return item.value_or(QString()).endsWith(u" (hidden)"_s);
+}
+
+bool opensAtLogin(const RoundTrip& trip, const QString& path) {
+    return std::any_of(trip.applied.begin(), trip.applied.end(), [&](const UnifiedProfile& profile) {
+        const QList<StartupLaunchItem> opened = profile.startup.startupLaunchItems();
+        return std::any_of(opened.begin(), opened.end(),
+                           [&](const StartupLaunchItem& item) { return item.path == path; });
+    });
+}
+
+bool holdsBar(const RoundTrip& trip, const QString& key) {
+    const Json item = itemBefore(trip, key);
+    return !item.is_null() && (textOf(item["name"]).contains(u'|') || key.contains(u'|'));
+}
+
+bool isAddedApplication(const Difference& difference, const RoundTrip& trip) {
+    const auto path = loginItemPath(difference);
+    return path && !difference.before && opensAtLogin(trip, *path);
+}
+
+bool isOrder(const Difference& difference, const RoundTrip&) {
+    return difference.key == kLoginItemOrder;
+}
+
+bool isOwnName(const Difference& difference, const RoundTrip& trip) {
+    const auto path = loginItemPath(difference);
+    if (!path || !difference.before || !difference.after || holdsBar(trip, difference.key)) {
+        return false;
+    }
+    const QString file = path->section(u'/', -1, -1, QString::SectionSkipEmpty);
+    const QString fileName = file.endsWith(u".app"_s) ? file.chopped(4) : file;
+    return nameIn(difference.before) != fileName && nameIn(difference.after) == fileName &&
+           isHiddenIn(difference.before) == isHiddenIn(difference.after);
+}
+
+bool isItemWithoutFile(const Difference& difference, const RoundTrip& trip) {
+    const Json item = itemBefore(trip, difference.key);
+    return !item.is_null() && item["path"].is_null() && difference.before && !difference.after;
+}
+
+bool isItemWithBar(const Difference& difference, const RoundTrip& trip) {
+    const bool isGone = difference.before && !difference.after;
+    return isGone && holdsBar(trip, difference.key);
+}
+
+bool isHiddenMark(const Difference& difference, const RoundTrip& trip) {
+    const auto path = loginItemPath(difference);
+    return path && difference.before && difference.after && opensAtLogin(trip, *path) &&
+           isHiddenIn(difference.before) != isHiddenIn(difference.after);
+}
+
+/// macOS notes each application that is put into the login items, and that it was taken out.
+bool isNoteOfLoginItem(const Difference& difference, const RoundTrip&) {
+    static const QRegularExpression form(u"\\Astate backgroundTasks \"2\\..*\"/\\w+\\z"_s);
+    if (!form.match(difference.key).hasMatch()) {
+        return false;
+    }
+    return !difference.before || difference.key.endsWith(u"/enabled"_s);
+}
+
+// ---- What only the whole way back brings back
+
+bool isLoginItemAfterRevert(const Difference& difference, const RoundTrip& trip) {
+    return trip.wayBack == WayBack::Revert && (loginItemPath(difference) || difference.key == kLoginItemOrder);
+}
+
+/// The service of a difference that a profile has switched off.
+Json serviceLeftOff(const Difference& difference, const RoundTrip& trip) {
+    static const QRegularExpression form(u"\\Astate networkServices/(\\d+)/enabled\\z"_s);
+    const QRegularExpressionMatch match = form.match(difference.key);
+    return match.hasMatch() && difference.after == u"false" ? trip.mac["networkServices"][match.captured(1).toUInt()]
+                                                            : Json();
+}
+
+bool isServiceAfterRevert(const Difference& difference, const RoundTrip& trip) {
+    return trip.wayBack == WayBack::Revert && !serviceLeftOff(difference, trip).is_null();
+}
+
+bool isServiceWithApostrophe(const Difference& difference, const RoundTrip& trip) {
+    const Json service = serviceLeftOff(difference, trip);
+    return !service.is_null() && textOf(service["name"]).contains(u'\'');
+}
+
+/// Only for the whole way back.
+template <bool (*covers)(const Difference&, const RoundTrip&)>
+bool onReinstate(const Difference& difference, const RoundTrip& trip) {
+    return trip.wayBack == WayBack::Reinstate && covers(difference, trip);
+}
+
+} // namespace
+
+QString loginItemKey(const Json& item) {
+    return kLoginItem + (item["path"].is_string() ? textOf(item["path"]) : u"\"%1\""_s.arg(textOf(item["name"])));
+}
+
+const QList<RoundTripException>& roundTripExceptions() {
+    static const QList<RoundTripException> exceptions{
+        {u"Switches that were kept as the number 0 or 1", "`defaults` prints 1 for both; they come back as yes and no",
+         isNumberThatBecameSwitch},
+        {u"Fractions, dates, data and lists", "only their printed text is known", isOtherTypeThatBecameText},
+        {u"Texts that read like a number, or like yes and no", "the text is all that is known, and it decides the type",
+         isTextThatReadsLikeAnotherType},
+        {u"Empty texts, and blanks around a text", "a reading is trimmed, and an empty one deletes the key",
+         isTextWithBlanksAround},
+        {u"Do Not Disturb kept as a number", "per-host preferences come back as a switch or as text",
+         isNotificationNumberThatBecameText},
+        {u"Empty preference files", "a key is deleted, the file that was made for it stays", isEmptyPreferenceFile},
+        {u"The Focus preferences", "they are set along with Do Not Disturb, but aren't captured", isFocusPreference},
+        {u"Notification Center", "it is started anew, and stays allowed to start, whatever was before",
+         isOfNotificationCenter},
+        {u"Different sleep settings on battery and on the mains", "one value is read, and written for every source",
+         isOfAnotherPowerSource},
+        {u"Macs that lack one of the sleep settings", "standby, disk sleep and sleep go together or not at all",
+         isOfIncompleteSleepSettings},
+        {u"Standby on Macs that list its delays first", "the first line that begins with \"standby\" counts",
+         isStandbyThatTookItsDelay},
+        {u"Automatic backups", "whether a backup was running is what is captured", isOfTimeMachine},
+        {u"Spotlight on other disks", "every disk is set like the system's", isOfAnotherIndexedVolume},
+        {u"Spotlight in an unusual state", "it comes back as on or off", isUnusualIndexing},
+        {u"What Quorvane keeps for itself", "snapshots, records and notes are there to stay", isQuorvanesOwn},
+        {u"The list of what may run in the background", "macOS notes what was in the login items", isNoteOfLoginItem},
+        {u"Applications that a profile opens", "what has come to the login items stays",
+         onReinstate<isAddedApplication>},
+        {u"The order of the login items", "an item that comes back goes to the end", onReinstate<isOrder>},
+        {u"Login items with a name of their own", "System Events names an item after its file", onReinstate<isOwnName>},
+        {u"Login items whose file is gone", "there is nothing to add again", onReinstate<isItemWithoutFile>},
+        {u"Login items with a vertical bar", "in System Events' answer it stands between name and file",
+         onReinstate<isItemWithBar>},
+        {u"Applications that a profile opens hidden, or not", "an item that is there is left as it is",
+         onReinstate<isHiddenMark>},
+        {u"Network services with an apostrophe", "their state can't be read", onReinstate<isServiceWithApostrophe>},
+        {u"Login items after an undo", "only Reinstate adds them again", isLoginItemAfterRevert},
+        {u"The network after an undo", "only Reinstate switches it on again", isServiceAfterRevert},
+    };
+    return exceptions;
+}
+
+} // namespace quorvane

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "fakes/RandomMac.h"
+#include "profiles/UnifiedProfile.h"
+#include "simulator/Json.h"
+
+namespace quorvane {
+
+// Random Macs for the round trip, with odd values in everything that is captured, and random profiles for them.
+
+macsim::Json randomRoundTripMac(Draw& draw);
+
+/// A profile that switches off some of what runs at login on the Mac, and opens applications, some of them the same.
+UnifiedProfile randomRoundTripProfile(const macsim::Json& mac, Draw& draw);
+
+} // namespace quorvane

@@ -1,0 +1,214 @@
+// Capture, apply, and back again: random Macs and random profiles, and afterwards the whole Mac is what it was, but for
+// the exceptions that docs/WAY-BACK.md tells the user of. The tools run in this process, so that a trip takes
+// milliseconds.
+
+#include "fakes/InProcessMac.h"
+#include "fakes/RandomMac.h"
+#include "fakes/SimulatedSystem.h"
+#include "flows/RoundTrip.h"
+#include "flows/RoundTripMac.h"
+#include "snapshots/RestoreBaseline.h"
+#include "snapshots/SnapshotManager.h"
+
+#include <QRegularExpression>
+
+#include <map>
+
+namespace quorvane {
+
+namespace {
+
+using macsim::Json;
+using macsim::MacDifference;
+
+constexpr quint64 kTrips = 200;
+
+/// A Mac before or after a trip.
+struct Sight {
+    macsim::MacPicture picture;
+    Json loginItems;
+
+    Sight(const QString& macFolder, const macsim::Mac& mac)
+        : picture(macFolder)
+        , loginItems(mac.state().read("loginItems")) {}
+
+    /// By what stands at a login item's key: its name, and whether it opens hidden.
+    QMap<QString, QString> items() const {
+        QMap<QString, QString> items;
+        for (const Json& item : loginItems) {
+            items[loginItemKey(item)] = QString::fromStdString(item["name"].get<std::string>()) +
+                                        (item.value("hidden", false) ? u" (hidden)"_s : QString());
+        }
+        return items;
+    }
+    /// The keys that the other sight has, too, in their order.
+    QString orderOfShared(const Sight& other) const {
+        const QMap<QString, QString> shared = other.items();
+        QStringList keys;
+        for (const Json& item : loginItems) {
+            if (shared.contains(loginItemKey(item))) {
+                keys.append(loginItemKey(item));
+            }
+        }
+        return keys.join(u", "_s);
+    }
+};
+
+/// Login items are compared by their files and in their order; everything else as in the pictures.
+QList<MacDifference> differences(const Sight& before, const Sight& after) {
+    QList<MacDifference> all = after.picture.differencesSince(before.picture);
+    all.removeIf([](const MacDifference& difference) { return difference.key.startsWith(u"state loginItems"_s); });
+    const QMap<QString, QString> old = before.items();
+    const QMap<QString, QString> now = after.items();
+    const auto valueIn = [](const QMap<QString, QString>& items, const QString& key) {
+        return items.contains(key) ? std::optional(items[key]) : std::nullopt;
+    };
+    QStringList keys = old.keys() + now.keys();
+    keys.removeDuplicates();
+    for (const QString& key : keys) {
+        if (valueIn(old, key) != valueIn(now, key)) {
+            all.append({key, valueIn(old, key), valueIn(now, key)});
+        }
+    }
+    const QString oldOrder = before.orderOfShared(after);
+    const QString newOrder = after.orderOfShared(before);
+    if (oldOrder != newOrder) {
+        all.append({kLoginItemOrder, oldOrder, newOrder});
+    }
+    return all;
+}
+
+/// How often each exception has been seen, by its name.
+using Sightings = std::map<QString, int>;
+
+/// The program on a random Mac, through one round trip.
+class Traveller {
+public:
+    explicit Traveller(quint64 seed)
+        : m_draw(seed) {
+        m_trip.mac = randomRoundTripMac(m_draw);
+        macsim::createMac(macFolder(), m_trip.mac, macsim::simulatorTools().keys(), program());
+        start();
+    }
+
+    void travel() {
+        const Sight before = look();
+        capture();
+        for (int times = m_draw.oneIn(4) ? 2 : 1; times > 0; --times) {
+            start();
+            apply(randomRoundTripProfile(m_trip.mac, m_draw));
+        }
+        goBack();
+        m_differences = differences(before, look());
+    }
+
+    const RoundTrip& trip() const { return m_trip; }
+    const QList<MacDifference>& found() const { return m_differences; }
+    std::string log() const { return m_log.join(u'\n').toStdString(); }
+
+private:
+    static QString program() { return QStringLiteral(MACSIM_PROGRAM); }
+    QString macFolder() const { return m_folder.path() + u"/Mac"_s; }
+    Sight look() const { return {macFolder(), m_host->mac()}; }
+
+    /// Starts the program anew, now and then.
+    void start() {
+        if (m_system && m_draw.oneIn(2)) {
+            return;
+        }
+        m_system.reset();
+        m_host = std::make_unique<InProcessHost>(macFolder(), program());
+        m_system = std::make_unique<SystemManager>(m_host->host(), m_notifications);
+        QObject::connect(m_system.get(), &SystemManager::messageLogged,
+                         [this](const QString& line) { m_log.append(line); });
+    }
+
+    void capture() {
+        const auto archive = m_draw.oneIn(3) ? SystemManager::MasterArchive::Yes : SystemManager::MasterArchive::No;
+        ASSERT_TRUE(QCoro::waitFor(m_system->captureSystemSnapshot(u"Before"_s, archive)));
+        const Host host = m_host->host();
+        m_trip.snapshot = SnapshotManager(host.files, host.machine).load().value();
+        m_trip.isOneWay = m_draw.oneIn(3);
+    }
+
+    void apply(const UnifiedProfile& profile) {
+        m_trip.applied.append(profile);
+        if (m_trip.isOneWay) {
+            QCoro::waitFor(m_system->applyPerformanceTweaks(profile.settings, cleanRebootOf(profile)));
+        } else {
+            QCoro::waitFor(m_system->applyProfile(profile));
+        }
+    }
+
+    void goBack() {
+        start();
+        m_trip.wayBack = m_draw.oneIn(3) ? WayBack::Revert : WayBack::Reinstate;
+        const RestoreOutcome outcome = QCoro::waitFor(
+            m_trip.wayBack == WayBack::Revert ? m_system->revertPerformanceTweaks() : m_system->reinstateSystem());
+        EXPECT_TRUE(outcome.succeeded);
+    }
+
+    Draw m_draw;
+    QTemporaryDir m_folder{caseFolder()};
+    NotificationCenter m_notifications;
+    std::unique_ptr<InProcessHost> m_host;
+    std::unique_ptr<SystemManager> m_system;
+    RoundTrip m_trip;
+    QStringList m_log;
+    QList<MacDifference> m_differences;
+};
+
+/// Every difference is what exactly one exception tells of.
+void expectOnlyExceptions(const Traveller& traveller, Sightings& sightings) {
+    for (const MacDifference& difference : traveller.found()) {
+        QStringList names;
+        for (const RoundTripException& exception : roundTripExceptions()) {
+            if (exception.covers(difference, traveller.trip())) {
+                names.append(QString::fromUtf16(exception.name));
+                ++sightings[names.last()];
+            }
+        }
+        EXPECT_EQ(names.size(), 1) << difference.line().toStdString() << names.join(u", "_s).toStdString();
+    }
+}
+
+/// The bold beginnings of the paragraphs of docs/WAY-BACK.md that tell of the exceptions.
+QStringList entriesOfThePage() {
+    const QString page = QString::fromUtf8(projectFile(u"docs/WAY-BACK.md"_s));
+    static const QRegularExpression entry(u"^\\*\\*(.+)\\.\\*\\*"_s, QRegularExpression::MultilineOption);
+    QStringList names;
+    for (const QRegularExpressionMatch& match : entry.globalMatch(page)) {
+        names.append(match.captured(1));
+    }
+    return names;
+}
+
+} // namespace
+
+TEST(RoundTrip, leavesTheMacAsItWasButForWhatTheUserIsToldOf) {
+    Sightings sightings;
+    for (quint64 seed = 1; seed <= kTrips; ++seed) {
+        SCOPED_TRACE("seed " + std::to_string(seed));
+        Traveller traveller(seed);
+        traveller.travel();
+        const bool hadFailed = ::testing::Test::HasFailure();
+        expectOnlyExceptions(traveller, sightings);
+        if (!hadFailed && ::testing::Test::HasFailure()) {
+            ADD_FAILURE() << traveller.log(); // of the first trip, for the others are of the same kind mostly
+        }
+    }
+    for (const RoundTripException& exception : roundTripExceptions()) {
+        const QString name = QString::fromUtf16(exception.name);
+        EXPECT_GT(sightings[name], 0) << name.toStdString() << " (" << exception.reason << ") was never seen";
+    }
+}
+
+TEST(RoundTrip, isToldOfCompletelyInThePageForTheUser) {
+    QStringList names;
+    for (const RoundTripException& exception : roundTripExceptions()) {
+        names.append(QString::fromUtf16(exception.name));
+    }
+    EXPECT_EQ(entriesOfThePage(), names);
+}
+
+} // namespace quorvane
