@@ -34,6 +34,7 @@ public:
 
     QFuture<CommandOutcome> run(QStringList arguments, OutputCapture capture) override;
     void shutDown() override { m_commands.shutDown(); }
+    bool isShutDown() const override { return m_commands.isShutDown(); }
 
 private:
     CommandLauncher& m_commands;

@@ -56,7 +56,7 @@ bool SimulatedCloudDrive::hasAccount() const {
 QFuture<std::optional<QString>> SimulatedCloudDrive::containerFolder() {
     const QString folder = folderOfContainer();
     std::optional<QString> found;
-    if (isInContainer(folder + u'/')) {
+    if (!m_isShutDown && isInContainer(folder + u'/')) {
         try {
             m_mac.volume(macsim::Actor::User).createFolders(folder);
             found = folder;
@@ -141,6 +141,9 @@ QFuture<std::optional<QString>> SimulatedCloudDrive::replace(const QString& path
 
 /// The newest content is then what was written, whatever was still to come.
 std::optional<QString> SimulatedCloudDrive::write(const QString& path, const QByteArray& bytes) {
+    if (m_isShutDown) {
+        return u"The program is quitting."_s;
+    }
     const Json cloud = m_mac.state().read(kSubject);
     if (cloud.is_object() && cloud.contains("writesFail")) {
         return QString::fromStdString(cloud.at("writesFail").get<std::string>());

@@ -37,6 +37,7 @@ public:
     bool isCurrent(const QString& path) const override;
     bool create(const QString& path, const QByteArray& bytes) override;
     QFuture<std::optional<QString>> replace(const QString& path, const QByteArray& bytes) override;
+    void shutDown() override { m_isShutDown = true; }
 
 private:
     QString folderOfContainer() const;
@@ -45,6 +46,7 @@ private:
 
     const macsim::Mac& m_mac;
     FileManager& m_files;
+    bool m_isShutDown = false;
 };
 
 } // namespace quorvane

@@ -33,6 +33,7 @@ Host SimulatedHost::host() {
 void SimulatedHost::shutDown() {
     m_commands.shutDown();
     m_scripts.shutDown();
+    m_cloud.shutDown();
     m_clock.shutDown();
 }
 
