@@ -99,7 +99,8 @@ TEST_F(AdminBatchTest, aBatchThatIsTooLongFailsAndIsLogged) {
 }
 
 TEST_F(AdminBatchTest, aLineWithANullCharacterIsRefusedBeforeAnyPrompt) {
-    const CommandResult result = QCoro::waitFor(system.executeAdminScript(u"true '"_s + QChar::Null + u'\'', u"Please."_s));
+    const CommandResult result =
+        QCoro::waitFor(system.executeAdminScript(u"true '"_s + QChar::Null + u'\'', u"Please."_s));
     EXPECT_EQ(result.status, 1);
     EXPECT_EQ(result.standardError, u"The administrator command line holds a null character"_s);
     EXPECT_TRUE(trace.isEmpty());
