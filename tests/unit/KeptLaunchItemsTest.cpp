@@ -346,6 +346,7 @@ TEST_F(KeptLaunchItems, aLinkInThePlaceOfTheBackupFolderIsLeftAlone) {
     keep(kKeptDaemons + kLabel, "box");
     files.addFile(kDaemons + kLabel, "box");
     files.addLink(kDaemonsBackup.chopped(1), u"/Library/LaunchDaemons"_s);
+    carryOut(kKeptDaemons, kDaemons);
     reinstate();
     EXPECT_EQ(takeTrace(), kQueued + asRoot(kDaemonBack));
     EXPECT_EQ(files.read(kDaemons + kLabel), "box") << "it would be its own backup";

@@ -84,7 +84,7 @@ TEST_F(SnapshotFlow, readsTheWholeSystemInAFixedOrder) {
                            "$> /usr/sbin/networksetup -listallnetworkservices\n"
                            "$> /usr/sbin/networksetup -getnetworkserviceenabled Wi-Fi\n"
                            "$> /usr/sbin/networksetup -getnetworkserviceenabled Ethernet\n"
-                           "$> /usr/sbin/networksetup -getnetworkserviceenabled \"Bob'\\\\''s iPhone\"\n"_s +
+                           "$> /usr/sbin/networksetup -getnetworkserviceenabled \"Bob'\\''s iPhone\"\n"_s +
                                kPowerAndPreferenceReadings +
                                u"  [SNAPSHOT] Saved system baseline for \"Before the tour\".\n"_s);
 }
