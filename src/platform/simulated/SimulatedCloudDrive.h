@@ -40,8 +40,10 @@ public:
     void shutDown() override { m_isShutDown = true; }
 
 private:
+    bool hasContainer() const;
     QString folderOfContainer() const;
     bool isInContainer(const QString& path) const;
+    bool putOnDisk(const QString& path, const QByteArray& bytes) const;
     std::optional<QString> write(const QString& path, const QByteArray& bytes);
 
     const macsim::Mac& m_mac;
