@@ -60,8 +60,8 @@ protected:
     // ---- What the Mac holds
 
     QString networkServices() {
-        return shell(
-            u"for s in Wi-Fi Ethernet 'Bluetooth PAN'; do networksetup -getnetworkserviceenabled \"$s\"; done"_s);
+        return shell(u"networksetup -getnetworkserviceenabled Wi-Fi; networksetup -getnetworkserviceenabled Ethernet; "
+                     "networksetup -getnetworkserviceenabled 'Bluetooth PAN'"_s);
     }
     QString powerSettings() { return shell(u"pmset -g custom"_s); }
     /// Every preference that a snapshot knows, in its order; a key that isn't set is an empty line.
@@ -105,8 +105,10 @@ protected:
     }
     QList<QByteArray> journal() const {
         QFile file(macFolder() + macsim::kStateFolder.toString() + u"/journal.jsonl"_s);
-        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-        QList<QByteArray> lines = file.readAll().split('\n');
+        QList<QByteArray> lines;
+        if (file.open(QIODevice::ReadOnly)) { // it comes with the first command
+            lines = file.readAll().split('\n');
+        }
         lines.removeAll(QByteArray());
         return lines;
     }
@@ -151,9 +153,9 @@ TEST_F(WayBack, reinstateLeavesNothingElseChanged) {
     ASSERT_TRUE(capture());
     ASSERT_TRUE(apply(gig()));
     ASSERT_TRUE(reinstate().succeeded);
-    QStringList changed = picture().changesSince(before).split(u'\n', Qt::SkipEmptyParts);
-    changed.removeIf([](const QString& line) { return line.contains(u"/system_snapshot.json: "_s); });
-    EXPECT_EQ(changed.join(u'\n') + u'\n', QString::fromUtf8(projectFile(u"tests/flows/gig-reinstated-changes.txt"_s)));
+    removeLocalSnapshot();
+    EXPECT_EQ(picture().changesSince(before),
+              QString::fromUtf8(projectFile(u"tests/flows/gig-reinstated-changes.txt"_s)));
 }
 
 TEST_F(WayBack, revertLeavesLoginItemsAndNetworkAlone) {
@@ -313,8 +315,8 @@ TEST_F(WayBack, defaultIsRecognisedWhileABackupIsRunningAndNotOnAnIdleMac) {
 
 // A key that is absent counts as switched off, although the system does what the key would switch on.
 TEST_F(WayBack, aMacWithoutTheKeysIsNotRecognisedAsDefault) {
-    shell(u"for d in com.apple.SoftwareUpdate com.apple.commerce com.apple.assistant.support com.apple.systemsound; do "
-          "defaults delete $d; done"_s);
+    shell(u"defaults delete com.apple.SoftwareUpdate; defaults delete com.apple.commerce; "
+          "defaults delete com.apple.assistant.support; defaults delete com.apple.systemsound"_s);
     setBackupRunning(true);
     EXPECT_EQ(scan(), std::nullopt);
     const ApplyVerificationResult inForce = QCoro::waitFor(
