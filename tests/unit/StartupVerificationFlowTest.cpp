@@ -50,9 +50,9 @@ TEST_F(StartupVerificationFlow, whatIsGoneIsVerifiedInTheOrderOfTheSteps) {
     defaults.setStringArray(kManaged, {u"/Applications/Old Mixer.app"_s});
     BackgroundTaskItem off = backgroundRecord(u"Sync"_s, u"com.x.sync"_s);
     off.disposition = disabledDisposition();
-    BackgroundTaskItem cloud = backgroundRecord(u"Dropbox Helper"_s, u"com.getdropbox.helper"_s);
-    cloud.disposition = u"[enabled, disallowed, notified] (0x9)"_s;
-    cacheDump({off, cloud});
+    BackgroundTaskItem syncHelper = backgroundRecord(u"Dropbox Helper"_s, u"com.getdropbox.helper"_s);
+    syncHelper.disposition = u"[enabled, disallowed, notified] (0x9)"_s;
+    cacheDump({off, syncHelper});
     answerNetwork("Wi-Fi\n*LAN\n", {{u"Wi-Fi"_s, "Disabled\n"}, {u"LAN"_s, "Disabled\n"}});
 
     StartupConfiguration configuration =

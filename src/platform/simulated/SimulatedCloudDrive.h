@@ -39,8 +39,10 @@ public:
     QFuture<std::optional<QString>> replace(const QString& path, const QByteArray& bytes) override;
 
 private:
+    bool hasContainer() const;
     QString folderOfContainer() const;
     bool isInContainer(const QString& path) const;
+    bool putOnDisk(const QString& path, const QByteArray& bytes) const;
     std::optional<QString> write(const QString& path, const QByteArray& bytes);
 
     const macsim::Mac& m_mac;
