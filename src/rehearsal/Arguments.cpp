@@ -151,7 +151,7 @@ Commands
   snapshot [LABEL] [--master]     saves this Mac's own settings as what the ways back restore; with --master also for good
   revert                          takes the program's applications out of the login items, and the tweaks back to the saved
                                   settings, or to the standard ones where none were saved
-  reinstate                       the same for the whole system: with saved settings also login items, network and launch items
+  reinstate                       the tweaks back likewise, and with saved settings also login items, network and launch items
   default                         as revert, makes Default the active profile, and scans
   scan                            which configuration this Mac is in: a saved profile, Default or none
   maintenance [--caches] [--trash] [--downloads]

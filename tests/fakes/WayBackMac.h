@@ -74,13 +74,17 @@ protected:
         }
         return isSaved;
     }
-    /// The Mac after a way back. @param flow  "revert" or "reinstate"
+    /// The Mac after a way back, without the files of the snapshot and the baselines and what a killed write has left beside
+    /// them. @param flow  "revert" or "reinstate"
     macsim::MacPicture wentBack(const QString& mac, const QString& flow) {
         InProcessHost host(mac, program());
         SystemManager system(host.host(), notifications);
         const RestoreOutcome outcome =
             QCoro::waitFor(flow == u"revert"_s ? system.undoTweaks() : system.reinstateWholeSystem());
         EXPECT_TRUE(outcome.succeeded);
+        for (const QString& place : {kWayBackSnapshot.section(u'/', 0, -2), kHomeBaselines, kCloudBaselines}) {
+            removeFiles(mac, place);
+        }
         return macsim::MacPicture(mac);
     }
 
@@ -109,18 +113,9 @@ protected:
     /// The names in a folder, without what a killed write has left beside its file.
     static QStringList filesOn(const QString& mac, const QString& path) {
         QStringList names = macsim::Mac(mac).volume(macsim::Actor::Root).list(path);
-        names.removeIf([](const QString& name) { return leftOver().match(name).hasMatch(); });
+        static const QRegularExpression leftOver(u"\\A\\.quorvane\\.[a-z]{6}\\z"_s);
+        names.removeIf([](const QString& name) { return leftOver.match(name).hasMatch(); });
         return names;
-    }
-
-    /// What differs, but for the baselines themselves and what a killed write has left beside its file.
-    static QString changesOfSystem(const macsim::MacPicture& before, const macsim::MacPicture& after) {
-        QStringList lines = after.changesSince(before).split(u'\n', Qt::SkipEmptyParts);
-        lines.removeIf([](const QString& line) {
-            return line.contains(kWayBackSnapshot) || line.contains(kHomeBaselines + u'/') ||
-                   line.contains(kCloudBaselines + u'/') || leftOver().match(line).hasMatch();
-        });
-        return lines.join(u'\n');
     }
 
     QString original() const { return folder.path() + u"/Mac"_s; }
@@ -138,9 +133,12 @@ private:
         return names;
     }
 
-    static const QRegularExpression& leftOver() {
-        static const QRegularExpression name(u"(^|/)\\.quorvane\\.[A-Za-z]{6}(: |$)"_s);
-        return name;
+    static void removeFiles(const QString& mac, const QString& place) {
+        QDir folderOnHost(mac + place);
+        const QStringList names = folderOnHost.entryList(QDir::Files | QDir::Hidden);
+        for (const QString& name : names) {
+            EXPECT_TRUE(folderOnHost.remove(name));
+        }
     }
 
     static void expectBaselinesWhole(const QString& mac, const QString& place) {

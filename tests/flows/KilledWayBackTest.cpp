@@ -79,7 +79,7 @@ protected:
         const macsim::MacPicture undisturbed = wentBack(copyOfMac(), flow);
         return [this, flow, undisturbed](const QString& mac) {
             expectFilesWhole(mac);
-            EXPECT_EQ(changesOfSystem(undisturbed, wentBack(mac, flow)), QString());
+            EXPECT_EQ(wentBack(mac, flow).changesSince(undisturbed), QString());
         };
     }
 
@@ -93,7 +93,7 @@ protected:
             expectFilesWhole(mac);
             const QString label = snapshotOn(mac).value_or(SystemSnapshot()).label.value_or(QString());
             ASSERT_TRUE(undisturbed.contains(label));
-            EXPECT_EQ(changesOfSystem(*undisturbed.find(label), wentBack(mac, u"revert"_s)), QString());
+            EXPECT_EQ(wentBack(mac, u"revert"_s).changesSince(*undisturbed.find(label)), QString());
         };
     }
 
