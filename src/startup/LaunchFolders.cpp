@@ -86,8 +86,9 @@ QString reinstateLaunchPlistCommand(const KeptLaunchPlist& plist, quint32 userId
     const QString whenTaken = (started + QStringList{setAside, u"true"_s}).join(u" ; "_s);
     const QString whenPutBack = (started + QStringList(u"rm -f "_s + kept)).join(u" ; "_s);
     // Joined, not by arg(): the texts hold names, which may hold a "%1".
-    return u"(("_s + somethingIsAt(place) + u") && ("_s + whenTaken + u") || ("_s + putBack + u" && ("_s + whenPutBack +
-           u"))) 2>/dev/null || true"_s;
+    // "( (" with a blank: "((" begins arithmetic.
+    return u"( ("_s + somethingIsAt(place) + u") && ("_s + whenTaken + u") || ("_s + putBack + u" && ("_s +
+           whenPutBack + u"))) 2>/dev/null || true"_s;
 }
 
 } // namespace quorvane

@@ -109,7 +109,7 @@ const QString kCopy = u"/Library/Application Support/Kept/x.plist"_s;
 const QString kStart = u"launchctl enable 'system/com.x' ; launchctl enable 'gui/501/com.x' ; "
                        "launchctl bootstrap system '/Library/LaunchDaemons/x.plist' ; "_s;
 const QString kBringBack =
-    u"(([ -e '/Library/LaunchDaemons/x.plist' ] || [ -L '/Library/LaunchDaemons/x.plist' ]) && ("_s + kStart +
+    u"( ([ -e '/Library/LaunchDaemons/x.plist' ] || [ -L '/Library/LaunchDaemons/x.plist' ]) && ("_s + kStart +
     u"mv '/Library/Application Support/Kept/x.plist' '/Library/Application Support/Kept/x.plist.replaced' ; true) || "
     "(cp -p '/Library/Application Support/Kept/x.plist' '/Library/Application Support/Kept/x.plist.new' && "
     "mv '/Library/Application Support/Kept/x.plist.new' '/Library/LaunchDaemons/x.plist' && ("_s +

@@ -20,7 +20,7 @@ const QString kDaemonsBackup = kBackup + u"/_Library_LaunchDaemons/"_s;
 const QString kLabel = u"com.box.plist"_s;
 
 const QString kAgentBack =
-    u"(([ -e '/Library/LaunchAgents/com.box.plist' ] || [ -L '/Library/LaunchAgents/com.box.plist' ]) && "
+    u"( ([ -e '/Library/LaunchAgents/com.box.plist' ] || [ -L '/Library/LaunchAgents/com.box.plist' ]) && "
     "(launchctl enable 'system/com.box.job' ; launchctl enable 'gui/501/com.box.job' ; mv "
     "'/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchAgents/com.box.plist' "
     "'/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchAgents/com.box.plist.replaced' ; "
@@ -32,7 +32,7 @@ const QString kAgentBack =
     "'gui/501/com.box.job' ; rm -f '/Library/Application "
     "Support/Quorvane/LaunchItems/_Library_LaunchAgents/com.box.plist'))) 2>/dev/null || true"_s;
 const QString kDaemonBack =
-    u"(([ -e '/Library/LaunchDaemons/com.box.plist' ] || [ -L '/Library/LaunchDaemons/com.box.plist' ]) "
+    u"( ([ -e '/Library/LaunchDaemons/com.box.plist' ] || [ -L '/Library/LaunchDaemons/com.box.plist' ]) "
     "&& (launchctl enable 'system/com.box.job' ; launchctl enable 'gui/501/com.box.job' ; launchctl "
     "bootstrap system '/Library/LaunchDaemons/com.box.plist' ; mv '/Library/Application "
     "Support/Quorvane/LaunchItems/_Library_LaunchDaemons/com.box.plist' '/Library/Application "
@@ -45,7 +45,7 @@ const QString kDaemonBack =
     "'/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchDaemons/com.box.plist'))) "
     "2>/dev/null || true"_s;
 const QString kDaemonBackWithoutLabel =
-    u"(([ -e '/Library/LaunchDaemons/com.box.plist' ] || [ -L '/Library/LaunchDaemons/com.box.plist' ]) "
+    u"( ([ -e '/Library/LaunchDaemons/com.box.plist' ] || [ -L '/Library/LaunchDaemons/com.box.plist' ]) "
     "&& (mv '/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchDaemons/com.box.plist' "
     "'/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchDaemons/com.box.plist.replaced' ; "
     "true) || (cp -p '/Library/Application "
@@ -295,7 +295,7 @@ TEST_F(KeptLaunchItems, aHostileNameAndLabelAreQuotedForTheShellOfRoot) {
                             R"(launchctl enable 'gui/501/x'\''; touch p; '\''%2' ; launchctl bootstrap system )"_s +
                             place + u" ; "_s;
     EXPECT_EQ(takeTrace(), u"  [ACTION] Queued restore for system launch item: "_s + name + u'\n' +
-                               asRoot(u"(([ -e "_s + place + u" ] || [ -L "_s + place + u" ]) && ("_s + started +
+                               asRoot(u"( ([ -e "_s + place + u" ] || [ -L "_s + place + u" ]) && ("_s + started +
                                       u"mv "_s + kept + u"' "_s + kept + u".replaced' ; true) || (cp -p "_s + kept +
                                       u"' "_s + kept + u".new' && mv "_s + kept + u".new' "_s + place + u" && ("_s +
                                       started + u"rm -f "_s + kept + u"'))) 2>/dev/null || true"_s));

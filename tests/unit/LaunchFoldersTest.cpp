@@ -66,7 +66,7 @@ TEST(LaunchFolders, pathsCantLeaveTheirQuotesInTheCommand) {
     const QString started = uR"(launchctl enable 'system/b'\''; %1' ; launchctl enable 'gui/501/b'\''; %1' ; )"
                             R"(launchctl bootstrap system '/L/a'\''; %2.plist' ; )"_s;
     EXPECT_EQ(reinstateLaunchPlistCommand({u"a'; %2.plist"_s, folder, u"b'; %1"_s}, 501),
-              uR"((([ -e '/L/a'\''; %2.plist' ] || [ -L '/L/a'\''; %2.plist' ]) && ()"_s + started +
+              uR"(( ([ -e '/L/a'\''; %2.plist' ] || [ -L '/L/a'\''; %2.plist' ]) && ()"_s + started +
                   uR"(mv '/K'\''%3/a'\''; %2.plist' '/K'\''%3/a'\''; %2.plist.replaced' ; true) || ()"
                   R"(cp -p '/K'\''%3/a'\''; %2.plist' '/K'\''%3/a'\''; %2.plist.new' && )"
                   R"(mv '/K'\''%3/a'\''; %2.plist.new' '/L/a'\''; %2.plist' && ()"_s +
@@ -90,7 +90,8 @@ TEST(LaunchFolders, aLinkInThePlaceOfABackupFolderStopsTheLineOfRoot) {
 TEST(LaunchFolders, onlyADaemonIsLoadedByRootAndOnlyUnderALabelAnythingIs) {
     const QList<LaunchFolder> folders = launchFolders(u"/Users/alex"_s);
     const QString kept = u"'/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchAgents/x.plist"_s;
-    const QString taken = u"(([ -e '/Library/LaunchAgents/x.plist' ] || [ -L '/Library/LaunchAgents/x.plist' ]) && ("_s;
+    const QString taken =
+        u"( ([ -e '/Library/LaunchAgents/x.plist' ] || [ -L '/Library/LaunchAgents/x.plist' ]) && ("_s;
     const QString setAside = u"mv "_s + kept + u"' "_s + kept + u".replaced' ; true) || (cp -p "_s + kept + u"' "_s +
                              kept + u".new' && mv "_s + kept + u".new' '/Library/LaunchAgents/x.plist' && ("_s;
     const QString end = u"rm -f "_s + kept + u"'))) 2>/dev/null || true"_s;
