@@ -173,9 +173,8 @@ TEST_F(KeptLaunchItemsOnSimulatedMac, theNewestOfTwoSwitchedOffComesBack) {
 }
 
 TEST_F(KeptLaunchItemsOnSimulatedMac, aCancelledPromptLeavesEverythingForTheNextTime) {
-    ASSERT_TRUE(switchAllOff());
+    ASSERT_TRUE(switchSystemsOff());
     logOutAndIn();
-    volume().move(kBackup + u"/UserHome_Library_LaunchAgents/com.own.plist"_s, kOwn);
     const macsim::MacPicture off = picture();
     authorization.setAnswer(macsim::Authorization::Cancel);
     EXPECT_FALSE(reinstate());

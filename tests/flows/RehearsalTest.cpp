@@ -113,7 +113,7 @@ TEST_F(RehearsalTest, theDefaultProfileTakesTheRoadOfDefault) {
     EXPECT_EQ(run.status, 0);
     EXPECT_TRUE(
         run.output.startsWith("\nUndoing Audio Performance tweaks (no snapshot — using standard defaults)...\n"));
-    EXPECT_EQ(shell(u"ls ~/'Library/Application Support/Quorvane'"_s), "") << "no profile is saved";
+    EXPECT_EQ(shell(u"ls ~/'Library/Application Support/Quorvane/UnifiedProfiles'"_s), "") << "no profile is saved";
 }
 
 TEST_F(RehearsalTest, blanksAroundTheNameOfTheDefaultProfileDoNotCount) {
@@ -123,7 +123,7 @@ TEST_F(RehearsalTest, blanksAroundTheNameOfTheDefaultProfileDoNotCount) {
     EXPECT_EQ(run.status, 0);
     EXPECT_TRUE(
         run.output.startsWith("\nUndoing Audio Performance tweaks (no snapshot — using standard defaults)...\n"));
-    EXPECT_EQ(shell(u"ls ~/'Library/Application Support/Quorvane'"_s), "") << "no profile is saved";
+    EXPECT_EQ(shell(u"ls ~/'Library/Application Support/Quorvane/UnifiedProfiles'"_s), "") << "no profile is saved";
 }
 
 TEST_F(RehearsalTest, tweaksAndVerifyAnswerByTheirExitStatus) {
