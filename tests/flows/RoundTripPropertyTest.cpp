@@ -21,7 +21,7 @@ namespace {
 using macsim::Json;
 using macsim::MacDifference;
 
-constexpr quint64 kTrips = 200;
+constexpr quint64 kTrips = 120;
 
 /// A Mac before or after a trip.
 struct Sight {
