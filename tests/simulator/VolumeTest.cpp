@@ -341,15 +341,15 @@ TEST_F(VolumeTest, aFolderGivesItsNamesSoManyAtATimeInTheirOrder) {
     for (const QString& name : {u"b"_s, u"D"_s, u".hidden"_s, u"a"_s, u"é"_s}) {
         user.write(kHome + u"/Music/"_s + name, {});
     }
-    const QString folder = kHome + u"/Music"_s;
-    EXPECT_EQ(user.namesAfter(folder, {}, 100), user.list(folder));
-    EXPECT_EQ(user.namesAfter(folder, {}, 2), QStringList({u".hidden"_s, u"D"_s}));
-    user.remove(folder + u"/D"_s);
-    EXPECT_EQ(user.namesAfter(folder, u"D"_s, 2), QStringList({u"a"_s, u"b"_s}));
-    EXPECT_EQ(user.namesAfter(folder, u"b"_s, 2), QStringList(u"é"_s));
-    EXPECT_EQ(user.namesAfter(folder, u"é"_s, 2), QStringList());
-    EXPECT_EQ(errorOf([&] { user.namesAfter(folder + u"/a"_s, {}, 2); }), ENOTDIR);
-    EXPECT_EQ(errorOf([&] { user.namesAfter(folder + u"/gone"_s, {}, 2); }), ENOENT);
+    const QString music = kHome + u"/Music"_s;
+    EXPECT_EQ(user.namesAfter(music, {}, 100), user.list(music));
+    EXPECT_EQ(user.namesAfter(music, {}, 2), QStringList({u".hidden"_s, u"D"_s}));
+    user.remove(music + u"/D"_s);
+    EXPECT_EQ(user.namesAfter(music, u"D"_s, 2), QStringList({u"a"_s, u"b"_s}));
+    EXPECT_EQ(user.namesAfter(music, u"b"_s, 2), QStringList(u"é"_s));
+    EXPECT_EQ(user.namesAfter(music, u"é"_s, 2), QStringList());
+    EXPECT_EQ(errorOf([&] { user.namesAfter(music + u"/a"_s, {}, 2); }), ENOTDIR);
+    EXPECT_EQ(errorOf([&] { user.namesAfter(music + u"/gone"_s, {}, 2); }), ENOENT);
     EXPECT_EQ(errorOf([&] { user.namesAfter(u"/private/var/root"_s, {}, 2); }), EACCES);
 }
 
