@@ -221,7 +221,7 @@ TEST_P(CloudDriveContract, aDownloadMayNeverCome) {
     signIn();
     subject->addWaiting(path, "cloud", std::nullopt, std::nullopt);
     drive.startDownloading(path);
-    for (int look = 0; look < 100; ++look) {
+    for (int look = 0; look < 20; ++look) {
         ASSERT_FALSE(drive.isCurrent(path));
     }
     EXPECT_FALSE(files.exists(path));
