@@ -34,18 +34,18 @@ protected:
     /// Half of the entries lie directly in the folder, the other half in folders of 250. Made without the heap: the sanitizer
     /// would keep what was freed, and the peak of the process that is measured counts this one.
     void makeEntries(int count) const {
-        const QByteArray folder = caches().toUtf8();
+        const QByteArray place = caches().toUtf8();
         std::array<char, 512> path{};
         for (int number = 0; number < count / 2; ++number) {
-            std::snprintf(path.data(), path.size(), "%s/com.maker.cache-%d", folder.constData(), number);
+            std::snprintf(path.data(), path.size(), "%s/com.maker.cache-%d", place.constData(), number);
             makeFile(path.data());
         }
         for (int number = 0; number < count / 2; ++number) {
-            std::snprintf(path.data(), path.size(), "%s/Browser %d", folder.constData(), number / 250);
+            std::snprintf(path.data(), path.size(), "%s/Browser %d", place.constData(), number / 250);
             if (number % 250 == 0) {
                 ASSERT_EQ(::mkdir(path.data(), 0755), 0);
             }
-            std::snprintf(path.data(), path.size(), "%s/Browser %d/%d", folder.constData(), number / 250, number);
+            std::snprintf(path.data(), path.size(), "%s/Browser %d/%d", place.constData(), number / 250, number);
             makeFile(path.data());
         }
     }
