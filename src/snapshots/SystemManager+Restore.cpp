@@ -84,6 +84,10 @@ QCoro::Task<void> SystemManager::restoreLoginItems(SystemSnapshot snapshot) {
         if (present.contains(item.path)) {
             continue;
         }
+        if (!item.path.startsWith(u'/')) { // "missing value", or a name's tail behind a "|"
+            log(u"  [INFO] Login item can't be added again, its file isn't known: "_s + item.name);
+            continue;
+        }
         if (co_await addLoginItem(item.path, item.hidden)) {
             ++count;
         } else {

@@ -33,7 +33,7 @@ protected:
         disk.createFolders(path.left(path.lastIndexOf(u'/')));
         disk.write(path, bytes);
     }
-    QStringList names(const QString& folder) const { return volume(Actor::Root).list(folder); }
+    QStringList names(const QString& place) const { return volume(Actor::Root).list(place); }
     bool isThere(const QString& path) const { return volume(Actor::Root).kind(path) != macsim::Volume::Kind::Missing; }
 
     /// A little of everything.

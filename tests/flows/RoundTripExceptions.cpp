@@ -1,5 +1,7 @@
 #include "flows/RoundTrip.h"
 
+#include "flows/RoundTripMac.h"
+#include "simulator/BackgroundTasks.h"
 #include "simulator/PropertyList.h"
 
 #include <QRegularExpression>
@@ -189,7 +191,7 @@ bool isOfIncompleteSleepSettings(const Difference& difference, const RoundTrip& 
 bool isStandbyThatTookItsDelay(const Difference& difference, const RoundTrip& trip) {
     const auto setting = powerSettingOf(difference);
     return setting && setting->name == u"standby" && listsDelayFirst(trip) && hasAllSleepSettings(trip) &&
-           difference.after == trip.snapshot.pmsetStandby;
+           trip.snapshot.pmsetStandby != u"0" && difference.after == u"1";
 }
 
 bool isOfTimeMachine(const Difference& difference, const RoundTrip& trip) {
@@ -228,15 +230,24 @@ bool isUnusualIndexing(const Difference& difference, const RoundTrip& trip) {
 // ---- The program's own
 
 bool isQuorvanesOwn(const Difference& difference, const RoundTrip&) {
-    const QStringList places{kHome + u"/.quorvane"_s, kHome + u"/Library/Application Support/Quorvane"_s,
-                             kHome + u"/Library/Mobile Documents/7KX2MR04TD~com~quorvane~app"_s};
-    const QStringList files{kHome + u"/.quorvane_backup"_s,
-                            kHome + u"/.quorvane_backup/login_items.json"_s,
-                            kHome + u"/Library/Mobile Documents"_s,
-                            kPreferences + u"com.quorvane.app.plist"_s,
-                            kPreferences + u"com.quorvane.app.plist QuorvaneLastAppliedProfileName"_s,
-                            kPreferences + u"com.quorvane.app.plist QuorvaneManagedStartupAppPaths"_s};
-    return files.contains(difference.key) || std::any_of(places.begin(), places.end(), [&](const QString& place) {
+    static const QStringList places{kHome + u"/.quorvane"_s, kHome + u"/Library/Application Support/Quorvane"_s,
+                                    kHome + u"/Library/Mobile Documents/7KX2MR04TD~com~quorvane~app"_s};
+    static const QString backup = kHome + u"/.quorvane_backup"_s;
+    static const QString kept = u"/Library/Application Support/Quorvane"_s;
+    static const QStringList entries{backup,
+                                     backup + u"/login_items.json"_s,
+                                     backup + u"/UserHome_Library_LaunchAgents"_s,
+                                     backup + u"/_Library_LaunchAgents"_s,
+                                     backup + u"/_Library_LaunchDaemons"_s,
+                                     kept,
+                                     kept + u"/LaunchItems"_s,
+                                     kept + u"/LaunchItems/_Library_LaunchAgents"_s,
+                                     kept + u"/LaunchItems/_Library_LaunchDaemons"_s,
+                                     kHome + u"/Library/Mobile Documents"_s,
+                                     kPreferences + u"com.quorvane.app.plist"_s,
+                                     kPreferences + u"com.quorvane.app.plist QuorvaneLastAppliedProfileName"_s,
+                                     kPreferences + u"com.quorvane.app.plist QuorvaneManagedStartupAppPaths"_s};
+    return entries.contains(difference.key) || std::any_of(places.begin(), places.end(), [&](const QString& place) {
                return difference.key == place || difference.key.startsWith(place + u'/');
            });
 }
@@ -304,9 +315,15 @@ bool isItemWithoutFile(const Difference& difference, const RoundTrip& trip) {
     return !item.is_null() && item["path"].is_null() && difference.before && !difference.after;
 }
 
+/// It doesn't come back; in its place may come one of a file whose path ends at the bar.
 bool isItemWithBar(const Difference& difference, const RoundTrip& trip) {
-    const bool isGone = difference.before && !difference.after;
-    return isGone && holdsBar(trip, difference.key);
+    if (difference.before) {
+        return !difference.after && holdsBar(trip, difference.key);
+    }
+    const Json& items = trip.mac["loginItems"];
+    return loginItemPath(difference) && std::any_of(items.begin(), items.end(), [&](const Json& item) {
+               return loginItemKey(item).startsWith(difference.key + u'|');
+           });
 }
 
 bool isHiddenMark(const Difference& difference, const RoundTrip& trip) {
@@ -324,10 +341,98 @@ bool isNoteOfLoginItem(const Difference& difference, const RoundTrip&) {
     return !difference.before || difference.key.endsWith(u"/enabled"_s);
 }
 
+// ---- Launch items and background items
+
+/// The launchd job that a difference is about.
+struct Job {
+    QString domain;
+    QString label;
+    QString property;
+};
+
+std::optional<Job> launchItemJob(const Difference& difference) {
+    static const QRegularExpression form(u"\\Astate launchd/jobs/([^/]+)/(com\\.launch\\.[^/]+)/(\\w+)\\z"_s);
+    const QRegularExpressionMatch match = form.match(difference.key);
+    return match.hasMatch()
+               ? std::optional(Job{match.captured(1).replace(u"~1"_s, u"/"_s), match.captured(2), match.captured(3)})
+               : std::nullopt;
+}
+
+bool wasLoaded(const RoundTrip& trip, const Job& job) {
+    return trip.mac["launchd"]["jobs"][job.domain.toStdString()].contains(job.label.toStdString());
+}
+
+/// The process of a launch item's program, "job3".
+bool isOfItsProcess(const Difference& difference) {
+    return difference.key.startsWith(u"state processes \"job"_s);
+}
+/// Whether the process of a difference ran before.
+bool ranBefore(const Difference& difference, const RoundTrip& trip) {
+    const QString name = difference.key.section(u'"', 1, 1);
+    const Json& processes = trip.mac["processes"];
+    return std::any_of(processes.begin(), processes.end(),
+                       [&](const Json& process) { return textOf(process["name"]) == name; });
+}
+
+bool isNewRunOfLaunchItem(const Difference& difference, const RoundTrip& trip) {
+    const auto job = launchItemJob(difference);
+    const bool isJob = job && wasLoaded(trip, *job) && (job->property == u"pid" || job->property == u"lastExitStatus");
+    return difference.after && (isJob || (isOfItsProcess(difference) && ranBefore(difference, trip)));
+}
+
+bool isLaunchItemThatWasOff(const Difference& difference, const RoundTrip& trip) {
+    const auto job = launchItemJob(difference);
+    const bool isJob = job && !wasLoaded(trip, *job);
+    return !difference.before && (isJob || (isOfItsProcess(difference) && !ranBefore(difference, trip)));
+}
+
+/// Whether launchd's override of a launch item differs.
+bool isOfItsOverride(const Difference& difference) {
+    static const QRegularExpression form(u"\\Astate launchd/disabled/(user~1501|system)/com\\.launch\\."_s);
+    return form.match(difference.key).hasMatch();
+}
+
+bool isLaunchItemNotedAsEnabled(const Difference& difference, const RoundTrip&) {
+    return isOfItsOverride(difference) && difference.after == u"false";
+}
+
+/// A record that isn't allowed any more, or the override of one's label, which no launch item has.
+bool isBackgroundItem(const Difference& difference, const RoundTrip& trip) {
+    static const QRegularExpression record(u"\\Astate backgroundTasks \"[248]\\..*\"/allowed\\z"_s);
+    if (record.match(difference.key).hasMatch()) {
+        return difference.after == u"false";
+    }
+    const Json& records = trip.mac["backgroundTasks"]["records"];
+    return difference.after == u"true" && std::any_of(records.begin(), records.end(), [&](const Json& task) {
+               const QString label = macsim::withoutTypeNumber(textOf(task["identifier"]));
+               return difference.key == u"state launchd/disabled/user~1501/"_s + label;
+           });
+}
+
+bool isHelper(const Difference& difference, const RoundTrip&) {
+    static const QRegularExpression inApplication(
+        u"\\A/(Applications|Library/Audio/Plug-Ins)/[^/]+\\.app/Contents/Library/(LoginItems|LaunchAgents)/"_s);
+    static const QRegularExpression aside(u"\\A/Users/alex/\\.quorvane_backup/bundled-login-items(/|\\z)"_s);
+    return (inApplication.match(difference.key).hasMatch() && !difference.after) ||
+           (aside.match(difference.key).hasMatch() && !difference.before);
+}
+
 // ---- What only the whole way back brings back
 
-bool isLoginItemAfterRevert(const Difference& difference, const RoundTrip& trip) {
-    return trip.wayBack == WayBack::Revert && (loginItemPath(difference) || difference.key == kLoginItemOrder);
+bool isLaunchItemAfterRevert(const Difference& difference, const RoundTrip&) {
+    static const QRegularExpression place(
+        u"\\A(/Users/alex/Library|/Library)/Launch(Agents|Daemons)/[^/]+\\.plist( \\w+)?\\z"_s);
+    static const QRegularExpression aside(
+        u"\\A(/Users/alex/\\.quorvane_backup|/Library/Application Support/Quorvane/LaunchItems)/"
+        "(UserHome)?_Library_Launch(Agents|Daemons)/[^/]+\\.plist( \\w+)?\\z"_s);
+    const bool isGone = !difference.after && (place.match(difference.key).hasMatch() || launchItemJob(difference) ||
+                                              isOfItsProcess(difference));
+    const bool isAside = !difference.before && aside.match(difference.key).hasMatch();
+    return isGone || isAside || (isOfItsOverride(difference) && difference.after == u"true");
+}
+
+bool isLoginItemAfterRevert(const Difference& difference, const RoundTrip&) {
+    return loginItemPath(difference) || difference.key == kLoginItemOrder;
 }
 
 /// The service of a difference that a profile has switched off.
@@ -339,7 +444,7 @@ Json serviceLeftOff(const Difference& difference, const RoundTrip& trip) {
 }
 
 bool isServiceAfterRevert(const Difference& difference, const RoundTrip& trip) {
-    return trip.wayBack == WayBack::Revert && !serviceLeftOff(difference, trip).is_null();
+    return !serviceLeftOff(difference, trip).is_null();
 }
 
 bool isServiceWithApostrophe(const Difference& difference, const RoundTrip& trip) {
@@ -347,10 +452,10 @@ bool isServiceWithApostrophe(const Difference& difference, const RoundTrip& trip
     return !service.is_null() && textOf(service["name"]).contains(u'\'');
 }
 
-/// Only for the whole way back.
-template <bool (*covers)(const Difference&, const RoundTrip&)>
-bool onReinstate(const Difference& difference, const RoundTrip& trip) {
-    return trip.wayBack == WayBack::Reinstate && covers(difference, trip);
+/// On one of the two ways alone.
+template <WayBack wayBack, bool (*covers)(const Difference&, const RoundTrip&)>
+bool on(const Difference& difference, const RoundTrip& trip) {
+    return trip.wayBack == wayBack && covers(difference, trip);
 }
 
 } // namespace
@@ -383,20 +488,31 @@ const QList<RoundTripException>& roundTripExceptions() {
         {u"Automatic backups", "whether a backup was running is what is captured", isOfTimeMachine},
         {u"Spotlight on other disks", "every disk is set like the system's", isOfAnotherIndexedVolume},
         {u"Spotlight in an unusual state", "it comes back as on or off", isUnusualIndexing},
-        {u"What Quorvane keeps for itself", "snapshots, records and notes are there to stay", isQuorvanesOwn},
-        {u"The list of what may run in the background", "macOS notes what was in the login items", isNoteOfLoginItem},
         {u"Applications that a profile opens", "what has come to the login items stays",
-         onReinstate<isAddedApplication>},
-        {u"The order of the login items", "an item that comes back goes to the end", onReinstate<isOrder>},
-        {u"Login items with a name of their own", "System Events names an item after its file", onReinstate<isOwnName>},
-        {u"Login items whose file is gone", "there is nothing to add again", onReinstate<isItemWithoutFile>},
-        {u"Login items with a vertical bar", "in System Events' answer it stands between name and file",
-         onReinstate<isItemWithBar>},
+         on<WayBack::Reinstate, isAddedApplication>},
         {u"Applications that a profile opens hidden, or not", "an item that is there is left as it is",
-         onReinstate<isHiddenMark>},
-        {u"Network services with an apostrophe", "their state can't be read", onReinstate<isServiceWithApostrophe>},
-        {u"Login items after an undo", "only Reinstate adds them again", isLoginItemAfterRevert},
-        {u"The network after an undo", "only Reinstate switches it on again", isServiceAfterRevert},
+         on<WayBack::Reinstate, isHiddenMark>},
+        {u"The order of the login items", "an item that comes back goes to the end", on<WayBack::Reinstate, isOrder>},
+        {u"Login items with a name of their own", "System Events names an item after its file",
+         on<WayBack::Reinstate, isOwnName>},
+        {u"Login items whose file is gone", "there is nothing to add again", on<WayBack::Reinstate, isItemWithoutFile>},
+        {u"Login items with a vertical bar", "in System Events' answer it stands between name and file",
+         on<WayBack::Reinstate, isItemWithBar>},
+        {u"The list of what may run in the background", "macOS notes what was in the login items", isNoteOfLoginItem},
+        {u"Network services with an apostrophe", "their state can't be read",
+         on<WayBack::Reinstate, isServiceWithApostrophe>},
+        {u"Launch items run anew", "they are loaded again", on<WayBack::Reinstate, isNewRunOfLaunchItem>},
+        {u"Launch items that you had switched off yourself", "whether they were loaded isn't captured",
+         on<WayBack::Reinstate, isLaunchItemThatWasOff>},
+        {u"Launch items are noted as enabled", "launchd has to be told that it may load them again",
+         on<WayBack::Reinstate, isLaunchItemNotedAsEnabled>},
+        {u"Background items", "neither way switches them on again", isBackgroundItem},
+        {u"Helpers inside applications", "neither way puts them back into their applications", isHelper},
+        {u"Login items after an undo", "only Reinstate adds them again", on<WayBack::Revert, isLoginItemAfterRevert>},
+        {u"Launch items after an undo", "only Reinstate puts them back", on<WayBack::Revert, isLaunchItemAfterRevert>},
+        {u"The network after an undo", "only Reinstate switches it on again",
+         on<WayBack::Revert, isServiceAfterRevert>},
+        {u"What Quorvane keeps for itself", "snapshots, records and notes are there to stay", isQuorvanesOwn},
     };
     return exceptions;
 }

@@ -146,6 +146,7 @@ void drawNotificationCenter(Json& mac, Draw& draw) {
     if (draw.oneIn(3)) {
         launchd["disabled"]["user/501"][label] = draw.oneIn(2);
     }
+    launchd["disabled"]["user/501"]["com.example.other"] = false;
     if (launchd["disabled"]["user/501"].value(label, false)) {
         launchd["jobs"]["gui/501"].erase(label);
         Json& processes = mac["processes"];
@@ -215,6 +216,64 @@ void drawManagedApplications(Json& mac, Draw& draw) {
     }
 }
 
+// ---- Launch items and background items
+
+/// A plist in one of the launch folders; its job may be loaded, may run, and may have an override of the user's.
+void addLaunchItem(Json& mac, const QString& folder, int number, Draw& draw) {
+    const bool isUsers = folder.startsWith(u"/Users/"_s);
+    const bool isDaemon = domainOf(folder) == u"system";
+    const std::string label = kLaunchLabel.toStdString() +
+                              draw.from({u"plain"_s, u"it's \"odd\" $x"_s, u"Übung"_s}).toStdString() +
+                              std::to_string(number);
+    const std::string name = draw.oneIn(3) ? "file " + std::to_string(number) : label;
+    const std::string path = folder.toStdString() + '/' + name + ".plist";
+    const std::string program = "job" + std::to_string(number);
+    mac["files"].push_back(
+        {{"path", path},
+         {"propertyList", {{"Label", label}, {"Program", "/usr/local/bin/" + program}, {"RunAtLoad", draw.oneIn(2)}}},
+         {"format", draw.oneIn(2) ? "binary" : "xml"}});
+    if (isUsers && draw.oneIn(6)) {
+        mac["ownedByRoot"].push_back(path);
+    }
+    const bool isRunning = mac["files"].back()["propertyList"]["RunAtLoad"].get<bool>();
+    Json& launchd = mac["launchd"];
+    const char* overrides = isDaemon ? "system" : "user/501";
+    if (draw.oneIn(4)) {
+        launchd["disabled"][overrides][label] = draw.oneIn(2);
+    }
+    if (launchd["disabled"][overrides].value(label, false) || draw.oneIn(5)) {
+        return;
+    }
+    const int pid = 2000 + number;
+    launchd["jobs"][domainOf(folder).toStdString()][label] = {
+        {"path", path}, {"pid", isRunning ? Json(pid) : Json()}, {"lastExitStatus", draw.oneIn(3) ? Json(0) : Json()}};
+    if (isRunning) {
+        mac["processes"].push_back({{"pid", pid},
+                                    {"name", program},
+                                    {"path", "/usr/local/bin/" + program},
+                                    {"uid", isDaemon ? 0 : 501},
+                                    {"label", label}});
+    }
+}
+
+void drawLaunchItems(Json& mac, Draw& draw) {
+    mac["launchd"]["disabled"]["system"]["com.example.other"] = false;
+    for (int number = draw.below(6); number > 0; --number) {
+        addLaunchItem(mac, draw.from(kLaunchFolders), number, draw);
+    }
+}
+
+void drawBackgroundTasks(Json& mac, Draw& draw) {
+    for (const QString& application : kApplications) {
+        mac["files"].push_back(
+            {{"path", application.toStdString() + "/Contents/Info.plist"}, {"propertyList", {{"CFBundleName", "x"}}}});
+    }
+    addBackgroundTasks(mac, draw);
+    if (draw.oneIn(4)) {
+        mac["ownedByRoot"].push_back(draw.from(kApplications).toStdString());
+    }
+}
+
 StartupItem switchedOff(const Json& loginItem) {
     StartupItem item;
     item.kind = StartupItemKind::loginApp;
@@ -222,6 +281,40 @@ StartupItem switchedOff(const Json& loginItem) {
     item.path =
         loginItem["path"].is_string() ? QString::fromStdString(loginItem["path"].get<std::string>()) : QString();
     item.id = loginItemId(item.name, item.path);
+    item.runsAtStartup = false;
+    return item;
+}
+
+/// The plists in the launch folders.
+QStringList launchPlists(const Json& mac) {
+    QStringList paths;
+    for (const Json& file : mac["files"]) {
+        const QString path = QString::fromStdString(file["path"].get<std::string>());
+        if (kLaunchFolders.contains(path.left(path.lastIndexOf(u'/')))) {
+            paths.append(path);
+        }
+    }
+    return paths;
+}
+
+StartupItem switchedOff(const QString& launchPlist) {
+    StartupItem item;
+    const bool isDaemon = launchPlist.contains(u"/LaunchDaemons/"_s);
+    item.kind = isDaemon ? StartupItemKind::launchDaemon : StartupItemKind::launchAgent;
+    item.launchIdentifier = launchPlist.mid(launchPlist.lastIndexOf(u'/') + 1);
+    item.name = *item.launchIdentifier;
+    item.id = launchItemId(*item.launchIdentifier);
+    item.path = launchPlist;
+    item.runsAtStartup = false;
+    return item;
+}
+
+StartupItem backgroundItemSwitchedOff(const QString& label) {
+    StartupItem item;
+    item.kind = StartupItemKind::backgroundLoginItem;
+    item.name = label;
+    item.launchIdentifier = label;
+    item.id = backgroundItemId(label);
     item.runsAtStartup = false;
     return item;
 }
@@ -235,8 +328,9 @@ StartupItem opened(const QString& path, Draw& draw) {
 macsim::Json randomRoundTripMac(Draw& draw) {
     Json mac = macsim::macDescriptionFromFile(QStringLiteral(QUORVANE_SOURCE_DIR "/examples/macs/fresh-macbook.json"));
     mac["machine"]["caseSensitiveVolume"] = true;
-    for (const auto& drawPart : {drawPreferences, drawPower, drawSpotlight, drawTimeMachine, drawNotificationCenter,
-                                 drawNetwork, drawPermissions, drawLoginItems, drawManagedApplications}) {
+    for (const auto& drawPart :
+         {drawPreferences, drawPower, drawSpotlight, drawTimeMachine, drawNotificationCenter, drawNetwork,
+          drawPermissions, drawLoginItems, drawManagedApplications, drawLaunchItems, drawBackgroundTasks}) {
         drawPart(mac, draw);
     }
     return mac;
@@ -253,6 +347,14 @@ UnifiedProfile randomRoundTripProfile(const macsim::Json& mac, Draw& draw) {
         if (draw.oneIn(2)) {
             profile.startup.items.append(switchedOff(item));
         }
+    }
+    for (const QString& plist : launchPlists(mac)) {
+        if (draw.oneIn(2)) {
+            profile.startup.items.append(switchedOff(plist));
+        }
+    }
+    for (int count = draw.below(3); count > 0; --count) {
+        profile.startup.items.append(backgroundItemSwitchedOff(draw.from(kLabels)));
     }
     for (int count = draw.below(4); count > 0; --count) {
         profile.startup.items.append(opened(draw.from(kOpenable), draw));

@@ -8,6 +8,9 @@ namespace quorvane {
 
 // Random Macs for the round trip, with odd values in everything that is captured, and random profiles for them.
 
+/// How the labels of its launch items begin; no background item has such a one.
+inline const QString kLaunchLabel = u"com.launch."_s;
+
 macsim::Json randomRoundTripMac(Draw& draw);
 
 /// A profile that switches off some of what runs at login on the Mac, and opens applications, some of them the same.

@@ -231,6 +231,19 @@ TEST_F(RestoreFlow, saysWhichLoginItemsCouldNotBeAdded) {
     EXPECT_FALSE(system.logMessages().join(u'\n').contains(u"login item(s) from snapshot"_s));
 }
 
+TEST_F(RestoreFlow, addsNoLoginItemWhoseFileWasNotKnown) {
+    SystemSnapshot snapshot = usersOwn();
+    snapshot.loginItems = QList<LoginItemSnapshot>{{u"Uninstalled"_s, u"missing value"_s, false},
+                                                   {u"Intro "_s, u" loud"_s, false},
+                                                   {u"Live"_s, u"/Applications/Live.app"_s, false}};
+    save(snapshot);
+    EXPECT_TRUE(reinstate().succeeded);
+    EXPECT_EQ(login, (QList<LoginItem>{{u"Live"_s, u"/Applications/Live.app"_s, false}}));
+    EXPECT_TRUE(system.logMessages().contains(
+        u"  [INFO] Login item can't be added again, its file isn't known: Uninstalled"_s));
+    EXPECT_TRUE(system.logMessages().contains(u"  [RESTORED] 1 login item(s) from snapshot."_s));
+}
+
 TEST_F(RestoreFlow, reinstatesStandardDefaultsAloneWhereNothingWasCaptured) {
     login = {{u"Mail"_s, u"/Applications/Mail.app"_s, false}};
     EXPECT_EQ(reinstate(), (RestoreOutcome{true, RestoreSource::StandardDefaults, false}));
