@@ -79,6 +79,7 @@ public:
         return QtFuture::makeReadyFuture(outcome);
     }
     void shutDown() override {}
+    bool isShutDown() const override { return false; }
 };
 
 /// A simulated Mac with a number of launch plists, XML and binary by turns.

@@ -35,6 +35,10 @@ QCoro::Task<CommandResult> SystemManager::executeAdminScript(QString script, QSt
         const QString problem = u"The administrator command line is too long: %1 bytes of at most %2"_s;
         co_return CommandResult{1, {}, problem.arg(length).arg(kLongestAdminLine)};
     }
+    if (script.contains(QChar::Null)) {
+        // It would end the line for the shell, in the middle of a quoted word.
+        co_return CommandResult{1, {}, u"The administrator command line holds a null character"_s};
+    }
     const ScriptOutcome outcome = co_await m_host.scripts.run(adminScriptSource(script, shownPrompt));
     m_adminAuthorizationFlag = outcome.result.has_value();
     if (outcome.result) {

@@ -223,8 +223,7 @@ public:
     /// Adds to the open batch what brings back the system's plists, from the copies that root has kept.
     void queueKeptLaunchItems();
     /// Called when that batch is finished: loads what is back and removes its backup, and tells of what isn't back.
-    /// @param isFlushed  false when the batch was cancelled or failed
-    QCoro::Task<void> settleKeptLaunchItems(bool isFlushed);
+    QCoro::Task<void> settleKeptLaunchItems();
 
     // ---- Startup: applications
 
@@ -368,6 +367,7 @@ private:
 
     // snapshots/SystemManager+Snapshots.cpp
     QCoro::Task<SystemSnapshot> readSystemSnapshot(std::optional<QString> label);
+    std::optional<QString> saveSnapshot(const SystemSnapshot& snapshot);
     QCoro::Task<void> archiveAsMaster(SystemSnapshot snapshot);
     SnapshotManager snapshotManager() const;
 
@@ -410,6 +410,7 @@ private:
     QCoro::Task<bool> disableSystemLaunchPlists(QList<SystemLaunchPlist> plists);
     QString unusableBackupFolder(const LaunchFolder& folder) const;
     QStringList plistsPutAside(const LaunchFolder& folder) const;
+    QCoro::Task<bool> restoreLaunchPlist(LaunchFolder folder, QString name);
     QCoro::Task<void> enableUsersJob(QString plist);
     QCoro::Task<void> loadLaunchPlist(QString plist);
     void logUnusableFolder(const QString& folder);

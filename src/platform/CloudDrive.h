@@ -43,6 +43,10 @@ public:
     /// Replaces a file's content, whole or not at all, in agreement with the processes that sync it, off the main thread.
     /// Gives the system's words for a failure. The future is never cancelled and holds no exception.
     virtual QFuture<std::optional<QString>> replace(const QString& path, const QByteArray& bytes) = 0;
+
+    /// Ends what is waited for, and everything later at once: no container, and no file written. See
+    /// CommandLauncher::shutDown.
+    virtual void shutDown() = 0;
 };
 
 } // namespace quorvane

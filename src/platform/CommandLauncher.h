@@ -36,6 +36,8 @@ public:
     /// Ends all running children and refuses to start further ones: whoever waits goes on with a failure. Called when
     /// the program quits, so that a tool that hangs can't keep it.
     virtual void shutDown() = 0;
+    /// True from then on: what failed since tells nothing of the Mac.
+    virtual bool isShutDown() const = 0;
 };
 
 } // namespace quorvane

@@ -16,7 +16,7 @@ struct Command {
     Operand operand;
 };
 
-constexpr std::array<Command, 11> kCommands{{{u"new", Operand::Optional},
+constexpr std::array<Command, 15> kCommands{{{u"new", Operand::Optional},
                                              {u"shell", Operand::Required},
                                              {u"preview", Operand::Required},
                                              {u"apply", Operand::Required},
@@ -24,6 +24,10 @@ constexpr std::array<Command, 11> kCommands{{{u"new", Operand::Optional},
                                              {u"startup", Operand::Required},
                                              {u"discover", Operand::None},
                                              {u"default", Operand::None},
+                                             {u"snapshot", Operand::Optional},
+                                             {u"revert", Operand::None},
+                                             {u"reinstate", Operand::None},
+                                             {u"scan", Operand::None},
                                              {u"verify", Operand::Required},
                                              {u"maintenance", Operand::None},
                                              {u"network", Operand::None}}};
@@ -59,7 +63,8 @@ bool* switchOf(Arguments& arguments, const QString& option) {
         QStringView option;
         bool* value;
     };
-    const std::array<Switch, 8> switches{{{u"shell", u"--root", &arguments.asRoot},
+    const std::array<Switch, 9> switches{{{u"shell", u"--root", &arguments.asRoot},
+                                          {u"snapshot", u"--master", &arguments.asMaster},
                                           {u"maintenance", u"--caches", &arguments.maintenance.clearCache},
                                           {u"maintenance", u"--trash", &arguments.maintenance.cleanTrash},
                                           {u"maintenance", u"--downloads", &arguments.maintenance.purgeDownloads},
@@ -109,6 +114,7 @@ Arguments parsedArguments(const QStringList& list) {
     takeOptions(rest, arguments);
     if (command.operand != Operand::None && !rest.isEmpty()) {
         arguments.operand = rest.takeFirst();
+        takeOptions(rest, arguments);
     } else if (command.operand == Operand::Required) {
         throw UnusableInput(arguments.command + u": an operand is missing"_s);
     }
@@ -142,7 +148,12 @@ Commands
   tweaks PROFILE.json             applies the selected tweaks and leaves all others as they are
   startup PROFILE.json            applies what the profile says of startup, and verifies it
   verify PROFILE.json             reads the system back without applying anything
-  default                         back to the standard macOS settings
+  snapshot [LABEL] [--master]     saves this Mac's own settings as what the ways back restore; with --master also for good
+  revert                          takes the program's applications out of the login items, and the tweaks back to the saved
+                                  settings, or to the standard ones where none were saved
+  reinstate                       the tweaks back likewise, and with saved settings also login items, network and launch items
+  default                         as revert, makes Default the active profile, and scans
+  scan                            which configuration this Mac is in: a saved profile, Default or none
   maintenance [--caches] [--trash] [--downloads]
                                   clears the caches, empties the Trash, purges the Downloads folder
   network [--flush] [--reset] [--disable] [--enable]
@@ -150,7 +161,7 @@ Commands
                                   network services off or on
 
 Options may stand behind the command, too.
-Exit status: 0 done, and verified where the command verifies; 1 not; 2 unusable arguments or files.
+Exit status: 0 done, and verified where the command verifies (of a scan: something fits); 1 not; 2 unusable arguments or files.
 )"_s;
 }
 

@@ -31,9 +31,10 @@ struct Arguments {
     QString journalFile;
     bool json = false;
 
-    QString command;     ///< "new", "shell", "apply", …
-    QString operand;     ///< the file or the line that the command is about; may be empty where it is optional
-    bool asRoot = false; ///< of `shell`
+    QString command;       ///< "new", "shell", "apply", …
+    QString operand;       ///< the file or the line that the command is about; may be empty where it is optional
+    bool asRoot = false;   ///< of `shell`
+    bool asMaster = false; ///< of `snapshot`
     MaintenanceSelection maintenance;
     NetworkOperations network;
 };

@@ -7,7 +7,9 @@
 #include "rehearsal/Report.h"
 #include "services/MaintenanceSelection.h"
 #include "services/NetworkOperations.h"
+#include "snapshots/RestoreAlerts.h"
 #include "startup/StartupVerification.h"
+#include "verification/SystemMatching.h"
 
 #include <cstdio>
 
@@ -123,9 +125,49 @@ QCoro::Task<RehearsalOutcome> Rehearsal::verifyProfileFile(QString hostPath) {
 
 QCoro::Task<RehearsalOutcome> Rehearsal::restoreDefault() {
     RehearsalOutcome outcome;
-    m_system.beginBusy(u"Restoring default settings…"_s);
-    outcome.succeeded = co_await m_system.undoPerformanceTweaks();
+    const RestoreOutcome restore = co_await m_system.restoreDefault();
+    finishWayBack(outcome, restore, defaultAlert(restore));
+    outcome.match = co_await m_system.scanCurrentSystem(m_profiles.listProfiles());
+    co_return outcome;
+}
+
+QCoro::Task<RehearsalOutcome> Rehearsal::undoTweaks() {
+    RehearsalOutcome outcome;
+    const RestoreOutcome restore = co_await m_system.undoTweaks();
+    finishWayBack(outcome, restore, undoAlert(restore));
+    co_return outcome;
+}
+
+QCoro::Task<RehearsalOutcome> Rehearsal::reinstate() {
+    RehearsalOutcome outcome;
+    const RestoreOutcome restore = co_await m_system.reinstateWholeSystem();
+    finishWayBack(outcome, restore, reinstateAlert(restore));
+    co_return outcome;
+}
+
+void Rehearsal::finishWayBack(RehearsalOutcome& outcome, const RestoreOutcome& restore, const ClosingAlert& alert) {
+    outcome.succeeded = restore.succeeded;
+    outcome.restore = restore;
+    tell(outcome, alert);
+}
+
+QCoro::Task<RehearsalOutcome> Rehearsal::saveSnapshot(QString label, SystemManager::MasterArchive archive) {
+    RehearsalOutcome outcome;
+    m_system.beginBusy(u"Saving system snapshot…"_s);
+    const std::optional<QString> given = label.isEmpty() ? std::nullopt : std::optional(label);
+    outcome.succeeded = co_await m_system.captureSystemSnapshot(given, archive);
     m_system.endBusy();
+    tell(outcome, snapshotAlert(outcome.succeeded));
+    co_return outcome;
+}
+
+QCoro::Task<RehearsalOutcome> Rehearsal::scan() {
+    RehearsalOutcome outcome;
+    m_system.beginBusy(u"Verifying system settings…"_s);
+    outcome.match = co_await m_system.scanCurrentSystem(m_profiles.listProfiles());
+    m_system.endBusy();
+    outcome.succeeded = outcome.match.has_value();
+    tell(outcome, systemMatchAlert(outcome.match));
     co_return outcome;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/ClosingAlert.h"
 #include "core/NotificationCenter.h"
 #include "core/SystemManager.h"
 #include "platform/simulated/SimulatedHost.h"
@@ -7,6 +8,8 @@
 #include "profiles/ProfileManager.h"
 #include "profiles/UnifiedProfile.h"
 #include "rehearsal/Arguments.h"
+#include "snapshots/RestoreBaseline.h"
+#include "verification/SystemConfigurationMatch.h"
 
 #include <QCoroTask>
 #include <QObject>
@@ -15,12 +18,6 @@
 
 namespace quorvane {
 
-/// What the window says at the end of a command.
-struct ClosingAlert {
-    QString title;
-    QString text; ///< paragraphs, which an empty line divides
-};
-
 /// What a command came to.
 struct RehearsalOutcome {
     bool succeeded = false;
@@ -28,6 +25,8 @@ struct RehearsalOutcome {
     std::optional<ProfileApplyPreview> preview;          ///< where the command shows one
     std::optional<QList<StartupItem>> startupItems;      ///< where the command looks for them
     std::optional<ClosingAlert> alert;                   ///< where the command ends with one
+    std::optional<RestoreOutcome> restore;               ///< where the command is a way back
+    std::optional<SystemConfigurationMatch> match;       ///< where the command scans and finds one
 
     bool isDone() const { return succeeded && (!verification || verification->failed.isEmpty()); }
 };
@@ -48,7 +47,15 @@ public:
     QCoro::Task<RehearsalOutcome> applyStartupOfFile(QString hostPath);
     QCoro::Task<RehearsalOutcome> applyTweaksOfFile(QString hostPath);
     QCoro::Task<RehearsalOutcome> verifyProfileFile(QString hostPath);
+    /// Back to the settings that were saved, or to those of a fresh macOS. Only the restore decides whether it is done; the
+    /// scan that follows tells in which configuration the Mac is then.
     QCoro::Task<RehearsalOutcome> restoreDefault();
+    QCoro::Task<RehearsalOutcome> undoTweaks();
+    QCoro::Task<RehearsalOutcome> reinstate();
+    /// @param label  none when it is empty
+    QCoro::Task<RehearsalOutcome> saveSnapshot(QString label, SystemManager::MasterArchive archive);
+    /// Done when a configuration fits.
+    QCoro::Task<RehearsalOutcome> scan();
     QCoro::Task<RehearsalOutcome> discover();
     QCoro::Task<RehearsalOutcome> maintain(MaintenanceSelection selection);
     QCoro::Task<RehearsalOutcome> operateNetwork(NetworkOperations operations);
@@ -63,6 +70,7 @@ Q_SIGNALS:
 private:
     void print(const QStringList& lines);
     void tell(RehearsalOutcome& outcome, const ClosingAlert& alert);
+    void finishWayBack(RehearsalOutcome& outcome, const RestoreOutcome& restore, const ClosingAlert& alert);
     std::optional<UnifiedProfile> storedProfile(const UnifiedProfile& profile, const QString& hostPath);
 
     AuthorizationPolicy m_authorization;

@@ -41,6 +41,33 @@ Json startupItemsJson(const QList<StartupItem>& items) {
     return array;
 }
 
+Json verificationJson(const ApplyVerificationResult& verification) {
+    return {{"verified", itemsJson(verification.verified)}, {"failed", itemsJson(verification.failed)}};
+}
+
+const char* nameOf(RestoreSource source) {
+    switch (source) {
+    case RestoreSource::StandardDefaults:
+        return "standardDefaults";
+    case RestoreSource::Snapshot:
+        return "snapshot";
+    case RestoreSource::Baseline:
+        return "baseline";
+    }
+    return "";
+}
+
+Json restoreJson(const RestoreOutcome& restore) {
+    return {{"source", nameOf(restore.source)}, {"hasSnapshotFile", restore.hasSnapshotFile}};
+}
+
+Json matchJson(const SystemConfigurationMatch& match) {
+    const bool isProfile = match.kind == MatchedConfigurationKind::savedProfile;
+    return {{"name", encodeJson(match.name)},
+            {"kind", isProfile ? "savedProfile" : "builtinMode"},
+            {"verification", verificationJson(match.verification)}};
+}
+
 } // namespace
 
 QStringList previewLines(const ProfileApplyPreview& preview) {
@@ -80,8 +107,7 @@ QByteArray jsonReport(const QString& command, const QStringList& log, const Rehe
     report["log"] = encodeJson(QList<QString>(log));
     report["succeeded"] = outcome.succeeded;
     if (outcome.verification) {
-        report["verification"] = {{"verified", itemsJson(outcome.verification->verified)},
-                                  {"failed", itemsJson(outcome.verification->failed)}};
+        report["verification"] = verificationJson(*outcome.verification);
     }
     if (outcome.preview) {
         report["preview"] = {{"profileName", encodeJson(outcome.preview->profileName)},
@@ -92,6 +118,12 @@ QByteArray jsonReport(const QString& command, const QStringList& log, const Rehe
     }
     if (outcome.alert) {
         report["alert"] = {{"title", encodeJson(outcome.alert->title)}, {"text", encodeJson(outcome.alert->text)}};
+    }
+    if (outcome.restore) {
+        report["restore"] = restoreJson(*outcome.restore);
+    }
+    if (outcome.match) {
+        report["match"] = matchJson(*outcome.match);
     }
     return jsonText(report) + '\n';
 }

@@ -19,7 +19,9 @@ QStringList alertLines(const ClosingAlert& alert);
 ///     {"command": "apply", "log": ["\n[PROFILE] Applying: Live", …], "succeeded": true,
 ///      "verification": {"verified": [{"name": "App Nap", "detail": "disabled"}, …], "failed": []},
 ///      "preview": {"profileName": "Live", "sections": [{"title": "Will enable", "rows": ["…"]}]}, "startupItems": […],
-///      "alert": {"title": "Success", "text": "Trash emptied."}}
+///      "alert": {"title": "Success", "text": "Trash emptied."},
+///      "restore": {"source": "standardDefaults" | "snapshot" | "baseline", "hasSnapshotFile": true},
+///      "match": {"name": "Live", "kind": "savedProfile" | "builtinMode", "verification": {…}}}
 QByteArray jsonReport(const QString& command, const QStringList& log, const RehearsalOutcome& outcome);
 
 } // namespace quorvane

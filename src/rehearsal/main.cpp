@@ -111,8 +111,14 @@ QCoro::Task<RehearsalOutcome> runFlow(Rehearsal& rehearsal, Arguments arguments)
     if (const FileFlow flow = fileFlows.value(arguments.command, nullptr)) {
         co_return co_await (rehearsal.*flow)(arguments.operand);
     }
-    if (arguments.command == u"discover"_s) {
-        co_return co_await rehearsal.discover();
+    using PlainFlow = QCoro::Task<RehearsalOutcome> (Rehearsal::*)();
+    static const QHash<QString, PlainFlow> plainFlows{{u"discover"_s, &Rehearsal::discover},
+                                                      {u"revert"_s, &Rehearsal::undoTweaks},
+                                                      {u"reinstate"_s, &Rehearsal::reinstate},
+                                                      {u"default"_s, &Rehearsal::restoreDefault},
+                                                      {u"scan"_s, &Rehearsal::scan}};
+    if (const PlainFlow flow = plainFlows.value(arguments.command, nullptr)) {
+        co_return co_await (rehearsal.*flow)();
     }
     if (arguments.command == u"maintenance"_s) {
         co_return co_await rehearsal.maintain(arguments.maintenance);
@@ -120,7 +126,8 @@ QCoro::Task<RehearsalOutcome> runFlow(Rehearsal& rehearsal, Arguments arguments)
     if (arguments.command == u"network"_s) {
         co_return co_await rehearsal.operateNetwork(arguments.network);
     }
-    co_return co_await rehearsal.restoreDefault();
+    using Archive = SystemManager::MasterArchive;
+    co_return co_await rehearsal.saveSnapshot(arguments.operand, arguments.asMaster ? Archive::Yes : Archive::No);
 }
 
 QCoro::Task<void> runFlowToItsEnd(Rehearsal& rehearsal, Arguments arguments) {

@@ -11,8 +11,6 @@ FolderEmptying::FolderEmptying(FileManager& files, const QString& folder, IsSpar
     , m_report(std::move(report))
     , m_entries(files.entries(folder)) {}
 
-FolderEmptying::~FolderEmptying() = default;
-
 bool FolderEmptying::step() {
     if (m_removal) {
         removeFurther();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/FileManager.h"
 #include "platform/TreeRemoval.h"
 
 #include <QString>
@@ -9,9 +10,6 @@
 #include <optional>
 
 namespace quorvane {
-
-class FileManager;
-class FolderEntries;
 
 /// Removes what is in a folder, one entry after the other in the order of the system, and a folder among them piece by
 /// piece. It holds no more than the entry at hand, so a folder may be of any size. An entry that is a link is removed
@@ -25,9 +23,6 @@ public:
 
     /// Throws FileError when the folder can't be read.
     FolderEmptying(FileManager& files, const QString& folder, IsSpared isSpared, Report report);
-    ~FolderEmptying();
-    FolderEmptying(const FolderEmptying&) = delete;
-    FolderEmptying& operator=(const FolderEmptying&) = delete;
 
     /// Does a little more; false when nothing is left to do. Throws FileError when the folder can't be read further.
     bool step();

@@ -47,18 +47,22 @@ QCoro::Task<void> SystemManager::clearCacheDirectory(QString path, QString label
         co_return;
     }
     log(u"Scanning %1 in %2..."_s.arg(label, path));
-    const auto isSpared = [this, &path](const QString& name) {
-        if (isProtectedCacheItem(name)) {
+    const auto isSpared = [this](const QString& name) {
+        const bool isProtected = isProtectedCacheItem(name);
+        if (isProtected) {
             logSkippedCacheItem(name);
-            return true;
         }
-        // Its program may have removed it meanwhile. A link counts as there, wherever it leads.
-        return m_host.files.status(path + u'/' + name).kind == FileStatus::Kind::Missing;
+        return isProtected;
     };
-    const auto report = [this](const QString& name, const std::optional<QString>& error) {
-        if (m_debugMode) {
-            log(error ? u"  [ERROR] Removing %1: %2"_s.arg(name, *error) : u"  [DELETED] "_s + name);
+    const auto report = [this, &path](const QString& name, const std::optional<QString>& error) {
+        if (!m_debugMode) {
+            return;
         }
+        if (!error) {
+            log(u"  [DELETED] "_s + name);
+        } else if (m_host.files.status(path + u'/' + name).kind != FileStatus::Kind::Missing) {
+            log(u"  [ERROR] Removing %1: %2"_s.arg(name, *error));
+        } // else its program was quicker
     };
     try {
         // A folder of caches that is a link itself is followed: the user keeps his caches on another disk then, and nobody

@@ -21,7 +21,7 @@ namespace macsim {
 //                    root's; what isn't named belongs to whom its place says (see Volume)
 //
 // Every other key is a subject of the Mac's state and is kept as it stands: "power", "spotlight", "timeMachine",
-// "launchd", "processes", "permissions", "loginItems", … Each is described where it is used. "//" holds a remark.
+// "launchd", "processes", "permissions", "loginItems", "cloud", … Each is described where it is used. "//" holds a remark.
 
 /// Reads a description. Throws std::runtime_error that names the file and what is wrong.
 Json macDescriptionFromFile(const QString& hostPath);

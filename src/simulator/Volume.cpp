@@ -1,5 +1,6 @@
 #include "simulator/Volume.h"
 
+#include "simulator/HostFiles.h"
 #include "simulator/OwnerMarks.h"
 #include "simulator/Places.h"
 
@@ -24,21 +25,12 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int kMaximumLinks = 32; // as macOS counts them before it gives ELOOP
+constexpr qint64 kNanosecondsInMillisecond = 1'000'000;
 constexpr QStringView kNullDevice = u"/dev/null";
 constexpr QDir::Filters kAllNames = QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot;
 
 QString joined(const QStringList& components) {
     return u'/' + components.join(u'/');
-}
-
-bool lstatPath(const QString& hostPath, struct stat& info) {
-    return ::lstat(QFile::encodeName(hostPath).constData(), &info) == 0;
-}
-
-void require(bool succeeded, const QString& path) {
-    if (!succeeded) {
-        throw FileError(errno, path);
-    }
 }
 
 } // namespace
@@ -75,45 +67,15 @@ QString Volume::matchingName(const QString& hostParent, const QString& name) con
     if (m_machine.caseSensitiveVolume || lstatPath(hostParent + u'/' + name, info)) {
         return name;
     }
-    const QStringList names = QDir(hostParent).entryList(kAllNames);
-    for (const QString& candidate : names) {
-        if (candidate.compare(name, Qt::CaseInsensitive) == 0) {
+    QDirIterator entries(hostParent, kAllNames);
+    while (entries.hasNext()) {
+        entries.next();
+        if (const QString candidate = entries.fileName(); candidate.compare(name, Qt::CaseInsensitive) == 0) {
             return candidate;
         }
     }
     return name;
 }
-
-namespace {
-
-/// A command of the Mac is a link in the sealed system to the one program that is every tool.
-bool isToolLink(const QString& macParent, const QString& target) {
-    return isSealed(macParent) && target.startsWith(u'/') && target.endsWith(u"/macsim"_s);
-}
-
-QString linkTargetOnHost(const QString& hostPath) {
-    QByteArray target(4096, Qt::Uninitialized);
-    const ssize_t length =
-        ::readlink(QFile::encodeName(hostPath).constData(), target.data(), static_cast<size_t>(target.size()));
-    target.truncate(length < 0 ? 0 : static_cast<qsizetype>(length));
-    return QFile::decodeName(target);
-}
-
-Volume::Kind kindOnHost(const QString& hostPath, const QString& macParent, const QString& path) {
-    struct stat info {};
-    if (!lstatPath(hostPath, info)) {
-        if (errno == ENOENT) {
-            return Volume::Kind::Missing;
-        }
-        throw FileError(errno, path);
-    }
-    if (S_ISLNK(info.st_mode)) {
-        return isToolLink(macParent, linkTargetOnHost(hostPath)) ? Volume::Kind::Tool : Volume::Kind::Link;
-    }
-    return S_ISDIR(info.st_mode) ? Volume::Kind::Folder : Volume::Kind::File;
-}
-
-} // namespace
 
 Volume::Located Volume::locate(const QString& path, bool followLast) const {
     if (!path.startsWith(u'/') || path.contains(QChar::Null)) {
@@ -280,25 +242,6 @@ QString Volume::canonicalPath(const QString& path) const {
     return locate(path, true).macPath;
 }
 
-namespace {
-
-/// Opens without following a link that took the file's place after it was looked up.
-void openOnHost(QFile& file, const QString& hostPath, const QString& macPath, int flags) {
-    const int descriptor =
-        ::open(QFile::encodeName(hostPath).constData(), flags | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK, 0644);
-    require(descriptor >= 0, macPath);
-    const bool writes = (flags & O_ACCMODE) != O_RDONLY;
-    file.open(descriptor, writes ? QIODevice::WriteOnly : QIODevice::ReadOnly, QFile::AutoCloseHandle);
-}
-
-void writeWhole(QFile& file, const QByteArray& bytes, const QString& macPath) {
-    if (file.write(bytes) != bytes.size() || !file.flush()) {
-        throw FileError(ENOSPC, macPath);
-    }
-}
-
-} // namespace
-
 QByteArray Volume::read(const QString& path) const {
     const Located place = locate(path, true);
     requireReadable(place);
@@ -362,9 +305,21 @@ QDateTime Volume::modificationTime(const QString& path) const {
     const Located place = locate(path, true);
     struct stat info {};
     require(lstatPath(place.hostPath, info), path);
-    constexpr qint64 kNanosecondsInMillisecond = 1'000'000;
     return QDateTime::fromMSecsSinceEpoch(qint64{info.st_mtim.tv_sec} * 1000 +
                                           info.st_mtim.tv_nsec / kNanosecondsInMillisecond);
+}
+
+void Volume::setModificationTime(const QString& path, const QDateTime& time) const {
+    const Located place = locate(path, true);
+    if (place.kind == Kind::Missing) {
+        throw FileError(ENOENT, path);
+    }
+    requireWritable(place);
+    const qint64 milliseconds = time.toMSecsSinceEpoch();
+    const timespec modified{milliseconds / 1000, milliseconds % 1000 * kNanosecondsInMillisecond};
+    const timespec times[] = {{0, UTIME_OMIT}, modified};
+    require(::utimensat(AT_FDCWD, QFile::encodeName(place.hostPath).constData(), times, AT_SYMLINK_NOFOLLOW) == 0,
+            path);
 }
 
 Actor Volume::owner(const QString& path) const {

@@ -85,6 +85,8 @@ public:
     qint64 size(const QString& path) const;
     /// Of what stands there once links are followed; of a folder, when a name in it last came or went.
     QDateTime modificationTime(const QString& path) const;
+    /// For what the actor may change. Links are followed; to the millisecond.
+    void setModificationTime(const QString& path, const QDateTime& time) const;
     /// Whose it is; the last component is not followed when it is a link.
     Actor owner(const QString& path) const;
     /// Gives it away, as root alone can (EPERM). A link is followed; what is in a folder keeps its owner.

@@ -76,7 +76,8 @@ QCoro::Task<bool> MasterSystemBaselineManager::currentFileExists() {
         co_return true;
     }
     const std::optional<QString> cloud = co_await cloudFolder();
-    co_return cloud&& m_host.files.exists(currentFile(*cloud));
+    const bool existsInCloud = cloud && m_host.files.exists(currentFile(*cloud));
+    co_return existsInCloud;
 }
 
 QCoro::Task<bool> MasterSystemBaselineManager::hasMasterBaseline() {

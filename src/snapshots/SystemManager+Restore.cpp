@@ -165,8 +165,9 @@ QCoro::Task<bool> SystemManager::reinstateFromSnapshot(SystemSnapshot snapshot) 
     co_await restoreLaunchItems();
     const bool isFinished =
         co_await finishAdminBatch(u"Quorvane needs your administrator password to restore your system."_s);
-    co_await settleKeptLaunchItems(isFinished);
-    co_return isRestored ? hasNetwork&& isFinished : false;
+    co_await settleKeptLaunchItems();
+    const bool succeeded = isRestored && hasNetwork && isFinished;
+    co_return succeeded;
 }
 
 } // namespace quorvane

@@ -40,13 +40,8 @@ std::optional<QMap<QString, bool>> capturedServices(const QList<NetworkServiceSt
 QCoro::Task<bool> SystemManager::captureSystemSnapshot(std::optional<QString> label, MasterArchive archive) {
     log(u"\nCapturing system snapshot..."_s);
     const SystemSnapshot snapshot = co_await readSystemSnapshot(label);
-    try {
-        snapshotManager().save(snapshot);
-    } catch (const FileError& error) {
-        log(u"  [ERROR] Failed to save snapshot: "_s + error.message());
-        co_return false;
-    } catch (const EncodingError& error) {
-        log(u"  [ERROR] Failed to save snapshot: "_s + error.message());
+    if (const std::optional<QString> error = saveSnapshot(snapshot)) {
+        log(u"  [ERROR] Failed to save snapshot: "_s + *error);
         co_return false;
     }
     log(u"  [SNAPSHOT] Saved system baseline"_s + (label ? u" for \"%1\"."_s.arg(*label) : u"."_s));
@@ -55,6 +50,21 @@ QCoro::Task<bool> SystemManager::captureSystemSnapshot(std::optional<QString> la
         co_await archiveAsMaster(snapshot);
     }
     co_return true;
+}
+
+/// Gives what went wrong.
+std::optional<QString> SystemManager::saveSnapshot(const SystemSnapshot& snapshot) {
+    if (m_host.commands.isShutDown()) {
+        return u"The program is quitting."_s; // the tools were ended: an empty snapshot would replace a good one
+    }
+    try {
+        snapshotManager().save(snapshot);
+    } catch (const FileError& error) {
+        return error.message();
+    } catch (const EncodingError& error) {
+        return error.message();
+    }
+    return std::nullopt;
 }
 
 /// Reads the live system, in a fixed order.

@@ -70,17 +70,25 @@ QString keepLaunchPlistCommand(const QString& plist, const LaunchFolder& folder)
                                                shellQuoted(folder.keepFolder + u'/' + nameOf(plist)));
 }
 
+QString requireRealBackupFolderCommand(const LaunchFolder& folder) {
+    const QString outer = folder.backupFolder.left(folder.backupFolder.lastIndexOf(u'/'));
+    return u"[ ! -L %1 ] && [ ! -L %2 ]"_s.arg(shellQuoted(outer), shellQuoted(folder.backupFolder));
+}
+
 QString reinstateLaunchPlistCommand(const KeptLaunchPlist& plist, quint32 userId) {
     const QString place = shellQuoted(plist.path());
     const QString kept = shellQuoted(plist.keptPath());
     // By way of a name that launchd doesn't look at: a plist must never stand there half.
     const QString copy = shellQuoted(plist.keptPath() + u".new"_s);
-    const QString putBack = u"%1 || (cp -p %2 %3 && mv %3 %4)"_s.arg(somethingIsAt(place), kept, copy, place);
+    const QString putBack = u"cp -p %1 %2 && mv %2 %3"_s.arg(kept, copy, place);
     const QString setAside = u"mv %1 %2"_s.arg(kept, shellQuoted(plist.keptPath() + u".replaced"_s));
-    QStringList commands = launchctlCommands(plist, userId);
-    commands.append(plist.isReplaced ? setAside : u"rm -f "_s + kept);
-    return u"(%1) 2>/dev/null && (%2) 2>/dev/null || true"_s.arg(plist.isReplaced ? somethingIsAt(place) : putBack,
-                                                                 commands.join(u" ; "_s));
+    const QStringList started = launchctlCommands(plist, userId);
+    const QString whenTaken = (started + QStringList{setAside, u"true"_s}).join(u" ; "_s);
+    const QString whenPutBack = (started + QStringList(u"rm -f "_s + kept)).join(u" ; "_s);
+    // Joined, not by arg(): the texts hold names, which may hold a "%1".
+    // "( (" with a blank: "((" begins arithmetic.
+    return u"( ("_s + somethingIsAt(place) + u") && ("_s + whenTaken + u") || ("_s + putBack + u" && ("_s +
+           whenPutBack + u"))) 2>/dev/null || true"_s;
 }
 
 } // namespace quorvane

@@ -34,12 +34,16 @@ QString disableLaunchPlistCommand(const QString& plist, const LaunchFolder& fold
 /// runs as the user can replace what lies in his backup folder, so root takes nothing out of there again.
 QString keepLaunchPlistCommand(const QString& plist, const LaunchFolder& folder);
 
+/// The shell line that fails where a link has come to the place of a backup folder. It goes before the one that switches the
+/// plist off: the prompt may have stood open for minutes since the folder was looked at, and through a link root would put
+/// the plist wherever it leads.
+QString requireRealBackupFolderCommand(const LaunchFolder& folder);
+
 /// A plist of which root keeps a copy.
 struct KeptLaunchPlist {
     QString fileName;
     LaunchFolder folder;
-    QString label;           ///< of its job; empty where launchctl can't be told
-    bool isReplaced = false; ///< another plist has come to its place since
+    QString label; ///< of its job; empty where launchctl can't be told
 
     QString path() const { return folder.path + u'/' + fileName; }
     QString keptPath() const { return folder.keepFolder + u'/' + fileName; }
@@ -47,7 +51,8 @@ struct KeptLaunchPlist {
 
 /// The shell line that brings a plist back as root and never fails: to its place, out of the overrides of the system and the
 /// user, and a daemon into launchd. The copy goes last, so that a run that ends half-way can be taken up again.
-/// A plist that has come to its place since stays; the copy then gets a name by which it isn't found again.
+/// A plist that has come to its place since, which may be as late as that moment, stays; the copy then gets a name by which it
+/// isn't found again.
 QString reinstateLaunchPlistCommand(const KeptLaunchPlist& plist, quint32 userId);
 
 } // namespace quorvane

@@ -58,22 +58,25 @@ void SystemManager::queueKeptLaunchItems() {
     }
 }
 
-QCoro::Task<void> SystemManager::settleKeptLaunchItems(bool isFlushed) {
+/// Goes by what the disk shows: a batch may have failed after it put a plist back.
+QCoro::Task<void> SystemManager::settleKeptLaunchItems() {
     const QStringList broughtBack = std::exchange(m_plistsBroughtBack, {});
     for (const LaunchFolder& folder : launchFolders()) {
         const QStringList putAside = folder.isUsers ? QStringList() : plistsPutAside(folder);
         for (const QString& name : plistsToSettle(folder, putAside, broughtBack)) {
             const QString plist = folder.path + u'/' + name;
-            if (!isFlushed || m_host.files.status(plist).kind == Kind::Missing) {
+            const bool isRoots = broughtBack.contains(plist);
+            const bool isStillKept =
+                isRoots && m_host.files.status(folder.keepFolder + u'/' + name).kind != Kind::Missing;
+            if (isStillKept || m_host.files.status(plist).kind == Kind::Missing) {
                 log(u"  [INFO] Not restored: "_s + name);
                 continue;
             }
-            const bool isRoots = broughtBack.contains(plist);
             if (isRoots && !folder.isDaemons) {
                 co_await loadLaunchPlist(plist); // an agent runs in the user's session
             }
             const QString backup = folder.backupFolder + u'/' + name;
-            if (putAside.contains(name) && (isRoots || holdTheSame(backup, plist))) {
+            if (putAside.contains(name) && holdTheSame(backup, plist)) {
                 removeBackup(backup);
             }
         }
@@ -94,14 +97,12 @@ bool SystemManager::isRootsAlone(const QString& keepFolder) const {
 }
 
 KeptLaunchPlist SystemManager::keptLaunchPlist(const LaunchFolder& folder, const QString& name) const {
-    KeptLaunchPlist plist{name, folder, {}, false};
+    KeptLaunchPlist plist{name, folder, {}};
     const QString kept = plist.keptPath();
     if (m_host.files.status(kept).owner == 0 && !m_host.files.isWritable(kept)) {
         plist.label =
             launchJobLabel(kept, m_host.propertyLists); // of a file that others can change root believes nothing
     }
-    const bool isTaken = m_host.files.status(plist.path()).kind != Kind::Missing;
-    plist.isReplaced = isTaken && !holdTheSame(kept, plist.path());
     return plist;
 }
 

@@ -155,6 +155,7 @@ QCoro::Task<bool> SystemManager::disableSystemLaunchPlists(QList<SystemLaunchPli
     QStringList commands;
     for (const SystemLaunchPlist& plist : plists) {
         commands.append(keepLaunchPlistCommand(plist.path(), plist.folder));
+        commands.append(requireRealBackupFolderCommand(plist.folder));
         commands.append(disableLaunchPlistCommand(plist.path(), plist.folder));
     }
     const CommandResult result = co_await runAdminCommand(commands.join(u" && "_s), kSystemChangesPrompt);
@@ -208,27 +209,42 @@ QCoro::Task<void> SystemManager::restoreLaunchItems() {
             reported = unusable; // the outer folder is the same for all
         }
         for (const QString& name : plistsPutAside(folder)) {
-            const QString restored = folder.path + u'/' + name;
-            const bool isTaken = m_host.files.status(restored).kind != FileStatus::Kind::Missing;
-            if (isTaken || m_plistsBroughtBack.contains(restored)) {
-                continue; // what has come there since is newer; and root brings its own copy, not the user's
-            }
-            try {
-                m_host.files.move(folder.backupFolder + u'/' + name, restored);
-            } catch (const FileError& error) {
-                log(u"  [WARNING] Could not restore "_s + error.message());
-                continue;
-            }
-            if (folder.isUsers) {
-                co_await enableUsersJob(restored);
-            }
-            co_await loadLaunchPlist(restored);
-            ++count;
+            const bool isRestored = co_await restoreLaunchPlist(folder, name);
+            count += isRestored ? 1 : 0;
         }
     }
     if (count > 0) {
         log(u"  [REVERTED] Restored %1 LaunchAgents/Daemons."_s.arg(count));
     }
+}
+
+/// True when it was moved back. What has come to its place since is newer and stays; of the user's own it is switched on
+/// again instead, because the override that switched the old one off counts for it as well.
+QCoro::Task<bool> SystemManager::restoreLaunchPlist(LaunchFolder folder, QString name) {
+    const QString restored = folder.path + u'/' + name;
+    const QString backup = folder.backupFolder + u'/' + name;
+    const bool isTaken = m_host.files.status(restored).kind != FileStatus::Kind::Missing;
+    if (m_plistsBroughtBack.contains(restored) || (isTaken && !folder.isUsers)) {
+        co_return false; // root brings its own copy, not the user's
+    }
+    if (folder.isUsers) {
+        // Before the move: a run that ends in between finds the backup again.
+        co_await enableUsersJob(isTaken ? restored : backup);
+    }
+    if (m_host.commands.isShutDown()) {
+        co_return false; // it is there for the next time
+    }
+    try {
+        m_host.files.move(backup, isTaken ? backup + u".replaced"_s : restored);
+    } catch (const FileError& error) {
+        log(u"  [WARNING] Could not restore "_s + error.message());
+        if (folder.isUsers) {
+            log(u"  [INFO] Not restored: "_s + name);
+        }
+        co_return false;
+    }
+    co_await loadLaunchPlist(restored);
+    co_return !isTaken;
 }
 
 /// "unload -w" has left an override behind, and "load" would fail on it.

@@ -1,7 +1,8 @@
 #pragma once
 
+#include "core/ClosingAlert.h"
 #include "profiles/UnifiedProfile.h"
-#include "verification/ApplyVerificationResult.h"
+#include "verification/SystemConfigurationMatch.h"
 
 #include <QList>
 #include <QString>
@@ -23,5 +24,8 @@ bool isMatch(const ApplyVerificationResult& verification, bool isLastApplied);
 /// @param inForce              the check of all tweaks: those verified are in force, the others don't count
 /// @param isAppRestorationOff  applications are kept from reopening after a restart
 ApplyVerificationResult defaultVerification(const ApplyVerificationResult& inForce, bool isAppRestorationOff);
+
+/// What the user is told at the end of a scan.
+ClosingAlert systemMatchAlert(const std::optional<SystemConfigurationMatch>& match);
 
 } // namespace quorvane

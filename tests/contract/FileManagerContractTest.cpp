@@ -1,108 +1,20 @@
 // What every file manager promises, whichever files it works on.
 
-#include "fakes/MemoryFileManager.h"
-#include "fakes/SimulatedMacFolder.h"
-#include "platform/TreeRemoval.h"
-#include "platform/portable/DiskFileManager.h"
-#include "platform/simulated/FaultyFileManager.h"
-#include "platform/simulated/SimulatedFileManager.h"
-
-#include <QTemporaryDir>
-
-#include <gtest/gtest.h>
-
-#include <memory>
-#include <unistd.h>
+#include "contract/FileSubjects.h"
 
 namespace quorvane {
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
-/// A file manager and a folder that it may fill.
-class Subject {
-public:
-    virtual ~Subject() = default;
-    virtual FileManager& files() = 0;
-    virtual QString folder() const = 0;
-    /// Makes a link by other means.
-    virtual void link(const QString& path, const QString& target) = 0;
-    /// Takes the right to change the names in a folder; false where the tests run as root, who has every right.
-    virtual bool lock(const QString& folder) = 0;
-    virtual quint32 userId() const = 0;
-};
+class FileManagerContract : public OnEveryFileManager {};
 
-class DiskSubject final : public Subject {
-public:
-    FileManager& files() override { return m_files; }
-    QString folder() const override { return m_folder.path(); }
-    ~DiskSubject() override {
-        for (const QString& folder : m_locked) {
-            QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-        }
+QStringList allOf(FolderEntries& entries) {
+    QStringList names;
+    while (const std::optional<QString> name = entries.next()) {
+        names.append(*name);
     }
-    void link(const QString& path, const QString& target) override { QFile::link(target, path); }
-    bool lock(const QString& folder) override {
-        m_locked.append(folder);
-        return ::geteuid() != 0 && QFile::setPermissions(folder, QFile::ReadOwner | QFile::ExeOwner);
-    }
-    quint32 userId() const override { return ::geteuid(); }
-
-private:
-    QTemporaryDir m_folder;
-    QStringList m_locked;
-    DiskFileManager m_files;
-};
-
-class SimulatedSubject final : public Subject {
-public:
-    FileManager& files() override { return m_files; }
-    QString folder() const override { return u"/Users/alex/Documents"_s; }
-    void link(const QString& path, const QString& target) override {
-        m_mac.mac.volume(macsim::Actor::User).createLink(path, target);
-    }
-    bool lock(const QString& folder) override {
-        m_mac.mac.volume(macsim::Actor::Root).setOwner(folder, macsim::Actor::Root);
-        return true;
-    }
-    quint32 userId() const override { return 501; }
-
-private:
-    macsim::SimulatedMacFolder m_mac;
-    SimulatedFileManager m_files{m_mac.mac.volume(macsim::Actor::User)};
-};
-
-class MemorySubject final : public Subject {
-public:
-    MemorySubject() { m_files.addFolders(folder()); }
-    FileManager& files() override { return m_files; }
-    QString folder() const override { return u"/Users/alex/Documents"_s; }
-    void link(const QString& path, const QString& target) override { m_files.addLink(path, target); }
-    bool lock(const QString& folder) override {
-        m_files.makeUnwritable(folder);
-        return true;
-    }
-    quint32 userId() const override { return MemoryFileManager::kUser; }
-
-private:
-    MemoryFileManager m_files;
-};
-
-using MakeSubject = std::unique_ptr<Subject> (*)();
-
-class FileManagerContract : public ::testing::TestWithParam<MakeSubject> {
-protected:
-    QString path(const QString& name) const { return subject->folder() + u'/' + name; }
-    QStringList sortedNames() {
-        QStringList names = files.list(subject->folder());
-        names.sort();
-        return names;
-    }
-
-    std::unique_ptr<Subject> subject = GetParam()();
-    FileManager& files = subject->files();
-};
+    return names;
+}
 
 } // namespace
 
@@ -145,6 +57,42 @@ TEST_P(FileManagerContract, moveReplacesAndRemoveRemoves) {
     EXPECT_TRUE(sortedNames().isEmpty());
 }
 
+TEST_P(FileManagerContract, aFolderGivesTheSameNamesInTheSameOrderOneByOne) {
+    for (const QString& name : {u"b"_s, u"a"_s, u".hidden"_s, u"Ü"_s, u"c d"_s}) {
+        files.writeAtomically(path(name), "1");
+    }
+    files.createFolders(path(u"folder"_s));
+    subject->link(path(u"dangling"_s), path(u"gone"_s));
+    EXPECT_EQ(allOf(*files.entries(subject->folder())), files.list(subject->folder()));
+    EXPECT_EQ(allOf(*files.entries(path(u"folder"_s))), QStringList());
+}
+
+TEST_P(FileManagerContract, anEndedListingStaysEnded) {
+    files.writeAtomically(path(u"one"_s), "1");
+    const auto entries = files.entries(subject->folder());
+    EXPECT_EQ(entries->next(), u"one"_s);
+    EXPECT_EQ(entries->next(), std::nullopt);
+    EXPECT_EQ(entries->next(), std::nullopt);
+}
+
+TEST_P(FileManagerContract, whatHasBeenGivenMayBeRemovedAndTheRestStillComes) {
+    QStringList made;
+    for (int number = 0; number < 3000; ++number) {
+        made.append(u"entry %1"_s.arg(number));
+        subject->addEmptyFile(path(made.last()));
+    }
+    QStringList given;
+    const auto entries = files.entries(subject->folder());
+    while (const std::optional<QString> name = entries->next()) {
+        given.append(*name);
+        files.remove(path(*name));
+    }
+    made.sort();
+    given.sort();
+    EXPECT_EQ(given, made);
+    EXPECT_EQ(sortedNames(), QStringList());
+}
+
 TEST_P(FileManagerContract, createFoldersMakesParentsAndAcceptsExistingOnes) {
     files.createFolders(path(u"a/b/c"_s));
     files.createFolders(path(u"a/b/c"_s));
@@ -158,6 +106,8 @@ TEST_P(FileManagerContract, everyFailureIsAFileError) {
     EXPECT_THROW(files.read(path(u"full"_s)), FileError);
     EXPECT_THROW(files.list(path(u"missing"_s)), FileError);
     EXPECT_THROW(files.list(path(u"file"_s)), FileError);
+    EXPECT_THROW(files.entries(path(u"missing"_s)), FileError);
+    EXPECT_THROW(files.entries(path(u"file"_s)), FileError);
     EXPECT_THROW(files.writeAtomically(path(u"missing/x"_s), "1"), FileError);
     EXPECT_THROW(files.writeAtomically(path(u"full"_s), "1"), FileError);
     EXPECT_THROW(files.move(path(u"missing"_s), path(u"x"_s)), FileError);
@@ -206,11 +156,13 @@ TEST_P(FileManagerContract, linksAreFollowedToWhatCanBeReached) {
     EXPECT_EQ(files.read(path(u"to file"_s)), "1");
     EXPECT_EQ(files.read(path(u"to folder/inside"_s)), "2");
     EXPECT_EQ(files.list(path(u"to folder"_s)), QStringList(u"inside"_s));
+    EXPECT_EQ(allOf(*files.entries(path(u"to folder"_s))), QStringList(u"inside"_s));
     EXPECT_TRUE(files.exists(path(u"to folder"_s)));
     for (const QString& nowhere : {u"dangling"_s, u"circle"_s}) {
         EXPECT_FALSE(files.exists(path(nowhere))) << nowhere.toStdString();
         EXPECT_THROW(files.read(path(nowhere)), FileError) << nowhere.toStdString();
         EXPECT_THROW(files.list(path(nowhere)), FileError) << nowhere.toStdString();
+        EXPECT_THROW(files.entries(path(nowhere)), FileError) << nowhere.toStdString();
     }
 }
 
@@ -261,54 +213,6 @@ TEST_P(FileManagerContract, whatIsNotThereCannotBeResolved) {
     }
 }
 
-TEST_P(FileManagerContract, removeTreeRemovesAFileALinkAndADeepFolder) {
-    files.createFolders(path(u"target/a/b/c/d"_s));
-    files.writeAtomically(path(u"target/a/.hidden"_s), "1");
-    files.writeAtomically(path(u"target/a/b/file"_s), "1");
-    files.writeAtomically(path(u"file"_s), "1");
-    subject->link(path(u"link"_s), path(u"target"_s));
-    subject->link(path(u"dangling"_s), path(u"gone"_s));
-    removeTree(files, path(u"file"_s));
-    removeTree(files, path(u"dangling"_s));
-    removeTree(files, path(u"link"_s));
-    EXPECT_EQ(sortedNames(), QStringList(u"target"_s));
-    EXPECT_EQ(files.read(path(u"target/a/b/file"_s)), "1");
-    removeTree(files, path(u"target"_s));
-    EXPECT_TRUE(sortedNames().isEmpty());
-}
-
-TEST_P(FileManagerContract, removeTreeDoesNotFollowTheLinksInside) {
-    files.createFolders(path(u"tree/inner"_s));
-    files.createFolders(path(u"kept"_s));
-    files.writeAtomically(path(u"kept/file"_s), "1");
-    subject->link(path(u"tree/to folder"_s), path(u"kept"_s));
-    subject->link(path(u"tree/inner/to file"_s), u"../../kept/file"_s);
-    subject->link(path(u"tree/inner/up"_s), u"../.."_s);
-    removeTree(files, path(u"tree"_s));
-    EXPECT_EQ(sortedNames(), QStringList(u"kept"_s));
-    EXPECT_EQ(files.read(path(u"kept/file"_s)), "1");
-}
-
-TEST_P(FileManagerContract, removeTreeOfWhatIsMissingIsAFileError) {
-    files.writeAtomically(path(u"file"_s), "1");
-    for (const QString& name : {u"gone"_s, u"gone/x"_s, u"file/x"_s}) {
-        EXPECT_THROW(removeTree(files, path(name)), FileError) << name.toStdString();
-    }
-    EXPECT_EQ(sortedNames(), QStringList(u"file"_s));
-}
-
-TEST_P(FileManagerContract, aTreeWithAPartThatStaysIsAFileError) {
-    files.createFolders(path(u"tree/locked"_s));
-    files.writeAtomically(path(u"tree/locked/file"_s), "1");
-    if (!subject->lock(path(u"tree/locked"_s))) {
-        removeTree(files, path(u"tree"_s)); // no part is locked for root
-        EXPECT_FALSE(files.exists(path(u"tree"_s)));
-        return;
-    }
-    EXPECT_THROW(removeTree(files, path(u"tree"_s)), FileError);
-    EXPECT_EQ(files.read(path(u"tree/locked/file"_s)), "1");
-}
-
 TEST_P(FileManagerContract, aMovedFolderTakesItsContentsAlong) {
     files.createFolders(path(u"tree/inner"_s));
     files.writeAtomically(path(u"tree/inner/file"_s), "1");
@@ -317,25 +221,6 @@ TEST_P(FileManagerContract, aMovedFolderTakesItsContentsAlong) {
     EXPECT_EQ(files.read(path(u"moved/inner/file"_s)), "1");
 }
 
-TEST(FaultyFileManager, eachRemovalOfATreeIsAChange) {
-    MemoryFileManager files;
-    files.addFile(u"/one/a/b"_s, "1");
-    files.addFile(u"/two"_s, "2");
-    FaultyFileManager faulty(files, {3, u"No space left on device"_s, std::nullopt});
-    EXPECT_THROW(removeTree(faulty, u"/one"_s), FileError);
-    EXPECT_EQ(files.list(u"/one"_s), QStringList()) << "the two removals before the failing one are made";
-    EXPECT_THROW(removeTree(faulty, u"/two"_s), FileError);
-    EXPECT_TRUE(files.exists(u"/two"_s));
-}
-
-INSTANTIATE_TEST_SUITE_P(Disk, FileManagerContract, ::testing::Values(+[]() -> std::unique_ptr<Subject> {
-                             return std::make_unique<DiskSubject>();
-                         }));
-INSTANTIATE_TEST_SUITE_P(Simulated, FileManagerContract, ::testing::Values(+[]() -> std::unique_ptr<Subject> {
-                             return std::make_unique<SimulatedSubject>();
-                         }));
-INSTANTIATE_TEST_SUITE_P(Memory, FileManagerContract, ::testing::Values(+[]() -> std::unique_ptr<Subject> {
-                             return std::make_unique<MemorySubject>();
-                         }));
+INSTANTIATE_TEST_SUITE_P(, FileManagerContract, kEveryFileManager, nameOfFileManager);
 
 } // namespace quorvane

@@ -3,7 +3,9 @@
 #include "fakes/CommandLine.h"
 #include "platform/CommandLauncher.h"
 #include "platform/ScriptEngine.h"
+#include "platform/simulated/FaultyCommands.h"
 #include "platform/simulated/SimulatedHost.h"
+#include "simulator/Faults.h"
 #include "simulator/applescript/AppleScript.h"
 #include "simulator/tools/Registry.h"
 #include "simulator/tools/ScriptRunner.h"
@@ -18,8 +20,10 @@ namespace quorvane {
 /// Runs a simulated Mac's tools as functions of this process, for a test that runs thousands of them.
 class InProcessTools {
 public:
-    explicit InProcessTools(const macsim::Mac& mac)
-        : m_mac(mac) {}
+    /// @param faultsFile  what goes wrong with them; none when it is empty
+    InProcessTools(const macsim::Mac& mac, const QString& faultsFile)
+        : m_mac(mac)
+        , m_faults(faultsFile.isEmpty() ? macsim::Faults() : macsim::Faults::fromFile(faultsFile)) {}
 
     macsim::ToolContext context(const QStringList& arguments) {
         const QString home = m_mac.homeFolder(macsim::Actor::User);
@@ -32,6 +36,7 @@ public:
                             {QStringLiteral("PATH"), QStringLiteral("/usr/bin:/bin:/usr/sbin:/sbin")},
                             {QStringLiteral("TMPDIR"), m_mac.temporaryFolder()},
                             {QStringLiteral("USER"), m_mac.machine().userName}};
+        made.faults = &m_faults;
         return made;
     }
 
@@ -43,6 +48,7 @@ private:
     };
 
     const macsim::Mac& m_mac;
+    macsim::Faults m_faults;
     Consent m_authorizer;
 };
 
@@ -66,6 +72,7 @@ public:
         return QtFuture::makeReadyFuture(outcome);
     }
     void shutDown() override {}
+    bool isShutDown() const override { return false; }
 
 private:
     InProcessTools& m_tools;
@@ -93,20 +100,23 @@ private:
 /// The ports of a simulated Mac whose tools run in this process.
 class InProcessHost {
 public:
-    /// @param clock  instead of the computer's
-    InProcessHost(const QString& macFolder, const QString& program, Clock* clock = nullptr)
-        : m_base(macFolder, m_authorization, {program, {}, {}})
-        , m_tools(m_base.mac())
+    /// @param clock       instead of the computer's
+    /// @param faultsFile  what goes wrong on purpose, as of SimulatedHostOptions
+    InProcessHost(const QString& macFolder, const QString& program, Clock* clock = nullptr,
+                  const QString& faultsFile = {})
+        : m_base(macFolder, m_authorization, {program, faultsFile, {}})
+        , m_tools(m_base.mac(), faultsFile)
+        , m_counter(faultsFile)
         , m_clock(clock) {}
 
     const macsim::Mac& mac() const { return m_base.mac(); }
     Host host() {
         const Host base = m_base.host();
-        return {m_commands,   m_scripts,
-                base.files,   base.defaults,
-                base.machine, base.propertyLists,
-                base.bundles, base.backgroundTaskPermissions,
-                base.cloud,   m_clock != nullptr ? *m_clock : base.clock};
+        return {m_faultyCommands, m_faultyScripts,
+                base.files,       base.defaults,
+                base.machine,     base.propertyLists,
+                base.bundles,     base.backgroundTaskPermissions,
+                base.cloud,       m_clock != nullptr ? *m_clock : base.clock};
     }
 
 private:
@@ -115,6 +125,9 @@ private:
     InProcessTools m_tools;
     InProcessCommandLauncher m_commands{m_tools};
     InProcessScriptEngine m_scripts{m_tools};
+    CommandCounter m_counter;
+    FaultyCommandLauncher m_faultyCommands{m_commands, m_counter};
+    FaultyScriptEngine m_faultyScripts{m_scripts, m_counter};
     Clock* m_clock;
 };
 

@@ -95,10 +95,14 @@ public:
         return QtFuture::makeReadyFuture(write(path, bytes));
     }
 
+    void shutDown() override { m_isShutDown = true; }
+
 private:
-    bool hasContainer() const { return account && container; }
+    bool hasContainer() const { return account && container && !m_isShutDown; }
 
     std::optional<QString> write(const QString& path, const QByteArray& bytes) {
+        if (m_isShutDown)
+            return QStringLiteral("The program is quitting.");
         if (writeError)
             return writeError;
         try {
@@ -111,6 +115,7 @@ private:
     }
 
     MemoryFileManager& m_files;
+    bool m_isShutDown = false;
 };
 
 } // namespace quorvane

@@ -52,6 +52,9 @@ public:
     /// The user may not change the bytes of the file, or the names in the folder.
     void makeUnwritable(const QString& path) { nodeAt(path).isWritable = false; }
 
+    /// Takes away a file or link, whatever the rights.
+    void removeAsRoot(const QString& path) { m_nodes.erase(keyOf(placeOf(path, Last::Itself))); }
+
     /// Every operation of the kind on the path fails from now on.
     void failOn(Operation operation, const QString& path) {
         m_failing.insert({operation, keyOf(placeOf(path, Last::Itself))});

@@ -42,7 +42,8 @@ public:
         const CommandOutcome outcome = answer.value_or(m_answers.value(line, succeeded({})));
         return m_isHolding ? heldBack(outcome) : QtFuture::makeReadyFuture(outcome);
     }
-    void shutDown() override {}
+    void shutDown() override { m_isShutDown = true; }
+    bool isShutDown() const override { return m_isShutDown; }
 
     /// From now on commands run on until they are released.
     void hold() { m_isHolding = true; }
@@ -86,6 +87,7 @@ private:
     QStringList& m_trace;
     QMap<QString, CommandOutcome> m_answers;
     bool m_isHolding = false;
+    bool m_isShutDown = false;
     std::vector<std::pair<QPromise<CommandOutcome>, CommandOutcome>> m_held;
 };
 

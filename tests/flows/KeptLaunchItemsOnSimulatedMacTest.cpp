@@ -39,7 +39,7 @@ protected:
         system->queueKeptLaunchItems();
         QCoro::waitFor(system->restoreLaunchItems());
         const bool isFlushed = QCoro::waitFor(system->finishAdminBatch(u"Back, please."_s));
-        QCoro::waitFor(system->settleKeptLaunchItems(isFlushed));
+        QCoro::waitFor(system->settleKeptLaunchItems());
         return isFlushed;
     }
     /// The user's session as after a login: agents whose plists aren't at their place aren't loaded.
@@ -173,9 +173,8 @@ TEST_F(KeptLaunchItemsOnSimulatedMac, theNewestOfTwoSwitchedOffComesBack) {
 }
 
 TEST_F(KeptLaunchItemsOnSimulatedMac, aCancelledPromptLeavesEverythingForTheNextTime) {
-    ASSERT_TRUE(switchAllOff());
+    ASSERT_TRUE(switchSystemsOff());
     logOutAndIn();
-    volume().move(kBackup + u"/UserHome_Library_LaunchAgents/com.own.plist"_s, kOwn);
     const macsim::MacPicture off = picture();
     authorization.setAnswer(macsim::Authorization::Cancel);
     EXPECT_FALSE(reinstate());
@@ -254,6 +253,36 @@ TEST_F(KeptLaunchItemsOnSimulatedMac, copiesThatOthersThanRootCouldHaveMadeStayW
     EXPECT_TRUE(logs(u"  [INFO] Not restored: com.daemon.plist"_s));
     EXPECT_FALSE(exists(kDaemon));
     EXPECT_EQ(authorization.prompts().size(), 1);
+}
+
+TEST_F(KeptLaunchItemsOnSimulatedMac, aLinkThatComesWhileThePromptIsOpenStopsRoot) {
+    for (const QString& link : {kBackup, kBackup + u"/_Library_LaunchAgents"_s}) {
+        SCOPED_TRACE(link.toStdString());
+        start();
+        system->beginAdminBatch();
+        ASSERT_TRUE(QCoro::waitFor(system->disableLaunchItems(QStringList(u"com.agent.plist"_s), {})));
+        volume().move(link, u"/Users/alex/moved"_s);
+        volume().createLink(link, u"/Library/LaunchDaemons"_s);
+        const QStringList daemons = volume().list(u"/Library/LaunchDaemons"_s);
+        EXPECT_FALSE(QCoro::waitFor(system->finishAdminBatch(u"Off, please."_s)));
+        EXPECT_TRUE(holds(kAgent, agentBefore));
+        EXPECT_EQ(volume().list(u"/Library/LaunchDaemons"_s), daemons);
+        volume().remove(link);
+        volume().move(u"/Users/alex/moved"_s, link);
+    }
+}
+
+TEST_F(KeptLaunchItemsOnSimulatedMac, aPlistThatComesWhileThePromptIsOpenStaysAndNothingIsLost) {
+    ASSERT_TRUE(switchAllOff());
+    system->beginAdminBatch();
+    system->queueKeptLaunchItems();
+    addFile(kDaemon, plistText({{u"Label"_s, u"com.daemon.job"_s}, {u"Program"_s, u"/usr/bin/newer"_s}}));
+    const QByteArray newer = content(kDaemon);
+    EXPECT_TRUE(QCoro::waitFor(system->finishAdminBatch(u"Back, please."_s)));
+    QCoro::waitFor(system->settleKeptLaunchItems());
+    EXPECT_EQ(content(kDaemon), newer);
+    EXPECT_TRUE(holds(kKeptDaemon + u".replaced"_s, daemonBefore));
+    EXPECT_TRUE(holds(kBackup + u"/_Library_LaunchDaemons/com.daemon.plist"_s, daemonBefore));
 }
 
 // ---- Full disks and refusing tools
@@ -355,9 +384,9 @@ INSTANTIATE_TEST_SUITE_P(
                       KilledAt{"rm", "com.daemon.plist"}, KilledAt{"launchctl", "bootout system .*com.daemon"},
                       KilledAt{"mv", "com.daemon.plist"}));
 
-class KilledWayBack : public KilledLaunchItemLine {};
+class KilledSwitchingOn : public KilledLaunchItemLine {};
 
-TEST_P(KilledWayBack, losesNothingAndTheNextOneCompletesIt) {
+TEST_P(KilledSwitchingOn, losesNothingAndTheNextOneCompletesIt) {
     ASSERT_TRUE(switchAllOff());
     logOutAndIn();
     startWithKill();
@@ -369,11 +398,9 @@ TEST_P(KilledWayBack, losesNothingAndTheNextOneCompletesIt) {
     expectAllBack();
     EXPECT_EQ(volume().list(kBackup + u"/_Library_LaunchAgents"_s), QStringList());
     EXPECT_EQ(volume().list(kBackup + u"/_Library_LaunchDaemons"_s), QStringList());
-    EXPECT_EQ(volume().list(kKeep + u"/_Library_LaunchAgents"_s), QStringList());
-    EXPECT_EQ(volume().list(kKeep + u"/_Library_LaunchDaemons"_s), QStringList());
 }
 
-INSTANTIATE_TEST_SUITE_P(AtEachCommand, KilledWayBack,
+INSTANTIATE_TEST_SUITE_P(AtEachCommand, KilledSwitchingOn,
                          ::testing::Values(KilledAt{"cp", "com.agent.plist"}, KilledAt{"mv", "com.agent.plist"},
                                            KilledAt{"launchctl", "enable system/com.agent.job"},
                                            KilledAt{"launchctl", "enable gui/501/com.agent.job"},

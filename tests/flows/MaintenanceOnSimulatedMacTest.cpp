@@ -33,6 +33,15 @@ protected:
         disk.createFolders(path.left(path.lastIndexOf(u'/')));
         disk.write(path, bytes);
     }
+    /// Puts so many files of the user's there. By the host: a volume that ignores case looks through a folder for each
+    /// new name.
+    void putMany(const QString& place, int count) const {
+        ASSERT_TRUE(QDir().mkpath(macFolder() + place));
+        for (int number = 0; number < count; ++number) {
+            QFile file(macFolder() + place + u'/' + QString::number(number));
+            ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        }
+    }
     QStringList names(const QString& place) const { return volume(Actor::Root).list(place); }
     bool isThere(const QString& path) const { return volume(Actor::Root).kind(path) != macsim::Volume::Kind::Missing; }
 
@@ -155,9 +164,8 @@ TEST_F(MaintenanceOnSimulatedMac, whatCannotBeRemovedIsNotCounted) {
 }
 
 TEST_F(MaintenanceOnSimulatedMac, theEventLoopTicksWhileManyEntriesAreRemoved) {
-    for (int number = 0; number < 3000; ++number) {
-        put((number % 2 == 0 ? kUserCaches : kUserCaches + u"Browser/"_s) + QString::number(number));
-    }
+    putMany(kUserCaches.chopped(1), 2000);
+    putMany(kUserCaches + u"Browser"_s, 2000);
     const Ticks ticks;
     EXPECT_TRUE(run({true, false, false}).succeeded);
     EXPECT_EQ(names(kUserCaches), QStringList());
@@ -165,9 +173,7 @@ TEST_F(MaintenanceOnSimulatedMac, theEventLoopTicksWhileManyEntriesAreRemoved) {
 }
 
 TEST_F(MaintenanceOnSimulatedMac, aQuitStopsTheRemoval) {
-    for (int number = 0; number < 3000; ++number) {
-        put(kHome + u"/Downloads/"_s + QString::number(number));
-    }
+    putMany(kHome + u"/Downloads"_s, 3000);
     QTimer::singleShot(0, [this] { host->shutDown(); });
     run({false, false, true});
     EXPECT_GT(names(kHome + u"/Downloads"_s).size(), 0);

@@ -1,11 +1,8 @@
 // The rehearsal as a person starts it: a program with arguments, two streams and an exit status.
 
 #include "fakes/EventLoop.h"
-#include "fakes/MacPicture.h"
-#include "fakes/SimulatedSystem.h"
+#include "fakes/RehearsalProgram.h"
 #include "profiles/ProfileJson.h"
-
-#include <QProcess>
 
 #include <algorithm>
 #include <csignal>
@@ -15,54 +12,6 @@
 namespace quorvane {
 
 namespace {
-
-struct Ending {
-    int status = -1;
-    QByteArray output;
-    QByteArray error;
-};
-
-class RehearsalTest : public ::testing::Test {
-protected:
-    /// @param description  the file that describes the Mac; none is a fresh Mac
-    explicit RehearsalTest(const QStringList& description = {}) {
-        EXPECT_EQ(rehearse(QStringList(u"new"_s) + description).status, 0);
-    }
-
-    static QString example(const QString& name) {
-        return QStringLiteral(QUORVANE_SOURCE_DIR "/examples/profiles/") + name + u".json"_s;
-    }
-    QString macFolder() const { return folder.path() + u"/Mac"_s; }
-
-    Ending rehearse(const QStringList& arguments) { return start(QStringList{u"--mac"_s, macFolder()} + arguments); }
-    static Ending start(const QStringList& arguments) {
-        QProcess process;
-        process.start(QStringLiteral(REHEARSAL_PROGRAM), arguments);
-        EXPECT_TRUE(process.waitForFinished(60000));
-        return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1, process.readAllStandardOutput(),
-                process.readAllStandardError()};
-    }
-    QByteArray shell(const QString& line) { return rehearse({u"shell"_s, line}).output; }
-
-    QString file(const QString& name, const QByteArray& bytes) {
-        QFile made(folder.path() + u'/' + name);
-        EXPECT_TRUE(made.open(QIODevice::WriteOnly | QIODevice::Truncate));
-        made.write(bytes);
-        return made.fileName();
-    }
-
-    /// Exit status 2, nothing on the output, one line on the error stream, and the Mac as it was.
-    void expectRefused(const QStringList& arguments, const QByteArray& line) {
-        const macsim::MacPicture before(macFolder());
-        const Ending run = rehearse(arguments);
-        EXPECT_EQ(run.status, 2) << arguments.join(u' ').toStdString();
-        EXPECT_EQ(run.output, QByteArray());
-        EXPECT_EQ(run.error.toStdString(), line.toStdString());
-        EXPECT_EQ(macsim::MacPicture(macFolder()).changesSince(before), QString());
-    }
-
-    QTemporaryDir folder;
-};
 
 QByteArray contentOf(const QString& hostPath) {
     QFile file(hostPath);
@@ -164,7 +113,7 @@ TEST_F(RehearsalTest, theDefaultProfileTakesTheRoadOfDefault) {
     EXPECT_EQ(run.status, 0);
     EXPECT_TRUE(
         run.output.startsWith("\nUndoing Audio Performance tweaks (no snapshot — using standard defaults)...\n"));
-    EXPECT_EQ(shell(u"ls ~/'Library/Application Support'"_s), "");
+    EXPECT_EQ(shell(u"ls ~/'Library/Application Support/Quorvane/UnifiedProfiles'"_s), "") << "no profile is saved";
 }
 
 TEST_F(RehearsalTest, blanksAroundTheNameOfTheDefaultProfileDoNotCount) {
@@ -174,7 +123,7 @@ TEST_F(RehearsalTest, blanksAroundTheNameOfTheDefaultProfileDoNotCount) {
     EXPECT_EQ(run.status, 0);
     EXPECT_TRUE(
         run.output.startsWith("\nUndoing Audio Performance tweaks (no snapshot — using standard defaults)...\n"));
-    EXPECT_EQ(shell(u"ls ~/'Library/Application Support'"_s), "");
+    EXPECT_EQ(shell(u"ls ~/'Library/Application Support/Quorvane/UnifiedProfiles'"_s), "") << "no profile is saved";
 }
 
 TEST_F(RehearsalTest, tweaksAndVerifyAnswerByTheirExitStatus) {

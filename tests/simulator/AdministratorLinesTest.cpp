@@ -106,13 +106,14 @@ namespace {
 
 const QString kPlace = u"/Library/LaunchDaemons/x.plist"_s;
 const QString kCopy = u"/Library/Application Support/Kept/x.plist"_s;
+const QString kStart = u"launchctl enable 'system/com.x' ; launchctl enable 'gui/501/com.x' ; "
+                       "launchctl bootstrap system '/Library/LaunchDaemons/x.plist' ; "_s;
 const QString kBringBack =
-    u"([ -e '/Library/LaunchDaemons/x.plist' ] || [ -L '/Library/LaunchDaemons/x.plist' ] || "
+    u"( ([ -e '/Library/LaunchDaemons/x.plist' ] || [ -L '/Library/LaunchDaemons/x.plist' ]) && ("_s + kStart +
+    u"mv '/Library/Application Support/Kept/x.plist' '/Library/Application Support/Kept/x.plist.replaced' ; true) || "
     "(cp -p '/Library/Application Support/Kept/x.plist' '/Library/Application Support/Kept/x.plist.new' && "
-    "mv '/Library/Application Support/Kept/x.plist.new' '/Library/LaunchDaemons/x.plist')) 2>/dev/null && "
-    "(launchctl enable 'system/com.x' ; launchctl enable 'gui/501/com.x' ; "
-    "launchctl bootstrap system '/Library/LaunchDaemons/x.plist' ; "
-    "rm -f '/Library/Application Support/Kept/x.plist') 2>/dev/null || true"_s;
+    "mv '/Library/Application Support/Kept/x.plist.new' '/Library/LaunchDaemons/x.plist' && ("_s +
+    kStart + u"rm -f '/Library/Application Support/Kept/x.plist'))) 2>/dev/null || true"_s;
 const QByteArray kPlist = R"(<plist version="1.0"><dict><key>Label</key><string>com.x</string></dict></plist>)";
 
 } // namespace
@@ -135,6 +136,7 @@ TEST_F(AdministratorLines, whatTakesThePlaceOfADaemonStays) {
     disk(Actor::Root).createLink(kPlace, u"/nowhere"_s);
     EXPECT_EQ(run(kBringBack), silent);
     EXPECT_EQ(disk(Actor::Root).kind(kPlace), Volume::Kind::Link);
+    EXPECT_EQ(disk(Actor::Root).list(u"/Library/Application Support/Kept"_s), QStringList(u"x.plist.replaced"_s));
 }
 
 TEST_F(AdministratorLines, aDaemonWhoseCopyCannotBeMadeTwiceStaysInItsKeeping) {

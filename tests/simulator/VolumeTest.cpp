@@ -337,6 +337,33 @@ TEST_F(VolumeTest, theTemporaryFolderIsTheUsersOwnAndItsNameEndsInASlash) {
     EXPECT_TRUE(user.isFolder(path));
 }
 
+TEST_F(VolumeTest, aFolderGivesItsNamesSoManyAtATimeInTheirOrder) {
+    for (const QString& name : {u"b"_s, u"D"_s, u".hidden"_s, u"a"_s, u"é"_s}) {
+        user.write(kHome + u"/Music/"_s + name, {});
+    }
+    const QString music = kHome + u"/Music"_s;
+    EXPECT_EQ(user.namesAfter(music, {}, 100), user.list(music));
+    EXPECT_EQ(user.namesAfter(music, {}, 2), QStringList({u".hidden"_s, u"D"_s}));
+    user.remove(music + u"/D"_s);
+    EXPECT_EQ(user.namesAfter(music, u"D"_s, 2), QStringList({u"a"_s, u"b"_s}));
+    EXPECT_EQ(user.namesAfter(music, u"b"_s, 2), QStringList(u"é"_s));
+    EXPECT_EQ(user.namesAfter(music, u"é"_s, 2), QStringList());
+    EXPECT_EQ(errorOf([&] { user.namesAfter(music + u"/a"_s, {}, 2); }), ENOTDIR);
+    EXPECT_EQ(errorOf([&] { user.namesAfter(music + u"/gone"_s, {}, 2); }), ENOENT);
+    EXPECT_EQ(errorOf([&] { user.namesAfter(u"/private/var/root"_s, {}, 2); }), EACCES);
+}
+
+TEST_F(VolumeTest, aTimeIsSetByWhomMayChangeTheFile) {
+    const QDateTime time(QDate(2024, 5, 6), QTime(7, 8, 9, 250), Qt::UTC);
+    user.write(kHome + u"/a"_s, "x");
+    user.createLink(kHome + u"/link"_s, u"a"_s);
+    user.setModificationTime(kHome + u"/link"_s, time);
+    EXPECT_EQ(user.modificationTime(kHome + u"/a"_s), time);
+    root.write(u"/Library/roots"_s, "x");
+    EXPECT_EQ(errorOf([&] { user.setModificationTime(u"/Library/roots"_s, time); }), EACCES);
+    EXPECT_EQ(errorOf([&] { user.setModificationTime(kHome + u"/gone"_s, time); }), ENOENT);
+}
+
 TEST_F(VolumeTest, namesAreFoundInAnyCaseAndKeepTheirOwn) {
     user.write(kHome + u"/Live.json"_s, "1");
     EXPECT_EQ(user.read(u"/users/ALEX/live.JSON"_s), "1");

@@ -98,6 +98,14 @@ TEST_F(AdminBatchTest, aBatchThatIsTooLongFailsAndIsLogged) {
     EXPECT_EQ(system.adminBatchDepth(), 0);
 }
 
+TEST_F(AdminBatchTest, aLineWithANullCharacterIsRefusedBeforeAnyPrompt) {
+    const CommandResult result =
+        QCoro::waitFor(system.executeAdminScript(u"true '"_s + QChar::Null + u'\'', u"Please."_s));
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.standardError, u"The administrator command line holds a null character"_s);
+    EXPECT_TRUE(trace.isEmpty());
+}
+
 TEST_F(AdminBatchTest, quotesAndBackslashesOfTheLineAreEscaped) {
     runAdmin(uR"(echo "a" 'it'\''s')"_s, uR"(C:\new.)"_s);
     EXPECT_EQ(takeTrace(),

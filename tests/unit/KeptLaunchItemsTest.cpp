@@ -20,39 +20,40 @@ const QString kDaemonsBackup = kBackup + u"/_Library_LaunchDaemons/"_s;
 const QString kLabel = u"com.box.plist"_s;
 
 const QString kAgentBack =
-    u"([ -e '/Library/LaunchAgents/com.box.plist' ] || [ -L '/Library/LaunchAgents/com.box.plist' ] || "
-    "(cp -p '/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchAgents/com.box.plist' "
-    "'/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchAgents/com.box.plist.new' && "
-    "mv '/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchAgents/com.box.plist.new' "
-    "'/Library/LaunchAgents/com.box.plist')) 2>/dev/null && "
-    "(launchctl enable 'system/com.box.job' ; launchctl enable 'gui/501/com.box.job' ; "
-    "rm -f '/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchAgents/com.box.plist') 2>/dev/null || "
-    "true"_s;
+    u"( ([ -e '/Library/LaunchAgents/com.box.plist' ] || [ -L '/Library/LaunchAgents/com.box.plist' ]) && "
+    "(launchctl enable 'system/com.box.job' ; launchctl enable 'gui/501/com.box.job' ; mv "
+    "'/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchAgents/com.box.plist' "
+    "'/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchAgents/com.box.plist.replaced' ; "
+    "true) || (cp -p '/Library/Application "
+    "Support/Quorvane/LaunchItems/_Library_LaunchAgents/com.box.plist' '/Library/Application "
+    "Support/Quorvane/LaunchItems/_Library_LaunchAgents/com.box.plist.new' && mv '/Library/Application "
+    "Support/Quorvane/LaunchItems/_Library_LaunchAgents/com.box.plist.new' "
+    "'/Library/LaunchAgents/com.box.plist' && (launchctl enable 'system/com.box.job' ; launchctl enable "
+    "'gui/501/com.box.job' ; rm -f '/Library/Application "
+    "Support/Quorvane/LaunchItems/_Library_LaunchAgents/com.box.plist'))) 2>/dev/null || true"_s;
 const QString kDaemonBack =
-    u"([ -e '/Library/LaunchDaemons/com.box.plist' ] || [ -L '/Library/LaunchDaemons/com.box.plist' ] || "
-    "(cp -p '/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchDaemons/com.box.plist' "
-    "'/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchDaemons/com.box.plist.new' && "
-    "mv '/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchDaemons/com.box.plist.new' "
-    "'/Library/LaunchDaemons/com.box.plist')) 2>/dev/null && "
-    "(launchctl enable 'system/com.box.job' ; launchctl enable 'gui/501/com.box.job' ; "
-    "launchctl bootstrap system '/Library/LaunchDaemons/com.box.plist' ; "
-    "rm -f '/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchDaemons/com.box.plist') 2>/dev/null || "
-    "true"_s;
-const QString kDaemonReplaced =
-    u"([ -e '/Library/LaunchDaemons/com.box.plist' ] || [ -L '/Library/LaunchDaemons/com.box.plist' ]) 2>/dev/null && "
-    "(launchctl enable 'system/com.box.job' ; launchctl enable 'gui/501/com.box.job' ; "
-    "launchctl bootstrap system '/Library/LaunchDaemons/com.box.plist' ; "
-    "mv '/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchDaemons/com.box.plist' "
-    "'/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchDaemons/com.box.plist.replaced') 2>/dev/null || "
-    "true"_s;
+    u"( ([ -e '/Library/LaunchDaemons/com.box.plist' ] || [ -L '/Library/LaunchDaemons/com.box.plist' ]) "
+    "&& (launchctl enable 'system/com.box.job' ; launchctl enable 'gui/501/com.box.job' ; launchctl "
+    "bootstrap system '/Library/LaunchDaemons/com.box.plist' ; mv '/Library/Application "
+    "Support/Quorvane/LaunchItems/_Library_LaunchDaemons/com.box.plist' '/Library/Application "
+    "Support/Quorvane/LaunchItems/_Library_LaunchDaemons/com.box.plist.replaced' ; true) || (cp -p "
+    "'/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchDaemons/com.box.plist' "
+    "'/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchDaemons/com.box.plist.new' && mv "
+    "'/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchDaemons/com.box.plist.new' "
+    "'/Library/LaunchDaemons/com.box.plist' && (launchctl enable 'system/com.box.job' ; launchctl enable "
+    "'gui/501/com.box.job' ; launchctl bootstrap system '/Library/LaunchDaemons/com.box.plist' ; rm -f "
+    "'/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchDaemons/com.box.plist'))) "
+    "2>/dev/null || true"_s;
 const QString kDaemonBackWithoutLabel =
-    u"([ -e '/Library/LaunchDaemons/com.box.plist' ] || [ -L '/Library/LaunchDaemons/com.box.plist' ] || "
-    "(cp -p '/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchDaemons/com.box.plist' "
-    "'/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchDaemons/com.box.plist.new' && "
-    "mv '/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchDaemons/com.box.plist.new' "
-    "'/Library/LaunchDaemons/com.box.plist')) 2>/dev/null && "
-    "(rm -f '/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchDaemons/com.box.plist') 2>/dev/null || "
-    "true"_s;
+    u"( ([ -e '/Library/LaunchDaemons/com.box.plist' ] || [ -L '/Library/LaunchDaemons/com.box.plist' ]) "
+    "&& (mv '/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchDaemons/com.box.plist' "
+    "'/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchDaemons/com.box.plist.replaced' ; "
+    "true) || (cp -p '/Library/Application "
+    "Support/Quorvane/LaunchItems/_Library_LaunchDaemons/com.box.plist' '/Library/Application "
+    "Support/Quorvane/LaunchItems/_Library_LaunchDaemons/com.box.plist.new' && mv '/Library/Application "
+    "Support/Quorvane/LaunchItems/_Library_LaunchDaemons/com.box.plist.new' "
+    "'/Library/LaunchDaemons/com.box.plist' && (rm -f '/Library/Application "
+    "Support/Quorvane/LaunchItems/_Library_LaunchDaemons/com.box.plist'))) 2>/dev/null || true"_s;
 const QString kQueued = u"  [ACTION] Queued restore for system launch item: com.box.plist\n"_s;
 const QString kNotRestored = u"  [INFO] Not restored: com.box.plist\n"_s;
 
@@ -90,13 +91,20 @@ protected:
         system.queueKeptLaunchItems();
     }
     void finishAndSettle() {
-        const bool isFlushed = QCoro::waitFor(system.finishAdminBatch(u"Please."_s));
-        QCoro::waitFor(system.settleKeptLaunchItems(isFlushed));
+        QCoro::waitFor(system.finishAdminBatch(u"Please."_s));
+        QCoro::waitFor(system.settleKeptLaunchItems());
     }
     /// A batch with nothing else in it.
     void reinstate() {
         begin();
         finishAndSettle();
+    }
+    /// Root's part of a line: the plist is back, or has been, and its copy is gone.
+    void carryOut(const QString& keptFolder, const QString& folder, const QByteArray& bytes = "box") {
+        scripts.carryOut = [=, this](const QString&) {
+            files.addFile(folder + kLabel, bytes);
+            files.removeAsRoot(keptFolder + kLabel);
+        };
     }
     static QString asRoot(const QString& line) { return u"& "_s + adminScriptSource(line, u"Please."_s) + u'\n'; }
 };
@@ -114,7 +122,7 @@ TEST_F(KeptLaunchItems, aDaemonIsPutBackEnabledAndLoadedByRoot) {
     keep(kKeptDaemons + kLabel, "box");
     files.addFolders(kDaemons);
     putAside(kDaemonsBackup + kLabel, "box");
-    scripts.carryOut = [this](const QString&) { files.addFile(kDaemons + kLabel, "box"); };
+    carryOut(kKeptDaemons, kDaemons);
     reinstate();
     EXPECT_EQ(takeTrace(), kQueued + asRoot(kDaemonBack));
     EXPECT_EQ(files.list(kDaemonsBackup), QStringList());
@@ -123,7 +131,7 @@ TEST_F(KeptLaunchItems, aDaemonIsPutBackEnabledAndLoadedByRoot) {
 TEST_F(KeptLaunchItems, anAgentIsPutBackByRootAndLoadedByTheUser) {
     keep(kKeptAgents + kLabel, "box");
     putAside(kAgentsBackup + kLabel, "box");
-    scripts.carryOut = [this](const QString&) { files.addFile(kAgents + kLabel, "box"); };
+    carryOut(kKeptAgents, kAgents);
     reinstate();
     EXPECT_EQ(takeTrace(),
               kQueued + asRoot(kAgentBack) + u"$ /bin/launchctl load /Library/LaunchAgents/com.box.plist\n"_s);
@@ -189,47 +197,49 @@ TEST_F(KeptLaunchItems, aBackupThatCannotBeRemovedStopsNothing) {
         putAside(kDaemonsBackup + name, "box");
         files.addFile(kDaemons + name, "box");
     }
+    carryOut(kKeptDaemons, kDaemons);
     files.failOn(Operation::Remove, kDaemonsBackup + kLabel);
     reinstate();
     EXPECT_EQ(takeTrace(), kQueued + asRoot(kDaemonBack));
     EXPECT_EQ(files.list(kDaemonsBackup), QStringList(kLabel));
 }
 
-// ---- When something stands in its place
-
-TEST_F(KeptLaunchItems, whatARunThatEndedHalfWayHasPutBackIsFinished) {
+TEST_F(KeptLaunchItems, whatIsBackIsSettledAlsoWhenTheBatchFailedAfterIt) {
+    keep(kKeptAgents + kLabel, "box");
     keep(kKeptDaemons + kLabel, "box");
-    files.addFile(kDaemons + kLabel, "box");
-    reinstate();
-    EXPECT_EQ(takeTrace(), kQueued + asRoot(kDaemonBack));
+    putAside(kAgentsBackup + kLabel, "box");
+    begin();
+    files.addFile(kAgents + kLabel, "box"); // root has come so far
+    files.removeAsRoot(kKeptAgents + kLabel);
+    scripts.failNext(u"the last command failed"_s);
+    finishAndSettle();
+    EXPECT_EQ(takeTrace().section(u'\n', -4),
+              u"  [ERROR] Administrator authorization was cancelled or failed: the last command failed\n"
+              "$ /bin/launchctl load /Library/LaunchAgents/com.box.plist\n"_s +
+                  kNotRestored);
+    EXPECT_EQ(files.list(kAgentsBackup), QStringList());
 }
 
-TEST_F(KeptLaunchItems, aNewerPlistStaysAndTheCopyIsSetAside) {
+// ---- When something stands in its place
+
+TEST_F(KeptLaunchItems, aNewerPlistStaysAndSoDoesTheBackupOfTheOlder) {
     keep(kKeptDaemons + kLabel, "old");
     putAside(kDaemonsBackup + kLabel, "old");
     files.addFile(kDaemons + kLabel, "new");
+    carryOut(kKeptDaemons, kDaemons, "new");
     reinstate();
-    EXPECT_EQ(takeTrace(), kQueued + asRoot(kDaemonReplaced));
+    EXPECT_EQ(takeTrace(), kQueued + asRoot(kDaemonBack));
     EXPECT_EQ(files.read(kDaemons + kLabel), "new");
-    EXPECT_EQ(files.list(kDaemonsBackup), QStringList()) << "root still has it";
+    EXPECT_EQ(files.read(kDaemonsBackup + kLabel), "old");
 }
 
-TEST_F(KeptLaunchItems, aLinkOrFolderOrUnreadablePlistStaysAsAnyNewerOne) {
-    for (int kind = 0; kind < 3; ++kind) {
-        files.addFolders(kDaemons);
-        keep(kKeptDaemons + kLabel, "box");
-        if (kind == 0) {
-            files.addLink(kDaemons + kLabel, u"/nowhere"_s);
-        } else if (kind == 1) {
-            files.addFolders(kDaemons + kLabel);
-        } else {
-            files.addFile(kDaemons + kLabel, "box");
-            files.failOn(Operation::Read, kDaemons + kLabel);
-        }
-        reinstate();
-        EXPECT_EQ(takeTrace(), kQueued + asRoot(kDaemonReplaced)) << kind;
-        files.remove(kDaemons + kLabel);
-    }
+TEST_F(KeptLaunchItems, rootDecidesAtTheLastMomentWhetherThePlaceIsTaken) {
+    keep(kKeptDaemons + kLabel, "box");
+    begin();
+    files.addFile(kDaemons + kLabel, "installed while the prompt was open");
+    carryOut(kKeptDaemons, kDaemons, "installed while the prompt was open");
+    finishAndSettle();
+    EXPECT_EQ(takeTrace(), kQueued + asRoot(kDaemonBack));
 }
 
 TEST_F(KeptLaunchItems, onlyWhatRootHasKeptCanComeBackAgain) {
@@ -281,13 +291,14 @@ TEST_F(KeptLaunchItems, aHostileNameAndLabelAreQuotedForTheShellOfRoot) {
     const QString place = uR"('/Library/LaunchDaemons/-a'\''; rm -rf "$HOME" %1 .plist')"_s;
     const QString kept =
         uR"('/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchDaemons/-a'\''; rm -rf "$HOME" %1 .plist)"_s;
-    EXPECT_EQ(takeTrace(),
-              u"  [ACTION] Queued restore for system launch item: "_s + name + u'\n' +
-                  asRoot(u"([ -e "_s + place + u" ] || [ -L "_s + place + u" ] || (cp -p "_s + kept + u"' "_s + kept +
-                         u".new' && mv "_s + kept + u".new' "_s + place +
-                         uR"()) 2>/dev/null && (launchctl enable 'system/x'\''; touch p; '\''%2' ; )"
-                         R"(launchctl enable 'gui/501/x'\''; touch p; '\''%2' ; launchctl bootstrap system )"_s +
-                         place + u" ; rm -f "_s + kept + u"') 2>/dev/null || true"_s));
+    const QString started = uR"(launchctl enable 'system/x'\''; touch p; '\''%2' ; )"
+                            R"(launchctl enable 'gui/501/x'\''; touch p; '\''%2' ; launchctl bootstrap system )"_s +
+                            place + u" ; "_s;
+    EXPECT_EQ(takeTrace(), u"  [ACTION] Queued restore for system launch item: "_s + name + u'\n' +
+                               asRoot(u"( ([ -e "_s + place + u" ] || [ -L "_s + place + u" ]) && ("_s + started +
+                                      u"mv "_s + kept + u"' "_s + kept + u".replaced' ; true) || (cp -p "_s + kept +
+                                      u"' "_s + kept + u".new' && mv "_s + kept + u".new' "_s + place + u" && ("_s +
+                                      started + u"rm -f "_s + kept + u"'))) 2>/dev/null || true"_s));
 }
 
 /// One of the folders from "/Library" to the copies is the user's, can be written by him, or is a link.
@@ -335,6 +346,7 @@ TEST_F(KeptLaunchItems, aLinkInThePlaceOfTheBackupFolderIsLeftAlone) {
     keep(kKeptDaemons + kLabel, "box");
     files.addFile(kDaemons + kLabel, "box");
     files.addLink(kDaemonsBackup.chopped(1), u"/Library/LaunchDaemons"_s);
+    carryOut(kKeptDaemons, kDaemons);
     reinstate();
     EXPECT_EQ(takeTrace(), kQueued + asRoot(kDaemonBack));
     EXPECT_EQ(files.read(kDaemons + kLabel), "box") << "it would be its own backup";

@@ -61,11 +61,16 @@ TEST(LaunchFolders, pathsCantLeaveTheirQuotesInTheCommand) {
               R"(mv '/L/a'\''; %1 $(x).plist' '/Users/o'\''neil/%2/a'\''; %1 $(x).plist')"_s);
     EXPECT_EQ(keepLaunchPlistCommand(u"/L/a'; %1 $(x).plist"_s, folder),
               uR"(mkdir -p '/K'\''%3' && cp -p '/L/a'\''; %1 $(x).plist' '/K'\''%3/a'\''; %1 $(x).plist')"_s);
-    EXPECT_EQ(reinstateLaunchPlistCommand({u"a'; %2.plist"_s, folder, u"b'; %1"_s, true}, 501),
-              uR"(([ -e '/L/a'\''; %2.plist' ] || [ -L '/L/a'\''; %2.plist' ]) 2>/dev/null && )"
-              R"((launchctl enable 'system/b'\''; %1' ; launchctl enable 'gui/501/b'\''; %1' ; )"
-              R"(launchctl bootstrap system '/L/a'\''; %2.plist' ; )"
-              R"(mv '/K'\''%3/a'\''; %2.plist' '/K'\''%3/a'\''; %2.plist.replaced') 2>/dev/null || true)"_s);
+    EXPECT_EQ(requireRealBackupFolderCommand(folder),
+              uR"([ ! -L '/Users/o'\''neil' ] && [ ! -L '/Users/o'\''neil/%2' ])"_s);
+    const QString started = uR"(launchctl enable 'system/b'\''; %1' ; launchctl enable 'gui/501/b'\''; %1' ; )"
+                            R"(launchctl bootstrap system '/L/a'\''; %2.plist' ; )"_s;
+    EXPECT_EQ(reinstateLaunchPlistCommand({u"a'; %2.plist"_s, folder, u"b'; %1"_s}, 501),
+              uR"(( ([ -e '/L/a'\''; %2.plist' ] || [ -L '/L/a'\''; %2.plist' ]) && ()"_s + started +
+                  uR"(mv '/K'\''%3/a'\''; %2.plist' '/K'\''%3/a'\''; %2.plist.replaced' ; true) || ()"
+                  R"(cp -p '/K'\''%3/a'\''; %2.plist' '/K'\''%3/a'\''; %2.plist.new' && )"
+                  R"(mv '/K'\''%3/a'\''; %2.plist.new' '/L/a'\''; %2.plist' && ()"_s +
+                  started + uR"(rm -f '/K'\''%3/a'\''; %2.plist'))) 2>/dev/null || true)"_s);
 }
 
 TEST(LaunchFolders, aCopyOfASystemPlistGoesIntoAFolderOfRoot) {
@@ -76,20 +81,26 @@ TEST(LaunchFolders, aCopyOfASystemPlistGoesIntoAFolderOfRoot) {
               "'/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchAgents/com.x.plist'"_s);
 }
 
+TEST(LaunchFolders, aLinkInThePlaceOfABackupFolderStopsTheLineOfRoot) {
+    EXPECT_EQ(requireRealBackupFolderCommand(launchFolders(u"/Users/alex"_s).at(2)),
+              u"[ ! -L '/Users/alex/.quorvane_backup' ] && "
+              "[ ! -L '/Users/alex/.quorvane_backup/_Library_LaunchDaemons' ]"_s);
+}
+
 TEST(LaunchFolders, onlyADaemonIsLoadedByRootAndOnlyUnderALabelAnythingIs) {
     const QList<LaunchFolder> folders = launchFolders(u"/Users/alex"_s);
     const QString kept = u"'/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchAgents/x.plist"_s;
-    const QString back = u"([ -e '/Library/LaunchAgents/x.plist' ] || [ -L '/Library/LaunchAgents/x.plist' ] || "
-                         "(cp -p "_s +
-                         kept + u"' "_s + kept + u".new' && mv "_s + kept +
-                         u".new' '/Library/LaunchAgents/x.plist')) 2>/dev/null && "_s;
-    EXPECT_EQ(reinstateLaunchPlistCommand({u"x.plist"_s, folders.at(1), u"com.x"_s, false}, 502),
-              back + u"(launchctl enable 'system/com.x' ; launchctl enable 'gui/502/com.x' ; rm -f "_s + kept +
-                  u"') 2>/dev/null || true"_s);
-    EXPECT_EQ(reinstateLaunchPlistCommand({u"x.plist"_s, folders.at(1), {}, false}, 502),
-              back + u"(rm -f "_s + kept + u"') 2>/dev/null || true"_s);
-    const QString daemon = reinstateLaunchPlistCommand({u"x.plist"_s, folders.at(2), u"com.x"_s, false}, 502);
-    EXPECT_TRUE(daemon.contains(u" ; launchctl bootstrap system '/Library/LaunchDaemons/x.plist' ; rm -f "_s));
+    const QString taken =
+        u"( ([ -e '/Library/LaunchAgents/x.plist' ] || [ -L '/Library/LaunchAgents/x.plist' ]) && ("_s;
+    const QString setAside = u"mv "_s + kept + u"' "_s + kept + u".replaced' ; true) || (cp -p "_s + kept + u"' "_s +
+                             kept + u".new' && mv "_s + kept + u".new' '/Library/LaunchAgents/x.plist' && ("_s;
+    const QString end = u"rm -f "_s + kept + u"'))) 2>/dev/null || true"_s;
+    const QString started = u"launchctl enable 'system/com.x' ; launchctl enable 'gui/502/com.x' ; "_s;
+    EXPECT_EQ(reinstateLaunchPlistCommand({u"x.plist"_s, folders.at(1), u"com.x"_s}, 502),
+              taken + started + setAside + started + end);
+    EXPECT_EQ(reinstateLaunchPlistCommand({u"x.plist"_s, folders.at(1), {}}, 502), taken + setAside + end);
+    const QString daemon = reinstateLaunchPlistCommand({u"x.plist"_s, folders.at(2), u"com.x"_s}, 502);
+    EXPECT_EQ(daemon.count(u" ; launchctl bootstrap system '/Library/LaunchDaemons/x.plist' ; "_s), 2);
 }
 
 } // namespace

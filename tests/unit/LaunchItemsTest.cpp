@@ -25,6 +25,8 @@ const QString kAgentsBoxCommand =
     u"mkdir -p '/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchAgents' && "
     "cp -p '/Library/LaunchAgents/com.box.plist' "
     "'/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchAgents/com.box.plist' && "
+    "[ ! -L '/Users/alex/.quorvane_backup' ] && "
+    "[ ! -L '/Users/alex/.quorvane_backup/_Library_LaunchAgents' ] && "
     "mkdir -p '/Users/alex/.quorvane_backup/_Library_LaunchAgents' && "
     "rm -f '/Users/alex/.quorvane_backup/_Library_LaunchAgents/com.box.plist' && "
     "(launchctl bootout system '/Library/LaunchAgents/com.box.plist' 2>/dev/null || "
@@ -35,6 +37,8 @@ const QString kDaemonsBoxCommand =
     u"mkdir -p '/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchDaemons' && "
     "cp -p '/Library/LaunchDaemons/com.box.plist' "
     "'/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchDaemons/com.box.plist' && "
+    "[ ! -L '/Users/alex/.quorvane_backup' ] && "
+    "[ ! -L '/Users/alex/.quorvane_backup/_Library_LaunchDaemons' ] && "
     "mkdir -p '/Users/alex/.quorvane_backup/_Library_LaunchDaemons' && "
     "rm -f '/Users/alex/.quorvane_backup/_Library_LaunchDaemons/com.box.plist' && "
     "(launchctl bootout system '/Library/LaunchDaemons/com.box.plist' 2>/dev/null || "
@@ -269,9 +273,12 @@ TEST_F(LaunchItems, aHostileNameIsQuotedForTheShellOfRoot) {
                   prompted(u"mkdir -p '/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchDaemons' && "
                            "cp -p "_s +
                            quoted + u' ' + kept +
-                           u" && mkdir -p '/Users/alex/.quorvane_backup/_Library_LaunchDaemons' && rm -f "_s + backup +
-                           u" && (launchctl bootout system "_s + quoted + u" 2>/dev/null || launchctl unload -w "_s +
-                           quoted + u" 2>/dev/null || true) && mv "_s + quoted + u' ' + backup) +
+                           u" && [ ! -L '/Users/alex/.quorvane_backup' ] && "
+                           "[ ! -L '/Users/alex/.quorvane_backup/_Library_LaunchDaemons' ] && "
+                           "mkdir -p '/Users/alex/.quorvane_backup/_Library_LaunchDaemons' && rm -f "_s +
+                           backup + u" && (launchctl bootout system "_s + quoted +
+                           u" 2>/dev/null || launchctl unload -w "_s + quoted + u" 2>/dev/null || true) && mv "_s +
+                           quoted + u' ' + backup) +
                   u"  [APPLIED] Disabled launch item: "_s + label + u" @ /Library/LaunchDaemons\n"_s);
 }
 
@@ -366,7 +373,7 @@ TEST_F(LaunchItems, whatCanBeMovedBackIsRestoredAndLoaded) {
     files.addFile(kUsersBackup + kLabel, "box");
     files.addFile(kUsersBackup + u"com.a.plist"_s, "a");
     files.addFile(kDaemonsBackup + kLabel, "root's");
-    propertyLists.lists.insert(kUsersAgents + kLabel, {{u"Label"_s, u"com.box.job"_s}});
+    propertyLists.lists.insert(kUsersBackup + kLabel, {{u"Label"_s, u"com.box.job"_s}});
     files.failOn(Operation::Move, kDaemonsBackup + kLabel);
     restore();
     EXPECT_EQ(takeTrace(), u"$ /bin/launchctl enable gui/501/com.box.job\n"
@@ -384,7 +391,7 @@ TEST_F(LaunchItems, anOverrideIsClearedOnlyUnderALabelThatCanBeNamed) {
         QString(), u"."_s, u".."_s, u"-x"_s, u"a/b"_s, u"../../system/x"_s, u"a\nb"_s, QStringList{u"x"_s}, true, 7};
     for (const QVariant& value : values) {
         files.addFile(kUsersBackup + kLabel, "box");
-        propertyLists.lists.insert(kUsersAgents + kLabel, {{u"Label"_s, value}});
+        propertyLists.lists.insert(kUsersBackup + kLabel, {{u"Label"_s, value}});
         restore();
         EXPECT_EQ(takeTrace(), u"$ /bin/launchctl load /Users/alex/Library/LaunchAgents/com.box.plist\n"
                                "  [REVERTED] Restored 1 LaunchAgents/Daemons.\n"_s);
@@ -395,7 +402,7 @@ TEST_F(LaunchItems, anOverrideIsClearedOnlyUnderALabelThatCanBeNamed) {
 TEST_F(LaunchItems, whatLaunchctlSaysKeepsNothingFromBeingRestored) {
     files.addFolders(kUsersAgents);
     files.addFile(kUsersBackup + kLabel, "box");
-    propertyLists.lists.insert(kUsersAgents + kLabel, {{u"Label"_s, u"com.box"_s}});
+    propertyLists.lists.insert(kUsersBackup + kLabel, {{u"Label"_s, u"com.box"_s}});
     commands.fail(u"/bin/launchctl enable gui/501/com.box"_s, 1);
     commands.fail(u"/bin/launchctl load /Users/alex/Library/LaunchAgents/com.box.plist"_s, 5);
     restore();
@@ -429,13 +436,44 @@ TEST_F(LaunchItems, aLinkInThePlaceOfABackupFolderGivesNothingBack) {
     }
 }
 
-TEST_F(LaunchItems, aPlistThatHasComeBackSinceIsNotReplaced) {
+TEST_F(LaunchItems, aPlistThatHasComeBackSinceStaysAndIsSwitchedOnAgain) {
     files.addFile(kUsersAgents + kLabel, "new");
     files.addFile(kUsersBackup + kLabel, "old");
+    propertyLists.lists.insert(kUsersAgents + kLabel, {{u"Label"_s, u"com.box.job"_s}});
+    restore();
+    EXPECT_EQ(takeTrace(), u"$ /bin/launchctl enable gui/501/com.box.job\n"
+                           "$ /bin/launchctl load /Users/alex/Library/LaunchAgents/com.box.plist\n"_s);
+    EXPECT_EQ(files.read(kUsersAgents + kLabel), "new");
+    EXPECT_EQ(files.list(kUsersBackup), QStringList(u"com.box.plist.replaced"_s));
+    restore(); // what the user does with the new one from now on is his
+    EXPECT_TRUE(trace.isEmpty());
+}
+
+TEST_F(LaunchItems, aSystemPlistThatHasComeBackSinceIsLeftToRoot) {
+    files.addFile(kDaemons + kLabel, "new");
+    files.addFile(kDaemonsBackup + kLabel, "old");
     restore();
     EXPECT_TRUE(trace.isEmpty());
-    EXPECT_EQ(files.read(kUsersAgents + kLabel), "new");
-    EXPECT_EQ(files.read(kUsersBackup + kLabel), "old");
+    EXPECT_EQ(files.read(kDaemons + kLabel), "new");
+    EXPECT_EQ(files.read(kDaemonsBackup + kLabel), "old");
+}
+
+TEST_F(LaunchItems, aPlistOfTheUsersThatCannotBeMovedBackIsSaid) {
+    files.addFolders(kUsersAgents);
+    files.addFile(kUsersBackup + kLabel, "box");
+    files.failOn(Operation::Move, kUsersBackup + kLabel);
+    restore();
+    EXPECT_EQ(takeTrace(), u"  [INFO] Not restored: com.box.plist\n"_s);
+    EXPECT_EQ(files.read(kUsersBackup + kLabel), "box");
+}
+
+TEST_F(LaunchItems, aProgramThatQuitsMovesNothingBack) {
+    files.addFolders(kUsersAgents);
+    files.addFile(kUsersBackup + kLabel, "box");
+    commands.shutDown();
+    restore();
+    EXPECT_TRUE(trace.isEmpty()); // the override couldn't be cleared: the next time finds the backup
+    EXPECT_EQ(files.read(kUsersBackup + kLabel), "box");
 }
 
 TEST_F(LaunchItems, aBackupFolderThatCannotBeListedKeepsNoOtherFromBeingRestored) {

@@ -19,7 +19,7 @@ const QString kAsking = u"Requesting Administrator privileges to clear system ca
 const QString kCleared = u"  [APPLIED] Successfully cleared unprotected items in system caches.\n"_s;
 const QString kNothingFound = u"No unprotected items found in system caches to clean.\n"_s;
 const QString kFinder = u"$ /usr/bin/osascript -e "
-                        "\"tell application \\\"Finder\\\" to if (count of items in trash) > 0 then empty trash\"\n"_s;
+                        "\"tell application \"Finder\" to if (count of items in trash) > 0 then empty trash\"\n"_s;
 
 class MaintenanceTest : public ScriptedSystem {
 protected:
@@ -176,7 +176,7 @@ TEST_F(MaintenanceTest, theIconStoreOfTheSystemIsNotSpokenOf) {
 }
 
 TEST_F(MaintenanceTest, aNameThatCouldEndItsQuotesNeverReachesRootsLine) {
-    const QStringList hostile{u"x'; touch \"$HOME\"/broken; '"_s, u"a\"b"_s, u"back\\slash"_s, u"line\nend"_s,
+    const QStringList hostile{u"x'; touch \"$HOME\"; '"_s, u"a\"b"_s, u"back\\slash"_s, u"line\nend"_s,
                               u"escape\x1b[2J"_s};
     addTo(kLibraryCaches, hostile + QStringList{u"$(touch y)"_s, u"a; b"_s});
     system.setDebugMode(true);

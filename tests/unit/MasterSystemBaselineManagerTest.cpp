@@ -38,15 +38,7 @@ protected:
     QString archive(const SystemSnapshot& snapshot, const std::optional<QString>& label = {}) {
         return QCoro::waitFor(manager.archiveMasterBaseline(snapshot, label));
     }
-    QString archiveError(const SystemSnapshot& snapshot) {
-        try {
-            archive(snapshot);
-        } catch (const MasterSystemBaselineError& error) {
-            EXPECT_EQ(error.code(), MasterSystemBaselineError::Code::writeFailed);
-            return error.message();
-        }
-        return u"no error"_s;
-    }
+    QString archiveError(const SystemSnapshot& snapshot) { return QCoro::waitFor(errorOfArchiving(snapshot)); }
     std::optional<MasterSystemBaselineManager::Latest> latest() {
         return QCoro::waitFor(manager.loadLatestMasterBaseline());
     }
@@ -67,6 +59,16 @@ protected:
         return std::accumulate(clock.waits.begin(), clock.waits.end(), std::chrono::milliseconds(0));
     }
     QByteArray textAt(const QString& path) const { return files.read(path); }
+
+    QCoro::Task<QString> errorOfArchiving(SystemSnapshot snapshot) {
+        try {
+            co_await manager.archiveMasterBaseline(snapshot, {});
+        } catch (const MasterSystemBaselineError& error) {
+            EXPECT_EQ(error.code(), MasterSystemBaselineError::Code::writeFailed);
+            co_return error.message();
+        }
+        co_return u"no error"_s;
+    }
 
     QTimer turns;
     MasterSystemBaselineManager manager{
@@ -156,9 +158,9 @@ TEST_F(MasterBaselines, replaceOnlyTheCurrentFile) {
     archive(first);
     cloud.calls.clear();
     EXPECT_EQ(archive(second), u"master-baseline-2026-11-15T21:05:38Z.json"_s);
-    EXPECT_EQ(cloud.calls,
-              (QStringList{u"containerFolder"_s, u"create "_s + kCloud + u"/master-baseline-2026-11-15T21:05:38Z.json"_s,
-                           u"replace "_s + kCloud + kCurrent}));
+    EXPECT_EQ(cloud.calls, (QStringList{u"containerFolder"_s,
+                                        u"create "_s + kCloud + u"/master-baseline-2026-11-15T21:05:38Z.json"_s,
+                                        u"replace "_s + kCloud + kCurrent}));
     for (const QString& folder : {kHome, kCloud}) {
         EXPECT_EQ(textAt(folder + u'/' + kArchive), baselineText(first));
         EXPECT_EQ(textAt(folder + kCurrent), baselineText(second));
@@ -168,7 +170,8 @@ TEST_F(MasterBaselines, replaceOnlyTheCurrentFile) {
 TEST_F(MasterBaselines, ofOneSecondShareAnArchive) {
     const SystemSnapshot first = snapshotAt(37, u"first"_s);
     const SystemSnapshot second = snapshotAt(37, u"second"_s);
-    EXPECT_EQ(archive(first), archive(second));
+    EXPECT_EQ(archive(first), kArchive);
+    EXPECT_EQ(archive(second), kArchive);
     EXPECT_EQ(textAt(kHome + u'/' + kArchive), baselineText(second));
     EXPECT_EQ(files.list(kHome).size(), 2);
 }
@@ -199,8 +202,8 @@ TEST_F(MasterBaselines, areKeptAtHomeWhereAnAccountHasNoContainer) {
 TEST_F(MasterBaselines, triesNothingInICloudWhenHomeCannotBeWritten) {
     signIn();
     files.failOn(MemoryFileManager::Operation::Write, kHome + u'/' + kArchive);
-    EXPECT_EQ(archiveError(snapshotAt(37)), u"Could not save the master system baseline: %1: Operation not permitted"_s.arg(
-                                                kHome + u'/' + kArchive));
+    EXPECT_EQ(archiveError(snapshotAt(37)),
+              u"Could not save the master system baseline: %1: Operation not permitted"_s.arg(kHome + u'/' + kArchive));
     EXPECT_TRUE(cloud.calls.isEmpty());
     EXPECT_FALSE(files.exists(kHome + kCurrent));
 }
@@ -278,6 +281,30 @@ TEST_F(MasterBaselines, thatNeverArriveAreLeftAfterFiveSeconds) {
     EXPECT_EQ(latestLabel(), u"home: Own"_s);
     EXPECT_EQ(cloud.calls.filter(u"isCurrent"_s).size(), 20);
     EXPECT_EQ(waited(), 5s);
+}
+
+TEST_F(MasterBaselines, keepAQuittingProgramNoLonger) {
+    signIn();
+    files.addFile(kHome + kCurrent, baselineText(snapshotAt(37)));
+    cloud.waiting[kCloud + kCurrent] = {baselineText(snapshotAt(38)), {}, {}};
+    clock.shutDown();
+    EXPECT_EQ(latestLabel(), u"home: Own"_s);
+    cloud.shutDown();
+    EXPECT_EQ(latestLabel(), u"home: Own"_s);
+    EXPECT_EQ(archiveError(snapshotAt(39)),
+              u"Could not save the master system baseline: iCloud Drive is not available."_s);
+}
+
+TEST_F(MasterBaselines, areNoneWhereSomethingElseStandsInTheFilesPlace) {
+    files.addFolders(kHome + kCurrent);
+    EXPECT_EQ(latestLabel(), u"none"_s);
+    EXPECT_TRUE(archiveError(snapshotAt(37)).startsWith(u"Could not save the master system baseline: "_s));
+    files.remove(kHome + kCurrent);
+    files.addLink(kHome + kCurrent, u"/nowhere"_s);
+    EXPECT_EQ(latestLabel(), u"none"_s);
+    archive(snapshotAt(37)); // replaces the link and doesn't follow it
+    EXPECT_EQ(latestLabel(), u"home: Own"_s);
+    EXPECT_FALSE(files.exists(u"/nowhere"_s));
 }
 
 TEST_F(MasterBaselines, whoseOlderContentIsOnTheDiskAreReadWhenTheNewerDoesNotArrive) {

@@ -53,6 +53,7 @@ TEST(MasterSystemBaseline, takesTheSnapshotsLabelWhenItIsGivenNone) {
     bare.label.reset();
     const MasterSystemBaseline baseline = masterBaselineOf(bare, u"Studio"_s, {});
     EXPECT_EQ(baseline.label, std::nullopt);
+    EXPECT_EQ(decodeMasterBaseline(encodeMasterBaseline(baseline)).label, std::nullopt);
     EXPECT_FALSE(parseJson(encodeMasterBaseline(baseline)).contains("label"));
 }
 
@@ -66,8 +67,8 @@ TEST(MasterSystemBaseline, needsEveryKeyButTheLabel) {
     for (const char* key : {"formatVersion", "capturedAt", "deviceName", "snapshot"}) {
         Json json = whole;
         json.erase(key);
-        EXPECT_EQ(readError(jsonText(json)), u"Could not read the master system baseline: \"%1\": missing"_s.arg(
-                                                 QString::fromUtf8(key)));
+        EXPECT_EQ(readError(jsonText(json)),
+                  u"Could not read the master system baseline: \"%1\": missing"_s.arg(QString::fromUtf8(key)));
     }
     Json unlabelled = whole;
     unlabelled.erase("label");
@@ -86,7 +87,8 @@ TEST(MasterSystemBaseline, ofAnyFormatVersionIsReadByItsKeys) {
 TEST(MasterSystemBaseline, thatIsDamagedIsAnErrorOfReading) {
     const QByteArray whole = encodeMasterBaseline(masterBaselineOf(labelledSnapshot(), u"Studio"_s, {}));
     for (qsizetype length = 0; length < whole.size(); ++length) {
-        EXPECT_TRUE(readError(whole.left(length)).startsWith(u"Could not read the master system baseline: "_s)) << length;
+        EXPECT_TRUE(readError(whole.left(length)).startsWith(u"Could not read the master system baseline: "_s))
+            << length;
     }
     EXPECT_EQ(readError("[]"), u"Could not read the master system baseline: not an object"_s);
     Json json = parseJson(whole);

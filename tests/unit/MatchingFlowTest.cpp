@@ -133,9 +133,9 @@ TEST_F(MatchingFlow, letsTheLastAppliedProfileBePartlyOff) {
 
 TEST_F(MatchingFlow, doesNotLetHalfOfItBeOff) {
     UnifiedProfile half = profileNamed(u"Half"_s);
-    for (const auto tweak : {&PerformanceSettings::appNap, &PerformanceSettings::uiSounds, &PerformanceSettings::airdrop,
-                             &PerformanceSettings::siri, &PerformanceSettings::crashReporter,
-                             &PerformanceSettings::spotlight}) {
+    for (const auto tweak :
+         {&PerformanceSettings::appNap, &PerformanceSettings::uiSounds, &PerformanceSettings::airdrop,
+          &PerformanceSettings::siri, &PerformanceSettings::crashReporter, &PerformanceSettings::spotlight}) {
         half.settings.*tweak = true;
     }
     EXPECT_EQ(nameFound({half, profileNamed(u"Off"_s)}, u"Half"_s), u"Off"_s); // 6 of 12 hold

@@ -1,5 +1,5 @@
-#include "fakes/CommandLine.h"
 #include "snapshots/RestoreCommands.h"
+#include "fakes/CommandLine.h"
 
 #include <gtest/gtest.h>
 
@@ -58,8 +58,8 @@ TEST(RestoreCommands, writeAWholeNumberAsOne) {
 
 TEST(RestoreCommands, writeEverythingElseAsText) {
     const QStringList start{u"/usr/bin/defaults"_s, u"write"_s, u"com.example.app"_s, u"the key"_s, u"-string"_s};
-    for (const QString& value : {u"Disabled"_s, u"none"_s, u"0.5"_s, u"9223372036854775808"_s, u"1 2"_s, u"0x10"_s, u"-"_s,
-                                 u"１２"_s, u"{\n    a = 1;\n}"_s, u"-bool"_s, u"'; rm -rf /"_s}) {
+    for (const QString& value : {u"Disabled"_s, u"none"_s, u"0.5"_s, u"9223372036854775808"_s, u"1 2"_s, u"0x10"_s,
+                                 u"-"_s, u"１２"_s, u"{\n    a = 1;\n}"_s, u"-bool"_s, u"'; rm -rf /"_s}) {
         EXPECT_EQ(writeDefaultValueCommand(kPreference, value, kNotificationCenter), start + QStringList(value))
             << value.toStdString();
     }

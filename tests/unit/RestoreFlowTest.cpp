@@ -1,4 +1,5 @@
 #include "fakes/RestoreSystem.h"
+#include "startup/LaunchFolders.h"
 
 namespace quorvane {
 
@@ -96,21 +97,23 @@ TEST_F(RestoreFlow, putsTheSystemBackUnderOnePromptOfItsOwn) {
     snapshot.spotlightIndexingEnabled = true;
     snapshot.timeMachineEnabled = true;
     EXPECT_TRUE(restore(snapshot));
-    EXPECT_EQ(takeTrace(), kRestoreSteps + kAction +
-                               prompted(u"pmset -a standby 1 disksleep 10 sleep 5 ; pmset -a sms 1 ; mdutil -a -i on || true ; "
-                                        "tmutil enable || true"_s,
-                                        kSystemChanges) +
-                               kApplied);
+    EXPECT_EQ(takeTrace(),
+              kRestoreSteps + kAction +
+                  prompted(u"pmset -a standby 1 disksleep 10 sleep 5 ; pmset -a sms 1 ; mdutil -a -i on || true ; "
+                           "tmutil enable || true"_s,
+                           kSystemChanges) +
+                  kApplied);
 }
 
 TEST_F(RestoreFlow, saysThatTimeMachineStaysOff) {
     SystemSnapshot snapshot = usersOwn();
     snapshot.timeMachineEnabled = false;
     EXPECT_TRUE(restore(snapshot));
-    EXPECT_EQ(takeTrace(),
-              kRestoreSteps + kAction + prompted(u"tmutil disable || true"_s, kSystemChanges) +
-                  u"  [INFO] Time Machine stays off: no backup was running when these settings were saved. Turn it on in System Settings.\n"_s +
-                  kApplied);
+    EXPECT_EQ(
+        takeTrace(),
+        kRestoreSteps + kAction + prompted(u"tmutil disable || true"_s, kSystemChanges) +
+            u"  [INFO] Time Machine stays off: no backup was running when these settings were saved. Turn it on in System Settings.\n"_s +
+            kApplied);
 }
 
 TEST_F(RestoreFlow, isFalseWhenItsPromptIsCancelled) {
@@ -132,8 +135,8 @@ TEST_F(RestoreFlow, revertsTheTweaksAndLeavesEverythingElse) {
     snapshot.networkServicesEnabled = QMap<QString, bool>{{u"Wi-Fi"_s, true}};
     save(snapshot);
     EXPECT_EQ(revert(), (RestoreOutcome{true, RestoreSource::Snapshot, true}));
-    EXPECT_EQ(takeTrace(), u"\nRestoring from saved system snapshot (Tour)...\n"_s + kRestoreSteps + kAction + kApplied +
-                               prompted(u"pmset -a sms 1"_s, kRevertPrompt));
+    EXPECT_EQ(takeTrace(), u"\nRestoring from saved system snapshot (Tour)...\n"_s + kRestoreSteps + kAction +
+                               kApplied + prompted(u"pmset -a sms 1"_s, kRevertPrompt));
     EXPECT_EQ(system.adminBatchDepth(), 0);
 }
 
@@ -177,21 +180,59 @@ TEST_F(RestoreFlow, reinstatesTheWholeSystemUnderOnePrompt) {
     files.addFile(backup, "plist");
     files.addFolders(u"/Users/alex/Library/LaunchAgents"_s);
     EXPECT_EQ(reinstate(), (RestoreOutcome{true, RestoreSource::Snapshot, true}));
-    EXPECT_EQ(takeTrace(), u"\nReinstating from saved system snapshot (Tour)...\n"_s + kRestoreSteps + kAction + kApplied +
-                               u"$> osascript: read\n"
-                               "$> osascript: add /Applications/Live.app\n"
-                               "$> osascript: add /Applications/Dropbox.app\n"
-                               "  [RESTORED] 2 login item(s) from snapshot.\n"
-                               "  [RESTORED] Network services from snapshot.\n"
-                               "$ /bin/launchctl load /Users/alex/Library/LaunchAgents/com.example.plist\n"
-                               "  [REVERTED] Restored 1 LaunchAgents/Daemons.\n"_s +
-                               prompted(u"pmset -a sms 1 ; networksetup -setnetworkserviceenabled 'Bob'\\''s iPhone' on ; "
-                                        "networksetup -setnetworkserviceenabled 'Ethernet' off ; "
-                                        "networksetup -setnetworkserviceenabled 'Wi-Fi' on"_s,
-                                        kReinstatePrompt));
+    EXPECT_EQ(takeTrace(),
+              u"\nReinstating from saved system snapshot (Tour)...\n"_s + kRestoreSteps + kAction + kApplied +
+                  u"$> osascript: read\n"
+                  "$> osascript: add /Applications/Live.app\n"
+                  "$> osascript: add /Applications/Dropbox.app\n"
+                  "  [RESTORED] 2 login item(s) from snapshot.\n"
+                  "  [RESTORED] Network services from snapshot.\n"
+                  "$ /bin/launchctl load /Users/alex/Library/LaunchAgents/com.example.plist\n"
+                  "  [REVERTED] Restored 1 LaunchAgents/Daemons.\n"_s +
+                  prompted(u"pmset -a sms 1 ; networksetup -setnetworkserviceenabled 'Bob'\\''s iPhone' on ; "
+                           "networksetup -setnetworkserviceenabled 'Ethernet' off ; "
+                           "networksetup -setnetworkserviceenabled 'Wi-Fi' on"_s,
+                           kReinstatePrompt));
     EXPECT_FALSE(files.exists(backup));
     EXPECT_EQ(login.size(), 4); // what has come since stays
     EXPECT_TRUE(login.last().hidden);
+}
+
+TEST_F(RestoreFlow, reinstatesRootsOwnCopiesBeforeEverythingElseOfTheLine) {
+    SystemSnapshot snapshot = usersOwn();
+    snapshot.pmsetSms = u"1"_s;
+    snapshot.networkServicesEnabled = QMap<QString, bool>{{u"Wi-Fi"_s, true}};
+    save(snapshot);
+    const QString folder = u"/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchDaemons"_s;
+    files.addFile(folder + u"/com.vpn.plist"_s, "vpn");
+    for (QString path = folder + u"/com.vpn.plist"_s; path != u"/Library"_s; path = path.left(path.lastIndexOf(u'/'))) {
+        files.setOwner(path, 0);
+        files.makeUnwritable(path);
+    }
+    propertyLists.lists.insert(folder + u"/com.vpn.plist"_s, {{u"Label"_s, u"com.vpn"_s}});
+    EXPECT_TRUE(reinstate().succeeded);
+    const KeptLaunchPlist kept{u"com.vpn.plist"_s, launchFolders(u"/Users/alex"_s).at(2), u"com.vpn"_s};
+    EXPECT_EQ(takeTrace(), u"\nReinstating from saved system snapshot...\n"
+                           "  [ACTION] Queued restore for system launch item: com.vpn.plist\n"_s +
+                               kRestoreSteps + kAction + kApplied +
+                               u"  [RESTORED] Network services from snapshot.\n"_s +
+                               prompted(reinstateLaunchPlistCommand(kept, 501) +
+                                            u" ; pmset -a sms 1 ; networksetup -setnetworkserviceenabled 'Wi-Fi' on"_s,
+                                        kReinstatePrompt) +
+                               u"  [INFO] Not restored: com.vpn.plist\n"_s); // root's line is only written down here
+}
+
+TEST_F(RestoreFlow, aProgramThatQuitsEndsItsWayBackAsAFailedOne) {
+    SystemSnapshot snapshot = usersOwn();
+    snapshot.pmsetSms = u"1"_s;
+    save(snapshot);
+    commands.shutDown();
+    cloud.shutDown();
+    clock.shutDown();
+    scripts.failNext(u"The program is quitting."_s);
+    EXPECT_FALSE(reinstate().succeeded);
+    EXPECT_EQ(system.adminBatchDepth(), 0);
+    EXPECT_EQ(SnapshotManager(files, machine).load(), snapshot);
 }
 
 TEST_F(RestoreFlow, leavesLoginItemsAndNetworkAloneWhereTheSnapshotKnowsNothingOfThem) {
@@ -250,8 +291,8 @@ TEST_F(RestoreFlow, reinstatesStandardDefaultsAloneWhereNothingWasCaptured) {
     const QString log = takeTrace();
     EXPECT_TRUE(log.startsWith(u"  [INFO] No system snapshot found — using standard restore.\n"
                                "\nUndoing Audio Performance tweaks (no snapshot — using standard defaults)...\n"_s));
-    EXPECT_TRUE(log.endsWith(
-        prompted(kUndoLine, u"Quorvane needs your administrator password to restore system defaults."_s)));
+    EXPECT_TRUE(
+        log.endsWith(prompted(kUndoLine, u"Quorvane needs your administrator password to restore system defaults."_s)));
     EXPECT_FALSE(log.contains(u"osascript"_s));
     EXPECT_FALSE(log.contains(u"networksetup"_s));
 }
@@ -262,10 +303,10 @@ TEST_F(RestoreFlow, keepsWhatItWroteAsTheUserWhenReinstatingIsCancelled) {
     save(snapshot);
     scripts.failNext(u"User canceled."_s);
     EXPECT_EQ(reinstate(), (RestoreOutcome{false, RestoreSource::Snapshot, true}));
-    EXPECT_EQ(takeTrace(),
-              u"\nReinstating from saved system snapshot...\n"_s + kRestoreSteps + kApplied +
-                  u"  [RESTORED] Network services from snapshot.\n"_s +
-                  prompted(u"networksetup -setnetworkserviceenabled 'Wi-Fi' on"_s, kReinstatePrompt) + kCancelled);
+    EXPECT_EQ(takeTrace(), u"\nReinstating from saved system snapshot...\n"_s + kRestoreSteps + kApplied +
+                               u"  [RESTORED] Network services from snapshot.\n"_s +
+                               prompted(u"networksetup -setnetworkserviceenabled 'Wi-Fi' on"_s, kReinstatePrompt) +
+                               kCancelled);
 }
 
 TEST_F(RestoreFlow, forgetsWhatItKnewOfStartupAfterReinstating) {

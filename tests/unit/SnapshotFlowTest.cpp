@@ -1,5 +1,6 @@
 #include "fakes/ScriptedLoginItems.h"
 
+#include "snapshots/RestoreBaseline.h"
 #include "snapshots/SnapshotManager.h"
 
 namespace quorvane {
@@ -40,14 +41,16 @@ protected:
 
     /// A Mac on which every setting has a value.
     void answerEverything() {
-        loginItems.items = {{u"Live"_s, u"/Applications/Live.app"_s, false}, {u"Dropbox"_s, u"/Applications/Dropbox.app"_s, true}};
+        loginItems.items = {{u"Live"_s, u"/Applications/Live.app"_s, false},
+                            {u"Dropbox"_s, u"/Applications/Dropbox.app"_s, true}};
         commands.print(u"/usr/sbin/networksetup -listallnetworkservices"_s,
                        "An asterisk (*) denotes that a network service is disabled.\nWi-Fi\n*Ethernet\nBob's iPhone\n");
         commands.print(u"/usr/sbin/networksetup -getnetworkserviceenabled Wi-Fi"_s, "Enabled\n");
         commands.print(u"/usr/sbin/networksetup -getnetworkserviceenabled Ethernet"_s, "Disabled\n");
         commands.respond = [respond = commands.respond](const QStringList& arguments) {
             if (arguments.value(1) == u"-getnetworkserviceenabled" && arguments.value(2).startsWith(u"Bob")) {
-                CommandOutcome unknown = ScriptedCommandLauncher::succeeded("** Error: not a recognized network service.\n");
+                CommandOutcome unknown =
+                    ScriptedCommandLauncher::succeeded("** Error: not a recognized network service.\n");
                 unknown.code = 4;
                 return std::optional(unknown);
             }
@@ -81,8 +84,9 @@ TEST_F(SnapshotFlow, readsTheWholeSystemInAFixedOrder) {
                            "$> /usr/sbin/networksetup -listallnetworkservices\n"
                            "$> /usr/sbin/networksetup -getnetworkserviceenabled Wi-Fi\n"
                            "$> /usr/sbin/networksetup -getnetworkserviceenabled Ethernet\n"
-                           "$> /usr/sbin/networksetup -getnetworkserviceenabled \"Bob'\\\\''s iPhone\"\n"_s +
-                               kPowerAndPreferenceReadings + u"  [SNAPSHOT] Saved system baseline for \"Before the tour\".\n"_s);
+                           "$> /usr/sbin/networksetup -getnetworkserviceenabled \"Bob'\\''s iPhone\"\n"_s +
+                               kPowerAndPreferenceReadings +
+                               u"  [SNAPSHOT] Saved system baseline for \"Before the tour\".\n"_s);
 }
 
 TEST_F(SnapshotFlow, storesWhatItRead) {
@@ -105,9 +109,8 @@ TEST_F(SnapshotFlow, storesWhatItRead) {
     EXPECT_EQ(snapshot->spotlightIndexingEnabled, true);
     // The tool doesn't know a name with an apostrophe by its escaped form: that service is left alone.
     EXPECT_EQ(snapshot->networkServicesEnabled, (QMap<QString, bool>{{u"Wi-Fi"_s, true}, {u"Ethernet"_s, false}}));
-    EXPECT_EQ(snapshot->loginItems,
-              (QList<LoginItemSnapshot>{{u"Live"_s, u"/Applications/Live.app"_s, false},
-                                        {u"Dropbox"_s, u"/Applications/Dropbox.app"_s, true}}));
+    EXPECT_EQ(snapshot->loginItems, (QList<LoginItemSnapshot>{{u"Live"_s, u"/Applications/Live.app"_s, false},
+                                                              {u"Dropbox"_s, u"/Applications/Dropbox.app"_s, true}}));
 }
 
 TEST_F(SnapshotFlow, keepsTheTextOfATruthValue) {
@@ -157,8 +160,20 @@ TEST_F(SnapshotFlow, keepsTheOldSnapshotWhenTheNewOneCannotBeSaved) {
     posted.clear();
     files.failOn(MemoryFileManager::Operation::Write, kFile);
     EXPECT_FALSE(capture(u"new"_s, Archive::Yes));
-    EXPECT_EQ(system.logMessages().last(), u"  [ERROR] Failed to save snapshot: "_s + kFile + u": Operation not permitted"_s);
+    EXPECT_EQ(system.logMessages().last(),
+              u"  [ERROR] Failed to save snapshot: "_s + kFile + u": Operation not permitted"_s);
     EXPECT_TRUE(posted.isEmpty());
+    EXPECT_EQ(stored()->label, u"old"_s);
+    EXPECT_FALSE(files.exists(u"/Users/alex/.quorvane"_s));
+}
+
+TEST_F(SnapshotFlow, keepsTheOldSnapshotWhenTheProgramQuitsMeanwhile) {
+    answerEverything();
+    capture(u"old"_s);
+    commands.shutDown();
+    failEverything(); // as every tool does that is ended
+    EXPECT_FALSE(capture(u"new"_s, Archive::Yes));
+    EXPECT_EQ(system.logMessages().last(), u"  [ERROR] Failed to save snapshot: The program is quitting."_s);
     EXPECT_EQ(stored()->label, u"old"_s);
     EXPECT_FALSE(files.exists(u"/Users/alex/.quorvane"_s));
 }
@@ -180,9 +195,11 @@ TEST_F(SnapshotFlow, ofAClockThatWentBackReplacesTheSnapshotAllTheSame) {
 
 TEST_F(SnapshotFlow, isArchivedForGoodOnRequest) {
     EXPECT_TRUE(capture(u"Master baseline"_s, Archive::Yes));
-    EXPECT_EQ(system.logMessages().mid(system.logMessages().size() - 2),
-              (QStringList{u"  [SNAPSHOT] Saved system baseline for \"Master baseline\"."_s,
-                           u"  [MASTER] Archived protected baseline as master-baseline-2026-03-14T20:30:00Z.json (~/.quorvane)."_s}));
+    EXPECT_EQ(
+        system.logMessages().mid(system.logMessages().size() - 2),
+        (QStringList{
+            u"  [SNAPSHOT] Saved system baseline for \"Master baseline\"."_s,
+            u"  [MASTER] Archived protected baseline as master-baseline-2026-03-14T20:30:00Z.json (~/.quorvane)."_s}));
     const MasterSystemBaseline baseline =
         decodeMasterBaseline(files.read(u"/Users/alex/.quorvane/master-baseline-current.json"_s));
     EXPECT_EQ(baseline.snapshot, stored());
@@ -195,8 +212,9 @@ TEST_F(SnapshotFlow, isArchivedInICloudForAUserWhoIsSignedIn) {
     cloud.account = true;
     cloud.container = kContainer;
     EXPECT_TRUE(capture({}, Archive::Yes));
-    EXPECT_EQ(system.logMessages().last(),
-              u"  [MASTER] Archived protected baseline as master-baseline-2026-03-14T20:30:00Z.json (iCloud and ~/.quorvane)."_s);
+    EXPECT_EQ(
+        system.logMessages().last(),
+        u"  [MASTER] Archived protected baseline as master-baseline-2026-03-14T20:30:00Z.json (iCloud and ~/.quorvane)."_s);
     EXPECT_TRUE(files.exists(kContainer + u"/Documents/Quorvane/SystemBaselines/master-baseline-current.json"_s));
 }
 
@@ -205,6 +223,17 @@ TEST_F(SnapshotFlow, isNoWorseForAnArchiveThatFails) {
     EXPECT_TRUE(capture({}, Archive::Yes));
     EXPECT_EQ(system.logMessages().last(), u"  [SNAPSHOT] Saved system baseline."_s);
     EXPECT_TRUE(stored());
+}
+
+TEST_F(SnapshotFlow, ofOneSecondShareAnArchiveAndTheLastIsGoneBackTo) {
+    capture(u"first"_s, Archive::Yes);
+    capture(u"second"_s, Archive::Yes);
+    EXPECT_EQ(files.list(u"/Users/alex/.quorvane"_s).size(), 2);
+    const auto baseline = QCoro::waitFor(system.selectRestoreBaseline());
+    ASSERT_TRUE(baseline);
+    EXPECT_EQ(baseline->source, RestoreSource::Snapshot);
+    EXPECT_EQ(baseline->snapshot.label, u"second"_s);
+    EXPECT_FALSE(system.logMessages().last().contains(u"[MASTER] Using"_s));
 }
 
 } // namespace quorvane

@@ -42,6 +42,8 @@ protected:
         u"mkdir -p '/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchDaemons' && "
         "cp -p '/Library/LaunchDaemons/com.vpn.plist' "
         "'/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchDaemons/com.vpn.plist' && "
+        "[ ! -L '/Users/alex/.quorvane_backup' ] && "
+        "[ ! -L '/Users/alex/.quorvane_backup/_Library_LaunchDaemons' ] && "
         "mkdir -p '/Users/alex/.quorvane_backup/_Library_LaunchDaemons' && "
         "rm -f '/Users/alex/.quorvane_backup/_Library_LaunchDaemons/com.vpn.plist' && "
         "(launchctl bootout system '/Library/LaunchDaemons/com.vpn.plist' 2>/dev/null || "

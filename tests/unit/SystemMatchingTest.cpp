@@ -1,5 +1,5 @@
-#include "fakes/ProfileStore.h"
 #include "verification/SystemMatching.h"
+#include "fakes/ProfileStore.h"
 
 #include <gtest/gtest.h>
 
@@ -68,17 +68,30 @@ TEST(SystemMatching, tellsWhichTweaksAreStillInForce) {
     EXPECT_EQ(defaultVerification(inForce, false),
               (ApplyVerificationResult{{{u"Clean Reboot"_s, u"standard app restoration"_s}},
                                        {{u"App Nap"_s, u"disabled"_s}, {u"Siri"_s, u"still active"_s}}}));
-    EXPECT_EQ(defaultVerification(inForce, true),
-              (ApplyVerificationResult{{},
-                                       {{u"App Nap"_s, u"disabled"_s},
-                                        {u"Siri"_s, u"still active"_s},
-                                        {u"Clean Reboot"_s, u"still enabled"_s}}}));
+    EXPECT_EQ(defaultVerification(inForce, true), (ApplyVerificationResult{{},
+                                                                           {{u"App Nap"_s, u"disabled"_s},
+                                                                            {u"Siri"_s, u"still active"_s},
+                                                                            {u"Clean Reboot"_s, u"still enabled"_s}}}));
 }
 
 TEST(SystemMatching, isNotDefaultWhereOnlyTheCleanRebootIsLeft) {
     EXPECT_EQ(defaultVerification(counted(0, 11), true),
               (ApplyVerificationResult{{{u"Default preset"_s, u"no performance optimizations active"_s}},
                                        {{u"Clean Reboot"_s, u"still enabled"_s}}}));
+}
+
+TEST(SystemMatching, isToldByTheNameOfAProfileOrAsDefault) {
+    EXPECT_EQ(systemMatchAlert(
+                  SystemConfigurationMatch{u"Club 100%1"_s, MatchedConfigurationKind::savedProfile, counted(12, 0)}),
+              (ClosingAlert{u"System Verified"_s, u"Current system matches saved profile \"Club 100%1\".\n\n"
+                                                  "All 12 setting(s) verified on the system."_s}));
+    EXPECT_EQ(
+        systemMatchAlert(SystemConfigurationMatch{u"Default"_s, MatchedConfigurationKind::builtinMode, counted(2, 0)}),
+        (ClosingAlert{u"System Verified"_s,
+                      u"Current system matches Default.\n\nAll 2 setting(s) verified on the system."_s}));
+    EXPECT_EQ(systemMatchAlert({}),
+              (ClosingAlert{u"No Match Found"_s, u"No saved profile fully matches your current system settings.\n\n"
+                                                 "Check the Logs tab for details."_s}));
 }
 
 } // namespace quorvane

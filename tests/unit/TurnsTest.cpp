@@ -7,11 +7,27 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <stdexcept>
+#include <utility>
 
 namespace quorvane {
 
 using namespace std::chrono_literals;
+
+namespace {
+
+QCoro::Task<QByteArray> errorOf(Clock& clock, std::function<bool()> step) {
+    QByteArray text;
+    try {
+        co_await inTurns(clock, step);
+    } catch (const std::runtime_error& error) {
+        text = error.what();
+    }
+    co_return std::as_const(text);
+}
+
+} // namespace
 
 TEST(Turns, shortWorkIsDoneAtOnce) {
     ManualClock clock;
@@ -28,7 +44,7 @@ TEST(Turns, theEventLoopComesRoundWhileLongWorkGoesOn) {
     QObject::connect(&timer, &QTimer::timeout, [&rounds] { ++rounds; });
     timer.start(0);
     QCoro::waitFor(inTurns(clock, [&rounds] { return rounds < 3; }));
-    EXPECT_EQ(rounds, 3);
+    EXPECT_GE(rounds, 3);
     EXPECT_GE(clock.waits.size(), 3);
     EXPECT_EQ(clock.waits.count(0ms), clock.waits.size());
 }
@@ -42,7 +58,7 @@ TEST(Turns, workStopsWhenTheProgramQuits) {
     EXPECT_EQ(clock.waits.size(), 1);
 }
 
-TEST(Turns, whatAStepThrowsComesOut) {
+TEST(Turns, whatAStepThrowsComesOutAndEndsTheWork) {
     ManualClock clock;
     const auto step = [&clock]() -> bool {
         if (clock.waits.size() < 2) {
@@ -50,7 +66,8 @@ TEST(Turns, whatAStepThrowsComesOut) {
         }
         throw std::runtime_error("broken");
     };
-    EXPECT_THROW(QCoro::waitFor(inTurns(clock, step)), std::runtime_error);
+    EXPECT_EQ(QCoro::waitFor(errorOf(clock, step)), "broken");
+    EXPECT_EQ(clock.waits.size(), 2);
 }
 
 } // namespace quorvane

@@ -19,6 +19,7 @@ public:
 
     QFuture<CommandOutcome> run(QStringList arguments, OutputCapture capture) override;
     void shutDown() override;
+    bool isShutDown() const override { return m_isShutDown; }
 
 private:
     class Child;

@@ -1,24 +1,39 @@
 #include "platform/simulated/FaultyFileManager.h"
 
-#include "simulator/Json.h"
-
-#include <QFile>
+#include "platform/simulated/AdapterFaults.h"
 
 #include <csignal>
+#include <map>
 #include <stdexcept>
+#include <string>
 #include <utility>
 
 namespace quorvane {
 
 namespace {
 
+std::optional<AtomicWriteStep> stepNamed(const std::string& name) {
+    static const std::map<std::string, AtomicWriteStep> steps{{"write", AtomicWriteStep::Write},
+                                                              {"flush", AtomicWriteStep::Flush},
+                                                              {"rename", AtomicWriteStep::Rename},
+                                                              {"end", AtomicWriteStep::End}};
+    const auto step = steps.find(name);
+    return step == steps.end() ? std::nullopt : std::optional(step->second);
+}
+
 void addRule(FileFaults& faults, const macsim::Json& rule) {
     const int change = rule.at("change").get<int>();
-    if (rule.value("kill", false)) {
-        faults.killingChange = change;
-    } else {
+    if (!rule.value("kill", false)) {
         faults.failingChange = change;
         faults.reason = QString::fromStdString(rule.at("error").get<std::string>());
+        return;
+    }
+    faults.killingChange = change;
+    if (rule.contains("at")) {
+        faults.killingStep = stepNamed(rule.at("at").get<std::string>());
+        if (!faults.killingStep) {
+            throw std::invalid_argument(R"("at": "write", "flush", "rename" or "end")");
+        }
     }
 }
 
@@ -26,20 +41,10 @@ void addRule(FileFaults& faults, const macsim::Json& rule) {
 
 FileFaults fileFaultsFromFile(const QString& hostPath) {
     FileFaults faults;
-    if (hostPath.isEmpty()) {
-        return faults;
-    }
-    QFile file(hostPath);
-    if (!file.open(QIODevice::ReadOnly)) {
-        throw std::invalid_argument(hostPath.toStdString() + ": " + file.errorString().toStdString());
-    }
-    const QByteArray text = file.readAll();
+    const std::vector<macsim::Json> rules = adapterRules(hostPath, "files");
     try {
-        const macsim::Json rules = macsim::Json::parse(text.cbegin(), text.cend());
         for (const macsim::Json& rule : rules) {
-            if (rule.value("adapter", std::string()) == "files") {
-                addRule(faults, rule);
-            }
+            addRule(faults, rule);
         }
     } catch (const std::exception& error) {
         throw std::invalid_argument(hostPath.toStdString() + ": " + error.what());
@@ -53,11 +58,17 @@ FaultyFileManager::FaultyFileManager(FileManager& files, FileFaults faults)
 
 void FaultyFileManager::beforeChange(const QString& path) {
     ++m_changes;
-    if (m_faults.killingChange && m_changes == *m_faults.killingChange) {
+    if (m_changes == m_faults.killingChange && !m_faults.killingStep) {
         std::raise(SIGKILL);
     }
     if (m_faults.failingChange && m_changes >= *m_faults.failingChange) {
         throw FileError(path, m_faults.reason);
+    }
+}
+
+void FaultyFileManager::beforeStep(AtomicWriteStep step) {
+    if (m_changes == m_faults.killingChange && step == m_faults.killingStep) {
+        std::raise(SIGKILL);
     }
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/FileManager.h"
+#include "platform/simulated/AtomicWriteStep.h"
 
 #include <optional>
 
@@ -12,17 +13,20 @@ struct FileFaults {
     std::optional<int> failingChange; ///< this change and every later one fails
     QString reason;                   ///< the system's words: "No space left on device"
     std::optional<int> killingChange; ///< the process dies when it is about to make this change
+    /// Of a change that is a write: dies at this step of it instead. Another change is then made.
+    std::optional<AtomicWriteStep> killingStep = {};
 };
 
 /// Reads the rules for files from a file of faults, in which they stand beside those for tools:
 ///
 ///     {"adapter": "files", "change": 2, "error": "No space left on device"}
 ///     {"adapter": "files", "change": 1, "kill": true}
+///     {"adapter": "files", "change": 1, "kill": true, "at": "write" | "flush" | "rename" | "end"}
 ///
 /// No file is no faults. Throws std::invalid_argument.
 FileFaults fileFaultsFromFile(const QString& hostPath);
 
-/// Any file manager, with faults on request.
+/// Any file manager, with faults on request. What is to happen at a step of a write needs one that tells of its steps.
 class FaultyFileManager final : public FileManager {
 public:
     FaultyFileManager(FileManager& files, FileFaults faults);
@@ -38,6 +42,9 @@ public:
     void move(const QString& from, const QString& to) override;
     void remove(const QString& path) override;
     void createFolders(const QString& folder) override;
+
+    /// Called by the file manager beneath while it writes.
+    void beforeStep(AtomicWriteStep step);
 
 private:
     void beforeChange(const QString& path);

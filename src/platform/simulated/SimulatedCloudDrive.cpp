@@ -18,10 +18,13 @@ bool isOn(const Json& cloud, const char* key) {
     return cloud.is_object() && cloud.value(key, false);
 }
 
+Json waitingFiles(const Json& cloud) {
+    return cloud.is_object() ? cloud.value("files", Json::object()) : Json::object();
+}
+
 /// The file that waits to be downloaded to a path; null when none does.
 Json waitingFile(const Json& cloud, const QString& path) {
-    const Json files = cloud.is_object() ? cloud.value("files", Json::object()) : Json::object();
-    return files.value(path.toStdString(), Json());
+    return waitingFiles(cloud).value(path.toStdString(), Json());
 }
 
 bool isRequested(const Json& file) {
@@ -44,9 +47,13 @@ QString SimulatedCloudDrive::folderOfContainer() const {
     return m_mac.homeFolder(macsim::Actor::User) + u"/Library/Mobile Documents/7KX2MR04TD~com~quorvane~app"_s;
 }
 
-bool SimulatedCloudDrive::isInContainer(const QString& path) const {
+bool SimulatedCloudDrive::hasContainer() const {
     const Json cloud = m_mac.state().read(kSubject);
-    return isOn(cloud, "account") && isOn(cloud, "container") && path.startsWith(folderOfContainer() + u'/');
+    return isOn(cloud, "account") && isOn(cloud, "container");
+}
+
+bool SimulatedCloudDrive::isInContainer(const QString& path) const {
+    return path.startsWith(folderOfContainer() + u'/') && hasContainer();
 }
 
 bool SimulatedCloudDrive::hasAccount() const {
@@ -54,27 +61,28 @@ bool SimulatedCloudDrive::hasAccount() const {
 }
 
 QFuture<std::optional<QString>> SimulatedCloudDrive::containerFolder() {
-    const QString folder = folderOfContainer();
-    std::optional<QString> found;
-    if (isInContainer(folder + u'/')) {
+    std::optional<QString> folder;
+    if (!m_isShutDown && hasContainer()) {
         try {
-            m_mac.volume(macsim::Actor::User).createFolders(folder);
-            found = folder;
+            m_mac.volume(macsim::Actor::User).createFolders(folderOfContainer());
+            folder = folderOfContainer();
         } catch (const macsim::FileError&) {
-            found = std::nullopt; // without its folder the system gives none
+            folder.reset(); // there is no container without its folder
         }
     }
-    return QtFuture::makeReadyFuture(found);
+    return QtFuture::makeReadyFuture(folder);
 }
 
 QStringList SimulatedCloudDrive::list(const QString& folder) const {
     QStringList names = m_files.list(folder);
-    const Json cloud = m_mac.state().read(kSubject);
-    const Json files = cloud.is_object() ? cloud.value("files", Json::object()) : Json::object();
-    for (const auto& [key, file] : files.items()) {
+    if (!isInContainer(folder + u'/')) {
+        return names;
+    }
+    const Json waiting = waitingFiles(m_mac.state().read(kSubject));
+    for (const auto& [key, file] : waiting.items()) {
         const QString path = QString::fromStdString(key);
         const QString name = path.mid(path.lastIndexOf(u'/') + 1);
-        if (isInContainer(path) && folderOf(path) == folder && !names.contains(name)) {
+        if (folderOf(path) == folder && !names.contains(name)) {
             names.append(name);
         }
     }
@@ -119,16 +127,27 @@ bool SimulatedCloudDrive::isCurrent(const QString& path) const {
             return;
         }
         const std::optional<int> looks = isRequested(file) ? looksLeft(file) : std::nullopt;
-        isOnDisk = looks && *looks <= 0;
+        const QByteArray bytes = QByteArray::fromStdString(file.at("text").get<std::string>());
+        isOnDisk = looks && *looks <= 0 && putOnDisk(path, bytes);
         if (isOnDisk) {
-            m_mac.volume(macsim::Actor::User)
-                .writeAtomically(path, QByteArray::fromStdString(file.at("text").get<std::string>()));
             cloud["files"].erase(path.toStdString());
-        } else if (looks) {
+        } else if (looks && *looks > 0) {
             cloud["files"][path.toStdString()]["looks"] = *looks - 1;
         }
     });
     return isOnDisk;
+}
+
+/// False for a file that the disk doesn't take: it is still to come.
+bool SimulatedCloudDrive::putOnDisk(const QString& path, const QByteArray& bytes) const {
+    const macsim::Volume volume = m_mac.volume(macsim::Actor::User);
+    try {
+        volume.createFolders(folderOf(path));
+        volume.writeAtomically(path, bytes);
+        return true;
+    } catch (const macsim::FileError&) {
+        return false;
+    }
 }
 
 bool SimulatedCloudDrive::create(const QString& path, const QByteArray& bytes) {
@@ -141,6 +160,9 @@ QFuture<std::optional<QString>> SimulatedCloudDrive::replace(const QString& path
 
 /// The newest content is then what was written, whatever was still to come.
 std::optional<QString> SimulatedCloudDrive::write(const QString& path, const QByteArray& bytes) {
+    if (m_isShutDown) {
+        return u"The program is quitting."_s;
+    }
     const Json cloud = m_mac.state().read(kSubject);
     if (cloud.is_object() && cloud.contains("writesFail")) {
         return QString::fromStdString(cloud.at("writesFail").get<std::string>());

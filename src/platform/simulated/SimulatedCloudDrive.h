@@ -37,14 +37,18 @@ public:
     bool isCurrent(const QString& path) const override;
     bool create(const QString& path, const QByteArray& bytes) override;
     QFuture<std::optional<QString>> replace(const QString& path, const QByteArray& bytes) override;
+    void shutDown() override { m_isShutDown = true; }
 
 private:
+    bool hasContainer() const;
     QString folderOfContainer() const;
     bool isInContainer(const QString& path) const;
+    bool putOnDisk(const QString& path, const QByteArray& bytes) const;
     std::optional<QString> write(const QString& path, const QByteArray& bytes);
 
     const macsim::Mac& m_mac;
     FileManager& m_files;
+    bool m_isShutDown = false;
 };
 
 } // namespace quorvane

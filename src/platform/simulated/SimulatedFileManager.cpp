@@ -1,9 +1,13 @@
 #include "platform/simulated/SimulatedFileManager.h"
 
+#include <QRandomGenerator>
+
 #include <cerrno>
 #include <optional>
 
 namespace quorvane {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -35,6 +39,14 @@ FileStatus::Kind kindOf(macsim::Volume::Kind kind) {
 
 quint32 userIdOf(macsim::Actor owner, const macsim::Machine& machine) {
     return owner == macsim::Actor::Root ? 0 : static_cast<quint32>(machine.userId);
+}
+
+QString sixLetters() {
+    QString letters;
+    for (int i = 0; i < 6; ++i) {
+        letters += QChar(u'a' + QRandomGenerator::global()->bounded(26));
+    }
+    return letters;
 }
 
 /// Reads so many names at a time that a folder of a million needs some tens of looks at it, and a few MiB.
@@ -72,8 +84,9 @@ private:
 
 } // namespace
 
-SimulatedFileManager::SimulatedFileManager(macsim::Volume volume)
-    : m_volume(std::move(volume)) {}
+SimulatedFileManager::SimulatedFileManager(macsim::Volume volume, AtomicWriteWatcher watcher)
+    : m_volume(std::move(volume))
+    , m_watcher(std::move(watcher)) {}
 
 bool SimulatedFileManager::exists(const QString& path) const {
     return m_volume.exists(path);
@@ -113,7 +126,43 @@ QByteArray SimulatedFileManager::read(const QString& path) const {
 }
 
 void SimulatedFileManager::writeAtomically(const QString& path, const QByteArray& bytes) {
-    reported([&] { m_volume.writeAtomically(path, bytes); });
+    const QString beside = path.left(path.lastIndexOf(u'/')) + u"/.quorvane."_s + sixLetters();
+    try {
+        writeInSteps(beside, path, bytes);
+    } catch (const macsim::FileError& error) {
+        removeIfThere(beside);
+        throw FileError(path, error.reason());
+    }
+    announce(AtomicWriteStep::End);
+}
+
+/// Step by step, so that the program can be made to die at each, and not by the volume's own atomic write.
+void SimulatedFileManager::writeInSteps(const QString& beside, const QString& path, const QByteArray& bytes) const {
+    if (m_volume.kind(path) == macsim::Volume::Kind::Folder) {
+        throw macsim::FileError(EISDIR, path);
+    }
+    const qsizetype half = bytes.size() / 2;
+    m_volume.write(beside, {});
+    announce(AtomicWriteStep::Write);
+    m_volume.append(beside, bytes.first(half));
+    announce(AtomicWriteStep::Flush);
+    m_volume.append(beside, bytes.sliced(half));
+    announce(AtomicWriteStep::Rename);
+    m_volume.move(beside, path);
+}
+
+void SimulatedFileManager::announce(AtomicWriteStep step) const {
+    if (m_watcher) {
+        m_watcher(step);
+    }
+}
+
+void SimulatedFileManager::removeIfThere(const QString& path) const {
+    try {
+        m_volume.remove(path);
+    } catch (const macsim::FileError&) {
+        return; // it couldn't even be made
+    }
 }
 
 void SimulatedFileManager::move(const QString& from, const QString& to) {

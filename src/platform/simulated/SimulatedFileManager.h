@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/FileManager.h"
+#include "platform/simulated/AtomicWriteStep.h"
 #include "simulator/Volume.h"
 
 namespace quorvane {
@@ -8,7 +9,8 @@ namespace quorvane {
 /// The files of a simulated Mac, as its user sees them.
 class SimulatedFileManager final : public FileManager {
 public:
-    explicit SimulatedFileManager(macsim::Volume volume);
+    /// @param watcher  is told of the steps of each write
+    explicit SimulatedFileManager(macsim::Volume volume, AtomicWriteWatcher watcher = {});
 
     bool exists(const QString& path) const override;
     FileStatus status(const QString& path) const override;
@@ -23,7 +25,12 @@ public:
     void createFolders(const QString& folder) override;
 
 private:
+    void announce(AtomicWriteStep step) const;
+    void writeInSteps(const QString& beside, const QString& path, const QByteArray& bytes) const;
+    void removeIfThere(const QString& path) const;
+
     macsim::Volume m_volume;
+    AtomicWriteWatcher m_watcher;
 };
 
 } // namespace quorvane

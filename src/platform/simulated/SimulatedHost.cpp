@@ -11,7 +11,7 @@ SimulatedHost::SimulatedHost(const QString& macFolder, AuthorizationPrompt& auth
                              const SimulatedHostOptions& options)
     : m_mac(macFolder)
     , m_environment(simulatedEnvironment(m_mac, options))
-    , m_files(m_mac.volume(macsim::Actor::User))
+    , m_files(m_mac.volume(macsim::Actor::User), [this](AtomicWriteStep step) { m_faultyFiles.beforeStep(step); })
     , m_faultyFiles(m_files, fileFaultsFromFile(options.faultsFile))
     , m_defaults(m_mac)
     , m_machine(m_mac)
@@ -20,18 +20,20 @@ SimulatedHost::SimulatedHost(const QString& macFolder, AuthorizationPrompt& auth
     , m_permissions(m_mac)
     , m_cloud(m_mac, m_faultyFiles)
     , m_commands(m_mac.hostFolder() + u"/usr/bin/env"_s, m_environment)
-    , m_scripts(m_mac.hostFolder() + u"/usr/libexec/scriptengine"_s, m_environment, authorization) {
+    , m_scripts(m_mac.hostFolder() + u"/usr/libexec/scriptengine"_s, m_environment, authorization)
+    , m_counter(options.faultsFile) {
     macsim::relinkCommands(m_mac.hostFolder(), options.program);
 }
 
 Host SimulatedHost::host() {
-    return {m_commands,      m_scripts, m_faultyFiles, m_defaults, m_machine,
-            m_propertyLists, m_bundles, m_permissions, m_cloud,    m_clock};
+    return {m_faultyCommands, m_faultyScripts, m_faultyFiles, m_defaults, m_machine,
+            m_propertyLists,  m_bundles,       m_permissions, m_cloud,    m_clock};
 }
 
 void SimulatedHost::shutDown() {
     m_commands.shutDown();
     m_scripts.shutDown();
+    m_cloud.shutDown();
     m_clock.shutDown();
 }
 

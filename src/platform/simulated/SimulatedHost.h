@@ -4,6 +4,7 @@
 #include "platform/portable/ProcessCommandLauncher.h"
 #include "platform/portable/SystemClock.h"
 #include "platform/simulated/AuthorizationPrompt.h"
+#include "platform/simulated/FaultyCommands.h"
 #include "platform/simulated/FaultyFileManager.h"
 #include "platform/simulated/SimulatedBackgroundTaskPermissions.h"
 #include "platform/simulated/SimulatedBundles.h"
@@ -20,7 +21,7 @@ namespace quorvane {
 /// What a simulated host is made with, beside the Mac's folder. Paths are the host's; empty ones are left out.
 struct SimulatedHostOptions {
     QString program;     ///< the `macsim` program; the Mac's commands are made to lead to it where they lead elsewhere
-    QString faultsFile;  ///< what goes wrong on purpose; see macsim::Faults and FileFaults
+    QString faultsFile;  ///< what goes wrong on purpose; see macsim::Faults, FileFaults and CommandCounter
     QString journalFile; ///< a further file for the journal
 };
 
@@ -49,6 +50,9 @@ private:
     SystemClock m_clock;
     ProcessCommandLauncher m_commands;
     SimulatedScriptEngine m_scripts;
+    CommandCounter m_counter;
+    FaultyCommandLauncher m_faultyCommands{m_commands, m_counter};
+    FaultyScriptEngine m_faultyScripts{m_scripts, m_counter};
 };
 
 /// The environment of a process of the simulated Mac's user. Throws std::invalid_argument for faults that can't be

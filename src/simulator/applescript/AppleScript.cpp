@@ -7,6 +7,7 @@
 namespace macsim {
 
 using namespace applescript;
+using namespace Qt::StringLiterals;
 
 QList<ScriptObject> ScriptApplication::objects(const QString& /*className*/) {
     return {};
@@ -26,6 +27,18 @@ ScriptObject ScriptApplication::make(const QString& className, const Record& /*p
 }
 
 bool ScriptApplication::remove(const ScriptObject& /*object*/) {
+    return false;
+}
+
+Value ScriptApplication::ownProperty(const QString& property) {
+    throw cannotGetFrom(*this, property + u" of "_s + sourceForm(Value(ObjectReference{this})));
+}
+
+std::optional<QList<ScriptObject>> ScriptApplication::itemsIn(const ScriptObject& /*container*/) {
+    return std::nullopt;
+}
+
+bool ScriptApplication::perform(const QString& /*command*/, const ScriptObject* /*object*/) {
     return false;
 }
 

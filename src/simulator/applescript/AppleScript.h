@@ -59,7 +59,9 @@ struct ScriptClass {
 /// The words that an application adds to the language inside a `tell` of it, beside the commands that every such
 /// application has: make, delete, exists.
 struct ScriptDictionary {
-    QList<ScriptClass> classes;
+    QList<ScriptClass> classes = {};
+    QStringList properties = {}; ///< of the application itself, single words that scripts read: "trash"
+    QStringList commands = {};   ///< single words, with an object behind them or nothing: "empty"
 };
 
 /// An application that a script can tell something. It has objects where the host knows a dictionary of it; without
@@ -88,6 +90,14 @@ public:
     virtual applescript::ScriptObject make(const QString& className, const applescript::Record& properties);
     /// @return false where the object is gone
     virtual bool remove(const applescript::ScriptObject& object);
+
+    /// A property of the application itself, one of the dictionary.
+    virtual applescript::Value ownProperty(const QString& property);
+    /// What is in an object: `items of trash`. @return nothing where the object is gone or never holds any
+    virtual std::optional<QList<applescript::ScriptObject>> itemsIn(const applescript::ScriptObject& container);
+    /// Carries out a command of the dictionary. @param object  null where the script names none
+    /// @return false where it isn't meant for that object
+    virtual bool perform(const QString& command, const applescript::ScriptObject* object);
 };
 
 /// The world of a script.

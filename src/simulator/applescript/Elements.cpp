@@ -31,8 +31,14 @@ std::optional<List> elementsOf(const Value& owner, ElementClass elements) {
     if (const auto* text = contents.get<QString>()) {
         return charactersOf(*text);
     }
+    if (elements != ElementClass::Item) {
+        return std::nullopt;
+    }
+    if (const auto* container = contents.get<ObjectReference>()) {
+        return itemsIn(*container);
+    }
     const auto* list = contents.get<List>();
-    return list != nullptr && elements == ElementClass::Item ? std::optional(*list) : std::nullopt;
+    return list != nullptr ? std::optional(*list) : std::nullopt;
 }
 
 QString quotedForm(const Value& owner) {

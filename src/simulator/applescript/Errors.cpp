@@ -71,6 +71,10 @@ ScriptError cannotSet(const ScriptApplication& application, const QString& speci
     return from(application, {-10006, u"Can’t set "_s + specifier + u" to "_s + sourceForm(value) + u'.'});
 }
 
+ScriptError notUnderstood(const ScriptApplication& application, const QString& specifier, const QString& command) {
+    return from(application, {-1708, specifier + u" doesn’t understand the “"_s + command + u"” message."_s});
+}
+
 ScriptError cannotMakeObject(const ScriptApplication& application, const QString& className) {
     return from(application, {-2710, u"Can’t make class "_s + className + u'.'});
 }

@@ -26,6 +26,7 @@ ScriptError numberedError(int number);
 ScriptError cannotGetFrom(const ScriptApplication& application, const QString& specifier);
 ScriptError invalidIndex(const ScriptApplication& application, const QString& specifier);
 ScriptError cannotSet(const ScriptApplication& application, const QString& specifier, const Value& value);
+ScriptError notUnderstood(const ScriptApplication& application, const QString& specifier, const QString& command);
 ScriptError cannotMakeObject(const ScriptApplication& application, const QString& className);
 
 /// The number of `error "text"`, where the script gives none.

@@ -14,10 +14,19 @@ bool ExpressionParser::atProperty() const {
     if (m_dictionary == nullptr || !m_tokens.is(TokenKind::Word)) {
         return false;
     }
-    const auto hasIt = [this](const ScriptClass& each) {
-        return each.properties.contains(m_tokens.peek().text, Qt::CaseInsensitive);
-    };
-    return std::ranges::any_of(m_dictionary->classes, hasIt);
+    const QString& word = m_tokens.peek().text;
+    const auto hasIt = [&word](const ScriptClass& each) { return each.properties.contains(word, Qt::CaseInsensitive); };
+    return m_dictionary->properties.contains(word, Qt::CaseInsensitive) ||
+           std::ranges::any_of(m_dictionary->classes, hasIt);
+}
+
+QString ExpressionParser::acceptCommand() {
+    if (m_dictionary == nullptr) {
+        return {};
+    }
+    const auto isHere = [this](const QString& command) { return m_tokens.accept(command); };
+    const auto found = std::ranges::find_if(m_dictionary->commands, isHere);
+    return found == m_dictionary->commands.end() ? QString() : *found;
 }
 
 const ScriptClass* ExpressionParser::acceptClass(QString ScriptClass::*words) {

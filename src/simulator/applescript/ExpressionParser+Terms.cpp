@@ -148,8 +148,11 @@ ExpressionPtr ExpressionParser::parseElementIndex() {
     return parseUnnamed();
 }
 
+// `of` and `in` are the same here.
 ExpressionPtr ExpressionParser::parseOwner() {
-    m_tokens.expect(u"of");
+    if (!m_tokens.accept(u"in")) {
+        m_tokens.expect(u"of");
+    }
     const Nesting nesting(m_tokens);
     return parseTerm();
 }

@@ -21,6 +21,8 @@ public:
     const ScriptDictionary* dictionary() const { return m_dictionary; }
     /// Whether a property of the dictionary stands here, as in `hidden of x` and in `whose hidden is true`.
     bool atProperty() const;
+    /// Takes a command of the dictionary and gives it as the dictionary spells it; empty where none stands here.
+    QString acceptCommand();
 
     /// Takes the name of a variable that is given a value. The language's own terms ("item", "length") are
     /// none.

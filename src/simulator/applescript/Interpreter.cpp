@@ -106,6 +106,13 @@ Flow Interpreter::operator()(const DeleteObjects& node) {
     return Flow::Next;
 }
 
+Flow Interpreter::operator()(const PerformCommand& node) {
+    const std::optional<Value> object = node.object ? std::optional(evaluate(node.object)) : std::nullopt;
+    performCommand(*m_environment.target(), node.command, object);
+    m_environment.result.reset();
+    return Flow::Next;
+}
+
 Flow Interpreter::operator()(const Return& node) {
     m_environment.result = node.value ? std::optional(evaluate(node.value)) : std::nullopt;
     return Flow::Return;

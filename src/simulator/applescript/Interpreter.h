@@ -22,6 +22,7 @@ public:
     Flow operator()(const Assign& node);
     Flow operator()(const AssignProperty& node);
     Flow operator()(const DeleteObjects& node);
+    Flow operator()(const PerformCommand& node);
     Flow operator()(const Return& node);
     Flow operator()(const If& node);
     Flow operator()(const Repeat& node);

@@ -12,7 +12,7 @@ namespace {
 
 // As an application writes it, which leaves out itself.
 QString specifier(const ScriptObject& object) {
-    return object.className + u' ' + sourceForm(Value(object.name));
+    return object.name.isEmpty() ? object.className : object.className + u' ' + sourceForm(Value(object.name));
 }
 
 // Throws where the value is no object.
@@ -35,15 +35,26 @@ void forEachObject(const Value& objects, const QString& wanted, Act act) {
     }
 }
 
-} // namespace
-
-List objectsOf(ScriptApplication& application, const QString& className) {
+List referencesTo(const QList<ScriptObject>& objects, ScriptApplication& application) {
     List references;
-    const QList<ScriptObject> objects = application.objects(className);
     for (const ScriptObject& object : objects) {
         references.append(Value(ObjectReference{&application, std::make_shared<const ScriptObject>(object)}));
     }
     return references;
+}
+
+} // namespace
+
+List objectsOf(ScriptApplication& application, const QString& className) {
+    return referencesTo(application.objects(className), application);
+}
+
+std::optional<List> itemsIn(const ObjectReference& container) {
+    if (container.object == nullptr) {
+        return std::nullopt;
+    }
+    const auto objects = container.application->itemsIn(*container.object);
+    return objects ? std::optional(referencesTo(*objects, *container.application)) : std::nullopt;
 }
 
 Value objectAt(const List& objects, int index, ScriptApplication& application, const QString& className) {
@@ -69,7 +80,7 @@ Value propertyOfObject(const ObjectReference& owner, const QString& name) {
         if (name.compare(u"name", Qt::CaseInsensitive) == 0) {
             return Value(owner.application->name());
         }
-        throw cannotGetFrom(*owner.application, name + u" of "_s + sourceForm(Value(owner)));
+        return owner.application->ownProperty(name.toLower());
     }
     if (name.compare(u"class", Qt::CaseInsensitive) == 0) {
         return Value(ClassName{owner.object->className});
@@ -95,6 +106,17 @@ void deleteObjects(const Value& objects) {
             throw cannotGetFrom(*reference.application, specifier(*reference.object));
         }
     });
+}
+
+void performCommand(ScriptApplication& application, const QString& command, const std::optional<Value>& object) {
+    if (!object) {
+        application.perform(command, nullptr);
+        return;
+    }
+    const ObjectReference& target = objectIn(*object, {});
+    if (!application.perform(command, target.object.get())) {
+        throw notUnderstood(application, specifier(*target.object), command);
+    }
 }
 
 bool isThere(const Value& value) {

@@ -2,6 +2,8 @@
 
 #include "simulator/applescript/Value.h"
 
+#include <optional>
+
 namespace macsim::applescript {
 
 /// What a script asks of applications and their objects. Everything throws ScriptError -1728 for an object that is gone
@@ -15,7 +17,10 @@ Value objectAt(const List& objects, int index, ScriptApplication& application, c
 /// The first of a name, in any case.
 Value objectNamed(const List& objects, const QString& name, ScriptApplication& application, const QString& className);
 
-/// The property of an object, or the name of an application.
+/// What is in an object; nothing where it can't hold anything.
+std::optional<List> itemsIn(const ObjectReference& container);
+
+/// The property of an object, or of an application itself.
 Value propertyOfObject(const ObjectReference& owner, const QString& name);
 
 /// Throws ScriptError -10006 where it can't be written. Of a list, that of each object in it.
@@ -23,6 +28,9 @@ void setProperty(const Value& owner, const QString& name, const Value& value);
 
 /// Deletes an object, or each of a list. A list is looked at in its order, and the first that is gone ends it.
 void deleteObjects(const Value& objects);
+
+/// Throws ScriptError -1708 where the command isn't meant for the object. @param object  none where the script names none
+void performCommand(ScriptApplication& application, const QString& command, const std::optional<Value>& object);
 
 /// Whether what an expression gave is there: a list of no objects is nothing.
 bool isThere(const Value& value);

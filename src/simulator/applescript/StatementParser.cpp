@@ -94,6 +94,9 @@ Statement StatementParser::parseSimple() {
     if (m_expressions.dictionary() != nullptr && m_tokens.accept(u"delete")) {
         return parseDelete(start);
     }
+    if (const QString command = m_expressions.acceptCommand(); !command.isEmpty()) {
+        return parseCommand(command, start);
+    }
     return parseValue(start);
 }
 
@@ -123,6 +126,14 @@ Statement StatementParser::parseSetProperty(int start) {
 
 Statement StatementParser::parseDelete(int start) {
     DeleteObjects node{m_expressions.parse()};
+    return make(start, std::move(node));
+}
+
+Statement StatementParser::parseCommand(const QString& command, int start) {
+    PerformCommand node{command, nullptr};
+    if (!m_tokens.atEndOfLine()) {
+        node.object = m_expressions.parse();
+    }
     return make(start, std::move(node));
 }
 

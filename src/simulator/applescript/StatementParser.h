@@ -34,6 +34,7 @@ private:
     Statement parseSet(int start);
     Statement parseSetProperty(int start);
     Statement parseDelete(int start);
+    Statement parseCommand(const QString& command, int start);
     Statement parseCopy(int start);
     Statement parseReturn(int start);
     Statement parseError(int start);

@@ -151,6 +151,12 @@ struct DeleteObjects {
     ExpressionPtr objects;
 };
 
+/// A command of the application's dictionary: `empty trash`
+struct PerformCommand {
+    QString command;
+    ExpressionPtr object; ///< may be null
+};
+
 struct Return {
     ExpressionPtr value; ///< may be null
 };
@@ -214,8 +220,8 @@ struct Tell {
 
 struct Statement {
     Range range;
-    std::variant<Evaluate, Assign, AssignProperty, DeleteObjects, Return, If, Repeat, RepeatTimes, RepeatWhile,
-                 RepeatInList, RepeatInRange, ExitRepeat, Try, RaiseError, Tell>
+    std::variant<Evaluate, Assign, AssignProperty, DeleteObjects, PerformCommand, Return, If, Repeat, RepeatTimes,
+                 RepeatWhile, RepeatInList, RepeatInRange, ExitRepeat, Try, RaiseError, Tell>
         node;
 };
 

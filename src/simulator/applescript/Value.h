@@ -65,7 +65,7 @@ struct ItemReference {
 /// One object of an application: a login item.
 struct ScriptObject {
     QString className;
-    QString name;     ///< as it is printed: login item "Live"
+    QString name;     ///< as it is printed: login item "Live"; empty for the only one of its class
     QString identity; ///< by which the application knows it again, when other objects have gone or come
 
     bool operator==(const ScriptObject&) const = default;

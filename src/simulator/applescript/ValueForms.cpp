@@ -75,7 +75,7 @@ public:
 private:
     // For people an object goes without its application.
     void writeObject(const ScriptObject& object, const ScriptApplication& application) {
-        m_out += object.className + u' ' + inForm(object.name);
+        m_out += object.name.isEmpty() ? object.className : object.className + u' ' + inForm(object.name);
         if (m_form == Form::Source) {
             m_out += u" of application "_s + inForm(application.name());
         }

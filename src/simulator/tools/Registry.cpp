@@ -2,6 +2,7 @@
 
 #include "simulator/tools/Cat.h"
 #include "simulator/tools/Chown.h"
+#include "simulator/tools/Cp.h"
 #include "simulator/tools/Defaults.h"
 #include "simulator/tools/Ditto.h"
 #include "simulator/tools/Dscacheutil.h"
@@ -34,6 +35,7 @@ const ToolTable& simulatorTools() {
     static const ToolTable tools{
         {u"/bin/["_s, runTestCommand},
         {u"/bin/cat"_s, runCat},
+        {u"/bin/cp"_s, runCp},
         {u"/bin/echo"_s, runEcho},
         {u"/bin/launchctl"_s, runLaunchctl},
         {u"/bin/ls"_s, runLs},

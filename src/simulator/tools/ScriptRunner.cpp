@@ -1,9 +1,9 @@
 #include "simulator/tools/ScriptRunner.h"
 
-#include "simulator/Authorizer.h"
-#include "simulator/Journal.h"
 #include "simulator/Permissions.h"
 #include "simulator/shell/Shell.h"
+#include "simulator/tools/Finder.h"
+#include "simulator/tools/ScriptRights.h"
 #include "simulator/tools/SystemEvents.h"
 
 namespace macsim {
@@ -11,15 +11,6 @@ namespace macsim {
 using namespace Qt::StringLiterals;
 
 namespace {
-
-constexpr int kUserCanceled = -128;
-constexpr int kWrongPassword = -60007;
-
-/// It has no objects here, and their words don't compile.
-class Finder final : public ScriptApplication {
-public:
-    QString name() const override { return u"Finder"_s; }
-};
 
 bool isNamed(const ScriptApplication& application, const QString& name) {
     return application.name().compare(name, Qt::CaseInsensitive) == 0;
@@ -29,7 +20,8 @@ class MacScriptHost final : public ScriptHost {
 public:
     explicit MacScriptHost(ToolContext& context)
         : m_context(context)
-        , m_systemEvents(context.mac) {}
+        , m_systemEvents(context.mac)
+        , m_finder(context) {}
 
     ShellScriptOutcome doShellScript(const ShellScriptRequest& request) override {
         ToolContext shell = m_context;
@@ -37,7 +29,7 @@ public:
         shell.output.clear();
         shell.error.clear();
         if (request.withAdministratorPrivileges) {
-            authorize(request.prompt.value_or(QString()));
+            requireAdministrator(m_context, request.prompt.value_or(QString()));
             // HOME stays that of the user who was asked; `defaults` goes by the real user and writes root's.
             shell.volume = m_context.mac.volume(Actor::Root);
         }
@@ -46,7 +38,10 @@ public:
     }
 
     const ScriptDictionary* findDictionary(const QString& application) override {
-        return isNamed(m_systemEvents, application) ? &SystemEvents::dictionary() : nullptr;
+        if (isNamed(m_systemEvents, application)) {
+            return &SystemEvents::dictionary();
+        }
+        return isNamed(m_finder, application) ? &Finder::dictionary() : nullptr;
     }
 
     ScriptApplication* findApplication(const QString& name) override {
@@ -65,21 +60,6 @@ private:
         const StateStore& state = m_context.mac.state();
         if (tellNeedsAutomation(state) && !mayAutomate(state, application)) {
             throw automationRefused(application);
-        }
-    }
-
-    void authorize(const QString& prompt) {
-        const Authorization answer = m_context.authorizer.ask(prompt);
-        if (m_context.journal) {
-            m_context.journal->recordAuthorization(prompt, answer);
-        }
-        switch (answer) {
-        case Authorization::Allow:
-            return;
-        case Authorization::Deny:
-            throw ScriptError{kWrongPassword, u"The administrator user name or password was incorrect."_s};
-        case Authorization::Cancel:
-            throw ScriptError{kUserCanceled, u"User canceled."_s};
         }
     }
 

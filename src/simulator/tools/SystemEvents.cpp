@@ -1,6 +1,5 @@
 #include "simulator/tools/SystemEvents.h"
 
-#include "simulator/Permissions.h"
 #include "simulator/applescript/Coercions.h"
 #include "simulator/applescript/Errors.h"
 
@@ -15,8 +14,6 @@ using applescript::ScriptObject;
 using applescript::Value;
 
 namespace {
-
-constexpr int kNotAuthorized = -1743;
 
 QString className() {
     return u"login item"_s;
@@ -60,13 +57,9 @@ Value allOf(const LoginItem& item) {
 
 } // namespace
 
-ScriptError automationRefused(const QString& application) {
-    return {kNotAuthorized, u"Not authorized to send Apple events to "_s + application + u'.'};
-}
-
 SystemEvents::SystemEvents(const Mac& mac)
-    : m_mac(mac)
-    , m_items(mac) {}
+    : m_items(mac)
+    , m_automation(mac, SystemEvents::name()) {}
 
 const ScriptDictionary& SystemEvents::dictionary() {
     static const ScriptDictionary dictionary = [] {
@@ -80,14 +73,14 @@ const ScriptDictionary& SystemEvents::dictionary() {
 }
 
 QList<ScriptObject> SystemEvents::objects(const QString& /*className*/) {
-    requireAutomation();
+    m_automation.require();
     QList<ScriptObject> objects;
     std::ranges::transform(m_items.all(), std::back_inserter(objects), objectFrom);
     return objects;
 }
 
 std::optional<Value> SystemEvents::property(const ScriptObject& object, const QString& property) {
-    requireAutomation();
+    m_automation.require();
     const LoginItem* item = m_items.find(object.identity);
     if (item == nullptr) {
         return std::nullopt;
@@ -101,13 +94,13 @@ std::optional<Value> SystemEvents::property(const ScriptObject& object, const QS
 }
 
 bool SystemEvents::setProperty(const ScriptObject& object, const QString& property, const Value& value) {
-    requireAutomation();
+    m_automation.require();
     return property == u"hidden"_s && m_items.setHidden(object.identity, applescript::toBoolean(value));
 }
 
 // A name that is given doesn't count. What System Events makes of no path is not established; here it makes nothing.
 ScriptObject SystemEvents::make(const QString& className, const Record& properties) {
-    requireAutomation();
+    m_automation.require();
     const Value* path = properties.find(u"path"_s);
     const QString pathText = path ? applescript::toText(*path) : QString();
     if (pathText.isEmpty()) {
@@ -118,17 +111,8 @@ ScriptObject SystemEvents::make(const QString& className, const Record& properti
 }
 
 bool SystemEvents::remove(const ScriptObject& object) {
-    requireAutomation();
+    m_automation.require();
     return m_items.remove(object.identity);
-}
-
-void SystemEvents::requireAutomation() {
-    if (!m_mayBeAutomated) {
-        m_mayBeAutomated = mayAutomate(m_mac.state(), name());
-    }
-    if (!*m_mayBeAutomated) {
-        throw automationRefused(name());
-    }
 }
 
 } // namespace macsim

@@ -2,12 +2,13 @@
 
 #include "simulator/LoginItems.h"
 #include "simulator/applescript/AppleScript.h"
+#include "simulator/tools/ScriptRights.h"
 
 namespace macsim {
 
 /// System Events as scripts see it. Of its objects there are the login items; the words of all others don't compile.
 ///
-/// Every event needs the Automation permission, which the program has or lacks for the whole of a script.
+/// Every event needs the Automation permission.
 class SystemEvents final : public ScriptApplication {
 public:
     explicit SystemEvents(const Mac& mac);
@@ -24,14 +25,8 @@ public:
     bool remove(const applescript::ScriptObject& object) override;
 
 private:
-    void requireAutomation();
-
-    const Mac& m_mac;
     LoginItems m_items;
-    std::optional<bool> m_mayBeAutomated; ///< none until the first event
+    AutomationRight m_automation;
 };
-
-/// The error of an event that the user's privacy settings refuse.
-ScriptError automationRefused(const QString& application);
 
 } // namespace macsim

@@ -1,0 +1,140 @@
+// Snapshots, the ways back and the scan as a person rehearses them.
+
+#include "fakes/RehearsalProgram.h"
+
+#include <algorithm>
+
+namespace quorvane {
+
+namespace {
+
+using macsim::Json;
+
+class WayBackRehearsal : public RehearsalTest {
+protected:
+    Json json(const QStringList& arguments) {
+        const QByteArray output = rehearse(QStringList(u"--json"_s) + arguments).output;
+        return Json::parse(output.cbegin(), output.cend());
+    }
+    QByteArray preference(const QString& domainAndKey) { return shell(u"defaults read "_s + domainAndKey).trimmed(); }
+};
+
+} // namespace
+
+TEST_F(WayBackRehearsal, aSnapshotSaysWhatTheWindowSays) {
+    EXPECT_EQ(rehearse({u"snapshot"_s}).output,
+              "\nCapturing system snapshot...\n"
+              "  [SNAPSHOT] Saved system baseline.\n"
+              "\nSnapshot Saved\n"
+              "  Your current system setup has been saved as the restore baseline.\n");
+    const Ending master = rehearse({u"snapshot"_s, u"Before the gig"_s, u"--master"_s});
+    EXPECT_EQ(master.status, 0);
+    EXPECT_TRUE(master.output.contains("  [SNAPSHOT] Saved system baseline for \"Before the gig\".\n"));
+    EXPECT_TRUE(master.output.contains("  [MASTER] Archived protected baseline as master-baseline-"));
+    EXPECT_EQ(shell(u"ls ~/.quorvane"_s).count("master-baseline-"), 2);
+}
+
+TEST_F(WayBackRehearsal, reinstateAndRevertTakeTheSnapshotBack) {
+    ASSERT_EQ(rehearse({u"snapshot"_s, u"Before"_s}).status, 0);
+    ASSERT_EQ(rehearse({u"apply"_s, example(u"live-set"_s)}).status, 0);
+    ASSERT_EQ(preference(u"com.apple.Siri Status"_s), "Disabled");
+    const Json reverted = json({u"revert"_s});
+    EXPECT_EQ(reverted.at("succeeded"), true);
+    EXPECT_EQ(reverted.at("restore"), Json({{"source", "snapshot"}, {"hasSnapshotFile", true}}));
+    EXPECT_EQ(reverted.at("alert"),
+              Json({{"title", "Success"},
+                    {"text", "Performance tweaks restored from your saved snapshot.\n\nPlease restart your Mac."}}));
+    EXPECT_EQ(preference(u"com.apple.Siri Status"_s), "Enabled");
+
+    ASSERT_EQ(rehearse({u"apply"_s, example(u"live-set"_s)}).status, 0);
+    const Ending reinstated = rehearse({u"reinstate"_s});
+    EXPECT_EQ(reinstated.status, 0);
+    EXPECT_TRUE(reinstated.output.startsWith("\n[REINSTATE] Restoring system...\n"
+                                             "\nReinstating from saved system snapshot (Before)...\n"));
+    EXPECT_TRUE(reinstated.output.endsWith("\nSuccess\n"
+                                           "  System restored from your saved restore baseline.\n"
+                                           "  Please restart your Mac for changes to take full effect.\n"));
+    EXPECT_EQ(preference(u"com.apple.Siri Status"_s), "Enabled");
+}
+
+TEST_F(WayBackRehearsal, aCancelledWayBackEndsWithStatusOne) {
+    const QStringList cancelled{u"--mac"_s, macFolder(), u"--authorize"_s, u"cancel"_s};
+    for (const QString& command : {u"revert"_s, u"reinstate"_s, u"default"_s}) {
+        const Ending run = start(cancelled + QStringList(command));
+        EXPECT_EQ(run.status, 1) << command.toStdString();
+        EXPECT_TRUE(
+            run.output.contains("  [ERROR] Administrator authorization was cancelled or failed: User canceled.\n"));
+        EXPECT_TRUE(run.output.contains("\nCancelled\n")) << run.output.toStdString();
+    }
+    EXPECT_EQ(preference(u"com.quorvane.app QuorvaneLastAppliedProfileName"_s), "");
+}
+
+TEST_F(WayBackRehearsal, defaultIsDoneWhateverTheScanFinds) {
+    ASSERT_EQ(rehearse({u"apply"_s, example(u"live-set"_s)}).status, 0);
+    const Ending run = rehearse({u"default"_s});
+    EXPECT_EQ(run.status, 0);
+    EXPECT_TRUE(run.output.endsWith("\nDefault Applied\n"
+                                    "  Standard macOS settings restored.\n"
+                                    "  Please restart your Mac.\n"
+                                    "\n[VERIFY] Scanning current system settings...\n"
+                                    "  [VERIFY] No saved profile fully matches the current system.\n"))
+        << run.output.toStdString();
+    EXPECT_EQ(preference(u"com.quorvane.app QuorvaneLastAppliedProfileName"_s), "Default");
+    const Json report = json({u"default"_s});
+    EXPECT_EQ(report.at("restore"), Json({{"source", "standardDefaults"}, {"hasSnapshotFile", false}}));
+    EXPECT_FALSE(report.contains("match"));
+}
+
+TEST_F(WayBackRehearsal, aScanNamesTheSavedProfileThatFits) {
+    EXPECT_EQ(rehearse({u"scan"_s}).status, 1);
+    ASSERT_EQ(rehearse({u"apply"_s, example(u"live-set"_s)}).status, 0);
+    const Ending run = rehearse({u"scan"_s});
+    EXPECT_EQ(run.status, 0);
+    EXPECT_TRUE(run.output.endsWith("  [VERIFY] Active configuration: Live Set (saved profile)\n"
+                                    "\nSystem Verified\n"
+                                    "  Current system matches saved profile \"Live Set\".\n"
+                                    "  All 12 setting(s) verified on the system.\n"))
+        << run.output.toStdString();
+    const Json match = json({u"scan"_s}).at("match");
+    EXPECT_EQ(match.at("name"), "Live Set");
+    EXPECT_EQ(match.at("kind"), "savedProfile");
+    EXPECT_EQ(match.at("verification").at("failed"), Json::array());
+}
+
+TEST_F(WayBackRehearsal, theDefaultProfileTakesTheRoadOfDefault) {
+    const QString profile = file(u"default.json"_s, encodeProfile(UnifiedProfile::defaultProfile()));
+    const Json report = json({u"apply"_s, profile});
+    EXPECT_EQ(report.at("succeeded"), true);
+    EXPECT_EQ(report.at("alert").at("title"), "Default Applied");
+    EXPECT_EQ(preference(u"com.quorvane.app QuorvaneLastAppliedProfileName"_s), "Default");
+}
+
+TEST_F(WayBackRehearsal, theirArgumentsAreLookedAt) {
+    expectRefused({u"revert"_s, u"x"_s}, "quorvane-rehearsal: revert: superfluous argument: x\n");
+    expectRefused({u"scan"_s, u"--master"_s}, "quorvane-rehearsal: unknown option: --master\n");
+    expectRefused({u"snapshot"_s, u"one"_s, u"two"_s}, "quorvane-rehearsal: snapshot: superfluous argument: two\n");
+}
+
+// ---- The program dies
+
+TEST_F(WayBackRehearsal, itDiesWhenItIsAboutToRunACommandThatKillsIt) {
+    const macsim::MacPicture before(macFolder());
+    const QString faults = file(u"faults.json"_s, R"([{"adapter": "commands", "run": 3, "kill": true}])");
+    const Ending run = start({u"--mac"_s, macFolder(), u"--faults"_s, faults, u"snapshot"_s});
+    EXPECT_EQ(run.status, -1);
+    EXPECT_EQ(run.output, "\nCapturing system snapshot...\n");
+    EXPECT_EQ(macsim::MacPicture(macFolder()).changesSince(before), QString());
+}
+
+TEST_F(WayBackRehearsal, faultsOfItsOwnAdaptersThatCannotBeUnderstoodAreRefused) {
+    const QByteArrayList rules{R"({"adapter": "commands", "run": 1})", R"({"adapter": "commands", "kill": true})",
+                               R"({"adapter": "files", "change": 1, "kill": true, "at": "noon"})"};
+    for (const QByteArray& rule : rules) {
+        const QString faults = file(u"faults.json"_s, '[' + rule + ']');
+        const Ending run = start({u"--mac"_s, macFolder(), u"--faults"_s, faults, u"scan"_s});
+        EXPECT_EQ(run.status, 2) << rule.toStdString();
+        EXPECT_TRUE(run.error.startsWith("quorvane-rehearsal: " + faults.toUtf8() + ": ")) << run.error.toStdString();
+    }
+}
+
+} // namespace quorvane
