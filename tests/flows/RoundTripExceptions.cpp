@@ -1,6 +1,7 @@
 #include "flows/RoundTrip.h"
 
 #include "flows/RoundTripMac.h"
+#include "simulator/BackgroundTasks.h"
 #include "simulator/PropertyList.h"
 
 #include <QRegularExpression>
@@ -229,15 +230,24 @@ bool isUnusualIndexing(const Difference& difference, const RoundTrip& trip) {
 // ---- The program's own
 
 bool isQuorvanesOwn(const Difference& difference, const RoundTrip&) {
-    const QStringList places{kHome + u"/.quorvane"_s, kHome + u"/Library/Application Support/Quorvane"_s,
-                             kHome + u"/Library/Mobile Documents/7KX2MR04TD~com~quorvane~app"_s};
-    const QStringList files{kHome + u"/.quorvane_backup"_s,
-                            kHome + u"/.quorvane_backup/login_items.json"_s,
-                            kHome + u"/Library/Mobile Documents"_s,
-                            kPreferences + u"com.quorvane.app.plist"_s,
-                            kPreferences + u"com.quorvane.app.plist QuorvaneLastAppliedProfileName"_s,
-                            kPreferences + u"com.quorvane.app.plist QuorvaneManagedStartupAppPaths"_s};
-    return files.contains(difference.key) || std::any_of(places.begin(), places.end(), [&](const QString& place) {
+    static const QStringList places{kHome + u"/.quorvane"_s, kHome + u"/Library/Application Support/Quorvane"_s,
+                                    kHome + u"/Library/Mobile Documents/7KX2MR04TD~com~quorvane~app"_s};
+    static const QString backup = kHome + u"/.quorvane_backup"_s;
+    static const QString kept = u"/Library/Application Support/Quorvane"_s;
+    static const QStringList entries{backup,
+                                     backup + u"/login_items.json"_s,
+                                     backup + u"/UserHome_Library_LaunchAgents"_s,
+                                     backup + u"/_Library_LaunchAgents"_s,
+                                     backup + u"/_Library_LaunchDaemons"_s,
+                                     kept,
+                                     kept + u"/LaunchItems"_s,
+                                     kept + u"/LaunchItems/_Library_LaunchAgents"_s,
+                                     kept + u"/LaunchItems/_Library_LaunchDaemons"_s,
+                                     kHome + u"/Library/Mobile Documents"_s,
+                                     kPreferences + u"com.quorvane.app.plist"_s,
+                                     kPreferences + u"com.quorvane.app.plist QuorvaneLastAppliedProfileName"_s,
+                                     kPreferences + u"com.quorvane.app.plist QuorvaneManagedStartupAppPaths"_s};
+    return entries.contains(difference.key) || std::any_of(places.begin(), places.end(), [&](const QString& place) {
                return difference.key == place || difference.key.startsWith(place + u'/');
            });
 }
@@ -386,15 +396,17 @@ bool isLaunchItemNotedAsEnabled(const Difference& difference, const RoundTrip&) 
     return isOfItsOverride(difference) && difference.after == u"false";
 }
 
-/// One that a launch item can't have, since their labels differ.
-bool isBackgroundItem(const Difference& difference, const RoundTrip&) {
-    static const QRegularExpression record(u"\\Astate backgroundTasks \"[48]\\..*\"/allowed\\z"_s);
-    const bool isRecord = record.match(difference.key).hasMatch() && difference.after == u"false";
-    const bool isOverride =
-        difference.after == u"true" && std::any_of(kLabels.begin(), kLabels.end(), [&](const QString& label) {
-            return difference.key == u"state launchd/disabled/user~1501/"_s + label;
-        });
-    return isRecord || isOverride;
+/// A record that isn't allowed any more, or the override of one's label, which no launch item has.
+bool isBackgroundItem(const Difference& difference, const RoundTrip& trip) {
+    static const QRegularExpression record(u"\\Astate backgroundTasks \"[248]\\..*\"/allowed\\z"_s);
+    if (record.match(difference.key).hasMatch()) {
+        return difference.after == u"false";
+    }
+    const Json& records = trip.mac["backgroundTasks"]["records"];
+    return difference.after == u"true" && std::any_of(records.begin(), records.end(), [&](const Json& task) {
+               const QString label = macsim::withoutTypeNumber(textOf(task["identifier"]));
+               return difference.key == u"state launchd/disabled/user~1501/"_s + label;
+           });
 }
 
 bool isHelper(const Difference& difference, const RoundTrip&) {
