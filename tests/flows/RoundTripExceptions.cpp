@@ -397,16 +397,25 @@ bool isLaunchItemNotedAsEnabled(const Difference& difference, const RoundTrip&) 
 }
 
 /// A record that isn't allowed any more, or the override of one's label, which no launch item has.
+/// Of a record, or one that a profile switches off although there is none.
+bool isBackgroundLabel(const QString& label, const RoundTrip& trip) {
+    const Json& records = trip.mac["backgroundTasks"]["records"];
+    return std::any_of(
+               records.begin(), records.end(),
+               [&label](const Json& task) { return macsim::withoutTypeNumber(textOf(task["identifier"])) == label; }) ||
+           std::any_of(trip.applied.begin(), trip.applied.end(), [&label](const UnifiedProfile& profile) {
+               return profile.startup.disabledBackgroundLabels().contains(label);
+           });
+}
+
 bool isBackgroundItem(const Difference& difference, const RoundTrip& trip) {
     static const QRegularExpression record(u"\\Astate backgroundTasks \"[248]\\..*\"/allowed\\z"_s);
     if (record.match(difference.key).hasMatch()) {
         return difference.after == u"false";
     }
-    const Json& records = trip.mac["backgroundTasks"]["records"];
-    return difference.after == u"true" && std::any_of(records.begin(), records.end(), [&](const Json& task) {
-               const QString label = macsim::withoutTypeNumber(textOf(task["identifier"]));
-               return difference.key == u"state launchd/disabled/user~1501/"_s + label;
-           });
+    const QString overrides = u"state launchd/disabled/user~1501/"_s;
+    return difference.key.startsWith(overrides) && difference.after == u"true" &&
+           isBackgroundLabel(difference.key.mid(overrides.size()), trip);
 }
 
 bool isHelper(const Difference& difference, const RoundTrip&) {
