@@ -23,7 +23,7 @@ Ended endOf(const QString& program, const QStringList& arguments) {
     QProcess process;
     process.setStandardOutputFile(QProcess::nullDevice());
     process.start(program, arguments);
-    EXPECT_TRUE(process.waitForFinished(60000));
+    EXPECT_TRUE(process.waitForFinished(240000)); // only a hang takes so long
     EXPECT_EQ(process.readAllStandardError().toStdString(), "");
     return {process.exitStatus() == QProcess::CrashExit && process.exitCode() == SIGKILL,
             process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0};
