@@ -35,7 +35,7 @@ protected:
     static Ending start(const QStringList& arguments) {
         QProcess process;
         process.start(QStringLiteral(REHEARSAL_PROGRAM), arguments);
-        EXPECT_TRUE(process.waitForFinished(60000));
+        EXPECT_TRUE(process.waitForFinished(240000)); // only a hang takes so long
         return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1, process.readAllStandardOutput(),
                 process.readAllStandardError()};
     }
