@@ -29,9 +29,10 @@ install_packages() {
 
 install_build_packages() {
     if [ "$(uname)" = Darwin ]; then
-        install_packages cmake ninja pkg-config qt qcoro nlohmann-json libplist
+        install_packages cmake ninja pkg-config qt qcoro nlohmann-json libheif libplist
     else
-        install_packages g++ cmake ninja-build pkg-config qt6-base-dev qcoro-qt6-dev nlohmann-json3-dev libplist-dev
+        # fonts-inter: a bare system has no font at all, and text would be painted blank.
+        install_packages g++ cmake ninja-build pkg-config qt6-base-dev qcoro-qt6-dev nlohmann-json3-dev libheif-dev libplist-dev fonts-inter
     fi
 }
 

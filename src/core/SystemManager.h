@@ -150,7 +150,7 @@ public:
     /// as the active one when every step succeeded. A failed check alone doesn't make the value false.
     QCoro::Task<bool> applyProfile(UnifiedProfile profile);
     QCoro::Task<ApplyVerificationResult> verifyProfile(UnifiedProfile profile);
-    /// Makes a profile the active one and posts QuorvaneSystemVerified.
+    /// Makes a profile the active one, posts QuorvaneSystemVerified and emits appliedConfigurationRecorded.
     void recordAppliedConfiguration(const UnifiedProfile& profile, const ApplyVerificationResult& verification);
 
     /// What the review shows before an apply. Changes nothing and never prompts.
@@ -353,6 +353,8 @@ Q_SIGNALS:
     void debugModeChanged(bool debugMode);
     void isVerifyingSystemChanged(bool isVerifyingSystem);
     void systemMatchChanged();
+    /// A profile has become the active one. What follows from that is a task of its own: connect with Qt::QueuedConnection.
+    void appliedConfigurationRecorded(const QString& profileName);
 
 private:
     // core/SystemManager+AdminBatch.cpp

@@ -15,4 +15,16 @@ inline const QString kQuorvaneCurrentMode = QStringLiteral("QuorvaneCurrentMode"
 /// String array: the paths of the apps that this program has put into the login items.
 inline const QString kQuorvaneManagedStartupAppPaths = QStringLiteral("QuorvaneManagedStartupAppPaths");
 
+/// Boolean: the app lock is on.
+inline const QString kQuorvaneAppLockEnabled = QStringLiteral("QuorvaneAppLockEnabled");
+
+/// Boolean: the active profile's name stands on the desktop pictures.
+inline const QString kShowProfileOnWallpaper = QStringLiteral("showProfileOnWallpaper");
+
+/// String: the name that stands there now. "Default", or a missing value, means none.
+inline const QString kWallpaperProfileName = QStringLiteral("wallpaperProfileName");
+
+/// String: "light", "dark", or anything else for the system's appearance.
+inline const QString kAppearanceMode = QStringLiteral("appearanceMode");
+
 } // namespace quorvane

@@ -3,17 +3,22 @@
 namespace quorvane {
 
 class BackgroundTaskPermissions;
+class Biometrics;
 class Bundles;
 class Clock;
 class CloudDrive;
 class CommandLauncher;
+class Displays;
 class FileManager;
+class Keychain;
 class Machine;
 class PropertyLists;
 class ScriptEngine;
+class SystemNotifications;
 class UserDefaults;
 
-/// Everything the program asks of the operating system. The ports outlive the objects that use them.
+/// Everything the program asks of the operating system, but for what needs a window (AlertPresenter, Workspace,
+/// Appearance). The ports outlive the objects that use them.
 struct Host {
     CommandLauncher& commands;
     ScriptEngine& scripts;
@@ -25,6 +30,10 @@ struct Host {
     BackgroundTaskPermissions& backgroundTaskPermissions;
     CloudDrive& cloud;
     Clock& clock;
+    Keychain& keychain;
+    Biometrics& biometrics;
+    Displays& displays;
+    SystemNotifications& notifications;
 };
 
 } // namespace quorvane

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QDateTime>
 #include <QString>
 #include <QtGlobal>
 
@@ -23,6 +24,9 @@ public:
     virtual QString computerName() const = 0;
     /// Of the real user, whatever rights the process has.
     virtual quint32 userId() const = 0;
+    /// A moment as the user writes it, in his language and time zone: the date in medium, the time in short length. "Nov 15,
+    /// 2026 at 9:05 PM".
+    virtual QString dateAndTimeText(const QDateTime& moment) const = 0;
 };
 
 } // namespace quorvane

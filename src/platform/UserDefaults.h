@@ -19,10 +19,13 @@ public:
     virtual std::optional<QString> string(const QString& key) const = 0;
     /// Empty when the key is missing or holds another type.
     virtual QStringList stringArray(const QString& key) const = 0;
+    /// False when the key is missing or holds another type.
+    virtual bool boolean(const QString& key) const = 0;
 
     /// A write that fails is not reported: the system keeps preferences in its own store.
     virtual void setString(const QString& key, const QString& value) = 0;
     virtual void setStringArray(const QString& key, const QStringList& value) = 0;
+    virtual void setBoolean(const QString& key, bool value) = 0;
 };
 
 } // namespace quorvane

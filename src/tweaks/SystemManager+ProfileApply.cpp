@@ -77,6 +77,7 @@ void SystemManager::recordAppliedConfiguration(const UnifiedProfile& profile,
     m_systemMatch = SystemConfigurationMatch{profile.name, MatchedConfigurationKind::savedProfile, verification};
     m_hasVerifiedSystem = true;
     Q_EMIT systemMatchChanged();
+    Q_EMIT appliedConfigurationRecorded(profile.name);
     postSystemMatch();
 }
 

@@ -116,7 +116,9 @@ public:
                 base.files,       base.defaults,
                 base.machine,     base.propertyLists,
                 base.bundles,     base.backgroundTaskPermissions,
-                base.cloud,       m_clock != nullptr ? *m_clock : base.clock};
+                base.cloud,       m_clock != nullptr ? *m_clock : base.clock,
+                base.keychain,    base.biometrics,
+                base.displays,    base.notifications};
     }
 
 private:

@@ -95,6 +95,19 @@ public:
         return QtFuture::makeReadyFuture(write(path, bytes));
     }
 
+    std::optional<QString> remove(const QString& path) override {
+        calls.append(QStringLiteral("remove ") + path);
+        const bool wasWaiting = waiting.remove(path) > 0;
+        if (!m_files.exists(path) && wasWaiting)
+            return std::nullopt;
+        try {
+            m_files.remove(path);
+        } catch (const FileError& error) {
+            return error.message();
+        }
+        return std::nullopt;
+    }
+
     void shutDown() override { m_isShutDown = true; }
 
 private:

@@ -3,19 +3,23 @@
 #include "core/NotificationCenter.h"
 #include "core/SystemManager.h"
 #include "fakes/CommandLine.h"
+#include "fakes/FixedBiometrics.h"
 #include "fakes/ManualClock.h"
+#include "fakes/ManualNotifications.h"
 #include "fakes/MemoryBundles.h"
 #include "fakes/MemoryCloudDrive.h"
+#include "fakes/MemoryDisplays.h"
 #include "fakes/MemoryFileManager.h"
+#include "fakes/MemoryKeychain.h"
+#include "fakes/MemoryUserDefaults.h"
 #include "fakes/ScriptedBackgroundTaskPermissions.h"
 #include "platform/Machine.h"
 #include "platform/ScriptEngine.h"
-#include "platform/UserDefaults.h"
 
 #include <QCoroTask>
+#include <QLocale>
 #include <QMap>
 #include <QPromise>
-#include <QVariant>
 
 #include <gtest/gtest.h>
 
@@ -119,18 +123,6 @@ private:
     QList<ScriptOutcome> m_outcomes;
 };
 
-class MemoryUserDefaults final : public UserDefaults {
-public:
-    std::optional<QString> string(const QString& key) const override {
-        return values.contains(key) ? std::optional(values.value(key).toString()) : std::nullopt;
-    }
-    QStringList stringArray(const QString& key) const override { return values.value(key).toStringList(); }
-    void setString(const QString& key, const QString& value) override { values.insert(key, value); }
-    void setStringArray(const QString& key, const QStringList& value) override { values.insert(key, value); }
-
-    QMap<QString, QVariant> values;
-};
-
 class FixedMachine final : public Machine {
 public:
     QString homeFolder() const override { return u"/Users/alex"_s; }
@@ -138,6 +130,9 @@ public:
     QString temporaryFolder() const override { return u"/var/folders/zz/alex/T"_s; }
     QString computerName() const override { return u"Studio"_s; }
     quint32 userId() const override { return MemoryFileManager::kUser; }
+    QString dateAndTimeText(const QDateTime& moment) const override {
+        return QLocale::c().toString(moment.toUTC(), u"MMM d, yyyy 'at' h:mm AP"_s);
+    }
 };
 
 /// A SystemManager over scripted ports. `trace` holds commands, scripts and log lines in the order in which they came.
@@ -154,6 +149,11 @@ protected:
     /// What was logged, run and asked since the last call, one per line.
     QString takeTrace() { return std::exchange(trace, {}).join(u'\n') + u'\n'; }
 
+    Host hostWith(FileManager& disk, Clock& time) {
+        return {commands,    scripts, disk, defaults, machine,    propertyLists, bundles,
+                permissions, cloud,   time, keychain, biometrics, displays,      systemNotifications};
+    }
+
     QStringList trace;
     QList<QPair<QString, QVariantMap>> posted;
     ScriptedCommandLauncher commands{trace};
@@ -166,10 +166,13 @@ protected:
     ScriptedBackgroundTaskPermissions permissions{trace};
     MemoryCloudDrive cloud{files};
     ManualClock clock;
+    MemoryKeychain keychain;
+    FixedBiometrics biometrics;
+    MemoryDisplays displays{files};
+    ManualNotifications systemNotifications;
     NotificationCenter notifications;
-    SystemManager system{
-        Host{commands, scripts, files, defaults, machine, propertyLists, bundles, permissions, cloud, clock},
-        notifications};
+    Host host = hostWith(files, clock);
+    SystemManager system{host, notifications};
 };
 
 } // namespace quorvane

@@ -59,9 +59,6 @@ const QString kNotRestored = u"  [INFO] Not restored: com.box.plist\n"_s;
 
 class KeptLaunchItems : public ScriptedSystem {
 protected:
-    Host hostWith(FileManager& disk) {
-        return {commands, scripts, disk, defaults, machine, propertyLists, bundles, permissions, cloud, clock};
-    }
     /// A folder and those around it, up to "/Library", which only root can change.
     static void addRootsFolder(MemoryFileManager& disk, const QString& folder) {
         disk.addFolders(folder);
@@ -276,7 +273,7 @@ TEST_F(KeptLaunchItems, theLabelOfACopyThatTheUserCanChangeIsNotBelieved) {
     open.addFile(kKeptDaemons + kLabel, "box");
     open.setOwner(kKeptDaemons + kLabel, 0);
     addRootsFolder(open, kKeptDaemons.chopped(1));
-    SystemManager manager(hostWith(open), notifications);
+    SystemManager manager(hostWith(open, clock), notifications);
     manager.beginAdminBatch();
     manager.queueKeptLaunchItems();
     QCoro::waitFor(manager.finishAdminBatch(u"Please."_s));

@@ -51,9 +51,6 @@ protected:
     bool disable(const QStringList& labels, const QSet<QString>& excludedIds = {}) {
         return QCoro::waitFor(system.disableLaunchItems(labels, excludedIds));
     }
-    Host hostWith(FileManager& disk) {
-        return {commands, scripts, disk, defaults, machine, propertyLists, bundles, permissions, cloud, clock};
-    }
     bool finishBatch() { return QCoro::waitFor(system.finishAdminBatch(u"Please."_s)); }
     void restore() { QCoro::waitFor(system.restoreLaunchItems()); }
     QString prompted(const QString& line, const QString& prompt) {
@@ -185,7 +182,7 @@ TEST_F(LaunchItems, aPlistIsQueuedOnceInABatch) {
 TEST_F(LaunchItems, onePlistUnderTwoSpellingsIsQueuedOnce) {
     MemoryFileManager ignoringCase(MemoryFileManager::Case::Ignored);
     ignoringCase.addFile(kAgents + kLabel, "box");
-    SystemManager other(hostWith(ignoringCase), notifications);
+    SystemManager other(hostWith(ignoringCase, clock), notifications);
     other.beginAdminBatch();
     EXPECT_TRUE(
         QCoro::waitFor(other.disableLaunchItems({kLabel, kLabel.toUpper().replace(u"PLIST"_s, u"plist"_s)}, {})));
@@ -287,7 +284,7 @@ TEST_F(LaunchItems, aHostileNameIsQuotedForTheShellOfRoot) {
 TEST_F(LaunchItems, aLinkInThePlaceOfABackupFolderStopsTheMove) {
     for (const QString& link : {kBackup, kDaemonsBackup.chopped(1), kUsersBackup.chopped(1)}) {
         MemoryFileManager fresh;
-        SystemManager manager(hostWith(fresh), notifications);
+        SystemManager manager(hostWith(fresh, clock), notifications);
         fresh.addFolders(u"/tmp/elsewhere"_s);
         fresh.addLink(link, u"/tmp/elsewhere"_s);
         fresh.addFile(kUsersAgents + kLabel, "mine");
@@ -348,7 +345,7 @@ TEST_F(LaunchItems, aMoveThatFailsStopsNoOther) {
 TEST_F(LaunchItems, aFailureAtAnyChangeIsReportedAndLosesNoPlist) {
     for (int number = 1; number <= 3; ++number) {
         MemoryFileManager full;
-        SystemManager manager(hostWith(full), notifications);
+        SystemManager manager(hostWith(full, clock), notifications);
         full.addFile(kUsersAgents + kLabel, "box");
         full.failAtChange(number);
         const bool succeeded = QCoro::waitFor(manager.disableLaunchItems(QStringList(kLabel), {}));
@@ -423,7 +420,7 @@ TEST_F(LaunchItems, onlyPlistsAreRestored) {
 TEST_F(LaunchItems, aLinkInThePlaceOfABackupFolderGivesNothingBack) {
     for (const QString& link : {kBackup, kDaemonsBackup.chopped(1), kUsersBackup.chopped(1)}) {
         MemoryFileManager fresh;
-        SystemManager manager(hostWith(fresh), notifications);
+        SystemManager manager(hostWith(fresh, clock), notifications);
         fresh.addFolders(kUsersAgents);
         fresh.addFolders(kDaemons);
         fresh.addFile(u"/tmp/elsewhere/com.planted.plist"_s, "planted");

@@ -71,8 +71,7 @@ protected:
     }
 
     QTimer turns;
-    MasterSystemBaselineManager manager{
-        Host{commands, scripts, files, defaults, machine, propertyLists, bundles, permissions, cloud, clock}};
+    MasterSystemBaselineManager manager{host};
 };
 
 } // namespace
@@ -100,8 +99,7 @@ TEST_F(MasterBaselines, areMissedOnlyAfterThreeSeconds) {
 
 TEST_F(MasterBaselines, areMissedAfterThreeSecondsOfRealTimeWithTheEventLoopRunning) {
     SystemClock realClock;
-    MasterSystemBaselineManager realManager{
-        Host{commands, scripts, files, defaults, machine, propertyLists, bundles, permissions, cloud, realClock}};
+    MasterSystemBaselineManager realManager{hostWith(files, realClock)};
     const Ticks ticks;
     QElapsedTimer time;
     time.start();

@@ -12,8 +12,8 @@ const QString kRead = u"/usr/bin/defaults read com.example.app key"_s;
 
 class Readings : public ScriptedSystem {
 protected:
-    std::optional<QString> value(PreferenceHost host = PreferenceHost::Any) {
-        return QCoro::waitFor(system.readDefaultValue(u"com.example.app"_s, u"key"_s, host));
+    std::optional<QString> value(PreferenceHost place = PreferenceHost::Any) {
+        return QCoro::waitFor(system.readDefaultValue(u"com.example.app"_s, u"key"_s, place));
     }
     std::optional<QString> valuePrinted(const QByteArray& output) {
         commands.print(kRead, output);

@@ -178,4 +178,22 @@ std::optional<QString> SimulatedCloudDrive::write(const QString& path, const QBy
     return std::nullopt;
 }
 
+std::optional<QString> SimulatedCloudDrive::remove(const QString& path) {
+    if (m_isShutDown) {
+        return u"The program is quitting."_s;
+    }
+    const bool isWaiting = !waitingFile(m_mac.state().read(kSubject), path).is_null();
+    if (m_files.exists(path) || !isWaiting) {
+        try {
+            m_files.remove(path);
+        } catch (const FileError& error) {
+            return error.message();
+        }
+    }
+    if (isWaiting) {
+        m_mac.state().update(kSubject, [&](Json& state) { state["files"].erase(path.toStdString()); });
+    }
+    return std::nullopt;
+}
+
 } // namespace quorvane

@@ -37,6 +37,7 @@ public:
     bool isCurrent(const QString& path) const override;
     bool create(const QString& path, const QByteArray& bytes) override;
     QFuture<std::optional<QString>> replace(const QString& path, const QByteArray& bytes) override;
+    std::optional<QString> remove(const QString& path) override;
     void shutDown() override { m_isShutDown = true; }
 
 private:

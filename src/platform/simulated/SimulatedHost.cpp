@@ -19,6 +19,10 @@ SimulatedHost::SimulatedHost(const QString& macFolder, AuthorizationPrompt& auth
     , m_bundles(m_mac, m_propertyLists)
     , m_permissions(m_mac)
     , m_cloud(m_mac, m_faultyFiles)
+    , m_keychain(m_mac, options.finger != nullptr ? *options.finger : m_nobody)
+    , m_biometrics(m_mac)
+    , m_displays(m_mac)
+    , m_notifications(m_mac)
     , m_commands(m_mac.hostFolder() + u"/usr/bin/env"_s, m_environment)
     , m_scripts(m_mac.hostFolder() + u"/usr/libexec/scriptengine"_s, m_environment, authorization)
     , m_counter(options.faultsFile) {
@@ -26,14 +30,16 @@ SimulatedHost::SimulatedHost(const QString& macFolder, AuthorizationPrompt& auth
 }
 
 Host SimulatedHost::host() {
-    return {m_faultyCommands, m_faultyScripts, m_faultyFiles, m_defaults, m_machine,
-            m_propertyLists,  m_bundles,       m_permissions, m_cloud,    m_clock};
+    return {m_faultyCommands, m_faultyScripts, m_faultyFiles, m_defaults,     m_machine,
+            m_propertyLists,  m_bundles,       m_permissions, m_cloud,        m_clock,
+            m_keychain,       m_biometrics,    m_displays,    m_notifications};
 }
 
 void SimulatedHost::shutDown() {
     m_commands.shutDown();
     m_scripts.shutDown();
     m_cloud.shutDown();
+    m_keychain.shutDown();
     m_clock.shutDown();
 }
 

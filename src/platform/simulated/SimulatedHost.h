@@ -4,13 +4,18 @@
 #include "platform/portable/ProcessCommandLauncher.h"
 #include "platform/portable/SystemClock.h"
 #include "platform/simulated/AuthorizationPrompt.h"
+#include "platform/simulated/BiometricPrompt.h"
 #include "platform/simulated/FaultyCommands.h"
 #include "platform/simulated/FaultyFileManager.h"
 #include "platform/simulated/SimulatedBackgroundTaskPermissions.h"
+#include "platform/simulated/SimulatedBiometrics.h"
 #include "platform/simulated/SimulatedBundles.h"
 #include "platform/simulated/SimulatedCloudDrive.h"
+#include "platform/simulated/SimulatedDisplays.h"
 #include "platform/simulated/SimulatedFileManager.h"
+#include "platform/simulated/SimulatedKeychain.h"
 #include "platform/simulated/SimulatedMachine.h"
+#include "platform/simulated/SimulatedNotifications.h"
 #include "platform/simulated/SimulatedPropertyLists.h"
 #include "platform/simulated/SimulatedScriptEngine.h"
 #include "platform/simulated/SimulatedUserDefaults.h"
@@ -23,6 +28,7 @@ struct SimulatedHostOptions {
     QString program;     ///< the `macsim` program; the Mac's commands are made to lead to it where they lead elsewhere
     QString faultsFile;  ///< what goes wrong on purpose; see macsim::Faults, FileFaults and CommandCounter
     QString journalFile; ///< a further file for the journal
+    BiometricPrompt* finger = nullptr; ///< who is asked for a finger; without anybody every question is cancelled
 };
 
 /// All ports, connected to one simulated Mac.
@@ -47,6 +53,11 @@ private:
     SimulatedBundles m_bundles;
     SimulatedBackgroundTaskPermissions m_permissions;
     SimulatedCloudDrive m_cloud;
+    BiometricPolicy m_nobody{BiometricAnswer::Cancel};
+    SimulatedKeychain m_keychain;
+    SimulatedBiometrics m_biometrics;
+    SimulatedDisplays m_displays;
+    SimulatedNotifications m_notifications;
     SystemClock m_clock;
     ProcessCommandLauncher m_commands;
     SimulatedScriptEngine m_scripts;

@@ -3,6 +3,8 @@
 #include "platform/Machine.h"
 #include "simulator/Mac.h"
 
+#include <QLocale>
+
 namespace quorvane {
 
 /// The machine of a simulated Mac and its one user.
@@ -18,6 +20,10 @@ public:
     QString temporaryFolder() const override { return m_mac.temporaryFolder().chopped(1); }
     QString computerName() const override { return m_mac.machine().computerName; }
     quint32 userId() const override { return static_cast<quint32>(m_mac.machine().userId); }
+    /// As a Mac whose language is English.
+    QString dateAndTimeText(const QDateTime& moment) const override {
+        return QLocale::c().toString(moment.toLocalTime(), QStringLiteral("MMM d, yyyy 'at' h:mm AP"));
+    }
 
 private:
     const macsim::Mac& m_mac;

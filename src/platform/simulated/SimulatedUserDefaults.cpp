@@ -50,6 +50,12 @@ QStringList SimulatedUserDefaults::stringArray(const QString& key) const {
     return texts;
 }
 
+bool SimulatedUserDefaults::boolean(const QString& key) const {
+    const std::optional<macsim::PropertyList> value = store(m_mac).read(ownDomain(), key);
+    const bool* isOn = value ? value->as<bool>() : nullptr;
+    return isOn != nullptr && *isOn;
+}
+
 void SimulatedUserDefaults::setString(const QString& key, const QString& value) {
     writeOwn(m_mac, key, value);
 }
@@ -57,6 +63,10 @@ void SimulatedUserDefaults::setString(const QString& key, const QString& value) 
 void SimulatedUserDefaults::setStringArray(const QString& key, const QStringList& value) {
     const macsim::PropertyList::Array array(value.begin(), value.end());
     writeOwn(m_mac, key, array);
+}
+
+void SimulatedUserDefaults::setBoolean(const QString& key, bool value) {
+    writeOwn(m_mac, key, value);
 }
 
 } // namespace quorvane

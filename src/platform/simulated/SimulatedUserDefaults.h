@@ -13,8 +13,10 @@ public:
 
     std::optional<QString> string(const QString& key) const override;
     QStringList stringArray(const QString& key) const override;
+    bool boolean(const QString& key) const override;
     void setString(const QString& key, const QString& value) override;
     void setStringArray(const QString& key, const QStringList& value) override;
+    void setBoolean(const QString& key, bool value) override;
 
 private:
     const macsim::Mac& m_mac;

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <optional>
+
+namespace quorvane {
+
+enum class ColorScheme { Light, Dark };
+
+/// How the program's windows look. Main thread.
+class Appearance {
+public:
+    Appearance() = default;
+    Appearance(const Appearance&) = delete;
+    Appearance& operator=(const Appearance&) = delete;
+    virtual ~Appearance() = default;
+
+    /// @param scheme  none follows the system
+    virtual void setAppearance(std::optional<ColorScheme> scheme) = 0;
+};
+
+} // namespace quorvane

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "platform/Displays.h"
+#include "simulator/Mac.h"
+
+namespace quorvane {
+
+/// The displays of a simulated Mac, by the state subject "displays"; without it the Mac has none:
+///
+///     [{"number": 1, "localizedName": "Built-in Retina Display", "frame": [0, 0, 1512, 982], "scale": 2,
+///       "picture": "/System/Library/Desktop Pictures/Stage.png", "scaling": 3, "allowClipping": true,
+///       "isConnected": true, "settingFails": "The picture could not be set."}, …]
+///
+/// "number"        may be missing, as a screen's may
+/// "picture"       may be missing: the system doesn't say what the display shows
+/// "isConnected"   false while the display is unplugged; it keeps its picture meanwhile
+/// "settingFails"  why no picture can be set on it; without it every file that exists can
+///
+/// "scaling" and "allowClipping" are what the last picture was set with. A change tells SimulatedNotifications.
+class SimulatedDisplays final : public Displays {
+public:
+    explicit SimulatedDisplays(const macsim::Mac& mac)
+        : m_mac(mac) {}
+
+    QList<Display> screens() const override;
+    std::optional<QString> desktopPicture(const Display& display) const override;
+    std::optional<QString> setDesktopPicture(const Display& display, const QString& path) override;
+    QFuture<QImage> loadPicture(const QString& path) override;
+
+private:
+    const macsim::Mac& m_mac;
+};
+
+} // namespace quorvane

@@ -1,0 +1,59 @@
+#include "platform/simulated/SimulatedNotifications.h"
+
+#include <QFileSystemWatcher>
+#include <QObject>
+
+#include <utility>
+
+namespace quorvane {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// The state subject whose changes a notification tells of; null when it is another notification.
+const char* subjectOf(const QString& name) {
+    if (name == u"com.apple.desktop"_s) {
+        return "displays";
+    }
+    return name == u"AppleInterfaceThemeChangedNotification"_s ? "appearance" : nullptr;
+}
+
+/// A state file is replaced by each change, so it is the folder that is watched.
+class StateObservation final : public NotificationObservation {
+public:
+    StateObservation(const macsim::Mac& mac, const char* subject, std::function<void()> handler)
+        : m_mac(mac)
+        , m_subject(subject)
+        , m_handler(std::move(handler))
+        , m_revision(mac.state().revision(subject)) {
+        m_watcher.addPath(mac.hostFolder() + macsim::kStateFolder.toString());
+        QObject::connect(&m_watcher, &QFileSystemWatcher::directoryChanged, [this] { tellOfChange(); });
+    }
+
+private:
+    void tellOfChange() {
+        const QByteArray revision = m_mac.state().revision(m_subject);
+        if (std::exchange(m_revision, revision) != revision) {
+            m_handler();
+        }
+    }
+
+    const macsim::Mac& m_mac;
+    const char* m_subject;
+    std::function<void()> m_handler;
+    QByteArray m_revision;
+    QFileSystemWatcher m_watcher;
+};
+
+} // namespace
+
+std::unique_ptr<NotificationObservation> SimulatedNotifications::observe(const QString& name,
+                                                                         std::function<void()> handler) {
+    if (const char* subject = subjectOf(name)) {
+        return std::make_unique<StateObservation>(m_mac, subject, std::move(handler));
+    }
+    return std::make_unique<NotificationObservation>();
+}
+
+} // namespace quorvane
