@@ -9,28 +9,29 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-enum class Operand { None, Optional, Required };
-
 struct Command {
     QStringView name;
-    Operand operand;
+    qsizetype fewestOperands;
+    qsizetype mostOperands;
 };
 
-constexpr std::array<Command, 15> kCommands{{{u"new", Operand::Optional},
-                                             {u"shell", Operand::Required},
-                                             {u"preview", Operand::Required},
-                                             {u"apply", Operand::Required},
-                                             {u"tweaks", Operand::Required},
-                                             {u"startup", Operand::Required},
-                                             {u"discover", Operand::None},
-                                             {u"default", Operand::None},
-                                             {u"snapshot", Operand::Optional},
-                                             {u"revert", Operand::None},
-                                             {u"reinstate", Operand::None},
-                                             {u"scan", Operand::None},
-                                             {u"verify", Operand::Required},
-                                             {u"maintenance", Operand::None},
-                                             {u"network", Operand::None}}};
+constexpr std::array<Command, 17> kCommands{{{u"new", 0, 1},
+                                             {u"shell", 1, 1},
+                                             {u"preview", 1, 1},
+                                             {u"apply", 1, 1},
+                                             {u"tweaks", 1, 1},
+                                             {u"startup", 1, 1},
+                                             {u"discover", 0, 0},
+                                             {u"default", 0, 0},
+                                             {u"snapshot", 0, 1},
+                                             {u"revert", 0, 0},
+                                             {u"reinstate", 0, 0},
+                                             {u"scan", 0, 0},
+                                             {u"verify", 1, 1},
+                                             {u"maintenance", 0, 0},
+                                             {u"network", 0, 0},
+                                             {u"label", 4, 4},
+                                             {u"overlay", 0, 1}}};
 
 const Command& commandNamed(const QString& name) {
     for (const Command& command : kCommands) {
@@ -63,15 +64,16 @@ bool* switchOf(Arguments& arguments, const QString& option) {
         QStringView option;
         bool* value;
     };
-    const std::array<Switch, 9> switches{{{u"shell", u"--root", &arguments.asRoot},
-                                          {u"snapshot", u"--master", &arguments.asMaster},
-                                          {u"maintenance", u"--caches", &arguments.maintenance.clearCache},
-                                          {u"maintenance", u"--trash", &arguments.maintenance.cleanTrash},
-                                          {u"maintenance", u"--downloads", &arguments.maintenance.purgeDownloads},
-                                          {u"network", u"--flush", &arguments.network.flushDNS},
-                                          {u"network", u"--reset", &arguments.network.resetConfig},
-                                          {u"network", u"--disable", &arguments.network.disableAll},
-                                          {u"network", u"--enable", &arguments.network.enableAll}}};
+    const std::array<Switch, 10> switches{{{u"shell", u"--root", &arguments.asRoot},
+                                           {u"overlay", u"--off", &arguments.withoutOverlay},
+                                           {u"snapshot", u"--master", &arguments.asMaster},
+                                           {u"maintenance", u"--caches", &arguments.maintenance.clearCache},
+                                           {u"maintenance", u"--trash", &arguments.maintenance.cleanTrash},
+                                           {u"maintenance", u"--downloads", &arguments.maintenance.purgeDownloads},
+                                           {u"network", u"--flush", &arguments.network.flushDNS},
+                                           {u"network", u"--reset", &arguments.network.resetConfig},
+                                           {u"network", u"--disable", &arguments.network.disableAll},
+                                           {u"network", u"--enable", &arguments.network.enableAll}}};
     const auto found = std::find_if(switches.begin(), switches.end(), [&](const Switch& each) {
         return each.command == arguments.command && each.option == option;
     });
@@ -112,10 +114,11 @@ Arguments parsedArguments(const QStringList& list) {
     arguments.command = rest.takeFirst();
     const Command& command = commandNamed(arguments.command);
     takeOptions(rest, arguments);
-    if (command.operand != Operand::None && !rest.isEmpty()) {
-        arguments.operand = rest.takeFirst();
+    while (arguments.operands.size() < command.mostOperands && !rest.isEmpty()) {
+        arguments.operands.append(rest.takeFirst());
         takeOptions(rest, arguments);
-    } else if (command.operand == Operand::Required) {
+    }
+    if (arguments.operands.size() < command.fewestOperands) {
         throw UnusableInput(arguments.command + u": an operand is missing"_s);
     }
     if (!rest.isEmpty()) {
@@ -123,6 +126,9 @@ Arguments parsedArguments(const QStringList& list) {
     }
     if (arguments.command == u"new"_s && arguments.macFolder.isEmpty()) {
         throw UnusableInput(u"new: --mac says where to make the Mac"_s);
+    }
+    if (arguments.command == u"overlay"_s && arguments.withoutOverlay != arguments.operands.isEmpty()) {
+        throw UnusableInput(u"overlay: either a name or --off"_s);
     }
     return arguments;
 }
@@ -159,6 +165,9 @@ Commands
   network [--flush] [--reset] [--disable] [--enable]
                                   flushes the caches of names and addresses, resets the name servers, switches all
                                   network services off or on
+  label IMAGE OUT.jpg NAME WIDTHxHEIGHT
+                                  puts the wallpaper label on one picture, for a display of that many pixels; touches no Mac
+  overlay NAME | --off            shows a profile's name on the simulated displays' desktop pictures, or takes it away
 
 Options may stand behind the command, too.
 Exit status: 0 done, and verified where the command verifies (of a scan: something fits); 1 not; 2 unusable arguments or files.

@@ -31,12 +31,16 @@ struct Arguments {
     QString journalFile;
     bool json = false;
 
-    QString command;       ///< "new", "shell", "apply", …
-    QString operand;       ///< the file or the line that the command is about; may be empty where it is optional
-    bool asRoot = false;   ///< of `shell`
-    bool asMaster = false; ///< of `snapshot`
+    QString command;             ///< "new", "shell", "apply", …
+    QStringList operands;        ///< the file or the line that the command is about; as many as the command takes
+    bool asRoot = false;         ///< of `shell`
+    bool asMaster = false;       ///< of `snapshot`
+    bool withoutOverlay = false; ///< of `overlay`
     MaintenanceSelection maintenance;
     NetworkOperations network;
+
+    /// The first operand; empty when there is none.
+    QString operand() const { return operands.value(0); }
 };
 
 /// @param list  without the program's name. Throws UnusableInput.

@@ -29,8 +29,10 @@ Rehearsal::Rehearsal(const QString& macFolder, macsim::Authorization authorizati
     : m_authorization(authorization)
     , m_host(macFolder, m_authorization, options)
     , m_system(m_host.host(), m_notifications)
+    , m_overlay(m_host.host())
     , m_profiles(m_host.host().files, profilesDirectory(m_host.host().machine)) {
     connect(&m_system, &SystemManager::messageLogged, this, &Rehearsal::linePrinted);
+    m_overlay.follow(m_system);
 }
 
 void Rehearsal::print(const QStringList& lines) {
@@ -55,6 +57,9 @@ QCoro::Task<RehearsalOutcome> Rehearsal::applyProfileFile(QString hostPath) {
     outcome.succeeded = co_await m_system.applyProfile(*stored);
     m_system.endBusy();
     outcome.verification = m_system.lastApplyVerification();
+    if (outcome.succeeded) {
+        co_await m_overlay.updateForAppliedProfile(stored->name);
+    }
     co_return outcome;
 }
 
@@ -126,6 +131,9 @@ QCoro::Task<RehearsalOutcome> Rehearsal::verifyProfileFile(QString hostPath) {
 QCoro::Task<RehearsalOutcome> Rehearsal::restoreDefault() {
     RehearsalOutcome outcome;
     const RestoreOutcome restore = co_await m_system.restoreDefault();
+    if (restore.succeeded) {
+        co_await m_overlay.refreshForProfile(UnifiedProfile::defaultProfile().name);
+    }
     finishWayBack(outcome, restore, defaultAlert(restore));
     outcome.match = co_await m_system.scanCurrentSystem(m_profiles.listProfiles());
     co_return outcome;
@@ -185,6 +193,32 @@ QCoro::Task<RehearsalOutcome> Rehearsal::operateNetwork(NetworkOperations operat
     outcome.succeeded = result.isComplete();
     tell(outcome, {result.alertTitle(), result.alertText()});
     co_return outcome;
+}
+
+QCoro::Task<RehearsalOutcome> Rehearsal::showOverlay(QString name) {
+    co_await m_overlay.setOverlayEnabled(true, name);
+    RehearsalOutcome outcome;
+    outcome.succeeded = m_overlay.isOverlayInPlace();
+    print(displayLines());
+    co_return outcome;
+}
+
+QCoro::Task<RehearsalOutcome> Rehearsal::removeOverlay() {
+    co_await m_overlay.setOverlayEnabled(false, {});
+    RehearsalOutcome outcome;
+    outcome.succeeded = true;
+    print(displayLines());
+    co_return outcome;
+}
+
+/// What each display shows: "Built-in Retina Display: /Library/Desktop Pictures/Stage.jpg".
+QStringList Rehearsal::displayLines() {
+    const Displays& displays = m_host.host().displays;
+    QStringList lines;
+    for (const Display& display : displays.screens()) {
+        lines.append(display.localizedName + u": "_s + displays.desktopPicture(display).value_or(u"unknown"_s));
+    }
+    return lines;
 }
 
 void Rehearsal::tell(RehearsalOutcome& outcome, const ClosingAlert& alert) {

@@ -8,6 +8,7 @@
 #include "profiles/ProfileManager.h"
 #include "profiles/UnifiedProfile.h"
 #include "rehearsal/Arguments.h"
+#include "services/WallpaperProfileOverlay.h"
 #include "snapshots/RestoreBaseline.h"
 #include "verification/SystemConfigurationMatch.h"
 
@@ -59,6 +60,12 @@ public:
     QCoro::Task<RehearsalOutcome> discover();
     QCoro::Task<RehearsalOutcome> maintain(MaintenanceSelection selection);
     QCoro::Task<RehearsalOutcome> operateNetwork(NetworkOperations operations);
+    /// Shows a profile's name on the desktop pictures. Done when every display has it.
+    QCoro::Task<RehearsalOutcome> showOverlay(QString name);
+    QCoro::Task<RehearsalOutcome> removeOverlay();
+
+    /// Ends when nothing runs on that a command has led to.
+    QCoro::Task<void> finished() { return m_overlay.finished(); }
 
     /// Ends whatever runs, so that the flow comes to its end.
     void quit() { m_host.shutDown(); }
@@ -70,6 +77,7 @@ Q_SIGNALS:
 private:
     void print(const QStringList& lines);
     void tell(RehearsalOutcome& outcome, const ClosingAlert& alert);
+    QStringList displayLines();
     void finishWayBack(RehearsalOutcome& outcome, const RestoreOutcome& restore, const ClosingAlert& alert);
     std::optional<UnifiedProfile> storedProfile(const UnifiedProfile& profile, const QString& hostPath);
 
@@ -77,6 +85,7 @@ private:
     SimulatedHost m_host;
     NotificationCenter m_notifications;
     SystemManager m_system;
+    WallpaperProfileOverlay m_overlay;
     ProfileManager m_profiles;
 };
 

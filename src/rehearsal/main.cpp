@@ -1,6 +1,7 @@
 // The rehearsal: the program's flows on a simulated Mac, from a terminal.
 
 #include "rehearsal/Arguments.h"
+#include "rehearsal/LabelCommand.h"
 #include "rehearsal/QuitSignals.h"
 #include "rehearsal/Rehearsal.h"
 #include "rehearsal/Report.h"
@@ -8,11 +9,12 @@
 #include "simulator/MacSkeleton.h"
 #include "simulator/tools/Registry.h"
 
-#include <QCoreApplication>
 #include <QCoroTask>
 #include <QDir>
 #include <QFile>
+#include <QGuiApplication>
 #include <QHash>
+#include <QLoggingCategory>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTimer>
@@ -96,7 +98,7 @@ int runShell(const Arguments& arguments, const QString& macFolder) {
         }
     });
     QTimer::singleShot(0, &shell, [&shell, &mac, &arguments] {
-        shell.start(mac.hostFolder() + u"/bin/sh"_s, {u"-c"_s, arguments.operand});
+        shell.start(mac.hostFolder() + u"/bin/sh"_s, {u"-c"_s, arguments.operand()});
     });
     return QCoreApplication::exec();
 }
@@ -109,7 +111,7 @@ QCoro::Task<RehearsalOutcome> runFlow(Rehearsal& rehearsal, Arguments arguments)
                                                     {u"startup"_s, &Rehearsal::applyStartupOfFile},
                                                     {u"verify"_s, &Rehearsal::verifyProfileFile}};
     if (const FileFlow flow = fileFlows.value(arguments.command, nullptr)) {
-        co_return co_await (rehearsal.*flow)(arguments.operand);
+        co_return co_await (rehearsal.*flow)(arguments.operand());
     }
     using PlainFlow = QCoro::Task<RehearsalOutcome> (Rehearsal::*)();
     static const QHash<QString, PlainFlow> plainFlows{{u"discover"_s, &Rehearsal::discover},
@@ -126,8 +128,12 @@ QCoro::Task<RehearsalOutcome> runFlow(Rehearsal& rehearsal, Arguments arguments)
     if (arguments.command == u"network"_s) {
         co_return co_await rehearsal.operateNetwork(arguments.network);
     }
+    if (arguments.command == u"overlay"_s) {
+        co_return co_await (arguments.withoutOverlay ? rehearsal.removeOverlay()
+                                                     : rehearsal.showOverlay(arguments.operand()));
+    }
     using Archive = SystemManager::MasterArchive;
-    co_return co_await rehearsal.saveSnapshot(arguments.operand, arguments.asMaster ? Archive::Yes : Archive::No);
+    co_return co_await rehearsal.saveSnapshot(arguments.operand(), arguments.asMaster ? Archive::Yes : Archive::No);
 }
 
 QCoro::Task<void> runFlowToItsEnd(Rehearsal& rehearsal, Arguments arguments) {
@@ -138,6 +144,7 @@ QCoro::Task<void> runFlowToItsEnd(Rehearsal& rehearsal, Arguments arguments) {
             std::fputs(jsonReport(arguments.command, rehearsal.system().logMessages(), outcome).constData(), stdout);
         }
         status = outcome.isDone() ? kDone : kNotDone;
+        co_await rehearsal.finished();
     } catch (const std::exception& error) {
         std::fprintf(stderr, "%s\n", error.what());
     }
@@ -166,17 +173,33 @@ int run(const QStringList& list) {
     }
     const Arguments arguments = parsedArguments(list);
     if (arguments.command == u"new"_s) {
-        makeMac(arguments.macFolder, arguments.operand);
+        makeMac(arguments.macFolder, arguments.operand());
         return kDone;
+    }
+    if (arguments.command == u"label"_s) {
+        const QStringList& operands = arguments.operands;
+        return labelPicture(operands.at(0), operands.at(1), operands.at(2), operands.at(3)) ? kDone : kNotDone;
     }
     const ChosenMac mac(arguments);
     return arguments.command == u"shell"_s ? runShell(arguments, mac.folder()) : runFlowOnMac(arguments, mac.folder());
 }
 
+/// The label on the wallpaper is painted without a display. Where there is none, Qt complains that it has no folder of the
+/// session for one.
+std::unique_ptr<QGuiApplication> makeApplication(int& argumentCount, char** arguments) {
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
+    QLoggingCategory::setFilterRules(u"default.warning=false"_s);
+    auto application = std::make_unique<QGuiApplication>(argumentCount, arguments);
+    QLoggingCategory::setFilterRules({});
+    return application;
+}
+
 } // namespace
 
 int main(int argumentCount, char** arguments) {
-    const QCoreApplication application(argumentCount, arguments);
+    const std::unique_ptr<QGuiApplication> application = makeApplication(argumentCount, arguments);
     try {
         return run(QCoreApplication::arguments().mid(1));
     } catch (const std::exception& error) {

@@ -76,6 +76,9 @@ QByteArray contents(const Json& file) {
     if (file.contains("text")) {
         return QByteArray::fromStdString(file.at("text").get<std::string>());
     }
+    if (file.contains("base64")) {
+        return QByteArray::fromBase64(QByteArray::fromStdString(file.at("base64").get<std::string>()));
+    }
     const PropertyList list = propertyListFromJson(file.at("propertyList"));
     return file.value("format", std::string("xml")) == "binary" ? binaryPropertyList(list) : xmlPropertyList(list);
 }

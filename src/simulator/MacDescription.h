@@ -15,7 +15,8 @@ namespace macsim {
 //                     "files": {"/Library/Preferences/com.apple.TimeMachine": {…}}}
 //                    JSON's types become those of property lists; see propertyListFromJson
 //     "folders"      ["/Users/alex/Music/Ableton", …]
-//     "files"        [{"path": "/…", "text": "…"}, {"path": "/…", "propertyList": {…}, "format": "xml" | "binary"}]
+//     "files"        [{"path": "/…", "text": "…"}, {"path": "/…", "base64": "…"},
+//                     {"path": "/…", "propertyList": {…}, "format": "xml" | "binary"}]
 //     "links"        [{"path": "/…", "target": "/…"}]
 //     "ownedByRoot"  ["/Applications/Live.app", …]                 these files, and folders with all that is in them, are
 //                    root's; what isn't named belongs to whom its place says (see Volume)

@@ -1,0 +1,57 @@
+#include "rehearsal/LabelCommand.h"
+
+#include "platform/FileManager.h"
+#include "platform/portable/DiskFileManager.h"
+#include "platform/portable/PictureDecoder.h"
+#include "rehearsal/Arguments.h"
+#include "services/WallpaperLabel.h"
+
+#include <QRegularExpression>
+
+#include <cstdio>
+
+namespace quorvane {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QSizeF canvasFrom(const QString& size) {
+    static const QRegularExpression form(u"^([1-9][0-9]{0,4})x([1-9][0-9]{0,4})$"_s);
+    const QRegularExpressionMatch match = form.match(size);
+    if (!match.hasMatch()) {
+        throw UnusableInput(u"label: not a size such as 3024x1964: "_s + size);
+    }
+    return QSizeF(match.captured(1).toInt(), match.captured(2).toInt());
+}
+
+QImage pictureIn(const QString& file) {
+    try {
+        const QImage picture = decodedPicture(DiskFileManager().read(file));
+        if (picture.isNull()) {
+            throw UnusableInput(file + u": not a picture that can be read"_s);
+        }
+        return picture;
+    } catch (const FileError& error) {
+        throw UnusableInput(error.message());
+    }
+}
+
+} // namespace
+
+bool labelPicture(const QString& image, const QString& outFile, const QString& name, const QString& size) {
+    const QSizeF canvas = canvasFrom(size);
+    const QByteArray file = jpegFile(labelledPicture(pictureIn(image), name, canvas));
+    try {
+        if (file.isEmpty()) {
+            throw FileError(outFile, u"The label could not be composed"_s);
+        }
+        DiskFileManager().writeAtomically(outFile, file);
+        return true;
+    } catch (const FileError& error) {
+        std::fprintf(stderr, "%s\n", error.what());
+        return false;
+    }
+}
+
+} // namespace quorvane

@@ -1,0 +1,102 @@
+#pragma once
+
+#include "platform/Displays.h"
+#include "platform/Host.h"
+#include "services/WallpaperFiles.h"
+#include "services/WallpaperManifest.h"
+
+#include <QHash>
+#include <QList>
+#include <QString>
+
+#include <functional>
+#include <optional>
+
+namespace QCoro {
+template <typename T>
+class Task;
+}
+
+namespace quorvane {
+
+using LogAction = std::function<void(const QString& line)>;
+
+/// A profile's name on the desktop picture of every display. It shows a labelled copy of the user's own picture, and puts
+/// that back.
+///
+/// No picture of the user's is lost: what a display shows is kept, and so is what will be needed by a display that isn't
+/// connected or on which no picture could be set. A display whose picture the program hasn't made is the user's: it is
+/// labelled, and never put back to an older one. Each display fails alone, with a line in the log.
+///
+/// Main thread; the pixels are worked on off it. One operation at a time.
+class DesktopLabel {
+public:
+    /// @param log  where lines go
+    DesktopLabel(const Host& host, LogAction log);
+    ~DesktopLabel();
+
+    enum class Attempt {
+        All,
+        Untried, ///< not the displays on which the same label failed over the same picture
+    };
+    /// Labels the displays' pictures. One that has its label isn't composed again.
+    QCoro::Task<void> show(QString name, Attempt attempt);
+    /// Puts the user's own pictures back, and removes what is then not needed any more.
+    void restoreOriginals();
+
+    /// True when each display shows the label.
+    bool isInPlace(const QString& name) const;
+    /// The same, but for the displays on which it has failed.
+    bool isInPlaceWhereItCan(const QString& name) const;
+    /// True when a display shows a picture of the program's in the place of one that could be put back.
+    bool hasLeftOver() const;
+    /// True when a display has lately been given another picture than was found there, by somebody else.
+    bool wasOvertaken() const { return m_wasOvertaken; }
+
+private:
+    /// One display, while it is worked on.
+    struct Target;
+    /// What a display showed when its label couldn't be put there.
+    struct Failure {
+        std::optional<QString> picture;
+        QString name;
+    };
+    /// What was composed for a display last.
+    struct Composed {
+        QString name;
+        QSizeF canvas;
+    };
+
+    QList<Target> targets(const QString& name) const;
+    static bool isLabelled(const Target& target);
+    bool hasFailedBefore(const Target& target) const;
+    bool needsNothing(const Target& target) const;
+    QCoro::Task<QList<Target>> withOriginals(QList<Target> targets);
+    QCoro::Task<QString> copyOriginal(Target target);
+    ScreenWallpaperRecord recordOf(const Target& target) const;
+    QCoro::Task<bool> showOn(Target target);
+    QCoro::Task<QString> compose(Target target);
+    void removeFormerLabels(const Target& target);
+    void warn(const QString& trouble, const Target& target) const;
+
+    WallpaperManifest manifest() const;
+    bool write(const WallpaperManifest& manifest);
+    bool writeFile(const QString& path, const QByteArray& bytes);
+    bool setPicture(const Display& display, const QString& path);
+    QStringList shownPictures() const;
+
+    // services/DesktopLabel+Restore.cpp
+    std::optional<QString> pictureToRestore(const Display& display, const WallpaperManifest& originals) const;
+    WallpaperManifest neededRecords(const WallpaperManifest& originals) const;
+    bool isNeeded(const QString& name, const WallpaperManifest& kept) const;
+    void clearFolder(const WallpaperManifest& kept);
+
+    Host m_host;
+    LogAction m_log;
+    WallpaperFiles m_files;
+    QHash<QString, Failure> m_failures;  ///< by display
+    QHash<QString, Composed> m_composed; ///< by display
+    bool m_wasOvertaken = false;
+};
+
+} // namespace quorvane

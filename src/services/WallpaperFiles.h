@@ -1,0 +1,54 @@
+#pragma once
+
+#include "platform/Host.h"
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+namespace quorvane {
+
+struct Display;
+
+/// How the program calls a display: "display-1", or by its name and place where the system has no number for it.
+QString screenIdentifier(const Display& display);
+/// A profile's name in a file name: "my-gig" for "My Gig!"; "profile" when no letter or digit is in it.
+QString wallpaperSlug(const QString& profileName);
+
+/// The work folder of the wallpaper label: the copies of the user's pictures, the labelled pictures, and the manifest that
+/// says whose is which. Main thread.
+///
+/// Pictures of the user's that are copied and shown from here may be the last ones of their kind. So nothing is removed but
+/// what lies in the folder itself: not where the folder is a link to another one, and not what a link in it leads to.
+class WallpaperFiles {
+public:
+    explicit WallpaperFiles(const Host& host);
+
+    /// "~/Library/Application Support/Quorvane/WallpaperOverlay", created with its parents; a failure to create it is left
+    /// to the operation that follows.
+    QString folder() const;
+    QString manifestPath() const;
+    QString originalPath(const QString& screenIdentifier) const;
+    QString compositedPath(const QString& screenIdentifier, const QString& profileName) const;
+
+    /// True for the path of a picture that the program has made, by the path alone.
+    static bool isOurs(const QString& path);
+    /// True for a file that lies in the folder once links are resolved.
+    bool holds(const QString& path) const;
+
+    /// The names in the folder; none when it can't be read.
+    QStringList names() const;
+    /// Whether the file is a labelled picture of the display, for any profile.
+    static bool isComposited(const QString& name, const QString& screenIdentifier);
+    /// Removes a file of the folder. A failure is ignored: it is tried again with the next change.
+    void remove(const QString& name);
+
+private:
+    bool isRealFolder() const;
+
+    Host m_host;
+};
+
+} // namespace quorvane
