@@ -128,9 +128,11 @@ QCoro::Task<RehearsalOutcome> runFlow(Rehearsal& rehearsal, Arguments arguments)
     if (arguments.command == u"network"_s) {
         co_return co_await rehearsal.operateNetwork(arguments.network);
     }
+    if (arguments.command == u"overlay"_s && arguments.withoutOverlay) {
+        co_return co_await rehearsal.removeOverlay();
+    }
     if (arguments.command == u"overlay"_s) {
-        co_return co_await (arguments.withoutOverlay ? rehearsal.removeOverlay()
-                                                     : rehearsal.showOverlay(arguments.operand()));
+        co_return co_await rehearsal.showOverlay(arguments.operand());
     }
     using Archive = SystemManager::MasterArchive;
     co_return co_await rehearsal.saveSnapshot(arguments.operand(), arguments.asMaster ? Archive::Yes : Archive::No);

@@ -21,8 +21,14 @@ constexpr int kJpegQuality = 92;
 /// 72 dots per inch: on such a canvas a point is a pixel, and a font may have a fraction of one.
 constexpr int kDotsPerMeter = 2835;
 
-/// A canvas of one colour; null when it can't be made.
+/// As large as any picture that is read: 1 GiB of pixels.
+constexpr qint64 kLargestCanvas = 1LL << 28;
+
+/// Null when it can't be made.
 QImage blackCanvas(const QSize& size) {
+    if (qint64{size.width()} * size.height() > kLargestCanvas) {
+        return {};
+    }
     QImage canvas(size, QImage::Format_RGB32);
     canvas.setDotsPerMeterX(kDotsPerMeter);
     canvas.setDotsPerMeterY(kDotsPerMeter);
@@ -110,7 +116,7 @@ QColor labelColor(double cornerBrightness) {
 QImage labelledPicture(const QImage& picture, const QString& text, const QSizeF& canvas) {
     const QSize size(static_cast<int>(canvas.width()), static_cast<int>(canvas.height()));
     const LabelText label = labelText(text, canvas);
-    if (picture.isNull() || size.isEmpty() || label.box.isEmpty()) {
+    if (picture.isNull() || size.isEmpty() || label.box.height() <= 0) {
         return {};
     }
     QImage labelled = blackCanvas(size);

@@ -35,7 +35,7 @@ QColor labelColor(double cornerBrightness);
 
 /// The picture stretched over the canvas, with the label on it. What is transparent shows black.
 /// @return opaque, with the picture's colour space. Null when the picture is null, a side of the canvas is below 1 pixel,
-///         the canvas is too large to be made, or the system has no font.
+///         the canvas has more than 1 GiB of pixels, or the system has no font.
 QImage labelledPicture(const QImage& picture, const QString& text, const QSizeF& canvas);
 
 /// The picture as it is, on black where it is transparent.

@@ -1,0 +1,370 @@
+// No picture of the user's is lost, whatever goes wrong.
+
+#include "fakes/WallpaperSystem.h"
+
+namespace quorvane {
+
+namespace {
+
+const QString kRemoved = u"  [APPLIED] Wallpaper profile label removed.\n"_s;
+const QString kLabelledOne = u"  [APPLIED] Wallpaper profile label set to \"Live\" on 1 display(s).\n"_s;
+const QString kLabelledTwo = u"  [APPLIED] Wallpaper profile label set to \"Live\" on 2 display(s).\n"_s;
+
+using Operation = MemoryFileManager::Operation;
+
+class WallpaperRestore : public WallpaperSystem {
+protected:
+    WallpaperManifest manifest() const {
+        return decodeWallpaperManifest(files.read(kWallpaperFolder + u"wallpaper-originals.json"_s));
+    }
+    void writeManifest(const QByteArray& bytes) {
+        files.addFile(kWallpaperFolder + u"wallpaper-originals.json"_s, bytes);
+    }
+    void enableQuietly() {
+        enable(u"Live"_s);
+        takeTrace();
+        takeSets();
+    }
+    MemoryDisplays::Connected unplug(int display) { return displays.connected.takeAt(display - 1); }
+};
+
+} // namespace
+
+// ---- A display that isn't connected
+
+TEST_F(WallpaperRestore, aDisplayThatIsUnpluggedGetsItsPictureBackWhenItReturns) {
+    enableQuietly();
+    const MemoryDisplays::Connected monitor = unplug(2);
+    disable();
+    EXPECT_EQ(shown(1), kPictures + u"blue.png"_s);
+    EXPECT_EQ(workFiles(), (QStringList{u"composited-display-2-live.jpg"_s, u"original-display-2.jpg"_s,
+                                        u"wallpaper-originals.json"_s}))
+        << "what it will need";
+    EXPECT_EQ(manifest().screens.size(), 1);
+
+    takeTrace();
+    displays.connected.append(monitor);
+    tellOfChange();
+    EXPECT_EQ(shown(2), kPictures + u"light.png"_s);
+    EXPECT_EQ(workFiles(), QStringList());
+    EXPECT_EQ(takeTrace(), u"\n"_s) << "nothing else is done";
+}
+
+TEST_F(WallpaperRestore, aDisplayThatReturnsWhileTheProgramDoesntRunIsRestoredAtTheStart) {
+    enableQuietly();
+    const MemoryDisplays::Connected monitor = unplug(2);
+    disable();
+    overlay.reset();
+    displays.connected.append(monitor);
+    start();
+    update({});
+    EXPECT_EQ(shown(2), kPictures + u"light.png"_s);
+    EXPECT_EQ(workFiles(), QStringList());
+}
+
+TEST_F(WallpaperRestore, aDisplayThatReturnsWhileTheLabelIsOnGetsTheNameOfNow) {
+    enableQuietly();
+    const MemoryDisplays::Connected monitor = unplug(2);
+    update(u"Studio"_s);
+    EXPECT_TRUE(files.exists(composited(2, u"live"_s)));
+    displays.connected.append(monitor);
+    tellOfChange();
+    EXPECT_EQ(shown(2), composited(2, u"studio"_s));
+    disable();
+    EXPECT_EQ(shown(2), kPictures + u"light.png"_s);
+}
+
+// ---- What comes back
+
+TEST_F(WallpaperRestore, aFileThatTheUserHasDeletedComesBackAsItsCopy) {
+    enableQuietly();
+    files.removeAsRoot(kPictures + u"blue.png"_s);
+    disable();
+    EXPECT_EQ(shown(1), original(1));
+    EXPECT_EQ(shown(2), kPictures + u"light.png"_s);
+    EXPECT_EQ(workFiles(), (QStringList{u"composited-display-1-live.jpg"_s, u"original-display-1.jpg"_s,
+                                        u"wallpaper-originals.json"_s}))
+        << "what a display shows is kept with its record";
+    takeSets();
+    tellOfChange();
+    disable();
+    EXPECT_EQ(takeSets(), QStringList()) << "it shows already what can be had";
+    EXPECT_TRUE(files.exists(original(1)));
+    enable(u"Studio"_s);
+    EXPECT_EQ(shown(1), composited(1, u"studio"_s));
+    disable();
+    EXPECT_EQ(shown(1), original(1));
+}
+
+TEST_F(WallpaperRestore, aDisplayWithoutARecordGetsItsCopy) {
+    enableQuietly();
+    writeManifest("{ damaged");
+    disable();
+    EXPECT_EQ(shown(1), original(1));
+    EXPECT_EQ(shown(2), original(2));
+    EXPECT_EQ(workFiles(), (QStringList{u"original-display-1.jpg"_s, u"original-display-2.jpg"_s}));
+}
+
+TEST_F(WallpaperRestore, aDisplayWithoutARecordOrACopyGetsTheSystemsPicture) {
+    files.addFile(kDefaultDesktop, "heic");
+    displays.connected[0].picture = kWallpaperFolder + u"composited-display-1-old.jpg"_s;
+    files.addFile(*shown(1), "old");
+    disable();
+    EXPECT_EQ(takeSets(), QStringList(u"Display 1 DefaultDesktop.heic"_s));
+    EXPECT_EQ(workFiles(), QStringList());
+}
+
+TEST_F(WallpaperRestore, aDisplayThatNothingCanBePutBackOnKeepsWhatItShows) {
+    displays.connected[0].picture = kWallpaperFolder + u"composited-display-1-old.jpg"_s;
+    files.addFile(*shown(1), "old");
+    files.addFile(kWallpaperFolder + u"composited-display-1-older.jpg"_s, "older");
+    disable();
+    EXPECT_EQ(takeSets(), QStringList());
+    EXPECT_EQ(workFiles(), QStringList(u"composited-display-1-old.jpg"_s));
+}
+
+TEST_F(WallpaperRestore, aPictureThatTheUserHasChosenSinceIsLeftAlone) {
+    enableQuietly();
+    overlay.reset();
+    addPicture(u"white.png"_s, Qt::white);
+    displays.connected[0].picture = kPictures + u"white.png"_s; // nobody was listening
+    start();
+    disable();
+    EXPECT_EQ(shown(1), kPictures + u"white.png"_s);
+    EXPECT_EQ(shown(2), kPictures + u"light.png"_s);
+    EXPECT_EQ(workFiles(), QStringList());
+}
+
+TEST_F(WallpaperRestore, aDisplayOfWhichTheSystemSaysNothingGetsWhatItsRecordSays) {
+    enableQuietly();
+    displays.connected[0].picture.reset();
+    displays.connected[1].picture.reset();
+    writeManifest(encodeWallpaperManifest({{manifest().screens.first()}}));
+    disable();
+    EXPECT_EQ(takeSets(), QStringList(u"Display 1 blue.png"_s));
+}
+
+// ---- A picture that can't be set
+
+TEST_F(WallpaperRestore, aDisplayThatRefusesThePictureKeepsEverything) {
+    enableQuietly();
+    displays.connected[0].settingError = u"It is locked."_s;
+    disable();
+    EXPECT_EQ(takeTrace(), u"  [WARNING] Could not set desktop wallpaper: It is locked.\n"_s + kRemoved);
+    EXPECT_EQ(workFiles(), (QStringList{u"composited-display-1-live.jpg"_s, u"original-display-1.jpg"_s,
+                                        u"wallpaper-originals.json"_s}));
+    takeSets();
+    tellOfChange();
+    EXPECT_EQ(takeSets(), QStringList()) << "it isn't asked again and again";
+
+    overlay.reset();
+    displays.connected[0].settingError.reset();
+    start();
+    update({});
+    EXPECT_EQ(shown(1), kPictures + u"blue.png"_s);
+    EXPECT_EQ(workFiles(), QStringList());
+}
+
+TEST_F(WallpaperRestore, aLabelThatCantBeSetDeletesNothing) {
+    enableQuietly();
+    displays.connected[0].settingError = u"It is locked."_s;
+    update(u"Studio"_s);
+    EXPECT_EQ(takeTrace(), u"  [WARNING] Could not set desktop wallpaper: It is locked.\n"
+                           "  [WARNING] Could not set desktop wallpaper for display-1.\n"
+                           "  [APPLIED] Wallpaper profile label set to \"Studio\" on 1 display(s).\n"_s);
+    EXPECT_EQ(shown(1), composited(1, u"live"_s));
+    EXPECT_TRUE(files.exists(composited(1, u"live"_s)));
+    EXPECT_TRUE(files.exists(original(1)));
+}
+
+TEST_F(WallpaperRestore, aDisplayThatFailedIsTriedAgainOnlyForSomethingElse) {
+    displays.connected[0].settingError = u"It is locked."_s;
+    enableQuietly();
+    tellOfChange();
+    tellOfChange();
+    EXPECT_EQ(displays.calls, QStringList());
+    EXPECT_EQ(takeTrace(), u"\n"_s);
+
+    choose(1, kPictures + u"light.png"_s);
+    EXPECT_EQ(takeSets().size(), 1) << "another picture";
+    refresh(u"Studio"_s);
+    EXPECT_EQ(takeSets().size(), 2) << "another name, on both";
+    displays.connected[0].settingError.reset();
+    takeTrace();
+    update(u"Studio"_s);
+    EXPECT_EQ(shown(1), composited(1, u"studio"_s)) << "asked for again by the user";
+}
+
+// ---- A picture that can't be read
+
+TEST_F(WallpaperRestore, aPictureThatCantBeReadIsLeftInPlace) {
+    enableQuietly();
+    files.addFile(kPictures + u"odd.webp"_s, "not a picture");
+    choose(1, kPictures + u"odd.webp"_s);
+    EXPECT_EQ(shown(1), kPictures + u"odd.webp"_s) << "the older copy isn't shown in its place";
+    EXPECT_EQ(takeTrace(), u"  [WARNING] Could not load wallpaper image for display-1.\n"_s + kLabelledOne);
+    update(u"Studio"_s);
+    EXPECT_EQ(shown(1), kPictures + u"odd.webp"_s);
+    disable();
+    EXPECT_EQ(shown(1), kPictures + u"odd.webp"_s);
+    EXPECT_EQ(workFiles(), QStringList());
+}
+
+TEST_F(WallpaperRestore, damagedAndMissingPicturesAreLeftInPlace) {
+    files.addFile(kPictures + u"cut.png"_s, pngFile(plainPicture({20, 10}, Qt::red)).left(30));
+    displays.connected[0].picture = kPictures + u"cut.png"_s;
+    displays.connected[1].picture = kPictures + u"missing.png"_s;
+    displays.plugIn(3, {0, 0, 100, 100}, 1, kPictures.chopped(1));
+    displays.plugIn(4, {0, 0, 100, 100}, 1, {}).picture.reset();
+    enable(u"Live"_s);
+    EXPECT_EQ(takeTrace(), u"  [WARNING] Could not load wallpaper image for display-1.\n"
+                           "  [WARNING] Could not load wallpaper image for display-2.\n"
+                           "  [WARNING] Could not load wallpaper image for display-3.\n"
+                           "  [WARNING] Could not load wallpaper image for display-4.\n"_s);
+    EXPECT_EQ(takeSets(), QStringList());
+    EXPECT_EQ(workFiles(), QStringList());
+}
+
+TEST_F(WallpaperRestore, aTransparentPictureComesBackItself) {
+    QImage picture(20, 10, QImage::Format_ARGB32);
+    picture.fill(QColor(255, 255, 255, 0));
+    files.addFile(kPictures + u"clear.png"_s, pngFile(picture));
+    displays.connected[0].picture = kPictures + u"clear.png"_s;
+    enable(u"Live"_s);
+    EXPECT_GT(lightest(pictureIn(u"composited-display-1-live.jpg"_s)), 235) << "white on black";
+    EXPECT_LT(lightest(pictureIn(u"original-display-1.jpg"_s)), 10);
+    disable();
+    EXPECT_EQ(shown(1), kPictures + u"clear.png"_s);
+}
+
+TEST_F(WallpaperRestore, aDisplayOfNoSizeFailsAlone) {
+    displays.connected[0].display.frame = {0, 0, 0, 0};
+    enable(u"Live"_s);
+    EXPECT_EQ(takeTrace(), u"  [WARNING] Could not composite wallpaper label for display-1.\n"_s + kLabelledOne);
+    EXPECT_EQ(shown(1), kPictures + u"blue.png"_s);
+}
+
+// ---- A file that can't be written
+
+TEST_F(WallpaperRestore, aPictureWhoseCopyCantBeKeptIsLeftInPlace) {
+    files.failOn(Operation::Write, original(1));
+    enable(u"Live"_s);
+    EXPECT_EQ(takeTrace(), u"  [WARNING] Could not save composited wallpaper for display-1.\n"_s + kLabelledOne);
+    EXPECT_EQ(shown(1), kPictures + u"blue.png"_s);
+    EXPECT_EQ(manifest().record(u"display-1"_s), nullptr);
+}
+
+TEST_F(WallpaperRestore, noPictureIsTakenAwayThatCantBeRecorded) {
+    files.failOn(Operation::Write, kWallpaperFolder + u"wallpaper-originals.json"_s);
+    enable(u"Live"_s);
+    EXPECT_EQ(takeTrace(), u"  [WARNING] Could not save composited wallpaper for display-1.\n"
+                           "  [WARNING] Could not save composited wallpaper for display-2.\n"_s);
+    EXPECT_EQ(shown(1), kPictures + u"blue.png"_s);
+    EXPECT_EQ(shown(2), kPictures + u"light.png"_s);
+}
+
+TEST_F(WallpaperRestore, aLabelThatCantBeWrittenIsntShown) {
+    files.failOn(Operation::Write, composited(2, u"live"_s));
+    enable(u"Live"_s);
+    EXPECT_EQ(takeTrace(), u"  [WARNING] Could not save composited wallpaper for display-2.\n"_s + kLabelledOne);
+    EXPECT_EQ(shown(2), kPictures + u"light.png"_s);
+    disable();
+    EXPECT_EQ(shown(1), kPictures + u"blue.png"_s);
+    EXPECT_EQ(workFiles(), QStringList());
+}
+
+TEST_F(WallpaperRestore, anyChangeOfAFileMayFail) {
+    for (int change = 1; change <= 12; ++change) {
+        enable(u"Live"_s);
+        files.failAtChange(change);
+        update(u"Studio"_s);
+        disable();
+        files.failAtChange(0);
+        QCoro::waitFor(overlay->removeOverlay());
+        EXPECT_EQ(shown(1), kPictures + u"blue.png"_s) << change;
+        EXPECT_EQ(shown(2), kPictures + u"light.png"_s) << change;
+        EXPECT_EQ(workFiles(), QStringList()) << change;
+    }
+}
+
+// ---- A manifest that isn't to be believed
+
+TEST_F(WallpaperRestore, aManifestLeadsToNoFileOutsideOfTheWorkFolder) {
+    enableQuietly();
+    files.addFile(u"/Users/alex/Pictures/private.jpg"_s, "private");
+    writeManifest(encodeWallpaperManifest(
+        {{{u"display-1"_s, u"/Users/alex/Pictures/private.jpg"_s, std::nullopt},
+          {u"display-2"_s, kWallpaperFolder + u"../../../../../Pictures/private.jpg"_s, u"nonsense"_s},
+          {u"display-9"_s, u"/Users/alex/Pictures/private.jpg"_s, std::nullopt}}}));
+    update(u"Studio"_s);
+    disable();
+    EXPECT_EQ(files.read(u"/Users/alex/Pictures/private.jpg"_s), "private");
+    EXPECT_FALSE(displays.calls.contains(u"load /Users/alex/Pictures/private.jpg"_s));
+    EXPECT_EQ(shown(1), original(1));
+    EXPECT_EQ(shown(2), original(2));
+}
+
+TEST_F(WallpaperRestore, aLinkInTheWorkFolderIsNoCopy) {
+    enableQuietly();
+    files.addFile(u"/Users/alex/private.jpg"_s, pngFile(plainPicture({20, 10}, Qt::red)));
+    files.removeAsRoot(original(1));
+    files.addLink(original(1), u"/Users/alex/private.jpg"_s);
+    update(u"Studio"_s);
+    EXPECT_TRUE(takeTrace().startsWith(u"  [WARNING] Could not load wallpaper image for display-1.\n"_s));
+    EXPECT_FALSE(files.touchedPaths().contains(u"/Users/alex/private.jpg"_s) &&
+                 displays.calls.contains(u"load "_s + original(1)));
+    disable();
+    EXPECT_TRUE(files.exists(u"/Users/alex/private.jpg"_s));
+    EXPECT_EQ(shown(1), kPictures + u"blue.png"_s);
+}
+
+TEST_F(WallpaperRestore, whatAManifestCallsTheUsersFileIsNeverOneOfOurs) {
+    enableQuietly();
+    for (const QString& url :
+         {u"file://"_s + QString(composited(1, u"live"_s)).replace(u' ', u"%20"_s), u"https://example.com/a.jpg"_s,
+          u"file:///Users/alex/missing.png"_s, u"file:"_s, u""_s}) {
+        writeManifest(encodeWallpaperManifest({{{u"display-1"_s, original(1), url}}}));
+        disable();
+        EXPECT_EQ(shown(1), original(1)) << url.toStdString();
+        enable(u"Live"_s);
+    }
+}
+
+TEST_F(WallpaperRestore, nothingIsDeletedWhereTheWorkFolderIsALink) {
+    files.addFile(u"/Users/alex/Elsewhere/holiday.jpg"_s, "holiday");
+    files.addFile(u"/Users/alex/Elsewhere/composited-display-1-holiday.jpg"_s, "holiday");
+    files.addFolders(u"/Users/alex/Library/Application Support/Quorvane"_s);
+    files.addLink(kWallpaperFolder.chopped(1), u"/Users/alex/Elsewhere"_s);
+    enable(u"Live"_s);
+    disable();
+    EXPECT_EQ(files.read(u"/Users/alex/Elsewhere/holiday.jpg"_s), "holiday");
+    EXPECT_EQ(files.read(u"/Users/alex/Elsewhere/composited-display-1-holiday.jpg"_s), "holiday");
+    EXPECT_EQ(shown(1), kPictures + u"blue.png"_s);
+}
+
+TEST_F(WallpaperRestore, aLabelIsRenewedThoughTheManifestIsLost) {
+    enableQuietly();
+    writeManifest("");
+    update(u"Studio"_s);
+    EXPECT_EQ(shown(1), composited(1, u"studio"_s));
+    EXPECT_EQ(manifest().screens.size(), 2);
+}
+
+TEST_F(WallpaperRestore, aLabelWithoutItsOriginalStays) {
+    displays.connected[0].picture = kWallpaperFolder + u"composited-display-1-old.jpg"_s;
+    files.addFile(*shown(1), pngFile(plainPicture({20, 10}, Qt::red)));
+    enable(u"Live"_s);
+    EXPECT_EQ(takeTrace(), u"  [WARNING] Could not load wallpaper image for display-1.\n"_s + kLabelledOne);
+    EXPECT_EQ(shown(1), kWallpaperFolder + u"composited-display-1-old.jpg"_s);
+    EXPECT_TRUE(files.exists(*shown(1)));
+}
+
+TEST_F(WallpaperRestore, aDisplayWithAnotherNumberKeepsItsFiles) {
+    displays.plugIn(12, {0, 0, 100, 100}, 1, kPictures + u"blue.png"_s);
+    enable(u"Live"_s);
+    update(u"Studio"_s);
+    EXPECT_EQ(shown(3), composited(12, u"studio"_s));
+    EXPECT_TRUE(files.exists(composited(12, u"studio"_s)));
+}
+
+} // namespace quorvane
