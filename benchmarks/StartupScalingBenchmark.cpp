@@ -1,7 +1,5 @@
 // How discovery and what decides by it grow with what runs at login.
 
-#include "ScalingReporter.h"
-
 #include "core/NotificationCenter.h"
 #include "core/SystemManager.h"
 #include "platform/CommandLauncher.h"
@@ -14,14 +12,14 @@
 #include "startup/LoginItemScripts.h"
 #include "startup/StartupTargets.h"
 
-#include <QCoreApplication>
 #include <QCoroTask>
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 
+#include <benchmark/benchmark.h>
+
 #include <cstdio>
-#include <cstdlib>
 #include <memory>
 
 namespace quorvane {
@@ -184,14 +182,3 @@ BENCHMARK(discover)
 } // namespace
 
 } // namespace quorvane
-
-int main(int argumentCount, char** arguments) {
-    const QCoreApplication application(argumentCount, arguments);
-    benchmark::Initialize(&argumentCount, arguments);
-    if (benchmark::ReportUnrecognizedArguments(argumentCount, arguments)) {
-        return EXIT_FAILURE;
-    }
-    quorvane::ScalingReporter reporter;
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    return reporter.reportRatios() ? EXIT_SUCCESS : EXIT_FAILURE;
-}

@@ -1,0 +1,165 @@
+// The label on the displays of a simulated Mac, which tells of every change of a desktop, whoever makes it.
+
+#include "core/UserDefaultKeys.h"
+#include "fakes/Pictures.h"
+#include "fakes/SimulatedSystem.h"
+#include "platform/Displays.h"
+#include "services/WallpaperProfileOverlay.h"
+
+namespace quorvane {
+
+namespace {
+
+const QString kWork = u"/Users/mika/Library/Application Support/Quorvane/WallpaperOverlay/"_s;
+const QString kStage = u"/Users/mika/Pictures/Stage.jpg"_s;
+const QString kDunes = u"/Users/mika/Pictures/Dunes.jpg"_s;
+
+class WallpaperOnSimulatedMac : public SimulatedSystem {
+protected:
+    WallpaperOnSimulatedMac()
+        : SimulatedSystem(u"dj-laptop"_s) {
+        startOverlay();
+    }
+    ~WallpaperOnSimulatedMac() override { QCoro::waitFor(overlay->finished()); }
+
+    void startOverlay() {
+        overlay = std::make_unique<WallpaperProfileOverlay>(host->host());
+        overlay->follow(*system);
+    }
+    void enable(const QString& name) { QCoro::waitFor(overlay->setOverlayEnabled(true, name)); }
+    void disable() { QCoro::waitFor(overlay->setOverlayEnabled(false, {})); }
+
+    /// As another program does it: this one hears of it.
+    void changeDisplay(int number, const QByteArray& key, const macsim::Json& value) {
+        host->mac().state().update("displays", [&](macsim::Json& displays) {
+            displays[static_cast<size_t>(number)][key.toStdString()] = value;
+        });
+    }
+    QString shown(int number) const {
+        const macsim::Json displays = host->mac().state().read("displays");
+        return QString::fromStdString(displays[static_cast<size_t>(number)]["picture"].get<std::string>());
+    }
+    void waitUntilShown(int number, const QString& path) {
+        processEventsUntil([&] { return shown(number) == path && !overlay->isApplyingOverlay(); });
+    }
+    QImage imageAt(const QString& path) const { return QImage::fromData(volume().read(path)); }
+    QStringList workFiles() const { return volume().exists(kWork) ? volume().list(kWork) : QStringList(); }
+
+    std::unique_ptr<WallpaperProfileOverlay> overlay;
+};
+
+} // namespace
+
+TEST_F(WallpaperOnSimulatedMac, theWholeMacIsAsBeforeWhenTheLabelIsGone) {
+    const macsim::MacPicture before = picture();
+    enable(u"Late Night Set"_s);
+    EXPECT_EQ(log(), u"  [APPLIED] Wallpaper profile label set to \"Late Night Set\" on 2 display(s).\n"_s);
+    EXPECT_EQ(shown(0), kWork + u"composited-display-1-late-night-set.jpg"_s);
+    EXPECT_EQ(shown(1), kWork + u"composited-display-3-late-night-set.jpg"_s);
+    EXPECT_EQ(imageAt(shown(0)).size(), QSize(1280, 800));
+    EXPECT_EQ(imageAt(shown(1)).size(), QSize(3840, 2160));
+    EXPECT_GT(lightest(imageAt(shown(0)).copy(0, 0, 640, 200)), 240) << "white on a dark stage";
+    EXPECT_LT(darkest(imageAt(shown(1)), {0, 0, 1900, 300}), 20) << "black on light dunes";
+    disable();
+    EXPECT_EQ(workFiles(), QStringList());
+    EXPECT_EQ(picture().changesSince(before),
+              u"+ /Users/mika/Library/Application Support/Quorvane: folder\n"
+              "+ /Users/mika/Library/Application Support/Quorvane/WallpaperOverlay: folder\n"
+              "+ /Users/mika/Library/Preferences/com.quorvane.app.plist: file\n"
+              "+ /Users/mika/Library/Preferences/com.quorvane.app.plist showProfileOnWallpaper: <false/>\n"
+              "+ /Users/mika/Library/Preferences/com.quorvane.app.plist wallpaperProfileName: "
+              "<string>Default</string>\n"
+              "+ state displays/0/allowClipping: true\n"
+              "+ state displays/0/scaling: 3\n"
+              "+ state displays/1/allowClipping: true\n"
+              "+ state displays/1/scaling: 3\n"_s);
+    EXPECT_EQ(shown(0), kStage);
+    EXPECT_EQ(shown(1), kDunes);
+}
+
+TEST_F(WallpaperOnSimulatedMac, anAppliedProfileIsNamedAndDefaultTakesTheLabelAway) {
+    enable(u"Late Night Set"_s);
+    UnifiedProfile profile = exampleProfile(u"live-set"_s);
+    ASSERT_TRUE(apply(profile));
+    waitUntilShown(0, kWork + u"composited-display-1-live-set.jpg"_s);
+    EXPECT_EQ(system->logMessages().last(),
+              u"  [APPLIED] Wallpaper profile label set to \"Live Set\" on 2 display(s)."_s);
+    EXPECT_EQ(host->host().defaults.string(kWallpaperProfileName), u"Live Set"_s);
+    QCoro::waitFor(overlay->refreshForProfile(u"Default"_s));
+    EXPECT_EQ(shown(1), kDunes);
+    EXPECT_EQ(workFiles(), QStringList());
+}
+
+TEST_F(WallpaperOnSimulatedMac, aRefusedApplyLeavesTheLabel) {
+    enable(u"Late Night Set"_s);
+    authorization.setAnswer(macsim::Authorization::Cancel);
+    EXPECT_FALSE(apply(exampleProfile(u"live-set"_s)));
+    QCoro::waitFor(overlay->finished());
+    EXPECT_EQ(shown(0), kWork + u"composited-display-1-late-night-set.jpg"_s);
+}
+
+TEST_F(WallpaperOnSimulatedMac, aPictureThatIsChosenByHandIsLabelledAndComesBack) {
+    enable(u"Live"_s);
+    changeDisplay(0, "picture", kDunes.toStdString());
+    waitUntilShown(0, kWork + u"composited-display-1-live.jpg"_s);
+    EXPECT_LT(darkest(imageAt(shown(0)), {0, 0, 640, 150}), 20) << "black on light dunes";
+    disable();
+    EXPECT_EQ(shown(0), kDunes);
+}
+
+TEST_F(WallpaperOnSimulatedMac, aHeicPictureIsLabelledAndComesBack) {
+    const QString heic = u"/System/Library/CoreServices/DefaultDesktop.heic"_s;
+    changeDisplay(0, "picture", heic.toStdString());
+    enable(u"Live"_s);
+    EXPECT_EQ(shown(0), kWork + u"composited-display-1-live.jpg"_s);
+    EXPECT_NEAR(imageAt(shown(0)).pixelColor(1200, 10).blue(), 0xf5, 8) << "the sky of the picture";
+    disable();
+    EXPECT_EQ(shown(0), heic);
+}
+
+TEST_F(WallpaperOnSimulatedMac, aDisplayThatWasUnpluggedGetsItsPictureBack) {
+    enable(u"Live"_s);
+    changeDisplay(1, "isConnected", false);
+    disable();
+    EXPECT_EQ(workFiles(), (QStringList{u"composited-display-3-live.jpg"_s, u"original-display-3.jpg"_s,
+                                        u"wallpaper-originals.json"_s}));
+    changeDisplay(1, "isConnected", true);
+    waitUntilShown(1, kDunes);
+    EXPECT_EQ(workFiles(), QStringList());
+}
+
+TEST_F(WallpaperOnSimulatedMac, aDisplayThatCameBackMeanwhileIsRestoredAtTheStart) {
+    enable(u"Live"_s);
+    changeDisplay(1, "isConnected", false);
+    disable();
+    overlay.reset();
+    start();
+    changeDisplay(1, "isConnected", true);
+    startOverlay();
+    QCoro::waitFor(overlay->updateForAppliedProfile({}));
+    EXPECT_EQ(shown(1), kDunes);
+    EXPECT_EQ(workFiles(), QStringList());
+}
+
+TEST_F(WallpaperOnSimulatedMac, aPictureOf6016By6016IsLabelled) {
+    volume().write(kStage, pngFile(plainPicture({6016, 6016}, Qt::darkBlue)));
+    enable(u"Live"_s);
+    EXPECT_EQ(shown(0), kWork + u"composited-display-1-live.jpg"_s);
+    EXPECT_EQ(imageAt(kWork + u"original-display-1.jpg"_s).size(), QSize(6016, 6016));
+    disable();
+    EXPECT_EQ(shown(0), kStage);
+}
+
+TEST_F(WallpaperOnSimulatedMac, aDisplayThatRefusesIsNotTriedForEver) {
+    changeDisplay(0, "settingFails", "The picture could not be set.");
+    enable(u"Live"_s);
+    const QStringList afterwards = system->logMessages();
+    changeDisplay(1, "lastSeen", "now"); // a notification that changes no picture
+    changeDisplay(1, "lastSeen", "then");
+    QCoro::waitFor(overlay->finished());
+    EXPECT_EQ(system->logMessages(), afterwards);
+    EXPECT_EQ(shown(0), kStage);
+    EXPECT_EQ(shown(1), kWork + u"composited-display-3-live.jpg"_s);
+}
+
+} // namespace quorvane
