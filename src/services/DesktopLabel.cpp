@@ -7,7 +7,6 @@
 #include <QCoroFuture>
 #include <QCoroTask>
 
-#include <QDir>
 #include <QUrl>
 
 #include <algorithm>
@@ -33,8 +32,10 @@ QByteArray opaqueJpegFile(const QImage& picture) {
     return jpegFile(opaquePicture(picture));
 }
 
-QString standardized(const std::optional<QString>& path) {
-    return path ? QDir::cleanPath(*path) : QString();
+bool haveSameRecord(const WallpaperManifest& one, const WallpaperManifest& other, const QString& id) {
+    const ScreenWallpaperRecord* record = one.record(id);
+    const ScreenWallpaperRecord* otherRecord = other.record(id);
+    return record == nullptr || otherRecord == nullptr ? record == otherRecord : *record == *otherRecord;
 }
 
 } // namespace
@@ -69,7 +70,8 @@ QCoro::Task<void> DesktopLabel::show(QString name, Attempt attempt) {
         count += isDone ? 1 : 0;
     }
     if (count > 0) {
-        m_log(u"  [APPLIED] Wallpaper profile label set to \"%1\" on %2 display(s)."_s.arg(name).arg(count));
+        m_log(
+            u"  [APPLIED] Wallpaper profile label set to \"%1\" on %2 display(s)."_s.arg(name, QString::number(count)));
     }
 }
 
@@ -85,7 +87,8 @@ QList<DesktopLabel::Target> DesktopLabel::targets(const QString& name) const {
 
 bool DesktopLabel::isInPlace(const QString& name) const {
     const QList<Target> displays = targets(name);
-    return std::all_of(displays.cbegin(), displays.cend(), &isLabelled);
+    return std::all_of(displays.cbegin(), displays.cend(),
+                       [this](const Target& target) { return isLabelled(target) && !hasFailedBefore(target); });
 }
 
 bool DesktopLabel::isInPlaceWhereItCan(const QString& name) const {
@@ -94,8 +97,8 @@ bool DesktopLabel::isInPlaceWhereItCan(const QString& name) const {
                        [this](const Target& target) { return isLabelled(target) || hasFailedBefore(target); });
 }
 
-bool DesktopLabel::isLabelled(const Target& target) {
-    return standardized(target.picture) == standardized(target.composited);
+bool DesktopLabel::isLabelled(const Target& target) const {
+    return target.picture && m_files.standardized(*target.picture) == m_files.standardized(target.composited);
 }
 
 bool DesktopLabel::hasFailedBefore(const Target& target) const {
@@ -115,27 +118,51 @@ bool DesktopLabel::needsNothing(const Target& target) const {
 QCoro::Task<QList<DesktopLabel::Target>> DesktopLabel::withOriginals(QList<Target> targets) {
     const WallpaperManifest before = manifest();
     WallpaperManifest originals = before;
+    adoptOriginals(targets, originals);
     for (Target& target : targets) {
-        if (!target.picture || !WallpaperFiles::isOurs(*target.picture)) {
+        if (!target.picture || !m_files.isOurs(*target.picture)) {
             target.trouble = co_await copyOriginal(target);
             if (target.trouble.isEmpty()) {
                 originals.put(recordOf(target));
             }
-        } else if (originals.record(target.id) == nullptr && m_files.holds(m_files.originalPath(target.id))) {
-            originals.put({target.id, m_files.originalPath(target.id), std::nullopt}); // the manifest was lost
         }
     }
     const bool isWritten = originals == before || write(originals);
     for (Target& target : targets) {
-        const ScreenWallpaperRecord* record = originals.record(target.id);
-        if (target.trouble.isEmpty() && !isWritten && record != before.record(target.id)) {
+        if (target.trouble.isEmpty() && !isWritten && !haveSameRecord(originals, before, target.id)) {
             target.trouble = kNotSaved;
         }
-        if (target.trouble.isEmpty() && record != nullptr && m_files.holds(record->originalImagePath)) {
-            target.original = record->originalImagePath;
+        if (target.trouble.isEmpty()) {
+            target.original = copyFor(target.id, originals.record(target.id)).value_or(QString());
         }
     }
     co_return targets;
+}
+
+/// The system may number its displays anew. What a display shows tells which original is its own.
+void DesktopLabel::adoptOriginals(QList<Target>& targets, WallpaperManifest& originals) {
+    const WallpaperManifest before = originals;
+    QHash<QString, QByteArray> copies; // all read before any is written: two displays may have changed places
+    for (const Target& target : targets) {
+        const ScreenWallpaperRecord* record = recordShown(target.picture, before);
+        if (record != nullptr && record->screenIdentifier != target.id) {
+            copies.insert(target.id, readCopy(*record));
+            originals.remove(record->screenIdentifier);
+        }
+    }
+    for (Target& target : targets) {
+        if (!copies.contains(target.id)) {
+            continue;
+        }
+        const QByteArray copy = copies.value(target.id);
+        if (copy.isEmpty() || !writeFile(m_files.originalPath(target.id), copy)) {
+            target.trouble = kNotSaved;
+            originals = before;
+            return;
+        }
+        originals.put(
+            {target.id, m_files.originalPath(target.id), recordShown(target.picture, before)->originalDesktopURL});
+    }
 }
 
 /// @return what went wrong; empty when the copy is there
@@ -177,8 +204,14 @@ QCoro::Task<bool> DesktopLabel::showOn(Target target) {
         warn(kNotSet, target);
         co_return false;
     }
-    m_failures.remove(target.id);
     m_composed.insert(target.id, {target.name, canvasOf(target.display)});
+    target.picture = m_host.displays.desktopPicture(target.display);
+    if (isLabelled(target)) {
+        m_failures.remove(target.id);
+    } else {
+        m_failures.insert(target.id,
+                          {target.picture, target.name}); // the system calls it otherwise; don't set it for ever
+    }
     removeFormerLabels(target);
     co_return true;
 }
@@ -205,10 +238,11 @@ QCoro::Task<QString> DesktopLabel::compose(Target target) {
 }
 
 void DesktopLabel::removeFormerLabels(const Target& target) {
-    const QStringList shown = shownPictures();
+    const QSet<QString> shown = shownPictures();
     for (const QString& name : m_files.names()) {
-        const QString path = m_files.folder() + u'/' + name;
-        if (WallpaperFiles::isComposited(name, target.id) && path != target.composited && !shown.contains(path)) {
+        const QString path = m_files.standardized(m_files.folder() + u'/' + name);
+        if (WallpaperFiles::isComposited(name, target.id) && path != m_files.standardized(target.composited) &&
+            !shown.contains(path)) {
             m_files.remove(name);
         }
     }
@@ -218,10 +252,57 @@ void DesktopLabel::warn(const QString& trouble, const Target& target) const {
     m_log(u"  [WARNING] %1 for %2."_s.arg(trouble, target.id));
 }
 
-/// One that is missing or can't be read counts as empty.
+/// One that is missing is empty. Of one that is damaged there are still the copies, each under its display's name.
 WallpaperManifest DesktopLabel::manifest() const {
+    if (!m_host.files.exists(m_files.manifestPath())) {
+        return {};
+    }
     try {
-        return decodeWallpaperManifest(m_host.files.read(m_files.manifestPath()));
+        if (const auto decoded = decodeWallpaperManifest(m_host.files.read(m_files.manifestPath()))) {
+            return *decoded;
+        }
+    } catch (const FileError&) {
+        // As one that is damaged.
+    }
+    WallpaperManifest rebuilt;
+    for (const QString& name : m_files.names()) {
+        if (const QString id = WallpaperFiles::displayOfOriginal(name); !id.isEmpty()) {
+            rebuilt.put({id, m_files.folder() + u'/' + name, std::nullopt});
+        }
+    }
+    return rebuilt;
+}
+
+/// The record of the picture that is shown, whatever the display's number is now; null when none is its own.
+const ScreenWallpaperRecord* DesktopLabel::recordShown(const std::optional<QString>& picture,
+                                                       const WallpaperManifest& originals) const {
+    if (!picture || !m_files.isOurs(*picture)) {
+        return nullptr;
+    }
+    const QString name = picture->mid(picture->lastIndexOf(u'/') + 1);
+    const auto found = std::find_if(originals.screens.cbegin(), originals.screens.cend(),
+                                    [&name](const ScreenWallpaperRecord& record) {
+                                        return WallpaperFiles::isComposited(name, record.screenIdentifier) ||
+                                               record.originalImagePath.endsWith(u'/' + name);
+                                    });
+    return found == originals.screens.cend() ? nullptr : &*found;
+}
+
+/// The copy of the user's picture: the one that the record tells of, or the one that bears the display's name. None where
+/// neither lies in the work folder.
+std::optional<QString> DesktopLabel::copyFor(const QString& id, const ScreenWallpaperRecord* record) const {
+    if (record != nullptr && m_files.holds(record->originalImagePath)) {
+        return record->originalImagePath;
+    }
+    const QString path = m_files.originalPath(id);
+    return m_files.holds(path) ? std::optional(path) : std::nullopt;
+}
+
+/// Empty when it can't be read.
+QByteArray DesktopLabel::readCopy(const ScreenWallpaperRecord& record) const {
+    const std::optional<QString> copy = copyFor(record.screenIdentifier, &record);
+    try {
+        return copy ? m_host.files.read(*copy) : QByteArray();
     } catch (const FileError&) {
         return {};
     }
@@ -248,11 +329,13 @@ bool DesktopLabel::setPicture(const Display& display, const QString& path) {
     return !error;
 }
 
-/// By all displays that are connected.
-QStringList DesktopLabel::shownPictures() const {
-    QStringList pictures;
+/// By all displays that are connected, in the form in which paths are compared.
+QSet<QString> DesktopLabel::shownPictures() const {
+    QSet<QString> pictures;
     for (const Display& display : m_host.displays.screens()) {
-        pictures.append(standardized(m_host.displays.desktopPicture(display)));
+        if (const std::optional<QString> shown = m_host.displays.desktopPicture(display)) {
+            pictures.insert(m_files.standardized(*shown));
+        }
     }
     return pictures;
 }

@@ -5,8 +5,11 @@
 #include "services/WallpaperFiles.h"
 #include "services/WallpaperManifest.h"
 
+#include <QByteArray>
 #include <QHash>
 #include <QList>
+#include <QSet>
+#include <QSizeF>
 #include <QString>
 
 #include <functional>
@@ -68,10 +71,11 @@ private:
     };
 
     QList<Target> targets(const QString& name) const;
-    static bool isLabelled(const Target& target);
+    bool isLabelled(const Target& target) const;
     bool hasFailedBefore(const Target& target) const;
     bool needsNothing(const Target& target) const;
     QCoro::Task<QList<Target>> withOriginals(QList<Target> targets);
+    void adoptOriginals(QList<Target>& targets, WallpaperManifest& originals);
     QCoro::Task<QString> copyOriginal(Target target);
     ScreenWallpaperRecord recordOf(const Target& target) const;
     QCoro::Task<bool> showOn(Target target);
@@ -80,16 +84,23 @@ private:
     void warn(const QString& trouble, const Target& target) const;
 
     WallpaperManifest manifest() const;
+    const ScreenWallpaperRecord* recordShown(const std::optional<QString>& picture,
+                                             const WallpaperManifest& originals) const;
+    std::optional<QString> copyFor(const QString& id, const ScreenWallpaperRecord* record) const;
+    QByteArray readCopy(const ScreenWallpaperRecord& record) const;
     bool write(const WallpaperManifest& manifest);
     bool writeFile(const QString& path, const QByteArray& bytes);
     bool setPicture(const Display& display, const QString& path);
-    QStringList shownPictures() const;
+    QSet<QString> shownPictures() const;
 
     // services/DesktopLabel+Restore.cpp
+    std::optional<QString> restore(const Display& display, const WallpaperManifest& originals);
+    bool isUsersAgain(const Display& display, const std::optional<QString>& restored) const;
+    const ScreenWallpaperRecord* recordOf(const Display& display, const WallpaperManifest& originals) const;
     std::optional<QString> pictureToRestore(const Display& display, const WallpaperManifest& originals) const;
-    WallpaperManifest neededRecords(const WallpaperManifest& originals) const;
-    bool isNeeded(const QString& name, const WallpaperManifest& kept) const;
+    std::optional<QString> usersPicture(const ScreenWallpaperRecord& record) const;
     void clearFolder(const WallpaperManifest& kept);
+    bool isNeededBy(const WallpaperManifest& kept, const QString& name) const;
 
     Host m_host;
     LogAction m_log;

@@ -4,6 +4,8 @@
 #include "platform/FileManager.h"
 #include "platform/Machine.h"
 
+#include <QDir>
+
 namespace quorvane {
 
 using namespace Qt::StringLiterals;
@@ -14,6 +16,8 @@ constexpr qsizetype kLongestName = 255;       // bytes of a file name
 constexpr qsizetype kLongestIdentifier = 120; // of these; a profile's name has the rest
 
 const QString kFolder = u"/Quorvane/WallpaperOverlay"_s;
+const QString kOriginal = u"original-"_s;
+const QString kEnding = u".jpg"_s;
 
 bool isAlphanumeric(char32_t character) {
     return QChar::isLetterOrNumber(character) || QChar::isMark(character);
@@ -80,18 +84,27 @@ QString WallpaperFiles::manifestPath() const {
 }
 
 QString WallpaperFiles::originalPath(const QString& screenIdentifier) const {
-    return folder() + u"/original-"_s + inFileName(screenIdentifier) + u".jpg"_s;
+    return folder() + u'/' + kOriginal + inFileName(screenIdentifier) + kEnding;
 }
 
 QString WallpaperFiles::compositedPath(const QString& screenIdentifier, const QString& profileName) const {
     const QString prefix = compositedPrefix(screenIdentifier);
-    const QString ending = u".jpg"_s;
-    const qsizetype left = kLongestName - prefix.toUtf8().size() - ending.size();
-    return folder() + u'/' + prefix + fitting(wallpaperSlug(profileName), left) + ending;
+    const qsizetype left = kLongestName - prefix.toUtf8().size() - kEnding.size();
+    return folder() + u'/' + prefix + fitting(wallpaperSlug(profileName), left) + kEnding;
 }
 
-bool WallpaperFiles::isOurs(const QString& path) {
-    return path.contains(kFolder + u'/');
+bool WallpaperFiles::isOurs(const QString& path) const {
+    return path.contains(kFolder + u'/') || holds(path);
+}
+
+QString WallpaperFiles::standardized(const QString& path) const {
+    QString standard = QDir::cleanPath(path);
+    try {
+        standard = m_host.files.resolved(path);
+    } catch (const FileError&) {
+        // Nothing stands there, and there is no link to follow.
+    }
+    return standard.normalized(QString::NormalizationForm_C);
 }
 
 bool WallpaperFiles::holds(const QString& path) const {
@@ -114,10 +127,15 @@ bool WallpaperFiles::isComposited(const QString& name, const QString& screenIden
     return name.startsWith(compositedPrefix(screenIdentifier));
 }
 
+QString WallpaperFiles::displayOfOriginal(const QString& name) {
+    const bool isOriginal = name.startsWith(kOriginal) && name.endsWith(kEnding);
+    return isOriginal ? name.mid(kOriginal.size()).chopped(kEnding.size()) : QString();
+}
+
+/// The whole of the program's folders may lie on another volume, but it is no folder of any other name.
 bool WallpaperFiles::isRealFolder() const {
     try {
-        return m_host.files.resolved(folder()) ==
-               m_host.files.resolved(m_host.machine.applicationSupportFolder()) + kFolder;
+        return m_host.files.resolved(folder()).endsWith(kFolder);
     } catch (const FileError&) {
         return false;
     }

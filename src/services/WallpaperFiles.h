@@ -2,11 +2,8 @@
 
 #include "platform/Host.h"
 
-#include <QByteArray>
 #include <QString>
 #include <QStringList>
-
-#include <optional>
 
 namespace quorvane {
 
@@ -21,7 +18,7 @@ QString wallpaperSlug(const QString& profileName);
 /// says whose is which. Main thread.
 ///
 /// Pictures of the user's that are copied and shown from here may be the last ones of their kind. So nothing is removed but
-/// what lies in the folder itself: not where the folder is a link to another one, and not what a link in it leads to.
+/// what lies in the folder itself: not where it is a link to some other folder, and not what a link in it leads to.
 class WallpaperFiles {
 public:
     explicit WallpaperFiles(const Host& host);
@@ -33,15 +30,19 @@ public:
     QString originalPath(const QString& screenIdentifier) const;
     QString compositedPath(const QString& screenIdentifier, const QString& profileName) const;
 
-    /// True for the path of a picture that the program has made, by the path alone.
-    static bool isOurs(const QString& path);
+    /// True for the path of a picture that the program has made: it says so, or leads into the folder.
+    bool isOurs(const QString& path) const;
     /// True for a file that lies in the folder once links are resolved.
     bool holds(const QString& path) const;
+    /// The path in the one form in which paths can be compared: the system may give back another than it was given.
+    QString standardized(const QString& path) const;
 
     /// The names in the folder; none when it can't be read.
     QStringList names() const;
     /// Whether the file is a labelled picture of the display, for any profile.
     static bool isComposited(const QString& name, const QString& screenIdentifier);
+    /// The display whose original the file is; empty for any other file.
+    static QString displayOfOriginal(const QString& name);
     /// Removes a file of the folder. A failure is ignored: it is tried again with the next change.
     void remove(const QString& name);
 

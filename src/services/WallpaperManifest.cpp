@@ -35,9 +35,13 @@ const ScreenWallpaperRecord* WallpaperManifest::record(const QString& screenIden
 }
 
 void WallpaperManifest::put(const ScreenWallpaperRecord& record) {
-    screens.removeIf(
-        [&record](const ScreenWallpaperRecord& each) { return each.screenIdentifier == record.screenIdentifier; });
+    remove(record.screenIdentifier);
     screens.append(record);
+}
+
+void WallpaperManifest::remove(const QString& screenIdentifier) {
+    screens.removeIf(
+        [&screenIdentifier](const ScreenWallpaperRecord& each) { return each.screenIdentifier == screenIdentifier; });
 }
 
 QByteArray encodeWallpaperManifest(const WallpaperManifest& manifest) {
@@ -50,7 +54,7 @@ QByteArray encodeWallpaperManifest(const WallpaperManifest& manifest) {
     return jsonText(object);
 }
 
-WallpaperManifest decodeWallpaperManifest(const QByteArray& bytes) {
+std::optional<WallpaperManifest> decodeWallpaperManifest(const QByteArray& bytes) {
     try {
         const Json object = parseJson(bytes);
         const Json* screens = findMember(object, "screens");
@@ -60,7 +64,7 @@ WallpaperManifest decodeWallpaperManifest(const QByteArray& bytes) {
         }
         return manifest;
     } catch (const DecodingError&) {
-        return {};
+        return std::nullopt;
     }
 }
 

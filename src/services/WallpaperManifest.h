@@ -27,10 +27,11 @@ struct WallpaperManifest {
     const ScreenWallpaperRecord* record(const QString& screenIdentifier) const;
     /// Takes the place of an older record of the display.
     void put(const ScreenWallpaperRecord& record);
+    void remove(const QString& screenIdentifier);
 };
 
 QByteArray encodeWallpaperManifest(const WallpaperManifest& manifest);
-/// Empty for what isn't a manifest.
-WallpaperManifest decodeWallpaperManifest(const QByteArray& bytes);
+/// None for what isn't a manifest.
+std::optional<WallpaperManifest> decodeWallpaperManifest(const QByteArray& bytes);
 
 } // namespace quorvane

@@ -69,13 +69,21 @@ QCoro::Task<void> WallpaperProfileOverlay::setOverlayEnabled(bool enabled, QStri
     co_await enqueue(Job::Kind::Update, *resolved);
 }
 
+QCoro::Task<void> WallpaperProfileOverlay::updateAtStart(QString name) {
+    if (isOff()) {
+        co_await enqueue(Job::Kind::Check);
+    } else {
+        co_await updateForAppliedProfile(name);
+    }
+}
+
 QCoro::Task<void> WallpaperProfileOverlay::updateForAppliedProfile(QString name) {
     if (!isEnabled()) {
         co_await enqueue(Job::Kind::Check);
         co_return;
     }
     if (isDefaultProfileName(name)) {
-        co_await removeOverlay();
+        co_await enqueue(Job::Kind::Update, kNoLabel);
         co_return;
     }
     const std::optional<QString> resolved = resolvedProfileName(name);
@@ -91,7 +99,7 @@ QCoro::Task<void> WallpaperProfileOverlay::updateForAppliedProfile(QString name)
 }
 
 QCoro::Task<void> WallpaperProfileOverlay::refreshForProfile(QString name) {
-    if (name != comingName()) {
+    if (!name.isEmpty() && name != comingName()) {
         co_await enqueue(Job::Kind::Update, name);
     }
 }
@@ -127,7 +135,8 @@ bool WallpaperProfileOverlay::isOverlayInPlace() const {
 }
 
 QString WallpaperProfileOverlay::storedName() const {
-    return m_host.defaults.string(kWallpaperProfileName).value_or(kNoLabel);
+    const QString name = m_host.defaults.string(kWallpaperProfileName).value_or(QString());
+    return name.isEmpty() ? kNoLabel : name;
 }
 
 /// The name that will be stored when everything is done that was asked for.
@@ -195,11 +204,20 @@ QCoro::Task<void> WallpaperProfileOverlay::runQueue() {
     while (!m_waiting.empty()) {
         const Job job = std::move(m_waiting.front());
         m_waiting.pop_front();
-        co_await carryOut(job.kind, job.name);
+        co_await carryOutGuarded(job.kind, job.name);
         m_nameOfJobAtHand.reset();
         job.promise->finish();
     }
     m_isApplyingOverlay = false;
+}
+
+/// What one job can't do must not keep the next from being done.
+QCoro::Task<void> WallpaperProfileOverlay::carryOutGuarded(Job::Kind kind, QString name) {
+    try {
+        co_await carryOut(kind, name);
+    } catch (const std::exception& error) {
+        log(u"  [ERROR] The wallpaper label could not be changed: "_s + QString::fromUtf8(error.what()));
+    }
 }
 
 QCoro::Task<void> WallpaperProfileOverlay::carryOut(Job::Kind kind, QString name) {

@@ -49,7 +49,10 @@ public:
 
     /// The option in Settings. @param name  of the active profile; empty when it isn't known
     QCoro::Task<void> setOverlayEnabled(bool enabled, QString name);
-    /// After an apply, and at start-up: brings the label up to date with the active profile.
+    /// At start-up, with what updateForAppliedProfile takes. While Default stands there, a display that still shows a label
+    /// gets its picture back, and nothing else happens.
+    QCoro::Task<void> updateAtStart(QString name);
+    /// After an apply: brings the label up to date with the active profile.
     /// @param name  empty when it isn't known. The last applied profile, the first saved one, or the name that stands there
     ///              already is then taken.
     QCoro::Task<void> updateForAppliedProfile(QString name);
@@ -89,6 +92,7 @@ private:
     QFuture<void> enqueue(Job::Kind kind, const QString& name = {});
     Job* waitingJobToShare(Job::Kind kind);
     QCoro::Task<void> runQueue();
+    QCoro::Task<void> carryOutGuarded(Job::Kind kind, QString name);
     QCoro::Task<void> carryOut(Job::Kind kind, QString name);
     QCoro::Task<void> carryOutUpdate(QString name);
     QCoro::Task<void> carryOutCheck();

@@ -1,6 +1,7 @@
 #include "platform/portable/PictureDecoder.h"
 
 #include <QBuffer>
+#include <QColorSpace>
 #include <QImageReader>
 
 #include <libheif/heif.h>
@@ -38,6 +39,14 @@ QImage copied(const heif_image* picture) {
         .copy();
 }
 
+/// The colours of a HEIC picture are mostly those of a wide space.
+QColorSpace colorSpaceOf(const heif_image_handle* handle) {
+    QByteArray profile(static_cast<qsizetype>(heif_image_handle_get_raw_color_profile_size(handle)), '\0');
+    const bool isRead =
+        !profile.isEmpty() && heif_image_handle_get_raw_color_profile(handle, profile.data()).code == heif_error_Ok;
+    return isRead ? QColorSpace::fromIccProfile(profile) : QColorSpace();
+}
+
 bool isTooLarge(const heif_image_handle* handle) {
     const qint64 pixels = qint64{heif_image_handle_get_width(handle)} * heif_image_handle_get_height(handle);
     return pixels * 4 > qint64{kLargestPicture} * 1024 * 1024;
@@ -60,7 +69,11 @@ QImage heicPicture(const QByteArray& bytes) {
         return {};
     }
     const HeifPointer<heif_image> picture(decoded, &heif_image_release);
-    return copied(picture.get());
+    QImage copy = copied(picture.get());
+    if (const QColorSpace space = colorSpaceOf(handle.get()); space.isValid()) {
+        copy.setColorSpace(space);
+    }
+    return copy;
 }
 
 } // namespace

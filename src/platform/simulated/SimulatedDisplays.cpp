@@ -5,6 +5,7 @@
 #include <QtConcurrent>
 
 #include <algorithm>
+#include <stdexcept>
 #include <string>
 
 namespace quorvane {
@@ -82,7 +83,7 @@ std::optional<QString> SimulatedDisplays::setDesktopPicture(const Display& displ
         return u"The file “%1” doesn’t exist."_s.arg(path.mid(path.lastIndexOf(u'/') + 1));
     }
     std::optional<QString> error;
-    m_mac.state().update(kSubject, [&](Json& displays) {
+    const auto change = [&](Json& displays) {
         Json* found = displays.is_array() ? find(displays, display) : nullptr;
         if (found == nullptr) {
             error = u"The display isn’t connected."_s;
@@ -93,7 +94,12 @@ std::optional<QString> SimulatedDisplays::setDesktopPicture(const Display& displ
             (*found)["scaling"] = kProportionallyUpOrDown;
             (*found)["allowClipping"] = true;
         }
-    });
+    };
+    try {
+        m_mac.state().update(kSubject, change);
+    } catch (const std::runtime_error& failure) {
+        error = QString::fromUtf8(failure.what());
+    }
     return error;
 }
 

@@ -25,9 +25,9 @@ public:
     StateObservation(const macsim::Mac& mac, const char* subject, std::function<void()> handler)
         : m_mac(mac)
         , m_subject(subject)
-        , m_handler(std::move(handler))
-        , m_revision(mac.state().revision(subject)) {
+        , m_handler(std::move(handler)) {
         m_watcher.addPath(mac.hostFolder() + macsim::kStateFolder.toString());
+        m_revision = mac.state().revision(subject);
         QObject::connect(&m_watcher, &QFileSystemWatcher::directoryChanged, [this] { tellOfChange(); });
     }
 
