@@ -34,7 +34,8 @@ public:
     /// Of either kind. Asks the user nothing.
     virtual bool keychainItemExists(const QString& service, const QString& account) const = 0;
     /// Asks the user, off the main thread, and waits for his answer. None when he refuses, when there is no item, and when
-    /// the enrolled fingers are others now. The future is never cancelled and holds no exception.
+    /// the enrolled fingers are others now. A password item is given without a question. What was asked for may be another
+    /// item by the time of the answer. The future is never cancelled and holds no exception.
     /// @param reason  what the prompt says: "Unlock Quorvane"
     virtual QFuture<std::optional<QByteArray>> readBiometricProtected(const QString& service, const QString& account,
                                                                       const QString& reason) = 0;

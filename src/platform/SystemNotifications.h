@@ -25,7 +25,7 @@ public:
     virtual ~SystemNotifications() = default;
 
     /// Calls the handler from the event loop each time that the notification comes. Several that come at once may be one
-    /// call. It ends before the port does.
+    /// call. The observation ends before the port does; the handler may end it.
     /// @param name  "com.apple.desktop"
     virtual std::unique_ptr<NotificationObservation> observe(const QString& name, std::function<void()> handler) = 0;
 };

@@ -47,12 +47,23 @@ TEST_F(UserDefaultsContract, anArrayIsReadAsItWasWritten) {
     EXPECT_EQ(store().read(kOwnDomain, u"paths"_s), PropertyList(PropertyList::Array()));
 }
 
+TEST_F(UserDefaultsContract, aBooleanIsReadAsItWasWritten) {
+    for (const bool value : {true, false, true}) {
+        defaults.setBoolean(u"switch"_s, value);
+        EXPECT_EQ(defaults.boolean(u"switch"_s), value);
+        EXPECT_EQ(SimulatedUserDefaults(mac.mac).boolean(u"switch"_s), value);
+        EXPECT_EQ(store().read(kOwnDomain, u"switch"_s), PropertyList(value)) << "not the integer, not a text";
+    }
+}
+
 TEST_F(UserDefaultsContract, aWriteKeepsTheOtherKeys) {
     write(u"theirs"_s, 7);
     defaults.setString(u"one"_s, u"1"_s);
     defaults.setStringArray(u"two"_s, {u"2"_s});
+    defaults.setBoolean(u"three"_s, true);
     defaults.setString(u"one"_s, u"3"_s);
     EXPECT_EQ(defaults.string(u"one"_s), u"3"_s);
+    EXPECT_TRUE(defaults.boolean(u"three"_s));
     EXPECT_EQ(defaults.stringArray(u"two"_s), QStringList(u"2"_s));
     EXPECT_EQ(store().read(kOwnDomain, u"theirs"_s), PropertyList(7));
 }
@@ -60,8 +71,11 @@ TEST_F(UserDefaultsContract, aWriteKeepsTheOtherKeys) {
 TEST_F(UserDefaultsContract, aMissingKeyIsNone) {
     EXPECT_EQ(defaults.string(u"missing"_s), std::nullopt);
     EXPECT_EQ(defaults.stringArray(u"missing"_s), QStringList());
+    EXPECT_FALSE(defaults.boolean(u"missing"_s));
     defaults.setString(u"Missing"_s, u"another key"_s);
     EXPECT_EQ(defaults.string(u"missing"_s), std::nullopt);
+    defaults.setBoolean(u"MISSING"_s, true);
+    EXPECT_FALSE(defaults.boolean(u"missing"_s));
 }
 
 TEST_F(UserDefaultsContract, aValueOfAnotherTypeIsNone) {
@@ -76,6 +90,10 @@ TEST_F(UserDefaultsContract, aValueOfAnotherTypeIsNone) {
     for (const QString& key : {u"number"_s, u"switch"_s, u"text"_s, u"mixed"_s, u"nested"_s}) {
         EXPECT_EQ(defaults.stringArray(key), QStringList()) << key.toStdString();
     }
+    write(u"yes"_s, u"YES"_s);
+    for (const QString& key : {u"number"_s, u"text"_s, u"yes"_s, u"mixed"_s}) {
+        EXPECT_FALSE(defaults.boolean(key)) << key.toStdString();
+    }
 }
 
 TEST_F(UserDefaultsContract, aWriteReplacesAValueOfAnotherType) {
@@ -85,6 +103,9 @@ TEST_F(UserDefaultsContract, aWriteReplacesAValueOfAnotherType) {
     defaults.setStringArray(u"key"_s, {u"b"_s});
     EXPECT_EQ(defaults.string(u"key"_s), std::nullopt);
     EXPECT_EQ(defaults.stringArray(u"key"_s), QStringList(u"b"_s));
+    defaults.setBoolean(u"key"_s, true);
+    EXPECT_TRUE(defaults.boolean(u"key"_s));
+    EXPECT_EQ(defaults.stringArray(u"key"_s), QStringList());
 }
 
 TEST_F(UserDefaultsContract, aWriteThatFailsIsNotReported) {
@@ -92,6 +113,8 @@ TEST_F(UserDefaultsContract, aWriteThatFailsIsNotReported) {
     volume.createFolders(store().filePath(kOwnDomain) + u"/in the way"_s);
     EXPECT_NO_THROW(defaults.setString(u"name"_s, u"Live"_s));
     EXPECT_NO_THROW(defaults.setStringArray(u"paths"_s, {u"/Applications/A.app"_s}));
+    EXPECT_NO_THROW(defaults.setBoolean(u"switch"_s, true));
+    EXPECT_FALSE(defaults.boolean(u"switch"_s));
     EXPECT_EQ(defaults.string(u"name"_s), std::nullopt);
     EXPECT_EQ(defaults.stringArray(u"paths"_s), QStringList());
     EXPECT_TRUE(volume.exists(store().filePath(kOwnDomain) + u"/in the way"_s));

@@ -8,6 +8,7 @@
 #include <QPromise>
 #include <QStringList>
 
+#include <functional>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -25,12 +26,14 @@ public:
     enum class Finger { Accepted, Refused, Held };
 
     QMap<QPair<QString, QString>, Item> items; ///< by service and account
+    bool refusesReading = false;
     bool refusesPasswords = false;
     bool refusesBiometricItems = false;
     bool generatorFails = false;
     int enrolment = 0; ///< another number is another set of fingers
     Finger finger = Finger::Accepted;
-    QStringList reasons; ///< what the user was asked
+    QStringList reasons;            ///< what the user was asked
+    std::function<void()> onDelete; ///< called before an item is deleted by itself
 
     bool setPasswordItem(const QString& service, const QString& account, const QByteArray& data) override {
         if (refusesPasswords)
@@ -40,25 +43,31 @@ public:
     }
     std::optional<QByteArray> readPasswordItem(const QString& service, const QString& account) const override {
         const auto item = items.constFind({service, account});
-        return item != items.cend() && !item->isBiometric ? std::optional(item->data) : std::nullopt;
+        return !refusesReading && item != items.cend() && !item->isBiometric ? std::optional(item->data) : std::nullopt;
     }
     void deleteKeychainItem(const QString& service, const QString& account) override {
+        if (onDelete)
+            onDelete();
         items.remove({service, account});
     }
     bool setBiometricItem(const QString& service, const QString& account, const QByteArray& data) override {
-        deleteKeychainItem(service, account);
+        items.remove({service, account});
         if (refusesBiometricItems)
             return false;
         items.insert({service, account}, {data, true, enrolment});
         return true;
     }
     bool keychainItemExists(const QString& service, const QString& account) const override {
-        return items.contains({service, account});
+        return !refusesReading && items.contains({service, account});
     }
     QFuture<std::optional<QByteArray>> readBiometricProtected(const QString& service, const QString& account,
                                                               const QString& reason) override {
         const auto item = items.constFind({service, account});
-        if (m_isShutDown || item == items.cend() || (item->isBiometric && item->enrolment != enrolment))
+        if (m_isShutDown || refusesReading || item == items.cend())
+            return QtFuture::makeReadyFuture(std::optional<QByteArray>());
+        if (!item->isBiometric)
+            return QtFuture::makeReadyFuture(std::optional(item->data));
+        if (item->enrolment != enrolment)
             return QtFuture::makeReadyFuture(std::optional<QByteArray>());
         reasons.append(reason);
         if (finger == Finger::Held)

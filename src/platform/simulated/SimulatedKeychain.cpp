@@ -2,7 +2,6 @@
 
 #include "platform/simulated/SimulatedBiometrics.h"
 
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QRandomGenerator>
@@ -53,10 +52,26 @@ bool isBiometric(const Json& item) {
     return item.contains("accessControl");
 }
 
+/// @param enrolment  the fingers of now
+bool isLost(const Json& item, const QString& enrolment) {
+    return isBiometric(item) && item.value("enrolment", Json()) != enrolment.toStdString();
+}
+
+/// A temporary file is its owner's alone from the moment that it is made, and stays so in its new place.
+bool replacePrivately(const QString& hostPath, const QByteArray& bytes) {
+    QTemporaryFile beside(QFileInfo(hostPath).path() + u"/.keychain.XXXXXX"_s);
+    if (!beside.open() || beside.write(bytes) != bytes.size() || !beside.flush() ||
+        std::rename(QFile::encodeName(beside.fileName()).constData(), QFile::encodeName(hostPath).constData()) != 0) {
+        return false;
+    }
+    beside.setAutoRemove(false);
+    return true;
+}
+
 } // namespace
 
-QString SimulatedKeychain::hostFile() const {
-    return m_mac.hostFolder() + m_mac.homeFolder(macsim::Actor::User) + u"/Library/Keychains/login.keychain-db"_s;
+QString SimulatedKeychain::path() const {
+    return m_mac.homeFolder(macsim::Actor::User) + u"/Library/Keychains/login.keychain-db"_s;
 }
 
 bool SimulatedKeychain::isOn(const char* fault) const {
@@ -66,33 +81,29 @@ bool SimulatedKeychain::isOn(const char* fault) const {
 
 /// The whole keychain; an empty one where there is none yet; none for a file that can't be read or isn't a keychain.
 std::optional<Json> SimulatedKeychain::read() const {
-    QFile file(hostFile());
-    if (!file.exists()) {
+    const macsim::Volume disk = m_mac.volume(macsim::Actor::User);
+    if (disk.kind(path()) == macsim::Volume::Kind::Missing) {
         return Json{{"items", Json::array()}};
     }
-    if (!file.open(QIODevice::ReadOnly)) {
+    try {
+        const QByteArray bytes = disk.read(path());
+        const Json keychain = Json::parse(bytes.cbegin(), bytes.cend(), nullptr, false);
+        const bool isKeychain = keychain.is_object() && keychain.value("items", Json()).is_array();
+        return isKeychain ? std::optional(keychain) : std::nullopt;
+    } catch (const macsim::FileError&) {
         return std::nullopt;
     }
-    const QByteArray bytes = file.readAll();
-    const Json keychain = Json::parse(bytes.cbegin(), bytes.cend(), nullptr, false);
-    const bool isKeychain = keychain.is_object() && keychain.value("items", Json()).is_array();
-    return isKeychain ? std::optional(keychain) : std::nullopt;
 }
 
-/// A temporary file is its owner's alone from the moment that it is made.
 bool SimulatedKeychain::write(const Json& keychain) {
-    const QString path = hostFile();
-    if (!QDir().mkpath(QFileInfo(path).path())) {
+    try {
+        const macsim::Volume disk = m_mac.volume(macsim::Actor::User);
+        disk.createFolders(path().left(path().lastIndexOf(u'/')));
+        return replacePrivately(m_mac.hostFolder() + disk.canonicalPath(path()),
+                                QByteArray::fromStdString(keychain.dump(1) + '\n'));
+    } catch (const macsim::FileError&) {
         return false;
     }
-    QTemporaryFile beside(QFileInfo(path).path() + u"/.keychain.XXXXXX"_s);
-    const QByteArray bytes = QByteArray::fromStdString(keychain.dump(1) + '\n');
-    if (!beside.open() || beside.write(bytes) != bytes.size() || !beside.flush() ||
-        std::rename(QFile::encodeName(beside.fileName()).constData(), QFile::encodeName(path).constData()) != 0) {
-        return false;
-    }
-    beside.setAutoRemove(false);
-    return true;
 }
 
 std::optional<Json> SimulatedKeychain::item(const QString& service, const QString& account) const {
@@ -155,9 +166,11 @@ bool SimulatedKeychain::keychainItemExists(const QString& service, const QString
 QFuture<std::optional<QByteArray>>
 SimulatedKeychain::readBiometricProtected(const QString& service, const QString& account, const QString& reason) {
     const std::optional<Json> found = m_isShutDown ? std::nullopt : item(service, account);
-    const bool isLost = found && found->value("enrolment", std::string()) != simulatedEnrolment(m_mac).toStdString();
-    if (!found || isLost) {
+    if (!found || isLost(*found, simulatedEnrolment(m_mac))) {
         return QtFuture::makeReadyFuture(std::optional<QByteArray>());
+    }
+    if (!isBiometric(*found)) {
+        return QtFuture::makeReadyFuture(dataOf(*found));
     }
     return m_prompt.ask(reason).then([data = dataOf(*found)](BiometricAnswer answer) {
         return answer == BiometricAnswer::Accept ? data : std::nullopt;

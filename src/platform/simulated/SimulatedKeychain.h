@@ -10,7 +10,7 @@
 namespace quorvane {
 
 /// The keychain of a simulated Mac: "~/Library/Keychains/login.keychain-db", which on the host only its owner may read. It
-/// holds no cipher, so nobody's real password belongs there:
+/// isn't encrypted, so nobody's real password belongs there:
 ///
 ///     {"items": [{"service": "com.quorvane.app-lock", "account": "password", "accessible": "WhenUnlocked",
 ///                 "data": "base64"},
@@ -42,7 +42,7 @@ public:
     void shutDown() override;
 
 private:
-    QString hostFile() const;
+    QString path() const;
     bool isOn(const char* fault) const;
     std::optional<macsim::Json> read() const;
     bool write(const macsim::Json& keychain);

@@ -27,15 +27,19 @@ public:
         , m_subject(subject)
         , m_handler(std::move(handler)) {
         m_watcher.addPath(mac.hostFolder() + macsim::kStateFolder.toString());
-        m_revision = mac.state().revision(subject);
-        QObject::connect(&m_watcher, &QFileSystemWatcher::directoryChanged, [this] { tellOfChange(); });
+        m_revision = mac.state().revision(subject); // once it is watched, so that no change falls in between
+        // Queued, so that a handler may end its observation: the watcher is busy while it tells of a change itself.
+        QObject::connect(
+            &m_watcher, &QFileSystemWatcher::directoryChanged, &m_watcher, [this] { tellOfChange(); },
+            Qt::QueuedConnection);
     }
 
 private:
     void tellOfChange() {
         const QByteArray revision = m_mac.state().revision(m_subject);
         if (std::exchange(m_revision, revision) != revision) {
-            m_handler();
+            const std::function<void()> handler = m_handler;
+            handler(); // this may be gone by the end of it
         }
     }
 
