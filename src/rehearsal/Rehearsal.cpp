@@ -1,6 +1,8 @@
 #include "rehearsal/Rehearsal.h"
 
 #include "core/Json.h"
+#include "platform/Clock.h"
+#include "platform/Displays.h"
 #include "platform/FileManager.h"
 #include "profiles/ProfileNames.h"
 #include "rehearsal/ProfileFile.h"
@@ -10,6 +12,8 @@
 #include "snapshots/RestoreAlerts.h"
 #include "startup/StartupVerification.h"
 #include "verification/SystemMatching.h"
+
+#include <QCoroFuture>
 
 #include <cstdio>
 
@@ -199,7 +203,7 @@ QCoro::Task<RehearsalOutcome> Rehearsal::showOverlay(QString name) {
     co_await m_overlay.setOverlayEnabled(true, name);
     RehearsalOutcome outcome;
     outcome.succeeded = m_overlay.isOverlayInPlace();
-    print(displayLines());
+    tellOfDisplays(outcome);
     co_return outcome;
 }
 
@@ -207,18 +211,23 @@ QCoro::Task<RehearsalOutcome> Rehearsal::removeOverlay() {
     co_await m_overlay.setOverlayEnabled(false, {});
     RehearsalOutcome outcome;
     outcome.succeeded = true;
-    print(displayLines());
+    tellOfDisplays(outcome);
     co_return outcome;
 }
 
-/// What each display shows: "Built-in Retina Display: /Library/Desktop Pictures/Stage.jpg".
-QStringList Rehearsal::displayLines() {
+void Rehearsal::tellOfDisplays(RehearsalOutcome& outcome) {
     const Displays& displays = m_host.host().displays;
-    QStringList lines;
+    outcome.displays.emplace();
     for (const Display& display : displays.screens()) {
-        lines.append(display.localizedName + u": "_s + displays.desktopPicture(display).value_or(u"unknown"_s));
+        outcome.displays->append({display.localizedName, displays.desktopPicture(display).value_or(QString())});
     }
-    return lines;
+    print(displayLines(*outcome.displays));
+}
+
+/// Signals that are queued lead to work of their own.
+QCoro::Task<void> Rehearsal::finished() {
+    co_await m_host.host().clock.sleepFor(std::chrono::milliseconds(0));
+    co_await m_overlay.finished();
 }
 
 void Rehearsal::tell(RehearsalOutcome& outcome, const ClosingAlert& alert) {

@@ -19,6 +19,12 @@
 
 namespace quorvane {
 
+/// What a display shows.
+struct ShownPicture {
+    QString display; ///< its localized name
+    QString path;    ///< empty when the system doesn't say
+};
+
 /// What a command came to.
 struct RehearsalOutcome {
     bool succeeded = false;
@@ -28,6 +34,7 @@ struct RehearsalOutcome {
     std::optional<ClosingAlert> alert;                   ///< where the command ends with one
     std::optional<RestoreOutcome> restore;               ///< where the command is a way back
     std::optional<SystemConfigurationMatch> match;       ///< where the command scans and finds one
+    std::optional<QList<ShownPicture>> displays;         ///< where the command changes what they show
 
     bool isDone() const { return succeeded && (!verification || verification->failed.isEmpty()); }
 };
@@ -65,7 +72,7 @@ public:
     QCoro::Task<RehearsalOutcome> removeOverlay();
 
     /// Ends when nothing runs on that a command has led to.
-    QCoro::Task<void> finished() { return m_overlay.finished(); }
+    QCoro::Task<void> finished();
 
     /// Ends whatever runs, so that the flow comes to its end.
     void quit() { m_host.shutDown(); }
@@ -77,7 +84,7 @@ Q_SIGNALS:
 private:
     void print(const QStringList& lines);
     void tell(RehearsalOutcome& outcome, const ClosingAlert& alert);
-    QStringList displayLines();
+    void tellOfDisplays(RehearsalOutcome& outcome);
     void finishWayBack(RehearsalOutcome& outcome, const RestoreOutcome& restore, const ClosingAlert& alert);
     std::optional<UnifiedProfile> storedProfile(const UnifiedProfile& profile, const QString& hostPath);
 

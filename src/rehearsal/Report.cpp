@@ -68,6 +68,14 @@ Json matchJson(const SystemConfigurationMatch& match) {
             {"verification", verificationJson(match.verification)}};
 }
 
+Json displaysJson(const QList<ShownPicture>& displays) {
+    Json array = Json::array();
+    for (const ShownPicture& shown : displays) {
+        array.push_back({{"display", encodeJson(shown.display)}, {"picture", encodeJson(shown.path)}});
+    }
+    return array;
+}
+
 } // namespace
 
 QStringList previewLines(const ProfileApplyPreview& preview) {
@@ -101,6 +109,14 @@ QStringList alertLines(const ClosingAlert& alert) {
     return lines;
 }
 
+QStringList displayLines(const QList<ShownPicture>& displays) {
+    QStringList lines;
+    for (const ShownPicture& shown : displays) {
+        lines.append(shown.display + u": "_s + (shown.path.isEmpty() ? u"unknown"_s : shown.path));
+    }
+    return lines;
+}
+
 QByteArray jsonReport(const QString& command, const QStringList& log, const RehearsalOutcome& outcome) {
     Json report;
     report["command"] = encodeJson(command);
@@ -124,6 +140,9 @@ QByteArray jsonReport(const QString& command, const QStringList& log, const Rehe
     }
     if (outcome.match) {
         report["match"] = matchJson(*outcome.match);
+    }
+    if (outcome.displays) {
+        report["displays"] = displaysJson(*outcome.displays);
     }
     return jsonText(report) + '\n';
 }

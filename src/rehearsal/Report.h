@@ -13,6 +13,8 @@ namespace quorvane {
 QStringList previewLines(const ProfileApplyPreview& preview);
 QStringList startupItemLines(const QList<StartupItem>& items);
 QStringList alertLines(const ClosingAlert& alert);
+/// "Color LCD: /Users/mika/Pictures/Stage.jpg"
+QStringList displayLines(const QList<ShownPicture>& displays);
 
 /// One JSON object with a newline: the command, its log, what it came to, and the result record.
 ///
@@ -21,7 +23,8 @@ QStringList alertLines(const ClosingAlert& alert);
 ///      "preview": {"profileName": "Live", "sections": [{"title": "Will enable", "rows": ["…"]}]}, "startupItems": […],
 ///      "alert": {"title": "Success", "text": "Trash emptied."},
 ///      "restore": {"source": "standardDefaults" | "snapshot" | "baseline", "hasSnapshotFile": true},
-///      "match": {"name": "Live", "kind": "savedProfile" | "builtinMode", "verification": {…}}}
+///      "match": {"name": "Live", "kind": "savedProfile" | "builtinMode", "verification": {…}},
+///      "displays": [{"display": "Color LCD", "picture": "/Users/mika/Pictures/Stage.jpg"}]}
 QByteArray jsonReport(const QString& command, const QStringList& log, const RehearsalOutcome& outcome);
 
 } // namespace quorvane

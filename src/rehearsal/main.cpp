@@ -142,11 +142,11 @@ QCoro::Task<void> runFlowToItsEnd(Rehearsal& rehearsal, Arguments arguments) {
     int status = kUnusable;
     try {
         const RehearsalOutcome outcome = co_await runFlow(rehearsal, arguments);
+        co_await rehearsal.finished();
         if (arguments.json) {
             std::fputs(jsonReport(arguments.command, rehearsal.system().logMessages(), outcome).constData(), stdout);
         }
         status = outcome.isDone() ? kDone : kNotDone;
-        co_await rehearsal.finished();
     } catch (const std::exception& error) {
         std::fprintf(stderr, "%s\n", error.what());
     }

@@ -36,7 +36,6 @@ class DesktopLabel {
 public:
     /// @param log  where lines go
     DesktopLabel(const Host& host, LogAction log);
-    ~DesktopLabel();
 
     enum class Attempt {
         All,
@@ -57,8 +56,18 @@ public:
     bool wasOvertaken() const { return m_wasOvertaken; }
 
 private:
+    /// Why a display can't have its label.
+    enum class Trouble { None, NotLoaded, NotComposited, NotSaved, NotSet };
     /// One display, while it is worked on.
-    struct Target;
+    struct Target {
+        Display display;
+        QString id;
+        QString name;                    ///< the label
+        std::optional<QString> picture;  ///< what the display showed at the beginning
+        QString composited;              ///< where its labelled picture is kept
+        QString original;                ///< the copy of the user's picture that is labelled; empty where there is none
+        Trouble trouble = Trouble::None; ///< why there is none
+    };
     /// What a display showed when its label couldn't be put there.
     struct Failure {
         std::optional<QString> picture;
@@ -74,24 +83,26 @@ private:
     bool isLabelled(const Target& target) const;
     bool hasFailedBefore(const Target& target) const;
     bool needsNothing(const Target& target) const;
+    QCoro::Task<bool> showOn(Target target);
+    QCoro::Task<Trouble> compose(Target target);
+    void removeFormerLabels(const Target& target);
+    void warn(Trouble trouble, const Target& target) const;
+    bool writeFile(const QString& path, const QByteArray& bytes);
+    bool setPicture(const Display& display, const QString& path);
+    QSet<QString> shownPictures() const;
+
+    // services/DesktopLabel+Originals.cpp
     QCoro::Task<QList<Target>> withOriginals(QList<Target> targets);
     void adoptOriginals(QList<Target>& targets, WallpaperManifest& originals);
-    QCoro::Task<QString> copyOriginal(Target target);
+    QCoro::Task<Trouble> copyOriginal(Target target);
     ScreenWallpaperRecord recordOf(const Target& target) const;
-    QCoro::Task<bool> showOn(Target target);
-    QCoro::Task<QString> compose(Target target);
-    void removeFormerLabels(const Target& target);
-    void warn(const QString& trouble, const Target& target) const;
-
+    std::optional<WallpaperManifest> storedManifest() const;
     WallpaperManifest manifest() const;
     const ScreenWallpaperRecord* recordShown(const std::optional<QString>& picture,
                                              const WallpaperManifest& originals) const;
     std::optional<QString> copyFor(const QString& id, const ScreenWallpaperRecord* record) const;
     QByteArray readCopy(const ScreenWallpaperRecord& record) const;
     bool write(const WallpaperManifest& manifest);
-    bool writeFile(const QString& path, const QByteArray& bytes);
-    bool setPicture(const Display& display, const QString& path);
-    QSet<QString> shownPictures() const;
 
     // services/DesktopLabel+Restore.cpp
     std::optional<QString> restore(const Display& display, const WallpaperManifest& originals);

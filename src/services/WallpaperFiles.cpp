@@ -69,14 +69,18 @@ QString wallpaperSlug(const QString& profileName) {
 WallpaperFiles::WallpaperFiles(const Host& host)
     : m_host(host) {}
 
+/// Where the folder is, or would be.
+QString WallpaperFiles::place() const {
+    return m_host.machine.applicationSupportFolder() + kFolder;
+}
+
 QString WallpaperFiles::folder() const {
-    const QString folder = m_host.machine.applicationSupportFolder() + kFolder;
     try {
-        m_host.files.createFolders(folder);
+        m_host.files.createFolders(place());
     } catch (const FileError&) {
         // The read or the write that follows tells of it.
     }
-    return folder;
+    return place();
 }
 
 QString WallpaperFiles::manifestPath() const {
@@ -109,7 +113,7 @@ QString WallpaperFiles::standardized(const QString& path) const {
 
 bool WallpaperFiles::holds(const QString& path) const {
     try {
-        return m_host.files.resolved(path).startsWith(m_host.files.resolved(folder()) + u'/');
+        return m_host.files.resolved(path).startsWith(m_host.files.resolved(place()) + u'/');
     } catch (const FileError&) {
         return false;
     }
@@ -135,7 +139,7 @@ QString WallpaperFiles::displayOfOriginal(const QString& name) {
 /// The whole of the program's folders may lie on another volume, but it is no folder of any other name.
 bool WallpaperFiles::isRealFolder() const {
     try {
-        return m_host.files.resolved(folder()).endsWith(kFolder);
+        return m_host.files.resolved(place()).endsWith(kFolder);
     } catch (const FileError&) {
         return false;
     }

@@ -47,6 +47,7 @@ public:
     void remove(const QString& name);
 
 private:
+    QString place() const;
     bool isRealFolder() const;
 
     Host m_host;

@@ -58,8 +58,12 @@ std::optional<WallpaperManifest> decodeWallpaperManifest(const QByteArray& bytes
     try {
         const Json object = parseJson(bytes);
         const Json* screens = findMember(object, "screens");
+        if (screens == nullptr) {
+            throw DecodingError(QStringLiteral("missing"), QStringLiteral("screens"));
+        }
+        requireArray(*screens);
         WallpaperManifest manifest;
-        for (const Json& record : screens != nullptr ? *screens : Json::array()) {
+        for (const Json& record : *screens) {
             manifest.screens.append(decodedRecord(record));
         }
         return manifest;

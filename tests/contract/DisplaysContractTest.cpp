@@ -1,5 +1,6 @@
 // What the simulated displays and those in memory have in common.
 
+#include "fakes/EventLoop.h"
 #include "fakes/MemoryDisplays.h"
 #include "fakes/Pictures.h"
 #include "fakes/SimulatedMacFolder.h"
@@ -93,7 +94,7 @@ protected:
     Display monitor() const { return displays.screens().at(1); }
     QImage load(const QString& path) {
         QFuture<QImage> picture = displays.loadPicture(path);
-        picture.waitForFinished();
+        processEventsUntil([&picture] { return picture.isFinished(); });
         return picture.result();
     }
 

@@ -3,14 +3,16 @@
 #include "fakes/MemoryFileManager.h"
 #include "platform/Displays.h"
 
-#include <QMap>
+#include <QPromise>
+#include <QTimer>
 
 #include <functional>
-#include <utility>
+#include <memory>
 
 namespace quorvane {
 
-/// Displays in memory, over files in memory. There are none until a test plugs some in.
+/// Displays in memory, over files in memory. There are none until a test plugs some in. A picture is loaded when the event
+/// loop comes round.
 class MemoryDisplays final : public Displays {
 public:
     explicit MemoryDisplays(MemoryFileManager& files)
@@ -64,11 +66,19 @@ public:
     }
     QFuture<QImage> loadPicture(const QString& path) override {
         calls.append(QStringLiteral("load ") + path);
+        QImage picture;
         try {
-            return QtFuture::makeReadyFuture(decode(m_files.read(path)));
+            picture = decode(m_files.read(path));
         } catch (const FileError&) {
-            return QtFuture::makeReadyFuture(QImage());
+            picture = QImage();
         }
+        const auto promise = std::make_shared<QPromise<QImage>>();
+        promise->start();
+        QTimer::singleShot(0, [promise, picture] {
+            promise->addResult(picture);
+            promise->finish();
+        });
+        return promise->future();
     }
 
 private:

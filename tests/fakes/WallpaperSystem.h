@@ -51,6 +51,7 @@ protected:
     void enable(const QString& name) { QCoro::waitFor(overlay->setOverlayEnabled(true, name)); }
     void disable() { QCoro::waitFor(overlay->setOverlayEnabled(false, {})); }
     void update(const QString& name) { QCoro::waitFor(overlay->updateForAppliedProfile(name)); }
+    void atStart(const QString& name) { QCoro::waitFor(overlay->updateAtStart(name)); }
     void refresh(const QString& name) { QCoro::waitFor(overlay->refreshForProfile(name)); }
     /// Tells of a change of the desktop, and waits until it is dealt with.
     void tellOfChange() {

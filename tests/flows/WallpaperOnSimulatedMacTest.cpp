@@ -136,7 +136,7 @@ TEST_F(WallpaperOnSimulatedMac, aDisplayThatCameBackMeanwhileIsRestoredAtTheStar
     start();
     changeDisplay(1, "isConnected", true);
     startOverlay();
-    QCoro::waitFor(overlay->updateForAppliedProfile({}));
+    QCoro::waitFor(overlay->updateAtStart({}));
     EXPECT_EQ(shown(1), kDunes);
     EXPECT_EQ(workFiles(), QStringList());
 }

@@ -71,10 +71,29 @@ TEST_F(WallpaperFilesTest, aLabelledPictureIsThatOfOneDisplay) {
 }
 
 TEST_F(WallpaperFilesTest, aPictureIsOursByItsPath) {
-    EXPECT_TRUE(WallpaperFiles::isOurs(kFolder + u"/composited-display-1-live.jpg"_s));
-    EXPECT_TRUE(WallpaperFiles::isOurs(u"/Volumes/Moved/Quorvane/WallpaperOverlay/a.jpg"_s));
-    EXPECT_FALSE(WallpaperFiles::isOurs(kFolder));
-    EXPECT_FALSE(WallpaperFiles::isOurs(u"/Users/alex/Pictures/a.jpg"_s));
+    EXPECT_TRUE(work.isOurs(kFolder + u"/composited-display-1-live.jpg"_s));
+    EXPECT_TRUE(work.isOurs(u"/Volumes/Moved/Quorvane/WallpaperOverlay/a.jpg"_s));
+    EXPECT_FALSE(work.isOurs(kFolder));
+    EXPECT_FALSE(work.isOurs(u"/Users/alex/Pictures/a.jpg"_s));
+}
+
+TEST_F(WallpaperFilesTest, aPictureIsOursWhereverALinkLeads) {
+    files.addFolders(u"/Users/alex/Library/Application Support"_s);
+    files.addLink(u"/Users/alex/Library/Application Support/Quorvane"_s, u"/Volumes/Data/Apps"_s);
+    files.addFile(u"/Volumes/Data/Apps/WallpaperOverlay/a.jpg"_s, "a");
+    EXPECT_TRUE(work.isOurs(u"/Volumes/Data/Apps/WallpaperOverlay/a.jpg"_s));
+    EXPECT_EQ(work.standardized(kFolder + u"/a.jpg"_s), u"/Volumes/Data/Apps/WallpaperOverlay/a.jpg"_s);
+}
+
+TEST_F(WallpaperFilesTest, pathsAreComparedInOneForm) {
+    EXPECT_EQ(work.standardized(u"/a/./b/../c.jpg"_s), u"/a/c.jpg"_s);
+    EXPECT_EQ(work.standardized(u"/a/a\u0308.jpg"_s), work.standardized(u"/a/ä.jpg"_s));
+}
+
+TEST_F(WallpaperFilesTest, anOriginalTellsItsDisplay) {
+    EXPECT_EQ(WallpaperFiles::displayOfOriginal(u"original-display-1.jpg"_s), u"display-1"_s);
+    EXPECT_EQ(WallpaperFiles::displayOfOriginal(u"composited-display-1-x.jpg"_s), QString());
+    EXPECT_EQ(WallpaperFiles::displayOfOriginal(u"original-display-1.jpg.tmp"_s), QString());
 }
 
 TEST_F(WallpaperFilesTest, aFileIsHeldWhereItLiesOnceLinksAreResolved) {
@@ -106,6 +125,14 @@ TEST_F(WallpaperFilesTest, nothingIsRemovedWhereTheFolderIsALinkToAnother) {
     EXPECT_EQ(work.names(), QStringList(u"b.jpg"_s));
     work.remove(u"b.jpg"_s);
     EXPECT_EQ(files.read(u"/Users/alex/Pictures/b.jpg"_s), "b");
+}
+
+TEST_F(WallpaperFilesTest, theProgramsFoldersMayLieOnAnotherVolume) {
+    files.addFolders(u"/Users/alex/Library/Application Support"_s);
+    files.addLink(u"/Users/alex/Library/Application Support/Quorvane"_s, u"/Volumes/Data/Quorvane"_s);
+    files.addFile(u"/Volumes/Data/Quorvane/WallpaperOverlay/a.jpg"_s, "a");
+    work.remove(u"a.jpg"_s);
+    EXPECT_EQ(work.names(), QStringList());
 }
 
 TEST_F(WallpaperFilesTest, aFileThatCantBeRemovedStays) {

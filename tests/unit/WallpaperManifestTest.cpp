@@ -36,7 +36,7 @@ TEST(WallpaperManifest, hasTheKeysOfItsFormat) {
 })");
 }
 
-TEST(WallpaperManifest, thatIsDamagedIsEmpty) {
+TEST(WallpaperManifest, thatIsDamagedIsNone) {
     for (const QByteArray& bytes :
          {QByteArray(), QByteArray("{"), QByteArray("[]"), QByteArray("7"), QByteArray("{}"), QByteArray("\xff\xfe"),
           QByteArray(R"({"screens": 7})"), QByteArray(R"({"screens": {"a": 1}})"), QByteArray(R"({"screens": [null]})"),
@@ -44,7 +44,7 @@ TEST(WallpaperManifest, thatIsDamagedIsEmpty) {
           QByteArray(R"({"screens": [{"screenIdentifier": 1, "originalImagePath": "/a"}]})"),
           QByteArray(R"({"screens": [{"screenIdentifier": "a", "originalImagePath": "/a", "originalDesktopURL": 1}]})"),
           encodeWallpaperManifest({{kBuiltIn}}).chopped(20)}) {
-        EXPECT_EQ(decodeWallpaperManifest(bytes), WallpaperManifest{}) << bytes.toStdString();
+        EXPECT_EQ(decodeWallpaperManifest(bytes), std::nullopt) << bytes.toStdString();
     }
 }
 

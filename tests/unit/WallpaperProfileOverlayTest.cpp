@@ -175,6 +175,36 @@ TEST_F(WallpaperOverlay, followsTheProfileThatTheSystemRecords) {
     EXPECT_EQ(system.logMessages(), QStringList(labelled(u"Live"_s, 2).trimmed().prepend(u"  "_s)));
 }
 
+TEST_F(WallpaperOverlay, isNamedAfterAProfileWithASignOfItsOwn) {
+    enable(u"Set %1 %2"_s);
+    EXPECT_EQ(takeTrace(), u"  [APPLIED] Wallpaper profile label set to \"Set %1 %2\" on 2 display(s).\n"_s);
+}
+
+// ---- At the start
+
+TEST_F(WallpaperOverlay, isBroughtUpToDateAtTheStart) {
+    enable(u"Live"_s);
+    overlay.reset();
+    start();
+    takeTrace();
+    atStart(u"Studio"_s);
+    EXPECT_EQ(takeTrace(), labelled(u"Studio"_s, 2));
+}
+
+TEST_F(WallpaperOverlay, staysAwayAtTheStartWhileDefaultStandsThere) {
+    enable(u"Live"_s);
+    refresh(u"Default"_s);
+    addProfile(u"Saved"_s, ManualClock().time);
+    overlay.reset();
+    start();
+    takeTrace();
+    takeSets();
+    atStart(u"Saved"_s);
+    EXPECT_EQ(takeTrace(), u"\n"_s);
+    EXPECT_EQ(takeSets(), QStringList());
+    EXPECT_EQ(storedName(), u"Default"_s);
+}
+
 // ---- When another profile is chosen
 
 TEST_F(WallpaperOverlay, isRefreshedForAnotherName) {
@@ -219,6 +249,8 @@ TEST_F(WallpaperOverlay, withoutANameIsLeftAsItIs) {
     enable(u"Live"_s);
     takeTrace();
     takeSets();
+    refresh({});
+    EXPECT_EQ(storedName(), u"Live"_s);
     QCoro::waitFor(overlay->applyOverlay({}));
     EXPECT_EQ(takeTrace(), u"\n"_s);
     EXPECT_EQ(takeSets(), QStringList());
@@ -248,6 +280,14 @@ TEST_F(WallpaperOverlay, isComposedAgainWhenTheDisplayHasAnotherResolution) {
     displays.connected[0].display.frame = {0, 0, 250, 150};
     update(u"Live"_s);
     EXPECT_EQ(pictureIn(u"composited-display-1-live.jpg"_s).size(), QSize(500, 300));
+}
+
+TEST_F(WallpaperOverlay, isNotInPlaceWhileTheFileHoldsAnotherName) {
+    enable(u"My Gig"_s);
+    files.failOn(MemoryFileManager::Operation::Write, composited(1, u"my-gig"_s));
+    update(u"My Gig!"_s);
+    EXPECT_EQ(shown(1), composited(1, u"my-gig"_s));
+    EXPECT_FALSE(overlay->isOverlayInPlace());
 }
 
 TEST_F(WallpaperOverlay, whoseFileIsGoneIsComposedAgain) {

@@ -2,6 +2,8 @@
 
 #include "fakes/WallpaperSystem.h"
 
+#include <stdexcept>
+
 namespace quorvane {
 
 namespace {
@@ -104,6 +106,24 @@ TEST_F(WallpaperQueue, everyTaskEndsWhenItsChangeIsDone) {
     EXPECT_EQ(ends.first(), u"first"_s);
     EXPECT_EQ(ends.last(), u"removal"_s);
     finish();
+}
+
+TEST_F(WallpaperQueue, anAppliedDefaultIsAnUpdateLikeAnyOther) {
+    overlay->applyOverlay(u"First"_s);
+    overlay->updateForAppliedProfile(u"Second"_s);
+    overlay->updateForAppliedProfile(u"Default"_s);
+    finish();
+    EXPECT_EQ(takeTrace(), labelled(u"First"_s) + kRemoved);
+    EXPECT_EQ(storedName(), u"Default"_s);
+}
+
+TEST_F(WallpaperQueue, aJobThatFailsKeepsNoneOfTheOthersBack) {
+    displays.whenSet = [] { throw std::runtime_error("the system fell over"); };
+    enable(u"Live"_s);
+    EXPECT_EQ(takeTrace(), u"  [ERROR] The wallpaper label could not be changed: the system fell over\n"_s);
+    displays.whenSet = {};
+    update(u"Studio"_s);
+    EXPECT_EQ(takeTrace(), labelled(u"Studio"_s));
 }
 
 TEST_F(WallpaperQueue, aPictureChosenMeanwhileIsNotTakenAway) {

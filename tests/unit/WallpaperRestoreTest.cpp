@@ -15,7 +15,7 @@ using Operation = MemoryFileManager::Operation;
 class WallpaperRestore : public WallpaperSystem {
 protected:
     WallpaperManifest manifest() const {
-        return decodeWallpaperManifest(files.read(kWallpaperFolder + u"wallpaper-originals.json"_s));
+        return decodeWallpaperManifest(files.read(kWallpaperFolder + u"wallpaper-originals.json"_s)).value();
     }
     void writeManifest(const QByteArray& bytes) {
         files.addFile(kWallpaperFolder + u"wallpaper-originals.json"_s, bytes);
@@ -57,7 +57,7 @@ TEST_F(WallpaperRestore, aDisplayThatReturnsWhileTheProgramDoesntRunIsRestoredAt
     overlay.reset();
     displays.connected.append(monitor);
     start();
-    update({});
+    atStart({});
     EXPECT_EQ(shown(2), kPictures + u"light.png"_s);
     EXPECT_EQ(workFiles(), QStringList());
 }
@@ -98,11 +98,25 @@ TEST_F(WallpaperRestore, aFileThatTheUserHasDeletedComesBackAsItsCopy) {
 
 TEST_F(WallpaperRestore, aDisplayWithoutARecordGetsItsCopy) {
     enableQuietly();
-    writeManifest("{ damaged");
+    files.removeAsRoot(kWallpaperFolder + u"wallpaper-originals.json"_s);
     disable();
     EXPECT_EQ(shown(1), original(1));
     EXPECT_EQ(shown(2), original(2));
     EXPECT_EQ(workFiles(), (QStringList{u"original-display-1.jpg"_s, u"original-display-2.jpg"_s}));
+}
+
+TEST_F(WallpaperRestore, ofADamagedManifestThereAreStillTheCopies) {
+    for (const QByteArray& damaged : {QByteArray("{ damaged"), QByteArray()}) {
+        enableQuietly();
+        writeManifest(damaged);
+        const MemoryDisplays::Connected monitor = unplug(2);
+        disable();
+        EXPECT_EQ(shown(1), original(1));
+        EXPECT_TRUE(files.exists(original(2))) << "of the display that isn't connected";
+        displays.connected.append(monitor);
+        tellOfChange();
+        EXPECT_EQ(shown(2), original(2));
+    }
 }
 
 TEST_F(WallpaperRestore, aDisplayWithoutARecordOrACopyGetsTheSystemsPicture) {
@@ -144,6 +158,93 @@ TEST_F(WallpaperRestore, aDisplayOfWhichTheSystemSaysNothingGetsWhatItsRecordSay
     EXPECT_EQ(takeSets(), QStringList(u"Display 1 blue.png"_s));
 }
 
+TEST_F(WallpaperRestore, aCopyIsKeptThoughTheSystemDoesntSayThatItIsShown) {
+    enableQuietly();
+    files.removeAsRoot(kPictures + u"blue.png"_s);
+    displays.connected[0].picture.reset();
+    displays.whenSet = [this] { displays.connected[0].picture.reset(); };
+    disable();
+    EXPECT_EQ(takeSets().first(), u"Display 1 original-display-1.jpg"_s);
+    EXPECT_TRUE(files.exists(original(1)));
+    EXPECT_NE(manifest().record(u"display-1"_s), nullptr);
+}
+
+// ---- A display with another number
+
+TEST_F(WallpaperRestore, aDisplayThatGetsANewNumberKeepsItsPicture) {
+    enableQuietly();
+    displays.connected[1].display.number = 5;
+    update(u"Studio"_s);
+    EXPECT_EQ(shown(2), composited(5, u"studio"_s));
+    EXPECT_EQ(manifest().record(u"display-2"_s), nullptr);
+    disable();
+    EXPECT_EQ(shown(2), kPictures + u"light.png"_s);
+    EXPECT_EQ(workFiles(), QStringList());
+}
+
+TEST_F(WallpaperRestore, aDisplayThatGetsANewNumberIsRestoredByWhatItShows) {
+    enableQuietly();
+    files.removeAsRoot(kPictures + u"light.png"_s);
+    displays.connected[1].display.number = 5;
+    disable();
+    EXPECT_EQ(shown(1), kPictures + u"blue.png"_s);
+    EXPECT_EQ(shown(2), original(2));
+    EXPECT_TRUE(files.exists(original(2)));
+}
+
+TEST_F(WallpaperRestore, displaysThatChangeTheirNumbersKeepTheirPictures) {
+    enableQuietly();
+    std::swap(displays.connected[0].display.number, displays.connected[1].display.number);
+    update(u"Studio"_s);
+    EXPECT_LT(darkest(pictureIn(u"composited-display-1-studio.jpg"_s), {0, 0, 300, 200}), 20) << "the light one";
+    EXPECT_GT(lightest(pictureIn(u"composited-display-2-studio.jpg"_s)), 235) << "the dark one";
+    disable();
+    EXPECT_EQ(shown(1), kPictures + u"blue.png"_s);
+    EXPECT_EQ(shown(2), kPictures + u"light.png"_s);
+    EXPECT_EQ(workFiles(), QStringList());
+}
+
+TEST_F(WallpaperRestore, aDisplayWhoseCopyCantMoveKeepsItsLabel) {
+    enableQuietly();
+    displays.connected[1].display.number = 5;
+    files.failOn(Operation::Write, original(5));
+    update(u"Studio"_s);
+    EXPECT_EQ(shown(2), composited(2, u"live"_s));
+    EXPECT_TRUE(takeTrace().contains(u"  [WARNING] Could not save composited wallpaper for display-5.\n"_s));
+    disable();
+    EXPECT_EQ(shown(2), kPictures + u"light.png"_s);
+}
+
+// ---- A system that calls a file otherwise
+
+TEST_F(WallpaperRestore, aPathInAnotherSpellingIsTheSame) {
+    displays.whenSet = [this] {
+        QString path = *displays.connected[0].picture;
+        displays.connected[0].picture =
+            path.replace(u"/WallpaperOverlay/"_s, u"/./WallpaperOverlay/../WallpaperOverlay/"_s);
+        systemNotifications.post(u"com.apple.desktop"_s);
+    };
+    enable(u"Live"_s);
+    QCoro::waitFor(overlay->finished());
+    EXPECT_EQ(takeSets().size(), 2);
+    EXPECT_TRUE(overlay->isOverlayInPlace());
+    files.removeAsRoot(kPictures + u"blue.png"_s);
+    disable();
+    QCoro::waitFor(overlay->finished());
+    EXPECT_EQ(takeSets().size(), 2);
+    EXPECT_TRUE(files.exists(original(1)));
+}
+
+TEST_F(WallpaperRestore, aPictureThatTheSystemReplacesIsNotSetForEver) {
+    displays.whenSet = [this] {
+        displays.connected[0].picture = kPictures + u"light.png"_s;
+        systemNotifications.post(u"com.apple.desktop"_s);
+    };
+    enable(u"Live"_s);
+    QCoro::waitFor(overlay->finished());
+    EXPECT_EQ(takeSets().size(), 2);
+}
+
 // ---- A picture that can't be set
 
 TEST_F(WallpaperRestore, aDisplayThatRefusesThePictureKeepsEverything) {
@@ -160,7 +261,7 @@ TEST_F(WallpaperRestore, aDisplayThatRefusesThePictureKeepsEverything) {
     overlay.reset();
     displays.connected[0].settingError.reset();
     start();
-    update({});
+    atStart({});
     EXPECT_EQ(shown(1), kPictures + u"blue.png"_s);
     EXPECT_EQ(workFiles(), QStringList());
 }
@@ -263,6 +364,16 @@ TEST_F(WallpaperRestore, noPictureIsTakenAwayThatCantBeRecorded) {
     EXPECT_EQ(shown(2), kPictures + u"light.png"_s);
 }
 
+TEST_F(WallpaperRestore, anUnchangedRecordNeedsNoWriting) {
+    enableQuietly();
+    files.failOn(Operation::Write, kWallpaperFolder + u"wallpaper-originals.json"_s);
+    choose(1, kPictures + u"light.png"_s);
+    EXPECT_EQ(takeTrace(), u"  [WARNING] Could not save composited wallpaper for display-1.\n"_s + kLabelledOne);
+    update(u"Studio"_s);
+    EXPECT_EQ(shown(1), kPictures + u"light.png"_s);
+    EXPECT_EQ(shown(2), composited(2, u"studio"_s));
+}
+
 TEST_F(WallpaperRestore, aLabelThatCantBeWrittenIsntShown) {
     files.failOn(Operation::Write, composited(2, u"live"_s));
     enable(u"Live"_s);
@@ -302,6 +413,14 @@ TEST_F(WallpaperRestore, aManifestLeadsToNoFileOutsideOfTheWorkFolder) {
     EXPECT_FALSE(displays.calls.contains(u"load /Users/alex/Pictures/private.jpg"_s));
     EXPECT_EQ(shown(1), original(1));
     EXPECT_EQ(shown(2), original(2));
+}
+
+TEST_F(WallpaperRestore, aRecordThatPointsOutsideIsReplacedByTheCopyThatIsThere) {
+    enableQuietly();
+    writeManifest(encodeWallpaperManifest(
+        {{{u"display-1"_s, u"/Users/old/original-display-1.jpg"_s, u"file:///Users/alex/Pictures/blue.png"_s}}}));
+    update(u"Studio"_s);
+    EXPECT_EQ(shown(1), composited(1, u"studio"_s));
 }
 
 TEST_F(WallpaperRestore, aLinkInTheWorkFolderIsNoCopy) {
