@@ -39,6 +39,26 @@ QCoro::Task<void> fail(TaskLock& lock, QFuture<void> gate) {
     throw std::runtime_error("broken");
 }
 
+/// Goes on after it has let go.
+QCoro::Task<void> letGo(TaskLock& lock, QStringList& trace, QFuture<void> gate) {
+    {
+        const TaskLock::Hold hold = co_await lock.acquire();
+        co_await gate;
+    }
+    trace.append(u"let go"_s);
+}
+
+QCoro::Task<void> passOn(TaskLock& lock, QStringList& trace, QFuture<void> gate) {
+    TaskLock::Hold first = co_await lock.acquire();
+    {
+        const TaskLock::Hold second = std::move(first);
+        co_await gate;
+        trace.append(u"second ends"_s);
+    }
+    co_await gate;
+    trace.append(u"first ends"_s);
+}
+
 QCoro::Task<QByteArray> errorOf(QCoro::Task<void> task) {
     try {
         co_await std::move(task);
@@ -110,39 +130,42 @@ TEST(TaskLock, aTaskThatThrowsLetsTheNextGoOn) {
 
 TEST(TaskLock, theNextGoesOnOnlyWhenTheEventLoopComesRound) {
     TaskLock lock;
+    Gate gate;
     QStringList trace;
-    QCoro::Task<void> next;
-    {
-        const TaskLock::Hold hold = QCoro::waitFor(lock.acquire());
-        next = pass(lock, trace, u"b"_s, open());
-    }
-    EXPECT_TRUE(trace.isEmpty());
+    const auto first = letGo(lock, trace, gate.future());
+    auto next = pass(lock, trace, u"b"_s, open());
+    gate.open();
     QCoro::waitFor(std::move(next));
-    EXPECT_EQ(trace.size(), 2);
+    EXPECT_EQ(trace, (QStringList{u"let go"_s, u"b in"_s, u"b out"_s}));
+    EXPECT_TRUE(first.isReady());
 }
 
 TEST(TaskLock, aHoldThatIsPassedOnEndsOnce) {
     TaskLock lock;
+    Gate gate;
     QStringList trace;
-    {
-        TaskLock::Hold first = QCoro::waitFor(lock.acquire());
-        const TaskLock::Hold second = std::move(first);
-        const auto waiting = pass(lock, trace, u"b"_s, open());
-        EXPECT_TRUE(trace.isEmpty());
-    }
-    QCoro::waitFor(pass(lock, trace, u"c"_s, open()));
-    EXPECT_EQ(trace, (QStringList{u"b in"_s, u"b out"_s, u"c in"_s, u"c out"_s}));
+    const auto first = passOn(lock, trace, gate.future());
+    const auto second = pass(lock, trace, u"b"_s, open());
+    auto third = pass(lock, trace, u"c"_s, open());
+    gate.open();
+    QCoro::waitFor(std::move(third));
+    EXPECT_EQ(trace, (QStringList{u"second ends"_s, u"first ends"_s, u"b in"_s, u"b out"_s, u"c in"_s, u"c out"_s}));
+    EXPECT_TRUE(first.isReady());
+    EXPECT_TRUE(second.isReady());
+    EXPECT_TRUE(pass(lock, trace, u"d"_s, open()).isReady()) << "nobody holds it any more";
 }
 
 TEST(TaskLock, aTurnThatNobodyTakesIsLeftToTheNext) {
     TaskLock lock;
+    Gate gate;
     QStringList trace;
-    {
-        const TaskLock::Hold hold = QCoro::waitFor(lock.acquire());
-        lock.acquire(); // and forgotten
-    }
-    QCoro::waitFor(pass(lock, trace, u"b"_s, open()));
-    EXPECT_EQ(trace.size(), 2);
+    const auto first = pass(lock, trace, u"a"_s, gate.future());
+    { const auto forgotten = lock.acquire(); }
+    auto next = pass(lock, trace, u"b"_s, open());
+    gate.open();
+    QCoro::waitFor(std::move(next));
+    EXPECT_EQ(trace, (QStringList{u"a in"_s, u"a out"_s, u"b in"_s, u"b out"_s}));
+    EXPECT_TRUE(first.isReady());
 }
 
 TEST(TaskLock, thousandsMayWait) {
