@@ -16,7 +16,7 @@ struct Command {
     Operand operand;
 };
 
-constexpr std::array<Command, 15> kCommands{{{u"new", Operand::Optional},
+constexpr std::array<Command, 18> kCommands{{{u"new", Operand::Optional},
                                              {u"shell", Operand::Required},
                                              {u"preview", Operand::Required},
                                              {u"apply", Operand::Required},
@@ -30,7 +30,10 @@ constexpr std::array<Command, 15> kCommands{{{u"new", Operand::Optional},
                                              {u"scan", Operand::None},
                                              {u"verify", Operand::Required},
                                              {u"maintenance", Operand::None},
-                                             {u"network", Operand::None}}};
+                                             {u"network", Operand::None},
+                                             {u"backup", Operand::None},
+                                             {u"backups", Operand::None},
+                                             {u"restore", Operand::Required}}};
 
 const Command& commandNamed(const QString& name) {
     for (const Command& command : kCommands) {
@@ -159,6 +162,9 @@ Commands
   network [--flush] [--reset] [--disable] [--enable]
                                   flushes the caches of names and addresses, resets the name servers, switches all
                                   network services off or on
+  backup                          saves all profiles in the simulated iCloud Drive, the Default profile in two copies
+  backups                         lists what was saved there: the name, what it is, what it holds
+  restore NAME                    merges a backup's profiles into the Mac's own; NAME is as "backups" lists it
 
 Options may stand behind the command, too.
 Exit status: 0 done, and verified where the command verifies (of a scan: something fits); 1 not; 2 unusable arguments or files.

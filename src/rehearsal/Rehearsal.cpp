@@ -2,6 +2,7 @@
 
 #include "core/Json.h"
 #include "platform/FileManager.h"
+#include "platform/Machine.h"
 #include "profiles/ProfileNames.h"
 #include "rehearsal/ProfileFile.h"
 #include "rehearsal/Report.h"
@@ -19,6 +20,14 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+QList<BackupRow> backupRows(const QList<ProfileCloudBackupInfo>& backups, const Machine& machine) {
+    QList<BackupRow> rows;
+    for (const ProfileCloudBackupInfo& info : backups) {
+        rows.append({info.id, info.title(machine), info.detail()});
+    }
+    return rows;
+}
+
 void complain(const QString& text) {
     std::fprintf(stderr, "%s\n", text.toUtf8().constData());
 }
@@ -29,7 +38,8 @@ Rehearsal::Rehearsal(const QString& macFolder, macsim::Authorization authorizati
     : m_authorization(authorization)
     , m_host(macFolder, m_authorization, options)
     , m_system(m_host.host(), m_notifications)
-    , m_profiles(m_host.host().files, profilesDirectory(m_host.host().machine)) {
+    , m_profiles(m_host.host().files, profilesDirectory(m_host.host().machine))
+    , m_cloudBackups(m_host.host()) {
     connect(&m_system, &SystemManager::messageLogged, this, &Rehearsal::linePrinted);
 }
 
@@ -185,6 +195,63 @@ QCoro::Task<RehearsalOutcome> Rehearsal::operateNetwork(NetworkOperations operat
     outcome.succeeded = result.isComplete();
     tell(outcome, {result.alertTitle(), result.alertText()});
     co_return outcome;
+}
+
+QCoro::Task<RehearsalOutcome> Rehearsal::backUpProfiles() {
+    RehearsalOutcome outcome;
+    m_system.beginBusy(u"Syncing profiles with iCloud…"_s);
+    try {
+        const ProfileCloudBackup backup = co_await m_cloudBackups.backupAllProfiles(m_profiles);
+        outcome.succeeded = true;
+        tell(outcome, backupCompleteAlert(backup));
+    } catch (const ProfileCloudError& error) {
+        tell(outcome, {u"Error"_s, error.message()});
+    }
+    m_system.endBusy();
+    co_return outcome;
+}
+
+QCoro::Task<RehearsalOutcome> Rehearsal::listBackups() {
+    RehearsalOutcome outcome;
+    m_system.beginBusy(u"Syncing profiles with iCloud…"_s);
+    try {
+        co_await m_cloudBackups.refreshBackups();
+        outcome.succeeded = true;
+        outcome.backups = backupRows(m_cloudBackups.backups(), m_host.host().machine);
+        print(backupLines(*outcome.backups));
+    } catch (const ProfileCloudError& error) {
+        tell(outcome, {u"Error"_s, error.message()});
+    }
+    m_system.endBusy();
+    co_return outcome;
+}
+
+QCoro::Task<RehearsalOutcome> Rehearsal::restoreBackup(QString id) {
+    RehearsalOutcome outcome;
+    m_system.beginBusy(u"Restoring profiles from iCloud…"_s);
+    try {
+        const ProfileImportResult result = co_await restored(id);
+        outcome.succeeded = true;
+        tell(outcome, profilesRestoredAlert(result));
+    } catch (const ProfileCloudError& error) {
+        tell(outcome, {u"Error"_s, error.message()});
+    }
+    m_system.endBusy();
+    co_return outcome;
+}
+
+/// Throws ProfileCloudError.
+QCoro::Task<ProfileImportResult> Rehearsal::restored(QString id) {
+    co_await m_cloudBackups.refreshBackups();
+    const QList<ProfileCloudBackupInfo> backups = m_cloudBackups.backups();
+    for (const ProfileCloudBackupInfo& info : backups) {
+        if (info.id == id) {
+            co_return co_await m_cloudBackups.restore(info, m_profiles);
+        }
+    }
+    const bool isAvailable = m_cloudBackups.isICloudAvailable();
+    throw ProfileCloudError(isAvailable ? ProfileCloudError::Code::backupNotFound
+                                        : ProfileCloudError::Code::iCloudUnavailable);
 }
 
 void Rehearsal::tell(RehearsalOutcome& outcome, const ClosingAlert& alert) {

@@ -5,6 +5,7 @@
 #include "core/SystemManager.h"
 #include "platform/simulated/SimulatedHost.h"
 #include "profiles/ApplyPreviews.h"
+#include "profiles/ProfileCloudManager.h"
 #include "profiles/ProfileManager.h"
 #include "profiles/UnifiedProfile.h"
 #include "rehearsal/Arguments.h"
@@ -18,6 +19,13 @@
 
 namespace quorvane {
 
+/// A backup of profiles as a list shows it.
+struct BackupRow {
+    QString id; ///< by which it is restored
+    QString title;
+    QString detail;
+};
+
 /// What a command came to.
 struct RehearsalOutcome {
     bool succeeded = false;
@@ -27,6 +35,7 @@ struct RehearsalOutcome {
     std::optional<ClosingAlert> alert;                   ///< where the command ends with one
     std::optional<RestoreOutcome> restore;               ///< where the command is a way back
     std::optional<SystemConfigurationMatch> match;       ///< where the command scans and finds one
+    std::optional<QList<BackupRow>> backups;             ///< where the command lists them
 
     bool isDone() const { return succeeded && (!verification || verification->failed.isEmpty()); }
 };
@@ -60,6 +69,12 @@ public:
     QCoro::Task<RehearsalOutcome> maintain(MaintenanceSelection selection);
     QCoro::Task<RehearsalOutcome> operateNetwork(NetworkOperations operations);
 
+    // Of profiles, in iCloud Drive; a failure is told by an alert.
+    QCoro::Task<RehearsalOutcome> backUpProfiles();
+    QCoro::Task<RehearsalOutcome> listBackups();
+    /// @param id  as listBackups gives it
+    QCoro::Task<RehearsalOutcome> restoreBackup(QString id);
+
     /// Ends whatever runs, so that the flow comes to its end.
     void quit() { m_host.shutDown(); }
 
@@ -71,6 +86,7 @@ private:
     void print(const QStringList& lines);
     void tell(RehearsalOutcome& outcome, const ClosingAlert& alert);
     void finishWayBack(RehearsalOutcome& outcome, const RestoreOutcome& restore, const ClosingAlert& alert);
+    QCoro::Task<ProfileImportResult> restored(QString id);
     std::optional<UnifiedProfile> storedProfile(const UnifiedProfile& profile, const QString& hostPath);
 
     AuthorizationPolicy m_authorization;
@@ -78,6 +94,7 @@ private:
     NotificationCenter m_notifications;
     SystemManager m_system;
     ProfileManager m_profiles;
+    ProfileCloudManager m_cloudBackups;
 };
 
 } // namespace quorvane

@@ -12,6 +12,7 @@ namespace quorvane {
 
 QStringList previewLines(const ProfileApplyPreview& preview);
 QStringList startupItemLines(const QList<StartupItem>& items);
+QStringList backupLines(const QList<BackupRow>& backups);
 QStringList alertLines(const ClosingAlert& alert);
 
 /// One JSON object with a newline: the command, its log, what it came to, and the result record.
@@ -21,7 +22,8 @@ QStringList alertLines(const ClosingAlert& alert);
 ///      "preview": {"profileName": "Live", "sections": [{"title": "Will enable", "rows": ["…"]}]}, "startupItems": […],
 ///      "alert": {"title": "Success", "text": "Trash emptied."},
 ///      "restore": {"source": "standardDefaults" | "snapshot" | "baseline", "hasSnapshotFile": true},
-///      "match": {"name": "Live", "kind": "savedProfile" | "builtinMode", "verification": {…}}}
+///      "match": {"name": "Live", "kind": "savedProfile" | "builtinMode", "verification": {…}},
+///      "backups": [{"id": "latest.json", "title": "Latest Backup", "detail": "2 profile(s) from Booth"}, …]}
 QByteArray jsonReport(const QString& command, const QStringList& log, const RehearsalOutcome& outcome);
 
 } // namespace quorvane
