@@ -15,23 +15,11 @@ struct Command {
     qsizetype mostOperands;
 };
 
-constexpr std::array<Command, 17> kCommands{{{u"new", 0, 1},
-                                             {u"shell", 1, 1},
-                                             {u"preview", 1, 1},
-                                             {u"apply", 1, 1},
-                                             {u"tweaks", 1, 1},
-                                             {u"startup", 1, 1},
-                                             {u"discover", 0, 0},
-                                             {u"default", 0, 0},
-                                             {u"snapshot", 0, 1},
-                                             {u"revert", 0, 0},
-                                             {u"reinstate", 0, 0},
-                                             {u"scan", 0, 0},
-                                             {u"verify", 1, 1},
-                                             {u"maintenance", 0, 0},
-                                             {u"network", 0, 0},
-                                             {u"label", 4, 4},
-                                             {u"overlay", 0, 1}}};
+constexpr std::array<Command, 20> kCommands{
+    {{u"new", 0, 1},       {u"shell", 1, 1},    {u"preview", 1, 1}, {u"apply", 1, 1},       {u"tweaks", 1, 1},
+     {u"startup", 1, 1},   {u"discover", 0, 0}, {u"default", 0, 0}, {u"snapshot", 0, 1},    {u"revert", 0, 0},
+     {u"reinstate", 0, 0}, {u"scan", 0, 0},     {u"verify", 1, 1},  {u"maintenance", 0, 0}, {u"network", 0, 0},
+     {u"label", 4, 4},     {u"overlay", 0, 1},  {u"backup", 0, 0},  {u"backups", 0, 0},     {u"restore", 1, 1}}};
 
 const Command& commandNamed(const QString& name) {
     for (const Command& command : kCommands) {
@@ -168,6 +156,9 @@ Commands
   label IMAGE OUT.jpg NAME WIDTHxHEIGHT
                                   puts the wallpaper label on one picture, for a display of that many pixels; touches no Mac
   overlay NAME | --off            shows a profile's name on the simulated displays' desktop pictures, or takes it away
+  backup                          saves all profiles in the simulated iCloud Drive, the Default profile in two copies
+  backups                         lists what was saved there: the name, what it is, what it holds
+  restore NAME                    merges a backup's profiles into the Mac's own; NAME is as "backups" lists it
 
 Options may stand behind the command, too.
 Exit status: 0 done, and verified where the command verifies (of a scan: something fits); 1 not; 2 unusable arguments or files.

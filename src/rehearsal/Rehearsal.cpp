@@ -4,6 +4,7 @@
 #include "platform/Clock.h"
 #include "platform/Displays.h"
 #include "platform/FileManager.h"
+#include "platform/Machine.h"
 #include "profiles/ProfileNames.h"
 #include "rehearsal/ProfileFile.h"
 #include "rehearsal/Report.h"
@@ -23,6 +24,14 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+QList<BackupRow> backupRows(const QList<ProfileCloudBackupInfo>& backups, const Machine& machine) {
+    QList<BackupRow> rows;
+    for (const ProfileCloudBackupInfo& info : backups) {
+        rows.append({info.id, info.title(machine), info.detail()});
+    }
+    return rows;
+}
+
 void complain(const QString& text) {
     std::fprintf(stderr, "%s\n", text.toUtf8().constData());
 }
@@ -34,7 +43,8 @@ Rehearsal::Rehearsal(const QString& macFolder, macsim::Authorization authorizati
     , m_host(macFolder, m_authorization, options)
     , m_system(m_host.host(), m_notifications)
     , m_overlay(m_host.host())
-    , m_profiles(m_host.host().files, profilesDirectory(m_host.host().machine)) {
+    , m_profiles(m_host.host().files, profilesDirectory(m_host.host().machine))
+    , m_cloudBackups(m_host.host()) {
     connect(&m_system, &SystemManager::messageLogged, this, &Rehearsal::linePrinted);
     m_overlay.follow(m_system);
 }
@@ -228,6 +238,63 @@ void Rehearsal::tellOfDisplays(RehearsalOutcome& outcome) {
 QCoro::Task<void> Rehearsal::finished() {
     co_await m_host.host().clock.sleepFor(std::chrono::milliseconds(0));
     co_await m_overlay.finished();
+}
+
+QCoro::Task<RehearsalOutcome> Rehearsal::backUpProfiles() {
+    RehearsalOutcome outcome;
+    m_system.beginBusy(u"Syncing profiles with iCloud…"_s);
+    try {
+        const ProfileCloudBackup backup = co_await m_cloudBackups.backupAllProfiles(m_profiles);
+        outcome.succeeded = true;
+        tell(outcome, backupCompleteAlert(backup));
+    } catch (const ProfileCloudError& error) {
+        tell(outcome, {u"Error"_s, error.message()});
+    }
+    m_system.endBusy();
+    co_return outcome;
+}
+
+QCoro::Task<RehearsalOutcome> Rehearsal::listBackups() {
+    RehearsalOutcome outcome;
+    m_system.beginBusy(u"Syncing profiles with iCloud…"_s);
+    try {
+        co_await m_cloudBackups.refreshBackups();
+        outcome.succeeded = true;
+        outcome.backups = backupRows(m_cloudBackups.backups(), m_host.host().machine);
+        print(backupLines(*outcome.backups));
+    } catch (const ProfileCloudError& error) {
+        tell(outcome, {u"Error"_s, error.message()});
+    }
+    m_system.endBusy();
+    co_return outcome;
+}
+
+QCoro::Task<RehearsalOutcome> Rehearsal::restoreBackup(QString id) {
+    RehearsalOutcome outcome;
+    m_system.beginBusy(u"Restoring profiles from iCloud…"_s);
+    try {
+        const ProfileImportResult result = co_await restored(id);
+        outcome.succeeded = true;
+        tell(outcome, profilesRestoredAlert(result));
+    } catch (const ProfileCloudError& error) {
+        tell(outcome, {u"Error"_s, error.message()});
+    }
+    m_system.endBusy();
+    co_return outcome;
+}
+
+/// Throws ProfileCloudError.
+QCoro::Task<ProfileImportResult> Rehearsal::restored(QString id) {
+    co_await m_cloudBackups.refreshBackups();
+    const QList<ProfileCloudBackupInfo> backups = m_cloudBackups.backups();
+    for (const ProfileCloudBackupInfo& info : backups) {
+        if (info.id == id) {
+            co_return co_await m_cloudBackups.restore(info, m_profiles);
+        }
+    }
+    const bool isAvailable = m_cloudBackups.isICloudAvailable();
+    throw ProfileCloudError(isAvailable ? ProfileCloudError::Code::backupNotFound
+                                        : ProfileCloudError::Code::iCloudUnavailable);
 }
 
 void Rehearsal::tell(RehearsalOutcome& outcome, const ClosingAlert& alert) {

@@ -5,6 +5,7 @@
 #include "core/SystemManager.h"
 #include "platform/simulated/SimulatedHost.h"
 #include "profiles/ApplyPreviews.h"
+#include "profiles/ProfileCloudManager.h"
 #include "profiles/ProfileManager.h"
 #include "profiles/UnifiedProfile.h"
 #include "rehearsal/Arguments.h"
@@ -25,6 +26,13 @@ struct ShownPicture {
     QString path;    ///< empty when the system doesn't say
 };
 
+/// A backup of profiles as a list shows it.
+struct BackupRow {
+    QString id; ///< by which it is restored
+    QString title;
+    QString detail;
+};
+
 /// What a command came to.
 struct RehearsalOutcome {
     bool succeeded = false;
@@ -35,6 +43,7 @@ struct RehearsalOutcome {
     std::optional<RestoreOutcome> restore;               ///< where the command is a way back
     std::optional<SystemConfigurationMatch> match;       ///< where the command scans and finds one
     std::optional<QList<ShownPicture>> displays;         ///< where the command changes what they show
+    std::optional<QList<BackupRow>> backups;             ///< where the command lists them
 
     bool isDone() const { return succeeded && (!verification || verification->failed.isEmpty()); }
 };
@@ -74,6 +83,12 @@ public:
     /// Ends when nothing runs on that a command has led to.
     QCoro::Task<void> finished();
 
+    // Of profiles, in iCloud Drive; a failure is told by an alert.
+    QCoro::Task<RehearsalOutcome> backUpProfiles();
+    QCoro::Task<RehearsalOutcome> listBackups();
+    /// @param id  as listBackups gives it
+    QCoro::Task<RehearsalOutcome> restoreBackup(QString id);
+
     /// Ends whatever runs, so that the flow comes to its end.
     void quit() { m_host.shutDown(); }
 
@@ -86,6 +101,7 @@ private:
     void tell(RehearsalOutcome& outcome, const ClosingAlert& alert);
     void tellOfDisplays(RehearsalOutcome& outcome);
     void finishWayBack(RehearsalOutcome& outcome, const RestoreOutcome& restore, const ClosingAlert& alert);
+    QCoro::Task<ProfileImportResult> restored(QString id);
     std::optional<UnifiedProfile> storedProfile(const UnifiedProfile& profile, const QString& hostPath);
 
     AuthorizationPolicy m_authorization;
@@ -94,6 +110,7 @@ private:
     SystemManager m_system;
     WallpaperProfileOverlay m_overlay;
     ProfileManager m_profiles;
+    ProfileCloudManager m_cloudBackups;
 };
 
 } // namespace quorvane

@@ -76,6 +76,26 @@ Json displaysJson(const QList<ShownPicture>& displays) {
     return array;
 }
 
+/// A name from somebody else's file can't end the line or move the cursor.
+QString onOneLine(QString text) {
+    for (QChar& character : text) {
+        const bool endsLine = character == QChar::LineSeparator || character == QChar::ParagraphSeparator;
+        if (endsLine || (!character.isPrint() && !character.isSurrogate())) {
+            character = u'?';
+        }
+    }
+    return text;
+}
+
+Json backupsJson(const QList<BackupRow>& backups) {
+    Json array = Json::array();
+    for (const BackupRow& row : backups) {
+        array.push_back(
+            {{"id", encodeJson(row.id)}, {"title", encodeJson(row.title)}, {"detail", encodeJson(row.detail)}});
+    }
+    return array;
+}
+
 } // namespace
 
 QStringList previewLines(const ProfileApplyPreview& preview) {
@@ -101,10 +121,21 @@ QStringList startupItemLines(const QList<StartupItem>& items) {
     return lines;
 }
 
+QStringList backupLines(const QList<BackupRow>& backups) {
+    if (backups.isEmpty()) {
+        return {u"No iCloud backups were found for Quorvane."_s};
+    }
+    QStringList lines;
+    for (const BackupRow& row : backups) {
+        lines.append(onOneLine(QStringList{row.id, row.title, row.detail}.join(u" — "_s)));
+    }
+    return lines;
+}
+
 QStringList alertLines(const ClosingAlert& alert) {
     QStringList lines{u'\n' + alert.title};
     for (const QString& paragraph : alert.text.split(u"\n\n"_s, Qt::SkipEmptyParts)) {
-        lines.append(u"  "_s + paragraph);
+        lines.append(u"  "_s + QString(paragraph).replace(u'\n', u"\n  "_s));
     }
     return lines;
 }
@@ -143,6 +174,9 @@ QByteArray jsonReport(const QString& command, const QStringList& log, const Rehe
     }
     if (outcome.displays) {
         report["displays"] = displaysJson(*outcome.displays);
+    }
+    if (outcome.backups) {
+        report["backups"] = backupsJson(*outcome.backups);
     }
     return jsonText(report) + '\n';
 }

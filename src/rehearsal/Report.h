@@ -12,6 +12,7 @@ namespace quorvane {
 
 QStringList previewLines(const ProfileApplyPreview& preview);
 QStringList startupItemLines(const QList<StartupItem>& items);
+QStringList backupLines(const QList<BackupRow>& backups);
 QStringList alertLines(const ClosingAlert& alert);
 /// "Color LCD: /Users/mika/Pictures/Stage.jpg"
 QStringList displayLines(const QList<ShownPicture>& displays);
@@ -24,7 +25,8 @@ QStringList displayLines(const QList<ShownPicture>& displays);
 ///      "alert": {"title": "Success", "text": "Trash emptied."},
 ///      "restore": {"source": "standardDefaults" | "snapshot" | "baseline", "hasSnapshotFile": true},
 ///      "match": {"name": "Live", "kind": "savedProfile" | "builtinMode", "verification": {…}},
-///      "displays": [{"display": "Color LCD", "picture": "/Users/mika/Pictures/Stage.jpg"}]}
+///      "displays": [{"display": "Color LCD", "picture": "/Users/mika/Pictures/Stage.jpg"}],
+///      "backups": [{"id": "latest.json", "title": "Latest Backup", "detail": "2 profile(s) from Booth"}, …]}
 QByteArray jsonReport(const QString& command, const QStringList& log, const RehearsalOutcome& outcome);
 
 } // namespace quorvane

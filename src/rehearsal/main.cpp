@@ -114,13 +114,16 @@ QCoro::Task<RehearsalOutcome> runFlow(Rehearsal& rehearsal, Arguments arguments)
         co_return co_await (rehearsal.*flow)(arguments.operand());
     }
     using PlainFlow = QCoro::Task<RehearsalOutcome> (Rehearsal::*)();
-    static const QHash<QString, PlainFlow> plainFlows{{u"discover"_s, &Rehearsal::discover},
-                                                      {u"revert"_s, &Rehearsal::undoTweaks},
-                                                      {u"reinstate"_s, &Rehearsal::reinstate},
-                                                      {u"default"_s, &Rehearsal::restoreDefault},
-                                                      {u"scan"_s, &Rehearsal::scan}};
+    static const QHash<QString, PlainFlow> plainFlows{
+        {u"discover"_s, &Rehearsal::discover},   {u"revert"_s, &Rehearsal::undoTweaks},
+        {u"reinstate"_s, &Rehearsal::reinstate}, {u"default"_s, &Rehearsal::restoreDefault},
+        {u"scan"_s, &Rehearsal::scan},           {u"backup"_s, &Rehearsal::backUpProfiles},
+        {u"backups"_s, &Rehearsal::listBackups}};
     if (const PlainFlow flow = plainFlows.value(arguments.command, nullptr)) {
         co_return co_await (rehearsal.*flow)();
+    }
+    if (arguments.command == u"restore"_s) {
+        co_return co_await rehearsal.restoreBackup(arguments.operand);
     }
     if (arguments.command == u"maintenance"_s) {
         co_return co_await rehearsal.maintain(arguments.maintenance);

@@ -1,5 +1,7 @@
 #include "snapshots/MasterSystemBaseline.h"
 
+#include "core/FileTimestamp.h"
+
 namespace quorvane {
 
 using namespace Qt::StringLiterals;
@@ -17,10 +19,6 @@ QString errorText(MasterSystemBaselineError::Code code, const QString& text) {
 MasterSystemBaselineError::MasterSystemBaselineError(Code code, const QString& text)
     : m_code(code)
     , m_text(errorText(code, text).toUtf8()) {}
-
-QString baselineDeviceName(const QString& computerName) {
-    return computerName.isEmpty() ? u"Mac"_s : computerName;
-}
 
 MasterSystemBaseline masterBaselineOf(const SystemSnapshot& snapshot, const QString& deviceName,
                                       const std::optional<QString>& label) {
@@ -58,7 +56,7 @@ MasterSystemBaseline decodeMasterBaseline(const QByteArray& bytes) {
 }
 
 QString masterBaselineArchiveName(const MasterSystemBaseline& baseline) {
-    return u"master-baseline-%1.json"_s.arg(decodedValue<QString>(encodeJson(baseline.capturedAt)));
+    return u"master-baseline-%1.json"_s.arg(fileTimestamp(baseline.capturedAt));
 }
 
 } // namespace quorvane

@@ -26,9 +26,6 @@ struct MasterSystemBaseline {
 /// Where a baseline is kept.
 enum class BaselinePlace { ICloud, HomeFolder };
 
-/// What a baseline calls the Mac. @param computerName  "Mac" stands for an empty one
-QString baselineDeviceName(const QString& computerName);
-
 /// @param label  the snapshot's own when it is none
 MasterSystemBaseline masterBaselineOf(const SystemSnapshot& snapshot, const QString& deviceName,
                                       const std::optional<QString>& label);

@@ -1,5 +1,6 @@
 #include "snapshots/MasterSystemBaselineManager.h"
 
+#include "core/DeviceName.h"
 #include "platform/Clock.h"
 #include "platform/CloudDrive.h"
 #include "platform/FileManager.h"
@@ -18,8 +19,7 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr auto kWait = 250ms;
-constexpr int kLooksForFile = 12;    // about three seconds
-constexpr int kLooksAtDownload = 20; // about five seconds
+constexpr int kLooksForFile = 12; // about three seconds
 
 const QString kCurrentName = u"master-baseline-current.json"_s;
 
@@ -42,7 +42,8 @@ QByteArray encoded(const MasterSystemBaseline& baseline) {
 } // namespace
 
 MasterSystemBaselineManager::MasterSystemBaselineManager(const Host& host)
-    : m_host(host) {}
+    : m_host(host)
+    , m_cloudFiles(host, u"SystemBaselines"_s, u"Could not create the iCloud baseline file."_s) {}
 
 QString MasterSystemBaselineManager::localFolder() const {
     const QString folder = m_host.machine.homeFolder() + u"/.quorvane"_s;
@@ -54,29 +55,12 @@ QString MasterSystemBaselineManager::localFolder() const {
     return folder;
 }
 
-QCoro::Task<std::optional<QString>> MasterSystemBaselineManager::cloudFolder() {
-    if (!m_host.cloud.hasAccount()) {
-        co_return std::nullopt;
-    }
-    const std::optional<QString> container = co_await m_host.cloud.containerFolder();
-    if (!container) {
-        co_return std::nullopt;
-    }
-    const QString folder = *container + u"/Documents/Quorvane/SystemBaselines"_s;
-    try {
-        m_host.files.createFolders(folder);
-    } catch (const FileError&) {
-        // As above.
-    }
-    co_return folder;
-}
-
 QCoro::Task<bool> MasterSystemBaselineManager::currentFileExists() {
     if (m_host.files.exists(currentFile(localFolder()))) {
         co_return true;
     }
-    const std::optional<QString> cloud = co_await cloudFolder();
-    const bool existsInCloud = cloud && m_host.files.exists(currentFile(*cloud));
+    const std::optional<QString> cloud = co_await m_cloudFiles.folder();
+    const bool existsInCloud = cloud && m_cloudFiles.exists(currentFile(*cloud));
     co_return existsInCloud;
 }
 
@@ -91,13 +75,13 @@ QCoro::Task<bool> MasterSystemBaselineManager::hasMasterBaseline() {
 
 QCoro::Task<QString> MasterSystemBaselineManager::archiveMasterBaseline(SystemSnapshot snapshot,
                                                                         std::optional<QString> label) {
-    const QString deviceName = baselineDeviceName(m_host.machine.computerName());
+    const QString deviceName = deviceNameOf(m_host.machine.computerName());
     const MasterSystemBaseline baseline = masterBaselineOf(snapshot, deviceName, label);
     const QByteArray bytes = encoded(baseline);
     const QString archiveName = masterBaselineArchiveName(baseline);
     writeToHome(bytes, archiveName);
     if (m_host.cloud.hasAccount()) {
-        const std::optional<QString> folder = co_await cloudFolder();
+        const std::optional<QString> folder = co_await m_cloudFiles.folder();
         if (!folder) {
             throw writeFailed(u"iCloud Drive is not available."_s);
         }
@@ -118,21 +102,17 @@ void MasterSystemBaselineManager::writeToHome(const QByteArray& bytes, const QSt
 }
 
 QCoro::Task<void> MasterSystemBaselineManager::writeToCloud(QByteArray bytes, QString path) {
-    if (m_host.files.exists(path)) {
-        const std::optional<QString> error = co_await m_host.cloud.replace(path, bytes);
-        if (error) {
-            throw writeFailed(*error);
-        }
-    } else if (!m_host.cloud.create(path, bytes)) {
-        throw writeFailed(u"Could not create the iCloud baseline file."_s);
+    const std::optional<QString> error = co_await m_cloudFiles.write(bytes, path);
+    if (error) {
+        throw writeFailed(*error);
     }
 }
 
 QCoro::Task<std::optional<MasterSystemBaselineManager::Latest>>
 MasterSystemBaselineManager::loadLatestMasterBaseline() {
-    const std::optional<QString> cloud = co_await cloudFolder();
+    const std::optional<QString> cloud = co_await m_cloudFiles.folder();
     if (cloud) {
-        co_await download(currentFile(*cloud));
+        co_await m_cloudFiles.download(currentFile(*cloud)); // an older content will do where the newest doesn't come
         if (const auto baseline = baselineIn(*cloud)) {
             co_return Latest{*baseline, BaselinePlace::ICloud};
         }
@@ -141,17 +121,6 @@ MasterSystemBaselineManager::loadLatestMasterBaseline() {
         co_return Latest{*baseline, BaselinePlace::HomeFolder};
     }
     co_return std::nullopt;
-}
-
-/// A file that doesn't arrive in time is no failure: whether it can be read decides.
-QCoro::Task<void> MasterSystemBaselineManager::download(QString path) {
-    if (!m_host.cloud.isUbiquitous(path)) {
-        co_return;
-    }
-    m_host.cloud.startDownloading(path);
-    for (int look = 0; look < kLooksAtDownload && !m_host.cloud.isCurrent(path); ++look) {
-        co_await m_host.clock.sleepFor(kWait);
-    }
 }
 
 /// None for a current file that is missing, can't be read or can't be decoded.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/CloudFiles.h"
 #include "platform/Host.h"
 #include "snapshots/MasterSystemBaseline.h"
 
@@ -39,14 +40,13 @@ public:
 
 private:
     QString localFolder() const;
-    QCoro::Task<std::optional<QString>> cloudFolder();
     QCoro::Task<bool> currentFileExists();
-    QCoro::Task<void> download(QString path);
     QCoro::Task<void> writeToCloud(QByteArray bytes, QString path);
     void writeToHome(const QByteArray& bytes, const QString& archiveName);
     std::optional<MasterSystemBaseline> baselineIn(const QString& folder) const;
 
     Host m_host;
+    CloudFiles m_cloudFiles;
 };
 
 } // namespace quorvane

@@ -2,6 +2,7 @@
 
 #include "core/AdminPrompts.h"
 #include "core/AdminScript.h"
+#include "core/DeviceName.h"
 #include "platform/CloudDrive.h"
 #include "platform/Machine.h"
 #include "services/NetworkServices.h"
@@ -41,7 +42,7 @@ QCoro::Task<std::optional<RestoreBaseline>> SystemManager::selectRestoreBaseline
         const QString place = m_host.cloud.hasAccount() ? u"iCloud"_s : u"~/.quorvane"_s;
         log(u"  [MASTER] Using %1 from %2."_s.arg(
             baseline->isNewer ? u"newer protected baseline"_s : u"protected baseline"_s, place));
-        if (baseline->deviceName != baselineDeviceName(m_host.machine.computerName())) {
+        if (baseline->deviceName != deviceNameOf(m_host.machine.computerName())) {
             log(u"  [INFO] This baseline was saved on %1."_s.arg(baseline->deviceName));
         }
     }

@@ -237,6 +237,68 @@ TEST_P(CloudDriveContract, whatIsWrittenOverAWaitingFileIsTheNewestContent) {
     EXPECT_EQ(files.read(path), "mine");
 }
 
+TEST_P(CloudDriveContract, whatIsRemovedIsGoneFromTheDiskAndFromICloud) {
+    signIn();
+    ASSERT_TRUE(drive.create(path, "{}"));
+    ASSERT_TRUE(drive.create(kContainer + u"/other.json"_s, "other"));
+    EXPECT_EQ(drive.remove(path), std::nullopt);
+    EXPECT_FALSE(files.exists(path));
+    EXPECT_FALSE(drive.isUbiquitous(path));
+    EXPECT_FALSE(drive.isCurrent(path));
+    EXPECT_EQ(drive.modificationDate(path), std::nullopt);
+    EXPECT_EQ(sortedNames(), QStringList(u"other.json"_s));
+    EXPECT_EQ(files.read(kContainer + u"/other.json"_s), "other");
+    EXPECT_TRUE(drive.create(path, "again"));
+    EXPECT_EQ(files.read(path), "again");
+}
+
+TEST_P(CloudDriveContract, whatIsNotDownloadedIsRemovedAndNeverComes) {
+    signIn();
+    subject->addWaiting(path, "cloud", 0, evening);
+    EXPECT_EQ(drive.remove(path), std::nullopt);
+    EXPECT_EQ(sortedNames(), QStringList());
+    EXPECT_FALSE(drive.isUbiquitous(path));
+    drive.startDownloading(path);
+    EXPECT_FALSE(drive.isCurrent(path));
+    EXPECT_FALSE(files.exists(path));
+}
+
+TEST_P(CloudDriveContract, anOlderContentIsRemovedTogetherWithTheNewerOneThatIsToCome) {
+    signIn();
+    ASSERT_TRUE(drive.create(path, "old"));
+    subject->addWaiting(path, "new", 0, std::nullopt);
+    drive.startDownloading(path);
+    EXPECT_EQ(drive.remove(path), std::nullopt);
+    EXPECT_FALSE(drive.isCurrent(path));
+    EXPECT_FALSE(files.exists(path));
+    EXPECT_EQ(sortedNames(), QStringList());
+}
+
+TEST_P(CloudDriveContract, aFailedRemovalIsToldAndLeavesWhatWasThere) {
+    signIn();
+    const std::optional<QString> missing = drive.remove(path);
+    ASSERT_TRUE(missing);
+    EXPECT_TRUE(missing->endsWith(u": No such file or directory"_s)) << missing->toStdString();
+    files.createFolders(kContainer + u"/folder"_s);
+    ASSERT_TRUE(drive.create(kContainer + u"/folder/x.json"_s, "{}"));
+    const std::optional<QString> full = drive.remove(kContainer + u"/folder"_s);
+    ASSERT_TRUE(full);
+    EXPECT_TRUE(full->endsWith(u": Directory not empty"_s)) << full->toStdString();
+    EXPECT_EQ(files.read(kContainer + u"/folder/x.json"_s), "{}");
+}
+
+TEST_P(CloudDriveContract, aProgramThatQuitsChangesNothing) {
+    signIn();
+    ASSERT_TRUE(drive.create(path, "old"));
+    drive.shutDown();
+    EXPECT_EQ(drive.containerFolder().result(), std::nullopt);
+    EXPECT_FALSE(drive.create(kContainer + u"/other.json"_s, "{}"));
+    EXPECT_TRUE(drive.replace(path, "new").result());
+    EXPECT_TRUE(drive.remove(path));
+    EXPECT_EQ(files.read(path), "old");
+    EXPECT_EQ(files.list(kContainer), QStringList(u"profiles.json"_s));
+}
+
 TEST_P(CloudDriveContract, downloadingWhatICloudDoesNotKnowChangesNothing) {
     signIn();
     drive.startDownloading(path);
@@ -281,6 +343,8 @@ TEST(SimulatedCloudDrive, theProgramsWritesHaveTheFaultsOfItsFilesAndTheSystemsH
     EXPECT_FALSE(drive.create(kContainer + u"/b.json"_s, "{}"));
     EXPECT_EQ(drive.replace(kContainer + u"/a.json"_s, "mine").result(),
               kContainer + u"/a.json: No space left on device"_s);
+    const std::optional<QString> error = drive.remove(kContainer + u"/a.json"_s);
+    EXPECT_EQ(error, kContainer + u"/a.json: No space left on device"_s);
     EXPECT_EQ(files.read(kContainer + u"/a.json"_s), "cloud");
 }
 

@@ -28,7 +28,9 @@ public:
     std::optional<QString> writeError;      ///< every write fails with it
     QMap<QString, QDateTime> modified;      ///< by path; what isn't named here has kSomeDate
     mutable QMap<QString, Waiting> waiting; ///< by path
-    mutable QStringList calls; ///< "containerFolder", "isCurrent {path}", "startDownloading …", "create …", "replace …"
+    mutable QStringList
+        calls; ///< "containerFolder", "isCurrent {path}", "startDownloading …", "create …", "replace …",
+               ///< "remove …"
 
     inline static const QDateTime kSomeDate{QDate(2026, 1, 1), QTime(12, 0), Qt::UTC};
 
@@ -97,6 +99,8 @@ public:
 
     std::optional<QString> remove(const QString& path) override {
         calls.append(QStringLiteral("remove ") + path);
+        if (m_isShutDown)
+            return QStringLiteral("The program is quitting.");
         const bool wasWaiting = waiting.remove(path) > 0;
         if (!m_files.exists(path) && wasWaiting)
             return std::nullopt;

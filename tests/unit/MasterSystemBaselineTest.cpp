@@ -57,11 +57,6 @@ TEST(MasterSystemBaseline, takesTheSnapshotsLabelWhenItIsGivenNone) {
     EXPECT_FALSE(parseJson(encodeMasterBaseline(baseline)).contains("label"));
 }
 
-TEST(MasterSystemBaseline, isCalledMacWhereTheComputerHasNoName) {
-    EXPECT_EQ(baselineDeviceName(u"Studio"_s), u"Studio"_s);
-    EXPECT_EQ(baselineDeviceName({}), u"Mac"_s);
-}
-
 TEST(MasterSystemBaseline, needsEveryKeyButTheLabel) {
     const Json whole = parseJson(encodeMasterBaseline(masterBaselineOf(labelledSnapshot(), u"Studio"_s, {})));
     for (const char* key : {"formatVersion", "capturedAt", "deviceName", "snapshot"}) {

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "platform/Host.h"
+
+#include <QByteArray>
+#include <QString>
+
+#include <optional>
+
+namespace QCoro {
+template <typename T>
+class Task;
+}
+
+namespace quorvane {
+
+/// The program's files in one folder of its iCloud container. What is in them is the caller's. Main thread; it outlives
+/// its tasks.
+class CloudFiles {
+public:
+    /// @param folderName       in "Documents/Quorvane" of the container
+    /// @param creationFailure  what a new file that can't be made is told by: the system has no words for that
+    CloudFiles(const Host& host, QString folderName, QString creationFailure);
+
+    /// Made with its parents where it is missing; a failure is left to the operation that follows. None without an account
+    /// or a container.
+    QCoro::Task<std::optional<QString>> folder();
+
+    /// True also for a file that only iCloud has so far.
+    bool exists(const QString& path) const;
+
+    /// Has a file's newest content brought to the disk and waits for it, up to five seconds. True when it is there, and for a
+    /// file that iCloud doesn't keep. False needn't mean that there is nothing to read: an older content may be on the disk.
+    QCoro::Task<bool> download(QString path);
+
+    /// Writes a file, whole or not at all. Gives words for a failure.
+    QCoro::Task<std::optional<QString>> write(QByteArray bytes, QString path);
+
+private:
+    Host m_host;
+    QString m_folderName;
+    QString m_creationFailure;
+};
+
+} // namespace quorvane

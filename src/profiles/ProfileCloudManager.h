@@ -1,0 +1,85 @@
+#pragma once
+
+#include "core/CloudFiles.h"
+#include "core/TaskLock.h"
+#include "platform/Host.h"
+#include "profiles/ProfileCloudBackup.h"
+
+#include <QList>
+#include <QObject>
+
+#include <optional>
+
+namespace quorvane {
+
+class ProfileManager;
+
+/// The profiles in iCloud Drive: full backups of the custom ones, of which the latest 20 stay, and two copies of the Default
+/// profile, as it is and as it was before its last change.
+///
+/// One operation runs at a time, because a rotation reads what it then writes, and awaits in between; the others wait for
+/// their turn. Each throws ProfileCloudError. Main thread; it outlives its tasks, and so do the profile managers it is given.
+class ProfileCloudManager : public QObject {
+    Q_OBJECT
+
+public:
+    explicit ProfileCloudManager(const Host& host, QObject* parent = nullptr);
+
+    /// Whether there was an account when the last operation began.
+    bool isICloudAvailable() const { return m_isICloudAvailable; }
+    /// As they were listed last.
+    const QList<ProfileCloudBackupInfo>& backups() const { return m_backups; }
+    /// A backup or a restore is under way, or waits for its turn.
+    bool isBusy() const { return m_busyDepth > 0; }
+
+    /// Lists the backups. What can't be read is left out; without iCloud the list is empty.
+    QCoro::Task<void> refreshBackups();
+
+    /// Saves the Default profile and then all others, once under the moment and once as the latest.
+    /// @return what was written
+    QCoro::Task<ProfileCloudBackup> backupAllProfiles(ProfileManager& profileManager);
+
+    /// Saves the Default profile as the current copy, and what that held as the previous one; nothing where its content is the
+    /// same. @param profile  none takes the saved Default profile, or the built-in one where none is saved. A caller that
+    /// refreshes the copies at another profile's use gives none.
+    QCoro::Task<void> backupDefaultProfile(ProfileManager& profileManager, std::optional<UnifiedProfile> profile);
+
+    /// Makes the two copies of the Default profile where one is missing; does nothing without an account.
+    QCoro::Task<void> ensureDefaultBackups(ProfileManager& profileManager);
+
+    /// Merges a backup's profiles into the saved ones. What was saved before a failure stays.
+    QCoro::Task<ProfileImportResult> restore(ProfileCloudBackupInfo info, ProfileManager& profileManager);
+
+Q_SIGNALS:
+    void isICloudAvailableChanged();
+    void backupsChanged();
+    void isBusyChanged();
+
+private:
+    class Busy;
+
+    void updateAvailability();
+    void requireICloud();
+    QCoro::Task<QString> requiredFolder();
+    QCoro::Task<QByteArray> readBytes(QString path);
+    QCoro::Task<ProfileCloudBackup> readBackup(QString path);
+    QCoro::Task<std::optional<ProfileCloudBackupInfo>> readInfo(QString path);
+    QCoro::Task<void> writeBackupData(QByteArray bytes, QString path);
+    QStringList backupNames(const QString& folder) const;
+    void prune(const QString& folder);
+    QCoro::Task<void> listBackups();
+    void setBackups(const QList<ProfileCloudBackupInfo>& backups);
+    ProfileCloudBackup backupOf(const QList<UnifiedProfile>& profiles) const;
+    QCoro::Task<void> backUpDefault(ProfileManager& profileManager, std::optional<UnifiedProfile> given);
+    QCoro::Task<void> rotate(UnifiedProfile profile, bool force);
+    QCoro::Task<void> rotateExisting(UnifiedProfile profile, QByteArray fresh, QString folder);
+
+    Host m_host;
+    CloudFiles m_files;
+    TaskLock m_lock;
+    bool m_isICloudAvailable = false;
+    QList<ProfileCloudBackupInfo> m_backups;
+    int m_busyDepth = 0;
+};
+
+} // namespace quorvane
