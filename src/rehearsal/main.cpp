@@ -123,7 +123,7 @@ QCoro::Task<RehearsalOutcome> runFlow(Rehearsal& rehearsal, Arguments arguments)
         co_return co_await (rehearsal.*flow)();
     }
     if (arguments.command == u"restore"_s) {
-        co_return co_await rehearsal.restoreBackup(arguments.operand);
+        co_return co_await rehearsal.restoreBackup(arguments.operand());
     }
     if (arguments.command == u"maintenance"_s) {
         co_return co_await rehearsal.maintain(arguments.maintenance);
