@@ -26,6 +26,10 @@ public:
     /// Finishes with the index of the button that was pressed, while the event loop goes on. The future is never cancelled
     /// and holds no exception.
     virtual QFuture<int> present(const Alert& alert) = 0;
+
+    /// Takes away the alerts that are open, and answers them and every later one with their last button; see
+    /// CommandLauncher::shutDown.
+    virtual void shutDown() = 0;
 };
 
 } // namespace quorvane

@@ -62,14 +62,17 @@ std::optional<QString> LockManager::enableLock(const QString& password, const QS
     return std::nullopt;
 }
 
-// The preference goes first: a program that dies in between must not start locked without a password that opens it.
+// The preference goes first: a program that dies in between must not start locked without a password that opens it. Nor
+// must one whose preferences can't be written.
 std::optional<QString> LockManager::disableLock(const QString& password) {
     if (!verifyPassword(password)) {
         return u"Incorrect password."_s;
     }
     m_defaults.setBoolean(kQuorvaneAppLockEnabled, false);
-    m_keychain.deleteKeychainItem(kPasswordService, kPasswordAccount);
-    m_keychain.deleteKeychainItem(kBiometricService, kBiometricAccount);
+    if (!m_defaults.boolean(kQuorvaneAppLockEnabled)) {
+        m_keychain.deleteKeychainItem(kPasswordService, kPasswordAccount);
+        m_keychain.deleteKeychainItem(kBiometricService, kBiometricAccount);
+    }
     setState(false, true);
     return std::nullopt;
 }
@@ -97,7 +100,9 @@ bool LockManager::unlockWithPassword(const QString& password) {
         return false;
     }
     setState(m_isLockEnabled, true);
-    keepForBiometrics(password); // the item is lost when fingers are enrolled or removed
+    if (m_isLockEnabled) {
+        keepForBiometrics(password); // the item is lost when fingers are enrolled or removed
+    }
     return true;
 }
 

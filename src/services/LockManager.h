@@ -38,7 +38,7 @@ public:
     bool isLockEnabled() const { return m_isLockEnabled; }
     /// Always true while the lock is off. Never stored.
     bool isUnlocked() const { return m_isUnlocked; }
-    /// True while the program opens a system dialog of its own, which takes the active state away.
+    /// True while an apply is under review, whose administrator prompt takes the active state away.
     bool suppressAutoLock() const { return m_suppressAutoLock; }
     void setSuppressAutoLock(bool suppresses) { m_suppressAutoLock = suppresses; }
 

@@ -187,6 +187,15 @@ TEST_P(KeychainContract, aBiometricItemIsLostWhenTheFingersAreOthers) {
     EXPECT_EQ(answer.result(), "anew");
 }
 
+TEST_P(KeychainContract, fingersThatAreEnrolledWhileThePromptIsOpenReleaseNothing) {
+    subject->enrol(1);
+    keychain.setBiometricItem(kService, kAccount, "secret");
+    const auto answer = ask();
+    subject->enrol(2);
+    subject->answer(true);
+    expectNone(answer);
+}
+
 TEST_P(KeychainContract, otherFingersLeaveAPasswordItem) {
     subject->enrol(1);
     keychain.setPasswordItem(kService, kAccount, "record");
@@ -323,6 +332,14 @@ TEST_F(SimulatedKeychainFile, leavesNothingBesideIt) {
     keychain.setPasswordItem(kService, kAccount, "record");
     keychain.setPasswordItem(kService, kAccount, "another");
     EXPECT_EQ(mac.mac.volume(macsim::Actor::User).list(kFolder), QStringList(u"login.keychain-db"_s));
+}
+
+TEST_F(SimulatedKeychainFile, clearsAwayWhatAWriteThatWasCutOffHasLeft) {
+    damage(R"({"items": []})");
+    mac.mac.volume(macsim::Actor::User).write(kFile + u".new"_s, "half of a secret");
+    keychain.setPasswordItem(kService, kAccount, "record");
+    EXPECT_EQ(mac.mac.volume(macsim::Actor::User).list(kFolder), QStringList(u"login.keychain-db"_s));
+    EXPECT_EQ(mode(), mode_t{0600});
 }
 
 TEST_F(SimulatedKeychainFile, isLeftAsItIsWhenItIsDamaged) {

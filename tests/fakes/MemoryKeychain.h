@@ -71,7 +71,7 @@ public:
             return QtFuture::makeReadyFuture(std::optional<QByteArray>());
         reasons.append(reason);
         if (finger == Finger::Held)
-            return heldBack(item->data);
+            return heldBack(*item);
         return QtFuture::makeReadyFuture(finger == Finger::Accepted ? std::optional(item->data) : std::nullopt);
     }
     std::optional<QByteArray> randomBytes(int count) const override {
@@ -89,22 +89,22 @@ public:
 
     /// Answers the questions that are held back.
     void answerHeld(bool isAccepted) {
-        for (auto& [promise, data] : std::exchange(m_held, {})) {
-            promise.addResult(isAccepted ? std::optional(data) : std::nullopt);
+        for (auto& [promise, item] : std::exchange(m_held, {})) {
+            promise.addResult(isAccepted && item.enrolment == enrolment ? std::optional(item.data) : std::nullopt);
             promise.finish();
         }
     }
 
 private:
-    QFuture<std::optional<QByteArray>> heldBack(const QByteArray& data) {
-        auto& [promise, kept] = m_held.emplace_back(QPromise<std::optional<QByteArray>>(), data);
+    QFuture<std::optional<QByteArray>> heldBack(const Item& item) {
+        auto& [promise, kept] = m_held.emplace_back(QPromise<std::optional<QByteArray>>(), item);
         promise.start();
         return promise.future();
     }
 
     bool m_isShutDown = false;
     mutable unsigned char m_nextByte = 1;
-    std::vector<std::pair<QPromise<std::optional<QByteArray>>, QByteArray>> m_held;
+    std::vector<std::pair<QPromise<std::optional<QByteArray>>, Item>> m_held;
 };
 
 } // namespace quorvane

@@ -24,9 +24,12 @@ public:
 
     QMap<QString, QVariant> values;
     QStringList writtenKeys; ///< in the order of the writes
+    bool refusesWrites = false;
 
 private:
     void set(const QString& key, const QVariant& value) {
+        if (refusesWrites)
+            return;
         values.insert(key, value);
         writtenKeys.append(key);
     }

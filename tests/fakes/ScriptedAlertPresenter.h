@@ -23,6 +23,11 @@ public:
         return m_isHolding ? heldBack() : QtFuture::makeReadyFuture(0);
     }
 
+    void shutDown() override {
+        m_isHolding = false;
+        answer(0);
+    }
+
     /// From now on alerts stay open until they are answered.
     void hold() { m_isHolding = true; }
     qsizetype openCount() const { return static_cast<qsizetype>(m_open.size()); }

@@ -1,6 +1,7 @@
 // The app lock with typed passwords: turning it on, changing it, taking it off, and the gate.
 
 #include "fakes/AppLock.h"
+#include "fakes/EventLoop.h"
 
 namespace quorvane {
 
@@ -170,6 +171,36 @@ TEST_F(LockManagerTest, thePreferenceIsOffBeforeTheFirstItemGoes) {
     };
     EXPECT_EQ(lock->disableLock(kPassword), std::nullopt);
     EXPECT_EQ(deletions, 2);
+}
+
+TEST_F(LockManagerTest, preferencesThatCannotBeWrittenShutNobodyOut) {
+    makeBiometricsUsable();
+    enable();
+    defaults.refusesWrites = true;
+    EXPECT_EQ(lock->disableLock(kPassword), std::nullopt);
+    EXPECT_EQ(state(), u"off"_s);
+    EXPECT_EQ(keychain.items.size(), 2);
+    keychain.items.remove(kBiometricItem);
+    EXPECT_TRUE(lock->unlockWithPassword(kPassword));
+    EXPECT_EQ(biometricItem(), std::nullopt) << "the lock is off";
+
+    start();
+    EXPECT_EQ(state(), u"locked"_s) << "as the preferences still say";
+    EXPECT_TRUE(lock->unlockWithPassword(kPassword));
+}
+
+TEST_F(LockManagerTest, aQuitTakesTheAlertAwayAndTheGateStaysClosed) {
+    enable();
+    alerts.hold();
+    std::optional<bool> answer;
+    const auto ask = [](LockManager& gate, std::optional<bool>& result) -> QCoro::Task<void> {
+        result = co_await gate.requireUnlock(u"switch profiles"_s);
+    };
+    const QCoro::Task<void> task = ask(*lock, answer);
+    EXPECT_EQ(answer, std::nullopt);
+    alerts.shutDown();
+    processEventsUntil([&answer] { return answer.has_value(); });
+    EXPECT_EQ(answer, false);
 }
 
 TEST_F(LockManagerTest, aChangeIsCheckedStepByStep) {

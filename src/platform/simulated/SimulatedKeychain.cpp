@@ -3,12 +3,12 @@
 #include "platform/simulated/SimulatedBiometrics.h"
 
 #include <QFile>
-#include <QFileInfo>
 #include <QRandomGenerator>
-#include <QTemporaryFile>
 
 #include <cstdio>
+#include <fcntl.h>
 #include <string>
+#include <unistd.h>
 
 namespace quorvane {
 
@@ -57,15 +57,24 @@ bool isLost(const Json& item, const QString& enrolment) {
     return isBiometric(item) && item.value("enrolment", Json()) != enrolment.toStdString();
 }
 
-/// A temporary file is its owner's alone from the moment that it is made, and stays so in its new place.
+/// A new file that is its owner's alone from the moment that it is made.
+bool writePrivately(const QByteArray& hostPath, const QByteArray& bytes) {
+    const int descriptor = ::open(hostPath.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
+    QFile file;
+    return descriptor >= 0 && file.open(descriptor, QIODevice::WriteOnly, QFile::AutoCloseHandle) &&
+           file.write(bytes) == bytes.size() && file.flush();
+}
+
+/// What a write that was cut off has left is gone with the next one: passwords are in it.
 bool replacePrivately(const QString& hostPath, const QByteArray& bytes) {
-    QTemporaryFile beside(QFileInfo(hostPath).path() + u"/.keychain.XXXXXX"_s);
-    if (!beside.open() || beside.write(bytes) != bytes.size() || !beside.flush() ||
-        std::rename(QFile::encodeName(beside.fileName()).constData(), QFile::encodeName(hostPath).constData()) != 0) {
-        return false;
+    const QByteArray place = QFile::encodeName(hostPath);
+    const QByteArray beside = place + ".new";
+    ::unlink(beside.constData());
+    const bool isReplaced = writePrivately(beside, bytes) && std::rename(beside.constData(), place.constData()) == 0;
+    if (!isReplaced) {
+        ::unlink(beside.constData());
     }
-    beside.setAutoRemove(false);
-    return true;
+    return isReplaced;
 }
 
 } // namespace
@@ -172,8 +181,9 @@ SimulatedKeychain::readBiometricProtected(const QString& service, const QString&
     if (!isBiometric(*found)) {
         return QtFuture::makeReadyFuture(dataOf(*found));
     }
-    return m_prompt.ask(reason).then([data = dataOf(*found)](BiometricAnswer answer) {
-        return answer == BiometricAnswer::Accept ? data : std::nullopt;
+    return m_prompt.ask(reason).then([&mac = m_mac, item = *found](BiometricAnswer answer) {
+        const bool isReleased = answer == BiometricAnswer::Accept && !isLost(item, simulatedEnrolment(mac));
+        return isReleased ? dataOf(item) : std::nullopt;
     });
 }
 
