@@ -4,7 +4,10 @@
 #include "platform/CloudDrive.h"
 
 #include <QMap>
+#include <QPromise>
+#include <QTimer>
 
+#include <memory>
 #include <optional>
 
 namespace quorvane {
@@ -26,6 +29,7 @@ public:
     bool account = false;
     std::optional<QString> container;       ///< its folder, for a user who is signed in
     std::optional<QString> writeError;      ///< every write fails with it
+    bool isReplacingLater = false;          ///< when the event loop has come round, as the system does
     QMap<QString, QDateTime> modified;      ///< by path; what isn't named here has kSomeDate
     mutable QMap<QString, Waiting> waiting; ///< by path
     mutable QStringList
@@ -94,7 +98,15 @@ public:
 
     QFuture<std::optional<QString>> replace(const QString& path, const QByteArray& bytes) override {
         calls.append(QStringLiteral("replace ") + path);
-        return QtFuture::makeReadyFuture(write(path, bytes));
+        if (!isReplacingLater)
+            return QtFuture::makeReadyFuture(write(path, bytes));
+        const auto promise = std::make_shared<QPromise<std::optional<QString>>>();
+        promise->start();
+        QTimer::singleShot(0, [this, promise, path, bytes] {
+            promise->addResult(write(path, bytes));
+            promise->finish();
+        });
+        return promise->future();
     }
 
     std::optional<QString> remove(const QString& path) override {

@@ -305,7 +305,9 @@ TEST_F(BackupTurns, areNotBusyWhileTheListIsRead) {
 }
 
 TEST_F(BackupTurns, loseNoStateWhenTwoRotationsMeet) {
-    letCurrentCopyWait();
+    addBackup(current, {defaultVersion(1)});
+    addBackup(previous, {defaultVersion(0)});
+    cloud.isReplacingLater = true;
     auto first = backupErrorOf(manager.backupDefaultProfile(profiles, defaultVersion(2)));
     auto second = backupErrorOf(manager.backupDefaultProfile(profiles, defaultVersion(3)));
     EXPECT_EQ(QCoro::waitFor(std::move(second)), kNoError);
