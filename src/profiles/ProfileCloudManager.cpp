@@ -46,9 +46,12 @@ std::optional<UnifiedProfile> savedDefault(const ProfileManager& profileManager)
     return profileManager.loadProfile(u"Default"_s);
 }
 
+/// All but the one of which there are copies of its own, so that every profile is saved somewhere.
 QList<UnifiedProfile> customProfiles(const ProfileManager& profileManager) {
     QList<UnifiedProfile> profiles = profileManager.listProfiles();
-    profiles.removeIf(isDefaultProfile);
+    if (const std::optional<UnifiedProfile> saved = savedDefault(profileManager)) {
+        profiles.removeAll(*saved);
+    }
     return profiles;
 }
 
@@ -126,6 +129,7 @@ QCoro::Task<void> ProfileCloudManager::backupDefaultProfile(ProfileManager& prof
     const TaskLock::Hold hold = co_await m_lock.acquire();
     requireICloud();
     co_await backUpDefault(profileManager, profile);
+    co_await listBackups();
 }
 
 QCoro::Task<void> ProfileCloudManager::ensureDefaultBackups(ProfileManager& profileManager) {
@@ -141,6 +145,7 @@ QCoro::Task<void> ProfileCloudManager::ensureDefaultBackups(ProfileManager& prof
     if (!hasBoth) {
         const UnifiedProfile profile = savedDefault(profileManager).value_or(UnifiedProfile::defaultProfile());
         co_await rotate(profile, true);
+        co_await listBackups();
     }
 }
 
@@ -176,20 +181,17 @@ QCoro::Task<void> ProfileCloudManager::rotate(UnifiedProfile profile, bool force
     if (m_files.exists(folder + u'/' + kDefaultCurrentName)) {
         co_await rotateExisting(profile, fresh, folder);
     } else {
-        const bool hasPrevious = m_files.exists(folder + u'/' + kDefaultPreviousName);
         co_await writeBackupData(fresh, folder + u'/' + kDefaultCurrentName);
-        if (force || !hasPrevious) {
+        if (force || !m_files.exists(folder + u'/' + kDefaultPreviousName)) {
             co_await writeBackupData(fresh, folder + u'/' + kDefaultPreviousName);
         }
     }
-    co_await listBackups();
 }
 
 /// What the current copy holds is read before anything is written, and written as the previous one before it is replaced.
 QCoro::Task<void> ProfileCloudManager::rotateExisting(UnifiedProfile profile, QByteArray fresh, QString folder) {
     const QString current = folder + u'/' + kDefaultCurrentName;
     const QString previous = folder + u'/' + kDefaultPreviousName;
-    const bool hasPrevious = m_files.exists(previous);
     const QByteArray held = co_await readBytes(current);
     const std::optional<UnifiedProfile> last = firstProfileIn(held);
     if (last && !last->hasSameContent(profile)) {
@@ -200,7 +202,7 @@ QCoro::Task<void> ProfileCloudManager::rotateExisting(UnifiedProfile profile, QB
     if (!last) {
         co_await writeBackupData(fresh, current);
     }
-    if (!hasPrevious) {
+    if (!m_files.exists(previous)) { // asked as late as this: iCloud may have learnt of it while the current one came
         const QByteArray now = last ? held : fresh;
         co_await writeBackupData(now, previous);
     }

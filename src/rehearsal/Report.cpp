@@ -134,8 +134,8 @@ QStringList backupLines(const QList<BackupRow>& backups) {
 
 QStringList alertLines(const ClosingAlert& alert) {
     QStringList lines{u'\n' + alert.title};
-    for (const QString& paragraph : alert.text.split(u"\n\n"_s, Qt::SkipEmptyParts)) {
-        lines.append(u"  "_s + QString(paragraph).replace(u'\n', u"\n  "_s));
+    for (const QString& line : alert.text.split(u'\n', Qt::SkipEmptyParts)) {
+        lines.append(u"  "_s + onOneLine(line));
     }
     return lines;
 }

@@ -299,6 +299,17 @@ TEST_P(CloudDriveContract, aProgramThatQuitsChangesNothing) {
     EXPECT_EQ(files.list(kContainer), QStringList(u"profiles.json"_s));
 }
 
+TEST_P(CloudDriveContract, whereTheContainerHasGoneNothingChanges) {
+    signIn();
+    ASSERT_TRUE(drive.create(path, "old"));
+    subject->setUp(true, false);
+    EXPECT_FALSE(drive.create(kContainer + u"/other.json"_s, "{}"));
+    EXPECT_TRUE(drive.replace(path, "new").result());
+    EXPECT_TRUE(drive.remove(path));
+    EXPECT_EQ(files.read(path), "old");
+    EXPECT_FALSE(files.exists(kContainer + u"/other.json"_s));
+}
+
 TEST_P(CloudDriveContract, downloadingWhatICloudDoesNotKnowChangesNothing) {
     signIn();
     drive.startDownloading(path);

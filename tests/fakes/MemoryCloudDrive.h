@@ -7,6 +7,7 @@
 #include <QPromise>
 #include <QTimer>
 
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -35,6 +36,8 @@ public:
     mutable QStringList
         calls; ///< "containerFolder", "isCurrent {path}", "startDownloading …", "create …", "replace …",
                ///< "remove …"
+
+    std::function<void()> whenWritten; ///< called after a file was written
 
     inline static const QDateTime kSomeDate{QDate(2026, 1, 1), QTime(12, 0), Qt::UTC};
 
@@ -111,8 +114,8 @@ public:
 
     std::optional<QString> remove(const QString& path) override {
         calls.append(QStringLiteral("remove ") + path);
-        if (m_isShutDown)
-            return QStringLiteral("The program is quitting.");
+        if (const auto refused = refusal(path))
+            return refused;
         const bool wasWaiting = waiting.remove(path) > 0;
         if (!m_files.exists(path) && wasWaiting)
             return std::nullopt;
@@ -129,17 +132,26 @@ public:
 private:
     bool hasContainer() const { return account && container && !m_isShutDown; }
 
-    std::optional<QString> write(const QString& path, const QByteArray& bytes) {
+    std::optional<QString> refusal(const QString& path) const {
         if (m_isShutDown)
             return QStringLiteral("The program is quitting.");
         if (writeError)
             return writeError;
+        const bool isInContainer = hasContainer() && path.startsWith(*container + u'/');
+        return isInContainer ? std::nullopt : std::optional(QStringLiteral("The container is gone."));
+    }
+
+    std::optional<QString> write(const QString& path, const QByteArray& bytes) {
+        if (const auto refused = refusal(path))
+            return refused;
         try {
             m_files.writeAtomically(path, bytes);
         } catch (const FileError& error) {
             return error.message();
         }
         waiting.remove(path);
+        if (whenWritten)
+            whenWritten();
         return std::nullopt;
     }
 

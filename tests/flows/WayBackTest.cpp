@@ -273,7 +273,8 @@ TEST_F(WayBack, aBaselineThatOnlyICloudHasIsWaitedFor) {
     ManualClock clock;
     const Host base = host->host();
     SystemManager patient({base.commands, base.scripts, base.files, base.defaults, base.machine, base.propertyLists,
-                           base.bundles, base.backgroundTaskPermissions, base.cloud, clock},
+                           base.bundles, base.backgroundTaskPermissions, base.cloud, clock, base.keychain,
+                           base.biometrics, base.displays, base.notifications},
                           notifications);
     EXPECT_EQ(QCoro::waitFor(patient.reinstateWholeSystem()), (RestoreOutcome{true, RestoreSource::Baseline, false}));
     EXPECT_EQ(patient.logMessages().at(1), u"  [MASTER] Using protected baseline from iCloud."_s);

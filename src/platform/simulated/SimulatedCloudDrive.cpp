@@ -2,6 +2,7 @@
 
 #include "platform/FileManager.h"
 
+#include <stdexcept>
 #include <string>
 
 namespace quorvane {
@@ -95,7 +96,9 @@ std::optional<QDateTime> SimulatedCloudDrive::modificationDate(const QString& pa
     }
     const Json file = waitingFile(m_mac.state().read(kSubject), path);
     if (file.contains("modified")) {
-        return QDateTime::fromString(QString::fromStdString(file.at("modified").get<std::string>()), Qt::ISODate);
+        const QDateTime date =
+            QDateTime::fromString(QString::fromStdString(file.at("modified").get<std::string>()), Qt::ISODate);
+        return date.isValid() ? std::optional(date) : std::nullopt;
     }
     try {
         return m_mac.volume(macsim::Actor::User).modificationTime(path).toUTC();
@@ -109,7 +112,7 @@ bool SimulatedCloudDrive::isUbiquitous(const QString& path) const {
 }
 
 void SimulatedCloudDrive::startDownloading(const QString& path) {
-    m_mac.state().update(kSubject, [&](Json& cloud) {
+    change([&](Json& cloud) {
         if (!waitingFile(cloud, path).is_null()) {
             cloud["files"][path.toStdString()]["isRequested"] = true;
         }
@@ -121,7 +124,7 @@ bool SimulatedCloudDrive::isCurrent(const QString& path) const {
         return false;
     }
     bool isOnDisk = true;
-    m_mac.state().update(kSubject, [&](Json& cloud) {
+    const bool isRemembered = change([&](Json& cloud) {
         const Json file = waitingFile(cloud, path);
         if (file.is_null()) {
             return;
@@ -135,7 +138,38 @@ bool SimulatedCloudDrive::isCurrent(const QString& path) const {
             cloud["files"][path.toStdString()]["looks"] = *looks - 1;
         }
     });
-    return isOnDisk;
+    return isOnDisk && isRemembered;
+}
+
+/// False where the state can't be written.
+bool SimulatedCloudDrive::change(const std::function<void(Json&)>& change) const {
+    try {
+        m_mac.state().update(kSubject, change);
+        return true;
+    } catch (const std::runtime_error&) {
+        return false;
+    }
+}
+
+/// Why nothing can be written or removed there now; none when it can.
+std::optional<QString> SimulatedCloudDrive::refusal(const QString& path) const {
+    if (m_isShutDown) {
+        return u"The program is quitting."_s;
+    }
+    const Json cloud = m_mac.state().read(kSubject);
+    if (cloud.is_object() && cloud.contains("writesFail")) {
+        return QString::fromStdString(cloud.at("writesFail").get<std::string>());
+    }
+    return isInContainer(path) ? std::nullopt : std::optional(u"The iCloud container isn’t there any more."_s);
+}
+
+/// What was still to come at a path comes no more. Gives words for a failure.
+std::optional<QString> SimulatedCloudDrive::forgetWaiting(const QString& path) {
+    if (waitingFile(m_mac.state().read(kSubject), path).is_null()) {
+        return std::nullopt;
+    }
+    const bool isForgotten = change([&](Json& state) { state["files"].erase(path.toStdString()); });
+    return isForgotten ? std::nullopt : std::optional(u"iCloud couldn’t take note of the file."_s);
 }
 
 /// False for a file that the disk doesn't take: it is still to come.
@@ -160,27 +194,20 @@ QFuture<std::optional<QString>> SimulatedCloudDrive::replace(const QString& path
 
 /// The newest content is then what was written, whatever was still to come.
 std::optional<QString> SimulatedCloudDrive::write(const QString& path, const QByteArray& bytes) {
-    if (m_isShutDown) {
-        return u"The program is quitting."_s;
-    }
-    const Json cloud = m_mac.state().read(kSubject);
-    if (cloud.is_object() && cloud.contains("writesFail")) {
-        return QString::fromStdString(cloud.at("writesFail").get<std::string>());
+    if (const std::optional<QString> refused = refusal(path)) {
+        return refused;
     }
     try {
         m_files.writeAtomically(path, bytes);
     } catch (const FileError& error) {
         return error.message();
     }
-    if (!waitingFile(cloud, path).is_null()) {
-        m_mac.state().update(kSubject, [&](Json& state) { state["files"].erase(path.toStdString()); });
-    }
-    return std::nullopt;
+    return forgetWaiting(path);
 }
 
 std::optional<QString> SimulatedCloudDrive::remove(const QString& path) {
-    if (m_isShutDown) {
-        return u"The program is quitting."_s;
+    if (const std::optional<QString> refused = refusal(path)) {
+        return refused;
     }
     const bool isWaiting = !waitingFile(m_mac.state().read(kSubject), path).is_null();
     if (m_files.exists(path) || !isWaiting) {
@@ -190,10 +217,7 @@ std::optional<QString> SimulatedCloudDrive::remove(const QString& path) {
             return error.message();
         }
     }
-    if (isWaiting) {
-        m_mac.state().update(kSubject, [&](Json& state) { state["files"].erase(path.toStdString()); });
-    }
-    return std::nullopt;
+    return forgetWaiting(path);
 }
 
 } // namespace quorvane

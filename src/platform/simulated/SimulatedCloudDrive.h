@@ -3,6 +3,8 @@
 #include "platform/CloudDrive.h"
 #include "simulator/Mac.h"
 
+#include <functional>
+
 namespace quorvane {
 
 class FileManager;
@@ -45,6 +47,9 @@ private:
     QString folderOfContainer() const;
     bool isInContainer(const QString& path) const;
     bool putOnDisk(const QString& path, const QByteArray& bytes) const;
+    bool change(const std::function<void(macsim::Json&)>& change) const;
+    std::optional<QString> refusal(const QString& path) const;
+    std::optional<QString> forgetWaiting(const QString& path);
     std::optional<QString> write(const QString& path, const QByteArray& bytes);
 
     const macsim::Mac& m_mac;
