@@ -17,6 +17,13 @@ if(QUORVANE_SANITIZE)
     target_link_options(quorvane_options INTERFACE -fsanitize=address,undefined)
 endif()
 
+# quorvane_gui_program(NAME): a program that links Qt Gui.
+function(quorvane_gui_program name)
+    if(QUORVANE_SANITIZE)
+        target_sources(${name} PRIVATE ${PROJECT_SOURCE_DIR}/cmake/LeakSanitizer.cpp)
+    endif()
+endfunction()
+
 # quorvane_library(NAME SOURCES … [LINKS …] [PRIVATE_LINKS …])
 function(quorvane_library name)
     cmake_parse_arguments(arg "" "" "SOURCES;LINKS;PRIVATE_LINKS" ${ARGN})

@@ -112,6 +112,7 @@ QCoro::Task<ProfileCloudBackup> ProfileCloudManager::backupAllProfiles(ProfileMa
     co_await backUpDefault(profileManager, savedOne);
     const ProfileCloudBackup backup = backupOf(customProfiles(profileManager));
     if (backup.profiles.isEmpty()) {
+        co_await listBackups();
         throw ProfileCloudError(Code::noProfilesToBackup);
     }
     const QByteArray bytes = encoded(backup);
