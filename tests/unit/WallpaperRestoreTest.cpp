@@ -1,5 +1,6 @@
 // No picture of the user's is lost, whatever goes wrong.
 
+#include "fakes/MortalFileManager.h"
 #include "fakes/WallpaperSystem.h"
 
 namespace quorvane {
@@ -395,6 +396,48 @@ TEST_F(WallpaperRestore, anyChangeOfAFileMayFail) {
         EXPECT_EQ(shown(1), kPictures + u"blue.png"_s) << change;
         EXPECT_EQ(shown(2), kPictures + u"light.png"_s) << change;
         EXPECT_EQ(workFiles(), QStringList()) << change;
+    }
+}
+
+// ---- A program that dies
+
+TEST_F(WallpaperRestore, aProgramThatDiesAtAnyChangeOfAFileLosesNoPicture) {
+    const std::function<void()> operations[] = {[this] { enable(u"Live"_s); }, [this] { update(u"Studio"_s); },
+                                                [this] { choose(1, kPictures + u"light.png"_s); },
+                                                [this] { disable(); }};
+    for (size_t dying = 0; dying < std::size(operations); ++dying) {
+        bool hasDied = true;
+        for (int change = 0; hasDied; ++change) {
+            SCOPED_TRACE("operation " + std::to_string(dying) + ", change " + std::to_string(change));
+            ASSERT_LT(change, 30);
+            displays.connected[0].picture = kPictures + u"blue.png"_s;
+            start();
+            for (size_t before = 0; before < dying; ++before) {
+                operations[before]();
+            }
+            MortalFileManager mortal(files);
+            mortal.changesLeft = change;
+            mortal.whenDead = [this] {
+                for (MemoryDisplays::Connected& each : displays.connected) {
+                    each.settingError = u"The program is dead"_s;
+                }
+            };
+            overlay.reset();
+            overlay = std::make_unique<WallpaperProfileOverlay>(hostWith(mortal, clock));
+            operations[dying]();
+            hasDied = mortal.isDead();
+            for (MemoryDisplays::Connected& each : displays.connected) {
+                each.settingError.reset();
+            }
+            const bool hasChosen = dying > 2 || shown(1) == kPictures + u"light.png"_s || dying == 2;
+            overlay.reset();
+            start();
+            QCoro::waitFor(overlay->finished());
+            disable();
+            EXPECT_EQ(shown(1), kPictures + (hasChosen ? u"light.png"_s : u"blue.png"_s));
+            EXPECT_EQ(shown(2), kPictures + u"light.png"_s);
+            EXPECT_EQ(workFiles(), QStringList());
+        }
     }
 }
 
