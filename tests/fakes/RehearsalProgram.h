@@ -9,6 +9,10 @@
 
 #include <gtest/gtest.h>
 
+#include <csignal>
+#include <optional>
+#include <sys/resource.h>
+
 namespace quorvane {
 
 /// How the rehearsal ended.
@@ -31,9 +35,21 @@ protected:
     }
     QString macFolder() const { return folder.path() + u"/Mac"_s; }
 
-    Ending rehearse(const QStringList& arguments) { return start(QStringList{u"--mac"_s, macFolder()} + arguments); }
-    static Ending start(const QStringList& arguments) {
+    /// @param largestFile  see start
+    Ending rehearse(const QStringList& arguments, std::optional<rlim_t> largestFile = {}) {
+        return start(QStringList{u"--mac"_s, macFolder()} + arguments, largestFile);
+    }
+    /// @param largestFile  a limit of the host's own, in bytes, on the size of each file that the process and its children
+    ///                     write: it is full for them
+    static Ending start(const QStringList& arguments, std::optional<rlim_t> largestFile = {}) {
         QProcess process;
+        if (largestFile) {
+            process.setChildProcessModifier([bytes = *largestFile] {
+                const rlimit limit{bytes, bytes};
+                ::setrlimit(RLIMIT_FSIZE, &limit);
+                ::signal(SIGXFSZ, SIG_IGN); // the write fails instead
+            });
+        }
         process.start(QStringLiteral(REHEARSAL_PROGRAM), arguments);
         EXPECT_TRUE(process.waitForFinished(240000)); // only a hang takes so long
         return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1, process.readAllStandardOutput(),

@@ -6,9 +6,6 @@
 #include "fakes/RehearsalProgram.h"
 #include "profiles/ProfileCloudManager.h"
 
-#include <csignal>
-#include <sys/resource.h>
-
 namespace quorvane {
 
 namespace {
@@ -254,7 +251,6 @@ TEST_F(BackupCutShort, aDiskThatIsFullFromAnyChangeOnCostsNothing) {
     EXPECT_EQ(change, 9) << "four writes and four folders, of which the last may fail";
 }
 
-// A limit of the host's own, on the size of each file that the process writes.
 TEST_F(BackupCutShort, filesThatTheSystemLetsNobodyWriteCostNothing) {
     const auto copySize = static_cast<rlim_t>(contentOn(macFolder(), kDefaultCurrentName).size());
     const auto fullSize = static_cast<rlim_t>(m_first.size());
@@ -267,17 +263,9 @@ TEST_F(BackupCutShort, filesThatTheSystemLetsNobodyWriteCostNothing) {
                  {copySize + 50, "Could not create the iCloud backup file.", u"3, 2"_s}};
     for (const auto& [limit, reason, versions] : cases) {
         const QString mac = copyOfMac();
-        QProcess process;
-        process.setChildProcessModifier([limit = limit] {
-            const rlimit small{limit, limit};
-            ::setrlimit(RLIMIT_FSIZE, &small);
-            ::signal(SIGXFSZ, SIG_IGN); // the write fails instead
-        });
-        process.start(QStringLiteral(REHEARSAL_PROGRAM), {u"--mac"_s, mac, u"backup"_s});
-        ASSERT_TRUE(process.waitForFinished(60000));
-        EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
-        EXPECT_EQ(process.exitCode(), 1);
-        EXPECT_EQ(process.readAllStandardOutput(), "\nError\n  Could not write the iCloud backup: " + reason + '\n');
+        const Ending full = start({u"--mac"_s, mac, u"backup"_s}, limit);
+        EXPECT_EQ(full.status, 1);
+        EXPECT_EQ(full.output, "\nError\n  Could not write the iCloud backup: " + reason + '\n');
         EXPECT_EQ(versionsOn(mac), versions);
         EXPECT_EQ(backupsOn(mac), backupsOn(macFolder()));
         expectNothingLost(mac);

@@ -5,9 +5,6 @@
 
 #include <QDir>
 
-#include <csignal>
-#include <sys/resource.h>
-
 namespace quorvane {
 
 namespace {
@@ -23,20 +20,6 @@ protected:
     QString outFile() const { return folder.path() + u"/out.jpg"_s; }
     QStringList workFiles() const {
         return QDir(macFolder() + kWork).entryList(QDir::Files | QDir::Hidden, QDir::Name);
-    }
-
-    /// With a limit of the host's own on the size of each file that the process writes.
-    Ending rehearseWithLimit(rlim_t bytes, const QStringList& arguments) {
-        QProcess process;
-        process.setChildProcessModifier([bytes] {
-            const rlimit limit{bytes, bytes};
-            ::setrlimit(RLIMIT_FSIZE, &limit);
-            ::signal(SIGXFSZ, SIG_IGN); // the write fails instead
-        });
-        process.start(QStringLiteral(REHEARSAL_PROGRAM), QStringList{u"--mac"_s, macFolder()} + arguments);
-        EXPECT_TRUE(process.waitForFinished(240000));
-        return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1, process.readAllStandardOutput(),
-                process.readAllStandardError()};
     }
 };
 
@@ -143,13 +126,13 @@ TEST_F(RehearsalWallpaper, noPictureIsLostOnAFullDisk) {
                  {100'000, "1", 4}}; // the larger one of them can't
     for (const auto& [bytes, displays, files] : cases) {
         SCOPED_TRACE(bytes);
-        const Ending full = rehearseWithLimit(bytes, {u"overlay"_s, u"Live"_s});
+        const Ending full = rehearse({u"overlay"_s, u"Live"_s}, bytes);
         EXPECT_EQ(full.status, 1);
         EXPECT_EQ(full.error, QByteArray());
         EXPECT_EQ(full.output.contains("on 1 display(s)"), !displays.isEmpty()) << full.output.toStdString();
         EXPECT_TRUE(full.output.contains("Booth Monitor: /Users/mika/Pictures/Dunes.jpg\n"));
         EXPECT_EQ(workFiles().size(), files) << workFiles().join(u' ').toStdString();
-        const Ending off = rehearseWithLimit(bytes, {u"overlay"_s, u"--off"_s});
+        const Ending off = rehearse({u"overlay"_s, u"--off"_s}, bytes);
         EXPECT_EQ(off.status, 0);
         EXPECT_TRUE(off.output.endsWith("Color LCD: /Users/mika/Pictures/Stage.jpg\n"
                                         "Booth Monitor: /Users/mika/Pictures/Dunes.jpg\n"));
