@@ -61,12 +61,9 @@ QCoro::Task<void> WallpaperProfileOverlay::setOverlayEnabled(bool enabled, QStri
         co_await removeOverlay();
         co_return;
     }
-    const std::optional<QString> resolved = resolvedProfileName(name);
-    if (!resolved) {
-        log(u"  [INFO] Wallpaper overlay enabled but no custom profile name is available."_s);
-        co_return;
+    if (const std::optional<QString> resolved = resolvedOrLogged(name)) {
+        co_await enqueue(Job::Kind::Update, *resolved);
     }
-    co_await enqueue(Job::Kind::Update, *resolved);
 }
 
 QCoro::Task<void> WallpaperProfileOverlay::updateAtStart(QString name) {
@@ -86,9 +83,8 @@ QCoro::Task<void> WallpaperProfileOverlay::updateForAppliedProfile(QString name)
         co_await enqueue(Job::Kind::Update, kNoLabel);
         co_return;
     }
-    const std::optional<QString> resolved = resolvedProfileName(name);
+    const std::optional<QString> resolved = resolvedOrLogged(name);
     if (!resolved) {
-        log(u"  [INFO] Wallpaper overlay enabled but no custom profile name is available."_s);
         co_await enqueue(Job::Kind::Check);
         co_return;
     }
@@ -166,6 +162,14 @@ std::optional<QString> WallpaperProfileOverlay::resolvedProfileName(const QStrin
     }
     const QString stored = storedName();
     return isCustomName(stored) ? std::optional(stored) : std::nullopt;
+}
+
+std::optional<QString> WallpaperProfileOverlay::resolvedOrLogged(const QString& explicitName) const {
+    const std::optional<QString> resolved = resolvedProfileName(explicitName);
+    if (!resolved) {
+        log(u"  [INFO] Wallpaper overlay enabled but no custom profile name is available."_s);
+    }
+    return resolved;
 }
 
 // ---- The queue

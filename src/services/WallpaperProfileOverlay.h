@@ -87,6 +87,7 @@ private:
     QString storedName() const;
     QString comingName() const;
     std::optional<QString> resolvedProfileName(const QString& explicitName) const;
+    std::optional<QString> resolvedOrLogged(const QString& explicitName) const;
     void log(const QString& line) const;
 
     QFuture<void> enqueue(Job::Kind kind, const QString& name = {});
