@@ -1,16 +1,16 @@
 // How discovery and what decides by it grow with what runs at login.
 
 #include "core/NotificationCenter.h"
-#include "core/SystemManager.h"
 #include "platform/CommandLauncher.h"
 #include "platform/simulated/SimulatedHost.h"
 #include "simulator/MacDescription.h"
 #include "simulator/tools/Registry.h"
-#include "startup/BackgroundDisableTarget.h"
-#include "startup/BackgroundItemPermission.h"
-#include "startup/BackgroundTaskDump.h"
-#include "startup/LoginItemScripts.h"
-#include "startup/StartupTargets.h"
+#include "startup/apply/StartupTargets.h"
+#include "startup/background/BackgroundDisableTarget.h"
+#include "startup/background/BackgroundItemPermission.h"
+#include "startup/background/BackgroundTaskDump.h"
+#include "startup/login/LoginItemScripts.h"
+#include "system/SystemManager.h"
 
 #include <QCoroTask>
 #include <QDir>

@@ -1,7 +1,7 @@
 // What the label costs beyond what any copy of the picture costs.
 
 #include "platform/portable/PictureDecoder.h"
-#include "services/WallpaperLabel.h"
+#include "wallpaper/WallpaperLabel.h"
 
 #include <QPainter>
 #include <QRandomGenerator>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "startup/StartupChangePreview.h"
+#include "startup/apply/StartupChangePreview.h"
 
 #include <QString>
 #include <QStringList>

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "profiles/UnifiedProfile.h"
-#include "startup/CloudSyncService.h"
-#include "startup/StartupConfiguration.h"
-#include "startup/StartupItem.h"
+#include "startup/items/CloudSyncService.h"
+#include "startup/items/StartupConfiguration.h"
+#include "startup/items/StartupItem.h"
 #include "tweaks/PerformanceSettings.h"
 
 #include <QDateTime>

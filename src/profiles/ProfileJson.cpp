@@ -1,6 +1,6 @@
 #include "profiles/ProfileJson.h"
 
-#include "startup/LegacyStartupFields.h"
+#include "startup/items/LegacyStartupFields.h"
 
 using namespace Qt::StringLiterals;
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "startup/CleanReboot.h"
-#include "startup/StartupConfiguration.h"
+#include "startup/items/CleanReboot.h"
+#include "startup/items/StartupConfiguration.h"
 #include "tweaks/PerformanceSettings.h"
 
 #include <QDateTime>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "services/MaintenanceSelection.h"
-#include "services/NetworkOperations.h"
+#include "maintenance/MaintenanceSelection.h"
+#include "network/NetworkOperations.h"
 #include "simulator/Authorizer.h"
 
 #include <QString>

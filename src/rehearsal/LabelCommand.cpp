@@ -4,7 +4,7 @@
 #include "platform/portable/DiskFileManager.h"
 #include "platform/portable/PictureDecoder.h"
 #include "rehearsal/Arguments.h"
-#include "services/WallpaperLabel.h"
+#include "wallpaper/WallpaperLabel.h"
 
 #include <QRegularExpression>
 

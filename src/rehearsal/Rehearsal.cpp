@@ -1,6 +1,9 @@
 #include "rehearsal/Rehearsal.h"
 
 #include "core/Json.h"
+#include "maintenance/MaintenanceSelection.h"
+#include "matching/SystemMatching.h"
+#include "network/NetworkOperations.h"
 #include "platform/Clock.h"
 #include "platform/Displays.h"
 #include "platform/FileManager.h"
@@ -8,11 +11,8 @@
 #include "profiles/ProfileNames.h"
 #include "rehearsal/ProfileFile.h"
 #include "rehearsal/Report.h"
-#include "services/MaintenanceSelection.h"
-#include "services/NetworkOperations.h"
 #include "snapshots/RestoreAlerts.h"
-#include "startup/StartupVerification.h"
-#include "verification/SystemMatching.h"
+#include "startup/apply/StartupVerification.h"
 
 #include <QCoroFuture>
 

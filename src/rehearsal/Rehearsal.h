@@ -2,16 +2,16 @@
 
 #include "core/ClosingAlert.h"
 #include "core/NotificationCenter.h"
-#include "core/SystemManager.h"
+#include "matching/SystemConfigurationMatch.h"
 #include "platform/simulated/SimulatedHost.h"
 #include "profiles/ApplyPreviews.h"
 #include "profiles/ProfileCloudManager.h"
 #include "profiles/ProfileManager.h"
 #include "profiles/UnifiedProfile.h"
 #include "rehearsal/Arguments.h"
-#include "services/WallpaperProfileOverlay.h"
 #include "snapshots/RestoreBaseline.h"
-#include "verification/SystemConfigurationMatch.h"
+#include "system/SystemManager.h"
+#include "wallpaper/WallpaperProfileOverlay.h"
 
 #include <QCoroTask>
 #include <QObject>

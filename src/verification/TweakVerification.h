@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/SystemManager.h"
-#include "snapshots/PowerSettings.h"
+#include "readings/PowerSettings.h"
+#include "system/SystemManager.h"
 #include "tweaks/PerformanceSettings.h"
 #include "verification/ApplyVerificationResult.h"
 

@@ -5,7 +5,7 @@
 #include "fakes/MemoryKeychain.h"
 #include "fakes/MemoryUserDefaults.h"
 #include "fakes/ScriptedAlertPresenter.h"
-#include "services/LockManager.h"
+#include "lock/LockManager.h"
 
 #include <QCoroTask>
 

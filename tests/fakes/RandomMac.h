@@ -1,7 +1,7 @@
 #pragma once
 
 #include "simulator/Json.h"
-#include "startup/StartupItem.h"
+#include "startup/items/StartupItem.h"
 
 #include <QDir>
 #include <QFileInfo>

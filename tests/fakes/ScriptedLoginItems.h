@@ -2,7 +2,7 @@
 
 #include "fakes/ScriptedSystem.h"
 
-#include "startup/LoginItem.h"
+#include "startup/items/LoginItem.h"
 
 #include <algorithm>
 

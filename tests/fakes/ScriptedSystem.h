@@ -1,7 +1,6 @@
 #pragma once
 
 #include "core/NotificationCenter.h"
-#include "core/SystemManager.h"
 #include "fakes/CommandLine.h"
 #include "fakes/FixedBiometrics.h"
 #include "fakes/ManualClock.h"
@@ -15,6 +14,7 @@
 #include "fakes/ScriptedBackgroundTaskPermissions.h"
 #include "platform/Machine.h"
 #include "platform/ScriptEngine.h"
+#include "system/SystemManager.h"
 
 #include <QCoroTask>
 #include <QLocale>

@@ -3,7 +3,7 @@
 #include "fakes/SimulatedSystem.h"
 #include "fakes/StartupSystem.h"
 #include "simulator/LaunchdState.h"
-#include "startup/StartupVerification.h"
+#include "startup/apply/StartupVerification.h"
 
 #include <initializer_list>
 

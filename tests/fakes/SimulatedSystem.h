@@ -1,7 +1,6 @@
 #pragma once
 
 #include "core/NotificationCenter.h"
-#include "core/SystemManager.h"
 #include "fakes/EventLoop.h"
 #include "fakes/MacPicture.h"
 #include "platform/simulated/SimulatedHost.h"
@@ -10,6 +9,7 @@
 #include "profiles/UnifiedProfile.h"
 #include "simulator/MacDescription.h"
 #include "simulator/tools/Registry.h"
+#include "system/SystemManager.h"
 
 #include <QCoroTask>
 #include <QTemporaryDir>

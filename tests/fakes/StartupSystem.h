@@ -1,12 +1,13 @@
 #pragma once
 
 #include "core/AdminScript.h"
+#include "core/Paths.h"
 #include "fakes/ScriptedSystem.h"
 #include "platform/TreeRemoval.h"
-#include "startup/ActiveStartup.h"
-#include "startup/BackgroundTaskItem.h"
-#include "startup/LoginItemScripts.h"
-#include "startup/StartupConfiguration.h"
+#include "startup/apply/ActiveStartup.h"
+#include "startup/background/BackgroundTaskItem.h"
+#include "startup/items/StartupConfiguration.h"
+#include "startup/login/LoginItemScripts.h"
 
 #include <QRegularExpression>
 

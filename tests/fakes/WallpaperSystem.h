@@ -6,8 +6,8 @@
 #include "fakes/ScriptedSystem.h"
 #include "profiles/ProfileJson.h"
 #include "profiles/ProfileManager.h"
-#include "services/WallpaperManifest.h"
-#include "services/WallpaperProfileOverlay.h"
+#include "wallpaper/WallpaperManifest.h"
+#include "wallpaper/WallpaperProfileOverlay.h"
 
 #include <QCoroTask>
 

@@ -5,7 +5,7 @@
 #include "fakes/ScriptedAlertPresenter.h"
 #include "fakes/SecretSearch.h"
 #include "fakes/SimulatedSystem.h"
-#include "services/LockManager.h"
+#include "lock/LockManager.h"
 
 namespace quorvane {
 

@@ -1,7 +1,7 @@
 // Cleaning up on a simulated Mac through real child processes: what is left on its disk.
 
 #include "fakes/SimulatedSystem.h"
-#include "services/MaintenanceSelection.h"
+#include "maintenance/MaintenanceSelection.h"
 
 namespace quorvane {
 

@@ -4,7 +4,7 @@
 #include "fakes/Pictures.h"
 #include "fakes/SimulatedSystem.h"
 #include "platform/Displays.h"
-#include "services/WallpaperProfileOverlay.h"
+#include "wallpaper/WallpaperProfileOverlay.h"
 
 namespace quorvane {
 

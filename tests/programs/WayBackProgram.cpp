@@ -6,9 +6,9 @@
 // Exit status: 0 done, 1 not.
 
 #include "core/NotificationCenter.h"
-#include "core/SystemManager.h"
 #include "fakes/InProcessMac.h"
 #include "snapshots/RestoreBaseline.h"
+#include "system/SystemManager.h"
 
 #include <QCoreApplication>
 #include <QCoroTask>

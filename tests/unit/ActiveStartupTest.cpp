@@ -1,4 +1,5 @@
-#include "startup/ActiveStartup.h"
+#include "startup/apply/ActiveStartup.h"
+#include "core/Paths.h"
 
 #include <gtest/gtest.h>
 

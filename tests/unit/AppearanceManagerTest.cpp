@@ -1,4 +1,4 @@
-#include "services/AppearanceManager.h"
+#include "appearance/AppearanceManager.h"
 
 #include "fakes/ManualNotifications.h"
 #include "fakes/MemoryUserDefaults.h"

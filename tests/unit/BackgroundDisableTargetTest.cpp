@@ -1,4 +1,4 @@
-#include "startup/BackgroundDisableTarget.h"
+#include "startup/background/BackgroundDisableTarget.h"
 
 #include "fakes/MemoryFileManager.h"
 #include "platform/TreeRemoval.h"

@@ -1,4 +1,4 @@
-#include "startup/BackgroundItemPermission.h"
+#include "startup/background/BackgroundItemPermission.h"
 
 #include <QStringList>
 

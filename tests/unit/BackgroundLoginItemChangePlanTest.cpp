@@ -1,4 +1,4 @@
-#include "startup/BackgroundLoginItemChangePlan.h"
+#include "startup/background/BackgroundLoginItemChangePlan.h"
 
 #include <QStringList>
 

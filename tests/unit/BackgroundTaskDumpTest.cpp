@@ -1,4 +1,4 @@
-#include "startup/BackgroundTaskDump.h"
+#include "startup/background/BackgroundTaskDump.h"
 
 #include <QStringList>
 

@@ -1,4 +1,5 @@
-#include "startup/BackgroundTaskItem.h"
+#include "startup/background/BackgroundTaskItem.h"
+#include "startup/launchd/LaunchItemNames.h"
 
 #include <gtest/gtest.h>
 
@@ -155,12 +156,12 @@ TEST(BackgroundTaskItem, onlyALabelThatCanStandInALaunchdTargetIsUsable) {
     for (const QString& label : {u"com.example.helper"_s, u"Foo Helper"_s, u"a"_s, u"..."_s, u".a"_s,
                                  u"Bob's \"$(x)\";"_s, u"a-b"_s, u"Jörg"_s, u"(null)"_s}) {
         SCOPED_TRACE(label.toStdString());
-        EXPECT_TRUE(isUsableBackgroundLabel(label));
+        EXPECT_TRUE(isUsableLaunchdLabel(label));
     }
     for (const QString& label : {u""_s, u"."_s, u".."_s, u"-k"_s, u"--"_s, u"/"_s, u"a/b"_s, u"../x"_s, u"a\nb"_s,
                                  u"a\tb"_s, u"a\r"_s, QString(1, QChar::Null), u"a\x7f"_s, u"a\u0085"_s}) {
         SCOPED_TRACE(label.toStdString());
-        EXPECT_FALSE(isUsableBackgroundLabel(label));
+        EXPECT_FALSE(isUsableLaunchdLabel(label));
     }
 }
 

@@ -1,4 +1,4 @@
-#include "startup/BackgroundTaskList.h"
+#include "startup/background/BackgroundTaskList.h"
 
 #include <QStringList>
 

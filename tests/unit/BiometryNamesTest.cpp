@@ -1,6 +1,6 @@
-#include "services/BiometryNames.h"
+#include "lock/BiometryNames.h"
 
-#include "services/AppPasswordSheetMode.h"
+#include "lock/AppPasswordSheetMode.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "services/CacheCleaning.h"
+#include "maintenance/CacheCleaning.h"
 
 #include "core/ExcludedNames.h"
 

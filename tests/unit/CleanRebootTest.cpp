@@ -1,4 +1,4 @@
-#include "startup/CleanReboot.h"
+#include "startup/items/CleanReboot.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "startup/CloudSyncService.h"
+#include "startup/items/CloudSyncService.h"
 
 #include "fakes/MemoryFileManager.h"
 

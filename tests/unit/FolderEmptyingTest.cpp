@@ -1,4 +1,4 @@
-#include "services/FolderEmptying.h"
+#include "maintenance/FolderEmptying.h"
 
 #include "fakes/MemoryFileManager.h"
 

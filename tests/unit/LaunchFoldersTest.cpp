@@ -1,4 +1,4 @@
-#include "startup/LaunchFolders.h"
+#include "startup/launchd/LaunchFolders.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "startup/LaunchItemNames.h"
+#include "startup/launchd/LaunchItemNames.h"
 
 #include "fakes/MemoryBundles.h"
 

@@ -1,6 +1,6 @@
-#include "startup/LegacyStartupFields.h"
+#include "startup/items/LegacyStartupFields.h"
 
-#include "startup/StartupConfiguration.h"
+#include "startup/items/StartupConfiguration.h"
 
 #include <gtest/gtest.h>
 

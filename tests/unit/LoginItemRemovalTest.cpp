@@ -1,4 +1,4 @@
-#include "startup/LoginItemRemoval.h"
+#include "startup/login/LoginItemRemoval.h"
 
 #include <gtest/gtest.h>
 

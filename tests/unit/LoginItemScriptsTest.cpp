@@ -1,4 +1,4 @@
-#include "startup/LoginItemScripts.h"
+#include "startup/login/LoginItemScripts.h"
 
 #include <gtest/gtest.h>
 

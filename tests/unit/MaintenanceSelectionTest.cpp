@@ -1,4 +1,4 @@
-#include "services/MaintenanceSelection.h"
+#include "maintenance/MaintenanceSelection.h"
 
 #include <gtest/gtest.h>
 

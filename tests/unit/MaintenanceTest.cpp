@@ -2,7 +2,7 @@
 
 #include "core/AdminScript.h"
 #include "fakes/ScriptedSystem.h"
-#include "services/MaintenanceSelection.h"
+#include "maintenance/MaintenanceSelection.h"
 
 namespace quorvane {
 

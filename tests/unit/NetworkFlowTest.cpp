@@ -1,7 +1,7 @@
 #include "fakes/StartupSystem.h"
 
-#include "services/NetworkOperations.h"
-#include "services/NetworkServices.h"
+#include "network/NetworkOperations.h"
+#include "network/NetworkServices.h"
 
 namespace quorvane {
 

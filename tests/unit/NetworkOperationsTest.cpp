@@ -1,4 +1,4 @@
-#include "services/NetworkOperations.h"
+#include "network/NetworkOperations.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "services/NetworkServices.h"
+#include "network/NetworkServices.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "services/PasswordLength.h"
+#include "lock/PasswordLength.h"
 
 #include <QList>
 #include <QPair>

@@ -1,7 +1,7 @@
 #include "platform/portable/PictureDecoder.h"
 
 #include "fakes/Pictures.h"
-#include "services/WallpaperLabel.h"
+#include "wallpaper/WallpaperLabel.h"
 
 #include <QFile>
 #include <QJsonArray>

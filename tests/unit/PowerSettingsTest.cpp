@@ -1,4 +1,4 @@
-#include "snapshots/PowerSettings.h"
+#include "readings/PowerSettings.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #include "fakes/ScriptedSystem.h"
 
-#include "snapshots/PowerSettings.h"
+#include "readings/PowerSettings.h"
 
 namespace quorvane {
 

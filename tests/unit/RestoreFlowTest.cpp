@@ -1,5 +1,5 @@
 #include "fakes/RestoreSystem.h"
-#include "startup/LaunchFolders.h"
+#include "startup/launchd/LaunchFolders.h"
 
 namespace quorvane {
 

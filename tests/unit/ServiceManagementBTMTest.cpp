@@ -1,4 +1,4 @@
-#include "startup/ServiceManagementBTM.h"
+#include "startup/background/ServiceManagementBTM.h"
 
 #include "fakes/ScriptedBackgroundTaskPermissions.h"
 

@@ -1,6 +1,6 @@
 #include "fakes/StartupSystem.h"
 
-#include "startup/StartupVerification.h"
+#include "startup/apply/StartupVerification.h"
 
 namespace quorvane {
 

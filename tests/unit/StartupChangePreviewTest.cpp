@@ -1,6 +1,6 @@
-#include "startup/StartupChangePreview.h"
+#include "startup/apply/StartupChangePreview.h"
 
-#include "startup/ActiveStartup.h"
+#include "startup/apply/ActiveStartup.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "startup/StartupChanges.h"
+#include "startup/items/StartupChanges.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "startup/StartupConfiguration.h"
+#include "startup/items/StartupConfiguration.h"
 
 #include <gtest/gtest.h>
 

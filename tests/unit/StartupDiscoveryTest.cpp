@@ -1,4 +1,4 @@
-#include "startup/StartupDiscovery.h"
+#include "startup/apply/StartupDiscovery.h"
 
 #include "fakes/MemoryBundles.h"
 

@@ -1,4 +1,4 @@
-#include "startup/StartupItem.h"
+#include "startup/items/StartupItem.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "startup/StartupTargets.h"
+#include "startup/apply/StartupTargets.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "startup/StartupVerification.h"
+#include "startup/apply/StartupVerification.h"
 
 #include <gtest/gtest.h>
 

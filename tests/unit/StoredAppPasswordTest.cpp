@@ -1,4 +1,4 @@
-#include "services/StoredAppPassword.h"
+#include "lock/StoredAppPassword.h"
 
 #include <gtest/gtest.h>
 

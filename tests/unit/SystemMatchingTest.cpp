@@ -1,4 +1,4 @@
-#include "verification/SystemMatching.h"
+#include "matching/SystemMatching.h"
 #include "fakes/ProfileStore.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "services/WallpaperFiles.h"
+#include "wallpaper/WallpaperFiles.h"
 
 #include "fakes/ScriptedSystem.h"
 

@@ -1,4 +1,4 @@
-#include "services/WallpaperLabel.h"
+#include "wallpaper/WallpaperLabel.h"
 
 #include "fakes/Pictures.h"
 

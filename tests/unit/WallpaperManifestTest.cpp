@@ -1,4 +1,4 @@
-#include "services/WallpaperManifest.h"
+#include "wallpaper/WallpaperManifest.h"
 
 #include <gtest/gtest.h>
 

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QString>
+
+namespace quorvane {
+
+// Paths as the Mac writes them: absolute, with "/" between the components.
+
+/// What stands behind the last "/": empty for a path that ends in one, the whole text where there is none.
+QString lastPathComponent(const QString& path);
+
+/// What stands before the last "/"; empty for what lies at the root.
+QString parentFolder(const QString& path);
+
+/// The last component of a path without its extension; a "/" at the end of the path doesn't count.
+QString nameInPath(const QString& path);
+
+} // namespace quorvane

@@ -1,0 +1,55 @@
+#include "matching/SystemMatching.h"
+
+#include <algorithm>
+
+namespace quorvane {
+
+using namespace Qt::StringLiterals;
+
+QList<UnifiedProfile> candidateOrder(const QList<UnifiedProfile>& profiles, const std::optional<QString>& appliedName) {
+    const auto applied = std::find_if(profiles.begin(), profiles.end(), [&appliedName](const UnifiedProfile& profile) {
+        return profile.name == appliedName;
+    });
+    if (applied == profiles.end()) {
+        return profiles;
+    }
+    QList<UnifiedProfile> candidates{*applied};
+    std::copy_if(profiles.begin(), profiles.end(), std::back_inserter(candidates),
+                 [&applied](const UnifiedProfile& profile) { return profile.id != applied->id; });
+    return candidates;
+}
+
+bool isMatch(const ApplyVerificationResult& verification, bool isLastApplied) {
+    return verification.failed.isEmpty() ||
+           (isLastApplied && verification.failed.size() < verification.verified.size());
+}
+
+ApplyVerificationResult defaultVerification(const ApplyVerificationResult& inForce, bool isAppRestorationOff) {
+    ApplyVerificationResult result;
+    for (const ApplyVerificationResult::Item& item : inForce.verified) {
+        result.failed.append({item.name, item.detail.value_or(u"still active"_s)});
+    }
+    if (inForce.verified.isEmpty()) {
+        result.verified.append({u"Default preset"_s, u"no performance optimizations active"_s});
+    }
+    if (isAppRestorationOff) {
+        result.failed.append({u"Clean Reboot"_s, u"still enabled"_s});
+    } else {
+        result.verified.append({u"Clean Reboot"_s, u"standard app restoration"_s});
+    }
+    return result;
+}
+
+ClosingAlert systemMatchAlert(const std::optional<SystemConfigurationMatch>& match) {
+    if (!match) {
+        return {u"No Match Found"_s,
+                u"No saved profile fully matches your current system settings.\n\nCheck the Logs tab for details."_s};
+    }
+    const QString configuration = match->kind == MatchedConfigurationKind::savedProfile
+                                      ? u"saved profile \"%1\""_s.arg(match->name)
+                                      : match->name;
+    return {u"System Verified"_s,
+            u"Current system matches %1.\n\n%2"_s.arg(configuration, summary(match->verification))};
+}
+
+} // namespace quorvane

@@ -1,0 +1,112 @@
+#include "startup/background/BackgroundItemPermission.h"
+
+#include "core/Collation.h"
+#include "startup/background/BackgroundTaskList.h"
+
+#include <algorithm>
+
+namespace quorvane {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Names reach a profile from System Events and a record from the bundle: they may differ in case and in how an accent is
+/// written.
+QString comparable(const QString& text) {
+    return text.normalized(QString::NormalizationForm_C).toCaseFolded();
+}
+
+QString withoutBlanks(const QString& text) {
+    return QString(text).remove(u' ');
+}
+
+/// What is permitted, in the forms in which records are compared with it. Texts that are empty speak for nothing: they
+/// would be contained in every record.
+class Permission {
+public:
+    Permission(const QSet<QString>& permittedNames, const std::optional<StartupConfiguration>& startup)
+        : m_names(permittedNames) {
+        for (const QString& name : permittedNames) {
+            addIfAny(m_foldedNames, comparable(name));
+            addIfAny(m_compactNames, withoutBlanks(comparable(name)));
+        }
+        for (const StartupItem& item : startup ? startup->items : QList<StartupItem>()) {
+            if (item.runsAtStartup) {
+                addRunningItem(item);
+            }
+        }
+    }
+
+    bool speaksFor(const BackgroundTaskItem& item) const {
+        const QString foldedName = comparable(item.name);
+        const QString searchText = comparable(backgroundItemSearchText(item));
+        const std::optional<QString> label = backgroundItemLabel(item);
+        return m_names.contains(item.name) || holdsAny(foldedName, m_foldedNames) ||
+               holdsAny(withoutBlanks(searchText), m_compactNames) ||
+               (label && m_runningLabels.contains(comparable(*label))) || m_runningNames.contains(foldedName) ||
+               holdsAny(searchText, m_runningTexts);
+    }
+
+private:
+    static void addIfAny(QStringList& texts, const QString& text) {
+        if (!text.isEmpty()) {
+            texts.append(text);
+        }
+    }
+
+    static bool holdsAny(const QString& text, const QStringList& parts) {
+        return std::any_of(parts.begin(), parts.end(), [&text](const QString& part) { return text.contains(part); });
+    }
+
+    void addRunningItem(const StartupItem& item) {
+        if (item.kind == StartupItemKind::backgroundLoginItem && item.launchIdentifier) {
+            m_runningLabels.insert(comparable(*item.launchIdentifier));
+        }
+        m_runningNames.insert(comparable(item.name));
+        addIfAny(m_runningTexts, comparable(item.path));
+        addIfAny(m_runningTexts, comparable(item.launchIdentifier.value_or(QString())));
+    }
+
+    const QSet<QString>& m_names;
+    QStringList m_foldedNames;
+    QStringList m_compactNames;
+    QSet<QString> m_runningLabels;
+    QSet<QString> m_runningNames;
+    QStringList m_runningTexts; ///< paths and launch identifiers
+};
+
+bool isOfProgramOrSystem(const BackgroundTaskItem& item) {
+    return backgroundItemSearchText(item).contains(u"quorvane"_s) ||
+           (item.bundleIdentifier && (item.bundleIdentifier->startsWith(u"com.quorvane."_s) ||
+                                      item.bundleIdentifier->startsWith(u"com.apple."_s)));
+}
+
+} // namespace
+
+bool isPermittedBackgroundItem(const BackgroundTaskItem& item, const QSet<QString>& permittedNames,
+                               const std::optional<StartupConfiguration>& startup) {
+    return Permission(permittedNames, startup).speaksFor(item);
+}
+
+QList<BackgroundTaskItem> nonPermittedBackgroundItems(const QList<BackgroundTaskItem>& items,
+                                                      const QSet<QString>& permittedNames,
+                                                      const std::optional<StartupConfiguration>& startup) {
+    const Permission permission(permittedNames, startup);
+    const BackgroundTaskList list(items);
+    QList<BackgroundTaskItem> found;
+    for (const BackgroundTaskItem& item : items) {
+        if (!isActive(item) || !isLoginRecord(item) || isOfProgramOrSystem(item) || list.isProtected(item) ||
+            permission.speaksFor(item)) {
+            continue;
+        }
+        const BackgroundTaskItem* parent = list.parentOf(item);
+        if (parent == nullptr || !permission.speaksFor(*parent)) {
+            found.append(item);
+        }
+    }
+    sortLocalized(found, &BackgroundTaskItem::name);
+    return found;
+}
+
+} // namespace quorvane

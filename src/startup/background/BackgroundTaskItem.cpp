@@ -1,0 +1,79 @@
+#include "startup/background/BackgroundTaskItem.h"
+
+#include "core/ExcludedNames.h"
+
+#include <QStringList>
+#include <QUrl>
+
+#include <algorithm>
+
+namespace quorvane {
+
+using namespace Qt::StringLiterals;
+
+QSet<QString> dispositionTokens(const BackgroundTaskItem& item) {
+    QSet<QString> tokens;
+    const QString disposition = item.disposition.toLower();
+    qsizetype start = 0;
+    for (qsizetype place = 0; place <= disposition.size(); ++place) {
+        if (place < disposition.size() && disposition.at(place).isLetter()) {
+            continue;
+        }
+        if (place > start) {
+            tokens.insert(disposition.mid(start, place - start));
+        }
+        start = place + 1;
+    }
+    return tokens;
+}
+
+bool isActive(const BackgroundTaskItem& item) {
+    const QSet<QString> tokens = dispositionTokens(item);
+    return !tokens.contains(u"disallowed"_s) && !tokens.contains(u"disabled"_s) && tokens.contains(u"enabled"_s);
+}
+
+bool isLoginRecord(const BackgroundTaskItem& item) {
+    return item.itemType.contains(u"login item"_s, Qt::CaseInsensitive) ||
+           item.itemType.contains(u"agent"_s, Qt::CaseInsensitive) ||
+           item.itemType.contains(u"daemon"_s, Qt::CaseInsensitive);
+}
+
+bool isApplicationRecord(const BackgroundTaskItem& item) {
+    return item.itemType.contains(u"app"_s, Qt::CaseInsensitive);
+}
+
+QString backgroundItemSearchText(const BackgroundTaskItem& item) {
+    QStringList texts{item.name};
+    for (const std::optional<QString>& text : {item.bundleIdentifier, std::optional(item.identifier),
+                                               item.parentIdentifier, item.executablePath, item.url}) {
+        if (text) {
+            texts.append(*text);
+        }
+    }
+    return texts.join(u' ').toLower();
+}
+
+QString identifierLabel(const QString& identifier) {
+    const qsizetype dot = identifier.indexOf(u'.');
+    return dot < 0 ? QString() : identifier.mid(dot + 1);
+}
+
+std::optional<QString> backgroundItemLabel(const BackgroundTaskItem& item) {
+    if (item.bundleIdentifier && !item.bundleIdentifier->isEmpty()) {
+        return item.bundleIdentifier;
+    }
+    const QString label = identifierLabel(item.identifier);
+    return label.isEmpty() ? std::nullopt : std::optional(label);
+}
+
+bool isProtectedRecord(const BackgroundTaskItem& item) {
+    // Blanks in URLs are encoded: "Native%20Instruments".
+    const QString url = QUrl::fromPercentEncoding(item.url.value_or(QString()).toUtf8());
+    return isExcludedName(backgroundItemSearchText(item)) || isExcludedName(url);
+}
+
+QString disabledDisposition() {
+    return u"[disabled, allowed, not notified] (0x2)"_s;
+}
+
+} // namespace quorvane

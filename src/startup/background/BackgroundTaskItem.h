@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QList>
+#include <QSet>
+#include <QString>
+
+#include <optional>
+
+namespace quorvane {
+
+/// One record of the system's background task list, as its dump prints it.
+struct BackgroundTaskItem {
+    QString name;
+    std::optional<QString> bundleIdentifier;
+    QString identifier;  ///< "16.com.example.helper": a number and the label
+    QString itemType;    ///< "login item (0x4)", "legacy daemon (0x10010)"
+    QString disposition; ///< "[enabled, allowed, notified] (0xb)"
+    std::optional<QString> parentIdentifier;
+    std::optional<QString> executablePath;
+    std::optional<QString> url; ///< "file:///…", a path, or a path inside the parent's bundle
+
+    bool operator==(const BackgroundTaskItem&) const = default;
+};
+
+/// The runs of letters of the disposition, in lower case.
+QSet<QString> dispositionTokens(const BackgroundTaskItem& item);
+/// Off when disallowed or disabled; otherwise on exactly when enabled.
+bool isActive(const BackgroundTaskItem& item);
+/// True for a login item, an agent or a daemon; the list also holds applications and developers.
+bool isLoginRecord(const BackgroundTaskItem& item);
+/// True for an application.
+bool isApplicationRecord(const BackgroundTaskItem& item);
+
+/// Everything that names the item, in lower case.
+QString backgroundItemSearchText(const BackgroundTaskItem& item);
+/// By what launchd and the profile know the item: its bundle identifier, or what follows the number of its identifier.
+std::optional<QString> backgroundItemLabel(const BackgroundTaskItem& item);
+/// What follows the number of an identifier; empty where nothing does.
+QString identifierLabel(const QString& identifier);
+/// True for a record that belongs to audio software.
+bool isProtectedRecord(const BackgroundTaskItem& item);
+
+/// How the dump shows an item that was switched off.
+QString disabledDisposition();
+
+} // namespace quorvane

@@ -1,0 +1,136 @@
+#include "startup/items/LegacyStartupFields.h"
+
+#include "core/Collation.h"
+#include "startup/items/StartupConfiguration.h"
+
+#include <QHash>
+
+using namespace Qt::StringLiterals;
+
+namespace quorvane {
+
+namespace {
+
+using Kind = StartupItemKind;
+
+/// The items gathered so far, each identifier once.
+class ItemTable {
+public:
+    bool contains(const QString& id) const { return m_places.contains(id); }
+
+    /// Adds the item, or puts it in the place of the one with its identifier.
+    void store(const StartupItem& item) {
+        const auto place = m_places.constFind(item.id);
+        if (place != m_places.cend()) {
+            m_items[*place] = item;
+        } else {
+            m_places.insert(item.id, m_items.size());
+            m_items.append(item);
+        }
+    }
+
+    void setRunning(const QString& id) { m_items[m_places.value(id)].runsAtStartup = true; }
+
+    QList<StartupItem> items() const { return m_items; }
+
+private:
+    QList<StartupItem> m_items;
+    QHash<QString, qsizetype> m_places;
+};
+
+StartupItem makeItem(const QString& id, const QString& name, Kind kind, bool runs) {
+    StartupItem item;
+    item.id = id;
+    item.name = name;
+    item.kind = kind;
+    item.runsAtStartup = runs;
+    return item;
+}
+
+QString lastPathComponent(const QString& path) {
+    qsizetype end = path.size();
+    while (end > 1 && path.at(end - 1) == u'/') {
+        --end;
+    }
+    const QString trimmed = path.left(end);
+    return trimmed == u"/"_s ? trimmed : trimmed.mid(trimmed.lastIndexOf(u'/') + 1);
+}
+
+/// Such an item is known only by its identifier.
+StartupItem backgroundAgentFor(const QString& id) {
+    if (isLaunchItemId(id)) {
+        const QString fileName = id.mid(launchItemId(QString()).size());
+        StartupItem item = makeItem(id, fileName, Kind::backgroundAgent, true);
+        item.launchIdentifier = fileName;
+        return item;
+    }
+    const QString loginPrefix = u"login:"_s;
+    const QString subject = id.startsWith(loginPrefix) ? id.mid(loginPrefix.size()) : id;
+    StartupItem item = makeItem(id, lastPathComponent(subject), Kind::backgroundAgent, true);
+    if (subject.startsWith(u'/')) {
+        item.path = subject;
+    }
+    return item;
+}
+
+void addDisabledLoginItems(ItemTable& table, const QStringList& values) {
+    for (const QString& value : values) {
+        table.store(makeItem(loginItemId(value, value), value, Kind::loginApp, false));
+    }
+}
+
+void addDisabledLaunchItems(ItemTable& table, const QStringList& fileNames) {
+    for (const QString& fileName : fileNames) {
+        StartupItem item = makeItem(launchItemId(fileName), fileName, Kind::launchAgent, false);
+        item.launchIdentifier = fileName;
+        table.store(item);
+    }
+}
+
+void addExcludedItems(ItemTable& table, const QStringList& ids) {
+    for (const QString& id : ids) {
+        if (table.contains(id)) {
+            table.setRunning(id);
+        } else {
+            table.store(backgroundAgentFor(id));
+        }
+    }
+}
+
+void addPermittedApps(ItemTable& table, const QStringList& values) {
+    for (const QString& value : values) {
+        const QString id = loginItemId(value, value);
+        if (table.contains(id)) {
+            table.setRunning(id);
+        } else {
+            table.store(makeItem(id, value, Kind::loginApp, true));
+        }
+    }
+}
+
+void addLaunchItems(ItemTable& table, const QList<StartupLaunchItem>& launchItems) {
+    for (const StartupLaunchItem& launchItem : launchItems) {
+        table.store(StartupItem::fromLaunchItem(launchItem));
+    }
+}
+
+} // namespace
+
+StartupConfiguration StartupConfiguration::fromLegacyFields(const LegacyStartupFields& fields) {
+    ItemTable table;
+    addDisabledLoginItems(table, fields.disabledLoginItems);
+    addDisabledLaunchItems(table, fields.disabledLaunchItems);
+    addExcludedItems(table, fields.excludedBackgroundActivityItems);
+    if (fields.cleanReboot) {
+        addPermittedApps(table, fields.permittedStartupApps);
+    }
+    addLaunchItems(table, fields.startupLaunchItems);
+
+    StartupConfiguration configuration;
+    configuration.items = table.items();
+    configuration.disableNetworkAtStartup = fields.disableNetwork;
+    sortLocalized(configuration.items, &StartupItem::name);
+    return configuration;
+}
+
+} // namespace quorvane

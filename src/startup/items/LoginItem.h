@@ -1,0 +1,38 @@
+#pragma once
+
+#include "startup/items/StartupItem.h"
+
+#include <QList>
+#include <QString>
+
+namespace quorvane {
+
+/// A login item as System Events lists it.
+struct LoginItem {
+    QString name;
+    QString path; ///< empty or "missing value" where the file is gone
+    bool hidden = false;
+
+    bool operator==(const LoginItem&) const = default;
+};
+
+/// The login items as they were read.
+struct LoginItemList {
+    QList<LoginItem> items;
+    bool wasRead = false; ///< false: System Events refused or failed, so that nothing is known
+    QString output{};     ///< as it was printed: names with a "|" or a line end can only be looked for here
+
+    /// The same items, known or unknown; what the output said besides doesn't count.
+    bool operator==(const LoginItemList& other) const { return items == other.items && wasRead == other.wasRead; }
+};
+
+/// True for a name or path that looks like an application's helper: one of its embedded launch agents, or something
+/// that calls itself an agent.
+bool looksLikeBackgroundAgent(const QString& text);
+bool looksLikeBackgroundAgent(const LoginItem& item);
+/// True for a login item whose name or path is that of audio software.
+bool isProtectedLoginItem(const LoginItem& item);
+
+StartupItem startupItemOf(const LoginItem& item);
+
+} // namespace quorvane

@@ -1,0 +1,72 @@
+#include "system/SystemManager.h"
+
+#include "core/AdminPrompts.h"
+#include "core/AdminScript.h"
+#include "network/NetworkServices.h"
+
+#include <QCoroTask>
+
+namespace quorvane {
+
+using namespace Qt::StringLiterals;
+
+QCoro::Task<QStringList> SystemManager::listNetworkServices() {
+    const QStringList arguments{u"networksetup"_s, u"-listallnetworkservices"_s};
+    const CommandResult result = co_await runCommand(arguments, OutputCapture::Capture);
+    // The tool's errors come on standard output: of a failed run nothing is a name.
+    co_return result.status == 0 ? parsedNetworkServices(result.standardOutput) : QStringList();
+}
+
+QCoro::Task<QList<NetworkServiceState>> SystemManager::readNetworkServices() {
+    const QString tool = u"/usr/sbin/networksetup"_s;
+    const QStringList listing{tool, u"-listallnetworkservices"_s};
+    const CommandResult list = co_await runCommand(listing, OutputCapture::Capture);
+    QList<NetworkServiceState> services;
+    if (list.status != 0) {
+        co_return services;
+    }
+    for (const QString& name : parsedNetworkServices(list.standardOutput)) {
+        const QStringList query{tool, u"-getnetworkserviceenabled"_s, QString(name).replace(u'\'', u"'\\''"_s)};
+        const CommandResult state = co_await runCommand(query, OutputCapture::Capture);
+        NetworkServiceState service{name, std::nullopt};
+        const QString text = state.standardOutput.toLower();
+        if (state.status == 0 && (text.contains(u"enabled"_s) || text.contains(u"disabled"_s))) {
+            service.isEnabled = text.contains(u"enabled"_s);
+        }
+        services.append(service);
+    }
+    co_return services;
+}
+
+/// The lines that switch every service; none, with a line in the log, when no service is found.
+QCoro::Task<QStringList> SystemManager::networkSwitchCommands(NetworkSwitch position) {
+    const QStringList names = co_await listNetworkServices();
+    QStringList commands;
+    if (names.isEmpty()) {
+        log(u"  [INFO] No network services found."_s);
+        co_return commands;
+    }
+    log(u"  [ACTION] Found %1 services: "_s.arg(names.size()) + names.join(u", "_s));
+    for (const QString& name : names) {
+        commands.append(networkServiceCommand(name, position));
+    }
+    co_return commands;
+}
+
+QCoro::Task<bool> SystemManager::disableAllNetworkConnections() {
+    log(u"\nDisabling all network connections..."_s);
+    const QStringList commands = co_await networkSwitchCommands(NetworkSwitch::Off);
+    if (commands.isEmpty()) {
+        co_return false;
+    }
+    log(u"  [ACTION] Requesting Administrator privileges to disable interfaces..."_s);
+    const CommandResult result = co_await runAdminCommand(joinedAdminCommands(commands), kSystemChangesPrompt);
+    if (result.status != 0) {
+        log(u"  [ERROR] Failed to disable network: "_s + result.standardError);
+        co_return false;
+    }
+    log(u"  [APPLIED] All network connections disabled."_s);
+    co_return true;
+}
+
+} // namespace quorvane

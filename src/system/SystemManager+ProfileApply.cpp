@@ -1,0 +1,84 @@
+#include "system/SystemManager.h"
+
+#include "core/UserDefaultKeys.h"
+#include "platform/UserDefaults.h"
+#include "profiles/ApplyPreviews.h"
+#include "profiles/UnifiedProfile.h"
+#include "startup/apply/StartupVerification.h"
+#include "tweaks/TweakCatalogue.h"
+
+#include <QCoroTask>
+
+namespace quorvane {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+bool changesBackgroundItems(const UnifiedProfile& profile) {
+    return profile.settings.cleanReboot || !profile.startup.disabledBackgroundLabels().isEmpty() ||
+           !profile.startup.disabledCloudSyncAtStartup.empty();
+}
+
+} // namespace
+
+QCoro::Task<bool> SystemManager::applyProfile(UnifiedProfile profile) {
+    log(u"\n[PROFILE] Applying: "_s + profile.name);
+    if (changesBackgroundItems(profile)) {
+        deferBackgroundTaskFetchToAdminBatch();
+    }
+    beginAdminBatch();
+    const bool tweaksSucceeded =
+        co_await syncPerformanceTweaks(profile.settings, VerifyAfterSync::No, cleanRebootOf(profile));
+    const bool startupSucceeded = co_await applyStartupConfiguration(profile.startup);
+    const bool batchSucceeded =
+        co_await finishAdminBatch(u"Quorvane needs your administrator password to apply "_s + profile.name + u'.');
+    const bool succeeded = tweaksSucceeded && startupSucceeded && batchSucceeded;
+
+    // Also after a failure: what ran as the user has changed the system all the same.
+    dropLoginItems();
+    const ApplyVerificationResult verification = co_await verifyProfile(profile);
+    logVerificationResult(verification, u"Profile: "_s + profile.name);
+    m_lastApplyVerification = verification;
+
+    if (!succeeded) {
+        log(u"\n[PROFILE] "_s + profile.name + u" apply failed or was cancelled — check logs."_s);
+        co_return false;
+    }
+    log(u"\n[PROFILE] "_s + profile.name +
+        (verification.failed.isEmpty() ? u" applied and verified successfully."_s
+                                       : u" applied with verification warnings — check logs."_s));
+    recordAppliedConfiguration(profile, verification);
+    invalidateStartupCaches();
+    co_return true;
+}
+
+QCoro::Task<ApplyVerificationResult> SystemManager::verifyProfile(UnifiedProfile profile) {
+    ApplyVerificationResult result =
+        co_await verifyAppliedSettings(profile.settings, UnselectedTweaks::ExpectedRestored, cleanRebootOf(profile));
+    const ApplyVerificationResult startup = co_await verifyStartupConfiguration(profile.startup);
+    result.verified += startup.verified;
+    for (const ApplyVerificationResult::Item& item : startup.failed) {
+        if (item != unavailableBackgroundItems() || !result.failed.contains(item)) {
+            result.failed.append(item);
+        }
+    }
+    co_return result;
+}
+
+QCoro::Task<ProfileApplyPreview> SystemManager::previewProfile(UnifiedProfile profile) {
+    const StartupChangePreview startup = co_await previewStartupChanges(profile.startup);
+    co_return ProfileApplyPreview{profile.name, selectedTweakTitles(profile.settings), startup};
+}
+
+void SystemManager::recordAppliedConfiguration(const UnifiedProfile& profile,
+                                               const ApplyVerificationResult& verification) {
+    m_host.defaults.setString(kQuorvaneLastAppliedProfileName, profile.name);
+    m_systemMatch = SystemConfigurationMatch{profile.name, MatchedConfigurationKind::savedProfile, verification};
+    m_hasVerifiedSystem = true;
+    Q_EMIT systemMatchChanged();
+    Q_EMIT appliedConfigurationRecorded(profile.name);
+    postSystemMatch();
+}
+
+} // namespace quorvane

@@ -1,0 +1,220 @@
+#include "system/SystemManager.h"
+
+#include "core/Collation.h"
+#include "core/Paths.h"
+#include "core/UserDefaultKeys.h"
+#include "platform/FileManager.h"
+#include "platform/Machine.h"
+#include "platform/UserDefaults.h"
+#include "profiles/ProfileManager.h"
+#include "startup/apply/ActiveStartup.h"
+#include "startup/items/LoginItem.h"
+#include "startup/login/LoginItemRemoval.h"
+
+#include <QCoroTask>
+
+#include <algorithm>
+
+namespace quorvane {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+bool isPerformanceApplication(const QString& name) {
+    static const QStringList names{u"Ableton Live"_s, u"Logic Pro"_s,     u"Traktor Pro"_s, u"Serato DJ Pro"_s,
+                                   u"rekordbox"_s,    u"Bitwig Studio"_s, u"MainStage"_s,   u"Cubase"_s,
+                                   u"Studio One"_s,   u"Pro Tools"_s,     u"REAPER"_s,      u"VirtualDJ"_s};
+    return std::any_of(names.begin(), names.end(),
+                       [&name](const QString& part) { return name.contains(part, Qt::CaseInsensitive); });
+}
+
+QSet<QString> pathsOf(const QList<StartupLaunchItem>& items) {
+    QSet<QString> paths;
+    for (const StartupLaunchItem& item : items) {
+        paths.insert(item.path);
+    }
+    return paths;
+}
+
+QString withoutFinalSlash(const QString& path) {
+    return path.endsWith(u'/') ? path.chopped(1) : path;
+}
+
+/// True for the login item of an application, also where its path ends in a "/", or where System Events doesn't know the
+/// path any more because the application is gone.
+bool isLoginItemOf(const LoginItem& item, const QString& path) {
+    const bool hasPath = !item.path.isEmpty() && item.path != u"missing value"_s;
+    return hasPath ? withoutFinalSlash(item.path) == path : item.name == nameInPath(path);
+}
+
+bool showsPath(const QList<LoginItem>& items, const QString& path) {
+    return std::any_of(items.begin(), items.end(),
+                       [&path](const LoginItem& item) { return isLoginItemOf(item, path); });
+}
+
+} // namespace
+
+QList<StartupLaunchItem> SystemManager::performanceApplications() {
+    if (m_performanceApplicationsCache) {
+        return *m_performanceApplicationsCache;
+    }
+    const QString folder = u"/Applications"_s;
+    QList<StartupLaunchItem> applications;
+    try {
+        for (const QString& entry : m_host.files.list(folder)) {
+            if (entry.endsWith(u".app"_s) && isPerformanceApplication(entry.chopped(4))) {
+                applications.append({entry.chopped(4), folder + u'/' + entry, false});
+            }
+        }
+    } catch (const FileError&) {
+        return {}; // not kept: the folder may be readable the next time
+    }
+    sortLocalized(applications, &StartupLaunchItem::name);
+    m_performanceApplicationsCache = applications;
+    return applications;
+}
+
+QSet<QString> SystemManager::managedStartupAppPaths() const {
+    const QStringList paths = m_host.defaults.stringArray(kQuorvaneManagedStartupAppPaths);
+    return {paths.begin(), paths.end()};
+}
+
+void SystemManager::recordManagedStartupAppPath(const QString& path) {
+    QStringList paths = m_host.defaults.stringArray(kQuorvaneManagedStartupAppPaths);
+    if (!paths.contains(path)) {
+        paths.append(path);
+        m_host.defaults.setStringArray(kQuorvaneManagedStartupAppPaths, paths);
+    }
+}
+
+void SystemManager::recordManagedStartupApps(const QList<StartupLaunchItem>& items) {
+    for (const StartupLaunchItem& item : items) {
+        recordManagedStartupAppPath(item.path);
+    }
+}
+
+void SystemManager::forgetManagedStartupAppPath(const QString& path) {
+    QStringList paths = m_host.defaults.stringArray(kQuorvaneManagedStartupAppPaths);
+    if (paths.removeAll(path) > 0) {
+        m_host.defaults.setStringArray(kQuorvaneManagedStartupAppPaths, paths);
+    }
+}
+
+QSet<QString> SystemManager::profileStartupAppPaths() const {
+    QSet<QString> paths;
+    for (const UnifiedProfile& profile :
+         ProfileManager(m_host.files, profilesDirectory(m_host.machine)).listProfiles()) {
+        paths.unite(pathsOf(profile.startup.startupLaunchItems()));
+    }
+    return paths;
+}
+
+/// What the removal of managed applications has to know of the login items before it begins.
+struct SystemManager::ManagedAppRemoval {
+    QHash<QString, QString> names; ///< of the login items, by path
+    QSet<QString> heldBack;        ///< paths that stay: audio software that the user didn't add through the program
+    LoginItemRemoval removal;      ///< spares every other login item
+};
+
+QCoro::Task<bool> SystemManager::removeUnconfiguredManagedApps(StartupConfiguration configuration) {
+    const QSet<QString> unconfigured = managedStartupAppPaths() - pathsOf(configuration.startupLaunchItems());
+    co_return co_await removeManagedStartupApps(unconfigured);
+}
+
+QCoro::Task<bool> SystemManager::removeManagedStartupApps(std::optional<QSet<QString>> paths) {
+    const QSet<QString> going = paths.value_or(managedStartupAppPaths());
+    if (going.isEmpty()) {
+        co_return true;
+    }
+    log(u"  [ACTION] Removing %1 Quorvane-managed startup app(s)..."_s.arg(going.size()));
+    const ManagedAppRemoval removal = managedAppRemoval(co_await loginItems(), going);
+    bool succeeded = true;
+    for (const QString& path : sortedTexts(going)) {
+        succeeded = co_await removeManagedStartupApp(path, removal) && succeeded;
+    }
+    co_return succeeded;
+}
+
+SystemManager::ManagedAppRemoval SystemManager::managedAppRemoval(const LoginItemList& list,
+                                                                  const QSet<QString>& going) const {
+    const QSet<QString> managed = managedStartupAppPaths();
+    QHash<QString, QString> names;
+    QSet<QString> heldBack;
+    QList<LoginItem> staying;
+    for (const QString& path : going) {
+        if (!managed.contains(path) && isExcludedName(path)) {
+            heldBack.insert(path);
+        }
+    }
+    QHash<QString, QString> goingByName;
+    for (const QString& path : going) {
+        goingByName.insert(nameInPath(path), path);
+    }
+    for (const LoginItem& item : list.items) {
+        const QString plainPath = withoutFinalSlash(item.path);
+        const QString path = going.contains(plainPath) ? plainPath : goingByName.value(item.name);
+        const bool isGoing = !path.isEmpty() && isLoginItemOf(item, path);
+        const bool isHeldBack = isGoing && !managed.contains(path) && isProtectedLoginItem(item);
+        if (isGoing) {
+            names.insert(path, item.name);
+        }
+        if (isHeldBack) {
+            heldBack.insert(path);
+        }
+        if (isHeldBack || !isGoing) {
+            staying.append(item);
+        }
+    }
+    return {names, heldBack, LoginItemRemoval(staying, LoginItemRemoval::knowledgeOf(list))};
+}
+
+QCoro::Task<bool> SystemManager::removeManagedStartupApp(QString path, ManagedAppRemoval before) {
+    if (before.heldBack.contains(path)) {
+        log(u"  [SKIPPED] Protected login item at path: "_s + path);
+        co_return true;
+    }
+    const QString name = before.names.value(path, nameInPath(path));
+    bool isRemoved = false;
+    if (before.removal.canGoByPath(path)) {
+        isRemoved = co_await removeLoginItemAtPath(path);
+    }
+    if (!isRemoved && before.removal.canGoByName(name)) {
+        co_await removeLoginItemByName(name);
+    }
+    dropLoginItems();
+    const LoginItemList now = co_await loginItems();
+    if (!now.wasRead || showsPath(now.items, path)) {
+        log(u"  [ERROR] Failed to remove startup app from login items: "_s + name);
+        co_return false; // stays recorded, to be tried the next time
+    }
+    log(u"  [APPLIED] Removed startup app from login items: "_s + name);
+    forgetManagedStartupAppPath(path);
+    co_return true;
+}
+
+QCoro::Task<bool> SystemManager::configureStartupApps(QList<StartupLaunchItem> launchItems) {
+    if (launchItems.isEmpty()) {
+        co_return true;
+    }
+    QSet<QString> present;
+    for (const LoginItem& item : co_await rawLoginItems()) {
+        present.insert(item.path);
+    }
+    bool succeeded = true;
+    for (const StartupLaunchItem& item : launchItems) {
+        if (present.contains(item.path)) {
+            recordManagedStartupAppPath(item.path);
+            log(u"  [SKIPPED] Already configured to start at login: "_s + item.name);
+        } else if (co_await addLoginItem(item.path, item.hidden)) {
+            recordManagedStartupAppPath(item.path);
+            log(u"  [APPLIED] Added login item: "_s + item.name + (item.hidden ? u" (hidden)"_s : QString()));
+        } else {
+            log(u"  [ERROR] Failed to add login item: "_s + item.name);
+            succeeded = false;
+        }
+    }
+    co_return succeeded;
+}
+
+} // namespace quorvane

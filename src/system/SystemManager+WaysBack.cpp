@@ -1,0 +1,46 @@
+#include "system/SystemManager.h"
+
+#include "core/UserDefaultKeys.h"
+#include "platform/UserDefaults.h"
+#include "profiles/UnifiedProfile.h"
+#include "snapshots/RestoreBaseline.h"
+
+#include <QCoroTask>
+
+namespace quorvane {
+
+using namespace Qt::StringLiterals;
+
+QCoro::Task<RestoreOutcome> SystemManager::undoTweaks() {
+    beginBusy(u"Reverting performance tweaks…"_s);
+    const RestoreOutcome outcome = co_await removeStartupAppsAndRevert();
+    endBusy();
+    co_return outcome;
+}
+
+QCoro::Task<RestoreOutcome> SystemManager::restoreDefault() {
+    beginBusy(u"Restoring default settings…"_s);
+    const RestoreOutcome outcome = co_await removeStartupAppsAndRevert();
+    if (outcome.succeeded) {
+        m_host.defaults.setString(kQuorvaneLastAppliedProfileName, UnifiedProfile::defaultProfile().name);
+    }
+    endBusy();
+    co_return outcome;
+}
+
+QCoro::Task<RestoreOutcome> SystemManager::reinstateWholeSystem() {
+    beginBusy(u"Reinstating system…"_s);
+    log(u"\n[REINSTATE] Restoring system..."_s);
+    const RestoreOutcome outcome = co_await reinstateSystem();
+    endBusy();
+    co_return outcome;
+}
+
+/// An application that stays in the login items is in the log; the outcome is that of the settings.
+QCoro::Task<RestoreOutcome> SystemManager::removeStartupAppsAndRevert() {
+    const QSet<QString> paths = managedStartupAppPaths() + profileStartupAppPaths();
+    co_await removeManagedStartupApps(paths);
+    co_return co_await revertPerformanceTweaks();
+}
+
+} // namespace quorvane

@@ -1,0 +1,105 @@
+#include "system/SystemManager.h"
+
+#include "core/NotificationCenter.h"
+#include "core/Utf8.h"
+
+#include <QCoroFuture>
+#include <QCoroTask>
+
+#include <algorithm>
+
+namespace quorvane {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+CommandResult resultOf(const CommandOutcome& outcome) {
+    constexpr int kSignalBase = 128; // as a shell counts it, so that no reader takes a killed tool for a success
+    switch (outcome.ending) {
+    case CommandOutcome::Ending::NotLaunched:
+        return {1, {}, outcome.launchError};
+    case CommandOutcome::Ending::EndedBySignal:
+        return {kSignalBase + outcome.code, strictUtf8(outcome.standardOutput), strictUtf8(outcome.standardError)};
+    case CommandOutcome::Ending::Exited:
+        break;
+    }
+    return {outcome.code, strictUtf8(outcome.standardOutput), strictUtf8(outcome.standardError)};
+}
+
+QString withoutOuterNewlines(const QString& text) {
+    const auto isNewline = [](QChar c) { return c == u'\n' || c == u'\r'; };
+    const auto first = std::find_if_not(text.begin(), text.end(), isNewline);
+    const auto last = std::find_if_not(text.rbegin(), std::make_reverse_iterator(first), isNewline).base();
+    return QString(first, last - first);
+}
+
+} // namespace
+
+SystemManager::SystemManager(const Host& host, NotificationCenter& notifications, QObject* parent)
+    : QObject(parent)
+    , m_host(host)
+    , m_notifications(notifications)
+    , m_serviceManagement(host.backgroundTaskPermissions)
+    , m_masterBaselines(host) {}
+
+void SystemManager::log(const QString& message) {
+    if (message.contains(u"[WARNING]"_s)) {
+        return;
+    }
+    m_logMessages.append(message);
+    Q_EMIT messageLogged(message);
+}
+
+void SystemManager::beginBusy(const QString& message) {
+    const bool isOutermost = m_busyDepth == 0;
+    ++m_busyDepth;
+    if (isOutermost) {
+        m_busyMessage = message;
+        m_isBusy = true;
+        Q_EMIT busyMessageChanged(m_busyMessage);
+        Q_EMIT isBusyChanged(m_isBusy);
+    }
+}
+
+void SystemManager::endBusy() {
+    m_busyDepth = std::max(m_busyDepth - 1, 0);
+    if (m_busyDepth == 0 && m_isBusy) {
+        m_isBusy = false;
+        m_busyMessage.clear();
+        Q_EMIT isBusyChanged(m_isBusy);
+        Q_EMIT busyMessageChanged(m_busyMessage);
+    }
+}
+
+void SystemManager::setDebugMode(bool debugMode) {
+    if (debugMode == m_debugMode) {
+        return;
+    }
+    m_debugMode = debugMode;
+    Q_EMIT debugModeChanged(debugMode);
+}
+
+QCoro::Task<CommandResult> SystemManager::runCommand(QStringList arguments, OutputCapture capture) {
+    const auto debug = [this](const QString& line) {
+        if (m_debugMode) {
+            log(line);
+        }
+    };
+    debug(u"\n[DEBUG] EXEC: "_s + arguments.join(u' '));
+    const CommandOutcome outcome = co_await m_host.commands.run(std::move(arguments), capture);
+    CommandResult result = resultOf(outcome);
+    if (outcome.ending == CommandOutcome::Ending::NotLaunched) {
+        debug(u"  [EXC] Exception: "_s + result.standardError);
+        co_return result;
+    }
+    if (!result.standardOutput.isEmpty()) {
+        debug(u"  [STDOUT] "_s + withoutOuterNewlines(result.standardOutput));
+    }
+    if (!result.standardError.isEmpty()) {
+        debug(u"  [STDERR] "_s + withoutOuterNewlines(result.standardError));
+    }
+    co_return result;
+}
+
+} // namespace quorvane

@@ -1,0 +1,120 @@
+#include "platform/FileManager.h"
+#include "wallpaper/DesktopLabel.h"
+
+#include <QUrl>
+
+#include <algorithm>
+
+namespace quorvane {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString kDefaultPicture = u"/System/Library/CoreServices/DefaultDesktop.heic"_s;
+const QString kNoLabel = u"Default"_s;
+
+} // namespace
+
+void DesktopLabel::restoreOriginals() {
+    m_failures.clear();
+    m_composed.clear();
+    const WallpaperManifest originals = manifest();
+    WallpaperManifest needed = originals;
+    for (const Display& display : m_host.displays.screens()) {
+        const ScreenWallpaperRecord* record = recordOf(display, originals);
+        if (isUsersAgain(display, restore(display, originals)) && record != nullptr) {
+            needed.remove(record->screenIdentifier);
+        }
+    }
+    clearFolder(needed);
+}
+
+/// @return the picture that the display was given; none when it was left as it is
+std::optional<QString> DesktopLabel::restore(const Display& display, const WallpaperManifest& originals) {
+    const std::optional<QString> picture = pictureToRestore(display, originals);
+    if (picture && !setPicture(display, *picture)) {
+        m_failures.insert(screenIdentifier(display), {m_host.displays.desktopPicture(display), kNoLabel});
+    }
+    return picture;
+}
+
+/// Whether the display shows none of the program's pictures. Where the system doesn't say, what was set must do.
+bool DesktopLabel::isUsersAgain(const Display& display, const std::optional<QString>& restored) const {
+    const std::optional<QString> shown = m_host.displays.desktopPicture(display);
+    const std::optional<QString> picture = shown ? shown : restored;
+    return !m_failures.contains(screenIdentifier(display)) && !(picture && m_files.isOurs(*picture));
+}
+
+bool DesktopLabel::hasLeftOver() const {
+    const QList<Display> displays = m_host.displays.screens();
+    return std::any_of(displays.cbegin(), displays.cend(), [this](const Display& display) {
+        const std::optional<QString> shown = m_host.displays.desktopPicture(display);
+        const auto failure = m_failures.constFind(screenIdentifier(display));
+        const bool hasFailed = failure != m_failures.cend() && failure->picture == shown && failure->name == kNoLabel;
+        return shown && m_files.isOurs(*shown) && !hasFailed && pictureToRestore(display, manifest());
+    });
+}
+
+/// The record of what the display shows, or else of the display.
+const ScreenWallpaperRecord* DesktopLabel::recordOf(const Display& display, const WallpaperManifest& originals) const {
+    const ScreenWallpaperRecord* shown = recordShown(m_host.displays.desktopPicture(display), originals);
+    return shown != nullptr ? shown : originals.record(screenIdentifier(display));
+}
+
+/// The user's own file rather than the copy of it, because a dynamic picture is more than its first one. None where the
+/// display shows that already, or a picture that the program hasn't made: then the user has chosen it since.
+std::optional<QString> DesktopLabel::pictureToRestore(const Display& display,
+                                                      const WallpaperManifest& originals) const {
+    const ScreenWallpaperRecord* record = recordOf(display, originals);
+    const std::optional<QString> shown = m_host.displays.desktopPicture(display);
+    const bool isUsers = shown ? !m_files.isOurs(*shown) : record == nullptr;
+    if (isUsers) {
+        return std::nullopt;
+    }
+    std::optional<QString> picture = record != nullptr ? usersPicture(*record) : std::nullopt;
+    if (!picture) {
+        picture = copyFor(screenIdentifier(display), record);
+    }
+    if (!picture && m_host.files.exists(kDefaultPicture)) {
+        picture = kDefaultPicture;
+    }
+    const bool isShown = picture && shown && m_files.standardized(*picture) == m_files.standardized(*shown);
+    return isShown ? std::nullopt : picture;
+}
+
+/// The user's own file, as long as it is one; none for anything else that a manifest may say.
+std::optional<QString> DesktopLabel::usersPicture(const ScreenWallpaperRecord& record) const {
+    const QUrl url(record.originalDesktopURL.value_or(QString()), QUrl::StrictMode);
+    const QString path = url.isLocalFile() ? url.toLocalFile() : QString();
+    const bool isThere = !path.isEmpty() && !m_files.isOurs(path) && m_host.files.exists(path);
+    return isThere ? std::optional(path) : std::nullopt;
+}
+
+/// The manifest is brought up to date first, and nothing goes if that fails: a record without its files is worse than a
+/// file without a record.
+void DesktopLabel::clearFolder(const WallpaperManifest& kept) {
+    const bool keepsManifest = !kept.screens.isEmpty();
+    if (keepsManifest && !write(kept)) {
+        return;
+    }
+    const QSet<QString> shown = shownPictures();
+    for (const QString& name : m_files.names()) {
+        const QString path = m_files.folder() + u'/' + name;
+        const bool isManifest = path == m_files.manifestPath();
+        const bool isNeeded = shown.contains(m_files.standardized(path)) || isNeededBy(kept, name);
+        if (isManifest ? !keepsManifest : !isNeeded) {
+            m_files.remove(name);
+        }
+    }
+}
+
+bool DesktopLabel::isNeededBy(const WallpaperManifest& kept, const QString& name) const {
+    const QString path = m_files.folder() + u'/' + name;
+    return std::any_of(kept.screens.cbegin(), kept.screens.cend(), [&](const ScreenWallpaperRecord& record) {
+        return path == record.originalImagePath || path == m_files.originalPath(record.screenIdentifier) ||
+               WallpaperFiles::isComposited(name, record.screenIdentifier);
+    });
+}
+
+} // namespace quorvane

@@ -1,0 +1,124 @@
+#pragma once
+
+#include "platform/Displays.h"
+#include "platform/Host.h"
+#include "wallpaper/WallpaperFiles.h"
+#include "wallpaper/WallpaperManifest.h"
+
+#include <QByteArray>
+#include <QHash>
+#include <QList>
+#include <QSet>
+#include <QSizeF>
+#include <QString>
+
+#include <functional>
+#include <optional>
+
+namespace QCoro {
+template <typename T>
+class Task;
+}
+
+namespace quorvane {
+
+using LogAction = std::function<void(const QString& line)>;
+
+/// A profile's name on the desktop picture of every display. It shows a labelled copy of the user's own picture, and puts
+/// that back.
+///
+/// No picture of the user's is lost: what a display shows is kept, and so is what will be needed by a display that isn't
+/// connected or on which no picture could be set. A display whose picture the program hasn't made is the user's: it is
+/// labelled, and never put back to an older one. Each display fails alone, with a line in the log.
+///
+/// Main thread; the pixels are worked on off it. One operation at a time.
+class DesktopLabel {
+public:
+    /// @param log  where lines go
+    DesktopLabel(const Host& host, LogAction log);
+
+    enum class Attempt {
+        All,
+        Untried, ///< not the displays on which the same label failed over the same picture
+    };
+    /// Labels the displays' pictures. One that has its label isn't composed again.
+    QCoro::Task<void> show(QString name, Attempt attempt);
+    /// Puts the user's own pictures back, and removes what is then not needed any more.
+    void restoreOriginals();
+
+    /// True when each display shows the label.
+    bool isInPlace(const QString& name) const;
+    /// The same, but for the displays on which it has failed.
+    bool isInPlaceWhereItCan(const QString& name) const;
+    /// True when a display shows a picture of the program's in the place of one that could be put back.
+    bool hasLeftOver() const;
+    /// True when a display has lately been given another picture than was found there, by somebody else.
+    bool wasOvertaken() const { return m_wasOvertaken; }
+
+private:
+    /// Why a display can't have its label.
+    enum class Trouble { None, NotLoaded, NotComposited, NotSaved, NotSet };
+    /// One display, while it is worked on.
+    struct Target {
+        Display display;
+        QString id;
+        QString name;                    ///< the label
+        std::optional<QString> picture;  ///< what the display showed at the beginning
+        QString composited;              ///< where its labelled picture is kept
+        QString original;                ///< the copy of the user's picture that is labelled; empty where there is none
+        Trouble trouble = Trouble::None; ///< why there is none
+    };
+    /// What a display showed when its label couldn't be put there.
+    struct Failure {
+        std::optional<QString> picture;
+        QString name;
+    };
+    /// What was composed for a display last.
+    struct Composed {
+        QString name;
+        QSizeF canvas;
+    };
+
+    QList<Target> targets(const QString& name) const;
+    bool isLabelled(const Target& target) const;
+    bool hasFailedBefore(const Target& target) const;
+    bool needsNothing(const Target& target) const;
+    QCoro::Task<bool> showOn(Target target);
+    QCoro::Task<Trouble> compose(Target target);
+    void removeFormerLabels(const Target& target);
+    void warn(Trouble trouble, const Target& target) const;
+    bool writeFile(const QString& path, const QByteArray& bytes);
+    bool setPicture(const Display& display, const QString& path);
+    QSet<QString> shownPictures() const;
+
+    // services/DesktopLabel+Originals.cpp
+    QCoro::Task<QList<Target>> withOriginals(QList<Target> targets);
+    void adoptOriginals(QList<Target>& targets, WallpaperManifest& originals);
+    QCoro::Task<Trouble> copyOriginal(Target target);
+    ScreenWallpaperRecord recordOf(const Target& target) const;
+    std::optional<WallpaperManifest> storedManifest() const;
+    WallpaperManifest manifest() const;
+    const ScreenWallpaperRecord* recordShown(const std::optional<QString>& picture,
+                                             const WallpaperManifest& originals) const;
+    std::optional<QString> copyFor(const QString& id, const ScreenWallpaperRecord* record) const;
+    QByteArray readCopy(const ScreenWallpaperRecord& record) const;
+    bool write(const WallpaperManifest& manifest);
+
+    // services/DesktopLabel+Restore.cpp
+    std::optional<QString> restore(const Display& display, const WallpaperManifest& originals);
+    bool isUsersAgain(const Display& display, const std::optional<QString>& restored) const;
+    const ScreenWallpaperRecord* recordOf(const Display& display, const WallpaperManifest& originals) const;
+    std::optional<QString> pictureToRestore(const Display& display, const WallpaperManifest& originals) const;
+    std::optional<QString> usersPicture(const ScreenWallpaperRecord& record) const;
+    void clearFolder(const WallpaperManifest& kept);
+    bool isNeededBy(const WallpaperManifest& kept, const QString& name) const;
+
+    Host m_host;
+    LogAction m_log;
+    WallpaperFiles m_files;
+    QHash<QString, Failure> m_failures;  ///< by display
+    QHash<QString, Composed> m_composed; ///< by display
+    bool m_wasOvertaken = false;
+};
+
+} // namespace quorvane

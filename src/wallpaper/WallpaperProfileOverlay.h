@@ -1,0 +1,113 @@
+#pragma once
+
+#include "platform/Host.h"
+#include "wallpaper/DesktopLabel.h"
+
+#include <QFuture>
+#include <QObject>
+#include <QPromise>
+
+#include <deque>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <utility>
+
+namespace QCoro {
+template <typename T>
+class Task;
+}
+
+namespace quorvane {
+
+class NotificationObservation;
+class SystemManager;
+
+/// The active profile's name on the desktop pictures, so that a performer sees at a glance what his Mac is prepared for:
+/// when it is shown, with which name, and when it goes. DesktopLabel does it.
+///
+/// Everything that changes a display stands in one queue and is done one at a time, in order; of several updates that wait
+/// the last name wins. A picture that the user chooses while the label is on is labelled as well, and is then the one that
+/// comes back. While the label is off, a display that still shows one gets its own picture back as soon as it can.
+///
+/// Nothing here is shown in a dialog: the log carries it all.
+///
+/// There is one for the life of the program, made at its first use, and it outlives its tasks. Main thread.
+class WallpaperProfileOverlay : public QObject {
+    Q_OBJECT
+
+public:
+    explicit WallpaperProfileOverlay(const Host& host, QObject* parent = nullptr);
+    ~WallpaperProfileOverlay() override;
+
+    /// Where log lines go; without it nothing is logged.
+    void setLogAction(LogAction logAction);
+    /// Logs to the program's log, and takes up each profile that becomes the active one.
+    void follow(SystemManager& system);
+
+    // Each task ends when the displays show what was asked for, or what a later call has asked for instead.
+
+    /// The option in Settings. @param name  of the active profile; empty when it isn't known
+    QCoro::Task<void> setOverlayEnabled(bool enabled, QString name);
+    /// At start-up, with what updateForAppliedProfile takes. While Default stands there, a display that still shows a label
+    /// gets its picture back, and nothing else happens.
+    QCoro::Task<void> updateAtStart(QString name);
+    /// After an apply: brings the label up to date with the active profile.
+    /// @param name  empty when it isn't known. The last applied profile, the first saved one, or the name that stands there
+    ///              already is then taken.
+    QCoro::Task<void> updateForAppliedProfile(QString name);
+    /// When another profile was chosen. The name that stands there already changes nothing.
+    QCoro::Task<void> refreshForProfile(QString name);
+    /// Shows a name on all displays while the option is on; "Default" takes the label away.
+    QCoro::Task<void> applyOverlay(QString name);
+    QCoro::Task<void> removeOverlay();
+
+    /// Ends when nothing is under way any more.
+    QCoro::Task<void> finished();
+
+    /// True while a change is under way or waits.
+    bool isApplyingOverlay() const { return m_isApplyingOverlay; }
+    /// True when the option is on and every display shows the stored name's label.
+    bool isOverlayInPlace() const;
+
+private:
+    struct Job {
+        enum class Kind {
+            Update,
+            Removal,
+            Check, ///< somebody may have changed a picture, or a display may have come
+        };
+        Kind kind;
+        QString name; ///< of an update
+        std::unique_ptr<QPromise<void>> promise;
+    };
+
+    bool isEnabled() const;
+    bool isOff() const;
+    QString storedName() const;
+    QString comingName() const;
+    std::optional<QString> resolvedProfileName(const QString& explicitName) const;
+    std::optional<QString> resolvedOrLogged(const QString& explicitName) const;
+    void log(const QString& line) const;
+
+    QFuture<void> enqueue(Job::Kind kind, const QString& name = {});
+    Job* waitingJobToShare(Job::Kind kind);
+    QCoro::Task<void> runQueue();
+    QCoro::Task<void> carryOutGuarded(Job::Kind kind, QString name);
+    QCoro::Task<void> carryOut(Job::Kind kind, QString name);
+    QCoro::Task<void> carryOutUpdate(QString name);
+    QCoro::Task<void> carryOutCheck();
+    void carryOutRemoval();
+    QCoro::Task<void> show(QString name, DesktopLabel::Attempt attempt);
+
+    Host m_host;
+    LogAction m_logAction;
+    DesktopLabel m_label;
+    std::unique_ptr<NotificationObservation> m_observation;
+
+    std::deque<Job> m_waiting;
+    std::optional<QString> m_nameOfJobAtHand; ///< what will stand there when it is done
+    bool m_isApplyingOverlay = false;
+};
+
+} // namespace quorvane
