@@ -2,8 +2,8 @@
 
 #include "core/CommandResult.h"
 #include "core/ExcludedNames.h"
+#include "core/FlowEnvironment.h"
 #include "matching/SystemConfigurationMatch.h"
-#include "platform/CommandLauncher.h"
 #include "platform/Host.h"
 #include "snapshots/MasterSystemBaselineManager.h"
 #include "startup/apply/StartupChangePreview.h"
@@ -61,7 +61,7 @@ struct UnifiedProfile;
 /// down first, so that every flow comes to its end before this object does.
 ///
 /// The class is divided by concern: each `SystemManager+Concern.cpp` stands in the folder of its concern.
-class SystemManager : public QObject {
+class SystemManager : public QObject, public FlowEnvironment {
     Q_OBJECT
 
 public:
@@ -73,8 +73,10 @@ public:
 
     /// Appends one entry exactly as given: no time stamp, no prefix. An entry that contains "[WARNING]" is
     /// dropped without a trace: the log stays free of warnings, whoever composes them.
-    void log(const QString& message);
+    void log(const QString& message) override;
     const QStringList& logMessages() const { return m_logMessages; }
+
+    const Host& host() const override { return m_host; }
 
     // ---- Busy state
 
@@ -93,7 +95,7 @@ public:
 
     /// Runs a tool as the user, through "/usr/bin/env". The first argument is its path or its name.
     /// A failure shows in the result alone.
-    QCoro::Task<CommandResult> runCommand(QStringList arguments, OutputCapture capture);
+    QCoro::Task<CommandResult> runCommand(QStringList arguments, OutputCapture capture) override;
 
     // ---- Administrator runs
 
@@ -102,7 +104,7 @@ public:
     ///                because the system may then hold the authorization. One that holds a double quote fails the run
     ///                before the script engine sees it, and so does a line of more than 200,000 bytes.
     /// @return status 0 and the script's text; or 1 with the system's message: a cancel is a failure like any other
-    QCoro::Task<CommandResult> executeAdminScript(QString script, QString prompt);
+    QCoro::Task<CommandResult> executeAdminScript(QString script, QString prompt) override;
 
     /// Queues the line when a batch is open, and gives status 0 at once; otherwise runs it.
     QCoro::Task<CommandResult> runAdminCommand(QString script, QString prompt);
