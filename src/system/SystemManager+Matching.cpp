@@ -5,6 +5,7 @@
 #include "matching/SystemMatching.h"
 #include "platform/UserDefaults.h"
 #include "profiles/UnifiedProfile.h"
+#include "startup/login/LoginItems.h"
 
 #include <QCoroTask>
 
@@ -25,10 +26,10 @@ SystemManager::scanCurrentSystem(QList<UnifiedProfile> profiles, std::optional<Q
     if (!match && applied != profiles.cend()) {
         keepAppliedProfile(*applied);
         setVerifyingSystem(false);
-        co_return std::as_const(m_systemMatch);
+        co_return std::as_const(m_scan.match);
     }
-    m_systemMatch = match;
-    m_hasVerifiedSystem = true;
+    m_scan.match = match;
+    m_scan.hasEnded = true;
     Q_EMIT systemMatchChanged();
     logSystemMatch();
     postSystemMatch();
@@ -42,14 +43,14 @@ void SystemManager::keepAppliedProfile(const UnifiedProfile& profile) {
         recordAppliedConfiguration(profile, *m_lastApplyVerification);
         return;
     }
-    m_systemMatch = SystemConfigurationMatch{profile.name, MatchedConfigurationKind::savedProfile, {}};
-    m_hasVerifiedSystem = true;
+    m_scan.match = SystemConfigurationMatch{profile.name, MatchedConfigurationKind::savedProfile, {}};
+    m_scan.hasEnded = true;
     Q_EMIT systemMatchChanged();
 }
 
 QCoro::Task<std::optional<SystemConfigurationMatch>>
 SystemManager::findSystemMatch(QList<UnifiedProfile> profiles, std::optional<QString> appliedName) {
-    dropLoginItems(); // the question is what this Mac is like now
+    m_loginItems->drop(); // the question is what this Mac is like now
     const std::optional<QString> name = lastAppliedName(appliedName);
     const QList<UnifiedProfile> candidates = candidateOrder(profiles, name);
     for (const UnifiedProfile& profile : candidates) {
@@ -74,27 +75,27 @@ std::optional<QString> SystemManager::lastAppliedName(const std::optional<QStrin
 }
 
 void SystemManager::logSystemMatch() {
-    if (!m_systemMatch) {
+    if (!m_scan.match) {
         log(u"  [VERIFY] No saved profile fully matches the current system."_s);
         return;
     }
-    logVerificationResult(m_systemMatch->verification, u"System matches: "_s + m_systemMatch->name);
-    log(u"  [VERIFY] Active configuration: "_s + m_systemMatch->name +
-        (m_systemMatch->kind == MatchedConfigurationKind::savedProfile ? u" (saved profile)"_s : u" (default)"_s));
+    logVerificationResult(m_scan.match->verification, u"System matches: "_s + m_scan.match->name);
+    log(u"  [VERIFY] Active configuration: "_s + m_scan.match->name +
+        (m_scan.match->kind == MatchedConfigurationKind::savedProfile ? u" (saved profile)"_s : u" (default)"_s));
 }
 
 void SystemManager::postSystemMatch() {
     QVariantMap userInfo{{u"matchKind"_s, QString()}};
-    if (m_systemMatch) {
-        const bool isProfile = m_systemMatch->kind == MatchedConfigurationKind::savedProfile;
-        userInfo = {{u"matchName"_s, m_systemMatch->name}, {u"matchKind"_s, isProfile ? u"profile"_s : u"mode"_s}};
+    if (m_scan.match) {
+        const bool isProfile = m_scan.match->kind == MatchedConfigurationKind::savedProfile;
+        userInfo = {{u"matchName"_s, m_scan.match->name}, {u"matchKind"_s, isProfile ? u"profile"_s : u"mode"_s}};
     }
     m_notifications.post(kQuorvaneSystemVerified, userInfo);
 }
 
 void SystemManager::setVerifyingSystem(bool isVerifying) {
-    if (isVerifying != m_isVerifyingSystem) {
-        m_isVerifyingSystem = isVerifying;
+    if (isVerifying != m_scan.isUnderWay) {
+        m_scan.isUnderWay = isVerifying;
         Q_EMIT isVerifyingSystemChanged(isVerifying);
     }
 }

@@ -5,6 +5,8 @@
 #include "profiles/ApplyPreviews.h"
 #include "profiles/UnifiedProfile.h"
 #include "startup/apply/StartupVerification.h"
+#include "startup/background/BackgroundItemPermission.h"
+#include "startup/login/LoginItems.h"
 #include "tweaks/TweakCatalogue.h"
 
 #include <QCoroTask>
@@ -36,7 +38,7 @@ QCoro::Task<bool> SystemManager::applyProfile(UnifiedProfile profile) {
     const bool succeeded = tweaksSucceeded && startupSucceeded && batchSucceeded;
 
     // Also after a failure: what ran as the user has changed the system all the same.
-    dropLoginItems();
+    m_loginItems->drop();
     const ApplyVerificationResult verification = co_await verifyProfile(profile);
     logVerificationResult(verification, u"Profile: "_s + profile.name);
     m_lastApplyVerification = verification;
@@ -74,8 +76,8 @@ QCoro::Task<ProfileApplyPreview> SystemManager::previewProfile(UnifiedProfile pr
 void SystemManager::recordAppliedConfiguration(const UnifiedProfile& profile,
                                                const ApplyVerificationResult& verification) {
     m_host.defaults.setString(kQuorvaneLastAppliedProfileName, profile.name);
-    m_systemMatch = SystemConfigurationMatch{profile.name, MatchedConfigurationKind::savedProfile, verification};
-    m_hasVerifiedSystem = true;
+    m_scan.match = SystemConfigurationMatch{profile.name, MatchedConfigurationKind::savedProfile, verification};
+    m_scan.hasEnded = true;
     Q_EMIT systemMatchChanged();
     Q_EMIT appliedConfigurationRecorded(profile.name);
     postSystemMatch();

@@ -1,5 +1,6 @@
 #include "system/SystemManager.h"
 
+#include "core/AdminBatch.h"
 #include "core/AdminPrompts.h"
 #include "core/AdminScript.h"
 #include "core/DeviceName.h"
@@ -9,6 +10,7 @@
 #include "snapshots/RestoreBaseline.h"
 #include "snapshots/RestoreCommands.h"
 #include "snapshots/SnapshotManager.h"
+#include "startup/login/LoginItems.h"
 
 #include <QCoroTask>
 
@@ -54,7 +56,7 @@ QCoro::Task<bool> SystemManager::restoreFromSnapshot(SystemSnapshot snapshot) {
     const QStringList systemCommands = restoreSystemCommands(snapshot);
     if (!systemCommands.isEmpty()) {
         log(u"  [ACTION] Requesting Admin rights to restore captured system settings..."_s);
-        const CommandResult result = co_await runOrQueueSystemCommands(systemCommands);
+        const CommandResult result = co_await m_adminBatch->runTolerantly(systemCommands, kSystemChangesPrompt);
         if (result.status != 0) {
             log(u"  [ERROR] Snapshot restoration was cancelled or failed: "_s + result.standardError);
             co_return false;
@@ -75,7 +77,7 @@ QCoro::Task<void> SystemManager::restoreLoginItems(SystemSnapshot snapshot) {
     if (!snapshot.loginItems) {
         co_return;
     }
-    dropLoginItems();
+    m_loginItems->drop();
     QSet<QString> present;
     for (const LoginItem& item : co_await rawLoginItems()) {
         present.insert(item.path);

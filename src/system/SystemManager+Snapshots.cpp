@@ -7,6 +7,7 @@
 #include "platform/FileManager.h"
 #include "readings/PowerSettings.h"
 #include "snapshots/SnapshotManager.h"
+#include "startup/login/LoginItems.h"
 
 #include <QCoroTask>
 
@@ -71,7 +72,7 @@ std::optional<QString> SystemManager::saveSnapshot(const SystemSnapshot& snapsho
 QCoro::Task<SystemSnapshot> SystemManager::readSystemSnapshot(std::optional<QString> label) {
     SystemSnapshot snapshot;
     snapshot.label = label;
-    dropLoginItems();
+    m_loginItems->drop();
     const QList<LoginItem> items = co_await rawLoginItems();
     snapshot.loginItems = capturedLoginItems(items);
     snapshot.networkServicesEnabled = capturedServices(co_await readNetworkServices());

@@ -2,9 +2,10 @@
 
 #include "startup/apply/StartupTargets.h"
 #include "startup/apply/StartupVerification.h"
-#include "startup/items/LoginItem.h"
+#include "startup/background/BackgroundItems.h"
 #include "startup/items/StartupChanges.h"
 #include "startup/login/LoginItemRemoval.h"
+#include "startup/login/LoginItems.h"
 
 #include <QCoroTask>
 
@@ -97,8 +98,8 @@ QCoro::Task<bool> SystemManager::disableTargetBackgroundItems(QSet<QString> labe
         co_return true;
     }
     log(u"  [ACTION] Disabling %1 background item(s)..."_s.arg(labels.size()));
-    if (m_backgroundTaskItemsFetchMode == BackgroundTaskItemsFetchMode::deferredToAdminBatch) {
-        queueBackgroundLabels(labels);
+    if (m_backgroundItems->isDeferred()) {
+        m_backgroundItems->planLabels(labels);
         co_return true;
     }
     co_return co_await disableBackgroundLabels(labels);
@@ -112,8 +113,8 @@ QCoro::Task<bool> SystemManager::disableCloudServices(CloudSyncServices services
     std::transform(services.begin(), services.end(), std::back_inserter(names), displayName);
     names.sort();
     log(u"  [APPLIED] Disabled cloud sync at startup: "_s + names.join(u", "_s));
-    if (m_backgroundTaskItemsFetchMode == BackgroundTaskItemsFetchMode::deferredToAdminBatch) {
-        queueCloudSyncServices(services);
+    if (m_backgroundItems->isDeferred()) {
+        m_backgroundItems->planServices(services);
         co_return true;
     }
     co_return co_await disableCloudSyncBackgroundItems(services);
@@ -129,7 +130,7 @@ QCoro::Task<StartupApplyResult> SystemManager::applyStartupChanges(StartupConfig
     const bool isCarriedOut = co_await applyStartupConfiguration(configuration);
     const bool isFlushed =
         co_await finishAdminBatch(u"Quorvane needs your administrator password to apply startup changes."_s);
-    dropLoginItems();
+    m_loginItems->drop();
     StartupApplyResult result;
     result.applySucceeded = isCarriedOut && isFlushed;
     result.verification = co_await verifyStartupConfiguration(configuration);

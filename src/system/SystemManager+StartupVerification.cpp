@@ -2,12 +2,13 @@
 
 #include "core/Background.h"
 #include "network/NetworkServices.h"
-#include "platform/FileManager.h"
 #include "startup/apply/ActiveStartup.h"
 #include "startup/apply/StartupTargets.h"
 #include "startup/apply/StartupVerification.h"
+#include "startup/background/BackgroundItems.h"
 #include "startup/items/StartupChanges.h"
-#include "startup/launchd/LaunchFolders.h"
+#include "startup/launchd/LaunchItems.h"
+#include "startup/login/LoginItems.h"
 
 #include <QCoroFuture>
 #include <QCoroTask>
@@ -30,24 +31,17 @@ bool areAllOff(const QList<NetworkServiceState>& services) {
 QCoro::Task<StartupReadings> SystemManager::startupReadings(StartupConfiguration configuration) {
     StartupReadings readings;
     readings.discovered = co_await discoverStartupItems(StartupRefresh::UseCache);
-    readings.loginItems = co_await loginItems();
-    readings.backgroundItems = m_backgroundTaskItemsCache;
+    readings.loginItems = co_await m_loginItems->current();
+    readings.backgroundItems = m_backgroundItems->list();
     readings.managedPaths = managedStartupAppPaths();
     const StartupTargetSets targets = disabledTargetSets(configuration, configuration.disabledCloudSyncAtStartup,
                                                          wideningItems(configuration, readings.discovered));
     for (const QString& label : targets.launchLabels) {
-        if (hasLaunchPlist(label)) {
+        if (m_launchItems->hasPlist(label)) {
             readings.launchPlists.insert(label);
         }
     }
     co_return readings;
-}
-
-bool SystemManager::hasLaunchPlist(const QString& label) const {
-    const QList<LaunchFolder> folders = launchFolders();
-    return isLaunchPlistName(label) && std::any_of(folders.begin(), folders.end(), [&](const LaunchFolder& folder) {
-               return m_host.files.exists(folder.path + u'/' + label);
-           });
 }
 
 QCoro::Task<StartupChangePreview> SystemManager::previewStartupChanges(StartupConfiguration configuration) {

@@ -1,8 +1,9 @@
 #include "system/SystemManager.h"
 
+#include "core/AdminBatch.h"
 #include "core/AdminPrompts.h"
-#include "core/AdminScript.h"
 #include "platform/Machine.h"
+#include "startup/login/LoginItems.h"
 #include "tweaks/TweakCommands.h"
 
 #include <QCoroTask>
@@ -21,7 +22,7 @@ QCoro::Task<bool> SystemManager::applyPerformanceTweaks(PerformanceSettings sett
     const QStringList systemCommands = applySystemCommands(settings);
     if (!systemCommands.isEmpty()) {
         log(u"  [ACTION] Requesting Admin rights for system performance tweaks..."_s);
-        co_await runOrQueueSystemCommands(systemCommands);
+        co_await m_adminBatch->runTolerantly(systemCommands, kSystemChangesPrompt);
     }
     if (settings.cleanReboot) {
         co_await applyCleanReboot(cleanReboot);
@@ -41,7 +42,8 @@ QCoro::Task<bool> SystemManager::syncPerformanceTweaks(PerformanceSettings setti
     log(u"\nSyncing performance tweaks to profile settings..."_s);
     co_await runTweakSteps(syncSteps(settings, notificationCenterPreferences()));
     log(u"  [ACTION] Requesting Admin rights to sync system-level tweaks..."_s);
-    const CommandResult result = co_await runOrQueueSystemCommands(syncSystemCommands(settings));
+    const CommandResult result =
+        co_await m_adminBatch->runTolerantly(syncSystemCommands(settings), kSystemChangesPrompt);
     if (result.status != 0) {
         log(u"  [ERROR] System tweak sync was cancelled or failed: "_s + result.standardError);
         co_return false;
@@ -62,7 +64,7 @@ QCoro::Task<bool> SystemManager::undoPerformanceTweaks() {
     log(u"\nUndoing Audio Performance tweaks (no snapshot — using standard defaults)..."_s);
     co_await runTweakSteps(undoSteps(notificationCenterPreferences()));
     log(u"  [ACTION] Requesting Admin rights to restore system defaults..."_s);
-    const CommandResult result = co_await runOrQueueSystemCommands(undoSystemCommands());
+    const CommandResult result = co_await m_adminBatch->runTolerantly(undoSystemCommands(), kSystemChangesPrompt);
     if (result.status != 0) {
         log(u"  [ERROR] Restoration was cancelled or failed: "_s + result.standardError);
         co_return false;
@@ -81,18 +83,9 @@ QCoro::Task<void> SystemManager::runTweakSteps(QList<TweakStep> steps) {
     }
 }
 
-QCoro::Task<CommandResult> SystemManager::runOrQueueSystemCommands(QStringList commands) {
-    if (m_adminBatchDepth < 1) {
-        co_return co_await executeAdminScript(joinedAdminCommands(makeAdminCommandsTolerant(commands)),
-                                              kSystemChangesPrompt);
-    }
-    queueAdminCommands(commands);
-    co_return CommandResult{};
-}
-
 QCoro::Task<bool> SystemManager::verifyTweaks(PerformanceSettings settings, UnselectedTweaks unselected,
                                               CleanReboot cleanReboot) {
-    dropLoginItems();
+    m_loginItems->drop();
     const ApplyVerificationResult result = co_await verifyAppliedSettings(settings, unselected, cleanReboot);
     logVerificationResult(result, u"Performance tweaks"_s);
     m_lastApplyVerification = result;

@@ -1,5 +1,7 @@
 #include "system/SystemManager.h"
 
+#include "startup/login/LoginItems.h"
+
 #include "verification/TweakVerification.h"
 #include "verification/ValueTests.h"
 
@@ -66,7 +68,7 @@ QCoro::Task<ApplyVerificationResult> SystemManager::verifyCleanReboot(CleanReboo
     if (!cleanReboot.startup) {
         co_return result;
     }
-    checkPermittedLoginItems(result, co_await loginItems(), cleanReboot);
+    checkPermittedLoginItems(result, co_await m_loginItems->current(), cleanReboot);
     const ApplyVerificationResult background =
         co_await verifyBackgroundLoginItems(allPermittedNames(cleanReboot), cleanReboot.startup);
     result.verified += background.verified;

@@ -1,7 +1,12 @@
 #include "system/SystemManager.h"
 
+#include "core/AdminBatch.h"
 #include "core/NotificationCenter.h"
 #include "core/Utf8.h"
+#include "startup/apply/StartupItems.h"
+#include "startup/background/BackgroundItems.h"
+#include "startup/launchd/LaunchItems.h"
+#include "startup/login/LoginItems.h"
 
 #include <QCoroFuture>
 #include <QCoroTask>
@@ -40,8 +45,14 @@ SystemManager::SystemManager(const Host& host, NotificationCenter& notifications
     : QObject(parent)
     , m_host(host)
     , m_notifications(notifications)
-    , m_serviceManagement(host.backgroundTaskPermissions)
-    , m_masterBaselines(host) {}
+    , m_masterBaselines(host)
+    , m_adminBatch(std::make_unique<AdminBatch>(*this, host.scripts))
+    , m_loginItems(std::make_unique<LoginItems>(*this))
+    , m_launchItems(std::make_unique<LaunchItems>(*this, *m_adminBatch))
+    , m_backgroundItems(std::make_unique<BackgroundItems>(*this, *m_adminBatch))
+    , m_startupItems(std::make_unique<StartupItems>(*this, *m_loginItems, *m_launchItems, *m_backgroundItems)) {}
+
+SystemManager::~SystemManager() = default;
 
 void SystemManager::log(const QString& message) {
     if (message.contains(u"[WARNING]"_s)) {
@@ -56,18 +67,17 @@ void SystemManager::beginBusy(const QString& message) {
     ++m_busyDepth;
     if (isOutermost) {
         m_busyMessage = message;
-        m_isBusy = true;
         Q_EMIT busyMessageChanged(m_busyMessage);
-        Q_EMIT isBusyChanged(m_isBusy);
+        Q_EMIT isBusyChanged(true);
     }
 }
 
 void SystemManager::endBusy() {
+    const bool wasBusy = isBusy();
     m_busyDepth = std::max(m_busyDepth - 1, 0);
-    if (m_busyDepth == 0 && m_isBusy) {
-        m_isBusy = false;
+    if (wasBusy && !isBusy()) {
         m_busyMessage.clear();
-        Q_EMIT isBusyChanged(m_isBusy);
+        Q_EMIT isBusyChanged(false);
         Q_EMIT busyMessageChanged(m_busyMessage);
     }
 }

@@ -7,18 +7,18 @@
 #include "platform/Host.h"
 #include "snapshots/MasterSystemBaselineManager.h"
 #include "startup/apply/StartupChangePreview.h"
-#include "startup/background/BackgroundLoginItemChangePlan.h"
-#include "startup/background/ServiceManagementBTM.h"
+#include "startup/background/BackgroundFetch.h"
 #include "startup/items/CleanReboot.h"
+#include "startup/items/CloudSyncService.h"
+#include "startup/items/LoginItem.h"
 #include "tweaks/PerformanceSettings.h"
 #include "verification/ApplyVerificationResult.h"
 
-#include <QFuture>
-#include <QHash>
 #include <QObject>
 #include <QString>
 #include <QStringList>
 
+#include <memory>
 #include <optional>
 
 namespace QCoro {
@@ -28,16 +28,19 @@ class Task;
 
 namespace quorvane {
 
+class AdminBatch;
+class BackgroundItems;
+class BackgroundTaskList;
 class FolderEntries;
-class LoginItemRemoval;
+class LaunchItems;
+class LoginItems;
 class NotificationCenter;
 class SnapshotManager;
-struct BackgroundDisableTarget;
-struct KeptLaunchPlist;
-struct LaunchFolder;
+class StartupItems;
+struct BackgroundLoginItemChangePlan;
+struct BackgroundTaskItem;
 struct MaintenanceOutcome;
 struct MaintenanceSelection;
-struct NamedLoginItems;
 struct NetworkOperations;
 struct NetworkOutcome;
 struct NetworkServiceState;
@@ -60,7 +63,8 @@ struct UnifiedProfile;
 /// stops the next, unless the flow says so. A flow that nobody awaits runs on: who ends the program shuts the ports
 /// down first, so that every flow comes to its end before this object does.
 ///
-/// The class is divided by concern: each `SystemManager+Concern.cpp` stands in the folder of its concern.
+/// What has state of its own stands in objects that know a FlowEnvironment and never this class: what runs as root, login
+/// items, launch items, background items. The rest is divided by concern: `SystemManager+Concern.cpp`.
 class SystemManager : public QObject, public FlowEnvironment {
     Q_OBJECT
 
@@ -68,6 +72,7 @@ public:
     /// @param host           the ports
     /// @param notifications  where flows tell the rest of the program what has changed
     SystemManager(const Host& host, NotificationCenter& notifications, QObject* parent = nullptr);
+    ~SystemManager() override;
 
     // ---- Log
 
@@ -83,7 +88,7 @@ public:
     /// Brackets a long operation. Brackets nest; the outermost text stays.
     void beginBusy(const QString& message);
     void endBusy();
-    bool isBusy() const { return m_isBusy; }
+    bool isBusy() const { return m_busyDepth > 0; }
     const QString& busyMessage() const { return m_busyMessage; }
     int busyDepth() const { return m_busyDepth; }
 
@@ -100,10 +105,7 @@ public:
     // ---- Administrator runs
 
     /// Runs one shell line as root behind a single authorization prompt, off the main thread.
-    /// @param prompt  shown to the user; replaced by a neutral text once the last run of this process has succeeded,
-    ///                because the system may then hold the authorization. One that holds a double quote fails the run
-    ///                before the script engine sees it, and so does a line of more than 200,000 bytes.
-    /// @return status 0 and the script's text; or 1 with the system's message: a cancel is a failure like any other
+    /// See AdminBatch::execute.
     QCoro::Task<CommandResult> executeAdminScript(QString script, QString prompt) override;
 
     /// Queues the line when a batch is open, and gives status 0 at once; otherwise runs it.
@@ -116,19 +118,17 @@ public:
     /// Runs what was queued; with nothing queued no prompt appears. Closes the batch in every case.
     /// @return true when nothing failed
     QCoro::Task<bool> finishAdminBatch(QString prompt);
-    int adminBatchDepth() const { return m_adminBatchDepth; }
+    int adminBatchDepth() const;
 
-    enum class BackgroundTaskItemsFetchMode { automatic, deferredToAdminBatch };
+    using BackgroundTaskItemsFetchMode = quorvane::BackgroundTaskItemsFetchMode;
     /// Called before a batch that will need the background task list, whose dump needs root: until the batch is
     /// finished, what is to happen to background items is put into a plan, and the dump joins the batch.
     void deferBackgroundTaskFetchToAdminBatch();
-    BackgroundTaskItemsFetchMode backgroundTaskItemsFetchMode() const { return m_backgroundTaskItemsFetchMode; }
-    const std::optional<BackgroundLoginItemChangePlan>& pendingBackgroundLoginItemChanges() const {
-        return m_pendingBackgroundLoginItemChanges;
-    }
+    BackgroundTaskItemsFetchMode backgroundTaskItemsFetchMode() const;
+    const std::optional<BackgroundLoginItemChangePlan>& pendingBackgroundLoginItemChanges() const;
 
     /// Forgets that an administrator run succeeded: the next shows its caller's prompt. Called at termination.
-    void clearAdminAuthorization() { m_adminAuthorizationFlag = false; }
+    void clearAdminAuthorization();
 
     // ---- Tweaks
 
@@ -264,18 +264,17 @@ public:
     QCoro::Task<std::optional<QList<BackgroundTaskItem>>> readBackgroundTaskDumpUnprivileged();
     /// Fills the cache without administrator rights when it can.
     QCoro::Task<void> loadBackgroundTaskItems();
-    enum class PrivilegedFetch { Refused, Allowed };
+    using PrivilegedFetch = quorvane::PrivilegedFetch;
     /// Fills the cache, or lets the open batch fill it. @param prompt  shown when administrator rights are needed
     QCoro::Task<void> ensureBackgroundTaskItems(QString prompt, PrivilegedFetch privileged);
     /// Reads the file that an administrator run has left, and removes it.
     QCoro::Task<void> loadPrivilegedBackgroundDump();
     void markBackgroundLabelDisabled(const QString& label);
     /// The list as it is known; none when it was never read.
-    const std::optional<BackgroundTaskList>& backgroundTaskItems() const { return m_backgroundTaskItemsCache; }
+    const std::optional<BackgroundTaskList>& backgroundTaskItems() const;
 
     /// Switches records off by the strongest means that works, and takes their helpers out of their applications.
-    /// @param kindWord  "background login item" or "cloud sync launch item"
-    QCoro::Task<bool> disableBackgroundItems(QList<BackgroundTaskItem> items, QString kindWord);
+    QCoro::Task<bool> disableBackgroundItems(QList<BackgroundTaskItem> items, BackgroundItemKind kind);
     QCoro::Task<bool> disableBackgroundLabels(QSet<QString> labels);
     QCoro::Task<bool> disableCloudSyncBackgroundItems(CloudSyncServices services);
     /// What a clean reboot leaves of the background task list; empty when the list was never read.
@@ -344,9 +343,9 @@ public:
     /// The search alone.
     QCoro::Task<std::optional<SystemConfigurationMatch>> findSystemMatch(QList<UnifiedProfile> profiles,
                                                                          std::optional<QString> appliedName = {});
-    bool isVerifyingSystem() const { return m_isVerifyingSystem; }
-    bool hasVerifiedSystem() const { return m_hasVerifiedSystem; }
-    const std::optional<SystemConfigurationMatch>& systemMatch() const { return m_systemMatch; }
+    bool isVerifyingSystem() const { return m_scan.isUnderWay; }
+    bool hasVerifiedSystem() const { return m_scan.hasEnded; }
+    const std::optional<SystemConfigurationMatch>& systemMatch() const { return m_scan.match; }
 
 Q_SIGNALS:
     void messageLogged(const QString& message);
@@ -359,83 +358,26 @@ Q_SIGNALS:
     void appliedConfigurationRecorded(const QString& profileName);
 
 private:
-    // core/SystemManager+AdminBatch.cpp
-    QCoro::Task<bool> flushAdminBatch(QString prompt);
-    void closeAdminBatch();
-    void endBackgroundTaskFetchDeferral();
-
-    // tweaks/SystemManager+Tweaks.cpp
+    // SystemManager+Tweaks.cpp
     QCoro::Task<void> runTweakSteps(QList<TweakStep> steps);
-    QCoro::Task<CommandResult> runOrQueueSystemCommands(QStringList commands);
     QCoro::Task<bool> verifyTweaks(PerformanceSettings settings, UnselectedTweaks unselected, CleanReboot cleanReboot);
 
-    // snapshots/SystemManager+Snapshots.cpp
+    // SystemManager+Snapshots.cpp
     QCoro::Task<SystemSnapshot> readSystemSnapshot(std::optional<QString> label);
     std::optional<QString> saveSnapshot(const SystemSnapshot& snapshot);
     QCoro::Task<void> archiveAsMaster(SystemSnapshot snapshot);
     SnapshotManager snapshotManager() const;
 
-    // snapshots/SystemManager+Restore.cpp
+    // SystemManager+Restore.cpp
     QCoro::Task<std::optional<RestoreBaseline>> findRestoreBaseline();
     QCoro::Task<bool> reinstateFromSnapshot(SystemSnapshot snapshot);
     QCoro::Task<void> restoreLoginItems(SystemSnapshot snapshot);
     QCoro::Task<bool> restoreNetworkServices(SystemSnapshot snapshot);
 
-    // snapshots/SystemManager+WaysBack.cpp
+    // SystemManager+WaysBack.cpp
     QCoro::Task<RestoreOutcome> removeStartupAppsAndRevert();
 
-    // startup/SystemManager+StartupDiscovery.cpp
-    QCoro::Task<QList<StartupItem>> findStartupItems();
-
-    // startup/SystemManager+LoginItems.cpp
-    enum class SystemEventsReply { Done, Unchanged, Failed };
-    QCoro::Task<LoginItemList> loginItems();
-    /// Called when a reader must see the system as it is now.
-    void dropLoginItems();
-    QCoro::Task<void> logMissingSystemEventsPermission();
-    QCoro::Task<SystemEventsReply> changeLoginItems(QString script);
-    QCoro::Task<bool> removeLoginItem(LoginItem item, LoginItemRemoval removal);
-    QCoro::Task<bool> removeLeftoverLoginItems(NamedLoginItems named, QSet<QString> excludedIds);
-    bool holdsBack(const LoginItem& item, const QSet<QString>& excludedIds);
-    void writeRemovedLoginItems(const QList<LoginItem>& items);
-    QCoro::Task<bool> areLoginItemsGone(QSet<QString> names);
-
-    // startup/SystemManager+LaunchItems.cpp
-    struct SystemLaunchPlist;
-    struct LaunchPlistPlaces;
-    QList<LaunchFolder> launchFolders() const;
-    void createBackupFolder();
-    bool requireRealFolders(const QStringList& folders);
-    LaunchPlistPlaces placesOfLaunchPlist(const QString& label) const;
-    QStringList namesIn(const QString& folder) const;
-    void rememberMove(const QString& path);
-    bool isMoveQueued(const QString& path) const;
-    QCoro::Task<bool> disableUsersLaunchPlist(QString label, LaunchFolder folder);
-    QCoro::Task<bool> disableSystemLaunchPlists(QList<SystemLaunchPlist> plists);
-    QString unusableBackupFolder(const LaunchFolder& folder) const;
-    QStringList plistsPutAside(const LaunchFolder& folder) const;
-    QCoro::Task<bool> restoreLaunchPlist(LaunchFolder folder, QString name);
-    QCoro::Task<void> enableUsersJob(QString plist);
-    QCoro::Task<void> loadLaunchPlist(QString plist);
-    void logUnusableFolder(const QString& folder);
-
-    // startup/SystemManager+KeptLaunchItems.cpp
-    bool isRootsAlone(const QString& keepFolder) const;
-    KeptLaunchPlist keptLaunchPlist(const LaunchFolder& folder, const QString& name) const;
-    bool holdTheSame(const QString& path, const QString& otherPath) const;
-    void removeBackup(const QString& backup);
-
-    // startup/SystemManager+StartupApps.cpp
-    struct ManagedAppRemoval;
-    ManagedAppRemoval managedAppRemoval(const LoginItemList& list, const QSet<QString>& going) const;
-    QCoro::Task<bool> removeManagedStartupApp(QString path, ManagedAppRemoval before);
-
-    // startup/SystemManager+CleanReboot.cpp
-    QCoro::Task<bool> removeNonPermittedLoginItems(CleanReboot cleanReboot);
-    void planCleanReboot(const CleanReboot& cleanReboot);
-    QCoro::Task<bool> disableNonPermittedBackgroundItems(CleanReboot cleanReboot);
-
-    // startup/SystemManager+StartupApply.cpp
+    // SystemManager+StartupApply.cpp
     QCoro::Task<bool> carryOutStartupChanges(StartupConfiguration configuration);
     QCoro::Task<bool> disableTargetLoginItems(QSet<QString> names);
     QCoro::Task<void> removeTargetLoginPaths(QSet<QString> paths);
@@ -443,104 +385,49 @@ private:
     QCoro::Task<bool> disableTargetBackgroundItems(QSet<QString> labels);
     QCoro::Task<bool> disableCloudServices(CloudSyncServices services);
 
-    // startup/SystemManager+StartupVerification.cpp
+    // SystemManager+StartupVerification.cpp
     QCoro::Task<StartupReadings> startupReadings(StartupConfiguration configuration);
-    bool hasLaunchPlist(const QString& label) const;
 
-    // startup/SystemManager+BackgroundTasks.cpp
-    QString backgroundDumpCommand() const;
-    bool queueBackgroundDump();
-    bool requireRoomForBackgroundDump();
-    std::optional<QString> removeBackgroundDump();
-    QString takeBackgroundDump();
-
-    // startup/SystemManager+BackgroundLoginItems.cpp
-    enum class PlanResolution { BeforeFlush, AfterFlush };
-    /// @return false when a helper that belongs into the batch couldn't be queued; what fails after the flush is in the log
-    QCoro::Task<bool> resolvePendingBackgroundPlan(PlanResolution resolution);
-    QCoro::Task<bool> climbLadder(QList<BackgroundTaskItem> items, QSet<QString> labels, QString kindWord);
-    void queueBackgroundLabels(const QSet<QString>& labels);
-    void queueCloudSyncServices(const CloudSyncServices& services);
-    void queueBackgroundLabelCommands(const QString& label);
-    bool queueBackgroundLabel(const QString& label);
-    void takeBackQueuedBackgroundLabels();
-    QCoro::Task<bool> disableBackgroundLabel(QString label);
-    QSet<QString> disableableLabels(const QSet<QString>& labels, const QString& kindWord);
-    bool isProtectedBackgroundLabel(const QString& label) const;
-    void queuePlannedLabels(const QSet<QString>& labels, const QString& logLine);
-    QList<BackgroundDisableTarget> disableTargets(const QList<BackgroundTaskItem>& records,
-                                                  const QSet<QString>& labels) const;
-    enum class UnavailableLine { EachTarget, Once };
-    void disallowTargets(const QList<BackgroundDisableTarget>& targets, UnavailableLine unavailableLine);
-
-    // startup/SystemManager+Quarantine.cpp
-    enum class QuarantineRights { User, Privileged, Queued };
-    enum class QuarantineStep { Done, Failed, NeedsRoot };
-    QCoro::Task<bool> quarantineBundledResources(QList<BackgroundDisableTarget> targets, QuarantineRights rights);
-    QCoro::Task<QuarantineStep> quarantineBundledResource(BackgroundDisableTarget target, QuarantineRights rights);
-    QCoro::Task<bool> quarantineAsUser(QString source, QString destination);
-    QCoro::Task<bool> quarantineAsRoot(QList<BackgroundDisableTarget> targets);
-    void logFailedQuarantine(const QString& source, const QString& error);
-    QCoro::Task<void> retryQuarantineOfActiveTargets(QList<BackgroundDisableTarget> targets);
-    QString quarantineDestination(const BackgroundDisableTarget& target) const;
-    QList<BackgroundDisableTarget> withoutSharedPlaces(const QList<BackgroundDisableTarget>& targets);
-    void removeHelper(const QString& source);
-
-    // services/SystemManager+Network.cpp
+    // SystemManager+Network.cpp
     QCoro::Task<QStringList> networkSwitchCommands(NetworkSwitch position);
 
-    // services/SystemManager+Maintenance.cpp
+    // SystemManager+Maintenance.cpp
     QCoro::Task<QStringList> systemCacheCommands();
     bool takeSystemCacheEntry(FolderEntries& entries, const QString& folder, QStringList& commands);
     void logSkippedCacheItem(const QString& name);
 
-    // verification/SystemManager+Verification.cpp
+    // SystemManager+Verification.cpp
     QCoro::Task<bool> isAppRestorationOff();
     QCoro::Task<ApplyVerificationResult> verifyCleanReboot(CleanReboot cleanReboot);
 
-    // verification/SystemManager+Matching.cpp
+    // SystemManager+Matching.cpp
     std::optional<QString> lastAppliedName(const std::optional<QString>& given) const;
     void keepAppliedProfile(const UnifiedProfile& profile);
     void logSystemMatch();
     void postSystemMatch();
     void setVerifyingSystem(bool isVerifying);
 
+    /// What the scans have told.
+    struct Scan {
+        bool isUnderWay = false;
+        bool hasEnded = false; ///< one has, or an apply has told it as well
+        std::optional<SystemConfigurationMatch> match;
+    };
+
     Host m_host;
     NotificationCenter& m_notifications;
-    ServiceManagementBTM m_serviceManagement;
     MasterSystemBaselineManager m_masterBaselines;
+    std::unique_ptr<AdminBatch> m_adminBatch;
+    std::unique_ptr<LoginItems> m_loginItems;
+    std::unique_ptr<LaunchItems> m_launchItems;
+    std::unique_ptr<BackgroundItems> m_backgroundItems;
+    std::unique_ptr<StartupItems> m_startupItems;
 
     QStringList m_logMessages;
-    bool m_isBusy = false;
     QString m_busyMessage;
     int m_busyDepth = 0;
     bool m_debugMode = false;
-
-    int m_adminBatchDepth = 0;
-    QStringList m_adminCommandBatch;
-    QMultiHash<QString, QString>
-        m_queuedMoves;                      ///< launch plists and bundled resources that the open batch moves, by their
-                                            ///< folded paths: a second move would delete the only copy
-    QStringList m_plistsBroughtBack;        ///< places to which the open batch brings launch plists back
-    QSet<QString> m_queuedBackgroundLabels; ///< labels that the open batch switches off
-    QHash<QString, QStringList> m_dispositionsBeforeBatch; ///< of these labels, put back when the batch fails
-    bool m_adminAuthorizationFlag = false; ///< true when the last administrator script of this process succeeded
-
-    std::optional<BackgroundTaskList> m_backgroundTaskItemsCache;
-    BackgroundTaskItemsFetchMode m_backgroundTaskItemsFetchMode = BackgroundTaskItemsFetchMode::automatic;
-    bool m_needsPrivilegedBackgroundTaskItemFetch = false; ///< the batch will leave a dump to read
-    std::optional<BackgroundLoginItemChangePlan> m_pendingBackgroundLoginItemChanges;
-
-    std::optional<LoginItemList> m_rawLoginItemsCache;
-    quint64 m_loginItemsAge = 0; ///< counts how often the login items were dropped: a slow read may come too late
-    std::optional<QList<StartupItem>> m_discoveredStartupItemsCache;
-    std::optional<QFuture<QList<StartupItem>>> m_startupDiscoveryTask;
-    quint64 m_startupCachesAge = 0; ///< counts how often the caches were invalidated
-    std::optional<QList<StartupLaunchItem>> m_performanceApplicationsCache;
-
-    bool m_isVerifyingSystem = false;
-    bool m_hasVerifiedSystem = false;
-    std::optional<SystemConfigurationMatch> m_systemMatch;
+    Scan m_scan;
     std::optional<ApplyVerificationResult> m_lastApplyVerification;
 };
 

@@ -5,7 +5,7 @@
 #include "fakes/ScriptedSystem.h"
 #include "platform/TreeRemoval.h"
 #include "startup/apply/ActiveStartup.h"
-#include "startup/background/BackgroundTaskItem.h"
+#include "startup/background/BackgroundTaskList.h"
 #include "startup/items/StartupConfiguration.h"
 #include "startup/login/LoginItemScripts.h"
 

@@ -1,6 +1,7 @@
 #include "fakes/ScriptedSystem.h"
 
 #include "core/AdminScript.h"
+#include "startup/background/BackgroundLoginItemChangePlan.h"
 
 namespace quorvane {
 

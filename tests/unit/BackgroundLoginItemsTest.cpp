@@ -12,7 +12,6 @@ const QString kLookUp = u"? open "_s + kLibrary + u'\n';
 const QString kUnavailable =
     u"  [INFO] ServiceManagement BTM APIs unavailable; using launchctl and quarantine fallback.\n"_s;
 const QString kPrompt = u"Please."_s;
-const QString kLoginItem = u"background login item"_s;
 
 const QString kHelper = u"com.getdropbox.dropbox.helper"_s;
 const QString kHelperFile = u"/Applications/Dropbox.app/Contents/Library/LoginItems/Dropbox Helper.app"_s;
@@ -35,8 +34,8 @@ protected:
     }
 
     bool disableLabels(const QSet<QString>& labels) { return QCoro::waitFor(system.disableBackgroundLabels(labels)); }
-    bool disableItems(const QList<BackgroundTaskItem>& items, const QString& kindWord = kLoginItem) {
-        return QCoro::waitFor(system.disableBackgroundItems(items, kindWord));
+    bool disableItems(const QList<BackgroundTaskItem>& items, BackgroundItemKind kind = BackgroundItemKind::LoginItem) {
+        return QCoro::waitFor(system.disableBackgroundItems(items, kind));
     }
     bool disableServices(const CloudSyncServices& services) {
         return QCoro::waitFor(system.disableCloudSyncBackgroundItems(services));
@@ -78,7 +77,7 @@ protected:
 
 TEST_F(BackgroundLoginItems, nothingToSwitchOffIsSaidAndAsksForNothing) {
     EXPECT_TRUE(disableItems({}));
-    EXPECT_TRUE(disableItems({}, u"cloud sync launch item"_s));
+    EXPECT_TRUE(disableItems({}, BackgroundItemKind::CloudSyncLaunchItem));
     EXPECT_TRUE(disableLabels({}));
     EXPECT_EQ(takeTrace(), u"  [APPLIED] Background Login Items already match permitted list.\n"
                            "  [APPLIED] Cloud Sync Launch Items already match disabled list.\n"

@@ -1,5 +1,7 @@
 #include "fakes/ScriptedLoginItems.h"
 
+#include "startup/background/BackgroundLoginItemChangePlan.h"
+
 namespace quorvane {
 
 namespace {

@@ -2,6 +2,7 @@
 
 #include "core/Collation.h"
 #include "startup/apply/StartupTargets.h"
+#include "startup/background/BackgroundItemPermission.h"
 #include "startup/background/BackgroundLoginItemChangePlan.h"
 
 #include <algorithm>
@@ -153,10 +154,6 @@ private:
 ApplyVerificationResult startupVerification(const StartupConfiguration& configuration,
                                             const StartupReadings& readings) {
     return StartupVerification(configuration, readings).run();
-}
-
-ApplyVerificationResult::Item unavailableBackgroundItems() {
-    return {u"Background login items"_s, u"status unavailable without administrator access"_s};
 }
 
 } // namespace quorvane

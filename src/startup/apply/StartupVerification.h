@@ -10,9 +10,6 @@ namespace quorvane {
 /// items are checked only when their list is known.
 ApplyVerificationResult startupVerification(const StartupConfiguration& configuration, const StartupReadings& readings);
 
-/// The failed item that stands for all where the list is empty: a Mac without a single record has none that could be read.
-ApplyVerificationResult::Item unavailableBackgroundItems();
-
 /// The outcome of applying a startup configuration by itself.
 struct StartupApplyResult {
     bool applySucceeded = false;

@@ -109,4 +109,8 @@ QList<BackgroundTaskItem> nonPermittedBackgroundItems(const QList<BackgroundTask
     return found;
 }
 
+ApplyVerificationResult::Item unavailableBackgroundItems() {
+    return {u"Background login items"_s, u"status unavailable without administrator access"_s};
+}
+
 } // namespace quorvane

@@ -2,6 +2,7 @@
 
 #include "startup/background/BackgroundTaskItem.h"
 #include "startup/items/StartupConfiguration.h"
+#include "verification/ApplyVerificationResult.h"
 
 namespace quorvane {
 
@@ -17,5 +18,8 @@ bool isPermittedBackgroundItem(const BackgroundTaskItem& item, const QSet<QStrin
 QList<BackgroundTaskItem> nonPermittedBackgroundItems(const QList<BackgroundTaskItem>& items,
                                                       const QSet<QString>& permittedNames,
                                                       const std::optional<StartupConfiguration>& startup);
+
+/// The failed item that stands for all where the list is empty: a Mac without a single record has none that could be read.
+ApplyVerificationResult::Item unavailableBackgroundItems();
 
 } // namespace quorvane

@@ -1,14 +1,12 @@
-#include "system/SystemManager.h"
+#include "startup/login/LoginItems.h"
 
 #include "core/Collation.h"
+#include "core/ExcludedNames.h"
 #include "core/Paths.h"
 #include "core/UserDefaultKeys.h"
 #include "platform/FileManager.h"
-#include "platform/Machine.h"
+#include "platform/Host.h"
 #include "platform/UserDefaults.h"
-#include "profiles/ProfileManager.h"
-#include "startup/apply/ActiveStartup.h"
-#include "startup/items/LoginItem.h"
 #include "startup/login/LoginItemRemoval.h"
 
 #include <QCoroTask>
@@ -29,14 +27,6 @@ bool isPerformanceApplication(const QString& name) {
                        [&name](const QString& part) { return name.contains(part, Qt::CaseInsensitive); });
 }
 
-QSet<QString> pathsOf(const QList<StartupLaunchItem>& items) {
-    QSet<QString> paths;
-    for (const StartupLaunchItem& item : items) {
-        paths.insert(item.path);
-    }
-    return paths;
-}
-
 QString withoutFinalSlash(const QString& path) {
     return path.endsWith(u'/') ? path.chopped(1) : path;
 }
@@ -55,14 +45,14 @@ bool showsPath(const QList<LoginItem>& items, const QString& path) {
 
 } // namespace
 
-QList<StartupLaunchItem> SystemManager::performanceApplications() {
-    if (m_performanceApplicationsCache) {
-        return *m_performanceApplicationsCache;
+QList<StartupLaunchItem> LoginItems::performanceApplications() {
+    if (m_performanceApplications) {
+        return *m_performanceApplications;
     }
     const QString folder = u"/Applications"_s;
     QList<StartupLaunchItem> applications;
     try {
-        for (const QString& entry : m_host.files.list(folder)) {
+        for (const QString& entry : host().files.list(folder)) {
             if (entry.endsWith(u".app"_s) && isPerformanceApplication(entry.chopped(4))) {
                 applications.append({entry.chopped(4), folder + u'/' + entry, false});
             }
@@ -71,74 +61,53 @@ QList<StartupLaunchItem> SystemManager::performanceApplications() {
         return {}; // not kept: the folder may be readable the next time
     }
     sortLocalized(applications, &StartupLaunchItem::name);
-    m_performanceApplicationsCache = applications;
+    m_performanceApplications = applications;
     return applications;
 }
 
-QSet<QString> SystemManager::managedStartupAppPaths() const {
-    const QStringList paths = m_host.defaults.stringArray(kQuorvaneManagedStartupAppPaths);
+QSet<QString> LoginItems::managedPaths() const {
+    const QStringList paths = host().defaults.stringArray(kQuorvaneManagedStartupAppPaths);
     return {paths.begin(), paths.end()};
 }
 
-void SystemManager::recordManagedStartupAppPath(const QString& path) {
-    QStringList paths = m_host.defaults.stringArray(kQuorvaneManagedStartupAppPaths);
+void LoginItems::recordManagedPath(const QString& path) {
+    QStringList paths = host().defaults.stringArray(kQuorvaneManagedStartupAppPaths);
     if (!paths.contains(path)) {
         paths.append(path);
-        m_host.defaults.setStringArray(kQuorvaneManagedStartupAppPaths, paths);
+        host().defaults.setStringArray(kQuorvaneManagedStartupAppPaths, paths);
     }
 }
 
-void SystemManager::recordManagedStartupApps(const QList<StartupLaunchItem>& items) {
-    for (const StartupLaunchItem& item : items) {
-        recordManagedStartupAppPath(item.path);
-    }
-}
-
-void SystemManager::forgetManagedStartupAppPath(const QString& path) {
-    QStringList paths = m_host.defaults.stringArray(kQuorvaneManagedStartupAppPaths);
+void LoginItems::forgetManagedPath(const QString& path) {
+    QStringList paths = host().defaults.stringArray(kQuorvaneManagedStartupAppPaths);
     if (paths.removeAll(path) > 0) {
-        m_host.defaults.setStringArray(kQuorvaneManagedStartupAppPaths, paths);
+        host().defaults.setStringArray(kQuorvaneManagedStartupAppPaths, paths);
     }
-}
-
-QSet<QString> SystemManager::profileStartupAppPaths() const {
-    QSet<QString> paths;
-    for (const UnifiedProfile& profile :
-         ProfileManager(m_host.files, profilesDirectory(m_host.machine)).listProfiles()) {
-        paths.unite(pathsOf(profile.startup.startupLaunchItems()));
-    }
-    return paths;
 }
 
 /// What the removal of managed applications has to know of the login items before it begins.
-struct SystemManager::ManagedAppRemoval {
+struct LoginItems::ManagedAppRemoval {
     QHash<QString, QString> names; ///< of the login items, by path
     QSet<QString> heldBack;        ///< paths that stay: audio software that the user didn't add through the program
     LoginItemRemoval removal;      ///< spares every other login item
 };
 
-QCoro::Task<bool> SystemManager::removeUnconfiguredManagedApps(StartupConfiguration configuration) {
-    const QSet<QString> unconfigured = managedStartupAppPaths() - pathsOf(configuration.startupLaunchItems());
-    co_return co_await removeManagedStartupApps(unconfigured);
-}
-
-QCoro::Task<bool> SystemManager::removeManagedStartupApps(std::optional<QSet<QString>> paths) {
-    const QSet<QString> going = paths.value_or(managedStartupAppPaths());
-    if (going.isEmpty()) {
+QCoro::Task<bool> LoginItems::removeManaged(QSet<QString> paths) {
+    if (paths.isEmpty()) {
         co_return true;
     }
-    log(u"  [ACTION] Removing %1 Quorvane-managed startup app(s)..."_s.arg(going.size()));
-    const ManagedAppRemoval removal = managedAppRemoval(co_await loginItems(), going);
+    log(u"  [ACTION] Removing %1 Quorvane-managed startup app(s)..."_s.arg(paths.size()));
+    const ManagedAppRemoval removal = managedAppRemoval(co_await current(), paths);
     bool succeeded = true;
-    for (const QString& path : sortedTexts(going)) {
-        succeeded = co_await removeManagedStartupApp(path, removal) && succeeded;
+    for (const QString& path : sortedTexts(paths)) {
+        succeeded = co_await removeManagedApp(path, removal) && succeeded;
     }
     co_return succeeded;
 }
 
-SystemManager::ManagedAppRemoval SystemManager::managedAppRemoval(const LoginItemList& list,
-                                                                  const QSet<QString>& going) const {
-    const QSet<QString> managed = managedStartupAppPaths();
+LoginItems::ManagedAppRemoval LoginItems::managedAppRemoval(const LoginItemList& list,
+                                                            const QSet<QString>& going) const {
+    const QSet<QString> managed = managedPaths();
     QHash<QString, QString> names;
     QSet<QString> heldBack;
     QList<LoginItem> staying;
@@ -169,7 +138,7 @@ SystemManager::ManagedAppRemoval SystemManager::managedAppRemoval(const LoginIte
     return {names, heldBack, LoginItemRemoval(staying, LoginItemRemoval::knowledgeOf(list))};
 }
 
-QCoro::Task<bool> SystemManager::removeManagedStartupApp(QString path, ManagedAppRemoval before) {
+QCoro::Task<bool> LoginItems::removeManagedApp(QString path, ManagedAppRemoval before) {
     if (before.heldBack.contains(path)) {
         log(u"  [SKIPPED] Protected login item at path: "_s + path);
         co_return true;
@@ -177,37 +146,38 @@ QCoro::Task<bool> SystemManager::removeManagedStartupApp(QString path, ManagedAp
     const QString name = before.names.value(path, nameInPath(path));
     bool isRemoved = false;
     if (before.removal.canGoByPath(path)) {
-        isRemoved = co_await removeLoginItemAtPath(path);
+        isRemoved = co_await removeAtPath(path);
     }
     if (!isRemoved && before.removal.canGoByName(name)) {
-        co_await removeLoginItemByName(name);
+        co_await removeByName(name);
     }
-    dropLoginItems();
-    const LoginItemList now = co_await loginItems();
+    drop();
+    const LoginItemList now = co_await current();
     if (!now.wasRead || showsPath(now.items, path)) {
         log(u"  [ERROR] Failed to remove startup app from login items: "_s + name);
         co_return false; // stays recorded, to be tried the next time
     }
     log(u"  [APPLIED] Removed startup app from login items: "_s + name);
-    forgetManagedStartupAppPath(path);
+    forgetManagedPath(path);
     co_return true;
 }
 
-QCoro::Task<bool> SystemManager::configureStartupApps(QList<StartupLaunchItem> launchItems) {
-    if (launchItems.isEmpty()) {
+QCoro::Task<bool> LoginItems::configure(QList<StartupLaunchItem> applications) {
+    if (applications.isEmpty()) {
         co_return true;
     }
     QSet<QString> present;
-    for (const LoginItem& item : co_await rawLoginItems()) {
+    const LoginItemList list = co_await current();
+    for (const LoginItem& item : list.items) {
         present.insert(item.path);
     }
     bool succeeded = true;
-    for (const StartupLaunchItem& item : launchItems) {
+    for (const StartupLaunchItem& item : applications) {
         if (present.contains(item.path)) {
-            recordManagedStartupAppPath(item.path);
+            recordManagedPath(item.path);
             log(u"  [SKIPPED] Already configured to start at login: "_s + item.name);
-        } else if (co_await addLoginItem(item.path, item.hidden)) {
-            recordManagedStartupAppPath(item.path);
+        } else if (co_await add(item.path, item.hidden)) {
+            recordManagedPath(item.path);
             log(u"  [APPLIED] Added login item: "_s + item.name + (item.hidden ? u" (hidden)"_s : QString()));
         } else {
             log(u"  [ERROR] Failed to add login item: "_s + item.name);

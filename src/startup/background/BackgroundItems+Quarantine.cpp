@@ -1,11 +1,15 @@
-#include "system/SystemManager.h"
+#include "startup/background/BackgroundItems.h"
 
+#include "core/AdminBatch.h"
 #include "core/AdminPrompts.h"
 #include "core/AdminScript.h"
+#include "core/Paths.h"
 #include "platform/FileManager.h"
+#include "platform/Host.h"
 #include "platform/Machine.h"
 #include "platform/TreeRemoval.h"
 #include "startup/background/BackgroundDisableTarget.h"
+#include "startup/launchd/BackupFolders.h"
 #include "startup/launchd/LaunchFolders.h"
 
 #include <QCoroTask>
@@ -16,22 +20,19 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-QString nameOf(const QString& path) {
-    return path.mid(path.lastIndexOf(u'/') + 1);
-}
-
 QString sourceOf(const BackgroundDisableTarget& target) {
     return target.bundledResourceURL->toLocalFile();
 }
 
 } // namespace
 
-QString SystemManager::quarantineDestination(const BackgroundDisableTarget& target) const {
-    return quarantineFolder(m_host.machine.homeFolder()) + u'/' + target.label + u'/' + nameOf(sourceOf(target));
+QString BackgroundItems::quarantineDestination(const BackgroundDisableTarget& target) const {
+    return quarantineFolder(host().machine.homeFolder()) + u'/' + target.label + u'/' +
+           lastPathComponent(sourceOf(target));
 }
 
 /// Leaves out a helper whose place in the quarantine another one takes in the same run: it would replace its only copy.
-QList<BackgroundDisableTarget> SystemManager::withoutSharedPlaces(const QList<BackgroundDisableTarget>& targets) {
+QList<BackgroundDisableTarget> BackgroundItems::withoutSharedPlaces(const QList<BackgroundDisableTarget>& targets) {
     QList<BackgroundDisableTarget> kept;
     QSet<QString> taken;
     for (const BackgroundDisableTarget& target : targets) {
@@ -46,13 +47,12 @@ QList<BackgroundDisableTarget> SystemManager::withoutSharedPlaces(const QList<Ba
     return kept;
 }
 
-QCoro::Task<bool> SystemManager::quarantineBundledResources(QList<BackgroundDisableTarget> targets,
-                                                            QuarantineRights rights) {
+QCoro::Task<bool> BackgroundItems::quarantine(QList<BackgroundDisableTarget> targets, QuarantineRights rights) {
     const QList<BackgroundDisableTarget> placed = withoutSharedPlaces(targets);
     bool succeeded = placed.size() == targets.size();
     QList<BackgroundDisableTarget> forRoot;
     for (const BackgroundDisableTarget& target : placed) {
-        switch (co_await quarantineBundledResource(target, rights)) {
+        switch (co_await quarantineHelper(target, rights)) {
         case QuarantineStep::Done:
             break;
         case QuarantineStep::Failed:
@@ -65,46 +65,47 @@ QCoro::Task<bool> SystemManager::quarantineBundledResources(QList<BackgroundDisa
     co_return co_await quarantineAsRoot(forRoot) && succeeded;
 }
 
-QCoro::Task<SystemManager::QuarantineStep> SystemManager::quarantineBundledResource(BackgroundDisableTarget target,
-                                                                                    QuarantineRights rights) {
-    if (!target.bundledResourceURL || m_host.files.status(sourceOf(target)).kind == FileStatus::Kind::Missing) {
+QCoro::Task<BackgroundItems::QuarantineStep> BackgroundItems::quarantineHelper(BackgroundDisableTarget target,
+                                                                               QuarantineRights rights) {
+    if (!target.bundledResourceURL || host().files.status(sourceOf(target)).kind == FileStatus::Kind::Missing) {
         co_return QuarantineStep::Done;
     }
     const QString source = sourceOf(target);
     if (isProtectedTarget(target)) {
-        log(u"  [SKIPPED] Protected bundled startup resource: "_s + nameOf(source));
+        log(u"  [SKIPPED] Protected bundled startup resource: "_s + lastPathComponent(source));
         co_return QuarantineStep::Done;
     }
-    const QString home = m_host.machine.homeFolder();
+    const QString home = host().machine.homeFolder();
     const QString destination = quarantineDestination(target);
-    if (isMoveQueued(source)) {
+    if (m_batch.open().moves(source, host().files)) {
         co_return QuarantineStep::Done;
     }
-    if (!requireRealFolders(
-            {backupFolder(home), quarantineFolder(home), quarantineFolder(home) + u'/' + target.label})) {
+    if (!requireRealFolders(environment(), {backupFolder(home), quarantineFolder(home),
+                                            quarantineFolder(home) + u'/' + target.label})) {
         co_return QuarantineStep::Failed;
     }
     if (rights == QuarantineRights::Queued) {
-        rememberMove(source);
-        m_adminCommandBatch.append(quarantineCommand(source, destination));
-        log(u"  [ACTION] Queued quarantine for bundled startup resource: "_s + nameOf(source));
+        m_batch.open().rememberMove(source);
+        m_batch.open().queue(quarantineCommand(source, destination));
+        log(u"  [ACTION] Queued quarantine for bundled startup resource: "_s + lastPathComponent(source));
         co_return QuarantineStep::Done;
     }
-    if (m_host.files.isWritable(source)) {
+    if (host().files.isWritable(source)) {
         const bool isMoved = co_await quarantineAsUser(source, destination);
         co_return isMoved ? QuarantineStep::Done : QuarantineStep::Failed;
     }
     if (rights == QuarantineRights::Privileged) {
         co_return QuarantineStep::NeedsRoot;
     }
-    log(u"  [WARNING] Could not quarantine bundled startup resource without admin rights: "_s + nameOf(source));
+    log(u"  [WARNING] Could not quarantine bundled startup resource without admin rights: "_s +
+        lastPathComponent(source));
     co_return QuarantineStep::Failed;
 }
 
-QCoro::Task<bool> SystemManager::quarantineAsUser(QString source, QString destination) {
+QCoro::Task<bool> BackgroundItems::quarantineAsUser(QString source, QString destination) {
     try {
-        if (m_host.files.status(destination).kind != FileStatus::Kind::Missing) {
-            removeTree(m_host.files, destination);
+        if (host().files.status(destination).kind != FileStatus::Kind::Missing) {
+            removeTree(host().files, destination);
         }
         const QStringList copy{u"/usr/bin/ditto"_s, source, destination};
         const CommandResult result = co_await runCommand(copy, OutputCapture::Capture);
@@ -117,24 +118,24 @@ QCoro::Task<bool> SystemManager::quarantineAsUser(QString source, QString destin
         logFailedQuarantine(source, error.message());
         co_return false;
     }
-    log(u"  [APPLIED] Quarantined bundled startup resource: "_s + nameOf(source));
+    log(u"  [APPLIED] Quarantined bundled startup resource: "_s + lastPathComponent(source));
     co_return true;
 }
 
 /// In one step out of the reach of whatever starts it: a removal that stops half-way must not leave a broken helper, which
 /// the next run would take for the whole one. Throws FileError when it stays in its place.
-void SystemManager::removeHelper(const QString& source) {
+void BackgroundItems::removeHelper(const QString& source) {
     const QString aside = source + u".removed"_s;
-    m_host.files.move(source, aside);
+    host().files.move(source, aside);
     try {
-        removeTree(m_host.files, aside);
+        removeTree(host().files, aside);
     } catch (const FileError& error) {
         log(u"  [WARNING] Could not remove "_s + error.message());
     }
 }
 
 /// All of them in one line under one prompt. Each has succeeded when it is gone, whatever became of the others.
-QCoro::Task<bool> SystemManager::quarantineAsRoot(QList<BackgroundDisableTarget> targets) {
+QCoro::Task<bool> BackgroundItems::quarantineAsRoot(QList<BackgroundDisableTarget> targets) {
     if (targets.isEmpty()) {
         co_return true;
     }
@@ -146,8 +147,8 @@ QCoro::Task<bool> SystemManager::quarantineAsRoot(QList<BackgroundDisableTarget>
     bool succeeded = true;
     for (const BackgroundDisableTarget& target : targets) {
         const QString source = sourceOf(target);
-        if (m_host.files.status(source).kind == FileStatus::Kind::Missing) {
-            log(u"  [APPLIED] Quarantined bundled startup resource: "_s + nameOf(source));
+        if (host().files.status(source).kind == FileStatus::Kind::Missing) {
+            log(u"  [APPLIED] Quarantined bundled startup resource: "_s + lastPathComponent(source));
         } else {
             logFailedQuarantine(source, result.status != 0 ? result.standardError : u"it is still in its place"_s);
             succeeded = false;
@@ -156,19 +157,19 @@ QCoro::Task<bool> SystemManager::quarantineAsRoot(QList<BackgroundDisableTarget>
     co_return succeeded;
 }
 
-void SystemManager::logFailedQuarantine(const QString& source, const QString& error) {
-    log(u"  [ERROR] Failed to quarantine bundled startup resource: %1: %2"_s.arg(nameOf(source), error));
+void BackgroundItems::logFailedQuarantine(const QString& source, const QString& error) {
+    log(u"  [ERROR] Failed to quarantine bundled startup resource: %1: %2"_s.arg(lastPathComponent(source), error));
 }
 
 /// An item that is still on, and whose helper is still in its application, gets one more try, which never prompts.
-QCoro::Task<void> SystemManager::retryQuarantineOfActiveTargets(QList<BackgroundDisableTarget> targets) {
+QCoro::Task<void> BackgroundItems::retryQuarantineOfActiveTargets(QList<BackgroundDisableTarget> targets) {
     for (const BackgroundDisableTarget& target : targets) {
-        const bool isStillThere = target.bundledResourceURL && !isMoveQueued(sourceOf(target)) &&
-                                  m_host.files.status(sourceOf(target)).kind != FileStatus::Kind::Missing;
-        if (isStillThere && m_backgroundTaskItemsCache && m_backgroundTaskItemsCache->isActive(target.label)) {
+        const bool isStillThere = target.bundledResourceURL && !m_batch.open().moves(sourceOf(target), host().files) &&
+                                  host().files.status(sourceOf(target)).kind != FileStatus::Kind::Missing;
+        if (isStillThere && m_list && m_list->isActive(target.label)) {
             log(u"  [WARNING] BTM item still enabled with bundled startup resources present: "_s +
                 (target.item ? target.item->name : target.label));
-            co_await quarantineBundledResource(target, QuarantineRights::User);
+            co_await quarantineHelper(target, QuarantineRights::User);
         }
     }
 }

@@ -1,9 +1,12 @@
-#include "system/SystemManager.h"
+#include "startup/apply/StartupItems.h"
 
 #include "core/Background.h"
 #include "platform/FileManager.h"
-#include "platform/Machine.h"
+#include "platform/Host.h"
 #include "startup/apply/StartupDiscovery.h"
+#include "startup/background/BackgroundItems.h"
+#include "startup/launchd/LaunchItems.h"
+#include "startup/login/LoginItems.h"
 
 #include <QCoroFuture>
 #include <QCoroTask>
@@ -48,51 +51,54 @@ QList<StartupItem> startupItemsOf(const StartupSources& sources, const PropertyL
 
 } // namespace
 
-QCoro::Task<QList<StartupItem>> SystemManager::discoverStartupItems(StartupRefresh refresh) {
-    if (refresh == StartupRefresh::Force) {
-        invalidateStartupCaches();
+StartupItems::StartupItems(FlowEnvironment& environment, LoginItems& loginItems, LaunchItems& launchItems,
+                           BackgroundItems& backgroundItems)
+    : Flow(environment)
+    , m_loginItems(loginItems)
+    , m_launchItems(launchItems)
+    , m_backgroundItems(backgroundItems) {}
+
+QCoro::Task<QList<StartupItem>> StartupItems::discover() {
+    if (m_found) {
+        co_return std::as_const(*m_found); // one that isn't const would be moved out
     }
-    if (m_discoveredStartupItemsCache) {
-        co_return std::as_const(*m_discoveredStartupItemsCache); // one that isn't const would be moved out
-    }
-    if (m_startupDiscoveryTask) {
-        const QFuture<QList<StartupItem>> running = *m_startupDiscoveryTask;
+    if (m_run) {
+        const QFuture<QList<StartupItem>> running = *m_run;
         co_return co_await running;
     }
-    QPromise<QList<StartupItem>> task;
-    task.start();
-    m_startupDiscoveryTask = task.future();
-    const quint64 age = m_startupCachesAge;
-    const QList<StartupItem> items = co_await findStartupItems();
-    if (age == m_startupCachesAge) {
-        m_discoveredStartupItemsCache = items;
-        m_startupDiscoveryTask.reset();
+    QPromise<QList<StartupItem>> run;
+    run.start();
+    m_run = run.future();
+    const quint64 age = m_age;
+    const QList<StartupItem> items = co_await find();
+    if (age == m_age) {
+        m_found = items;
+        m_run.reset();
     }
-    task.addResult(items);
-    task.finish();
+    run.addResult(items);
+    run.finish();
     co_return items;
 }
 
-QCoro::Task<QList<StartupItem>> SystemManager::findStartupItems() {
+QCoro::Task<QList<StartupItem>> StartupItems::find() {
     StartupSources sources;
-    sources.loginItems = co_await rawLoginItems();
+    const LoginItemList loginItems = co_await m_loginItems.current();
+    sources.loginItems = loginItems.items;
     if (sources.loginItems.isEmpty()) {
-        co_await logMissingSystemEventsPermission();
+        co_await m_loginItems.logMissingPermission();
     }
-    sources.launchFolders = listedLaunchFolders(launchFolders(), m_host.files);
-    if (m_backgroundTaskItemsCache) {
-        sources.backgroundItems = m_backgroundTaskItemsCache->items();
-    }
+    sources.launchFolders = listedLaunchFolders(m_launchItems.folders(), host().files);
+    sources.backgroundItems = m_backgroundItems.records();
     const QFuture<QList<StartupItem>> items =
-        inBackground(startupItemsOf, sources, std::cref(m_host.propertyLists), std::cref(m_host.bundles));
+        inBackground(startupItemsOf, sources, std::cref(host().propertyLists), std::cref(host().bundles));
     co_return co_await items;
 }
 
-void SystemManager::invalidateStartupCaches() {
-    ++m_startupCachesAge;
-    m_startupDiscoveryTask.reset();
-    m_discoveredStartupItemsCache.reset();
-    dropLoginItems();
+void StartupItems::invalidate() {
+    ++m_age;
+    m_run.reset();
+    m_found.reset();
+    m_loginItems.drop();
 }
 
 } // namespace quorvane

@@ -1,9 +1,11 @@
-#include "system/SystemManager.h"
+#include "startup/login/LoginItems.h"
 
 #include "core/Json.h"
 #include "platform/FileManager.h"
+#include "platform/Host.h"
 #include "platform/Machine.h"
 #include "startup/items/LoginItem.h"
+#include "startup/launchd/BackupFolders.h"
 #include "startup/launchd/LaunchFolders.h"
 #include "startup/login/LoginItemRemoval.h"
 #include "startup/login/LoginItemScripts.h"
@@ -11,6 +13,7 @@
 #include <QCoroTask>
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace quorvane {
@@ -25,43 +28,42 @@ QStringList osascript(const QString& script) {
 
 } // namespace
 
-QCoro::Task<QList<LoginItem>> SystemManager::rawLoginItems() {
-    const LoginItemList list = co_await loginItems();
-    co_return list.items;
-}
+LoginItems::LoginItems(FlowEnvironment& environment)
+    : Flow(environment) {}
 
-QCoro::Task<LoginItemList> SystemManager::loginItems() {
-    if (m_rawLoginItemsCache) {
-        co_return std::as_const(*m_rawLoginItemsCache); // a lasting value that isn't const would be moved out
+QCoro::Task<LoginItemList> LoginItems::current() {
+    if (m_list) {
+        co_return std::as_const(*m_list); // a lasting value that isn't const would be moved out
     }
-    const quint64 age = m_loginItemsAge;
-    const LoginItemList list = co_await readLoginItemsFromSystemEvents();
-    if (age == m_loginItemsAge) {
-        m_rawLoginItemsCache = list;
+    const quint64 age = m_age;
+    const LoginItemList list = co_await readFromSystemEvents();
+    if (age == m_age) {
+        m_list = list;
     }
     co_return list;
 }
 
-void SystemManager::dropLoginItems() {
-    ++m_loginItemsAge;
-    m_rawLoginItemsCache.reset();
+void LoginItems::drop() {
+    ++m_age;
+    m_list.reset();
 }
 
-QCoro::Task<LoginItemList> SystemManager::readLoginItemsFromSystemEvents() {
+QCoro::Task<LoginItemList> LoginItems::readFromSystemEvents() {
     const CommandResult result = co_await runCommand(osascript(readLoginItemsScript()), OutputCapture::Capture);
     co_return result.status == 0 ? parsedLoginItems(result.standardOutput) : LoginItemList();
 }
 
-QCoro::Task<QList<LoginItem>> SystemManager::visibleLoginItems() {
-    QList<LoginItem> items = co_await rawLoginItems();
+QCoro::Task<QList<LoginItem>> LoginItems::visible() {
+    const LoginItemList list = co_await current();
+    QList<LoginItem> items = list.items;
     if (items.isEmpty()) {
-        co_await logMissingSystemEventsPermission();
+        co_await logMissingPermission();
     }
     items.removeIf([](const LoginItem& item) { return isProtectedLoginItem(item) || looksLikeBackgroundAgent(item); });
     co_return items;
 }
 
-QCoro::Task<void> SystemManager::logMissingSystemEventsPermission() {
+QCoro::Task<void> LoginItems::logMissingPermission() {
     const CommandResult probe = co_await runCommand(osascript(systemEventsProbeScript()), OutputCapture::Capture);
     if (probe.status != 0) {
         log(u"  [ERROR] Could not read login items: "_s + probe.standardError.trimmed());
@@ -71,65 +73,68 @@ QCoro::Task<void> SystemManager::logMissingSystemEventsPermission() {
 
 /// Runs a script that may change the login items. Unless it says that it left them alone, they are read anew by whoever
 /// looks next.
-QCoro::Task<SystemManager::SystemEventsReply> SystemManager::changeLoginItems(QString script) {
+QCoro::Task<LoginItems::SystemEventsReply> LoginItems::change(QString script) {
     const CommandResult result = co_await runCommand(osascript(script), OutputCapture::Capture);
     const QString reply = result.status == 0 ? result.standardOutput.trimmed() : QString();
     if (reply == u"missing"_s || reply == u"exists"_s) {
         co_return SystemEventsReply::Unchanged;
     }
-    dropLoginItems();
+    drop();
     co_return reply == u"ok"_s ? SystemEventsReply::Done : SystemEventsReply::Failed;
 }
 
-QCoro::Task<bool> SystemManager::removeLoginItemByName(QString name) {
-    co_return co_await changeLoginItems(removeLoginItemByNameScript(name)) == SystemEventsReply::Done;
+QCoro::Task<bool> LoginItems::removeByName(QString name) {
+    co_return co_await change(removeLoginItemByNameScript(name)) == SystemEventsReply::Done;
 }
 
-QCoro::Task<bool> SystemManager::removeLoginItemAtPath(QString path) {
-    co_return co_await changeLoginItems(removeLoginItemAtPathScript(path)) == SystemEventsReply::Done;
+QCoro::Task<bool> LoginItems::removeAtPath(QString path) {
+    co_return co_await change(removeLoginItemAtPathScript(path)) == SystemEventsReply::Done;
 }
 
-QCoro::Task<bool> SystemManager::addLoginItem(QString path, bool hidden) {
-    co_return co_await changeLoginItems(addLoginItemScript(path, hidden)) != SystemEventsReply::Failed;
+QCoro::Task<bool> LoginItems::add(QString path, bool hidden) {
+    co_return co_await change(addLoginItemScript(path, hidden)) != SystemEventsReply::Failed;
 }
 
 /// Removes one item by the means that takes no other with it.
-QCoro::Task<bool> SystemManager::removeLoginItem(LoginItem item, LoginItemRemoval removal) {
+QCoro::Task<bool> LoginItems::remove(LoginItem item, LoginItemRemoval removal) {
     switch (removal.meansFor(item.name, item.path)) {
     case LoginItemRemoval::Means::ByName:
-        co_return co_await removeLoginItemByName(item.name);
+        co_return co_await removeByName(item.name);
     case LoginItemRemoval::Means::ByPath:
-        co_return co_await removeLoginItemAtPath(item.path);
+        co_return co_await removeAtPath(item.path);
     case LoginItemRemoval::Means::None:
         break;
     }
     co_return false;
 }
 
-QCoro::Task<bool> SystemManager::disableLoginItems(QStringList names, QSet<QString> excludedIds) {
+QCoro::Task<bool> LoginItems::removeAndLog(LoginItem item, LoginItemRemoval removal) {
+    const bool isRemoved = co_await remove(item, removal);
+    log((isRemoved ? u"  [APPLIED] Removed login item: "_s : u"  [ERROR] Failed to remove login item: "_s) + item.name);
+    co_return isRemoved;
+}
+
+QCoro::Task<bool> LoginItems::disable(QStringList names, QSet<QString> excludedIds) {
     if (names.isEmpty()) {
         co_return true;
     }
-    createBackupFolder();
-    const LoginItemList list = co_await loginItems();
+    createBackupFolder(environment());
+    const LoginItemList list = co_await current();
     const NamedLoginItems named = namedLoginItems(list, names, excludedIds);
-    writeRemovedLoginItems(named.matched);
+    writeRemoved(named.matched);
     bool succeeded = true;
     for (const LoginItem& item : named.matched) {
         if (holdsBack(item, excludedIds)) {
             continue;
         }
-        const bool isRemoved = co_await removeLoginItem(item, named.removal);
-        log((isRemoved ? u"  [APPLIED] Removed login item: "_s : u"  [ERROR] Failed to remove login item: "_s) +
-            item.name);
-        succeeded = succeeded && isRemoved;
+        succeeded = co_await removeAndLog(item, named.removal) && succeeded;
     }
-    const bool leftoversAreGone = co_await removeLeftoverLoginItems(named, excludedIds);
+    const bool leftoversAreGone = co_await removeLeftover(named, excludedIds);
     co_return leftoversAreGone ? succeeded : false;
 }
 
 /// Names that the list doesn't show: it may be older than the item, or the item is gone already.
-QCoro::Task<bool> SystemManager::removeLeftoverLoginItems(NamedLoginItems named, QSet<QString> excludedIds) {
+QCoro::Task<bool> LoginItems::removeLeftover(NamedLoginItems named, QSet<QString> excludedIds) {
     QSet<QString> missing;
     for (const QString& name : named.leftover) {
         const LoginItem item{name, {}, false};
@@ -140,7 +145,7 @@ QCoro::Task<bool> SystemManager::removeLeftoverLoginItems(NamedLoginItems named,
         if (holdsBack(item, excludedIds)) {
             continue;
         }
-        if (co_await removeLoginItem(item, named.removal)) {
+        if (co_await remove(item, named.removal)) {
             log(u"  [APPLIED] Removed login item: "_s + name);
         } else {
             log(u"  [WARNING] Login item not found or could not be removed: "_s + name);
@@ -150,13 +155,13 @@ QCoro::Task<bool> SystemManager::removeLeftoverLoginItems(NamedLoginItems named,
     if (missing.isEmpty()) {
         co_return true; // apart from the line below: g++ 12 awaits the right side of a co_return's "||" in every case
     }
-    co_return co_await areLoginItemsGone(missing);
+    co_return co_await areGone(missing);
 }
 
 /// Asks the system anew: an item that isn't there needs no removal, but one that nobody may see could be there.
-QCoro::Task<bool> SystemManager::areLoginItemsGone(QSet<QString> names) {
-    dropLoginItems();
-    const LoginItemList list = co_await loginItems();
+QCoro::Task<bool> LoginItems::areGone(QSet<QString> names) {
+    drop();
+    const LoginItemList list = co_await current();
     const bool isShown = std::any_of(list.items.begin(), list.items.end(),
                                      [&names](const LoginItem& item) { return names.contains(item.name); }) ||
                          std::any_of(names.begin(), names.end(),
@@ -165,7 +170,7 @@ QCoro::Task<bool> SystemManager::areLoginItemsGone(QSet<QString> names) {
 }
 
 /// True, with a line in the log, for what stays although it was asked to go.
-bool SystemManager::holdsBack(const LoginItem& item, const QSet<QString>& excludedIds) {
+bool LoginItems::holdsBack(const LoginItem& item, const QSet<QString>& excludedIds) {
     if (isProtectedLoginItem(item)) {
         log(u"  [SKIPPED] Protected login item: "_s + item.name);
         return true;
@@ -178,7 +183,7 @@ bool SystemManager::holdsBack(const LoginItem& item, const QSet<QString>& exclud
 }
 
 /// A record for the user; the program doesn't read it.
-void SystemManager::writeRemovedLoginItems(const QList<LoginItem>& items) {
+void LoginItems::writeRemoved(const QList<LoginItem>& items) {
     if (items.isEmpty()) {
         return;
     }
@@ -189,11 +194,40 @@ void SystemManager::writeRemovedLoginItems(const QList<LoginItem>& items) {
                           {"hidden", item.hidden ? "true" : "false"}});
     }
     try {
-        m_host.files.writeAtomically(backupFolder(m_host.machine.homeFolder()) + u"/login_items.json"_s,
+        host().files.writeAtomically(backupFolder(host().machine.homeFolder()) + u"/login_items.json"_s,
                                      jsonText(record));
     } catch (const FileError& error) {
         log(u"  [WARNING] Could not record the removed login items: "_s + error.message());
     }
+}
+
+QCoro::Task<bool> LoginItems::removeNonPermitted(CleanReboot cleanReboot) {
+    const LoginItemList list = co_await current();
+    if (!list.wasRead) {
+        co_await logMissingPermission();
+        co_return false; // nobody knows what there is
+    }
+    const DividedLoginItems divided = dividedLoginItems(list.items, cleanReboot);
+    if (divided.going.isEmpty()) {
+        log(u"  [APPLIED] Login items already match permitted startup list."_s);
+        co_return true;
+    }
+    log(u"  [ACTION] Removing %1 login item(s) not in permitted startup list..."_s.arg(divided.going.size()));
+    const auto isExcluded = [&cleanReboot](const LoginItem& item) {
+        return isExcludedAgent(item, cleanReboot.excludedIds);
+    };
+    QList<LoginItem> staying = divided.staying;
+    std::copy_if(divided.going.begin(), divided.going.end(), std::back_inserter(staying), isExcluded);
+    const LoginItemRemoval removal(staying);
+    bool succeeded = true;
+    for (const LoginItem& item : divided.going) {
+        if (isExcluded(item)) {
+            log(u"  [SKIPPED] Excluded App Background Activity login item: "_s + item.name);
+            continue;
+        }
+        succeeded = co_await removeAndLog(item, removal) && succeeded;
+    }
+    co_return succeeded;
 }
 
 } // namespace quorvane

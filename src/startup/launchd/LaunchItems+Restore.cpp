@@ -1,0 +1,211 @@
+// The way back for launch plists. The user's own are moved back. Of the system's root keeps a copy in a folder of its own when
+// one is switched off, because the backup folder in the user's home is open to whatever runs as the user: nothing that lies
+// there ever becomes root's again.
+
+#include "startup/launchd/LaunchItems.h"
+
+#include "core/AdminBatch.h"
+#include "core/Paths.h"
+#include "platform/CommandLauncher.h"
+#include "platform/FileManager.h"
+#include "platform/FolderNames.h"
+#include "platform/Host.h"
+#include "platform/Machine.h"
+#include "startup/launchd/BackupFolders.h"
+#include "startup/launchd/LaunchItemNames.h"
+
+#include <QCoroTask>
+
+namespace quorvane {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+using Kind = FileStatus::Kind;
+
+const QString kLaunchctl = u"/bin/launchctl"_s;
+const QString kLibrary = u"/Library"_s; // root's on every Mac
+
+/// The names of the plists that wait in the user's backup folder or were to come back, sorted.
+QStringList plistsToSettle(const LaunchFolder& folder, QStringList putAside, const QStringList& broughtBack) {
+    for (const QString& plist : broughtBack) {
+        if (parentFolder(plist) == folder.path) {
+            putAside.append(lastPathComponent(plist));
+        }
+    }
+    putAside.removeDuplicates();
+    putAside.sort();
+    return putAside;
+}
+
+} // namespace
+
+QCoro::Task<void> LaunchItems::restore() {
+    int count = 0;
+    QString reported;
+    for (const LaunchFolder& folder : folders()) {
+        const QString unusable = unusableBackupFolder(folder);
+        if (!unusable.isEmpty() && unusable != reported) {
+            logUnusableFolder(environment(), unusable);
+            reported = unusable; // the outer folder is the same for all
+        }
+        for (const QString& name : plistsPutAside(folder)) {
+            const bool isRestored = co_await restorePlist(folder, name);
+            count += isRestored ? 1 : 0;
+        }
+    }
+    if (count > 0) {
+        log(u"  [REVERTED] Restored %1 LaunchAgents/Daemons."_s.arg(count));
+    }
+}
+
+/// True when it was moved back. What has come to its place since is newer and stays; of the user's own it is switched on
+/// again instead, because the override that switched the old one off counts for it as well.
+QCoro::Task<bool> LaunchItems::restorePlist(LaunchFolder folder, QString name) {
+    const QString restored = folder.path + u'/' + name;
+    const QString backup = folder.backupFolder + u'/' + name;
+    const bool isTaken = host().files.status(restored).kind != FileStatus::Kind::Missing;
+    if (m_batch.open().bringsBack(restored) || (isTaken && !folder.isUsers)) {
+        co_return false; // root brings its own copy, not the user's
+    }
+    if (folder.isUsers) {
+        // Before the move: a run that ends in between finds the backup again.
+        co_await enableUsersJob(isTaken ? restored : backup);
+    }
+    if (host().commands.isShutDown()) {
+        co_return false; // it is there for the next time
+    }
+    try {
+        host().files.move(backup, isTaken ? backup + u".replaced"_s : restored);
+    } catch (const FileError& error) {
+        log(u"  [WARNING] Could not restore "_s + error.message());
+        if (folder.isUsers) {
+            log(u"  [INFO] Not restored: "_s + name);
+        }
+        co_return false;
+    }
+    co_await load(restored);
+    co_return !isTaken;
+}
+
+/// "unload -w" has left an override behind, and "load" would fail on it.
+QCoro::Task<void> LaunchItems::enableUsersJob(QString plist) {
+    const QString label = launchJobLabel(plist, host().propertyLists);
+    if (!label.isEmpty()) {
+        const QString job = u"gui/%1/"_s.arg(host().machine.userId()) + label;
+        const QStringList enable{kLaunchctl, u"enable"_s, job};
+        co_await runCommand(enable, OutputCapture::Discard);
+    }
+}
+
+QCoro::Task<void> LaunchItems::load(QString plist) {
+    const QStringList load{kLaunchctl, u"load"_s, plist};
+    co_await runCommand(load, OutputCapture::Discard);
+}
+
+/// The first of the folders on the way to what was put aside that is no real folder; empty where there is none such. What
+/// lies where a link leads was never put aside.
+QString LaunchItems::unusableBackupFolder(const LaunchFolder& folder) const {
+    for (const QString& path : {backupFolder(host().machine.homeFolder()), folder.backupFolder}) {
+        const FileStatus::Kind kind = host().files.status(path).kind;
+        if (kind != FileStatus::Kind::Folder && kind != FileStatus::Kind::Missing) {
+            return path;
+        }
+    }
+    return {};
+}
+
+/// The file names of a folder's plists that wait in the user's backup folder. Whatever else lies there isn't the program's.
+QStringList LaunchItems::plistsPutAside(const LaunchFolder& folder) const {
+    QStringList names =
+        unusableBackupFolder(folder).isEmpty() ? namesIn(host().files, folder.backupFolder) : QStringList();
+    names.removeIf([](const QString& name) { return !isLaunchPlistName(name); });
+    return names;
+}
+
+void LaunchItems::queueKept() {
+    for (const LaunchFolder& folder : folders()) {
+        const QStringList names = folder.isUsers ? QStringList() : namesIn(host().files, folder.keepFolder);
+        if (!names.isEmpty() && !isRootsAlone(folder.keepFolder)) {
+            logUnusableFolder(environment(), folder.keepFolder);
+            continue;
+        }
+        for (const QString& name : names) {
+            const KeptLaunchPlist plist = keptPlist(folder, name);
+            if (!isLaunchPlistName(name) || host().files.status(plist.keptPath()).kind != Kind::File) {
+                continue;
+            }
+            m_batch.open().queueLaunchPlistBack(plist.path(),
+                                                reinstateLaunchPlistCommand(plist, host().machine.userId()));
+            log(u"  [ACTION] Queued restore for system launch item: "_s + name);
+        }
+    }
+}
+
+/// Goes by what the disk shows: a batch may have failed after it put a plist back.
+QCoro::Task<void> LaunchItems::settleKept() {
+    const QStringList broughtBack = m_batch.takePlistsBroughtBack();
+    for (const LaunchFolder& folder : folders()) {
+        const QStringList putAside = folder.isUsers ? QStringList() : plistsPutAside(folder);
+        for (const QString& name : plistsToSettle(folder, putAside, broughtBack)) {
+            const QString plist = folder.path + u'/' + name;
+            const bool isRoots = broughtBack.contains(plist);
+            const bool isStillKept =
+                isRoots && host().files.status(folder.keepFolder + u'/' + name).kind != Kind::Missing;
+            if (isStillKept || host().files.status(plist).kind == Kind::Missing) {
+                log(u"  [INFO] Not restored: "_s + name);
+                continue;
+            }
+            if (isRoots && !folder.isDaemons) {
+                co_await load(plist); // an agent runs in the user's session
+            }
+            const QString backup = folder.backupFolder + u'/' + name;
+            if (putAside.contains(name) && holdTheSame(backup, plist)) {
+                removeBackup(backup);
+            }
+        }
+    }
+}
+
+/// False when somebody else than root can have put there what lies there: a folder on the way isn't root's, or isn't one.
+/// What is missing is made by root, when it is needed.
+bool LaunchItems::isRootsAlone(const QString& keepFolder) const {
+    for (QString folder = keepFolder; folder != kLibrary; folder = parentFolder(folder)) {
+        const FileStatus status = host().files.status(folder);
+        const bool isRoots = status.kind == Kind::Folder && status.owner == 0 && !host().files.isWritable(folder);
+        if (status.kind != Kind::Missing && !isRoots) {
+            return false;
+        }
+    }
+    return true;
+}
+
+KeptLaunchPlist LaunchItems::keptPlist(const LaunchFolder& folder, const QString& name) const {
+    KeptLaunchPlist plist{name, folder, {}};
+    const QString kept = plist.keptPath();
+    if (host().files.status(kept).owner == 0 && !host().files.isWritable(kept)) {
+        plist.label =
+            launchJobLabel(kept, host().propertyLists); // of a file that others can change root believes nothing
+    }
+    return plist;
+}
+
+/// False as well when one of them can't be read.
+bool LaunchItems::holdTheSame(const QString& path, const QString& otherPath) const {
+    try {
+        return host().files.read(path) == host().files.read(otherPath);
+    } catch (const FileError&) {
+        return false;
+    }
+}
+
+void LaunchItems::removeBackup(const QString& backup) {
+    try {
+        host().files.remove(backup);
+    } catch (const FileError& error) {
+        log(u"  [WARNING] Could not remove "_s + error.message());
+    }
+}
+
+} // namespace quorvane
