@@ -1,6 +1,8 @@
 #pragma once
 
-#include <nlohmann/json.hpp>
+#include "core/JsonErrors.h"
+#include "core/JsonForward.h"
+#include "json/OrderedJson.h"
 
 #include <QByteArray>
 #include <QDateTime>
@@ -9,7 +11,6 @@
 #include <QString>
 #include <QUuid>
 
-#include <exception>
 #include <optional>
 
 // JSON files, strictly.
@@ -19,42 +20,6 @@
 // the way to its place in the file: "startup.items[3].kind". A value of another type is an error; nothing is
 // converted.
 namespace quorvane {
-
-/// JSON whose objects keep their keys in the order in which they were written.
-using Json = nlohmann::ordered_json;
-
-/// A file or value that isn't what it should be.
-class DecodingError : public std::exception {
-public:
-    /// @param problem  "missing", "not a string"
-    /// @param key      the key at fault with the way to it; empty when it is the whole text
-    explicit DecodingError(const QString& problem, const QString& key = {});
-
-    QString key() const { return m_key; }
-    /// `"startup.items[3].kind": unknown value "x"`, on one line.
-    QString message() const { return QString::fromUtf8(m_text); }
-    const char* what() const noexcept override { return m_text.constData(); }
-    /// The same error, seen from the object or array that holds the value. @param step  "startup" or "[3]"
-    DecodingError within(const QString& step) const;
-
-private:
-    QString m_problem;
-    QString m_key;
-    QByteArray m_text;
-};
-
-/// A record that no file can hold.
-class EncodingError : public std::exception {
-public:
-    explicit EncodingError(const QString& text)
-        : m_text(text.toUtf8()) {}
-
-    QString message() const { return QString::fromUtf8(m_text); }
-    const char* what() const noexcept override { return m_text.constData(); }
-
-private:
-    QByteArray m_text;
-};
 
 /// Reads a JSON text (UTF-8) in time linear in its size. Of two members with one key the first counts.
 /// Throws DecodingError for anything that isn't JSON, and for nesting deeper than 512.

@@ -1,6 +1,7 @@
 #include "profiles/ProfileCloudBackup.h"
 
 #include "core/FileTimestamp.h"
+#include "core/Json.h"
 #include "platform/Machine.h"
 #include "profiles/ProfileJson.h"
 
@@ -13,20 +14,20 @@ namespace quorvane {
 namespace {
 
 using Code = ProfileCloudError::Code;
-using Kind = ProfileCloudBackupKind;
+using BackupKind = ProfileCloudBackupKind;
 
-const QString kExtension = u".json"_s;
+const QString kBackupExtension = u".json"_s;
 
 /// Empty for the kind that is called by its date.
-QString fixedTitle(Kind kind) {
+QString fixedTitle(BackupKind kind) {
     switch (kind) {
-    case Kind::fullLatest:
+    case BackupKind::fullLatest:
         return u"Latest Backup"_s;
-    case Kind::defaultCurrent:
+    case BackupKind::defaultCurrent:
         return u"Default Profile (Current)"_s;
-    case Kind::defaultPrevious:
+    case BackupKind::defaultPrevious:
         return u"Default Profile (Previous)"_s;
-    case Kind::fullTimestamped:
+    case BackupKind::fullTimestamped:
         break;
     }
     return {};
@@ -79,29 +80,29 @@ ProfileCloudBackup decodeProfileCloudBackup(const QByteArray& bytes) {
 }
 
 QString timestampedBackupName(const QDateTime& createdAt) {
-    return u"backup-"_s + fileTimestamp(createdAt) + kExtension;
+    return u"backup-"_s + fileTimestamp(createdAt) + kBackupExtension;
 }
 
 bool isBackupName(const QString& fileName) {
-    return fileName.endsWith(kExtension) && fileName != kExtension;
+    return fileName.endsWith(kBackupExtension) && fileName != kBackupExtension;
 }
 
 ProfileCloudBackupKind backupKindOf(const QString& fileName) {
     if (fileName == kLatestBackupName) {
-        return Kind::fullLatest;
+        return BackupKind::fullLatest;
     }
     if (fileName == kDefaultCurrentName) {
-        return Kind::defaultCurrent;
+        return BackupKind::defaultCurrent;
     }
-    return fileName == kDefaultPreviousName ? Kind::defaultPrevious : Kind::fullTimestamped;
+    return fileName == kDefaultPreviousName ? BackupKind::defaultPrevious : BackupKind::fullTimestamped;
 }
 
 QString ProfileCloudBackupInfo::title(const Machine& machine) const {
-    return kind == Kind::fullTimestamped ? machine.dateAndTimeText(createdAt) : fixedTitle(kind);
+    return kind == BackupKind::fullTimestamped ? machine.dateAndTimeText(createdAt) : fixedTitle(kind);
 }
 
 QString ProfileCloudBackupInfo::detail() const {
-    const bool isDefault = kind == Kind::defaultCurrent || kind == Kind::defaultPrevious;
+    const bool isDefault = kind == BackupKind::defaultCurrent || kind == BackupKind::defaultPrevious;
     const QString what = isDefault ? u"Default profile backup"_s : u"%1 profile(s)"_s.arg(profileCount);
     return what + u" from "_s + deviceName;
 }
@@ -136,8 +137,8 @@ QString summary(int imported, int updated, const QStringList& renamed) {
 }
 
 ClosingAlert backupCompleteAlert(const ProfileCloudBackup& backup) {
-    const QStringList titles{fixedTitle(Kind::fullLatest), fixedTitle(Kind::defaultCurrent),
-                             fixedTitle(Kind::defaultPrevious)};
+    const QStringList titles{fixedTitle(BackupKind::fullLatest), fixedTitle(BackupKind::defaultCurrent),
+                             fixedTitle(BackupKind::defaultPrevious)};
     return {u"Backup Complete"_s,
             u"Saved %1 profile(s) to iCloud.\n\n"_s.arg(backup.profiles.size()) + titles.join(u'\n')};
 }

@@ -1,6 +1,7 @@
 #include "profiles/ProfileCloudManager.h"
 
 #include "core/DeviceName.h"
+#include "core/JsonErrors.h"
 #include "platform/Clock.h"
 #include "platform/CloudDrive.h"
 #include "platform/FileManager.h"
@@ -20,7 +21,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 using Code = ProfileCloudError::Code;
-using Kind = ProfileCloudBackupKind;
+using BackupKind = ProfileCloudBackupKind;
 
 constexpr qsizetype kTimestampedBackupsKept = 20;
 
@@ -222,7 +223,7 @@ void ProfileCloudManager::prune(const QString& folder) {
     for (const QString& name : backupNames(folder)) {
         const QString path = folder + u'/' + name;
         const bool isFolder = m_host.files.status(path).kind == FileStatus::Kind::Folder;
-        if (backupKindOf(name) == Kind::fullTimestamped && !isFolder) {
+        if (backupKindOf(name) == BackupKind::fullTimestamped && !isFolder) {
             files.append({m_host.cloud.modificationDate(path).value_or(distantPast), path});
         }
     }

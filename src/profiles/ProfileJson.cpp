@@ -1,5 +1,6 @@
 #include "profiles/ProfileJson.h"
 
+#include "core/Json.h"
 #include "startup/items/LegacyStartupFields.h"
 
 using namespace Qt::StringLiterals;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/Json.h"
+#include "core/JsonForward.h"
 #include "profiles/UnifiedProfile.h"
 
 // The format of a profile file. A file of an older version has no "startup" and is migrated as it is read;

@@ -1,6 +1,7 @@
 #include "profiles/ProfileManager.h"
 
 #include "core/Collation.h"
+#include "core/JsonErrors.h"
 #include "platform/FileManager.h"
 #include "platform/Machine.h"
 #include "profiles/ProfileJson.h"

@@ -1,5 +1,6 @@
 #include "rehearsal/ProfileFile.h"
 
+#include "core/JsonErrors.h"
 #include "platform/FileManager.h"
 #include "platform/portable/DiskFileManager.h"
 #include "profiles/ProfileJson.h"

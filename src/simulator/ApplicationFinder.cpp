@@ -8,7 +8,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr QStringView kSuffix = u".app";
+constexpr QStringView kBundleSuffix = u".app";
 
 QString text(const PropertyList::Dictionary& dictionary, const QString& key) {
     const auto entry = dictionary.find(key);
@@ -39,18 +39,18 @@ QStringList applicationFolders(const Mac& mac) {
 }
 
 std::optional<Application> readApplication(const Volume& volume, const QString& bundlePath) {
-    if (!bundlePath.endsWith(kSuffix) || !volume.isFolder(bundlePath)) {
+    if (!bundlePath.endsWith(kBundleSuffix) || !volume.isFolder(bundlePath)) {
         return std::nullopt;
     }
     const QString path = volume.canonicalPath(bundlePath);
     const PropertyList::Dictionary info = readInfo(volume, path);
     const QString executable = text(info, u"CFBundleExecutable"_s);
-    const QString name = path.mid(path.lastIndexOf(u'/') + 1).chopped(kSuffix.size());
+    const QString name = path.mid(path.lastIndexOf(u'/') + 1).chopped(kBundleSuffix.size());
     return Application{path, text(info, u"CFBundleIdentifier"_s), executable.isEmpty() ? name : executable};
 }
 
 std::optional<Application> findApplication(const Mac& mac, const Volume& volume, const QString& name) {
-    const QString bundle = name.endsWith(kSuffix) ? name : name + kSuffix.toString();
+    const QString bundle = name.endsWith(kBundleSuffix) ? name : name + kBundleSuffix.toString();
     const QStringList places = applicationFolders(mac);
     for (const QString& folder : places) {
         if (auto found = readApplication(volume, folder + u'/' + bundle)) {

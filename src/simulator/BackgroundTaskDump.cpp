@@ -16,8 +16,8 @@ constexpr int kMachineWide = -2;
 constexpr int kFirstPersonalUserId = 501;
 constexpr int kLabelWidth = 21; // labels end before the 22nd column, which holds the colon
 
-constexpr unsigned kLegacy = 0x10000;
-constexpr unsigned kCurated = 0x80000;
+constexpr unsigned kLegacyFlag = 0x10000;
+constexpr unsigned kCuratedFlag = 0x80000;
 
 /// What distinguishes the systems.
 struct DumpForm {
@@ -53,15 +53,15 @@ QString orNull(const QString& value) {
 
 QString typeText(const BackgroundTask& task, const DumpForm& form) {
     const unsigned bits = backgroundTaskTypeBits(task.type).value_or(0);
-    const bool hidesCurated = form.hasFlags && (bits & kCurated) != 0;
+    const bool hidesCurated = form.hasFlags && (bits & kCuratedFlag) != 0;
     const QString words = hidesCurated ? task.type.section(u' ', 1) : task.type;
-    return words + u" ("_s + hex(hidesCurated ? bits & ~kCurated : bits) + u')';
+    return words + u" ("_s + hex(hidesCurated ? bits & ~kCuratedFlag : bits) + u')';
 }
 
 QString flagsText(const BackgroundTask& task) {
     const unsigned bits = backgroundTaskTypeBits(task.type).value_or(0);
-    const bool isLegacy = (bits & kLegacy) != 0;
-    const bool isCurated = (bits & kCurated) != 0;
+    const bool isLegacy = (bits & kLegacyFlag) != 0;
+    const bool isCurated = (bits & kCuratedFlag) != 0;
     const QString words = isCurated ? u"legacy, curated"_s : isLegacy ? u"legacy"_s : u""_s;
     return u"[ "_s + words + u" ] ("_s + hex((isLegacy ? 1U : 0U) | (isCurated ? 4U : 0U)) + u')';
 }

@@ -14,7 +14,7 @@ namespace {
 constexpr unsigned kLegacy = 0x10000;
 constexpr unsigned kCurated = 0x80000;
 
-QString text(const Json& record, const char* key) {
+QString fieldText(const Json& record, const char* key) {
     const auto entry = record.find(key);
     return entry != record.end() && entry->is_string() ? QString::fromStdString(entry->get<std::string>()) : QString();
 }
@@ -56,13 +56,13 @@ QString withTypeNumber(const QString& identifier, const QString& type) {
 
 QString bundleIdentifierOf(const Json& record, const BackgroundTask& task) {
     const bool isBundle = task.type == u"app"_s || task.type == u"login item"_s;
-    const QString told = text(record, "bundleIdentifier");
+    const QString told = fieldText(record, "bundleIdentifier");
     return told.isEmpty() && isBundle ? withoutTypeNumber(task.identifier) : told;
 }
 
 QString uuidOf(const Json& record, const BackgroundTask& task) {
     static const QUuid kNamespace(u"6f2f1d0a-5d3b-4a53-9a55-0d4d6d7b7463"_s);
-    const QString told = text(record, "uuid");
+    const QString told = fieldText(record, "uuid");
     return told.isEmpty() ? QUuid::createUuidV5(kNamespace, QString::number(task.userId) + u' ' + task.identifier)
                                 .toString(QUuid::WithoutBraces)
                                 .toUpper()
@@ -72,18 +72,18 @@ QString uuidOf(const Json& record, const BackgroundTask& task) {
 BackgroundTask taskFromJson(const Json& record) {
     BackgroundTask task;
     task.userId = number(record, "uid", 0);
-    task.name = text(record, "name");
-    task.developerName = text(record, "developerName");
-    task.teamIdentifier = text(record, "teamIdentifier");
-    task.type = text(record, "type");
-    task.identifier = withTypeNumber(text(record, "identifier"), task.type);
-    task.url = text(record, "url");
-    task.parent = text(record, "parent");
-    task.executablePath = text(record, "executablePath");
+    task.name = fieldText(record, "name");
+    task.developerName = fieldText(record, "developerName");
+    task.teamIdentifier = fieldText(record, "teamIdentifier");
+    task.type = fieldText(record, "type");
+    task.identifier = withTypeNumber(fieldText(record, "identifier"), task.type);
+    task.url = fieldText(record, "url");
+    task.parent = fieldText(record, "parent");
+    task.executablePath = fieldText(record, "executablePath");
     task.bundleIdentifier = bundleIdentifierOf(record, task);
     task.associatedBundleIdentifiers = texts(record, "associatedBundleIdentifiers");
     task.uuid = uuidOf(record, task);
-    task.lastUse = text(record, "lastUse");
+    task.lastUse = fieldText(record, "lastUse");
     task.generation = number(record, "generation", 1);
     task.isEnabled = isOn(record, "enabled");
     task.isAllowed = isOn(record, "allowed");

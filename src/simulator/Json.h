@@ -1,6 +1,6 @@
 #pragma once
 
-#include <nlohmann/json.hpp>
+#include "json/OrderedJson.h"
 
 namespace macsim {
 

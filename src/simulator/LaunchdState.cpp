@@ -8,7 +8,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr const char* kSubject = "launchd";
+constexpr const char* kLaunchdSubject = "launchd";
 
 /// The entry of a nested object, null where a step is missing.
 Json entry(const Json& state, std::initializer_list<std::string> keys) {
@@ -102,7 +102,7 @@ LaunchdState::LaunchdState(const Mac& mac)
 
 bool LaunchdState::exists(const LaunchdDomain& domain) const {
     if (domain.kind == LaunchdDomain::Kind::Gui) {
-        const Json session = entry(m_mac.state().read(kSubject), {"guiSession"});
+        const Json session = entry(m_mac.state().read(kLaunchdSubject), {"guiSession"});
         return domain.userId == m_mac.machine().userId && (session.is_null() || session.get<bool>());
     }
     return domain.userId == 0 || domain.userId == m_mac.machine().userId;
@@ -110,13 +110,13 @@ bool LaunchdState::exists(const LaunchdDomain& domain) const {
 
 std::optional<LaunchdJob> LaunchdState::job(const LaunchdDomain& domain, const QString& label) const {
     const std::string key = label.toStdString();
-    const Json record = entry(m_mac.state().read(kSubject), {"jobs", domain.key().toStdString(), key});
+    const Json record = entry(m_mac.state().read(kLaunchdSubject), {"jobs", domain.key().toStdString(), key});
     return record.is_null() ? std::nullopt : std::optional(jobFromJson(key, record));
 }
 
 std::vector<LaunchdJob> LaunchdState::jobs(const LaunchdDomain& domain) const {
     std::vector<LaunchdJob> jobs;
-    const Json records = entry(m_mac.state().read(kSubject), {"jobs", domain.key().toStdString()});
+    const Json records = entry(m_mac.state().read(kLaunchdSubject), {"jobs", domain.key().toStdString()});
     for (const auto& [label, record] : records.items()) {
         jobs.push_back(jobFromJson(label, record));
     }
@@ -125,7 +125,7 @@ std::vector<LaunchdJob> LaunchdState::jobs(const LaunchdDomain& domain) const {
 
 std::vector<std::pair<QString, bool>> LaunchdState::overrides(const LaunchdDomain& domain) const {
     std::vector<std::pair<QString, bool>> overrides;
-    const Json records = entry(m_mac.state().read(kSubject), {"disabled", domain.overridesKey().toStdString()});
+    const Json records = entry(m_mac.state().read(kLaunchdSubject), {"disabled", domain.overridesKey().toStdString()});
     for (const auto& [label, disabled] : records.items()) {
         overrides.emplace_back(QString::fromStdString(label), disabled.get<bool>());
     }
@@ -133,20 +133,20 @@ std::vector<std::pair<QString, bool>> LaunchdState::overrides(const LaunchdDomai
 }
 
 bool LaunchdState::isDisabled(const LaunchdDomain& domain, const LaunchPlist& plist) const {
-    const Json override = entry(m_mac.state().read(kSubject),
+    const Json override = entry(m_mac.state().read(kLaunchdSubject),
                                 {"disabled", domain.overridesKey().toStdString(), plist.label.toStdString()});
     return override.is_null() ? plist.disabled : override.get<bool>();
 }
 
 void LaunchdState::setDisabled(const LaunchdDomain& domain, const QString& label, bool disabled) const {
-    m_mac.state().update(kSubject, [&](Json& state) {
+    m_mac.state().update(kLaunchdSubject, [&](Json& state) {
         state["disabled"][domain.overridesKey().toStdString()][label.toStdString()] = disabled;
     });
 }
 
 bool LaunchdState::load(const LaunchdDomain& domain, const LaunchPlist& plist) const {
     bool loaded = false;
-    m_mac.state().update(kSubject, [&](Json& state) {
+    m_mac.state().update(kLaunchdSubject, [&](Json& state) {
         Json& jobs = state["jobs"][domain.key().toStdString()];
         const std::string label = plist.label.toStdString();
         loaded = !jobs.contains(label);
@@ -164,7 +164,7 @@ bool LaunchdState::load(const LaunchdDomain& domain, const LaunchPlist& plist) c
 
 bool LaunchdState::unload(const LaunchdDomain& domain, const QString& label) const {
     bool unloaded = false;
-    m_mac.state().update(kSubject, [&](Json& state) {
+    m_mac.state().update(kLaunchdSubject, [&](Json& state) {
         const std::string key = label.toStdString();
         const Json record = entry(state, {"jobs", domain.key().toStdString(), key});
         if (record.is_null()) {
@@ -187,7 +187,7 @@ void LaunchdState::removeProcesses(const LaunchdDomain& domain, const LaunchdJob
 }
 
 void LaunchdState::endProcess(const Process& process, int signal) const {
-    m_mac.state().update(kSubject, [&](Json& state) {
+    m_mac.state().update(kLaunchdSubject, [&](Json& state) {
         Json* job = jobOfProcess(state, process);
         const bool startsAgain = job && process.keepAlive;
         int pid = 0;

@@ -12,19 +12,19 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr const char* kSubject = "loginItems";
+constexpr const char* kItemsSubject = "loginItems";
 constexpr const char* kTasksSubject = "backgroundTasks";
 constexpr const char* kFaultsSubject = "loginItemFaults";
 constexpr QStringView kBundleSuffix = u".app";
 
-std::optional<QString> text(const Json& record, const char* key) {
+std::optional<QString> textIn(const Json& record, const char* key) {
     const auto found = record.find(key);
     return found != record.end() && found->is_string()
                ? std::optional(QString::fromStdString(found->get<std::string>()))
                : std::nullopt;
 }
 
-bool isOn(const Json& record, const char* key) {
+bool isTrue(const Json& record, const char* key) {
     const auto found = record.find(key);
     return found != record.end() && found->is_boolean() && found->get<bool>();
 }
@@ -40,7 +40,7 @@ QString nameOf(const QString& path) {
 }
 
 LoginItem itemFromJson(const Json& record) {
-    return {text(record, "name").value_or(QString()), text(record, "path"), isOn(record, "hidden")};
+    return {textIn(record, "name").value_or(QString()), textIn(record, "path"), isTrue(record, "hidden")};
 }
 
 Json jsonFromItem(const LoginItem& item) {
@@ -58,7 +58,7 @@ auto findRecord(Json& records, const QString& identity) {
 
 auto findRecordOfPath(Json& records, const QString& path) {
     return std::ranges::find_if(records, [&](const Json& each) {
-        const std::optional<QString> other = text(each, "path");
+        const std::optional<QString> other = textIn(each, "path");
         return other && withoutFinalSlash(*other) == withoutFinalSlash(path);
     });
 }
@@ -83,8 +83,8 @@ TaskKey taskKeyOf(const QString& path, const Mac& mac) {
 
 auto findTask(Json& records, const TaskKey& key) {
     return std::ranges::find_if(records, [&](const Json& each) {
-        const bool isUsersApp = text(each, "type") == u"app"_s && each.value("uid", Json()) == key.userId;
-        return isUsersApp && (text(each, "url") == key.url || text(each, "identifier") == key.identifier);
+        const bool isUsersApp = textIn(each, "type") == u"app"_s && each.value("uid", Json()) == key.userId;
+        return isUsersApp && (textIn(each, "url") == key.url || textIn(each, "identifier") == key.identifier);
     });
 }
 
@@ -140,7 +140,7 @@ void disableTask(const Mac& mac, const LoginItem& item) {
 /// Changes the list of login items under its lock.
 template <typename Change>
 void updateItems(const Mac& mac, Change change) {
-    mac.state().update(kSubject, [&](Json& state) {
+    mac.state().update(kItemsSubject, [&](Json& state) {
         if (!state.is_array()) {
             state = Json::array();
         }
@@ -170,11 +170,11 @@ const LoginItem* LoginItems::find(const QString& identity) {
 
 // The mark is taken first: what is written between it and the reading is read, and is read once more.
 void LoginItems::refresh() {
-    const QByteArray revision = m_mac.state().revision(kSubject);
+    const QByteArray revision = m_mac.state().revision(kItemsSubject);
     if (m_isRead && revision == m_revision) {
         return;
     }
-    const Json state = m_mac.state().read(kSubject);
+    const Json state = m_mac.state().read(kItemsSubject);
     m_items.clear();
     m_positions.clear();
     for (const Json& record : state) {
@@ -206,7 +206,7 @@ LoginItem LoginItems::add(const QString& path, bool hidden) {
 }
 
 bool LoginItems::remove(const QString& identity) {
-    const bool isSilent = isOn(m_mac.state().read(kFaultsSubject), "deleteIsSilent");
+    const bool isSilent = isTrue(m_mac.state().read(kFaultsSubject), "deleteIsSilent");
     bool isThere = false;
     updateItems(m_mac, [&](Json& records) {
         const auto found = findRecord(records, identity);

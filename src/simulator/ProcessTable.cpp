@@ -6,10 +6,10 @@ namespace macsim {
 
 namespace {
 
-constexpr const char* kSubject = "processes";
+constexpr const char* kProcessesSubject = "processes";
 constexpr int kFirstFreePid = 300; // below are the processes of the start-up
 
-QString text(const Json& record, const char* key) {
+QString valueText(const Json& record, const char* key) {
     return QString::fromStdString(record.value(key, std::string()));
 }
 
@@ -17,9 +17,9 @@ Process processFromJson(const Json& record) {
     Process process;
     process.pid = record.at("pid").get<int>();
     process.name = QString::fromStdString(record.at("name").get<std::string>());
-    process.path = text(record, "path");
+    process.path = valueText(record, "path");
     process.userId = record.at("uid").get<int>();
-    process.label = text(record, "label");
+    process.label = valueText(record, "label");
     process.keepAlive = record.value("keepAlive", false);
     process.isProtected = record.value("protected", false);
     return process;
@@ -63,7 +63,7 @@ ProcessTable::ProcessTable(const StateStore& state)
 
 std::vector<Process> ProcessTable::list() const {
     std::vector<Process> processes;
-    const Json records = m_state.read(kSubject);
+    const Json records = m_state.read(kProcessesSubject);
     for (const Json& record : records) {
         processes.push_back(processFromJson(record));
     }
@@ -71,14 +71,14 @@ std::vector<Process> ProcessTable::list() const {
 }
 
 std::optional<Process> ProcessTable::find(int pid) const {
-    Json records = m_state.read(kSubject);
+    Json records = m_state.read(kProcessesSubject);
     const auto record = findRecord(records, pid);
     return record == records.end() ? std::nullopt : std::optional(processFromJson(*record));
 }
 
 int ProcessTable::start(const Process& process) const {
     Process started = process;
-    m_state.update(kSubject, [&started](Json& records) {
+    m_state.update(kProcessesSubject, [&started](Json& records) {
         started.pid = freePid(records);
         records.push_back(jsonFromProcess(started));
     });
@@ -86,7 +86,7 @@ int ProcessTable::start(const Process& process) const {
 }
 
 void ProcessTable::remove(int pid) const {
-    m_state.update(kSubject, [pid](Json& records) {
+    m_state.update(kProcessesSubject, [pid](Json& records) {
         const auto record = findRecord(records, pid);
         if (record != records.end()) {
             records.erase(record);
@@ -96,7 +96,7 @@ void ProcessTable::remove(int pid) const {
 
 int ProcessTable::replace(int pid) const {
     int newPid = 0;
-    m_state.update(kSubject, [pid, &newPid](Json& records) {
+    m_state.update(kProcessesSubject, [pid, &newPid](Json& records) {
         const auto record = findRecord(records, pid);
         if (record == records.end()) {
             return;

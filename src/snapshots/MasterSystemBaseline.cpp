@@ -1,6 +1,7 @@
 #include "snapshots/MasterSystemBaseline.h"
 
 #include "core/FileTimestamp.h"
+#include "core/Json.h"
 
 namespace quorvane {
 

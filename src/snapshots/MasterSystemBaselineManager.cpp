@@ -1,6 +1,7 @@
 #include "snapshots/MasterSystemBaselineManager.h"
 
 #include "core/DeviceName.h"
+#include "core/JsonErrors.h"
 #include "platform/Clock.h"
 #include "platform/CloudDrive.h"
 #include "platform/FileManager.h"
@@ -18,7 +19,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr auto kWait = 250ms;
+constexpr auto kWaitForBaseline = 250ms;
 constexpr int kLooksForFile = 12; // about three seconds
 
 const QString kCurrentName = u"master-baseline-current.json"_s;
@@ -67,7 +68,7 @@ QCoro::Task<bool> MasterSystemBaselineManager::currentFileExists() {
 QCoro::Task<bool> MasterSystemBaselineManager::hasMasterBaseline() {
     bool exists = co_await currentFileExists();
     for (int look = 0; look < kLooksForFile && !exists; ++look) {
-        co_await m_host.clock.sleepFor(kWait);
+        co_await m_host.clock.sleepFor(kWaitForBaseline);
         exists = co_await currentFileExists();
     }
     co_return exists;

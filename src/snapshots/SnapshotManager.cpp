@@ -1,5 +1,6 @@
 #include "snapshots/SnapshotManager.h"
 
+#include "core/Json.h"
 #include "platform/FileManager.h"
 #include "platform/Machine.h"
 

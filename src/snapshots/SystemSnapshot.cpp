@@ -1,5 +1,7 @@
 #include "snapshots/SystemSnapshot.h"
 
+#include "core/Json.h"
+
 namespace quorvane {
 
 namespace {

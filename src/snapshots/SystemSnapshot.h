@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/Json.h"
+#include "core/JsonForward.h"
 
 #include <QDateTime>
 #include <QList>

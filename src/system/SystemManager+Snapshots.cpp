@@ -1,5 +1,6 @@
 #include "system/SystemManager.h"
 
+#include "core/JsonErrors.h"
 #include "core/NotificationCenter.h"
 #include "network/NetworkServices.h"
 #include "platform/Clock.h"

@@ -1,5 +1,6 @@
 #include "tweaks/PerformanceSettings.h"
 
+#include "core/Json.h"
 #include "tweaks/TweakCatalogue.h"
 
 #include <algorithm>

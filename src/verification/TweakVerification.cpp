@@ -2,6 +2,8 @@
 
 #include "verification/ValueTests.h"
 
+#include <QCoroTask>
+
 #include <utility>
 
 namespace quorvane {

@@ -5,7 +5,10 @@
 #include "tweaks/PerformanceSettings.h"
 #include "verification/ApplyVerificationResult.h"
 
-#include <QCoroTask>
+namespace QCoro {
+template <typename T>
+class Task;
+}
 
 namespace quorvane {
 

@@ -12,7 +12,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 const QString kDefaultPicture = u"/System/Library/CoreServices/DefaultDesktop.heic"_s;
-const QString kNoLabel = u"Default"_s;
+const QString kNoProfile = u"Default"_s;
 
 } // namespace
 
@@ -34,7 +34,7 @@ void DesktopLabel::restoreOriginals() {
 std::optional<QString> DesktopLabel::restore(const Display& display, const WallpaperManifest& originals) {
     const std::optional<QString> picture = pictureToRestore(display, originals);
     if (picture && !setPicture(display, *picture)) {
-        m_failures.insert(screenIdentifier(display), {m_host.displays.desktopPicture(display), kNoLabel});
+        m_failures.insert(screenIdentifier(display), {m_host.displays.desktopPicture(display), kNoProfile});
     }
     return picture;
 }
@@ -51,7 +51,7 @@ bool DesktopLabel::hasLeftOver() const {
     return std::any_of(displays.cbegin(), displays.cend(), [this](const Display& display) {
         const std::optional<QString> shown = m_host.displays.desktopPicture(display);
         const auto failure = m_failures.constFind(screenIdentifier(display));
-        const bool hasFailed = failure != m_failures.cend() && failure->picture == shown && failure->name == kNoLabel;
+        const bool hasFailed = failure != m_failures.cend() && failure->picture == shown && failure->name == kNoProfile;
         return shown && m_files.isOurs(*shown) && !hasFailed && pictureToRestore(display, manifest());
     });
 }

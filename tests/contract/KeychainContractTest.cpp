@@ -83,7 +83,7 @@ private:
 };
 
 template <typename Each>
-std::unique_ptr<KeychainSubject> makeSubject() {
+std::unique_ptr<KeychainSubject> makeKeychain() {
     return std::make_unique<Each>();
 }
 
@@ -261,8 +261,8 @@ TEST_P(KeychainContract, aQuitEndsOpenPromptsAndAsksNobodyAnyMore) {
     EXPECT_EQ(subject->reasons(), QStringList(u"First"_s));
 }
 
-INSTANTIATE_TEST_SUITE_P(Simulated, KeychainContract, ::testing::Values(&makeSubject<SimulatedKeychainSubject>));
-INSTANTIATE_TEST_SUITE_P(Memory, KeychainContract, ::testing::Values(&makeSubject<MemoryKeychainSubject>));
+INSTANTIATE_TEST_SUITE_P(Simulated, KeychainContract, ::testing::Values(&makeKeychain<SimulatedKeychainSubject>));
+INSTANTIATE_TEST_SUITE_P(Memory, KeychainContract, ::testing::Values(&makeKeychain<MemoryKeychainSubject>));
 
 namespace {
 

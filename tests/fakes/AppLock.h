@@ -22,45 +22,23 @@ using namespace Qt::StringLiterals;
 /// state that it left.
 class AppLock : public ::testing::Test {
 protected:
-    AppLock() { start(); }
+    AppLock();
+    ~AppLock() override;
 
     /// Starts the program anew with the same keychain and preferences.
-    void start() {
-        lock = std::make_unique<LockManager>(keychain, biometrics, alerts, workspace, defaults);
-        QObject::connect(lock.get(), &LockManager::isLockEnabledChanged, [this] { changed(u"isLockEnabled"_s); });
-        QObject::connect(lock.get(), &LockManager::isUnlockedChanged, [this] { changed(u"isUnlocked"_s); });
-        trace.clear();
-    }
-    void enable(const QString& password = kPassword) {
-        ASSERT_EQ(lock->enableLock(password, password), std::nullopt);
-        trace.clear();
-    }
-    void enableAndUnlock(const QString& password = kPassword) {
-        enable(password);
-        ASSERT_TRUE(lock->unlockWithPassword(password));
-        trace.clear();
-    }
-    void makeBiometricsUsable() {
-        biometrics.isUsable = true;
-        biometrics.kind = BiometryType::TouchId;
-    }
+    void start();
+    void enable(const QString& password = kPassword);
+    void enableAndUnlock(const QString& password = kPassword);
+    void makeBiometricsUsable();
 
     /// "off", "locked" or "unlocked"; anything else can't be.
-    QString state() const {
-        if (!lock->isLockEnabled()) {
-            return lock->isUnlocked() ? u"off"_s : u"off and locked"_s;
-        }
-        return lock->isUnlocked() ? u"unlocked"_s : u"locked"_s;
-    }
-    QStringList takeTrace() { return std::exchange(trace, {}); }
-    bool unlockWithFinger() { return QCoro::waitFor(lock->unlockWithBiometrics()); }
-    std::optional<QString> authenticate(const QString& reason = u"Verify"_s) {
-        return QCoro::waitFor(lock->authenticateWithBiometrics(reason));
-    }
-    bool isAllowed(const QString& action) { return QCoro::waitFor(lock->requireUnlock(action)); }
-
-    std::optional<QByteArray> passwordItem() const { return itemData(kPasswordItem); }
-    std::optional<QByteArray> biometricItem() const { return itemData(kBiometricItem); }
+    QString state() const;
+    QStringList takeTrace();
+    bool unlockWithFinger();
+    std::optional<QString> authenticate(const QString& reason = u"Verify"_s);
+    bool isAllowed(const QString& action);
+    std::optional<QByteArray> passwordItem() const;
+    std::optional<QByteArray> biometricItem() const;
 
     static inline const QString kPassword = u"gig7"_s;
     static inline const QString kOtherPassword = u"stage door"_s;
@@ -77,11 +55,8 @@ protected:
     std::unique_ptr<LockManager> lock;
 
 private:
-    void changed(const QString& field) { trace.append(field + u": "_s + state()); }
-    std::optional<QByteArray> itemData(const QPair<QString, QString>& name) const {
-        const auto item = keychain.items.constFind(name);
-        return item != keychain.items.cend() ? std::optional(item->data) : std::nullopt;
-    }
+    void changed(const QString& field);
+    std::optional<QByteArray> itemData(const QPair<QString, QString>& name) const;
 };
 
 } // namespace quorvane

@@ -15,14 +15,8 @@ public:
     int activations = 0;
     int windowOrderings = 0;
 
-    void activateIgnoringOtherApps() override {
-        ++activations;
-        m_trace.append(QStringLiteral("activate"));
-    }
-    void makeWindowsKeyAndOrderFront() override {
-        ++windowOrderings;
-        m_trace.append(QStringLiteral("windows to the front"));
-    }
+    void activateIgnoringOtherApps() override;
+    void makeWindowsKeyAndOrderFront() override;
 
 private:
     QStringList& m_trace;

@@ -14,21 +14,11 @@ class HeldBiometricPrompt final : public BiometricPrompt {
 public:
     QStringList reasons;
 
-    QFuture<BiometricAnswer> ask(const QString& reason) override {
-        reasons.append(reason);
-        QPromise<BiometricAnswer>& promise = m_open.emplace_back();
-        promise.start();
-        return promise.future();
-    }
-    void shutDown() override { answer(BiometricAnswer::Cancel); }
+    QFuture<BiometricAnswer> ask(const QString& reason) override;
+    void shutDown() override;
 
     /// Answers all open prompts.
-    void answer(BiometricAnswer answer) {
-        for (QPromise<BiometricAnswer>& promise : std::exchange(m_open, {})) {
-            promise.addResult(answer);
-            promise.finish();
-        }
-    }
+    void answer(BiometricAnswer answer);
 
 private:
     std::vector<QPromise<BiometricAnswer>> m_open;

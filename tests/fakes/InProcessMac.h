@@ -21,24 +21,9 @@ namespace quorvane {
 class InProcessTools {
 public:
     /// @param faultsFile  what goes wrong with them; none when it is empty
-    InProcessTools(const macsim::Mac& mac, const QString& faultsFile)
-        : m_mac(mac)
-        , m_faults(faultsFile.isEmpty() ? macsim::Faults() : macsim::Faults::fromFile(faultsFile)) {}
+    InProcessTools(const macsim::Mac& mac, const QString& faultsFile);
 
-    macsim::ToolContext context(const QStringList& arguments) {
-        const QString home = m_mac.homeFolder(macsim::Actor::User);
-        macsim::ToolContext made{m_mac,        macsim::simulatorTools(),
-                                 m_authorizer, m_mac.volume(macsim::Actor::User),
-                                 arguments,    {},
-                                 home,         {},
-                                 {},           {}};
-        made.environment = {{QStringLiteral("HOME"), home},
-                            {QStringLiteral("PATH"), QStringLiteral("/usr/bin:/bin:/usr/sbin:/sbin")},
-                            {QStringLiteral("TMPDIR"), m_mac.temporaryFolder()},
-                            {QStringLiteral("USER"), m_mac.machine().userName}};
-        made.faults = &m_faults;
-        return made;
-    }
+    macsim::ToolContext context(const QStringList& arguments);
 
 private:
     /// Agrees to everything.
@@ -57,20 +42,7 @@ public:
     explicit InProcessCommandLauncher(InProcessTools& tools)
         : m_tools(tools) {}
 
-    QFuture<CommandOutcome> run(QStringList arguments, OutputCapture) override {
-        arguments.prepend(QStringLiteral("/usr/bin/env"));
-        macsim::ToolContext context = m_tools.context(arguments);
-        CommandOutcome outcome;
-        outcome.ending = CommandOutcome::Ending::Exited;
-        try {
-            outcome.code = macsim::runCommand(macsim::findCommand(arguments.first(), context), context);
-        } catch (const std::exception& error) {
-            ADD_FAILURE() << commandLine(arguments).toStdString() << ": " << error.what();
-        }
-        outcome.standardOutput = context.output;
-        outcome.standardError = context.error;
-        return QtFuture::makeReadyFuture(outcome);
-    }
+    QFuture<CommandOutcome> run(QStringList arguments, OutputCapture) override;
     void shutDown() override {}
     bool isShutDown() const override { return false; }
 
@@ -83,14 +55,7 @@ public:
     explicit InProcessScriptEngine(InProcessTools& tools)
         : m_tools(tools) {}
 
-    QFuture<ScriptOutcome> run(QString source) override {
-        macsim::ToolContext context = m_tools.context({QStringLiteral("scriptengine")});
-        const auto result = macsim::runScriptOnMac(source, context);
-        if (const auto* error = std::get_if<macsim::ScriptError>(&result)) {
-            return QtFuture::makeReadyFuture(ScriptOutcome{std::nullopt, error->message});
-        }
-        return QtFuture::makeReadyFuture(ScriptOutcome{std::get<macsim::ScriptResult>(result).text, std::nullopt});
-    }
+    QFuture<ScriptOutcome> run(QString source) override;
     void shutDown() override {}
 
 private:
@@ -103,23 +68,11 @@ public:
     /// @param clock       instead of the computer's
     /// @param faultsFile  what goes wrong on purpose, as of SimulatedHostOptions
     InProcessHost(const QString& macFolder, const QString& program, Clock* clock = nullptr,
-                  const QString& faultsFile = {})
-        : m_base(macFolder, m_authorization, {program, faultsFile, {}})
-        , m_tools(m_base.mac(), faultsFile)
-        , m_counter(faultsFile)
-        , m_clock(clock) {}
+                  const QString& faultsFile = {});
+    ~InProcessHost();
 
     const macsim::Mac& mac() const { return m_base.mac(); }
-    Host host() {
-        const Host base = m_base.host();
-        return {m_faultyCommands, m_faultyScripts,
-                base.files,       base.defaults,
-                base.machine,     base.propertyLists,
-                base.bundles,     base.backgroundTaskPermissions,
-                base.cloud,       m_clock != nullptr ? *m_clock : base.clock,
-                base.keychain,    base.biometrics,
-                base.displays,    base.notifications};
-    }
+    Host host();
 
 private:
     AuthorizationPolicy m_authorization{macsim::Authorization::Allow};

@@ -10,11 +10,7 @@ namespace quorvane {
 class ManualClock final : public Clock {
 public:
     QDateTime now() const override { return time; }
-    QFuture<void> sleepFor(std::chrono::milliseconds duration) override {
-        waits.append(duration);
-        time = time.addMSecs(duration.count());
-        return m_turns.sleepFor(std::chrono::milliseconds(0));
-    }
+    QFuture<void> sleepFor(std::chrono::milliseconds duration) override;
     void shutDown() override { m_turns.shutDown(); }
 
     QDateTime time{QDate(2026, 3, 14), QTime(20, 30), Qt::UTC};

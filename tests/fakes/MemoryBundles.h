@@ -11,9 +11,7 @@ namespace quorvane {
 /// Property lists by their paths, apart from the files: a test puts both where it needs both.
 class MemoryPropertyLists final : public PropertyLists {
 public:
-    std::optional<QVariantMap> dictionary(const QString& path) const override {
-        return lists.contains(path) ? std::optional(lists.value(path)) : std::nullopt;
-    }
+    std::optional<QVariantMap> dictionary(const QString& path) const override;
 
     QMap<QString, QVariantMap> lists;
 };
@@ -21,13 +19,8 @@ public:
 /// Info dictionaries of bundles by their paths, and of installed applications by their identifiers.
 class MemoryBundles final : public Bundles {
 public:
-    std::optional<QVariantMap> infoDictionary(const QString& bundlePath) const override {
-        return byPath.contains(bundlePath) ? std::optional(byPath.value(bundlePath)) : std::nullopt;
-    }
-    std::optional<QVariantMap> infoDictionaryWithIdentifier(const QString& bundleIdentifier) const override {
-        return byIdentifier.contains(bundleIdentifier) ? std::optional(byIdentifier.value(bundleIdentifier))
-                                                       : std::nullopt;
-    }
+    std::optional<QVariantMap> infoDictionary(const QString& bundlePath) const override;
+    std::optional<QVariantMap> infoDictionaryWithIdentifier(const QString& bundleIdentifier) const override;
 
     QMap<QString, QVariantMap> byPath;
     QMap<QString, QVariantMap> byIdentifier;

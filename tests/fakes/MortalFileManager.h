@@ -17,41 +17,20 @@ public:
 
     bool isDead() const { return m_isDead; }
 
-    bool exists(const QString& path) const override { return m_files.exists(path); }
-    FileStatus status(const QString& path) const override { return m_files.status(path); }
-    bool isWritable(const QString& path) const override { return m_files.isWritable(path); }
-    QString resolved(const QString& path) const override { return m_files.resolved(path); }
-    QStringList list(const QString& folder) const override { return m_files.list(folder); }
-    std::unique_ptr<FolderEntries> entries(const QString& folder) const override { return m_files.entries(folder); }
-    QByteArray read(const QString& path) const override { return m_files.read(path); }
-    void writeAtomically(const QString& path, const QByteArray& bytes) override {
-        live(path);
-        m_files.writeAtomically(path, bytes);
-    }
-    void move(const QString& from, const QString& to) override {
-        live(from);
-        m_files.move(from, to);
-    }
-    void remove(const QString& path) override {
-        live(path);
-        m_files.remove(path);
-    }
-    void createFolders(const QString& folder) override {
-        if (m_files.exists(folder))
-            return;
-        live(folder);
-        m_files.createFolders(folder);
-    }
+    bool exists(const QString& path) const override;
+    FileStatus status(const QString& path) const override;
+    bool isWritable(const QString& path) const override;
+    QString resolved(const QString& path) const override;
+    QStringList list(const QString& folder) const override;
+    std::unique_ptr<FolderEntries> entries(const QString& folder) const override;
+    QByteArray read(const QString& path) const override;
+    void writeAtomically(const QString& path, const QByteArray& bytes) override;
+    void move(const QString& from, const QString& to) override;
+    void remove(const QString& path) override;
+    void createFolders(const QString& folder) override;
 
 private:
-    void live(const QString& path) {
-        if (!m_isDead && changesLeft-- > 0)
-            return;
-        if (!m_isDead && whenDead)
-            whenDead();
-        m_isDead = true;
-        throw FileError(path, QStringLiteral("The program is dead"));
-    }
+    void live(const QString& path);
 
     FileManager& m_files;
     bool m_isDead = false;

@@ -14,23 +14,12 @@ protected:
         u"/Users/alex/Library/Application Support/Quorvane/system_snapshot.json"_s;
     inline static const QString kHomeBaseline = u"/Users/alex/.quorvane/master-baseline-current.json"_s;
 
-    static QDateTime timeAt(int second) { return QDateTime(QDate(2026, 3, 14), QTime(20, 30, second), Qt::UTC); }
+    static QDateTime timeAt(int second);
 
     /// One value of each kind, and login items and services that differ from those of a Mac that has neither.
-    static SystemSnapshot usersOwn(int second = 0) {
-        SystemSnapshot snapshot;
-        snapshot.id = QUuid::fromString(u"0F8FAD5B-D9CB-469F-A165-70867728950E"_s);
-        snapshot.dateCreated = timeAt(second);
-        snapshot.automaticDownload = u"1"_s;
-        snapshot.siriStatus = u"Disabled"_s;
-        snapshot.uiSoundsEnabled = u"7"_s;
-        return snapshot;
-    }
-
-    void save(const SystemSnapshot& snapshot) { SnapshotManager(files, machine).save(snapshot); }
-    void saveBaseline(const QString& path, const SystemSnapshot& snapshot, const QString& deviceName = u"Studio"_s) {
-        files.addFile(path, encodeMasterBaseline(masterBaselineOf(snapshot, deviceName, {})));
-    }
+    static SystemSnapshot usersOwn(int second = 0);
+    void save(const SystemSnapshot& snapshot);
+    void saveBaseline(const QString& path, const SystemSnapshot& snapshot, const QString& deviceName = u"Studio"_s);
 
     inline static const QString kRestoreSteps =
         u"$ /usr/bin/defaults delete NSGlobalDomain NSAppSleepDisabled\n"

@@ -17,34 +17,17 @@ public:
     explicit ScriptedAlertPresenter(QStringList& trace)
         : m_trace(trace) {}
 
-    QFuture<int> present(const Alert& alert) override {
-        m_trace.append(QStringLiteral("! ") + alert.message + QStringLiteral(" | ") + alert.informativeText +
-                       QStringLiteral(" | ") + alert.buttons.join(QStringLiteral(", ")));
-        return m_isHolding ? heldBack() : QtFuture::makeReadyFuture(0);
-    }
-
-    void shutDown() override {
-        m_isHolding = false;
-        answer(0);
-    }
+    QFuture<int> present(const Alert& alert) override;
+    void shutDown() override;
 
     /// From now on alerts stay open until they are answered.
     void hold() { m_isHolding = true; }
-    qsizetype openCount() const { return static_cast<qsizetype>(m_open.size()); }
+    qsizetype openCount() const;
     /// Presses a button of all open alerts.
-    void answer(int button) {
-        for (QPromise<int>& promise : std::exchange(m_open, {})) {
-            promise.addResult(button);
-            promise.finish();
-        }
-    }
+    void answer(int button);
 
 private:
-    QFuture<int> heldBack() {
-        QPromise<int>& promise = m_open.emplace_back();
-        promise.start();
-        return promise.future();
-    }
+    QFuture<int> heldBack();
 
     QStringList& m_trace;
     bool m_isHolding = false;

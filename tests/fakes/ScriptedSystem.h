@@ -39,13 +39,7 @@ public:
     explicit ScriptedCommandLauncher(QStringList& trace)
         : m_trace(trace) {}
 
-    QFuture<CommandOutcome> run(QStringList arguments, OutputCapture capture) override {
-        const QString line = commandLine(arguments);
-        m_trace.append((capture == OutputCapture::Capture ? u"$> "_s : u"$ "_s) + line);
-        const std::optional<CommandOutcome> answer = respond ? respond(arguments) : std::nullopt;
-        const CommandOutcome outcome = answer.value_or(m_answers.value(line, succeeded({})));
-        return m_isHolding ? heldBack(outcome) : QtFuture::makeReadyFuture(outcome);
-    }
+    QFuture<CommandOutcome> run(QStringList arguments, OutputCapture capture) override;
     void shutDown() override { m_isShutDown = true; }
     bool isShutDown() const override { return m_isShutDown; }
 
@@ -53,40 +47,20 @@ public:
     void hold() { m_isHolding = true; }
     /// Those that come from now on end at once; those that run, run on.
     void holdNoFurther() { m_isHolding = false; }
-    void release() {
-        m_isHolding = false;
-        for (auto& [promise, outcome] : std::exchange(m_held, {})) {
-            promise.addResult(outcome);
-            promise.finish();
-        }
-    }
+    void release();
 
     /// Every other command succeeds without output.
-    void answer(const QString& line, const CommandOutcome& outcome) { m_answers.insert(line, outcome); }
-    void print(const QString& line, const QByteArray& output) { answer(line, succeeded(output)); }
-    void fail(const QString& line, int status, const QByteArray& error = {}) {
-        CommandOutcome outcome = succeeded({});
-        outcome.code = status;
-        outcome.standardError = error;
-        answer(line, outcome);
-    }
+    void answer(const QString& line, const CommandOutcome& outcome);
+    void print(const QString& line, const QByteArray& output);
+    void fail(const QString& line, int status, const QByteArray& error = {});
 
     /// Asked before the table: for commands that change something or whose answers change. None leaves it to the table.
     std::function<std::optional<CommandOutcome>(const QStringList& arguments)> respond;
 
-    static CommandOutcome succeeded(const QByteArray& output) {
-        CommandOutcome outcome;
-        outcome.ending = CommandOutcome::Ending::Exited;
-        outcome.standardOutput = output;
-        return outcome;
-    }
+    static CommandOutcome succeeded(const QByteArray& output);
 
 private:
-    QFuture<CommandOutcome> heldBack(const CommandOutcome& outcome) {
-        auto& [promise, kept] = m_held.emplace_back(QPromise<CommandOutcome>(), outcome);
-        promise.start();
-        return promise.future();
-    }
+    QFuture<CommandOutcome> heldBack(const CommandOutcome& outcome);
 
     QStringList& m_trace;
     QMap<QString, CommandOutcome> m_answers;
@@ -101,22 +75,14 @@ public:
     explicit ScriptedScriptEngine(QStringList& trace)
         : m_trace(trace) {}
 
-    QFuture<ScriptOutcome> run(QString source) override {
-        m_trace.append(u"& "_s + source);
-        const ScriptOutcome outcome =
-            m_outcomes.isEmpty() ? ScriptOutcome{QString(), std::nullopt} : m_outcomes.takeFirst();
-        if (outcome.result && carryOut) {
-            carryOut(source);
-        }
-        return QtFuture::makeReadyFuture(outcome);
-    }
+    QFuture<ScriptOutcome> run(QString source) override;
     void shutDown() override {}
 
     /// Once there is nothing left, every script succeeds with an empty result.
-    void answerNext(const ScriptOutcome& outcome) { m_outcomes.append(outcome); }
+    void answerNext(const ScriptOutcome& outcome);
     /// Does what a script does that succeeds.
     std::function<void(const QString& source)> carryOut;
-    void failNext(const QString& message) { answerNext({std::nullopt, message}); }
+    void failNext(const QString& message);
 
 private:
     QStringList& m_trace;
@@ -125,34 +91,23 @@ private:
 
 class FixedMachine final : public Machine {
 public:
-    QString homeFolder() const override { return u"/Users/alex"_s; }
-    QString applicationSupportFolder() const override { return u"/Users/alex/Library/Application Support"_s; }
-    QString temporaryFolder() const override { return u"/var/folders/zz/alex/T"_s; }
-    QString computerName() const override { return u"Studio"_s; }
+    QString homeFolder() const override;
+    QString applicationSupportFolder() const override;
+    QString temporaryFolder() const override;
+    QString computerName() const override;
     quint32 userId() const override { return MemoryFileManager::kUser; }
-    QString dateAndTimeText(const QDateTime& moment) const override {
-        return QLocale::c().toString(moment.toUTC(), u"MMM d, yyyy 'at' h:mm AP"_s);
-    }
+    QString dateAndTimeText(const QDateTime& moment) const override;
 };
 
 /// A SystemManager over scripted ports. `trace` holds commands, scripts and log lines in the order in which they came.
 class ScriptedSystem : public ::testing::Test {
 protected:
-    ScriptedSystem() {
-        QObject::connect(&system, &SystemManager::messageLogged, [this](const QString& line) { trace.append(line); });
-        QObject::connect(&notifications, &NotificationCenter::posted,
-                         [this](const QString& name, const QVariantMap& userInfo) {
-                             posted.append({name, userInfo});
-                         });
-    }
+    ScriptedSystem();
+    ~ScriptedSystem() override;
 
     /// What was logged, run and asked since the last call, one per line.
-    QString takeTrace() { return std::exchange(trace, {}).join(u'\n') + u'\n'; }
-
-    Host hostWith(FileManager& disk, Clock& time) {
-        return {commands,    scripts, disk, defaults, machine,    propertyLists, bundles,
-                permissions, cloud,   time, keychain, biometrics, displays,      systemNotifications};
-    }
+    QString takeTrace();
+    Host hostWith(FileManager& disk, Clock& time);
 
     QStringList trace;
     QList<QPair<QString, QVariantMap>> posted;

@@ -9,8 +9,8 @@ namespace {
 
 using macsim::Actor;
 
-const QString kHome = u"/Users/alex"_s;
-const QString kUserCaches = kHome + u"/Library/Caches/"_s;
+const QString kUsersHome = u"/Users/alex"_s;
+const QString kUserCaches = kUsersHome + u"/Library/Caches/"_s;
 const QString kSystemChanges =
     u"Quorvane needs your administrator password to make these system changes. Use Touch ID when prompted."_s;
 const MaintenanceSelection kEverything{true, true, true};
@@ -29,7 +29,7 @@ protected:
             file.write(bytes);
             return;
         }
-        const macsim::Volume disk = volume(path.startsWith(kHome) ? Actor::User : Actor::Root);
+        const macsim::Volume disk = volume(path.startsWith(kUsersHome) ? Actor::User : Actor::Root);
         disk.createFolders(path.left(path.lastIndexOf(u'/')));
         disk.write(path, bytes);
     }
@@ -53,10 +53,10 @@ protected:
         put(u"/Library/Caches/com.maker.app/x"_s);
         put(u"/Library/Caches/com.apple.iconservices.store"_s);
         put(u"/Library/Caches/com.native-instruments.plugin"_s);
-        put(kHome + u"/.Trash/old song.wav"_s);
-        put(kHome + u"/.Trash/old set/a"_s);
-        put(kHome + u"/Downloads/Ableton Live.dmg"_s);
-        put(kHome + u"/Downloads/album/one.wav"_s);
+        put(kUsersHome + u"/.Trash/old song.wav"_s);
+        put(kUsersHome + u"/.Trash/old set/a"_s);
+        put(kUsersHome + u"/Downloads/Ableton Live.dmg"_s);
+        put(kUsersHome + u"/Downloads/album/one.wav"_s);
     }
 };
 
@@ -100,8 +100,8 @@ TEST_F(MaintenanceOnSimulatedMac, withACancelledPromptTheOtherStepsRun) {
     EXPECT_TRUE(log().contains(u"  [ERROR] System cache cleanup was cancelled or failed: User canceled.\n"_s));
     EXPECT_TRUE(isThere(u"/Library/Caches/com.maker.app/x"_s));
     EXPECT_EQ(names(kUserCaches), QStringList(u"Ableton"_s));
-    EXPECT_EQ(names(kHome + u"/.Trash"_s), QStringList());
-    EXPECT_EQ(names(kHome + u"/Downloads"_s), QStringList());
+    EXPECT_EQ(names(kUsersHome + u"/.Trash"_s), QStringList());
+    EXPECT_EQ(names(kUsersHome + u"/Downloads"_s), QStringList());
 }
 
 TEST_F(MaintenanceOnSimulatedMac, withNothingInTheSystemFoldersNobodyIsAsked) {
@@ -135,21 +135,21 @@ TEST_F(MaintenanceOnSimulatedMac, aHostileNameInTheSystemFolderDoesNothingAsRoot
 }
 
 TEST_F(MaintenanceOnSimulatedMac, whatALinkLeadsToStays) {
-    put(kHome + u"/Documents/thesis"_s);
-    for (const QString& place : {kUserCaches, kUserCaches + u"inner/"_s, kHome + u"/Downloads/"_s}) {
+    put(kUsersHome + u"/Documents/thesis"_s);
+    for (const QString& place : {kUserCaches, kUserCaches + u"inner/"_s, kUsersHome + u"/Downloads/"_s}) {
         volume().createFolders(place.chopped(1));
-        volume().createLink(place + u"link"_s, kHome + u"/Documents"_s);
+        volume().createLink(place + u"link"_s, kUsersHome + u"/Documents"_s);
         volume().createLink(place + u"dangling"_s, u"/nowhere"_s);
     }
     EXPECT_TRUE(run({true, false, true}).succeeded);
     EXPECT_EQ(names(kUserCaches), QStringList());
-    EXPECT_EQ(names(kHome + u"/Downloads"_s), QStringList());
-    EXPECT_EQ(names(kHome + u"/Documents"_s), QStringList(u"thesis"_s));
+    EXPECT_EQ(names(kUsersHome + u"/Downloads"_s), QStringList());
+    EXPECT_EQ(names(kUsersHome + u"/Documents"_s), QStringList(u"thesis"_s));
 }
 
 TEST_F(MaintenanceOnSimulatedMac, whatCannotBeRemovedIsNotCounted) {
     for (const QString& name : {u"a"_s, u"b"_s, u"c"_s}) {
-        put(kHome + u"/Downloads/"_s + name);
+        put(kUsersHome + u"/Downloads/"_s + name);
     }
     start(R"([{"adapter": "files", "change": 2, "error": "Operation not permitted"}])");
     system->setDebugMode(true);
@@ -160,7 +160,7 @@ TEST_F(MaintenanceOnSimulatedMac, whatCannotBeRemovedIsNotCounted) {
                      "  [ERROR] Removing c from Downloads: /Users/alex/Downloads/c: Operation not permitted\n"
                      "  [APPLIED] Cleared 1 item(s) from Downloads.\n"
                      "\nCleanup Complete!\n"_s);
-    EXPECT_EQ(names(kHome + u"/Downloads"_s), QStringList({u"b"_s, u"c"_s}));
+    EXPECT_EQ(names(kUsersHome + u"/Downloads"_s), QStringList({u"b"_s, u"c"_s}));
 }
 
 TEST_F(MaintenanceOnSimulatedMac, theEventLoopTicksWhileManyEntriesAreRemoved) {
@@ -173,10 +173,10 @@ TEST_F(MaintenanceOnSimulatedMac, theEventLoopTicksWhileManyEntriesAreRemoved) {
 }
 
 TEST_F(MaintenanceOnSimulatedMac, aQuitStopsTheRemoval) {
-    putMany(kHome + u"/Downloads"_s, 3000);
+    putMany(kUsersHome + u"/Downloads"_s, 3000);
     QTimer::singleShot(0, [this] { host->shutDown(); });
     run({false, false, true});
-    EXPECT_GT(names(kHome + u"/Downloads"_s).size(), 0);
+    EXPECT_GT(names(kUsersHome + u"/Downloads"_s).size(), 0);
 }
 
 } // namespace quorvane

@@ -18,7 +18,7 @@ protected:
         : SimulatedSystem(u"dj-laptop"_s) {}
 };
 
-const QString kPreferences = u"/Users/alex/Library/Preferences/"_s;
+const QString kPreferenceFolder = u"/Users/alex/Library/Preferences/"_s;
 
 /// What applying "Live Set" changes as the user, on the fresh Mac.
 const QString kUserChanges =
@@ -228,7 +228,7 @@ TEST_F(ProfileOnSimulatedMac, aFullDiskKeepsTheOldPreferences) {
     start(R"([{"tool": "defaults", "arguments": "write", "diskFull": true}])");
     const macsim::MacPicture before = picture();
     EXPECT_FALSE(QCoro::waitFor(system->applyPerformanceTweaks(PerformanceSettings::fullSelection())));
-    EXPECT_FALSE(picture().changesSince(before).contains(kPreferences));
+    EXPECT_FALSE(picture().changesSince(before).contains(kPreferenceFolder));
     EXPECT_TRUE(log().contains(u"  [MISSING] App Nap — expected disabled\n"_s));
 }
 

@@ -9,7 +9,7 @@ namespace quorvane {
 
 namespace {
 
-const QString kWork = u"/Users/mika/Library/Application Support/Quorvane/WallpaperOverlay"_s;
+const QString kOverlayFolder = u"/Users/mika/Library/Application Support/Quorvane/WallpaperOverlay"_s;
 
 class RehearsalWallpaper : public RehearsalTest {
 protected:
@@ -19,7 +19,7 @@ protected:
     QString picture(const QColor& color) { return file(u"picture.png"_s, pngFile(plainPicture({60, 40}, color))); }
     QString outFile() const { return folder.path() + u"/out.jpg"_s; }
     QStringList workFiles() const {
-        return QDir(macFolder() + kWork).entryList(QDir::Files | QDir::Hidden, QDir::Name);
+        return QDir(macFolder() + kOverlayFolder).entryList(QDir::Files | QDir::Hidden, QDir::Name);
     }
 };
 
@@ -79,10 +79,10 @@ TEST_F(RehearsalWallpaper, overlayShowsTheNameAndTakesItAway) {
     EXPECT_EQ(on.output.toStdString(),
               "  [APPLIED] Wallpaper profile label set to \"Late Night Set\" on 2 display(s).\n"
               "Color LCD: " +
-                  kWork.toStdString() +
+                  kOverlayFolder.toStdString() +
                   "/composited-display-1-late-night-set.jpg\n"
                   "Booth Monitor: " +
-                  kWork.toStdString() + "/composited-display-3-late-night-set.jpg\n");
+                  kOverlayFolder.toStdString() + "/composited-display-3-late-night-set.jpg\n");
     const Ending off = rehearse({u"overlay"_s, u"--off"_s});
     EXPECT_EQ(off.status, 0);
     EXPECT_EQ(off.output, "  [APPLIED] Wallpaper profile label removed.\n"

@@ -20,7 +20,7 @@ namespace {
 const QString kHome = u"/Users/alex"_s;
 const QString kPreferences = kHome + u"/Library/Preferences/"_s;
 
-QString textOf(const Json& json) {
+QString textOfJson(const Json& json) {
     return QString::fromStdString(json.get<std::string>());
 }
 
@@ -29,7 +29,7 @@ QString textOf(const Json& json) {
 QString fileOf(const SnapshotPreference& preference, const RoundTrip& trip) {
     if (preference.isNotificationCenters()) {
         return kPreferences + u"ByHost/com.apple.notificationcenterui."_s +
-               textOf(trip.mac["machine"]["hardwareUuid"]) + u".plist"_s;
+               textOfJson(trip.mac["machine"]["hardwareUuid"]) + u".plist"_s;
     }
     const bool isGlobal = preference.domain == u"NSGlobalDomain";
     return kPreferences + (isGlobal ? u".GlobalPreferences"_s : preference.domain.toString()) + u".plist"_s;
@@ -287,7 +287,7 @@ bool opensAtLogin(const RoundTrip& trip, const QString& path) {
 
 bool holdsBar(const RoundTrip& trip, const QString& key) {
     const Json item = itemBefore(trip, key);
-    return !item.is_null() && (textOf(item["name"]).contains(u'|') || key.contains(u'|'));
+    return !item.is_null() && (textOfJson(item["name"]).contains(u'|') || key.contains(u'|'));
 }
 
 bool isAddedApplication(const Difference& difference, const RoundTrip& trip) {
@@ -371,7 +371,7 @@ bool ranBefore(const Difference& difference, const RoundTrip& trip) {
     const QString name = difference.key.section(u'"', 1, 1);
     const Json& processes = trip.mac["processes"];
     return std::any_of(processes.begin(), processes.end(),
-                       [&](const Json& process) { return textOf(process["name"]) == name; });
+                       [&](const Json& process) { return textOfJson(process["name"]) == name; });
 }
 
 bool isNewRunOfLaunchItem(const Difference& difference, const RoundTrip& trip) {
@@ -400,9 +400,10 @@ bool isLaunchItemNotedAsEnabled(const Difference& difference, const RoundTrip&) 
 /// Of a record, or one that a profile switches off although there is none.
 bool isBackgroundLabel(const QString& label, const RoundTrip& trip) {
     const Json& records = trip.mac["backgroundTasks"]["records"];
-    return std::any_of(
-               records.begin(), records.end(),
-               [&label](const Json& task) { return macsim::withoutTypeNumber(textOf(task["identifier"])) == label; }) ||
+    return std::any_of(records.begin(), records.end(),
+                       [&label](const Json& task) {
+                           return macsim::withoutTypeNumber(textOfJson(task["identifier"])) == label;
+                       }) ||
            std::any_of(trip.applied.begin(), trip.applied.end(), [&label](const UnifiedProfile& profile) {
                return profile.startup.disabledBackgroundLabels().contains(label);
            });
@@ -458,7 +459,7 @@ bool isServiceAfterRevert(const Difference& difference, const RoundTrip& trip) {
 
 bool isServiceWithApostrophe(const Difference& difference, const RoundTrip& trip) {
     const Json service = serviceLeftOff(difference, trip);
-    return !service.is_null() && textOf(service["name"]).contains(u'\'');
+    return !service.is_null() && textOfJson(service["name"]).contains(u'\'');
 }
 
 /// On one of the two ways alone.
@@ -470,7 +471,8 @@ bool on(const Difference& difference, const RoundTrip& trip) {
 } // namespace
 
 QString loginItemKey(const Json& item) {
-    return kLoginItem + (item["path"].is_string() ? textOf(item["path"]) : u"\"%1\""_s.arg(textOf(item["name"])));
+    return kLoginItem +
+           (item["path"].is_string() ? textOfJson(item["path"]) : u"\"%1\""_s.arg(textOfJson(item["name"])));
 }
 
 const QList<RoundTripException>& roundTripExceptions() {

@@ -14,7 +14,7 @@ using Items = QList<ApplyVerificationResult::Item>;
 
 const QString kChatPlist = u"/Users/alex/Library/LaunchAgents/com.chat.plist"_s;
 const QString kVpnPlist = u"/Library/LaunchDaemons/com.vpn.plist"_s;
-const QString kBackup = u"/Users/alex/.quorvane_backup"_s;
+const QString kUsersBackup = u"/Users/alex/.quorvane_backup"_s;
 
 class StartupOnSimulatedMac : public SimulatedStartup {
 protected:
@@ -365,8 +365,8 @@ TEST_F(StartupOnSimulatedMac, launchdThatRefusesDoesNotKeepAPlistInItsPlace) {
     setUpOffice();
     start(R"([{"tool": "launchctl", "status": 5, "error": "Input/output error\n"}])");
     EXPECT_TRUE(switchOff({launchAgentOff(u"com.chat.plist"_s), launchAgentOff(u"com.vpn.plist"_s)}).applySucceeded);
-    EXPECT_TRUE(exists(kBackup + u"/UserHome_Library_LaunchAgents/com.chat.plist"_s));
-    EXPECT_TRUE(exists(kBackup + u"/_Library_LaunchDaemons/com.vpn.plist"_s));
+    EXPECT_TRUE(exists(kUsersBackup + u"/UserHome_Library_LaunchAgents/com.chat.plist"_s));
+    EXPECT_TRUE(exists(kUsersBackup + u"/_Library_LaunchDaemons/com.vpn.plist"_s));
     EXPECT_TRUE(isLoaded(u"com.chat"_s));
 }
 
@@ -408,7 +408,7 @@ TEST_F(StartupOnSimulatedMac, plistsThatCannotBeReadAreKnownByTheirFileNamesAndM
     names.sort();
     EXPECT_EQ(names, plists.keys());
     EXPECT_TRUE(switchOff(off).applySucceeded);
-    EXPECT_EQ(volume().list(kBackup + u"/UserHome_Library_LaunchAgents"_s), plists.keys());
+    EXPECT_EQ(volume().list(kUsersBackup + u"/UserHome_Library_LaunchAgents"_s), plists.keys());
 }
 
 // ---- Names
@@ -497,7 +497,7 @@ TEST_F(StartupOnSimulatedMac, labelsThatAreMoreThanLabelsReachNothing) {
     noted.sort();
     EXPECT_EQ(disabledLabels(), noted);
     changeState("launchd", [](macsim::Json& launchd) { launchd["disabled"]["user/501"] = macsim::Json(); });
-    EXPECT_EQ(picture().changesSince(before), u"+ "_s + kBackup + u": folder\n"_s);
+    EXPECT_EQ(picture().changesSince(before), u"+ "_s + kUsersBackup + u": folder\n"_s);
 }
 
 // ---- Links that lead elsewhere
@@ -539,10 +539,10 @@ TEST_F(StartupOnSimulatedMac, aBackupFolderThatIsALinkTakesNothing) {
     setUpOffice();
     const QString bait = u"/Users/alex/bait"_s;
     volume().createFolder(bait);
-    volume().createLink(kBackup, bait);
+    volume().createLink(kUsersBackup, bait);
     const StartupApplyResult result = switchOff(office());
     EXPECT_FALSE(result.applySucceeded);
-    EXPECT_TRUE(logs(u"  [ERROR] Backup folder is not usable: "_s + kBackup));
+    EXPECT_TRUE(logs(u"  [ERROR] Backup folder is not usable: "_s + kUsersBackup));
     EXPECT_TRUE(exists(kChatPlist));
     EXPECT_TRUE(exists(kVpnPlist));
     EXPECT_TRUE(isLoaded(u"com.vpn"_s, kSystemDomain));
@@ -554,15 +554,16 @@ TEST_F(StartupOnSimulatedMac, aFolderInTheBackupThatIsALinkTakesNothing) {
     setUpOffice();
     const QString bait = u"/Users/alex/bait"_s;
     volume().createFolder(bait);
-    volume().createFolder(kBackup);
+    volume().createFolder(kUsersBackup);
     for (const QString& name :
          {u"UserHome_Library_LaunchAgents"_s, u"_Library_LaunchDaemons"_s, u"bundled-login-items"_s}) {
-        volume().createLink(kBackup + u'/' + name, bait);
+        volume().createLink(kUsersBackup + u'/' + name, bait);
     }
     EXPECT_FALSE(switchOff(office()).applySucceeded);
     for (const QString& name :
          {u"UserHome_Library_LaunchAgents"_s, u"_Library_LaunchDaemons"_s, u"bundled-login-items"_s}) {
-        EXPECT_TRUE(logs(u"  [ERROR] Backup folder is not usable: "_s + kBackup + u'/' + name)) << name.toStdString();
+        EXPECT_TRUE(logs(u"  [ERROR] Backup folder is not usable: "_s + kUsersBackup + u'/' + name))
+            << name.toStdString();
     }
     EXPECT_TRUE(exists(kChatPlist));
     EXPECT_TRUE(exists(kVpnPlist));

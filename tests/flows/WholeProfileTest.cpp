@@ -10,7 +10,7 @@ namespace {
 
 const QString kFestivalPrompt = u"Quorvane needs your administrator password to apply Festival."_s;
 const QString kDockerHelper = u"/Applications/Docker.app/Contents/Library/LoginItems/Docker Helper.app"_s;
-const QString kDaemon = u"/Library/LaunchDaemons/com.backblaze.bzbmenu.plist"_s;
+const QString kBackupDaemon = u"/Library/LaunchDaemons/com.backblaze.bzbmenu.plist"_s;
 
 class WholeProfile : public SimulatedStartup {
 protected:
@@ -90,19 +90,19 @@ TEST_F(WholeProfile, rootRunsOnlyWhatNeedsRoot) {
     const QString backup = u"/Users/mika/.quorvane_backup"_s;
     const QString kept = u"/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchDaemons"_s;
     const QString quarantine = backup + u"/bundled-login-items/com.docker.helper"_s;
-    EXPECT_EQ(
-        commandsOfRoot(),
-        QStringList({u"/usr/bin/pmset -a standby 0 disksleep 0 sleep 0 sms 0"_s, u"/usr/bin/mdutil -a -i off"_s,
-                     u"/usr/bin/tmutil enable"_s, u"/bin/mkdir -p \""_s + kept + u'"',
-                     u"/bin/cp -p "_s + kDaemon + u" \""_s + kept + u"/com.backblaze.bzbmenu.plist\""_s,
-                     u"/bin/mkdir -p "_s + backup + u"/_Library_LaunchDaemons"_s,
-                     u"/bin/rm -f "_s + backup + u"/_Library_LaunchDaemons/com.backblaze.bzbmenu.plist"_s,
-                     u"/bin/launchctl bootout system "_s + kDaemon,
-                     u"/bin/mv "_s + kDaemon + u' ' + backup + u"/_Library_LaunchDaemons/com.backblaze.bzbmenu.plist"_s,
-                     u"/usr/bin/sfltool dumpbtm"_s, u"/bin/mkdir -p "_s + quarantine,
-                     u"/bin/rm -rf \""_s + quarantine + u"/Docker Helper.app\""_s,
-                     u"/usr/bin/ditto \""_s + kDockerHelper + u"\" \""_s + quarantine + u"/Docker Helper.app\""_s,
-                     u"/bin/rm -rf \""_s + kDockerHelper + u"\""_s}));
+    EXPECT_EQ(commandsOfRoot(),
+              QStringList({u"/usr/bin/pmset -a standby 0 disksleep 0 sleep 0 sms 0"_s, u"/usr/bin/mdutil -a -i off"_s,
+                           u"/usr/bin/tmutil enable"_s, u"/bin/mkdir -p \""_s + kept + u'"',
+                           u"/bin/cp -p "_s + kBackupDaemon + u" \""_s + kept + u"/com.backblaze.bzbmenu.plist\""_s,
+                           u"/bin/mkdir -p "_s + backup + u"/_Library_LaunchDaemons"_s,
+                           u"/bin/rm -f "_s + backup + u"/_Library_LaunchDaemons/com.backblaze.bzbmenu.plist"_s,
+                           u"/bin/launchctl bootout system "_s + kBackupDaemon,
+                           u"/bin/mv "_s + kBackupDaemon + u' ' + backup +
+                               u"/_Library_LaunchDaemons/com.backblaze.bzbmenu.plist"_s,
+                           u"/usr/bin/sfltool dumpbtm"_s, u"/bin/mkdir -p "_s + quarantine,
+                           u"/bin/rm -rf \""_s + quarantine + u"/Docker Helper.app\""_s,
+                           u"/usr/bin/ditto \""_s + kDockerHelper + u"\" \""_s + quarantine + u"/Docker Helper.app\""_s,
+                           u"/bin/rm -rf \""_s + kDockerHelper + u"\""_s}));
 }
 
 // ---- Twice
@@ -187,7 +187,7 @@ TEST_F(WholeProfile, aCancelledSecondPromptLeavesOnlyTheHelperOfRoot) {
     EXPECT_TRUE(logs(u"  [ERROR] Failed to quarantine bundled startup resource: Docker Helper.app: User canceled."_s));
     EXPECT_TRUE(waits(kDockerHelper + u"/Contents/Info.plist"_s));
     EXPECT_FALSE(waits(u"/Applications/Dropbox.app/Contents/Library/LoginItems/Dropbox Helper.app"_s));
-    EXPECT_FALSE(waits(kDaemon));
+    EXPECT_FALSE(waits(kBackupDaemon));
 }
 
 TEST_F(WholeProfile, aHangingSystemEventsSuspendsTheApplyUntilTheProgramQuits) {

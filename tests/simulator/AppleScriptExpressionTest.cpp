@@ -6,25 +6,25 @@ namespace macsim {
 
 namespace {
 
-struct Case {
+struct ExpressionCase {
     QString source;
     const char* value; // in source form
 };
 
-struct ErrorCase {
+struct ExpressionErrorCase {
     QString source;
     int number;
     QString message;
 };
 
-void expectValues(std::initializer_list<Case> cases) {
-    for (const Case& each : cases) {
+void expectValues(std::initializer_list<ExpressionCase> cases) {
+    for (const ExpressionCase& each : cases) {
         EXPECT_EQ(valueOf(each.source), each.value) << each.source.toStdString();
     }
 }
 
-void expectErrors(std::initializer_list<ErrorCase> cases) {
-    for (const ErrorCase& each : cases) {
+void expectErrors(std::initializer_list<ExpressionErrorCase> cases) {
+    for (const ExpressionErrorCase& each : cases) {
         const ScriptError error = errorOf(each.source);
         EXPECT_EQ(error.number, each.number) << each.source.toStdString();
         EXPECT_EQ(error.message, each.message) << error.message.toStdString();

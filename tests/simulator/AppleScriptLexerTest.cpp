@@ -22,7 +22,7 @@ std::string tokensIn(const QString& source) {
     return tokens.join(u' ').toStdString();
 }
 
-struct Case {
+struct TokenCase {
     QString source;
     const char* tokens;
 };
@@ -30,7 +30,7 @@ struct Case {
 } // namespace
 
 TEST(AppleScriptLexer, splitsASourceIntoTokens) {
-    const Case cases[] = {
+    const TokenCase cases[] = {
         {u""_s, "."},
         {u"set x to 5"_s, "wset wx wto i5 ."},
         {u"|any name| + 1.5"_s, "bany name s+ r1.5 ."},
@@ -47,7 +47,7 @@ TEST(AppleScriptLexer, splitsASourceIntoTokens) {
         {u"5 ^ 2 'x'"_s, "i5 ?^ i2 ?' wx ?' ."},
         {u"a\rb\nc\r\nd"_s, "wa ; wb ; wc ; wd ."},
     };
-    for (const Case& each : cases) {
+    for (const TokenCase& each : cases) {
         EXPECT_EQ(tokensIn(each.source), each.tokens) << each.source.toStdString();
     }
 }

@@ -6,18 +6,18 @@ namespace macsim {
 
 namespace {
 
-struct Case {
+struct StatementCase {
     QString source;
     const char* value; // in source form
 };
 
-struct ErrorCase {
+struct StatementErrorCase {
     QString source;
     ScriptError error;
 };
 
-void expectValues(std::initializer_list<Case> cases) {
-    for (const Case& each : cases) {
+void expectResults(std::initializer_list<StatementCase> cases) {
+    for (const StatementCase& each : cases) {
         EXPECT_EQ(valueOf(each.source), each.value) << each.source.toStdString();
     }
 }
@@ -25,7 +25,7 @@ void expectValues(std::initializer_list<Case> cases) {
 } // namespace
 
 TEST(AppleScriptStatement, theValueIsThatOfTheLastStatementThatRan) {
-    expectValues({
+    expectResults({
         {u"1\n2"_s, "2"},
         {u"set x to 5"_s, "5"},
         {u"get 5"_s, "5"},
@@ -51,7 +51,7 @@ TEST(AppleScriptStatement, everyLineEndSeparatesStatements) {
 }
 
 TEST(AppleScriptStatement, namesIgnoreCaseAndBars) {
-    expectValues({
+    expectResults({
         {u"SET MyName TO 1\nmyname"_s, "1"},
         {u"set |end| to 4\n|End|"_s, "4"},
         {u"copy 3 to x\nx"_s, "3"},
@@ -66,7 +66,7 @@ TEST(AppleScriptStatement, anUndefinedVariableIsAnError) {
 TEST(AppleScriptStatement, ifTakesTheFirstBranchThatIsTrue) {
     const QString script = u"if x is 1 then\nreturn \"one\"\nelse if x is 2 then\nreturn \"two\"\nelse\n"
                            "return \"many\"\nend if"_s;
-    expectValues({
+    expectResults({
         {u"set x to 1\n"_s + script, "\"one\""},
         {u"set x to 2\n"_s + script, "\"two\""},
         {u"set x to 3\n"_s + script, "\"many\""},
@@ -78,7 +78,7 @@ TEST(AppleScriptStatement, ifTakesTheFirstBranchThatIsTrue) {
 }
 
 TEST(AppleScriptStatement, everyKindOfLoop) {
-    expectValues({
+    expectResults({
         {u"set n to 0\nrepeat\nset n to n + 1\nif n = 4 then exit repeat\nend repeat\nn"_s, "4"},
         {u"set n to 0\nrepeat 3 times\nset n to n + 1\nend repeat\nn"_s, "3"},
         {u"set n to 0\nrepeat -1 times\nset n to n + 1\nend repeat\nn"_s, "0"},
@@ -108,7 +108,7 @@ TEST(AppleScriptStatement, theVariableOfALoopOverAListIsAReference) {
 }
 
 TEST(AppleScriptStatement, tryCatchesTextAndNumber) {
-    expectValues({
+    expectResults({
         {u"try\nerror \"no\" number 5\non error msg number n\nreturn {msg, n}\nend try"_s, "{\"no\", 5}"},
         {u"try\n1 / 0\non error msg\nreturn msg\nend try"_s, "\"Can’t divide 1.0 by zero.\""},
         {u"try\nfoo\non error number n\nreturn n\nend try"_s, "-2753"},
@@ -120,21 +120,21 @@ TEST(AppleScriptStatement, tryCatchesTextAndNumber) {
 }
 
 TEST(AppleScriptStatement, errorsHaveANumberAndAText) {
-    const ErrorCase cases[] = {
+    const StatementErrorCase cases[] = {
         {u"error \"no\" number 5"_s, {5, u"no"_s, 0, 19, false}},
         {u"error \"no\""_s, {-2700, u"no"_s, 0, 10, false}},
         {u"error number -128"_s, {-128, u"User canceled."_s, 0, 17, false}},
         {u"error number 9"_s, {9, u"An error of type 9 has occurred."_s, 0, 14, false}},
         {u"error"_s, {-2700, u"An error has occurred."_s, 0, 5, false}},
     };
-    for (const ErrorCase& each : cases) {
+    for (const StatementErrorCase& each : cases) {
         EXPECT_EQ(errorOf(each.source), each.error) << each.source.toStdString();
     }
     EXPECT_EQ(errorOf(u"try\nfoo\non error m number n\nerror m number n\nend try"_s).start, 28);
 }
 
 TEST(AppleScriptStatement, tellRunsWhatAddressesNoObject) {
-    expectValues({
+    expectResults({
         {u"tell application \"System Events\" to return 0"_s, "0"},
         {u"tell application \"system events\"\nset x to 1\nx + 1\nend tell"_s, "2"},
         {u"tell application \"System Events\" to it"_s, "application \"System Events\""},

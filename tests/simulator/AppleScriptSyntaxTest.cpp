@@ -6,7 +6,7 @@ namespace macsim {
 
 namespace {
 
-struct Case {
+struct SyntaxCase {
     QString source;
     int start;
     int end;
@@ -16,7 +16,7 @@ struct Case {
 } // namespace
 
 TEST(AppleScriptSyntax, theFirstMistakeIsReportedAtItsPlace) {
-    const Case cases[] = {
+    const SyntaxCase cases[] = {
         {u"return"_s + u" \"it\\'s\""_s, 10, 11, u"Expected “\"” but found unknown token."_s},
         {u"return \"open"_s, 7, 12, u"Expected “\"” but found end of script."_s},
         {u"set x to"_s, 8, 8, u"Expected expression but found end of script."_s},
@@ -40,7 +40,7 @@ TEST(AppleScriptSyntax, theFirstMistakeIsReportedAtItsPlace) {
         {u"end tell"_s, 0, 3, u"Expected expression but found “end”."_s},
         {u"«event sysoexec»"_s, 0, 1, u"Expected expression but found unknown token."_s},
     };
-    for (const Case& each : cases) {
+    for (const SyntaxCase& each : cases) {
         const ScriptError expected{-2741, each.message, each.start, each.end, true};
         EXPECT_EQ(errorOf(each.source), expected) << each.source.toStdString();
     }

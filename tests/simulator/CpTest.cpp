@@ -8,8 +8,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const ToolRun kSilent{0, {}, {}};
-
 class Cp : public testing::Test {
 protected:
     ToolRun run(const char16_t* line, Actor actor = Actor::User) {

@@ -8,8 +8,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const ToolRun kSilent{0, {}, {}};
-
 class Ditto : public testing::Test {
 protected:
     ToolRun run(const QStringList& words, Actor actor = Actor::User) {

@@ -16,8 +16,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const ToolRun kSilent{0, {}, {}};
-
 class FileTools : public testing::Test {
 protected:
     FileTools()

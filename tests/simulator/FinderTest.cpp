@@ -10,7 +10,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 const QString kEmptying = u"tell application \"Finder\" to if (count of items in trash) > 0 then empty trash"_s;
-const ToolRun kSilent{0, {}, {}};
 
 /// The user's trash and a script about it.
 class FinderTest : public testing::Test {

@@ -15,7 +15,6 @@ const QString kIdleAgent = u"/Users/alex/Library/LaunchAgents/idle.plist"_s;
 const QString kDaemon = u"/Library/LaunchDaemons/com.x.daemon.plist"_s;
 const QString kSharedAgent = u"/Library/LaunchAgents/com.x.shared.plist"_s;
 const QString kSystemAgent = u"/System/Library/LaunchAgents/com.apple.notificationcenterui.plist"_s;
-const ToolRun kSilent{0, {}, {}};
 
 QByteArray plist(const QString& label, const QString& program, bool keepAlive) {
     PropertyList::Dictionary job{{u"Label"_s, label}, {u"KeepAlive"_s, keepAlive}};

@@ -8,8 +8,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const ToolRun kSilent{0, {}, {}};
-
 class Networksetup : public testing::Test {
 protected:
     void SetUp() override {

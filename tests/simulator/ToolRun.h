@@ -21,6 +21,9 @@ struct ToolRun {
     bool operator==(const ToolRun&) const = default;
 };
 
+/// Success without a word.
+inline const ToolRun kSilent{0, {}, {}};
+
 inline void PrintTo(const ToolRun& run, std::ostream* stream) {
     *stream << "status " << run.status << "\n--- output\n"
             << run.output.toStdString() << "--- error\n"

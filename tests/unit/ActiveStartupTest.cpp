@@ -25,7 +25,7 @@ StartupReadings readingsOfLoginItems(const QList<LoginItem>& items) {
     return readings;
 }
 
-BackgroundTaskItem record(const QString& label, const QString& disposition) {
+BackgroundTaskItem recordWith(const QString& label, const QString& disposition) {
     BackgroundTaskItem made;
     made.name = u"record"_s;
     made.bundleIdentifier = label;
@@ -71,8 +71,8 @@ TEST(ActiveStartup, aBackgroundItemIsActiveWhileARecordWithItsLabelIsOn) {
     const StartupItem known = item(Kind::backgroundLoginItem, u"A"_s, u"com.a"_s);
     EXPECT_EQ(ActiveStartup(readings).isActive(known), std::nullopt);
 
-    readings.backgroundItems =
-        BackgroundTaskList({record(u"com.a"_s, u"[enabled, allowed]"_s), record(u"com.b"_s, u"[disabled, allowed]"_s)});
+    readings.backgroundItems = BackgroundTaskList(
+        {recordWith(u"com.a"_s, u"[enabled, allowed]"_s), recordWith(u"com.b"_s, u"[disabled, allowed]"_s)});
     const ActiveStartup active(readings);
     EXPECT_EQ(active.isActive(known), std::optional(true));
     EXPECT_EQ(active.isActive(item(Kind::backgroundLoginItem, u"B"_s, u"com.b"_s)), std::optional(false));

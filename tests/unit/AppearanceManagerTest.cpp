@@ -17,7 +17,7 @@ namespace {
 
 using Schemes = QList<std::optional<ColorScheme>>;
 
-const QString kKey = u"appearanceMode"_s;
+const QString kAppearanceKey = u"appearanceMode"_s;
 const QString kThemeChanged = u"AppleInterfaceThemeChangedNotification"_s;
 
 class AppearanceManagerTest : public ::testing::Test {
@@ -28,12 +28,12 @@ protected:
     void start() {
         manager = std::make_unique<AppearanceManager>(appearance, notifications, defaults);
         QObject::connect(manager.get(), &AppearanceManager::appearanceChanged, [this] {
-            heard.append(manager->mode() + u", stored "_s + defaults.string(kKey).value_or(u"nothing"_s) +
+            heard.append(manager->mode() + u", stored "_s + defaults.string(kAppearanceKey).value_or(u"nothing"_s) +
                          u", applied %1"_s.arg(appearance.schemes.size()));
         });
     }
     void startWith(const QString& mode) {
-        defaults.values.insert(kKey, mode);
+        defaults.values.insert(kAppearanceKey, mode);
         start();
     }
     /// What those who draw were told since the last call.
@@ -77,7 +77,7 @@ TEST_F(AppearanceManagerTest, whoDrawsFindsTheModeStoredAndApplied) {
 TEST_F(AppearanceManagerTest, settingTheSameModeTwiceWritesAndAppliesItOnce) {
     manager->setMode(u"dark"_s);
     manager->setMode(u"dark"_s);
-    EXPECT_EQ(defaults.writtenKeys, QStringList(kKey));
+    EXPECT_EQ(defaults.writtenKeys, QStringList(kAppearanceKey));
     EXPECT_EQ(appearance.schemes.size(), 1);
     EXPECT_EQ(takeHeard().size(), 1);
 }
@@ -105,14 +105,14 @@ TEST_F(AppearanceManagerTest, anUnknownModeBehavesAsTheSystems) {
         takeHeard();
         notifications.post(kThemeChanged);
         EXPECT_EQ(takeHeard().size(), 1) << mode.toStdString();
-        EXPECT_EQ(defaults.string(kKey), mode) << "it stays until the mode is set";
+        EXPECT_EQ(defaults.string(kAppearanceKey), mode) << "it stays until the mode is set";
     }
     manager->setMode(u"system"_s);
-    EXPECT_EQ(defaults.string(kKey), u"system"_s);
+    EXPECT_EQ(defaults.string(kAppearanceKey), u"system"_s);
 }
 
 TEST_F(AppearanceManagerTest, aValueThatIsNoTextCountsAsMissing) {
-    defaults.values.insert(kKey, true);
+    defaults.values.insert(kAppearanceKey, true);
     start();
     EXPECT_EQ(manager->mode(), u"system"_s);
 }

@@ -4,32 +4,32 @@ namespace quorvane {
 
 namespace {
 
-const QString kTool = u"/usr/bin/sfltool dumpbtm"_s;
+const QString kDumpTool = u"/usr/bin/sfltool dumpbtm"_s;
 const QString kLibrary = u"/System/Library/Frameworks/ServiceManagement.framework/ServiceManagement"_s;
 const QString kLoginItemSymbol = u"SMLoginItemSetUserAllowed_4BTM"_s;
 const QString kLaunchdSymbol = u"SMLaunchdPlistSetUserAllowed_4BTM"_s;
 const QString kLookUp = u"? open "_s + kLibrary + u'\n';
-const QString kUnavailable =
+const QString kNoList =
     u"  [INFO] ServiceManagement BTM APIs unavailable; using launchctl and quarantine fallback.\n"_s;
 const QString kPrompt = u"Please."_s;
 
-const QString kHelper = u"com.getdropbox.dropbox.helper"_s;
-const QString kHelperFile = u"/Applications/Dropbox.app/Contents/Library/LoginItems/Dropbox Helper.app"_s;
-const QString kAgent = u"com.getdropbox.updater"_s;
+const QString kDropboxHelper = u"com.getdropbox.dropbox.helper"_s;
+const QString kDropboxHelperFile = u"/Applications/Dropbox.app/Contents/Library/LoginItems/Dropbox Helper.app"_s;
+const QString kUpdater = u"com.getdropbox.updater"_s;
 const QString kAgentFile = u"/Applications/Dropbox.app/Contents/Library/LaunchAgents/com.getdropbox.updater.plist"_s;
 
 /// Dropbox with a helper, its updater which only the bundle knows, a player with a login item, and DJ software.
-QList<BackgroundTaskItem> laptop() {
+QList<BackgroundTaskItem> laptopRecords() {
     return {applicationRecord(u"Dropbox"_s, u"com.getdropbox.dropbox"_s),
-            backgroundRecord(u"Dropbox Helper"_s, kHelper, u"com.getdropbox.dropbox"_s),
+            backgroundRecord(u"Dropbox Helper"_s, kDropboxHelper, u"com.getdropbox.dropbox"_s),
             backgroundRecord(u"Player"_s, u"com.player.menu"_s), backgroundRecord(u"Serato Helper"_s, u"com.x.sync"_s)};
 }
 
 class BackgroundLoginItems : public StartupSystem {
 protected:
     BackgroundLoginItems() {
-        commands.fail(kTool, 1, "sfltool[9:9] authorization failed\n");
-        files.addFile(kHelperFile, "helper");
+        commands.fail(kDumpTool, 1, "sfltool[9:9] authorization failed\n");
+        files.addFile(kDropboxHelperFile, "helper");
         files.addFile(kAgentFile, "agent");
     }
 
@@ -85,63 +85,63 @@ TEST_F(BackgroundLoginItems, nothingToSwitchOffIsSaidAndAsksForNothing) {
 }
 
 TEST_F(BackgroundLoginItems, theLadderGoesFromTheSystemsSwitchToTheHelpersFile) {
-    cacheDump(laptop());
-    EXPECT_TRUE(disableLabels({kHelper}));
+    cacheDump(laptopRecords());
+    EXPECT_TRUE(disableLabels({kDropboxHelper}));
     EXPECT_EQ(takeTrace(), u"  [ACTION] Disabling 1 background login item(s)...\n"_s + kLookUp +
                                u"  [INFO] BTM service API unavailable for com.getdropbox.dropbox.helper; using "
                                "launchctl/quarantine fallback.\n"_s +
-                               launchctlLines(kHelper) +
+                               launchctlLines(kDropboxHelper) +
                                u"  [APPLIED] Disabled background login item: com.getdropbox.dropbox.helper\n"
                                "$> /usr/bin/ditto \""_s +
-                               kHelperFile + u"\" \""_s + kQuarantine +
+                               kDropboxHelperFile + u"\" \""_s + kQuarantine +
                                u"com.getdropbox.dropbox.helper/Dropbox Helper.app\"\n"
                                "  [APPLIED] Quarantined bundled startup resource: Dropbox Helper.app\n"_s);
-    EXPECT_FALSE(isActive(kHelper));
-    EXPECT_FALSE(files.exists(kHelperFile));
-    EXPECT_EQ(files.read(kQuarantine + kHelper + u"/Dropbox Helper.app"_s), "helper");
+    EXPECT_FALSE(isActive(kDropboxHelper));
+    EXPECT_FALSE(files.exists(kDropboxHelperFile));
+    EXPECT_EQ(files.read(kQuarantine + kDropboxHelper + u"/Dropbox Helper.app"_s), "helper");
 }
 
 TEST_F(BackgroundLoginItems, theSystemsSwitchIsTriedFirstAndMarksTheItem) {
     permissions.isLibraryThere = true;
     permissions.answers = {{kLoginItemSymbol, true}};
-    cacheDump(laptop());
-    commands.fail(u"/bin/launchctl disable gui/501/"_s + kHelper, 1, "Could not disable\n");
-    EXPECT_FALSE(disableLabels({kHelper}));
+    cacheDump(laptopRecords());
+    commands.fail(u"/bin/launchctl disable gui/501/"_s + kDropboxHelper, 1, "Could not disable\n");
+    EXPECT_FALSE(disableLabels({kDropboxHelper}));
     EXPECT_EQ(takeTrace().section(u"$> /usr/bin/ditto"_s, 0, 0),
               u"  [ACTION] Disabling 1 background login item(s)...\n"_s + kLookUp + u"? look up "_s + kLoginItemSymbol +
                   u"\n? look up "_s + kLaunchdSymbol + u"\n? "_s + kLoginItemSymbol +
                   u" /Applications/Dropbox.app com.getdropbox.dropbox.helper false\n"
                   "  [APPLIED] Disallowed BTM service: com.getdropbox.dropbox.helper\n"_s +
-                  launchctlLines(kHelper) +
+                  launchctlLines(kDropboxHelper) +
                   u"  [ERROR] Failed to disable background login item: com.getdropbox.dropbox.helper\n"_s);
-    EXPECT_FALSE(isActive(kHelper));
+    EXPECT_FALSE(isActive(kDropboxHelper));
 }
 
 TEST_F(BackgroundLoginItems, aSwitchThatRefusesStopsNoFurtherRung) {
     permissions.isLibraryThere = true;
     permissions.answers = {{kLoginItemSymbol, false}, {kLaunchdSymbol, false}};
-    cacheDump(laptop());
-    EXPECT_TRUE(disableLabels({kHelper}));
+    cacheDump(laptopRecords());
+    EXPECT_TRUE(disableLabels({kDropboxHelper}));
     EXPECT_EQ(logged(u"  ["_s), u"  [ACTION] Disabling 1 background login item(s)...\n"
                                 "  [APPLIED] Disabled background login item: com.getdropbox.dropbox.helper\n"
                                 "  [APPLIED] Quarantined bundled startup resource: Dropbox Helper.app\n"_s);
 }
 
 TEST_F(BackgroundLoginItems, aFailureOfLaunchdStopsNeitherTheNextLabelNorTheQuarantine) {
-    cacheDump(laptop());
-    commands.fail(u"/bin/launchctl disable gui/501/"_s + kHelper, 1, "Operation not permitted\n");
-    EXPECT_FALSE(disableLabels({kHelper, u"com.player.menu"_s}));
+    cacheDump(laptopRecords());
+    commands.fail(u"/bin/launchctl disable gui/501/"_s + kDropboxHelper, 1, "Operation not permitted\n");
+    EXPECT_FALSE(disableLabels({kDropboxHelper, u"com.player.menu"_s}));
     EXPECT_EQ(logged(u"  [APPLIED]"_s) + logged(u"  [ERROR]"_s),
               u"  [APPLIED] Disabled background login item: com.player.menu\n"
               "  [APPLIED] Quarantined bundled startup resource: Dropbox Helper.app\n"
               "  [ERROR] Failed to disable background login item: com.getdropbox.dropbox.helper\n"_s);
-    EXPECT_TRUE(isActive(kHelper));
+    EXPECT_TRUE(isActive(kDropboxHelper));
     EXPECT_FALSE(isActive(u"com.player.menu"_s));
-    EXPECT_FALSE(files.exists(kHelperFile));
+    EXPECT_FALSE(files.exists(kDropboxHelperFile));
 }
 
 TEST_F(BackgroundLoginItems, aServiceThatIsOffOrUnknownToLaunchdCountsAsDisabled) {
-    cacheDump(laptop());
+    cacheDump(laptopRecords());
     struct Case {
         QByteArray error;
         bool isDisabled;
@@ -156,9 +156,9 @@ TEST_F(BackgroundLoginItems, aServiceThatIsOffOrUnknownToLaunchdCountsAsDisabled
 
 TEST_F(BackgroundLoginItems, withoutADumpTheLabelsAloneAreUsed) {
     scripts.failNext(u"User canceled."_s);
-    EXPECT_TRUE(disableLabels({kHelper}));
-    EXPECT_EQ(takeTrace(), u"  [ACTION] Disabling 1 background login item(s)...\n$> "_s + kTool + u'\n' +
-                               prompted(dumpLine(), kSystemChanges) + launchctlLines(kHelper) +
+    EXPECT_TRUE(disableLabels({kDropboxHelper}));
+    EXPECT_EQ(takeTrace(), u"  [ACTION] Disabling 1 background login item(s)...\n$> "_s + kDumpTool + u'\n' +
+                               prompted(dumpLine(), kSystemChanges) + launchctlLines(kDropboxHelper) +
                                u"  [APPLIED] Disabled background login item: com.getdropbox.dropbox.helper\n"_s);
 }
 
@@ -172,7 +172,7 @@ TEST_F(BackgroundLoginItems, eachLabelIsSwitchedOffOnceAndTheRecordsCounted) {
 }
 
 TEST_F(BackgroundLoginItems, labelsThatCannotStandInATargetAreSkipped) {
-    cacheDump(laptop());
+    cacheDump(laptopRecords());
     EXPECT_TRUE(disableLabels({{}, u"."_s, u".."_s, u"-k"_s, u"a/b"_s, u"com.player.menu"_s}));
     EXPECT_EQ(takeTrace(), u"  [ACTION] Disabling 6 background login item(s)...\n"
                            "  [SKIPPED] Unusable background label: \n"
@@ -189,7 +189,7 @@ TEST_F(BackgroundLoginItems, labelsThatCannotStandInATargetAreSkipped) {
 TEST_F(BackgroundLoginItems, audioSoftwareIsSkippedByLabelRecordAndApplication) {
     BackgroundTaskItem daemon = backgroundRecord(u"NTKDaemon"_s, u"com.ntk.daemon"_s);
     daemon.url = u"file:///Library/Application%20Support/Native%20Instruments/NTKDaemon.app/"_s;
-    QList<BackgroundTaskItem> records = laptop();
+    QList<BackgroundTaskItem> records = laptopRecords();
     records += {daemon, applicationRecord(u"Traktor"_s, u"com.ni.deck"_s),
                 backgroundRecord(u"Deck Sync"_s, u"com.ni.sync"_s, u"com.ni.deck"_s)};
     cacheDump(records);
@@ -202,11 +202,11 @@ TEST_F(BackgroundLoginItems, audioSoftwareIsSkippedByLabelRecordAndApplication) 
 }
 
 TEST_F(BackgroundLoginItems, helpersOfAServiceGoAsCloudItems) {
-    QList<BackgroundTaskItem> records = laptop();
+    QList<BackgroundTaskItem> records = laptopRecords();
     records.removeFirst(); // an application is a record of its service too
     cacheDump(records);
     EXPECT_TRUE(disableServices({CloudSyncService::dropbox}));
-    EXPECT_EQ(takeTrace(), u"  [ACTION] Disabling 1 cloud sync launch item(s)...\n"_s + launchctlLines(kHelper) +
+    EXPECT_EQ(takeTrace(), u"  [ACTION] Disabling 1 cloud sync launch item(s)...\n"_s + launchctlLines(kDropboxHelper) +
                                u"  [APPLIED] Disabled cloud sync launch item: com.getdropbox.dropbox.helper\n"_s);
     EXPECT_TRUE(disableServices({CloudSyncService::dropbox}));
     EXPECT_EQ(takeTrace(), u"  [APPLIED] Cloud Sync Launch Items already match disabled list.\n"_s);
@@ -223,159 +223,164 @@ TEST_F(BackgroundLoginItems, aPlugInWithAProductsNameStays) {
 // ---- The ladder in a batch
 
 TEST_F(BackgroundLoginItems, anOpenBatchQueuesAndRunsNothing) {
-    cacheDump(laptop());
+    cacheDump(laptopRecords());
     system.beginAdminBatch();
-    EXPECT_TRUE(disableLabels({kHelper}));
+    EXPECT_TRUE(disableLabels({kDropboxHelper}));
     EXPECT_EQ(takeTrace(), u"  [ACTION] Disabling 1 background login item(s)...\n"_s + kLookUp +
                                u"  [INFO] BTM service API unavailable for com.getdropbox.dropbox.helper; using "
                                "launchctl/quarantine fallback.\n"
                                "  [APPLIED] Queued disable for background login item: com.getdropbox.dropbox.helper\n"
                                "  [ACTION] Queued quarantine for bundled startup resource: Dropbox Helper.app\n"_s);
-    EXPECT_FALSE(isActive(kHelper));
-    EXPECT_TRUE(files.exists(kHelperFile));
+    EXPECT_FALSE(isActive(kDropboxHelper));
+    EXPECT_TRUE(files.exists(kDropboxHelperFile));
     EXPECT_TRUE(finish());
     EXPECT_EQ(takeTrace(),
-              prompted(queuedLaunchctl(kHelper) + u" ; "_s + quarantineLine(kHelperFile, kHelper), kPrompt));
-    EXPECT_FALSE(files.exists(kHelperFile));
+              prompted(queuedLaunchctl(kDropboxHelper) + u" ; "_s + quarantineLine(kDropboxHelperFile, kDropboxHelper),
+                       kPrompt));
+    EXPECT_FALSE(files.exists(kDropboxHelperFile));
 }
 
 TEST_F(BackgroundLoginItems, aBatchThatFailsLeavesItsLabelsOn) {
-    cacheDump(laptop());
+    cacheDump(laptopRecords());
     system.beginAdminBatch();
-    EXPECT_TRUE(disableLabels({kHelper, u"com.player.menu"_s}));
-    EXPECT_FALSE(isActive(kHelper));
+    EXPECT_TRUE(disableLabels({kDropboxHelper, u"com.player.menu"_s}));
+    EXPECT_FALSE(isActive(kDropboxHelper));
     scripts.failNext(u"User canceled."_s);
     EXPECT_FALSE(finish());
-    EXPECT_TRUE(isActive(kHelper));
+    EXPECT_TRUE(isActive(kDropboxHelper));
     EXPECT_TRUE(isActive(u"com.player.menu"_s));
 }
 
 TEST_F(BackgroundLoginItems, whatTheSystemHasDisallowedStaysOffWhenTheBatchFails) {
     permissions.isLibraryThere = true;
     permissions.answers = {{kLoginItemSymbol, true}};
-    cacheDump(laptop());
+    cacheDump(laptopRecords());
     openDeferredBatch();
-    plan({kHelper, u"com.player.menu"_s}); // queued, and then disallowed when the batch is finished
+    plan({kDropboxHelper, u"com.player.menu"_s}); // queued, and then disallowed when the batch is finished
     scripts.failNext(u"User canceled."_s);
     EXPECT_FALSE(finish());
-    EXPECT_FALSE(isActive(kHelper));
+    EXPECT_FALSE(isActive(kDropboxHelper));
     EXPECT_TRUE(isActive(u"com.player.menu"_s));
 }
 
 // ---- The plan
 
 TEST_F(BackgroundLoginItems, withAKnownListThePlanGoesIntoTheBatchsOnePrompt) {
-    cacheDump(laptop());
+    cacheDump(laptopRecords());
     openDeferredBatch();
     plan({u"com.player.menu"_s}, {CloudSyncService::dropbox}); // the helper is discovered as an item of the service
     EXPECT_EQ(logged(u"  [ACTION] Queued"_s),
               u"  [ACTION] Queued disable for background login label: com.getdropbox.dropbox.helper\n"
               "  [ACTION] Queued disable for background login label: com.player.menu\n"_s);
     EXPECT_TRUE(finish());
-    EXPECT_EQ(takeTrace(), kLookUp + kUnavailable +
-                               u"  [ACTION] Queued disable for background login label: com.getdropbox.dropbox\n"
-                               "  [ACTION] Queued quarantine for bundled startup resource: Dropbox Helper.app\n"_s +
-                               prompted(queuedLaunchctl(kHelper) + u" ; "_s + queuedLaunchctl(u"com.player.menu"_s) +
-                                            u" ; "_s + queuedLaunchctl(u"com.getdropbox.dropbox"_s) + u" ; "_s +
-                                            quarantineLine(kHelperFile, kHelper),
-                                        kPrompt));
-    EXPECT_FALSE(isActive(kHelper));
-    EXPECT_FALSE(files.exists(kHelperFile));
+    EXPECT_EQ(takeTrace(),
+              kLookUp + kNoList +
+                  u"  [ACTION] Queued disable for background login label: com.getdropbox.dropbox\n"
+                  "  [ACTION] Queued quarantine for bundled startup resource: Dropbox Helper.app\n"_s +
+                  prompted(queuedLaunchctl(kDropboxHelper) + u" ; "_s + queuedLaunchctl(u"com.player.menu"_s) +
+                               u" ; "_s + queuedLaunchctl(u"com.getdropbox.dropbox"_s) + u" ; "_s +
+                               quarantineLine(kDropboxHelperFile, kDropboxHelper),
+                           kPrompt));
+    EXPECT_FALSE(isActive(kDropboxHelper));
+    EXPECT_FALSE(files.exists(kDropboxHelperFile));
     EXPECT_TRUE(isActive(u"com.x.sync"_s));
 }
 
 TEST_F(BackgroundLoginItems, aLaunchAgentThatOnlyTheBundleKnowsGoesToo) {
-    cacheDump(laptop());
+    cacheDump(laptopRecords());
     openDeferredBatch();
     StartupConfiguration startup;
-    startup.items = {backgroundItemOff(kAgent), backgroundItemOff(kHelper)};
+    startup.items = {backgroundItemOff(kUpdater), backgroundItemOff(kDropboxHelper)};
     QCoro::waitFor(system.applyCleanReboot({{u"Player"_s}, startup, {}}));
     trace.clear();
     EXPECT_TRUE(finish());
     EXPECT_EQ(takeTrace(),
-              kLookUp + kUnavailable +
+              kLookUp + kNoList +
                   u"  [ACTION] Queued disable for background login label: com.getdropbox.dropbox.helper\n"
                   "  [ACTION] Queued disable for bundled launch agent: com.getdropbox.updater\n"
                   "  [ACTION] Queued quarantine for bundled startup resource: Dropbox Helper.app\n"
                   "  [ACTION] Queued quarantine for bundled startup resource: com.getdropbox.updater.plist\n"_s +
-                  prompted(queuedLaunchctl(kHelper) + u" ; "_s + queuedLaunchctl(kAgent) + u" ; "_s +
-                               quarantineLine(kHelperFile, kHelper) + u" ; "_s + quarantineLine(kAgentFile, kAgent),
+                  prompted(queuedLaunchctl(kDropboxHelper) + u" ; "_s + queuedLaunchctl(kUpdater) + u" ; "_s +
+                               quarantineLine(kDropboxHelperFile, kDropboxHelper) + u" ; "_s +
+                               quarantineLine(kAgentFile, kUpdater),
                            kPrompt));
 }
 
 TEST_F(BackgroundLoginItems, aDumpThatComesWithTheBatchIsWorkedOffAsTheUser) {
-    dump = dumpOf(laptop());
+    dump = dumpOf(laptopRecords());
     openDeferredBatch();
     plan({u"com.player.menu"_s}, {CloudSyncService::dropbox});
     EXPECT_TRUE(finish());
-    EXPECT_EQ(takeTrace(),
-              prompted(dumpLine(), kPrompt) + kLookUp + kUnavailable + launchctlLines(u"com.getdropbox.dropbox"_s) +
-                  u"  [APPLIED] Disabled background login label: com.getdropbox.dropbox\n"_s + launchctlLines(kHelper) +
-                  u"  [APPLIED] Disabled background login label: com.getdropbox.dropbox.helper\n"_s +
-                  launchctlLines(u"com.player.menu"_s) +
-                  u"  [APPLIED] Disabled background login label: com.player.menu\n"
-                  "$> /usr/bin/ditto \""_s +
-                  kHelperFile + u"\" \""_s + kQuarantine + kHelper +
-                  u"/Dropbox Helper.app\"\n"
-                  "  [APPLIED] Quarantined bundled startup resource: Dropbox Helper.app\n"_s);
-    EXPECT_FALSE(isActive(kHelper));
+    EXPECT_EQ(takeTrace(), prompted(dumpLine(), kPrompt) + kLookUp + kNoList +
+                               launchctlLines(u"com.getdropbox.dropbox"_s) +
+                               u"  [APPLIED] Disabled background login label: com.getdropbox.dropbox\n"_s +
+                               launchctlLines(kDropboxHelper) +
+                               u"  [APPLIED] Disabled background login label: com.getdropbox.dropbox.helper\n"_s +
+                               launchctlLines(u"com.player.menu"_s) +
+                               u"  [APPLIED] Disabled background login label: com.player.menu\n"
+                               "$> /usr/bin/ditto \""_s +
+                               kDropboxHelperFile + u"\" \""_s + kQuarantine + kDropboxHelper +
+                               u"/Dropbox Helper.app\"\n"
+                               "  [APPLIED] Quarantined bundled startup resource: Dropbox Helper.app\n"_s);
+    EXPECT_FALSE(isActive(kDropboxHelper));
     EXPECT_TRUE(isActive(u"com.x.sync"_s));
 }
 
 TEST_F(BackgroundLoginItems, helpersThatNeedRootAfterTheFlushGoUnderOneSecondPrompt) {
-    dump = dumpOf(laptop());
-    files.makeUnwritable(kHelperFile);
+    dump = dumpOf(laptopRecords());
+    files.makeUnwritable(kDropboxHelperFile);
     files.makeUnwritable(kAgentFile);
     openDeferredBatch();
-    plan({kHelper, kAgent});
+    plan({kDropboxHelper, kUpdater});
     EXPECT_TRUE(finish());
-    EXPECT_EQ(
-        takeTrace(),
-        prompted(dumpLine(), kPrompt) + kLookUp + kUnavailable + launchctlLines(kHelper) +
-            u"  [APPLIED] Disabled background login label: com.getdropbox.dropbox.helper\n"_s + launchctlLines(kAgent) +
-            u"  [APPLIED] Disabled background login label: com.getdropbox.updater\n"_s +
-            prompted(quarantineLine(kHelperFile, kHelper) + u" ; "_s + quarantineLine(kAgentFile, kAgent), kNeutral) +
-            u"  [APPLIED] Quarantined bundled startup resource: Dropbox Helper.app\n"
-            "  [APPLIED] Quarantined bundled startup resource: com.getdropbox.updater.plist\n"_s);
-    EXPECT_FALSE(files.exists(kHelperFile));
-    EXPECT_EQ(files.read(kQuarantine + kAgent + u"/com.getdropbox.updater.plist"_s), "agent");
+    EXPECT_EQ(takeTrace(), prompted(dumpLine(), kPrompt) + kLookUp + kNoList + launchctlLines(kDropboxHelper) +
+                               u"  [APPLIED] Disabled background login label: com.getdropbox.dropbox.helper\n"_s +
+                               launchctlLines(kUpdater) +
+                               u"  [APPLIED] Disabled background login label: com.getdropbox.updater\n"_s +
+                               prompted(quarantineLine(kDropboxHelperFile, kDropboxHelper) + u" ; "_s +
+                                            quarantineLine(kAgentFile, kUpdater),
+                                        kNeutral) +
+                               u"  [APPLIED] Quarantined bundled startup resource: Dropbox Helper.app\n"
+                               "  [APPLIED] Quarantined bundled startup resource: com.getdropbox.updater.plist\n"_s);
+    EXPECT_FALSE(files.exists(kDropboxHelperFile));
+    EXPECT_EQ(files.read(kQuarantine + kUpdater + u"/com.getdropbox.updater.plist"_s), "agent");
 }
 
 TEST_F(BackgroundLoginItems, aRefusedSecondPromptLeavesTheHelperAndTheBatchsSuccess) {
-    dump = dumpOf(laptop());
-    files.makeUnwritable(kHelperFile);
+    dump = dumpOf(laptopRecords());
+    files.makeUnwritable(kDropboxHelperFile);
     openDeferredBatch();
-    plan({kHelper});
+    plan({kDropboxHelper});
     scripts.answerNext({QString(), std::nullopt});
     scripts.failNext(u"User canceled."_s);
     EXPECT_TRUE(finish());
     EXPECT_EQ(trace.last(),
               u"  [ERROR] Failed to quarantine bundled startup resource: Dropbox Helper.app: User canceled."_s);
     EXPECT_EQ(prompts(), 2);
-    EXPECT_TRUE(files.exists(kHelperFile));
-    EXPECT_FALSE(isActive(kHelper));
+    EXPECT_TRUE(files.exists(kDropboxHelperFile));
+    EXPECT_FALSE(isActive(kDropboxHelper));
 }
 
 TEST_F(BackgroundLoginItems, anItemThatWillNotDieIsTriedOnceMoreWithoutAPrompt) {
-    dump = dumpOf(laptop());
-    files.makeUnwritable(kHelperFile);
-    commands.fail(u"/bin/launchctl disable gui/501/"_s + kHelper, 1, "Operation not permitted\n");
+    dump = dumpOf(laptopRecords());
+    files.makeUnwritable(kDropboxHelperFile);
+    commands.fail(u"/bin/launchctl disable gui/501/"_s + kDropboxHelper, 1, "Operation not permitted\n");
     openDeferredBatch();
-    plan({kHelper});
+    plan({kDropboxHelper});
     scripts.answerNext({QString(), std::nullopt});
     scripts.failNext(u"User canceled."_s);
     EXPECT_TRUE(finish());
     EXPECT_EQ(prompts(), 2);
-    EXPECT_TRUE(isActive(kHelper));
+    EXPECT_TRUE(isActive(kDropboxHelper));
 
-    stuck.insert(kHelperFile);
-    EXPECT_FALSE(disableLabels({kHelper})) << "root can't move it either";
+    stuck.insert(kDropboxHelperFile);
+    EXPECT_FALSE(disableLabels({kDropboxHelper})) << "root can't move it either";
     EXPECT_EQ(prompts(), 3) << "the retry asked again";
 }
 
 TEST_F(BackgroundLoginItems, aRetrySucceedsOnceTheHelperIsTheUsers) {
-    cacheDump(laptop());
-    commands.fail(u"/bin/launchctl disable gui/501/"_s + kHelper, 1, "Operation not permitted\n");
+    cacheDump(laptopRecords());
+    commands.fail(u"/bin/launchctl disable gui/501/"_s + kDropboxHelper, 1, "Operation not permitted\n");
     int copies = 0;
     const auto answer = commands.respond;
     commands.respond = [&](const QStringList& arguments) -> std::optional<CommandOutcome> {
@@ -387,18 +392,18 @@ TEST_F(BackgroundLoginItems, aRetrySucceedsOnceTheHelperIsTheUsers) {
         }
         return answer(arguments);
     };
-    EXPECT_FALSE(disableLabels({kHelper}));
+    EXPECT_FALSE(disableLabels({kDropboxHelper}));
     EXPECT_EQ(logged(u"  [ERROR]"_s) + logged(u"  [APPLIED]"_s),
               u"  [ERROR] Failed to disable background login item: com.getdropbox.dropbox.helper\n"
               "  [ERROR] Failed to quarantine bundled startup resource: Dropbox Helper.app: ditto: Resource busy\n"
               "  [APPLIED] Quarantined bundled startup resource: Dropbox Helper.app\n"_s);
-    EXPECT_FALSE(files.exists(kHelperFile));
+    EXPECT_FALSE(files.exists(kDropboxHelperFile));
 }
 
 TEST_F(BackgroundLoginItems, aRefusedPromptSwitchesNothingOffAndLearnsNothing) {
-    dump = dumpOf(laptop());
+    dump = dumpOf(laptopRecords());
     openDeferredBatch();
-    plan({kHelper});
+    plan({kDropboxHelper});
     scripts.failNext(u"User canceled."_s);
     EXPECT_FALSE(finish());
     EXPECT_EQ(takeTrace(), prompted(dumpLine(), kPrompt) +
@@ -410,7 +415,7 @@ TEST_F(BackgroundLoginItems, aRefusedPromptSwitchesNothingOffAndLearnsNothing) {
 
 TEST_F(BackgroundLoginItems, anEmptyDumpLeavesThePlanWithNothingToDo) {
     openDeferredBatch();
-    plan({kHelper}, {CloudSyncService::dropbox});
+    plan({kDropboxHelper}, {CloudSyncService::dropbox});
     EXPECT_TRUE(finish());
     EXPECT_EQ(takeTrace(), prompted(dumpLine(), kPrompt));
     EXPECT_TRUE(system.backgroundTaskItems()->isEmpty());
@@ -420,7 +425,7 @@ TEST_F(BackgroundLoginItems, aDumpThatCannotBeTakenFailsTheBatchThatNeedsIt) {
     files.addLink(system.backgroundDumpPath(), u"/etc/sudoers"_s);
     files.failOn(MemoryFileManager::Operation::Remove, system.backgroundDumpPath());
     openDeferredBatch();
-    plan({kHelper});
+    plan({kDropboxHelper});
     QCoro::waitFor(system.runAdminCommand(u"pmset -a sms 0"_s, kPrompt));
     EXPECT_FALSE(finish());
     EXPECT_EQ(takeTrace(), u"  [ERROR] Background items can't be read: "_s + system.backgroundDumpPath() +
@@ -429,7 +434,7 @@ TEST_F(BackgroundLoginItems, aDumpThatCannotBeTakenFailsTheBatchThatNeedsIt) {
 }
 
 TEST_F(BackgroundLoginItems, aCleanRebootTakesWhatNothingPermits) {
-    dump = dumpOf(laptop());
+    dump = dumpOf(laptopRecords());
     openDeferredBatch();
     planCleanReboot({u"Player"_s});
     EXPECT_TRUE(finish());
@@ -450,7 +455,7 @@ TEST_F(BackgroundLoginItems, protectedRecordsOfAPlannedServiceAreHeldBackAndSaid
 }
 
 TEST_F(BackgroundLoginItems, anUnusableLabelNeverReachesABatch) {
-    cacheDump(laptop());
+    cacheDump(laptopRecords());
     openDeferredBatch();
     plan({u"-w"_s, u"a/b"_s});
     EXPECT_TRUE(finish());
@@ -479,7 +484,7 @@ TEST_F(BackgroundLoginItems, anEmptyDumpCannotBeVerified) {
 }
 
 TEST_F(BackgroundLoginItems, eachRecordThatNothingPermitsFails) {
-    cacheDump(laptop());
+    cacheDump(laptopRecords());
     EXPECT_EQ(verify({}), ApplyVerificationResult({{},
                                                    {{u"Background item: Dropbox Helper"_s, u"still enabled at login"_s},
                                                     {u"Background item: Player"_s, u"still enabled at login"_s}}}));

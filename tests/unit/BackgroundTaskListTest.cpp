@@ -14,7 +14,7 @@ BackgroundTaskItem record(const QString& name, const QString& type, const QStrin
     return {name, std::nullopt, identifier, type, u"[enabled, allowed, notified] (0xb)"_s, parent, {}, {}};
 }
 
-QStringList namesOf(const QList<BackgroundTaskItem>& items) {
+QStringList namesIn(const QList<BackgroundTaskItem>& items) {
     QStringList names;
     for (const BackgroundTaskItem& item : items) {
         names.append(item.name);
@@ -34,8 +34,8 @@ TEST(BackgroundTaskList, recordsAreFoundByTheirExactLabelInTheOrderOfTheDump) {
     const BackgroundTaskList list({record(u"first"_s, u"agent"_s, u"8.com.a"_s), byBundle,
                                    record(u"third"_s, u"agent"_s, u"8.com.A"_s),
                                    record(u"nobody"_s, u"agent"_s, u"nothing"_s)});
-    EXPECT_EQ(namesOf(list.itemsWithLabel(u"com.a"_s)), (QStringList{u"first"_s, u"second"_s}));
-    EXPECT_EQ(namesOf(list.itemsWithLabel(u"com.A"_s)), QStringList(u"third"_s));
+    EXPECT_EQ(namesIn(list.itemsWithLabel(u"com.a"_s)), (QStringList{u"first"_s, u"second"_s}));
+    EXPECT_EQ(namesIn(list.itemsWithLabel(u"com.A"_s)), QStringList(u"third"_s));
     EXPECT_TRUE(list.contains(u"com.a"_s));
     for (const QString& label : {u""_s, u"other"_s, u"nothing"_s, u"8.com.a"_s}) {
         SCOPED_TRACE(label.toStdString());

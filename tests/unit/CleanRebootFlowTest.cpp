@@ -6,7 +6,7 @@ namespace quorvane {
 
 namespace {
 
-const QString kNoRestoration =
+const QString kRestorationOff =
     u"$ /usr/bin/defaults write com.apple.loginwindow TALLogoutSavesState -bool false\n"
     "$ /usr/bin/defaults write com.apple.loginwindow LoginwindowLaunchesRelaunchApps -bool false\n"
     "$ /usr/bin/defaults write NSGlobalDomain NSQuitAlwaysKeepsWindows -bool false\n"
@@ -43,7 +43,7 @@ StartupItem offItem(StartupItemKind kind, const QString& id, const QString& labe
 TEST_F(CleanRebootFlow, removesWhatIsNotPermittedInTheOrderOfNames) {
     loginItems.items = {kZoom, kTraktor, {u"Mail"_s, u"/Applications/Mail.app"_s, false}, kDropbox};
     EXPECT_TRUE(apply({{u"Mail"_s}, std::nullopt, {}}));
-    EXPECT_EQ(takeTrace(), kNoRestoration +
+    EXPECT_EQ(takeTrace(), kRestorationOff +
                                u"$> System Events: list\n"
                                "  [ACTION] Removing 2 login item(s) not in permitted startup list...\n"
                                "$> System Events: delete where name is Dropbox\n"
@@ -57,7 +57,7 @@ TEST_F(CleanRebootFlow, removesWhatIsNotPermittedInTheOrderOfNames) {
 TEST_F(CleanRebootFlow, aMacThatMatchesIsLeftAsItIs) {
     loginItems.items = {kTraktor, kZoom};
     EXPECT_TRUE(apply({{u"zoom"_s}, std::nullopt, {}}));
-    EXPECT_EQ(takeTrace(), kNoRestoration +
+    EXPECT_EQ(takeTrace(), kRestorationOff +
                                u"$> System Events: list\n"
                                "  [APPLIED] Login items already match permitted startup list.\n"_s +
                                kNoBackgroundItems);
@@ -73,7 +73,7 @@ TEST_F(CleanRebootFlow, anExcludedAgentStaysByIdOrName) {
     const LoginItem other{u"Other Agent"_s, u"/Applications/Other.app"_s, false};
     loginItems.items = {kAgent, other, kZoom};
     EXPECT_TRUE(apply({{}, std::nullopt, {u"login:/Applications/Sync.app"_s, u"Other Agent"_s, u"zoom"_s}}));
-    EXPECT_EQ(takeTrace(), kNoRestoration +
+    EXPECT_EQ(takeTrace(), kRestorationOff +
                                u"$> System Events: list\n"
                                "  [ACTION] Removing 3 login item(s) not in permitted startup list...\n"
                                "  [SKIPPED] Excluded App Background Activity login item: Other Agent\n"
@@ -88,7 +88,7 @@ TEST_F(CleanRebootFlow, aRemovalThatFailsStopsNoOther) {
     loginItems.items = {kDropbox, kZoom};
     loginItems.unchangeable = {u"Dropbox"_s};
     EXPECT_FALSE(apply({}));
-    EXPECT_EQ(takeTrace(), kNoRestoration +
+    EXPECT_EQ(takeTrace(), kRestorationOff +
                                u"$> System Events: list\n"
                                "  [ACTION] Removing 2 login item(s) not in permitted startup list...\n"
                                "$> System Events: delete where name is Dropbox\n"
@@ -127,7 +127,7 @@ TEST_F(CleanRebootFlow, withoutPermissionNothingIsRemoved) {
     loginItems.items = {kZoom};
     loginItems.denial = "Not authorized";
     apply({});
-    EXPECT_EQ(takeTrace(), kNoRestoration +
+    EXPECT_EQ(takeTrace(), kRestorationOff +
                                u"$> System Events: list\n"
                                "$> System Events: probe\n"
                                "  [ERROR] Could not read login items: Not authorized\n"
@@ -144,7 +144,7 @@ TEST_F(CleanRebootFlow, launchItemsThatAreOffAreDisabledInOrder) {
     files.addFile(u"/Users/alex/Library/LaunchAgents/a.plist"_s, "a");
     files.addFile(u"/Users/alex/Library/LaunchAgents/c.agent.plist"_s, "c");
     EXPECT_TRUE(apply({{}, startup, {u"launch:c.agent.plist"_s}}));
-    EXPECT_EQ(takeTrace(), kNoRestoration +
+    EXPECT_EQ(takeTrace(), kRestorationOff +
                                u"$> System Events: list\n"
                                "  [APPLIED] Login items already match permitted startup list.\n"
                                "  [ACTION] Disabling 3 launch item(s) for clean reboot...\n"
@@ -175,17 +175,17 @@ TEST_F(CleanRebootFlow, backgroundItemsThatAreNotPermittedAreDisabled) {
     startup.items = {offItem(StartupItemKind::backgroundLoginItem, u"btm:com.off"_s, u"com.off"_s),
                      StartupItem::fromLaunchItem({u"Mail"_s, u"/Applications/Mail.app"_s, false})};
     EXPECT_TRUE(apply({{}, startup, {}}));
-    EXPECT_EQ(takeTrace(), kNoRestoration + u"$> System Events: list\n"
-                                            "  [APPLIED] Login items already match permitted startup list.\n"
-                                            "$> /usr/bin/sfltool dumpbtm\n"
-                                            "  [ACTION] Disabling 1 background login item(s)...\n"
-                                            "$> /bin/launchctl bootout gui/501/com.up\n"
-                                            "$> /bin/launchctl disable gui/501/com.up\n"
-                                            "  [APPLIED] Disabled background login item: com.up\n"
-                                            "  [ACTION] Disabling 1 background login item(s)...\n"
-                                            "$> /bin/launchctl bootout gui/501/com.off\n"
-                                            "$> /bin/launchctl disable gui/501/com.off\n"
-                                            "  [APPLIED] Disabled background login item: com.off\n"_s);
+    EXPECT_EQ(takeTrace(), kRestorationOff + u"$> System Events: list\n"
+                                             "  [APPLIED] Login items already match permitted startup list.\n"
+                                             "$> /usr/bin/sfltool dumpbtm\n"
+                                             "  [ACTION] Disabling 1 background login item(s)...\n"
+                                             "$> /bin/launchctl bootout gui/501/com.up\n"
+                                             "$> /bin/launchctl disable gui/501/com.up\n"
+                                             "  [APPLIED] Disabled background login item: com.up\n"
+                                             "  [ACTION] Disabling 1 background login item(s)...\n"
+                                             "$> /bin/launchctl bootout gui/501/com.off\n"
+                                             "$> /bin/launchctl disable gui/501/com.off\n"
+                                             "  [APPLIED] Disabled background login item: com.off\n"_s);
     EXPECT_FALSE(system.backgroundTaskItems()->isActive(u"com.up"_s));
     EXPECT_TRUE(system.backgroundTaskItems()->isActive(u"com.mail"_s));
 }
@@ -202,7 +202,7 @@ TEST_F(CleanRebootFlow, aDumpThatNeedsRootIsAskedForOnce) {
     commands.fail(u"/usr/bin/sfltool dumpbtm"_s, 1);
     scripts.failNext(u"User canceled."_s);
     apply({});
-    EXPECT_EQ(takeTrace(), kNoRestoration +
+    EXPECT_EQ(takeTrace(), kRestorationOff +
                                u"$> System Events: list\n"
                                "  [APPLIED] Login items already match permitted startup list.\n"
                                "$> /usr/bin/sfltool dumpbtm\n"
@@ -222,8 +222,8 @@ TEST_F(CleanRebootFlow, inABatchThatTakesTheDumpBackgroundItemsAreOnlyPlanned) {
     system.deferBackgroundTaskFetchToAdminBatch();
     system.beginAdminBatch();
     EXPECT_TRUE(apply({{u"zoom"_s}, startup, {}}));
-    EXPECT_EQ(takeTrace(), kNoRestoration + u"$> System Events: list\n"
-                                            "  [APPLIED] Login items already match permitted startup list.\n"_s);
+    EXPECT_EQ(takeTrace(), kRestorationOff + u"$> System Events: list\n"
+                                             "  [APPLIED] Login items already match permitted startup list.\n"_s);
     BackgroundLoginItemChangePlan plan;
     plan.cleanRebootPermittedNames = QSet<QString>{u"zoom"_s, u"Mail"_s};
     plan.cleanRebootStartup = startup;

@@ -1,3 +1,4 @@
+#include "core/Json.h"
 #include "startup/items/CloudSyncService.h"
 
 #include "fakes/MemoryFileManager.h"

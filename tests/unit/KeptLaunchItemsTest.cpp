@@ -9,15 +9,15 @@ namespace {
 
 using Operation = MemoryFileManager::Operation;
 
-const QString kAgents = u"/Library/LaunchAgents/"_s;
-const QString kDaemons = u"/Library/LaunchDaemons/"_s;
+const QString kAgentFolder = u"/Library/LaunchAgents/"_s;
+const QString kDaemonFolder = u"/Library/LaunchDaemons/"_s;
 const QString kSupport = u"/Library/Application Support"_s;
 const QString kKeptAgents = kSupport + u"/Quorvane/LaunchItems/_Library_LaunchAgents/"_s;
 const QString kKeptDaemons = kSupport + u"/Quorvane/LaunchItems/_Library_LaunchDaemons/"_s;
-const QString kBackup = u"/Users/alex/.quorvane_backup"_s;
-const QString kAgentsBackup = kBackup + u"/_Library_LaunchAgents/"_s;
-const QString kDaemonsBackup = kBackup + u"/_Library_LaunchDaemons/"_s;
-const QString kLabel = u"com.box.plist"_s;
+const QString kUsersBackup = u"/Users/alex/.quorvane_backup"_s;
+const QString kAgentsKept = kUsersBackup + u"/_Library_LaunchAgents/"_s;
+const QString kDaemonsKept = kUsersBackup + u"/_Library_LaunchDaemons/"_s;
+const QString kBoxPlist = u"com.box.plist"_s;
 
 const QString kAgentBack =
     u"( ([ -e '/Library/LaunchAgents/com.box.plist' ] || [ -L '/Library/LaunchAgents/com.box.plist' ]) && "
@@ -99,8 +99,8 @@ protected:
     /// Root's part of a line: the plist is back, or has been, and its copy is gone.
     void carryOut(const QString& keptFolder, const QString& folder, const QByteArray& bytes = "box") {
         scripts.carryOut = [=, this](const QString&) {
-            files.addFile(folder + kLabel, bytes);
-            files.removeAsRoot(keptFolder + kLabel);
+            files.addFile(folder + kBoxPlist, bytes);
+            files.removeAsRoot(keptFolder + kBoxPlist);
         };
     }
     static QString asRoot(const QString& line) { return u"& "_s + adminScriptSource(line, u"Please."_s) + u'\n'; }
@@ -116,28 +116,28 @@ TEST_F(KeptLaunchItems, withoutCopiesNothingIsAskedForAndNothingSaid) {
 }
 
 TEST_F(KeptLaunchItems, aDaemonIsPutBackEnabledAndLoadedByRoot) {
-    keep(kKeptDaemons + kLabel, "box");
-    files.addFolders(kDaemons);
-    putAside(kDaemonsBackup + kLabel, "box");
-    carryOut(kKeptDaemons, kDaemons);
+    keep(kKeptDaemons + kBoxPlist, "box");
+    files.addFolders(kDaemonFolder);
+    putAside(kDaemonsKept + kBoxPlist, "box");
+    carryOut(kKeptDaemons, kDaemonFolder);
     reinstate();
     EXPECT_EQ(takeTrace(), kQueued + asRoot(kDaemonBack));
-    EXPECT_EQ(files.list(kDaemonsBackup), QStringList());
+    EXPECT_EQ(files.list(kDaemonsKept), QStringList());
 }
 
 TEST_F(KeptLaunchItems, anAgentIsPutBackByRootAndLoadedByTheUser) {
-    keep(kKeptAgents + kLabel, "box");
-    putAside(kAgentsBackup + kLabel, "box");
-    carryOut(kKeptAgents, kAgents);
+    keep(kKeptAgents + kBoxPlist, "box");
+    putAside(kAgentsKept + kBoxPlist, "box");
+    carryOut(kKeptAgents, kAgentFolder);
     reinstate();
     EXPECT_EQ(takeTrace(),
               kQueued + asRoot(kAgentBack) + u"$ /bin/launchctl load /Library/LaunchAgents/com.box.plist\n"_s);
-    EXPECT_EQ(files.list(kAgentsBackup), QStringList());
+    EXPECT_EQ(files.list(kAgentsKept), QStringList());
 }
 
 TEST_F(KeptLaunchItems, allGoInTheLineOfTheBatch) {
-    keep(kKeptDaemons + kLabel, "box");
-    keep(kKeptAgents + kLabel, "box");
+    keep(kKeptDaemons + kBoxPlist, "box");
+    keep(kKeptAgents + kBoxPlist, "box");
     begin();
     system.queueAdminCommands({u"pmset -a sms 1"_s});
     trace.clear();
@@ -146,20 +146,20 @@ TEST_F(KeptLaunchItems, allGoInTheLineOfTheBatch) {
 }
 
 TEST_F(KeptLaunchItems, whatRootCouldNotPutBackIsSaidAndItsBackupStays) {
-    keep(kKeptDaemons + kLabel, "box");
+    keep(kKeptDaemons + kBoxPlist, "box");
     keep(kKeptAgents + u"com.a.plist"_s, "a");
-    putAside(kDaemonsBackup + kLabel, "box");
+    putAside(kDaemonsKept + kBoxPlist, "box");
     reinstate(); // the line is only written down here
     EXPECT_TRUE(takeTrace().endsWith(u"\n  [INFO] Not restored: com.a.plist\n"_s + kNotRestored));
-    EXPECT_EQ(files.read(kDaemonsBackup + kLabel), "box");
+    EXPECT_EQ(files.read(kDaemonsKept + kBoxPlist), "box");
 }
 
 TEST_F(KeptLaunchItems, afterACancelledPromptNothingIsRestoredAndNothingRemoved) {
-    keep(kKeptDaemons + kLabel, "box");
+    keep(kKeptDaemons + kBoxPlist, "box");
     keep(kKeptAgents + u"com.a.plist"_s, "a");
-    files.addFile(kDaemons + kLabel, "box"); // it has come back by itself
-    putAside(kDaemonsBackup + kLabel, "box");
-    putAside(kDaemonsBackup + u"com.old.plist"_s, "old");
+    files.addFile(kDaemonFolder + kBoxPlist, "box"); // it has come back by itself
+    putAside(kDaemonsKept + kBoxPlist, "box");
+    putAside(kDaemonsKept + u"com.old.plist"_s, "old");
     scripts.failNext(u"User canceled."_s);
     reinstate();
     EXPECT_EQ(takeTrace().section(u'\n', 3),
@@ -167,74 +167,74 @@ TEST_F(KeptLaunchItems, afterACancelledPromptNothingIsRestoredAndNothingRemoved)
               "  [INFO] Not restored: com.a.plist\n"
               "  [INFO] Not restored: com.box.plist\n"
               "  [INFO] Not restored: com.old.plist\n"_s);
-    EXPECT_EQ(files.list(kDaemonsBackup), QStringList({kLabel, u"com.old.plist"_s}));
+    EXPECT_EQ(files.list(kDaemonsKept), QStringList({kBoxPlist, u"com.old.plist"_s}));
 }
 
 TEST_F(KeptLaunchItems, aBackupOfWhichRootHasNoCopyStaysAndIsSaid) {
-    putAside(kDaemonsBackup + kLabel, "box");
-    putAside(kDaemonsBackup + u".DS_Store"_s, "Finder's");
+    putAside(kDaemonsKept + kBoxPlist, "box");
+    putAside(kDaemonsKept + u".DS_Store"_s, "Finder's");
     reinstate();
     EXPECT_EQ(takeTrace(), kNotRestored);
-    EXPECT_EQ(files.read(kDaemonsBackup + kLabel), "box");
+    EXPECT_EQ(files.read(kDaemonsKept + kBoxPlist), "box");
 }
 
 TEST_F(KeptLaunchItems, aBackupWithoutACopyGoesOnceTheSamePlistIsBack) {
-    putAside(kDaemonsBackup + kLabel, "box");
-    putAside(kDaemonsBackup + u"com.newer.plist"_s, "old");
-    files.addFile(kDaemons + kLabel, "box");
-    files.addFile(kDaemons + u"com.newer.plist"_s, "new");
+    putAside(kDaemonsKept + kBoxPlist, "box");
+    putAside(kDaemonsKept + u"com.newer.plist"_s, "old");
+    files.addFile(kDaemonFolder + kBoxPlist, "box");
+    files.addFile(kDaemonFolder + u"com.newer.plist"_s, "new");
     reinstate();
     EXPECT_EQ(trace, QStringList());
-    EXPECT_EQ(files.list(kDaemonsBackup), QStringList(u"com.newer.plist"_s)) << "the only copy of the older one";
+    EXPECT_EQ(files.list(kDaemonsKept), QStringList(u"com.newer.plist"_s)) << "the only copy of the older one";
 }
 
 TEST_F(KeptLaunchItems, aBackupThatCannotBeRemovedStopsNothing) {
-    keep(kKeptDaemons + kLabel, "box");
-    for (const QString& name : {kLabel, u"com.z.plist"_s}) {
-        putAside(kDaemonsBackup + name, "box");
-        files.addFile(kDaemons + name, "box");
+    keep(kKeptDaemons + kBoxPlist, "box");
+    for (const QString& name : {kBoxPlist, u"com.z.plist"_s}) {
+        putAside(kDaemonsKept + name, "box");
+        files.addFile(kDaemonFolder + name, "box");
     }
-    carryOut(kKeptDaemons, kDaemons);
-    files.failOn(Operation::Remove, kDaemonsBackup + kLabel);
+    carryOut(kKeptDaemons, kDaemonFolder);
+    files.failOn(Operation::Remove, kDaemonsKept + kBoxPlist);
     reinstate();
     EXPECT_EQ(takeTrace(), kQueued + asRoot(kDaemonBack));
-    EXPECT_EQ(files.list(kDaemonsBackup), QStringList(kLabel));
+    EXPECT_EQ(files.list(kDaemonsKept), QStringList(kBoxPlist));
 }
 
 TEST_F(KeptLaunchItems, whatIsBackIsSettledAlsoWhenTheBatchFailedAfterIt) {
-    keep(kKeptAgents + kLabel, "box");
-    keep(kKeptDaemons + kLabel, "box");
-    putAside(kAgentsBackup + kLabel, "box");
+    keep(kKeptAgents + kBoxPlist, "box");
+    keep(kKeptDaemons + kBoxPlist, "box");
+    putAside(kAgentsKept + kBoxPlist, "box");
     begin();
-    files.addFile(kAgents + kLabel, "box"); // root has come so far
-    files.removeAsRoot(kKeptAgents + kLabel);
+    files.addFile(kAgentFolder + kBoxPlist, "box"); // root has come so far
+    files.removeAsRoot(kKeptAgents + kBoxPlist);
     scripts.failNext(u"the last command failed"_s);
     finishAndSettle();
     EXPECT_EQ(takeTrace().section(u'\n', -4),
               u"  [ERROR] Administrator authorization was cancelled or failed: the last command failed\n"
               "$ /bin/launchctl load /Library/LaunchAgents/com.box.plist\n"_s +
                   kNotRestored);
-    EXPECT_EQ(files.list(kAgentsBackup), QStringList());
+    EXPECT_EQ(files.list(kAgentsKept), QStringList());
 }
 
 // ---- When something stands in its place
 
 TEST_F(KeptLaunchItems, aNewerPlistStaysAndSoDoesTheBackupOfTheOlder) {
-    keep(kKeptDaemons + kLabel, "old");
-    putAside(kDaemonsBackup + kLabel, "old");
-    files.addFile(kDaemons + kLabel, "new");
-    carryOut(kKeptDaemons, kDaemons, "new");
+    keep(kKeptDaemons + kBoxPlist, "old");
+    putAside(kDaemonsKept + kBoxPlist, "old");
+    files.addFile(kDaemonFolder + kBoxPlist, "new");
+    carryOut(kKeptDaemons, kDaemonFolder, "new");
     reinstate();
     EXPECT_EQ(takeTrace(), kQueued + asRoot(kDaemonBack));
-    EXPECT_EQ(files.read(kDaemons + kLabel), "new");
-    EXPECT_EQ(files.read(kDaemonsBackup + kLabel), "old");
+    EXPECT_EQ(files.read(kDaemonFolder + kBoxPlist), "new");
+    EXPECT_EQ(files.read(kDaemonsKept + kBoxPlist), "old");
 }
 
 TEST_F(KeptLaunchItems, rootDecidesAtTheLastMomentWhetherThePlaceIsTaken) {
-    keep(kKeptDaemons + kLabel, "box");
+    keep(kKeptDaemons + kBoxPlist, "box");
     begin();
-    files.addFile(kDaemons + kLabel, "installed while the prompt was open");
-    carryOut(kKeptDaemons, kDaemons, "installed while the prompt was open");
+    files.addFile(kDaemonFolder + kBoxPlist, "installed while the prompt was open");
+    carryOut(kKeptDaemons, kDaemonFolder, "installed while the prompt was open");
     finishAndSettle();
     EXPECT_EQ(takeTrace(), kQueued + asRoot(kDaemonBack));
 }
@@ -254,7 +254,7 @@ TEST_F(KeptLaunchItems, onlyWhatRootHasKeptCanComeBackAgain) {
 
 TEST_F(KeptLaunchItems, aLabelThatCannotBeNamedIsNotGivenToLaunchd) {
     for (const QString& label : {u""_s, u".."_s, u"-x"_s, u"a/b"_s, u"a\nb"_s}) {
-        keep(kKeptDaemons + kLabel, "box", label);
+        keep(kKeptDaemons + kBoxPlist, "box", label);
         reinstate();
         EXPECT_EQ(takeTrace(), kQueued + asRoot(kDaemonBackWithoutLabel) + kNotRestored) << label.toStdString();
     }
@@ -264,14 +264,14 @@ TEST_F(KeptLaunchItems, aLabelThatCannotBeNamedIsNotGivenToLaunchd) {
 }
 
 TEST_F(KeptLaunchItems, theLabelOfACopyThatTheUserCanChangeIsNotBelieved) {
-    keep(kKeptDaemons + kLabel, "box");
-    files.setOwner(kKeptDaemons + kLabel, 501);
+    keep(kKeptDaemons + kBoxPlist, "box");
+    files.setOwner(kKeptDaemons + kBoxPlist, 501);
     reinstate();
     EXPECT_EQ(takeTrace(), kQueued + asRoot(kDaemonBackWithoutLabel) + kNotRestored);
 
     MemoryFileManager open;
-    open.addFile(kKeptDaemons + kLabel, "box");
-    open.setOwner(kKeptDaemons + kLabel, 0);
+    open.addFile(kKeptDaemons + kBoxPlist, "box");
+    open.setOwner(kKeptDaemons + kBoxPlist, 0);
     addRootsFolder(open, kKeptDaemons.chopped(1));
     SystemManager manager(hostWith(open, clock), notifications);
     manager.beginAdminBatch();
@@ -311,8 +311,8 @@ protected:
             disk.addFolders(u"/Library/elsewhere"_s);
             disk.addLink(spoiled, u"/Library/elsewhere"_s);
         }
-        disk.addFile(place + kLabel, "box");
-        disk.setOwner(place + kLabel, 0);
+        disk.addFile(place + kBoxPlist, "box");
+        disk.setOwner(place + kBoxPlist, 0);
         for (QString path = kKeptDaemons.chopped(1); path != u"/Library"_s; path = path.left(path.lastIndexOf(u'/'))) {
             const bool isSpoiled = path == spoiled;
             disk.setOwner(path, isSpoiled && kind == OfTheUser ? 501 : 0);
@@ -334,38 +334,38 @@ TEST_P(SpoiledCopies, giveRootNothing) {
 
 TEST_P(SpoiledCopies, takeNothing) {
     addSpoiledCopies(files);
-    files.addFile(kDaemons + kLabel, "box");
-    EXPECT_FALSE(QCoro::waitFor(system.disableLaunchItems(QStringList(kLabel), {})));
+    files.addFile(kDaemonFolder + kBoxPlist, "box");
+    EXPECT_FALSE(QCoro::waitFor(system.disableLaunchItems(QStringList(kBoxPlist), {})));
     EXPECT_EQ(takeTrace(), u"  [ERROR] Backup folder is not usable: "_s + kKeptDaemons.chopped(1) + u'\n');
 }
 
 TEST_F(KeptLaunchItems, aLinkInThePlaceOfTheBackupFolderIsLeftAlone) {
-    keep(kKeptDaemons + kLabel, "box");
-    files.addFile(kDaemons + kLabel, "box");
-    files.addLink(kDaemonsBackup.chopped(1), u"/Library/LaunchDaemons"_s);
-    carryOut(kKeptDaemons, kDaemons);
+    keep(kKeptDaemons + kBoxPlist, "box");
+    files.addFile(kDaemonFolder + kBoxPlist, "box");
+    files.addLink(kDaemonsKept.chopped(1), u"/Library/LaunchDaemons"_s);
+    carryOut(kKeptDaemons, kDaemonFolder);
     reinstate();
     EXPECT_EQ(takeTrace(), kQueued + asRoot(kDaemonBack));
-    EXPECT_EQ(files.read(kDaemons + kLabel), "box") << "it would be its own backup";
+    EXPECT_EQ(files.read(kDaemonFolder + kBoxPlist), "box") << "it would be its own backup";
 }
 
 // ---- Together with what the user can move back himself
 
 TEST_F(KeptLaunchItems, theUsersMoveLeavesToRootWhatRootHasKept) {
-    keep(kKeptDaemons + kLabel, "box");
-    putAside(kDaemonsBackup + kLabel, "planted");
-    files.addFolders(kDaemons); // which the user may write, here
+    keep(kKeptDaemons + kBoxPlist, "box");
+    putAside(kDaemonsKept + kBoxPlist, "planted");
+    files.addFolders(kDaemonFolder); // which the user may write, here
     begin();
     QCoro::waitFor(system.restoreLaunchItems());
-    EXPECT_EQ(files.list(kDaemons), QStringList());
+    EXPECT_EQ(files.list(kDaemonFolder), QStringList());
     finishAndSettle();
     trace.clear();
     QCoro::waitFor(system.restoreLaunchItems());
-    EXPECT_EQ(files.list(kDaemons), QStringList(kLabel)) << "outside of the batch the user moves what he can";
+    EXPECT_EQ(files.list(kDaemonFolder), QStringList(kBoxPlist)) << "outside of the batch the user moves what he can";
 }
 
 TEST_F(KeptLaunchItems, aSecondBatchAsksAgainForWhatTheFirstDidNotBringBack) {
-    keep(kKeptDaemons + kLabel, "box");
+    keep(kKeptDaemons + kBoxPlist, "box");
     for (int attempt = 1; attempt <= 2; ++attempt) {
         scripts.failNext(u"User canceled."_s);
         reinstate();

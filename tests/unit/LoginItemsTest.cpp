@@ -9,10 +9,10 @@ using Operation = MemoryFileManager::Operation;
 const QString kBackupFolder = u"/Users/alex/.quorvane_backup"_s;
 const QString kRecord = kBackupFolder + u"/login_items.json"_s;
 
-const LoginItem kDropbox{u"Dropbox"_s, u"/Applications/Dropbox.app"_s, false};
-const LoginItem kZoom{u"Zoom"_s, u"/Applications/zoom.us.app"_s, true};
-const LoginItem kTraktor{u"Deck Helper"_s, u"/Applications/Traktor Pro 3.app"_s, false};
-const LoginItem kAgent{u"Sync Agent"_s, u"/Applications/Sync.app"_s, false};
+const LoginItem kDropboxItem{u"Dropbox"_s, u"/Applications/Dropbox.app"_s, false};
+const LoginItem kHiddenZoom{u"Zoom"_s, u"/Applications/zoom.us.app"_s, true};
+const LoginItem kDeckHelper{u"Deck Helper"_s, u"/Applications/Traktor Pro 3.app"_s, false};
+const LoginItem kSyncAgent{u"Sync Agent"_s, u"/Applications/Sync.app"_s, false};
 
 class LoginItems : public ScriptedStartup {
 protected:
@@ -31,10 +31,10 @@ protected:
 // ---- Reading
 
 TEST_F(LoginItems, areReadOnceAndKept) {
-    loginItems.items = {kDropbox, kZoom};
-    EXPECT_EQ(raw(), (QList<LoginItem>{kDropbox, kZoom}));
+    loginItems.items = {kDropboxItem, kHiddenZoom};
+    EXPECT_EQ(raw(), (QList<LoginItem>{kDropboxItem, kHiddenZoom}));
     loginItems.items.clear();
-    EXPECT_EQ(raw(), (QList<LoginItem>{kDropbox, kZoom}));
+    EXPECT_EQ(raw(), (QList<LoginItem>{kDropboxItem, kHiddenZoom}));
     EXPECT_EQ(takeTrace(), u"$> System Events: list\n"_s);
 }
 
@@ -46,7 +46,7 @@ TEST_F(LoginItems, anEmptyListIsKeptToo) {
 
 TEST_F(LoginItems, aBarInANameShiftsTheFieldsOfItsLineAlone) {
     loginItems.listing = "A|B|/Applications/A.app|true\nZoom|/Applications/zoom.us.app|TRUE\n";
-    EXPECT_EQ(raw(), (QList<LoginItem>{{u"A"_s, u"B"_s, false}, kZoom}));
+    EXPECT_EQ(raw(), (QList<LoginItem>{{u"A"_s, u"B"_s, false}, kHiddenZoom}));
 }
 
 TEST_F(LoginItems, linesWithoutThreeFieldsAreDropped) {
@@ -64,8 +64,8 @@ TEST_F(LoginItems, nothingIsReadOfAnErrorOrABrokenText) {
 TEST_F(LoginItems, theVisibleOnesAreNeitherAudioSoftwareNorAgents) {
     const LoginItem embedded{u"Helper"_s, u"/Applications/A.app/Contents/Library/LaunchAgents/h.plist"_s, false};
     const LoginItem byName{u"Ableton Helper"_s, u"/Applications/Helper.app"_s, false};
-    loginItems.items = {kZoom, kTraktor, byName, kAgent, embedded, kDropbox};
-    EXPECT_EQ(visible(), (QList<LoginItem>{kZoom, kDropbox}));
+    loginItems.items = {kHiddenZoom, kDeckHelper, byName, kSyncAgent, embedded, kDropboxItem};
+    EXPECT_EQ(visible(), (QList<LoginItem>{kHiddenZoom, kDropboxItem}));
     EXPECT_EQ(takeTrace(), u"$> System Events: list\n"_s);
 }
 
@@ -76,7 +76,7 @@ TEST_F(LoginItems, withoutAnyThePermissionIsProbed) {
 }
 
 TEST_F(LoginItems, aMissingPermissionIsSaid) {
-    loginItems.items = {kDropbox};
+    loginItems.items = {kDropboxItem};
     loginItems.denial = " execution error: Not authorized to send Apple events to System Events. (-1743)\n";
     EXPECT_EQ(visible(), QList<LoginItem>());
     EXPECT_EQ(takeTrace(),
@@ -90,11 +90,11 @@ TEST_F(LoginItems, aMissingPermissionIsSaid) {
 // ---- Removing and adding one
 
 TEST_F(LoginItems, aRemovalIsTrueOnlyWhenSomethingWasDeleted) {
-    loginItems.items = {kDropbox, kZoom};
+    loginItems.items = {kDropboxItem, kHiddenZoom};
     EXPECT_TRUE(removeByName(u"Dropbox"_s));
     EXPECT_FALSE(removeByName(u"Dropbox"_s));
-    EXPECT_TRUE(removeAtPath(kZoom.path));
-    EXPECT_FALSE(removeAtPath(kZoom.path));
+    EXPECT_TRUE(removeAtPath(kHiddenZoom.path));
+    EXPECT_FALSE(removeAtPath(kHiddenZoom.path));
     EXPECT_EQ(loginItems.names(), QStringList());
     EXPECT_EQ(takeTrace(), u"$> System Events: delete where name is Dropbox\n"
                            "$> System Events: delete where name is Dropbox\n"
@@ -103,11 +103,11 @@ TEST_F(LoginItems, aRemovalIsTrueOnlyWhenSomethingWasDeleted) {
 }
 
 TEST_F(LoginItems, aRemovalThatSystemEventsRefusesIsFalse) {
-    loginItems.items = {kDropbox, kZoom};
+    loginItems.items = {kDropboxItem, kHiddenZoom};
     loginItems.unchangeable = {u"Dropbox"_s};
     EXPECT_FALSE(removeByName(u"Dropbox"_s));
     loginItems.denial = "Not authorized";
-    EXPECT_FALSE(removeAtPath(kZoom.path));
+    EXPECT_FALSE(removeAtPath(kHiddenZoom.path));
     EXPECT_FALSE(add(u"/Applications/Live.app"_s));
     EXPECT_EQ(loginItems.names(), (QStringList{u"Dropbox"_s, u"Zoom"_s}));
 }
@@ -134,7 +134,7 @@ TEST_F(LoginItems, hostileNamesReachSystemEventsAsText) {
                             u"a\nb"_s,
                             uR"(\")"_s};
     for (const QString& name : names) {
-        loginItems.items = {kDropbox, {name, u"/Applications/"_s + name + u".app"_s, false}};
+        loginItems.items = {kDropboxItem, {name, u"/Applications/"_s + name + u".app"_s, false}};
         EXPECT_TRUE(removeByName(name)) << name.toStdString();
         EXPECT_EQ(loginItems.names(), QStringList(u"Dropbox"_s)) << name.toStdString();
         EXPECT_TRUE(add(u"/Applications/"_s + name + u".app"_s)) << name.toStdString();
@@ -155,15 +155,15 @@ TEST_F(LoginItems, anAddedOneExistsAfterwardsWithItsHiddenFlag) {
 }
 
 TEST_F(LoginItems, areReadAnewOnlyAfterTheyMayHaveChanged) {
-    loginItems.items = {kDropbox, kZoom};
+    loginItems.items = {kDropboxItem, kHiddenZoom};
     raw();
     removeByName(u"Nobody"_s);
-    add(kDropbox.path);
+    add(kDropboxItem.path);
     EXPECT_EQ(raw().size(), 2);
     EXPECT_EQ(trace.count(u"$> System Events: list"_s), 1);
     removeByName(u"Dropbox"_s);
     EXPECT_EQ(raw().size(), 1);
-    add(kDropbox.path);
+    add(kDropboxItem.path);
     EXPECT_EQ(raw().size(), 2);
     loginItems.unchangeable = {u"Zoom"_s};
     removeByName(u"Zoom"_s); // an error may come after a part was deleted
@@ -172,7 +172,7 @@ TEST_F(LoginItems, areReadAnewOnlyAfterTheyMayHaveChanged) {
 }
 
 TEST_F(LoginItems, aListThatWasAskedForBeforeAChangeIsNotKept) {
-    loginItems.items = {kDropbox};
+    loginItems.items = {kDropboxItem};
     commands.hold();
     auto slow = system.rawLoginItems();
     auto removal = system.removeLoginItemByName(u"Dropbox"_s);
@@ -191,7 +191,7 @@ TEST_F(LoginItems, disablingNoneDoesNothing) {
 }
 
 TEST_F(LoginItems, areDisabledInTheOrderOfTheSystemAndWrittenDown) {
-    loginItems.items = {kZoom, {u"Stays"_s, u"/Applications/Stays.app"_s, false}, kDropbox};
+    loginItems.items = {kHiddenZoom, {u"Stays"_s, u"/Applications/Stays.app"_s, false}, kDropboxItem};
     EXPECT_TRUE(disable({u"Dropbox"_s, u"Zoom"_s}));
     EXPECT_EQ(takeTrace(), u"$> System Events: list\n"
                            "$> System Events: delete where name is Zoom\n"
@@ -214,7 +214,7 @@ TEST_F(LoginItems, areDisabledInTheOrderOfTheSystemAndWrittenDown) {
 }
 
 TEST_F(LoginItems, theRecordIsReplacedByTheNextRunThatFindsSomething) {
-    loginItems.items = {kZoom, kDropbox};
+    loginItems.items = {kHiddenZoom, kDropboxItem};
     disable({u"Zoom"_s});
     disable({u"Nobody"_s});
     EXPECT_TRUE(files.read(kRecord).contains("Zoom"));
@@ -224,7 +224,7 @@ TEST_F(LoginItems, theRecordIsReplacedByTheNextRunThatFindsSomething) {
 }
 
 TEST_F(LoginItems, aRecordThatCannotBeWrittenIsNoFailure) {
-    loginItems.items = {kZoom};
+    loginItems.items = {kHiddenZoom};
     files.failOn(Operation::CreateFolders, kBackupFolder);
     files.failOn(Operation::Write, kRecord);
     EXPECT_TRUE(disable({u"Zoom"_s}));
@@ -235,18 +235,18 @@ TEST_F(LoginItems, aRecordThatCannotBeWrittenIsNoFailure) {
 
 TEST_F(LoginItems, audioSoftwareIsNeverDisabledByNameOrPath) {
     const LoginItem ableton{u"Ableton Helper"_s, u"/Applications/Helper.app"_s, false};
-    loginItems.items = {ableton, kTraktor};
+    loginItems.items = {ableton, kDeckHelper};
     EXPECT_TRUE(disable({u"Ableton Helper"_s, u"Deck Helper"_s, u"Serato Gone"_s}, {u"Ableton Helper"_s}));
     EXPECT_EQ(takeTrace(), u"$> System Events: list\n"
                            "  [SKIPPED] Protected login item: Ableton Helper\n"
                            "  [SKIPPED] Protected login item: Deck Helper\n"
                            "  [SKIPPED] Protected login item: Serato Gone\n"_s);
-    EXPECT_EQ(loginItems.items, (QList<LoginItem>{ableton, kTraktor}));
+    EXPECT_EQ(loginItems.items, (QList<LoginItem>{ableton, kDeckHelper}));
 }
 
 TEST_F(LoginItems, anExcludedAgentStaysByIdOrNameAndAnythingElseGoes) {
     const LoginItem helper{u"Box Agent"_s, u"/Applications/Box.app"_s, false};
-    loginItems.items = {kAgent, helper, kDropbox};
+    loginItems.items = {kSyncAgent, helper, kDropboxItem};
     EXPECT_TRUE(disable({u"Sync Agent"_s, u"Box Agent"_s, u"Dropbox"_s, u"Lost Agent"_s},
                         {u"login:/Applications/Sync.app"_s, u"Box Agent"_s, u"Dropbox"_s,
                          u"login:/Applications/Dropbox.app"_s, u"login:Lost Agent"_s}));
@@ -259,7 +259,7 @@ TEST_F(LoginItems, anExcludedAgentStaysByIdOrNameAndAnythingElseGoes) {
 }
 
 TEST_F(LoginItems, aRemovalThatFailsStopsNoOther) {
-    loginItems.items = {kZoom, kDropbox};
+    loginItems.items = {kHiddenZoom, kDropboxItem};
     loginItems.unchangeable = {u"Zoom"_s};
     EXPECT_FALSE(disable({u"Zoom"_s, u"Dropbox"_s}));
     EXPECT_EQ(takeTrace(), u"$> System Events: list\n"
@@ -270,7 +270,7 @@ TEST_F(LoginItems, aRemovalThatFailsStopsNoOther) {
 }
 
 TEST_F(LoginItems, twoOfOneNameGoWithTheFirstAndTheSecondIsReportedMissing) {
-    loginItems.items = {kDropbox, {u"Dropbox"_s, u"/Users/alex/Applications/Dropbox.app"_s, false}};
+    loginItems.items = {kDropboxItem, {u"Dropbox"_s, u"/Users/alex/Applications/Dropbox.app"_s, false}};
     EXPECT_FALSE(disable({u"Dropbox"_s}));
     EXPECT_EQ(takeTrace(), u"$> System Events: list\n"
                            "$> System Events: delete where name is Dropbox\n"
@@ -304,7 +304,7 @@ TEST_F(LoginItems, whereThePathDoesNotTellThemApartEitherBothStay) {
 
 TEST_F(LoginItems, oneThatCameAfterTheListWasReadIsRemovedAllTheSame) {
     raw();
-    loginItems.items = {kZoom};
+    loginItems.items = {kHiddenZoom};
     EXPECT_TRUE(disable({u"Zoom"_s, u"Zoom"_s}));
     EXPECT_EQ(takeTrace(), u"$> System Events: list\n"
                            "$> System Events: delete where name is Zoom\n"
@@ -314,7 +314,7 @@ TEST_F(LoginItems, oneThatCameAfterTheListWasReadIsRemovedAllTheSame) {
 }
 
 TEST_F(LoginItems, oneThatIsNotThereIsNoFailure) {
-    loginItems.items = {kZoom};
+    loginItems.items = {kHiddenZoom};
     EXPECT_TRUE(disable({u"Zoom"_s, u"Dropbox"_s, u"Spotify"_s}));
     EXPECT_EQ(takeTrace(), u"$> System Events: list\n"
                            "$> System Events: delete where name is Zoom\n"
@@ -334,7 +334,7 @@ TEST_F(LoginItems, aProtectedOneIsKnownThoughABarInItsNameHidesItsPath) {
 
 TEST_F(LoginItems, oneThatIsStillThereIsAFailure) {
     raw();
-    loginItems.items = {kZoom};
+    loginItems.items = {kHiddenZoom};
     loginItems.unchangeable = {u"Zoom"_s};
     EXPECT_FALSE(disable({u"Zoom"_s}));
 }

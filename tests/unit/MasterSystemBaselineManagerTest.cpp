@@ -15,8 +15,8 @@ using namespace std::chrono_literals;
 namespace {
 
 const QString kHome = u"/Users/alex/.quorvane"_s;
-const QString kContainer = u"/Users/alex/Library/Mobile Documents/7KX2MR04TD~com~quorvane~app"_s;
-const QString kCloud = kContainer + u"/Documents/Quorvane/SystemBaselines"_s;
+const QString kBaselineContainer = u"/Users/alex/Library/Mobile Documents/7KX2MR04TD~com~quorvane~app"_s;
+const QString kCloud = kBaselineContainer + u"/Documents/Quorvane/SystemBaselines"_s;
 const QString kCurrent = u"/master-baseline-current.json"_s;
 const QString kArchive = u"master-baseline-2026-11-15T21:05:37Z.json"_s;
 
@@ -53,7 +53,7 @@ protected:
     }
     void signIn() {
         cloud.account = true;
-        cloud.container = kContainer;
+        cloud.container = kBaselineContainer;
     }
     std::chrono::milliseconds waited() const {
         return std::accumulate(clock.waits.begin(), clock.waits.end(), std::chrono::milliseconds(0));
@@ -121,7 +121,7 @@ TEST_F(MasterBaselines, thatICloudLearnsOfWhileItWaitsAreFound) {
 }
 
 TEST_F(MasterBaselines, ofAnotherAccountAreNotLookedFor) {
-    cloud.container = kContainer; // nobody is signed in
+    cloud.container = kBaselineContainer; // nobody is signed in
     files.addFile(kCloud + kCurrent, "{}");
     EXPECT_FALSE(exists());
 }

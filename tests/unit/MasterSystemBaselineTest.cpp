@@ -1,3 +1,4 @@
+#include "core/Json.h"
 #include "snapshots/MasterSystemBaseline.h"
 
 #include <gtest/gtest.h>

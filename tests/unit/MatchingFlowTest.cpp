@@ -8,7 +8,7 @@ namespace quorvane {
 namespace {
 
 using Item = ApplyVerificationResult::Item;
-using Kind = MatchedConfigurationKind;
+using MatchedKind = MatchedConfigurationKind;
 
 const QString kNoMatch = u"  [VERIFY] No saved profile fully matches the current system.\n"_s;
 const QString kStart = u"\n[VERIFY] Scanning current system settings...\n"_s;
@@ -161,7 +161,7 @@ TEST_F(MatchingFlow, readsOncePerCandidateAndStopsAtTheFirstThatFits) {
 
 TEST_F(MatchingFlow, isDefaultWhereNoTweakIsInForce) {
     EXPECT_EQ(scan({}), (SystemConfigurationMatch{u"Default"_s,
-                                                  Kind::builtinMode,
+                                                  MatchedKind::builtinMode,
                                                   {{{u"Default preset"_s, u"no performance optimizations active"_s},
                                                     {u"Clean Reboot"_s, u"standard app restoration"_s}},
                                                    {}}}));
@@ -205,7 +205,7 @@ TEST_F(MatchingFlow, isNotDefaultWhereApplicationsDoNotReopen) {
 // ---- The scan
 
 TEST_F(MatchingFlow, recordsTheProfileThatFits) {
-    EXPECT_EQ(scan({profileNamed(u"Off"_s)})->kind, Kind::savedProfile);
+    EXPECT_EQ(scan({profileNamed(u"Off"_s)})->kind, MatchedKind::savedProfile);
     const QString log = takeTrace();
     EXPECT_TRUE(log.startsWith(kStart + kReadings + kRestorationReadings +
                                u"\n[VERIFY] System matches: Off\n  [OK] App Nap — enabled\n"_s));
@@ -226,7 +226,7 @@ TEST_F(MatchingFlow, keepsTheLastAppliedProfileActiveWithoutAWordWhereNothingFit
         applied.settings.*field.isSelected = true;
     }
     applied.settings.appNap = false;
-    EXPECT_EQ(scan({applied}, u"Live"_s), (SystemConfigurationMatch{u"Live"_s, Kind::savedProfile, {}}));
+    EXPECT_EQ(scan({applied}, u"Live"_s), (SystemConfigurationMatch{u"Live"_s, MatchedKind::savedProfile, {}}));
     const QStringList log = system.logMessages();
     EXPECT_EQ(log.filter(u"[VERIFY]"_s), QStringList(kStart.chopped(1)));
     EXPECT_TRUE(posted.isEmpty());
@@ -247,7 +247,7 @@ TEST_F(MatchingFlow, keepsItWithWhatTheLastApplyFoundWhereThatIsKnown) {
     set(u"com.apple.commerce AutoUpdate"_s, "0");
     setLastApplied(u"Live"_s);
     posted.clear();
-    EXPECT_EQ(scan({applied}), (SystemConfigurationMatch{u"Live"_s, Kind::savedProfile, last}));
+    EXPECT_EQ(scan({applied}), (SystemConfigurationMatch{u"Live"_s, MatchedKind::savedProfile, last}));
     EXPECT_EQ(posted.size(), 1);
     EXPECT_EQ(posted.value(0).second.value(u"matchName"_s), u"Live"_s);
 }

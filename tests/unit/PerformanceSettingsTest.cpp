@@ -1,4 +1,5 @@
 #include "tweaks/PerformanceSettings.h"
+#include "core/Json.h"
 
 #include <gtest/gtest.h>
 
@@ -7,7 +8,7 @@ using namespace Qt::StringLiterals;
 namespace quorvane {
 namespace {
 
-QString problemOf(const Json& json) {
+QString settingsProblem(const Json& json) {
     try {
         decodedValue<PerformanceSettings>(json);
     } catch (const DecodingError& error) {
@@ -104,7 +105,8 @@ TEST(PerformanceSettings, onlyTheCleanRebootMayBeMissing) {
         Json json = complete;
         json.erase(key);
         const bool isOptional = key == "cleanReboot";
-        EXPECT_EQ(problemOf(json), isOptional ? QString() : u"\"%1\": missing"_s.arg(QString::fromStdString(key)));
+        EXPECT_EQ(settingsProblem(json),
+                  isOptional ? QString() : u"\"%1\": missing"_s.arg(QString::fromStdString(key)));
     }
 }
 
@@ -122,7 +124,7 @@ TEST(PerformanceSettings, aBooleanIsNothingElse) {
             SCOPED_TRACE(field.key + wrong.dump());
             Json json = encodeJson(PerformanceSettings());
             json[field.key] = wrong;
-            EXPECT_EQ(problemOf(json), u"\"%1\": not a boolean"_s.arg(QString::fromUtf8(field.key)));
+            EXPECT_EQ(settingsProblem(json), u"\"%1\": not a boolean"_s.arg(QString::fromUtf8(field.key)));
         }
     }
 }
@@ -130,11 +132,11 @@ TEST(PerformanceSettings, aBooleanIsNothingElse) {
 TEST(PerformanceSettings, customIconsAreTexts) {
     Json json = encodeJson(PerformanceSettings());
     json["customIcons"] = Json::array();
-    EXPECT_EQ(problemOf(json), u"\"customIcons\": not an object"_s);
+    EXPECT_EQ(settingsProblem(json), u"\"customIcons\": not an object"_s);
     json["customIcons"] = Json{{"appNap", 1}};
-    EXPECT_EQ(problemOf(json), u"\"customIcons.appNap\": not a string"_s);
+    EXPECT_EQ(settingsProblem(json), u"\"customIcons.appNap\": not a string"_s);
     json["customIcons"] = nullptr;
-    EXPECT_EQ(problemOf(json), u"\"customIcons\": not an object"_s);
+    EXPECT_EQ(settingsProblem(json), u"\"customIcons\": not an object"_s);
 }
 
 TEST(PerformanceSettings, unknownKeysAreIgnoredAndNotKept) {

@@ -1,4 +1,5 @@
 #include "profiles/ProfileCloudBackup.h"
+#include "core/Json.h"
 
 #include "core/DeviceName.h"
 #include "core/FileTimestamp.h"
@@ -12,7 +13,7 @@ using namespace Qt::StringLiterals;
 namespace quorvane {
 namespace {
 
-using Kind = ProfileCloudBackupKind;
+using BackupKind = ProfileCloudBackupKind;
 
 class MachineThatWritesDates final : public Machine {
 public:
@@ -36,7 +37,7 @@ ProfileCloudBackup backupOf(const QList<UnifiedProfile>& profiles) {
     return backup;
 }
 
-QString decodingError(const QByteArray& bytes) {
+QString backupDecodingError(const QByteArray& bytes) {
     try {
         decodeProfileCloudBackup(bytes);
     } catch (const DecodingError& error) {
@@ -96,7 +97,7 @@ TEST(ProfileCloudBackup, everyKeyIsRequiredAndNoOtherCounts) {
     for (const char* key : {"formatVersion", "createdAt", "deviceName", "profiles"}) {
         Json json = whole;
         json.erase(key);
-        EXPECT_EQ(decodingError(jsonText(json)), u"\"%1\": missing"_s.arg(QString::fromUtf8(key)));
+        EXPECT_EQ(backupDecodingError(jsonText(json)), u"\"%1\": missing"_s.arg(QString::fromUtf8(key)));
     }
     Json later = whole;
     later["formatVersion"] = 9;
@@ -127,7 +128,7 @@ TEST(ProfileCloudBackup, whatIsNoBackupIsTold) {
         {R"({"formatVersion": 1, "createdAt": 790000000})", u"\"createdAt\": not a string"_s},
     };
     for (const auto& [bytes, error] : cases) {
-        EXPECT_EQ(decodingError(bytes), error) << bytes.left(60).toStdString();
+        EXPECT_EQ(backupDecodingError(bytes), error) << bytes.left(60).toStdString();
     }
 }
 
@@ -145,12 +146,12 @@ TEST(ProfileCloudBackup, itsNameTellsItsKind) {
     EXPECT_EQ(timestampedBackupName(kEvening), u"backup-2026-11-15T21:05:37Z.json"_s);
     EXPECT_EQ(timestampedBackupName(kEvening.toOffsetFromUtc(3600).addMSecs(999)),
               u"backup-2026-11-15T21:05:37Z.json"_s);
-    EXPECT_EQ(backupKindOf(u"latest.json"_s), Kind::fullLatest);
-    EXPECT_EQ(backupKindOf(u"default-current.json"_s), Kind::defaultCurrent);
-    EXPECT_EQ(backupKindOf(u"default-previous.json"_s), Kind::defaultPrevious);
+    EXPECT_EQ(backupKindOf(u"latest.json"_s), BackupKind::fullLatest);
+    EXPECT_EQ(backupKindOf(u"default-current.json"_s), BackupKind::defaultCurrent);
+    EXPECT_EQ(backupKindOf(u"default-previous.json"_s), BackupKind::defaultPrevious);
     for (const QString& other :
          {timestampedBackupName(kEvening), u"latest 2.json"_s, u"Latest.json"_s, u"default.json"_s, u"mine.json"_s}) {
-        EXPECT_EQ(backupKindOf(other), Kind::fullTimestamped) << other.toStdString();
+        EXPECT_EQ(backupKindOf(other), BackupKind::fullTimestamped) << other.toStdString();
     }
 }
 
@@ -180,7 +181,7 @@ TEST(ProfileCloudBackupInfo, tellsWhatItsFileHolds) {
     const ProfileCloudBackup backup = backupOf({numberedProfile(1, u"Live"_s), numberedProfile(2, u"Gig"_s)});
     EXPECT_EQ(backupInfo(u"/cloud/ProfileBackups/latest.json"_s, backup),
               (ProfileCloudBackupInfo{u"latest.json"_s, u"/cloud/ProfileBackups/latest.json"_s, kEvening, 2,
-                                      u"Studio"_s, Kind::fullLatest}));
+                                      u"Studio"_s, BackupKind::fullLatest}));
 }
 
 TEST(ProfileCloudBackupInfo, hasATitleAndADetailForEachKind) {

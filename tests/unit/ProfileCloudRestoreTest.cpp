@@ -8,9 +8,9 @@ using namespace std::chrono_literals;
 
 namespace {
 
-const QString kUnavailable =
+const QString kNoCloud =
     u"iCloud Drive is not available. Sign in to iCloud in System Settings and enable iCloud Drive."_s;
-const QString kNoError = u"no error"_s;
+const QString kNothingThrown = u"no error"_s;
 const QString kLive = u"Live"_s;
 const QString kGig = u"Gig"_s;
 
@@ -28,7 +28,7 @@ class RestoredBackups : public ProfileCloudSystem {
 protected:
     struct Restored {
         ProfileImportResult result;
-        QString error = kNoError;
+        QString error = kNothingThrown;
     };
     QCoro::Task<Restored> restoring(ProfileCloudBackupInfo info) {
         Restored restored;
@@ -46,7 +46,7 @@ protected:
     QString summaryOf(const QString& name) {
         const Restored restored = restore(name);
         const auto& [imported, updated, renamed] = restored.result;
-        return restored.error == kNoError ? summary(imported, updated, renamed) : restored.error;
+        return restored.error == kNothingThrown ? summary(imported, updated, renamed) : restored.error;
     }
     QStringList savedNames() const {
         QStringList names = namesOf(profiles.listProfiles());
@@ -86,7 +86,7 @@ TEST_F(BackupList, isSortedByKindAndThenByDate) {
     addBackup(u"backup-2.json"_s, {}, 2);
     addBackup(latest, {numberedProfile(1, kLive)}, -99);
     addBackup(current, {defaultVersion(1)}, 5);
-    EXPECT_EQ(refresh(), kNoError);
+    EXPECT_EQ(refresh(), kNothingThrown);
     EXPECT_EQ(listedIds(),
               (QStringList{latest, current, previous, u"backup-1.json"_s, u"mine.json"_s, u"backup-2.json"_s}));
     EXPECT_EQ(manager.backups().at(3),
@@ -108,7 +108,7 @@ TEST_F(BackupList, leavesOutWhatCannotBeRead) {
     files.addLink(pathOf(u"link.json"_s), u"/nowhere"_s);
     files.addFile(pathOf(u"notes.txt"_s), bytesOf(latest));
     files.addFile(pathOf(u".json"_s), bytesOf(latest));
-    EXPECT_EQ(refresh(), kNoError);
+    EXPECT_EQ(refresh(), kNothingThrown);
     EXPECT_EQ(listedIds(), QStringList(latest));
 }
 
@@ -117,28 +117,28 @@ TEST_F(BackupList, downloadsWhatIsOnlyInICloudAndLeavesOutWhatDoesNotArrive) {
     cloud.waiting[pathOf(latest)] = {bytes, 19, {}};
     cloud.waiting[pathOf(stamped)] = {bytes, {}, {}};
     addBackup(current, {defaultVersion(1)});
-    EXPECT_EQ(refresh(), kNoError);
+    EXPECT_EQ(refresh(), kNothingThrown);
     EXPECT_EQ(listedIds(), (QStringList{latest, current}));
     EXPECT_EQ(clock.waits, QList<std::chrono::milliseconds>(19 + 20, 250ms));
     cloud.waiting[pathOf(stamped)].looks = 0;
-    EXPECT_EQ(refresh(), kNoError);
+    EXPECT_EQ(refresh(), kNothingThrown);
     EXPECT_EQ(listedIds(), (QStringList{latest, current, stamped}));
 }
 
 TEST_F(BackupList, isEmptyWithoutAnAccountOrAContainerAndTellsOnlyChanges) {
     addBackup(latest, {numberedProfile(1, kLive)});
     EXPECT_FALSE(manager.isICloudAvailable());
-    EXPECT_EQ(refresh(), kNoError);
-    EXPECT_EQ(refresh(), kNoError);
+    EXPECT_EQ(refresh(), kNothingThrown);
+    EXPECT_EQ(refresh(), kNothingThrown);
     EXPECT_EQ(changes, 1);
     EXPECT_EQ(availabilityChanges, 1);
     cloud.container.reset();
-    EXPECT_EQ(refresh(), kNoError);
+    EXPECT_EQ(refresh(), kNothingThrown);
     EXPECT_EQ(listedIds(), QStringList());
     EXPECT_TRUE(manager.isICloudAvailable()) << "the account is there";
     cloud.account = false;
-    EXPECT_EQ(refresh(), kNoError);
-    EXPECT_EQ(refresh(), kNoError);
+    EXPECT_EQ(refresh(), kNothingThrown);
+    EXPECT_EQ(refresh(), kNothingThrown);
     EXPECT_EQ(changes, 2);
     EXPECT_EQ(availabilityChanges, 2);
 }
@@ -164,7 +164,7 @@ TEST_F(RestoredBackups, areMergedIntoTheSavedProfiles) {
     profiles.saveProfile(numberedProfile(7, kGig));
     addBackup(latest, {numberedProfile(1, kLive), numberedProfile(2, kGig), numberedProfile(3, u"Set"_s)});
     const Restored restored = restore(latest);
-    EXPECT_EQ(restored.error, kNoError);
+    EXPECT_EQ(restored.error, kNothingThrown);
     EXPECT_EQ(restored.result, (ProfileImportResult{2, 1, {u"Gig → Gig 2"_s}}));
     EXPECT_EQ(savedNames(), (QStringList{kGig, u"Gig 2"_s, kLive, u"Set"_s}));
     EXPECT_EQ(takeChanges(), QStringList()) << "iCloud stays as it is";
@@ -221,7 +221,7 @@ TEST_F(RestoredBackups, areDownloadedFirst) {
 TEST_F(RestoredBackups, needAnAccount) {
     addBackup(latest, {numberedProfile(1, kLive)});
     cloud.account = false;
-    EXPECT_EQ(summaryOf(latest), kUnavailable);
+    EXPECT_EQ(summaryOf(latest), kNoCloud);
     EXPECT_EQ(savedNames(), QStringList());
 }
 
@@ -266,11 +266,11 @@ TEST_F(BackupTurns, areBusyDuringBackupsAndRestores) {
     letCurrentCopyWait();
     auto backup = backupErrorOf(manager.backupAllProfiles(profiles));
     EXPECT_TRUE(manager.isBusy());
-    EXPECT_EQ(QCoro::waitFor(std::move(backup)), kNoError);
+    EXPECT_EQ(QCoro::waitFor(std::move(backup)), kNothingThrown);
     EXPECT_FALSE(manager.isBusy());
     EXPECT_EQ(busy, (QList<bool>{true, false}));
     const ProfileCloudBackupInfo info = manager.backups().first();
-    EXPECT_EQ(QCoro::waitFor(backupErrorOf(manager.restore(info, profiles))), kNoError);
+    EXPECT_EQ(QCoro::waitFor(backupErrorOf(manager.restore(info, profiles))), kNothingThrown);
     EXPECT_EQ(busy.size(), 4);
 }
 
@@ -280,19 +280,19 @@ TEST_F(BackupTurns, areBusyOnceWhileSeveralRun) {
     auto second = backupErrorOf(manager.ensureDefaultBackups(profiles));
     auto third = backupErrorOf(manager.backupDefaultProfile(profiles, std::nullopt));
     EXPECT_EQ(busy, QList<bool>{true});
-    EXPECT_EQ(QCoro::waitFor(std::move(first)), kNoError);
+    EXPECT_EQ(QCoro::waitFor(std::move(first)), kNothingThrown);
     EXPECT_TRUE(manager.isBusy()) << "the others have yet to come";
-    EXPECT_EQ(QCoro::waitFor(std::move(second)), kNoError);
-    EXPECT_EQ(QCoro::waitFor(std::move(third)), kNoError);
+    EXPECT_EQ(QCoro::waitFor(std::move(second)), kNothingThrown);
+    EXPECT_EQ(QCoro::waitFor(std::move(third)), kNothingThrown);
     EXPECT_EQ(busy, (QList<bool>{true, false}));
 }
 
 TEST_F(BackupTurns, areOverAfterAFailure) {
     cloud.account = false;
-    EXPECT_EQ(backUpAll(), kUnavailable);
+    EXPECT_EQ(backUpAll(), kNoCloud);
     EXPECT_FALSE(manager.isBusy());
     cloud.account = true;
-    EXPECT_EQ(backUpAll(), kNoError) << "and the next can go on";
+    EXPECT_EQ(backUpAll(), kNothingThrown) << "and the next can go on";
     EXPECT_EQ(busy, (QList<bool>{true, false, true, false}));
 }
 
@@ -300,7 +300,7 @@ TEST_F(BackupTurns, areNotBusyWhileTheListIsRead) {
     letCurrentCopyWait();
     auto list = backupErrorOf(manager.refreshBackups());
     EXPECT_FALSE(manager.isBusy());
-    EXPECT_EQ(QCoro::waitFor(std::move(list)), kNoError);
+    EXPECT_EQ(QCoro::waitFor(std::move(list)), kNothingThrown);
     EXPECT_TRUE(busy.isEmpty());
 }
 
@@ -310,8 +310,8 @@ TEST_F(BackupTurns, loseNoStateWhenTwoRotationsMeet) {
     cloud.isReplacingLater = true;
     auto first = backupErrorOf(manager.backupDefaultProfile(profiles, defaultVersion(2)));
     auto second = backupErrorOf(manager.backupDefaultProfile(profiles, defaultVersion(3)));
-    EXPECT_EQ(QCoro::waitFor(std::move(second)), kNoError);
-    EXPECT_EQ(QCoro::waitFor(std::move(first)), kNoError);
+    EXPECT_EQ(QCoro::waitFor(std::move(second)), kNothingThrown);
+    EXPECT_EQ(QCoro::waitFor(std::move(first)), kNothingThrown);
     EXPECT_EQ(currentVersion(), u"3"_s);
     EXPECT_EQ(previousVersion(), u"2"_s) << "the state right before the last change";
 }
@@ -325,8 +325,8 @@ TEST_F(BackupTurns, keepTheirOrderOverAFailure) {
     EXPECT_EQ(QCoro::waitFor(std::move(first)),
               u"Could not write the iCloud backup: Could not create the iCloud backup file."_s);
     cloud.writeError.reset();
-    EXPECT_EQ(QCoro::waitFor(std::move(last)), kNoError);
-    EXPECT_EQ(QCoro::waitFor(std::move(list)), kNoError);
+    EXPECT_EQ(QCoro::waitFor(std::move(last)), kNothingThrown);
+    EXPECT_EQ(QCoro::waitFor(std::move(list)), kNothingThrown);
     EXPECT_EQ(currentVersion(), u"3"_s);
     EXPECT_EQ(previousVersion(), u"1"_s);
 }

@@ -1,3 +1,4 @@
+#include "core/Json.h"
 #include "profiles/ProfileJson.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+#include "core/JsonErrors.h"
 #include "profiles/ProfileManager.h"
 
 #include "fakes/ProfileStore.h"

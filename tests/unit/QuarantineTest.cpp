@@ -6,23 +6,23 @@ namespace {
 
 using Operation = MemoryFileManager::Operation;
 
-const QString kBackup = u"/Users/alex/.quorvane_backup"_s;
-const QString kLabel = u"com.getdropbox.dropbox.helper"_s;
+const QString kBackupFolder = u"/Users/alex/.quorvane_backup"_s;
+const QString kHelperLabel = u"com.getdropbox.dropbox.helper"_s;
 const QString kHelpers = u"/Applications/Dropbox.app/Contents/Library/LoginItems"_s;
-const QString kHelper = kHelpers + u"/Dropbox Helper.app"_s;
-const QString kMoved = kQuarantine + kLabel + u"/Dropbox Helper.app"_s;
-const QString kDitto = u"/usr/bin/ditto \""_s + kHelper + u"\" \""_s + kMoved + u'"';
+const QString kHelperBundle = kHelpers + u"/Dropbox Helper.app"_s;
+const QString kMoved = kQuarantine + kHelperLabel + u"/Dropbox Helper.app"_s;
+const QString kDitto = u"/usr/bin/ditto \""_s + kHelperBundle + u"\" \""_s + kMoved + u'"';
 
 /// One helper that is switched off by its label, outside a batch unless the test opens one.
 class Quarantine : public StartupSystem {
 protected:
     Quarantine() {
-        files.addFile(kHelper, "helper");
+        files.addFile(kHelperBundle, "helper");
         cacheDump({applicationRecord(u"Dropbox"_s, u"com.getdropbox.dropbox"_s),
-                   backgroundRecord(u"Dropbox Helper"_s, kLabel, u"com.getdropbox.dropbox"_s)});
+                   backgroundRecord(u"Dropbox Helper"_s, kHelperLabel, u"com.getdropbox.dropbox"_s)});
     }
 
-    bool disable(const QSet<QString>& labels = {kLabel}) {
+    bool disable(const QSet<QString>& labels = {kHelperLabel}) {
         trace.clear();
         return QCoro::waitFor(system.disableBackgroundLabels(labels));
     }
@@ -30,7 +30,7 @@ protected:
 
     /// What followed launchd's rung.
     QString traceOfQuarantine() {
-        return takeTrace().section(u"Disabled background login item: "_s + kLabel + u'\n', 1);
+        return takeTrace().section(u"Disabled background login item: "_s + kHelperLabel + u'\n', 1);
     }
     static QString failed(const QString& error) {
         return u"  [ERROR] Failed to quarantine bundled startup resource: Dropbox Helper.app: "_s + error + u'\n';
@@ -43,12 +43,12 @@ protected:
 TEST_F(Quarantine, theUsersHelperIsCopiedAndThenRemoved) {
     EXPECT_TRUE(disable());
     EXPECT_EQ(traceOfQuarantine(), u"$> "_s + kDitto + u'\n' + applied);
-    EXPECT_FALSE(files.exists(kHelper));
+    EXPECT_FALSE(files.exists(kHelperBundle));
     EXPECT_EQ(files.read(kMoved), "helper");
 }
 
 TEST_F(Quarantine, aHelperThatIsGoneNeedsNothing) {
-    files.remove(kHelper);
+    files.remove(kHelperBundle);
     EXPECT_TRUE(disable());
     EXPECT_EQ(traceOfQuarantine(), QString());
 }
@@ -65,8 +65,8 @@ TEST_F(Quarantine, aSecondHelperOfOneLabelAndNameStaysWhereItIs) {
     files.addFile(system.backgroundDumpPath(),
                   dumpOf({applicationRecord(u"Dropbox"_s, u"com.getdropbox.dropbox"_s),
                           applicationRecord(u"Other"_s, u"com.other"_s),
-                          backgroundRecord(u"Dropbox Helper"_s, kLabel, u"com.getdropbox.dropbox"_s),
-                          backgroundRecord(u"Dropbox Helper"_s, kLabel, u"com.other"_s)}));
+                          backgroundRecord(u"Dropbox Helper"_s, kHelperLabel, u"com.getdropbox.dropbox"_s),
+                          backgroundRecord(u"Dropbox Helper"_s, kHelperLabel, u"com.other"_s)}));
     QCoro::waitFor(system.loadPrivilegedBackgroundDump());
     EXPECT_FALSE(disable()) << "it would replace the only copy of the first";
     EXPECT_EQ(files.read(kMoved), "helper");
@@ -74,18 +74,18 @@ TEST_F(Quarantine, aSecondHelperOfOneLabelAndNameStaysWhereItIs) {
 }
 
 TEST_F(Quarantine, aFailedCopyLeavesTheHelper) {
-    stuck.insert(kHelper);
+    stuck.insert(kHelperBundle);
     commands.fail(kDitto, 1, "ditto: No space left on device\n");
     EXPECT_FALSE(disable());
     EXPECT_EQ(traceOfQuarantine(), u"$> "_s + kDitto + u'\n' + failed(u"ditto: No space left on device"_s));
-    EXPECT_EQ(files.read(kHelper), "helper");
+    EXPECT_EQ(files.read(kHelperBundle), "helper");
 }
 
 TEST_F(Quarantine, aHelperThatCannotBeRemovedIsAFailureAndTheCopyStays) {
     files.makeUnwritable(kHelpers);
     EXPECT_FALSE(disable());
-    EXPECT_EQ(traceOfQuarantine(), u"$> "_s + kDitto + u'\n' + failed(kHelper + u": Permission denied"_s));
-    EXPECT_TRUE(files.exists(kHelper));
+    EXPECT_EQ(traceOfQuarantine(), u"$> "_s + kDitto + u'\n' + failed(kHelperBundle + u": Permission denied"_s));
+    EXPECT_TRUE(files.exists(kHelperBundle));
     EXPECT_EQ(files.read(kMoved), "helper");
 }
 
@@ -94,52 +94,52 @@ TEST_F(Quarantine, anOldCopyThatCannotBeRemovedStopsItBeforeTheCopy) {
     files.failOn(Operation::Remove, kMoved);
     EXPECT_FALSE(disable());
     EXPECT_EQ(traceOfQuarantine(), failed(kMoved + u": Operation not permitted"_s));
-    EXPECT_TRUE(files.exists(kHelper));
+    EXPECT_TRUE(files.exists(kHelperBundle));
 }
 
 TEST_F(Quarantine, afterAFailureAtAnyChangeTheHelperIsInOneOfItsPlaces) {
     for (int change = 1; change <= 4; ++change) {
-        files.addFile(kHelper, "helper");
+        files.addFile(kHelperBundle, "helper");
         files.failAtChange(change);
         disable();
-        EXPECT_TRUE(files.exists(kHelper) || files.exists(kMoved)) << change;
+        EXPECT_TRUE(files.exists(kHelperBundle) || files.exists(kMoved)) << change;
     }
-    EXPECT_FALSE(files.exists(kHelper)) << "the last round had no failure left";
+    EXPECT_FALSE(files.exists(kHelperBundle)) << "the last round had no failure left";
 }
 
 // ---- As root
 
 TEST_F(Quarantine, aHelperOfRootsAsksOnce) {
-    files.makeUnwritable(kHelper);
+    files.makeUnwritable(kHelperBundle);
     EXPECT_TRUE(disable());
-    EXPECT_EQ(traceOfQuarantine(), prompted(quarantineLine(kHelper, kLabel), kSystemChanges) + applied);
+    EXPECT_EQ(traceOfQuarantine(), prompted(quarantineLine(kHelperBundle, kHelperLabel), kSystemChanges) + applied);
     EXPECT_EQ(files.read(kMoved), "helper");
 }
 
 TEST_F(Quarantine, aRefusedPromptLeavesTheHelper) {
-    files.makeUnwritable(kHelper);
+    files.makeUnwritable(kHelperBundle);
     scripts.failNext(u"User canceled."_s);
     EXPECT_FALSE(disable());
     EXPECT_EQ(traceOfQuarantine(),
-              prompted(quarantineLine(kHelper, kLabel), kSystemChanges) + failed(u"User canceled."_s));
-    EXPECT_TRUE(files.exists(kHelper));
+              prompted(quarantineLine(kHelperBundle, kHelperLabel), kSystemChanges) + failed(u"User canceled."_s));
+    EXPECT_TRUE(files.exists(kHelperBundle));
 }
 
 TEST_F(Quarantine, aHelperThatRootLeftInItsPlaceIsAFailureWhateverTheStatus) {
-    files.makeUnwritable(kHelper);
-    stuck.insert(kHelper);
+    files.makeUnwritable(kHelperBundle);
+    stuck.insert(kHelperBundle);
     EXPECT_FALSE(disable());
-    EXPECT_EQ(traceOfQuarantine(),
-              prompted(quarantineLine(kHelper, kLabel), kSystemChanges) + failed(u"it is still in its place"_s));
+    EXPECT_EQ(traceOfQuarantine(), prompted(quarantineLine(kHelperBundle, kHelperLabel), kSystemChanges) +
+                                       failed(u"it is still in its place"_s));
 }
 
 TEST_F(Quarantine, ofSeveralHelpersEachSucceedsByItself) {
     const QString agent = u"/Applications/Dropbox.app/Contents/Library/LaunchAgents/com.getdropbox.updater.plist"_s;
     files.addFile(agent, "agent");
     files.makeUnwritable(agent);
-    files.makeUnwritable(kHelper);
-    stuck.insert(kHelper);
-    EXPECT_FALSE(disable({kLabel, u"com.getdropbox.updater"_s}));
+    files.makeUnwritable(kHelperBundle);
+    stuck.insert(kHelperBundle);
+    EXPECT_FALSE(disable({kHelperLabel, u"com.getdropbox.updater"_s}));
     EXPECT_EQ(trace.mid(trace.size() - 2),
               QStringList({failed(u"it is still in its place"_s).chopped(1),
                            u"  [APPLIED] Quarantined bundled startup resource: com.getdropbox.updater.plist"_s}));
@@ -165,7 +165,7 @@ TEST_F(Quarantine, theNextBatchMayTakeItAgain) {
     system.beginAdminBatch();
     EXPECT_TRUE(disable());
     EXPECT_TRUE(finish());
-    EXPECT_FALSE(files.exists(kHelper));
+    EXPECT_FALSE(files.exists(kHelperBundle));
 }
 
 // ---- What is never moved
@@ -173,8 +173,8 @@ TEST_F(Quarantine, theNextBatchMayTakeItAgain) {
 TEST_F(Quarantine, whatLeadsOutOfTheApplicationIsNeverMoved) {
     const QString outside = u"/Users/alex/Documents/Dropbox Helper.app"_s;
     files.addFile(outside, "mine");
-    removeTree(files, kHelper);
-    files.addLink(kHelper, outside);
+    removeTree(files, kHelperBundle);
+    files.addLink(kHelperBundle, outside);
     EXPECT_TRUE(disable());
     EXPECT_EQ(traceOfQuarantine(), QString());
 
@@ -218,36 +218,37 @@ TEST_F(Quarantine, aHelperWithTheNameOfAudioSoftwareStays) {
 // ---- Where it goes
 
 TEST_F(Quarantine, aLinkInThePlaceOfAFolderStopsIt) {
-    for (const QString& folder : {kBackup, kBackup + u"/bundled-login-items"_s, kQuarantine + kLabel}) {
-        if (files.exists(kBackup)) {
-            removeTree(files, kBackup);
+    for (const QString& folder :
+         {kBackupFolder, kBackupFolder + u"/bundled-login-items"_s, kQuarantine + kHelperLabel}) {
+        if (files.exists(kBackupFolder)) {
+            removeTree(files, kBackupFolder);
         }
         files.addFolders(u"/Users/alex/Elsewhere"_s);
         files.addLink(folder, u"/Users/alex/Elsewhere"_s);
         EXPECT_FALSE(disable());
         EXPECT_EQ(traceOfQuarantine(), u"  [ERROR] Backup folder is not usable: "_s + folder + u'\n');
-        EXPECT_TRUE(files.exists(kHelper));
+        EXPECT_TRUE(files.exists(kHelperBundle));
         EXPECT_EQ(files.list(u"/Users/alex/Elsewhere"_s), QStringList());
         files.remove(folder);
     }
 }
 
 TEST_F(Quarantine, aFileInThePlaceOfAFolderStopsItAlsoInABatch) {
-    files.addFile(kBackup, "not a folder");
+    files.addFile(kBackupFolder, "not a folder");
     system.beginAdminBatch();
     EXPECT_FALSE(disable());
-    EXPECT_EQ(trace.last(), u"  [ERROR] Backup folder is not usable: "_s + kBackup);
+    EXPECT_EQ(trace.last(), u"  [ERROR] Backup folder is not usable: "_s + kBackupFolder);
     trace.clear();
     EXPECT_TRUE(finish());
-    EXPECT_EQ(takeTrace(), prompted(queuedLaunchctl(kLabel), u"Please."_s));
-    EXPECT_TRUE(files.exists(kHelper));
+    EXPECT_EQ(takeTrace(), prompted(queuedLaunchctl(kHelperLabel), u"Please."_s));
+    EXPECT_TRUE(files.exists(kHelperBundle));
 }
 
 TEST_F(Quarantine, aFolderThatCannotBeMadeStopsIt) {
-    files.failOn(Operation::CreateFolders, kBackup);
+    files.failOn(Operation::CreateFolders, kBackupFolder);
     EXPECT_FALSE(disable());
-    EXPECT_EQ(traceOfQuarantine(), u"  [ERROR] Backup folder is not usable: "_s + kBackup + u'\n');
-    EXPECT_TRUE(files.exists(kHelper));
+    EXPECT_EQ(traceOfQuarantine(), u"  [ERROR] Backup folder is not usable: "_s + kBackupFolder + u'\n');
+    EXPECT_TRUE(files.exists(kHelperBundle));
 }
 
 } // namespace quorvane

@@ -1,3 +1,4 @@
+#include "core/Json.h"
 #include "fakes/ScriptedLoginItems.h"
 
 #include "snapshots/RestoreBaseline.h"
@@ -9,7 +10,7 @@ namespace {
 
 using Archive = SystemManager::MasterArchive;
 
-const QString kFile = u"/Users/alex/Library/Application Support/Quorvane/system_snapshot.json"_s;
+const QString kSnapshotFile = u"/Users/alex/Library/Application Support/Quorvane/system_snapshot.json"_s;
 const QString kContainer = u"/Users/alex/Library/Mobile Documents/7KX2MR04TD~com~quorvane~app"_s;
 
 const QString kPowerAndPreferenceReadings =
@@ -118,13 +119,13 @@ TEST_F(SnapshotFlow, keepsTheTextOfATruthValue) {
     commands.print(u"/usr/bin/defaults read NSGlobalDomain NSAppSleepDisabled"_s, "1\n");
     capture();
     EXPECT_EQ(stored()->appNapDisabled, u"1"_s);
-    EXPECT_TRUE(files.read(kFile).contains("\"appNapDisabled\": \"1\""));
+    EXPECT_TRUE(files.read(kSnapshotFile).contains("\"appNapDisabled\": \"1\""));
 }
 
 TEST_F(SnapshotFlow, recordsWhatCannotBeReadAsHavingNoValue) {
     failEverything();
     EXPECT_TRUE(capture());
-    const Json json = parseJson(files.read(kFile));
+    const Json json = parseJson(files.read(kSnapshotFile));
     EXPECT_EQ(json.size(), 3U); // id, date, and the login items, of which none is known
     EXPECT_EQ(json.at("loginItems"), Json::array());
     EXPECT_FALSE(json.contains("networkServicesEnabled"));
@@ -158,10 +159,10 @@ TEST_F(SnapshotFlow, saysWhatItSavedAndTellsTheProgram) {
 TEST_F(SnapshotFlow, keepsTheOldSnapshotWhenTheNewOneCannotBeSaved) {
     capture(u"old"_s);
     posted.clear();
-    files.failOn(MemoryFileManager::Operation::Write, kFile);
+    files.failOn(MemoryFileManager::Operation::Write, kSnapshotFile);
     EXPECT_FALSE(capture(u"new"_s, Archive::Yes));
     EXPECT_EQ(system.logMessages().last(),
-              u"  [ERROR] Failed to save snapshot: "_s + kFile + u": Operation not permitted"_s);
+              u"  [ERROR] Failed to save snapshot: "_s + kSnapshotFile + u": Operation not permitted"_s);
     EXPECT_TRUE(posted.isEmpty());
     EXPECT_EQ(stored()->label, u"old"_s);
     EXPECT_FALSE(files.exists(u"/Users/alex/.quorvane"_s));

@@ -1,3 +1,4 @@
+#include "core/Json.h"
 #include "fakes/ScriptedSystem.h"
 
 #include "snapshots/SnapshotManager.h"
@@ -6,8 +7,8 @@ namespace quorvane {
 
 namespace {
 
-const QString kFolder = u"/Users/alex/Library/Application Support/Quorvane"_s;
-const QString kFile = kFolder + u"/system_snapshot.json"_s;
+const QString kSupportFolder = u"/Users/alex/Library/Application Support/Quorvane"_s;
+const QString kStoredSnapshot = kSupportFolder + u"/system_snapshot.json"_s;
 
 SystemSnapshot snapshotLabelled(const QString& label) {
     SystemSnapshot snapshot;
@@ -27,8 +28,8 @@ protected:
 } // namespace
 
 TEST_F(Snapshots, lieInTheProgramsFolder) {
-    EXPECT_EQ(manager.snapshotFileURL(), kFile);
-    EXPECT_TRUE(files.exists(kFolder));
+    EXPECT_EQ(manager.snapshotFileURL(), kStoredSnapshot);
+    EXPECT_TRUE(files.exists(kSupportFolder));
     EXPECT_FALSE(manager.hasSnapshotFile());
 }
 
@@ -37,8 +38,8 @@ TEST_F(Snapshots, areReadAsTheyWereSaved) {
     manager.save(snapshot);
     EXPECT_EQ(manager.load(), snapshot);
     EXPECT_TRUE(manager.hasSnapshotFile());
-    EXPECT_EQ(files.read(kFile), jsonText(encodeJson(snapshot)));
-    EXPECT_EQ(files.list(kFolder), QStringList(u"system_snapshot.json"_s));
+    EXPECT_EQ(files.read(kStoredSnapshot), jsonText(encodeJson(snapshot)));
+    EXPECT_EQ(files.list(kSupportFolder), QStringList(u"system_snapshot.json"_s));
 }
 
 TEST_F(Snapshots, areReplacedByTheNext) {
@@ -54,12 +55,12 @@ TEST_F(Snapshots, areNoneWhereThereIsNoFile) {
 
 TEST_F(Snapshots, areNoneWhereTheFileCannotBeDecoded) {
     manager.save(snapshotLabelled(u"whole"_s));
-    const QByteArray whole = files.read(kFile);
+    const QByteArray whole = files.read(kStoredSnapshot);
     QByteArray withoutId = whole;
     withoutId.replace("\"id\"", "\"other\"");
     for (const QByteArray& text : {QByteArray(), whole.left(whole.size() / 2), withoutId, QByteArray("[]"),
                                    QByteArray("\xff\xfe{}"), QByteArray("null")}) {
-        files.addFile(kFile, text);
+        files.addFile(kStoredSnapshot, text);
         EXPECT_EQ(manager.load(), std::nullopt) << text.toStdString();
         EXPECT_TRUE(manager.hasSnapshotFile());
     }
@@ -67,12 +68,12 @@ TEST_F(Snapshots, areNoneWhereTheFileCannotBeDecoded) {
 
 TEST_F(Snapshots, areNoneWhereTheFileCannotBeRead) {
     manager.save(snapshotLabelled(u"whole"_s));
-    files.failOn(MemoryFileManager::Operation::Read, kFile);
+    files.failOn(MemoryFileManager::Operation::Read, kStoredSnapshot);
     EXPECT_EQ(manager.load(), std::nullopt);
 }
 
 TEST_F(Snapshots, areNoneWhereAFolderStandsInTheFilesPlace) {
-    files.addFolders(kFile);
+    files.addFolders(kStoredSnapshot);
     EXPECT_EQ(manager.load(), std::nullopt);
     EXPECT_THROW(manager.save(snapshotLabelled(u"new"_s)), FileError);
 }
@@ -86,7 +87,7 @@ TEST_F(Snapshots, keepTheOldFileWholeWhenTheNewOneCannotBeWritten) {
 }
 
 TEST_F(Snapshots, reportAFolderThatCannotBeMadeWhenTheyAreSaved) {
-    files.failOn(MemoryFileManager::Operation::CreateFolders, kFolder);
+    files.failOn(MemoryFileManager::Operation::CreateFolders, kSupportFolder);
     EXPECT_EQ(manager.load(), std::nullopt);
     EXPECT_THROW(manager.save(snapshotLabelled(u"new"_s)), FileError);
 }

@@ -8,7 +8,7 @@ namespace {
 using Operation = MemoryFileManager::Operation;
 
 const QString kManagedPaths = u"QuorvaneManagedStartupAppPaths"_s;
-const StartupLaunchItem kLive{u"Live"_s, u"/Applications/Live.app"_s, false};
+const StartupLaunchItem kLiveApp{u"Live"_s, u"/Applications/Live.app"_s, false};
 const StartupLaunchItem kMixer{u"Mixer"_s, u"/Applications/Mixer.app"_s, true};
 
 QString shown(const QList<StartupLaunchItem>& items) {
@@ -70,14 +70,14 @@ TEST_F(StartupApps, anUnreadableFolderSuggestsNothingAndIsListedAgain) {
 
 TEST_F(StartupApps, managedPathsAreKeptInOrderWithoutRepeats) {
     system.recordManagedStartupAppPath(kMixer.path);
-    system.recordManagedStartupApps({kLive, kMixer, kLive});
-    EXPECT_EQ(managed(), (QStringList{kMixer.path, kLive.path}));
-    EXPECT_EQ(system.managedStartupAppPaths(), (QSet<QString>{kMixer.path, kLive.path}));
+    system.recordManagedStartupApps({kLiveApp, kMixer, kLiveApp});
+    EXPECT_EQ(managed(), (QStringList{kMixer.path, kLiveApp.path}));
+    EXPECT_EQ(system.managedStartupAppPaths(), (QSet<QString>{kMixer.path, kLiveApp.path}));
 }
 
 TEST_F(StartupApps, aForgottenPathGoesWithAllItsOccurrences) {
-    manage({kLive.path, kMixer.path, kLive.path, u"/x"_s});
-    system.forgetManagedStartupAppPath(kLive.path);
+    manage({kLiveApp.path, kMixer.path, kLiveApp.path, u"/x"_s});
+    system.forgetManagedStartupAppPath(kLiveApp.path);
     EXPECT_EQ(managed(), (QStringList{kMixer.path, u"/x"_s}));
     system.forgetManagedStartupAppPath(u"/unknown"_s);
     EXPECT_EQ(managed(), (QStringList{kMixer.path, u"/x"_s}));
@@ -87,12 +87,12 @@ TEST_F(StartupApps, whatSavedProfilesOpenIsReadAfresh) {
     EXPECT_EQ(system.profileStartupAppPaths(), QSet<QString>());
     ProfileManager profiles(files, profilesDirectory(machine));
     UnifiedProfile first = numberedProfile(1, u"A"_s);
-    first.startup = opening({kLive, kMixer});
+    first.startup = opening({kLiveApp, kMixer});
     UnifiedProfile second = numberedProfile(2, u"B"_s);
-    second.startup = opening({kLive});
+    second.startup = opening({kLiveApp});
     profiles.saveProfile(first);
     profiles.saveProfile(second);
-    EXPECT_EQ(system.profileStartupAppPaths(), (QSet<QString>{kLive.path, kMixer.path}));
+    EXPECT_EQ(system.profileStartupAppPaths(), (QSet<QString>{kLiveApp.path, kMixer.path}));
     EXPECT_TRUE(trace.isEmpty());
 }
 
@@ -107,8 +107,8 @@ TEST_F(StartupApps, removingWhenNothingIsManagedDoesNothing) {
 
 TEST_F(StartupApps, managedOnesAreRemovedByPathAndForgotten) {
     loginItems.items = {
-        {u"The Mixer"_s, kMixer.path, false}, {u"zoom"_s, u"/z.app"_s, false}, {u"Live"_s, kLive.path, false}};
-    manage({kMixer.path, kLive.path});
+        {u"The Mixer"_s, kMixer.path, false}, {u"zoom"_s, u"/z.app"_s, false}, {u"Live"_s, kLiveApp.path, false}};
+    manage({kMixer.path, kLiveApp.path});
     EXPECT_TRUE(remove());
     EXPECT_EQ(takeTrace(), u"  [ACTION] Removing 2 Quorvane-managed startup app(s)...\n"
                            "$> System Events: list\n"
@@ -123,7 +123,7 @@ TEST_F(StartupApps, managedOnesAreRemovedByPathAndForgotten) {
 }
 
 TEST_F(StartupApps, oneThatIsGoneAlreadyIsForgottenToo) {
-    manage({kLive.path});
+    manage({kLiveApp.path});
     EXPECT_TRUE(remove());
     EXPECT_EQ(takeTrace(), u"  [ACTION] Removing 1 Quorvane-managed startup app(s)...\n"
                            "$> System Events: list\n"
@@ -135,9 +135,9 @@ TEST_F(StartupApps, oneThatIsGoneAlreadyIsForgottenToo) {
 }
 
 TEST_F(StartupApps, oneThatWillNotGoStaysRecordedAndStopsNoOther) {
-    loginItems.items = {{u"Live"_s, kLive.path, false}, {u"Mixer"_s, kMixer.path, false}};
+    loginItems.items = {{u"Live"_s, kLiveApp.path, false}, {u"Mixer"_s, kMixer.path, false}};
     loginItems.undeletable = {u"Live"_s};
-    manage({kLive.path, kMixer.path});
+    manage({kLiveApp.path, kMixer.path});
     EXPECT_FALSE(remove());
     EXPECT_EQ(takeTrace(), u"  [ACTION] Removing 2 Quorvane-managed startup app(s)...\n"
                            "$> System Events: list\n"
@@ -147,25 +147,25 @@ TEST_F(StartupApps, oneThatWillNotGoStaysRecordedAndStopsNoOther) {
                            "$> System Events: delete where path is /Applications/Mixer.app\n"
                            "$> System Events: list\n"
                            "  [APPLIED] Removed startup app from login items: Mixer\n"_s);
-    EXPECT_EQ(managed(), QStringList(kLive.path));
+    EXPECT_EQ(managed(), QStringList(kLiveApp.path));
 }
 
 TEST_F(StartupApps, withoutPermissionNothingCountsAsRemoved) {
-    loginItems.items = {{u"Live"_s, kLive.path, false}};
+    loginItems.items = {{u"Live"_s, kLiveApp.path, false}};
     loginItems.denial = "Not authorized";
-    manage({kLive.path});
+    manage({kLiveApp.path});
     EXPECT_FALSE(remove());
     EXPECT_EQ(takeTrace(), u"  [ACTION] Removing 1 Quorvane-managed startup app(s)...\n"
                            "$> System Events: list\n"
                            "$> System Events: delete where path is /Applications/Live.app\n"
                            "$> System Events: list\n"
                            "  [ERROR] Failed to remove startup app from login items: Live\n"_s);
-    EXPECT_EQ(managed(), QStringList(kLive.path));
+    EXPECT_EQ(managed(), QStringList(kLiveApp.path));
 }
 
 TEST_F(StartupApps, anotherItemOfTheNameIsSpared) {
     loginItems.items = {{u"live"_s, u"/Users/alex/Live.app"_s, false}};
-    manage({kLive.path});
+    manage({kLiveApp.path});
     EXPECT_TRUE(remove());
     EXPECT_EQ(takeTrace(), u"  [ACTION] Removing 1 Quorvane-managed startup app(s)...\n"
                            "$> System Events: list\n"
@@ -177,7 +177,7 @@ TEST_F(StartupApps, anotherItemOfTheNameIsSpared) {
 
 TEST_F(StartupApps, anItemThatSystemEventsTakesForTheSamePathIsSpared) {
     loginItems.items = {{u"Other"_s, u"/applications/live.app"_s, false}};
-    manage({kLive.path});
+    manage({kLiveApp.path});
     EXPECT_TRUE(remove());
     EXPECT_EQ(takeTrace(), u"  [ACTION] Removing 1 Quorvane-managed startup app(s)...\n"
                            "$> System Events: list\n"
@@ -188,8 +188,8 @@ TEST_F(StartupApps, anItemThatSystemEventsTakesForTheSamePathIsSpared) {
 }
 
 TEST_F(StartupApps, aPathThatEndsInASlashIsTheSameApplication) {
-    loginItems.items = {{u"Live"_s, kLive.path + u'/', false}};
-    manage({kLive.path});
+    loginItems.items = {{u"Live"_s, kLiveApp.path + u'/', false}};
+    manage({kLiveApp.path});
     EXPECT_TRUE(remove());
     EXPECT_EQ(loginItems.items, QList<LoginItem>());
     EXPECT_EQ(managed(), QStringList());
@@ -214,13 +214,13 @@ TEST_F(StartupApps, audioSoftwareGoesOnlyWhenTheProgramHasAddedIt) {
 }
 
 TEST_F(StartupApps, whatTheConfigurationOpensStays) {
-    loginItems.items = {{u"Live"_s, kLive.path, false}, {u"Mixer"_s, kMixer.path, false}};
-    manage({kLive.path, kMixer.path});
-    EXPECT_TRUE(QCoro::waitFor(system.removeUnconfiguredManagedApps(opening({kLive}))));
-    EXPECT_EQ(managed(), QStringList(kLive.path));
+    loginItems.items = {{u"Live"_s, kLiveApp.path, false}, {u"Mixer"_s, kMixer.path, false}};
+    manage({kLiveApp.path, kMixer.path});
+    EXPECT_TRUE(QCoro::waitFor(system.removeUnconfiguredManagedApps(opening({kLiveApp}))));
+    EXPECT_EQ(managed(), QStringList(kLiveApp.path));
     EXPECT_EQ(loginItems.names(), QStringList(u"Live"_s));
     trace.clear();
-    EXPECT_TRUE(QCoro::waitFor(system.removeUnconfiguredManagedApps(opening({kLive, kMixer}))));
+    EXPECT_TRUE(QCoro::waitFor(system.removeUnconfiguredManagedApps(opening({kLiveApp, kMixer}))));
     EXPECT_TRUE(trace.isEmpty());
 }
 
@@ -232,48 +232,48 @@ TEST_F(StartupApps, configuringNoneDoesNothing) {
 }
 
 TEST_F(StartupApps, aHiddenOneIsAddedHiddenAndSaidSo) {
-    EXPECT_TRUE(configure({kMixer, kLive}));
+    EXPECT_TRUE(configure({kMixer, kLiveApp}));
     EXPECT_EQ(takeTrace(), u"$> System Events: list\n"
                            "$> System Events: add /Applications/Mixer.app hidden:true\n"
                            "  [APPLIED] Added login item: Mixer (hidden)\n"
                            "$> System Events: add /Applications/Live.app hidden:false\n"
                            "  [APPLIED] Added login item: Live\n"_s);
-    EXPECT_EQ(loginItems.items, (QList<LoginItem>{{u"Mixer"_s, kMixer.path, true}, {u"Live"_s, kLive.path, false}}));
-    EXPECT_EQ(managed(), (QStringList{kMixer.path, kLive.path}));
+    EXPECT_EQ(loginItems.items, (QList<LoginItem>{{u"Mixer"_s, kMixer.path, true}, {u"Live"_s, kLiveApp.path, false}}));
+    EXPECT_EQ(managed(), (QStringList{kMixer.path, kLiveApp.path}));
 }
 
 TEST_F(StartupApps, oneThatOpensAlreadyBecomesManagedAndGoesWhenItIsNoLongerConfigured) {
-    loginItems.items = {{u"My Live"_s, kLive.path, false}};
-    EXPECT_TRUE(configure({kLive}));
+    loginItems.items = {{u"My Live"_s, kLiveApp.path, false}};
+    EXPECT_TRUE(configure({kLiveApp}));
     EXPECT_EQ(takeTrace(), u"$> System Events: list\n"
                            "  [SKIPPED] Already configured to start at login: Live\n"_s);
-    EXPECT_EQ(managed(), QStringList(kLive.path));
+    EXPECT_EQ(managed(), QStringList(kLiveApp.path));
     EXPECT_TRUE(QCoro::waitFor(system.removeUnconfiguredManagedApps({})));
     EXPECT_EQ(loginItems.names(), QStringList());
 }
 
 TEST_F(StartupApps, oneThatCannotBeAddedIsNotRecordedAndStopsNoOther) {
     loginItems.unchangeable = {kMixer.path};
-    EXPECT_FALSE(configure({kMixer, kLive}));
+    EXPECT_FALSE(configure({kMixer, kLiveApp}));
     EXPECT_EQ(takeTrace(), u"$> System Events: list\n"
                            "$> System Events: add /Applications/Mixer.app hidden:true\n"
                            "  [ERROR] Failed to add login item: Mixer\n"
                            "$> System Events: add /Applications/Live.app hidden:false\n"
                            "  [APPLIED] Added login item: Live\n"_s);
-    EXPECT_EQ(managed(), QStringList(kLive.path));
+    EXPECT_EQ(managed(), QStringList(kLiveApp.path));
 }
 
 TEST_F(StartupApps, oneThatWasRemovedJustBeforeIsAddedAgain) {
-    loginItems.items = {{u"Live"_s, kLive.path, false}};
+    loginItems.items = {{u"Live"_s, kLiveApp.path, false}};
     QCoro::waitFor(system.rawLoginItems());
     QCoro::waitFor(system.removeLoginItemByName(u"Live"_s));
-    EXPECT_TRUE(configure({kLive}));
+    EXPECT_TRUE(configure({kLiveApp}));
     EXPECT_EQ(loginItems.names(), QStringList(u"Live"_s));
 }
 
 TEST_F(StartupApps, withoutPermissionNothingIsAdded) {
     loginItems.denial = "Not authorized";
-    EXPECT_FALSE(configure({kLive}));
+    EXPECT_FALSE(configure({kLiveApp}));
     EXPECT_EQ(takeTrace(), u"$> System Events: list\n"
                            "$> System Events: add /Applications/Live.app hidden:false\n"
                            "  [ERROR] Failed to add login item: Live\n"_s);

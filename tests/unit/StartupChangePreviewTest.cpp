@@ -27,7 +27,7 @@ StartupItem added(const QString& name, const QString& path, bool hidden = false)
     return StartupItem::fromLaunchItem({name, path, hidden});
 }
 
-QStringList namesOf(const QList<StartupItem>& items) {
+QStringList itemNames(const QList<StartupItem>& items) {
     QStringList names;
     for (const StartupItem& each : items) {
         names.append(each.name);
@@ -69,7 +69,7 @@ TEST_F(StartupChangePreviewTest, whatIsSwitchedOffAndStillActiveWillBeDisabled) 
                            item(Kind::launchAgent, u"moved"_s, false, u"com.n.plist"_s),
                            item(Kind::backgroundLoginItem, u"Bee"_s, false, u"com.b"_s),
                            item(Kind::backgroundLoginItem, u"Off"_s, false, u"com.off"_s)};
-    EXPECT_EQ(namesOf(preview().willDisable), (QStringList{u"Alpha"_s, u"Bee"_s, u"mid"_s, u"zed"_s}));
+    EXPECT_EQ(itemNames(preview().willDisable), (QStringList{u"Alpha"_s, u"Bee"_s, u"mid"_s, u"zed"_s}));
 }
 
 TEST_F(StartupChangePreviewTest, whatCantBeToldStaysInTheList) {
@@ -77,7 +77,7 @@ TEST_F(StartupChangePreviewTest, whatCantBeToldStaysInTheList) {
     configuration.items = {item(Kind::loginApp, u"login"_s),
                            item(Kind::backgroundLoginItem, u"background"_s, false, u"com.b"_s),
                            item(Kind::launchAgent, u"launch"_s, false, u"com.n.plist"_s)};
-    EXPECT_EQ(namesOf(preview().willDisable), (QStringList{u"background"_s, u"login"_s}));
+    EXPECT_EQ(itemNames(preview().willDisable), (QStringList{u"background"_s, u"login"_s}));
 }
 
 TEST_F(StartupChangePreviewTest, activeItemsOfADisabledServiceWillBeDisabledOnce) {
@@ -87,7 +87,7 @@ TEST_F(StartupChangePreviewTest, activeItemsOfADisabledServiceWillBeDisabledOnce
     configuration.items = {item(Kind::loginApp, u"Dropbox"_s)};
     readings.discovered = {item(Kind::loginApp, u"Dropbox"_s, true), item(Kind::loginApp, u"MEGAsync"_s, true),
                            item(Kind::launchAgent, u"Dropbox Gone"_s, true, u"com.dropbox.plist"_s)};
-    EXPECT_EQ(namesOf(preview().willDisable), QStringList(u"Dropbox"_s));
+    EXPECT_EQ(itemNames(preview().willDisable), QStringList(u"Dropbox"_s));
     configuration.items.clear();
     EXPECT_EQ(preview().willDisable, QList<StartupItem>{readings.discovered.first()});
 }

@@ -1,3 +1,4 @@
+#include "core/Json.h"
 #include "startup/items/StartupConfiguration.h"
 
 #include <gtest/gtest.h>

@@ -7,9 +7,9 @@ namespace {
 using Operation = MemoryFileManager::Operation;
 using Refresh = SystemManager::StartupRefresh;
 
-const QString kUsersAgents = u"/Users/alex/Library/LaunchAgents/"_s;
-const QString kAgents = u"/Library/LaunchAgents/"_s;
-const QString kDaemons = u"/Library/LaunchDaemons/"_s;
+const QString kOwnAgents = u"/Users/alex/Library/LaunchAgents/"_s;
+const QString kSharedAgents = u"/Library/LaunchAgents/"_s;
+const QString kSharedDaemons = u"/Library/LaunchDaemons/"_s;
 
 /// "{id} | {name} | {kind} | {path}", with what is out of the ordinary behind it.
 QString shown(const StartupItem& item) {
@@ -53,16 +53,16 @@ protected:
     }
 };
 
-const LoginItem kZoom{u"zoom"_s, u"/Applications/zoom.us.app"_s, true};
+const LoginItem kZoomItem{u"zoom"_s, u"/Applications/zoom.us.app"_s, true};
 
 } // namespace
 
 TEST_F(StartupDiscoveryFlow, findsEverySourceAndSortsByName) {
-    loginItems.items = {kZoom, {u"Ableton Helper"_s, u"/Applications/Helper.app"_s, false}, {u"Lost"_s, {}, false}};
-    addPlist(kUsersAgents + u"com.example.MyTool.plist"_s, {{u"Label"_s, u"com.example.MyTool"_s}});
-    addPlist(kAgents + u"org.serato.sync.plist"_s, {{u"Label"_s, u"org.other.Name"_s}});
-    addPlist(kDaemons + u"net.box.plist"_s, {{u"Label"_s, u"net.box"_s}});
-    files.addFile(kDaemons + u"readme.txt"_s, {});
+    loginItems.items = {kZoomItem, {u"Ableton Helper"_s, u"/Applications/Helper.app"_s, false}, {u"Lost"_s, {}, false}};
+    addPlist(kOwnAgents + u"com.example.MyTool.plist"_s, {{u"Label"_s, u"com.example.MyTool"_s}});
+    addPlist(kSharedAgents + u"org.serato.sync.plist"_s, {{u"Label"_s, u"org.other.Name"_s}});
+    addPlist(kSharedDaemons + u"net.box.plist"_s, {{u"Label"_s, u"net.box"_s}});
+    files.addFile(kSharedDaemons + u"readme.txt"_s, {});
     takeDump("#1:\n Name: Dropbox\n Type: agent (0x8)\n Identifier: 8.com.dropbox.agent\n"
              " Disposition: [enabled, allowed] (0x3)\n URL: file:///x\n");
     EXPECT_EQ(discover(),
@@ -86,7 +86,7 @@ TEST_F(StartupDiscoveryFlow, findsEverySourceAndSortsByName) {
 // ---- Reuse
 
 TEST_F(StartupDiscoveryFlow, aSecondCallAnswersFromTheFirst) {
-    loginItems.items = {kZoom};
+    loginItems.items = {kZoomItem};
     const QStringList found = discover();
     loginItems.items.clear();
     EXPECT_EQ(discover(), found);
@@ -101,7 +101,7 @@ TEST_F(StartupDiscoveryFlow, anEmptyListIsAnAnswerToo) {
 }
 
 TEST_F(StartupDiscoveryFlow, callersShareOneRun) {
-    loginItems.items = {kZoom};
+    loginItems.items = {kZoomItem};
     commands.hold();
     auto first = system.discoverStartupItems(Refresh::UseCache);
     auto second = system.discoverStartupItems(Refresh::UseCache);
@@ -114,15 +114,15 @@ TEST_F(StartupDiscoveryFlow, callersShareOneRun) {
 TEST_F(StartupDiscoveryFlow, aForcedRefreshReadsEverythingAnew) {
     discover();
     trace.clear();
-    loginItems.items = {kZoom};
-    addPlist(kAgents + u"com.new.plist"_s, {});
+    loginItems.items = {kZoomItem};
+    addPlist(kSharedAgents + u"com.new.plist"_s, {});
     EXPECT_EQ(discover(Refresh::Force).size(), 2);
     EXPECT_EQ(discover().size(), 2);
     EXPECT_EQ(takeTrace(), u"$> System Events: list\n"_s);
 }
 
 TEST_F(StartupDiscoveryFlow, aRunThatIsOvertakenKeepsNothing) {
-    loginItems.items = {kZoom};
+    loginItems.items = {kZoomItem};
     commands.hold();
     auto overtaken = system.discoverStartupItems(Refresh::UseCache);
     auto itsWaiter = system.discoverStartupItems(Refresh::UseCache);
@@ -137,7 +137,7 @@ TEST_F(StartupDiscoveryFlow, aRunThatIsOvertakenKeepsNothing) {
 }
 
 TEST_F(StartupDiscoveryFlow, invalidatedWhileItRunsItKeepsNothing) {
-    loginItems.items = {kZoom};
+    loginItems.items = {kZoomItem};
     commands.hold();
     auto running = system.discoverStartupItems(Refresh::UseCache);
     system.invalidateStartupCaches();
@@ -148,7 +148,7 @@ TEST_F(StartupDiscoveryFlow, invalidatedWhileItRunsItKeepsNothing) {
 }
 
 TEST_F(StartupDiscoveryFlow, aDumpThatArrivesLaterShowsAfterARefresh) {
-    loginItems.items = {kZoom};
+    loginItems.items = {kZoomItem};
     discover();
     takeDump("#1:\n Name: Box\n Type: login item (0x4)\n Identifier: 4.com.box\n Disposition: [enabled]\n");
     EXPECT_EQ(discover().size(), 1);
@@ -162,7 +162,7 @@ TEST_F(StartupDiscoveryFlow, aDumpThatArrivesLaterShowsAfterARefresh) {
 
 TEST_F(StartupDiscoveryFlow, aMissingPermissionIsSaidAndTheOtherSourcesCount) {
     loginItems.denial = "Not authorized to send Apple events to System Events. (-1743)\n";
-    addPlist(kAgents + u"com.box.plist"_s, {});
+    addPlist(kSharedAgents + u"com.box.plist"_s, {});
     EXPECT_EQ(discover().size(), 1);
     EXPECT_EQ(takeTrace(),
               u"$> System Events: list\n"
@@ -180,8 +180,8 @@ TEST_F(StartupDiscoveryFlow, aReadingErrorOrGarbageGivesNoLoginItems) {
 }
 
 TEST_F(StartupDiscoveryFlow, aFolderThatCannotBeListedIsPassedOver) {
-    addPlist(kUsersAgents + u"com.a.plist"_s, {});
-    addPlist(kDaemons + u"com.b.plist"_s, {});
+    addPlist(kOwnAgents + u"com.a.plist"_s, {});
+    addPlist(kSharedDaemons + u"com.b.plist"_s, {});
     files.failOn(Operation::List, u"/Users/alex/Library/LaunchAgents"_s);
     files.addFile(u"/Library/LaunchAgents"_s, {}); // not even a folder
     EXPECT_EQ(discover(), QStringList(u"launch:com.b.plist | B | launchDaemon | /Library/LaunchDaemons/com.b.plist | "
@@ -191,7 +191,7 @@ TEST_F(StartupDiscoveryFlow, aFolderThatCannotBeListedIsPassedOver) {
 
 TEST_F(StartupDiscoveryFlow, anUnreadablePlistIsNamedByItsFile) {
     for (const QString& name : {u"com.example.BigTool.plist"_s, u"a b'\"$(x).plist"_s, u"-rf.plist"_s, u".plist"_s}) {
-        files.addFile(kAgents + name, "no property list");
+        files.addFile(kSharedAgents + name, "no property list");
     }
     QStringList names;
     for (const StartupItem& item : QCoro::waitFor(system.discoverStartupItems(Refresh::UseCache))) {
@@ -215,30 +215,30 @@ TEST_F(StartupDiscoveryFlow, aLoginItemInsideEmbeddedLaunchAgentsIsABackgroundAg
 }
 
 TEST_F(StartupDiscoveryFlow, anAgentPlistAmongTheDaemonsIsABackgroundAgent) {
-    addPlist(kDaemons + u"com.example.helper.agent.plist"_s, {});
+    addPlist(kSharedDaemons + u"com.example.helper.agent.plist"_s, {});
     EXPECT_EQ(discover(), QStringList(u"launch:com.example.helper.agent.plist | Example Helper | backgroundAgent | "
                                       "/Library/LaunchDaemons/com.example.helper.agent.plist | by "
                                       "com.example.helper.agent.plist"_s));
 }
 
 TEST_F(StartupDiscoveryFlow, ofTwoPlistsOfOneNameTheUsersWins) {
-    addPlist(kUsersAgents + u"com.box.plist"_s, {{u"Label"_s, u"com.mine"_s}});
-    addPlist(kDaemons + u"com.box.plist"_s, {{u"Label"_s, u"com.theirs"_s}});
+    addPlist(kOwnAgents + u"com.box.plist"_s, {{u"Label"_s, u"com.mine"_s}});
+    addPlist(kSharedDaemons + u"com.box.plist"_s, {{u"Label"_s, u"com.theirs"_s}});
     EXPECT_EQ(discover(), QStringList(u"launch:com.box.plist | Mine | launchAgent | "
                                       "/Users/alex/Library/LaunchAgents/com.box.plist | by com.box.plist"_s));
 }
 
 TEST_F(StartupDiscoveryFlow, ofTwoLoginItemsWithOnePathTheFirstWins) {
-    loginItems.items = {kZoom, {u"Another"_s, kZoom.path, false}};
+    loginItems.items = {kZoomItem, {u"Another"_s, kZoomItem.path, false}};
     EXPECT_EQ(discover(), QStringList(u"login:/Applications/zoom.us.app | zoom | loginApp | "
                                       "/Applications/zoom.us.app | hidden"_s));
 }
 
 TEST_F(StartupDiscoveryFlow, aPlistIsNamedByTheApplicationItStarts) {
-    addPlist(kAgents + u"com.foo.plist"_s,
+    addPlist(kSharedAgents + u"com.foo.plist"_s,
              {{u"Label"_s, u"com.foo.label"_s}, {u"Program"_s, u"/Applications/Foo.app/Contents/MacOS/foo"_s}});
-    addPlist(kAgents + u"com.apple.foo.bar.plist"_s, {{u"Label"_s, u"com.apple.foo.bar"_s}});
-    addPlist(kAgents + u"x.plist"_s, {{u"Label"_s, u"com.apple"_s}});
+    addPlist(kSharedAgents + u"com.apple.foo.bar.plist"_s, {{u"Label"_s, u"com.apple.foo.bar"_s}});
+    addPlist(kSharedAgents + u"x.plist"_s, {{u"Label"_s, u"com.apple"_s}});
     bundles.byPath.insert(u"/Applications/Foo.app"_s, {{u"CFBundleDisplayName"_s, u"The Foo"_s}});
     QStringList names;
     for (const StartupItem& item : QCoro::waitFor(system.discoverStartupItems(Refresh::UseCache))) {
@@ -248,7 +248,7 @@ TEST_F(StartupDiscoveryFlow, aPlistIsNamedByTheApplicationItStarts) {
 }
 
 TEST_F(StartupDiscoveryFlow, ofTheBackgroundRecordsThoseCountThatRunAtLogin) {
-    loginItems.items = {kZoom};
+    loginItems.items = {kZoomItem};
     takeDump("#1:\n Name: App\n Type: app (0x2)\n Identifier: 2.com.app\n Disposition: [enabled]\n"
              "#2:\n Name: Daemon\n Type: legacy daemon (0x10010)\n Identifier: 16.com.d\n Disposition: [visible]\n"
              "#3:\n Name: Off\n Type: Login Item (0x4)\n Identifier: 4.com.off\n Disposition: [enabled, disallowed]\n"

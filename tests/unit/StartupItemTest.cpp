@@ -1,4 +1,5 @@
 #include "startup/items/StartupItem.h"
+#include "core/Json.h"
 
 #include <gtest/gtest.h>
 
@@ -21,7 +22,7 @@ StartupItem agent() {
     return item;
 }
 
-QString problemOf(const Json& json) {
+QString itemProblem(const Json& json) {
     try {
         decodedValue<StartupItem>(json);
     } catch (const DecodingError& error) {
@@ -97,9 +98,9 @@ TEST(StartupItem, nullIsAbsentForTheOptionalFields) {
 TEST(StartupItem, anUnknownKindIsAnError) {
     Json json = encodeJson(agent());
     json["kind"] = "kernelExtension";
-    EXPECT_EQ(problemOf(json), u"\"kind\": unknown value \"kernelExtension\""_s);
+    EXPECT_EQ(itemProblem(json), u"\"kind\": unknown value \"kernelExtension\""_s);
     json["kind"] = "launchagent";
-    EXPECT_EQ(problemOf(json), u"\"kind\": unknown value \"launchagent\""_s);
+    EXPECT_EQ(itemProblem(json), u"\"kind\": unknown value \"launchagent\""_s);
 }
 
 TEST(StartupItem, everyFieldCountsInAComparison) {

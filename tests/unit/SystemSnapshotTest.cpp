@@ -1,3 +1,4 @@
+#include "core/Json.h"
 #include "snapshots/SystemSnapshot.h"
 
 #include <gtest/gtest.h>

@@ -30,7 +30,7 @@ void answerAsApplied(ScriptedCommandLauncher& commands) {
 const QString kPromptedRun = u"with prompt \"Quorvane needs your administrator password to make these system changes. "
                              "Use Touch ID when prompted.\" with administrator privileges\n"_s;
 
-const LoginItem kZoom{u"zoom"_s, u"/Applications/zoom.us.app"_s, false};
+const LoginItem kZoomAtLogin{u"zoom"_s, u"/Applications/zoom.us.app"_s, false};
 const LoginItem kMail{u"Mail"_s, u"/Applications/Mail.app"_s, false};
 const CleanReboot kKeepMail{{u"Mail"_s}, StartupConfiguration(), {}};
 
@@ -45,7 +45,7 @@ const QString kCleanRebootSteps =
     "  [APPLIED] Removed login item: zoom\n"_s;
 const QString kDisableUpdater = u"$> /bin/launchctl bootout gui/501/com.up\n"
                                 "$> /bin/launchctl disable gui/501/com.up\n"_s;
-const QString kCleanRebootReadings = u"$> /usr/bin/defaults read com.apple.loginwindow TALLogoutSavesState\n"
+const QString kRestorationReadings = u"$> /usr/bin/defaults read com.apple.loginwindow TALLogoutSavesState\n"
                                      "$> /usr/bin/defaults read com.apple.loginwindow LoginwindowLaunchesRelaunchApps\n"
                                      "$> /usr/bin/defaults read NSGlobalDomain NSQuitAlwaysKeepsWindows\n"
                                      "$> System Events: list\n"
@@ -67,7 +67,7 @@ protected:
     bool undo() { return QCoro::waitFor(system.undoPerformanceTweaks()); }
     /// A Mac with a login item and a background item that no clean reboot permits; what restores windows is off.
     void prepareForCleanReboot() {
-        loginItems.items = {kZoom, kMail};
+        loginItems.items = {kZoomAtLogin, kMail};
         for (const QString& key : {u"com.apple.loginwindow TALLogoutSavesState"_s,
                                    u"com.apple.loginwindow LoginwindowLaunchesRelaunchApps"_s,
                                    u"NSGlobalDomain NSQuitAlwaysKeepsWindows"_s}) {
@@ -313,7 +313,7 @@ TEST_F(TweakFlows, applyOfACleanRebootAsksOnceAndVerifiesWhatRemains) {
                                u"  [APPLIED] Disabled background login label: com.up\n"
                                "\nPerformance Tweaks Complete! (Restart your Mac for full effect.)\n"
                                "$> /usr/bin/pmset -g custom\n"_s +
-                               kCleanRebootReadings + kCleanRebootChecks);
+                               kRestorationReadings + kCleanRebootChecks);
     EXPECT_EQ(loginItems.names(), QStringList(u"Mail"_s));
     EXPECT_FALSE(system.pendingBackgroundLoginItemChanges().has_value());
     EXPECT_EQ(system.adminBatchDepth(), 0);
@@ -353,7 +353,7 @@ TEST_F(TweakFlows, theCheckOfACleanRebootSeesAnItemThatCameWhileThePromptStoodOp
     loginItems.items = {kMail};
     PerformanceSettings settings;
     settings.cleanReboot = true;
-    scripts.carryOut = [this](const QString&) { loginItems.items.append(kZoom); };
+    scripts.carryOut = [this](const QString&) { loginItems.items.append(kZoomAtLogin); };
     EXPECT_FALSE(apply(settings, kKeepMail));
     EXPECT_TRUE(trace.contains(u"  [APPLIED] Login items already match permitted startup list."_s));
     EXPECT_TRUE(trace.contains(u"  [MISSING] Login item: zoom — will open at login"_s));

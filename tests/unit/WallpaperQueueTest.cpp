@@ -8,7 +8,7 @@ namespace quorvane {
 
 namespace {
 
-const QString kRemoved = u"  [APPLIED] Wallpaper profile label removed.\n"_s;
+const QString kLabelRemoved = u"  [APPLIED] Wallpaper profile label removed.\n"_s;
 
 QString labelled(const QString& name) {
     return u"  [APPLIED] Wallpaper profile label set to \"%1\" on 2 display(s).\n"_s.arg(name);
@@ -46,7 +46,7 @@ TEST_F(WallpaperQueue, aRemovalComesAfterWhatWasAskedForBefore) {
     overlay->applyOverlay(u"Second"_s);
     overlay->removeOverlay();
     finish();
-    EXPECT_EQ(takeTrace(), labelled(u"First"_s) + labelled(u"Second"_s) + kRemoved);
+    EXPECT_EQ(takeTrace(), labelled(u"First"_s) + labelled(u"Second"_s) + kLabelRemoved);
     EXPECT_EQ(shown(1), kPictures + u"blue.png"_s);
     EXPECT_EQ(storedName(), u"Default"_s);
     EXPECT_EQ(workFiles(), QStringList());
@@ -57,7 +57,7 @@ TEST_F(WallpaperQueue, aNameAfterARemovalIsShown) {
     overlay->removeOverlay();
     overlay->applyOverlay(u"Second"_s);
     finish();
-    EXPECT_EQ(takeTrace(), labelled(u"First"_s) + kRemoved + labelled(u"Second"_s));
+    EXPECT_EQ(takeTrace(), labelled(u"First"_s) + kLabelRemoved + labelled(u"Second"_s));
     EXPECT_EQ(storedName(), u"Second"_s);
     disable();
     EXPECT_EQ(shown(2), kPictures + u"light.png"_s);
@@ -68,7 +68,7 @@ TEST_F(WallpaperQueue, anUpdateThatWaitsIsNotCarriedOutWhenTheOptionHasGoneOff) 
     overlay->applyOverlay(u"Second"_s);
     overlay->setOverlayEnabled(false, {});
     finish();
-    EXPECT_EQ(takeTrace(), labelled(u"First"_s) + kRemoved);
+    EXPECT_EQ(takeTrace(), labelled(u"First"_s) + kLabelRemoved);
     EXPECT_EQ(shown(1), kPictures + u"blue.png"_s);
     EXPECT_EQ(workFiles(), QStringList());
 }
@@ -91,7 +91,7 @@ TEST_F(WallpaperQueue, theNameOfARefreshIsComparedWithWhatWillStandThere) {
     overlay->refreshForProfile(u"Second"_s);
     overlay->refreshForProfile(u"Default"_s);
     finish();
-    EXPECT_EQ(takeTrace(), labelled(u"First"_s) + kRemoved);
+    EXPECT_EQ(takeTrace(), labelled(u"First"_s) + kLabelRemoved);
     EXPECT_EQ(storedName(), u"Default"_s);
 }
 
@@ -113,7 +113,7 @@ TEST_F(WallpaperQueue, anAppliedDefaultIsAnUpdateLikeAnyOther) {
     overlay->updateForAppliedProfile(u"Second"_s);
     overlay->updateForAppliedProfile(u"Default"_s);
     finish();
-    EXPECT_EQ(takeTrace(), labelled(u"First"_s) + kRemoved);
+    EXPECT_EQ(takeTrace(), labelled(u"First"_s) + kLabelRemoved);
     EXPECT_EQ(storedName(), u"Default"_s);
 }
 

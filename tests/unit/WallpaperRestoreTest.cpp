@@ -7,7 +7,7 @@ namespace quorvane {
 
 namespace {
 
-const QString kRemoved = u"  [APPLIED] Wallpaper profile label removed.\n"_s;
+const QString kLabelGone = u"  [APPLIED] Wallpaper profile label removed.\n"_s;
 const QString kLabelledOne = u"  [APPLIED] Wallpaper profile label set to \"Live\" on 1 display(s).\n"_s;
 const QString kLabelledTwo = u"  [APPLIED] Wallpaper profile label set to \"Live\" on 2 display(s).\n"_s;
 
@@ -252,7 +252,7 @@ TEST_F(WallpaperRestore, aDisplayThatRefusesThePictureKeepsEverything) {
     enableQuietly();
     displays.connected[0].settingError = u"It is locked."_s;
     disable();
-    EXPECT_EQ(takeTrace(), u"  [WARNING] Could not set desktop wallpaper: It is locked.\n"_s + kRemoved);
+    EXPECT_EQ(takeTrace(), u"  [WARNING] Could not set desktop wallpaper: It is locked.\n"_s + kLabelGone);
     EXPECT_EQ(workFiles(), (QStringList{u"composited-display-1-live.jpg"_s, u"original-display-1.jpg"_s,
                                         u"wallpaper-originals.json"_s}));
     takeSets();

@@ -8,7 +8,7 @@ namespace quorvane {
 
 namespace {
 
-const QString kProfiles = u"/Users/alex/Library/Application Support/Quorvane/UnifiedProfiles/"_s;
+const QString kProfileFolder = u"/Users/alex/Library/Application Support/Quorvane/UnifiedProfiles/"_s;
 
 class WaysBack : public RestoreSystem {
 protected:
@@ -30,7 +30,7 @@ protected:
         profile.name = u"Festival"_s;
         profile.dateCreated = timeAt(0);
         profile.startup.items = {StartupItem::fromLaunchItem({u"Mail"_s, u"/Applications/Mail.app"_s, false})};
-        files.addFile(kProfiles + u"Festival.json"_s, encodeProfile(profile));
+        files.addFile(kProfileFolder + u"Festival.json"_s, encodeProfile(profile));
         login = {{u"Zoom"_s, u"/Applications/Zoom.app"_s, false},
                  {u"Mail"_s, u"/Applications/Mail.app"_s, false},
                  {u"Own"_s, u"/Applications/Own.app"_s, false}};

@@ -14,7 +14,7 @@ namespace {
 
 using macsim::Json;
 
-constexpr const char* kSubject = "backgroundTasks";
+constexpr const char* kTasksSubject = "backgroundTasks";
 constexpr QStringView kLibrary = u"/System/Library/Frameworks/ServiceManagement.framework/ServiceManagement";
 
 QString text(const Json& record, const char* key) {
@@ -81,13 +81,14 @@ bool SimulatedBackgroundTaskPermissions::openLibrary(const QString& path) {
 }
 
 BackgroundTaskPermissions::SetUserAllowed SimulatedBackgroundTaskPermissions::entryPoint(const QString& symbol) {
-    const Json symbols = listIn(m_mac.state().read(kSubject), "entryPoints");
+    const Json symbols = listIn(m_mac.state().read(kTasksSubject), "entryPoints");
     if (!m_isOpen || std::find(symbols.begin(), symbols.end(), symbol.toStdString()) == symbols.end()) {
         return {};
     }
     return [&mac = m_mac](const QString& application, const QString& label, bool isAllowed) {
         bool isTaken = false;
-        mac.state().update(kSubject, [&](Json& state) { isTaken = setAllowed(state, application, label, isAllowed); });
+        mac.state().update(kTasksSubject,
+                           [&](Json& state) { isTaken = setAllowed(state, application, label, isAllowed); });
         return isTaken;
     };
 }

@@ -13,7 +13,7 @@ namespace {
 
 using macsim::Json;
 
-constexpr const char* kSubject = "cloud";
+constexpr const char* kCloudSubject = "cloud";
 
 bool isOn(const Json& cloud, const char* key) {
     return cloud.is_object() && cloud.value(key, false);
@@ -49,7 +49,7 @@ QString SimulatedCloudDrive::folderOfContainer() const {
 }
 
 bool SimulatedCloudDrive::hasContainer() const {
-    const Json cloud = m_mac.state().read(kSubject);
+    const Json cloud = m_mac.state().read(kCloudSubject);
     return isOn(cloud, "account") && isOn(cloud, "container");
 }
 
@@ -58,7 +58,7 @@ bool SimulatedCloudDrive::isInContainer(const QString& path) const {
 }
 
 bool SimulatedCloudDrive::hasAccount() const {
-    return isOn(m_mac.state().read(kSubject), "account");
+    return isOn(m_mac.state().read(kCloudSubject), "account");
 }
 
 QFuture<std::optional<QString>> SimulatedCloudDrive::containerFolder() {
@@ -79,7 +79,7 @@ QStringList SimulatedCloudDrive::list(const QString& folder) const {
     if (!isInContainer(folder + u'/')) {
         return names;
     }
-    const Json waiting = waitingFiles(m_mac.state().read(kSubject));
+    const Json waiting = waitingFiles(m_mac.state().read(kCloudSubject));
     for (const auto& [key, file] : waiting.items()) {
         const QString path = QString::fromStdString(key);
         const QString name = path.mid(path.lastIndexOf(u'/') + 1);
@@ -94,7 +94,7 @@ std::optional<QDateTime> SimulatedCloudDrive::modificationDate(const QString& pa
     if (!isUbiquitous(path)) {
         return std::nullopt;
     }
-    const Json file = waitingFile(m_mac.state().read(kSubject), path);
+    const Json file = waitingFile(m_mac.state().read(kCloudSubject), path);
     if (file.contains("modified")) {
         const QDateTime date =
             QDateTime::fromString(QString::fromStdString(file.at("modified").get<std::string>()), Qt::ISODate);
@@ -108,7 +108,8 @@ std::optional<QDateTime> SimulatedCloudDrive::modificationDate(const QString& pa
 }
 
 bool SimulatedCloudDrive::isUbiquitous(const QString& path) const {
-    return isInContainer(path) && (m_files.exists(path) || !waitingFile(m_mac.state().read(kSubject), path).is_null());
+    return isInContainer(path) &&
+           (m_files.exists(path) || !waitingFile(m_mac.state().read(kCloudSubject), path).is_null());
 }
 
 void SimulatedCloudDrive::startDownloading(const QString& path) {
@@ -144,7 +145,7 @@ bool SimulatedCloudDrive::isCurrent(const QString& path) const {
 /// False where the state can't be written.
 bool SimulatedCloudDrive::change(const std::function<void(Json&)>& change) const {
     try {
-        m_mac.state().update(kSubject, change);
+        m_mac.state().update(kCloudSubject, change);
         return true;
     } catch (const std::runtime_error&) {
         return false;
@@ -156,7 +157,7 @@ std::optional<QString> SimulatedCloudDrive::refusal(const QString& path) const {
     if (m_isShutDown) {
         return u"The program is quitting."_s;
     }
-    const Json cloud = m_mac.state().read(kSubject);
+    const Json cloud = m_mac.state().read(kCloudSubject);
     if (cloud.is_object() && cloud.contains("writesFail")) {
         return QString::fromStdString(cloud.at("writesFail").get<std::string>());
     }
@@ -165,7 +166,7 @@ std::optional<QString> SimulatedCloudDrive::refusal(const QString& path) const {
 
 /// What was still to come at a path comes no more. Gives words for a failure.
 std::optional<QString> SimulatedCloudDrive::forgetWaiting(const QString& path) {
-    if (waitingFile(m_mac.state().read(kSubject), path).is_null()) {
+    if (waitingFile(m_mac.state().read(kCloudSubject), path).is_null()) {
         return std::nullopt;
     }
     const bool isForgotten = change([&](Json& state) { state["files"].erase(path.toStdString()); });
@@ -209,7 +210,7 @@ std::optional<QString> SimulatedCloudDrive::remove(const QString& path) {
     if (const std::optional<QString> refused = refusal(path)) {
         return refused;
     }
-    const bool isWaiting = !waitingFile(m_mac.state().read(kSubject), path).is_null();
+    const bool isWaiting = !waitingFile(m_mac.state().read(kCloudSubject), path).is_null();
     if (m_files.exists(path) || !isWaiting) {
         try {
             m_files.remove(path);

@@ -16,7 +16,7 @@ namespace {
 
 using macsim::Json;
 
-constexpr const char* kSubject = "displays";
+constexpr const char* kDisplaysSubject = "displays";
 constexpr int kProportionallyUpOrDown = 3; // NSImageScaleProportionallyUpOrDown
 
 bool isConnected(const Json& display) {
@@ -46,7 +46,7 @@ auto* find(Displays& displays, const Display& wanted) {
 }
 
 Json allDisplays(const macsim::Mac& mac) {
-    const Json displays = mac.state().read(kSubject);
+    const Json displays = mac.state().read(kDisplaysSubject);
     return displays.is_array() ? displays : Json::array();
 }
 
@@ -96,7 +96,7 @@ std::optional<QString> SimulatedDisplays::setDesktopPicture(const Display& displ
         }
     };
     try {
-        m_mac.state().update(kSubject, change);
+        m_mac.state().update(kDisplaysSubject, change);
     } catch (const std::runtime_error& failure) {
         error = QString::fromUtf8(failure.what());
     }

@@ -12,14 +12,14 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-using Kind = ShellWordPart::Kind;
+using PartKind = ShellWordPart::Kind;
 
 bool isUnquotedText(const ShellWordPart& part) {
-    return part.kind == Kind::Text && !part.isQuoted;
+    return part.kind == PartKind::Text && !part.isQuoted;
 }
 
 ShellWordPart unquotedText(const QString& text) {
-    return {Kind::Text, false, text, nullptr};
+    return {PartKind::Text, false, text, nullptr};
 }
 
 bool isUserName(QStringView name) {
@@ -38,7 +38,7 @@ void appendStretch(ShellWord& word, const QString& text, bool isWhole) {
         word.push_back(unquotedText(text));
         return;
     }
-    word.push_back({Kind::Home, false, name, nullptr});
+    word.push_back({PartKind::Home, false, name, nullptr});
     if (slash >= 0) {
         word.push_back(unquotedText(text.mid(slash)));
     }
@@ -72,7 +72,7 @@ qsizetype nameLength(const QString& text) {
 std::optional<QString> literalShellText(const ShellWord& word) {
     QString text;
     for (const ShellWordPart& part : word) {
-        if (part.kind != Kind::Text) {
+        if (part.kind != PartKind::Text) {
             return {};
         }
         text += part.text;

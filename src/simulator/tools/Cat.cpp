@@ -10,7 +10,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr OptionRules kRules{u"belnstuv", u"u", u"usage: cat [-belnstuv] [file ...]\n", 1};
+constexpr OptionRules kCatRules{u"belnstuv", u"u", u"usage: cat [-belnstuv] [file ...]\n", 1};
 
 int printFile(ToolContext& context, const QString& path) {
     if (path == u"-"_s) {
@@ -29,8 +29,8 @@ int printFile(ToolContext& context, const QString& path) {
 } // namespace
 
 int runCat(ToolContext& context) {
-    const ToolOptions options = parseOptions(context.arguments, kRules.letters);
-    if (const std::optional<int> refused = refuseOptions(context, options, kRules)) {
+    const ToolOptions options = parseOptions(context.arguments, kCatRules.letters);
+    if (const std::optional<int> refused = refuseOptions(context, options, kCatRules)) {
         return *refused;
     }
     const QStringList paths = options.operands.isEmpty() ? QStringList{u"-"_s} : options.operands;

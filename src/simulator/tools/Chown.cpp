@@ -8,10 +8,10 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr OptionRules kRules{u"fhnvxRHLP", u"R",
-                             u"usage: chown [-fhnvx] [-R [-H | -L | -P]] owner[:group] file ...\n"
-                             u"       chown [-fhnvx] [-R [-H | -L | -P]] :group file ...\n",
-                             1};
+constexpr OptionRules kChownRules{u"fhnvxRHLP", u"R",
+                                  u"usage: chown [-fhnvx] [-R [-H | -L | -P]] owner[:group] file ...\n"
+                                  u"       chown [-fhnvx] [-R [-H | -L | -P]] :group file ...\n",
+                                  1};
 
 std::optional<Actor> ownerNamed(const Machine& machine, const QString& name) {
     if (name == u"root"_s || name == u"0"_s) {
@@ -65,12 +65,12 @@ void OwnerChange::changeTree(const QString& path) {
 } // namespace
 
 int runChown(ToolContext& context) {
-    const ToolOptions options = parseOptions(context.arguments, kRules.letters);
-    if (const std::optional<int> refused = refuseOptions(context, options, kRules)) {
+    const ToolOptions options = parseOptions(context.arguments, kChownRules.letters);
+    if (const std::optional<int> refused = refuseOptions(context, options, kChownRules)) {
         return *refused;
     }
     if (options.operands.size() < 2) {
-        return refuseWithUsage(context, kRules);
+        return refuseWithUsage(context, kChownRules);
     }
     const QString name = options.operands.first().section(u':', 0, 0);
     const QString group = options.operands.first().section(u':', 1);

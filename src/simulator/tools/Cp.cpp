@@ -8,10 +8,10 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr OptionRules kRules{u"HLPRSXacfilnprsvx", u"p",
-                             u"usage: cp [-R [-H | -L | -P]] [-fi | -n] [-aclpSsvXx] source_file target_file\n"
-                             u"       cp [-R [-H | -L | -P]] [-fi | -n] [-aclpSsvXx] source_file ... "
-                             u"target_directory\n"};
+constexpr OptionRules kCpRules{u"HLPRSXacfilnprsvx", u"p",
+                               u"usage: cp [-R [-H | -L | -P]] [-fi | -n] [-aclpSsvXx] source_file target_file\n"
+                               u"       cp [-R [-H | -L | -P]] [-fi | -n] [-aclpSsvXx] source_file ... "
+                               u"target_directory\n"};
 
 int complain(ToolContext& context, const QString& text) {
     context.complain(u"cp: "_s + text + u'\n');
@@ -69,19 +69,19 @@ int copyFile(ToolContext& context, const QString& source, const QString& target,
 } // namespace
 
 int runCp(ToolContext& context) {
-    const ToolOptions options = parseOptions(context.arguments, kRules.letters);
-    if (const std::optional<int> refused = refuseOptions(context, options, kRules)) {
+    const ToolOptions options = parseOptions(context.arguments, kCpRules.letters);
+    if (const std::optional<int> refused = refuseOptions(context, options, kCpRules)) {
         return *refused;
     }
     QStringList sources = options.operands;
     if (sources.size() < 2) {
-        return refuseWithUsage(context, kRules);
+        return refuseWithUsage(context, kCpRules);
     }
     const QString target = sources.takeLast();
     const QString place = context.absolutePath(target);
     const bool isIntoFolder = context.volume.isFolder(place);
     if (!isIntoFolder && sources.size() > 1) {
-        return refuseWithUsage(context, kRules);
+        return refuseWithUsage(context, kCpRules);
     }
     if (!isIntoFolder && target.endsWith(u'/')) {
         return complain(context, context.volume.exists(place) ? target + u" is not a directory"_s

@@ -8,10 +8,10 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr OptionRules kRules{u"0iP:S:u:v", u"iu",
-                             u"usage: env [-0iv] [-P utilpath] [-S string] [-u name]\n"
-                             u"           [name=value ...] [utility [argument ...]]\n",
-                             1};
+constexpr OptionRules kEnvRules{u"0iP:S:u:v", u"iu",
+                                u"usage: env [-0iv] [-P utilpath] [-S string] [-u name]\n"
+                                u"           [name=value ...] [utility [argument ...]]\n",
+                                1};
 constexpr QStringView kDefaultSearchPath = u"/usr/bin:/bin"; // where execvp looks when there is no PATH
 
 void changeEnvironment(const ToolOptions& options, QStringList& words, QMap<QString, QString>& environment) {
@@ -68,8 +68,8 @@ int runUtility(ToolContext& context, const QStringList& words) {
 } // namespace
 
 int runEnv(ToolContext& context) {
-    const ToolOptions options = parseOptions(context.arguments, kRules.letters);
-    if (const std::optional<int> refused = refuseOptions(context, options, kRules)) {
+    const ToolOptions options = parseOptions(context.arguments, kEnvRules.letters);
+    if (const std::optional<int> refused = refuseOptions(context, options, kEnvRules)) {
         return *refused;
     }
     QStringList words = options.operands;

@@ -14,9 +14,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr QStringView kUsage = u"usage: killall [-delmsqvz] [-help] [-I]\n"
-                               u"               [-u user] [-t tty] [-c cmd] [-SIGNAL] [cmd]...\n"
-                               u"At least one option or argument to specify processes must be given.\n";
+constexpr QStringView kKillallUsage = u"usage: killall [-delmsqvz] [-help] [-I]\n"
+                                      u"               [-u user] [-t tty] [-c cmd] [-SIGNAL] [cmd]...\n"
+                                      u"At least one option or argument to specify processes must be given.\n";
 
 /// The signals of macOS; the place in the list is the number.
 constexpr std::array<QStringView, 32> kSignals{
@@ -63,7 +63,7 @@ int refuseSignal(ToolContext& context, const QString& word) {
 }
 
 int refuseLine(ToolContext& context) {
-    context.complain(kUsage.toString());
+    context.complain(kKillallUsage.toString());
     return 1;
 }
 

@@ -13,7 +13,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int kUsageStatus = 64;
+constexpr int kMisuseStatus = 64;
 
 using Subcommand = std::optional<int> (*)(ToolContext& context, const QStringList& words);
 
@@ -148,7 +148,7 @@ const QHash<QString, SubcommandRule>& subcommands() {
     return kSubcommands;
 }
 
-bool isBeyondTheSimulation(const QString& name) {
+bool isUnsimulatedSubcommand(const QString& name) {
     static const QStringList kNames{
         u"kickstart"_s,   u"kill"_s,     u"attach"_s,     u"debug"_s,          u"blame"_s,      u"print-cache"_s,
         u"plist"_s,       u"procinfo"_s, u"hostinfo"_s,   u"resolveport"_s,    u"limit"_s,      u"runstats"_s,
@@ -167,7 +167,7 @@ int refuseWords(ToolContext& context, const QString& name, const SubcommandRule&
                          u"<domain-target> specifiers.\n"_s);
     }
     context.complain(u"Usage: launchctl "_s + name + u' ' + rule.usage + u'\n');
-    return kUsageStatus;
+    return kMisuseStatus;
 }
 
 } // namespace
@@ -180,12 +180,12 @@ int runLaunchctl(ToolContext& context) {
         const std::optional<int> status = rule->run(context, words);
         return status ? *status : refuseWords(context, name, *rule, !words.isEmpty());
     }
-    if (name.isEmpty() || isBeyondTheSimulation(name)) {
+    if (name.isEmpty() || isUnsimulatedSubcommand(name)) {
         return notSimulated(context, name.isEmpty() ? u"the list of subcommands"_s : name);
     }
     context.complain(u"Unrecognized subcommand: "_s + name +
                      u"\nUsage: launchctl <subcommand> ... | help [subcommand]\n"_s);
-    return kUsageStatus;
+    return kMisuseStatus;
 }
 
 } // namespace macsim

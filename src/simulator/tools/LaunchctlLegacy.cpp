@@ -10,19 +10,19 @@ using namespace Qt::StringLiterals;
 namespace {
 
 /// The words of one subcommand's messages.
-struct Verb {
+struct LegacyVerb {
     QString failure;        ///< "Load failed"
     QString recommendation; ///< the subcommand that messages recommend
 };
 
-Verb loadVerb() {
+LegacyVerb loadVerb() {
     return {u"Load failed"_s, u"bootstrap"_s};
 }
-Verb unloadVerb() {
+LegacyVerb unloadVerb() {
     return {u"Unload failed"_s, u"bootout"_s};
 }
 
-LaunchdDomain callersDomain(const ToolContext& context) {
+LaunchdDomain domainOfCaller(const ToolContext& context) {
     return context.isRoot() ? LaunchdDomain{LaunchdDomain::Kind::System, 0}
                             : LaunchdDomain{LaunchdDomain::Kind::Gui, context.mac.machine().userId};
 }
@@ -32,7 +32,7 @@ bool isOfTheOtherKind(const ToolContext& context, const QString& path) {
     return path.contains(context.isRoot() ? u"/LaunchAgents/"_s : u"/LaunchDaemons/"_s);
 }
 
-void warnOfTheOtherKind(ToolContext& context, const Verb& verb) {
+void warnOfTheOtherKind(ToolContext& context, const LegacyVerb& verb) {
     const bool isRoot = context.isRoot();
     context.complain(u"Warning: Expecting a "_s + (isRoot ? u"LaunchDaemons"_s : u"LaunchAgents"_s) +
                      u" path since the command was ran as "_s + (isRoot ? u"root"_s : u"user"_s) + u". Got "_s +
@@ -40,17 +40,17 @@ void warnOfTheOtherKind(ToolContext& context, const Verb& verb) {
                      verb.recommendation + u"` is a recommended alternative.\n"_s);
 }
 
-void complain(ToolContext& context, const Verb& verb, LaunchdError error) {
+void complain(ToolContext& context, const LegacyVerb& verb, LaunchdError error) {
     context.complain(verb.failure + u": "_s + QString::number(static_cast<int>(error)) + u": "_s +
                      launchdErrorText(error) + u'\n');
 }
 
-void complainOfFailure(ToolContext& context, const Verb& verb) {
+void complainOfFailure(ToolContext& context, const LegacyVerb& verb) {
     complain(context, verb, LaunchdError::InputOutput);
     context.complain(u"Try running `launchctl "_s + verb.recommendation + u"` as root for richer errors.\n"_s);
 }
 
-void complainOfProtection(ToolContext& context, const Verb& verb, const QString& path) {
+void complainOfProtection(ToolContext& context, const LegacyVerb& verb, const QString& path) {
     context.complain(path + u": "_s + launchdErrorText(LaunchdError::IntegrityProtected) + u'\n');
     complain(context, verb, LaunchdError::IntegrityProtected);
 }
@@ -58,7 +58,7 @@ void complainOfProtection(ToolContext& context, const Verb& verb, const QString&
 /// Loads a job if nothing stands against it. The override is written even when the load then fails.
 bool load(const ToolContext& context, const QString& path, bool enables) {
     const LaunchdState launchd(context.mac);
-    const LaunchdDomain domain = callersDomain(context);
+    const LaunchdDomain domain = domainOfCaller(context);
     const auto plist = readLaunchPlist(context.volume, path);
     if (!plist) {
         return false;
@@ -72,7 +72,7 @@ bool load(const ToolContext& context, const QString& path, bool enables) {
 
 bool unload(const ToolContext& context, const QString& path, bool disables) {
     const LaunchdState launchd(context.mac);
-    const LaunchdDomain domain = callersDomain(context);
+    const LaunchdDomain domain = domainOfCaller(context);
     const auto plist = readLaunchPlist(context.volume, path);
     if (!plist) {
         return false;

@@ -11,10 +11,10 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr OptionRules kRules{u"%,1@ABCD:FGHILOPRSTUWXabcdefghiklmnopqrstuvwxy", u"1adl",
-                             u"usage: ls [-@ABCFGHILOPRSTUWXabcdefghiklmnopqrstuvwxy1%,] [--color=when] "
-                             u"[-D format] [file ...]\n",
-                             1};
+constexpr OptionRules kLsRules{u"%,1@ABCD:FGHILOPRSTUWXabcdefghiklmnopqrstuvwxy", u"1adl",
+                               u"usage: ls [-@ABCFGHILOPRSTUWXabcdefghiklmnopqrstuvwxy1%,] [--color=when] "
+                               u"[-D format] [file ...]\n",
+                               1};
 constexpr QStringView kDate = u"Jan  1  2024";
 constexpr qint64 kBlockSize = 512;
 
@@ -139,8 +139,8 @@ void printFolders(Listing& listing, const Operands& operands, bool withHeadings)
 } // namespace
 
 int runLs(ToolContext& context) {
-    const ToolOptions options = parseOptions(context.arguments, kRules.letters);
-    if (const std::optional<int> refused = refuseOptions(context, options, kRules)) {
+    const ToolOptions options = parseOptions(context.arguments, kLsRules.letters);
+    if (const std::optional<int> refused = refuseOptions(context, options, kLsRules)) {
         return *refused;
     }
     Listing listing{context, options.has(u'a'), options.has(u'l')};

@@ -13,12 +13,12 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr const char* kSubject = "spotlight";
+constexpr const char* kSpotlightSubject = "spotlight";
 constexpr QStringView kDataVolume = u"/System/Volumes/Data";
-constexpr OptionRules kRules{u"pEsai:dvtLPrX", u"sai",
-                             u"Usage: mdutil -pEsa -i (on|off) -d volume ...\n"
-                             u"       mdutil -t {volume-path | deviceid} fileid\n",
-                             1};
+constexpr OptionRules kMdutilRules{u"pEsai:dvtLPrX", u"sai",
+                                   u"Usage: mdutil -pEsa -i (on|off) -d volume ...\n"
+                                   u"       mdutil -t {volume-path | deviceid} fileid\n",
+                                   1};
 
 /// One volume or folder that the line names.
 struct Place {
@@ -27,8 +27,8 @@ struct Place {
     bool isVolume = false;
 };
 
-Json readState(const ToolContext& context) {
-    const Json state = context.mac.state().read(kSubject);
+Json readSpotlight(const ToolContext& context) {
+    const Json state = context.mac.state().read(kSpotlightSubject);
     return state.is_null() ? Json{{"volumes", Json::object()}} : state;
 }
 
@@ -112,7 +112,7 @@ void printState(ToolContext& context, const Place& place, const std::string& sta
 
 int showState(ToolContext& context, const Place& place) {
     std::string shown;
-    context.mac.state().update(kSubject, [&](Json& state) { shown = lookAt(state, place.volume); });
+    context.mac.state().update(kSpotlightSubject, [&](Json& state) { shown = lookAt(state, place.volume); });
     printState(context, place, shown);
     return shown == "transitioning" ? 1 : 0;
 }
@@ -136,7 +136,7 @@ int refuseSwitch(ToolContext& context, const Place& place, const QString& errors
 }
 
 int switchIndexing(ToolContext& context, const Place& place, bool on) {
-    const Json before = readState(context);
+    const Json before = readSpotlight(context);
     if (!place.isVolume) {
         return refuseSwitch(context, place, {}, "unknown");
     }
@@ -152,7 +152,7 @@ int switchIndexing(ToolContext& context, const Place& place, bool on) {
                             before.at("volumes").value(place.volume.toStdString(), std::string("unknown")));
     }
     const std::string wanted = on ? "enabled" : "disabled";
-    context.mac.state().update(kSubject, [&](Json& state) {
+    context.mac.state().update(kSpotlightSubject, [&](Json& state) {
         changeTo(state, place.volume, wanted);
         if (place.volume == u"/"_s && state.value("rootSwitchesData", false)) {
             changeTo(state, kDataVolume.toString(), wanted);
@@ -198,17 +198,17 @@ int handlePaths(ToolContext& context, const Json& state, const ToolOptions& opti
 } // namespace
 
 int runMdutil(ToolContext& context) {
-    const ToolOptions options = parseOptions(context.arguments, kRules.letters);
-    if (const std::optional<int> refused = refuseOptions(context, options, kRules)) {
+    const ToolOptions options = parseOptions(context.arguments, kMdutilRules.letters);
+    if (const std::optional<int> refused = refuseOptions(context, options, kMdutilRules)) {
         return *refused;
     }
     const QString wanted = options.value(u'i');
     const bool asksForNothing = !options.has(u'i') && !options.has(u's');
     const bool isReadable = !options.has(u'i') || wanted == u"on"_s || wanted == u"off"_s;
     if (asksForNothing || !isReadable || options.operands.isEmpty() != options.has(u'a')) {
-        return refuseWithUsage(context, kRules);
+        return refuseWithUsage(context, kMdutilRules);
     }
-    const Json state = readState(context);
+    const Json state = readSpotlight(context);
     if (state.value("serverDisabled", false)) {
         context.print(u"Spotlight server is disabled.\n"_s);
         return 0;

@@ -10,7 +10,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr OptionRules kRules{u"m:pv", u"mp", u"usage: mkdir [-pv] [-m mode] directory_name ...\n"};
+constexpr OptionRules kMkdirRules{u"m:pv", u"mp", u"usage: mkdir [-pv] [-m mode] directory_name ...\n"};
 
 QString parentOf(const QString& path) {
     const qsizetype slash = path.lastIndexOf(u'/', path.endsWith(u'/') ? -2 : -1);
@@ -62,12 +62,12 @@ int createWithParents(ToolContext& context, const QString& path) {
 } // namespace
 
 int runMkdir(ToolContext& context) {
-    const ToolOptions options = parseOptions(context.arguments, kRules.letters);
-    if (const std::optional<int> refused = refuseOptions(context, options, kRules)) {
+    const ToolOptions options = parseOptions(context.arguments, kMkdirRules.letters);
+    if (const std::optional<int> refused = refuseOptions(context, options, kMkdirRules)) {
         return *refused;
     }
     if (options.operands.isEmpty()) {
-        return refuseWithUsage(context, kRules);
+        return refuseWithUsage(context, kMkdirRules);
     }
     int status = 0;
     for (const QString& path : options.operands) {

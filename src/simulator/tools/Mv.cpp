@@ -8,9 +8,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr OptionRules kRules{u"fhinv", u"fn",
-                             u"usage: mv [-f | -i | -n] [-hv] source target\n"
-                             u"       mv [-f | -i | -n] [-v] source ... directory\n"};
+constexpr OptionRules kMvRules{u"fhinv", u"fn",
+                               u"usage: mv [-f | -i | -n] [-hv] source target\n"
+                               u"       mv [-f | -i | -n] [-v] source ... directory\n"};
 
 QString withoutFinalSlashes(QString path) {
     while (path.size() > 1 && path.endsWith(u'/')) {
@@ -47,20 +47,20 @@ bool isRespelling(const ToolContext& context, const QString& source, const QStri
 } // namespace
 
 int runMv(ToolContext& context) {
-    const ToolOptions options = parseOptions(context.arguments, kRules.letters);
-    if (const std::optional<int> refused = refuseOptions(context, options, kRules)) {
+    const ToolOptions options = parseOptions(context.arguments, kMvRules.letters);
+    if (const std::optional<int> refused = refuseOptions(context, options, kMvRules)) {
         return *refused;
     }
     QStringList sources = options.operands;
     if (sources.size() < 2) {
-        return refuseWithUsage(context, kRules);
+        return refuseWithUsage(context, kMvRules);
     }
     const QString target = sources.takeLast();
     // The last of -f and -n counts.
     const bool keepExisting = !options.given.empty() && options.given.back().letter == u'n';
     const bool respells = sources.size() == 1 && isRespelling(context, sources.first(), target);
     if (respells || !context.volume.isFolder(context.absolutePath(target))) {
-        return sources.size() > 1 ? refuseWithUsage(context, kRules)
+        return sources.size() > 1 ? refuseWithUsage(context, kMvRules)
                                   : moveOne(context, sources.first(), target, keepExisting && !respells);
     }
     int status = 0;

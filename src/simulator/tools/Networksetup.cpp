@@ -15,18 +15,18 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr const char* kSubject = "networkServices";
+constexpr const char* kServicesSubject = "networkServices";
 constexpr int kInvalidParameters = 4;
 constexpr int kNoPrivileges = 14;
 constexpr QStringView kHeading = u"An asterisk (*) denotes that a network service is disabled.\n";
 
-QString text(const Json& service, const char* key) {
+QString serviceText(const Json& service, const char* key) {
     const auto entry = service.find(key);
     return entry != service.end() && entry->is_string() ? QString::fromStdString(entry->get<std::string>()) : QString();
 }
 
 QString nameOf(const Json& service) {
-    return text(service, "name");
+    return serviceText(service, "name");
 }
 
 bool isEnabled(const Json& service) {
@@ -34,7 +34,7 @@ bool isEnabled(const Json& service) {
 }
 
 Json services(const ToolContext& context) {
-    const Json state = context.mac.state().read(kSubject);
+    const Json state = context.mac.state().read(kServicesSubject);
     return state.is_array() ? state : Json::array();
 }
 
@@ -60,7 +60,7 @@ int refuseName(ToolContext& context, const QString& name) {
     return refuseParameters(context);
 }
 
-int refuseUser(ToolContext& context) {
+int refuseChange(ToolContext& context) {
     context.print(u"** Error: Command requires admin privileges.\n"_s);
     return kNoPrivileges;
 }
@@ -68,10 +68,10 @@ int refuseUser(ToolContext& context) {
 /// Changes one service, if the caller may and there is one of the name.
 int change(ToolContext& context, const QString& name, const std::function<void(Json&)>& changeService) {
     if (!context.isRoot()) {
-        return refuseUser(context);
+        return refuseChange(context);
     }
     bool isFound = false;
-    context.mac.state().update(kSubject, [&](Json& state) {
+    context.mac.state().update(kServicesSubject, [&](Json& state) {
         for (Json& service : state) {
             if (!isFound && nameOf(service) == name) {
                 changeService(service);
@@ -98,9 +98,9 @@ int listOrder(ToolContext& context, const QStringList& /*words*/) {
     const Json all = services(context);
     for (const Json& service : all) {
         const QString place = isEnabled(service) ? QString::number(++number) : u"*"_s;
-        const QString port = text(service, "hardwarePort");
+        const QString port = serviceText(service, "hardwarePort");
         context.print(u'(' + place + u") "_s + nameOf(service) + u"\n(Hardware Port: "_s +
-                      (port.isEmpty() ? nameOf(service) : port) + u", Device: "_s + text(service, "device") +
+                      (port.isEmpty() ? nameOf(service) : port) + u", Device: "_s + serviceText(service, "device") +
                       u")\n\n"_s);
     }
     return 0;

@@ -14,11 +14,11 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr OptionRules kRules{u"etfFWRnghjb:a:s:u:i:o:", u"gjab",
-                             u"Usage: open [-e] [-t] [-f] [-W] [-R] [-n] [-g] [-h] [-s <partial SDK name>]"
-                             u"[-b <bundle identifier>] [-a <application>] [-u URL] [filenames] "
-                             u"[--args arguments]\n",
-                             1};
+constexpr OptionRules kOpenRules{u"etfFWRnghjb:a:s:u:i:o:", u"gjab",
+                                 u"Usage: open [-e] [-t] [-f] [-W] [-R] [-n] [-g] [-h] [-s <partial SDK name>]"
+                                 u"[-b <bundle identifier>] [-a <application>] [-u URL] [filenames] "
+                                 u"[--args arguments]\n",
+                                 1};
 
 /// Starts an application unless it runs already.
 void launch(const ToolContext& context, const Application& application) {
@@ -108,13 +108,13 @@ int runOpen(ToolContext& context) {
     if (hasLongOption) {
         return notSimulated(context, u"an option that begins with \"--\""_s);
     }
-    const ToolOptions options = parseOptions(context.arguments, kRules.letters);
-    if (const std::optional<int> refused = refuseOptions(context, options, kRules)) {
+    const ToolOptions options = parseOptions(context.arguments, kOpenRules.letters);
+    if (const std::optional<int> refused = refuseOptions(context, options, kOpenRules)) {
         return *refused;
     }
     const bool withApplication = options.has(u'a') || options.has(u'b');
     if (!withApplication && options.operands.isEmpty()) {
-        return refuseWithUsage(context, kRules);
+        return refuseWithUsage(context, kOpenRules);
     }
     // A file that is missing is told of before any application is looked for.
     for (const QString& operand : options.operands) {

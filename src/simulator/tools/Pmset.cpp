@@ -9,11 +9,11 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr const char* kSubject = "power";
+constexpr const char* kPowerSubject = "power";
 constexpr const char* kLowPowerMode = "lowpowermode";
 
-Json readState(const ToolContext& context) {
-    const Json state = context.mac.state().read(kSubject);
+Json readPower(const ToolContext& context) {
+    const Json state = context.mac.state().read(kPowerSubject);
     return state.is_null() ? Json{{"sources", Json::object()}, {"activeSource", "AC Power"}} : state;
 }
 
@@ -77,7 +77,7 @@ void printLive(ToolContext& context, const Json& state) {
     }
 }
 
-int refuseLine(ToolContext& context) {
+int refuseArguments(ToolContext& context) {
     context.print(u"Usage: pmset <options>\nSee pmset(1) for details: 'man pmset'\n"_s);
     return 1;
 }
@@ -98,13 +98,13 @@ bool isGetter(const QString& word) {
 }
 
 int show(ToolContext& context, const QString& what) {
-    const Json state = readState(context);
+    const Json state = readPower(context);
     if (what.isEmpty() || what == u"live"_s) {
         printLive(context, state);
     } else if (what == u"custom"_s || what == u"disk"_s) {
         printCustom(context, state);
     } else {
-        return isGetter(what) ? notSimulated(context, u"-g "_s + what) : refuseLine(context);
+        return isGetter(what) ? notSimulated(context, u"-g "_s + what) : refuseArguments(context);
     }
     return 0;
 }
@@ -127,7 +127,7 @@ void apply(const PowerChanges::Setting& setting, Json& sources) {
 }
 
 void write(const ToolContext& context, const PowerChanges& changes) {
-    context.mac.state().update(kSubject, [&changes](Json& state) {
+    context.mac.state().update(kPowerSubject, [&changes](Json& state) {
         for (const PowerChanges::Setting& setting : changes.settings) {
             apply(setting, state["sources"]);
         }
@@ -142,7 +142,7 @@ void write(const ToolContext& context, const PowerChanges& changes) {
 
 /// Warns of timers that contradict each other, for each source, whatever the line has changed.
 void warnOfInconsistentTimers(ToolContext& context) {
-    const Json state = readState(context);
+    const Json state = readPower(context);
     for (const auto& [source, settings] : state.at("sources").items()) {
         const int sleep = settings.value("sleep", 0);
         const int displaySleep = settings.value("displaysleep", 1);
@@ -173,7 +173,7 @@ int change(ToolContext& context, const PowerChanges& changes) {
         return notSimulated(context, changes.failedAt);
     }
     if (changes.failure == PowerChanges::Failure::Usage) {
-        return refuseLine(context);
+        return refuseArguments(context);
     }
     if (changes.warnsOfKeepAlive) {
         context.print(u"Warning: This option disables TCP Keep Alive mechanism when sytem is sleeping. This "
@@ -198,7 +198,7 @@ int change(ToolContext& context, const PowerChanges& changes) {
 int runPmset(ToolContext& context) {
     const QStringList words = context.arguments.mid(1);
     if (words.isEmpty()) {
-        return refuseLine(context);
+        return refuseArguments(context);
     }
     if (words.first().toLower() == u"-g"_s) {
         return words.size() > 2 ? notSimulated(context, words.mid(2).join(u' '))

@@ -11,56 +11,56 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-enum class Kind { Number, OnOff, Text };
+enum class ValueKind { Number, OnOff, Text };
 
 struct SettingRule {
     QStringList keys; ///< the settings that the word writes
-    Kind kind;
+    ValueKind kind;
 };
 
 const QHash<QString, SettingRule>& settingRules() {
     static const QHash<QString, SettingRule> kRules{
-        {u"displaysleep"_s, {{u"displaysleep"_s}, Kind::Number}},
-        {u"dim"_s, {{u"displaysleep"_s}, Kind::Number}},
-        {u"sleep"_s, {{u"sleep"_s}, Kind::Number}},
-        {u"disksleep"_s, {{u"disksleep"_s}, Kind::Number}},
-        {u"spindown"_s, {{u"disksleep"_s}, Kind::Number}},
-        {u"hibernatemode"_s, {{u"hibernatemode"_s}, Kind::Number}},
-        {u"hibernatefile"_s, {{u"hibernatefile"_s}, Kind::Text}},
-        {u"standby"_s, {{u"standby"_s}, Kind::OnOff}},
+        {u"displaysleep"_s, {{u"displaysleep"_s}, ValueKind::Number}},
+        {u"dim"_s, {{u"displaysleep"_s}, ValueKind::Number}},
+        {u"sleep"_s, {{u"sleep"_s}, ValueKind::Number}},
+        {u"disksleep"_s, {{u"disksleep"_s}, ValueKind::Number}},
+        {u"spindown"_s, {{u"disksleep"_s}, ValueKind::Number}},
+        {u"hibernatemode"_s, {{u"hibernatemode"_s}, ValueKind::Number}},
+        {u"hibernatefile"_s, {{u"hibernatefile"_s}, ValueKind::Text}},
+        {u"standby"_s, {{u"standby"_s}, ValueKind::OnOff}},
         // The single delay of older systems stands for the two that replaced it.
-        {u"standbydelay"_s, {{u"standbydelaylow"_s, u"standbydelayhigh"_s}, Kind::Number}},
-        {u"standbydelaylow"_s, {{u"standbydelaylow"_s}, Kind::Number}},
-        {u"standbydelayhigh"_s, {{u"standbydelayhigh"_s}, Kind::Number}},
-        {u"highstandbythreshold"_s, {{u"highstandbythreshold"_s}, Kind::Number}},
-        {u"autopoweroff"_s, {{u"autopoweroff"_s}, Kind::OnOff}},
-        {u"autopoweroffdelay"_s, {{u"autopoweroffdelay"_s}, Kind::Number}},
-        {u"powernap"_s, {{u"powernap"_s, u"SleepServices"_s}, Kind::OnOff}},
-        {u"darkwakes"_s, {{u"darkwakes"_s}, Kind::OnOff}},
-        {u"gpuswitch"_s, {{u"gpuswitch"_s}, Kind::Number}},
-        {u"womp"_s, {{u"womp"_s}, Kind::OnOff}},
-        {u"ring"_s, {{u"ring"_s}, Kind::OnOff}},
-        {u"networkoversleep"_s, {{u"networkoversleep"_s}, Kind::OnOff}},
-        {u"tcpkeepalive"_s, {{u"tcpkeepalive"_s}, Kind::OnOff}},
-        {u"ttyskeepawake"_s, {{u"ttyskeepawake"_s}, Kind::OnOff}},
-        {u"lidwake"_s, {{u"lidwake"_s}, Kind::OnOff}},
-        {u"acwake"_s, {{u"acwake"_s}, Kind::OnOff}},
-        {u"proximitywake"_s, {{u"proximitywake"_s}, Kind::OnOff}},
-        {u"halfdim"_s, {{u"halfdim"_s}, Kind::OnOff}},
-        {u"lessbright"_s, {{u"lessbright"_s}, Kind::OnOff}},
-        {u"sms"_s, {{u"sms"_s}, Kind::OnOff}},
-        {u"ams"_s, {{u"sms"_s}, Kind::OnOff}},
-        {u"autorestart"_s, {{u"autorestart"_s}, Kind::OnOff}},
-        {u"autorestartatconnect"_s, {{u"autorestartatconnect"_s}, Kind::OnOff}},
-        {u"powerbutton"_s, {{u"Sleep On Power Button"_s}, Kind::OnOff}},
-        {u"lowpowermode"_s, {{u"lowpowermode"_s}, Kind::OnOff}},
-        {u"powermode"_s, {{u"lowpowermode"_s}, Kind::Number}},
+        {u"standbydelay"_s, {{u"standbydelaylow"_s, u"standbydelayhigh"_s}, ValueKind::Number}},
+        {u"standbydelaylow"_s, {{u"standbydelaylow"_s}, ValueKind::Number}},
+        {u"standbydelayhigh"_s, {{u"standbydelayhigh"_s}, ValueKind::Number}},
+        {u"highstandbythreshold"_s, {{u"highstandbythreshold"_s}, ValueKind::Number}},
+        {u"autopoweroff"_s, {{u"autopoweroff"_s}, ValueKind::OnOff}},
+        {u"autopoweroffdelay"_s, {{u"autopoweroffdelay"_s}, ValueKind::Number}},
+        {u"powernap"_s, {{u"powernap"_s, u"SleepServices"_s}, ValueKind::OnOff}},
+        {u"darkwakes"_s, {{u"darkwakes"_s}, ValueKind::OnOff}},
+        {u"gpuswitch"_s, {{u"gpuswitch"_s}, ValueKind::Number}},
+        {u"womp"_s, {{u"womp"_s}, ValueKind::OnOff}},
+        {u"ring"_s, {{u"ring"_s}, ValueKind::OnOff}},
+        {u"networkoversleep"_s, {{u"networkoversleep"_s}, ValueKind::OnOff}},
+        {u"tcpkeepalive"_s, {{u"tcpkeepalive"_s}, ValueKind::OnOff}},
+        {u"ttyskeepawake"_s, {{u"ttyskeepawake"_s}, ValueKind::OnOff}},
+        {u"lidwake"_s, {{u"lidwake"_s}, ValueKind::OnOff}},
+        {u"acwake"_s, {{u"acwake"_s}, ValueKind::OnOff}},
+        {u"proximitywake"_s, {{u"proximitywake"_s}, ValueKind::OnOff}},
+        {u"halfdim"_s, {{u"halfdim"_s}, ValueKind::OnOff}},
+        {u"lessbright"_s, {{u"lessbright"_s}, ValueKind::OnOff}},
+        {u"sms"_s, {{u"sms"_s}, ValueKind::OnOff}},
+        {u"ams"_s, {{u"sms"_s}, ValueKind::OnOff}},
+        {u"autorestart"_s, {{u"autorestart"_s}, ValueKind::OnOff}},
+        {u"autorestartatconnect"_s, {{u"autorestartatconnect"_s}, ValueKind::OnOff}},
+        {u"powerbutton"_s, {{u"Sleep On Power Button"_s}, ValueKind::OnOff}},
+        {u"lowpowermode"_s, {{u"lowpowermode"_s}, ValueKind::OnOff}},
+        {u"powermode"_s, {{u"lowpowermode"_s}, ValueKind::Number}},
     };
     return kRules;
 }
 
 /// Words that a Mac's pmset knows and that have no meaning here.
-bool isBeyondTheSimulation(const QString& word) {
+bool isUnsimulatedWord(const QString& word) {
     static const QStringList kWords{
         u"schedule"_s,         u"repeat"_s,     u"relative"_s,        u"sleepnow"_s,
         u"displaysleepnow"_s,  u"noidle"_s,     u"touch"_s,           u"boot"_s,
@@ -82,14 +82,14 @@ std::optional<QStringList> sourcesOfFlag(const QString& word) {
 }
 
 /// A number as strtol reads it with base 0 ("0x10", "010"); nothing may follow it and it isn't negative.
-std::optional<int> parseValue(const QString& word, Kind kind) {
+std::optional<int> parseValue(const QString& word, ValueKind kind) {
     const QByteArray text = word.toUtf8();
     char* end = nullptr;
     const long value = std::strtol(text.constData(), &end, 0);
     if (*end != '\0' || value < 0) {
         return std::nullopt;
     }
-    return kind == Kind::OnOff ? int(value != 0) : static_cast<int>(value);
+    return kind == ValueKind::OnOff ? int(value != 0) : static_cast<int>(value);
 }
 
 class Reader {
@@ -129,12 +129,12 @@ void Reader::readNext() {
     } else if (settingRules().contains(word)) {
         readSetting(word, settingRules().value(word));
     } else {
-        fail(isBeyondTheSimulation(word) ? PowerChanges::Failure::NotSimulated : PowerChanges::Failure::Usage, word);
+        fail(isUnsimulatedWord(word) ? PowerChanges::Failure::NotSimulated : PowerChanges::Failure::Usage, word);
     }
 }
 
 void Reader::readSystemSetting(int& setting) {
-    const auto value = m_words.isEmpty() ? std::nullopt : parseValue(m_words.takeFirst(), Kind::OnOff);
+    const auto value = m_words.isEmpty() ? std::nullopt : parseValue(m_words.takeFirst(), ValueKind::OnOff);
     if (!value) {
         fail(PowerChanges::Failure::Usage, {});
         return;
@@ -149,12 +149,12 @@ void Reader::readSetting(const QString& word, const SettingRule& rule) {
     }
     const QString typed = m_words.takeFirst();
     const std::optional<int> number = parseValue(typed, rule.kind);
-    if (rule.kind != Kind::Text && !number) {
+    if (rule.kind != ValueKind::Text && !number) {
         fail(PowerChanges::Failure::Usage, word);
         return;
     }
     for (const QString& key : rule.keys) {
-        if (rule.kind == Kind::Text) {
+        if (rule.kind == ValueKind::Text) {
             m_changes.settings.push_back({m_sources, key, typed});
         } else {
             m_changes.settings.push_back({m_sources, key, *number});

@@ -8,9 +8,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr OptionRules kRules{u"dfiIPRrvWx", u"fRr",
-                             u"usage: rm [-f | -i] [-dIPRrvWx] file ...\n"
-                             u"       unlink [--] file\n"};
+constexpr OptionRules kRmRules{u"dfiIPRrvWx", u"fRr",
+                               u"usage: rm [-f | -i] [-dIPRrvWx] file ...\n"
+                               u"       unlink [--] file\n"};
 
 struct Removal {
     ToolContext& context;
@@ -85,13 +85,13 @@ void removeOperand(Removal& removal, const QString& operand) {
 } // namespace
 
 int runRm(ToolContext& context) {
-    const ToolOptions options = parseOptions(context.arguments, kRules.letters);
-    if (const std::optional<int> refused = refuseOptions(context, options, kRules)) {
+    const ToolOptions options = parseOptions(context.arguments, kRmRules.letters);
+    if (const std::optional<int> refused = refuseOptions(context, options, kRmRules)) {
         return *refused;
     }
     Removal removal{context, options.has(u'f'), options.has(u'r') || options.has(u'R')};
     if (options.operands.isEmpty() && !removal.force) {
-        return refuseWithUsage(context, kRules);
+        return refuseWithUsage(context, kRmRules);
     }
     for (const QString& operand : options.operands) {
         removeOperand(removal, operand);

@@ -12,13 +12,13 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr const char* kSubject = "timeMachine";
+constexpr const char* kTimeMachineSubject = "timeMachine";
 constexpr int kNoRootStatus = 1; // not established
 constexpr int kNoFullDiskAccessStatus = 80;
 constexpr int kUnrecognizedVerbStatus = 64; // not established
-constexpr int kTahoe = 26;
+constexpr int kMacOSTahoe = 26;
 
-QString text(const Json& json, const char* key) {
+QString textIn(const Json& json, const char* key) {
     const Json value = json.is_object() ? json.value(key, Json()) : Json();
     return value.is_string() ? QString::fromStdString(value.get<std::string>()) : QString();
 }
@@ -38,12 +38,12 @@ QString quoted(const QString& value) {
 /// Keys are sorted, the ones with capital letters first.
 void printRunning(ToolContext& context, const Json& state) {
     const Json destination = state.value("destination", Json());
-    const QString percent = text(state, "percent").isEmpty() ? u"-1"_s : text(state, "percent");
-    const QString phase = text(state, "phase").isEmpty() ? u"Copying"_s : text(state, "phase");
+    const QString percent = textIn(state, "percent").isEmpty() ? u"-1"_s : textIn(state, "percent");
+    const QString phase = textIn(state, "phase").isEmpty() ? u"Copying"_s : textIn(state, "phase");
     context.print(entry(4, u"BackupPhase"_s, phase) + entry(4, u"ClientID"_s, quoted(u"com.apple.backupd"_s)));
     if (destination.is_object()) {
-        context.print(entry(4, u"DestinationID"_s, quoted(text(destination, "id"))));
-        context.print(entry(4, u"DestinationMountPoint"_s, quoted(text(destination, "mountPoint"))));
+        context.print(entry(4, u"DestinationID"_s, quoted(textIn(destination, "id"))));
+        context.print(entry(4, u"DestinationMountPoint"_s, quoted(textIn(destination, "mountPoint"))));
     }
     context.print(entry(4, u"Percent"_s, quoted(percent)));
     context.print(u"    Progress =     {\n"_s + entry(8, u"Percent"_s, quoted(percent)) + u"    };\n"_s);
@@ -54,7 +54,7 @@ int showStatus(ToolContext& context) {
     if (context.arguments.size() > 2) {
         return notSimulated(context, context.arguments.mid(1).join(u' '));
     }
-    const Json state = context.mac.state().read(kSubject);
+    const Json state = context.mac.state().read(kTimeMachineSubject);
     context.print(u"Backup session status:\n{\n"_s);
     if (isOn(state, "running")) {
         printRunning(context, state);
@@ -70,7 +70,7 @@ int showDestination(ToolContext& context) {
     if (context.arguments.size() > 2) {
         return notSimulated(context, context.arguments.mid(1).join(u' '));
     }
-    const Json state = context.mac.state().read(kSubject);
+    const Json state = context.mac.state().read(kTimeMachineSubject);
     const Json destination = state.is_object() ? state.value("destination", Json()) : Json();
     if (!destination.is_object()) {
         // Some systems end with 0 here, others with 1.
@@ -78,18 +78,18 @@ int showDestination(ToolContext& context) {
         return 1;
     }
     context.print(QString(52, u'=') + u'\n');
-    context.print(u"Name          : "_s + text(destination, "name") + u'\n');
-    context.print(u"Kind          : "_s + text(destination, "kind") + u'\n');
-    if (const QString mountPoint = text(destination, "mountPoint"); !mountPoint.isEmpty()) {
+    context.print(u"Name          : "_s + textIn(destination, "name") + u'\n');
+    context.print(u"Kind          : "_s + textIn(destination, "kind") + u'\n');
+    if (const QString mountPoint = textIn(destination, "mountPoint"); !mountPoint.isEmpty()) {
         context.print(u"Mount Point   : "_s + mountPoint + u'\n');
     }
-    context.print(u"ID            : "_s + text(destination, "id") + u'\n');
+    context.print(u"ID            : "_s + textIn(destination, "id") + u'\n');
     return 0;
 }
 
 int refuseWithoutFullDiskAccess(ToolContext& context, const QString& verb) {
     context.complain(u"tmutil: "_s + verb + u" requires Full Disk Access privileges.\n"_s);
-    if (context.mac.machine().systemVersion.section(u'.', 0, 0).toInt() < kTahoe) {
+    if (context.mac.machine().systemVersion.section(u'.', 0, 0).toInt() < kMacOSTahoe) {
         context.complain(u"To allow this operation, select Full Disk Access in the Privacy\n"
                          u"tab of the Security & Privacy preference pane, and add Terminal\n"
                          u"to the list of applications which are allowed Full Disk Access.\n"_s);
@@ -126,7 +126,7 @@ int disable(ToolContext& context) {
 }
 
 int stopBackup(ToolContext& context) {
-    context.mac.state().update(kSubject, [](Json& state) {
+    context.mac.state().update(kTimeMachineSubject, [](Json& state) {
         if (isOn(state, "running")) {
             state["running"] = false;
         }
@@ -134,7 +134,7 @@ int stopBackup(ToolContext& context) {
     return 0;
 }
 
-bool isBeyondTheSimulation(const QString& verb) {
+bool isUnsimulatedVerb(const QString& verb) {
     static const QStringList kVerbs{u"startbackup"_s,
                                     u"currentphase"_s,
                                     u"latestbackup"_s,
@@ -178,7 +178,7 @@ int runTmutil(ToolContext& context) {
     if (const auto handler = kVerbs.value(verb)) {
         return handler(context);
     }
-    if (verb.isEmpty() || isBeyondTheSimulation(verb)) {
+    if (verb.isEmpty() || isUnsimulatedVerb(verb)) {
         return notSimulated(context, verb.isEmpty() ? u"the list of verbs"_s : verb);
     }
     context.complain(verb + u": Unrecognized verb.\n"_s);

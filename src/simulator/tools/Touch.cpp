@@ -8,9 +8,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr OptionRules kRules{u"A:acd:fhmr:t:", u"c",
-                             u"usage: touch [-A [-][[hh]mm]SS] [-achm] [-r file] [-t [[CC]YY]MMDDhhmm[.SS]]\n"
-                             u"       [-d YYYY-MM-DDThh:mm:SS[.frac][tz]] file ...\n"};
+constexpr OptionRules kTouchRules{u"A:acd:fhmr:t:", u"c",
+                                  u"usage: touch [-A [-][[hh]mm]SS] [-achm] [-r file] [-t [[CC]YY]MMDDhhmm[.SS]]\n"
+                                  u"       [-d YYYY-MM-DDThh:mm:SS[.frac][tz]] file ...\n"};
 
 int touchOne(ToolContext& context, const QString& path) {
     try {
@@ -25,12 +25,12 @@ int touchOne(ToolContext& context, const QString& path) {
 } // namespace
 
 int runTouch(ToolContext& context) {
-    const ToolOptions options = parseOptions(context.arguments, kRules.letters);
-    if (const std::optional<int> refused = refuseOptions(context, options, kRules)) {
+    const ToolOptions options = parseOptions(context.arguments, kTouchRules.letters);
+    if (const std::optional<int> refused = refuseOptions(context, options, kTouchRules)) {
         return *refused;
     }
     if (options.operands.isEmpty()) {
-        return refuseWithUsage(context, kRules);
+        return refuseWithUsage(context, kTouchRules);
     }
     int status = 0;
     for (const QString& path : options.operands) {

@@ -1,6 +1,7 @@
 #include "startup/items/CloudSyncService.h"
 
 #include "core/Collation.h"
+#include "core/Json.h"
 #include "platform/FileManager.h"
 
 #include <algorithm>

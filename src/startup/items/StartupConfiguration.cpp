@@ -1,6 +1,7 @@
 #include "startup/items/StartupConfiguration.h"
 
 #include "core/Collation.h"
+#include "core/Json.h"
 
 #include <QHash>
 

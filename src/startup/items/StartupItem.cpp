@@ -1,5 +1,7 @@
 #include "startup/items/StartupItem.h"
 
+#include "core/Json.h"
+
 #include <algorithm>
 #include <array>
 

@@ -1,0 +1,3 @@
+#include "json/OrderedJson.h"
+
+template class nlohmann::basic_json<nlohmann::ordered_map>;

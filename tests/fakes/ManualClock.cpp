@@ -1,0 +1,11 @@
+#include "fakes/ManualClock.h"
+
+namespace quorvane {
+
+QFuture<void> ManualClock::sleepFor(std::chrono::milliseconds duration) {
+    waits.append(duration);
+    time = time.addMSecs(duration.count());
+    return m_turns.sleepFor(std::chrono::milliseconds(0));
+}
+
+} // namespace quorvane

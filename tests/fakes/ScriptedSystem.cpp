@@ -1,0 +1,106 @@
+#include "fakes/ScriptedSystem.h"
+
+namespace quorvane {
+
+QFuture<CommandOutcome> ScriptedCommandLauncher::run(QStringList arguments, OutputCapture capture) {
+    const QString line = commandLine(arguments);
+    m_trace.append((capture == OutputCapture::Capture ? u"$> "_s : u"$ "_s) + line);
+    const std::optional<CommandOutcome> answer = respond ? respond(arguments) : std::nullopt;
+    const CommandOutcome outcome = answer.value_or(m_answers.value(line, succeeded({})));
+    return m_isHolding ? heldBack(outcome) : QtFuture::makeReadyFuture(outcome);
+}
+
+void ScriptedCommandLauncher::release() {
+    m_isHolding = false;
+    for (auto& [promise, outcome] : std::exchange(m_held, {})) {
+        promise.addResult(outcome);
+        promise.finish();
+    }
+}
+
+void ScriptedCommandLauncher::answer(const QString& line, const CommandOutcome& outcome) {
+    m_answers.insert(line, outcome);
+}
+
+void ScriptedCommandLauncher::print(const QString& line, const QByteArray& output) {
+    answer(line, succeeded(output));
+}
+
+void ScriptedCommandLauncher::fail(const QString& line, int status, const QByteArray& error) {
+    CommandOutcome outcome = succeeded({});
+    outcome.code = status;
+    outcome.standardError = error;
+    answer(line, outcome);
+}
+
+CommandOutcome ScriptedCommandLauncher::succeeded(const QByteArray& output) {
+    CommandOutcome outcome;
+    outcome.ending = CommandOutcome::Ending::Exited;
+    outcome.standardOutput = output;
+    return outcome;
+}
+
+QFuture<CommandOutcome> ScriptedCommandLauncher::heldBack(const CommandOutcome& outcome) {
+    auto& [promise, kept] = m_held.emplace_back(QPromise<CommandOutcome>(), outcome);
+    promise.start();
+    return promise.future();
+}
+
+QFuture<ScriptOutcome> ScriptedScriptEngine::run(QString source) {
+    m_trace.append(u"& "_s + source);
+    const ScriptOutcome outcome =
+        m_outcomes.isEmpty() ? ScriptOutcome{QString(), std::nullopt} : m_outcomes.takeFirst();
+    if (outcome.result && carryOut) {
+        carryOut(source);
+    }
+    return QtFuture::makeReadyFuture(outcome);
+}
+
+void ScriptedScriptEngine::answerNext(const ScriptOutcome& outcome) {
+    m_outcomes.append(outcome);
+}
+
+void ScriptedScriptEngine::failNext(const QString& message) {
+    answerNext({std::nullopt, message});
+}
+
+QString FixedMachine::homeFolder() const {
+    return u"/Users/alex"_s;
+}
+
+QString FixedMachine::applicationSupportFolder() const {
+    return u"/Users/alex/Library/Application Support"_s;
+}
+
+QString FixedMachine::temporaryFolder() const {
+    return u"/var/folders/zz/alex/T"_s;
+}
+
+QString FixedMachine::computerName() const {
+    return u"Studio"_s;
+}
+
+QString FixedMachine::dateAndTimeText(const QDateTime& moment) const {
+    return QLocale::c().toString(moment.toUTC(), u"MMM d, yyyy 'at' h:mm AP"_s);
+}
+
+ScriptedSystem::ScriptedSystem() {
+    QObject::connect(&system, &SystemManager::messageLogged, [this](const QString& line) { trace.append(line); });
+    QObject::connect(&notifications, &NotificationCenter::posted,
+                     [this](const QString& name, const QVariantMap& userInfo) {
+                         posted.append({name, userInfo});
+                     });
+}
+
+ScriptedSystem::~ScriptedSystem() = default;
+
+QString ScriptedSystem::takeTrace() {
+    return std::exchange(trace, {}).join(u'\n') + u'\n';
+}
+
+Host ScriptedSystem::hostWith(FileManager& disk, Clock& time) {
+    return {commands,    scripts, disk, defaults, machine,    propertyLists, bundles,
+            permissions, cloud,   time, keychain, biometrics, displays,      systemNotifications};
+}
+
+} // namespace quorvane
