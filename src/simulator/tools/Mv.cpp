@@ -1,6 +1,6 @@
 #include "simulator/tools/Mv.h"
 
-#include "simulator/tools/ToolOptions.h"
+#include "simulator/tools/FileOperands.h"
 
 namespace macsim {
 
@@ -11,13 +11,6 @@ namespace {
 constexpr OptionRules kRules{u"fhinv", u"fn",
                              u"usage: mv [-f | -i | -n] [-hv] source target\n"
                              u"       mv [-f | -i | -n] [-v] source ... directory\n"};
-
-QString withoutFinalSlashes(QString path) {
-    while (path.size() > 1 && path.endsWith(u'/')) {
-        path.chop(1);
-    }
-    return path;
-}
 
 int moveOne(ToolContext& context, const QString& from, const QString& to, bool keepExisting) {
     if (keepExisting && context.volume.exists(context.absolutePath(to))) {
@@ -30,11 +23,6 @@ int moveOne(ToolContext& context, const QString& from, const QString& to, bool k
         context.complain(u"mv: rename "_s + from + u" to "_s + to + u": "_s + error.reason() + u'\n');
         return 1;
     }
-}
-
-QString placeInFolder(const QString& source, const QString& folder) {
-    const QString path = withoutFinalSlashes(source);
-    return folder + (folder.endsWith(u'/') ? u""_s : u"/"_s) + path.mid(path.lastIndexOf(u'/') + 1);
 }
 
 /// True when the target is the source's own name in another case: then it is a new spelling and not a folder
@@ -51,17 +39,16 @@ int runMv(ToolContext& context) {
     if (const std::optional<int> refused = refuseOptions(context, options, kRules)) {
         return *refused;
     }
-    QStringList sources = options.operands;
-    if (sources.size() < 2) {
+    const std::optional<FileOperands> operands = fileOperands(context, options);
+    if (!operands) {
         return refuseWithUsage(context, kRules);
     }
-    const QString target = sources.takeLast();
+    const auto& [sources, target, isIntoFolder] = *operands;
     // The last of -f and -n counts.
     const bool keepExisting = !options.given.empty() && options.given.back().letter == u'n';
     const bool respells = sources.size() == 1 && isRespelling(context, sources.first(), target);
-    if (respells || !context.volume.isFolder(context.absolutePath(target))) {
-        return sources.size() > 1 ? refuseWithUsage(context, kRules)
-                                  : moveOne(context, sources.first(), target, keepExisting && !respells);
+    if (respells || !isIntoFolder) {
+        return moveOne(context, sources.first(), target, keepExisting && !respells);
     }
     int status = 0;
     for (const QString& source : sources) {
