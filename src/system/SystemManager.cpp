@@ -41,7 +41,7 @@ SystemManager::SystemManager(const Host& host, NotificationCenter& notifications
     , m_host(host)
     , m_notifications(notifications)
     , m_serviceManagement(host.backgroundTaskPermissions)
-    , m_masterBaselines(host) {}
+    , m_masterBaselines(host.files, host.cloud, host.clock, host.machine) {}
 
 void SystemManager::log(const QString& message) {
     if (message.contains(u"[WARNING]"_s)) {

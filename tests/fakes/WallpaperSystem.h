@@ -4,6 +4,7 @@
 #include "fakes/EventLoop.h"
 #include "fakes/Pictures.h"
 #include "fakes/ScriptedSystem.h"
+#include "fakes/WallpaperPorts.h"
 #include "profiles/ProfileJson.h"
 #include "profiles/ProfileManager.h"
 #include "wallpaper/WallpaperManifest.h"
@@ -33,7 +34,7 @@ protected:
 
     /// Starts the program anew; what is kept on the disk and in the preferences stays.
     void start() {
-        overlay = std::make_unique<WallpaperProfileOverlay>(host);
+        overlay = std::make_unique<WallpaperProfileOverlay>(wallpaperPorts(host));
         overlay->setLogAction([this](const QString& line) { trace.append(line); });
     }
 
