@@ -55,29 +55,25 @@ int copyFile(ToolContext& context, const QString& source, const QString& target,
     }
 }
 
-} // namespace
-
-int runCp(ToolContext& context) {
-    const ToolOptions options = parseOptions(context.arguments, kRules.letters);
-    if (const std::optional<int> refused = refuseOptions(context, options, kRules)) {
-        return *refused;
-    }
-    const std::optional<FileOperands> operands = fileOperands(context, options);
-    if (!operands) {
-        return refuseWithUsage(context, kRules);
-    }
-    const QString& target = operands->target;
-    if (!operands->isIntoFolder && target.endsWith(u'/')) {
+int copyAll(ToolContext& context, const ToolOptions& options, const FileOperands& operands) {
+    const auto& [sources, target, isIntoFolder] = operands;
+    if (!isIntoFolder && target.endsWith(u'/')) {
         const bool exists = context.volume.exists(context.absolutePath(target));
         return complain(context,
                         exists ? target + u" is not a directory"_s : u"directory "_s + target + u" does not exist"_s);
     }
     int status = 0;
-    for (const QString& source : operands->sources) {
-        const QString to = operands->isIntoFolder ? placeInFolder(source, withoutFinalSlashes(target)) : target;
+    for (const QString& source : sources) {
+        const QString to = isIntoFolder ? placeInFolder(source, withoutFinalSlashes(target)) : target;
         status |= copyFile(context, source, to, options.has(u'p'));
     }
     return status;
+}
+
+} // namespace
+
+int runCp(ToolContext& context) {
+    return runOnFiles(context, kRules, copyAll);
 }
 
 } // namespace macsim

@@ -5,8 +5,6 @@
 #include <QString>
 #include <QStringList>
 
-#include <optional>
-
 namespace macsim {
 
 /// What cp and mv are given: "source target", or "source ... folder".
@@ -16,8 +14,12 @@ struct FileOperands {
     bool isIntoFolder = false;
 };
 
-/// None for a line that the tools answer with their usage: there is no target, or several sources are to become one file.
-std::optional<FileOperands> fileOperands(const ToolContext& context, const ToolOptions& options);
+/// What a tool does with its operands. @return the exit status
+using FileAction = int(ToolContext& context, const ToolOptions& options, const FileOperands& operands);
+
+/// Reads the line of such a tool and has it carried out. It is answered with the usage when there is no target, or when
+/// several sources are to become one file.
+int runOnFiles(ToolContext& context, const OptionRules& rules, FileAction& action);
 
 /// Where a source goes in a folder: under its own name.
 QString placeInFolder(const QString& source, const QString& folder);

@@ -32,18 +32,8 @@ bool isRespelling(const ToolContext& context, const QString& source, const QStri
            !context.mac.machine().caseSensitiveVolume;
 }
 
-} // namespace
-
-int runMv(ToolContext& context) {
-    const ToolOptions options = parseOptions(context.arguments, kRules.letters);
-    if (const std::optional<int> refused = refuseOptions(context, options, kRules)) {
-        return *refused;
-    }
-    const std::optional<FileOperands> operands = fileOperands(context, options);
-    if (!operands) {
-        return refuseWithUsage(context, kRules);
-    }
-    const auto& [sources, target, isIntoFolder] = *operands;
+int moveAll(ToolContext& context, const ToolOptions& options, const FileOperands& operands) {
+    const auto& [sources, target, isIntoFolder] = operands;
     // The last of -f and -n counts.
     const bool keepExisting = !options.given.empty() && options.given.back().letter == u'n';
     const bool respells = sources.size() == 1 && isRespelling(context, sources.first(), target);
@@ -55,6 +45,12 @@ int runMv(ToolContext& context) {
         status |= moveOne(context, source, placeInFolder(source, target), keepExisting);
     }
     return status;
+}
+
+} // namespace
+
+int runMv(ToolContext& context) {
+    return runOnFiles(context, kRules, moveAll);
 }
 
 } // namespace macsim
