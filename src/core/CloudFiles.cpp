@@ -21,22 +21,24 @@ constexpr int kLooks = 20; // about five seconds
 
 } // namespace
 
-CloudFiles::CloudFiles(const Host& host, QString folderName, QString creationFailure)
-    : m_host(host)
+CloudFiles::CloudFiles(FileManager& files, CloudDrive& cloud, Clock& clock, QString folderName, QString creationFailure)
+    : m_files(files)
+    , m_cloud(cloud)
+    , m_clock(clock)
     , m_folderName(std::move(folderName))
     , m_creationFailure(std::move(creationFailure)) {}
 
 QCoro::Task<std::optional<QString>> CloudFiles::folder() {
-    if (!m_host.cloud.hasAccount()) {
+    if (!m_cloud.hasAccount()) {
         co_return std::nullopt;
     }
-    const std::optional<QString> container = co_await m_host.cloud.containerFolder();
+    const std::optional<QString> container = co_await m_cloud.containerFolder();
     if (!container) {
         co_return std::nullopt;
     }
     const QString folder = *container + u"/Documents/Quorvane/"_s + m_folderName;
     try {
-        m_host.files.createFolders(folder);
+        m_files.createFolders(folder);
     } catch (const FileError&) {
         // The read or the write that follows tells of it.
     }
@@ -44,28 +46,28 @@ QCoro::Task<std::optional<QString>> CloudFiles::folder() {
 }
 
 bool CloudFiles::exists(const QString& path) const {
-    return m_host.files.exists(path) || m_host.cloud.isUbiquitous(path);
+    return m_files.exists(path) || m_cloud.isUbiquitous(path);
 }
 
 QCoro::Task<bool> CloudFiles::download(QString path) {
-    if (!m_host.cloud.isUbiquitous(path)) {
+    if (!m_cloud.isUbiquitous(path)) {
         co_return true;
     }
-    m_host.cloud.startDownloading(path);
+    m_cloud.startDownloading(path);
     for (int look = 0; look < kLooks; ++look) {
-        if (m_host.cloud.isCurrent(path)) {
+        if (m_cloud.isCurrent(path)) {
             co_return true;
         }
-        co_await m_host.clock.sleepFor(kWait);
+        co_await m_clock.sleepFor(kWait);
     }
     co_return false;
 }
 
 QCoro::Task<std::optional<QString>> CloudFiles::write(QByteArray bytes, QString path) {
     if (exists(path)) {
-        co_return co_await m_host.cloud.replace(path, bytes);
+        co_return co_await m_cloud.replace(path, bytes);
     }
-    co_return m_host.cloud.create(path, bytes) ? std::nullopt : std::optional(m_creationFailure);
+    co_return m_cloud.create(path, bytes) ? std::nullopt : std::optional(m_creationFailure);
 }
 
 } // namespace quorvane

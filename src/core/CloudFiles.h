@@ -1,7 +1,5 @@
 #pragma once
 
-#include "platform/Host.h"
-
 #include <QByteArray>
 #include <QString>
 
@@ -14,13 +12,17 @@ class Task;
 
 namespace quorvane {
 
+class Clock;
+class CloudDrive;
+class FileManager;
+
 /// The program's files in one folder of its iCloud container. What is in them is the caller's. Main thread; it outlives
 /// its tasks.
 class CloudFiles {
 public:
     /// @param folderName       in "Documents/Quorvane" of the container
     /// @param creationFailure  what a new file that can't be made is told by: the system has no words for that
-    CloudFiles(const Host& host, QString folderName, QString creationFailure);
+    CloudFiles(FileManager& files, CloudDrive& cloud, Clock& clock, QString folderName, QString creationFailure);
 
     /// Made with its parents where it is missing; a failure is left to the operation that follows. None without an account
     /// or a container.
@@ -37,7 +39,9 @@ public:
     QCoro::Task<std::optional<QString>> write(QByteArray bytes, QString path);
 
 private:
-    Host m_host;
+    FileManager& m_files;
+    CloudDrive& m_cloud;
+    Clock& m_clock;
     QString m_folderName;
     QString m_creationFailure;
 };

@@ -1,6 +1,7 @@
 #include "core/OpenBatch.h"
 
 #include "core/AdminScript.h"
+#include "core/FoldedText.h"
 #include "core/Paths.h"
 #include "platform/FolderNames.h"
 
@@ -8,14 +9,6 @@
 #include <utility>
 
 namespace quorvane {
-
-namespace {
-
-QString foldedPath(const QString& path) {
-    return path.normalized(QString::NormalizationForm_C).toCaseFolded();
-}
-
-} // namespace
 
 void OpenBatch::queue(const QString& entry) {
     m_entries.append(entry);
@@ -30,12 +23,12 @@ QString OpenBatch::takeLine() {
 }
 
 void OpenBatch::rememberMove(const QString& path) {
-    m_moves.insert(foldedPath(path), path);
+    m_moves.insert(foldedText(path), path);
 }
 
 /// A volume that ignores case finds one file under many spellings. Where the folder lists both, they are two files.
 bool OpenBatch::moves(const QString& path, const FileManager& files) const {
-    const QStringList spellings = m_moves.values(foldedPath(path));
+    const QStringList spellings = m_moves.values(foldedText(path));
     if (spellings.isEmpty() || spellings.contains(path)) {
         return !spellings.isEmpty();
     }

@@ -10,12 +10,16 @@ QString parentFolder(const QString& path) {
     return path.left(path.lastIndexOf(u'/'));
 }
 
-QString nameInPath(const QString& path) {
-    QString plainPath = path;
-    while (plainPath.endsWith(u'/')) {
-        plainPath.chop(1);
+QString withoutFinalSlashes(const QString& path) {
+    qsizetype end = path.size();
+    while (end > 1 && path.at(end - 1) == u'/') {
+        --end;
     }
-    const QString name = lastPathComponent(plainPath);
+    return path.left(end);
+}
+
+QString nameInPath(const QString& path) {
+    const QString name = lastPathComponent(withoutFinalSlashes(path));
     const qsizetype dot = name.lastIndexOf(u'.');
     return dot <= 0 ? name : name.left(dot);
 }

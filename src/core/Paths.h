@@ -9,8 +9,11 @@ namespace quorvane {
 /// What stands behind the last "/": empty for a path that ends in one, the whole text where there is none.
 QString lastPathComponent(const QString& path);
 
-/// What stands before the last "/"; empty for what lies at the root, the whole text where there is no "/".
+/// What stands before the last "/": empty for what lies at the root, the whole text where there is none.
 QString parentFolder(const QString& path);
+
+/// The path without the "/" at its end, however many; "/" itself stays.
+QString withoutFinalSlashes(const QString& path);
 
 /// The last component of a path without its extension; a "/" at the end of the path doesn't count.
 QString nameInPath(const QString& path);

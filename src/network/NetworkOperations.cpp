@@ -1,10 +1,30 @@
 #include "network/NetworkOperations.h"
 
 #include <algorithm>
+#include <initializer_list>
 
 namespace quorvane {
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+struct Choice {
+    bool isChosen;
+    QString text;
+};
+
+QStringList chosen(std::initializer_list<Choice> choices) {
+    QStringList texts;
+    for (const Choice& choice : choices) {
+        if (choice.isChosen) {
+            texts.append(choice.text);
+        }
+    }
+    return texts;
+}
+
+} // namespace
 
 bool NetworkOutcome::isComplete() const {
     return success && std::none_of(messages.begin(), messages.end(), [](const QString& message) {
@@ -22,67 +42,35 @@ QString NetworkOutcome::alertText() const {
 }
 
 QStringList networkDiagnosticsCommands(const NetworkOperations& operations) {
-    QStringList commands;
-    if (operations.resetConfig) {
-        commands << u"networksetup -setdnsservers Wi-Fi Empty"_s << u"networksetup -setdnsservers Ethernet Empty"_s;
-    }
-    if (operations.flushDNS || operations.resetConfig) {
-        commands << u"dscacheutil -flushcache"_s << u"killall -HUP mDNSResponder"_s
-                 << u"rm -rf /var/db/dhcpclient/leases/*"_s;
-    }
-    return commands;
+    const bool flushes = operations.flushDNS || operations.resetConfig;
+    return chosen({{operations.resetConfig, u"networksetup -setdnsservers Wi-Fi Empty"_s},
+                   {operations.resetConfig, u"networksetup -setdnsservers Ethernet Empty"_s},
+                   {flushes, u"dscacheutil -flushcache"_s},
+                   {flushes, u"killall -HUP mDNSResponder"_s},
+                   {flushes, u"rm -rf /var/db/dhcpclient/leases/*"_s}});
 }
 
 QStringList networkFailureMessages(const NetworkOperations& operations) {
-    QStringList messages;
-    if (operations.flushDNS || operations.resetConfig) {
-        messages.append(u"Network flush or reset failed. Check logs."_s);
-    }
-    if (operations.disableAll) {
-        messages.append(u"Failed to disable network. Check logs."_s);
-    }
-    if (operations.enableAll) {
-        messages.append(u"Failed to enable network. Check logs."_s);
-    }
-    return messages;
+    return chosen({{operations.flushDNS || operations.resetConfig, u"Network flush or reset failed. Check logs."_s},
+                   {operations.disableAll, u"Failed to disable network. Check logs."_s},
+                   {operations.enableAll, u"Failed to enable network. Check logs."_s}});
 }
 
 QStringList networkSuccessMessages(const NetworkOperations& operations) {
-    QStringList messages;
-    if (operations.resetConfig) {
-        messages.append(u"Network configuration has been reset to defaults."_s);
-    }
-    if (operations.flushDNS) {
-        messages.append(u"DNS and DHCP caches flushed successfully."_s);
-    }
-    if (operations.disableAll) {
-        messages.append(u"All network connections have been disabled."_s);
-    }
-    if (operations.enableAll) {
-        messages.append(u"All network connections have been re-enabled."_s);
-    }
-    return messages;
+    return chosen({{operations.resetConfig, u"Network configuration has been reset to defaults."_s},
+                   {operations.flushDNS, u"DNS and DHCP caches flushed successfully."_s},
+                   {operations.disableAll, u"All network connections have been disabled."_s},
+                   {operations.enableAll, u"All network connections have been re-enabled."_s}});
 }
 
 QStringList networkSuccessLogLines(const NetworkOperations& operations) {
-    QStringList lines;
-    if (operations.resetConfig) {
-        lines.append(u"  [APPLIED] Network configuration reset successfully."_s);
-    }
-    if (operations.flushDNS) {
-        lines.append(u"  [APPLIED] Successfully flushed DNS cache."_s);
-        lines.append(u"  [APPLIED] Successfully cleared DHCP lease cache."_s);
-    }
-    if (operations.flushDNS && !operations.resetConfig) {
-        lines.append(u"\nNetwork Flush Complete! You may need to reconnect to Wi-Fi to acquire a new IP address."_s);
-    }
-    if (operations.disableAll) {
-        lines.append(u"  [APPLIED] All network connections disabled."_s);
-    }
-    if (operations.enableAll) {
-        lines.append(u"  [APPLIED] All network connections enabled."_s);
-    }
-    return lines;
+    return chosen({{operations.resetConfig, u"  [APPLIED] Network configuration reset successfully."_s},
+                   {operations.flushDNS, u"  [APPLIED] Successfully flushed DNS cache."_s},
+                   {operations.flushDNS, u"  [APPLIED] Successfully cleared DHCP lease cache."_s},
+                   {operations.flushDNS && !operations.resetConfig,
+                    u"\nNetwork Flush Complete! You may need to reconnect to Wi-Fi to acquire a new IP address."_s},
+                   {operations.disableAll, u"  [APPLIED] All network connections disabled."_s},
+                   {operations.enableAll, u"  [APPLIED] All network connections enabled."_s}});
 }
 
 } // namespace quorvane

@@ -2,6 +2,7 @@
 
 #include "core/FileTimestamp.h"
 #include "core/Json.h"
+#include "core/Paths.h"
 #include "platform/Machine.h"
 #include "profiles/ProfileJson.h"
 
@@ -108,7 +109,7 @@ QString ProfileCloudBackupInfo::detail() const {
 }
 
 ProfileCloudBackupInfo backupInfo(const QString& path, const ProfileCloudBackup& backup) {
-    const QString name = path.mid(path.lastIndexOf(u'/') + 1);
+    const QString name = lastPathComponent(path);
     return {
         name, path, backup.createdAt, static_cast<int>(backup.profiles.size()), backup.deviceName, backupKindOf(name)};
 }

@@ -91,11 +91,15 @@ private:
     ProfileCloudManager& m_manager;
 };
 
-ProfileCloudManager::ProfileCloudManager(const Host& host, QObject* parent)
+ProfileCloudManager::ProfileCloudManager(FileManager& files, CloudDrive& cloud, Clock& clock, const Machine& machine,
+                                         QObject* parent)
     : QObject(parent)
-    , m_host(host)
-    , m_files(host, u"ProfileBackups"_s, u"Could not create the iCloud backup file."_s)
-    , m_isICloudAvailable(host.cloud.hasAccount()) {}
+    , m_files(files)
+    , m_cloud(cloud)
+    , m_clock(clock)
+    , m_machine(machine)
+    , m_cloudFiles(files, cloud, clock, u"ProfileBackups"_s, u"Could not create the iCloud backup file."_s)
+    , m_isICloudAvailable(cloud.hasAccount()) {}
 
 // ---- Operations
 
@@ -142,8 +146,8 @@ QCoro::Task<void> ProfileCloudManager::ensureDefaultBackups(ProfileManager& prof
         co_return;
     }
     const QString folder = co_await requiredFolder();
-    const bool hasBoth =
-        m_files.exists(folder + u'/' + kDefaultCurrentName) && m_files.exists(folder + u'/' + kDefaultPreviousName);
+    const bool hasBoth = m_cloudFiles.exists(folder + u'/' + kDefaultCurrentName) &&
+                         m_cloudFiles.exists(folder + u'/' + kDefaultPreviousName);
     if (!hasBoth) {
         const UnifiedProfile profile = savedDefault(profileManager).value_or(UnifiedProfile::defaultProfile());
         co_await rotate(profile, true);
@@ -156,7 +160,7 @@ QCoro::Task<ProfileImportResult> ProfileCloudManager::restore(ProfileCloudBackup
     const Busy busy(*this);
     const TaskLock::Hold hold = co_await m_lock.acquire();
     requireICloud();
-    if (!m_files.exists(info.url)) {
+    if (!m_cloudFiles.exists(info.url)) {
         throw ProfileCloudError(Code::backupNotFound);
     }
     const ProfileCloudBackup backup = co_await readBackup(info.url);
@@ -180,11 +184,11 @@ QCoro::Task<void> ProfileCloudManager::backUpDefault(ProfileManager& profileMana
 QCoro::Task<void> ProfileCloudManager::rotate(UnifiedProfile profile, bool force) {
     const QString folder = co_await requiredFolder();
     const QByteArray fresh = encoded(backupOf({profile}));
-    if (m_files.exists(folder + u'/' + kDefaultCurrentName)) {
+    if (m_cloudFiles.exists(folder + u'/' + kDefaultCurrentName)) {
         co_await rotateExisting(profile, fresh, folder);
     } else {
         co_await writeBackupData(fresh, folder + u'/' + kDefaultCurrentName);
-        if (force || !m_files.exists(folder + u'/' + kDefaultPreviousName)) {
+        if (force || !m_cloudFiles.exists(folder + u'/' + kDefaultPreviousName)) {
             co_await writeBackupData(fresh, folder + u'/' + kDefaultPreviousName);
         }
     }
@@ -204,7 +208,8 @@ QCoro::Task<void> ProfileCloudManager::rotateExisting(UnifiedProfile profile, QB
     if (!last) {
         co_await writeBackupData(fresh, current);
     }
-    if (!m_files.exists(previous)) { // asked as late as this: iCloud may have learnt of it while the current one came
+    if (!m_cloudFiles.exists(
+            previous)) { // asked as late as this: iCloud may have learnt of it while the current one came
         const QByteArray now = last ? held : fresh;
         co_await writeBackupData(now, previous);
     }
@@ -222,16 +227,16 @@ void ProfileCloudManager::prune(const QString& folder) {
     QList<Dated> files;
     for (const QString& name : backupNames(folder)) {
         const QString path = folder + u'/' + name;
-        const bool isFolder = m_host.files.status(path).kind == FileStatus::Kind::Folder;
+        const bool isFolder = m_files.status(path).kind == FileStatus::Kind::Folder;
         if (backupKindOf(name) == BackupKind::fullTimestamped && !isFolder) {
-            files.append({m_host.cloud.modificationDate(path).value_or(distantPast), path});
+            files.append({m_cloud.modificationDate(path).value_or(distantPast), path});
         }
     }
     std::sort(files.begin(), files.end(), [](const Dated& left, const Dated& right) {
         return left.modified != right.modified ? left.modified > right.modified : left.path > right.path;
     });
     for (const Dated& file : files.mid(kTimestampedBackupsKept)) {
-        if (const std::optional<QString> error = m_host.cloud.remove(file.path)) {
+        if (const std::optional<QString> error = m_cloud.remove(file.path)) {
             throw ProfileCloudError(Code::writeFailed, *error);
         }
     }
@@ -241,7 +246,7 @@ void ProfileCloudManager::prune(const QString& folder) {
 
 QCoro::Task<void> ProfileCloudManager::listBackups() {
     QList<ProfileCloudBackupInfo> found;
-    if (const std::optional<QString> folder = co_await m_files.folder()) {
+    if (const std::optional<QString> folder = co_await m_cloudFiles.folder()) {
         const QStringList names = backupNames(*folder);
         for (const QString& name : names) {
             if (const std::optional<ProfileCloudBackupInfo> info = co_await readInfo(*folder + u'/' + name)) {
@@ -266,7 +271,7 @@ QCoro::Task<std::optional<ProfileCloudBackupInfo>> ProfileCloudManager::readInfo
 /// In the order in which the folder gives them.
 QStringList ProfileCloudManager::backupNames(const QString& folder) const {
     try {
-        QStringList names = m_host.cloud.list(folder);
+        QStringList names = m_cloud.list(folder);
         names.removeIf([](const QString& name) { return !isBackupName(name); });
         return names;
     } catch (const FileError& error) {
@@ -284,7 +289,7 @@ void ProfileCloudManager::setBackups(const QList<ProfileCloudBackupInfo>& backup
 // ---- Files
 
 void ProfileCloudManager::updateAvailability() {
-    const bool isAvailable = m_host.cloud.hasAccount();
+    const bool isAvailable = m_cloud.hasAccount();
     if (m_isICloudAvailable != isAvailable) {
         m_isICloudAvailable = isAvailable;
         Q_EMIT isICloudAvailableChanged();
@@ -299,7 +304,7 @@ void ProfileCloudManager::requireICloud() {
 }
 
 QCoro::Task<QString> ProfileCloudManager::requiredFolder() {
-    const std::optional<QString> folder = co_await m_files.folder();
+    const std::optional<QString> folder = co_await m_cloudFiles.folder();
     if (!folder) {
         throw ProfileCloudError(Code::iCloudUnavailable);
     }
@@ -309,12 +314,12 @@ QCoro::Task<QString> ProfileCloudManager::requiredFolder() {
 /// A file whose newest content doesn't come counts as unread, even where an older one is on the disk: it would be taken for
 /// what the user saved last.
 QCoro::Task<QByteArray> ProfileCloudManager::readBytes(QString path) {
-    const bool isCurrent = co_await m_files.download(path);
+    const bool isCurrent = co_await m_cloudFiles.download(path);
     if (!isCurrent) {
         throw ProfileCloudError(Code::readFailed, u"It has not been downloaded from iCloud yet."_s);
     }
     try {
-        co_return m_host.files.read(path);
+        co_return m_files.read(path);
     } catch (const FileError& error) {
         throw ProfileCloudError(Code::readFailed, error.message());
     }
@@ -330,7 +335,7 @@ QCoro::Task<ProfileCloudBackup> ProfileCloudManager::readBackup(QString path) {
 }
 
 QCoro::Task<void> ProfileCloudManager::writeBackupData(QByteArray bytes, QString path) {
-    const std::optional<QString> error = co_await m_files.write(bytes, path);
+    const std::optional<QString> error = co_await m_cloudFiles.write(bytes, path);
     if (error) {
         throw ProfileCloudError(Code::writeFailed, *error);
     }
@@ -339,8 +344,8 @@ QCoro::Task<void> ProfileCloudManager::writeBackupData(QByteArray bytes, QString
 /// Of this moment, on this Mac.
 ProfileCloudBackup ProfileCloudManager::backupOf(const QList<UnifiedProfile>& profiles) const {
     ProfileCloudBackup backup;
-    backup.createdAt = m_host.clock.now();
-    backup.deviceName = deviceNameOf(m_host.machine.computerName());
+    backup.createdAt = m_clock.now();
+    backup.deviceName = deviceNameOf(m_machine.computerName());
     backup.profiles = profiles;
     return backup;
 }

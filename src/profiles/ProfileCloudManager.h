@@ -2,7 +2,6 @@
 
 #include "core/CloudFiles.h"
 #include "core/TaskLock.h"
-#include "platform/Host.h"
 #include "profiles/ProfileCloudBackup.h"
 
 #include <QList>
@@ -12,6 +11,7 @@
 
 namespace quorvane {
 
+class Machine;
 class ProfileManager;
 
 /// The profiles in iCloud Drive: full backups of the custom ones, of which the latest 20 stay, and two copies of the Default
@@ -23,7 +23,8 @@ class ProfileCloudManager : public QObject {
     Q_OBJECT
 
 public:
-    explicit ProfileCloudManager(const Host& host, QObject* parent = nullptr);
+    ProfileCloudManager(FileManager& files, CloudDrive& cloud, Clock& clock, const Machine& machine,
+                        QObject* parent = nullptr);
 
     /// Whether there was an account when the last operation began.
     bool isICloudAvailable() const { return m_isICloudAvailable; }
@@ -74,8 +75,11 @@ private:
     QCoro::Task<void> rotate(UnifiedProfile profile, bool force);
     QCoro::Task<void> rotateExisting(UnifiedProfile profile, QByteArray fresh, QString folder);
 
-    Host m_host;
-    CloudFiles m_files;
+    FileManager& m_files;
+    CloudDrive& m_cloud;
+    Clock& m_clock;
+    const Machine& m_machine;
+    CloudFiles m_cloudFiles;
     TaskLock m_lock;
     bool m_isICloudAvailable = false;
     QList<ProfileCloudBackupInfo> m_backups;

@@ -42,9 +42,10 @@ Rehearsal::Rehearsal(const QString& macFolder, macsim::Authorization authorizati
     : m_authorization(authorization)
     , m_host(macFolder, m_authorization, options)
     , m_system(m_host.host(), m_notifications)
-    , m_overlay(m_host.host())
+    , m_overlay({m_host.host().files, m_host.host().machine, m_host.host().displays, m_host.host().defaults,
+                 m_host.host().notifications})
     , m_profiles(m_host.host().files, profilesDirectory(m_host.host().machine))
-    , m_cloudBackups(m_host.host()) {
+    , m_cloudBackups(m_host.host().files, m_host.host().cloud, m_host.host().clock, m_host.host().machine) {
     connect(&m_system, &SystemManager::messageLogged, this, &Rehearsal::linePrinted);
     m_overlay.follow(m_system);
 }

@@ -1,5 +1,6 @@
 #include "simulator/ApplicationFinder.h"
 
+#include "simulator/MacPaths.h"
 #include "simulator/PropertyList.h"
 
 namespace macsim {
@@ -45,7 +46,7 @@ std::optional<Application> readApplication(const Volume& volume, const QString& 
     const QString path = volume.canonicalPath(bundlePath);
     const PropertyList::Dictionary info = readInfo(volume, path);
     const QString executable = text(info, u"CFBundleExecutable"_s);
-    const QString name = path.mid(path.lastIndexOf(u'/') + 1).chopped(kBundleSuffix.size());
+    const QString name = lastPathComponent(path).chopped(kBundleSuffix.size());
     return Application{path, text(info, u"CFBundleIdentifier"_s), executable.isEmpty() ? name : executable};
 }
 

@@ -1,5 +1,7 @@
 #include "simulator/Faults.h"
 
+#include "simulator/MacPaths.h"
+
 #include <QFile>
 
 #include <array>
@@ -83,7 +85,7 @@ Faults Faults::fromFile(const QString& hostPath) {
 }
 
 const Fault* Faults::find(const QString& path, const QStringList& arguments) const {
-    const QString tool = path.mid(path.lastIndexOf(u'/') + 1);
+    const QString tool = lastPathComponent(path);
     const QString line = arguments.join(u' ');
     for (const Fault& fault : m_faults) {
         if (fault.tool == tool && fault.arguments.match(line).hasMatch()) {

@@ -1,5 +1,6 @@
 #include "simulator/LaunchdState.h"
 
+#include "simulator/MacPaths.h"
 #include "simulator/Permissions.h"
 
 namespace macsim {
@@ -36,7 +37,7 @@ LaunchdJob jobFromJson(const std::string& label, const Json& record) {
 
 Process processOf(const LaunchdDomain& domain, const LaunchPlist& plist) {
     Process process;
-    process.name = plist.program.mid(plist.program.lastIndexOf(u'/') + 1);
+    process.name = lastPathComponent(plist.program);
     process.path = plist.program;
     process.userId = domain.userId;
     process.label = plist.label;

@@ -1,6 +1,7 @@
 #include "simulator/LoginItems.h"
 
 #include "simulator/ApplicationFinder.h"
+#include "simulator/MacPaths.h"
 
 #include <QUrl>
 
@@ -29,13 +30,8 @@ bool isTrue(const Json& record, const char* key) {
     return found != record.end() && found->is_boolean() && found->get<bool>();
 }
 
-QString withoutFinalSlash(const QString& path) {
-    return path.size() > 1 && path.endsWith(u'/') ? path.chopped(1) : path;
-}
-
 QString nameOf(const QString& path) {
-    const QString file = withoutFinalSlash(path);
-    const QString name = file.mid(file.lastIndexOf(u'/') + 1);
+    const QString name = lastPathComponent(withoutFinalSlashes(path));
     return name.endsWith(kBundleSuffix) ? name.chopped(kBundleSuffix.size()) : name;
 }
 
@@ -59,7 +55,7 @@ auto findRecord(Json& records, const QString& identity) {
 auto findRecordOfPath(Json& records, const QString& path) {
     return std::ranges::find_if(records, [&](const Json& each) {
         const std::optional<QString> other = textIn(each, "path");
-        return other && withoutFinalSlash(*other) == withoutFinalSlash(path);
+        return other && withoutFinalSlashes(*other) == withoutFinalSlashes(path);
     });
 }
 
@@ -73,7 +69,7 @@ struct TaskKey {
 // A record's identifier is the number of its type, 2 for an app, and the bundle's identifier. What stands for that where
 // a file has none is not established; here it is its path.
 TaskKey taskKeyOf(const QString& path, const Mac& mac) {
-    const QString file = withoutFinalSlash(path);
+    const QString file = withoutFinalSlashes(path);
     const auto application = readApplication(mac.volume(Actor::User), file);
     const bool hasIdentifier = application && !application->bundleIdentifier.isEmpty();
     const QString identifier = u"2."_s + (hasIdentifier ? application->bundleIdentifier : file);

@@ -1,6 +1,7 @@
 #include "simulator/PreferenceStore.h"
 
 #include "simulator/Mac.h"
+#include "simulator/MacPaths.h"
 
 #include <cerrno>
 #include <stdexcept>
@@ -129,7 +130,7 @@ PreferenceStore::Outcome PreferenceStore::update(const PreferenceDomain& domain,
 
 PreferenceStore::Outcome PreferenceStore::writeFile(const QString& path, const Dictionary& values) const {
     try {
-        m_volume.createFolders(path.left(path.lastIndexOf(u'/')));
+        m_volume.createFolders(parentFolder(path));
         m_volume.writeAtomically(path, binaryPropertyList(values));
         return Outcome::Done;
     } catch (const FileError&) {

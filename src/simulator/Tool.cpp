@@ -2,6 +2,7 @@
 
 #include "simulator/Faults.h"
 #include "simulator/Journal.h"
+#include "simulator/MacPaths.h"
 
 #include <QElapsedTimer>
 #include <QThread>
@@ -37,7 +38,7 @@ int runTool(const CommandLookUp& command, ToolContext& context) {
     try {
         return command.tool(context);
     } catch (const FileError& error) {
-        const QString name = command.path.mid(command.path.lastIndexOf(u'/') + 1);
+        const QString name = lastPathComponent(command.path);
         context.complain(name + u": "_s + error.path() + u": "_s + error.reason() + u'\n');
         return 1;
     }

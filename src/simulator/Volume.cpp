@@ -1,6 +1,7 @@
 #include "simulator/Volume.h"
 
 #include "simulator/HostFiles.h"
+#include "simulator/MacPaths.h"
 #include "simulator/OwnerMarks.h"
 #include "simulator/Places.h"
 
@@ -51,10 +52,7 @@ struct Volume::Located {
     QString typedName; ///< the last component as it was given
     Kind kind = Kind::Missing;
 
-    QString macParent() const {
-        const qsizetype slash = macPath.lastIndexOf(u'/');
-        return slash <= 0 ? u"/"_s : macPath.left(slash);
-    }
+    QString macParent() const { return parentFolder(macPath); }
 };
 
 Volume::Volume(QString hostFolder, Machine machine, Actor actor)

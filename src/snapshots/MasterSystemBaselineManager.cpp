@@ -42,14 +42,18 @@ QByteArray encoded(const MasterSystemBaseline& baseline) {
 
 } // namespace
 
-MasterSystemBaselineManager::MasterSystemBaselineManager(const Host& host)
-    : m_host(host)
-    , m_cloudFiles(host, u"SystemBaselines"_s, u"Could not create the iCloud baseline file."_s) {}
+MasterSystemBaselineManager::MasterSystemBaselineManager(FileManager& files, CloudDrive& cloud, Clock& clock,
+                                                         const Machine& machine)
+    : m_files(files)
+    , m_cloud(cloud)
+    , m_clock(clock)
+    , m_machine(machine)
+    , m_cloudFiles(files, cloud, clock, u"SystemBaselines"_s, u"Could not create the iCloud baseline file."_s) {}
 
 QString MasterSystemBaselineManager::localFolder() const {
-    const QString folder = m_host.machine.homeFolder() + u"/.quorvane"_s;
+    const QString folder = m_machine.homeFolder() + u"/.quorvane"_s;
     try {
-        m_host.files.createFolders(folder);
+        m_files.createFolders(folder);
     } catch (const FileError&) {
         // The read or the write that follows tells of it.
     }
@@ -57,7 +61,7 @@ QString MasterSystemBaselineManager::localFolder() const {
 }
 
 QCoro::Task<bool> MasterSystemBaselineManager::currentFileExists() {
-    if (m_host.files.exists(currentFile(localFolder()))) {
+    if (m_files.exists(currentFile(localFolder()))) {
         co_return true;
     }
     const std::optional<QString> cloud = co_await m_cloudFiles.folder();
@@ -68,7 +72,7 @@ QCoro::Task<bool> MasterSystemBaselineManager::currentFileExists() {
 QCoro::Task<bool> MasterSystemBaselineManager::hasMasterBaseline() {
     bool exists = co_await currentFileExists();
     for (int look = 0; look < kLooksForFile && !exists; ++look) {
-        co_await m_host.clock.sleepFor(kWaitForBaseline);
+        co_await m_clock.sleepFor(kWaitForBaseline);
         exists = co_await currentFileExists();
     }
     co_return exists;
@@ -76,12 +80,12 @@ QCoro::Task<bool> MasterSystemBaselineManager::hasMasterBaseline() {
 
 QCoro::Task<QString> MasterSystemBaselineManager::archiveMasterBaseline(SystemSnapshot snapshot,
                                                                         std::optional<QString> label) {
-    const QString deviceName = deviceNameOf(m_host.machine.computerName());
+    const QString deviceName = deviceNameOf(m_machine.computerName());
     const MasterSystemBaseline baseline = masterBaselineOf(snapshot, deviceName, label);
     const QByteArray bytes = encoded(baseline);
     const QString archiveName = masterBaselineArchiveName(baseline);
     writeToHome(bytes, archiveName);
-    if (m_host.cloud.hasAccount()) {
+    if (m_cloud.hasAccount()) {
         const std::optional<QString> folder = co_await m_cloudFiles.folder();
         if (!folder) {
             throw writeFailed(u"iCloud Drive is not available."_s);
@@ -95,8 +99,8 @@ QCoro::Task<QString> MasterSystemBaselineManager::archiveMasterBaseline(SystemSn
 void MasterSystemBaselineManager::writeToHome(const QByteArray& bytes, const QString& archiveName) {
     const QString folder = localFolder();
     try {
-        m_host.files.writeAtomically(folder + u'/' + archiveName, bytes);
-        m_host.files.writeAtomically(currentFile(folder), bytes);
+        m_files.writeAtomically(folder + u'/' + archiveName, bytes);
+        m_files.writeAtomically(currentFile(folder), bytes);
     } catch (const FileError& error) {
         throw writeFailed(error.message());
     }
@@ -127,7 +131,7 @@ MasterSystemBaselineManager::loadLatestMasterBaseline() {
 /// None for a current file that is missing, can't be read or can't be decoded.
 std::optional<MasterSystemBaseline> MasterSystemBaselineManager::baselineIn(const QString& folder) const {
     try {
-        return decodeMasterBaseline(m_host.files.read(currentFile(folder)));
+        return decodeMasterBaseline(m_files.read(currentFile(folder)));
     } catch (const FileError&) {
         return std::nullopt;
     } catch (const MasterSystemBaselineError&) {

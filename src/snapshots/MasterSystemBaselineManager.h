@@ -1,7 +1,6 @@
 #pragma once
 
 #include "core/CloudFiles.h"
-#include "platform/Host.h"
 #include "snapshots/MasterSystemBaseline.h"
 
 #include <QString>
@@ -15,13 +14,15 @@ class Task;
 
 namespace quorvane {
 
+class Machine;
+
 /// The store of master baselines: one current file and one archive for each capture, in the hidden folder "~/.quorvane" and,
 /// when there is an account, in iCloud Drive. No archive is ever deleted.
 ///
 /// Main thread. It outlives its tasks.
 class MasterSystemBaselineManager {
 public:
-    explicit MasterSystemBaselineManager(const Host& host);
+    MasterSystemBaselineManager(FileManager& files, CloudDrive& cloud, Clock& clock, const Machine& machine);
 
     /// Waits up to three seconds before it says no: iCloud Drive may not know its files yet on a freshly started Mac.
     QCoro::Task<bool> hasMasterBaseline();
@@ -45,7 +46,10 @@ private:
     void writeToHome(const QByteArray& bytes, const QString& archiveName);
     std::optional<MasterSystemBaseline> baselineIn(const QString& folder) const;
 
-    Host m_host;
+    FileManager& m_files;
+    CloudDrive& m_cloud;
+    Clock& m_clock;
+    const Machine& m_machine;
     CloudFiles m_cloudFiles;
 };
 

@@ -7,6 +7,7 @@
 #include "maintenance/MaintenanceSelection.h"
 #include "platform/FileManager.h"
 #include "platform/Machine.h"
+#include "system/BusyBracket.h"
 
 #include <QCoroTask>
 
@@ -17,7 +18,7 @@ namespace quorvane {
 using namespace Qt::StringLiterals;
 
 QCoro::Task<MaintenanceOutcome> SystemManager::runMaintenance(MaintenanceSelection selection) {
-    beginBusy(u"Running maintenance…"_s);
+    const BusyBracket busy(*this, u"Running maintenance…"_s);
     MaintenanceOutcome outcome;
     if (selection.clearCache) {
         log(u"Starting cache cleanup..."_s);
@@ -37,7 +38,6 @@ QCoro::Task<MaintenanceOutcome> SystemManager::runMaintenance(MaintenanceSelecti
         outcome.messages.append(u"Downloads folder purged."_s);
     }
     log(u"\nCleanup Complete!"_s);
-    endBusy();
     co_return outcome;
 }
 

@@ -4,6 +4,7 @@
 #include "core/AdminScript.h"
 #include "network/NetworkOperations.h"
 #include "network/NetworkServices.h"
+#include "system/BusyBracket.h"
 
 #include <QCoroTask>
 
@@ -19,10 +20,8 @@ const QString kOperationsPrompt =
 } // namespace
 
 QCoro::Task<NetworkOutcome> SystemManager::executeNetworkOperations(NetworkOperations operations) {
-    beginBusy(u"Running network operations…"_s);
-    const NetworkOutcome outcome = co_await runNetworkOperations(operations);
-    endBusy();
-    co_return outcome;
+    const BusyBracket busy(*this, u"Running network operations…"_s);
+    co_return co_await runNetworkOperations(operations);
 }
 
 QCoro::Task<NetworkOutcome> SystemManager::runNetworkOperations(NetworkOperations operations) {

@@ -4,6 +4,7 @@
 #include "platform/UserDefaults.h"
 #include "profiles/UnifiedProfile.h"
 #include "snapshots/RestoreBaseline.h"
+#include "system/BusyBracket.h"
 
 #include <QCoroTask>
 
@@ -12,28 +13,23 @@ namespace quorvane {
 using namespace Qt::StringLiterals;
 
 QCoro::Task<RestoreOutcome> SystemManager::undoTweaks() {
-    beginBusy(u"Reverting performance tweaks…"_s);
-    const RestoreOutcome outcome = co_await removeStartupAppsAndRevert();
-    endBusy();
-    co_return outcome;
+    const BusyBracket busy(*this, u"Reverting performance tweaks…"_s);
+    co_return co_await removeStartupAppsAndRevert();
 }
 
 QCoro::Task<RestoreOutcome> SystemManager::restoreDefault() {
-    beginBusy(u"Restoring default settings…"_s);
+    const BusyBracket busy(*this, u"Restoring default settings…"_s);
     const RestoreOutcome outcome = co_await removeStartupAppsAndRevert();
     if (outcome.succeeded) {
         m_host.defaults.setString(kQuorvaneLastAppliedProfileName, UnifiedProfile::defaultProfile().name);
     }
-    endBusy();
     co_return outcome;
 }
 
 QCoro::Task<RestoreOutcome> SystemManager::reinstateWholeSystem() {
-    beginBusy(u"Reinstating system…"_s);
+    const BusyBracket busy(*this, u"Reinstating system…"_s);
     log(u"\n[REINSTATE] Restoring system..."_s);
-    const RestoreOutcome outcome = co_await reinstateSystem();
-    endBusy();
-    co_return outcome;
+    co_return co_await reinstateSystem();
 }
 
 /// An application that stays in the login items is in the log; the outcome is that of the settings.

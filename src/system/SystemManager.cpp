@@ -45,7 +45,7 @@ SystemManager::SystemManager(const Host& host, NotificationCenter& notifications
     : QObject(parent)
     , m_host(host)
     , m_notifications(notifications)
-    , m_masterBaselines(host)
+    , m_masterBaselines(host.files, host.cloud, host.clock, host.machine)
     , m_adminBatch(std::make_unique<AdminBatch>(*this, host.scripts))
     , m_loginItems(std::make_unique<LoginItems>(*this))
     , m_launchItems(std::make_unique<LaunchItems>(*this, *m_adminBatch))

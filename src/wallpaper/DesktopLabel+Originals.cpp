@@ -1,4 +1,5 @@
 #include "core/Background.h"
+#include "core/Paths.h"
 #include "platform/FileManager.h"
 #include "wallpaper/DesktopLabel.h"
 #include "wallpaper/WallpaperLabel.h"
@@ -84,7 +85,7 @@ QCoro::Task<DesktopLabel::Trouble> DesktopLabel::copyOriginal(Target target) {
     if (!target.picture) {
         co_return Trouble::NotLoaded;
     }
-    const QImage picture = co_await m_host.displays.loadPicture(*target.picture);
+    const QImage picture = co_await m_displays.loadPicture(*target.picture);
     if (picture.isNull()) {
         co_return Trouble::NotLoaded;
     }
@@ -101,7 +102,7 @@ ScreenWallpaperRecord DesktopLabel::recordOf(const Target& target) const {
 /// None where the file is missing, can't be read or is damaged.
 std::optional<WallpaperManifest> DesktopLabel::storedManifest() const {
     try {
-        return decodeWallpaperManifest(m_host.files.read(m_files.manifestPath()));
+        return decodeWallpaperManifest(m_fileManager.read(m_files.manifestPath()));
     } catch (const FileError&) {
         return std::nullopt;
     }
@@ -110,7 +111,7 @@ std::optional<WallpaperManifest> DesktopLabel::storedManifest() const {
 /// One that is missing is empty. Of one that is damaged there are still the copies, each under its display's name.
 WallpaperManifest DesktopLabel::manifest() const {
     WallpaperManifest originals = storedManifest().value_or(WallpaperManifest{});
-    if (!originals.screens.isEmpty() || !m_host.files.exists(m_files.manifestPath())) {
+    if (!originals.screens.isEmpty() || !m_fileManager.exists(m_files.manifestPath())) {
         return originals;
     }
     for (const QString& name : m_files.names()) {
@@ -127,7 +128,7 @@ const ScreenWallpaperRecord* DesktopLabel::recordShown(const std::optional<QStri
     if (!picture || !m_files.isOurs(*picture)) {
         return nullptr;
     }
-    const QString name = picture->mid(picture->lastIndexOf(u'/') + 1);
+    const QString name = lastPathComponent(*picture);
     const auto found = std::find_if(originals.screens.cbegin(), originals.screens.cend(),
                                     [&name](const ScreenWallpaperRecord& record) {
                                         return WallpaperFiles::isComposited(name, record.screenIdentifier) ||
@@ -150,7 +151,7 @@ std::optional<QString> DesktopLabel::copyFor(const QString& id, const ScreenWall
 QByteArray DesktopLabel::readCopy(const ScreenWallpaperRecord& record) const {
     const std::optional<QString> copy = copyFor(record.screenIdentifier, &record);
     try {
-        return copy ? m_host.files.read(*copy) : QByteArray();
+        return copy ? m_fileManager.read(*copy) : QByteArray();
     } catch (const FileError&) {
         return {};
     }

@@ -21,7 +21,7 @@ void DesktopLabel::restoreOriginals() {
     m_composed.clear();
     const WallpaperManifest originals = manifest();
     WallpaperManifest needed = originals;
-    for (const Display& display : m_host.displays.screens()) {
+    for (const Display& display : m_displays.screens()) {
         const ScreenWallpaperRecord* record = recordOf(display, originals);
         if (isUsersAgain(display, restore(display, originals)) && record != nullptr) {
             needed.remove(record->screenIdentifier);
@@ -34,22 +34,22 @@ void DesktopLabel::restoreOriginals() {
 std::optional<QString> DesktopLabel::restore(const Display& display, const WallpaperManifest& originals) {
     const std::optional<QString> picture = pictureToRestore(display, originals);
     if (picture && !setPicture(display, *picture)) {
-        m_failures.insert(screenIdentifier(display), {m_host.displays.desktopPicture(display), kNoProfile});
+        m_failures.insert(screenIdentifier(display), {m_displays.desktopPicture(display), kNoProfile});
     }
     return picture;
 }
 
 /// Whether the display shows none of the program's pictures. Where the system doesn't say, what was set must do.
 bool DesktopLabel::isUsersAgain(const Display& display, const std::optional<QString>& restored) const {
-    const std::optional<QString> shown = m_host.displays.desktopPicture(display);
+    const std::optional<QString> shown = m_displays.desktopPicture(display);
     const std::optional<QString> picture = shown ? shown : restored;
     return !m_failures.contains(screenIdentifier(display)) && !(picture && m_files.isOurs(*picture));
 }
 
 bool DesktopLabel::hasLeftOver() const {
-    const QList<Display> displays = m_host.displays.screens();
+    const QList<Display> displays = m_displays.screens();
     return std::any_of(displays.cbegin(), displays.cend(), [this](const Display& display) {
-        const std::optional<QString> shown = m_host.displays.desktopPicture(display);
+        const std::optional<QString> shown = m_displays.desktopPicture(display);
         const auto failure = m_failures.constFind(screenIdentifier(display));
         const bool hasFailed = failure != m_failures.cend() && failure->picture == shown && failure->name == kNoProfile;
         return shown && m_files.isOurs(*shown) && !hasFailed && pictureToRestore(display, manifest());
@@ -58,7 +58,7 @@ bool DesktopLabel::hasLeftOver() const {
 
 /// The record of what the display shows, or else of the display.
 const ScreenWallpaperRecord* DesktopLabel::recordOf(const Display& display, const WallpaperManifest& originals) const {
-    const ScreenWallpaperRecord* shown = recordShown(m_host.displays.desktopPicture(display), originals);
+    const ScreenWallpaperRecord* shown = recordShown(m_displays.desktopPicture(display), originals);
     return shown != nullptr ? shown : originals.record(screenIdentifier(display));
 }
 
@@ -67,7 +67,7 @@ const ScreenWallpaperRecord* DesktopLabel::recordOf(const Display& display, cons
 std::optional<QString> DesktopLabel::pictureToRestore(const Display& display,
                                                       const WallpaperManifest& originals) const {
     const ScreenWallpaperRecord* record = recordOf(display, originals);
-    const std::optional<QString> shown = m_host.displays.desktopPicture(display);
+    const std::optional<QString> shown = m_displays.desktopPicture(display);
     const bool isUsers = shown ? !m_files.isOurs(*shown) : record == nullptr;
     if (isUsers) {
         return std::nullopt;
@@ -76,7 +76,7 @@ std::optional<QString> DesktopLabel::pictureToRestore(const Display& display,
     if (!picture) {
         picture = copyFor(screenIdentifier(display), record);
     }
-    if (!picture && m_host.files.exists(kDefaultPicture)) {
+    if (!picture && m_fileManager.exists(kDefaultPicture)) {
         picture = kDefaultPicture;
     }
     const bool isShown = picture && shown && m_files.standardized(*picture) == m_files.standardized(*shown);
@@ -87,7 +87,7 @@ std::optional<QString> DesktopLabel::pictureToRestore(const Display& display,
 std::optional<QString> DesktopLabel::usersPicture(const ScreenWallpaperRecord& record) const {
     const QUrl url(record.originalDesktopURL.value_or(QString()), QUrl::StrictMode);
     const QString path = url.isLocalFile() ? url.toLocalFile() : QString();
-    const bool isThere = !path.isEmpty() && !m_files.isOurs(path) && m_host.files.exists(path);
+    const bool isThere = !path.isEmpty() && !m_files.isOurs(path) && m_fileManager.exists(path);
     return isThere ? std::optional(path) : std::nullopt;
 }
 

@@ -23,10 +23,11 @@ QSizeF canvasOf(const Display& display) {
 
 } // namespace
 
-DesktopLabel::DesktopLabel(const Host& host, LogAction log)
-    : m_host(host)
+DesktopLabel::DesktopLabel(Displays& displays, FileManager& files, const Machine& machine, LogAction log)
+    : m_displays(displays)
+    , m_fileManager(files)
     , m_log(std::move(log))
-    , m_files(host) {}
+    , m_files(files, machine) {}
 
 QCoro::Task<void> DesktopLabel::show(QString name, Attempt attempt) {
     m_wasOvertaken = false;
@@ -48,10 +49,9 @@ QCoro::Task<void> DesktopLabel::show(QString name, Attempt attempt) {
 
 QList<DesktopLabel::Target> DesktopLabel::targets(const QString& name) const {
     QList<Target> targets;
-    for (const Display& display : m_host.displays.screens()) {
+    for (const Display& display : m_displays.screens()) {
         const QString id = screenIdentifier(display);
-        targets.append(
-            {display, id, name, m_host.displays.desktopPicture(display), m_files.compositedPath(id, name), {}});
+        targets.append({display, id, name, m_displays.desktopPicture(display), m_files.compositedPath(id, name), {}});
     }
     return targets;
 }
@@ -81,7 +81,7 @@ bool DesktopLabel::hasFailedBefore(const Target& target) const {
 bool DesktopLabel::needsNothing(const Target& target) const {
     const auto composed = m_composed.constFind(target.id);
     return isLabelled(target) && composed != m_composed.cend() && composed->name == target.name &&
-           composed->canvas == canvasOf(target.display) && m_host.files.exists(target.composited);
+           composed->canvas == canvasOf(target.display) && m_fileManager.exists(target.composited);
 }
 
 QCoro::Task<bool> DesktopLabel::showOn(Target target) {
@@ -95,7 +95,7 @@ QCoro::Task<bool> DesktopLabel::showOn(Target target) {
         warn(trouble, target);
         co_return false;
     }
-    if (m_host.displays.desktopPicture(target.display) != target.picture) {
+    if (m_displays.desktopPicture(target.display) != target.picture) {
         m_failures.remove(target.id);
         m_wasOvertaken = true; // the user was quicker, and his new picture hasn't been copied
         co_return false;
@@ -105,7 +105,7 @@ QCoro::Task<bool> DesktopLabel::showOn(Target target) {
         co_return false;
     }
     m_composed.insert(target.id, {target.name, canvasOf(target.display)});
-    target.picture = m_host.displays.desktopPicture(target.display);
+    target.picture = m_displays.desktopPicture(target.display);
     if (isLabelled(target)) {
         m_failures.remove(target.id);
     } else {
@@ -122,7 +122,7 @@ QCoro::Task<DesktopLabel::Trouble> DesktopLabel::compose(Target target) {
     }
     QImage original;
     if (!target.original.isEmpty()) {
-        original = co_await m_host.displays.loadPicture(target.original);
+        original = co_await m_displays.loadPicture(target.original);
     }
     if (original.isNull()) {
         co_return Trouble::NotLoaded;
@@ -157,7 +157,7 @@ void DesktopLabel::warn(Trouble trouble, const Target& target) const {
 
 bool DesktopLabel::writeFile(const QString& path, const QByteArray& bytes) {
     try {
-        m_host.files.writeAtomically(path, bytes);
+        m_fileManager.writeAtomically(path, bytes);
         return true;
     } catch (const FileError&) {
         return false;
@@ -165,7 +165,7 @@ bool DesktopLabel::writeFile(const QString& path, const QByteArray& bytes) {
 }
 
 bool DesktopLabel::setPicture(const Display& display, const QString& path) {
-    const std::optional<QString> error = m_host.displays.setDesktopPicture(display, path);
+    const std::optional<QString> error = m_displays.setDesktopPicture(display, path);
     if (error) {
         m_log(u"  [WARNING] Could not set desktop wallpaper: "_s + *error);
     }
@@ -175,8 +175,8 @@ bool DesktopLabel::setPicture(const Display& display, const QString& path) {
 /// By all displays that are connected, in the form in which paths are compared.
 QSet<QString> DesktopLabel::shownPictures() const {
     QSet<QString> pictures;
-    for (const Display& display : m_host.displays.screens()) {
-        if (const std::optional<QString> shown = m_host.displays.desktopPicture(display)) {
+    for (const Display& display : m_displays.screens()) {
+        if (const std::optional<QString> shown = m_displays.desktopPicture(display)) {
             pictures.insert(m_files.standardized(*shown));
         }
     }

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "platform/Displays.h"
-#include "platform/Host.h"
 #include "wallpaper/WallpaperFiles.h"
 #include "wallpaper/WallpaperManifest.h"
 
@@ -35,7 +34,7 @@ using LogAction = std::function<void(const QString& line)>;
 class DesktopLabel {
 public:
     /// @param log  where lines go
-    DesktopLabel(const Host& host, LogAction log);
+    DesktopLabel(Displays& displays, FileManager& files, const Machine& machine, LogAction log);
 
     enum class Attempt {
         All,
@@ -91,7 +90,7 @@ private:
     bool setPicture(const Display& display, const QString& path);
     QSet<QString> shownPictures() const;
 
-    // services/DesktopLabel+Originals.cpp
+    // DesktopLabel+Originals.cpp
     QCoro::Task<QList<Target>> withOriginals(QList<Target> targets);
     void adoptOriginals(QList<Target>& targets, WallpaperManifest& originals);
     QCoro::Task<Trouble> copyOriginal(Target target);
@@ -104,7 +103,7 @@ private:
     QByteArray readCopy(const ScreenWallpaperRecord& record) const;
     bool write(const WallpaperManifest& manifest);
 
-    // services/DesktopLabel+Restore.cpp
+    // DesktopLabel+Restore.cpp
     std::optional<QString> restore(const Display& display, const WallpaperManifest& originals);
     bool isUsersAgain(const Display& display, const std::optional<QString>& restored) const;
     const ScreenWallpaperRecord* recordOf(const Display& display, const WallpaperManifest& originals) const;
@@ -113,7 +112,8 @@ private:
     void clearFolder(const WallpaperManifest& kept);
     bool isNeededBy(const WallpaperManifest& kept, const QString& name) const;
 
-    Host m_host;
+    Displays& m_displays;
+    FileManager& m_fileManager;
     LogAction m_log;
     WallpaperFiles m_files;
     QHash<QString, Failure> m_failures;  ///< by display

@@ -2,6 +2,7 @@
 
 #include "platform/Displays.h"
 #include "platform/FileManager.h"
+#include "platform/FolderNames.h"
 #include "platform/Machine.h"
 
 #include <QDir>
@@ -66,17 +67,18 @@ QString wallpaperSlug(const QString& profileName) {
     return slug.isEmpty() ? u"profile"_s : slug;
 }
 
-WallpaperFiles::WallpaperFiles(const Host& host)
-    : m_host(host) {}
+WallpaperFiles::WallpaperFiles(FileManager& files, const Machine& machine)
+    : m_files(files)
+    , m_machine(machine) {}
 
 /// Where the folder is, or would be.
 QString WallpaperFiles::place() const {
-    return m_host.machine.applicationSupportFolder() + kFolder;
+    return m_machine.applicationSupportFolder() + kFolder;
 }
 
 QString WallpaperFiles::folder() const {
     try {
-        m_host.files.createFolders(place());
+        m_files.createFolders(place());
     } catch (const FileError&) {
         // The read or the write that follows tells of it.
     }
@@ -104,7 +106,7 @@ bool WallpaperFiles::isOurs(const QString& path) const {
 QString WallpaperFiles::standardized(const QString& path) const {
     QString standard = QDir::cleanPath(path);
     try {
-        standard = m_host.files.resolved(path);
+        standard = m_files.resolved(path);
     } catch (const FileError&) {
         // Nothing stands there, and there is no link to follow.
     }
@@ -113,18 +115,14 @@ QString WallpaperFiles::standardized(const QString& path) const {
 
 bool WallpaperFiles::holds(const QString& path) const {
     try {
-        return m_host.files.resolved(path).startsWith(m_host.files.resolved(place()) + u'/');
+        return m_files.resolved(path).startsWith(m_files.resolved(place()) + u'/');
     } catch (const FileError&) {
         return false;
     }
 }
 
 QStringList WallpaperFiles::names() const {
-    try {
-        return m_host.files.list(folder());
-    } catch (const FileError&) {
-        return {};
-    }
+    return namesIn(m_files, folder());
 }
 
 bool WallpaperFiles::isComposited(const QString& name, const QString& screenIdentifier) {
@@ -139,7 +137,7 @@ QString WallpaperFiles::displayOfOriginal(const QString& name) {
 /// The whole of the program's folders may lie on another volume, but it is no folder of any other name.
 bool WallpaperFiles::isRealFolder() const {
     try {
-        return m_host.files.resolved(place()).endsWith(kFolder);
+        return m_files.resolved(place()).endsWith(kFolder);
     } catch (const FileError&) {
         return false;
     }
@@ -150,7 +148,7 @@ void WallpaperFiles::remove(const QString& name) {
         return;
     }
     try {
-        m_host.files.remove(folder() + u'/' + name);
+        m_files.remove(folder() + u'/' + name);
     } catch (const FileError&) {
         return; // as promised
     }

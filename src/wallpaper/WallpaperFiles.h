@@ -1,12 +1,12 @@
 #pragma once
 
-#include "platform/Host.h"
-
 #include <QString>
 #include <QStringList>
 
 namespace quorvane {
 
+class FileManager;
+class Machine;
 struct Display;
 
 /// How the program calls a display: "display-1", or by its name and place where the system has no number for it.
@@ -21,7 +21,7 @@ QString wallpaperSlug(const QString& profileName);
 /// what lies in the folder itself: not where it is a link to some other folder, and not what a link in it leads to.
 class WallpaperFiles {
 public:
-    explicit WallpaperFiles(const Host& host);
+    WallpaperFiles(FileManager& files, const Machine& machine);
 
     /// "~/Library/Application Support/Quorvane/WallpaperOverlay", created with its parents; a failure to create it is left
     /// to the operation that follows.
@@ -50,7 +50,8 @@ private:
     QString place() const;
     bool isRealFolder() const;
 
-    Host m_host;
+    FileManager& m_files;
+    const Machine& m_machine;
 };
 
 } // namespace quorvane

@@ -28,11 +28,11 @@ bool isCustomName(const QString& name) {
 
 } // namespace
 
-WallpaperProfileOverlay::WallpaperProfileOverlay(const Host& host, QObject* parent)
+WallpaperProfileOverlay::WallpaperProfileOverlay(const WallpaperPorts& ports, QObject* parent)
     : QObject(parent)
-    , m_host(host)
-    , m_label(host, [this](const QString& line) { log(line); })
-    , m_observation(host.notifications.observe(u"com.apple.desktop"_s, [this] { enqueue(Job::Kind::Check); })) {}
+    , m_ports(ports)
+    , m_label(ports.displays, ports.files, ports.machine, [this](const QString& line) { log(line); })
+    , m_observation(ports.notifications.observe(u"com.apple.desktop"_s, [this] { enqueue(Job::Kind::Check); })) {}
 
 WallpaperProfileOverlay::~WallpaperProfileOverlay() = default;
 
@@ -56,7 +56,7 @@ void WallpaperProfileOverlay::log(const QString& line) const {
 // ---- What is asked for
 
 QCoro::Task<void> WallpaperProfileOverlay::setOverlayEnabled(bool enabled, QString name) {
-    m_host.defaults.setBoolean(kShowProfileOnWallpaper, enabled);
+    m_ports.defaults.setBoolean(kShowProfileOnWallpaper, enabled);
     if (!enabled) {
         co_await removeOverlay();
         co_return;
@@ -89,7 +89,7 @@ QCoro::Task<void> WallpaperProfileOverlay::updateForAppliedProfile(QString name)
         co_return;
     }
     if (!name.isEmpty()) {
-        m_host.defaults.setString(kQuorvaneLastAppliedProfileName, *resolved);
+        m_ports.defaults.setString(kQuorvaneLastAppliedProfileName, *resolved);
     }
     co_await enqueue(Job::Kind::Update, *resolved);
 }
@@ -119,7 +119,7 @@ QCoro::Task<void> WallpaperProfileOverlay::finished() {
 // ---- Names
 
 bool WallpaperProfileOverlay::isEnabled() const {
-    return m_host.defaults.boolean(kShowProfileOnWallpaper);
+    return m_ports.defaults.boolean(kShowProfileOnWallpaper);
 }
 
 bool WallpaperProfileOverlay::isOff() const {
@@ -131,7 +131,7 @@ bool WallpaperProfileOverlay::isOverlayInPlace() const {
 }
 
 QString WallpaperProfileOverlay::storedName() const {
-    const QString name = m_host.defaults.string(kWallpaperProfileName).value_or(QString());
+    const QString name = m_ports.defaults.string(kWallpaperProfileName).value_or(QString());
     return name.isEmpty() ? kNoLabel : name;
 }
 
@@ -151,12 +151,12 @@ std::optional<QString> WallpaperProfileOverlay::resolvedProfileName(const QStrin
     if (isCustomName(explicitName)) {
         return explicitName;
     }
-    const QString applied = m_host.defaults.string(kQuorvaneLastAppliedProfileName).value_or(QString());
+    const QString applied = m_ports.defaults.string(kQuorvaneLastAppliedProfileName).value_or(QString());
     if (isCustomName(applied)) {
         return applied;
     }
     const QList<UnifiedProfile> profiles =
-        ProfileManager(m_host.files, profilesDirectory(m_host.machine)).listProfiles();
+        ProfileManager(m_ports.files, profilesDirectory(m_ports.machine)).listProfiles();
     if (!profiles.isEmpty() && isCustomName(profiles.first().name)) {
         return profiles.first().name;
     }
@@ -245,7 +245,7 @@ QCoro::Task<void> WallpaperProfileOverlay::carryOutUpdate(QString name) {
         carryOutRemoval();
         co_return;
     }
-    m_host.defaults.setString(kWallpaperProfileName, name);
+    m_ports.defaults.setString(kWallpaperProfileName, name);
     if (isEnabled()) {
         co_await show(name, DesktopLabel::Attempt::All);
     }
@@ -253,7 +253,7 @@ QCoro::Task<void> WallpaperProfileOverlay::carryOutUpdate(QString name) {
 
 void WallpaperProfileOverlay::carryOutRemoval() {
     m_label.restoreOriginals();
-    m_host.defaults.setString(kWallpaperProfileName, kNoLabel);
+    m_ports.defaults.setString(kWallpaperProfileName, kNoLabel);
     log(u"  [APPLIED] Wallpaper profile label removed."_s);
 }
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "platform/Host.h"
 #include "wallpaper/DesktopLabel.h"
 
 #include <QFuture>
@@ -22,6 +21,17 @@ namespace quorvane {
 
 class NotificationObservation;
 class SystemManager;
+class SystemNotifications;
+class UserDefaults;
+
+/// What the label on the wallpaper needs of the system.
+struct WallpaperPorts {
+    FileManager& files;
+    const Machine& machine;
+    Displays& displays;
+    UserDefaults& defaults;
+    SystemNotifications& notifications;
+};
 
 /// The active profile's name on the desktop pictures, so that a performer sees at a glance what his Mac is prepared for:
 /// when it is shown, with which name, and when it goes. DesktopLabel does it.
@@ -37,7 +47,7 @@ class WallpaperProfileOverlay : public QObject {
     Q_OBJECT
 
 public:
-    explicit WallpaperProfileOverlay(const Host& host, QObject* parent = nullptr);
+    explicit WallpaperProfileOverlay(const WallpaperPorts& ports, QObject* parent = nullptr);
     ~WallpaperProfileOverlay() override;
 
     /// Where log lines go; without it nothing is logged.
@@ -100,7 +110,7 @@ private:
     void carryOutRemoval();
     QCoro::Task<void> show(QString name, DesktopLabel::Attempt attempt);
 
-    Host m_host;
+    WallpaperPorts m_ports;
     LogAction m_logAction;
     DesktopLabel m_label;
     std::unique_ptr<NotificationObservation> m_observation;

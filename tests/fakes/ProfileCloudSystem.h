@@ -58,7 +58,7 @@ protected:
     const QString stamped = u"backup-2026-11-15T21:05:37Z.json"_s;
     const QDateTime march{QDate(2026, 3, 14), QTime(20, 30), Qt::UTC};
     ProfileManager profiles{files, profilesDirectory(machine)};
-    ProfileCloudManager manager{host};
+    ProfileCloudManager manager{files, cloud, clock, machine};
 };
 
 } // namespace quorvane

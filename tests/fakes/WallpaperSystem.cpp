@@ -13,7 +13,7 @@ WallpaperSystem::WallpaperSystem() {
 WallpaperSystem::~WallpaperSystem() = default;
 
 void WallpaperSystem::start() {
-    overlay = std::make_unique<WallpaperProfileOverlay>(host);
+    overlay = std::make_unique<WallpaperProfileOverlay>(wallpaperPorts(host));
     overlay->setLogAction([this](const QString& line) { trace.append(line); });
 }
 

@@ -4,6 +4,7 @@
 #include "fakes/EventLoop.h"
 #include "fakes/Pictures.h"
 #include "fakes/ScriptedSystem.h"
+#include "fakes/WallpaperPorts.h"
 #include "profiles/ProfileJson.h"
 #include "profiles/ProfileManager.h"
 #include "wallpaper/WallpaperManifest.h"

@@ -39,7 +39,7 @@ struct Station {
     explicit Station(const QString& macFolder)
         : host(macFolder, QStringLiteral(MACSIM_PROGRAM), &clock)
         , profiles(host.host().files, profilesDirectory(host.host().machine))
-        , manager(host.host()) {}
+        , manager(host.host().files, host.host().cloud, clock, host.host().machine) {}
 
     QStringList listed() {
         QCoro::waitFor(manager.refreshBackups());

@@ -3,6 +3,7 @@
 #include "core/UserDefaultKeys.h"
 #include "fakes/Pictures.h"
 #include "fakes/SimulatedSystem.h"
+#include "fakes/WallpaperPorts.h"
 #include "platform/Displays.h"
 #include "wallpaper/WallpaperProfileOverlay.h"
 
@@ -23,7 +24,7 @@ protected:
     ~WallpaperOnSimulatedMac() override { QCoro::waitFor(overlay->finished()); }
 
     void startOverlay() {
-        overlay = std::make_unique<WallpaperProfileOverlay>(host->host());
+        overlay = std::make_unique<WallpaperProfileOverlay>(wallpaperPorts(host->host()));
         overlay->follow(*system);
     }
     void enable(const QString& name) { QCoro::waitFor(overlay->setOverlayEnabled(true, name)); }

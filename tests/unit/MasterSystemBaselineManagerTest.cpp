@@ -71,7 +71,7 @@ protected:
     }
 
     QTimer turns;
-    MasterSystemBaselineManager manager{host};
+    MasterSystemBaselineManager manager{files, cloud, clock, machine};
 };
 
 } // namespace
@@ -99,7 +99,7 @@ TEST_F(MasterBaselines, areMissedOnlyAfterThreeSeconds) {
 
 TEST_F(MasterBaselines, areMissedAfterThreeSecondsOfRealTimeWithTheEventLoopRunning) {
     SystemClock realClock;
-    MasterSystemBaselineManager realManager{hostWith(files, realClock)};
+    MasterSystemBaselineManager realManager{files, cloud, realClock, machine};
     const Ticks ticks;
     QElapsedTimer time;
     time.start();

@@ -152,9 +152,9 @@ TEST_F(BackupList, isKeptWhereTheFolderCannotBeListed) {
 }
 
 TEST_F(BackupList, knowsAtTheStartWhetherThereIsAnAccount) {
-    EXPECT_TRUE(ProfileCloudManager(host).isICloudAvailable());
+    EXPECT_TRUE(ProfileCloudManager(files, cloud, clock, machine).isICloudAvailable());
     cloud.account = false;
-    EXPECT_FALSE(ProfileCloudManager(host).isICloudAvailable());
+    EXPECT_FALSE(ProfileCloudManager(files, cloud, clock, machine).isICloudAvailable());
 }
 
 // ---- Restoring

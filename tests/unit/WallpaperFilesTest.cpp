@@ -12,7 +12,7 @@ class WallpaperFilesTest : public ScriptedSystem {
 protected:
     static Display unnumbered(const QString& name, const QRectF& frame) { return {std::nullopt, name, frame, 1}; }
 
-    WallpaperFiles work{host};
+    WallpaperFiles work{files, machine};
 };
 
 } // namespace

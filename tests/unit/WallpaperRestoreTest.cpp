@@ -423,7 +423,7 @@ TEST_F(WallpaperRestore, aProgramThatDiesAtAnyChangeOfAFileLosesNoPicture) {
                 }
             };
             overlay.reset();
-            overlay = std::make_unique<WallpaperProfileOverlay>(hostWith(mortal, clock));
+            overlay = std::make_unique<WallpaperProfileOverlay>(wallpaperPorts(hostWith(mortal, clock)));
             operations[dying]();
             hasDied = mortal.isDead();
             for (MemoryDisplays::Connected& each : displays.connected) {

@@ -1,5 +1,7 @@
 #include "platform/simulated/SimulatedBackgroundTaskPermissions.h"
 
+#include "simulator/MacPaths.h"
+
 #include <QSet>
 #include <QUrl>
 
@@ -27,10 +29,6 @@ Json listIn(const Json& state, const char* key) {
     return state.is_object() && list != state.end() && list->is_array() ? *list : Json::array();
 }
 
-QString withoutFinalSlash(const QString& path) {
-    return path.size() > 1 && path.endsWith(u'/') ? path.chopped(1) : path;
-}
-
 /// "4.com.splice.helper" without the number of its kind.
 QString bareIdentifier(const QString& identifier) {
     const qsizetype dot = identifier.indexOf(u'.');
@@ -45,7 +43,7 @@ QSet<QString> identifiersOfApplication(const Json& records, const QString& path)
     QSet<QString> identifiers;
     for (const Json& record : records) {
         const QString location = QUrl(text(record, "url")).toLocalFile();
-        if (!location.isEmpty() && withoutFinalSlash(location) == path) {
+        if (!location.isEmpty() && macsim::withoutFinalSlashes(location) == path) {
             identifiers.insert(bareIdentifier(text(record, "identifier")));
         }
     }
@@ -59,7 +57,7 @@ bool hasLabel(const Json& record, const QString& label) {
 
 bool setAllowed(Json& state, const QString& application, const QString& label, bool isAllowed) {
     Json records = listIn(state, "records");
-    const QSet<QString> parents = identifiersOfApplication(records, withoutFinalSlash(application));
+    const QSet<QString> parents = identifiersOfApplication(records, macsim::withoutFinalSlashes(application));
     bool isTaken = false;
     for (Json& record : records) {
         if (hasLabel(record, label) && parents.contains(bareIdentifier(text(record, "parent")))) {

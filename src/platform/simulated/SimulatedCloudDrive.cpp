@@ -1,6 +1,7 @@
 #include "platform/simulated/SimulatedCloudDrive.h"
 
 #include "platform/FileManager.h"
+#include "simulator/MacPaths.h"
 
 #include <stdexcept>
 #include <string>
@@ -36,10 +37,6 @@ bool isRequested(const Json& file) {
 std::optional<int> looksLeft(const Json& file) {
     const Json looks = file.value("looks", Json());
     return looks.is_number_integer() ? std::optional(looks.get<int>()) : std::nullopt;
-}
-
-QString folderOf(const QString& path) {
-    return path.left(path.lastIndexOf(u'/'));
 }
 
 } // namespace
@@ -82,8 +79,8 @@ QStringList SimulatedCloudDrive::list(const QString& folder) const {
     const Json waiting = waitingFiles(m_mac.state().read(kCloudSubject));
     for (const auto& [key, file] : waiting.items()) {
         const QString path = QString::fromStdString(key);
-        const QString name = path.mid(path.lastIndexOf(u'/') + 1);
-        if (folderOf(path) == folder && !names.contains(name)) {
+        const QString name = macsim::lastPathComponent(path);
+        if (macsim::parentFolder(path) == folder && !names.contains(name)) {
             names.append(name);
         }
     }
@@ -177,7 +174,7 @@ std::optional<QString> SimulatedCloudDrive::forgetWaiting(const QString& path) {
 bool SimulatedCloudDrive::putOnDisk(const QString& path, const QByteArray& bytes) const {
     const macsim::Volume volume = m_mac.volume(macsim::Actor::User);
     try {
-        volume.createFolders(folderOf(path));
+        volume.createFolders(macsim::parentFolder(path));
         volume.writeAtomically(path, bytes);
         return true;
     } catch (const macsim::FileError&) {

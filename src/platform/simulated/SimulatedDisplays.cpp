@@ -1,6 +1,7 @@
 #include "platform/simulated/SimulatedDisplays.h"
 
 #include "platform/portable/PictureDecoder.h"
+#include "simulator/MacPaths.h"
 
 #include <QtConcurrent>
 
@@ -80,7 +81,7 @@ std::optional<QString> SimulatedDisplays::desktopPicture(const Display& display)
 
 std::optional<QString> SimulatedDisplays::setDesktopPicture(const Display& display, const QString& path) {
     if (!m_mac.volume(macsim::Actor::User).exists(path)) {
-        return u"The file “%1” doesn’t exist."_s.arg(path.mid(path.lastIndexOf(u'/') + 1));
+        return u"The file “%1” doesn’t exist."_s.arg(macsim::lastPathComponent(path));
     }
     std::optional<QString> error;
     const auto change = [&](Json& displays) {

@@ -1,5 +1,7 @@
 #include "platform/simulated/SimulatedFileManager.h"
 
+#include "simulator/MacPaths.h"
+
 #include <QRandomGenerator>
 
 #include <cerrno>
@@ -126,7 +128,7 @@ QByteArray SimulatedFileManager::read(const QString& path) const {
 }
 
 void SimulatedFileManager::writeAtomically(const QString& path, const QByteArray& bytes) {
-    const QString beside = path.left(path.lastIndexOf(u'/')) + u"/.quorvane."_s + sixLetters();
+    const QString beside = macsim::pathInFolder(macsim::parentFolder(path), u".quorvane."_s + sixLetters());
     try {
         writeInSteps(beside, path, bytes);
     } catch (const macsim::FileError& error) {

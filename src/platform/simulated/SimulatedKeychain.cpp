@@ -1,6 +1,7 @@
 #include "platform/simulated/SimulatedKeychain.h"
 
 #include "platform/simulated/SimulatedBiometrics.h"
+#include "simulator/MacPaths.h"
 
 #include <QFile>
 #include <QRandomGenerator>
@@ -107,7 +108,7 @@ std::optional<Json> SimulatedKeychain::read() const {
 bool SimulatedKeychain::write(const Json& keychain) {
     try {
         const macsim::Volume disk = m_mac.volume(macsim::Actor::User);
-        disk.createFolders(path().left(path().lastIndexOf(u'/')));
+        disk.createFolders(macsim::parentFolder(path()));
         return replacePrivately(m_mac.hostFolder() + disk.canonicalPath(path()),
                                 QByteArray::fromStdString(keychain.dump(1) + '\n'));
     } catch (const macsim::FileError&) {

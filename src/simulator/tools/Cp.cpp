@@ -1,6 +1,7 @@
 #include "simulator/tools/Cp.h"
 
-#include "simulator/tools/ToolOptions.h"
+#include "simulator/MacPaths.h"
+#include "simulator/tools/FileOperands.h"
 
 namespace macsim {
 
@@ -16,18 +17,6 @@ constexpr OptionRules kCpRules{u"HLPRSXacfilnprsvx", u"p",
 int complain(ToolContext& context, const QString& text) {
     context.complain(u"cp: "_s + text + u'\n');
     return 1;
-}
-
-QString withoutFinalSlashes(QString path) {
-    while (path.size() > 1 && path.endsWith(u'/')) {
-        path.chop(1);
-    }
-    return path;
-}
-
-QString placeInFolder(const QString& source, const QString& folder) {
-    const QString path = withoutFinalSlashes(source);
-    return withoutFinalSlashes(folder) + (folder == u"/"_s ? u""_s : u"/"_s) + path.mid(path.lastIndexOf(u'/') + 1);
 }
 
 /// Anybody but root keeps the copy, whoever owned the original.
@@ -66,33 +55,25 @@ int copyFile(ToolContext& context, const QString& source, const QString& target,
     }
 }
 
-} // namespace
-
-int runCp(ToolContext& context) {
-    const ToolOptions options = parseOptions(context.arguments, kCpRules.letters);
-    if (const std::optional<int> refused = refuseOptions(context, options, kCpRules)) {
-        return *refused;
-    }
-    QStringList sources = options.operands;
-    if (sources.size() < 2) {
-        return refuseWithUsage(context, kCpRules);
-    }
-    const QString target = sources.takeLast();
-    const QString place = context.absolutePath(target);
-    const bool isIntoFolder = context.volume.isFolder(place);
-    if (!isIntoFolder && sources.size() > 1) {
-        return refuseWithUsage(context, kCpRules);
-    }
+int copyAll(ToolContext& context, const ToolOptions& options, const FileOperands& operands) {
+    const auto& [sources, target, isIntoFolder] = operands;
     if (!isIntoFolder && target.endsWith(u'/')) {
-        return complain(context, context.volume.exists(place) ? target + u" is not a directory"_s
-                                                              : u"directory "_s + target + u" does not exist"_s);
+        const bool exists = context.volume.exists(context.absolutePath(target));
+        return complain(context,
+                        exists ? target + u" is not a directory"_s : u"directory "_s + target + u" does not exist"_s);
     }
     int status = 0;
     for (const QString& source : sources) {
-        const QString to = isIntoFolder ? placeInFolder(source, target) : target;
+        const QString to = isIntoFolder ? placeInFolder(source, withoutFinalSlashes(target)) : target;
         status |= copyFile(context, source, to, options.has(u'p'));
     }
     return status;
+}
+
+} // namespace
+
+int runCp(ToolContext& context) {
+    return runOnFiles(context, kCpRules, copyAll);
 }
 
 } // namespace macsim

@@ -1,6 +1,7 @@
 #include "simulator/tools/Ditto.h"
 
-#include "simulator/tools/ToolOptions.h"
+#include "simulator/MacPaths.h"
+#include "simulator/tools/FileOperands.h"
 
 #include <cerrno>
 #include <vector>
@@ -11,15 +12,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-QString parentOf(const QString& path) {
-    const qsizetype slash = path.lastIndexOf(u'/');
-    return slash <= 0 ? u"/"_s : path.left(slash);
-}
-
-QString below(const QString& folder, const QString& name) {
-    return folder + (folder.endsWith(u'/') ? u""_s : u"/"_s) + name;
-}
-
 /// Everything in a folder by its path relative to it, folders before what they hold. Taken before anything is copied, so
 /// that a target inside the source comes to an end.
 QStringList contentsOf(const Volume& volume, const QString& folder) {
@@ -28,11 +20,11 @@ QStringList contentsOf(const Volume& volume, const QString& folder) {
     while (!waiting.empty()) {
         const QString relative = waiting.back();
         waiting.pop_back();
-        const QStringList names = volume.list(relative.isEmpty() ? folder : below(folder, relative));
+        const QStringList names = volume.list(relative.isEmpty() ? folder : pathInFolder(folder, relative));
         for (const QString& name : names) {
-            const QString path = relative.isEmpty() ? name : below(relative, name);
+            const QString path = relative.isEmpty() ? name : pathInFolder(relative, name);
             found.append(path);
-            if (volume.kind(below(folder, path)) == Volume::Kind::Folder) {
+            if (volume.kind(pathInFolder(folder, path)) == Volume::Kind::Folder) {
                 waiting.push_back(path);
             }
         }
@@ -96,9 +88,9 @@ int mergeFolder(ToolContext& context, const QString& from, const QString& to) {
     keepOwner(context.volume, from, to);
     for (const QString& path : contents) {
         try {
-            copyEntry(context.volume, below(from, path), below(to, path));
+            copyEntry(context.volume, pathInFolder(from, path), pathInFolder(to, path));
         } catch (const FileError& error) {
-            status = complain(context, below(to, path), error);
+            status = complain(context, pathInFolder(to, path), error);
         }
     }
     return status;
@@ -106,8 +98,8 @@ int mergeFolder(ToolContext& context, const QString& from, const QString& to) {
 
 int copyInto(ToolContext& context, const QString& from, const QString& to) {
     const bool intoFolder = context.volume.isFolder(to);
-    const QString target = intoFolder ? below(to, from.mid(from.lastIndexOf(u'/') + 1)) : to;
-    context.volume.createFolders(parentOf(target));
+    const QString target = intoFolder ? placeInFolder(from, to) : to;
+    context.volume.createFolders(parentFolder(target));
     copyFile(context.volume, from, target);
     return 0;
 }

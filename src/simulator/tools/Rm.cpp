@@ -1,5 +1,6 @@
 #include "simulator/tools/Rm.h"
 
+#include "simulator/MacPaths.h"
 #include "simulator/tools/ToolOptions.h"
 
 namespace macsim {
@@ -54,16 +55,9 @@ void Removal::removeTree(const QString& path) {
     removeOne(path);
 }
 
-QString withoutFinalSlashes(QString path) {
-    while (path.size() > 1 && path.endsWith(u'/')) {
-        path.chop(1);
-    }
-    return path;
-}
-
 void removeOperand(Removal& removal, const QString& operand) {
     const QString path = withoutFinalSlashes(operand);
-    const QString lastName = path.mid(path.lastIndexOf(u'/') + 1);
+    const QString lastName = lastPathComponent(path);
     const Volume::Kind kind = removal.context.volume.kind(removal.context.absolutePath(path));
     if (path == u"/"_s) {
         removal.complain(u"\"/\" may not be removed"_s);

@@ -1,5 +1,7 @@
 #include "simulator/tools/ToolOptions.h"
 
+#include "simulator/MacPaths.h"
+
 #include <algorithm>
 
 namespace macsim {
@@ -80,8 +82,7 @@ std::optional<int> refuseOptions(ToolContext& context, const ToolOptions& option
 }
 
 QString toolName(const ToolContext& context) {
-    const QString& started = context.arguments.first();
-    return started.mid(started.lastIndexOf(u'/') + 1);
+    return lastPathComponent(context.arguments.first());
 }
 
 int refuseWithUsage(ToolContext& context, const OptionRules& rules) {

@@ -1,8 +1,10 @@
 #include "startup/background/BackgroundDisableTarget.h"
 
 #include "core/ExcludedNames.h"
+#include "core/Paths.h"
 #include "core/Quoting.h"
 #include "platform/FileManager.h"
+#include "platform/FolderNames.h"
 #include "startup/launchd/LaunchFolders.h"
 
 #include <QDir>
@@ -14,16 +16,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-QString fileName(const QUrl& url) {
-    const QString path = url.path();
-    return path.mid(path.lastIndexOf(u'/') + 1);
-}
-
 /// The file name without its extension.
 QString baseName(const QUrl& url) {
-    const QString name = fileName(url);
-    const qsizetype dot = name.lastIndexOf(u'.');
-    return dot <= 0 ? name : name.left(dot);
+    return nameInPath(url.path());
 }
 
 /// A "file://" text or an absolute path; other forms say nothing about where the file is.
@@ -75,12 +70,12 @@ bool standsForLabel(const QString& baseName, const QString& label) {
 /// tells none.
 QString helperNamedBy(const BackgroundTaskItem& record) {
     const QString path = QDir::cleanPath(QUrl::fromPercentEncoding(record.url.value_or(QString()).toUtf8()));
-    return path.contains(u"Contents/Library/"_s) ? path.mid(path.lastIndexOf(u'/') + 1) : QString();
+    return path.contains(u"Contents/Library/"_s) ? lastPathComponent(path) : QString();
 }
 
 bool standsForRecord(const QUrl& resource, const BackgroundTaskItem& record, const QString& label) {
     const QString named = helperNamedBy(record);
-    return named.isEmpty() ? standsForLabel(baseName(resource), label) : named == fileName(resource);
+    return named.isEmpty() ? standsForLabel(baseName(resource), label) : named == resource.fileName();
 }
 
 /// Builds the list of targets; remembers which resources have found theirs.
@@ -120,7 +115,7 @@ public:
     void addLaunchAgents(const QSet<QString>& labels) {
         for (const QUrl& application : std::as_const(m_applications)) {
             for (const QUrl& resource : resourcesOf(application)) {
-                if (fileName(resource).endsWith(u".plist"_s) && labels.contains(baseName(resource)) &&
+                if (resource.fileName().endsWith(u".plist"_s) && labels.contains(baseName(resource)) &&
                     isFree(application, resource)) {
                     add({baseName(resource), application, std::nullopt, resource});
                 }
@@ -146,7 +141,7 @@ private:
     }
 
     bool isFree(const QUrl& application, const QUrl& resource) const {
-        return !m_taken.contains(resource) && !m_reserved.contains(application, fileName(resource));
+        return !m_taken.contains(resource) && !m_reserved.contains(application, resource.fileName());
     }
 
     void add(const BackgroundDisableTarget& target) {
@@ -164,15 +159,6 @@ private:
     QMultiHash<QUrl, QString> m_reserved; ///< files by their application that records name which stay
     QList<BackgroundDisableTarget> m_targets;
 };
-
-/// The names in a folder; none where it can't be listed.
-QStringList namesIn(const QString& folder, const FileManager& files) {
-    try {
-        return files.list(folder);
-    } catch (const FileError&) {
-        return {};
-    }
-}
 
 /// True for what really lies in the library of the application: a link could lead anywhere, to audio software even.
 bool liesInLibrary(const QString& path, const QString& application, const FileManager& files) {
@@ -194,7 +180,7 @@ QList<QUrl> bundledStartupResources(const QUrl& appURL, const FileManager& files
     for (const auto& [subfolder, extension] :
          {std::pair(u"LoginItems"_s, u".app"_s), std::pair(u"LaunchAgents"_s, u".plist"_s)}) {
         const QString folder = application + u"/Contents/Library/"_s + subfolder;
-        QStringList names = namesIn(folder, files);
+        QStringList names = namesIn(files, folder);
         names.sort();
         for (const QString& name : names) {
             const QString path = folder + u'/' + name;
@@ -230,9 +216,8 @@ QString quarantineFolder(const QString& homeFolder) {
 }
 
 QString quarantineCommand(const QString& source, const QString& destination) {
-    const QString folder = destination.left(destination.lastIndexOf(u'/'));
     return u"mkdir -p %1 && rm -rf %2 && /usr/bin/ditto %3 %2 && rm -rf %3"_s.arg(
-        shellQuoted(folder), shellQuoted(destination), shellQuoted(source));
+        shellQuoted(parentFolder(destination)), shellQuoted(destination), shellQuoted(source));
 }
 
 } // namespace quorvane

@@ -1,6 +1,7 @@
 #include "startup/background/BackgroundItemPermission.h"
 
 #include "core/Collation.h"
+#include "core/FoldedText.h"
 #include "startup/background/BackgroundTaskList.h"
 
 #include <algorithm>
@@ -11,25 +12,20 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Names reach a profile from System Events and a record from the bundle: they may differ in case and in how an accent is
-/// written.
-QString comparable(const QString& text) {
-    return text.normalized(QString::NormalizationForm_C).toCaseFolded();
-}
-
 QString withoutBlanks(const QString& text) {
     return QString(text).remove(u' ');
 }
 
-/// What is permitted, in the forms in which records are compared with it. Texts that are empty speak for nothing: they
-/// would be contained in every record.
+/// What is permitted, in the forms in which records are compared with it: names reach a profile from System Events and a
+/// record from the bundle, and may differ in case and in how an accent is written. Texts that are empty speak for nothing:
+/// they would be contained in every record.
 class Permission {
 public:
     Permission(const QSet<QString>& permittedNames, const std::optional<StartupConfiguration>& startup)
         : m_names(permittedNames) {
         for (const QString& name : permittedNames) {
-            addIfAny(m_foldedNames, comparable(name));
-            addIfAny(m_compactNames, withoutBlanks(comparable(name)));
+            addIfAny(m_foldedNames, foldedText(name));
+            addIfAny(m_compactNames, withoutBlanks(foldedText(name)));
         }
         for (const StartupItem& item : startup ? startup->items : QList<StartupItem>()) {
             if (item.runsAtStartup) {
@@ -39,12 +35,12 @@ public:
     }
 
     bool speaksFor(const BackgroundTaskItem& item) const {
-        const QString foldedName = comparable(item.name);
-        const QString searchText = comparable(backgroundItemSearchText(item));
+        const QString foldedName = foldedText(item.name);
+        const QString searchText = foldedText(backgroundItemSearchText(item));
         const std::optional<QString> label = backgroundItemLabel(item);
         return m_names.contains(item.name) || holdsAny(foldedName, m_foldedNames) ||
                holdsAny(withoutBlanks(searchText), m_compactNames) ||
-               (label && m_runningLabels.contains(comparable(*label))) || m_runningNames.contains(foldedName) ||
+               (label && m_runningLabels.contains(foldedText(*label))) || m_runningNames.contains(foldedName) ||
                holdsAny(searchText, m_runningTexts);
     }
 
@@ -61,11 +57,11 @@ private:
 
     void addRunningItem(const StartupItem& item) {
         if (item.kind == StartupItemKind::backgroundLoginItem && item.launchIdentifier) {
-            m_runningLabels.insert(comparable(*item.launchIdentifier));
+            m_runningLabels.insert(foldedText(*item.launchIdentifier));
         }
-        m_runningNames.insert(comparable(item.name));
-        addIfAny(m_runningTexts, comparable(item.path));
-        addIfAny(m_runningTexts, comparable(item.launchIdentifier.value_or(QString())));
+        m_runningNames.insert(foldedText(item.name));
+        addIfAny(m_runningTexts, foldedText(item.path));
+        addIfAny(m_runningTexts, foldedText(item.launchIdentifier.value_or(QString())));
     }
 
     const QSet<QString>& m_names;

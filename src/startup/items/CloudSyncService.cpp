@@ -3,6 +3,7 @@
 #include "core/Collation.h"
 #include "core/Json.h"
 #include "platform/FileManager.h"
+#include "platform/FolderNames.h"
 
 #include <algorithm>
 
@@ -139,15 +140,6 @@ bool holdsMatcher(const QString& text, CloudSyncService service) {
                        [&text](const QString& substring) { return text.contains(substring); });
 }
 
-/// Empty for a folder that is missing or can't be listed.
-QStringList namesIn(const QString& folder, const FileManager& files) {
-    try {
-        return files.exists(folder) ? files.list(folder) : QStringList();
-    } catch (const FileError&) {
-        return {};
-    }
-}
-
 void appendItemTexts(QStringList& texts, const QList<StartupItem>& items) {
     for (const StartupItem& item : items) {
         texts << item.name << item.path;
@@ -158,7 +150,7 @@ void appendItemTexts(QStringList& texts, const QList<StartupItem>& items) {
 }
 
 void appendApplications(QStringList& texts, const QString& folder, const FileManager& files) {
-    for (const QString& name : namesIn(folder, files)) {
+    for (const QString& name : namesIn(files, folder)) {
         if (name.endsWith(u".app"_s)) {
             texts << name << folder + u'/' + name;
         }
@@ -227,7 +219,7 @@ QStringList cloudDetectionSearchStrings(const QList<StartupItem>& items, const F
     appendApplications(texts, u"/Applications"_s, files);
     appendApplications(texts, homeFolder + u"/Applications"_s, files);
     // A product that runs only as a file provider shows itself here.
-    texts << namesIn(homeFolder + u"/Library/CloudStorage"_s, files);
+    texts << namesIn(files, homeFolder + u"/Library/CloudStorage"_s);
     for (QString& text : texts) {
         text = normalForm(text);
     }

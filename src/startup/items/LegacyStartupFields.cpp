@@ -1,6 +1,7 @@
 #include "startup/items/LegacyStartupFields.h"
 
 #include "core/Collation.h"
+#include "core/Paths.h"
 #include "startup/items/StartupConfiguration.h"
 
 #include <QHash>
@@ -47,13 +48,10 @@ StartupItem makeItem(const QString& id, const QString& name, Kind kind, bool run
     return item;
 }
 
-QString lastPathComponent(const QString& path) {
-    qsizetype end = path.size();
-    while (end > 1 && path.at(end - 1) == u'/') {
-        --end;
-    }
-    const QString trimmed = path.left(end);
-    return trimmed == u"/"_s ? trimmed : trimmed.mid(trimmed.lastIndexOf(u'/') + 1);
+/// The last component of what may be a path; "/" is its own.
+QString nameOfSubject(const QString& subject) {
+    const QString plain = withoutFinalSlashes(subject);
+    return plain == u"/"_s ? plain : lastPathComponent(plain);
 }
 
 /// Such an item is known only by its identifier.
@@ -66,7 +64,7 @@ StartupItem backgroundAgentFor(const QString& id) {
     }
     const QString loginPrefix = u"login:"_s;
     const QString subject = id.startsWith(loginPrefix) ? id.mid(loginPrefix.size()) : id;
-    StartupItem item = makeItem(id, lastPathComponent(subject), Kind::backgroundAgent, true);
+    StartupItem item = makeItem(id, nameOfSubject(subject), Kind::backgroundAgent, true);
     if (subject.startsWith(u'/')) {
         item.path = subject;
     }

@@ -1,5 +1,6 @@
 #include "startup/launchd/LaunchFolders.h"
 
+#include "core/Paths.h"
 #include "core/Quoting.h"
 
 #include <QStringList>
@@ -13,10 +14,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 const QString kKeep = u"/Library/Application Support/Quorvane/LaunchItems/"_s;
-
-QString nameOf(const QString& path) {
-    return path.mid(path.lastIndexOf(u'/') + 1);
-}
 
 /// True for a link that leads nowhere, too.
 QString somethingIsAt(const QString& quotedPath) {
@@ -59,7 +56,7 @@ bool isLaunchPlistName(const QString& label) {
 
 QString disableLaunchPlistCommand(const QString& plist, const LaunchFolder& folder) {
     const QString source = shellQuoted(plist);
-    const QString backup = shellQuoted(folder.backupFolder + u'/' + nameOf(plist));
+    const QString backup = shellQuoted(folder.backupFolder + u'/' + lastPathComponent(plist));
     return u"mkdir -p %1 && rm -f %2 && (launchctl bootout system %3 2>/dev/null || "
            "launchctl unload -w %3 2>/dev/null || true) && mv %3 %2"_s.arg(shellQuoted(folder.backupFolder), backup,
                                                                            source);
@@ -67,12 +64,12 @@ QString disableLaunchPlistCommand(const QString& plist, const LaunchFolder& fold
 
 QString keepLaunchPlistCommand(const QString& plist, const LaunchFolder& folder) {
     return u"mkdir -p %1 && cp -p %2 %3"_s.arg(shellQuoted(folder.keepFolder), shellQuoted(plist),
-                                               shellQuoted(folder.keepFolder + u'/' + nameOf(plist)));
+                                               shellQuoted(folder.keepFolder + u'/' + lastPathComponent(plist)));
 }
 
 QString requireRealBackupFolderCommand(const LaunchFolder& folder) {
-    const QString outer = folder.backupFolder.left(folder.backupFolder.lastIndexOf(u'/'));
-    return u"[ ! -L %1 ] && [ ! -L %2 ]"_s.arg(shellQuoted(outer), shellQuoted(folder.backupFolder));
+    return u"[ ! -L %1 ] && [ ! -L %2 ]"_s.arg(shellQuoted(parentFolder(folder.backupFolder)),
+                                               shellQuoted(folder.backupFolder));
 }
 
 QString reinstateLaunchPlistCommand(const KeptLaunchPlist& plist, quint32 userId) {

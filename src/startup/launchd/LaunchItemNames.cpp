@@ -152,7 +152,7 @@ std::optional<QString> friendlyBundleName(const QString& bundlePath, const Bundl
     if (!name.isEmpty()) {
         return name;
     }
-    const QString fileName = bundlePath.mid(bundlePath.lastIndexOf(u'/') + 1);
+    const QString fileName = lastPathComponent(bundlePath);
     return cleanedName(fileName.endsWith(u".app"_s) ? fileName.chopped(4) : fileName);
 }
 

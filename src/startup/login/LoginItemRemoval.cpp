@@ -1,25 +1,18 @@
 #include "startup/login/LoginItemRemoval.h"
 
 #include "core/ExcludedNames.h"
+#include "core/FoldedText.h"
 #include "startup/items/LoginItem.h"
 #include "startup/login/LoginItemScripts.h"
 
 namespace quorvane {
 
-namespace {
-
-/// Texts that System Events takes for the same have the same key.
-QString comparisonKey(const QString& text) {
-    return text.normalized(QString::NormalizationForm_C).toCaseFolded();
-}
-
-} // namespace
-
+// System Events takes texts for the same that differ in case or in how an accent is written.
 LoginItemRemoval::LoginItemRemoval(const QList<LoginItem>& staying, List list)
     : m_list(list) {
     for (const LoginItem& item : staying) {
-        m_stayingNames.insert(comparisonKey(item.name));
-        m_stayingPaths.insert(comparisonKey(item.path));
+        m_stayingNames.insert(foldedText(item.name));
+        m_stayingPaths.insert(foldedText(item.path));
     }
 }
 
@@ -31,11 +24,11 @@ LoginItemRemoval::Means LoginItemRemoval::meansFor(const QString& name, const QS
 }
 
 bool LoginItemRemoval::canGoByName(const QString& name) const {
-    return m_list == List::Known && !name.isEmpty() && !m_stayingNames.contains(comparisonKey(name));
+    return m_list == List::Known && !name.isEmpty() && !m_stayingNames.contains(foldedText(name));
 }
 
 bool LoginItemRemoval::canGoByPath(const QString& path) const {
-    return !path.isEmpty() && !m_stayingPaths.contains(comparisonKey(path));
+    return !path.isEmpty() && !m_stayingPaths.contains(foldedText(path));
 }
 
 bool isExcludedAgent(const LoginItem& item, const QSet<QString>& excludedIds) {
