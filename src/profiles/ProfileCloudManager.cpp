@@ -208,8 +208,8 @@ QCoro::Task<void> ProfileCloudManager::rotateExisting(UnifiedProfile profile, QB
     if (!last) {
         co_await writeBackupData(fresh, current);
     }
-    if (!m_cloudFiles.exists(
-            previous)) { // asked as late as this: iCloud may have learnt of it while the current one came
+    // Asked as late as this: iCloud may have learnt of it while the current one came.
+    if (!m_cloudFiles.exists(previous)) {
         const QByteArray now = last ? held : fresh;
         co_await writeBackupData(now, previous);
     }

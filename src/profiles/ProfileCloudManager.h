@@ -11,6 +11,9 @@
 
 namespace quorvane {
 
+class Clock;
+class CloudDrive;
+class FileManager;
 class Machine;
 class ProfileManager;
 

@@ -14,6 +14,9 @@ class Task;
 
 namespace quorvane {
 
+class Clock;
+class CloudDrive;
+class FileManager;
 class Machine;
 
 /// The store of master baselines: one current file and one archive for each capture, in the hidden folder "~/.quorvane" and,

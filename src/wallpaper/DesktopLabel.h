@@ -21,6 +21,9 @@ class Task;
 
 namespace quorvane {
 
+class FileManager;
+class Machine;
+
 using LogAction = std::function<void(const QString& line)>;
 
 /// A profile's name on the desktop picture of every display. It shows a labelled copy of the user's own picture, and puts

@@ -19,6 +19,9 @@ class Task;
 
 namespace quorvane {
 
+class Displays;
+class FileManager;
+class Machine;
 class NotificationObservation;
 class SystemManager;
 class SystemNotifications;
