@@ -55,7 +55,8 @@ TEST(Layers, aFileIncludesOnlyWhatItsTargetLinks) {
 }
 
 TEST(Layers, theSimulatorKnowsNothingOfTheProgram) {
-    expectNone(sources().includesOutOf(u"simulator"_s));
+    expectNone(sources().includesOutOf(u"simulator"_s, {u"json"_s}));
+    expectNone(sources().includesOutOf(u"json"_s));
 }
 
 TEST(Layers, onlyTheRehearsalNamesTheSimulatedAdapters) {

@@ -27,6 +27,10 @@ bool isIn(const QString& path, const QString& folder) {
     return path.startsWith(folder + u'/');
 }
 
+bool isInOneOf(const QString& path, const QStringList& folders) {
+    return std::any_of(folders.begin(), folders.end(), [&path](const QString& folder) { return isIn(path, folder); });
+}
+
 QString withoutExtension(const QString& path) {
     return path.left(path.lastIndexOf(u'.'));
 }
@@ -198,23 +202,21 @@ QStringList SourceTree::includesOfWhatIsNotLinked() const {
 }
 
 QStringList SourceTree::includesOf(const QString& folder, const QStringList& permittedFolders) const {
-    const auto isPermitted = [&](const QString& file) {
-        return isIn(file, folder) || std::any_of(permittedFolders.begin(), permittedFolders.end(),
-                                                 [&file](const QString& permitted) { return isIn(file, permitted); });
-    };
+    const QStringList permitted = permittedFolders + QStringList(folder);
     QStringList findings;
     for (const Include& include : includes()) {
-        if (isIn(include.header, folder) && !isPermitted(include.file)) {
+        if (isIn(include.header, folder) && !isInOneOf(include.file, permitted)) {
             findings.append(include.text());
         }
     }
     return findings;
 }
 
-QStringList SourceTree::includesOutOf(const QString& folder) const {
+QStringList SourceTree::includesOutOf(const QString& folder, const QStringList& permittedFolders) const {
+    const QStringList permitted = permittedFolders + QStringList(folder);
     QStringList findings;
     for (const Include& include : includes()) {
-        if (isIn(include.file, folder) && !isIn(include.header, folder)) {
+        if (isIn(include.file, folder) && !isInOneOf(include.header, permitted)) {
             findings.append(include.text());
         }
     }

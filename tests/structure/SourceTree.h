@@ -31,8 +31,8 @@ public:
     QStringList includesOfWhatIsNotLinked() const;
     /// Includes of a folder by files that lie neither in it nor in one of the others.
     QStringList includesOf(const QString& folder, const QStringList& permittedFolders = {}) const;
-    /// Includes by the files of a folder that lead out of it.
-    QStringList includesOutOf(const QString& folder) const;
+    /// Includes by the files of a folder that lead out of it and to none of the others.
+    QStringList includesOutOf(const QString& folder, const QStringList& permittedFolders = {}) const;
 
 private:
     struct Target {
