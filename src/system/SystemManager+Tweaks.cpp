@@ -2,7 +2,6 @@
 
 #include "core/AdminPrompts.h"
 #include "core/AdminScript.h"
-#include "platform/Machine.h"
 #include "tweaks/TweakCommands.h"
 
 #include <QCoroTask>
@@ -97,10 +96,6 @@ QCoro::Task<bool> SystemManager::verifyTweaks(PerformanceSettings settings, Unse
     logVerificationResult(result, u"Performance tweaks"_s);
     m_lastApplyVerification = result;
     co_return result.failed.isEmpty();
-}
-
-QString SystemManager::notificationCenterPreferences() const {
-    return m_host.machine.homeFolder() + u"/Library/Preferences/ByHost/com.apple.notificationcenterui"_s;
 }
 
 } // namespace quorvane

@@ -5,6 +5,7 @@
 #include "core/FlowEnvironment.h"
 #include "matching/SystemConfigurationMatch.h"
 #include "platform/Host.h"
+#include "readings/SystemReadings.h"
 #include "snapshots/MasterSystemBaselineManager.h"
 #include "startup/apply/StartupChangePreview.h"
 #include "startup/background/BackgroundLoginItemChangePlan.h"
@@ -12,6 +13,7 @@
 #include "startup/items/CleanReboot.h"
 #include "tweaks/PerformanceSettings.h"
 #include "verification/ApplyVerificationResult.h"
+#include "verification/UnselectedTweaks.h"
 
 #include <QFuture>
 #include <QHash>
@@ -310,7 +312,7 @@ public:
 
     // ---- Reading the live system
 
-    enum class PreferenceHost { Any, Current };
+    using PreferenceHost = quorvane::PreferenceHost;
     /// The value of a preference as the `defaults` tool prints it, trimmed; none when the key isn't set.
     QCoro::Task<std::optional<QString>> readDefaultValue(QString domain, QString key,
                                                          PreferenceHost host = PreferenceHost::Any);
@@ -326,7 +328,7 @@ public:
 
     // ---- Verification
 
-    enum class UnselectedTweaks { Ignored, ExpectedRestored };
+    using UnselectedTweaks = quorvane::UnselectedTweaks;
     /// Reads each tweak back from the live system, in a fixed order.
     /// @param cleanReboot  used when the settings select it
     QCoro::Task<ApplyVerificationResult>
@@ -509,6 +511,7 @@ private:
     NotificationCenter& m_notifications;
     ServiceManagementBTM m_serviceManagement;
     MasterSystemBaselineManager m_masterBaselines;
+    SystemReadings m_readings{*this};
 
     QStringList m_logMessages;
     bool m_isBusy = false;

@@ -1,13 +1,16 @@
 #pragma once
 
 #include "readings/PowerSettings.h"
-#include "system/SystemManager.h"
 #include "tweaks/PerformanceSettings.h"
 #include "verification/ApplyVerificationResult.h"
+#include "verification/UnselectedTweaks.h"
 
 #include <QCoroTask>
 
 namespace quorvane {
+
+class SystemReadings;
+struct MacPreference;
 
 /// Reads the eleven tweaks back from the live system, one after the other in a fixed order.
 ///
@@ -15,7 +18,7 @@ namespace quorvane {
 /// be read decides nothing by itself: each check says what a missing value means to it.
 class TweakVerification {
 public:
-    TweakVerification(SystemManager& system, PerformanceSettings settings, SystemManager::UnselectedTweaks unselected);
+    TweakVerification(const SystemReadings& readings, PerformanceSettings settings, UnselectedTweaks unselected);
 
     QCoro::Task<ApplyVerificationResult> run();
 
@@ -32,6 +35,10 @@ private:
     static const Row kRows[];
 
     static Verdict verdict(bool holds, const QString& verifiedDetail, const QString& failedDetail);
+    /// Where the detail says what was expected.
+    static Verdict verdict(bool holds, const QString& detail);
+
+    QCoro::Task<Verdict> onePreference(MacPreference preference, bool selected, QString applied, QString restored);
 
     QCoro::Task<Verdict> appNap(bool selected);
     QCoro::Task<Verdict> softwareUpdates(bool selected);
@@ -45,9 +52,9 @@ private:
     QCoro::Task<Verdict> spotlight(bool selected);
     QCoro::Task<Verdict> timeMachine(bool selected);
 
-    SystemManager& m_system;
+    const SystemReadings& m_readings;
     PerformanceSettings m_settings;
-    SystemManager::UnselectedTweaks m_unselected;
+    UnselectedTweaks m_unselected;
     PowerSettings m_power;
 };
 
