@@ -32,72 +32,47 @@ QStringList typedValue(const QString& value, bool isPerHost) {
     return {u"-string"_s, value};
 }
 
-/// The step that restores the next preferences of the table, as many as are told.
-class StepMaker {
-public:
-    StepMaker(const SystemSnapshot& snapshot, const QString& notificationCenter)
-        : m_snapshot(snapshot)
-        , m_notificationCenter(notificationCenter) {}
-
-    TweakStep next(int count, const QString& logLine) {
-        TweakStep step{{}, logLine};
-        for (int i = 0; i < count; ++i) {
-            const SnapshotPreference& preference = *m_preference++;
-            step.commands.append(
-                writeDefaultValueCommand(preference, m_snapshot.*preference.value, m_notificationCenter));
-        }
-        return step;
-    }
-
-private:
-    const SystemSnapshot& m_snapshot;
-    const QString& m_notificationCenter;
-    std::array<SnapshotPreference, 14>::const_iterator m_preference = snapshotPreferences().begin();
-};
-
 } // namespace
 
-QStringList writeDefaultValueCommand(const SnapshotPreference& preference, const std::optional<QString>& value,
+QStringList writeDefaultValueCommand(const MacPreference& preference, const std::optional<QString>& value,
                                      const QString& notificationCenter) {
-    const bool isPerHost = preference.isNotificationCenters();
-    const bool isSet = value && !value->isEmpty();
-    QStringList command{u"/usr/bin/defaults"_s};
-    if (isPerHost) {
-        command.append(u"-currentHost"_s);
+    if (!value || value->isEmpty()) {
+        return defaultsCommand(u"delete"_s, preference, notificationCenter);
     }
-    command += {isSet ? u"write"_s : u"delete"_s, isPerHost ? notificationCenter : preference.domain.toString(),
-                preference.key.toString()};
-    return isSet ? command + typedValue(*value, isPerHost) : command;
+    return defaultsCommand(u"write"_s, preference, notificationCenter) +
+           typedValue(*value, preference.isNotificationCenters());
 }
 
 QList<TweakStep> restoreSteps(const SystemSnapshot& snapshot, const QString& notificationCenter) {
-    StepMaker steps(snapshot, notificationCenter);
-    const TweakStep appNap = steps.next(2, u"  [RESTORED] App Nap settings."_s);
-    const TweakStep updates = steps.next(3, u"  [RESTORED] Software update settings."_s);
-    TweakStep notifications = steps.next(1, u"  [RESTORED] Notification settings."_s);
-    notifications.commands += startNotificationCenter();
-    const TweakStep siri = steps.next(2, u"  [RESTORED] Siri settings."_s);
-    const TweakStep crashReporter = steps.next(1, u"  [RESTORED] Crash Reporter settings."_s);
-    const TweakStep sounds = steps.next(1, u"  [RESTORED] UI sound settings."_s);
-    const TweakStep airDrop = steps.next(1, u"  [RESTORED] AirDrop settings."_s);
-    const TweakStep reboot = steps.next(3, u"  [RESTORED] Login and reboot settings."_s);
-    return {appNap, updates, notifications, siri, crashReporter, sounds, airDrop, reboot};
+    QList<TweakStep> steps;
+    for (const PreferenceGroup& group : preferenceGroups()) {
+        TweakStep step{{}, u"  [RESTORED] %1 settings."_s.arg(group.captured)};
+        for (const SnapshotPreference& preference : snapshotPreferences()) {
+            if (preference.tweak == group.tweak) {
+                step.commands.append(
+                    writeDefaultValueCommand(preference, snapshot.*preference.value, notificationCenter));
+            }
+        }
+        step.commands += commandsBehindPreferences(group, TweakState::Standard);
+        steps.append(step);
+    }
+    return steps;
 }
 
 QStringList restoreSystemCommands(const SystemSnapshot& snapshot) {
     QStringList commands;
     if (snapshot.pmsetStandby && snapshot.pmsetDisksleep && snapshot.pmsetSleep) {
-        commands.append(u"pmset -a standby %1 disksleep %2 sleep %3"_s.arg(
-            shellWord(*snapshot.pmsetStandby), shellWord(*snapshot.pmsetDisksleep), shellWord(*snapshot.pmsetSleep)));
+        commands.append(sleepCommand(shellWord(*snapshot.pmsetStandby), shellWord(*snapshot.pmsetDisksleep),
+                                     shellWord(*snapshot.pmsetSleep)));
     }
     if (snapshot.pmsetSms) {
-        commands.append(u"pmset -a sms "_s + shellWord(*snapshot.pmsetSms));
+        commands.append(motionSensorCommand(shellWord(*snapshot.pmsetSms)));
     }
     if (snapshot.spotlightIndexingEnabled) {
         commands.append(spotlightCommand(*snapshot.spotlightIndexingEnabled));
     }
     if (snapshot.timeMachineEnabled) {
-        commands.append(*snapshot.timeMachineEnabled ? u"tmutil enable"_s : u"tmutil disable"_s);
+        commands.append(timeMachineCommand(*snapshot.timeMachineEnabled));
     }
     return commands;
 }

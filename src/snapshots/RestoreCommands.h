@@ -17,10 +17,10 @@ namespace quorvane {
 /// that the preference had isn't known any more and follows from the text: a boolean for "true", "false", "yes", "no", "1" and
 /// "0" in any case; a whole number, but not among the per-host preferences; else a string.
 /// @param notificationCenter  the path of Notification Center's per-host preferences
-QStringList writeDefaultValueCommand(const SnapshotPreference& preference, const std::optional<QString>& value,
+QStringList writeDefaultValueCommand(const MacPreference& preference, const std::optional<QString>& value,
                                      const QString& notificationCenter);
 
-/// Puts the preferences back as the user.
+/// Puts the preferences back as the user, group by group.
 QList<TweakStep> restoreSteps(const SystemSnapshot& snapshot, const QString& notificationCenter);
 
 /// What needs root; empty when the snapshot knows nothing of it. Standby, disk sleep and sleep go together or not at all.

@@ -18,25 +18,25 @@ constexpr std::array<PowerField, 4> kPowerFields{{{"pmsetStandby", &SystemSnapsh
 
 } // namespace
 
-const std::array<SnapshotPreference, 14>& snapshotPreferences() {
+const std::array<SnapshotPreference, kMacPreferences.size()>& snapshotPreferences() {
     using S = SystemSnapshot;
-    static constexpr std::array<SnapshotPreference, 14> preferences{{
-        {"appNapDisabled", &S::appNapDisabled, u"NSGlobalDomain", u"NSAppSleepDisabled"},
-        {"abletonAppNapDisabled", &S::abletonAppNapDisabled, u"com.ableton.live", u"NSAppSleepDisabled"},
-        {"automaticDownload", &S::automaticDownload, u"com.apple.SoftwareUpdate", u"AutomaticDownload"},
-        {"automaticCheckEnabled", &S::automaticCheckEnabled, u"com.apple.SoftwareUpdate", u"AutomaticCheckEnabled"},
-        {"commerceAutoUpdate", &S::commerceAutoUpdate, u"com.apple.commerce", u"AutoUpdate"},
-        {"doNotDisturb", &S::doNotDisturb, {}, u"doNotDisturb"},
-        {"siriStatus", &S::siriStatus, u"com.apple.Siri", u"Status"},
-        {"assistantEnabled", &S::assistantEnabled, u"com.apple.assistant.support", u"Assistant Enabled"},
-        {"crashReporterDialogType", &S::crashReporterDialogType, u"com.apple.CrashReporter", u"DialogType"},
-        {"uiSoundsEnabled", &S::uiSoundsEnabled, u"com.apple.systemsound", u"com.apple.sound.uiaudio.enabled"},
-        {"disableAirDrop", &S::disableAirDrop, u"com.apple.NetworkBrowser", u"DisableAirDrop"},
-        {"talLogoutSavesState", &S::talLogoutSavesState, u"com.apple.loginwindow", u"TALLogoutSavesState"},
-        {"loginwindowLaunchesRelaunchApps", &S::loginwindowLaunchesRelaunchApps, u"com.apple.loginwindow",
-         u"LoginwindowLaunchesRelaunchApps"},
-        {"quitAlwaysKeepsWindows", &S::quitAlwaysKeepsWindows, u"NSGlobalDomain", u"NSQuitAlwaysKeepsWindows"},
+    static constexpr std::array<SnapshotPreference, kMacPreferences.size()> preferences{{
+        {preference::kAppSleep, "appNapDisabled", &S::appNapDisabled},
+        {preference::kLiveAppSleep, "abletonAppNapDisabled", &S::abletonAppNapDisabled},
+        {preference::kUpdateDownload, "automaticDownload", &S::automaticDownload},
+        {preference::kUpdateCheck, "automaticCheckEnabled", &S::automaticCheckEnabled},
+        {preference::kStoreUpdate, "commerceAutoUpdate", &S::commerceAutoUpdate},
+        {preference::kDoNotDisturb, "doNotDisturb", &S::doNotDisturb},
+        {preference::kSiriStatus, "siriStatus", &S::siriStatus},
+        {preference::kAssistant, "assistantEnabled", &S::assistantEnabled},
+        {preference::kCrashDialog, "crashReporterDialogType", &S::crashReporterDialogType},
+        {preference::kInterfaceSounds, "uiSoundsEnabled", &S::uiSoundsEnabled},
+        {preference::kAirDrop, "disableAirDrop", &S::disableAirDrop},
+        {preference::kLogoutState, "talLogoutSavesState", &S::talLogoutSavesState},
+        {preference::kLoginRelaunch, "loginwindowLaunchesRelaunchApps", &S::loginwindowLaunchesRelaunchApps},
+        {preference::kKeptWindows, "quitAlwaysKeepsWindows", &S::quitAlwaysKeepsWindows},
     }};
+    static_assert(preferences.back().value != nullptr, "a preference that no snapshot keeps");
     return preferences;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/JsonForward.h"
+#include "tweaks/TweakPreferences.h"
 
 #include <QDateTime>
 #include <QList>
@@ -61,19 +62,14 @@ struct SystemSnapshot {
     bool operator==(const SystemSnapshot&) const = default;
 };
 
-/// A preference of a snapshot: where it stands in the record, in its file and on the Mac.
-struct SnapshotPreference {
-    const char* jsonKey;
-    std::optional<QString> SystemSnapshot::*value;
-    QStringView
-        domain; ///< empty for Notification Center's per-host preferences, whose domain is a path in the user's home
-    QStringView key;
-
-    bool isNotificationCenters() const { return domain.isEmpty(); }
+/// A preference as a snapshot keeps it: where it stands in the record and in its file.
+struct SnapshotPreference : MacPreference {
+    const char* jsonKey = nullptr;
+    std::optional<QString> SystemSnapshot::*value = nullptr;
 };
 
-/// The fourteen preferences, in the order in which they are read and stand in the file.
-const std::array<SnapshotPreference, 14>& snapshotPreferences();
+/// Every preference that a tweak changes, in the order in which they are read and stand in the file.
+const std::array<SnapshotPreference, kMacPreferences.size()>& snapshotPreferences();
 
 Json encodeJson(const LoginItemSnapshot& item);
 /// All three fields are required. Throws DecodingError.

@@ -85,10 +85,7 @@ QCoro::Task<SystemSnapshot> SystemManager::readSystemSnapshot(std::optional<QStr
     snapshot.id = QUuid::createUuid();
     snapshot.dateCreated = m_host.clock.now();
     for (const SnapshotPreference& preference : snapshotPreferences()) {
-        const bool isPerHost = preference.isNotificationCenters();
-        const QString domain = isPerHost ? notificationCenterPreferences() : preference.domain.toString();
-        snapshot.*preference.value = co_await readDefaultValue(
-            domain, preference.key.toString(), isPerHost ? PreferenceHost::Current : PreferenceHost::Any);
+        snapshot.*preference.value = co_await m_readings.readPreference(preference);
     }
     snapshot.timeMachineEnabled = co_await readTimeMachineState();
     snapshot.spotlightIndexingEnabled = co_await readSpotlightState();

@@ -2,7 +2,6 @@
 
 #include "core/AdminBatch.h"
 #include "core/AdminPrompts.h"
-#include "platform/Machine.h"
 #include "startup/login/LoginItems.h"
 #include "tweaks/TweakCommands.h"
 
@@ -90,10 +89,6 @@ QCoro::Task<bool> SystemManager::verifyTweaks(PerformanceSettings settings, Unse
     logVerificationResult(result, u"Performance tweaks"_s);
     m_lastApplyVerification = result;
     co_return result.failed.isEmpty();
-}
-
-QString SystemManager::notificationCenterPreferences() const {
-    return m_host.machine.homeFolder() + u"/Library/Preferences/ByHost/com.apple.notificationcenterui"_s;
 }
 
 } // namespace quorvane

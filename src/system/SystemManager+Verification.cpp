@@ -45,7 +45,7 @@ void checkPermittedLoginItems(ApplyVerificationResult& result, const LoginItemLi
 QCoro::Task<ApplyVerificationResult> SystemManager::verifyAppliedSettings(PerformanceSettings settings,
                                                                           UnselectedTweaks unselected,
                                                                           CleanReboot cleanReboot) {
-    TweakVerification tweaks(*this, settings, unselected);
+    TweakVerification tweaks(m_readings, settings, unselected);
     ApplyVerificationResult result = co_await tweaks.run();
     if (settings.cleanReboot) {
         const ApplyVerificationResult clean = co_await verifyCleanReboot(cleanReboot);
@@ -62,7 +62,7 @@ QCoro::Task<ApplyVerificationResult> SystemManager::verifyCleanReboot(CleanReboo
     ApplyVerificationResult result;
     addCheck(result, co_await isAppRestorationOff(), u"Clean Reboot"_s, u"app restoration disabled"_s,
              u"expected app restoration disabled"_s);
-    const auto keepsWindows = co_await readDefaultValue(u"NSGlobalDomain"_s, u"NSQuitAlwaysKeepsWindows"_s);
+    const auto keepsWindows = co_await m_readings.readPreference(preference::kKeptWindows);
     addCheck(result, isOffValue(keepsWindows), u"Clean Reboot windows"_s, u"window restoration disabled"_s,
              u"expected window restoration disabled"_s);
     if (!cleanReboot.startup) {
@@ -77,9 +77,8 @@ QCoro::Task<ApplyVerificationResult> SystemManager::verifyCleanReboot(CleanReboo
 }
 
 QCoro::Task<bool> SystemManager::isAppRestorationOff() {
-    const auto savesState = co_await readDefaultValue(u"com.apple.loginwindow"_s, u"TALLogoutSavesState"_s);
-    const auto relaunchesApps =
-        co_await readDefaultValue(u"com.apple.loginwindow"_s, u"LoginwindowLaunchesRelaunchApps"_s);
+    const auto savesState = co_await m_readings.readPreference(preference::kLogoutState);
+    const auto relaunchesApps = co_await m_readings.readPreference(preference::kLoginRelaunch);
     co_return isOffValue(savesState) && isOffValue(relaunchesApps);
 }
 

@@ -5,6 +5,7 @@
 #include "core/FlowEnvironment.h"
 #include "matching/SystemConfigurationMatch.h"
 #include "platform/Host.h"
+#include "readings/SystemReadings.h"
 #include "snapshots/MasterSystemBaselineManager.h"
 #include "startup/apply/StartupChangePreview.h"
 #include "startup/background/BackgroundFetch.h"
@@ -13,6 +14,7 @@
 #include "startup/items/LoginItem.h"
 #include "tweaks/PerformanceSettings.h"
 #include "verification/ApplyVerificationResult.h"
+#include "verification/UnselectedTweaks.h"
 
 #include <QObject>
 #include <QString>
@@ -309,7 +311,7 @@ public:
 
     // ---- Reading the live system
 
-    enum class PreferenceHost { Any, Current };
+    using PreferenceHost = quorvane::PreferenceHost;
     /// The value of a preference as the `defaults` tool prints it, trimmed; none when the key isn't set.
     QCoro::Task<std::optional<QString>> readDefaultValue(QString domain, QString key,
                                                          PreferenceHost host = PreferenceHost::Any);
@@ -325,7 +327,7 @@ public:
 
     // ---- Verification
 
-    enum class UnselectedTweaks { Ignored, ExpectedRestored };
+    using UnselectedTweaks = quorvane::UnselectedTweaks;
     /// Reads each tweak back from the live system, in a fixed order.
     /// @param cleanReboot  used when the settings select it
     QCoro::Task<ApplyVerificationResult>
@@ -417,6 +419,7 @@ private:
     Host m_host;
     NotificationCenter& m_notifications;
     MasterSystemBaselineManager m_masterBaselines;
+    SystemReadings m_readings{*this};
     std::unique_ptr<AdminBatch> m_adminBatch;
     std::unique_ptr<LoginItems> m_loginItems;
     std::unique_ptr<LaunchItems> m_launchItems;

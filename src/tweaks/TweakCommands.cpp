@@ -1,40 +1,25 @@
 #include "tweaks/TweakCommands.h"
 
+#include <algorithm>
+
 namespace quorvane {
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString kDefaults = u"/usr/bin/defaults"_s;
 const QString kLaunchctl = u"/bin/launchctl"_s;
 const QString kNotificationCenterAgent = u"/System/Library/LaunchAgents/com.apple.notificationcenterui.plist"_s;
 
-template <typename... Arguments>
-QStringList defaults(Arguments&&... arguments) {
-    return QStringList{kDefaults, QString(std::forward<Arguments>(arguments))...};
-}
+const QString kMotionSensorOff = u"0"_s;
+const QString kMotionSensorOn = u"1"_s;
 
-// ---- What puts a tweak in force
+using Settings = PerformanceSettings;
 
-QList<QStringList> bypassAppNap() {
-    return {defaults(u"write"_s, u"NSGlobalDomain"_s, u"NSAppSleepDisabled"_s, u"-bool"_s, u"YES"_s),
-            defaults(u"write"_s, u"com.ableton.live"_s, u"NSAppSleepDisabled"_s, u"-bool"_s, u"YES"_s)};
-}
-
-QList<QStringList> setAutomaticUpdates(const QString& value) {
-    return {defaults(u"write"_s, u"com.apple.SoftwareUpdate"_s, u"AutomaticDownload"_s, u"-bool"_s, value),
-            defaults(u"write"_s, u"com.apple.SoftwareUpdate"_s, u"AutomaticCheckEnabled"_s, u"-bool"_s, value),
-            defaults(u"write"_s, u"com.apple.commerce"_s, u"AutoUpdate"_s, u"-bool"_s, value)};
-}
-
-QStringList doNotDisturb(const QString& notificationCenter) {
-    return defaults(u"-currentHost"_s, u"write"_s, notificationCenter, u"doNotDisturb"_s, u"-boolean"_s, u"true"_s);
-}
-
+/// Nothing puts it back: it isn't one of the preferences that a snapshot keeps.
 QStringList doNotDisturbInFocusPreferences() {
-    return defaults(u"write"_s, u"com.apple.ncprefs.plist"_s, u"dnd_prefs"_s, u"-dict-add"_s, u"dnd_enabled"_s,
-                    u"-bool"_s, u"true"_s);
+    return defaultsCommand(u"write"_s, u"com.apple.ncprefs.plist"_s, u"dnd_prefs"_s, PreferenceHost::Any) +
+           QStringList{u"-dict-add"_s, u"dnd_enabled"_s, u"-bool"_s, u"true"_s};
 }
 
 QList<QStringList> stopNotificationCenter() {
@@ -42,79 +27,101 @@ QList<QStringList> stopNotificationCenter() {
             {kLaunchctl, u"unload"_s, u"-w"_s, kNotificationCenterAgent}};
 }
 
-QList<QStringList> disableSiri() {
-    return {defaults(u"write"_s, u"com.apple.Siri"_s, u"Status"_s, u"-string"_s, u"Disabled"_s),
-            defaults(u"write"_s, u"com.apple.assistant.support"_s, u"Assistant Enabled"_s, u"-bool"_s, u"false"_s)};
+QList<QStringList> startNotificationCenter() {
+    return {{kLaunchctl, u"load"_s, u"-w"_s, kNotificationCenterAgent},
+            {u"/usr/bin/open"_s, u"-a"_s, u"NotificationCenter"_s}};
 }
 
-QList<QStringList> silenceCrashReporter() {
-    return {defaults(u"write"_s, u"com.apple.CrashReporter"_s, u"DialogType"_s, u"-string"_s, u"none"_s)};
+QStringList preferenceCommand(const MacPreference& preference, TweakState state, const QString& notificationCenter) {
+    const QStringView value = state == TweakState::InForce ? preference.applied : preference.standard;
+    if (value.isEmpty()) {
+        return defaultsCommand(u"delete"_s, preference, notificationCenter);
+    }
+    return defaultsCommand(u"write"_s, preference, notificationCenter) +
+           QStringList{preference.type.toString(), value.toString()};
 }
 
-QList<QStringList> setInterfaceSounds(const QString& value) {
-    return {defaults(u"write"_s, u"com.apple.systemsound"_s, u"com.apple.sound.uiaudio.enabled"_s, u"-int"_s, value)};
+QList<QStringList> preferenceCommands(const PreferenceGroup& group, TweakState state,
+                                      const QString& notificationCenter) {
+    QList<QStringList> commands;
+    for (const MacPreference& preference : kMacPreferences) {
+        if (preference.tweak == group.tweak) {
+            commands.append(preferenceCommand(preference, state, notificationCenter));
+        }
+    }
+    return commands;
 }
 
-QList<QStringList> setAirDropDisabled(const QString& value) {
-    return {defaults(u"write"_s, u"com.apple.NetworkBrowser"_s, u"DisableAirDrop"_s, u"-bool"_s, value)};
+TweakStep stepTo(TweakState state, const PreferenceGroup& group, const QString& notificationCenter,
+                 const QString& logLine) {
+    return {preferenceCommands(group, state, notificationCenter) + commandsBehindPreferences(group, state), logLine};
 }
 
-// ---- What puts it back
-
-QList<QStringList> restoreAppNap() {
-    return {defaults(u"delete"_s, u"NSGlobalDomain"_s, u"NSAppSleepDisabled"_s),
-            defaults(u"delete"_s, u"com.ableton.live"_s, u"NSAppSleepDisabled"_s)};
+/// All but the clean reboot's: that step stands where the flow removes login items.
+QList<PreferenceGroup> groupsOfTweakSteps() {
+    QList<PreferenceGroup> groups;
+    for (const PreferenceGroup& group : preferenceGroups()) {
+        if (group.tweak != &Settings::cleanReboot) {
+            groups.append(group);
+        }
+    }
+    return groups;
 }
 
-QList<QStringList> restoreNotifications(const QString& notificationCenter) {
-    return QList<QStringList>{defaults(u"-currentHost"_s, u"delete"_s, notificationCenter, u"doNotDisturb"_s)} +
-           startNotificationCenter();
+const PreferenceGroup& cleanRebootGroup() {
+    const std::span<const PreferenceGroup> groups = preferenceGroups();
+    return *std::find_if(groups.begin(), groups.end(),
+                         [](const PreferenceGroup& group) { return group.tweak == &Settings::cleanReboot; });
 }
 
-QList<QStringList> restoreSiri() {
-    return {defaults(u"delete"_s, u"com.apple.Siri"_s, u"Status"_s),
-            defaults(u"write"_s, u"com.apple.assistant.support"_s, u"Assistant Enabled"_s, u"-bool"_s, u"true"_s)};
+/// A Mac that stays awake, or one with standard sleep values.
+QString powerCommand(bool staysAwake) {
+    return staysAwake ? sleepCommand(u"0"_s, u"0"_s, u"0"_s) : sleepCommand(u"1"_s, u"10"_s, u"1"_s);
 }
 
-QList<QStringList> restoreCrashReporter() {
-    return {defaults(u"delete"_s, u"com.apple.CrashReporter"_s, u"DialogType"_s)};
+QString appliedLine(QStringView text) {
+    return u"  [APPLIED] "_s + text.toString();
+}
+QString restoredLine(QStringView text) {
+    return u"  [RESTORED] "_s + text.toString();
 }
 
 } // namespace
 
-QList<QStringList> startNotificationCenter() {
-    return {{kLaunchctl, u"load"_s, u"-w"_s, kNotificationCenterAgent},
-            {u"/usr/bin/open"_s, u"-a"_s, u"NotificationCenter"_s}};
+QList<QStringList> commandsBehindPreferences(const PreferenceGroup& group, TweakState state) {
+    if (group.tweak != &Settings::notifications) {
+        return {};
+    }
+    return state == TweakState::InForce ? stopNotificationCenter() : startNotificationCenter();
+}
+
+QString sleepCommand(const QString& standby, const QString& diskSleep, const QString& sleep) {
+    return u"pmset -a standby %1 disksleep %2 sleep %3"_s.arg(standby, diskSleep, sleep);
+}
+
+QString motionSensorCommand(const QString& value) {
+    return u"pmset -a sms "_s + value;
 }
 
 QString spotlightCommand(bool indexes) {
     return indexes ? u"mdutil -a -i on"_s : u"mdutil -a -i off"_s;
 }
 
+QString timeMachineCommand(bool backsUp) {
+    return backsUp ? u"tmutil enable"_s : u"tmutil disable"_s;
+}
+
 QList<TweakStep> applySteps(const PerformanceSettings& settings, const QString& notificationCenter) {
     QList<TweakStep> steps;
-    if (settings.appNap) {
-        steps.append({bypassAppNap(), u"  [APPLIED] Disabled App Nap (prevents background audio dropouts)."_s});
-    }
-    if (settings.updates) {
-        steps.append({setAutomaticUpdates(u"NO"_s), u"  [APPLIED] Disabled automatic macOS and App Store updates."_s});
-    }
-    if (settings.notifications) {
-        steps.append({QList<QStringList>{doNotDisturb(notificationCenter), doNotDisturbInFocusPreferences()} +
-                          stopNotificationCenter(),
-                      u"  [APPLIED] Suppressed Notifications/Notification Center."_s});
-    }
-    if (settings.siri) {
-        steps.append({disableSiri(), u"  [APPLIED] Disabled Siri processing."_s});
-    }
-    if (settings.crashReporter) {
-        steps.append({silenceCrashReporter(), u"  [APPLIED] Disabled Crash Reporter popups."_s});
-    }
-    if (settings.uiSounds) {
-        steps.append({setInterfaceSounds(u"0"_s), u"  [APPLIED] Muted System UI sound effects."_s});
-    }
-    if (settings.airdrop) {
-        steps.append({setAirDropDisabled(u"YES"_s), u"  [APPLIED] Deactivated AirDrop proximity sharing."_s});
+    for (const PreferenceGroup& group : groupsOfTweakSteps()) {
+        if (settings.*group.tweak) {
+            QList<QStringList> commands = preferenceCommands(group, TweakState::InForce, notificationCenter);
+            if (group.tweak == &Settings::notifications) {
+                commands.append(doNotDisturbInFocusPreferences());
+            }
+            steps.append(
+                {commands + commandsBehindPreferences(group, TweakState::InForce), appliedLine(group.applied)});
+        }
     }
     return steps;
 }
@@ -122,80 +129,58 @@ QList<TweakStep> applySteps(const PerformanceSettings& settings, const QString& 
 QStringList applySystemCommands(const PerformanceSettings& settings) {
     QStringList commands;
     if (settings.usbPower) {
-        commands.append(u"pmset -a standby 0 disksleep 0 sleep 0"_s);
+        commands.append(powerCommand(true));
     }
     if (settings.spotlight) {
         commands.append(spotlightCommand(false));
     }
     if (settings.timeMachine) {
-        commands.append(u"tmutil disable"_s);
+        commands.append(timeMachineCommand(false));
     }
     if (settings.sms) {
-        commands.append(u"pmset -a sms 0"_s);
+        commands.append(motionSensorCommand(kMotionSensorOff));
     }
     return commands;
 }
 
 QList<TweakStep> syncSteps(const PerformanceSettings& settings, const QString& notificationCenter) {
-    const auto step = [](bool selected, const TweakStep& applied, const TweakStep& restored) {
-        return selected ? applied : restored;
-    };
     // Unlike the one-way apply, a sync leaves the Focus preferences alone, by intent.
-    const QList<QStringList> suppress = QList<QStringList>{doNotDisturb(notificationCenter)} + stopNotificationCenter();
-    return {step(settings.appNap, {bypassAppNap(), u"  [APPLIED] Disabled App Nap."_s},
-                 {restoreAppNap(), u"  [RESTORED] Re-enabled App Nap."_s}),
-            step(settings.updates, {setAutomaticUpdates(u"NO"_s), u"  [APPLIED] Disabled automatic updates."_s},
-                 {setAutomaticUpdates(u"YES"_s), u"  [RESTORED] Re-enabled automatic updates."_s}),
-            step(settings.notifications, {suppress, u"  [APPLIED] Suppressed Notifications."_s},
-                 {restoreNotifications(notificationCenter), u"  [RESTORED] Re-enabled Notifications."_s}),
-            step(settings.siri, {disableSiri(), u"  [APPLIED] Disabled Siri."_s},
-                 {restoreSiri(), u"  [RESTORED] Re-enabled Siri."_s}),
-            step(settings.crashReporter, {silenceCrashReporter(), u"  [APPLIED] Disabled Crash Reporter."_s},
-                 {restoreCrashReporter(), u"  [RESTORED] Re-enabled Crash Reporter."_s}),
-            step(settings.uiSounds, {setInterfaceSounds(u"0"_s), u"  [APPLIED] Muted UI sounds."_s},
-                 {setInterfaceSounds(u"1"_s), u"  [RESTORED] Restored UI sounds."_s}),
-            step(settings.airdrop, {setAirDropDisabled(u"YES"_s), u"  [APPLIED] Deactivated AirDrop."_s},
-                 {setAirDropDisabled(u"NO"_s), u"  [RESTORED] Re-activated AirDrop."_s})};
+    QList<TweakStep> steps;
+    for (const PreferenceGroup& group : groupsOfTweakSteps()) {
+        steps.append(settings.*group.tweak
+                         ? stepTo(TweakState::InForce, group, notificationCenter, appliedLine(group.switchedOn))
+                         : stepTo(TweakState::Standard, group, notificationCenter, restoredLine(group.switchedOff)));
+    }
+    return steps;
 }
 
 QStringList syncSystemCommands(const PerformanceSettings& settings) {
-    const QString sleep = settings.usbPower ? u"0"_s : u"1"_s;
-    const QString diskSleep = settings.usbPower ? u"0"_s : u"10"_s;
-    const QString motionSensor = settings.sms ? u"0"_s : u"1"_s;
-    return {u"pmset -a standby %1 disksleep %2 sleep %1 sms %3"_s.arg(sleep, diskSleep, motionSensor),
-            spotlightCommand(!settings.spotlight), settings.timeMachine ? u"tmutil disable"_s : u"tmutil enable"_s};
+    return {powerCommand(settings.usbPower) + u" sms "_s + (settings.sms ? kMotionSensorOff : kMotionSensorOn),
+            spotlightCommand(!settings.spotlight), timeMachineCommand(!settings.timeMachine)};
 }
 
 QList<TweakStep> undoSteps(const QString& notificationCenter) {
-    return {{restoreAppNap(), u"  [REVERTED] Re-enabled App Nap."_s},
-            {setAutomaticUpdates(u"YES"_s), u"  [REVERTED] Re-enabled automatic updates."_s},
-            {restoreNotifications(notificationCenter), u"  [REVERTED] Re-enabled Notifications."_s},
-            {restoreSiri(), u"  [REVERTED] Re-enabled Siri."_s},
-            {restoreCrashReporter(), u"  [REVERTED] Re-enabled Crash Reporter."_s},
-            {setInterfaceSounds(u"1"_s), u"  [REVERTED] Restored System UI sound effects."_s},
-            {setAirDropDisabled(u"NO"_s), u"  [REVERTED] Re-activated AirDrop."_s},
-            restoreAppRestorationStep()};
+    QList<TweakStep> steps;
+    for (const PreferenceGroup& group : groupsOfTweakSteps()) {
+        steps.append(
+            stepTo(TweakState::Standard, group, notificationCenter, u"  [REVERTED] "_s + group.undone.toString()));
+    }
+    return steps + QList<TweakStep>{restoreAppRestorationStep()};
 }
 
 QStringList undoSystemCommands() {
-    return {u"pmset -a standby 1 disksleep 10 sleep 1"_s, spotlightCommand(true), u"tmutil enable"_s,
-            u"pmset -a sms 1"_s};
+    return {powerCommand(false), spotlightCommand(true), timeMachineCommand(true),
+            motionSensorCommand(kMotionSensorOn)};
 }
 
 TweakStep restoreAppRestorationStep() {
-    return {
-        {defaults(u"write"_s, u"com.apple.loginwindow"_s, u"TALLogoutSavesState"_s, u"-bool"_s, u"true"_s),
-         defaults(u"write"_s, u"com.apple.loginwindow"_s, u"LoginwindowLaunchesRelaunchApps"_s, u"-bool"_s, u"true"_s),
-         defaults(u"delete"_s, u"NSGlobalDomain"_s, u"NSQuitAlwaysKeepsWindows"_s)},
-        u"  [RESTORED] Re-enabled app restoration on reboot."_s};
+    const PreferenceGroup& group = cleanRebootGroup();
+    return stepTo(TweakState::Standard, group, {}, restoredLine(group.switchedOff));
 }
 
 TweakStep stopAppRestorationStep() {
-    return {
-        {defaults(u"write"_s, u"com.apple.loginwindow"_s, u"TALLogoutSavesState"_s, u"-bool"_s, u"false"_s),
-         defaults(u"write"_s, u"com.apple.loginwindow"_s, u"LoginwindowLaunchesRelaunchApps"_s, u"-bool"_s, u"false"_s),
-         defaults(u"write"_s, u"NSGlobalDomain"_s, u"NSQuitAlwaysKeepsWindows"_s, u"-bool"_s, u"false"_s)},
-        u"  [APPLIED] Disabled app and window restoration on reboot."_s};
+    const PreferenceGroup& group = cleanRebootGroup();
+    return stepTo(TweakState::InForce, group, {}, appliedLine(group.applied));
 }
 
 } // namespace quorvane

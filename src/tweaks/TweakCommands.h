@@ -1,6 +1,7 @@
 #pragma once
 
 #include "tweaks/PerformanceSettings.h"
+#include "tweaks/TweakPreferences.h"
 
 #include <QList>
 #include <QString>
@@ -38,9 +39,18 @@ TweakStep restoreAppRestorationStep();
 /// Keeps macOS from reopening apps and windows after a restart.
 TweakStep stopAppRestorationStep();
 
-/// Brings a suppressed Notification Center back.
-QList<QStringList> startNotificationCenter();
-/// The root command that switches Spotlight's indexing of all volumes.
+enum class TweakState { InForce, Standard };
+/// What follows when the preferences of a group have been written: Notification Center itself is stopped and started.
+QList<QStringList> commandsBehindPreferences(const PreferenceGroup& group, TweakState state);
+
+// Single commands of root. Values are words of the shell.
+
+/// On every source of power: standby as 1 or 0, the others in minutes, of which 0 is never.
+QString sleepCommand(const QString& standby, const QString& diskSleep, const QString& sleep);
+QString motionSensorCommand(const QString& value);
+/// Switches the indexing of all volumes.
 QString spotlightCommand(bool indexes);
+/// Switches the automatic backups.
+QString timeMachineCommand(bool backsUp);
 
 } // namespace quorvane

@@ -1,5 +1,7 @@
 #include "verification/TweakVerification.h"
 
+#include "readings/SystemReadings.h"
+#include "tweaks/TweakPreferences.h"
 #include "verification/ValueTests.h"
 
 #include <QCoroTask>
@@ -12,8 +14,24 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-bool equals(const std::optional<QString>& value, const QString& lowerCased) {
-    return value && value->toLower() == lowerCased;
+/// A switch reads as it was written by its meaning, a word by its letters in any case.
+bool isApplied(const MacPreference& preference, const std::optional<QString>& value) {
+    const QString applied = preference.applied.toString();
+    if (isTruthy(applied)) {
+        return isTruthy(value);
+    }
+    if (isFalsy(applied)) {
+        return isFalsy(value);
+    }
+    return value && value->toLower() == applied.toLower();
+}
+
+/// A key that isn't set is as good as the value that the program writes to put a tweak back.
+bool isRestored(const MacPreference& preference, const std::optional<QString>& value) {
+    if (isFalsy(preference.applied.toString())) {
+        return !value || isTruthy(value);
+    }
+    return isTruthy(preference.applied.toString()) ? isFalsy(value) : !isApplied(preference, value);
 }
 
 } // namespace
@@ -32,18 +50,18 @@ const TweakVerification::Row TweakVerification::kRows[] = {
     {u"Time Machine", &PerformanceSettings::timeMachine, &TweakVerification::timeMachine},
 };
 
-TweakVerification::TweakVerification(SystemManager& system, PerformanceSettings settings,
-                                     SystemManager::UnselectedTweaks unselected)
-    : m_system(system)
+TweakVerification::TweakVerification(const SystemReadings& readings, PerformanceSettings settings,
+                                     UnselectedTweaks unselected)
+    : m_readings(readings)
     , m_settings(std::move(settings))
     , m_unselected(unselected) {}
 
 QCoro::Task<ApplyVerificationResult> TweakVerification::run() {
     ApplyVerificationResult result;
-    m_power = co_await m_system.readPowerSettings();
+    m_power = co_await m_readings.readPowerSettings();
     for (const Row& row : kRows) {
         const bool selected = m_settings.*row.setting;
-        if (!selected && m_unselected == SystemManager::UnselectedTweaks::Ignored) {
+        if (!selected && m_unselected == UnselectedTweaks::Ignored) {
             continue;
         }
         const Verdict found = co_await (this->*row.check)(selected);
@@ -57,56 +75,56 @@ TweakVerification::Verdict TweakVerification::verdict(bool holds, const QString&
     return {holds, holds ? verifiedDetail : failedDetail};
 }
 
+TweakVerification::Verdict TweakVerification::verdict(bool holds, const QString& detail) {
+    return verdict(holds, detail, u"expected "_s + detail);
+}
+
+QCoro::Task<TweakVerification::Verdict> TweakVerification::onePreference(MacPreference preference, bool selected,
+                                                                         QString applied, QString restored) {
+    const auto value = co_await m_readings.readPreference(preference);
+    co_return selected ? verdict(isApplied(preference, value), applied)
+                       : verdict(isRestored(preference, value), restored);
+}
+
 QCoro::Task<TweakVerification::Verdict> TweakVerification::appNap(bool selected) {
-    const auto value = co_await m_system.readDefaultValue(u"NSGlobalDomain"_s, u"NSAppSleepDisabled"_s);
-    co_return selected ? verdict(isTruthy(value), u"disabled"_s, u"expected disabled"_s)
-                       : verdict(isFalsy(value), u"enabled"_s, u"expected enabled"_s);
+    return onePreference(preference::kAppSleep, selected, u"disabled"_s, u"enabled"_s);
 }
 
 QCoro::Task<TweakVerification::Verdict> TweakVerification::softwareUpdates(bool selected) {
-    const auto download = co_await m_system.readDefaultValue(u"com.apple.SoftwareUpdate"_s, u"AutomaticDownload"_s);
+    using namespace preference;
+    const auto download = co_await m_readings.readPreference(kUpdateDownload);
     if (!selected) {
-        co_return verdict(!download || isTruthy(download), u"enabled"_s, u"expected enabled"_s);
+        co_return verdict(isRestored(kUpdateDownload, download), u"enabled"_s);
     }
-    const auto check = co_await m_system.readDefaultValue(u"com.apple.SoftwareUpdate"_s, u"AutomaticCheckEnabled"_s);
-    const auto store = co_await m_system.readDefaultValue(u"com.apple.commerce"_s, u"AutoUpdate"_s);
-    co_return verdict(isFalsy(download) && isFalsy(check) && isFalsy(store), u"disabled"_s, u"expected disabled"_s);
+    const auto check = co_await m_readings.readPreference(kUpdateCheck);
+    const auto store = co_await m_readings.readPreference(kStoreUpdate);
+    co_return verdict(isApplied(kUpdateDownload, download) && isApplied(kUpdateCheck, check) &&
+                          isApplied(kStoreUpdate, store),
+                      u"disabled"_s);
 }
 
 QCoro::Task<TweakVerification::Verdict> TweakVerification::notifications(bool selected) {
-    const auto value = co_await m_system.readDefaultValue(m_system.notificationCenterPreferences(), u"doNotDisturb"_s,
-                                                          SystemManager::PreferenceHost::Current);
-    co_return selected ? verdict(isTruthy(value), u"suppressed"_s, u"expected suppressed"_s)
-                       : verdict(isFalsy(value), u"enabled"_s, u"expected enabled"_s);
+    return onePreference(preference::kDoNotDisturb, selected, u"suppressed"_s, u"enabled"_s);
 }
 
 QCoro::Task<TweakVerification::Verdict> TweakVerification::siri(bool selected) {
-    if (selected && equals(co_await m_system.readDefaultValue(u"com.apple.Siri"_s, u"Status"_s), u"disabled"_s)) {
-        co_return verdict(true, u"disabled"_s, {});
+    using namespace preference;
+    if (selected && isApplied(kSiriStatus, co_await m_readings.readPreference(kSiriStatus))) {
+        co_return verdict(true, u"disabled"_s);
     }
-    const auto assistant = co_await m_system.readDefaultValue(u"com.apple.assistant.support"_s, u"Assistant Enabled"_s);
-    co_return selected ? verdict(isFalsy(assistant), u"disabled"_s, u"expected disabled"_s)
-                       : verdict(!assistant || isTruthy(assistant), u"enabled"_s, u"expected enabled"_s);
+    co_return co_await onePreference(kAssistant, selected, u"disabled"_s, u"enabled"_s);
 }
 
 QCoro::Task<TweakVerification::Verdict> TweakVerification::crashReporter(bool selected) {
-    const auto value = co_await m_system.readDefaultValue(u"com.apple.CrashReporter"_s, u"DialogType"_s);
-    const bool isSilent = equals(value, u"none"_s);
-    co_return selected ? verdict(isSilent, u"disabled"_s, u"expected disabled"_s)
-                       : verdict(!isSilent, u"enabled"_s, u"expected enabled"_s);
+    return onePreference(preference::kCrashDialog, selected, u"disabled"_s, u"enabled"_s);
 }
 
 QCoro::Task<TweakVerification::Verdict> TweakVerification::interfaceSounds(bool selected) {
-    const auto value =
-        co_await m_system.readDefaultValue(u"com.apple.systemsound"_s, u"com.apple.sound.uiaudio.enabled"_s);
-    co_return selected ? verdict(isFalsy(value), u"muted"_s, u"expected muted"_s)
-                       : verdict(!value || isTruthy(value), u"enabled"_s, u"expected enabled"_s);
+    return onePreference(preference::kInterfaceSounds, selected, u"muted"_s, u"enabled"_s);
 }
 
 QCoro::Task<TweakVerification::Verdict> TweakVerification::airDrop(bool selected) {
-    const auto value = co_await m_system.readDefaultValue(u"com.apple.NetworkBrowser"_s, u"DisableAirDrop"_s);
-    co_return selected ? verdict(isTruthy(value), u"disabled"_s, u"expected disabled"_s)
-                       : verdict(isFalsy(value), u"enabled"_s, u"expected enabled"_s);
+    return onePreference(preference::kAirDrop, selected, u"disabled"_s, u"enabled"_s);
 }
 
 QCoro::Task<TweakVerification::Verdict> TweakVerification::usbPower(bool selected) {
@@ -124,26 +142,26 @@ QCoro::Task<TweakVerification::Verdict> TweakVerification::motionSensor(bool sel
 }
 
 QCoro::Task<TweakVerification::Verdict> TweakVerification::spotlight(bool selected) {
-    const std::optional<bool> indexes = co_await m_system.readSpotlightState();
+    const std::optional<bool> indexes = co_await m_readings.readSpotlightState();
     if (selected) {
         co_return verdict(indexes == false, u"indexing off"_s, u"expected indexing off"_s);
     }
     if (indexes == true) {
         co_return verdict(true, u"indexing on"_s, {});
     }
-    const bool isKnown = (co_await m_system.readSpotlightState()).has_value();
+    const bool isKnown = (co_await m_readings.readSpotlightState()).has_value();
     co_return verdict(false, {}, isKnown ? u"expected indexing on"_s : u"could not read status"_s);
 }
 
 QCoro::Task<TweakVerification::Verdict> TweakVerification::timeMachine(bool selected) {
-    const std::optional<bool> isRunning = co_await m_system.readTimeMachineState();
+    const std::optional<bool> isRunning = co_await m_readings.readTimeMachineState();
     if (selected) {
         co_return verdict(isRunning == false, u"disabled"_s, u"expected disabled"_s);
     }
     if (isRunning == true) {
         co_return verdict(true, u"enabled"_s, {});
     }
-    const bool isKnown = (co_await m_system.readTimeMachineState()).has_value();
+    const bool isKnown = (co_await m_readings.readTimeMachineState()).has_value();
     co_return verdict(false, {}, isKnown ? u"expected enabled"_s : u"could not read status"_s);
 }
 

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "readings/PowerSettings.h"
-#include "system/SystemManager.h"
 #include "tweaks/PerformanceSettings.h"
 #include "verification/ApplyVerificationResult.h"
+#include "verification/UnselectedTweaks.h"
 
 namespace QCoro {
 template <typename T>
@@ -12,13 +12,16 @@ class Task;
 
 namespace quorvane {
 
+class SystemReadings;
+struct MacPreference;
+
 /// Reads the eleven tweaks back from the live system, one after the other in a fixed order.
 ///
 /// A selected tweak must read as applied; an unselected one is skipped, or must read as restored. A value that can't
 /// be read decides nothing by itself: each check says what a missing value means to it.
 class TweakVerification {
 public:
-    TweakVerification(SystemManager& system, PerformanceSettings settings, SystemManager::UnselectedTweaks unselected);
+    TweakVerification(const SystemReadings& readings, PerformanceSettings settings, UnselectedTweaks unselected);
 
     QCoro::Task<ApplyVerificationResult> run();
 
@@ -35,6 +38,10 @@ private:
     static const Row kRows[];
 
     static Verdict verdict(bool holds, const QString& verifiedDetail, const QString& failedDetail);
+    /// Where the detail says what was expected.
+    static Verdict verdict(bool holds, const QString& detail);
+
+    QCoro::Task<Verdict> onePreference(MacPreference preference, bool selected, QString applied, QString restored);
 
     QCoro::Task<Verdict> appNap(bool selected);
     QCoro::Task<Verdict> softwareUpdates(bool selected);
@@ -48,9 +55,9 @@ private:
     QCoro::Task<Verdict> spotlight(bool selected);
     QCoro::Task<Verdict> timeMachine(bool selected);
 
-    SystemManager& m_system;
+    const SystemReadings& m_readings;
     PerformanceSettings m_settings;
-    SystemManager::UnselectedTweaks m_unselected;
+    UnselectedTweaks m_unselected;
     PowerSettings m_power;
 };
 

@@ -1,5 +1,5 @@
-#include "core/Json.h"
 #include "startup/items/CloudSyncService.h"
+#include "core/Json.h"
 
 #include "fakes/MemoryFileManager.h"
 

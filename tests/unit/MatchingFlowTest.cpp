@@ -1,3 +1,4 @@
+#include "fakes/ReadingLines.h"
 #include "fakes/StartupSystem.h"
 
 #include "core/UserDefaultKeys.h"
@@ -14,36 +15,15 @@ const QString kNoMatch = u"  [VERIFY] No saved profile fully matches the current
 const QString kStart = u"\n[VERIFY] Scanning current system settings...\n"_s;
 
 /// What a check of a profile reads that leaves all tweaks off.
-const QString kReadings = u"$> /usr/bin/pmset -g custom\n"
-                          "$> /usr/bin/defaults read NSGlobalDomain NSAppSleepDisabled\n"
-                          "$> /usr/bin/defaults read com.apple.SoftwareUpdate AutomaticDownload\n"
-                          "$> /usr/bin/defaults -currentHost read "
-                          "/Users/alex/Library/Preferences/ByHost/com.apple.notificationcenterui doNotDisturb\n"
-                          "$> /usr/bin/defaults read com.apple.assistant.support \"Assistant Enabled\"\n"
-                          "$> /usr/bin/defaults read com.apple.CrashReporter DialogType\n"
-                          "$> /usr/bin/defaults read com.apple.systemsound com.apple.sound.uiaudio.enabled\n"
-                          "$> /usr/bin/defaults read com.apple.NetworkBrowser DisableAirDrop\n"
-                          "$> /usr/bin/mdutil -s /\n"
-                          "$> /usr/bin/tmutil status\n"_s;
-const QString kRestorationReadings =
-    u"$> /usr/bin/defaults read com.apple.loginwindow TALLogoutSavesState\n"
-    "$> /usr/bin/defaults read com.apple.loginwindow LoginwindowLaunchesRelaunchApps\n"_s;
+const QString kReadings = reading::traced(reading::kTweaksOff);
+const QString kRestorationReadings = reading::traced(reading::kAppRestoration);
 /// What the check of the built-in Default reads.
-const QString kDefaultReadings = u"$> /usr/bin/pmset -g custom\n"
-                                 "$> /usr/bin/defaults read NSGlobalDomain NSAppSleepDisabled\n"
-                                 "$> /usr/bin/defaults read com.apple.SoftwareUpdate AutomaticDownload\n"
-                                 "$> /usr/bin/defaults read com.apple.SoftwareUpdate AutomaticCheckEnabled\n"
-                                 "$> /usr/bin/defaults read com.apple.commerce AutoUpdate\n"
-                                 "$> /usr/bin/defaults -currentHost read "
-                                 "/Users/alex/Library/Preferences/ByHost/com.apple.notificationcenterui doNotDisturb\n"
-                                 "$> /usr/bin/defaults read com.apple.Siri Status\n"
-                                 "$> /usr/bin/defaults read com.apple.assistant.support \"Assistant Enabled\"\n"
-                                 "$> /usr/bin/defaults read com.apple.CrashReporter DialogType\n"
-                                 "$> /usr/bin/defaults read com.apple.systemsound com.apple.sound.uiaudio.enabled\n"
-                                 "$> /usr/bin/defaults read com.apple.NetworkBrowser DisableAirDrop\n"
-                                 "$> /usr/bin/mdutil -s /\n"
-                                 "$> /usr/bin/tmutil status\n"_s +
-                                 kRestorationReadings;
+const QString kDefaultReadings =
+    reading::traced({reading::kPower, reading::kAppNap, reading::kUpdateDownload, reading::kUpdateCheck,
+                     reading::kStoreUpdate, reading::kDoNotDisturb, reading::kSiri, reading::kAssistant,
+                     reading::kCrashReporter, reading::kSounds, reading::kAirDrop, reading::kSpotlight,
+                     reading::kTimeMachine}) +
+    kRestorationReadings;
 
 UnifiedProfile profileNamed(const QString& name, bool PerformanceSettings::*tweak = nullptr) {
     UnifiedProfile profile;
@@ -59,30 +39,26 @@ UnifiedProfile profileNamed(const QString& name, bool PerformanceSettings::*twea
 class MatchingFlow : public StartupSystem {
 protected:
     MatchingFlow() {
-        set(u"NSGlobalDomain NSAppSleepDisabled"_s, "0");
-        set(u"com.apple.SoftwareUpdate AutomaticDownload"_s, "1");
-        set(u"com.apple.SoftwareUpdate AutomaticCheckEnabled"_s, "1");
-        set(u"com.apple.commerce AutoUpdate"_s, "1");
-        commands.print(u"/usr/bin/defaults -currentHost read "
-                       "/Users/alex/Library/Preferences/ByHost/com.apple.notificationcenterui doNotDisturb"_s,
-                       "0\n");
-        set(u"com.apple.Siri Status"_s, "Enabled");
-        set(u"com.apple.assistant.support \"Assistant Enabled\""_s, "1");
-        set(u"com.apple.CrashReporter DialogType"_s, "crashreport");
-        set(u"com.apple.systemsound com.apple.sound.uiaudio.enabled"_s, "1");
-        set(u"com.apple.NetworkBrowser DisableAirDrop"_s, "0");
-        set(u"com.apple.loginwindow TALLogoutSavesState"_s, "1");
-        set(u"com.apple.loginwindow LoginwindowLaunchesRelaunchApps"_s, "1");
-        commands.print(u"/usr/bin/pmset -g custom"_s, " standby 1\n disksleep 10\n sleep 1\n sms 1\n");
-        commands.print(u"/usr/bin/mdutil -s /"_s, "\tIndexing enabled. \n");
+        set(reading::kAppNap, "0");
+        set(reading::kUpdateDownload, "1");
+        set(reading::kUpdateCheck, "1");
+        set(reading::kStoreUpdate, "1");
+        set(reading::kDoNotDisturb, "0");
+        set(reading::kSiri, "Enabled");
+        set(reading::kAssistant, "1");
+        set(reading::kCrashReporter, "crashreport");
+        set(reading::kSounds, "1");
+        set(reading::kAirDrop, "0");
+        set(reading::kLogoutState, "1");
+        set(reading::kLoginRelaunch, "1");
+        commands.print(reading::kPower, " standby 1\n disksleep 10\n sleep 1\n sms 1\n");
+        commands.print(reading::kSpotlight, "\tIndexing enabled. \n");
         setBackupRunning(true);
     }
-    void set(const QString& key, const QByteArray& value) {
-        commands.print(u"/usr/bin/defaults read "_s + key, value + '\n');
-    }
-    void unset(const QString& key) { commands.fail(u"/usr/bin/defaults read "_s + key, 1); }
+    void set(const QString& line, const QByteArray& value) { commands.print(line, value + '\n'); }
+    void unset(const QString& line) { commands.fail(line, 1); }
     void setBackupRunning(bool isRunning) {
-        commands.print(u"/usr/bin/tmutil status"_s, isRunning ? "    Running = 1;\n" : "    Running = 0;\n");
+        commands.print(reading::kTimeMachine, isRunning ? "    Running = 1;\n" : "    Running = 0;\n");
     }
     void setLastApplied(const QString& name) { defaults.values[kQuorvaneLastAppliedProfileName] = name; }
 
@@ -177,7 +153,7 @@ TEST_F(MatchingFlow, isDefaultWhereNoTweakIsInForce) {
 }
 
 TEST_F(MatchingFlow, isNotDefaultWhileATweakIsInForce) {
-    set(u"NSGlobalDomain NSAppSleepDisabled"_s, "1");
+    set(reading::kAppNap, "1");
     EXPECT_EQ(scan({}), std::nullopt);
     EXPECT_EQ(takeTrace(), kStart + kDefaultReadings + kNoMatch);
     EXPECT_TRUE(system.hasVerifiedSystem());
@@ -192,13 +168,13 @@ TEST_F(MatchingFlow, isNotDefaultOnAnIdleMac) {
 }
 
 TEST_F(MatchingFlow, isNotDefaultWhereMutedSoundsCannotBeToldFromAnUnsetKey) {
-    unset(u"com.apple.systemsound com.apple.sound.uiaudio.enabled"_s);
+    unset(reading::kSounds);
     EXPECT_EQ(nameFound({}), u"none"_s);
 }
 
 TEST_F(MatchingFlow, isNotDefaultWhereApplicationsDoNotReopen) {
-    set(u"com.apple.loginwindow TALLogoutSavesState"_s, "0");
-    set(u"com.apple.loginwindow LoginwindowLaunchesRelaunchApps"_s, "0");
+    set(reading::kLogoutState, "0");
+    set(reading::kLoginRelaunch, "0");
     EXPECT_EQ(nameFound({}), u"none"_s);
 }
 
@@ -220,7 +196,7 @@ TEST_F(MatchingFlow, recordsTheProfileThatFits) {
 }
 
 TEST_F(MatchingFlow, keepsTheLastAppliedProfileActiveWithoutAWordWhereNothingFits) {
-    set(u"NSGlobalDomain NSAppSleepDisabled"_s, "1"); // so that it isn't Default either
+    set(reading::kAppNap, "1"); // so that it isn't Default either
     UnifiedProfile applied = profileNamed(u"Live"_s);
     for (const TweakField& field : tweakFields()) {
         applied.settings.*field.isSelected = true;
@@ -242,9 +218,9 @@ TEST_F(MatchingFlow, keepsItWithWhatTheLastApplyFoundWhereThatIsKnown) {
     for (const TweakField& field : tweakFields()) {
         applied.settings.*field.isSelected = true;
     }
-    set(u"com.apple.SoftwareUpdate AutomaticDownload"_s, "0");
-    set(u"com.apple.SoftwareUpdate AutomaticCheckEnabled"_s, "0");
-    set(u"com.apple.commerce AutoUpdate"_s, "0");
+    set(reading::kUpdateDownload, "0");
+    set(reading::kUpdateCheck, "0");
+    set(reading::kStoreUpdate, "0");
     setLastApplied(u"Live"_s);
     posted.clear();
     EXPECT_EQ(scan({applied}), (SystemConfigurationMatch{u"Live"_s, MatchedKind::savedProfile, last}));

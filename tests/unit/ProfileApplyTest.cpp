@@ -1,3 +1,4 @@
+#include "fakes/ReadingLines.h"
 #include "fakes/StartupSystem.h"
 
 #include "profiles/UnifiedProfile.h"
@@ -45,17 +46,7 @@ const QString kSyncSoundsOff =
     "  [RESTORED] Re-activated AirDrop.\n"
     "  [ACTION] Requesting Admin rights to sync system-level tweaks...\n"_s;
 
-const QString kTweakReadings = u"$> /usr/bin/pmset -g custom\n"
-                               "$> /usr/bin/defaults read NSGlobalDomain NSAppSleepDisabled\n"
-                               "$> /usr/bin/defaults read com.apple.SoftwareUpdate AutomaticDownload\n"
-                               "$> /usr/bin/defaults -currentHost read "
-                               "/Users/alex/Library/Preferences/ByHost/com.apple.notificationcenterui doNotDisturb\n"
-                               "$> /usr/bin/defaults read com.apple.assistant.support \"Assistant Enabled\"\n"
-                               "$> /usr/bin/defaults read com.apple.CrashReporter DialogType\n"
-                               "$> /usr/bin/defaults read com.apple.systemsound com.apple.sound.uiaudio.enabled\n"
-                               "$> /usr/bin/defaults read com.apple.NetworkBrowser DisableAirDrop\n"
-                               "$> /usr/bin/mdutil -s /\n"
-                               "$> /usr/bin/tmutil status\n"_s;
+const QString kTweakReadings = reading::traced(reading::kTweaksOff);
 
 const QString kTweaksOk = u"  [OK] App Nap — enabled\n"
                           "  [OK] Software Updates — enabled\n"
@@ -69,9 +60,7 @@ const QString kTweaksOk = u"  [OK] App Nap — enabled\n"
                           "  [OK] Spotlight — indexing on\n"
                           "  [OK] Time Machine — enabled\n"_s;
 
-const QString kCleanRebootReadings = u"$> /usr/bin/defaults read com.apple.loginwindow TALLogoutSavesState\n"
-                                     "$> /usr/bin/defaults read com.apple.loginwindow LoginwindowLaunchesRelaunchApps\n"
-                                     "$> /usr/bin/defaults read NSGlobalDomain NSQuitAlwaysKeepsWindows\n"_s;
+const QString kCleanRebootReadings = reading::traced(reading::kCleanReboot);
 
 // ---- A whole profile
 
@@ -127,19 +116,16 @@ const QString kGigOk = u"  [OK] Clean Reboot — app restoration disabled\n"
 class ProfileApply : public StartupSystem {
 protected:
     ProfileApply() {
-        commands.print(u"/usr/bin/pmset -g custom"_s, "AC Power:\n standby 1\n disksleep 10\n sleep 1\n sms 1\n");
-        commands.print(u"/usr/bin/mdutil -s /"_s, "/:\n\tIndexing enabled. \n");
-        commands.print(u"/usr/bin/tmutil status"_s, "    Running = 1;\n");
-        const QString ncui = u"/Users/alex/Library/Preferences/ByHost/com.apple.notificationcenterui"_s;
-        for (const QString& unset :
-             {u"read NSGlobalDomain NSAppSleepDisabled"_s, u"-currentHost read "_s + ncui + u" doNotDisturb"_s}) {
-            commands.fail(u"/usr/bin/defaults "_s + unset, 1);
-        }
-        commands.print(u"/usr/bin/defaults read com.apple.SoftwareUpdate AutomaticDownload"_s, "1\n");
-        commands.print(u"/usr/bin/defaults read com.apple.assistant.support \"Assistant Enabled\""_s, "1\n");
-        commands.print(u"/usr/bin/defaults read com.apple.systemsound com.apple.sound.uiaudio.enabled"_s, "0\n");
-        commands.print(u"/usr/bin/defaults read com.apple.NetworkBrowser DisableAirDrop"_s, "0\n");
-        commands.print(u"/usr/bin/defaults read com.apple.loginwindow TALLogoutSavesState"_s, "1\n");
+        commands.print(reading::kPower, "AC Power:\n standby 1\n disksleep 10\n sleep 1\n sms 1\n");
+        commands.print(reading::kSpotlight, "/:\n\tIndexing enabled. \n");
+        commands.print(reading::kTimeMachine, "    Running = 1;\n");
+        commands.fail(reading::kAppNap, 1);
+        commands.fail(reading::kDoNotDisturb, 1);
+        commands.print(reading::kUpdateDownload, "1\n");
+        commands.print(reading::kAssistant, "1\n");
+        commands.print(reading::kSounds, "0\n");
+        commands.print(reading::kAirDrop, "0\n");
+        commands.print(reading::kLogoutState, "1\n");
     }
 
     bool apply(const UnifiedProfile& profile) { return QCoro::waitFor(system.applyProfile(profile)); }
@@ -156,10 +142,8 @@ protected:
                  {u"Serato"_s, u"/Applications/Serato.app"_s, false}};
         files.addFile(kHelperFile, "helper");
         files.addFile(u"/Library/LaunchDaemons/com.vpn.plist"_s, "vpn");
-        for (const QString& key : {u"com.apple.loginwindow TALLogoutSavesState"_s,
-                                   u"com.apple.loginwindow LoginwindowLaunchesRelaunchApps"_s,
-                                   u"NSGlobalDomain NSQuitAlwaysKeepsWindows"_s}) {
-            commands.print(u"/usr/bin/defaults read "_s + key, "0\n");
+        for (const QString& line : reading::kCleanReboot) {
+            commands.print(line, "0\n");
         }
     }
     QString scriptWithPrompt(const QString& prompt) {
@@ -185,11 +169,7 @@ TEST_F(ProfileApply, runsSyncStartupOnePromptAndVerificationInThisOrder) {
             "& do shell script \"pmset -a standby 1 disksleep 10 sleep 1 sms 1 ; mdutil -a -i on || true ; tmutil "
             "enable || true\" with prompt \"Quorvane needs your administrator password to apply Live.\" with "
             "administrator privileges\n"_s +
-            kTweakReadings +
-            u"$> /usr/bin/defaults read com.apple.loginwindow TALLogoutSavesState\n"
-            "$> /usr/bin/defaults read com.apple.loginwindow LoginwindowLaunchesRelaunchApps\n"
-            "\n[VERIFY] Profile: Live\n"_s +
-            kTweaksOk +
+            kTweakReadings + reading::traced(reading::kAppRestoration) + u"\n[VERIFY] Profile: Live\n"_s + kTweaksOk +
             u"  [OK] Clean Reboot — app restoration enabled\n"
             "  [VERIFY] All settings confirmed on system.\n"
             "\n[PROFILE] Live applied and verified successfully.\n"_s);
@@ -209,7 +189,7 @@ TEST_F(ProfileApply, recordsTheProfileAsTheActiveOne) {
 }
 
 TEST_F(ProfileApply, aFailedCheckAloneLeavesTheApplyTrueWithAWarning) {
-    commands.print(u"/usr/bin/tmutil status"_s, "    Running = 0;\n");
+    commands.print(reading::kTimeMachine, "    Running = 0;\n");
     EXPECT_TRUE(apply(soundsOff()));
     EXPECT_EQ(trace.last(), u"\n[PROFILE] Live applied with verification warnings — check logs."_s);
     EXPECT_EQ(system.lastApplyVerification()->failed.size(), 1);
@@ -218,7 +198,7 @@ TEST_F(ProfileApply, aFailedCheckAloneLeavesTheApplyTrueWithAWarning) {
 
 TEST_F(ProfileApply, aCancelledApplyVerifiesAndRecordsNothing) {
     defaults.setString(u"QuorvaneLastAppliedProfileName"_s, u"Before"_s);
-    commands.print(u"/usr/bin/mdutil -s /"_s, "/:\n\tIndexing disabled.\n");
+    commands.print(reading::kSpotlight, "/:\n\tIndexing disabled.\n");
     scripts.failNext(u"User canceled."_s);
     EXPECT_FALSE(apply(soundsOff()));
     const QStringList log = system.logMessages();

@@ -10,8 +10,9 @@ namespace quorvane {
 namespace {
 
 const QString kNotificationCenter = u"/Users/alex/Library/Preferences/ByHost/com.apple.notificationcenterui"_s;
-constexpr SnapshotPreference kPreference{"key", &SystemSnapshot::uiSoundsEnabled, u"com.example.app", u"the key"};
-constexpr SnapshotPreference kPerHost{"key", &SystemSnapshot::doNotDisturb, {}, u"doNotDisturb"};
+constexpr MacPreference kPreference{
+    &PerformanceSettings::uiSounds, u"com.example.app", u"the key", u"-int", u"0", u"1"};
+constexpr MacPreference kPerHost = preference::kDoNotDisturb;
 
 QString written(const std::optional<QString>& value) {
     return commandLine(writeDefaultValueCommand(kPreference, value, kNotificationCenter));

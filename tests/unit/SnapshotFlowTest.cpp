@@ -1,6 +1,7 @@
-#include "core/Json.h"
+#include "fakes/ReadingLines.h"
 #include "fakes/ScriptedLoginItems.h"
 
+#include "core/Json.h"
 #include "snapshots/RestoreBaseline.h"
 #include "snapshots/SnapshotManager.h"
 
@@ -13,25 +14,11 @@ using Archive = SystemManager::MasterArchive;
 const QString kSnapshotFile = u"/Users/alex/Library/Application Support/Quorvane/system_snapshot.json"_s;
 const QString kContainer = u"/Users/alex/Library/Mobile Documents/7KX2MR04TD~com~quorvane~app"_s;
 
-const QString kPowerAndPreferenceReadings =
-    u"$> /usr/bin/pmset -g custom\n"
-    "$> /usr/bin/defaults read NSGlobalDomain NSAppSleepDisabled\n"
-    "$> /usr/bin/defaults read com.ableton.live NSAppSleepDisabled\n"
-    "$> /usr/bin/defaults read com.apple.SoftwareUpdate AutomaticDownload\n"
-    "$> /usr/bin/defaults read com.apple.SoftwareUpdate AutomaticCheckEnabled\n"
-    "$> /usr/bin/defaults read com.apple.commerce AutoUpdate\n"
-    "$> /usr/bin/defaults -currentHost read "
-    "/Users/alex/Library/Preferences/ByHost/com.apple.notificationcenterui doNotDisturb\n"
-    "$> /usr/bin/defaults read com.apple.Siri Status\n"
-    "$> /usr/bin/defaults read com.apple.assistant.support \"Assistant Enabled\"\n"
-    "$> /usr/bin/defaults read com.apple.CrashReporter DialogType\n"
-    "$> /usr/bin/defaults read com.apple.systemsound com.apple.sound.uiaudio.enabled\n"
-    "$> /usr/bin/defaults read com.apple.NetworkBrowser DisableAirDrop\n"
-    "$> /usr/bin/defaults read com.apple.loginwindow TALLogoutSavesState\n"
-    "$> /usr/bin/defaults read com.apple.loginwindow LoginwindowLaunchesRelaunchApps\n"
-    "$> /usr/bin/defaults read NSGlobalDomain NSQuitAlwaysKeepsWindows\n"
-    "$> /usr/bin/tmutil status\n"
-    "$> /usr/bin/mdutil -s /\n"_s;
+const QStringList kPreferenceReadings{reading::kAppNap,        reading::kLiveAppNap,  reading::kUpdateDownload,
+                                      reading::kUpdateCheck,   reading::kStoreUpdate, reading::kDoNotDisturb,
+                                      reading::kSiri,          reading::kAssistant,   reading::kCrashReporter,
+                                      reading::kSounds,        reading::kAirDrop,     reading::kLogoutState,
+                                      reading::kLoginRelaunch, reading::kKeptWindows};
 
 class SnapshotFlow : public ScriptedStartup {
 protected:
@@ -57,13 +44,13 @@ protected:
             }
             return respond(arguments);
         };
-        commands.print(u"/usr/bin/pmset -g custom"_s, "AC Power:\n standby  1\n disksleep 10\n sleep 5\n sms 1\n");
+        commands.print(reading::kPower, "AC Power:\n standby  1\n disksleep 10\n sleep 5\n sms 1\n");
         int number = 0;
-        for (const QString& line : kPowerAndPreferenceReadings.split(u'\n', Qt::SkipEmptyParts).mid(1, 14)) {
-            commands.print(line.mid(3), "value " + QByteArray::number(++number) + "\n");
+        for (const QString& line : kPreferenceReadings) {
+            commands.print(line, "value " + QByteArray::number(++number) + "\n");
         }
-        commands.print(u"/usr/bin/tmutil status"_s, "{\n    Running = 1;\n}\n");
-        commands.print(u"/usr/bin/mdutil -s /"_s, "/:\n\tIndexing enabled. \n");
+        commands.print(reading::kTimeMachine, "{\n    Running = 1;\n}\n");
+        commands.print(reading::kSpotlight, "/:\n\tIndexing enabled. \n");
     }
     /// A Mac on which every tool fails.
     void failEverything() {
@@ -86,7 +73,8 @@ TEST_F(SnapshotFlow, readsTheWholeSystemInAFixedOrder) {
                            "$> /usr/sbin/networksetup -getnetworkserviceenabled Wi-Fi\n"
                            "$> /usr/sbin/networksetup -getnetworkserviceenabled Ethernet\n"
                            "$> /usr/sbin/networksetup -getnetworkserviceenabled \"Bob'\\''s iPhone\"\n"_s +
-                               kPowerAndPreferenceReadings +
+                               reading::traced(QStringList{reading::kPower} + kPreferenceReadings +
+                                               QStringList{reading::kTimeMachine, reading::kSpotlight}) +
                                u"  [SNAPSHOT] Saved system baseline for \"Before the tour\".\n"_s);
 }
 
@@ -116,7 +104,7 @@ TEST_F(SnapshotFlow, storesWhatItRead) {
 
 TEST_F(SnapshotFlow, keepsTheTextOfATruthValue) {
     answerEverything();
-    commands.print(u"/usr/bin/defaults read NSGlobalDomain NSAppSleepDisabled"_s, "1\n");
+    commands.print(reading::kAppNap, "1\n");
     capture();
     EXPECT_EQ(stored()->appNapDisabled, u"1"_s);
     EXPECT_TRUE(files.read(kSnapshotFile).contains("\"appNapDisabled\": \"1\""));

@@ -1,5 +1,5 @@
-#include "core/Json.h"
 #include "startup/items/StartupConfiguration.h"
+#include "core/Json.h"
 
 #include <gtest/gtest.h>
 

@@ -1,3 +1,4 @@
+#include "fakes/ReadingLines.h"
 #include "fakes/ScriptedLoginItems.h"
 
 namespace quorvane {
@@ -12,19 +13,18 @@ PerformanceSettings everythingButCleanReboot() {
 
 /// A Mac on which every selected tweak reads as applied.
 void answerAsApplied(ScriptedCommandLauncher& commands) {
-    const QString ncui = u"/Users/alex/Library/Preferences/ByHost/com.apple.notificationcenterui"_s;
-    commands.print(u"/usr/bin/pmset -g custom"_s, "AC Power:\n standby  0\n disksleep 0\n sleep 0\n sms 0\n");
-    commands.print(u"/usr/bin/defaults read NSGlobalDomain NSAppSleepDisabled"_s, "1\n");
-    commands.print(u"/usr/bin/defaults read com.apple.SoftwareUpdate AutomaticDownload"_s, "0\n");
-    commands.print(u"/usr/bin/defaults read com.apple.SoftwareUpdate AutomaticCheckEnabled"_s, "0\n");
-    commands.print(u"/usr/bin/defaults read com.apple.commerce AutoUpdate"_s, "0\n");
-    commands.print(u"/usr/bin/defaults -currentHost read "_s + ncui + u" doNotDisturb"_s, "1\n");
-    commands.print(u"/usr/bin/defaults read com.apple.Siri Status"_s, "Disabled\n");
-    commands.print(u"/usr/bin/defaults read com.apple.CrashReporter DialogType"_s, "none\n");
-    commands.print(u"/usr/bin/defaults read com.apple.systemsound com.apple.sound.uiaudio.enabled"_s, "0\n");
-    commands.print(u"/usr/bin/defaults read com.apple.NetworkBrowser DisableAirDrop"_s, "1\n");
-    commands.print(u"/usr/bin/mdutil -s /"_s, "/:\n\tIndexing disabled.\n");
-    commands.print(u"/usr/bin/tmutil status"_s, "Backup session status:\n{\n    Running = 0;\n}\n");
+    commands.print(reading::kPower, "AC Power:\n standby  0\n disksleep 0\n sleep 0\n sms 0\n");
+    commands.print(reading::kAppNap, "1\n");
+    commands.print(reading::kUpdateDownload, "0\n");
+    commands.print(reading::kUpdateCheck, "0\n");
+    commands.print(reading::kStoreUpdate, "0\n");
+    commands.print(reading::kDoNotDisturb, "1\n");
+    commands.print(reading::kSiri, "Disabled\n");
+    commands.print(reading::kCrashReporter, "none\n");
+    commands.print(reading::kSounds, "0\n");
+    commands.print(reading::kAirDrop, "1\n");
+    commands.print(reading::kSpotlight, "/:\n\tIndexing disabled.\n");
+    commands.print(reading::kTimeMachine, "Backup session status:\n{\n    Running = 0;\n}\n");
 }
 
 const QString kPromptedRun = u"with prompt \"Quorvane needs your administrator password to make these system changes. "
@@ -45,11 +45,8 @@ const QString kCleanRebootSteps =
     "  [APPLIED] Removed login item: zoom\n"_s;
 const QString kDisableUpdater = u"$> /bin/launchctl bootout gui/501/com.up\n"
                                 "$> /bin/launchctl disable gui/501/com.up\n"_s;
-const QString kRestorationReadings = u"$> /usr/bin/defaults read com.apple.loginwindow TALLogoutSavesState\n"
-                                     "$> /usr/bin/defaults read com.apple.loginwindow LoginwindowLaunchesRelaunchApps\n"
-                                     "$> /usr/bin/defaults read NSGlobalDomain NSQuitAlwaysKeepsWindows\n"
-                                     "$> System Events: list\n"
-                                     "\n[VERIFY] Performance tweaks\n"_s;
+const QString kCleanRebootReadings = reading::traced(reading::kCleanReboot) + u"$> System Events: list\n"
+                                                                              "\n[VERIFY] Performance tweaks\n"_s;
 const QString kCleanRebootChecks = u"  [OK] Clean Reboot — app restoration disabled\n"
                                    "  [OK] Clean Reboot windows — window restoration disabled\n"
                                    "  [OK] Clean Reboot login items — only permitted apps remain (Mail)\n"
@@ -68,10 +65,8 @@ protected:
     /// A Mac with a login item and a background item that no clean reboot permits; what restores windows is off.
     void prepareForCleanReboot() {
         loginItems.items = {kZoomAtLogin, kMail};
-        for (const QString& key : {u"com.apple.loginwindow TALLogoutSavesState"_s,
-                                   u"com.apple.loginwindow LoginwindowLaunchesRelaunchApps"_s,
-                                   u"NSGlobalDomain NSQuitAlwaysKeepsWindows"_s}) {
-            commands.print(u"/usr/bin/defaults read "_s + key, "0\n");
+        for (const QString& line : reading::kCleanReboot) {
+            commands.print(line, "0\n");
         }
         scripts.carryOut = [this](const QString&) {
             files.addFile(system.backgroundDumpPath(),
@@ -111,20 +106,10 @@ const QString kApplyEverything =
     "  [ACTION] Requesting Admin rights for system performance tweaks...\n"_s;
 
 const QString kOneWayVerification =
-    u"$> /usr/bin/pmset -g custom\n"
-    "$> /usr/bin/defaults read NSGlobalDomain NSAppSleepDisabled\n"
-    "$> /usr/bin/defaults read com.apple.SoftwareUpdate AutomaticDownload\n"
-    "$> /usr/bin/defaults read com.apple.SoftwareUpdate AutomaticCheckEnabled\n"
-    "$> /usr/bin/defaults read com.apple.commerce AutoUpdate\n"
-    "$> /usr/bin/defaults -currentHost read "
-    "/Users/alex/Library/Preferences/ByHost/com.apple.notificationcenterui doNotDisturb\n"
-    "$> /usr/bin/defaults read com.apple.Siri Status\n"
-    "$> /usr/bin/defaults read com.apple.CrashReporter DialogType\n"
-    "$> /usr/bin/defaults read com.apple.systemsound com.apple.sound.uiaudio.enabled\n"
-    "$> /usr/bin/defaults read com.apple.NetworkBrowser DisableAirDrop\n"
-    "$> /usr/bin/mdutil -s /\n"
-    "$> /usr/bin/tmutil status\n"
-    "\n[VERIFY] Performance tweaks\n"
+    reading::traced({reading::kPower, reading::kAppNap, reading::kUpdateDownload, reading::kUpdateCheck,
+                     reading::kStoreUpdate, reading::kDoNotDisturb, reading::kSiri, reading::kCrashReporter,
+                     reading::kSounds, reading::kAirDrop, reading::kSpotlight, reading::kTimeMachine}) +
+    u"\n[VERIFY] Performance tweaks\n"
     "  [OK] App Nap — disabled\n"
     "  [OK] Software Updates — disabled\n"
     "  [OK] Notifications — suppressed\n"
@@ -257,7 +242,7 @@ TEST_F(TweakFlows, applyOfNothingRunsNoCommandShowsNoPromptAndStillVerifies) {
 TEST_F(TweakFlows, applyOfAUserTweakAloneShowsNoPrompt) {
     PerformanceSettings settings;
     settings.uiSounds = true;
-    commands.fail(u"/usr/bin/defaults read com.apple.systemsound com.apple.sound.uiaudio.enabled"_s, 1);
+    commands.fail(reading::kSounds, 1);
     EXPECT_TRUE(apply(settings));
     EXPECT_EQ(takeTrace(), u"\nStarting Audio Performance optimizations...\n"
                            "$ /usr/bin/defaults write com.apple.systemsound com.apple.sound.uiaudio.enabled -int 0\n"
@@ -285,7 +270,7 @@ TEST_F(TweakFlows, aCancelledApplyStopsAfterTheErrorLine) {
 
 TEST_F(TweakFlows, aFailedCheckMakesTheApplyFalse) {
     answerAsApplied(commands);
-    commands.fail(u"/usr/bin/defaults read com.apple.CrashReporter DialogType"_s, 1);
+    commands.fail(reading::kCrashReporter, 1);
     PerformanceSettings settings;
     settings.crashReporter = true;
     EXPECT_FALSE(apply(settings));
@@ -313,7 +298,7 @@ TEST_F(TweakFlows, applyOfACleanRebootAsksOnceAndVerifiesWhatRemains) {
                                u"  [APPLIED] Disabled background login label: com.up\n"
                                "\nPerformance Tweaks Complete! (Restart your Mac for full effect.)\n"
                                "$> /usr/bin/pmset -g custom\n"_s +
-                               kRestorationReadings + kCleanRebootChecks);
+                               kCleanRebootReadings + kCleanRebootChecks);
     EXPECT_EQ(loginItems.names(), QStringList(u"Mail"_s));
     EXPECT_FALSE(system.pendingBackgroundLoginItemChanges().has_value());
     EXPECT_EQ(system.adminBatchDepth(), 0);
@@ -415,7 +400,7 @@ TEST_F(TweakFlows, aCancelledSyncStopsBeforeAppRestoration) {
 
 TEST_F(TweakFlows, aVerifyingSyncIsFalseWhenACheckFails) {
     answerAsApplied(commands);
-    commands.fail(u"/usr/bin/defaults read NSGlobalDomain NSAppSleepDisabled"_s, 1);
+    commands.fail(reading::kAppNap, 1);
     EXPECT_FALSE(sync(everythingButCleanReboot(), Verify::Yes));
     const QString log = takeTrace();
     EXPECT_TRUE(log.contains(u"\n[VERIFY] Performance tweaks\n"_s));

@@ -1,3 +1,4 @@
+#include "fakes/ReadingLines.h"
 #include "fakes/ScriptedLoginItems.h"
 
 #include "verification/ValueTests.h"
@@ -30,16 +31,12 @@ protected:
     }
 
     void unsetEverything() {
-        for (const QString& key :
-             {u"NSGlobalDomain NSAppSleepDisabled"_s, u"com.apple.SoftwareUpdate AutomaticDownload"_s,
-              u"com.apple.SoftwareUpdate AutomaticCheckEnabled"_s, u"com.apple.commerce AutoUpdate"_s,
-              u"com.apple.Siri Status"_s, u"com.apple.assistant.support \"Assistant Enabled\""_s,
-              u"com.apple.CrashReporter DialogType"_s, u"com.apple.systemsound com.apple.sound.uiaudio.enabled"_s,
-              u"com.apple.NetworkBrowser DisableAirDrop"_s, u"com.apple.loginwindow TALLogoutSavesState"_s,
-              u"com.apple.loginwindow LoginwindowLaunchesRelaunchApps"_s}) {
-            commands.fail(u"/usr/bin/defaults read "_s + key, 1);
+        for (const QString& line :
+             {reading::kAppNap, reading::kUpdateDownload, reading::kUpdateCheck, reading::kStoreUpdate,
+              reading::kDoNotDisturb, reading::kSiri, reading::kAssistant, reading::kCrashReporter, reading::kSounds,
+              reading::kAirDrop, reading::kLogoutState, reading::kLoginRelaunch}) {
+            commands.fail(line, 1);
         }
-        commands.fail(u"/usr/bin/defaults "_s + kDoNotDisturb, 1);
     }
 
     /// "read D K=value", "pmset=standby 0|sleep 0", "mdutil=…", "tmutil=…"; a value of "!" is a tool that fails.
@@ -48,11 +45,11 @@ protected:
         const QString text = value.section(u'=', 1);
         QString line = u"/usr/bin/defaults "_s + key;
         if (key == u"pmset"_s) {
-            line = u"/usr/bin/pmset -g custom"_s;
+            line = reading::kPower;
         } else if (key == u"mdutil"_s) {
-            line = u"/usr/bin/mdutil -s /"_s;
+            line = reading::kSpotlight;
         } else if (key == u"tmutil"_s) {
-            line = u"/usr/bin/tmutil status"_s;
+            line = reading::kTimeMachine;
         }
         if (text == u"!"_s) {
             commands.fail(line, 1);
@@ -90,10 +87,8 @@ using S = PerformanceSettings;
 class CleanRebootVerification : public ScriptedStartup {
 protected:
     CleanRebootVerification() {
-        for (const QString& key : {u"com.apple.loginwindow TALLogoutSavesState"_s,
-                                   u"com.apple.loginwindow LoginwindowLaunchesRelaunchApps"_s,
-                                   u"NSGlobalDomain NSQuitAlwaysKeepsWindows"_s}) {
-            commands.print(u"/usr/bin/defaults read "_s + key, "0\n");
+        for (const QString& line : reading::kCleanReboot) {
+            commands.print(line, "0\n");
         }
     }
 
@@ -265,10 +260,7 @@ TEST_F(Verification, theOneWayFormHasNoCleanRebootItem) {
 
 TEST_F(CleanRebootVerification, withoutAConfigurationOnlyTheRestorationIsRead) {
     EXPECT_EQ(verify({}), kNoRestoration);
-    EXPECT_EQ(takeTrace(), u"$> /usr/bin/pmset -g custom\n"
-                           "$> /usr/bin/defaults read com.apple.loginwindow TALLogoutSavesState\n"
-                           "$> /usr/bin/defaults read com.apple.loginwindow LoginwindowLaunchesRelaunchApps\n"
-                           "$> /usr/bin/defaults read NSGlobalDomain NSQuitAlwaysKeepsWindows\n"_s);
+    EXPECT_EQ(takeTrace(), reading::traced(QStringList{reading::kPower} + reading::kCleanReboot));
 }
 
 TEST_F(CleanRebootVerification, inTheTwoWayFormItStandsInThePlaceOfTheRestoredOne) {
@@ -278,16 +270,12 @@ TEST_F(CleanRebootVerification, inTheTwoWayFormItStandsInThePlaceOfTheRestoredOn
 
 TEST_F(CleanRebootVerification, eachValueMustBeOff) {
     struct {
-        QString key;
+        QString line;
         QString failed;
-    } const cases[] = {
-        {u"com.apple.loginwindow TALLogoutSavesState"_s, u"-- Clean Reboot: expected app restoration disabled"_s},
-        {u"com.apple.loginwindow LoginwindowLaunchesRelaunchApps"_s,
-         u"-- Clean Reboot: expected app restoration disabled"_s},
-        {u"NSGlobalDomain NSQuitAlwaysKeepsWindows"_s,
-         u"-- Clean Reboot windows: expected window restoration disabled"_s}};
-    for (const auto& [key, failed] : cases) {
-        const QString line = u"/usr/bin/defaults read "_s + key;
+    } const cases[] = {{reading::kLogoutState, u"-- Clean Reboot: expected app restoration disabled"_s},
+                       {reading::kLoginRelaunch, u"-- Clean Reboot: expected app restoration disabled"_s},
+                       {reading::kKeptWindows, u"-- Clean Reboot windows: expected window restoration disabled"_s}};
+    for (const auto& [line, failed] : cases) {
         commands.print(line, "1\n");
         EXPECT_EQ(verify({}).last(), failed);
         commands.fail(line, 1); // a key that isn't set isn't off

@@ -1,0 +1,44 @@
+#include "tweaks/TweakPreferences.h"
+
+namespace quorvane {
+
+using namespace Qt::StringLiterals;
+
+std::span<const PreferenceGroup> preferenceGroups() {
+    using Settings = PerformanceSettings;
+    static constexpr PreferenceGroup groups[]{
+        {&Settings::appNap, u"Disabled App Nap (prevents background audio dropouts).", u"Disabled App Nap.",
+         u"Re-enabled App Nap.", u"Re-enabled App Nap.", u"App Nap"},
+        {&Settings::updates, u"Disabled automatic macOS and App Store updates.", u"Disabled automatic updates.",
+         u"Re-enabled automatic updates.", u"Re-enabled automatic updates.", u"Software update"},
+        {&Settings::notifications, u"Suppressed Notifications/Notification Center.", u"Suppressed Notifications.",
+         u"Re-enabled Notifications.", u"Re-enabled Notifications.", u"Notification"},
+        {&Settings::siri, u"Disabled Siri processing.", u"Disabled Siri.", u"Re-enabled Siri.", u"Re-enabled Siri.",
+         u"Siri"},
+        {&Settings::crashReporter, u"Disabled Crash Reporter popups.", u"Disabled Crash Reporter.",
+         u"Re-enabled Crash Reporter.", u"Re-enabled Crash Reporter.", u"Crash Reporter"},
+        {&Settings::uiSounds, u"Muted System UI sound effects.", u"Muted UI sounds.", u"Restored UI sounds.",
+         u"Restored System UI sound effects.", u"UI sound"},
+        {&Settings::airdrop, u"Deactivated AirDrop proximity sharing.", u"Deactivated AirDrop.",
+         u"Re-activated AirDrop.", u"Re-activated AirDrop.", u"AirDrop"},
+        {&Settings::cleanReboot, u"Disabled app and window restoration on reboot.",
+         u"Disabled app and window restoration on reboot.", u"Re-enabled app restoration on reboot.",
+         u"Re-enabled app restoration on reboot.", u"Login and reboot"},
+    };
+    return groups;
+}
+
+QStringList defaultsCommand(const QString& verb, const QString& domain, const QString& key, PreferenceHost host) {
+    QStringList command{u"/usr/bin/defaults"_s};
+    if (host == PreferenceHost::Current) {
+        command.append(u"-currentHost"_s);
+    }
+    return command + QStringList{verb, domain, key};
+}
+
+QStringList defaultsCommand(const QString& verb, const MacPreference& preference, const QString& notificationCenter) {
+    const QString domain = preference.isNotificationCenters() ? notificationCenter : preference.domain.toString();
+    return defaultsCommand(verb, domain, preference.key.toString(), preference.host);
+}
+
+} // namespace quorvane

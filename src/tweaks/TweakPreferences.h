@@ -1,0 +1,98 @@
+#pragma once
+
+#include "tweaks/PerformanceSettings.h"
+
+#include <QString>
+#include <QStringList>
+#include <QStringView>
+
+#include <array>
+#include <span>
+
+namespace quorvane {
+
+// The preferences of macOS that tweaks change. What puts a tweak in force or back, what reads it, what a snapshot keeps and
+// what brings that back all go by this table.
+
+/// Whose value the `defaults` tool goes to: the user's on any Mac, or on this one alone.
+enum class PreferenceHost { Any, Current };
+
+/// A preference: its tweak, its place, and the two values that the program writes.
+struct MacPreference {
+    bool PerformanceSettings::*tweak = nullptr;
+    QStringView domain;
+    QStringView key;
+    QStringView type;     ///< of both values, as an option of `defaults write`
+    QStringView applied;  ///< puts the tweak in force
+    QStringView standard; ///< of a fresh macOS; empty where the key isn't set
+    PreferenceHost host = PreferenceHost::Any;
+
+    /// The per-host preferences are Notification Center's: their domain is told to the tool as a path in the user's home.
+    constexpr bool isNotificationCenters() const { return host == PreferenceHost::Current; }
+};
+
+namespace preference {
+
+using Settings = PerformanceSettings;
+
+inline constexpr QStringView kNotSet;
+
+inline constexpr MacPreference kAppSleep{
+    &Settings::appNap, u"NSGlobalDomain", u"NSAppSleepDisabled", u"-bool", u"YES", kNotSet};
+inline constexpr MacPreference kLiveAppSleep{
+    &Settings::appNap, u"com.ableton.live", u"NSAppSleepDisabled", u"-bool", u"YES", kNotSet};
+inline constexpr MacPreference kUpdateDownload{
+    &Settings::updates, u"com.apple.SoftwareUpdate", u"AutomaticDownload", u"-bool", u"NO", u"YES"};
+inline constexpr MacPreference kUpdateCheck{
+    &Settings::updates, u"com.apple.SoftwareUpdate", u"AutomaticCheckEnabled", u"-bool", u"NO", u"YES"};
+inline constexpr MacPreference kStoreUpdate{
+    &Settings::updates, u"com.apple.commerce", u"AutoUpdate", u"-bool", u"NO", u"YES"};
+inline constexpr MacPreference kDoNotDisturb{
+    &Settings::notifications, u"com.apple.notificationcenterui", u"doNotDisturb", u"-boolean", u"true", kNotSet,
+    PreferenceHost::Current};
+inline constexpr MacPreference kSiriStatus{&Settings::siri, u"com.apple.Siri", u"Status",
+                                           u"-string",      u"Disabled",       kNotSet};
+inline constexpr MacPreference kAssistant{
+    &Settings::siri, u"com.apple.assistant.support", u"Assistant Enabled", u"-bool", u"false", u"true"};
+inline constexpr MacPreference kCrashDialog{
+    &Settings::crashReporter, u"com.apple.CrashReporter", u"DialogType", u"-string", u"none", kNotSet};
+inline constexpr MacPreference kInterfaceSounds{
+    &Settings::uiSounds, u"com.apple.systemsound", u"com.apple.sound.uiaudio.enabled", u"-int", u"0", u"1"};
+inline constexpr MacPreference kAirDrop{
+    &Settings::airdrop, u"com.apple.NetworkBrowser", u"DisableAirDrop", u"-bool", u"YES", u"NO"};
+inline constexpr MacPreference kLogoutState{
+    &Settings::cleanReboot, u"com.apple.loginwindow", u"TALLogoutSavesState", u"-bool", u"false", u"true"};
+inline constexpr MacPreference kLoginRelaunch{
+    &Settings::cleanReboot, u"com.apple.loginwindow", u"LoginwindowLaunchesRelaunchApps", u"-bool", u"false", u"true"};
+inline constexpr MacPreference kKeptWindows{
+    &Settings::cleanReboot, u"NSGlobalDomain", u"NSQuitAlwaysKeepsWindows", u"-bool", u"false", kNotSet};
+
+} // namespace preference
+
+/// All of them, in the order in which they are written, read and kept; those of a tweak stand together.
+inline constexpr std::array kMacPreferences{
+    preference::kAppSleep,      preference::kLiveAppSleep,    preference::kUpdateDownload, preference::kUpdateCheck,
+    preference::kStoreUpdate,   preference::kDoNotDisturb,    preference::kSiriStatus,     preference::kAssistant,
+    preference::kCrashDialog,   preference::kInterfaceSounds, preference::kAirDrop,        preference::kLogoutState,
+    preference::kLoginRelaunch, preference::kKeptWindows,
+};
+
+/// A tweak that is a group of preferences, with what the log says when they have been written.
+struct PreferenceGroup {
+    bool PerformanceSettings::*tweak;
+    QStringView applied;     ///< one-way
+    QStringView switchedOn;  ///< two-way
+    QStringView switchedOff; ///< two-way
+    QStringView undone;      ///< to standard defaults
+    QStringView captured;    ///< what a snapshot has brought back the settings of
+};
+
+/// The groups, in the order of their preferences.
+std::span<const PreferenceGroup> preferenceGroups();
+
+/// The `defaults` tool with a verb and a place, and nothing behind them.
+QStringList defaultsCommand(const QString& verb, const QString& domain, const QString& key, PreferenceHost host);
+/// @param notificationCenter  the path of Notification Center's per-host preferences
+QStringList defaultsCommand(const QString& verb, const MacPreference& preference, const QString& notificationCenter);
+
+} // namespace quorvane

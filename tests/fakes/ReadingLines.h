@@ -1,0 +1,52 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+namespace quorvane {
+
+using namespace Qt::StringLiterals;
+
+/// The command lines that read the settings of the live system, spelled out here and not taken from the program.
+namespace reading {
+
+inline const QString kPower = u"/usr/bin/pmset -g custom"_s;
+inline const QString kAppNap = u"/usr/bin/defaults read NSGlobalDomain NSAppSleepDisabled"_s;
+inline const QString kLiveAppNap = u"/usr/bin/defaults read com.ableton.live NSAppSleepDisabled"_s;
+inline const QString kUpdateDownload = u"/usr/bin/defaults read com.apple.SoftwareUpdate AutomaticDownload"_s;
+inline const QString kUpdateCheck = u"/usr/bin/defaults read com.apple.SoftwareUpdate AutomaticCheckEnabled"_s;
+inline const QString kStoreUpdate = u"/usr/bin/defaults read com.apple.commerce AutoUpdate"_s;
+inline const QString kDoNotDisturb =
+    u"/usr/bin/defaults -currentHost read "
+    "/Users/alex/Library/Preferences/ByHost/com.apple.notificationcenterui doNotDisturb"_s;
+inline const QString kSiri = u"/usr/bin/defaults read com.apple.Siri Status"_s;
+inline const QString kAssistant = u"/usr/bin/defaults read com.apple.assistant.support \"Assistant Enabled\""_s;
+inline const QString kCrashReporter = u"/usr/bin/defaults read com.apple.CrashReporter DialogType"_s;
+inline const QString kSounds = u"/usr/bin/defaults read com.apple.systemsound com.apple.sound.uiaudio.enabled"_s;
+inline const QString kAirDrop = u"/usr/bin/defaults read com.apple.NetworkBrowser DisableAirDrop"_s;
+inline const QString kLogoutState = u"/usr/bin/defaults read com.apple.loginwindow TALLogoutSavesState"_s;
+inline const QString kLoginRelaunch = u"/usr/bin/defaults read com.apple.loginwindow LoginwindowLaunchesRelaunchApps"_s;
+inline const QString kKeptWindows = u"/usr/bin/defaults read NSGlobalDomain NSQuitAlwaysKeepsWindows"_s;
+inline const QString kTimeMachine = u"/usr/bin/tmutil status"_s;
+inline const QString kSpotlight = u"/usr/bin/mdutil -s /"_s;
+
+/// What the check of a profile reads that leaves the tweaks off; interface sounds may be on or off.
+inline const QStringList kTweaksOff{kPower,         kAppNap, kUpdateDownload, kDoNotDisturb, kAssistant,
+                                    kCrashReporter, kSounds, kAirDrop,        kSpotlight,    kTimeMachine};
+/// Whether applications reopen after a restart.
+inline const QStringList kAppRestoration{kLogoutState, kLoginRelaunch};
+/// Whether windows do, too.
+inline const QStringList kCleanReboot{kLogoutState, kLoginRelaunch, kKeptWindows};
+
+/// As a trace shows these lines, one after the other.
+inline QString traced(const QStringList& lines) {
+    QString trace;
+    for (const QString& line : lines) {
+        trace += u"$> "_s + line + u'\n';
+    }
+    return trace;
+}
+
+} // namespace reading
+
+} // namespace quorvane

@@ -1,0 +1,188 @@
+#include "fakes/ReadingLines.h"
+#include "fakes/ScriptedLoginItems.h"
+
+#include "snapshots/RestoreCommands.h"
+#include "snapshots/SnapshotManager.h"
+#include "tweaks/TweakCatalogue.h"
+#include "tweaks/TweakCommands.h"
+
+#include <QRegularExpression>
+
+#include <algorithm>
+#include <set>
+
+namespace quorvane {
+
+namespace {
+
+using Unselected = SystemManager::UnselectedTweaks;
+using Verify = SystemManager::VerifyAfterSync;
+
+PerformanceSettings only(const Tweak& tweak) {
+    PerformanceSettings settings;
+    settings.*tweak.isSelected = true;
+    return settings;
+}
+
+/// What a command changes, whatever it changes it to: "/usr/bin/defaults NSGlobalDomain NSAppSleepDisabled",
+/// "pmset -a sms #".
+QString settingOf(QString command) {
+    static const QRegularExpression verb(u" (write|delete) "_s);
+    static const QRegularExpression typedValue(u" -(bool|boolean|int|string) .*$"_s);
+    static const QRegularExpression switchedTo(u"\\b(\\d+|on|off|enable|disable)$"_s);
+    static const QRegularExpression number(u" \\d+\\b"_s);
+    return command.replace(verb, u" "_s).remove(typedValue).replace(switchedTo, u"#"_s).replace(number, u" #"_s);
+}
+
+QSet<QString> settingsOf(const QStringList& commands) {
+    QSet<QString> settings;
+    for (const QString& command : commands) {
+        settings.insert(settingOf(command));
+    }
+    return settings;
+}
+
+QSet<QString> rowNames(const ApplyVerificationResult& result) {
+    QSet<QString> names;
+    for (const ApplyVerificationResult::Item& item : result.verified + result.failed) {
+        names.insert(item.name);
+    }
+    return names;
+}
+
+/// What belongs to each tweak of the catalogue, so that none comes without it. Every preference has a value.
+class EveryTweak : public ScriptedStartup {
+protected:
+    EveryTweak() {
+        commands.respond = [respond = commands.respond](const QStringList& arguments) {
+            const bool isReading = arguments.first() == u"/usr/bin/defaults" && arguments.contains(u"read"_s);
+            return isReading ? std::optional(ScriptedCommandLauncher::succeeded("1\n")) : respond(arguments);
+        };
+        commands.print(reading::kPower, "standby 0\n disksleep 0\n sleep 0\n sms 0\n");
+        commands.print(reading::kSpotlight, "Indexing disabled.\n");
+        commands.print(reading::kTimeMachine, "Running = 0;\n");
+    }
+
+    /// The commands since the last call that changed preferences.
+    QStringList takePreferenceCommands() {
+        QStringList lines;
+        for (const QString& line : std::exchange(trace, {}).filter(u"$ /usr/bin/defaults "_s)) {
+            lines.append(line.mid(2));
+        }
+        return lines;
+    }
+    QStringList synced(const PerformanceSettings& settings) {
+        QCoro::waitFor(system.syncPerformanceTweaks(settings, Verify::No));
+        return takePreferenceCommands() + syncSystemCommands(settings);
+    }
+    QStringList applied(const PerformanceSettings& settings) {
+        QCoro::waitFor(system.applyPerformanceTweaks(settings));
+        QStringList lines = takePreferenceCommands() + applySystemCommands(settings);
+        lines.removeIf([](const QString& line) { return line.contains(u"dnd_prefs"_s); }); // nothing puts that back
+        return lines;
+    }
+    QSet<QString> rows(const PerformanceSettings& settings, Unselected unselected) {
+        return rowNames(QCoro::waitFor(system.verifyAppliedSettings(settings, unselected)));
+    }
+};
+
+} // namespace
+
+TEST_F(EveryTweak, isPutInForceByItself) {
+    EXPECT_EQ(applied({}), QStringList());
+    for (const Tweak& tweak : tweakCatalogue()) {
+        EXPECT_FALSE(applied(only(tweak)).isEmpty()) << tweak.key.toStdString();
+    }
+}
+
+TEST_F(EveryTweak, isSwitchedBothWaysWithAllOthers) {
+    const QStringList off = synced({});
+    const auto differs = [](const QStringList& lines, const QStringList& others) {
+        return std::any_of(lines.begin(), lines.end(),
+                           [&others](const QString& line) { return !others.contains(line); });
+    };
+    for (const Tweak& tweak : tweakCatalogue()) {
+        const QStringList on = synced(only(tweak));
+        EXPECT_TRUE(differs(on, off)) << tweak.key.toStdString();
+        EXPECT_TRUE(differs(off, on)) << tweak.key.toStdString();
+    }
+}
+
+TEST_F(EveryTweak, isPutBackToStandardDefaults) {
+    QCoro::waitFor(system.undoPerformanceTweaks());
+    const QSet<QString> undone = settingsOf(takePreferenceCommands() + undoSystemCommands());
+    for (const Tweak& tweak : tweakCatalogue()) {
+        EXPECT_EQ(settingsOf(applied(only(tweak))) - undone, QSet<QString>()) << tweak.key.toStdString();
+    }
+}
+
+TEST_F(EveryTweak, isKeptInASnapshotAndBroughtBack) {
+    ASSERT_TRUE(QCoro::waitFor(system.captureSystemSnapshot({}, SystemManager::MasterArchive::No)));
+    const std::optional<SystemSnapshot> snapshot = SnapshotManager(files, machine).load();
+    ASSERT_TRUE(snapshot);
+    QCoro::waitFor(system.restoreFromSnapshot(*snapshot));
+    const QStringList restoring = takePreferenceCommands() + restoreSystemCommands(*snapshot);
+    EXPECT_EQ(restoring.filter(u" delete "_s), QStringList()) << "a value that was read and not kept";
+    for (const Tweak& tweak : tweakCatalogue()) {
+        EXPECT_EQ(settingsOf(applied(only(tweak))) - settingsOf(restoring), QSet<QString>()) << tweak.key.toStdString();
+    }
+}
+
+TEST_F(EveryTweak, isVerifiedInARowOfItsOwn) {
+    EXPECT_EQ(rows({}, Unselected::Ignored), QSet<QString>());
+    const QSet<QString> restored = rows({}, Unselected::ExpectedRestored);
+    EXPECT_EQ(restored.size(), tweakCatalogue().size());
+    QSet<QString> verified;
+    for (const Tweak& tweak : tweakCatalogue()) {
+        const QSet<QString> own = rows(only(tweak), Unselected::Ignored) & restored;
+        EXPECT_EQ(own.size(), 1) << tweak.key.toStdString();
+        verified += own;
+    }
+    EXPECT_EQ(verified, restored);
+}
+
+TEST_F(EveryTweak, isDescribedOnce) {
+    QStringList described;
+    for (const TweakSection& section : tweakSections()) {
+        for (const TweakDescription& description : section.tweaks) {
+            EXPECT_FALSE(description.text.isEmpty()) << description.key.toStdString();
+            described.append(description.key);
+        }
+    }
+    QStringList keys;
+    for (const Tweak& tweak : tweakCatalogue()) {
+        keys.append(tweak.key);
+    }
+    described.sort();
+    keys.sort();
+    EXPECT_EQ(described, keys);
+}
+
+// ---- The table of preferences
+
+TEST(MacPreferences, standOnceEachAndByTheirTweaks) {
+    std::set<std::pair<QString, QString>> places;
+    QList<bool PerformanceSettings::*> tweaks;
+    for (const MacPreference& preference : kMacPreferences) {
+        places.insert({preference.domain.toString(), preference.key.toString()});
+        if (tweaks.isEmpty() || tweaks.last() != preference.tweak) {
+            tweaks.append(preference.tweak);
+        }
+    }
+    EXPECT_EQ(places.size(), kMacPreferences.size());
+    QList<bool PerformanceSettings::*> grouped;
+    for (const PreferenceGroup& group : preferenceGroups()) {
+        grouped.append(group.tweak);
+    }
+    EXPECT_EQ(tweaks, grouped);
+}
+
+TEST(MacPreferences, areKeptBySnapshotsInTheirOrder) {
+    const auto isSame = [](const MacPreference& preference, const MacPreference& kept) {
+        return preference.domain == kept.domain && preference.key == kept.key;
+    };
+    EXPECT_TRUE(std::equal(kMacPreferences.begin(), kMacPreferences.end(), snapshotPreferences().begin(),
+                           snapshotPreferences().end(), isSame));
+}
+
+} // namespace quorvane
