@@ -45,7 +45,7 @@ const QString kCleanRebootSteps =
     "  [APPLIED] Removed login item: zoom\n"_s;
 const QString kDisableUpdater = u"$> /bin/launchctl bootout gui/501/com.up\n"
                                 "$> /bin/launchctl disable gui/501/com.up\n"_s;
-const QString kRestorationReadings = u"$> /usr/bin/defaults read com.apple.loginwindow TALLogoutSavesState\n"
+const QString kAppRestorationReads = u"$> /usr/bin/defaults read com.apple.loginwindow TALLogoutSavesState\n"
                                      "$> /usr/bin/defaults read com.apple.loginwindow LoginwindowLaunchesRelaunchApps\n"
                                      "$> /usr/bin/defaults read NSGlobalDomain NSQuitAlwaysKeepsWindows\n"
                                      "$> System Events: list\n"
@@ -313,7 +313,7 @@ TEST_F(TweakFlows, applyOfACleanRebootAsksOnceAndVerifiesWhatRemains) {
                                u"  [APPLIED] Disabled background login label: com.up\n"
                                "\nPerformance Tweaks Complete! (Restart your Mac for full effect.)\n"
                                "$> /usr/bin/pmset -g custom\n"_s +
-                               kRestorationReadings + kCleanRebootChecks);
+                               kAppRestorationReads + kCleanRebootChecks);
     EXPECT_EQ(loginItems.names(), QStringList(u"Mail"_s));
     EXPECT_FALSE(system.pendingBackgroundLoginItemChanges().has_value());
     EXPECT_EQ(system.adminBatchDepth(), 0);
