@@ -50,9 +50,6 @@ endfunction()
 
 # Files that a unity build compiles by themselves, because a helper of theirs bears the same name as another file's.
 set(QUORVANE_APART
-    src/simulator/tools/Cp.cpp
-    src/simulator/tools/Ditto.cpp
-    src/startup/items/CloudSyncService.cpp
     src/startup/launchd/LaunchItems+Restore.cpp)
 
 # quorvane_keep_apart(NAME): for a target of the directory that calls it.

@@ -1,5 +1,5 @@
-#include "core/JsonErrors.h"
 #include "profiles/ProfileManager.h"
+#include "core/JsonErrors.h"
 
 #include "fakes/ProfileStore.h"
 

@@ -1,5 +1,5 @@
-#include "core/Json.h"
 #include "snapshots/SystemSnapshot.h"
+#include "core/Json.h"
 
 #include <gtest/gtest.h>
 
