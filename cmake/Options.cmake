@@ -1,3 +1,9 @@
+# What has been compiled before is taken from ccache where it is installed.
+find_program(QUORVANE_CCACHE ccache)
+if(QUORVANE_CCACHE AND NOT DEFINED CMAKE_CXX_COMPILER_LAUNCHER)
+    set(CMAKE_CXX_COMPILER_LAUNCHER ${QUORVANE_CCACHE})
+endif()
+
 # What every target of the project is compiled with. Nothing else sets compiler flags.
 add_library(quorvane_options INTERFACE)
 target_compile_options(quorvane_options INTERFACE
@@ -11,9 +17,19 @@ target_compile_definitions(quorvane_options INTERFACE
 target_include_directories(quorvane_options INTERFACE ${PROJECT_SOURCE_DIR}/src)
 target_link_libraries(quorvane_options INTERFACE Qt6::Core)
 
+# Quicker than the system's own, where there is one.
+if(NOT APPLE)
+    include(CheckLinkerFlag)
+    check_linker_flag(CXX -fuse-ld=lld QUORVANE_HAS_LLD)
+    if(QUORVANE_HAS_LLD)
+        target_link_options(quorvane_options INTERFACE -fuse-ld=lld)
+    endif()
+endif()
+
 if(QUORVANE_SANITIZE)
+    # -g1: enough for the lines of a report.
     target_compile_options(quorvane_options INTERFACE
-        -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+        -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer -g1)
     target_link_options(quorvane_options INTERFACE -fsanitize=address,undefined)
 endif()
 
@@ -29,4 +45,21 @@ function(quorvane_library name)
     cmake_parse_arguments(arg "" "" "SOURCES;LINKS;PRIVATE_LINKS" ${ARGN})
     add_library(${name} STATIC ${arg_SOURCES})
     target_link_libraries(${name} PUBLIC quorvane_options ${arg_LINKS} PRIVATE ${arg_PRIVATE_LINKS})
+    quorvane_keep_apart(${name})
+endfunction()
+
+# Files that a unity build compiles by themselves, because a helper of theirs bears the same name as another file's.
+set(QUORVANE_APART
+    src/startup/launchd/LaunchItems+Restore.cpp)
+
+# quorvane_keep_apart(NAME): for a target of the directory that calls it.
+function(quorvane_keep_apart name)
+    get_target_property(sources ${name} SOURCES)
+    foreach(source IN LISTS sources)
+        cmake_path(ABSOLUTE_PATH source OUTPUT_VARIABLE path)
+        cmake_path(RELATIVE_PATH path BASE_DIRECTORY ${PROJECT_SOURCE_DIR})
+        if(path IN_LIST QUORVANE_APART)
+            set_source_files_properties(${source} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
+        endif()
+    endforeach()
 endfunction()

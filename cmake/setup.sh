@@ -27,12 +27,15 @@ install_packages() {
     fi
 }
 
+# ccache, where it is installed, keeps what was compiled with precompiled headers only if their times don't count.
+export CCACHE_SLOPPINESS=${CCACHE_SLOPPINESS:-pch_defines,time_macros,include_file_mtime,include_file_ctime}
+
 install_build_packages() {
     if [ "$(uname)" = Darwin ]; then
         install_packages cmake ninja pkg-config qt qcoro nlohmann-json libheif libplist
     else
         # fonts-inter: a bare system has no font at all, and text would be painted blank.
-        install_packages g++ cmake ninja-build pkg-config qt6-base-dev qcoro-qt6-dev nlohmann-json3-dev libheif-dev libplist-dev fonts-inter
+        install_packages g++ cmake ninja-build pkg-config qt6-base-dev qcoro-qt6-dev nlohmann-json3-dev libheif-dev libplist-dev fonts-inter lld
     fi
 }
 
@@ -44,12 +47,14 @@ install_benchmark_packages() {
     if [ "$(uname)" = Darwin ]; then install_packages google-benchmark; else install_packages libbenchmark-dev; fi
 }
 
-# build PRESET: configures once and builds what has changed; the output is shown when it fails.
+# build PRESET [TARGET…]: configures once and builds what has changed; the output is shown when it fails.
 build() {
-    local folder=build/$1 log=build/$1.log
+    local preset=$1 folder=build/$1 log=build/$1.log
+    shift
     mkdir -p build
-    say "Building ($1, log in $log)"
-    if ! { { [ -f "$folder/build.ninja" ] || cmake --preset "$1"; } && cmake --build --preset "$1"; } >"$log" 2>&1; then
+    say "Building ($preset, log in $log)"
+    if ! { { [ -f "$folder/build.ninja" ] || cmake --preset "$preset"; } &&
+        cmake --build --preset "$preset" ${1:+--target "$@"}; } >"$log" 2>&1; then
         tail -n 60 "$log"
         exit 1
     fi

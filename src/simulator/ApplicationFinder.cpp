@@ -9,7 +9,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr QStringView kBundleSuffix = u".app";
+constexpr QStringView kApplicationSuffix = u".app";
 
 QString text(const PropertyList::Dictionary& dictionary, const QString& key) {
     const auto entry = dictionary.find(key);
@@ -40,18 +40,18 @@ QStringList applicationFolders(const Mac& mac) {
 }
 
 std::optional<Application> readApplication(const Volume& volume, const QString& bundlePath) {
-    if (!bundlePath.endsWith(kBundleSuffix) || !volume.isFolder(bundlePath)) {
+    if (!bundlePath.endsWith(kApplicationSuffix) || !volume.isFolder(bundlePath)) {
         return std::nullopt;
     }
     const QString path = volume.canonicalPath(bundlePath);
     const PropertyList::Dictionary info = readInfo(volume, path);
     const QString executable = text(info, u"CFBundleExecutable"_s);
-    const QString name = lastPathComponent(path).chopped(kBundleSuffix.size());
+    const QString name = lastPathComponent(path).chopped(kApplicationSuffix.size());
     return Application{path, text(info, u"CFBundleIdentifier"_s), executable.isEmpty() ? name : executable};
 }
 
 std::optional<Application> findApplication(const Mac& mac, const Volume& volume, const QString& name) {
-    const QString bundle = name.endsWith(kBundleSuffix) ? name : name + kBundleSuffix.toString();
+    const QString bundle = name.endsWith(kApplicationSuffix) ? name : name + kApplicationSuffix.toString();
     const QStringList places = applicationFolders(mac);
     for (const QString& folder : places) {
         if (auto found = readApplication(volume, folder + u'/' + bundle)) {

@@ -8,7 +8,7 @@ namespace macsim {
 
 namespace {
 
-[[noreturn]] void refuse(const std::string& reason) {
+[[noreturn]] void refuseJson(const std::string& reason) {
     throw std::invalid_argument("property list: " + reason);
 }
 
@@ -18,7 +18,7 @@ QByteArray dataOfJson(const Json& base64) {
     const auto text = QByteArray::fromStdString(base64.get<std::string>());
     const auto decoded = QByteArray::fromBase64Encoding(text, QByteArray::AbortOnBase64DecodingErrors);
     if (!decoded) {
-        refuse("$data isn't base64");
+        refuseJson("$data isn't base64");
     }
     return *decoded;
 }
@@ -27,7 +27,7 @@ QDateTime dateOfJson(const Json& iso8601) {
     const auto text = QString::fromStdString(iso8601.get<std::string>());
     QDateTime date = QDateTime::fromString(text, Qt::ISODate).toUTC();
     if (!date.isValid()) {
-        refuse("$date isn't a date of ISO 8601");
+        refuseJson("$date isn't a date of ISO 8601");
     }
     return date;
 }
@@ -50,7 +50,7 @@ PropertyList listOfJsonObject(const Json& json, int depth) {
 
 PropertyList listOfJson(const Json& json, int depth) {
     if (depth > kMaximumPropertyListDepth) {
-        refuse("nested too deeply");
+        refuseJson("nested too deeply");
     }
     switch (json.type()) {
     case Json::value_t::boolean:
@@ -59,7 +59,7 @@ PropertyList listOfJson(const Json& json, int depth) {
         return json.get<double>();
     case Json::value_t::number_unsigned:
         if (json.get<quint64>() > static_cast<quint64>(std::numeric_limits<qint64>::max())) {
-            refuse("an integer above 2^63 - 1");
+            refuseJson("an integer above 2^63 - 1");
         }
         return json.get<qint64>();
     case Json::value_t::number_integer:
@@ -76,7 +76,7 @@ PropertyList listOfJson(const Json& json, int depth) {
         return array;
     }
     default:
-        refuse("has no null");
+        refuseJson("has no null");
     }
 }
 

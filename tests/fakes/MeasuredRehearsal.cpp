@@ -4,6 +4,8 @@ namespace quorvane {
 
 MeasuredRehearsal::MeasuredRehearsal(const QString& place)
     : folder(place) {
+    EXPECT_EQ(::testing::UnitTest::GetInstance()->test_to_run_count(), 1)
+        << "a test before this one in the same process would count: each needs a shard of its own";
     EXPECT_EQ(rehearse({u"new"_s}).status, 0);
 }
 

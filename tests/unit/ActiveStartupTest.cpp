@@ -10,7 +10,7 @@ namespace {
 
 using Kind = StartupItemKind;
 
-StartupItem item(Kind kind, const QString& name, const std::optional<QString>& launchIdentifier = std::nullopt) {
+StartupItem savedItem(Kind kind, const QString& name, const std::optional<QString>& launchIdentifier = std::nullopt) {
     StartupItem made;
     made.id = u"id:"_s + name;
     made.name = name;
@@ -37,9 +37,9 @@ TEST(ActiveStartup, aLoginAppOrAgentIsActiveWhileALoginItemHasItsExactName) {
     const StartupReadings readings = readingsOfLoginItems({{u"Foo"_s, u"/Applications/Foo.app"_s, false}});
     const ActiveStartup active(readings);
     for (const Kind kind : {Kind::loginApp, Kind::backgroundAgent}) {
-        EXPECT_EQ(active.isActive(item(kind, u"Foo"_s)), std::optional(true));
-        EXPECT_EQ(active.isActive(item(kind, u"foo"_s)), std::optional(false));
-        EXPECT_EQ(active.isActive(item(kind, u"Bar"_s)), std::optional(false));
+        EXPECT_EQ(active.isActive(savedItem(kind, u"Foo"_s)), std::optional(true));
+        EXPECT_EQ(active.isActive(savedItem(kind, u"foo"_s)), std::optional(false));
+        EXPECT_EQ(active.isActive(savedItem(kind, u"Bar"_s)), std::optional(false));
     }
 }
 
@@ -47,42 +47,42 @@ TEST(ActiveStartup, withoutTheLoginItemsNobodyCanTell) {
     const StartupReadings readings;
     const ActiveStartup active(readings);
     EXPECT_FALSE(active.areLoginItemsKnown());
-    EXPECT_EQ(active.isActive(item(Kind::loginApp, u"Foo"_s)), std::nullopt);
-    EXPECT_EQ(active.isActive(item(Kind::backgroundAgent, u"Foo"_s)), std::nullopt);
+    EXPECT_EQ(active.isActive(savedItem(Kind::loginApp, u"Foo"_s)), std::nullopt);
+    EXPECT_EQ(active.isActive(savedItem(Kind::backgroundAgent, u"Foo"_s)), std::nullopt);
 }
 
 TEST(ActiveStartup, aLaunchItemIsActiveWhileItsPlistLiesInALaunchFolder) {
     StartupReadings readings;
     readings.launchPlists = {u"com.a.plist"_s};
     const ActiveStartup active(readings);
-    StartupItem agent = item(Kind::backgroundAgent, u"A"_s, u"com.a.plist"_s);
+    StartupItem agent = savedItem(Kind::backgroundAgent, u"A"_s, u"com.a.plist"_s);
     agent.id = u"launch:com.a.plist"_s;
-    for (const StartupItem& each :
-         {item(Kind::launchAgent, u"A"_s, u"com.a.plist"_s), item(Kind::launchDaemon, u"A"_s, u"com.a.plist"_s),
-          item(Kind::launchAgent, u"com.a.plist"_s), agent}) {
+    for (const StartupItem& each : {savedItem(Kind::launchAgent, u"A"_s, u"com.a.plist"_s),
+                                    savedItem(Kind::launchDaemon, u"A"_s, u"com.a.plist"_s),
+                                    savedItem(Kind::launchAgent, u"com.a.plist"_s), agent}) {
         EXPECT_EQ(active.isActive(each), std::optional(true));
     }
-    EXPECT_EQ(active.isActive(item(Kind::launchAgent, u"com.a.plist"_s, u"com.b.plist"_s)), std::optional(false));
-    EXPECT_EQ(active.isActive(item(Kind::launchDaemon, u"A"_s)), std::optional(false));
+    EXPECT_EQ(active.isActive(savedItem(Kind::launchAgent, u"com.a.plist"_s, u"com.b.plist"_s)), std::optional(false));
+    EXPECT_EQ(active.isActive(savedItem(Kind::launchDaemon, u"A"_s)), std::optional(false));
 }
 
 TEST(ActiveStartup, aBackgroundItemIsActiveWhileARecordWithItsLabelIsOn) {
     StartupReadings readings;
-    const StartupItem known = item(Kind::backgroundLoginItem, u"A"_s, u"com.a"_s);
+    const StartupItem known = savedItem(Kind::backgroundLoginItem, u"A"_s, u"com.a"_s);
     EXPECT_EQ(ActiveStartup(readings).isActive(known), std::nullopt);
 
     readings.backgroundItems = BackgroundTaskList(
         {recordWith(u"com.a"_s, u"[enabled, allowed]"_s), recordWith(u"com.b"_s, u"[disabled, allowed]"_s)});
     const ActiveStartup active(readings);
     EXPECT_EQ(active.isActive(known), std::optional(true));
-    EXPECT_EQ(active.isActive(item(Kind::backgroundLoginItem, u"B"_s, u"com.b"_s)), std::optional(false));
-    EXPECT_EQ(active.isActive(item(Kind::backgroundLoginItem, u"C"_s, u"com.c"_s)), std::optional(false));
-    EXPECT_EQ(active.isActive(item(Kind::backgroundLoginItem, u"com.a"_s)), std::optional(false));
+    EXPECT_EQ(active.isActive(savedItem(Kind::backgroundLoginItem, u"B"_s, u"com.b"_s)), std::optional(false));
+    EXPECT_EQ(active.isActive(savedItem(Kind::backgroundLoginItem, u"C"_s, u"com.c"_s)), std::optional(false));
+    EXPECT_EQ(active.isActive(savedItem(Kind::backgroundLoginItem, u"com.a"_s)), std::optional(false));
 }
 
 TEST(ActiveStartup, ofAnAddedApplicationNothingIsTold) {
     const StartupReadings readings = readingsOfLoginItems({{u"Foo"_s, u"/Foo.app"_s, false}});
-    EXPECT_EQ(ActiveStartup(readings).isActive(item(Kind::addedApp, u"Foo"_s)), std::nullopt);
+    EXPECT_EQ(ActiveStartup(readings).isActive(savedItem(Kind::addedApp, u"Foo"_s)), std::nullopt);
 }
 
 TEST(ActiveStartup, aPathIsCalledByItsLoginItemElseByItsLastComponent) {

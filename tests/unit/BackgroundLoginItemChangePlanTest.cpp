@@ -13,7 +13,7 @@ using Service = CloudSyncService;
 
 const QString kOn = u"[enabled, allowed, notified] (0xb)"_s;
 
-BackgroundTaskItem record(const QString& name, const QString& label, const QString& disposition = kOn) {
+BackgroundTaskItem listedRecord(const QString& name, const QString& label, const QString& disposition = kOn) {
     BackgroundTaskItem item;
     item.name = name;
     item.identifier = u"8."_s + label;
@@ -52,7 +52,7 @@ TEST(BackgroundLoginItemChangePlan, hasWorkOnceAnythingIsToGo) {
 }
 
 TEST(BackgroundLoginItemChangePlan, anEmptyPlanTakesNothing) {
-    const BackgroundTaskList list({record(u"Dropbox"_s, u"com.dropbox"_s)});
+    const BackgroundTaskList list({listedRecord(u"Dropbox"_s, u"com.dropbox"_s)});
     EXPECT_EQ(namesOf(plannedRecords({}, list)), QStringList());
 }
 
@@ -62,15 +62,17 @@ TEST(BackgroundLoginItemChangePlan, aCleanRebootTakesWhatIsNotPermitted) {
     StartupItem running;
     running.name = u"Opened"_s;
     plan.cleanRebootStartup = StartupConfiguration{{running}, false, {}};
-    const BackgroundTaskList list({record(u"Zed"_s, u"com.z"_s), record(u"Kept"_s, u"com.k"_s),
-                                   record(u"Opened"_s, u"com.o"_s), record(u"alpha"_s, u"com.a"_s),
-                                   record(u"Traktor"_s, u"com.t"_s), record(u"Off"_s, u"com.f"_s, u"[disabled]"_s)});
+    const BackgroundTaskList list({listedRecord(u"Zed"_s, u"com.z"_s), listedRecord(u"Kept"_s, u"com.k"_s),
+                                   listedRecord(u"Opened"_s, u"com.o"_s), listedRecord(u"alpha"_s, u"com.a"_s),
+                                   listedRecord(u"Traktor"_s, u"com.t"_s),
+                                   listedRecord(u"Off"_s, u"com.f"_s, u"[disabled]"_s)});
     EXPECT_EQ(namesOf(plannedRecords(plan, list)), (QStringList{u"alpha"_s, u"Zed"_s}));
 }
 
 TEST(BackgroundLoginItemChangePlan, labelsTakeTheirRecordsWhateverTheirState) {
-    const BackgroundTaskList list({record(u"b"_s, u"com.b"_s), record(u"off"_s, u"com.a"_s, u"[disabled]"_s),
-                                   record(u"c"_s, u"com.c"_s), record(u"a"_s, u"com.a"_s)});
+    const BackgroundTaskList list({listedRecord(u"b"_s, u"com.b"_s),
+                                   listedRecord(u"off"_s, u"com.a"_s, u"[disabled]"_s),
+                                   listedRecord(u"c"_s, u"com.c"_s), listedRecord(u"a"_s, u"com.a"_s)});
     EXPECT_EQ(namesOf(plannedRecords(planForLabels({u"com.b"_s, u"com.a"_s, u"com.gone"_s, u""_s}), list)),
               (QStringList{u"off"_s, u"a"_s, u"b"_s}));
 }
@@ -78,9 +80,9 @@ TEST(BackgroundLoginItemChangePlan, labelsTakeTheirRecordsWhateverTheirState) {
 TEST(BackgroundLoginItemChangePlan, servicesTakeTheirActiveRecords) {
     BackgroundLoginItemChangePlan plan;
     plan.cloudSyncServices = {Service::dropbox, Service::mega};
-    const BackgroundTaskList list({record(u"Dropbox"_s, u"com.d"_s),
-                                   record(u"Off"_s, u"com.dropbox"_s, u"[disabled]"_s),
-                                   record(u"OneDrive"_s, u"com.o"_s), record(u"sync"_s, u"mega.mac"_s)});
+    const BackgroundTaskList list({listedRecord(u"Dropbox"_s, u"com.d"_s),
+                                   listedRecord(u"Off"_s, u"com.dropbox"_s, u"[disabled]"_s),
+                                   listedRecord(u"OneDrive"_s, u"com.o"_s), listedRecord(u"sync"_s, u"mega.mac"_s)});
     EXPECT_EQ(namesOf(plannedRecords(plan, list)), (QStringList{u"Dropbox"_s, u"sync"_s}));
 }
 
@@ -88,22 +90,22 @@ TEST(BackgroundLoginItemChangePlan, aRecordThatGoesForSeveralReasonsGoesOnce) {
     BackgroundLoginItemChangePlan plan = planForLabels({u"com.dropbox"_s, u"com.x"_s});
     plan.cleanRebootPermittedNames = QSet<QString>();
     plan.cloudSyncServices = {Service::dropbox};
-    const BackgroundTaskItem dropbox = record(u"Dropbox"_s, u"com.dropbox"_s);
-    const BackgroundTaskList list({dropbox, record(u"X"_s, u"com.x"_s), dropbox});
+    const BackgroundTaskItem dropbox = listedRecord(u"Dropbox"_s, u"com.dropbox"_s);
+    const BackgroundTaskList list({dropbox, listedRecord(u"X"_s, u"com.x"_s), dropbox});
     EXPECT_EQ(namesOf(plannedRecords(plan, list)), (QStringList{u"Dropbox"_s, u"X"_s}));
 }
 
 TEST(BackgroundLoginItemChangePlan, recordsWhoseLabelsDifferInCaseAreTwo) {
     BackgroundLoginItemChangePlan plan;
     plan.cleanRebootPermittedNames = QSet<QString>();
-    const BackgroundTaskItem lower = record(u"Same"_s, u"com.x"_s);
-    const BackgroundTaskItem upper = record(u"Same"_s, u"com.X"_s);
+    const BackgroundTaskItem lower = listedRecord(u"Same"_s, u"com.x"_s);
+    const BackgroundTaskItem upper = listedRecord(u"Same"_s, u"com.X"_s);
     EXPECT_EQ(plannedRecords(plan, BackgroundTaskList({lower, upper})), (QList<BackgroundTaskItem>{lower, upper}));
 }
 
 TEST(BackgroundLoginItemChangePlan, aServiceIsFoundInAnyTextOfARecord) {
-    EXPECT_TRUE(matchesCloudService(record(u"Google_Drive"_s, u"x"_s), Service::googleDrive));
-    BackgroundTaskItem byUrl = record(u"helper"_s, u"x"_s);
+    EXPECT_TRUE(matchesCloudService(listedRecord(u"Google_Drive"_s, u"x"_s), Service::googleDrive));
+    BackgroundTaskItem byUrl = listedRecord(u"helper"_s, u"x"_s);
     byUrl.url = u"file:///Applications/Box.app/"_s;
     EXPECT_TRUE(matchesCloudService(byUrl, Service::box));
     EXPECT_FALSE(matchesCloudService(byUrl, Service::dropbox));
@@ -113,7 +115,7 @@ TEST(BackgroundLoginItemChangePlan, aServiceIsFoundInAnyTextOfARecord) {
 }
 
 TEST(BackgroundLoginItemChangePlan, withoutServicesNoRecordBelongsToOne) {
-    EXPECT_EQ(namesOf(activeRecordsOfServices({record(u"Dropbox"_s, u"com.dropbox"_s)}, {})), QStringList());
+    EXPECT_EQ(namesOf(activeRecordsOfServices({listedRecord(u"Dropbox"_s, u"com.dropbox"_s)}, {})), QStringList());
 }
 
 } // namespace

@@ -9,8 +9,8 @@ using namespace Qt::StringLiterals;
 namespace quorvane {
 namespace {
 
-BackgroundTaskItem record(const QString& name, const QString& type, const QString& identifier,
-                          const std::optional<QString>& parent = std::nullopt) {
+BackgroundTaskItem dumpedRecord(const QString& name, const QString& type, const QString& identifier,
+                                const std::optional<QString>& parent = std::nullopt) {
     return {name, std::nullopt, identifier, type, u"[enabled, allowed, notified] (0xb)"_s, parent, {}, {}};
 }
 
@@ -24,16 +24,16 @@ QStringList namesIn(const QList<BackgroundTaskItem>& items) {
 
 QString parentName(const BackgroundTaskList& list, const std::optional<QString>& parentIdentifier) {
     const BackgroundTaskItem* parent =
-        list.parentOf(record(u"child"_s, u"agent (0x8)"_s, u"8.child"_s, parentIdentifier));
+        list.parentOf(dumpedRecord(u"child"_s, u"agent (0x8)"_s, u"8.child"_s, parentIdentifier));
     return parent == nullptr ? u"none"_s : parent->name;
 }
 
 TEST(BackgroundTaskList, recordsAreFoundByTheirExactLabelInTheOrderOfTheDump) {
-    BackgroundTaskItem byBundle = record(u"second"_s, u"agent"_s, u"8.other"_s);
+    BackgroundTaskItem byBundle = dumpedRecord(u"second"_s, u"agent"_s, u"8.other"_s);
     byBundle.bundleIdentifier = u"com.a"_s;
-    const BackgroundTaskList list({record(u"first"_s, u"agent"_s, u"8.com.a"_s), byBundle,
-                                   record(u"third"_s, u"agent"_s, u"8.com.A"_s),
-                                   record(u"nobody"_s, u"agent"_s, u"nothing"_s)});
+    const BackgroundTaskList list({dumpedRecord(u"first"_s, u"agent"_s, u"8.com.a"_s), byBundle,
+                                   dumpedRecord(u"third"_s, u"agent"_s, u"8.com.A"_s),
+                                   dumpedRecord(u"nobody"_s, u"agent"_s, u"nothing"_s)});
     EXPECT_EQ(namesIn(list.itemsWithLabel(u"com.a"_s)), (QStringList{u"first"_s, u"second"_s}));
     EXPECT_EQ(namesIn(list.itemsWithLabel(u"com.A"_s)), QStringList(u"third"_s));
     EXPECT_TRUE(list.contains(u"com.a"_s));
@@ -46,10 +46,10 @@ TEST(BackgroundTaskList, recordsAreFoundByTheirExactLabelInTheOrderOfTheDump) {
 }
 
 TEST(BackgroundTaskList, theParentIsTheFirstApplicationWithItsLabelInAnyCase) {
-    const BackgroundTaskList list({record(u"agent"_s, u"agent (0x8)"_s, u"8.com.example.app"_s),
-                                   record(u"first"_s, u"app (0x2)"_s, u"2.com.Example.App"_s),
-                                   record(u"second"_s, u"app (0x2)"_s, u"2.com.example.app"_s),
-                                   record(u"developer"_s, u"developer (0x20)"_s, u"Example Inc"_s)});
+    const BackgroundTaskList list({dumpedRecord(u"agent"_s, u"agent (0x8)"_s, u"8.com.example.app"_s),
+                                   dumpedRecord(u"first"_s, u"app (0x2)"_s, u"2.com.Example.App"_s),
+                                   dumpedRecord(u"second"_s, u"app (0x2)"_s, u"2.com.example.app"_s),
+                                   dumpedRecord(u"developer"_s, u"developer (0x20)"_s, u"Example Inc"_s)});
     EXPECT_EQ(parentName(list, u"2.com.example.app"_s), u"first"_s);
     EXPECT_EQ(parentName(list, u"2.COM.EXAMPLE.APP"_s), u"first"_s);
     for (const std::optional<QString>& identifier :
@@ -61,17 +61,17 @@ TEST(BackgroundTaskList, theParentIsTheFirstApplicationWithItsLabelInAnyCase) {
 }
 
 TEST(BackgroundTaskList, anItemWithALabelIsOnWhileAnyOfItsRecordsIs) {
-    BackgroundTaskItem off = record(u"off"_s, u"agent"_s, u"8.com.a"_s);
+    BackgroundTaskItem off = dumpedRecord(u"off"_s, u"agent"_s, u"8.com.a"_s);
     off.disposition = disabledDisposition();
-    const BackgroundTaskItem on = record(u"on"_s, u"agent"_s, u"8.com.a"_s);
+    const BackgroundTaskItem on = dumpedRecord(u"on"_s, u"agent"_s, u"8.com.a"_s);
     EXPECT_TRUE(BackgroundTaskList({off, on}).isActive(u"com.a"_s));
     EXPECT_FALSE(BackgroundTaskList({off, off}).isActive(u"com.a"_s));
 }
 
 TEST(BackgroundTaskList, aMarkSwitchesOffEveryRecordWithTheLabelAndNoOther) {
-    const BackgroundTaskItem a = record(u"a"_s, u"agent"_s, u"8.com.a"_s);
-    const BackgroundTaskItem otherCase = record(u"A"_s, u"agent"_s, u"8.com.A"_s);
-    const BackgroundTaskItem unlabelled = record(u"u"_s, u"agent"_s, u"nothing"_s);
+    const BackgroundTaskItem a = dumpedRecord(u"a"_s, u"agent"_s, u"8.com.a"_s);
+    const BackgroundTaskItem otherCase = dumpedRecord(u"A"_s, u"agent"_s, u"8.com.A"_s);
+    const BackgroundTaskItem unlabelled = dumpedRecord(u"u"_s, u"agent"_s, u"nothing"_s);
     BackgroundTaskList list({a, otherCase, unlabelled, a});
     list.markDisabled(u"com.a"_s);
 
@@ -83,8 +83,8 @@ TEST(BackgroundTaskList, aMarkSwitchesOffEveryRecordWithTheLabelAndNoOther) {
 }
 
 TEST(BackgroundTaskList, markingAnUnknownLabelChangesNothing) {
-    const QList<BackgroundTaskItem> items{record(u"a"_s, u"agent"_s, u"8.com.a"_s),
-                                          record(u"u"_s, u"agent"_s, u"nothing"_s)};
+    const QList<BackgroundTaskItem> items{dumpedRecord(u"a"_s, u"agent"_s, u"8.com.a"_s),
+                                          dumpedRecord(u"u"_s, u"agent"_s, u"nothing"_s)};
     BackgroundTaskList list(items);
     list.markDisabled(u"com.b"_s);
     list.markDisabled(QString());
@@ -92,10 +92,10 @@ TEST(BackgroundTaskList, markingAnUnknownLabelChangesNothing) {
 }
 
 TEST(BackgroundTaskList, aRecordIsProtectedByItselfOrByItsApplication) {
-    const BackgroundTaskItem app = record(u"Traktor Pro 4"_s, u"app (0x2)"_s, u"2.com.x.tp4"_s);
-    const BackgroundTaskItem helper = record(u"Updater"_s, u"agent"_s, u"8.com.x.updater"_s, u"2.com.x.tp4"_s);
-    const BackgroundTaskItem own = record(u"Serato Agent"_s, u"agent"_s, u"8.com.y"_s);
-    const BackgroundTaskItem other = record(u"Dropbox"_s, u"agent"_s, u"8.com.z"_s, u"2.com.z.app"_s);
+    const BackgroundTaskItem app = dumpedRecord(u"Traktor Pro 4"_s, u"app (0x2)"_s, u"2.com.x.tp4"_s);
+    const BackgroundTaskItem helper = dumpedRecord(u"Updater"_s, u"agent"_s, u"8.com.x.updater"_s, u"2.com.x.tp4"_s);
+    const BackgroundTaskItem own = dumpedRecord(u"Serato Agent"_s, u"agent"_s, u"8.com.y"_s);
+    const BackgroundTaskItem other = dumpedRecord(u"Dropbox"_s, u"agent"_s, u"8.com.z"_s, u"2.com.z.app"_s);
     const BackgroundTaskList list({app, helper, own, other});
     EXPECT_TRUE(list.isProtected(app));
     EXPECT_TRUE(list.isProtected(helper));
@@ -104,13 +104,13 @@ TEST(BackgroundTaskList, aRecordIsProtectedByItselfOrByItsApplication) {
 }
 
 TEST(BackgroundTaskList, aCopyKeepsItsOwnMarks) {
-    const BackgroundTaskItem app = record(u"app"_s, u"app (0x2)"_s, u"2.com.a"_s);
+    const BackgroundTaskItem app = dumpedRecord(u"app"_s, u"app (0x2)"_s, u"2.com.a"_s);
     BackgroundTaskList list({app});
     const BackgroundTaskList copy = list;
     list.markDisabled(u"com.a"_s);
     EXPECT_TRUE(copy.isActive(u"com.a"_s));
-    ASSERT_NE(copy.parentOf(record(u"c"_s, u"agent"_s, u"8.c"_s, u"2.com.a"_s)), nullptr);
-    EXPECT_EQ(*copy.parentOf(record(u"c"_s, u"agent"_s, u"8.c"_s, u"2.com.a"_s)), app);
+    ASSERT_NE(copy.parentOf(dumpedRecord(u"c"_s, u"agent"_s, u"8.c"_s, u"2.com.a"_s)), nullptr);
+    EXPECT_EQ(*copy.parentOf(dumpedRecord(u"c"_s, u"agent"_s, u"8.c"_s, u"2.com.a"_s)), app);
 }
 
 TEST(BackgroundTaskList, anEmptyListKnowsNothing) {

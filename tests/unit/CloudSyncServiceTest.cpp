@@ -101,8 +101,8 @@ const QList<Row> kRows{
      {u"yandex disk"_s, u"yandex.disk"_s, u"com.yandex.desktop"_s}},
 };
 
-StartupItem item(const QString& name, const QString& path = {},
-                 const std::optional<QString>& launchIdentifier = std::nullopt) {
+StartupItem itemNamed(const QString& name, const QString& path = {},
+                      const std::optional<QString>& launchIdentifier = std::nullopt) {
     StartupItem made;
     made.id = u"login:"_s + name;
     made.name = name;
@@ -153,21 +153,21 @@ TEST(CloudSyncService, itemsMatchByNamePathAndIdentifier) {
         CloudSyncServices services;
     };
     const QList<Case> cases{
-        {item(u"Box Sync Helper"_s), {Service::box}},
-        {item(u"Boxer"_s, u"/Applications/Boxer.app"_s), {}},
-        {item(u"x"_s, u"/Applications/Box.app"_s), {Service::box}},
-        {item(u"Box.app"_s), {}},
-        {item(u"The"_s, u"Box.app"_s), {Service::box}},
-        {item(u"com_google_drive"_s), {Service::googleDrive}}, // as "google drive"
-        {item(u"com_box"_s), {}},
-        {item(u"Google_Drive"_s), {Service::googleDrive}},
-        {item(u"mega"_s), {}},
-        {item(u"MEGAsync"_s), {Service::mega}},
-        {item(u"x"_s, QString(), u"mega.mac"_s), {Service::mega}},
-        {item(u"Google"_s, u"drive"_s), {Service::googleDrive}},
-        {item(u"x"_s, QString(), u"com.owncloud.desktopclient"_s), {Service::nextcloud, Service::owncloud}},
-        {item(u"iCloud Drive"_s), {Service::iCloudDrive}},
-        {item(QString()), {}},
+        {itemNamed(u"Box Sync Helper"_s), {Service::box}},
+        {itemNamed(u"Boxer"_s, u"/Applications/Boxer.app"_s), {}},
+        {itemNamed(u"x"_s, u"/Applications/Box.app"_s), {Service::box}},
+        {itemNamed(u"Box.app"_s), {}},
+        {itemNamed(u"The"_s, u"Box.app"_s), {Service::box}},
+        {itemNamed(u"com_google_drive"_s), {Service::googleDrive}}, // as "google drive"
+        {itemNamed(u"com_box"_s), {}},
+        {itemNamed(u"Google_Drive"_s), {Service::googleDrive}},
+        {itemNamed(u"mega"_s), {}},
+        {itemNamed(u"MEGAsync"_s), {Service::mega}},
+        {itemNamed(u"x"_s, QString(), u"mega.mac"_s), {Service::mega}},
+        {itemNamed(u"Google"_s, u"drive"_s), {Service::googleDrive}},
+        {itemNamed(u"x"_s, QString(), u"com.owncloud.desktopclient"_s), {Service::nextcloud, Service::owncloud}},
+        {itemNamed(u"iCloud Drive"_s), {Service::iCloudDrive}},
+        {itemNamed(QString()), {}},
     };
     for (const Case& each : cases) {
         SCOPED_TRACE(each.item.name.toStdString());
@@ -178,14 +178,15 @@ TEST(CloudSyncService, itemsMatchByNamePathAndIdentifier) {
 }
 
 TEST(CloudSyncService, matchingItemsKeepTheirOrder) {
-    const QList<StartupItem> items{item(u"MEGAsync"_s), item(u"Live"_s), item(u"Dropbox"_s), item(u"Koofr"_s)};
+    const QList<StartupItem> items{itemNamed(u"MEGAsync"_s), itemNamed(u"Live"_s), itemNamed(u"Dropbox"_s),
+                                   itemNamed(u"Koofr"_s)};
     EXPECT_EQ(itemsMatchingCloudServices(items, {Service::dropbox, Service::mega}),
               (QList<StartupItem>{items.at(0), items.at(2)}));
     EXPECT_EQ(itemsMatchingCloudServices(items, {}), QList<StartupItem>());
 }
 
 TEST(CloudSyncService, disabledServicesSwitchTheirItemsOff) {
-    QList<StartupItem> items{item(u"MEGAsync"_s), item(u"Live"_s), item(u"Dropbox"_s)};
+    QList<StartupItem> items{itemNamed(u"MEGAsync"_s), itemNamed(u"Live"_s), itemNamed(u"Dropbox"_s)};
     items[1].runsAtStartup = false;
     const QList<StartupItem> before = items;
     applyDisabledCloudSync(items, {});
@@ -213,7 +214,8 @@ TEST(CloudSyncService, theSearchStringsComeFromItemsApplicationsAndProviders) {
     files.addFolders(u"/Users/alex/Applications/Koofr.app"_s);
     files.addFolders(u"/Users/alex/Library/CloudStorage/Dropbox"_s);
     files.addFile(u"/Users/alex/Library/CloudStorage/.DS_Store"_s, {});
-    EXPECT_EQ(cloudDetectionSearchStrings({item(u"Name_1"_s, u"/P"_s, u"L"_s), item(u"N2"_s)}, files, u"/Users/alex"_s),
+    EXPECT_EQ(cloudDetectionSearchStrings({itemNamed(u"Name_1"_s, u"/P"_s, u"L"_s), itemNamed(u"N2"_s)}, files,
+                                          u"/Users/alex"_s),
               (QStringList{u"name 1"_s, u"/p"_s, u"l"_s, u"n2"_s, u""_s, u"google drive.app"_s,
                            u"/applications/google drive.app"_s, u"koofr.app"_s, u"/users/alex/applications/koofr.app"_s,
                            u"dropbox"_s, u".ds store"_s}));

@@ -9,7 +9,7 @@ namespace {
 
 /// The message of the error that an action raises; empty when it raises none.
 template <typename Action>
-QString problemOf(Action action) {
+QString problemIn(Action action) {
     try {
         action();
     } catch (const DecodingError& error) {
@@ -51,18 +51,18 @@ TEST(Json, textsThatAreNoJsonAreErrors) {
     };
     for (const QByteArray& text : broken) {
         SCOPED_TRACE(text.left(20).toStdString());
-        EXPECT_FALSE(problemOf([&] { parseJson(text); }).isEmpty());
+        EXPECT_FALSE(problemIn([&] { parseJson(text); }).isEmpty());
     }
 }
 
 TEST(Json, anErrorOfSyntaxNamesTheLine) {
-    EXPECT_EQ(problemOf([] { parseJson("{\n  \"a\": 1,\n  oops\n}"); }), u"not valid JSON (line 3)"_s);
+    EXPECT_EQ(problemIn([] { parseJson("{\n  \"a\": 1,\n  oops\n}"); }), u"not valid JSON (line 3)"_s);
 }
 
 TEST(Json, nestingIsLimited) {
-    EXPECT_EQ(problemOf([] { parseJson(nested(512)); }), QString());
-    EXPECT_EQ(problemOf([] { parseJson(nested(513)); }), u"nested too deeply"_s);
-    EXPECT_EQ(problemOf([] { parseJson(nested(1 << 19)); }), u"nested too deeply"_s);
+    EXPECT_EQ(problemIn([] { parseJson(nested(512)); }), QString());
+    EXPECT_EQ(problemIn([] { parseJson(nested(513)); }), u"nested too deeply"_s);
+    EXPECT_EQ(problemIn([] { parseJson(nested(1 << 19)); }), u"nested too deeply"_s);
 }
 
 TEST(Json, aTreeIsReadAsItIsWritten) {
@@ -102,9 +102,9 @@ TEST(Json, anObjectMayHaveVeryManyMembers) {
 
 TEST(Json, anErrorNamesTheWayToItsPlace) {
     const Json json = parseJson(R"({"a":["x",1]})");
-    EXPECT_EQ(problemOf([&] { requiredMember<QList<QString>>(json, "a"); }), u"\"a[1]\": not a string"_s);
-    EXPECT_EQ(problemOf([&] { requiredMember<bool>(json, "b"); }), u"\"b\": missing"_s);
-    EXPECT_EQ(problemOf([&] { requiredMember<bool>(Json(1), "b"); }), u"not an object"_s);
+    EXPECT_EQ(problemIn([&] { requiredMember<QList<QString>>(json, "a"); }), u"\"a[1]\": not a string"_s);
+    EXPECT_EQ(problemIn([&] { requiredMember<bool>(json, "b"); }), u"\"b\": missing"_s);
+    EXPECT_EQ(problemIn([&] { requiredMember<bool>(Json(1), "b"); }), u"not an object"_s);
     EXPECT_EQ(DecodingError(u"missing"_s, u"kind"_s).within(u"[3]"_s).within(u"items"_s).key(), u"items[3].kind"_s);
 }
 
@@ -112,17 +112,17 @@ TEST(Json, nullIsAbsentWhereAbsenceIsAllowed) {
     const Json json = parseJson(R"({"a":null})");
     EXPECT_EQ(optionalMember<bool>(json, "a"), std::nullopt);
     EXPECT_EQ(optionalMember<bool>(json, "b"), std::nullopt);
-    EXPECT_EQ(problemOf([&] { requiredMember<bool>(json, "a"); }), u"\"a\": not a boolean"_s);
+    EXPECT_EQ(problemIn([&] { requiredMember<bool>(json, "a"); }), u"\"a\": not a boolean"_s);
 }
 
 TEST(Json, nothingIsConverted) {
     const Json values = parseJson(R"([null,true,0,1,1.5,"true",[],{}])");
     for (const Json& value : values) {
         SCOPED_TRACE(value.dump());
-        EXPECT_EQ(problemOf([&] { decodedValue<bool>(value); }).isEmpty(), value.is_boolean());
-        EXPECT_EQ(problemOf([&] { decodedValue<QString>(value); }).isEmpty(), value.is_string());
-        EXPECT_EQ(problemOf([&] { decodedValue<QList<QString>>(value); }).isEmpty(), value.is_array());
-        EXPECT_EQ(problemOf([&] { decodedValue<QMap<QString, QString>>(value); }).isEmpty(), value.is_object());
+        EXPECT_EQ(problemIn([&] { decodedValue<bool>(value); }).isEmpty(), value.is_boolean());
+        EXPECT_EQ(problemIn([&] { decodedValue<QString>(value); }).isEmpty(), value.is_string());
+        EXPECT_EQ(problemIn([&] { decodedValue<QList<QString>>(value); }).isEmpty(), value.is_array());
+        EXPECT_EQ(problemIn([&] { decodedValue<QMap<QString, QString>>(value); }).isEmpty(), value.is_object());
     }
 }
 
@@ -153,7 +153,7 @@ TEST(Json, aDateHasOneForm) {
     };
     for (const QString& text : others) {
         SCOPED_TRACE(text.toStdString());
-        EXPECT_FALSE(problemOf([&] { decodedValue<QDateTime>(encodeJson(text)); }).isEmpty());
+        EXPECT_FALSE(problemIn([&] { decodedValue<QDateTime>(encodeJson(text)); }).isEmpty());
     }
 }
 
@@ -183,7 +183,7 @@ TEST(Json, aUuidIsReadInEitherCaseAndWrittenInUpperCase) {
     };
     for (const QString& text : others) {
         SCOPED_TRACE(text.toStdString());
-        EXPECT_EQ(problemOf([&] { decodedValue<QUuid>(encodeJson(text)); }), u"not a UUID"_s);
+        EXPECT_EQ(problemIn([&] { decodedValue<QUuid>(encodeJson(text)); }), u"not a UUID"_s);
     }
 }
 

@@ -14,9 +14,9 @@ const QString kDaemonFolder = u"/Library/LaunchDaemons/"_s;
 const QString kSupport = u"/Library/Application Support"_s;
 const QString kKeptAgents = kSupport + u"/Quorvane/LaunchItems/_Library_LaunchAgents/"_s;
 const QString kKeptDaemons = kSupport + u"/Quorvane/LaunchItems/_Library_LaunchDaemons/"_s;
-const QString kUsersBackup = u"/Users/alex/.quorvane_backup"_s;
-const QString kAgentsKept = kUsersBackup + u"/_Library_LaunchAgents/"_s;
-const QString kDaemonsKept = kUsersBackup + u"/_Library_LaunchDaemons/"_s;
+const QString kKeptBackup = u"/Users/alex/.quorvane_backup"_s;
+const QString kAgentsKept = kKeptBackup + u"/_Library_LaunchAgents/"_s;
+const QString kDaemonsKept = kKeptBackup + u"/_Library_LaunchDaemons/"_s;
 const QString kBoxPlist = u"com.box.plist"_s;
 
 const QString kAgentBack =

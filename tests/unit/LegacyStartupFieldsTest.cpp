@@ -13,7 +13,7 @@ namespace {
 
 using Kind = StartupItemKind;
 
-StartupItem item(const QString& id, const QString& name, Kind kind, bool runs) {
+StartupItem itemOfKind(const QString& id, const QString& name, Kind kind, bool runs) {
     StartupItem made;
     made.id = id;
     made.name = name;
@@ -22,14 +22,14 @@ StartupItem item(const QString& id, const QString& name, Kind kind, bool runs) {
     return made;
 }
 
-StartupItem launchItem(const QString& fileName, Kind kind, bool runs) {
-    StartupItem made = item(u"launch:"_s + fileName, fileName, kind, runs);
+StartupItem launchItemOfKind(const QString& fileName, Kind kind, bool runs) {
+    StartupItem made = itemOfKind(u"launch:"_s + fileName, fileName, kind, runs);
     made.launchIdentifier = fileName;
     return made;
 }
 
 StartupItem loginItem(const QString& id, const QString& name, const QString& path) {
-    StartupItem made = item(id, name, Kind::backgroundAgent, true);
+    StartupItem made = itemOfKind(id, name, Kind::backgroundAgent, true);
     made.path = path;
     return made;
 }
@@ -67,25 +67,27 @@ TEST(LegacyStartupFields, eachListBecomesItsItems) {
     };
     const std::vector<Case> cases{
         {"nothing", {}, {}},
-        {"a login item by name", disabledLogin({u"Sync"_s}), {item(u"login:Sync"_s, u"Sync"_s, Kind::loginApp, false)}},
+        {"a login item by name",
+         disabledLogin({u"Sync"_s}),
+         {itemOfKind(u"login:Sync"_s, u"Sync"_s, Kind::loginApp, false)}},
         {"blanks stay in the name only",
          disabledLogin({u"  Sync \n"_s}),
-         {item(u"login:Sync"_s, u"  Sync \n"_s, Kind::loginApp, false)}},
+         {itemOfKind(u"login:Sync"_s, u"  Sync \n"_s, Kind::loginApp, false)}},
         {"a blank value is its own identifier",
          disabledLogin({u" \t"_s}),
-         {item(u"login: \t"_s, u" \t"_s, Kind::loginApp, false)}},
+         {itemOfKind(u"login: \t"_s, u" \t"_s, Kind::loginApp, false)}},
         {"the last of two with one identifier counts",
          disabledLogin({u"Sync"_s, u" Sync"_s}),
-         {item(u"login:Sync"_s, u" Sync"_s, Kind::loginApp, false)}},
+         {itemOfKind(u"login:Sync"_s, u" Sync"_s, Kind::loginApp, false)}},
         {"a path stays a name",
          disabledLogin({u"/Applications/Sync.app"_s}),
-         {item(u"login:/Applications/Sync.app"_s, u"/Applications/Sync.app"_s, Kind::loginApp, false)}},
+         {itemOfKind(u"login:/Applications/Sync.app"_s, u"/Applications/Sync.app"_s, Kind::loginApp, false)}},
         {"a launch plist, untrimmed",
          disabledLaunch({u" com.sync.plist"_s}),
-         {launchItem(u" com.sync.plist"_s, Kind::launchAgent, false)}},
+         {launchItemOfKind(u" com.sync.plist"_s, Kind::launchAgent, false)}},
         {"an excluded launch plist",
          excluded({u"launch:com.sync.plist"_s}),
-         {launchItem(u"com.sync.plist"_s, Kind::backgroundAgent, true)}},
+         {launchItemOfKind(u"com.sync.plist"_s, Kind::backgroundAgent, true)}},
         {"an excluded path",
          excluded({u"login:/Applications/Sync.app"_s}),
          {loginItem(u"login:/Applications/Sync.app"_s, u"Sync.app"_s, u"/Applications/Sync.app"_s)}},
@@ -107,7 +109,7 @@ TEST(LegacyStartupFields, eachListBecomesItsItems) {
          {loginItem(u"btm:com.sync"_s, u"btm:com.sync"_s, QString())}},
         {"permitted for a clean reboot",
          permitted({u" Live "_s}, true),
-         {item(u"login:Live"_s, u" Live "_s, Kind::loginApp, true)}},
+         {itemOfKind(u"login:Live"_s, u" Live "_s, Kind::loginApp, true)}},
         {"permitted without a clean reboot", permitted({u"Live"_s}, false), {}},
     };
     for (const Case& each : cases) {
@@ -121,8 +123,8 @@ TEST(LegacyStartupFields, anExcludedItemRunsThoughItIsDisabled) {
     fields.disabledLaunchItems = {u"com.sync.plist"_s};
     fields.excludedBackgroundActivityItems = {u"login:Sync"_s, u"launch:com.sync.plist"_s};
     EXPECT_EQ(StartupConfiguration::fromLegacyFields(fields).items,
-              (QList<StartupItem>{launchItem(u"com.sync.plist"_s, Kind::launchAgent, true),
-                                  item(u"login:Sync"_s, u"Sync"_s, Kind::loginApp, true)}));
+              (QList<StartupItem>{launchItemOfKind(u"com.sync.plist"_s, Kind::launchAgent, true),
+                                  itemOfKind(u"login:Sync"_s, u"Sync"_s, Kind::loginApp, true)}));
 }
 
 TEST(LegacyStartupFields, aPermittedItemRunsThoughItIsDisabled) {
@@ -130,10 +132,10 @@ TEST(LegacyStartupFields, aPermittedItemRunsThoughItIsDisabled) {
     fields.permittedStartupApps = {u"Sync"_s};
     fields.cleanReboot = true;
     EXPECT_EQ(StartupConfiguration::fromLegacyFields(fields).items,
-              QList<StartupItem>{item(u"login:Sync"_s, u"Sync "_s, Kind::loginApp, true)});
+              QList<StartupItem>{itemOfKind(u"login:Sync"_s, u"Sync "_s, Kind::loginApp, true)});
     fields.cleanReboot = false;
     EXPECT_EQ(StartupConfiguration::fromLegacyFields(fields).items,
-              QList<StartupItem>{item(u"login:Sync"_s, u"Sync "_s, Kind::loginApp, false)});
+              QList<StartupItem>{itemOfKind(u"login:Sync"_s, u"Sync "_s, Kind::loginApp, false)});
 }
 
 TEST(LegacyStartupFields, anAddedAppReplacesAnExcludedItemOfItsIdentifier) {

@@ -6,7 +6,7 @@ namespace {
 
 using Operation = MemoryFileManager::Operation;
 
-const QString kBackupFolder = u"/Users/alex/.quorvane_backup"_s;
+const QString kHiddenBackup = u"/Users/alex/.quorvane_backup"_s;
 const QString kHelperLabel = u"com.getdropbox.dropbox.helper"_s;
 const QString kHelpers = u"/Applications/Dropbox.app/Contents/Library/LoginItems"_s;
 const QString kHelperBundle = kHelpers + u"/Dropbox Helper.app"_s;
@@ -219,9 +219,9 @@ TEST_F(Quarantine, aHelperWithTheNameOfAudioSoftwareStays) {
 
 TEST_F(Quarantine, aLinkInThePlaceOfAFolderStopsIt) {
     for (const QString& folder :
-         {kBackupFolder, kBackupFolder + u"/bundled-login-items"_s, kQuarantine + kHelperLabel}) {
-        if (files.exists(kBackupFolder)) {
-            removeTree(files, kBackupFolder);
+         {kHiddenBackup, kHiddenBackup + u"/bundled-login-items"_s, kQuarantine + kHelperLabel}) {
+        if (files.exists(kHiddenBackup)) {
+            removeTree(files, kHiddenBackup);
         }
         files.addFolders(u"/Users/alex/Elsewhere"_s);
         files.addLink(folder, u"/Users/alex/Elsewhere"_s);
@@ -234,10 +234,10 @@ TEST_F(Quarantine, aLinkInThePlaceOfAFolderStopsIt) {
 }
 
 TEST_F(Quarantine, aFileInThePlaceOfAFolderStopsItAlsoInABatch) {
-    files.addFile(kBackupFolder, "not a folder");
+    files.addFile(kHiddenBackup, "not a folder");
     system.beginAdminBatch();
     EXPECT_FALSE(disable());
-    EXPECT_EQ(trace.last(), u"  [ERROR] Backup folder is not usable: "_s + kBackupFolder);
+    EXPECT_EQ(trace.last(), u"  [ERROR] Backup folder is not usable: "_s + kHiddenBackup);
     trace.clear();
     EXPECT_TRUE(finish());
     EXPECT_EQ(takeTrace(), prompted(queuedLaunchctl(kHelperLabel), u"Please."_s));
@@ -245,9 +245,9 @@ TEST_F(Quarantine, aFileInThePlaceOfAFolderStopsItAlsoInABatch) {
 }
 
 TEST_F(Quarantine, aFolderThatCannotBeMadeStopsIt) {
-    files.failOn(Operation::CreateFolders, kBackupFolder);
+    files.failOn(Operation::CreateFolders, kHiddenBackup);
     EXPECT_FALSE(disable());
-    EXPECT_EQ(traceOfQuarantine(), u"  [ERROR] Backup folder is not usable: "_s + kBackupFolder + u'\n');
+    EXPECT_EQ(traceOfQuarantine(), u"  [ERROR] Backup folder is not usable: "_s + kHiddenBackup + u'\n');
     EXPECT_TRUE(files.exists(kHelperBundle));
 }
 

@@ -12,8 +12,8 @@ namespace {
 using Kind = StartupItemKind;
 using Service = CloudSyncService;
 
-StartupItem item(Kind kind, const QString& name, bool runs = false,
-                 const std::optional<QString>& launchIdentifier = std::nullopt) {
+StartupItem previewedItem(Kind kind, const QString& name, bool runs = false,
+                          const std::optional<QString>& launchIdentifier = std::nullopt) {
     StartupItem made;
     made.id = u"id:"_s + name;
     made.name = name;
@@ -23,7 +23,7 @@ StartupItem item(Kind kind, const QString& name, bool runs = false,
     return made;
 }
 
-StartupItem added(const QString& name, const QString& path, bool hidden = false) {
+StartupItem addedToOpen(const QString& name, const QString& path, bool hidden = false) {
     return StartupItem::fromLaunchItem({name, path, hidden});
 }
 
@@ -50,7 +50,7 @@ protected:
 
 TEST_F(StartupChangePreviewTest, anEmptyConfigurationChangesNothing) {
     addLoginItem(u"Foo"_s, u"/Foo.app"_s);
-    readings.discovered = {item(Kind::loginApp, u"Foo"_s, true)};
+    readings.discovered = {previewedItem(Kind::loginApp, u"Foo"_s, true)};
     EXPECT_EQ(preview(), StartupChangePreview());
 }
 
@@ -61,22 +61,22 @@ TEST_F(StartupChangePreviewTest, whatIsSwitchedOffAndStillActiveWillBeDisabled) 
     readings.launchPlists = {u"com.m.plist"_s};
     readings.backgroundItems = BackgroundTaskList({{u"B"_s, u"com.b"_s, {}, {}, u"[enabled]"_s, {}, {}, {}},
                                                    {u"Off"_s, u"com.off"_s, {}, {}, u"[disabled]"_s, {}, {}, {}}});
-    configuration.items = {item(Kind::loginApp, u"zed"_s),
-                           item(Kind::loginApp, u"Gone"_s),
-                           item(Kind::loginApp, u"Runs"_s, true),
-                           item(Kind::backgroundAgent, u"Alpha"_s),
-                           item(Kind::launchDaemon, u"mid"_s, false, u"com.m.plist"_s),
-                           item(Kind::launchAgent, u"moved"_s, false, u"com.n.plist"_s),
-                           item(Kind::backgroundLoginItem, u"Bee"_s, false, u"com.b"_s),
-                           item(Kind::backgroundLoginItem, u"Off"_s, false, u"com.off"_s)};
+    configuration.items = {previewedItem(Kind::loginApp, u"zed"_s),
+                           previewedItem(Kind::loginApp, u"Gone"_s),
+                           previewedItem(Kind::loginApp, u"Runs"_s, true),
+                           previewedItem(Kind::backgroundAgent, u"Alpha"_s),
+                           previewedItem(Kind::launchDaemon, u"mid"_s, false, u"com.m.plist"_s),
+                           previewedItem(Kind::launchAgent, u"moved"_s, false, u"com.n.plist"_s),
+                           previewedItem(Kind::backgroundLoginItem, u"Bee"_s, false, u"com.b"_s),
+                           previewedItem(Kind::backgroundLoginItem, u"Off"_s, false, u"com.off"_s)};
     EXPECT_EQ(itemNames(preview().willDisable), (QStringList{u"Alpha"_s, u"Bee"_s, u"mid"_s, u"zed"_s}));
 }
 
 TEST_F(StartupChangePreviewTest, whatCantBeToldStaysInTheList) {
     readings.loginItems.wasRead = false;
-    configuration.items = {item(Kind::loginApp, u"login"_s),
-                           item(Kind::backgroundLoginItem, u"background"_s, false, u"com.b"_s),
-                           item(Kind::launchAgent, u"launch"_s, false, u"com.n.plist"_s)};
+    configuration.items = {previewedItem(Kind::loginApp, u"login"_s),
+                           previewedItem(Kind::backgroundLoginItem, u"background"_s, false, u"com.b"_s),
+                           previewedItem(Kind::launchAgent, u"launch"_s, false, u"com.n.plist"_s)};
     EXPECT_EQ(itemNames(preview().willDisable), (QStringList{u"background"_s, u"login"_s}));
 }
 
@@ -84,9 +84,10 @@ TEST_F(StartupChangePreviewTest, activeItemsOfADisabledServiceWillBeDisabledOnce
     addLoginItem(u"Dropbox"_s, u"/Applications/Dropbox.app"_s);
     addLoginItem(u"MEGAsync"_s, u"/Applications/MEGAsync.app"_s);
     configuration.disabledCloudSyncAtStartup = {Service::dropbox};
-    configuration.items = {item(Kind::loginApp, u"Dropbox"_s)};
-    readings.discovered = {item(Kind::loginApp, u"Dropbox"_s, true), item(Kind::loginApp, u"MEGAsync"_s, true),
-                           item(Kind::launchAgent, u"Dropbox Gone"_s, true, u"com.dropbox.plist"_s)};
+    configuration.items = {previewedItem(Kind::loginApp, u"Dropbox"_s)};
+    readings.discovered = {previewedItem(Kind::loginApp, u"Dropbox"_s, true),
+                           previewedItem(Kind::loginApp, u"MEGAsync"_s, true),
+                           previewedItem(Kind::launchAgent, u"Dropbox Gone"_s, true, u"com.dropbox.plist"_s)};
     EXPECT_EQ(itemNames(preview().willDisable), QStringList(u"Dropbox"_s));
     configuration.items.clear();
     EXPECT_EQ(preview().willDisable, QList<StartupItem>{readings.discovered.first()});
@@ -95,9 +96,9 @@ TEST_F(StartupChangePreviewTest, activeItemsOfADisabledServiceWillBeDisabledOnce
 TEST_F(StartupChangePreviewTest, anAddedApplicationWillBeAddedUnlessItsPathIsALoginItem) {
     addLoginItem(u"Renamed"_s, u"/Applications/There.app"_s);
     addLoginItem(u"New"_s, u"/elsewhere"_s);
-    configuration.items = {added(u"new"_s, u"/Applications/New.app"_s, true),
-                           added(u"Another"_s, u"/Applications/Another.app"_s),
-                           added(u"There"_s, u"/Applications/There.app"_s)};
+    configuration.items = {addedToOpen(u"new"_s, u"/Applications/New.app"_s, true),
+                           addedToOpen(u"Another"_s, u"/Applications/Another.app"_s),
+                           addedToOpen(u"There"_s, u"/Applications/There.app"_s)};
     EXPECT_EQ(preview().willAdd, (QList<StartupLaunchItem>{{u"Another"_s, u"/Applications/Another.app"_s, false},
                                                            {u"new"_s, u"/Applications/New.app"_s, true}}));
 }
@@ -109,7 +110,7 @@ TEST_F(StartupChangePreviewTest, aManagedApplicationThatIsNoLongerConfiguredWill
     addLoginItem(u"User's"_s, u"/Applications/User.app"_s);
     readings.managedPaths = {u"/Applications/Old.app"_s, u"/Applications/A.app"_s, u"/Applications/Kept.app"_s,
                              u"/Applications/Gone.app"_s};
-    configuration.items = {added(u"Kept"_s, u"/Applications/Kept.app"_s)};
+    configuration.items = {addedToOpen(u"Kept"_s, u"/Applications/Kept.app"_s)};
     EXPECT_EQ(preview().willRemove, (QList<StartupLaunchItem>{{u"Another"_s, u"/Applications/A.app"_s, false},
                                                               {u"shown"_s, u"/Applications/Old.app"_s, false}}));
 }

@@ -11,7 +11,7 @@ namespace {
 using Kind = StartupItemKind;
 using Texts = QSet<QString>;
 
-StartupItem item(const QString& name, Kind kind, bool runs) {
+StartupItem configuredItem(const QString& name, Kind kind, bool runs) {
     StartupItem made;
     made.id = rawValue(kind) + u':' + name;
     made.name = name;
@@ -21,7 +21,7 @@ StartupItem item(const QString& name, Kind kind, bool runs) {
 }
 
 StartupItem launchItem(const QString& name, Kind kind, bool runs, const QString& launchIdentifier) {
-    StartupItem made = item(name, kind, runs);
+    StartupItem made = configuredItem(name, kind, runs);
     made.launchIdentifier = launchIdentifier;
     return made;
 }
@@ -30,8 +30,8 @@ StartupItem launchItem(const QString& name, Kind kind, bool runs, const QString&
 StartupConfiguration everyKind() {
     StartupConfiguration configuration;
     for (const Kind kind : allStartupItemKinds()) {
-        configuration.items.append(item(rawValue(kind) + u" on"_s, kind, true));
-        configuration.items.append(item(rawValue(kind) + u" off"_s, kind, false));
+        configuration.items.append(configuredItem(rawValue(kind) + u" on"_s, kind, true));
+        configuration.items.append(configuredItem(rawValue(kind) + u" off"_s, kind, false));
     }
     return configuration;
 }
@@ -72,7 +72,7 @@ TEST(StartupConfiguration, aLaunchItemWithoutIdentifierIsKnownByItsNameAndABackg
 
 TEST(StartupConfiguration, onlyAddedAppsThatRunAreLaunched) {
     StartupConfiguration configuration = everyKind();
-    StartupItem hidden = item(u"Mixer"_s, Kind::addedApp, true);
+    StartupItem hidden = configuredItem(u"Mixer"_s, Kind::addedApp, true);
     hidden.path = u"/Applications/Mixer.app"_s;
     hidden.hidden = true;
     configuration.items.prepend(hidden);
@@ -144,11 +144,11 @@ TEST(StartupConfiguration, anErrorInAnItemNamesTheItem) {
 }
 
 TEST(StartupMerge, takesTheSavedChoiceAndTheFreshFacts) {
-    StartupItem saved = item(u"Old name"_s, Kind::loginApp, false);
+    StartupItem saved = configuredItem(u"Old name"_s, Kind::loginApp, false);
     saved.id = u"login:/Applications/Sync.app"_s;
     saved.path = u"/old"_s;
     saved.hidden = true;
-    StartupItem fresh = item(u"New name"_s, Kind::backgroundAgent, true);
+    StartupItem fresh = configuredItem(u"New name"_s, Kind::backgroundAgent, true);
     fresh.id = saved.id;
     fresh.path = u"/Applications/Sync.app"_s;
     fresh.hidden = false;
@@ -168,12 +168,12 @@ TEST(StartupMerge, takesTheSavedChoiceAndTheFreshFacts) {
 }
 
 TEST(StartupMerge, aCleanRebootSwitchesOffOnlyWhatIsNewUnprotectedAndNotAdded) {
-    const StartupItem savedOn = item(u"1 saved on"_s, Kind::launchAgent, true);
-    const StartupItem savedOff = item(u"2 saved off"_s, Kind::launchAgent, false);
-    const StartupItem added = item(u"3 added"_s, Kind::addedApp, true);
-    StartupItem guarded = item(u"4 protected"_s, Kind::launchAgent, true);
+    const StartupItem savedOn = configuredItem(u"1 saved on"_s, Kind::launchAgent, true);
+    const StartupItem savedOff = configuredItem(u"2 saved off"_s, Kind::launchAgent, false);
+    const StartupItem added = configuredItem(u"3 added"_s, Kind::addedApp, true);
+    StartupItem guarded = configuredItem(u"4 protected"_s, Kind::launchAgent, true);
     guarded.isProtected = true;
-    const StartupItem fresh = item(u"5 new"_s, Kind::launchAgent, true);
+    const StartupItem fresh = configuredItem(u"5 new"_s, Kind::launchAgent, true);
     StartupItem discoveredOff = savedOff;
     discoveredOff.runsAtStartup = true;
 
@@ -192,28 +192,29 @@ TEST(StartupMerge, aCleanRebootSwitchesOffOnlyWhatIsNewUnprotectedAndNotAdded) {
 }
 
 TEST(StartupMerge, onlyAddedAppsOutliveTheirDiscovery) {
-    const StartupItem added = item(u"Added"_s, Kind::addedApp, false);
-    const StartupItem agent = item(u"Agent"_s, Kind::launchAgent, false);
-    const StartupItem login = item(u"Login"_s, Kind::loginApp, true);
+    const StartupItem added = configuredItem(u"Added"_s, Kind::addedApp, false);
+    const StartupItem agent = configuredItem(u"Agent"_s, Kind::launchAgent, false);
+    const StartupItem login = configuredItem(u"Login"_s, Kind::loginApp, true);
     const StartupMerge merge = StartupConfiguration{{agent, added, login}, false, {}}.mergedWithDiscovered({}, true);
     EXPECT_EQ(merge.configuration.items, QList<StartupItem>{added});
 }
 
 TEST(StartupMerge, sortsByNameWithoutRegardToCase) {
-    const QList<StartupItem> discovered{item(u"beta"_s, Kind::loginApp, true), item(u"Alpha"_s, Kind::loginApp, true),
-                                        item(u"BETA"_s, Kind::loginApp, true), item(u"gamma"_s, Kind::loginApp, true)};
-    const StartupConfiguration saved{{item(u"Delta"_s, Kind::addedApp, true)}, false, {}};
+    const QList<StartupItem> discovered{
+        configuredItem(u"beta"_s, Kind::loginApp, true), configuredItem(u"Alpha"_s, Kind::loginApp, true),
+        configuredItem(u"BETA"_s, Kind::loginApp, true), configuredItem(u"gamma"_s, Kind::loginApp, true)};
+    const StartupConfiguration saved{{configuredItem(u"Delta"_s, Kind::addedApp, true)}, false, {}};
     EXPECT_EQ(namesOf(saved.mergedWithDiscovered(discovered, false).configuration.items),
               (QStringList{u"Alpha"_s, u"beta"_s, u"BETA"_s, u"Delta"_s, u"gamma"_s}));
 }
 
 TEST(StartupMerge, theFirstOfSeveralSavedItemsCountsAndTheRestIsReported) {
-    StartupItem first = item(u"Sync"_s, Kind::launchAgent, false);
+    StartupItem first = configuredItem(u"Sync"_s, Kind::launchAgent, false);
     StartupItem second = first;
     second.runsAtStartup = true;
     StartupItem fresh = first;
     fresh.runsAtStartup = true;
-    const StartupItem added = item(u"Added"_s, Kind::addedApp, true);
+    const StartupItem added = configuredItem(u"Added"_s, Kind::addedApp, true);
     StartupItem addedAgain = added;
     addedAgain.name = u"Added again"_s;
 

@@ -143,7 +143,7 @@ TEST_F(LaunchPlistDiscoveryTest, anUnreadablePlistHasARowNamedAfterItsFile) {
 
 // ---- Background records
 
-BackgroundTaskItem record(const QString& name, const QString& type) {
+BackgroundTaskItem foundRecord(const QString& name, const QString& type) {
     return {name,
             u"com.foo.helper"_s,
             u"4.com.foo.helper"_s,
@@ -162,19 +162,20 @@ TEST(StartupDiscovery, aBackgroundRecordBecomesABackgroundItem) {
     expected.kind = Kind::backgroundLoginItem;
     expected.runsAtStartup = true;
     expected.launchIdentifier = u"com.foo.helper"_s;
-    EXPECT_EQ(backgroundTaskStartupItem(record(u"Foo"_s, u"app (0x2)"_s)), std::optional(expected));
+    EXPECT_EQ(backgroundTaskStartupItem(foundRecord(u"Foo"_s, u"app (0x2)"_s)), std::optional(expected));
 }
 
 TEST(StartupDiscovery, aBackgroundRecordWithoutANameIsCalledByItsLabel) {
     for (const QString& name : {u""_s, u"(null)"_s}) {
-        EXPECT_EQ(backgroundTaskStartupItem(record(name, u"agent"_s)).value_or(StartupItem()).name,
+        EXPECT_EQ(backgroundTaskStartupItem(foundRecord(name, u"agent"_s)).value_or(StartupItem()).name,
                   u"com.foo.helper"_s);
     }
-    EXPECT_EQ(backgroundTaskStartupItem(record(u"(NULL)"_s, u"agent"_s)).value_or(StartupItem()).name, u"(NULL)"_s);
+    EXPECT_EQ(backgroundTaskStartupItem(foundRecord(u"(NULL)"_s, u"agent"_s)).value_or(StartupItem()).name,
+              u"(NULL)"_s);
 }
 
 TEST(StartupDiscovery, aBackgroundRecordsPathIsTheFirstThingThatTellsWhereItIs) {
-    BackgroundTaskItem item = record(u"Foo"_s, u"agent"_s);
+    BackgroundTaskItem item = foundRecord(u"Foo"_s, u"agent"_s);
     const auto path = [&item] { return backgroundTaskStartupItem(item).value_or(StartupItem()).path; };
     EXPECT_EQ(path(), u"file:///Applications/Foo.app/"_s);
     item.url = std::nullopt;
@@ -187,7 +188,7 @@ TEST(StartupDiscovery, aBackgroundRecordsPathIsTheFirstThingThatTellsWhereItIs) 
 }
 
 TEST(StartupDiscovery, aBackgroundRecordWithoutALabelIsNoItem) {
-    BackgroundTaskItem item = record(u"Foo"_s, u"agent"_s);
+    BackgroundTaskItem item = foundRecord(u"Foo"_s, u"agent"_s);
     item.bundleIdentifier = u""_s;
     item.identifier = u"16."_s;
     EXPECT_EQ(backgroundTaskStartupItem(item), std::nullopt);
@@ -204,20 +205,21 @@ TEST(StartupDiscovery, aBackgroundRecordRunsWhenItIsOn) {
           Row{u"[disabled, allowed, not notified] (0x2)"_s, false}, Row{u"[allowed, visible]"_s, false},
           Row{u""_s, false}}) {
         SCOPED_TRACE(row.disposition.toStdString());
-        BackgroundTaskItem item = record(u"Foo"_s, u"agent"_s);
+        BackgroundTaskItem item = foundRecord(u"Foo"_s, u"agent"_s);
         item.disposition = row.disposition;
         EXPECT_EQ(backgroundTaskStartupItem(item).value_or(StartupItem()).runsAtStartup, row.runs);
     }
 }
 
 TEST(StartupDiscovery, onlyLoginItemsAgentsAndDaemonsAreListedAndNoProtectedRecord) {
-    BackgroundTaskItem byPath = record(u"Helper"_s, u"agent (0x8)"_s);
+    BackgroundTaskItem byPath = foundRecord(u"Helper"_s, u"agent (0x8)"_s);
     byPath.url = u"file:///Applications/Ableton%20Live.app/"_s;
     QStringList names;
     for (const StartupItem& item : backgroundStartupItems(
-             {record(u"app"_s, u"app (0x2)"_s), record(u"item"_s, u"Login Item (0x4)"_s),
-              record(u"agent"_s, u"legacy agent (0x10008)"_s), record(u"daemon"_s, u"daemon (0x10)"_s),
-              record(u"developer"_s, u"developer (0x20)"_s), record(u"Serato Helper"_s, u"agent (0x8)"_s), byPath})) {
+             {foundRecord(u"app"_s, u"app (0x2)"_s), foundRecord(u"item"_s, u"Login Item (0x4)"_s),
+              foundRecord(u"agent"_s, u"legacy agent (0x10008)"_s), foundRecord(u"daemon"_s, u"daemon (0x10)"_s),
+              foundRecord(u"developer"_s, u"developer (0x20)"_s), foundRecord(u"Serato Helper"_s, u"agent (0x8)"_s),
+              byPath})) {
         names.append(item.name);
     }
     EXPECT_EQ(names, (QStringList{u"item"_s, u"agent"_s, u"daemon"_s}));

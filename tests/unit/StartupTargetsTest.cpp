@@ -9,8 +9,8 @@ namespace {
 
 using Kind = StartupItemKind;
 
-StartupItem item(const QString& id, const QString& name, Kind kind, bool runs,
-                 const std::optional<QString>& launchIdentifier = std::nullopt) {
+StartupItem targetItem(const QString& id, const QString& name, Kind kind, bool runs,
+                       const std::optional<QString>& launchIdentifier = std::nullopt) {
     StartupItem made;
     made.id = id;
     made.name = name;
@@ -26,30 +26,30 @@ StartupTargetSets targetsOf(const QList<StartupItem>& items, const CloudSyncServ
 
 TEST(StartupTargets, withoutServicesTheyAreWhatTheConfigurationSwitchesOff) {
     const QList<StartupItem> items{
-        item(u"login:a"_s, u"a"_s, Kind::loginApp, false),
-        item(u"login:b"_s, u"b"_s, Kind::backgroundAgent, false),
-        item(u"login:c"_s, u"c"_s, Kind::loginApp, true),
-        item(u"launch:d"_s, u"d"_s, Kind::launchAgent, false, u"d.plist"_s),
-        item(u"launch:e"_s, u"e"_s, Kind::launchDaemon, false),
-        item(u"btm:f"_s, u"f"_s, Kind::backgroundLoginItem, false, u"f.label"_s),
-        item(u"btm:g"_s, u"g"_s, Kind::backgroundLoginItem, false),
-        item(u"added:h"_s, u"h"_s, Kind::addedApp, false),
+        targetItem(u"login:a"_s, u"a"_s, Kind::loginApp, false),
+        targetItem(u"login:b"_s, u"b"_s, Kind::backgroundAgent, false),
+        targetItem(u"login:c"_s, u"c"_s, Kind::loginApp, true),
+        targetItem(u"launch:d"_s, u"d"_s, Kind::launchAgent, false, u"d.plist"_s),
+        targetItem(u"launch:e"_s, u"e"_s, Kind::launchDaemon, false),
+        targetItem(u"btm:f"_s, u"f"_s, Kind::backgroundLoginItem, false, u"f.label"_s),
+        targetItem(u"btm:g"_s, u"g"_s, Kind::backgroundLoginItem, false),
+        targetItem(u"added:h"_s, u"h"_s, Kind::addedApp, false),
     };
     EXPECT_EQ(targetsOf(items), (StartupTargetSets{{u"a"_s, u"b"_s}, {}, {u"d.plist"_s, u"e"_s}, {u"f.label"_s}}));
 }
 
 TEST(StartupTargets, aServiceAddsItsItemsByTheirKind) {
-    StartupItem login = item(u"login:1"_s, u"Dropbox"_s, Kind::loginApp, true);
+    StartupItem login = targetItem(u"login:1"_s, u"Dropbox"_s, Kind::loginApp, true);
     login.path = u"/Applications/Dropbox.app"_s;
     const QList<StartupItem> items{
         login,
-        item(u"login:2"_s, u"Dropbox Agent"_s, Kind::backgroundAgent, true),
-        item(u"launch:3"_s, u"dropbox updater"_s, Kind::launchAgent, true, u"com.dropbox.plist"_s),
-        item(u"launch:4"_s, u"dropbox daemon"_s, Kind::launchDaemon, true),
-        item(u"btm:5"_s, u"Dropbox Helper"_s, Kind::backgroundLoginItem, true, u"com.getdropbox"_s),
-        item(u"btm:6"_s, u"Dropbox Other"_s, Kind::backgroundLoginItem, true),
-        item(u"added:7"_s, u"Dropbox"_s, Kind::addedApp, true),
-        item(u"login:8"_s, u"Live"_s, Kind::loginApp, true),
+        targetItem(u"login:2"_s, u"Dropbox Agent"_s, Kind::backgroundAgent, true),
+        targetItem(u"launch:3"_s, u"dropbox updater"_s, Kind::launchAgent, true, u"com.dropbox.plist"_s),
+        targetItem(u"launch:4"_s, u"dropbox daemon"_s, Kind::launchDaemon, true),
+        targetItem(u"btm:5"_s, u"Dropbox Helper"_s, Kind::backgroundLoginItem, true, u"com.getdropbox"_s),
+        targetItem(u"btm:6"_s, u"Dropbox Other"_s, Kind::backgroundLoginItem, true),
+        targetItem(u"added:7"_s, u"Dropbox"_s, Kind::addedApp, true),
+        targetItem(u"login:8"_s, u"Live"_s, Kind::loginApp, true),
     };
     EXPECT_EQ(targetsOf(items, {CloudSyncService::dropbox}), (StartupTargetSets{{u"Dropbox"_s, u"Dropbox Agent"_s},
                                                                                 {u"/Applications/Dropbox.app"_s},
@@ -60,8 +60,8 @@ TEST(StartupTargets, aServiceAddsItsItemsByTheirKind) {
 }
 
 TEST(StartupTargets, anItemKnownByItsLaunchPlistIsNoLoginItem) {
-    StartupItem agent =
-        item(u"launch:com.dropbox.plist"_s, u"com.dropbox"_s, Kind::backgroundAgent, false, u"com.dropbox.plist"_s);
+    StartupItem agent = targetItem(u"launch:com.dropbox.plist"_s, u"com.dropbox"_s, Kind::backgroundAgent, false,
+                                   u"com.dropbox.plist"_s);
     agent.path = u"/Library/LaunchAgents/com.dropbox.plist"_s;
     const StartupTargetSets expected{{}, {}, {u"com.dropbox.plist"_s}, {}};
     EXPECT_EQ(targetsOf({agent}), expected);
@@ -75,7 +75,7 @@ TEST(StartupTargets, anItemKnownByItsLaunchPlistIsNoLoginItem) {
 }
 
 TEST(StartupTargets, discoveredItemsOfAServiceAreTargetsThoughTheConfigurationIsEmpty) {
-    const StartupItem found = item(u"login:Mega"_s, u"MEGAsync"_s, Kind::loginApp, true);
+    const StartupItem found = targetItem(u"login:Mega"_s, u"MEGAsync"_s, Kind::loginApp, true);
     const StartupConfiguration empty;
     EXPECT_EQ(disabledTargetSets(empty, {CloudSyncService::mega}, wideningItems(empty, {found})),
               (StartupTargetSets{{u"MEGAsync"_s}, {}, {}, {}}));
@@ -83,15 +83,15 @@ TEST(StartupTargets, discoveredItemsOfAServiceAreTargetsThoughTheConfigurationIs
 }
 
 TEST(StartupTargets, anEmptyListStillLeavesWhatIsSwitchedOff) {
-    const StartupConfiguration configuration{{item(u"login:a"_s, u"a"_s, Kind::loginApp, false)}, false, {}};
+    const StartupConfiguration configuration{{targetItem(u"login:a"_s, u"a"_s, Kind::loginApp, false)}, false, {}};
     EXPECT_EQ(disabledTargetSets(configuration, {CloudSyncService::mega}, {}),
               (StartupTargetSets{{u"a"_s}, {}, {}, {}}));
 }
 
 TEST(StartupTargets, theConfigurationsItemsGoBeforeDiscoveredOnes) {
-    const StartupItem saved = item(u"login:a"_s, u"saved"_s, Kind::loginApp, false);
-    const StartupItem twin = item(u"login:a"_s, u"discovered"_s, Kind::loginApp, true);
-    const StartupItem other = item(u"login:b"_s, u"other"_s, Kind::loginApp, true);
+    const StartupItem saved = targetItem(u"login:a"_s, u"saved"_s, Kind::loginApp, false);
+    const StartupItem twin = targetItem(u"login:a"_s, u"discovered"_s, Kind::loginApp, true);
+    const StartupItem other = targetItem(u"login:b"_s, u"other"_s, Kind::loginApp, true);
     EXPECT_EQ(wideningItems({{saved}, false, {}}, {other, twin}), (QList<StartupItem>{saved, other}));
 }
 

@@ -7,7 +7,7 @@ namespace {
 using Item = ApplyVerificationResult::Item;
 
 const QString kNetworkTool = u"/usr/sbin/networksetup -"_s;
-const QString kManagedPaths = u"QuorvaneManagedStartupAppPaths"_s;
+const QString kManagedKey = u"QuorvaneManagedStartupAppPaths"_s;
 
 StartupConfiguration configured(const QList<StartupItem>& items, const CloudSyncServices& services = {}) {
     StartupConfiguration configuration;
@@ -47,7 +47,7 @@ TEST_F(StartupVerificationFlow, withNothingToCheckNobodyIsAsked) {
 
 TEST_F(StartupVerificationFlow, whatIsGoneIsVerifiedInTheOrderOfTheSteps) {
     login = {{u"Live"_s, u"/Applications/Live.app"_s, false}, {u"Mixer"_s, u"/Applications/Mixer.app"_s, true}};
-    defaults.setStringArray(kManagedPaths, {u"/Applications/Old Mixer.app"_s});
+    defaults.setStringArray(kManagedKey, {u"/Applications/Old Mixer.app"_s});
     BackgroundTaskItem off = backgroundRecord(u"Sync"_s, u"com.x.sync"_s);
     off.disposition = disabledDisposition();
     BackgroundTaskItem syncHelper = backgroundRecord(u"Dropbox Helper"_s, u"com.getdropbox.helper"_s);
@@ -86,7 +86,7 @@ TEST_F(StartupVerificationFlow, whatIsStillThereFails) {
     login = {{u"Chat"_s, u"/Applications/Chat.app"_s, false},
              {u"Dropbox"_s, u"/Applications/Dropbox.app"_s, false},
              {u"Mixer of Old"_s, u"/Applications/Old Mixer.app"_s, false}};
-    defaults.setStringArray(kManagedPaths, {u"/Applications/Old Mixer.app"_s});
+    defaults.setStringArray(kManagedKey, {u"/Applications/Old Mixer.app"_s});
     files.addFile(u"/Library/LaunchDaemons/a.plist"_s, "");
     cacheDump({backgroundRecord(u"Sync"_s, u"com.x.sync"_s), backgroundRecord(u"Dropbox Helper"_s, u"com.h"_s),
                backgroundRecord(u"Dropbox Finder"_s, u"com.f"_s)});
@@ -136,7 +136,7 @@ TEST_F(StartupVerificationFlow, aLabelThatIsAPathIsNotLookedFor) {
 
 TEST_F(StartupVerificationFlow, loginItemsThatNobodyMayReadProveNothing) {
     deniesSystemEvents = true;
-    defaults.setStringArray(kManagedPaths, {u"/Applications/Old.app"_s});
+    defaults.setStringArray(kManagedKey, {u"/Applications/Old.app"_s});
     const QString unread = u"could not read login items"_s;
     EXPECT_EQ(verify(configured({loginAppOff(u"Dropbox"_s),
                                  StartupItem::fromLaunchItem({u"Live"_s, u"/Applications/Live.app"_s, false})},
@@ -178,7 +178,7 @@ TEST_F(StartupVerificationFlow, theNetworkIsAskedForOnlyWhenItGoesOff) {
 
 TEST_F(StartupVerificationFlow, aPreviewNeitherPromptsNorChangesAnything) {
     login = {{u"Chat"_s, u"/Applications/Chat.app"_s, false}, {u"Old"_s, u"/Applications/Old.app"_s, false}};
-    defaults.setStringArray(kManagedPaths, {u"/Applications/Old.app"_s, u"/Applications/Gone.app"_s});
+    defaults.setStringArray(kManagedKey, {u"/Applications/Old.app"_s, u"/Applications/Gone.app"_s});
     files.addFile(u"/Library/LaunchDaemons/a.plist"_s, "");
     const StartupItem live = StartupItem::fromLaunchItem({u"Live"_s, u"/Applications/Live.app"_s, true});
     StartupConfiguration configuration =

@@ -26,8 +26,8 @@ StartupItem on(StartupItem item) {
     return item;
 }
 
-BackgroundTaskItem record(const QString& name, const QString& label, bool isOn,
-                          const QString& type = u"agent (0x8)"_s) {
+BackgroundTaskItem activeRecord(const QString& name, const QString& label, bool isOn,
+                                const QString& type = u"agent (0x8)"_s) {
     BackgroundTaskItem made;
     made.name = name;
     made.bundleIdentifier = label;
@@ -64,7 +64,7 @@ protected:
 TEST_F(StartupVerificationTest, anEmptyConfigurationHasNothingToCheck) {
     addLoginItem(u"Foo"_s);
     readings.discovered = {on(off(Kind::loginApp, u"login:Foo"_s, u"Foo"_s))};
-    readings.backgroundItems = BackgroundTaskList({record(u"B"_s, u"com.b"_s, true)});
+    readings.backgroundItems = BackgroundTaskList({activeRecord(u"B"_s, u"com.b"_s, true)});
     EXPECT_EQ(checks(), QStringList());
 }
 
@@ -104,9 +104,9 @@ TEST_F(StartupVerificationTest, backgroundItemsByTheirRecords) {
                            off(Kind::backgroundLoginItem, u"btm:com.both"_s, u"x"_s, u"com.both"_s)};
     EXPECT_EQ(checks(), QStringList()) << "without the dump nothing is known";
 
-    readings.backgroundItems =
-        BackgroundTaskList({record(u"Still On"_s, u"com.on"_s, true), record(u"Off"_s, u"com.off"_s, false),
-                            record(u"First"_s, u"com.both"_s, false), record(u"Second"_s, u"com.both"_s, true)});
+    readings.backgroundItems = BackgroundTaskList(
+        {activeRecord(u"Still On"_s, u"com.on"_s, true), activeRecord(u"Off"_s, u"com.off"_s, false),
+         activeRecord(u"First"_s, u"com.both"_s, false), activeRecord(u"Second"_s, u"com.both"_s, true)});
     EXPECT_EQ(checks(), (QStringList{u"+ Background item: com.gone (not installed)"_s,
                                      u"+ Background item: Off (disabled at login)"_s,
                                      u"- Background item: First (still enabled at login)"_s,
@@ -127,9 +127,9 @@ TEST_F(StartupVerificationTest, servicesByTheirItems) {
 TEST_F(StartupVerificationTest, helpersOfServicesByTheirRecords) {
     configuration.disabledCloudSyncAtStartup = {Service::mega, Service::dropbox, Service::box};
     readings.backgroundItems = BackgroundTaskList(
-        {record(u"Dropbox Helper"_s, u"com.d.1"_s, true), record(u"Dropbox Idle"_s, u"com.d.2"_s, false),
-         record(u"Dropbox"_s, u"com.d"_s, true, u"app (0x2)"_s), record(u"Dropbox Daemon"_s, u"com.d.3"_s, true),
-         record(u"MEGAsync"_s, u"com.m"_s, false)});
+        {activeRecord(u"Dropbox Helper"_s, u"com.d.1"_s, true), activeRecord(u"Dropbox Idle"_s, u"com.d.2"_s, false),
+         activeRecord(u"Dropbox"_s, u"com.d"_s, true, u"app (0x2)"_s),
+         activeRecord(u"Dropbox Daemon"_s, u"com.d.3"_s, true), activeRecord(u"MEGAsync"_s, u"com.m"_s, false)});
     EXPECT_EQ(checks(),
               (QStringList{u"+ Cloud sync: Box (not installed)"_s, u"+ Cloud sync: Dropbox (not installed)"_s,
                            u"+ Cloud sync: MEGA (not installed)"_s,
@@ -185,7 +185,7 @@ TEST_F(StartupVerificationTest, theChecksComeInTheirOrder) {
                            off(Kind::loginApp, u"login:l"_s, u"l"_s)};
     configuration.disableNetworkAtStartup = true;
     configuration.disabledCloudSyncAtStartup = {Service::dropbox};
-    readings.backgroundItems = BackgroundTaskList({record(u"Dropbox Helper"_s, u"com.d"_s, false)});
+    readings.backgroundItems = BackgroundTaskList({activeRecord(u"Dropbox Helper"_s, u"com.d"_s, false)});
     readings.isNetworkOff = true;
     readings.managedPaths = {u"/Old.app"_s};
     addLoginItem(u"App"_s, u"/App.app"_s);

@@ -45,7 +45,7 @@ const QString kCleanRebootSteps =
     "  [APPLIED] Removed login item: zoom\n"_s;
 const QString kDisableUpdater = u"$> /bin/launchctl bootout gui/501/com.up\n"
                                 "$> /bin/launchctl disable gui/501/com.up\n"_s;
-const QString kCleanRebootReadings = reading::traced(reading::kCleanReboot) + u"$> System Events: list\n"
+const QString kAppRestorationReads = reading::traced(reading::kCleanReboot) + u"$> System Events: list\n"
                                                                               "\n[VERIFY] Performance tweaks\n"_s;
 const QString kCleanRebootChecks = u"  [OK] Clean Reboot — app restoration disabled\n"
                                    "  [OK] Clean Reboot windows — window restoration disabled\n"
@@ -298,7 +298,7 @@ TEST_F(TweakFlows, applyOfACleanRebootAsksOnceAndVerifiesWhatRemains) {
                                u"  [APPLIED] Disabled background login label: com.up\n"
                                "\nPerformance Tweaks Complete! (Restart your Mac for full effect.)\n"
                                "$> /usr/bin/pmset -g custom\n"_s +
-                               kCleanRebootReadings + kCleanRebootChecks);
+                               kAppRestorationReads + kCleanRebootChecks);
     EXPECT_EQ(loginItems.names(), QStringList(u"Mail"_s));
     EXPECT_FALSE(system.pendingBackgroundLoginItemChanges().has_value());
     EXPECT_EQ(system.adminBatchDepth(), 0);
