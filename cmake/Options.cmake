@@ -11,6 +11,10 @@ target_compile_options(quorvane_options INTERFACE
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     # g++ 12 takes the unused alternatives of an optimised std::variant for uninitialised data.
     target_compile_options(quorvane_options INTERFACE -Wno-maybe-uninitialized)
+    if(CMAKE_UNITY_BUILD)
+        # Every source of a unit is an include to it, and it minds the anonymous namespaces of includes.
+        target_compile_options(quorvane_options INTERFACE -Wno-subobject-linkage)
+    endif()
 endif()
 target_compile_definitions(quorvane_options INTERFACE
     QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_FOREACH QT_NO_KEYWORDS QT_DISABLE_DEPRECATED_BEFORE=0x060400)

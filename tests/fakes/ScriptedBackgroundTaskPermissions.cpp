@@ -7,7 +7,7 @@ bool ScriptedBackgroundTaskPermissions::openLibrary(const QString& path) {
     return isLibraryThere;
 }
 
-SetUserAllowed ScriptedBackgroundTaskPermissions::entryPoint(const QString& symbol) {
+BackgroundTaskPermissions::SetUserAllowed ScriptedBackgroundTaskPermissions::entryPoint(const QString& symbol) {
     m_trace.append(u"? look up "_s + symbol);
     if (!answers.contains(symbol)) {
         return {};
