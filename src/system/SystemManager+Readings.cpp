@@ -4,10 +4,12 @@
 
 #include <QCoroTask>
 
+#include <utility>
+
 namespace quorvane {
 
 QCoro::Task<std::optional<QString>> SystemManager::readDefaultValue(QString domain, QString key, PreferenceHost host) {
-    return m_readings.readDefaultValue(domain, key, host);
+    return m_readings.readDefaultValue(std::move(domain), std::move(key), host);
 }
 
 QCoro::Task<PowerSettings> SystemManager::readPowerSettings() {
