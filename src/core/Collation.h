@@ -5,7 +5,7 @@
 
 #include <functional>
 
-// Names as a user compares them: by the rules of his language, without regard to case.
+// Names as a user compares them: by the rules of their language, without regard to case.
 namespace quorvane {
 
 /// True when two texts differ at most in case.

@@ -186,7 +186,7 @@ bool LockManager::verifyPassword(const QString& password) const {
     return stored && isRightPassword(*stored, password);
 }
 
-/// Without the item the user types his password; so a failure isn't looked at.
+/// Without the item users type their password; so a failure isn't looked at.
 void LockManager::keepForBiometrics(const QString& password) {
     if (m_biometrics.canEvaluate()) {
         m_keychain.setBiometricItem(kBiometricService, kBiometricAccount, password.toUtf8());

@@ -58,7 +58,7 @@ public:
     /// @param reason  see verificationReason
     QCoro::Task<std::optional<QString>> authenticateWithBiometrics(QString reason);
 
-    /// True when the user can use a finger in place of the password now. Asks him nothing.
+    /// True when the user can use a finger in place of the password now. Asks them nothing.
     bool supportsBiometric() const;
     BiometryType biometryType() const;
 

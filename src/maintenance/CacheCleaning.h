@@ -12,7 +12,7 @@ const QStringList& systemCacheFolders();
 bool isProtectedCacheItem(const QString& name);
 
 /// True for a name that root's shell line can't hold without a doubt: one with a quote of either kind, a backslash or a
-/// control character. Everybody may make entries in /Library/Caches, under names of his choice.
+/// control character. Everybody may make entries in /Library/Caches, under names of their choice.
 bool isUnsafeCacheName(const QString& name);
 
 /// True for the store of the icons that the Finder shows, which is left alone without a word.

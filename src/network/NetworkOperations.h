@@ -6,7 +6,7 @@
 namespace quorvane {
 
 /// What the user chose to do with the network. Selected together they run under one prompt, in this order; nothing keeps
-/// him from switching everything off and on again.
+/// them from switching everything off and on again.
 struct NetworkOperations {
     bool flushDNS = false;    ///< the caches of names and of addresses
     bool resetConfig = false; ///< the same, and Wi-Fi and Ethernet ask no name server of their own any more

@@ -13,7 +13,7 @@ public:
     Biometrics& operator=(const Biometrics&) = delete;
     virtual ~Biometrics() = default;
 
-    /// True when the user can be recognised now: the Mac has the means, and he has enrolled.
+    /// True when the user can be recognised now: the Mac has the means, and they have enrolled.
     virtual bool canEvaluate() const = 0;
     /// None also when the means can't be used now, such as with the lid closed.
     virtual BiometryType type() const = 0;

@@ -19,7 +19,7 @@ public:
     CloudDrive& operator=(const CloudDrive&) = delete;
     virtual ~CloudDrive() = default;
 
-    /// True when the user is signed in. He may be, and still have no container. Quick.
+    /// True when the user is signed in. They may be, and still have no container. Quick.
     virtual bool hasAccount() const = 0;
     /// The folder of the program's container "7KX2MR04TD.com.quorvane.app", without a "/" at the end; none when the
     /// system gives none. The system may take its time, which is why it is awaited.

@@ -24,8 +24,8 @@ public:
     virtual QString computerName() const = 0;
     /// Of the real user, whatever rights the process has.
     virtual quint32 userId() const = 0;
-    /// A moment as the user writes it, in his language and time zone: the date in medium, the time in short length. "Nov 15,
-    /// 2026 at 9:05 PM".
+    /// A moment as the user writes it, in their language and time zone: the date in medium, the time in short length.
+    /// "Nov 15, 2026 at 9:05 PM".
     virtual QString dateAndTimeText(const QDateTime& moment) const = 0;
 };
 

@@ -22,7 +22,7 @@ struct LaunchdDomain {
     QString key() const;
     /// As messages tell of it: "system", "uid: 501", "user gui: 501".
     QString words() const;
-    /// Where its overrides are kept: a user and his session share one store.
+    /// Where its overrides are kept: a user and their session share one store.
     QString overridesKey() const;
 
     bool operator==(const LaunchdDomain&) const = default;

@@ -21,7 +21,8 @@ bool isSharedFolder(const QString& path);
 /// The shared folders in which nobody but root removes what is somebody else's: the first two.
 bool isGuardedFolder(const QString& path);
 
-/// The user's is what lies in his home, his temporary folder (both included) and the shared folders; the rest is root's.
+/// The user's is what lies in their home, their temporary folder (both included) and the shared folders; the rest is
+/// root's.
 Actor ownerByPlace(const QString& path, const Machine& machine);
 
 } // namespace macsim

@@ -38,15 +38,16 @@ private:
 /// target inside the folder, wherever it points on the host. On a volume that ignores case a name is found in any
 /// case and keeps the case it was made with.
 ///
-/// Owners: what lies in the user's home, his temporary folder, /private/tmp, /Applications, /Users/Shared and /Volumes is
-/// the user's, the rest is root's, as long as nobody has made or owns it otherwise. A new or replaced file belongs to its
-/// maker, one that is rewritten in place or moved keeps its owner. A link always belongs to whom its place says.
+/// Owners: what lies in the user's home, their temporary folder, /private/tmp, /Applications, /Users/Shared and
+/// /Volumes is the user's, the rest is root's, as long as nobody has made or owns it otherwise. A new or replaced file
+/// belongs to its maker, one that is rewritten in place or moved keeps its owner. A link always belongs to whom its
+/// place says.
 ///
 /// Rights: the sealed system (/System, /usr but not /usr/local, /bin, /sbin) and the simulator's own state refuse
 /// every change with EPERM, also to root. Otherwise root may do everything, and the user (EACCES) what POSIX and macOS
-/// let him: change the bytes of his own files and the names in his own folders. The shared folders themselves are
-/// root's and open to him (/private/tmp, /Users/Shared, /Applications, /Volumes); in the first two he can't remove or
-/// replace what is root's. A folder that isn't his can't be moved into another one. Reading is free but for
+/// let them: change the bytes of their own files and the names in their own folders. The shared folders themselves are
+/// root's and open to them (/private/tmp, /Users/Shared, /Applications, /Volumes); in the first two they can't remove
+/// or replace what is root's. A folder that isn't theirs can't be moved into another one. Reading is free but for
 /// /private/var/root, which is closed to the user.
 ///
 /// Every operation throws FileError.

@@ -65,8 +65,8 @@ QCoro::Task<void> SystemManager::clearCacheDirectory(QString path, QString label
         } // else its program was quicker
     };
     try {
-        // A folder of caches that is a link itself is followed: the user keeps his caches on another disk then, and nobody
-        // but him can have put the link into his Library.
+        // A folder of caches that is a link itself is followed: users keep their caches on another disk then, and
+        // nobody but they can have put the link into their Library.
         FolderEmptying emptying(m_host.files, path, isSpared, report);
         co_await inTurns(m_host.clock, [&emptying] { return emptying.step(); });
     } catch (const FileError&) {

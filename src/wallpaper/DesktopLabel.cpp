@@ -97,7 +97,7 @@ QCoro::Task<bool> DesktopLabel::showOn(Target target) {
     }
     if (m_displays.desktopPicture(target.display) != target.picture) {
         m_failures.remove(target.id);
-        m_wasOvertaken = true; // the user was quicker, and his new picture hasn't been copied
+        m_wasOvertaken = true; // the user was quicker, and their new picture hasn't been copied
         co_return false;
     }
     if (!setPicture(target.display, target.composited)) {

@@ -36,8 +36,8 @@ struct WallpaperPorts {
     SystemNotifications& notifications;
 };
 
-/// The active profile's name on the desktop pictures, so that a performer sees at a glance what his Mac is prepared for:
-/// when it is shown, with which name, and when it goes. DesktopLabel does it.
+/// The active profile's name on the desktop pictures, so that a performer sees at a glance what their Mac is prepared
+/// for: when it is shown, with which name, and when it goes. DesktopLabel does it.
 ///
 /// Everything that changes a display stands in one queue and is done one at a time, in order; of several updates that wait
 /// the last name wins. A picture that the user chooses while the label is on is labelled as well, and is then the one that

@@ -9,7 +9,7 @@
 
 namespace quorvane {
 
-/// Somebody who takes his time: every prompt of a simulated Mac stands open until a test answers it.
+/// Somebody who takes their time: every prompt of a simulated Mac stands open until a test answers it.
 class HeldBiometricPrompt final : public BiometricPrompt {
 public:
     QStringList reasons;

@@ -15,7 +15,7 @@
 
 namespace quorvane {
 
-/// A keychain in memory. Its user puts down his finger at once, unless a test says otherwise.
+/// A keychain in memory. Its user puts down a finger at once, unless a test says otherwise.
 class MemoryKeychain final : public Keychain {
 public:
     struct Item {

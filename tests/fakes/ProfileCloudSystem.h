@@ -25,7 +25,7 @@ QCoro::Task<QString> backupErrorOf(QCoro::Task<T> task) {
 /// Files that are no backups, each in another way.
 QList<QByteArray> damagedBackups(const QByteArray& whole);
 
-/// The profiles of a user who is signed in, and what he has of them in iCloud.
+/// The profiles of a user who is signed in, and what they have of them in iCloud.
 class ProfileCloudSystem : public ScriptedSystem {
 protected:
     ProfileCloudSystem();

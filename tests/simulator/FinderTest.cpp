@@ -28,7 +28,7 @@ protected:
         volume.write(trash + u"/Set/Samples/kick.wav"_s, "x");
         volume.write(trash + u"/.DS_Store"_s, "x");
     }
-    /// A folder of root's, and in it what only he may remove.
+    /// A folder of root's, and in it what root alone may remove.
     void fillAsRoot() {
         volume.createFolders(trash + u"/Roots"_s);
         volume.write(trash + u"/Roots/file"_s, "x");

@@ -29,7 +29,7 @@ public:
     explicit ShellBench(const Json& machine = SimulatedMacFolder::defaultMachine())
         : mac(tools(), machine) {}
 
-    /// Runs a line as the user in his home folder.
+    /// Runs a line as the user in their home folder.
     ShellOutcome run(const QString& line, const QByteArray& input = {}, Actor actor = Actor::User) {
         ToolContext context = mac.context({QStringLiteral("sh")}, actor);
         context.input = input;

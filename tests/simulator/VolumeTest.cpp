@@ -262,7 +262,7 @@ TEST_F(VolumeTest, theUserDoesNotChangeTheBytesOfRootsFile) {
     EXPECT_EQ(errorOf([&] { user.append(kHome + u"/file"_s, "x"); }), EACCES);
     EXPECT_EQ(errorOf([&] { user.touch(kHome + u"/file"_s); }), EACCES);
     EXPECT_EQ(user.read(kHome + u"/file"_s), "root's");
-    user.move(kHome + u"/file"_s, kHome + u"/Documents/file"_s); // the names in his folders are his
+    user.move(kHome + u"/file"_s, kHome + u"/Documents/file"_s); // the names in their folders are theirs
     EXPECT_EQ(user.owner(kHome + u"/Documents/file"_s), Actor::Root);
     user.remove(kHome + u"/Documents/file"_s);
 }
@@ -297,7 +297,7 @@ TEST_F(VolumeTest, theUserRenamesRootsFolderAndMovesItNowhere) {
     EXPECT_EQ(user.owner(kHome + u"/renamed"_s), Actor::Root);
     EXPECT_EQ(errorOf([&] { user.move(kHome + u"/renamed"_s, kHome + u"/Documents/renamed"_s); }), EACCES);
     root.move(kHome + u"/renamed"_s, kHome + u"/Documents/renamed"_s);
-    user.remove(kHome + u"/Documents/renamed"_s); // it is empty, and the names in Documents are his
+    user.remove(kHome + u"/Documents/renamed"_s); // it is empty, and the names in Documents are theirs
 }
 
 TEST_F(VolumeTest, inRootsFolderAFileThatIsHisTakesTheUsersBytes) {

@@ -298,7 +298,7 @@ TEST_F(KeptLaunchItems, aHostileNameAndLabelAreQuotedForTheShellOfRoot) {
                                       started + u"rm -f "_s + kept + u"'))) 2>/dev/null || true"_s));
 }
 
-/// One of the folders from "/Library" to the copies is the user's, can be written by him, or is a link.
+/// One of the folders from "/Library" to the copies is the user's, can be written by them, or is a link.
 class SpoiledCopies : public KeptLaunchItems, public ::testing::WithParamInterface<std::tuple<int, int>> {
 protected:
     /// Puts a daemon's copy there, where one folder is spoiled.
@@ -349,7 +349,7 @@ TEST_F(KeptLaunchItems, aLinkInThePlaceOfTheBackupFolderIsLeftAlone) {
     EXPECT_EQ(files.read(kDaemonFolder + kBoxPlist), "box") << "it would be its own backup";
 }
 
-// ---- Together with what the user can move back himself
+// ---- Together with what the user can move back as well
 
 TEST_F(KeptLaunchItems, theUsersMoveLeavesToRootWhatRootHasKept) {
     keep(kKeptDaemons + kBoxPlist, "box");
@@ -361,7 +361,7 @@ TEST_F(KeptLaunchItems, theUsersMoveLeavesToRootWhatRootHasKept) {
     finishAndSettle();
     trace.clear();
     QCoro::waitFor(system.restoreLaunchItems());
-    EXPECT_EQ(files.list(kDaemonFolder), QStringList(kBoxPlist)) << "outside of the batch the user moves what he can";
+    EXPECT_EQ(files.list(kDaemonFolder), QStringList(kBoxPlist)) << "outside of the batch the user moves what they can";
 }
 
 TEST_F(KeptLaunchItems, aSecondBatchAsksAgainForWhatTheFirstDidNotBringBack) {

@@ -442,7 +442,7 @@ TEST_F(LaunchItems, aPlistThatHasComeBackSinceStaysAndIsSwitchedOnAgain) {
                            "$ /bin/launchctl load /Users/alex/Library/LaunchAgents/com.box.plist\n"_s);
     EXPECT_EQ(files.read(kUsersAgents + kLabel), "new");
     EXPECT_EQ(files.list(kUsersBackup), QStringList(u"com.box.plist.replaced"_s));
-    restore(); // what the user does with the new one from now on is his
+    restore(); // what the user does with the new one from now on is theirs
     EXPECT_TRUE(trace.isEmpty());
 }
 

@@ -6,7 +6,7 @@
 
 namespace quorvane {
 
-/// What the user does when a simulated Mac asks him for his finger.
+/// What the user does when a simulated Mac asks them for a finger.
 enum class BiometricAnswer {
     Accept,
     Refuse, ///< another finger, until the Mac gives up

@@ -9,7 +9,7 @@ struct ToolContext;
 /// 0, 1 for what could not be done (explained on the error stream in the form of the system log) and 255 for
 /// a wrong command line (the usage text, on the output).
 ///
-/// Everyone reads and writes his own preferences: run by root it is root's that change, not the user's.
+/// Everyone reads and writes their own preferences: run by root it is root's that change, not the user's.
 int runDefaults(ToolContext& context);
 
 } // namespace macsim

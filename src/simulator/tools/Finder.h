@@ -11,11 +11,11 @@ namespace macsim {
 ///
 /// The trash is the user's own, "~/.Trash". Those of other volumes, which a Mac's Finder shows along with it, are left out.
 /// Names that begin with a dot are not counted, and go with the rest when it is emptied. The question whether the user
-/// is sure, which he can switch off, counts as answered with yes.
+/// is sure, which they can switch off, counts as answered with yes.
 ///
-/// What he has no right to remove (what is in a folder of root's; a single file of root's he may) the Finder can only
-/// remove with an administrator's password, for which it asks. What it does first is not established: here all the rest
-/// is gone by then. An empty trash is emptied without complaint.
+/// What they have no right to remove (what is in a folder of root's; a single file of root's they may) the Finder can
+/// only remove with an administrator's password, for which it asks. What it does first is not established: here all the
+/// rest is gone by then. An empty trash is emptied without complaint.
 class Finder final : public ScriptApplication {
 public:
     explicit Finder(ToolContext& context);

@@ -74,7 +74,7 @@ void printDomain(ToolContext& context, const LaunchdDomain& domain) {
     context.print(u"\t}\n\n"_s + overridesBlock(context, domain) + u"}\n"_s);
 }
 
-/// The domain that the subcommands from before the targets mean: root's is the system, a user's his session.
+/// The domain that the subcommands from before the targets mean: root's is the system, a user's their session.
 LaunchdDomain callersDomain(const ToolContext& context) {
     return context.isRoot() ? LaunchdDomain{LaunchdDomain::Kind::System, 0}
                             : LaunchdDomain{LaunchdDomain::Kind::Gui, context.mac.machine().userId};

@@ -5,7 +5,7 @@ namespace macsim {
 struct ToolContext;
 
 /// sfltool dumpbtm, over the background tasks that BackgroundTasks.h describes. It is root's: there is no dialog here
-/// that a user could answer, so he is refused as in a session without one.
+/// that a user could answer, so they are refused as in a session without one.
 int runSfltool(ToolContext& context);
 
 } // namespace macsim

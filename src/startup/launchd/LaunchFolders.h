@@ -31,7 +31,7 @@ bool isLaunchPlistName(const QString& label);
 QString disableLaunchPlistCommand(const QString& plist, const LaunchFolder& folder);
 
 /// The shell line by which root keeps a copy of a plist. It goes before the one that switches the plist off: whatever
-/// runs as the user can replace what lies in his backup folder, so root takes nothing out of there again.
+/// runs as the user can replace what lies in their backup folder, so root takes nothing out of there again.
 QString keepLaunchPlistCommand(const QString& plist, const LaunchFolder& folder);
 
 /// The shell line that fails where a link has come to the place of a backup folder. It goes before the one that switches the
