@@ -12,14 +12,14 @@ namespace {
 
 using Service = CloudSyncService;
 
-struct Row {
+struct ServiceRow {
     QString rawValue;
     QString displayName;
     QString icon;
     QStringList matchers;
 };
 
-const QList<Row> kRows{
+const QList<ServiceRow> kRows{
     {u"amazonDrive"_s,
      u"Amazon Drive"_s,
      u"shippingbox.fill"_s,
@@ -118,8 +118,9 @@ CloudSyncServices allServices() {
 CloudSyncServices servicesOf(const StartupItem& startupItem) {
     CloudSyncServices matching;
     for (const Service service : allCloudSyncServices()) {
-        if (matchesCloudService(startupItem.name, startupItem.path, startupItem.launchIdentifier, service))
+        if (matchesCloudService(startupItem.name, startupItem.path, startupItem.launchIdentifier, service)) {
             matching.insert(service);
+        }
     }
     return matching;
 }

@@ -10,7 +10,7 @@ using namespace Qt::StringLiterals;
 namespace quorvane {
 namespace {
 
-using Case = MemoryFileManager::Case;
+using NameCase = MemoryFileManager::Case;
 using Operation = MemoryFileManager::Operation;
 
 TEST(ProfileManager, theFolderIsCreatedAndAFailureIsIgnored) {
@@ -41,8 +41,9 @@ TEST(ProfileManager, profilesAreListedNewestFirstAndTiesInTheOrderOfTheFolder) {
 TEST(ProfileManager, onlyReadableFilesWithTheExtensionAreListed) {
     ProfileStore store;
     const UnifiedProfile profile = numberedProfile(1, u"Live"_s);
-    for (const QString& name : {u"upper.JSON"_s, u"mixed.Json"_s, u"none"_s, u".json"_s, u"copy.json.bak"_s})
+    for (const QString& name : {u"upper.JSON"_s, u"mixed.Json"_s, u"none"_s, u".json"_s, u"copy.json.bak"_s}) {
         store.addFile(name, profile);
+    }
     store.files.addFile(store.pathOf(u"broken.json"_s), "{");
     store.files.addFile(store.pathOf(u"empty.json"_s), "");
     store.files.addFolders(store.pathOf(u"folder.json"_s));
@@ -126,7 +127,7 @@ TEST(ProfileManager, aProfileIsSavedUnderItsSanitizedName) {
 }
 
 TEST(ProfileManager, aRenamedProfileLeavesOneFile) {
-    for (const Case names : {Case::Sensitive, Case::Ignored}) {
+    for (const NameCase names : {NameCase::Sensitive, NameCase::Ignored}) {
         ProfileStore store(names);
         store.manager.saveProfile(numberedProfile(1, u"Live"_s));
         store.manager.saveProfile(numberedProfile(2, u"Other"_s));
@@ -137,7 +138,7 @@ TEST(ProfileManager, aRenamedProfileLeavesOneFile) {
 }
 
 TEST(ProfileManager, aNameThatChangesOnlyItsCaseLeavesOneFileInTheNewSpelling) {
-    for (const Case names : {Case::Sensitive, Case::Ignored}) {
+    for (const NameCase names : {NameCase::Sensitive, NameCase::Ignored}) {
         ProfileStore store(names);
         store.manager.saveProfile(numberedProfile(1, u"live"_s));
         store.manager.saveProfile(numberedProfile(1, u"Live"_s, 5));
@@ -147,7 +148,7 @@ TEST(ProfileManager, aNameThatChangesOnlyItsCaseLeavesOneFileInTheNewSpelling) {
 }
 
 TEST(ProfileManager, aNameThatChangesOnlyItsCompositionLeavesOneFile) {
-    for (const Case names : {Case::Sensitive, Case::Ignored}) {
+    for (const NameCase names : {NameCase::Sensitive, NameCase::Ignored}) {
         ProfileStore store(names);
         store.manager.saveProfile(numberedProfile(1, u"Cafe\u0301"_s));
         store.manager.saveProfile(numberedProfile(1, u"Caf\u00e9"_s));
@@ -164,7 +165,7 @@ TEST(ProfileManager, aNewProfileReplacesTheOneOfItsName) {
 }
 
 TEST(ProfileManager, aNewProfileGivesAnIgnoredCaseItsOwnSpelling) {
-    ProfileStore store(Case::Ignored);
+    ProfileStore store(NameCase::Ignored);
     store.manager.saveProfile(numberedProfile(1, u"live"_s));
     store.manager.saveProfile(numberedProfile(2, u"LIVE"_s));
     EXPECT_EQ(store.fileNames(), QStringList{u"LIVE.json"_s});
@@ -209,7 +210,7 @@ TEST(ProfileManager, aRenameDoesNotTouchTheFileOfAnotherProfile) {
 }
 
 TEST(ProfileManager, aFailureAtAnyChangeLosesNothing) {
-    for (const Case names : {Case::Sensitive, Case::Ignored}) {
+    for (const NameCase names : {NameCase::Sensitive, NameCase::Ignored}) {
         for (const QString& newName : {u"live"_s, u"Live"_s, u"Gig"_s}) {
             for (int number = 1; number <= 4; ++number) {
                 SCOPED_TRACE(newName.toStdString() + std::to_string(number));
@@ -247,7 +248,7 @@ TEST(ProfileManager, anOldFileThatCannotBeRemovedIsNoFailure) {
 }
 
 TEST(ProfileManager, aSpellingThatCannotBeChangedKeepsTheFile) {
-    ProfileStore store(Case::Ignored);
+    ProfileStore store(NameCase::Ignored);
     store.manager.saveProfile(numberedProfile(1, u"live"_s));
     store.files.failOn(Operation::Move, store.pathOf(u"live.json"_s));
     store.manager.saveProfile(numberedProfile(1, u"Live"_s));
@@ -283,7 +284,7 @@ TEST(ProfileManager, aProfileIsDeletedByTheNameOfItsFile) {
 }
 
 TEST(ProfileManager, aProfileIsDeletedInAnyCase) {
-    for (const Case names : {Case::Sensitive, Case::Ignored}) {
+    for (const NameCase names : {NameCase::Sensitive, NameCase::Ignored}) {
         ProfileStore store(names);
         store.manager.saveProfile(numberedProfile(1, u"Live"_s));
         store.manager.deleteProfile(u"LIVE"_s);
