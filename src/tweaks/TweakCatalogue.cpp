@@ -6,8 +6,13 @@ using namespace Qt::StringLiterals;
 
 namespace quorvane {
 
+namespace {
+
+using Settings = PerformanceSettings;
+
+} // namespace
+
 const QList<Tweak>& tweakCatalogue() {
-    using Settings = PerformanceSettings;
     static const QList<Tweak> tweaks{
         {u"appNap"_s, u"bolt.shield.fill"_s, u"Bypass macOS App Nap Throttling"_s, &Settings::appNap},
         {u"spotlight"_s, u"cpu.fill"_s, u"Suspend Spotlight Drive Indexing"_s, &Settings::spotlight},

@@ -13,7 +13,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-using Outcome = PreferenceStore::Outcome;
+using StoreOutcome = PreferenceStore::Outcome;
 using Dictionary = PropertyList::Dictionary;
 
 const PreferenceDomain kExample{u"com.example"_s};
@@ -54,7 +54,7 @@ TEST_F(PreferenceStoreTest, everyDomainHasItsFile) {
 
 TEST_F(PreferenceStoreTest, aWrittenValueIsReadWithItsType) {
     for (const PropertyList& value : {PropertyList(true), PropertyList(1), PropertyList(1.0), PropertyList(u"1"_s)}) {
-        EXPECT_EQ(store.write(kExample, u"key"_s, value), Outcome::Done);
+        EXPECT_EQ(store.write(kExample, u"key"_s, value), StoreOutcome::Done);
         EXPECT_EQ(store.read(kExample, u"key"_s), value);
     }
     EXPECT_TRUE(disk.read(kExampleFile).startsWith("bplist00"));
@@ -62,8 +62,8 @@ TEST_F(PreferenceStoreTest, aWrittenValueIsReadWithItsType) {
 
 TEST_F(PreferenceStoreTest, otherKeysStay) {
     disk.write(kExampleFile, xmlPropertyList(Dictionary{{u"a"_s, 1}, {u"b"_s, 2}}));
-    EXPECT_EQ(store.write(kExample, u"c"_s, 3), Outcome::Done);
-    EXPECT_EQ(store.remove(kExample, u"a"_s), Outcome::Done);
+    EXPECT_EQ(store.write(kExample, u"c"_s, 3), StoreOutcome::Done);
+    EXPECT_EQ(store.remove(kExample, u"a"_s), StoreOutcome::Done);
     EXPECT_EQ(store.readDomain(kExample), (Dictionary{{u"b"_s, 2}, {u"c"_s, 3}}));
 }
 
@@ -78,7 +78,7 @@ TEST_F(PreferenceStoreTest, theHostsOwnValuesAreASeparateStore) {
 
 TEST_F(PreferenceStoreTest, rootWritesItsOwnPreferences) {
     store.write(kExample, u"key"_s, u"user"_s);
-    EXPECT_EQ(rootsStore.write(kExample, u"key"_s, u"root"_s), Outcome::Done);
+    EXPECT_EQ(rootsStore.write(kExample, u"key"_s, u"root"_s), StoreOutcome::Done);
     EXPECT_EQ(store.read(kExample, u"key"_s), u"user"_s);
     EXPECT_EQ(rootsStore.read(kExample, u"key"_s), u"root"_s);
     EXPECT_TRUE(rootsDisk.exists(u"/private/var/root/Library/Preferences/com.example.plist"_s));
@@ -87,23 +87,23 @@ TEST_F(PreferenceStoreTest, rootWritesItsOwnPreferences) {
 TEST_F(PreferenceStoreTest, aDomainWithoutKeysIsMissing) {
     EXPECT_EQ(store.readDomain(kExample), std::nullopt);
     store.write(kExample, u"key"_s, 1);
-    EXPECT_EQ(store.remove(kExample, u"key"_s), Outcome::Done);
+    EXPECT_EQ(store.remove(kExample, u"key"_s), StoreOutcome::Done);
     EXPECT_EQ(store.readDomain(kExample), std::nullopt);
-    EXPECT_EQ(store.remove(kExample, u"key"_s), Outcome::Missing);
-    EXPECT_EQ(store.removeDomain(kExample), Outcome::Missing);
+    EXPECT_EQ(store.remove(kExample, u"key"_s), StoreOutcome::Missing);
+    EXPECT_EQ(store.removeDomain(kExample), StoreOutcome::Missing);
 }
 
 TEST_F(PreferenceStoreTest, removingWhatIsMissingWritesNothing) {
-    EXPECT_EQ(store.remove(kExample, u"key"_s), Outcome::Missing);
-    EXPECT_EQ(store.removeDomain(kExample), Outcome::Missing);
+    EXPECT_EQ(store.remove(kExample, u"key"_s), StoreOutcome::Missing);
+    EXPECT_EQ(store.removeDomain(kExample), StoreOutcome::Missing);
     EXPECT_FALSE(disk.exists(kExampleFile));
 }
 
 TEST_F(PreferenceStoreTest, aWholeDomainIsReplacedOrRemoved) {
     store.write(kExample, u"old"_s, 1);
-    EXPECT_EQ(store.writeDomain(kExample, {{u"new"_s, 2}}), Outcome::Done);
+    EXPECT_EQ(store.writeDomain(kExample, {{u"new"_s, 2}}), StoreOutcome::Done);
     EXPECT_EQ(store.readDomain(kExample), (Dictionary{{u"new"_s, 2}}));
-    EXPECT_EQ(store.removeDomain(kExample), Outcome::Done);
+    EXPECT_EQ(store.removeDomain(kExample), StoreOutcome::Done);
     EXPECT_EQ(store.readDomain(kExample), std::nullopt);
 }
 
@@ -112,8 +112,8 @@ TEST_F(PreferenceStoreTest, aDamagedFileReadsAsMissingAndKeepsItsContent) {
         disk.write(kExampleFile, content);
         EXPECT_EQ(store.readDomain(kExample), std::nullopt);
         EXPECT_EQ(store.read(kExample, u"key"_s), std::nullopt);
-        EXPECT_EQ(store.write(kExample, u"key"_s, 1), Outcome::Refused);
-        EXPECT_EQ(store.removeDomain(kExample), Outcome::Refused);
+        EXPECT_EQ(store.write(kExample, u"key"_s, 1), StoreOutcome::Refused);
+        EXPECT_EQ(store.removeDomain(kExample), StoreOutcome::Refused);
         EXPECT_EQ(disk.read(kExampleFile), content);
     }
 }
@@ -122,36 +122,36 @@ TEST_F(PreferenceStoreTest, aFullDiskLeavesTheOldContent) {
     store.write(kExample, u"key"_s, 1);
     const QByteArray before = disk.read(kExampleFile);
     const PreferenceStore full(folder.mac, disk.full());
-    EXPECT_EQ(full.write(kExample, u"key"_s, 2), Outcome::Refused);
-    EXPECT_EQ(full.remove(kExample, u"key"_s), Outcome::Refused);
+    EXPECT_EQ(full.write(kExample, u"key"_s, 2), StoreOutcome::Refused);
+    EXPECT_EQ(full.remove(kExample, u"key"_s), StoreOutcome::Refused);
     EXPECT_EQ(disk.read(kExampleFile), before);
 }
 
 TEST_F(PreferenceStoreTest, aFileThatIsNotTheActorsIsRefused) {
     const PreferenceDomain shared{u"/Library/Preferences/com.example"_s};
-    EXPECT_EQ(store.write(shared, u"key"_s, 1), Outcome::Refused);
-    EXPECT_EQ(rootsStore.write(shared, u"key"_s, 1), Outcome::Done);
+    EXPECT_EQ(store.write(shared, u"key"_s, 1), StoreOutcome::Refused);
+    EXPECT_EQ(rootsStore.write(shared, u"key"_s, 1), StoreOutcome::Done);
     EXPECT_EQ(store.read(shared, u"key"_s), 1);
-    EXPECT_EQ(store.remove(shared, u"key"_s), Outcome::Refused);
-    EXPECT_EQ(rootsStore.write({u"/System/Library/x"_s}, u"key"_s, 1), Outcome::Refused);
+    EXPECT_EQ(store.remove(shared, u"key"_s), StoreOutcome::Refused);
+    EXPECT_EQ(rootsStore.write({u"/System/Library/x"_s}, u"key"_s, 1), StoreOutcome::Refused);
 }
 
 TEST_F(PreferenceStoreTest, anUnreadableFileIsMissing) {
     rootsStore.write(kExample, u"key"_s, 1);
     const PreferenceDomain roots{u"/var/root/Library/Preferences/com.example"_s};
     EXPECT_EQ(store.read(roots, u"key"_s), std::nullopt);
-    EXPECT_EQ(store.remove(roots, u"key"_s), Outcome::Refused);
+    EXPECT_EQ(store.remove(roots, u"key"_s), StoreOutcome::Refused);
 }
 
 TEST_F(PreferenceStoreTest, aValueThatNoFileHoldsIsRefused) {
     store.write(kExample, u"key"_s, 1);
-    EXPECT_EQ(store.write(kExample, u"key"_s, u"a\0b"_s), Outcome::Refused);
+    EXPECT_EQ(store.write(kExample, u"key"_s, u"a\0b"_s), StoreOutcome::Refused);
     EXPECT_EQ(store.read(kExample, u"key"_s), 1);
 }
 
 TEST_F(PreferenceStoreTest, missingFoldersAreMade) {
     disk.remove(u"/Users/alex/Library/Preferences/ByHost"_s);
-    EXPECT_EQ(store.write(kExampleHere, u"key"_s, 1), Outcome::Done);
+    EXPECT_EQ(store.write(kExampleHere, u"key"_s, 1), StoreOutcome::Done);
     EXPECT_EQ(store.read(kExampleHere, u"key"_s), 1);
 }
 

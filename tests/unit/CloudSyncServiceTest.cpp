@@ -12,14 +12,14 @@ namespace {
 
 using Service = CloudSyncService;
 
-struct Row {
+struct ServiceRow {
     QString rawValue;
     QString displayName;
     QString icon;
     QStringList matchers;
 };
 
-const QList<Row> kRows{
+const QList<ServiceRow> kRows{
     {u"amazonDrive"_s,
      u"Amazon Drive"_s,
      u"shippingbox.fill"_s,

@@ -303,7 +303,7 @@ class SpoiledCopies : public KeptLaunchItems, public ::testing::WithParamInterfa
 protected:
     /// Puts a daemon's copy there, where one folder is spoiled.
     void addSpoiledCopies(MemoryFileManager& disk) {
-        enum Kind { OfTheUser, Writable, Link };
+        enum BackupKind { OfTheUser, Writable, Link };
         const auto [depth, kind] = GetParam();
         const QString spoiled = kKeptDaemons.section(u'/', 0, depth);
         const QString place = kind == Link ? u"/Library/elsewhere"_s + kKeptDaemons.mid(spoiled.size()) : kKeptDaemons;

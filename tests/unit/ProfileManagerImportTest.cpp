@@ -7,7 +7,7 @@ using namespace Qt::StringLiterals;
 namespace quorvane {
 namespace {
 
-using Case = MemoryFileManager::Case;
+using NameCase = MemoryFileManager::Case;
 using Result = ProfileImportResult;
 
 TEST(ProfileImport, intoAnEmptyFolderAllAreNew) {
@@ -26,7 +26,7 @@ TEST(ProfileImport, aKnownProfileIsReplacedWhicheverIsNewer) {
 }
 
 TEST(ProfileImport, aTakenNameGetsTheFirstFreeNumber) {
-    for (const Case names : {Case::Sensitive, Case::Ignored}) {
+    for (const NameCase names : {NameCase::Sensitive, NameCase::Ignored}) {
         ProfileStore store(names);
         store.manager.saveProfile(numberedProfile(1, u"live"_s));
         store.manager.saveProfile(numberedProfile(2, u"Live 2"_s));
@@ -60,7 +60,7 @@ TEST(ProfileImport, namesAreComparedAsTheyAreSaved) {
 }
 
 TEST(ProfileImport, namesThatDifferInCompositionAreOne) {
-    ProfileStore store(Case::Ignored);
+    ProfileStore store(NameCase::Ignored);
     store.manager.saveProfile(numberedProfile(1, u"Caf\u00e9"_s));
     EXPECT_EQ(store.manager.importProfiles({numberedProfile(2, u"Cafe\u0301"_s)}).renamed.size(), 1);
     EXPECT_EQ(store.manager.listProfiles().size(), 2);
@@ -75,7 +75,7 @@ TEST(ProfileImport, aFileNameIsTakenToo) {
 }
 
 TEST(ProfileImport, anUpdateDoesNotReplaceAnotherProfile) {
-    for (const Case names : {Case::Sensitive, Case::Ignored}) {
+    for (const NameCase names : {NameCase::Sensitive, NameCase::Ignored}) {
         ProfileStore store(names);
         store.manager.saveProfile(numberedProfile(1, u"Live"_s));
         store.manager.saveProfile(numberedProfile(2, u"Gig"_s));
@@ -95,7 +95,7 @@ TEST(ProfileImport, anUpdateThatKeepsItsFileKeepsItsName) {
 }
 
 TEST(ProfileImport, anUpdateMayChangeTheCaseOfItsName) {
-    for (const Case names : {Case::Sensitive, Case::Ignored}) {
+    for (const NameCase names : {NameCase::Sensitive, NameCase::Ignored}) {
         ProfileStore store(names);
         store.manager.saveProfile(numberedProfile(1, u"live"_s));
         EXPECT_EQ(store.manager.importProfiles({numberedProfile(1, u"LIVE"_s)}), (Result{0, 1, {}}));

@@ -10,7 +10,7 @@ using namespace Qt::StringLiterals;
 namespace quorvane {
 namespace {
 
-using Case = MemoryFileManager::Case;
+using NameCase = MemoryFileManager::Case;
 using Operation = MemoryFileManager::Operation;
 
 TEST(ProfileManager, theFolderIsCreatedAndAFailureIsIgnored) {
@@ -126,7 +126,7 @@ TEST(ProfileManager, aProfileIsSavedUnderItsSanitizedName) {
 }
 
 TEST(ProfileManager, aRenamedProfileLeavesOneFile) {
-    for (const Case names : {Case::Sensitive, Case::Ignored}) {
+    for (const NameCase names : {NameCase::Sensitive, NameCase::Ignored}) {
         ProfileStore store(names);
         store.manager.saveProfile(numberedProfile(1, u"Live"_s));
         store.manager.saveProfile(numberedProfile(2, u"Other"_s));
@@ -137,7 +137,7 @@ TEST(ProfileManager, aRenamedProfileLeavesOneFile) {
 }
 
 TEST(ProfileManager, aNameThatChangesOnlyItsCaseLeavesOneFileInTheNewSpelling) {
-    for (const Case names : {Case::Sensitive, Case::Ignored}) {
+    for (const NameCase names : {NameCase::Sensitive, NameCase::Ignored}) {
         ProfileStore store(names);
         store.manager.saveProfile(numberedProfile(1, u"live"_s));
         store.manager.saveProfile(numberedProfile(1, u"Live"_s, 5));
@@ -147,7 +147,7 @@ TEST(ProfileManager, aNameThatChangesOnlyItsCaseLeavesOneFileInTheNewSpelling) {
 }
 
 TEST(ProfileManager, aNameThatChangesOnlyItsCompositionLeavesOneFile) {
-    for (const Case names : {Case::Sensitive, Case::Ignored}) {
+    for (const NameCase names : {NameCase::Sensitive, NameCase::Ignored}) {
         ProfileStore store(names);
         store.manager.saveProfile(numberedProfile(1, u"Cafe\u0301"_s));
         store.manager.saveProfile(numberedProfile(1, u"Caf\u00e9"_s));
@@ -164,7 +164,7 @@ TEST(ProfileManager, aNewProfileReplacesTheOneOfItsName) {
 }
 
 TEST(ProfileManager, aNewProfileGivesAnIgnoredCaseItsOwnSpelling) {
-    ProfileStore store(Case::Ignored);
+    ProfileStore store(NameCase::Ignored);
     store.manager.saveProfile(numberedProfile(1, u"live"_s));
     store.manager.saveProfile(numberedProfile(2, u"LIVE"_s));
     EXPECT_EQ(store.fileNames(), QStringList{u"LIVE.json"_s});
@@ -209,7 +209,7 @@ TEST(ProfileManager, aRenameDoesNotTouchTheFileOfAnotherProfile) {
 }
 
 TEST(ProfileManager, aFailureAtAnyChangeLosesNothing) {
-    for (const Case names : {Case::Sensitive, Case::Ignored}) {
+    for (const NameCase names : {NameCase::Sensitive, NameCase::Ignored}) {
         for (const QString& newName : {u"live"_s, u"Live"_s, u"Gig"_s}) {
             for (int number = 1; number <= 4; ++number) {
                 SCOPED_TRACE(newName.toStdString() + std::to_string(number));
@@ -247,7 +247,7 @@ TEST(ProfileManager, anOldFileThatCannotBeRemovedIsNoFailure) {
 }
 
 TEST(ProfileManager, aSpellingThatCannotBeChangedKeepsTheFile) {
-    ProfileStore store(Case::Ignored);
+    ProfileStore store(NameCase::Ignored);
     store.manager.saveProfile(numberedProfile(1, u"live"_s));
     store.files.failOn(Operation::Move, store.pathOf(u"live.json"_s));
     store.manager.saveProfile(numberedProfile(1, u"Live"_s));
@@ -283,7 +283,7 @@ TEST(ProfileManager, aProfileIsDeletedByTheNameOfItsFile) {
 }
 
 TEST(ProfileManager, aProfileIsDeletedInAnyCase) {
-    for (const Case names : {Case::Sensitive, Case::Ignored}) {
+    for (const NameCase names : {NameCase::Sensitive, NameCase::Ignored}) {
         ProfileStore store(names);
         store.manager.saveProfile(numberedProfile(1, u"Live"_s));
         store.manager.deleteProfile(u"LIVE"_s);

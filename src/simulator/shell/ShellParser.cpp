@@ -12,6 +12,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+using Condition = ShellPipeline::Condition;
+
 constexpr int kMaximumDepth = 200; // of nested ( ), { }, $( ) and backquotes
 
 enum class Closer : char16_t { EndOfText = u'\0', Parenthesis = u')', Brace = u'}' };
@@ -75,7 +77,6 @@ bool Parser::takeSeparator(ShellAndOr& item) {
 }
 
 ShellAndOr Parser::readAndOr() {
-    using Condition = ShellPipeline::Condition;
     ShellAndOr item;
     Condition condition = Condition::Always;
     for (;;) {
