@@ -18,7 +18,7 @@ namespace {
 using Change = DefaultsCommand::Change;
 using Kind = DefaultsMisuse::Kind;
 
-[[noreturn]] void refuseWithUsage() {
+[[noreturn]] void refuseValue() {
     throw DefaultsMisuse(Kind::Usage);
 }
 
@@ -55,14 +55,14 @@ PropertyList booleanValue(const QString& text) {
     if (word == u"no"_s || word == u"false"_s) {
         return false;
     }
-    refuseWithUsage();
+    refuseValue();
 }
 
 /// An odd number of digits lacks the first one, a zero.
 PropertyList dataValue(const QString& text) {
     static const QRegularExpression digits(u"\\A[0-9a-fA-F]*\\z"_s);
     if (!digits.match(text).hasMatch()) {
-        refuseWithUsage();
+        refuseValue();
     }
     return QByteArray::fromHex(text.toLatin1());
 }
@@ -76,7 +76,7 @@ PropertyList dateValue(const QString& text) {
     iso.replace(printed, u"\\1T\\2\\3:\\4"_s);
     const QDateTime date = QDateTime::fromString(iso, Qt::ISODate).toUTC();
     if (!date.isValid() || date.date().year() < 1) {
-        refuseWithUsage();
+        refuseValue();
     }
     return date;
 }
@@ -113,7 +113,7 @@ bool isDictionaryFlag(const QString& argument) {
 /// Takes one scalar, with or without a flag, from the front of what is left.
 PropertyList takeScalar(QStringList& arguments) {
     if (arguments.isEmpty()) {
-        refuseWithUsage();
+        refuseValue();
     }
     const QString first = arguments.takeFirst();
     if (isArrayFlag(first) || isDictionaryFlag(first)) {
@@ -124,7 +124,7 @@ PropertyList takeScalar(QStringList& arguments) {
         return parseDefaultsRepresentation(first);
     }
     if (arguments.isEmpty()) {
-        refuseWithUsage();
+        refuseValue();
     }
     return reader(arguments.takeFirst());
 }
