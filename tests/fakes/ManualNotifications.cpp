@@ -10,8 +10,9 @@ std::unique_ptr<NotificationObservation> ManualNotifications::observe(const QStr
 void ManualNotifications::post(const QString& name) {
     const QList<Observation*> observers = m_observers;
     for (Observation* observer : observers) {
-        if (observer->name == name && m_observers.contains(observer))
+        if (observer->name == name && m_observers.contains(observer)) {
             observer->handler();
+        }
     }
 }
 

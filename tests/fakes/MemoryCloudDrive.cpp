@@ -4,8 +4,9 @@ namespace quorvane {
 
 QFuture<std::optional<QString>> MemoryCloudDrive::containerFolder() {
     calls.append(QStringLiteral("containerFolder"));
-    if (!hasContainer())
+    if (!hasContainer()) {
         return QtFuture::makeReadyFuture(std::optional<QString>());
+    }
     m_files.addFolders(*container);
     return QtFuture::makeReadyFuture(container);
 }
@@ -14,17 +15,20 @@ QStringList MemoryCloudDrive::list(const QString& folder) const {
     QStringList names = m_files.list(folder);
     for (auto file = waiting.cbegin(); file != waiting.cend(); ++file) {
         const QString name = file.key().mid(file.key().lastIndexOf(u'/') + 1);
-        if (file.key() == folder + u'/' + name && !names.contains(name))
+        if (file.key() == folder + u'/' + name && !names.contains(name)) {
             names.append(name);
+        }
     }
     return names;
 }
 
 std::optional<QDateTime> MemoryCloudDrive::modificationDate(const QString& path) const {
-    if (!isUbiquitous(path))
+    if (!isUbiquitous(path)) {
         return std::nullopt;
-    if (const auto file = waiting.constFind(path); file != waiting.cend() && file->modified)
+    }
+    if (const auto file = waiting.constFind(path); file != waiting.cend() && file->modified) {
         return file->modified;
+    }
     return m_files.exists(path) ? std::optional(modified.value(path, kSomeDate)) : std::nullopt;
 }
 
@@ -35,19 +39,23 @@ bool MemoryCloudDrive::isUbiquitous(const QString& path) const {
 
 void MemoryCloudDrive::startDownloading(const QString& path) {
     calls.append(QStringLiteral("startDownloading ") + path);
-    if (waiting.contains(path))
+    if (waiting.contains(path)) {
         waiting[path].isRequested = true;
+    }
 }
 
 bool MemoryCloudDrive::isCurrent(const QString& path) const {
     calls.append(QStringLiteral("isCurrent ") + path);
-    if (!isUbiquitous(path))
+    if (!isUbiquitous(path)) {
         return false;
+    }
     const auto file = waiting.find(path);
-    if (file == waiting.end())
+    if (file == waiting.end()) {
         return true;
-    if (!file->isRequested || !file->looks || (*file->looks)-- > 0)
+    }
+    if (!file->isRequested || !file->looks || (*file->looks)-- > 0) {
         return false;
+    }
     m_files.addFile(path, file->bytes);
     waiting.erase(file);
     return true;
@@ -60,8 +68,9 @@ bool MemoryCloudDrive::create(const QString& path, const QByteArray& bytes) {
 
 QFuture<std::optional<QString>> MemoryCloudDrive::replace(const QString& path, const QByteArray& bytes) {
     calls.append(QStringLiteral("replace ") + path);
-    if (!isReplacingLater)
+    if (!isReplacingLater) {
         return QtFuture::makeReadyFuture(write(path, bytes));
+    }
     const auto promise = std::make_shared<QPromise<std::optional<QString>>>();
     promise->start();
     QTimer::singleShot(0, [this, promise, path, bytes] {
@@ -73,11 +82,13 @@ QFuture<std::optional<QString>> MemoryCloudDrive::replace(const QString& path, c
 
 std::optional<QString> MemoryCloudDrive::remove(const QString& path) {
     calls.append(QStringLiteral("remove ") + path);
-    if (const auto refused = refusal(path))
+    if (const auto refused = refusal(path)) {
         return refused;
+    }
     const bool wasWaiting = waiting.remove(path) > 0;
-    if (!m_files.exists(path) && wasWaiting)
+    if (!m_files.exists(path) && wasWaiting) {
         return std::nullopt;
+    }
     try {
         m_files.remove(path);
     } catch (const FileError& error) {
@@ -87,25 +98,29 @@ std::optional<QString> MemoryCloudDrive::remove(const QString& path) {
 }
 
 std::optional<QString> MemoryCloudDrive::refusal(const QString& path) const {
-    if (m_isShutDown)
+    if (m_isShutDown) {
         return QStringLiteral("The program is quitting.");
-    if (writeError)
+    }
+    if (writeError) {
         return writeError;
+    }
     const bool isInContainer = hasContainer() && path.startsWith(*container + u'/');
     return isInContainer ? std::nullopt : std::optional(QStringLiteral("The container is gone."));
 }
 
 std::optional<QString> MemoryCloudDrive::write(const QString& path, const QByteArray& bytes) {
-    if (const auto refused = refusal(path))
+    if (const auto refused = refusal(path)) {
         return refused;
+    }
     try {
         m_files.writeAtomically(path, bytes);
     } catch (const FileError& error) {
         return error.message();
     }
     waiting.remove(path);
-    if (whenWritten)
+    if (whenWritten) {
         whenWritten();
+    }
     return std::nullopt;
 }
 

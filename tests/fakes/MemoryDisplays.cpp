@@ -11,15 +11,17 @@ MemoryDisplays::Connected& MemoryDisplays::plugIn(quint32 number, const QRectF& 
 
 QList<Display> MemoryDisplays::screens() const {
     QList<Display> list;
-    for (const Connected& each : connected)
+    for (const Connected& each : connected) {
         list.append(each.display);
+    }
     return list;
 }
 
 std::optional<QString> MemoryDisplays::desktopPicture(const Display& display) const {
     for (const Connected& each : connected) {
-        if (each.display == display)
+        if (each.display == display) {
             return each.picture;
+        }
     }
     return std::nullopt;
 }
@@ -27,13 +29,16 @@ std::optional<QString> MemoryDisplays::desktopPicture(const Display& display) co
 std::optional<QString> MemoryDisplays::setDesktopPicture(const Display& display, const QString& path) {
     calls.append(QStringLiteral("set %1 %2").arg(display.localizedName, path));
     for (Connected& each : connected) {
-        if (each.display != display)
+        if (each.display != display) {
             continue;
-        if (each.settingError)
+        }
+        if (each.settingError) {
             return each.settingError;
+        }
         each.picture = path;
-        if (whenSet)
+        if (whenSet) {
             whenSet();
+        }
         return std::nullopt;
     }
     return QStringLiteral("The display is not connected.");

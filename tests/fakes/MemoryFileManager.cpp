@@ -15,8 +15,9 @@ void MemoryFileManager::addFile(const QString& path, const QByteArray& bytes) {
 
 void MemoryFileManager::addFolders(const QString& folder) {
     const QString path = placeOf(folder, Last::Followed);
-    if (find(path) != nullptr)
+    if (find(path) != nullptr) {
         return;
+    }
     addFolders(parentOf(path));
     put(path, FileStatus::Kind::Folder);
 }
@@ -65,11 +66,13 @@ QStringList MemoryFileManager::list(const QString& folder) const {
     const QString path = begin(Operation::List, folder, Last::Followed);
     requireFolder(path);
     std::map<int, QString> byAge;
-    for (const Node& child : childrenOf(path))
+    for (const Node& child : childrenOf(path)) {
         byAge[child.age] = nameOf(child.path);
+    }
     QStringList names;
-    for (const auto& [age, name] : byAge)
+    for (const auto& [age, name] : byAge) {
         names.append(name);
+    }
     return names;
 }
 
@@ -79,8 +82,9 @@ std::unique_ptr<FolderEntries> MemoryFileManager::entries(const QString& folder)
 
 QByteArray MemoryFileManager::read(const QString& path) const {
     const Node& node = require(begin(Operation::Read, path, Last::Followed));
-    if (node.kind == FileStatus::Kind::Folder)
+    if (node.kind == FileStatus::Kind::Folder) {
         throw FileError(path, QStringLiteral("Is a directory"));
+    }
     return node.bytes;
 }
 
@@ -88,8 +92,9 @@ void MemoryFileManager::writeAtomically(const QString& path, const QByteArray& b
     const QString place = beginChange(Operation::Write, path);
     requireChangeableNames(place);
     const Node* existing = find(place);
-    if (existing != nullptr && existing->kind == FileStatus::Kind::Folder)
+    if (existing != nullptr && existing->kind == FileStatus::Kind::Folder) {
         throw FileError(path, QStringLiteral("Is a directory"));
+    }
     put(place, FileStatus::Kind::File, bytes);
 }
 
@@ -99,8 +104,9 @@ void MemoryFileManager::move(const QString& from, const QString& to) {
     require(source);
     requireChangeableNames(source);
     requireChangeableNames(target);
-    if (keyOf(source) != keyOf(target))
+    if (keyOf(source) != keyOf(target)) {
         requireReplaceable(target);
+    }
     moveNodes(source, target);
 }
 
@@ -108,23 +114,27 @@ void MemoryFileManager::remove(const QString& path) {
     const QString place = beginChange(Operation::Remove, path);
     require(place);
     requireChangeableNames(place);
-    if (!childrenOf(place).empty())
+    if (!childrenOf(place).empty()) {
         throw FileError(path, QStringLiteral("Directory not empty"));
+    }
     m_nodes.erase(keyOf(place));
 }
 
 void MemoryFileManager::createFolders(const QString& folder) {
     const QString path = touch(folder, Last::Followed);
     failIfAsked(Operation::CreateFolders, path);
-    if (const Node* node = find(path); node != nullptr && node->kind == FileStatus::Kind::Folder)
+    if (const Node* node = find(path); node != nullptr && node->kind == FileStatus::Kind::Folder) {
         return;
+    }
     QString existing = path;
-    while (find(existing) == nullptr)
+    while (find(existing) == nullptr) {
         existing = parentOf(existing);
+    }
     requireFolder(existing);
     countChange(path);
-    if (!require(existing).isWritable)
+    if (!require(existing).isWritable) {
         throw FileError(path, QStringLiteral("Permission denied"));
+    }
     addFolders(path);
 }
 
@@ -169,8 +179,9 @@ QString MemoryFileManager::placeOf(const QString& path, Last last) const {
             const bool isFollowed = node != nullptr && node->kind == FileStatus::Kind::Link &&
                                     (last == Last::Followed || !pending.isEmpty());
             if (isFollowed) {
-                if (++links > kMaximumLinks)
+                if (++links > kMaximumLinks) {
                     return inFolder(entered, component); // nothing is ever inside a link: a circle leads nowhere
+                }
                 const QString target = QString::fromUtf8(node->bytes);
                 pending = componentsOf(target) + pending;
                 reached = target.startsWith(u'/') ? QStringLiteral("/") : reached;
@@ -189,27 +200,31 @@ const MemoryFileManager::Node* MemoryFileManager::find(const QString& path) cons
 
 const MemoryFileManager::Node& MemoryFileManager::require(const QString& path) const {
     const Node* node = find(path);
-    if (node == nullptr)
+    if (node == nullptr) {
         throw FileError(path, QStringLiteral("No such file or directory"));
+    }
     return *node;
 }
 
 const MemoryFileManager::Node& MemoryFileManager::requireFolder(const QString& path) const {
     const Node& node = require(path);
-    if (node.kind != FileStatus::Kind::Folder)
+    if (node.kind != FileStatus::Kind::Folder) {
         throw FileError(path, QStringLiteral("Not a directory"));
+    }
     return node;
 }
 
 void MemoryFileManager::requireChangeableNames(const QString& path) const {
-    if (!requireFolder(parentOf(path)).isWritable)
+    if (!requireFolder(parentOf(path)).isWritable) {
         throw FileError(path, QStringLiteral("Permission denied"));
+    }
 }
 
 void MemoryFileManager::requireReplaceable(const QString& path) const {
     const Node* node = find(path);
-    if (node != nullptr && node->kind == FileStatus::Kind::Folder)
+    if (node != nullptr && node->kind == FileStatus::Kind::Folder) {
         throw FileError(path, QStringLiteral("Is a directory"));
+    }
 }
 
 MemoryFileManager::Node& MemoryFileManager::nodeAt(const QString& path) {
@@ -221,8 +236,10 @@ std::vector<MemoryFileManager::Node> MemoryFileManager::childrenOf(const QString
     const auto [parent, name] = keyOf(folder);
     const QString key = inFolder(parent, name);
     for (auto at = m_nodes.lower_bound({key, QString()}); at != m_nodes.end() && at->first.first == key; ++at) {
-        if (!at->first.second.isEmpty()) // the root stands in itself
+        if (!at->first.second.isEmpty()) {
+            // the root stands in itself
             children.push_back(at->second);
+        }
     }
     return children;
 }
@@ -240,8 +257,9 @@ void MemoryFileManager::moveNodes(const QString& from, const QString& to) {
     m_nodes.erase(keyOf(from));
     node.path = to;
     m_nodes[keyOf(to)] = node;
-    for (const Node& child : children)
+    for (const Node& child : children) {
         moveNodes(child.path, inFolder(to, nameOf(child.path)));
+    }
 }
 
 QString MemoryFileManager::touch(const QString& path, Last last) const {
@@ -251,8 +269,9 @@ QString MemoryFileManager::touch(const QString& path, Last last) const {
 }
 
 void MemoryFileManager::failIfAsked(Operation operation, const QString& path) const {
-    if (m_failing.contains({operation, keyOf(path)}))
+    if (m_failing.contains({operation, keyOf(path)})) {
         throw FileError(path, QStringLiteral("Operation not permitted"));
+    }
 }
 
 QString MemoryFileManager::begin(Operation operation, const QString& path, Last last) const {
@@ -263,8 +282,9 @@ QString MemoryFileManager::begin(Operation operation, const QString& path, Last 
 
 void MemoryFileManager::countChange(const QString& path) {
     ++m_changes;
-    if (m_changesUntilFailure > 0 && --m_changesUntilFailure == 0)
+    if (m_changesUntilFailure > 0 && --m_changesUntilFailure == 0) {
         throw FileError(path, QStringLiteral("No space left on device"));
+    }
 }
 
 QString MemoryFileManager::beginChange(Operation operation, const QString& path) {

@@ -3,8 +3,9 @@
 namespace quorvane {
 
 bool MemoryKeychain::setPasswordItem(const QString& service, const QString& account, const QByteArray& data) {
-    if (refusesPasswords)
+    if (refusesPasswords) {
         return false;
+    }
     items.insert({service, account}, {data, false, 0});
     return true;
 }
@@ -15,15 +16,17 @@ std::optional<QByteArray> MemoryKeychain::readPasswordItem(const QString& servic
 }
 
 void MemoryKeychain::deleteKeychainItem(const QString& service, const QString& account) {
-    if (onDelete)
+    if (onDelete) {
         onDelete();
+    }
     items.remove({service, account});
 }
 
 bool MemoryKeychain::setBiometricItem(const QString& service, const QString& account, const QByteArray& data) {
     items.remove({service, account});
-    if (refusesBiometricItems)
+    if (refusesBiometricItems) {
         return false;
+    }
     items.insert({service, account}, {data, true, enrolment});
     return true;
 }
@@ -35,24 +38,30 @@ bool MemoryKeychain::keychainItemExists(const QString& service, const QString& a
 QFuture<std::optional<QByteArray>>
 MemoryKeychain::readBiometricProtected(const QString& service, const QString& account, const QString& reason) {
     const auto item = items.constFind({service, account});
-    if (m_isShutDown || refusesReading || item == items.cend())
+    if (m_isShutDown || refusesReading || item == items.cend()) {
         return QtFuture::makeReadyFuture(std::optional<QByteArray>());
-    if (!item->isBiometric)
+    }
+    if (!item->isBiometric) {
         return QtFuture::makeReadyFuture(std::optional(item->data));
-    if (item->enrolment != enrolment)
+    }
+    if (item->enrolment != enrolment) {
         return QtFuture::makeReadyFuture(std::optional<QByteArray>());
+    }
     reasons.append(reason);
-    if (finger == Finger::Held)
+    if (finger == Finger::Held) {
         return heldBack(*item);
+    }
     return QtFuture::makeReadyFuture(finger == Finger::Accepted ? std::optional(item->data) : std::nullopt);
 }
 
 std::optional<QByteArray> MemoryKeychain::randomBytes(int count) const {
-    if (generatorFails)
+    if (generatorFails) {
         return std::nullopt;
+    }
     QByteArray bytes(count, '\0');
-    for (char& byte : bytes)
+    for (char& byte : bytes) {
         byte = static_cast<char>(m_nextByte++);
+    }
     return bytes;
 }
 

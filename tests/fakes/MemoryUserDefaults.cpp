@@ -29,8 +29,9 @@ void MemoryUserDefaults::setBoolean(const QString& key, bool value) {
 }
 
 void MemoryUserDefaults::set(const QString& key, const QVariant& value) {
-    if (refusesWrites)
+    if (refusesWrites) {
         return;
+    }
     values.insert(key, value);
     writtenKeys.append(key);
 }

@@ -46,17 +46,20 @@ void MortalFileManager::remove(const QString& path) {
 }
 
 void MortalFileManager::createFolders(const QString& folder) {
-    if (m_files.exists(folder))
+    if (m_files.exists(folder)) {
         return;
+    }
     live(folder);
     m_files.createFolders(folder);
 }
 
 void MortalFileManager::live(const QString& path) {
-    if (!m_isDead && changesLeft-- > 0)
+    if (!m_isDead && changesLeft-- > 0) {
         return;
-    if (!m_isDead && whenDead)
+    }
+    if (!m_isDead && whenDead) {
         whenDead();
+    }
     m_isDead = true;
     throw FileError(path, QStringLiteral("The program is dead"));
 }

@@ -25,8 +25,9 @@ QRect paintedRect(const QImage& picture, const QColor& background) {
     for (int y = 0; y < picture.height(); ++y) {
         const auto* line = reinterpret_cast<const QRgb*>(picture.constScanLine(y));
         for (int x = 0; x < picture.width(); ++x) {
-            if ((line[x] | 0xff000000U) != background.rgb())
+            if ((line[x] | 0xff000000U) != background.rgb()) {
                 rect |= QRect(x, y, 1, 1);
+            }
         }
     }
     return rect;
@@ -53,8 +54,9 @@ QColor textColorIn(const QImage& picture) {
 int darkest(const QImage& picture, const QRect& rect) {
     int least = 255;
     for (int y = rect.top(); y <= rect.bottom(); ++y) {
-        for (int x = rect.left(); x <= rect.right(); ++x)
+        for (int x = rect.left(); x <= rect.right(); ++x) {
             least = std::min(least, qGray(picture.pixel(x, y)));
+        }
     }
     return least;
 }

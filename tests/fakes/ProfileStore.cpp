@@ -37,8 +37,9 @@ UnifiedProfile numberedProfile(int number, const QString& name, int day) {
 
 QStringList namesOf(const QList<UnifiedProfile>& profiles) {
     QStringList names;
-    for (const UnifiedProfile& profile : profiles)
+    for (const UnifiedProfile& profile : profiles) {
         names.append(profile.name);
+    }
     return names;
 }
 

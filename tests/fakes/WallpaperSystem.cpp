@@ -84,8 +84,9 @@ QString WallpaperSystem::original(int display) {
 QStringList WallpaperSystem::takeSets() {
     QStringList sets;
     for (const QString& call : std::exchange(displays.calls, {})) {
-        if (call.startsWith(u"set "_s))
+        if (call.startsWith(u"set "_s)) {
             sets.append(call.mid(4, 10) + call.mid(call.lastIndexOf(u'/') + 1));
+        }
     }
     return sets;
 }

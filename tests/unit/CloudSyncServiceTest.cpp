@@ -118,8 +118,9 @@ CloudSyncServices allServices() {
 CloudSyncServices servicesOf(const StartupItem& startupItem) {
     CloudSyncServices matching;
     for (const Service service : allCloudSyncServices()) {
-        if (matchesCloudService(startupItem.name, startupItem.path, startupItem.launchIdentifier, service))
+        if (matchesCloudService(startupItem.name, startupItem.path, startupItem.launchIdentifier, service)) {
             matching.insert(service);
+        }
     }
     return matching;
 }

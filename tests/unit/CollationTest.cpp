@@ -30,8 +30,9 @@ TEST(Collation, equalNamesKeepTheirOrder) {
         int number;
     };
     QList<Row> rows;
-    for (int number = 0; number < 1000; ++number)
+    for (int number = 0; number < 1000; ++number) {
         rows.append({number % 2 == 0 ? u"Live"_s : u"LIVE"_s, number});
+    }
     rows.append({u"Audio"_s, 1000});
     sortLocalized(rows, &Row::name);
 
@@ -44,11 +45,13 @@ TEST(Collation, equalNamesKeepTheirOrder) {
 TEST(Collation, oneHundredThousandNamesAreSorted) {
     constexpr int kNames = 100000;
     QStringList names;
-    for (int number = 0; number < kNames; ++number)
+    for (int number = 0; number < kNames; ++number) {
         names.append(u"item %1"_s.arg((number * 7919) % kNames, 6, 10, QChar(u'0')));
+    }
     const QStringList result = sorted(names);
-    for (int number = 0; number < kNames; ++number)
+    for (int number = 0; number < kNames; ++number) {
         ASSERT_EQ(result.at(number), u"item %1"_s.arg(number, 6, 10, QChar(u'0')));
+    }
 }
 
 TEST(Collation, namesAreEqualInAnyCaseButNotWithoutTheirAccents) {

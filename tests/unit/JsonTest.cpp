@@ -95,8 +95,9 @@ TEST(Json, theFirstOfTwoMembersWithOneKeyCounts) {
 TEST(Json, anObjectMayHaveVeryManyMembers) {
     constexpr int kMembers = 60000;
     QMap<QString, QString> texts;
-    for (int number = 0; number < kMembers; ++number)
+    for (int number = 0; number < kMembers; ++number) {
         texts.insert(u"key %1"_s.arg(number), u"value"_s);
+    }
     EXPECT_EQ((decodedValue<QMap<QString, QString>>(parseJson(jsonText(encodeJson(texts))))), texts);
 }
 

@@ -153,8 +153,9 @@ TEST(LegacyStartupFields, theItemsAreSortedAndTheNetworkIsKept) {
     fields.disableNetwork = true;
     const StartupConfiguration configuration = StartupConfiguration::fromLegacyFields(fields);
     QStringList names;
-    for (const StartupItem& each : configuration.items)
+    for (const StartupItem& each : configuration.items) {
         names.append(each.name);
+    }
     EXPECT_EQ(names, (QStringList{u"alpha"_s, u"Beta"_s, u"Delta"_s, u"gamma"_s}));
     EXPECT_TRUE(configuration.disableNetworkAtStartup);
     EXPECT_TRUE(configuration.disabledCloudSyncAtStartup.empty());

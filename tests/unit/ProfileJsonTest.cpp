@@ -258,14 +258,16 @@ TEST(ProfileJson, aFieldOfAnotherTypeIsNamed) {
     const Json values[] = {nullptr, true, 0, 1, -1.5, "text", Json::array(), Json::object()};
     for (const Field& field : kFields) {
         for (const Json& value : values) {
-            if (value.type() == field.type)
+            if (value.type() == field.type) {
                 continue;
+            }
             SCOPED_TRACE(field.key + value.dump());
             const QString problem = problemOf(fileWithValue(field, value));
-            if (value.is_null() && !field.isRequired)
+            if (value.is_null() && !field.isRequired) {
                 EXPECT_EQ(problem, QString());
-            else
+            } else {
                 EXPECT_TRUE(problem.startsWith(u"\"%1\": not "_s.arg(QString::fromUtf8(field.key))));
+            }
         }
     }
 }
@@ -298,8 +300,9 @@ TEST(ProfileJson, whatIsNoProfileIsAnError) {
 }
 
 TEST(ProfileJson, aFileCutAnywhereIsAnError) {
-    for (qsizetype size = 0; size < kCompleteFile.size(); ++size)
+    for (qsizetype size = 0; size < kCompleteFile.size(); ++size) {
         ASSERT_FALSE(problemOf(kCompleteFile.left(size)).isEmpty()) << size;
+    }
 }
 
 TEST(ProfileJson, unknownKeysAreIgnored) {
@@ -328,8 +331,9 @@ TEST(ProfileJson, aLegacyFileIsMigratedAndSavedInTheNewForm) {
                                        "true");
     const UnifiedProfile profile = decodeProfile(legacy);
     QStringList ids;
-    for (const StartupItem& item : profile.startup.items)
+    for (const StartupItem& item : profile.startup.items) {
         ids.append(item.id);
+    }
     EXPECT_EQ(ids, (QStringList{u"login:Sync"_s, u"launch:a.plist"_s, u"login:/Applications/Keys.app"_s,
                                 u"login:Live"_s, u"added:/Mix.app"_s}));
     EXPECT_TRUE(profile.startup.disableNetworkAtStartup);

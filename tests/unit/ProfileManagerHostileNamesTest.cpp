@@ -137,8 +137,9 @@ TEST_F(HostileNames, dotsAreOrdinaryNames) {
 
 TEST_F(HostileNames, aListedFileIsReadByItsListedName) {
     ProfileStore store;
-    for (const QString& fileName : {u" blanks .json"_s, u"a:b.json"_s, u"..json"_s, u"-rf.json"_s})
+    for (const QString& fileName : {u" blanks .json"_s, u"a:b.json"_s, u"..json"_s, u"-rf.json"_s}) {
         store.addFile(fileName, numberedProfile(static_cast<int>(fileName.size()), fileName));
+    }
     EXPECT_EQ(store.manager.listProfiles().size(), 4);
 }
 

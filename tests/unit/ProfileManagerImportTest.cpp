@@ -145,8 +145,9 @@ TEST(ProfileImport, theFirstFailureEndsItAndWhatWasSavedStays) {
 
 TEST(ProfileImport, manyProfilesOfOneNameAreAllKept) {
     QList<UnifiedProfile> incoming;
-    for (int number = 1; number <= 100; ++number)
+    for (int number = 1; number <= 100; ++number) {
         incoming.append(numberedProfile(number, u"Live"_s));
+    }
     ProfileStore store;
     EXPECT_EQ(store.manager.importProfiles(incoming).imported, 100);
     EXPECT_EQ(store.manager.listProfiles().size(), 100);

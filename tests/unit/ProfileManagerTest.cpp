@@ -41,8 +41,9 @@ TEST(ProfileManager, profilesAreListedNewestFirstAndTiesInTheOrderOfTheFolder) {
 TEST(ProfileManager, onlyReadableFilesWithTheExtensionAreListed) {
     ProfileStore store;
     const UnifiedProfile profile = numberedProfile(1, u"Live"_s);
-    for (const QString& name : {u"upper.JSON"_s, u"mixed.Json"_s, u"none"_s, u".json"_s, u"copy.json.bak"_s})
+    for (const QString& name : {u"upper.JSON"_s, u"mixed.Json"_s, u"none"_s, u".json"_s, u"copy.json.bak"_s}) {
         store.addFile(name, profile);
+    }
     store.files.addFile(store.pathOf(u"broken.json"_s), "{");
     store.files.addFile(store.pathOf(u"empty.json"_s), "");
     store.files.addFolders(store.pathOf(u"folder.json"_s));

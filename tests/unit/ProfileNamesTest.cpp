@@ -31,11 +31,13 @@ TEST(ProfileNames, separatorsBecomeHyphensAndBlanksAtTheEndsGo) {
 }
 
 TEST(ProfileNames, onlyASanitizedNameIsAFileName) {
-    for (const QString& name : {u"Live"_s, u"a-b"_s, u"..-x"_s, u"."_s, u".."_s, u".hidden"_s, u"a b"_s})
+    for (const QString& name : {u"Live"_s, u"a-b"_s, u"..-x"_s, u"."_s, u".."_s, u".hidden"_s, u"a b"_s}) {
         EXPECT_TRUE(isProfileFileName(name)) << name.toStdString();
+    }
     for (const QString& name : {u""_s, u" "_s, u" Live"_s, u"Live\n"_s, u"a/b"_s, u"../x"_s, u"/x"_s, u"a:b"_s,
-                                u"a\\b"_s, u"a"_s + QChar(u'\0') + u"b"_s})
+                                u"a\\b"_s, u"a"_s + QChar(u'\0') + u"b"_s}) {
         EXPECT_FALSE(isProfileFileName(name)) << name.toStdString();
+    }
 }
 
 TEST(ProfileNames, aFreeNameIsKept) {

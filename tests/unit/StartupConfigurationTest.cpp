@@ -38,8 +38,9 @@ StartupConfiguration everyKind() {
 
 QStringList namesOf(const QList<StartupItem>& items) {
     QStringList names;
-    for (const StartupItem& each : items)
+    for (const StartupItem& each : items) {
         names.append(each.name);
+    }
     return names;
 }
 
@@ -64,8 +65,9 @@ TEST(StartupConfiguration, aLaunchItemWithoutIdentifierIsKnownByItsNameAndABackg
     EXPECT_EQ(configuration.disabledLaunchLabels(), (Texts{u"launchAgent off"_s, u"launchDaemon off"_s}));
     EXPECT_EQ(configuration.disabledBackgroundLabels(), Texts());
 
-    for (StartupItem& each : configuration.items)
+    for (StartupItem& each : configuration.items) {
         each.launchIdentifier = each.name + u".id"_s;
+    }
     EXPECT_EQ(configuration.disabledLaunchLabels(), (Texts{u"launchAgent off.id"_s, u"launchDaemon off.id"_s}));
     EXPECT_EQ(configuration.disabledBackgroundLabels(), Texts{u"backgroundLoginItem off.id"_s});
 }
@@ -117,8 +119,9 @@ TEST(StartupConfiguration, theFileNamesDisabledServicesOnlyWhenThereAreSome) {
 TEST(StartupConfiguration, survivesAFile) {
     StartupConfiguration configuration = everyKind();
     configuration.disableNetworkAtStartup = true;
-    for (const CloudSyncService service : allCloudSyncServices())
+    for (const CloudSyncService service : allCloudSyncServices()) {
         configuration.disabledCloudSyncAtStartup.insert(service);
+    }
     EXPECT_EQ(decodedValue<StartupConfiguration>(encodeJson(configuration)), configuration);
 }
 

@@ -148,8 +148,9 @@ TEST_F(WallpaperQueue, aDisplayUnpluggedMeanwhileIsLeftOut) {
 
 TEST_F(WallpaperQueue, notificationsThatWaitAreOneCheck) {
     overlay->applyOverlay(u"Live"_s);
-    for (int i = 0; i < 100; ++i)
+    for (int i = 0; i < 100; ++i) {
         systemNotifications.post(u"com.apple.desktop"_s);
+    }
     finish();
     EXPECT_EQ(takeTrace(), labelled(u"Live"_s));
     EXPECT_EQ(takeSets().size(), 2);
