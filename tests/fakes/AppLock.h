@@ -21,9 +21,11 @@ using namespace Qt::StringLiterals;
 /// The app lock over fakes. `trace` holds alerts, what happens to the windows, and each change of the lock's state with the
 /// state that it left.
 class AppLock : public ::testing::Test {
+public:
+    ~AppLock() override;
+
 protected:
     AppLock();
-    ~AppLock() override;
 
     /// Starts the program anew with the same keychain and preferences.
     void start();

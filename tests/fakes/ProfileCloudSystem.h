@@ -27,9 +27,11 @@ QList<QByteArray> damagedBackups(const QByteArray& whole);
 
 /// The profiles of a user who is signed in, and what they have of them in iCloud.
 class ProfileCloudSystem : public ScriptedSystem {
+public:
+    ~ProfileCloudSystem() override;
+
 protected:
     ProfileCloudSystem();
-    ~ProfileCloudSystem() override;
 
     static UnifiedProfile defaultNamed(const QString& name);
     /// The Default profile with another content, which changes with the number.

@@ -101,9 +101,11 @@ public:
 
 /// A SystemManager over scripted ports. `trace` holds commands, scripts and log lines in the order in which they came.
 class ScriptedSystem : public ::testing::Test {
+public:
+    ~ScriptedSystem() override;
+
 protected:
     ScriptedSystem();
-    ~ScriptedSystem() override;
 
     /// What was logged, run and asked since the last call, one per line.
     QString takeTrace();

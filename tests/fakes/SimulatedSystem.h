@@ -28,9 +28,11 @@ UnifiedProfile exampleProfile(const QString& name);
 
 /// A simulated Mac in a temporary folder, and the program on it, through real child processes.
 class SimulatedSystem : public ::testing::Test {
+public:
+    ~SimulatedSystem() override;
+
 protected:
     explicit SimulatedSystem(const QString& description = u"fresh-macbook"_s);
-    ~SimulatedSystem() override;
 
     static QString program();
     QString macFolder() const;

@@ -37,9 +37,11 @@ StartupItem backgroundItemOff(const QString& label);
 /// A scripted system whose login items change with the scripts, whose `ditto` copies, and where root does what the
 /// program asks for. In the trace the scripts for System Events stand by their purposes.
 class StartupSystem : public ScriptedSystem {
+public:
+    ~StartupSystem() override;
+
 protected:
     StartupSystem();
-    ~StartupSystem() override;
 
     QString takeTrace();
     static QString prompted(const QString& line, const QString& prompt);

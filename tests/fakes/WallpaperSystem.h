@@ -23,9 +23,11 @@ inline const QString kDefaultDesktop = u"/System/Library/CoreServices/DefaultDes
 /// The label over displays in memory: a built-in one with two pixels a point, and a monitor with one. `trace` holds the log
 /// lines and the pictures that were set: "Display 1 <- composited-display-1-live.jpg".
 class WallpaperSystem : public ScriptedSystem {
+public:
+    ~WallpaperSystem() override;
+
 protected:
     WallpaperSystem();
-    ~WallpaperSystem() override;
 
     /// Starts the program anew; what is kept on the disk and in the preferences stays.
     void start();

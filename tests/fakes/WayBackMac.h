@@ -24,9 +24,11 @@ const QString kCloudBaselines =
 /// then a profile was applied that puts every tweak in force, takes a login item away, adds an application and switches the
 /// network off. Each test works on copies of it, with tools that run in this process.
 class WayBackMac : public ::testing::Test {
+public:
+    ~WayBackMac() override;
+
 protected:
     WayBackMac();
-    ~WayBackMac() override;
 
     static QString program();
     static UnifiedProfile gig();
