@@ -46,7 +46,7 @@ const QString kDaemonsBoxCommand =
     "mv '/Library/LaunchDaemons/com.box.plist' "
     "'/Users/alex/.quorvane_backup/_Library_LaunchDaemons/com.box.plist'"_s;
 
-class LaunchItems : public ScriptedSystem {
+class LaunchItemFlows : public ScriptedSystem {
 protected:
     bool disable(const QStringList& labels, const QSet<QString>& excludedIds = {}) {
         return QCoro::waitFor(system.disableLaunchItems(labels, excludedIds));
@@ -65,13 +65,13 @@ protected:
 
 } // namespace
 
-TEST_F(LaunchItems, disablingNoneDoesNothing) {
+TEST_F(LaunchItemFlows, disablingNoneDoesNothing) {
     EXPECT_TRUE(disable({}));
     EXPECT_TRUE(trace.isEmpty());
     EXPECT_EQ(files.changes(), 0);
 }
 
-TEST_F(LaunchItems, aPlistOfTheUserIsTakenOutOfLaunchdAndPutAside) {
+TEST_F(LaunchItemFlows, aPlistOfTheUserIsTakenOutOfLaunchdAndPutAside) {
     files.addFile(kUsersAgents + kLabel, "box");
     EXPECT_TRUE(disable({kLabel}));
     EXPECT_EQ(takeTrace(), kDisableUsersBox);
@@ -79,7 +79,7 @@ TEST_F(LaunchItems, aPlistOfTheUserIsTakenOutOfLaunchdAndPutAside) {
     EXPECT_EQ(files.read(kUsersBackup + kLabel), "box");
 }
 
-TEST_F(LaunchItems, whatLaunchctlSaysDoesNotMatter) {
+TEST_F(LaunchItemFlows, whatLaunchctlSaysDoesNotMatter) {
     files.addFile(kUsersAgents + kLabel, "box");
     commands.fail(u"/bin/launchctl bootout gui/501 /Users/alex/Library/LaunchAgents/com.box.plist"_s, 5,
                   "Boot-out failed");
@@ -89,7 +89,7 @@ TEST_F(LaunchItems, whatLaunchctlSaysDoesNotMatter) {
     EXPECT_EQ(files.read(kUsersBackup + kLabel), "box");
 }
 
-TEST_F(LaunchItems, anOlderBackupIsDeletedFirst) {
+TEST_F(LaunchItemFlows, anOlderBackupIsDeletedFirst) {
     files.addFile(kUsersAgents + kLabel, "new");
     files.addFile(kUsersBackup + kLabel, "old");
     EXPECT_TRUE(disable({kLabel}));
@@ -97,7 +97,7 @@ TEST_F(LaunchItems, anOlderBackupIsDeletedFirst) {
     EXPECT_EQ(files.read(kUsersBackup + kLabel), "new");
 }
 
-TEST_F(LaunchItems, aPlistThatIsPutAsideAlreadyStaysThere) {
+TEST_F(LaunchItemFlows, aPlistThatIsPutAsideAlreadyStaysThere) {
     files.addFolders(kUsersAgents);
     files.addFile(kUsersBackup + kLabel, "box");
     EXPECT_TRUE(disable({kLabel}));
@@ -105,13 +105,13 @@ TEST_F(LaunchItems, aPlistThatIsPutAsideAlreadyStaysThere) {
     EXPECT_EQ(files.read(kUsersBackup + kLabel), "box");
 }
 
-TEST_F(LaunchItems, aLaunchFolderThatIsGoneSpeaksForNoBackup) {
+TEST_F(LaunchItemFlows, aLaunchFolderThatIsGoneSpeaksForNoBackup) {
     files.addFile(kUsersBackup + kLabel, "box");
     EXPECT_TRUE(disable({kLabel}));
     EXPECT_TRUE(trace.isEmpty()); // not found
 }
 
-TEST_F(LaunchItems, aPlistOfTheSystemIsMovedByRoot) {
+TEST_F(LaunchItemFlows, aPlistOfTheSystemIsMovedByRoot) {
     files.addFile(kDaemons + kLabel, "box");
     EXPECT_TRUE(disable({kLabel}));
     EXPECT_EQ(takeTrace(), u"  [ACTION] Requesting Admin rights to disable 1 system launch item(s)...\n"_s +
@@ -121,7 +121,7 @@ TEST_F(LaunchItems, aPlistOfTheSystemIsMovedByRoot) {
     EXPECT_EQ(files.read(kDaemons + kLabel), "box"); // the line was only written down here
 }
 
-TEST_F(LaunchItems, oneLabelIsHandledInEveryFolder) {
+TEST_F(LaunchItemFlows, oneLabelIsHandledInEveryFolder) {
     for (const QString& folder : {kUsersAgents, kAgents, kDaemons}) {
         files.addFile(folder + kLabel, "box");
     }
@@ -133,7 +133,7 @@ TEST_F(LaunchItems, oneLabelIsHandledInEveryFolder) {
                                "  [APPLIED] Disabled launch item: com.box.plist @ /Library/LaunchDaemons\n"_s);
 }
 
-TEST_F(LaunchItems, aRefusedPromptLeavesTheSystemsPlistsAndKeepsTheUsersMove) {
+TEST_F(LaunchItemFlows, aRefusedPromptLeavesTheSystemsPlistsAndKeepsTheUsersMove) {
     files.addFile(kUsersAgents + kLabel, "mine");
     files.addFile(kAgents + kLabel, "theirs");
     scripts.failNext(u"User canceled."_s);
@@ -145,7 +145,7 @@ TEST_F(LaunchItems, aRefusedPromptLeavesTheSystemsPlistsAndKeepsTheUsersMove) {
     EXPECT_EQ(files.read(kUsersBackup + kLabel), "mine");
 }
 
-TEST_F(LaunchItems, aRefusedOneCanBeAskedForAgain) {
+TEST_F(LaunchItemFlows, aRefusedOneCanBeAskedForAgain) {
     files.addFile(kAgents + kLabel, "theirs");
     scripts.failNext(u"User canceled."_s);
     EXPECT_FALSE(disable({kLabel}));
@@ -155,7 +155,7 @@ TEST_F(LaunchItems, aRefusedOneCanBeAskedForAgain) {
 
 // ---- Inside a batch
 
-TEST_F(LaunchItems, insideABatchSuccessIsLoggedWhenItIsQueued) {
+TEST_F(LaunchItemFlows, insideABatchSuccessIsLoggedWhenItIsQueued) {
     files.addFile(kAgents + kLabel, "box");
     system.beginAdminBatch();
     EXPECT_TRUE(disable({kLabel}));
@@ -167,7 +167,7 @@ TEST_F(LaunchItems, insideABatchSuccessIsLoggedWhenItIsQueued) {
                                u"  [ERROR] Administrator authorization was cancelled or failed: User canceled.\n"_s);
 }
 
-TEST_F(LaunchItems, aPlistIsQueuedOnceInABatch) {
+TEST_F(LaunchItemFlows, aPlistIsQueuedOnceInABatch) {
     files.addFile(kAgents + kLabel, "box");
     system.beginAdminBatch();
     EXPECT_TRUE(disable({kLabel}));
@@ -179,7 +179,7 @@ TEST_F(LaunchItems, aPlistIsQueuedOnceInABatch) {
     EXPECT_EQ(takeTrace(), prompted(kAgentsBoxCommand, u"Please."_s));
 }
 
-TEST_F(LaunchItems, onePlistUnderTwoSpellingsIsQueuedOnce) {
+TEST_F(LaunchItemFlows, onePlistUnderTwoSpellingsIsQueuedOnce) {
     MemoryFileManager ignoringCase(MemoryFileManager::Case::Ignored);
     ignoringCase.addFile(kAgents + kLabel, "box");
     SystemManager other(hostWith(ignoringCase, clock), notifications);
@@ -191,7 +191,7 @@ TEST_F(LaunchItems, onePlistUnderTwoSpellingsIsQueuedOnce) {
     EXPECT_EQ(takeTrace().count(u" && mv "_s), 1) << "a second move would delete the only copy";
 }
 
-TEST_F(LaunchItems, twoPlistsThatDifferInCaseAreBothQueued) {
+TEST_F(LaunchItemFlows, twoPlistsThatDifferInCaseAreBothQueued) {
     files.addFile(kAgents + kLabel, "box");
     files.addFile(kAgents + u"COM.BOX.plist"_s, "BOX");
     system.beginAdminBatch();
@@ -201,7 +201,7 @@ TEST_F(LaunchItems, twoPlistsThatDifferInCaseAreBothQueued) {
     EXPECT_EQ(takeTrace().count(u" && mv "_s), 2);
 }
 
-TEST_F(LaunchItems, theNextBatchQueuesAFailedOneAgain) {
+TEST_F(LaunchItemFlows, theNextBatchQueuesAFailedOneAgain) {
     files.addFile(kAgents + kLabel, "box");
     for (int attempt = 1; attempt <= 2; ++attempt) {
         system.beginAdminBatch();
@@ -212,7 +212,7 @@ TEST_F(LaunchItems, theNextBatchQueuesAFailedOneAgain) {
     EXPECT_EQ(trace.filter(u"& do shell script"_s).size(), 2);
 }
 
-TEST_F(LaunchItems, aLabelThatIsGivenTwiceIsMovedOnce) {
+TEST_F(LaunchItemFlows, aLabelThatIsGivenTwiceIsMovedOnce) {
     files.addFile(kAgents + kLabel, "box");
     EXPECT_TRUE(disable({kLabel, kLabel}));
     EXPECT_EQ(takeTrace(), u"  [INFO] Launch item already disabled: com.box.plist\n"
@@ -223,14 +223,14 @@ TEST_F(LaunchItems, aLabelThatIsGivenTwiceIsMovedOnce) {
 
 // ---- What is never touched
 
-TEST_F(LaunchItems, audioSoftwareStays) {
+TEST_F(LaunchItemFlows, audioSoftwareStays) {
     files.addFile(kUsersAgents + u"com.native.Traktor.plist"_s, {});
     EXPECT_TRUE(disable({u"com.native.Traktor.plist"_s}));
     EXPECT_EQ(takeTrace(), u"  [SKIPPED] Protected launch item: com.native.Traktor.plist\n"_s);
     EXPECT_TRUE(files.exists(kUsersAgents + u"com.native.Traktor.plist"_s));
 }
 
-TEST_F(LaunchItems, anExcludedLabelStaysOnlyWhenItLooksLikeAnAgent) {
+TEST_F(LaunchItemFlows, anExcludedLabelStaysOnlyWhenItLooksLikeAnAgent) {
     const QStringList labels{u"a.agent.plist"_s, u"b.agent.plist"_s, kLabel};
     for (const QString& label : labels) {
         files.addFile(kUsersAgents + label, {});
@@ -243,7 +243,7 @@ TEST_F(LaunchItems, anExcludedLabelStaysOnlyWhenItLooksLikeAnAgent) {
     EXPECT_TRUE(files.exists(kUsersAgents + u"b.agent.plist"_s));
 }
 
-TEST_F(LaunchItems, aLabelThatIsNoPlainNameOfAPlistIsNotFound) {
+TEST_F(LaunchItemFlows, aLabelThatIsNoPlainNameOfAPlistIsNotFound) {
     files.addFile(u"/Users/alex/Library/secret.plist"_s, {});
     files.addFile(kUsersAgents + u"sub/x.plist"_s, {});
     files.addFile(kUsersAgents + u"com.box"_s, {});
@@ -256,7 +256,7 @@ TEST_F(LaunchItems, aLabelThatIsNoPlainNameOfAPlistIsNotFound) {
     EXPECT_TRUE(files.exists(kUsersAgents + u"com.box"_s));
 }
 
-TEST_F(LaunchItems, aHostileNameIsQuotedForTheShellOfRoot) {
+TEST_F(LaunchItemFlows, aHostileNameIsQuotedForTheShellOfRoot) {
     const QString label = u"-a'; rm -rf \"$HOME\" \\ .plist"_s;
     files.addFile(kDaemons + label, {});
     EXPECT_TRUE(disable({label}));
@@ -281,7 +281,7 @@ TEST_F(LaunchItems, aHostileNameIsQuotedForTheShellOfRoot) {
 
 // ---- Backup folders
 
-TEST_F(LaunchItems, aLinkInThePlaceOfABackupFolderStopsTheMove) {
+TEST_F(LaunchItemFlows, aLinkInThePlaceOfABackupFolderStopsTheMove) {
     for (const QString& link : {kBackup, kDaemonsBackup.chopped(1), kUsersBackup.chopped(1)}) {
         MemoryFileManager fresh;
         SystemManager manager(hostWith(fresh, clock), notifications);
@@ -298,7 +298,7 @@ TEST_F(LaunchItems, aLinkInThePlaceOfABackupFolderStopsTheMove) {
     }
 }
 
-TEST_F(LaunchItems, aFileInThePlaceOfABackupFolderStopsTheMove) {
+TEST_F(LaunchItemFlows, aFileInThePlaceOfABackupFolderStopsTheMove) {
     files.addFile(kUsersAgents + kLabel, "mine");
     files.addFile(kBackup, "a file");
     EXPECT_FALSE(disable({kLabel}));
@@ -306,7 +306,7 @@ TEST_F(LaunchItems, aFileInThePlaceOfABackupFolderStopsTheMove) {
     EXPECT_TRUE(files.exists(kUsersAgents + kLabel));
 }
 
-TEST_F(LaunchItems, aBackupFolderThatCannotBeMadeStopsTheMoveAndNoOther) {
+TEST_F(LaunchItemFlows, aBackupFolderThatCannotBeMadeStopsTheMoveAndNoOther) {
     files.addFile(kUsersAgents + kLabel, "mine");
     files.addFile(kAgents + kLabel, "theirs");
     files.failOn(Operation::CreateFolders, kUsersBackup.chopped(1));
@@ -319,7 +319,7 @@ TEST_F(LaunchItems, aBackupFolderThatCannotBeMadeStopsTheMoveAndNoOther) {
     EXPECT_TRUE(files.exists(kUsersAgents + kLabel));
 }
 
-TEST_F(LaunchItems, anOlderBackupThatCannotBeDeletedLeavesThePlistInLaunchd) {
+TEST_F(LaunchItemFlows, anOlderBackupThatCannotBeDeletedLeavesThePlistInLaunchd) {
     files.addFile(kUsersAgents + kLabel, "new");
     files.addFile(kUsersBackup + kLabel, "old");
     files.failOn(Operation::Remove, kUsersBackup + kLabel);
@@ -330,7 +330,7 @@ TEST_F(LaunchItems, anOlderBackupThatCannotBeDeletedLeavesThePlistInLaunchd) {
     EXPECT_EQ(files.read(kUsersAgents + kLabel), "new");
 }
 
-TEST_F(LaunchItems, aMoveThatFailsStopsNoOther) {
+TEST_F(LaunchItemFlows, aMoveThatFailsStopsNoOther) {
     files.addFile(kUsersAgents + kLabel, "box");
     files.addFile(kUsersAgents + u"com.a.plist"_s, "a");
     files.failOn(Operation::Move, kUsersAgents + u"com.a.plist"_s);
@@ -342,7 +342,7 @@ TEST_F(LaunchItems, aMoveThatFailsStopsNoOther) {
                                kDisableUsersBox);
 }
 
-TEST_F(LaunchItems, aFailureAtAnyChangeIsReportedAndLosesNoPlist) {
+TEST_F(LaunchItemFlows, aFailureAtAnyChangeIsReportedAndLosesNoPlist) {
     for (int number = 1; number <= 3; ++number) {
         MemoryFileManager full;
         SystemManager manager(hostWith(full, clock), notifications);
@@ -357,7 +357,7 @@ TEST_F(LaunchItems, aFailureAtAnyChangeIsReportedAndLosesNoPlist) {
 
 // ---- Restoring
 
-TEST_F(LaunchItems, restoringWithoutABackupDoesNothing) {
+TEST_F(LaunchItemFlows, restoringWithoutABackupDoesNothing) {
     restore();
     files.addFolders(kUsersBackup);
     restore();
@@ -365,7 +365,7 @@ TEST_F(LaunchItems, restoringWithoutABackupDoesNothing) {
     EXPECT_EQ(files.changes(), 0);
 }
 
-TEST_F(LaunchItems, whatCanBeMovedBackIsRestoredAndLoaded) {
+TEST_F(LaunchItemFlows, whatCanBeMovedBackIsRestoredAndLoaded) {
     files.addFolders(kUsersAgents);
     files.addFile(kUsersBackup + kLabel, "box");
     files.addFile(kUsersBackup + u"com.a.plist"_s, "a");
@@ -382,7 +382,7 @@ TEST_F(LaunchItems, whatCanBeMovedBackIsRestoredAndLoaded) {
     EXPECT_EQ(files.read(kDaemonsBackup + kLabel), "root's");
 }
 
-TEST_F(LaunchItems, anOverrideIsClearedOnlyUnderALabelThatCanBeNamed) {
+TEST_F(LaunchItemFlows, anOverrideIsClearedOnlyUnderALabelThatCanBeNamed) {
     files.addFolders(kUsersAgents);
     const QList<QVariant> values{
         QString(), u"."_s, u".."_s, u"-x"_s, u"a/b"_s, u"../../system/x"_s, u"a\nb"_s, QStringList{u"x"_s}, true, 7};
@@ -396,7 +396,7 @@ TEST_F(LaunchItems, anOverrideIsClearedOnlyUnderALabelThatCanBeNamed) {
     }
 }
 
-TEST_F(LaunchItems, whatLaunchctlSaysKeepsNothingFromBeingRestored) {
+TEST_F(LaunchItemFlows, whatLaunchctlSaysKeepsNothingFromBeingRestored) {
     files.addFolders(kUsersAgents);
     files.addFile(kUsersBackup + kLabel, "box");
     propertyLists.lists.insert(kUsersBackup + kLabel, {{u"Label"_s, u"com.box"_s}});
@@ -408,7 +408,7 @@ TEST_F(LaunchItems, whatLaunchctlSaysKeepsNothingFromBeingRestored) {
                            "  [REVERTED] Restored 1 LaunchAgents/Daemons.\n"_s);
 }
 
-TEST_F(LaunchItems, onlyPlistsAreRestored) {
+TEST_F(LaunchItemFlows, onlyPlistsAreRestored) {
     files.addFolders(kUsersAgents);
     files.addFile(kUsersBackup + u".DS_Store"_s, "Finder's");
     files.addFile(kUsersBackup + u"a\nb.plist"_s, "odd");
@@ -417,7 +417,7 @@ TEST_F(LaunchItems, onlyPlistsAreRestored) {
     EXPECT_EQ(files.list(kUsersAgents), QStringList());
 }
 
-TEST_F(LaunchItems, aLinkInThePlaceOfABackupFolderGivesNothingBack) {
+TEST_F(LaunchItemFlows, aLinkInThePlaceOfABackupFolderGivesNothingBack) {
     for (const QString& link : {kBackup, kDaemonsBackup.chopped(1), kUsersBackup.chopped(1)}) {
         MemoryFileManager fresh;
         SystemManager manager(hostWith(fresh, clock), notifications);
@@ -433,7 +433,7 @@ TEST_F(LaunchItems, aLinkInThePlaceOfABackupFolderGivesNothingBack) {
     }
 }
 
-TEST_F(LaunchItems, aPlistThatHasComeBackSinceStaysAndIsSwitchedOnAgain) {
+TEST_F(LaunchItemFlows, aPlistThatHasComeBackSinceStaysAndIsSwitchedOnAgain) {
     files.addFile(kUsersAgents + kLabel, "new");
     files.addFile(kUsersBackup + kLabel, "old");
     propertyLists.lists.insert(kUsersAgents + kLabel, {{u"Label"_s, u"com.box.job"_s}});
@@ -446,7 +446,7 @@ TEST_F(LaunchItems, aPlistThatHasComeBackSinceStaysAndIsSwitchedOnAgain) {
     EXPECT_TRUE(trace.isEmpty());
 }
 
-TEST_F(LaunchItems, aSystemPlistThatHasComeBackSinceIsLeftToRoot) {
+TEST_F(LaunchItemFlows, aSystemPlistThatHasComeBackSinceIsLeftToRoot) {
     files.addFile(kDaemons + kLabel, "new");
     files.addFile(kDaemonsBackup + kLabel, "old");
     restore();
@@ -455,7 +455,7 @@ TEST_F(LaunchItems, aSystemPlistThatHasComeBackSinceIsLeftToRoot) {
     EXPECT_EQ(files.read(kDaemonsBackup + kLabel), "old");
 }
 
-TEST_F(LaunchItems, aPlistOfTheUsersThatCannotBeMovedBackIsSaid) {
+TEST_F(LaunchItemFlows, aPlistOfTheUsersThatCannotBeMovedBackIsSaid) {
     files.addFolders(kUsersAgents);
     files.addFile(kUsersBackup + kLabel, "box");
     files.failOn(Operation::Move, kUsersBackup + kLabel);
@@ -464,7 +464,7 @@ TEST_F(LaunchItems, aPlistOfTheUsersThatCannotBeMovedBackIsSaid) {
     EXPECT_EQ(files.read(kUsersBackup + kLabel), "box");
 }
 
-TEST_F(LaunchItems, aProgramThatQuitsMovesNothingBack) {
+TEST_F(LaunchItemFlows, aProgramThatQuitsMovesNothingBack) {
     files.addFolders(kUsersAgents);
     files.addFile(kUsersBackup + kLabel, "box");
     commands.shutDown();
@@ -473,7 +473,7 @@ TEST_F(LaunchItems, aProgramThatQuitsMovesNothingBack) {
     EXPECT_EQ(files.read(kUsersBackup + kLabel), "box");
 }
 
-TEST_F(LaunchItems, aBackupFolderThatCannotBeListedKeepsNoOtherFromBeingRestored) {
+TEST_F(LaunchItemFlows, aBackupFolderThatCannotBeListedKeepsNoOtherFromBeingRestored) {
     files.addFolders(kUsersAgents);
     files.addFolders(kDaemons);
     files.addFile(kUsersBackup + kLabel, "box");

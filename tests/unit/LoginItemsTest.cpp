@@ -14,7 +14,7 @@ const LoginItem kHiddenZoom{u"Zoom"_s, u"/Applications/zoom.us.app"_s, true};
 const LoginItem kDeckHelper{u"Deck Helper"_s, u"/Applications/Traktor Pro 3.app"_s, false};
 const LoginItem kSyncAgent{u"Sync Agent"_s, u"/Applications/Sync.app"_s, false};
 
-class LoginItems : public ScriptedStartup {
+class LoginItemFlows : public ScriptedStartup {
 protected:
     QList<LoginItem> raw() { return QCoro::waitFor(system.rawLoginItems()); }
     QList<LoginItem> visible() { return QCoro::waitFor(system.visibleLoginItems()); }
@@ -30,7 +30,7 @@ protected:
 
 // ---- Reading
 
-TEST_F(LoginItems, areReadOnceAndKept) {
+TEST_F(LoginItemFlows, areReadOnceAndKept) {
     loginItems.items = {kDropboxItem, kHiddenZoom};
     EXPECT_EQ(raw(), (QList<LoginItem>{kDropboxItem, kHiddenZoom}));
     loginItems.items.clear();
@@ -38,30 +38,30 @@ TEST_F(LoginItems, areReadOnceAndKept) {
     EXPECT_EQ(takeTrace(), u"$> System Events: list\n"_s);
 }
 
-TEST_F(LoginItems, anEmptyListIsKeptToo) {
+TEST_F(LoginItemFlows, anEmptyListIsKeptToo) {
     EXPECT_EQ(raw(), QList<LoginItem>());
     EXPECT_EQ(raw(), QList<LoginItem>());
     EXPECT_EQ(takeTrace(), u"$> System Events: list\n"_s);
 }
 
-TEST_F(LoginItems, aBarInANameShiftsTheFieldsOfItsLineAlone) {
+TEST_F(LoginItemFlows, aBarInANameShiftsTheFieldsOfItsLineAlone) {
     loginItems.listing = "A|B|/Applications/A.app|true\nZoom|/Applications/zoom.us.app|TRUE\n";
     EXPECT_EQ(raw(), (QList<LoginItem>{{u"A"_s, u"B"_s, false}, kHiddenZoom}));
 }
 
-TEST_F(LoginItems, linesWithoutThreeFieldsAreDropped) {
+TEST_F(LoginItemFlows, linesWithoutThreeFieldsAreDropped) {
     loginItems.listing = "\n\nnothing\nDropbox|/Applications/Dropbox.app\nGone|missing value|false\n||\n";
     EXPECT_EQ(raw(), (QList<LoginItem>{{u"Gone"_s, u"missing value"_s, false}, {{}, {}, false}}));
 }
 
-TEST_F(LoginItems, nothingIsReadOfAnErrorOrABrokenText) {
+TEST_F(LoginItemFlows, nothingIsReadOfAnErrorOrABrokenText) {
     for (const char* const listing : {"ERROR|Can’t get name|of item|1\n", "A|\xff|false\n"}) {
         loginItems.listing = listing;
         EXPECT_EQ(QCoro::waitFor(system.readLoginItemsFromSystemEvents()).items, QList<LoginItem>());
     }
 }
 
-TEST_F(LoginItems, theVisibleOnesAreNeitherAudioSoftwareNorAgents) {
+TEST_F(LoginItemFlows, theVisibleOnesAreNeitherAudioSoftwareNorAgents) {
     const LoginItem embedded{u"Helper"_s, u"/Applications/A.app/Contents/Library/LaunchAgents/h.plist"_s, false};
     const LoginItem byName{u"Ableton Helper"_s, u"/Applications/Helper.app"_s, false};
     loginItems.items = {kHiddenZoom, kDeckHelper, byName, kSyncAgent, embedded, kDropboxItem};
@@ -69,13 +69,13 @@ TEST_F(LoginItems, theVisibleOnesAreNeitherAudioSoftwareNorAgents) {
     EXPECT_EQ(takeTrace(), u"$> System Events: list\n"_s);
 }
 
-TEST_F(LoginItems, withoutAnyThePermissionIsProbed) {
+TEST_F(LoginItemFlows, withoutAnyThePermissionIsProbed) {
     EXPECT_EQ(visible(), QList<LoginItem>());
     EXPECT_EQ(takeTrace(), u"$> System Events: list\n"
                            "$> System Events: probe\n"_s);
 }
 
-TEST_F(LoginItems, aMissingPermissionIsSaid) {
+TEST_F(LoginItemFlows, aMissingPermissionIsSaid) {
     loginItems.items = {kDropboxItem};
     loginItems.denial = " execution error: Not authorized to send Apple events to System Events. (-1743)\n";
     EXPECT_EQ(visible(), QList<LoginItem>());
@@ -89,7 +89,7 @@ TEST_F(LoginItems, aMissingPermissionIsSaid) {
 
 // ---- Removing and adding one
 
-TEST_F(LoginItems, aRemovalIsTrueOnlyWhenSomethingWasDeleted) {
+TEST_F(LoginItemFlows, aRemovalIsTrueOnlyWhenSomethingWasDeleted) {
     loginItems.items = {kDropboxItem, kHiddenZoom};
     EXPECT_TRUE(removeByName(u"Dropbox"_s));
     EXPECT_FALSE(removeByName(u"Dropbox"_s));
@@ -102,7 +102,7 @@ TEST_F(LoginItems, aRemovalIsTrueOnlyWhenSomethingWasDeleted) {
                            "$> System Events: delete where path is /Applications/zoom.us.app\n"_s);
 }
 
-TEST_F(LoginItems, aRemovalThatSystemEventsRefusesIsFalse) {
+TEST_F(LoginItemFlows, aRemovalThatSystemEventsRefusesIsFalse) {
     loginItems.items = {kDropboxItem, kHiddenZoom};
     loginItems.unchangeable = {u"Dropbox"_s};
     EXPECT_FALSE(removeByName(u"Dropbox"_s));
@@ -112,7 +112,7 @@ TEST_F(LoginItems, aRemovalThatSystemEventsRefusesIsFalse) {
     EXPECT_EQ(loginItems.names(), (QStringList{u"Dropbox"_s, u"Zoom"_s}));
 }
 
-TEST_F(LoginItems, anyOtherReplyIsAFailure) {
+TEST_F(LoginItemFlows, anyOtherReplyIsAFailure) {
     commands.respond = {};
     const QString removal = ScriptedLoginItems::deletionScript(u"name"_s, u"A"_s);
     const QString addition = ScriptedLoginItems::additionScript(u"/A.app"_s, true);
@@ -126,7 +126,7 @@ TEST_F(LoginItems, anyOtherReplyIsAFailure) {
     EXPECT_TRUE(removeByName(u"A"_s));
 }
 
-TEST_F(LoginItems, hostileNamesReachSystemEventsAsText) {
+TEST_F(LoginItemFlows, hostileNamesReachSystemEventsAsText) {
     const QStringList names{uR"(Bob's "Deck" \ Helper)"_s,
                             uR"(\)"_s,
                             uR"(" & (do shell script "x") & ")"_s,
@@ -143,7 +143,7 @@ TEST_F(LoginItems, hostileNamesReachSystemEventsAsText) {
     }
 }
 
-TEST_F(LoginItems, anAddedOneExistsAfterwardsWithItsHiddenFlag) {
+TEST_F(LoginItemFlows, anAddedOneExistsAfterwardsWithItsHiddenFlag) {
     EXPECT_TRUE(add(u"/Applications/Live.app"_s, true));
     EXPECT_EQ(loginItems.items, (QList<LoginItem>{{u"Live"_s, u"/Applications/Live.app"_s, true}}));
     EXPECT_TRUE(add(u"/Applications/Live.app"_s, false));
@@ -154,7 +154,7 @@ TEST_F(LoginItems, anAddedOneExistsAfterwardsWithItsHiddenFlag) {
                            "$> System Events: add /Applications/Gone.app hidden:false\n"_s);
 }
 
-TEST_F(LoginItems, areReadAnewOnlyAfterTheyMayHaveChanged) {
+TEST_F(LoginItemFlows, areReadAnewOnlyAfterTheyMayHaveChanged) {
     loginItems.items = {kDropboxItem, kHiddenZoom};
     raw();
     removeByName(u"Nobody"_s);
@@ -171,7 +171,7 @@ TEST_F(LoginItems, areReadAnewOnlyAfterTheyMayHaveChanged) {
     EXPECT_EQ(trace.count(u"$> System Events: list"_s), 4);
 }
 
-TEST_F(LoginItems, aListThatWasAskedForBeforeAChangeIsNotKept) {
+TEST_F(LoginItemFlows, aListThatWasAskedForBeforeAChangeIsNotKept) {
     loginItems.items = {kDropboxItem};
     commands.hold();
     auto slow = system.rawLoginItems();
@@ -184,13 +184,13 @@ TEST_F(LoginItems, aListThatWasAskedForBeforeAChangeIsNotKept) {
 
 // ---- Disabling a list
 
-TEST_F(LoginItems, disablingNoneDoesNothing) {
+TEST_F(LoginItemFlows, disablingNoneDoesNothing) {
     EXPECT_TRUE(disable({}));
     EXPECT_TRUE(trace.isEmpty());
     EXPECT_FALSE(files.exists(kBackupFolder));
 }
 
-TEST_F(LoginItems, areDisabledInTheOrderOfTheSystemAndWrittenDown) {
+TEST_F(LoginItemFlows, areDisabledInTheOrderOfTheSystemAndWrittenDown) {
     loginItems.items = {kHiddenZoom, {u"Stays"_s, u"/Applications/Stays.app"_s, false}, kDropboxItem};
     EXPECT_TRUE(disable({u"Dropbox"_s, u"Zoom"_s}));
     EXPECT_EQ(takeTrace(), u"$> System Events: list\n"
@@ -213,7 +213,7 @@ TEST_F(LoginItems, areDisabledInTheOrderOfTheSystemAndWrittenDown) {
 ])");
 }
 
-TEST_F(LoginItems, theRecordIsReplacedByTheNextRunThatFindsSomething) {
+TEST_F(LoginItemFlows, theRecordIsReplacedByTheNextRunThatFindsSomething) {
     loginItems.items = {kHiddenZoom, kDropboxItem};
     disable({u"Zoom"_s});
     disable({u"Nobody"_s});
@@ -223,7 +223,7 @@ TEST_F(LoginItems, theRecordIsReplacedByTheNextRunThatFindsSomething) {
     EXPECT_FALSE(files.read(kRecord).contains("Zoom"));
 }
 
-TEST_F(LoginItems, aRecordThatCannotBeWrittenIsNoFailure) {
+TEST_F(LoginItemFlows, aRecordThatCannotBeWrittenIsNoFailure) {
     loginItems.items = {kHiddenZoom};
     files.failOn(Operation::CreateFolders, kBackupFolder);
     files.failOn(Operation::Write, kRecord);
@@ -233,7 +233,7 @@ TEST_F(LoginItems, aRecordThatCannotBeWrittenIsNoFailure) {
                            "  [APPLIED] Removed login item: Zoom\n"_s);
 }
 
-TEST_F(LoginItems, audioSoftwareIsNeverDisabledByNameOrPath) {
+TEST_F(LoginItemFlows, audioSoftwareIsNeverDisabledByNameOrPath) {
     const LoginItem ableton{u"Ableton Helper"_s, u"/Applications/Helper.app"_s, false};
     loginItems.items = {ableton, kDeckHelper};
     EXPECT_TRUE(disable({u"Ableton Helper"_s, u"Deck Helper"_s, u"Serato Gone"_s}, {u"Ableton Helper"_s}));
@@ -244,7 +244,7 @@ TEST_F(LoginItems, audioSoftwareIsNeverDisabledByNameOrPath) {
     EXPECT_EQ(loginItems.items, (QList<LoginItem>{ableton, kDeckHelper}));
 }
 
-TEST_F(LoginItems, anExcludedAgentStaysByIdOrNameAndAnythingElseGoes) {
+TEST_F(LoginItemFlows, anExcludedAgentStaysByIdOrNameAndAnythingElseGoes) {
     const LoginItem helper{u"Box Agent"_s, u"/Applications/Box.app"_s, false};
     loginItems.items = {kSyncAgent, helper, kDropboxItem};
     EXPECT_TRUE(disable({u"Sync Agent"_s, u"Box Agent"_s, u"Dropbox"_s, u"Lost Agent"_s},
@@ -258,7 +258,7 @@ TEST_F(LoginItems, anExcludedAgentStaysByIdOrNameAndAnythingElseGoes) {
                            "  [SKIPPED] Excluded App Background Activity login item: Lost Agent\n"_s);
 }
 
-TEST_F(LoginItems, aRemovalThatFailsStopsNoOther) {
+TEST_F(LoginItemFlows, aRemovalThatFailsStopsNoOther) {
     loginItems.items = {kHiddenZoom, kDropboxItem};
     loginItems.unchangeable = {u"Zoom"_s};
     EXPECT_FALSE(disable({u"Zoom"_s, u"Dropbox"_s}));
@@ -269,7 +269,7 @@ TEST_F(LoginItems, aRemovalThatFailsStopsNoOther) {
                            "  [APPLIED] Removed login item: Dropbox\n"_s);
 }
 
-TEST_F(LoginItems, twoOfOneNameGoWithTheFirstAndTheSecondIsReportedMissing) {
+TEST_F(LoginItemFlows, twoOfOneNameGoWithTheFirstAndTheSecondIsReportedMissing) {
     loginItems.items = {kDropboxItem, {u"Dropbox"_s, u"/Users/alex/Applications/Dropbox.app"_s, false}};
     EXPECT_FALSE(disable({u"Dropbox"_s}));
     EXPECT_EQ(takeTrace(), u"$> System Events: list\n"
@@ -280,7 +280,7 @@ TEST_F(LoginItems, twoOfOneNameGoWithTheFirstAndTheSecondIsReportedMissing) {
     EXPECT_EQ(loginItems.names(), QStringList());
 }
 
-TEST_F(LoginItems, whereOneOfTheNameStaysTheOtherGoesByItsPath) {
+TEST_F(LoginItemFlows, whereOneOfTheNameStaysTheOtherGoesByItsPath) {
     const LoginItem protectedOne{u"HELPER"_s, u"/Applications/Traktor Pro 3.app"_s, false};
     const LoginItem wanted{u"Helper"_s, u"/Applications/Helper.app"_s, false};
     loginItems.items = {protectedOne, wanted};
@@ -291,7 +291,7 @@ TEST_F(LoginItems, whereOneOfTheNameStaysTheOtherGoesByItsPath) {
     EXPECT_EQ(loginItems.items, QList<LoginItem>{protectedOne});
 }
 
-TEST_F(LoginItems, whereThePathDoesNotTellThemApartEitherBothStay) {
+TEST_F(LoginItemFlows, whereThePathDoesNotTellThemApartEitherBothStay) {
     const LoginItem protectedOne{u"Serato"_s, u"/Applications/X.app"_s, false};
     loginItems.items = {{u"helper"_s, {}, false}, {u"Helper"_s, {}, false}, protectedOne};
     EXPECT_FALSE(disable({u"Helper"_s}));
@@ -302,7 +302,7 @@ TEST_F(LoginItems, whereThePathDoesNotTellThemApartEitherBothStay) {
 
 // ---- Names that the list doesn't show
 
-TEST_F(LoginItems, oneThatCameAfterTheListWasReadIsRemovedAllTheSame) {
+TEST_F(LoginItemFlows, oneThatCameAfterTheListWasReadIsRemovedAllTheSame) {
     raw();
     loginItems.items = {kHiddenZoom};
     EXPECT_TRUE(disable({u"Zoom"_s, u"Zoom"_s}));
@@ -313,7 +313,7 @@ TEST_F(LoginItems, oneThatCameAfterTheListWasReadIsRemovedAllTheSame) {
     EXPECT_FALSE(files.exists(kRecord));
 }
 
-TEST_F(LoginItems, oneThatIsNotThereIsNoFailure) {
+TEST_F(LoginItemFlows, oneThatIsNotThereIsNoFailure) {
     loginItems.items = {kHiddenZoom};
     EXPECT_TRUE(disable({u"Zoom"_s, u"Dropbox"_s, u"Spotify"_s}));
     EXPECT_EQ(takeTrace(), u"$> System Events: list\n"
@@ -324,7 +324,7 @@ TEST_F(LoginItems, oneThatIsNotThereIsNoFailure) {
                            "$> System Events: list\n"_s);
 }
 
-TEST_F(LoginItems, aProtectedOneIsKnownThoughABarInItsNameHidesItsPath) {
+TEST_F(LoginItemFlows, aProtectedOneIsKnownThoughABarInItsNameHidesItsPath) {
     loginItems.items = {{u"Set | List"_s, u"/Applications/Ableton Live 12.app/Contents/Set List.app"_s, false}};
     EXPECT_TRUE(disable({u"Set | List"_s}));
     EXPECT_EQ(takeTrace(), u"$> System Events: list\n"
@@ -332,14 +332,14 @@ TEST_F(LoginItems, aProtectedOneIsKnownThoughABarInItsNameHidesItsPath) {
     EXPECT_EQ(loginItems.items.size(), 1);
 }
 
-TEST_F(LoginItems, oneThatIsStillThereIsAFailure) {
+TEST_F(LoginItemFlows, oneThatIsStillThereIsAFailure) {
     raw();
     loginItems.items = {kHiddenZoom};
     loginItems.unchangeable = {u"Zoom"_s};
     EXPECT_FALSE(disable({u"Zoom"_s}));
 }
 
-TEST_F(LoginItems, withoutPermissionNothingCountsAsGone) {
+TEST_F(LoginItemFlows, withoutPermissionNothingCountsAsGone) {
     loginItems.denial = "Not authorized";
     EXPECT_FALSE(disable({u"Zoom"_s}));
     EXPECT_EQ(takeTrace(), u"$> System Events: list\n"
@@ -347,7 +347,7 @@ TEST_F(LoginItems, withoutPermissionNothingCountsAsGone) {
         << "no name is used while nobody knows whom it would take";
 }
 
-TEST_F(LoginItems, whereTheListIsAnErrorNothingCountsAsGone) {
+TEST_F(LoginItemFlows, whereTheListIsAnErrorNothingCountsAsGone) {
     loginItems.listing = "ERROR|Connection is invalid.\n";
     EXPECT_FALSE(disable({u"Zoom"_s}));
 }

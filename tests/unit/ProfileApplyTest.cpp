@@ -2,6 +2,7 @@
 #include "fakes/StartupSystem.h"
 
 #include "profiles/UnifiedProfile.h"
+#include "startup/background/BackgroundLoginItemChangePlan.h"
 
 #include <algorithm>
 #include <iterator>

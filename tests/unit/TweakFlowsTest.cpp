@@ -1,5 +1,6 @@
 #include "fakes/ReadingLines.h"
 #include "fakes/ScriptedLoginItems.h"
+#include "startup/background/BackgroundLoginItemChangePlan.h"
 
 namespace quorvane {
 
