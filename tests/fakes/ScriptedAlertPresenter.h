@@ -10,7 +10,7 @@
 
 namespace quorvane {
 
-/// Presses the default button of every alert at once, unless a test says otherwise, and writes the alert into a trace:
+/// Presses the first button of every alert at once, unless a test says otherwise, and writes the alert into a trace:
 /// "! {message} | {informative text} | {buttons}".
 class ScriptedAlertPresenter final : public AlertPresenter {
 public:
@@ -18,37 +18,51 @@ public:
         : m_trace(trace) {}
 
     QFuture<int> present(const Alert& alert) override {
+        if (m_isShutDown) {
+            return QtFuture::makeReadyFuture(alert.cancelButton);
+        }
         m_trace.append(QStringLiteral("! ") + alert.message + QStringLiteral(" | ") + alert.informativeText +
                        QStringLiteral(" | ") + alert.buttons.join(QStringLiteral(", ")));
-        return m_isHolding ? heldBack() : QtFuture::makeReadyFuture(0);
+        return m_isHolding ? heldBack(alert.cancelButton) : QtFuture::makeReadyFuture(m_pressed);
     }
 
-    void shutDown() override {
-        m_isHolding = false;
-        answer(0);
+    void cancelOpen() override {
+        for (auto& [promise, cancelButton] : std::exchange(m_open, {})) {
+            promise.addResult(cancelButton);
+            promise.finish();
+        }
     }
+    void shutDown() override {
+        m_isShutDown = true;
+        cancelOpen();
+    }
+
+    /// From now on this button is pressed, and no longer the first.
+    void press(int button) { m_pressed = button; }
 
     /// From now on alerts stay open until they are answered.
     void hold() { m_isHolding = true; }
     qsizetype openCount() const { return static_cast<qsizetype>(m_open.size()); }
     /// Presses a button of all open alerts.
     void answer(int button) {
-        for (QPromise<int>& promise : std::exchange(m_open, {})) {
+        for (auto& [promise, cancelButton] : std::exchange(m_open, {})) {
             promise.addResult(button);
             promise.finish();
         }
     }
 
 private:
-    QFuture<int> heldBack() {
-        QPromise<int>& promise = m_open.emplace_back();
+    QFuture<int> heldBack(int cancelButton) {
+        QPromise<int>& promise = m_open.emplace_back(QPromise<int>(), cancelButton).first;
         promise.start();
         return promise.future();
     }
 
     QStringList& m_trace;
     bool m_isHolding = false;
-    std::vector<QPromise<int>> m_open;
+    bool m_isShutDown = false;
+    int m_pressed = 0;
+    std::vector<std::pair<QPromise<int>, int>> m_open; ///< with their cancel buttons
 };
 
 } // namespace quorvane

@@ -1,0 +1,109 @@
+#include "actions/SystemActions.h"
+
+#include "actions/ActionStage.h"
+#include "actions/ActionTexts.h"
+#include "actions/ActiveProfile.h"
+#include "actions/SystemScans.h"
+#include "startup/apply/StartupVerification.h"
+
+#include <QCoroTask>
+
+namespace quorvane {
+
+using namespace Qt::StringLiterals;
+
+SystemActions::SystemActions(ActionStage& stage, SystemManager& system, SystemScans& scans, ActiveProfile& active)
+    : m_stage(stage)
+    , m_system(system)
+    , m_scans(scans)
+    , m_active(active) {}
+
+QCoro::Task<ActionOutcome> SystemActions::verify(ActionListener& listener) {
+    return m_stage.run(listener, [this](Action& action) -> QCoro::Task<void> {
+        {
+            const Turnstile::Hold busy = action.carryingOut(u"Verifying system settings…"_s);
+            action.outcome.match = co_await m_scans.scanned();
+        }
+        action.outcome.succeeded = action.outcome.match.has_value();
+        co_await action.tell(systemMatchAlert(action.outcome.match));
+    });
+}
+
+QCoro::Task<ActionOutcome> SystemActions::saveSnapshot(std::optional<QString> label,
+                                                       SystemManager::MasterArchive archive,
+                                                       ActionListener& listener) {
+    return m_stage.run(listener, [=, this](Action& action) -> QCoro::Task<void> {
+        if (!co_await action.passesGate(u"save a system snapshot"_s)) {
+            co_return;
+        }
+        if (m_active.current().isSavedProfile) {
+            if (!co_await action.isAgreedTo(snapshotQuestion(m_active.current().name))) {
+                co_return;
+            }
+        }
+        {
+            const Turnstile::Hold busy = action.carryingOut(u"Saving system snapshot…"_s, {.snapshot = true});
+            action.outcome.succeeded = co_await m_system.captureSystemSnapshot(label, archive);
+        }
+        co_await action.tell(snapshotAlert(action.outcome.succeeded));
+    });
+}
+
+QCoro::Task<ActionOutcome> SystemActions::reinstate(ActionListener& listener) {
+    return m_stage.run(listener, [this](Action& action) -> QCoro::Task<void> {
+        if (!co_await action.passesGate(u"reinstate the system"_s)) {
+            co_return;
+        }
+        if (action.asks()) {
+            const bool isThere = co_await hasBaseline(action);
+            if (!co_await action.isAgreedTo(reinstateQuestion(isThere))) {
+                co_return;
+            }
+        }
+        RestoreOutcome restore;
+        {
+            const Turnstile::Hold busy =
+                action.carryingOut(u"Reinstating system…"_s, {.match = true, .startupItems = true});
+            restore = co_await m_system.reinstateWholeSystem();
+        }
+        action.outcome.restore = restore;
+        action.outcome.succeeded = restore.succeeded;
+        co_await action.tell(reinstateAlert(restore));
+    });
+}
+
+QCoro::Task<bool> SystemActions::hasBaseline(Action& action) {
+    const Turnstile::Hold busy = action.waiting();
+    co_return co_await m_system.hasRestoreBaseline();
+}
+
+QCoro::Task<ActionOutcome> SystemActions::applyStartup(StartupConfiguration configuration, ActionListener& listener) {
+    return m_stage.run(listener, [=, this](Action& action) -> QCoro::Task<void> {
+        if (!co_await action.passesGate(u"apply startup changes"_s)) {
+            co_return;
+        }
+        Review review = reviewOf(ReviewSubject::Startup);
+        review.prepare = [=, this] { return preview(configuration); };
+        if (!co_await action.isAgreedTo(review)) {
+            co_return;
+        }
+        const Turnstile::Hold noAutoLock = action.suppressAutoLock();
+        StartupApplyResult result;
+        {
+            const Turnstile::Hold busy =
+                action.carryingOut(u"Applying startup changes…"_s, {.match = true, .startupItems = true});
+            result = co_await m_system.applyStartupChanges(configuration);
+        }
+        action.outcome.succeeded = result.applySucceeded;
+        action.outcome.verification = result.verification;
+        const QCoro::Task<void> panel = action.showResult(resultPanel(ReviewSubject::Startup, action.outcome));
+        co_await action.tell(startupAlert(result));
+        co_await panel;
+    });
+}
+
+QCoro::Task<ReviewPreview> SystemActions::preview(StartupConfiguration configuration) {
+    co_return co_await m_system.previewStartupChanges(configuration);
+}
+
+} // namespace quorvane

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "actions/ActionListener.h"
+#include "actions/ActionOutcome.h"
+#include "startup/items/CleanReboot.h"
+#include "tweaks/PerformanceSettings.h"
+
+namespace quorvane {
+
+class ActionStage;
+class SystemManager;
+
+/// What a user does with the tweaks alone.
+class TweakActions {
+public:
+    TweakActions(ActionStage& stage, SystemManager& system)
+        : m_stage(stage)
+        , m_system(system) {}
+
+    /// Puts the selected tweaks in force, and leaves the others as they are.
+    QCoro::Task<ActionOutcome> execute(PerformanceSettings settings, CleanReboot cleanReboot,
+                                       ActionListener& listener);
+    /// "Undo Performance Tweaks".
+    QCoro::Task<ActionOutcome> undo(ActionListener& listener);
+    /// "Revert All": the same, unasked.
+    QCoro::Task<ActionOutcome> revertAll(ActionListener& listener);
+
+private:
+    QCoro::Task<ReviewPreview> preview(PerformanceSettings settings);
+
+    ActionStage& m_stage;
+    SystemManager& m_system;
+};
+
+} // namespace quorvane
