@@ -51,7 +51,7 @@ QCoro::Task<bool> Action::passesGate(QString activity) {
 QCoro::Task<bool> Action::isAgreedTo(Alert question) {
     if (asks()) {
         const bool isAgreed = co_await m_listener.ask(question);
-        co_return isAgreed && mayGoOn();
+        co_return isAgreed&& mayGoOn();
     }
     co_return mayGoOn();
 }
@@ -60,7 +60,7 @@ QCoro::Task<bool> Action::isAgreedTo(Review review) {
     Review shown = review;
     shown.prepare = [this, review] { return prepared(review); };
     const bool isAgreed = co_await m_listener.review(shown);
-    co_return isAgreed && mayGoOn();
+    co_return isAgreed&& mayGoOn();
 }
 
 QCoro::Task<ReviewPreview> Action::prepared(Review review) {
@@ -83,6 +83,10 @@ void Action::carryOutAtOnce(Anew changed) {
 Turnstile::Hold Action::carryingOut(const QString& text, Anew changed) {
     carryOutAtOnce(changed);
     return m_stage.m_turnstile.busy(text);
+}
+
+QCoro::Task<void> Action::showResult(ResultPanel panel) {
+    return m_listener.showResult(panel);
 }
 
 QCoro::Task<void> Action::tell(ClosingAlert alert) {

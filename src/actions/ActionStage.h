@@ -59,7 +59,8 @@ public:
     [[nodiscard]] Turnstile::Hold suppressAutoLock() { return m_stage.m_turnstile.suppressAutoLock(); }
 
     QCoro::Task<void> tell(ClosingAlert alert);
-    QCoro::Task<void> showResult(ResultPanel panel) { return m_listener.showResult(panel); }
+    /// Shows it at once.
+    QCoro::Task<void> showResult(ResultPanel panel);
 
     ActionOutcome outcome;
 

@@ -152,8 +152,7 @@ ClosingAlert revertAllAlert(const RestoreOutcome& outcome, LoginItemsAre loginIt
         loginItems == LoginItemsAre::Unchanged
             ? u"\n\nLogin items, network, and launch agents are unchanged. Use Reinstate for a full restore."_s
             : QString();
-    return {kSuccess,
-            u"Performance tweaks restored from your saved restore baseline."_s + unchanged + kRestart};
+    return {kSuccess, u"Performance tweaks restored from your saved restore baseline."_s + unchanged + kRestart};
 }
 
 ClosingAlert defaultAlert(const RestoreOutcome& outcome) {
@@ -199,8 +198,7 @@ ClosingAlert restartAlert(const QString& profileName) {
 
 ClosingAlert startupAlert(const StartupApplyResult& result) {
     const bool isWhole = result.applySucceeded && result.verification.failed.isEmpty();
-    return {isWhole ? u"Startup Verified"_s : u"Startup Partially Applied"_s,
-            summary(result.verification) + kRestart};
+    return {isWhole ? u"Startup Verified"_s : u"Startup Partially Applied"_s, summary(result.verification) + kRestart};
 }
 
 ClosingAlert notLoadedAlert(const QString& profileName) {
@@ -237,11 +235,8 @@ Review reviewOf(ReviewSubject subject, const QString& profileName) {
                 u"This profile has no settings to apply."_s,
                 {}};
     case ReviewSubject::Tweaks:
-        return {subject,
-                u"Review Performance Tweaks"_s,
-                u"Apply Changes"_s,
-                u"No performance tweaks are selected."_s,
-                {}};
+        return {
+            subject, u"Review Performance Tweaks"_s, u"Apply Changes"_s, u"No performance tweaks are selected."_s, {}};
     case ReviewSubject::Startup:
         break;
     }

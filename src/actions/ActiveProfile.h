@@ -23,9 +23,9 @@ struct ConfigurationReadings {
 
 /// The configuration that title, status, list, menu and Active Tweaks speak of.
 struct ActiveConfiguration {
-    QString name;                ///< empty where nothing fits, or nothing was ever applied
-    bool isSavedProfile = false; ///< a profile of the user's is in force; false for Default
-    std::optional<QUuid> id;     ///< of that profile, where it is known
+    QString name;                                        ///< empty where nothing fits, or nothing was ever applied
+    bool isSavedProfile = false;                         ///< a profile of the user's is in force; false for Default
+    std::optional<QUuid> id;                             ///< of that profile, where it is known
     std::optional<ApplyVerificationResult> verification; ///< none before the first scan
     PerformanceSettings tweaks;                          ///< of that profile; all off without one
 

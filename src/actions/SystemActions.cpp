@@ -30,8 +30,7 @@ QCoro::Task<ActionOutcome> SystemActions::verify(ActionListener& listener) {
 }
 
 QCoro::Task<ActionOutcome> SystemActions::saveSnapshot(std::optional<QString> label,
-                                                       SystemManager::MasterArchive archive,
-                                                       ActionListener& listener) {
+                                                       SystemManager::MasterArchive archive, ActionListener& listener) {
     return m_stage.run(listener, [=, this](Action& action) -> QCoro::Task<void> {
         if (!co_await action.passesGate(u"save a system snapshot"_s)) {
             co_return;
