@@ -49,9 +49,12 @@ QCoro::Task<bool> Action::passesGate(QString activity) {
 }
 
 QCoro::Task<bool> Action::isAgreedTo(Alert question) {
+    bool isAgreed = true;
     if (asks()) {
-        const bool isAgreed = co_await m_listener.ask(question);
-        co_return isAgreed&& mayGoOn();
+        isAgreed = co_await m_listener.ask(question);
+    }
+    if (!isAgreed) {
+        co_return false;
     }
     co_return mayGoOn();
 }
@@ -59,8 +62,10 @@ QCoro::Task<bool> Action::isAgreedTo(Alert question) {
 QCoro::Task<bool> Action::isAgreedTo(Review review) {
     Review shown = review;
     shown.prepare = [this, review] { return prepared(review); };
-    const bool isAgreed = co_await m_listener.review(shown);
-    co_return isAgreed&& mayGoOn();
+    if (!co_await m_listener.review(shown)) {
+        co_return false;
+    }
+    co_return mayGoOn();
 }
 
 QCoro::Task<ReviewPreview> Action::prepared(Review review) {

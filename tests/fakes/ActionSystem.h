@@ -82,14 +82,14 @@ public:
             }
         }
         m_steps.append(u"anew: "_s + names.join(u", "_s));
-        if (scans) {
+        if (requestsScans) {
             co_await AlertingListener::readAnew(what);
         }
     }
 
     bool agreesToReviews = true;
     bool preparesReviews = false;
-    bool scans = false;
+    bool requestsScans = false;
     std::optional<ReviewPreview> preview;
     std::optional<QPromise<void>> held; ///< reviews stay open until it is finished
 

@@ -1,7 +1,8 @@
 // Each action on its own: what the lock, a question and a cancel make of it, and its steps in order.
 
 #include "fakes/ActionSystem.h"
-#include "snapshots/SnapshotManager.h"
+
+#include <QRegularExpression>
 
 #include <functional>
 
@@ -211,7 +212,7 @@ TEST_F(ActionsTest, reinstateLooksForTheBaselineWhileItIsBusyAndAsks) {
 
 TEST_F(ActionsTest, startupIsReviewedAppliedAndTold) {
     StartupConfiguration configuration;
-    configuration.disableNetwork = true;
+    configuration.disableNetworkAtStartup = true;
     listener->preparesReviews = true;
     const ActionOutcome outcome = ending(session->systemActions.applyStartup(configuration, *listener));
     EXPECT_TRUE(outcome.wasCarriedOut);
@@ -219,8 +220,8 @@ TEST_F(ActionsTest, startupIsReviewedAppliedAndTold) {
     EXPECT_TRUE(std::get<StartupChangePreview>(*listener->preview).disableNetwork);
     const QStringList taken = takeSteps();
     EXPECT_EQ(taken.first(), u"review: Review Startup Changes | Apply Changes"_s);
-    const qsizetype panel = taken.indexOf(QRegularExpression(u"^panel: "_s));
-    ASSERT_GT(panel, 0);
+    const qsizetype panel = taken.indexOf(QRegularExpression(u"^panel: .*"_s));
+    ASSERT_GT(panel, 0) << taken.join(u'\n').toStdString();
     EXPECT_EQ(taken.at(panel - 1), u"idle"_s);
     EXPECT_TRUE(taken.contains(u"busy: Applying startup changes…"_s));
     EXPECT_TRUE(taken.at(panel + 1).startsWith(u"! Startup "_s));
@@ -328,7 +329,7 @@ TEST_F(BackupActionsTest, aBackupTellsWhatWasWritten) {
     EXPECT_TRUE(ending(session->backupActions.backUp(*listener)).succeeded);
     EXPECT_EQ(takeSteps(), (QStringList{u"busy: Syncing profiles with iCloud…"_s, u"idle"_s,
                                         u"! Backup Complete | Saved 1 profile(s) to iCloud.\n\nLatest Backup\nDefault "
-                                        "(Current)\nDefault (Previous) | OK"_s,
+                                        "Profile (Current)\nDefault Profile (Previous) | OK"_s,
                                         u"anew: backups"_s}));
     EXPECT_TRUE(ending(session->backupActions.refresh(*listener)).succeeded);
     EXPECT_EQ(takeSteps(), (QStringList{u"busy: Syncing profiles with iCloud…"_s, u"idle"_s, u"anew: backups"_s}));

@@ -2,6 +2,8 @@
 
 #include "fakes/ActionSystem.h"
 
+#include <QRegularExpression>
+
 namespace quorvane {
 
 namespace {

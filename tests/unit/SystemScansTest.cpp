@@ -53,7 +53,7 @@ TEST_F(SystemScansTest, oneThatAnActionHasOvertakenIsRepeatedAfterIt) {
 }
 
 TEST_F(SystemScansTest, aWindowsListenerHasOneFollow) {
-    listener->scans = true;
+    listener->requestsScans = true;
     EXPECT_TRUE(ending(session->networkActions.execute({}, *listener)).succeeded);
     waitForTasks();
     EXPECT_EQ(scanCount(), 1);

@@ -1,7 +1,7 @@
 #include "actions/Turnstile.h"
 
-#include "actions/OpenGate.h"
 #include "fakes/ScriptedSystem.h"
+#include "lock/UnlockGate.h"
 
 #include <optional>
 
