@@ -48,10 +48,10 @@ QCoro::Task<bool> Action::passesGate(QString activity) {
     co_return co_await m_stage.m_gate.requireUnlock(activity);
 }
 
-QCoro::Task<bool> Action::isAgreedTo(Alert question) {
+QCoro::Task<bool> Action::isAgreedTo(std::optional<Alert> question) {
     bool isAgreed = true;
-    if (asks()) {
-        isAgreed = co_await m_listener.ask(question);
+    if (question && asks()) {
+        isAgreed = co_await m_listener.ask(*question);
     }
     if (!isAgreed) {
         co_return false;

@@ -7,6 +7,7 @@
 #include <QString>
 
 #include <functional>
+#include <optional>
 
 namespace quorvane {
 
@@ -42,8 +43,8 @@ public:
     QCoro::Task<bool> passesGate(QString activity);
     /// False where a question would be agreed to unasked.
     bool asks() const { return m_listener.asks(); }
-    /// A question, and the lock and the others once more: the answer may have taken its time.
-    QCoro::Task<bool> isAgreedTo(Alert question);
+    /// A question, if there is one, and the lock and the others once more: the answer may have taken its time.
+    QCoro::Task<bool> isAgreedTo(std::optional<Alert> question);
     /// The same by a review. The preview that it showed is in the outcome.
     QCoro::Task<bool> isAgreedTo(Review review);
     /// Whether it may go on after a wait of its own: nobody has locked the program or begun something else.

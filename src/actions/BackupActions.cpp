@@ -86,15 +86,8 @@ QCoro::Task<void> BackupActions::carryOutRestore(Action& action, QString id) {
         co_return;
     }
     const ProfileCloudBackupInfo info = co_await findBackup(action, id);
-    if (action.asks()) {
-        const QStringList names = co_await namesThatChange(action, info);
-        if (!names.isEmpty()) {
-            if (!co_await action.isAgreedTo(restoreQuestion(names, info.title(m_machine)))) {
-                co_return;
-            }
-        }
-    }
-    if (!action.mayGoOn()) {
+    const std::optional<Alert> question = co_await questionBeforeRestore(action, info);
+    if (!co_await action.isAgreedTo(question)) {
         co_return;
     }
     ProfileImportResult result;
@@ -130,11 +123,19 @@ std::optional<ProfileCloudBackupInfo> BackupActions::listed(const QString& id) c
     return found == backups.cend() ? std::nullopt : std::optional(*found);
 }
 
-QCoro::Task<QStringList> BackupActions::namesThatChange(Action& action, ProfileCloudBackupInfo info) {
-    const Turnstile::Hold busy = action.waiting(kRestoring);
-    const ProfileCloudBackup backup = co_await m_backups.contents(info);
-    const ProfileListing listing = co_await m_saved.list();
-    co_return namesReplacedBy(backup, listing.profiles);
+/// None where no saved profile would become another, or nobody is there to be asked: the backup isn't read for that then.
+QCoro::Task<std::optional<Alert>> BackupActions::questionBeforeRestore(Action& action, ProfileCloudBackupInfo info) {
+    std::optional<Alert> question;
+    if (action.asks()) {
+        const Turnstile::Hold busy = action.waiting(kRestoring);
+        const ProfileCloudBackup backup = co_await m_backups.contents(info);
+        const ProfileListing listing = co_await m_saved.list();
+        const QStringList names = namesReplacedBy(backup, listing.profiles);
+        if (!names.isEmpty()) {
+            question = restoreQuestion(names, info.title(m_machine));
+        }
+    }
+    co_return question;
 }
 
 QStringList namesReplacedBy(const ProfileCloudBackup& backup, const QList<UnifiedProfile>& saved) {

@@ -4,6 +4,8 @@
 #include "actions/ActionOutcome.h"
 #include "profiles/ProfileCloudBackup.h"
 
+#include <optional>
+
 namespace quorvane {
 
 class Action;
@@ -34,7 +36,7 @@ private:
     QCoro::Task<void> carryOutRestore(Action& action, QString id);
     QCoro::Task<ProfileCloudBackupInfo> findBackup(Action& action, QString id);
     std::optional<ProfileCloudBackupInfo> listed(const QString& id) const;
-    QCoro::Task<QStringList> namesThatChange(Action& action, ProfileCloudBackupInfo info);
+    QCoro::Task<std::optional<Alert>> questionBeforeRestore(Action& action, ProfileCloudBackupInfo info);
 
     ActionStage& m_stage;
     ProfileCloudManager& m_backups;

@@ -15,10 +15,8 @@ QCoro::Task<ActionOutcome> MaintenanceActions::execute(MaintenanceSelection sele
         if (!co_await action.passesGate(u"run maintenance"_s)) {
             co_return;
         }
-        if (const std::optional<Alert> question = purgeQuestion(selection)) {
-            if (!co_await action.isAgreedTo(*question)) {
-                co_return;
-            }
+        if (!co_await action.isAgreedTo(purgeQuestion(selection))) {
+            co_return;
         }
         MaintenanceOutcome result;
         {

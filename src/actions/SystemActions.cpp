@@ -12,7 +12,7 @@ namespace quorvane {
 
 using namespace Qt::StringLiterals;
 
-SystemActions::SystemActions(ActionStage& stage, SystemManager& system, SystemScans& scans, ActiveProfile& active)
+SystemActions::SystemActions(ActionStage& stage, SystemManager& system, SystemScans& scans, const ActiveProfile& active)
     : m_stage(stage)
     , m_system(system)
     , m_scans(scans)
@@ -35,10 +35,8 @@ QCoro::Task<ActionOutcome> SystemActions::saveSnapshot(std::optional<QString> la
         if (!co_await action.passesGate(u"save a system snapshot"_s)) {
             co_return;
         }
-        if (m_active.current().isSavedProfile) {
-            if (!co_await action.isAgreedTo(snapshotQuestion(m_active.current().name))) {
-                co_return;
-            }
+        if (!co_await action.isAgreedTo(questionBeforeSnapshot())) {
+            co_return;
         }
         {
             const Turnstile::Hold busy = action.carryingOut(u"Saving system snapshot…"_s, {.snapshot = true});
@@ -48,16 +46,20 @@ QCoro::Task<ActionOutcome> SystemActions::saveSnapshot(std::optional<QString> la
     });
 }
 
+/// A profile's settings aren't the user's own.
+std::optional<Alert> SystemActions::questionBeforeSnapshot() const {
+    const ActiveConfiguration& active = m_active.current();
+    return active.isSavedProfile ? std::optional(snapshotQuestion(active.name)) : std::nullopt;
+}
+
 QCoro::Task<ActionOutcome> SystemActions::reinstate(ActionListener& listener) {
     return m_stage.run(listener, [this](Action& action) -> QCoro::Task<void> {
         if (!co_await action.passesGate(u"reinstate the system"_s)) {
             co_return;
         }
-        if (action.asks()) {
-            const bool isThere = co_await hasBaseline(action);
-            if (!co_await action.isAgreedTo(reinstateQuestion(isThere))) {
-                co_return;
-            }
+        const std::optional<Alert> question = co_await questionBeforeReinstating(action);
+        if (!co_await action.isAgreedTo(question)) {
+            co_return;
         }
         RestoreOutcome restore;
         {
@@ -71,9 +73,15 @@ QCoro::Task<ActionOutcome> SystemActions::reinstate(ActionListener& listener) {
     });
 }
 
-QCoro::Task<bool> SystemActions::hasBaseline(Action& action) {
-    const Turnstile::Hold busy = action.waiting();
-    co_return co_await m_system.hasRestoreBaseline();
+/// None where nobody is there to be asked: it isn't looked for a baseline then.
+QCoro::Task<std::optional<Alert>> SystemActions::questionBeforeReinstating(Action& action) {
+    std::optional<Alert> question;
+    if (action.asks()) {
+        const Turnstile::Hold busy = action.waiting();
+        const bool hasBaseline = co_await m_system.hasRestoreBaseline();
+        question = reinstateQuestion(hasBaseline);
+    }
+    co_return question;
 }
 
 QCoro::Task<ActionOutcome> SystemActions::applyStartup(StartupConfiguration configuration, ActionListener& listener) {

@@ -17,7 +17,7 @@ class SystemScans;
 /// What a user does with the system as a whole.
 class SystemActions {
 public:
-    SystemActions(ActionStage& stage, SystemManager& system, SystemScans& scans, ActiveProfile& active);
+    SystemActions(ActionStage& stage, SystemManager& system, SystemScans& scans, const ActiveProfile& active);
 
     /// "Verify Current System Settings". Succeeded when a configuration fits.
     QCoro::Task<ActionOutcome> verify(ActionListener& listener);
@@ -30,13 +30,14 @@ public:
     QCoro::Task<ActionOutcome> applyStartup(StartupConfiguration configuration, ActionListener& listener);
 
 private:
-    QCoro::Task<bool> hasBaseline(Action& action);
+    std::optional<Alert> questionBeforeSnapshot() const;
+    QCoro::Task<std::optional<Alert>> questionBeforeReinstating(Action& action);
     QCoro::Task<ReviewPreview> preview(StartupConfiguration configuration);
 
     ActionStage& m_stage;
     SystemManager& m_system;
     SystemScans& m_scans;
-    ActiveProfile& m_active;
+    const ActiveProfile& m_active;
 };
 
 } // namespace quorvane

@@ -47,11 +47,9 @@ QCoro::Task<ActionOutcome> TweakActions::undo(ActionListener& listener) {
         if (!co_await action.passesGate(kRevertActivity)) {
             co_return;
         }
-        if (action.asks()) {
-            const bool hasBaseline = co_await m_system.hasRestoreBaseline();
-            if (!co_await action.isAgreedTo(undoQuestion(hasBaseline))) {
-                co_return;
-            }
+        const std::optional<Alert> question = co_await questionBeforeUndo(action);
+        if (!co_await action.isAgreedTo(question)) {
+            co_return;
         }
         RestoreOutcome restore;
         {
@@ -62,6 +60,16 @@ QCoro::Task<ActionOutcome> TweakActions::undo(ActionListener& listener) {
         action.outcome.succeeded = restore.succeeded;
         co_await action.tell(undoAlert(restore));
     });
+}
+
+/// None where nobody is there to be asked: it isn't looked for a baseline then.
+QCoro::Task<std::optional<Alert>> TweakActions::questionBeforeUndo(Action& action) {
+    std::optional<Alert> question;
+    if (action.asks()) {
+        const bool hasBaseline = co_await m_system.hasRestoreBaseline();
+        question = undoQuestion(hasBaseline);
+    }
+    co_return question;
 }
 
 QCoro::Task<ActionOutcome> TweakActions::revertAll(ActionListener& listener) {

@@ -5,8 +5,11 @@
 #include "startup/items/CleanReboot.h"
 #include "tweaks/PerformanceSettings.h"
 
+#include <optional>
+
 namespace quorvane {
 
+class Action;
 class ActionStage;
 class SystemManager;
 
@@ -25,6 +28,7 @@ public:
     QCoro::Task<ActionOutcome> revertAll(ActionListener& listener);
 
 private:
+    QCoro::Task<std::optional<Alert>> questionBeforeUndo(Action& action);
     QCoro::Task<ReviewPreview> preview(PerformanceSettings settings);
 
     ActionStage& m_stage;
