@@ -91,7 +91,7 @@ Turnstile::Hold Action::carryingOut(const QString& text, Anew changed) {
 }
 
 QCoro::Task<void> Action::showResult(ResultPanel panel) {
-    return m_listener.showResult(panel);
+    return m_listener.showResult(std::move(panel));
 }
 
 QCoro::Task<void> Action::tell(ClosingAlert alert) {

@@ -76,7 +76,7 @@ QCoro::Task<void> BackupActions::carryOutRefresh(Action& action) {
 
 // ---- Restore
 
-QCoro::Task<ActionOutcome> BackupActions::restore(QString id, ActionListener& listener) {
+QCoro::Task<ActionOutcome> BackupActions::restore(const QString& id, ActionListener& listener) {
     return m_stage.run(listener,
                        [=, this](Action& action) { return tellingOfFailure(action, carryOutRestore(action, id)); });
 }

@@ -27,7 +27,7 @@ public:
     QCoro::Task<ActionOutcome> refresh(ActionListener& listener);
     /// Merges a backup's profiles into the saved ones.
     /// @param id  as the list of backups has it; they are listed anew where it isn't in there
-    QCoro::Task<ActionOutcome> restore(QString id, ActionListener& listener);
+    QCoro::Task<ActionOutcome> restore(const QString& id, ActionListener& listener);
 
 private:
     QCoro::Task<void> tellingOfFailure(Action& action, QCoro::Task<void> task);

@@ -26,7 +26,8 @@ ProfileActions::ProfileActions(ActionStage& stage, const Parts& parts)
 
 // ---- Pick, review, apply
 
-QCoro::Task<ActionOutcome> ProfileActions::pick(QString name, QUuid id, StartedFrom from, ActionListener& listener) {
+QCoro::Task<ActionOutcome> ProfileActions::pick(const QString& name, QUuid id, StartedFrom from,
+                                                ActionListener& listener) {
     return m_stage.run(listener, [=, this](Action& action) -> QCoro::Task<void> {
         if (!co_await action.passesGate(u"switch profiles"_s)) {
             co_return;
@@ -62,7 +63,7 @@ QCoro::Task<void> ProfileActions::backUpDefault() {
     }
 }
 
-QCoro::Task<ActionOutcome> ProfileActions::review(UnifiedProfile profile, ActionListener& listener) {
+QCoro::Task<ActionOutcome> ProfileActions::review(const UnifiedProfile& profile, ActionListener& listener) {
     return m_stage.run(listener, [=, this](Action& action) { return reviewAndApply(action, profile); });
 }
 
@@ -141,7 +142,7 @@ QCoro::Task<void> ProfileActions::followDefault(StartedFrom from) {
 
 // ---- Remove
 
-QCoro::Task<ActionOutcome> ProfileActions::remove(QString name, QUuid id, ActionListener& listener) {
+QCoro::Task<ActionOutcome> ProfileActions::remove(const QString& name, QUuid id, ActionListener& listener) {
     return m_stage.run(listener, [=, this](Action& action) -> QCoro::Task<void> {
         if (!co_await action.passesGate(u"delete profiles"_s)) {
             co_return;

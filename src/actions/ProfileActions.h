@@ -43,14 +43,14 @@ public:
 
     /// Loads a saved profile into the working copy and has it reviewed. A Default takes the road of Default.
     /// @param id  what the row shows; another profile of that name isn't loaded
-    QCoro::Task<ActionOutcome> pick(QString name, QUuid id, StartedFrom from, ActionListener& listener);
+    QCoro::Task<ActionOutcome> pick(const QString& name, QUuid id, StartedFrom from, ActionListener& listener);
     /// Has a profile reviewed and, where the user agrees, applies it with everything that follows.
     /// @param profile  as it is stored
-    QCoro::Task<ActionOutcome> review(UnifiedProfile profile, ActionListener& listener);
+    QCoro::Task<ActionOutcome> review(const UnifiedProfile& profile, ActionListener& listener);
     /// "Apply Default" or, in the menu, "Restore Default".
     QCoro::Task<ActionOutcome> restoreDefault(StartedFrom from, ActionListener& listener);
     /// Deletes a saved profile.
-    QCoro::Task<ActionOutcome> remove(QString name, QUuid id, ActionListener& listener);
+    QCoro::Task<ActionOutcome> remove(const QString& name, QUuid id, ActionListener& listener);
 
 private:
     QCoro::Task<void> tellNotLoaded(Action& action, QString name, StartedFrom from);

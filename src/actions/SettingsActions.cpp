@@ -16,7 +16,7 @@ const QString kActivity = u"change the wallpaper label"_s;
 
 } // namespace
 
-QCoro::Task<ActionOutcome> SettingsActions::showLabel(QString name, ActionListener& listener) {
+QCoro::Task<ActionOutcome> SettingsActions::showLabel(const QString& name, ActionListener& listener) {
     return m_stage.run(listener, [=, this](Action& action) -> QCoro::Task<void> {
         if (!co_await action.passesGate(kActivity)) {
             co_return;

@@ -21,7 +21,7 @@ public:
 
     /// "Show Current Profile on Wallpaper". Succeeded when every display shows the label.
     /// @param name  none takes that of the active profile
-    QCoro::Task<ActionOutcome> showLabel(QString name, ActionListener& listener);
+    QCoro::Task<ActionOutcome> showLabel(const QString& name, ActionListener& listener);
     /// Gives the displays their own pictures back.
     QCoro::Task<ActionOutcome> removeLabel(ActionListener& listener);
 

@@ -29,7 +29,7 @@ QCoro::Task<ActionOutcome> SystemActions::verify(ActionListener& listener) {
     });
 }
 
-QCoro::Task<ActionOutcome> SystemActions::saveSnapshot(std::optional<QString> label,
+QCoro::Task<ActionOutcome> SystemActions::saveSnapshot(const std::optional<QString>& label,
                                                        SystemManager::MasterArchive archive, ActionListener& listener) {
     return m_stage.run(listener, [=, this](Action& action) -> QCoro::Task<void> {
         if (!co_await action.passesGate(u"save a system snapshot"_s)) {
@@ -84,7 +84,8 @@ QCoro::Task<std::optional<Alert>> SystemActions::questionBeforeReinstating(Actio
     co_return question;
 }
 
-QCoro::Task<ActionOutcome> SystemActions::applyStartup(StartupConfiguration configuration, ActionListener& listener) {
+QCoro::Task<ActionOutcome> SystemActions::applyStartup(const StartupConfiguration& configuration,
+                                                       ActionListener& listener) {
     return m_stage.run(listener, [=, this](Action& action) -> QCoro::Task<void> {
         if (!co_await action.passesGate(u"apply startup changes"_s)) {
             co_return;

@@ -22,12 +22,12 @@ public:
     /// "Verify Current System Settings". Succeeded when a configuration fits.
     QCoro::Task<ActionOutcome> verify(ActionListener& listener);
     /// "Create System Snapshot".
-    QCoro::Task<ActionOutcome> saveSnapshot(std::optional<QString> label, SystemManager::MasterArchive archive,
+    QCoro::Task<ActionOutcome> saveSnapshot(const std::optional<QString>& label, SystemManager::MasterArchive archive,
                                             ActionListener& listener);
     /// "Reinstate System".
     QCoro::Task<ActionOutcome> reinstate(ActionListener& listener);
     /// Carries out the startup half of a profile, after a review.
-    QCoro::Task<ActionOutcome> applyStartup(StartupConfiguration configuration, ActionListener& listener);
+    QCoro::Task<ActionOutcome> applyStartup(const StartupConfiguration& configuration, ActionListener& listener);
 
 private:
     std::optional<Alert> questionBeforeSnapshot() const;

@@ -17,7 +17,7 @@ const QString kReverting = u"Reverting performance tweaks…"_s;
 
 } // namespace
 
-QCoro::Task<ActionOutcome> TweakActions::execute(PerformanceSettings settings, CleanReboot cleanReboot,
+QCoro::Task<ActionOutcome> TweakActions::execute(const PerformanceSettings& settings, const CleanReboot& cleanReboot,
                                                  ActionListener& listener) {
     return m_stage.run(listener, [=, this](Action& action) -> QCoro::Task<void> {
         if (!co_await action.passesGate(u"apply performance tweaks"_s)) {

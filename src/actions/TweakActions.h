@@ -21,7 +21,8 @@ public:
         , m_system(system) {}
 
     /// Puts the selected tweaks in force, and leaves the others as they are.
-    QCoro::Task<ActionOutcome> execute(PerformanceSettings settings, CleanReboot cleanReboot, ActionListener& listener);
+    QCoro::Task<ActionOutcome> execute(const PerformanceSettings& settings, const CleanReboot& cleanReboot,
+                                       ActionListener& listener);
     /// "Undo Performance Tweaks".
     QCoro::Task<ActionOutcome> undo(ActionListener& listener);
     /// "Revert All": the same, unasked.
