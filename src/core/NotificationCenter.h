@@ -14,6 +14,12 @@ inline const QString kQuorvaneSystemVerified = QStringLiteral("QuorvaneSystemVer
 /// A new restore baseline was saved. "label": its label; missing when it has none.
 inline const QString kQuorvaneRestoreBaselineSaved = QStringLiteral("QuorvaneRestoreBaselineSaved");
 
+/// A profile was applied and is the active one. "profileName": its name.
+inline const QString kQuorvaneProfileApplied = QStringLiteral("QuorvaneProfileApplied");
+
+/// Saved profiles were written, replaced or removed.
+inline const QString kQuorvaneProfilesChanged = QStringLiteral("QuorvaneProfilesChanged");
+
 /// The application-wide notifications. Main thread; observers are called before `post` returns.
 class NotificationCenter : public QObject {
     Q_OBJECT

@@ -172,6 +172,9 @@ void LockManager::setState(bool isLockEnabled, bool isUnlocked) {
     if (isUnlocked != wasUnlocked) {
         Q_EMIT isUnlockedChanged();
     }
+    if (wasUnlocked && !isUnlocked) {
+        m_alerts.cancelOpen();
+    }
 }
 
 bool LockManager::storePassword(const QString& password) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "lock/UnlockGate.h"
 #include "platform/Biometrics.h"
 
 #include <QByteArray>
@@ -27,7 +28,7 @@ class Workspace;
 ///
 /// A failure of the keychain is never an exception: it is false or a text for the user. Main thread; it outlives its
 /// tasks.
-class LockManager : public QObject {
+class LockManager : public QObject, public UnlockGate {
     Q_OBJECT
 
 public:
@@ -37,10 +38,10 @@ public:
 
     bool isLockEnabled() const { return m_isLockEnabled; }
     /// Always true while the lock is off. Never stored.
-    bool isUnlocked() const { return m_isUnlocked; }
+    bool isUnlocked() const override { return m_isUnlocked; }
     /// True while an apply is under review, whose administrator prompt takes the active state away.
     bool suppressAutoLock() const { return m_suppressAutoLock; }
-    void setSuppressAutoLock(bool suppresses) { m_suppressAutoLock = suppresses; }
+    void setSuppressAutoLock(bool suppresses) override { m_suppressAutoLock = suppresses; }
 
     // Each gives what is wrong, for the user; none when it is done.
     /// Locks the program at once, so that the user proves the new password.
@@ -62,15 +63,12 @@ public:
     bool supportsBiometric() const;
     BiometryType biometryType() const;
 
-    /// Locks, where the lock is on.
+    /// Locks, where the lock is on, and cancels the questions that are open.
     void lockIfEnabled();
     /// To be called when the program is about to lose the active state.
     void applicationWillResignActive();
 
-    /// The gate before everything that changes the system.
-    /// @param action  "switch profiles"
-    /// @return false when the program is locked; the user has been told by then
-    QCoro::Task<bool> requireUnlock(QString action);
+    QCoro::Task<bool> requireUnlock(QString action) override;
 
 Q_SIGNALS:
     void isLockEnabledChanged();

@@ -40,16 +40,4 @@ ApplyVerificationResult defaultVerification(const ApplyVerificationResult& inFor
     return result;
 }
 
-ClosingAlert systemMatchAlert(const std::optional<SystemConfigurationMatch>& match) {
-    if (!match) {
-        return {u"No Match Found"_s,
-                u"No saved profile fully matches your current system settings.\n\nCheck the Logs tab for details."_s};
-    }
-    const QString configuration = match->kind == MatchedConfigurationKind::savedProfile
-                                      ? u"saved profile \"%1\""_s.arg(match->name)
-                                      : match->name;
-    return {u"System Verified"_s,
-            u"Current system matches %1.\n\n%2"_s.arg(configuration, summary(match->verification))};
-}
-
 } // namespace quorvane

@@ -1,8 +1,7 @@
 #pragma once
 
-#include "core/ClosingAlert.h"
-#include "matching/SystemConfigurationMatch.h"
 #include "profiles/UnifiedProfile.h"
+#include "verification/ApplyVerificationResult.h"
 
 #include <QList>
 #include <QString>
@@ -24,8 +23,5 @@ bool isMatch(const ApplyVerificationResult& verification, bool isLastApplied);
 /// @param inForce              the check of all tweaks: those verified are in force, the others don't count
 /// @param isAppRestorationOff  applications are kept from reopening after a restart
 ApplyVerificationResult defaultVerification(const ApplyVerificationResult& inForce, bool isAppRestorationOff);
-
-/// What the user is told at the end of a scan.
-ClosingAlert systemMatchAlert(const std::optional<SystemConfigurationMatch>& match);
 
 } // namespace quorvane

@@ -4,13 +4,20 @@
 #include <QString>
 #include <QStringList>
 
+#include <optional>
+
 namespace quorvane {
 
 /// What an alert says.
 struct Alert {
     QString message;
     QString informativeText;
-    QStringList buttons; ///< the first is the default
+    QStringList buttons;                    ///< the first stands where the default stands
+    int cancelButton = 0;                   ///< leaves everything as it is; a single button is its own
+    std::optional<int> destructiveButton{}; ///< what it does can't be taken back
+
+    /// The one that Return presses.
+    int returnButton() const { return destructiveButton == 0 ? cancelButton : 0; }
 
     bool operator==(const Alert&) const = default;
 };
@@ -23,12 +30,14 @@ public:
     AlertPresenter& operator=(const AlertPresenter&) = delete;
     virtual ~AlertPresenter() = default;
 
-    /// Finishes with the index of the button that was pressed, while the event loop goes on. The future is never cancelled
-    /// and holds no exception.
+    /// Finishes with the index of the button that was pressed, while the event loop goes on. Escape and closing press the
+    /// cancel button. The future is never cancelled and holds no exception.
     virtual QFuture<int> present(const Alert& alert) = 0;
 
-    /// Takes away the alerts that are open, and answers them and every later one with their last button; see
-    /// CommandLauncher::shutDown.
+    /// Takes away the alerts that are open, by their cancel buttons.
+    virtual void cancelOpen() = 0;
+
+    /// The same, and every later one is answered so, too, without being shown; see CommandLauncher::shutDown.
     virtual void shutDown() = 0;
 };
 

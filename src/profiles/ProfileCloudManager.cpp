@@ -155,15 +155,24 @@ QCoro::Task<void> ProfileCloudManager::ensureDefaultBackups(ProfileManager& prof
     }
 }
 
-QCoro::Task<ProfileImportResult> ProfileCloudManager::restore(ProfileCloudBackupInfo info,
-                                                              ProfileManager& profileManager) {
-    const Busy busy(*this);
+QCoro::Task<ProfileCloudBackup> ProfileCloudManager::contents(ProfileCloudBackupInfo info) {
     const TaskLock::Hold hold = co_await m_lock.acquire();
+    co_return co_await readListedBackup(info);
+}
+
+QCoro::Task<ProfileCloudBackup> ProfileCloudManager::readListedBackup(ProfileCloudBackupInfo info) {
     requireICloud();
     if (!m_cloudFiles.exists(info.url)) {
         throw ProfileCloudError(Code::backupNotFound);
     }
-    const ProfileCloudBackup backup = co_await readBackup(info.url);
+    co_return co_await readBackup(info.url);
+}
+
+QCoro::Task<ProfileImportResult> ProfileCloudManager::restore(ProfileCloudBackupInfo info,
+                                                              ProfileManager& profileManager) {
+    const Busy busy(*this);
+    const TaskLock::Hold hold = co_await m_lock.acquire();
+    const ProfileCloudBackup backup = co_await readListedBackup(info);
     if (backup.profiles.isEmpty()) {
         throw ProfileCloudError(Code::emptyBackup);
     }

@@ -51,6 +51,9 @@ public:
     /// Makes the two copies of the Default profile where one is missing; does nothing without an account.
     QCoro::Task<void> ensureDefaultBackups(ProfileManager& profileManager);
 
+    /// What a backup holds.
+    QCoro::Task<ProfileCloudBackup> contents(ProfileCloudBackupInfo info);
+
     /// Merges a backup's profiles into the saved ones. What was saved before a failure stays.
     QCoro::Task<ProfileImportResult> restore(ProfileCloudBackupInfo info, ProfileManager& profileManager);
 
@@ -67,6 +70,7 @@ private:
     QCoro::Task<QString> requiredFolder();
     QCoro::Task<QByteArray> readBytes(QString path);
     QCoro::Task<ProfileCloudBackup> readBackup(QString path);
+    QCoro::Task<ProfileCloudBackup> readListedBackup(ProfileCloudBackupInfo info);
     QCoro::Task<std::optional<ProfileCloudBackupInfo>> readInfo(QString path);
     QCoro::Task<void> writeBackupData(QByteArray bytes, QString path);
     QStringList backupNames(const QString& folder) const;

@@ -138,9 +138,36 @@ std::optional<UnifiedProfile> ProfileManager::loadProfile(const QString& named) 
 }
 
 QList<UnifiedProfile> ProfileManager::listProfiles() const {
+    return profilesOf(storedProfiles());
+}
+
+ProfileManager::Reading ProfileManager::reading() const {
+    return Reading(*this);
+}
+
+bool ProfileManager::Reading::step() {
+    if (!m_names) {
+        m_names.emplace();
+        attempt([this] { m_names = m_store.baseNames(); });
+    } else if (!m_names->isEmpty()) {
+        const QString baseName = m_names->takeFirst();
+        if (auto profile = m_store.readProfile(baseName)) {
+            m_stored.append({{baseName, profile->id, profile->name}, *std::move(profile)});
+        } else {
+            m_unreadable.append(baseName);
+        }
+    }
+    return !m_names->isEmpty();
+}
+
+ProfileListing ProfileManager::Reading::listing() const {
+    return {profilesOf(newestFirst(m_stored)), m_unreadable};
+}
+
+QList<UnifiedProfile> ProfileManager::profilesOf(QList<StoredProfile> stored) {
     QList<UnifiedProfile> profiles;
-    for (StoredProfile& stored : storedProfiles()) {
-        profiles.append(std::move(stored.profile));
+    for (StoredProfile& each : stored) {
+        profiles.append(std::move(each.profile));
     }
     return profiles;
 }
@@ -206,18 +233,13 @@ std::optional<UnifiedProfile> ProfileManager::readProfile(const QString& baseNam
 
 /// Newest first. Empty when the folder can't be listed.
 QList<ProfileManager::StoredProfile> ProfileManager::storedProfiles() const {
-    QStringList names;
-    try {
-        names = baseNames();
-    } catch (const FileError&) {
-        return {};
+    Reading all(*this);
+    while (all.step()) {
     }
-    QList<StoredProfile> stored;
-    for (const QString& baseName : std::as_const(names)) {
-        if (auto profile = readProfile(baseName)) {
-            stored.append({{baseName, profile->id, profile->name}, *std::move(profile)});
-        }
-    }
+    return newestFirst(std::move(all.m_stored));
+}
+
+QList<ProfileManager::StoredProfile> ProfileManager::newestFirst(QList<StoredProfile> stored) {
     std::stable_sort(stored.begin(), stored.end(), [](const StoredProfile& left, const StoredProfile& right) {
         return left.profile.dateCreated > right.profile.dateCreated;
     });

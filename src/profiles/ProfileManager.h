@@ -44,6 +44,12 @@ struct ProfileImportResult {
     bool operator==(const ProfileImportResult&) const = default;
 };
 
+/// What the folder of profiles holds.
+struct ProfileListing {
+    QList<UnifiedProfile> profiles; ///< newest first
+    QStringList unreadable;         ///< names, without ".json", of files that hold no profile that can be read
+};
+
 /// The saved profiles: one file "{name}.json" for each, in one folder. Holds no list; every call goes to the
 /// disk.
 ///
@@ -68,6 +74,10 @@ public:
 
     /// Newest first; files that are no profiles are left out.
     QList<UnifiedProfile> listProfiles() const;
+
+    /// The same in steps, so that the event loop can come round in between; see inTurns.
+    class Reading;
+    Reading reading() const;
 
     /// Removes the file of that name, or else the file of the profile that bears the name in another case.
     void deleteProfile(const QString& named);
@@ -94,6 +104,8 @@ private:
     QStringList baseNames() const;
     std::optional<UnifiedProfile> readProfile(const QString& baseName) const;
     QList<StoredProfile> storedProfiles() const;
+    static QList<StoredProfile> newestFirst(QList<StoredProfile> stored);
+    static QList<UnifiedProfile> profilesOf(QList<StoredProfile> stored);
     QList<StoredFile> storedFiles() const;
     StoredFile write(const UnifiedProfile& profile, const QList<StoredFile>& filesOfProfile);
     void giveFileItsSpelling(const QString& baseName);
@@ -102,6 +114,25 @@ private:
 
     FileManager& m_files;
     QString m_profilesDirectory;
+};
+
+/// Reads the folder, one file at each step. The store outlives it.
+class ProfileManager::Reading {
+public:
+    /// False when there is nothing left. A folder that can't be listed holds nothing.
+    bool step();
+    /// What was read until now.
+    ProfileListing listing() const;
+
+private:
+    friend class ProfileManager;
+    explicit Reading(const ProfileManager& store)
+        : m_store(store) {}
+
+    const ProfileManager& m_store;
+    std::optional<QStringList> m_names; ///< those that are left; none before the first step
+    QList<StoredProfile> m_stored;
+    QStringList m_unreadable;
 };
 
 } // namespace quorvane

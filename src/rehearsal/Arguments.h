@@ -11,6 +11,11 @@
 
 namespace quorvane {
 
+// The exit statuses of the rehearsal.
+inline constexpr int kDone = 0;
+inline constexpr int kNotDone = 1;
+inline constexpr int kUnusable = 2;
+
 /// Something that the rehearsal can't work with: arguments, or a file. One line, which says what is wrong with what.
 class UnusableInput : public std::exception {
 public:
@@ -45,8 +50,5 @@ struct Arguments {
 
 /// @param list  without the program's name. Throws UnusableInput.
 Arguments parsedArguments(const QStringList& list);
-
-/// What the program prints when it is asked for help.
-QString usageText();
 
 } // namespace quorvane

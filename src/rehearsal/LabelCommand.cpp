@@ -3,7 +3,6 @@
 #include "platform/FileManager.h"
 #include "platform/portable/DiskFileManager.h"
 #include "platform/portable/PictureDecoder.h"
-#include "rehearsal/Arguments.h"
 #include "wallpaper/WallpaperLabel.h"
 
 #include <QRegularExpression>
@@ -39,18 +38,20 @@ QImage pictureIn(const QString& file) {
 
 } // namespace
 
-bool labelPicture(const QString& image, const QString& outFile, const QString& name, const QString& size) {
-    const QSizeF canvas = canvasFrom(size);
-    const QByteArray file = jpegFile(labelledPicture(pictureIn(image), name, canvas));
+int labelPicture(const Arguments& arguments) {
+    const QString& outFile = arguments.operands.at(1);
+    const QSizeF canvas = canvasFrom(arguments.operands.at(3));
+    const QByteArray file =
+        jpegFile(labelledPicture(pictureIn(arguments.operands.at(0)), arguments.operands.at(2), canvas));
     try {
         if (file.isEmpty()) {
             throw FileError(outFile, u"The label could not be composed"_s);
         }
         DiskFileManager().writeAtomically(outFile, file);
-        return true;
+        return kDone;
     } catch (const FileError& error) {
         std::fprintf(stderr, "%s\n", error.what());
-        return false;
+        return kNotDone;
     }
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "wallpaper/DesktopLabel.h"
+#include "wallpaper/ProfileLabel.h"
 
 #include <QFuture>
 #include <QObject>
@@ -46,7 +47,7 @@ struct WallpaperPorts {
 /// Nothing here is shown in a dialog: the log carries it all.
 ///
 /// There is one for the life of the program, made at its first use, and it outlives its tasks. Main thread.
-class WallpaperProfileOverlay : public QObject {
+class WallpaperProfileOverlay : public QObject, public ProfileLabel {
     Q_OBJECT
 
 public:
@@ -60,28 +61,21 @@ public:
 
     // Each task ends when the displays show what was asked for, or what a later call has asked for instead.
 
-    /// The option in Settings. @param name  of the active profile; empty when it isn't known
-    QCoro::Task<void> setOverlayEnabled(bool enabled, QString name);
+    QCoro::Task<void> setOverlayEnabled(bool enabled, QString name) override;
     /// At start-up, with what updateForAppliedProfile takes. While Default stands there, a display that still shows a label
     /// gets its picture back, and nothing else happens.
     QCoro::Task<void> updateAtStart(QString name);
-    /// After an apply: brings the label up to date with the active profile.
-    /// @param name  empty when it isn't known. The last applied profile, the first saved one, or the name that stands there
-    ///              already is then taken.
-    QCoro::Task<void> updateForAppliedProfile(QString name);
-    /// When another profile was chosen. The name that stands there already changes nothing.
-    QCoro::Task<void> refreshForProfile(QString name);
+    QCoro::Task<void> updateForAppliedProfile(QString name) override;
+    QCoro::Task<void> refreshForProfile(QString name) override;
     /// Shows a name on all displays while the option is on; "Default" takes the label away.
     QCoro::Task<void> applyOverlay(QString name);
     QCoro::Task<void> removeOverlay();
 
-    /// Ends when nothing is under way any more.
-    QCoro::Task<void> finished();
+    QCoro::Task<void> finished() override;
 
     /// True while a change is under way or waits.
     bool isApplyingOverlay() const { return m_isApplyingOverlay; }
-    /// True when the option is on and every display shows the stored name's label.
-    bool isOverlayInPlace() const;
+    bool isOverlayInPlace() const override;
 
 private:
     struct Job {

@@ -3,14 +3,24 @@
 namespace quorvane {
 
 QFuture<int> ScriptedAlertPresenter::present(const Alert& alert) {
+    if (m_isShutDown) {
+        return QtFuture::makeReadyFuture(alert.cancelButton);
+    }
     m_trace.append(QStringLiteral("! ") + alert.message + QStringLiteral(" | ") + alert.informativeText +
                    QStringLiteral(" | ") + alert.buttons.join(QStringLiteral(", ")));
-    return m_isHolding ? heldBack() : QtFuture::makeReadyFuture(0);
+    return m_isHolding ? heldBack(alert.cancelButton) : QtFuture::makeReadyFuture(m_pressed);
+}
+
+void ScriptedAlertPresenter::cancelOpen() {
+    for (auto& [promise, cancelButton] : std::exchange(m_open, {})) {
+        promise.addResult(cancelButton);
+        promise.finish();
+    }
 }
 
 void ScriptedAlertPresenter::shutDown() {
-    m_isHolding = false;
-    answer(0);
+    m_isShutDown = true;
+    cancelOpen();
 }
 
 qsizetype ScriptedAlertPresenter::openCount() const {
@@ -18,14 +28,14 @@ qsizetype ScriptedAlertPresenter::openCount() const {
 }
 
 void ScriptedAlertPresenter::answer(int button) {
-    for (QPromise<int>& promise : std::exchange(m_open, {})) {
+    for (auto& [promise, cancelButton] : std::exchange(m_open, {})) {
         promise.addResult(button);
         promise.finish();
     }
 }
 
-QFuture<int> ScriptedAlertPresenter::heldBack() {
-    QPromise<int>& promise = m_open.emplace_back();
+QFuture<int> ScriptedAlertPresenter::heldBack(int cancelButton) {
+    QPromise<int>& promise = m_open.emplace_back(QPromise<int>(), cancelButton).first;
     promise.start();
     return promise.future();
 }

@@ -10,7 +10,7 @@
 
 namespace quorvane {
 
-/// Presses the default button of every alert at once, unless a test says otherwise, and writes the alert into a trace:
+/// Presses the first button of every alert at once, unless a test says otherwise, and writes the alert into a trace:
 /// "! {message} | {informative text} | {buttons}".
 class ScriptedAlertPresenter final : public AlertPresenter {
 public:
@@ -18,7 +18,11 @@ public:
         : m_trace(trace) {}
 
     QFuture<int> present(const Alert& alert) override;
+    void cancelOpen() override;
     void shutDown() override;
+
+    /// From now on this button is pressed, and no longer the first.
+    void press(int button) { m_pressed = button; }
 
     /// From now on alerts stay open until they are answered.
     void hold() { m_isHolding = true; }
@@ -27,11 +31,13 @@ public:
     void answer(int button);
 
 private:
-    QFuture<int> heldBack();
+    QFuture<int> heldBack(int cancelButton);
 
     QStringList& m_trace;
     bool m_isHolding = false;
-    std::vector<QPromise<int>> m_open;
+    bool m_isShutDown = false;
+    int m_pressed = 0;
+    std::vector<std::pair<QPromise<int>, int>> m_open; ///< with their cancel buttons
 };
 
 } // namespace quorvane

@@ -80,18 +80,4 @@ TEST(SystemMatching, isNotDefaultWhereOnlyTheCleanRebootIsLeft) {
                                        {{u"Clean Reboot"_s, u"still enabled"_s}}}));
 }
 
-TEST(SystemMatching, isToldByTheNameOfAProfileOrAsDefault) {
-    EXPECT_EQ(systemMatchAlert(
-                  SystemConfigurationMatch{u"Club 100%1"_s, MatchedConfigurationKind::savedProfile, counted(12, 0)}),
-              (ClosingAlert{u"System Verified"_s, u"Current system matches saved profile \"Club 100%1\".\n\n"
-                                                  "All 12 setting(s) verified on the system."_s}));
-    EXPECT_EQ(
-        systemMatchAlert(SystemConfigurationMatch{u"Default"_s, MatchedConfigurationKind::builtinMode, counted(2, 0)}),
-        (ClosingAlert{u"System Verified"_s,
-                      u"Current system matches Default.\n\nAll 2 setting(s) verified on the system."_s}));
-    EXPECT_EQ(systemMatchAlert({}),
-              (ClosingAlert{u"No Match Found"_s, u"No saved profile fully matches your current system settings.\n\n"
-                                                 "Check the Logs tab for details."_s}));
-}
-
 } // namespace quorvane

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "core/ClosingAlert.h"
+#include "matching/SystemConfigurationMatch.h"
+#include "profiles/ApplyPreviews.h"
+#include "snapshots/RestoreBaseline.h"
+#include "verification/ApplyVerificationResult.h"
+
+#include <optional>
+
+namespace quorvane {
+
+/// What an action came to.
+struct ActionOutcome {
+    bool wasCarriedOut = false; ///< false: it didn't begin, or the lock or the user ended it before its first change
+    bool succeeded = false;
+    std::optional<ApplyVerificationResult> verification; ///< where the action verifies
+    std::optional<ProfileApplyPreview> preview;          ///< where the user has reviewed a profile
+    std::optional<RestoreOutcome> restore;               ///< where the action is a way back
+    std::optional<SystemConfigurationMatch> match;       ///< where the action scans and finds one
+    std::optional<ClosingAlert> alert;                   ///< what was told last
+};
+
+} // namespace quorvane

@@ -1,0 +1,80 @@
+#pragma once
+
+#include "actions/ActionListener.h"
+#include "actions/ActionOutcome.h"
+#include "actions/Turnstile.h"
+
+#include <QString>
+
+#include <functional>
+#include <optional>
+
+namespace quorvane {
+
+class FlowEnvironment;
+class SystemManager;
+class UnlockGate;
+
+class Action;
+
+/// Where actions run: each is one coroutine that reads top to bottom, over what all of them have in common.
+class ActionStage {
+public:
+    ActionStage(SystemManager& system, Turnstile& turnstile, UnlockGate& gate);
+
+    using Body = std::function<QCoro::Task<void>(Action& action)>;
+    /// Runs an action when nothing else does. What its body throws makes it a failed one, and is a line in the log; what it
+    /// holds ends with it. The body is kept until it has come to its end, so it may capture, by value, what it needs.
+    QCoro::Task<ActionOutcome> run(ActionListener& listener, Body body);
+
+private:
+    friend class Action;
+    QCoro::Task<bool> endsProperly(QCoro::Task<void> task);
+
+    SystemManager& m_system;
+    Turnstile& m_turnstile;
+    UnlockGate& m_gate;
+};
+
+/// One action under way. Its steps are taken in this order; the first that gives false ends it without a trace.
+class Action {
+public:
+    /// The lock. @param activity  "switch profiles"
+    QCoro::Task<bool> passesGate(QString activity);
+    /// False where a question would be agreed to unasked.
+    bool asks() const { return m_listener.asks(); }
+    /// A question, if there is one, and the lock and the others once more: the answer may have taken its time.
+    QCoro::Task<bool> isAgreedTo(std::optional<Alert> question);
+    /// The same by a review. The preview that it showed is in the outcome.
+    QCoro::Task<bool> isAgreedTo(Review review);
+    /// Whether it may go on after a wait of its own: nobody has locked the program or begun something else.
+    bool mayGoOn() const;
+
+    /// Busy with something that changes nothing, as long as it is held.
+    [[nodiscard]] Turnstile::Hold waiting(const QString& text = {}) { return m_stage.m_turnstile.busy(text); }
+    /// From here on it leaves traces; busy as long as it is held.
+    /// @param changed  looked at anew in the end, whatever the outcome
+    [[nodiscard]] Turnstile::Hold carryingOut(const QString& text, Anew changed = {});
+    /// The same for what is done at once.
+    void carryOutAtOnce(Anew changed = {});
+    [[nodiscard]] Turnstile::Hold suppressAutoLock() { return m_stage.m_turnstile.suppressAutoLock(); }
+
+    QCoro::Task<void> tell(ClosingAlert alert);
+    /// Shows it at once.
+    QCoro::Task<void> showResult(ResultPanel panel);
+
+    ActionOutcome outcome;
+
+private:
+    friend class ActionStage;
+    Action(ActionStage& stage, ActionListener& listener)
+        : m_stage(stage)
+        , m_listener(listener) {}
+    QCoro::Task<ReviewPreview> prepared(Review review);
+
+    ActionStage& m_stage;
+    ActionListener& m_listener;
+    Anew m_changed;
+};
+
+} // namespace quorvane

@@ -1,0 +1,267 @@
+#include "actions/ActionTexts.h"
+
+#include "actions/ActionOutcome.h"
+#include "maintenance/MaintenanceSelection.h"
+#include "network/NetworkOperations.h"
+#include "startup/apply/StartupVerification.h"
+
+namespace quorvane {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr qsizetype kLongestName = 80;
+const QString kCancel = u"Cancel"_s;
+const QString kCancelled = u"Cancelled"_s;
+const QString kError = u"Error"_s;
+const QString kSuccess = u"Success"_s;
+const QString kRestart = u"\n\nPlease restart your Mac."_s;
+const QString kRestartFully = u"\n\nPlease restart your Mac for changes to take full effect."_s;
+const QString kNoBaseline = u"No restore baseline found — standard macOS defaults will be applied."_s;
+
+/// A question whose first button does what it says, on Return.
+Alert question(const QString& message, const QString& text, const QString& button) {
+    return {message, text, {button, kCancel}, 1, {}};
+}
+
+/// Likewise, but what the first button does can't be taken back.
+Alert destructiveQuestion(const QString& message, const QString& text, const QString& button) {
+    return {message, text, {button, kCancel}, 1, 0};
+}
+
+bool hadBaseline(const RestoreOutcome& outcome) {
+    return outcome.source != RestoreSource::StandardDefaults;
+}
+
+QString restoredDefaults(const RestoreOutcome& outcome) {
+    return hadBaseline(outcome) ? u"Standard macOS settings restored from your saved restore baseline."_s
+                                : u"Standard macOS settings restored."_s;
+}
+
+bool turnsText(QChar character) {
+    return character.category() == QChar::Other_Format || character.category() == QChar::Other_Control ||
+           character == QChar::LineSeparator || character == QChar::ParagraphSeparator;
+}
+
+} // namespace
+
+QString plainText(const QString& text) {
+    QString plain = text;
+    for (QChar& character : plain) {
+        if (turnsText(character)) {
+            character = u' ';
+        }
+    }
+    if (plain.size() <= kLongestName) {
+        return plain;
+    }
+    const qsizetype half = (kLongestName - 1) / 2;
+    return plain.left(half) + u'…' + plain.right(kLongestName - 1 - half);
+}
+
+// ---- Questions
+
+Alert snapshotQuestion(const QString& name) {
+    return destructiveQuestion(u"Replace Restore Baseline?"_s,
+                               u"“"_s + plainText(name) +
+                                   u"” is active. A snapshot taken now saves its settings, and Revert and Reinstate "
+                                   "will return to them."_s,
+                               u"Replace"_s);
+}
+
+Alert reinstateQuestion(bool hasBaseline) {
+    const QString source = hasBaseline ? u"Your saved restore baseline will be used."_s : kNoBaseline;
+    return destructiveQuestion(u"Reinstate System"_s,
+                               u"This will restore system settings to before optimization.\n\n"_s + source +
+                                   u"\n\nAre you sure you want to continue?"_s,
+                               u"Reinstate"_s);
+}
+
+Alert defaultQuestion() {
+    return question(u"Apply Default Profile?"_s,
+                    u"This will restore standard macOS performance settings.\n\n"
+                    "Your Mac will need to restart for all changes to take full effect."_s,
+                    u"Apply"_s);
+}
+
+Alert undoQuestion(bool hasBaseline) {
+    return question(u"Undo Performance Tweaks?"_s,
+                    hasBaseline ? u"Your saved settings will be restored."_s : kNoBaseline, u"Undo"_s);
+}
+
+Alert deleteQuestion(const QString& profileName) {
+    return destructiveQuestion(u"Delete Profile?"_s,
+                               u"“"_s + plainText(profileName) +
+                                   u"” will be removed from saved profiles and the menu bar. This cannot be undone."_s,
+                               u"Delete"_s);
+}
+
+std::optional<Alert> purgeQuestion(const MaintenanceSelection& selection) {
+    QStringList places;
+    if (selection.cleanTrash) {
+        places.append(u"the Trash"_s);
+    }
+    if (selection.purgeDownloads) {
+        places.append(u"the Downloads folder"_s);
+    }
+    if (places.isEmpty()) {
+        return std::nullopt;
+    }
+    return destructiveQuestion(
+        u"Delete Permanently?"_s,
+        u"Everything in "_s + places.join(u" and "_s) + u" will be deleted. This cannot be undone."_s, u"Delete"_s);
+}
+
+Alert restoreQuestion(const QStringList& names, const QString& title) {
+    QStringList plain;
+    for (const QString& name : names) {
+        plain.append(plainText(name));
+    }
+    return destructiveQuestion(
+        u"Replace Saved Profiles?"_s,
+        plain.join(u", "_s) + u" will be replaced by their versions from "_s + plainText(title) + u'.', u"Replace"_s);
+}
+
+// ---- What is told at the end
+
+ClosingAlert snapshotAlert(bool isSaved) {
+    if (!isSaved) {
+        return {u"Snapshot Failed"_s, u"Could not save the restore baseline. Check the Logs tab for details."_s};
+    }
+    return {u"Snapshot Saved"_s, u"Your current system setup has been saved as the restore baseline."_s};
+}
+
+ClosingAlert undoAlert(const RestoreOutcome& outcome) {
+    if (!outcome.succeeded) {
+        return {kCancelled, u"System-level defaults were not restored. Check the Logs tab for details."_s};
+    }
+    const QString restored = outcome.hasSnapshotFile ? u"Performance tweaks restored from your saved snapshot."_s
+                                                     : u"Standard operation restored."_s;
+    return {kSuccess, restored + kRestart};
+}
+
+ClosingAlert revertAllAlert(const RestoreOutcome& outcome, LoginItemsAre loginItems) {
+    if (!outcome.succeeded) {
+        return {kCancelled, u"System-level defaults were not restored."_s};
+    }
+    if (!hadBaseline(outcome)) {
+        return {kSuccess, u"Standard operation restored."_s + kRestart};
+    }
+    const QString unchanged =
+        loginItems == LoginItemsAre::Unchanged
+            ? u"\n\nLogin items, network, and launch agents are unchanged. Use Reinstate for a full restore."_s
+            : QString();
+    return {kSuccess, u"Performance tweaks restored from your saved restore baseline."_s + unchanged + kRestart};
+}
+
+ClosingAlert defaultAlert(const RestoreOutcome& outcome) {
+    if (!outcome.succeeded) {
+        return {kCancelled, u"Default settings were not restored. Check the Logs tab for details."_s};
+    }
+    return {u"Default Applied"_s, restoredDefaults(outcome) + kRestart};
+}
+
+ClosingAlert menuDefaultAlert(const RestoreOutcome& outcome) {
+    if (!outcome.succeeded) {
+        return {u"Restore Cancelled"_s, u"System defaults were not restored. Check the Logs tab for details."_s};
+    }
+    return {u"Defaults Restored"_s, restoredDefaults(outcome) + kRestartFully};
+}
+
+ClosingAlert reinstateAlert(const RestoreOutcome& outcome) {
+    if (!outcome.succeeded) {
+        return {kCancelled, u"System restoration was cancelled or failed."_s};
+    }
+    const QString restored = hadBaseline(outcome) ? u"System restored from your saved restore baseline."_s
+                                                  : u"System has been restored to standard defaults."_s;
+    return {kSuccess, restored + kRestartFully};
+}
+
+ClosingAlert systemMatchAlert(const std::optional<SystemConfigurationMatch>& match) {
+    if (!match) {
+        return {u"No Match Found"_s,
+                u"No saved profile fully matches your current system settings.\n\nCheck the Logs tab for details."_s};
+    }
+    const QString configuration = match->kind == MatchedConfigurationKind::savedProfile
+                                      ? u"saved profile \"%1\""_s.arg(match->name)
+                                      : match->name;
+    return {u"System Verified"_s,
+            u"Current system matches %1.\n\n%2"_s.arg(configuration, summary(match->verification))};
+}
+
+ClosingAlert restartAlert(const QString& profileName) {
+    return {u"Restart Required"_s, u'"' + plainText(profileName) +
+                                       u"\" has been applied.\n\n"
+                                       "Please reboot your Mac for all settings to take full effect."_s};
+}
+
+ClosingAlert startupAlert(const StartupApplyResult& result) {
+    const bool isWhole = result.applySucceeded && result.verification.failed.isEmpty();
+    return {isWhole ? u"Startup Verified"_s : u"Startup Partially Applied"_s, summary(result.verification) + kRestart};
+}
+
+ClosingAlert notLoadedAlert(const QString& profileName) {
+    return errorAlert(u"Could not load profile \""_s + plainText(profileName) + u"\"."_s);
+}
+
+ClosingAlert deletedAlert(const QString& profileName, bool isGone) {
+    if (!isGone) {
+        return errorAlert(u"Could not delete profile \""_s + plainText(profileName) + u"\"."_s);
+    }
+    return {u"Profile Deleted"_s, u"“"_s + plainText(profileName) + u"” has been removed."_s};
+}
+
+ClosingAlert maintenanceAlert(const MaintenanceOutcome& outcome) {
+    return {outcome.alertTitle(), outcome.alertText()};
+}
+
+ClosingAlert networkAlert(const NetworkOutcome& outcome) {
+    return {outcome.alertTitle(), outcome.alertText()};
+}
+
+ClosingAlert errorAlert(const QString& text) {
+    return {kError, text};
+}
+
+// ---- Reviews
+
+Review reviewOf(ReviewSubject subject, const QString& profileName) {
+    switch (subject) {
+    case ReviewSubject::Profile:
+        return {subject,
+                u"Review Profile: "_s + plainText(profileName),
+                u"Apply Profile"_s,
+                u"This profile has no settings to apply."_s,
+                {}};
+    case ReviewSubject::Tweaks:
+        return {
+            subject, u"Review Performance Tweaks"_s, u"Apply Changes"_s, u"No performance tweaks are selected."_s, {}};
+    case ReviewSubject::Startup:
+        break;
+    }
+    return {subject, u"Review Startup Changes"_s, u"Apply Changes"_s, u"No startup changes are selected."_s, {}};
+}
+
+bool canApply(const ReviewPreview& preview) {
+    if (const auto* const tweaks = std::get_if<TweaksApplyPreview>(&preview)) {
+        return !tweaks->enabledTweaks.isEmpty();
+    }
+    const auto* const startup = std::get_if<StartupChangePreview>(&preview);
+    return startup == nullptr || *startup != StartupChangePreview{};
+}
+
+ResultPanel resultPanel(ReviewSubject subject, const ActionOutcome& outcome) {
+    const ApplyVerificationResult verification = outcome.verification.value_or(ApplyVerificationResult{});
+    if (!outcome.succeeded || !verification.failed.isEmpty()) {
+        return {u"Some changes could not be verified"_s, u"exclamationmark.triangle.fill"_s,
+                u"Check the Logs tab for details. Grant Automation permission for System Events if login item changes "
+                "failed."_s,
+                verification};
+    }
+    const QString what = subject == ReviewSubject::Tweaks ? u"tweaks"_s : u"all changes"_s;
+    return {u"All changes verified"_s, u"checkmark.seal.fill"_s,
+            u"Restart your Mac for "_s + what + u" to take full effect."_s, verification};
+}
+
+} // namespace quorvane

@@ -1,0 +1,73 @@
+#pragma once
+
+#include "actions/Review.h"
+#include "core/ClosingAlert.h"
+#include "matching/SystemConfigurationMatch.h"
+#include "platform/AlertPresenter.h"
+#include "snapshots/RestoreBaseline.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+// What actions ask, tell, and show in their reviews. The records of maintenance, network and backups bring their own
+// sentences along.
+namespace quorvane {
+
+struct ActionOutcome;
+struct MaintenanceOutcome;
+struct MaintenanceSelection;
+struct NetworkOutcome;
+struct StartupApplyResult;
+
+/// A text from a file or a tool as it may stand in a question: on one line, without characters that control or turn it, and
+/// shortened in the middle where it is long.
+QString plainText(const QString& text);
+
+// ---- Questions. Of those that destroy something the cancel button is on Return.
+
+/// @param name  of the profile that is active
+Alert snapshotQuestion(const QString& name);
+Alert reinstateQuestion(bool hasBaseline);
+Alert defaultQuestion();
+Alert undoQuestion(bool hasBaseline);
+Alert deleteQuestion(const QString& profileName);
+/// None when nothing would be deleted for good.
+std::optional<Alert> purgeQuestion(const MaintenanceSelection& selection);
+/// @param names  of the saved profiles that would change; @param title  of the backup
+Alert restoreQuestion(const QStringList& names, const QString& title);
+
+// ---- What is told at the end
+
+ClosingAlert snapshotAlert(bool isSaved);
+/// Of "Undo Performance Tweaks": it speaks of a snapshot where the file of one is there.
+ClosingAlert undoAlert(const RestoreOutcome& outcome);
+enum class LoginItemsAre { Unchanged, Changed };
+/// Of "Revert All".
+ClosingAlert revertAllAlert(const RestoreOutcome& outcome, LoginItemsAre loginItems);
+/// Of "Apply Default". Like that of a reinstatement it speaks of a baseline where one was the source.
+ClosingAlert defaultAlert(const RestoreOutcome& outcome);
+/// Of "Restore Default" in the menu.
+ClosingAlert menuDefaultAlert(const RestoreOutcome& outcome);
+ClosingAlert reinstateAlert(const RestoreOutcome& outcome);
+
+ClosingAlert systemMatchAlert(const std::optional<SystemConfigurationMatch>& match);
+ClosingAlert restartAlert(const QString& profileName);
+ClosingAlert startupAlert(const StartupApplyResult& result);
+ClosingAlert notLoadedAlert(const QString& profileName);
+ClosingAlert deletedAlert(const QString& profileName, bool isGone);
+ClosingAlert maintenanceAlert(const MaintenanceOutcome& outcome);
+ClosingAlert networkAlert(const NetworkOutcome& outcome);
+/// @param text  what went wrong
+ClosingAlert errorAlert(const QString& text);
+
+// ---- Reviews
+
+/// Without its `prepare`. @param profileName  of a profile
+Review reviewOf(ReviewSubject subject, const QString& profileName = {});
+/// False where the preview shows nothing to do.
+bool canApply(const ReviewPreview& preview);
+ResultPanel resultPanel(ReviewSubject subject, const ActionOutcome& outcome);
+
+} // namespace quorvane

@@ -1,0 +1,62 @@
+#pragma once
+
+#include "matching/SystemConfigurationMatch.h"
+#include "profiles/UnifiedProfile.h"
+
+#include <QObject>
+
+#include <optional>
+
+namespace quorvane {
+
+class SavedProfiles;
+class SystemManager;
+class UserDefaults;
+
+/// What is known of the configuration that this Mac is in.
+struct ConfigurationReadings {
+    bool wasScanned = false;                       ///< false: nothing has told yet what the match is
+    std::optional<SystemConfigurationMatch> match; ///< none where nothing fits
+    std::optional<QString> lastAppliedName;
+    QList<UnifiedProfile> profiles; ///< the saved ones
+};
+
+/// The configuration that title, status, list, menu and Active Tweaks speak of.
+struct ActiveConfiguration {
+    QString name;                                        ///< empty where nothing fits, or nothing was ever applied
+    bool isSavedProfile = false;                         ///< a profile of the user's is in force; false for Default
+    std::optional<QUuid> id;                             ///< of that profile, where it is known
+    std::optional<ApplyVerificationResult> verification; ///< none before the first scan
+    PerformanceSettings tweaks;                          ///< of that profile; all off without one
+
+    bool operator==(const ActiveConfiguration&) const = default;
+};
+
+/// What a scan or an apply has found; before the first, what was applied last, as long as it is saved.
+ActiveConfiguration activeConfiguration(const ConfigurationReadings& readings);
+
+/// Keeps the active configuration up to date. Main thread.
+class ActiveProfile : public QObject {
+    Q_OBJECT
+
+public:
+    ActiveProfile(const SystemManager& system, const SavedProfiles& profiles, const UserDefaults& defaults,
+                  QObject* parent = nullptr);
+
+    const ActiveConfiguration& current() const { return m_current; }
+    /// To be called when the last applied name has changed by itself.
+    void update();
+
+Q_SIGNALS:
+    void changed();
+
+private:
+    ActiveConfiguration read() const;
+
+    const SystemManager& m_system;
+    const SavedProfiles& m_profiles;
+    const UserDefaults& m_defaults;
+    ActiveConfiguration m_current;
+};
+
+} // namespace quorvane

@@ -1,0 +1,47 @@
+#include "actions/Session.h"
+
+#include "platform/Clock.h"
+
+#include <QCoroFuture>
+
+#include <utility>
+
+namespace quorvane {
+
+Session::Session(const Host& host, SessionParts parts)
+    : m_parts(std::move(parts))
+    , m_host(host)
+    , system(m_host, notifications)
+    , tasks(system)
+    , gate(*m_parts.gate)
+    , profileStore(m_host.files, profilesDirectory(m_host.machine))
+    , savedProfiles(profileStore, m_host.clock, notifications, tasks)
+    , cloudBackups(m_host)
+    , mode(m_host.defaults)
+    , label(m_parts.makeLabel(system))
+    , turnstile(system, gate)
+    , activeProfile(system, savedProfiles, m_host.defaults)
+    , scans(system, savedProfiles, turnstile, tasks)
+    , stage(system, turnstile, gate)
+    , profileActions(stage, {system, m_host.defaults, notifications, profileStore, savedProfiles, cloudBackups,
+                             workingCopy, mode, activeProfile, *label, tasks})
+    , tweakActions(stage, system)
+    , systemActions(stage, system, scans, activeProfile)
+    , backupActions(stage, cloudBackups, profileStore, savedProfiles, m_host.machine)
+    , maintenanceActions(stage, system)
+    , networkActions(stage, system)
+    , settingsActions(stage, *label, activeProfile) {}
+
+/// Signals that are queued lead to work of their own.
+QCoro::Task<void> Session::finished() {
+    co_await m_host.clock.sleepFor(std::chrono::milliseconds(0));
+    co_await label->finished();
+    co_await tasks.finished();
+}
+
+QCoro::Task<void> Session::shutDown() {
+    endPorts();
+    co_await finished();
+}
+
+} // namespace quorvane

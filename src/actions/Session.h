@@ -1,0 +1,83 @@
+#pragma once
+
+#include "actions/ActionStage.h"
+#include "actions/ActiveProfile.h"
+#include "actions/BackupActions.h"
+#include "actions/MaintenanceActions.h"
+#include "actions/NetworkActions.h"
+#include "actions/ProfileActions.h"
+#include "actions/SavedProfiles.h"
+#include "actions/SettingsActions.h"
+#include "actions/SystemActions.h"
+#include "actions/SystemScans.h"
+#include "actions/Tasks.h"
+#include "actions/Turnstile.h"
+#include "actions/TweakActions.h"
+#include "core/NotificationCenter.h"
+#include "lock/UnlockGate.h"
+#include "platform/Host.h"
+#include "profiles/MasterProfileState.h"
+#include "profiles/ProfileCloudManager.h"
+#include "profiles/ProfileManager.h"
+#include "system/SystemManager.h"
+#include "tweaks/ModeManager.h"
+#include "wallpaper/ProfileLabel.h"
+
+#include <functional>
+#include <memory>
+
+namespace quorvane {
+
+/// What a session is made with, beside the operating system: by the window, or by a terminal.
+struct SessionParts {
+    std::unique_ptr<UnlockGate> gate;
+    std::function<std::unique_ptr<ProfileLabel>(SystemManager& system)> makeLabel;
+    std::function<void()> shutDownPorts; ///< those of the operating system, and those of the window
+};
+
+/// What lives as long as the program, made in this order and taken down in the other. Main thread.
+class Session {
+private:
+    SessionParts m_parts;
+    Host m_host;
+
+public:
+    /// @param host  outlives the session
+    Session(const Host& host, SessionParts parts);
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+
+    NotificationCenter notifications;
+    SystemManager system;
+    Tasks tasks;
+    UnlockGate& gate;
+
+    ProfileManager profileStore;
+    SavedProfiles savedProfiles;
+    ProfileCloudManager cloudBackups;
+    MasterProfileState workingCopy;
+    ModeManager mode;
+    std::unique_ptr<ProfileLabel> label;
+
+    Turnstile turnstile;
+    ActiveProfile activeProfile;
+    SystemScans scans;
+
+    ActionStage stage;
+    ProfileActions profileActions;
+    TweakActions tweakActions;
+    SystemActions systemActions;
+    BackupActions backupActions;
+    MaintenanceActions maintenanceActions;
+    NetworkActions networkActions;
+    SettingsActions settingsActions;
+
+    /// Ends every wait on the operating system and on the user, so that whatever runs comes to its end by itself.
+    void endPorts() { m_parts.shutDownPorts(); }
+    /// Ends when nothing runs on that an action has led to.
+    QCoro::Task<void> finished();
+    /// The program may go when this has ended.
+    QCoro::Task<void> shutDown();
+};
+
+} // namespace quorvane

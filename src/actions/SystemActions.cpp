@@ -1,0 +1,117 @@
+#include "actions/SystemActions.h"
+
+#include "actions/ActionStage.h"
+#include "actions/ActionTexts.h"
+#include "actions/ActiveProfile.h"
+#include "actions/SystemScans.h"
+#include "startup/apply/StartupVerification.h"
+
+#include <QCoroTask>
+
+namespace quorvane {
+
+using namespace Qt::StringLiterals;
+
+SystemActions::SystemActions(ActionStage& stage, SystemManager& system, SystemScans& scans, const ActiveProfile& active)
+    : m_stage(stage)
+    , m_system(system)
+    , m_scans(scans)
+    , m_active(active) {}
+
+QCoro::Task<ActionOutcome> SystemActions::verify(ActionListener& listener) {
+    return m_stage.run(listener, [this](Action& action) -> QCoro::Task<void> {
+        {
+            const Turnstile::Hold busy = action.carryingOut(u"Verifying system settings…"_s);
+            action.outcome.match = co_await m_scans.scanned();
+        }
+        action.outcome.succeeded = action.outcome.match.has_value();
+        co_await action.tell(systemMatchAlert(action.outcome.match));
+    });
+}
+
+QCoro::Task<ActionOutcome> SystemActions::saveSnapshot(const std::optional<QString>& label,
+                                                       SystemManager::MasterArchive archive, ActionListener& listener) {
+    return m_stage.run(listener, [=, this](Action& action) -> QCoro::Task<void> {
+        if (!co_await action.passesGate(u"save a system snapshot"_s)) {
+            co_return;
+        }
+        if (!co_await action.isAgreedTo(questionBeforeSnapshot())) {
+            co_return;
+        }
+        {
+            const Turnstile::Hold busy = action.carryingOut(u"Saving system snapshot…"_s, {.snapshot = true});
+            action.outcome.succeeded = co_await m_system.captureSystemSnapshot(label, archive);
+        }
+        co_await action.tell(snapshotAlert(action.outcome.succeeded));
+    });
+}
+
+/// A profile's settings aren't the user's own.
+std::optional<Alert> SystemActions::questionBeforeSnapshot() const {
+    const ActiveConfiguration& active = m_active.current();
+    return active.isSavedProfile ? std::optional(snapshotQuestion(active.name)) : std::nullopt;
+}
+
+QCoro::Task<ActionOutcome> SystemActions::reinstate(ActionListener& listener) {
+    return m_stage.run(listener, [this](Action& action) -> QCoro::Task<void> {
+        if (!co_await action.passesGate(u"reinstate the system"_s)) {
+            co_return;
+        }
+        const std::optional<Alert> question = co_await questionBeforeReinstating(action);
+        if (!co_await action.isAgreedTo(question)) {
+            co_return;
+        }
+        RestoreOutcome restore;
+        {
+            const Turnstile::Hold busy =
+                action.carryingOut(u"Reinstating system…"_s, {.match = true, .startupItems = true});
+            restore = co_await m_system.reinstateWholeSystem();
+        }
+        action.outcome.restore = restore;
+        action.outcome.succeeded = restore.succeeded;
+        co_await action.tell(reinstateAlert(restore));
+    });
+}
+
+/// None where nobody is there to be asked: it isn't looked for a baseline then.
+QCoro::Task<std::optional<Alert>> SystemActions::questionBeforeReinstating(Action& action) {
+    std::optional<Alert> question;
+    if (action.asks()) {
+        const Turnstile::Hold busy = action.waiting();
+        const bool hasBaseline = co_await m_system.hasRestoreBaseline();
+        question = reinstateQuestion(hasBaseline);
+    }
+    co_return question;
+}
+
+QCoro::Task<ActionOutcome> SystemActions::applyStartup(const StartupConfiguration& configuration,
+                                                       ActionListener& listener) {
+    return m_stage.run(listener, [=, this](Action& action) -> QCoro::Task<void> {
+        if (!co_await action.passesGate(u"apply startup changes"_s)) {
+            co_return;
+        }
+        Review review = reviewOf(ReviewSubject::Startup);
+        review.prepare = [=, this] { return preview(configuration); };
+        if (!co_await action.isAgreedTo(review)) {
+            co_return;
+        }
+        const Turnstile::Hold noAutoLock = action.suppressAutoLock();
+        StartupApplyResult result;
+        {
+            const Turnstile::Hold busy =
+                action.carryingOut(u"Applying startup changes…"_s, {.match = true, .startupItems = true});
+            result = co_await m_system.applyStartupChanges(configuration);
+        }
+        action.outcome.succeeded = result.applySucceeded;
+        action.outcome.verification = result.verification;
+        const QCoro::Task<void> panel = action.showResult(resultPanel(ReviewSubject::Startup, action.outcome));
+        co_await action.tell(startupAlert(result));
+        co_await panel;
+    });
+}
+
+QCoro::Task<ReviewPreview> SystemActions::preview(StartupConfiguration configuration) {
+    co_return co_await m_system.previewStartupChanges(configuration);
+}
+
+} // namespace quorvane

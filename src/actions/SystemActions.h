@@ -1,0 +1,43 @@
+#pragma once
+
+#include "actions/ActionListener.h"
+#include "actions/ActionOutcome.h"
+#include "startup/items/StartupConfiguration.h"
+#include "system/SystemManager.h"
+
+#include <optional>
+
+namespace quorvane {
+
+class Action;
+class ActionStage;
+class ActiveProfile;
+class SystemScans;
+
+/// What a user does with the system as a whole.
+class SystemActions {
+public:
+    SystemActions(ActionStage& stage, SystemManager& system, SystemScans& scans, const ActiveProfile& active);
+
+    /// "Verify Current System Settings". Succeeded when a configuration fits.
+    QCoro::Task<ActionOutcome> verify(ActionListener& listener);
+    /// "Create System Snapshot".
+    QCoro::Task<ActionOutcome> saveSnapshot(const std::optional<QString>& label, SystemManager::MasterArchive archive,
+                                            ActionListener& listener);
+    /// "Reinstate System".
+    QCoro::Task<ActionOutcome> reinstate(ActionListener& listener);
+    /// Carries out the startup half of a profile, after a review.
+    QCoro::Task<ActionOutcome> applyStartup(const StartupConfiguration& configuration, ActionListener& listener);
+
+private:
+    std::optional<Alert> questionBeforeSnapshot() const;
+    QCoro::Task<std::optional<Alert>> questionBeforeReinstating(Action& action);
+    QCoro::Task<ReviewPreview> preview(StartupConfiguration configuration);
+
+    ActionStage& m_stage;
+    SystemManager& m_system;
+    SystemScans& m_scans;
+    const ActiveProfile& m_active;
+};
+
+} // namespace quorvane

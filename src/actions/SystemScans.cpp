@@ -1,0 +1,52 @@
+#include "actions/SystemScans.h"
+
+#include "actions/SavedProfiles.h"
+#include "actions/Tasks.h"
+#include "actions/Turnstile.h"
+#include "system/SystemManager.h"
+
+#include <QCoroFuture>
+#include <QCoroTask>
+
+namespace quorvane {
+
+SystemScans::SystemScans(SystemManager& system, SavedProfiles& profiles, Turnstile& turnstile, Tasks& tasks,
+                         QObject* parent)
+    : QObject(parent)
+    , m_system(system)
+    , m_profiles(profiles)
+    , m_turnstile(turnstile)
+    , m_tasks(tasks) {
+    connect(&m_turnstile, &Turnstile::idleChanged, this, [this] {
+        m_isOvertaken = m_isOvertaken || !m_turnstile.isIdle();
+        beginWhereIdle();
+    });
+}
+
+void SystemScans::request() {
+    m_isRequested = true;
+    beginWhereIdle();
+}
+
+void SystemScans::beginWhereIdle() {
+    if (m_isRequested && !m_isUnderWay && m_turnstile.isIdle()) {
+        m_tasks.start(carryOut());
+    }
+}
+
+QCoro::Task<void> SystemScans::carryOut() {
+    m_isRequested = false;
+    m_isUnderWay = true;
+    m_isOvertaken = false;
+    co_await scanned();
+    m_isUnderWay = false;
+    m_isRequested = m_isRequested || m_isOvertaken;
+    beginWhereIdle();
+}
+
+QCoro::Task<std::optional<SystemConfigurationMatch>> SystemScans::scanned() {
+    const ProfileListing listing = co_await m_profiles.list();
+    co_return co_await m_system.scanCurrentSystem(listing.profiles);
+}
+
+} // namespace quorvane

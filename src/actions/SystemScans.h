@@ -1,0 +1,49 @@
+#pragma once
+
+#include "matching/SystemConfigurationMatch.h"
+
+#include <QObject>
+
+#include <optional>
+
+namespace QCoro {
+template <typename T>
+class Task;
+}
+
+namespace quorvane {
+
+class SavedProfiles;
+class SystemManager;
+class Tasks;
+class Turnstile;
+
+/// The scans over the saved profiles. One that is asked for while something runs or is open follows once that is over; of
+/// several there is one; and one that an action has overtaken is repeated, because it may have read the Mac as it was
+/// before. Main thread.
+class SystemScans : public QObject {
+    Q_OBJECT
+
+public:
+    SystemScans(SystemManager& system, SavedProfiles& profiles, Turnstile& turnstile, Tasks& tasks,
+                QObject* parent = nullptr);
+
+    /// Has a scan follow that nobody waits for.
+    void request();
+    /// Scans now.
+    QCoro::Task<std::optional<SystemConfigurationMatch>> scanned();
+
+private:
+    void beginWhereIdle();
+    QCoro::Task<void> carryOut();
+
+    SystemManager& m_system;
+    SavedProfiles& m_profiles;
+    Turnstile& m_turnstile;
+    Tasks& m_tasks;
+    bool m_isRequested = false;
+    bool m_isUnderWay = false;
+    bool m_isOvertaken = false;
+};
+
+} // namespace quorvane

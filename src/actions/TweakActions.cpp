@@ -1,0 +1,94 @@
+#include "actions/TweakActions.h"
+
+#include "actions/ActionStage.h"
+#include "actions/ActionTexts.h"
+#include "system/SystemManager.h"
+
+#include <QCoroTask>
+
+namespace quorvane {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString kRevertActivity = u"revert performance tweaks"_s;
+const QString kReverting = u"Reverting performance tweaks…"_s;
+
+} // namespace
+
+QCoro::Task<ActionOutcome> TweakActions::execute(const PerformanceSettings& settings, const CleanReboot& cleanReboot,
+                                                 ActionListener& listener) {
+    return m_stage.run(listener, [=, this](Action& action) -> QCoro::Task<void> {
+        if (!co_await action.passesGate(u"apply performance tweaks"_s)) {
+            co_return;
+        }
+        Review review = reviewOf(ReviewSubject::Tweaks);
+        review.prepare = [=, this] { return preview(settings); };
+        if (!co_await action.isAgreedTo(review)) {
+            co_return;
+        }
+        const Turnstile::Hold noAutoLock = action.suppressAutoLock();
+        {
+            const Turnstile::Hold busy = action.carryingOut(u"Applying performance tweaks…"_s, {.match = true});
+            action.outcome.succeeded = co_await m_system.applyPerformanceTweaks(settings, cleanReboot);
+        }
+        action.outcome.verification = m_system.lastApplyVerification();
+        co_await action.showResult(resultPanel(ReviewSubject::Tweaks, action.outcome));
+    });
+}
+
+QCoro::Task<ReviewPreview> TweakActions::preview(PerformanceSettings settings) {
+    co_return TweaksApplyPreview{selectedTweakTitles(settings)};
+}
+
+QCoro::Task<ActionOutcome> TweakActions::undo(ActionListener& listener) {
+    return m_stage.run(listener, [this](Action& action) -> QCoro::Task<void> {
+        if (!co_await action.passesGate(kRevertActivity)) {
+            co_return;
+        }
+        const std::optional<Alert> question = co_await questionBeforeUndo(action);
+        if (!co_await action.isAgreedTo(question)) {
+            co_return;
+        }
+        RestoreOutcome restore;
+        {
+            const Turnstile::Hold busy = action.carryingOut(kReverting, {.match = true});
+            restore = co_await m_system.undoTweaks();
+        }
+        action.outcome.restore = restore;
+        action.outcome.succeeded = restore.succeeded;
+        co_await action.tell(undoAlert(restore));
+    });
+}
+
+/// None where nobody is there to be asked: it isn't looked for a baseline then.
+QCoro::Task<std::optional<Alert>> TweakActions::questionBeforeUndo(Action& action) {
+    std::optional<Alert> question;
+    if (action.asks()) {
+        const bool hasBaseline = co_await m_system.hasRestoreBaseline();
+        question = undoQuestion(hasBaseline);
+    }
+    co_return question;
+}
+
+QCoro::Task<ActionOutcome> TweakActions::revertAll(ActionListener& listener) {
+    return m_stage.run(listener, [this](Action& action) -> QCoro::Task<void> {
+        if (!co_await action.passesGate(kRevertActivity)) {
+            co_return;
+        }
+        const QSet<QString> managedBefore = m_system.managedStartupAppPaths();
+        RestoreOutcome restore;
+        {
+            const Turnstile::Hold busy = action.carryingOut(kReverting, {.match = true});
+            restore = co_await m_system.undoTweaks();
+        }
+        action.outcome.restore = restore;
+        action.outcome.succeeded = restore.succeeded;
+        const bool isUnchanged = m_system.managedStartupAppPaths() == managedBefore;
+        const LoginItemsAre loginItems = isUnchanged ? LoginItemsAre::Unchanged : LoginItemsAre::Changed;
+        co_await action.tell(revertAllAlert(restore, loginItems));
+    });
+}
+
+} // namespace quorvane

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QString>
+
+namespace QCoro {
+template <typename T>
+class Task;
+}
+
+namespace quorvane {
+
+/// The active profile's name on the desktop pictures, as those see it who say when it changes: nothing of pixels. It
+/// outlives its tasks. Main thread.
+class ProfileLabel {
+public:
+    ProfileLabel() = default;
+    ProfileLabel(const ProfileLabel&) = delete;
+    ProfileLabel& operator=(const ProfileLabel&) = delete;
+    virtual ~ProfileLabel() = default;
+
+    // Each task ends when the displays show what was asked for, or what a later call has asked for instead.
+
+    /// The option in Settings. @param name  of the active profile; empty when it isn't known
+    virtual QCoro::Task<void> setOverlayEnabled(bool enabled, QString name) = 0;
+    /// After an apply: brings the label up to date with the active profile.
+    /// @param name  empty when it isn't known. The last applied profile, the first saved one, or the name that stands there
+    ///              already is then taken.
+    virtual QCoro::Task<void> updateForAppliedProfile(QString name) = 0;
+    /// When another profile was chosen. The name that stands there already changes nothing.
+    virtual QCoro::Task<void> refreshForProfile(QString name) = 0;
+
+    /// Ends when nothing is under way any more.
+    virtual QCoro::Task<void> finished() = 0;
+
+    /// True when the option is on and every display shows the stored name's label.
+    virtual bool isOverlayInPlace() const = 0;
+};
+
+} // namespace quorvane

@@ -1,0 +1,269 @@
+#include "actions/ActionTexts.h"
+
+#include "actions/ActionOutcome.h"
+#include "maintenance/MaintenanceSelection.h"
+#include "network/NetworkOperations.h"
+#include "startup/apply/StartupVerification.h"
+
+#include <gtest/gtest.h>
+
+namespace quorvane {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr RestoreOutcome kFailed{false, RestoreSource::Snapshot, true};
+constexpr RestoreOutcome kToDefaults{true, RestoreSource::StandardDefaults, false};
+constexpr RestoreOutcome kFromSnapshot{true, RestoreSource::Snapshot, true};
+constexpr RestoreOutcome kFromBaseline{true, RestoreSource::Baseline, false};
+
+const ApplyVerificationResult kVerified{{{u"Siri"_s, u"disabled"_s}}, {}};
+const ApplyVerificationResult kPartly{{{u"Siri"_s, u"disabled"_s}}, {{u"App Nap"_s, u"still active"_s}}};
+
+void expectAlert(const ClosingAlert& alert, const QString& title, const QString& text) {
+    EXPECT_EQ(alert.title, title);
+    EXPECT_EQ(alert.text, text);
+}
+
+ApplyVerificationResult counted(int verified, int failed) {
+    ApplyVerificationResult result;
+    result.verified.fill({u"Siri"_s, u"disabled"_s}, verified);
+    result.failed.fill({u"App Nap"_s, u"still active"_s}, failed);
+    return result;
+}
+
+} // namespace
+
+// ---- Questions
+
+TEST(ActionQuestions, sayWhatTheyAreAboutAndWhichButtonDoesWhat) {
+    enum class Return { Does, Cancels };
+    const struct {
+        Alert question;
+        QString message;
+        QString text;
+        QString button;
+        Return onReturn;
+    } cases[] = {
+        {snapshotQuestion(u"Live"_s), u"Replace Restore Baseline?"_s,
+         u"“Live” is active. A snapshot taken now saves its settings, and Revert and Reinstate will return to them."_s,
+         u"Replace"_s, Return::Cancels},
+        {reinstateQuestion(true), u"Reinstate System"_s,
+         u"This will restore system settings to before optimization.\n\nYour saved restore baseline will be "
+         "used.\n\nAre you sure you want to continue?"_s,
+         u"Reinstate"_s, Return::Cancels},
+        {reinstateQuestion(false), u"Reinstate System"_s,
+         u"This will restore system settings to before optimization.\n\nNo restore baseline found — standard macOS "
+         "defaults will be applied.\n\nAre you sure you want to continue?"_s,
+         u"Reinstate"_s, Return::Cancels},
+        {defaultQuestion(), u"Apply Default Profile?"_s,
+         u"This will restore standard macOS performance settings.\n\nYour Mac will need to restart for all changes to "
+         "take full effect."_s,
+         u"Apply"_s, Return::Does},
+        {undoQuestion(true), u"Undo Performance Tweaks?"_s, u"Your saved settings will be restored."_s, u"Undo"_s,
+         Return::Does},
+        {undoQuestion(false), u"Undo Performance Tweaks?"_s,
+         u"No restore baseline found — standard macOS defaults will be applied."_s, u"Undo"_s, Return::Does},
+        {deleteQuestion(u"Live"_s), u"Delete Profile?"_s,
+         u"“Live” will be removed from saved profiles and the menu bar. This cannot be undone."_s, u"Delete"_s,
+         Return::Cancels},
+        {*purgeQuestion({false, true, false}), u"Delete Permanently?"_s,
+         u"Everything in the Trash will be deleted. This cannot be undone."_s, u"Delete"_s, Return::Cancels},
+        {*purgeQuestion({true, false, true}), u"Delete Permanently?"_s,
+         u"Everything in the Downloads folder will be deleted. This cannot be undone."_s, u"Delete"_s, Return::Cancels},
+        {*purgeQuestion({false, true, true}), u"Delete Permanently?"_s,
+         u"Everything in the Trash and the Downloads folder will be deleted. This cannot be undone."_s, u"Delete"_s,
+         Return::Cancels},
+        {restoreQuestion({u"Live"_s, u"Club"_s}, u"Latest Backup"_s), u"Replace Saved Profiles?"_s,
+         u"Live, Club will be replaced by their versions from Latest Backup."_s, u"Replace"_s, Return::Cancels},
+    };
+    for (const auto& [question, message, text, button, onReturn] : cases) {
+        SCOPED_TRACE(text.toStdString());
+        EXPECT_EQ(question.message, message);
+        EXPECT_EQ(question.informativeText, text);
+        EXPECT_EQ(question.buttons, QStringList({button, u"Cancel"_s}));
+        EXPECT_EQ(question.cancelButton, 1);
+        EXPECT_EQ(question.returnButton(), onReturn == Return::Does ? 0 : 1);
+        EXPECT_EQ(question.destructiveButton, onReturn == Return::Does ? std::nullopt : std::optional(0));
+    }
+    EXPECT_EQ(purgeQuestion({true, false, false}), std::nullopt) << "caches come back by themselves";
+}
+
+TEST(ActionQuestions, namesOfFilesStandInThemPlainAndOnOneLine) {
+    const struct {
+        QString text;
+        QString plain;
+    } cases[] = {{u"Live"_s, u"Live"_s},
+                 {u"Gig\nQuorvane needs"_s, u"Gig Quorvane needs"_s},
+                 {u"a\u202Eb\u2066c\u2028d\u0007e"_s, u"a b c d e"_s},
+                 {u"Späti 🎛"_s, u"Späti 🎛"_s},
+                 {QString(80, u'x'), QString(80, u'x')},
+                 {QString(60, u'x') + QString(60, u'y'), QString(39, u'x') + u'…' + QString(40, u'y')}};
+    for (const auto& [text, plain] : cases) {
+        EXPECT_EQ(plainText(text), plain);
+    }
+    EXPECT_TRUE(deleteQuestion(u"a\nb"_s).informativeText.startsWith(u"“a b” "_s));
+}
+
+// ---- Snapshots and the ways back
+
+TEST(RestoreAlerts, aSnapshotIsSavedOrNot) {
+    expectAlert(snapshotAlert(true), u"Snapshot Saved"_s,
+                u"Your current system setup has been saved as the restore baseline."_s);
+    expectAlert(snapshotAlert(false), u"Snapshot Failed"_s,
+                u"Could not save the restore baseline. Check the Logs tab for details."_s);
+}
+
+TEST(RestoreAlerts, anUndoSpeaksOfASnapshotWhereItsFileIsThere) {
+    const QString standard = u"Standard operation restored.\n\nPlease restart your Mac."_s;
+    expectAlert(undoAlert(kFromSnapshot), u"Success"_s,
+                u"Performance tweaks restored from your saved snapshot.\n\nPlease restart your Mac."_s);
+    expectAlert(undoAlert(kToDefaults), u"Success"_s, standard);
+    expectAlert(undoAlert(kFromBaseline), u"Success"_s, standard);
+    expectAlert(undoAlert(kFailed), u"Cancelled"_s,
+                u"System-level defaults were not restored. Check the Logs tab for details."_s);
+}
+
+TEST(RestoreAlerts, revertingAllSpeaksOfWhatItLeaves) {
+    const QString restored = u"Performance tweaks restored from your saved restore baseline.\n\n"_s;
+    const QString unchanged =
+        u"Login items, network, and launch agents are unchanged. Use Reinstate for a full restore.\n\n"_s;
+    const QString restart = u"Please restart your Mac."_s;
+    for (const RestoreOutcome& outcome : {kFromSnapshot, kFromBaseline}) {
+        expectAlert(revertAllAlert(outcome, LoginItemsAre::Unchanged), u"Success"_s, restored + unchanged + restart);
+        expectAlert(revertAllAlert(outcome, LoginItemsAre::Changed), u"Success"_s, restored + restart);
+    }
+    expectAlert(revertAllAlert(kToDefaults, LoginItemsAre::Unchanged), u"Success"_s,
+                u"Standard operation restored.\n\n"_s + restart);
+    expectAlert(revertAllAlert(kFailed, LoginItemsAre::Unchanged), u"Cancelled"_s,
+                u"System-level defaults were not restored."_s);
+}
+
+TEST(RestoreAlerts, defaultSpeaksOfABaselineWhereItWasTheSource) {
+    const QString fromBaseline = u"Standard macOS settings restored from your saved restore baseline.\n\n"
+                                 "Please restart your Mac."_s;
+    expectAlert(defaultAlert(kFromSnapshot), u"Default Applied"_s, fromBaseline);
+    expectAlert(defaultAlert(kFromBaseline), u"Default Applied"_s, fromBaseline);
+    expectAlert(defaultAlert(kToDefaults), u"Default Applied"_s,
+                u"Standard macOS settings restored.\n\nPlease restart your Mac."_s);
+    expectAlert(defaultAlert(kFailed), u"Cancelled"_s,
+                u"Default settings were not restored. Check the Logs tab for details."_s);
+}
+
+TEST(RestoreAlerts, theMenuSpeaksOfDefaultInItsOwnWords) {
+    const QString restart = u"\n\nPlease restart your Mac for changes to take full effect."_s;
+    expectAlert(menuDefaultAlert(kFromSnapshot), u"Defaults Restored"_s,
+                u"Standard macOS settings restored from your saved restore baseline."_s + restart);
+    expectAlert(menuDefaultAlert(kToDefaults), u"Defaults Restored"_s,
+                u"Standard macOS settings restored."_s + restart);
+    expectAlert(menuDefaultAlert(kFailed), u"Restore Cancelled"_s,
+                u"System defaults were not restored. Check the Logs tab for details."_s);
+}
+
+TEST(RestoreAlerts, aReinstatementSpeaksOfABaselineWhereItWasTheSource) {
+    const QString fromBaseline = u"System restored from your saved restore baseline.\n\n"
+                                 "Please restart your Mac for changes to take full effect."_s;
+    expectAlert(reinstateAlert(kFromSnapshot), u"Success"_s, fromBaseline);
+    expectAlert(reinstateAlert(kFromBaseline), u"Success"_s, fromBaseline);
+    expectAlert(reinstateAlert(kToDefaults), u"Success"_s,
+                u"System has been restored to standard defaults.\n\n"
+                "Please restart your Mac for changes to take full effect."_s);
+    expectAlert(reinstateAlert(kFailed), u"Cancelled"_s, u"System restoration was cancelled or failed."_s);
+}
+
+// ---- Other alerts
+
+TEST(ActionAlerts, aMatchIsToldByTheNameOfAProfileOrAsDefault) {
+    EXPECT_EQ(systemMatchAlert(
+                  SystemConfigurationMatch{u"Club 100%1"_s, MatchedConfigurationKind::savedProfile, counted(12, 0)}),
+              (ClosingAlert{u"System Verified"_s, u"Current system matches saved profile \"Club 100%1\".\n\n"
+                                                  "All 12 setting(s) verified on the system."_s}));
+    EXPECT_EQ(
+        systemMatchAlert(SystemConfigurationMatch{u"Default"_s, MatchedConfigurationKind::builtinMode, counted(2, 0)}),
+        (ClosingAlert{u"System Verified"_s,
+                      u"Current system matches Default.\n\nAll 2 setting(s) verified on the system."_s}));
+    EXPECT_EQ(systemMatchAlert({}),
+              (ClosingAlert{u"No Match Found"_s, u"No saved profile fully matches your current system settings.\n\n"
+                                                 "Check the Logs tab for details."_s}));
+}
+
+TEST(ActionAlerts, ofProfiles) {
+    expectAlert(restartAlert(u"Live"_s), u"Restart Required"_s,
+                u"\"Live\" has been applied.\n\nPlease reboot your Mac for all settings to take full effect."_s);
+    expectAlert(notLoadedAlert(u"Live"_s), u"Error"_s, u"Could not load profile \"Live\"."_s);
+    expectAlert(deletedAlert(u"Live"_s, true), u"Profile Deleted"_s, u"“Live” has been removed."_s);
+    expectAlert(deletedAlert(u"Live"_s, false), u"Error"_s, u"Could not delete profile \"Live\"."_s);
+}
+
+TEST(ActionAlerts, startupIsVerifiedOnlyWhereAllOfItIs) {
+    const QString restart = u"\n\nPlease restart your Mac."_s;
+    expectAlert(startupAlert({true, kVerified}), u"Startup Verified"_s,
+                u"All 1 setting(s) verified on the system."_s + restart);
+    expectAlert(startupAlert({true, kPartly}), u"Startup Partially Applied"_s,
+                u"1 verified, 1 not confirmed. Check Logs for details."_s + restart);
+    expectAlert(startupAlert({false, kVerified}), u"Startup Partially Applied"_s,
+                u"All 1 setting(s) verified on the system."_s + restart);
+}
+
+TEST(ActionAlerts, recordsBringTheirSentencesAlong) {
+    expectAlert(maintenanceAlert({false, {u"One."_s, u"Two."_s}}), u"Completed with Issues"_s, u"One.\n\nTwo."_s);
+    expectAlert(networkAlert({{u"One."_s}, true}), u"Success"_s, u"One."_s);
+    expectAlert(errorAlert(u"No."_s), u"Error"_s, u"No."_s);
+}
+
+// ---- Reviews
+
+TEST(ActionReviews, haveTheirTitlesButtonsAndWhatIsSaidWhereThereIsNothingToDo) {
+    const struct {
+        Review review;
+        QString title;
+        QString button;
+        QString nothingToDo;
+    } cases[] = {{reviewOf(ReviewSubject::Profile, u"Live"_s), u"Review Profile: Live"_s, u"Apply Profile"_s,
+                  u"This profile has no settings to apply."_s},
+                 {reviewOf(ReviewSubject::Tweaks), u"Review Performance Tweaks"_s, u"Apply Changes"_s,
+                  u"No performance tweaks are selected."_s},
+                 {reviewOf(ReviewSubject::Startup), u"Review Startup Changes"_s, u"Apply Changes"_s,
+                  u"No startup changes are selected."_s}};
+    for (const auto& [review, title, button, nothingToDo] : cases) {
+        EXPECT_EQ(review.title, title);
+        EXPECT_EQ(review.button, button);
+        EXPECT_EQ(review.nothingToDo, nothingToDo);
+    }
+}
+
+TEST(ActionReviews, canBeAppliedWhereThereIsSomethingToDo) {
+    StartupChangePreview network;
+    network.disableNetwork = true;
+    EXPECT_TRUE(canApply(ProfileApplyPreview{})) << "it puts all tweaks back";
+    EXPECT_FALSE(canApply(TweaksApplyPreview{}));
+    EXPECT_TRUE(canApply(TweaksApplyPreview{{u"Siri"_s}}));
+    EXPECT_FALSE(canApply(StartupChangePreview{}));
+    EXPECT_TRUE(canApply(network));
+}
+
+TEST(ActionReviews, theResultIsGoodOnlyWhereAllIsVerified) {
+    ActionOutcome outcome;
+    outcome.succeeded = true;
+    outcome.verification = kVerified;
+    const ResultPanel whole = resultPanel(ReviewSubject::Profile, outcome);
+    EXPECT_EQ(whole, (ResultPanel{u"All changes verified"_s, u"checkmark.seal.fill"_s,
+                                  u"Restart your Mac for all changes to take full effect."_s, kVerified}));
+    EXPECT_EQ(resultPanel(ReviewSubject::Startup, outcome), whole);
+    EXPECT_EQ(resultPanel(ReviewSubject::Tweaks, outcome).text, u"Restart your Mac for tweaks to take full effect."_s);
+
+    outcome.verification = kPartly;
+    const ResultPanel partly = resultPanel(ReviewSubject::Profile, outcome);
+    EXPECT_EQ(partly.title, u"Some changes could not be verified"_s);
+    EXPECT_EQ(partly.symbol, u"exclamationmark.triangle.fill"_s);
+    EXPECT_EQ(partly.text, u"Check the Logs tab for details. Grant Automation permission for System Events if login "
+                           "item changes failed."_s);
+    EXPECT_EQ(partly.verification, kPartly);
+
+    outcome.succeeded = false;
+    outcome.verification = kVerified;
+    EXPECT_EQ(resultPanel(ReviewSubject::Profile, outcome).title, partly.title);
+}
+
+} // namespace quorvane

@@ -1,0 +1,398 @@
+// Each action on its own: what the lock, a question and a cancel make of it, and its steps in order.
+
+#include "fakes/ActionSystem.h"
+
+#include <QRegularExpression>
+
+#include <functional>
+
+namespace quorvane {
+
+namespace {
+
+using Archive = SystemManager::MasterArchive;
+using Start = std::function<QCoro::Task<ActionOutcome>(Session& session, ActionListener& listener)>;
+
+const UnifiedProfile kLive = numberedProfile(1, u"Live"_s);
+
+/// Every action, the text that its gate says, and the title of the question or review that follows; empty without one.
+struct Row {
+    QString gate;
+    QString question;
+    Start start;
+};
+
+const QList<Row>& actions() {
+    static const QList<Row> rows{
+        {u"save a system snapshot"_s,
+         {},
+         [](Session& s, ActionListener& l) { return s.systemActions.saveSnapshot({}, Archive::No, l); }},
+        {u"reinstate the system"_s, u"! Reinstate System"_s,
+         [](Session& s, ActionListener& l) { return s.systemActions.reinstate(l); }},
+        {u"apply startup changes"_s, u"review: Review Startup Changes"_s,
+         [](Session& s, ActionListener& l) { return s.systemActions.applyStartup({}, l); }},
+        {u"apply performance tweaks"_s, u"review: Review Performance Tweaks"_s,
+         [](Session& s, ActionListener& l) { return s.tweakActions.execute({}, {}, l); }},
+        {u"revert performance tweaks"_s, u"! Undo Performance Tweaks?"_s,
+         [](Session& s, ActionListener& l) { return s.tweakActions.undo(l); }},
+        {u"revert performance tweaks"_s, {}, [](Session& s, ActionListener& l) { return s.tweakActions.revertAll(l); }},
+        {u"run maintenance"_s, u"! Delete Permanently?"_s,
+         [](Session& s, ActionListener& l) {
+             return s.maintenanceActions.execute({false, true, false}, l);
+         }},
+        {u"change the network"_s,
+         {},
+         [](Session& s, ActionListener& l) {
+             return s.networkActions.execute({true, false, false, false}, l);
+         }},
+        {u"back up profiles"_s, {}, [](Session& s, ActionListener& l) { return s.backupActions.backUp(l); }},
+        {u"restore profiles"_s,
+         {},
+         [](Session& s, ActionListener& l) { return s.backupActions.restore(u"latest.json"_s, l); }},
+        {u"change the wallpaper label"_s,
+         {},
+         [](Session& s, ActionListener& l) { return s.settingsActions.showLabel(u"Live"_s, l); }},
+        {u"change the wallpaper label"_s,
+         {},
+         [](Session& s, ActionListener& l) { return s.settingsActions.removeLabel(l); }},
+        {u"apply the Default profile"_s, u"! Apply Default Profile?"_s,
+         [](Session& s, ActionListener& l) { return s.profileActions.restoreDefault(StartedFrom::Page, l); }},
+        {u"restore default settings"_s, u"! Apply Default Profile?"_s,
+         [](Session& s, ActionListener& l) { return s.profileActions.restoreDefault(StartedFrom::Menu, l); }},
+        {u"switch profiles"_s, u"review: Review Profile: Live"_s,
+         [](Session& s, ActionListener& l) {
+             return s.profileActions.pick(kLive.name, kLive.id, StartedFrom::Page, l);
+         }},
+        {u"delete profiles"_s, u"! Delete Profile?"_s,
+         [](Session& s, ActionListener& l) { return s.profileActions.remove(kLive.name, kLive.id, l); }}};
+    return rows;
+}
+
+class ActionsTest : public ActionSystem {
+protected:
+    ActionsTest() { addProfile(kLive); }
+
+    void saveSnapshot() {
+        ASSERT_TRUE(ending(session->systemActions.saveSnapshot({}, Archive::No, *listener)).succeeded);
+        steps.clear();
+        trace.clear();
+    }
+    bool commandsWereRun() const { return !trace.isEmpty(); }
+};
+
+} // namespace
+
+// ---- The lock, questions, cancelling
+
+TEST_F(ActionsTest, theLockKeepsEachFromBeginning) {
+    enableLock();
+    lock->lockIfEnabled();
+    steps.clear();
+    const auto before = defaults.values;
+    for (const Row& row : actions()) {
+        SCOPED_TRACE(row.gate.toStdString());
+        EXPECT_FALSE(ending(row.start(*session, *listener)).wasCarriedOut);
+        EXPECT_EQ(takeSteps(), (QStringList{u"activate"_s, u"windows to the front"_s,
+                                            u"! Quorvane is Locked | Enter your app password in the Quorvane window "
+                                            "to "_s +
+                                                row.gate + u". | OK"_s}));
+    }
+    EXPECT_FALSE(commandsWereRun());
+    EXPECT_EQ(defaults.values, before);
+}
+
+TEST_F(ActionsTest, cancelledNoneLeavesATrace) {
+    alerts.press(1);
+    listener->agreesToReviews = false;
+    const auto before = defaults.values;
+    for (const Row& row : actions()) {
+        if (row.question.isEmpty()) {
+            continue;
+        }
+        SCOPED_TRACE(row.gate.toStdString());
+        const ActionOutcome outcome = ending(row.start(*session, *listener));
+        EXPECT_FALSE(outcome.wasCarriedOut);
+        EXPECT_EQ(outcome.alert, std::nullopt);
+        const QStringList asked = takeSteps().filter(QRegularExpression(u"^(!|review)"_s));
+        ASSERT_EQ(asked.size(), 1);
+        EXPECT_TRUE(asked.first().startsWith(row.question)) << asked.first().toStdString();
+        EXPECT_TRUE(session->turnstile.isIdle());
+    }
+    EXPECT_FALSE(commandsWereRun());
+    EXPECT_EQ(defaults.values, before);
+    EXPECT_EQ(namesOf(session->profileStore.listProfiles()), QStringList(u"Live"_s));
+}
+
+TEST_F(ActionsTest, lockedWhileTheyAskNoneGoesOn) {
+    enableLock();
+    for (const Row& row : actions()) {
+        if (row.question.isEmpty()) {
+            continue;
+        }
+        SCOPED_TRACE(row.gate.toStdString());
+        ASSERT_TRUE(lock->unlockWithPassword(kPassword));
+        alerts.hold();
+        listener->held.emplace().start();
+        steps.clear();
+        QCoro::Task<ActionOutcome> action = row.start(*session, *listener);
+        processEventsUntil([&] { return steps.filter(row.question).size() == 1; });
+        alerts.answer(0);
+        listener->held->finish();
+        lock->lockIfEnabled();
+        EXPECT_FALSE(QCoro::waitFor(action).wasCarriedOut);
+    }
+    EXPECT_FALSE(commandsWereRun());
+}
+
+TEST_F(ActionsTest, noneBeginsWhileAnotherIsAsking) {
+    alerts.hold();
+    QCoro::Task<ActionOutcome> first = session->tweakActions.undo(*listener);
+    processEventsUntil([this] { return alerts.openCount() == 1; });
+    steps.clear();
+    for (const Row& row : actions()) {
+        EXPECT_FALSE(ending(row.start(*session, *listener)).wasCarriedOut) << row.gate.toStdString();
+    }
+    EXPECT_EQ(takeSteps(), QStringList());
+    alerts.cancelOpen();
+    EXPECT_FALSE(QCoro::waitFor(first).wasCarriedOut);
+}
+
+// ---- The system
+
+TEST_F(ActionsTest, verifyTellsWhatFits) {
+    const ActionOutcome outcome = ending(session->systemActions.verify(*listener));
+    EXPECT_EQ(outcome.succeeded, outcome.match.has_value());
+    EXPECT_EQ(takeSteps(), (QStringList{u"busy: Verifying system settings…"_s,
+                                        u"log: [VERIFY] Scanning current system settings..."_s,
+                                        u"post: QuorvaneSystemVerified"_s, u"idle"_s,
+                                        u"! No Match Found | No saved profile fully matches your current system "
+                                        "settings.\n\nCheck the Logs tab for details. | OK"_s,
+                                        u"anew: "_s}));
+}
+
+TEST_F(ActionsTest, aSnapshotIsSavedUnasked) {
+    EXPECT_TRUE(ending(session->systemActions.saveSnapshot(u"Manual snapshot"_s, Archive::No, *listener)).succeeded);
+    EXPECT_EQ(
+        takeSteps(),
+        (QStringList{u"busy: Saving system snapshot…"_s, u"log: Capturing system snapshot..."_s,
+                     u"post: QuorvaneRestoreBaselineSaved"_s, u"idle"_s,
+                     u"! Snapshot Saved | Your current system setup has been saved as the restore baseline. | OK"_s,
+                     u"anew: snapshot"_s}));
+}
+
+TEST_F(ActionsTest, aSnapshotOfAnActiveProfileIsAskedFor) {
+    makeActive(kLive);
+    alerts.press(1);
+    EXPECT_FALSE(ending(session->systemActions.saveSnapshot({}, Archive::No, *listener)).wasCarriedOut);
+    EXPECT_EQ(takeSteps(),
+              QStringList(u"! Replace Restore Baseline? | “Live” is active. A snapshot taken now saves "
+                          "its settings, and Revert and Reinstate will return to them. | Replace, Cancel"_s));
+    alerts.press(0);
+    EXPECT_TRUE(ending(session->systemActions.saveSnapshot({}, Archive::No, *listener)).succeeded);
+}
+
+TEST_F(ActionsTest, reinstateLooksForTheBaselineWhileItIsBusyAndAsks) {
+    const ActionOutcome outcome = ending(session->systemActions.reinstate(*listener));
+    EXPECT_TRUE(outcome.succeeded);
+    EXPECT_EQ(outcome.restore, (RestoreOutcome{true, RestoreSource::StandardDefaults, false}));
+    EXPECT_EQ(takeSteps(),
+              (QStringList{u"busy: "_s, u"idle"_s,
+                           u"! Reinstate System | This will restore system settings to before optimization.\n\nNo "
+                           "restore baseline found — standard macOS defaults will be applied.\n\nAre you sure you want "
+                           "to continue? | Reinstate, Cancel"_s,
+                           u"busy: Reinstating system…"_s, u"log: [REINSTATE] Restoring system..."_s, u"idle"_s,
+                           u"! Success | System has been restored to standard defaults.\n\nPlease restart your Mac for "
+                           "changes to take full effect. | OK"_s,
+                           u"anew: match, items"_s}));
+    saveSnapshot();
+    EXPECT_TRUE(ending(session->systemActions.reinstate(*listener)).succeeded);
+    EXPECT_TRUE(
+        takeSteps().filter(u"! Reinstate System"_s).first().contains(u"Your saved restore baseline will be used."_s));
+}
+
+TEST_F(ActionsTest, startupIsReviewedAppliedAndTold) {
+    StartupConfiguration configuration;
+    configuration.disableNetworkAtStartup = true;
+    listener->preparesReviews = true;
+    const ActionOutcome outcome = ending(session->systemActions.applyStartup(configuration, *listener));
+    EXPECT_TRUE(outcome.wasCarriedOut);
+    EXPECT_TRUE(outcome.verification.has_value());
+    EXPECT_TRUE(std::get<StartupChangePreview>(*listener->preview).disableNetwork);
+    const QStringList taken = takeSteps();
+    EXPECT_EQ(taken.first(), u"review: Review Startup Changes | Apply Changes"_s);
+    const qsizetype panel = taken.indexOf(QRegularExpression(u"^panel: .*"_s));
+    ASSERT_GT(panel, 0) << taken.join(u'\n').toStdString();
+    EXPECT_EQ(taken.at(panel - 1), u"idle"_s);
+    EXPECT_TRUE(taken.contains(u"busy: Applying startup changes…"_s));
+    EXPECT_TRUE(taken.at(panel + 1).startsWith(u"! Startup "_s));
+    EXPECT_EQ(taken.last(), u"anew: match, items"_s);
+}
+
+// ---- Tweaks
+
+TEST_F(ActionsTest, tweaksAreReviewedAndApplied) {
+    PerformanceSettings settings;
+    settings.siri = true;
+    listener->preparesReviews = true;
+    EXPECT_TRUE(ending(session->tweakActions.execute(settings, {}, *listener)).wasCarriedOut);
+    EXPECT_EQ(std::get<TweaksApplyPreview>(*listener->preview).enabledTweaks, selectedTweakTitles(settings));
+    EXPECT_EQ(takeSteps(), (QStringList{u"review: Review Performance Tweaks | Apply Changes"_s,
+                                        u"busy: Applying performance tweaks…"_s,
+                                        u"log: Starting Audio Performance optimizations..."_s, u"idle"_s,
+                                        u"panel: Some changes could not be verified"_s, u"anew: match"_s}));
+}
+
+TEST_F(ActionsTest, undoAsksAndRevertAllDoesNot) {
+    EXPECT_TRUE(ending(session->tweakActions.undo(*listener)).succeeded);
+    const QString log = u"log: Undoing Audio Performance tweaks (no snapshot — using standard defaults)..."_s;
+    EXPECT_EQ(takeSteps(),
+              (QStringList{u"! Undo Performance Tweaks? | No restore baseline found — standard macOS defaults will be "
+                           "applied. | Undo, Cancel"_s,
+                           u"busy: Reverting performance tweaks…"_s, log, u"idle"_s,
+                           u"! Success | Standard operation restored.\n\nPlease restart your Mac. | OK"_s,
+                           u"anew: match"_s}));
+    EXPECT_TRUE(ending(session->tweakActions.revertAll(*listener)).succeeded);
+    EXPECT_EQ(takeSteps(), (QStringList{u"busy: Reverting performance tweaks…"_s, log, u"idle"_s,
+                                        u"! Success | Standard operation restored.\n\nPlease restart your Mac. | OK"_s,
+                                        u"anew: match"_s}));
+    saveSnapshot();
+    EXPECT_TRUE(ending(session->tweakActions.undo(*listener)).succeeded);
+    EXPECT_TRUE(takeSteps().first().contains(u"Your saved settings will be restored."_s));
+    EXPECT_TRUE(ending(session->tweakActions.revertAll(*listener)).succeeded);
+    EXPECT_TRUE(takeSteps().filter(u"! Success"_s).first().contains(u"launch agents are unchanged."_s));
+}
+
+TEST_F(ActionsTest, aRefusedPromptIsTold) {
+    scripts.failNext(u"User canceled."_s);
+    const ActionOutcome outcome = ending(session->tweakActions.revertAll(*listener));
+    EXPECT_TRUE(outcome.wasCarriedOut);
+    EXPECT_FALSE(outcome.succeeded);
+    EXPECT_EQ(takeSteps().mid(3),
+              (QStringList{u"! Cancelled | System-level defaults were not restored. | OK"_s, u"anew: match"_s}));
+}
+
+// ---- Maintenance and network
+
+TEST_F(ActionsTest, maintenanceAsksOnlyWhereSomethingIsDeletedForGood) {
+    EXPECT_TRUE(ending(session->maintenanceActions.execute({true, false, false}, *listener)).succeeded);
+    EXPECT_EQ(takeSteps(), (QStringList{u"busy: Running maintenance…"_s, u"log: Starting cache cleanup..."_s, u"idle"_s,
+                                        u"! Success | System caches cleared. | OK"_s, u"anew: "_s}));
+    EXPECT_TRUE(ending(session->maintenanceActions.execute({false, true, true}, *listener)).succeeded);
+    EXPECT_EQ(takeSteps().first(), u"! Delete Permanently? | Everything in the Trash and the Downloads folder will be "
+                                   "deleted. This cannot be undone. | Delete, Cancel"_s);
+}
+
+TEST_F(ActionsTest, theNetworkIsScannedAfterwards) {
+    EXPECT_TRUE(ending(session->networkActions.execute({true, false, false, false}, *listener)).succeeded);
+    EXPECT_EQ(
+        takeSteps(),
+        (QStringList{u"busy: Running network operations…"_s, u"log: Starting DNS & DHCP Cache Flush..."_s, u"idle"_s,
+                     u"! Success | DNS and DHCP caches flushed successfully. | OK"_s, u"anew: match"_s}));
+    scripts.failNext(u"User canceled."_s);
+    EXPECT_FALSE(ending(session->networkActions.execute({true, false, false, false}, *listener)).succeeded);
+}
+
+// ---- The label
+
+TEST_F(ActionsTest, theLabelGetsTheActiveName) {
+    EXPECT_TRUE(ending(session->settingsActions.showLabel(u"Club"_s, *listener)).succeeded);
+    makeActive(kLive);
+    label->isInPlace = false;
+    EXPECT_FALSE(ending(session->settingsActions.showLabel({}, *listener)).succeeded) << "a display was left out";
+    EXPECT_TRUE(ending(session->settingsActions.removeLabel(*listener)).succeeded);
+    EXPECT_EQ(takeSteps(), (QStringList{u"label on: Live"_s, u"anew: "_s, u"label off"_s, u"anew: "_s}));
+}
+
+TEST_F(ActionsTest, aLabelThatThrowsEndsItsActionAlone) {
+    label->isBroken = true;
+    EXPECT_FALSE(ending(session->settingsActions.removeLabel(*listener)).succeeded);
+    EXPECT_EQ(takeSteps(), (QStringList{u"label off"_s, u"log: [ERROR] no paint"_s, u"anew: "_s}));
+    EXPECT_TRUE(session->turnstile.isIdle());
+}
+
+// ---- Backups
+
+namespace {
+
+class BackupActionsTest : public ActionsTest {
+protected:
+    BackupActionsTest() {
+        cloud.account = true;
+        cloud.container = u"/Users/alex/Library/Mobile Documents/7KX2MR04TD~com~quorvane~app"_s;
+    }
+    static inline const QString kLatest = u"latest.json"_s;
+};
+
+} // namespace
+
+TEST_F(BackupActionsTest, aBackupTellsWhatWasWritten) {
+    EXPECT_TRUE(ending(session->backupActions.backUp(*listener)).succeeded);
+    EXPECT_EQ(takeSteps(), (QStringList{u"busy: Syncing profiles with iCloud…"_s, u"idle"_s,
+                                        u"! Backup Complete | Saved 1 profile(s) to iCloud.\n\nLatest Backup\nDefault "
+                                        "Profile (Current)\nDefault Profile (Previous) | OK"_s,
+                                        u"anew: backups"_s}));
+    EXPECT_TRUE(ending(session->backupActions.refresh(*listener)).succeeded);
+    EXPECT_EQ(takeSteps(), (QStringList{u"busy: Syncing profiles with iCloud…"_s, u"idle"_s, u"anew: backups"_s}));
+    EXPECT_FALSE(session->cloudBackups.backups().isEmpty());
+}
+
+TEST_F(BackupActionsTest, withoutAnAccountItIsAnError) {
+    cloud.account = false;
+    EXPECT_FALSE(ending(session->backupActions.backUp(*listener)).succeeded);
+    EXPECT_TRUE(takeSteps().at(2).startsWith(u"! Error | iCloud Drive is not available."_s));
+    EXPECT_FALSE(ending(session->backupActions.restore(kLatest, *listener)).wasCarriedOut);
+    EXPECT_TRUE(takeSteps().last().startsWith(u"! Error | iCloud Drive is not available."_s));
+}
+
+TEST_F(BackupActionsTest, aRestoreAsksOnlyWhereASavedProfileWouldBecomeAnother) {
+    ASSERT_TRUE(ending(session->backupActions.backUp(*listener)).succeeded);
+    steps.clear();
+    EXPECT_TRUE(ending(session->backupActions.restore(kLatest, *listener)).succeeded);
+    EXPECT_FALSE(takeSteps().join(u'\n').contains(u"Replace Saved Profiles?"_s)) << "it is the same";
+
+    UnifiedProfile edited = kLive;
+    edited.settings.siri = true;
+    addProfile(edited);
+    session->savedProfiles.tellChanged();
+    steps.clear();
+    alerts.press(1);
+    EXPECT_FALSE(ending(session->backupActions.restore(kLatest, *listener)).wasCarriedOut);
+    EXPECT_TRUE(session->profileStore.loadProfile(u"Live"_s)->settings.siri);
+    alerts.press(0);
+    steps.clear();
+    EXPECT_TRUE(ending(session->backupActions.restore(kLatest, *listener)).succeeded);
+    EXPECT_EQ(takeSteps(),
+              (QStringList{u"busy: Restoring profiles from iCloud…"_s, u"idle"_s,
+                           u"! Replace Saved Profiles? | Live will be replaced by their versions from "
+                           "Latest Backup. | Replace, Cancel"_s,
+                           u"busy: Restoring profiles from iCloud…"_s, u"idle"_s, u"post: QuorvaneProfilesChanged"_s,
+                           u"! Profiles Restored | 1 updated | OK"_s, u"anew: match"_s}));
+    EXPECT_FALSE(session->profileStore.loadProfile(u"Live"_s)->settings.siri);
+}
+
+TEST_F(BackupActionsTest, aBackupThatIsNotThereIsAnError) {
+    EXPECT_FALSE(ending(session->backupActions.restore(u"none.json"_s, *listener)).wasCarriedOut);
+    EXPECT_EQ(takeSteps().last(), u"! Error | The selected iCloud backup could not be found. | OK"_s);
+}
+
+TEST(NamesReplacedBy, areThoseOfProfilesWithAnotherContent) {
+    UnifiedProfile edited = kLive;
+    edited.settings.siri = true;
+    UnifiedProfile renamed = kLive;
+    renamed.name = u"Late"_s;
+    const struct {
+        QList<UnifiedProfile> backedUp;
+        QStringList names;
+    } cases[] = {{{}, {}},
+                 {{kLive}, {}},
+                 {{edited}, {u"Live"_s}},
+                 {{renamed}, {u"Live"_s}},
+                 {{numberedProfile(2, u"Live"_s)}, {}}};
+    for (const auto& [backedUp, names] : cases) {
+        ProfileCloudBackup backup;
+        backup.profiles = backedUp;
+        EXPECT_EQ(namesReplacedBy(backup, {kLive, numberedProfile(3, u"Club"_s)}), names);
+    }
+}
+
+} // namespace quorvane
