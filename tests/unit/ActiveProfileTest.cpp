@@ -12,7 +12,7 @@ UnifiedProfile profileWithSiri(int number, const QString& name) {
     return profile;
 }
 
-const UnifiedProfile kLive = profileWithSiri(1, u"Live"_s);
+const UnifiedProfile kLiveWithSiri = profileWithSiri(1, u"Live"_s);
 const ApplyVerificationResult kChecked{{{u"Siri"_s, u"disabled"_s}}, {}};
 
 SystemConfigurationMatch matchOf(const QString& name, MatchedConfigurationKind kind) {
@@ -32,8 +32,8 @@ protected:
 
 TEST(ActiveConfigurationTest, goesByTheMatchOnceThereWasAScan) {
     using Kind = MatchedConfigurationKind;
-    const QList<UnifiedProfile> saved{kLive};
-    const ActiveConfiguration live{u"Live"_s, true, kLive.id, kChecked, kLive.settings};
+    const QList<UnifiedProfile> saved{kLiveWithSiri};
+    const ActiveConfiguration live{u"Live"_s, true, kLiveWithSiri.id, kChecked, kLiveWithSiri.settings};
     ActiveConfiguration unscanned = live;
     unscanned.verification.reset();
     const struct {
@@ -60,22 +60,22 @@ TEST(ActiveConfigurationTest, goesByTheMatchOnceThereWasAScan) {
 }
 
 TEST_F(ActiveProfileTest, tellsOnlyOfWhatHasChanged) {
-    addProfile(kLive);
-    session->system.recordAppliedConfiguration(kLive, kChecked);
+    addProfile(kLiveWithSiri);
+    session->system.recordAppliedConfiguration(kLiveWithSiri, kChecked);
     EXPECT_EQ(changes, 1);
     EXPECT_EQ(current().name, u"Live"_s);
     EXPECT_EQ(current().id, std::nullopt) << "nobody has listed the profiles";
-    session->system.recordAppliedConfiguration(kLive, kChecked);
+    session->system.recordAppliedConfiguration(kLiveWithSiri, kChecked);
     session->activeProfile.update();
     EXPECT_EQ(changes, 1);
     session->savedProfiles.list();
     EXPECT_EQ(changes, 2);
-    EXPECT_EQ(current().id, kLive.id);
-    EXPECT_EQ(current().tweaks, kLive.settings);
+    EXPECT_EQ(current().id, kLiveWithSiri.id);
+    EXPECT_EQ(current().tweaks, kLiveWithSiri.settings);
 }
 
 TEST_F(ActiveProfileTest, beforeTheFirstScanItFollowsTheNameThatWasAppliedLast) {
-    addProfile(kLive);
+    addProfile(kLiveWithSiri);
     session->savedProfiles.list();
     defaults.setString(kQuorvaneLastAppliedProfileName, u"Live"_s);
     EXPECT_EQ(current(), ActiveConfiguration{});
