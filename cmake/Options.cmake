@@ -49,21 +49,4 @@ function(quorvane_library name)
     cmake_parse_arguments(arg "" "" "SOURCES;LINKS;PRIVATE_LINKS" ${ARGN})
     add_library(${name} STATIC ${arg_SOURCES})
     target_link_libraries(${name} PUBLIC quorvane_options ${arg_LINKS} PRIVATE ${arg_PRIVATE_LINKS})
-    quorvane_keep_apart(${name})
-endfunction()
-
-# Files that a unity build compiles by themselves, because a helper of theirs bears the same name as another file's.
-set(QUORVANE_APART
-    src/startup/launchd/LaunchItems+Restore.cpp)
-
-# quorvane_keep_apart(NAME): for a target of the directory that calls it.
-function(quorvane_keep_apart name)
-    get_target_property(sources ${name} SOURCES)
-    foreach(source IN LISTS sources)
-        cmake_path(ABSOLUTE_PATH source OUTPUT_VARIABLE path)
-        cmake_path(RELATIVE_PATH path BASE_DIRECTORY ${PROJECT_SOURCE_DIR})
-        if(path IN_LIST QUORVANE_APART)
-            set_source_files_properties(${source} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
-        endif()
-    endforeach()
 endfunction()

@@ -10,9 +10,9 @@
 #include "platform/UserDefaults.h"
 #include "profiles/MasterProfileState.h"
 #include "profiles/ProfileCloudManager.h"
+#include "profiles/ProfileLabel.h"
 #include "system/SystemManager.h"
 #include "tweaks/ModeManager.h"
-#include "wallpaper/ProfileLabel.h"
 
 #include <QCoroTask>
 

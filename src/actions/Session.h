@@ -18,10 +18,10 @@
 #include "platform/Host.h"
 #include "profiles/MasterProfileState.h"
 #include "profiles/ProfileCloudManager.h"
+#include "profiles/ProfileLabel.h"
 #include "profiles/ProfileManager.h"
 #include "system/SystemManager.h"
 #include "tweaks/ModeManager.h"
-#include "wallpaper/ProfileLabel.h"
 
 #include <functional>
 #include <memory>

@@ -2,7 +2,7 @@
 
 #include "actions/ActionStage.h"
 #include "actions/ActiveProfile.h"
-#include "wallpaper/ProfileLabel.h"
+#include "profiles/ProfileLabel.h"
 
 #include <QCoroTask>
 

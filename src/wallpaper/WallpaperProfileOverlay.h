@@ -1,7 +1,7 @@
 #pragma once
 
+#include "profiles/ProfileLabel.h"
 #include "wallpaper/DesktopLabel.h"
-#include "wallpaper/ProfileLabel.h"
 
 #include <QFuture>
 #include <QObject>

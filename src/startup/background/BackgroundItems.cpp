@@ -10,6 +10,7 @@
 #include "startup/background/BackgroundLabels.h"
 #include "startup/items/StartupConfiguration.h"
 #include "startup/launchd/LaunchItemNames.h"
+#include "startup/launchd/Launchctl.h"
 #include "verification/ApplyVerificationResult.h"
 
 #include <QCoroFuture>
@@ -152,9 +153,9 @@ void BackgroundItems::disallowTargets(const QList<BackgroundDisableTarget>& targ
 
 QCoro::Task<bool> BackgroundItems::disableLabel(QString label) {
     const QString target = u"gui/%1/"_s.arg(host().machine.userId()) + label;
-    const QStringList bootout{u"/bin/launchctl"_s, u"bootout"_s, target};
+    const QStringList bootout{kLaunchctlTool, u"bootout"_s, target};
     co_await runCommand(bootout, OutputCapture::Capture);
-    const QStringList disable{u"/bin/launchctl"_s, u"disable"_s, target};
+    const QStringList disable{kLaunchctlTool, u"disable"_s, target};
     const CommandResult result = co_await runCommand(disable, OutputCapture::Capture);
     const QString output = result.standardOutput + result.standardError;
     const bool isDisabled =

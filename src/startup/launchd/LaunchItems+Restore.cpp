@@ -13,6 +13,7 @@
 #include "platform/Machine.h"
 #include "startup/launchd/BackupFolders.h"
 #include "startup/launchd/LaunchItemNames.h"
+#include "startup/launchd/Launchctl.h"
 
 #include <QCoroTask>
 
@@ -24,7 +25,6 @@ namespace {
 
 using Kind = FileStatus::Kind;
 
-const QString kLaunchctl = u"/bin/launchctl"_s;
 const QString kLibrary = u"/Library"_s; // root's on every Mac
 
 /// The names of the plists that wait in the user's backup folder or were to come back, sorted.
@@ -94,13 +94,13 @@ QCoro::Task<void> LaunchItems::enableUsersJob(QString plist) {
     const QString label = launchJobLabel(plist, host().propertyLists);
     if (!label.isEmpty()) {
         const QString job = u"gui/%1/"_s.arg(host().machine.userId()) + label;
-        const QStringList enable{kLaunchctl, u"enable"_s, job};
+        const QStringList enable{kLaunchctlTool, u"enable"_s, job};
         co_await runCommand(enable, OutputCapture::Discard);
     }
 }
 
 QCoro::Task<void> LaunchItems::load(QString plist) {
-    const QStringList load{kLaunchctl, u"load"_s, plist};
+    const QStringList load{kLaunchctlTool, u"load"_s, plist};
     co_await runCommand(load, OutputCapture::Discard);
 }
 

@@ -11,6 +11,7 @@
 #include "startup/items/StartupItem.h"
 #include "startup/launchd/BackupFolders.h"
 #include "startup/launchd/LaunchItemNames.h"
+#include "startup/launchd/Launchctl.h"
 
 #include <QCoroTask>
 
@@ -21,8 +22,6 @@ namespace quorvane {
 using namespace Qt::StringLiterals;
 
 namespace {
-
-const QString kLaunchctl = u"/bin/launchctl"_s;
 
 /// What the log says of an item that stays although it was asked to go; empty when it may go.
 QString lineOfHeldBackItem(const QString& label, const QSet<QString>& excludedIds) {
@@ -129,9 +128,9 @@ QCoro::Task<bool> LaunchItems::disableUsersPlist(QString label, LaunchFolder fol
             host().files.remove(backup);
         }
         const QString domain = u"gui/%1"_s.arg(host().machine.userId());
-        const QStringList bootout{kLaunchctl, u"bootout"_s, domain, source};
+        const QStringList bootout{kLaunchctlTool, u"bootout"_s, domain, source};
         co_await runCommand(bootout, OutputCapture::Discard);
-        const QStringList unload{kLaunchctl, u"unload"_s, u"-w"_s, source};
+        const QStringList unload{kLaunchctlTool, u"unload"_s, u"-w"_s, source};
         co_await runCommand(unload, OutputCapture::Discard);
         host().files.move(source, backup);
     } catch (const FileError& error) {
