@@ -69,7 +69,7 @@ QCoro::Task<CommandResult> AdminBatch::run(QString script, QString prompt) {
     co_return CommandResult{};
 }
 
-QCoro::Task<CommandResult> AdminBatch::runTolerantly(QStringList commands, QString prompt) {
+QCoro::Task<CommandResult> AdminBatch::runTolerantly(const QStringList& commands, QString prompt) {
     return run(joinedAdminCommands(makeAdminCommandsTolerant(commands)), std::move(prompt));
 }
 

@@ -35,7 +35,7 @@ public:
     /// Queues the line when a batch is open, and gives status 0 at once; otherwise runs it.
     QCoro::Task<CommandResult> run(QString script, QString prompt);
     /// The same for commands that are made tolerant and joined.
-    QCoro::Task<CommandResult> runTolerantly(QStringList commands, QString prompt);
+    QCoro::Task<CommandResult> runTolerantly(const QStringList& commands, QString prompt);
 
     bool isOpen() const { return m_depth > 0; }
     int depth() const { return m_depth; }

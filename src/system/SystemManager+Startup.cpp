@@ -123,11 +123,11 @@ QSet<QString> SystemManager::profileStartupAppPaths() const {
     return paths;
 }
 
-QCoro::Task<bool> SystemManager::removeUnconfiguredManagedApps(StartupConfiguration configuration) {
+QCoro::Task<bool> SystemManager::removeUnconfiguredManagedApps(const StartupConfiguration& configuration) {
     return m_loginItems->removeManaged(managedStartupAppPaths() - pathsOf(configuration.startupLaunchItems()));
 }
 
-QCoro::Task<bool> SystemManager::removeManagedStartupApps(std::optional<QSet<QString>> paths) {
+QCoro::Task<bool> SystemManager::removeManagedStartupApps(const std::optional<QSet<QString>>& paths) {
     return m_loginItems->removeManaged(paths.value_or(managedStartupAppPaths()));
 }
 

@@ -241,9 +241,9 @@ public:
     /// The applications that any saved profile opens at login.
     QSet<QString> profileStartupAppPaths() const;
     /// Removes the managed applications that the configuration doesn't open.
-    QCoro::Task<bool> removeUnconfiguredManagedApps(StartupConfiguration configuration);
+    QCoro::Task<bool> removeUnconfiguredManagedApps(const StartupConfiguration& configuration);
     /// @param paths  the managed ones when absent
-    QCoro::Task<bool> removeManagedStartupApps(std::optional<QSet<QString>> paths);
+    QCoro::Task<bool> removeManagedStartupApps(const std::optional<QSet<QString>>& paths);
     QCoro::Task<bool> configureStartupApps(QList<StartupLaunchItem> launchItems);
     /// Stops windows and applications from reopening, and removes from login what isn't permitted.
     QCoro::Task<bool> applyCleanReboot(CleanReboot cleanReboot);

@@ -7,7 +7,7 @@ namespace quorvane {
 
 namespace {
 
-constexpr qint64 kMebibyte = 1024 * 1024;
+constexpr qint64 kMebibyte = qint64{1024} * 1024;
 
 class LargeProfile : public MeasuredRehearsal {
 protected:

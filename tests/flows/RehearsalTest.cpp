@@ -232,7 +232,7 @@ TEST_F(RehearsalOnLaptop, jsonTellsThePreviewTheItemsAndTheVerification) {
     EXPECT_FALSE(preview.contains("verification"));
 
     const macsim::Json discovered = json({u"--json"_s, u"discover"_s});
-    const macsim::Json items = discovered.at("startupItems");
+    const macsim::Json& items = discovered.at("startupItems");
     EXPECT_NE(std::find(items.begin(), items.end(),
                         macsim::Json({{"id", "login:/Applications/Google Drive.app"},
                                       {"name", "Google Drive"},

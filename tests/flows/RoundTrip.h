@@ -13,7 +13,7 @@ namespace quorvane {
 enum class WayBack { Revert, Reinstate };
 
 /// What is known of one round trip: capture, apply, the way back.
-struct RoundTrip {
+struct RoundTrip {                 // NOLINT(bugprone-exception-escape): the JSON class checks itself where it moves
     macsim::Json mac;              ///< the description of the Mac
     SystemSnapshot snapshot;       ///< what was captured
     QList<UnifiedProfile> applied; ///< in their order

@@ -16,12 +16,14 @@ const QString kStage = u"/Users/mika/Pictures/Stage.jpg"_s;
 const QString kDunes = u"/Users/mika/Pictures/Dunes.jpg"_s;
 
 class WallpaperOnSimulatedMac : public SimulatedSystem {
+public:
+    ~WallpaperOnSimulatedMac() override { QCoro::waitFor(overlay->finished()); }
+
 protected:
     WallpaperOnSimulatedMac()
         : SimulatedSystem(u"dj-laptop"_s) {
         startOverlay();
     }
-    ~WallpaperOnSimulatedMac() override { QCoro::waitFor(overlay->finished()); }
 
     void startOverlay() {
         overlay = std::make_unique<WallpaperProfileOverlay>(wallpaperPorts(host->host()));

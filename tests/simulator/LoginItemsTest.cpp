@@ -336,7 +336,9 @@ TEST_F(LoginItemsTest, whatOthersWriteIsSeen) {
 TEST_F(LoginItemsTest, changesAtTheSameTimeLoseNothing) {
     constexpr int kWriters = 4;
     constexpr int kItemsEach = 10;
+    constexpr std::size_t kItems = static_cast<std::size_t>(kWriters) * kItemsEach;
     std::vector<std::thread> writers;
+    writers.reserve(kWriters);
     for (int writer = 0; writer < kWriters; ++writer) {
         writers.emplace_back([this, writer] {
             LoginItems items(folder.mac);
@@ -348,8 +350,8 @@ TEST_F(LoginItemsTest, changesAtTheSameTimeLoseNothing) {
     for (std::thread& writer : writers) {
         writer.join();
     }
-    EXPECT_EQ(items().size(), 2U + kWriters * kItemsEach);
-    EXPECT_EQ(tasks()["records"].size(), std::size_t{kWriters * kItemsEach});
+    EXPECT_EQ(items().size(), 2U + kItems);
+    EXPECT_EQ(tasks()["records"].size(), kItems);
 }
 
 TEST_F(LoginItemsTest, manyItemsAreReadAndOneOfThemDeleted) {

@@ -23,6 +23,7 @@ protected:
         bench.user().createLink(u"/Users/alex/etc-out"_s, u"/etc"_s);
     }
 
+public:
     ~ShellHostile() override {
         EXPECT_EQ(QDir(bench.mac.outside()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
                   (QStringList{u"Mac"_s, u"secret"_s}));
@@ -31,6 +32,7 @@ protected:
         EXPECT_EQ(secret.readAll(), QByteArray("host"));
     }
 
+protected:
     ShellBench bench;
 };
 

@@ -21,7 +21,7 @@ QByteArray heicFile() {
     QFile file(QStringLiteral(QUORVANE_SOURCE_DIR "/examples/macs/fresh-macbook.json"));
     EXPECT_TRUE(file.open(QIODevice::ReadOnly));
     const QJsonArray files = QJsonDocument::fromJson(file.readAll()).object().value(u"files"_s).toArray();
-    for (const QJsonValue& each : files) {
+    for (const QJsonValue each : files) {
         if (each[u"path"_s].toString().endsWith(u".heic"_s)) {
             return QByteArray::fromBase64(each[u"base64"_s].toString().toLatin1());
         }

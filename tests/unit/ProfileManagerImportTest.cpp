@@ -117,7 +117,7 @@ TEST(ProfileImport, twoFilesOfOneProfileRefuseTheImportBeforeAnythingIsWritten) 
     live.id = QUuid(u"abcdef00-0000-4000-8000-000000000001"_s);
     store.addFile(u"Live.json"_s, live);
     store.addFile(u"Copy.json"_s, live);
-    const int changes = store.files.changes();
+    [[maybe_unused]] const int changes = store.files.changes();
     try {
         store.manager.importProfiles({numberedProfile(2, u"Gig"_s)});
         FAIL();

@@ -34,7 +34,7 @@ QCoro::Task<void> pass(TaskLock& lock, QStringList& trace, QString name, QFuture
 }
 
 QCoro::Task<void> fail(TaskLock& lock, QFuture<void> gate) {
-    const TaskLock::Hold hold = co_await lock.acquire();
+    [[maybe_unused]] const TaskLock::Hold hold = co_await lock.acquire();
     co_await gate;
     throw std::runtime_error("broken");
 }
@@ -173,8 +173,10 @@ TEST(TaskLock, thousandsMayWait) {
     Gate gate;
     QStringList trace;
     const auto first = pass(lock, trace, u"first"_s, gate.future());
+    constexpr int kTasks = 5000;
     std::vector<QCoro::Task<void>> waiting;
-    for (int number = 0; number < 5000; ++number) {
+    waiting.reserve(kTasks);
+    for (int number = 0; number < kTasks; ++number) {
         waiting.push_back(pass(lock, trace, QString::number(number), open()));
     }
     gate.open();

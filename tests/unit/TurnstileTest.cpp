@@ -52,7 +52,7 @@ TEST_F(TurnstileTest, whatIsBusyWithoutItCountsToo) {
 
 TEST_F(TurnstileTest, aBusyBracketEndsWithItsScopeHoweverThatIsLeft) {
     try {
-        const Turnstile::Hold busy = turnstile.busy(u"Applying profile…"_s);
+        [[maybe_unused]] const Turnstile::Hold busy = turnstile.busy(u"Applying profile…"_s);
         EXPECT_EQ(system.busyMessage(), u"Applying profile…"_s);
         throw std::runtime_error("left");
     } catch (const std::runtime_error&) {
