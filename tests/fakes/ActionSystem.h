@@ -101,6 +101,10 @@ private:
 /// each stretch of the log, what the label is asked for, notifications, reviews, and what is looked at anew. The commands
 /// are in `trace`.
 class ActionSystem : public ScriptedSystem {
+public:
+    /// What runs on without being awaited ends before the session does.
+    ~ActionSystem() override { QCoro::waitFor(session->shutDown()); }
+
 protected:
     ActionSystem() { start(); }
 
@@ -146,6 +150,11 @@ protected:
     void makeActive(const UnifiedProfile& profile) {
         session->system.recordAppliedConfiguration(profile, {});
         steps.clear();
+    }
+    /// The saved profiles are known. Reading them takes turns, so that it may not be done at once.
+    void listProfiles() {
+        session->savedProfiles.list();
+        QCoro::waitFor(session->finished());
     }
     QString lastApplied() const { return defaults.values.value(kQuorvaneLastAppliedProfileName).toString(); }
     QStringList takeSteps() { return std::exchange(steps, {}); }

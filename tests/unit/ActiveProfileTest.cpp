@@ -68,7 +68,7 @@ TEST_F(ActiveProfileTest, tellsOnlyOfWhatHasChanged) {
     session->system.recordAppliedConfiguration(kLiveWithSiri, kChecked);
     session->activeProfile.update();
     EXPECT_EQ(changes, 1);
-    session->savedProfiles.list();
+    listProfiles();
     EXPECT_EQ(changes, 2);
     EXPECT_EQ(current().id, kLiveWithSiri.id);
     EXPECT_EQ(current().tweaks, kLiveWithSiri.settings);
@@ -76,7 +76,7 @@ TEST_F(ActiveProfileTest, tellsOnlyOfWhatHasChanged) {
 
 TEST_F(ActiveProfileTest, beforeTheFirstScanItFollowsTheNameThatWasAppliedLast) {
     addProfile(kLiveWithSiri);
-    session->savedProfiles.list();
+    listProfiles();
     defaults.setString(kQuorvaneLastAppliedProfileName, u"Live"_s);
     EXPECT_EQ(current(), ActiveConfiguration{});
     session->activeProfile.update();

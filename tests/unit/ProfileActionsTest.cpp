@@ -179,7 +179,7 @@ TEST_F(ProfileActionsTest, aRefusedDefaultLeavesNamesAndWorkingCopy) {
 
 TEST_F(ProfileActionsTest, aRemovedProfileIsForgotten) {
     makeActive(live);
-    session->savedProfiles.list();
+    listProfiles();
     session->workingCopy.load(live);
     EXPECT_TRUE(ending(session->profileActions.remove(u"Live"_s, live.id, *listener)).succeeded);
     EXPECT_EQ(takeSteps(),

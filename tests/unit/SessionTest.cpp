@@ -74,6 +74,7 @@ TEST_F(SessionTest, withoutALockItNeverLooksForOne) {
     EXPECT_TRUE(ending(unlocked.maintenanceActions.execute({true, true, true}, terminal)).wasCarriedOut);
     EXPECT_TRUE(ending(unlocked.settingsActions.removeLabel(terminal)).wasCarriedOut);
     EXPECT_TRUE(ending(unlocked.systemActions.reinstate(terminal)).wasCarriedOut);
+    QCoro::waitFor(unlocked.finished());
     EXPECT_FALSE(preferences.stored.writtenKeys.mid(1).contains(kQuorvaneAppLockEnabled));
     EXPECT_TRUE(preferences.stored.values.value(kQuorvaneAppLockEnabled).toBool());
     EXPECT_TRUE(keychain.items.isEmpty());
