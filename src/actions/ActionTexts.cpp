@@ -39,9 +39,13 @@ QString restoredDefaults(const RestoreOutcome& outcome) {
                                 : u"Standard macOS settings restored."_s;
 }
 
+/// Of the format characters only those that turn the direction: others join the parts of one emoji or letter.
 bool turnsText(QChar character) {
-    return character.category() == QChar::Other_Format || character.category() == QChar::Other_Control ||
-           character == QChar::LineSeparator || character == QChar::ParagraphSeparator;
+    const char16_t code = character.unicode();
+    const bool turnsDirection = code == 0x061C || code == 0x200E || code == 0x200F ||
+                                (code >= 0x202A && code <= 0x202E) || (code >= 0x2066 && code <= 0x2069);
+    return turnsDirection || character.category() == QChar::Other_Control || character == QChar::LineSeparator ||
+           character == QChar::ParagraphSeparator;
 }
 
 } // namespace
@@ -56,8 +60,12 @@ QString plainText(const QString& text) {
     if (plain.size() <= kLongestName) {
         return plain;
     }
-    const qsizetype half = (kLongestName - 1) / 2;
-    return plain.left(half) + u'…' + plain.right(kLongestName - 1 - half);
+    // Between two characters: half of one would be none.
+    qsizetype head = (kLongestName - 1) / 2;
+    qsizetype tail = plain.size() - (kLongestName - 1 - head);
+    head -= plain.at(head).isLowSurrogate() ? 1 : 0;
+    tail += plain.at(tail).isLowSurrogate() ? 1 : 0;
+    return plain.left(head) + u'…' + plain.mid(tail);
 }
 
 // ---- Questions
@@ -184,7 +192,7 @@ ClosingAlert systemMatchAlert(const std::optional<SystemConfigurationMatch>& mat
                 u"No saved profile fully matches your current system settings.\n\nCheck the Logs tab for details."_s};
     }
     const QString configuration = match->kind == MatchedConfigurationKind::savedProfile
-                                      ? u"saved profile \"%1\""_s.arg(match->name)
+                                      ? u"saved profile \"%1\""_s.arg(plainText(match->name))
                                       : match->name;
     return {u"System Verified"_s,
             u"Current system matches %1.\n\n%2"_s.arg(configuration, summary(match->verification))};

@@ -7,6 +7,7 @@
 
 #include <QCoroFuture>
 #include <QCoroTask>
+#include <QScopeGuard>
 
 #include <algorithm>
 #include <optional>
@@ -92,10 +93,10 @@ QCoro::Task<void> BackupActions::carryOutRestore(Action& action, QString id) {
     }
     ProfileImportResult result;
     {
+        const auto tellChanged = qScopeGuard([this] { m_saved.tellChanged(); }); // a failed one may have saved some
         const Turnstile::Hold busy = action.carryingOut(kRestoring, {.match = true});
         result = co_await m_backups.restore(info, m_store);
     }
-    m_saved.tellChanged();
     action.outcome.succeeded = true;
     co_await action.tell(profilesRestoredAlert(result));
 }

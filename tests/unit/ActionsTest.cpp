@@ -370,6 +370,21 @@ TEST_F(BackupActionsTest, aRestoreAsksOnlyWhereASavedProfileWouldBecomeAnother) 
     EXPECT_FALSE(session->profileStore.loadProfile(u"Live"_s)->settings.siri);
 }
 
+TEST_F(BackupActionsTest, afterARestoreThatStopsHalfWayTheListIsReadAnew) {
+    addProfile(numberedProfile(2, u"Club"_s));
+    ASSERT_TRUE(ending(session->backupActions.backUp(*listener)).succeeded);
+    session->profileStore.deleteProfile(u"Live"_s);
+    session->profileStore.deleteProfile(u"Club"_s);
+    session->savedProfiles.tellChanged();
+    listProfiles();
+    steps.clear();
+    files.failAtChange(2);
+    EXPECT_FALSE(ending(session->backupActions.restore(kLatest, *listener)).succeeded);
+    listProfiles();
+    EXPECT_TRUE(takeSteps().contains(u"post: QuorvaneProfilesChanged"_s));
+    EXPECT_EQ(session->savedProfiles.known().profiles.size(), 1);
+}
+
 TEST_F(BackupActionsTest, aBackupThatIsNotThereIsAnError) {
     EXPECT_FALSE(ending(session->backupActions.restore(u"none.json"_s, *listener)).wasCarriedOut);
     EXPECT_EQ(takeSteps().last(), u"! Error | The selected iCloud backup could not be found. | OK"_s);
