@@ -144,8 +144,8 @@ ClosingAlert undoAlert(const RestoreOutcome& outcome) {
     if (!outcome.succeeded) {
         return {kCancelled, u"System-level defaults were not restored. Check the Logs tab for details."_s};
     }
-    const QString restored = outcome.hasSnapshotFile ? u"Performance tweaks restored from your saved snapshot."_s
-                                                     : u"Standard operation restored."_s;
+    const QString restored = hadBaseline(outcome) ? u"Performance tweaks restored from your saved snapshot."_s
+                                                  : u"Standard operation restored."_s;
     return {kSuccess, restored + kRestart};
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "readings/Reading.h"
+#include "readings/TimeMachine.h"
 #include "tweaks/TweakPreferences.h"
 
 #include <QString>
@@ -17,7 +18,7 @@ class FlowEnvironment;
 struct CommandResult;
 struct PowerSettings;
 
-/// Reads the live system, one tool after the other. It changes nothing, asks for nothing and logs nothing. A tool that
+/// Reads the live system, one tool after the other. It changes nothing there, asks for nothing and logs nothing. A tool that
 /// didn't answer is told apart from one that had no value to tell.
 class SystemReadings {
 public:
@@ -30,16 +31,21 @@ public:
     QCoro::Task<Reading<QString>> readPreference(const MacPreference& preference) const;
     /// None when the tool failed.
     QCoro::Task<Reading<PowerSettings>> readPowerSettings() const;
-    /// True while a backup is running at this moment, whatever the automatic backups are set to; none when
-    /// unknown.
-    QCoro::Task<Reading<bool>> readTimeMachineState() const;
-    /// True while the boot volume is indexed; none when unknown.
+    /// Whether automatic backups are made; none when unknown. What is seen on, the program hasn't left off: its note of that
+    /// ends here.
+    QCoro::Task<Reading<TimeMachineState>> readTimeMachineState() const;
+    /// Whether this program has switched the automatic backups off, as far as it knows.
+    bool hasSwitchedBackupsOff() const;
+    /// True while a backup runs, automatic or not; false also when unknown.
+    QCoro::Task<bool> readIsBackupRunning() const;
+    /// True while the boot volume is indexed, false while it isn't; none when unknown.
     QCoro::Task<Reading<bool>> readSpotlightState() const;
 
     /// The path of Notification Center's per-host preferences, a domain for `readDefaultValue`.
     QString notificationCenterPreferences() const;
 
 private:
+    QCoro::Task<Reading<TimeMachineState>> storedTimeMachineState() const;
     QCoro::Task<CommandResult> ask(QStringList arguments) const;
 
     FlowEnvironment& m_environment;

@@ -58,7 +58,7 @@ const char* nameOf(RestoreSource source) {
 }
 
 Json restoreJson(const RestoreOutcome& restore) {
-    return {{"source", nameOf(restore.source)}, {"hasSnapshotFile", restore.hasSnapshotFile}};
+    return {{"source", nameOf(restore.source)}};
 }
 
 Json matchJson(const SystemConfigurationMatch& match) {

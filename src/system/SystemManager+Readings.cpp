@@ -16,7 +16,7 @@ QCoro::Task<Reading<PowerSettings>> SystemManager::readPowerSettings() {
     return m_readings.readPowerSettings();
 }
 
-QCoro::Task<Reading<bool>> SystemManager::readTimeMachineState() {
+QCoro::Task<Reading<TimeMachineState>> SystemManager::readTimeMachineState() {
     return m_readings.readTimeMachineState();
 }
 

@@ -53,7 +53,8 @@ QCoro::Task<std::optional<RestoreBaseline>> SystemManager::selectRestoreBaseline
 
 QCoro::Task<bool> SystemManager::restoreFromSnapshot(SystemSnapshot snapshot) {
     co_await runTweakSteps(restoreSteps(snapshot, notificationCenterPreferences()));
-    const QStringList systemCommands = restoreSystemCommands(snapshot);
+    const QStringList systemCommands =
+        co_await effectiveCommands(restoreSystemCommands(snapshot), BackupSwitch::OfWayBack);
     if (!systemCommands.isEmpty()) {
         log(u"  [ACTION] Requesting Admin rights to restore captured system settings..."_s);
         const CommandResult result = co_await m_adminBatch->runTolerantly(systemCommands, kSystemChangesPrompt);
@@ -61,11 +62,6 @@ QCoro::Task<bool> SystemManager::restoreFromSnapshot(SystemSnapshot snapshot) {
             log(u"  [ERROR] Snapshot restoration was cancelled or failed: "_s + result.standardError);
             co_return false;
         }
-    }
-    if (snapshot.timeMachineEnabled == false) {
-        log(u"  [INFO] Time Machine stays off: no backup was running when these settings were saved. Turn it on in "
-            u"System "
-            "Settings."_s);
     }
     log(u"  [RESTORED] System snapshot applied."_s);
     log(u"\nRestore Complete! (Restart your Mac for full effect.)"_s);
@@ -134,8 +130,10 @@ QCoro::Task<RestoreOutcome> SystemManager::revertPerformanceTweaks() {
     }
     const bool isFinished =
         co_await finishAdminBatch(u"Quorvane needs your administrator password to restore performance tweaks."_s);
+    if (isFinished) {
+        co_await lookAtRestoredBackups(baseline ? baseline->snapshot.timeMachineEnabled : std::nullopt);
+    }
     outcome.succeeded = isRestored && isFinished;
-    outcome.hasSnapshotFile = snapshotManager().hasSnapshotFile();
     co_return outcome;
 }
 
@@ -151,9 +149,11 @@ QCoro::Task<RestoreOutcome> SystemManager::reinstateSystem() {
         const bool isRestored = co_await undoPerformanceTweaks();
         const bool isFinished =
             co_await finishAdminBatch(u"Quorvane needs your administrator password to restore system defaults."_s);
+        if (isFinished) {
+            co_await lookAtRestoredBackups(std::nullopt);
+        }
         outcome.succeeded = isRestored && isFinished;
     }
-    outcome.hasSnapshotFile = snapshotManager().hasSnapshotFile();
     invalidateStartupCaches();
     co_return outcome;
 }
@@ -169,6 +169,9 @@ QCoro::Task<bool> SystemManager::reinstateFromSnapshot(SystemSnapshot snapshot) 
     const bool isFinished =
         co_await finishAdminBatch(u"Quorvane needs your administrator password to restore your system."_s);
     co_await settleKeptLaunchItems();
+    if (isFinished) {
+        co_await lookAtRestoredBackups(snapshot.timeMachineEnabled);
+    }
     const bool succeeded = isRestored && hasNetwork && isFinished;
     co_return succeeded;
 }

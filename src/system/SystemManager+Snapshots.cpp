@@ -89,7 +89,11 @@ QCoro::Task<SystemSnapshot> SystemManager::readSystemSnapshot(std::optional<QStr
         const Reading<QString> reading = co_await m_readings.readPreference(preference);
         snapshot.*preference.value = reading.value;
     }
-    snapshot.timeMachineEnabled = (co_await readTimeMachineState()).value;
+    const Reading<TimeMachineState> timeMachine = co_await readTimeMachineState();
+    snapshot.timeMachineEnabled = automaticBackups(timeMachine.value);
+    if (timeMachine.value == TimeMachineState::NotPermitted) {
+        logUnreadableTimeMachine();
+    }
     snapshot.spotlightIndexingEnabled = (co_await readSpotlightState()).value;
     co_return snapshot;
 }

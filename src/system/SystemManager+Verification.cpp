@@ -2,8 +2,8 @@
 
 #include "startup/login/LoginItems.h"
 
+#include "readings/ValueTests.h"
 #include "verification/TweakVerification.h"
-#include "verification/ValueTests.h"
 
 #include <QCoroTask>
 
@@ -92,9 +92,15 @@ void SystemManager::logVerificationResult(const ApplyVerificationResult& result,
     log(u"\n[VERIFY] "_s + section);
     for (const ApplyVerificationResult::Item& item : result.verified) {
         log(u"  [OK] "_s + described(item));
+        if (!item.note.isEmpty()) {
+            log(u"  [INFO] "_s + item.note);
+        }
     }
     for (const ApplyVerificationResult::Item& item : result.failed) {
         log(u"  [MISSING] "_s + described(item));
+    }
+    if (result.lacksFullDiskAccess) {
+        logUnreadableTimeMachine();
     }
     log(result.failed.isEmpty() ? u"  [VERIFY] All settings confirmed on system."_s
                                 : u"  [VERIFY] %1 setting(s) could not be confirmed."_s.arg(result.failed.size()));

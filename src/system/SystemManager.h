@@ -78,8 +78,8 @@ public:
 
     // ---- Log
 
-    /// Appends one entry exactly as given: no time stamp, no prefix. An entry that contains "[WARNING]" is
-    /// dropped without a trace: the log stays free of warnings, whoever composes them.
+    /// Appends one entry exactly as given: no time stamp, no prefix. An entry whose own tag is "[WARNING]" is dropped
+    /// without a trace: the log stays free of warnings. What the user is to see of a failure is an "[ERROR]" or "[INFO]".
     void log(const QString& message) override;
     const QStringList& logMessages() const { return m_logMessages; }
 
@@ -316,9 +316,8 @@ public:
     QCoro::Task<Reading<QString>> readDefaultValue(QString domain, QString key,
                                                    PreferenceHost host = PreferenceHost::Any);
     QCoro::Task<Reading<PowerSettings>> readPowerSettings();
-    /// True while a backup is running at this moment, whatever the automatic backups are set to; none when
-    /// unknown.
-    QCoro::Task<Reading<bool>> readTimeMachineState();
+    /// Whether automatic backups are made, by what is stored; none when unknown.
+    QCoro::Task<Reading<TimeMachineState>> readTimeMachineState();
     /// True while the boot volume is indexed; none when unknown.
     QCoro::Task<Reading<bool>> readSpotlightState();
 
@@ -363,6 +362,12 @@ private:
     // SystemManager+Tweaks.cpp
     QCoro::Task<void> runTweakSteps(QList<TweakStep> steps);
     QCoro::Task<bool> verifyTweaks(PerformanceSettings settings, UnselectedTweaks unselected, CleanReboot cleanReboot);
+
+    // SystemManager+TimeMachine.cpp
+    enum class BackupSwitch { OfProfile, OfWayBack };
+    QCoro::Task<QStringList> effectiveCommands(QStringList commands, BackupSwitch origin);
+    QCoro::Task<void> lookAtRestoredBackups(std::optional<bool> captured);
+    void logUnreadableTimeMachine();
 
     // SystemManager+Snapshots.cpp
     QCoro::Task<SystemSnapshot> readSystemSnapshot(std::optional<QString> label);

@@ -118,12 +118,11 @@ TEST(RestoreAlerts, aSnapshotIsSavedOrNot) {
                 u"Could not save the restore baseline. Check the Logs tab for details."_s);
 }
 
-TEST(RestoreAlerts, anUndoSpeaksOfASnapshotWhereItsFileIsThere) {
-    const QString standard = u"Standard operation restored.\n\nPlease restart your Mac."_s;
-    expectAlert(undoAlert(kFromSnapshot), u"Success"_s,
-                u"Performance tweaks restored from your saved snapshot.\n\nPlease restart your Mac."_s);
-    expectAlert(undoAlert(kToDefaults), u"Success"_s, standard);
-    expectAlert(undoAlert(kFromBaseline), u"Success"_s, standard);
+TEST(RestoreAlerts, anUndoSpeaksOfASnapshotWhereTheUsersOwnValuesCameBack) {
+    const QString own = u"Performance tweaks restored from your saved snapshot.\n\nPlease restart your Mac."_s;
+    expectAlert(undoAlert(kFromSnapshot), u"Success"_s, own);
+    expectAlert(undoAlert(kFromBaseline), u"Success"_s, own);
+    expectAlert(undoAlert(kToDefaults), u"Success"_s, u"Standard operation restored.\n\nPlease restart your Mac."_s);
     expectAlert(undoAlert(kFailed), u"Cancelled"_s,
                 u"System-level defaults were not restored. Check the Logs tab for details."_s);
 }

@@ -197,7 +197,7 @@ void LoginItems::writeRemoved(const QList<LoginItem>& items) {
         host().files.writeAtomically(backupFolder(host().machine.homeFolder()) + u"/login_items.json"_s,
                                      jsonText(record));
     } catch (const FileError& error) {
-        log(u"  [WARNING] Could not record the removed login items: "_s + error.message());
+        log(u"  [ERROR] Could not record the removed login items: "_s + error.message());
     }
 }
 
