@@ -40,7 +40,7 @@ Alert restoreQuestion(const QStringList& names, const QString& title);
 
 // ---- What is told at the end
 
-ClosingAlert snapshotAlert(bool isSaved);
+ClosingAlert snapshotAlert(const SnapshotCapture& capture, MasterArchive archive);
 /// Of "Undo Performance Tweaks": it speaks of a snapshot where the file of one is there.
 ClosingAlert undoAlert(const RestoreOutcome& outcome);
 enum class LoginItemsAre { Unchanged, Changed };

@@ -1,6 +1,7 @@
 #include "readings/SystemReadings.h"
 
 #include "core/FlowEnvironment.h"
+#include "network/NetworkServices.h"
 #include "platform/Host.h"
 #include "platform/Machine.h"
 #include "readings/PowerSettings.h"
@@ -55,6 +56,27 @@ QCoro::Task<Reading<bool>> SystemReadings::readSpotlightState() const {
     const CommandResult result = co_await ask(arguments);
     co_return readingOf<bool>(result,
                               [](const QString& output) { return output.toLower().contains(u"indexing enabled"_s); });
+}
+
+QCoro::Task<QList<NetworkServiceState>> SystemReadings::readNetworkServices() const {
+    const QString tool = u"/usr/sbin/networksetup"_s;
+    const QStringList listing{tool, u"-listallnetworkservices"_s};
+    const CommandResult list = co_await ask(listing);
+    QList<NetworkServiceState> services;
+    if (list.status != 0) {
+        co_return services;
+    }
+    for (const QString& name : parsedNetworkServices(list.standardOutput)) {
+        const QStringList query{tool, u"-getnetworkserviceenabled"_s, QString(name).replace(u'\'', u"'\\''"_s)};
+        const CommandResult state = co_await ask(query);
+        NetworkServiceState service{name, std::nullopt};
+        const QString text = state.standardOutput.toLower();
+        if (state.status == 0 && (text.contains(u"enabled"_s) || text.contains(u"disabled"_s))) {
+            service.isEnabled = text.contains(u"enabled"_s);
+        }
+        services.append(service);
+    }
+    co_return services;
 }
 
 QCoro::Task<CommandResult> SystemReadings::ask(QStringList arguments) const {

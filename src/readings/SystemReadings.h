@@ -3,6 +3,7 @@
 #include "readings/Reading.h"
 #include "tweaks/TweakPreferences.h"
 
+#include <QList>
 #include <QString>
 #include <QStringList>
 
@@ -15,6 +16,7 @@ namespace quorvane {
 
 class FlowEnvironment;
 struct CommandResult;
+struct NetworkServiceState;
 struct PowerSettings;
 
 /// Reads the live system, one tool after the other. It changes nothing, asks for nothing and logs nothing. A tool that
@@ -35,6 +37,9 @@ public:
     QCoro::Task<Reading<bool>> readTimeMachineState() const;
     /// True while the boot volume is indexed; none when unknown.
     QCoro::Task<Reading<bool>> readSpotlightState() const;
+
+    /// Each network service with its state, in the order of the tool; empty when the list can't be read.
+    QCoro::Task<QList<NetworkServiceState>> readNetworkServices() const;
 
     /// The path of Notification Center's per-host preferences, a domain for `readDefaultValue`.
     QString notificationCenterPreferences() const;

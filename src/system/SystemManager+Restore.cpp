@@ -52,6 +52,7 @@ QCoro::Task<std::optional<RestoreBaseline>> SystemManager::selectRestoreBaseline
 }
 
 QCoro::Task<bool> SystemManager::restoreFromSnapshot(SystemSnapshot snapshot) {
+    m_lastApplyVerification.reset();
     co_await runTweakSteps(restoreSteps(snapshot, notificationCenterPreferences()));
     const QStringList systemCommands = restoreSystemCommands(snapshot);
     if (!systemCommands.isEmpty()) {
@@ -69,7 +70,7 @@ QCoro::Task<bool> SystemManager::restoreFromSnapshot(SystemSnapshot snapshot) {
     }
     log(u"  [RESTORED] System snapshot applied."_s);
     log(u"\nRestore Complete! (Restart your Mac for full effect.)"_s);
-    co_return true;
+    co_return !isQuitting();
 }
 
 /// Adds what is missing; what has come since stays.
@@ -122,6 +123,7 @@ QCoro::Task<bool> SystemManager::restoreNetworkServices(SystemSnapshot snapshot)
 
 QCoro::Task<RestoreOutcome> SystemManager::revertPerformanceTweaks() {
     RestoreOutcome outcome;
+    m_lastApplyVerification.reset();
     beginAdminBatch();
     const std::optional<RestoreBaseline> baseline = co_await selectRestoreBaseline();
     bool isRestored = false;
@@ -141,6 +143,7 @@ QCoro::Task<RestoreOutcome> SystemManager::revertPerformanceTweaks() {
 
 QCoro::Task<RestoreOutcome> SystemManager::reinstateSystem() {
     RestoreOutcome outcome;
+    m_lastApplyVerification.reset();
     beginAdminBatch();
     const std::optional<RestoreBaseline> baseline = co_await selectRestoreBaseline();
     if (baseline) {
@@ -169,7 +172,7 @@ QCoro::Task<bool> SystemManager::reinstateFromSnapshot(SystemSnapshot snapshot) 
     const bool isFinished =
         co_await finishAdminBatch(u"Quorvane needs your administrator password to restore your system."_s);
     co_await settleKeptLaunchItems();
-    const bool succeeded = isRestored && hasNetwork && isFinished;
+    const bool succeeded = isRestored && hasNetwork && isFinished && !isQuitting();
     co_return succeeded;
 }
 
