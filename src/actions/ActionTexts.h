@@ -36,7 +36,8 @@ Alert restoreQuestion(const QStringList& names, const QString& title);
 
 // ---- What is told at the end
 
-ClosingAlert snapshotAlert(bool isSaved);
+ClosingAlert snapshotAlert(const SnapshotCapture& capture, MasterArchive archive);
+
 // Those of the ways back go by the record's source: they speak of a snapshot or a baseline where the user's own values
 // came back.
 

@@ -26,6 +26,7 @@ bool isMatch(const ApplyVerificationResult& verification, bool isLastApplied) {
 
 ApplyVerificationResult defaultVerification(const ApplyVerificationResult& inForce, bool isAppRestorationOff) {
     ApplyVerificationResult result;
+    result.lacksFullDiskAccess = inForce.lacksFullDiskAccess;
     for (const ApplyVerificationResult::Item& item : inForce.verified) {
         if (item.isOnThisMac) {
             result.failed.append({item.name, item.detail.value_or(u"still active"_s)});

@@ -2,6 +2,7 @@
 
 #include "core/FlowEnvironment.h"
 #include "core/UserDefaultKeys.h"
+#include "network/NetworkServices.h"
 #include "platform/FileManager.h"
 #include "platform/Host.h"
 #include "platform/Machine.h"
@@ -110,6 +111,27 @@ QCoro::Task<Reading<bool>> SystemReadings::readSpotlightState() const {
     const QStringList arguments{u"/usr/bin/mdutil"_s, u"-s"_s, u"/"_s};
     const CommandResult result = co_await ask(arguments);
     co_return readingOf<bool>(result, parsedSpotlightState);
+}
+
+QCoro::Task<QList<NetworkServiceState>> SystemReadings::readNetworkServices() const {
+    const QString tool = u"/usr/sbin/networksetup"_s;
+    const QStringList listing{tool, u"-listallnetworkservices"_s};
+    const CommandResult list = co_await ask(listing);
+    QList<NetworkServiceState> services;
+    if (list.status != 0) {
+        co_return services;
+    }
+    for (const QString& name : parsedNetworkServices(list.standardOutput)) {
+        const QStringList query{tool, u"-getnetworkserviceenabled"_s, QString(name).replace(u'\'', u"'\\''"_s)};
+        const CommandResult state = co_await ask(query);
+        NetworkServiceState service{name, std::nullopt};
+        const QString text = state.standardOutput.toLower();
+        if (state.status == 0 && (text.contains(u"enabled"_s) || text.contains(u"disabled"_s))) {
+            service.isEnabled = text.contains(u"enabled"_s);
+        }
+        services.append(service);
+    }
+    co_return services;
 }
 
 QCoro::Task<CommandResult> SystemReadings::ask(QStringList arguments) const {

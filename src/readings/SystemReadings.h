@@ -4,6 +4,7 @@
 #include "readings/TimeMachine.h"
 #include "tweaks/TweakPreferences.h"
 
+#include <QList>
 #include <QString>
 #include <QStringList>
 
@@ -16,6 +17,7 @@ namespace quorvane {
 
 class FlowEnvironment;
 struct CommandResult;
+struct NetworkServiceState;
 struct PowerSettings;
 
 /// Reads the live system, one tool after the other. It changes nothing there, asks for nothing and logs nothing. A tool that
@@ -40,6 +42,9 @@ public:
     QCoro::Task<bool> readIsBackupRunning() const;
     /// True while the boot volume is indexed, false while it isn't; none when unknown.
     QCoro::Task<Reading<bool>> readSpotlightState() const;
+
+    /// Each network service with its state, in the order of the tool; empty when the list can't be read.
+    QCoro::Task<QList<NetworkServiceState>> readNetworkServices() const;
 
     /// The path of Notification Center's per-host preferences, a domain for `readDefaultValue`.
     QString notificationCenterPreferences() const;

@@ -52,6 +52,7 @@ QCoro::Task<std::optional<RestoreBaseline>> SystemManager::selectRestoreBaseline
 }
 
 QCoro::Task<bool> SystemManager::restoreFromSnapshot(SystemSnapshot snapshot) {
+    m_lastApplyVerification.reset();
     co_await runTweakSteps(restoreSteps(snapshot, notificationCenterPreferences()));
     const QStringList systemCommands =
         co_await effectiveCommands(restoreSystemCommands(snapshot), BackupSwitch::OfWayBack);
@@ -65,7 +66,7 @@ QCoro::Task<bool> SystemManager::restoreFromSnapshot(SystemSnapshot snapshot) {
     }
     log(u"  [RESTORED] System snapshot applied."_s);
     log(u"\nRestore Complete! (Restart your Mac for full effect.)"_s);
-    co_return true;
+    co_return !isQuitting();
 }
 
 /// Adds what is missing; what has come since stays.
@@ -118,6 +119,7 @@ QCoro::Task<bool> SystemManager::restoreNetworkServices(SystemSnapshot snapshot)
 
 QCoro::Task<RestoreOutcome> SystemManager::revertPerformanceTweaks() {
     RestoreOutcome outcome;
+    m_lastApplyVerification.reset();
     beginAdminBatch();
     const std::optional<RestoreBaseline> baseline = co_await selectRestoreBaseline();
     bool isRestored = false;
@@ -139,6 +141,7 @@ QCoro::Task<RestoreOutcome> SystemManager::revertPerformanceTweaks() {
 
 QCoro::Task<RestoreOutcome> SystemManager::reinstateSystem() {
     RestoreOutcome outcome;
+    m_lastApplyVerification.reset();
     beginAdminBatch();
     const std::optional<RestoreBaseline> baseline = co_await selectRestoreBaseline();
     if (baseline) {
@@ -172,7 +175,7 @@ QCoro::Task<bool> SystemManager::reinstateFromSnapshot(SystemSnapshot snapshot) 
     if (isFinished) {
         co_await lookAtRestoredBackups(snapshot.timeMachineEnabled);
     }
-    const bool succeeded = isRestored && hasNetwork && isFinished;
+    const bool succeeded = isRestored && hasNetwork && isFinished && !isQuitting();
     co_return succeeded;
 }
 

@@ -1,6 +1,7 @@
 #include "system/SystemManager.h"
 
 #include "core/UserDefaultKeys.h"
+#include "matching/SystemVerification.h"
 #include "platform/UserDefaults.h"
 #include "readings/TimeMachine.h"
 #include "tweaks/TweakCommands.h"
@@ -26,7 +27,7 @@ QCoro::Task<QStringList> SystemManager::effectiveCommands(QStringList commands, 
     if (!switchesOff && !commands.contains(timeMachineCommand(true))) {
         co_return commands;
     }
-    const Reading<TimeMachineState> state = co_await m_readings.readTimeMachineState();
+    const Reading<TimeMachineState> state = co_await m_verification->readings().readTimeMachineState();
     if (!isSwitchable(state.value)) {
         commands.removeAll(timeMachineCommand(true));
         commands.removeAll(timeMachineCommand(false));
@@ -45,10 +46,10 @@ QCoro::Task<QStringList> SystemManager::effectiveCommands(QStringList commands, 
 /// had switched them off, and so does a user's own "off" that has come back.
 /// @param captured  what the way back went by; none where there was nothing to go by
 QCoro::Task<void> SystemManager::lookAtRestoredBackups(std::optional<bool> captured) {
-    if (captured != false && !m_readings.hasSwitchedBackupsOff()) {
+    if (captured != false && !m_verification->readings().hasSwitchedBackupsOff()) {
         co_return;
     }
-    const Reading<TimeMachineState> state = co_await m_readings.readTimeMachineState();
+    const Reading<TimeMachineState> state = co_await m_verification->readings().readTimeMachineState();
     if (captured == false && state.value == TimeMachineState::Off) {
         m_host.defaults.setBoolean(kQuorvaneSwitchedBackupsOff, false);
         log(u"  [INFO] Time Machine stays off: automatic backups were off when these settings were saved. "

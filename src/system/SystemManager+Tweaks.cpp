@@ -12,6 +12,7 @@ namespace quorvane {
 using namespace Qt::StringLiterals;
 
 QCoro::Task<bool> SystemManager::applyPerformanceTweaks(PerformanceSettings settings, CleanReboot cleanReboot) {
+    m_lastApplyVerification.reset();
     log(u"\nStarting Audio Performance optimizations..."_s);
     if (settings.cleanReboot) {
         deferBackgroundTaskFetchToAdminBatch();
@@ -39,6 +40,7 @@ QCoro::Task<bool> SystemManager::applyPerformanceTweaks(PerformanceSettings sett
 
 QCoro::Task<bool> SystemManager::syncPerformanceTweaks(PerformanceSettings settings, VerifyAfterSync verify,
                                                        CleanReboot cleanReboot) {
+    m_lastApplyVerification.reset();
     log(u"\nSyncing performance tweaks to profile settings..."_s);
     co_await runTweakSteps(syncSteps(settings, notificationCenterPreferences()));
     const QStringList systemCommands =
@@ -56,12 +58,13 @@ QCoro::Task<bool> SystemManager::syncPerformanceTweaks(PerformanceSettings setti
     }
     log(u"\nPerformance Tweaks Synced! (Restart your Mac for full effect.)"_s);
     if (verify == VerifyAfterSync::No) {
-        co_return true;
+        co_return !isQuitting();
     }
     co_return co_await verifyTweaks(settings, UnselectedTweaks::ExpectedRestored, cleanReboot);
 }
 
 QCoro::Task<bool> SystemManager::undoPerformanceTweaks() {
+    m_lastApplyVerification.reset();
     log(u"\nUndoing Audio Performance tweaks (no snapshot — using standard defaults)..."_s);
     co_await runTweakSteps(undoSteps(notificationCenterPreferences()));
     const QStringList systemCommands = co_await effectiveCommands(undoSystemCommands(), BackupSwitch::OfWayBack);
@@ -73,7 +76,7 @@ QCoro::Task<bool> SystemManager::undoPerformanceTweaks() {
     }
     log(u"  [REVERTED] Successfully restored all system-level defaults."_s);
     log(u"\nUndo Complete! (Restart your Mac for full effect.)"_s);
-    co_return true;
+    co_return !isQuitting();
 }
 
 QCoro::Task<void> SystemManager::runTweakSteps(QList<TweakStep> steps) {
@@ -91,7 +94,7 @@ QCoro::Task<bool> SystemManager::verifyTweaks(PerformanceSettings settings, Unse
     const ApplyVerificationResult result = co_await verifyAppliedSettings(settings, unselected, cleanReboot);
     logVerificationResult(result, u"Performance tweaks"_s);
     m_lastApplyVerification = result;
-    co_return result.failed.isEmpty();
+    co_return result.failed.isEmpty() && !isQuitting();
 }
 
 } // namespace quorvane

@@ -3,6 +3,7 @@
 #include "core/AdminBatch.h"
 #include "core/NotificationCenter.h"
 #include "core/Utf8.h"
+#include "matching/SystemVerification.h"
 #include "startup/apply/StartupItems.h"
 #include "startup/background/BackgroundItems.h"
 #include "startup/launchd/LaunchItems.h"
@@ -63,7 +64,9 @@ SystemManager::SystemManager(const Host& host, NotificationCenter& notifications
     , m_loginItems(std::make_unique<LoginItems>(*this))
     , m_launchItems(std::make_unique<LaunchItems>(*this, *m_adminBatch))
     , m_backgroundItems(std::make_unique<BackgroundItems>(*this, *m_adminBatch))
-    , m_startupItems(std::make_unique<StartupItems>(*this, *m_loginItems, *m_launchItems, *m_backgroundItems)) {}
+    , m_startupItems(std::make_unique<StartupItems>(*this, *m_loginItems, *m_launchItems, *m_backgroundItems))
+    , m_verification(std::make_unique<SystemVerification>(
+          *this, SystemVerification::Startup{*m_loginItems, *m_startupItems, *m_launchItems, *m_backgroundItems})) {}
 
 SystemManager::~SystemManager() = default;
 
@@ -103,6 +106,11 @@ void SystemManager::setDebugMode(bool debugMode) {
     Q_EMIT debugModeChanged(debugMode);
 }
 
+QCoro::Task<bool> SystemManager::unlessQuitting(QCoro::Task<bool> flow) const {
+    const bool succeeded = co_await flow;
+    co_return succeeded && !isQuitting();
+}
+
 QCoro::Task<CommandResult> SystemManager::runCommand(QStringList arguments, OutputCapture capture) {
     const auto debug = [this](const QString& line) {
         if (m_debugMode) {
@@ -111,7 +119,7 @@ QCoro::Task<CommandResult> SystemManager::runCommand(QStringList arguments, Outp
     };
     debug(u"\n[DEBUG] EXEC: "_s + arguments.join(u' '));
     const CommandOutcome outcome = co_await m_host.commands.run(std::move(arguments), capture);
-    CommandResult result = resultOf(outcome, m_host.commands.isShutDown());
+    CommandResult result = resultOf(outcome, isQuitting());
     if (outcome.ending == CommandOutcome::Ending::NotLaunched) {
         debug(u"  [EXC] Exception: "_s + result.standardError);
         co_return result;

@@ -40,7 +40,7 @@ protected:
     }
 
     bool capture(SystemManager::MasterArchive archive = SystemManager::MasterArchive::No) {
-        return QCoro::waitFor(system->captureSystemSnapshot(u"Before the gig"_s, archive));
+        return QCoro::waitFor(system->captureSystemSnapshot(u"Before the gig"_s, archive)).isSaved;
     }
     RestoreOutcome reinstate() { return QCoro::waitFor(system->reinstateWholeSystem()); }
     RestoreOutcome revert() { return QCoro::waitFor(system->undoTweaks()); }

@@ -116,7 +116,7 @@ TEST_F(EveryTweak, isPutBackToStandardDefaults) {
 }
 
 TEST_F(EveryTweak, isKeptInASnapshotAndBroughtBack) {
-    ASSERT_TRUE(QCoro::waitFor(system.captureSystemSnapshot({}, SystemManager::MasterArchive::No)));
+    ASSERT_TRUE(QCoro::waitFor(system.captureSystemSnapshot({}, SystemManager::MasterArchive::No)).isSaved);
     const std::optional<SystemSnapshot> snapshot = SnapshotManager(files, machine).load();
     ASSERT_TRUE(snapshot);
     QCoro::waitFor(system.restoreFromSnapshot(*snapshot));

@@ -23,7 +23,7 @@ const QStringList kPreferenceReadings{reading::kAppNap,        reading::kLiveApp
 class SnapshotFlow : public ScriptedStartup {
 protected:
     bool capture(const std::optional<QString>& label = {}, Archive archive = Archive::No) {
-        return QCoro::waitFor(system.captureSystemSnapshot(label, archive));
+        return QCoro::waitFor(system.captureSystemSnapshot(label, archive)).isSaved;
     }
     std::optional<SystemSnapshot> stored() { return SnapshotManager(files, machine).load(); }
 
