@@ -10,6 +10,8 @@
 
 namespace quorvane {
 
+using namespace Qt::StringLiterals;
+
 SystemScan::SystemScan(FlowEnvironment& environment, const SystemVerification::Startup& startup,
                        Abandonment abandonment)
     : m_session(environment, std::move(abandonment))
