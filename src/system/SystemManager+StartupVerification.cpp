@@ -44,9 +44,18 @@ QCoro::Task<StartupReadings> SystemManager::startupReadings(StartupConfiguration
     co_return readings;
 }
 
-QCoro::Task<StartupChangePreview> SystemManager::previewStartupChanges(StartupConfiguration configuration) {
+QCoro::Task<StartupChangePreview> SystemManager::previewStartupChanges(StartupConfiguration configuration,
+                                                                       std::optional<CleanReboot> cleanReboot) {
+    if (!cleanReboot && !hasStartupChanges(configuration) && managedStartupAppPaths().isEmpty()) {
+        co_return StartupChangePreview(); // nobody has to wait for System Events
+    }
     const StartupReadings readings = co_await startupReadings(configuration);
-    co_return co_await inBackground(startupChangePreview, configuration, readings);
+    co_return co_await inBackground(startupChangePreview, configuration, cleanReboot, readings);
+}
+
+QCoro::Task<StartupChangePreview> SystemManager::previewCleanReboot(CleanReboot cleanReboot) {
+    const StartupReadings readings = co_await startupReadings(cleanReboot.startup.value_or(StartupConfiguration()));
+    co_return co_await inBackground(cleanRebootPreview, cleanReboot, readings);
 }
 
 QCoro::Task<ApplyVerificationResult> SystemManager::verifyStartupConfiguration(StartupConfiguration configuration) {
