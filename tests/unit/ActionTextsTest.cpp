@@ -231,7 +231,7 @@ TEST(ActionReviews, canBeAppliedWhereThereIsSomethingToDo) {
     network.disableNetwork = true;
     EXPECT_TRUE(canApply(ProfileApplyPreview{})) << "it puts all tweaks back";
     EXPECT_FALSE(canApply(TweaksApplyPreview{}));
-    EXPECT_TRUE(canApply(TweaksApplyPreview{{u"Siri"_s}}));
+    EXPECT_TRUE(canApply(TweaksApplyPreview{{u"Siri"_s}, {}}));
     EXPECT_FALSE(canApply(StartupChangePreview{}));
     EXPECT_TRUE(canApply(network));
 }
