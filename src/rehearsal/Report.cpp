@@ -1,6 +1,7 @@
 #include "rehearsal/Report.h"
 
 #include "core/Json.h"
+#include "core/OneLine.h"
 
 namespace quorvane {
 
@@ -83,17 +84,6 @@ Json labelsJson(const QList<DisplayLabel>& labels) {
             {{"display", encodeJson(label.display)}, {"isShown", label.isShown}, {"detail", encodeJson(label.detail)}});
     }
     return array;
-}
-
-/// A name from somebody else's file can't end the line or move the cursor.
-QString onOneLine(QString text) {
-    for (QChar& character : text) {
-        const bool endsLine = character == QChar::LineSeparator || character == QChar::ParagraphSeparator;
-        if (endsLine || (!character.isPrint() && !character.isSurrogate())) {
-            character = u'?';
-        }
-    }
-    return text;
 }
 
 Json backupsJson(const QList<BackupRow>& backups) {
