@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QList>
+#include <QObject>
 #include <QString>
 
 namespace QCoro {
@@ -9,14 +11,22 @@ class Task;
 
 namespace quorvane {
 
+/// What became of the label on one display.
+struct DisplayLabel {
+    QString display; ///< as the system calls it: "Color LCD"
+    bool isShown = false;
+    QString detail; ///< why it isn't shown, or what is amiss with it; empty where all is well
+
+    bool operator==(const DisplayLabel&) const = default;
+};
+
 /// The active profile's name on the desktop pictures, as those see it who say when it changes: nothing of pixels. It
 /// outlives its tasks. Main thread.
-class ProfileLabel {
+class ProfileLabel : public QObject {
+    Q_OBJECT
+
 public:
-    ProfileLabel() = default;
-    ProfileLabel(const ProfileLabel&) = delete;
-    ProfileLabel& operator=(const ProfileLabel&) = delete;
-    virtual ~ProfileLabel() = default;
+    using QObject::QObject;
 
     // Each task ends when the displays show what was asked for, or what a later call has asked for instead.
 
@@ -34,6 +44,11 @@ public:
 
     /// True when the option is on and every display shows the stored name's label.
     virtual bool isOverlayInPlace() const = 0;
+
+Q_SIGNALS:
+    /// A label was put onto the displays, or couldn't be: what became of it on each of them. It comes before the task ends
+    /// that asked for it.
+    void displaysLabelled(const QList<quorvane::DisplayLabel>& labels);
 };
 
 } // namespace quorvane

@@ -48,6 +48,9 @@ int labelPicture(const Arguments& arguments) {
             throw FileError(outFile, u"The label could not be composed"_s);
         }
         DiskFileManager().writeAtomically(outFile, file);
+        if (labelLetters(arguments.operands.at(2)) != LabelLetters::All) {
+            std::fprintf(stderr, "Not every letter of the name has a font.\n");
+        }
         return kDone;
     } catch (const FileError& error) {
         std::fprintf(stderr, "%s\n", error.what());

@@ -38,6 +38,7 @@ Rehearsal::Rehearsal(const QString& macFolder, macsim::Authorization authorizati
     , m_host(macFolder, m_authorization, options)
     , m_session(m_host.host(), sessionParts()) {
     connect(&m_session.system, &SystemManager::messageLogged, this, &Rehearsal::linePrinted);
+    connect(m_session.label.get(), &ProfileLabel::displaysLabelled, this, &Rehearsal::showLabels);
 }
 
 SessionParts Rehearsal::sessionParts() {
@@ -55,6 +56,11 @@ void Rehearsal::print(const QStringList& lines) {
     for (const QString& line : lines) {
         Q_EMIT linePrinted(line);
     }
+}
+
+void Rehearsal::showLabels(const QList<DisplayLabel>& labels) {
+    m_labels = labels;
+    print(labelLines(labels));
 }
 
 TerminalListener Rehearsal::listener(Manners manners) {
@@ -222,6 +228,7 @@ QCoro::Task<RehearsalOutcome> Rehearsal::outcome(TerminalListener& listener, QCo
     const ActionOutcome of = co_await std::move(action);
     RehearsalOutcome shown{of, {}, {}, {}};
     shown.alert = listener.told();
+    shown.labels = m_labels;
     if (listener.match()) {
         shown.match = listener.match();
     }

@@ -30,6 +30,7 @@ struct RehearsalOutcome : ActionOutcome {
     std::optional<QList<StartupItem>> startupItems; ///< where the command looks for them
     std::optional<QList<ShownPicture>> displays;    ///< where the command changes what they show
     std::optional<QList<BackupRow>> backups;        ///< where the command lists them
+    std::optional<QList<DisplayLabel>> labels = {}; ///< where it has put a label onto the displays
 
     bool isDone() const { return succeeded && (!verification || verification->failed.isEmpty()); }
 };
@@ -83,6 +84,7 @@ private:
     SessionParts sessionParts();
     TerminalListener listener(TerminalListener::Manners manners);
     void print(const QStringList& lines);
+    void showLabels(const QList<DisplayLabel>& labels);
     QCoro::Task<RehearsalOutcome> outcome(TerminalListener& listener, QCoro::Task<ActionOutcome> action);
     std::optional<UnifiedProfile> storedProfile(const UnifiedProfile& profile, const QString& hostPath);
     QList<ShownPicture> shownPictures();
@@ -90,6 +92,7 @@ private:
     AuthorizationPolicy m_authorization;
     SimulatedHost m_host;
     Session m_session;
+    std::optional<QList<DisplayLabel>> m_labels;
 };
 
 } // namespace quorvane

@@ -85,6 +85,15 @@ Json displaysJson(const QList<ShownPicture>& displays) {
     return array;
 }
 
+Json labelsJson(const QList<DisplayLabel>& labels) {
+    Json array = Json::array();
+    for (const DisplayLabel& label : labels) {
+        array.push_back(
+            {{"display", encodeJson(label.display)}, {"isShown", label.isShown}, {"detail", encodeJson(label.detail)}});
+    }
+    return array;
+}
+
 Json backupsJson(const QList<BackupRow>& backups) {
     Json array = Json::array();
     for (const BackupRow& row : backups) {
@@ -146,6 +155,16 @@ QStringList displayLines(const QList<ShownPicture>& displays) {
     return lines;
 }
 
+QStringList labelLines(const QList<DisplayLabel>& labels) {
+    QStringList lines;
+    for (const DisplayLabel& label : labels) {
+        const QString detail = label.detail.isEmpty() ? QString() : u". "_s + label.detail;
+        const QString outcome = label.isShown ? u": the label is shown"_s : u": no label"_s;
+        lines.append(onOneLine(label.display + outcome + detail));
+    }
+    return lines;
+}
+
 QByteArray jsonReport(const QString& command, const QStringList& log, const RehearsalOutcome& outcome) {
     Json report;
     report["command"] = encodeJson(command);
@@ -178,6 +197,9 @@ QByteArray jsonReport(const QString& command, const QStringList& log, const Rehe
     }
     if (outcome.backups) {
         report["backups"] = backupsJson(*outcome.backups);
+    }
+    if (outcome.labels) {
+        report["labels"] = labelsJson(*outcome.labels);
     }
     return jsonText(report) + '\n';
 }

@@ -16,6 +16,8 @@ QStringList backupLines(const QList<BackupRow>& backups);
 QStringList alertLines(const ClosingAlert& alert);
 /// "Color LCD: /Users/mika/Pictures/Stage.jpg"
 QStringList displayLines(const QList<ShownPicture>& displays);
+/// "Color LCD: the label is shown", or "Color LCD: no label. Its picture could not be read."
+QStringList labelLines(const QList<DisplayLabel>& labels);
 
 /// One JSON object with a newline: the command, its log, what it came to, and the result record.
 ///
@@ -26,6 +28,7 @@ QStringList displayLines(const QList<ShownPicture>& displays);
 ///      "restore": {"source": "standardDefaults" | "snapshot" | "baseline"},
 ///      "match": {"name": "Live", "kind": "savedProfile" | "builtinMode", "verification": {…}},
 ///      "displays": [{"display": "Color LCD", "picture": "/Users/mika/Pictures/Stage.jpg"}],
+///      "labels": [{"display": "Color LCD", "isShown": false, "detail": "Its picture could not be read."}],
 ///      "backups": [{"id": "latest.json", "title": "Latest Backup", "detail": "2 profile(s) from Booth"}, …]}
 QByteArray jsonReport(const QString& command, const QStringList& log, const RehearsalOutcome& outcome);
 

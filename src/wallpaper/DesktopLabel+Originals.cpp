@@ -1,5 +1,4 @@
 #include "core/Background.h"
-#include "core/Paths.h"
 #include "platform/FileManager.h"
 #include "wallpaper/DesktopLabel.h"
 #include "wallpaper/WallpaperLabel.h"
@@ -9,8 +8,6 @@
 
 #include <QUrl>
 
-#include <algorithm>
-
 namespace quorvane {
 
 using namespace Qt::StringLiterals;
@@ -19,6 +16,23 @@ namespace {
 
 QByteArray opaqueJpegFile(const QImage& picture) {
     return jpegFile(opaquePicture(picture));
+}
+
+/// In a manifest of an earlier version a display may show each labelled picture that bears its name.
+WallpaperManifest withFilesShown(WallpaperManifest originals, const WallpaperFiles& files) {
+    for (ScreenWallpaperRecord& record : originals.screens) {
+        if (record.shownAs) {
+            continue;
+        }
+        QStringList shown;
+        for (const QString& name : files.names()) {
+            if (WallpaperFiles::isComposited(name, record.screenIdentifier)) {
+                shown.append(name.normalized(QString::NormalizationForm_C));
+            }
+        }
+        record.shownAs = shown.isEmpty() ? std::nullopt : std::optional(shown);
+    }
+    return originals;
 }
 
 bool haveSameRecord(const WallpaperManifest& one, const WallpaperManifest& other, const QString& id) {
@@ -31,72 +45,66 @@ bool haveSameRecord(const WallpaperManifest& one, const WallpaperManifest& other
 
 /// Copies the pictures that the user has chosen since, and says for each display what its label is to be put on. A
 /// display whose picture couldn't be copied and recorded must keep it: nothing could bring it back.
-QCoro::Task<QList<DesktopLabel::Target>> DesktopLabel::withOriginals(QList<Target> targets) {
-    const WallpaperManifest before = manifest();
-    WallpaperManifest originals = before;
-    adoptOriginals(targets, originals);
+QCoro::Task<QList<DesktopLabel::Target>> DesktopLabel::withOriginals(QList<Target> targets,
+                                                                     WallpaperManifest originals) {
     for (Target& target : targets) {
-        if (!target.picture || !m_files.isOurs(*target.picture)) {
-            target.trouble = co_await copyOriginal(target);
-            if (target.trouble == Trouble::None) {
-                originals.put(recordOf(target));
-            }
+        if (target.trouble != Trouble::None) {
+            continue;
+        }
+        if (isOurs(target)) {
+            takeExisting(target, originals);
+            continue;
+        }
+        target.original = freeCopyPath(target.id, originals);
+        target.trouble = co_await copyPicture(target.picture.value_or(QString()), target.original);
+        if (target.trouble == Trouble::None) {
+            originals.put(newRecord(target));
         }
     }
-    const bool isWritten = originals.screens.isEmpty() || storedManifest() == originals || write(originals);
-    for (Target& target : targets) {
-        if (target.trouble == Trouble::None && !isWritten && !haveSameRecord(originals, before, target.id)) {
-            target.trouble = Trouble::NotSaved;
-        }
-        if (target.trouble == Trouble::None) {
-            target.original = copyFor(target.id, originals.record(target.id)).value_or(QString());
+    if (!keep(originals)) {
+        const WallpaperManifest stored = storedManifest().value_or(WallpaperManifest{});
+        for (Target& target : targets) {
+            if (target.trouble == Trouble::None && !haveSameRecord(originals, stored, target.id)) {
+                target.trouble = Trouble::NotSaved;
+            }
         }
     }
     co_return targets;
 }
 
-/// The system may number its displays anew. What a display shows tells which original is its own.
-void DesktopLabel::adoptOriginals(QList<Target>& targets, WallpaperManifest& originals) {
-    const WallpaperManifest before = originals;
-    QHash<QString, QByteArray> copies; // all read before any is written: two displays may have changed places
-    for (const Target& target : targets) {
-        const ScreenWallpaperRecord* record = recordShown(target.picture, before);
-        if (record != nullptr && record->screenIdentifier != target.id) {
-            copies.insert(target.id, readCopy(*record));
-            originals.remove(record->screenIdentifier);
-        }
+/// For a display that shows a picture of the program's: the copy of its user's lies there already, or is made anew.
+void DesktopLabel::takeExisting(Target& target, WallpaperManifest& originals) const {
+    const std::optional<QString> copy = copyFor(target.id, originals);
+    const ScreenWallpaperRecord* known = originals.record(target.id);
+    if (known == nullptr && !copy) {
+        target.trouble = Trouble::NotLoaded;
+        return;
     }
-    for (Target& target : targets) {
-        if (!copies.contains(target.id)) {
-            continue;
-        }
-        const QByteArray copy = copies.value(target.id);
-        if (copy.isEmpty() || !writeFile(m_files.originalPath(target.id), copy)) {
-            target.trouble = Trouble::NotSaved;
-            originals = before;
-            return;
-        }
-        originals.put(
-            {target.id, m_files.originalPath(target.id), recordShown(target.picture, before)->originalDesktopURL});
-    }
+    ScreenWallpaperRecord record = known != nullptr ? *known : ScreenWallpaperRecord{target.id, *copy, std::nullopt};
+    record.originalImagePath = copy ? *copy : freeCopyPath(target.id, originals);
+    QStringList files = record.shownAs.value_or(QStringList());
+    files += {WallpaperFiles::nameOf(*target.picture), WallpaperFiles::nameOf(target.composited)};
+    files.removeDuplicates();
+    record.shownAs = files;
+    record.screen = screenDescription(target.display);
+    originals.put(record);
+    target.original = record.originalImagePath;
+    target.usersPicture = usersPicture(record).value_or(QString());
 }
 
-QCoro::Task<DesktopLabel::Trouble> DesktopLabel::copyOriginal(Target target) {
-    if (!target.picture) {
-        co_return Trouble::NotLoaded;
-    }
-    const QImage picture = co_await m_displays.loadPicture(*target.picture);
+QCoro::Task<DesktopLabel::Trouble> DesktopLabel::copyPicture(QString from, QString to) {
+    const QImage picture = co_await m_displays.loadPicture(from);
     if (picture.isNull()) {
         co_return Trouble::NotLoaded;
     }
     const QByteArray copy = co_await inBackground(&opaqueJpegFile, picture);
-    const bool isSaved = !copy.isEmpty() && writeFile(m_files.originalPath(target.id), copy);
+    const bool isSaved = !copy.isEmpty() && writeFile(to, copy);
     co_return isSaved ? Trouble::None : Trouble::NotSaved;
 }
 
-ScreenWallpaperRecord DesktopLabel::recordOf(const Target& target) const {
-    return {target.id, m_files.originalPath(target.id),
-            QUrl::fromLocalFile(*target.picture).toString(QUrl::FullyEncoded)};
+ScreenWallpaperRecord DesktopLabel::newRecord(const Target& target) {
+    return {target.id, target.original, QUrl::fromLocalFile(*target.picture).toString(QUrl::FullyEncoded),
+            QStringList(WallpaperFiles::nameOf(target.composited)), screenDescription(target.display)};
 }
 
 /// None where the file is missing, can't be read or is damaged.
@@ -110,6 +118,9 @@ std::optional<WallpaperManifest> DesktopLabel::storedManifest() const {
 
 /// One that is missing is empty. Of one that is damaged there are still the copies, each under its display's name.
 WallpaperManifest DesktopLabel::manifest() const {
+    if (m_unwritten) {
+        return *m_unwritten;
+    }
     WallpaperManifest originals = storedManifest().value_or(WallpaperManifest{});
     if (!originals.screens.isEmpty() || !m_fileManager.exists(m_files.manifestPath())) {
         return originals;
@@ -122,43 +133,52 @@ WallpaperManifest DesktopLabel::manifest() const {
     return originals;
 }
 
-/// The record of the picture that is shown, whatever the display's number is now; null when none is its own.
-const ScreenWallpaperRecord* DesktopLabel::recordShown(const std::optional<QString>& picture,
-                                                       const WallpaperManifest& originals) const {
-    if (!picture || !m_files.isOurs(*picture)) {
-        return nullptr;
-    }
-    const QString name = lastPathComponent(*picture);
-    const auto found = std::find_if(originals.screens.cbegin(), originals.screens.cend(),
-                                    [&name](const ScreenWallpaperRecord& record) {
-                                        return WallpaperFiles::isComposited(name, record.screenIdentifier) ||
-                                               record.originalImagePath.endsWith(u'/' + name);
-                                    });
-    return found == originals.screens.cend() ? nullptr : &*found;
+/// The records as they belong to the displays that are connected now.
+WallpaperManifest DesktopLabel::settled() const {
+    return settledManifest(withFilesShown(manifest(), m_files), shownWallpapers());
 }
 
-/// The copy of the user's picture: the one that the record tells of, or the one that bears the display's name. None where
-/// neither lies in the work folder.
-std::optional<QString> DesktopLabel::copyFor(const QString& id, const ScreenWallpaperRecord* record) const {
+QList<ShownWallpaper> DesktopLabel::shownWallpapers() const {
+    QList<ShownWallpaper> wallpapers;
+    for (const Display& display : m_displays.screens()) {
+        ShownWallpaper wallpaper{screenIdentifier(display), screenDescription(display)};
+        if (const std::optional<QString> picture = m_displays.desktopPicture(display)) {
+            const bool isOurs = m_files.isOurs(*picture);
+            wallpaper.kind = isOurs ? ShownWallpaper::Kind::Ours : ShownWallpaper::Kind::Users;
+            wallpaper.file = isOurs ? WallpaperFiles::nameOf(*picture) : QString();
+        }
+        wallpapers.append(wallpaper);
+    }
+    return wallpapers;
+}
+
+/// The copy of the user's picture: the one that the record tells of, or the one that bears the display's name and is no
+/// other's. None where neither lies in the work folder.
+std::optional<QString> DesktopLabel::copyFor(const QString& id, const WallpaperManifest& originals) const {
+    const ScreenWallpaperRecord* record = originals.record(id);
     if (record != nullptr && m_files.holds(record->originalImagePath)) {
         return record->originalImagePath;
     }
     const QString path = m_files.originalPath(id);
-    return m_files.holds(path) ? std::optional(path) : std::nullopt;
+    const bool isOwn = m_files.holds(path) && !isCopyElsewhere(originals, path, id);
+    return isOwn ? std::optional(path) : std::nullopt;
 }
 
-/// Empty when it can't be read.
-QByteArray DesktopLabel::readCopy(const ScreenWallpaperRecord& record) const {
-    const std::optional<QString> copy = copyFor(record.screenIdentifier, &record);
-    try {
-        return copy ? m_fileManager.read(*copy) : QByteArray();
-    } catch (const FileError&) {
-        return {};
+QString DesktopLabel::freeCopyPath(const QString& id, const WallpaperManifest& originals) const {
+    int number = 1;
+    while (isCopyElsewhere(originals, m_files.originalPath(id, number), id)) {
+        ++number;
     }
+    return m_files.originalPath(id, number);
 }
 
-bool DesktopLabel::write(const WallpaperManifest& manifest) {
-    return writeFile(m_files.manifestPath(), encodeWallpaperManifest(manifest));
+/// Writes the manifest unless it says so already. What can't be written is remembered: it is tried again with the next
+/// change, and until then it is what counts.
+bool DesktopLabel::keep(const WallpaperManifest& originals) {
+    const bool isKept = storedManifest().value_or(WallpaperManifest{}) == originals ||
+                        writeFile(m_files.manifestPath(), encodeWallpaperManifest(originals));
+    m_unwritten = isKept ? std::nullopt : std::optional(originals);
+    return isKept;
 }
 
 } // namespace quorvane

@@ -19,13 +19,16 @@ const QString kNoProfile = u"Default"_s;
 void DesktopLabel::restoreOriginals() {
     m_failures.clear();
     m_composed.clear();
-    const WallpaperManifest originals = manifest();
-    WallpaperManifest needed = originals;
+    const WallpaperManifest originals = settled();
+    QStringList done;
     for (const Display& display : m_displays.screens()) {
-        const ScreenWallpaperRecord* record = recordOf(display, originals);
-        if (isUsersAgain(display, restore(display, originals)) && record != nullptr) {
-            needed.remove(record->screenIdentifier);
+        if (isUsersAgain(display, restore(display, originals))) {
+            done.append(screenIdentifier(display));
         }
+    }
+    WallpaperManifest needed = settledManifest(originals, shownWallpapers());
+    for (const QString& id : done) {
+        needed.remove(id);
     }
     clearFolder(needed);
 }
@@ -33,8 +36,8 @@ void DesktopLabel::restoreOriginals() {
 /// @return the picture that the display was given; none when it was left as it is
 std::optional<QString> DesktopLabel::restore(const Display& display, const WallpaperManifest& originals) {
     const std::optional<QString> picture = pictureToRestore(display, originals);
-    if (picture && !setPicture(display, *picture)) {
-        m_failures.insert(screenIdentifier(display), {m_displays.desktopPicture(display), kNoProfile});
+    if (picture && setPicture(display, *picture)) {
+        m_failures.insert(screenIdentifier(display), {m_displays.desktopPicture(display), kNoProfile, {}});
     }
     return picture;
 }
@@ -52,21 +55,15 @@ bool DesktopLabel::hasLeftOver() const {
         const std::optional<QString> shown = m_displays.desktopPicture(display);
         const auto failure = m_failures.constFind(screenIdentifier(display));
         const bool hasFailed = failure != m_failures.cend() && failure->picture == shown && failure->name == kNoProfile;
-        return shown && m_files.isOurs(*shown) && !hasFailed && pictureToRestore(display, manifest());
+        return shown && m_files.isOurs(*shown) && !hasFailed && pictureToRestore(display, settled());
     });
-}
-
-/// The record of what the display shows, or else of the display.
-const ScreenWallpaperRecord* DesktopLabel::recordOf(const Display& display, const WallpaperManifest& originals) const {
-    const ScreenWallpaperRecord* shown = recordShown(m_displays.desktopPicture(display), originals);
-    return shown != nullptr ? shown : originals.record(screenIdentifier(display));
 }
 
 /// The user's own file rather than the copy of it, because a dynamic picture is more than its first one. None where the
 /// display shows that already, or a picture that the program hasn't made: then the user has chosen it since.
 std::optional<QString> DesktopLabel::pictureToRestore(const Display& display,
                                                       const WallpaperManifest& originals) const {
-    const ScreenWallpaperRecord* record = recordOf(display, originals);
+    const ScreenWallpaperRecord* record = originals.record(screenIdentifier(display));
     const std::optional<QString> shown = m_displays.desktopPicture(display);
     const bool isUsers = shown ? !m_files.isOurs(*shown) : record == nullptr;
     if (isUsers) {
@@ -74,7 +71,7 @@ std::optional<QString> DesktopLabel::pictureToRestore(const Display& display,
     }
     std::optional<QString> picture = record != nullptr ? usersPicture(*record) : std::nullopt;
     if (!picture) {
-        picture = copyFor(screenIdentifier(display), record);
+        picture = copyFor(screenIdentifier(display), originals);
     }
     if (!picture && m_fileManager.exists(kDefaultPicture)) {
         picture = kDefaultPicture;
@@ -95,9 +92,10 @@ std::optional<QString> DesktopLabel::usersPicture(const ScreenWallpaperRecord& r
 /// file without a record.
 void DesktopLabel::clearFolder(const WallpaperManifest& kept) {
     const bool keepsManifest = !kept.screens.isEmpty();
-    if (keepsManifest && !write(kept)) {
+    if (keepsManifest && !keep(kept)) {
         return;
     }
+    m_unwritten.reset();
     const QSet<QString> shown = shownPictures();
     for (const QString& name : m_files.names()) {
         const QString path = m_files.folder() + u'/' + name;
@@ -112,8 +110,8 @@ void DesktopLabel::clearFolder(const WallpaperManifest& kept) {
 bool DesktopLabel::isNeededBy(const WallpaperManifest& kept, const QString& name) const {
     const QString path = m_files.folder() + u'/' + name;
     return std::any_of(kept.screens.cbegin(), kept.screens.cend(), [&](const ScreenWallpaperRecord& record) {
-        return path == record.originalImagePath || path == m_files.originalPath(record.screenIdentifier) ||
-               WallpaperFiles::isComposited(name, record.screenIdentifier);
+        return isShownAs(record, name.normalized(QString::NormalizationForm_C)) ||
+               path == m_files.originalPath(record.screenIdentifier);
     });
 }
 

@@ -1,8 +1,10 @@
 #pragma once
 
 #include "platform/Displays.h"
+#include "profiles/ProfileLabel.h"
 #include "wallpaper/WallpaperFiles.h"
 #include "wallpaper/WallpaperManifest.h"
+#include "wallpaper/WallpaperOwners.h"
 
 #include <QByteArray>
 #include <QHash>
@@ -31,7 +33,8 @@ using LogAction = std::function<void(const QString& line)>;
 ///
 /// No picture of the user's is lost: what a display shows is kept, and so is what will be needed by a display that isn't
 /// connected or on which no picture could be set. A display whose picture the program hasn't made is the user's: it is
-/// labelled, and never put back to an older one. Each display fails alone, with a line in the log.
+/// labelled, and never put back to an older one. Each display fails alone, with a line in the log, and then shows its
+/// user's own picture rather than a label that is wrong.
 ///
 /// Main thread; the pixels are worked on off it. One operation at a time.
 class DesktopLabel {
@@ -44,9 +47,13 @@ public:
         Untried, ///< not the displays on which the same label failed over the same picture
     };
     /// Labels the displays' pictures. One that has its label isn't composed again.
-    QCoro::Task<void> show(QString name, Attempt attempt);
+    /// @return what became of it on each of them
+    QCoro::Task<QList<DisplayLabel>> show(QString name, Attempt attempt);
     /// Puts the user's own pictures back, and removes what is then not needed any more.
     void restoreOriginals();
+    /// Notes which of the displays are there, and what they show. To be called when that may have changed, so that a
+    /// display which takes another's number isn't taken for it.
+    void keepTrack();
 
     /// True when each display shows the label.
     bool isInPlace(const QString& name) const;
@@ -59,7 +66,7 @@ public:
 
 private:
     /// Why a display can't have its label.
-    enum class Trouble { None, NotLoaded, NotComposited, NotSaved, NotSet };
+    enum class Trouble { None, NotLoaded, NotComposited, NotSaved, NotSet, FailedBefore };
     /// One display, while it is worked on.
     struct Target {
         Display display;
@@ -67,49 +74,58 @@ private:
         QString name;                    ///< the label
         std::optional<QString> picture;  ///< what the display showed at the beginning
         QString composited;              ///< where its labelled picture is kept
-        QString original;                ///< the copy of the user's picture that is labelled; empty where there is none
+        QString original;                ///< where the copy of the user's picture is kept; empty where there is none
+        QString usersPicture;            ///< of which a lost copy is made anew; empty where it isn't known or is gone
         Trouble trouble = Trouble::None; ///< why there is none
     };
     /// What a display showed when its label couldn't be put there.
     struct Failure {
         std::optional<QString> picture;
         QString name;
+        QString detail;
     };
-    /// What was composed for a display last.
+    /// What was composed into a file last.
     struct Composed {
         QString name;
         QSizeF canvas;
     };
 
-    QList<Target> targets(const QString& name) const;
+    QList<Target> targets(const QString& name, const WallpaperManifest& originals) const;
+    QString compositedPath(const Target& target, const WallpaperManifest& originals) const;
+    bool isOurs(const Target& target) const;
     bool isLabelled(const Target& target) const;
     bool hasFailedBefore(const Target& target) const;
     bool needsNothing(const Target& target) const;
-    QCoro::Task<bool> showOn(Target target);
+    QCoro::Task<DisplayLabel> showOn(Target target);
+    DisplayLabel showComposed(const Target& target);
+    DisplayLabel giveUp(const Target& target, const QString& detail);
+    static DisplayLabel labelOn(const Target& target);
+    static QString detailOf(const Target& target);
     QCoro::Task<Trouble> compose(Target target);
-    void removeFormerLabels(const Target& target);
-    void warn(Trouble trouble, const Target& target) const;
+    QCoro::Task<QImage> loadOriginal(Target target);
+    void removeFormerLabels(const QList<Target>& targets);
+    void logSummary(const QString& name, const QList<DisplayLabel>& labels) const;
+    void logTrouble(Trouble trouble, const Target& target) const;
     bool writeFile(const QString& path, const QByteArray& bytes);
-    bool setPicture(const Display& display, const QString& path);
+    std::optional<QString> setPicture(const Display& display, const QString& path);
     QSet<QString> shownPictures() const;
 
     // DesktopLabel+Originals.cpp
-    QCoro::Task<QList<Target>> withOriginals(QList<Target> targets);
-    void adoptOriginals(QList<Target>& targets, WallpaperManifest& originals);
-    QCoro::Task<Trouble> copyOriginal(Target target);
-    ScreenWallpaperRecord recordOf(const Target& target) const;
+    QCoro::Task<QList<Target>> withOriginals(QList<Target> targets, WallpaperManifest originals);
+    QCoro::Task<Trouble> copyPicture(QString from, QString to);
+    void takeExisting(Target& target, WallpaperManifest& originals) const;
+    static ScreenWallpaperRecord newRecord(const Target& target);
     std::optional<WallpaperManifest> storedManifest() const;
     WallpaperManifest manifest() const;
-    const ScreenWallpaperRecord* recordShown(const std::optional<QString>& picture,
-                                             const WallpaperManifest& originals) const;
-    std::optional<QString> copyFor(const QString& id, const ScreenWallpaperRecord* record) const;
-    QByteArray readCopy(const ScreenWallpaperRecord& record) const;
-    bool write(const WallpaperManifest& manifest);
+    WallpaperManifest settled() const;
+    QList<ShownWallpaper> shownWallpapers() const;
+    std::optional<QString> copyFor(const QString& id, const WallpaperManifest& originals) const;
+    QString freeCopyPath(const QString& id, const WallpaperManifest& originals) const;
+    bool keep(const WallpaperManifest& originals);
 
     // DesktopLabel+Restore.cpp
     std::optional<QString> restore(const Display& display, const WallpaperManifest& originals);
     bool isUsersAgain(const Display& display, const std::optional<QString>& restored) const;
-    const ScreenWallpaperRecord* recordOf(const Display& display, const WallpaperManifest& originals) const;
     std::optional<QString> pictureToRestore(const Display& display, const WallpaperManifest& originals) const;
     std::optional<QString> usersPicture(const ScreenWallpaperRecord& record) const;
     void clearFolder(const WallpaperManifest& kept);
@@ -119,8 +135,9 @@ private:
     FileManager& m_fileManager;
     LogAction m_log;
     WallpaperFiles m_files;
-    QHash<QString, Failure> m_failures;  ///< by display
-    QHash<QString, Composed> m_composed; ///< by display
+    QHash<QString, Failure> m_failures;           ///< by display
+    QHash<QString, Composed> m_composed;          ///< by file
+    std::optional<WallpaperManifest> m_unwritten; ///< what the manifest should say but couldn't be made to
     bool m_wasOvertaken = false;
 };
 

@@ -1,5 +1,6 @@
 #include "wallpaper/WallpaperFiles.h"
 
+#include "core/Paths.h"
 #include "platform/Displays.h"
 #include "platform/FileManager.h"
 #include "platform/FolderNames.h"
@@ -18,6 +19,7 @@ constexpr qsizetype kLongestIdentifier = 120; // of these; a profile's name has 
 
 const QString kFolder = u"/Quorvane/WallpaperOverlay"_s;
 const QString kOriginal = u"original-"_s;
+const QString kComposited = u"composited-"_s;
 const QString kEnding = u".jpg"_s;
 
 bool isAlphanumeric(char32_t character) {
@@ -40,8 +42,24 @@ QString inFileName(const QString& screenIdentifier) {
     return fitting(name, kLongestIdentifier);
 }
 
-QString compositedPrefix(const QString& screenIdentifier) {
-    return u"composited-"_s + inFileName(screenIdentifier) + u'-';
+/// What tells the names apart that one display's file may have.
+QString numberInFileName(int number) {
+    return number == 1 ? QString() : u'.' + QString::number(number);
+}
+
+QString compositedPrefix(const QString& screenIdentifier, int number = 1) {
+    return kComposited + inFileName(screenIdentifier) + numberInFileName(number) + u'-';
+}
+
+QString compositedFile(const QString& screenIdentifier, const QString& profileName, int number) {
+    const QString prefix = compositedPrefix(screenIdentifier, number);
+    const qsizetype left = kLongestName - prefix.toUtf8().size() - kEnding.size();
+    return prefix + fitting(wallpaperSlug(profileName), left) + kEnding;
+}
+
+/// In whole points.
+QString sizeOf(const QRectF& frame) {
+    return u"%1x%2"_s.arg(static_cast<qint64>(frame.width())).arg(static_cast<qint64>(frame.height()));
 }
 
 } // namespace
@@ -51,10 +69,12 @@ QString screenIdentifier(const Display& display) {
         return u"display-%1"_s.arg(*display.number);
     }
     const QRectF& frame = display.frame;
-    return display.localizedName + u"-%1x%2-%3x%4"_s.arg(static_cast<qint64>(frame.x()))
-                                       .arg(static_cast<qint64>(frame.y()))
-                                       .arg(static_cast<qint64>(frame.width()))
-                                       .arg(static_cast<qint64>(frame.height()));
+    return display.localizedName +
+           u"-%1x%2-"_s.arg(static_cast<qint64>(frame.x())).arg(static_cast<qint64>(frame.y())) + sizeOf(frame);
+}
+
+QString screenDescription(const Display& display) {
+    return display.localizedName + u'-' + sizeOf(display.frame);
 }
 
 QString wallpaperSlug(const QString& profileName) {
@@ -89,14 +109,27 @@ QString WallpaperFiles::manifestPath() const {
     return folder() + u"/wallpaper-originals.json"_s;
 }
 
-QString WallpaperFiles::originalPath(const QString& screenIdentifier) const {
-    return folder() + u'/' + kOriginal + inFileName(screenIdentifier) + kEnding;
+QString WallpaperFiles::originalPath(const QString& screenIdentifier, int number) const {
+    return folder() + u'/' + kOriginal + inFileName(screenIdentifier) + numberInFileName(number) + kEnding;
 }
 
-QString WallpaperFiles::compositedPath(const QString& screenIdentifier, const QString& profileName) const {
-    const QString prefix = compositedPrefix(screenIdentifier);
-    const qsizetype left = kLongestName - prefix.toUtf8().size() - kEnding.size();
-    return folder() + u'/' + prefix + fitting(wallpaperSlug(profileName), left) + kEnding;
+QString WallpaperFiles::compositedPath(const QString& screenIdentifier, const QString& profileName, int number) const {
+    return folder() + u'/' + compositedFile(screenIdentifier, profileName, number);
+}
+
+QString WallpaperFiles::compositedName(const QString& screenIdentifier, const QString& profileName, int number) {
+    return nameOf(compositedFile(screenIdentifier, profileName, number));
+}
+
+int WallpaperFiles::numberOfComposited(const QString& name, const QString& screenIdentifier,
+                                       const QString& profileName) {
+    const QString stem = nameOf(kComposited + inFileName(screenIdentifier) + u'.');
+    const int number = name.startsWith(stem) ? name.mid(stem.size()).section(u'-', 0, 0).toInt() : 1;
+    return number > 0 && name == compositedName(screenIdentifier, profileName, number) ? number : 0;
+}
+
+bool WallpaperFiles::isThere() const {
+    return m_files.exists(place());
 }
 
 bool WallpaperFiles::isOurs(const QString& path) const {
@@ -113,6 +146,10 @@ QString WallpaperFiles::standardized(const QString& path) const {
     return standard.normalized(QString::NormalizationForm_C);
 }
 
+QString WallpaperFiles::nameOf(const QString& path) {
+    return lastPathComponent(path).normalized(QString::NormalizationForm_C);
+}
+
 bool WallpaperFiles::holds(const QString& path) const {
     try {
         return m_files.resolved(path).startsWith(m_files.resolved(place()) + u'/');
@@ -127,6 +164,10 @@ QStringList WallpaperFiles::names() const {
 
 bool WallpaperFiles::isComposited(const QString& name, const QString& screenIdentifier) {
     return name.startsWith(compositedPrefix(screenIdentifier));
+}
+
+bool WallpaperFiles::isComposited(const QString& name) {
+    return name.startsWith(kComposited);
 }
 
 QString WallpaperFiles::displayOfOriginal(const QString& name) {

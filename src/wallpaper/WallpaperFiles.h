@@ -11,6 +11,8 @@ struct Display;
 
 /// How the program calls a display: "display-1", or by its name and place where the system has no number for it.
 QString screenIdentifier(const Display& display);
+/// What is known of a display beside its number and place: "Color LCD-1280x800". The system may give its number to another.
+QString screenDescription(const Display& display);
 /// A profile's name in a file name: "my-gig" for "My Gig!"; "profile" when no letter or digit is in it.
 QString wallpaperSlug(const QString& profileName);
 
@@ -27,8 +29,17 @@ public:
     /// to the operation that follows.
     QString folder() const;
     QString manifestPath() const;
-    QString originalPath(const QString& screenIdentifier) const;
-    QString compositedPath(const QString& screenIdentifier, const QString& profileName) const;
+    /// @param number  which of the names that the display's file may have: the first, unless another display uses that
+    QString originalPath(const QString& screenIdentifier, int number = 1) const;
+    QString compositedPath(const QString& screenIdentifier, const QString& profileName, int number = 1) const;
+
+    /// The name of the latter, in the form in which names can be compared.
+    static QString compositedName(const QString& screenIdentifier, const QString& profileName, int number);
+    /// Which of these names it is; 0 for none of them.
+    static int numberOfComposited(const QString& name, const QString& screenIdentifier, const QString& profileName);
+
+    /// Whether the folder is there; it isn't created.
+    bool isThere() const;
 
     /// True for the path of a picture that the program has made: it says so, or leads into the folder.
     bool isOurs(const QString& path) const;
@@ -37,10 +48,14 @@ public:
     /// The path in the one form in which paths can be compared: the system may give back another than it was given.
     QString standardized(const QString& path) const;
 
+    /// A file's name in the one form in which names can be compared.
+    static QString nameOf(const QString& path);
     /// The names in the folder; none when it can't be read.
     QStringList names() const;
     /// Whether the file is a labelled picture of the display, for any profile.
     static bool isComposited(const QString& name, const QString& screenIdentifier);
+    /// Whether the file is a labelled picture of any display.
+    static bool isComposited(const QString& name);
     /// The display whose original the file is; empty for any other file.
     static QString displayOfOriginal(const QString& name);
     /// Removes a file of the folder. A failure is ignored: it is tried again with the next change.

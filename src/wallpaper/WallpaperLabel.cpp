@@ -52,10 +52,25 @@ QFontMetricsF metricsOf(const QFont& font) {
     return QFontMetricsF(font, &device);
 }
 
-QImage stretched(const QImage& picture, const QSize& size) {
+/// The largest part of the picture, from its middle, that has the canvas's proportions.
+QRect partShown(const QSize& picture, const QSize& canvas) {
+    const QSize part = canvas.scaled(picture, Qt::KeepAspectRatio).expandedTo({1, 1});
+    return QRect(QPoint((picture.width() - part.width()) / 2, (picture.height() - part.height()) / 2), part);
+}
+
+/// It is clipped before it is scaled: a panorama that fills a canvas may be many times as wide.
+QImage filling(const QImage& picture, const QSize& canvas) {
     const QImage::Format format =
         picture.hasAlphaChannel() ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32;
-    return picture.convertToFormat(format).scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    return picture.copy(partShown(picture.size(), canvas))
+        .convertToFormat(format)
+        .scaled(canvas, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+}
+
+/// A mark, a joiner or a control changes the letters beside it at most.
+bool isSeen(char32_t character) {
+    return QChar::isPrint(character) && !QChar::isMark(character) && !QChar::isSpace(character) &&
+           QChar::category(character) != QChar::Other_Format;
 }
 
 void keepColorSpace(QImage& canvas, const QImage& picture) {
@@ -88,6 +103,19 @@ LabelText labelText(const QString& text, const QSizeF& canvas) {
     return {fitting, QRectF(margin, margin, metrics.horizontalAdvance(fitting), metrics.height())};
 }
 
+LabelLetters labelLetters(const QString& text) {
+    const QFontMetricsF metrics = metricsOf(labelFont(0)); // a font has the same letters in every size
+    const QList<uint> characters = text.toUcs4();
+    const auto seen = std::count_if(characters.cbegin(), characters.cend(), &isSeen);
+    const auto missing = std::count_if(characters.cbegin(), characters.cend(), [&metrics](uint character) {
+        return isSeen(character) && !metrics.inFontUcs4(character);
+    });
+    if (missing == 0) {
+        return LabelLetters::All;
+    }
+    return missing < seen ? LabelLetters::Some : LabelLetters::None;
+}
+
 QRect labelCorner(const QSize& canvas) {
     const int margin = static_cast<int>(labelMargin(canvas));
     const QSize size(std::clamp(canvas.width() / 3, 120, 500), std::clamp(canvas.height() / 10, 80, 240));
@@ -116,7 +144,7 @@ QColor labelColor(double cornerBrightness) {
 QImage labelledPicture(const QImage& picture, const QString& text, const QSizeF& canvas) {
     const QSize size(static_cast<int>(canvas.width()), static_cast<int>(canvas.height()));
     const LabelText label = labelText(text, canvas);
-    if (picture.isNull() || size.isEmpty() || label.box.height() <= 0) {
+    if (picture.isNull() || size.isEmpty() || label.box.height() <= 0 || labelLetters(text) == LabelLetters::None) {
         return {};
     }
     QImage labelled = blackCanvas(size);
@@ -125,7 +153,7 @@ QImage labelledPicture(const QImage& picture, const QString& text, const QSizeF&
     }
     keepColorSpace(labelled, picture);
     QPainter painter(&labelled);
-    painter.drawImage(QPoint(), stretched(picture, size));
+    painter.drawImage(QPoint(), filling(picture, size));
     const QFont font = labelFont(canvas.height());
     painter.setFont(font);
     painter.setPen(labelColor(cornerBrightness(labelled)));

@@ -25,6 +25,11 @@ struct LabelText {
 };
 LabelText labelText(const QString& text, const QSizeF& canvas);
 
+/// How much of a text can be read: where no font of the system has a letter, a box stands for it.
+enum class LabelLetters { All, Some, None };
+/// Blanks and what changes only the letters beside it don't count.
+LabelLetters labelLetters(const QString& text);
+
 /// Where the brightness is sampled: the corner where the text will stand, at most 500 by 240 pixels.
 QRect labelCorner(const QSize& canvas);
 /// The mean luminance of the corner, from 0 for black to 1 for white; 0.5 where there is nothing to sample.
@@ -33,9 +38,10 @@ double cornerBrightness(const QImage& canvas);
 /// Black on a corner brighter than 0.55, white on any other.
 QColor labelColor(double cornerBrightness);
 
-/// The picture stretched over the canvas, with the label on it. What is transparent shows black.
+/// The picture as the desktop itself shows it, filling the canvas in its own proportions and clipped on both sides alike,
+/// with the label on it. What is transparent shows black.
 /// @return opaque, with the picture's colour space. Null when the picture is null, a side of the canvas is below 1 pixel,
-///         the canvas has more than 1 GiB of pixels, or the system has no font.
+///         the canvas has more than 1 GiB of pixels, or no font of the system has a letter of the text.
 QImage labelledPicture(const QImage& picture, const QString& text, const QSizeF& canvas);
 
 /// The picture as it is, on black where it is transparent.

@@ -13,6 +13,8 @@ Json encodeJson(const ScreenWallpaperRecord& record) {
     appendMember(object, "screenIdentifier", quorvane::encodeJson(record.screenIdentifier));
     appendMember(object, "originalImagePath", quorvane::encodeJson(record.originalImagePath));
     appendOptionalMember(object, "originalDesktopURL", record.originalDesktopURL);
+    appendOptionalMember(object, "shownAs", record.shownAs);
+    appendOptionalMember(object, "screen", record.screen);
     return object;
 }
 
@@ -21,22 +23,35 @@ ScreenWallpaperRecord decodedRecord(const Json& object) {
     record.screenIdentifier = requiredMember<QString>(object, "screenIdentifier");
     record.originalImagePath = requiredMember<QString>(object, "originalImagePath");
     record.originalDesktopURL = optionalMember<QString>(object, "originalDesktopURL");
+    record.shownAs = optionalMember<QStringList>(object, "shownAs");
+    record.screen = optionalMember<QString>(object, "screen");
     return record;
+}
+
+template <typename Records>
+auto* recordIn(Records& records, const QString& screenIdentifier) {
+    const auto found = std::find_if(records.begin(), records.end(), [&screenIdentifier](const auto& each) {
+        return each.screenIdentifier == screenIdentifier;
+    });
+    return found == records.end() ? nullptr : &*found;
 }
 
 } // namespace
 
 const ScreenWallpaperRecord* WallpaperManifest::record(const QString& screenIdentifier) const {
-    const auto found =
-        std::find_if(screens.cbegin(), screens.cend(), [&screenIdentifier](const ScreenWallpaperRecord& each) {
-            return each.screenIdentifier == screenIdentifier;
-        });
-    return found == screens.cend() ? nullptr : &*found;
+    return recordIn(screens, screenIdentifier);
 }
 
-void WallpaperManifest::put(const ScreenWallpaperRecord& record) {
-    remove(record.screenIdentifier);
-    screens.append(record);
+ScreenWallpaperRecord* WallpaperManifest::record(const QString& screenIdentifier) {
+    return recordIn(screens, screenIdentifier);
+}
+
+void WallpaperManifest::put(const ScreenWallpaperRecord& newer) {
+    if (ScreenWallpaperRecord* const older = record(newer.screenIdentifier)) {
+        *older = newer;
+    } else {
+        screens.append(newer);
+    }
 }
 
 void WallpaperManifest::remove(const QString& screenIdentifier) {

@@ -29,7 +29,7 @@ bool isCustomName(const QString& name) {
 } // namespace
 
 WallpaperProfileOverlay::WallpaperProfileOverlay(const WallpaperPorts& ports, QObject* parent)
-    : QObject(parent)
+    : ProfileLabel(parent)
     , m_ports(ports)
     , m_label(ports.displays, ports.files, ports.machine, [this](const QString& line) { log(line); })
     , m_observation(ports.notifications.observe(u"com.apple.desktop"_s, [this] { enqueue(Job::Kind::Check); })) {}
@@ -260,6 +260,7 @@ void WallpaperProfileOverlay::carryOutRemoval() {
 /// The program's own changes lead here, too, and find everything in place. What has failed is left alone until something
 /// else is asked for or shown: otherwise its own attempts could call it for ever.
 QCoro::Task<void> WallpaperProfileOverlay::carryOutCheck() {
+    m_label.keepTrack();
     if (isOff()) {
         if (m_label.hasLeftOver()) {
             m_label.restoreOriginals();
@@ -270,7 +271,8 @@ QCoro::Task<void> WallpaperProfileOverlay::carryOutCheck() {
 }
 
 QCoro::Task<void> WallpaperProfileOverlay::show(QString name, DesktopLabel::Attempt attempt) {
-    co_await m_label.show(name, attempt);
+    const QList<DisplayLabel> labels = co_await m_label.show(name, attempt);
+    Q_EMIT displaysLabelled(labels);
     if (m_label.wasOvertaken()) {
         enqueue(Job::Kind::Check);
     }

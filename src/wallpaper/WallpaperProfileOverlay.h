@@ -44,10 +44,10 @@ struct WallpaperPorts {
 /// the last name wins. A picture that the user chooses while the label is on is labelled as well, and is then the one that
 /// comes back. While the label is off, a display that still shows one gets its own picture back as soon as it can.
 ///
-/// Nothing here is shown in a dialog: the log carries it all.
+/// Nothing here is shown in a dialog: the log carries it all, and `displaysLabelled` what became of each display.
 ///
 /// There is one for the life of the program, made at its first use, and it outlives its tasks. Main thread.
-class WallpaperProfileOverlay : public QObject, public ProfileLabel {
+class WallpaperProfileOverlay : public ProfileLabel {
     Q_OBJECT
 
 public:

@@ -15,6 +15,14 @@ WallpaperSystem::~WallpaperSystem() = default;
 void WallpaperSystem::start() {
     overlay = std::make_unique<WallpaperProfileOverlay>(wallpaperPorts(host));
     overlay->setLogAction([this](const QString& line) { trace.append(line); });
+    QObject::connect(overlay.get(), &ProfileLabel::displaysLabelled, [this](const QList<DisplayLabel>& results) {
+        labels.clear();
+        for (const DisplayLabel& label : results) {
+            const QString detail = label.detail.isEmpty() ? u"shown"_s : label.detail;
+            labels.append(label.display + (label.isShown && !label.detail.isEmpty() ? u": shown. "_s : u": "_s) +
+                          detail);
+        }
+    });
 }
 
 void WallpaperSystem::addPicture(const QString& name, const QColor& color) {

@@ -52,6 +52,8 @@ protected:
     /// The pictures that were set since the last call, in order, by their names.
     QStringList takeSets();
 
+    /// "Display 1: shown", "Display 2: It is locked.": what became of the label when it was put on last.
+    QStringList labels;
     std::unique_ptr<WallpaperProfileOverlay> overlay;
 };
 

@@ -4,6 +4,7 @@
 #include "fakes/RehearsalProgram.h"
 
 #include <QDir>
+#include <QFontDatabase>
 
 namespace quorvane {
 
@@ -70,6 +71,18 @@ TEST_F(RehearsalWallpaper, labelThatCantBeWrittenEndsWithStatusOne) {
     EXPECT_FALSE(QFileInfo::exists(outFile()));
 }
 
+TEST_F(RehearsalWallpaper, labelSaysSoWhenALetterHasNoFont) {
+    if (!QFontDatabase::families(QFontDatabase::Japanese).isEmpty()) {
+        GTEST_SKIP() << "there is a font with these letters";
+    }
+    const Ending part = start({u"label"_s, picture(Qt::blue), outFile(), u"Tour 日本"_s, u"640x480"_s});
+    EXPECT_EQ(part.status, 0);
+    EXPECT_EQ(part.error, "Not every letter of the name has a font.\n");
+    const Ending none = start({u"label"_s, picture(Qt::blue), outFile(), u"日本"_s, u"640x480"_s});
+    EXPECT_EQ(none.status, 1);
+    EXPECT_EQ(none.error, outFile().toUtf8() + ": The label could not be composed\n");
+}
+
 // ---- The displays
 
 TEST_F(RehearsalWallpaper, overlayShowsTheNameAndTakesItAway) {
@@ -78,6 +91,8 @@ TEST_F(RehearsalWallpaper, overlayShowsTheNameAndTakesItAway) {
     EXPECT_EQ(on.error, QByteArray());
     EXPECT_EQ(on.output.toStdString(),
               "  [APPLIED] Wallpaper profile label set to \"Late Night Set\" on 2 display(s).\n"
+              "Color LCD: the label is shown\n"
+              "Booth Monitor: the label is shown\n"
               "Color LCD: " +
                   kOverlayFolder.toStdString() +
                   "/composited-display-1-late-night-set.jpg\n"
@@ -89,6 +104,13 @@ TEST_F(RehearsalWallpaper, overlayShowsTheNameAndTakesItAway) {
                           "Color LCD: /Users/mika/Pictures/Stage.jpg\n"
                           "Booth Monitor: /Users/mika/Pictures/Dunes.jpg\n");
     EXPECT_EQ(workFiles(), QStringList());
+}
+
+TEST_F(RehearsalWallpaper, overlayReportsEachDisplay) {
+    const Ending run = rehearse({u"overlay"_s, u"Live"_s, u"--json"_s});
+    const macsim::Json report = macsim::Json::parse(run.output.cbegin(), run.output.cend());
+    EXPECT_EQ(report.at("labels"), (macsim::Json{{{"display", "Color LCD"}, {"isShown", true}, {"detail", ""}},
+                                                 {{"display", "Booth Monitor"}, {"isShown", true}, {"detail", ""}}}));
 }
 
 TEST_F(RehearsalWallpaper, overlayWithoutAProfilesNameEndsWithStatusOne) {
@@ -107,6 +129,7 @@ TEST_F(RehearsalWallpaper, anAppliedProfileIsNamedOnTheDisplays) {
     ASSERT_EQ(rehearse({u"overlay"_s, u"Late Night Set"_s}).status, 0);
     const Ending run = rehearse({u"apply"_s, example(u"rehearsal"_s)});
     EXPECT_EQ(run.status, 0);
+    EXPECT_TRUE(run.output.contains("Color LCD: the label is shown\nBooth Monitor: the label is shown\n"));
     EXPECT_TRUE(run.output.contains("  [APPLIED] Wallpaper profile label set to \"Rehearsal\" on 2 display(s).\n"));
     EXPECT_TRUE(workFiles().contains(u"composited-display-3-rehearsal.jpg"_s));
     const Ending back = rehearse({u"default"_s});
@@ -130,6 +153,8 @@ TEST_F(RehearsalWallpaper, noPictureIsLostOnAFullDisk) {
         EXPECT_EQ(full.status, 1);
         EXPECT_EQ(full.error, QByteArray());
         EXPECT_EQ(full.output.contains("on 1 display(s)"), !displays.isEmpty()) << full.output.toStdString();
+        EXPECT_TRUE(full.output.contains("Booth Monitor: no label. The labelled picture could not be saved.\n"));
+        EXPECT_TRUE(full.output.contains("  [ERROR] Could not save composited wallpaper for display-3.\n"));
         EXPECT_TRUE(full.output.contains("Booth Monitor: /Users/mika/Pictures/Dunes.jpg\n"));
         EXPECT_EQ(workFiles().size(), files) << workFiles().join(u' ').toStdString();
         const Ending off = rehearse({u"overlay"_s, u"--off"_s}, bytes);

@@ -144,6 +144,27 @@ TEST_F(WallpaperOnSimulatedMac, aDisplayThatCameBackMeanwhileIsRestoredAtTheStar
     EXPECT_EQ(workFiles(), QStringList());
 }
 
+TEST_F(WallpaperOnSimulatedMac, aProjectorWithTheMonitorsNumberLeavesItsPictureAlone) {
+    enable(u"Live"_s);
+    changeDisplay(1, "isConnected", false);
+    host->mac().state().update("displays", [](macsim::Json& displays) {
+        displays.push_back({{"number", 3},
+                            {"localizedName", "Projector"},
+                            {"frame", {1280, 0, 1024, 768}},
+                            {"picture", kStage.toStdString()}});
+    });
+    waitUntilShown(2, kWork + u"composited-display-3.2-live.jpg"_s);
+    changeDisplay(2, "isConnected", false);
+    changeDisplay(1, "isConnected", true);
+    QCoro::waitFor(overlay->finished());
+    disable();
+    EXPECT_EQ(shown(1), kDunes);
+    changeDisplay(1, "isConnected", false);
+    changeDisplay(2, "isConnected", true);
+    waitUntilShown(2, kStage);
+    EXPECT_EQ(workFiles(), QStringList());
+}
+
 TEST_F(WallpaperOnSimulatedMac, aPictureOf6016By6016IsLabelled) {
     volume().write(kStage, pngFile(plainPicture({6016, 6016}, Qt::darkBlue)));
     enable(u"Live"_s);
@@ -161,6 +182,7 @@ TEST_F(WallpaperOnSimulatedMac, aDisplayThatRefusesIsNotTriedForEver) {
     changeDisplay(1, "lastSeen", "then");
     QCoro::waitFor(overlay->finished());
     EXPECT_EQ(system->logMessages(), afterwards);
+    EXPECT_TRUE(afterwards.contains(u"  [ERROR] Could not set desktop wallpaper for display-1."_s));
     EXPECT_EQ(shown(0), kStage);
     EXPECT_EQ(shown(1), kWork + u"composited-display-3-live.jpg"_s);
 }

@@ -70,6 +70,27 @@ TEST_F(WallpaperFilesTest, aLabelledPictureIsThatOfOneDisplay) {
     EXPECT_FALSE(WallpaperFiles::isComposited(u"composited-display-1.jpg"_s, u"display-1"_s));
 }
 
+TEST_F(WallpaperFilesTest, aDisplaysFileMayHaveSeveralNames) {
+    EXPECT_EQ(work.originalPath(u"display-1"_s, 2), kFolder + u"/original-display-1.2.jpg"_s);
+    EXPECT_EQ(work.compositedPath(u"display-1"_s, u"My Gig!"_s, 2), kFolder + u"/composited-display-1.2-my-gig.jpg"_s);
+    for (const QString& id : {u"display-1"_s, u"Booth 1.5-0x0-640x480"_s, u"e\u0301"_s, QString(300, u'音')}) {
+        for (const int number : {1, 2, 13}) {
+            const QString name = WallpaperFiles::nameOf(work.compositedPath(id, u"My Gig!"_s, number));
+            EXPECT_EQ(WallpaperFiles::numberOfComposited(name, id, u"My Gig!"_s), number);
+            EXPECT_EQ(WallpaperFiles::numberOfComposited(name, id, u"Gig"_s), 0);
+            EXPECT_EQ(WallpaperFiles::numberOfComposited(name, u"display-2"_s, u"My Gig!"_s), 0);
+            EXPECT_LE(name.toUtf8().size(), 255);
+        }
+    }
+    EXPECT_EQ(WallpaperFiles::numberOfComposited(u"composited-display-1.0-my-gig.jpg"_s, u"display-1"_s, u"My Gig"_s),
+              0);
+    EXPECT_EQ(WallpaperFiles::numberOfComposited({}, u"display-1"_s, u"My Gig"_s), 0);
+}
+
+TEST_F(WallpaperFilesTest, whatIsKnownOfADisplayIsItsNameAndSize) {
+    EXPECT_EQ(screenDescription({7, u"Booth %1"_s, {-1920.9, 37.9, 1920.5, 1080}, 2}), u"Booth %1-1920x1080"_s);
+}
+
 TEST_F(WallpaperFilesTest, aPictureIsOursByItsPath) {
     EXPECT_TRUE(work.isOurs(kFolder + u"/composited-display-1-live.jpg"_s));
     EXPECT_TRUE(work.isOurs(u"/Volumes/Moved/Quorvane/WallpaperOverlay/a.jpg"_s));

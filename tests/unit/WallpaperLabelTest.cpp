@@ -3,6 +3,7 @@
 #include "fakes/Pictures.h"
 
 #include <QColorSpace>
+#include <QFontDatabase>
 
 #include <gtest/gtest.h>
 
@@ -152,21 +153,46 @@ INSTANTIATE_TEST_SUITE_P(Sizes, WallpaperLabelOnCanvas,
                          ::testing::Values(Canvas{640, 480}, Canvas{1280, 800}, Canvas{1001, 701}, Canvas{3024, 1964},
                                            Canvas{1080, 1920}, Canvas{6016, 3384}));
 
-TEST(WallpaperLabel, pictureIsStretchedOverTheWholeCanvas) {
-    QImage halves = plainPicture({100, 100}, Qt::blue);
-    fillRect(halves, QRect(50, 0, 50, 100), Qt::red);
-    const QImage labelled = labelledPicture(halves, u"x"_s, {800, 200});
-    EXPECT_EQ(labelled.size(), QSize(800, 200));
-    EXPECT_EQ(labelled.pixelColor(10, 190), QColor(Qt::blue));
-    EXPECT_EQ(labelled.pixelColor(390, 190), QColor(Qt::blue));
-    EXPECT_EQ(labelled.pixelColor(410, 190), QColor(Qt::red));
-    EXPECT_EQ(labelled.pixelColor(799, 199), QColor(Qt::red));
+TEST(WallpaperLabel, pictureFillsTheCanvasInItsOwnProportions) {
+    QImage portrait = plainPicture({300, 800}, Qt::blue);
+    fillRect(portrait, QRect(0, 300, 300, 200), Qt::green); // the middle, which is what a canvas of 3 by 2 shows
+    fillRect(portrait, QRect(100, 350, 100, 100), Qt::red); // a square stays a square
+    const QImage labelled = labelledPicture(portrait, u"x"_s, {600, 400});
+    ASSERT_EQ(labelled.size(), QSize(600, 400));
+    EXPECT_EQ(labelled.pixelColor(300, 4), QColor(Qt::green));
+    EXPECT_EQ(labelled.pixelColor(300, 395), QColor(Qt::green));
+    EXPECT_EQ(labelled.pixelColor(300, 106), QColor(Qt::red));
+    EXPECT_EQ(labelled.pixelColor(300, 293), QColor(Qt::red));
+    EXPECT_EQ(labelled.pixelColor(206, 200), QColor(Qt::red));
+    EXPECT_EQ(labelled.pixelColor(393, 200), QColor(Qt::red));
+    EXPECT_EQ(labelled.pixelColor(194, 200), QColor(Qt::green));
+    EXPECT_EQ(labelled.pixelColor(405, 200), QColor(Qt::green));
+}
+
+TEST(WallpaperLabel, bothSidesOfAWidePictureAreClippedAlike) {
+    QImage panorama = plainPicture({1000, 100}, Qt::blue);
+    fillRect(panorama, QRect(450, 0, 50, 100), Qt::green);
+    fillRect(panorama, QRect(500, 0, 50, 100), Qt::red);
+    const QImage labelled = labelledPicture(panorama, u"x"_s, {400, 400});
+    EXPECT_EQ(labelled.pixelColor(4, 390), QColor(Qt::green));
+    EXPECT_EQ(labelled.pixelColor(190, 390), QColor(Qt::green));
+    EXPECT_EQ(labelled.pixelColor(210, 390), QColor(Qt::red));
+    EXPECT_EQ(labelled.pixelColor(395, 390), QColor(Qt::red));
+}
+
+TEST(WallpaperLabel, pictureOfAnyProportionsFillsTheCanvas) {
+    for (const QSize& size : {QSize(1, 1), QSize(1, 5000), QSize(5000, 1), QSize(30000, 2)}) {
+        const QImage labelled = labelledPicture(plainPicture(size, Qt::green), u"x"_s, {640, 480});
+        ASSERT_EQ(labelled.size(), QSize(640, 480));
+        EXPECT_EQ(labelled.pixelColor(0, 0), QColor(Qt::green));
+        EXPECT_EQ(labelled.pixelColor(639, 479), QColor(Qt::green));
+    }
 }
 
 TEST(WallpaperLabel, transparentPartsAreBlack) {
     QImage picture(100, 100, QImage::Format_ARGB32);
     picture.fill(QColor(255, 255, 255, 0));
-    fillRect(picture, QRect(0, 90, 100, 10), Qt::green);
+    fillRect(picture, QRect(0, 80, 100, 20), Qt::green);
     const QImage labelled = labelledPicture(picture, u"Live"_s, {640, 480});
     EXPECT_EQ(labelled.pixelColor(600, 20), QColor(Qt::black));
     EXPECT_EQ(labelled.pixelColor(600, 470), QColor(Qt::green));
@@ -200,6 +226,24 @@ TEST(WallpaperLabel, everyFormatOfPixelsIsTaken) {
 TEST(WallpaperLabel, nameWithoutAGlyphLeavesThePictureAlone) {
     const QImage labelled = labelledPicture(plainPicture({64, 64}, Qt::blue), u" "_s, {640, 480});
     EXPECT_EQ(paintedRect(labelled, Qt::blue), QRect());
+}
+
+TEST(WallpaperLabel, lettersThatNoFontHasAreNoticed) {
+    if (!QFontDatabase::families(QFontDatabase::Japanese).isEmpty()) {
+        GTEST_SKIP() << "there is a font with these letters";
+    }
+    EXPECT_EQ(labelLetters(u"日本"_s), LabelLetters::None);
+    EXPECT_EQ(labelLetters(u"日 本\u0301"_s), LabelLetters::None);
+    EXPECT_EQ(labelLetters(u"Tour 日本"_s), LabelLetters::Some);
+    EXPECT_TRUE(labelledPicture(plainPicture({64, 64}, Qt::blue), u"日本"_s, {640, 480}).isNull());
+    EXPECT_FALSE(labelledPicture(plainPicture({64, 64}, Qt::blue), u"Tour 日本"_s, {640, 480}).isNull());
+}
+
+TEST(WallpaperLabel, whatIsNotSeenNeedsNoFont) {
+    for (const QString& name : {u"Late Night Set"_s, u"Ärger & Söhne #1 (live)"_s, u"e\u0301"_s, u"a\u200db\u00adc"_s,
+                                u"a\tb\u2028c"_s, u"a\ufe0f"_s, u" "_s, u""_s}) {
+        EXPECT_EQ(labelLetters(name), LabelLetters::All) << name.toStdString();
+    }
 }
 
 TEST(WallpaperLabel, canvasWithoutAPixelFails) {

@@ -36,6 +36,30 @@ TEST(WallpaperManifest, hasTheKeysOfItsFormat) {
 })");
 }
 
+TEST(WallpaperManifest, tellsAsWhichFilesAPictureIsShown) {
+    const WallpaperManifest manifest{
+        {{u"away-1"_s, u"/a"_s, std::nullopt, QStringList(u"composited-display-1-live.jpg"_s), u"Color LCD-1280x800"_s},
+         {u"display-1"_s, u"/b"_s, std::nullopt, QStringList(), std::nullopt}}};
+    EXPECT_EQ(encodeWallpaperManifest(manifest), R"({
+  "screens": [
+    {
+      "screenIdentifier": "away-1",
+      "originalImagePath": "/a",
+      "shownAs": [
+        "composited-display-1-live.jpg"
+      ],
+      "screen": "Color LCD-1280x800"
+    },
+    {
+      "screenIdentifier": "display-1",
+      "originalImagePath": "/b",
+      "shownAs": []
+    }
+  ]
+})");
+    EXPECT_EQ(decodeWallpaperManifest(encodeWallpaperManifest(manifest)), manifest);
+}
+
 TEST(WallpaperManifest, thatIsDamagedIsNone) {
     for (const QByteArray& bytes :
          {QByteArray(), QByteArray("{"), QByteArray("[]"), QByteArray("7"), QByteArray("{}"), QByteArray("\xff\xfe"),
@@ -43,6 +67,8 @@ TEST(WallpaperManifest, thatIsDamagedIsNone) {
           QByteArray(R"({"screens": [{"screenIdentifier": "display-1"}]})"),
           QByteArray(R"({"screens": [{"screenIdentifier": 1, "originalImagePath": "/a"}]})"),
           QByteArray(R"({"screens": [{"screenIdentifier": "a", "originalImagePath": "/a", "originalDesktopURL": 1}]})"),
+          QByteArray(R"({"screens": [{"screenIdentifier": "a", "originalImagePath": "/a", "shownAs": "b"}]})"),
+          QByteArray(R"({"screens": [{"screenIdentifier": "a", "originalImagePath": "/a", "screen": 1}]})"),
           encodeWallpaperManifest({{kBuiltIn}}).chopped(20)}) {
         EXPECT_EQ(decodeWallpaperManifest(bytes), std::nullopt) << bytes.toStdString();
     }
@@ -58,7 +84,7 @@ TEST(WallpaperManifest, holdsOneRecordForEachDisplay) {
     WallpaperManifest manifest{{kBuiltIn, kUnnumbered}};
     const ScreenWallpaperRecord newer{u"display-1"_s, u"/newer.jpg"_s, std::nullopt};
     manifest.put(newer);
-    EXPECT_EQ(manifest, (WallpaperManifest{{kUnnumbered, newer}}));
+    EXPECT_EQ(manifest, (WallpaperManifest{{newer, kUnnumbered}}));
     ASSERT_NE(manifest.record(u"display-1"_s), nullptr);
     EXPECT_EQ(*manifest.record(u"display-1"_s), newer);
     EXPECT_EQ(manifest.record(u"display-2"_s), nullptr);

@@ -3,6 +3,8 @@
 #include "fakes/MortalFileManager.h"
 #include "fakes/WallpaperSystem.h"
 
+#include <QFontDatabase>
+
 namespace quorvane {
 
 namespace {
@@ -83,8 +85,7 @@ TEST_F(WallpaperRestore, aFileThatTheUserHasDeletedComesBackAsItsCopy) {
     disable();
     EXPECT_EQ(shown(1), original(1));
     EXPECT_EQ(shown(2), kPictures + u"light.png"_s);
-    EXPECT_EQ(workFiles(), (QStringList{u"composited-display-1-live.jpg"_s, u"original-display-1.jpg"_s,
-                                        u"wallpaper-originals.json"_s}))
+    EXPECT_EQ(workFiles(), (QStringList{u"original-display-1.jpg"_s, u"wallpaper-originals.json"_s}))
         << "what a display shows is kept with its record";
     takeSets();
     tellOfChange();
@@ -205,14 +206,115 @@ TEST_F(WallpaperRestore, displaysThatChangeTheirNumbersKeepTheirPictures) {
     EXPECT_EQ(workFiles(), QStringList());
 }
 
-TEST_F(WallpaperRestore, aDisplayWhoseCopyCantMoveKeepsItsLabel) {
+TEST_F(WallpaperRestore, aDisplayThatGetsANewNumberNeedsNoNewCopy) {
     enableQuietly();
     displays.connected[1].display.number = 5;
     files.failOn(Operation::Write, original(5));
+    files.failOn(Operation::Write, original(2));
     update(u"Studio"_s);
-    EXPECT_EQ(shown(2), composited(2, u"live"_s));
-    EXPECT_TRUE(takeTrace().contains(u"  [WARNING] Could not save composited wallpaper for display-5.\n"_s));
+    EXPECT_EQ(takeTrace(), u"  [APPLIED] Wallpaper profile label set to \"Studio\" on 2 display(s).\n"_s);
+    files.removeAsRoot(kPictures + u"light.png"_s);
     disable();
+    EXPECT_EQ(shown(2), original(2));
+}
+
+TEST_F(WallpaperRestore, aDisplayThatTakesTheNumberOfOneThatIsAwayTakesNothingElse) {
+    addPicture(u"white.png"_s, Qt::white);
+    enableQuietly();
+    MemoryDisplays::Connected monitor = unplug(2);
+    tellOfChange();
+    displays.plugIn(2, monitor.display.frame, 1, kPictures + u"white.png"_s);
+    tellOfChange();
+    EXPECT_EQ(shown(2), kWallpaperFolder + u"composited-display-2.2-live.jpg"_s);
+    monitor.display.number = 3;
+    displays.connected.append(monitor);
+    tellOfChange();
+    EXPECT_EQ(shown(3), composited(3, u"live"_s));
+    disable();
+    EXPECT_EQ(shown(2), kPictures + u"white.png"_s);
+    EXPECT_EQ(shown(3), kPictures + u"light.png"_s);
+    EXPECT_EQ(workFiles(), QStringList());
+}
+
+TEST_F(WallpaperRestore, aNumberMayBeTakenWhileTheProgramDoesntRun) {
+    addPicture(u"white.png"_s, Qt::white);
+    enableQuietly();
+    overlay.reset();
+    MemoryDisplays::Connected monitor = unplug(2);
+    displays.plugIn(2, {200, 0, 640, 480}, 1, kPictures + u"white.png"_s);
+    start();
+    atStart({});
+    disable();
+    EXPECT_EQ(shown(2), kPictures + u"white.png"_s);
+    displays.connected.last() = monitor;
+    tellOfChange();
+    EXPECT_EQ(shown(2), kPictures + u"light.png"_s);
+    EXPECT_EQ(workFiles(), QStringList());
+}
+
+TEST_F(WallpaperRestore, twoDisplaysThatShowOneLabelHaveOnePictureEach) {
+    enableQuietly();
+    displays.connected[1].picture = composited(1, u"live"_s);
+    tellOfChange();
+    EXPECT_EQ(shown(1), composited(1, u"live"_s));
+    EXPECT_EQ(shown(2), composited(2, u"live"_s));
+    choose(1, kPictures + u"light.png"_s);
+    disable();
+    EXPECT_EQ(shown(1), kPictures + u"light.png"_s);
+    EXPECT_EQ(shown(2), kPictures + u"blue.png"_s);
+    EXPECT_EQ(workFiles(), QStringList());
+}
+
+TEST_F(WallpaperRestore, theDisplayWhoseLabelAnotherShowsKeepsItsRecord) {
+    enableQuietly();
+    displays.connected[1].picture = composited(1, u"live"_s);
+    tellOfChange();
+    disable();
+    EXPECT_EQ(shown(1), kPictures + u"blue.png"_s);
+    EXPECT_EQ(shown(2), kPictures + u"blue.png"_s);
+    EXPECT_EQ(workFiles(), QStringList());
+}
+
+TEST_F(WallpaperRestore, numbersMayBeExchangedWhileAnyChangeOfAFileFails) {
+    const QByteArray blue = files.read(kPictures + u"blue.png"_s);
+    const QByteArray light = files.read(kPictures + u"light.png"_s);
+    for (int change = 1; change <= 8; ++change) {
+        enable(u"Live"_s);
+        std::swap(displays.connected[0].display.number, displays.connected[1].display.number);
+        files.failAtChange(change);
+        update(u"Studio"_s);
+        files.failAtChange(0);
+        update(u"Studio"_s);
+        files.removeAsRoot(kPictures + u"blue.png"_s);
+        files.removeAsRoot(kPictures + u"light.png"_s);
+        disable();
+        EXPECT_LT(lightest(QImage::fromData(files.read(*shown(1)))), 140) << change << ": dark blue";
+        EXPECT_GT(lightest(QImage::fromData(files.read(*shown(2)))), 220) << change;
+        files.addFile(kPictures + u"blue.png"_s, blue);
+        files.addFile(kPictures + u"light.png"_s, light);
+        displays.connected[0].picture = kPictures + u"blue.png"_s;
+        displays.connected[1].picture = kPictures + u"light.png"_s;
+    }
+}
+
+TEST_F(WallpaperRestore, aManifestOfAnEarlierVersionIsUnderstood) {
+    enableQuietly();
+    WallpaperManifest earlier = manifest();
+    for (ScreenWallpaperRecord& record : earlier.screens) {
+        record.shownAs.reset();
+        record.screen.reset();
+    }
+    writeManifest(encodeWallpaperManifest(earlier));
+    overlay.reset();
+    start();
+    const MemoryDisplays::Connected monitor = unplug(2);
+    tellOfChange();
+    displays.plugIn(2, monitor.display.frame, 1, kPictures + u"blue.png"_s);
+    tellOfChange();
+    displays.connected.last() = monitor;
+    tellOfChange();
+    disable();
+    EXPECT_EQ(shown(1), kPictures + u"blue.png"_s);
     EXPECT_EQ(shown(2), kPictures + u"light.png"_s);
 }
 
@@ -252,7 +354,7 @@ TEST_F(WallpaperRestore, aDisplayThatRefusesThePictureKeepsEverything) {
     enableQuietly();
     displays.connected[0].settingError = u"It is locked."_s;
     disable();
-    EXPECT_EQ(takeTrace(), u"  [WARNING] Could not set desktop wallpaper: It is locked.\n"_s + kLabelGone);
+    EXPECT_EQ(takeTrace(), u"  [ERROR] Could not set desktop wallpaper: It is locked.\n"_s + kLabelGone);
     EXPECT_EQ(workFiles(), (QStringList{u"composited-display-1-live.jpg"_s, u"original-display-1.jpg"_s,
                                         u"wallpaper-originals.json"_s}));
     takeSets();
@@ -271,8 +373,9 @@ TEST_F(WallpaperRestore, aLabelThatCantBeSetDeletesNothing) {
     enableQuietly();
     displays.connected[0].settingError = u"It is locked."_s;
     update(u"Studio"_s);
-    EXPECT_EQ(takeTrace(), u"  [WARNING] Could not set desktop wallpaper: It is locked.\n"
-                           "  [WARNING] Could not set desktop wallpaper for display-1.\n"
+    EXPECT_EQ(takeTrace(), u"  [ERROR] Could not set desktop wallpaper: It is locked.\n"
+                           "  [ERROR] Could not set desktop wallpaper for display-1.\n"
+                           "  [ERROR] Could not set desktop wallpaper: It is locked.\n"
                            "  [APPLIED] Wallpaper profile label set to \"Studio\" on 1 display(s).\n"_s);
     EXPECT_EQ(shown(1), composited(1, u"live"_s));
     EXPECT_TRUE(files.exists(composited(1, u"live"_s)));
@@ -304,7 +407,7 @@ TEST_F(WallpaperRestore, aPictureThatCantBeReadIsLeftInPlace) {
     files.addFile(kPictures + u"odd.webp"_s, "not a picture");
     choose(1, kPictures + u"odd.webp"_s);
     EXPECT_EQ(shown(1), kPictures + u"odd.webp"_s) << "the older copy isn't shown in its place";
-    EXPECT_EQ(takeTrace(), u"  [WARNING] Could not load wallpaper image for display-1.\n"_s + kLabelledOne);
+    EXPECT_EQ(takeTrace(), u"  [ERROR] Could not load wallpaper image for display-1.\n"_s + kLabelledOne);
     update(u"Studio"_s);
     EXPECT_EQ(shown(1), kPictures + u"odd.webp"_s);
     disable();
@@ -319,10 +422,10 @@ TEST_F(WallpaperRestore, damagedAndMissingPicturesAreLeftInPlace) {
     displays.plugIn(3, {0, 0, 100, 100}, 1, kPictures.chopped(1));
     displays.plugIn(4, {0, 0, 100, 100}, 1, {}).picture.reset();
     enable(u"Live"_s);
-    EXPECT_EQ(takeTrace(), u"  [WARNING] Could not load wallpaper image for display-1.\n"
-                           "  [WARNING] Could not load wallpaper image for display-2.\n"
-                           "  [WARNING] Could not load wallpaper image for display-3.\n"
-                           "  [WARNING] Could not load wallpaper image for display-4.\n"_s);
+    EXPECT_EQ(takeTrace(), u"  [ERROR] Could not load wallpaper image for display-1.\n"
+                           "  [ERROR] Could not load wallpaper image for display-2.\n"
+                           "  [ERROR] Could not load wallpaper image for display-3.\n"
+                           "  [ERROR] Could not load wallpaper image for display-4.\n"_s);
     EXPECT_EQ(takeSets(), QStringList());
     EXPECT_EQ(workFiles(), QStringList());
 }
@@ -342,7 +445,7 @@ TEST_F(WallpaperRestore, aTransparentPictureComesBackItself) {
 TEST_F(WallpaperRestore, aDisplayOfNoSizeFailsAlone) {
     displays.connected[0].display.frame = {0, 0, 0, 0};
     enable(u"Live"_s);
-    EXPECT_EQ(takeTrace(), u"  [WARNING] Could not composite wallpaper label for display-1.\n"_s + kLabelledOne);
+    EXPECT_EQ(takeTrace(), u"  [ERROR] Could not composite wallpaper label for display-1.\n"_s + kLabelledOne);
     EXPECT_EQ(shown(1), kPictures + u"blue.png"_s);
 }
 
@@ -351,7 +454,7 @@ TEST_F(WallpaperRestore, aDisplayOfNoSizeFailsAlone) {
 TEST_F(WallpaperRestore, aPictureWhoseCopyCantBeKeptIsLeftInPlace) {
     files.failOn(Operation::Write, original(1));
     enable(u"Live"_s);
-    EXPECT_EQ(takeTrace(), u"  [WARNING] Could not save composited wallpaper for display-1.\n"_s + kLabelledOne);
+    EXPECT_EQ(takeTrace(), u"  [ERROR] Could not save composited wallpaper for display-1.\n"_s + kLabelledOne);
     EXPECT_EQ(shown(1), kPictures + u"blue.png"_s);
     EXPECT_EQ(manifest().record(u"display-1"_s), nullptr);
 }
@@ -359,8 +462,8 @@ TEST_F(WallpaperRestore, aPictureWhoseCopyCantBeKeptIsLeftInPlace) {
 TEST_F(WallpaperRestore, noPictureIsTakenAwayThatCantBeRecorded) {
     files.failOn(Operation::Write, kWallpaperFolder + u"wallpaper-originals.json"_s);
     enable(u"Live"_s);
-    EXPECT_EQ(takeTrace(), u"  [WARNING] Could not save composited wallpaper for display-1.\n"
-                           "  [WARNING] Could not save composited wallpaper for display-2.\n"_s);
+    EXPECT_EQ(takeTrace(), u"  [ERROR] Could not save composited wallpaper for display-1.\n"
+                           "  [ERROR] Could not save composited wallpaper for display-2.\n"_s);
     EXPECT_EQ(shown(1), kPictures + u"blue.png"_s);
     EXPECT_EQ(shown(2), kPictures + u"light.png"_s);
 }
@@ -369,16 +472,25 @@ TEST_F(WallpaperRestore, anUnchangedRecordNeedsNoWriting) {
     enableQuietly();
     files.failOn(Operation::Write, kWallpaperFolder + u"wallpaper-originals.json"_s);
     choose(1, kPictures + u"light.png"_s);
-    EXPECT_EQ(takeTrace(), u"  [WARNING] Could not save composited wallpaper for display-1.\n"_s + kLabelledOne);
-    update(u"Studio"_s);
+    EXPECT_EQ(takeTrace(), u"  [ERROR] Could not save composited wallpaper for display-1.\n"_s + kLabelledOne);
     EXPECT_EQ(shown(1), kPictures + u"light.png"_s);
-    EXPECT_EQ(shown(2), composited(2, u"studio"_s));
+    EXPECT_EQ(shown(2), composited(2, u"live"_s));
+}
+
+TEST_F(WallpaperRestore, noLabelIsShownThatCantBeRecorded) {
+    enableQuietly();
+    files.failOn(Operation::Write, kWallpaperFolder + u"wallpaper-originals.json"_s);
+    update(u"Studio"_s);
+    EXPECT_EQ(takeTrace(), u"  [ERROR] Could not save composited wallpaper for display-1.\n"
+                           "  [ERROR] Could not save composited wallpaper for display-2.\n"_s);
+    EXPECT_EQ(shown(1), kPictures + u"blue.png"_s);
+    EXPECT_EQ(shown(2), kPictures + u"light.png"_s);
 }
 
 TEST_F(WallpaperRestore, aLabelThatCantBeWrittenIsntShown) {
     files.failOn(Operation::Write, composited(2, u"live"_s));
     enable(u"Live"_s);
-    EXPECT_EQ(takeTrace(), u"  [WARNING] Could not save composited wallpaper for display-2.\n"_s + kLabelledOne);
+    EXPECT_EQ(takeTrace(), u"  [ERROR] Could not save composited wallpaper for display-2.\n"_s + kLabelledOne);
     EXPECT_EQ(shown(2), kPictures + u"light.png"_s);
     disable();
     EXPECT_EQ(shown(1), kPictures + u"blue.png"_s);
@@ -397,6 +509,122 @@ TEST_F(WallpaperRestore, anyChangeOfAFileMayFail) {
         EXPECT_EQ(shown(2), kPictures + u"light.png"_s) << change;
         EXPECT_EQ(workFiles(), QStringList()) << change;
     }
+}
+
+// ---- A label that can't be shown
+
+TEST_F(WallpaperRestore, aLabelThatCantBeShownLeavesNoWrongName) {
+    const std::function<void()> troubles[] = {[this] { files.failOn(Operation::Write, composited(1, u"studio"_s)); },
+                                              [this] {
+                                                  displays.connected[0].display.frame = {0, 0, 0, 0};
+                                              },
+                                              [this] {
+                                                  files.removeAsRoot(original(1));
+                                                  files.addFile(kPictures + u"blue.png"_s, "not a picture any more");
+                                              }};
+    for (const auto& trouble : troubles) {
+        displays.connected[0].display.frame = {0, 0, 200, 120};
+        enableQuietly();
+        trouble();
+        update(u"Studio"_s);
+        EXPECT_EQ(shown(1), kPictures + u"blue.png"_s);
+        EXPECT_EQ(shown(2), composited(2, u"studio"_s));
+        EXPECT_NE(labels.first(), u"Display 1: shown"_s);
+        EXPECT_EQ(labels.last(), u"Display 2: shown"_s);
+        disable();
+        EXPECT_EQ(workFiles(), QStringList());
+    }
+}
+
+TEST_F(WallpaperRestore, eachDisplayHasAResult) {
+    displays.plugIn(3, {0, 0, 0, 0}, 1, kPictures + u"blue.png"_s);
+    displays.plugIn(4, {0, 0, 40, 30}, 1, kPictures + u"missing.png"_s);
+    displays.plugIn(5, {0, 0, 40, 30}, 1, kPictures + u"blue.png"_s);
+    displays.connected[1].settingError = u"It is locked."_s;
+    files.failOn(Operation::Write, composited(5, u"live"_s));
+    const QStringList results{
+        u"Display 1: shown"_s, u"Display 2: It is locked."_s, u"Display 3: The label could not be composed."_s,
+        u"Display 4: Its picture could not be read."_s, u"Display 5: The labelled picture could not be saved."_s};
+    enable(u"Live"_s);
+    EXPECT_EQ(labels, results);
+    labels.clear();
+    tellOfChange();
+    EXPECT_EQ(labels, QStringList()) << "nothing was tried";
+    choose(1, kPictures + u"light.png"_s);
+    EXPECT_EQ(labels, results) << "also of those that aren't tried again";
+}
+
+TEST_F(WallpaperRestore, aDisplayWhoseUserWasQuickerHasAResult) {
+    overlay->setOverlayEnabled(true, u"Live"_s);
+    QStringList first;
+    QObject::connect(overlay.get(), &ProfileLabel::displaysLabelled,
+                     [&](const QList<DisplayLabel>& results) { first.append(results.first().detail); });
+    displays.connected[0].picture = kPictures + u"light.png"_s;
+    QCoro::waitFor(overlay->finished());
+    EXPECT_EQ(first, (QStringList{u"Another picture was chosen meanwhile."_s, QString()}));
+}
+
+TEST_F(WallpaperRestore, aDisplayUnpluggedMeanwhileHasAResult) {
+    overlay->setOverlayEnabled(true, u"Live"_s);
+    QStringList first;
+    QObject::connect(overlay.get(), &ProfileLabel::displaysLabelled,
+                     [&](const QList<DisplayLabel>& results) { first.append(results.last().detail); });
+    displays.connected.removeLast();
+    QCoro::waitFor(overlay->finished());
+    EXPECT_EQ(first, QStringList(u"It isn't connected any more."_s));
+}
+
+TEST_F(WallpaperRestore, aLabelThatTheSystemDoesntShowIsntCalledShown) {
+    displays.whenSet = [this] { displays.connected[0].picture = kPictures + u"light.png"_s; };
+    enable(u"Live"_s);
+    EXPECT_EQ(labels, (QStringList{u"Display 1: The system shows another picture."_s, u"Display 2: shown"_s}));
+    EXPECT_EQ(takeTrace(), kLabelledOne);
+}
+
+TEST_F(WallpaperRestore, aLostCopyIsMadeAnewFromTheUsersOwnFile) {
+    enableQuietly();
+    const QByteArray copy = files.read(original(1));
+    const std::function<void()> losses[] = {[this] { files.removeAsRoot(original(1)); },
+                                            [this] { files.addFile(original(1), "damaged"); }};
+    for (const auto& lose : losses) {
+        lose();
+        overlay.reset();
+        start();
+        update(u"Live"_s);
+        EXPECT_EQ(takeTrace(), kLabelledTwo);
+        EXPECT_EQ(files.read(original(1)), copy);
+    }
+    files.removeAsRoot(original(1));
+    files.failOn(Operation::Write, original(1));
+    update(u"Studio"_s);
+    EXPECT_EQ(labels.first(), u"Display 1: The labelled picture could not be saved."_s);
+    EXPECT_EQ(shown(1), kPictures + u"blue.png"_s);
+}
+
+TEST_F(WallpaperRestore, aNameWithoutAReadableLetterIsNotShown) {
+    if (!QFontDatabase::families(QFontDatabase::Japanese).isEmpty()) {
+        GTEST_SKIP() << "there is a font with these letters";
+    }
+    enableQuietly();
+    update(u"日本"_s);
+    EXPECT_EQ(takeTrace(), u"  [ERROR] Could not composite wallpaper label for display-1.\n"
+                           "  [ERROR] Could not composite wallpaper label for display-2.\n"
+                           "  [INFO] No font on this Mac has all letters of \"日本\".\n"_s);
+    EXPECT_EQ(labels, (QStringList{u"Display 1: No font has the letters of the name."_s,
+                                   u"Display 2: No font has the letters of the name."_s}));
+    EXPECT_EQ(shown(1), kPictures + u"blue.png"_s);
+}
+
+TEST_F(WallpaperRestore, aNameThatCanBeReadInPartIsShownAndSaidToBe) {
+    if (!QFontDatabase::families(QFontDatabase::Japanese).isEmpty()) {
+        GTEST_SKIP() << "there is a font with these letters";
+    }
+    enableQuietly();
+    update(u"Tour 日本"_s);
+    EXPECT_EQ(takeTrace(), u"  [APPLIED] Wallpaper profile label set to \"Tour 日本\" on 2 display(s).\n"
+                           "  [INFO] No font on this Mac has all letters of \"Tour 日本\".\n"_s);
+    EXPECT_EQ(labels.first(), u"Display 1: shown. Not every letter of the name has a font."_s);
+    EXPECT_TRUE(overlay->isOverlayInPlace());
 }
 
 // ---- A program that dies
@@ -472,9 +700,9 @@ TEST_F(WallpaperRestore, aLinkInTheWorkFolderIsNoCopy) {
     files.removeAsRoot(original(1));
     files.addLink(original(1), u"/Users/alex/private.jpg"_s);
     update(u"Studio"_s);
-    EXPECT_TRUE(takeTrace().startsWith(u"  [WARNING] Could not load wallpaper image for display-1.\n"_s));
-    EXPECT_FALSE(files.touchedPaths().contains(u"/Users/alex/private.jpg"_s) &&
-                 displays.calls.contains(u"load "_s + original(1)));
+    EXPECT_EQ(shown(1), composited(1, u"studio"_s)) << "of a copy that was made anew";
+    EXPECT_EQ(files.status(original(1)).kind, FileStatus::Kind::File);
+    EXPECT_LT(pictureIn(u"original-display-1.jpg"_s).pixelColor(5, 5).red(), 50);
     disable();
     EXPECT_TRUE(files.exists(u"/Users/alex/private.jpg"_s));
     EXPECT_EQ(shown(1), kPictures + u"blue.png"_s);
@@ -516,7 +744,7 @@ TEST_F(WallpaperRestore, aLabelWithoutItsOriginalStays) {
     displays.connected[0].picture = kWallpaperFolder + u"composited-display-1-old.jpg"_s;
     files.addFile(*shown(1), pngFile(plainPicture({20, 10}, Qt::red)));
     enable(u"Live"_s);
-    EXPECT_EQ(takeTrace(), u"  [WARNING] Could not load wallpaper image for display-1.\n"_s + kLabelledOne);
+    EXPECT_EQ(takeTrace(), u"  [ERROR] Could not load wallpaper image for display-1.\n"_s + kLabelledOne);
     EXPECT_EQ(shown(1), kWallpaperFolder + u"composited-display-1-old.jpg"_s);
     EXPECT_TRUE(files.exists(*shown(1)));
 }
