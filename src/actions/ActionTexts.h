@@ -21,10 +21,6 @@ struct MaintenanceSelection;
 struct NetworkOutcome;
 struct StartupApplyResult;
 
-/// A text from a file or a tool as it may stand in a question: on one line, without characters that control or turn it, and
-/// shortened in the middle where it is long.
-QString plainText(const QString& text);
-
 // ---- Questions. Of those that destroy something the cancel button is on Return.
 
 /// @param name  of the profile that is active
