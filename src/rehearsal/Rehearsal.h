@@ -84,6 +84,7 @@ private:
     TerminalListener listener(TerminalListener::Manners manners);
     void print(const QStringList& lines);
     QCoro::Task<RehearsalOutcome> outcome(TerminalListener& listener, QCoro::Task<ActionOutcome> action);
+    void requireOwnName(const UnifiedProfile& profile, const QString& hostPath) const;
     std::optional<UnifiedProfile> storedProfile(const UnifiedProfile& profile, const QString& hostPath);
     QList<ShownPicture> shownPictures();
 
