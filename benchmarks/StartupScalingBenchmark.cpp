@@ -123,6 +123,15 @@ void parseDump(benchmark::State& state) {
     }
 }
 
+/// As it comes from AppleScript.
+void parseDumpWithReturns(benchmark::State& state) {
+    const QByteArray dump = dumpOf(static_cast<int>(state.range(0))).replace("\n", "\r\n");
+    const QString text = QString::fromUtf8(dump);
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(parseBackgroundTaskDump(text));
+    }
+}
+
 void selectBackgroundItems(benchmark::State& state) {
     const auto items = parseBackgroundTaskDump(QString::fromUtf8(dumpOf(static_cast<int>(state.range(0)))));
     const StartupConfiguration configuration = configurationWith(30);
@@ -166,6 +175,11 @@ void discover(benchmark::State& state) {
 }
 
 BENCHMARK(parseDump)->Arg(kSmallDump)->Arg(kLargeDump)->Repetitions(kRepetitions)->Unit(benchmark::kMillisecond);
+BENCHMARK(parseDumpWithReturns)
+    ->Arg(kSmallDump)
+    ->Arg(kLargeDump)
+    ->Repetitions(kRepetitions)
+    ->Unit(benchmark::kMillisecond);
 BENCHMARK(selectBackgroundItems)
     ->Arg(kSmallDump)
     ->Arg(kLargeDump)

@@ -1,6 +1,5 @@
 #include "actions/ActionStage.h"
 
-#include "lock/UnlockGate.h"
 #include "system/SystemManager.h"
 
 #include <QCoroTask>

@@ -3,6 +3,7 @@
 #include "actions/ActionListener.h"
 #include "actions/ActionOutcome.h"
 #include "actions/Turnstile.h"
+#include "lock/UnlockGate.h"
 
 #include <QString>
 
@@ -13,7 +14,6 @@ namespace quorvane {
 
 class FlowEnvironment;
 class SystemManager;
-class UnlockGate;
 
 class Action;
 
@@ -57,7 +57,7 @@ public:
     [[nodiscard]] Turnstile::Hold carryingOut(const QString& text, Anew changed = {});
     /// The same for what is done at once.
     void carryOutAtOnce(Anew changed = {});
-    [[nodiscard]] Turnstile::Hold suppressAutoLock() { return m_stage.m_turnstile.suppressAutoLock(); }
+    [[nodiscard]] UnlockGate::AutoLockSuppression suppressAutoLock() { return m_stage.m_gate.suppressAutoLock(); }
 
     QCoro::Task<void> tell(ClosingAlert alert);
     /// Shows it at once.

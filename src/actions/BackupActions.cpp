@@ -54,13 +54,13 @@ QCoro::Task<void> BackupActions::carryOutBackUp(Action& action) {
     if (!co_await action.passesGate(u"back up profiles"_s)) {
         co_return;
     }
-    ProfileCloudBackup backup;
+    ProfileCloudBackupResult result;
     {
         const Turnstile::Hold busy = action.carryingOut(kSyncing, {.backups = true});
-        backup = co_await m_backups.backupAllProfiles(m_store);
+        result = co_await m_backups.backupAllProfiles(m_store);
     }
     action.outcome.succeeded = true;
-    co_await action.tell(backupCompleteAlert(backup));
+    co_await action.tell(backupCompleteAlert(result));
 }
 
 // ---- List

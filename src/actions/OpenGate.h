@@ -9,7 +9,10 @@ class OpenGate final : public UnlockGate {
 public:
     QCoro::Task<bool> requireUnlock(QString action) override;
     bool isUnlocked() const override { return true; }
-    void setSuppressAutoLock(bool) override {}
+
+private:
+    void autoLockHeld() override {}
+    void autoLockReleased() override {}
 };
 
 } // namespace quorvane

@@ -73,7 +73,7 @@ QCoro::Task<void> ProfileActions::reviewAndApply(Action& action, UnifiedProfile 
     if (!co_await action.isAgreedTo(review)) {
         co_return;
     }
-    const Turnstile::Hold noAutoLock = action.suppressAutoLock();
+    const UnlockGate::AutoLockSuppression noAutoLock = action.suppressAutoLock();
     co_await apply(action, profile);
     const QCoro::Task<void> panel = action.showResult(resultPanel(ReviewSubject::Profile, action.outcome));
     if (action.outcome.succeeded) {

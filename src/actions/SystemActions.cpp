@@ -96,7 +96,7 @@ QCoro::Task<ActionOutcome> SystemActions::applyStartup(const StartupConfiguratio
         if (!co_await action.isAgreedTo(review)) {
             co_return;
         }
-        const Turnstile::Hold noAutoLock = action.suppressAutoLock();
+        const UnlockGate::AutoLockSuppression noAutoLock = action.suppressAutoLock();
         StartupApplyResult result;
         {
             const Turnstile::Hold busy =

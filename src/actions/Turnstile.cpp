@@ -1,14 +1,12 @@
 #include "actions/Turnstile.h"
 
-#include "lock/UnlockGate.h"
 #include "system/SystemManager.h"
 
 namespace quorvane {
 
-Turnstile::Turnstile(SystemManager& system, UnlockGate& gate, QObject* parent)
+Turnstile::Turnstile(SystemManager& system, QObject* parent)
     : QObject(parent)
     , m_system(system)
-    , m_gate(gate)
     , m_wasIdle(isIdle()) {
     connect(&m_system, &SystemManager::isBusyChanged, this, &Turnstile::update);
 }
@@ -28,13 +26,6 @@ Turnstile::Hold Turnstile::busy(const QString& text) {
     return Hold(*this, &Turnstile::endBusy);
 }
 
-Turnstile::Hold Turnstile::suppressAutoLock() {
-    if (++m_suppressionCount == 1) {
-        m_gate.setSuppressAutoLock(true);
-    }
-    return Hold(*this, &Turnstile::allowAutoLock);
-}
-
 void Turnstile::close() {
     --m_openCount;
     update();
@@ -42,12 +33,6 @@ void Turnstile::close() {
 
 void Turnstile::endBusy() {
     m_system.endBusy();
-}
-
-void Turnstile::allowAutoLock() {
-    if (--m_suppressionCount == 0) {
-        m_gate.setSuppressAutoLock(false);
-    }
 }
 
 void Turnstile::update() {

@@ -8,7 +8,6 @@
 namespace quorvane {
 
 class SystemManager;
-class UnlockGate;
 
 /// One thing at a time: an action begins when nothing is busy and nothing is open. Whoever passes, opens a sheet, asks, or
 /// works holds it by an object that ends with their scope, whatever happens there. Main thread.
@@ -16,9 +15,9 @@ class Turnstile : public QObject {
     Q_OBJECT
 
 public:
-    Turnstile(SystemManager& system, UnlockGate& gate, QObject* parent = nullptr);
+    explicit Turnstile(SystemManager& system, QObject* parent = nullptr);
 
-    /// What keeps the next from beginning, or the lock from engaging; it ends with this object. The turnstile outlives it.
+    /// What keeps the next from beginning; it ends with this object. The turnstile outlives it.
     class Hold {
     public:
         Hold(Hold&& other) noexcept
@@ -51,8 +50,6 @@ public:
     [[nodiscard]] Hold open();
     /// Something runs. Brackets nest; the outermost text stays.
     [[nodiscard]] Hold busy(const QString& text);
-    /// The program's own prompts take the active state away, and don't lock it by that.
-    [[nodiscard]] Hold suppressAutoLock();
 
 Q_SIGNALS:
     /// It is another answer now, in either direction.
@@ -61,13 +58,10 @@ Q_SIGNALS:
 private:
     void close();
     void endBusy();
-    void allowAutoLock();
     void update();
 
     SystemManager& m_system;
-    UnlockGate& m_gate;
     int m_openCount = 0;
-    int m_suppressionCount = 0;
     bool m_wasIdle;
 };
 

@@ -28,7 +28,7 @@ QCoro::Task<ActionOutcome> TweakActions::execute(const PerformanceSettings& sett
         if (!co_await action.isAgreedTo(review)) {
             co_return;
         }
-        const Turnstile::Hold noAutoLock = action.suppressAutoLock();
+        const UnlockGate::AutoLockSuppression noAutoLock = action.suppressAutoLock();
         {
             const Turnstile::Hold busy = action.carryingOut(u"Applying performance tweaks…"_s, {.match = true});
             action.outcome.succeeded = co_await m_system.applyPerformanceTweaks(settings, cleanReboot);

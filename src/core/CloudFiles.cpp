@@ -6,8 +6,10 @@
 
 #include <QCoroFuture>
 #include <QCoroTask>
+#include <QSet>
 
 #include <chrono>
+#include <utility>
 
 namespace quorvane {
 
@@ -50,17 +52,27 @@ bool CloudFiles::exists(const QString& path) const {
 }
 
 QCoro::Task<bool> CloudFiles::download(QString path) {
-    if (!m_cloud.isUbiquitous(path)) {
-        co_return true;
-    }
-    m_cloud.startDownloading(path);
-    for (int look = 0; look < kLooks; ++look) {
-        if (m_cloud.isCurrent(path)) {
-            co_return true;
+    const QStringList arrived = co_await downloadAll(QStringList(path));
+    co_return !arrived.isEmpty();
+}
+
+QCoro::Task<QStringList> CloudFiles::downloadAll(QStringList paths) {
+    QSet<QString> missing;
+    for (const QString& path : paths) {
+        if (m_cloud.isUbiquitous(path)) {
+            m_cloud.startDownloading(path);
+            missing.insert(path);
         }
-        co_await m_clock.sleepFor(kWait);
     }
-    co_return false;
+    const auto isHere = [this](const QString& path) { return m_cloud.isCurrent(path); };
+    for (int look = 0; look < kLooks && !missing.isEmpty(); ++look) {
+        missing.removeIf(isHere);
+        if (!missing.isEmpty()) {
+            co_await m_clock.sleepFor(kWait);
+        }
+    }
+    paths.removeIf([&missing](const QString& path) { return missing.contains(path); });
+    co_return std::as_const(paths);
 }
 
 QCoro::Task<std::optional<QString>> CloudFiles::write(QByteArray bytes, QString path) {

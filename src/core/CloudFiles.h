@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <QStringList>
 
 #include <optional>
 
@@ -34,6 +35,8 @@ public:
     /// Has a file's newest content brought to the disk and waits for it, up to five seconds. True when it is there, and for a
     /// file that iCloud doesn't keep. False needn't mean that there is nothing to read: an older content may be on the disk.
     QCoro::Task<bool> download(QString path);
+    /// The same for several, which are all asked for first and waited for together. @return those that are there, in order
+    QCoro::Task<QStringList> downloadAll(QStringList paths);
 
     /// Writes a file, whole or not at all. Gives words for a failure.
     QCoro::Task<std::optional<QString>> write(QByteArray bytes, QString path);

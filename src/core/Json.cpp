@@ -1,9 +1,13 @@
 #include "core/Json.h"
 
+#include "core/OneLine.h"
+#include "core/Utf8.h"
+
 #include <QRegularExpression>
 
 #include <algorithm>
-#include <limits>
+#include <iterator>
+#include <utility>
 #include <vector>
 
 using namespace Qt::StringLiterals;
@@ -28,6 +32,47 @@ void append(Json::object_t& members, std::string key, Json value) {
     }
     static_cast<Json::object_t::Container&>(members).emplace_back(std::move(key), std::move(value));
 }
+
+/// Goes through the bytes of a JSON text and leaves out the blanks that follow a blank, outside of strings. The library
+/// keeps all that stands before a token, and spells it out in an error of its own, eight bytes for a line end.
+class SignificantBytes {
+public:
+    using iterator_category = std::input_iterator_tag;
+    using value_type = char;
+    using difference_type = std::ptrdiff_t;
+    using pointer = const char*;
+    using reference = const char&;
+
+    static SignificantBytes beginOf(const QByteArray& bytes) { return {bytes.begin(), bytes.end()}; }
+    static SignificantBytes endOf(const QByteArray& bytes) { return {bytes.end(), bytes.end()}; }
+
+    reference operator*() const { return *m_place; }
+    SignificantBytes& operator++() {
+        const char passed = *m_place++;
+        if (m_isInString) {
+            m_isInString = m_isEscaped || passed != '"';
+            m_isEscaped = !m_isEscaped && passed == '\\';
+        } else {
+            m_isInString = passed == '"';
+            m_place = isBlank(passed) ? std::find_if_not(m_place, m_end, isBlank) : m_place;
+        }
+        return *this;
+    }
+    bool operator==(const SignificantBytes& other) const { return m_place == other.m_place; }
+    bool operator!=(const SignificantBytes& other) const { return m_place != other.m_place; }
+    const char* place() const { return m_place; }
+
+private:
+    SignificantBytes(const char* place, const char* end)
+        : m_place(place)
+        , m_end(end) {}
+    static bool isBlank(char byte) { return byte == ' ' || byte == '\t' || byte == '\n' || byte == '\r'; }
+
+    const char* m_place;
+    const char* m_end;
+    bool m_isInString = false;
+    bool m_isEscaped = false;
+};
 
 /// Builds the tree from the parser's events. Open objects and arrays stand on a stack of their own; one is
 /// put into its parent when it ends.
@@ -60,7 +105,12 @@ public:
         throw DecodingError(u"not valid JSON (line %1)"_s.arg(line));
     }
     bool parse_error(std::size_t position, const std::string&, const nlohmann::detail::exception&) {
-        failAt(static_cast<qsizetype>(std::min(position, static_cast<std::size_t>(m_bytes.size()))));
+        SignificantBytes last = SignificantBytes::beginOf(m_bytes);
+        const SignificantBytes end = SignificantBytes::endOf(m_bytes);
+        for (std::size_t byte = 1; byte < position && last != end; ++byte) {
+            ++last;
+        }
+        failAt(std::min<qsizetype>(last.place() - m_bytes.begin() + 1, m_bytes.size()));
     }
 
 private:
@@ -103,7 +153,12 @@ QString textOf(const Json& json) {
     if (!json.is_string()) {
         throw DecodingError(u"not a string"_s);
     }
-    return QString::fromStdString(json.get_ref<const std::string&>());
+    return jsonString(json.get_ref<const std::string&>());
+}
+
+bool fitsInt(const Json& number) {
+    return number.is_number_unsigned() ? std::in_range<int>(number.get<quint64>())
+                                       : std::in_range<int>(number.get<qint64>());
 }
 
 } // namespace
@@ -125,7 +180,7 @@ Json parseJson(const QByteArray& bytes) {
     if (const qsizetype null = bytes.indexOf('\0'); null >= 0) {
         builder.failAt(null);
     }
-    Json::sax_parse(bytes.begin(), bytes.end(), &builder);
+    Json::sax_parse(SignificantBytes::beginOf(bytes), SignificantBytes::endOf(bytes), &builder);
     return builder.takeTree();
 }
 
@@ -150,7 +205,11 @@ void appendMember(Json& object, std::string key, Json value) {
 QString quotedForError(const QString& text) {
     constexpr qsizetype kLongest = 40;
     const QString shown = text.size() > kLongest ? text.left(kLongest) + u'…' : text;
-    return QString::fromStdString(encodeJson(shown).dump());
+    return onOneLine(jsonString(encodeJson(shown).dump()));
+}
+
+QString jsonString(const std::string& utf8) {
+    return wholeUtf8(utf8).value_or(QString()); // what isn't UTF-8 is no JSON
 }
 
 Json encodeJson(bool value) {
@@ -185,11 +244,13 @@ void decodeJson(const Json& json, bool& value) {
 }
 
 void decodeJson(const Json& json, int& value) {
-    const auto number = json.is_number_integer() ? std::optional(json.get<qint64>()) : std::nullopt;
-    if (!number || *number < std::numeric_limits<int>::min() || *number > std::numeric_limits<int>::max()) {
+    if (!json.is_number_integer()) {
         throw DecodingError(u"not a whole number"_s);
     }
-    value = static_cast<int>(*number);
+    if (!fitsInt(json)) {
+        throw DecodingError(u"too large a number"_s);
+    }
+    value = json.get<int>();
 }
 
 void decodeJson(const Json& json, QString& text) {

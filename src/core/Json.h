@@ -39,6 +39,9 @@ void appendMember(Json& object, std::string key, Json value);
 /// A text of a file as an error shows it: quoted, shortened, on one line.
 QString quotedForError(const QString& text);
 
+/// The text that a string or a key of JSON holds. A byte order mark at its beginning belongs to it.
+QString jsonString(const std::string& utf8);
+
 Json encodeJson(bool value);
 Json encodeJson(int value);
 Json encodeJson(const QString& text);
@@ -51,7 +54,7 @@ Json encodeJson(const QUuid& id);
 
 // Each throws DecodingError.
 void decodeJson(const Json& json, bool& value);
-/// A whole number, written without a fraction or an exponent.
+/// A whole number, written without a fraction or an exponent, that fits.
 void decodeJson(const Json& json, int& value);
 void decodeJson(const Json& json, QString& text);
 /// Exactly the form that encodeJson writes.
@@ -117,7 +120,7 @@ void decodeJson(const Json& json, QMap<QString, T>& values) {
     requireObject(json);
     values.clear();
     for (const auto& [name, value] : json.get_ref<const Json::object_t&>()) {
-        const QString key = QString::fromStdString(name);
+        const QString key = jsonString(name);
         if (!values.contains(key)) {
             values.insert(key, decodedMember<T>(value, name.c_str()));
         }

@@ -18,12 +18,29 @@ bool standsBare(const QString& text) {
 
 } // namespace
 
-QString appleScriptText(QString text) {
-    return text.replace(u'\\', u"\\\\"_s).replace(u'"', u"\\\""_s);
+QString appleScriptText(const QString& text) {
+    QString escaped;
+    escaped.reserve(text.size());
+    for (const QChar character : text) {
+        if (character == u'\\' || character == u'"') {
+            escaped += u'\\';
+        }
+        escaped += character;
+    }
+    return escaped;
 }
 
 QString shellQuoted(const QString& text) {
-    return u'\'' + QString(text).replace(u'\'', u"'\\''"_s) + u'\'';
+    QString quoted(u'\'');
+    quoted.reserve(text.size() + 2);
+    for (const QChar character : text) {
+        if (character == u'\'') {
+            quoted += u"'\\''";
+        } else {
+            quoted += character;
+        }
+    }
+    return quoted + u'\'';
 }
 
 QString shellWord(const QString& text) {

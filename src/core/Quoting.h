@@ -5,11 +5,12 @@
 namespace quorvane {
 
 // Text from profiles, tools and people reaches two languages: the shell, inside the administrator line, and
-// AppleScript, around it. Each has one rule, and every text passes through it.
+// AppleScript, around it. Each has one rule, and every text passes through it, character by character: QString::replace costs
+// the square of a text that is full of what it replaces.
 
 /// The inside of an AppleScript text literal: every backslash is doubled, then every double quote gets a
 /// backslash.
-QString appleScriptText(QString text);
+QString appleScriptText(const QString& text);
 
 /// A shell word in single quotes; a single quote inside becomes '\''.
 QString shellQuoted(const QString& text);

@@ -1,6 +1,7 @@
 #include "lock/LockManager.h"
 
 #include "core/UserDefaultKeys.h"
+#include "core/Utf8.h"
 #include "lock/PasswordLength.h"
 #include "lock/StoredAppPassword.h"
 #include "platform/AlertPresenter.h"
@@ -10,7 +11,6 @@
 
 #include <QCoroFuture>
 #include <QCoroTask>
-#include <QStringDecoder>
 
 #include <utility>
 
@@ -24,14 +24,6 @@ const QString kPasswordService = u"com.quorvane.app-lock"_s;
 const QString kPasswordAccount = u"password"_s;
 const QString kBiometricService = u"com.quorvane.app-lock.biometric"_s;
 const QString kBiometricAccount = u"unlock"_s;
-
-/// None for what isn't UTF-8. A byte order mark at the beginning is part of the password.
-std::optional<QString> passwordText(const QByteArray& bytes) {
-    QStringDecoder decoder(QStringDecoder::Utf8,
-                           QStringDecoder::Flag::Stateless | QStringDecoder::Flag::ConvertInitialBom);
-    const QString text = decoder.decode(bytes);
-    return decoder.hasError() ? std::nullopt : std::optional(text);
-}
 
 } // namespace
 
@@ -47,6 +39,9 @@ LockManager::LockManager(Keychain& keychain, Biometrics& biometrics, AlertPresen
     , m_isUnlocked(!m_isLockEnabled) {}
 
 std::optional<QString> LockManager::enableLock(const QString& password, const QString& confirmation) {
+    if (m_isLockEnabled) {
+        return u"The app lock is already on."_s;
+    }
     if (passwordLength(password) < kMinimumPasswordLength) {
         return u"Password must be at least %1 characters."_s.arg(kMinimumPasswordLength);
     }
@@ -142,7 +137,15 @@ void LockManager::lockIfEnabled() {
 }
 
 void LockManager::applicationWillResignActive() {
-    if (!m_suppressAutoLock) {
+    if (!isAutoLockSuppressed()) {
+        lockIfEnabled();
+    }
+}
+
+/// Another program may have become the active one meanwhile, and nobody tells of that again.
+void LockManager::autoLockReleased() {
+    --m_autoLockSuppressions;
+    if (!isAutoLockSuppressed() && !m_workspace.isActive()) {
         lockIfEnabled();
     }
 }
@@ -199,7 +202,7 @@ void LockManager::keepForBiometrics(const QString& password) {
 QCoro::Task<std::optional<QString>> LockManager::readBiometricPassword(QString reason) {
     const std::optional<QByteArray> data =
         co_await m_keychain.readBiometricProtected(kBiometricService, kBiometricAccount, reason);
-    co_return data ? passwordText(*data) : std::nullopt;
+    co_return data ? wholeUtf8(*data) : std::nullopt;
 }
 
 } // namespace quorvane

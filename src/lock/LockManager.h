@@ -39,12 +39,12 @@ public:
     bool isLockEnabled() const { return m_isLockEnabled; }
     /// Always true while the lock is off. Never stored.
     bool isUnlocked() const override { return m_isUnlocked; }
-    /// True while an apply is under review, whose administrator prompt takes the active state away.
-    bool suppressAutoLock() const { return m_suppressAutoLock; }
-    void setSuppressAutoLock(bool suppresses) override { m_suppressAutoLock = suppresses; }
+    /// True while somebody suppresses it: an apply, whose administrator prompt takes the active state away.
+    bool isAutoLockSuppressed() const { return m_autoLockSuppressions > 0; }
 
     // Each gives what is wrong, for the user; none when it is done.
-    /// Locks the program at once, so that the user proves the new password.
+    /// Locks the program at once, so that the user proves the new password. Refused while the lock is on: it would replace the
+    /// password without asking for it.
     std::optional<QString> enableLock(const QString& password, const QString& confirmation);
     std::optional<QString> disableLock(const QString& password);
     std::optional<QString> changePassword(const QString& current, const QString& newPassword,
@@ -75,6 +75,8 @@ Q_SIGNALS:
     void isUnlockedChanged();
 
 private:
+    void autoLockHeld() override { ++m_autoLockSuppressions; }
+    void autoLockReleased() override;
     bool isLocked() const { return m_isLockEnabled && !m_isUnlocked; }
     void setState(bool isLockEnabled, bool isUnlocked);
     bool storePassword(const QString& password);
@@ -90,7 +92,7 @@ private:
     UserDefaults& m_defaults;
     bool m_isLockEnabled;
     bool m_isUnlocked;
-    bool m_suppressAutoLock = false;
+    int m_autoLockSuppressions = 0;
 };
 
 } // namespace quorvane

@@ -2,6 +2,7 @@
 
 #include "core/FileTimestamp.h"
 #include "core/Json.h"
+#include "core/OneLine.h"
 #include "core/Paths.h"
 #include "platform/Machine.h"
 #include "profiles/ProfileJson.h"
@@ -133,15 +134,21 @@ QString summary(int imported, int updated, const QStringList& renamed) {
     if (counts.isEmpty()) {
         return u"No profiles changed."_s;
     }
-    const QString names = renamed.isEmpty() ? QString() : u"\nRenamed: "_s + renamed.join(u", "_s);
+    const QString names = renamed.isEmpty() ? QString() : u"\nRenamed: "_s + onOneLine(renamed.join(u", "_s));
     return counts.join(u", "_s) + names;
 }
 
-ClosingAlert backupCompleteAlert(const ProfileCloudBackup& backup) {
+ClosingAlert backupCompleteAlert(const ProfileCloudBackupResult& result) {
     const QStringList titles{fixedTitle(BackupKind::fullLatest), fixedTitle(BackupKind::defaultCurrent),
                              fixedTitle(BackupKind::defaultPrevious)};
+    QStringList leftOut;
+    for (const QString& name : result.unreadable) {
+        leftOut.append(nameOnOneLine(name));
+    }
+    const QString missing =
+        leftOut.isEmpty() ? QString() : u"\n\nNot saved, because it can't be read: "_s + leftOut.join(u", "_s);
     return {u"Backup Complete"_s,
-            u"Saved %1 profile(s) to iCloud.\n\n"_s.arg(backup.profiles.size()) + titles.join(u'\n')};
+            u"Saved %1 profile(s) to iCloud.\n\n"_s.arg(result.backup.profiles.size()) + titles.join(u'\n') + missing};
 }
 
 ClosingAlert profilesRestoredAlert(const ProfileImportResult& result) {

@@ -27,6 +27,12 @@ struct ProfileCloudBackup {
     QList<UnifiedProfile> profiles;
 };
 
+/// What a full backup came to.
+struct ProfileCloudBackupResult {
+    ProfileCloudBackup backup;
+    QStringList unreadable; ///< names of the files that hold no profile that can be read, and aren't in it
+};
+
 /// The bytes of a backup's file, keys sorted. Throws EncodingError for a date that no file can hold.
 QByteArray encodeProfileCloudBackup(const ProfileCloudBackup& backup);
 /// All keys are required. Throws DecodingError.
@@ -95,7 +101,7 @@ private:
 /// What a restore came to: "2 imported, 1 updated", and a second line with what was renamed.
 QString summary(int imported, int updated, const QStringList& renamed);
 
-ClosingAlert backupCompleteAlert(const ProfileCloudBackup& backup);
+ClosingAlert backupCompleteAlert(const ProfileCloudBackupResult& result);
 ClosingAlert profilesRestoredAlert(const ProfileImportResult& result);
 
 } // namespace quorvane

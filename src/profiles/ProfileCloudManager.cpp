@@ -2,6 +2,7 @@
 
 #include "core/DeviceName.h"
 #include "core/JsonErrors.h"
+#include "core/Turns.h"
 #include "platform/Clock.h"
 #include "platform/CloudDrive.h"
 #include "platform/FileManager.h"
@@ -13,6 +14,7 @@
 #include <QCoroTask>
 
 #include <algorithm>
+#include <utility>
 
 namespace quorvane {
 
@@ -33,6 +35,14 @@ QByteArray encoded(const ProfileCloudBackup& backup) {
     }
 }
 
+ProfileCloudBackup decoded(const QByteArray& bytes) {
+    try {
+        return decodeProfileCloudBackup(bytes);
+    } catch (const DecodingError& error) {
+        throw ProfileCloudError(Code::readFailed, error.message());
+    }
+}
+
 /// None for a file that is no backup, or one of no profiles.
 std::optional<UnifiedProfile> firstProfileIn(const QByteArray& bytes) {
     try {
@@ -43,28 +53,20 @@ std::optional<UnifiedProfile> firstProfileIn(const QByteArray& bytes) {
     }
 }
 
+/// None where none is saved. Throws ProfileCloudError for one that can't be read: the built-in one would take its place.
 std::optional<UnifiedProfile> savedDefault(const ProfileManager& profileManager) {
-    return profileManager.loadProfile(u"Default"_s);
-}
-
-/// All but the one of which there are copies of its own, so that every profile is saved somewhere.
-QList<UnifiedProfile> customProfiles(const ProfileManager& profileManager) {
-    QList<UnifiedProfile> profiles = profileManager.listProfiles();
-    if (const std::optional<UnifiedProfile> saved = savedDefault(profileManager)) {
-        profiles.removeAll(*saved);
+    const QString name = UnifiedProfile::defaultProfile().name;
+    if (profileManager.isUnreadable(name)) {
+        throw ProfileCloudError(Code::writeFailed, u"The saved profile \"%1\" can't be read."_s.arg(name));
     }
-    return profiles;
+    return profileManager.loadProfile(name);
 }
 
-ProfileImportResult importInto(ProfileManager& profileManager, const QList<UnifiedProfile>& profiles) {
-    try {
-        return profileManager.importProfiles(profiles);
-    } catch (const ProfileStoreError& error) {
-        throw ProfileCloudError(Code::writeFailed, error.message());
-    } catch (const EncodingError& error) {
-        throw ProfileCloudError(Code::writeFailed, error.message());
-    } catch (const FileError& error) {
-        throw ProfileCloudError(Code::writeFailed, error.message());
+/// Takes away the one profile that has copies of its own. Another one with its `id` is in none of them.
+void removeSavedDefault(QList<UnifiedProfile>& profiles, const ProfileManager& profileManager) {
+    if (const std::optional<UnifiedProfile> saved = savedDefault(profileManager)) {
+        profiles.removeIf(
+            [&saved](const UnifiedProfile& each) { return each == *saved && each.hasSameContent(*saved); });
     }
 }
 
@@ -109,37 +111,49 @@ QCoro::Task<void> ProfileCloudManager::refreshBackups() {
     co_await listBackups();
 }
 
-QCoro::Task<ProfileCloudBackup> ProfileCloudManager::backupAllProfiles(ProfileManager& profileManager) {
-    const Busy busy(*this);
+QCoro::Task<ProfileCloudBackupResult> ProfileCloudManager::backupAllProfiles(ProfileManager& profileManager) {
+    std::optional<Busy> busy(std::in_place, *this);
     const TaskLock::Hold hold = co_await m_lock.acquire();
     requireICloud();
-    const std::optional<UnifiedProfile> savedOne;
-    co_await backUpDefault(profileManager, savedOne);
-    const ProfileCloudBackup backup = backupOf(customProfiles(profileManager));
-    if (backup.profiles.isEmpty()) {
-        co_await listBackups();
+    const ProfileCloudBackupResult result = co_await backUpAll(profileManager);
+    busy.reset();
+    co_await listBackups();
+    if (result.backup.profiles.isEmpty()) {
         throw ProfileCloudError(Code::noProfilesToBackup);
     }
-    const QByteArray bytes = encoded(backup);
+    co_return std::as_const(result);
+}
+
+/// Without profiles beside the Default profile it writes that one's copies alone.
+QCoro::Task<ProfileCloudBackupResult> ProfileCloudManager::backUpAll(ProfileManager& profileManager) {
+    const std::optional<UnifiedProfile> savedOne;
+    co_await backUpDefault(profileManager, savedOne);
+    ProfileListing listing = profileManager.listing();
+    removeSavedDefault(listing.profiles, profileManager);
+    const ProfileCloudBackupResult result{backupOf(listing.profiles), listing.unreadable};
+    if (listing.profiles.isEmpty()) {
+        co_return std::as_const(result);
+    }
+    const QByteArray bytes = encoded(result.backup);
     const QString folder = co_await requiredFolder();
-    co_await writeBackupData(bytes, folder + u'/' + timestampedBackupName(backup.createdAt));
+    co_await writeBackupData(bytes, folder + u'/' + timestampedBackupName(result.backup.createdAt));
     co_await writeBackupData(bytes, folder + u'/' + kLatestBackupName);
     prune(folder);
-    co_await listBackups();
-    co_return backup;
+    co_return std::as_const(result);
 }
 
 QCoro::Task<void> ProfileCloudManager::backupDefaultProfile(ProfileManager& profileManager,
                                                             std::optional<UnifiedProfile> profile) {
-    const Busy busy(*this);
+    std::optional<Busy> busy(std::in_place, *this);
     const TaskLock::Hold hold = co_await m_lock.acquire();
     requireICloud();
     co_await backUpDefault(profileManager, profile);
+    busy.reset();
     co_await listBackups();
 }
 
 QCoro::Task<void> ProfileCloudManager::ensureDefaultBackups(ProfileManager& profileManager) {
-    const Busy busy(*this);
+    std::optional<Busy> busy(std::in_place, *this);
     const TaskLock::Hold hold = co_await m_lock.acquire();
     updateAvailability();
     if (!m_isICloudAvailable) {
@@ -151,6 +165,7 @@ QCoro::Task<void> ProfileCloudManager::ensureDefaultBackups(ProfileManager& prof
     if (!hasBoth) {
         const UnifiedProfile profile = savedDefault(profileManager).value_or(UnifiedProfile::defaultProfile());
         co_await rotate(profile, true);
+        busy.reset();
         co_await listBackups();
     }
 }
@@ -165,7 +180,8 @@ QCoro::Task<ProfileCloudBackup> ProfileCloudManager::readListedBackup(ProfileClo
     if (!m_cloudFiles.exists(info.url)) {
         throw ProfileCloudError(Code::backupNotFound);
     }
-    co_return co_await readBackup(info.url);
+    const QByteArray bytes = co_await newestBytes(info.url);
+    co_return decoded(bytes);
 }
 
 QCoro::Task<ProfileImportResult> ProfileCloudManager::restore(ProfileCloudBackupInfo info,
@@ -176,7 +192,33 @@ QCoro::Task<ProfileImportResult> ProfileCloudManager::restore(ProfileCloudBackup
     if (backup.profiles.isEmpty()) {
         throw ProfileCloudError(Code::emptyBackup);
     }
-    co_return importInto(profileManager, backup.profiles);
+    co_return co_await importInto(profileManager, backup.profiles);
+}
+
+QCoro::Task<ProfileImportResult> ProfileCloudManager::importInto(ProfileManager& profileManager,
+                                                                 QList<UnifiedProfile> profiles) {
+    ProfileManager::Import merge = profileManager.beginImport(profiles);
+    bool isWhole = false;
+    std::optional<QString> failure;
+    try {
+        co_await inTurns(m_clock, [&merge, &isWhole] {
+            isWhole = !merge.step();
+            return !isWhole;
+        });
+    } catch (const ProfileStoreError& error) {
+        failure = error.message();
+    } catch (const EncodingError& error) {
+        failure = error.message();
+    } catch (const FileError& error) {
+        failure = error.message();
+    }
+    if (!failure && !isWhole) {
+        failure = u"The program is quitting."_s;
+    }
+    if (failure) {
+        throw ProfileCloudError(Code::writeFailed, *failure);
+    }
+    co_return merge.result();
 }
 
 // ---- The copies of the Default profile
@@ -207,7 +249,7 @@ QCoro::Task<void> ProfileCloudManager::rotate(UnifiedProfile profile, bool force
 QCoro::Task<void> ProfileCloudManager::rotateExisting(UnifiedProfile profile, QByteArray fresh, QString folder) {
     const QString current = folder + u'/' + kDefaultCurrentName;
     const QString previous = folder + u'/' + kDefaultPreviousName;
-    const QByteArray held = co_await readBytes(current);
+    const QByteArray held = co_await newestBytes(current);
     const std::optional<UnifiedProfile> last = firstProfileIn(held);
     if (last && !last->hasSameContent(profile)) {
         co_await writeBackupData(held, previous);
@@ -256,9 +298,14 @@ void ProfileCloudManager::prune(const QString& folder) {
 QCoro::Task<void> ProfileCloudManager::listBackups() {
     QList<ProfileCloudBackupInfo> found;
     if (const std::optional<QString> folder = co_await m_cloudFiles.folder()) {
+        QStringList paths;
         const QStringList names = backupNames(*folder);
         for (const QString& name : names) {
-            if (const std::optional<ProfileCloudBackupInfo> info = co_await readInfo(*folder + u'/' + name)) {
+            paths.append(*folder + u'/' + name);
+        }
+        const QStringList arrived = co_await m_cloudFiles.downloadAll(paths);
+        for (const QString& path : arrived) {
+            if (const std::optional<ProfileCloudBackupInfo> info = readInfo(path)) {
                 found.append(*info);
             }
         }
@@ -268,12 +315,11 @@ QCoro::Task<void> ProfileCloudManager::listBackups() {
 }
 
 /// None for a file that can't be read.
-QCoro::Task<std::optional<ProfileCloudBackupInfo>> ProfileCloudManager::readInfo(QString path) {
+std::optional<ProfileCloudBackupInfo> ProfileCloudManager::readInfo(const QString& path) const {
     try {
-        const ProfileCloudBackup backup = co_await readBackup(path);
-        co_return backupInfo(path, backup);
+        return backupInfo(path, decoded(bytesIn(path)));
     } catch (const ProfileCloudError&) {
-        co_return std::nullopt;
+        return std::nullopt;
     }
 }
 
@@ -322,23 +368,19 @@ QCoro::Task<QString> ProfileCloudManager::requiredFolder() {
 
 /// A file whose newest content doesn't come counts as unread, even where an older one is on the disk: it would be taken for
 /// what the user saved last.
-QCoro::Task<QByteArray> ProfileCloudManager::readBytes(QString path) {
+QCoro::Task<QByteArray> ProfileCloudManager::newestBytes(QString path) {
     const bool isCurrent = co_await m_cloudFiles.download(path);
     if (!isCurrent) {
         throw ProfileCloudError(Code::readFailed, u"It has not been downloaded from iCloud yet."_s);
     }
-    try {
-        co_return m_files.read(path);
-    } catch (const FileError& error) {
-        throw ProfileCloudError(Code::readFailed, error.message());
-    }
+    co_return bytesIn(path);
 }
 
-QCoro::Task<ProfileCloudBackup> ProfileCloudManager::readBackup(QString path) {
-    const QByteArray bytes = co_await readBytes(path);
+/// As they are on the disk.
+QByteArray ProfileCloudManager::bytesIn(const QString& path) const {
     try {
-        co_return decodeProfileCloudBackup(bytes);
-    } catch (const DecodingError& error) {
+        return m_files.read(path);
+    } catch (const FileError& error) {
         throw ProfileCloudError(Code::readFailed, error.message());
     }
 }

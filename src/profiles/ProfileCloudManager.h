@@ -33,19 +33,19 @@ public:
     bool isICloudAvailable() const { return m_isICloudAvailable; }
     /// As they were listed last.
     const QList<ProfileCloudBackupInfo>& backups() const { return m_backups; }
-    /// A backup or a restore is under way, or waits for its turn.
+    /// A backup or a restore is under way, or waits for its turn. It is over when what it came to is known: the list, which is read
+    /// anew behind a backup, may have to wait.
     bool isBusy() const { return m_busyDepth > 0; }
 
     /// Lists the backups. What can't be read is left out; without iCloud the list is empty.
     QCoro::Task<void> refreshBackups();
 
     /// Saves the Default profile and then all others, once under the moment and once as the latest.
-    /// @return what was written
-    QCoro::Task<ProfileCloudBackup> backupAllProfiles(ProfileManager& profileManager);
+    QCoro::Task<ProfileCloudBackupResult> backupAllProfiles(ProfileManager& profileManager);
 
     /// Saves the Default profile as the current copy, and what that held as the previous one; nothing where its content is the
-    /// same. @param profile  none takes the saved Default profile, or the built-in one where none is saved. A caller that
-    /// refreshes the copies at another profile's use gives none.
+    /// same. @param profile  none takes the saved Default profile, or the built-in one where none is saved; one that is there and
+    /// can't be read is an error. A caller that refreshes the copies at another profile's use gives none.
     QCoro::Task<void> backupDefaultProfile(ProfileManager& profileManager, std::optional<UnifiedProfile> profile);
 
     /// Makes the two copies of the Default profile where one is missing; does nothing without an account.
@@ -68,17 +68,19 @@ private:
     void updateAvailability();
     void requireICloud();
     QCoro::Task<QString> requiredFolder();
-    QCoro::Task<QByteArray> readBytes(QString path);
-    QCoro::Task<ProfileCloudBackup> readBackup(QString path);
+    QCoro::Task<QByteArray> newestBytes(QString path);
+    QByteArray bytesIn(const QString& path) const;
     QCoro::Task<ProfileCloudBackup> readListedBackup(ProfileCloudBackupInfo info);
-    QCoro::Task<std::optional<ProfileCloudBackupInfo>> readInfo(QString path);
+    std::optional<ProfileCloudBackupInfo> readInfo(const QString& path) const;
     QCoro::Task<void> writeBackupData(QByteArray bytes, QString path);
     QStringList backupNames(const QString& folder) const;
     void prune(const QString& folder);
     QCoro::Task<void> listBackups();
     void setBackups(const QList<ProfileCloudBackupInfo>& backups);
     ProfileCloudBackup backupOf(const QList<UnifiedProfile>& profiles) const;
+    QCoro::Task<ProfileCloudBackupResult> backUpAll(ProfileManager& profileManager);
     QCoro::Task<void> backUpDefault(ProfileManager& profileManager, std::optional<UnifiedProfile> given);
+    QCoro::Task<ProfileImportResult> importInto(ProfileManager& profileManager, QList<UnifiedProfile> profiles);
     QCoro::Task<void> rotate(UnifiedProfile profile, bool force);
     QCoro::Task<void> rotateExisting(UnifiedProfile profile, QByteArray fresh, QString folder);
 

@@ -1,14 +1,11 @@
 #include "profiles/ProfileManager.h"
 
-#include "core/Collation.h"
+#include "core/FoldedText.h"
 #include "core/JsonErrors.h"
 #include "platform/FileManager.h"
 #include "platform/Machine.h"
 #include "profiles/ProfileJson.h"
 #include "profiles/ProfileNames.h"
-
-#include <QHash>
-#include <QSet>
 
 #include <algorithm>
 
@@ -19,21 +16,6 @@ namespace quorvane {
 namespace {
 
 const QString kExtension = u".json"_s;
-
-/// The name under which a profile is saved. Throws ProfileStoreError.
-QString savedName(const QString& name) {
-    const QString sanitized = sanitizedProfileName(name);
-    if (!isProfileFileName(sanitized)) {
-        throw ProfileStoreError(ProfileStoreError::Code::InvalidName, u"Profile name is invalid."_s);
-    }
-    return sanitized;
-}
-
-/// True for two names that a volume which ignores case and composition takes for one.
-bool mayBeOneFile(const QString& left, const QString& right) {
-    const auto form = QString::NormalizationForm_C;
-    return left.normalized(form).compare(right.normalized(form), Qt::CaseInsensitive) == 0;
-}
 
 /// Does what may fail without harm; true when it didn't fail.
 template <typename Action>
@@ -46,61 +28,12 @@ bool attempt(Action action) {
     }
 }
 
+/// None where there is none, or it can't be told which.
+std::optional<QString> onlyOne(const QStringList& names) {
+    return names.size() == 1 ? std::optional(names.first()) : std::nullopt;
+}
+
 } // namespace
-
-/// What a merge knows of the store: each file by its profile, and the names that other profiles can't take.
-class ProfileManager::ImportStore {
-public:
-    /// Throws ProfileStoreError when two files hold one profile: it can't be told which one to replace.
-    explicit ImportStore(const QList<StoredFile>& files) {
-        for (const StoredFile& file : files) {
-            if (m_files.contains(file.id)) {
-                const QString id = file.id.toString(QUuid::WithoutBraces).toUpper();
-                throw ProfileStoreError(ProfileStoreError::Code::DuplicateId,
-                                        u"Duplicate values for key: '%1'"_s.arg(id));
-            }
-            put(file);
-        }
-    }
-
-    void put(const StoredFile& file) {
-        m_files.insert(file.id, file);
-        for (const QString& key : keysOf(file)) {
-            ++m_uses[key];
-        }
-    }
-
-    /// Gives the files of a profile, none or one, and frees their names.
-    QList<StoredFile> take(const QUuid& id) {
-        if (!m_files.contains(id)) {
-            return {};
-        }
-        const StoredFile file = m_files.take(id);
-        for (const QString& key : keysOf(file)) {
-            if (--m_uses[key] == 0) {
-                m_uses.remove(key);
-            }
-        }
-        return {file};
-    }
-
-    bool isTaken(const QString& name) const { return m_uses.contains(profileNameKey(name)); }
-
-    QString freeName(const QString& base) const {
-        const QStringList used = m_uses.keys();
-        return uniqueProfileName(base, QSet<QString>(used.begin(), used.end()));
-    }
-
-private:
-    /// A file may tell another name than the one it has; both are in use.
-    static QSet<QString> keysOf(const StoredFile& file) {
-        return {profileNameKey(file.baseName), profileNameKey(file.name),
-                profileNameKey(sanitizedProfileName(file.name))};
-    }
-
-    QHash<QUuid, StoredFile> m_files;
-    QHash<QString, int> m_uses;
-};
 
 QString profilesDirectory(const Machine& machine) {
     return machine.applicationSupportFolder() + u"/Quorvane/UnifiedProfiles"_s;
@@ -115,13 +48,7 @@ QString ProfileManager::profilesDirectory() const {
     return m_profilesDirectory;
 }
 
-void ProfileManager::saveProfile(const UnifiedProfile& profile) {
-    UnifiedProfile saved = profile;
-    saved.name = savedName(profile.name);
-    QList<StoredFile> filesOfProfile = storedFiles();
-    filesOfProfile.removeIf([&saved](const StoredFile& file) { return file.id != saved.id; });
-    write(saved, filesOfProfile);
-}
+// ---- Reading
 
 std::optional<UnifiedProfile> ProfileManager::loadProfile(const QString& named) const {
     if (isProfileFileName(named)) {
@@ -129,16 +56,22 @@ std::optional<UnifiedProfile> ProfileManager::loadProfile(const QString& named) 
             return profile;
         }
     }
-    for (const UnifiedProfile& profile : listProfiles()) {
-        if (localizedCaseInsensitiveEqual(profile.name, named)) {
-            return profile;
-        }
-    }
-    return std::nullopt;
+    const std::optional<StoredProfile> found = newestNamed(named);
+    return found ? std::optional(found->profile) : std::nullopt;
 }
 
-QList<UnifiedProfile> ProfileManager::listProfiles() const {
-    return profilesOf(storedProfiles());
+bool ProfileManager::isUnreadable(const QString& named) const {
+    if (isProfileFileName(named) && standsThere(named)) {
+        return !readProfile(named);
+    }
+    const QString key = profileNameKey(named);
+    const QStringList names = listing().unreadable;
+    return std::any_of(names.cbegin(), names.cend(),
+                       [&key](const QString& baseName) { return profileNameKey(baseName) == key; });
+}
+
+ProfileListing ProfileManager::listing() const {
+    return wholeReading().listing();
 }
 
 ProfileManager::Reading ProfileManager::reading() const {
@@ -161,50 +94,123 @@ bool ProfileManager::Reading::step() {
 }
 
 ProfileListing ProfileManager::Reading::listing() const {
-    return {profilesOf(newestFirst(m_stored)), m_unreadable};
+    QList<UnifiedProfile> profiles;
+    const QList<StoredProfile> stored = newestFirst(m_stored);
+    for (const StoredProfile& each : stored) {
+        profiles.append(each.profile);
+    }
+    return {profiles, m_unreadable};
 }
 
-QList<UnifiedProfile> ProfileManager::profilesOf(QList<StoredProfile> stored) {
-    QList<UnifiedProfile> profiles;
-    for (StoredProfile& each : stored) {
-        profiles.append(std::move(each.profile));
+QList<ProfileManager::StoredFile> ProfileManager::Reading::files() const {
+    QList<StoredFile> files;
+    for (const StoredProfile& stored : m_stored) {
+        files.append(stored.file);
     }
-    return profiles;
+    return files;
 }
+
+/// Under which the folder has its files.
+QSet<QString> ProfileManager::Reading::baseNames() const {
+    QSet<QString> names(m_unreadable.cbegin(), m_unreadable.cend());
+    for (const StoredProfile& stored : m_stored) {
+        names.insert(stored.file.baseName);
+    }
+    return names;
+}
+
+// ---- Saving
+
+QString ProfileManager::savedName(const QString& name) {
+    const QString sanitized = sanitizedProfileName(name);
+    if (!isProfileFileName(sanitized)) {
+        throw ProfileStoreError(ProfileStoreError::Code::InvalidName, u"Profile name is invalid."_s);
+    }
+    return sanitized;
+}
+
+void ProfileManager::saveProfile(const UnifiedProfile& profile) {
+    UnifiedProfile saved = profile;
+    saved.name = savedName(profile.name);
+    const Reading all = wholeReading();
+    QSet<QString> names = all.baseNames();
+    write(saved, formerName(saved, all.files()), names);
+}
+
+/// The base name of the file that a profile moves out of. A copy with a name of its own is none: the user made it, and it only
+/// holds the same `id`.
+std::optional<QString> ProfileManager::formerName(const UnifiedProfile& profile, const QList<StoredFile>& files) {
+    QStringList all;
+    QStringList otherSpellings;
+    QStringList named; // as their profile is
+    for (const StoredFile& file : files) {
+        if (file.id != profile.id) {
+            continue;
+        }
+        if (file.baseName == profile.name) {
+            return std::nullopt; // it stays in its file
+        }
+        all.append(file.baseName);
+        if (foldedText(file.baseName) == foldedText(profile.name)) {
+            otherSpellings.append(file.baseName);
+        }
+        if (file.baseName == sanitizedProfileName(file.name)) {
+            named.append(file.baseName);
+        }
+    }
+    if (!otherSpellings.isEmpty()) {
+        return onlyOne(otherSpellings);
+    }
+    return onlyOne(all.size() == 1 ? all : named);
+}
+
+/// @param profile  under the name it is saved by
+/// @param former   the base name of a file that goes when the profile is saved
+/// @param names    the base names in the folder; those after the write when it ends
+ProfileManager::StoredFile ProfileManager::write(const UnifiedProfile& profile, const std::optional<QString>& former,
+                                                 QSet<QString>& names) {
+    const std::optional<QString> other = otherSpelling(profile.name, names);
+    m_files.writeAtomically(pathOf(profile.name), encodeProfile(profile));
+    // The profile is saved; an old spelling or an old file that stays is no loss.
+    const bool isSpelledAnew = !other || attempt([&] { m_files.move(pathOf(*other), pathOf(profile.name)); });
+    if (other && isSpelledAnew) {
+        names.remove(*other);
+    }
+    const QString baseName = isSpelledAnew ? profile.name : *other;
+    names.insert(baseName);
+    if (former && *former != baseName && names.contains(*former) && attempt([&] { m_files.remove(pathOf(*former)); })) {
+        names.remove(*former);
+    }
+    return {baseName, profile.id, profile.name};
+}
+
+/// The name of the file that the volume takes this one for: one that ignores case writes "Live" into an existing "live" and
+/// keeps the old spelling.
+std::optional<QString> ProfileManager::otherSpelling(const QString& baseName, const QSet<QString>& names) const {
+    if (names.contains(baseName) || !m_files.exists(pathOf(baseName))) {
+        return std::nullopt;
+    }
+    const QString folded = foldedText(baseName);
+    const auto found = std::find_if(names.cbegin(), names.cend(),
+                                    [&folded](const QString& name) { return foldedText(name) == folded; });
+    return found == names.cend() ? std::nullopt : std::optional(*found);
+}
+
+// ---- Deleting
 
 void ProfileManager::deleteProfile(const QString& named) {
-    if (removeFile(named)) {
+    if (isProfileFileName(named) && standsThere(named)) {
+        attempt([&] { m_files.remove(pathOf(named)); });
         return;
     }
-    const std::optional<UnifiedProfile> found = loadProfile(named);
-    if (!found || found->name == named) {
-        return;
-    }
-    for (const StoredFile& file : storedFiles()) {
-        // A file of that name that tells another one is another profile's.
-        if (file.baseName == found->name && file.name == found->name) {
-            removeFile(file.baseName);
-        }
+    const std::optional<StoredProfile> found = newestNamed(named);
+    // A file of another name than its profile's is the user's own copy.
+    if (found && profileNameKey(found->file.baseName) == profileNameKey(named)) {
+        attempt([&] { m_files.remove(pathOf(found->file.baseName)); });
     }
 }
 
-ProfileImportResult ProfileManager::importProfiles(const QList<UnifiedProfile>& profiles) {
-    ImportStore store(storedFiles());
-    ProfileImportResult result;
-    for (const UnifiedProfile& incoming : profiles) {
-        UnifiedProfile profile = incoming;
-        profile.name = savedName(incoming.name);
-        const QList<StoredFile> replaced = store.take(profile.id);
-        const bool keepsItsFile = !replaced.isEmpty() && replaced.first().baseName == profile.name;
-        if (!keepsItsFile && store.isTaken(profile.name)) {
-            profile.name = store.freeName(profile.name);
-            result.renamed.append(incoming.name + u" → "_s + profile.name);
-        }
-        store.put(write(profile, replaced));
-        ++(replaced.isEmpty() ? result.imported : result.updated);
-    }
-    return result;
-}
+// ---- Files
 
 QString ProfileManager::pathOf(const QString& baseName) const {
     return m_profilesDirectory + u'/' + baseName + kExtension;
@@ -221,6 +227,10 @@ QStringList ProfileManager::baseNames() const {
     return names;
 }
 
+bool ProfileManager::standsThere(const QString& baseName) const {
+    return m_files.status(pathOf(baseName)).kind != FileStatus::Kind::Missing;
+}
+
 std::optional<UnifiedProfile> ProfileManager::readProfile(const QString& baseName) const {
     try {
         return decodeProfile(m_files.read(pathOf(baseName)));
@@ -231,12 +241,20 @@ std::optional<UnifiedProfile> ProfileManager::readProfile(const QString& baseNam
     }
 }
 
-/// Newest first. Empty when the folder can't be listed.
-QList<ProfileManager::StoredProfile> ProfileManager::storedProfiles() const {
+ProfileManager::Reading ProfileManager::wholeReading() const {
     Reading all(*this);
     while (all.step()) {
     }
-    return newestFirst(std::move(all.m_stored));
+    return all;
+}
+
+std::optional<ProfileManager::StoredProfile> ProfileManager::newestNamed(const QString& name) const {
+    const QString key = profileNameKey(name);
+    const QList<StoredProfile> stored = newestFirst(wholeReading().m_stored);
+    const auto found = std::find_if(stored.cbegin(), stored.cend(), [&key](const StoredProfile& each) {
+        return profileNameKey(each.file.name) == key;
+    });
+    return found == stored.cend() ? std::nullopt : std::optional(*found);
 }
 
 QList<ProfileManager::StoredProfile> ProfileManager::newestFirst(QList<StoredProfile> stored) {
@@ -244,58 +262,6 @@ QList<ProfileManager::StoredProfile> ProfileManager::newestFirst(QList<StoredPro
         return left.profile.dateCreated > right.profile.dateCreated;
     });
     return stored;
-}
-
-QList<ProfileManager::StoredFile> ProfileManager::storedFiles() const {
-    QList<StoredFile> files;
-    for (const StoredProfile& stored : storedProfiles()) {
-        files.append(stored.file);
-    }
-    return files;
-}
-
-/// @param profile         under the name it is saved by
-/// @param filesOfProfile  the files that held it until now
-ProfileManager::StoredFile ProfileManager::write(const UnifiedProfile& profile,
-                                                 const QList<StoredFile>& filesOfProfile) {
-    m_files.writeAtomically(pathOf(profile.name), encodeProfile(profile));
-    // The profile is saved; an old spelling or an old file that stays is no loss.
-    attempt([&] { giveFileItsSpelling(profile.name); });
-    attempt([&] { removeFormerFiles(profile.name, filesOfProfile); });
-    return {profile.name, profile.id, profile.name};
-}
-
-/// A volume that ignores case writes "Live" into an existing "live" and keeps the old spelling.
-void ProfileManager::giveFileItsSpelling(const QString& baseName) {
-    const QStringList names = baseNames();
-    if (names.contains(baseName)) {
-        return;
-    }
-    for (const QString& name : names) {
-        if (mayBeOneFile(name, baseName)) {
-            m_files.move(pathOf(name), pathOf(baseName));
-            return;
-        }
-    }
-}
-
-void ProfileManager::removeFormerFiles(const QString& baseName, const QList<StoredFile>& filesOfProfile) {
-    const QStringList names = baseNames();
-    const bool isOnly = filesOfProfile.size() == 1;
-    for (const StoredFile& file : filesOfProfile) {
-        // A copy that the user made beside the profile's own file bears another name than it tells; it stays.
-        const bool isFormerOwn = file.name != baseName && file.baseName == sanitizedProfileName(file.name);
-        const bool isFormer = isOnly || isFormerOwn;
-        const bool isOtherFile = names.contains(baseName) || !mayBeOneFile(file.baseName, baseName);
-        if (file.baseName != baseName && names.contains(file.baseName) && isFormer && isOtherFile) {
-            attempt([&] { m_files.remove(pathOf(file.baseName)); });
-        }
-    }
-}
-
-/// True when the file was there and is gone.
-bool ProfileManager::removeFile(const QString& baseName) {
-    return isProfileFileName(baseName) && attempt([&] { m_files.remove(pathOf(baseName)); });
 }
 
 } // namespace quorvane

@@ -3,10 +3,12 @@
 #include "profiles/UnifiedProfile.h"
 
 #include <QList>
+#include <QSet>
 #include <QString>
 #include <QStringList>
 
 #include <exception>
+#include <memory>
 #include <optional>
 
 namespace quorvane {
@@ -55,7 +57,7 @@ struct ProfileListing {
 ///
 /// A name is not a path. What a caller or a file calls a profile only ever names a file in the folder, and
 /// files are otherwise reached by the names under which the folder lists them. Saving loses nothing: a new
-/// file is in place before an old one goes.
+/// file is in place before an old one goes. Two names are the same where their profileNameKey is.
 class ProfileManager {
 public:
     /// @param profilesDirectory  as the Mac sees it; created when it is needed
@@ -64,28 +66,35 @@ public:
     /// The folder, created with its parents; a failure to create it is left to the operation that follows.
     QString profilesDirectory() const;
 
-    /// Writes the profile under its sanitized name, over another profile of that name. The files of this
-    /// profile's former names are removed. Throws ProfileStoreError for an impossible name, EncodingError,
-    /// FileError.
+    /// Writes the profile under its sanitized name, over another profile of that name. Where it moves to a new name, the file of
+    /// its former one goes, unless it can't be told which of several that is. Throws ProfileStoreError for an impossible name,
+    /// EncodingError, FileError.
     void saveProfile(const UnifiedProfile& profile);
 
-    /// The profile in the file of that name, or else the newest that bears the name in any case.
+    /// The profile in the file of that name, or else the newest that bears the name.
     std::optional<UnifiedProfile> loadProfile(const QString& named) const;
 
-    /// Newest first; files that are no profiles are left out.
-    QList<UnifiedProfile> listProfiles() const;
+    /// True where a file of that name is there and holds no profile that can be read.
+    bool isUnreadable(const QString& named) const;
+
+    /// Everything that the folder holds. A folder that can't be listed holds nothing.
+    ProfileListing listing() const;
+    /// Its profiles alone.
+    QList<UnifiedProfile> listProfiles() const { return listing().profiles; }
 
     /// The same in steps, so that the event loop can come round in between; see inTurns.
     class Reading;
     Reading reading() const;
 
-    /// Removes the file of that name, or else the file of the profile that bears the name in another case.
+    /// Removes the file of that name, or else the file of the profile that bears the name.
     void deleteProfile(const QString& named);
 
-    /// Merges profiles into the store. One whose `id` is known replaces the saved one; one whose name another
-    /// profile has gets a free name. Throws ProfileStoreError before anything is written when two files hold
-    /// the same `id`; else as saveProfile, and what was saved until then stays.
+    /// Merges profiles into the store, all at once; see Import.
     ProfileImportResult importProfiles(const QList<UnifiedProfile>& profiles);
+
+    /// The same in steps.
+    class Import;
+    Import beginImport(const QList<UnifiedProfile>& profiles);
 
 private:
     /// A file of the folder and whose it is.
@@ -98,19 +107,19 @@ private:
         StoredFile file;
         UnifiedProfile profile;
     };
-    class ImportStore;
 
+    /// The name under which a profile is saved. Throws ProfileStoreError.
+    static QString savedName(const QString& name);
     QString pathOf(const QString& baseName) const;
     QStringList baseNames() const;
     std::optional<UnifiedProfile> readProfile(const QString& baseName) const;
-    QList<StoredProfile> storedProfiles() const;
+    Reading wholeReading() const;
+    std::optional<StoredProfile> newestNamed(const QString& name) const;
+    bool standsThere(const QString& baseName) const;
     static QList<StoredProfile> newestFirst(QList<StoredProfile> stored);
-    static QList<UnifiedProfile> profilesOf(QList<StoredProfile> stored);
-    QList<StoredFile> storedFiles() const;
-    StoredFile write(const UnifiedProfile& profile, const QList<StoredFile>& filesOfProfile);
-    void giveFileItsSpelling(const QString& baseName);
-    void removeFormerFiles(const QString& baseName, const QList<StoredFile>& filesOfProfile);
-    bool removeFile(const QString& baseName);
+    static std::optional<QString> formerName(const UnifiedProfile& profile, const QList<StoredFile>& files);
+    StoredFile write(const UnifiedProfile& profile, const std::optional<QString>& former, QSet<QString>& names);
+    std::optional<QString> otherSpelling(const QString& baseName, const QSet<QString>& names) const;
 
     FileManager& m_files;
     QString m_profilesDirectory;
@@ -128,11 +137,41 @@ private:
     friend class ProfileManager;
     explicit Reading(const ProfileManager& store)
         : m_store(store) {}
+    QList<StoredFile> files() const;
+    QSet<QString> baseNames() const;
 
     const ProfileManager& m_store;
     std::optional<QStringList> m_names; ///< those that are left; none before the first step
     QList<StoredProfile> m_stored;
     QStringList m_unreadable;
+};
+
+/// Merges profiles into the store: reads the folder, once and one file at each step, and then takes one profile at each. One
+/// whose `id` is known replaces the saved one; one whose name another file has gets a free name. Of two with one `id` the second
+/// becomes a profile of its own. The store outlives it.
+class ProfileManager::Import {
+public:
+    Import(Import&& other) noexcept;
+    ~Import();
+
+    /// False when there is nothing left. Throws ProfileStoreError before anything is written when two files hold the same `id`;
+    /// else as saveProfile. What was saved until then stays.
+    bool step();
+    /// What was done until now.
+    const ProfileImportResult& result() const { return m_result; }
+
+private:
+    friend class ProfileManager;
+    class Known;
+    Import(ProfileManager& store, const QList<UnifiedProfile>& profiles);
+    void take(const UnifiedProfile& incoming);
+
+    ProfileManager& m_store;
+    QList<UnifiedProfile> m_incoming; ///< those that are left
+    Reading m_reading;
+    std::unique_ptr<Known> m_known; ///< of the store; null until it has been read
+    QSet<QUuid> m_taken;
+    ProfileImportResult m_result;
 };
 
 } // namespace quorvane

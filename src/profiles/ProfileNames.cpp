@@ -1,5 +1,7 @@
 #include "profiles/ProfileNames.h"
 
+#include "core/FoldedText.h"
+
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
@@ -21,7 +23,7 @@ bool isProfileFileName(const QString& name) {
 }
 
 QString profileNameKey(const QString& name) {
-    return name.normalized(QString::NormalizationForm_C).toLower();
+    return foldedText(sanitizedProfileName(name));
 }
 
 QString uniqueProfileName(const QString& base, const QSet<QString>& usedLowercasedNames) {

@@ -13,8 +13,8 @@ QString sanitizedProfileName(const QString& name);
 /// is. Any other name could lead out of the folder, or to the file of another profile.
 bool isProfileFileName(const QString& name);
 
-/// The form in which two names conflict: composed (a Mac's volume takes both forms of "é" for one) and in
-/// lower case.
+/// The one form by which names are compared: as it is saved, composed (a Mac's volume takes both forms of "é" for one) and
+/// without case.
 QString profileNameKey(const QString& name);
 
 /// `base`, or the first of "{base} 2", "{base} 3", … that isn't used.

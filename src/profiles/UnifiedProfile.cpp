@@ -33,7 +33,7 @@ size_t qHash(const UnifiedProfile& profile, size_t seed) {
 }
 
 bool isDefaultProfileName(const QString& name) {
-    return sanitizedProfileName(name).compare(u"Default"_s, Qt::CaseInsensitive) == 0;
+    return profileNameKey(name) == profileNameKey(UnifiedProfile::defaultProfile().name);
 }
 
 bool isDefaultProfile(const UnifiedProfile& profile) {

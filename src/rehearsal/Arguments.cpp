@@ -12,7 +12,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 QString takeValue(QStringList& list, const QString& option) {
-    if (list.isEmpty()) {
+    if (list.isEmpty() || list.first().isEmpty()) {
         throw UnusableInput(option + u": a value is missing"_s);
     }
     return list.takeFirst();
@@ -33,7 +33,8 @@ bool* switchOf(Arguments& arguments, const QString& option) {
         QStringView option;
         bool* value;
     };
-    const std::array<Switch, 10> switches{{{u"shell", u"--root", &arguments.asRoot},
+    const std::array<Switch, 11> switches{{{u"shell", u"--root", &arguments.asRoot},
+                                           {u"apply", u"--replace", &arguments.replaces},
                                            {u"overlay", u"--off", &arguments.withoutOverlay},
                                            {u"snapshot", u"--master", &arguments.asMaster},
                                            {u"maintenance", u"--caches", &arguments.maintenance.clearCache},

@@ -41,6 +41,7 @@ struct Arguments {
     bool asRoot = false;         ///< of `shell`
     bool asMaster = false;       ///< of `snapshot`
     bool withoutOverlay = false; ///< of `overlay`
+    bool replaces = false;       ///< of `apply`
     MaintenanceSelection maintenance;
     NetworkOperations network;
 

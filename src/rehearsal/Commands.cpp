@@ -17,8 +17,9 @@ const std::array<RehearsalCommand, 20> kCommands{{
     {u"shell", u"[--root] LINE", 1, 1, &runShell, u"runs a line in the simulated Mac's shell"},
     {u"discover", u"", 0, 0, &Rehearsal::discover, u"what runs when the user logs in"},
     {u"preview", u"PROFILE.json", 1, 1, &Rehearsal::preview, u"what an apply would change; changes nothing"},
-    {u"apply", u"PROFILE.json", 1, 1, &Rehearsal::apply,
-     u"saves the profile on the Mac, shows the preview, applies it under one prompt and verifies it"},
+    {u"apply", u"PROFILE.json [--replace]", 1, 1, &Rehearsal::apply,
+     u"saves the profile on the Mac, shows the preview, applies it under one prompt and verifies it;\n"
+     "another profile of that name is replaced only with --replace"},
     {u"tweaks", u"PROFILE.json", 1, 1, &Rehearsal::applyTweaks,
      u"applies the selected tweaks and leaves all others as they are"},
     {u"startup", u"PROFILE.json", 1, 1, &Rehearsal::applyStartup,

@@ -3,11 +3,10 @@
 #include "platform/FileManager.h"
 #include "platform/portable/DiskFileManager.h"
 #include "platform/portable/PictureDecoder.h"
+#include "rehearsal/Terminal.h"
 #include "wallpaper/WallpaperLabel.h"
 
 #include <QRegularExpression>
-
-#include <cstdio>
 
 namespace quorvane {
 
@@ -53,7 +52,7 @@ int labelPicture(const Arguments& arguments) {
         }
         return kDone;
     } catch (const FileError& error) {
-        std::fprintf(stderr, "%s\n", error.what());
+        complain(error.message());
         return kNotDone;
     }
 }

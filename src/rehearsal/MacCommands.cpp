@@ -1,6 +1,7 @@
 #include "rehearsal/MacCommands.h"
 
 #include "rehearsal/QuitSignals.h"
+#include "rehearsal/Terminal.h"
 #include "simulator/MacDescription.h"
 #include "simulator/MacSkeleton.h"
 #include "simulator/tools/Registry.h"
@@ -10,8 +11,6 @@
 #include <QFileInfo>
 #include <QProcess>
 #include <QTimer>
-
-#include <cstdio>
 
 namespace quorvane {
 
@@ -80,7 +79,7 @@ int runShell(const Arguments& arguments) {
     });
     QObject::connect(&shell, &QProcess::errorOccurred, [&shell](QProcess::ProcessError error) {
         if (error == QProcess::FailedToStart) {
-            std::fprintf(stderr, "quorvane-rehearsal: %s\n", shell.errorString().toUtf8().constData());
+            complain(u"quorvane-rehearsal: "_s + shell.errorString());
             QCoreApplication::exit(kNotDone);
         }
     });

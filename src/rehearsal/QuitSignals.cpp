@@ -39,6 +39,7 @@ QuitSignals::QuitSignals(QObject* parent)
     });
     std::signal(SIGINT, handleSignal);
     std::signal(SIGTERM, handleSignal);
+    std::signal(SIGPIPE, handleSignal);
 }
 
 } // namespace quorvane

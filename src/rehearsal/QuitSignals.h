@@ -7,8 +7,9 @@
 
 namespace quorvane {
 
-/// Turns SIGINT and SIGTERM into a Qt signal on the main thread, so that a terminal's Control-C is a quit like any
-/// other.
+/// Turns SIGINT, SIGTERM and SIGPIPE into a Qt signal on the main thread, so that a terminal's Control-C and a reader that
+/// has gone are a quit like any other. Once Qt has written to a child it ignores SIGPIPE for good, so who prints looks at that,
+/// too.
 class QuitSignals : public QObject {
     Q_OBJECT
 

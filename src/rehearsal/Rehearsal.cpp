@@ -6,9 +6,9 @@
 #include "profiles/ProfileNames.h"
 #include "rehearsal/ProfileFile.h"
 #include "rehearsal/Report.h"
+#include "rehearsal/Terminal.h"
 #include "wallpaper/WallpaperProfileOverlay.h"
 
-#include <cstdio>
 #include <utility>
 
 namespace quorvane {
@@ -25,10 +25,6 @@ QList<BackupRow> backupRows(const QList<ProfileCloudBackupInfo>& backups, const 
         rows.append({info.id, info.title(machine), info.detail()});
     }
     return rows;
-}
-
-void complain(const QString& text) {
-    std::fprintf(stderr, "%s\n", text.toUtf8().constData());
 }
 
 } // namespace
@@ -74,12 +70,28 @@ QCoro::Task<RehearsalOutcome> Rehearsal::apply(Arguments arguments) {
     if (isDefaultProfile(given)) {
         co_return co_await restoreDefault(arguments);
     }
+    if (!arguments.replaces) {
+        requireOwnName(given, arguments.operand());
+    }
     const std::optional<UnifiedProfile> stored = storedProfile(given, arguments.operand());
     if (!stored) {
         co_return RehearsalOutcome{};
     }
     TerminalListener quiet = listener({.tells = false});
     co_return co_await outcome(quiet, m_session.profileActions.review(*stored, quiet));
+}
+
+/// A save would replace another profile, or a file that may hold one. Throws UnusableInput.
+void Rehearsal::requireOwnName(const UnifiedProfile& profile, const QString& hostPath) const {
+    const ProfileManager& store = m_session.profileStore;
+    const std::optional<UnifiedProfile> other = store.loadProfile(profile.name);
+    const QString saved = u" is saved as \"%1\"; --replace replaces it"_s.arg(sanitizedProfileName(profile.name));
+    if (store.isUnreadable(profile.name)) {
+        throw UnusableInput(hostPath + u": a file that can't be read"_s + saved);
+    }
+    if (other && *other != profile) {
+        throw UnusableInput(hostPath + u": another profile"_s + saved);
+    }
 }
 
 /// Saves the profile and reads it afresh, so that what is applied is what is stored.

@@ -86,6 +86,7 @@ private:
     void print(const QStringList& lines);
     void showLabels(const QList<DisplayLabel>& labels);
     QCoro::Task<RehearsalOutcome> outcome(TerminalListener& listener, QCoro::Task<ActionOutcome> action);
+    void requireOwnName(const UnifiedProfile& profile, const QString& hostPath) const;
     std::optional<UnifiedProfile> storedProfile(const UnifiedProfile& profile, const QString& hostPath);
     QList<ShownPicture> shownPictures();
 

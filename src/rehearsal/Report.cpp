@@ -1,7 +1,6 @@
 #include "rehearsal/Report.h"
 
 #include "core/Json.h"
-#include "core/OneLine.h"
 
 namespace quorvane {
 
@@ -123,7 +122,8 @@ QStringList startupItemLines(const QList<StartupItem>& items) {
         if (item.isProtected) {
             parts.append(u"protected"_s);
         }
-        lines.append(parts.join(u" — "_s) + u"\n    "_s + item.path);
+        lines.append(parts.join(u" — "_s));
+        lines.append(u"    "_s + item.path);
     }
     return lines;
 }
@@ -134,7 +134,7 @@ QStringList backupLines(const QList<BackupRow>& backups) {
     }
     QStringList lines;
     for (const BackupRow& row : backups) {
-        lines.append(onOneLine(QStringList{row.id, row.title, row.detail}.join(u" — "_s)));
+        lines.append(QStringList{row.id, row.title, row.detail}.join(u" — "_s));
     }
     return lines;
 }
@@ -142,7 +142,7 @@ QStringList backupLines(const QList<BackupRow>& backups) {
 QStringList alertLines(const ClosingAlert& alert) {
     QStringList lines{u'\n' + alert.title};
     for (const QString& line : alert.text.split(u'\n', Qt::SkipEmptyParts)) {
-        lines.append(u"  "_s + onOneLine(line));
+        lines.append(u"  "_s + line);
     }
     return lines;
 }

@@ -5,6 +5,7 @@
 #include "rehearsal/QuitSignals.h"
 #include "rehearsal/Rehearsal.h"
 #include "rehearsal/Report.h"
+#include "rehearsal/Terminal.h"
 
 #include <QCoroTask>
 #include <QGuiApplication>
@@ -26,12 +27,10 @@ QCoro::Task<void> runFlowToItsEnd(Rehearsal& rehearsal, Flow flow, Arguments arg
     try {
         const RehearsalOutcome outcome = co_await (rehearsal.*flow)(arguments);
         co_await rehearsal.finished();
-        if (arguments.json) {
-            std::fputs(jsonReport(arguments.command, rehearsal.log(), outcome).constData(), stdout);
-        }
-        status = outcome.isDone() ? kDone : kNotDone;
+        const bool isTold = !arguments.json || printReport(jsonReport(arguments.command, rehearsal.log(), outcome));
+        status = outcome.isDone() && isTold ? kDone : kNotDone;
     } catch (const std::exception& error) {
-        std::fprintf(stderr, "%s\n", error.what());
+        complain(QString::fromUtf8(error.what()));
     }
     QCoreApplication::exit(status);
 }
@@ -40,9 +39,11 @@ int runFlowOnMac(Flow flow, const Arguments& arguments) {
     const ChosenMac mac(arguments);
     Rehearsal rehearsal(mac.folder(), arguments.authorization, hostOptions(arguments));
     if (!arguments.json) {
-        QObject::connect(&rehearsal, &Rehearsal::linePrinted, [](const QString& line) {
-            std::fprintf(stdout, "%s\n", line.toUtf8().constData());
-            std::fflush(stdout);
+        QObject::connect(&rehearsal, &Rehearsal::linePrinted, [&rehearsal](const QString& line) {
+            if (!printLine(line)) {
+                // Not at once: whoever prints is in the midst of a flow.
+                QMetaObject::invokeMethod(&rehearsal, &Rehearsal::quit, Qt::QueuedConnection);
+            }
         });
     }
     QuitSignals quitSignals;
@@ -82,7 +83,7 @@ int main(int argumentCount, char** arguments) {
     try {
         return run(QCoreApplication::arguments().mid(1));
     } catch (const std::exception& error) {
-        std::fprintf(stderr, "quorvane-rehearsal: %s\n", error.what());
+        complain(u"quorvane-rehearsal: "_s + QString::fromUtf8(error.what()));
         return kUnusable;
     }
 }

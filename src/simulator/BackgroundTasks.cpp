@@ -21,7 +21,7 @@ QString fieldText(const Json& record, const char* key) {
 
 int number(const Json& record, const char* key, int missing) {
     const auto entry = record.find(key);
-    return entry != record.end() && entry->is_number_integer() ? entry->get<int>() : missing;
+    return entry != record.end() && entry->is_number_integer() ? wholeNumber<int>(*entry) : missing;
 }
 
 bool isOn(const Json& record, const char* key) {

@@ -41,12 +41,12 @@ Fault faultFromJson(const Json& rule) {
     if (!fault.arguments.isValid()) {
         throw std::invalid_argument("\"arguments\": " + fault.arguments.errorString().toStdString());
     }
-    fault.delay = std::chrono::milliseconds(rule.value("delayMilliseconds", 0));
+    fault.delay = std::chrono::milliseconds(wholeNumberIn(rule, "delayMilliseconds"));
     fault.hangs = rule.value("hang", false);
-    fault.signal = rule.value("signal", 0);
+    fault.signal = wholeNumberIn(rule, "signal");
     fault.diskFull = rule.value("diskFull", false);
     if (rule.contains("status")) {
-        fault.status = rule.at("status").get<int>();
+        fault.status = wholeNumber<int>(rule.at("status"));
     }
     fault.output = bytes(rule, "output", "outputBase64");
     fault.error = bytes(rule, "error", "errorBase64");

@@ -14,7 +14,7 @@ Machine machineFromJson(const Json& json) {
     };
     Machine machine;
     machine.userName = text("userName", machine.userName);
-    machine.userId = json.value("userId", machine.userId);
+    machine.userId = json.contains("userId") ? wholeNumber<int>(json.at("userId")) : machine.userId;
     machine.computerName = text("computerName", machine.computerName);
     machine.hardwareUuid = text("hardwareUuid", machine.hardwareUuid);
     machine.systemVersion = text("systemVersion", machine.systemVersion);

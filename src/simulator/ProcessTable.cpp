@@ -15,10 +15,10 @@ QString valueText(const Json& record, const char* key) {
 
 Process processFromJson(const Json& record) {
     Process process;
-    process.pid = record.at("pid").get<int>();
+    process.pid = wholeNumber<int>(record.at("pid"));
     process.name = QString::fromStdString(record.at("name").get<std::string>());
     process.path = valueText(record, "path");
-    process.userId = record.at("uid").get<int>();
+    process.userId = wholeNumber<int>(record.at("uid"));
     process.label = valueText(record, "label");
     process.keepAlive = record.value("keepAlive", false);
     process.isProtected = record.value("protected", false);

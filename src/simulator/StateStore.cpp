@@ -75,9 +75,10 @@ void StateStore::update(const char* subject, const std::function<void(Json&)>& c
         return;
     }
     QSaveFile file(stateFile(m_hostFolder, subject));
-    file.open(QIODevice::WriteOnly);
-    file.write(QByteArray::fromStdString(state.dump(1) + '\n'));
-    if (!file.commit()) {
+    const QByteArray text = QByteArray::fromStdString(state.dump(1) + '\n');
+    // What the disk refuses at the last flush isn't known to `commit`, which would put half a file in place.
+    const bool isWritten = file.open(QIODevice::WriteOnly) && file.write(text) == text.size() && file.flush();
+    if (!isWritten || !file.commit()) {
         throw std::runtime_error("cannot write " + file.fileName().toStdString());
     }
 }

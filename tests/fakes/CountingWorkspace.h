@@ -12,9 +12,11 @@ public:
     explicit CountingWorkspace(QStringList& trace)
         : m_trace(trace) {}
 
+    bool isActiveNow = true;
     int activations = 0;
     int windowOrderings = 0;
 
+    bool isActive() const override { return isActiveNow; }
     void activateIgnoringOtherApps() override;
     void makeWindowsKeyAndOrderFront() override;
 

@@ -65,6 +65,7 @@ QString MemoryFileManager::resolved(const QString& path) const {
 }
 
 QStringList MemoryFileManager::list(const QString& folder) const {
+    ++m_listings;
     const QString path = begin(Operation::List, folder, Last::Followed);
     requireFolder(path);
     std::map<int, QString> byAge;

@@ -43,6 +43,8 @@ public:
     /// The n-th operation that changes something fails, counted from now; 1 is the next one.
     void failAtChange(int number) { m_changesUntilFailure = number; }
     int changes() const { return m_changes; }
+    /// How often a folder was listed.
+    int listings() const { return m_listings; }
     /// Every path that was read, written, moved, removed, listed or asked for, resolved.
     QSet<QString> touchedPaths() const { return m_touched; }
 
@@ -112,6 +114,7 @@ private:
     int m_nextAge = 1;
     int m_changes = 0;
     int m_changesUntilFailure = 0;
+    mutable int m_listings = 0;
     mutable QSet<QString> m_touched;
 };
 

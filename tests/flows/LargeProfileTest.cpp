@@ -29,6 +29,19 @@ protected:
         return file.fileName();
     }
 
+    /// A file with this many line ends in the middle.
+    QString fileWithLineEnds(int mebibytes, const QByteArray& before = {}, const QByteArray& behind = {}) const {
+        QFile file(folder.path() + u"/%1 MiB.json"_s.arg(mebibytes));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(before);
+        const QByteArray lineEnds(kMebibyte, '\n');
+        for (int written = 0; written < mebibytes; ++written) {
+            file.write(lineEnds);
+        }
+        file.write(behind);
+        return file.fileName();
+    }
+
     /// Verifies the profile and gives the peak of the memory that this took.
     long peakOfVerifying(const QString& profile) {
         const MeasuredEnding run = rehearse({u"verify"_s, profile});
@@ -56,6 +69,25 @@ TEST_F(LargeProfile, theMemoryOfReadingGrowsWithTheSizeAndNoFaster) {
     const long fifty = peakOfVerifying(profileOfSize(50 * kMebibyte)) - base;
     EXPECT_GT(five, 5 * 1024) << "the peak of something else was measured";
     EXPECT_LE(fifty, 12 * five) << "base " << base << " KiB, for 5 MiB " << five << " KiB more";
+}
+
+// The library that reads JSON keeps the blanks before a token, and spells them out in an error of its own.
+TEST_F(LargeProfile, aFileOfLineEndsCostsLittleMoreThanItsSize) {
+    const long base = rehearse({u"verify"_s, fileWithLineEnds(0)}).peakMemory;
+    const MeasuredEnding run = rehearse({u"verify"_s, fileWithLineEnds(50)});
+    EXPECT_EQ(run.status, 2);
+    EXPECT_TRUE(run.error.endsWith(": not a profile: not valid JSON (line 52428801)\n")) << run.error.toStdString();
+    EXPECT_LE(run.peakMemory - base, 2 * 50 * 1024);
+}
+
+TEST_F(LargeProfile, lineEndsBetweenItsTokensCostLittleMoreThanTheirSize) {
+    QFile plain(profileOfSize(0));
+    ASSERT_TRUE(plain.open(QIODevice::ReadOnly));
+    const QByteArray text = plain.readAll();
+    const qsizetype place = text.indexOf(',');
+    const long base = peakOfVerifying(plain.fileName());
+    const QString large = fileWithLineEnds(50, text.left(place), text.mid(place));
+    EXPECT_LE(peakOfVerifying(large) - base, 2 * 50 * 1024);
 }
 
 TEST_F(LargeProfile, aTruncatedOneIsRefusedWithOneLine) {

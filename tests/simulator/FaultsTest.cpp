@@ -56,6 +56,16 @@ TEST_F(FaultsTest, aRuleReplacesTheToolItNames) {
     EXPECT_EQ(run({u"save"_s}, rules), (Run{0, "", ""}));
 }
 
+TEST_F(FaultsTest, aNumberThatDoesNotFitIsRefused) {
+    for (const char* key : {"status", "signal", "delayMilliseconds"}) {
+        for (const Json& number :
+             {Json(4294967297), Json(-2147483649), Json(18446744073709551615U), Json(1e300), Json(1.5), Json("1")}) {
+            SCOPED_TRACE(key + number.dump());
+            EXPECT_THROW(Faults(Json::array({{{"tool", "say"}, {key, number}}})), std::invalid_argument);
+        }
+    }
+}
+
 TEST_F(FaultsTest, aPatternLooksAtTheArguments) {
     const Json rules = Json::array({{{"tool", "say"}, {"arguments", "^-x .*y$"}, {"status", 3}}});
     EXPECT_EQ(run({u"say"_s, u"-x"_s, u"a"_s, u"y"_s}, rules).status, 3);

@@ -30,6 +30,14 @@ protected:
 
 } // namespace
 
+TEST_F(MacDescriptionTest, aUserIdThatDoesNotFitIsRefused) {
+    for (const Json& number : {Json(4294967297), Json(1e300)}) {
+        Json machine = SimulatedMacFolder::defaultMachine();
+        machine["userId"] = number;
+        EXPECT_ANY_THROW(make({{"machine", machine}})) << number.dump();
+    }
+}
+
 TEST_F(MacDescriptionTest, preferencesStandWhereTheirOwnerKeepsThem) {
     make({{"preferences",
            {{"user", {{"com.x", {{"a", true}, {"b", 2}, {"c", 0.5}, {"d", "t"}}}}},

@@ -153,7 +153,7 @@ TEST_F(ActionStageTest, whileSomethingIsBusyNoneBegins) {
 TEST_F(ActionStageTest, anExceptionEndsItAsAFailedOne) {
     const ActionOutcome outcome = ending(run([](Action& action) -> QCoro::Task<void> {
         const Turnstile::Hold busy = action.carryingOut(u"Dancing…"_s, {.match = true});
-        const Turnstile::Hold noAutoLock = action.suppressAutoLock();
+        const UnlockGate::AutoLockSuppression noAutoLock = action.suppressAutoLock();
         action.outcome.succeeded = true;
         throw std::runtime_error("a leg is broken");
         co_return;
@@ -164,7 +164,7 @@ TEST_F(ActionStageTest, anExceptionEndsItAsAFailedOne) {
     EXPECT_EQ(takeSteps(),
               (QStringList{u"busy: Dancing…"_s, u"idle"_s, u"log: [ERROR] a leg is broken"_s, u"anew: match"_s}))
         << "it may have changed the system before";
-    EXPECT_FALSE(lock->suppressAutoLock());
+    EXPECT_FALSE(lock->isAutoLockSuppressed());
     EXPECT_TRUE(session->turnstile.isIdle());
 }
 

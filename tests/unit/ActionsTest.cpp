@@ -450,6 +450,12 @@ TEST_F(BackupActionsTest, aBackupTellsWhatWasWritten) {
     EXPECT_FALSE(session->cloudBackups.backups().isEmpty());
 }
 
+TEST_F(BackupActionsTest, aBackupTellsWhatIsNotInIt) {
+    files.addFile(session->profileStore.profilesDirectory() + u"/Club.json"_s, "{");
+    EXPECT_TRUE(ending(session->backupActions.backUp(*listener)).succeeded);
+    EXPECT_TRUE(takeSteps().at(2).endsWith(u"\n\nNot saved, because it can't be read: Club | OK"_s));
+}
+
 TEST_F(BackupActionsTest, withoutAnAccountItIsAnError) {
     cloud.account = false;
     EXPECT_FALSE(ending(session->backupActions.backUp(*listener)).succeeded);

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
+
 using namespace Qt::StringLiterals;
 
 namespace quorvane {
@@ -116,6 +118,76 @@ TEST(Json, nullIsAbsentWhereAbsenceIsAllowed) {
     EXPECT_EQ(problemIn([&] { requiredMember<bool>(json, "a"); }), u"\"a\": not a boolean"_s);
 }
 
+TEST(Json, aTextKeepsAByteOrderMarkAtItsBeginning) {
+    const Json json = parseJson("\xef\xbb\xbf{\"name\": \"\\ufeffLive\", \"icons\": {\"\xef\xbb\xbf"
+                                "a\": \"b\", \"a\": \"c\"}}");
+    EXPECT_EQ(requiredMember<QString>(json, "name"), u"\ufeffLive"_s);
+    EXPECT_EQ((requiredMember<QMap<QString, QString>>(json, "icons")),
+              (QMap<QString, QString>{{u"\ufeffa"_s, u"b"_s}, {u"a"_s, u"c"_s}}));
+    EXPECT_EQ(decodedValue<QString>(parseJson(jsonText(encodeJson(u"\ufeffLive"_s)))), u"\ufeffLive"_s);
+}
+
+TEST(Json, aNumberIsWholeAndFits) {
+    const struct {
+        QByteArray text;
+        std::optional<int> value;
+    } cases[] = {{"0", 0},
+                 {"-0", 0},
+                 {"2147483647", 2147483647},
+                 {"-2147483648", -2147483647 - 1},
+                 {"2147483648", {}},
+                 {"-2147483649", {}},
+                 {"4294967297", {}},
+                 {"9223372036854775807", {}},
+                 {"9223372036854775808", {}},
+                 {"18446744073709551615", {}},
+                 {"18446744073709551616", {}},
+                 {"-9223372036854775808", {}},
+                 {"1.0", {}},
+                 {"1e0", {}},
+                 {"1e300", {}}};
+    for (const auto& [text, value] : cases) {
+        SCOPED_TRACE(text.toStdString());
+        const Json json = parseJson(text);
+        EXPECT_EQ(problemIn([&] { EXPECT_EQ(decodedValue<int>(json), value); }).isEmpty(), value.has_value());
+    }
+}
+
+// ---- Blanks
+
+TEST(Json, anErrorBehindManyBlanksNamesItsLine) {
+    EXPECT_EQ(problemIn([] { parseJson(QByteArray(1000, '\n')); }), u"not valid JSON (line 1001)"_s);
+    EXPECT_EQ(problemIn([] { parseJson("{" + QByteArray(1000, '\n') + "oops"); }), u"not valid JSON (line 1001)"_s);
+    EXPECT_EQ(problemIn([] { parseJson("nul\n\n\n\n"); }), u"not valid JSON (line 2)"_s);
+    EXPECT_EQ(problemIn([] { parseJson("{\n\n\n\"a\n\n\n"); }), u"not valid JSON (line 5)"_s);
+}
+
+TEST(Json, blanksChangeNothingWhereverTheyStand) {
+    const QByteArray whole =
+        R"({"one": ["a \\\" b", "c\\", -1.5e2, true, null], "two":{"three" :"", "four": [ ]} , "five":"\u00e9  x"})";
+    const QByteArray blanks = " \t\n\r";
+    std::mt19937 random(7);
+    int read = 0;
+    for (int round = 0; round < 4000; ++round) {
+        QByteArray text = whole;
+        for (unsigned change = random() % 4; change > 0; --change) {
+            const qsizetype place = static_cast<qsizetype>(random() % static_cast<unsigned>(text.size()));
+            if (random() % 3 == 0) {
+                text.remove(place, 1);
+            } else {
+                text.insert(place, QByteArray(1 + static_cast<qsizetype>(random() % 3), blanks.at(random() % 4)));
+            }
+        }
+        SCOPED_TRACE(text.toStdString());
+        const Json expected = Json::parse(text.cbegin(), text.cend(), nullptr, false);
+        const QString problem = problemIn([&] { EXPECT_EQ(parseJson(text), expected); });
+        ASSERT_EQ(problem.isEmpty(), !expected.is_discarded());
+        read += problem.isEmpty() ? 1 : 0;
+    }
+    EXPECT_GT(read, 500);
+    EXPECT_LT(read, 3500);
+}
+
 TEST(Json, nothingIsConverted) {
     const Json values = parseJson(R"([null,true,0,1,1.5,"true",[],{}])");
     for (const Json& value : values) {
@@ -191,6 +263,7 @@ TEST(Json, aUuidIsReadInEitherCaseAndWrittenInUpperCase) {
 TEST(Json, aTextInAnErrorIsShortAndOnOneLine) {
     EXPECT_EQ(quotedForError(u"a\n\"b\""_s), u"\"a\\n\\\"b\\\"\""_s);
     EXPECT_EQ(quotedForError(QString(1000, u'x')), u'"' + QString(40, u'x') + u"…\""_s);
+    EXPECT_EQ(quotedForError(u"a\u202eb\u2028c\u0085d\u007fe"_s), u"\"a b c d e\""_s);
 }
 
 } // namespace

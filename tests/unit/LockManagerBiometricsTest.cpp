@@ -61,6 +61,7 @@ TEST_F(LockManagerBiometricsTest, everyPasswordComesBackAsItWasTyped) {
          {u"\ufeffgig7"_s, u"🎛🎚🎙🎧"_s, u"a\0bc"_s, u" gig7\n"_s, QString(5000, u'x')}) {
         enable(password);
         EXPECT_TRUE(unlockWithFinger()) << password.toStdString();
+        ASSERT_EQ(lock->disableLock(password), std::nullopt);
     }
 }
 
@@ -221,6 +222,7 @@ TEST_F(LockManagerBiometricsTest, typingGoesAheadOfAnOpenPrompt) {
         keychain.answerHeld(isAccepted);
         EXPECT_TRUE(QCoro::waitFor(unlock));
         EXPECT_EQ(takeTrace(), QStringList());
+        ASSERT_EQ(lock->disableLock(kPassword), std::nullopt);
     }
 }
 

@@ -19,7 +19,7 @@ const QString kNewTooShort = u"New password must be at least 4 characters."_s;
 
 TEST_F(LockManagerTest, withNothingStoredTheLockIsOff) {
     EXPECT_EQ(state(), u"off"_s);
-    EXPECT_FALSE(lock->suppressAutoLock());
+    EXPECT_FALSE(lock->isAutoLockSuppressed());
     EXPECT_EQ(defaults.writtenKeys, QStringList()) << "reading writes nothing";
 }
 
@@ -60,6 +60,7 @@ TEST_F(LockManagerTest, fourCharactersAreEnoughWhateverTheyAreMadeOf) {
          {u"abcd"_s, u"🎛🎚🎙🎧"_s, u"🇩🇪🇫🇷🇯🇵🇧🇷"_s, u"e\u0301a\u0301o\u0301u\u0301"_s}) {
         enable(password);
         EXPECT_TRUE(lock->unlockWithPassword(password)) << password.toStdString();
+        EXPECT_EQ(lock->disableLock(password), std::nullopt);
     }
 }
 
@@ -72,6 +73,24 @@ TEST_F(LockManagerTest, enablingLocksAtOnceAndTheGateRefuses) {
     EXPECT_EQ(takeTrace(), QStringList({u"activate"_s, u"windows to the front"_s,
                                         u"! Quorvane is Locked | "
                                         "Enter your app password in the Quorvane window to switch profiles. | OK"_s}));
+}
+
+TEST_F(LockManagerTest, aLockThatIsOnIsNotEnabledAnew) {
+    const QString refusal = u"The app lock is already on."_s;
+    enable();
+    const QByteArray item = passwordItem().value();
+    for (const bool isUnlocked : {false, true}) {
+        if (isUnlocked) {
+            ASSERT_TRUE(lock->unlockWithPassword(kPassword));
+        }
+        trace.clear();
+        EXPECT_EQ(lock->enableLock(kOtherPassword, kOtherPassword), refusal);
+        EXPECT_EQ(lock->enableLock(u"abc"_s, u"x"_s), refusal);
+        EXPECT_EQ(passwordItem(), item) << "whoever finds the program must not choose a password of their own";
+        EXPECT_EQ(takeTrace(), QStringList());
+        EXPECT_EQ(lock->isUnlocked(), isUnlocked);
+    }
+    EXPECT_TRUE(lock->unlockWithPassword(kPassword));
 }
 
 TEST_F(LockManagerTest, theKeychainGetsTheSaltedDigestAlone) {
@@ -272,21 +291,56 @@ TEST_F(LockManagerTest, noPasswordOpensADamagedItem) {
 
 TEST_F(LockManagerTest, losingTheActiveStateLocksUnlessADialogOfItsOwnTookIt) {
     enableAndUnlock();
-    lock->setSuppressAutoLock(true);
-    EXPECT_TRUE(lock->suppressAutoLock());
-    lock->applicationWillResignActive();
+    {
+        const auto prompt = lock->suppressAutoLock();
+        EXPECT_TRUE(lock->isAutoLockSuppressed());
+        lock->applicationWillResignActive();
+    }
+    EXPECT_FALSE(lock->isAutoLockSuppressed());
     EXPECT_EQ(takeTrace(), QStringList());
     EXPECT_EQ(state(), u"unlocked"_s);
-    lock->setSuppressAutoLock(false);
     lock->applicationWillResignActive();
     EXPECT_EQ(takeTrace(), QStringList(u"isUnlocked: locked"_s));
     lock->applicationWillResignActive();
     EXPECT_EQ(takeTrace(), QStringList());
 }
 
+TEST_F(LockManagerTest, aSuppressionThatEndsWhileAnotherProgramIsActiveLocks) {
+    enableAndUnlock();
+    {
+        const auto apply = lock->suppressAutoLock();
+        {
+            auto prompt = lock->suppressAutoLock();
+            const auto moved = std::move(prompt);
+            lock->applicationWillResignActive();
+            workspace.isActiveNow = false; // the user has gone on to another program meanwhile
+        }
+        EXPECT_TRUE(lock->isAutoLockSuppressed()) << "the outer one goes on";
+        EXPECT_EQ(takeTrace(), QStringList());
+    }
+    EXPECT_EQ(takeTrace(), QStringList(u"isUnlocked: locked"_s));
+}
+
+TEST_F(LockManagerTest, aSuppressionThatEndsWhileNothingIsLockableLocksNothing) {
+    workspace.isActiveNow = false;
+    { const auto apply = lock->suppressAutoLock(); }
+    EXPECT_EQ(state(), u"off"_s);
+    EXPECT_EQ(takeTrace(), QStringList());
+}
+
+TEST_F(LockManagerTest, aSuppressionEndsHoweverItsScopeIsLeft) {
+    enableAndUnlock();
+    try {
+        [[maybe_unused]] const auto apply = lock->suppressAutoLock();
+        throw std::runtime_error("left");
+    } catch (const std::runtime_error&) {
+    }
+    EXPECT_FALSE(lock->isAutoLockSuppressed());
+}
+
 TEST_F(LockManagerTest, lockingByHandIsNotSuppressed) {
     enableAndUnlock();
-    lock->setSuppressAutoLock(true);
+    const auto apply = lock->suppressAutoLock();
     lock->lockIfEnabled();
     EXPECT_EQ(state(), u"locked"_s);
 }
@@ -297,13 +351,6 @@ TEST_F(LockManagerTest, withTheLockOffNothingLocks) {
     EXPECT_EQ(state(), u"off"_s);
     EXPECT_EQ(takeTrace(), QStringList());
     EXPECT_EQ(defaults.writtenKeys, QStringList());
-}
-
-TEST_F(LockManagerTest, aSuppressionEndsWithTheProgram) {
-    enableAndUnlock();
-    lock->setSuppressAutoLock(true);
-    start();
-    EXPECT_FALSE(lock->suppressAutoLock());
 }
 
 } // namespace quorvane

@@ -73,13 +73,23 @@ TEST_F(ProfileActionsTest, theProgramsOwnPromptDoesNotLockIt) {
     enableLock();
     bool wasSuppressed = false;
     scripts.carryOut = [&](const QString&) {
-        wasSuppressed = lock->suppressAutoLock();
+        wasSuppressed = lock->isAutoLockSuppressed();
         lock->applicationWillResignActive();
     };
     EXPECT_TRUE(ending(session->profileActions.review(live, *listener)).succeeded);
     EXPECT_TRUE(wasSuppressed);
     EXPECT_TRUE(lock->isUnlocked());
-    EXPECT_FALSE(lock->suppressAutoLock()) << "it is over";
+    EXPECT_FALSE(lock->isAutoLockSuppressed()) << "it is over";
+}
+
+TEST_F(ProfileActionsTest, anApplyThatEndsWhileAnotherProgramIsActiveLocks) {
+    enableLock();
+    scripts.carryOut = [&](const QString&) {
+        lock->applicationWillResignActive();
+        workspace.isActiveNow = false;
+    };
+    EXPECT_TRUE(ending(session->profileActions.review(live, *listener)).succeeded);
+    EXPECT_FALSE(lock->isUnlocked());
 }
 
 TEST_F(ProfileActionsTest, aReviewThatIsClosedAppliesNothing) {

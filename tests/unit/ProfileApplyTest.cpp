@@ -393,6 +393,17 @@ TEST_F(ProfileApply, cloudServicesAloneTakeTheDumpWithTheBatch) {
     EXPECT_FALSE(isActive(kHelper));
 }
 
+TEST_F(ProfileApply, backgroundLabelsAloneTakeTheDumpWithTheBatch) {
+    dump = dumpOf({backgroundRecord(u"Sync"_s, u"com.x.sync"_s)});
+    UnifiedProfile profile = soundsOff();
+    profile.startup.items = {backgroundItemOff(u"com.x.sync"_s)};
+    EXPECT_TRUE(apply(profile));
+    EXPECT_EQ(
+        linesStartingWith(u"& "_s).join(u'\n') + u'\n',
+        prompted(kSystemLine + u" ; "_s + dumpLine(), u"Quorvane needs your administrator password to apply Live."_s));
+    EXPECT_FALSE(isActive(u"com.x.sync"_s));
+}
+
 TEST_F(ProfileApply, cachesAreDroppedAfterASuccessOnly) {
     login = {{u"Chat"_s, u"/Applications/Chat.app"_s, false}};
     UnifiedProfile profile = soundsOff();

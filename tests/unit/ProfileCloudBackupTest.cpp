@@ -255,13 +255,18 @@ TEST(ProfileImportSummary, countsWhatChanged) {
     EXPECT_EQ(summary(2, 0, {u"Gig → Gig 2"_s, u"Live → Live 2"_s}),
               u"2 imported\nRenamed: Gig → Gig 2, Live → Live 2"_s);
     EXPECT_EQ(summary(0, 0, {u"Gig → Gig 2"_s}), u"No profiles changed."_s);
+    EXPECT_EQ(summary(1, 0, {u"G\nig\u202e → G\nig\u202e 2"_s}), u"1 imported\nRenamed: G ig  → G ig  2"_s);
 }
 
 TEST(ProfileCloudAlerts, sayWhatWasDone) {
     EXPECT_EQ(
-        backupCompleteAlert(backupOf({numberedProfile(1, u"Live"_s)})),
+        backupCompleteAlert({backupOf({numberedProfile(1, u"Live"_s)}), {}}),
         (ClosingAlert{u"Backup Complete"_s, u"Saved 1 profile(s) to iCloud.\n\n"
                                             "Latest Backup\nDefault Profile (Current)\nDefault Profile (Previous)"_s}));
+    EXPECT_EQ(backupCompleteAlert({backupOf({numberedProfile(1, u"Live"_s)}), {u"Gig"_s, u"Cl\nub"_s}}).text,
+              u"Saved 1 profile(s) to iCloud.\n\n"
+              "Latest Backup\nDefault Profile (Current)\nDefault Profile (Previous)\n\n"
+              "Not saved, because it can't be read: Gig, Cl ub"_s);
     EXPECT_EQ(profilesRestoredAlert({1, 2, {u"Gig → Gig 2"_s}}),
               (ClosingAlert{u"Profiles Restored"_s, u"1 imported, 2 updated\nRenamed: Gig → Gig 2"_s}));
 }

@@ -1,6 +1,9 @@
 // The list of backups, restoring from it, and operations that come while others are under way.
 
+#include "fakes/EventLoop.h"
 #include "fakes/ProfileCloudSystem.h"
+
+#include <functional>
 
 namespace quorvane {
 
@@ -119,10 +122,26 @@ TEST_F(BackupList, downloadsWhatIsOnlyInICloudAndLeavesOutWhatDoesNotArrive) {
     addBackup(current, {defaultVersion(1)});
     EXPECT_EQ(refresh(), kNothingThrown);
     EXPECT_EQ(listedIds(), (QStringList{latest, current}));
-    EXPECT_EQ(clock.waits, QList<std::chrono::milliseconds>(19 + 20, 250ms));
+    EXPECT_EQ(clock.waits, QList<std::chrono::milliseconds>(20, 250ms));
     cloud.waiting[pathOf(stamped)].looks = 0;
     EXPECT_EQ(refresh(), kNothingThrown);
     EXPECT_EQ(listedIds(), (QStringList{latest, current, stamped}));
+}
+
+TEST_F(BackupList, asksForAllDownloadsFirstAndWaitsForThemTogether) {
+    const QByteArray bytes = encodeProfileCloudBackup(backupHolding({numberedProfile(1, kLive)}, march));
+    QStringList names;
+    for (int number = 0; number < 12; ++number) {
+        names.append(u"backup-%1.json"_s.arg(number, 2, 10, QChar(u'0')));
+        const bool comes = number % 3 == 0;
+        cloud.waiting[pathOf(names.last())] = {bytes, comes ? std::optional(number) : std::nullopt, {}};
+    }
+    EXPECT_EQ(refresh(), kNothingThrown);
+    EXPECT_EQ(clock.waits, QList<std::chrono::milliseconds>(20, 250ms)) << "five seconds for all";
+    EXPECT_EQ(listedIds(), (QStringList{names.at(9), names.at(6), names.at(3), names.at(0)}));
+    const qsizetype firstLook = cloud.calls.indexOf(cloud.calls.filter(u"isCurrent"_s).first());
+    EXPECT_EQ(cloud.calls.mid(0, firstLook).filter(u"startDownloading"_s).size(), 12);
+    EXPECT_EQ(cloud.calls.filter(u"startDownloading"_s).size(), 12);
 }
 
 TEST_F(BackupList, isEmptyWithoutAnAccountOrAContainerAndTellsOnlyChanges) {
@@ -231,10 +250,35 @@ TEST_F(RestoredBackups, withTwoProfilesOfOneNameKeepBoth) {
     EXPECT_EQ(savedNames(), (QStringList{u"LIVE 2"_s, kLive}));
 }
 
-TEST_F(RestoredBackups, withTwoProfilesOfOneIdentityKeepTheLast) {
-    addBackup(latest, {numberedProfile(1, kLive), numberedProfile(1, kGig)});
-    EXPECT_EQ(summaryOf(latest), u"1 imported, 1 updated"_s);
-    EXPECT_EQ(savedNames(), QStringList(kGig));
+TEST_F(RestoredBackups, withTwoProfilesOfOneIdentityKeepBoth) {
+    addBackup(latest, {numberedProfile(1, kLive), numberedProfile(1, kLive, 5)});
+    EXPECT_EQ(summaryOf(latest), u"2 imported\nRenamed: Live → Live 2"_s);
+    EXPECT_EQ(savedNames(), (QStringList{kLive, u"Live 2"_s}));
+    EXPECT_EQ(profiles.loadProfile(kLive), numberedProfile(1, {}));
+    EXPECT_NE(profiles.loadProfile(u"Live 2"_s), numberedProfile(1, {}));
+}
+
+TEST_F(RestoredBackups, ofManyProfilesLetTheEventLoopComeRound) {
+    QList<UnifiedProfile> many;
+    for (int number = 1; number <= 1000; ++number) {
+        many.append(numberedProfile(number, u"Live %1"_s.arg(number)));
+    }
+    addBackup(latest, many);
+    const int listings = files.listings();
+    EXPECT_EQ(summaryOf(latest), u"1000 imported"_s);
+    EXPECT_GE(clock.waits.count(0ms), 1);
+    EXPECT_EQ(files.listings() - listings, 1);
+}
+
+TEST_F(RestoredBackups, areToldToBeUnfinishedWhenTheProgramQuits) {
+    QList<UnifiedProfile> many;
+    for (int number = 1; number <= 1000; ++number) {
+        many.append(numberedProfile(number, u"Live %1"_s.arg(number)));
+    }
+    addBackup(latest, many);
+    clock.shutDown();
+    EXPECT_EQ(summaryOf(latest), u"Could not write the iCloud backup: The program is quitting."_s);
+    EXPECT_LT(savedNames().size(), 1000);
 }
 
 TEST_F(RestoredBackups, withANameThatIsAPathStayInTheFolderOfTheProfiles) {
@@ -285,6 +329,26 @@ TEST_F(BackupTurns, areBusyOnceWhileSeveralRun) {
     EXPECT_EQ(QCoro::waitFor(std::move(second)), kNothingThrown);
     EXPECT_EQ(QCoro::waitFor(std::move(third)), kNothingThrown);
     EXPECT_EQ(busy, (QList<bool>{true, false}));
+}
+
+TEST_F(BackupTurns, areOverWhenTheirResultIsKnownThoughTheListHasYetToCome) {
+    cloud.waiting[pathOf(u"backup-of-another-mac.json"_s)] = {"{}", {}, {}};
+    const auto isOverBeforeTheList = [this](const std::function<QCoro::Task<QString>()>& begin) {
+        clock.waits.clear();
+        busy.clear();
+        QCoro::Task<QString> operation = begin();
+        processEventsUntil([this] { return !manager.isBusy(); });
+        const bool hasYetToList = !operation.isReady();
+        EXPECT_EQ(QCoro::waitFor(std::move(operation)), kNothingThrown);
+        EXPECT_EQ(clock.waits.size(), 20);
+        EXPECT_EQ(busy, (QList<bool>{true, false}));
+        return hasYetToList;
+    };
+    EXPECT_TRUE(isOverBeforeTheList([this] { return backupErrorOf(manager.ensureDefaultBackups(profiles)); }));
+    EXPECT_TRUE(isOverBeforeTheList([this] { return backupErrorOf(manager.backupAllProfiles(profiles)); }));
+    EXPECT_TRUE(isOverBeforeTheList(
+        [this] { return backupErrorOf(manager.backupDefaultProfile(profiles, defaultVersion(3))); }));
+    EXPECT_EQ(listedIds().mid(0, 3), (QStringList{latest, current, previous}));
 }
 
 TEST_F(BackupTurns, areOverAfterAFailure) {

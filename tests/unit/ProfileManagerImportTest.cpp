@@ -103,12 +103,48 @@ TEST(ProfileImport, anUpdateMayChangeTheCaseOfItsName) {
     }
 }
 
-TEST(ProfileImport, aProfileThatComesTwiceIsStoredOnce) {
+TEST(ProfileImport, ofTwoOfOneIdentityTheSecondBecomesAProfileOfItsOwn) {
     ProfileStore store;
-    EXPECT_EQ(store.manager.importProfiles({numberedProfile(1, u"Live"_s), numberedProfile(1, u"Live"_s, 3)}),
-              (Result{1, 1, {}}));
-    EXPECT_EQ(store.fileNames(), QStringList{u"Live.json"_s});
-    EXPECT_EQ(store.profileIn(u"Live.json"_s).dateCreated, numberedProfile(1, {}, 3).dateCreated);
+    store.manager.saveProfile(numberedProfile(1, u"Old"_s));
+    EXPECT_EQ(store.manager.importProfiles(
+                  {numberedProfile(1, u"Live"_s), numberedProfile(1, u"Live"_s, 3), numberedProfile(1, u"Gig"_s, 4)}),
+              (Result{2, 1, {u"Live → Live 2"_s, u"Gig → Gig"_s}}));
+    EXPECT_EQ(store.fileNames(), (QStringList{u"Live.json"_s, u"Live 2.json"_s, u"Gig.json"_s}));
+    EXPECT_EQ(store.profileIn(u"Live.json"_s), numberedProfile(1, {}));
+    EXPECT_EQ(store.profileIn(u"Live 2.json"_s).dateCreated, numberedProfile(1, {}, 3).dateCreated);
+    const QSet<QUuid> ids{numberedProfile(1, {}).id, store.profileIn(u"Live 2.json"_s).id,
+                          store.profileIn(u"Gig.json"_s).id};
+    EXPECT_EQ(ids.size(), 3);
+}
+
+TEST(ProfileImport, aFileThatHoldsNoProfileIsATakenName) {
+    for (const NameCase names : {NameCase::Sensitive, NameCase::Ignored}) {
+        ProfileStore store(names);
+        store.files.addFile(store.pathOf(u"Live.json"_s), "{");
+        store.addFile(u"Club.json"_s, numberedProfile(1, u"Club"_s));
+        store.files.failOn(MemoryFileManager::Operation::Read, store.pathOf(u"Club.json"_s));
+        store.manager.saveProfile(numberedProfile(2, u"Gig"_s));
+        EXPECT_EQ(store.manager.importProfiles(
+                      {numberedProfile(3, u"live"_s), numberedProfile(4, u"Club"_s), numberedProfile(2, u"LIVE"_s)}),
+                  (Result{2, 1, {u"live → live 2"_s, u"Club → Club 2"_s, u"LIVE → LIVE 3"_s}}));
+        EXPECT_EQ(store.bytesOf(u"Live.json"_s), "{");
+    }
+}
+
+TEST(ProfileImport, listsTheFolderOnce) {
+    for (const NameCase names : {NameCase::Sensitive, NameCase::Ignored}) {
+        ProfileStore store(names);
+        store.manager.saveProfile(numberedProfile(1, u"live"_s));
+        store.manager.saveProfile(numberedProfile(2, u"Gig"_s));
+        const int before = store.files.listings();
+        QList<UnifiedProfile> incoming{numberedProfile(1, u"Live"_s), numberedProfile(2, u"Tour"_s)};
+        for (int number = 3; number <= 20; ++number) {
+            incoming.append(numberedProfile(number, u"New"_s));
+        }
+        EXPECT_EQ(store.manager.importProfiles(incoming).updated, 2);
+        EXPECT_EQ(store.files.listings() - before, 1);
+        EXPECT_EQ(store.fileNames().size(), 20);
+    }
 }
 
 TEST(ProfileImport, twoFilesOfOneProfileRefuseTheImportBeforeAnythingIsWritten) {

@@ -38,6 +38,25 @@ TEST(ProfileManager, profilesAreListedNewestFirstAndTiesInTheOrderOfTheFolder) {
     EXPECT_EQ(namesOf(store.manager.listProfiles()), (QStringList{u"new"_s, u"b"_s, u"a"_s, u"old"_s}));
 }
 
+TEST(ProfileManager, manyOfOneMomentKeepTheOrderOfTheFolder) {
+    ProfileStore store(NameCase::Sensitive);
+    QStringList names;
+    for (int number = 1; number <= 24; ++number) {
+        names.append(u"Live %1"_s.arg(number * 7 % 24));
+        store.addFile(names.last() + u".json"_s, numberedProfile(number, names.last()));
+    }
+    EXPECT_EQ(namesOf(store.manager.listProfiles()), names);
+    EXPECT_EQ(store.manager.listing().unreadable, QStringList());
+}
+
+TEST(ProfileManager, ofManyThatBearOneNameTheFirstOfTheNewestIsLoaded) {
+    ProfileStore store;
+    for (int number = 1; number <= 24; ++number) {
+        store.addFile(u"Copy %1.json"_s.arg(number), numberedProfile(number, u"Live"_s, 1 + number % 3));
+    }
+    EXPECT_EQ(store.manager.loadProfile(u"LIVE"_s), numberedProfile(2, {}));
+}
+
 TEST(ProfileManager, onlyReadableFilesWithTheExtensionAreListed) {
     ProfileStore store;
     const UnifiedProfile profile = numberedProfile(1, u"Live"_s);
@@ -50,6 +69,7 @@ TEST(ProfileManager, onlyReadableFilesWithTheExtensionAreListed) {
     store.addFile(u"locked.json"_s, profile);
     store.files.failOn(Operation::Read, store.pathOf(u"locked.json"_s));
     EXPECT_EQ(store.manager.listProfiles().size(), 0);
+    EXPECT_EQ(store.manager.listing().unreadable, (QStringList{u"broken"_s, u"empty"_s, u"folder"_s, u"locked"_s}));
 
     store.addFile(u".hidden.json"_s, numberedProfile(2, u"Hidden"_s));
     EXPECT_EQ(namesOf(store.manager.listProfiles()), QStringList{u"Hidden"_s});
@@ -84,6 +104,38 @@ TEST(ProfileManager, aProfileIsFoundInAnotherCaseOnACaseSensitiveVolume) {
     store.addFile(u"new.json"_s, numberedProfile(3, u"lIVE"_s, 9));
     EXPECT_EQ(store.manager.loadProfile(u"live"_s), numberedProfile(3, {}));
     EXPECT_EQ(store.manager.loadProfile(u"liv"_s), std::nullopt);
+}
+
+TEST(ProfileManager, aProfileIsFoundByItsNameAsItIsSaved) {
+    ProfileStore store;
+    store.manager.saveProfile(numberedProfile(1, u"Caf\u00e9/Set"_s));
+    for (const QString& name : {u"Caf\u00e9/Set"_s, u"  cafe\u0301:SET\n"_s, u"CAFE\u0301-set"_s}) {
+        EXPECT_EQ(store.manager.loadProfile(name), numberedProfile(1, {})) << name.toStdString();
+    }
+}
+
+TEST(ProfileManager, aNameThatAReaderTakesForAnotherIsNoneOfItsProfiles) {
+    ProfileStore store;
+    store.manager.saveProfile(numberedProfile(1, u"Li\u00adve"_s)); // a soft hyphen, which collation passes over
+    EXPECT_EQ(store.manager.loadProfile(u"Live"_s), std::nullopt);
+    store.manager.deleteProfile(u"Live"_s);
+    EXPECT_EQ(store.fileNames().size(), 1);
+}
+
+TEST(ProfileManager, anUnreadableFileIsToldFromAMissingOne) {
+    for (const NameCase names : {NameCase::Sensitive, NameCase::Ignored}) {
+        ProfileStore store(names);
+        store.files.addFile(store.pathOf(u"Live.json"_s), "{");
+        store.addFile(u"Gig.json"_s, numberedProfile(1, u"Gig"_s));
+        EXPECT_TRUE(store.manager.isUnreadable(u"Live"_s));
+        EXPECT_TRUE(store.manager.isUnreadable(u" live"_s));
+        EXPECT_FALSE(store.manager.isUnreadable(u"Gig"_s));
+        EXPECT_FALSE(store.manager.isUnreadable(u"Club"_s));
+        store.files.failOn(Operation::Read, store.pathOf(u"Gig.json"_s));
+        EXPECT_TRUE(store.manager.isUnreadable(u"Gig"_s));
+        store.files.failOn(Operation::List, store.folder);
+        EXPECT_TRUE(store.manager.isUnreadable(u"Gig"_s)) << "a folder that can't be listed hides nothing";
+    }
 }
 
 TEST(ProfileManager, anUnreadableFileIsPassedOverForOneThatTellsItsName) {
@@ -192,6 +244,38 @@ TEST(ProfileManager, aCopyThatTheUserMadeStays) {
     EXPECT_EQ(store.fileNames(), (QStringList{u"Live.json"_s, u"Live copy.json"_s}));
 }
 
+TEST(ProfileManager, aCopyWithANameOfItsOwnStaysWhenTheProfileIsSaved) {
+    for (const NameCase names : {NameCase::Sensitive, NameCase::Ignored}) {
+        ProfileStore store(names);
+        store.addFile(u"Live.json"_s, numberedProfile(1, u"Live"_s));
+        store.addFile(u"Live B.json"_s, numberedProfile(1, u"Live B"_s));
+        store.manager.saveProfile(numberedProfile(1, u"Live"_s));
+        EXPECT_EQ(store.fileNames(), (QStringList{u"Live.json"_s, u"Live B.json"_s}));
+        store.manager.saveProfile(numberedProfile(1, u"Live B"_s, 3));
+        EXPECT_EQ(store.fileNames(), (QStringList{u"Live.json"_s, u"Live B.json"_s}));
+    }
+}
+
+TEST(ProfileManager, aCopyWithANameOfItsOwnStaysWhenTheProfilesNameChangesItsCase) {
+    for (const NameCase names : {NameCase::Sensitive, NameCase::Ignored}) {
+        ProfileStore store(names);
+        store.addFile(u"live.json"_s, numberedProfile(1, u"live"_s));
+        store.addFile(u"Live B.json"_s, numberedProfile(1, u"Live B"_s));
+        store.manager.saveProfile(numberedProfile(1, u"Live"_s));
+        QStringList left = store.fileNames();
+        left.sort();
+        EXPECT_EQ(left, (QStringList{u"Live B.json"_s, u"Live.json"_s}));
+    }
+}
+
+TEST(ProfileManager, whereItCannotBeToldWhichFileTheProfileMovesOutOfAllStay) {
+    ProfileStore store;
+    store.addFile(u"Live.json"_s, numberedProfile(1, u"Live"_s));
+    store.addFile(u"Live B.json"_s, numberedProfile(1, u"Live B"_s));
+    store.manager.saveProfile(numberedProfile(1, u"Gig"_s));
+    EXPECT_EQ(store.fileNames(), (QStringList{u"Live.json"_s, u"Live B.json"_s, u"Gig.json"_s}));
+}
+
 TEST(ProfileManager, aCopyThatTheUserMadeStaysWhenTheProfileIsRenamed) {
     ProfileStore store;
     store.addFile(u"Live.json"_s, numberedProfile(1, u"Live"_s));
@@ -290,6 +374,24 @@ TEST(ProfileManager, aProfileIsDeletedInAnyCase) {
         store.manager.deleteProfile(u"LIVE"_s);
         EXPECT_EQ(store.fileNames(), QStringList());
     }
+}
+
+TEST(ProfileManager, aProfileIsDeletedByItsNameAsItIsSaved) {
+    for (const QString& name : {u" Caf\u00e9/Set"_s, u"cafe\u0301-set"_s}) {
+        ProfileStore store;
+        store.manager.saveProfile(numberedProfile(1, u"Caf\u00e9-Set"_s));
+        store.manager.deleteProfile(name);
+        EXPECT_EQ(store.fileNames(), QStringList()) << name.toStdString();
+    }
+}
+
+TEST(ProfileManager, aFileThatCannotBeRemovedTakesNoneOfItsNameAlong) {
+    ProfileStore store;
+    store.addFile(u"Live.json"_s, numberedProfile(1, u"Live"_s));
+    store.addFile(u"live.json"_s, numberedProfile(2, u"live"_s, 9));
+    store.files.failOn(Operation::Remove, store.pathOf(u"Live.json"_s));
+    store.manager.deleteProfile(u"Live"_s);
+    EXPECT_EQ(store.fileNames(), (QStringList{u"Live.json"_s, u"live.json"_s}));
 }
 
 TEST(ProfileManager, oneOfTwoProfilesThatDifferInCaseIsDeleted) {

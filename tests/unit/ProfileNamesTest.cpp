@@ -57,6 +57,8 @@ TEST(ProfileNames, namesConflictInAnyCaseAndComposition) {
     EXPECT_EQ(profileNameKey(u"LIVE"_s), profileNameKey(u"live"_s));
     EXPECT_EQ(profileNameKey(u"E\u0301"_s), profileNameKey(u"\u00e9"_s));
     EXPECT_NE(profileNameKey(u"e"_s), profileNameKey(u"é"_s));
+    EXPECT_EQ(profileNameKey(u"ΣΟΛΟΣ"_s), profileNameKey(u"σολος"_s)) << "a final sigma";
+    EXPECT_EQ(profileNameKey(u" Live/Set\n"_s), profileNameKey(u"live-set"_s)) << "as they are saved";
     EXPECT_EQ(uniqueProfileName(u"Cafe\u0301"_s, {profileNameKey(u"Café"_s)}), u"Cafe\u0301 2"_s);
 }
 

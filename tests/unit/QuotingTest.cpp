@@ -21,6 +21,13 @@ TEST(Quoting, shellQuotedHoldsAnyText) {
     EXPECT_EQ(shellQuoted(u"$(x) `y` \\ \" \n"_s), u"'$(x) `y` \\ \" \n'"_s);
 }
 
+TEST(Quoting, longTextsAreQuotedWhole) {
+    constexpr qsizetype kMany = 100'000;
+    EXPECT_EQ(appleScriptText(QString(kMany, u'"')), uR"(\")"_s.repeated(kMany));
+    EXPECT_EQ(appleScriptText(QString(kMany, u'\\')), uR"(\\)"_s.repeated(kMany));
+    EXPECT_EQ(shellQuoted(QString(kMany, u'\'')), u'\'' + uR"('\'')"_s.repeated(kMany) + u'\'');
+}
+
 TEST(Quoting, aShellWordStandsBareOnlyWhenItCanMeanNothingElse) {
     for (const QString& bare : {u"0"_s, u"com.apple.x_y-z"_s, u"A9"_s, u"."_s, u"_-"_s}) {
         EXPECT_EQ(shellWord(bare), bare);

@@ -12,16 +12,6 @@ namespace quorvane {
 
 namespace {
 
-/// Counts how often the folder is listed.
-class CountingFiles final : public MemoryFileManager {
-public:
-    QStringList list(const QString& folder) const override {
-        ++lists;
-        return MemoryFileManager::list(folder);
-    }
-    mutable int lists = 0;
-};
-
 class SavedProfilesTest : public ScriptedSystem {
 protected:
     SavedProfilesTest() {
@@ -37,7 +27,7 @@ protected:
     static QCoro::Task<ProfileListing> task(QFuture<ProfileListing> future) { co_return co_await future; }
 
     const QString folder = profilesDirectory(machine);
-    CountingFiles disk;
+    MemoryFileManager disk;
     ProfileManager store{disk, folder};
     Tasks tasks{system};
     SavedProfiles saved{store, clock, notifications, tasks};
@@ -49,14 +39,14 @@ protected:
 TEST_F(SavedProfilesTest, nothingIsReadBeforeSomebodyAsks) {
     saved.readAnew();
     saved.tellChanged();
-    EXPECT_EQ(disk.lists, 0);
+    EXPECT_EQ(disk.listings(), 0);
     EXPECT_TRUE(saved.known().profiles.isEmpty());
 }
 
 TEST_F(SavedProfilesTest, areReadOnceForAllWhoAsk) {
     EXPECT_EQ(namesOf(listed().profiles), (QStringList{u"Club"_s, u"Live"_s}));
     EXPECT_EQ(namesOf(listed().profiles), (QStringList{u"Club"_s, u"Live"_s}));
-    EXPECT_EQ(disk.lists, 1);
+    EXPECT_EQ(disk.listings(), 1);
     EXPECT_EQ(changes, 1);
 }
 
@@ -66,7 +56,7 @@ TEST_F(SavedProfilesTest, areReadOncePerChange) {
     EXPECT_EQ(namesOf(listed().profiles).size(), 2) << "nobody has told of it";
     saved.tellChanged();
     EXPECT_EQ(namesOf(listed().profiles), (QStringList{u"Booth"_s, u"Club"_s, u"Live"_s}));
-    EXPECT_EQ(disk.lists, 2);
+    EXPECT_EQ(disk.listings(), 2);
     EXPECT_EQ(changes, 2);
     EXPECT_EQ(posted, (QList<QPair<QString, QVariantMap>>{{u"QuorvaneProfilesChanged"_s, {}}}));
 }
@@ -82,7 +72,7 @@ TEST_F(SavedProfilesTest, aChangeDuringTheReadingIsTakenUp) {
     saved.tellChanged();
     processEventsUntil([&coming] { return coming.isFinished(); });
     EXPECT_TRUE(namesOf(coming.result().profiles).contains(u"Booth"_s));
-    EXPECT_EQ(disk.lists, 2);
+    EXPECT_EQ(disk.listings(), 2);
     EXPECT_EQ(changes, 1);
 }
 

@@ -1,7 +1,6 @@
 #include "actions/Turnstile.h"
 
 #include "fakes/ScriptedSystem.h"
-#include "lock/UnlockGate.h"
 
 #include <optional>
 
@@ -9,23 +8,13 @@ namespace quorvane {
 
 namespace {
 
-class CountingGate final : public UnlockGate {
-public:
-    QCoro::Task<bool> requireUnlock(QString) override { co_return true; }
-    bool isUnlocked() const override { return true; }
-    void setSuppressAutoLock(bool suppresses) override { suppressions.append(suppresses); }
-
-    QList<bool> suppressions;
-};
-
 class TurnstileTest : public ScriptedSystem {
 protected:
     TurnstileTest() {
         QObject::connect(&turnstile, &Turnstile::idleChanged, [this] { changes.append(turnstile.isIdle()); });
     }
 
-    CountingGate gate;
-    Turnstile turnstile{system, gate};
+    Turnstile turnstile{system};
     QList<bool> changes;
 };
 
@@ -71,16 +60,6 @@ TEST_F(TurnstileTest, aHoldThatMovesEndsOnce) {
     kept.reset();
     EXPECT_TRUE(turnstile.isIdle());
     EXPECT_EQ(changes, (QList<bool>{false, true}));
-}
-
-TEST_F(TurnstileTest, theLockIsHeldOffFromTheFirstHoldToTheLast) {
-    {
-        const Turnstile::Hold apply = turnstile.suppressAutoLock();
-        { const Turnstile::Hold finger = turnstile.suppressAutoLock(); }
-        EXPECT_EQ(gate.suppressions, QList<bool>{true});
-    }
-    EXPECT_EQ(gate.suppressions, (QList<bool>{true, false}));
-    EXPECT_EQ(changes, QList<bool>());
 }
 
 } // namespace quorvane

@@ -14,6 +14,12 @@ TEST(Utf8, whatIsWellFormedIsRead) {
     EXPECT_EQ(strictUtf8(QByteArray("a\0b", 3)), QString(u"a\0b"_s));
 }
 
+TEST(Utf8, aByteOrderMarkIsPartOfAWholeText) {
+    EXPECT_EQ(wholeUtf8("\xef\xbb\xbfLive"), u"\ufeffLive"_s);
+    EXPECT_EQ(wholeUtf8(""), u""_s);
+    EXPECT_EQ(wholeUtf8("Li\xffve"), std::nullopt);
+}
+
 TEST(Utf8, oneBadByteMakesNoText) {
     const QList<QByteArray> bad{
         "before \xff after", // no byte of UTF-8

@@ -22,7 +22,7 @@ std::optional<AtomicWriteStep> stepNamed(const std::string& name) {
 }
 
 void addRule(FileFaults& faults, const macsim::Json& rule) {
-    const int change = rule.at("change").get<int>();
+    const int change = macsim::wholeNumber<int>(rule.at("change"));
     if (!rule.value("kill", false)) {
         faults.failingChange = change;
         faults.reason = QString::fromStdString(rule.at("error").get<std::string>());

@@ -27,7 +27,7 @@ bool isConnected(const Json& display) {
 Display displayOf(const Json& json) {
     Display display;
     if (json.contains("number")) {
-        display.number = json.at("number").get<quint32>();
+        display.number = macsim::wholeNumber<quint32>(json.at("number"));
     }
     display.localizedName = QString::fromStdString(json.value("localizedName", std::string()));
     const Json& frame = json.at("frame");

@@ -67,17 +67,17 @@ private:
 } // namespace
 
 QList<BackgroundTaskItem> parseBackgroundTaskDump(const QString& text) {
-    QString lines = text;
-    lines.replace(u"\r\n"_s, u"\n"_s).replace(u'\r', u'\n');
-
     QList<BackgroundTaskItem> items;
     Block block;
-    for (const QStringView untrimmed : QStringTokenizer{lines, u'\n'}) {
-        const QStringView line = withoutOuterBlanks(untrimmed);
-        if (isBlockHeader(line)) {
-            block.flushInto(items);
-        } else {
-            block.read(line);
+    // LF, CR LF or CR: of CR LF the second leaves an empty line, which says nothing.
+    for (const QStringView withReturns : QStringTokenizer{text, u'\n'}) {
+        for (const QStringView untrimmed : QStringTokenizer{withReturns, u'\r'}) {
+            const QStringView line = withoutOuterBlanks(untrimmed);
+            if (isBlockHeader(line)) {
+                block.flushInto(items);
+            } else {
+                block.read(line);
+            }
         }
     }
     block.flushInto(items);
