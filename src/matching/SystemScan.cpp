@@ -10,6 +10,8 @@
 
 namespace quorvane {
 
+using namespace Qt::StringLiterals;
+
 SystemScan::SystemScan(FlowEnvironment& environment, const SystemVerification::Startup& startup,
                        Abandonment abandonment)
     : m_session(environment, std::move(abandonment))
@@ -38,7 +40,10 @@ QCoro::Task<std::optional<SystemConfigurationMatch>> SystemScan::search(QList<Un
     const ApplyVerificationResult inForce =
         co_await m_verification.tweaks(PerformanceSettings::fullSelection(), UnselectedTweaks::Ignored, {});
     const Reading<bool> isRestorationOff = co_await m_verification.isAppRestorationOff();
-    const ApplyVerificationResult verification = defaultVerification(inForce, isRestorationOff.value == true);
+    ApplyVerificationResult verification = defaultVerification(inForce, isRestorationOff.value == true);
+    if (inForce.lacksFullDiskAccess && m_verification.readings().hasSwitchedBackupsOff()) {
+        verification.failed.append({u"Time Machine"_s, u"could not read status"_s});
+    }
     if (isUndecided() || !verification.failed.isEmpty()) {
         co_return std::nullopt;
     }

@@ -3,6 +3,7 @@
 #include "core/Background.h"
 #include "network/NetworkServices.h"
 #include "profiles/UnifiedProfile.h"
+#include "readings/ValueTests.h"
 #include "startup/apply/ActiveStartup.h"
 #include "startup/apply/StartupItems.h"
 #include "startup/apply/StartupTargets.h"
@@ -13,7 +14,6 @@
 #include "startup/launchd/LaunchItems.h"
 #include "startup/login/LoginItems.h"
 #include "verification/TweakVerification.h"
-#include "verification/ValueTests.h"
 
 #include <QCoroFuture>
 #include <QCoroTask>

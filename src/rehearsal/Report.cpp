@@ -1,6 +1,7 @@
 #include "rehearsal/Report.h"
 
 #include "core/Json.h"
+#include "core/OneLine.h"
 
 namespace quorvane {
 
@@ -58,7 +59,7 @@ const char* nameOf(RestoreSource source) {
 }
 
 Json restoreJson(const RestoreOutcome& restore) {
-    return {{"source", nameOf(restore.source)}, {"hasSnapshotFile", restore.hasSnapshotFile}};
+    return {{"source", nameOf(restore.source)}};
 }
 
 Json matchJson(const SystemConfigurationMatch& match) {
@@ -82,17 +83,6 @@ Json displaysJson(const QList<ShownPicture>& displays) {
         array.push_back({{"display", encodeJson(shown.display)}, {"picture", encodeJson(shown.path)}});
     }
     return array;
-}
-
-/// A name from somebody else's file can't end the line or move the cursor.
-QString onOneLine(QString text) {
-    for (QChar& character : text) {
-        const bool endsLine = character == QChar::LineSeparator || character == QChar::ParagraphSeparator;
-        if (endsLine || (!character.isPrint() && !character.isSurrogate())) {
-            character = u'?';
-        }
-    }
-    return text;
 }
 
 Json backupsJson(const QList<BackupRow>& backups) {

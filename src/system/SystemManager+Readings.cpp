@@ -18,7 +18,7 @@ QCoro::Task<Reading<PowerSettings>> SystemManager::readPowerSettings() {
     return m_verification->readings().readPowerSettings();
 }
 
-QCoro::Task<Reading<bool>> SystemManager::readTimeMachineState() {
+QCoro::Task<Reading<TimeMachineState>> SystemManager::readTimeMachineState() {
     return m_verification->readings().readTimeMachineState();
 }
 

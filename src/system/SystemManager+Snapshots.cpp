@@ -124,7 +124,11 @@ QCoro::Task<SystemManager::ReadSnapshot> SystemManager::readSystemSnapshot(std::
         snapshot.*preference.value = reading.value;
         read.hasEveryPreference = read.hasEveryPreference && reading.isAnswered;
     }
-    snapshot.timeMachineEnabled = (co_await readings.readTimeMachineState()).value;
+    const Reading<TimeMachineState> timeMachine = co_await readings.readTimeMachineState();
+    snapshot.timeMachineEnabled = automaticBackups(timeMachine.value);
+    if (timeMachine.value == TimeMachineState::NotPermitted) {
+        logUnreadableTimeMachine();
+    }
     snapshot.spotlightIndexingEnabled = (co_await readings.readSpotlightState()).value;
     if (!list.wasRead && !isQuitting()) {
         co_await loginItems.logMissingPermission();

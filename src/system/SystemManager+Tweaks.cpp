@@ -19,7 +19,8 @@ QCoro::Task<bool> SystemManager::applyPerformanceTweaks(PerformanceSettings sett
     }
     beginAdminBatch();
     co_await runTweakSteps(applySteps(settings, notificationCenterPreferences()));
-    const QStringList systemCommands = applySystemCommands(settings);
+    const QStringList systemCommands =
+        co_await effectiveCommands(applySystemCommands(settings), BackupSwitch::OfProfile);
     if (!systemCommands.isEmpty()) {
         log(u"  [ACTION] Requesting Admin rights for system performance tweaks..."_s);
         co_await m_adminBatch->runTolerantly(systemCommands, kSystemChangesPrompt);
@@ -42,9 +43,10 @@ QCoro::Task<bool> SystemManager::syncPerformanceTweaks(PerformanceSettings setti
     m_lastApplyVerification.reset();
     log(u"\nSyncing performance tweaks to profile settings..."_s);
     co_await runTweakSteps(syncSteps(settings, notificationCenterPreferences()));
+    const QStringList systemCommands =
+        co_await effectiveCommands(syncSystemCommands(settings), BackupSwitch::OfProfile);
     log(u"  [ACTION] Requesting Admin rights to sync system-level tweaks..."_s);
-    const CommandResult result =
-        co_await m_adminBatch->runTolerantly(syncSystemCommands(settings), kSystemChangesPrompt);
+    const CommandResult result = co_await m_adminBatch->runTolerantly(systemCommands, kSystemChangesPrompt);
     if (result.status != 0) {
         log(u"  [ERROR] System tweak sync was cancelled or failed: "_s + result.standardError);
         co_return false;
@@ -65,8 +67,9 @@ QCoro::Task<bool> SystemManager::undoPerformanceTweaks() {
     m_lastApplyVerification.reset();
     log(u"\nUndoing Audio Performance tweaks (no snapshot — using standard defaults)..."_s);
     co_await runTweakSteps(undoSteps(notificationCenterPreferences()));
+    const QStringList systemCommands = co_await effectiveCommands(undoSystemCommands(), BackupSwitch::OfWayBack);
     log(u"  [ACTION] Requesting Admin rights to restore system defaults..."_s);
-    const CommandResult result = co_await m_adminBatch->runTolerantly(undoSystemCommands(), kSystemChangesPrompt);
+    const CommandResult result = co_await m_adminBatch->runTolerantly(systemCommands, kSystemChangesPrompt);
     if (result.status != 0) {
         log(u"  [ERROR] Restoration was cancelled or failed: "_s + result.standardError);
         co_return false;

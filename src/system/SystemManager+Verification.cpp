@@ -4,6 +4,7 @@
 #include "matching/SystemVerification.h"
 #include "profiles/UnifiedProfile.h"
 #include "startup/apply/ActiveStartup.h"
+#include "startup/items/StartupChanges.h"
 
 #include <QCoroFuture>
 #include <QCoroTask>
@@ -36,18 +37,34 @@ QCoro::Task<ApplyVerificationResult> SystemManager::verifyStartupConfiguration(S
     return m_verification->startup(std::move(configuration));
 }
 
-QCoro::Task<StartupChangePreview> SystemManager::previewStartupChanges(StartupConfiguration configuration) {
+QCoro::Task<StartupChangePreview> SystemManager::previewStartupChanges(StartupConfiguration configuration,
+                                                                       std::optional<CleanReboot> cleanReboot) {
+    if (!cleanReboot && !hasStartupChanges(configuration) && managedStartupAppPaths().isEmpty()) {
+        co_return StartupChangePreview(); // nobody has to wait for System Events
+    }
     const StartupReadings readings = co_await m_verification->startupReadings(configuration);
-    co_return co_await inBackground(startupChangePreview, configuration, readings);
+    co_return co_await inBackground(startupChangePreview, configuration, cleanReboot, readings);
+}
+
+QCoro::Task<StartupChangePreview> SystemManager::previewCleanReboot(CleanReboot cleanReboot) {
+    const StartupReadings readings =
+        co_await m_verification->startupReadings(cleanReboot.startup.value_or(StartupConfiguration()));
+    co_return co_await inBackground(cleanRebootPreview, cleanReboot, readings);
 }
 
 void SystemManager::logVerificationResult(const ApplyVerificationResult& result, const QString& section) {
     log(u"\n[VERIFY] "_s + section);
     for (const ApplyVerificationResult::Item& item : result.verified) {
         log(u"  [OK] "_s + described(item));
+        if (!item.note.isEmpty()) {
+            log(u"  [INFO] "_s + item.note);
+        }
     }
     for (const ApplyVerificationResult::Item& item : result.failed) {
         log(u"  [MISSING] "_s + described(item));
+    }
+    if (result.lacksFullDiskAccess) {
+        logUnreadableTimeMachine();
     }
     log(result.failed.isEmpty() ? u"  [VERIFY] All settings confirmed on system."_s
                                 : u"  [VERIFY] %1 setting(s) could not be confirmed."_s.arg(result.failed.size()));

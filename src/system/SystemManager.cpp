@@ -40,6 +40,12 @@ CommandResult resultOf(const CommandOutcome& outcome, bool isQuitting) {
     return {outcome.code, strictUtf8(outcome.standardOutput), strictUtf8(outcome.standardError), isAnswered};
 }
 
+/// By the entry's own tag: a name that holds the word makes no warning of what is said of it.
+bool isWarning(const QString& entry) {
+    const auto tag = std::find_if_not(entry.begin(), entry.end(), [](QChar c) { return c.isSpace(); });
+    return QStringView(tag, entry.end()).startsWith(u"[WARNING]");
+}
+
 QString withoutOuterNewlines(const QString& text) {
     const auto isNewline = [](QChar c) { return c == u'\n' || c == u'\r'; };
     const auto first = std::find_if_not(text.begin(), text.end(), isNewline);
@@ -65,7 +71,7 @@ SystemManager::SystemManager(const Host& host, NotificationCenter& notifications
 SystemManager::~SystemManager() = default;
 
 void SystemManager::log(const QString& message) {
-    if (message.contains(u"[WARNING]"_s)) {
+    if (isWarning(message)) {
         return;
     }
     m_logMessages.append(message);

@@ -7,13 +7,14 @@
 #include "platform/Host.h"
 #include "readings/Abandonment.h"
 #include "readings/Reading.h"
+#include "readings/TimeMachine.h"
 #include "snapshots/MasterSystemBaselineManager.h"
 #include "snapshots/SnapshotCapture.h"
 #include "startup/apply/StartupChangePreview.h"
 #include "startup/background/BackgroundFetch.h"
 #include "startup/items/CleanReboot.h"
 #include "startup/items/CloudSyncService.h"
-#include "startup/items/LoginItem.h"
+#include "startup/items/LoginItemTargets.h"
 #include "tweaks/PerformanceSettings.h"
 #include "tweaks/TweakPreferences.h"
 #include "verification/ApplyVerificationResult.h"
@@ -57,6 +58,7 @@ struct RestoreBaseline;
 struct RestoreOutcome;
 struct StartupApplyResult;
 struct SystemSnapshot;
+struct TweaksApplyPreview;
 struct TweakStep;
 struct UnifiedProfile;
 
@@ -81,8 +83,8 @@ public:
 
     // ---- Log
 
-    /// Appends one entry exactly as given: no time stamp, no prefix. An entry that contains "[WARNING]" is
-    /// dropped without a trace: the log stays free of warnings, whoever composes them.
+    /// Appends one entry exactly as given: no time stamp, no prefix. An entry whose own tag is "[WARNING]" is dropped
+    /// without a trace: the log stays free of warnings. What the user is to see of a failure is an "[ERROR]" or "[INFO]".
     void log(const QString& message) override;
     const QStringList& logMessages() const { return m_logMessages; }
 
@@ -162,6 +164,8 @@ public:
 
     /// What the review shows before an apply. Changes nothing and never prompts.
     QCoro::Task<ProfileApplyPreview> previewProfile(UnifiedProfile profile);
+    /// The same of tweaks alone.
+    QCoro::Task<TweaksApplyPreview> previewTweaks(PerformanceSettings settings, CleanReboot cleanReboot);
 
     // ---- Snapshots
 
@@ -215,9 +219,9 @@ public:
     QCoro::Task<bool> removeLoginItemAtPath(QString path);
     /// True when the item exists afterwards.
     QCoro::Task<bool> addLoginItem(QString path, bool hidden);
-    /// Removes login items by their names and writes down which they were.
+    /// Removes login items and writes down which they were.
     /// @param excludedIds  agents that stay all the same, by id or name
-    QCoro::Task<bool> disableLoginItems(QStringList names, QSet<QString> excludedIds);
+    QCoro::Task<bool> disableLoginItems(LoginItemTargets targets, QSet<QString> excludedIds);
 
     // ---- Startup: launch agents and daemons
 
@@ -257,8 +261,10 @@ public:
     QCoro::Task<bool> applyStartupConfiguration(StartupConfiguration configuration);
     /// The same by itself: with its own batch and verification.
     QCoro::Task<StartupApplyResult> applyStartupChanges(StartupConfiguration configuration);
-    /// Changes nothing and never prompts.
-    QCoro::Task<StartupChangePreview> previewStartupChanges(StartupConfiguration configuration);
+    /// Changes nothing and never prompts; with nothing to change it reads nothing either.
+    /// @param cleanReboot  goes with the configuration
+    QCoro::Task<StartupChangePreview> previewStartupChanges(StartupConfiguration configuration,
+                                                            std::optional<CleanReboot> cleanReboot = std::nullopt);
     QCoro::Task<ApplyVerificationResult> verifyStartupConfiguration(StartupConfiguration configuration);
 
     // ---- Startup: background items
@@ -319,9 +325,8 @@ public:
     QCoro::Task<Reading<QString>> readDefaultValue(QString domain, QString key,
                                                    PreferenceHost host = PreferenceHost::Any);
     QCoro::Task<Reading<PowerSettings>> readPowerSettings();
-    /// True while a backup is running at this moment, whatever the automatic backups are set to; none when
-    /// unknown.
-    QCoro::Task<Reading<bool>> readTimeMachineState();
+    /// Whether automatic backups are made, by what is stored; none when unknown.
+    QCoro::Task<Reading<TimeMachineState>> readTimeMachineState();
     /// True while the boot volume is indexed; none when unknown.
     QCoro::Task<Reading<bool>> readSpotlightState();
 
@@ -375,6 +380,12 @@ private:
     QCoro::Task<void> runTweakSteps(QList<TweakStep> steps);
     QCoro::Task<bool> verifyTweaks(PerformanceSettings settings, UnselectedTweaks unselected, CleanReboot cleanReboot);
 
+    // SystemManager+TimeMachine.cpp
+    enum class BackupSwitch { OfProfile, OfWayBack };
+    QCoro::Task<QStringList> effectiveCommands(QStringList commands, BackupSwitch origin);
+    QCoro::Task<void> lookAtRestoredBackups(std::optional<bool> captured);
+    void logUnreadableTimeMachine();
+
     // SystemManager+Snapshots.cpp
     struct ReadSnapshot;
     QCoro::Task<ReadSnapshot> readSystemSnapshot(std::optional<QString> label);
@@ -394,11 +405,14 @@ private:
 
     // SystemManager+StartupApply.cpp
     QCoro::Task<bool> carryOutStartupChanges(StartupConfiguration configuration);
-    QCoro::Task<bool> disableTargetLoginItems(QSet<QString> names);
+    QCoro::Task<bool> disableTargetLoginItems(LoginItemTargets targets);
     QCoro::Task<void> removeTargetLoginPaths(QSet<QString> paths);
     QCoro::Task<bool> disableTargetLaunchItems(QSet<QString> labels);
     QCoro::Task<bool> disableTargetBackgroundItems(QSet<QString> labels);
     QCoro::Task<bool> disableCloudServices(CloudSyncServices services);
+
+    // SystemManager+Verification.cpp
+    QCoro::Task<StartupChangePreview> previewCleanReboot(CleanReboot cleanReboot);
 
     // SystemManager+Network.cpp
     QCoro::Task<QStringList> networkSwitchCommands(NetworkSwitch position);

@@ -40,7 +40,7 @@ TEST_F(WayBackRehearsal, revertTakesTheSnapshotBack) {
     ASSERT_EQ(preference(u"com.apple.Siri Status"_s), "Disabled");
     const Json reverted = json({u"revert"_s});
     EXPECT_EQ(reverted.at("succeeded"), true);
-    EXPECT_EQ(reverted.at("restore"), Json({{"source", "snapshot"}, {"hasSnapshotFile", true}}));
+    EXPECT_EQ(reverted.at("restore"), Json({{"source", "snapshot"}}));
     EXPECT_EQ(reverted.at("alert"),
               Json({{"title", "Success"},
                     {"text", "Performance tweaks restored from your saved snapshot.\n\nPlease restart your Mac."}}));
@@ -80,15 +80,21 @@ TEST_F(WayBackRehearsal, defaultIsDoneWhateverTheScanFinds) {
                                     "  Standard macOS settings restored.\n"
                                     "  Please restart your Mac.\n"
                                     "\n[VERIFY] Scanning current system settings...\n"
-                                    "  [VERIFY] No saved profile fully matches the current system.\n"))
+                                    "\n[VERIFY] System matches: Default\n"
+                                    "  [OK] Default preset — no performance optimizations active\n"
+                                    "  [OK] Clean Reboot — standard app restoration\n"
+                                    "  [VERIFY] All settings confirmed on system.\n"
+                                    "  [VERIFY] Active configuration: Default (default)\n"))
         << run.output.toStdString();
     EXPECT_EQ(preference(u"com.quorvane.app QuorvaneLastAppliedProfileName"_s), "Default");
     const Json report = json({u"default"_s});
-    EXPECT_EQ(report.at("restore"), Json({{"source", "standardDefaults"}, {"hasSnapshotFile", false}}));
+    EXPECT_EQ(report.at("restore"), Json({{"source", "standardDefaults"}}));
     EXPECT_FALSE(report.contains("match"));
 }
 
 TEST_F(WayBackRehearsal, aScanNamesTheSavedProfileThatFits) {
+    EXPECT_EQ(rehearse({u"scan"_s}).status, 0) << "Default, as it comes";
+    ASSERT_EQ(rehearse({u"shell"_s, u"defaults write NSGlobalDomain NSAppSleepDisabled -bool YES"_s}).status, 0);
     EXPECT_EQ(rehearse({u"scan"_s}).status, 1);
     ASSERT_EQ(rehearse({u"apply"_s, example(u"live-set"_s)}).status, 0);
     const Ending run = rehearse({u"scan"_s});

@@ -337,6 +337,29 @@ TEST_F(ActionsTest, tweaksAreReviewedAndApplied) {
                                         u"panel: Some changes could not be verified"_s, u"anew: match"_s}));
 }
 
+TEST_F(ActionsTest, theReviewOfTweaksShowsWhatTheirCleanRebootTakes) {
+    PerformanceSettings settings;
+    settings.cleanReboot = true;
+    StartupItem chat;
+    chat.id = u"btm:com.chat"_s;
+    chat.name = u"Chat"_s;
+    chat.kind = StartupItemKind::backgroundLoginItem;
+    chat.runsAtStartup = false;
+    chat.launchIdentifier = u"com.chat"_s;
+    StartupConfiguration startup;
+    startup.items = {chat};
+    listener->preparesReviews = true;
+    ending(session->tweakActions.execute(settings, {{}, startup, {}}, *listener));
+    const QList<ReviewSection> sections = reviewSections(std::get<TweaksApplyPreview>(*listener->preview));
+    ASSERT_EQ(sections.size(), 2);
+    EXPECT_EQ(sections.first().rows, (QList<ReviewSection::Row>{{u"Start Clean on Reboot"_s, {}}}));
+    EXPECT_EQ(sections.last(),
+              (ReviewSection{u"Will disable at login"_s,
+                             u"minus.circle.fill"_s,
+                             {{u"Chat"_s, u"Background Item"_s},
+                              {u"Background items that aren't permitted"_s, u"known when the password is given"_s}}}));
+}
+
 TEST_F(ActionsTest, undoAsksAndRevertAllDoesNot) {
     EXPECT_TRUE(ending(session->tweakActions.undo(*listener)).succeeded);
     const QString log = u"log: Undoing Audio Performance tweaks (no snapshot — using standard defaults)..."_s;

@@ -60,7 +60,6 @@ protected:
         };
         commands.print(reading::kPower, "standby 0\n disksleep 0\n sleep 0\n sms 0\n");
         commands.print(reading::kSpotlight, "Indexing disabled.\n");
-        commands.print(reading::kTimeMachine, "Running = 0;\n");
     }
 
     /// The commands since the last call that changed preferences.

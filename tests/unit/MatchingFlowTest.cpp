@@ -41,7 +41,7 @@ UnifiedProfile profileNamed(const QString& name, bool PerformanceSettings::*twea
     return profile;
 }
 
-/// A Mac with standard settings, every key written, and a backup running.
+/// A Mac with standard settings, every key written.
 class MatchingFlow : public StartupSystem {
 protected:
     MatchingFlow() {
@@ -59,13 +59,10 @@ protected:
         set(reading::kLoginRelaunch, "1");
         commands.print(reading::kPower, " standby 1\n disksleep 10\n sleep 1\n sms 1\n");
         commands.print(reading::kSpotlight, "\tIndexing enabled. \n");
-        setBackupRunning(true);
+        setAutomaticBackups(true);
     }
     void set(const QString& line, const QByteArray& value) { commands.print(line, value + '\n'); }
     void unset(const QString& line) { commands.fail(line, 1); }
-    void setBackupRunning(bool isRunning) {
-        commands.print(reading::kTimeMachine, isRunning ? "    Running = 1;\n" : "    Running = 0;\n");
-    }
     void setLastApplied(const QString& name) { defaults.values[kQuorvaneLastAppliedProfileName] = name; }
 
     std::optional<SystemConfigurationMatch> scan(const QList<UnifiedProfile>& profiles,
@@ -298,9 +295,26 @@ TEST_F(MatchingFlow, isNotDefaultWhileATweakIsInForce) {
     EXPECT_EQ(posted, expected);
 }
 
-TEST_F(MatchingFlow, isNotDefaultOnAnIdleMac) {
-    setBackupRunning(false); // reads as if Time Machine were off
+TEST_F(MatchingFlow, isNotDefaultWhereBackupsAreOff) {
+    setAutomaticBackups(false);
     EXPECT_EQ(nameFound({}), u"none"_s);
+}
+
+TEST_F(MatchingFlow, isDefaultWhateverThisMacLacks) {
+    commands.print(reading::kPower, " disksleep 10\n sleep 1\n"); // neither a motion sensor nor standby
+    EXPECT_EQ(nameFound({}), u"Default"_s);
+    files.removeAsRoot(kTimeMachineSettings);
+    setBackupDestination(false);
+    EXPECT_EQ(nameFound({}), u"Default"_s);
+    EXPECT_EQ(nameFound({profileNamed(u"Off"_s)}), u"Off"_s);
+}
+
+TEST_F(MatchingFlow, isDefaultWhereBackupsMayNotBeReadUnlessTheProgramHadSwitchedThemOff) {
+    makeBackupsUnreadable();
+    EXPECT_EQ(nameFound({}), u"Default"_s);
+    EXPECT_EQ(nameFound({profileNamed(u"Off"_s)}), u"Off"_s);
+    defaults.setBoolean(kQuorvaneSwitchedBackupsOff, true);
+    EXPECT_EQ(nameFound({profileNamed(u"Off"_s)}), u"none"_s);
 }
 
 TEST_F(MatchingFlow, isNotDefaultWhereMutedSoundsCannotBeToldFromAnUnsetKey) {

@@ -60,7 +60,7 @@ protected:
         for (const QString& line : kPreferenceReadings) {
             commands.print(line, "value " + QByteArray::number(++number) + "\n");
         }
-        commands.print(reading::kTimeMachine, "{\n    Running = 1;\n}\n");
+        setAutomaticBackups(true);
         commands.print(reading::kSpotlight, "/:\n\tIndexing enabled. \n");
     }
     /// A Mac on which every tool fails.
@@ -111,6 +111,36 @@ TEST_F(SnapshotFlow, storesWhatItRead) {
     EXPECT_EQ(snapshot->networkServicesEnabled, (QMap<QString, bool>{{u"Wi-Fi"_s, true}, {u"Ethernet"_s, false}}));
     EXPECT_EQ(snapshot->loginItems, (QList<LoginItemSnapshot>{{u"Live"_s, u"/Applications/Live.app"_s, false},
                                                               {u"Dropbox"_s, u"/Applications/Dropbox.app"_s, true}}));
+}
+
+TEST_F(SnapshotFlow, keepsWhetherAutomaticBackupsAreMadeAndNotWhetherOneRuns) {
+    answerEverything();
+    for (const bool isRunning : {true, false}) {
+        commands.print(reading::kBackupStatus, isRunning ? "    Running = 1;\n" : "    Running = 0;\n");
+        for (const bool areOn : {true, false}) {
+            setAutomaticBackups(areOn);
+            capture();
+            EXPECT_EQ(stored()->timeMachineEnabled, areOn);
+        }
+    }
+    EXPECT_FALSE(takeTrace().contains(reading::kBackupStatus));
+}
+
+TEST_F(SnapshotFlow, leavesOutBackupsThatAreNotSetUpOrMayNotBeRead) {
+    answerEverything();
+    makeBackupsUnreadable();
+    EXPECT_TRUE(capture());
+    EXPECT_EQ(stored()->timeMachineEnabled, std::nullopt);
+    EXPECT_TRUE(takeTrace().endsWith(
+        u"$> /usr/bin/tmutil destinationinfo\n"
+        "  [INFO] Time Machine may not be read.\n"
+        "  [INFO] Allow Quorvane to read it in System Settings › Privacy & Security › Full Disk Access.\n"
+        "$> /usr/bin/mdutil -s /\n"
+        "  [SNAPSHOT] Saved system baseline.\n"_s));
+    setBackupDestination(false);
+    EXPECT_TRUE(capture());
+    EXPECT_EQ(stored()->timeMachineEnabled, std::nullopt);
+    EXPECT_FALSE(takeTrace().contains(u"may not be read"_s));
 }
 
 TEST_F(SnapshotFlow, keepsTheTextOfATruthValue) {
