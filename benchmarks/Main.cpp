@@ -15,8 +15,9 @@ int main(int argumentCount, char** arguments) {
     if (benchmark::ReportUnrecognizedArguments(argumentCount, arguments)) {
         return EXIT_FAILURE;
     }
-    quorvane::RatioReporter reporter(
-        {{"composeLabel", "decodeScaleAndEncode", 1.5}, {"sampleCornerOfLargeDisplay", "sampleCornerOfDisplay", 1.5}});
+    quorvane::RatioReporter reporter({{"composeLabel", "decodeScaleAndEncode", 1.5},
+                                      {"sampleCornerOfLargeDisplay", "sampleCornerOfDisplay", 1.5},
+                                      {"scanOverAThousandProfiles", "scanOverTenProfiles", 1.5}});
     benchmark::RunSpecifiedBenchmarks(&reporter);
     return reporter.reportRatios() ? EXIT_SUCCESS : EXIT_FAILURE;
 }

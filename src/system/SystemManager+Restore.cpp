@@ -135,7 +135,7 @@ QCoro::Task<RestoreOutcome> SystemManager::revertPerformanceTweaks() {
     if (isFinished) {
         co_await lookAtRestoredBackups(baseline ? baseline->snapshot.timeMachineEnabled : std::nullopt);
     }
-    outcome.succeeded = isRestored && isFinished;
+    outcome.succeeded = isRestored && isFinished && !isQuitting();
     co_return outcome;
 }
 
@@ -155,7 +155,7 @@ QCoro::Task<RestoreOutcome> SystemManager::reinstateSystem() {
         if (isFinished) {
             co_await lookAtRestoredBackups(std::nullopt);
         }
-        outcome.succeeded = isRestored && isFinished;
+        outcome.succeeded = isRestored && isFinished && !isQuitting();
     }
     invalidateStartupCaches();
     co_return outcome;

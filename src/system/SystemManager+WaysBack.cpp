@@ -28,6 +28,7 @@ QCoro::Task<RestoreOutcome> SystemManager::restoreDefault() {
 
 QCoro::Task<RestoreOutcome> SystemManager::reinstateWholeSystem() {
     const BusyBracket busy(*this, u"Reinstating system…"_s);
+    m_lastApplyVerification.reset();
     log(u"\n[REINSTATE] Restoring system..."_s);
     co_return co_await reinstateSystem();
 }

@@ -106,6 +106,10 @@ void SystemManager::setDebugMode(bool debugMode) {
     Q_EMIT debugModeChanged(debugMode);
 }
 
+bool SystemManager::isQuitting() const {
+    return m_host.commands.isShutDown();
+}
+
 QCoro::Task<bool> SystemManager::unlessQuitting(QCoro::Task<bool> flow) const {
     const bool succeeded = co_await flow;
     co_return succeeded && !isQuitting();

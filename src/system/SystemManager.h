@@ -373,7 +373,7 @@ Q_SIGNALS:
 
 private:
     /// True once the ports are shut down: no flow that ends then has succeeded, because what failed since shows nowhere.
-    bool isQuitting() const { return m_host.commands.isShutDown(); }
+    bool isQuitting() const;
     QCoro::Task<bool> unlessQuitting(QCoro::Task<bool> flow) const;
 
     // SystemManager+Tweaks.cpp

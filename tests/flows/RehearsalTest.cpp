@@ -440,6 +440,7 @@ TEST_F(RehearsalTest, whatNobodyAnsweredIsNotVerified) {
     UnifiedProfile profile;
     profile.id = QUuid::createUuid();
     profile.name = u"Quiet"_s;
+    profile.dateCreated = QDateTime(QDate(2026, 3, 14), QTime(20, 30), Qt::UTC);
     profile.settings.updates = true;
     profile.settings.siri = true;
     profile.settings.uiSounds = true;

@@ -30,20 +30,15 @@ private:
     QStringList& m_names;
 };
 
-/// Agrees to everything and keeps what it was told.
+/// Agrees to everything.
 class AgreeingListener final : public ActionListener {
 public:
     bool asks() const override { return true; }
-    QCoro::Task<bool> ask(Alert question) override {
-        questions.append(question.messageText);
-        co_return true;
-    }
+    QCoro::Task<bool> ask(Alert) override { co_return true; }
     QCoro::Task<void> tell(ClosingAlert) override { co_return; }
     QCoro::Task<bool> review(Review) override { co_return true; }
     QCoro::Task<void> showResult(ResultPanel) override { co_return; }
     QCoro::Task<void> readAnew(Anew) override { co_return; }
-
-    QStringList questions;
 };
 
 class SessionOnSimulatedMac : public SimulatedSystem {

@@ -244,9 +244,13 @@ TEST_F(ActionsTest, eachApplyAndEachWayBackForgetsWhatTheLastApplyFound) {
         QCoro::waitFor(session->system.applyPerformanceTweaks(PerformanceSettings::fullSelection()));
         ASSERT_TRUE(session->system.lastApplyVerification().has_value());
         std::optional<bool> isForgotten;
-        const auto connection = QObject::connect(&session->system, &SystemManager::messageLogged, [&] {
-            isForgotten = isForgotten.value_or(!session->system.lastApplyVerification());
-        });
+        const auto connection =
+            QObject::connect(&session->system, &SystemManager::messageLogged, [&](const QString& line) {
+                const bool isOfLoading = line.startsWith(u"\n[PROFILE] Loaded: "_s);
+                if (!isOfLoading && !isForgotten) {
+                    isForgotten = !session->system.lastApplyVerification();
+                }
+            });
         ending(row.start(*session, *listener));
         QObject::disconnect(connection);
         EXPECT_EQ(isForgotten, true) << "before its first line";
