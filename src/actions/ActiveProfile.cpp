@@ -12,7 +12,7 @@ namespace quorvane {
 namespace {
 
 ActiveConfiguration savedConfiguration(const QString& name, const QList<UnifiedProfile>& profiles) {
-    ActiveConfiguration active{name, true, false, {}, {}, {}};
+    ActiveConfiguration active{name, true, {}, {}, {}};
     const auto found = std::find_if(profiles.cbegin(), profiles.cend(),
                                     [&name](const UnifiedProfile& profile) { return profile.name == name; });
     if (found != profiles.cend()) {
@@ -24,7 +24,7 @@ ActiveConfiguration savedConfiguration(const QString& name, const QList<UnifiedP
 
 ActiveConfiguration lastApplied(const QString& name, const QList<UnifiedProfile>& profiles) {
     if (isDefaultProfileName(name)) {
-        return {name, false, false, {}, {}, {}};
+        return {name, false, {}, {}, {}};
     }
     const ActiveConfiguration saved = savedConfiguration(name, profiles);
     return saved.id ? saved : ActiveConfiguration{}; // the profile may be gone
@@ -42,7 +42,7 @@ ActiveConfiguration activeConfiguration(const ConfigurationReadings& readings) {
     const SystemConfigurationMatch& match = *readings.match;
     ActiveConfiguration active = match.kind == MatchedConfigurationKind::savedProfile
                                      ? savedConfiguration(match.name, readings.profiles)
-                                     : ActiveConfiguration{match.name, false, false, {}, {}, {}};
+                                     : ActiveConfiguration{match.name, false, {}, {}, {}};
     active.isKept = match.isKept;
     if (!match.isKept) {
         active.verification = match.verification;

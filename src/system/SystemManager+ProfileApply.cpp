@@ -55,8 +55,18 @@ QCoro::Task<bool> SystemManager::applyProfile(UnifiedProfile profile) {
 }
 
 QCoro::Task<ProfileApplyPreview> SystemManager::previewProfile(UnifiedProfile profile) {
-    const StartupChangePreview startup = co_await previewStartupChanges(profile.startup);
+    const std::optional<CleanReboot> cleanReboot =
+        profile.settings.cleanReboot ? std::optional(cleanRebootOf(profile)) : std::nullopt;
+    const StartupChangePreview startup = co_await previewStartupChanges(profile.startup, cleanReboot);
     co_return ProfileApplyPreview{profile.name, selectedTweakTitles(profile.settings), startup};
+}
+
+QCoro::Task<TweaksApplyPreview> SystemManager::previewTweaks(PerformanceSettings settings, CleanReboot cleanReboot) {
+    TweaksApplyPreview preview{selectedTweakTitles(settings), {}};
+    if (settings.cleanReboot) {
+        preview.startup = co_await previewCleanReboot(cleanReboot);
+    }
+    co_return preview;
 }
 
 void SystemManager::recordAppliedConfiguration(const UnifiedProfile& profile,

@@ -77,14 +77,14 @@ QCoro::Task<void> SystemManager::restoreLoginItems(SystemSnapshot snapshot) {
     m_loginItems->drop();
     QSet<QString> present;
     for (const LoginItem& item : co_await rawLoginItems()) {
-        present.insert(item.path);
+        present.insert(comparablePath(item.path));
     }
     int count = 0;
     for (const LoginItemSnapshot& item : *snapshot.loginItems) {
-        if (present.contains(item.path)) {
+        if (present.contains(comparablePath(item.path))) {
             continue;
         }
-        if (!item.path.startsWith(u'/')) { // "missing value", or a name's tail behind a "|"
+        if (!item.path.startsWith(u'/')) { // none was known, or a name's tail behind a "|" stands there
             log(u"  [INFO] Login item can't be added again, its file isn't known: "_s + item.name);
             continue;
         }

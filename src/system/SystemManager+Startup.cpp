@@ -21,7 +21,7 @@ namespace {
 QSet<QString> pathsOf(const QList<StartupLaunchItem>& items) {
     QSet<QString> paths;
     for (const StartupLaunchItem& item : items) {
-        paths.insert(item.path);
+        paths.insert(comparablePath(item.path));
     }
     return paths;
 }
@@ -68,8 +68,8 @@ QCoro::Task<bool> SystemManager::addLoginItem(QString path, bool hidden) {
     return unlessQuitting(m_loginItems->add(std::move(path), hidden));
 }
 
-QCoro::Task<bool> SystemManager::disableLoginItems(QStringList names, QSet<QString> excludedIds) {
-    return unlessQuitting(m_loginItems->disable(std::move(names), std::move(excludedIds)));
+QCoro::Task<bool> SystemManager::disableLoginItems(LoginItemTargets targets, QSet<QString> excludedIds) {
+    return unlessQuitting(m_loginItems->disable(std::move(targets), std::move(excludedIds)));
 }
 
 // ---- Launch agents and daemons
@@ -124,8 +124,7 @@ QSet<QString> SystemManager::profileStartupAppPaths() const {
 }
 
 QCoro::Task<bool> SystemManager::removeUnconfiguredManagedApps(const StartupConfiguration& configuration) {
-    return unlessQuitting(
-        m_loginItems->removeManaged(managedStartupAppPaths() - pathsOf(configuration.startupLaunchItems())));
+    return unlessQuitting(m_loginItems->removeManaged(managedStartupAppPaths() - configuration.openedPaths()));
 }
 
 QCoro::Task<bool> SystemManager::removeManagedStartupApps(const std::optional<QSet<QString>>& paths) {

@@ -4,6 +4,7 @@
 #include "matching/SystemVerification.h"
 #include "profiles/UnifiedProfile.h"
 #include "startup/apply/ActiveStartup.h"
+#include "startup/items/StartupChanges.h"
 
 #include <QCoroFuture>
 #include <QCoroTask>
@@ -36,9 +37,19 @@ QCoro::Task<ApplyVerificationResult> SystemManager::verifyStartupConfiguration(S
     return m_verification->startup(std::move(configuration));
 }
 
-QCoro::Task<StartupChangePreview> SystemManager::previewStartupChanges(StartupConfiguration configuration) {
+QCoro::Task<StartupChangePreview> SystemManager::previewStartupChanges(StartupConfiguration configuration,
+                                                                       std::optional<CleanReboot> cleanReboot) {
+    if (!cleanReboot && !hasStartupChanges(configuration) && managedStartupAppPaths().isEmpty()) {
+        co_return StartupChangePreview(); // nobody has to wait for System Events
+    }
     const StartupReadings readings = co_await m_verification->startupReadings(configuration);
-    co_return co_await inBackground(startupChangePreview, configuration, readings);
+    co_return co_await inBackground(startupChangePreview, configuration, cleanReboot, readings);
+}
+
+QCoro::Task<StartupChangePreview> SystemManager::previewCleanReboot(CleanReboot cleanReboot) {
+    const StartupReadings readings =
+        co_await m_verification->startupReadings(cleanReboot.startup.value_or(StartupConfiguration()));
+    co_return co_await inBackground(cleanRebootPreview, cleanReboot, readings);
 }
 
 void SystemManager::logVerificationResult(const ApplyVerificationResult& result, const QString& section) {

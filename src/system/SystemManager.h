@@ -14,7 +14,7 @@
 #include "startup/background/BackgroundFetch.h"
 #include "startup/items/CleanReboot.h"
 #include "startup/items/CloudSyncService.h"
-#include "startup/items/LoginItem.h"
+#include "startup/items/LoginItemTargets.h"
 #include "tweaks/PerformanceSettings.h"
 #include "tweaks/TweakPreferences.h"
 #include "verification/ApplyVerificationResult.h"
@@ -58,6 +58,7 @@ struct RestoreBaseline;
 struct RestoreOutcome;
 struct StartupApplyResult;
 struct SystemSnapshot;
+struct TweaksApplyPreview;
 struct TweakStep;
 struct UnifiedProfile;
 
@@ -163,6 +164,8 @@ public:
 
     /// What the review shows before an apply. Changes nothing and never prompts.
     QCoro::Task<ProfileApplyPreview> previewProfile(UnifiedProfile profile);
+    /// The same of tweaks alone.
+    QCoro::Task<TweaksApplyPreview> previewTweaks(PerformanceSettings settings, CleanReboot cleanReboot);
 
     // ---- Snapshots
 
@@ -216,9 +219,9 @@ public:
     QCoro::Task<bool> removeLoginItemAtPath(QString path);
     /// True when the item exists afterwards.
     QCoro::Task<bool> addLoginItem(QString path, bool hidden);
-    /// Removes login items by their names and writes down which they were.
+    /// Removes login items and writes down which they were.
     /// @param excludedIds  agents that stay all the same, by id or name
-    QCoro::Task<bool> disableLoginItems(QStringList names, QSet<QString> excludedIds);
+    QCoro::Task<bool> disableLoginItems(LoginItemTargets targets, QSet<QString> excludedIds);
 
     // ---- Startup: launch agents and daemons
 
@@ -258,8 +261,10 @@ public:
     QCoro::Task<bool> applyStartupConfiguration(StartupConfiguration configuration);
     /// The same by itself: with its own batch and verification.
     QCoro::Task<StartupApplyResult> applyStartupChanges(StartupConfiguration configuration);
-    /// Changes nothing and never prompts.
-    QCoro::Task<StartupChangePreview> previewStartupChanges(StartupConfiguration configuration);
+    /// Changes nothing and never prompts; with nothing to change it reads nothing either.
+    /// @param cleanReboot  goes with the configuration
+    QCoro::Task<StartupChangePreview> previewStartupChanges(StartupConfiguration configuration,
+                                                            std::optional<CleanReboot> cleanReboot = std::nullopt);
     QCoro::Task<ApplyVerificationResult> verifyStartupConfiguration(StartupConfiguration configuration);
 
     // ---- Startup: background items
@@ -400,11 +405,14 @@ private:
 
     // SystemManager+StartupApply.cpp
     QCoro::Task<bool> carryOutStartupChanges(StartupConfiguration configuration);
-    QCoro::Task<bool> disableTargetLoginItems(QSet<QString> names);
+    QCoro::Task<bool> disableTargetLoginItems(LoginItemTargets targets);
     QCoro::Task<void> removeTargetLoginPaths(QSet<QString> paths);
     QCoro::Task<bool> disableTargetLaunchItems(QSet<QString> labels);
     QCoro::Task<bool> disableTargetBackgroundItems(QSet<QString> labels);
     QCoro::Task<bool> disableCloudServices(CloudSyncServices services);
+
+    // SystemManager+Verification.cpp
+    QCoro::Task<StartupChangePreview> previewCleanReboot(CleanReboot cleanReboot);
 
     // SystemManager+Network.cpp
     QCoro::Task<QStringList> networkSwitchCommands(NetworkSwitch position);

@@ -436,6 +436,39 @@ TEST_F(RehearsalTest, aTerminationEndsAHangingToolAndTheFlow) {
     EXPECT_TRUE(process.readAllStandardOutput().endsWith("apply failed or was cancelled — check logs.\n"));
 }
 
+TEST_F(RehearsalTest, whatNobodyAnsweredIsNotVerified) {
+    UnifiedProfile profile;
+    profile.id = QUuid::createUuid();
+    profile.name = u"Quiet"_s;
+    profile.settings.updates = true;
+    profile.settings.siri = true;
+    profile.settings.uiSounds = true;
+    const QString quiet = file(u"quiet.json"_s, encodeProfile(profile));
+    const QByteArray missing = "  [MISSING] Software Updates — expected disabled\n"
+                               "  [MISSING] Siri — expected disabled\n"
+                               "  [MISSING] UI Sounds — expected muted\n"
+                               "  [VERIFY] 3 setting(s) could not be confirmed.\n";
+
+    const QString dead = file(u"dead.json"_s, R"([{"tool": "defaults", "signal": 9}])");
+    const Ending killed = start({u"--mac"_s, macFolder(), u"--faults"_s, dead, u"tweaks"_s, quiet});
+    EXPECT_EQ(killed.status, 1);
+    EXPECT_TRUE(killed.output.endsWith(missing)) << killed.output.toStdString();
+    EXPECT_FALSE(killed.output.contains("[OK]"));
+
+    const QString hanging = file(u"hanging.json"_s, R"([{"tool": "defaults", "hang": true}])");
+    QProcess process;
+    process.start(QStringLiteral(REHEARSAL_PROGRAM),
+                  {u"--mac"_s, macFolder(), u"--faults"_s, hanging, u"tweaks"_s, quiet});
+    ASSERT_TRUE(process.waitForReadyRead(60000));
+    process.terminate();
+    ASSERT_TRUE(process.waitForFinished(60000));
+    EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(process.exitCode(), 1);
+    const QByteArray output = process.readAllStandardOutput();
+    EXPECT_TRUE(output.endsWith(missing)) << output.toStdString();
+    EXPECT_FALSE(output.contains("[OK]"));
+}
+
 TEST_F(RehearsalTest, aTerminationEndsAShellThatHangs) {
     const QString faults = file(u"faults.json"_s, R"([{"tool": "pmset", "hang": true}])");
     QProcess process;

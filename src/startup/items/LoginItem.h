@@ -10,7 +10,7 @@ namespace quorvane {
 /// A login item as System Events lists it.
 struct LoginItem {
     QString name;
-    QString path; ///< empty or "missing value" where the file is gone
+    QString path; ///< as it is written there, maybe with a "/" at the end; empty where the file is gone
     bool hidden = false;
 
     bool operator==(const LoginItem&) const = default;
@@ -33,6 +33,12 @@ bool looksLikeBackgroundAgent(const QString& text);
 bool looksLikeBackgroundAgent(const LoginItem& item);
 /// True for a login item whose name or path is that of audio software.
 bool isProtectedLoginItem(const LoginItem& item);
+
+/// True for the login item of an application: by its path, or by its name where the application's file is gone.
+/// @param path  comparable
+bool isLoginItemOf(const LoginItem& item, const QString& path);
+/// A path as System Events writes it, because only so does it find the item; as it is given where no item has it.
+QString listedPath(const QList<LoginItem>& items, const QString& path);
 
 StartupItem startupItemOf(const LoginItem& item);
 

@@ -21,6 +21,7 @@ class Task;
 namespace quorvane {
 
 class LoginItemRemoval;
+class LoginItemTargets;
 struct NamedLoginItems;
 
 /// The login items, asked of System Events and changed through it, and the applications that the program has put among them.
@@ -49,9 +50,9 @@ public:
     QCoro::Task<bool> removeAtPath(QString path);
     /// True when the item exists afterwards.
     QCoro::Task<bool> add(QString path, bool hidden);
-    /// Removes login items by their names and writes down which they were.
+    /// Removes login items and writes down which they were.
     /// @param excludedIds  agents that stay all the same, by id or name
-    QCoro::Task<bool> disable(QStringList names, QSet<QString> excludedIds);
+    QCoro::Task<bool> disable(LoginItemTargets targets, QSet<QString> excludedIds);
     /// Removes what a clean reboot doesn't leave in place. @return false when something stayed, or nothing could be read
     QCoro::Task<bool> removeNonPermitted(CleanReboot cleanReboot);
 
@@ -74,10 +75,10 @@ private:
     QCoro::Task<SystemEventsReply> change(QString script);
     QCoro::Task<bool> remove(LoginItem item, LoginItemRemoval removal);
     QCoro::Task<bool> removeAndLog(LoginItem item, LoginItemRemoval removal);
-    QCoro::Task<bool> removeLeftover(NamedLoginItems named, QSet<QString> excludedIds);
+    QCoro::Task<bool> removeLeftover(NamedLoginItems named, LoginItemTargets targets, QSet<QString> excludedIds);
     bool holdsBack(const LoginItem& item, const QSet<QString>& excludedIds);
     void writeRemoved(const QList<LoginItem>& items);
-    QCoro::Task<bool> areGone(QSet<QString> names);
+    QCoro::Task<bool> areGone(QSet<QString> names, LoginItemTargets targets);
     ManagedAppRemoval managedAppRemoval(const LoginItemList& list, const QSet<QString>& going) const;
     QCoro::Task<bool> removeManagedApp(QString path, ManagedAppRemoval before);
 
