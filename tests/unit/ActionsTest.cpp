@@ -95,7 +95,7 @@ protected:
                         {reading::kAirDrop, "1"},
                         {reading::kPower, " standby 0\n disksleep 0\n sleep 0\n sms 0"},
                         {reading::kSpotlight, "Indexing disabled."},
-                        {reading::kTimeMachine, "Running = 0;"},
+                        {reading::kTimeMachine, "0"},
                         {reading::kLogoutState, "1"},
                         {reading::kLoginRelaunch, "1"}});
     }
@@ -110,7 +110,7 @@ protected:
                         {reading::kSounds, "1"},
                         {reading::kPower, " standby 1\n disksleep 10\n sleep 1\n sms 1"},
                         {reading::kSpotlight, "Indexing enabled."},
-                        {reading::kTimeMachine, "Running = 1;"}});
+                        {reading::kTimeMachine, "1"}});
     }
     bool commandsWereRun() const { return !trace.isEmpty(); }
 };

@@ -376,7 +376,10 @@ TEST_F(LaunchItemFlows, whatCanBeMovedBackIsRestoredAndLoaded) {
     EXPECT_EQ(takeTrace(), u"$ /bin/launchctl enable gui/501/com.box.job\n"
                            "$ /bin/launchctl load /Users/alex/Library/LaunchAgents/com.box.plist\n"
                            "$ /bin/launchctl load /Users/alex/Library/LaunchAgents/com.a.plist\n"
-                           "  [REVERTED] Restored 2 LaunchAgents/Daemons.\n"_s);
+                           "  [ERROR] Could not restore "_s +
+                               kDaemonsBackup + kLabel +
+                               u": Operation not permitted\n"
+                               "  [REVERTED] Restored 2 LaunchAgents/Daemons.\n"_s);
     EXPECT_EQ(files.read(kUsersAgents + kLabel), "box");
     EXPECT_EQ(files.list(kUsersBackup), QStringList());
     EXPECT_EQ(files.read(kDaemonsBackup + kLabel), "root's");

@@ -229,10 +229,11 @@ TEST_F(LoginItemFlows, aRecordThatCannotBeWrittenIsNoFailure) {
     files.failOn(Operation::Write, kRecord);
     EXPECT_TRUE(disable({u"Zoom"_s}));
     EXPECT_EQ(takeTrace(), u"$> System Events: list\n"
-                           "$> System Events: delete where name is Zoom\n"
-                           "  [APPLIED] Removed login item: Zoom\n"
                            "  [ERROR] Could not record the removed login items: "_s +
-                               kRecord + u": Operation not permitted\n"_s);
+                               kRecord +
+                               u": Operation not permitted\n"
+                               "$> System Events: delete where name is Zoom\n"
+                               "  [APPLIED] Removed login item: Zoom\n"_s);
 }
 
 TEST_F(LoginItemFlows, audioSoftwareIsNeverDisabledByNameOrPath) {

@@ -45,8 +45,8 @@ const QString kSyncSoundsOff =
     "$ /usr/bin/defaults write com.apple.systemsound com.apple.sound.uiaudio.enabled -int 0\n"
     "  [APPLIED] Muted UI sounds.\n"
     "$ /usr/bin/defaults write com.apple.NetworkBrowser DisableAirDrop -bool NO\n"
-    "  [RESTORED] Re-activated AirDrop.\n"
-    "  [ACTION] Requesting Admin rights to sync system-level tweaks...\n"_s;
+    "  [RESTORED] Re-activated AirDrop.\n"_s +
+    reading::traced({reading::kTimeMachine}) + u"  [ACTION] Requesting Admin rights to sync system-level tweaks...\n"_s;
 
 const QString kTweakReadings = reading::traced(reading::kTweaksOff);
 

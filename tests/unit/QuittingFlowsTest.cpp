@@ -33,7 +33,7 @@ public:
         }
         commands.print(reading::kPower, " standby 1\n disksleep 10\n sleep 1\n sms 1\n");
         commands.print(reading::kSpotlight, "Indexing enabled.\n");
-        commands.print(reading::kTimeMachine, "Running = 1;\n");
+        setAutomaticBackups(true);
         commands.print(reading::kSounds, "0\n"); // the one tweak of these flows is in force
         for (const QString& line : reading::kAppRestoration) {
             commands.print(line, "1\n");

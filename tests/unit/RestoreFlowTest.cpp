@@ -105,7 +105,7 @@ TEST_F(RestoreFlow, putsTheSystemBackUnderOnePromptOfItsOwn) {
     snapshot.timeMachineEnabled = true;
     EXPECT_TRUE(restore(snapshot));
     EXPECT_EQ(takeTrace(),
-              kRestoreSteps + kAction +
+              kRestoreSteps + reading::traced({reading::kTimeMachine}) + kAction +
                   prompted(u"pmset -a standby 1 disksleep 10 sleep 5 ; pmset -a sms 1 ; mdutil -a -i on || true ; "
                            "tmutil enable || true"_s,
                            kSystemChanges) +
@@ -170,7 +170,7 @@ TEST_F(RestoreFlow, saysThatTimeMachineStaysOffOnceTheBatchHasSwitchedIt) {
     EXPECT_TRUE(takeTrace().endsWith(looked + kAction + kApplied +
                                      prompted(u"tmutil disable || true"_s, kRevertPrompt) + looked + kStaysOff));
     EXPECT_TRUE(reinstate().succeeded);
-    EXPECT_TRUE(takeTrace().endsWith(prompted(u"tmutil disable || true"_s, kReinstatePrompt) + looked + kStaysOff));
+    EXPECT_TRUE(takeTrace().endsWith(prompted(u"tmutil disable || true"_s, kNeutral) + looked + kStaysOff));
     EXPECT_FALSE(defaults.boolean(kQuorvaneSwitchedBackupsOff)) << "the user had switched them off";
     setAutomaticBackups(true); // the line of the batch drops it when `tmutil` refuses
     EXPECT_TRUE(revert().succeeded);

@@ -34,6 +34,7 @@ protected:
     }
 
     void unsetEverything() {
+        setBackupDestination(true);
         for (const QString& line :
              {reading::kAppNap, reading::kUpdateDownload, reading::kUpdateCheck, reading::kStoreUpdate,
               reading::kDoNotDisturb, reading::kSiri, reading::kAssistant, reading::kCrashReporter, reading::kSounds,
