@@ -32,6 +32,7 @@ QCoro::Task<bool> SystemManager::applyStartupConfiguration(StartupConfiguration 
     if (hasStartupChanges(configuration)) {
         succeeded = co_await carryOutStartupChanges(configuration) && succeeded;
     }
+    succeeded = succeeded && !isQuitting();
     log(succeeded ? u"\nStartup configuration applied."_s : u"\nStartup configuration applied with errors."_s);
     co_return succeeded;
 }
@@ -123,6 +124,7 @@ QCoro::Task<bool> SystemManager::disableCloudServices(CloudSyncServices services
 }
 
 QCoro::Task<StartupApplyResult> SystemManager::applyStartupChanges(StartupConfiguration configuration) {
+    m_lastApplyVerification.reset();
     const bool isDeferred =
         !configuration.disabledBackgroundLabels().isEmpty() || !configuration.disabledCloudSyncAtStartup.empty();
     if (isDeferred) {
@@ -136,6 +138,7 @@ QCoro::Task<StartupApplyResult> SystemManager::applyStartupChanges(StartupConfig
     StartupApplyResult result;
     result.applySucceeded = isCarriedOut && isFlushed;
     result.verification = co_await verifyStartupConfiguration(configuration);
+    result.applySucceeded = result.applySucceeded && !isQuitting();
     invalidateStartupCaches();
     m_lastApplyVerification = result.verification;
     log(summary(result.verification));

@@ -120,7 +120,7 @@ protected:
     ProfileApply() {
         commands.print(reading::kPower, "AC Power:\n standby 1\n disksleep 10\n sleep 1\n sms 1\n");
         commands.print(reading::kSpotlight, "/:\n\tIndexing enabled. \n");
-        commands.print(reading::kTimeMachine, "    Running = 1;\n");
+        setAutomaticBackups(true);
         commands.fail(reading::kAppNap, 1);
         commands.fail(reading::kDoNotDisturb, 1);
         commands.print(reading::kUpdateDownload, "1\n");
@@ -191,7 +191,7 @@ TEST_F(ProfileApply, recordsTheProfileAsTheActiveOne) {
 }
 
 TEST_F(ProfileApply, aFailedCheckAloneLeavesTheApplyTrueWithAWarning) {
-    commands.print(reading::kTimeMachine, "    Running = 0;\n");
+    setAutomaticBackups(false);
     EXPECT_TRUE(apply(soundsOff()));
     EXPECT_EQ(trace.last(), u"\n[PROFILE] Live applied with verification warnings — check logs."_s);
     EXPECT_EQ(system.lastApplyVerification()->failed.size(), 1);

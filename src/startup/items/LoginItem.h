@@ -19,8 +19,9 @@ struct LoginItem {
 /// The login items as they were read.
 struct LoginItemList {
     QList<LoginItem> items;
-    bool wasRead = false; ///< false: System Events refused or failed, so that nothing is known
-    QString output{};     ///< as it was printed: names with a "|" or a line end can only be looked for here
+    bool wasRead = false;   ///< false: System Events refused or failed, so that nothing is known
+    QString output{};       ///< as it was printed: names with a "|" or a line end can only be looked for here
+    bool isAnswered = true; ///< false: nobody said anything, so that it's worth asking again
 
     /// The same items, known or unknown; what the output said besides doesn't count.
     bool operator==(const LoginItemList& other) const { return items == other.items && wasRead == other.wasRead; }

@@ -31,26 +31,35 @@ QStringList osascript(const QString& script) {
 LoginItems::LoginItems(FlowEnvironment& environment)
     : Flow(environment) {}
 
+LoginItems::LoginItems(FlowEnvironment& environment, const LoginItems& same)
+    : Flow(environment)
+    , m_cache(same.m_cache) {}
+
 QCoro::Task<LoginItemList> LoginItems::current() {
-    if (m_list) {
-        co_return std::as_const(*m_list); // a lasting value that isn't const would be moved out
+    if (m_cache->list) {
+        co_return std::as_const(*m_cache->list); // a lasting value that isn't const would be moved out
     }
-    const quint64 age = m_age;
+    const quint64 age = m_cache->age;
     const LoginItemList list = co_await readFromSystemEvents();
-    if (age == m_age) {
-        m_list = list;
+    if (list.isAnswered && age == m_cache->age) {
+        m_cache->list = list;
     }
     co_return list;
 }
 
 void LoginItems::drop() {
-    ++m_age;
-    m_list.reset();
+    ++m_cache->age;
+    m_cache->list.reset();
 }
 
 QCoro::Task<LoginItemList> LoginItems::readFromSystemEvents() {
     const CommandResult result = co_await runCommand(osascript(readLoginItemsScript()), OutputCapture::Capture);
-    co_return result.status == 0 ? parsedLoginItems(result.standardOutput) : LoginItemList();
+    LoginItemList list;
+    if (result.isAnswered && result.status == 0) {
+        list = parsedLoginItems(result.standardOutput);
+    }
+    list.isAnswered = result.isAnswered;
+    co_return list;
 }
 
 QCoro::Task<QList<LoginItem>> LoginItems::visible() {
@@ -201,7 +210,7 @@ void LoginItems::writeRemoved(const QList<LoginItem>& items) {
         host().files.writeAtomically(backupFolder(host().machine.homeFolder()) + u"/login_items.json"_s,
                                      jsonText(record));
     } catch (const FileError& error) {
-        log(u"  [WARNING] Could not record the removed login items: "_s + error.message());
+        log(u"  [ERROR] Could not record the removed login items: "_s + error.message());
     }
 }
 

@@ -10,6 +10,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <memory>
 #include <optional>
 
 namespace QCoro {
@@ -28,6 +29,8 @@ struct NamedLoginItems;
 class LoginItems : private Flow {
 public:
     explicit LoginItems(FlowEnvironment& environment);
+    /// The same login items, reached by another way: what one has read the other knows.
+    LoginItems(FlowEnvironment& environment, const LoginItems& same);
 
     // ---- Reading
 
@@ -79,8 +82,12 @@ private:
     ManagedAppRemoval managedAppRemoval(const LoginItemList& list, const QSet<QString>& going) const;
     QCoro::Task<bool> removeManagedApp(QString path, ManagedAppRemoval before);
 
-    std::optional<LoginItemList> m_list;
-    quint64 m_age = 0; ///< counts how often the list was dropped: a slow read may come too late
+    struct Cache {
+        std::optional<LoginItemList> list;
+        quint64 age = 0; ///< counts how often the list was dropped: a slow read may come too late
+    };
+
+    std::shared_ptr<Cache> m_cache = std::make_shared<Cache>();
     std::optional<QList<StartupLaunchItem>> m_performanceApplications;
 };
 
