@@ -181,6 +181,16 @@ TEST_F(StartupVerificationFlow, anAddedApplicationThatLeavesIsKnownByItsNameWhen
               (QList<StartupLaunchItem>{{u"Old"_s, u"/Applications/Old.app"_s, false}}));
 }
 
+TEST_F(StartupVerificationFlow, aCloudItemIsStillThereUnderAnotherName) {
+    login = {{u"Renamed"_s, u"/Applications/Dropbox.app/"_s, false}};
+    StartupItem older = startupItemOf(LoginItem{u"Dropbox Beta"_s, u"/Applications/Dropbox.app"_s, false});
+    const StartupConfiguration configuration = configured({older}, {CloudSyncService::dropbox});
+    EXPECT_EQ(verify(configuration), (ApplyVerificationResult{{{u"Login item: Dropbox Beta"_s, u"removed"_s}},
+                                                              {{u"Cloud sync: Dropbox"_s, u"still active"_s}}}));
+    older.name = u"Renamed"_s;
+    EXPECT_EQ(QCoro::waitFor(system.previewStartupChanges(configuration)).willDisable, QList<StartupItem>{older});
+}
+
 TEST_F(StartupVerificationFlow, aManagedApplicationThatRunsAsALoginItemIsNotExpectedToBeGone) {
     login = {{u"Live"_s, u"/Applications/Live.app"_s, false}};
     defaults.setStringArray(kManagedKey, {u"/Applications/Live.app"_s});

@@ -15,18 +15,16 @@ namespace {
 /// What will be disabled, each item once.
 class DisabledItems {
 public:
-    explicit DisabledItems(const StartupReadings& readings, const StartupTargetSets& targets)
+    /// @param readings, targets  outlive this object
+    DisabledItems(const StartupReadings& readings, const StartupTargetSets& targets)
         : m_readings(readings)
+        , m_targets(targets)
         , m_active(readings, targets.loginItems) {}
 
     /// Adds it unless it is known to be off.
     void add(const StartupItem& item) {
-        if (m_seen.contains(comparableId(item)) || !m_active.isActive(item).value_or(true)) {
-            return;
-        }
-        addActive(item);
-        if (isLoginItem(item)) {
-            m_loginItems.switchOff(item);
+        if (!m_seen.contains(comparableId(item)) && m_active.isActive(item).value_or(true)) {
+            addActive(item);
         }
     }
 
@@ -41,7 +39,9 @@ public:
     /// Of the items, and of the background records, that belong to one of the services.
     void addServices(const CloudSyncServices& services, const QList<StartupItem>& items) {
         for (const StartupItem& item : itemsMatchingCloudServices(items, services)) {
-            if (item.kind != StartupItemKind::addedApp) { // what the user has added by hand stays
+            if (isTakenByItsPath(item)) {
+                addUnderItsName(item);
+            } else if (item.kind != StartupItemKind::addedApp) { // what the user has added by hand stays
                 add(item);
             }
         }
@@ -74,6 +74,22 @@ private:
     void addActive(const StartupItem& item) {
         m_seen.insert(comparableId(item));
         m_items.append(item);
+        if (isLoginItem(item)) {
+            m_loginItems.switchOff(item);
+        }
+    }
+
+    /// A login item of a service goes by its path, too, whatever its name has become since the profile was saved.
+    bool isTakenByItsPath(const StartupItem& item) const {
+        return isLoginItem(item) && m_targets.loginPaths.contains(knownPath(item)) &&
+               m_active.hasLoginPath(knownPath(item));
+    }
+
+    void addUnderItsName(StartupItem item) {
+        item.name = m_active.nameOfLoginPath(knownPath(item));
+        if (!m_seen.contains(comparableId(item))) {
+            addActive(item);
+        }
     }
 
     void addRecords(const QList<BackgroundTaskItem>& records) {
@@ -86,6 +102,7 @@ private:
     }
 
     const StartupReadings& m_readings;
+    const StartupTargetSets& m_targets;
     ActiveStartup m_active;
     QList<StartupItem> m_items;
     QSet<QString> m_seen;
@@ -159,7 +176,8 @@ StartupChangePreview startupChangePreview(const StartupConfiguration& configurat
 
 StartupChangePreview cleanRebootPreview(const CleanReboot& cleanReboot, const StartupReadings& readings) {
     const StartupConfiguration startup = cleanReboot.startup.value_or(StartupConfiguration());
-    DisabledItems disabled(readings, targetsOf(startup, {}));
+    const StartupTargetSets targets = targetsOf(startup, {});
+    DisabledItems disabled(readings, targets);
     for (const StartupItem& item : startup.items) {
         if (!item.runsAtStartup && isTakenByCleanReboot(item)) {
             disabled.add(item);

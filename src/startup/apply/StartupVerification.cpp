@@ -77,16 +77,17 @@ private:
         }
     }
 
-    /// What the user has added by hand stays, and opens.
-    bool opensAsAddedApplication(const StartupItem& item) const {
-        return item.kind == StartupItemKind::addedApp && item.runsAtStartup && m_active.hasLoginPath(item.path);
+    /// Whatever the name of its login item has become; also what the user has added by hand, which stays.
+    bool opensByItsPath(const StartupItem& item) const {
+        const bool isAdded = item.kind == StartupItemKind::addedApp && item.runsAtStartup;
+        return (isAdded || isLoginItem(item)) && m_active.hasLoginPath(knownPath(item));
     }
 
     void checkCloudServices() {
         for (const CloudSyncService service : m_services) {
             const QList<StartupItem> items = itemsMatchingCloudServices(m_items, {service});
             const bool isOff = std::none_of(items.begin(), items.end(), [this](const StartupItem& item) {
-                return m_active.isActive(item).value_or(false) || opensAsAddedApplication(item);
+                return m_active.isActive(item).value_or(false) || opensByItsPath(item);
             });
             const QString name = u"Cloud sync: "_s + displayName(service);
             const QString verifiedDetail = items.isEmpty() ? u"not installed"_s : u"disabled at login"_s;
