@@ -6,6 +6,12 @@ namespace quorvane {
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+const QString kRootsOwnPath = u"PATH=/usr/bin:/bin:/usr/sbin:/sbin; export PATH; "_s;
+
+} // namespace
+
 QStringList makeAdminCommandsTolerant(const QStringList& commands) {
     QStringList tolerant;
     for (const QString& command : commands) {
@@ -20,8 +26,8 @@ QString joinedAdminCommands(const QStringList& commands) {
 }
 
 QString adminScriptSource(const QString& shellLine, const QString& prompt) {
-    return u"do shell script \""_s + appleScriptText(shellLine) + u"\" with prompt \""_s + appleScriptText(prompt) +
-           u"\" with administrator privileges"_s;
+    return u"do shell script \""_s + appleScriptText(kRootsOwnPath + shellLine) + u"\" with prompt \""_s +
+           appleScriptText(prompt) + u"\" with administrator privileges"_s;
 }
 
 } // namespace quorvane

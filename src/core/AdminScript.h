@@ -15,7 +15,8 @@ QStringList makeAdminCommandsTolerant(const QStringList& commands);
 /// The commands joined by " ; ": each runs whatever the one before it did, and the last one's status counts.
 QString joinedAdminCommands(const QStringList& commands);
 
-/// The AppleScript that runs a shell line as root.
+/// The AppleScript that runs a shell line as root, with a search path of its own: the user's session can set one for the
+/// programs that are started from it, and a "pmset" in a folder of the user's would run as root.
 /// @param prompt  shown in the authorization dialog. Its caller refuses one that holds a double quote.
 QString adminScriptSource(const QString& shellLine, const QString& prompt);
 

@@ -115,9 +115,11 @@ public:
 
     /// Opens a batch: what needs root is queued until `finishAdminBatch` runs it as one line under one prompt.
     void beginAdminBatch();
-    /// Adds commands to the open batch, tolerant and joined, as one entry.
+    /// Adds commands to the batch, tolerant and joined, as one entry. Where none is open they wait for `finishAdminBatch`, and
+    /// are dropped when a batch begins before that.
     void queueAdminCommands(const QStringList& commands);
-    /// Runs what was queued; with nothing queued no prompt appears. Closes the batch in every case.
+    /// Runs what was queued, whether or not a batch is open; with nothing queued no prompt appears. Closes the batch in every
+    /// case.
     /// @return true when nothing failed
     QCoro::Task<bool> finishAdminBatch(QString prompt);
     int adminBatchDepth() const;

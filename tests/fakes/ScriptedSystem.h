@@ -69,7 +69,8 @@ private:
     std::vector<std::pair<QPromise<CommandOutcome>, CommandOutcome>> m_held;
 };
 
-/// Answers scripts in turn and writes their sources into the trace: "& {source}".
+/// Answers scripts in turn and writes their sources into the trace: "& {source}", without the search path with which each
+/// line of root's begins.
 class ScriptedScriptEngine final : public ScriptEngine {
 public:
     explicit ScriptedScriptEngine(QStringList& trace)
@@ -77,6 +78,9 @@ public:
 
     QFuture<ScriptOutcome> run(QString source) override;
     void shutDown() override {}
+
+    /// An administrator script as the trace shows it. Fails the test of one that doesn't set root's own search path first.
+    static QString withoutPath(QString source);
 
     /// Once there is nothing left, every script succeeds with an empty result.
     void answerNext(const ScriptOutcome& outcome);
