@@ -12,11 +12,15 @@ const QString kRootsOwnPath = u"PATH=/usr/bin:/bin:/usr/sbin:/sbin; export PATH;
 
 } // namespace
 
+QString withoutStatus(const QString& command) {
+    return command + u" || true"_s;
+}
+
 QStringList makeAdminCommandsTolerant(const QStringList& commands) {
     QStringList tolerant;
     for (const QString& command : commands) {
         const bool mayFail = command.contains(u"mdutil"_s) || command.contains(u"tmutil"_s);
-        tolerant.append(mayFail ? command + u" || true"_s : command);
+        tolerant.append(mayFail ? withoutStatus(command) : command);
     }
     return tolerant;
 }

@@ -8,6 +8,9 @@ namespace quorvane {
 // The text of an administrator run. Everything that needs root goes into one shell line under one prompt, so
 // one command's failure must not take the others with it.
 
+/// The command, whose failure is none of the line's then.
+QString withoutStatus(const QString& command);
+
 /// Each command that contains "mdutil" or "tmutil" gets " || true" behind it: these two fail on many Macs for
 /// reasons that say nothing about the rest of the line. The others and the order stay as they are.
 QStringList makeAdminCommandsTolerant(const QStringList& commands);

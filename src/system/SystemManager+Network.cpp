@@ -10,23 +10,24 @@ namespace quorvane {
 
 using namespace Qt::StringLiterals;
 
-QCoro::Task<QStringList> SystemManager::listNetworkServices() {
-    const QStringList arguments{u"networksetup"_s, u"-listallnetworkservices"_s};
+/// None where they can't be listed. The tool's errors come on standard output: of a failed run nothing is a name.
+QCoro::Task<std::optional<QStringList>> SystemManager::networkServiceNames(QString tool) {
+    const QStringList arguments{tool, u"-listallnetworkservices"_s};
     const CommandResult result = co_await runCommand(arguments, OutputCapture::Capture);
-    // The tool's errors come on standard output: of a failed run nothing is a name.
-    co_return result.status == 0 ? parsedNetworkServices(result.standardOutput) : QStringList();
+    co_return result.status == 0 ? std::optional(parsedNetworkServices(result.standardOutput)) : std::nullopt;
+}
+
+QCoro::Task<QStringList> SystemManager::listNetworkServices() {
+    const std::optional<QStringList> names = co_await networkServiceNames(u"networksetup"_s);
+    co_return names.value_or(QStringList());
 }
 
 QCoro::Task<QList<NetworkServiceState>> SystemManager::readNetworkServices() {
     const QString tool = u"/usr/sbin/networksetup"_s;
-    const QStringList listing{tool, u"-listallnetworkservices"_s};
-    const CommandResult list = co_await runCommand(listing, OutputCapture::Capture);
+    const std::optional<QStringList> names = co_await networkServiceNames(tool);
     QList<NetworkServiceState> services;
-    if (list.status != 0) {
-        co_return services;
-    }
-    for (const QString& name : parsedNetworkServices(list.standardOutput)) {
-        const QStringList query{tool, u"-getnetworkserviceenabled"_s, QString(name).replace(u'\'', u"'\\''"_s)};
+    for (const QString& name : names.value_or(QStringList())) {
+        const QStringList query{tool, u"-getnetworkserviceenabled"_s, name};
         const CommandResult state = co_await runCommand(query, OutputCapture::Capture);
         NetworkServiceState service{name, std::nullopt};
         const QString text = state.standardOutput.toLower();

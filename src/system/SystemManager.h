@@ -7,6 +7,7 @@
 #include "platform/Host.h"
 #include "readings/SystemReadings.h"
 #include "snapshots/MasterSystemBaselineManager.h"
+#include "snapshots/RestoreBaseline.h"
 #include "startup/apply/StartupChangePreview.h"
 #include "startup/background/BackgroundFetch.h"
 #include "startup/items/CleanReboot.h"
@@ -49,8 +50,6 @@ struct NetworkServiceState;
 enum class NetworkSwitch;
 struct PowerSettings;
 struct ProfileApplyPreview;
-struct RestoreBaseline;
-struct RestoreOutcome;
 struct StartupApplyResult;
 struct StartupReadings;
 struct SystemSnapshot;
@@ -175,23 +174,25 @@ public:
 
     // ---- The way back
 
-    /// Whether there is a snapshot or a master baseline to go back to. Logs nothing.
-    QCoro::Task<bool> hasRestoreBaseline();
+    /// Looks for a snapshot or a master baseline to go back to. Logs nothing.
+    QCoro::Task<FoundBaseline> findRestoreBaseline();
     /// What a way back goes by; none when nothing was captured. Logs when it is a master baseline.
-    QCoro::Task<std::optional<RestoreBaseline>> selectRestoreBaseline();
+    /// @param found  by an earlier search; it is searched for where there is none. The same holds for the flows below.
+    QCoro::Task<std::optional<RestoreBaseline>> selectRestoreBaseline(std::optional<FoundBaseline> found = {});
     /// Puts the captured preferences and system settings back. Uses the batch that its caller opened, if any.
     QCoro::Task<bool> restoreFromSnapshot(SystemSnapshot snapshot);
     /// The tweaks alone, from the baseline or to standard defaults: one batch, one prompt.
-    QCoro::Task<RestoreOutcome> revertPerformanceTweaks();
+    QCoro::Task<RestoreOutcome> revertPerformanceTweaks(std::optional<FoundBaseline> found = {});
     /// The whole system: with a baseline also login items, network services and launch items.
-    QCoro::Task<RestoreOutcome> reinstateSystem();
+    QCoro::Task<RestoreOutcome> reinstateSystem(std::optional<FoundBaseline> found = {});
 
-    /// "Undo Performance Tweaks": takes the program's applications out of the login items and reverts, while it is busy.
-    QCoro::Task<RestoreOutcome> undoTweaks();
+    /// "Undo Performance Tweaks": takes out of the login items what the program and the profiles have put there, and reverts,
+    /// while it is busy.
+    QCoro::Task<RestoreOutcome> undoTweaks(std::optional<FoundBaseline> found = {});
     /// "Apply Default": the same, and makes Default the last applied profile when it succeeded.
     QCoro::Task<RestoreOutcome> restoreDefault();
     /// "Reinstate System", while it is busy.
-    QCoro::Task<RestoreOutcome> reinstateWholeSystem();
+    QCoro::Task<RestoreOutcome> reinstateWholeSystem(std::optional<FoundBaseline> found = {});
 
     // ---- Startup: what runs at login
 
@@ -373,13 +374,13 @@ private:
     SnapshotManager snapshotManager() const;
 
     // SystemManager+Restore.cpp
-    QCoro::Task<std::optional<RestoreBaseline>> findRestoreBaseline();
     QCoro::Task<bool> reinstateFromSnapshot(SystemSnapshot snapshot);
     QCoro::Task<void> restoreLoginItems(SystemSnapshot snapshot);
-    QCoro::Task<bool> restoreNetworkServices(SystemSnapshot snapshot);
+    QCoro::Task<std::optional<QMap<QString, bool>>> queueNetworkServices(SystemSnapshot snapshot);
+    QCoro::Task<bool> settleNetworkServices(QMap<QString, bool> switched);
 
     // SystemManager+WaysBack.cpp
-    QCoro::Task<RestoreOutcome> removeStartupAppsAndRevert();
+    QCoro::Task<RestoreOutcome> removeStartupAppsAndRevert(std::optional<FoundBaseline> found);
 
     // SystemManager+StartupApply.cpp
     QCoro::Task<bool> carryOutStartupChanges(StartupConfiguration configuration);
@@ -393,6 +394,7 @@ private:
     QCoro::Task<StartupReadings> startupReadings(StartupConfiguration configuration);
 
     // SystemManager+Network.cpp
+    QCoro::Task<std::optional<QStringList>> networkServiceNames(QString tool);
     QCoro::Task<QStringList> networkSwitchCommands(NetworkSwitch position);
 
     // SystemManager+Maintenance.cpp

@@ -99,8 +99,11 @@ public:
     QString applicationSupportFolder() const override;
     QString temporaryFolder() const override;
     QString computerName() const override;
+    QString hardwareId() const override { return id; }
     quint32 userId() const override { return MemoryFileManager::kUser; }
     QString dateAndTimeText(const QDateTime& moment) const override;
+
+    QString id = QStringLiteral("5C1A9B3E-7D42-5F60-8E21-4A6B0C9D3E17");
 };
 
 /// A SystemManager over scripted ports. `trace` holds commands, scripts and log lines in the order in which they came.

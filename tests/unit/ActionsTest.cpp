@@ -1,6 +1,7 @@
 // Each action on its own: what the lock, a question and a cancel make of it, and its steps in order.
 
 #include "fakes/ActionSystem.h"
+#include "snapshots/SnapshotManager.h"
 
 #include <QRegularExpression>
 
@@ -208,6 +209,26 @@ TEST_F(ActionsTest, reinstateLooksForTheBaselineWhileItIsBusyAndAsks) {
     EXPECT_TRUE(ending(session->systemActions.reinstate(*listener)).succeeded);
     EXPECT_TRUE(
         takeSteps().filter(u"! Reinstate System"_s).first().contains(u"Your saved restore baseline will be used."_s));
+}
+
+TEST_F(ActionsTest, reinstateAndUndoGoByWhatWasFoundForTheirQuestion) {
+    const Start ways[] = {[](Session& s, ActionListener& l) { return s.systemActions.reinstate(l); },
+                          [](Session& s, ActionListener& l) { return s.tweakActions.undo(l); }};
+    const SnapshotManager snapshots(files, machine);
+    for (const Start& start : ways) {
+        alerts.hold();
+        QCoro::Task<ActionOutcome> running = start(*session, *listener);
+        processEventsUntil([this] { return alerts.openCount() == 1; });
+        SystemSnapshot snapshot; // from elsewhere, while the question stands open
+        snapshot.id = QUuid::createUuid();
+        snapshot.dateCreated = clock.time;
+        snapshots.save(snapshot);
+        alerts.answer(0);
+        processEventsUntil([this] { return alerts.openCount() == 1; });
+        alerts.answer(0);
+        EXPECT_EQ(ending(std::move(running)).restore, (RestoreOutcome{true, RestoreSource::StandardDefaults, true}));
+        files.remove(snapshots.snapshotFileURL());
+    }
 }
 
 TEST_F(ActionsTest, startupIsReviewedAppliedAndTold) {
