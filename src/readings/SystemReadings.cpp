@@ -7,51 +7,58 @@
 
 #include <QCoroTask>
 
+#include <functional>
+#include <utility>
+
 namespace quorvane {
 
 using namespace Qt::StringLiterals;
 
-QCoro::Task<std::optional<QString>> SystemReadings::readDefaultValue(QString domain, QString key,
-                                                                     PreferenceHost host) const {
-    const QStringList arguments = defaultsCommand(u"read"_s, domain, key, host);
-    const CommandResult result = co_await m_environment.runCommand(arguments, OutputCapture::Capture);
-    if (result.status != 0) {
-        co_return std::nullopt;
+namespace {
+
+/// What the output says, which counts only where the tool has succeeded.
+template <typename T>
+Reading<T> readingOf(const CommandResult& result, const std::function<std::optional<T>(const QString&)>& valueIn) {
+    if (!result.isAnswered) {
+        return Reading<T>::unanswered();
     }
-    co_return result.standardOutput.trimmed();
+    return Reading<T>::answered(result.status == 0 ? valueIn(result.standardOutput) : std::nullopt);
 }
 
-QCoro::Task<std::optional<QString>> SystemReadings::readPreference(const MacPreference& preference) const {
+} // namespace
+
+QCoro::Task<Reading<QString>> SystemReadings::readDefaultValue(QString domain, QString key, PreferenceHost host) const {
+    const CommandResult result = co_await ask(defaultsCommand(u"read"_s, domain, key, host));
+    co_return readingOf<QString>(result, [](const QString& output) { return output.trimmed(); });
+}
+
+QCoro::Task<Reading<QString>> SystemReadings::readPreference(const MacPreference& preference) const {
     const QString domain =
         preference.isNotificationCenters() ? notificationCenterPreferences() : preference.domain.toString();
     return readDefaultValue(domain, preference.key.toString(), preference.host);
 }
 
-QCoro::Task<PowerSettings> SystemReadings::readPowerSettings() const {
+QCoro::Task<Reading<PowerSettings>> SystemReadings::readPowerSettings() const {
     const QStringList arguments{u"/usr/bin/pmset"_s, u"-g"_s, u"custom"_s};
-    const CommandResult result = co_await m_environment.runCommand(arguments, OutputCapture::Capture);
-    if (result.status != 0) {
-        co_return PowerSettings();
-    }
-    co_return parsedPowerSettings(result.standardOutput);
+    const CommandResult result = co_await ask(arguments);
+    co_return readingOf<PowerSettings>(result, parsedPowerSettings);
 }
 
-QCoro::Task<std::optional<bool>> SystemReadings::readTimeMachineState() const {
+QCoro::Task<Reading<bool>> SystemReadings::readTimeMachineState() const {
     const QStringList arguments{u"/usr/bin/tmutil"_s, u"status"_s};
-    const CommandResult result = co_await m_environment.runCommand(arguments, OutputCapture::Capture);
-    if (result.status != 0) {
-        co_return std::nullopt;
-    }
-    co_return result.standardOutput.contains(u"Running = 1"_s);
+    const CommandResult result = co_await ask(arguments);
+    co_return readingOf<bool>(result, [](const QString& output) { return output.contains(u"Running = 1"_s); });
 }
 
-QCoro::Task<std::optional<bool>> SystemReadings::readSpotlightState() const {
+QCoro::Task<Reading<bool>> SystemReadings::readSpotlightState() const {
     const QStringList arguments{u"/usr/bin/mdutil"_s, u"-s"_s, u"/"_s};
-    const CommandResult result = co_await m_environment.runCommand(arguments, OutputCapture::Capture);
-    if (result.status != 0) {
-        co_return std::nullopt;
-    }
-    co_return result.standardOutput.toLower().contains(u"indexing enabled"_s);
+    const CommandResult result = co_await ask(arguments);
+    co_return readingOf<bool>(result,
+                              [](const QString& output) { return output.toLower().contains(u"indexing enabled"_s); });
+}
+
+QCoro::Task<CommandResult> SystemReadings::ask(QStringList arguments) const {
+    return m_environment.runCommand(std::move(arguments), OutputCapture::Capture);
 }
 
 QString SystemReadings::notificationCenterPreferences() const {

@@ -61,8 +61,8 @@ SystemManager::findSystemMatch(QList<UnifiedProfile> profiles, std::optional<QSt
     }
     const ApplyVerificationResult inForce =
         co_await verifyAppliedSettings(PerformanceSettings::fullSelection(), UnselectedTweaks::Ignored);
-    const bool isRestorationOff = co_await isAppRestorationOff();
-    const ApplyVerificationResult verification = defaultVerification(inForce, isRestorationOff);
+    const Reading<bool> isRestorationOff = co_await isAppRestorationOff();
+    const ApplyVerificationResult verification = defaultVerification(inForce, isRestorationOff.value == true);
     if (verification.failed.isEmpty()) {
         co_return SystemConfigurationMatch{UnifiedProfile::defaultProfile().name, MatchedConfigurationKind::builtinMode,
                                            verification};

@@ -8,19 +8,19 @@
 
 namespace quorvane {
 
-QCoro::Task<std::optional<QString>> SystemManager::readDefaultValue(QString domain, QString key, PreferenceHost host) {
+QCoro::Task<Reading<QString>> SystemManager::readDefaultValue(QString domain, QString key, PreferenceHost host) {
     return m_readings.readDefaultValue(std::move(domain), std::move(key), host);
 }
 
-QCoro::Task<PowerSettings> SystemManager::readPowerSettings() {
+QCoro::Task<Reading<PowerSettings>> SystemManager::readPowerSettings() {
     return m_readings.readPowerSettings();
 }
 
-QCoro::Task<std::optional<bool>> SystemManager::readTimeMachineState() {
+QCoro::Task<Reading<bool>> SystemManager::readTimeMachineState() {
     return m_readings.readTimeMachineState();
 }
 
-QCoro::Task<std::optional<bool>> SystemManager::readSpotlightState() {
+QCoro::Task<Reading<bool>> SystemManager::readSpotlightState() {
     return m_readings.readSpotlightState();
 }
 

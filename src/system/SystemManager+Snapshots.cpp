@@ -77,7 +77,8 @@ QCoro::Task<SystemSnapshot> SystemManager::readSystemSnapshot(std::optional<QStr
     const QList<LoginItem> items = co_await rawLoginItems();
     snapshot.loginItems = capturedLoginItems(items);
     snapshot.networkServicesEnabled = capturedServices(co_await readNetworkServices());
-    const PowerSettings power = co_await readPowerSettings();
+    const Reading<PowerSettings> powerReading = co_await readPowerSettings();
+    const PowerSettings power = powerReading.value.value_or(PowerSettings());
     snapshot.pmsetStandby = power.standby;
     snapshot.pmsetDisksleep = power.disksleep;
     snapshot.pmsetSleep = power.sleep;
@@ -85,10 +86,11 @@ QCoro::Task<SystemSnapshot> SystemManager::readSystemSnapshot(std::optional<QStr
     snapshot.id = QUuid::createUuid();
     snapshot.dateCreated = m_host.clock.now();
     for (const SnapshotPreference& preference : snapshotPreferences()) {
-        snapshot.*preference.value = co_await m_readings.readPreference(preference);
+        const Reading<QString> reading = co_await m_readings.readPreference(preference);
+        snapshot.*preference.value = reading.value;
     }
-    snapshot.timeMachineEnabled = co_await readTimeMachineState();
-    snapshot.spotlightIndexingEnabled = co_await readSpotlightState();
+    snapshot.timeMachineEnabled = (co_await readTimeMachineState()).value;
+    snapshot.spotlightIndexingEnabled = (co_await readSpotlightState()).value;
     co_return snapshot;
 }
 

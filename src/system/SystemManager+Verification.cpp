@@ -52,7 +52,8 @@ QCoro::Task<ApplyVerificationResult> SystemManager::verifyAppliedSettings(Perfor
         result.verified += clean.verified;
         result.failed += clean.failed;
     } else if (unselected == UnselectedTweaks::ExpectedRestored) {
-        addCheck(result, !co_await isAppRestorationOff(), u"Clean Reboot"_s, u"app restoration enabled"_s,
+        const Reading<bool> isOff = co_await isAppRestorationOff();
+        addCheck(result, isOff.value == false, u"Clean Reboot"_s, u"app restoration enabled"_s,
                  u"expected app restoration enabled"_s);
     }
     co_return result;
@@ -60,10 +61,11 @@ QCoro::Task<ApplyVerificationResult> SystemManager::verifyAppliedSettings(Perfor
 
 QCoro::Task<ApplyVerificationResult> SystemManager::verifyCleanReboot(CleanReboot cleanReboot) {
     ApplyVerificationResult result;
-    addCheck(result, co_await isAppRestorationOff(), u"Clean Reboot"_s, u"app restoration disabled"_s,
+    const Reading<bool> isOff = co_await isAppRestorationOff();
+    addCheck(result, isOff.value == true, u"Clean Reboot"_s, u"app restoration disabled"_s,
              u"expected app restoration disabled"_s);
-    const auto keepsWindows = co_await m_readings.readPreference(preference::kKeptWindows);
-    addCheck(result, isOffValue(keepsWindows), u"Clean Reboot windows"_s, u"window restoration disabled"_s,
+    const Reading<QString> keepsWindows = co_await m_readings.readPreference(preference::kKeptWindows);
+    addCheck(result, isOffValue(keepsWindows.value), u"Clean Reboot windows"_s, u"window restoration disabled"_s,
              u"expected window restoration disabled"_s);
     if (!cleanReboot.startup) {
         co_return result;
@@ -76,10 +78,14 @@ QCoro::Task<ApplyVerificationResult> SystemManager::verifyCleanReboot(CleanReboo
     co_return result;
 }
 
-QCoro::Task<bool> SystemManager::isAppRestorationOff() {
-    const auto savesState = co_await m_readings.readPreference(preference::kLogoutState);
-    const auto relaunchesApps = co_await m_readings.readPreference(preference::kLoginRelaunch);
-    co_return isOffValue(savesState) && isOffValue(relaunchesApps);
+/// Known when both preferences are.
+QCoro::Task<Reading<bool>> SystemManager::isAppRestorationOff() {
+    const Reading<QString> savesState = co_await m_readings.readPreference(preference::kLogoutState);
+    const Reading<QString> relaunchesApps = co_await m_readings.readPreference(preference::kLoginRelaunch);
+    if (!savesState.isAnswered || !relaunchesApps.isAnswered) {
+        co_return Reading<bool>::unanswered();
+    }
+    co_return Reading<bool>::answered(isOffValue(savesState.value) && isOffValue(relaunchesApps.value));
 }
 
 void SystemManager::logVerificationResult(const ApplyVerificationResult& result, const QString& section) {

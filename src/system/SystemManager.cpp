@@ -19,17 +19,24 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-CommandResult resultOf(const CommandOutcome& outcome) {
+/// What "/usr/bin/env" ends with when it can't start the tool, because it isn't there or can't be executed.
+bool tellsOfNoTool(int code) {
+    return code == 126 || code == 127;
+}
+
+CommandResult resultOf(const CommandOutcome& outcome, bool isQuitting) {
     constexpr int kSignalBase = 128; // as a shell counts it, so that no reader takes a killed tool for a success
     switch (outcome.ending) {
     case CommandOutcome::Ending::NotLaunched:
-        return {1, {}, outcome.launchError};
+        return {1, {}, outcome.launchError, false};
     case CommandOutcome::Ending::EndedBySignal:
-        return {kSignalBase + outcome.code, strictUtf8(outcome.standardOutput), strictUtf8(outcome.standardError)};
+        return {kSignalBase + outcome.code, strictUtf8(outcome.standardOutput), strictUtf8(outcome.standardError),
+                false};
     case CommandOutcome::Ending::Exited:
         break;
     }
-    return {outcome.code, strictUtf8(outcome.standardOutput), strictUtf8(outcome.standardError)};
+    const bool isAnswered = !isQuitting && !tellsOfNoTool(outcome.code);
+    return {outcome.code, strictUtf8(outcome.standardOutput), strictUtf8(outcome.standardError), isAnswered};
 }
 
 QString withoutOuterNewlines(const QString& text) {
@@ -98,7 +105,7 @@ QCoro::Task<CommandResult> SystemManager::runCommand(QStringList arguments, Outp
     };
     debug(u"\n[DEBUG] EXEC: "_s + arguments.join(u' '));
     const CommandOutcome outcome = co_await m_host.commands.run(std::move(arguments), capture);
-    CommandResult result = resultOf(outcome);
+    CommandResult result = resultOf(outcome, m_host.commands.isShutDown());
     if (outcome.ending == CommandOutcome::Ending::NotLaunched) {
         debug(u"  [EXC] Exception: "_s + result.standardError);
         co_return result;

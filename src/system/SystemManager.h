@@ -316,14 +316,14 @@ public:
 
     using PreferenceHost = quorvane::PreferenceHost;
     /// The value of a preference as the `defaults` tool prints it, trimmed; none when the key isn't set.
-    QCoro::Task<std::optional<QString>> readDefaultValue(QString domain, QString key,
-                                                         PreferenceHost host = PreferenceHost::Any);
-    QCoro::Task<PowerSettings> readPowerSettings();
+    QCoro::Task<Reading<QString>> readDefaultValue(QString domain, QString key,
+                                                   PreferenceHost host = PreferenceHost::Any);
+    QCoro::Task<Reading<PowerSettings>> readPowerSettings();
     /// True while a backup is running at this moment, whatever the automatic backups are set to; none when
     /// unknown.
-    QCoro::Task<std::optional<bool>> readTimeMachineState();
+    QCoro::Task<Reading<bool>> readTimeMachineState();
     /// True while the boot volume is indexed; none when unknown.
-    QCoro::Task<std::optional<bool>> readSpotlightState();
+    QCoro::Task<Reading<bool>> readSpotlightState();
 
     /// The path of Notification Center's per-host preferences, a domain for `readDefaultValue`.
     QString notificationCenterPreferences() const;
@@ -403,7 +403,7 @@ private:
     void logSkippedCacheItem(const QString& name);
 
     // SystemManager+Verification.cpp
-    QCoro::Task<bool> isAppRestorationOff();
+    QCoro::Task<Reading<bool>> isAppRestorationOff();
     QCoro::Task<ApplyVerificationResult> verifyCleanReboot(CleanReboot cleanReboot);
 
     // SystemManager+Matching.cpp

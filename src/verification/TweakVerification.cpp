@@ -64,24 +64,34 @@ QCoro::Task<ApplyVerificationResult> TweakVerification::run() {
         if (!selected && m_unselected == UnselectedTweaks::Ignored) {
             continue;
         }
+        m_isAnswered = true;
         const Verdict found = co_await (this->*row.check)(selected);
-        (found.holds ? result.verified : result.failed).append({row.name.toString(), found.detail});
+        if (found.holds && m_isAnswered) {
+            result.verified.append({row.name.toString(), found.verifiedDetail});
+        } else {
+            result.failed.append({row.name.toString(), found.failedDetail});
+        }
     }
     co_return result;
 }
 
-TweakVerification::Verdict TweakVerification::verdict(bool holds, const QString& verifiedDetail,
-                                                      const QString& failedDetail) {
-    return {holds, holds ? verifiedDetail : failedDetail};
+TweakVerification::Verdict TweakVerification::verdict(bool holds, const QString& detail) {
+    return {holds, detail, u"expected "_s + detail};
 }
 
-TweakVerification::Verdict TweakVerification::verdict(bool holds, const QString& detail) {
-    return verdict(holds, detail, u"expected "_s + detail);
+QCoro::Task<std::optional<QString>> TweakVerification::valueOf(MacPreference preference) {
+    const Reading<QString> reading = co_await m_readings.readPreference(preference);
+    co_return needed(reading);
+}
+
+/// What `pmset` has failed to tell is as good as not there.
+PowerSettings TweakVerification::power() {
+    return needed(m_power).value_or(PowerSettings());
 }
 
 QCoro::Task<TweakVerification::Verdict> TweakVerification::onePreference(MacPreference preference, bool selected,
                                                                          QString applied, QString restored) {
-    const auto value = co_await m_readings.readPreference(preference);
+    const auto value = co_await valueOf(preference);
     co_return selected ? verdict(isApplied(preference, value), applied)
                        : verdict(isRestored(preference, value), restored);
 }
@@ -92,12 +102,12 @@ QCoro::Task<TweakVerification::Verdict> TweakVerification::appNap(bool selected)
 
 QCoro::Task<TweakVerification::Verdict> TweakVerification::softwareUpdates(bool selected) {
     using namespace preference;
-    const auto download = co_await m_readings.readPreference(kUpdateDownload);
+    const auto download = co_await valueOf(kUpdateDownload);
     if (!selected) {
         co_return verdict(isRestored(kUpdateDownload, download), u"enabled"_s);
     }
-    const auto check = co_await m_readings.readPreference(kUpdateCheck);
-    const auto store = co_await m_readings.readPreference(kStoreUpdate);
+    const auto check = co_await valueOf(kUpdateCheck);
+    const auto store = co_await valueOf(kStoreUpdate);
     co_return verdict(isApplied(kUpdateDownload, download) && isApplied(kUpdateCheck, check) &&
                           isApplied(kStoreUpdate, store),
                       u"disabled"_s);
@@ -109,7 +119,7 @@ QCoro::Task<TweakVerification::Verdict> TweakVerification::notifications(bool se
 
 QCoro::Task<TweakVerification::Verdict> TweakVerification::siri(bool selected) {
     using namespace preference;
-    if (selected && isApplied(kSiriStatus, co_await m_readings.readPreference(kSiriStatus))) {
+    if (selected && isApplied(kSiriStatus, co_await valueOf(kSiriStatus))) {
         co_return verdict(true, u"disabled"_s);
     }
     co_return co_await onePreference(kAssistant, selected, u"disabled"_s, u"enabled"_s);
@@ -128,41 +138,42 @@ QCoro::Task<TweakVerification::Verdict> TweakVerification::airDrop(bool selected
 }
 
 QCoro::Task<TweakVerification::Verdict> TweakVerification::usbPower(bool selected) {
-    const bool neverSleeps = m_power.standby == u"0"_s && m_power.disksleep == u"0"_s && m_power.sleep == u"0"_s;
-    co_return selected ? verdict(neverSleeps, u"sleep disabled"_s, u"expected standby/disk/sleep at 0"_s)
-                       : verdict(!neverSleeps, u"standard sleep"_s, u"expected standard sleep values"_s);
+    const PowerSettings found = power();
+    const bool neverSleeps = found.standby == u"0"_s && found.disksleep == u"0"_s && found.sleep == u"0"_s;
+    co_return selected ? Verdict{neverSleeps, u"sleep disabled"_s, u"expected standby/disk/sleep at 0"_s}
+                       : Verdict{!neverSleeps, u"standard sleep"_s, u"expected standard sleep values"_s};
 }
 
 QCoro::Task<TweakVerification::Verdict> TweakVerification::motionSensor(bool selected) {
+    const PowerSettings found = power();
     if (selected) {
-        co_return verdict(m_power.sms == u"0"_s, u"disabled"_s, u"expected sms 0"_s);
+        co_return Verdict{found.sms == u"0"_s, u"disabled"_s, u"expected sms 0"_s};
     }
-    co_return verdict(m_power.sms == u"1"_s, u"enabled"_s,
-                      m_power.sms ? u"expected sms 1"_s : u"could not read pmset"_s);
+    co_return Verdict{found.sms == u"1"_s, u"enabled"_s, found.sms ? u"expected sms 1"_s : u"could not read pmset"_s};
 }
 
 QCoro::Task<TweakVerification::Verdict> TweakVerification::spotlight(bool selected) {
-    const std::optional<bool> indexes = co_await m_readings.readSpotlightState();
+    const std::optional<bool> indexes = needed(co_await m_readings.readSpotlightState());
     if (selected) {
-        co_return verdict(indexes == false, u"indexing off"_s, u"expected indexing off"_s);
+        co_return verdict(indexes == false, u"indexing off"_s);
     }
     if (indexes == true) {
-        co_return verdict(true, u"indexing on"_s, {});
+        co_return Verdict{true, u"indexing on"_s, u"could not read status"_s};
     }
-    const bool isKnown = (co_await m_readings.readSpotlightState()).has_value();
-    co_return verdict(false, {}, isKnown ? u"expected indexing on"_s : u"could not read status"_s);
+    const bool isKnown = (co_await m_readings.readSpotlightState()).value.has_value();
+    co_return Verdict{false, {}, isKnown ? u"expected indexing on"_s : u"could not read status"_s};
 }
 
 QCoro::Task<TweakVerification::Verdict> TweakVerification::timeMachine(bool selected) {
-    const std::optional<bool> isRunning = co_await m_readings.readTimeMachineState();
+    const std::optional<bool> isRunning = needed(co_await m_readings.readTimeMachineState());
     if (selected) {
-        co_return verdict(isRunning == false, u"disabled"_s, u"expected disabled"_s);
+        co_return verdict(isRunning == false, u"disabled"_s);
     }
     if (isRunning == true) {
-        co_return verdict(true, u"enabled"_s, {});
+        co_return Verdict{true, u"enabled"_s, u"could not read status"_s};
     }
-    const bool isKnown = (co_await m_readings.readTimeMachineState()).has_value();
-    co_return verdict(false, {}, isKnown ? u"expected enabled"_s : u"could not read status"_s);
+    const bool isKnown = (co_await m_readings.readTimeMachineState()).value.has_value();
+    co_return Verdict{false, {}, isKnown ? u"expected enabled"_s : u"could not read status"_s};
 }
 
 } // namespace quorvane

@@ -40,6 +40,22 @@ CommandOutcome ScriptedCommandLauncher::succeeded(const QByteArray& output) {
     return outcome;
 }
 
+QList<CommandOutcome> ScriptedCommandLauncher::unanswered() {
+    CommandOutcome cutOff = succeeded("1\n");
+    cutOff.ending = CommandOutcome::Ending::EndedBySignal;
+    cutOff.code = 9;
+    CommandOutcome killed = succeeded({});
+    killed.ending = CommandOutcome::Ending::EndedBySignal;
+    killed.code = 15;
+    CommandOutcome notLaunched;
+    notLaunched.launchError = u"Resource temporarily unavailable"_s;
+    CommandOutcome notFound = succeeded({});
+    notFound.code = 127;
+    CommandOutcome notExecutable = succeeded({});
+    notExecutable.code = 126;
+    return {cutOff, killed, notLaunched, notFound, notExecutable};
+}
+
 QFuture<CommandOutcome> ScriptedCommandLauncher::heldBack(const CommandOutcome& outcome) {
     auto& [promise, kept] = m_held.emplace_back(QPromise<CommandOutcome>(), outcome);
     promise.start();

@@ -58,6 +58,9 @@ public:
     std::function<std::optional<CommandOutcome>(const QStringList& arguments)> respond;
 
     static CommandOutcome succeeded(const QByteArray& output);
+    /// Each way in which a tool doesn't answer: ended by a signal, with and without output, not started, not found, not
+    /// executable.
+    static QList<CommandOutcome> unanswered();
 
 private:
     QFuture<CommandOutcome> heldBack(const CommandOutcome& outcome);

@@ -13,15 +13,15 @@ const QString kRead = u"/usr/bin/defaults read com.example.app key"_s;
 class Readings : public ScriptedSystem {
 protected:
     std::optional<QString> value(PreferenceHost place = PreferenceHost::Any) {
-        return QCoro::waitFor(system.readDefaultValue(u"com.example.app"_s, u"key"_s, place));
+        return QCoro::waitFor(system.readDefaultValue(u"com.example.app"_s, u"key"_s, place)).value;
     }
     std::optional<QString> valuePrinted(const QByteArray& output) {
         commands.print(kRead, output);
         return value();
     }
-    PowerSettings power() { return QCoro::waitFor(system.readPowerSettings()); }
-    std::optional<bool> timeMachine() { return QCoro::waitFor(system.readTimeMachineState()); }
-    std::optional<bool> spotlight() { return QCoro::waitFor(system.readSpotlightState()); }
+    std::optional<PowerSettings> power() { return QCoro::waitFor(system.readPowerSettings()).value; }
+    std::optional<bool> timeMachine() { return QCoro::waitFor(system.readTimeMachineState()).value; }
+    std::optional<bool> spotlight() { return QCoro::waitFor(system.readSpotlightState()).value; }
 };
 
 /// Some output with a status that says not to believe it.
@@ -63,6 +63,30 @@ TEST_F(Readings, aPreferenceThatCannotBeReadIsNone) {
     EXPECT_EQ(value(), std::nullopt);
 }
 
+// ---- No answer
+
+TEST_F(Readings, aToolThatDoesNotAnswerIsToldApartFromAMissingValue) {
+    const QStringList lines{kRead, u"/usr/bin/pmset -g custom"_s, u"/usr/bin/tmutil status"_s,
+                            u"/usr/bin/mdutil -s /"_s};
+    const auto answered = [this] {
+        return QList<bool>{QCoro::waitFor(system.readDefaultValue(u"com.example.app"_s, u"key"_s)).isAnswered,
+                           QCoro::waitFor(system.readPowerSettings()).isAnswered,
+                           QCoro::waitFor(system.readTimeMachineState()).isAnswered,
+                           QCoro::waitFor(system.readSpotlightState()).isAnswered};
+    };
+    for (const QString& line : lines) {
+        commands.fail(line, 1);
+    }
+    EXPECT_EQ(answered(), QList<bool>(4, true));
+    for (const CommandOutcome& outcome : ScriptedCommandLauncher::unanswered()) {
+        for (const QString& line : lines) {
+            commands.answer(line, outcome);
+        }
+        EXPECT_EQ(answered(), QList<bool>(4, false));
+        EXPECT_EQ(value(), std::nullopt);
+    }
+}
+
 // ---- Power
 
 TEST_F(Readings, powerSettingsComeFromPmset) {
@@ -73,7 +97,7 @@ TEST_F(Readings, powerSettingsComeFromPmset) {
 
 TEST_F(Readings, powerSettingsThatCannotBeReadAreNone) {
     commands.answer(u"/usr/bin/pmset -g custom"_s, failedWith("AC Power:\n standby  1\n sleep 0\n"));
-    EXPECT_EQ(power(), PowerSettings());
+    EXPECT_EQ(power(), std::nullopt);
 }
 
 // ---- Time Machine

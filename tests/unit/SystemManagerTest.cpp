@@ -87,6 +87,27 @@ TEST_F(SystemManagerTest, aLaunchFailureGivesStatusOneAndTheReason) {
     EXPECT_EQ(result.standardError, u"No such file or directory"_s);
 }
 
+TEST_F(SystemManagerTest, onlyAToolThatRanToItsOwnEndHasAnswered) {
+    EXPECT_TRUE(run({u"tool"_s}).isAnswered);
+    for (const int status : {0, 1, 125, 128, 255}) {
+        commands.fail(u"tool"_s, status);
+        EXPECT_TRUE(run({u"tool"_s}).isAnswered) << status;
+    }
+    for (const CommandOutcome& outcome : ScriptedCommandLauncher::unanswered()) {
+        commands.answer(u"tool"_s, outcome);
+        EXPECT_FALSE(run({u"tool"_s}).isAnswered) << static_cast<int>(outcome.ending) << ' ' << outcome.code;
+    }
+}
+
+TEST_F(SystemManagerTest, whatEndsAfterTheProgramBeganToQuitIsNoAnswer) {
+    commands.print(u"tool"_s, "half of it");
+    commands.hold();
+    const QCoro::Task<CommandResult> running = system.runCommand({u"tool"_s}, OutputCapture::Capture);
+    commands.shutDown();
+    commands.release();
+    EXPECT_FALSE(QCoro::waitFor(running).isAnswered);
+}
+
 TEST_F(SystemManagerTest, debugModeLogsTheCommandAndItsTrimmedOutput) {
     system.setDebugMode(true);
     CommandOutcome outcome = ScriptedCommandLauncher::succeeded("\n\n one\ntwo \n\n");

@@ -3,6 +3,8 @@
 
 #include "verification/ValueTests.h"
 
+#include <random>
+
 namespace quorvane {
 
 namespace {
@@ -254,6 +256,106 @@ TEST_F(Verification, theOneWayFormHasNoCleanRebootItem) {
     const auto result = verify({}, Unselected::Ignored);
     EXPECT_EQ(result, ApplyVerificationResult());
     EXPECT_EQ(trace, QStringList(u"$> /usr/bin/pmset -g custom"_s));
+}
+
+// ---- Tools that don't answer
+
+TEST_F(Verification, withoutAnAnswerEveryRowFailsWithItsOwnDetail) {
+    PerformanceSettings all = PerformanceSettings::fullSelection();
+    all.cleanReboot = true;
+    for (const CommandOutcome& outcome : ScriptedCommandLauncher::unanswered()) {
+        commands.respond = [&outcome](const QStringList&) { return outcome; };
+        EXPECT_EQ(verify(all, Unselected::Ignored),
+                  (ApplyVerificationResult{{},
+                                           {{u"App Nap"_s, u"expected disabled"_s},
+                                            {u"Software Updates"_s, u"expected disabled"_s},
+                                            {u"Notifications"_s, u"expected suppressed"_s},
+                                            {u"Siri"_s, u"expected disabled"_s},
+                                            {u"Crash Reporter"_s, u"expected disabled"_s},
+                                            {u"UI Sounds"_s, u"expected muted"_s},
+                                            {u"AirDrop"_s, u"expected disabled"_s},
+                                            {u"USB Power"_s, u"expected standby/disk/sleep at 0"_s},
+                                            {u"Motion Sensor"_s, u"expected sms 0"_s},
+                                            {u"Spotlight"_s, u"expected indexing off"_s},
+                                            {u"Time Machine"_s, u"expected disabled"_s},
+                                            {u"Clean Reboot"_s, u"expected app restoration disabled"_s},
+                                            {u"Clean Reboot windows"_s, u"expected window restoration disabled"_s}}}));
+        EXPECT_EQ(verify({}, Unselected::ExpectedRestored),
+                  (ApplyVerificationResult{{},
+                                           {{u"App Nap"_s, u"expected enabled"_s},
+                                            {u"Software Updates"_s, u"expected enabled"_s},
+                                            {u"Notifications"_s, u"expected enabled"_s},
+                                            {u"Siri"_s, u"expected enabled"_s},
+                                            {u"Crash Reporter"_s, u"expected enabled"_s},
+                                            {u"UI Sounds"_s, u"expected enabled"_s},
+                                            {u"AirDrop"_s, u"expected enabled"_s},
+                                            {u"USB Power"_s, u"expected standard sleep values"_s},
+                                            {u"Motion Sensor"_s, u"could not read pmset"_s},
+                                            {u"Spotlight"_s, u"could not read status"_s},
+                                            {u"Time Machine"_s, u"could not read status"_s},
+                                            {u"Clean Reboot"_s, u"expected app restoration enabled"_s}}}));
+    }
+}
+
+/// On Macs that are as they were asked to be, whatever the settings, any of the readings is missing: exactly the rows that
+/// need one of those aren't verified.
+TEST_F(Verification, noRowHoldsThatNeedsWhatWasNotRead) {
+    struct Row {
+        bool S::*setting;
+        QString name;
+        QMap<QString, QByteArray> applied;  ///< what is read, and its answer
+        QMap<QString, QByteArray> restored; ///< an empty answer is a key that isn't set
+    };
+    const QMap<QString, QByteArray> noRestoration{{reading::kLogoutState, "0"}, {reading::kLoginRelaunch, "0"}};
+    const QMap<QString, QByteArray> restoration{{reading::kLogoutState, {}}, {reading::kLoginRelaunch, {}}};
+    const QList<Row> rows{
+        {&S::appNap, u"App Nap"_s, {{reading::kAppNap, "1"}}, {{reading::kAppNap, {}}}},
+        {&S::updates,
+         u"Software Updates"_s,
+         {{reading::kUpdateDownload, {}}, {reading::kUpdateCheck, "0"}, {reading::kStoreUpdate, {}}},
+         {{reading::kUpdateDownload, {}}}},
+        {&S::notifications, u"Notifications"_s, {{reading::kDoNotDisturb, "1"}}, {{reading::kDoNotDisturb, {}}}},
+        {&S::siri, u"Siri"_s, {{reading::kSiri, {}}, {reading::kAssistant, {}}}, {{reading::kAssistant, {}}}},
+        {&S::crashReporter, u"Crash Reporter"_s, {{reading::kCrashReporter, "none"}}, {{reading::kCrashReporter, {}}}},
+        {&S::uiSounds, u"UI Sounds"_s, {{reading::kSounds, {}}}, {{reading::kSounds, {}}}},
+        {&S::airdrop, u"AirDrop"_s, {{reading::kAirDrop, "1"}}, {{reading::kAirDrop, {}}}},
+        {&S::spotlight,
+         u"Spotlight"_s,
+         {{reading::kSpotlight, "Indexing disabled."}},
+         {{reading::kSpotlight, "Indexing enabled."}}},
+        {&S::cleanReboot, u"Clean Reboot"_s, noRestoration, restoration},
+    };
+    std::mt19937 random(2217);
+    const auto chance = [&random](int of) { return std::uniform_int_distribution(1, of)(random) == 1; };
+    for (int round = 0; round < 300; ++round) {
+        PerformanceSettings settings;
+        QMap<QString, QByteArray> mac{{reading::kKeptWindows, "0"}};
+        for (const Row& row : rows) {
+            settings.*row.setting = chance(2);
+            mac.insert(settings.*row.setting ? row.applied : row.restored);
+        }
+        QSet<QString> missing;
+        for (const QString& line : mac.keys()) {
+            const QList<CommandOutcome> ways = ScriptedCommandLauncher::unanswered();
+            if (chance(5)) {
+                missing.insert(line);
+                commands.answer(line, ways.at(std::uniform_int_distribution<qsizetype>(0, ways.size() - 1)(random)));
+            } else if (mac.value(line).isEmpty()) {
+                commands.fail(line, 1);
+            } else {
+                commands.print(line, mac.value(line) + '\n');
+            }
+        }
+        const ApplyVerificationResult result = verify(settings, Unselected::ExpectedRestored);
+        for (const Row& row : rows) {
+            const QStringList needed = (settings.*row.setting ? row.applied : row.restored).keys();
+            const bool isRead = !missing.intersects(QSet<QString>(needed.begin(), needed.end()));
+            const QList<Item>& verified = result.verified;
+            EXPECT_EQ(isRead, std::any_of(verified.begin(), verified.end(),
+                                          [&row](const Item& item) { return item.name == row.name; }))
+                << row.name.toStdString() << " in round " << round;
+        }
+    }
 }
 
 // ---- Clean reboot
