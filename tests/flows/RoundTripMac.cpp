@@ -339,7 +339,7 @@ macsim::Json randomRoundTripMac(Draw& draw) {
 void changeWorld(const macsim::Mac& mac, Draw& draw) {
     const macsim::StateStore& state = mac.state();
     state.update("permissions", [&draw](Json& permissions) {
-        permissions["automation"]["System Events"] = !draw.oneIn(5);
+        permissions["automation"]["System Events"] = !draw.oneIn(3);
         permissions["fullDiskAccess"] = !draw.oneIn(5);
     });
     state.update("networkServices", [&draw](Json& services) {
@@ -364,6 +364,7 @@ UnifiedProfile randomRoundTripProfile(const macsim::Json& mac, Draw& draw) {
     UnifiedProfile profile;
     profile.id = QUuid::createUuid();
     profile.name = u"Random %1"_s.arg(draw.below(3));
+    profile.dateCreated = QDateTime(QDate(2026, 3, 14), QTime(20, 30), Qt::UTC);
     for (const TweakField& field : tweakFields()) {
         profile.settings.*field.isSelected = draw.oneIn(2);
     }
