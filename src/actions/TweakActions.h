@@ -31,7 +31,7 @@ public:
 
 private:
     QCoro::Task<std::optional<FoundBaseline>> foundForTheQuestion(Action& action);
-    QCoro::Task<ReviewPreview> preview(PerformanceSettings settings);
+    QCoro::Task<ReviewPreview> preview(PerformanceSettings settings, CleanReboot cleanReboot);
 
     ActionStage& m_stage;
     SystemManager& m_system;

@@ -23,6 +23,7 @@ public:
     /// The computer's name as its user sees it: "Alex's MacBook Pro"; empty when it has none.
     virtual QString computerName() const = 0;
     /// An id that this computer keeps for good, whatever its name is; no other has it. Empty where it can't be told.
+    /// On a Mac the platform's UUID.
     virtual QString hardwareId() const = 0;
     /// Of the real user, whatever rights the process has.
     virtual quint32 userId() const = 0;

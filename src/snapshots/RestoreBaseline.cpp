@@ -1,6 +1,7 @@
 #include "snapshots/RestoreBaseline.h"
 
 #include "core/Paths.h"
+#include "startup/items/StartupItem.h"
 
 #include <algorithm>
 
@@ -10,7 +11,7 @@ namespace {
 
 /// An item of which macOS didn't find the file is known by its name.
 bool isCapturedItemOf(const LoginItemSnapshot& item, const QString& path) {
-    return item.path.startsWith(u'/') ? withoutFinalSlashes(item.path) == withoutFinalSlashes(path)
+    return item.path.startsWith(u'/') ? comparablePath(item.path) == comparablePath(path)
                                       : item.name == nameInPath(path);
 }
 

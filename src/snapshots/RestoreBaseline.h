@@ -47,7 +47,6 @@ QSet<QString> startupAppsThatGo(const QSet<QString>& managed, const QSet<QString
 struct RestoreOutcome {
     bool succeeded = false;
     RestoreSource source = RestoreSource::StandardDefaults;
-    bool hasSnapshotFile = false; ///< a local snapshot's file is there, whether or not it was the source
 
     bool operator==(const RestoreOutcome&) const = default;
 };

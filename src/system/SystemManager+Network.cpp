@@ -22,23 +22,6 @@ QCoro::Task<QStringList> SystemManager::listNetworkServices() {
     co_return names.value_or(QStringList());
 }
 
-QCoro::Task<QList<NetworkServiceState>> SystemManager::readNetworkServices() {
-    const QString tool = u"/usr/sbin/networksetup"_s;
-    const std::optional<QStringList> names = co_await networkServiceNames(tool);
-    QList<NetworkServiceState> services;
-    for (const QString& name : names.value_or(QStringList())) {
-        const QStringList query{tool, u"-getnetworkserviceenabled"_s, name};
-        const CommandResult state = co_await runCommand(query, OutputCapture::Capture);
-        NetworkServiceState service{name, std::nullopt};
-        const QString text = state.standardOutput.toLower();
-        if (state.status == 0 && (text.contains(u"enabled"_s) || text.contains(u"disabled"_s))) {
-            service.isEnabled = text.contains(u"enabled"_s);
-        }
-        services.append(service);
-    }
-    co_return services;
-}
-
 /// The lines that switch every service; none, with a line in the log, when no service is found.
 QCoro::Task<QStringList> SystemManager::networkSwitchCommands(NetworkSwitch position) {
     const QStringList names = co_await listNetworkServices();
@@ -67,7 +50,7 @@ QCoro::Task<bool> SystemManager::disableAllNetworkConnections() {
         co_return false;
     }
     log(u"  [APPLIED] All network connections disabled."_s);
-    co_return true;
+    co_return !isQuitting();
 }
 
 } // namespace quorvane

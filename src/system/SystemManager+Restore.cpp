@@ -49,12 +49,14 @@ QCoro::Task<std::optional<RestoreBaseline>> SystemManager::selectRestoreBaseline
             log(u"  [INFO] This baseline was saved on %1."_s.arg(baseline->otherMac));
         }
     }
-    co_return std::as_const(baseline);
+    co_return baseline;
 }
 
 QCoro::Task<bool> SystemManager::restoreFromSnapshot(SystemSnapshot snapshot) {
+    m_lastApplyVerification.reset();
     co_await runTweakSteps(restoreSteps(snapshot, notificationCenterPreferences()));
-    const QStringList systemCommands = restoreSystemCommands(snapshot);
+    const QStringList systemCommands =
+        co_await effectiveCommands(restoreSystemCommands(snapshot), BackupSwitch::OfWayBack);
     if (!systemCommands.isEmpty()) {
         log(u"  [ACTION] Requesting Admin rights to restore captured system settings..."_s);
         const CommandResult result = co_await m_adminBatch->runTolerantly(systemCommands, kSystemChangesPrompt);
@@ -63,14 +65,9 @@ QCoro::Task<bool> SystemManager::restoreFromSnapshot(SystemSnapshot snapshot) {
             co_return false;
         }
     }
-    if (snapshot.timeMachineEnabled == false) {
-        log(u"  [INFO] Time Machine stays off: no backup was running when these settings were saved. Turn it on in "
-            u"System "
-            "Settings."_s);
-    }
     log(u"  [RESTORED] System snapshot applied."_s);
     log(u"\nRestore Complete! (Restart your Mac for full effect.)"_s);
-    co_return true;
+    co_return !isQuitting();
 }
 
 /// Adds what is missing; what has come since stays.
@@ -81,14 +78,14 @@ QCoro::Task<void> SystemManager::restoreLoginItems(SystemSnapshot snapshot) {
     m_loginItems->drop();
     QSet<QString> present;
     for (const LoginItem& item : co_await rawLoginItems()) {
-        present.insert(item.path);
+        present.insert(comparablePath(item.path));
     }
     int count = 0;
     for (const LoginItemSnapshot& item : *snapshot.loginItems) {
-        if (present.contains(item.path)) {
+        if (present.contains(comparablePath(item.path))) {
             continue;
         }
-        if (!item.path.startsWith(u'/')) { // "missing value", or a name's tail behind a "|"
+        if (!item.path.startsWith(u'/')) { // none was known, or a name's tail behind a "|" stands there
             log(u"  [INFO] Login item can't be added again, its file isn't known: "_s + item.name);
             continue;
         }
@@ -146,6 +143,7 @@ QCoro::Task<bool> SystemManager::settleNetworkServices(QMap<QString, bool> switc
 
 QCoro::Task<RestoreOutcome> SystemManager::revertPerformanceTweaks(std::optional<FoundBaseline> found) {
     RestoreOutcome outcome;
+    m_lastApplyVerification.reset();
     beginAdminBatch();
     const std::optional<RestoreBaseline> baseline = co_await selectRestoreBaseline(std::move(found));
     bool isRestored = false;
@@ -158,13 +156,16 @@ QCoro::Task<RestoreOutcome> SystemManager::revertPerformanceTweaks(std::optional
     }
     const bool isFinished =
         co_await finishAdminBatch(u"Quorvane needs your administrator password to restore performance tweaks."_s);
+    if (isFinished) {
+        co_await lookAtRestoredBackups(baseline ? baseline->snapshot.timeMachineEnabled : std::nullopt);
+    }
     outcome.succeeded = isRestored && isFinished;
-    outcome.hasSnapshotFile = snapshotManager().hasSnapshotFile();
     co_return outcome;
 }
 
 QCoro::Task<RestoreOutcome> SystemManager::reinstateSystem(std::optional<FoundBaseline> found) {
     RestoreOutcome outcome;
+    m_lastApplyVerification.reset();
     beginAdminBatch();
     const std::optional<RestoreBaseline> baseline = co_await selectRestoreBaseline(std::move(found));
     if (baseline) {
@@ -175,9 +176,11 @@ QCoro::Task<RestoreOutcome> SystemManager::reinstateSystem(std::optional<FoundBa
         const bool isRestored = co_await undoPerformanceTweaks();
         const bool isFinished =
             co_await finishAdminBatch(u"Quorvane needs your administrator password to restore system defaults."_s);
+        if (isFinished) {
+            co_await lookAtRestoredBackups(std::nullopt);
+        }
         outcome.succeeded = isRestored && isFinished;
     }
-    outcome.hasSnapshotFile = snapshotManager().hasSnapshotFile();
     invalidateStartupCaches();
     co_return outcome;
 }
@@ -194,10 +197,12 @@ QCoro::Task<bool> SystemManager::reinstateFromSnapshot(SystemSnapshot snapshot) 
         co_await finishAdminBatch(u"Quorvane needs your administrator password to restore your system."_s);
     co_await settleKeptLaunchItems();
     bool hasNetwork = services.has_value();
-    if (isFinished && hasNetwork) {
-        hasNetwork = co_await settleNetworkServices(*services);
+    if (isFinished) {
+        const bool isSettled = co_await settleNetworkServices(services.value_or(QMap<QString, bool>()));
+        hasNetwork = hasNetwork && isSettled;
+        co_await lookAtRestoredBackups(snapshot.timeMachineEnabled);
     }
-    const bool succeeded = isRestored && hasNetwork && isFinished;
+    const bool succeeded = isRestored && hasNetwork && isFinished && !isQuitting();
     co_return succeeded;
 }
 
