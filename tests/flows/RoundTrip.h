@@ -7,6 +7,7 @@
 
 #include <QList>
 #include <QMap>
+#include <QSet>
 #include <QString>
 
 namespace quorvane {
@@ -22,6 +23,7 @@ struct RoundTrip {                 // NOLINT(bugprone-exception-escape): the JSO
     bool isOneWay = false;         ///< only the tweaks were applied, and only those that are selected
     WayBack wayBack = WayBack::Reinstate;
     QMap<QString, QString> itemsAtReturn; ///< the login items before the way back, by their keys
+    QSet<QString> managedAtReturn;        ///< what the program has put among them, as far as it knows
     bool mayAskSystemEvents = true;       ///< at the capture and on the way back
     bool mayChangeBackups = true;         ///< the program has Full Disk Access from the capture to the way back
 };

@@ -422,10 +422,13 @@ bool isLoginItemAfterRevert(const Difference& difference, const RoundTrip& trip)
     const auto atReturn = trip.itemsAtReturn.constFind(difference.key);
     const bool isLeft =
         difference.after == (atReturn == trip.itemsAtReturn.constEnd() ? std::nullopt : std::optional(*atReturn));
-    const QList<LoginItemSnapshot> captured = trip.snapshot.loginItems.value_or(QList<LoginItemSnapshot>());
-    const bool isUsersOwn = std::any_of(captured.begin(), captured.end(),
-                                        [&path](const LoginItemSnapshot& item) { return item.path == *path; });
-    return isLeft || (!difference.after && !isUsersOwn);
+    if (isLeft || difference.after) {
+        return isLeft;
+    }
+    const auto& captured = trip.snapshot.loginItems;
+    return captured ? std::none_of(captured->begin(), captured->end(),
+                                   [&path](const LoginItemSnapshot& item) { return item.path == *path; })
+                    : trip.managedAtReturn.contains(comparablePath(*path));
 }
 
 bool isItemThatCouldNotBeAskedFor(const Difference& difference, const RoundTrip& trip) {

@@ -216,6 +216,7 @@ private:
         start();
         m_trip.wayBack = m_draw.oneIn(2) ? WayBack::Revert : WayBack::Reinstate;
         m_trip.itemsAtReturn = look().items();
+        m_trip.managedAtReturn = m_system->managedStartupAppPaths();
         EXPECT_TRUE(QCoro::waitFor(way()).succeeded);
     }
     QCoro::Task<RestoreOutcome> way() {
