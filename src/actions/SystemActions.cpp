@@ -58,7 +58,9 @@ QCoro::Task<ActionOutcome> SystemActions::reinstate(ActionListener& listener) {
         if (!co_await action.passesGate(u"reinstate the system"_s)) {
             co_return;
         }
-        const std::optional<Alert> question = co_await questionBeforeReinstating(action);
+        const std::optional<FoundBaseline> found = co_await foundForTheQuestion(action);
+        const std::optional<Alert> question =
+            found ? std::optional(reinstateQuestion(found->baseline.has_value())) : std::nullopt;
         if (!co_await action.isAgreedTo(question)) {
             co_return;
         }
@@ -66,7 +68,7 @@ QCoro::Task<ActionOutcome> SystemActions::reinstate(ActionListener& listener) {
         {
             const Turnstile::Hold busy =
                 action.carryingOut(u"Reinstating system…"_s, {.match = true, .startupItems = true});
-            restore = co_await m_system.reinstateWholeSystem();
+            restore = co_await m_system.reinstateWholeSystem(found);
         }
         action.outcome.restore = restore;
         action.outcome.succeeded = restore.succeeded;
@@ -75,14 +77,13 @@ QCoro::Task<ActionOutcome> SystemActions::reinstate(ActionListener& listener) {
 }
 
 /// None where nobody is there to be asked: it isn't looked for a baseline then.
-QCoro::Task<std::optional<Alert>> SystemActions::questionBeforeReinstating(Action& action) {
-    std::optional<Alert> question;
+QCoro::Task<std::optional<FoundBaseline>> SystemActions::foundForTheQuestion(Action& action) {
+    std::optional<FoundBaseline> found;
     if (action.asks()) {
         const Turnstile::Hold busy = action.waiting();
-        const bool hasBaseline = co_await m_system.hasRestoreBaseline();
-        question = reinstateQuestion(hasBaseline);
+        found = co_await m_system.findRestoreBaseline();
     }
-    co_return question;
+    co_return found;
 }
 
 QCoro::Task<ActionOutcome> SystemActions::applyStartup(const StartupConfiguration& configuration,

@@ -31,7 +31,7 @@ public:
 
 private:
     std::optional<Alert> questionBeforeSnapshot() const;
-    QCoro::Task<std::optional<Alert>> questionBeforeReinstating(Action& action);
+    QCoro::Task<std::optional<FoundBaseline>> foundForTheQuestion(Action& action);
     QCoro::Task<ReviewPreview> preview(StartupConfiguration configuration);
 
     ActionStage& m_stage;

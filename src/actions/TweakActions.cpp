@@ -47,14 +47,16 @@ QCoro::Task<ActionOutcome> TweakActions::undo(ActionListener& listener) {
         if (!co_await action.passesGate(kRevertActivity)) {
             co_return;
         }
-        const std::optional<Alert> question = co_await questionBeforeUndo(action);
+        const std::optional<FoundBaseline> found = co_await foundForTheQuestion(action);
+        const std::optional<Alert> question =
+            found ? std::optional(undoQuestion(found->baseline.has_value())) : std::nullopt;
         if (!co_await action.isAgreedTo(question)) {
             co_return;
         }
         RestoreOutcome restore;
         {
             const Turnstile::Hold busy = action.carryingOut(kReverting, {.match = true});
-            restore = co_await m_system.undoTweaks();
+            restore = co_await m_system.undoTweaks(found);
         }
         action.outcome.restore = restore;
         action.outcome.succeeded = restore.succeeded;
@@ -63,13 +65,12 @@ QCoro::Task<ActionOutcome> TweakActions::undo(ActionListener& listener) {
 }
 
 /// None where nobody is there to be asked: it isn't looked for a baseline then.
-QCoro::Task<std::optional<Alert>> TweakActions::questionBeforeUndo(Action& action) {
-    std::optional<Alert> question;
+QCoro::Task<std::optional<FoundBaseline>> TweakActions::foundForTheQuestion(Action& action) {
+    std::optional<FoundBaseline> found;
     if (action.asks()) {
-        const bool hasBaseline = co_await m_system.hasRestoreBaseline();
-        question = undoQuestion(hasBaseline);
+        found = co_await m_system.findRestoreBaseline();
     }
-    co_return question;
+    co_return found;
 }
 
 QCoro::Task<ActionOutcome> TweakActions::revertAll(ActionListener& listener) {

@@ -12,6 +12,7 @@ namespace quorvane {
 class Action;
 class ActionStage;
 class SystemManager;
+struct FoundBaseline;
 
 /// What a user does with the tweaks alone.
 class TweakActions {
@@ -29,7 +30,7 @@ public:
     QCoro::Task<ActionOutcome> revertAll(ActionListener& listener);
 
 private:
-    QCoro::Task<std::optional<Alert>> questionBeforeUndo(Action& action);
+    QCoro::Task<std::optional<FoundBaseline>> foundForTheQuestion(Action& action);
     QCoro::Task<ReviewPreview> preview(PerformanceSettings settings, CleanReboot cleanReboot);
 
     ActionStage& m_stage;

@@ -2,6 +2,7 @@
 
 #include "core/AdminScript.h"
 #include "core/FlowEnvironment.h"
+#include "core/OneLine.h"
 #include "platform/ScriptEngine.h"
 
 #include <QCoroFuture>
@@ -49,7 +50,7 @@ AdminBatch::AdminBatch(FlowEnvironment& environment, ScriptEngine& scripts)
     , m_scripts(scripts) {}
 
 QCoro::Task<CommandResult> AdminBatch::execute(QString script, QString prompt) {
-    const QString shownPrompt = m_hasAuthorization ? kNeutralPrompt : prompt;
+    const QString shownPrompt = m_hasAuthorization ? kNeutralPrompt : onOneLine(prompt);
     if (const std::optional<QString> refusal = refusalOf(script, shownPrompt)) {
         co_return CommandResult{1, {}, *refusal};
     }

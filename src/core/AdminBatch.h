@@ -24,7 +24,7 @@ public:
     AdminBatch(FlowEnvironment& environment, ScriptEngine& scripts);
 
     /// Runs one shell line at once, whether a batch is open or not.
-    /// @param prompt  shown to the user; replaced by a neutral text once the last run of this process has succeeded,
+    /// @param prompt  shown to the user on one line; replaced by a neutral text once the last run of this process has succeeded,
     ///                because the system may then hold the authorization. One that holds a double quote fails the run
     ///                before the script engine sees it, and so does a line of more than 200,000 bytes.
     /// @return status 0 and the script's text; or 1 with the system's message: a cancel is a failure like any other
@@ -39,7 +39,8 @@ public:
 
     bool isOpen() const { return m_depth > 0; }
     int depth() const { return m_depth; }
-    /// Batches nest; what the inner one queues joins what the outer one has queued.
+    /// Batches nest; what the inner one queues joins what the outer one has queued. The first begins empty: what was queued
+    /// while none was open is dropped.
     void begin();
     /// What waits for the batch to run.
     OpenBatch& open() { return m_open; }
@@ -48,7 +49,7 @@ public:
     enum class Flush { NothingQueued, Done, Failed };
     /// Runs what was queued as one line. A failure is in the log.
     QCoro::Task<Flush> flush(QString prompt);
-    /// Closes the batch, whatever became of its line.
+    /// Closes the batch, whatever became of its line; does nothing where none is open.
     void close();
     /// The places to which the batch that was closed last brought launch plists back; given once.
     QStringList takePlistsBroughtBack();

@@ -6,11 +6,21 @@ namespace quorvane {
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+const QString kRootsOwnPath = u"PATH=/usr/bin:/bin:/usr/sbin:/sbin; export PATH; "_s;
+
+} // namespace
+
+QString withoutStatus(const QString& command) {
+    return command + u" || true"_s;
+}
+
 QStringList makeAdminCommandsTolerant(const QStringList& commands) {
     QStringList tolerant;
     for (const QString& command : commands) {
         const bool mayFail = command.contains(u"mdutil"_s) || command.contains(u"tmutil"_s);
-        tolerant.append(mayFail ? command + u" || true"_s : command);
+        tolerant.append(mayFail ? withoutStatus(command) : command);
     }
     return tolerant;
 }
@@ -20,8 +30,8 @@ QString joinedAdminCommands(const QStringList& commands) {
 }
 
 QString adminScriptSource(const QString& shellLine, const QString& prompt) {
-    return u"do shell script \""_s + appleScriptText(shellLine) + u"\" with prompt \""_s + appleScriptText(prompt) +
-           u"\" with administrator privileges"_s;
+    return u"do shell script \""_s + appleScriptText(kRootsOwnPath + shellLine) + u"\" with prompt \""_s +
+           appleScriptText(prompt) + u"\" with administrator privileges"_s;
 }
 
 } // namespace quorvane

@@ -31,6 +31,17 @@ QStringList parsedNetworkServices(const QString& listing) {
     return names;
 }
 
+QStringList servicesNotAsCaptured(const QMap<QString, bool>& captured, const QList<NetworkServiceState>& services) {
+    QMap<QString, bool> missed = captured;
+    for (const NetworkServiceState& service : services) {
+        const auto wanted = captured.constFind(service.name);
+        if (wanted != captured.constEnd() && service.isEnabled == *wanted) {
+            missed.remove(service.name);
+        }
+    }
+    return missed.keys();
+}
+
 QString networkServiceCommand(const QString& name, NetworkSwitch position) {
     return u"networksetup -setnetworkserviceenabled %1 %2"_s.arg(shellQuoted(name),
                                                                  position == NetworkSwitch::Off ? u"off"_s : u"on"_s);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QList>
+#include <QMap>
 #include <QString>
 #include <QStringList>
 
@@ -19,6 +20,9 @@ struct NetworkServiceState {
 /// The names that `networksetup -listallnetworkservices` prints, disabled services included. Its first line, which
 /// explains the asterisk before a disabled service, is no name.
 QStringList parsedNetworkServices(const QString& listing);
+
+/// The names of captured services that aren't as they were captured: off, on, unread or gone.
+QStringList servicesNotAsCaptured(const QMap<QString, bool>& captured, const QList<NetworkServiceState>& services);
 
 enum class NetworkSwitch { Off, On };
 /// The shell line that switches a service.

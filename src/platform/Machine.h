@@ -22,6 +22,9 @@ public:
     virtual QString temporaryFolder() const = 0;
     /// The computer's name as its user sees it: "Alex's MacBook Pro"; empty when it has none.
     virtual QString computerName() const = 0;
+    /// An id that this computer keeps for good, whatever its name is; no other has it. Empty where it can't be told.
+    /// On a Mac the platform's UUID.
+    virtual QString hardwareId() const = 0;
     /// Of the real user, whatever rights the process has.
     virtual quint32 userId() const = 0;
     /// A moment as the user writes it, in their language and time zone: the date in medium, the time in short length.

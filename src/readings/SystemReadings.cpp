@@ -122,7 +122,7 @@ QCoro::Task<QList<NetworkServiceState>> SystemReadings::readNetworkServices() co
         co_return services;
     }
     for (const QString& name : parsedNetworkServices(list.standardOutput)) {
-        const QStringList query{tool, u"-getnetworkserviceenabled"_s, QString(name).replace(u'\'', u"'\\''"_s)};
+        const QStringList query{tool, u"-getnetworkserviceenabled"_s, name};
         const CommandResult state = co_await ask(query);
         NetworkServiceState service{name, std::nullopt};
         const QString text = state.standardOutput.toLower();

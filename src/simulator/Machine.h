@@ -12,8 +12,9 @@ struct Machine {
     QString userName = QStringLiteral("alex");
     int userId = 501;
     QString computerName = QStringLiteral("MacBook");
-    QString hardwareUuid = QStringLiteral("00000000-0000-1000-8000-000000000000"); ///< names the per-host preferences
-    QString systemVersion = QStringLiteral("14.7");                                ///< "14.7", "26.1"
+    QString hardwareUuid =
+        QStringLiteral("00000000-0000-1000-8000-000000000000"); ///< the computer's own; names the per-host preferences
+    QString systemVersion = QStringLiteral("14.7");             ///< "14.7", "26.1"
     QString model = QStringLiteral("MacBookPro");
     bool caseSensitiveVolume = false; ///< a Mac's volume usually ignores case, and keeps it
 };

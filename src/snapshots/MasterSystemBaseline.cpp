@@ -21,14 +21,43 @@ MasterSystemBaselineError::MasterSystemBaselineError(Code code, const QString& t
     : m_code(code)
     , m_text(errorText(code, text).toUtf8()) {}
 
-MasterSystemBaseline masterBaselineOf(const SystemSnapshot& snapshot, const QString& deviceName,
+MasterSystemBaseline masterBaselineOf(const SystemSnapshot& snapshot, const MacIdentity& mac,
                                       const std::optional<QString>& label) {
     MasterSystemBaseline baseline;
     baseline.capturedAt = snapshot.dateCreated;
-    baseline.deviceName = deviceName;
+    baseline.deviceName = mac.name;
+    baseline.deviceId = mac.id;
     baseline.label = label ? label : snapshot.label;
     baseline.snapshot = snapshot;
     return baseline;
+}
+
+BaselineOrigin originOf(const MasterSystemBaseline& baseline, const MacIdentity& mac) {
+    if (baseline.deviceId && mac.id) {
+        return baseline.deviceId == mac.id ? BaselineOrigin::ThisMac : BaselineOrigin::AnotherMac;
+    }
+    return baseline.deviceName == mac.name ? BaselineOrigin::SameName : BaselineOrigin::AnotherMac;
+}
+
+std::optional<LatestBaseline> latestBaseline(const std::optional<MasterSystemBaseline>& inCloud,
+                                             const std::optional<MasterSystemBaseline>& atHome,
+                                             const MacIdentity& mac) {
+    const auto origin = [&mac](const std::optional<MasterSystemBaseline>& baseline) {
+        return baseline ? std::optional(originOf(*baseline, mac)) : std::nullopt;
+    };
+    if (origin(inCloud) == BaselineOrigin::ThisMac) {
+        return LatestBaseline{*inCloud, BaselinePlace::ICloud, false};
+    }
+    if (atHome && origin(atHome) != BaselineOrigin::AnotherMac) {
+        return LatestBaseline{*atHome, BaselinePlace::HomeFolder, false};
+    }
+    if (origin(inCloud) == BaselineOrigin::SameName) {
+        return LatestBaseline{*inCloud, BaselinePlace::ICloud, false};
+    }
+    if (atHome) {
+        return LatestBaseline{*atHome, BaselinePlace::HomeFolder, true};
+    }
+    return inCloud ? std::optional(LatestBaseline{*inCloud, BaselinePlace::ICloud, true}) : std::nullopt;
 }
 
 QByteArray encodeMasterBaseline(const MasterSystemBaseline& baseline) {
@@ -36,6 +65,7 @@ QByteArray encodeMasterBaseline(const MasterSystemBaseline& baseline) {
     appendMember(object, "formatVersion", encodeJson(baseline.formatVersion));
     appendMember(object, "capturedAt", encodeJson(baseline.capturedAt));
     appendMember(object, "deviceName", encodeJson(baseline.deviceName));
+    appendOptionalMember(object, "deviceId", baseline.deviceId);
     appendOptionalMember(object, "label", baseline.label);
     appendMember(object, "snapshot", encodeJson(baseline.snapshot));
     return sortedJsonText(object);
@@ -48,6 +78,7 @@ MasterSystemBaseline decodeMasterBaseline(const QByteArray& bytes) {
         baseline.formatVersion = requiredMember<int>(object, "formatVersion");
         baseline.capturedAt = requiredMember<QDateTime>(object, "capturedAt");
         baseline.deviceName = requiredMember<QString>(object, "deviceName");
+        baseline.deviceId = optionalMember<QString>(object, "deviceId");
         baseline.label = optionalMember<QString>(object, "label");
         baseline.snapshot = requiredMember<SystemSnapshot>(object, "snapshot");
         return baseline;

@@ -50,6 +50,11 @@ MasterSystemBaselineManager::MasterSystemBaselineManager(FileManager& files, Clo
     , m_machine(machine)
     , m_cloudFiles(files, cloud, clock, u"SystemBaselines"_s, u"Could not create the iCloud baseline file."_s) {}
 
+MacIdentity MasterSystemBaselineManager::thisMac() const {
+    const QString id = m_machine.hardwareId();
+    return {deviceNameOf(m_machine.computerName()), id.isEmpty() ? std::nullopt : std::optional(id)};
+}
+
 QString MasterSystemBaselineManager::localFolder() const {
     const QString folder = m_machine.homeFolder() + u"/.quorvane"_s;
     try {
@@ -80,8 +85,7 @@ QCoro::Task<bool> MasterSystemBaselineManager::hasMasterBaseline() {
 
 QCoro::Task<QString> MasterSystemBaselineManager::archiveMasterBaseline(SystemSnapshot snapshot,
                                                                         std::optional<QString> label) {
-    const QString deviceName = deviceNameOf(m_machine.computerName());
-    const MasterSystemBaseline baseline = masterBaselineOf(snapshot, deviceName, label);
+    const MasterSystemBaseline baseline = masterBaselineOf(snapshot, thisMac(), label);
     const QByteArray bytes = encoded(baseline);
     const QString archiveName = masterBaselineArchiveName(baseline);
     writeToHome(bytes, archiveName);
@@ -113,19 +117,14 @@ QCoro::Task<void> MasterSystemBaselineManager::writeToCloud(QByteArray bytes, QS
     }
 }
 
-QCoro::Task<std::optional<MasterSystemBaselineManager::Latest>>
-MasterSystemBaselineManager::loadLatestMasterBaseline() {
+QCoro::Task<std::optional<LatestBaseline>> MasterSystemBaselineManager::loadLatestMasterBaseline() {
+    std::optional<MasterSystemBaseline> inCloud;
     const std::optional<QString> cloud = co_await m_cloudFiles.folder();
     if (cloud) {
         co_await m_cloudFiles.download(currentFile(*cloud)); // an older content will do where the newest doesn't come
-        if (const auto baseline = baselineIn(*cloud)) {
-            co_return Latest{*baseline, BaselinePlace::ICloud};
-        }
+        inCloud = baselineIn(*cloud);
     }
-    if (const auto baseline = baselineIn(localFolder())) {
-        co_return Latest{*baseline, BaselinePlace::HomeFolder};
-    }
-    co_return std::nullopt;
+    co_return latestBaseline(inCloud, baselineIn(localFolder()), thisMac());
 }
 
 /// None for a current file that is missing, can't be read or can't be decoded.

@@ -35,14 +35,11 @@ public:
     /// @return the archive's file name. The task throws MasterSystemBaselineError, writeFailed.
     QCoro::Task<QString> archiveMasterBaseline(SystemSnapshot snapshot, std::optional<QString> label);
 
-    struct Latest {
-        MasterSystemBaseline baseline;
-        BaselinePlace place;
-    };
-    /// The current baseline: iCloud's, downloaded first if need be, else the one at home. None where neither can be read.
-    QCoro::Task<std::optional<Latest>> loadLatestMasterBaseline();
+    /// The current baseline that serves this Mac; iCloud's is downloaded first if need be. None where neither can be read.
+    QCoro::Task<std::optional<LatestBaseline>> loadLatestMasterBaseline();
 
 private:
+    MacIdentity thisMac() const;
     QString localFolder() const;
     QCoro::Task<bool> currentFileExists();
     QCoro::Task<void> writeToCloud(QByteArray bytes, QString path);

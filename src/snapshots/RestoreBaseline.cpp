@@ -1,16 +1,48 @@
 #include "snapshots/RestoreBaseline.h"
 
+#include "core/Paths.h"
+#include "startup/items/StartupItem.h"
+
+#include <algorithm>
+
 namespace quorvane {
 
+namespace {
+
+/// An item of which macOS didn't find the file is known by its name.
+bool isCapturedItemOf(const LoginItemSnapshot& item, const QString& path) {
+    return item.path.startsWith(u'/') ? comparablePath(item.path) == comparablePath(path)
+                                      : item.name == nameInPath(path);
+}
+
+} // namespace
+
 std::optional<RestoreBaseline> chosenRestoreBaseline(const std::optional<SystemSnapshot>& local,
-                                                     const std::optional<MasterSystemBaseline>& master) {
-    if (master && (!local || master->snapshot.dateCreated > local->dateCreated)) {
-        return RestoreBaseline{master->snapshot, RestoreSource::Baseline, local.has_value(), master->deviceName};
+                                                     const std::optional<LatestBaseline>& master) {
+    const bool servesBesideSnapshot =
+        master && local && !master->isAnotherMacs && master->baseline.snapshot.dateCreated > local->dateCreated;
+    if (master && (!local || servesBesideSnapshot)) {
+        const QString otherMac = master->isAnotherMacs ? master->baseline.deviceName : QString();
+        return RestoreBaseline{master->baseline.snapshot, RestoreSource::Baseline, local.has_value(), otherMac};
     }
     if (local) {
         return RestoreBaseline{*local};
     }
     return std::nullopt;
+}
+
+QSet<QString> startupAppsThatGo(const QSet<QString>& managed, const QSet<QString>& ofProfiles,
+                                const std::optional<RestoreBaseline>& baseline) {
+    if (!baseline || !baseline->snapshot.loginItems) {
+        return managed;
+    }
+    const QList<LoginItemSnapshot>& usersOwn = *baseline->snapshot.loginItems;
+    QSet<QString> going = managed + ofProfiles;
+    going.removeIf([&usersOwn](const QString& path) {
+        return std::any_of(usersOwn.begin(), usersOwn.end(),
+                           [&path](const LoginItemSnapshot& item) { return isCapturedItemOf(item, path); });
+    });
+    return going;
 }
 
 } // namespace quorvane

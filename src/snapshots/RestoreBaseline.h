@@ -2,6 +2,7 @@
 
 #include "snapshots/MasterSystemBaseline.h"
 
+#include <QSet>
 #include <QString>
 
 #include <optional>
@@ -20,14 +21,27 @@ struct RestoreBaseline {
     SystemSnapshot snapshot;
     RestoreSource source = RestoreSource::Snapshot;
     bool isNewer = false; ///< the protected baseline was taken though there is a local snapshot
-    QString deviceName{}; ///< of the protected baseline: the Mac that it was saved on
+    QString otherMac{};   ///< the one that the protected baseline was saved on; empty where that is this one
 
     bool operator==(const RestoreBaseline&) const = default;
 };
 
-/// The newer of the two; the local snapshot when they are of one time.
+/// The newer of the two; the local snapshot when they are of one time, and always where the baseline is another Mac's.
 std::optional<RestoreBaseline> chosenRestoreBaseline(const std::optional<SystemSnapshot>& local,
-                                                     const std::optional<MasterSystemBaseline>& master);
+                                                     const std::optional<LatestBaseline>& master);
+
+/// What a search for something to go back to came to. A flow that is given one searches no second time: the user was asked
+/// about what was found.
+struct FoundBaseline {
+    std::optional<RestoreBaseline> baseline;
+};
+
+/// The applications that go from the login items with the tweaks: those that the program has put there and those that a
+/// saved profile opens, but for the user's own. Where it isn't known which those are, only what the program has put there.
+/// @param managed     paths of the former
+/// @param ofProfiles  paths of the latter
+QSet<QString> startupAppsThatGo(const QSet<QString>& managed, const QSet<QString>& ofProfiles,
+                                const std::optional<RestoreBaseline>& baseline);
 
 /// What a way back came to: every caller finds its own words in it.
 struct RestoreOutcome {

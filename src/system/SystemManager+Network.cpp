@@ -10,11 +10,16 @@ namespace quorvane {
 
 using namespace Qt::StringLiterals;
 
-QCoro::Task<QStringList> SystemManager::listNetworkServices() {
-    const QStringList arguments{u"networksetup"_s, u"-listallnetworkservices"_s};
+/// None where they can't be listed. The tool's errors come on standard output: of a failed run nothing is a name.
+QCoro::Task<std::optional<QStringList>> SystemManager::networkServiceNames(QString tool) {
+    const QStringList arguments{tool, u"-listallnetworkservices"_s};
     const CommandResult result = co_await runCommand(arguments, OutputCapture::Capture);
-    // The tool's errors come on standard output: of a failed run nothing is a name.
-    co_return result.status == 0 ? parsedNetworkServices(result.standardOutput) : QStringList();
+    co_return result.status == 0 ? std::optional(parsedNetworkServices(result.standardOutput)) : std::nullopt;
+}
+
+QCoro::Task<QStringList> SystemManager::listNetworkServices() {
+    const std::optional<QStringList> names = co_await networkServiceNames(u"networksetup"_s);
+    co_return names.value_or(QStringList());
 }
 
 /// The lines that switch every service; none, with a line in the log, when no service is found.

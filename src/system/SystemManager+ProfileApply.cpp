@@ -1,5 +1,6 @@
 #include "system/SystemManager.h"
 
+#include "core/OneLine.h"
 #include "core/UserDefaultKeys.h"
 #include "platform/UserDefaults.h"
 #include "profiles/ApplyPreviews.h"
@@ -32,8 +33,8 @@ QCoro::Task<bool> SystemManager::applyProfile(UnifiedProfile profile) {
     const bool tweaksSucceeded =
         co_await syncPerformanceTweaks(profile.settings, VerifyAfterSync::No, cleanRebootOf(profile));
     const bool startupSucceeded = co_await applyStartupConfiguration(profile.startup);
-    const bool batchSucceeded =
-        co_await finishAdminBatch(u"Quorvane needs your administrator password to apply "_s + profile.name + u'.');
+    const bool batchSucceeded = co_await finishAdminBatch(u"Quorvane needs your administrator password to apply "_s +
+                                                          nameOnOneLine(profile.name) + u'.');
     const bool succeeded = tweaksSucceeded && startupSucceeded && batchSucceeded;
 
     // Also after a failure: what ran as the user has changed the system all the same.

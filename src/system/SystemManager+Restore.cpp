@@ -3,16 +3,16 @@
 #include "core/AdminBatch.h"
 #include "core/AdminPrompts.h"
 #include "core/AdminScript.h"
-#include "core/DeviceName.h"
 #include "network/NetworkServices.h"
 #include "platform/CloudDrive.h"
-#include "platform/Machine.h"
-#include "snapshots/RestoreBaseline.h"
 #include "snapshots/RestoreCommands.h"
 #include "snapshots/SnapshotManager.h"
 #include "startup/login/LoginItems.h"
 
 #include <QCoroTask>
+
+#include <algorithm>
+#include <utility>
 
 namespace quorvane {
 
@@ -24,28 +24,29 @@ QString suffixOf(const SystemSnapshot& snapshot) {
     return snapshot.label ? u" (%1)"_s.arg(*snapshot.label) : QString();
 }
 
+QString notRestoredLine(const QString& service) {
+    return u"  [INFO] Not restored: network service "_s + service;
+}
+
 } // namespace
 
-/// Without a line in the log.
-QCoro::Task<std::optional<RestoreBaseline>> SystemManager::findRestoreBaseline() {
+QCoro::Task<FoundBaseline> SystemManager::findRestoreBaseline() {
     const std::optional<SystemSnapshot> local = snapshotManager().load();
-    const auto latest = co_await m_masterBaselines.loadLatestMasterBaseline();
-    co_return chosenRestoreBaseline(local, latest ? std::optional(latest->baseline) : std::nullopt);
+    const std::optional<LatestBaseline> master = co_await m_masterBaselines.loadLatestMasterBaseline();
+    co_return FoundBaseline{chosenRestoreBaseline(local, master)};
 }
 
-QCoro::Task<bool> SystemManager::hasRestoreBaseline() {
-    const std::optional<RestoreBaseline> baseline = co_await findRestoreBaseline();
-    co_return baseline.has_value();
-}
-
-QCoro::Task<std::optional<RestoreBaseline>> SystemManager::selectRestoreBaseline() {
-    const std::optional<RestoreBaseline> baseline = co_await findRestoreBaseline();
+QCoro::Task<std::optional<RestoreBaseline>> SystemManager::selectRestoreBaseline(std::optional<FoundBaseline> found) {
+    if (!found) {
+        found = co_await findRestoreBaseline();
+    }
+    const std::optional<RestoreBaseline> baseline = found->baseline;
     if (baseline && baseline->source == RestoreSource::Baseline) {
         const QString place = m_host.cloud.hasAccount() ? u"iCloud"_s : u"~/.quorvane"_s;
         log(u"  [MASTER] Using %1 from %2."_s.arg(
             baseline->isNewer ? u"newer protected baseline"_s : u"protected baseline"_s, place));
-        if (baseline->deviceName != deviceNameOf(m_host.machine.computerName())) {
-            log(u"  [INFO] This baseline was saved on %1."_s.arg(baseline->deviceName));
+        if (!baseline->otherMac.isEmpty()) {
+            log(u"  [INFO] This baseline was saved on %1."_s.arg(baseline->otherMac));
         }
     }
     co_return baseline;
@@ -99,29 +100,52 @@ QCoro::Task<void> SystemManager::restoreLoginItems(SystemSnapshot snapshot) {
     }
 }
 
-QCoro::Task<bool> SystemManager::restoreNetworkServices(SystemSnapshot snapshot) {
-    const QMap<QString, bool> services = snapshot.networkServicesEnabled.value_or(QMap<QString, bool>());
-    if (services.isEmpty()) {
-        co_return true;
+/// Those that are there; what became of them is seen when the batch has run.
+/// @return what was queued; none where the services can't be listed
+QCoro::Task<std::optional<QMap<QString, bool>>> SystemManager::queueNetworkServices(SystemSnapshot snapshot) {
+    const QMap<QString, bool> captured = snapshot.networkServicesEnabled.value_or(QMap<QString, bool>());
+    QMap<QString, bool> queued;
+    if (captured.isEmpty()) {
+        co_return queued;
     }
-    QStringList commands;
-    for (auto service = services.begin(); service != services.end(); ++service) {
-        commands.append(networkServiceCommand(service.key(), *service ? NetworkSwitch::On : NetworkSwitch::Off));
+    const std::optional<QStringList> listed = co_await networkServiceNames(u"/usr/sbin/networksetup"_s);
+    for (auto service = captured.begin(); service != captured.end(); ++service) {
+        if (listed && listed->contains(service.key())) {
+            const NetworkSwitch position = *service ? NetworkSwitch::On : NetworkSwitch::Off;
+            m_adminBatch->open().queue(withoutStatus(networkServiceCommand(service.key(), position)));
+            queued.insert(service.key(), *service);
+        } else {
+            log(notRestoredLine(service.key()));
+        }
     }
-    const CommandResult result = co_await runAdminCommand(joinedAdminCommands(commands), kSystemChangesPrompt);
-    if (result.status != 0) {
-        log(u"  [ERROR] Network restore was cancelled or failed: "_s + result.standardError);
-        co_return false;
-    }
-    log(u"  [RESTORED] Network services from snapshot."_s);
-    co_return true;
+    co_return listed ? std::optional(queued) : std::nullopt;
 }
 
-QCoro::Task<RestoreOutcome> SystemManager::revertPerformanceTweaks() {
+/// Reads anew what has been switched.
+/// @return false where a service is there and isn't as it was captured; one that has gone is no failure
+QCoro::Task<bool> SystemManager::settleNetworkServices(QMap<QString, bool> switched) {
+    if (switched.isEmpty()) {
+        co_return true;
+    }
+    const QList<NetworkServiceState> services = co_await readNetworkServices();
+    const QStringList missed = servicesNotAsCaptured(switched, services);
+    if (missed.size() < switched.size()) {
+        log(u"  [RESTORED] Network services from snapshot."_s);
+    }
+    for (const QString& name : missed) {
+        log(notRestoredLine(name));
+    }
+    const bool isOneStillThere =
+        std::any_of(services.begin(), services.end(),
+                    [&missed](const NetworkServiceState& service) { return missed.contains(service.name); });
+    co_return !services.isEmpty() && !isOneStillThere;
+}
+
+QCoro::Task<RestoreOutcome> SystemManager::revertPerformanceTweaks(std::optional<FoundBaseline> found) {
     RestoreOutcome outcome;
     m_lastApplyVerification.reset();
     beginAdminBatch();
-    const std::optional<RestoreBaseline> baseline = co_await selectRestoreBaseline();
+    const std::optional<RestoreBaseline> baseline = co_await selectRestoreBaseline(std::move(found));
     bool isRestored = false;
     if (baseline) {
         log(u"\nRestoring from saved system snapshot%1..."_s.arg(suffixOf(baseline->snapshot)));
@@ -139,11 +163,11 @@ QCoro::Task<RestoreOutcome> SystemManager::revertPerformanceTweaks() {
     co_return outcome;
 }
 
-QCoro::Task<RestoreOutcome> SystemManager::reinstateSystem() {
+QCoro::Task<RestoreOutcome> SystemManager::reinstateSystem(std::optional<FoundBaseline> found) {
     RestoreOutcome outcome;
     m_lastApplyVerification.reset();
     beginAdminBatch();
-    const std::optional<RestoreBaseline> baseline = co_await selectRestoreBaseline();
+    const std::optional<RestoreBaseline> baseline = co_await selectRestoreBaseline(std::move(found));
     if (baseline) {
         outcome.source = baseline->source;
         outcome.succeeded = co_await reinstateFromSnapshot(baseline->snapshot);
@@ -167,12 +191,15 @@ QCoro::Task<bool> SystemManager::reinstateFromSnapshot(SystemSnapshot snapshot) 
     queueKeptLaunchItems();
     const bool isRestored = co_await restoreFromSnapshot(snapshot);
     co_await restoreLoginItems(snapshot);
-    const bool hasNetwork = co_await restoreNetworkServices(snapshot);
+    const std::optional<QMap<QString, bool>> services = co_await queueNetworkServices(snapshot);
     co_await restoreLaunchItems();
     const bool isFinished =
         co_await finishAdminBatch(u"Quorvane needs your administrator password to restore your system."_s);
     co_await settleKeptLaunchItems();
+    bool hasNetwork = services.has_value();
     if (isFinished) {
+        const bool isSettled = co_await settleNetworkServices(services.value_or(QMap<QString, bool>()));
+        hasNetwork = hasNetwork && isSettled;
         co_await lookAtRestoredBackups(snapshot.timeMachineEnabled);
     }
     const bool succeeded = isRestored && hasNetwork && isFinished && !isQuitting();

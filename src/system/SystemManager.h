@@ -9,6 +9,7 @@
 #include "readings/Reading.h"
 #include "readings/TimeMachine.h"
 #include "snapshots/MasterSystemBaselineManager.h"
+#include "snapshots/RestoreBaseline.h"
 #include "snapshots/SnapshotCapture.h"
 #include "startup/apply/StartupChangePreview.h"
 #include "startup/background/BackgroundFetch.h"
@@ -54,8 +55,6 @@ struct NetworkServiceState;
 enum class NetworkSwitch;
 struct PowerSettings;
 struct ProfileApplyPreview;
-struct RestoreBaseline;
-struct RestoreOutcome;
 struct StartupApplyResult;
 struct SystemSnapshot;
 struct TweaksApplyPreview;
@@ -120,9 +119,11 @@ public:
 
     /// Opens a batch: what needs root is queued until `finishAdminBatch` runs it as one line under one prompt.
     void beginAdminBatch();
-    /// Adds commands to the open batch, tolerant and joined, as one entry.
+    /// Adds commands to the batch, tolerant and joined, as one entry. Where none is open they wait for `finishAdminBatch`, and
+    /// are dropped when a batch begins before that.
     void queueAdminCommands(const QStringList& commands);
-    /// Runs what was queued; with nothing queued no prompt appears. Closes the batch in every case.
+    /// Runs what was queued, whether or not a batch is open; with nothing queued no prompt appears. Closes the batch in every
+    /// case.
     /// @return true when nothing failed
     QCoro::Task<bool> finishAdminBatch(QString prompt);
     int adminBatchDepth() const;
@@ -180,23 +181,25 @@ public:
 
     // ---- The way back
 
-    /// Whether there is a snapshot or a master baseline to go back to. Logs nothing.
-    QCoro::Task<bool> hasRestoreBaseline();
+    /// Looks for a snapshot or a master baseline to go back to. Logs nothing.
+    QCoro::Task<FoundBaseline> findRestoreBaseline();
     /// What a way back goes by; none when nothing was captured. Logs when it is a master baseline.
-    QCoro::Task<std::optional<RestoreBaseline>> selectRestoreBaseline();
+    /// @param found  by an earlier search; it is searched for where there is none. The same holds for the flows below.
+    QCoro::Task<std::optional<RestoreBaseline>> selectRestoreBaseline(std::optional<FoundBaseline> found = {});
     /// Puts the captured preferences and system settings back. Uses the batch that its caller opened, if any.
     QCoro::Task<bool> restoreFromSnapshot(SystemSnapshot snapshot);
     /// The tweaks alone, from the baseline or to standard defaults: one batch, one prompt.
-    QCoro::Task<RestoreOutcome> revertPerformanceTweaks();
+    QCoro::Task<RestoreOutcome> revertPerformanceTweaks(std::optional<FoundBaseline> found = {});
     /// The whole system: with a baseline also login items, network services and launch items.
-    QCoro::Task<RestoreOutcome> reinstateSystem();
+    QCoro::Task<RestoreOutcome> reinstateSystem(std::optional<FoundBaseline> found = {});
 
-    /// "Undo Performance Tweaks": takes the program's applications out of the login items and reverts, while it is busy.
-    QCoro::Task<RestoreOutcome> undoTweaks();
+    /// "Undo Performance Tweaks": takes out of the login items what the program and the profiles have put there, and reverts,
+    /// while it is busy.
+    QCoro::Task<RestoreOutcome> undoTweaks(std::optional<FoundBaseline> found = {});
     /// "Apply Default": the same, and makes Default the last applied profile when it succeeded.
     QCoro::Task<RestoreOutcome> restoreDefault();
     /// "Reinstate System", while it is busy.
-    QCoro::Task<RestoreOutcome> reinstateWholeSystem();
+    QCoro::Task<RestoreOutcome> reinstateWholeSystem(std::optional<FoundBaseline> found = {});
 
     // ---- Startup: what runs at login
 
@@ -395,13 +398,13 @@ private:
     SnapshotManager snapshotManager() const;
 
     // SystemManager+Restore.cpp
-    QCoro::Task<std::optional<RestoreBaseline>> findRestoreBaseline();
     QCoro::Task<bool> reinstateFromSnapshot(SystemSnapshot snapshot);
     QCoro::Task<void> restoreLoginItems(SystemSnapshot snapshot);
-    QCoro::Task<bool> restoreNetworkServices(SystemSnapshot snapshot);
+    QCoro::Task<std::optional<QMap<QString, bool>>> queueNetworkServices(SystemSnapshot snapshot);
+    QCoro::Task<bool> settleNetworkServices(QMap<QString, bool> switched);
 
     // SystemManager+WaysBack.cpp
-    QCoro::Task<RestoreOutcome> removeStartupAppsAndRevert();
+    QCoro::Task<RestoreOutcome> removeStartupAppsAndRevert(std::optional<FoundBaseline> found);
 
     // SystemManager+StartupApply.cpp
     QCoro::Task<bool> carryOutStartupChanges(StartupConfiguration configuration);
@@ -415,6 +418,7 @@ private:
     QCoro::Task<StartupChangePreview> previewCleanReboot(CleanReboot cleanReboot);
 
     // SystemManager+Network.cpp
+    QCoro::Task<std::optional<QStringList>> networkServiceNames(QString tool);
     QCoro::Task<QStringList> networkSwitchCommands(NetworkSwitch position);
 
     // SystemManager+Maintenance.cpp

@@ -20,8 +20,9 @@ void RestoreSystem::save(const SystemSnapshot& snapshot) {
     SnapshotManager(files, machine).save(snapshot);
 }
 
-void RestoreSystem::saveBaseline(const QString& path, const SystemSnapshot& snapshot, const QString& deviceName) {
-    files.addFile(path, encodeMasterBaseline(masterBaselineOf(snapshot, deviceName, {})));
+void RestoreSystem::saveBaseline(const QString& path, const SystemSnapshot& snapshot, const QString& deviceName,
+                                 const std::optional<QString>& deviceId) {
+    files.addFile(path, encodeMasterBaseline(masterBaselineOf(snapshot, {deviceName, deviceId}, {})));
 }
 
 } // namespace quorvane

@@ -19,7 +19,9 @@ protected:
     /// One value of each kind, and login items and services that differ from those of a Mac that has neither.
     static SystemSnapshot usersOwn(int second = 0);
     void save(const SystemSnapshot& snapshot);
-    void saveBaseline(const QString& path, const SystemSnapshot& snapshot, const QString& deviceName = u"Studio"_s);
+    /// As files were written before they held an id, unless one is given.
+    void saveBaseline(const QString& path, const SystemSnapshot& snapshot, const QString& deviceName = u"Studio"_s,
+                      const std::optional<QString>& deviceId = {});
 
     inline static const QString kRestoreSteps =
         u"$ /usr/bin/defaults delete NSGlobalDomain NSAppSleepDisabled\n"

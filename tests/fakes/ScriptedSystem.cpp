@@ -64,8 +64,15 @@ QFuture<CommandOutcome> ScriptedCommandLauncher::heldBack(const CommandOutcome& 
     return promise.future();
 }
 
+QString ScriptedScriptEngine::withoutPath(QString source) {
+    static const QString begin = u"do shell script \""_s;
+    static const QString path = u"PATH=/usr/bin:/bin:/usr/sbin:/sbin; export PATH; "_s;
+    EXPECT_TRUE(source.startsWith(begin + path)) << source.toStdString();
+    return source.remove(begin.size(), path.size());
+}
+
 QFuture<ScriptOutcome> ScriptedScriptEngine::run(QString source) {
-    m_trace.append(u"& "_s + source);
+    m_trace.append(u"& "_s + withoutPath(source));
     const ScriptOutcome outcome =
         m_outcomes.isEmpty() ? ScriptOutcome{QString(), std::nullopt} : m_outcomes.takeFirst();
     if (outcome.result && carryOut) {

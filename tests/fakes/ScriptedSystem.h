@@ -72,7 +72,8 @@ private:
     std::vector<std::pair<QPromise<CommandOutcome>, CommandOutcome>> m_held;
 };
 
-/// Answers scripts in turn and writes their sources into the trace: "& {source}".
+/// Answers scripts in turn and writes their sources into the trace: "& {source}", without the search path with which each
+/// line of root's begins.
 class ScriptedScriptEngine final : public ScriptEngine {
 public:
     explicit ScriptedScriptEngine(QStringList& trace)
@@ -80,6 +81,9 @@ public:
 
     QFuture<ScriptOutcome> run(QString source) override;
     void shutDown() override {}
+
+    /// An administrator script as the trace shows it. Fails the test of one that doesn't set root's own search path first.
+    static QString withoutPath(QString source);
 
     /// Once there is nothing left, every script succeeds with an empty result.
     void answerNext(const ScriptOutcome& outcome);
@@ -98,8 +102,11 @@ public:
     QString applicationSupportFolder() const override;
     QString temporaryFolder() const override;
     QString computerName() const override;
+    QString hardwareId() const override { return id; }
     quint32 userId() const override { return MemoryFileManager::kUser; }
     QString dateAndTimeText(const QDateTime& moment) const override;
+
+    QString id = QStringLiteral("5C1A9B3E-7D42-5F60-8E21-4A6B0C9D3E17");
 };
 
 /// A SystemManager over scripted ports. `trace` holds commands, scripts and log lines in the order in which they came.

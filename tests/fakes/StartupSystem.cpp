@@ -82,7 +82,7 @@ QString StartupSystem::takeTrace() {
 }
 
 QString StartupSystem::prompted(const QString& line, const QString& prompt) {
-    return u"& "_s + adminScriptSource(line, prompt) + u'\n';
+    return u"& "_s + ScriptedScriptEngine::withoutPath(adminScriptSource(line, prompt)) + u'\n';
 }
 
 qsizetype StartupSystem::prompts() const {

@@ -143,6 +143,22 @@ TEST_F(HostileText, aDoubleQuoteReachesTheShellIntact) {
     EXPECT_EQ(volume(Actor::Root).read(u"/Library/quoted"_s), "a  b\n");
 }
 
+TEST_F(HostileText, aSearchPathOfTheSessionsLeadsRootToNoPlantedTool) {
+    // What calls itself pmset makes the file that it is given.
+    const macsim::Volume user = volume(Actor::User);
+    user.createFolders(u"/Users/alex/bin"_s);
+    user.createLink(u"/Users/alex/bin/pmset"_s, u"/usr/bin/touch"_s);
+    ASSERT_EQ(
+        run({u"/bin/launchctl"_s, u"setenv"_s, u"PATH"_s, u"/Users/alex/bin:/usr/bin:/bin:/usr/sbin:/sbin"_s}).status,
+        0);
+    start(); // from the session whose search path it is
+    const QString line = u"pmset /Library/broken-out"_s;
+    runAsRoot(line);
+    EXPECT_FALSE(hasBrokenOut());
+    runScript(scriptWith(appleScriptText, line));
+    EXPECT_TRUE(hasBrokenOut());
+}
+
 TEST_F(HostileText, nothingThatRootRunsReachesTheHost) {
     // Each line has a way to the secret on the host, should a path or a link ever lead out of the Mac. What it reaches
     // instead is the twin: the file at the same path inside.

@@ -6,19 +6,26 @@
 #include "snapshots/SystemSnapshot.h"
 
 #include <QList>
+#include <QMap>
+#include <QSet>
 #include <QString>
 
 namespace quorvane {
 
+/// Of the three flows that a user has, "Undo Performance Tweaks" and "Apply Default" take the first.
 enum class WayBack { Revert, Reinstate };
 
-/// What is known of one round trip: capture, apply, the way back.
+/// What is known of one round trip: capture, apply, the way back; and in between something happens to the Mac.
 struct RoundTrip {                 // NOLINT(bugprone-exception-escape): the JSON class checks itself where it moves
     macsim::Json mac;              ///< the description of the Mac
     SystemSnapshot snapshot;       ///< what was captured
     QList<UnifiedProfile> applied; ///< in their order
     bool isOneWay = false;         ///< only the tweaks were applied, and only those that are selected
     WayBack wayBack = WayBack::Reinstate;
+    QMap<QString, QString> itemsAtReturn; ///< the login items before the way back, by their keys
+    QSet<QString> managedAtReturn;        ///< what the program has put among them, as far as it knows
+    bool mayAskSystemEvents = true;       ///< at the capture and on the way back
+    bool mayChangeBackups = true;         ///< the program has Full Disk Access from the capture to the way back
 };
 
 /// A kind of difference that the way back leaves, by design. docs/WAY-BACK.md tells the user of each under its name.
@@ -30,6 +37,10 @@ struct RoundTripException {
 
 /// In the order of docs/WAY-BACK.md. No difference is covered by two of them.
 const QList<RoundTripException>& roundTripExceptions();
+
+// Differences of network services, which MacPicture tells apart by number and not by name.
+
+inline const QString kService = QStringLiteral("network service ");
 
 // Differences of login items, which MacPicture tells apart by name and not by file.
 

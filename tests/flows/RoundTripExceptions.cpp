@@ -170,7 +170,8 @@ bool isOfBackupsNeverSwitched(const Difference& difference, const RoundTrip& tri
     const QString file = u"/Library/Preferences/com.apple.TimeMachine.plist"_s;
     const bool isFile = difference.key == file;
     const bool isSwitch = difference.key == file + u" AutoBackup"_s && difference.after == u"<false/>";
-    return (isFile || isSwitch) && !difference.before && trip.mac["timeMachine"].contains("destination");
+    const bool isLeft = !trip.mayChangeBackups && difference.key == file + u" AutoBackup"_s;
+    return isLeft || ((isFile || isSwitch) && !difference.before && trip.mac["timeMachine"].contains("destination"));
 }
 
 std::optional<QString> indexedVolume(const Difference& difference) {
@@ -412,31 +413,53 @@ bool isLaunchItemAfterRevert(const Difference& difference, const RoundTrip&) {
     return isGone || isAside || (isOfItsOverride(difference) && difference.after == u"true");
 }
 
-bool isLoginItemAfterRevert(const Difference& difference, const RoundTrip&) {
-    return loginItemPath(difference) || difference.key == kLoginItemOrder;
+/// The user's own stays where the profile has left it; what isn't one, as far as is known, may go.
+bool isLoginItemAfterRevert(const Difference& difference, const RoundTrip& trip) {
+    const auto path = loginItemPath(difference);
+    if (!path) {
+        return difference.key == kLoginItemOrder;
+    }
+    const auto atReturn = trip.itemsAtReturn.constFind(difference.key);
+    const bool isLeft =
+        difference.after == (atReturn == trip.itemsAtReturn.constEnd() ? std::nullopt : std::optional(*atReturn));
+    if (isLeft || difference.after) {
+        return isLeft;
+    }
+    const auto& captured = trip.snapshot.loginItems;
+    return captured ? std::none_of(captured->begin(), captured->end(),
+                                   [&path](const LoginItemSnapshot& item) { return item.path == *path; })
+                    : trip.managedAtReturn.contains(comparablePath(*path));
 }
 
-/// The service of a difference that a profile has switched off.
-Json serviceLeftOff(const Difference& difference, const RoundTrip& trip) {
-    static const QRegularExpression form(u"\\Astate networkServices/(\\d+)/enabled\\z"_s);
-    const QRegularExpressionMatch match = form.match(difference.key);
-    return match.hasMatch() && difference.after == u"false" ? trip.mac["networkServices"][match.captured(1).toUInt()]
-                                                            : Json();
+bool isItemThatCouldNotBeAskedFor(const Difference& difference, const RoundTrip& trip) {
+    return !trip.mayAskSystemEvents && (loginItemPath(difference) || difference.key == kLoginItemOrder);
 }
 
-bool isServiceAfterRevert(const Difference& difference, const RoundTrip& trip) {
-    return !serviceLeftOff(difference, trip).is_null();
+/// The name of the service of a difference that a profile has switched off.
+std::optional<QString> serviceLeftOff(const Difference& difference) {
+    const bool isLeftOff = difference.key.startsWith(kService) && difference.after == u"off";
+    return isLeftOff ? std::optional(difference.key.mid(kService.size())) : std::nullopt;
 }
 
-bool isServiceWithApostrophe(const Difference& difference, const RoundTrip& trip) {
-    const Json service = serviceLeftOff(difference, trip);
-    return !service.is_null() && textOfJson(service["name"]).contains(u'\'');
+bool isServiceAfterRevert(const Difference& difference, const RoundTrip&) {
+    return serviceLeftOff(difference).has_value();
+}
+
+bool isNewService(const Difference& difference, const RoundTrip& trip) {
+    const std::optional<QString> service = serviceLeftOff(difference);
+    return service && !trip.snapshot.networkServicesEnabled.value_or(QMap<QString, bool>()).contains(*service);
 }
 
 /// On one of the two ways alone.
 template <WayBack wayBack, bool (*covers)(const Difference&, const RoundTrip&)>
 bool on(const Difference& difference, const RoundTrip& trip) {
     return trip.wayBack == wayBack && covers(difference, trip);
+}
+
+/// On the way back that brings login items back, where System Events may be asked.
+template <bool (*covers)(const Difference&, const RoundTrip&)>
+bool whenAsked(const Difference& difference, const RoundTrip& trip) {
+    return trip.mayAskSystemEvents && on<WayBack::Reinstate, covers>(difference, trip);
 }
 
 } // namespace
@@ -467,19 +490,19 @@ const QList<RoundTripException>& roundTripExceptions() {
          isOfBackupsNeverSwitched},
         {u"Spotlight on other disks", "every disk is set like the system's", isOfAnotherIndexedVolume},
         {u"Spotlight in an unusual state", "it comes back as on or off", isUnusualIndexing},
-        {u"Applications that a profile opens", "what has come to the login items stays",
-         on<WayBack::Reinstate, isAddedApplication>},
+        {u"Applications that a profile opens", "what has come to the login items stays", whenAsked<isAddedApplication>},
         {u"Applications that a profile opens hidden, or not", "an item that is there is left as it is",
-         on<WayBack::Reinstate, isHiddenMark>},
-        {u"The order of the login items", "an item that comes back goes to the end", on<WayBack::Reinstate, isOrder>},
-        {u"Login items with a name of their own", "System Events names an item after its file",
-         on<WayBack::Reinstate, isOwnName>},
-        {u"Login items whose file is gone", "there is nothing to add again", on<WayBack::Reinstate, isItemWithoutFile>},
+         whenAsked<isHiddenMark>},
+        {u"The order of the login items", "an item that comes back goes to the end", whenAsked<isOrder>},
+        {u"Login items with a name of their own", "System Events names an item after its file", whenAsked<isOwnName>},
+        {u"Login items whose file is gone", "there is nothing to add again", whenAsked<isItemWithoutFile>},
         {u"Login items with a vertical bar", "in System Events' answer it stands between name and file",
-         on<WayBack::Reinstate, isItemWithBar>},
+         whenAsked<isItemWithBar>},
+        {u"Login items where System Events may not be asked", "they can be neither read nor changed",
+         on<WayBack::Reinstate, isItemThatCouldNotBeAskedFor>},
         {u"The list of what may run in the background", "macOS notes what was in the login items", isNoteOfLoginItem},
-        {u"Network services with an apostrophe", "their state can't be read",
-         on<WayBack::Reinstate, isServiceWithApostrophe>},
+        {u"Network services newer than the snapshot", "whether they were on isn't known",
+         on<WayBack::Reinstate, isNewService>},
         {u"Launch items run anew", "they are loaded again", on<WayBack::Reinstate, isNewRunOfLaunchItem>},
         {u"Launch items that you had switched off yourself", "whether they were loaded isn't captured",
          on<WayBack::Reinstate, isLaunchItemThatWasOff>},

@@ -339,10 +339,35 @@ macsim::Json randomRoundTripMac(Draw& draw) {
     return mac;
 }
 
+void changeWorld(const macsim::Mac& mac, Draw& draw) {
+    const macsim::StateStore& state = mac.state();
+    state.update("permissions", [&draw](Json& permissions) {
+        permissions["automation"]["System Events"] = !draw.oneIn(3);
+        permissions["fullDiskAccess"] = !draw.oneIn(5);
+    });
+    state.update("networkServices", [&draw](Json& services) {
+        if (!services.empty() && draw.oneIn(2)) {
+            services.erase(services.begin() + draw.below(static_cast<int>(services.size())));
+        }
+        if (draw.oneIn(2)) {
+            services.push_back({{"name", "Dock LAN"}, {"device", "en9"}, {"enabled", true}});
+        }
+    });
+    state.update("displays", [&draw](Json& displays) {
+        displays[0]["isConnected"] = draw.oneIn(2);
+        displays.push_back({{"number", 7}, {"localizedName", "Projector"}, {"frame", {0, 0, 1024, 768}}, {"scale", 1}});
+    });
+    if (draw.oneIn(2)) {
+        QDir(mac.hostFolder() + draw.from(kApplications)).removeRecursively();
+    }
+    mac.volume(macsim::Actor::User).createFolders(u"/Applications/New Toy.app/Contents"_s);
+}
+
 UnifiedProfile randomRoundTripProfile(const macsim::Json& mac, Draw& draw) {
     UnifiedProfile profile;
     profile.id = QUuid::createUuid();
-    profile.name = u"Random"_s;
+    profile.name = u"Random %1"_s.arg(draw.below(3));
+    profile.dateCreated = QDateTime(QDate(2026, 3, 14), QTime(20, 30), Qt::UTC);
     for (const TweakField& field : tweakFields()) {
         profile.settings.*field.isSelected = draw.oneIn(2);
     }

@@ -3,6 +3,7 @@
 #include "fakes/RandomMac.h"
 #include "profiles/UnifiedProfile.h"
 #include "simulator/Json.h"
+#include "simulator/Mac.h"
 
 namespace quorvane {
 
@@ -12,6 +13,10 @@ namespace quorvane {
 inline const QString kLaunchLabel = u"com.launch."_s;
 
 macsim::Json randomRoundTripMac(Draw& draw);
+
+/// What happens to a Mac while its settings are kept: permissions are given and taken, network services and displays come
+/// and go, applications are installed and removed.
+void changeWorld(const macsim::Mac& mac, Draw& draw);
 
 /// A profile that switches off some of what runs at login on the Mac, and opens applications, some of them the same.
 UnifiedProfile randomRoundTripProfile(const macsim::Json& mac, Draw& draw);

@@ -7,6 +7,7 @@
 #include "fakes/SimulatedSystem.h"
 #include "flows/RoundTrip.h"
 #include "flows/RoundTripMac.h"
+#include "simulator/Permissions.h"
 #include "snapshots/RestoreBaseline.h"
 #include "snapshots/SnapshotManager.h"
 
@@ -23,14 +24,26 @@ using macsim::MacDifference;
 
 constexpr quint64 kTrips = 100;
 
-/// A Mac before or after a trip.
+/// A Mac at one moment.
 struct Sight {
     macsim::MacPicture picture;
     Json loginItems;
+    Json networkServices;
 
     Sight(const QString& macFolder, const macsim::Mac& mac)
         : picture(macFolder)
-        , loginItems(mac.state().read("loginItems")) {}
+        , loginItems(mac.state().read("loginItems"))
+        , networkServices(mac.state().read("networkServices")) {}
+
+    /// Whether each network service is on, by its key.
+    QMap<QString, QString> services() const {
+        QMap<QString, QString> services;
+        for (const Json& service : networkServices) {
+            const QString name = QString::fromStdString(service["name"].get<std::string>());
+            services[kService + name] = service["enabled"].get<bool>() ? u"on"_s : u"off"_s;
+        }
+        return services;
+    }
 
     /// By what stands at a login item's key: its name, and whether it opens hidden.
     QMap<QString, QString> items() const {
@@ -54,14 +67,10 @@ struct Sight {
     }
 };
 
-/// Login items are compared by their files and in their order; everything else as in the pictures.
-QList<MacDifference> differences(const Sight& before, const Sight& after) {
-    QList<MacDifference> all = after.picture.differencesSince(before.picture);
-    all.removeIf([](const MacDifference& difference) { return difference.key.startsWith(u"state loginItems"_s); });
-    const QMap<QString, QString> old = before.items();
-    const QMap<QString, QString> now = after.items();
-    const auto valueIn = [](const QMap<QString, QString>& items, const QString& key) {
-        return items.contains(key) ? std::optional(items[key]) : std::nullopt;
+void appendDifferences(QList<MacDifference>& all, const QMap<QString, QString>& old,
+                       const QMap<QString, QString>& now) {
+    const auto valueIn = [](const QMap<QString, QString>& values, const QString& key) {
+        return values.contains(key) ? std::optional(values[key]) : std::nullopt;
     };
     QStringList keys = old.keys() + now.keys();
     keys.removeDuplicates();
@@ -70,11 +79,38 @@ QList<MacDifference> differences(const Sight& before, const Sight& after) {
             all.append({key, valueIn(old, key), valueIn(now, key)});
         }
     }
+}
+
+/// Login items are compared by their files and in their order, network services by their names; everything else as in the
+/// pictures.
+QList<MacDifference> differences(const Sight& before, const Sight& after) {
+    QList<MacDifference> all = after.picture.differencesSince(before.picture);
+    all.removeIf([](const MacDifference& difference) {
+        return difference.key.startsWith(u"state loginItems"_s) ||
+               difference.key.startsWith(u"state networkServices"_s);
+    });
+    appendDifferences(all, before.items(), after.items());
+    appendDifferences(all, before.services(), after.services());
     const QString oldOrder = before.orderOfShared(after);
     const QString newOrder = after.orderOfShared(before);
     if (oldOrder != newOrder) {
         all.append({kLoginItemOrder, oldOrder, newOrder});
     }
+    return all;
+}
+
+/// What differs from the Mac as it was, where the world hasn't changed it since; and from the world's change where it has.
+QList<MacDifference> differencesBesides(const QList<MacDifference>& world, const QList<MacDifference>& found) {
+    QHash<QString, MacDifference> left;
+    for (const MacDifference& difference : found) {
+        left.insert(difference.key, difference);
+    }
+    for (const MacDifference& change : world) {
+        const std::optional<QString> now = left.contains(change.key) ? left[change.key].after : change.before;
+        left.insert(change.key, {change.key, change.after, now});
+    }
+    QList<MacDifference> all = left.values();
+    all.removeIf([](const MacDifference& difference) { return difference.before == difference.after; });
     return all;
 }
 
@@ -94,13 +130,22 @@ public:
     void travel() {
         const Sight before = look();
         capture();
+        const bool worldIsFirst = m_draw.oneIn(2);
+        QList<MacDifference> world;
+        if (worldIsFirst) {
+            world = changed();
+        }
         for (int times = m_draw.oneIn(4) ? 2 : 1; times > 0; --times) {
             start();
-            apply(randomRoundTripProfile(m_trip.mac, m_draw));
+            apply(saved(randomRoundTripProfile(m_trip.mac, m_draw)));
         }
-        const qsizetype applied = differences(before, look()).size();
+        saved(randomRoundTripProfile(m_trip.mac, m_draw)); // one that isn't applied
+        if (!worldIsFirst) {
+            world = changed();
+        }
+        const qsizetype applied = differencesBesides(world, differences(before, look())).size();
         goBack();
-        m_differences = differences(before, look());
+        m_differences = differencesBesides(world, differences(before, look()));
         m_cameBack = applied - m_differences.size();
     }
 
@@ -127,7 +172,30 @@ private:
                          [this](const QString& line) { m_log.append(line); });
     }
 
+    /// What the world has changed.
+    QList<MacDifference> changed() {
+        const Sight before = look();
+        if (m_draw.oneIn(2)) {
+            changeWorld(m_host->mac(), m_draw);
+            notePermissions();
+        }
+        return differences(before, look());
+    }
+    /// Those of the capture and of the way back count.
+    void notePermissions() {
+        const macsim::StateStore& state = m_host->mac().state();
+        m_trip.mayAskSystemEvents = m_trip.mayAskSystemEvents && macsim::mayAutomate(state, u"System Events"_s);
+        m_trip.mayChangeBackups = m_trip.mayChangeBackups && macsim::hasFullDiskAccess(state);
+    }
+
+    UnifiedProfile saved(const UnifiedProfile& profile) {
+        ProfileManager(m_host->host().files, u"/Users/alex/Library/Application Support/Quorvane/UnifiedProfiles"_s)
+            .saveProfile(profile);
+        return profile;
+    }
+
     void capture() {
+        notePermissions();
         const auto archive = m_draw.oneIn(3) ? SystemManager::MasterArchive::Yes : SystemManager::MasterArchive::No;
         ASSERT_TRUE(QCoro::waitFor(m_system->captureSystemSnapshot(u"Before"_s, archive)).isSaved);
         const Host host = m_host->host();
@@ -146,10 +214,16 @@ private:
 
     void goBack() {
         start();
-        m_trip.wayBack = m_draw.oneIn(3) ? WayBack::Revert : WayBack::Reinstate;
-        const RestoreOutcome outcome = QCoro::waitFor(
-            m_trip.wayBack == WayBack::Revert ? m_system->revertPerformanceTweaks() : m_system->reinstateSystem());
-        EXPECT_TRUE(outcome.succeeded);
+        m_trip.wayBack = m_draw.oneIn(2) ? WayBack::Revert : WayBack::Reinstate;
+        m_trip.itemsAtReturn = look().items();
+        m_trip.managedAtReturn = m_system->managedStartupAppPaths();
+        EXPECT_TRUE(QCoro::waitFor(way()).succeeded);
+    }
+    QCoro::Task<RestoreOutcome> way() {
+        if (m_trip.wayBack == WayBack::Reinstate) {
+            return m_system->reinstateWholeSystem();
+        }
+        return m_draw.oneIn(2) ? m_system->undoTweaks() : m_system->restoreDefault();
     }
 
     Draw m_draw;

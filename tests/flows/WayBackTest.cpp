@@ -6,6 +6,8 @@
 #include "snapshots/RestoreBaseline.h"
 #include "snapshots/SnapshotManager.h"
 
+#include <QRegularExpression>
+
 namespace quorvane {
 
 namespace {
@@ -186,6 +188,46 @@ TEST_F(WayBackOnLaptop, reinstateAfterAFestivalBringsBackItsSettingsAndLoginItem
     EXPECT_EQ(login.size(), loginBefore.size() + 2) << "the two applications of the profile stay";
 }
 
+TEST_F(WayBack, servicesThatAreGoneDoNotKeepTheOthersFromComingBack) {
+    changeState("networkServices", [](Json& services) {
+        services.push_back({{"name", "Bob's iPhone"}, {"device", "en7"}, {"enabled", true}});
+    });
+    ASSERT_TRUE(capture());
+    ASSERT_TRUE(apply(gig()));
+    // The last one of the line among them.
+    changeState("networkServices", [](Json& services) {
+        std::erase_if(services.get_ref<Json::array_t&>(), [](const Json& service) {
+            return service["name"] == "Wi-Fi" || service["name"] == "Bluetooth PAN";
+        });
+        services.push_back({{"name", "Dock LAN"}, {"device", "en9"}, {"enabled", false}});
+    });
+    const qsizetype lines = system->logMessages().size();
+    EXPECT_EQ(reinstate(), (RestoreOutcome{true, RestoreSource::Snapshot}));
+    EXPECT_TRUE(logSince(lines).endsWith(u"  [INFO] Not restored: network service Bluetooth PAN\n"
+                                         "  [INFO] Not restored: network service Wi-Fi\n"
+                                         "  [RESTORED] Network services from snapshot.\n"_s))
+        << logSince(lines).toStdString();
+    EXPECT_EQ(shell(u"networksetup -getnetworkserviceenabled Ethernet; networksetup -getnetworkserviceenabled "
+                    "\"Bob's iPhone\"; networksetup -getnetworkserviceenabled 'Dock LAN'"_s),
+              u"Enabled\nEnabled\nDisabled\n"_s);
+}
+
+TEST_F(WayBack, theUsersOwnLoginItemStaysThoughAProfileOpensIt) {
+    UnifiedProfile opens = gig();
+    opens.id = QUuid::createUuid();
+    opens.startup.items = {StartupItem::fromLaunchItem({u"Chat"_s, u"/Applications/Chat.app"_s, false}),
+                           StartupItem::fromLaunchItem({u"Live"_s, kLive, false})};
+    ProfileManager(host->host().files, u"/Users/alex/Library/Application Support/Quorvane/UnifiedProfiles"_s)
+        .saveProfile(opens);
+    ASSERT_TRUE(capture());
+    ASSERT_TRUE(apply(opens));
+    EXPECT_EQ(managedApps(), QStringList(kLive));
+    EXPECT_TRUE(revert().succeeded);
+    EXPECT_EQ(loginNames(), QStringList(u"Chat"_s));
+    EXPECT_TRUE(restoreDefault().succeeded);
+    EXPECT_EQ(loginNames(), QStringList(u"Chat"_s));
+}
+
 // ---- Without one
 
 TEST_F(WayBack, withoutASnapshotReinstateTakesTheStandardDefaults) {
@@ -245,6 +287,7 @@ TEST_F(WayBack, aBaselineOfAnotherMacIsNamedAfterIt) {
     removeLocalSnapshot();
     Json baseline = Json::parse(volume().read(kHomeBaseline).toStdString());
     baseline["deviceName"] = "Studio";
+    baseline["deviceId"] = "C2B7E4A1-0F93-5D1C-B6E8-7F50A1D3926C";
     volume().write(kHomeBaseline, QByteArray::fromStdString(baseline.dump()));
     const qsizetype lines = system->logMessages().size();
     EXPECT_EQ(reinstate(), (RestoreOutcome{true, RestoreSource::Baseline}));
@@ -253,6 +296,52 @@ TEST_F(WayBack, aBaselineOfAnotherMacIsNamedAfterIt) {
                                            "  [INFO] This baseline was saved on Studio.\n"
                                            "\nReinstating from saved system snapshot (Before the gig)...\n"_s))
         << logSince(lines).toStdString();
+}
+
+TEST_F(WayBack, anotherMacsBaselineInICloudPutsNothingOntoAMacWithItsOwn) {
+    ASSERT_TRUE(capture(SystemManager::MasterArchive::Yes));
+    Json others = Json::parse(volume().read(kHomeBaseline).toStdString());
+    others["deviceId"] = "C2B7E4A1-0F93-5D1C-B6E8-7F50A1D3926C";
+    others["capturedAt"] = others["snapshot"]["dateCreated"] = "2099-01-01T00:00:00Z";
+    others["snapshot"]["loginItems"] =
+        Json::array({{{"name", "B"}, {"path", "/Applications/B.app"}, {"hidden", false}}});
+    others["snapshot"]["networkServicesEnabled"] = {{"Wi-Fi", false}};
+    changeState("cloud", [](Json& cloud) { cloud = {{"account", true}, {"container", true}}; });
+    volume().createFolders(kCloudBaseline.section(u'/', 0, -2));
+    volume().write(kCloudBaseline, QByteArray::fromStdString(others.dump()));
+    const QString networkBefore = networkServices();
+    for (const bool hasSnapshot : {true, false}) {
+        if (!hasSnapshot) {
+            removeLocalSnapshot();
+        }
+        EXPECT_EQ(reinstate().source, hasSnapshot ? RestoreSource::Snapshot : RestoreSource::Baseline);
+        EXPECT_EQ(loginNames(), QStringList(u"Chat"_s));
+        EXPECT_EQ(networkServices(), networkBefore);
+    }
+}
+
+TEST_F(WayBack, anOlderArchiveIsBroughtBackAsThePageForTheUserSays) {
+    const QString preferencesBefore = preferences();
+    const QString networkBefore = networkServices();
+    ASSERT_TRUE(capture(SystemManager::MasterArchive::Yes));
+    const QString archive = volume().list(u"/Users/alex/.quorvane"_s).filter(u"master-baseline-2"_s).value(0);
+    ASSERT_TRUE(apply(gig()));
+    ASSERT_TRUE(capture(SystemManager::MasterArchive::No)); // at the wrong time
+    changeState("cloud", [](Json& cloud) { cloud = {{"account", true}, {"container", true}}; });
+    volume().createFolders(kCloudBaseline.section(u'/', 0, -2));
+    volume().write(kCloudBaseline, "of another day");
+    const QString page = QString::fromUtf8(projectFile(u"docs/WAY-BACK.md"_s));
+    const QString part = page.section(u"### After a snapshot at the wrong time"_s, 1, 1).section(u"\n## "_s, 0, 0);
+    static const QRegularExpression code(u"^    (.*)$"_s, QRegularExpression::MultilineOption);
+    QStringList lines;
+    for (const QRegularExpressionMatch& match : code.globalMatch(part)) {
+        lines.append(match.captured(1).replace(u"master-baseline-2026-11-15T21:05:37Z.json"_s, archive));
+    }
+    ASSERT_EQ(lines.size(), 5);
+    EXPECT_EQ(run({u"/bin/sh"_s, u"-c"_s, lines.join(u" && "_s)}).status, 0);
+    EXPECT_EQ(reinstate(), (RestoreOutcome{true, RestoreSource::Baseline}));
+    EXPECT_EQ(preferences(), preferencesBefore);
+    EXPECT_EQ(networkServices(), networkBefore);
 }
 
 TEST_F(WayBack, aBaselineThatOnlyICloudHasIsWaitedFor) {

@@ -3,6 +3,7 @@
 #include "ToolRun.h"
 #include "simulator/ProcessTable.h"
 #include "simulator/PropertyList.h"
+#include "simulator/SessionEnvironment.h"
 
 namespace macsim {
 
@@ -498,6 +499,25 @@ TEST_F(Launchctl, whatIsNotSimulatedFailsLoudly) {
         EXPECT_EQ(run(words).status, 70) << words.join(u' ').toStdString();
     }
     EXPECT_EQ(launchd(), before);
+}
+
+// ---- The session's environment
+
+TEST_F(Launchctl, setsAndUnsetsTheVariablesOfTheUsersSession) {
+    EXPECT_EQ(run({u"setenv"_s, u"PATH"_s, u"/opt/bin:/bin"_s}), ToolRun());
+    EXPECT_EQ(run({u"setenv"_s, u"A"_s, u"b c"_s}), ToolRun());
+    EXPECT_EQ(sessionEnvironment(mac.mac.state()),
+              (QMap<QString, QString>{{u"A"_s, u"b c"_s}, {u"PATH"_s, u"/opt/bin:/bin"_s}}));
+    EXPECT_EQ(run({u"unsetenv"_s, u"A"_s}), ToolRun());
+    EXPECT_EQ(run({u"unsetenv"_s, u"never set"_s}), ToolRun());
+    EXPECT_EQ(sessionEnvironment(mac.mac.state()), (QMap<QString, QString>{{u"PATH"_s, u"/opt/bin:/bin"_s}}));
+}
+
+TEST_F(Launchctl, takesAVariableAndItsValueAndNothingElse) {
+    EXPECT_EQ(run({u"setenv"_s, u"PATH"_s}), (ToolRun{64, {}, "Usage: launchctl setenv <key> <value>\n"}));
+    EXPECT_EQ(run({u"unsetenv"_s}), (ToolRun{64, {}, "Usage: launchctl unsetenv <key>\n"}));
+    EXPECT_NE(run({u"setenv"_s, u"A"_s, u"b"_s}, Actor::Root).status, 0);
+    EXPECT_TRUE(sessionEnvironment(mac.mac.state()).isEmpty());
 }
 
 } // namespace macsim

@@ -177,3 +177,21 @@ TEST(ShellBuiltin, theRestIgnoresItsArguments) {
 }
 
 } // namespace
+
+TEST(ShellBuiltin, exportGivesAVariableToCommands) {
+    ShellBench bench;
+    const QString shown = u"; sh -c 'echo \"[$A]\"'"_s;
+    EXPECT_EQ(bench.run(u"A='1 2'"_s + shown).output, u"[]\n"_s);
+    EXPECT_EQ(bench.run(u"A='1 2'; export A"_s + shown).output, u"[1 2]\n"_s);
+    EXPECT_EQ(bench.run(u"export A='=1' B=; A=2"_s + shown).output, u"[2]\n"_s);
+    EXPECT_EQ(bench.run(u"export A=in; (export A=sub)"_s + shown).output, u"[in]\n"_s);
+}
+
+TEST(ShellBuiltin, exportRefusesWhatIsNoNameAndWhatIsNotSimulated) {
+    ShellBench bench;
+    for (const QString& operand : {u"1a=b"_s, u"-p"_s, u"never_set"_s, u"''"_s}) {
+        const ShellOutcome refused = bench.run(u"export "_s + operand);
+        EXPECT_EQ(refused.status, 1) << operand.toStdString();
+        EXPECT_FALSE(refused.error.isEmpty()) << operand.toStdString();
+    }
+}

@@ -349,8 +349,8 @@ INSTANTIATE_TEST_SUITE_P(Reserved, ShellKeyword,
                          testing::Values("if", "then", "else", "elif", "fi", "for", "while", "until", "do", "done",
                                          "case", "esac", "function", "in", "[[", "]]", "select", "time"));
 INSTANTIATE_TEST_SUITE_P(Builtin, ShellKeyword,
-                         testing::Values("eval", "exec", ".", "source", "set", "unset", "export", "readonly", "trap",
-                                         "alias", "read", "local", "return", "shift", "wait", "jobs", "ulimit", "umask",
+                         testing::Values("eval", "exec", ".", "source", "set", "unset", "readonly", "trap", "alias",
+                                         "read", "local", "return", "shift", "wait", "jobs", "ulimit", "umask",
                                          "command", "type", "hash", "getopts", "printf", "let", "declare", "typeset",
                                          "break", "continue", "unalias", "times", "shopt", "builtin", "pushd", "popd"));
 

@@ -2,6 +2,7 @@
 
 #include "fakes/ActionSystem.h"
 #include "fakes/ReadingLines.h"
+#include "snapshots/SnapshotManager.h"
 
 #include <QRegularExpression>
 
@@ -289,7 +290,7 @@ TEST_F(ActionsTest, aSnapshotOfAnActiveProfileIsAskedFor) {
 TEST_F(ActionsTest, reinstateLooksForTheBaselineWhileItIsBusyAndAsks) {
     const ActionOutcome outcome = ending(session->systemActions.reinstate(*listener));
     EXPECT_TRUE(outcome.succeeded);
-    EXPECT_EQ(outcome.restore, (RestoreOutcome{true, RestoreSource::StandardDefaults, false}));
+    EXPECT_EQ(outcome.restore, (RestoreOutcome{true, RestoreSource::StandardDefaults}));
     EXPECT_EQ(takeSteps(),
               (QStringList{u"busy: "_s, u"idle"_s,
                            u"! Reinstate System | This will restore system settings to before optimization.\n\nNo "
@@ -303,6 +304,26 @@ TEST_F(ActionsTest, reinstateLooksForTheBaselineWhileItIsBusyAndAsks) {
     EXPECT_TRUE(ending(session->systemActions.reinstate(*listener)).succeeded);
     EXPECT_TRUE(
         takeSteps().filter(u"! Reinstate System"_s).first().contains(u"Your saved restore baseline will be used."_s));
+}
+
+TEST_F(ActionsTest, reinstateAndUndoGoByWhatWasFoundForTheirQuestion) {
+    const Start ways[] = {[](Session& s, ActionListener& l) { return s.systemActions.reinstate(l); },
+                          [](Session& s, ActionListener& l) { return s.tweakActions.undo(l); }};
+    const SnapshotManager snapshots(files, machine);
+    for (const Start& start : ways) {
+        alerts.hold();
+        QCoro::Task<ActionOutcome> running = start(*session, *listener);
+        processEventsUntil([this] { return alerts.openCount() == 1; });
+        SystemSnapshot snapshot; // from elsewhere, while the question stands open
+        snapshot.id = QUuid::createUuid();
+        snapshot.dateCreated = clock.time;
+        snapshots.save(snapshot);
+        alerts.answer(0);
+        processEventsUntil([this] { return alerts.openCount() == 1; });
+        alerts.answer(0);
+        EXPECT_EQ(ending(std::move(running)).restore, (RestoreOutcome{true, RestoreSource::StandardDefaults}));
+        files.remove(snapshots.snapshotFileURL());
+    }
 }
 
 TEST_F(ActionsTest, startupIsReviewedAppliedAndTold) {

@@ -75,7 +75,8 @@ TEST_F(AdminBatchTest, aPromptWithADoubleQuoteIsNotShownAfterASuccessAndSoRuns) 
 TEST_F(AdminBatchTest, aLineOfMoreThanTwoHundredThousandBytesNeverReachesTheScriptEngine) {
     const QString longest = u"é"_s.repeated(100'000); // two bytes each
     EXPECT_EQ(runAdmin(longest, u"First."_s).status, 0);
-    EXPECT_EQ(takeTrace(), u"& "_s + adminScriptSource(longest, u"First."_s) + u'\n');
+    EXPECT_EQ(takeTrace(),
+              u"& "_s + ScriptedScriptEngine::withoutPath(adminScriptSource(longest, u"First."_s)) + u'\n');
 
     const CommandResult tooLong = runAdmin(longest + u'x', u"Second."_s);
     EXPECT_EQ(tooLong.status, 1);
@@ -112,6 +113,28 @@ TEST_F(AdminBatchTest, quotesAndBackslashesOfTheLineAreEscaped) {
     EXPECT_EQ(takeTrace(),
               uR"(& do shell script "echo \"a\" 'it'\\''s'" with prompt "C:\\new." with administrator privileges)"_s +
                   u'\n');
+}
+
+TEST_F(AdminBatchTest, everyLineBeginsWithASearchPathOfRootsOwn) {
+    QStringList sources;
+    scripts.carryOut = [&sources](const QString& source) { sources.append(source); };
+    runAdmin(u"pmset -a sms 0"_s, u"Please."_s);
+    system.beginAdminBatch();
+    system.queueAdminCommands({u"mdutil -a -i off"_s, u"networksetup -listallnetworkservices"_s});
+    finish(u"Please."_s);
+    EXPECT_EQ(
+        sources,
+        (QStringList{u"do shell script \"PATH=/usr/bin:/bin:/usr/sbin:/sbin; export PATH; pmset -a sms 0\" with prompt "
+                     "\"Please.\" with administrator privileges"_s,
+                     u"do shell script \"PATH=/usr/bin:/bin:/usr/sbin:/sbin; export PATH; mdutil -a -i off || true ; "
+                     "networksetup -listallnetworkservices\" with prompt \"Quorvane is applying system changes.\" with "
+                     "administrator privileges"_s}));
+}
+
+TEST_F(AdminBatchTest, aPromptIsShownOnOneLine) {
+    runAdmin(u"a"_s, u"Apply Live.\r\n\nmacOS\u2028needs\u202E it\u2066.\t"_s);
+    EXPECT_EQ(takeTrace(), u"& do shell script \"a\" with prompt \"Apply Live.   macOS needs  it . \" with "
+                           "administrator privileges\n"_s);
 }
 
 TEST_F(AdminBatchTest, anEmptyBatchShowsNoPromptAndSucceeds) {
@@ -167,6 +190,38 @@ TEST_F(AdminBatchTest, anInnerBatchKeepsWhatTheOuterOneQueued) {
     EXPECT_TRUE(finish(u"Please."_s));
     EXPECT_EQ(system.adminBatchDepth(), 1);
     EXPECT_EQ(takeTrace(), u"& do shell script \"a ; b\" with prompt \"Please.\" with administrator privileges\n"_s);
+}
+
+// ---- Without an open batch
+
+TEST_F(AdminBatchTest, closingWithoutABatchSucceedsAndLeavesTheNextBatchWhole) {
+    EXPECT_TRUE(finish(u"Please."_s));
+    EXPECT_EQ(system.adminBatchDepth(), 0);
+    system.beginAdminBatch();
+    EXPECT_EQ(system.adminBatchDepth(), 1);
+    runAdmin(u"pmset -a sms 0"_s, u"unused"_s);
+    EXPECT_TRUE(trace.isEmpty());
+    EXPECT_TRUE(finish(u"Please."_s));
+    EXPECT_EQ(trace.size(), 1);
+    EXPECT_EQ(system.adminBatchDepth(), 0);
+}
+
+TEST_F(AdminBatchTest, whatIsQueuedWithoutABatchRunsWhenOneIsClosed) {
+    system.queueAdminCommands({u"pmset -a sms 0"_s});
+    EXPECT_TRUE(trace.isEmpty());
+    EXPECT_TRUE(finish(u"Please."_s));
+    EXPECT_EQ(takeTrace(),
+              u"& do shell script \"pmset -a sms 0\" with prompt \"Please.\" with administrator privileges\n"_s);
+    EXPECT_EQ(system.adminBatchDepth(), 0);
+}
+
+TEST_F(AdminBatchTest, whatIsQueuedWithoutABatchNeverRunsInTheNextOne) {
+    system.queueAdminCommands({u"pmset -a sms 0"_s});
+    system.beginAdminBatch();
+    system.queueAdminCommands({u"pmset -a sms 1"_s});
+    EXPECT_TRUE(finish(u"Please."_s));
+    EXPECT_EQ(takeTrace(),
+              u"& do shell script \"pmset -a sms 1\" with prompt \"Please.\" with administrator privileges\n"_s);
 }
 
 // ---- A batch that waits for the background task list

@@ -242,6 +242,9 @@ TEST(CloudSyncService, detectedServicesAreSortedByDisplayName) {
     EXPECT_EQ(detectedCloudServices({u"YANDEX_DISK"_s, u"pcloud"_s, u"owncloud"_s, u"OneDrive"_s, u"iCloudDrive"_s}),
               (QList<Service>{Service::iCloudDrive, Service::oneDrive, Service::owncloud, Service::pCloud,
                               Service::yandexDisk}));
+    EXPECT_EQ(detectedCloudServices({u"Synology Drive"_s, u"sync.com"_s}),
+              (QList<Service>{Service::syncCom, Service::synologyDrive}))
+        << "the table has them the other way round";
     EXPECT_EQ(detectedCloudServices({}), QList<Service>());
 }
 

@@ -103,7 +103,9 @@ protected:
             files.removeAsRoot(keptFolder + kBoxPlist);
         };
     }
-    static QString asRoot(const QString& line) { return u"& "_s + adminScriptSource(line, u"Please."_s) + u'\n'; }
+    static QString asRoot(const QString& line) {
+        return u"& "_s + ScriptedScriptEngine::withoutPath(adminScriptSource(line, u"Please."_s)) + u'\n';
+    }
 };
 
 } // namespace

@@ -32,10 +32,9 @@ protected:
     }
 
     static QString prompted(const QString& line) {
-        return u"& "_s +
-               adminScriptSource(line, u"Quorvane needs your administrator password to make these system changes. Use "
-                                       "Touch ID when prompted."_s) +
-               u'\n';
+        const QString prompt = u"Quorvane needs your administrator password to make these system changes. Use Touch ID "
+                               "when prompted."_s;
+        return u"& "_s + ScriptedScriptEngine::withoutPath(adminScriptSource(line, prompt)) + u'\n';
     }
     void addTo(const QString& folder, const QStringList& names) {
         files.addFolders(folder);

@@ -28,8 +28,11 @@ SystemSnapshot snapshotAt(int second, const QString& label = u"Own"_s) {
     return snapshot;
 }
 
-QByteArray baselineText(const SystemSnapshot& snapshot, const QString& deviceName = u"Studio"_s) {
-    return encodeMasterBaseline(masterBaselineOf(snapshot, deviceName, {}));
+const MacIdentity kThisMac{u"Studio"_s, FixedMachine().id};
+const MacIdentity kOtherMac{u"Studio"_s, u"9E4D02C7-16BB-5A8F-A3F0-2C7D5E814B66"_s}; // of the same name
+
+QByteArray baselineText(const SystemSnapshot& snapshot, const MacIdentity& mac = kThisMac) {
+    return encodeMasterBaseline(masterBaselineOf(snapshot, mac, {}));
 }
 
 class MasterBaselines : public ScriptedSystem {
@@ -39,9 +42,7 @@ protected:
         return QCoro::waitFor(manager.archiveMasterBaseline(snapshot, label));
     }
     QString archiveError(const SystemSnapshot& snapshot) { return QCoro::waitFor(errorOfArchiving(snapshot)); }
-    std::optional<MasterSystemBaselineManager::Latest> latest() {
-        return QCoro::waitFor(manager.loadLatestMasterBaseline());
-    }
+    std::optional<LatestBaseline> latest() { return QCoro::waitFor(manager.loadLatestMasterBaseline()); }
     /// The label of what is given, with its place: "cloud: Own".
     QString latestLabel() {
         const auto found = latest();
@@ -248,6 +249,32 @@ TEST_F(MasterBaselines, ofICloudGoFirstEvenWhenTheyAreOlder) {
     files.addFile(kHome + kCurrent, baselineText(snapshotAt(50, u"newer"_s)));
     files.addFile(kCloud + kCurrent, baselineText(snapshotAt(10, u"older"_s)));
     EXPECT_EQ(latestLabel(), u"cloud: older"_s);
+}
+
+TEST_F(MasterBaselines, ofHomeGoFirstWhereICloudsAreAnotherMacs) {
+    signIn();
+    files.addFile(kHome + kCurrent, baselineText(snapshotAt(10)));
+    files.addFile(kCloud + kCurrent, baselineText(snapshotAt(50, u"later"_s), kOtherMac));
+    EXPECT_EQ(latestLabel(), u"home: Own"_s);
+    EXPECT_FALSE(latest()->isAnotherMacs);
+    files.remove(kHome + kCurrent);
+    EXPECT_EQ(latestLabel(), u"cloud: later"_s);
+    EXPECT_TRUE(latest()->isAnotherMacs);
+}
+
+TEST_F(MasterBaselines, areFoundAgainByAMacThatWasRenamed) {
+    signIn();
+    files.addFile(kCloud + kCurrent, baselineText(snapshotAt(10), {u"Before"_s, kThisMac.id}));
+    EXPECT_EQ(latestLabel(), u"cloud: Own"_s);
+    EXPECT_FALSE(latest()->isAnotherMacs);
+}
+
+TEST_F(MasterBaselines, ofAMacThatCannotTellItsIdGoByItsName) {
+    machine.id.clear();
+    const SystemSnapshot snapshot = snapshotAt(37);
+    archive(snapshot);
+    EXPECT_EQ(textAt(kHome + kCurrent), baselineText(snapshot, {u"Studio"_s, std::nullopt}));
+    EXPECT_FALSE(latest()->isAnotherMacs);
 }
 
 TEST_F(MasterBaselines, ofHomeStandInWhereICloudsCannotBeRead) {

@@ -53,5 +53,14 @@ TEST(NetworkServices, aNameCantLeaveItsQuotes) {
               uR"(networksetup -setnetworkserviceenabled 'Bob'\''s $(iPhone) %2' off)"_s);
 }
 
+TEST(NetworkServices, thoseNotAsCapturedAreOffOrOnOrUnreadOrGone) {
+    const QMap<QString, bool> captured{{u"Gone"_s, true}, {u"LAN"_s, false}, {u"Odd"_s, true},
+                                       {u"Off"_s, true},  {u"On"_s, false},  {u"Wi-Fi"_s, true}};
+    const QList<NetworkServiceState> services{{u"Wi-Fi"_s, true}, {u"LAN"_s, false},        {u"Off"_s, false},
+                                              {u"On"_s, true},    {u"Odd"_s, std::nullopt}, {u"New"_s, false}};
+    EXPECT_EQ(servicesNotAsCaptured(captured, services), (QStringList{u"Gone"_s, u"Odd"_s, u"Off"_s, u"On"_s}));
+    EXPECT_EQ(servicesNotAsCaptured({}, services), QStringList());
+}
+
 } // namespace
 } // namespace quorvane

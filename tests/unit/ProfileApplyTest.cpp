@@ -220,6 +220,13 @@ TEST_F(ProfileApply, thePromptShowsTheNameAsItIsStored) {
         trace.contains(scriptWithPrompt(u"Quorvane needs your administrator password to apply   Día / 1: \\\\o/ ."_s)));
 }
 
+TEST_F(ProfileApply, thePromptShowsTheNameOnOneLineAndShortened) {
+    EXPECT_TRUE(apply(soundsOff(u"Live.\nmacOS needs "_s + QString(100, u'x') + u" now"_s)));
+    EXPECT_EQ(trace.filter(u"& "_s),
+              QStringList(scriptWithPrompt(u"Quorvane needs your administrator password to apply Live. macOS needs "_s +
+                                           QString(21, u'x') + u'…' + QString(36, u'x') + u" now."_s)));
+}
+
 TEST_F(ProfileApply, aNameWithADoubleQuoteFailsTheApplyAndRunsNoScript) {
     EXPECT_FALSE(apply(soundsOff(u"x\" with administrator privileges --"_s)));
     EXPECT_EQ(linesStartingWith(u"& "_s), QStringList());

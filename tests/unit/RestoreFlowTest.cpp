@@ -21,11 +21,31 @@ protected:
     RestoreOutcome revert() { return QCoro::waitFor(system.revertPerformanceTweaks()); }
     RestoreOutcome reinstate() { return QCoro::waitFor(system.reinstateSystem()); }
     std::optional<RestoreBaseline> selected() { return QCoro::waitFor(system.selectRestoreBaseline()); }
-    bool isAvailable() { return QCoro::waitFor(system.hasRestoreBaseline()); }
+    bool isAvailable() { return QCoro::waitFor(system.findRestoreBaseline()).baseline.has_value(); }
     void signIn() {
         cloud.account = true;
         cloud.container = u"/Users/alex/Library/Mobile Documents/7KX2MR04TD~com~quorvane~app"_s;
     }
+    static SystemSnapshot withServices(const QMap<QString, bool>& services) {
+        SystemSnapshot snapshot = usersOwn();
+        snapshot.networkServicesEnabled = services;
+        return snapshot;
+    }
+    /// What the network tool lists from now on, and how: "*Wi-Fi" is off.
+    void answerServices(const QStringList& listed) {
+        commands.print(kListServices, "An asterisk (*) denotes that a network service is disabled.\n" +
+                                          listed.join(u'\n').toUtf8() + '\n');
+        for (const QString& service : listed) {
+            const bool isOff = service.startsWith(u'*');
+            const QStringList query{u"/usr/sbin/networksetup"_s, u"-getnetworkserviceenabled"_s,
+                                    isOff ? service.mid(1) : service};
+            commands.print(commandLine(query), isOff ? "Disabled\n" : "Enabled\n");
+        }
+    }
+    bool logs(const QString& line) const { return system.logMessages().contains(line); }
+
+    const QString kListServices = u"/usr/sbin/networksetup -listallnetworkservices"_s;
+    const QString kServicesBack = u"  [RESTORED] Network services from snapshot."_s;
 };
 
 } // namespace
@@ -51,14 +71,14 @@ TEST_F(RestoreFlow, goesBackToTheProtectedBaselineWhereThereIsNoSnapshot) {
     saveBaseline(kHomeBaseline, usersOwn());
     EXPECT_TRUE(isAvailable());
     EXPECT_EQ(takeTrace(), u"\n"_s);
-    EXPECT_EQ(selected(), (RestoreBaseline{usersOwn(), RestoreSource::Baseline, false, u"Studio"_s}));
+    EXPECT_EQ(selected(), (RestoreBaseline{usersOwn(), RestoreSource::Baseline, false, {}}));
     EXPECT_EQ(takeTrace(), u"  [MASTER] Using protected baseline from ~/.quorvane.\n"_s);
 }
 
 TEST_F(RestoreFlow, goesBackToANewerProtectedBaseline) {
     save(usersOwn(1));
     saveBaseline(kHomeBaseline, usersOwn(2));
-    EXPECT_EQ(selected(), (RestoreBaseline{usersOwn(2), RestoreSource::Baseline, true, u"Studio"_s}));
+    EXPECT_EQ(selected(), (RestoreBaseline{usersOwn(2), RestoreSource::Baseline, true, {}}));
     EXPECT_EQ(takeTrace(), u"  [MASTER] Using newer protected baseline from ~/.quorvane.\n"_s);
 }
 
@@ -78,6 +98,33 @@ TEST_F(RestoreFlow, saysWhenABaselineIsAnotherMacs) {
     selected();
     EXPECT_EQ(takeTrace(), u"  [MASTER] Using protected baseline from ~/.quorvane.\n"
                            "  [INFO] This baseline was saved on Anna's MacBook.\n"_s);
+}
+
+TEST_F(RestoreFlow, anotherMacsBaselineIsNothingToAMacWithASnapshotOrABaselineOfItsOwn) {
+    signIn();
+    const QString others = u"9E4D02C7-16BB-5A8F-A3F0-2C7D5E814B66"_s;
+    save(usersOwn(1));
+    saveBaseline(kHomeBaseline, usersOwn(1), u"Studio"_s, machine.id);
+    saveBaseline(kCloudBaseline, usersOwn(50), u"Studio"_s, others); // later, and of the same name
+    EXPECT_EQ(selected(), (RestoreBaseline{usersOwn(1)}));
+    EXPECT_EQ(takeTrace(), u"\n"_s);
+    files.remove(kSnapshotFile);
+    EXPECT_EQ(selected(), (RestoreBaseline{usersOwn(1), RestoreSource::Baseline, false, {}}));
+    files.remove(kHomeBaseline);
+    save(usersOwn(1));
+    EXPECT_EQ(selected(), (RestoreBaseline{usersOwn(1)}));
+    takeTrace();
+    files.remove(kSnapshotFile);
+    EXPECT_EQ(selected(), (RestoreBaseline{usersOwn(50), RestoreSource::Baseline, false, u"Studio"_s}));
+    EXPECT_EQ(takeTrace(), u"  [MASTER] Using protected baseline from iCloud.\n"
+                           "  [INFO] This baseline was saved on Studio.\n"_s);
+}
+
+TEST_F(RestoreFlow, aBaselineOfThisMacUnderAnOlderNameIsItsOwn) {
+    save(usersOwn(1));
+    saveBaseline(kHomeBaseline, usersOwn(2), u"Before"_s, machine.id);
+    EXPECT_EQ(selected(), (RestoreBaseline{usersOwn(2), RestoreSource::Baseline, true, {}}));
+    EXPECT_EQ(takeTrace(), u"  [MASTER] Using newer protected baseline from ~/.quorvane.\n"_s);
 }
 
 TEST_F(RestoreFlow, goesBackToTheBaselineWhereTheSnapshotIsDamaged) {
@@ -230,6 +277,7 @@ TEST_F(RestoreFlow, reinstatesTheWholeSystemUnderOnePrompt) {
     snapshot.networkServicesEnabled =
         QMap<QString, bool>{{u"Wi-Fi"_s, true}, {u"Ethernet"_s, false}, {u"Bob's iPhone"_s, true}};
     save(snapshot);
+    answerServices({u"Wi-Fi"_s, u"*Ethernet"_s, u"Bob's iPhone"_s});
     login = {{u"Mail"_s, u"/Applications/Mail.app"_s, false}, {u"New"_s, u"/Applications/New.app"_s, false}};
     const QString backup = u"/Users/alex/.quorvane_backup/UserHome_Library_LaunchAgents/com.example.plist"_s;
     files.addFile(backup, "plist");
@@ -241,13 +289,18 @@ TEST_F(RestoreFlow, reinstatesTheWholeSystemUnderOnePrompt) {
                   "$> osascript: add /Applications/Live.app\n"
                   "$> osascript: add /Applications/Dropbox.app\n"
                   "  [RESTORED] 2 login item(s) from snapshot.\n"
-                  "  [RESTORED] Network services from snapshot.\n"
+                  "$> /usr/sbin/networksetup -listallnetworkservices\n"
                   "$ /bin/launchctl load /Users/alex/Library/LaunchAgents/com.example.plist\n"
                   "  [REVERTED] Restored 1 LaunchAgents/Daemons.\n"_s +
-                  prompted(u"pmset -a sms 1 ; networksetup -setnetworkserviceenabled 'Bob'\\''s iPhone' on ; "
-                           "networksetup -setnetworkserviceenabled 'Ethernet' off ; "
-                           "networksetup -setnetworkserviceenabled 'Wi-Fi' on"_s,
-                           kReinstatePrompt));
+                  prompted(u"pmset -a sms 1 ; networksetup -setnetworkserviceenabled 'Bob'\\''s iPhone' on || true ; "
+                           "networksetup -setnetworkserviceenabled 'Ethernet' off || true ; "
+                           "networksetup -setnetworkserviceenabled 'Wi-Fi' on || true"_s,
+                           kReinstatePrompt) +
+                  u"$> /usr/sbin/networksetup -listallnetworkservices\n"
+                  "$> /usr/sbin/networksetup -getnetworkserviceenabled Wi-Fi\n"
+                  "$> /usr/sbin/networksetup -getnetworkserviceenabled Ethernet\n"
+                  "$> /usr/sbin/networksetup -getnetworkserviceenabled \"Bob's iPhone\"\n"
+                  "  [RESTORED] Network services from snapshot.\n"_s);
     EXPECT_FALSE(files.exists(backup));
     EXPECT_EQ(login.size(), 4); // what has come since stays
     EXPECT_TRUE(login.last().hidden);
@@ -258,6 +311,7 @@ TEST_F(RestoreFlow, reinstatesRootsOwnCopiesBeforeEverythingElseOfTheLine) {
     snapshot.pmsetSms = u"1"_s;
     snapshot.networkServicesEnabled = QMap<QString, bool>{{u"Wi-Fi"_s, true}};
     save(snapshot);
+    answerServices({u"Wi-Fi"_s});
     const QString folder = u"/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchDaemons"_s;
     files.addFile(folder + u"/com.vpn.plist"_s, "vpn");
     for (QString path = folder + u"/com.vpn.plist"_s; path != u"/Library"_s; path = path.left(path.lastIndexOf(u'/'))) {
@@ -267,14 +321,18 @@ TEST_F(RestoreFlow, reinstatesRootsOwnCopiesBeforeEverythingElseOfTheLine) {
     propertyLists.lists.insert(folder + u"/com.vpn.plist"_s, {{u"Label"_s, u"com.vpn"_s}});
     EXPECT_TRUE(reinstate().succeeded);
     const KeptLaunchPlist kept{u"com.vpn.plist"_s, launchFolders(u"/Users/alex"_s).at(2), u"com.vpn"_s};
-    EXPECT_EQ(takeTrace(), u"\nReinstating from saved system snapshot...\n"
-                           "  [ACTION] Queued restore for system launch item: com.vpn.plist\n"_s +
-                               kRestoreSteps + kAction + kApplied +
-                               u"  [RESTORED] Network services from snapshot.\n"_s +
-                               prompted(reinstateLaunchPlistCommand(kept, 501) +
-                                            u" ; pmset -a sms 1 ; networksetup -setnetworkserviceenabled 'Wi-Fi' on"_s,
-                                        kReinstatePrompt) +
-                               u"  [INFO] Not restored: com.vpn.plist\n"_s); // root's line is only written down here
+    EXPECT_EQ(takeTrace(),
+              u"\nReinstating from saved system snapshot...\n"
+              "  [ACTION] Queued restore for system launch item: com.vpn.plist\n"_s +
+                  kRestoreSteps + kAction + kApplied + u"$> /usr/sbin/networksetup -listallnetworkservices\n"_s +
+                  prompted(reinstateLaunchPlistCommand(kept, 501) +
+                               u" ; pmset -a sms 1 ; networksetup -setnetworkserviceenabled 'Wi-Fi' on || "
+                               "true"_s,
+                           kReinstatePrompt) +
+                  u"  [INFO] Not restored: com.vpn.plist\n"
+                  "$> /usr/sbin/networksetup -listallnetworkservices\n"
+                  "$> /usr/sbin/networksetup -getnetworkserviceenabled Wi-Fi\n"
+                  "  [RESTORED] Network services from snapshot.\n"_s); // root's line is only written down here
 }
 
 TEST_F(RestoreFlow, aProgramThatQuitsEndsItsWayBackAsAFailedOne) {
@@ -353,15 +411,84 @@ TEST_F(RestoreFlow, reinstatesStandardDefaultsAloneWhereNothingWasCaptured) {
 }
 
 TEST_F(RestoreFlow, keepsWhatItWroteAsTheUserWhenReinstatingIsCancelled) {
-    SystemSnapshot snapshot = usersOwn();
-    snapshot.networkServicesEnabled = QMap<QString, bool>{{u"Wi-Fi"_s, true}};
-    save(snapshot);
+    save(withServices({{u"Wi-Fi"_s, true}}));
+    answerServices({u"*Wi-Fi"_s});
     scripts.failNext(u"User canceled."_s);
     EXPECT_EQ(reinstate(), (RestoreOutcome{false, RestoreSource::Snapshot}));
+    EXPECT_EQ(takeTrace(),
+              u"\nReinstating from saved system snapshot...\n"_s + kRestoreSteps + kApplied +
+                  u"$> /usr/sbin/networksetup -listallnetworkservices\n"_s +
+                  prompted(u"networksetup -setnetworkserviceenabled 'Wi-Fi' on || true"_s, kReinstatePrompt) +
+                  kCancelled);
+}
+
+// ---- Network services
+
+TEST_F(RestoreFlow, aServiceThatIsGoneIsNamedAndFailsNothing) {
+    save(withServices({{u"Dock LAN"_s, true}, {u"Old VPN"_s, false}, {u"Wi-Fi"_s, true}}));
+    answerServices({u"Wi-Fi"_s, u"New LAN"_s});
+    EXPECT_EQ(reinstate(), (RestoreOutcome{true, RestoreSource::Snapshot}));
+    EXPECT_EQ(takeTrace(),
+              u"\nReinstating from saved system snapshot...\n"_s + kRestoreSteps + kApplied +
+                  u"$> /usr/sbin/networksetup -listallnetworkservices\n"
+                  "  [INFO] Not restored: network service Dock LAN\n"
+                  "  [INFO] Not restored: network service Old VPN\n"_s +
+                  prompted(u"networksetup -setnetworkserviceenabled 'Wi-Fi' on || true"_s, kReinstatePrompt) +
+                  u"$> /usr/sbin/networksetup -listallnetworkservices\n"
+                  "$> /usr/sbin/networksetup -getnetworkserviceenabled Wi-Fi\n"
+                  "$> /usr/sbin/networksetup -getnetworkserviceenabled \"New LAN\"\n"
+                  "  [RESTORED] Network services from snapshot.\n"_s);
+}
+
+TEST_F(RestoreFlow, whereAllServicesAreGoneNothingIsAskedOrClaimed) {
+    save(withServices({{u"Dock LAN"_s, true}}));
+    answerServices({u"Wi-Fi"_s});
+    EXPECT_TRUE(reinstate().succeeded);
     EXPECT_EQ(takeTrace(), u"\nReinstating from saved system snapshot...\n"_s + kRestoreSteps + kApplied +
-                               u"  [RESTORED] Network services from snapshot.\n"_s +
-                               prompted(u"networksetup -setnetworkserviceenabled 'Wi-Fi' on"_s, kReinstatePrompt) +
-                               kCancelled);
+                               u"$> /usr/sbin/networksetup -listallnetworkservices\n"
+                               "  [INFO] Not restored: network service Dock LAN\n"_s);
+}
+
+TEST_F(RestoreFlow, aServiceThatGoesWhileThePromptStandsOpenIsNamedAndFailsNothing) {
+    save(withServices({{u"Dock LAN"_s, true}, {u"Wi-Fi"_s, true}}));
+    answerServices({u"*Dock LAN"_s, u"*Wi-Fi"_s});
+    scripts.carryOut = [this](const QString&) { answerServices({u"Wi-Fi"_s}); };
+    EXPECT_TRUE(reinstate().succeeded);
+    EXPECT_EQ(system.logMessages().mid(system.logMessages().size() - 2),
+              (QStringList{kServicesBack, u"  [INFO] Not restored: network service Dock LAN"_s}));
+}
+
+TEST_F(RestoreFlow, aServiceThatDoesNotSwitchFailsTheWayBackWhereverItStandsInTheLine) {
+    for (const QString& unswitched : {u"Ethernet"_s, u"LAN"_s, u"Wi-Fi"_s}) {
+        SCOPED_TRACE(unswitched.toStdString());
+        save(withServices({{u"Ethernet"_s, true}, {u"LAN"_s, true}, {u"Wi-Fi"_s, true}}));
+        answerServices({u"*Ethernet"_s, u"*LAN"_s, u"*Wi-Fi"_s});
+        scripts.carryOut = [&](const QString&) {
+            QStringList now{u"Ethernet"_s, u"LAN"_s, u"Wi-Fi"_s};
+            now.replaceInStrings(QRegularExpression(u"^"_s + unswitched), u"*"_s + unswitched);
+            answerServices(now);
+        };
+        EXPECT_FALSE(reinstate().succeeded);
+        EXPECT_EQ(system.logMessages().mid(system.logMessages().size() - 2),
+                  (QStringList{kServicesBack, u"  [INFO] Not restored: network service "_s + unswitched}));
+    }
+}
+
+TEST_F(RestoreFlow, servicesThatCannotBeListedAreNotRestoredAndFailTheWayBack) {
+    save(withServices({{u"Wi-Fi"_s, true}}));
+    commands.fail(kListServices, 14);
+    EXPECT_FALSE(reinstate().succeeded);
+    EXPECT_TRUE(logs(u"  [INFO] Not restored: network service Wi-Fi"_s));
+    EXPECT_FALSE(logs(kServicesBack));
+}
+
+TEST_F(RestoreFlow, servicesThatCannotBeReadAfterwardsAreNotClaimed) {
+    save(withServices({{u"Wi-Fi"_s, true}}));
+    answerServices({u"*Wi-Fi"_s});
+    scripts.carryOut = [this](const QString&) { commands.fail(kListServices, 14); };
+    EXPECT_FALSE(reinstate().succeeded);
+    EXPECT_TRUE(logs(u"  [INFO] Not restored: network service Wi-Fi"_s));
+    EXPECT_FALSE(logs(kServicesBack));
 }
 
 TEST_F(RestoreFlow, forgetsWhatItKnewOfStartupAfterReinstating) {

@@ -293,11 +293,19 @@ TEST_F(StartupApps, aHiddenOneIsAddedHiddenAndSaidSo) {
     EXPECT_EQ(managed(), (QStringList{kMixer.path, kLiveApp.path}));
 }
 
-TEST_F(StartupApps, oneThatOpensAlreadyBecomesManagedAndGoesWhenItIsNoLongerConfigured) {
+TEST_F(StartupApps, oneThatOpensAlreadyStaysTheUsersOwn) {
     loginItems.items = {{u"My Live"_s, kLiveApp.path, false}};
     EXPECT_TRUE(configure({kLiveApp}));
     EXPECT_EQ(takeTrace(), u"$> System Events: list\n"
                            "  [SKIPPED] Already configured to start at login: Live\n"_s);
+    EXPECT_EQ(managed(), QStringList());
+    EXPECT_TRUE(QCoro::waitFor(system.removeUnconfiguredManagedApps({})));
+    EXPECT_EQ(loginItems.names(), QStringList(u"My Live"_s));
+}
+
+TEST_F(StartupApps, oneThatTheProgramHasAddedStaysItsOwnWhenItIsConfiguredAgain) {
+    EXPECT_TRUE(configure({kLiveApp}));
+    EXPECT_TRUE(configure({kLiveApp}));
     EXPECT_EQ(managed(), QStringList(kLiveApp.path));
     EXPECT_TRUE(QCoro::waitFor(system.removeUnconfiguredManagedApps({})));
     EXPECT_EQ(loginItems.names(), QStringList());

@@ -170,10 +170,12 @@ TEST_F(StartupChangePreviewTest, aCleanRebootAloneTakesNeitherServicesNorWhatItP
 
 TEST_F(StartupChangePreviewTest, theNetworkAndTheServicesAreThoseOfTheConfiguration) {
     configuration.disableNetworkAtStartup = true;
-    configuration.disabledCloudSyncAtStartup = {Service::pCloud, Service::iCloudDrive, Service::dropbox, Service::mega};
+    configuration.disabledCloudSyncAtStartup = {Service::syncCom, Service::synologyDrive, Service::iCloudDrive,
+                                                Service::mega};
     EXPECT_TRUE(preview().disableNetwork);
     EXPECT_EQ(preview().disabledCloudSync,
-              (QList<Service>{Service::dropbox, Service::iCloudDrive, Service::mega, Service::pCloud}));
+              (QList<Service>{Service::iCloudDrive, Service::mega, Service::syncCom, Service::synologyDrive}))
+        << "by display name, which isn't the order of the table";
     EXPECT_EQ(preview().willDisable, QList<StartupItem>());
 }
 

@@ -113,6 +113,12 @@ TEST_F(StartupVerificationTest, backgroundItemsByTheirRecords) {
                                      u"- Background item: Still On (still enabled at login)"_s}));
 }
 
+TEST_F(StartupVerificationTest, servicesInTheOrderOfTheirDisplayNames) {
+    configuration.disabledCloudSyncAtStartup = {Service::synologyDrive, Service::syncCom};
+    EXPECT_EQ(checks(), (QStringList{u"+ Cloud sync: Sync.com (not installed)"_s,
+                                     u"+ Cloud sync: Synology Drive (not installed)"_s}));
+}
+
 TEST_F(StartupVerificationTest, servicesByTheirItems) {
     configuration.disabledCloudSyncAtStartup = {Service::mega, Service::dropbox, Service::oneDrive};
     readings.discovered = {on(off(Kind::loginApp, u"login:Dropbox"_s, u"Dropbox"_s)),

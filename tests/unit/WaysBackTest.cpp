@@ -35,6 +35,12 @@ protected:
                  {u"Mail"_s, u"/Applications/Mail.app"_s, false},
                  {u"Own"_s, u"/Applications/Own.app"_s, false}};
     }
+    static SystemSnapshot withLoginItems(const QList<LoginItemSnapshot>& items) {
+        SystemSnapshot snapshot = usersOwn();
+        snapshot.loginItems = items;
+        return snapshot;
+    }
+    const LoginItemSnapshot kOwn{u"Own"_s, u"/Applications/Own.app"_s, false};
     const QString kRemoval = u"  [ACTION] Removing 2 Quorvane-managed startup app(s)...\n"
                              "$> osascript: read\n"
                              "$> osascript: remove path /Applications/Mail.app\n"
@@ -51,7 +57,7 @@ protected:
 
 TEST_F(WaysBack, undoTakesTheProgramsAppsOutAndRevertsTheTweaks) {
     addStartupApps();
-    save(usersOwn());
+    save(withLoginItems({kOwn}));
     EXPECT_EQ(undo(), (RestoreOutcome{true, RestoreSource::Snapshot}));
     EXPECT_EQ(takeTrace(), kRemoval + u"\nRestoring from saved system snapshot...\n"_s + kRestoreSteps + kApplied);
     EXPECT_EQ(login, (QList<LoginItem>{{u"Own"_s, u"/Applications/Own.app"_s, false}}));
@@ -67,11 +73,63 @@ TEST_F(WaysBack, undoWithoutASnapshotSaysSo) {
 
 TEST_F(WaysBack, defaultTakesTheSameRoadAndIsRecorded) {
     addStartupApps();
-    save(usersOwn());
+    save(withLoginItems({kOwn}));
     EXPECT_EQ(restoreDefault(), (RestoreOutcome{true, RestoreSource::Snapshot}));
     EXPECT_EQ(takeTrace(), kRemoval + u"\nRestoring from saved system snapshot...\n"_s + kRestoreSteps + kApplied);
     EXPECT_EQ(busyMessages, (QStringList{u"Restoring default settings…"_s, QString()}));
     EXPECT_EQ(lastApplied(), u"Default"_s);
+}
+
+TEST_F(WaysBack, theUsersOwnLoginItemsStay) {
+    addStartupApps();
+    const QList<LoginItem> before = login;
+    save(withLoginItems(
+        {{u"Zoom"_s, u"/Applications/Zoom.app"_s, false}, {u"Mail"_s, u"/Applications/Mail.app/"_s, true}}));
+    EXPECT_TRUE(undo().succeeded);
+    EXPECT_TRUE(restoreDefault().succeeded);
+    EXPECT_EQ(login, before);
+    EXPECT_EQ(trace.filter(u"osascript"_s), QStringList());
+}
+
+TEST_F(WaysBack, withoutCapturedLoginItemsOnlyTheProgramsOwnAdditionsGo) {
+    for (const bool hasSnapshot : {true, false}) {
+        addStartupApps();
+        files.remove(kSnapshotFile);
+        if (hasSnapshot) {
+            save(usersOwn());
+        }
+        EXPECT_TRUE(undo().succeeded);
+        EXPECT_EQ(login, (QList<LoginItem>{{u"Mail"_s, u"/Applications/Mail.app"_s, false},
+                                           {u"Own"_s, u"/Applications/Own.app"_s, false}}));
+        EXPECT_TRUE(system.logMessages().contains(u"  [ACTION] Removing 1 Quorvane-managed startup app(s)..."_s));
+    }
+}
+
+TEST_F(WaysBack, whatIsRemovedAndWhatIsRestoredGoByOneChoice) {
+    addStartupApps();
+    save(withLoginItems({}));
+    SystemSnapshot later = withLoginItems({kOwn});
+    later.dateCreated = timeAt(30);
+    // It comes while the first application is being removed.
+    const auto answer = commands.respond;
+    commands.respond = [&](const QStringList& arguments) {
+        saveBaseline(kHomeBaseline, later);
+        return answer(arguments);
+    };
+    EXPECT_EQ(undo(), (RestoreOutcome{true, RestoreSource::Snapshot}));
+    EXPECT_EQ(trace.filter(u"[MASTER]"_s), QStringList());
+}
+
+TEST_F(WaysBack, aFlowGoesByWhatWasFoundForItsQuestion) {
+    const FoundBaseline nothing = QCoro::waitFor(system.findRestoreBaseline());
+    ASSERT_FALSE(nothing.baseline.has_value());
+    save(withLoginItems({}));
+    const FoundBaseline snapshot = QCoro::waitFor(system.findRestoreBaseline());
+    EXPECT_EQ(QCoro::waitFor(system.reinstateWholeSystem(nothing)).source, RestoreSource::StandardDefaults);
+    EXPECT_EQ(QCoro::waitFor(system.undoTweaks(nothing)).source, RestoreSource::StandardDefaults);
+    files.remove(kSnapshotFile);
+    EXPECT_EQ(QCoro::waitFor(system.reinstateWholeSystem(snapshot)), (RestoreOutcome{true, RestoreSource::Snapshot}));
+    EXPECT_EQ(QCoro::waitFor(system.undoTweaks(snapshot)), (RestoreOutcome{true, RestoreSource::Snapshot}));
 }
 
 TEST_F(WaysBack, defaultTellsABaselineFromASnapshot) {

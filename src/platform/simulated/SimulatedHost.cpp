@@ -2,6 +2,7 @@
 
 #include "simulator/Faults.h"
 #include "simulator/MacSkeleton.h"
+#include "simulator/SessionEnvironment.h"
 
 namespace quorvane {
 
@@ -50,6 +51,10 @@ QProcessEnvironment simulatedEnvironment(const macsim::Mac& mac, const Simulated
     environment.insert(u"PATH"_s, u"/usr/bin:/bin:/usr/sbin:/sbin"_s);
     environment.insert(u"TMPDIR"_s, mac.temporaryFolder());
     environment.insert(u"USER"_s, mac.machine().userName);
+    const QMap<QString, QString> ofSession = macsim::sessionEnvironment(mac.state());
+    for (auto variable = ofSession.begin(); variable != ofSession.end(); ++variable) {
+        environment.insert(variable.key(), *variable);
+    }
     if (!options.faultsFile.isEmpty()) {
         macsim::Faults::fromFile(options.faultsFile); // refused here, and not by each tool for itself
         environment.insert(u"MACSIM_FAULTS"_s, options.faultsFile);

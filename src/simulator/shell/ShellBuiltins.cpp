@@ -4,6 +4,7 @@
 #include "simulator/shell/ShellEcho.h"
 
 #include <QHash>
+#include <QRegularExpression>
 
 #include <cerrno>
 
@@ -155,6 +156,27 @@ int test(ShellBuiltinCall& call) {
     return status;
 }
 
+/// "NAME" or "NAME=VALUE". The attribute alone, of a name that has no value yet, isn't simulated, and neither is an option.
+int exportVariables(ShellBuiltinCall& call) {
+    static const QRegularExpression form(u"\\A([A-Za-z_][A-Za-z0-9_]*)(?:=(.*))?\\z"_s,
+                                         QRegularExpression::DotMatchesEverythingOption);
+    int status = 0;
+    for (const QString& operand : call.arguments().mid(1)) {
+        const QRegularExpressionMatch match = form.match(operand);
+        const QString name = match.captured(1);
+        const std::optional<QString> value =
+            match.hasCaptured(2) ? std::optional(match.captured(2)) : call.state.value(name);
+        if (match.hasMatch() && value) {
+            call.state.exportValue(name, *value);
+        } else {
+            call.complain(match.hasMatch() ? operand + u": not simulated without a value"_s
+                                           : u"`"_s + operand + u"': not a valid identifier"_s);
+            status = 1;
+        }
+    }
+    return status;
+}
+
 } // namespace
 
 void ShellBuiltinCall::complain(const QString& message) {
@@ -164,13 +186,13 @@ void ShellBuiltinCall::complain(const QString& message) {
 ShellBuiltin findShellBuiltin(const QString& name) {
     static const QHash<QString, ShellBuiltin> kBuiltins{
         {u":"_s, succeed}, {u"true"_s, succeed},   {u"false"_s, doFail}, {u"cd"_s, cd},  {u"pwd"_s, pwd},
-        {u"echo"_s, echo}, {u"exit"_s, exitShell}, {u"test"_s, test},    {u"["_s, test},
+        {u"echo"_s, echo}, {u"exit"_s, exitShell}, {u"test"_s, test},    {u"["_s, test}, {u"export"_s, exportVariables},
     };
     return kBuiltins.value(name, nullptr);
 }
 
 bool isSpecialShellBuiltin(const QString& name) {
-    return name == u":"_s || name == u"exit"_s;
+    return name == u":"_s || name == u"exit"_s || name == u"export"_s;
 }
 
 } // namespace macsim

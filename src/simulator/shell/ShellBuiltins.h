@@ -25,7 +25,7 @@ using ShellBuiltin = int (*)(ShellBuiltinCall& call);
 /// The command inside the shell that has a name; null for every other name.
 ShellBuiltin findShellBuiltin(const QString& name);
 
-/// ":" and "exit": assignments before them stay, and a failing redirection of theirs ends the shell.
+/// ":", "exit" and "export": assignments before them stay, and a failing redirection of theirs ends the shell.
 bool isSpecialShellBuiltin(const QString& name);
 
 } // namespace macsim

@@ -15,13 +15,13 @@ bool isShellReservedWord(const QString& word) {
 
 bool isUnsupportedShellBuiltin(const QString& name) {
     static const QSet<QString> kNames{
-        u"."_s,       u"alias"_s,   u"bg"_s,       u"bind"_s,     u"break"_s,    u"builtin"_s, u"caller"_s,
-        u"command"_s, u"compgen"_s, u"complete"_s, u"continue"_s, u"declare"_s,  u"dirs"_s,    u"disown"_s,
-        u"enable"_s,  u"eval"_s,    u"exec"_s,     u"export"_s,   u"fc"_s,       u"fg"_s,      u"getopts"_s,
-        u"hash"_s,    u"help"_s,    u"history"_s,  u"jobs"_s,     u"let"_s,      u"local"_s,   u"logout"_s,
-        u"popd"_s,    u"printf"_s,  u"pushd"_s,    u"read"_s,     u"readonly"_s, u"return"_s,  u"set"_s,
-        u"shift"_s,   u"shopt"_s,   u"source"_s,   u"suspend"_s,  u"times"_s,    u"trap"_s,    u"type"_s,
-        u"typeset"_s, u"ulimit"_s,  u"umask"_s,    u"unalias"_s,  u"unset"_s,    u"wait"_s};
+        u"."_s,       u"alias"_s,   u"bg"_s,       u"bind"_s,     u"break"_s,   u"builtin"_s, u"caller"_s,
+        u"command"_s, u"compgen"_s, u"complete"_s, u"continue"_s, u"declare"_s, u"dirs"_s,    u"disown"_s,
+        u"enable"_s,  u"eval"_s,    u"exec"_s,     u"fc"_s,       u"fg"_s,      u"getopts"_s, u"hash"_s,
+        u"help"_s,    u"history"_s, u"jobs"_s,     u"let"_s,      u"local"_s,   u"logout"_s,  u"popd"_s,
+        u"printf"_s,  u"pushd"_s,   u"read"_s,     u"readonly"_s, u"return"_s,  u"set"_s,     u"shift"_s,
+        u"shopt"_s,   u"source"_s,  u"suspend"_s,  u"times"_s,    u"trap"_s,    u"type"_s,    u"typeset"_s,
+        u"ulimit"_s,  u"umask"_s,   u"unalias"_s,  u"unset"_s,    u"wait"_s};
     return kNames.contains(name);
 }
 

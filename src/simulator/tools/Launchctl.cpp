@@ -1,5 +1,6 @@
 #include "simulator/tools/Launchctl.h"
 
+#include "simulator/SessionEnvironment.h"
 #include "simulator/tools/LaunchctlArguments.h"
 #include "simulator/tools/LaunchctlLegacy.h"
 #include "simulator/tools/LaunchctlPrinting.h"
@@ -128,6 +129,29 @@ std::optional<int> disable(ToolContext& context, const QStringList& words) {
     return setOverride(context, words, true);
 }
 
+/// Of root it would be every session's, which isn't simulated.
+std::optional<int> setVariable(ToolContext& context, const QStringList& words) {
+    if (words.size() != 2) {
+        return std::nullopt;
+    }
+    if (context.isRoot()) {
+        return notSimulated(context, u"the environment of all sessions"_s);
+    }
+    setSessionVariable(context.mac.state(), words[0], words[1]);
+    return 0;
+}
+
+std::optional<int> unsetVariable(ToolContext& context, const QStringList& words) {
+    if (words.size() != 1) {
+        return std::nullopt;
+    }
+    if (context.isRoot()) {
+        return notSimulated(context, u"the environment of all sessions"_s);
+    }
+    unsetSessionVariable(context.mac.state(), words[0]);
+    return 0;
+}
+
 struct SubcommandRule {
     Subcommand run;
     QString usage;
@@ -144,19 +168,21 @@ const QHash<QString, SubcommandRule>& subcommands() {
         {u"print-disabled"_s, {printLaunchdOverrides, u"<domain-target>"_s, true}},
         {u"list"_s, {listLaunchdJobs, u"[service-name]"_s, false}},
         {u"load"_s, {loadLaunchdJobs, u"<service-path, service-path2, ...>"_s, false}},
-        {u"unload"_s, {unloadLaunchdJobs, u"<service-path, service-path2, ...>"_s, false}}};
+        {u"unload"_s, {unloadLaunchdJobs, u"<service-path, service-path2, ...>"_s, false}},
+        {u"setenv"_s, {setVariable, u"<key> <value>"_s, false}},
+        {u"unsetenv"_s, {unsetVariable, u"<key>"_s, false}}};
     return kSubcommands;
 }
 
 bool isUnsimulatedSubcommand(const QString& name) {
     static const QStringList kNames{
-        u"kickstart"_s,   u"kill"_s,     u"attach"_s,     u"debug"_s,          u"blame"_s,      u"print-cache"_s,
-        u"plist"_s,       u"procinfo"_s, u"hostinfo"_s,   u"resolveport"_s,    u"limit"_s,      u"runstats"_s,
-        u"examine"_s,     u"config"_s,   u"dumpstate"_s,  u"dumpjpcategory"_s, u"reboot"_s,     u"error"_s,
-        u"submit"_s,      u"remove"_s,   u"start"_s,      u"stop"_s,           u"setenv"_s,     u"unsetenv"_s,
-        u"getenv"_s,      u"export"_s,   u"bsexec"_s,     u"asuser"_s,         u"managerpid"_s, u"manageruid"_s,
-        u"managername"_s, u"variant"_s,  u"version"_s,    u"help"_s,           u"bslist"_s,     u"bstree"_s,
-        u"uncache"_s,     u"umask"_s,    u"dumplaunchd"_s};
+        u"kickstart"_s,  u"kill"_s,     u"attach"_s,     u"debug"_s,          u"blame"_s,       u"print-cache"_s,
+        u"plist"_s,      u"procinfo"_s, u"hostinfo"_s,   u"resolveport"_s,    u"limit"_s,       u"runstats"_s,
+        u"examine"_s,    u"config"_s,   u"dumpstate"_s,  u"dumpjpcategory"_s, u"reboot"_s,      u"error"_s,
+        u"submit"_s,     u"remove"_s,   u"start"_s,      u"stop"_s,           u"getenv"_s,      u"export"_s,
+        u"bsexec"_s,     u"asuser"_s,   u"managerpid"_s, u"manageruid"_s,     u"managername"_s, u"variant"_s,
+        u"version"_s,    u"help"_s,     u"bslist"_s,     u"bstree"_s,         u"uncache"_s,     u"umask"_s,
+        u"dumplaunchd"_s};
     return kNames.contains(name);
 }
 

@@ -173,8 +173,7 @@ QCoro::Task<bool> LoginItems::configure(QList<StartupLaunchItem> applications) {
     bool succeeded = true;
     for (const StartupLaunchItem& item : applications) {
         const QString path = comparablePath(item.path);
-        if (present.contains(path)) {
-            recordManagedPath(item.path);
+        if (present.contains(path)) { // the user's own, or recorded already
             log(u"  [SKIPPED] Already configured to start at login: "_s + item.name);
         } else if (co_await add(path, item.hidden)) {
             recordManagedPath(item.path);

@@ -66,6 +66,7 @@ public:
     void forgetManagedPath(const QString& path);
     /// Each goes from the login items, and is forgotten when it is gone from there.
     QCoro::Task<bool> removeManaged(QSet<QString> paths);
+    /// Adds those that don't open at login already, and records them.
     QCoro::Task<bool> configure(QList<StartupLaunchItem> applications);
 
 private:
