@@ -75,7 +75,7 @@ QCoro::Task<bool> SystemManager::disableLoginItems(QStringList names, QSet<QStri
 // ---- Launch agents and daemons
 
 QCoro::Task<bool> SystemManager::disableLaunchItems(QStringList labels, QSet<QString> excludedIds) {
-    return m_launchItems->disable(std::move(labels), std::move(excludedIds));
+    return m_launchItems->disable(std::move(labels), std::move(excludedIds), m_backgroundItems->protectedPlists());
 }
 
 QCoro::Task<void> SystemManager::restoreLaunchItems() {
@@ -87,6 +87,7 @@ void SystemManager::queueKeptLaunchItems() {
 }
 
 QCoro::Task<void> SystemManager::settleKeptLaunchItems() {
+    m_backgroundItems->forgetSwitchedOff();
     return m_launchItems->settleKept();
 }
 

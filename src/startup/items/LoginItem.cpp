@@ -17,7 +17,7 @@ bool looksLikeBackgroundAgent(const LoginItem& item) {
 }
 
 bool isProtectedLoginItem(const LoginItem& item) {
-    return isExcludedName(item.name) || isExcludedName(item.path);
+    return isExcludedName(item.name) || isExcludedName(item.path) || item.hasProtectedRecord;
 }
 
 StartupItem startupItemOf(const LoginItem& item) {

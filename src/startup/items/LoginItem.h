@@ -12,6 +12,7 @@ struct LoginItem {
     QString name;
     QString path; ///< empty or "missing value" where the file is gone
     bool hidden = false;
+    bool hasProtectedRecord = false; ///< the background task list shows it to be audio software
 
     bool operator==(const LoginItem&) const = default;
 };
@@ -30,7 +31,7 @@ struct LoginItemList {
 /// that calls itself an agent.
 bool looksLikeBackgroundAgent(const QString& text);
 bool looksLikeBackgroundAgent(const LoginItem& item);
-/// True for a login item whose name or path is that of audio software.
+/// True for a login item whose name, path or background record is that of audio software.
 bool isProtectedLoginItem(const LoginItem& item);
 
 StartupItem startupItemOf(const LoginItem& item);

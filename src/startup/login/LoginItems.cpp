@@ -1,6 +1,7 @@
 #include "startup/login/LoginItems.h"
 
 #include "core/Json.h"
+#include "core/Paths.h"
 #include "platform/FileManager.h"
 #include "platform/Host.h"
 #include "platform/Machine.h"
@@ -28,8 +29,9 @@ QStringList osascript(const QString& script) {
 
 } // namespace
 
-LoginItems::LoginItems(FlowEnvironment& environment)
-    : Flow(environment) {}
+LoginItems::LoginItems(FlowEnvironment& environment, std::function<QSet<QString>()> protectedPaths)
+    : Flow(environment)
+    , m_protectedPaths(std::move(protectedPaths)) {}
 
 QCoro::Task<LoginItemList> LoginItems::current() {
     if (m_list) {
@@ -50,7 +52,12 @@ void LoginItems::drop() {
 
 QCoro::Task<LoginItemList> LoginItems::readFromSystemEvents() {
     const CommandResult result = co_await runCommand(osascript(readLoginItemsScript()), OutputCapture::Capture);
-    co_return result.status == 0 ? parsedLoginItems(result.standardOutput) : LoginItemList();
+    LoginItemList list = result.status == 0 ? parsedLoginItems(result.standardOutput) : LoginItemList();
+    const QSet<QString> protectedPaths = m_protectedPaths();
+    for (LoginItem& item : list.items) {
+        item.hasProtectedRecord = protectedPaths.contains(withoutFinalSlashes(item.path));
+    }
+    co_return list;
 }
 
 QCoro::Task<QList<LoginItem>> LoginItems::visible() {
