@@ -1,6 +1,7 @@
 #include "actions/ActionTexts.h"
 
 #include "actions/ActionOutcome.h"
+#include "core/OneLine.h"
 #include "maintenance/MaintenanceSelection.h"
 #include "network/NetworkOperations.h"
 #include "startup/apply/StartupVerification.h"
@@ -11,7 +12,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qsizetype kLongestName = 80;
 const QString kCancel = u"Cancel"_s;
 const QString kCancelled = u"Cancelled"_s;
 const QString kError = u"Error"_s;
@@ -39,40 +39,13 @@ QString restoredDefaults(const RestoreOutcome& outcome) {
                                 : u"Standard macOS settings restored."_s;
 }
 
-/// Of the format characters only those that turn the direction: others join the parts of one emoji or letter.
-bool turnsText(QChar character) {
-    const char16_t code = character.unicode();
-    const bool turnsDirection = code == 0x061C || code == 0x200E || code == 0x200F ||
-                                (code >= 0x202A && code <= 0x202E) || (code >= 0x2066 && code <= 0x2069);
-    return turnsDirection || character.category() == QChar::Other_Control || character == QChar::LineSeparator ||
-           character == QChar::ParagraphSeparator;
-}
-
 } // namespace
-
-QString plainText(const QString& text) {
-    QString plain = text;
-    for (QChar& character : plain) {
-        if (turnsText(character)) {
-            character = u' ';
-        }
-    }
-    if (plain.size() <= kLongestName) {
-        return plain;
-    }
-    // Between two characters: half of one would be none.
-    qsizetype head = (kLongestName - 1) / 2;
-    qsizetype tail = plain.size() - (kLongestName - 1 - head);
-    head -= plain.at(head).isLowSurrogate() ? 1 : 0;
-    tail += plain.at(tail).isLowSurrogate() ? 1 : 0;
-    return plain.left(head) + u'…' + plain.mid(tail);
-}
 
 // ---- Questions
 
 Alert snapshotQuestion(const QString& name) {
     return destructiveQuestion(u"Replace Restore Baseline?"_s,
-                               u"“"_s + plainText(name) +
+                               u"“"_s + nameOnOneLine(name) +
                                    u"” is active. A snapshot taken now saves its settings, and Revert and Reinstate "
                                    "will return to them."_s,
                                u"Replace"_s);
@@ -100,7 +73,7 @@ Alert undoQuestion(bool hasBaseline) {
 
 Alert deleteQuestion(const QString& profileName) {
     return destructiveQuestion(u"Delete Profile?"_s,
-                               u"“"_s + plainText(profileName) +
+                               u"“"_s + nameOnOneLine(profileName) +
                                    u"” will be removed from saved profiles and the menu bar. This cannot be undone."_s,
                                u"Delete"_s);
 }
@@ -124,18 +97,24 @@ std::optional<Alert> purgeQuestion(const MaintenanceSelection& selection) {
 Alert restoreQuestion(const QStringList& names, const QString& title) {
     QStringList plain;
     for (const QString& name : names) {
-        plain.append(plainText(name));
+        plain.append(nameOnOneLine(name));
     }
-    return destructiveQuestion(
-        u"Replace Saved Profiles?"_s,
-        plain.join(u", "_s) + u" will be replaced by their versions from "_s + plainText(title) + u'.', u"Replace"_s);
+    return destructiveQuestion(u"Replace Saved Profiles?"_s,
+                               plain.join(u", "_s) + u" will be replaced by their versions from "_s +
+                                   nameOnOneLine(title) + u'.',
+                               u"Replace"_s);
 }
 
 // ---- What is told at the end
 
-ClosingAlert snapshotAlert(bool isSaved) {
-    if (!isSaved) {
+ClosingAlert snapshotAlert(const SnapshotCapture& capture, MasterArchive archive) {
+    if (!capture.isSaved) {
         return {u"Snapshot Failed"_s, u"Could not save the restore baseline. Check the Logs tab for details."_s};
+    }
+    if (!isComplete(capture, archive)) {
+        return {
+            u"Baseline Not Archived"_s,
+            u"Your current system setup has been saved, but not as a master baseline. Check the Logs tab for details."_s};
     }
     return {u"Snapshot Saved"_s, u"Your current system setup has been saved as the restore baseline."_s};
 }
@@ -144,8 +123,8 @@ ClosingAlert undoAlert(const RestoreOutcome& outcome) {
     if (!outcome.succeeded) {
         return {kCancelled, u"System-level defaults were not restored. Check the Logs tab for details."_s};
     }
-    const QString restored = outcome.hasSnapshotFile ? u"Performance tweaks restored from your saved snapshot."_s
-                                                     : u"Standard operation restored."_s;
+    const QString restored = hadBaseline(outcome) ? u"Performance tweaks restored from your saved snapshot."_s
+                                                  : u"Standard operation restored."_s;
     return {kSuccess, restored + kRestart};
 }
 
@@ -187,19 +166,19 @@ ClosingAlert reinstateAlert(const RestoreOutcome& outcome) {
 }
 
 ClosingAlert systemMatchAlert(const std::optional<SystemConfigurationMatch>& match) {
-    if (!match) {
+    if (!match || match->isKept) {
         return {u"No Match Found"_s,
                 u"No saved profile fully matches your current system settings.\n\nCheck the Logs tab for details."_s};
     }
     const QString configuration = match->kind == MatchedConfigurationKind::savedProfile
-                                      ? u"saved profile \"%1\""_s.arg(plainText(match->name))
+                                      ? u"saved profile \"%1\""_s.arg(nameOnOneLine(match->name))
                                       : match->name;
     return {u"System Verified"_s,
             u"Current system matches %1.\n\n%2"_s.arg(configuration, summary(match->verification))};
 }
 
 ClosingAlert restartAlert(const QString& profileName) {
-    return {u"Restart Required"_s, u'"' + plainText(profileName) +
+    return {u"Restart Required"_s, u'"' + nameOnOneLine(profileName) +
                                        u"\" has been applied.\n\n"
                                        "Please reboot your Mac for all settings to take full effect."_s};
 }
@@ -210,14 +189,14 @@ ClosingAlert startupAlert(const StartupApplyResult& result) {
 }
 
 ClosingAlert notLoadedAlert(const QString& profileName) {
-    return errorAlert(u"Could not load profile \""_s + plainText(profileName) + u"\"."_s);
+    return errorAlert(u"Could not load profile \""_s + nameOnOneLine(profileName) + u"\"."_s);
 }
 
 ClosingAlert deletedAlert(const QString& profileName, bool isGone) {
     if (!isGone) {
-        return errorAlert(u"Could not delete profile \""_s + plainText(profileName) + u"\"."_s);
+        return errorAlert(u"Could not delete profile \""_s + nameOnOneLine(profileName) + u"\"."_s);
     }
-    return {u"Profile Deleted"_s, u"“"_s + plainText(profileName) + u"” has been removed."_s};
+    return {u"Profile Deleted"_s, u"“"_s + nameOnOneLine(profileName) + u"” has been removed."_s};
 }
 
 ClosingAlert maintenanceAlert(const MaintenanceOutcome& outcome) {
@@ -238,7 +217,7 @@ Review reviewOf(ReviewSubject subject, const QString& profileName) {
     switch (subject) {
     case ReviewSubject::Profile:
         return {subject,
-                u"Review Profile: "_s + plainText(profileName),
+                u"Review Profile: "_s + nameOnOneLine(profileName),
                 u"Apply Profile"_s,
                 u"This profile has no settings to apply."_s,
                 {}};

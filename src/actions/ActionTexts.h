@@ -21,10 +21,6 @@ struct MaintenanceSelection;
 struct NetworkOutcome;
 struct StartupApplyResult;
 
-/// A text from a file or a tool as it may stand in a question: on one line, without characters that control or turn it, and
-/// shortened in the middle where it is long.
-QString plainText(const QString& text);
-
 // ---- Questions. Of those that destroy something the cancel button is on Return.
 
 /// @param name  of the profile that is active
@@ -40,13 +36,17 @@ Alert restoreQuestion(const QStringList& names, const QString& title);
 
 // ---- What is told at the end
 
-ClosingAlert snapshotAlert(bool isSaved);
-/// Of "Undo Performance Tweaks": it speaks of a snapshot where the file of one is there.
+ClosingAlert snapshotAlert(const SnapshotCapture& capture, MasterArchive archive);
+
+// Those of the ways back go by the record's source: they speak of a snapshot or a baseline where the user's own values
+// came back.
+
+/// Of "Undo Performance Tweaks".
 ClosingAlert undoAlert(const RestoreOutcome& outcome);
 enum class LoginItemsAre { Unchanged, Changed };
 /// Of "Revert All".
 ClosingAlert revertAllAlert(const RestoreOutcome& outcome, LoginItemsAre loginItems);
-/// Of "Apply Default". Like that of a reinstatement it speaks of a baseline where one was the source.
+/// Of "Apply Default".
 ClosingAlert defaultAlert(const RestoreOutcome& outcome);
 /// Of "Restore Default" in the menu.
 ClosingAlert menuDefaultAlert(const RestoreOutcome& outcome);

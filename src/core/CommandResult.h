@@ -13,6 +13,9 @@ struct CommandResult {
     std::int32_t status = 0;
     QString standardOutput; ///< empty if not captured or not UTF-8
     QString standardError;  ///< as the output; the system's message for a launch or administrator failure
+    /// Of a command: it was started and came to its end by itself. False when it couldn't be started, was ended by a signal,
+    /// or ended after the program had begun to quit: status and output tell nothing of the Mac then.
+    bool isAnswered = true;
 };
 
 } // namespace quorvane

@@ -1,10 +1,12 @@
 #pragma once
 
+#include "readings/Reading.h"
+#include "readings/TimeMachine.h"
 #include "tweaks/TweakPreferences.h"
 
+#include <QList>
 #include <QString>
-
-#include <optional>
+#include <QStringList>
 
 namespace QCoro {
 template <typename T>
@@ -14,29 +16,43 @@ class Task;
 namespace quorvane {
 
 class FlowEnvironment;
+struct CommandResult;
+struct NetworkServiceState;
 struct PowerSettings;
 
-/// Reads the live system, one tool after the other. It changes nothing, asks for nothing and logs nothing.
+/// Reads the live system, one tool after the other. It changes nothing there, asks for nothing and logs nothing. A tool that
+/// didn't answer is told apart from one that had no value to tell.
 class SystemReadings {
 public:
     explicit SystemReadings(FlowEnvironment& environment)
         : m_environment(environment) {}
 
     /// The value of a preference as the `defaults` tool prints it, trimmed; none when the key isn't set.
-    QCoro::Task<std::optional<QString>> readDefaultValue(QString domain, QString key, PreferenceHost host) const;
+    QCoro::Task<Reading<QString>> readDefaultValue(QString domain, QString key, PreferenceHost host) const;
     /// The same of one that a tweak changes.
-    QCoro::Task<std::optional<QString>> readPreference(const MacPreference& preference) const;
-    QCoro::Task<PowerSettings> readPowerSettings() const;
-    /// True while a backup is running at this moment, whatever the automatic backups are set to; none when
-    /// unknown.
-    QCoro::Task<std::optional<bool>> readTimeMachineState() const;
-    /// True while the boot volume is indexed; none when unknown.
-    QCoro::Task<std::optional<bool>> readSpotlightState() const;
+    QCoro::Task<Reading<QString>> readPreference(const MacPreference& preference) const;
+    /// None when the tool failed.
+    QCoro::Task<Reading<PowerSettings>> readPowerSettings() const;
+    /// Whether automatic backups are made; none when unknown. What is seen on, the program hasn't left off: its note of that
+    /// ends here.
+    QCoro::Task<Reading<TimeMachineState>> readTimeMachineState() const;
+    /// Whether this program has switched the automatic backups off, as far as it knows.
+    bool hasSwitchedBackupsOff() const;
+    /// True while a backup runs, automatic or not; false also when unknown.
+    QCoro::Task<bool> readIsBackupRunning() const;
+    /// True while the boot volume is indexed, false while it isn't; none when unknown.
+    QCoro::Task<Reading<bool>> readSpotlightState() const;
+
+    /// Each network service with its state, in the order of the tool; empty when the list can't be read.
+    QCoro::Task<QList<NetworkServiceState>> readNetworkServices() const;
 
     /// The path of Notification Center's per-host preferences, a domain for `readDefaultValue`.
     QString notificationCenterPreferences() const;
 
 private:
+    QCoro::Task<Reading<TimeMachineState>> storedTimeMachineState() const;
+    QCoro::Task<CommandResult> ask(QStringList arguments) const;
+
     FlowEnvironment& m_environment;
 };
 

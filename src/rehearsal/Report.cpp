@@ -1,6 +1,7 @@
 #include "rehearsal/Report.h"
 
 #include "core/Json.h"
+#include "core/OneLine.h"
 
 namespace quorvane {
 
@@ -58,14 +59,22 @@ const char* nameOf(RestoreSource source) {
 }
 
 Json restoreJson(const RestoreOutcome& restore) {
-    return {{"source", nameOf(restore.source)}, {"hasSnapshotFile", restore.hasSnapshotFile}};
+    return {{"source", nameOf(restore.source)}};
 }
 
 Json matchJson(const SystemConfigurationMatch& match) {
     const bool isProfile = match.kind == MatchedConfigurationKind::savedProfile;
-    return {{"name", encodeJson(match.name)},
-            {"kind", isProfile ? "savedProfile" : "builtinMode"},
-            {"verification", verificationJson(match.verification)}};
+    Json object{{"name", encodeJson(match.name)},
+                {"kind", isProfile ? "savedProfile" : "builtinMode"},
+                {"verification", verificationJson(match.verification)}};
+    if (match.isKept) {
+        object["isKept"] = true;
+    }
+    return object;
+}
+
+Json captureJson(const SnapshotCapture& capture) {
+    return {{"isSaved", capture.isSaved}, {"isArchived", capture.isArchived}};
 }
 
 Json displaysJson(const QList<ShownPicture>& displays) {
@@ -74,17 +83,6 @@ Json displaysJson(const QList<ShownPicture>& displays) {
         array.push_back({{"display", encodeJson(shown.display)}, {"picture", encodeJson(shown.path)}});
     }
     return array;
-}
-
-/// A name from somebody else's file can't end the line or move the cursor.
-QString onOneLine(QString text) {
-    for (QChar& character : text) {
-        const bool endsLine = character == QChar::LineSeparator || character == QChar::ParagraphSeparator;
-        if (endsLine || (!character.isPrint() && !character.isSurrogate())) {
-            character = u'?';
-        }
-    }
-    return text;
 }
 
 Json backupsJson(const QList<BackupRow>& backups) {
@@ -168,6 +166,9 @@ QByteArray jsonReport(const QString& command, const QStringList& log, const Rehe
     }
     if (outcome.restore) {
         report["restore"] = restoreJson(*outcome.restore);
+    }
+    if (outcome.capture) {
+        report["capture"] = captureJson(*outcome.capture);
     }
     if (outcome.match) {
         report["match"] = matchJson(*outcome.match);

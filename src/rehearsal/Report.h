@@ -23,7 +23,7 @@ QStringList displayLines(const QList<ShownPicture>& displays);
 ///      "verification": {"verified": [{"name": "App Nap", "detail": "disabled"}, …], "failed": []},
 ///      "preview": {"profileName": "Live", "sections": [{"title": "Will enable", "rows": ["…"]}]}, "startupItems": […],
 ///      "alert": {"title": "Success", "text": "Trash emptied."},
-///      "restore": {"source": "standardDefaults" | "snapshot" | "baseline", "hasSnapshotFile": true},
+///      "restore": {"source": "standardDefaults" | "snapshot" | "baseline"},
 ///      "match": {"name": "Live", "kind": "savedProfile" | "builtinMode", "verification": {…}},
 ///      "displays": [{"display": "Color LCD", "picture": "/Users/mika/Pictures/Stage.jpg"}],
 ///      "backups": [{"id": "latest.json", "title": "Latest Backup", "detail": "2 profile(s) from Booth"}, …]}

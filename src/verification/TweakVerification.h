@@ -1,9 +1,12 @@
 #pragma once
 
 #include "readings/PowerSettings.h"
+#include "readings/Reading.h"
 #include "tweaks/PerformanceSettings.h"
 #include "verification/ApplyVerificationResult.h"
 #include "verification/UnselectedTweaks.h"
+
+#include <optional>
 
 namespace QCoro {
 template <typename T>
@@ -18,7 +21,8 @@ struct MacPreference;
 /// Reads the eleven tweaks back from the live system, one after the other in a fixed order.
 ///
 /// A selected tweak must read as applied; an unselected one is skipped, or must read as restored. A value that can't
-/// be read decides nothing by itself: each check says what a missing value means to it.
+/// be read decides nothing by itself: each check says what a missing value means to it. But a tool that didn't answer
+/// fails each row that needs its reading.
 class TweakVerification {
 public:
     TweakVerification(const SystemReadings& readings, PerformanceSettings settings, UnselectedTweaks unselected);
@@ -28,7 +32,11 @@ public:
 private:
     struct Verdict {
         bool holds;
-        QString detail;
+        QString verifiedDetail;
+        QString failedDetail;
+        QString note{}; ///< where it holds
+        bool isOnThisMac = true;
+        bool isLeftOut = false; ///< neither holds nor fails
     };
     struct Row {
         QStringView name;
@@ -37,9 +45,19 @@ private:
     };
     static const Row kRows[];
 
-    static Verdict verdict(bool holds, const QString& verifiedDetail, const QString& failedDetail);
     /// Where the detail says what was expected.
     static Verdict verdict(bool holds, const QString& detail);
+    /// Of a setting that this Mac doesn't have.
+    static Verdict absent(const QString& detail);
+
+    /// What was read for the row at hand, which fails without an answer.
+    template <typename T>
+    std::optional<T> needed(const Reading<T>& reading) {
+        m_isAnswered = m_isAnswered && reading.isAnswered;
+        return reading.value;
+    }
+    QCoro::Task<std::optional<QString>> valueOf(MacPreference preference);
+    PowerSettings power();
 
     QCoro::Task<Verdict> onePreference(MacPreference preference, bool selected, QString applied, QString restored);
 
@@ -54,11 +72,14 @@ private:
     QCoro::Task<Verdict> motionSensor(bool selected);
     QCoro::Task<Verdict> spotlight(bool selected);
     QCoro::Task<Verdict> timeMachine(bool selected);
+    Verdict unreadableTimeMachine(bool selected);
 
     const SystemReadings& m_readings;
     PerformanceSettings m_settings;
     UnselectedTweaks m_unselected;
-    PowerSettings m_power;
+    Reading<PowerSettings> m_power;
+    bool m_isAnswered = true; ///< all that the row at hand needs
+    bool m_lacksFullDiskAccess = false;
 };
 
 } // namespace quorvane

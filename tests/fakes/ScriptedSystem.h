@@ -58,6 +58,9 @@ public:
     std::function<std::optional<CommandOutcome>(const QStringList& arguments)> respond;
 
     static CommandOutcome succeeded(const QByteArray& output);
+    /// Each way in which a tool doesn't answer: ended by a signal, with and without output, not started, not found, not
+    /// executable.
+    static QList<CommandOutcome> unanswered();
 
 private:
     QFuture<CommandOutcome> heldBack(const CommandOutcome& outcome);
@@ -100,6 +103,7 @@ public:
 };
 
 /// A SystemManager over scripted ports. `trace` holds commands, scripts and log lines in the order in which they came.
+/// Automatic backups are off, and that may be read.
 class ScriptedSystem : public ::testing::Test {
 public:
     ~ScriptedSystem() override;
@@ -110,6 +114,12 @@ protected:
     /// What was logged, run and asked since the last call, one per line.
     QString takeTrace();
     Host hostWith(FileManager& disk, Clock& time);
+
+    inline static const QString kTimeMachineSettings = u"/Library/Preferences/com.apple.TimeMachine.plist"_s;
+    void setAutomaticBackups(bool areOn);
+    void setBackupDestination(bool isThere);
+    /// Takes Full Disk Access from the program.
+    void makeBackupsUnreadable();
 
     QStringList trace;
     QList<QPair<QString, QVariantMap>> posted;

@@ -150,7 +150,7 @@ TEST_F(RehearsalBackups, ofAMacWithAnOddNameStayOnOneLine) {
     mac().volume(macsim::Actor::User).write(kBackups + u"latest.json"_s, encodeProfileCloudBackup(backup));
     const QList<QByteArray> lines = rehearse({u"backups"_s}).output.split('\n');
     ASSERT_EQ(lines.size(), 5);
-    EXPECT_EQ(lines.first(), "latest.json — Latest Backup — 0 profile(s) from Booth?latest.json?[2J? 🎧 Mika’s");
+    EXPECT_EQ(lines.first(), "latest.json — Latest Backup — 0 profile(s) from Booth latest.json [2J  🎧 Mika’s");
 }
 
 TEST_F(RehearsalBackups, takeTheArgumentsThatTheyNeedAndNoOther) {

@@ -20,14 +20,24 @@ TEST_F(SystemManagerTest, logKeepsEveryEntryAsItIs) {
     EXPECT_EQ(system.logMessages(), QStringList({u"\nStarting"_s, u""_s, u"  [OK] done"_s}));
 }
 
-TEST_F(SystemManagerTest, warningsVanishFromTheLogWhereverTheTagStands) {
-    system.log(u"  [WARNING] first"_s);
-    system.log(u"in the [WARNING] middle"_s);
-    system.log(u"at the end [WARNING]"_s);
+TEST_F(SystemManagerTest, anEntryVanishesWhoseOwnTagIsThatOfAWarning) {
+    for (const QString& entry :
+         {u"  [WARNING] as a detail"_s, u"[WARNING] bare"_s, u"\n[WARNING] as a headline"_s, u"\r\n \t[WARNING]"_s}) {
+        system.log(entry);
+    }
     EXPECT_TRUE(system.logMessages().isEmpty());
     EXPECT_TRUE(trace.isEmpty());
-    system.log(u"  [warning] in lower case"_s);
-    EXPECT_EQ(system.logMessages(), QStringList(u"  [warning] in lower case"_s));
+}
+
+TEST_F(SystemManagerTest, anEntryStaysInWhichOnlyANameHoldsTheWord) {
+    const QStringList entries{u"\n[PROFILE] Applying: [WARNING] Late show"_s,
+                              u"  [ERROR] Failed to add login item: Deck [WARNING]"_s, u"[WARNING"_s,
+                              u"  [warning] in lower case"_s, u"  . [WARNING]"_s};
+    for (const QString& entry : entries) {
+        system.log(entry);
+    }
+    EXPECT_EQ(system.logMessages(), entries);
+    EXPECT_EQ(trace, entries);
 }
 
 TEST_F(SystemManagerTest, nestedBusyBracketsKeepTheFirstText) {
@@ -85,6 +95,27 @@ TEST_F(SystemManagerTest, aLaunchFailureGivesStatusOneAndTheReason) {
     EXPECT_EQ(result.status, 1);
     EXPECT_EQ(result.standardOutput, QString());
     EXPECT_EQ(result.standardError, u"No such file or directory"_s);
+}
+
+TEST_F(SystemManagerTest, onlyAToolThatRanToItsOwnEndHasAnswered) {
+    EXPECT_TRUE(run({u"tool"_s}).isAnswered);
+    for (const int status : {0, 1, 125, 128, 255}) {
+        commands.fail(u"tool"_s, status);
+        EXPECT_TRUE(run({u"tool"_s}).isAnswered) << status;
+    }
+    for (const CommandOutcome& outcome : ScriptedCommandLauncher::unanswered()) {
+        commands.answer(u"tool"_s, outcome);
+        EXPECT_FALSE(run({u"tool"_s}).isAnswered) << static_cast<int>(outcome.ending) << ' ' << outcome.code;
+    }
+}
+
+TEST_F(SystemManagerTest, whatEndsAfterTheProgramBeganToQuitIsNoAnswer) {
+    commands.print(u"tool"_s, "half of it");
+    commands.hold();
+    const QCoro::Task<CommandResult> running = system.runCommand({u"tool"_s}, OutputCapture::Capture);
+    commands.shutDown();
+    commands.release();
+    EXPECT_FALSE(QCoro::waitFor(running).isAnswered);
 }
 
 TEST_F(SystemManagerTest, debugModeLogsTheCommandAndItsTrimmedOutput) {

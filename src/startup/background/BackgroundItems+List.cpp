@@ -160,8 +160,8 @@ void BackgroundItems::removeStrayDumps() {
             if (name.match(each).hasMatch() && folder + u'/' + each != dumpPath()) {
                 removeTree(host().files, folder + u'/' + each);
             }
-        } catch (const FileError& error) {
-            log(u"  [WARNING] Could not remove "_s + error.message());
+        } catch (const FileError&) {
+            continue; // it bears another process's number, and so is in nobody's way
         }
     }
 }
