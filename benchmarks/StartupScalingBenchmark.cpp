@@ -31,6 +31,7 @@ using namespace Qt::StringLiterals;
 constexpr int kSmallDump = 2000;
 constexpr int kLargeDump = 20000;
 constexpr int kRepetitions = 3;
+constexpr quint32 kUser = 501;
 const QString kNoProgram = u"/nowhere/macsim"_s; // no tool of the simulated Mac is started
 
 /// A dump as macOS prints it: every tenth record is an application, and carries the nine that follow.
@@ -119,7 +120,7 @@ StartupConfiguration configurationWith(int runningItems) {
 void parseDump(benchmark::State& state) {
     const QString dump = QString::fromUtf8(dumpOf(static_cast<int>(state.range(0))));
     for (auto _ : state) {
-        benchmark::DoNotOptimize(parseBackgroundTaskDump(dump));
+        benchmark::DoNotOptimize(parseBackgroundTaskDump(dump, kUser));
     }
 }
 
@@ -133,7 +134,7 @@ void parseDumpWithReturns(benchmark::State& state) {
 }
 
 void selectBackgroundItems(benchmark::State& state) {
-    const auto items = parseBackgroundTaskDump(QString::fromUtf8(dumpOf(static_cast<int>(state.range(0)))));
+    const auto items = parseBackgroundTaskDump(QString::fromUtf8(dumpOf(static_cast<int>(state.range(0)))), kUser);
     const StartupConfiguration configuration = configurationWith(30);
     for (auto _ : state) {
         benchmark::DoNotOptimize(

@@ -29,6 +29,14 @@ QString joinedAdminCommands(const QStringList& commands) {
     return commands.join(u" ; "_s);
 }
 
+QString requireNoLinksCommand(const QStringList& paths) {
+    QStringList tests;
+    for (const QString& path : paths) {
+        tests.append(u"[ ! -L "_s + shellQuoted(path) + u" ]"_s);
+    }
+    return tests.join(u" && "_s);
+}
+
 QString adminScriptSource(const QString& shellLine, const QString& prompt) {
     return u"do shell script \""_s + appleScriptText(kRootsOwnPath + shellLine) + u"\" with prompt \""_s +
            appleScriptText(prompt) + u"\" with administrator privileges"_s;

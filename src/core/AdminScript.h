@@ -18,6 +18,10 @@ QStringList makeAdminCommandsTolerant(const QStringList& commands);
 /// The commands joined by " ; ": each runs whatever the one before it did, and the last one's status counts.
 QString joinedAdminCommands(const QStringList& commands);
 
+/// The test that fails where a link stands at one of the paths. It goes right before what it guards: a prompt may have stood
+/// open for minutes since the paths were looked at, and through a link root would write to wherever it leads.
+QString requireNoLinksCommand(const QStringList& paths);
+
 /// The AppleScript that runs a shell line as root, with a search path of its own: the user's session can set one for the
 /// programs that are started from it, and a "pmset" in a folder of the user's would run as root.
 /// @param prompt  shown in the authorization dialog. Its caller refuses one that holds a double quote.

@@ -1,5 +1,7 @@
 #include "core/ExcludedNames.h"
 
+#include "core/AudioMakers.h"
+
 #include <algorithm>
 
 namespace quorvane {
@@ -34,8 +36,13 @@ const QStringList& excludedKeywords() {
 }
 
 bool isExcludedName(const QString& name) {
-    return std::any_of(excludedKeywords().begin(), excludedKeywords().end(),
-                       [&name](const QString& keyword) { return name.contains(keyword, Qt::CaseInsensitive); });
+    // As makers spell their names in identifiers: "com.native-instruments.NTKDaemon".
+    QString spaced = name;
+    spaced.replace(u'-', u' ').replace(u'_', u' ').replace(u'.', u' ');
+    const auto isHeld = [&](const QString& keyword) {
+        return name.contains(keyword, Qt::CaseInsensitive) || spaced.contains(keyword, Qt::CaseInsensitive);
+    };
+    return std::any_of(excludedKeywords().begin(), excludedKeywords().end(), isHeld) || isOfAudioMaker(name);
 }
 
 } // namespace quorvane

@@ -5,10 +5,11 @@
 
 namespace quorvane {
 
-// Audio software, by what its names hold. Nothing of the kind is ever touched.
+// Audio software, by what its names hold and by who makes it. Nothing of the kind is ever touched.
 
 const QStringList& excludedKeywords();
-/// True when the name holds one of `excludedKeywords` in any case. An empty name holds none.
+/// True when the name holds one of `excludedKeywords` in any case, as it stands or with its "-", "_" and "." taken for blanks,
+/// or an identifier of one of `audioMakers`. An empty name holds none.
 bool isExcludedName(const QString& name);
 
 } // namespace quorvane

@@ -14,6 +14,10 @@ void OpenBatch::queue(const QString& entry) {
     m_entries.append(entry);
 }
 
+void OpenBatch::queueFirst(const QString& entry) {
+    m_entries.prepend(entry);
+}
+
 void OpenBatch::queueTolerantly(const QStringList& commands) {
     queue(joinedAdminCommands(makeAdminCommandsTolerant(commands)));
 }

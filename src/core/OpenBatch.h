@@ -18,6 +18,8 @@ public:
     bool isEmpty() const { return m_entries.isEmpty(); }
     /// Adds an entry: it runs whatever became of the one before it.
     void queue(const QString& entry);
+    /// Adds an entry in front of all others: the last one's status counts, and this one's shall not take its place.
+    void queueFirst(const QString& entry);
     /// Adds commands as one entry, tolerant and joined; see core/AdminScript.
     void queueTolerantly(const QStringList& commands);
     /// The entries as one shell line; none is left then.
@@ -33,6 +35,7 @@ public:
     // ---- Background labels that it switches off
 
     bool switchesOff(const QString& label) const { return m_labels.contains(label); }
+    const QSet<QString>& labels() const { return m_labels; }
     /// @param commands      an entry each
     /// @param dispositions  of the label's records, to be put back when the batch fails
     void queueLabel(const QString& label, const QStringList& commands, const QStringList& dispositions);

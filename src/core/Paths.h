@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 namespace quorvane {
 
@@ -11,6 +12,9 @@ QString lastPathComponent(const QString& path);
 
 /// What stands before the last "/": empty for what lies at the root, the whole text where there is none.
 QString parentFolder(const QString& path);
+
+/// The folders above a path, from the outermost inwards: "/a" and "/a/b" for "/a/b/c".
+QStringList foldersAbove(const QString& path);
 
 /// The path without the "/" at its end, however many; "/" itself stays.
 QString withoutFinalSlashes(const QString& path);

@@ -12,4 +12,12 @@ QStringList namesIn(const FileManager& files, const QString& folder) {
     }
 }
 
+QString freePath(const FileManager& files, const QString& path) {
+    QString candidate = path;
+    for (int number = 1; files.status(candidate).kind != FileStatus::Kind::Missing; ++number) {
+        candidate = path + u'.' + QString::number(number);
+    }
+    return candidate;
+}
+
 } // namespace quorvane

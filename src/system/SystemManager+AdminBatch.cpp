@@ -48,10 +48,10 @@ const std::optional<BackgroundLoginItemChangePlan>& SystemManager::pendingBackgr
 QCoro::Task<bool> SystemManager::finishAdminBatch(QString prompt) {
     const BackgroundItems::Joined joined = co_await m_backgroundItems->joinBatch();
     const AdminBatch::Flush flush = co_await m_adminBatch->flush(std::move(prompt));
-    if (flush == AdminBatch::Flush::Done) {
-        co_await m_backgroundItems->followBatch(joined);
-    } else if (flush == AdminBatch::Flush::Failed) {
+    if (flush == AdminBatch::Flush::Failed) {
         m_backgroundItems->takeBackQueuedLabels();
+    } else {
+        co_await m_backgroundItems->followBatch(joined);
     }
     m_backgroundItems->endDeferral();
     m_adminBatch->close();

@@ -75,7 +75,8 @@ QCoro::Task<bool> SystemManager::disableLoginItems(LoginItemTargets targets, QSe
 // ---- Launch agents and daemons
 
 QCoro::Task<bool> SystemManager::disableLaunchItems(QStringList labels, QSet<QString> excludedIds) {
-    return unlessQuitting(m_launchItems->disable(std::move(labels), std::move(excludedIds)));
+    return unlessQuitting(
+        m_launchItems->disable(std::move(labels), std::move(excludedIds), m_backgroundItems->protectedPlists()));
 }
 
 QCoro::Task<void> SystemManager::restoreLaunchItems() {
@@ -87,6 +88,7 @@ void SystemManager::queueKeptLaunchItems() {
 }
 
 QCoro::Task<void> SystemManager::settleKeptLaunchItems() {
+    m_backgroundItems->forgetSwitchedOff();
     return m_launchItems->settleKept();
 }
 

@@ -113,10 +113,27 @@ QString StartupSystem::queuedLaunchctl(const QString& label) {
 }
 
 QString StartupSystem::quarantineLine(const QString& source, const QString& label) {
+    const QString backup = u"/Users/alex/.quorvane_backup"_s;
     const QString folder = kQuarantine + label;
     const QString destination = folder + source.mid(source.lastIndexOf(u'/'));
-    return u"mkdir -p '"_s + folder + u"' && rm -rf '"_s + destination + u"' && /usr/bin/ditto '"_s + source +
-           u"' '"_s + destination + u"' && rm -rf '"_s + source + u'\'';
+    QString isRealSource;
+    for (qsizetype end = source.indexOf(u'/', 1); end > 0; end = source.indexOf(u'/', end + 1)) {
+        isRealSource += u"[ ! -L '"_s + source.left(end) + u"' ] && "_s;
+    }
+    isRealSource += u"[ ! -L '"_s + source + u"' ] && "_s;
+    return u"[ ! -L '"_s + backup + u"' ] && [ ! -L '"_s + backup + u"/bundled-login-items' ] && [ ! -L '"_s + folder +
+           u"' ] && mkdir -p '"_s + folder + u"' && [ ! -e '"_s + destination + u"' ] && [ ! -L '"_s + destination +
+           u"' ] && "_s + isRealSource + u"/usr/bin/ditto '"_s + source + u"' '"_s + destination + u"' && "_s +
+           isRealSource + u"rm -rf '"_s + source + u'\'';
+}
+
+void StartupSystem::giveToRoot(const QString& path) {
+    if (files.status(path).kind == FileStatus::Kind::Folder) {
+        for (const QString& name : files.list(path)) {
+            giveToRoot(path + u'/' + name);
+        }
+    }
+    files.makeUnwritable(path);
 }
 
 std::optional<CommandOutcome> StartupSystem::answer(const QStringList& arguments) {
@@ -184,7 +201,7 @@ QString StartupSystem::remove(const QString& value, bool isByName) {
 
 void StartupSystem::carryOutAsRoot(const QString& source) {
     static const QRegularExpression move(u"&& mv '([^']*)' '([^']*)'"_s);
-    static const QRegularExpression quarantine(u"&& /usr/bin/ditto '([^']*)' '([^']*)' && rm -rf"_s);
+    static const QRegularExpression quarantine(u"&& /usr/bin/ditto '([^']*)' '([^']*)' &&"_s);
     if (source.contains(u"sfltool dumpbtm"_s) && !dump.isNull()) {
         files.addFile(system.backgroundDumpPath(), dump);
         files.setOwner(system.backgroundDumpPath(), 0);
@@ -205,12 +222,19 @@ void StartupSystem::moveAsRoot(const QString& from, const QString& to) {
     }
     if (files.exists(from)) {
         copy(from, to);
-        removeTree(files, from);
+        files.removeAsRoot(from);
     }
 }
 
 void StartupSystem::copy(const QString& from, const QString& to) {
-    files.addFile(to, files.read(from));
+    if (files.status(from).kind != FileStatus::Kind::Folder) {
+        files.addFile(to, files.read(from));
+        return;
+    }
+    files.addFolders(to);
+    for (const QString& name : files.list(from)) {
+        copy(from + u'/' + name, to + u'/' + name);
+    }
 }
 
 } // namespace quorvane

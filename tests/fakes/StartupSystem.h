@@ -53,6 +53,8 @@ protected:
     static QString launchctlLines(const QString& label);
     static QString queuedLaunchctl(const QString& label);
     static QString quarantineLine(const QString& source, const QString& label);
+    /// The user may change nothing of it.
+    void giveToRoot(const QString& path);
 
     QList<LoginItem> login;
     bool deniesSystemEvents = false;

@@ -152,6 +152,22 @@ Json protectedJobs(const macsim::Mac& mac, const QSet<QString>& labelsWithPlists
     return kept;
 }
 
+/// The launch plists in their places whose label a record of audio software bears.
+QStringList protectedPlists(const macsim::Mac& mac) {
+    QStringList found;
+    const Json records = protectedRecords(mac);
+    const macsim::Volume disk = mac.volume(macsim::Actor::Root);
+    for (const Json& record : records) {
+        const QString name = textOf(record.at("identifier")).section(u'.', 1) + u".plist"_s;
+        for (const QString& folder : kLaunchFolders) {
+            if (disk.kind(folder + u'/' + name) == macsim::Volume::Kind::File) {
+                found.append(folder + u'/' + name);
+            }
+        }
+    }
+    return found;
+}
+
 /// The changes on the disk that have to do with audio software; applications that were added are told of in the
 /// program's own files.
 QStringList changesOfProtectedFiles(const macsim::MacPicture& before, const macsim::MacPicture& after) {
@@ -181,9 +197,17 @@ TEST(ProtectedItems, areWhereAndAsTheyWereAfterAnyProfile) {
         const macsim::MacPicture before(macFolder);
         const Json loginItems = protectedLoginItems(host.mac());
         const Json records = protectedRecords(host.mac());
-        const QSet<QString> labelsWithPlists = labelsOfPlists(host.mac());
+        // Where the list is known, a plist is protected by its record, too.
+        const bool isListKnown = draw.oneIn(2);
+        const QSet<QString> labelsWithPlists = isListKnown ? QSet<QString>() : labelsOfPlists(host.mac());
+        const QStringList plists = protectedPlists(host.mac());
         const Json jobs = protectedJobs(host.mac(), labelsWithPlists);
         protectedItems += static_cast<int>(loginItems.size() + records.size());
+
+        if (isListKnown) {
+            QCoro::waitFor(
+                system.ensureBackgroundTaskItems(u"List, please."_s, SystemManager::PrivilegedFetch::Allowed));
+        }
 
         // One profile: what one adds, the next may take out again.
         const UnifiedProfile profile = randomProfile(draw);
@@ -202,6 +226,9 @@ TEST(ProtectedItems, areWhereAndAsTheyWereAfterAnyProfile) {
                           keptRecords.end());
         EXPECT_EQ(withoutEnabled(keptRecords), withoutEnabled(records));
         EXPECT_EQ(protectedJobs(host.mac(), labelsWithPlists), jobs);
+        if (isListKnown) {
+            EXPECT_EQ(protectedPlists(host.mac()), plists);
+        }
         changedMacs += after.changesSince(before).contains(u".quorvane_backup/"_s) ? 1 : 0;
         if (::testing::Test::HasFailure()) {
             FAIL() << system.logMessages().join(u'\n').toStdString();

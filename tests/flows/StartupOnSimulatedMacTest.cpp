@@ -4,7 +4,10 @@
 #include "fakes/SimulatedStartup.h"
 #include "profiles/ApplyPreviews.h"
 
+#include <QUuid>
+
 #include <algorithm>
+#include <functional>
 
 namespace quorvane {
 
@@ -38,7 +41,47 @@ protected:
         QCoro::waitFor(system->ensureBackgroundTaskItems(u"List, please."_s, SystemManager::PrivilegedFetch::Allowed));
     }
 
+    void removeBackup() {
+        if (exists(kUsersBackup)) {
+            run({u"/bin/rm"_s, u"-rf"_s, kUsersBackup});
+        }
+    }
+    /// What runs as the user does so while a prompt stands open.
+    void replaceByLink(const QString& place, const QString& target) const {
+        const macsim::Volume user = volume();
+        user.createFolders(place.left(place.lastIndexOf(u'/')));
+        if (user.kind(place) != macsim::Volume::Kind::Missing) {
+            user.move(place, u"/Users/alex/moved %1"_s.arg(QUuid::createUuid().toString()));
+        }
+        user.createLink(place, target);
+    }
+    /// As `start`, with something happening during each prompt, to all of which the user agrees.
+    void startWithPrompt(const std::function<void()>& happening) {
+        system.reset();
+        host.reset();
+        m_prompt = std::make_unique<EventfulPrompt>(happening);
+        host = std::make_unique<SimulatedHost>(macFolder(), *m_prompt, SimulatedHostOptions{program(), {}, {}});
+        system = std::make_unique<SystemManager>(host->host(), notifications);
+    }
+
     QString helper;
+
+private:
+    class EventfulPrompt final : public AuthorizationPrompt {
+    public:
+        explicit EventfulPrompt(std::function<void()> happening)
+            : m_happening(std::move(happening)) {}
+
+        QFuture<macsim::Authorization> ask(const QString&) override {
+            m_happening();
+            return QtFuture::makeReadyFuture(macsim::Authorization::Allow);
+        }
+
+    private:
+        std::function<void()> m_happening;
+    };
+
+    std::unique_ptr<AuthorizationPrompt> m_prompt;
 };
 
 const Items kOfficeOff{{u"Login item: Chat"_s, u"removed"_s},
@@ -606,6 +649,110 @@ TEST_F(StartupOnSimulatedMac, aFolderInTheBackupThatIsALinkTakesNothing) {
     EXPECT_TRUE(exists(kVpnPlist));
     EXPECT_TRUE(exists(helper));
     EXPECT_EQ(volume().list(bait), QStringList());
+}
+
+// ---- What comes while a prompt stands open
+
+TEST_F(StartupOnSimulatedMac, aPlaceThatBecomesALinkWhileThePromptIsOpenMakesNoDaemon) {
+    const QString kDaemons = u"/Library/LaunchDaemons"_s;
+    const QString application = u"/Applications/Evil.app"_s;
+    const QString agent = application + u"/Contents/Library/LaunchAgents/com.evil.plist"_s;
+    const QString quarantine = kUsersBackup + u"/bundled-login-items"_s;
+    const QString labelFolder = quarantine + u"/com.evil"_s;
+    volume().createFolder(application);
+    addBackgroundTask({{"uid", 501},
+                       {"name", "Evil"},
+                       {"type", "app"},
+                       {"identifier", "2.com.evil.app"},
+                       {"url", "file:///Applications/Evil.app/"}});
+    addBackgroundTask({{"uid", 501},
+                       {"name", "Evil Agent"},
+                       {"type", "agent"},
+                       {"identifier", "8.com.evil"},
+                       {"parent", "2.com.evil.app"},
+                       {"url", "Contents/Library/LaunchAgents/com.evil.plist"}});
+    for (const bool isRoots : {false, true}) {
+        for (const bool isKnown : {false, true}) {
+            // What stands at the place itself only gets out of the user's own way.
+            const QStringList planted = isRoots ? QStringList(labelFolder + u"/com.evil.plist"_s) : QStringList();
+            for (const QString& place : QStringList{kUsersBackup, quarantine, labelFolder} + planted) {
+                SCOPED_TRACE(place.toStdString() + (isRoots ? ", root's" : "") + (isKnown ? ", list known" : ""));
+                removeBackup();
+                giveToUser(application);
+                addFile(agent, plistText({{u"Label"_s, u"com.evil"_s}, {u"Program"_s, u"/Users/alex/evil"_s}}));
+                if (isRoots) {
+                    giveToRoot(application);
+                }
+                const QStringList daemons = volume(Actor::Root).list(kDaemons);
+                startWithPrompt([&, prompts = 0]() mutable {
+                    // Where the list is known the helper is in the first line, else in a second one.
+                    if (++prompts == (isKnown ? 2 : isRoots ? 2 : 1)) {
+                        replaceByLink(place, kDaemons);
+                    }
+                });
+                if (isKnown) {
+                    readList();
+                }
+                switchOff({backgroundItemOff(u"com.evil"_s)});
+                EXPECT_EQ(volume(Actor::Root).list(kDaemons), daemons);
+                EXPECT_TRUE(exists(agent));
+                EXPECT_FALSE(logs(u"  [APPLIED] Quarantined bundled startup resource: com.evil.plist"_s));
+                EXPECT_TRUE(log().contains(u"  [ERROR] "_s)) << log().toStdString();
+            }
+        }
+    }
+}
+
+TEST_F(StartupOnSimulatedMac, anApplicationThatIsSwappedWhileThePromptIsOpenIsNotCopiedByRoot) {
+    setUpOffice();
+    giveToRoot(u"/Applications/Sync.app"_s);
+    const QString planted = u"/Users/alex/Planted"_s;
+    const QString inside = u"/Contents/Library/LoginItems/Sync Helper.app/Contents/MacOS/helper"_s;
+    for (const QString& place : {u""_s, u"/Contents"_s, u"/Contents/Library"_s, u"/Contents/Library/LoginItems"_s}) {
+        SCOPED_TRACE(place.toStdString());
+        removeBackup();
+        const QString real = u"/Applications/Sync.app"_s + place;
+        addFile(planted + inside, "planted");
+        startWithPrompt([&, prompts = 0]() mutable {
+            if (++prompts == 2) {
+                volume(Actor::Root).move(real, u"/Applications/Moved"_s);
+                volume(Actor::Root).createLink(real, planted + place);
+            }
+        });
+        switchOff({backgroundItemOff(u"com.sync.helper"_s)});
+        EXPECT_EQ(content(planted + inside), "planted");
+        EXPECT_FALSE(exists(kUsersBackup + u"/bundled-login-items/com.sync.helper/Sync Helper.app"_s));
+        EXPECT_TRUE(
+            logs(u"  [ERROR] Failed to quarantine bundled startup resource: Sync Helper.app: it is still in its "
+                 "place"_s) ||
+            log().contains(u"  [ERROR] Failed to quarantine bundled startup resource: Sync Helper.app: "_s));
+        volume(Actor::Root).remove(real);
+        volume(Actor::Root).move(u"/Applications/Moved"_s, real);
+    }
+    EXPECT_TRUE(exists(helper));
+}
+
+// ---- Several accounts
+
+TEST_F(StartupOnSimulatedMac, theHelperOfAnotherAccountStaysInAnApplicationThatBothUse) {
+    helper = addApplicationWithHelper(u"Sync"_s, u"com.sync"_s);
+    const QString mine = addApplicationWithHelper(u"Chat"_s, u"com.chat"_s);
+    changeState("backgroundTasks", [](macsim::Json& tasks) {
+        for (macsim::Json& record : tasks["records"]) {
+            if (record.at("identifier").get<std::string>().find("com.sync") != std::string::npos) {
+                record["uid"] = 502;
+            }
+        }
+    });
+    UnifiedProfile profile = exampleProfile(u"rehearsal"_s);
+    profile.settings.cleanReboot = true;
+    profile.startup.items = {backgroundItemOff(u"com.sync.helper"_s)};
+    for (const bool isAgain : {false, true}) {
+        EXPECT_TRUE(apply(profile)) << isAgain;
+        EXPECT_TRUE(exists(helper));
+        EXPECT_FALSE(exists(mine));
+    }
+    EXPECT_FALSE(log().contains(u"Sync Helper"_s));
 }
 
 // ---- Much of everything

@@ -100,9 +100,19 @@ TEST_F(WholeProfile, rootRunsOnlyWhatNeedsRoot) {
                            u"/bin/mv "_s + kBackupDaemon + u' ' + backup +
                                u"/_Library_LaunchDaemons/com.backblaze.bzbmenu.plist"_s,
                            u"/usr/bin/sfltool dumpbtm"_s, u"/bin/mkdir -p "_s + quarantine,
-                           u"/bin/rm -rf \""_s + quarantine + u"/Docker Helper.app\""_s,
                            u"/usr/bin/ditto \""_s + kDockerHelper + u"\" \""_s + quarantine + u"/Docker Helper.app\""_s,
                            u"/bin/rm -rf \""_s + kDockerHelper + u"\""_s}));
+}
+
+TEST_F(WholeProfile, aDaemonThatRunsOnIsNotCalledDisabled) {
+    ASSERT_TRUE(isLoaded(u"com.backblaze.bzserv"_s, kSystemDomain));
+    for (const bool isAgain : {false, true}) {
+        const StartupApplyResult result = switchOff({backgroundItemOff(u"com.backblaze.bzserv"_s)});
+        EXPECT_TRUE(isLoaded(u"com.backblaze.bzserv"_s, kSystemDomain)) << isAgain;
+        EXPECT_EQ(result.verification,
+                  (ApplyVerificationResult{{}, {{u"Background item: bzserv"_s, u"still enabled at login"_s}}}));
+        EXPECT_FALSE(logs(u"  [APPLIED] Disabled background login label: com.backblaze.bzserv"_s));
+    }
 }
 
 // ---- Twice

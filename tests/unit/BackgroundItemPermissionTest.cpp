@@ -197,11 +197,15 @@ TEST(BackgroundItemPermission, theProgramsOwnAndTheSystemsStay) {
     EXPECT_EQ(namesThatGo({item}), QStringList());
 }
 
-TEST(BackgroundItemPermission, theSystemIsKnownByTheBundleIdentifierOnly) {
+TEST(BackgroundItemPermission, withoutABundleIdentifierTheSystemIsKnownByTheLabel) {
     BackgroundTaskItem item = helper();
-    item.bundleIdentifier = std::nullopt;
-    item.identifier = u"16.com.apple.helper"_s;
-    EXPECT_EQ(namesThatGo({item}).size(), 1);
+    for (const std::optional<QString>& none : {std::optional<QString>(), std::optional(QString())}) {
+        item.bundleIdentifier = none;
+        item.identifier = u"16.com.apple.helper"_s;
+        EXPECT_EQ(namesThatGo({item}), QStringList());
+        item.identifier = u"16.com.applebees.helper"_s;
+        EXPECT_EQ(namesThatGo({item}).size(), 1);
+    }
 }
 
 TEST(BackgroundItemPermission, audioSoftwareStays) {

@@ -15,6 +15,10 @@ const QString kPrompt = u"Please."_s;
 
 const QString kDropboxHelper = u"com.getdropbox.dropbox.helper"_s;
 const QString kDropboxHelperFile = u"/Applications/Dropbox.app/Contents/Library/LoginItems/Dropbox Helper.app"_s;
+const QString kDropboxApp = u"/Applications/Dropbox.app"_s;
+const QString kHelperTakenAsUser = u"$> /usr/bin/ditto \""_s + kDropboxHelperFile + u"\" \""_s + kQuarantine +
+                                   u"com.getdropbox.dropbox.helper/Dropbox Helper.app\"\n"
+                                   "  [APPLIED] Quarantined bundled startup resource: Dropbox Helper.app\n"_s;
 const QString kUpdater = u"com.getdropbox.updater"_s;
 const QString kAgentFile = u"/Applications/Dropbox.app/Contents/Library/LaunchAgents/com.getdropbox.updater.plist"_s;
 
@@ -23,6 +27,15 @@ QList<BackgroundTaskItem> laptopRecords() {
     return {applicationRecord(u"Dropbox"_s, u"com.getdropbox.dropbox"_s),
             backgroundRecord(u"Dropbox Helper"_s, kDropboxHelper, u"com.getdropbox.dropbox"_s),
             backgroundRecord(u"Player"_s, u"com.player.menu"_s), backgroundRecord(u"Serato Helper"_s, u"com.x.sync"_s)};
+}
+
+const QString kVpnLabel = u"com.vpn.daemon"_s;
+const QString kVpnDaemonPlist = u"/Library/LaunchDaemons/com.vpn.plist"_s;
+
+BackgroundTaskItem vpnDaemon(const QString& type) {
+    BackgroundTaskItem daemon = backgroundRecord(u"VPN"_s, kVpnLabel, {}, type);
+    daemon.url = u"file://"_s + kVpnDaemonPlist;
+    return daemon;
 }
 
 class BackgroundLoginItems : public StartupSystem {
@@ -62,6 +75,7 @@ protected:
         QCoro::waitFor(system.applyCleanReboot({permittedNames, std::nullopt, {}}));
         trace.clear();
     }
+    void rebootClean() { QCoro::waitFor(system.applyCleanReboot({{}, std::nullopt, {}})); }
     QString logged(const QString& beginning) const {
         QString lines;
         for (const QString& line : system.logMessages()) {
@@ -234,10 +248,46 @@ TEST_F(BackgroundLoginItems, anOpenBatchQueuesAndRunsNothing) {
     EXPECT_FALSE(isActive(kDropboxHelper));
     EXPECT_TRUE(files.exists(kDropboxHelperFile));
     EXPECT_TRUE(finish());
+    EXPECT_EQ(takeTrace(), prompted(queuedLaunchctl(kDropboxHelper), kPrompt) + kHelperTakenAsUser)
+        << "root doesn't handle what the user can write";
+    EXPECT_FALSE(files.exists(kDropboxHelperFile));
+}
+
+TEST_F(BackgroundLoginItems, aHelperOfRootsJoinsTheBatchsOnePrompt) {
+    giveToRoot(kDropboxApp);
+    cacheDump(laptopRecords());
+    system.beginAdminBatch();
+    EXPECT_TRUE(disableLabels({kDropboxHelper}));
+    EXPECT_TRUE(files.exists(kDropboxHelperFile));
+    trace.clear();
+    EXPECT_TRUE(finish());
     EXPECT_EQ(takeTrace(),
               prompted(queuedLaunchctl(kDropboxHelper) + u" ; "_s + quarantineLine(kDropboxHelperFile, kDropboxHelper),
                        kPrompt));
     EXPECT_FALSE(files.exists(kDropboxHelperFile));
+}
+
+TEST_F(BackgroundLoginItems, aHelperThatRootHasLeftInItsPlaceIsSaid) {
+    giveToRoot(kDropboxApp);
+    cacheDump(laptopRecords());
+    system.beginAdminBatch();
+    EXPECT_TRUE(disableLabels({kDropboxHelper}));
+    stuck.insert(kDropboxHelperFile);
+    EXPECT_TRUE(finish());
+    EXPECT_EQ(trace.last(), u"  [ERROR] Failed to quarantine bundled startup resource: Dropbox Helper.app: it is still "
+                            "in its place"_s);
+}
+
+TEST_F(BackgroundLoginItems, aRefusedBatchLeavesEveryHelper) {
+    cacheDump(laptopRecords());
+    system.beginAdminBatch();
+    EXPECT_TRUE(disableLabels({kDropboxHelper}));
+    scripts.failNext(u"User canceled."_s);
+    EXPECT_FALSE(finish());
+    EXPECT_TRUE(files.exists(kDropboxHelperFile));
+    system.beginAdminBatch();
+    EXPECT_TRUE(finish());
+    EXPECT_TRUE(files.exists(kDropboxHelperFile)) << "a later batch doesn't take up what was refused";
 }
 
 TEST_F(BackgroundLoginItems, aBatchThatFailsLeavesItsLabelsOn) {
@@ -273,20 +323,21 @@ TEST_F(BackgroundLoginItems, withAKnownListThePlanGoesIntoTheBatchsOnePrompt) {
               u"  [ACTION] Queued disable for background login label: com.getdropbox.dropbox.helper\n"
               "  [ACTION] Queued disable for background login label: com.player.menu\n"_s);
     EXPECT_TRUE(finish());
-    EXPECT_EQ(takeTrace(),
-              kLookUp + kNoList +
-                  u"  [ACTION] Queued disable for background login label: com.getdropbox.dropbox\n"
-                  "  [ACTION] Queued quarantine for bundled startup resource: Dropbox Helper.app\n"_s +
-                  prompted(queuedLaunchctl(kDropboxHelper) + u" ; "_s + queuedLaunchctl(u"com.player.menu"_s) +
-                               u" ; "_s + queuedLaunchctl(u"com.getdropbox.dropbox"_s) + u" ; "_s +
-                               quarantineLine(kDropboxHelperFile, kDropboxHelper),
-                           kPrompt));
+    EXPECT_EQ(takeTrace(), kLookUp + kNoList +
+                               u"  [ACTION] Queued disable for background login label: com.getdropbox.dropbox\n"
+                               "  [ACTION] Queued quarantine for bundled startup resource: Dropbox Helper.app\n"_s +
+                               prompted(dumpLine() + u" ; "_s + queuedLaunchctl(kDropboxHelper) + u" ; "_s +
+                                            queuedLaunchctl(u"com.player.menu"_s) + u" ; "_s +
+                                            queuedLaunchctl(u"com.getdropbox.dropbox"_s),
+                                        kPrompt) +
+                               kHelperTakenAsUser);
     EXPECT_FALSE(isActive(kDropboxHelper));
     EXPECT_FALSE(files.exists(kDropboxHelperFile));
     EXPECT_TRUE(isActive(u"com.x.sync"_s));
 }
 
 TEST_F(BackgroundLoginItems, aLaunchAgentThatOnlyTheBundleKnowsGoesToo) {
+    giveToRoot(kDropboxApp);
     cacheDump(laptopRecords());
     openDeferredBatch();
     StartupConfiguration startup;
@@ -300,7 +351,8 @@ TEST_F(BackgroundLoginItems, aLaunchAgentThatOnlyTheBundleKnowsGoesToo) {
                   "  [ACTION] Queued disable for bundled launch agent: com.getdropbox.updater\n"
                   "  [ACTION] Queued quarantine for bundled startup resource: Dropbox Helper.app\n"
                   "  [ACTION] Queued quarantine for bundled startup resource: com.getdropbox.updater.plist\n"_s +
-                  prompted(queuedLaunchctl(kDropboxHelper) + u" ; "_s + queuedLaunchctl(kUpdater) + u" ; "_s +
+                  prompted(dumpLine() + u" ; "_s + queuedLaunchctl(kDropboxHelper) + u" ; "_s +
+                               queuedLaunchctl(kUpdater) + u" ; "_s +
                                quarantineLine(kDropboxHelperFile, kDropboxHelper) + u" ; "_s +
                                quarantineLine(kAgentFile, kUpdater),
                            kPrompt));
@@ -328,8 +380,7 @@ TEST_F(BackgroundLoginItems, aDumpThatComesWithTheBatchIsWorkedOffAsTheUser) {
 
 TEST_F(BackgroundLoginItems, helpersThatNeedRootAfterTheFlushGoUnderOneSecondPrompt) {
     dump = dumpOf(laptopRecords());
-    files.makeUnwritable(kDropboxHelperFile);
-    files.makeUnwritable(kAgentFile);
+    giveToRoot(kDropboxApp);
     openDeferredBatch();
     plan({kDropboxHelper, kUpdater});
     EXPECT_TRUE(finish());
@@ -348,7 +399,7 @@ TEST_F(BackgroundLoginItems, helpersThatNeedRootAfterTheFlushGoUnderOneSecondPro
 
 TEST_F(BackgroundLoginItems, aRefusedSecondPromptLeavesTheHelperAndTheBatchsSuccess) {
     dump = dumpOf(laptopRecords());
-    files.makeUnwritable(kDropboxHelperFile);
+    giveToRoot(kDropboxApp);
     openDeferredBatch();
     plan({kDropboxHelper});
     scripts.answerNext({QString(), std::nullopt});
@@ -363,7 +414,7 @@ TEST_F(BackgroundLoginItems, aRefusedSecondPromptLeavesTheHelperAndTheBatchsSucc
 
 TEST_F(BackgroundLoginItems, anItemThatWillNotDieIsTriedOnceMoreWithoutAPrompt) {
     dump = dumpOf(laptopRecords());
-    files.makeUnwritable(kDropboxHelperFile);
+    giveToRoot(kDropboxApp);
     commands.fail(u"/bin/launchctl disable gui/501/"_s + kDropboxHelper, 1, "Operation not permitted\n");
     openDeferredBatch();
     plan({kDropboxHelper});
@@ -467,7 +518,271 @@ TEST_F(BackgroundLoginItems, aLabelStandsInQuotesInALine) {
     openDeferredBatch();
     plan({u"com.it's odd;x"_s});
     EXPECT_TRUE(finish());
-    EXPECT_EQ(takeTrace(), prompted(queuedLaunchctl(u"'com.it'\\''s odd;x'"_s), kPrompt));
+    EXPECT_EQ(takeTrace(), prompted(dumpLine() + u" ; "_s + queuedLaunchctl(u"'com.it'\\''s odd;x'"_s), kPrompt));
+}
+
+// ---- The list is taken anew with each plan that has work
+
+TEST_F(BackgroundLoginItems, newcomersAreWorkedOffWhereTheListWasKnown) {
+    cacheDump(laptopRecords());
+    dump = dumpOf(laptopRecords() + QList<BackgroundTaskItem>{backgroundRecord(u"Newcomer"_s, u"com.new"_s)});
+    openDeferredBatch();
+    planCleanReboot({u"Player"_s});
+    EXPECT_TRUE(finish());
+    EXPECT_EQ(takeTrace(), kLookUp + kNoList +
+                               u"  [ACTION] Queued disable for background login label: com.getdropbox.dropbox.helper\n"
+                               "  [ACTION] Queued quarantine for bundled startup resource: Dropbox Helper.app\n"_s +
+                               prompted(dumpLine() + u" ; "_s + queuedLaunchctl(kDropboxHelper), kPrompt) +
+                               kHelperTakenAsUser + launchctlLines(u"com.new"_s) +
+                               u"  [APPLIED] Disabled background login label: com.new\n"_s);
+    EXPECT_FALSE(isActive(u"com.new"_s));
+    EXPECT_FALSE(isActive(kDropboxHelper)) << "the dump was taken before launchd was told";
+    EXPECT_TRUE(isActive(u"com.player.menu"_s));
+}
+
+TEST_F(BackgroundLoginItems, aNewcomersHelperGoesToo) {
+    cacheDump({backgroundRecord(u"Player"_s, u"com.player.menu"_s)});
+    dump = dumpOf(laptopRecords());
+    openDeferredBatch();
+    planCleanReboot({});
+    EXPECT_TRUE(finish());
+    EXPECT_EQ(prompts(), 1);
+    EXPECT_FALSE(files.exists(kDropboxHelperFile));
+    EXPECT_FALSE(isActive(kDropboxHelper));
+    EXPECT_FALSE(isActive(u"com.player.menu"_s));
+    EXPECT_EQ(verify({}).failed, QList<ApplyVerificationResult::Item>());
+}
+
+TEST_F(BackgroundLoginItems, whatWasSwitchedOffInThisSessionIsNoNewcomer) {
+    dump = dumpOf(laptopRecords()); // launchd's override doesn't show in it
+    for (const QString& queued : {QString(), queuedLaunchctl(u"com.player.menu"_s)}) {
+        openDeferredBatch();
+        planCleanReboot({});
+        if (!queued.isEmpty()) {
+            plan({u"com.player.menu"_s});
+        }
+        EXPECT_TRUE(finish());
+        EXPECT_EQ(logged(u"  [APPLIED] Disabled background"_s),
+                  u"  [APPLIED] Disabled background login label: com.getdropbox.dropbox.helper\n"
+                  "  [APPLIED] Disabled background login label: com.player.menu\n"_s);
+        EXPECT_FALSE(isActive(kDropboxHelper));
+        EXPECT_FALSE(isActive(u"com.player.menu"_s));
+    }
+    EXPECT_EQ(prompts(), 1) << "of the second round";
+}
+
+TEST_F(BackgroundLoginItems, whatIsHeldBackIsSaidOnceThoughTheListIsTakenAnew) {
+    const QList<BackgroundTaskItem> records{backgroundRecord(u"Dropbox Plugin"_s, u"com.getdropbox.finder"_s),
+                                            backgroundRecord(u"Player"_s, u"com.player.menu"_s)};
+    cacheDump(records);
+    dump = dumpOf(records);
+    openDeferredBatch();
+    plan({u"com.player.menu"_s}, {CloudSyncService::dropbox});
+    EXPECT_TRUE(finish());
+    EXPECT_EQ(logged(u"  [SKIPPED]"_s), u"  [SKIPPED] Protected background login item: com.getdropbox.finder\n"_s);
+}
+
+TEST_F(BackgroundLoginItems, theDumpCostsNoPrompt) {
+    cacheDump({backgroundRecord(u"Player"_s, u"com.player.menu"_s)});
+    openDeferredBatch();
+    planCleanReboot({u"Player"_s});
+    EXPECT_TRUE(finish());
+    EXPECT_EQ(takeTrace(), u"\n"_s) << "nothing else needed root";
+}
+
+TEST_F(BackgroundLoginItems, aRefusedDumpLeavesTheListAsItWas) {
+    cacheDump(laptopRecords());
+    dump = dumpOf({backgroundRecord(u"Newcomer"_s, u"com.new"_s)});
+    openDeferredBatch();
+    planCleanReboot({});
+    scripts.failNext(u"User canceled."_s);
+    EXPECT_FALSE(finish());
+    EXPECT_TRUE(isActive(kDropboxHelper));
+    EXPECT_FALSE(system.backgroundTaskItems()->contains(u"com.new"_s));
+}
+
+TEST_F(BackgroundLoginItems, anEmptyDumpIsNotReadAndTheNextBatchAsksAgain) {
+    openDeferredBatch();
+    plan({kDropboxHelper});
+    EXPECT_TRUE(finish());
+    EXPECT_TRUE(system.backgroundTaskItems()->isEmpty());
+    trace.clear();
+
+    dump = dumpOf(laptopRecords());
+    openDeferredBatch();
+    plan({kDropboxHelper});
+    EXPECT_TRUE(finish());
+    EXPECT_EQ(takeTrace(), prompted(dumpLine(), kNeutral) + kLookUp + kNoList + launchctlLines(kDropboxHelper) +
+                               u"  [APPLIED] Disabled background login label: com.getdropbox.dropbox.helper\n"_s +
+                               kHelperTakenAsUser);
+}
+
+TEST_F(BackgroundLoginItems, anEmptyDumpTakesNothingAwayFromAKnownList) {
+    cacheDump(laptopRecords());
+    for (const QByteArray& empty : {QByteArray(), QByteArray(""), QByteArray("no records\n")}) {
+        dump = empty;
+        openDeferredBatch();
+        plan({kDropboxHelper});
+        EXPECT_TRUE(finish());
+        EXPECT_TRUE(isActive(u"com.player.menu"_s));
+        EXPECT_FALSE(isActive(kDropboxHelper));
+    }
+}
+
+TEST_F(BackgroundLoginItems, aPlanWithoutWorkLearnsNothingFromItsBatch) {
+    openDeferredBatch();
+    QCoro::waitFor(system.runAdminCommand(u"pmset -a sms 0"_s, kPrompt));
+    EXPECT_TRUE(finish());
+    EXPECT_FALSE(system.backgroundTaskItems().has_value()) << "no dump was taken";
+}
+
+// ---- Daemons: an override in the user's own domain doesn't stop them
+
+TEST_F(BackgroundLoginItems, aDaemonThatOnlyGotAnOverrideOfTheUsersIsNotCalledDisabled) {
+    files.addFile(kVpnDaemonPlist, "vpn");
+    cacheDump({vpnDaemon(u"legacy daemon (0x10010)"_s)});
+    EXPECT_FALSE(disableLabels({kVpnLabel}));
+    EXPECT_EQ(takeTrace(), u"  [ACTION] Disabling 1 background login item(s)...\n"_s + launchctlLines(kVpnLabel) +
+                               u"  [ERROR] Failed to disable background login item: com.vpn.daemon\n"_s);
+    EXPECT_TRUE(isActive(kVpnLabel));
+    EXPECT_EQ(verify({}).failed,
+              QList<ApplyVerificationResult::Item>({{u"Background item: VPN"_s, u"still enabled at login"_s}}));
+}
+
+TEST_F(BackgroundLoginItems, aDaemonIsKnownByItsTypeOrItsPlace) {
+    files.addFile(kVpnDaemonPlist, "vpn");
+    for (const QString& type : {u"daemon (0x10)"_s, u"curated legacy daemon (0x90010)"_s, u"Managed Legacy Daemon"_s,
+                                u"login item (0x4)"_s}) {
+        SCOPED_TRACE(type.toStdString());
+        files.addFile(system.backgroundDumpPath(), dumpOf({vpnDaemon(type)}));
+        QCoro::waitFor(system.loadPrivilegedBackgroundDump());
+        EXPECT_FALSE(disableLabels({kVpnLabel}));
+        EXPECT_TRUE(isActive(kVpnLabel));
+    }
+}
+
+TEST_F(BackgroundLoginItems, aDaemonWhosePlistIsGoneIsOff) {
+    cacheDump({vpnDaemon(u"legacy daemon (0x10010)"_s)});
+    EXPECT_TRUE(disableLabels({kVpnLabel}));
+    EXPECT_FALSE(isActive(kVpnLabel));
+}
+
+TEST_F(BackgroundLoginItems, aDaemonOfAnApplicationIsNotOffEither) {
+    BackgroundTaskItem daemon =
+        backgroundRecord(u"Dropbox Daemon"_s, kVpnLabel, u"com.getdropbox.dropbox"_s, u"daemon (0x10)"_s);
+    daemon.url = u"Contents/Library/LaunchDaemons/com.vpn.daemon.plist"_s;
+    cacheDump(laptopRecords() + QList<BackgroundTaskItem>{daemon});
+    EXPECT_FALSE(disableLabels({kVpnLabel}));
+    EXPECT_TRUE(isActive(kVpnLabel));
+}
+
+TEST_F(BackgroundLoginItems, ofADaemonAndAnAgentOfOneLabelTheDaemonStaysOn) {
+    files.addFile(kVpnDaemonPlist, "vpn");
+    cacheDump(
+        {backgroundRecord(u"VPN Agent"_s, kVpnLabel, {}, u"agent (0x8)"_s), vpnDaemon(u"legacy daemon (0x10010)"_s)});
+    EXPECT_FALSE(disableLabels({kVpnLabel}));
+    EXPECT_EQ(system.backgroundTaskItems()->items().first().disposition, disabledDisposition());
+    EXPECT_TRUE(isActive(kVpnLabel));
+}
+
+TEST_F(BackgroundLoginItems, aDaemonThatTheSystemHasDisallowedIsOff) {
+    permissions.isLibraryThere = true;
+    permissions.answers = {{kLoginItemSymbol, true}};
+    BackgroundTaskItem daemon =
+        backgroundRecord(u"Dropbox Daemon"_s, kVpnLabel, u"com.getdropbox.dropbox"_s, u"daemon (0x10)"_s);
+    cacheDump(laptopRecords() + QList<BackgroundTaskItem>{daemon});
+    EXPECT_TRUE(disableLabels({kVpnLabel}));
+    EXPECT_FALSE(isActive(kVpnLabel));
+}
+
+TEST_F(BackgroundLoginItems, inABatchADaemonIsOffExactlyWhenItsPlistGoesToo) {
+    files.addFile(kVpnDaemonPlist, "vpn");
+    const QList<BackgroundTaskItem> records{vpnDaemon(u"legacy daemon (0x10010)"_s)};
+    cacheDump(records);
+    dump = dumpOf(records);
+    openDeferredBatch();
+    plan({kVpnLabel});
+    EXPECT_TRUE(isActive(kVpnLabel));
+    EXPECT_TRUE(finish());
+    EXPECT_TRUE(isActive(kVpnLabel));
+
+    openDeferredBatch();
+    const QStringList plists{u"com.vpn.plist"_s};
+    EXPECT_TRUE(QCoro::waitFor(system.disableLaunchItems(plists, {})));
+    plan({kVpnLabel});
+    EXPECT_FALSE(isActive(kVpnLabel)) << "the batch moves its plist";
+    EXPECT_TRUE(finish());
+    EXPECT_FALSE(isActive(kVpnLabel));
+}
+
+// ---- Launch items with a record
+
+TEST_F(BackgroundLoginItems, aLaunchItemOfARecordOfAudioSoftwareStays) {
+    const QString agents = u"/Users/alex/Library/LaunchAgents/"_s;
+    BackgroundTaskItem byPlace = backgroundRecord(u"Traktor Agent"_s, u"com.other.label"_s, {}, u"legacy agent"_s);
+    byPlace.url = u"file://"_s + agents + u"com.place.plist"_s;
+    cacheDump({backgroundRecord(u"Serato Agent"_s, u"com.label"_s, {}, u"legacy agent"_s), byPlace,
+               applicationRecord(u"Rekordbox"_s, u"com.app"_s),
+               backgroundRecord(u"Sync"_s, u"com.child"_s, u"com.app"_s, u"legacy agent"_s),
+               backgroundRecord(u"Chat"_s, u"com.chat"_s, {}, u"legacy agent"_s)});
+    const QStringList plists{u"com.chat.plist"_s, u"com.child.plist"_s, u"com.label.plist"_s, u"com.place.plist"_s};
+    for (const QString& plist : plists) {
+        files.addFile(agents + plist, "plist");
+    }
+    EXPECT_TRUE(QCoro::waitFor(system.disableLaunchItems(plists, {})));
+    EXPECT_EQ(logged(u"  ["_s), u"  [APPLIED] Disabled launch item: com.chat.plist (/Users/alex/Library/LaunchAgents)\n"
+                                "  [SKIPPED] Protected launch item: com.child.plist\n"
+                                "  [SKIPPED] Protected launch item: com.label.plist\n"
+                                "  [SKIPPED] Protected launch item: com.place.plist\n"_s);
+    EXPECT_EQ(files.list(agents.chopped(1)),
+              QStringList({u"com.child.plist"_s, u"com.label.plist"_s, u"com.place.plist"_s}));
+}
+
+TEST_F(BackgroundLoginItems, aLoginItemOfARecordOfAudioSoftwareStays) {
+    BackgroundTaskItem inside = backgroundRecord(u"Notifier"_s, u"com.x.notifier"_s, u"com.focusrite.control"_s);
+    inside.url = u"Contents/Library/LoginItems/Notifier.app"_s;
+    cacheDump({applicationRecord(u"Control"_s, u"com.focusrite.control"_s), inside,
+               applicationRecord(u"Chat"_s, u"com.chat"_s)});
+    const LoginItem control{u"Control"_s, u"/Applications/Control.app/"_s, false};
+    const LoginItem notifier{u"Notifier"_s, u"/Applications/Control.app/Contents/Library/LoginItems/Notifier.app"_s,
+                             false};
+    login = {control, {u"Chat"_s, u"/Applications/Chat.app"_s, false}, notifier};
+    const QStringList loginNames{u"Control"_s, u"Chat"_s, u"Notifier"_s};
+    EXPECT_TRUE(QCoro::waitFor(system.disableLoginItems(loginNames, {})));
+    EXPECT_EQ(logged(u"  [SKIPPED]"_s), u"  [SKIPPED] Protected login item: Control\n"
+                                        "  [SKIPPED] Protected login item: Notifier\n"_s);
+    EXPECT_EQ(login, QList<LoginItem>({control, notifier}));
+    rebootClean();
+    EXPECT_EQ(login, QList<LoginItem>({control, notifier}));
+}
+
+// ---- The system's own labels, and the program's
+
+TEST_F(BackgroundLoginItems, labelsOfTheSystemAndTheProgramAreNeverSwitchedOff) {
+    cacheDump(laptopRecords() + QList<BackgroundTaskItem>{backgroundRecord(u"Sharing"_s, u"com.apple.sharingd"_s)});
+    EXPECT_TRUE(disableLabels({u"com.apple.sharingd"_s, u"com.quorvane.helper"_s, u"com.applebees.menu"_s}));
+    EXPECT_EQ(takeTrace(), u"  [ACTION] Disabling 3 background login item(s)...\n"
+                           "  [SKIPPED] Protected background item: com.apple.sharingd\n"
+                           "  [SKIPPED] Protected background item: com.quorvane.helper\n"_s +
+                               launchctlLines(u"com.applebees.menu"_s) +
+                               u"  [APPLIED] Disabled background login item: com.applebees.menu\n"_s);
+    EXPECT_TRUE(isActive(u"com.apple.sharingd"_s));
+}
+
+TEST_F(BackgroundLoginItems, noPlanReachesTheSystemsLabels) {
+    const QList<BackgroundTaskItem> records{backgroundRecord(u"Sharing"_s, u"com.apple.sharingd"_s),
+                                            backgroundRecord(u"iCloud Drive"_s, u"com.apple.clouddocs"_s)};
+    dump = dumpOf(records);
+    for (const bool isKnown : {false, true}) {
+        SCOPED_TRACE(isKnown);
+        openDeferredBatch();
+        planCleanReboot({});
+        plan({u"com.apple.sharingd"_s, u"com.quorvane.agent"_s}, {CloudSyncService::iCloudDrive});
+        EXPECT_TRUE(finish());
+        EXPECT_EQ(trace.filter(u"launchctl"_s), QStringList());
+        EXPECT_TRUE(isActive(u"com.apple.sharingd"_s));
+        EXPECT_TRUE(isActive(u"com.apple.clouddocs"_s));
+    }
 }
 
 // ---- Verification

@@ -1,5 +1,6 @@
 #include "startup/background/BackgroundTaskDump.h"
 
+#include <QRandomGenerator>
 #include <QStringList>
 
 #include <gtest/gtest.h>
@@ -8,6 +9,8 @@ using namespace Qt::StringLiterals;
 
 namespace quorvane {
 namespace {
+
+constexpr quint32 kDumpsUser = 501;
 
 /// The fields of a record in their order: name, bundle identifier, identifier, type, disposition, parent, executable,
 /// URL; "-" for one that the dump doesn't have.
@@ -26,7 +29,7 @@ QString described(const BackgroundTaskItem& item) {
 
 QStringList parsed(const QString& dump) {
     QStringList lines;
-    for (const BackgroundTaskItem& item : parseBackgroundTaskDump(dump)) {
+    for (const BackgroundTaskItem& item : parseBackgroundTaskDump(dump, kDumpsUser)) {
         lines.append(described(item));
     }
     return lines;
@@ -275,7 +278,7 @@ TEST(BackgroundTaskDump, ofARepeatedLabelTheLastCountsHoweverDeepItStands) {
 
 TEST(BackgroundTaskDump, anEmptyValueIsNoMissingOne) {
     const QList<BackgroundTaskItem> items = parseBackgroundTaskDump(
-        u"Name: A\nBundle Identifier:\nParent Identifier: \t\nExecutable Path:\nURL:\n#2:\nName: B\n"_s);
+        u"Name: A\nBundle Identifier:\nParent Identifier: \t\nExecutable Path:\nURL:\n#2:\nName: B\n"_s, kDumpsUser);
     ASSERT_EQ(items.size(), 2);
     for (const std::optional<QString>& field : {items.first().bundleIdentifier, items.first().parentIdentifier,
                                                 items.first().executablePath, items.first().url}) {
@@ -295,6 +298,80 @@ TEST(BackgroundTaskDump, aNullTextStaysEverywhereButInTheName) {
 TEST(BackgroundTaskDump, strangeTextsAreKeptAsTheyStand) {
     EXPECT_EQ(parsed(u"Name: a'\"\\$(b);|&🎧\nIdentifier: 4.-x/../y\n"_s),
               QStringList(u"a'\"\\$(b);|&🎧|-|4.-x/../y|||-|-|-"_s));
+}
+
+// ---- Whose records they are
+
+QString sectionOf(const QString& user, const QStringList& names) {
+    QString text = u"========\n Records for UID "_s + user + u" : 0A1B\n========\n\n Items:\n\n"_s;
+    for (const QString& name : names) {
+        text += u" #1:\n   Name: "_s + name + u'\n';
+    }
+    return text;
+}
+
+QStringList namesOfDump(const QString& dump) {
+    QStringList names;
+    for (const BackgroundTaskItem& item : parseBackgroundTaskDump(dump, kDumpsUser)) {
+        names.append(item.name);
+    }
+    return names;
+}
+
+TEST(BackgroundTaskDump, recordsOfOtherAccountsDoNotCount) {
+    EXPECT_EQ(namesOfDump(sectionOf(u"-2"_s, {u"Mac"_s}) + sectionOf(u"0"_s, {u"Root"_s}) +
+                          sectionOf(u"248"_s, {u"Service"_s}) + sectionOf(u"501"_s, {u"Mine"_s, u"Mine too"_s}) +
+                          sectionOf(u"502"_s, {u"Theirs"_s, u"Theirs too"_s}) + sectionOf(u"501"_s, {u"Mine again"_s})),
+              QStringList({u"Mac"_s, u"Root"_s, u"Mine"_s, u"Mine too"_s, u"Mine again"_s}));
+}
+
+TEST(BackgroundTaskDump, blocksBeforeAnySectionCount) {
+    EXPECT_EQ(namesOfDump(u"#1:\nName: First\n#2:\nName: Second\n"_s + sectionOf(u"502"_s, {u"Theirs"_s})),
+              QStringList({u"First"_s, u"Second"_s}));
+}
+
+TEST(BackgroundTaskDump, aSectionIsKnownByTheWholeOfItsNumber) {
+    struct Row {
+        QString line;
+        bool counts;
+    };
+    const QList<Row> rows{{u"Records for UID 501 : 0A"_s, true},    {u" \tRecords for UID 501"_s, true},
+                          {u"Records for UID 501: 0A"_s, true},     {u"Records for UID -2 : FF"_s, true},
+                          {u"Records for UID 0 : FF"_s, true},      {u"Records for UID 50 : 0A"_s, false},
+                          {u"Records for UID 5010 : 0A"_s, false},  {u"Records for UID -501 : 0A"_s, false},
+                          {u"Records for UID -1 : 0A"_s, false},    {u"Records for UID 501x : 0A"_s, false},
+                          {u"Records for UID nobody : 0"_s, false}, {u"Records for UID "_s, false},
+                          {u"Name: Records for UID 502"_s, true},   {u"records for uid 502"_s, true}};
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.line.toStdString());
+        EXPECT_EQ(namesOfDump(row.line + u"\n#1:\nName: A\n"_s).contains(u"A"_s), row.counts);
+    }
+}
+
+TEST(BackgroundTaskDump, aRecordEndsWithItsSection) {
+    EXPECT_EQ(parsed(u"Records for UID 501 : 0\n#1:\nName: A\nRecords for UID 502 : 0\nURL: file:///theirs\n"_s),
+              QStringList(u"A|-||||-|-|-"_s));
+    EXPECT_EQ(
+        parsed(u"Records for UID 502 : 0\n#1:\nName: A\nURL: file:///theirs\nRecords for UID 501 : 0\nName: B\n"_s),
+        QStringList(u"B|-||||-|-|-"_s));
+}
+
+TEST(BackgroundTaskDump, ofAnyDumpExactlyTheRecordsOfTheUserAndTheMacAreThere) {
+    QRandomGenerator random(22);
+    for (int round = 0; round < 300; ++round) {
+        QString dump;
+        QStringList expected;
+        for (int sections = static_cast<int>(random.bounded(6)); sections >= 0; --sections) {
+            const int user = QList<int>{-2, 0, 248, 501, 502, 503, 5010}.at(random.bounded(7));
+            QStringList names;
+            for (int count = static_cast<int>(random.bounded(4)); count > 0; --count) {
+                names.append(u"%1 of %2"_s.arg(random.generate()).arg(user));
+            }
+            dump += sectionOf(QString::number(user), names);
+            expected += user == -2 || user == 0 || user == 501 ? names : QStringList();
+        }
+        EXPECT_EQ(namesOfDump(dump), expected);
+    }
 }
 
 TEST(BackgroundTaskDump, aDumpThatIsCutOffGivesTheRecordsBeforeTheCut) {

@@ -121,5 +121,35 @@ TEST(BackgroundTaskList, anEmptyListKnowsNothing) {
     EXPECT_FALSE(BackgroundTaskList({BackgroundTaskItem()}).isEmpty());
 }
 
+TEST(BackgroundTaskList, ofALabelThoseAreMarkedOfWhichItIsTrue) {
+    BackgroundTaskList list({dumpedRecord(u"agent"_s, u"agent"_s, u"8.com.a"_s),
+                             dumpedRecord(u"daemon"_s, u"daemon"_s, u"16.com.a"_s),
+                             dumpedRecord(u"other"_s, u"agent"_s, u"8.com.b"_s)});
+    list.markDisabled(u"com.a"_s, [](const BackgroundTaskItem& record) { return !isDaemonRecord(record); });
+    QStringList active;
+    for (const BackgroundTaskItem& record : list.items()) {
+        active += isActive(record) ? QStringList(record.name) : QStringList();
+    }
+    EXPECT_EQ(active, QStringList({u"daemon"_s, u"other"_s}));
+}
+
+TEST(BackgroundTaskList, aFileIsWhereItsRecordOrItsParentTells) {
+    BackgroundTaskItem app = dumpedRecord(u"app"_s, u"app"_s, u"2.com.app"_s);
+    app.url = u"file:///Applications/My%20App.app/"_s;
+    BackgroundTaskItem plain = dumpedRecord(u"plain"_s, u"app"_s, u"2.com.plain"_s);
+    plain.url = u"/Applications/Plain.app/"_s;
+    BackgroundTaskItem inside = dumpedRecord(u"inside"_s, u"login item"_s, u"4.com.in"_s, u"2.com.app"_s);
+    inside.url = u"Contents/Library/LoginItems/In.app"_s;
+    BackgroundTaskItem orphan = dumpedRecord(u"orphan"_s, u"login item"_s, u"4.com.or"_s, u"2.com.gone"_s);
+    orphan.url = inside.url;
+    const BackgroundTaskItem untold = dumpedRecord(u"untold"_s, u"login item"_s, u"4.com.un"_s, u"2.com.app"_s);
+    const BackgroundTaskList list({app, plain, inside, orphan, untold});
+    EXPECT_EQ(list.pathOf(app), u"/Applications/My App.app"_s);
+    EXPECT_EQ(list.pathOf(plain), u"/Applications/Plain.app"_s);
+    EXPECT_EQ(list.pathOf(inside), u"/Applications/My App.app/Contents/Library/LoginItems/In.app"_s);
+    EXPECT_EQ(list.pathOf(orphan), std::nullopt);
+    EXPECT_EQ(list.pathOf(untold), std::nullopt);
+}
+
 } // namespace
 } // namespace quorvane

@@ -215,6 +215,31 @@ TEST_F(BackgroundTasks, rootWritesNothingWhereSomethingCannotBeRemoved) {
     EXPECT_FALSE(system.backgroundTaskItems().has_value());
 }
 
+TEST_F(BackgroundTasks, whatKilledRunsHaveLeftIsGoneBeforeTheNextDump) {
+    const QString folder = u"/var/folders/zz/alex/T/"_s;
+    const QStringList left{u"quorvane-btm-1.txt"_s, u"quorvane-btm-99999.txt"_s};
+    const QStringList others{u"quorvane-btm-.txt"_s,      u"quorvane-btm-x.txt"_s, u"quorvane-btm-12.txt.bak"_s,
+                             u"my quorvane-btm-12.txt"_s, u"quorvane-btm-12"_s,    u"notes.txt"_s};
+    for (const QString& name : left + others) {
+        files.addFile(folder + name, sync);
+        files.setOwner(folder + name, 0);
+    }
+    files.failOn(Operation::Remove, folder + left.first());
+    ensure();
+    EXPECT_EQ(prompts(), 1) << "what can't be removed stops nothing";
+    QStringList names = files.list(folder);
+    names.sort();
+    QStringList expected = others + QStringList(left.first());
+    expected.sort();
+    EXPECT_EQ(names, expected);
+
+    system.beginAdminBatch();
+    files.addFile(folder + left.last(), sync);
+    ensure();
+    EXPECT_TRUE(finish());
+    EXPECT_FALSE(files.exists(folder + left.last()));
+}
+
 // ---- In a batch
 
 TEST_F(BackgroundTasks, anOpenBatchTakesTheDumpAndItsFlushReadsIt) {
@@ -234,6 +259,18 @@ TEST_F(BackgroundTasks, aKnownListIsNotTakenAgainInABatch) {
     ensure();
     EXPECT_TRUE(finish());
     EXPECT_EQ(trace, QStringList());
+}
+
+TEST_F(BackgroundTasks, anEmptyListIsTakenAgainInABatch) {
+    ensure();
+    ASSERT_TRUE(system.backgroundTaskItems()->isEmpty());
+    trace.clear();
+    dump = sync;
+    system.beginAdminBatch();
+    ensure();
+    EXPECT_TRUE(finish());
+    EXPECT_EQ(takeTrace(), prompted(dumpLine(), kNeutral));
+    EXPECT_EQ(names(), QStringList(u"Sync"_s));
 }
 
 TEST_F(BackgroundTasks, aRefusedBatchReadsNoDump) {

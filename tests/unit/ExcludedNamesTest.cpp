@@ -31,6 +31,16 @@ TEST(ExcludedNames, whatHoldsOneAmongOtherWordsIsExcluded) {
     }
 }
 
+TEST(ExcludedNames, hyphensUnderscoresAndDotsCountAsBlanks) {
+    for (const QString& name : {u"com.native-instruments.NTKDaemon"_s, u"Native_Instruments"_s, u"native.instruments"_s,
+                                u"/Library/Application Support/NATIVE-instruments/x"_s}) {
+        SCOPED_TRACE(name.toStdString());
+        EXPECT_TRUE(isExcludedName(name));
+    }
+    EXPECT_FALSE(isExcludedName(u"native/instruments"_s));
+    EXPECT_FALSE(isExcludedName(u"native--instruments"_s));
+}
+
 TEST(ExcludedNames, otherNamesAreNot) {
     for (const QString& name : {u""_s, u" "_s, u"Dropbox"_s, u"able ton"_s, u"plug in"_s, u"native  instruments"_s,
                                 u"vs t"_s, u"com.apple.finder"_s}) {

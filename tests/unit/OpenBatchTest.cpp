@@ -21,6 +21,14 @@ TEST(OpenBatch, entriesJoinInOrderAndAreTakenOnce) {
     EXPECT_TRUE(batch.isEmpty());
 }
 
+TEST(OpenBatch, anEntryThatIsQueuedFirstStandsBeforeAllOthers) {
+    OpenBatch batch;
+    batch.queue(u"second"_s);
+    batch.queueFirst(u"first"_s);
+    batch.queue(u"third"_s);
+    EXPECT_EQ(batch.takeLine(), u"first ; second ; third"_s);
+}
+
 TEST(OpenBatch, aMovedFileIsKnownUnderEverySpellingThatItsFolderDoesNotTellApart) {
     MemoryFileManager files;
     files.addFile(u"/Library/LaunchAgents/Tool.plist"_s, "x");

@@ -19,6 +19,13 @@ TEST(Paths, theParentFolderStandsBeforeTheLastSlash) {
     EXPECT_EQ(parentFolder(u"/Library/"_s), u"/Library"_s);
 }
 
+TEST(Paths, theFoldersAboveComeFromTheOutermostInwards) {
+    EXPECT_EQ(foldersAbove(u"/a/b c/d"_s), QStringList({u"/a"_s, u"/a/b c"_s}));
+    EXPECT_EQ(foldersAbove(u"/a"_s), QStringList());
+    EXPECT_EQ(foldersAbove(u"/"_s), QStringList());
+    EXPECT_EQ(foldersAbove({}), QStringList());
+}
+
 TEST(Paths, aNameHasNeitherTheExtensionNorASlashAtTheEnd) {
     EXPECT_EQ(nameInPath(u"/Applications/Traktor Pro 3.app"_s), u"Traktor Pro 3"_s);
     EXPECT_EQ(nameInPath(u"/Applications/Traktor Pro 3.app//"_s), u"Traktor Pro 3"_s);

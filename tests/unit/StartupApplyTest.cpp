@@ -131,7 +131,8 @@ TEST_F(StartupApply, aWholeConfigurationGoesOnStepByStepUnderOnePrompt) {
                     "$> osascript: add /Applications/Live.app\n"
                     "  [APPLIED] Added login item: Live (hidden)\n"
                     "\nStartup configuration applied.\n"_s +
-                        prompted(daemonLine + u" ; "_s + queuedLaunchctl(u"com.x.sync"_s) + u" ; "_s + networkLine,
+                        prompted(dumpLine() + u" ; "_s + daemonLine + u" ; "_s + queuedLaunchctl(u"com.x.sync"_s) +
+                                     u" ; "_s + networkLine,
                                  kStartupChanges) +
                         u"$> osascript: read\n"
                         "$> /usr/sbin/networksetup -listallnetworkservices\n"

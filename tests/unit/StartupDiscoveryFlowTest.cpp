@@ -57,6 +57,27 @@ const LoginItem kZoomItem{u"zoom"_s, u"/Applications/zoom.us.app"_s, true};
 
 } // namespace
 
+TEST_F(StartupDiscoveryFlow, anItemIsProtectedWhenItsBackgroundRecordIs) {
+    addPlist(kOwnAgents + u"com.a.plist"_s, {});
+    addPlist(kOwnAgents + u"com.b.plist"_s, {});
+    addPlist(kSharedAgents + u"com.c.plist"_s, {});
+    addPlist(kSharedDaemons + u"com.d.plist"_s, {});
+    takeDump("#1:\nName: Traktor Agent\nType: legacy agent (0x10008)\nIdentifier: 8.com.a\n"
+             "#2:\nName: Deck\nType: legacy agent (0x10008)\nIdentifier: 8.com.deck\n"
+             "Executable Path: /Library/Application Support/Native Instruments/x\n"
+             "URL: file:///Library/LaunchAgents/com.c.plist\n"
+             "#3:\nName: Sync\nType: legacy daemon (0x10010)\nIdentifier: 16.com.d\nParent Identifier: 2.com.ni\n"
+             "#4:\nName: Traktor\nType: app (0x2)\nIdentifier: 2.com.ni\n"
+             "#5:\nName: Sync Helper\nType: login item (0x4)\nIdentifier: 4.com.e\nParent Identifier: 2.com.ni\n");
+    QStringList found;
+    for (const StartupItem& item : QCoro::waitFor(system.discoverStartupItems(Refresh::UseCache))) {
+        found.append(item.id + (item.isProtected ? u" is protected"_s : u""_s));
+    }
+    found.sort();
+    EXPECT_EQ(found, QStringList({u"launch:com.a.plist is protected"_s, u"launch:com.b.plist"_s,
+                                  u"launch:com.c.plist is protected"_s, u"launch:com.d.plist is protected"_s}));
+}
+
 TEST_F(StartupDiscoveryFlow, findsEverySourceAndSortsByName) {
     loginItems.items = {kZoomItem, {u"Ableton Helper"_s, u"/Applications/Helper.app"_s, false}, {u"Lost"_s, {}, false}};
     addPlist(kOwnAgents + u"com.example.MyTool.plist"_s, {{u"Label"_s, u"com.example.MyTool"_s}});

@@ -137,9 +137,9 @@ TEST_F(StartupVerificationTest, helpersOfServicesByTheirRecords) {
          activeRecord(u"Dropbox"_s, u"com.d"_s, true, u"app (0x2)"_s),
          activeRecord(u"Dropbox Daemon"_s, u"com.d.3"_s, true), activeRecord(u"MEGAsync"_s, u"com.m"_s, false)});
     EXPECT_EQ(checks(),
-              (QStringList{u"+ Cloud sync: Box (not installed)"_s, u"+ Cloud sync: Dropbox (not installed)"_s,
-                           u"+ Cloud sync: MEGA (not installed)"_s,
+              (QStringList{u"+ Cloud sync: Box (not installed)"_s, u"+ Cloud sync: MEGA (disabled at login)"_s,
                            u"+ Cloud sync helper: MEGA (background items disabled)"_s,
+                           u"- Cloud sync: Dropbox (still active)"_s,
                            u"- Cloud sync helper: Dropbox (still enabled: Dropbox Helper, Dropbox Daemon)"_s}));
 }
 
@@ -195,12 +195,12 @@ TEST_F(StartupVerificationTest, theChecksComeInTheirOrder) {
     readings.isNetworkOff = true;
     readings.managedPaths = {u"/Old.app"_s};
     addLoginItem(u"App"_s, u"/App.app"_s);
-    EXPECT_EQ(checks(),
-              (QStringList{u"+ Login item: l (removed)"_s, u"+ Launch item: a.plist (inactive)"_s,
-                           u"+ Background item: com.b (not installed)"_s, u"+ Cloud sync: Dropbox (not installed)"_s,
-                           u"+ Cloud sync helper: Dropbox (background items disabled)"_s,
-                           u"+ Network (all interfaces disabled)"_s, u"+ Startup app: App (configured)"_s,
-                           u"+ Startup app: Old (removed from login items)"_s}));
+    EXPECT_EQ(checks(), (QStringList{u"+ Login item: l (removed)"_s, u"+ Launch item: a.plist (inactive)"_s,
+                                     u"+ Background item: com.b (not installed)"_s,
+                                     u"+ Cloud sync: Dropbox (disabled at login)"_s,
+                                     u"+ Cloud sync helper: Dropbox (background items disabled)"_s,
+                                     u"+ Network (all interfaces disabled)"_s, u"+ Startup app: App (configured)"_s,
+                                     u"+ Startup app: Old (removed from login items)"_s}));
 }
 
 } // namespace

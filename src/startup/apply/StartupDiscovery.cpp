@@ -2,6 +2,7 @@
 
 #include "core/Collation.h"
 #include "core/ExcludedNames.h"
+#include "startup/background/BackgroundLabels.h"
 #include "startup/launchd/LaunchItemNames.h"
 
 namespace quorvane {
@@ -42,6 +43,13 @@ QList<StartupItem> launchStartupItems(const QList<LaunchFolderListing>& listings
     return items;
 }
 
+void protectByRecords(QList<StartupItem>& launchItems, const QList<BackgroundTaskItem>& records) {
+    const QSet<QString> names = protectedLaunchPlists(BackgroundTaskList(records));
+    for (StartupItem& item : launchItems) {
+        item.isProtected = item.isProtected || (item.launchIdentifier && names.contains(*item.launchIdentifier));
+    }
+}
+
 std::optional<StartupItem> backgroundTaskStartupItem(const BackgroundTaskItem& record) {
     const std::optional<QString> label = backgroundItemLabel(record);
     if (!label) {
@@ -58,9 +66,10 @@ std::optional<StartupItem> backgroundTaskStartupItem(const BackgroundTaskItem& r
 }
 
 QList<StartupItem> backgroundStartupItems(const QList<BackgroundTaskItem>& records) {
+    const BackgroundTaskList list(records);
     QList<StartupItem> items;
     for (const BackgroundTaskItem& record : records) {
-        if (!isLoginRecord(record) || isProtectedRecord(record)) {
+        if (!isLoginRecord(record) || list.isProtected(record)) {
             continue;
         }
         if (std::optional<StartupItem> item = backgroundTaskStartupItem(record)) {

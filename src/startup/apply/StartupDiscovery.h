@@ -23,6 +23,9 @@ struct LaunchFolderListing {
 QList<StartupItem> launchStartupItems(const QList<LaunchFolderListing>& listings, const PropertyLists& propertyLists,
                                       const Bundles& bundles);
 
+/// Items are protected that records of audio software stand for.
+void protectByRecords(QList<StartupItem>& launchItems, const QList<BackgroundTaskItem>& records);
+
 /// None for a record without a label.
 std::optional<StartupItem> backgroundTaskStartupItem(const BackgroundTaskItem& record);
 /// Of the login items, agents and daemons; protected records are left out.

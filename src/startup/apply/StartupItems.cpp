@@ -45,8 +45,9 @@ QList<StartupItem> startupItemsOf(const StartupSources& sources, const PropertyL
     for (const LoginItem& item : sources.loginItems) {
         loginItems.append(startupItemOf(item));
     }
-    return mergedSources({loginItems, launchStartupItems(sources.launchFolders, propertyLists, bundles),
-                          backgroundStartupItems(sources.backgroundItems)});
+    QList<StartupItem> launchItems = launchStartupItems(sources.launchFolders, propertyLists, bundles);
+    protectByRecords(launchItems, sources.backgroundItems);
+    return mergedSources({loginItems, launchItems, backgroundStartupItems(sources.backgroundItems)});
 }
 
 } // namespace

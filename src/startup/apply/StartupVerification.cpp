@@ -77,6 +77,14 @@ private:
         }
     }
 
+    /// Of the list as it is known; also records that no item stands for, as of applications.
+    QList<BackgroundTaskItem> recordsOf(CloudSyncService service) const {
+        QList<BackgroundTaskItem> records =
+            m_readings.backgroundItems ? m_readings.backgroundItems->items() : QList<BackgroundTaskItem>();
+        records.removeIf([service](const BackgroundTaskItem& record) { return !matchesCloudService(record, service); });
+        return records;
+    }
+
     /// Whatever the name of its login item has become; also what the user has added by hand, which stays.
     bool opensByItsPath(const StartupItem& item) const {
         const bool isAdded = item.kind == StartupItemKind::addedApp && item.runsAtStartup;
@@ -86,11 +94,15 @@ private:
     void checkCloudServices() {
         for (const CloudSyncService service : m_services) {
             const QList<StartupItem> items = itemsMatchingCloudServices(m_items, {service});
-            const bool isOff = std::none_of(items.begin(), items.end(), [this](const StartupItem& item) {
-                return m_active.isActive(item).value_or(false) || opensByItsPath(item);
-            });
+            const QList<BackgroundTaskItem> records = recordsOf(service);
+            const bool isOff = std::none_of(items.begin(), items.end(),
+                                            [this](const StartupItem& item) {
+                                                return m_active.isActive(item).value_or(false) || opensByItsPath(item);
+                                            }) &&
+                               std::none_of(records.begin(), records.end(), isActive);
             const QString name = u"Cloud sync: "_s + displayName(service);
-            const QString verifiedDetail = items.isEmpty() ? u"not installed"_s : u"disabled at login"_s;
+            const bool isInstalled = !items.isEmpty() || !records.isEmpty();
+            const QString verifiedDetail = isInstalled ? u"disabled at login"_s : u"not installed"_s;
             if (isOff) {
                 addLoginCheck(true, name, verifiedDetail, {}); // among those that nobody may read could be one of it
             } else {
@@ -106,8 +118,8 @@ private:
         for (const CloudSyncService service : m_services) {
             QStringList active;
             bool hasHelpers = false;
-            for (const BackgroundTaskItem& record : m_readings.backgroundItems->items()) {
-                if (isLoginRecord(record) && matchesCloudService(record, service)) {
+            for (const BackgroundTaskItem& record : recordsOf(service)) {
+                if (isLoginRecord(record)) {
                     hasHelpers = true;
                     if (isActive(record)) {
                         active.append(record.name);

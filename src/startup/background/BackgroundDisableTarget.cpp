@@ -1,5 +1,6 @@
 #include "startup/background/BackgroundDisableTarget.h"
 
+#include "core/AdminScript.h"
 #include "core/ExcludedNames.h"
 #include "core/Paths.h"
 #include "core/Quoting.h"
@@ -10,37 +11,34 @@
 #include <QDir>
 #include <QStringList>
 
+#include <algorithm>
+
 namespace quorvane {
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
+const QString kLoginItems = u"/LoginItems"_s;
+const QString kLaunchAgents = u"/LaunchAgents"_s;
+
 /// The file name without its extension.
 QString baseName(const QUrl& url) {
     return nameInPath(url.path());
 }
 
-/// A "file://" text or an absolute path; other forms say nothing about where the file is.
-std::optional<QUrl> fileUrl(const std::optional<QString>& text) {
-    if (!text) {
-        return std::nullopt;
-    }
-    QString path = *text;
-    if (path.startsWith(u"file://"_s)) {
-        const QUrl url(path);
-        path = url.isValid() && url.isLocalFile() ? url.toLocalFile() : QString();
-    }
-    return path.startsWith(u'/') ? std::optional(QUrl::fromLocalFile(QDir::cleanPath(path))) : std::nullopt;
+std::optional<QUrl> fileUrl(const BackgroundTaskItem& record) {
+    const std::optional<QString> path = recordedPath(record);
+    return path ? std::optional(QUrl::fromLocalFile(*path)) : std::nullopt;
 }
 
 std::optional<QUrl> parentApplication(const BackgroundTaskItem& record, const BackgroundTaskList& list) {
     if (const BackgroundTaskItem* parent = list.parentOf(record)) {
-        if (std::optional<QUrl> url = fileUrl(parent->url)) {
+        if (std::optional<QUrl> url = fileUrl(*parent)) {
             return url;
         }
     }
-    return isApplicationRecord(record) ? fileUrl(record.url) : std::nullopt;
+    return isApplicationRecord(record) ? fileUrl(record) : std::nullopt;
 }
 
 QString lettersAndDigits(const QString& text) {
@@ -174,22 +172,42 @@ bool liesInLibrary(const QString& path, const QString& application, const FileMa
 
 } // namespace
 
-QList<QUrl> bundledStartupResources(const QUrl& appURL, const FileManager& files) {
-    const QString application = QDir::cleanPath(appURL.toLocalFile());
-    QList<QUrl> resources;
-    for (const auto& [subfolder, extension] :
-         {std::pair(u"LoginItems"_s, u".app"_s), std::pair(u"LaunchAgents"_s, u".plist"_s)}) {
-        const QString folder = application + u"/Contents/Library/"_s + subfolder;
+QStringList pathsInHelperFolders(const QString& application, const FileManager& files) {
+    QStringList paths;
+    for (const QString& subfolder : {kLoginItems, kLaunchAgents}) {
+        const QString folder = application + u"/Contents/Library"_s + subfolder;
         QStringList names = namesIn(files, folder);
         names.sort();
         for (const QString& name : names) {
             const QString path = folder + u'/' + name;
-            if (name.endsWith(extension) && liesInLibrary(path, application, files)) {
-                resources.append(QUrl::fromLocalFile(path));
+            if (liesInLibrary(path, application, files)) {
+                paths.append(path);
             }
         }
     }
+    return paths;
+}
+
+QList<QUrl> bundledStartupResources(const QUrl& appURL, const FileManager& files) {
+    QList<QUrl> resources;
+    for (const QString& path : pathsInHelperFolders(QDir::cleanPath(appURL.toLocalFile()), files)) {
+        const bool isLoginItem = parentFolder(path).endsWith(kLoginItems);
+        if (path.endsWith(isLoginItem ? u".app"_s : u".plist"_s)) {
+            resources.append(QUrl::fromLocalFile(path));
+        }
+    }
     return resources;
+}
+
+QList<QUrl> applicationsOf(const QList<BackgroundTaskItem>& records, const BackgroundTaskList& list) {
+    QList<QUrl> applications;
+    for (const BackgroundTaskItem& record : records) {
+        const std::optional<QUrl> application = parentApplication(record, list);
+        if (application && !applications.contains(*application)) {
+            applications.append(*application);
+        }
+    }
+    return applications;
 }
 
 QList<BackgroundDisableTarget> backgroundDisableTargets(const QList<BackgroundTaskItem>& records,
@@ -215,9 +233,29 @@ QString quarantineFolder(const QString& homeFolder) {
     return backupFolder(homeFolder) + u"/bundled-login-items"_s;
 }
 
+bool isWithinReachOfUser(const BackgroundDisableTarget& target, const FileManager& files) {
+    const QString helper = target.bundledResourceURL->toLocalFile();
+    const QString application = target.parentAppURL.toLocalFile();
+    const QStringList folders = foldersAbove(helper);
+    return files.isWritable(helper) || std::any_of(folders.begin(), folders.end(), [&](const QString& folder) {
+               return folder.size() >= application.size() && files.isWritable(folder);
+           });
+}
+
 QString quarantineCommand(const QString& source, const QString& destination) {
-    return u"mkdir -p %1 && rm -rf %2 && /usr/bin/ditto %3 %2 && rm -rf %3"_s.arg(
-        shellQuoted(parentFolder(destination)), shellQuoted(destination), shellQuoted(source));
+    const QString folder = parentFolder(destination);
+    const QString quarantine = parentFolder(folder);
+    const QString from = shellQuoted(source);
+    const QString to = shellQuoted(destination);
+    const QString isSourceReal = requireNoLinksCommand(foldersAbove(source) + QStringList(source));
+    const QStringList steps{requireNoLinksCommand({parentFolder(quarantine), quarantine, folder}),
+                            u"mkdir -p "_s + shellQuoted(folder),
+                            u"[ ! -e "_s + to + u" ] && [ ! -L "_s + to + u" ]"_s,
+                            isSourceReal,
+                            u"/usr/bin/ditto "_s + from + u' ' + to,
+                            isSourceReal,
+                            u"rm -rf "_s + from};
+    return steps.join(u" && "_s);
 }
 
 } // namespace quorvane

@@ -22,6 +22,12 @@ struct BackgroundDisableTarget {
 /// application is among them, links resolved.
 QList<QUrl> bundledStartupResources(const QUrl& appURL, const FileManager& files);
 
+/// Everything in the folders of an application where its helpers lie, whatever its name; the same holds for it.
+QStringList pathsInHelperFolders(const QString& application, const FileManager& files);
+
+/// The applications that the records belong to, each once.
+QList<QUrl> applicationsOf(const QList<BackgroundTaskItem>& records, const BackgroundTaskList& list);
+
 /// The targets of records, each with its helper, and further launch agents in the same applications whose file is named
 /// after one of the labels. A record without a parent application is no target; a resource belongs to one target.
 /// @param list  where parents are looked up
@@ -34,7 +40,12 @@ bool isProtectedTarget(const BackgroundDisableTarget& target);
 
 /// Where the program keeps the helpers that it has taken out of applications.
 QString quarantineFolder(const QString& homeFolder);
-/// The shell line that takes a helper out as root.
+/// True when the user may change anything on the way from the application down to its helper.
+bool isWithinReachOfUser(const BackgroundDisableTarget& target, const FileManager& files);
+
+/// The shell line that takes a helper out as root. It fails where the source, a folder above it, or a folder of the quarantine
+/// has become a link, and where something has come to the destination.
+/// @param source  in its real folder
 QString quarantineCommand(const QString& source, const QString& destination);
 
 } // namespace quorvane

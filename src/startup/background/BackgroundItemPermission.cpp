@@ -73,9 +73,8 @@ private:
 };
 
 bool isOfProgramOrSystem(const BackgroundTaskItem& item) {
-    return backgroundItemSearchText(item).contains(u"quorvane"_s) ||
-           (item.bundleIdentifier && (item.bundleIdentifier->startsWith(u"com.quorvane."_s) ||
-                                      item.bundleIdentifier->startsWith(u"com.apple."_s)));
+    const std::optional<QString> label = backgroundItemLabel(item);
+    return backgroundItemSearchText(item).contains(u"quorvane"_s) || (label && isReservedLabel(*label));
 }
 
 } // namespace

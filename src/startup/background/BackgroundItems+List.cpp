@@ -5,15 +5,21 @@
 #include "core/Quoting.h"
 #include "core/Utf8.h"
 #include "platform/FileManager.h"
+#include "platform/FolderNames.h"
 #include "platform/Host.h"
 #include "platform/Machine.h"
 #include "platform/TreeRemoval.h"
+#include "startup/background/BackgroundLabels.h"
 #include "startup/background/BackgroundTaskDump.h"
 
 #include <QCoroFuture>
 #include <QCoroTask>
 
 #include <QCoreApplication>
+#include <QRegularExpression>
+
+#include <algorithm>
+#include <utility>
 
 namespace quorvane {
 
@@ -21,6 +27,14 @@ using namespace Qt::StringLiterals;
 
 QList<BackgroundTaskItem> BackgroundItems::records() const {
     return m_list ? m_list->items() : QList<BackgroundTaskItem>();
+}
+
+QSet<QString> BackgroundItems::protectedPlists() const {
+    return m_list ? protectedLaunchPlists(*m_list) : QSet<QString>();
+}
+
+QSet<QString> BackgroundItems::protectedPaths() const {
+    return m_list ? protectedFiles(*m_list) : QSet<QString>();
 }
 
 QString BackgroundItems::dumpPath() const {
@@ -31,9 +45,11 @@ QString BackgroundItems::dumpCommand() const {
     return u"/usr/bin/sfltool dumpbtm > %1 2>/dev/null || true"_s.arg(shellQuoted(dumpPath()));
 }
 
-bool BackgroundItems::queueDump() {
+bool BackgroundItems::queueDump(PlaceInLine place) {
     m_needsPrivilegedFetch = requireRoomForDump();
-    if (m_needsPrivilegedFetch) {
+    if (m_needsPrivilegedFetch && place == PlaceInLine::First) {
+        m_batch.open().queueFirst(dumpCommand());
+    } else if (m_needsPrivilegedFetch) {
         m_batch.open().queue(dumpCommand());
     }
     return m_needsPrivilegedFetch;
@@ -41,6 +57,7 @@ bool BackgroundItems::queueDump() {
 
 /// False, with a line in the log, when something stays in the dump's place: root would write to wherever a link leads.
 bool BackgroundItems::requireRoomForDump() {
+    removeStrayDumps();
     const std::optional<QString> error = removeDump();
     if (error) {
         log(u"  [ERROR] Background items can't be read: "_s + *error);
@@ -55,7 +72,8 @@ QCoro::Task<std::optional<QList<BackgroundTaskItem>>> BackgroundItems::readUnpri
     if (result.status != 0 || text.trimmed().isEmpty()) {
         co_return std::nullopt;
     }
-    const QList<BackgroundTaskItem> items = co_await inBackground(parseBackgroundTaskDump, text);
+    const QList<BackgroundTaskItem> items =
+        co_await inBackground(parseBackgroundTaskDump, text, host().machine.userId());
     if (items.isEmpty()) {
         co_return std::nullopt;
     }
@@ -75,12 +93,13 @@ QCoro::Task<void> BackgroundItems::load() {
 }
 
 QCoro::Task<void> BackgroundItems::ensure(QString prompt, PrivilegedFetch privileged) {
-    if (m_list) {
-        m_needsPrivilegedFetch = false;
+    const bool isInBatch = m_batch.isOpen() || isDeferred();
+    if (isInBatch && !isListRead()) {
+        queueDump(PlaceInLine::Last);
         co_return;
     }
-    if (m_batch.isOpen() || isDeferred()) {
-        queueDump();
+    if (m_list) { // also an empty one: nobody is asked twice in one flow
+        m_needsPrivilegedFetch = false;
         co_return;
     }
     co_await load();
@@ -101,12 +120,17 @@ QCoro::Task<void> BackgroundItems::ensure(QString prompt, PrivilegedFetch privil
 
 QCoro::Task<void> BackgroundItems::loadPrivilegedDump() {
     const QString text = takeDump();
-    if (text.isEmpty()) {
+    const QList<BackgroundTaskItem> items =
+        co_await inBackground(parseBackgroundTaskDump, text, host().machine.userId());
+    if (items.isEmpty()) {
         log(u"  [WARNING] Privileged background login item dump was empty."_s);
-        m_list.emplace(QList<BackgroundTaskItem>());
-        co_return;
     }
-    m_list.emplace(co_await inBackground(parseBackgroundTaskDump, text));
+    if (!items.isEmpty() || !m_list) {
+        m_list.emplace(items);
+    }
+    for (const QString& label : std::as_const(m_switchedOff)) {
+        markOverridden(label);
+    }
 }
 
 /// The text of the dump file, which is gone afterwards. Anybody can plant something in a temporary folder: only a
@@ -124,6 +148,22 @@ QString BackgroundItems::takeDump() {
     }
     removeDump(); // one that stays is cleared away before the next is taken
     return text;
+}
+
+/// Of runs that were killed. One that another copy of the program is waiting for right now goes, too: that copy takes its list
+/// for one that wasn't read, and asks again.
+void BackgroundItems::removeStrayDumps() {
+    static const QRegularExpression name(u"^quorvane-btm-[0-9]+\\.txt$"_s);
+    const QString folder = host().machine.temporaryFolder();
+    for (const QString& each : namesIn(host().files, folder)) {
+        try {
+            if (name.match(each).hasMatch() && folder + u'/' + each != dumpPath()) {
+                removeTree(host().files, folder + u'/' + each);
+            }
+        } catch (const FileError&) {
+            continue; // it bears another process's number, and so is in nobody's way
+        }
+    }
 }
 
 /// @return why something stays there; none when nothing does
@@ -145,6 +185,29 @@ void BackgroundItems::markDisabled(const QString& label) {
     if (m_list) {
         m_list->markDisabled(label);
     }
+}
+
+/// What an override in the user's own domain switches off.
+void BackgroundItems::markOverridden(const QString& label) {
+    if (m_list) {
+        m_list->markDisabled(label, [this](const BackgroundTaskItem& record) { return !runsForWholeMac(record); });
+    }
+}
+
+/// True for a daemon whose plist is in its place and stays there.
+bool BackgroundItems::runsForWholeMac(const BackgroundTaskItem& record) const {
+    if (!isDaemonRecord(record)) {
+        return false;
+    }
+    const std::optional<QString> plist = recordedPath(record);
+    return !plist || (host().files.exists(*plist) && !m_batch.open().moves(*plist, host().files));
+}
+
+bool BackgroundItems::leavesADaemon(const QString& label) const {
+    const QList<BackgroundTaskItem> records = m_list ? m_list->itemsWithLabel(label) : QList<BackgroundTaskItem>();
+    return std::any_of(records.begin(), records.end(), [this](const BackgroundTaskItem& record) {
+        return quorvane::isActive(record) && runsForWholeMac(record);
+    });
 }
 
 } // namespace quorvane

@@ -19,7 +19,7 @@ using namespace Qt::StringLiterals;
 
 void BackgroundItems::defer() {
     m_fetchMode = BackgroundTaskItemsFetchMode::deferredToAdminBatch;
-    m_needsPrivilegedFetch = !m_list;
+    m_needsPrivilegedFetch = false;
     m_plan = BackgroundLoginItemChangePlan();
 }
 
@@ -27,26 +27,33 @@ void BackgroundItems::endDeferral() {
     m_plan.reset();
     m_fetchMode = BackgroundTaskItemsFetchMode::automatic;
     m_needsPrivilegedFetch = false;
+    m_queuedHelpers.clear();
 }
 
 QCoro::Task<BackgroundItems::Joined> BackgroundItems::joinBatch() {
     Joined joined;
-    const bool hasWork = m_plan && m_plan->hasWork();
-    if (hasWork && !m_list) {
-        joined.isPrepared = queueDump();
-        joined.isWaiting = joined.isPrepared;
-    } else if (hasWork) {
-        joined.isPrepared = co_await resolvePlan(PlanResolution::BeforeFlush);
+    if (!m_plan || !m_plan->hasWork()) {
+        co_return joined;
+    }
+    const bool isKnown = isListRead();
+    if (isKnown) {
+        joined = co_await resolvePlan(PlanResolution::BeforeFlush, joined);
+    }
+    if (!isKnown || !m_batch.open().isEmpty()) {
+        joined.isWaiting = queueDump(isKnown ? PlaceInLine::First : PlaceInLine::Last);
+        joined.isPrepared = joined.isPrepared && joined.isWaiting;
     }
     co_return joined;
 }
 
 QCoro::Task<void> BackgroundItems::followBatch(Joined joined) {
+    m_switchedOff.unite(m_batch.open().labels());
     if (std::exchange(m_needsPrivilegedFetch, false)) {
         co_await loadPrivilegedDump();
     }
+    co_await followQueuedQuarantine();
     if (joined.isWaiting) {
-        co_await resolvePlan(PlanResolution::AfterFlush);
+        co_await resolvePlan(PlanResolution::AfterFlush, joined);
     }
 }
 
@@ -62,7 +69,7 @@ bool BackgroundItems::queueLabel(const QString& label) {
         return false;
     }
     const QStringList dispositions = m_list ? m_list->dispositions(label) : QStringList();
-    markDisabled(label);
+    markOverridden(label);
     const QString domain = u"gui/%1"_s.arg(host().machine.userId());
     const QString bootout = u"/bin/launchctl bootout "_s + domain + u' ' + shellWord(label) + u" 2>/dev/null || true"_s;
     m_batch.open().queueLabel(label, {bootout, u"/bin/launchctl disable "_s + domain + u'/' + shellWord(label)},
@@ -72,7 +79,7 @@ bool BackgroundItems::queueLabel(const QString& label) {
 
 void BackgroundItems::planLabels(const QSet<QString>& labels) {
     QSet<QString>& planned = m_plan->disabledBackgroundLaunchLabels;
-    if (!m_list) {
+    if (!isListRead()) {
         planned.unite(labels);
         return;
     }
@@ -93,14 +100,15 @@ void BackgroundItems::queuePlannedLabels(const QSet<QString>& labels, const QStr
     }
 }
 
-QCoro::Task<bool> BackgroundItems::resolvePlan(PlanResolution resolution) {
+QCoro::Task<BackgroundItems::Joined> BackgroundItems::resolvePlan(PlanResolution resolution, Joined joined) {
     const BackgroundLoginItemChangePlan plan = *m_plan;
-    if (m_list->isEmpty()) {
-        co_return true;
+    if (!isListRead()) {
+        co_return joined;
     }
     const QList<BackgroundTaskItem> planned = co_await inBackground(plannedRecords, plan, *m_list);
-    QSet<QString> labels =
-        disableableLabels(labelsOf(planned) + plan.disabledBackgroundLaunchLabels, BackgroundItemKind::LoginItem);
+    const QSet<QString> wanted = labelsOf(planned) + plan.disabledBackgroundLaunchLabels - joined.resolvedLabels;
+    joined.resolvedLabels += wanted;
+    QSet<QString> labels = disableableLabels(wanted, BackgroundItemKind::LoginItem);
     const QList<BackgroundDisableTarget> targets = targetsOf(recordsAmong(planned, labels), labels);
     disallowTargets(targets, UnavailableLine::Once);
     const QSet<QString> agents = bundledAgentLabels(targets, labelsOf(planned));
@@ -108,7 +116,8 @@ QCoro::Task<bool> BackgroundItems::resolvePlan(PlanResolution resolution) {
     if (resolution == PlanResolution::BeforeFlush) {
         queuePlannedLabels(labels, u"  [ACTION] Queued disable for background login label: "_s);
         queuePlannedLabels(agents, u"  [ACTION] Queued disable for bundled launch agent: "_s);
-        co_return co_await quarantine(targets, QuarantineRights::Queued);
+        joined.isPrepared = co_await quarantine(targets, QuarantineRights::Queued) && joined.isPrepared;
+        co_return joined;
     }
     for (const QString& label : sortedTexts(labels) + sortedTexts(agents)) {
         const bool isDisabled = co_await disableLabel(label);
@@ -118,7 +127,7 @@ QCoro::Task<bool> BackgroundItems::resolvePlan(PlanResolution resolution) {
     }
     co_await quarantine(targets, QuarantineRights::Privileged);
     co_await retryQuarantineOfActiveTargets(targets);
-    co_return true;
+    co_return joined;
 }
 
 void BackgroundItems::planCleanReboot(const CleanReboot& cleanReboot) {

@@ -5,20 +5,26 @@
 #include "core/AdminScript.h"
 #include "core/Paths.h"
 #include "platform/FileManager.h"
+#include "platform/FolderNames.h"
 #include "platform/Host.h"
 #include "platform/Machine.h"
 #include "platform/TreeRemoval.h"
 #include "startup/background/BackgroundDisableTarget.h"
+#include "startup/background/QuarantineLeftovers.h"
 #include "startup/launchd/BackupFolders.h"
 #include "startup/launchd/LaunchFolders.h"
 
 #include <QCoroTask>
+
+#include <utility>
 
 namespace quorvane {
 
 using namespace Qt::StringLiterals;
 
 namespace {
+
+const QString kStillInItsPlace = u"it is still in its place"_s;
 
 QString sourceOf(const BackgroundDisableTarget& target) {
     return target.bundledResourceURL->toLocalFile();
@@ -75,23 +81,17 @@ QCoro::Task<BackgroundItems::QuarantineStep> BackgroundItems::quarantineHelper(B
         log(u"  [SKIPPED] Protected bundled startup resource: "_s + lastPathComponent(source));
         co_return QuarantineStep::Done;
     }
-    const QString home = host().machine.homeFolder();
-    const QString destination = quarantineDestination(target);
     if (m_batch.open().moves(source, host().files)) {
         co_return QuarantineStep::Done;
     }
-    if (!requireRealFolders(environment(), {backupFolder(home), quarantineFolder(home),
-                                            quarantineFolder(home) + u'/' + target.label})) {
+    if (!requireQuarantine(target)) {
         co_return QuarantineStep::Failed;
     }
     if (rights == QuarantineRights::Queued) {
-        m_batch.open().rememberMove(source);
-        m_batch.open().queue(quarantineCommand(source, destination));
-        log(u"  [ACTION] Queued quarantine for bundled startup resource: "_s + lastPathComponent(source));
-        co_return QuarantineStep::Done;
+        co_return queueQuarantine(target) ? QuarantineStep::Done : QuarantineStep::Failed;
     }
-    if (host().files.isWritable(source)) {
-        const bool isMoved = co_await quarantineAsUser(source, destination);
+    if (isWithinReachOfUser(target, host().files)) {
+        const bool isMoved = co_await quarantineAsUser(target);
         co_return isMoved ? QuarantineStep::Done : QuarantineStep::Failed;
     }
     if (rights == QuarantineRights::Privileged) {
@@ -102,15 +102,76 @@ QCoro::Task<BackgroundItems::QuarantineStep> BackgroundItems::quarantineHelper(B
     co_return QuarantineStep::Failed;
 }
 
-QCoro::Task<bool> BackgroundItems::quarantineAsUser(QString source, QString destination) {
-    try {
-        if (host().files.status(destination).kind != FileStatus::Kind::Missing) {
-            removeTree(host().files, destination);
+/// False, with a line in the log, when a folder on the way to the target's place in the quarantine is no real one.
+bool BackgroundItems::requireQuarantine(const BackgroundDisableTarget& target) {
+    const QString home = host().machine.homeFolder();
+    const QStringList folders{backupFolder(home), quarantineFolder(home), quarantineFolder(home) + u'/' + target.label};
+    return requireRealFolders(environment(), folders);
+}
+
+/// What the user can write waits for the batch, too, and is then moved as the user: root would copy what they have put there
+/// while the prompt stood open.
+bool BackgroundItems::queueQuarantine(const BackgroundDisableTarget& target) {
+    if (!isWithinReachOfUser(target, host().files)) {
+        const std::optional<QString> command = rootsCommand(target);
+        if (!command) {
+            return false;
         }
+        m_batch.open().queue(*command);
+    }
+    m_batch.open().rememberMove(sourceOf(target));
+    m_queuedHelpers.append(target);
+    log(u"  [ACTION] Queued quarantine for bundled startup resource: "_s + lastPathComponent(sourceOf(target)));
+    return true;
+}
+
+/// Called when the batch has run.
+QCoro::Task<void> BackgroundItems::followQueuedQuarantine() {
+    const QList<BackgroundDisableTarget> queued = std::exchange(m_queuedHelpers, {});
+    for (const BackgroundDisableTarget& target : queued) {
+        if (host().files.status(sourceOf(target)).kind == FileStatus::Kind::Missing) {
+            continue;
+        }
+        if (!isWithinReachOfUser(target, host().files)) {
+            logFailedQuarantine(sourceOf(target), kStillInItsPlace);
+        } else if (requireQuarantine(target)) {
+            co_await quarantineAsUser(target);
+        }
+    }
+}
+
+/// A copy that is there from another time gets a name of its own. Throws FileError.
+void BackgroundItems::makeRoom(const QString& destination) {
+    if (host().files.status(destination).kind != FileStatus::Kind::Missing) {
+        host().files.move(destination, freePath(host().files, destination));
+    }
+}
+
+/// None, with a line in the log, when nothing can be put aside there.
+std::optional<QString> BackgroundItems::rootsCommand(const BackgroundDisableTarget& target) {
+    const QString source = sourceOf(target);
+    try {
+        const QString realFolder = host().files.resolved(parentFolder(source));
+        makeRoom(quarantineDestination(target));
+        return quarantineCommand(realFolder + u'/' + lastPathComponent(source), quarantineDestination(target));
+    } catch (const FileError& error) {
+        logFailedQuarantine(source, error.message());
+        return std::nullopt;
+    }
+}
+
+QCoro::Task<bool> BackgroundItems::quarantineAsUser(BackgroundDisableTarget target) {
+    const QString source = sourceOf(target);
+    const QString destination = quarantineDestination(target);
+    try {
+        makeRoom(destination);
         const QStringList copy{u"/usr/bin/ditto"_s, source, destination};
         const CommandResult result = co_await runCommand(copy, OutputCapture::Capture);
         if (result.status != 0) {
             logFailedQuarantine(source, result.standardError.trimmed());
+            if (host().files.status(destination).kind != FileStatus::Kind::Missing) {
+                removeTree(host().files, destination); // a part would pass for the copy
+            }
             co_return false;
         }
         removeHelper(source);
@@ -125,7 +186,7 @@ QCoro::Task<bool> BackgroundItems::quarantineAsUser(QString source, QString dest
 /// In one step out of the reach of whatever starts it: a removal that stops half-way must not leave a broken helper, which
 /// the next run would take for the whole one. Throws FileError when it stays in its place.
 void BackgroundItems::removeHelper(const QString& source) {
-    const QString aside = source + u".removed"_s;
+    const QString aside = freePath(host().files, source + kLeftoverEnding);
     host().files.move(source, aside);
     try {
         removeTree(host().files, aside);
@@ -140,17 +201,23 @@ QCoro::Task<bool> BackgroundItems::quarantineAsRoot(QList<BackgroundDisableTarge
         co_return true;
     }
     QStringList commands;
+    QStringList sources;
     for (const BackgroundDisableTarget& target : targets) {
-        commands.append(quarantineCommand(sourceOf(target), quarantineDestination(target)));
+        if (const std::optional<QString> command = rootsCommand(target)) {
+            commands.append(*command);
+            sources.append(sourceOf(target));
+        }
+    }
+    if (commands.isEmpty()) {
+        co_return false;
     }
     const CommandResult result = co_await executeAdminScript(joinedAdminCommands(commands), kSystemChangesPrompt);
-    bool succeeded = true;
-    for (const BackgroundDisableTarget& target : targets) {
-        const QString source = sourceOf(target);
+    bool succeeded = sources.size() == targets.size();
+    for (const QString& source : sources) {
         if (host().files.status(source).kind == FileStatus::Kind::Missing) {
             log(u"  [APPLIED] Quarantined bundled startup resource: "_s + lastPathComponent(source));
         } else {
-            logFailedQuarantine(source, result.status != 0 ? result.standardError : u"it is still in its place"_s);
+            logFailedQuarantine(source, result.status != 0 ? result.standardError : kStillInItsPlace);
             succeeded = false;
         }
     }
@@ -159,6 +226,23 @@ QCoro::Task<bool> BackgroundItems::quarantineAsRoot(QList<BackgroundDisableTarge
 
 void BackgroundItems::logFailedQuarantine(const QString& source, const QString& error) {
     log(u"  [ERROR] Failed to quarantine bundled startup resource: %1: %2"_s.arg(lastPathComponent(source), error));
+}
+
+/// What an earlier run has left in the applications of the records.
+void BackgroundItems::settleLeftovers(const QList<BackgroundTaskItem>& records) {
+    if (!m_list) {
+        return;
+    }
+    for (const QUrl& application : applicationsOf(records, *m_list)) {
+        const SettledLeftovers settled = settleQuarantineLeftovers(
+            application.toLocalFile(), quarantineFolder(host().machine.homeFolder()), host().files);
+        for (const QString& name : settled.removed) {
+            log(u"  [INFO] Removed what an interrupted run had left: "_s + name);
+        }
+        for (const QString& name : settled.putBack) {
+            log(u"  [INFO] Put back what an interrupted run had left: "_s + name);
+        }
+    }
 }
 
 /// An item that is still on, and whose helper is still in its application, gets one more try, which never prompts.

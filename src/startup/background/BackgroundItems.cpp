@@ -102,6 +102,8 @@ QSet<QString> BackgroundItems::disableableLabels(const QSet<QString>& labels, Ba
     for (const QString& label : sortedTexts(labels)) {
         if (!isUsableLaunchdLabel(label)) {
             log(u"  [SKIPPED] Unusable background label: "_s + label);
+        } else if (isReservedLabel(label)) {
+            log(u"  [SKIPPED] Protected background item: "_s + label);
         } else if (isProtectedLabel(label)) {
             log(u"  [SKIPPED] Protected %1: %2"_s.arg(textOf(kind), label));
         } else {
@@ -121,7 +123,8 @@ bool BackgroundItems::isProtectedLabel(const QString& label) const {
 }
 
 QList<BackgroundDisableTarget> BackgroundItems::targetsOf(const QList<BackgroundTaskItem>& records,
-                                                          const QSet<QString>& labels) const {
+                                                          const QSet<QString>& labels) {
+    settleLeftovers(records); // what is put back is a target again
     return m_list ? backgroundDisableTargets(records, labels, *m_list, host().files) : QList<BackgroundDisableTarget>();
 }
 
@@ -158,12 +161,13 @@ QCoro::Task<bool> BackgroundItems::disableLabel(QString label) {
     const QStringList disable{kLaunchctlTool, u"disable"_s, target};
     const CommandResult result = co_await runCommand(disable, OutputCapture::Capture);
     const QString output = result.standardOutput + result.standardError;
-    const bool isDisabled =
+    const bool isOverridden =
         result.status == 0 || output.contains(u"already disabled"_s) || output.contains(u"could not find"_s);
-    if (isDisabled) {
-        markDisabled(label);
+    if (isOverridden) {
+        m_switchedOff.insert(label);
+        markOverridden(label);
     }
-    co_return isDisabled;
+    co_return isOverridden && !leavesADaemon(label);
 }
 
 QCoro::Task<bool> BackgroundItems::disableNonPermitted(CleanReboot cleanReboot) {

@@ -1,8 +1,11 @@
 #include "startup/background/BackgroundLabels.h"
 
+#include "core/Paths.h"
 #include "startup/items/StartupConfiguration.h"
 
 namespace quorvane {
+
+using namespace Qt::StringLiterals;
 
 QSet<QString> labelsOf(const QList<BackgroundTaskItem>& records) {
     QSet<QString> labels;
@@ -34,6 +37,32 @@ QList<BackgroundTaskItem> recordsAmong(const QList<BackgroundTaskItem>& records,
         }
     }
     return kept;
+}
+
+QSet<QString> protectedLaunchPlists(const BackgroundTaskList& list) {
+    QSet<QString> names;
+    for (const BackgroundTaskItem& record : list.items()) {
+        if (!list.isProtected(record)) {
+            continue;
+        }
+        if (const std::optional<QString> label = backgroundItemLabel(record)) {
+            names.insert(*label + u".plist"_s);
+        }
+        if (const std::optional<QString> path = recordedPath(record); path && path->endsWith(u".plist"_s)) {
+            names.insert(lastPathComponent(*path));
+        }
+    }
+    return names;
+}
+
+QSet<QString> protectedFiles(const BackgroundTaskList& list) {
+    QSet<QString> paths;
+    for (const BackgroundTaskItem& record : list.items()) {
+        if (const std::optional<QString> path = list.pathOf(record); path && list.isProtected(record)) {
+            paths.insert(withoutFinalSlashes(*path));
+        }
+    }
+    return paths;
 }
 
 QSet<QString> bundledAgentLabels(const QList<BackgroundDisableTarget>& targets, const QSet<QString>& recordLabels) {

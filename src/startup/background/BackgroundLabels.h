@@ -24,4 +24,10 @@ QList<BackgroundTaskItem> recordsAmong(const QList<BackgroundTaskItem>& records,
 /// The labels of launch agents inside applications that no record stands for.
 QSet<QString> bundledAgentLabels(const QList<BackgroundDisableTarget>& targets, const QSet<QString>& recordLabels);
 
+/// The file names of launch plists that records of audio software stand for: by the label, or by the place of the plist.
+QSet<QString> protectedLaunchPlists(const BackgroundTaskList& list);
+
+/// Where the files of records of audio software are, without a "/" at the end.
+QSet<QString> protectedFiles(const BackgroundTaskList& list);
+
 } // namespace quorvane

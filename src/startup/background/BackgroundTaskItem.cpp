@@ -2,6 +2,7 @@
 
 #include "core/ExcludedNames.h"
 
+#include <QDir>
 #include <QStringList>
 #include <QUrl>
 
@@ -64,6 +65,24 @@ std::optional<QString> backgroundItemLabel(const BackgroundTaskItem& item) {
     }
     const QString label = identifierLabel(item.identifier);
     return label.isEmpty() ? std::nullopt : std::optional(label);
+}
+
+std::optional<QString> recordedPath(const BackgroundTaskItem& item) {
+    QString path = item.url.value_or(QString());
+    if (path.startsWith(u"file://"_s)) {
+        const QUrl url(path);
+        path = url.isValid() && url.isLocalFile() ? url.toLocalFile() : QString();
+    }
+    return path.startsWith(u'/') ? std::optional(QDir::cleanPath(path)) : std::nullopt;
+}
+
+bool isDaemonRecord(const BackgroundTaskItem& item) {
+    return item.itemType.contains(u"daemon"_s, Qt::CaseInsensitive) ||
+           item.url.value_or(QString()).contains(u"/LaunchDaemons/"_s);
+}
+
+bool isReservedLabel(const QString& label) {
+    return label.startsWith(u"com.apple."_s) || label.startsWith(u"com.quorvane."_s);
 }
 
 bool isProtectedRecord(const BackgroundTaskItem& item) {

@@ -37,6 +37,12 @@ QString backgroundItemSearchText(const BackgroundTaskItem& item);
 std::optional<QString> backgroundItemLabel(const BackgroundTaskItem& item);
 /// What follows the number of an identifier; empty where nothing does.
 QString identifierLabel(const QString& identifier);
+/// Where its file is: of a "file://" text or an absolute path. Other forms don't tell it.
+std::optional<QString> recordedPath(const BackgroundTaskItem& item);
+/// True for what launchd runs for the whole Mac and in no user's session.
+bool isDaemonRecord(const BackgroundTaskItem& item);
+/// True for labels of the system's and of the program's own.
+bool isReservedLabel(const QString& label);
 /// True for a record that belongs to audio software.
 bool isProtectedRecord(const BackgroundTaskItem& item);
 

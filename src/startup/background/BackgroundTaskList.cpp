@@ -26,6 +26,16 @@ const BackgroundTaskItem* BackgroundTaskList::parentOf(const BackgroundTaskItem&
     return label.isEmpty() || place == m_applicationPlaces.constEnd() ? nullptr : &m_items.at(*place);
 }
 
+std::optional<QString> BackgroundTaskList::pathOf(const BackgroundTaskItem& item) const {
+    const std::optional<QString> path = recordedPath(item);
+    const BackgroundTaskItem* parent = parentOf(item);
+    if (path || parent == nullptr || item.url.value_or(QString()).isEmpty()) {
+        return path;
+    }
+    const std::optional<QString> bundle = recordedPath(*parent);
+    return bundle ? std::optional(*bundle + u'/' + *item.url) : std::nullopt;
+}
+
 bool BackgroundTaskList::isProtected(const BackgroundTaskItem& item) const {
     const BackgroundTaskItem* parent = parentOf(item);
     return isProtectedRecord(item) || (parent != nullptr && isProtectedRecord(*parent));
@@ -52,8 +62,15 @@ bool BackgroundTaskList::isActive(const QString& label) const {
 }
 
 void BackgroundTaskList::markDisabled(const QString& label) {
+    markDisabled(label, [](const BackgroundTaskItem&) { return true; });
+}
+
+void BackgroundTaskList::markDisabled(const QString& label,
+                                      const std::function<bool(const BackgroundTaskItem&)>& isOff) {
     for (const qsizetype place : placesOf(label)) {
-        m_items[place].disposition = disabledDisposition();
+        if (isOff(m_items.at(place))) {
+            m_items[place].disposition = disabledDisposition();
+        }
     }
 }
 

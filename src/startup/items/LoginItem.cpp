@@ -20,7 +20,7 @@ bool looksLikeBackgroundAgent(const LoginItem& item) {
 }
 
 bool isProtectedLoginItem(const LoginItem& item) {
-    return isExcludedName(item.name) || isExcludedName(item.path);
+    return isExcludedName(item.name) || isExcludedName(item.path) || item.hasProtectedRecord;
 }
 
 bool isLoginItemOf(const LoginItem& item, const QString& path) {

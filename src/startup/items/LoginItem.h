@@ -12,6 +12,7 @@ struct LoginItem {
     QString name;
     QString path; ///< as it is written there, maybe with a "/" at the end; empty where the file is gone
     bool hidden = false;
+    bool hasProtectedRecord = false; ///< the background task list shows it to be audio software
 
     bool operator==(const LoginItem&) const = default;
 };
@@ -31,7 +32,7 @@ struct LoginItemList {
 /// that calls itself an agent.
 bool looksLikeBackgroundAgent(const QString& text);
 bool looksLikeBackgroundAgent(const LoginItem& item);
-/// True for a login item whose name or path is that of audio software.
+/// True for a login item whose name, path or background record is that of audio software.
 bool isProtectedLoginItem(const LoginItem& item);
 
 /// True for the login item of an application: by its path, or by its name where the application's file is gone.

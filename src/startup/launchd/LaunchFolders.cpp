@@ -1,5 +1,6 @@
 #include "startup/launchd/LaunchFolders.h"
 
+#include "core/AdminScript.h"
 #include "core/Paths.h"
 #include "core/Quoting.h"
 
@@ -68,8 +69,7 @@ QString keepLaunchPlistCommand(const QString& plist, const LaunchFolder& folder)
 }
 
 QString requireRealBackupFolderCommand(const LaunchFolder& folder) {
-    return u"[ ! -L %1 ] && [ ! -L %2 ]"_s.arg(shellQuoted(parentFolder(folder.backupFolder)),
-                                               shellQuoted(folder.backupFolder));
+    return requireNoLinksCommand({parentFolder(folder.backupFolder), folder.backupFolder});
 }
 
 QString reinstateLaunchPlistCommand(const KeptLaunchPlist& plist, quint32 userId) {

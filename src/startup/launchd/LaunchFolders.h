@@ -35,8 +35,7 @@ QString disableLaunchPlistCommand(const QString& plist, const LaunchFolder& fold
 QString keepLaunchPlistCommand(const QString& plist, const LaunchFolder& folder);
 
 /// The shell line that fails where a link has come to the place of a backup folder. It goes before the one that switches the
-/// plist off: the prompt may have stood open for minutes since the folder was looked at, and through a link root would put
-/// the plist wherever it leads.
+/// plist off; see requireNoLinksCommand.
 QString requireRealBackupFolderCommand(const LaunchFolder& folder);
 
 /// A plist of which root keeps a copy.

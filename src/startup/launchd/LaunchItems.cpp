@@ -24,8 +24,9 @@ using namespace Qt::StringLiterals;
 namespace {
 
 /// What the log says of an item that stays although it was asked to go; empty when it may go.
-QString lineOfHeldBackItem(const QString& label, const QSet<QString>& excludedIds) {
-    if (isExcludedName(label)) {
+QString lineOfHeldBackItem(const QString& label, const QSet<QString>& excludedIds,
+                           const QSet<QString>& protectedLabels) {
+    if (isExcludedName(label) || protectedLabels.contains(label)) {
         return u"  [SKIPPED] Protected launch item: "_s + label;
     }
     const bool isExcluded = excludedIds.contains(launchItemId(label)) || excludedIds.contains(label);
@@ -65,7 +66,7 @@ bool LaunchItems::hasPlist(const QString& label) const {
            });
 }
 
-QCoro::Task<bool> LaunchItems::disable(QStringList labels, QSet<QString> excludedIds) {
+QCoro::Task<bool> LaunchItems::disable(QStringList labels, QSet<QString> excludedIds, QSet<QString> protectedLabels) {
     if (labels.isEmpty()) {
         co_return true;
     }
@@ -73,7 +74,7 @@ QCoro::Task<bool> LaunchItems::disable(QStringList labels, QSet<QString> exclude
     bool succeeded = true;
     QList<SystemPlist> systemPlists;
     for (const QString& label : labels) {
-        const QString heldBack = lineOfHeldBackItem(label, excludedIds);
+        const QString heldBack = lineOfHeldBackItem(label, excludedIds, protectedLabels);
         if (!heldBack.isEmpty()) {
             log(heldBack);
             continue;

@@ -23,9 +23,10 @@ public:
     bool hasPlist(const QString& label) const;
 
     /// Takes plists out of launchd and puts them aside.
-    /// @param labels       file names, with ".plist"
-    /// @param excludedIds  agents that stay all the same, by id or file name
-    QCoro::Task<bool> disable(QStringList labels, QSet<QString> excludedIds);
+    /// @param labels           file names, with ".plist"
+    /// @param excludedIds      agents that stay all the same, by id or file name
+    /// @param protectedLabels  those of audio software which their names don't show
+    QCoro::Task<bool> disable(QStringList labels, QSet<QString> excludedIds, QSet<QString> protectedLabels);
 
     // ---- The way back: LaunchItems+Restore.cpp
 

@@ -1,6 +1,7 @@
 #include "startup/login/LoginItems.h"
 
 #include "core/Json.h"
+#include "core/Paths.h"
 #include "platform/FileManager.h"
 #include "platform/Host.h"
 #include "platform/Machine.h"
@@ -28,11 +29,13 @@ QStringList osascript(const QString& script) {
 
 } // namespace
 
-LoginItems::LoginItems(FlowEnvironment& environment)
-    : Flow(environment) {}
+LoginItems::LoginItems(FlowEnvironment& environment, std::function<QSet<QString>()> protectedPaths)
+    : Flow(environment)
+    , m_protectedPaths(std::move(protectedPaths)) {}
 
 LoginItems::LoginItems(FlowEnvironment& environment, const LoginItems& same)
     : Flow(environment)
+    , m_protectedPaths(same.m_protectedPaths)
     , m_cache(same.m_cache) {}
 
 QCoro::Task<LoginItemList> LoginItems::current() {
@@ -59,6 +62,10 @@ QCoro::Task<LoginItemList> LoginItems::readFromSystemEvents() {
         list = parsedLoginItems(result.standardOutput);
     }
     list.isAnswered = result.isAnswered;
+    const QSet<QString> protectedPaths = m_protectedPaths();
+    for (LoginItem& item : list.items) {
+        item.hasProtectedRecord = protectedPaths.contains(withoutFinalSlashes(item.path));
+    }
     co_return list;
 }
 

@@ -10,6 +10,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -28,7 +29,8 @@ struct NamedLoginItems;
 /// The list is kept until a script may have changed it or somebody wants to see the system as it is now. Main thread.
 class LoginItems : private Flow {
 public:
-    explicit LoginItems(FlowEnvironment& environment);
+    /// @param protectedPaths  gives the files that the background task list shows to be audio software's, as far as it is known
+    LoginItems(FlowEnvironment& environment, std::function<QSet<QString>()> protectedPaths);
     /// The same login items, reached by another way: what one has read the other knows.
     LoginItems(FlowEnvironment& environment, const LoginItems& same);
 
@@ -83,6 +85,7 @@ private:
     ManagedAppRemoval managedAppRemoval(const LoginItemList& list, const QSet<QString>& going) const;
     QCoro::Task<bool> removeManagedApp(QString path, ManagedAppRemoval before);
 
+    const std::function<QSet<QString>()> m_protectedPaths;
     struct Cache {
         std::optional<LoginItemList> list;
         quint64 age = 0; ///< counts how often the list was dropped: a slow read may come too late
