@@ -4,6 +4,7 @@
 #include "matching/SystemConfigurationMatch.h"
 #include "profiles/ApplyPreviews.h"
 #include "snapshots/RestoreBaseline.h"
+#include "snapshots/SnapshotCapture.h"
 #include "verification/ApplyVerificationResult.h"
 
 #include <optional>
@@ -17,7 +18,8 @@ struct ActionOutcome {
     std::optional<ApplyVerificationResult> verification; ///< where the action verifies
     std::optional<ProfileApplyPreview> preview;          ///< where the user has reviewed a profile
     std::optional<RestoreOutcome> restore;               ///< where the action is a way back
-    std::optional<SystemConfigurationMatch> match;       ///< where the action scans and finds one
+    std::optional<SnapshotCapture> capture;              ///< where the action captures
+    std::optional<SystemConfigurationMatch> match;       ///< where the action scans, and one is found or kept
     std::optional<ClosingAlert> alert;                   ///< what was told last
 };
 

@@ -107,9 +107,14 @@ Alert restoreQuestion(const QStringList& names, const QString& title) {
 
 // ---- What is told at the end
 
-ClosingAlert snapshotAlert(bool isSaved) {
-    if (!isSaved) {
+ClosingAlert snapshotAlert(const SnapshotCapture& capture, MasterArchive archive) {
+    if (!capture.isSaved) {
         return {u"Snapshot Failed"_s, u"Could not save the restore baseline. Check the Logs tab for details."_s};
+    }
+    if (!isComplete(capture, archive)) {
+        return {
+            u"Baseline Not Archived"_s,
+            u"Your current system setup has been saved, but not as a master baseline. Check the Logs tab for details."_s};
     }
     return {u"Snapshot Saved"_s, u"Your current system setup has been saved as the restore baseline."_s};
 }
@@ -118,8 +123,8 @@ ClosingAlert undoAlert(const RestoreOutcome& outcome) {
     if (!outcome.succeeded) {
         return {kCancelled, u"System-level defaults were not restored. Check the Logs tab for details."_s};
     }
-    const QString restored = outcome.hasSnapshotFile ? u"Performance tweaks restored from your saved snapshot."_s
-                                                     : u"Standard operation restored."_s;
+    const QString restored = hadBaseline(outcome) ? u"Performance tweaks restored from your saved snapshot."_s
+                                                  : u"Standard operation restored."_s;
     return {kSuccess, restored + kRestart};
 }
 
@@ -161,7 +166,7 @@ ClosingAlert reinstateAlert(const RestoreOutcome& outcome) {
 }
 
 ClosingAlert systemMatchAlert(const std::optional<SystemConfigurationMatch>& match) {
-    if (!match) {
+    if (!match || match->isKept) {
         return {u"No Match Found"_s,
                 u"No saved profile fully matches your current system settings.\n\nCheck the Logs tab for details."_s};
     }

@@ -36,13 +36,17 @@ Alert restoreQuestion(const QStringList& names, const QString& title);
 
 // ---- What is told at the end
 
-ClosingAlert snapshotAlert(bool isSaved);
-/// Of "Undo Performance Tweaks": it speaks of a snapshot where the file of one is there.
+ClosingAlert snapshotAlert(const SnapshotCapture& capture, MasterArchive archive);
+
+// Those of the ways back go by the record's source: they speak of a snapshot or a baseline where the user's own values
+// came back.
+
+/// Of "Undo Performance Tweaks".
 ClosingAlert undoAlert(const RestoreOutcome& outcome);
 enum class LoginItemsAre { Unchanged, Changed };
 /// Of "Revert All".
 ClosingAlert revertAllAlert(const RestoreOutcome& outcome, LoginItemsAre loginItems);
-/// Of "Apply Default". Like that of a reinstatement it speaks of a baseline where one was the source.
+/// Of "Apply Default".
 ClosingAlert defaultAlert(const RestoreOutcome& outcome);
 /// Of "Restore Default" in the menu.
 ClosingAlert menuDefaultAlert(const RestoreOutcome& outcome);

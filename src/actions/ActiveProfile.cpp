@@ -43,7 +43,10 @@ ActiveConfiguration activeConfiguration(const ConfigurationReadings& readings) {
     ActiveConfiguration active = match.kind == MatchedConfigurationKind::savedProfile
                                      ? savedConfiguration(match.name, readings.profiles)
                                      : ActiveConfiguration{match.name, false, {}, {}, {}};
-    active.verification = match.verification;
+    active.isKept = match.isKept;
+    if (!match.isKept) {
+        active.verification = match.verification;
+    }
     return active;
 }
 

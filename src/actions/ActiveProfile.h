@@ -26,8 +26,9 @@ struct ActiveConfiguration {
     QString name;                                        ///< empty where nothing fits, or nothing was ever applied
     bool isSavedProfile = false;                         ///< a profile of the user's is in force; false for Default
     std::optional<QUuid> id;                             ///< of that profile, where it is known
-    std::optional<ApplyVerificationResult> verification; ///< none before the first scan
+    std::optional<ApplyVerificationResult> verification; ///< none before the first scan, and of one that was kept
     PerformanceSettings tweaks;                          ///< of that profile; all off without one
+    bool isKept = false;                                 ///< it was in force before; no scan has confirmed it since
 
     bool operator==(const ActiveConfiguration&) const = default;
 };

@@ -24,7 +24,7 @@ QCoro::Task<ActionOutcome> SystemActions::verify(ActionListener& listener) {
             const Turnstile::Hold busy = action.carryingOut(u"Verifying system settings…"_s);
             action.outcome.match = co_await m_scans.scanned();
         }
-        action.outcome.succeeded = action.outcome.match.has_value();
+        action.outcome.succeeded = action.outcome.match && !action.outcome.match->isKept;
         co_await action.tell(systemMatchAlert(action.outcome.match));
     });
 }
@@ -40,16 +40,17 @@ QCoro::Task<ActionOutcome> SystemActions::saveSnapshot(const std::optional<QStri
         }
         {
             const Turnstile::Hold busy = action.carryingOut(u"Saving system snapshot…"_s, {.snapshot = true});
-            action.outcome.succeeded = co_await m_system.captureSystemSnapshot(label, archive);
+            action.outcome.capture = co_await m_system.captureSystemSnapshot(label, archive);
         }
-        co_await action.tell(snapshotAlert(action.outcome.succeeded));
+        action.outcome.succeeded = isComplete(*action.outcome.capture, archive);
+        co_await action.tell(snapshotAlert(*action.outcome.capture, archive));
     });
 }
 
 /// A profile's settings aren't the user's own.
 std::optional<Alert> SystemActions::questionBeforeSnapshot() const {
     const ActiveConfiguration& active = m_active.current();
-    return active.isSavedProfile ? std::optional(snapshotQuestion(active.name)) : std::nullopt;
+    return active.isSavedProfile && !active.isKept ? std::optional(snapshotQuestion(active.name)) : std::nullopt;
 }
 
 QCoro::Task<ActionOutcome> SystemActions::reinstate(ActionListener& listener) {

@@ -18,7 +18,9 @@ SystemScans::SystemScans(SystemManager& system, SavedProfiles& profiles, Turnsti
     , m_turnstile(turnstile)
     , m_tasks(tasks) {
     connect(&m_turnstile, &Turnstile::idleChanged, this, [this] {
-        m_isOvertaken = m_isOvertaken || !m_turnstile.isIdle();
+        if (!m_turnstile.isIdle()) {
+            m_abandonment.abandon();
+        }
         beginWhereIdle();
     });
 }
@@ -37,16 +39,21 @@ void SystemScans::beginWhereIdle() {
 QCoro::Task<void> SystemScans::carryOut() {
     m_isRequested = false;
     m_isUnderWay = true;
-    m_isOvertaken = false;
-    co_await scanned();
+    m_abandonment = {};
+    const Abandonment abandonment = m_abandonment;
+    co_await scan(abandonment);
     m_isUnderWay = false;
-    m_isRequested = m_isRequested || m_isOvertaken;
+    m_isRequested = m_isRequested || abandonment.isAbandoned();
     beginWhereIdle();
 }
 
 QCoro::Task<std::optional<SystemConfigurationMatch>> SystemScans::scanned() {
+    return scan({});
+}
+
+QCoro::Task<std::optional<SystemConfigurationMatch>> SystemScans::scan(Abandonment abandonment) {
     const ProfileListing listing = co_await m_profiles.list();
-    co_return co_await m_system.scanCurrentSystem(listing.profiles);
+    co_return co_await m_system.scanCurrentSystem(listing.profiles, {}, abandonment);
 }
 
 } // namespace quorvane

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "matching/SystemConfigurationMatch.h"
+#include "readings/Abandonment.h"
 
 #include <QObject>
 
@@ -19,8 +20,8 @@ class Tasks;
 class Turnstile;
 
 /// The scans over the saved profiles. One that is asked for while something runs or is open follows once that is over; of
-/// several there is one; and one that an action has overtaken is repeated, because it may have read the Mac as it was
-/// before. Main thread.
+/// several there is one; and one that an action overtakes is given up and repeated, because it may have read the Mac as it
+/// was before. Main thread.
 class SystemScans : public QObject {
     Q_OBJECT
 
@@ -36,6 +37,7 @@ public:
 private:
     void beginWhereIdle();
     QCoro::Task<void> carryOut();
+    QCoro::Task<std::optional<SystemConfigurationMatch>> scan(Abandonment abandonment);
 
     SystemManager& m_system;
     SavedProfiles& m_profiles;
@@ -43,7 +45,7 @@ private:
     Tasks& m_tasks;
     bool m_isRequested = false;
     bool m_isUnderWay = false;
-    bool m_isOvertaken = false;
+    Abandonment m_abandonment; ///< of the scan that nobody waits for
 };
 
 } // namespace quorvane

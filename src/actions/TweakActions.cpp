@@ -24,7 +24,7 @@ QCoro::Task<ActionOutcome> TweakActions::execute(const PerformanceSettings& sett
             co_return;
         }
         Review review = reviewOf(ReviewSubject::Tweaks);
-        review.prepare = [=, this] { return preview(settings); };
+        review.prepare = [=, this] { return preview(settings, cleanReboot); };
         if (!co_await action.isAgreedTo(review)) {
             co_return;
         }
@@ -38,8 +38,8 @@ QCoro::Task<ActionOutcome> TweakActions::execute(const PerformanceSettings& sett
     });
 }
 
-QCoro::Task<ReviewPreview> TweakActions::preview(PerformanceSettings settings) {
-    co_return TweaksApplyPreview{selectedTweakTitles(settings)};
+QCoro::Task<ReviewPreview> TweakActions::preview(PerformanceSettings settings, CleanReboot cleanReboot) {
+    co_return co_await m_system.previewTweaks(settings, cleanReboot);
 }
 
 QCoro::Task<ActionOutcome> TweakActions::undo(ActionListener& listener) {

@@ -30,7 +30,7 @@ public:
 
 private:
     QCoro::Task<std::optional<Alert>> questionBeforeUndo(Action& action);
-    QCoro::Task<ReviewPreview> preview(PerformanceSettings settings);
+    QCoro::Task<ReviewPreview> preview(PerformanceSettings settings, CleanReboot cleanReboot);
 
     ActionStage& m_stage;
     SystemManager& m_system;

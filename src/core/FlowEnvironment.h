@@ -24,7 +24,7 @@ public:
     FlowEnvironment& operator=(const FlowEnvironment&) = delete;
     virtual ~FlowEnvironment() = default;
 
-    /// Appends one entry to the log exactly as given; one that contains "[WARNING]" is dropped.
+    /// Appends one entry to the log exactly as given; one whose own tag is "[WARNING]" is dropped.
     virtual void log(const QString& message) = 0;
 
     /// Runs a tool as the user, through "/usr/bin/env". The first argument is its path or its name. A failure shows in the

@@ -5,8 +5,6 @@
 #include <QCoroFuture>
 #include <QCoroTask>
 
-#include <QElapsedTimer>
-
 namespace quorvane {
 
 namespace {
@@ -16,19 +14,31 @@ constexpr qint64 kLongestTurn = 4; // milliseconds
 
 } // namespace
 
-QCoro::Task<void> inTurns(Clock& clock, std::function<bool()> step) {
-    QElapsedTimer turn;
-    turn.start();
-    while (step()) {
-        if (turn.elapsed() < kLongestTurn) {
-            continue;
-        }
-        const QFuture<void> pause = clock.sleepFor(std::chrono::milliseconds(0));
-        if (pause.isFinished()) {
-            co_return; // no wait is that short: the clock is shut down, and the user mustn't wait for the rest
-        }
+Turn::Turn(Clock& clock)
+    : m_clock(clock) {
+    m_timer.start();
+}
+
+bool Turn::isOver() const {
+    return m_timer.elapsed() >= kLongestTurn;
+}
+
+QCoro::Task<bool> Turn::next() {
+    const QFuture<void> pause = m_clock.sleepFor(std::chrono::milliseconds(0));
+    const bool isQuitting = pause.isFinished();
+    if (!isQuitting) {
         co_await pause;
-        turn.start();
+    }
+    m_timer.start();
+    co_return !isQuitting;
+}
+
+QCoro::Task<void> inTurns(Clock& clock, std::function<bool()> step) {
+    Turn turn(clock);
+    while (step()) {
+        if (turn.isOver() && !co_await turn.next()) {
+            co_return; // the user mustn't wait for the rest
+        }
     }
 }
 

@@ -15,6 +15,9 @@ inline const QString kQuorvaneCurrentMode = QStringLiteral("QuorvaneCurrentMode"
 /// String array: the paths of the apps that this program has put into the login items.
 inline const QString kQuorvaneManagedStartupAppPaths = QStringLiteral("QuorvaneManagedStartupAppPaths");
 
+/// Boolean: this program has switched the automatic backups off, and they haven't been seen on since.
+inline const QString kQuorvaneSwitchedBackupsOff = QStringLiteral("QuorvaneSwitchedBackupsOff");
+
 /// Boolean: the app lock is on.
 inline const QString kQuorvaneAppLockEnabled = QStringLiteral("QuorvaneAppLockEnabled");
 

@@ -12,7 +12,9 @@ enum class MatchedConfigurationKind { savedProfile, builtinMode };
 struct SystemConfigurationMatch {
     QString name;
     MatchedConfigurationKind kind = MatchedConfigurationKind::savedProfile;
-    ApplyVerificationResult verification;
+    ApplyVerificationResult verification; ///< empty when the match was only kept
+    /// True: no scan has found it. It was in force before, and what was read since fits nothing or wasn't complete.
+    bool isKept = false;
 
     bool operator==(const SystemConfigurationMatch&) const = default;
 };

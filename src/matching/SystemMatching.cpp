@@ -26,10 +26,13 @@ bool isMatch(const ApplyVerificationResult& verification, bool isLastApplied) {
 
 ApplyVerificationResult defaultVerification(const ApplyVerificationResult& inForce, bool isAppRestorationOff) {
     ApplyVerificationResult result;
+    result.lacksFullDiskAccess = inForce.lacksFullDiskAccess;
     for (const ApplyVerificationResult::Item& item : inForce.verified) {
-        result.failed.append({item.name, item.detail.value_or(u"still active"_s)});
+        if (item.isOnThisMac) {
+            result.failed.append({item.name, item.detail.value_or(u"still active"_s)});
+        }
     }
-    if (inForce.verified.isEmpty()) {
+    if (result.failed.isEmpty()) {
         result.verified.append({u"Default preset"_s, u"no performance optimizations active"_s});
     }
     if (isAppRestorationOff) {

@@ -20,7 +20,8 @@ QList<UnifiedProfile> candidateOrder(const QList<UnifiedProfile>& profiles, cons
 bool isMatch(const ApplyVerificationResult& verification, bool isLastApplied);
 
 /// What it says of the Default configuration.
-/// @param inForce              the check of all tweaks: those verified are in force, the others don't count
+/// @param inForce              the check of all tweaks: those verified that this Mac has are in force, the others don't
+///                             count
 /// @param isAppRestorationOff  applications are kept from reopening after a restart
 ApplyVerificationResult defaultVerification(const ApplyVerificationResult& inForce, bool isAppRestorationOff);
 

@@ -14,16 +14,28 @@ namespace quorvane {
 /// A file operation that failed.
 class FileError : public std::exception {
 public:
+    /// What stood in the way, where that is told apart.
+    enum class Cause {
+        Missing,      ///< nothing stands there
+        NotPermitted, ///< the system doesn't let the program do it
+        Other,
+    };
+
     /// @param path    the file or folder, as the Mac sees it
     /// @param reason  the system's own words: "No such file or directory"
-    FileError(const QString& path, const QString& reason)
-        : m_text((path + QStringLiteral(": ") + reason).toUtf8()) {}
+    FileError(const QString& path, const QString& reason, Cause cause = Cause::Other)
+        : m_text((path + QStringLiteral(": ") + reason).toUtf8())
+        , m_cause(cause) {}
+    /// @param errorNumber  an errno value
+    FileError(const QString& path, int errorNumber);
 
+    Cause cause() const { return m_cause; }
     QString message() const { return QString::fromUtf8(m_text); }
     const char* what() const noexcept override { return m_text.constData(); }
 
 private:
     QByteArray m_text;
+    Cause m_cause;
 };
 
 /// What stands at a path.
@@ -70,7 +82,7 @@ public:
     /// The same names in the same order, for a folder that may be large. What has been given may be removed while the rest
     /// is still to come. Throws FileError.
     virtual std::unique_ptr<FolderEntries> entries(const QString& folder) const = 0;
-    /// Throws FileError.
+    /// Throws FileError, whose cause tells a missing file from one that may not be read.
     virtual QByteArray read(const QString& path) const = 0;
     /// Writes beside the file and puts it in place in one step, so that the old content survives every failure.
     /// A symbolic link at the path is replaced, not followed. Throws FileError.

@@ -1,5 +1,7 @@
 #include "profiles/ApplyPreviews.h"
 
+#include "tweaks/TweakCatalogue.h"
+
 namespace quorvane {
 
 using namespace Qt::StringLiterals;
@@ -36,6 +38,14 @@ QList<ReviewSection::Row> rowsOf(const QList<CloudSyncService>& services) {
     return rows;
 }
 
+QList<ReviewSection::Row> disabledRows(const StartupChangePreview& preview) {
+    QList<ReviewSection::Row> rows = rowsOf(preview.willDisable);
+    if (preview.willDisableUnknownBackgroundItems) {
+        rows.append({u"Background items that aren't permitted"_s, u"known when the password is given"_s});
+    }
+    return rows;
+}
+
 ReviewSection tweakSection(const QStringList& titles) {
     ReviewSection section{u"Will enable"_s, u"slider.horizontal.3"_s, {}};
     for (const QString& title : titles) {
@@ -48,7 +58,7 @@ ReviewSection tweakSection(const QStringList& titles) {
 
 QList<ReviewSection> reviewSections(const StartupChangePreview& preview) {
     QList<ReviewSection> sections;
-    appendUnlessEmpty(sections, {u"Will disable at login"_s, u"minus.circle.fill"_s, rowsOf(preview.willDisable)});
+    appendUnlessEmpty(sections, {u"Will disable at login"_s, u"minus.circle.fill"_s, disabledRows(preview)});
     appendUnlessEmpty(sections, {u"Will add at login"_s, u"plus.circle.fill"_s, rowsOf(preview.willAdd)});
     appendUnlessEmpty(sections,
                       {u"Will remove from login items"_s, u"trash.circle.fill"_s, rowsOf(preview.willRemove)});
@@ -65,6 +75,8 @@ QList<ReviewSection> reviewSections(const ProfileApplyPreview& preview) {
     if (tweaks.rows.isEmpty()) {
         tweaks.title = u"System tweaks"_s;
         tweaks.rows.append({u"Restore all performance tweaks to macOS defaults"_s, {}});
+    } else if (tweaks.rows.size() < tweakCatalogue().size()) {
+        tweaks.rows.append({u"Restore all other performance tweaks to macOS defaults"_s, {}});
     }
     return QList<ReviewSection>{tweaks} + reviewSections(preview.startup);
 }
@@ -72,7 +84,7 @@ QList<ReviewSection> reviewSections(const ProfileApplyPreview& preview) {
 QList<ReviewSection> reviewSections(const TweaksApplyPreview& preview) {
     QList<ReviewSection> sections;
     appendUnlessEmpty(sections, tweakSection(preview.enabledTweaks));
-    return sections;
+    return sections + reviewSections(preview.startup);
 }
 
 } // namespace quorvane

@@ -18,7 +18,8 @@ struct ProfileApplyPreview {
 
 /// What the review of tweaks alone shows.
 struct TweaksApplyPreview {
-    QStringList enabledTweaks; ///< titles, in catalogue order
+    QStringList enabledTweaks;    ///< titles, in catalogue order
+    StartupChangePreview startup; ///< what their clean reboot takes
 
     bool operator==(const TweaksApplyPreview&) const = default;
 };
@@ -41,7 +42,7 @@ struct ReviewSection {
 
 /// The sections in their order; those with nothing to show are left out.
 QList<ReviewSection> reviewSections(const StartupChangePreview& preview);
-/// The tweaks first: a profile without any puts all tweaks back.
+/// The tweaks first: a profile puts back all those that it hasn't.
 QList<ReviewSection> reviewSections(const ProfileApplyPreview& preview);
 /// Empty when no tweak is selected.
 QList<ReviewSection> reviewSections(const TweaksApplyPreview& preview);

@@ -127,7 +127,7 @@ void MasterProfileState::toggleHidden(const QString& id) {
 void MasterProfileState::addLaunchItem(const StartupLaunchItem& launchItem) {
     const StartupItem added = StartupItem::fromLaunchItem(launchItem);
     StartupConfiguration changed = m_startup;
-    changed.items.removeIf([&added](const StartupItem& item) { return item.id == added.id; });
+    changed.items.removeIf([&added](const StartupItem& item) { return comparableId(item) == added.id; });
     changed.items.append(added);
     sortLocalized(changed.items, &StartupItem::name);
     setStartup(changed);

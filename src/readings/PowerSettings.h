@@ -16,9 +16,9 @@ struct PowerSettings {
     bool operator==(const PowerSettings&) const = default;
 };
 
-/// Reads the output of `pmset -g custom`: a field's value is the last word of the first line that begins with the
-/// field's name, whichever power source's section it stands in. A longer name that comes first ("standbydelaylow")
-/// satisfies "standby".
-PowerSettings parsedPowerSettings(const QString& customSettings);
+/// Reads the output of `pmset -g custom`: a field's value is the last word of the first line whose first word is the field's
+/// name, whichever power source's section it stands in. A longer name ("standbydelayhigh") is another setting. None where
+/// no setting at all is listed: that tells nothing of what the Mac has.
+std::optional<PowerSettings> parsedPowerSettings(const QString& customSettings);
 
 } // namespace quorvane

@@ -1,9 +1,14 @@
 #include "readings/SystemReadings.h"
 
 #include "core/FlowEnvironment.h"
+#include "core/UserDefaultKeys.h"
+#include "network/NetworkServices.h"
+#include "platform/FileManager.h"
 #include "platform/Host.h"
 #include "platform/Machine.h"
+#include "platform/UserDefaults.h"
 #include "readings/PowerSettings.h"
+#include "readings/SpotlightState.h"
 
 #include <QCoroTask>
 
@@ -25,6 +30,16 @@ Reading<T> readingOf(const CommandResult& result, const std::function<std::optio
     return Reading<T>::answered(result.status == 0 ? valueIn(result.standardOutput) : std::nullopt);
 }
 
+/// What keeps the program from reading a file; none where nothing does.
+std::optional<FileError::Cause> obstacleTo(const QString& path, const FileManager& files) {
+    try {
+        files.read(path);
+    } catch (const FileError& error) {
+        return error.cause();
+    }
+    return std::nullopt;
+}
+
 } // namespace
 
 QCoro::Task<Reading<QString>> SystemReadings::readDefaultValue(QString domain, QString key, PreferenceHost host) const {
@@ -44,17 +59,79 @@ QCoro::Task<Reading<PowerSettings>> SystemReadings::readPowerSettings() const {
     co_return readingOf<PowerSettings>(result, parsedPowerSettings);
 }
 
-QCoro::Task<Reading<bool>> SystemReadings::readTimeMachineState() const {
+QCoro::Task<Reading<TimeMachineState>> SystemReadings::readTimeMachineState() const {
+    const Reading<TimeMachineState> reading = co_await storedTimeMachineState();
+    if (reading.value == TimeMachineState::On && hasSwitchedBackupsOff()) {
+        m_environment.host().defaults.setBoolean(kQuorvaneSwitchedBackupsOff, false);
+    }
+    co_return reading;
+}
+
+/// `defaults` alone would take a file that may not be read for a key that isn't set, and so for backups that are off.
+QCoro::Task<Reading<TimeMachineState>> SystemReadings::storedTimeMachineState() const {
+    using State = Reading<TimeMachineState>;
+    const auto obstacle = obstacleTo(kTimeMachineFile.toString(), m_environment.host().files);
+    if (!obstacle) {
+        const Reading<QString> stored = co_await readDefaultValue(kTimeMachineDomain.toString(),
+                                                                  kAutomaticBackupsKey.toString(), PreferenceHost::Any);
+        if (!stored.isAnswered) {
+            co_return State::unanswered();
+        }
+        if (stored.value) {
+            co_return State::answered(timeMachineStateOf(*stored.value));
+        }
+    }
+    const QStringList arguments{u"/usr/bin/tmutil"_s, u"destinationinfo"_s};
+    const CommandResult destinations = co_await ask(arguments);
+    if (!destinations.isAnswered) {
+        co_return State::unanswered();
+    }
+    const std::optional<bool> hasDestination = hasBackupDestination(destinations);
+    if (hasDestination == false) {
+        co_return State::answered(TimeMachineState::NotSetUp);
+    }
+    if (obstacle == FileError::Cause::NotPermitted) {
+        co_return State::answered(TimeMachineState::NotPermitted);
+    }
+    const bool isOff = hasDestination == true && obstacle != FileError::Cause::Other; // a key that isn't set is off
+    co_return State::answered(isOff ? std::optional(TimeMachineState::Off) : std::nullopt);
+}
+
+bool SystemReadings::hasSwitchedBackupsOff() const {
+    return m_environment.host().defaults.boolean(kQuorvaneSwitchedBackupsOff);
+}
+
+QCoro::Task<bool> SystemReadings::readIsBackupRunning() const {
     const QStringList arguments{u"/usr/bin/tmutil"_s, u"status"_s};
-    const CommandResult result = co_await ask(arguments);
-    co_return readingOf<bool>(result, [](const QString& output) { return output.contains(u"Running = 1"_s); });
+    const CommandResult status = co_await ask(arguments);
+    co_return isBackupRunning(status);
 }
 
 QCoro::Task<Reading<bool>> SystemReadings::readSpotlightState() const {
     const QStringList arguments{u"/usr/bin/mdutil"_s, u"-s"_s, u"/"_s};
     const CommandResult result = co_await ask(arguments);
-    co_return readingOf<bool>(result,
-                              [](const QString& output) { return output.toLower().contains(u"indexing enabled"_s); });
+    co_return readingOf<bool>(result, parsedSpotlightState);
+}
+
+QCoro::Task<QList<NetworkServiceState>> SystemReadings::readNetworkServices() const {
+    const QString tool = u"/usr/sbin/networksetup"_s;
+    const QStringList listing{tool, u"-listallnetworkservices"_s};
+    const CommandResult list = co_await ask(listing);
+    QList<NetworkServiceState> services;
+    if (list.status != 0) {
+        co_return services;
+    }
+    for (const QString& name : parsedNetworkServices(list.standardOutput)) {
+        const QStringList query{tool, u"-getnetworkserviceenabled"_s, QString(name).replace(u'\'', u"'\\''"_s)};
+        const CommandResult state = co_await ask(query);
+        NetworkServiceState service{name, std::nullopt};
+        const QString text = state.standardOutput.toLower();
+        if (state.status == 0 && (text.contains(u"enabled"_s) || text.contains(u"disabled"_s))) {
+            service.isEnabled = text.contains(u"enabled"_s);
+        }
+        services.append(service);
+    }
+    co_return services;
 }
 
 QCoro::Task<CommandResult> SystemReadings::ask(QStringList arguments) const {

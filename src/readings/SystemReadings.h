@@ -1,8 +1,10 @@
 #pragma once
 
 #include "readings/Reading.h"
+#include "readings/TimeMachine.h"
 #include "tweaks/TweakPreferences.h"
 
+#include <QList>
 #include <QString>
 #include <QStringList>
 
@@ -15,9 +17,10 @@ namespace quorvane {
 
 class FlowEnvironment;
 struct CommandResult;
+struct NetworkServiceState;
 struct PowerSettings;
 
-/// Reads the live system, one tool after the other. It changes nothing, asks for nothing and logs nothing. A tool that
+/// Reads the live system, one tool after the other. It changes nothing there, asks for nothing and logs nothing. A tool that
 /// didn't answer is told apart from one that had no value to tell.
 class SystemReadings {
 public:
@@ -30,16 +33,24 @@ public:
     QCoro::Task<Reading<QString>> readPreference(const MacPreference& preference) const;
     /// None when the tool failed.
     QCoro::Task<Reading<PowerSettings>> readPowerSettings() const;
-    /// True while a backup is running at this moment, whatever the automatic backups are set to; none when
-    /// unknown.
-    QCoro::Task<Reading<bool>> readTimeMachineState() const;
-    /// True while the boot volume is indexed; none when unknown.
+    /// Whether automatic backups are made; none when unknown. What is seen on, the program hasn't left off: its note of that
+    /// ends here.
+    QCoro::Task<Reading<TimeMachineState>> readTimeMachineState() const;
+    /// Whether this program has switched the automatic backups off, as far as it knows.
+    bool hasSwitchedBackupsOff() const;
+    /// True while a backup runs, automatic or not; false also when unknown.
+    QCoro::Task<bool> readIsBackupRunning() const;
+    /// True while the boot volume is indexed, false while it isn't; none when unknown.
     QCoro::Task<Reading<bool>> readSpotlightState() const;
+
+    /// Each network service with its state, in the order of the tool; empty when the list can't be read.
+    QCoro::Task<QList<NetworkServiceState>> readNetworkServices() const;
 
     /// The path of Notification Center's per-host preferences, a domain for `readDefaultValue`.
     QString notificationCenterPreferences() const;
 
 private:
+    QCoro::Task<Reading<TimeMachineState>> storedTimeMachineState() const;
     QCoro::Task<CommandResult> ask(QStringList arguments) const;
 
     FlowEnvironment& m_environment;

@@ -59,14 +59,22 @@ const char* nameOf(RestoreSource source) {
 }
 
 Json restoreJson(const RestoreOutcome& restore) {
-    return {{"source", nameOf(restore.source)}, {"hasSnapshotFile", restore.hasSnapshotFile}};
+    return {{"source", nameOf(restore.source)}};
 }
 
 Json matchJson(const SystemConfigurationMatch& match) {
     const bool isProfile = match.kind == MatchedConfigurationKind::savedProfile;
-    return {{"name", encodeJson(match.name)},
-            {"kind", isProfile ? "savedProfile" : "builtinMode"},
-            {"verification", verificationJson(match.verification)}};
+    Json object{{"name", encodeJson(match.name)},
+                {"kind", isProfile ? "savedProfile" : "builtinMode"},
+                {"verification", verificationJson(match.verification)}};
+    if (match.isKept) {
+        object["isKept"] = true;
+    }
+    return object;
+}
+
+Json captureJson(const SnapshotCapture& capture) {
+    return {{"isSaved", capture.isSaved}, {"isArchived", capture.isArchived}};
 }
 
 Json displaysJson(const QList<ShownPicture>& displays) {
@@ -177,6 +185,9 @@ QByteArray jsonReport(const QString& command, const QStringList& log, const Rehe
     }
     if (outcome.restore) {
         report["restore"] = restoreJson(*outcome.restore);
+    }
+    if (outcome.capture) {
+        report["capture"] = captureJson(*outcome.capture);
     }
     if (outcome.match) {
         report["match"] = matchJson(*outcome.match);

@@ -25,7 +25,7 @@ QStringList labelLines(const QList<DisplayLabel>& labels);
 ///      "verification": {"verified": [{"name": "App Nap", "detail": "disabled"}, …], "failed": []},
 ///      "preview": {"profileName": "Live", "sections": [{"title": "Will enable", "rows": ["…"]}]}, "startupItems": […],
 ///      "alert": {"title": "Success", "text": "Trash emptied."},
-///      "restore": {"source": "standardDefaults" | "snapshot" | "baseline", "hasSnapshotFile": true},
+///      "restore": {"source": "standardDefaults" | "snapshot" | "baseline"},
 ///      "match": {"name": "Live", "kind": "savedProfile" | "builtinMode", "verification": {…}},
 ///      "displays": [{"display": "Color LCD", "picture": "/Users/mika/Pictures/Stage.jpg"}],
 ///      "labels": [{"display": "Color LCD", "isShown": false, "detail": "Its picture could not be read."}],

@@ -11,7 +11,7 @@ namespace macsim {
 ///     {"fullDiskAccess": true, "systemIntegrityProtection": true, "automation": {"System Events": true, …},
 ///      "tellNeedsAutomation": true}
 ///
-/// What isn't there is true. The first two switches bind root as well.
+/// What isn't there is true. The first two switches bind root as well. Places.h says what the first one keeps.
 bool hasFullDiskAccess(const StateStore& state);
 bool isSystemIntegrityProtected(const StateStore& state);
 

@@ -46,6 +46,10 @@ bool isGuardedFolder(const QString& path) {
     return std::find(kGuardedFolders.begin(), kGuardedFolders.end(), path) != kGuardedFolders.end();
 }
 
+bool isPrivate(const QString& path) {
+    return path == u"/Library/Preferences/com.apple.TimeMachine.plist"_s;
+}
+
 Actor ownerByPlace(const QString& path, const Machine& machine) {
     const bool isUsers =
         isAtOrBelow(path, u"/Users/"_s + machine.userName) || isAtOrBelow(path, userTemporaryFolder(machine)) ||

@@ -21,6 +21,10 @@ bool isSharedFolder(const QString& path);
 /// The shared folders in which nobody but root removes what is somebody else's: the first two.
 bool isGuardedFolder(const QString& path);
 
+/// What the privacy settings keep from every program that wasn't given Full Disk Access, root's too: they know that it is
+/// there, and may not read it.
+bool isPrivate(const QString& path);
+
 /// The user's is what lies in their home, their temporary folder (both included) and the shared folders; the rest is
 /// root's.
 Actor ownerByPlace(const QString& path, const Machine& machine);

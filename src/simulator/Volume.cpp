@@ -1,8 +1,10 @@
 #include "simulator/Volume.h"
 
 #include "simulator/HostFiles.h"
+#include "simulator/Mac.h"
 #include "simulator/MacPaths.h"
 #include "simulator/OwnerMarks.h"
+#include "simulator/Permissions.h"
 #include "simulator/Places.h"
 
 #include <QDir>
@@ -181,6 +183,10 @@ void Volume::requireReadable(const Located& place) const {
     }
     if (m_actor == Actor::User && isAtOrBelow(place.macPath, u"/private/var/root")) {
         throw FileError(EACCES, place.macPath);
+    }
+    if (place.kind != Kind::Missing && isPrivate(place.macPath) &&
+        !hasFullDiskAccess(StateStore(m_hostFolder + kStateFolder.toString()))) {
+        throw FileError(EPERM, place.macPath);
     }
 }
 

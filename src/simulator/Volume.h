@@ -48,7 +48,8 @@ private:
 /// let them: change the bytes of their own files and the names in their own folders. The shared folders themselves are
 /// root's and open to them (/private/tmp, /Users/Shared, /Applications, /Volumes); in the first two they can't remove
 /// or replace what is root's. A folder that isn't theirs can't be moved into another one. Reading is free but for
-/// /private/var/root, which is closed to the user.
+/// /private/var/root, which is closed to the user, and for what is private (Places.h): it refuses root as well (EPERM)
+/// without Full Disk Access.
 ///
 /// Every operation throws FileError.
 class Volume {

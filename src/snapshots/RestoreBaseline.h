@@ -33,7 +33,6 @@ std::optional<RestoreBaseline> chosenRestoreBaseline(const std::optional<SystemS
 struct RestoreOutcome {
     bool succeeded = false;
     RestoreSource source = RestoreSource::StandardDefaults;
-    bool hasSnapshotFile = false; ///< a local snapshot's file is there, whether or not it was the source
 
     bool operator==(const RestoreOutcome&) const = default;
 };

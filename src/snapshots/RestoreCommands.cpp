@@ -32,6 +32,20 @@ QStringList typedValue(const QString& value, bool isPerHost) {
     return {u"-string"_s, value};
 }
 
+/// Of the three sleep settings those that were captured; empty when none was.
+QString capturedSleepCommand(const SystemSnapshot& snapshot) {
+    QString settings;
+    const auto add = [&settings](QStringView name, const std::optional<QString>& value) {
+        if (value) {
+            settings += u' ' + name.toString() + u' ' + shellWord(*value);
+        }
+    };
+    add(u"standby", snapshot.pmsetStandby);
+    add(u"disksleep", snapshot.pmsetDisksleep);
+    add(u"sleep", snapshot.pmsetSleep);
+    return settings.isEmpty() ? QString() : u"pmset -a"_s + settings;
+}
+
 } // namespace
 
 QStringList writeDefaultValueCommand(const MacPreference& preference, const std::optional<QString>& value,
@@ -61,9 +75,8 @@ QList<TweakStep> restoreSteps(const SystemSnapshot& snapshot, const QString& not
 
 QStringList restoreSystemCommands(const SystemSnapshot& snapshot) {
     QStringList commands;
-    if (snapshot.pmsetStandby && snapshot.pmsetDisksleep && snapshot.pmsetSleep) {
-        commands.append(sleepCommand(shellWord(*snapshot.pmsetStandby), shellWord(*snapshot.pmsetDisksleep),
-                                     shellWord(*snapshot.pmsetSleep)));
+    if (const QString sleep = capturedSleepCommand(snapshot); !sleep.isEmpty()) {
+        commands.append(sleep);
     }
     if (snapshot.pmsetSms) {
         commands.append(motionSensorCommand(shellWord(*snapshot.pmsetSms)));

@@ -23,7 +23,7 @@ QStringList writeDefaultValueCommand(const MacPreference& preference, const std:
 /// Puts the preferences back as the user, group by group.
 QList<TweakStep> restoreSteps(const SystemSnapshot& snapshot, const QString& notificationCenter);
 
-/// What needs root; empty when the snapshot knows nothing of it. Standby, disk sleep and sleep go together or not at all.
+/// What needs root; empty when the snapshot knows nothing of it. A setting that wasn't captured stays as it is.
 QStringList restoreSystemCommands(const SystemSnapshot& snapshot);
 
 } // namespace quorvane

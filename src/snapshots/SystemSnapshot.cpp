@@ -16,6 +16,9 @@ constexpr std::array<PowerField, 4> kPowerFields{{{"pmsetStandby", &SystemSnapsh
                                                   {"pmsetSleep", &SystemSnapshot::pmsetSleep},
                                                   {"pmsetSms", &SystemSnapshot::pmsetSms}}};
 
+/// Stands beside a `timeMachineEnabled` that is false and tells that the user had switched the automatic backups off.
+constexpr const char* kBackupsSwitchedOff = "timeMachineSwitchedOff";
+
 } // namespace
 
 const std::array<SnapshotPreference, kMacPreferences.size()>& snapshotPreferences() {
@@ -66,6 +69,9 @@ Json encodeJson(const SystemSnapshot& snapshot) {
         appendOptionalMember(object, field.jsonKey, snapshot.*field.value);
     }
     appendOptionalMember(object, "timeMachineEnabled", snapshot.timeMachineEnabled);
+    if (snapshot.timeMachineEnabled == false) {
+        appendMember(object, kBackupsSwitchedOff, encodeJson(true));
+    }
     appendOptionalMember(object, "spotlightIndexingEnabled", snapshot.spotlightIndexingEnabled);
     appendOptionalMember(object, "networkServicesEnabled", snapshot.networkServicesEnabled);
     appendOptionalMember(object, "loginItems", snapshot.loginItems);
@@ -83,6 +89,9 @@ void decodeJson(const Json& json, SystemSnapshot& snapshot) {
         snapshot.*field.value = optionalMember<QString>(json, field.jsonKey);
     }
     snapshot.timeMachineEnabled = optionalMember<bool>(json, "timeMachineEnabled");
+    if (snapshot.timeMachineEnabled == false && optionalMember<bool>(json, kBackupsSwitchedOff) != true) {
+        snapshot.timeMachineEnabled.reset(); // no backup was running, which tells nothing of the switch
+    }
     snapshot.spotlightIndexingEnabled = optionalMember<bool>(json, "spotlightIndexingEnabled");
     snapshot.networkServicesEnabled = optionalMember<QMap<QString, bool>>(json, "networkServicesEnabled");
     snapshot.loginItems = optionalMember<QList<LoginItemSnapshot>>(json, "loginItems");

@@ -53,7 +53,7 @@ struct SystemSnapshot {
     std::optional<QString> pmsetSleep;
     std::optional<QString> pmsetSms;
 
-    /// Whether a backup was running at the capture, whatever the automatic backups were set to.
+    /// Whether automatic backups were made; none where they weren't set up or couldn't be read.
     std::optional<bool> timeMachineEnabled;
     std::optional<bool> spotlightIndexingEnabled;
     std::optional<QMap<QString, bool>> networkServicesEnabled; ///< by the services' names; none when none was found
@@ -77,7 +77,8 @@ void decodeJson(const Json& json, LoginItemSnapshot& item);
 
 /// Optional fields that are none are left out.
 Json encodeJson(const SystemSnapshot& snapshot);
-/// Reads a snapshot of any version by its required keys, "id" and "dateCreated"; absent fields are none. Throws DecodingError.
+/// Reads a snapshot of any version by its required keys, "id" and "dateCreated"; absent fields are none. An earlier version
+/// wrote that Time Machine is off where just no backup was running: that is none as well. Throws DecodingError.
 void decodeJson(const Json& json, SystemSnapshot& snapshot);
 
 } // namespace quorvane

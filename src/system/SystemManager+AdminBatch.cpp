@@ -55,7 +55,7 @@ QCoro::Task<bool> SystemManager::finishAdminBatch(QString prompt) {
     }
     m_backgroundItems->endDeferral();
     m_adminBatch->close();
-    co_return joined.isPrepared&& flush != AdminBatch::Flush::Failed;
+    co_return joined.isPrepared&& flush != AdminBatch::Flush::Failed && !isQuitting();
 }
 
 } // namespace quorvane

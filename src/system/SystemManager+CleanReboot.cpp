@@ -20,9 +20,9 @@ QCoro::Task<bool> SystemManager::applyCleanReboot(CleanReboot cleanReboot) {
     }
     if (m_backgroundItems->isDeferred()) {
         m_backgroundItems->planCleanReboot(cleanReboot);
-        co_return succeeded;
+        co_return succeeded && !isQuitting();
     }
-    co_return co_await m_backgroundItems->disableNonPermitted(cleanReboot) && succeeded;
+    co_return co_await m_backgroundItems->disableNonPermitted(cleanReboot) && succeeded && !isQuitting();
 }
 
 } // namespace quorvane

@@ -38,6 +38,7 @@ QCoro::Task<MaintenanceOutcome> SystemManager::runMaintenance(MaintenanceSelecti
         outcome.messages.append(u"Downloads folder purged."_s);
     }
     log(u"\nCleanup Complete!"_s);
+    outcome.succeeded = outcome.succeeded && !isQuitting();
     co_return outcome;
 }
 
@@ -78,7 +79,7 @@ QCoro::Task<bool> SystemManager::clearSystemCaches() {
     const QStringList commands = co_await systemCacheCommands();
     if (commands.isEmpty()) {
         log(u"No unprotected items found in system caches to clean."_s);
-        co_return true;
+        co_return !isQuitting();
     }
     log(u"Requesting Administrator privileges to clear system caches..."_s);
     const CommandResult result = co_await runAdminCommand(joinedCacheCommands(commands), kSystemChangesPrompt);
@@ -87,7 +88,7 @@ QCoro::Task<bool> SystemManager::clearSystemCaches() {
         co_return false;
     }
     log(u"  [APPLIED] Successfully cleared unprotected items in system caches."_s);
-    co_return true;
+    co_return !isQuitting();
 }
 
 QCoro::Task<QStringList> SystemManager::systemCacheCommands() {

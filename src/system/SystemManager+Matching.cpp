@@ -2,72 +2,69 @@
 
 #include "core/NotificationCenter.h"
 #include "core/UserDefaultKeys.h"
-#include "matching/SystemMatching.h"
+#include "matching/SystemScan.h"
 #include "platform/UserDefaults.h"
 #include "profiles/UnifiedProfile.h"
-#include "startup/login/LoginItems.h"
 
 #include <QCoroTask>
 
 #include <algorithm>
+#include <utility>
 
 namespace quorvane {
 
 using namespace Qt::StringLiterals;
 
 QCoro::Task<std::optional<SystemConfigurationMatch>>
-SystemManager::scanCurrentSystem(QList<UnifiedProfile> profiles, std::optional<QString> appliedName) {
-    setVerifyingSystem(true);
+SystemManager::scanCurrentSystem(QList<UnifiedProfile> profiles, std::optional<QString> appliedName,
+                                 Abandonment abandonment) {
+    if (abandonment.isAbandoned()) {
+        co_return std::nullopt;
+    }
+    countScan(+1);
     log(u"\n[VERIFY] Scanning current system settings..."_s);
     const std::optional<QString> name = lastAppliedName(appliedName);
-    const std::optional<SystemConfigurationMatch> match = co_await findSystemMatch(profiles, name);
+    SystemScan scan(*this, {*m_loginItems, *m_startupItems, *m_launchItems, *m_backgroundItems}, abandonment);
+    const std::optional<SystemConfigurationMatch> match = co_await scan.search(profiles, name);
+    if (abandonment.isAbandoned() || (isQuitting() && scan.missing().isEmpty())) {
+        countScan(-1);
+        co_return std::nullopt;
+    }
     const auto applied = std::find_if(profiles.cbegin(), profiles.cend(),
                                       [&name](const UnifiedProfile& profile) { return profile.name == name; });
-    if (!match && applied != profiles.cend()) {
-        keepAppliedProfile(*applied);
-        setVerifyingSystem(false);
-        co_return std::as_const(m_scan.match);
+    if (!scan.missing().isEmpty()) {
+        log(u"  [VERIFY] Nothing can be said of this system, because these readings are missing: "_s +
+            scan.missing().join(u", "_s));
+        keepMatch(m_scan.match);
+    } else if (!match && applied != profiles.cend()) {
+        // What was applied last stays active although more of it is off than not: nothing else fits better.
+        m_scan.hasEnded = true;
+        keepMatch(SystemConfigurationMatch{applied->name, MatchedConfigurationKind::savedProfile, {}});
+    } else {
+        m_scan.match = match;
+        m_scan.hasEnded = true;
+        Q_EMIT systemMatchChanged();
+        logSystemMatch();
+        postSystemMatch();
     }
-    m_scan.match = match;
-    m_scan.hasEnded = true;
-    Q_EMIT systemMatchChanged();
-    logSystemMatch();
-    postSystemMatch();
-    setVerifyingSystem(false);
-    co_return match;
+    countScan(-1);
+    co_return std::as_const(m_scan.match);
 }
 
-/// What was applied last stays active although more of it is off than not: nothing else fits better.
-void SystemManager::keepAppliedProfile(const UnifiedProfile& profile) {
-    if (m_lastApplyVerification) {
-        recordAppliedConfiguration(profile, *m_lastApplyVerification);
-        return;
+/// Nobody has found it now, so nothing of it is verified, and it isn't applied anew.
+void SystemManager::keepMatch(std::optional<SystemConfigurationMatch> match) {
+    if (match) {
+        match->verification = {};
+        match->isKept = true;
     }
-    m_scan.match = SystemConfigurationMatch{profile.name, MatchedConfigurationKind::savedProfile, {}};
-    m_scan.hasEnded = true;
+    m_scan.match = std::move(match);
     Q_EMIT systemMatchChanged();
 }
 
 QCoro::Task<std::optional<SystemConfigurationMatch>>
 SystemManager::findSystemMatch(QList<UnifiedProfile> profiles, std::optional<QString> appliedName) {
-    m_loginItems->drop(); // the question is what this Mac is like now
-    const std::optional<QString> name = lastAppliedName(appliedName);
-    const QList<UnifiedProfile> candidates = candidateOrder(profiles, name);
-    for (const UnifiedProfile& profile : candidates) {
-        const ApplyVerificationResult verification = co_await verifyProfile(profile);
-        if (isMatch(verification, profile.name == name)) {
-            co_return SystemConfigurationMatch{profile.name, MatchedConfigurationKind::savedProfile, verification};
-        }
-    }
-    const ApplyVerificationResult inForce =
-        co_await verifyAppliedSettings(PerformanceSettings::fullSelection(), UnselectedTweaks::Ignored);
-    const Reading<bool> isRestorationOff = co_await isAppRestorationOff();
-    const ApplyVerificationResult verification = defaultVerification(inForce, isRestorationOff.value == true);
-    if (verification.failed.isEmpty()) {
-        co_return SystemConfigurationMatch{UnifiedProfile::defaultProfile().name, MatchedConfigurationKind::builtinMode,
-                                           verification};
-    }
-    co_return std::nullopt;
+    SystemScan scan(*this, {*m_loginItems, *m_startupItems, *m_launchItems, *m_backgroundItems}, {});
+    co_return co_await scan.search(profiles, lastAppliedName(appliedName));
 }
 
 std::optional<QString> SystemManager::lastAppliedName(const std::optional<QString>& given) const {
@@ -93,10 +90,11 @@ void SystemManager::postSystemMatch() {
     m_notifications.post(kQuorvaneSystemVerified, userInfo);
 }
 
-void SystemManager::setVerifyingSystem(bool isVerifying) {
-    if (isVerifying != m_scan.isUnderWay) {
-        m_scan.isUnderWay = isVerifying;
-        Q_EMIT isVerifyingSystemChanged(isVerifying);
+void SystemManager::countScan(int change) {
+    const bool wasVerifying = isVerifyingSystem();
+    m_scan.underWay += change;
+    if (isVerifyingSystem() != wasVerifying) {
+        Q_EMIT isVerifyingSystemChanged(isVerifyingSystem());
     }
 }
 

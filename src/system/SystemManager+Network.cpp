@@ -17,27 +17,6 @@ QCoro::Task<QStringList> SystemManager::listNetworkServices() {
     co_return result.status == 0 ? parsedNetworkServices(result.standardOutput) : QStringList();
 }
 
-QCoro::Task<QList<NetworkServiceState>> SystemManager::readNetworkServices() {
-    const QString tool = u"/usr/sbin/networksetup"_s;
-    const QStringList listing{tool, u"-listallnetworkservices"_s};
-    const CommandResult list = co_await runCommand(listing, OutputCapture::Capture);
-    QList<NetworkServiceState> services;
-    if (list.status != 0) {
-        co_return services;
-    }
-    for (const QString& name : parsedNetworkServices(list.standardOutput)) {
-        const QStringList query{tool, u"-getnetworkserviceenabled"_s, QString(name).replace(u'\'', u"'\\''"_s)};
-        const CommandResult state = co_await runCommand(query, OutputCapture::Capture);
-        NetworkServiceState service{name, std::nullopt};
-        const QString text = state.standardOutput.toLower();
-        if (state.status == 0 && (text.contains(u"enabled"_s) || text.contains(u"disabled"_s))) {
-            service.isEnabled = text.contains(u"enabled"_s);
-        }
-        services.append(service);
-    }
-    co_return services;
-}
-
 /// The lines that switch every service; none, with a line in the log, when no service is found.
 QCoro::Task<QStringList> SystemManager::networkSwitchCommands(NetworkSwitch position) {
     const QStringList names = co_await listNetworkServices();
@@ -66,7 +45,7 @@ QCoro::Task<bool> SystemManager::disableAllNetworkConnections() {
         co_return false;
     }
     log(u"  [APPLIED] All network connections disabled."_s);
-    co_return true;
+    co_return !isQuitting();
 }
 
 } // namespace quorvane

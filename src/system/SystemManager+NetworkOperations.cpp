@@ -49,7 +49,7 @@ QCoro::Task<NetworkOutcome> SystemManager::runNetworkOperations(NetworkOperation
     operations.enableAll = operations.enableAll && !failed.enableAll;
     const QStringList messages = networkFailureMessages(failed);
     if (commands.isEmpty()) {
-        co_return NetworkOutcome{messages, true};
+        co_return NetworkOutcome{messages, !isQuitting()};
     }
     log(u"  [ACTION] Requesting Administrator privileges for selected network operations..."_s);
     const CommandResult result = co_await runAdminCommand(joinedAdminCommands(commands), kOperationsPrompt);
@@ -60,7 +60,7 @@ QCoro::Task<NetworkOutcome> SystemManager::runNetworkOperations(NetworkOperation
     for (const QString& line : networkSuccessLogLines(operations)) {
         log(line);
     }
-    co_return NetworkOutcome{messages + networkSuccessMessages(operations), true};
+    co_return NetworkOutcome{messages + networkSuccessMessages(operations), !isQuitting()};
 }
 
 } // namespace quorvane

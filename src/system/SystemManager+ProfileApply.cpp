@@ -4,8 +4,6 @@
 #include "platform/UserDefaults.h"
 #include "profiles/ApplyPreviews.h"
 #include "profiles/UnifiedProfile.h"
-#include "startup/apply/StartupVerification.h"
-#include "startup/background/BackgroundItemPermission.h"
 #include "startup/login/LoginItems.h"
 #include "tweaks/TweakCatalogue.h"
 
@@ -25,6 +23,7 @@ bool changesBackgroundItems(const UnifiedProfile& profile) {
 } // namespace
 
 QCoro::Task<bool> SystemManager::applyProfile(UnifiedProfile profile) {
+    m_lastApplyVerification.reset();
     log(u"\n[PROFILE] Applying: "_s + profile.name);
     if (changesBackgroundItems(profile)) {
         deferBackgroundTaskFetchToAdminBatch();
@@ -43,7 +42,7 @@ QCoro::Task<bool> SystemManager::applyProfile(UnifiedProfile profile) {
     logVerificationResult(verification, u"Profile: "_s + profile.name);
     m_lastApplyVerification = verification;
 
-    if (!succeeded) {
+    if (!succeeded || isQuitting()) {
         log(u"\n[PROFILE] "_s + profile.name + u" apply failed or was cancelled — check logs."_s);
         co_return false;
     }
@@ -55,22 +54,19 @@ QCoro::Task<bool> SystemManager::applyProfile(UnifiedProfile profile) {
     co_return true;
 }
 
-QCoro::Task<ApplyVerificationResult> SystemManager::verifyProfile(UnifiedProfile profile) {
-    ApplyVerificationResult result =
-        co_await verifyAppliedSettings(profile.settings, UnselectedTweaks::ExpectedRestored, cleanRebootOf(profile));
-    const ApplyVerificationResult startup = co_await verifyStartupConfiguration(profile.startup);
-    result.verified += startup.verified;
-    for (const ApplyVerificationResult::Item& item : startup.failed) {
-        if (item != unavailableBackgroundItems() || !result.failed.contains(item)) {
-            result.failed.append(item);
-        }
-    }
-    co_return result;
+QCoro::Task<ProfileApplyPreview> SystemManager::previewProfile(UnifiedProfile profile) {
+    const std::optional<CleanReboot> cleanReboot =
+        profile.settings.cleanReboot ? std::optional(cleanRebootOf(profile)) : std::nullopt;
+    const StartupChangePreview startup = co_await previewStartupChanges(profile.startup, cleanReboot);
+    co_return ProfileApplyPreview{profile.name, selectedTweakTitles(profile.settings), startup};
 }
 
-QCoro::Task<ProfileApplyPreview> SystemManager::previewProfile(UnifiedProfile profile) {
-    const StartupChangePreview startup = co_await previewStartupChanges(profile.startup);
-    co_return ProfileApplyPreview{profile.name, selectedTweakTitles(profile.settings), startup};
+QCoro::Task<TweaksApplyPreview> SystemManager::previewTweaks(PerformanceSettings settings, CleanReboot cleanReboot) {
+    TweaksApplyPreview preview{selectedTweakTitles(settings), {}};
+    if (settings.cleanReboot) {
+        preview.startup = co_await previewCleanReboot(cleanReboot);
+    }
+    co_return preview;
 }
 
 void SystemManager::recordAppliedConfiguration(const UnifiedProfile& profile,

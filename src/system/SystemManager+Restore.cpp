@@ -52,8 +52,10 @@ QCoro::Task<std::optional<RestoreBaseline>> SystemManager::selectRestoreBaseline
 }
 
 QCoro::Task<bool> SystemManager::restoreFromSnapshot(SystemSnapshot snapshot) {
+    m_lastApplyVerification.reset();
     co_await runTweakSteps(restoreSteps(snapshot, notificationCenterPreferences()));
-    const QStringList systemCommands = restoreSystemCommands(snapshot);
+    const QStringList systemCommands =
+        co_await effectiveCommands(restoreSystemCommands(snapshot), BackupSwitch::OfWayBack);
     if (!systemCommands.isEmpty()) {
         log(u"  [ACTION] Requesting Admin rights to restore captured system settings..."_s);
         const CommandResult result = co_await m_adminBatch->runTolerantly(systemCommands, kSystemChangesPrompt);
@@ -62,14 +64,9 @@ QCoro::Task<bool> SystemManager::restoreFromSnapshot(SystemSnapshot snapshot) {
             co_return false;
         }
     }
-    if (snapshot.timeMachineEnabled == false) {
-        log(u"  [INFO] Time Machine stays off: no backup was running when these settings were saved. Turn it on in "
-            u"System "
-            "Settings."_s);
-    }
     log(u"  [RESTORED] System snapshot applied."_s);
     log(u"\nRestore Complete! (Restart your Mac for full effect.)"_s);
-    co_return true;
+    co_return !isQuitting();
 }
 
 /// Adds what is missing; what has come since stays.
@@ -80,14 +77,14 @@ QCoro::Task<void> SystemManager::restoreLoginItems(SystemSnapshot snapshot) {
     m_loginItems->drop();
     QSet<QString> present;
     for (const LoginItem& item : co_await rawLoginItems()) {
-        present.insert(item.path);
+        present.insert(comparablePath(item.path));
     }
     int count = 0;
     for (const LoginItemSnapshot& item : *snapshot.loginItems) {
-        if (present.contains(item.path)) {
+        if (present.contains(comparablePath(item.path))) {
             continue;
         }
-        if (!item.path.startsWith(u'/')) { // "missing value", or a name's tail behind a "|"
+        if (!item.path.startsWith(u'/')) { // none was known, or a name's tail behind a "|" stands there
             log(u"  [INFO] Login item can't be added again, its file isn't known: "_s + item.name);
             continue;
         }
@@ -122,6 +119,7 @@ QCoro::Task<bool> SystemManager::restoreNetworkServices(SystemSnapshot snapshot)
 
 QCoro::Task<RestoreOutcome> SystemManager::revertPerformanceTweaks() {
     RestoreOutcome outcome;
+    m_lastApplyVerification.reset();
     beginAdminBatch();
     const std::optional<RestoreBaseline> baseline = co_await selectRestoreBaseline();
     bool isRestored = false;
@@ -134,13 +132,16 @@ QCoro::Task<RestoreOutcome> SystemManager::revertPerformanceTweaks() {
     }
     const bool isFinished =
         co_await finishAdminBatch(u"Quorvane needs your administrator password to restore performance tweaks."_s);
+    if (isFinished) {
+        co_await lookAtRestoredBackups(baseline ? baseline->snapshot.timeMachineEnabled : std::nullopt);
+    }
     outcome.succeeded = isRestored && isFinished;
-    outcome.hasSnapshotFile = snapshotManager().hasSnapshotFile();
     co_return outcome;
 }
 
 QCoro::Task<RestoreOutcome> SystemManager::reinstateSystem() {
     RestoreOutcome outcome;
+    m_lastApplyVerification.reset();
     beginAdminBatch();
     const std::optional<RestoreBaseline> baseline = co_await selectRestoreBaseline();
     if (baseline) {
@@ -151,9 +152,11 @@ QCoro::Task<RestoreOutcome> SystemManager::reinstateSystem() {
         const bool isRestored = co_await undoPerformanceTweaks();
         const bool isFinished =
             co_await finishAdminBatch(u"Quorvane needs your administrator password to restore system defaults."_s);
+        if (isFinished) {
+            co_await lookAtRestoredBackups(std::nullopt);
+        }
         outcome.succeeded = isRestored && isFinished;
     }
-    outcome.hasSnapshotFile = snapshotManager().hasSnapshotFile();
     invalidateStartupCaches();
     co_return outcome;
 }
@@ -169,7 +172,10 @@ QCoro::Task<bool> SystemManager::reinstateFromSnapshot(SystemSnapshot snapshot) 
     const bool isFinished =
         co_await finishAdminBatch(u"Quorvane needs your administrator password to restore your system."_s);
     co_await settleKeptLaunchItems();
-    const bool succeeded = isRestored && hasNetwork && isFinished;
+    if (isFinished) {
+        co_await lookAtRestoredBackups(snapshot.timeMachineEnabled);
+    }
+    const bool succeeded = isRestored && hasNetwork && isFinished && !isQuitting();
     co_return succeeded;
 }
 

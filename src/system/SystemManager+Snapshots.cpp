@@ -7,6 +7,9 @@
 #include "platform/CloudDrive.h"
 #include "platform/FileManager.h"
 #include "readings/PowerSettings.h"
+#include "readings/ReadingSession.h"
+#include "readings/SystemReadings.h"
+#include "snapshots/SnapshotCapture.h"
 #include "snapshots/SnapshotManager.h"
 #include "startup/login/LoginItems.h"
 
@@ -39,26 +42,51 @@ std::optional<QMap<QString, bool>> capturedServices(const QList<NetworkServiceSt
 
 } // namespace
 
-QCoro::Task<bool> SystemManager::captureSystemSnapshot(std::optional<QString> label, MasterArchive archive) {
+/// What a capture has read, and what it couldn't.
+struct SystemManager::ReadSnapshot {
+    SystemSnapshot snapshot;
+    QStringList missing;            ///< as people know it
+    bool hasEveryPreference = true; ///< each was answered, with a value or with none
+};
+
+QCoro::Task<SnapshotCapture> SystemManager::captureSystemSnapshot(std::optional<QString> label, MasterArchive archive) {
+    SnapshotCapture capture;
     log(u"\nCapturing system snapshot..."_s);
-    const SystemSnapshot snapshot = co_await readSystemSnapshot(label);
-    if (const std::optional<QString> error = saveSnapshot(snapshot)) {
-        log(u"  [ERROR] Failed to save snapshot: "_s + *error);
-        co_return false;
+    const ReadSnapshot read = co_await readSystemSnapshot(label);
+    std::optional<QString> error = refusalToSave(read);
+    if (!error) {
+        error = saveSnapshot(read.snapshot);
     }
+    if (error) {
+        log(u"  [ERROR] Failed to save snapshot: "_s + *error);
+        co_return capture;
+    }
+    capture.isSaved = true;
     log(u"  [SNAPSHOT] Saved system baseline"_s + (label ? u" for \"%1\"."_s.arg(*label) : u"."_s));
+    if (!read.missing.isEmpty()) {
+        log(u"  [INFO] Not part of this snapshot, because it could not be read: "_s + read.missing.join(u", "_s));
+    }
     m_notifications.post(kQuorvaneRestoreBaselineSaved, label ? QVariantMap{{u"label"_s, *label}} : QVariantMap());
     if (archive == MasterArchive::Yes) {
-        co_await archiveAsMaster(snapshot);
+        capture.isArchived = co_await archiveAsMaster(read);
     }
-    co_return true;
+    co_return capture;
+}
+
+/// A capture that couldn't ask doesn't replace one that could; and a preference that nobody knows would be deleted by the
+/// way back.
+std::optional<QString> SystemManager::refusalToSave(const ReadSnapshot& read) const {
+    if (isQuitting()) {
+        return u"The program is quitting."_s; // the tools were ended: an empty snapshot would replace a good one
+    }
+    if (!read.missing.isEmpty() && (!read.hasEveryPreference || snapshotManager().hasSnapshotFile())) {
+        return u"Could not read "_s + read.missing.join(u", "_s) + u'.';
+    }
+    return std::nullopt;
 }
 
 /// Gives what went wrong.
 std::optional<QString> SystemManager::saveSnapshot(const SystemSnapshot& snapshot) {
-    if (m_host.commands.isShutDown()) {
-        return u"The program is quitting."_s; // the tools were ended: an empty snapshot would replace a good one
-    }
     try {
         snapshotManager().save(snapshot);
     } catch (const FileError& error) {
@@ -70,14 +98,20 @@ std::optional<QString> SystemManager::saveSnapshot(const SystemSnapshot& snapsho
 }
 
 /// Reads the live system, in a fixed order.
-QCoro::Task<SystemSnapshot> SystemManager::readSystemSnapshot(std::optional<QString> label) {
-    SystemSnapshot snapshot;
+QCoro::Task<SystemManager::ReadSnapshot> SystemManager::readSystemSnapshot(std::optional<QString> label) {
+    ReadSnapshot read;
+    SystemSnapshot& snapshot = read.snapshot;
+    ReadingSession session(*this);
+    const SystemReadings readings(session);
     snapshot.label = label;
     m_loginItems->drop();
-    const QList<LoginItem> items = co_await rawLoginItems();
-    snapshot.loginItems = capturedLoginItems(items);
-    snapshot.networkServicesEnabled = capturedServices(co_await readNetworkServices());
-    const Reading<PowerSettings> powerReading = co_await readPowerSettings();
+    LoginItems loginItems(session, *m_loginItems);
+    const LoginItemList list = co_await loginItems.current();
+    if (list.wasRead) {
+        snapshot.loginItems = capturedLoginItems(list.items);
+    }
+    snapshot.networkServicesEnabled = capturedServices(co_await readings.readNetworkServices());
+    const Reading<PowerSettings> powerReading = co_await readings.readPowerSettings();
     const PowerSettings power = powerReading.value.value_or(PowerSettings());
     snapshot.pmsetStandby = power.standby;
     snapshot.pmsetDisksleep = power.disksleep;
@@ -86,23 +120,44 @@ QCoro::Task<SystemSnapshot> SystemManager::readSystemSnapshot(std::optional<QStr
     snapshot.id = QUuid::createUuid();
     snapshot.dateCreated = m_host.clock.now();
     for (const SnapshotPreference& preference : snapshotPreferences()) {
-        const Reading<QString> reading = co_await m_readings.readPreference(preference);
+        const Reading<QString> reading = co_await readings.readPreference(preference);
         snapshot.*preference.value = reading.value;
+        read.hasEveryPreference = read.hasEveryPreference && reading.isAnswered;
     }
-    snapshot.timeMachineEnabled = (co_await readTimeMachineState()).value;
-    snapshot.spotlightIndexingEnabled = (co_await readSpotlightState()).value;
-    co_return snapshot;
+    const Reading<TimeMachineState> timeMachine = co_await readings.readTimeMachineState();
+    snapshot.timeMachineEnabled = automaticBackups(timeMachine.value);
+    if (timeMachine.value == TimeMachineState::NotPermitted) {
+        logUnreadableTimeMachine();
+    }
+    snapshot.spotlightIndexingEnabled = (co_await readings.readSpotlightState()).value;
+    if (!list.wasRead && !isQuitting()) {
+        co_await loginItems.logMissingPermission();
+    }
+    read.missing = session.missing();
+    if (!list.wasRead && !read.missing.contains(kLoginItemsReading)) {
+        read.missing.prepend(kLoginItemsReading);
+    }
+    co_return read;
 }
 
-/// A failure leaves the snapshot as good as it is.
-QCoro::Task<void> SystemManager::archiveAsMaster(SystemSnapshot snapshot) {
+/// A failure leaves the snapshot as good as it is. One that isn't whole is none to keep for good: the newest archive goes
+/// before all older ones.
+QCoro::Task<bool> SystemManager::archiveAsMaster(ReadSnapshot read) {
+    const QString failure = u"  [ERROR] Could not archive master baseline: "_s;
+    if (!read.missing.isEmpty()) {
+        log(failure + u"Could not read "_s + read.missing.join(u", "_s) + u'.');
+        co_return false;
+    }
     try {
+        const SystemSnapshot& snapshot = read.snapshot;
         const QString name = co_await m_masterBaselines.archiveMasterBaseline(snapshot, snapshot.label);
         const QString place = m_host.cloud.hasAccount() ? u"iCloud and ~/.quorvane"_s : u"~/.quorvane"_s;
         log(u"  [MASTER] Archived protected baseline as %1 (%2)."_s.arg(name, place));
     } catch (const MasterSystemBaselineError& error) {
-        log(u"  [WARNING] Could not archive master baseline: "_s + error.message());
+        log(failure + error.message());
+        co_return false;
     }
+    co_return true;
 }
 
 SnapshotManager SystemManager::snapshotManager() const {

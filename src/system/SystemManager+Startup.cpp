@@ -21,7 +21,7 @@ namespace {
 QSet<QString> pathsOf(const QList<StartupLaunchItem>& items) {
     QSet<QString> paths;
     for (const StartupLaunchItem& item : items) {
-        paths.insert(item.path);
+        paths.insert(comparablePath(item.path));
     }
     return paths;
 }
@@ -57,25 +57,25 @@ QCoro::Task<QList<LoginItem>> SystemManager::visibleLoginItems() {
 }
 
 QCoro::Task<bool> SystemManager::removeLoginItemByName(QString name) {
-    return m_loginItems->removeByName(std::move(name));
+    return unlessQuitting(m_loginItems->removeByName(std::move(name)));
 }
 
 QCoro::Task<bool> SystemManager::removeLoginItemAtPath(QString path) {
-    return m_loginItems->removeAtPath(std::move(path));
+    return unlessQuitting(m_loginItems->removeAtPath(std::move(path)));
 }
 
 QCoro::Task<bool> SystemManager::addLoginItem(QString path, bool hidden) {
-    return m_loginItems->add(std::move(path), hidden);
+    return unlessQuitting(m_loginItems->add(std::move(path), hidden));
 }
 
-QCoro::Task<bool> SystemManager::disableLoginItems(QStringList names, QSet<QString> excludedIds) {
-    return m_loginItems->disable(std::move(names), std::move(excludedIds));
+QCoro::Task<bool> SystemManager::disableLoginItems(LoginItemTargets targets, QSet<QString> excludedIds) {
+    return unlessQuitting(m_loginItems->disable(std::move(targets), std::move(excludedIds)));
 }
 
 // ---- Launch agents and daemons
 
 QCoro::Task<bool> SystemManager::disableLaunchItems(QStringList labels, QSet<QString> excludedIds) {
-    return m_launchItems->disable(std::move(labels), std::move(excludedIds));
+    return unlessQuitting(m_launchItems->disable(std::move(labels), std::move(excludedIds)));
 }
 
 QCoro::Task<void> SystemManager::restoreLaunchItems() {
@@ -124,15 +124,15 @@ QSet<QString> SystemManager::profileStartupAppPaths() const {
 }
 
 QCoro::Task<bool> SystemManager::removeUnconfiguredManagedApps(const StartupConfiguration& configuration) {
-    return m_loginItems->removeManaged(managedStartupAppPaths() - pathsOf(configuration.startupLaunchItems()));
+    return unlessQuitting(m_loginItems->removeManaged(managedStartupAppPaths() - configuration.openedPaths()));
 }
 
 QCoro::Task<bool> SystemManager::removeManagedStartupApps(const std::optional<QSet<QString>>& paths) {
-    return m_loginItems->removeManaged(paths.value_or(managedStartupAppPaths()));
+    return unlessQuitting(m_loginItems->removeManaged(paths.value_or(managedStartupAppPaths())));
 }
 
 QCoro::Task<bool> SystemManager::configureStartupApps(QList<StartupLaunchItem> launchItems) {
-    return m_loginItems->configure(std::move(launchItems));
+    return unlessQuitting(m_loginItems->configure(std::move(launchItems)));
 }
 
 // ---- Background items
@@ -166,15 +166,15 @@ const std::optional<BackgroundTaskList>& SystemManager::backgroundTaskItems() co
 }
 
 QCoro::Task<bool> SystemManager::disableBackgroundItems(QList<BackgroundTaskItem> items, BackgroundItemKind kind) {
-    return m_backgroundItems->disable(std::move(items), kind);
+    return unlessQuitting(m_backgroundItems->disable(std::move(items), kind));
 }
 
 QCoro::Task<bool> SystemManager::disableBackgroundLabels(QSet<QString> labels) {
-    return m_backgroundItems->disableLabels(std::move(labels));
+    return unlessQuitting(m_backgroundItems->disableLabels(std::move(labels)));
 }
 
 QCoro::Task<bool> SystemManager::disableCloudSyncBackgroundItems(CloudSyncServices services) {
-    return m_backgroundItems->disableServices(std::move(services));
+    return unlessQuitting(m_backgroundItems->disableServices(std::move(services)));
 }
 
 QCoro::Task<ApplyVerificationResult>

@@ -32,6 +32,7 @@ QCoro::Task<bool> SystemManager::applyStartupConfiguration(StartupConfiguration 
     if (hasStartupChanges(configuration)) {
         succeeded = co_await carryOutStartupChanges(configuration) && succeeded;
     }
+    succeeded = succeeded && !isQuitting();
     log(succeeded ? u"\nStartup configuration applied."_s : u"\nStartup configuration applied with errors."_s);
     co_return succeeded;
 }
@@ -44,7 +45,7 @@ QCoro::Task<bool> SystemManager::carryOutStartupChanges(StartupConfiguration con
         disabledTargetSets(configuration, services, wideningItems(configuration, discovered));
     const QList<StartupLaunchItem> launchItems = configuration.startupLaunchItems();
 
-    bool succeeded = co_await disableTargetLoginItems(targets.loginNames);
+    bool succeeded = co_await disableTargetLoginItems(targets.loginItems);
     co_await removeTargetLoginPaths(targets.loginPaths);
     succeeded = co_await disableTargetLaunchItems(targets.launchLabels) && succeeded;
     succeeded = co_await disableTargetBackgroundItems(targets.backgroundLabels) && succeeded;
@@ -60,12 +61,12 @@ QCoro::Task<bool> SystemManager::carryOutStartupChanges(StartupConfiguration con
     co_return succeeded;
 }
 
-QCoro::Task<bool> SystemManager::disableTargetLoginItems(QSet<QString> names) {
-    if (names.isEmpty()) {
+QCoro::Task<bool> SystemManager::disableTargetLoginItems(LoginItemTargets targets) {
+    if (targets.isEmpty()) {
         co_return true;
     }
-    log(u"  [ACTION] Disabling %1 login item(s)..."_s.arg(names.size()));
-    co_return co_await disableLoginItems(sortedTexts(names), {});
+    log(u"  [ACTION] Disabling %1 login item(s)..."_s.arg(targets.names().size()));
+    co_return co_await disableLoginItems(targets, {});
 }
 
 /// Of cloud services. An item that has already gone by its name is no failure.
@@ -73,11 +74,13 @@ QCoro::Task<void> SystemManager::removeTargetLoginPaths(QSet<QString> paths) {
     if (paths.isEmpty()) {
         co_return;
     }
-    const LoginItemRemoval removal = sparingProtectedItems(co_await rawLoginItems());
+    const QList<LoginItem> items = co_await rawLoginItems();
+    const LoginItemRemoval removal = sparingProtectedItems(items);
     for (const QString& path : sortedTexts(paths)) {
-        if (isExcludedName(path) || !removal.canGoByPath(path)) {
+        const QString asListed = listedPath(items, path);
+        if (isExcludedName(path) || !removal.canGoByPath(asListed)) {
             log(u"  [SKIPPED] Protected login item at path: "_s + path);
-        } else if (co_await removeLoginItemAtPath(path)) {
+        } else if (co_await removeLoginItemAtPath(asListed)) {
             log(u"  [APPLIED] Removed login item at path: "_s + path);
         } else {
             log(u"  [WARNING] Could not remove login item at path: "_s + path);
@@ -121,6 +124,7 @@ QCoro::Task<bool> SystemManager::disableCloudServices(CloudSyncServices services
 }
 
 QCoro::Task<StartupApplyResult> SystemManager::applyStartupChanges(StartupConfiguration configuration) {
+    m_lastApplyVerification.reset();
     const bool isDeferred =
         !configuration.disabledBackgroundLabels().isEmpty() || !configuration.disabledCloudSyncAtStartup.empty();
     if (isDeferred) {
@@ -134,6 +138,7 @@ QCoro::Task<StartupApplyResult> SystemManager::applyStartupChanges(StartupConfig
     StartupApplyResult result;
     result.applySucceeded = isCarriedOut && isFlushed;
     result.verification = co_await verifyStartupConfiguration(configuration);
+    result.applySucceeded = result.applySucceeded && !isQuitting();
     invalidateStartupCaches();
     m_lastApplyVerification = result.verification;
     log(summary(result.verification));

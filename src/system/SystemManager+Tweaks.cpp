@@ -12,13 +12,15 @@ namespace quorvane {
 using namespace Qt::StringLiterals;
 
 QCoro::Task<bool> SystemManager::applyPerformanceTweaks(PerformanceSettings settings, CleanReboot cleanReboot) {
+    m_lastApplyVerification.reset();
     log(u"\nStarting Audio Performance optimizations..."_s);
     if (settings.cleanReboot) {
         deferBackgroundTaskFetchToAdminBatch();
     }
     beginAdminBatch();
     co_await runTweakSteps(applySteps(settings, notificationCenterPreferences()));
-    const QStringList systemCommands = applySystemCommands(settings);
+    const QStringList systemCommands =
+        co_await effectiveCommands(applySystemCommands(settings), BackupSwitch::OfProfile);
     if (!systemCommands.isEmpty()) {
         log(u"  [ACTION] Requesting Admin rights for system performance tweaks..."_s);
         co_await m_adminBatch->runTolerantly(systemCommands, kSystemChangesPrompt);
@@ -38,11 +40,13 @@ QCoro::Task<bool> SystemManager::applyPerformanceTweaks(PerformanceSettings sett
 
 QCoro::Task<bool> SystemManager::syncPerformanceTweaks(PerformanceSettings settings, VerifyAfterSync verify,
                                                        CleanReboot cleanReboot) {
+    m_lastApplyVerification.reset();
     log(u"\nSyncing performance tweaks to profile settings..."_s);
     co_await runTweakSteps(syncSteps(settings, notificationCenterPreferences()));
+    const QStringList systemCommands =
+        co_await effectiveCommands(syncSystemCommands(settings), BackupSwitch::OfProfile);
     log(u"  [ACTION] Requesting Admin rights to sync system-level tweaks..."_s);
-    const CommandResult result =
-        co_await m_adminBatch->runTolerantly(syncSystemCommands(settings), kSystemChangesPrompt);
+    const CommandResult result = co_await m_adminBatch->runTolerantly(systemCommands, kSystemChangesPrompt);
     if (result.status != 0) {
         log(u"  [ERROR] System tweak sync was cancelled or failed: "_s + result.standardError);
         co_return false;
@@ -54,23 +58,25 @@ QCoro::Task<bool> SystemManager::syncPerformanceTweaks(PerformanceSettings setti
     }
     log(u"\nPerformance Tweaks Synced! (Restart your Mac for full effect.)"_s);
     if (verify == VerifyAfterSync::No) {
-        co_return true;
+        co_return !isQuitting();
     }
     co_return co_await verifyTweaks(settings, UnselectedTweaks::ExpectedRestored, cleanReboot);
 }
 
 QCoro::Task<bool> SystemManager::undoPerformanceTweaks() {
+    m_lastApplyVerification.reset();
     log(u"\nUndoing Audio Performance tweaks (no snapshot — using standard defaults)..."_s);
     co_await runTweakSteps(undoSteps(notificationCenterPreferences()));
+    const QStringList systemCommands = co_await effectiveCommands(undoSystemCommands(), BackupSwitch::OfWayBack);
     log(u"  [ACTION] Requesting Admin rights to restore system defaults..."_s);
-    const CommandResult result = co_await m_adminBatch->runTolerantly(undoSystemCommands(), kSystemChangesPrompt);
+    const CommandResult result = co_await m_adminBatch->runTolerantly(systemCommands, kSystemChangesPrompt);
     if (result.status != 0) {
         log(u"  [ERROR] Restoration was cancelled or failed: "_s + result.standardError);
         co_return false;
     }
     log(u"  [REVERTED] Successfully restored all system-level defaults."_s);
     log(u"\nUndo Complete! (Restart your Mac for full effect.)"_s);
-    co_return true;
+    co_return !isQuitting();
 }
 
 QCoro::Task<void> SystemManager::runTweakSteps(QList<TweakStep> steps) {
@@ -88,7 +94,7 @@ QCoro::Task<bool> SystemManager::verifyTweaks(PerformanceSettings settings, Unse
     const ApplyVerificationResult result = co_await verifyAppliedSettings(settings, unselected, cleanReboot);
     logVerificationResult(result, u"Performance tweaks"_s);
     m_lastApplyVerification = result;
-    co_return result.failed.isEmpty();
+    co_return result.failed.isEmpty() && !isQuitting();
 }
 
 } // namespace quorvane

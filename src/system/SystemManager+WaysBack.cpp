@@ -34,6 +34,7 @@ QCoro::Task<RestoreOutcome> SystemManager::reinstateWholeSystem() {
 
 /// An application that stays in the login items is in the log; the outcome is that of the settings.
 QCoro::Task<RestoreOutcome> SystemManager::removeStartupAppsAndRevert() {
+    m_lastApplyVerification.reset();
     const QSet<QString> paths = managedStartupAppPaths() + profileStartupAppPaths();
     co_await removeManagedStartupApps(paths);
     co_return co_await revertPerformanceTweaks();

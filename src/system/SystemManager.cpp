@@ -3,6 +3,7 @@
 #include "core/AdminBatch.h"
 #include "core/NotificationCenter.h"
 #include "core/Utf8.h"
+#include "matching/SystemVerification.h"
 #include "startup/apply/StartupItems.h"
 #include "startup/background/BackgroundItems.h"
 #include "startup/launchd/LaunchItems.h"
@@ -39,6 +40,12 @@ CommandResult resultOf(const CommandOutcome& outcome, bool isQuitting) {
     return {outcome.code, strictUtf8(outcome.standardOutput), strictUtf8(outcome.standardError), isAnswered};
 }
 
+/// By the entry's own tag: a name that holds the word makes no warning of what is said of it.
+bool isWarning(const QString& entry) {
+    const auto tag = std::find_if_not(entry.begin(), entry.end(), [](QChar c) { return c.isSpace(); });
+    return QStringView(tag, entry.end()).startsWith(u"[WARNING]");
+}
+
 QString withoutOuterNewlines(const QString& text) {
     const auto isNewline = [](QChar c) { return c == u'\n' || c == u'\r'; };
     const auto first = std::find_if_not(text.begin(), text.end(), isNewline);
@@ -57,12 +64,14 @@ SystemManager::SystemManager(const Host& host, NotificationCenter& notifications
     , m_loginItems(std::make_unique<LoginItems>(*this))
     , m_launchItems(std::make_unique<LaunchItems>(*this, *m_adminBatch))
     , m_backgroundItems(std::make_unique<BackgroundItems>(*this, *m_adminBatch))
-    , m_startupItems(std::make_unique<StartupItems>(*this, *m_loginItems, *m_launchItems, *m_backgroundItems)) {}
+    , m_startupItems(std::make_unique<StartupItems>(*this, *m_loginItems, *m_launchItems, *m_backgroundItems))
+    , m_verification(std::make_unique<SystemVerification>(
+          *this, SystemVerification::Startup{*m_loginItems, *m_startupItems, *m_launchItems, *m_backgroundItems})) {}
 
 SystemManager::~SystemManager() = default;
 
 void SystemManager::log(const QString& message) {
-    if (message.contains(u"[WARNING]"_s)) {
+    if (isWarning(message)) {
         return;
     }
     m_logMessages.append(message);
@@ -97,6 +106,11 @@ void SystemManager::setDebugMode(bool debugMode) {
     Q_EMIT debugModeChanged(debugMode);
 }
 
+QCoro::Task<bool> SystemManager::unlessQuitting(QCoro::Task<bool> flow) const {
+    const bool succeeded = co_await flow;
+    co_return succeeded && !isQuitting();
+}
+
 QCoro::Task<CommandResult> SystemManager::runCommand(QStringList arguments, OutputCapture capture) {
     const auto debug = [this](const QString& line) {
         if (m_debugMode) {
@@ -105,7 +119,7 @@ QCoro::Task<CommandResult> SystemManager::runCommand(QStringList arguments, Outp
     };
     debug(u"\n[DEBUG] EXEC: "_s + arguments.join(u' '));
     const CommandOutcome outcome = co_await m_host.commands.run(std::move(arguments), capture);
-    CommandResult result = resultOf(outcome, m_host.commands.isShutDown());
+    CommandResult result = resultOf(outcome, isQuitting());
     if (outcome.ending == CommandOutcome::Ending::NotLaunched) {
         debug(u"  [EXC] Exception: "_s + result.standardError);
         co_return result;

@@ -5,14 +5,18 @@
 #include "core/FlowEnvironment.h"
 #include "matching/SystemConfigurationMatch.h"
 #include "platform/Host.h"
-#include "readings/SystemReadings.h"
+#include "readings/Abandonment.h"
+#include "readings/Reading.h"
+#include "readings/TimeMachine.h"
 #include "snapshots/MasterSystemBaselineManager.h"
+#include "snapshots/SnapshotCapture.h"
 #include "startup/apply/StartupChangePreview.h"
 #include "startup/background/BackgroundFetch.h"
 #include "startup/items/CleanReboot.h"
 #include "startup/items/CloudSyncService.h"
-#include "startup/items/LoginItem.h"
+#include "startup/items/LoginItemTargets.h"
 #include "tweaks/PerformanceSettings.h"
+#include "tweaks/TweakPreferences.h"
 #include "verification/ApplyVerificationResult.h"
 #include "verification/UnselectedTweaks.h"
 
@@ -39,6 +43,7 @@ class LoginItems;
 class NotificationCenter;
 class SnapshotManager;
 class StartupItems;
+class SystemVerification;
 struct BackgroundLoginItemChangePlan;
 struct BackgroundTaskItem;
 struct MaintenanceOutcome;
@@ -52,8 +57,8 @@ struct ProfileApplyPreview;
 struct RestoreBaseline;
 struct RestoreOutcome;
 struct StartupApplyResult;
-struct StartupReadings;
 struct SystemSnapshot;
+struct TweaksApplyPreview;
 struct TweakStep;
 struct UnifiedProfile;
 
@@ -78,8 +83,8 @@ public:
 
     // ---- Log
 
-    /// Appends one entry exactly as given: no time stamp, no prefix. An entry that contains "[WARNING]" is
-    /// dropped without a trace: the log stays free of warnings, whoever composes them.
+    /// Appends one entry exactly as given: no time stamp, no prefix. An entry whose own tag is "[WARNING]" is dropped
+    /// without a trace: the log stays free of warnings. What the user is to see of a failure is an "[ERROR]" or "[INFO]".
     void log(const QString& message) override;
     const QStringList& logMessages() const { return m_logMessages; }
 
@@ -159,15 +164,17 @@ public:
 
     /// What the review shows before an apply. Changes nothing and never prompts.
     QCoro::Task<ProfileApplyPreview> previewProfile(UnifiedProfile profile);
+    /// The same of tweaks alone.
+    QCoro::Task<TweaksApplyPreview> previewTweaks(PerformanceSettings settings, CleanReboot cleanReboot);
 
     // ---- Snapshots
 
-    enum class MasterArchive { No, Yes };
-    /// Records the user's own settings as the latest snapshot, read from the live system. What can't be read is recorded as
-    /// having no value.
-    /// @param archive  also keeps it for good, as a master baseline; a failure of that is none of the capture
-    /// @return true when the snapshot was written
-    QCoro::Task<bool> captureSystemSnapshot(std::optional<QString> label, MasterArchive archive);
+    using MasterArchive = quorvane::MasterArchive;
+    /// Records the user's own settings as the latest snapshot, read from the live system. What a tool can't tell is recorded
+    /// as having no value. Where one didn't answer, or the login items can't be read, an earlier snapshot stays; without one
+    /// these are left out, except for preferences, without which nothing is saved.
+    /// @param archive  also keeps it for good, as a master baseline
+    QCoro::Task<SnapshotCapture> captureSystemSnapshot(std::optional<QString> label, MasterArchive archive);
     /// The store of what is kept for good.
     MasterSystemBaselineManager& masterBaselines() { return m_masterBaselines; }
 
@@ -212,9 +219,9 @@ public:
     QCoro::Task<bool> removeLoginItemAtPath(QString path);
     /// True when the item exists afterwards.
     QCoro::Task<bool> addLoginItem(QString path, bool hidden);
-    /// Removes login items by their names and writes down which they were.
+    /// Removes login items and writes down which they were.
     /// @param excludedIds  agents that stay all the same, by id or name
-    QCoro::Task<bool> disableLoginItems(QStringList names, QSet<QString> excludedIds);
+    QCoro::Task<bool> disableLoginItems(LoginItemTargets targets, QSet<QString> excludedIds);
 
     // ---- Startup: launch agents and daemons
 
@@ -254,8 +261,10 @@ public:
     QCoro::Task<bool> applyStartupConfiguration(StartupConfiguration configuration);
     /// The same by itself: with its own batch and verification.
     QCoro::Task<StartupApplyResult> applyStartupChanges(StartupConfiguration configuration);
-    /// Changes nothing and never prompts.
-    QCoro::Task<StartupChangePreview> previewStartupChanges(StartupConfiguration configuration);
+    /// Changes nothing and never prompts; with nothing to change it reads nothing either.
+    /// @param cleanReboot  goes with the configuration
+    QCoro::Task<StartupChangePreview> previewStartupChanges(StartupConfiguration configuration,
+                                                            std::optional<CleanReboot> cleanReboot = std::nullopt);
     QCoro::Task<ApplyVerificationResult> verifyStartupConfiguration(StartupConfiguration configuration);
 
     // ---- Startup: background items
@@ -316,9 +325,8 @@ public:
     QCoro::Task<Reading<QString>> readDefaultValue(QString domain, QString key,
                                                    PreferenceHost host = PreferenceHost::Any);
     QCoro::Task<Reading<PowerSettings>> readPowerSettings();
-    /// True while a backup is running at this moment, whatever the automatic backups are set to; none when
-    /// unknown.
-    QCoro::Task<Reading<bool>> readTimeMachineState();
+    /// Whether automatic backups are made, by what is stored; none when unknown.
+    QCoro::Task<Reading<TimeMachineState>> readTimeMachineState();
     /// True while the boot volume is indexed; none when unknown.
     QCoro::Task<Reading<bool>> readSpotlightState();
 
@@ -333,19 +341,23 @@ public:
     QCoro::Task<ApplyVerificationResult>
     verifyAppliedSettings(PerformanceSettings settings, UnselectedTweaks unselected, CleanReboot cleanReboot = {});
     void logVerificationResult(const ApplyVerificationResult& result, const QString& section);
-    /// The result of the last flow that verified.
+    /// The result of the last flow that verified; none since an apply or a way back has begun that hasn't.
     const std::optional<ApplyVerificationResult>& lastApplyVerification() const { return m_lastApplyVerification; }
 
     /// Which configuration this Mac is in: the first profile that fits, else Default, else none. The last applied profile is
-    /// tried first and stays active when nothing fits. Records the outcome and posts QuorvaneSystemVerified.
+    /// tried first and is kept when nothing fits; what was found before is kept when something wasn't answered. Each command
+    /// runs once. Records the outcome and, unless it was kept, posts QuorvaneSystemVerified.
     /// @param profiles     the saved ones, in their order
     /// @param appliedName  of the last applied profile; the stored one when none
+    /// @param abandonment  ends it at its next reading, without a trace from then on
+    /// @return the match, kept or not; none when it was abandoned
     QCoro::Task<std::optional<SystemConfigurationMatch>> scanCurrentSystem(QList<UnifiedProfile> profiles,
-                                                                           std::optional<QString> appliedName = {});
-    /// The search alone.
+                                                                           std::optional<QString> appliedName = {},
+                                                                           Abandonment abandonment = {});
+    /// The search alone; none as well when something wasn't answered.
     QCoro::Task<std::optional<SystemConfigurationMatch>> findSystemMatch(QList<UnifiedProfile> profiles,
                                                                          std::optional<QString> appliedName = {});
-    bool isVerifyingSystem() const { return m_scan.isUnderWay; }
+    bool isVerifyingSystem() const { return m_scan.underWay > 0; }
     bool hasVerifiedSystem() const { return m_scan.hasEnded; }
     const std::optional<SystemConfigurationMatch>& systemMatch() const { return m_scan.match; }
 
@@ -360,14 +372,26 @@ Q_SIGNALS:
     void appliedConfigurationRecorded(const QString& profileName);
 
 private:
+    /// True once the ports are shut down: no flow that ends then has succeeded, because what failed since shows nowhere.
+    bool isQuitting() const { return m_host.commands.isShutDown(); }
+    QCoro::Task<bool> unlessQuitting(QCoro::Task<bool> flow) const;
+
     // SystemManager+Tweaks.cpp
     QCoro::Task<void> runTweakSteps(QList<TweakStep> steps);
     QCoro::Task<bool> verifyTweaks(PerformanceSettings settings, UnselectedTweaks unselected, CleanReboot cleanReboot);
 
+    // SystemManager+TimeMachine.cpp
+    enum class BackupSwitch { OfProfile, OfWayBack };
+    QCoro::Task<QStringList> effectiveCommands(QStringList commands, BackupSwitch origin);
+    QCoro::Task<void> lookAtRestoredBackups(std::optional<bool> captured);
+    void logUnreadableTimeMachine();
+
     // SystemManager+Snapshots.cpp
-    QCoro::Task<SystemSnapshot> readSystemSnapshot(std::optional<QString> label);
+    struct ReadSnapshot;
+    QCoro::Task<ReadSnapshot> readSystemSnapshot(std::optional<QString> label);
+    std::optional<QString> refusalToSave(const ReadSnapshot& read) const;
     std::optional<QString> saveSnapshot(const SystemSnapshot& snapshot);
-    QCoro::Task<void> archiveAsMaster(SystemSnapshot snapshot);
+    QCoro::Task<bool> archiveAsMaster(ReadSnapshot read);
     SnapshotManager snapshotManager() const;
 
     // SystemManager+Restore.cpp
@@ -381,14 +405,14 @@ private:
 
     // SystemManager+StartupApply.cpp
     QCoro::Task<bool> carryOutStartupChanges(StartupConfiguration configuration);
-    QCoro::Task<bool> disableTargetLoginItems(QSet<QString> names);
+    QCoro::Task<bool> disableTargetLoginItems(LoginItemTargets targets);
     QCoro::Task<void> removeTargetLoginPaths(QSet<QString> paths);
     QCoro::Task<bool> disableTargetLaunchItems(QSet<QString> labels);
     QCoro::Task<bool> disableTargetBackgroundItems(QSet<QString> labels);
     QCoro::Task<bool> disableCloudServices(CloudSyncServices services);
 
-    // SystemManager+StartupVerification.cpp
-    QCoro::Task<StartupReadings> startupReadings(StartupConfiguration configuration);
+    // SystemManager+Verification.cpp
+    QCoro::Task<StartupChangePreview> previewCleanReboot(CleanReboot cleanReboot);
 
     // SystemManager+Network.cpp
     QCoro::Task<QStringList> networkSwitchCommands(NetworkSwitch position);
@@ -398,20 +422,16 @@ private:
     bool takeSystemCacheEntry(FolderEntries& entries, const QString& folder, QStringList& commands);
     void logSkippedCacheItem(const QString& name);
 
-    // SystemManager+Verification.cpp
-    QCoro::Task<Reading<bool>> isAppRestorationOff();
-    QCoro::Task<ApplyVerificationResult> verifyCleanReboot(CleanReboot cleanReboot);
-
     // SystemManager+Matching.cpp
     std::optional<QString> lastAppliedName(const std::optional<QString>& given) const;
-    void keepAppliedProfile(const UnifiedProfile& profile);
+    void keepMatch(std::optional<SystemConfigurationMatch> match);
     void logSystemMatch();
     void postSystemMatch();
-    void setVerifyingSystem(bool isVerifying);
+    void countScan(int change);
 
     /// What the scans have told.
     struct Scan {
-        bool isUnderWay = false;
+        int underWay = 0;      ///< one that was abandoned may still be coming to its end
         bool hasEnded = false; ///< one has, or an apply has told it as well
         std::optional<SystemConfigurationMatch> match;
     };
@@ -419,12 +439,12 @@ private:
     Host m_host;
     NotificationCenter& m_notifications;
     MasterSystemBaselineManager m_masterBaselines;
-    SystemReadings m_readings{*this};
     std::unique_ptr<AdminBatch> m_adminBatch;
     std::unique_ptr<LoginItems> m_loginItems;
     std::unique_ptr<LaunchItems> m_launchItems;
     std::unique_ptr<BackgroundItems> m_backgroundItems;
     std::unique_ptr<StartupItems> m_startupItems;
+    std::unique_ptr<SystemVerification> m_verification;
 
     QStringList m_logMessages;
     QString m_busyMessage;

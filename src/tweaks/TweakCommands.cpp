@@ -74,9 +74,9 @@ const PreferenceGroup& cleanRebootGroup() {
                          [](const PreferenceGroup& group) { return group.tweak == &Settings::cleanReboot; });
 }
 
-/// A Mac that stays awake, or one with standard sleep values.
+/// A Mac that stays awake, or one with standard sleep values: standby as 1 or 0, the others in minutes, of which 0 is never.
 QString powerCommand(bool staysAwake) {
-    return staysAwake ? sleepCommand(u"0"_s, u"0"_s, u"0"_s) : sleepCommand(u"1"_s, u"10"_s, u"1"_s);
+    return staysAwake ? u"pmset -a standby 0 disksleep 0 sleep 0"_s : u"pmset -a standby 1 disksleep 10 sleep 1"_s;
 }
 
 QString appliedLine(QStringView text) {
@@ -93,10 +93,6 @@ QList<QStringList> commandsBehindPreferences(const PreferenceGroup& group, Tweak
         return {};
     }
     return state == TweakState::InForce ? stopNotificationCenter() : startNotificationCenter();
-}
-
-QString sleepCommand(const QString& standby, const QString& diskSleep, const QString& sleep) {
-    return u"pmset -a standby %1 disksleep %2 sleep %3"_s.arg(standby, diskSleep, sleep);
 }
 
 QString motionSensorCommand(const QString& value) {

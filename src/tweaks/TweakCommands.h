@@ -45,8 +45,6 @@ QList<QStringList> commandsBehindPreferences(const PreferenceGroup& group, Tweak
 
 // Single commands of root. Values are words of the shell.
 
-/// On every source of power: standby as 1 or 0, the others in minutes, of which 0 is never.
-QString sleepCommand(const QString& standby, const QString& diskSleep, const QString& sleep);
 QString motionSensorCommand(const QString& value);
 /// Switches the indexing of all volumes.
 QString spotlightCommand(bool indexes);

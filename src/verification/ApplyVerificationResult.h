@@ -12,12 +12,17 @@ struct ApplyVerificationResult {
     struct Item {
         QString name;
         std::optional<QString> detail;
+        /// False of a setting that this Mac doesn't have: whatever was chosen holds, and says nothing of what is in force.
+        bool isOnThisMac = true;
+        QString note{}; ///< what else the log says of it, behind its line; mostly nothing
 
         bool operator==(const Item&) const = default;
     };
 
     QList<Item> verified;
     QList<Item> failed;
+    /// Time Machine may not be read. What wasn't chosen and may be on or off for all the program knows is in neither list.
+    bool lacksFullDiskAccess = false;
 
     bool operator==(const ApplyVerificationResult&) const = default;
 };

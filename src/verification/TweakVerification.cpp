@@ -1,11 +1,13 @@
 #include "verification/TweakVerification.h"
 
 #include "readings/SystemReadings.h"
+#include "readings/ValueTests.h"
 #include "tweaks/TweakPreferences.h"
-#include "verification/ValueTests.h"
 
 #include <QCoroTask>
 
+#include <algorithm>
+#include <array>
 #include <utility>
 
 namespace quorvane {
@@ -33,6 +35,18 @@ bool isRestored(const MacPreference& preference, const std::optional<QString>& v
     }
     return isTruthy(preference.applied.toString()) ? isFalsy(value) : !isApplied(preference, value);
 }
+
+/// Of the three settings those that this Mac lists, of which there is at least one.
+bool isKeptAwake(const PowerSettings& power) {
+    const std::array listed{power.standby, power.disksleep, power.sleep};
+    const auto isThere = [](const std::optional<QString>& value) { return value.has_value(); };
+    return std::any_of(listed.begin(), listed.end(), isThere) &&
+           std::all_of(listed.begin(), listed.end(),
+                       [](const std::optional<QString>& value) { return !value || value == u"0"_s; });
+}
+
+const QString kFocusNote =
+    u"Notifications: the setting is stored. Turn on a Focus as well: Quorvane can't do that for you."_s;
 
 } // namespace
 
@@ -66,17 +80,25 @@ QCoro::Task<ApplyVerificationResult> TweakVerification::run() {
         }
         m_isAnswered = true;
         const Verdict found = co_await (this->*row.check)(selected);
+        if (found.isLeftOut) {
+            continue;
+        }
         if (found.holds && m_isAnswered) {
-            result.verified.append({row.name.toString(), found.verifiedDetail});
+            result.verified.append({row.name.toString(), found.verifiedDetail, found.isOnThisMac, found.note});
         } else {
             result.failed.append({row.name.toString(), found.failedDetail});
         }
     }
+    result.lacksFullDiskAccess = m_lacksFullDiskAccess;
     co_return result;
 }
 
 TweakVerification::Verdict TweakVerification::verdict(bool holds, const QString& detail) {
     return {holds, detail, u"expected "_s + detail};
+}
+
+TweakVerification::Verdict TweakVerification::absent(const QString& detail) {
+    return {true, detail, {}, {}, false};
 }
 
 QCoro::Task<std::optional<QString>> TweakVerification::valueOf(MacPreference preference) {
@@ -114,7 +136,11 @@ QCoro::Task<TweakVerification::Verdict> TweakVerification::softwareUpdates(bool 
 }
 
 QCoro::Task<TweakVerification::Verdict> TweakVerification::notifications(bool selected) {
-    return onePreference(preference::kDoNotDisturb, selected, u"suppressed"_s, u"enabled"_s);
+    Verdict found = co_await onePreference(preference::kDoNotDisturb, selected, u"suppressed"_s, u"enabled"_s);
+    if (selected) {
+        found.note = kFocusNote;
+    }
+    co_return found;
 }
 
 QCoro::Task<TweakVerification::Verdict> TweakVerification::siri(bool selected) {
@@ -138,14 +164,16 @@ QCoro::Task<TweakVerification::Verdict> TweakVerification::airDrop(bool selected
 }
 
 QCoro::Task<TweakVerification::Verdict> TweakVerification::usbPower(bool selected) {
-    const PowerSettings found = power();
-    const bool neverSleeps = found.standby == u"0"_s && found.disksleep == u"0"_s && found.sleep == u"0"_s;
+    const bool neverSleeps = isKeptAwake(power());
     co_return selected ? Verdict{neverSleeps, u"sleep disabled"_s, u"expected standby/disk/sleep at 0"_s}
                        : Verdict{!neverSleeps, u"standard sleep"_s, u"expected standard sleep values"_s};
 }
 
 QCoro::Task<TweakVerification::Verdict> TweakVerification::motionSensor(bool selected) {
     const PowerSettings found = power();
+    if (m_power.value && !found.sms) {
+        co_return absent(u"not present on this Mac"_s);
+    }
     if (selected) {
         co_return Verdict{found.sms == u"0"_s, u"disabled"_s, u"expected sms 0"_s};
     }
@@ -165,15 +193,30 @@ QCoro::Task<TweakVerification::Verdict> TweakVerification::spotlight(bool select
 }
 
 QCoro::Task<TweakVerification::Verdict> TweakVerification::timeMachine(bool selected) {
-    const std::optional<bool> isRunning = needed(co_await m_readings.readTimeMachineState());
-    if (selected) {
-        co_return verdict(isRunning == false, u"disabled"_s);
+    const std::optional<TimeMachineState> state = needed(co_await m_readings.readTimeMachineState());
+    if (state == TimeMachineState::NotSetUp) {
+        co_return absent(u"not set up on this Mac"_s);
     }
-    if (isRunning == true) {
-        co_return Verdict{true, u"enabled"_s, u"could not read status"_s};
+    if (state == TimeMachineState::NotPermitted) {
+        co_return unreadableTimeMachine(selected);
     }
-    const bool isKnown = (co_await m_readings.readTimeMachineState()).value.has_value();
-    co_return Verdict{false, {}, isKnown ? u"expected enabled"_s : u"could not read status"_s};
+    if (!selected) {
+        co_return Verdict{state == TimeMachineState::On, u"enabled"_s,
+                          state ? u"expected enabled"_s : u"could not read status"_s};
+    }
+    Verdict found = verdict(state == TimeMachineState::Off, u"disabled"_s);
+    if (found.holds && co_await m_readings.readIsBackupRunning()) {
+        found.note = u"A backup is running and will finish first."_s;
+    }
+    co_return found;
+}
+
+/// Backups that nobody chose to switch off are as the user has them, unless this program had switched them off.
+TweakVerification::Verdict TweakVerification::unreadableTimeMachine(bool selected) {
+    m_lacksFullDiskAccess = true;
+    Verdict found{false, {}, u"could not read status"_s};
+    found.isLeftOut = !selected && !m_readings.hasSwitchedBackupsOff();
+    return found;
 }
 
 } // namespace quorvane

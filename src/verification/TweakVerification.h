@@ -34,6 +34,9 @@ private:
         bool holds;
         QString verifiedDetail;
         QString failedDetail;
+        QString note{}; ///< where it holds
+        bool isOnThisMac = true;
+        bool isLeftOut = false; ///< neither holds nor fails
     };
     struct Row {
         QStringView name;
@@ -44,6 +47,8 @@ private:
 
     /// Where the detail says what was expected.
     static Verdict verdict(bool holds, const QString& detail);
+    /// Of a setting that this Mac doesn't have.
+    static Verdict absent(const QString& detail);
 
     /// What was read for the row at hand, which fails without an answer.
     template <typename T>
@@ -67,12 +72,14 @@ private:
     QCoro::Task<Verdict> motionSensor(bool selected);
     QCoro::Task<Verdict> spotlight(bool selected);
     QCoro::Task<Verdict> timeMachine(bool selected);
+    Verdict unreadableTimeMachine(bool selected);
 
     const SystemReadings& m_readings;
     PerformanceSettings m_settings;
     UnselectedTweaks m_unselected;
     Reading<PowerSettings> m_power;
     bool m_isAnswered = true; ///< all that the row at hand needs
+    bool m_lacksFullDiskAccess = false;
 };
 
 } // namespace quorvane

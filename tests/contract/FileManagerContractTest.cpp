@@ -126,6 +126,28 @@ TEST_P(FileManagerContract, anErrorNamesThePath) {
     }
 }
 
+TEST_P(FileManagerContract, anErrorTellsWhatIsMissingFromWhatMayNotBeRead) {
+    const auto causeOfReading = [this](const QString& file) {
+        try {
+            files.read(file);
+        } catch (const FileError& error) {
+            return std::optional(error.cause());
+        }
+        return std::optional<FileError::Cause>();
+    };
+    files.writeAtomically(path(u"file"_s), "1");
+    subject->link(path(u"dangling"_s), path(u"gone"_s));
+    EXPECT_EQ(causeOfReading(path(u"file"_s)), std::nullopt);
+    for (const QString& missing : {u"gone"_s, u"gone/x"_s, u"file/x"_s, u"dangling"_s}) {
+        EXPECT_EQ(causeOfReading(path(missing)), FileError::Cause::Missing) << missing.toStdString();
+    }
+    EXPECT_EQ(causeOfReading(subject->folder()), FileError::Cause::Other);
+    if (const QString closed = subject->unreadableFile(); !closed.isEmpty()) {
+        EXPECT_EQ(causeOfReading(closed), FileError::Cause::NotPermitted);
+        EXPECT_TRUE(files.exists(closed));
+    }
+}
+
 TEST_P(FileManagerContract, theStatusTellsWhatStandsAtThePathItself) {
     files.writeAtomically(path(u"file"_s), "1");
     files.createFolders(path(u"folder"_s));

@@ -27,6 +27,8 @@ public:
     virtual void addEmptyFile(const QString& path) = 0;
     /// Takes the right to change the names in a folder; false where the tests run as root, who has every right.
     virtual bool lock(const QString& folder) = 0;
+    /// A file that is there and that the program may not read; empty where the tests run as root.
+    virtual QString unreadableFile() = 0;
     virtual quint32 userId() const = 0;
 };
 
@@ -51,6 +53,11 @@ public:
         m_locked.append(folder);
         return ::geteuid() != 0 && QFile::setPermissions(folder, QFile::ReadOwner | QFile::ExeOwner);
     }
+    QString unreadableFile() override {
+        const QString file = folder() + u"/closed"_s;
+        addEmptyFile(file);
+        return ::geteuid() != 0 && QFile::setPermissions(file, QFile::WriteOwner) ? file : QString();
+    }
     quint32 userId() const override { return ::geteuid(); }
 
 private:
@@ -71,6 +78,12 @@ public:
         m_mac.mac.volume(macsim::Actor::Root).setOwner(folder, macsim::Actor::Root);
         return true;
     }
+    QString unreadableFile() override {
+        const QString file = u"/Library/Preferences/com.apple.TimeMachine.plist"_s;
+        addEmptyFile(file);
+        m_mac.mac.state().update("permissions", [](macsim::Json& state) { state["fullDiskAccess"] = false; });
+        return file;
+    }
     quint32 userId() const override { return 501; }
 
 private:
@@ -88,6 +101,12 @@ public:
     bool lock(const QString& folder) override {
         m_files.makeUnwritable(folder);
         return true;
+    }
+    QString unreadableFile() override {
+        const QString file = folder() + u"/closed"_s;
+        m_files.addFile(file, {});
+        m_files.failOn(MemoryFileManager::Operation::Read, file);
+        return file;
     }
     quint32 userId() const override { return MemoryFileManager::kUser; }
 

@@ -1,5 +1,7 @@
 #include "fakes/MemoryFileManager.h"
 
+#include <cerrno>
+
 namespace quorvane {
 
 MemoryFileManager::MemoryFileManager(Case names)
@@ -83,7 +85,7 @@ std::unique_ptr<FolderEntries> MemoryFileManager::entries(const QString& folder)
 QByteArray MemoryFileManager::read(const QString& path) const {
     const Node& node = require(begin(Operation::Read, path, Last::Followed));
     if (node.kind == FileStatus::Kind::Folder) {
-        throw FileError(path, QStringLiteral("Is a directory"));
+        throw FileError(path, EISDIR);
     }
     return node.bytes;
 }
@@ -93,7 +95,7 @@ void MemoryFileManager::writeAtomically(const QString& path, const QByteArray& b
     requireChangeableNames(place);
     const Node* existing = find(place);
     if (existing != nullptr && existing->kind == FileStatus::Kind::Folder) {
-        throw FileError(path, QStringLiteral("Is a directory"));
+        throw FileError(path, EISDIR);
     }
     put(place, FileStatus::Kind::File, bytes);
 }
@@ -115,7 +117,7 @@ void MemoryFileManager::remove(const QString& path) {
     require(place);
     requireChangeableNames(place);
     if (!childrenOf(place).empty()) {
-        throw FileError(path, QStringLiteral("Directory not empty"));
+        throw FileError(path, ENOTEMPTY);
     }
     m_nodes.erase(keyOf(place));
 }
@@ -133,7 +135,7 @@ void MemoryFileManager::createFolders(const QString& folder) {
     requireFolder(existing);
     countChange(path);
     if (!require(existing).isWritable) {
-        throw FileError(path, QStringLiteral("Permission denied"));
+        throw FileError(path, EACCES);
     }
     addFolders(path);
 }
@@ -201,7 +203,7 @@ const MemoryFileManager::Node* MemoryFileManager::find(const QString& path) cons
 const MemoryFileManager::Node& MemoryFileManager::require(const QString& path) const {
     const Node* node = find(path);
     if (node == nullptr) {
-        throw FileError(path, QStringLiteral("No such file or directory"));
+        throw FileError(path, ENOENT);
     }
     return *node;
 }
@@ -209,21 +211,21 @@ const MemoryFileManager::Node& MemoryFileManager::require(const QString& path) c
 const MemoryFileManager::Node& MemoryFileManager::requireFolder(const QString& path) const {
     const Node& node = require(path);
     if (node.kind != FileStatus::Kind::Folder) {
-        throw FileError(path, QStringLiteral("Not a directory"));
+        throw FileError(path, ENOTDIR);
     }
     return node;
 }
 
 void MemoryFileManager::requireChangeableNames(const QString& path) const {
     if (!requireFolder(parentOf(path)).isWritable) {
-        throw FileError(path, QStringLiteral("Permission denied"));
+        throw FileError(path, EACCES);
     }
 }
 
 void MemoryFileManager::requireReplaceable(const QString& path) const {
     const Node* node = find(path);
     if (node != nullptr && node->kind == FileStatus::Kind::Folder) {
-        throw FileError(path, QStringLiteral("Is a directory"));
+        throw FileError(path, EISDIR);
     }
 }
 
@@ -270,7 +272,7 @@ QString MemoryFileManager::touch(const QString& path, Last last) const {
 
 void MemoryFileManager::failIfAsked(Operation operation, const QString& path) const {
     if (m_failing.contains({operation, keyOf(path)})) {
-        throw FileError(path, QStringLiteral("Operation not permitted"));
+        throw FileError(path, EPERM);
     }
 }
 
@@ -283,7 +285,7 @@ QString MemoryFileManager::begin(Operation operation, const QString& path, Last 
 void MemoryFileManager::countChange(const QString& path) {
     ++m_changes;
     if (m_changesUntilFailure > 0 && --m_changesUntilFailure == 0) {
-        throw FileError(path, QStringLiteral("No space left on device"));
+        throw FileError(path, ENOSPC);
     }
 }
 

@@ -27,7 +27,9 @@ inline const QString kAirDrop = u"/usr/bin/defaults read com.apple.NetworkBrowse
 inline const QString kLogoutState = u"/usr/bin/defaults read com.apple.loginwindow TALLogoutSavesState"_s;
 inline const QString kLoginRelaunch = u"/usr/bin/defaults read com.apple.loginwindow LoginwindowLaunchesRelaunchApps"_s;
 inline const QString kKeptWindows = u"/usr/bin/defaults read NSGlobalDomain NSQuitAlwaysKeepsWindows"_s;
-inline const QString kTimeMachine = u"/usr/bin/tmutil status"_s;
+inline const QString kTimeMachine = u"/usr/bin/defaults read /Library/Preferences/com.apple.TimeMachine AutoBackup"_s;
+inline const QString kBackupDestination = u"/usr/bin/tmutil destinationinfo"_s;
+inline const QString kBackupStatus = u"/usr/bin/tmutil status"_s;
 inline const QString kSpotlight = u"/usr/bin/mdutil -s /"_s;
 
 /// What the check of a profile reads that leaves the tweaks off; interface sounds may be on or off.

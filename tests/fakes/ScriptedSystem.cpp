@@ -1,5 +1,7 @@
 #include "fakes/ScriptedSystem.h"
 
+#include "fakes/ReadingLines.h"
+
 namespace quorvane {
 
 QFuture<CommandOutcome> ScriptedCommandLauncher::run(QStringList arguments, OutputCapture capture) {
@@ -101,6 +103,9 @@ QString FixedMachine::dateAndTimeText(const QDateTime& moment) const {
 }
 
 ScriptedSystem::ScriptedSystem() {
+    files.addFile(kTimeMachineSettings, "settings");
+    setAutomaticBackups(false);
+    setBackupDestination(true);
     QObject::connect(&system, &SystemManager::messageLogged, [this](const QString& line) { trace.append(line); });
     QObject::connect(&notifications, &NotificationCenter::posted,
                      [this](const QString& name, const QVariantMap& userInfo) {
@@ -109,6 +114,23 @@ ScriptedSystem::ScriptedSystem() {
 }
 
 ScriptedSystem::~ScriptedSystem() = default;
+
+void ScriptedSystem::setAutomaticBackups(bool areOn) {
+    commands.print(reading::kTimeMachine, areOn ? "1\n" : "0\n");
+}
+
+void ScriptedSystem::setBackupDestination(bool isThere) {
+    if (isThere) {
+        commands.print(reading::kBackupDestination, "====\nName          : Tape\nKind          : Local\n");
+    } else {
+        commands.fail(reading::kBackupDestination, 1, "tmutil: No destinations configured.\n");
+    }
+}
+
+void ScriptedSystem::makeBackupsUnreadable() {
+    files.failOn(MemoryFileManager::Operation::Read, kTimeMachineSettings);
+    commands.fail(reading::kTimeMachine, 1); // as if the key weren't set
+}
 
 QString ScriptedSystem::takeTrace() {
     return std::exchange(trace, {}).join(u'\n') + u'\n';

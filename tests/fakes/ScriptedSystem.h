@@ -103,6 +103,7 @@ public:
 };
 
 /// A SystemManager over scripted ports. `trace` holds commands, scripts and log lines in the order in which they came.
+/// Automatic backups are off, and that may be read.
 class ScriptedSystem : public ::testing::Test {
 public:
     ~ScriptedSystem() override;
@@ -113,6 +114,12 @@ protected:
     /// What was logged, run and asked since the last call, one per line.
     QString takeTrace();
     Host hostWith(FileManager& disk, Clock& time);
+
+    inline static const QString kTimeMachineSettings = u"/Library/Preferences/com.apple.TimeMachine.plist"_s;
+    void setAutomaticBackups(bool areOn);
+    void setBackupDestination(bool isThere);
+    /// Takes Full Disk Access from the program.
+    void makeBackupsUnreadable();
 
     QStringList trace;
     QList<QPair<QString, QVariantMap>> posted;

@@ -10,7 +10,7 @@ WayBackMac::WayBackMac() {
     macsim::createMac(original(), description, macsim::simulatorTools().keys(), program());
     InProcessHost host(original(), program(), &march);
     SystemManager system(host.host(), notifications);
-    EXPECT_TRUE(QCoro::waitFor(system.captureSystemSnapshot(u"Early"_s, SystemManager::MasterArchive::Yes)));
+    EXPECT_TRUE(QCoro::waitFor(system.captureSystemSnapshot(u"Early"_s, SystemManager::MasterArchive::Yes)).isSaved);
     ProfileManager(host.host().files, kWayBackProfiles).saveProfile(gig());
     EXPECT_TRUE(QCoro::waitFor(system.applyProfile(gig())));
 }
@@ -47,7 +47,8 @@ QString WayBackMac::faultsFile(const QByteArray& rules) {
 bool WayBackMac::capture(const QString& mac, QStringList* log, const QString& faults) {
     InProcessHost host(mac, program(), nullptr, faults);
     SystemManager system(host.host(), notifications);
-    const bool isSaved = QCoro::waitFor(system.captureSystemSnapshot(u"Late"_s, SystemManager::MasterArchive::Yes));
+    const bool isSaved =
+        QCoro::waitFor(system.captureSystemSnapshot(u"Late"_s, SystemManager::MasterArchive::Yes)).isSaved;
     if (log != nullptr) {
         *log = system.logMessages();
     }

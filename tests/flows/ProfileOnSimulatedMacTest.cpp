@@ -12,6 +12,12 @@ protected:
         : SimulatedSystem(u"studio-desktop"_s) {}
 };
 
+class ProfileOnOldMacBook : public SimulatedSystem {
+protected:
+    ProfileOnOldMacBook()
+        : SimulatedSystem(u"old-macbook"_s) {}
+};
+
 class ProfileOnDjLaptop : public SimulatedSystem {
 protected:
     ProfileOnDjLaptop()
@@ -53,15 +59,14 @@ TEST_F(ProfileOnSimulatedMac, aWholeProfileIsAppliedUnderOnePromptAndVerified) {
                   u"+ /Users/alex/Library/Preferences/com.quorvane.app.plist: file\n"
                   "+ /Users/alex/Library/Preferences/com.quorvane.app.plist QuorvaneLastAppliedProfileName: "
                   "<string>Live Set</string>\n"
+                  "+ /Users/alex/Library/Preferences/com.quorvane.app.plist QuorvaneSwitchedBackupsOff: <true/>\n"
                   "+ state launchd/jobs/gui~1501/com.apple.notificationcenterui.agent/lastExitStatus: -15\n"
                   "~ state launchd/jobs/gui~1501/com.apple.notificationcenterui.agent/pid: 418 → 419\n"
                   "~ state power/sources/AC Power/disksleep: 10 → 0\n"
                   "~ state power/sources/AC Power/sleep: 1 → 0\n"
-                  "~ state power/sources/AC Power/sms: 1 → 0\n"
                   "~ state power/sources/AC Power/standby: 1 → 0\n"
                   "~ state power/sources/Battery Power/disksleep: 10 → 0\n"
                   "~ state power/sources/Battery Power/sleep: 1 → 0\n"
-                  "~ state power/sources/Battery Power/sms: 1 → 0\n"
                   "~ state power/sources/Battery Power/standby: 1 → 0\n"
                   "~ state processes \"NotificationCenter\"/pid: 418 → 419\n"
                   "~ state spotlight/volumes/~1: \"enabled\" → \"disabled\"\n"
@@ -73,7 +78,10 @@ TEST_F(ProfileOnSimulatedMac, aCancelledPromptLeavesTheSystemSettingsAlone) {
     const macsim::MacPicture before = picture();
     EXPECT_FALSE(apply(exampleProfile(u"live-set"_s)));
     EXPECT_EQ(picture().changesSince(before),
-              kUserChanges + u"+ state launchd/jobs/gui~1501/com.apple.notificationcenterui.agent/lastExitStatus: -15\n"
+              kUserChanges + u"+ /Users/alex/Library/Preferences/com.quorvane.app.plist: file\n"
+                             "+ /Users/alex/Library/Preferences/com.quorvane.app.plist QuorvaneSwitchedBackupsOff: "
+                             "<false/>\n"
+                             "+ state launchd/jobs/gui~1501/com.apple.notificationcenterui.agent/lastExitStatus: -15\n"
                              "~ state launchd/jobs/gui~1501/com.apple.notificationcenterui.agent/pid: 418 → 419\n"
                              "~ state processes \"NotificationCenter\"/pid: 418 → 419\n"_s);
     EXPECT_TRUE(log().contains(u"  [ERROR] Administrator authorization was cancelled or failed: User canceled.\n"_s));
@@ -113,11 +121,9 @@ TEST_F(ProfileOnSimulatedMac, defaultTakesEveryTweakBack) {
               "+ state launchd/disabled/user~1501/com.apple.notificationcenterui.agent: false\n"
               "~ state power/sources/AC Power/disksleep: 0 → 10\n"
               "~ state power/sources/AC Power/sleep: 0 → 1\n"
-              "~ state power/sources/AC Power/sms: 0 → 1\n"
               "~ state power/sources/AC Power/standby: 0 → 1\n"
               "~ state power/sources/Battery Power/disksleep: 0 → 10\n"
               "~ state power/sources/Battery Power/sleep: 0 → 1\n"
-              "~ state power/sources/Battery Power/sms: 0 → 1\n"
               "~ state power/sources/Battery Power/standby: 0 → 1\n"
               "~ state spotlight/volumes/~1: \"disabled\" → \"enabled\"\n"
               "~ state spotlight/volumes/~1System~1Volumes~1Data: \"disabled\" → \"enabled\"\n"_s);
@@ -146,22 +152,51 @@ TEST_F(ProfileOnSimulatedMac, applyingTwiceChangesNothingTheSecondTime) {
               "~ state processes \"NotificationCenter\"/pid: 419 → 420\n"_s);
 }
 
-TEST_F(ProfileOnSimulatedMac, anUnselectedTimeMachineCountsAsAWarningWhileNoBackupRuns) {
-    EXPECT_TRUE(apply(exampleProfile(u"rehearsal"_s)));
-    EXPECT_TRUE(log().contains(u"  [MISSING] Time Machine — expected enabled\n"
-                               "  [VERIFY] 1 setting(s) could not be confirmed.\n"
-                               "\n[PROFILE] Rehearsal applied with verification warnings — check logs.\n"_s));
-}
-
-TEST_F(ProfileOnStudioDesktop, aMacWithoutMotionSensorCannotConfirmIt) {
+TEST_F(ProfileOnSimulatedMac, automaticBackupsAreVerifiedWhetherOrNotABackupRuns) {
+    for (const bool isRunning : {false, true}) {
+        host->mac().state().update("timeMachine", [&](macsim::Json& state) { state["running"] = isRunning; });
+        EXPECT_TRUE(apply(exampleProfile(u"rehearsal"_s)));
+        EXPECT_TRUE(log().endsWith(u"  [OK] Time Machine — enabled\n"
+                                   "  [OK] Clean Reboot — app restoration enabled\n"
+                                   "  [VERIFY] All settings confirmed on system.\n"
+                                   "\n[PROFILE] Rehearsal applied and verified successfully.\n"_s))
+            << log().toStdString();
+    }
     EXPECT_TRUE(apply(exampleProfile(u"live-set"_s)));
-    EXPECT_TRUE(log().contains(u"  [MISSING] Motion Sensor — expected sms 0\n"_s));
-    EXPECT_EQ(system->lastApplyVerification()->failed.size(), 1);
+    EXPECT_TRUE(log().contains(u"  [OK] Time Machine — disabled\n"
+                               "  [INFO] A backup is running and will finish first.\n"_s));
 }
 
-TEST_F(ProfileOnDjLaptop, withoutFullDiskAccessTimeMachineRunsOnAndTheRestIsApplied) {
+TEST_F(ProfileOnStudioDesktop, aMotionSensorThatIsNotThereIsNothingToConfirm) {
+    EXPECT_TRUE(apply(exampleProfile(u"live-set"_s)));
+    EXPECT_TRUE(log().contains(u"  [OK] Motion Sensor — not present on this Mac\n"_s));
+    EXPECT_EQ(system->lastApplyVerification()->failed, QList<ApplyVerificationResult::Item>());
+}
+
+TEST_F(ProfileOnOldMacBook, whatItHasIsSwitchedAndWhatItLacksIsLeftAloneThereAndBack) {
+    const auto powerOfSensor = [this] { return shell(u"pmset -g custom"_s).count(u" sms                  0\n"_s); };
+    EXPECT_TRUE(apply(exampleProfile(u"live-set"_s)));
+    EXPECT_TRUE(log().contains(u"  [OK] Motion Sensor — disabled\n"
+                               "  [OK] Spotlight — indexing off\n"
+                               "  [OK] Time Machine — not set up on this Mac\n"_s));
+    EXPECT_EQ(system->lastApplyVerification()->failed, QList<ApplyVerificationResult::Item>());
+    EXPECT_EQ(powerOfSensor(), 2);
+    EXPECT_TRUE(QCoro::waitFor(system->restoreDefault()).succeeded);
+    EXPECT_EQ(powerOfSensor(), 0);
+    EXPECT_FALSE(volume().exists(u"/Library/Preferences/com.apple.TimeMachine.plist"_s)) << "nothing has switched it";
+    const auto match = QCoro::waitFor(system->scanCurrentSystem({}, {}));
+    ASSERT_TRUE(match);
+    EXPECT_EQ(match->name, u"Default"_s);
+}
+
+TEST_F(ProfileOnDjLaptop, withoutFullDiskAccessBackupsAreNeitherReadNorSwitchedAndTheRestIsApplied) {
+    const macsim::MacPicture before = picture();
     EXPECT_TRUE(apply(exampleProfile(u"club-night-2023"_s)));
-    EXPECT_TRUE(log().contains(u"  [MISSING] Time Machine — expected disabled\n"_s));
+    EXPECT_TRUE(log().contains(u"  [MISSING] Time Machine — could not read status\n"
+                               "  [INFO] Time Machine may not be read.\n"
+                               "  [INFO] Allow Quorvane to read it in System Settings › Privacy & Security › Full Disk "
+                               "Access.\n"_s));
+    EXPECT_FALSE(picture().changesSince(before).contains(u"TimeMachine"_s));
     EXPECT_TRUE(log().contains(u"  [OK] Spotlight — indexing off\n"_s));
     EXPECT_TRUE(log().contains(u"  [OK] USB Power — sleep disabled\n"_s));
 }
@@ -172,8 +207,7 @@ TEST_F(ProfileOnSimulatedMac, aToolThatFailsLeavesTheOthersRunning) {
     start(R"([{"tool": "pmset", "arguments": "^-a", "status": 1, "error": "pmset: broken\n"}])");
     EXPECT_TRUE(apply(exampleProfile(u"live-set"_s)));
     EXPECT_TRUE(log().contains(u"  [MISSING] USB Power — expected standby/disk/sleep at 0\n"
-                               "  [MISSING] Motion Sensor — expected sms 0\n"
-                               "  [VERIFY] 2 setting(s) could not be confirmed.\n"_s));
+                               "  [VERIFY] 1 setting(s) could not be confirmed.\n"_s));
     EXPECT_EQ(shell(u"mdutil -s /"_s), u"/:\n\tIndexing disabled.\n"_s);
 }
 

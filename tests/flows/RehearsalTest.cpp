@@ -76,11 +76,10 @@ TEST_F(RehearsalTest, applyLeavesEveryTweakInForceAndDefaultTakesThemBack) {
     EXPECT_EQ(power.count(" standby              0\n"), 2);
     EXPECT_EQ(power.count(" disksleep            0\n"), 2);
     EXPECT_EQ(power.count(" sleep                0\n"), 2);
-    EXPECT_EQ(power.count(" sms                  0\n"), 2);
 
     EXPECT_EQ(rehearse({u"default"_s}).status, 0);
     EXPECT_EQ(shell(readings), "1\n1\n1\n1\n1\n0\n1\n/:\n\tIndexing enabled. \n");
-    EXPECT_EQ(shell(u"pmset -g custom"_s).count(" sms                  1\n"), 2);
+    EXPECT_EQ(shell(u"pmset -g custom"_s).count(" standby              1\n"), 2);
     EXPECT_EQ(rehearse({u"verify"_s, example(u"live-set"_s)}).status, 1);
 }
 
@@ -100,7 +99,10 @@ TEST_F(RehearsalTest, aCancelledPromptEndsWithStatusOne) {
 }
 
 TEST_F(RehearsalTest, aWarningEndsWithStatusOneThoughTheProfileIsApplied) {
-    const Ending run = rehearse({u"apply"_s, example(u"rehearsal"_s)});
+    ASSERT_EQ(rehearse({u"shell"_s, u"--root"_s, u"tmutil disable"_s}).status, 0);
+    const QString faults =
+        file(u"faults.json"_s, R"([{"tool": "tmutil", "arguments": "enable", "status": 80, "error": "refused\n"}])");
+    const Ending run = start({u"--mac"_s, macFolder(), u"--faults"_s, faults, u"apply"_s, example(u"rehearsal"_s)});
     EXPECT_EQ(run.status, 1);
     EXPECT_TRUE(run.output.endsWith("\n[PROFILE] Rehearsal applied with verification warnings — check logs.\n"));
     EXPECT_EQ(shell(u"defaults read com.quorvane.app QuorvaneLastAppliedProfileName"_s), "Rehearsal\n");
@@ -366,7 +368,7 @@ TEST_F(RehearsalTest, faultsThatCannotBeUnderstoodAreRefused) {
 }
 
 TEST_F(RehearsalTest, everyExampleMacCanBeMade) {
-    for (const QString& name : {u"dj-laptop"_s, u"studio-desktop"_s, u"fresh-macbook"_s}) {
+    for (const QString& name : {u"dj-laptop"_s, u"studio-desktop"_s, u"fresh-macbook"_s, u"old-macbook"_s}) {
         const QString description = QStringLiteral(QUORVANE_SOURCE_DIR "/examples/macs/") + name + u".json"_s;
         const Ending run = start({u"--mac"_s, folder.path() + u'/' + name, u"new"_s, description});
         EXPECT_EQ(run.status, 0) << run.error.toStdString();
@@ -432,6 +434,39 @@ TEST_F(RehearsalTest, aTerminationEndsAHangingToolAndTheFlow) {
     EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
     EXPECT_EQ(process.exitCode(), 1);
     EXPECT_TRUE(process.readAllStandardOutput().endsWith("apply failed or was cancelled — check logs.\n"));
+}
+
+TEST_F(RehearsalTest, whatNobodyAnsweredIsNotVerified) {
+    UnifiedProfile profile;
+    profile.id = QUuid::createUuid();
+    profile.name = u"Quiet"_s;
+    profile.settings.updates = true;
+    profile.settings.siri = true;
+    profile.settings.uiSounds = true;
+    const QString quiet = file(u"quiet.json"_s, encodeProfile(profile));
+    const QByteArray missing = "  [MISSING] Software Updates — expected disabled\n"
+                               "  [MISSING] Siri — expected disabled\n"
+                               "  [MISSING] UI Sounds — expected muted\n"
+                               "  [VERIFY] 3 setting(s) could not be confirmed.\n";
+
+    const QString dead = file(u"dead.json"_s, R"([{"tool": "defaults", "signal": 9}])");
+    const Ending killed = start({u"--mac"_s, macFolder(), u"--faults"_s, dead, u"tweaks"_s, quiet});
+    EXPECT_EQ(killed.status, 1);
+    EXPECT_TRUE(killed.output.endsWith(missing)) << killed.output.toStdString();
+    EXPECT_FALSE(killed.output.contains("[OK]"));
+
+    const QString hanging = file(u"hanging.json"_s, R"([{"tool": "defaults", "hang": true}])");
+    QProcess process;
+    process.start(QStringLiteral(REHEARSAL_PROGRAM),
+                  {u"--mac"_s, macFolder(), u"--faults"_s, hanging, u"tweaks"_s, quiet});
+    ASSERT_TRUE(process.waitForReadyRead(60000));
+    process.terminate();
+    ASSERT_TRUE(process.waitForFinished(60000));
+    EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(process.exitCode(), 1);
+    const QByteArray output = process.readAllStandardOutput();
+    EXPECT_TRUE(output.endsWith(missing)) << output.toStdString();
+    EXPECT_FALSE(output.contains("[OK]"));
 }
 
 TEST_F(RehearsalTest, aTerminationEndsAShellThatHangs) {

@@ -155,51 +155,22 @@ std::optional<QString> capturedPower(const RoundTrip& trip, const QString& name)
                                   : snapshot.pmsetSms;
 }
 
-bool hasAllSleepSettings(const RoundTrip& trip) {
-    return trip.snapshot.pmsetStandby && trip.snapshot.pmsetDisksleep && trip.snapshot.pmsetSleep;
-}
-
 /// The first source whose section has a line that begins so.
 QString firstSource(const RoundTrip& trip) {
     return QString::fromStdString(trip.mac["power"]["sources"].begin().key());
 }
 
-/// True where a delay of standby is listed before standby itself, or without it.
-bool listsDelayFirst(const RoundTrip& trip) {
-    const Json section = trip.mac["power"]["sources"].front();
-    for (const auto& [name, value] : section.items()) {
-        if (name.starts_with("standby")) {
-            return name != "standby";
-        }
-    }
-    return false;
-}
-
 bool isOfAnotherPowerSource(const Difference& difference, const RoundTrip& trip) {
     const auto setting = powerSettingOf(difference);
-    const bool isRestored = setting && (setting->name == u"sms" || hasAllSleepSettings(trip)) &&
-                            !(setting->name == u"standby" && listsDelayFirst(trip));
-    return isRestored && setting->source != firstSource(trip) && difference.after == capturedPower(trip, setting->name);
+    return setting && difference.after && setting->source != firstSource(trip) &&
+           difference.after == capturedPower(trip, setting->name);
 }
 
-bool isOfIncompleteSleepSettings(const Difference& difference, const RoundTrip& trip) {
-    const auto setting = powerSettingOf(difference);
-    return setting && setting->name != u"sms" && !hasAllSleepSettings(trip) &&
-           QStringList({u"0"_s, u"1"_s, u"10"_s}).contains(difference.after.value_or(QString()));
-}
-
-bool isStandbyThatTookItsDelay(const Difference& difference, const RoundTrip& trip) {
-    const auto setting = powerSettingOf(difference);
-    return setting && setting->name == u"standby" && listsDelayFirst(trip) && hasAllSleepSettings(trip) &&
-           trip.snapshot.pmsetStandby != u"0" && difference.after == u"1";
-}
-
-bool isOfTimeMachine(const Difference& difference, const RoundTrip& trip) {
+bool isOfBackupsNeverSwitched(const Difference& difference, const RoundTrip& trip) {
     const QString file = u"/Library/Preferences/com.apple.TimeMachine.plist"_s;
-    const bool isRunning = trip.mac["timeMachine"]["running"].get<bool>();
-    const bool isSwitched =
-        difference.key == file + u" AutoBackup"_s && difference.after == (isRunning ? u"<true/>"_s : u"<false/>"_s);
-    return isSwitched || (difference.key == file && !difference.before);
+    const bool isFile = difference.key == file;
+    const bool isSwitch = difference.key == file + u" AutoBackup"_s && difference.after == u"<false/>";
+    return (isFile || isSwitch) && !difference.before && trip.mac["timeMachine"].contains("destination");
 }
 
 std::optional<QString> indexedVolume(const Difference& difference) {
@@ -492,11 +463,8 @@ const QList<RoundTripException>& roundTripExceptions() {
          isOfNotificationCenter},
         {u"Different sleep settings on battery and on the mains", "one value is read, and written for every source",
          isOfAnotherPowerSource},
-        {u"Macs that lack one of the sleep settings", "standby, disk sleep and sleep go together or not at all",
-         isOfIncompleteSleepSettings},
-        {u"Standby on Macs that list its delays first", "the first line that begins with \"standby\" counts",
-         isStandbyThatTookItsDelay},
-        {u"Automatic backups", "whether a backup was running is what is captured", isOfTimeMachine},
+        {u"Automatic backups that were never switched", "a key that isn't set means off, and comes back as that",
+         isOfBackupsNeverSwitched},
         {u"Spotlight on other disks", "every disk is set like the system's", isOfAnotherIndexedVolume},
         {u"Spotlight in an unusual state", "it comes back as on or off", isUnusualIndexing},
         {u"Applications that a profile opens", "what has come to the login items stays",

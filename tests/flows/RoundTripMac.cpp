@@ -131,6 +131,9 @@ void drawSpotlight(Json& mac, Draw& draw) {
 
 void drawTimeMachine(Json& mac, Draw& draw) {
     mac["timeMachine"]["running"] = draw.oneIn(2);
+    if (draw.oneIn(3)) {
+        mac["timeMachine"].erase("destination");
+    }
     Json& files = mac["preferences"]["files"];
     if (draw.oneIn(4)) {
         files.erase("/Library/Preferences/com.apple.TimeMachine");

@@ -129,7 +129,7 @@ private:
 
     void capture() {
         const auto archive = m_draw.oneIn(3) ? SystemManager::MasterArchive::Yes : SystemManager::MasterArchive::No;
-        ASSERT_TRUE(QCoro::waitFor(m_system->captureSystemSnapshot(u"Before"_s, archive)));
+        ASSERT_TRUE(QCoro::waitFor(m_system->captureSystemSnapshot(u"Before"_s, archive)).isSaved);
         const Host host = m_host->host();
         m_trip.snapshot = SnapshotManager(host.files, host.machine).load().value();
         m_trip.isOneWay = m_draw.oneIn(3);

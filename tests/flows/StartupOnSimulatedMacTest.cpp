@@ -2,6 +2,7 @@
 // list and the disk show afterwards, in good days and in bad ones.
 
 #include "fakes/SimulatedStartup.h"
+#include "profiles/ApplyPreviews.h"
 
 #include <algorithm>
 
@@ -68,6 +69,42 @@ TEST_F(StartupOnSimulatedMac, everyKindOfItemIsSwitchedOffUnderOnePrompt) {
                      "  [APPLIED] Quarantined bundled startup resource: Sync Helper.app\n"
                      "All 4 setting(s) verified on the system.\n"_s);
     EXPECT_EQ(picture().changesSince(before), QString::fromUtf8(projectFile(u"tests/flows/office-changes.txt"_s)));
+}
+
+TEST_F(StartupOnSimulatedMac, anAddedApplicationStaysUnderACleanRebootHoweverOftenItIsApplied) {
+    const QString path = u"/Applications/Bitwig Studio.app"_s;
+    addFile(path + u"/Contents/Info.plist"_s, plistText({{u"CFBundleIdentifier"_s, u"com.bitwig.BitwigStudio"_s}}));
+    addLoginItem(u"Chat"_s, u"/Applications/Chat.app"_s);
+    UnifiedProfile profile;
+    profile.id = QUuid::createUuid();
+    profile.name = u"Gig"_s;
+    profile.settings.cleanReboot = true;
+    profile.startup.items = {StartupItem::fromLaunchItem({u"Bitwig Studio"_s, path, false})};
+    ASSERT_TRUE(apply(profile));
+    EXPECT_EQ(loginNames(), QStringList(u"Bitwig Studio"_s));
+
+    // As the editor saves it, and as an earlier version of it did.
+    UnifiedProfile merged = profile;
+    merged.startup = profile.startup.mergedWithDiscovered(discover(), true).configuration;
+    UnifiedProfile withTrace = profile;
+    StartupItem ownTrace = startupItemOf(LoginItem{u"Bitwig Studio"_s, path, false});
+    ownTrace.runsAtStartup = false;
+    withTrace.startup.items.append(ownTrace);
+    for (const UnifiedProfile& again : {merged, withTrace}) {
+        const qsizetype logged = system->logMessages().size();
+        const macsim::MacPicture before = picture();
+        EXPECT_TRUE(apply(again));
+        const QStringList lines = system->logMessages().mid(logged);
+        EXPECT_EQ(lines.filter(u"Removed login item"_s) + lines.filter(u"Added login item"_s), QStringList());
+        for (const QString& checked : {u"Login item"_s, u"Startup app"_s, u"Clean Reboot"_s}) {
+            EXPECT_EQ(lines.filter(u"[MISSING] "_s + checked), QStringList());
+        }
+        EXPECT_FALSE(picture().changesSince(before).contains(u"Bitwig"_s));
+        const StartupChangePreview preview = QCoro::waitFor(system->previewProfile(again)).startup;
+        EXPECT_EQ(preview.willDisable, QList<StartupItem>());
+        EXPECT_EQ(preview.willAdd, QList<StartupLaunchItem>());
+        EXPECT_EQ(preview.willRemove, QList<StartupLaunchItem>());
+    }
 }
 
 TEST_F(StartupOnSimulatedMac, switchedOffTwiceNothingChangesTheSecondTime) {

@@ -40,7 +40,7 @@ TEST_F(WayBackRehearsal, revertTakesTheSnapshotBack) {
     ASSERT_EQ(preference(u"com.apple.Siri Status"_s), "Disabled");
     const Json reverted = json({u"revert"_s});
     EXPECT_EQ(reverted.at("succeeded"), true);
-    EXPECT_EQ(reverted.at("restore"), Json({{"source", "snapshot"}, {"hasSnapshotFile", true}}));
+    EXPECT_EQ(reverted.at("restore"), Json({{"source", "snapshot"}}));
     EXPECT_EQ(reverted.at("alert"),
               Json({{"title", "Success"},
                     {"text", "Performance tweaks restored from your saved snapshot.\n\nPlease restart your Mac."}}));
@@ -80,15 +80,21 @@ TEST_F(WayBackRehearsal, defaultIsDoneWhateverTheScanFinds) {
                                     "  Standard macOS settings restored.\n"
                                     "  Please restart your Mac.\n"
                                     "\n[VERIFY] Scanning current system settings...\n"
-                                    "  [VERIFY] No saved profile fully matches the current system.\n"))
+                                    "\n[VERIFY] System matches: Default\n"
+                                    "  [OK] Default preset — no performance optimizations active\n"
+                                    "  [OK] Clean Reboot — standard app restoration\n"
+                                    "  [VERIFY] All settings confirmed on system.\n"
+                                    "  [VERIFY] Active configuration: Default (default)\n"))
         << run.output.toStdString();
     EXPECT_EQ(preference(u"com.quorvane.app QuorvaneLastAppliedProfileName"_s), "Default");
     const Json report = json({u"default"_s});
-    EXPECT_EQ(report.at("restore"), Json({{"source", "standardDefaults"}, {"hasSnapshotFile", false}}));
+    EXPECT_EQ(report.at("restore"), Json({{"source", "standardDefaults"}}));
     EXPECT_FALSE(report.contains("match"));
 }
 
 TEST_F(WayBackRehearsal, aScanNamesTheSavedProfileThatFits) {
+    EXPECT_EQ(rehearse({u"scan"_s}).status, 0) << "Default, as it comes";
+    ASSERT_EQ(rehearse({u"shell"_s, u"defaults write NSGlobalDomain NSAppSleepDisabled -bool YES"_s}).status, 0);
     EXPECT_EQ(rehearse({u"scan"_s}).status, 1);
     ASSERT_EQ(rehearse({u"apply"_s, example(u"live-set"_s)}).status, 0);
     const Ending run = rehearse({u"scan"_s});
@@ -102,6 +108,54 @@ TEST_F(WayBackRehearsal, aScanNamesTheSavedProfileThatFits) {
     EXPECT_EQ(match.at("name"), "Live Set");
     EXPECT_EQ(match.at("kind"), "savedProfile");
     EXPECT_EQ(match.at("verification").at("failed"), Json::array());
+}
+
+TEST_F(WayBackRehearsal, aScanThatOnlyKeepsTheLastProfileEndsWithStatusOne) {
+    ASSERT_EQ(rehearse({u"apply"_s, example(u"live-set"_s)}).status, 0);
+    ASSERT_EQ(rehearse({u"revert"_s}).status, 0);
+    shell(u"defaults write com.apple.NetworkBrowser DisableAirDrop -bool YES"_s); // so that it isn't Default either
+    const Ending run = rehearse({u"scan"_s});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.output, "\n[VERIFY] Scanning current system settings...\n"
+                          "\nNo Match Found\n"
+                          "  No saved profile fully matches your current system settings.\n"
+                          "  Check the Logs tab for details.\n");
+    EXPECT_EQ(json({u"scan"_s}).at("match"),
+              Json({{"name", "Live Set"},
+                    {"kind", "savedProfile"},
+                    {"verification", {{"verified", Json::array()}, {"failed", Json::array()}}},
+                    {"isKept", true}}));
+}
+
+TEST_F(WayBackRehearsal, aSnapshotThatCannotBeArchivedEndsWithStatusOne) {
+    shell(u"mkdir ~/.quorvane; touch ~/.quorvane/x; chmod 500 ~/.quorvane"_s);
+    const QString faults =
+        file(u"faults.json"_s, R"([{"adapter": "files", "error": "No space left on device", "change": 3}])");
+    const Ending run = start({u"--mac"_s, macFolder(), u"--faults"_s, faults, u"snapshot"_s, u"--master"_s});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_TRUE(
+        run.output.contains("  [SNAPSHOT] Saved system baseline.\n  [ERROR] Could not archive master baseline: "));
+    EXPECT_TRUE(run.output.endsWith("\nBaseline Not Archived\n"
+                                    "  Your current system setup has been saved, but not as a master baseline. Check "
+                                    "the Logs tab for details.\n"))
+        << run.output.toStdString();
+}
+
+TEST_F(WayBackRehearsal, aCaptureThatSystemEventsRefusesLeavesTheSnapshot) {
+    ASSERT_EQ(rehearse({u"snapshot"_s, u"Before"_s}).status, 0);
+    const QString path = u"cat ~/Library/'Application Support'/Quorvane/system_snapshot.json"_s;
+    const QByteArray before = shell(path);
+    const QString faults = file(u"faults.json"_s, R"([{"tool": "osascript", "status": 1, "error": "Not authorized"}])");
+    const Ending run = start({u"--mac"_s, macFolder(), u"--faults"_s, faults, u"snapshot"_s});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.output,
+              "\nCapturing system snapshot...\n"
+              "  [ERROR] Could not read login items: Not authorized\n"
+              "  [INFO] Grant Automation permission for System Events in System Settings → Privacy & Security.\n"
+              "  [ERROR] Failed to save snapshot: Could not read login items.\n"
+              "\nSnapshot Failed\n"
+              "  Could not save the restore baseline. Check the Logs tab for details.\n");
+    EXPECT_EQ(shell(path), before);
 }
 
 TEST_F(WayBackRehearsal, theDefaultProfileTakesTheRoadOfDefault) {

@@ -40,7 +40,7 @@ protected:
     }
 
     bool capture(SystemManager::MasterArchive archive = SystemManager::MasterArchive::No) {
-        return QCoro::waitFor(system->captureSystemSnapshot(u"Before the gig"_s, archive));
+        return QCoro::waitFor(system->captureSystemSnapshot(u"Before the gig"_s, archive)).isSaved;
     }
     RestoreOutcome reinstate() { return QCoro::waitFor(system->reinstateWholeSystem()); }
     RestoreOutcome revert() { return QCoro::waitFor(system->undoTweaks()); }
@@ -81,11 +81,6 @@ protected:
         return lines.join(u'\n');
     }
     Json loginItems() const { return host->mac().state().read("loginItems"); }
-
-    /// Whether a backup is running just now.
-    void setBackupRunning(bool isRunning) const {
-        changeState("timeMachine", [isRunning](Json& timeMachine) { timeMachine["running"] = isRunning; });
-    }
 
     /// The commands of the user that the journal has got since it had so many records.
     QStringList commandsSince(qsizetype records) const {
@@ -138,7 +133,7 @@ TEST_F(WayBack, reinstateBringsBackPreferencesPowerNetworkAndLoginItems) {
     EXPECT_EQ(loginNames(), QStringList(u"Ableton Live 11 Suite"_s));
 
     const qsizetype lines = system->logMessages().size();
-    EXPECT_EQ(reinstate(), (RestoreOutcome{true, RestoreSource::Snapshot, true}));
+    EXPECT_EQ(reinstate(), (RestoreOutcome{true, RestoreSource::Snapshot}));
     EXPECT_EQ(logSince(lines), QString::fromUtf8(projectFile(u"tests/flows/gig-reinstated.log"_s)));
     EXPECT_EQ(preferences(), preferencesBefore);
     EXPECT_EQ(powerSettings(), powerBefore);
@@ -164,7 +159,7 @@ TEST_F(WayBack, revertLeavesLoginItemsAndNetworkAlone) {
     ASSERT_TRUE(capture());
     ASSERT_TRUE(apply(gig()));
     const qsizetype lines = system->logMessages().size();
-    EXPECT_EQ(revert(), (RestoreOutcome{true, RestoreSource::Snapshot, true}));
+    EXPECT_EQ(revert(), (RestoreOutcome{true, RestoreSource::Snapshot}));
     EXPECT_TRUE(logSince(lines).contains(u"\nRestoring from saved system snapshot (Before the gig)...\n"_s));
     EXPECT_EQ(preferences(), preferencesBefore);
     EXPECT_EQ(powerSettings(), powerBefore);
@@ -196,14 +191,13 @@ TEST_F(WayBackOnLaptop, reinstateAfterAFestivalBringsBackItsSettingsAndLoginItem
 TEST_F(WayBack, withoutASnapshotReinstateTakesTheStandardDefaults) {
     ASSERT_TRUE(apply(gig()));
     const qsizetype lines = system->logMessages().size();
-    EXPECT_EQ(reinstate(), (RestoreOutcome{true, RestoreSource::StandardDefaults, false}));
+    EXPECT_EQ(reinstate(), (RestoreOutcome{true, RestoreSource::StandardDefaults}));
     EXPECT_TRUE(
         logSince(lines).startsWith(u"\n[REINSTATE] Restoring system...\n"
                                    "  [INFO] No system snapshot found — using standard restore.\n"
                                    "\nUndoing Audio Performance tweaks (no snapshot — using standard defaults)...\n"_s))
         << logSince(lines).toStdString();
     EXPECT_EQ(preferences(), u"\n\n1\n1\n1\n\n\n1\n\n1\n0\n1\n1\n"_s);
-    EXPECT_EQ(powerSettings().count(u" sms                  1\n"_s), 2);
     EXPECT_EQ(networkServices(), u"Disabled\nDisabled\nDisabled\n"_s);
     EXPECT_EQ(loginNames(), QStringList(u"Ableton Live 11 Suite"_s));
 }
@@ -211,7 +205,7 @@ TEST_F(WayBack, withoutASnapshotReinstateTakesTheStandardDefaults) {
 TEST_F(WayBack, defaultRemovesTheProgramsApplicationsAndBecomesTheLastAppliedProfile) {
     ASSERT_TRUE(apply(gig()));
     ASSERT_EQ(managedApps(), QStringList(kLive));
-    EXPECT_EQ(restoreDefault(), (RestoreOutcome{true, RestoreSource::StandardDefaults, false}));
+    EXPECT_EQ(restoreDefault(), (RestoreOutcome{true, RestoreSource::StandardDefaults}));
     EXPECT_EQ(appliedName(), u"Default"_s);
     EXPECT_EQ(managedApps(), QStringList());
     EXPECT_EQ(loginNames(), QStringList());
@@ -225,7 +219,7 @@ TEST_F(WayBack, aCancelledPromptIsAFailureAndLeavesTheLastAppliedProfile) {
     ASSERT_TRUE(apply(gig()));
     authorization.setAnswer(macsim::Authorization::Cancel);
     for (const RestoreOutcome& outcome : {restoreDefault(), reinstate(), revert()}) {
-        EXPECT_EQ(outcome, (RestoreOutcome{false, RestoreSource::Snapshot, true}));
+        EXPECT_EQ(outcome, (RestoreOutcome{false, RestoreSource::Snapshot}));
     }
     EXPECT_EQ(system->logMessages().count(kCancelledLine), 3);
     EXPECT_EQ(appliedName(), u"Gig"_s);
@@ -253,7 +247,7 @@ TEST_F(WayBack, aBaselineOfAnotherMacIsNamedAfterIt) {
     baseline["deviceName"] = "Studio";
     volume().write(kHomeBaseline, QByteArray::fromStdString(baseline.dump()));
     const qsizetype lines = system->logMessages().size();
-    EXPECT_EQ(reinstate(), (RestoreOutcome{true, RestoreSource::Baseline, false}));
+    EXPECT_EQ(reinstate(), (RestoreOutcome{true, RestoreSource::Baseline}));
     EXPECT_TRUE(logSince(lines).startsWith(u"\n[REINSTATE] Restoring system...\n"
                                            "  [MASTER] Using protected baseline from ~/.quorvane.\n"
                                            "  [INFO] This baseline was saved on Studio.\n"
@@ -276,7 +270,7 @@ TEST_F(WayBack, aBaselineThatOnlyICloudHasIsWaitedFor) {
                            base.bundles, base.backgroundTaskPermissions, base.cloud, clock, base.keychain,
                            base.biometrics, base.displays, base.notifications},
                           notifications);
-    EXPECT_EQ(QCoro::waitFor(patient.reinstateWholeSystem()), (RestoreOutcome{true, RestoreSource::Baseline, false}));
+    EXPECT_EQ(QCoro::waitFor(patient.reinstateWholeSystem()), (RestoreOutcome{true, RestoreSource::Baseline}));
     EXPECT_EQ(patient.logMessages().at(1), u"  [MASTER] Using protected baseline from iCloud."_s);
     EXPECT_EQ(clock.waits, QList<std::chrono::milliseconds>(2, std::chrono::milliseconds(250)));
     EXPECT_EQ(volume().read(kCloudBaseline), baseline);
@@ -295,14 +289,9 @@ TEST_F(WayBack, aScanAfterAnApplyNamesTheProfile) {
     EXPECT_EQ(system->logMessages().last(), u"  [VERIFY] Active configuration: Live Set (saved profile)"_s);
 }
 
-// The check of Time Machine asks whether a backup is running, so an idle Mac looks as if it were switched off.
-TEST_F(WayBack, defaultIsRecognisedWhileABackupIsRunningAndNotOnAnIdleMac) {
+TEST_F(WayBack, defaultIsRecognisedOnceItHasBeenRestored) {
     ASSERT_TRUE(apply(exampleProfile(u"live-set"_s)));
     ASSERT_TRUE(restoreDefault().succeeded);
-    EXPECT_EQ(scan({exampleProfile(u"live-set"_s)}), std::nullopt);
-    EXPECT_EQ(system->logMessages().last(), u"  [VERIFY] No saved profile fully matches the current system."_s);
-
-    setBackupRunning(true);
     const auto match = scan({exampleProfile(u"live-set"_s)});
     ASSERT_TRUE(match.has_value());
     EXPECT_EQ(match->name, u"Default"_s);
@@ -318,7 +307,6 @@ TEST_F(WayBack, defaultIsRecognisedWhileABackupIsRunningAndNotOnAnIdleMac) {
 TEST_F(WayBack, aMacWithoutTheKeysIsNotRecognisedAsDefault) {
     shell(u"defaults delete com.apple.SoftwareUpdate; defaults delete com.apple.commerce; "
           "defaults delete com.apple.assistant.support; defaults delete com.apple.systemsound"_s);
-    setBackupRunning(true);
     EXPECT_EQ(scan(), std::nullopt);
     const ApplyVerificationResult inForce = QCoro::waitFor(
         system->verifyAppliedSettings(PerformanceSettings::fullSelection(), SystemManager::UnselectedTweaks::Ignored));
@@ -329,7 +317,7 @@ TEST_F(WayBack, aMacWithoutTheKeysIsNotRecognisedAsDefault) {
 
 TEST_F(WayBack, aScanRunsExactlyTheReadsThatItNeeds) {
     const qsizetype records = journal().size();
-    EXPECT_EQ(scan(), std::nullopt);
+    EXPECT_TRUE(scan().has_value());
     const QString notificationCenter = system->notificationCenterPreferences();
     EXPECT_EQ(
         commandsSince(records),
@@ -343,7 +331,8 @@ TEST_F(WayBack, aScanRunsExactlyTheReadsThatItNeeds) {
                      u"/usr/bin/defaults read com.apple.CrashReporter DialogType"_s,
                      u"/usr/bin/defaults read com.apple.systemsound com.apple.sound.uiaudio.enabled"_s,
                      u"/usr/bin/defaults read com.apple.NetworkBrowser DisableAirDrop"_s, u"/usr/bin/mdutil -s /"_s,
-                     u"/usr/bin/tmutil status"_s, u"/usr/bin/defaults read com.apple.loginwindow TALLogoutSavesState"_s,
+                     u"/usr/bin/defaults read /Library/Preferences/com.apple.TimeMachine AutoBackup"_s,
+                     u"/usr/bin/defaults read com.apple.loginwindow TALLogoutSavesState"_s,
                      u"/usr/bin/defaults read com.apple.loginwindow LoginwindowLaunchesRelaunchApps"_s}));
 }
 

@@ -19,7 +19,8 @@ using namespace quorvane;
 
 bool run(SystemManager& system, const QString& flow) {
     if (flow == QStringLiteral("capture")) {
-        return QCoro::waitFor(system.captureSystemSnapshot(QStringLiteral("Late"), SystemManager::MasterArchive::Yes));
+        return QCoro::waitFor(system.captureSystemSnapshot(QStringLiteral("Late"), SystemManager::MasterArchive::Yes))
+            .isSaved;
     }
     const RestoreOutcome outcome =
         QCoro::waitFor(flow == QStringLiteral("revert") ? system.undoTweaks() : system.reinstateWholeSystem());

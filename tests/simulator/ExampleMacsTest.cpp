@@ -105,7 +105,21 @@ TEST_P(ExampleMacs, oneNetworkServiceIsDisabledAndNoneHasAnothersName) {
     EXPECT_EQ(static_cast<size_t>(names.size()), services.size());
 }
 
-INSTANTIATE_TEST_SUITE_P(All, ExampleMacs, testing::Values("dj-laptop", "fresh-macbook", "studio-desktop"));
+INSTANTIATE_TEST_SUITE_P(All, ExampleMacs,
+                         testing::Values("dj-laptop", "fresh-macbook", "old-macbook", "studio-desktop"));
+
+/// What differs between Macs and decides what a tweak finds: one old Mac has a motion sensor, and it is the one whose
+/// backups were never set up.
+TEST_P(ExampleMacs, onlyTheOldOneHasAMotionSensorAndNoBackups) {
+    const bool isOld = GetParam() == std::string_view("old-macbook");
+    const Json power = mac().state().read("power");
+    for (const auto& [source, settings] : power.at("sources").items()) {
+        EXPECT_EQ(settings.contains("sms"), isOld) << source;
+    }
+    const Json timeMachine = mac().state().read("timeMachine");
+    EXPECT_EQ(timeMachine.contains("destination"), !isOld);
+    EXPECT_EQ(mac().volume(Actor::Root).exists(u"/Library/Preferences/com.apple.TimeMachine.plist"_s), !isOld);
+}
 
 TEST_P(ExampleProfile, theFestivalSpeaksOfWhatIsOnTheLaptop) {
     QFile file(kExamples + u"profiles/festival.json"_s);

@@ -2,6 +2,7 @@
 
 #include "ToolRun.h"
 #include "simulator/PreferenceStore.h"
+#include "simulator/tools/Defaults.h"
 
 namespace macsim {
 
@@ -89,6 +90,30 @@ TEST_F(Tmutil, rootNeedsFullDiskAccessToo) {
                        "tab of the Security & Privacy preference pane, and add Terminal\n"
                        "to the list of applications which are allowed Full Disk Access.\n"}));
     EXPECT_EQ(autoBackup(), std::nullopt);
+}
+
+TEST_F(Tmutil, itsSettingReadsAsMissingWithoutFullDiskAccess) {
+    EXPECT_EQ(run(u"disable"_s, Actor::Root), kSilent);
+    const QStringList read{u"defaults"_s, u"read"_s, u"/Library/Preferences/com.apple.TimeMachine"_s, u"AutoBackup"_s};
+    EXPECT_EQ(runTool(mac, runDefaults, read), (ToolRun{0, "0\n", {}}));
+    setState(mac, "permissions", {{"fullDiskAccess", false}});
+    for (const Actor actor : {Actor::User, Actor::Root}) {
+        const ToolRun refused = runTool(mac, runDefaults, read, actor);
+        EXPECT_EQ(refused.status, 1);
+        EXPECT_TRUE(refused.error.endsWith("The domain/default pair of (/Library/Preferences/com.apple.TimeMachine, "
+                                           "AutoBackup) does not exist\n"))
+            << refused.error.toStdString();
+    }
+    const QStringList write{u"defaults"_s, u"write"_s, read.at(2), read.at(3), u"-bool"_s, u"YES"_s};
+    EXPECT_NE(runTool(mac, runDefaults, write, Actor::Root).status, 0);
+    setState(mac, "permissions", {{"fullDiskAccess", true}});
+    EXPECT_EQ(autoBackup(), PropertyList(false));
+}
+
+TEST_F(Tmutil, whatNeedsNoRightAnswersWithoutFullDiskAccess) {
+    setState(mac, "permissions", {{"fullDiskAccess", false}});
+    EXPECT_EQ(run(u"destinationinfo"_s), (ToolRun{1, {}, "tmutil: No destinations configured.\n"}));
+    EXPECT_EQ(run(u"status"_s).status, 0);
 }
 
 TEST(TmutilOnTahoe, saysItInOneLine) {

@@ -109,6 +109,32 @@ TEST_F(VolumeTest, theUserWritesOnlyWhatIsHis) {
     EXPECT_EQ(errorOf([&] { user.list(u"/var/root"_s); }), EACCES);
 }
 
+TEST_F(VolumeTest, whatIsPrivateNeedsFullDiskAccessAlsoForRoot) {
+    const QString file = u"/Library/Preferences/com.apple.TimeMachine.plist"_s;
+    const auto give = [this](bool hasAccess) {
+        folder.mac.state().update("permissions", [hasAccess](Json& state) { state["fullDiskAccess"] = hasAccess; });
+    };
+    give(false);
+    for (const Volume& volume : {user, root}) {
+        EXPECT_EQ(errorOf([&] { volume.read(file); }), ENOENT) << "nothing to keep from anybody";
+    }
+    root.write(file, "x");
+    user.createLink(kHome + u"/link"_s, file);
+    for (const Volume& volume : {user, root}) {
+        for (const QString& path : {file, kHome + u"/link"_s}) {
+            give(false);
+            EXPECT_EQ(errorOf([&] { volume.read(path); }), EPERM);
+            EXPECT_FALSE(volume.isReadable(path));
+            EXPECT_TRUE(volume.exists(path));
+            give(true);
+            EXPECT_EQ(errorOf([&] { volume.read(path); }), 0);
+            EXPECT_TRUE(volume.isReadable(path));
+        }
+    }
+    give(false);
+    EXPECT_EQ(errorOf([&] { root.read(u"/Library/Preferences/com.apple.TimeMachine.plist.lock"_s); }), ENOENT);
+}
+
 TEST_F(VolumeTest, readableIsWhatTheActorMayRead) {
     root.write(u"/var/root/secret"_s, "x");
     user.write(kHome + u"/file"_s, "x");

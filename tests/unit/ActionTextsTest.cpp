@@ -97,18 +97,21 @@ TEST(ActionQuestions, namesStandInThemOnOneLine) {
 // ---- Snapshots and the ways back
 
 TEST(RestoreAlerts, aSnapshotIsSavedOrNot) {
-    expectAlert(snapshotAlert(true), u"Snapshot Saved"_s,
-                u"Your current system setup has been saved as the restore baseline."_s);
-    expectAlert(snapshotAlert(false), u"Snapshot Failed"_s,
+    const QString saved = u"Your current system setup has been saved as the restore baseline."_s;
+    expectAlert(snapshotAlert({true, false}, MasterArchive::No), u"Snapshot Saved"_s, saved);
+    expectAlert(snapshotAlert({true, true}, MasterArchive::Yes), u"Snapshot Saved"_s, saved);
+    expectAlert(snapshotAlert({true, false}, MasterArchive::Yes), u"Baseline Not Archived"_s,
+                u"Your current system setup has been saved, but not as a master baseline. Check the Logs tab for "
+                "details."_s);
+    expectAlert(snapshotAlert({}, MasterArchive::No), u"Snapshot Failed"_s,
                 u"Could not save the restore baseline. Check the Logs tab for details."_s);
 }
 
-TEST(RestoreAlerts, anUndoSpeaksOfASnapshotWhereItsFileIsThere) {
-    const QString standard = u"Standard operation restored.\n\nPlease restart your Mac."_s;
-    expectAlert(undoAlert(kFromSnapshot), u"Success"_s,
-                u"Performance tweaks restored from your saved snapshot.\n\nPlease restart your Mac."_s);
-    expectAlert(undoAlert(kToDefaults), u"Success"_s, standard);
-    expectAlert(undoAlert(kFromBaseline), u"Success"_s, standard);
+TEST(RestoreAlerts, anUndoSpeaksOfASnapshotWhereTheUsersOwnValuesCameBack) {
+    const QString own = u"Performance tweaks restored from your saved snapshot.\n\nPlease restart your Mac."_s;
+    expectAlert(undoAlert(kFromSnapshot), u"Success"_s, own);
+    expectAlert(undoAlert(kFromBaseline), u"Success"_s, own);
+    expectAlert(undoAlert(kToDefaults), u"Success"_s, u"Standard operation restored.\n\nPlease restart your Mac."_s);
     expectAlert(undoAlert(kFailed), u"Cancelled"_s,
                 u"System-level defaults were not restored. Check the Logs tab for details."_s);
 }
@@ -171,9 +174,11 @@ TEST(ActionAlerts, aMatchIsToldByTheNameOfAProfileOrAsDefault) {
         systemMatchAlert(SystemConfigurationMatch{u"Default"_s, MatchedConfigurationKind::builtinMode, counted(2, 0)}),
         (ClosingAlert{u"System Verified"_s,
                       u"Current system matches Default.\n\nAll 2 setting(s) verified on the system."_s}));
-    EXPECT_EQ(systemMatchAlert({}),
-              (ClosingAlert{u"No Match Found"_s, u"No saved profile fully matches your current system settings.\n\n"
-                                                 "Check the Logs tab for details."_s}));
+    const ClosingAlert none{u"No Match Found"_s, u"No saved profile fully matches your current system settings.\n\n"
+                                                 "Check the Logs tab for details."_s};
+    EXPECT_EQ(systemMatchAlert({}), none);
+    const SystemConfigurationMatch kept{u"Club"_s, MatchedConfigurationKind::savedProfile, {}, true};
+    EXPECT_EQ(systemMatchAlert(kept), none);
 }
 
 TEST(ActionAlerts, ofProfiles) {
@@ -226,7 +231,7 @@ TEST(ActionReviews, canBeAppliedWhereThereIsSomethingToDo) {
     network.disableNetwork = true;
     EXPECT_TRUE(canApply(ProfileApplyPreview{})) << "it puts all tweaks back";
     EXPECT_FALSE(canApply(TweaksApplyPreview{}));
-    EXPECT_TRUE(canApply(TweaksApplyPreview{{u"Siri"_s}}));
+    EXPECT_TRUE(canApply(TweaksApplyPreview{{u"Siri"_s}, {}}));
     EXPECT_FALSE(canApply(StartupChangePreview{}));
     EXPECT_TRUE(canApply(network));
 }

@@ -1,6 +1,7 @@
 // Each action on its own: what the lock, a question and a cancel make of it, and its steps in order.
 
 #include "fakes/ActionSystem.h"
+#include "fakes/ReadingLines.h"
 
 #include <QRegularExpression>
 
@@ -76,6 +77,40 @@ protected:
         ASSERT_TRUE(ending(session->systemActions.saveSnapshot({}, Archive::No, *listener)).succeeded);
         steps.clear();
         trace.clear();
+    }
+    void answerReadings(const QList<std::pair<QString, QByteArray>>& readings) {
+        for (const auto& [line, value] : readings) {
+            commands.print(line, value + '\n');
+        }
+    }
+    void putEveryTweakInForce() {
+        answerReadings({{reading::kAppNap, "1"},
+                        {reading::kUpdateDownload, "0"},
+                        {reading::kUpdateCheck, "0"},
+                        {reading::kStoreUpdate, "0"},
+                        {reading::kDoNotDisturb, "1"},
+                        {reading::kSiri, "Disabled"},
+                        {reading::kCrashReporter, "none"},
+                        {reading::kSounds, "0"},
+                        {reading::kAirDrop, "1"},
+                        {reading::kPower, " standby 0\n disksleep 0\n sleep 0\n sms 0"},
+                        {reading::kSpotlight, "Indexing disabled."},
+                        {reading::kTimeMachine, "Running = 0;"},
+                        {reading::kLogoutState, "1"},
+                        {reading::kLoginRelaunch, "1"}});
+    }
+    void takeBackEveryTweakButOne() {
+        answerReadings({{reading::kAppNap, "0"},
+                        {reading::kUpdateDownload, "1"},
+                        {reading::kUpdateCheck, "1"},
+                        {reading::kStoreUpdate, "1"},
+                        {reading::kDoNotDisturb, "0"},
+                        {reading::kSiri, "Enabled"},
+                        {reading::kCrashReporter, "crashreport"},
+                        {reading::kSounds, "1"},
+                        {reading::kPower, " standby 1\n disksleep 10\n sleep 1\n sms 1"},
+                        {reading::kSpotlight, "Indexing enabled."},
+                        {reading::kTimeMachine, "Running = 1;"}});
     }
     bool commandsWereRun() const { return !trace.isEmpty(); }
 };
@@ -161,13 +196,69 @@ TEST_F(ActionsTest, noneBeginsWhileAnotherIsAsking) {
 
 TEST_F(ActionsTest, verifyTellsWhatFits) {
     const ActionOutcome outcome = ending(session->systemActions.verify(*listener));
-    EXPECT_EQ(outcome.succeeded, outcome.match.has_value());
+    EXPECT_FALSE(outcome.succeeded);
+    EXPECT_EQ(outcome.match, std::nullopt);
     EXPECT_EQ(takeSteps(), (QStringList{u"busy: Verifying system settings…"_s,
                                         u"log: [VERIFY] Scanning current system settings..."_s,
                                         u"post: QuorvaneSystemVerified"_s, u"idle"_s,
                                         u"! No Match Found | No saved profile fully matches your current system "
                                         "settings.\n\nCheck the Logs tab for details. | OK"_s,
                                         u"anew: "_s}));
+}
+
+TEST_F(ActionsTest, anUndoneProfileIsKeptButNotVerified) {
+    UnifiedProfile profile = numberedProfile(2, u"Full"_s);
+    profile.settings = PerformanceSettings::fullSelection();
+    addProfile(profile);
+    putEveryTweakInForce();
+    ASSERT_TRUE(ending(session->profileActions.review(profile, *listener)).succeeded);
+    ASSERT_EQ(session->system.lastApplyVerification()->failed, QList<ApplyVerificationResult::Item>());
+    ASSERT_TRUE(ending(session->tweakActions.undo(*listener)).succeeded);
+    EXPECT_EQ(session->system.lastApplyVerification(), std::nullopt);
+    takeBackEveryTweakButOne();
+    QCoro::waitFor(session->finished());
+    steps.clear();
+    const ActionOutcome scanned = ending(session->systemActions.verify(*listener));
+    EXPECT_FALSE(scanned.succeeded);
+    EXPECT_EQ(scanned.match, (SystemConfigurationMatch{u"Full"_s, MatchedConfigurationKind::savedProfile, {}, true}));
+    QCoro::waitFor(session->finished());
+    EXPECT_EQ(takeSteps(), (QStringList{u"busy: Verifying system settings…"_s,
+                                        u"log: [VERIFY] Scanning current system settings..."_s, u"idle"_s,
+                                        u"! No Match Found | No saved profile fully matches your current system "
+                                        "settings.\n\nCheck the Logs tab for details. | OK"_s,
+                                        u"anew: "_s}));
+    // What was only kept isn't in force, so nothing of it would be captured.
+    EXPECT_TRUE(ending(session->systemActions.saveSnapshot({}, Archive::No, *listener)).succeeded);
+    EXPECT_TRUE(takeSteps().filter(u"! Replace Restore Baseline?"_s).isEmpty());
+}
+
+TEST_F(ActionsTest, eachApplyAndEachWayBackForgetsWhatTheLastApplyFound) {
+    for (const Row& row : actions()) {
+        const bool isApply = row.gate.startsWith(u"apply"_s) || row.gate == u"switch profiles"_s;
+        const bool isWayBack = row.gate.startsWith(u"re"_s) && row.gate != u"restore profiles"_s;
+        if (!isApply && !isWayBack) {
+            continue;
+        }
+        SCOPED_TRACE(row.gate.toStdString());
+        putEveryTweakInForce();
+        QCoro::waitFor(session->system.applyPerformanceTweaks(PerformanceSettings::fullSelection()));
+        ASSERT_TRUE(session->system.lastApplyVerification().has_value());
+        std::optional<bool> isForgotten;
+        const auto connection = QObject::connect(&session->system, &SystemManager::messageLogged, [&] {
+            isForgotten = isForgotten.value_or(!session->system.lastApplyVerification());
+        });
+        ending(row.start(*session, *listener));
+        QObject::disconnect(connection);
+        EXPECT_EQ(isForgotten, true) << "before its first line";
+    }
+}
+
+TEST_F(ActionsTest, aSnapshotThatCannotBeArchivedIsNotAllThatWasAskedFor) {
+    cloud.account = true; // without a container
+    const ActionOutcome outcome = ending(session->systemActions.saveSnapshot({}, Archive::Yes, *listener));
+    EXPECT_FALSE(outcome.succeeded);
+    EXPECT_EQ(outcome.capture, (SnapshotCapture{true, false}));
+    EXPECT_EQ(outcome.alert->title, u"Baseline Not Archived"_s);
 }
 
 TEST_F(ActionsTest, aSnapshotIsSavedUnasked) {
@@ -240,6 +331,29 @@ TEST_F(ActionsTest, tweaksAreReviewedAndApplied) {
                                         u"busy: Applying performance tweaks…"_s,
                                         u"log: Starting Audio Performance optimizations..."_s, u"idle"_s,
                                         u"panel: Some changes could not be verified"_s, u"anew: match"_s}));
+}
+
+TEST_F(ActionsTest, theReviewOfTweaksShowsWhatTheirCleanRebootTakes) {
+    PerformanceSettings settings;
+    settings.cleanReboot = true;
+    StartupItem chat;
+    chat.id = u"btm:com.chat"_s;
+    chat.name = u"Chat"_s;
+    chat.kind = StartupItemKind::backgroundLoginItem;
+    chat.runsAtStartup = false;
+    chat.launchIdentifier = u"com.chat"_s;
+    StartupConfiguration startup;
+    startup.items = {chat};
+    listener->preparesReviews = true;
+    ending(session->tweakActions.execute(settings, {{}, startup, {}}, *listener));
+    const QList<ReviewSection> sections = reviewSections(std::get<TweaksApplyPreview>(*listener->preview));
+    ASSERT_EQ(sections.size(), 2);
+    EXPECT_EQ(sections.first().rows, (QList<ReviewSection::Row>{{u"Start Clean on Reboot"_s, {}}}));
+    EXPECT_EQ(sections.last(),
+              (ReviewSection{u"Will disable at login"_s,
+                             u"minus.circle.fill"_s,
+                             {{u"Chat"_s, u"Background Item"_s},
+                              {u"Background items that aren't permitted"_s, u"known when the password is given"_s}}}));
 }
 
 TEST_F(ActionsTest, undoAsksAndRevertAllDoesNot) {

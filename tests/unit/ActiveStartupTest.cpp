@@ -25,6 +25,11 @@ StartupReadings readingsOfLoginItems(const QList<LoginItem>& items) {
     return readings;
 }
 
+/// Those of the names, wherever they lie.
+LoginItemTargets targetsNamed(const QStringList& names) {
+    return names;
+}
+
 BackgroundTaskItem recordWith(const QString& label, const QString& disposition) {
     BackgroundTaskItem made;
     made.name = u"record"_s;
@@ -35,7 +40,7 @@ BackgroundTaskItem recordWith(const QString& label, const QString& disposition) 
 
 TEST(ActiveStartup, aLoginAppOrAgentIsActiveWhileALoginItemHasItsExactName) {
     const StartupReadings readings = readingsOfLoginItems({{u"Foo"_s, u"/Applications/Foo.app"_s, false}});
-    const ActiveStartup active(readings);
+    const ActiveStartup active(readings, targetsNamed({u"Foo"_s, u"foo"_s}));
     for (const Kind kind : {Kind::loginApp, Kind::backgroundAgent}) {
         EXPECT_EQ(active.isActive(savedItem(kind, u"Foo"_s)), std::optional(true));
         EXPECT_EQ(active.isActive(savedItem(kind, u"foo"_s)), std::optional(false));
@@ -43,9 +48,26 @@ TEST(ActiveStartup, aLoginAppOrAgentIsActiveWhileALoginItemHasItsExactName) {
     }
 }
 
+TEST(ActiveStartup, ofTwoItemsOfANameThePathTellsWhichIsActive) {
+    const StartupReadings readings = readingsOfLoginItems(
+        {{u"Foo"_s, u"/Applications/Foo.app/"_s, false}, {u"Bar"_s, u""_s, false}, {u"Kept"_s, u"/k"_s, false}});
+    const ActiveStartup active(readings, targetsNamed({u"Foo"_s, u"Bar"_s}));
+    StartupItem item = savedItem(Kind::loginApp, u"Foo"_s);
+    item.path = u"/Applications/Foo.app"_s;
+    EXPECT_EQ(active.isActive(item), std::optional(true));
+    item.path = u"/elsewhere/Foo.app"_s;
+    EXPECT_EQ(active.isActive(item), std::optional(false));
+    item.path = u"missing value"_s;
+    EXPECT_EQ(active.isActive(item), std::optional(true)) << "it is known by its name alone";
+    item.name = u"Bar"_s;
+    item.path = u"/Applications/Bar.app"_s;
+    EXPECT_EQ(active.isActive(item), std::optional(true)) << "its file is gone";
+    EXPECT_EQ(active.isActive(savedItem(Kind::loginApp, u"Kept"_s)), std::optional(false));
+}
+
 TEST(ActiveStartup, withoutTheLoginItemsNobodyCanTell) {
     const StartupReadings readings;
-    const ActiveStartup active(readings);
+    const ActiveStartup active(readings, {});
     EXPECT_FALSE(active.areLoginItemsKnown());
     EXPECT_EQ(active.isActive(savedItem(Kind::loginApp, u"Foo"_s)), std::nullopt);
     EXPECT_EQ(active.isActive(savedItem(Kind::backgroundAgent, u"Foo"_s)), std::nullopt);
@@ -54,7 +76,7 @@ TEST(ActiveStartup, withoutTheLoginItemsNobodyCanTell) {
 TEST(ActiveStartup, aLaunchItemIsActiveWhileItsPlistLiesInALaunchFolder) {
     StartupReadings readings;
     readings.launchPlists = {u"com.a.plist"_s};
-    const ActiveStartup active(readings);
+    const ActiveStartup active(readings, {});
     StartupItem agent = savedItem(Kind::backgroundAgent, u"A"_s, u"com.a.plist"_s);
     agent.id = u"launch:com.a.plist"_s;
     for (const StartupItem& each : {savedItem(Kind::launchAgent, u"A"_s, u"com.a.plist"_s),
@@ -69,11 +91,11 @@ TEST(ActiveStartup, aLaunchItemIsActiveWhileItsPlistLiesInALaunchFolder) {
 TEST(ActiveStartup, aBackgroundItemIsActiveWhileARecordWithItsLabelIsOn) {
     StartupReadings readings;
     const StartupItem known = savedItem(Kind::backgroundLoginItem, u"A"_s, u"com.a"_s);
-    EXPECT_EQ(ActiveStartup(readings).isActive(known), std::nullopt);
+    EXPECT_EQ(ActiveStartup(readings, {}).isActive(known), std::nullopt);
 
     readings.backgroundItems = BackgroundTaskList(
         {recordWith(u"com.a"_s, u"[enabled, allowed]"_s), recordWith(u"com.b"_s, u"[disabled, allowed]"_s)});
-    const ActiveStartup active(readings);
+    const ActiveStartup active(readings, {});
     EXPECT_EQ(active.isActive(known), std::optional(true));
     EXPECT_EQ(active.isActive(savedItem(Kind::backgroundLoginItem, u"B"_s, u"com.b"_s)), std::optional(false));
     EXPECT_EQ(active.isActive(savedItem(Kind::backgroundLoginItem, u"C"_s, u"com.c"_s)), std::optional(false));
@@ -82,13 +104,14 @@ TEST(ActiveStartup, aBackgroundItemIsActiveWhileARecordWithItsLabelIsOn) {
 
 TEST(ActiveStartup, ofAnAddedApplicationNothingIsTold) {
     const StartupReadings readings = readingsOfLoginItems({{u"Foo"_s, u"/Foo.app"_s, false}});
-    EXPECT_EQ(ActiveStartup(readings).isActive(savedItem(Kind::addedApp, u"Foo"_s)), std::nullopt);
+    EXPECT_EQ(ActiveStartup(readings, {}).isActive(savedItem(Kind::addedApp, u"Foo"_s)), std::nullopt);
 }
 
 TEST(ActiveStartup, aPathIsCalledByItsLoginItemElseByItsLastComponent) {
     const StartupReadings readings = readingsOfLoginItems({{u"Shown"_s, u"/Applications/Foo.app"_s, false}});
-    const ActiveStartup active(readings);
+    const ActiveStartup active(readings, {});
     EXPECT_TRUE(active.hasLoginPath(u"/Applications/Foo.app"_s));
+    EXPECT_TRUE(active.hasLoginPath(u"/Applications/Foo.app/"_s));
     EXPECT_FALSE(active.hasLoginPath(u"/applications/foo.app"_s));
     EXPECT_EQ(active.nameOfLoginPath(u"/Applications/Foo.app"_s), u"Shown"_s);
     EXPECT_EQ(active.nameOfLoginPath(u"/Applications/My Bar.app"_s), u"My Bar"_s);

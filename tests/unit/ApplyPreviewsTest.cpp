@@ -1,4 +1,5 @@
 #include "profiles/ApplyPreviews.h"
+#include "tweaks/TweakCatalogue.h"
 
 #include <gtest/gtest.h>
 
@@ -35,6 +36,7 @@ TEST(ApplyPreviews, theSectionsOfStartupChanges) {
                            item(u"d"_s, StartupItemKind::backgroundAgent),
                            item(u"e"_s, StartupItemKind::backgroundLoginItem),
                            item(u"f"_s, StartupItemKind::addedApp)};
+    preview.willDisableUnknownBackgroundItems = true;
     preview.willAdd = {{u"New"_s, u"/New.app"_s, true}};
     preview.willRemove = {{u"Old"_s, u"/Old.app"_s, false}, {u"Older"_s, u"/Older.app"_s, false}};
     preview.disabledCloudSync = {CloudSyncService::dropbox, CloudSyncService::iCloudDrive};
@@ -43,6 +45,7 @@ TEST(ApplyPreviews, theSectionsOfStartupChanges) {
         shown(preview),
         (QStringList{u"Will disable at login [minus.circle.fill]"_s, u"  a – App"_s, u"  b – Launch Agent"_s,
                      u"  c – Daemon"_s, u"  d – Background Agent"_s, u"  e – Background Item"_s, u"  f – Added App"_s,
+                     u"  Background items that aren't permitted – known when the password is given"_s,
                      u"Will add at login [plus.circle.fill]"_s, u"  New – "_s,
                      u"Will remove from login items [trash.circle.fill]"_s, u"  Old – "_s, u"  Older – "_s,
                      u"Cloud sync disabled at login [externaldrive.badge.xmark]"_s,
@@ -60,6 +63,19 @@ TEST(ApplyPreviews, sectionsWithoutContentAreLeftOut) {
     EXPECT_EQ(shown(addition), (QStringList{u"Will add at login [plus.circle.fill]"_s, u"  New – "_s}));
 }
 
+TEST(ApplyPreviews, someTweaksOfAProfileAreOffAndTheOthersArePutBack) {
+    ProfileApplyPreview preview;
+    PerformanceSettings settings;
+    for (const Tweak& tweak : tweakCatalogue()) {
+        settings.*tweak.isSelected = true;
+    }
+    preview.enabledTweaks = selectedTweakTitles(settings);
+    EXPECT_EQ(shown(preview).size(), 13) << "none is off";
+    preview.enabledTweaks.removeLast();
+    EXPECT_EQ(shown(preview).size(), 13);
+    EXPECT_EQ(shown(preview).last(), u"  Restore all other performance tweaks to macOS defaults – "_s);
+}
+
 TEST(ApplyPreviews, aProfileShowsItsTweaksBeforeItsStartupChanges) {
     ProfileApplyPreview preview;
     preview.profileName = u"Gig"_s;
@@ -67,7 +83,8 @@ TEST(ApplyPreviews, aProfileShowsItsTweaksBeforeItsStartupChanges) {
     preview.startup.disableNetwork = true;
     EXPECT_EQ(shown(preview),
               (QStringList{u"Will enable [slider.horizontal.3]"_s, u"  Disable Spotlight – "_s,
-                           u"  Disable App Nap – "_s, u"Network interfaces will be disabled [network.slash]"_s}));
+                           u"  Disable App Nap – "_s, u"  Restore all other performance tweaks to macOS defaults – "_s,
+                           u"Network interfaces will be disabled [network.slash]"_s}));
 }
 
 TEST(ApplyPreviews, aProfileWithoutTweaksPutsAllBack) {
@@ -76,7 +93,7 @@ TEST(ApplyPreviews, aProfileWithoutTweaksPutsAllBack) {
 }
 
 TEST(ApplyPreviews, tweaksAloneShowWhatIsSelected) {
-    EXPECT_EQ(shown(TweaksApplyPreview{{u"Disable App Nap"_s}}),
+    EXPECT_EQ(shown(TweaksApplyPreview{{u"Disable App Nap"_s}, {}}),
               (QStringList{u"Will enable [slider.horizontal.3]"_s, u"  Disable App Nap – "_s}));
     EXPECT_EQ(shown(TweaksApplyPreview()), QStringList());
 }

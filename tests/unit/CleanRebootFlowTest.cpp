@@ -1,6 +1,7 @@
 #include "fakes/ScriptedLoginItems.h"
 
 #include "startup/background/BackgroundLoginItemChangePlan.h"
+#include "startup/items/LegacyStartupFields.h"
 
 namespace quorvane {
 
@@ -121,6 +122,27 @@ TEST_F(CleanRebootFlow, anAppThatTheConfigurationOpensStaysByNameOrPath) {
                      StartupItem::fromLaunchItem({u"Mixer"_s, u"/Applications/Mixer.app"_s, false})};
     EXPECT_TRUE(apply({{}, startup, {}}));
     EXPECT_EQ(loginItems.names(), (QStringList{u"Renamed"_s, u"Mixer"_s}));
+}
+
+TEST_F(CleanRebootFlow, whatTheConfigurationKeepsIsKnownByIdOrPathToo) {
+    const LoginItem byId{u"Shown"_s, u"/Applications/Id.app/"_s, false};
+    const LoginItem byPath{u"Found"_s, u"/Applications/Path.app"_s, false};
+    const LoginItem added{u"Added"_s, u"/Applications/Live.app/"_s, false};
+    const LoginItem olderProfiles{u"Chat"_s, u"/Applications/Chat.app"_s, false};
+    loginItems.items = {byId, byPath, added, olderProfiles, {u"Off"_s, u"/Applications/Off.app"_s, false}};
+    StartupConfiguration startup;
+    startup.items = {startupItemOf(LoginItem{u"Older name"_s, u"/Applications/Id.app"_s, false}),
+                     startupItemOf(LoginItem{u"Older name"_s, u"/elsewhere"_s, false}),
+                     StartupItem::fromLaunchItem({u"Live"_s, u"/Applications/Live.app"_s, false}),
+                     startupItemOf(LoginItem{u"Off"_s, u"/Applications/Off.app"_s, false})};
+    startup.items[1].path = u"/Applications/Path.app/"_s;
+    startup.items[3].runsAtStartup = false;
+    LegacyStartupFields fields;
+    fields.permittedStartupApps = {u"/Applications/Chat.app"_s};
+    fields.cleanReboot = true;
+    startup.items += StartupConfiguration::fromLegacyFields(fields).items;
+    EXPECT_TRUE(apply({startup.permittedLoginNames(), startup, {}}));
+    EXPECT_EQ(loginItems.items, (QList<LoginItem>{byId, byPath, added, olderProfiles}));
 }
 
 TEST_F(CleanRebootFlow, withoutPermissionNothingIsRemoved) {

@@ -197,7 +197,8 @@ TEST_F(KeptLaunchItems, aBackupThatCannotBeRemovedStopsNothing) {
     carryOut(kKeptDaemons, kDaemonFolder);
     files.failOn(Operation::Remove, kDaemonsKept + kBoxPlist);
     reinstate();
-    EXPECT_EQ(takeTrace(), kQueued + asRoot(kDaemonBack));
+    EXPECT_EQ(takeTrace(), kQueued + asRoot(kDaemonBack) + u"  [ERROR] Could not remove "_s + kDaemonsKept + kBoxPlist +
+                               u": Operation not permitted\n"_s);
     EXPECT_EQ(files.list(kDaemonsKept), QStringList(kBoxPlist));
 }
 

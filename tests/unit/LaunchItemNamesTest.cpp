@@ -66,6 +66,18 @@ TEST_F(LaunchItemNamesTest, anAssociatedBundleNamesItAfterThePrograms) {
     EXPECT_EQ(nameOf({{u"AssociatedBundleIdentifiers"_s, u"com.b"_s}}), u"The Owner"_s);
 }
 
+TEST_F(LaunchItemNamesTest, theProgramsApplicationGoesBeforeAnAssociatedBundle) {
+    bundles.byPath[u"/Applications/Foo.app"_s] = {{u"CFBundleName"_s, u"Started"_s}};
+    bundles.byIdentifier[u"com.b"_s] = {{u"CFBundleName"_s, u"Owner"_s}};
+    for (const QVariantMap& program :
+         {QVariantMap{{u"Program"_s, u"/Applications/Foo.app/x"_s}},
+          QVariantMap{{u"ProgramArguments"_s, QVariantList{u"/Applications/Foo.app/x"_s}}}}) {
+        QVariantMap plist = program;
+        plist.insert(u"AssociatedBundleIdentifiers"_s, QVariantList{u"com.b"_s});
+        EXPECT_EQ(nameOf(plist), u"Started"_s);
+    }
+}
+
 TEST_F(LaunchItemNamesTest, theBundleIdentifierComesAfterTheAssociatedOnes) {
     bundles.byIdentifier[u"com.a"_s] = {{u"CFBundleName"_s, u"Associated"_s}};
     bundles.byIdentifier[u"com.b"_s] = {{u"CFBundleName"_s, u"Own"_s}};

@@ -460,7 +460,8 @@ TEST_F(LaunchItemFlows, aPlistOfTheUsersThatCannotBeMovedBackIsSaid) {
     files.addFile(kUsersBackup + kLabel, "box");
     files.failOn(Operation::Move, kUsersBackup + kLabel);
     restore();
-    EXPECT_EQ(takeTrace(), u"  [INFO] Not restored: com.box.plist\n"_s);
+    EXPECT_EQ(takeTrace(), u"  [ERROR] Could not restore "_s + kUsersBackup + kLabel +
+                               u": Operation not permitted\n  [INFO] Not restored: com.box.plist\n"_s);
     EXPECT_EQ(files.read(kUsersBackup + kLabel), "box");
 }
 

@@ -63,7 +63,7 @@ TEST(LoginItemRemoval, whenNothingStaysEveryNameAndPathCanBeUsed) {
 }
 
 TEST(LoginItemRemoval, withoutAListNoNameIsUsedBecauseNobodyKnowsWhomItWouldTake) {
-    const NamedLoginItems named = namedLoginItems(LoginItemList(), {u"Helper"_s}, {});
+    const NamedLoginItems named = namedLoginItems(LoginItemList(), QStringList(u"Helper"_s), {});
     EXPECT_EQ(named.leftover, QStringList(u"Helper"_s));
     EXPECT_EQ(named.removal.meansFor(u"Helper"_s, {}), Means::None);
     EXPECT_TRUE(named.removal.canGoByPath(u"/x"_s)) << "a path takes its own item alone";

@@ -86,7 +86,7 @@ TEST(LoginItemScripts, linesAreReadAsTheyStand) {
     };
     const QList<Row> rows{
         {u"\n\n"_s, {}},
-        {u"Foo|missing value|false"_s, {{u"Foo"_s, u"missing value"_s, false}}},
+        {u"Foo|missing value|true"_s, {{u"Foo"_s, {}, true}}}, // the file is gone
         {u"Foo|/x|TRUE"_s, {{u"Foo"_s, u"/x"_s, true}}},
         {u"Foo|/x|true "_s, {{u"Foo"_s, u"/x"_s, false}}},
         {u"Foo|/x|true|more"_s, {{u"Foo"_s, u"/x"_s, false}}},

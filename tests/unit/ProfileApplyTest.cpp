@@ -1,6 +1,7 @@
 #include "fakes/ReadingLines.h"
 #include "fakes/StartupSystem.h"
 
+#include "profiles/ApplyPreviews.h"
 #include "profiles/UnifiedProfile.h"
 #include "startup/background/BackgroundLoginItemChangePlan.h"
 
@@ -119,7 +120,7 @@ protected:
     ProfileApply() {
         commands.print(reading::kPower, "AC Power:\n standby 1\n disksleep 10\n sleep 1\n sms 1\n");
         commands.print(reading::kSpotlight, "/:\n\tIndexing enabled. \n");
-        commands.print(reading::kTimeMachine, "    Running = 1;\n");
+        setAutomaticBackups(true);
         commands.fail(reading::kAppNap, 1);
         commands.fail(reading::kDoNotDisturb, 1);
         commands.print(reading::kUpdateDownload, "1\n");
@@ -190,7 +191,7 @@ TEST_F(ProfileApply, recordsTheProfileAsTheActiveOne) {
 }
 
 TEST_F(ProfileApply, aFailedCheckAloneLeavesTheApplyTrueWithAWarning) {
-    commands.print(reading::kTimeMachine, "    Running = 0;\n");
+    setAutomaticBackups(false);
     EXPECT_TRUE(apply(soundsOff()));
     EXPECT_EQ(trace.last(), u"\n[PROFILE] Live applied with verification warnings — check logs."_s);
     EXPECT_EQ(system.lastApplyVerification()->failed.size(), 1);
@@ -404,6 +405,68 @@ TEST_F(ProfileApply, cachesAreDroppedAfterASuccessOnly) {
     EXPECT_EQ(discover(), 1) << "as it was found before";
     EXPECT_TRUE(apply(profile));
     EXPECT_EQ(discover(), 0);
+}
+
+// ---- The review
+
+/// The startup sections of the review, each row with its detail.
+QStringList startupRows(const ProfileApplyPreview& preview) {
+    QStringList rows;
+    for (const ReviewSection& section : reviewSections(preview).mid(1)) {
+        rows.append(section.title);
+        for (const ReviewSection::Row& row : section.rows) {
+            rows.append(u"  "_s + row.text + u" — "_s + row.detail);
+        }
+    }
+    return rows;
+}
+
+TEST_F(ProfileApply, theReviewOfAProfileWithoutStartupWorkReadsNothing) {
+    login = {{u"Chat"_s, u"/Applications/Chat.app"_s, false}};
+    EXPECT_EQ(QCoro::waitFor(system.previewProfile(soundsOff())).startup, StartupChangePreview());
+    EXPECT_EQ(trace, QStringList());
+}
+
+TEST_F(ProfileApply, theReviewShowsWhatACleanRebootTakes) {
+    UnifiedProfile profile = soundsOff();
+    profile.settings.cleanReboot = true;
+    profile.startup.items = {loginAppOff(u"Chat"_s), launchAgentOff(u"com.x.plist"_s),
+                             StartupItem::fromLaunchItem({u"Live"_s, u"/Applications/Live.app"_s, false})};
+    login = {{u"Zoom"_s, u"/Applications/zoom.us.app"_s, false},
+             {u"Chat"_s, u"/Applications/Chat.app"_s, false},
+             {u"Deck"_s, u"/Applications/Traktor Pro 4.app"_s, false},
+             {u"Sync Agent"_s, u"missing value"_s, false},
+             {u"Live"_s, u"/Applications/Live.app/"_s, false}};
+    files.addFile(u"/Users/alex/Library/LaunchAgents/com.x.plist"_s, "");
+    const QStringList known{u"Will disable at login"_s, u"  Chat — App"_s, u"  com.x.plist — Launch Agent"_s,
+                            u"  Sync Agent — Background Agent"_s, u"  Zoom — App"_s};
+    const QString unknown = u"  Background items that aren't permitted — known when the password is given"_s;
+    EXPECT_EQ(startupRows(QCoro::waitFor(system.previewProfile(profile))), known + QStringList(unknown));
+    EXPECT_EQ(prompts(), 0);
+
+    BackgroundTaskItem off = backgroundRecord(u"Off"_s, u"com.off"_s);
+    off.disposition = disabledDisposition();
+    cacheDump({backgroundRecord(u"Updater"_s, u"com.up"_s), backgroundRecord(u"Live Helper"_s, u"com.live.helper"_s),
+               off, backgroundRecord(u"Traktor Sync"_s, u"com.t"_s), applicationRecord(u"Mail"_s, u"com.mail"_s)});
+    EXPECT_EQ(startupRows(QCoro::waitFor(system.previewProfile(profile))),
+              (QStringList{u"Will disable at login"_s, u"  Chat — App"_s, u"  com.x.plist — Launch Agent"_s,
+                           u"  Sync Agent — Background Agent"_s, u"  Updater — Background Item"_s, u"  Zoom — App"_s}));
+
+    ASSERT_TRUE(apply(profile));
+    EXPECT_EQ(startupRows(QCoro::waitFor(system.previewProfile(profile))), QStringList());
+}
+
+TEST_F(ProfileApply, theReviewShowsTheHelpersOfACloudServiceThatAreKnown) {
+    UnifiedProfile profile = soundsOff();
+    profile.startup.disabledCloudSyncAtStartup = {CloudSyncService::dropbox};
+    QCoro::waitFor(system.previewProfile(profile)); // discovers before the list is known
+    const BackgroundTaskItem helper = backgroundRecord(u"Helper"_s, u"com.x"_s, u"com.getdropbox.dropbox"_s);
+    BackgroundTaskItem protectedHelper = backgroundRecord(u"VST"_s, u"com.y"_s);
+    protectedHelper.url = u"/Applications/Dropbox.app/y"_s;
+    cacheDump({helper, protectedHelper});
+    const ProfileApplyPreview preview = QCoro::waitFor(system.previewProfile(profile));
+    ASSERT_EQ(preview.startup.willDisable.size(), 1);
+    EXPECT_EQ(preview.startup.willDisable.first().launchIdentifier, u"com.x"_s);
 }
 
 TEST_F(ProfileApply, verifyProfileReadsOnlyAndKeepsNothing) {

@@ -97,6 +97,14 @@ TEST_F(Quarantine, anOldCopyThatCannotBeRemovedStopsItBeforeTheCopy) {
     EXPECT_TRUE(files.exists(kHelperBundle));
 }
 
+TEST_F(Quarantine, aHelperWhoseRemainsCannotBeRemovedIsOutOfReachAndThatIsSaid) {
+    files.failOn(MemoryFileManager::Operation::Remove, kHelperBundle + u".removed"_s);
+    EXPECT_TRUE(disable());
+    EXPECT_TRUE(traceOfQuarantine().contains(u"  [ERROR] Could not remove "_s + kHelperBundle +
+                                             u".removed: Operation not permitted\n"_s));
+    EXPECT_FALSE(files.exists(kHelperBundle));
+}
+
 TEST_F(Quarantine, afterAFailureAtAnyChangeTheHelperIsInOneOfItsPlaces) {
     for (int change = 1; change <= 4; ++change) {
         files.addFile(kHelperBundle, "helper");

@@ -1,4 +1,7 @@
+#include "fakes/ReadingLines.h"
 #include "fakes/ScriptedSystem.h"
+
+#include "core/UserDefaultKeys.h"
 
 #include "readings/PowerSettings.h"
 
@@ -20,7 +23,7 @@ protected:
         return value();
     }
     std::optional<PowerSettings> power() { return QCoro::waitFor(system.readPowerSettings()).value; }
-    std::optional<bool> timeMachine() { return QCoro::waitFor(system.readTimeMachineState()).value; }
+    std::optional<TimeMachineState> timeMachine() { return QCoro::waitFor(system.readTimeMachineState()).value; }
     std::optional<bool> spotlight() { return QCoro::waitFor(system.readSpotlightState()).value; }
 };
 
@@ -66,7 +69,7 @@ TEST_F(Readings, aPreferenceThatCannotBeReadIsNone) {
 // ---- No answer
 
 TEST_F(Readings, aToolThatDoesNotAnswerIsToldApartFromAMissingValue) {
-    const QStringList lines{kRead, u"/usr/bin/pmset -g custom"_s, u"/usr/bin/tmutil status"_s,
+    const QStringList lines{kRead, u"/usr/bin/pmset -g custom"_s, reading::kTimeMachine, reading::kBackupDestination,
                             u"/usr/bin/mdutil -s /"_s};
     const auto answered = [this] {
         return QList<bool>{QCoro::waitFor(system.readDefaultValue(u"com.example.app"_s, u"key"_s)).isAnswered,
@@ -95,6 +98,15 @@ TEST_F(Readings, powerSettingsComeFromPmset) {
     EXPECT_EQ(takeTrace(), u"$> /usr/bin/pmset -g custom\n"_s);
 }
 
+TEST_F(Readings, aListOfPowerSettingsWithoutAnyIsNoList) {
+    for (const char* output : {"", "\n", "AC Power:\n", "Battery Power:\nAC Power:\n"}) {
+        commands.print(u"/usr/bin/pmset -g custom"_s, output);
+        EXPECT_EQ(power(), std::nullopt) << output;
+    }
+    commands.print(u"/usr/bin/pmset -g custom"_s, "AC Power:\n womp                 1\n");
+    EXPECT_EQ(power(), PowerSettings());
+}
+
 TEST_F(Readings, powerSettingsThatCannotBeReadAreNone) {
     commands.answer(u"/usr/bin/pmset -g custom"_s, failedWith("AC Power:\n standby  1\n sleep 0\n"));
     EXPECT_EQ(power(), std::nullopt);
@@ -102,19 +114,78 @@ TEST_F(Readings, powerSettingsThatCannotBeReadAreNone) {
 
 // ---- Time Machine
 
-TEST_F(Readings, timeMachineIsRunningWhileABackupRuns) {
-    commands.print(u"/usr/bin/tmutil status"_s, "Backup session status:\n{\n    Running = 1;\n}\n");
-    EXPECT_EQ(timeMachine(), true);
-    EXPECT_EQ(takeTrace(), u"$> /usr/bin/tmutil status\n"_s);
-    for (const char* output : {"{\n    Running = 0;\n}\n", "{\n    Percent = 1;\n}\n", ""}) {
-        commands.print(u"/usr/bin/tmutil status"_s, output);
-        EXPECT_EQ(timeMachine(), false) << output;
+TEST_F(Readings, timeMachineIsWhatIsStoredWhetherOrNotABackupRuns) {
+    for (const char* running : {"    Running = 1;\n", "    Running = 0;\n"}) {
+        commands.print(reading::kBackupStatus, running);
+        for (const auto& [stored, state] : {std::pair{"1\n", std::optional(TimeMachineState::On)},
+                                            {"0\n", std::optional(TimeMachineState::Off)},
+                                            {"on the moon\n", std::optional<TimeMachineState>()},
+                                            {"\n", std::optional<TimeMachineState>()}}) {
+            commands.print(reading::kTimeMachine, stored);
+            EXPECT_EQ(timeMachine(), state) << stored;
+            EXPECT_EQ(takeTrace(), reading::traced({reading::kTimeMachine}));
+        }
     }
 }
 
-TEST_F(Readings, timeMachineThatCannotBeReadIsNone) {
-    commands.answer(u"/usr/bin/tmutil status"_s, failedWith("    Running = 1;\n"));
+TEST_F(Readings, timeMachineWithoutASettingIsOffOrNotSetUp) {
+    const auto expectByDestination = [this](const QStringList& lines) {
+        setBackupDestination(true);
+        EXPECT_EQ(timeMachine(), TimeMachineState::Off);
+        EXPECT_EQ(takeTrace(), reading::traced(lines));
+        setBackupDestination(false);
+        EXPECT_EQ(timeMachine(), TimeMachineState::NotSetUp);
+        commands.print(reading::kBackupDestination, "tmutil: No destinations configured.\n"); // as other systems say it
+        EXPECT_EQ(timeMachine(), TimeMachineState::NotSetUp);
+        for (const CommandOutcome& nothing : {ScriptedCommandLauncher::succeeded(" \n"), failedWith("Name : Tape\n")}) {
+            commands.answer(reading::kBackupDestination, nothing);
+            EXPECT_EQ(timeMachine(), std::nullopt);
+        }
+        trace.clear();
+    };
+    commands.fail(reading::kTimeMachine, 1);
+    expectByDestination({reading::kTimeMachine, reading::kBackupDestination});
+    files.removeAsRoot(kTimeMachineSettings);
+    expectByDestination({reading::kBackupDestination});
+}
+
+TEST_F(Readings, timeMachineThatMayNotBeReadIsNeverOff) {
+    makeBackupsUnreadable();
+    EXPECT_EQ(timeMachine(), TimeMachineState::NotPermitted);
+    EXPECT_EQ(takeTrace(), reading::traced({reading::kBackupDestination}));
+    commands.fail(reading::kBackupDestination, 1);
+    EXPECT_EQ(timeMachine(), TimeMachineState::NotPermitted);
+    setBackupDestination(false);
+    EXPECT_EQ(timeMachine(), TimeMachineState::NotSetUp);
+}
+
+TEST_F(Readings, timeMachineWhoseFileIsDamagedIsUnknown) {
+    files.removeAsRoot(kTimeMachineSettings);
+    files.addFolders(kTimeMachineSettings); // can't be read, and not for want of a right
     EXPECT_EQ(timeMachine(), std::nullopt);
+    setBackupDestination(false);
+    EXPECT_EQ(timeMachine(), TimeMachineState::NotSetUp);
+}
+
+TEST_F(Readings, ofTimeMachineNoAnswerIsNeverAState) {
+    for (const CommandOutcome& outcome : ScriptedCommandLauncher::unanswered()) {
+        commands.fail(reading::kTimeMachine, 1);
+        commands.answer(reading::kBackupDestination, outcome);
+        EXPECT_EQ(QCoro::waitFor(system.readTimeMachineState()), Reading<TimeMachineState>::unanswered());
+        setBackupDestination(true);
+        commands.answer(reading::kTimeMachine, outcome);
+        EXPECT_EQ(QCoro::waitFor(system.readTimeMachineState()), Reading<TimeMachineState>::unanswered());
+    }
+}
+
+TEST_F(Readings, theNoteThatBackupsWereSwitchedOffEndsWhenTheyAreSeenOn) {
+    const auto isNoted = [this] { return defaults.boolean(kQuorvaneSwitchedBackupsOff); };
+    defaults.setBoolean(kQuorvaneSwitchedBackupsOff, true);
+    timeMachine();
+    EXPECT_TRUE(isNoted());
+    setAutomaticBackups(true);
+    timeMachine();
+    EXPECT_FALSE(isNoted());
 }
 
 // ---- Spotlight
@@ -124,11 +195,22 @@ TEST_F(Readings, spotlightIsOnWhereIndexingIsEnabledInAnyCase) {
         commands.print(u"/usr/bin/mdutil -s /"_s, output);
         EXPECT_EQ(spotlight(), true) << output;
     }
-    for (const char* output : {"/:\n\tIndexing disabled.\n", "/:\n\tIndexing and searching disabled.\n", ""}) {
+    for (const char* output : {"/:\n\tIndexing disabled.\n", "/:\n\tIndexing and searching disabled.\n"}) {
         commands.print(u"/usr/bin/mdutil -s /"_s, output);
         EXPECT_EQ(spotlight(), false) << output;
     }
     EXPECT_EQ(trace.first(), u"$> /usr/bin/mdutil -s /"_s);
+}
+
+TEST_F(Readings, spotlightIsUnknownWhereItIsNeitherEnabledNorDisabled) {
+    for (const char* output :
+         {"/:\n\tError: unknown indexing state.\n", "/:\n\tNo index.\n", "/:\n\tIndex is read-only.\n",
+          "/:\n\tError: unexpected indexing state.  kMDConfigSearchLevelTransitioning\n",
+          "Spotlight server is disabled.\n", "Error: invalid path `/'.\n", "/Volumes/Indexing enabled:\n\tNo index.\n",
+          ""}) {
+        commands.print(u"/usr/bin/mdutil -s /"_s, output);
+        EXPECT_EQ(spotlight(), std::nullopt) << output;
+    }
 }
 
 TEST_F(Readings, spotlightThatCannotBeReadIsNone) {

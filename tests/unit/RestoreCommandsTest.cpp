@@ -129,10 +129,14 @@ TEST(RestoreCommands, asRootPutBackWhatIsKnown) {
     EXPECT_EQ(restoreSystemCommands(SystemSnapshot()), QStringList());
 }
 
-TEST(RestoreCommands, restoreTheThreeSleepValuesTogetherOrNotAtAll) {
-    EXPECT_EQ(restoreSystemCommands(powerSnapshot({}, u"10"_s, u"5"_s)), QStringList());
-    EXPECT_EQ(restoreSystemCommands(powerSnapshot(u"1"_s, {}, u"5"_s)), QStringList());
-    EXPECT_EQ(restoreSystemCommands(powerSnapshot(u"1"_s, u"10"_s, {})), QStringList());
+TEST(RestoreCommands, restoreThoseOfTheSleepValuesThatWereCaptured) {
+    EXPECT_EQ(restoreSystemCommands(powerSnapshot({}, u"10"_s, u"5"_s)),
+              QStringList(u"pmset -a disksleep 10 sleep 5"_s));
+    EXPECT_EQ(restoreSystemCommands(powerSnapshot(u"1"_s, {}, u"5"_s)), QStringList(u"pmset -a standby 1 sleep 5"_s));
+    EXPECT_EQ(restoreSystemCommands(powerSnapshot(u"1"_s, u"10"_s, {})),
+              QStringList(u"pmset -a standby 1 disksleep 10"_s));
+    EXPECT_EQ(restoreSystemCommands(powerSnapshot({}, {}, u"5"_s)), QStringList(u"pmset -a sleep 5"_s));
+    EXPECT_EQ(restoreSystemCommands(powerSnapshot({}, {}, {})), QStringList());
 }
 
 TEST(RestoreCommands, quoteAPowerValueThatIsNoPlainWord) {

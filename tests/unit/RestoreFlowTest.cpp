@@ -1,4 +1,7 @@
+#include "fakes/ReadingLines.h"
 #include "fakes/RestoreSystem.h"
+
+#include "core/UserDefaultKeys.h"
 #include "startup/launchd/LaunchFolders.h"
 
 namespace quorvane {
@@ -7,6 +10,10 @@ namespace {
 
 const QString kCloudBaseline = u"/Users/alex/Library/Mobile Documents/7KX2MR04TD~com~quorvane~app/Documents/Quorvane/"
                                "SystemBaselines/master-baseline-current.json"_s;
+
+const QString kStaysOff =
+    u"  [INFO] Time Machine stays off: automatic backups were off when these settings were saved. "
+    "Turn them on in System Settings.\n"_s;
 
 class RestoreFlow : public RestoreSystem {
 protected:
@@ -105,17 +112,6 @@ TEST_F(RestoreFlow, putsTheSystemBackUnderOnePromptOfItsOwn) {
                   kApplied);
 }
 
-TEST_F(RestoreFlow, saysThatTimeMachineStaysOff) {
-    SystemSnapshot snapshot = usersOwn();
-    snapshot.timeMachineEnabled = false;
-    EXPECT_TRUE(restore(snapshot));
-    EXPECT_EQ(
-        takeTrace(),
-        kRestoreSteps + kAction + prompted(u"tmutil disable || true"_s, kSystemChanges) +
-            u"  [INFO] Time Machine stays off: no backup was running when these settings were saved. Turn it on in System Settings.\n"_s +
-            kApplied);
-}
-
 TEST_F(RestoreFlow, isFalseWhenItsPromptIsCancelled) {
     SystemSnapshot snapshot = usersOwn();
     snapshot.pmsetSms = u"1"_s;
@@ -134,14 +130,14 @@ TEST_F(RestoreFlow, revertsTheTweaksAndLeavesEverythingElse) {
     snapshot.loginItems = QList<LoginItemSnapshot>{{u"Live"_s, u"/Applications/Live.app"_s, false}};
     snapshot.networkServicesEnabled = QMap<QString, bool>{{u"Wi-Fi"_s, true}};
     save(snapshot);
-    EXPECT_EQ(revert(), (RestoreOutcome{true, RestoreSource::Snapshot, true}));
+    EXPECT_EQ(revert(), (RestoreOutcome{true, RestoreSource::Snapshot}));
     EXPECT_EQ(takeTrace(), u"\nRestoring from saved system snapshot (Tour)...\n"_s + kRestoreSteps + kAction +
                                kApplied + prompted(u"pmset -a sms 1"_s, kRevertPrompt));
     EXPECT_EQ(system.adminBatchDepth(), 0);
 }
 
 TEST_F(RestoreFlow, revertsToStandardDefaultsWhereNothingWasCaptured) {
-    EXPECT_EQ(revert(), (RestoreOutcome{true, RestoreSource::StandardDefaults, false}));
+    EXPECT_EQ(revert(), (RestoreOutcome{true, RestoreSource::StandardDefaults}));
     const QString log = takeTrace();
     EXPECT_TRUE(log.startsWith(u"\nUndoing Audio Performance tweaks (no snapshot — using standard defaults)...\n"_s));
     EXPECT_TRUE(log.endsWith(prompted(kUndoLine, kRevertPrompt)));
@@ -150,7 +146,7 @@ TEST_F(RestoreFlow, revertsToStandardDefaultsWhereNothingWasCaptured) {
 TEST_F(RestoreFlow, revertsToABaselineAlthoughTheSnapshotFileIsDamaged) {
     files.addFile(kSnapshotFile, "{");
     saveBaseline(kHomeBaseline, usersOwn());
-    EXPECT_EQ(revert(), (RestoreOutcome{true, RestoreSource::Baseline, true}));
+    EXPECT_EQ(revert(), (RestoreOutcome{true, RestoreSource::Baseline}));
 }
 
 TEST_F(RestoreFlow, isFalseAfterACancelAlthoughTheLogHasItsLastLine) {
@@ -158,9 +154,68 @@ TEST_F(RestoreFlow, isFalseAfterACancelAlthoughTheLogHasItsLastLine) {
     snapshot.pmsetSms = u"1"_s;
     save(snapshot);
     scripts.failNext(u"User canceled."_s);
-    EXPECT_EQ(revert(), (RestoreOutcome{false, RestoreSource::Snapshot, true}));
+    EXPECT_EQ(revert(), (RestoreOutcome{false, RestoreSource::Snapshot}));
     EXPECT_EQ(takeTrace(), u"\nRestoring from saved system snapshot...\n"_s + kRestoreSteps + kAction + kApplied +
                                prompted(u"pmset -a sms 1"_s, kRevertPrompt) + kCancelled);
+}
+
+// ---- Time Machine
+
+TEST_F(RestoreFlow, saysThatTimeMachineStaysOffOnceTheBatchHasSwitchedIt) {
+    SystemSnapshot snapshot = usersOwn();
+    snapshot.timeMachineEnabled = false;
+    save(snapshot);
+    EXPECT_TRUE(revert().succeeded);
+    const QString looked = reading::traced({reading::kTimeMachine});
+    EXPECT_TRUE(takeTrace().endsWith(looked + kAction + kApplied +
+                                     prompted(u"tmutil disable || true"_s, kRevertPrompt) + looked + kStaysOff));
+    EXPECT_TRUE(reinstate().succeeded);
+    EXPECT_TRUE(takeTrace().endsWith(prompted(u"tmutil disable || true"_s, kReinstatePrompt) + looked + kStaysOff));
+    EXPECT_FALSE(defaults.boolean(kQuorvaneSwitchedBackupsOff)) << "the user had switched them off";
+    setAutomaticBackups(true); // the line of the batch drops it when `tmutil` refuses
+    EXPECT_TRUE(revert().succeeded);
+    EXPECT_FALSE(takeTrace().contains(u"stays off"_s));
+}
+
+TEST_F(RestoreFlow, leavesTimeMachineAloneWhereItMayNotBeReadAndSaysSo) {
+    makeBackupsUnreadable();
+    SystemSnapshot snapshot = usersOwn();
+    snapshot.pmsetSms = u"1"_s;
+    snapshot.timeMachineEnabled = true;
+    save(snapshot);
+    EXPECT_TRUE(revert().succeeded);
+    const QString asked = reading::traced({reading::kBackupDestination});
+    const QString mayNotBeRead = u"  [INFO] Time Machine may not be read.\n"_s;
+    EXPECT_TRUE(takeTrace().endsWith(
+        asked + mayNotBeRead +
+        u"  [INFO] Allow Quorvane to read it in System Settings › Privacy & Security › Full Disk Access.\n"_s +
+        kAction + kApplied + prompted(u"pmset -a sms 1"_s, kRevertPrompt)));
+    files.removeAsRoot(kSnapshotFile);
+    EXPECT_TRUE(revert().succeeded);
+    const QString undone = takeTrace();
+    EXPECT_TRUE(undone.contains(asked + mayNotBeRead + u"  [ACTION] Requesting Admin rights to restore"_s));
+    EXPECT_FALSE(undone.contains(u"tmutil enable"_s));
+}
+
+TEST_F(RestoreFlow, leavesTimeMachineAloneWithoutAWordWhereItIsNotSetUp) {
+    files.removeAsRoot(kTimeMachineSettings);
+    setBackupDestination(false);
+    EXPECT_TRUE(revert().succeeded);
+    const QString undone = takeTrace();
+    EXPECT_TRUE(undone.endsWith(prompted(
+        u"pmset -a standby 1 disksleep 10 sleep 1 ; mdutil -a -i on || true ; pmset -a sms 1"_s, kRevertPrompt)));
+    EXPECT_FALSE(undone.contains(u"may not be read"_s));
+}
+
+TEST_F(RestoreFlow, saysNothingOfTimeMachineWhereThePromptIsCancelled) {
+    SystemSnapshot snapshot = usersOwn();
+    snapshot.timeMachineEnabled = false;
+    save(snapshot);
+    scripts.failNext(u"User canceled."_s);
+    EXPECT_FALSE(revert().succeeded);
+    scripts.failNext(u"User canceled."_s);
+    EXPECT_FALSE(reinstate().succeeded);
+    EXPECT_FALSE(takeTrace().contains(u"stays off"_s));
 }
 
 // ---- The whole system
@@ -179,7 +234,7 @@ TEST_F(RestoreFlow, reinstatesTheWholeSystemUnderOnePrompt) {
     const QString backup = u"/Users/alex/.quorvane_backup/UserHome_Library_LaunchAgents/com.example.plist"_s;
     files.addFile(backup, "plist");
     files.addFolders(u"/Users/alex/Library/LaunchAgents"_s);
-    EXPECT_EQ(reinstate(), (RestoreOutcome{true, RestoreSource::Snapshot, true}));
+    EXPECT_EQ(reinstate(), (RestoreOutcome{true, RestoreSource::Snapshot}));
     EXPECT_EQ(takeTrace(),
               u"\nReinstating from saved system snapshot (Tour)...\n"_s + kRestoreSteps + kAction + kApplied +
                   u"$> osascript: read\n"
@@ -237,7 +292,7 @@ TEST_F(RestoreFlow, aProgramThatQuitsEndsItsWayBackAsAFailedOne) {
 
 TEST_F(RestoreFlow, leavesLoginItemsAndNetworkAloneWhereTheSnapshotKnowsNothingOfThem) {
     save(usersOwn());
-    EXPECT_EQ(reinstate(), (RestoreOutcome{true, RestoreSource::Snapshot, true}));
+    EXPECT_EQ(reinstate(), (RestoreOutcome{true, RestoreSource::Snapshot}));
     EXPECT_EQ(takeTrace(), u"\nReinstating from saved system snapshot...\n"_s + kRestoreSteps + kApplied);
 }
 
@@ -287,7 +342,7 @@ TEST_F(RestoreFlow, addsNoLoginItemWhoseFileWasNotKnown) {
 
 TEST_F(RestoreFlow, reinstatesStandardDefaultsAloneWhereNothingWasCaptured) {
     login = {{u"Mail"_s, u"/Applications/Mail.app"_s, false}};
-    EXPECT_EQ(reinstate(), (RestoreOutcome{true, RestoreSource::StandardDefaults, false}));
+    EXPECT_EQ(reinstate(), (RestoreOutcome{true, RestoreSource::StandardDefaults}));
     const QString log = takeTrace();
     EXPECT_TRUE(log.startsWith(u"  [INFO] No system snapshot found — using standard restore.\n"
                                "\nUndoing Audio Performance tweaks (no snapshot — using standard defaults)...\n"_s));
@@ -302,7 +357,7 @@ TEST_F(RestoreFlow, keepsWhatItWroteAsTheUserWhenReinstatingIsCancelled) {
     snapshot.networkServicesEnabled = QMap<QString, bool>{{u"Wi-Fi"_s, true}};
     save(snapshot);
     scripts.failNext(u"User canceled."_s);
-    EXPECT_EQ(reinstate(), (RestoreOutcome{false, RestoreSource::Snapshot, true}));
+    EXPECT_EQ(reinstate(), (RestoreOutcome{false, RestoreSource::Snapshot}));
     EXPECT_EQ(takeTrace(), u"\nReinstating from saved system snapshot...\n"_s + kRestoreSteps + kApplied +
                                u"  [RESTORED] Network services from snapshot.\n"_s +
                                prompted(u"networksetup -setnetworkserviceenabled 'Wi-Fi' on"_s, kReinstatePrompt) +

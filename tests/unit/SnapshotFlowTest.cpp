@@ -22,8 +22,19 @@ const QStringList kPreferenceReadings{reading::kAppNap,        reading::kLiveApp
 
 class SnapshotFlow : public ScriptedStartup {
 protected:
-    bool capture(const std::optional<QString>& label = {}, Archive archive = Archive::No) {
+    SnapshotCapture captured(const std::optional<QString>& label = {}, Archive archive = Archive::No) {
         return QCoro::waitFor(system.captureSystemSnapshot(label, archive));
+    }
+    bool capture(const std::optional<QString>& label = {}, Archive archive = Archive::No) {
+        return captured(label, archive).isSaved;
+    }
+    /// The same line will get an outcome that is no answer; the others are as before.
+    void loseAnswer(const QString& line, const CommandOutcome& outcome) {
+        commands.respond = [line, outcome, respond = commands.respond](const QStringList& arguments) {
+            const bool isMeant =
+                line == u"osascript" ? arguments.first().endsWith(line) : commandLine(arguments) == line;
+            return isMeant ? outcome : respond(arguments);
+        };
     }
     std::optional<SystemSnapshot> stored() { return SnapshotManager(files, machine).load(); }
 
@@ -49,7 +60,7 @@ protected:
         for (const QString& line : kPreferenceReadings) {
             commands.print(line, "value " + QByteArray::number(++number) + "\n");
         }
-        commands.print(reading::kTimeMachine, "{\n    Running = 1;\n}\n");
+        setAutomaticBackups(true);
         commands.print(reading::kSpotlight, "/:\n\tIndexing enabled. \n");
     }
     /// A Mac on which every tool fails.
@@ -102,6 +113,36 @@ TEST_F(SnapshotFlow, storesWhatItRead) {
                                                               {u"Dropbox"_s, u"/Applications/Dropbox.app"_s, true}}));
 }
 
+TEST_F(SnapshotFlow, keepsWhetherAutomaticBackupsAreMadeAndNotWhetherOneRuns) {
+    answerEverything();
+    for (const bool isRunning : {true, false}) {
+        commands.print(reading::kBackupStatus, isRunning ? "    Running = 1;\n" : "    Running = 0;\n");
+        for (const bool areOn : {true, false}) {
+            setAutomaticBackups(areOn);
+            capture();
+            EXPECT_EQ(stored()->timeMachineEnabled, areOn);
+        }
+    }
+    EXPECT_FALSE(takeTrace().contains(reading::kBackupStatus));
+}
+
+TEST_F(SnapshotFlow, leavesOutBackupsThatAreNotSetUpOrMayNotBeRead) {
+    answerEverything();
+    makeBackupsUnreadable();
+    EXPECT_TRUE(capture());
+    EXPECT_EQ(stored()->timeMachineEnabled, std::nullopt);
+    EXPECT_TRUE(takeTrace().endsWith(
+        u"$> /usr/bin/tmutil destinationinfo\n"
+        "  [INFO] Time Machine may not be read.\n"
+        "  [INFO] Allow Quorvane to read it in System Settings › Privacy & Security › Full Disk Access.\n"
+        "$> /usr/bin/mdutil -s /\n"
+        "  [SNAPSHOT] Saved system baseline.\n"_s));
+    setBackupDestination(false);
+    EXPECT_TRUE(capture());
+    EXPECT_EQ(stored()->timeMachineEnabled, std::nullopt);
+    EXPECT_FALSE(takeTrace().contains(u"may not be read"_s));
+}
+
 TEST_F(SnapshotFlow, keepsTheTextOfATruthValue) {
     answerEverything();
     commands.print(reading::kAppNap, "1\n");
@@ -110,13 +151,10 @@ TEST_F(SnapshotFlow, keepsTheTextOfATruthValue) {
     EXPECT_TRUE(files.read(kSnapshotFile).contains("\"appNapDisabled\": \"1\""));
 }
 
-TEST_F(SnapshotFlow, recordsWhatCannotBeReadAsHavingNoValue) {
+TEST_F(SnapshotFlow, recordsWhatAToolCannotTellAsHavingNoValue) {
     failEverything();
     EXPECT_TRUE(capture());
-    const Json json = parseJson(files.read(kSnapshotFile));
-    EXPECT_EQ(json.size(), 3U); // id, date, and the login items, of which none is known
-    EXPECT_EQ(json.at("loginItems"), Json::array());
-    EXPECT_FALSE(json.contains("networkServicesEnabled"));
+    EXPECT_EQ(parseJson(files.read(kSnapshotFile)).size(), 2U); // id and date
 }
 
 TEST_F(SnapshotFlow, leavesOutAServiceWhoseStateIsNeither) {
@@ -154,6 +192,99 @@ TEST_F(SnapshotFlow, keepsTheOldSnapshotWhenTheNewOneCannotBeSaved) {
     EXPECT_TRUE(posted.isEmpty());
     EXPECT_EQ(stored()->label, u"old"_s);
     EXPECT_FALSE(files.exists(u"/Users/alex/.quorvane"_s));
+}
+
+// ---- Captures that couldn't ask
+
+TEST_F(SnapshotFlow, keepsTheOldSnapshotWhereSystemEventsDoesNotSay) {
+    answerEverything();
+    capture(u"old"_s);
+    const QByteArray before = files.read(kSnapshotFile);
+    const auto expectKept = [&](const QStringList& log) {
+        posted.clear();
+        const qsizetype logged = system.logMessages().size() + 1;
+        EXPECT_EQ(captured(u"new"_s, Archive::Yes), SnapshotCapture());
+        EXPECT_EQ(files.read(kSnapshotFile), before);
+        EXPECT_EQ(system.logMessages().mid(logged), log + QStringList(u"  [ERROR] Failed to save snapshot: Could not "
+                                                                      "read login items."_s));
+        EXPECT_TRUE(posted.isEmpty());
+        EXPECT_FALSE(files.exists(u"/Users/alex/.quorvane"_s));
+    };
+    for (const char* listing : {"ERROR|AppleEvent timed out.\n", "something else\n"}) {
+        loginItems.listing = listing;
+        expectKept({});
+    }
+    loginItems.denial = "Not authorized to send Apple events to System Events.";
+    const QStringList permissionLines{
+        u"  [ERROR] Could not read login items: Not authorized to send Apple events to System Events."_s,
+        u"  [INFO] Grant Automation permission for System Events in System Settings → Privacy & Security."_s};
+    expectKept(permissionLines);
+    loginItems.denial.clear();
+    loginItems.listing.clear();
+    EXPECT_TRUE(capture(u"new"_s));
+}
+
+TEST_F(SnapshotFlow, keepsTheOldSnapshotWhateverToolDoesNotAnswer) {
+    answerEverything();
+    capture(u"old"_s);
+    const QByteArray before = files.read(kSnapshotFile);
+    const auto respond = commands.respond;
+    const QStringList lines = QStringList{u"osascript"_s,
+                                          u"/usr/sbin/networksetup -listallnetworkservices"_s,
+                                          u"/usr/sbin/networksetup -getnetworkserviceenabled Ethernet"_s,
+                                          reading::kPower,
+                                          reading::kTimeMachine,
+                                          reading::kSpotlight} +
+                              kPreferenceReadings;
+    for (const QString& line : lines) {
+        SCOPED_TRACE(line.toStdString());
+        for (const CommandOutcome& outcome : ScriptedCommandLauncher::unanswered()) {
+            loseAnswer(line, outcome);
+            EXPECT_FALSE(capture(u"new"_s));
+            const QString name = line == u"osascript" ? u"login items"_s : QString(line).remove(u'"');
+            EXPECT_EQ(system.logMessages().last(),
+                      u"  [ERROR] Failed to save snapshot: Could not read "_s + name + u'.');
+            EXPECT_EQ(files.read(kSnapshotFile), before);
+            commands.respond = respond;
+        }
+    }
+    EXPECT_TRUE(capture(u"new"_s));
+}
+
+TEST_F(SnapshotFlow, withoutAnOldSnapshotLeavesOutWhatItCouldNotAskFor) {
+    answerEverything();
+    loginItems.denial = "Not authorized";
+    loseAnswer(reading::kPower, ScriptedCommandLauncher::unanswered().first());
+    EXPECT_EQ(captured({}, Archive::Yes), (SnapshotCapture{true, false}));
+    EXPECT_EQ(system.logMessages().mid(1),
+              (QStringList{
+                  u"  [ERROR] Could not read login items: Not authorized"_s,
+                  u"  [INFO] Grant Automation permission for System Events in System Settings → Privacy & Security."_s,
+                  u"  [SNAPSHOT] Saved system baseline."_s,
+                  u"  [INFO] Not part of this snapshot, because it could not be read: login items, "
+                  "/usr/bin/pmset -g custom"_s,
+                  u"  [ERROR] Could not archive master baseline: Could not read login items, "
+                  "/usr/bin/pmset -g custom."_s}));
+    ASSERT_TRUE(stored());
+    EXPECT_EQ(stored()->loginItems, std::nullopt);
+    EXPECT_EQ(stored()->pmsetStandby, std::nullopt);
+    EXPECT_EQ(stored()->appNapDisabled, u"value 1"_s);
+    EXPECT_FALSE(files.exists(u"/Users/alex/.quorvane"_s));
+    trace.clear();
+    QCoro::waitFor(system.reinstateWholeSystem());
+    EXPECT_TRUE(trace.filter(u"System Events"_s).isEmpty()) << "the login items are left alone";
+}
+
+TEST_F(SnapshotFlow, withoutAnOldSnapshotIsNotSavedWithoutAPreference) {
+    answerEverything();
+    for (const QString& line : kPreferenceReadings) {
+        const auto respond = commands.respond;
+        loseAnswer(line, ScriptedCommandLauncher::unanswered().first());
+        EXPECT_FALSE(capture());
+        EXPECT_FALSE(stored());
+        commands.respond = respond;
+    }
+    EXPECT_TRUE(capture());
 }
 
 TEST_F(SnapshotFlow, keepsTheOldSnapshotWhenTheProgramQuitsMeanwhile) {
@@ -207,11 +338,16 @@ TEST_F(SnapshotFlow, isArchivedInICloudForAUserWhoIsSignedIn) {
     EXPECT_TRUE(files.exists(kContainer + u"/Documents/Quorvane/SystemBaselines/master-baseline-current.json"_s));
 }
 
-TEST_F(SnapshotFlow, isNoWorseForAnArchiveThatFails) {
+TEST_F(SnapshotFlow, isNoWorseForAnArchiveThatFailsAndTellsBoth) {
     cloud.account = true; // without a container
-    EXPECT_TRUE(capture({}, Archive::Yes));
-    EXPECT_EQ(system.logMessages().last(), u"  [SNAPSHOT] Saved system baseline."_s);
+    EXPECT_EQ(captured({}, Archive::Yes), (SnapshotCapture{true, false}));
+    const QStringList log = system.logMessages();
+    EXPECT_EQ(log.at(log.size() - 2), u"  [SNAPSHOT] Saved system baseline."_s);
+    EXPECT_TRUE(log.last().startsWith(u"  [ERROR] Could not archive master baseline: "_s));
     EXPECT_TRUE(stored());
+    cloud.account = false;
+    EXPECT_EQ(captured({}, Archive::Yes), (SnapshotCapture{true, true}));
+    EXPECT_EQ(captured({}, Archive::No), (SnapshotCapture{true, false}));
 }
 
 TEST_F(SnapshotFlow, ofOneSecondShareAnArchiveAndTheLastIsGoneBackTo) {

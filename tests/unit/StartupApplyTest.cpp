@@ -296,6 +296,124 @@ TEST_F(StartupApply, aCloudItemOfAnotherNameGoesByItsPath) {
     EXPECT_TRUE(system.logMessages().contains(u"  [APPLIED] Removed login item at path: /Applications/Dropbox.app"_s));
 }
 
+// ---- Of one name
+
+/// A login item as a profile knows it.
+StartupItem savedLoginItem(const QString& name, const QString& path, bool runs) {
+    StartupItem item = startupItemOf(LoginItem{name, path, false});
+    item.runsAtStartup = runs;
+    return item;
+}
+
+TEST_F(StartupApply, ofOneNameWhatTheConfigurationKeepsStaysAndTheOtherGoesByItsPath) {
+    const StartupItem off = savedLoginItem(u"Helper"_s, u"/Applications/A.app"_s, false);
+    StartupItem offByOlderId = loginAppOff(u"Helper"_s);
+    StartupItem runsByIdAlone = savedLoginItem(u"Renamed"_s, u"/Applications/B.app/"_s, true);
+    runsByIdAlone.path = u"/elsewhere"_s;
+    const StartupItem runsAsAdded = StartupItem::fromLaunchItem({u"B"_s, u"/Applications/B.app"_s, false});
+    struct Row {
+        const char* description;
+        QList<StartupItem> items;
+    };
+    const LoginItem kept{u"Helper"_s, u"/Applications/B.app"_s, true};
+    for (const Row& row : {Row{"it runs", {off, savedLoginItem(u"Helper"_s, u"/Applications/B.app"_s, true)}},
+                           Row{"it runs, by its id", {off, runsByIdAlone}},
+                           Row{"it runs, by its path", {off, runsAsAdded}}, Row{"it isn't known", {off}},
+                           Row{"it runs, and what goes is known by its name",
+                               {offByOlderId, savedLoginItem(u"Helper"_s, u"/Applications/B.app"_s, true)}}}) {
+        SCOPED_TRACE(row.description);
+        system.invalidateStartupCaches();
+        login = {{u"Helper"_s, u"/Applications/A.app/"_s, false}, kept};
+        StartupConfiguration configuration;
+        configuration.items = row.items;
+        EXPECT_EQ(QCoro::waitFor(system.previewStartupChanges(configuration)).willDisable.size(), 1);
+        trace.clear();
+        const StartupApplyResult result = applyAlone(configuration);
+        EXPECT_TRUE(result.applySucceeded);
+        EXPECT_EQ(login, QList<LoginItem>{kept});
+        EXPECT_EQ(trace.filter(u"[APPLIED] Removed login item"_s),
+                  QStringList(u"  [APPLIED] Removed login item: Helper"_s));
+        const QString removal = u"$> osascript: remove path /Applications/A.app/"_s;
+        EXPECT_TRUE(takeTrace().contains(removal));
+        EXPECT_EQ(result.verification.failed, QList<ApplyVerificationResult::Item>());
+        EXPECT_EQ(QCoro::waitFor(system.previewStartupChanges(configuration)).willDisable, QList<StartupItem>());
+        defaults.setStringArray(kManaged, {});
+    }
+}
+
+TEST_F(StartupApply, ofOneNameAllGoThatTheConfigurationKnowsByTheNameAlone) {
+    login = {{u"Helper"_s, u"/Applications/A.app"_s, false}, {u"Helper"_s, u"/Applications/B.app"_s, false}};
+    StartupConfiguration configuration;
+    configuration.items = {loginAppOff(u"Helper"_s)};
+    EXPECT_EQ(applyAlone(configuration).verification,
+              (ApplyVerificationResult{{{u"Login item: Helper"_s, u"removed"_s}}, {}}));
+    EXPECT_EQ(login, QList<LoginItem>());
+}
+
+TEST_F(StartupApply, anItemWhoseFileIsGoneGoesByItsNameUnlessOneOfTheNameRuns) {
+    StartupConfiguration configuration;
+    configuration.items = {savedLoginItem(u"Helper"_s, u"/Applications/A.app"_s, false)};
+    login = {{u"Helper"_s, u"missing value"_s, false}};
+    EXPECT_TRUE(applyAlone(configuration).applySucceeded);
+    EXPECT_EQ(login, QList<LoginItem>());
+
+    configuration.items.append(savedLoginItem(u"Helper"_s, u"/Applications/B.app"_s, true));
+    login = {{u"Helper"_s, u"missing value"_s, false}};
+    applyAlone(configuration);
+    EXPECT_EQ(login.size(), 1) << "nobody knows which of the two it is";
+}
+
+TEST_F(StartupApply, aNameThatTheListDoesntShowIsNotUsedWhereOneOfItStays) {
+    StartupConfiguration configuration;
+    configuration.items = {savedLoginItem(u"Helper"_s, u"/Applications/A.app"_s, false),
+                           savedLoginItem(u"helper"_s, u"/Applications/B.app"_s, true)};
+    QCoro::waitFor(system.rawLoginItems());
+    login = {{u"Helper"_s, u"/Applications/A.app"_s, false}, {u"helper"_s, u"/Applications/B.app"_s, false}};
+    EXPECT_TRUE(apply(configuration)) << "both have come since the list was read";
+    EXPECT_EQ(login, (QList<LoginItem>{{u"helper"_s, u"/Applications/B.app"_s, false}}));
+}
+
+TEST_F(StartupApply, aCloudItemGoesWhereverItsPathEndsAndTakesNoOtherOfItsName) {
+    const LoginItem other{u"Helper"_s, u"/Applications/B.app"_s, false};
+    login = {{u"Helper"_s, u"/Applications/Dropbox.app/"_s, false}, other};
+    StartupConfiguration configuration;
+    configuration.disabledCloudSyncAtStartup = {CloudSyncService::dropbox};
+    const StartupApplyResult result = applyAlone(configuration);
+    EXPECT_EQ(login, QList<LoginItem>{other});
+    EXPECT_EQ(result.verification.failed, QList<ApplyVerificationResult::Item>());
+    EXPECT_EQ(QCoro::waitFor(system.previewStartupChanges(configuration)).willDisable, QList<StartupItem>());
+}
+
+TEST_F(StartupApply, anAddedApplicationIsNotSwitchedOffByItsOwnTrace) {
+    const LoginItem bitwig{u"Bitwig Studio"_s, u"/Applications/Bitwig Studio.app"_s, false};
+    StartupItem trace1 = savedLoginItem(bitwig.name, bitwig.path, false);
+    StartupConfiguration configuration;
+    configuration.items = {StartupItem::fromLaunchItem({bitwig.name, bitwig.path + u'/', false}), trace1};
+    configuration.disabledCloudSyncAtStartup = {CloudSyncService::box};
+    login = {bitwig};
+    EXPECT_EQ(configuration.disabledLoginNames(), QSet<QString>());
+    EXPECT_EQ(QCoro::waitFor(system.previewStartupChanges(configuration)).willDisable, QList<StartupItem>());
+    const StartupApplyResult result = applyAlone(configuration);
+    EXPECT_TRUE(system.logMessages().filter(u"Removed login item"_s).isEmpty());
+    EXPECT_EQ(result.verification, (ApplyVerificationResult{{{u"Cloud sync: Box"_s, u"not installed"_s},
+                                                             {u"Startup app: Bitwig Studio"_s, u"configured"_s}},
+                                                            {}}));
+}
+
+TEST_F(StartupApply, anAddedApplicationOfACloudServiceStays) {
+    const LoginItem dropbox{u"Dropbox"_s, u"/Applications/Dropbox.app"_s, false};
+    StartupConfiguration configuration;
+    configuration.items = {StartupItem::fromLaunchItem({dropbox.name, dropbox.path, false})};
+    configuration.disabledCloudSyncAtStartup = {CloudSyncService::dropbox};
+    login = {dropbox};
+    EXPECT_EQ(QCoro::waitFor(system.previewStartupChanges(configuration)).willDisable, QList<StartupItem>());
+    const StartupApplyResult result = applyAlone(configuration);
+    EXPECT_TRUE(system.logMessages().filter(u"Removed login item"_s).isEmpty());
+    EXPECT_EQ(login, QList<LoginItem>{dropbox});
+    EXPECT_EQ(result.verification, (ApplyVerificationResult{{{u"Startup app: Dropbox"_s, u"configured"_s}},
+                                                            {{u"Cloud sync: Dropbox"_s, u"still active"_s}}}));
+}
+
 TEST_F(StartupApply, anEmptyConfigurationAloneShowsNoPrompt) {
     const StartupApplyResult result = applyAlone({});
     EXPECT_TRUE(result.applySucceeded);

@@ -195,6 +195,39 @@ TEST_F(StartupApps, aPathThatEndsInASlashIsTheSameApplication) {
     EXPECT_EQ(managed(), QStringList());
 }
 
+TEST_F(StartupApps, oneWhosePathEndsInASlashGoesThoughAnotherHasItsName) {
+    const LoginItem other{u"Live"_s, u"/Users/alex/Live.app"_s, false};
+    loginItems.items = {{u"Live"_s, kLiveApp.path + u'/', false}, other};
+    manage({kLiveApp.path});
+    EXPECT_TRUE(remove());
+    EXPECT_EQ(takeTrace(), u"  [ACTION] Removing 1 Quorvane-managed startup app(s)...\n"
+                           "$> System Events: list\n"
+                           "$> System Events: delete where path is /Applications/Live.app/\n"
+                           "$> System Events: list\n"
+                           "  [APPLIED] Removed startup app from login items: Live\n"_s);
+    EXPECT_EQ(loginItems.items, QList<LoginItem>{other});
+}
+
+TEST_F(StartupApps, oneWhoseFileIsGoneIsKnownByItsName) {
+    loginItems.listing = "Live|missing value|false\n";
+    loginItems.unchangeable = {u"Live"_s};
+    manage({kLiveApp.path});
+    EXPECT_FALSE(remove());
+    EXPECT_EQ(managed(), QStringList(kLiveApp.path));
+}
+
+TEST_F(StartupApps, aPathIsRecordedAndForgottenWithOrWithoutASlashAtItsEnd) {
+    system.recordManagedStartupAppPath(kLiveApp.path + u'/');
+    system.recordManagedStartupAppPath(kLiveApp.path);
+    EXPECT_EQ(managed(), QStringList(kLiveApp.path));
+    manage({kLiveApp.path + u'/', kMixer.path});
+    EXPECT_EQ(system.managedStartupAppPaths(), (QSet<QString>{kLiveApp.path, kMixer.path}));
+    system.recordManagedStartupAppPath(kLiveApp.path);
+    EXPECT_EQ(managed().size(), 2);
+    system.forgetManagedStartupAppPath(kLiveApp.path);
+    EXPECT_EQ(managed(), QStringList(kMixer.path));
+}
+
 TEST_F(StartupApps, audioSoftwareGoesOnlyWhenTheProgramHasAddedIt) {
     const QString traktor = u"/Applications/Traktor Pro 3.app"_s;
     const QString serato = u"/Applications/Serato DJ Pro.app"_s;
@@ -224,6 +257,24 @@ TEST_F(StartupApps, whatTheConfigurationOpensStays) {
     EXPECT_TRUE(trace.isEmpty());
 }
 
+TEST_F(StartupApps, whatTheConfigurationOpensStaysHoweverItsPathEnds) {
+    manage({kLiveApp.path, kMixer.path + u'/'});
+    EXPECT_TRUE(QCoro::waitFor(
+        system.removeUnconfiguredManagedApps(opening({{kLiveApp.name, kLiveApp.path + u'/', false}, kMixer}))));
+    EXPECT_TRUE(trace.isEmpty());
+}
+
+TEST_F(StartupApps, whatTheConfigurationKnowsAsALoginItemThatRunsStays) {
+    loginItems.items = {{u"Live"_s, kLiveApp.path, false}, {u"Mixer"_s, kMixer.path, false}};
+    manage({kLiveApp.path, kMixer.path});
+    StartupConfiguration configuration;
+    configuration.items = {startupItemOf(loginItems.items.first()), startupItemOf(loginItems.items.last())};
+    configuration.items.last().runsAtStartup = false;
+    EXPECT_TRUE(QCoro::waitFor(system.removeUnconfiguredManagedApps(configuration)));
+    EXPECT_EQ(loginItems.names(), QStringList(u"Live"_s));
+    EXPECT_EQ(managed(), QStringList(kLiveApp.path)) << "to go when no profile keeps it";
+}
+
 // ---- Adding
 
 TEST_F(StartupApps, configuringNoneDoesNothing) {
@@ -250,6 +301,20 @@ TEST_F(StartupApps, oneThatOpensAlreadyBecomesManagedAndGoesWhenItIsNoLongerConf
     EXPECT_EQ(managed(), QStringList(kLiveApp.path));
     EXPECT_TRUE(QCoro::waitFor(system.removeUnconfiguredManagedApps({})));
     EXPECT_EQ(loginItems.names(), QStringList());
+}
+
+TEST_F(StartupApps, oneThatOpensAlreadyIsKnownHoweverItsPathEnds) {
+    loginItems.items = {{u"Live"_s, kLiveApp.path + u'/', false}, {u"Mixer"_s, kMixer.path, false}};
+    EXPECT_TRUE(configure({kLiveApp, {kMixer.name, kMixer.path + u'/', false}}));
+    EXPECT_EQ(takeTrace(), u"$> System Events: list\n"
+                           "  [SKIPPED] Already configured to start at login: Live\n"
+                           "  [SKIPPED] Already configured to start at login: Mixer\n"_s);
+    EXPECT_EQ(managed(), (QStringList{kLiveApp.path, kMixer.path}));
+}
+
+TEST_F(StartupApps, oneIsAddedWithoutASlashAtTheEnd) {
+    EXPECT_TRUE(configure({{kLiveApp.name, kLiveApp.path + u'/', false}}));
+    EXPECT_EQ(loginItems.items, (QList<LoginItem>{{u"Live"_s, kLiveApp.path, false}}));
 }
 
 TEST_F(StartupApps, oneThatCannotBeAddedIsNotRecordedAndStopsNoOther) {

@@ -39,7 +39,7 @@ class StartupChangePreviewTest : public ::testing::Test {
 protected:
     StartupChangePreviewTest() { readings.loginItems.wasRead = true; }
 
-    StartupChangePreview preview() const { return startupChangePreview(configuration, readings); }
+    StartupChangePreview preview() const { return startupChangePreview(configuration, std::nullopt, readings); }
     void addLoginItem(const QString& name, const QString& path) {
         readings.loginItems.items.append({name, path, false});
     }
@@ -113,6 +113,59 @@ TEST_F(StartupChangePreviewTest, aManagedApplicationThatIsNoLongerConfiguredWill
     configuration.items = {addedToOpen(u"Kept"_s, u"/Applications/Kept.app"_s)};
     EXPECT_EQ(preview().willRemove, (QList<StartupLaunchItem>{{u"Another"_s, u"/Applications/A.app"_s, false},
                                                               {u"shown"_s, u"/Applications/Old.app"_s, false}}));
+}
+
+// ---- A clean reboot
+
+TEST_F(StartupChangePreviewTest, aCleanRebootTakesWhatNothingPermitsEachItemOnce) {
+    addLoginItem(u"Zoom"_s, u"/Applications/zoom.us.app/"_s);
+    addLoginItem(u"Chat"_s, u"/Applications/Chat.app"_s);
+    addLoginItem(u"Mail"_s, u"/Applications/Mail.app"_s);
+    addLoginItem(u"Sync Agent"_s, u"/Applications/Sync.app"_s);
+    addLoginItem(u"Deck"_s, u"/Applications/Traktor.app"_s);
+    configuration.items = {previewedItem(Kind::loginApp, u"Chat"_s)}; // as an older profile knows it
+    CleanReboot cleanReboot{{u"Mail"_s}, configuration, {u"Sync Agent"_s}};
+    const StartupChangePreview unknown = startupChangePreview(configuration, cleanReboot, readings);
+    EXPECT_EQ(itemNames(unknown.willDisable), (QStringList{u"Chat"_s, u"Zoom"_s}));
+    EXPECT_EQ(unknown.willDisable.last(), startupItemOf(readings.loginItems.items.first()));
+    EXPECT_TRUE(unknown.willDisableUnknownBackgroundItems);
+    readings.backgroundItems = BackgroundTaskList({});
+    EXPECT_TRUE(startupChangePreview(configuration, cleanReboot, readings).willDisableUnknownBackgroundItems)
+        << "an empty list is one that couldn't be read";
+
+    readings.backgroundItems =
+        BackgroundTaskList({{u"Helper"_s, u"com.h"_s, {}, u"agent"_s, u"[enabled]"_s, {}, {}, {}},
+                            {u"Mail Helper"_s, u"com.m"_s, {}, u"agent"_s, u"[enabled]"_s, {}, {}, {}},
+                            {u"Off"_s, u"com.off"_s, {}, u"agent"_s, u"[disabled]"_s, {}, {}, {}}});
+    const StartupChangePreview known = startupChangePreview(configuration, cleanReboot, readings);
+    EXPECT_EQ(itemNames(known.willDisable), (QStringList{u"Chat"_s, u"Helper"_s, u"Zoom"_s}));
+    EXPECT_FALSE(known.willDisableUnknownBackgroundItems);
+    EXPECT_FALSE(preview().willDisableUnknownBackgroundItems);
+}
+
+TEST_F(StartupChangePreviewTest, aCleanRebootAloneTakesNeitherServicesNorWhatItPermits) {
+    addLoginItem(u"Dropbox"_s, u"/Applications/Dropbox.app"_s);
+    addLoginItem(u"Chat"_s, u"/Applications/Chat.app"_s);
+    addLoginItem(u"Old"_s, u"/Applications/Old.app"_s);
+    readings.managedPaths = {u"/Applications/Old.app"_s};
+    readings.launchPlists = {u"com.a.plist"_s, u"com.x.agent.plist"_s};
+    StartupItem agent = previewedItem(Kind::backgroundAgent, u"X Agent"_s, false, u"com.x.agent.plist"_s);
+    agent.id = launchItemId(u"com.x.agent.plist"_s);
+    configuration.items = {previewedItem(Kind::launchAgent, u"A"_s, false, u"com.a.plist"_s),
+                           previewedItem(Kind::launchAgent, u"Gone"_s, false, u"com.gone.plist"_s),
+                           previewedItem(Kind::backgroundLoginItem, u"B"_s, false, u"com.b"_s),
+                           previewedItem(Kind::loginApp, u"Chat"_s),
+                           agent,
+                           addedToOpen(u"New"_s, u"/Applications/New.app"_s)};
+    configuration.disabledCloudSyncAtStartup = {Service::dropbox};
+    configuration.disableNetworkAtStartup = true;
+    StartupChangePreview expected;
+    expected.willDisable = {configuration.items[0], configuration.items[2], startupItemOf(readings.loginItems.items[1]),
+                            startupItemOf(readings.loginItems.items[2])};
+    expected.willDisableUnknownBackgroundItems = true;
+    EXPECT_EQ(cleanRebootPreview({{u"Dropbox"_s}, configuration, {}}, readings), expected);
+    EXPECT_EQ(itemNames(cleanRebootPreview({}, readings).willDisable),
+              (QStringList{u"Chat"_s, u"Dropbox"_s, u"Old"_s}));
 }
 
 TEST_F(StartupChangePreviewTest, theNetworkAndTheServicesAreThoseOfTheConfiguration) {

@@ -202,6 +202,61 @@ TEST(StartupMerge, onlyAddedAppsOutliveTheirDiscovery) {
     EXPECT_EQ(merge.configuration.items, QList<StartupItem>{added});
 }
 
+TEST(StartupMerge, aSavedAddedApplicationWithADiscoveredTwinStandsOnce) {
+    StartupItem saved = configuredItem(u"Added"_s, Kind::addedApp, false);
+    saved.hidden = true;
+    StartupItem twin = saved;
+    twin.name = u"Added, as found"_s;
+    twin.runsAtStartup = true;
+    twin.hidden = false;
+    StartupItem expected = twin;
+    expected.runsAtStartup = false;
+    expected.hidden = true;
+    EXPECT_EQ((StartupConfiguration{{saved}, false, {}}.mergedWithDiscovered({twin}, true).configuration.items),
+              QList<StartupItem>{expected});
+}
+
+TEST(StartupMerge, theLoginItemOfAnAddedApplicationThatRunsIsNoSecondItem) {
+    const StartupItem added = StartupItem::fromLaunchItem({u"Bitwig Studio"_s, u"/Applications/Bitwig.app"_s, false});
+    StartupItem addedButOff = added;
+    addedButOff.runsAtStartup = false;
+    StartupItem found = configuredItem(u"Bitwig Studio"_s, Kind::loginApp, true);
+    found.id = u"login:/Applications/Bitwig.app"_s;
+    found.path = u"/Applications/Bitwig.app/"_s;
+    StartupItem savedTrace = found;
+    savedTrace.runsAtStartup = false;
+    for (const bool cleanReboot : {true, false}) {
+        EXPECT_EQ(
+            (StartupConfiguration{{added}, false, {}}.mergedWithDiscovered({found}, cleanReboot)).configuration.items,
+            QList<StartupItem>{added});
+        EXPECT_EQ((StartupConfiguration{{savedTrace, added}, false, {}}.mergedWithDiscovered({found}, cleanReboot))
+                      .configuration.items,
+                  QList<StartupItem>{added})
+            << "also where an earlier merge has made one";
+        EXPECT_EQ((StartupConfiguration{{addedButOff}, false, {}}.mergedWithDiscovered({found}, cleanReboot))
+                      .configuration.items.size(),
+                  2)
+            << "one that doesn't open any more says nothing";
+    }
+}
+
+TEST(StartupMerge, aSavedItemIsFoundHoweverItsPathEndsAndByItsNameWhenItsFileWasGone) {
+    struct Row {
+        QString savedId;
+        QString foundId;
+    };
+    for (const Row& row : {Row{u"login:/Applications/Sync.app/"_s, u"login:/Applications/Sync.app"_s},
+                           Row{u"login:/Applications/Sync.app"_s, u"login:/Applications/Sync.app/"_s},
+                           Row{u"login:missing value"_s, u"login:Sync"_s}}) {
+        StartupItem saved = configuredItem(u"Sync"_s, Kind::loginApp, true);
+        saved.id = row.savedId;
+        StartupItem found = saved;
+        found.id = row.foundId;
+        EXPECT_EQ((StartupConfiguration{{saved}, false, {}}.mergedWithDiscovered({found}, true).configuration.items),
+                  QList<StartupItem>{found});
+    }
+}
+
 TEST(StartupMerge, sortsByNameWithoutRegardToCase) {
     const QList<StartupItem> discovered{
         configuredItem(u"beta"_s, Kind::loginApp, true), configuredItem(u"Alpha"_s, Kind::loginApp, true),

@@ -157,9 +157,12 @@ TEST(StartupItem, identifiersAreFormedByTheirSource) {
     EXPECT_EQ(loginItemId(u"Live"_s, u" /Applications/Live.app\n"_s), u"login:/Applications/Live.app"_s);
     EXPECT_EQ(loginItemId(u" Live "_s, u" \t\n"_s), u"login: Live "_s);
     EXPECT_EQ(loginItemId(u"Live"_s, QString()), u"login:Live"_s);
+    EXPECT_EQ(loginItemId(u"Live"_s, u"/Applications/Live.app/"_s), u"login:/Applications/Live.app"_s);
+    EXPECT_EQ(loginItemId(u"Live/"_s, QString()), u"login:Live/"_s);
     EXPECT_EQ(launchItemId(u"com.live.plist"_s), u"launch:com.live.plist"_s);
     EXPECT_EQ(backgroundItemId(u"com.live.helper"_s), u"btm:com.live.helper"_s);
     EXPECT_EQ(addedItemId(u"/Applications/Live.app"_s), u"added:/Applications/Live.app"_s);
+    EXPECT_EQ(addedItemId(u"/Applications/Live.app//"_s), u"added:/Applications/Live.app"_s);
     EXPECT_TRUE(isLaunchItemId(u"launch:x"_s));
     EXPECT_FALSE(isLaunchItemId(u"login:launch:x"_s));
 }

@@ -20,8 +20,22 @@ StartupItem targetItem(const QString& id, const QString& name, Kind kind, bool r
     return made;
 }
 
-StartupTargetSets targetsOf(const QList<StartupItem>& items, const CloudSyncServices& services = {}) {
-    return disabledTargetSets({items, false, {}}, services, items);
+/// The sets, the login items by their names.
+struct TargetTexts {
+    QSet<QString> loginNames;
+    QSet<QString> loginPaths;
+    QSet<QString> launchLabels;
+    QSet<QString> backgroundLabels;
+
+    bool operator==(const TargetTexts&) const = default;
+};
+
+TargetTexts textsOf(const StartupTargetSets& targets) {
+    return {targets.loginItems.names(), targets.loginPaths, targets.launchLabels, targets.backgroundLabels};
+}
+
+TargetTexts targetsOf(const QList<StartupItem>& items, const CloudSyncServices& services = {}) {
+    return textsOf(disabledTargetSets({items, false, {}}, services, items));
 }
 
 TEST(StartupTargets, withoutServicesTheyAreWhatTheConfigurationSwitchesOff) {
@@ -35,7 +49,7 @@ TEST(StartupTargets, withoutServicesTheyAreWhatTheConfigurationSwitchesOff) {
         targetItem(u"btm:g"_s, u"g"_s, Kind::backgroundLoginItem, false),
         targetItem(u"added:h"_s, u"h"_s, Kind::addedApp, false),
     };
-    EXPECT_EQ(targetsOf(items), (StartupTargetSets{{u"a"_s, u"b"_s}, {}, {u"d.plist"_s, u"e"_s}, {u"f.label"_s}}));
+    EXPECT_EQ(targetsOf(items), (TargetTexts{{u"a"_s, u"b"_s}, {}, {u"d.plist"_s, u"e"_s}, {u"f.label"_s}}));
 }
 
 TEST(StartupTargets, aServiceAddsItsItemsByTheirKind) {
@@ -51,41 +65,41 @@ TEST(StartupTargets, aServiceAddsItsItemsByTheirKind) {
         targetItem(u"added:7"_s, u"Dropbox"_s, Kind::addedApp, true),
         targetItem(u"login:8"_s, u"Live"_s, Kind::loginApp, true),
     };
-    EXPECT_EQ(targetsOf(items, {CloudSyncService::dropbox}), (StartupTargetSets{{u"Dropbox"_s, u"Dropbox Agent"_s},
-                                                                                {u"/Applications/Dropbox.app"_s},
-                                                                                {u"com.dropbox.plist"_s},
-                                                                                {u"com.getdropbox"_s}}));
-    EXPECT_EQ(targetsOf(items, {CloudSyncService::box}), StartupTargetSets());
-    EXPECT_EQ(targetsOf(items), StartupTargetSets());
+    EXPECT_EQ(targetsOf(items, {CloudSyncService::dropbox}), (TargetTexts{{u"Dropbox"_s, u"Dropbox Agent"_s},
+                                                                          {u"/Applications/Dropbox.app"_s},
+                                                                          {u"com.dropbox.plist"_s},
+                                                                          {u"com.getdropbox"_s}}));
+    EXPECT_EQ(targetsOf(items, {CloudSyncService::box}), TargetTexts());
+    EXPECT_EQ(targetsOf(items), TargetTexts());
 }
 
 TEST(StartupTargets, anItemKnownByItsLaunchPlistIsNoLoginItem) {
     StartupItem agent = targetItem(u"launch:com.dropbox.plist"_s, u"com.dropbox"_s, Kind::backgroundAgent, false,
                                    u"com.dropbox.plist"_s);
     agent.path = u"/Library/LaunchAgents/com.dropbox.plist"_s;
-    const StartupTargetSets expected{{}, {}, {u"com.dropbox.plist"_s}, {}};
+    const TargetTexts expected{{}, {}, {u"com.dropbox.plist"_s}, {}};
     EXPECT_EQ(targetsOf({agent}), expected);
     agent.runsAtStartup = true;
     EXPECT_EQ(targetsOf({agent}, {CloudSyncService::dropbox}), expected);
-    EXPECT_EQ(targetsOf({agent}), StartupTargetSets());
+    EXPECT_EQ(targetsOf({agent}), TargetTexts());
 
     agent.launchIdentifier = std::nullopt;
     agent.runsAtStartup = false;
-    EXPECT_EQ(targetsOf({agent}), (StartupTargetSets{{}, {}, {u"com.dropbox"_s}, {}}));
+    EXPECT_EQ(targetsOf({agent}), (TargetTexts{{}, {}, {u"com.dropbox"_s}, {}}));
 }
 
 TEST(StartupTargets, discoveredItemsOfAServiceAreTargetsThoughTheConfigurationIsEmpty) {
     const StartupItem found = targetItem(u"login:Mega"_s, u"MEGAsync"_s, Kind::loginApp, true);
     const StartupConfiguration empty;
-    EXPECT_EQ(disabledTargetSets(empty, {CloudSyncService::mega}, wideningItems(empty, {found})),
-              (StartupTargetSets{{u"MEGAsync"_s}, {}, {}, {}}));
-    EXPECT_EQ(disabledTargetSets(empty, {CloudSyncService::mega}, {}), StartupTargetSets());
+    EXPECT_EQ(textsOf(disabledTargetSets(empty, {CloudSyncService::mega}, wideningItems(empty, {found}))),
+              (TargetTexts{{u"MEGAsync"_s}, {}, {}, {}}));
+    EXPECT_EQ(textsOf(disabledTargetSets(empty, {CloudSyncService::mega}, {})), TargetTexts());
 }
 
 TEST(StartupTargets, anEmptyListStillLeavesWhatIsSwitchedOff) {
     const StartupConfiguration configuration{{targetItem(u"login:a"_s, u"a"_s, Kind::loginApp, false)}, false, {}};
-    EXPECT_EQ(disabledTargetSets(configuration, {CloudSyncService::mega}, {}),
-              (StartupTargetSets{{u"a"_s}, {}, {}, {}}));
+    EXPECT_EQ(textsOf(disabledTargetSets(configuration, {CloudSyncService::mega}, {})),
+              (TargetTexts{{u"a"_s}, {}, {}, {}}));
 }
 
 TEST(StartupTargets, theConfigurationsItemsGoBeforeDiscoveredOnes) {
@@ -93,6 +107,9 @@ TEST(StartupTargets, theConfigurationsItemsGoBeforeDiscoveredOnes) {
     const StartupItem twin = targetItem(u"login:a"_s, u"discovered"_s, Kind::loginApp, true);
     const StartupItem other = targetItem(u"login:b"_s, u"other"_s, Kind::loginApp, true);
     EXPECT_EQ(wideningItems({{saved}, false, {}}, {other, twin}), (QList<StartupItem>{saved, other}));
+    const StartupItem byPath = targetItem(u"login:/a/"_s, u"saved"_s, Kind::loginApp, false);
+    const StartupItem found = targetItem(u"login:/a"_s, u"discovered"_s, Kind::loginApp, true);
+    EXPECT_EQ(wideningItems({{byPath}, false, {}}, {found}), QList<StartupItem>{byPath});
 }
 
 } // namespace

@@ -157,6 +157,38 @@ TEST_F(StartupVerificationFlow, anErrorFromSystemEventsIsNoList) {
               failed({{u"Login item: Chat"_s, u"could not read login items"_s}}));
 }
 
+TEST_F(StartupVerificationFlow, aPathMayEndInASlashOnEitherSide) {
+    login = {{u"Live"_s, u"/Applications/Live.app/"_s, false},
+             {u"Mixer"_s, u"/Applications/Mixer.app"_s, true},
+             {u"Old"_s, u"/Applications/Old.app/"_s, false}};
+    defaults.setStringArray(kManagedKey, {u"/Applications/Old.app"_s, u"/Applications/Live.app/"_s});
+    const StartupConfiguration configuration =
+        configured({StartupItem::fromLaunchItem({u"Live"_s, u"/Applications/Live.app"_s, false}),
+                    StartupItem::fromLaunchItem({u"Mixer"_s, u"/Applications/Mixer.app/"_s, true})});
+    EXPECT_EQ(verify(configuration), (ApplyVerificationResult{{{u"Startup app: Live"_s, u"configured"_s},
+                                                               {u"Startup app: Mixer"_s, u"hidden at login"_s}},
+                                                              {{u"Startup app: Old"_s, u"still in login items"_s}}}));
+    const StartupChangePreview preview = QCoro::waitFor(system.previewStartupChanges(configuration));
+    EXPECT_EQ(preview.willAdd, QList<StartupLaunchItem>());
+    EXPECT_EQ(preview.willRemove, (QList<StartupLaunchItem>{{u"Old"_s, u"/Applications/Old.app"_s, false}}));
+}
+
+TEST_F(StartupVerificationFlow, anAddedApplicationThatLeavesIsKnownByItsNameWhenItsFileIsGone) {
+    login = {{u"Old"_s, u"missing value"_s, false}};
+    defaults.setStringArray(kManagedKey, {u"/Applications/Old.app"_s});
+    EXPECT_EQ(verify({}), failed({{u"Startup app: Old"_s, u"still in login items"_s}}));
+    EXPECT_EQ(QCoro::waitFor(system.previewStartupChanges({})).willRemove,
+              (QList<StartupLaunchItem>{{u"Old"_s, u"/Applications/Old.app"_s, false}}));
+}
+
+TEST_F(StartupVerificationFlow, aManagedApplicationThatRunsAsALoginItemIsNotExpectedToBeGone) {
+    login = {{u"Live"_s, u"/Applications/Live.app"_s, false}};
+    defaults.setStringArray(kManagedKey, {u"/Applications/Live.app"_s});
+    const StartupConfiguration configuration = configured({startupItemOf(login.first())});
+    EXPECT_EQ(verify(configuration), ApplyVerificationResult());
+    EXPECT_EQ(QCoro::waitFor(system.previewStartupChanges(configuration)), StartupChangePreview());
+}
+
 // ---- Network
 
 TEST_F(StartupVerificationFlow, withoutAServiceTheNetworkFails) {

@@ -20,14 +20,24 @@ TEST_F(SystemManagerTest, logKeepsEveryEntryAsItIs) {
     EXPECT_EQ(system.logMessages(), QStringList({u"\nStarting"_s, u""_s, u"  [OK] done"_s}));
 }
 
-TEST_F(SystemManagerTest, warningsVanishFromTheLogWhereverTheTagStands) {
-    system.log(u"  [WARNING] first"_s);
-    system.log(u"in the [WARNING] middle"_s);
-    system.log(u"at the end [WARNING]"_s);
+TEST_F(SystemManagerTest, anEntryVanishesWhoseOwnTagIsThatOfAWarning) {
+    for (const QString& entry :
+         {u"  [WARNING] as a detail"_s, u"[WARNING] bare"_s, u"\n[WARNING] as a headline"_s, u"\r\n \t[WARNING]"_s}) {
+        system.log(entry);
+    }
     EXPECT_TRUE(system.logMessages().isEmpty());
     EXPECT_TRUE(trace.isEmpty());
-    system.log(u"  [warning] in lower case"_s);
-    EXPECT_EQ(system.logMessages(), QStringList(u"  [warning] in lower case"_s));
+}
+
+TEST_F(SystemManagerTest, anEntryStaysInWhichOnlyANameHoldsTheWord) {
+    const QStringList entries{u"\n[PROFILE] Applying: [WARNING] Late show"_s,
+                              u"  [ERROR] Failed to add login item: Deck [WARNING]"_s, u"[WARNING"_s,
+                              u"  [warning] in lower case"_s, u"  . [WARNING]"_s};
+    for (const QString& entry : entries) {
+        system.log(entry);
+    }
+    EXPECT_EQ(system.logMessages(), entries);
+    EXPECT_EQ(trace, entries);
 }
 
 TEST_F(SystemManagerTest, nestedBusyBracketsKeepTheFirstText) {

@@ -74,6 +74,14 @@ TEST(SystemMatching, tellsWhichTweaksAreStillInForce) {
                                                                             {u"Clean Reboot"_s, u"still enabled"_s}}}));
 }
 
+TEST(SystemMatching, whatThisMacDoesNotHaveIsNeitherForNorAgainstDefault) {
+    const ApplyVerificationResult::Item absent{u"Motion Sensor"_s, u"not present on this Mac"_s, false};
+    EXPECT_EQ(defaultVerification({{absent}, counted(0, 10).failed}, false),
+              defaultVerification(counted(0, 10), false));
+    EXPECT_EQ(defaultVerification({counted(1, 0).verified + QList{absent}, {}}, false),
+              defaultVerification(counted(1, 0), false));
+}
+
 TEST(SystemMatching, isNotDefaultWhereOnlyTheCleanRebootIsLeft) {
     EXPECT_EQ(defaultVerification(counted(0, 11), true),
               (ApplyVerificationResult{{{u"Default preset"_s, u"no performance optimizations active"_s}},

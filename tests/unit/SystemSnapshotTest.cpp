@@ -104,6 +104,20 @@ TEST(SystemSnapshot, keepsAnEmptyListOfLoginItemsApartFromNone) {
     EXPECT_EQ(decodedValue<SystemSnapshot>(json), snapshot);
 }
 
+TEST(SystemSnapshot, tellsBackupsThatWereSwitchedOffFromOnesThatOnlyDidNotRun) {
+    SystemSnapshot snapshot = bareSnapshot();
+    snapshot.timeMachineEnabled = false;
+    Json json = encodeJson(snapshot);
+    EXPECT_EQ(json.at("timeMachineEnabled"), false);
+    EXPECT_EQ(decodedValue<SystemSnapshot>(json), snapshot);
+    json.erase("timeMachineSwitchedOff"); // as an earlier version wrote it on any Mac that made no backup just then
+    EXPECT_EQ(decodedValue<SystemSnapshot>(json), bareSnapshot());
+    json["timeMachineEnabled"] = true;
+    snapshot.timeMachineEnabled = true;
+    EXPECT_EQ(decodedValue<SystemSnapshot>(json), snapshot);
+    EXPECT_EQ(encodeJson(snapshot), json);
+}
+
 TEST(SystemSnapshot, withoutAFieldThatMayBeMissingIsRead) {
     QByteArray text = kWholeText;
     text.replace("  \"pmsetSms\": \"0\",\n", "");

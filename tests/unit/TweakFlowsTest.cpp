@@ -1,3 +1,4 @@
+#include "core/UserDefaultKeys.h"
 #include "fakes/ReadingLines.h"
 #include "fakes/ScriptedLoginItems.h"
 #include "startup/background/BackgroundLoginItemChangePlan.h"
@@ -25,7 +26,6 @@ void answerAsApplied(ScriptedCommandLauncher& commands) {
     commands.print(reading::kSounds, "0\n");
     commands.print(reading::kAirDrop, "1\n");
     commands.print(reading::kSpotlight, "/:\n\tIndexing disabled.\n");
-    commands.print(reading::kTimeMachine, "Backup session status:\n{\n    Running = 0;\n}\n");
 }
 
 const QString kPromptedRun = u"with prompt \"Quorvane needs your administrator password to make these system changes. "
@@ -103,17 +103,20 @@ const QString kApplyEverything =
     "$ /usr/bin/defaults write com.apple.systemsound com.apple.sound.uiaudio.enabled -int 0\n"
     "  [APPLIED] Muted System UI sound effects.\n"
     "$ /usr/bin/defaults write com.apple.NetworkBrowser DisableAirDrop -bool YES\n"
-    "  [APPLIED] Deactivated AirDrop proximity sharing.\n"
-    "  [ACTION] Requesting Admin rights for system performance tweaks...\n"_s;
+    "  [APPLIED] Deactivated AirDrop proximity sharing.\n"_s +
+    reading::traced({reading::kTimeMachine}) +
+    u"  [ACTION] Requesting Admin rights for system performance tweaks...\n"_s;
 
 const QString kOneWayVerification =
     reading::traced({reading::kPower, reading::kAppNap, reading::kUpdateDownload, reading::kUpdateCheck,
                      reading::kStoreUpdate, reading::kDoNotDisturb, reading::kSiri, reading::kCrashReporter,
-                     reading::kSounds, reading::kAirDrop, reading::kSpotlight, reading::kTimeMachine}) +
+                     reading::kSounds, reading::kAirDrop, reading::kSpotlight, reading::kTimeMachine,
+                     reading::kBackupStatus}) +
     u"\n[VERIFY] Performance tweaks\n"
     "  [OK] App Nap — disabled\n"
     "  [OK] Software Updates — disabled\n"
     "  [OK] Notifications — suppressed\n"
+    "  [INFO] Notifications: the setting is stored. Turn on a Focus as well: Quorvane can't do that for you.\n"
     "  [OK] Siri — disabled\n"
     "  [OK] Crash Reporter — disabled\n"
     "  [OK] UI Sounds — muted\n"
@@ -146,8 +149,8 @@ const QString kSyncEverythingOff =
     "$ /usr/bin/defaults write com.apple.systemsound com.apple.sound.uiaudio.enabled -int 1\n"
     "  [RESTORED] Restored UI sounds.\n"
     "$ /usr/bin/defaults write com.apple.NetworkBrowser DisableAirDrop -bool NO\n"
-    "  [RESTORED] Re-activated AirDrop.\n"
-    "  [ACTION] Requesting Admin rights to sync system-level tweaks...\n"_s;
+    "  [RESTORED] Re-activated AirDrop.\n"_s +
+    reading::traced({reading::kTimeMachine}) + u"  [ACTION] Requesting Admin rights to sync system-level tweaks...\n"_s;
 
 const QString kSyncEverythingOn =
     u"\nSyncing performance tweaks to profile settings...\n"
@@ -171,8 +174,8 @@ const QString kSyncEverythingOn =
     "$ /usr/bin/defaults write com.apple.systemsound com.apple.sound.uiaudio.enabled -int 0\n"
     "  [APPLIED] Muted UI sounds.\n"
     "$ /usr/bin/defaults write com.apple.NetworkBrowser DisableAirDrop -bool YES\n"
-    "  [APPLIED] Deactivated AirDrop.\n"
-    "  [ACTION] Requesting Admin rights to sync system-level tweaks...\n"_s;
+    "  [APPLIED] Deactivated AirDrop.\n"_s +
+    reading::traced({reading::kTimeMachine}) + u"  [ACTION] Requesting Admin rights to sync system-level tweaks...\n"_s;
 
 const QString kSyncEnd = u"$ /usr/bin/defaults write com.apple.loginwindow TALLogoutSavesState -bool true\n"
                          "$ /usr/bin/defaults write com.apple.loginwindow LoginwindowLaunchesRelaunchApps -bool true\n"
@@ -206,8 +209,8 @@ const QString kUndoAsUser =
     "$ /usr/bin/defaults write com.apple.loginwindow TALLogoutSavesState -bool true\n"
     "$ /usr/bin/defaults write com.apple.loginwindow LoginwindowLaunchesRelaunchApps -bool true\n"
     "$ /usr/bin/defaults delete NSGlobalDomain NSQuitAlwaysKeepsWindows\n"
-    "  [RESTORED] Re-enabled app restoration on reboot.\n"
-    "  [ACTION] Requesting Admin rights to restore system defaults...\n"_s;
+    "  [RESTORED] Re-enabled app restoration on reboot.\n"_s +
+    reading::traced({reading::kTimeMachine}) + u"  [ACTION] Requesting Admin rights to restore system defaults...\n"_s;
 
 const QString kUndoLine =
     u"pmset -a standby 1 disksleep 10 sleep 1 ; mdutil -a -i on || true ; tmutil enable || true ; pmset -a sms 1"_s;

@@ -1,7 +1,8 @@
 #include "fakes/ReadingLines.h"
 #include "fakes/ScriptedLoginItems.h"
 
-#include "verification/ValueTests.h"
+#include "core/UserDefaultKeys.h"
+#include "readings/ValueTests.h"
 
 #include <random>
 
@@ -41,7 +42,7 @@ protected:
         }
     }
 
-    /// "read D K=value", "pmset=standby 0|sleep 0", "mdutil=…", "tmutil=…"; a value of "!" is a tool that fails.
+    /// "read D K=value", "pmset=standby 0|sleep 0", "mdutil=…", "AutoBackup=…"; a value of "!" is a tool that fails.
     void answer(const QString& value) {
         const QString key = value.section(u'=', 0, 0);
         const QString text = value.section(u'=', 1);
@@ -50,8 +51,10 @@ protected:
             line = reading::kPower;
         } else if (key == u"mdutil"_s) {
             line = reading::kSpotlight;
-        } else if (key == u"tmutil"_s) {
+        } else if (key == u"AutoBackup"_s) {
             line = reading::kTimeMachine;
+        } else if (key == u"destinationinfo"_s) {
+            line = reading::kBackupDestination;
         }
         if (text == u"!"_s) {
             commands.fail(line, 1);
@@ -84,6 +87,24 @@ protected:
 };
 
 using S = PerformanceSettings;
+
+/// Neither a stored setting nor a word of a destination.
+const QStringList kNoBackupsKnown{u"AutoBackup=!"_s, u"destinationinfo=!"_s};
+
+/// The row of Time Machine alone.
+class TimeMachineRow : public Verification {
+protected:
+    ApplyVerificationResult row(bool isSelected) {
+        PerformanceSettings settings;
+        settings.timeMachine = isSelected;
+        ApplyVerificationResult result =
+            verify(settings, isSelected ? Unselected::Ignored : Unselected::ExpectedRestored);
+        const auto isOther = [](const Item& item) { return item.name != u"Time Machine"; };
+        result.verified.removeIf(isOther);
+        result.failed.removeIf(isOther);
+        return result;
+    }
+};
 
 /// A check of a clean reboot on a Mac where it was applied.
 class CleanRebootVerification : public ScriptedStartup {
@@ -191,17 +212,25 @@ TEST_F(Verification, eachRowDecidesByItsOwnRule) {
          u"AirDrop"_s,
          u"expected enabled"_s},
         {&S::usbPower, true, {awake}, true, u"USB Power"_s, u"sleep disabled"_s},
+        {&S::usbPower, true, {u"pmset=standby 0|sleep 0"_s}, true, u"USB Power"_s, u"sleep disabled"_s},
+        {&S::usbPower, true, {u"pmset=standbydelayhigh 86400|sleep 0"_s}, true, u"USB Power"_s, u"sleep disabled"_s},
         {&S::usbPower,
          true,
-         {u"pmset=standby 0|sleep 0"_s},
+         {u"pmset=disksleep 10|sleep 0"_s},
          false,
          u"USB Power"_s,
          u"expected standby/disk/sleep at 0"_s},
+        {&S::usbPower, true, {u"pmset=womp 1"_s}, false, u"USB Power"_s, u"expected standby/disk/sleep at 0"_s},
+        {&S::usbPower, false, {u"pmset=womp 1"_s}, true, u"USB Power"_s, u"standard sleep"_s},
+        {&S::usbPower, false, {u"pmset=sleep 0"_s}, false, u"USB Power"_s, u"expected standard sleep values"_s},
         {&S::usbPower, true, {u"pmset=!"_s}, false, u"USB Power"_s, u"expected standby/disk/sleep at 0"_s},
         {&S::usbPower, false, {u"pmset=!"_s}, true, u"USB Power"_s, u"standard sleep"_s},
         {&S::usbPower, false, {u"pmset=standby 1|disksleep 0|sleep 0"_s}, true, u"USB Power"_s, u"standard sleep"_s},
         {&S::usbPower, false, {awake}, false, u"USB Power"_s, u"expected standard sleep values"_s},
         {&S::sms, true, {u"pmset=sms 0"_s}, true, u"Motion Sensor"_s, u"disabled"_s},
+        {&S::sms, true, {u"pmset=sms 1"_s}, false, u"Motion Sensor"_s, u"expected sms 0"_s},
+        {&S::sms, true, {u"pmset=sleep 1"_s}, true, u"Motion Sensor"_s, u"not present on this Mac"_s},
+        {&S::sms, false, {u"pmset=sleep 1"_s}, true, u"Motion Sensor"_s, u"not present on this Mac"_s},
         {&S::sms, true, {u"pmset=!"_s}, false, u"Motion Sensor"_s, u"expected sms 0"_s},
         {&S::sms, false, {u"pmset=sms 1"_s}, true, u"Motion Sensor"_s, u"enabled"_s},
         {&S::sms, false, {u"pmset=sms 0"_s}, false, u"Motion Sensor"_s, u"expected sms 1"_s},
@@ -210,26 +239,82 @@ TEST_F(Verification, eachRowDecidesByItsOwnRule) {
         {&S::spotlight, true, {u"mdutil=INDEXING ENABLED."_s}, false, u"Spotlight"_s, u"expected indexing off"_s},
         {&S::spotlight, true, {u"mdutil=!"_s}, false, u"Spotlight"_s, u"expected indexing off"_s},
         {&S::spotlight, false, {u"mdutil=Indexing enabled."_s}, true, u"Spotlight"_s, u"indexing on"_s},
-        {&S::spotlight, false, {u"mdutil=No index."_s}, false, u"Spotlight"_s, u"expected indexing on"_s},
+        {&S::spotlight, false, {u"mdutil=Indexing disabled."_s}, false, u"Spotlight"_s, u"expected indexing on"_s},
+        {&S::spotlight, true, {u"mdutil=No index."_s}, false, u"Spotlight"_s, u"expected indexing off"_s},
+        {&S::spotlight, false, {u"mdutil=No index."_s}, false, u"Spotlight"_s, u"could not read status"_s},
         {&S::spotlight, false, {u"mdutil=!"_s}, false, u"Spotlight"_s, u"could not read status"_s},
-        {&S::timeMachine, true, {u"tmutil=Running = 0;"_s}, true, u"Time Machine"_s, u"disabled"_s},
-        {&S::timeMachine, true, {u"tmutil=Running = 1;"_s}, false, u"Time Machine"_s, u"expected disabled"_s},
-        {&S::timeMachine, true, {u"tmutil=!"_s}, false, u"Time Machine"_s, u"expected disabled"_s},
-        {&S::timeMachine, false, {u"tmutil=Running = 1;"_s}, true, u"Time Machine"_s, u"enabled"_s},
-        {&S::timeMachine, false, {u"tmutil=Running = 0;"_s}, false, u"Time Machine"_s, u"expected enabled"_s},
-        {&S::timeMachine, false, {u"tmutil=!"_s}, false, u"Time Machine"_s, u"could not read status"_s},
+        {&S::timeMachine, true, {u"AutoBackup=0"_s}, true, u"Time Machine"_s, u"disabled"_s},
+        {&S::timeMachine, true, {u"AutoBackup=1"_s}, false, u"Time Machine"_s, u"expected disabled"_s},
+        {&S::timeMachine, true, {u"AutoBackup=!"_s}, true, u"Time Machine"_s, u"disabled"_s},
+        {&S::timeMachine, true, kNoBackupsKnown, false, u"Time Machine"_s, u"expected disabled"_s},
+        {&S::timeMachine, false, {u"AutoBackup=1"_s}, true, u"Time Machine"_s, u"enabled"_s},
+        {&S::timeMachine, false, {u"AutoBackup=0"_s}, false, u"Time Machine"_s, u"expected enabled"_s},
+        {&S::timeMachine, false, {u"AutoBackup=!"_s}, false, u"Time Machine"_s, u"expected enabled"_s},
+        {&S::timeMachine, false, kNoBackupsKnown, false, u"Time Machine"_s, u"could not read status"_s},
     };
     for (const Case& expected : cases) {
         check(expected);
     }
 }
 
-TEST_F(Verification, unselectedSpotlightAndTimeMachineAreReadASecondTimeWhenTheyFail) {
+TEST_F(Verification, unselectedSpotlightIsReadASecondTimeWhenItFails) {
     unsetEverything();
     verify({}, Unselected::ExpectedRestored);
     EXPECT_EQ(trace.count(u"$> /usr/bin/mdutil -s /"_s), 2);
-    EXPECT_EQ(trace.count(u"$> /usr/bin/tmutil status"_s), 2);
+    EXPECT_EQ(trace.count(u"$> "_s + reading::kTimeMachine), 1);
 }
+
+// ---- Time Machine
+
+TEST_F(TimeMachineRow, withoutADestinationItHoldsBothWaysWhateverElseIsKnown) {
+    setBackupDestination(false);
+    const Item item{u"Time Machine"_s, u"not set up on this Mac"_s, false};
+    const auto expectAbsent = [&] {
+        for (const bool isSelected : {true, false}) {
+            EXPECT_EQ(row(isSelected), (ApplyVerificationResult{{item}, {}}));
+        }
+    };
+    commands.fail(reading::kTimeMachine, 1);
+    expectAbsent();
+    makeBackupsUnreadable();
+    expectAbsent();
+    files.removeAsRoot(kTimeMachineSettings);
+    expectAbsent();
+}
+
+TEST_F(TimeMachineRow, whatMayNotBeReadFailsOnlyWhereItWasChosenOrSwitchedOffByTheProgram) {
+    makeBackupsUnreadable();
+    const ApplyVerificationResult failed{{}, {{u"Time Machine"_s, u"could not read status"_s}}, true};
+    EXPECT_EQ(row(true), failed);
+    EXPECT_EQ(row(false), (ApplyVerificationResult{{}, {}, true}));
+    defaults.setBoolean(kQuorvaneSwitchedBackupsOff, true);
+    EXPECT_EQ(row(true), failed);
+    EXPECT_EQ(row(false), failed);
+}
+
+TEST_F(TimeMachineRow, aBackupThatRunsIsNotedBehindAVerifiedOff) {
+    const QString note = u"A backup is running and will finish first."_s;
+    commands.print(reading::kBackupStatus, "    Running = 1;\n");
+    EXPECT_EQ(row(true).verified, QList<Item>({{u"Time Machine"_s, u"disabled"_s, true, note}}));
+    EXPECT_EQ(takeTrace(), reading::traced({reading::kPower, reading::kTimeMachine, reading::kBackupStatus}));
+    commands.print(reading::kBackupStatus, "    Running = 0;\n");
+    EXPECT_EQ(row(true).verified, QList<Item>({{u"Time Machine"_s, u"disabled"_s}}));
+    for (const CommandOutcome& outcome : ScriptedCommandLauncher::unanswered()) {
+        commands.answer(reading::kBackupStatus, outcome);
+        EXPECT_EQ(row(true).verified, QList<Item>({{u"Time Machine"_s, u"disabled"_s}}));
+    }
+}
+
+TEST_F(TimeMachineRow, theStatusIsNotAskedForWhereBackupsAreOnOrTheRowWasNotChosen) {
+    setAutomaticBackups(true);
+    row(true);
+    EXPECT_EQ(takeTrace(), reading::traced({reading::kPower, reading::kTimeMachine}));
+    setAutomaticBackups(false);
+    row(false);
+    EXPECT_FALSE(trace.contains(u"$> "_s + reading::kBackupStatus));
+}
+
+// ---- Clean reboot in the two-way form
 
 TEST_F(Verification, cleanRebootIsOffOnlyWhenBothValuesAreOff) {
     const QString saves = u"read com.apple.loginwindow TALLogoutSavesState="_s;
@@ -449,6 +534,42 @@ TEST_F(Verification, theLogListsVerifiedThenFailedThenTheCount) {
     EXPECT_EQ(takeTrace(), u"\n[VERIFY] Profile: Live\n  [OK] App Nap — disabled\n  [OK] Bare\n"
                            "  [MISSING] Siri — expected disabled\n  [MISSING] Other\n"
                            "  [VERIFY] 2 setting(s) could not be confirmed.\n"_s);
+}
+
+TEST_F(Verification, aNoteStandsBehindItsRow) {
+    system.logVerificationResult(
+        {{{u"Time Machine"_s, u"disabled"_s, true, u"It rains."_s}, {u"Siri"_s, u"off"_s}}, {}}, u"Tweaks"_s);
+    EXPECT_EQ(takeTrace(), u"\n[VERIFY] Tweaks\n  [OK] Time Machine — disabled\n  [INFO] It rains.\n"
+                           "  [OK] Siri — off\n  [VERIFY] All settings confirmed on system.\n"_s);
+}
+
+TEST_F(Verification, suppressedNotificationsAreNotedToNeedAFocus) {
+    commands.print(reading::kDoNotDisturb, "1\n");
+    PerformanceSettings settings;
+    settings.notifications = true;
+    system.logVerificationResult(verify(settings, Unselected::Ignored), u"Tweaks"_s);
+    EXPECT_TRUE(takeTrace().endsWith(
+        u"\n[VERIFY] Tweaks\n  [OK] Notifications — suppressed\n  [INFO] Notifications: the setting is stored. Turn on "
+        "a Focus as well: Quorvane can't do that for you.\n  [VERIFY] All settings confirmed on system.\n"_s));
+    commands.print(reading::kDoNotDisturb, "0\n");
+    system.logVerificationResult(verify(settings, Unselected::Ignored), u"Tweaks"_s);
+    system.logVerificationResult(verify({}, Unselected::ExpectedRestored), u"Tweaks"_s);
+    EXPECT_FALSE(takeTrace().contains(u"Focus"_s)) << "not suppressed, and not to be";
+}
+
+TEST_F(Verification, whatMayNotBeReadIsSaidEachTimeAndTheWayToPermitItOnce) {
+    makeBackupsUnreadable();
+    const ApplyVerificationResult result{{{u"Siri"_s, u"off"_s}}, {{u"AirDrop"_s, u"on"_s}}, true};
+    const QString rows = u"\n[VERIFY] Tweaks\n  [OK] Siri — off\n  [MISSING] AirDrop — on\n"
+                         "  [INFO] Time Machine may not be read.\n"_s;
+    const QString count = u"  [VERIFY] 1 setting(s) could not be confirmed.\n"_s;
+    system.logVerificationResult(result, u"Tweaks"_s);
+    EXPECT_EQ(takeTrace(), rows +
+                               u"  [INFO] Allow Quorvane to read it in System Settings › Privacy & Security › Full "
+                               "Disk Access.\n"_s +
+                               count);
+    system.logVerificationResult(result, u"Tweaks"_s);
+    EXPECT_EQ(takeTrace(), rows + count);
 }
 
 TEST(VerificationSummary, countsVerifiedAndFailed) {

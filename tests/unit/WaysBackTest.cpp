@@ -52,7 +52,7 @@ protected:
 TEST_F(WaysBack, undoTakesTheProgramsAppsOutAndRevertsTheTweaks) {
     addStartupApps();
     save(usersOwn());
-    EXPECT_EQ(undo(), (RestoreOutcome{true, RestoreSource::Snapshot, true}));
+    EXPECT_EQ(undo(), (RestoreOutcome{true, RestoreSource::Snapshot}));
     EXPECT_EQ(takeTrace(), kRemoval + u"\nRestoring from saved system snapshot...\n"_s + kRestoreSteps + kApplied);
     EXPECT_EQ(login, (QList<LoginItem>{{u"Own"_s, u"/Applications/Own.app"_s, false}}));
     EXPECT_EQ(busyMessages, (QStringList{u"Reverting performance tweaks…"_s, QString()}));
@@ -60,15 +60,15 @@ TEST_F(WaysBack, undoTakesTheProgramsAppsOutAndRevertsTheTweaks) {
 }
 
 TEST_F(WaysBack, undoWithoutASnapshotSaysSo) {
-    EXPECT_EQ(undo(), (RestoreOutcome{true, RestoreSource::StandardDefaults, false}));
+    EXPECT_EQ(undo(), (RestoreOutcome{true, RestoreSource::StandardDefaults}));
     files.addFile(kSnapshotFile, "damaged");
-    EXPECT_EQ(undo(), (RestoreOutcome{true, RestoreSource::StandardDefaults, true}));
+    EXPECT_EQ(undo(), (RestoreOutcome{true, RestoreSource::StandardDefaults}));
 }
 
 TEST_F(WaysBack, defaultTakesTheSameRoadAndIsRecorded) {
     addStartupApps();
     save(usersOwn());
-    EXPECT_EQ(restoreDefault(), (RestoreOutcome{true, RestoreSource::Snapshot, true}));
+    EXPECT_EQ(restoreDefault(), (RestoreOutcome{true, RestoreSource::Snapshot}));
     EXPECT_EQ(takeTrace(), kRemoval + u"\nRestoring from saved system snapshot...\n"_s + kRestoreSteps + kApplied);
     EXPECT_EQ(busyMessages, (QStringList{u"Restoring default settings…"_s, QString()}));
     EXPECT_EQ(lastApplied(), u"Default"_s);
@@ -76,12 +76,12 @@ TEST_F(WaysBack, defaultTakesTheSameRoadAndIsRecorded) {
 
 TEST_F(WaysBack, defaultTellsABaselineFromASnapshot) {
     saveBaseline(kHomeBaseline, usersOwn());
-    EXPECT_EQ(restoreDefault(), (RestoreOutcome{true, RestoreSource::Baseline, false}));
+    EXPECT_EQ(restoreDefault(), (RestoreOutcome{true, RestoreSource::Baseline}));
 }
 
 TEST_F(WaysBack, aCancelledDefaultIsNotRecorded) {
     scripts.failNext(u"User canceled."_s);
-    EXPECT_EQ(restoreDefault(), (RestoreOutcome{false, RestoreSource::StandardDefaults, false}));
+    EXPECT_EQ(restoreDefault(), (RestoreOutcome{false, RestoreSource::StandardDefaults}));
     EXPECT_TRUE(takeTrace().endsWith(kCancelled));
     EXPECT_EQ(lastApplied(), u"Festival"_s);
     EXPECT_FALSE(system.isBusy());
@@ -98,7 +98,7 @@ TEST_F(WaysBack, anAppThatStaysDoesNotKeepTheSettingsFromComingBack) {
 TEST_F(WaysBack, reinstatingIsAnnouncedAndBusy) {
     addStartupApps();
     save(usersOwn());
-    EXPECT_EQ(reinstate(), (RestoreOutcome{true, RestoreSource::Snapshot, true}));
+    EXPECT_EQ(reinstate(), (RestoreOutcome{true, RestoreSource::Snapshot}));
     EXPECT_EQ(takeTrace(), u"\n[REINSTATE] Restoring system...\n"
                            "\nReinstating from saved system snapshot...\n"_s +
                                kRestoreSteps + kApplied);

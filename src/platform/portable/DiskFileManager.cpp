@@ -8,8 +8,8 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <dirent.h>
+#include <fcntl.h>
 #include <memory>
 #include <optional>
 #include <sys/stat.h>
@@ -22,7 +22,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 [[noreturn]] void fail(const QString& path, int errorNumber) {
-    throw FileError(path, QString::fromLocal8Bit(std::strerror(errorNumber)));
+    throw FileError(path, errorNumber);
 }
 
 void rename(const QString& from, const QString& to, const QString& blamed) {
@@ -120,11 +120,15 @@ QByteArray DiskFileManager::read(const QString& path) const {
     if (QFileInfo(path).isDir()) {
         fail(path, EISDIR);
     }
-    QFile file(path);
     if (QFileInfo::exists(path) && !QFileInfo(path).isFile()) {
         throw FileError(path, u"Not a regular file"_s); // a pipe or a device might never end
     }
-    if (!file.open(QIODevice::ReadOnly)) {
+    const int descriptor = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC);
+    if (descriptor < 0) {
+        fail(path, errno);
+    }
+    QFile file;
+    if (!file.open(descriptor, QIODevice::ReadOnly, QFile::AutoCloseHandle)) {
         throw FileError(path, file.errorString());
     }
     QByteArray bytes = file.readAll();

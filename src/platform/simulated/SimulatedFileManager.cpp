@@ -19,7 +19,7 @@ auto reported(Operation operation) {
     try {
         return operation();
     } catch (const macsim::FileError& error) {
-        throw FileError(error.path(), error.reason());
+        throw FileError(error.path(), error.errorNumber());
     }
 }
 
@@ -133,7 +133,7 @@ void SimulatedFileManager::writeAtomically(const QString& path, const QByteArray
         writeInSteps(beside, path, bytes);
     } catch (const macsim::FileError& error) {
         removeIfThere(beside);
-        throw FileError(path, error.reason());
+        throw FileError(path, error.errorNumber());
     }
     announce(AtomicWriteStep::End);
 }

@@ -13,8 +13,8 @@ struct ToolContext;
 ///
 /// "phase" and "percent" tell of a running backup; no "destination", or null, is a Mac without one. All are
 /// optional. Whether backups are automatic is the boolean AutoBackup in
-/// /Library/Preferences/com.apple.TimeMachine.plist. enable and disable need root and, root or not, Full Disk
-/// Access (subject "permissions").
+/// /Library/Preferences/com.apple.TimeMachine.plist, which nobody reads without Full Disk Access. enable and disable need
+/// root and, root or not, Full Disk Access (subject "permissions"); status and destinationinfo need no right.
 int runTmutil(ToolContext& context);
 
 } // namespace macsim

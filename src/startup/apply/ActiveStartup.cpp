@@ -4,19 +4,30 @@
 
 namespace quorvane {
 
-ActiveStartup::ActiveStartup(const StartupReadings& readings)
+ActiveStartup::ActiveStartup(const StartupReadings& readings, const LoginItemTargets& targets)
     : m_readings(readings) {
     for (const LoginItem& item : readings.loginItems.items) {
-        m_loginNames.insert(item.name);
-        m_namesByPath.insert(item.path, item.name);
+        const QString path = comparablePath(item.path);
+        if (targets.takes(item)) {
+            m_targetPaths[item.name].insert(path);
+        }
+        if (path.isEmpty()) {
+            m_namesWithoutPath.insert(item.name);
+            continue;
+        }
+        m_namesByPath.insert(path, item.name);
         if (item.hidden) {
-            m_hiddenPaths.insert(item.path);
+            m_hiddenPaths.insert(path);
         }
     }
 }
 
+bool ActiveStartup::hasLoginItemOf(const QString& path) const {
+    return hasLoginPath(path) || m_namesWithoutPath.contains(nameInPath(path));
+}
+
 QString ActiveStartup::nameOfLoginPath(const QString& path) const {
-    return m_namesByPath.value(path, nameInPath(path));
+    return m_namesByPath.value(comparablePath(path), nameInPath(path));
 }
 
 std::optional<bool> ActiveStartup::isActive(const StartupItem& item) const {
@@ -25,7 +36,9 @@ std::optional<bool> ActiveStartup::isActive(const StartupItem& item) const {
         return hasLaunchPlist(item.launchIdentifier.value_or(item.name));
     }
     if ((item.kind == Kind::loginApp || item.kind == Kind::backgroundAgent) && areLoginItemsKnown()) {
-        return hasLoginName(item.name);
+        const QSet<QString> paths = m_targetPaths.value(item.name);
+        const QString path = knownPath(item);
+        return !paths.isEmpty() && (path.isEmpty() || paths.contains(QString()) || paths.contains(path));
     }
     if (item.kind == Kind::backgroundLoginItem && m_readings.backgroundItems) {
         return item.launchIdentifier && m_readings.backgroundItems->isActive(*item.launchIdentifier);

@@ -1,8 +1,7 @@
 #pragma once
 
 #include "startup/background/BackgroundTaskList.h"
-#include "startup/items/LoginItem.h"
-#include "startup/items/StartupItem.h"
+#include "startup/items/LoginItemTargets.h"
 
 namespace quorvane {
 
@@ -20,13 +19,17 @@ struct StartupReadings {
 class ActiveStartup {
 public:
     /// @param readings  outlive this object
-    explicit ActiveStartup(const StartupReadings& readings);
+    /// @param targets   the login items that are to go; one that stays isn't active as one that shares its name
+    ActiveStartup(const StartupReadings& readings, const LoginItemTargets& targets);
 
     bool areLoginItemsKnown() const { return m_readings.loginItems.wasRead; }
-    bool hasLoginName(const QString& name) const { return m_loginNames.contains(name); }
-    bool hasLoginPath(const QString& path) const { return m_namesByPath.contains(path); }
+    /// True while a login item of that name is there that is to go.
+    bool hasTarget(const QString& name) const { return m_targetPaths.contains(name); }
+    bool hasLoginPath(const QString& path) const { return m_namesByPath.contains(comparablePath(path)); }
+    /// The same for an application that is to go: by its name, too, where its file is gone.
+    bool hasLoginItemOf(const QString& path) const;
     /// True for a login item of that path that opens hidden.
-    bool isHidden(const QString& path) const { return m_hiddenPaths.contains(path); }
+    bool isHidden(const QString& path) const { return m_hiddenPaths.contains(comparablePath(path)); }
     /// The name of the login item of a path, else the last component of the path without its extension.
     QString nameOfLoginPath(const QString& path) const;
     bool hasLaunchPlist(const QString& label) const { return m_readings.launchPlists.contains(label); }
@@ -36,8 +39,9 @@ public:
 
 private:
     const StartupReadings& m_readings;
-    QSet<QString> m_loginNames;
-    QHash<QString, QString> m_namesByPath;
+    QHash<QString, QSet<QString>> m_targetPaths; ///< of the login items that are to go, by name; comparable
+    QHash<QString, QString> m_namesByPath;       ///< of all login items, by comparable path
+    QSet<QString> m_namesWithoutPath;
     QSet<QString> m_hiddenPaths;
 };
 

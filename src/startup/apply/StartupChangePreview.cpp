@@ -2,34 +2,109 @@
 
 #include "core/Collation.h"
 #include "startup/apply/ActiveStartup.h"
+#include "startup/apply/StartupDiscovery.h"
 #include "startup/apply/StartupTargets.h"
+#include "startup/background/BackgroundItemPermission.h"
+#include "startup/background/BackgroundLoginItemChangePlan.h"
+#include "startup/login/LoginItemRemoval.h"
 
 namespace quorvane {
 
 namespace {
 
-QList<StartupItem> itemsToDisable(const StartupConfiguration& configuration, const QList<StartupItem>& discovered,
-                                  const ActiveStartup& active) {
-    QList<StartupItem> candidates;
-    for (const StartupItem& item : configuration.items) {
-        if (!item.runsAtStartup) {
-            candidates.append(item);
-        }
-    }
-    // The same list that the apply goes by: nothing goes that the review hasn't shown.
-    candidates +=
-        itemsMatchingCloudServices(wideningItems(configuration, discovered), configuration.disabledCloudSyncAtStartup);
+/// What will be disabled, each item once.
+class DisabledItems {
+public:
+    explicit DisabledItems(const StartupReadings& readings, const StartupTargetSets& targets)
+        : m_readings(readings)
+        , m_active(readings, targets.loginItems) {}
 
-    QList<StartupItem> items;
-    QSet<QString> seen;
-    for (const StartupItem& item : candidates) {
-        if (!seen.contains(item.id) && active.isActive(item).value_or(true)) {
-            seen.insert(item.id);
-            items.append(item);
+    /// Adds it unless it is known to be off.
+    void add(const StartupItem& item) {
+        if (m_seen.contains(comparableId(item)) || !m_active.isActive(item).value_or(true)) {
+            return;
+        }
+        addActive(item);
+        if (isLoginItem(item)) {
+            m_loginItems.switchOff(item);
         }
     }
-    sortLocalized(items, &StartupItem::name);
-    return items;
+
+    void addSwitchedOff(const StartupConfiguration& configuration) {
+        for (const StartupItem& item : configuration.items) {
+            if (!item.runsAtStartup) {
+                add(item);
+            }
+        }
+    }
+
+    /// Of the items, and of the background records, that belong to one of the services.
+    void addServices(const CloudSyncServices& services, const QList<StartupItem>& items) {
+        for (const StartupItem& item : itemsMatchingCloudServices(items, services)) {
+            if (item.kind != StartupItemKind::addedApp) { // what the user has added by hand stays
+                add(item);
+            }
+        }
+        if (m_readings.backgroundItems) {
+            addRecords(activeRecordsOfServices(m_readings.backgroundItems->items(), services));
+        }
+    }
+
+    /// What nothing permits.
+    void addNonPermitted(const CleanReboot& cleanReboot) {
+        for (const LoginItem& item : dividedLoginItems(m_readings.loginItems.items, cleanReboot).going) {
+            // One that the configuration switches off stands there already, maybe as an older profile knows it.
+            if (!isExcludedAgent(item, cleanReboot.excludedIds) && !m_loginItems.takes(item)) {
+                addActive(startupItemOf(item));
+            }
+        }
+        if (m_readings.backgroundItems) {
+            addRecords(nonPermittedBackgroundItems(m_readings.backgroundItems->items(), allPermittedNames(cleanReboot),
+                                                   cleanReboot.startup));
+        }
+    }
+
+    QList<StartupItem> sorted() const {
+        QList<StartupItem> items = m_items;
+        sortLocalized(items, &StartupItem::name);
+        return items;
+    }
+
+private:
+    void addActive(const StartupItem& item) {
+        m_seen.insert(comparableId(item));
+        m_items.append(item);
+    }
+
+    void addRecords(const QList<BackgroundTaskItem>& records) {
+        for (const BackgroundTaskItem& record : records) {
+            const std::optional<StartupItem> item = backgroundTaskStartupItem(record);
+            if (item && !m_readings.backgroundItems->isProtected(record)) {
+                add(*item);
+            }
+        }
+    }
+
+    const StartupReadings& m_readings;
+    ActiveStartup m_active;
+    QList<StartupItem> m_items;
+    QSet<QString> m_seen;
+    LoginItemTargets m_loginItems; ///< those among them
+};
+
+/// An empty list is one that couldn't be read: there is no Mac without a record.
+bool areBackgroundItemsKnown(const StartupReadings& readings) {
+    return readings.backgroundItems && !readings.backgroundItems->isEmpty();
+}
+
+StartupTargetSets targetsOf(const StartupConfiguration& configuration, const QList<StartupItem>& items) {
+    return disabledTargetSets(configuration, configuration.disabledCloudSyncAtStartup, items);
+}
+
+/// Of the items that a configuration switches off, a clean reboot takes the launch items and the background items itself.
+bool isTakenByCleanReboot(const StartupItem& item) {
+    return item.kind == StartupItemKind::launchAgent || item.kind == StartupItemKind::launchDaemon ||
+           item.kind == StartupItemKind::backgroundLoginItem;
 }
 
 QList<StartupLaunchItem> itemsToAdd(const QList<StartupLaunchItem>& configured, const ActiveStartup& active) {
@@ -43,14 +118,11 @@ QList<StartupLaunchItem> itemsToAdd(const QList<StartupLaunchItem>& configured, 
     return items;
 }
 
-QList<StartupLaunchItem> itemsToRemove(const QList<StartupLaunchItem>& configured, QSet<QString> managedPaths,
+QList<StartupLaunchItem> itemsToRemove(const StartupConfiguration& configuration, const QSet<QString>& managedPaths,
                                        const ActiveStartup& active) {
-    for (const StartupLaunchItem& item : configured) {
-        managedPaths.remove(item.path);
-    }
     QList<StartupLaunchItem> items;
-    for (const QString& path : sortedTexts(managedPaths)) {
-        if (active.hasLoginPath(path)) {
+    for (const QString& path : sortedTexts(managedPaths - configuration.openedPaths())) {
+        if (active.hasLoginItemOf(path)) {
             items.append({active.nameOfLoginPath(path), path, false});
         }
     }
@@ -60,17 +132,43 @@ QList<StartupLaunchItem> itemsToRemove(const QList<StartupLaunchItem>& configure
 
 } // namespace
 
-StartupChangePreview startupChangePreview(const StartupConfiguration& configuration, const StartupReadings& readings) {
-    const ActiveStartup active(readings);
-    const QList<StartupLaunchItem> configured = configuration.startupLaunchItems();
+StartupChangePreview startupChangePreview(const StartupConfiguration& configuration,
+                                          const std::optional<CleanReboot>& cleanReboot,
+                                          const StartupReadings& readings) {
+    const CloudSyncServices& services = configuration.disabledCloudSyncAtStartup;
+    // The same list that the apply goes by: nothing goes that the review hasn't shown.
+    const QList<StartupItem> items = wideningItems(configuration, readings.discovered);
+    const StartupTargetSets targets = targetsOf(configuration, items);
+    DisabledItems disabled(readings, targets);
+    disabled.addSwitchedOff(configuration);
+    disabled.addServices(services, items);
     StartupChangePreview preview;
-    preview.willDisable = itemsToDisable(configuration, readings.discovered, active);
-    preview.willAdd = itemsToAdd(configured, active);
-    preview.willRemove = itemsToRemove(configured, readings.managedPaths, active);
+    if (cleanReboot) {
+        disabled.addNonPermitted(*cleanReboot);
+        preview.willDisableUnknownBackgroundItems = !areBackgroundItemsKnown(readings);
+    }
+    preview.willDisable = disabled.sorted();
+    const ActiveStartup active(readings, targets.loginItems);
+    preview.willAdd = itemsToAdd(configuration.startupLaunchItems(), active);
+    preview.willRemove = itemsToRemove(configuration, readings.managedPaths, active);
     preview.disableNetwork = configuration.disableNetworkAtStartup;
-    preview.disabledCloudSync = {configuration.disabledCloudSyncAtStartup.begin(),
-                                 configuration.disabledCloudSyncAtStartup.end()};
+    preview.disabledCloudSync = {services.begin(), services.end()};
     sortLocalized(preview.disabledCloudSync, displayName);
+    return preview;
+}
+
+StartupChangePreview cleanRebootPreview(const CleanReboot& cleanReboot, const StartupReadings& readings) {
+    const StartupConfiguration startup = cleanReboot.startup.value_or(StartupConfiguration());
+    DisabledItems disabled(readings, targetsOf(startup, {}));
+    for (const StartupItem& item : startup.items) {
+        if (!item.runsAtStartup && isTakenByCleanReboot(item)) {
+            disabled.add(item);
+        }
+    }
+    disabled.addNonPermitted(cleanReboot);
+    StartupChangePreview preview;
+    preview.willDisable = disabled.sorted();
+    preview.willDisableUnknownBackgroundItems = !areBackgroundItemsKnown(readings);
     return preview;
 }
 

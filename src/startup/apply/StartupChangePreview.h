@@ -1,14 +1,16 @@
 #pragma once
 
-#include "startup/items/StartupConfiguration.h"
+#include "startup/items/CleanReboot.h"
 
 namespace quorvane {
 
 struct StartupReadings;
 
-/// What applying a startup configuration would change, by name.
+/// What an apply would change of what runs at login, by name.
 struct StartupChangePreview {
-    QList<StartupItem> willDisable;      ///< now active, or not known to be off, and switched off by the apply
+    QList<StartupItem> willDisable; ///< now active, or not known to be off, and switched off by the apply
+    /// A clean reboot takes background items, too, and nobody knows yet which there are.
+    bool willDisableUnknownBackgroundItems = false;
     QList<StartupLaunchItem> willAdd;    ///< don't open at login yet
     QList<StartupLaunchItem> willRemove; ///< added by the program earlier, no longer in the configuration
     bool disableNetwork = false;
@@ -17,6 +19,12 @@ struct StartupChangePreview {
     bool operator==(const StartupChangePreview&) const = default;
 };
 
-StartupChangePreview startupChangePreview(const StartupConfiguration& configuration, const StartupReadings& readings);
+/// @param cleanReboot  the one that goes with the configuration, if any
+StartupChangePreview startupChangePreview(const StartupConfiguration& configuration,
+                                          const std::optional<CleanReboot>& cleanReboot,
+                                          const StartupReadings& readings);
+
+/// Of a clean reboot alone, as it goes with tweaks.
+StartupChangePreview cleanRebootPreview(const CleanReboot& cleanReboot, const StartupReadings& readings);
 
 } // namespace quorvane

@@ -58,9 +58,16 @@ StartupItems::StartupItems(FlowEnvironment& environment, LoginItems& loginItems,
     , m_launchItems(launchItems)
     , m_backgroundItems(backgroundItems) {}
 
+StartupItems::StartupItems(FlowEnvironment& environment, LoginItems& loginItems, const StartupItems& same)
+    : Flow(environment)
+    , m_loginItems(loginItems)
+    , m_launchItems(same.m_launchItems)
+    , m_backgroundItems(same.m_backgroundItems)
+    , m_cache(same.m_cache) {}
+
 QCoro::Task<QList<StartupItem>> StartupItems::discover() {
-    if (m_found) {
-        co_return std::as_const(*m_found); // one that isn't const would be moved out
+    if (m_cache->found) {
+        co_return std::as_const(*m_cache->found); // one that isn't const would be moved out
     }
     if (m_run) {
         const QFuture<QList<StartupItem>> running = *m_run;
@@ -69,18 +76,20 @@ QCoro::Task<QList<StartupItem>> StartupItems::discover() {
     QPromise<QList<StartupItem>> run;
     run.start();
     m_run = run.future();
-    const quint64 age = m_age;
-    const QList<StartupItem> items = co_await find();
-    if (age == m_age) {
-        m_found = items;
+    const quint64 age = m_cache->age;
+    const Findings findings = co_await find();
+    if (age == m_cache->age) {
         m_run.reset();
+        if (findings.isComplete) {
+            m_cache->found = findings.items;
+        }
     }
-    run.addResult(items);
+    run.addResult(findings.items);
     run.finish();
-    co_return items;
+    co_return findings.items;
 }
 
-QCoro::Task<QList<StartupItem>> StartupItems::find() {
+QCoro::Task<StartupItems::Findings> StartupItems::find() {
     StartupSources sources;
     const LoginItemList loginItems = co_await m_loginItems.current();
     sources.loginItems = loginItems.items;
@@ -91,13 +100,16 @@ QCoro::Task<QList<StartupItem>> StartupItems::find() {
     sources.backgroundItems = m_backgroundItems.records();
     const QFuture<QList<StartupItem>> items =
         inBackground(startupItemsOf, sources, std::cref(host().propertyLists), std::cref(host().bundles));
-    co_return co_await items;
+    Findings findings;
+    findings.items = co_await items;
+    findings.isComplete = loginItems.isAnswered;
+    co_return findings;
 }
 
 void StartupItems::invalidate() {
-    ++m_age;
+    ++m_cache->age;
     m_run.reset();
-    m_found.reset();
+    m_cache->found.reset();
     m_loginItems.drop();
 }
 

@@ -6,6 +6,7 @@
 #include <QFuture>
 #include <QList>
 
+#include <memory>
 #include <optional>
 
 namespace quorvane {
@@ -19,6 +20,9 @@ class StartupItems : private Flow {
 public:
     StartupItems(FlowEnvironment& environment, LoginItems& loginItems, LaunchItems& launchItems,
                  BackgroundItems& backgroundItems);
+    /// The same items, found by another way: what one has found the other knows.
+    /// @param loginItems  reached by that way, too
+    StartupItems(FlowEnvironment& environment, LoginItems& loginItems, const StartupItems& same);
 
     /// Each item once, sorted by name. Callers share a run. The background task list is taken as it stands.
     QCoro::Task<QList<StartupItem>> discover();
@@ -26,14 +30,21 @@ public:
     void invalidate();
 
 private:
-    QCoro::Task<QList<StartupItem>> find();
+    struct Findings {
+        QList<StartupItem> items;
+        bool isComplete = false; ///< each source has answered
+    };
+    struct Cache {
+        std::optional<QList<StartupItem>> found;
+        quint64 age = 0; ///< counts how often the items were invalidated
+    };
+    QCoro::Task<Findings> find();
 
     LoginItems& m_loginItems;
     LaunchItems& m_launchItems;
     BackgroundItems& m_backgroundItems;
-    std::optional<QList<StartupItem>> m_found;
+    std::shared_ptr<Cache> m_cache = std::make_shared<Cache>();
     std::optional<QFuture<QList<StartupItem>>> m_run;
-    quint64 m_age = 0; ///< counts how often the items were invalidated
 };
 
 } // namespace quorvane

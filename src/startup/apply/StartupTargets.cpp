@@ -10,10 +10,6 @@ bool isLaunchItem(const StartupItem& item) {
     return item.kind == Kind::launchAgent || item.kind == Kind::launchDaemon || isLaunchItemId(item.id);
 }
 
-bool isLoginItem(const StartupItem& item) {
-    return (item.kind == Kind::loginApp || item.kind == Kind::backgroundAgent) && !isLaunchItemId(item.id);
-}
-
 StartupTargetSets switchedOff(const StartupConfiguration& configuration) {
     StartupTargetSets targets;
     targets.backgroundLabels = configuration.disabledBackgroundLabels();
@@ -23,8 +19,6 @@ StartupTargetSets switchedOff(const StartupConfiguration& configuration) {
         }
         if (isLaunchItem(item)) {
             targets.launchLabels.insert(item.launchIdentifier.value_or(item.name));
-        } else if (isLoginItem(item)) {
-            targets.loginNames.insert(item.name);
         }
     }
     return targets;
@@ -37,11 +31,9 @@ void addItemOfService(StartupTargetSets& targets, const StartupItem& item) {
     if (isLaunchItem(item) && item.launchIdentifier) {
         targets.launchLabels.insert(*item.launchIdentifier);
     }
-    if (isLoginItem(item)) {
-        targets.loginNames.insert(item.name);
-        if (!item.path.isEmpty()) {
-            targets.loginPaths.insert(item.path);
-        }
+    const QString path = knownPath(item);
+    if (isLoginItem(item) && !path.isEmpty() && !targets.loginItems.keepsPath(path)) {
+        targets.loginPaths.insert(path);
     }
 }
 
@@ -51,10 +43,10 @@ QList<StartupItem> wideningItems(const StartupConfiguration& configuration, cons
     QList<StartupItem> items = configuration.items;
     QSet<QString> known;
     for (const StartupItem& item : configuration.items) {
-        known.insert(item.id);
+        known.insert(comparableId(item));
     }
     for (const StartupItem& item : discovered) {
-        if (!known.contains(item.id)) {
+        if (!known.contains(comparableId(item))) {
             items.append(item);
         }
     }
@@ -63,11 +55,11 @@ QList<StartupItem> wideningItems(const StartupConfiguration& configuration, cons
 
 StartupTargetSets disabledTargetSets(const StartupConfiguration& configuration, const CloudSyncServices& services,
                                      const QList<StartupItem>& items) {
+    const QList<StartupItem> itemsOfServices = itemsMatchingCloudServices(items, services);
     StartupTargetSets targets = switchedOff(configuration);
-    for (const StartupItem& item : items) {
-        if (matchesAnyCloudService(item, services)) {
-            addItemOfService(targets, item);
-        }
+    targets.loginItems = loginItemTargets(configuration, itemsOfServices);
+    for (const StartupItem& item : itemsOfServices) {
+        addItemOfService(targets, item);
     }
     return targets;
 }

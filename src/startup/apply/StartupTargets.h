@@ -1,13 +1,13 @@
 #pragma once
 
-#include "startup/items/StartupConfiguration.h"
+#include "startup/items/LoginItemTargets.h"
 
 namespace quorvane {
 
 /// What applying a configuration switches off, by the means that switches it off.
 struct StartupTargetSets {
-    QSet<QString> loginNames;
-    QSet<QString> loginPaths; ///< of login items that belong to a cloud service
+    LoginItemTargets loginItems;
+    QSet<QString> loginPaths; ///< of login items that belong to a cloud service; comparable
     QSet<QString> launchLabels;
     QSet<QString> backgroundLabels;
 

@@ -19,9 +19,9 @@ public:
     StartupVerification(const StartupConfiguration& configuration, const StartupReadings& readings)
         : m_configuration(configuration)
         , m_readings(readings)
-        , m_active(readings)
         , m_items(wideningItems(configuration, readings.discovered))
         , m_targets(disabledTargetSets(configuration, configuration.disabledCloudSyncAtStartup, m_items))
+        , m_active(readings, m_targets.loginItems)
         , m_services(configuration.disabledCloudSyncAtStartup.begin(), configuration.disabledCloudSyncAtStartup.end()) {
         sortLocalized(m_services, displayName);
     }
@@ -50,8 +50,8 @@ private:
     }
 
     void checkLoginItems() {
-        for (const QString& name : sortedTexts(m_targets.loginNames)) {
-            addLoginCheck(!m_active.hasLoginName(name), u"Login item: "_s + name, u"removed"_s, u"still active"_s);
+        for (const QString& name : sortedTexts(m_targets.loginItems.names())) {
+            addLoginCheck(!m_active.hasTarget(name), u"Login item: "_s + name, u"removed"_s, u"still active"_s);
         }
     }
 
@@ -77,11 +77,16 @@ private:
         }
     }
 
+    /// What the user has added by hand stays, and opens.
+    bool opensAsAddedApplication(const StartupItem& item) const {
+        return item.kind == StartupItemKind::addedApp && item.runsAtStartup && m_active.hasLoginPath(item.path);
+    }
+
     void checkCloudServices() {
         for (const CloudSyncService service : m_services) {
             const QList<StartupItem> items = itemsMatchingCloudServices(m_items, {service});
             const bool isOff = std::none_of(items.begin(), items.end(), [this](const StartupItem& item) {
-                return m_active.isActive(item).value_or(false);
+                return m_active.isActive(item).value_or(false) || opensAsAddedApplication(item);
             });
             const QString name = u"Cloud sync: "_s + displayName(service);
             const QString verifiedDetail = items.isEmpty() ? u"not installed"_s : u"disabled at login"_s;
@@ -130,21 +135,17 @@ private:
     }
 
     void checkRemovedApps() {
-        QSet<QString> removed = m_readings.managedPaths;
-        for (const StartupLaunchItem& item : m_configuration.startupLaunchItems()) {
-            removed.remove(item.path);
-        }
-        for (const QString& path : sortedTexts(removed)) {
-            addLoginCheck(!m_active.hasLoginPath(path), u"Startup app: "_s + m_active.nameOfLoginPath(path),
+        for (const QString& path : sortedTexts(m_readings.managedPaths - m_configuration.openedPaths())) {
+            addLoginCheck(!m_active.hasLoginItemOf(path), u"Startup app: "_s + m_active.nameOfLoginPath(path),
                           u"removed from login items"_s, u"still in login items"_s);
         }
     }
 
     const StartupConfiguration& m_configuration;
     const StartupReadings& m_readings;
-    ActiveStartup m_active;
     QList<StartupItem> m_items;
     StartupTargetSets m_targets;
+    ActiveStartup m_active;
     QList<CloudSyncService> m_services; ///< by display name
     ApplyVerificationResult m_result;
 };

@@ -130,7 +130,7 @@ void BackgroundItems::removeHelper(const QString& source) {
     try {
         removeTree(host().files, aside);
     } catch (const FileError& error) {
-        log(u"  [WARNING] Could not remove "_s + error.message());
+        log(u"  [ERROR] Could not remove "_s + error.message());
     }
 }
 

@@ -1,21 +1,14 @@
 #include "startup/items/CleanReboot.h"
 
 #include "core/Collation.h"
-#include "startup/items/LoginItem.h"
+#include "startup/items/LoginItemTargets.h"
 
 namespace quorvane {
 
-namespace {
-
-QList<StartupLaunchItem> addedApplications(const CleanReboot& cleanReboot) {
-    return cleanReboot.startup ? cleanReboot.startup->startupLaunchItems() : QList<StartupLaunchItem>();
-}
-
-} // namespace
-
 QSet<QString> allPermittedNames(const CleanReboot& cleanReboot) {
     QSet<QString> names = cleanReboot.permittedNames;
-    for (const StartupLaunchItem& application : addedApplications(cleanReboot)) {
+    const StartupConfiguration startup = cleanReboot.startup.value_or(StartupConfiguration());
+    for (const StartupLaunchItem& application : startup.startupLaunchItems()) {
         names.insert(application.name);
     }
     return names;
@@ -23,13 +16,10 @@ QSet<QString> allPermittedNames(const CleanReboot& cleanReboot) {
 
 DividedLoginItems dividedLoginItems(const QList<LoginItem>& items, const CleanReboot& cleanReboot) {
     const QSet<QString> names = allPermittedNames(cleanReboot);
-    QSet<QString> paths;
-    for (const StartupLaunchItem& application : addedApplications(cleanReboot)) {
-        paths.insert(application.path);
-    }
+    const LoginItemTargets targets = loginItemTargets(cleanReboot.startup.value_or(StartupConfiguration()), {});
     DividedLoginItems divided;
     for (const LoginItem& item : items) {
-        const bool stays = isProtectedLoginItem(item) || names.contains(item.name) || paths.contains(item.path);
+        const bool stays = isProtectedLoginItem(item) || names.contains(item.name) || targets.keeps(item);
         (stays ? divided.staying : divided.going).append(item);
     }
     sortLocalized(divided.going, &LoginItem::name);

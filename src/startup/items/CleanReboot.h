@@ -19,7 +19,7 @@ QSet<QString> allPermittedNames(const CleanReboot& cleanReboot);
 
 /// The login items, divided by what a clean reboot leaves.
 struct DividedLoginItems {
-    QList<LoginItem> staying; ///< audio software, what is permitted by name, and applications that open at login
+    QList<LoginItem> staying; ///< audio software, what is permitted by name, and what the configuration says runs
     QList<LoginItem> going;   ///< all others, sorted by name
 };
 DividedLoginItems dividedLoginItems(const QList<LoginItem>& items, const CleanReboot& cleanReboot);

@@ -17,15 +17,16 @@ using Kind = StartupItemKind;
 /// The items gathered so far, each identifier once.
 class ItemTable {
 public:
+    /// @param id  comparable
     bool contains(const QString& id) const { return m_places.contains(id); }
 
     /// Adds the item, or puts it in the place of the one with its identifier.
     void store(const StartupItem& item) {
-        const auto place = m_places.constFind(item.id);
+        const auto place = m_places.constFind(comparableId(item));
         if (place != m_places.cend()) {
             m_items[*place] = item;
         } else {
-            m_places.insert(item.id, m_items.size());
+            m_places.insert(comparableId(item), m_items.size());
             m_items.append(item);
         }
     }
@@ -87,10 +88,11 @@ void addDisabledLaunchItems(ItemTable& table, const QStringList& fileNames) {
 
 void addExcludedItems(ItemTable& table, const QStringList& ids) {
     for (const QString& id : ids) {
-        if (table.contains(id)) {
-            table.setRunning(id);
+        const StartupItem agent = backgroundAgentFor(id);
+        if (table.contains(comparableId(agent))) {
+            table.setRunning(comparableId(agent));
         } else {
-            table.store(backgroundAgentFor(id));
+            table.store(agent);
         }
     }
 }

@@ -1,6 +1,9 @@
 #include "startup/items/LoginItem.h"
 
 #include "core/ExcludedNames.h"
+#include "core/Paths.h"
+
+#include <algorithm>
 
 namespace quorvane {
 
@@ -18,6 +21,17 @@ bool looksLikeBackgroundAgent(const LoginItem& item) {
 
 bool isProtectedLoginItem(const LoginItem& item) {
     return isExcludedName(item.name) || isExcludedName(item.path);
+}
+
+bool isLoginItemOf(const LoginItem& item, const QString& path) {
+    return item.path.isEmpty() ? item.name == nameInPath(path) : comparablePath(item.path) == path;
+}
+
+QString listedPath(const QList<LoginItem>& items, const QString& path) {
+    const auto found = std::find_if(items.begin(), items.end(), [&path](const LoginItem& item) {
+        return !item.path.isEmpty() && comparablePath(item.path) == comparablePath(path);
+    });
+    return found == items.end() ? path : found->path;
 }
 
 StartupItem startupItemOf(const LoginItem& item) {

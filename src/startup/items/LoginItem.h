@@ -10,7 +10,7 @@ namespace quorvane {
 /// A login item as System Events lists it.
 struct LoginItem {
     QString name;
-    QString path; ///< empty or "missing value" where the file is gone
+    QString path; ///< as it is written there, maybe with a "/" at the end; empty where the file is gone
     bool hidden = false;
 
     bool operator==(const LoginItem&) const = default;
@@ -19,8 +19,9 @@ struct LoginItem {
 /// The login items as they were read.
 struct LoginItemList {
     QList<LoginItem> items;
-    bool wasRead = false; ///< false: System Events refused or failed, so that nothing is known
-    QString output{};     ///< as it was printed: names with a "|" or a line end can only be looked for here
+    bool wasRead = false;   ///< false: System Events refused or failed, so that nothing is known
+    QString output{};       ///< as it was printed: names with a "|" or a line end can only be looked for here
+    bool isAnswered = true; ///< false: nobody said anything, so that it's worth asking again
 
     /// The same items, known or unknown; what the output said besides doesn't count.
     bool operator==(const LoginItemList& other) const { return items == other.items && wasRead == other.wasRead; }
@@ -32,6 +33,12 @@ bool looksLikeBackgroundAgent(const QString& text);
 bool looksLikeBackgroundAgent(const LoginItem& item);
 /// True for a login item whose name or path is that of audio software.
 bool isProtectedLoginItem(const LoginItem& item);
+
+/// True for the login item of an application: by its path, or by its name where the application's file is gone.
+/// @param path  comparable
+bool isLoginItemOf(const LoginItem& item, const QString& path);
+/// A path as System Events writes it, because only so does it find the item; as it is given where no item has it.
+QString listedPath(const QList<LoginItem>& items, const QString& path);
 
 StartupItem startupItemOf(const LoginItem& item);
 

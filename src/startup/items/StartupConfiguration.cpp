@@ -21,17 +21,18 @@ public:
     explicit SavedItems(const QList<StartupItem>& items) {
         QSet<QString> reported;
         for (const StartupItem& item : items) {
-            if (!m_byId.contains(item.id)) {
-                m_byId.insert(item.id, &item);
+            const QString id = comparableId(item);
+            if (!m_byId.contains(id)) {
+                m_byId.insert(id, &item);
                 m_unique.append(&item);
-            } else if (!reported.contains(item.id)) {
-                reported.insert(item.id);
+            } else if (!reported.contains(id)) {
+                reported.insert(id);
                 m_errors.append(u"Duplicate values for key: '%1'"_s.arg(item.id));
             }
         }
     }
 
-    const StartupItem* find(const QString& id) const { return m_byId.value(id, nullptr); }
+    const StartupItem* find(const StartupItem& found) const { return m_byId.value(comparableId(found), nullptr); }
     const QList<const StartupItem*>& all() const { return m_unique; }
     const QStringList& errors() const { return m_errors; }
 
@@ -82,10 +83,11 @@ QSet<QString> StartupConfiguration::permittedLoginNames() const {
 }
 
 QSet<QString> StartupConfiguration::disabledLoginNames() const {
+    const QSet<QString> added = addedPaths();
     QSet<QString> names;
     for (const StartupItem& item : items) {
         const bool isLogin = item.kind == Kind::loginApp || item.kind == Kind::backgroundAgent;
-        if (isLogin && !item.runsAtStartup) {
+        if (isLogin && !item.runsAtStartup && !added.contains(knownPath(item))) {
             names.insert(item.name);
         }
     }
@@ -123,6 +125,26 @@ QList<StartupLaunchItem> StartupConfiguration::startupLaunchItems() const {
     return launchItems;
 }
 
+QSet<QString> StartupConfiguration::addedPaths() const {
+    QSet<QString> paths;
+    for (const StartupLaunchItem& item : startupLaunchItems()) {
+        paths.insert(comparablePath(item.path));
+    }
+    paths.remove(QString()); // no path is nobody's
+    return paths;
+}
+
+QSet<QString> StartupConfiguration::openedPaths() const {
+    QSet<QString> paths = addedPaths();
+    for (const StartupItem& item : items) {
+        if (isLoginItem(item) && item.runsAtStartup) {
+            paths.insert(knownPath(item));
+        }
+    }
+    paths.remove(QString());
+    return paths;
+}
+
 QStringList StartupConfiguration::summaryLines() const {
     const auto added = std::count_if(items.begin(), items.end(), [](const StartupItem& item) {
         return item.kind == Kind::addedApp && item.runsAtStartup;
@@ -151,14 +173,18 @@ StartupMerge StartupConfiguration::mergedWithDiscovered(const QList<StartupItem>
     StartupMerge merge{{{}, disableNetworkAtStartup, disabledCloudSyncAtStartup}, saved.errors()};
     QList<StartupItem>& merged = merge.configuration.items;
 
+    const QSet<QString> added = addedPaths();
     QSet<QString> seen;
     for (const StartupItem& item : discovered) {
-        seen.insert(item.id);
-        const StartupItem* twin = saved.find(item.id);
+        if (isLoginItem(item) && added.contains(knownPath(item))) {
+            continue;
+        }
+        seen.insert(comparableId(item));
+        const StartupItem* twin = saved.find(item);
         merged.append(twin != nullptr ? withSavedChoice(item, *twin) : newlyAppeared(item, cleanReboot));
     }
     for (const StartupItem* item : saved.all()) {
-        if (item->kind == Kind::addedApp && !seen.contains(item->id)) {
+        if (item->kind == Kind::addedApp && !seen.contains(comparableId(*item))) {
             merged.append(*item);
         }
     }

@@ -23,7 +23,7 @@ struct StartupConfiguration {
 
     /// Names of the login apps, background agents and background items that run.
     QSet<QString> permittedLoginNames() const;
-    /// Names of the login apps and background agents that don't run.
+    /// Names of the login apps and background agents that don't run; what an added application opens isn't off.
     QSet<QString> disabledLoginNames() const;
     /// Of the launch agents and daemons that don't run: the launch identifier, or the name where there is
     /// none.
@@ -32,11 +32,16 @@ struct StartupConfiguration {
     QSet<QString> disabledBackgroundLabels() const;
     /// The added applications that run, in item order.
     QList<StartupLaunchItem> startupLaunchItems() const;
+    /// The paths of these applications, comparable.
+    QSet<QString> addedPaths() const;
+    /// The comparable paths of everything that opens at login: of these applications and of the login items that run.
+    QSet<QString> openedPaths() const;
     /// Short texts for a card.
     QStringList summaryLines() const;
 
     /// Brings the saved choices together with what the system shows now: the discovered items, each with the
-    /// saved choice, then the added applications that weren't discovered, sorted by name.
+    /// saved choice, then the added applications that weren't discovered, sorted by name. The login item of an added
+    /// application that runs is this application.
     /// @param cleanReboot  a discovered item that isn't saved starts switched off, unless it is added or
     /// protected
     StartupMerge mergedWithDiscovered(const QList<StartupItem>& discovered, bool cleanReboot) const;

@@ -1,6 +1,7 @@
 #include "startup/items/StartupItem.h"
 
 #include "core/Json.h"
+#include "core/Paths.h"
 
 #include <algorithm>
 #include <array>
@@ -28,6 +29,19 @@ constexpr std::array kKinds{
 
 const KindRow& row(StartupItemKind kind) {
     return kKinds.at(static_cast<std::size_t>(kind));
+}
+
+const QString kLoginPrefix = u"login:"_s;
+const QString kAddedPrefix = u"added:"_s;
+
+/// Of a login item or added application; empty where the identifier holds none.
+QString pathInId(const QString& id) {
+    for (const QString& prefix : {kLoginPrefix, kAddedPrefix}) {
+        if (id.startsWith(prefix + u'/')) {
+            return id.mid(prefix.size());
+        }
+    }
+    return {};
 }
 
 QList<StartupItemKind> listKinds() {
@@ -79,7 +93,7 @@ QString loginItemId(const QString& name, const QString& path, const QString& lau
         return launchItemId(launchIdentifier);
     }
     const QString trimmedPath = path.trimmed();
-    return u"login:"_s + (trimmedPath.isEmpty() ? name : trimmedPath);
+    return kLoginPrefix + (trimmedPath.isEmpty() ? name : comparablePath(trimmedPath));
 }
 
 QString launchItemId(const QString& fileName) {
@@ -91,11 +105,35 @@ QString backgroundItemId(const QString& label) {
 }
 
 QString addedItemId(const QString& path) {
-    return u"added:"_s + path;
+    return kAddedPrefix + comparablePath(path);
 }
 
 bool isLaunchItemId(const QString& id) {
     return id.startsWith(u"launch:"_s);
+}
+
+QString comparableId(const StartupItem& item) {
+    if (item.id == kLoginPrefix + kMissingPath) {
+        return kLoginPrefix + item.name;
+    }
+    return pathInId(item.id).isEmpty() ? item.id : comparablePath(item.id);
+}
+
+QString comparablePath(const QString& path) {
+    return withoutFinalSlashes(path);
+}
+
+QString knownPath(const StartupItem& item) {
+    const QString path = pathInId(item.id);
+    if (!path.isEmpty()) {
+        return comparablePath(path);
+    }
+    return item.path == kMissingPath ? QString() : comparablePath(item.path);
+}
+
+bool isLoginItem(const StartupItem& item) {
+    return (item.kind == StartupItemKind::loginApp || item.kind == StartupItemKind::backgroundAgent) &&
+           !isLaunchItemId(item.id);
 }
 
 Json encodeJson(const StartupItem& item) {

@@ -65,6 +65,21 @@ QString backgroundItemId(const QString& label);
 QString addedItemId(const QString& path);
 /// True for an identifier made of a launch plist's name.
 bool isLaunchItemId(const QString& id);
+/// The form in which identifiers are compared: profiles of earlier versions hold such whose path ends in a "/", or that
+/// stand for a file that was gone.
+QString comparableId(const StartupItem& item);
+
+// Login items and applications are known by their paths, which may end in a "/" wherever they come from.
+
+/// The form in which these paths are compared.
+QString comparablePath(const QString& path);
+/// The path of a login item or added application in this form: of its identifier, by which items are compared, else its
+/// own. Empty where neither tells one.
+QString knownPath(const StartupItem& item);
+/// What System Events writes for the path of a file that is gone.
+inline const QString kMissingPath = QStringLiteral("missing value");
+/// True for an item that System Events lists: not for what looks like an agent and is a launch plist.
+bool isLoginItem(const StartupItem& item);
 
 Json encodeJson(const StartupItem& item);
 Json encodeJson(const StartupLaunchItem& item);

@@ -79,7 +79,7 @@ QCoro::Task<bool> LaunchItems::restorePlist(LaunchFolder folder, QString name) {
     try {
         host().files.move(backup, isTaken ? backup + u".replaced"_s : restored);
     } catch (const FileError& error) {
-        log(u"  [WARNING] Could not restore "_s + error.message());
+        log(u"  [ERROR] Could not restore "_s + error.message());
         if (folder.isUsers) {
             log(u"  [INFO] Not restored: "_s + name);
         }
@@ -204,7 +204,7 @@ void LaunchItems::removeBackup(const QString& backup) {
     try {
         host().files.remove(backup);
     } catch (const FileError& error) {
-        log(u"  [WARNING] Could not remove "_s + error.message());
+        log(u"  [ERROR] Could not remove "_s + error.message());
     }
 }
 

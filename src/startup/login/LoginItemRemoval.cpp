@@ -2,7 +2,6 @@
 
 #include "core/ExcludedNames.h"
 #include "core/FoldedText.h"
-#include "startup/items/LoginItem.h"
 #include "startup/login/LoginItemScripts.h"
 
 namespace quorvane {
@@ -36,32 +35,30 @@ bool isExcludedAgent(const LoginItem& item, const QSet<QString>& excludedIds) {
            (excludedIds.contains(loginItemId(item.name, item.path)) || excludedIds.contains(item.name));
 }
 
-NamedLoginItems namedLoginItems(const LoginItemList& list, const QStringList& names, const QSet<QString>& excludedIds) {
-    const QSet<QString> wanted(names.begin(), names.end());
+NamedLoginItems namedLoginItems(const LoginItemList& list, const LoginItemTargets& targets,
+                                const QSet<QString>& excludedIds) {
     QList<LoginItem> matched;
     QList<LoginItem> staying;
-    QSet<QString> found;
+    QSet<QString> leftover = targets.names();
     for (const LoginItem& item : list.items) {
-        if (wanted.contains(item.name)) {
+        const bool goes = targets.takes(item);
+        if (goes) {
             matched.append(item);
-            found.insert(item.name);
         }
-        if (!wanted.contains(item.name) || isProtectedLoginItem(item) || isExcludedAgent(item, excludedIds)) {
+        if (!goes || isProtectedLoginItem(item) || isExcludedAgent(item, excludedIds)) {
             staying.append(item);
         }
+        leftover.remove(item.name);
     }
-    QStringList leftover;
     QSet<QString> protectedLeftover;
-    for (const QString& name : names) {
-        if (!found.contains(name)) {
-            if (isExcludedName(shownLine(list, name))) {
-                protectedLeftover.insert(name);
-            }
-            found.insert(name); // a name that was given twice is left over once
-            leftover.append(name);
+    for (const QString& name : leftover) {
+        if (isExcludedName(shownLine(list, name))) {
+            protectedLeftover.insert(name);
         }
     }
-    return {matched, leftover, LoginItemRemoval(staying, LoginItemRemoval::knowledgeOf(list)), protectedLeftover};
+    const LoginItemRemoval::List knowledge = LoginItemRemoval::knowledgeOf(list);
+    return {matched, LoginItemRemoval(staying, knowledge), sortedTexts(leftover),
+            LoginItemRemoval(staying + targets.kept(), knowledge), protectedLeftover};
 }
 
 } // namespace quorvane

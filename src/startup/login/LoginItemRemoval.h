@@ -1,6 +1,6 @@
 #pragma once
 
-#include "startup/items/LoginItem.h"
+#include "startup/items/LoginItemTargets.h"
 
 #include <QSet>
 #include <QString>
@@ -34,13 +34,15 @@ private:
 /// @param excludedIds  by id or name
 bool isExcludedAgent(const LoginItem& item, const QSet<QString>& excludedIds);
 
-/// The login items that bear one of the names.
+/// The login items that are to go.
 struct NamedLoginItems {
-    QList<LoginItem> matched;        ///< in the order of the list
-    QStringList leftover;            ///< the names that no item bears, each once
-    LoginItemRemoval removal;        ///< spares all others, and those among the matched that are held back
-    QSet<QString> protectedLeftover; ///< those whose lines in the output are of audio software
+    QList<LoginItem> matched;         ///< in the order of the list
+    LoginItemRemoval removal;         ///< spares all others, and those among the matched that are held back
+    QStringList leftover;             ///< the names that no item bears, in order
+    LoginItemRemoval leftoverRemoval; ///< spares what is kept as well: it may have come since the list was read
+    QSet<QString> protectedLeftover;  ///< those whose lines in the output are of audio software
 };
-NamedLoginItems namedLoginItems(const LoginItemList& list, const QStringList& names, const QSet<QString>& excludedIds);
+NamedLoginItems namedLoginItems(const LoginItemList& list, const LoginItemTargets& targets,
+                                const QSet<QString>& excludedIds);
 
 } // namespace quorvane

@@ -87,8 +87,8 @@ LoginItemList parsedLoginItems(const QString& output) {
         if (afterPath < 0) {
             continue;
         }
-        list.items.append({line.left(afterName).toString(),
-                           line.mid(afterName + 1, afterPath - afterName - 1).toString(),
+        const QStringView path = line.mid(afterName + 1, afterPath - afterName - 1);
+        list.items.append({line.left(afterName).toString(), path == kMissingPath ? QString() : path.toString(),
                            line.mid(afterPath + 1).compare(u"true", Qt::CaseInsensitive) == 0});
     }
     if (hasLines && list.items.isEmpty()) {

@@ -27,15 +27,12 @@ bool isPerformanceApplication(const QString& name) {
                        [&name](const QString& part) { return name.contains(part, Qt::CaseInsensitive); });
 }
 
-QString withoutFinalSlash(const QString& path) {
-    return path.endsWith(u'/') ? path.chopped(1) : path;
-}
-
-/// True for the login item of an application, also where its path ends in a "/", or where System Events doesn't know the
-/// path any more because the application is gone.
-bool isLoginItemOf(const LoginItem& item, const QString& path) {
-    const bool hasPath = !item.path.isEmpty() && item.path != u"missing value"_s;
-    return hasPath ? withoutFinalSlash(item.path) == path : item.name == nameInPath(path);
+QSet<QString> comparablePaths(const QStringList& paths) {
+    QSet<QString> comparable;
+    for (const QString& path : paths) {
+        comparable.insert(comparablePath(path));
+    }
+    return comparable;
 }
 
 bool showsPath(const QList<LoginItem>& items, const QString& path) {
@@ -66,33 +63,33 @@ QList<StartupLaunchItem> LoginItems::performanceApplications() {
 }
 
 QSet<QString> LoginItems::managedPaths() const {
-    const QStringList paths = host().defaults.stringArray(kQuorvaneManagedStartupAppPaths);
-    return {paths.begin(), paths.end()};
+    return comparablePaths(host().defaults.stringArray(kQuorvaneManagedStartupAppPaths));
 }
 
 void LoginItems::recordManagedPath(const QString& path) {
-    QStringList paths = host().defaults.stringArray(kQuorvaneManagedStartupAppPaths);
-    if (!paths.contains(path)) {
-        paths.append(path);
-        host().defaults.setStringArray(kQuorvaneManagedStartupAppPaths, paths);
+    if (!managedPaths().contains(comparablePath(path))) {
+        const QStringList paths = host().defaults.stringArray(kQuorvaneManagedStartupAppPaths);
+        host().defaults.setStringArray(kQuorvaneManagedStartupAppPaths, paths + QStringList(comparablePath(path)));
     }
 }
 
 void LoginItems::forgetManagedPath(const QString& path) {
     QStringList paths = host().defaults.stringArray(kQuorvaneManagedStartupAppPaths);
-    if (paths.removeAll(path) > 0) {
+    const auto isForgotten = [&path](const QString& other) { return comparablePath(other) == comparablePath(path); };
+    if (paths.removeIf(isForgotten) > 0) {
         host().defaults.setStringArray(kQuorvaneManagedStartupAppPaths, paths);
     }
 }
 
 /// What the removal of managed applications has to know of the login items before it begins.
 struct LoginItems::ManagedAppRemoval {
-    QHash<QString, QString> names; ///< of the login items, by path
-    QSet<QString> heldBack;        ///< paths that stay: audio software that the user didn't add through the program
-    LoginItemRemoval removal;      ///< spares every other login item
+    QHash<QString, LoginItem> items; ///< as they are listed, by comparable path
+    QSet<QString> heldBack;          ///< paths that stay: audio software that the user didn't add through the program
+    LoginItemRemoval removal;        ///< spares every other login item
 };
 
 QCoro::Task<bool> LoginItems::removeManaged(QSet<QString> paths) {
+    paths = comparablePaths(paths.values());
     if (paths.isEmpty()) {
         co_return true;
     }
@@ -108,7 +105,7 @@ QCoro::Task<bool> LoginItems::removeManaged(QSet<QString> paths) {
 LoginItems::ManagedAppRemoval LoginItems::managedAppRemoval(const LoginItemList& list,
                                                             const QSet<QString>& going) const {
     const QSet<QString> managed = managedPaths();
-    QHash<QString, QString> names;
+    QHash<QString, LoginItem> items;
     QSet<QString> heldBack;
     QList<LoginItem> staying;
     for (const QString& path : going) {
@@ -121,12 +118,12 @@ LoginItems::ManagedAppRemoval LoginItems::managedAppRemoval(const LoginItemList&
         goingByName.insert(nameInPath(path), path);
     }
     for (const LoginItem& item : list.items) {
-        const QString plainPath = withoutFinalSlash(item.path);
-        const QString path = going.contains(plainPath) ? plainPath : goingByName.value(item.name);
+        const QString itemPath = comparablePath(item.path);
+        const QString path = going.contains(itemPath) ? itemPath : goingByName.value(item.name);
         const bool isGoing = !path.isEmpty() && isLoginItemOf(item, path);
         const bool isHeldBack = isGoing && !managed.contains(path) && isProtectedLoginItem(item);
         if (isGoing) {
-            names.insert(path, item.name);
+            items.insert(path, item);
         }
         if (isHeldBack) {
             heldBack.insert(path);
@@ -135,7 +132,7 @@ LoginItems::ManagedAppRemoval LoginItems::managedAppRemoval(const LoginItemList&
             staying.append(item);
         }
     }
-    return {names, heldBack, LoginItemRemoval(staying, LoginItemRemoval::knowledgeOf(list))};
+    return {items, heldBack, LoginItemRemoval(staying, LoginItemRemoval::knowledgeOf(list))};
 }
 
 QCoro::Task<bool> LoginItems::removeManagedApp(QString path, ManagedAppRemoval before) {
@@ -143,10 +140,12 @@ QCoro::Task<bool> LoginItems::removeManagedApp(QString path, ManagedAppRemoval b
         log(u"  [SKIPPED] Protected login item at path: "_s + path);
         co_return true;
     }
-    const QString name = before.names.value(path, nameInPath(path));
+    const LoginItem item = before.items.value(path, LoginItem{nameInPath(path), path, false});
+    const QString name = item.name;
+    const QString listedPath = item.path.isEmpty() ? path : item.path;
     bool isRemoved = false;
-    if (before.removal.canGoByPath(path)) {
-        isRemoved = co_await removeAtPath(path);
+    if (before.removal.canGoByPath(listedPath)) {
+        isRemoved = co_await removeAtPath(listedPath);
     }
     if (!isRemoved && before.removal.canGoByName(name)) {
         co_await removeByName(name);
@@ -169,14 +168,15 @@ QCoro::Task<bool> LoginItems::configure(QList<StartupLaunchItem> applications) {
     QSet<QString> present;
     const LoginItemList list = co_await current();
     for (const LoginItem& item : list.items) {
-        present.insert(item.path);
+        present.insert(comparablePath(item.path));
     }
     bool succeeded = true;
     for (const StartupLaunchItem& item : applications) {
-        if (present.contains(item.path)) {
+        const QString path = comparablePath(item.path);
+        if (present.contains(path)) {
             recordManagedPath(item.path);
             log(u"  [SKIPPED] Already configured to start at login: "_s + item.name);
-        } else if (co_await add(item.path, item.hidden)) {
+        } else if (co_await add(path, item.hidden)) {
             recordManagedPath(item.path);
             log(u"  [APPLIED] Added login item: "_s + item.name + (item.hidden ? u" (hidden)"_s : QString()));
         } else {

@@ -31,26 +31,35 @@ QStringList osascript(const QString& script) {
 LoginItems::LoginItems(FlowEnvironment& environment)
     : Flow(environment) {}
 
+LoginItems::LoginItems(FlowEnvironment& environment, const LoginItems& same)
+    : Flow(environment)
+    , m_cache(same.m_cache) {}
+
 QCoro::Task<LoginItemList> LoginItems::current() {
-    if (m_list) {
-        co_return std::as_const(*m_list); // a lasting value that isn't const would be moved out
+    if (m_cache->list) {
+        co_return std::as_const(*m_cache->list); // a lasting value that isn't const would be moved out
     }
-    const quint64 age = m_age;
+    const quint64 age = m_cache->age;
     const LoginItemList list = co_await readFromSystemEvents();
-    if (age == m_age) {
-        m_list = list;
+    if (list.isAnswered && age == m_cache->age) {
+        m_cache->list = list;
     }
     co_return list;
 }
 
 void LoginItems::drop() {
-    ++m_age;
-    m_list.reset();
+    ++m_cache->age;
+    m_cache->list.reset();
 }
 
 QCoro::Task<LoginItemList> LoginItems::readFromSystemEvents() {
     const CommandResult result = co_await runCommand(osascript(readLoginItemsScript()), OutputCapture::Capture);
-    co_return result.status == 0 ? parsedLoginItems(result.standardOutput) : LoginItemList();
+    LoginItemList list;
+    if (result.isAnswered && result.status == 0) {
+        list = parsedLoginItems(result.standardOutput);
+    }
+    list.isAnswered = result.isAnswered;
+    co_return list;
 }
 
 QCoro::Task<QList<LoginItem>> LoginItems::visible() {
@@ -114,13 +123,13 @@ QCoro::Task<bool> LoginItems::removeAndLog(LoginItem item, LoginItemRemoval remo
     co_return isRemoved;
 }
 
-QCoro::Task<bool> LoginItems::disable(QStringList names, QSet<QString> excludedIds) {
-    if (names.isEmpty()) {
+QCoro::Task<bool> LoginItems::disable(LoginItemTargets targets, QSet<QString> excludedIds) {
+    if (targets.isEmpty()) {
         co_return true;
     }
     createBackupFolder(environment());
     const LoginItemList list = co_await current();
-    const NamedLoginItems named = namedLoginItems(list, names, excludedIds);
+    const NamedLoginItems named = namedLoginItems(list, targets, excludedIds);
     writeRemoved(named.matched);
     bool succeeded = true;
     for (const LoginItem& item : named.matched) {
@@ -129,15 +138,19 @@ QCoro::Task<bool> LoginItems::disable(QStringList names, QSet<QString> excludedI
         }
         succeeded = co_await removeAndLog(item, named.removal) && succeeded;
     }
-    const bool leftoversAreGone = co_await removeLeftover(named, excludedIds);
+    const bool leftoversAreGone = co_await removeLeftover(named, targets, excludedIds);
     co_return leftoversAreGone ? succeeded : false;
 }
 
 /// Names that the list doesn't show: it may be older than the item, or the item is gone already.
-QCoro::Task<bool> LoginItems::removeLeftover(NamedLoginItems named, QSet<QString> excludedIds) {
+QCoro::Task<bool> LoginItems::removeLeftover(NamedLoginItems named, LoginItemTargets targets,
+                                             QSet<QString> excludedIds) {
     QSet<QString> missing;
     for (const QString& name : named.leftover) {
-        const LoginItem item{name, {}, false};
+        LoginItem item{name, {}, false};
+        if (!named.leftoverRemoval.canGoByName(name)) {
+            item = targets.itemOff(name);
+        }
         if (named.protectedLeftover.contains(name)) {
             log(u"  [SKIPPED] Protected login item: "_s + name);
             continue;
@@ -145,7 +158,7 @@ QCoro::Task<bool> LoginItems::removeLeftover(NamedLoginItems named, QSet<QString
         if (holdsBack(item, excludedIds)) {
             continue;
         }
-        if (co_await remove(item, named.removal)) {
+        if (co_await remove(item, named.leftoverRemoval)) {
             log(u"  [APPLIED] Removed login item: "_s + name);
         } else {
             log(u"  [WARNING] Login item not found or could not be removed: "_s + name);
@@ -155,15 +168,15 @@ QCoro::Task<bool> LoginItems::removeLeftover(NamedLoginItems named, QSet<QString
     if (missing.isEmpty()) {
         co_return true; // apart from the line below: g++ 12 awaits the right side of a co_return's "||" in every case
     }
-    co_return co_await areGone(missing);
+    co_return co_await areGone(missing, targets);
 }
 
 /// Asks the system anew: an item that isn't there needs no removal, but one that nobody may see could be there.
-QCoro::Task<bool> LoginItems::areGone(QSet<QString> names) {
+QCoro::Task<bool> LoginItems::areGone(QSet<QString> names, LoginItemTargets targets) {
     drop();
     const LoginItemList list = co_await current();
-    const bool isShown = std::any_of(list.items.begin(), list.items.end(),
-                                     [&names](const LoginItem& item) { return names.contains(item.name); }) ||
+    const auto isAmongThem = [&](const LoginItem& item) { return names.contains(item.name) && targets.takes(item); };
+    const bool isShown = std::any_of(list.items.begin(), list.items.end(), isAmongThem) ||
                          std::any_of(names.begin(), names.end(),
                                      [&list](const QString& name) { return !shownLine(list, name).isEmpty(); });
     co_return list.wasRead ? !isShown : false;
@@ -197,7 +210,7 @@ void LoginItems::writeRemoved(const QList<LoginItem>& items) {
         host().files.writeAtomically(backupFolder(host().machine.homeFolder()) + u"/login_items.json"_s,
                                      jsonText(record));
     } catch (const FileError& error) {
-        log(u"  [WARNING] Could not record the removed login items: "_s + error.message());
+        log(u"  [ERROR] Could not record the removed login items: "_s + error.message());
     }
 }
 

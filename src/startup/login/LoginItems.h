@@ -10,6 +10,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <memory>
 #include <optional>
 
 namespace QCoro {
@@ -20,6 +21,7 @@ class Task;
 namespace quorvane {
 
 class LoginItemRemoval;
+class LoginItemTargets;
 struct NamedLoginItems;
 
 /// The login items, asked of System Events and changed through it, and the applications that the program has put among them.
@@ -27,6 +29,8 @@ struct NamedLoginItems;
 class LoginItems : private Flow {
 public:
     explicit LoginItems(FlowEnvironment& environment);
+    /// The same login items, reached by another way: what one has read the other knows.
+    LoginItems(FlowEnvironment& environment, const LoginItems& same);
 
     // ---- Reading
 
@@ -46,9 +50,9 @@ public:
     QCoro::Task<bool> removeAtPath(QString path);
     /// True when the item exists afterwards.
     QCoro::Task<bool> add(QString path, bool hidden);
-    /// Removes login items by their names and writes down which they were.
+    /// Removes login items and writes down which they were.
     /// @param excludedIds  agents that stay all the same, by id or name
-    QCoro::Task<bool> disable(QStringList names, QSet<QString> excludedIds);
+    QCoro::Task<bool> disable(LoginItemTargets targets, QSet<QString> excludedIds);
     /// Removes what a clean reboot doesn't leave in place. @return false when something stayed, or nothing could be read
     QCoro::Task<bool> removeNonPermitted(CleanReboot cleanReboot);
 
@@ -71,15 +75,19 @@ private:
     QCoro::Task<SystemEventsReply> change(QString script);
     QCoro::Task<bool> remove(LoginItem item, LoginItemRemoval removal);
     QCoro::Task<bool> removeAndLog(LoginItem item, LoginItemRemoval removal);
-    QCoro::Task<bool> removeLeftover(NamedLoginItems named, QSet<QString> excludedIds);
+    QCoro::Task<bool> removeLeftover(NamedLoginItems named, LoginItemTargets targets, QSet<QString> excludedIds);
     bool holdsBack(const LoginItem& item, const QSet<QString>& excludedIds);
     void writeRemoved(const QList<LoginItem>& items);
-    QCoro::Task<bool> areGone(QSet<QString> names);
+    QCoro::Task<bool> areGone(QSet<QString> names, LoginItemTargets targets);
     ManagedAppRemoval managedAppRemoval(const LoginItemList& list, const QSet<QString>& going) const;
     QCoro::Task<bool> removeManagedApp(QString path, ManagedAppRemoval before);
 
-    std::optional<LoginItemList> m_list;
-    quint64 m_age = 0; ///< counts how often the list was dropped: a slow read may come too late
+    struct Cache {
+        std::optional<LoginItemList> list;
+        quint64 age = 0; ///< counts how often the list was dropped: a slow read may come too late
+    };
+
+    std::shared_ptr<Cache> m_cache = std::make_shared<Cache>();
     std::optional<QList<StartupLaunchItem>> m_performanceApplications;
 };
 

@@ -1,4 +1,4 @@
-#include "verification/ValueTests.h"
+#include "readings/ValueTests.h"
 
 #include <QStringList>
 

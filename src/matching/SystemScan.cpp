@@ -1,0 +1,58 @@
+#include "matching/SystemScan.h"
+
+#include "core/Turns.h"
+#include "matching/SystemMatching.h"
+#include "platform/Host.h"
+
+#include <QCoroTask>
+
+#include <utility>
+
+namespace quorvane {
+
+using namespace Qt::StringLiterals;
+
+SystemScan::SystemScan(FlowEnvironment& environment, const SystemVerification::Startup& startup,
+                       Abandonment abandonment)
+    : m_session(environment, std::move(abandonment))
+    , m_loginItems(m_session, startup.loginItems)
+    , m_startupItems(m_session, m_loginItems, startup.items)
+    , m_verification(m_session, {m_loginItems, m_startupItems, startup.launchItems, startup.backgroundItems}) {}
+
+QCoro::Task<std::optional<SystemConfigurationMatch>> SystemScan::search(QList<UnifiedProfile> profiles,
+                                                                        std::optional<QString> appliedName) {
+    m_loginItems.drop(); // the question is what this Mac is like now
+    Turn turn(m_session.host().clock);
+    const QList<UnifiedProfile> candidates = candidateOrder(profiles, appliedName);
+    for (const UnifiedProfile& profile : candidates) {
+        const ApplyVerificationResult verification = co_await m_verification.profile(profile);
+        if (isUndecided()) {
+            co_return std::nullopt;
+        }
+        if (isMatch(verification, profile.name == appliedName)) {
+            co_return SystemConfigurationMatch{profile.name, MatchedConfigurationKind::savedProfile, verification};
+        }
+        if (turn.isOver()) {
+            co_await turn
+                .next(); // what was read serves the others, so that nothing else would let the event loop come round
+        }
+    }
+    const ApplyVerificationResult inForce =
+        co_await m_verification.tweaks(PerformanceSettings::fullSelection(), UnselectedTweaks::Ignored, {});
+    const Reading<bool> isRestorationOff = co_await m_verification.isAppRestorationOff();
+    ApplyVerificationResult verification = defaultVerification(inForce, isRestorationOff.value == true);
+    if (inForce.lacksFullDiskAccess && m_verification.readings().hasSwitchedBackupsOff()) {
+        verification.failed.append({u"Time Machine"_s, u"could not read status"_s});
+    }
+    if (isUndecided() || !verification.failed.isEmpty()) {
+        co_return std::nullopt;
+    }
+    co_return SystemConfigurationMatch{UnifiedProfile::defaultProfile().name, MatchedConfigurationKind::builtinMode,
+                                       verification};
+}
+
+bool SystemScan::isUndecided() const {
+    return m_session.isAbandoned() || !m_session.missing().isEmpty();
+}
+
+} // namespace quorvane

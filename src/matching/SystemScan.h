@@ -1,0 +1,35 @@
+#pragma once
+
+#include "matching/SystemConfigurationMatch.h"
+#include "matching/SystemVerification.h"
+#include "readings/ReadingSession.h"
+#include "startup/apply/StartupItems.h"
+#include "startup/login/LoginItems.h"
+
+#include <optional>
+
+namespace quorvane {
+
+/// The search for the configuration that this Mac is in. The Mac is read once, however many profiles there are. Main thread.
+class SystemScan {
+public:
+    /// @param startup  what it finds of these is known there afterwards
+    SystemScan(FlowEnvironment& environment, const SystemVerification::Startup& startup, Abandonment abandonment);
+
+    /// The first profile that fits, else Default, else none. Ends with none at the first configuration of which something
+    /// wasn't answered, and when it has been abandoned.
+    QCoro::Task<std::optional<SystemConfigurationMatch>> search(QList<UnifiedProfile> profiles,
+                                                                std::optional<QString> appliedName);
+    /// What wasn't answered.
+    const QStringList& missing() const { return m_session.missing(); }
+
+private:
+    bool isUndecided() const;
+
+    ReadingSession m_session;
+    LoginItems m_loginItems;
+    StartupItems m_startupItems;
+    SystemVerification m_verification;
+};
+
+} // namespace quorvane

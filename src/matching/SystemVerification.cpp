@@ -1,0 +1,150 @@
+#include "matching/SystemVerification.h"
+
+#include "core/Background.h"
+#include "network/NetworkServices.h"
+#include "profiles/UnifiedProfile.h"
+#include "readings/ValueTests.h"
+#include "startup/apply/ActiveStartup.h"
+#include "startup/apply/StartupItems.h"
+#include "startup/apply/StartupTargets.h"
+#include "startup/apply/StartupVerification.h"
+#include "startup/background/BackgroundItemPermission.h"
+#include "startup/background/BackgroundItems.h"
+#include "startup/items/StartupChanges.h"
+#include "startup/launchd/LaunchItems.h"
+#include "startup/login/LoginItems.h"
+#include "verification/TweakVerification.h"
+
+#include <QCoroFuture>
+#include <QCoroTask>
+
+#include <algorithm>
+
+namespace quorvane {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+void addCheck(ApplyVerificationResult& result, bool holds, const QString& name, const QString& verifiedDetail,
+              const QString& failedDetail) {
+    (holds ? result.verified : result.failed).append({name, holds ? verifiedDetail : failedDetail});
+}
+
+void checkPermittedLoginItems(ApplyVerificationResult& result, const LoginItemList& list,
+                              const CleanReboot& cleanReboot) {
+    const QString name = u"Clean Reboot login items"_s;
+    if (!list.wasRead) {
+        result.failed.append({name, u"could not read login items"_s}); // a list that nobody may read proves nothing
+        return;
+    }
+    const QList<LoginItem> going = dividedLoginItems(list.items, cleanReboot).going;
+    for (const LoginItem& item : going) {
+        result.failed.append({u"Login item: "_s + item.name, u"will open at login"_s});
+    }
+    if (going.isEmpty()) {
+        const QString permitted = sortedTexts(allPermittedNames(cleanReboot)).join(u", "_s);
+        result.verified.append({name, permitted.isEmpty() ? u"no apps configured to open at login"_s
+                                                          : u"only permitted apps remain (%1)"_s.arg(permitted)});
+    }
+}
+
+/// With no service listed, or one that can't be read, nobody knows.
+bool areAllOff(const QList<NetworkServiceState>& services) {
+    return !services.isEmpty() && std::all_of(services.begin(), services.end(), [](const NetworkServiceState& service) {
+        return service.isEnabled == false;
+    });
+}
+
+} // namespace
+
+SystemVerification::SystemVerification(FlowEnvironment& environment, const Startup& startup)
+    : Flow(environment)
+    , m_readings(environment)
+    , m_startup(startup) {}
+
+QCoro::Task<ApplyVerificationResult> SystemVerification::profile(UnifiedProfile profile) {
+    ApplyVerificationResult result =
+        co_await tweaks(profile.settings, UnselectedTweaks::ExpectedRestored, cleanRebootOf(profile));
+    const ApplyVerificationResult found = co_await startup(profile.startup);
+    result.verified += found.verified;
+    for (const ApplyVerificationResult::Item& item : found.failed) {
+        if (item != unavailableBackgroundItems() || !result.failed.contains(item)) {
+            result.failed.append(item);
+        }
+    }
+    co_return result;
+}
+
+QCoro::Task<ApplyVerificationResult> SystemVerification::tweaks(PerformanceSettings settings,
+                                                                UnselectedTweaks unselected, CleanReboot cleanReboot) {
+    TweakVerification tweaks(m_readings, settings, unselected);
+    ApplyVerificationResult result = co_await tweaks.run();
+    if (settings.cleanReboot) {
+        const ApplyVerificationResult clean = co_await this->cleanReboot(cleanReboot);
+        result.verified += clean.verified;
+        result.failed += clean.failed;
+    } else if (unselected == UnselectedTweaks::ExpectedRestored) {
+        const Reading<bool> isOff = co_await isAppRestorationOff();
+        addCheck(result, isOff.value == false, u"Clean Reboot"_s, u"app restoration enabled"_s,
+                 u"expected app restoration enabled"_s);
+    }
+    co_return result;
+}
+
+QCoro::Task<ApplyVerificationResult> SystemVerification::cleanReboot(CleanReboot cleanReboot) {
+    ApplyVerificationResult result;
+    const Reading<bool> isOff = co_await isAppRestorationOff();
+    addCheck(result, isOff.value == true, u"Clean Reboot"_s, u"app restoration disabled"_s,
+             u"expected app restoration disabled"_s);
+    const Reading<QString> keepsWindows = co_await m_readings.readPreference(preference::kKeptWindows);
+    addCheck(result, isOffValue(keepsWindows.value), u"Clean Reboot windows"_s, u"window restoration disabled"_s,
+             u"expected window restoration disabled"_s);
+    if (!cleanReboot.startup) {
+        co_return result;
+    }
+    checkPermittedLoginItems(result, co_await m_startup.loginItems.current(), cleanReboot);
+    const ApplyVerificationResult background =
+        co_await m_startup.backgroundItems.verify(allPermittedNames(cleanReboot), cleanReboot.startup);
+    result.verified += background.verified;
+    result.failed += background.failed;
+    co_return result;
+}
+
+QCoro::Task<Reading<bool>> SystemVerification::isAppRestorationOff() {
+    const Reading<QString> savesState = co_await m_readings.readPreference(preference::kLogoutState);
+    const Reading<QString> relaunchesApps = co_await m_readings.readPreference(preference::kLoginRelaunch);
+    if (!savesState.isAnswered || !relaunchesApps.isAnswered) {
+        co_return Reading<bool>::unanswered();
+    }
+    co_return Reading<bool>::answered(isOffValue(savesState.value) && isOffValue(relaunchesApps.value));
+}
+
+QCoro::Task<ApplyVerificationResult> SystemVerification::startup(StartupConfiguration configuration) {
+    if (!hasStartupChanges(configuration) && m_startup.loginItems.managedPaths().isEmpty()) {
+        co_return ApplyVerificationResult(); // nothing to check, so nobody has to wait for System Events
+    }
+    StartupReadings readings = co_await startupReadings(configuration);
+    if (configuration.disableNetworkAtStartup) {
+        readings.isNetworkOff = areAllOff(co_await m_readings.readNetworkServices());
+    }
+    co_return co_await inBackground(startupVerification, configuration, readings);
+}
+
+QCoro::Task<StartupReadings> SystemVerification::startupReadings(StartupConfiguration configuration) {
+    StartupReadings readings;
+    readings.discovered = co_await m_startup.items.discover();
+    readings.loginItems = co_await m_startup.loginItems.current();
+    readings.backgroundItems = m_startup.backgroundItems.list();
+    readings.managedPaths = m_startup.loginItems.managedPaths();
+    const StartupTargetSets targets = disabledTargetSets(configuration, configuration.disabledCloudSyncAtStartup,
+                                                         wideningItems(configuration, readings.discovered));
+    for (const QString& label : targets.launchLabels) {
+        if (m_startup.launchItems.hasPlist(label)) {
+            readings.launchPlists.insert(label);
+        }
+    }
+    co_return readings;
+}
+
+} // namespace quorvane

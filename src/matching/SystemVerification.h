@@ -1,0 +1,54 @@
+#pragma once
+
+#include "core/Flow.h"
+#include "readings/SystemReadings.h"
+#include "startup/items/CleanReboot.h"
+#include "startup/items/StartupConfiguration.h"
+#include "tweaks/PerformanceSettings.h"
+#include "verification/ApplyVerificationResult.h"
+#include "verification/UnselectedTweaks.h"
+
+namespace quorvane {
+
+class BackgroundItems;
+class LaunchItems;
+class LoginItems;
+class StartupItems;
+struct StartupReadings;
+struct UnifiedProfile;
+
+/// Reads a configuration back from the live system, setting by setting. Changes nothing. Main thread.
+class SystemVerification : private Flow {
+public:
+    /// What runs at login, from each of its sources.
+    struct Startup {
+        LoginItems& loginItems;
+        StartupItems& items;
+        const LaunchItems& launchItems;
+        BackgroundItems& backgroundItems;
+    };
+
+    /// @param environment  the readings' own; the sources may have another one
+    SystemVerification(FlowEnvironment& environment, const Startup& startup);
+
+    const SystemReadings& readings() const { return m_readings; }
+
+    QCoro::Task<ApplyVerificationResult> profile(UnifiedProfile profile);
+    /// Each tweak, in a fixed order.
+    /// @param cleanReboot  used when the settings select it
+    QCoro::Task<ApplyVerificationResult> tweaks(PerformanceSettings settings, UnselectedTweaks unselected,
+                                                CleanReboot cleanReboot);
+    QCoro::Task<ApplyVerificationResult> startup(StartupConfiguration configuration);
+    /// What a startup configuration is compared with.
+    QCoro::Task<StartupReadings> startupReadings(StartupConfiguration configuration);
+    /// Whether applications are kept from reopening after a restart.
+    QCoro::Task<Reading<bool>> isAppRestorationOff();
+
+private:
+    QCoro::Task<ApplyVerificationResult> cleanReboot(CleanReboot cleanReboot);
+
+    SystemReadings m_readings;
+    Startup m_startup;
+};
+
+} // namespace quorvane
