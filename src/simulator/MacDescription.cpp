@@ -86,8 +86,7 @@ QByteArray contents(const Json& file) {
 void makeFile(const Mac& mac, const Json& entry) {
     QFile file(hostPathOf(mac, entry));
     makeParent(file.fileName());
-    if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly) || file.write(contents(entry)) < 0 ||
-        !file.flush()) {
+    if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly) || file.write(contents(entry)) < 0 || !file.flush()) {
         throw std::runtime_error(file.fileName().toStdString() + ": " + file.errorString().toStdString());
     }
 }
