@@ -129,15 +129,15 @@ QCoro::Task<DisplayLabel> DesktopLabel::showOn(Target target) {
 }
 
 DisplayLabel DesktopLabel::showComposed(const Target& target) {
-    if (target.trouble != Trouble::None) {
-        logTrouble(target.trouble, target);
-        return giveUp(target, detailOf(target));
-    }
     if (const std::optional<QString> picture = m_displays.desktopPicture(target.display); picture != target.picture) {
         m_failures.remove(target.id);
         m_wasOvertaken = true; // the user was quicker, and their new picture hasn't been copied
         const QString detail = picture ? u"Another picture was chosen meanwhile."_s : u"It isn't connected any more."_s;
         return {target.display.localizedName, false, detail};
+    }
+    if (target.trouble != Trouble::None) {
+        logTrouble(target.trouble, target);
+        return giveUp(target, detailOf(target));
     }
     if (const std::optional<QString> error = setPicture(target.display, target.composited)) {
         logTrouble(Trouble::NotSet, target);

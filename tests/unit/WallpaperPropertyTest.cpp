@@ -303,7 +303,7 @@ class WallpaperProperty : public WallpaperDesk, public ::testing::WithParamInter
 } // namespace
 
 TEST_P(WallpaperProperty, eachDisplayHasWhatItsUserChoseLast) {
-    for (quint64 seed = 1; seed <= 40; ++seed) {
+    for (quint64 seed = 1; seed <= 25; ++seed) {
         prepare(seed, GetParam());
         for (int event = 0; event < 16; ++event) {
             live();

@@ -138,6 +138,15 @@ TEST_F(WallpaperQueue, aPictureChosenMeanwhileIsNotTakenAway) {
     EXPECT_EQ(shown(1), kPictures + u"white.png"_s);
 }
 
+TEST_F(WallpaperQueue, aPictureChosenInThePlaceOfOneThatCantBeReadIsLabelled) {
+    displays.connected[0].picture = kPictures + u"missing.png"_s;
+    overlay->applyOverlay(u"Live"_s);
+    displays.connected[0].picture = kPictures + u"light.png"_s; // while the first is looked for
+    finish();
+    EXPECT_EQ(shown(1), composited(1, u"live"_s));
+    EXPECT_TRUE(overlay->isOverlayInPlace());
+}
+
 TEST_F(WallpaperQueue, aDisplayUnpluggedMeanwhileIsLeftOut) {
     overlay->applyOverlay(u"Live"_s);
     displays.connected.removeLast();
