@@ -160,7 +160,7 @@ QStringList labelLines(const QList<DisplayLabel>& labels) {
     for (const DisplayLabel& label : labels) {
         const QString detail = label.detail.isEmpty() ? QString() : u". "_s + label.detail;
         const QString outcome = label.isShown ? u": the label is shown"_s : u": no label"_s;
-        lines.append(onOneLine(label.display + outcome + detail));
+        lines.append(label.display + outcome + detail);
     }
     return lines;
 }

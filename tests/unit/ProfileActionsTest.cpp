@@ -150,7 +150,7 @@ TEST_F(ProfileActionsTest, whatFollowsDefaultComesInOrder) {
     session->workingCopy.load(live);
     const ActionOutcome outcome = ending(session->profileActions.restoreDefault(StartedFrom::Page, *listener));
     EXPECT_TRUE(outcome.succeeded);
-    EXPECT_EQ(outcome.restore, (RestoreOutcome{true, RestoreSource::StandardDefaults, false}));
+    EXPECT_EQ(outcome.restore, (RestoreOutcome{true, RestoreSource::StandardDefaults}));
     EXPECT_EQ(takeSteps(),
               (QStringList{kDefaultQuestion, u"busy: Restoring default settings…"_s,
                            u"log: Undoing Audio Performance tweaks (no snapshot — using standard defaults)..."_s,
