@@ -18,18 +18,21 @@ constexpr int kCases = 400;
 
 // ---- A random Mac
 
-/// Names are shared, paths end in a "/" or not, and some files are gone.
+/// Names are shared, paths end in a "/" or not, and some files are gone. System Events lists a file once.
 Json loginItemsOfSharedNames(Draw& draw) {
     Json items = Json::array();
+    QSet<QString> listed;
     for (int count = draw.below(10); count > 0; --count) {
         const QString name = draw.from(kNames);
-        const QString path = draw.from(kApplications) + (draw.oneIn(3) ? u""_s : u"/Contents/"_s + name + u".app"_s) +
-                             (draw.oneIn(3) ? u"/"_s : u""_s);
-        Json item{{"name", name.toStdString()}, {"path", path.toStdString()}, {"hidden", draw.oneIn(2)}};
-        if (draw.oneIn(8)) {
-            item["path"] = nullptr;
+        const QString path = draw.from(kApplications) + (draw.oneIn(3) ? u""_s : u"/Contents/"_s + name + u".app"_s);
+        Json item{{"name", name.toStdString()}, {"path", nullptr}, {"hidden", draw.oneIn(2)}};
+        if (!draw.oneIn(8)) {
+            item["path"] = (path + (draw.oneIn(3) ? u"/"_s : u""_s)).toStdString();
         }
-        items.push_back(item);
+        if (item.at("path").is_null() || !listed.contains(path)) {
+            items.push_back(item);
+            listed.insert(path);
+        }
     }
     return items;
 }
