@@ -83,6 +83,9 @@ QCoro::Task<RehearsalOutcome> Rehearsal::apply(Arguments arguments) {
 
 /// A save would replace another profile, or a file that may hold one. Throws UnusableInput.
 void Rehearsal::requireOwnName(const UnifiedProfile& profile, const QString& hostPath) const {
+    if (!isProfileFileName(sanitizedProfileName(profile.name))) {
+        return; // the save refuses it
+    }
     const ProfileManager& store = m_session.profileStore;
     const std::optional<UnifiedProfile> other = store.loadProfile(profile.name);
     const QString saved = u" is saved as \"%1\"; --replace replaces it"_s.arg(sanitizedProfileName(profile.name));

@@ -27,7 +27,6 @@ LoginItemRemoval sparingProtectedItems(QList<LoginItem> items) {
 
 QCoro::Task<bool> SystemManager::applyStartupConfiguration(StartupConfiguration configuration) {
     log(u"\nApplying startup configuration..."_s);
-    recordManagedStartupApps(configuration.startupLaunchItems());
     bool succeeded = co_await removeUnconfiguredManagedApps(configuration);
     if (hasStartupChanges(configuration)) {
         succeeded = co_await carryOutStartupChanges(configuration) && succeeded;

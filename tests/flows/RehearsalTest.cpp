@@ -466,8 +466,8 @@ TEST_F(RehearsalTest, whatNobodyAnsweredIsNotVerified) {
     EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
     EXPECT_EQ(process.exitCode(), 1);
     const QByteArray output = process.readAllStandardOutput();
-    EXPECT_TRUE(output.endsWith(missing)) << output.toStdString();
-    EXPECT_FALSE(output.contains("[OK]"));
+    EXPECT_FALSE(output.contains("[OK]")) << output.toStdString();
+    EXPECT_FALSE(output.contains("confirmed")) << output.toStdString();
 }
 
 TEST_F(RehearsalTest, aTerminationEndsAShellThatHangs) {

@@ -218,7 +218,8 @@ bool isQuorvanesOwn(const Difference& difference, const RoundTrip&) {
                                      kHome + u"/Library/Mobile Documents"_s,
                                      kPreferences + u"com.quorvane.app.plist"_s,
                                      kPreferences + u"com.quorvane.app.plist QuorvaneLastAppliedProfileName"_s,
-                                     kPreferences + u"com.quorvane.app.plist QuorvaneManagedStartupAppPaths"_s};
+                                     kPreferences + u"com.quorvane.app.plist QuorvaneManagedStartupAppPaths"_s,
+                                     kPreferences + u"com.quorvane.app.plist QuorvaneSwitchedBackupsOff"_s};
     return entries.contains(difference.key) || std::any_of(places.begin(), places.end(), [&](const QString& place) {
                return difference.key == place || difference.key.startsWith(place + u'/');
            });

@@ -399,9 +399,13 @@ TEST_F(WayBack, aMacWithoutTheKeysIsNotRecognisedAsDefault) {
     EXPECT_EQ(scan(), std::nullopt);
     const ApplyVerificationResult inForce = QCoro::waitFor(
         system->verifyAppliedSettings(PerformanceSettings::fullSelection(), SystemManager::UnselectedTweaks::Ignored));
-    EXPECT_EQ(inForce.verified,
-              QList<ApplyVerificationResult::Item>(
-                  {{u"Software Updates"_s, u"disabled"_s}, {u"Siri"_s, u"disabled"_s}, {u"UI Sounds"_s, u"muted"_s}}));
+    QStringList names;
+    for (const ApplyVerificationResult::Item& item : inForce.verified) {
+        if (item.isOnThisMac) {
+            names.append(item.name);
+        }
+    }
+    EXPECT_EQ(names, (QStringList{u"Software Updates"_s, u"Siri"_s, u"UI Sounds"_s}));
 }
 
 TEST_F(WayBack, aScanRunsExactlyTheReadsThatItNeeds) {

@@ -92,7 +92,7 @@ TEST_F(WholeProfile, rootRunsOnlyWhatNeedsRoot) {
     const QString quarantine = backup + u"/bundled-login-items/com.docker.helper"_s;
     EXPECT_EQ(commandsOfRoot(),
               QStringList({u"/usr/bin/pmset -a standby 0 disksleep 0 sleep 0 sms 0"_s, u"/usr/bin/mdutil -a -i off"_s,
-                           u"/usr/bin/tmutil enable"_s, u"/bin/mkdir -p \""_s + kept + u'"',
+                           u"/bin/mkdir -p \""_s + kept + u'"',
                            u"/bin/cp -p "_s + kBackupDaemon + u" \""_s + kept + u"/com.backblaze.bzbmenu.plist\""_s,
                            u"/bin/mkdir -p "_s + backup + u"/_Library_LaunchDaemons"_s,
                            u"/bin/rm -f "_s + backup + u"/_Library_LaunchDaemons/com.backblaze.bzbmenu.plist"_s,
@@ -137,7 +137,7 @@ TEST_F(WholeProfile, appliedTwiceInTwoProcessesChangesNothingTheSecondTime) {
 TEST_F(WholeProfile, previewNeitherAsksNorChangesAnything) {
     const macsim::MacPicture before = picture();
     const ProfileApplyPreview preview = QCoro::waitFor(system->previewProfile(festival()));
-    EXPECT_EQ(preview.startup.willDisable.size(), 11);
+    EXPECT_EQ(preview.startup.willDisable.size(), 12);
     EXPECT_EQ(preview.startup.willAdd.size(), 2);
     EXPECT_EQ(picture().changesSince(before), QString());
     EXPECT_EQ(authorization.prompts(), QStringList());
@@ -164,7 +164,6 @@ TEST_F(WholeProfile, aCancelledPromptLeavesWhatNeedsRootAndTellsOfItItemByItem) 
     EXPECT_EQ(
         system->lastApplyVerification()->failed,
         QList<ApplyVerificationResult::Item>({{u"USB Power"_s, u"expected standby/disk/sleep at 0"_s},
-                                              {u"Motion Sensor"_s, u"expected sms 0"_s},
                                               {u"Spotlight"_s, u"expected indexing off"_s},
                                               {u"Launch item: com.backblaze.bzbmenu.plist"_s, u"still active"_s}}));
     const QString changed = picture().changesSince(before);

@@ -94,9 +94,10 @@ TEST_F(WaysBack, theUsersOwnLoginItemsStay) {
 TEST_F(WaysBack, withoutCapturedLoginItemsOnlyTheProgramsOwnAdditionsGo) {
     for (const bool hasSnapshot : {true, false}) {
         addStartupApps();
-        files.remove(kSnapshotFile);
         if (hasSnapshot) {
             save(usersOwn());
+        } else {
+            files.remove(kSnapshotFile);
         }
         EXPECT_TRUE(undo().succeeded);
         EXPECT_EQ(login, (QList<LoginItem>{{u"Mail"_s, u"/Applications/Mail.app"_s, false},

@@ -175,10 +175,16 @@ QCoro::Task<bool> LoginItems::configure(QList<StartupLaunchItem> applications) {
         const QString path = comparablePath(item.path);
         if (present.contains(path)) { // the user's own, or recorded already
             log(u"  [SKIPPED] Already configured to start at login: "_s + item.name);
-        } else if (co_await add(path, item.hidden)) {
-            recordManagedPath(item.path);
+            continue;
+        }
+        const bool wasRecorded = managedPaths().contains(path);
+        recordManagedPath(path); // first: a program that ends in between still knows whose it is
+        if (co_await add(path, item.hidden)) {
             log(u"  [APPLIED] Added login item: "_s + item.name + (item.hidden ? u" (hidden)"_s : QString()));
         } else {
+            if (!wasRecorded) {
+                forgetManagedPath(path);
+            }
             log(u"  [ERROR] Failed to add login item: "_s + item.name);
             succeeded = false;
         }
