@@ -253,8 +253,9 @@ bool isHiddenIn(const std::optional<QString>& item) {
 bool opensAtLogin(const RoundTrip& trip, const QString& path) {
     return std::any_of(trip.applied.begin(), trip.applied.end(), [&](const UnifiedProfile& profile) {
         const QList<StartupLaunchItem> opened = profile.startup.startupLaunchItems();
-        return std::any_of(opened.begin(), opened.end(),
-                           [&](const StartupLaunchItem& item) { return item.path == path; });
+        return std::any_of(opened.begin(), opened.end(), [&](const StartupLaunchItem& item) {
+            return comparablePath(item.path) == comparablePath(path);
+        });
     });
 }
 
