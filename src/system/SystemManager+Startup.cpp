@@ -126,7 +126,7 @@ QSet<QString> SystemManager::profileStartupAppPaths() const {
 }
 
 QCoro::Task<bool> SystemManager::removeUnconfiguredManagedApps(const StartupConfiguration& configuration) {
-    return unlessQuitting(m_loginItems->removeManaged(managedStartupAppPaths() - configuration.openedPaths()));
+    return unlessQuitting(m_loginItems->removeManaged(configuration.notOpenedOf(managedStartupAppPaths())));
 }
 
 QCoro::Task<bool> SystemManager::removeManagedStartupApps(const std::optional<QSet<QString>>& paths) {

@@ -83,6 +83,17 @@ TEST(StartupConfiguration, onlyAddedAppsThatRunAreLaunched) {
     EXPECT_EQ(configuration.startupLaunchItems(), expected);
 }
 
+TEST(StartupConfiguration, anItemThatRunsKeepsItsApplicationByItsPathOrWithoutOneByItsName) {
+    StartupItem known = configuredItem(u"Chat"_s, Kind::loginApp, true);
+    known.path = u"/Applications/Chat.app/"_s;
+    StartupItem unknown = configuredItem(u"Drive"_s, Kind::loginApp, true);
+    unknown.id = u"login:Drive"_s;
+    const StartupConfiguration configuration{{known, unknown}};
+    EXPECT_EQ(configuration.notOpenedOf({u"/Applications/Chat.app"_s, u"/Applications/Drive.app"_s,
+                                         u"/Applications/Old/Chat.app"_s, u"/Applications/Sync.app"_s}),
+              (Texts{u"/Applications/Old/Chat.app"_s, u"/Applications/Sync.app"_s}));
+}
+
 TEST(StartupConfiguration, theSummaryHasOnlyTheLinesThatApply) {
     EXPECT_EQ(StartupConfiguration().summaryLines(), QStringList());
 

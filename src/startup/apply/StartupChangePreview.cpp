@@ -138,7 +138,7 @@ QList<StartupLaunchItem> itemsToAdd(const QList<StartupLaunchItem>& configured, 
 QList<StartupLaunchItem> itemsToRemove(const StartupConfiguration& configuration, const QSet<QString>& managedPaths,
                                        const ActiveStartup& active) {
     QList<StartupLaunchItem> items;
-    for (const QString& path : sortedTexts(managedPaths - configuration.openedPaths())) {
+    for (const QString& path : sortedTexts(configuration.notOpenedOf(managedPaths))) {
         if (active.hasLoginItemOf(path)) {
             items.append({active.nameOfLoginPath(path), path, false});
         }

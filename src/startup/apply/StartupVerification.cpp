@@ -148,7 +148,7 @@ private:
     }
 
     void checkRemovedApps() {
-        for (const QString& path : sortedTexts(m_readings.managedPaths - m_configuration.openedPaths())) {
+        for (const QString& path : sortedTexts(m_configuration.notOpenedOf(m_readings.managedPaths))) {
             addLoginCheck(!m_active.hasLoginItemOf(path), u"Startup app: "_s + m_active.nameOfLoginPath(path),
                           u"removed from login items"_s, u"still in login items"_s);
         }

@@ -2,6 +2,7 @@
 
 #include "core/Collation.h"
 #include "core/Json.h"
+#include "core/Paths.h"
 
 #include <QHash>
 
@@ -143,6 +144,18 @@ QSet<QString> StartupConfiguration::openedPaths() const {
     }
     paths.remove(QString());
     return paths;
+}
+
+QSet<QString> StartupConfiguration::notOpenedOf(const QSet<QString>& paths) const {
+    QSet<QString> openedNames;
+    for (const StartupItem& item : items) {
+        if (isLoginItem(item) && item.runsAtStartup && knownPath(item).isEmpty()) {
+            openedNames.insert(item.name);
+        }
+    }
+    QSet<QString> notOpened = paths - openedPaths();
+    notOpened.removeIf([&openedNames](const QString& path) { return openedNames.contains(nameInPath(path)); });
+    return notOpened;
 }
 
 QStringList StartupConfiguration::summaryLines() const {

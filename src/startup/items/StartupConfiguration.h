@@ -36,6 +36,9 @@ struct StartupConfiguration {
     QSet<QString> addedPaths() const;
     /// The comparable paths of everything that opens at login: of these applications and of the login items that run.
     QSet<QString> openedPaths() const;
+    /// Those of the applications' comparable paths that it doesn't open. A login item that runs and whose path isn't known
+    /// may be any application of its name.
+    QSet<QString> notOpenedOf(const QSet<QString>& paths) const;
     /// Short texts for a card.
     QStringList summaryLines() const;
 
