@@ -88,7 +88,8 @@ TEST(StartupConfiguration, anItemThatRunsKeepsItsApplicationByItsPathOrWithoutOn
     known.path = u"/Applications/Chat.app/"_s;
     StartupItem unknown = configuredItem(u"Drive"_s, Kind::loginApp, true);
     unknown.id = u"login:Drive"_s;
-    const StartupConfiguration configuration{{known, unknown}};
+    StartupConfiguration configuration;
+    configuration.items = {known, unknown};
     EXPECT_EQ(configuration.notOpenedOf({u"/Applications/Chat.app"_s, u"/Applications/Drive.app"_s,
                                          u"/Applications/Old/Chat.app"_s, u"/Applications/Sync.app"_s}),
               (Texts{u"/Applications/Old/Chat.app"_s, u"/Applications/Sync.app"_s}));
