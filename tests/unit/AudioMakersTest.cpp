@@ -62,7 +62,7 @@ TEST(AudioMakers, everyPrefixProtectsAtItsDotAndNowhereElse) {
     const QStringList inside{u"x"_s, u"_"_s, u"-"_s, u"9"_s};
     for (const AudioMaker& maker : audioMakers()) {
         SCOPED_TRACE(maker.prefix.toStdString());
-        const QString lead = before.at(random.bounded(before.size()));
+        const QString& lead = before.at(random.bounded(before.size()));
         QString spelled = maker.prefix;
         for (QChar& c : spelled) {
             c = random.bounded(2) == 0 ? c.toUpper() : c;

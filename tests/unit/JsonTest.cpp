@@ -146,9 +146,10 @@ TEST(Json, aNumberIsWholeAndFits) {
                  {"1.0", {}},
                  {"1e0", {}},
                  {"1e300", {}}};
-    for (const auto& [text, value] : cases) {
+    for (const auto& [text, expected] : cases) {
         SCOPED_TRACE(text.toStdString());
         const Json json = parseJson(text);
+        const auto& value = expected;
         EXPECT_EQ(problemIn([&] { EXPECT_EQ(decodedValue<int>(json), value); }).isEmpty(), value.has_value());
     }
 }
@@ -175,7 +176,8 @@ TEST(Json, blanksChangeNothingWhereverTheyStand) {
             if (random() % 3 == 0) {
                 text.remove(place, 1);
             } else {
-                text.insert(place, QByteArray(1 + static_cast<qsizetype>(random() % 3), blanks.at(random() % 4)));
+                text.insert(place, QByteArray(1 + static_cast<qsizetype>(random() % 3),
+                                              blanks.at(static_cast<qsizetype>(random() % 4))));
             }
         }
         SCOPED_TRACE(text.toStdString());
