@@ -1,5 +1,10 @@
 #include "fakes/Pictures.h"
 
+#include <QFont>
+#include <QFontMetrics>
+
+#include <gtest/gtest.h>
+
 namespace quorvane {
 
 QImage plainPicture(const QSize& size, const QColor& color) {
@@ -65,6 +70,20 @@ int lightest(const QImage& picture) {
     QImage inverse = picture;
     inverse.invertPixels();
     return 255 - darkest(inverse, inverse.rect());
+}
+
+QString lettersWithoutAFont() {
+    constexpr char16_t kFirstBehindGreekAndCyrillic = 0x0530;
+    constexpr char16_t kLast = 0xd7a3;
+    const QFontMetrics metrics{QFont()};
+    QString letters;
+    for (char16_t letter = kFirstBehindGreekAndCyrillic; letter <= kLast && letters.size() < 2; ++letter) {
+        if (QChar::isLetter(letter) && !metrics.inFontUcs4(letter)) {
+            letters.append(letter);
+        }
+    }
+    EXPECT_EQ(letters.size(), 2) << "every letter has a font here";
+    return letters.leftJustified(2, u'?');
 }
 
 } // namespace quorvane

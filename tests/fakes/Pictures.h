@@ -5,6 +5,7 @@
 #include <QImage>
 #include <QPainter>
 #include <QRect>
+#include <QString>
 
 #include <algorithm>
 
@@ -26,5 +27,8 @@ QColor textColorIn(const QImage& picture);
 /// The lightness of the darkest pixel within, from 0 to 255.
 int darkest(const QImage& picture, const QRect& rect);
 int lightest(const QImage& picture);
+
+/// Two letters that no font of this machine has, for a name that can't be read; a failed test where there are none.
+QString lettersWithoutAFont();
 
 } // namespace quorvane

@@ -1,5 +1,10 @@
 #include "fakes/RandomMac.h"
 
+#include "simulator/MacDescription.h"
+#include "simulator/tools/Registry.h"
+
+#include <QCoroTask>
+
 namespace quorvane {
 
 QString caseFolder() {
@@ -105,6 +110,37 @@ StartupItem randomItem(Draw& draw) {
         item.id = item.kind == StartupItemKind::addedApp ? addedItemId(item.path) : loginItemId(item.name, item.path);
     }
     return item;
+}
+
+macsim::Json macWithStartupItems(const macsim::Json& loginItems, Draw& draw) {
+    macsim::Json description =
+        macsim::macDescriptionFromFile(QStringLiteral(QUORVANE_SOURCE_DIR "/examples/macs/fresh-macbook.json"));
+    description["machine"]["caseSensitiveVolume"] = true;
+    description["loginItems"] = loginItems;
+    for (const QString& application : kApplications) {
+        description["files"].push_back(
+            {{"path", application.toStdString() + "/Contents/Info.plist"}, {"propertyList", {{"CFBundleName", "x"}}}});
+    }
+    addLaunchItems(description, draw);
+    addBackgroundTasks(description, draw);
+    return description;
+}
+
+namespace {
+
+/// Makes the Mac.
+const QString& madeIn(const QString& macFolder, const macsim::Json& description) {
+    macsim::createMac(macFolder, description, macsim::simulatorTools().keys(), QStringLiteral(MACSIM_PROGRAM));
+    return macFolder;
+}
+
+} // namespace
+
+ProgramOnMac::ProgramOnMac(const macsim::Json& description)
+    : host(madeIn(macFolder, description), QStringLiteral(MACSIM_PROGRAM)) {}
+
+void ProgramOnMac::learnBackgroundItems() {
+    QCoro::waitFor(system.ensureBackgroundTaskItems(u"List, please."_s, SystemManager::PrivilegedFetch::Allowed));
 }
 
 } // namespace quorvane

@@ -1,11 +1,15 @@
 #pragma once
 
+#include "core/NotificationCenter.h"
+#include "fakes/InProcessMac.h"
 #include "simulator/Json.h"
 #include "startup/items/StartupItem.h"
+#include "system/SystemManager.h"
 
 #include <QDir>
 #include <QFileInfo>
 #include <QStringList>
+#include <QTemporaryDir>
 
 #include <algorithm>
 #include <random>
@@ -77,5 +81,26 @@ void addLaunchItems(macsim::Json& description, Draw& draw);
 /// A record of each application; helpers and agents that belong to one, inside of it, or to nobody.
 void addBackgroundTasks(macsim::Json& description, Draw& draw);
 StartupItem randomItem(Draw& draw);
+
+/// A fresh Mac with all applications, these login items, and launch items and background items that are drawn.
+macsim::Json macWithStartupItems(const macsim::Json& loginItems, Draw& draw);
+
+/// The program on a Mac of its own, whose tools run in this process.
+class ProgramOnMac {
+public:
+    explicit ProgramOnMac(const macsim::Json& description);
+
+    /// Lets the program read the background items, which needs root.
+    void learnBackgroundItems();
+
+private:
+    QTemporaryDir m_folder{caseFolder()};
+
+public:
+    const QString macFolder = m_folder.path() + u"/Mac"_s;
+    InProcessHost host;
+    NotificationCenter notifications;
+    SystemManager system{host.host(), notifications};
+};
 
 } // namespace quorvane

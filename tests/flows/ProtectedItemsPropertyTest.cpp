@@ -38,16 +38,7 @@ Json randomLoginItems(Draw& draw) {
 }
 
 Json randomMac(Draw& draw) {
-    Json description =
-        macsim::macDescriptionFromFile(QStringLiteral(QUORVANE_SOURCE_DIR "/examples/macs/fresh-macbook.json"));
-    description["machine"]["caseSensitiveVolume"] = true;
-    description["loginItems"] = randomLoginItems(draw);
-    for (const QString& application : kApplications) {
-        description["files"].push_back(
-            {{"path", application.toStdString() + "/Contents/Info.plist"}, {"propertyList", {{"CFBundleName", "x"}}}});
-    }
-    addLaunchItems(description, draw);
-    addBackgroundTasks(description, draw);
+    Json description = macWithStartupItems(randomLoginItems(draw), draw);
     // A managed application that leaves, and whose name others may bear.
     if (draw.oneIn(3)) {
         description["preferences"]["user"]["com.quorvane.app"]["QuorvaneManagedStartupAppPaths"] = {
@@ -187,14 +178,10 @@ TEST(ProtectedItems, areWhereAndAsTheyWereAfterAnyProfile) {
     for (unsigned seed = 1; seed <= kCases; ++seed) {
         SCOPED_TRACE(seed);
         Draw draw(seed);
-        const QTemporaryDir folder(caseFolder());
-        const QString macFolder = folder.path() + u"/Mac"_s;
-        const QString program = QStringLiteral(MACSIM_PROGRAM);
-        macsim::createMac(macFolder, randomMac(draw), macsim::simulatorTools().keys(), program);
-        InProcessHost host(macFolder, program);
-        NotificationCenter notifications;
-        SystemManager system(host.host(), notifications);
-        const macsim::MacPicture before(macFolder);
+        ProgramOnMac program(randomMac(draw));
+        InProcessHost& host = program.host;
+        SystemManager& system = program.system;
+        const macsim::MacPicture before(program.macFolder);
         const Json loginItems = protectedLoginItems(host.mac());
         const Json records = protectedRecords(host.mac());
         // Where the list is known, a plist is protected by its record, too.
@@ -205,8 +192,7 @@ TEST(ProtectedItems, areWhereAndAsTheyWereAfterAnyProfile) {
         protectedItems += static_cast<int>(loginItems.size() + records.size());
 
         if (isListKnown) {
-            QCoro::waitFor(
-                system.ensureBackgroundTaskItems(u"List, please."_s, SystemManager::PrivilegedFetch::Allowed));
+            program.learnBackgroundItems();
         }
 
         // One profile: what one adds, the next may take out again.
@@ -215,7 +201,7 @@ TEST(ProtectedItems, areWhereAndAsTheyWereAfterAnyProfile) {
             QCoro::waitFor(system.applyProfile(profile));
         }
 
-        const macsim::MacPicture after(macFolder);
+        const macsim::MacPicture after(program.macFolder);
         EXPECT_EQ(changesOfProtectedFiles(before, after), QStringList());
         Json kept = protectedLoginItems(host.mac());
         EXPECT_GE(kept.size(), loginItems.size());

@@ -38,16 +38,7 @@ Json loginItemsOfSharedNames(Draw& draw) {
 }
 
 Json macOfSharedNames(Draw& draw) {
-    Json description =
-        macsim::macDescriptionFromFile(QStringLiteral(QUORVANE_SOURCE_DIR "/examples/macs/fresh-macbook.json"));
-    description["machine"]["caseSensitiveVolume"] = true;
-    description["loginItems"] = loginItemsOfSharedNames(draw);
-    for (const QString& application : kApplications) {
-        description["files"].push_back(
-            {{"path", application.toStdString() + "/Contents/Info.plist"}, {"propertyList", {{"CFBundleName", "x"}}}});
-    }
-    addLaunchItems(description, draw);
-    addBackgroundTasks(description, draw);
+    Json description = macWithStartupItems(loginItemsOfSharedNames(draw), draw);
     if (draw.oneIn(2)) {
         description["preferences"]["user"]["com.quorvane.app"]["QuorvaneManagedStartupAppPaths"] = {
             draw.from(kApplications).toStdString() + (draw.oneIn(2) ? "/" : "")};
@@ -345,17 +336,12 @@ TEST(StartupProperties, whatTheProfileSaysRunsIsWhereItWasAndWhatIsTakenStoodInT
     for (unsigned seed = 1; seed <= kCases; ++seed) {
         SCOPED_TRACE(seed);
         Draw draw(seed);
-        const QTemporaryDir folder(caseFolder());
-        const QString macFolder = folder.path() + u"/Mac"_s;
-        const QString program = QStringLiteral(MACSIM_PROGRAM);
-        macsim::createMac(macFolder, macOfSharedNames(draw), macsim::simulatorTools().keys(), program);
-        InProcessHost host(macFolder, program);
-        NotificationCenter notifications;
-        SystemManager system(host.host(), notifications);
+        ProgramOnMac program(macOfSharedNames(draw));
+        InProcessHost& host = program.host;
+        SystemManager& system = program.system;
         const bool isListKnown = draw.oneIn(2);
         if (isListKnown) {
-            QCoro::waitFor(
-                system.ensureBackgroundTaskItems(u"List, please."_s, SystemManager::PrivilegedFetch::Allowed));
+            program.learnBackgroundItems();
         }
         const UnifiedProfile profile =
             profileOf(QCoro::waitFor(system.discoverStartupItems(SystemManager::StartupRefresh::Force)), draw);
