@@ -29,6 +29,10 @@ Alert reinstateQuestion(bool hasBaseline);
 Alert defaultQuestion();
 Alert undoQuestion(bool hasBaseline);
 Alert deleteQuestion(const QString& profileName);
+/// Escape and Return keep running. @param busyMessage  what the program is busy with; may be empty
+Alert quitQuestion(const QString& busyMessage);
+/// Of a menu that knows no program yet.
+Alert notReadyQuestion();
 /// None when nothing would be deleted for good.
 std::optional<Alert> purgeQuestion(const MaintenanceSelection& selection);
 /// @param names  of the saved profiles that would change; @param title  of the backup
@@ -61,6 +65,7 @@ ClosingAlert maintenanceAlert(const MaintenanceOutcome& outcome);
 ClosingAlert networkAlert(const NetworkOutcome& outcome);
 /// @param text  what went wrong
 ClosingAlert errorAlert(const QString& text);
+ClosingAlert aboutAlert();
 
 // ---- Reviews
 

@@ -74,7 +74,7 @@ QCoro::Task<void> ProfileActions::reviewAndApply(Action& action, UnifiedProfile 
         co_return;
     }
     const UnlockGate::AutoLockSuppression noAutoLock = action.suppressAutoLock();
-    co_await apply(action, profile);
+    co_await apply(action, profile, review.busyText);
     const QCoro::Task<void> panel = action.showResult(resultPanel(ReviewSubject::Profile, action.outcome));
     if (action.outcome.succeeded) {
         co_await followAppliedProfile(action, profile);
@@ -86,8 +86,8 @@ QCoro::Task<ReviewPreview> ProfileActions::preview(UnifiedProfile profile) {
     co_return co_await m_parts.system.previewProfile(profile);
 }
 
-QCoro::Task<void> ProfileActions::apply(Action& action, UnifiedProfile profile) {
-    const Turnstile::Hold busy = action.carryingOut(u"Applying profile…"_s, {.match = true});
+QCoro::Task<void> ProfileActions::apply(Action& action, UnifiedProfile profile, QString busyText) {
+    const Turnstile::Hold busy = action.carryingOut(busyText, {.match = true});
     action.outcome.succeeded = co_await m_parts.system.applyProfile(profile);
     action.outcome.verification = m_parts.system.lastApplyVerification();
 }

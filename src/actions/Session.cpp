@@ -21,6 +21,7 @@ Session::Session(const Host& host, SessionParts parts)
     , label(m_parts.makeLabel(system))
     , turnstile(system)
     , activeProfile(system, savedProfiles, m_host.defaults)
+    , snapshotStatus(m_host.files, m_host.machine, notifications)
     , scans(system, savedProfiles, turnstile, tasks)
     , stage(system, turnstile, gate)
     , profileActions(stage, {system, m_host.defaults, notifications, profileStore, savedProfiles, cloudBackups,

@@ -8,6 +8,7 @@
 #include "actions/ProfileActions.h"
 #include "actions/SavedProfiles.h"
 #include "actions/SettingsActions.h"
+#include "actions/SnapshotStatus.h"
 #include "actions/SystemActions.h"
 #include "actions/SystemScans.h"
 #include "actions/Tasks.h"
@@ -61,6 +62,7 @@ public:
 
     Turnstile turnstile;
     ActiveProfile activeProfile;
+    SnapshotStatus snapshotStatus;
     SystemScans scans;
 
     ActionStage stage;

@@ -100,8 +100,7 @@ QCoro::Task<ActionOutcome> SystemActions::applyStartup(const StartupConfiguratio
         const UnlockGate::AutoLockSuppression noAutoLock = action.suppressAutoLock();
         StartupApplyResult result;
         {
-            const Turnstile::Hold busy =
-                action.carryingOut(u"Applying startup changes…"_s, {.match = true, .startupItems = true});
+            const Turnstile::Hold busy = action.carryingOut(review.busyText, {.match = true, .startupItems = true});
             result = co_await m_system.applyStartupChanges(configuration);
         }
         action.outcome.succeeded = result.applySucceeded;

@@ -30,7 +30,7 @@ QCoro::Task<ActionOutcome> TweakActions::execute(const PerformanceSettings& sett
         }
         const UnlockGate::AutoLockSuppression noAutoLock = action.suppressAutoLock();
         {
-            const Turnstile::Hold busy = action.carryingOut(u"Applying performance tweaks…"_s, {.match = true});
+            const Turnstile::Hold busy = action.carryingOut(review.busyText, {.match = true});
             action.outcome.succeeded = co_await m_system.applyPerformanceTweaks(settings, cleanReboot);
         }
         action.outcome.verification = m_system.lastApplyVerification();

@@ -53,6 +53,13 @@ TEST_F(ActionStageTest, takesItsStepsInOrder) {
     EXPECT_TRUE(session->turnstile.isIdle());
 }
 
+TEST_F(ActionStageTest, whatIsToldKeepsItsStyle) {
+    QCoro::waitFor(listener->tell({u"Danced"_s, u"Well."_s}));
+    EXPECT_EQ(alerts.lastStyle(), AlertStyle::Informational);
+    QCoro::waitFor(listener->tell({u"Fell"_s, u"Off the stage."_s, AlertStyle::Warning}));
+    EXPECT_EQ(alerts.lastStyle(), AlertStyle::Warning);
+}
+
 TEST_F(ActionStageTest, theLockEndsItWithAWord) {
     enableLock();
     lock->lockIfEnabled();
