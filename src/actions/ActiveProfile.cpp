@@ -32,6 +32,10 @@ ActiveConfiguration lastApplied(const QString& name, const QList<UnifiedProfile>
 
 } // namespace
 
+bool isOfSavedProfile(const ActiveConfiguration& active) {
+    return active.isSavedProfile && !active.isKept;
+}
+
 ActiveConfiguration activeConfiguration(const ConfigurationReadings& readings) {
     if (!readings.wasScanned) {
         return lastApplied(readings.lastAppliedName.value_or(QString()), readings.profiles);

@@ -33,6 +33,9 @@ struct ActiveConfiguration {
     bool operator==(const ActiveConfiguration&) const = default;
 };
 
+/// A profile of the user's is in force, as far as anybody knows; one that was merely kept isn't.
+bool isOfSavedProfile(const ActiveConfiguration& active);
+
 /// What a scan or an apply has found; before the first, what was applied last, as long as it is saved.
 ActiveConfiguration activeConfiguration(const ConfigurationReadings& readings);
 

@@ -62,9 +62,7 @@ public:
     // Each task ends when the displays show what was asked for, or what a later call has asked for instead.
 
     QCoro::Task<void> setOverlayEnabled(bool enabled, QString name) override;
-    /// At start-up, with what updateForAppliedProfile takes. While Default stands there, a display that still shows a label
-    /// gets its picture back, and nothing else happens.
-    QCoro::Task<void> updateAtStart(QString name);
+    QCoro::Task<void> updateAtStart(QString name) override;
     QCoro::Task<void> updateForAppliedProfile(QString name) override;
     QCoro::Task<void> refreshForProfile(QString name) override;
     /// Shows a name on all displays while the option is on; "Default" takes the label away.
