@@ -5,6 +5,7 @@
 #include "matching/SystemConfigurationMatch.h"
 #include "platform/AlertPresenter.h"
 #include "snapshots/RestoreBaseline.h"
+#include "snapshots/SnapshotCapture.h"
 
 #include <QString>
 #include <QStringList>
@@ -66,6 +67,12 @@ ClosingAlert networkAlert(const NetworkOutcome& outcome);
 /// @param text  what went wrong
 ClosingAlert errorAlert(const QString& text);
 ClosingAlert aboutAlert();
+
+// ---- The offer of a master baseline
+
+inline const QString kCapturingBaseline = QStringLiteral("Capturing your current system settings…");
+inline const QString kBaselineNotSaved =
+    QStringLiteral("The baseline could not be saved. Check the Logs tab for details.");
 
 // ---- Reviews
 

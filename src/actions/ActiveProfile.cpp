@@ -85,6 +85,10 @@ void addMatch(ActiveConfiguration& active, const SystemConfigurationMatch& match
 
 } // namespace
 
+bool isOfSavedProfile(const ActiveConfiguration& active) {
+    return active.isSavedProfile && !active.isKept;
+}
+
 ActiveConfiguration activeConfiguration(const ConfigurationReadings& readings) {
     ActiveConfiguration active;
     active.wasVerified = readings.wasScanned;

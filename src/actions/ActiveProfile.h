@@ -47,6 +47,9 @@ struct ActiveConfiguration {
     bool operator==(const ActiveConfiguration&) const = default;
 };
 
+/// A profile of the user's is in force, as far as anybody knows; one that was merely kept isn't.
+bool isOfSavedProfile(const ActiveConfiguration& active);
+
 ActiveConfiguration activeConfiguration(const ConfigurationReadings& readings);
 
 /// A scan or an apply has found this profile on the Mac: its row is green.

@@ -64,7 +64,7 @@ public:
     QCoro::Task<void> setOverlayEnabled(bool enabled, QString name) override;
     /// At start-up, with what updateForAppliedProfile takes, but no name is written down: nothing was applied. While Default stands there, a display that still shows a label
     /// gets its picture back, and nothing else happens.
-    QCoro::Task<void> updateAtStart(QString name);
+    QCoro::Task<void> updateAtStart(QString name) override;
     QCoro::Task<void> updateForAppliedProfile(QString name) override;
     QCoro::Task<void> refreshForProfile(QString name) override;
     /// Shows a name on all displays while the option is on; "Default" takes the label away.
