@@ -124,6 +124,10 @@ QCoro::Task<std::optional<FoundBaseline>> SystemActions::foundForTheQuestion(Act
     co_return found;
 }
 
+QCoro::Task<ActionOutcome> SystemActions::showAbout(ActionListener& listener) {
+    return m_stage.run(listener, [](Action& action) { return action.tell(aboutAlert()); });
+}
+
 QCoro::Task<ActionOutcome> SystemActions::applyStartup(const StartupConfiguration& configuration,
                                                        ActionListener& listener) {
     return m_stage.run(listener, [=, this](Action& action) -> QCoro::Task<void> {

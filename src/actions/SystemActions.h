@@ -30,6 +30,8 @@ public:
     QCoro::Task<ActionOutcome> offerMasterBaseline(ActionListener& listener);
     /// "Reinstate System".
     QCoro::Task<ActionOutcome> reinstate(ActionListener& listener);
+    /// "About Quorvane".
+    QCoro::Task<ActionOutcome> showAbout(ActionListener& listener);
     /// Carries out the startup half of a profile, after a review.
     QCoro::Task<ActionOutcome> applyStartup(const StartupConfiguration& configuration, ActionListener& listener);
 
