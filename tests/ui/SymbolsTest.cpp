@@ -2,6 +2,7 @@
 
 #include "ui/symbols/Symbols.h"
 
+#include "tweaks/PopularIcons.h"
 #include "tweaks/TweakCatalogue.h"
 
 #include <QImage>
@@ -224,6 +225,12 @@ TEST(Symbols, areThoseInUse) {
 TEST(Symbols, thereIsOneForEachTweak) {
     for (const Tweak& tweak : tweakCatalogue()) {
         EXPECT_TRUE(hasSymbol(tweak.icon)) << tweak.icon.toStdString();
+    }
+}
+
+TEST(Symbols, thereIsOneForEachIconToChooseFrom) {
+    for (const QString& icon : popularIcons()) {
+        EXPECT_TRUE(hasSymbol(icon)) << icon.toStdString();
     }
 }
 
