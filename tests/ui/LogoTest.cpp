@@ -99,7 +99,11 @@ TEST(StatusIcon, showsTwoLettersInItsColour) {
             const QImage picture = icon.pixmap(side, side).toImage();
             EXPECT_EQ(picture.size(), QSize(side, side));
             EXPECT_GT(countOf(picture, color, leftHalf(picture)), side / 4) << side;
-            EXPECT_GT(countOf(picture, color, rightHalf(picture)), side / 8) << side;
+            const QRect right = rightHalf(picture);
+            const int above = countOf(picture, color, right.adjusted(0, 0, 0, -side / 2));
+            const int below = countOf(picture, color, right.adjusted(side * 3 / 8, side / 2, 0, 0));
+            EXPECT_GT(above, side / 8) << side;
+            EXPECT_LE(below, above / 8) << side << ": a V has its point below, and nothing beside it";
         }
     }
 }
