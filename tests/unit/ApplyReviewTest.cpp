@@ -1,6 +1,7 @@
 // The review sheet from its presentation to its end, as the state that a view draws.
 
 #include "actions/ActionTexts.h"
+#include "fakes/EventOrders.h"
 #include "fakes/WindowActions.h"
 
 #include <QRegularExpression>
@@ -9,7 +10,7 @@ namespace quorvane {
 
 namespace {
 
-using State = ApplyReview::State;
+using ReviewState = ApplyReview::State;
 
 const QString kRestart = u"! Restart Required | \"Live\" has been applied.\n\nPlease reboot your Mac for all settings "
                          "to take full effect. | OK"_s;
@@ -19,10 +20,10 @@ protected:
     void present(const UnifiedProfile& profile) {
         reviews.presentProfile(profile, window, [this](const ProfileApplyResult& result) { results.append(result); });
     }
-    void presentUntil(State state) {
+    void presentUntil(ReviewState state) {
         present(live);
-        waitFor(State::Reviewing);
-        if (state != State::Reviewing) {
+        waitFor(ReviewState::Reviewing);
+        if (state != ReviewState::Reviewing) {
             review()->apply();
             waitFor(state);
         }
@@ -60,16 +61,16 @@ TEST_F(ApplyReviewTest, theWindowComesForwardAndTheSheetOneTurnLater) {
     present(live);
     EXPECT_EQ(takeSteps(), (QStringList{u"activate"_s, u"window opened"_s, u"windows to the front"_s}));
     EXPECT_FALSE(reviews.request().has_value());
-    waitFor(State::Reviewing);
+    waitFor(ReviewState::Reviewing);
     EXPECT_EQ(takeSteps().first(), u"request"_s);
 }
 
 TEST_F(ApplyReviewTest, eachPresentationIsAnotherRequest) {
-    presentUntil(State::Reviewing);
+    presentUntil(ReviewState::Reviewing);
     const QUuid first = reviews.request()->id;
     reviews.dismiss();
     waitForTasks();
-    presentUntil(State::Reviewing);
+    presentUntil(ReviewState::Reviewing);
     EXPECT_NE(reviews.request()->id, first);
     EXPECT_FALSE(first.isNull());
 }
@@ -77,28 +78,28 @@ TEST_F(ApplyReviewTest, eachPresentationIsAnotherRequest) {
 TEST_F(ApplyReviewTest, itGoesFromLoadingToItsResult) {
     commands.hold();
     present(live);
-    waitFor(State::Loading);
+    waitFor(ReviewState::Loading);
     EXPECT_EQ(review()->preview(), std::nullopt);
     EXPECT_FALSE(review()->canApply());
     review()->apply();
-    EXPECT_TRUE(isIn(State::Loading)) << "there is nothing to agree to yet";
+    EXPECT_TRUE(isIn(ReviewState::Loading)) << "there is nothing to agree to yet";
     commands.release();
     commands.holdNoFurther();
-    waitFor(State::Reviewing);
+    waitFor(ReviewState::Reviewing);
     EXPECT_EQ(std::get<ProfileApplyPreview>(*review()->preview()).startup.willDisable.size(), 1);
     EXPECT_TRUE(review()->canApply());
 
     commands.hold();
     review()->apply();
-    EXPECT_TRUE(isIn(State::Applying));
+    EXPECT_TRUE(isIn(ReviewState::Applying));
     EXPECT_FALSE(review()->canApply());
     processEventsUntil([this] { return session->system.isBusy(); });
     review()->close();
     reviews.dismiss();
-    EXPECT_TRUE(isIn(State::Applying)) << "nothing closes it";
+    EXPECT_TRUE(isIn(ReviewState::Applying)) << "nothing closes it";
     commands.release();
     commands.holdNoFurther();
-    waitFor(State::Finished);
+    waitFor(ReviewState::Finished);
     EXPECT_EQ(review()->result()->verification, session->system.lastApplyVerification());
     EXPECT_TRUE(results.isEmpty());
     review()->close();
@@ -114,11 +115,11 @@ TEST_F(ApplyReviewTest, aPreviewWithNothingToDoCanNotBeApplied) {
         ++count;
         EXPECT_EQ(result, TweaksApplyResult{});
     });
-    waitFor(State::Reviewing);
+    waitFor(ReviewState::Reviewing);
     EXPECT_TRUE(review()->preview().has_value());
     EXPECT_FALSE(review()->canApply());
     review()->apply();
-    EXPECT_TRUE(isIn(State::Reviewing));
+    EXPECT_TRUE(isIn(ReviewState::Reviewing));
     review()->close();
     waitForTasks();
     EXPECT_EQ(count, 1);
@@ -130,9 +131,9 @@ TEST_F(ApplyReviewTest, startupChangesGiveTheirOwnResult) {
     StartupConfiguration configuration;
     configuration.disableNetworkAtStartup = true;
     reviews.presentStartup(configuration, window, [&given](const StartupApplyResult& result) { given.append(result); });
-    waitFor(State::Reviewing);
+    waitFor(ReviewState::Reviewing);
     review()->apply();
-    waitFor(State::Finished);
+    waitFor(ReviewState::Finished);
     review()->close();
     waitForTasks();
     ASSERT_EQ(given.size(), 1);
@@ -140,7 +141,7 @@ TEST_F(ApplyReviewTest, startupChangesGiveTheirOwnResult) {
 }
 
 TEST_F(ApplyReviewTest, whileOneIsOpenThereIsNoOther) {
-    presentUntil(State::Reviewing);
+    presentUntil(ReviewState::Reviewing);
     const QUuid id = reviews.request()->id;
     takeSteps();
     reviews.presentProfile(numberedProfile(2, u"Club"_s), window,
@@ -156,7 +157,7 @@ TEST_F(ApplyReviewTest, whileOneIsOpenThereIsNoOther) {
 
 TEST_F(ApplyReviewTest, withoutACallbackItRunsAllTheSame) {
     reviews.presentProfile(live, window, {});
-    waitFor(State::Reviewing);
+    waitFor(ReviewState::Reviewing);
     review()->close();
     waitForTasks();
     expectNothingLeft();
@@ -167,7 +168,7 @@ TEST_F(ApplyReviewTest, withoutACallbackItRunsAllTheSame) {
 TEST_F(ApplyReviewTest, oneThatIsClosedWhileItLoadsIsGoneAtOnce) {
     commands.hold();
     present(live);
-    waitFor(State::Loading);
+    waitFor(ReviewState::Loading);
     review()->close();
     EXPECT_FALSE(reviews.request().has_value());
     processEventsUntil([this] { return session->turnstile.isIdle(); });
@@ -194,9 +195,9 @@ TEST_F(ApplyReviewTest, aPreviewThatCanNotBeReadEndsIt) {
 
 TEST_F(ApplyReviewTest, anExceptionEndsItAsAFailedApply) {
     QCoro::Task<ActionOutcome> action = run([] { throw std::runtime_error("a leg is broken"); });
-    waitFor(State::Reviewing);
+    waitFor(ReviewState::Reviewing);
     review()->apply();
-    waitFor(State::Finished);
+    waitFor(ReviewState::Finished);
     EXPECT_EQ(review()->result()->title, u"Some changes could not be verified"_s);
     EXPECT_EQ(session->system.logMessages(), QStringList(u"  [ERROR] a leg is broken"_s));
     EXPECT_FALSE(session->system.isBusy());
@@ -209,9 +210,9 @@ TEST_F(ApplyReviewTest, anExceptionEndsItAsAFailedApply) {
 
 TEST_F(ApplyReviewTest, anApplyWithoutAWordOfItsOwnIsToldAsAFailedOne) {
     QCoro::Task<ActionOutcome> action = run([] {});
-    waitFor(State::Reviewing);
+    waitFor(ReviewState::Reviewing);
     review()->apply();
-    waitFor(State::Finished);
+    waitFor(ReviewState::Finished);
     EXPECT_EQ(review()->result()->symbol, u"exclamationmark.triangle.fill"_s);
     review()->close();
     QCoro::waitFor(action);
@@ -219,7 +220,7 @@ TEST_F(ApplyReviewTest, anApplyWithoutAWordOfItsOwnIsToldAsAFailedOne) {
 
 TEST_F(ApplyReviewTest, aLockThatComesBeforeTheFirstChangeTakesItAway) {
     enableLock();
-    presentUntil(State::Reviewing);
+    presentUntil(ReviewState::Reviewing);
     review()->apply();
     lock->lockIfEnabled(); // before anybody hears of it
     waitForTasks();
@@ -229,7 +230,7 @@ TEST_F(ApplyReviewTest, aLockThatComesBeforeTheFirstChangeTakesItAway) {
 }
 
 TEST_F(ApplyReviewTest, soDoesSomethingElseThatRuns) {
-    presentUntil(State::Reviewing);
+    presentUntil(ReviewState::Reviewing);
     review()->apply();
     session->system.beginBusy(u"Something else…"_s);
     waitForTasks();
@@ -241,12 +242,12 @@ TEST_F(ApplyReviewTest, soDoesSomethingElseThatRuns) {
 
 TEST_F(ApplyReviewTest, theLockLeavesAnOpenReviewWhereItIs) {
     enableLock();
-    presentUntil(State::Reviewing);
+    presentUntil(ReviewState::Reviewing);
     lock->lockIfEnabled();
-    EXPECT_TRUE(isIn(State::Reviewing));
+    EXPECT_TRUE(isIn(ReviewState::Reviewing));
     ASSERT_TRUE(lock->unlockWithPassword(kPassword));
     review()->apply();
-    waitFor(State::Finished);
+    waitFor(ReviewState::Finished);
     EXPECT_EQ(lastApplied(), u"Live"_s);
 }
 
@@ -268,14 +269,14 @@ TEST_F(ApplyReviewTest, theLockIsKeptOffOnlyWhileItApplies) {
         lock->applicationWillResignActive();
         EXPECT_TRUE(lock->isUnlocked()) << "its own prompt takes the active state away";
     };
-    presentUntil(State::Finished);
+    presentUntil(ReviewState::Finished);
     EXPECT_FALSE(session->system.isBusy());
     processEventsUntil([this] { return alerts.openCount() == 1; });
     EXPECT_EQ(takeSteps().last(), kRestart);
     lock->applicationWillResignActive();
     EXPECT_FALSE(lock->isUnlocked());
     EXPECT_EQ(alerts.openCount(), 0) << "it is answered with its only button";
-    EXPECT_TRUE(isIn(State::Finished)) << "the result waits behind the lock";
+    EXPECT_TRUE(isIn(ReviewState::Finished)) << "the result waits behind the lock";
     review()->close();
     waitForTasks();
     EXPECT_TRUE(results.first().applySucceeded);
@@ -285,9 +286,9 @@ TEST_F(ApplyReviewTest, theLockIsKeptOffOnlyWhileItApplies) {
 TEST_F(ApplyReviewTest, itLocksAsWellWhileTheResultIsUp) {
     enableLock();
     reviews.presentTweaks(tweaksWithSiri(), {}, window, {});
-    waitFor(State::Reviewing);
+    waitFor(ReviewState::Reviewing);
     review()->apply();
-    waitFor(State::Finished);
+    waitFor(ReviewState::Finished);
     lock->applicationWillResignActive();
     EXPECT_FALSE(lock->isUnlocked());
 }
@@ -297,14 +298,14 @@ TEST_F(ApplyReviewTest, whatFollowsComesInItsOrder) {
     QObject::connect(&reviews, &ApplyReviewCoordinator::requestChanged, [this] {
         if (review()) {
             QObject::connect(review().get(), &ApplyReview::changed, [this] {
-                if (isIn(State::Finished)) {
+                if (isIn(ReviewState::Finished)) {
                     steps.append(u"result"_s);
                 }
             });
         }
     });
     reviews.presentProfile(live, window, [this](const ProfileApplyResult&) { steps.append(u"callback"_s); });
-    waitFor(State::Reviewing);
+    waitFor(ReviewState::Reviewing);
     review()->apply();
     processEventsUntil([this] { return alerts.openCount() == 1; });
     const QStringList before = takeSteps();
@@ -325,9 +326,9 @@ TEST_F(ApplyReviewTest, tweaksWhosePromptWasRefusedAreReadBack) {
     settings.usbPower = true;
     TweaksApplyResult given;
     reviews.presentTweaks(settings, {}, window, [&given](const TweaksApplyResult& result) { given = result; });
-    waitFor(State::Reviewing);
+    waitFor(ReviewState::Reviewing);
     review()->apply();
-    waitFor(State::Finished);
+    waitFor(ReviewState::Finished);
     EXPECT_EQ(review()->result()->title, u"Some changes could not be verified"_s);
     const ApplyVerificationResult shown = review()->result()->verification;
     EXPECT_EQ(shown.verified.size() + shown.failed.size(), 2) << "each that was to be applied";
@@ -396,12 +397,12 @@ private:
     void TestBody() override {}
     void advanceTo(Stage stage) {
         if (stage >= Stage::Loading) {
-            waitFor(State::Loading);
+            waitFor(ReviewState::Loading);
         }
         if (stage >= Stage::Reviewing) {
             commands.release();
             commands.holdNoFurther();
-            waitFor(State::Reviewing);
+            waitFor(ReviewState::Reviewing);
         }
         if (stage >= Stage::Agreed) {
             commands.hold();
@@ -417,7 +418,7 @@ private:
         }
         if (stage >= Stage::Finished) {
             alerts.answer(0);
-            processEventsUntil([this] { return isIn(State::Finished) && alerts.openCount() == 0; });
+            processEventsUntil([this] { return isIn(ReviewState::Finished) && alerts.openCount() == 0; });
         }
     }
 
@@ -425,41 +426,17 @@ private:
     int callbacks = 0;
 };
 
-template <typename Event>
-void appendOrders(const QList<Event>& begun, const QList<Event>& left, QList<QList<Event>>& orders) {
-    orders.append(begun);
-    for (const Event& next : left) {
-        QList<Event> others = left;
-        others.removeOne(next);
-        appendOrders(begun + QList<Event>(1, next), others, orders);
-    }
-}
-
-/// Each choice of events in each order.
-template <typename Event>
-QList<QList<Event>> ordersOf(const QList<Event>& events) {
-    QList<QList<Event>> orders;
-    appendOrders({}, events, orders);
-    return orders;
-}
-
 } // namespace
 
 TEST(DisturbedReviewTest, leavesNothingBehindWhateverHappensInWhateverOrder) {
     using Stage = DisturbedReview::Stage;
     using Event = DisturbedReview::Event;
     const QList<Event> events{Event::Lock, Event::WindowCloses, Event::ShutDown, Event::Exception};
-    const QList<QList<Event>> orders = ordersOf(events);
-    ASSERT_EQ(orders.size(), 65);
     for (const Stage stage : {Stage::Presented, Stage::Loading, Stage::Reviewing, Stage::Agreed, Stage::Applying,
                               Stage::Telling, Stage::Finished}) {
-        for (const QList<Event>& order : orders) {
+        for (const QList<Event>& order : ordersOf(events)) {
             for (const bool takesTurns : {false, true}) {
-                QStringList text;
-                for (const Event event : order) {
-                    text.append(QString::number(static_cast<int>(event)));
-                }
-                SCOPED_TRACE((QString::number(static_cast<int>(stage)) + u": "_s + text.join(u", "_s)).toStdString());
+                SCOPED_TRACE(traceOf(stage, order));
                 DisturbedReview disturbed(stage);
                 for (const Event event : order) {
                     disturbed.happens(event);
