@@ -1,4 +1,8 @@
-#ifdef QUORVANE_TEST_PAINTS
+#ifdef QUORVANE_TEST_HAS_WINDOWS
+#include "ui/QuorvaneStyle.h"
+
+#include <QApplication>
+#elif defined(QUORVANE_TEST_PAINTS)
 #include <QGuiApplication>
 #else
 #include <QCoreApplication>
@@ -26,7 +30,19 @@ void chooseDisplay() {
         qputenv("QT_QPA_PLATFORM", "offscreen");
     }
 }
+#ifdef QUORVANE_TEST_HAS_WINDOWS
+/// As the program makes it.
+class Application : public QApplication {
+public:
+    Application(int& argumentCount, char** arguments)
+        : QApplication(argumentCount, arguments) {
+        setStyle(new quorvane::QuorvaneStyle({}));
+        setQuitOnLastWindowClosed(false);
+    }
+};
+#else
 using Application = QGuiApplication;
+#endif
 #else
 void chooseDisplay() {}
 using Application = QCoreApplication;

@@ -1,0 +1,305 @@
+#include "fakes/WindowOnMac.h"
+
+#include "app/simulated/AuthorizationDialog.h"
+#include "lock/LockManager.h"
+#include "platform/FileManager.h"
+#include "profiles/ProfileManager.h"
+#include "ui/alerts/AlertDialog.h"
+#include "ui/window/MainWindow.h"
+
+#include <QLabel>
+#include <QTest>
+
+#include <algorithm>
+
+namespace quorvane {
+
+namespace {
+
+/// All windows' widgets that can be seen.
+QList<QWidget*> seenWidgets() {
+    QList<QWidget*> seen;
+    for (QWidget* const window : QApplication::topLevelWidgets()) {
+        if (!window->isVisible()) {
+            continue;
+        }
+        seen.append(window);
+        for (QWidget* const widget : window->findChildren<QWidget*>()) {
+            if (widget->isVisible() && !widget->visibleRegion().isEmpty()) {
+                seen.append(widget);
+            }
+        }
+    }
+    return seen;
+}
+
+QString nameOf(const QWidget* widget) {
+    if (!widget->accessibleName().isEmpty()) {
+        return widget->accessibleName();
+    }
+    if (const auto* const button = qobject_cast<const QAbstractButton*>(widget)) {
+        return button->text();
+    }
+    const auto* const label = qobject_cast<const QLabel*>(widget);
+    return label != nullptr ? label->text() : QString();
+}
+
+template <typename Window>
+Window* openDialog() {
+    for (QWidget* const window : QApplication::topLevelWidgets()) {
+        if (auto* const dialog = qobject_cast<Window*>(window); dialog != nullptr && dialog->isVisible()) {
+            return dialog;
+        }
+    }
+    return nullptr;
+}
+
+QAbstractButton* buttonOf(const QWidget* dialog, const QString& text) {
+    for (auto* const button : dialog->findChildren<QAbstractButton*>()) {
+        if (button->text() == text) {
+            return button;
+        }
+    }
+    return nullptr;
+}
+
+} // namespace
+
+WindowOnMac::WindowOnMac(const QString& description) {
+    const QString file = QStringLiteral(QUORVANE_SOURCE_DIR "/examples/macs/") + description + u".json"_s;
+    macsim::createMac(macFolder(), macsim::macDescriptionFromFile(file), macsim::simulatorTools().keys(),
+                      QStringLiteral(MACSIM_PROGRAM));
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder.path() + u"/settings"_s);
+    authorization = std::make_unique<AuthorizationDialogs>();
+    finger = std::make_unique<FingerDialogs>();
+    host = std::make_unique<SimulatedHost>(macFolder(), *authorization,
+                                           SimulatedHostOptions{QStringLiteral(MACSIM_PROGRAM), {}, {}, finger.get()});
+    authorization->setMachine(host->mac().machine());
+}
+
+WindowOnMac::~WindowOnMac() = default;
+
+void WindowOnMac::TearDown() {
+    if (delegate != nullptr) {
+        quit();
+    }
+}
+
+// ---- The Mac
+
+void WindowOnMac::saveProfile(const QString& example) {
+    saveProfile(exampleProfile(example));
+}
+
+void WindowOnMac::saveProfile(const UnifiedProfile& profile) {
+    const Host ports = host->host();
+    ProfileManager(ports.files, profilesDirectory(ports.machine)).saveProfile(profile);
+}
+
+void WindowOnMac::keepBaseline() {
+    const Host ports = host->host();
+    const QString place = ports.machine.homeFolder() + u"/.quorvane"_s;
+    ports.files.createFolders(place);
+    ports.files.writeAtomically(place + u"/master-baseline-current.json"_s, "{}");
+}
+
+void WindowOnMac::enableLock() {
+    const Host ports = host->host();
+    QStringList steps;
+    ScriptedAlertPresenter alerts(steps);
+    CountingWorkspace workspace(steps);
+    LockManager lock(ports.keychain, ports.biometrics, alerts, workspace, ports.defaults);
+    ASSERT_EQ(lock.enableLock(kLockPassword, kLockPassword), std::nullopt);
+}
+
+QString WindowOnMac::shell(const QString& line) {
+    QFuture<CommandOutcome> outcome = host->host().commands.run({u"/bin/sh"_s, u"-c"_s, line}, OutputCapture::Capture);
+    processEventsUntil([&outcome] { return outcome.isFinished(); });
+    return QString::fromUtf8(outcome.result().standardOutput);
+}
+
+// ---- The program
+
+void WindowOnMac::launch() {
+    const auto shutDownHost = [this] {
+        host->shutDown();
+        authorization->shutDown();
+        finger->shutDown();
+    };
+    delegate = std::make_unique<AppDelegate>(AppParts{host->host(), host->systemLook(), statusItem, shutDownHost});
+    QObject::connect(delegate.get(), &AppDelegate::terminated, [this] { hasTerminated = true; });
+    delegate->applicationDidFinishLaunching();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(mainWindow()));
+    processEventsUntil([this] { return session().savedProfiles.wasRead(); });
+}
+
+void WindowOnMac::launchAndScan() {
+    launch();
+    processEventsUntil([this] { return session().system.hasVerifiedSystem(); });
+}
+
+void WindowOnMac::quit() {
+    delegate->quit();
+    processEventsUntil([this] { return hasTerminated; });
+    delegate.reset();
+}
+
+void WindowOnMac::resignActive() {
+    Q_EMIT qGuiApp->applicationStateChanged(Qt::ApplicationInactive);
+}
+
+void WindowOnMac::becomeActive() {
+    Q_EMIT qGuiApp->applicationStateChanged(Qt::ApplicationActive);
+}
+
+// ---- The screen
+
+QWidget* WindowOnMac::mainWindow() {
+    return openDialog<MainWindow>();
+}
+
+bool WindowOnMac::isSeen(const QString& name) {
+    const QList<QWidget*> seen = seenWidgets();
+    return std::any_of(seen.begin(), seen.end(), [&name](const QWidget* widget) { return nameOf(widget) == name; });
+}
+
+QStringList WindowOnMac::seenTexts(const QWidget* in) {
+    QStringList texts;
+    for (const QWidget* const widget : seenWidgets()) {
+        const QString name = nameOf(widget);
+        if (in->isAncestorOf(widget) && !name.isEmpty() && !texts.contains(name)) {
+            texts.append(name);
+        }
+    }
+    return texts;
+}
+
+QWidget* WindowOnMac::control(const QString& name) {
+    for (QWidget* const widget : seenWidgets()) {
+        if (nameOf(widget) == name && widget->isEnabled() && widget->focusPolicy() != Qt::NoFocus) {
+            return widget;
+        }
+    }
+    ADD_FAILURE() << "nothing to use is called " << name.toStdString();
+    return nullptr;
+}
+
+bool WindowOnMac::isUsable(const QString& name) {
+    const QList<QWidget*> seen = seenWidgets();
+    return std::any_of(seen.begin(), seen.end(), [&name](const QWidget* widget) {
+        return nameOf(widget) == name && widget->isEnabled() && widget->focusPolicy() != Qt::NoFocus;
+    });
+}
+
+QAbstractItemView* WindowOnMac::profileList() {
+    return qobject_cast<QAbstractItemView*>(control(kSavedProfilesTitle));
+}
+
+QString WindowOnMac::alertTitle() {
+    const auto* const alert = openDialog<AlertDialog>();
+    return alert != nullptr ? alert->accessibleName() : QString();
+}
+
+QString WindowOnMac::alertText() {
+    const auto* const alert = openDialog<AlertDialog>();
+    return alert != nullptr ? alert->accessibleDescription() : QString();
+}
+
+QStringList WindowOnMac::alertButtons() {
+    QStringList texts;
+    if (const auto* const alert = openDialog<AlertDialog>()) {
+        for (const auto* const button : alert->findChildren<QAbstractButton*>()) {
+            texts.append(button->text());
+        }
+    }
+    return texts;
+}
+
+// ---- The user
+
+void WindowOnMac::click(const QString& name) {
+    if (QWidget* const widget = control(name)) {
+        QTest::mouseClick(widget, Qt::LeftButton);
+    }
+}
+
+void WindowOnMac::clickProfile(const QString& name) {
+    QAbstractItemView* const list = profileList();
+    for (int row = 0; list != nullptr && row < list->model()->rowCount(); ++row) {
+        const QModelIndex index = list->model()->index(row, 0);
+        if (index.data() == name) {
+            const QRect rect = list->visualRect(index);
+            QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, QPoint(rect.left() + 80, rect.center().y()));
+            return;
+        }
+    }
+    ADD_FAILURE() << "no row is called " << name.toStdString();
+}
+
+void WindowOnMac::press(int key, Qt::KeyboardModifiers modifiers) {
+    QWidget* const window = QApplication::activeWindow();
+    ASSERT_NE(window, nullptr);
+    QTest::keyClick(window->windowHandle(), static_cast<Qt::Key>(key), modifiers);
+}
+
+void WindowOnMac::type(const QString& text) {
+    QWidget* const window = QApplication::activeWindow();
+    ASSERT_NE(window, nullptr);
+    for (const QChar character : text) {
+        QTest::keyClick(window->windowHandle(), character.toLatin1());
+    }
+}
+
+void WindowOnMac::answerAlert(const QString& title, const QString& button) {
+    waitUntilAlert(title);
+    const auto* const alert = openDialog<AlertDialog>();
+    ASSERT_NE(alert, nullptr);
+    QAbstractButton* const pressed = buttonOf(alert, button);
+    ASSERT_NE(pressed, nullptr) << button.toStdString();
+    QTest::mouseClick(pressed, Qt::LeftButton);
+}
+
+void WindowOnMac::authorize(const QString& password) {
+    processEventsUntil([] { return openDialog<AuthorizationDialog>() != nullptr; });
+    auto* const field = openDialog<AuthorizationDialog>()->findChild<QLineEdit*>();
+    QTest::keyClicks(field, password);
+    QTest::keyClick(field, Qt::Key_Return);
+}
+
+void WindowOnMac::cancelAuthorization() {
+    processEventsUntil([] { return openDialog<AuthorizationDialog>() != nullptr; });
+    QTest::keyClick(openDialog<AuthorizationDialog>(), Qt::Key_Escape);
+}
+
+void WindowOnMac::chooseInMenu(const QString& title) {
+    for (QAction* const action : statusItem.menu->actions()) {
+        if (action->text() == title) {
+            ASSERT_TRUE(action->isEnabled()) << title.toStdString();
+            action->trigger();
+            return;
+        }
+    }
+    ADD_FAILURE() << "the menu has no " << title.toStdString();
+}
+
+QStringList WindowOnMac::menuTitles() {
+    QStringList titles;
+    for (const QAction* const action : statusItem.menu->actions()) {
+        titles.append(action->isSeparator() ? u"-"_s : action->text());
+    }
+    return titles;
+}
+
+void WindowOnMac::waitUntilSeen(const QString& name) {
+    processEventsUntil([&name] { return isSeen(name); });
+}
+
+void WindowOnMac::waitUntilAlert(const QString& title) {
+    processEventsUntil([&title] { return alertTitle() == title; });
+}
+
+void WindowOnMac::waitUntilIdle() {
+    processEventsUntil([this] { return session().turnstile.isIdle(); });
+}
+
+} // namespace quorvane

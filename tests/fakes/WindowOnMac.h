@@ -1,0 +1,119 @@
+#pragma once
+
+#include "app/AppDelegate.h"
+#include "app/simulated/AuthorizationDialogs.h"
+#include "app/simulated/FingerDialogs.h"
+#include "fakes/EventLoop.h"
+#include "fakes/SimulatedSystem.h"
+#include "ui/menu/StatusItem.h"
+
+#include <QAbstractButton>
+#include <QAbstractItemView>
+#include <QApplication>
+#include <QLineEdit>
+#include <QMenu>
+#include <QSettings>
+
+#include <memory>
+
+namespace quorvane {
+
+/// A place for the status item that is always there, or never.
+class PlacedStatusItem final : public StatusItem {
+public:
+    void setMenu(QMenu& shown) override { menu = &shown; }
+    bool isShown() const override { return hasPlace; }
+
+    QMenu* menu = nullptr;
+    bool hasPlace = true;
+};
+
+/// The program with its window on a simulated Mac, through real child processes, used by keys and clicks. What is looked for
+/// is looked for as a user finds it: among what is seen and enabled, by its name.
+class WindowOnMac : public ::testing::Test {
+public:
+    ~WindowOnMac() override;
+
+protected:
+    /// @param description  of examples/macs
+    explicit WindowOnMac(const QString& description = u"fresh-macbook"_s);
+    void TearDown() override;
+
+    // ---- The Mac, before and while the program runs
+
+    /// Saves one of examples/profiles, or any other.
+    void saveProfile(const QString& example);
+    void saveProfile(const UnifiedProfile& profile);
+    /// There is a master baseline already, so that none is offered.
+    void keepBaseline();
+    /// The app lock is on from the start.
+    void enableLock();
+    /// What a line prints in the simulated Mac's shell.
+    QString shell(const QString& line);
+    macsim::MacPicture picture() const { return macsim::MacPicture(macFolder()); }
+    QString macFolder() const { return folder.path() + u"/Mac"_s; }
+
+    // ---- The program
+
+    /// Starts it, and waits until its window has been painted.
+    void launch();
+    /// The same, and until the scan of the start has ended.
+    void launchAndScan();
+    /// Ends it as a signal does, and waits until it has gone.
+    void quit();
+    AppDelegate& app() { return *delegate; }
+    Session& session() { return delegate->session(); }
+    /// The program is the active one no more.
+    static void resignActive();
+    static void becomeActive();
+
+    // ---- What is on the screen
+
+    /// Null while it is closed.
+    static QWidget* mainWindow();
+    /// True while a widget of that name can be seen.
+    static bool isSeen(const QString& name);
+    /// The texts that can be seen, of labels, buttons and rows, from top to bottom.
+    static QStringList seenTexts(const QWidget* in);
+    /// The widget of that name that can be seen and used; fails the test without one.
+    static QWidget* control(const QString& name);
+    static bool isUsable(const QString& name);
+    /// The saved profiles' rows.
+    static QAbstractItemView* profileList();
+    /// The alert's title; empty without one.
+    static QString alertTitle();
+    static QString alertText();
+    static QStringList alertButtons();
+
+    // ---- What the user does
+
+    static void click(const QString& name);
+    static void clickProfile(const QString& name);
+    static void press(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+    static void type(const QString& text);
+    /// Presses a button of the alert, once that is there.
+    static void answerAlert(const QString& title, const QString& button = u"OK"_s);
+    /// Types into the system's dialog, once that is there.
+    static void authorize(const QString& password = u"quorvane"_s);
+    static void cancelAuthorization();
+    /// Chooses in the status item's menu.
+    void chooseInMenu(const QString& title);
+    QStringList menuTitles();
+
+    /// Runs the event loop until a widget of that name is seen.
+    static void waitUntilSeen(const QString& name);
+    static void waitUntilAlert(const QString& title);
+    void waitUntilIdle();
+
+    static inline const QString kLockPassword = u"gig7"_s;
+
+    QTemporaryDir folder;
+    PlacedStatusItem statusItem;
+    std::unique_ptr<AuthorizationDialogs> authorization;
+    std::unique_ptr<FingerDialogs> finger;
+    std::unique_ptr<SimulatedHost> host;
+    std::unique_ptr<AppDelegate> delegate;
+    bool hasTerminated = false;
+};
+
+} // namespace quorvane
