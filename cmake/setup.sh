@@ -35,7 +35,9 @@ install_build_packages() {
         install_packages cmake ninja pkg-config qt qcoro nlohmann-json libheif libplist
     else
         # fonts-inter: a bare system has no font at all, and text would be painted blank.
-        install_packages g++ cmake ninja-build pkg-config qt6-base-dev qcoro-qt6-dev nlohmann-json3-dev libheif-dev libplist-dev fonts-inter lld
+        # bootstrap-icons: what the symbols are drawn from; a Mac has symbols of its own, and Qt's SVG in its package.
+        install_packages g++ cmake ninja-build pkg-config qt6-base-dev qt6-svg-dev qcoro-qt6-dev nlohmann-json3-dev libheif-dev \
+            libplist-dev bootstrap-icons fonts-inter lld
     fi
 }
 

@@ -4,12 +4,16 @@
 #include "core/ClosingAlert.h"
 #include "platform/AlertPresenter.h"
 
+#include <memory>
+
 namespace QCoro {
 template <typename T>
 class Task;
 }
 
 namespace quorvane {
+
+class MasterBaselineOffer;
 
 /// What may not be any more as it was shown. Saved profiles tell of their changes themselves.
 struct Anew {
@@ -42,6 +46,11 @@ public:
     virtual QCoro::Task<bool> review(Review review) = 0;
     /// Shows what came of a review at once. Ends when the user has closed it.
     virtual QCoro::Task<void> showResult(ResultPanel panel) = 0;
+    /// Nothing was done of the review that was agreed to, and nothing will be: it goes.
+    virtual void withdrawReview() = 0;
+
+    /// Shows the offer until it is over.
+    virtual void showOffer(std::shared_ptr<MasterBaselineOffer> offer) = 0;
 
     /// Comes last, when the next action may begin.
     virtual QCoro::Task<void> readAnew(Anew what) = 0;

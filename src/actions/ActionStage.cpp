@@ -1,15 +1,31 @@
 #include "actions/ActionStage.h"
 
+#include "actions/ActionTexts.h"
 #include "system/SystemManager.h"
 
 #include <QCoroTask>
 
 #include <exception>
+#include <memory>
 #include <utility>
 
 namespace quorvane {
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+using ShownPreview = std::shared_ptr<std::optional<ProfileApplyPreview>>;
+
+QCoro::Task<ReviewPreview> prepared(Review review, ShownPreview shown) {
+    const ReviewPreview preview = co_await review.prepare();
+    if (const auto* const ofProfile = std::get_if<ProfileApplyPreview>(&preview)) {
+        *shown = *ofProfile;
+    }
+    co_return preview;
+}
+
+} // namespace
 
 ActionStage::ActionStage(SystemManager& system, Turnstile& turnstile, UnlockGate& gate)
     : m_system(system)
@@ -26,6 +42,7 @@ QCoro::Task<ActionOutcome> ActionStage::run(ActionListener& listener, Body body)
         if (!co_await endsProperly(body(action))) {
             action.outcome.succeeded = false;
         }
+        co_await endsProperly(action.endReview());
     }
     if (action.outcome.wasCarriedOut) {
         co_await endsProperly(listener.readAnew(action.m_changed));
@@ -59,20 +76,32 @@ QCoro::Task<bool> Action::isAgreedTo(std::optional<Alert> question) {
 }
 
 QCoro::Task<bool> Action::isAgreedTo(Review review) {
+    const auto preview = std::make_shared<std::optional<ProfileApplyPreview>>();
     Review shown = review;
-    shown.prepare = [this, review] { return prepared(review); };
-    if (!co_await m_listener.review(shown)) {
+    shown.prepare = [review, preview] { return prepared(review, preview); }; // it may outlive a review that is closed
+    const bool isAgreed = co_await m_listener.review(shown);
+    outcome.preview = *preview;
+    if (!isAgreed) {
         co_return false;
     }
+    m_agreedReview = review.subject;
     co_return mayGoOn();
 }
 
-QCoro::Task<ReviewPreview> Action::prepared(Review review) {
-    const ReviewPreview preview = co_await review.prepare();
-    if (const auto* const ofProfile = std::get_if<ProfileApplyPreview>(&preview)) {
-        outcome.preview = *ofProfile;
+/// A review that was agreed to doesn't stay without an end, whatever has become of the action.
+QCoro::Task<void> Action::endReview() {
+    if (m_agreedReview && outcome.wasCarriedOut) {
+        showResult(resultPanel(*m_agreedReview, outcome));
+    } else if (m_agreedReview) {
+        m_listener.withdrawReview();
     }
-    co_return preview;
+    if (m_shownResult) {
+        co_await *m_shownResult;
+    }
+}
+
+QCoro::Task<bool> Action::endsProperly(QCoro::Task<void> step) {
+    return m_stage.endsProperly(std::move(step));
 }
 
 bool Action::mayGoOn() const {
@@ -89,8 +118,13 @@ Turnstile::Hold Action::carryingOut(const QString& text, Anew changed) {
     return m_stage.m_turnstile.busy(text);
 }
 
-QCoro::Task<void> Action::showResult(ResultPanel panel) {
-    return m_listener.showResult(std::move(panel));
+void Action::showResult(const ResultPanel& panel) {
+    m_agreedReview.reset();
+    m_shownResult = m_listener.showResult(panel);
+}
+
+void Action::show(const std::shared_ptr<MasterBaselineOffer>& offer) {
+    m_listener.showOffer(offer);
 }
 
 QCoro::Task<void> Action::tell(ClosingAlert alert) {

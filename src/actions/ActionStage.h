@@ -5,9 +5,11 @@
 #include "actions/Turnstile.h"
 #include "lock/UnlockGate.h"
 
+#include <QCoroTask>
 #include <QString>
 
 #include <functional>
+#include <memory>
 #include <optional>
 
 namespace quorvane {
@@ -45,7 +47,8 @@ public:
     bool asks() const { return m_listener.asks(); }
     /// A question, if there is one, and the lock and the others once more: the answer may have taken its time.
     QCoro::Task<bool> isAgreedTo(std::optional<Alert> question);
-    /// The same by a review. The preview that it showed is in the outcome.
+    /// The same by a review. The preview that it showed is in the outcome. Once agreed to, it ends with the action: by its
+    /// result, by that of a failed apply, or, where nothing was carried out, without one.
     QCoro::Task<bool> isAgreedTo(Review review);
     /// Whether it may go on after a wait of its own: nobody has locked the program or begun something else.
     bool mayGoOn() const;
@@ -60,8 +63,11 @@ public:
     [[nodiscard]] UnlockGate::AutoLockSuppression suppressAutoLock() { return m_stage.m_gate.suppressAutoLock(); }
 
     QCoro::Task<void> tell(ClosingAlert alert);
-    /// Shows it at once.
-    QCoro::Task<void> showResult(ResultPanel panel);
+    /// Shows at once what came of the review. The action goes on, and ends when the user has closed it.
+    void showResult(const ResultPanel& panel);
+    void show(const std::shared_ptr<MasterBaselineOffer>& offer);
+    /// A step that the action outlives: what it throws is a line in the log. @return false when it has thrown
+    QCoro::Task<bool> endsProperly(QCoro::Task<void> step);
 
     ActionOutcome outcome;
 
@@ -70,11 +76,13 @@ private:
     Action(ActionStage& stage, ActionListener& listener)
         : m_stage(stage)
         , m_listener(listener) {}
-    QCoro::Task<ReviewPreview> prepared(Review review);
+    QCoro::Task<void> endReview();
 
     ActionStage& m_stage;
     ActionListener& m_listener;
     Anew m_changed;
+    std::optional<ReviewSubject> m_agreedReview; ///< until its result is shown
+    std::optional<QCoro::Task<void>> m_shownResult;
 };
 
 } // namespace quorvane

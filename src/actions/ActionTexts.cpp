@@ -21,13 +21,22 @@ const QString kRestartFully = u"\n\nPlease restart your Mac for changes to take 
 const QString kNoBaseline = u"No restore baseline found — standard macOS defaults will be applied."_s;
 
 /// A question whose first button does what it says, on Return.
-Alert question(const QString& message, const QString& text, const QString& button) {
-    return {message, text, {button, kCancel}, 1, {}};
+Alert question(const QString& message, const QString& text, const QString& button,
+               AlertStyle style = AlertStyle::Informational) {
+    return {message, text, {button, kCancel}, 1, {}, style};
 }
 
 /// Likewise, but what the first button does can't be taken back.
 Alert destructiveQuestion(const QString& message, const QString& text, const QString& button) {
-    return {message, text, {button, kCancel}, 1, 0};
+    return {message, text, {button, kCancel}, 1, 0, AlertStyle::Warning};
+}
+
+AlertStyle styleOf(bool isWhole) {
+    return isWhole ? AlertStyle::Informational : AlertStyle::Warning;
+}
+
+ClosingAlert warning(const QString& title, const QString& text) {
+    return {title, text, AlertStyle::Warning};
 }
 
 bool hadBaseline(const RestoreOutcome& outcome) {
@@ -63,7 +72,7 @@ Alert defaultQuestion() {
     return question(u"Apply Default Profile?"_s,
                     u"This will restore standard macOS performance settings.\n\n"
                     "Your Mac will need to restart for all changes to take full effect."_s,
-                    u"Apply"_s);
+                    u"Apply"_s, AlertStyle::Warning);
 }
 
 Alert undoQuestion(bool hasBaseline) {
@@ -105,23 +114,38 @@ Alert restoreQuestion(const QStringList& names, const QString& title) {
                                u"Replace"_s);
 }
 
+Alert quitQuestion(const QString& busyMessage) {
+    const QString underWay = busyMessage.isEmpty() ? QString() : busyMessage + u"\n\n"_s;
+    return {u"Quit Quorvane?"_s,
+            underWay + u"What is done stays done; the rest is left out, and nothing is verified."_s,
+            {u"Keep Running"_s, u"Quit"_s},
+            0,
+            1,
+            AlertStyle::Warning};
+}
+
+Alert notReadyQuestion() {
+    return question(u"Quorvane Not Ready"_s, u"Open the Quorvane window first, then try again from the menu bar."_s,
+                    u"Open Quorvane"_s);
+}
+
 // ---- What is told at the end
 
 ClosingAlert snapshotAlert(const SnapshotCapture& capture, MasterArchive archive) {
     if (!capture.isSaved) {
-        return {u"Snapshot Failed"_s, u"Could not save the restore baseline. Check the Logs tab for details."_s};
+        return warning(u"Snapshot Failed"_s, u"Could not save the restore baseline. Check the Logs tab for details."_s);
     }
     if (!isComplete(capture, archive)) {
-        return {
+        return warning(
             u"Baseline Not Archived"_s,
-            u"Your current system setup has been saved, but not as a master baseline. Check the Logs tab for details."_s};
+            u"Your current system setup has been saved, but not as a master baseline. Check the Logs tab for details."_s);
     }
     return {u"Snapshot Saved"_s, u"Your current system setup has been saved as the restore baseline."_s};
 }
 
 ClosingAlert undoAlert(const RestoreOutcome& outcome) {
     if (!outcome.succeeded) {
-        return {kCancelled, u"System-level defaults were not restored. Check the Logs tab for details."_s};
+        return warning(kCancelled, u"System-level defaults were not restored. Check the Logs tab for details."_s);
     }
     const QString restored = hadBaseline(outcome) ? u"Performance tweaks restored from your saved snapshot."_s
                                                   : u"Standard operation restored."_s;
@@ -130,7 +154,7 @@ ClosingAlert undoAlert(const RestoreOutcome& outcome) {
 
 ClosingAlert revertAllAlert(const RestoreOutcome& outcome, LoginItemsAre loginItems) {
     if (!outcome.succeeded) {
-        return {kCancelled, u"System-level defaults were not restored."_s};
+        return warning(kCancelled, u"System-level defaults were not restored."_s);
     }
     if (!hadBaseline(outcome)) {
         return {kSuccess, u"Standard operation restored."_s + kRestart};
@@ -144,21 +168,21 @@ ClosingAlert revertAllAlert(const RestoreOutcome& outcome, LoginItemsAre loginIt
 
 ClosingAlert defaultAlert(const RestoreOutcome& outcome) {
     if (!outcome.succeeded) {
-        return {kCancelled, u"Default settings were not restored. Check the Logs tab for details."_s};
+        return warning(kCancelled, u"Default settings were not restored. Check the Logs tab for details."_s);
     }
     return {u"Default Applied"_s, restoredDefaults(outcome) + kRestart};
 }
 
 ClosingAlert menuDefaultAlert(const RestoreOutcome& outcome) {
     if (!outcome.succeeded) {
-        return {u"Restore Cancelled"_s, u"System defaults were not restored. Check the Logs tab for details."_s};
+        return warning(u"Restore Cancelled"_s, u"System defaults were not restored. Check the Logs tab for details."_s);
     }
     return {u"Defaults Restored"_s, restoredDefaults(outcome) + kRestartFully};
 }
 
 ClosingAlert reinstateAlert(const RestoreOutcome& outcome) {
     if (!outcome.succeeded) {
-        return {kCancelled, u"System restoration was cancelled or failed."_s};
+        return warning(kCancelled, u"System restoration was cancelled or failed."_s);
     }
     const QString restored = hadBaseline(outcome) ? u"System restored from your saved restore baseline."_s
                                                   : u"System has been restored to standard defaults."_s;
@@ -185,7 +209,8 @@ ClosingAlert restartAlert(const QString& profileName) {
 
 ClosingAlert startupAlert(const StartupApplyResult& result) {
     const bool isWhole = result.applySucceeded && result.verification.failed.isEmpty();
-    return {isWhole ? u"Startup Verified"_s : u"Startup Partially Applied"_s, summary(result.verification) + kRestart};
+    return {isWhole ? u"Startup Verified"_s : u"Startup Partially Applied"_s, summary(result.verification) + kRestart,
+            styleOf(isWhole)};
 }
 
 ClosingAlert notLoadedAlert(const QString& profileName) {
@@ -200,15 +225,19 @@ ClosingAlert deletedAlert(const QString& profileName, bool isGone) {
 }
 
 ClosingAlert maintenanceAlert(const MaintenanceOutcome& outcome) {
-    return {outcome.alertTitle(), outcome.alertText()};
+    return {outcome.alertTitle(), outcome.alertText(), styleOf(outcome.succeeded)};
 }
 
 ClosingAlert networkAlert(const NetworkOutcome& outcome) {
-    return {outcome.alertTitle(), outcome.alertText()};
+    return {outcome.alertTitle(), outcome.alertText(), styleOf(outcome.isComplete())};
 }
 
 ClosingAlert errorAlert(const QString& text) {
-    return {kError, text};
+    return warning(kError, text);
+}
+
+ClosingAlert aboutAlert() {
+    return {u"Quorvane"_s, u"Beta Release 1.0"_s};
 }
 
 // ---- Reviews
@@ -218,16 +247,30 @@ Review reviewOf(ReviewSubject subject, const QString& profileName) {
     case ReviewSubject::Profile:
         return {subject,
                 u"Review Profile: "_s + nameOnOneLine(profileName),
+                u"Review system tweaks and startup changes before applying this profile. Your Mac will need to restart "
+                "afterward."_s,
                 u"Apply Profile"_s,
                 u"This profile has no settings to apply."_s,
+                u"Applying profile…"_s,
                 {}};
     case ReviewSubject::Tweaks:
-        return {
-            subject, u"Review Performance Tweaks"_s, u"Apply Changes"_s, u"No performance tweaks are selected."_s, {}};
+        return {subject,
+                u"Review Performance Tweaks"_s,
+                u"Review which performance tweaks will be applied to this Mac."_s,
+                u"Apply Changes"_s,
+                u"No performance tweaks are selected."_s,
+                u"Applying performance tweaks…"_s,
+                {}};
     case ReviewSubject::Startup:
         break;
     }
-    return {subject, u"Review Startup Changes"_s, u"Apply Changes"_s, u"No startup changes are selected."_s, {}};
+    return {subject,
+            u"Review Startup Changes"_s,
+            u"Review what will change on this Mac before you restart."_s,
+            u"Apply Changes"_s,
+            u"No startup changes are selected."_s,
+            u"Applying startup changes…"_s,
+            {}};
 }
 
 bool canApply(const ReviewPreview& preview) {

@@ -5,6 +5,7 @@
 #include "matching/SystemConfigurationMatch.h"
 #include "platform/AlertPresenter.h"
 #include "snapshots/RestoreBaseline.h"
+#include "snapshots/SnapshotCapture.h"
 
 #include <QString>
 #include <QStringList>
@@ -29,6 +30,10 @@ Alert reinstateQuestion(bool hasBaseline);
 Alert defaultQuestion();
 Alert undoQuestion(bool hasBaseline);
 Alert deleteQuestion(const QString& profileName);
+/// Escape and Return keep running. @param busyMessage  what the program is busy with; may be empty
+Alert quitQuestion(const QString& busyMessage);
+/// Of a menu that knows no program yet.
+Alert notReadyQuestion();
 /// None when nothing would be deleted for good.
 std::optional<Alert> purgeQuestion(const MaintenanceSelection& selection);
 /// @param names  of the saved profiles that would change; @param title  of the backup
@@ -61,6 +66,13 @@ ClosingAlert maintenanceAlert(const MaintenanceOutcome& outcome);
 ClosingAlert networkAlert(const NetworkOutcome& outcome);
 /// @param text  what went wrong
 ClosingAlert errorAlert(const QString& text);
+ClosingAlert aboutAlert();
+
+// ---- The offer of a master baseline
+
+inline const QString kCapturingBaseline = QStringLiteral("Capturing your current system settings…");
+inline const QString kBaselineNotSaved =
+    QStringLiteral("The baseline could not be saved. Check the Logs tab for details.");
 
 // ---- Reviews
 

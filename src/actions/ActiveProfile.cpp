@@ -3,6 +3,7 @@
 #include "actions/SavedProfiles.h"
 #include "core/UserDefaultKeys.h"
 #include "platform/UserDefaults.h"
+#include "profiles/ProfileNames.h"
 #include "system/SystemManager.h"
 
 #include <algorithm>
@@ -11,43 +12,104 @@ namespace quorvane {
 
 namespace {
 
-ActiveConfiguration savedConfiguration(const QString& name, const QList<UnifiedProfile>& profiles) {
-    ActiveConfiguration active{name, true, {}, {}, {}};
+const UnifiedProfile* savedProfile(const QString& name, const QList<UnifiedProfile>& profiles) {
     const auto found = std::find_if(profiles.cbegin(), profiles.cend(),
                                     [&name](const UnifiedProfile& profile) { return profile.name == name; });
-    if (found != profiles.cend()) {
-        active.id = found->id;
-        active.tweaks = found->settings;
-    }
-    return active;
+    return found == profiles.cend() ? nullptr : &*found;
 }
 
-ActiveConfiguration lastApplied(const QString& name, const QList<UnifiedProfile>& profiles) {
+/// A name that was written down goes for the profile of exactly that name before one that differs in case.
+const UnifiedProfile* profileMeant(const QString& name, const QList<UnifiedProfile>& profiles) {
+    if (const UnifiedProfile* const saved = savedProfile(name, profiles)) {
+        return saved;
+    }
+    const QString key = profileNameKey(name);
+    const auto found = std::find_if(profiles.cbegin(), profiles.cend(), [&key](const UnifiedProfile& profile) {
+        return profileNameKey(profile.name) == key;
+    });
+    return found == profiles.cend() ? nullptr : &*found;
+}
+
+NamedConfiguration named(const UnifiedProfile& profile) {
+    return {profile.name, profile.id, profile.settings};
+}
+
+/// No tweak is on in it.
+NamedConfiguration defaultConfiguration() {
+    return {UnifiedProfile::defaultProfile().name, {}, PerformanceSettings{}};
+}
+
+/// None where the profile is gone.
+NamedConfiguration lastApplied(const ConfigurationReadings& readings) {
+    const QString name = readings.lastAppliedName.value_or(QString());
     if (isDefaultProfileName(name)) {
-        return {name, false, {}, {}, {}};
+        return defaultConfiguration();
     }
-    const ActiveConfiguration saved = savedConfiguration(name, profiles);
-    return saved.id ? saved : ActiveConfiguration{}; // the profile may be gone
+    const UnifiedProfile* const saved = name.isEmpty() ? nullptr : profileMeant(name, readings.profiles);
+    return saved == nullptr ? NamedConfiguration{} : named(*saved);
 }
 
-} // namespace
+bool isSavedProfile(const SystemConfigurationMatch& match) {
+    return match.kind == MatchedConfigurationKind::savedProfile;
+}
 
-ActiveConfiguration activeConfiguration(const ConfigurationReadings& readings) {
-    if (!readings.wasScanned) {
-        return lastApplied(readings.lastAppliedName.value_or(QString()), readings.profiles);
+NamedConfiguration found(const SystemConfigurationMatch& match, const QList<UnifiedProfile>& profiles) {
+    if (!isSavedProfile(match)) {
+        return defaultConfiguration();
     }
-    if (!readings.match) {
-        return {};
+    const UnifiedProfile* const saved = savedProfile(match.name, profiles);
+    return saved == nullptr ? NamedConfiguration{match.name, {}, {}} : named(*saved);
+}
+
+NamedConfiguration current(const ConfigurationReadings& readings) {
+    const NamedConfiguration applied = lastApplied(readings);
+    if (!applied.name.isEmpty()) {
+        return applied;
     }
-    const SystemConfigurationMatch& match = *readings.match;
-    ActiveConfiguration active = match.kind == MatchedConfigurationKind::savedProfile
-                                     ? savedConfiguration(match.name, readings.profiles)
-                                     : ActiveConfiguration{match.name, false, {}, {}, {}};
+    if (readings.wasScanned && readings.match && !readings.match->isKept) {
+        return found(*readings.match, readings.profiles);
+    }
+    return {UnifiedProfile::defaultProfile().name, {}, {}};
+}
+
+void addMatch(ActiveConfiguration& active, const SystemConfigurationMatch& match,
+              const QList<UnifiedProfile>& profiles) {
+    active.name = match.name;
+    active.isSavedProfile = isSavedProfile(match);
+    active.id = found(match, profiles).id;
     active.isKept = match.isKept;
     if (!match.isKept) {
         active.verification = match.verification;
     }
+}
+
+} // namespace
+
+bool isOfSavedProfile(const ActiveConfiguration& active) {
+    return active.isSavedProfile && !active.isKept;
+}
+
+ActiveConfiguration activeConfiguration(const ConfigurationReadings& readings) {
+    ActiveConfiguration active;
+    active.wasVerified = readings.wasScanned;
+    active.lastApplied = lastApplied(readings);
+    active.current = current(readings);
+    if (!readings.wasScanned) {
+        active.name = active.lastApplied.name;
+        active.id = active.lastApplied.id;
+        active.isSavedProfile = active.id.has_value();
+    } else if (readings.match) {
+        addMatch(active, *readings.match, readings.profiles);
+    }
     return active;
+}
+
+bool isInForce(const ActiveConfiguration& active, const UnifiedProfile& profile) {
+    return active.wasVerified && !active.isKept && active.isSavedProfile && active.id == profile.id;
+}
+
+bool isDefaultInForce(const ActiveConfiguration& active) {
+    return active.wasVerified && !active.isKept && !active.isSavedProfile && !active.name.isEmpty();
 }
 
 ActiveProfile::ActiveProfile(const SystemManager& system, const SavedProfiles& profiles, const UserDefaults& defaults,

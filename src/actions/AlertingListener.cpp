@@ -15,7 +15,7 @@ QCoro::Task<bool> AlertingListener::ask(Alert question) {
 }
 
 QCoro::Task<void> AlertingListener::tell(ClosingAlert alert) {
-    const Alert shown{alert.title, alert.text, {u"OK"_s}};
+    const Alert shown{alert.title, alert.text, {u"OK"_s}, 0, {}, alert.style};
     co_await m_alerts.present(shown);
 }
 

@@ -73,23 +73,22 @@ QCoro::Task<void> ProfileActions::reviewAndApply(Action& action, UnifiedProfile 
     if (!co_await action.isAgreedTo(review)) {
         co_return;
     }
-    const UnlockGate::AutoLockSuppression noAutoLock = action.suppressAutoLock();
-    co_await apply(action, profile);
-    const QCoro::Task<void> panel = action.showResult(resultPanel(ReviewSubject::Profile, action.outcome));
+    co_await apply(action, profile, review.busyText);
     if (action.outcome.succeeded) {
         co_await followAppliedProfile(action, profile);
     }
-    co_await panel;
 }
 
 QCoro::Task<ReviewPreview> ProfileActions::preview(UnifiedProfile profile) {
     co_return co_await m_parts.system.previewProfile(profile);
 }
 
-QCoro::Task<void> ProfileActions::apply(Action& action, UnifiedProfile profile) {
-    const Turnstile::Hold busy = action.carryingOut(u"Applying profile…"_s, {.match = true});
+QCoro::Task<void> ProfileActions::apply(Action& action, UnifiedProfile profile, QString busyText) {
+    const UnlockGate::AutoLockSuppression noAutoLock = action.suppressAutoLock();
+    const Turnstile::Hold busy = action.carryingOut(busyText, {.match = true});
     action.outcome.succeeded = co_await m_parts.system.applyProfile(profile);
     action.outcome.verification = m_parts.system.lastApplyVerification();
+    action.showResult(resultPanel(ReviewSubject::Profile, action.outcome));
 }
 
 QCoro::Task<void> ProfileActions::followAppliedProfile(Action& action, UnifiedProfile profile) {

@@ -55,7 +55,7 @@ public:
 private:
     QCoro::Task<void> tellNotLoaded(Action& action, QString name, StartedFrom from);
     QCoro::Task<void> reviewAndApply(Action& action, UnifiedProfile profile);
-    QCoro::Task<void> apply(Action& action, UnifiedProfile profile);
+    QCoro::Task<void> apply(Action& action, UnifiedProfile profile, QString busyText);
     QCoro::Task<ReviewPreview> preview(UnifiedProfile profile);
     QCoro::Task<void> followAppliedProfile(Action& action, UnifiedProfile profile);
     QCoro::Task<void> askAndRestoreDefault(Action& action, StartedFrom from);

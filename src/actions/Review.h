@@ -24,8 +24,10 @@ using ReviewPreview = std::variant<ProfileApplyPreview, TweaksApplyPreview, Star
 struct Review {
     ReviewSubject subject = ReviewSubject::Profile;
     QString title;
+    QString subtitle;
     QString button;
     QString nothingToDo; ///< said of a preview that can't be applied
+    QString busyText;    ///< while it is carried out
     /// Reads the Mac as it is now, which takes its time. Main thread.
     std::function<QCoro::Task<ReviewPreview>()> prepare;
 };

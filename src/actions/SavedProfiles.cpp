@@ -79,6 +79,7 @@ QCoro::Task<void> SavedProfiles::read() {
     } while (isWhole && !m_isCurrent);
     m_isCurrent = m_isCurrent && isWhole;
     m_known = listing;
+    m_wasRead = m_wasRead || isWhole;
     QPromise<ProfileListing> promise = std::move(*std::exchange(m_reading, std::nullopt));
     promise.addResult(listing);
     promise.finish();

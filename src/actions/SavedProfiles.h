@@ -32,6 +32,8 @@ public:
     QFuture<ProfileListing> list();
     /// As they were read last; empty before that.
     const ProfileListing& known() const { return m_known; }
+    /// False as long as an empty list only means that nothing was read yet.
+    bool wasRead() const { return m_wasRead; }
     /// None when it isn't among the known ones.
     std::optional<UnifiedProfile> find(const QUuid& id) const;
 
@@ -59,6 +61,7 @@ private:
     ProfileListing m_known;
     bool m_isAskedFor = false;
     bool m_isCurrent = false;
+    bool m_wasRead = false;
     std::optional<QPromise<ProfileListing>> m_reading; ///< while one is under way
 };
 

@@ -8,6 +8,7 @@
 #include "actions/ProfileActions.h"
 #include "actions/SavedProfiles.h"
 #include "actions/SettingsActions.h"
+#include "actions/SnapshotStatus.h"
 #include "actions/SystemActions.h"
 #include "actions/SystemScans.h"
 #include "actions/Tasks.h"
@@ -30,7 +31,7 @@ namespace quorvane {
 
 /// What a session is made with, beside the operating system: by the window, or by a terminal.
 struct SessionParts {
-    std::unique_ptr<UnlockGate> gate;
+    std::function<std::unique_ptr<UnlockGate>()> makeGate;
     std::function<std::unique_ptr<ProfileLabel>(SystemManager& system)> makeLabel;
     std::function<void()> shutDownPorts; ///< those of the operating system, and those of the window
 };
@@ -50,17 +51,18 @@ public:
     NotificationCenter notifications;
     SystemManager system;
     Tasks tasks;
-    UnlockGate& gate;
+    ModeManager mode;
+    std::unique_ptr<UnlockGate> gate;
 
     ProfileManager profileStore;
     SavedProfiles savedProfiles;
     ProfileCloudManager cloudBackups;
     MasterProfileState workingCopy;
-    ModeManager mode;
     std::unique_ptr<ProfileLabel> label;
 
     Turnstile turnstile;
     ActiveProfile activeProfile;
+    SnapshotStatus snapshotStatus;
     SystemScans scans;
 
     ActionStage stage;

@@ -3,6 +3,7 @@
 #include "actions/ActionStage.h"
 #include "actions/ActionTexts.h"
 #include "actions/ActiveProfile.h"
+#include "actions/MasterBaselineOffer.h"
 #include "actions/SystemScans.h"
 #include "startup/apply/StartupVerification.h"
 
@@ -50,7 +51,44 @@ QCoro::Task<ActionOutcome> SystemActions::saveSnapshot(const std::optional<QStri
 /// A profile's settings aren't the user's own.
 std::optional<Alert> SystemActions::questionBeforeSnapshot() const {
     const ActiveConfiguration& active = m_active.current();
-    return active.isSavedProfile && !active.isKept ? std::optional(snapshotQuestion(active.name)) : std::nullopt;
+    return isOfSavedProfile(active) ? std::optional(snapshotQuestion(active.name)) : std::nullopt;
+}
+
+QCoro::Task<ActionOutcome> SystemActions::offerMasterBaseline(ActionListener& listener) {
+    return m_stage.run(listener, [this](Action& action) -> QCoro::Task<void> {
+        const auto offer = std::make_shared<MasterBaselineOffer>();
+        action.show(offer);
+        bool isWanted = co_await offer->answer();
+        while (isWanted) {
+            co_await createMasterBaseline(action, offer);
+            isWanted = co_await offer->answer();
+        }
+    });
+}
+
+/// What keeps it from being created leaves it offered.
+QCoro::Task<void> SystemActions::createMasterBaseline(Action& action, std::shared_ptr<MasterBaselineOffer> offer) {
+    if (!co_await action.passesGate(u"create the master system baseline"_s)) {
+        co_return;
+    }
+    if (!co_await action.isAgreedTo(questionBeforeSnapshot())) {
+        co_return;
+    }
+    if (offer->isOver()) {
+        co_return;
+    }
+    const Turnstile::Hold busy = action.carryingOut(kCapturingBaseline, {.snapshot = true});
+    offer->beginSaving();
+    action.outcome.succeeded = false;
+    co_await action.endsProperly(captureMasterBaseline(action));
+    offer->endSaving(action.outcome.succeeded);
+}
+
+/// What was written counts, and not what the writing says of itself.
+QCoro::Task<void> SystemActions::captureMasterBaseline(Action& action) {
+    const std::optional<QString> label = u"Master baseline"_s;
+    action.outcome.capture = co_await m_system.captureSystemSnapshot(label, MasterArchive::Yes);
+    action.outcome.succeeded = co_await m_system.masterBaselines().hasMasterBaseline();
 }
 
 QCoro::Task<ActionOutcome> SystemActions::reinstate(ActionListener& listener) {
@@ -86,6 +124,10 @@ QCoro::Task<std::optional<FoundBaseline>> SystemActions::foundForTheQuestion(Act
     co_return found;
 }
 
+QCoro::Task<ActionOutcome> SystemActions::showAbout(ActionListener& listener) {
+    return m_stage.run(listener, [](Action& action) { return action.tell(aboutAlert()); });
+}
+
 QCoro::Task<ActionOutcome> SystemActions::applyStartup(const StartupConfiguration& configuration,
                                                        ActionListener& listener) {
     return m_stage.run(listener, [=, this](Action& action) -> QCoro::Task<void> {
@@ -97,18 +139,16 @@ QCoro::Task<ActionOutcome> SystemActions::applyStartup(const StartupConfiguratio
         if (!co_await action.isAgreedTo(review)) {
             co_return;
         }
-        const UnlockGate::AutoLockSuppression noAutoLock = action.suppressAutoLock();
         StartupApplyResult result;
         {
-            const Turnstile::Hold busy =
-                action.carryingOut(u"Applying startup changes…"_s, {.match = true, .startupItems = true});
+            const UnlockGate::AutoLockSuppression noAutoLock = action.suppressAutoLock();
+            const Turnstile::Hold busy = action.carryingOut(review.busyText, {.match = true, .startupItems = true});
             result = co_await m_system.applyStartupChanges(configuration);
+            action.outcome.succeeded = result.applySucceeded;
+            action.outcome.verification = result.verification;
+            action.showResult(resultPanel(ReviewSubject::Startup, action.outcome));
         }
-        action.outcome.succeeded = result.applySucceeded;
-        action.outcome.verification = result.verification;
-        const QCoro::Task<void> panel = action.showResult(resultPanel(ReviewSubject::Startup, action.outcome));
         co_await action.tell(startupAlert(result));
-        co_await panel;
     });
 }
 

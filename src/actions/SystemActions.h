@@ -5,6 +5,7 @@
 #include "startup/items/StartupConfiguration.h"
 #include "system/SystemManager.h"
 
+#include <memory>
 #include <optional>
 
 namespace quorvane {
@@ -12,6 +13,7 @@ namespace quorvane {
 class Action;
 class ActionStage;
 class ActiveProfile;
+class MasterBaselineOffer;
 class SystemScans;
 
 /// What a user does with the system as a whole.
@@ -24,12 +26,18 @@ public:
     /// "Create System Snapshot".
     QCoro::Task<ActionOutcome> saveSnapshot(const std::optional<QString>& label, SystemManager::MasterArchive archive,
                                             ActionListener& listener);
+    /// Offers to create the master baseline, until the user doesn't want it or there is one. Succeeded when there is.
+    QCoro::Task<ActionOutcome> offerMasterBaseline(ActionListener& listener);
     /// "Reinstate System".
     QCoro::Task<ActionOutcome> reinstate(ActionListener& listener);
+    /// "About Quorvane".
+    QCoro::Task<ActionOutcome> showAbout(ActionListener& listener);
     /// Carries out the startup half of a profile, after a review.
     QCoro::Task<ActionOutcome> applyStartup(const StartupConfiguration& configuration, ActionListener& listener);
 
 private:
+    QCoro::Task<void> createMasterBaseline(Action& action, std::shared_ptr<MasterBaselineOffer> offer);
+    QCoro::Task<void> captureMasterBaseline(Action& action);
     std::optional<Alert> questionBeforeSnapshot() const;
     QCoro::Task<std::optional<FoundBaseline>> foundForTheQuestion(Action& action);
     QCoro::Task<ReviewPreview> preview(StartupConfiguration configuration);

@@ -26,6 +26,7 @@ SystemScans::SystemScans(SystemManager& system, SavedProfiles& profiles, Turnsti
 }
 
 void SystemScans::request() {
+    m_wasRequested = true;
     m_isRequested = true;
     beginWhereIdle();
 }
@@ -45,6 +46,9 @@ QCoro::Task<void> SystemScans::carryOut() {
     m_isUnderWay = false;
     m_isRequested = m_isRequested || abandonment.isAbandoned();
     beginWhereIdle();
+    if (isUpToDate()) {
+        Q_EMIT ended();
+    }
 }
 
 QCoro::Task<std::optional<SystemConfigurationMatch>> SystemScans::scanned() {

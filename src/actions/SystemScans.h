@@ -31,8 +31,14 @@ public:
 
     /// Has a scan follow that nobody waits for.
     void request();
+    /// A scan was requested, and every one that was has ended.
+    bool isUpToDate() const { return m_wasRequested && !m_isRequested && !m_isUnderWay; }
     /// Scans now.
     QCoro::Task<std::optional<SystemConfigurationMatch>> scanned();
+
+Q_SIGNALS:
+    /// It is up to date.
+    void ended();
 
 private:
     void beginWhereIdle();
@@ -43,7 +49,8 @@ private:
     SavedProfiles& m_profiles;
     Turnstile& m_turnstile;
     Tasks& m_tasks;
-    bool m_isRequested = false;
+    bool m_wasRequested = false;
+    bool m_isRequested = false; ///< and hasn't begun
     bool m_isUnderWay = false;
     Abandonment m_abandonment; ///< of the scan that nobody waits for
 };

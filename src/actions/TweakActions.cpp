@@ -29,13 +29,20 @@ QCoro::Task<ActionOutcome> TweakActions::execute(const PerformanceSettings& sett
             co_return;
         }
         const UnlockGate::AutoLockSuppression noAutoLock = action.suppressAutoLock();
-        {
-            const Turnstile::Hold busy = action.carryingOut(u"Applying performance tweaks…"_s, {.match = true});
-            action.outcome.succeeded = co_await m_system.applyPerformanceTweaks(settings, cleanReboot);
-        }
-        action.outcome.verification = m_system.lastApplyVerification();
-        co_await action.showResult(resultPanel(ReviewSubject::Tweaks, action.outcome));
+        const Turnstile::Hold busy = action.carryingOut(review.busyText, {.match = true});
+        action.outcome.succeeded = co_await m_system.applyPerformanceTweaks(settings, cleanReboot);
+        action.outcome.verification = co_await verification(settings, cleanReboot);
+        action.showResult(resultPanel(ReviewSubject::Tweaks, action.outcome));
     });
+}
+
+/// An apply whose administrator run failed has verified nothing; what ran as the user before is in force all the same.
+QCoro::Task<ApplyVerificationResult> TweakActions::verification(PerformanceSettings settings, CleanReboot cleanReboot) {
+    std::optional<ApplyVerificationResult> found = m_system.lastApplyVerification();
+    if (!found) {
+        found = co_await m_system.verifyAppliedSettings(settings, UnselectedTweaks::Ignored, cleanReboot);
+    }
+    co_return *found;
 }
 
 QCoro::Task<ReviewPreview> TweakActions::preview(PerformanceSettings settings, CleanReboot cleanReboot) {

@@ -31,6 +31,7 @@ public:
 
 private:
     QCoro::Task<std::optional<FoundBaseline>> foundForTheQuestion(Action& action);
+    QCoro::Task<ApplyVerificationResult> verification(PerformanceSettings settings, CleanReboot cleanReboot);
     QCoro::Task<ReviewPreview> preview(PerformanceSettings settings, CleanReboot cleanReboot);
 
     ActionStage& m_stage;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/AlertStyle.h"
+
 #include <QString>
 
 namespace quorvane {
@@ -8,6 +10,7 @@ namespace quorvane {
 struct ClosingAlert {
     QString title;
     QString text; ///< paragraphs, which an empty line divides
+    AlertStyle style = AlertStyle::Informational;
 
     bool operator==(const ClosingAlert&) const = default;
 };

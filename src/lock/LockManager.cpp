@@ -2,6 +2,7 @@
 
 #include "core/UserDefaultKeys.h"
 #include "core/Utf8.h"
+#include "lock/LockTexts.h"
 #include "lock/PasswordLength.h"
 #include "lock/StoredAppPassword.h"
 #include "platform/AlertPresenter.h"
@@ -61,7 +62,7 @@ std::optional<QString> LockManager::enableLock(const QString& password, const QS
 // must one whose preferences can't be written.
 std::optional<QString> LockManager::disableLock(const QString& password) {
     if (!verifyPassword(password)) {
-        return u"Incorrect password."_s;
+        return kIncorrectPassword;
     }
     m_defaults.setBoolean(kQuorvaneAppLockEnabled, false);
     if (!m_defaults.boolean(kQuorvaneAppLockEnabled)) {
@@ -161,8 +162,7 @@ QCoro::Task<bool> LockManager::requireUnlock(QString action) {
 QCoro::Task<void> LockManager::showLockedAlert(QString action) {
     m_workspace.activateIgnoringOtherApps();
     m_workspace.makeWindowsKeyAndOrderFront();
-    const Alert alert{
-        u"Quorvane is Locked"_s, u"Enter your app password in the Quorvane window to "_s + action + u'.', {u"OK"_s}};
+    const Alert alert{kLockedTitle, u"Enter your app password in the Quorvane window to "_s + action + u'.', {u"OK"_s}};
     co_await m_alerts.present(alert);
 }
 

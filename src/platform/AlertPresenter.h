@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/AlertStyle.h"
+
 #include <QFuture>
 #include <QString>
 #include <QStringList>
@@ -15,6 +17,7 @@ struct Alert {
     QStringList buttons;                    ///< the first stands where the default stands
     int cancelButton = 0;                   ///< leaves everything as it is; a single button is its own
     std::optional<int> destructiveButton{}; ///< what it does can't be taken back
+    AlertStyle style = AlertStyle::Informational;
 
     /// The one that Return presses.
     int returnButton() const { return destructiveButton == 0 ? cancelButton : 0; }

@@ -32,6 +32,9 @@ public:
 
     /// The option in Settings. @param name  of the active profile; empty when it isn't known
     virtual QCoro::Task<void> setOverlayEnabled(bool enabled, QString name) = 0;
+    /// At start-up, with what updateForAppliedProfile takes. While Default stands there, a display that still shows a label
+    /// gets its picture back, and nothing else happens.
+    virtual QCoro::Task<void> updateAtStart(QString name) = 0;
     /// After an apply: brings the label up to date with the active profile.
     /// @param name  empty when it isn't known. The last applied profile, the first saved one, or the name that stands there
     ///              already is then taken.

@@ -41,10 +41,14 @@ bool isDefaultProfile(const UnifiedProfile& profile) {
 }
 
 CleanReboot cleanRebootOf(const UnifiedProfile& profile) {
-    if (!profile.settings.cleanReboot) {
+    return cleanRebootOf(profile.settings, profile.startup);
+}
+
+CleanReboot cleanRebootOf(const PerformanceSettings& settings, const StartupConfiguration& startup) {
+    if (!settings.cleanReboot) {
         return {};
     }
-    return {profile.startup.permittedLoginNames(), profile.startup, {}};
+    return {startup.permittedLoginNames(), startup, {}};
 }
 
 } // namespace quorvane

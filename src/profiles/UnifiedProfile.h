@@ -48,5 +48,6 @@ bool isDefaultProfile(const UnifiedProfile& profile);
 
 /// What the profile's clean reboot leaves in place; empty for a profile without one.
 CleanReboot cleanRebootOf(const UnifiedProfile& profile);
+CleanReboot cleanRebootOf(const PerformanceSettings& settings, const StartupConfiguration& startup);
 
 } // namespace quorvane

@@ -45,7 +45,7 @@ SessionParts Rehearsal::sessionParts() {
         overlay->follow(system);
         return overlay;
     };
-    return {std::make_unique<OpenGate>(), makeLabel, [this] { m_host.shutDown(); }};
+    return {[] { return std::make_unique<OpenGate>(); }, makeLabel, [this] { m_host.shutDown(); }};
 }
 
 void Rehearsal::print(const QStringList& lines) {

@@ -1,5 +1,6 @@
 #include "rehearsal/TerminalListener.h"
 
+#include "actions/MasterBaselineOffer.h"
 #include "actions/SystemScans.h"
 #include "rehearsal/Report.h"
 
@@ -30,6 +31,10 @@ QCoro::Task<bool> TerminalListener::review(Review review) {
 /// The log has said it.
 QCoro::Task<void> TerminalListener::showResult(ResultPanel) {
     co_return;
+}
+
+void TerminalListener::showOffer(std::shared_ptr<MasterBaselineOffer> offer) {
+    offer->decline();
 }
 
 QCoro::Task<void> TerminalListener::readAnew(Anew what) {

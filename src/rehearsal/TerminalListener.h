@@ -34,6 +34,9 @@ public:
     /// Shows what an apply of a whole profile would change.
     QCoro::Task<bool> review(Review review) override;
     QCoro::Task<void> showResult(ResultPanel panel) override;
+    void withdrawReview() override {}
+    /// A terminal has a command for it.
+    void showOffer(std::shared_ptr<MasterBaselineOffer> offer) override;
     QCoro::Task<void> readAnew(Anew what) override;
 
 private:

@@ -70,11 +70,18 @@ QCoro::Task<void> WallpaperProfileOverlay::updateAtStart(QString name) {
     if (isOff()) {
         co_await enqueue(Job::Kind::Check);
     } else {
-        co_await updateForAppliedProfile(name);
+        co_await showActive(name);
     }
 }
 
 QCoro::Task<void> WallpaperProfileOverlay::updateForAppliedProfile(QString name) {
+    if (isEnabled() && isCustomName(name)) {
+        m_ports.defaults.setString(kQuorvaneLastAppliedProfileName, name);
+    }
+    co_await showActive(name);
+}
+
+QCoro::Task<void> WallpaperProfileOverlay::showActive(QString name) {
     if (!isEnabled()) {
         co_await enqueue(Job::Kind::Check);
         co_return;
@@ -87,9 +94,6 @@ QCoro::Task<void> WallpaperProfileOverlay::updateForAppliedProfile(QString name)
     if (!resolved) {
         co_await enqueue(Job::Kind::Check);
         co_return;
-    }
-    if (!name.isEmpty()) {
-        m_ports.defaults.setString(kQuorvaneLastAppliedProfileName, *resolved);
     }
     co_await enqueue(Job::Kind::Update, *resolved);
 }

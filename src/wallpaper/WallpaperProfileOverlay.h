@@ -62,9 +62,9 @@ public:
     // Each task ends when the displays show what was asked for, or what a later call has asked for instead.
 
     QCoro::Task<void> setOverlayEnabled(bool enabled, QString name) override;
-    /// At start-up, with what updateForAppliedProfile takes. While Default stands there, a display that still shows a label
+    /// At start-up, with what updateForAppliedProfile takes, but no name is written down: nothing was applied. While Default stands there, a display that still shows a label
     /// gets its picture back, and nothing else happens.
-    QCoro::Task<void> updateAtStart(QString name);
+    QCoro::Task<void> updateAtStart(QString name) override;
     QCoro::Task<void> updateForAppliedProfile(QString name) override;
     QCoro::Task<void> refreshForProfile(QString name) override;
     /// Shows a name on all displays while the option is on; "Default" takes the label away.
@@ -96,6 +96,7 @@ private:
     std::optional<QString> resolvedProfileName(const QString& explicitName) const;
     std::optional<QString> resolvedOrLogged(const QString& explicitName) const;
     void log(const QString& line) const;
+    QCoro::Task<void> showActive(QString name);
 
     QFuture<void> enqueue(Job::Kind kind, const QString& name = {});
     Job* waitingJobToShare(Job::Kind kind);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "actions/AlertingListener.h"
+#include "actions/MasterBaselineOffer.h"
 #include "actions/Session.h"
 #include "core/UserDefaultKeys.h"
 #include "fakes/CountingWorkspace.h"
@@ -30,6 +31,10 @@ public:
         if (isBroken) {
             throw std::runtime_error("no paint");
         }
+        co_return;
+    }
+    QCoro::Task<void> updateAtStart(QString name) override {
+        m_steps.append(u"label at start: "_s + name);
         co_return;
     }
     QCoro::Task<void> updateForAppliedProfile(QString name) override {
@@ -72,6 +77,11 @@ public:
         m_steps.append(u"panel: "_s + panel.title);
         co_return;
     }
+    void withdrawReview() override { m_steps.append(u"review withdrawn"_s); }
+    void showOffer(std::shared_ptr<MasterBaselineOffer> shown) override {
+        m_steps.append(u"offer"_s);
+        offer = shown;
+    }
     QCoro::Task<void> readAnew(Anew what) override {
         QStringList names;
         for (const auto& [isMeant, name] :
@@ -91,6 +101,7 @@ public:
     bool preparesReviews = false;
     bool requestsScans = false;
     std::optional<ReviewPreview> preview;
+    std::shared_ptr<MasterBaselineOffer> offer;
     std::optional<QPromise<void>> held; ///< reviews stay open until it is finished
 
 private:
@@ -110,8 +121,11 @@ protected:
 
     void start() {
         session.reset();
-        auto gate = std::make_unique<LockManager>(keychain, biometrics, alerts, workspace, defaults);
-        lock = gate.get();
+        const auto makeGate = [this] {
+            auto made = std::make_unique<LockManager>(keychain, biometrics, alerts, workspace, defaults);
+            lock = made.get();
+            return made;
+        };
         const auto makeLabel = [this](SystemManager&) {
             auto made = std::make_unique<RecordingLabel>(steps);
             label = made.get();
@@ -123,7 +137,7 @@ protected:
             commands.release();
             clock.shutDown();
         };
-        session = std::make_unique<Session>(host, SessionParts{std::move(gate), makeLabel, shutDownPorts});
+        session = std::make_unique<Session>(host, SessionParts{makeGate, makeLabel, shutDownPorts});
         listener = std::make_unique<RecordingListener>(steps, alerts, session->scans);
         QObject::connect(&session->system, &SystemManager::messageLogged, [this](const QString& line) {
             if (steps.isEmpty() || !steps.last().startsWith(u"log: "_s)) {

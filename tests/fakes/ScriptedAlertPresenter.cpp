@@ -8,6 +8,7 @@ QFuture<int> ScriptedAlertPresenter::present(const Alert& alert) {
     }
     m_trace.append(QStringLiteral("! ") + alert.message + QStringLiteral(" | ") + alert.informativeText +
                    QStringLiteral(" | ") + alert.buttons.join(QStringLiteral(", ")));
+    m_lastStyle = alert.style;
     return m_isHolding ? heldBack(alert.cancelButton) : QtFuture::makeReadyFuture(m_pressed);
 }
 

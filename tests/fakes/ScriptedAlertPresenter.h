@@ -27,6 +27,8 @@ public:
     /// From now on alerts stay open until they are answered.
     void hold() { m_isHolding = true; }
     qsizetype openCount() const;
+    /// Of the alert that came last.
+    AlertStyle lastStyle() const { return m_lastStyle; }
     /// Presses a button of all open alerts.
     void answer(int button);
 
@@ -37,6 +39,7 @@ private:
     bool m_isHolding = false;
     bool m_isShutDown = false;
     int m_pressed = 0;
+    AlertStyle m_lastStyle = AlertStyle::Informational;
     std::vector<std::pair<QPromise<int>, int>> m_open; ///< with their cancel buttons
 };
 

@@ -15,6 +15,7 @@ public:
         : m_names(names) {}
 
     QCoro::Task<void> setOverlayEnabled(bool, QString) override { co_return; }
+    QCoro::Task<void> updateAtStart(QString) override { co_return; }
     QCoro::Task<void> updateForAppliedProfile(QString name) override {
         m_names.append(name);
         co_return;
@@ -38,6 +39,8 @@ public:
     QCoro::Task<void> tell(ClosingAlert) override { co_return; }
     QCoro::Task<bool> review(Review) override { co_return true; }
     QCoro::Task<void> showResult(ResultPanel) override { co_return; }
+    void withdrawReview() override {}
+    void showOffer(std::shared_ptr<MasterBaselineOffer>) override {}
     QCoro::Task<void> readAnew(Anew) override { co_return; }
 };
 
@@ -50,7 +53,7 @@ protected:
 
     QStringList labels;
     AgreeingListener listener;
-    Session session{host->host(), SessionParts{std::make_unique<OpenGate>(),
+    Session session{host->host(), SessionParts{[] { return std::make_unique<OpenGate>(); },
                                                [this](SystemManager&) { return std::make_unique<NotingLabel>(labels); },
                                                [this] { host->shutDown(); }}};
 };

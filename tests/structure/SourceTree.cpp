@@ -98,7 +98,8 @@ void SourceTree::addCMakeList(const QString& folder, QString text) {
 }
 
 void SourceTree::addCMakeCall(const QString& folder, const QString& command, QStringList words) {
-    static const QStringList known{u"quorvane_library"_s, u"add_executable"_s, u"target_link_libraries"_s};
+    static const QStringList known{u"quorvane_library"_s, u"add_executable"_s, u"target_sources"_s,
+                                   u"target_link_libraries"_s};
     if (!known.contains(command) || words.isEmpty()) {
         return;
     }

@@ -53,6 +53,13 @@ TEST_F(ActionStageTest, takesItsStepsInOrder) {
     EXPECT_TRUE(session->turnstile.isIdle());
 }
 
+TEST_F(ActionStageTest, whatIsToldKeepsItsStyle) {
+    QCoro::waitFor(listener->tell({u"Danced"_s, u"Well."_s}));
+    EXPECT_EQ(alerts.lastStyle(), AlertStyle::Informational);
+    QCoro::waitFor(listener->tell({u"Fell"_s, u"Off the stage."_s, AlertStyle::Warning}));
+    EXPECT_EQ(alerts.lastStyle(), AlertStyle::Warning);
+}
+
 TEST_F(ActionStageTest, theLockEndsItWithAWord) {
     enableLock();
     lock->lockIfEnabled();
@@ -78,6 +85,8 @@ TEST_F(ActionStageTest, whoIsNotAskedAgrees) {
         QCoro::Task<void> tell(ClosingAlert) override { co_return; }
         QCoro::Task<bool> review(Review) override { co_return false; }
         QCoro::Task<void> showResult(ResultPanel) override { co_return; }
+        void withdrawReview() override {}
+        void showOffer(std::shared_ptr<MasterBaselineOffer>) override {}
         QCoro::Task<void> readAnew(Anew) override { co_return; }
     };
     SilentListener silent;
@@ -178,7 +187,8 @@ TEST_F(ActionStageTest, aReviewGivesItsPreviewToTheOutcome) {
     const ActionOutcome outcome = ending(run(body));
     EXPECT_TRUE(outcome.succeeded);
     EXPECT_EQ(outcome.preview, (ProfileApplyPreview{u"Live"_s, {}, {}}));
-    EXPECT_EQ(takeSteps(), QStringList(u"review: Review Profile: Live | Apply Profile"_s));
+    EXPECT_EQ(takeSteps(), (QStringList{u"review: Review Profile: Live | Apply Profile"_s, u"review withdrawn"_s}))
+        << "nothing was carried out";
 }
 
 TEST_F(ActionStageTest, aClosedReviewAndOneThatTheLockHasOvertakenEndIt) {

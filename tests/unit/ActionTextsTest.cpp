@@ -1,6 +1,7 @@
 #include "actions/ActionTexts.h"
 
 #include "actions/ActionOutcome.h"
+#include "fakes/HostileNames.h"
 #include "maintenance/MaintenanceSelection.h"
 #include "network/NetworkOperations.h"
 #include "startup/apply/StartupVerification.h"
@@ -24,6 +25,10 @@ const ApplyVerificationResult kPartly{{{u"Siri"_s, u"disabled"_s}}, {{u"App Nap"
 void expectAlert(const ClosingAlert& alert, const QString& title, const QString& text) {
     EXPECT_EQ(alert.title, title);
     EXPECT_EQ(alert.text, text);
+}
+
+SystemConfigurationMatch profileMatch(const QString& name) {
+    return {name, MatchedConfigurationKind::savedProfile, kVerified};
 }
 
 ApplyVerificationResult counted(int verified, int failed) {
@@ -90,8 +95,85 @@ TEST(ActionQuestions, sayWhatTheyAreAboutAndWhichButtonDoesWhat) {
     EXPECT_EQ(purgeQuestion({true, false, false}), std::nullopt) << "caches come back by themselves";
 }
 
-TEST(ActionQuestions, namesStandInThemOnOneLine) {
-    EXPECT_TRUE(deleteQuestion(u"a\nb"_s).informativeText.startsWith(u"“a b” "_s));
+TEST(ActionQuestions, quittingWhileBusyIsNeverOnReturnOrEscape) {
+    const QString rest = u"What is done stays done; the rest is left out, and nothing is verified."_s;
+    const Alert question = quitQuestion(u"Applying profile…"_s);
+    EXPECT_EQ(question.message, u"Quit Quorvane?"_s);
+    EXPECT_EQ(question.informativeText, u"Applying profile…\n\n"_s + rest);
+    EXPECT_EQ(question.buttons, QStringList({u"Keep Running"_s, u"Quit"_s}));
+    EXPECT_EQ(question.cancelButton, 0);
+    EXPECT_EQ(question.returnButton(), 0);
+    EXPECT_EQ(question.destructiveButton, 1);
+    EXPECT_EQ(quitQuestion({}).informativeText, rest);
+}
+
+TEST(ActionQuestions, aMenuWithoutItsProgramSendsToTheWindow) {
+    const Alert question = notReadyQuestion();
+    EXPECT_EQ(question.message, u"Quorvane Not Ready"_s);
+    EXPECT_EQ(question.informativeText, u"Open the Quorvane window first, then try again from the menu bar."_s);
+    EXPECT_EQ(question.buttons, QStringList({u"Open Quorvane"_s, u"Cancel"_s}));
+    EXPECT_EQ(question.cancelButton, 1);
+    EXPECT_EQ(question.returnButton(), 0);
+}
+
+// ---- Names and styles of both
+
+TEST(ActionTexts, aNameStaysAName) {
+    for (const QString& name : hostileNames()) {
+        expectNameInside(snapshotQuestion(name).informativeText, name);
+        expectNameInside(deleteQuestion(name).informativeText, name);
+        expectNameInside(restoreQuestion({name}, u"Latest Backup"_s).informativeText, name);
+        expectNameInside(restoreQuestion({u"Live"_s}, name).informativeText, name);
+        expectNameInside(systemMatchAlert(profileMatch(name)).text.section(u"\n\n"_s, 0, 0), name);
+        expectNameInside(restartAlert(name).text.section(u"\n\n"_s, 0, 0), name);
+        expectNameInside(notLoadedAlert(name).text, name);
+        expectNameInside(deletedAlert(name, true).text, name);
+        expectNameInside(deletedAlert(name, false).text, name);
+        expectNameInside(reviewOf(ReviewSubject::Profile, name).title, name);
+    }
+}
+
+TEST(ActionTexts, whatFailsOrCannotSimplyBeUndoneIsAWarning) {
+    const struct {
+        AlertStyle style;
+        QString title;
+    } cases[] = {
+        {snapshotQuestion(u"Live"_s).style, u"warning: snapshot?"_s},
+        {reinstateQuestion(true).style, u"warning: reinstate?"_s},
+        {defaultQuestion().style, u"warning: default?"_s},
+        {undoQuestion(true).style, u"undo?"_s},
+        {deleteQuestion(u"Live"_s).style, u"warning: delete?"_s},
+        {quitQuestion({}).style, u"warning: quit?"_s},
+        {notReadyQuestion().style, u"not ready?"_s},
+        {snapshotAlert({true, false}, MasterArchive::No).style, u"snapshot"_s},
+        {snapshotAlert({true, false}, MasterArchive::Yes).style, u"warning: not archived"_s},
+        {snapshotAlert({}, MasterArchive::No).style, u"warning: no snapshot"_s},
+        {undoAlert(kToDefaults).style, u"undone"_s},
+        {undoAlert(kFailed).style, u"warning: not undone"_s},
+        {revertAllAlert(kFromSnapshot, LoginItemsAre::Changed).style, u"reverted"_s},
+        {revertAllAlert(kFailed, LoginItemsAre::Changed).style, u"warning: not reverted"_s},
+        {defaultAlert(kToDefaults).style, u"Default"_s},
+        {defaultAlert(kFailed).style, u"warning: not Default"_s},
+        {menuDefaultAlert(kToDefaults).style, u"Default by the menu"_s},
+        {menuDefaultAlert(kFailed).style, u"warning: not Default by the menu"_s},
+        {reinstateAlert(kToDefaults).style, u"reinstated"_s},
+        {reinstateAlert(kFailed).style, u"warning: not reinstated"_s},
+        {systemMatchAlert({}).style, u"no match"_s},
+        {restartAlert(u"Live"_s).style, u"restart"_s},
+        {startupAlert({true, kVerified}).style, u"startup"_s},
+        {startupAlert({true, kPartly}).style, u"warning: startup in part"_s},
+        {notLoadedAlert(u"Live"_s).style, u"warning: not loaded"_s},
+        {deletedAlert(u"Live"_s, true).style, u"deleted"_s},
+        {deletedAlert(u"Live"_s, false).style, u"warning: not deleted"_s},
+        {maintenanceAlert({true, {}}).style, u"maintenance"_s},
+        {maintenanceAlert({false, {}}).style, u"warning: maintenance"_s},
+        {networkAlert({{u"One."_s}, true}).style, u"network"_s},
+        {networkAlert({{}, false}).style, u"warning: network"_s},
+        {aboutAlert().style, u"about"_s},
+    };
+    for (const auto& [style, title] : cases) {
+        EXPECT_EQ(style == AlertStyle::Warning, title.startsWith(u"warning"_s)) << title.toStdString();
+    }
 }
 
 // ---- Snapshots and the ways back
@@ -203,6 +285,7 @@ TEST(ActionAlerts, recordsBringTheirSentencesAlong) {
     expectAlert(maintenanceAlert({false, {u"One."_s, u"Two."_s}}), u"Completed with Issues"_s, u"One.\n\nTwo."_s);
     expectAlert(networkAlert({{u"One."_s}, true}), u"Success"_s, u"One."_s);
     expectAlert(errorAlert(u"No."_s), u"Error"_s, u"No."_s);
+    expectAlert(aboutAlert(), u"Quorvane"_s, u"Beta Release 1.0"_s);
 }
 
 // ---- Reviews
@@ -211,18 +294,26 @@ TEST(ActionReviews, haveTheirTitlesButtonsAndWhatIsSaidWhereThereIsNothingToDo) 
     const struct {
         Review review;
         QString title;
+        QString subtitle;
         QString button;
         QString nothingToDo;
-    } cases[] = {{reviewOf(ReviewSubject::Profile, u"Live"_s), u"Review Profile: Live"_s, u"Apply Profile"_s,
-                  u"This profile has no settings to apply."_s},
-                 {reviewOf(ReviewSubject::Tweaks), u"Review Performance Tweaks"_s, u"Apply Changes"_s,
-                  u"No performance tweaks are selected."_s},
-                 {reviewOf(ReviewSubject::Startup), u"Review Startup Changes"_s, u"Apply Changes"_s,
-                  u"No startup changes are selected."_s}};
-    for (const auto& [review, title, button, nothingToDo] : cases) {
+        QString busyText;
+    } cases[] = {{reviewOf(ReviewSubject::Profile, u"Live"_s), u"Review Profile: Live"_s,
+                  u"Review system tweaks and startup changes before applying this profile. Your Mac will need to "
+                  "restart afterward."_s,
+                  u"Apply Profile"_s, u"This profile has no settings to apply."_s, u"Applying profile…"_s},
+                 {reviewOf(ReviewSubject::Tweaks), u"Review Performance Tweaks"_s,
+                  u"Review which performance tweaks will be applied to this Mac."_s, u"Apply Changes"_s,
+                  u"No performance tweaks are selected."_s, u"Applying performance tweaks…"_s},
+                 {reviewOf(ReviewSubject::Startup), u"Review Startup Changes"_s,
+                  u"Review what will change on this Mac before you restart."_s, u"Apply Changes"_s,
+                  u"No startup changes are selected."_s, u"Applying startup changes…"_s}};
+    for (const auto& [review, title, subtitle, button, nothingToDo, busyText] : cases) {
         EXPECT_EQ(review.title, title);
+        EXPECT_EQ(review.subtitle, subtitle);
         EXPECT_EQ(review.button, button);
         EXPECT_EQ(review.nothingToDo, nothingToDo);
+        EXPECT_EQ(review.busyText, busyText);
     }
 }
 

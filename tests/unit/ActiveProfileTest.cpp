@@ -1,6 +1,7 @@
 #include "actions/ActiveProfile.h"
 
 #include "fakes/ActionSystem.h"
+#include "fakes/ReadingLines.h"
 
 namespace quorvane {
 
@@ -33,29 +34,40 @@ protected:
 TEST(ActiveConfigurationTest, goesByTheMatchOnceThereWasAScan) {
     using Kind = MatchedConfigurationKind;
     const QList<UnifiedProfile> saved{kLiveWithSiri};
-    const ActiveConfiguration live{u"Live"_s, true, kLiveWithSiri.id, kChecked, kLiveWithSiri.settings};
-    ActiveConfiguration unscanned = live;
-    unscanned.verification.reset();
+    const NamedConfiguration live{u"Live"_s, kLiveWithSiri.id, kLiveWithSiri.settings};
+    const NamedConfiguration appliedDefault{u"Default"_s, {}, PerformanceSettings{}};
+    const NamedConfiguration unknown{u"Default"_s, {}, {}};
     const struct {
         const char* what;
         ConfigurationReadings readings;
         ActiveConfiguration active;
     } cases[] = {
-        {"a saved profile fits", {true, matchOf(u"Live"_s, Kind::savedProfile), u"Club"_s, saved}, live},
+        {"a saved profile fits, and another that was applied last is gone",
+         {true, matchOf(u"Live"_s, Kind::savedProfile), u"Club"_s, saved},
+         {true, u"Live"_s, true, kLiveWithSiri.id, kChecked, false, {}, live}},
         {"it isn't listed yet",
          {true, matchOf(u"Live"_s, Kind::savedProfile), {}, {}},
-         {u"Live"_s, true, {}, kChecked, {}}},
+         {true, u"Live"_s, true, {}, kChecked, false, {}, {u"Live"_s, {}, {}}}},
         {"Default fits",
          {true, matchOf(u"Default"_s, Kind::builtinMode), u"Live"_s, saved},
-         {u"Default"_s, false, {}, kChecked, {}}},
+         {true, u"Default"_s, false, {}, kChecked, false, live, live}},
+        {"Default fits, nothing was ever applied",
+         {true, matchOf(u"Default"_s, Kind::builtinMode), {}, saved},
+         {true, u"Default"_s, false, {}, kChecked, false, {}, appliedDefault}},
         {"a profile was kept",
          {true, SystemConfigurationMatch{u"Live"_s, Kind::savedProfile, {}, true}, {}, saved},
-         {u"Live"_s, true, kLiveWithSiri.id, {}, kLiveWithSiri.settings, true}},
-        {"nothing fits", {true, {}, u"Live"_s, saved}, {}},
-        {"not scanned, a profile applied last", {false, {}, u"Live"_s, saved}, unscanned},
-        {"not scanned, that profile is gone", {false, {}, u"Club"_s, saved}, {}},
-        {"not scanned, Default applied last", {false, {}, u"Default"_s, saved}, {u"Default"_s, false, {}, {}, {}}},
-        {"nothing was ever applied", {false, {}, {}, saved}, {}},
+         {true, u"Live"_s, true, kLiveWithSiri.id, {}, true, {}, unknown}},
+        {"nothing fits", {true, {}, u"Live"_s, saved}, {true, {}, false, {}, {}, false, live, live}},
+        {"not scanned, a profile applied last",
+         {false, {}, u"Live"_s, saved},
+         {false, u"Live"_s, true, kLiveWithSiri.id, {}, false, live, live}},
+        {"not scanned, that profile is gone",
+         {false, {}, u"Club"_s, saved},
+         {false, {}, false, {}, {}, false, {}, unknown}},
+        {"not scanned, Default applied last",
+         {false, {}, u"default"_s, saved},
+         {false, u"Default"_s, false, {}, {}, false, appliedDefault, appliedDefault}},
+        {"nothing was ever applied", {false, {}, {}, saved}, {false, {}, false, {}, {}, false, {}, unknown}},
     };
     for (const auto& [what, readings, active] : cases) {
         EXPECT_EQ(activeConfiguration(readings), active) << what;
@@ -74,16 +86,36 @@ TEST_F(ActiveProfileTest, tellsOnlyOfWhatHasChanged) {
     listProfiles();
     EXPECT_EQ(changes, 2);
     EXPECT_EQ(current().id, kLiveWithSiri.id);
-    EXPECT_EQ(current().tweaks, kLiveWithSiri.settings);
+    EXPECT_EQ(current().current.tweaks, kLiveWithSiri.settings);
 }
 
 TEST_F(ActiveProfileTest, beforeTheFirstScanItFollowsTheNameThatWasAppliedLast) {
     addProfile(kLiveWithSiri);
     listProfiles();
     defaults.setString(kQuorvaneLastAppliedProfileName, u"Live"_s);
-    EXPECT_EQ(current(), ActiveConfiguration{});
+    EXPECT_EQ(current().name, QString());
     session->activeProfile.update();
     EXPECT_EQ(current().name, u"Live"_s);
+}
+
+TEST_F(ActiveProfileTest, aMatchThatIsCurrentIsNotWrittenDown) {
+    addProfile(kLiveWithSiri);
+    listProfiles();
+    session->system.recordAppliedConfiguration(kLiveWithSiri, kChecked);
+    defaults.values.remove(kQuorvaneLastAppliedProfileName);
+    session->activeProfile.update();
+    EXPECT_EQ(current().lastApplied, NamedConfiguration{});
+    EXPECT_EQ(current().current.name, u"Live"_s);
+    EXPECT_FALSE(defaults.values.contains(kQuorvaneLastAppliedProfileName));
+}
+
+TEST_F(ActiveProfileTest, whatWasVerifiedOnceStaysSoThroughAScanThatCanTellNothing) {
+    session->system.recordAppliedConfiguration(kLiveWithSiri, kChecked);
+    EXPECT_TRUE(current().wasVerified);
+    commands.answer(reading::kAppNap, ScriptedCommandLauncher::unanswered().first());
+    QCoro::waitFor(session->scans.scanned());
+    EXPECT_TRUE(current().wasVerified);
+    EXPECT_TRUE(current().isKept);
 }
 
 } // namespace quorvane

@@ -47,7 +47,7 @@ TEST_F(ProfileActionsTest, whatFollowsAnAppliedProfileComesInOrder) {
     ASSERT_GE(panel, 0);
     taken[panel] = u"panel"_s;
     EXPECT_EQ(taken, (QStringList{kReview, u"busy: Applying profile…"_s, u"log: [PROFILE] Applying: Live"_s,
-                                  u"post: QuorvaneSystemVerified"_s, u"idle"_s, u"panel"_s,
+                                  u"post: QuorvaneSystemVerified"_s, u"panel"_s, u"idle"_s,
                                   u"post: QuorvaneProfileApplied"_s, u"label: Live"_s,
                                   u"! Restart Required | \"Live\" has been applied.\n\nPlease reboot your Mac for all "
                                   "settings to take full effect. | OK"_s,
@@ -64,7 +64,7 @@ TEST_F(ProfileActionsTest, afterAFailedApplyNamesStayAsTheyWere) {
     EXPECT_TRUE(outcome.wasCarriedOut);
     EXPECT_FALSE(outcome.succeeded);
     EXPECT_EQ(takeSteps(), (QStringList{kReview, u"busy: Applying profile…"_s, u"log: [PROFILE] Applying: Live"_s,
-                                        u"idle"_s, u"panel: Some changes could not be verified"_s, u"anew: match"_s}));
+                                        u"panel: Some changes could not be verified"_s, u"idle"_s, u"anew: match"_s}));
     EXPECT_EQ(edited(), std::nullopt);
     EXPECT_EQ(lastApplied(), u"Club"_s);
 }

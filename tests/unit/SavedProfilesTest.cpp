@@ -41,6 +41,7 @@ TEST_F(SavedProfilesTest, nothingIsReadBeforeSomebodyAsks) {
     saved.tellChanged();
     EXPECT_EQ(disk.listings(), 0);
     EXPECT_TRUE(saved.known().profiles.isEmpty());
+    EXPECT_FALSE(saved.wasRead());
 }
 
 TEST_F(SavedProfilesTest, areReadOnceForAllWhoAsk) {
@@ -48,6 +49,7 @@ TEST_F(SavedProfilesTest, areReadOnceForAllWhoAsk) {
     EXPECT_EQ(namesOf(listed().profiles), (QStringList{u"Club"_s, u"Live"_s}));
     EXPECT_EQ(disk.listings(), 1);
     EXPECT_EQ(changes, 1);
+    EXPECT_TRUE(saved.wasRead());
 }
 
 TEST_F(SavedProfilesTest, areReadOncePerChange) {
@@ -107,6 +109,7 @@ TEST_F(SavedProfilesTest, aQuitEndsTheReadingHalfWay) {
     processEventsUntil([&coming] { return coming.isFinished(); });
     processEventsUntil([this] { return tasks.count() == 0; });
     EXPECT_LT(coming.result().profiles.size(), 392);
+    EXPECT_FALSE(saved.wasRead());
 }
 
 } // namespace quorvane

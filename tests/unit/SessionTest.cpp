@@ -67,7 +67,7 @@ TEST_F(SessionTest, withoutALockItNeverLooksForOne) {
         commands,    scripts, files, preferences, machine,    propertyLists, bundles,
         permissions, cloud,   clock, keychain,    biometrics, displays,      systemNotifications};
     const auto makeLabel = [this](SystemManager&) { return std::make_unique<RecordingLabel>(steps); };
-    Session unlocked(withPreferences, SessionParts{std::make_unique<OpenGate>(), makeLabel, [] {}});
+    Session unlocked(withPreferences, SessionParts{[] { return std::make_unique<OpenGate>(); }, makeLabel, [] {}});
     RecordingListener terminal(steps, alerts, unlocked.scans);
     const UnifiedProfile profile = numberedProfile(1, u"Live"_s);
     EXPECT_TRUE(ending(unlocked.profileActions.review(profile, terminal)).wasCarriedOut);

@@ -191,6 +191,7 @@ TEST_F(WallpaperOverlay, isBroughtUpToDateAtTheStart) {
     takeTrace();
     atStart(u"Studio"_s);
     EXPECT_EQ(takeTrace(), labelled(u"Studio"_s, 2));
+    EXPECT_FALSE(defaults.values.contains(kQuorvaneLastAppliedProfileName)) << "nothing was applied";
 }
 
 TEST_F(WallpaperOverlay, staysAwayAtTheStartWhileDefaultStandsThere) {

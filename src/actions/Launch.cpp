@@ -1,0 +1,58 @@
+#include "actions/Launch.h"
+
+#include "actions/Session.h"
+#include "appearance/AppearanceManager.h"
+#include "lock/LockManager.h"
+#include "platform/Clock.h"
+
+#include <QCoroFuture>
+#include <QCoroTask>
+
+#include <utility>
+
+namespace quorvane {
+
+using namespace Qt::StringLiterals;
+
+Launch::Launch(const Parts& parts)
+    : m_parts(parts)
+    , m_baselinePrompt(
+          {parts.clock, parts.session.tasks, parts.session.turnstile, parts.session.scans, parts.session.activeProfile,
+           parts.lock, parts.session.system.masterBaselines()},
+          [parts] { parts.session.tasks.start(parts.session.systemActions.offerMasterBaseline(parts.listener)); }) {}
+
+void Launch::windowAppeared() {
+    m_parts.appearance.applyAppearance();
+    m_parts.lock.lockIfEnabled();
+    m_parts.session.system.log(u"Ready."_s);
+    m_parts.session.system.log(u"Excluded keywords: ableton, logic, vst, plugin, traktor, serato, rekordbox"_s);
+    m_baselinePrompt.windowAppeared();
+}
+
+void Launch::windowPainted() {
+    m_parts.session.savedProfiles.readAnew();
+    m_parts.session.savedProfiles.list();
+    if (!std::exchange(m_hasLookedAround, true)) {
+        m_parts.session.tasks.start(lookAround());
+    }
+}
+
+void Launch::windowClosed() {
+    m_baselinePrompt.windowClosed();
+}
+
+/// Each begins in a turn of its own, so that the window answers in between.
+QCoro::Task<void> Launch::lookAround() {
+    using Refresh = SystemManager::StartupRefresh;
+    Session& session = m_parts.session;
+    constexpr std::chrono::milliseconds oneTurn(0);
+    session.scans.request();
+    co_await m_parts.clock.sleepFor(oneTurn);
+    session.tasks.start(session.system.discoverStartupItems(Refresh::UseCache));
+    co_await m_parts.clock.sleepFor(oneTurn);
+    session.tasks.start(session.label->updateAtStart({}));
+    co_await m_parts.clock.sleepFor(oneTurn);
+    session.system.performanceApplications();
+}
+
+} // namespace quorvane

@@ -1,0 +1,65 @@
+#include "actions/WindowListener.h"
+
+#include "actions/ApplyReviewCoordinator.h"
+#include "actions/MasterBaselineOffer.h"
+#include "actions/Tasks.h"
+#include "system/SystemManager.h"
+
+#include <QCoroTask>
+
+#include <utility>
+
+namespace quorvane {
+
+WindowListener::WindowListener(const Parts& parts, QObject* parent)
+    : QObject(parent)
+    , AlertingListener(parts.alerts, parts.scans)
+    , m_parts(parts) {}
+
+QCoro::Task<bool> WindowListener::review(Review review) {
+    return m_parts.reviews.review(std::move(review));
+}
+
+QCoro::Task<void> WindowListener::showResult(ResultPanel panel) {
+    return m_parts.reviews.showResult(std::move(panel));
+}
+
+void WindowListener::withdrawReview() {
+    m_parts.reviews.withdrawReview();
+}
+
+void WindowListener::showOffer(std::shared_ptr<MasterBaselineOffer> offer) {
+    if (m_isShutDown) {
+        offer->end();
+        return;
+    }
+    m_offer = std::move(offer);
+    connect(m_offer.get(), &MasterBaselineOffer::ended, this, [this] {
+        m_offer.reset();
+        Q_EMIT offerChanged();
+    });
+    Q_EMIT offerChanged();
+}
+
+QCoro::Task<void> WindowListener::readAnew(Anew what) {
+    co_await AlertingListener::readAnew(what);
+    if (what.startupItems) {
+        m_parts.tasks.start(m_parts.system.discoverStartupItems(SystemManager::StartupRefresh::Force));
+    }
+    if (what.snapshot) {
+        Q_EMIT snapshotChanged();
+    }
+    if (what.backups) {
+        Q_EMIT backupsChanged();
+    }
+}
+
+void WindowListener::shutDown() {
+    m_isShutDown = true;
+    m_parts.reviews.shutDown();
+    if (const std::shared_ptr<MasterBaselineOffer> offer = m_offer) {
+        offer->end();
+    }
+}
+
+} // namespace quorvane

@@ -1,0 +1,49 @@
+#include "actions/WindowTexts.h"
+
+#include "actions/ActiveProfile.h"
+#include "core/OneLine.h"
+
+namespace quorvane {
+
+using namespace Qt::StringLiterals;
+
+// ---- The frame
+
+QString windowTitle(const ActiveConfiguration& active) {
+    const QString name = active.isSavedProfile ? active.name : active.current.name;
+    if (name.isEmpty() || isDefaultProfileName(name)) {
+        return u"Quorvane"_s;
+    }
+    return u"Quorvane — "_s + nameOnOneLine(name);
+}
+
+const QList<TabText>& tabTexts() {
+    static const QList<TabText> texts{
+        {Tab::performance, u"Performance"_s, u"gauge.medium.badge.plus"_s, u"Optimization"_s},
+        {Tab::logs, u"Logs"_s, u"doc.text.fill"_s, u"Diagnostics"_s},
+    };
+    return texts;
+}
+
+// ---- While the program is busy
+
+QString waitingText(bool isBusy, const QString& busyMessage, bool isVerifying) {
+    if (isBusy && !busyMessage.isEmpty()) {
+        return busyMessage;
+    }
+    return isVerifying ? u"Verifying system settings…"_s : u"Please wait…"_s;
+}
+
+// ---- The baseline prompt
+
+const QStringList& baselinePromptPoints() {
+    static const QStringList points{
+        u"Stored permanently in iCloud when available"_s,
+        u"Falls back to ~/.quorvane when iCloud is unavailable"_s,
+        u"Never removed automatically"_s,
+        u"Updated only when you manually save a new restore baseline"_s,
+    };
+    return points;
+}
+
+} // namespace quorvane

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+// What the window's frame, its overlays and its sheets say. Texts are plain.
+namespace quorvane {
+
+struct ActiveConfiguration;
+
+// ---- The frame
+
+/// "Quorvane — Live".
+QString windowTitle(const ActiveConfiguration& active);
+
+enum class Tab { performance, logs };
+
+/// A tab in the sidebar.
+struct TabText {
+    Tab tab = Tab::performance;
+    QString text;
+    QString symbol; ///< of the system's symbol font
+    QString group;
+
+    bool operator==(const TabText&) const = default;
+};
+
+/// All tabs in their order. Those of one group stand together.
+const QList<TabText>& tabTexts();
+
+inline const QString kNoLogMessages =
+    QStringLiteral("No log messages yet. Run an optimization or maintenance task to see output here.");
+
+// ---- While the program is busy
+
+QString waitingText(bool isBusy, const QString& busyMessage, bool isVerifying);
+inline const QString kWaitingHint = QStringLiteral("This may take a moment.");
+
+// ---- The baseline prompt
+
+inline const QString kBaselinePromptTitle = QStringLiteral("Create Master System Baseline");
+inline const QString kBaselinePromptText =
+    QStringLiteral("Quorvane can capture your Mac’s current system settings as a protected master restore baseline.");
+const QStringList& baselinePromptPoints();
+inline const QString kBaselinePromptSaving = QStringLiteral("Capturing your current system settings…");
+inline const QString kBaselinePromptFailed =
+    QStringLiteral("The baseline could not be saved. Check the Logs tab for details.");
+inline const QString kNotNow = QStringLiteral("Not Now");
+inline const QString kCreateMasterBaseline = QStringLiteral("Create Master Baseline");
+
+// ---- The review. What it is about brings its own texts along.
+
+inline const QString kPreparingReview = QStringLiteral("Preparing review…");
+inline const QString kClose = QStringLiteral("Close");
+inline const QString kDone = QStringLiteral("Done");
+
+} // namespace quorvane

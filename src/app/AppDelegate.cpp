@@ -1,0 +1,167 @@
+#include "app/AppDelegate.h"
+
+#include "actions/ActionTexts.h"
+#include "lock/LockManager.h"
+#include "platform/Clock.h"
+#include "platform/SystemLook.h"
+#include "ui/QuorvaneStyle.h"
+#include "ui/menu/StatusItem.h"
+#include "ui/window/MainWindow.h"
+#include "wallpaper/WallpaperProfileOverlay.h"
+
+#include <QApplication>
+#include <QEvent>
+
+#include <QCoroFuture>
+
+#include <utility>
+
+namespace quorvane {
+
+AppDelegate::AppDelegate(const AppParts& parts)
+    : m_parts(parts)
+    , m_appearance(m_windowAppearance, parts.look, parts.host.defaults)
+    , m_alerts(m_workspace, [this] { return m_opener.mainWindow(); })
+    , m_session(parts.host, sessionParts())
+    , m_reviews({m_workspace, parts.host.clock, m_session.tasks, m_session.turnstile, m_session.profileActions,
+                 m_session.tweakActions, m_session.systemActions})
+    , m_listener({m_alerts, m_session.scans, m_reviews, m_session.system, m_session.tasks})
+    , m_launch({m_session, parts.host.clock, m_appearance, *m_lock, m_listener})
+    , m_environment{m_session, *m_lock, m_appearance, m_reviews, m_listener, m_workspace, parts.host.clock}
+    , m_opener(m_environment) {
+    m_reviews.ensureMainWindowVisible = [this] { m_opener.ensureMainWindowVisible(); };
+    connectLook();
+    connectWindow();
+    connectEnds();
+}
+
+AppDelegate::~AppDelegate() = default;
+
+SessionParts AppDelegate::sessionParts() {
+    const auto makeGate = [this] {
+        const Host& host = m_parts.host;
+        auto lock = std::make_unique<LockManager>(host.keychain, host.biometrics, m_alerts.ofLock(), m_workspace,
+                                                  host.defaults);
+        m_lock = lock.get();
+        connect(m_lock, &LockManager::isUnlockedChanged, this, [this] { m_alerts.setLocked(!m_lock->isUnlocked()); });
+        m_alerts.setLocked(!m_lock->isUnlocked());
+        return lock;
+    };
+    const auto makeLabel = [this](SystemManager& system) {
+        const Host& host = m_parts.host;
+        const WallpaperPorts ports{host.files, host.machine, host.displays, host.defaults, host.notifications};
+        auto overlay = std::make_unique<WallpaperProfileOverlay>(ports);
+        overlay->follow(system);
+        return overlay;
+    };
+    return {makeGate, makeLabel, m_parts.shutDownHost};
+}
+
+// ---- Launch
+
+void AppDelegate::applicationDidFinishLaunching() {
+    applyLook();
+    m_menuBar = std::make_unique<MenuBarManager>(m_parts.statusItem, m_alerts.ofLock());
+    m_menuBar->configureManagers(m_session, m_listener);
+    connect(m_menuBar.get(), &MenuBarManager::windowRequested, this, &AppDelegate::openWindow);
+    connect(m_menuBar.get(), &MenuBarManager::quitRequested, this, &AppDelegate::requestQuit);
+    openWindow();
+}
+
+void AppDelegate::openWindow() {
+    if (!m_isQuitting) {
+        m_opener.ensureMainWindowVisible();
+    }
+}
+
+void AppDelegate::connectWindow() {
+    connect(&m_opener, &MainWindowOpener::windowMade, this, [this](MainWindow* window) {
+        window->installEventFilter(this);
+        connect(window, &MainWindow::painted, this, [this] { m_launch.windowPainted(); });
+        connect(window, &MainWindow::quitRequested, this, &AppDelegate::requestQuit);
+        m_launch.windowAppeared();
+    });
+    connect(&m_opener, &MainWindowOpener::windowClosed, this, [this] { m_launch.windowClosed(); });
+    connect(&m_listener, &WindowListener::snapshotChanged, &m_session.snapshotStatus, &SnapshotStatus::readAnew);
+}
+
+void AppDelegate::connectLook() {
+    connect(&m_appearance, &AppearanceManager::appearanceChanged, this, &AppDelegate::applyLook);
+}
+
+void AppDelegate::applyLook() {
+    auto* const style = qobject_cast<QuorvaneStyle*>(QApplication::style());
+    const Look look{m_appearance.scheme(), m_appearance.reducesMotion(), m_appearance.increasesContrast()};
+    if (style != nullptr) {
+        style->setLook(look);
+    } else {
+        QApplication::setStyle(new QuorvaneStyle(look));
+    }
+}
+
+// ---- End
+
+void AppDelegate::connectEnds() {
+    // A change of focus among the program's own windows is none of these.
+    connect(qGuiApp, &QGuiApplication::applicationStateChanged, this, [this](Qt::ApplicationState state) {
+        if (state != Qt::ApplicationActive) {
+            m_lock->applicationWillResignActive();
+        }
+    });
+    connect(qGuiApp, &QGuiApplication::commitDataRequest, this, &AppDelegate::quit, Qt::DirectConnection);
+    qGuiApp->installEventFilter(this);
+}
+
+bool AppDelegate::applicationShouldTerminateAfterLastWindowClosed() const {
+    return !m_parts.statusItem.isShown();
+}
+
+bool AppDelegate::eventFilter(QObject* watched, QEvent* event) {
+    const bool quits = watched == qGuiApp && event->type() == QEvent::Quit;
+    const bool closesLast = watched == m_opener.mainWindow() && event->type() == QEvent::Close &&
+                            applicationShouldTerminateAfterLastWindowClosed();
+    if ((quits || closesLast) && !m_isQuitting) {
+        event->ignore();
+        requestQuit();
+        return true;
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+void AppDelegate::requestQuit() {
+    if (!m_session.system.isBusy()) {
+        quit();
+    } else if (!std::exchange(m_isAskingToQuit, true)) {
+        m_session.tasks.start(askAndQuit());
+    }
+}
+
+QCoro::Task<void> AppDelegate::askAndQuit() {
+    const Alert question = quitQuestion(m_session.system.busyMessage());
+    const int pressed = co_await m_alerts.ofLock().present(question);
+    m_isAskingToQuit = false;
+    if (pressed != question.cancelButton) {
+        quit();
+    }
+}
+
+void AppDelegate::quit() {
+    if (!std::exchange(m_isQuitting, true)) {
+        m_ending = terminate();
+    }
+}
+
+/// In a turn of its own: who wants it is in the midst of something, mostly of an event of what goes.
+QCoro::Task<void> AppDelegate::terminate() {
+    constexpr std::chrono::milliseconds oneTurn(0);
+    co_await m_parts.host.clock.sleepFor(oneTurn);
+    Q_EMIT willTerminate();
+    m_session.system.clearAdminAuthorization();
+    m_opener.shutDown();
+    m_alerts.shutDown();
+    m_listener.shutDown();
+    co_await m_session.shutDown();
+    Q_EMIT terminated();
+}
+
+} // namespace quorvane

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "platform/simulated/PasswordAttempts.h"
+#include "simulator/Machine.h"
+
+#include <QDialog>
+
+class QLineEdit;
+
+namespace quorvane {
+
+class TextLabel;
+
+/// The dialog in which a simulated Mac asks for its administrator's password. It says in small letters that this is a simulated
+/// Mac, and the password.
+class AuthorizationDialog final : public QDialog {
+    Q_OBJECT
+
+public:
+    /// @param prompt  what the script says that it is for
+    AuthorizationDialog(const QString& prompt, const macsim::Machine& machine);
+
+    /// The Cancel button.
+    void reject() override;
+
+Q_SIGNALS:
+    /// Once.
+    void answered(macsim::Authorization authorization);
+
+private:
+    void submit();
+    void end(macsim::Authorization authorization);
+
+    PasswordAttempts m_attempts;
+    QLineEdit* m_password;
+    TextLabel* m_error;
+    bool m_isAnswered = false;
+};
+
+} // namespace quorvane

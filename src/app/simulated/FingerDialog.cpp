@@ -1,0 +1,69 @@
+#include "app/simulated/FingerDialog.h"
+
+#include "ui/pieces/AppButtons.h"
+#include "ui/pieces/SymbolView.h"
+
+#include <QHBoxLayout>
+#include <QVBoxLayout>
+
+#include <utility>
+
+namespace quorvane {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int kFinger = 44;
+constexpr int kFingerText = 300;
+
+TextLabel* fingerText(TextStyle style, TextTone tone, const QString& text) {
+    auto* const label = new TextLabel(style, nullptr, tone);
+    label->setText(text);
+    label->setFixedWidth(kFingerText);
+    label->setAlignment(Qt::AlignCenter);
+    return label;
+}
+
+} // namespace
+
+FingerDialog::FingerDialog(const QString& reason) {
+    setWindowModality(Qt::ApplicationModal);
+    setWindowTitle(u"Quorvane"_s);
+    setAccessibleName(reason);
+    auto* const column = new QVBoxLayout(this);
+    column->setContentsMargins(Theme::kGap24, Theme::kGap24, Theme::kGap24, Theme::kGap16);
+    column->setSpacing(Theme::kGap8);
+    column->setSizeConstraint(QLayout::SetFixedSize);
+    column->addWidget(new SymbolView(u"touchid"_s, kFinger, nullptr, TextTone::Danger), 0, Qt::AlignHCenter);
+    column->addWidget(fingerText(TextStyle::SectionTitle, TextTone::Normal, reason));
+    column->addWidget(fingerText(TextStyle::Secondary, TextTone::Secondary,
+                                 u"This is a simulated Mac. Choose which finger touches its sensor."_s));
+    auto* const buttons = new QHBoxLayout;
+    buttons->setSpacing(Theme::kGap8);
+    auto* const cancel = new AppSecondaryButton(u"Cancel"_s);
+    auto* const other = new AppSecondaryButton(u"Another Finger"_s);
+    auto* const own = new AppPrimaryButton(u"Enrolled Finger"_s);
+    for (QPushButton* const button : std::initializer_list<QPushButton*>{cancel, other, own}) {
+        buttons->addWidget(button);
+    }
+    column->addLayout(buttons);
+    connect(cancel, &QPushButton::clicked, this, &FingerDialog::reject);
+    connect(other, &QPushButton::clicked, this, [this] { end(BiometricAnswer::Refuse); });
+    connect(own, &QPushButton::clicked, this, [this] { end(BiometricAnswer::Accept); });
+    own->setFocus();
+}
+
+void FingerDialog::reject() {
+    end(BiometricAnswer::Cancel);
+}
+
+void FingerDialog::end(BiometricAnswer answer) {
+    if (!std::exchange(m_isAnswered, true)) {
+        hide();
+        deleteLater();
+        Q_EMIT answered(answer);
+    }
+}
+
+} // namespace quorvane

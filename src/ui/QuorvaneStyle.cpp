@@ -1,0 +1,261 @@
+#include "ui/QuorvaneStyle.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QPainter>
+#include <QPushButton>
+#include <QStyleOption>
+#include <QVariant>
+
+#include <algorithm>
+
+namespace quorvane {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr const char* kDestructive = "quorvaneDestructive";
+constexpr int kScrollBarWidth = 12;
+constexpr int kScrollBarMargin = 3;
+constexpr int kShortestSlider = 32;
+
+bool showsFocus(const QStyleOption& option) {
+    return option.state.testFlag(QStyle::State_HasFocus) && option.state.testFlag(QStyle::State_KeyboardFocusChange);
+}
+
+QRectF insideLine(const QRect& rect) {
+    return QRectF(rect).adjusted(0.5, 0.5, -0.5, -0.5);
+}
+
+} // namespace
+
+QuorvaneStyle::QuorvaneStyle(const Look& look)
+    : QProxyStyle(u"fusion"_s)
+    , m_theme(look) {}
+
+void QuorvaneStyle::setLook(const Look& look) {
+    if (look == m_theme.look()) {
+        return;
+    }
+    m_theme = Theme(look);
+    QApplication::setPalette(m_theme.palette());
+    for (QWidget* const widget : QApplication::allWidgets()) {
+        QEvent changed(QEvent::StyleChange);
+        QApplication::sendEvent(widget, &changed);
+    }
+}
+
+void QuorvaneStyle::polish(QApplication* application) {
+    QProxyStyle::polish(application);
+    QApplication::setPalette(m_theme.palette());
+    QApplication::setFont(m_theme.font(TextStyle::Body));
+}
+
+void QuorvaneStyle::polish(QWidget* widget) {
+    QProxyStyle::polish(widget);
+    if (qobject_cast<QAbstractButton*>(widget) != nullptr) {
+        widget->setAttribute(Qt::WA_Hover);
+    }
+}
+
+void QuorvaneStyle::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                                const QWidget* widget) const {
+    if (element == CE_PushButton) {
+        drawPushButton(*option, *painter, widget);
+    } else {
+        QProxyStyle::drawControl(element, option, painter, widget);
+    }
+}
+
+void QuorvaneStyle::drawPushButton(const QStyleOption& option, QPainter& painter, const QWidget* widget) const {
+    const auto* const button = qstyleoption_cast<const QStyleOptionButton*>(&option);
+    if (button == nullptr) {
+        return;
+    }
+    const bool isEnabled = widget == nullptr || looksEnabled(widget);
+    const bool isFilled = button->features.testFlag(QStyleOptionButton::DefaultButton) && isEnabled;
+    const QRectF frame = insideLine(button->rect.adjusted(2, 2, -2, -2));
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(isFilled ? QPen(Qt::NoPen) : QPen(m_theme.fieldBorder, 1));
+    painter.setBrush(isFilled ? m_theme.selection : m_theme.field);
+    painter.drawRoundedRect(frame, Theme::kFieldRadius, Theme::kFieldRadius);
+    if (button->state.testFlag(State_Sunken)) {
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(m_theme.pressed);
+        painter.drawRoundedRect(frame, Theme::kFieldRadius, Theme::kFieldRadius);
+    }
+    QColor ink = isEnabled ? m_theme.text : m_theme.disabledText;
+    if (isFilled) {
+        ink = m_theme.onAccent;
+    } else if (isEnabled && isDestructive(widget)) {
+        ink = m_theme.danger;
+    }
+    painter.setPen(ink);
+    painter.drawText(button->rect, Qt::AlignCenter | Qt::TextShowMnemonic | Qt::TextHideMnemonic, button->text);
+    if (showsFocus(*button)) {
+        drawFocusRing(painter, m_theme, frame, Theme::kFieldRadius);
+    }
+    painter.restore();
+}
+
+void QuorvaneStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                                  const QWidget* widget) const {
+    switch (element) {
+    case PE_FrameFocusRect:
+        if (showsFocus(*option)) {
+            drawFocusRing(*painter, m_theme, QRectF(option->rect).adjusted(2, 2, -2, -2), Theme::kFieldRadius);
+        }
+        return;
+    case PE_PanelLineEdit: {
+        const QRectF frame = insideLine(option->rect.adjusted(2, 2, -2, -2));
+        painter->save();
+        painter->setRenderHint(QPainter::Antialiasing);
+        painter->setPen(m_theme.fieldBorder);
+        painter->setBrush(m_theme.field);
+        painter->drawRoundedRect(frame, Theme::kFieldRadius, Theme::kFieldRadius);
+        if (option->state.testFlag(State_HasFocus)) {
+            drawFocusRing(*painter, m_theme, frame, Theme::kFieldRadius);
+        }
+        painter->restore();
+        return;
+    }
+    case PE_FrameLineEdit:
+        return;
+    default:
+        QProxyStyle::drawPrimitive(element, option, painter, widget);
+    }
+}
+
+void QuorvaneStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option, QPainter* painter,
+                                       const QWidget* widget) const {
+    if (control != CC_ScrollBar) {
+        QProxyStyle::drawComplexControl(control, option, painter, widget);
+        return;
+    }
+    drawScrollBar(*option, subControlRect(CC_ScrollBar, option, SC_ScrollBarSlider, widget), *painter);
+}
+
+/// Only the slider, as a round bar.
+void QuorvaneStyle::drawScrollBar(const QStyleOption& option, const QRect& slider, QPainter& painter) const {
+    const auto* const bar = qstyleoption_cast<const QStyleOptionSlider*>(&option);
+    if (bar == nullptr || bar->minimum == bar->maximum) {
+        return;
+    }
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    QColor ink = m_theme.text;
+    ink.setAlphaF(bar->state.testFlag(State_MouseOver) ? 0.5F : 0.3F);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(ink);
+    const QRectF body =
+        QRectF(slider).adjusted(kScrollBarMargin, kScrollBarMargin, -kScrollBarMargin, -kScrollBarMargin);
+    const double radius = std::min(body.width(), body.height()) / 2;
+    painter.drawRoundedRect(body, radius, radius);
+    painter.restore();
+}
+
+/// No arrows at the ends.
+QRect QuorvaneStyle::subControlRect(ComplexControl control, const QStyleOptionComplex* option, SubControl part,
+                                    const QWidget* widget) const {
+    const auto* const bar = control == CC_ScrollBar ? qstyleoption_cast<const QStyleOptionSlider*>(option) : nullptr;
+    if (bar == nullptr) {
+        return QProxyStyle::subControlRect(control, option, part, widget);
+    }
+    const bool isVertical = bar->orientation == Qt::Vertical;
+    const int length = isVertical ? bar->rect.height() : bar->rect.width();
+    const int range = bar->maximum - bar->minimum;
+    const auto proportional =
+        static_cast<int>(static_cast<qint64>(length) * bar->pageStep / std::max(1, range + bar->pageStep));
+    const int size = range > 0 ? std::min(length, std::max(kShortestSlider, proportional)) : length;
+    const int start =
+        sliderPositionFromValue(bar->minimum, bar->maximum, bar->sliderPosition, length - size, bar->upsideDown);
+    const auto along = [&](int from, int extent) {
+        return isVertical ? QRect(bar->rect.x(), bar->rect.y() + from, bar->rect.width(), extent)
+                          : QRect(bar->rect.x() + from, bar->rect.y(), extent, bar->rect.height());
+    };
+    switch (part) {
+    case SC_ScrollBarSlider:
+        return along(start, size);
+    case SC_ScrollBarGroove:
+        return bar->rect;
+    case SC_ScrollBarSubPage:
+        return along(0, start);
+    case SC_ScrollBarAddPage:
+        return along(start + size, length - start - size);
+    default:
+        return {};
+    }
+}
+
+QSize QuorvaneStyle::sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& contents,
+                                      const QWidget* widget) const {
+    if (type == CT_PushButton) {
+        // Two pixels on each side are the ring's.
+        return {std::max(contents.width() + 2 * Theme::kGap16, Theme::kButtonWidth) + 4,
+                std::max(contents.height() + Theme::kGap8, Theme::kButtonHeight) + 4};
+    }
+    const QSize size = QProxyStyle::sizeFromContents(type, option, contents, widget);
+    if (type == CT_LineEdit) {
+        return {size.width() + Theme::kGap8, std::max(size.height() + Theme::kGap8, Theme::kButtonHeight + 4)};
+    }
+    return size;
+}
+
+int QuorvaneStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const {
+    switch (metric) {
+    case PM_ScrollBarExtent:
+        return kScrollBarWidth;
+    case PM_ScrollView_ScrollBarSpacing:
+    case PM_ButtonShiftHorizontal:
+    case PM_ButtonShiftVertical:
+        return 0;
+    case PM_SplitterWidth:
+        return 1;
+    case PM_DefaultFrameWidth:
+        return qobject_cast<const QAbstractButton*>(widget) != nullptr
+                   ? 0
+                   : QProxyStyle::pixelMetric(metric, option, widget);
+    default:
+        return QProxyStyle::pixelMetric(metric, option, widget);
+    }
+}
+
+int QuorvaneStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                             QStyleHintReturn* answer) const {
+    switch (hint) {
+    case SH_Widget_Animation_Duration: // Fusion would keep a timer for each scroll bar
+    case SH_UnderlineShortcut:
+    case SH_DialogButtonBox_ButtonsHaveIcons:
+    case SH_ScrollBar_Transient:
+        return 0;
+    case SH_ScrollBar_LeftClickAbsolutePosition:
+        return 1;
+    default:
+        return QProxyStyle::styleHint(hint, option, widget, answer);
+    }
+}
+
+void setDestructive(QWidget* button, bool isDestructive) {
+    button->setProperty(kDestructive, isDestructive);
+}
+
+bool isDestructive(const QWidget* button) {
+    return button != nullptr && button->property(kDestructive).toBool();
+}
+
+void drawFocusRing(QPainter& painter, const Theme& theme, const QRectF& around, double radius) {
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(theme.focusRing, Theme::kFocusRing));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(around.adjusted(-1, -1, 1, 1), radius + 1, radius + 1);
+    painter.restore();
+}
+
+bool looksEnabled(const QWidget* widget) {
+    return widget->isEnabled() || !widget->testAttribute(Qt::WA_ForceDisabled);
+}
+
+} // namespace quorvane

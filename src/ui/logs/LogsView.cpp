@@ -1,0 +1,75 @@
+#include "ui/logs/LogsView.h"
+
+#include "actions/Session.h"
+#include "actions/WindowTexts.h"
+#include "core/OneLine.h"
+#include "ui/Theme.h"
+#include "ui/ViewEnvironment.h"
+#include "ui/logs/LogHighlighter.h"
+
+#include <QEvent>
+#include <QPlainTextEdit>
+#include <QVBoxLayout>
+
+namespace quorvane {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// The lines of a message as they may be shown.
+QString plainLines(const QString& message) {
+    QStringList lines;
+    for (const QString& line : message.split(u'\n')) {
+        lines.append(onOneLine(line));
+    }
+    return lines.join(u'\n');
+}
+
+} // namespace
+
+LogsView::LogsView(const ViewEnvironment& environment, QWidget* parent)
+    : QWidget(parent)
+    , m_list(new QPlainTextEdit) {
+    auto* const layout = new QVBoxLayout(this);
+    layout->setContentsMargins(Theme::kGap24, Theme::kGap24, Theme::kGap24, Theme::kGap24);
+    layout->addWidget(m_list);
+    m_list->setReadOnly(true);
+    m_list->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    m_list->setFrameShape(QFrame::NoFrame);
+    m_list->setPlaceholderText(kNoLogMessages);
+    m_list->setUndoRedoEnabled(false);
+    m_list->setTabChangesFocus(true);
+    m_list->setAccessibleName(u"Log"_s);
+    m_list->setAccessibleDescription(kNoLogMessages);
+    new LogHighlighter(*m_list);
+    takeTheme();
+    const SystemManager& system = environment.session.system;
+    append(system.logMessages().join(u'\n'));
+    connect(&system, &SystemManager::messageLogged, this, &LogsView::append);
+}
+
+/// The text edit follows its end as long as the user hasn't scrolled away from it.
+void LogsView::append(const QString& message) {
+    if (!message.isEmpty()) {
+        m_list->appendPlainText(plainLines(message));
+        m_list->setAccessibleDescription({});
+    }
+}
+
+void LogsView::takeTheme() {
+    const Theme& theme = themeOf(this);
+    m_list->setFont(theme.font(TextStyle::Fixed));
+    QPalette palette = theme.palette();
+    palette.setColor(QPalette::Base, theme.card);
+    m_list->setPalette(palette);
+}
+
+void LogsView::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::StyleChange) {
+        takeTheme();
+    }
+}
+
+} // namespace quorvane

@@ -1,0 +1,27 @@
+#include "ui/performance/PerformanceEmptyState.h"
+
+#include "ui/pieces/SymbolView.h"
+
+#include <QVBoxLayout>
+
+namespace quorvane {
+
+namespace {
+
+constexpr int kEmptySymbol = 28;
+
+} // namespace
+
+PerformanceEmptyState::PerformanceEmptyState(const QString& icon, const QString& message, QWidget* parent)
+    : QWidget(parent) {
+    auto* const layout = new QVBoxLayout(this);
+    layout->setContentsMargins(Theme::kGap24, Theme::kGap24, Theme::kGap24, Theme::kGap24);
+    layout->setSpacing(Theme::kGap8);
+    auto* const text = new TextLabel(TextStyle::Body, nullptr, TextTone::Secondary);
+    text->setText(message);
+    text->setAlignment(Qt::AlignCenter);
+    layout->addWidget(new SymbolView(icon, kEmptySymbol, nullptr, TextTone::Secondary), 0, Qt::AlignHCenter);
+    layout->addWidget(text);
+}
+
+} // namespace quorvane

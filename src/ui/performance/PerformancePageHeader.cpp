@@ -1,0 +1,37 @@
+#include "ui/performance/PerformancePageHeader.h"
+
+#include "ui/pieces/SymbolButton.h"
+#include "ui/pieces/SymbolView.h"
+
+#include <QHBoxLayout>
+#include <QVBoxLayout>
+
+namespace quorvane {
+
+using namespace Qt::StringLiterals;
+
+PerformancePageHeader::PerformancePageHeader(const RowText& text, QWidget* parent)
+    : QWidget(parent) {
+    auto* const column = new QVBoxLayout(this);
+    column->setContentsMargins(Theme::kGap24, Theme::kGap16, Theme::kGap24, 0);
+    column->setSpacing(Theme::kGap8);
+    auto* const back = new SymbolButton(u"chevron.left"_s, u"Performance"_s);
+    auto* const titleRow = new QHBoxLayout;
+    titleRow->setSpacing(Theme::kGap12);
+    auto* const texts = new QVBoxLayout;
+    texts->setSpacing(0);
+    auto* const title = new TextLabel(TextStyle::PageTitle);
+    auto* const subtitle = new TextLabel(TextStyle::Secondary, nullptr, TextTone::Secondary);
+    title->setText(text.title);
+    subtitle->setText(text.subtitle);
+    texts->addWidget(title);
+    texts->addWidget(subtitle);
+    titleRow->addWidget(new PerformanceSymbolBadge(text.symbol, BadgeColor::Grey));
+    titleRow->addLayout(texts, 1);
+    column->addWidget(back, 0, Qt::AlignLeft);
+    column->addLayout(titleRow);
+    setFocusProxy(back);
+    connect(back, &QPushButton::clicked, this, &PerformancePageHeader::backRequested);
+}
+
+} // namespace quorvane

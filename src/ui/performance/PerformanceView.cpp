@@ -1,0 +1,42 @@
+#include "ui/performance/PerformanceView.h"
+
+#include "actions/Session.h"
+#include "ui/ViewEnvironment.h"
+#include "ui/performance/PerformanceMainPage.h"
+#include "ui/performance/TweaksPage.h"
+#include "ui/window/IdleGuard.h"
+
+namespace quorvane {
+
+PerformanceView::PerformanceView(const ViewEnvironment& environment, QWidget* parent)
+    : QStackedWidget(parent)
+    , m_environment(environment) {
+    setCurrentPage(PerformancePage::main);
+    new IdleGuard(this, environment.session.turnstile);
+}
+
+void PerformanceView::setCurrentPage(PerformancePage page) {
+    QWidget*& widget = m_visitedPages[page];
+    const bool isFirst = count() == 0;
+    if (widget == nullptr) {
+        widget = makePage(page);
+        addWidget(widget);
+    }
+    setCurrentWidget(widget);
+    if (!isFirst) {
+        widget->setFocus(Qt::OtherFocusReason);
+    }
+}
+
+QWidget* PerformanceView::makePage(PerformancePage page) {
+    if (page == PerformancePage::tweaks) {
+        auto* const tweaks = new TweaksPage(m_environment);
+        connect(tweaks, &TweaksPage::backRequested, this, [this] { setCurrentPage(PerformancePage::main); });
+        return tweaks;
+    }
+    auto* const main = new PerformanceMainPage(m_environment);
+    connect(main, &PerformanceMainPage::tweaksRequested, this, [this] { setCurrentPage(PerformancePage::tweaks); });
+    return main;
+}
+
+} // namespace quorvane

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QHash>
+#include <QStackedWidget>
+
+namespace quorvane {
+
+struct ViewEnvironment;
+
+/// The pages of the performance tab.
+enum class PerformancePage { main, tweaks };
+
+/// The performance tab: its main page, and those that a row of it leads to. A page is made when it is visited first, and then
+/// kept.
+class PerformanceView : public QStackedWidget {
+    Q_OBJECT
+
+public:
+    explicit PerformanceView(const ViewEnvironment& environment, QWidget* parent = nullptr);
+
+    void setCurrentPage(PerformancePage page);
+
+private:
+    QWidget* makePage(PerformancePage page);
+
+    const ViewEnvironment& m_environment;
+    QHash<PerformancePage, QWidget*> m_visitedPages;
+};
+
+} // namespace quorvane

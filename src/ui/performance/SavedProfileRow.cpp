@@ -1,0 +1,98 @@
+#include "ui/performance/SavedProfileRow.h"
+
+#include "ui/performance/SavedProfilesModel.h"
+#include "ui/symbols/Symbols.h"
+
+#include <QFontMetrics>
+#include <QPainter>
+
+#include <algorithm>
+
+namespace quorvane {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int kDeleteButton = 28;
+constexpr int kDeleteSymbol = 15;
+constexpr int kDescriptionLines = 2; // where there is little room for a line
+
+BadgeColor tintOf(SavedProfilesModel::Kind kind) {
+    switch (kind) {
+    case SavedProfilesModel::Kind::Profile:
+        return BadgeColor::Blue;
+    case SavedProfilesModel::Kind::Unreadable:
+        return BadgeColor::Orange;
+    case SavedProfilesModel::Kind::Default:
+        break;
+    }
+    return BadgeColor::Grey;
+}
+
+} // namespace
+
+SavedProfileRow::SavedProfileRow(const SavedProfilesModel& model, QObject* parent)
+    : QStyledItemDelegate(parent)
+    , m_model(model) {}
+
+RowContent SavedProfileRow::content(const QModelIndex& index) const {
+    const ProfileRow row = m_model.row(index);
+    return {.symbol = row.text.symbol,
+            .tint = tintOf(m_model.kind(index)),
+            .title = row.text.title,
+            .description = row.text.subtitle,
+            .end = row.isInForce ? RowEnd::CheckMark : RowEnd::Nothing,
+            .mark = row.mark,
+            .isOneLined = true,
+            .isMatch = row.isInForce,
+            .controlWidth = kDeleteButton};
+}
+
+int SavedProfileRow::height(const Theme& theme, int width) const {
+    const int line = QFontMetrics(theme.font(TextStyle::Secondary)).lineSpacing();
+    const int usual = QFontMetrics(theme.font(TextStyle::RowTitle)).height() + line + 2 * Theme::kGap12;
+    const bool hasRoom = width > 40 * line; // of some eighty characters
+    return std::max(Theme::kRow, usual) + (hasRoom ? 0 : (kDescriptionLines - 1) * line);
+}
+
+QRect SavedProfileRow::deleteButton(const QRect& row, const QModelIndex& index) const {
+    if (m_model.kind(index) != SavedProfilesModel::Kind::Profile) {
+        return {};
+    }
+    return {row.right() + 1 - Theme::kGap12 - kDeleteButton, row.center().y() - kDeleteButton / 2 + 1, kDeleteButton,
+            kDeleteButton};
+}
+
+void SavedProfileRow::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const {
+    const Theme& theme = themeOf(option.widget);
+    const bool isEnabled = m_model.kind(index) != SavedProfilesModel::Kind::Unreadable;
+    const bool showsRing = option.state.testFlag(QStyle::State_HasFocus) &&
+                           option.widget->window()->testAttribute(Qt::WA_KeyboardFocusChange);
+    const bool isHovered =
+        option.state.testFlag(QStyle::State_MouseOver) && option.state.testFlag(QStyle::State_Enabled);
+    paintRow(*painter, theme, option.rect, content(index), {true, isHovered && isEnabled, false, showsRing});
+    if (const QRect button = deleteButton(option.rect, index); !button.isEmpty()) {
+        paintDeleteButton(*painter, theme, button, false);
+    }
+    painter->save();
+    painter->setPen(theme.border);
+    if (index.row() + 1 < m_model.rowCount()) {
+        painter->drawLine(option.rect.left() + rowTextLeft(content(index)), option.rect.bottom(), option.rect.right(),
+                          option.rect.bottom());
+    }
+    painter->restore();
+}
+
+QSize SavedProfileRow::sizeHint(const QStyleOptionViewItem& option, const QModelIndex&) const {
+    const int width = option.widget->width();
+    return {width, height(themeOf(option.widget), width)};
+}
+
+void paintDeleteButton(QPainter& painter, const Theme& theme, const QRect& rect, bool isHovered) {
+    const double margin = (rect.width() - kDeleteSymbol) / 2.0;
+    paintSymbol(painter, u"trash"_s, QRectF(rect).adjusted(margin, margin, -margin, -margin),
+                isHovered ? theme.danger : theme.secondaryText);
+}
+
+} // namespace quorvane

@@ -1,0 +1,169 @@
+#include "ui/performance/SavedProfilesView.h"
+
+#include "actions/PageTexts.h"
+#include "ui/QuorvaneStyle.h"
+#include "ui/performance/SavedProfilesModel.h"
+
+#include <QKeyEvent>
+#include <QPainter>
+#include <QToolButton>
+#include <QWheelEvent>
+
+namespace quorvane {
+
+namespace {
+
+/// The delete button of the row that is current, over its picture.
+class DeleteButton : public QToolButton {
+public:
+    using QToolButton::QToolButton;
+
+protected:
+    void paintEvent(QPaintEvent*) override {
+        QPainter painter(this);
+        const Theme& theme = themeOf(this);
+        painter.fillRect(rect(), theme.card);
+        paintDeleteButton(painter, theme, rect(), underMouse());
+        if (hasFocus() && window()->testAttribute(Qt::WA_KeyboardFocusChange)) {
+            drawFocusRing(painter, theme, QRectF(rect()).adjusted(2, 2, -2, -2), Theme::kFieldRadius);
+        }
+    }
+};
+
+} // namespace
+
+SavedProfilesView::SavedProfilesView(SavedProfilesModel& model, QWidget* parent)
+    : QListView(parent)
+    , m_model(model)
+    , m_row(model)
+    , m_delete(new DeleteButton(viewport())) {
+    setModel(&model);
+    setItemDelegate(&m_row);
+    setUniformItemSizes(true);
+    setFrameShape(QFrame::NoFrame);
+    setSelectionMode(QAbstractItemView::NoSelection);
+    setEditTriggers(QAbstractItemView::NoEditTriggers);
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setMouseTracking(true);
+    setTabKeyNavigation(false);
+    viewport()->setAutoFillBackground(false);
+    setAccessibleName(kSavedProfilesTitle);
+    m_delete->setAccessibleName(kDeleteProfile);
+    m_delete->setToolTip(kDeleteProfile);
+    m_delete->setFocusPolicy(Qt::StrongFocus);
+    connect(m_delete, &QAbstractButton::clicked, this, [this] { askForDeletion(currentIndex()); });
+    for (const auto signal : {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved}) {
+        connect(&model, signal, this, &SavedProfilesView::takeHeight);
+    }
+    connect(&model, &QAbstractItemModel::rowsMoved, this, &SavedProfilesView::placeDeleteButton);
+    setCurrentIndex(model.index(0));
+    takeHeight();
+}
+
+QSize SavedProfilesView::sizeHint() const {
+    return {Theme::kColumn, m_model.rowCount() * m_row.height(themeOf(this), width())};
+}
+
+QSize SavedProfilesView::minimumSizeHint() const {
+    return {Theme::kSheet / 2, sizeHint().height()};
+}
+
+void SavedProfilesView::takeHeight() {
+    setFixedHeight(sizeHint().height());
+    placeDeleteButton();
+}
+
+void SavedProfilesView::placeDeleteButton() {
+    const QRect button =
+        currentIndex().isValid() ? m_row.deleteButton(visualRect(currentIndex()), currentIndex()) : QRect();
+    m_delete->setVisible(!button.isEmpty());
+    if (!button.isEmpty()) {
+        m_delete->setGeometry(button);
+        m_delete->setAccessibleDescription(m_model.row(currentIndex()).text.title);
+    }
+}
+
+bool SavedProfilesView::isPickable(const QModelIndex& index) const {
+    return index.isValid() && m_model.kind(index) != SavedProfilesModel::Kind::Unreadable;
+}
+
+void SavedProfilesView::askForDeletion(const QModelIndex& index) {
+    if (index.isValid() && m_model.kind(index) == SavedProfilesModel::Kind::Profile) {
+        Q_EMIT deletionAsked(index);
+    }
+}
+
+void SavedProfilesView::keyPressEvent(QKeyEvent* event) {
+    switch (event->key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+    case Qt::Key_Space:
+        if (isPickable(currentIndex())) {
+            Q_EMIT picked(currentIndex());
+        }
+        return;
+    case Qt::Key_Delete:
+    case Qt::Key_Backspace:
+        askForDeletion(currentIndex());
+        return;
+    default:
+        QListView::keyPressEvent(event);
+    }
+}
+
+void SavedProfilesView::mousePressEvent(QMouseEvent* event) {
+    QListView::mousePressEvent(event);
+    const QModelIndex index = indexAt(event->position().toPoint());
+    m_pressed = index;
+    m_pressedDelete =
+        index.isValid() && m_row.deleteButton(visualRect(index), index).contains(event->position().toPoint());
+}
+
+void SavedProfilesView::mouseReleaseEvent(QMouseEvent* event) {
+    QListView::mouseReleaseEvent(event);
+    const QPoint position = event->position().toPoint();
+    const QModelIndex index = indexAt(position);
+    if (event->button() != Qt::LeftButton || !index.isValid() || m_pressed != index) {
+        return;
+    }
+    const bool isOnDelete = m_row.deleteButton(visualRect(index), index).contains(position);
+    if (m_pressedDelete && isOnDelete) {
+        askForDeletion(index);
+    } else if (!m_pressedDelete && !isOnDelete && isPickable(index)) {
+        Q_EMIT picked(index);
+    }
+}
+
+void SavedProfilesView::wheelEvent(QWheelEvent* event) {
+    event->ignore();
+}
+
+void SavedProfilesView::resizeEvent(QResizeEvent* event) {
+    QListView::resizeEvent(event);
+    takeHeight();
+}
+
+void SavedProfilesView::focusInEvent(QFocusEvent* event) {
+    QListView::focusInEvent(event);
+    if (event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason) {
+        Q_EMIT currentMoved(visualRect(currentIndex()));
+    }
+}
+
+void SavedProfilesView::changeEvent(QEvent* event) {
+    QListView::changeEvent(event);
+    if (event->type() == QEvent::StyleChange) {
+        takeHeight();
+    }
+}
+
+void SavedProfilesView::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
+    QListView::currentChanged(current, previous);
+    placeDeleteButton();
+    if (hasFocus()) {
+        Q_EMIT currentMoved(visualRect(current));
+    }
+}
+
+} // namespace quorvane

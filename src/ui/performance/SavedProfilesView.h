@@ -1,0 +1,54 @@
+#pragma once
+
+#include "ui/performance/SavedProfileRow.h"
+
+#include <QListView>
+
+class QAbstractButton;
+
+namespace quorvane {
+
+class SavedProfilesModel;
+
+/// The rows of saved profiles, as high as all of them: the page scrolls. A click, Return or Space picks a row; the Delete key
+/// and its button delete its profile.
+class SavedProfilesView : public QListView {
+    Q_OBJECT
+
+public:
+    explicit SavedProfilesView(SavedProfilesModel& model, QWidget* parent = nullptr);
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
+Q_SIGNALS:
+    void picked(const QModelIndex& index);
+    void deletionAsked(const QModelIndex& index);
+    /// The current row lies there now, in the view's coordinates.
+    void currentMoved(const QRect& row);
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
+    void scrollTo(const QModelIndex&, ScrollHint) override {} // the page does
+
+private:
+    void takeHeight();
+    void placeDeleteButton();
+    void askForDeletion(const QModelIndex& index);
+    bool isPickable(const QModelIndex& index) const;
+
+    SavedProfilesModel& m_model;
+    SavedProfileRow m_row;
+    QAbstractButton* m_delete; ///< of the current row, for keys and screen readers
+    QPersistentModelIndex m_pressed;
+    bool m_pressedDelete = false;
+};
+
+} // namespace quorvane

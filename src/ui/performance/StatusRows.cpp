@@ -1,0 +1,113 @@
+#include "ui/performance/StatusRows.h"
+
+#include "ui/pieces/Announcement.h"
+#include "ui/pieces/SymbolView.h"
+
+#include <QEvent>
+#include <QHBoxLayout>
+#include <QPainter>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace quorvane {
+
+namespace {
+
+constexpr int kStatusSymbol = 28;
+
+TextTone toneOf(StatusRow::Tone tone) {
+    switch (tone) {
+    case StatusRow::Tone::Verified:
+        return TextTone::Success;
+    case StatusRow::Tone::Warning:
+        return TextTone::Warning;
+    case StatusRow::Tone::Unknown:
+        break;
+    }
+    return TextTone::Secondary;
+}
+
+} // namespace
+
+PerformanceSystemMatchStatusRow::PerformanceSystemMatchStatusRow(QWidget* parent)
+    : QWidget(parent)
+    , m_symbol(new SymbolView({}, kStatusSymbol))
+    , m_text(new TextLabel(TextStyle::SectionTitle))
+    , m_detail(new TextLabel(TextStyle::Secondary, nullptr, TextTone::Secondary)) {
+    auto* const layout = new QHBoxLayout(this);
+    layout->setContentsMargins(Theme::kGap12, Theme::kGap12, Theme::kGap12, Theme::kGap12);
+    layout->setSpacing(Theme::kGap12);
+    auto* const texts = new QVBoxLayout;
+    texts->setSpacing(Theme::kGap4 / 2);
+    texts->addWidget(m_text);
+    texts->addWidget(m_detail);
+    layout->addWidget(m_symbol);
+    layout->addLayout(texts, 1);
+}
+
+void PerformanceSystemMatchStatusRow::setStatus(const StatusRow& status) {
+    if (status == m_status) {
+        return;
+    }
+    m_status = status;
+    m_symbol->setSymbol(status.symbol, toneOf(status.tone));
+    m_text->setText(status.text);
+    m_detail->setText(status.detail);
+    m_detail->setVisible(!status.detail.isEmpty());
+    setAccessibleDescription(status.detail);
+    announce(this, status.text);
+    update();
+}
+
+void PerformanceSystemMatchStatusRow::paintEvent(QPaintEvent*) {
+    if (m_status.tone == StatusRow::Tone::Verified) {
+        QPainter(this).fillRect(rect(), themeOf(this).matchTint);
+    }
+}
+
+InformationRow::InformationRow(QWidget* parent)
+    : QWidget(parent) {
+    QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    policy.setHeightForWidth(true);
+    setSizePolicy(policy);
+}
+
+void InformationRow::setContent(const RowContent& content) {
+    m_content = content;
+    setAccessibleName(content.title);
+    setAccessibleDescription(content.description);
+    updateGeometry();
+    update();
+}
+
+QSize InformationRow::sizeHint() const {
+    return {minimumSizeHint().width(), heightForWidth(std::max(minimumSizeHint().width(), width()))};
+}
+
+QSize InformationRow::minimumSizeHint() const {
+    return {rowMinimumWidth(themeOf(this), m_content), Theme::kSingleRow};
+}
+
+int InformationRow::heightForWidth(int width) const {
+    return rowHeight(themeOf(this), m_content, width);
+}
+
+void InformationRow::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    paintRow(painter, themeOf(this), rect(), m_content, {});
+}
+
+void InformationRow::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::StyleChange) {
+        updateGeometry();
+        update();
+    }
+}
+
+void PerformanceSnapshotStatusRow::setText(const RowText& text) {
+    setContent({.symbol = text.symbol, .tint = BadgeColor::Green, .title = text.title, .description = text.subtitle});
+}
+
+} // namespace quorvane

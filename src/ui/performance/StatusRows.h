@@ -1,0 +1,81 @@
+#pragma once
+
+#include "actions/PageTexts.h"
+#include "ui/pieces/RowButton.h"
+
+namespace quorvane {
+
+class SymbolView;
+class TextLabel;
+
+/// Which configuration this Mac is in.
+class PerformanceSystemMatchStatusRow : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit PerformanceSystemMatchStatusRow(QWidget* parent = nullptr);
+
+    void setStatus(const StatusRow& status);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    StatusRow m_status;
+    SymbolView* m_symbol;
+    TextLabel* m_text;
+    TextLabel* m_detail;
+};
+
+/// A row that says something and does nothing.
+class InformationRow : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit InformationRow(QWidget* parent = nullptr);
+
+    void setContent(const RowContent& content);
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+    bool hasHeightForWidth() const override { return true; }
+    int heightForWidth(int width) const override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+private:
+    RowContent m_content;
+};
+
+/// The snapshot that there is.
+class PerformanceSnapshotStatusRow : public InformationRow {
+    Q_OBJECT
+
+public:
+    using InformationRow::InformationRow;
+
+    void setText(const RowText& text);
+};
+
+/// A row that leads somewhere or begins something.
+class PerformanceNavigationRow : public RowButton {
+    Q_OBJECT
+
+public:
+    PerformanceNavigationRow(const RowText& text, BadgeColor tint, RowEnd end = RowEnd::Nothing,
+                             QWidget* parent = nullptr)
+        : RowButton({text.symbol, tint, text.title, text.subtitle, end, {}, false, false, 0}, parent) {}
+};
+
+/// Has the live system compared with what is saved.
+class PerformanceVerifySystemRow : public PerformanceNavigationRow {
+    Q_OBJECT
+
+public:
+    explicit PerformanceVerifySystemRow(QWidget* parent = nullptr)
+        : PerformanceNavigationRow(verifySystemRow(), BadgeColor::Blue, RowEnd::Nothing, parent) {}
+};
+
+} // namespace quorvane

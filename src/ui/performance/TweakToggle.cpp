@@ -1,0 +1,66 @@
+#include "ui/performance/TweakToggle.h"
+
+#include "ui/performance/IconPicker.h"
+#include "ui/pieces/AppSwitch.h"
+#include "ui/pieces/IconButton.h"
+#include "ui/pieces/Popover.h"
+#include "ui/pieces/TextLabel.h"
+
+#include <QHBoxLayout>
+#include <QMouseEvent>
+#include <QVBoxLayout>
+
+namespace quorvane {
+
+using namespace Qt::StringLiterals;
+
+TweakToggle::TweakToggle(const QString& tweakKey, const QString& title, const QString& description, QWidget* parent)
+    : QWidget(parent)
+    , m_tweakKey(tweakKey)
+    , m_title(title)
+    , m_iconButton(new IconButton)
+    , m_switch(new AppSwitch) {
+    auto* const layout = new QHBoxLayout(this);
+    layout->setContentsMargins(Theme::kGap12, Theme::kGap8, Theme::kGap12, Theme::kGap8);
+    layout->setSpacing(Theme::kGap12);
+    auto* const texts = new QVBoxLayout;
+    texts->setSpacing(2);
+    auto* const titleLabel = new TextLabel(TextStyle::RowTitle);
+    auto* const descriptionLabel = new TextLabel(TextStyle::Secondary, nullptr, TextTone::Secondary);
+    titleLabel->setText(title);
+    descriptionLabel->setText(description);
+    texts->addWidget(titleLabel);
+    texts->addWidget(descriptionLabel);
+    layout->addWidget(m_iconButton);
+    layout->addLayout(texts, 1);
+    layout->addWidget(m_switch);
+    m_switch->setAccessibleName(title);
+    m_switch->setAccessibleDescription(description);
+    m_iconButton->setAccessibleName(u"Icon of "_s + title);
+    m_iconButton->setAccessibleDescription(kSelectIcon);
+    m_iconButton->setToolTip(kSelectIcon);
+    connect(m_switch, &QCheckBox::clicked, this, &TweakToggle::isSelectedChanged);
+    connect(m_iconButton, &QAbstractButton::clicked, this, &TweakToggle::pickIcon);
+}
+
+void TweakToggle::setState(bool isSelected, const QString& icon) {
+    m_icon = icon;
+    m_switch->setChecked(isSelected);
+    m_iconButton->setSymbol(icon, isSelected ? BadgeColor::Blue : BadgeColor::Grey);
+}
+
+/// Its text is the switch's target, too.
+void TweakToggle::mouseReleaseEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton && rect().contains(event->position().toPoint())) {
+        m_switch->click();
+    }
+}
+
+void TweakToggle::pickIcon() {
+    auto* const picker = new IconPicker(m_icon);
+    auto* const popover = new Popover(picker, m_iconButton);
+    connect(picker, &IconPicker::iconSelected, this, &TweakToggle::iconSelected);
+    connect(picker, &IconPicker::iconSelected, popover, &Popover::close);
+}
+
+} // namespace quorvane

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QFrame>
+
+class QVBoxLayout;
+
+namespace quorvane {
+
+/// A rounded ground for rows, one under the other, with a line between two that are shown.
+class AppCard : public QFrame {
+    Q_OBJECT
+
+public:
+    explicit AppCard(QWidget* parent = nullptr);
+
+    void addRow(QWidget* row);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    QVBoxLayout* m_rows;
+};
+
+} // namespace quorvane

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "ui/pieces/RowContent.h"
+
+#include <QToolButton>
+
+namespace quorvane {
+
+/// A symbol badge that is a button.
+class IconButton : public QToolButton {
+    Q_OBJECT
+
+public:
+    explicit IconButton(QWidget* parent = nullptr);
+
+    void setSymbol(const QString& symbol, BadgeColor tint);
+
+    QSize sizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    QString m_symbol;
+    BadgeColor m_tint = BadgeColor::Grey;
+};
+
+} // namespace quorvane

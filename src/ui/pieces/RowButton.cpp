@@ -1,0 +1,59 @@
+#include "ui/pieces/RowButton.h"
+
+#include "ui/QuorvaneStyle.h"
+
+#include <QEvent>
+#include <QPainter>
+#include <QStyleOptionButton>
+
+namespace quorvane {
+
+RowButton::RowButton(const RowContent& content, QWidget* parent)
+    : QPushButton(parent) {
+    setAutoDefault(false);
+    QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    policy.setHeightForWidth(true);
+    setSizePolicy(policy);
+    setContent(content);
+}
+
+void RowButton::setContent(const RowContent& content) {
+    m_content = content;
+    setAccessibleName(content.title);
+    setAccessibleDescription(content.description);
+    updateGeometry();
+    update();
+}
+
+QSize RowButton::sizeHint() const {
+    const int width = minimumSizeHint().width();
+    return {width, heightForWidth(std::max(width, this->width()))};
+}
+
+QSize RowButton::minimumSizeHint() const {
+    return {rowMinimumWidth(themeOf(this), m_content), Theme::kSingleRow};
+}
+
+int RowButton::heightForWidth(int width) const {
+    return rowHeight(themeOf(this), m_content, width);
+}
+
+void RowButton::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    paintRow(painter, themeOf(this), rect(), m_content, rowState(*this));
+}
+
+void RowButton::changeEvent(QEvent* event) {
+    QPushButton::changeEvent(event);
+    if (event->type() == QEvent::StyleChange || event->type() == QEvent::FontChange) {
+        updateGeometry();
+        update();
+    }
+}
+
+RowState rowState(const QAbstractButton& button) {
+    const bool showsRing = button.hasFocus() && button.window()->testAttribute(Qt::WA_KeyboardFocusChange);
+    return {looksEnabled(&button), button.underMouse() && button.isEnabled(), button.isDown(), showsRing};
+}
+
+} // namespace quorvane

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QScrollArea>
+
+class QVBoxLayout;
+
+namespace quorvane {
+
+/// A page that scrolls: one column of the theme's width, centred.
+class ScrollPage : public QScrollArea {
+    Q_OBJECT
+
+public:
+    explicit ScrollPage(QWidget* parent = nullptr);
+
+    /// Adds a part below the others.
+    void addPart(QWidget* part);
+    /// Ends the column: what is left of the height stays empty below.
+    void finish();
+
+private:
+    QVBoxLayout* m_column;
+};
+
+} // namespace quorvane

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QPushButton>
+
+namespace quorvane {
+
+/// A button without a frame: a symbol, and a word in the colour of links.
+class SymbolButton : public QPushButton {
+    Q_OBJECT
+
+public:
+    SymbolButton(const QString& symbol, const QString& title, QWidget* parent = nullptr);
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override { return sizeHint(); }
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    QString m_symbol;
+};
+
+} // namespace quorvane

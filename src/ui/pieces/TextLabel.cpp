@@ -1,0 +1,57 @@
+#include "ui/pieces/TextLabel.h"
+
+#include <QEvent>
+
+namespace quorvane {
+
+TextLabel::TextLabel(TextStyle style, QWidget* parent, TextTone tone)
+    : QLabel(parent)
+    , m_style(style)
+    , m_tone(tone) {
+    setTextFormat(Qt::PlainText);
+    setWordWrap(true);
+    takeTheme();
+}
+
+void TextLabel::setTone(TextTone tone) {
+    m_tone = tone;
+    takeTheme();
+}
+
+void TextLabel::changeEvent(QEvent* event) {
+    QLabel::changeEvent(event);
+    if (event->type() == QEvent::StyleChange) {
+        takeTheme();
+    }
+}
+
+void TextLabel::takeTheme() {
+    if (m_isTakingTheme) {
+        return; // setting the font is a change of its own
+    }
+    m_isTakingTheme = true;
+    const Theme& theme = themeOf(this);
+    setFont(theme.font(m_style));
+    QPalette ink = palette();
+    ink.setColor(QPalette::WindowText, inkOf(theme, m_tone));
+    setPalette(ink);
+    m_isTakingTheme = false;
+}
+
+QColor inkOf(const Theme& theme, TextTone tone) {
+    switch (tone) {
+    case TextTone::Secondary:
+        return theme.secondaryText;
+    case TextTone::Success:
+        return theme.success;
+    case TextTone::Warning:
+        return theme.warning;
+    case TextTone::Danger:
+        return theme.danger;
+    case TextTone::Normal:
+        break;
+    }
+    return theme.text;
+}
+
+} // namespace quorvane

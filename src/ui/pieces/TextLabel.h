@@ -1,0 +1,34 @@
+#pragma once
+
+#include "ui/Theme.h"
+
+#include <QLabel>
+
+namespace quorvane {
+
+/// The colour in which a text is written.
+enum class TextTone { Normal, Secondary, Success, Warning, Danger };
+
+/// Plain text in one of the theme's styles. It wraps, and nothing in it is taken for markup.
+class TextLabel : public QLabel {
+    Q_OBJECT
+
+public:
+    explicit TextLabel(TextStyle style, QWidget* parent = nullptr, TextTone tone = TextTone::Normal);
+
+    void setTone(TextTone tone);
+
+protected:
+    void changeEvent(QEvent* event) override;
+
+private:
+    void takeTheme();
+
+    TextStyle m_style;
+    TextTone m_tone;
+    bool m_isTakingTheme = false;
+};
+
+QColor inkOf(const Theme& theme, TextTone tone);
+
+} // namespace quorvane

@@ -1,0 +1,104 @@
+#include "ui/review/ReviewRows.h"
+
+#include "core/OneLine.h"
+#include "ui/pieces/AppCard.h"
+#include "ui/pieces/SymbolView.h"
+
+#include <QHBoxLayout>
+#include <QVBoxLayout>
+
+namespace quorvane {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int kRowSymbol = 16;
+constexpr int kPanelSymbol = 32;
+
+TextLabel* textLabel(TextStyle style, TextTone tone, const QString& text) {
+    auto* const label = new TextLabel(style, nullptr, tone);
+    label->setText(text);
+    return label;
+}
+
+/// A line of a card: a symbol, a text, and beneath it a detail.
+QWidget* lineOf(const QString& symbol, TextTone tone, const QString& text, const QString& detail) {
+    auto* const row = new QWidget;
+    auto* const layout = new QHBoxLayout(row);
+    layout->setContentsMargins(Theme::kGap12, Theme::kGap8, Theme::kGap12, Theme::kGap8);
+    layout->setSpacing(Theme::kGap12);
+    layout->addWidget(new SymbolView(symbol, kRowSymbol, nullptr, tone));
+    auto* const texts = new QVBoxLayout;
+    texts->setSpacing(2);
+    texts->addWidget(textLabel(TextStyle::Body, TextTone::Normal, nameOnOneLine(text)));
+    if (!detail.isEmpty()) {
+        texts->addWidget(textLabel(TextStyle::Secondary, TextTone::Secondary, onOneLine(detail)));
+    }
+    layout->addLayout(texts, 1);
+    return row;
+}
+
+TextTone toneOfSection(const QString& symbol) {
+    return symbol.startsWith(u"slider"_s) || symbol.startsWith(u"plus"_s) ? TextTone::Success : TextTone::Warning;
+}
+
+} // namespace
+
+ReviewSectionView::ReviewSectionView(const ReviewSection& section, QWidget* parent)
+    : QWidget(parent) {
+    auto* const layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(Theme::kGap8);
+    auto* const heading = new QHBoxLayout;
+    heading->setSpacing(Theme::kGap8);
+    heading->addWidget(new SymbolView(section.symbol, kRowSymbol, nullptr, toneOfSection(section.symbol)));
+    heading->addWidget(textLabel(TextStyle::RowTitle, TextTone::Normal, section.title), 1);
+    layout->addLayout(heading);
+    setAccessibleName(section.title);
+    if (section.rows.isEmpty()) {
+        return;
+    }
+    auto* const card = new AppCard;
+    for (const ReviewSection::Row& row : section.rows) {
+        card->addRow(lineOf(section.symbol, TextTone::Secondary, row.text, row.detail));
+    }
+    layout->addWidget(card);
+}
+
+ResultHeading::ResultHeading(const ResultPanel& result, QWidget* parent)
+    : QWidget(parent) {
+    const bool isWhole = result.symbol == u"checkmark.seal.fill"_s;
+    auto* const layout = new QHBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(Theme::kGap12);
+    layout->addWidget(
+        new SymbolView(result.symbol, kPanelSymbol, nullptr, isWhole ? TextTone::Success : TextTone::Warning), 0,
+        Qt::AlignTop);
+    auto* const texts = new QVBoxLayout;
+    texts->setSpacing(Theme::kGap4);
+    texts->addWidget(textLabel(TextStyle::SectionTitle, TextTone::Normal, result.title));
+    texts->addWidget(textLabel(TextStyle::Body, TextTone::Secondary, result.text));
+    layout->addLayout(texts, 1);
+    setAccessibleName(result.title);
+    setAccessibleDescription(result.text);
+}
+
+VerificationView::VerificationView(const ApplyVerificationResult& verification, QWidget* parent)
+    : QWidget(parent) {
+    auto* const layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    if (verification.verified.isEmpty() && verification.failed.isEmpty()) {
+        return;
+    }
+    auto* const card = new AppCard;
+    for (const ApplyVerificationResult::Item& item : verification.failed) {
+        card->addRow(lineOf(u"xmark.circle.fill"_s, TextTone::Danger, item.name, item.detail.value_or(QString())));
+    }
+    for (const ApplyVerificationResult::Item& item : verification.verified) {
+        card->addRow(lineOf(u"checkmark.circle.fill"_s, TextTone::Success, item.name, item.detail.value_or(QString())));
+    }
+    layout->addWidget(card);
+}
+
+} // namespace quorvane

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QIcon>
+
+class QColor;
+class QPainter;
+class QRectF;
+
+namespace quorvane {
+
+/// Paints the program's logo, centred, as large as fits into the rectangle.
+void paintLogo(QPainter& painter, const QRectF& rect);
+
+/// The logo as the application's icon, 16 to 256 pixels.
+QIcon logoIcon();
+
+/// The letters "QV" in the application's font, for the status area, 16 to 64 pixels.
+QIcon statusIcon(const QColor& color);
+
+} // namespace quorvane

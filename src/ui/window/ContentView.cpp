@@ -1,0 +1,142 @@
+#include "ui/window/ContentView.h"
+
+#include "actions/ApplyReviewCoordinator.h"
+#include "actions/Session.h"
+#include "actions/WindowListener.h"
+#include "lock/LockManager.h"
+#include "ui/ViewEnvironment.h"
+#include "ui/lock/LockScreenView.h"
+#include "ui/pieces/Layers.h"
+#include "ui/review/ApplyReviewSheet.h"
+#include "ui/review/MasterSystemBaselinePrompt.h"
+#include "ui/window/MainContentArea.h"
+#include "ui/window/SheetLayer.h"
+#include "ui/window/SidebarView.h"
+#include "ui/window/WaitingDialogOverlay.h"
+
+#include <QApplication>
+#include <QSplitter>
+
+#include <chrono>
+
+namespace quorvane {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto kPresentationDelay = 400ms;
+constexpr int kSidebarMinimum = 180;
+constexpr int kSidebarIdeal = 200;
+constexpr int kSidebarMaximum = 250;
+
+} // namespace
+
+ContentView::ContentView(const ViewEnvironment& environment, QWidget* parent)
+    : Layers(parent)
+    , m_environment(environment)
+    , m_underLock(new Layers(this))
+    , m_split(new QSplitter(m_underLock))
+    , m_sidebar(new SidebarView)
+    , m_sheets(new SheetLayer(m_split, m_underLock))
+    , m_lockScreen(new LockScreenView(environment.lock, environment.workspace, environment.session.tasks, this)) {
+    m_sidebar->setMinimumWidth(kSidebarMinimum);
+    m_sidebar->setMaximumWidth(kSidebarMaximum);
+    m_split->setChildrenCollapsible(false);
+    m_split->addWidget(m_sidebar);
+    m_split->addWidget(makeDetail());
+    m_split->setStretchFactor(1, 1);
+    m_split->setSizes({kSidebarIdeal, Theme::kColumn});
+    m_sidebar->setSelectedTab(m_selectedTab);
+    connect(m_sidebar, &SidebarView::tabSelected, this, &ContentView::setSelectedTab);
+    connect(&environment.lock, &LockManager::isUnlockedChanged, this, &ContentView::followLock);
+    connect(&environment.reviews, &ApplyReviewCoordinator::requestChanged, this, &ContentView::followSheets);
+    connect(&environment.listener, &WindowListener::offerChanged, this, &ContentView::followSheets);
+    followLock();
+    followSheets();
+}
+
+/// The page, and what waits over it.
+QWidget* ContentView::makeDetail() {
+    auto* const detail = new Layers;
+    m_pages = new MainContentArea(m_environment, detail);
+    m_waiting = new WaitingDialogOverlay(m_environment.session.system, m_environment.clock, kPresentationDelay, detail);
+    return detail;
+}
+
+void ContentView::setSelectedTab(Tab tab) {
+    if (tab == m_selectedTab) {
+        return;
+    }
+    m_selectedTab = tab;
+    m_sidebar->setSelectedTab(tab);
+    m_pages->setSelectedTab(tab);
+    Q_EMIT selectedTabChanged();
+}
+
+QByteArray ContentView::columns() const {
+    return m_split->saveState();
+}
+
+void ContentView::setColumns(const QByteArray& columns) {
+    m_split->restoreState(columns);
+}
+
+// ---- Sheets
+
+/// One at a time: an action opens it, and there is one action at a time.
+void ContentView::followSheets() {
+    const std::shared_ptr<MasterBaselineOffer>& offer = m_environment.listener.offer();
+    const std::optional<ApplyReviewRequest>& request = m_environment.reviews.request();
+    m_waiting->setSuppressed(offer != nullptr);
+    if (request) {
+        m_sheets->show(new ApplyReviewSheet(request->review, m_environment.clock));
+    } else if (offer != nullptr) {
+        m_sheets->show(new MasterSystemBaselinePrompt(offer));
+    } else {
+        m_sheets->clear();
+    }
+}
+
+// ---- The lock
+
+void ContentView::followLock() {
+    const bool isLocked = !m_environment.lock.isUnlocked();
+    if (isLocked == m_isCovered) {
+        return;
+    }
+    m_isCovered = isLocked;
+    if (isLocked) {
+        cover();
+    } else {
+        uncover();
+    }
+}
+
+/// Hidden as a whole, what lies beneath is out of reach of eyes, keys and screen readers, and comes back as it was.
+void ContentView::cover() {
+    closePopups();
+    m_focusBeforeLock = m_underLock->focusWidget();
+    m_underLock->hide();
+    m_lockScreen->appear();
+}
+
+void ContentView::uncover() {
+    m_underLock->show();
+    m_lockScreen->raise();
+    m_lockScreen->disappear();
+    if (m_focusBeforeLock != nullptr && m_focusBeforeLock->isEnabled()) {
+        m_focusBeforeLock->setFocus(Qt::OtherFocusReason);
+    }
+}
+
+/// Menus of the window would stay above it.
+void ContentView::closePopups() {
+    while (QWidget* const popup = QApplication::activePopupWidget()) {
+        if (!popup->close()) {
+            return;
+        }
+    }
+}
+
+} // namespace quorvane

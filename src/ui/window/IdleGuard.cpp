@@ -1,0 +1,31 @@
+#include "ui/window/IdleGuard.h"
+
+#include "actions/Turnstile.h"
+
+namespace quorvane {
+
+IdleGuard::IdleGuard(QWidget* page, const Turnstile& turnstile)
+    : QObject(page)
+    , m_page(page)
+    , m_turnstile(turnstile) {
+    connect(&turnstile, &Turnstile::idleChanged, this, &IdleGuard::update);
+    update();
+}
+
+void IdleGuard::update() {
+    const bool isIdle = m_turnstile.isIdle();
+    if (isIdle == m_page->isEnabledTo(m_page->parentWidget())) {
+        return;
+    }
+    QWidget* const focused = m_page->window()->focusWidget();
+    if (!isIdle && focused != nullptr && m_page->isAncestorOf(focused)) {
+        m_focusBefore = focused;
+        focused->clearFocus(); // or Qt would move it on to what comes next
+    }
+    m_page->setEnabled(isIdle);
+    if (isIdle && m_focusBefore != nullptr && focused == nullptr) {
+        m_focusBefore->setFocus(Qt::OtherFocusReason);
+    }
+}
+
+} // namespace quorvane

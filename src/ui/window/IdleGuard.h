@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+#include <QWidget>
+
+namespace quorvane {
+
+class Turnstile;
+
+/// Disables a page while something runs or is open, and gives the focus back afterwards to what had it.
+class IdleGuard : public QObject {
+    Q_OBJECT
+
+public:
+    /// Belongs to the page.
+    IdleGuard(QWidget* page, const Turnstile& turnstile);
+
+private:
+    void update();
+
+    QWidget* m_page;
+    const Turnstile& m_turnstile;
+    QPointer<QWidget> m_focusBefore;
+};
+
+} // namespace quorvane

@@ -1,0 +1,71 @@
+#include "ui/window/MainMenu.h"
+
+#include "actions/ActionTexts.h"
+#include "actions/Session.h"
+#include "actions/WindowListener.h"
+#include "ui/ViewEnvironment.h"
+
+#include <QAction>
+#include <QMenu>
+#include <QMenuBar>
+
+#include <QCoroTask>
+
+namespace quorvane {
+
+using namespace Qt::StringLiterals;
+
+MainMenu::MainMenu(const ViewEnvironment& environment, QMenuBar& bar, QWidget* window)
+    : QObject(window)
+    , m_environment(environment) {
+    addEditMenu(bar);
+    addWindowMenu(bar, window);
+    addHelpMenu(bar);
+    connect(&environment.session.turnstile, &Turnstile::idleChanged, this, &MainMenu::update);
+    update();
+}
+
+/// A text field takes the key first, as it does each of its own.
+void MainMenu::addEditMenu(QMenuBar& bar) {
+    QMenu* const menu = bar.addMenu(u"Edit"_s);
+    m_undo = menu->addAction(u"Undo Performance Tweaks"_s);
+    m_undo->setShortcut(QKeySequence::Undo);
+    connect(m_undo, &QAction::triggered, this, &MainMenu::undo);
+}
+
+void MainMenu::addWindowMenu(QMenuBar& bar, QWidget* window) {
+    QMenu* const menu = bar.addMenu(u"Window"_s);
+    QAction* const minimize = menu->addAction(u"Minimize"_s, window, &QWidget::showMinimized);
+    minimize->setShortcut(u"Ctrl+M"_s);
+    QAction* const close = menu->addAction(u"Close"_s, window, &QWidget::close);
+    close->setShortcut(QKeySequence::Close);
+    menu->addSeparator();
+    QAction* const quit = menu->addAction(u"Quit Quorvane"_s, this, &MainMenu::quitRequested);
+    quit->setShortcut(u"Ctrl+Q"_s);
+    quit->setMenuRole(QAction::QuitRole);
+}
+
+void MainMenu::addHelpMenu(QMenuBar& bar) {
+    QMenu* const menu = bar.addMenu(u"Help"_s);
+    m_about = menu->addAction(u"About Quorvane"_s, this, &MainMenu::showAbout);
+    m_about->setMenuRole(QAction::AboutRole);
+}
+
+/// What begins something waits for what runs.
+void MainMenu::update() {
+    const bool isIdle = m_environment.session.turnstile.isIdle();
+    m_undo->setEnabled(isIdle);
+    m_about->setEnabled(isIdle);
+}
+
+void MainMenu::undo() {
+    Session& session = m_environment.session;
+    session.tasks.start(session.tweakActions.undo(m_environment.listener));
+}
+
+void MainMenu::showAbout() {
+    Session& session = m_environment.session;
+    session.tasks.start(session.systemActions.showAbout(m_environment.listener));
+}
+
+} // namespace quorvane

@@ -1,0 +1,42 @@
+#include "ui/window/MainWindowOpener.h"
+
+#include "platform/Workspace.h"
+#include "ui/ViewEnvironment.h"
+#include "ui/window/MainWindow.h"
+
+namespace quorvane {
+
+MainWindowOpener::MainWindowOpener(const ViewEnvironment& environment, QObject* parent)
+    : QObject(parent)
+    , m_environment(environment) {}
+
+MainWindowOpener::~MainWindowOpener() {
+    shutDown();
+}
+
+void MainWindowOpener::ensureMainWindowVisible() {
+    if (m_window == nullptr) {
+        openWindow();
+    } else if (m_window->isMinimized()) {
+        m_window->setWindowState(m_window->windowState() & ~Qt::WindowMinimized);
+    }
+    m_environment.workspace.activateIgnoringOtherApps();
+    m_environment.workspace.makeWindowsKeyAndOrderFront();
+}
+
+void MainWindowOpener::openWindow() {
+    m_window = new MainWindow(m_environment);
+    connect(m_window, &MainWindow::closed, this, [this] {
+        m_window->deleteLater();
+        m_window.clear();
+        Q_EMIT windowClosed();
+    });
+    Q_EMIT windowMade(m_window);
+    m_window->show();
+}
+
+void MainWindowOpener::shutDown() {
+    delete m_window;
+}
+
+} // namespace quorvane

@@ -1,0 +1,21 @@
+#include "lock/LockTexts.h"
+
+#include <gtest/gtest.h>
+
+namespace quorvane {
+
+using namespace Qt::StringLiterals;
+
+TEST(LockTexts, speakOfTheMeansByItsName) {
+    EXPECT_EQ(lockScreenText(BiometryType::TouchId), u"Enter your app password or use Touch ID to continue."_s);
+    EXPECT_EQ(lockScreenText(BiometryType::FaceId), u"Enter your app password or use Biometrics to continue."_s);
+    EXPECT_EQ(unlockWithBiometryText(BiometryType::OpticId), u"Unlock with Optic ID"_s);
+    EXPECT_EQ(biometryFailedText(BiometryType::TouchId),
+              u"Touch ID could not unlock Quorvane. Enter your password instead."_s);
+}
+
+TEST(LockTexts, offerNoMeansThatCannotOpenTheLock) {
+    EXPECT_EQ(lockScreenText({}), u"Enter your app password to continue."_s);
+}
+
+} // namespace quorvane
