@@ -2,6 +2,7 @@
 
 #include <QFile>
 #include <QList>
+#include <QPromise>
 
 #include <cerrno>
 #include <cstring>
@@ -9,8 +10,9 @@
 #include <stdexcept>
 #include <string>
 #include <sys/file.h>
-#include <sys/stat.h>
+#include <thread>
 #include <unistd.h>
+#include <utility>
 
 namespace quorvane {
 
@@ -31,16 +33,29 @@ InstanceLock::InstanceLock(const QString& path)
 }
 
 InstanceLock::~InstanceLock() {
-    if (m_isHeld) {
-        ::flock(m_descriptor, LOCK_UN);
-        ::futimens(m_descriptor, nullptr); // its bytes may be the next holder's by now
-    }
     ::close(m_descriptor);
 }
 
 bool InstanceLock::take() {
-    m_isHeld = m_isHeld || ::flock(m_descriptor, LOCK_EX | LOCK_NB) == 0;
-    return m_isHeld;
+    return ::flock(m_descriptor, LOCK_EX | LOCK_NB) == 0;
+}
+
+// The system tells only who waits in its call, which nothing else can end. So a thread of its own waits, with a descriptor of
+// its own: whoever has either of the two has the lock, and it is free again once both are closed.
+QFuture<bool> InstanceLock::takeWhenFree() {
+    QPromise<bool> promise;
+    promise.start();
+    QFuture<bool> future = promise.future();
+    std::thread([descriptor = ::fcntl(m_descriptor, F_DUPFD_CLOEXEC, 0), promise = std::move(promise)]() mutable {
+        int status = ::flock(descriptor, LOCK_EX);
+        while (status != 0 && errno == EINTR) {
+            status = ::flock(descriptor, LOCK_EX);
+        }
+        ::close(descriptor);
+        promise.addResult(status == 0);
+        promise.finish();
+    }).detach();
+    return future;
 }
 
 InstanceHolder InstanceLock::holder() const {

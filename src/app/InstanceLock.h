@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QFuture>
 #include <QString>
 
 namespace quorvane {
@@ -11,8 +12,7 @@ struct InstanceHolder {
 };
 
 /// One holder at a time for a data folder, by a lock on a file in it. The system ends the lock with the process, however that
-/// ends, so none is ever left over; what the file says is only a hint at who holds it. The file is changed when the lock is
-/// let go, so that those who watch it need not ask again and again.
+/// ends, so none is ever left over; what the file says is only a hint at who holds it.
 class InstanceLock {
 public:
     /// Throws std::runtime_error that names the file, where it can't be opened.
@@ -23,8 +23,12 @@ public:
     ~InstanceLock();
 
     const QString& path() const { return m_path; }
-    /// True when this is the holder from now on, or has been.
+    /// True when this is the holder from now on.
     bool take();
+    /// The same when it is free, however long that takes: finishes then, with false only where the system can't wait. Who
+    /// doesn't wait any more drops the lock.
+    QFuture<bool> takeWhenFree();
+
     /// Who holds the file, or held it last, as far as a holder has said so.
     InstanceHolder holder() const;
     /// For the holder: what `holder` says of it.
@@ -33,7 +37,6 @@ public:
 private:
     QString m_path;
     int m_descriptor;
-    bool m_isHeld = false;
 };
 
 } // namespace quorvane

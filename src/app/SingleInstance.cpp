@@ -5,10 +5,10 @@
 #include <QEventLoop>
 #include <QFileInfo>
 #include <QFileSystemWatcher>
+#include <QFutureWatcher>
 #include <QLocalSocket>
 #include <QTimer>
 
-#include <optional>
 #include <stdexcept>
 
 namespace quorvane {
@@ -21,56 +21,57 @@ using Role = SingleInstance::Role;
 
 constexpr char kAnswer = '!';
 
-/// A start that found the lock taken. Whenever something happens that could have changed who is first it looks again: when
-/// the lock's file is changed, when the first hangs up, when the time is over.
+/// A start that found the lock taken. It calls the first one, anew when the lock's file names another, until it is
+/// answered, or has the lock itself, or the time is over.
 class SecondStart {
 public:
     explicit SecondStart(InstanceLock& lock)
         : m_lock(lock)
         , m_watcher({lock.path()}) {
-        QObject::connect(&m_watcher, &QFileSystemWatcher::fileChanged, &m_loop, [this] { look(); });
-        QObject::connect(&m_socket, &QLocalSocket::readyRead, &m_loop, [this] { end(Role::Second); });
-        QObject::connect(&m_socket, &QLocalSocket::errorOccurred, &m_loop, [this] { takeOver(); });
-        QObject::connect(&m_socket, &QLocalSocket::disconnected, &m_loop, [this] { takeOver(); });
+        QObject::connect(&m_taken, &QFutureWatcherBase::finished, &m_loop, [this] { endIfTaken(); });
+        QObject::connect(&m_watcher, &QFileSystemWatcher::fileChanged, &m_loop, [this] { callTheFirst(); });
+        QObject::connect(&m_first, &QLocalSocket::readyRead, &m_loop, [this] { end(Role::Second); });
     }
 
     Role role(std::chrono::milliseconds patience) {
-        QTimer::singleShot(patience, &m_loop, [this] { end(m_lock.take() ? Role::First : Role::Unanswered); });
-        look();
-        if (!m_role) {
-            m_loop.exec();
-        }
-        return *m_role;
+        QTimer::singleShot(patience, &m_loop, [this] { end(Role::Unanswered); });
+        m_taken.setFuture(m_lock.takeWhenFree());
+        callTheFirst();
+        m_loop.exec();
+        return m_role;
     }
 
 private:
-    void look() {
-        takeOver();
+    /// One call for each address: a first one that hangs up is about to go, and who follows it has another.
+    void callTheFirst() {
         const QString address = m_lock.holder().address;
-        if (!m_role && !address.isEmpty() && address != m_called) {
+        if (!address.isEmpty() && address != m_called) {
             m_called = address;
-            m_socket.abort();
-            m_socket.connectToServer(address);
+            m_first.abort();
+            m_first.connectToServer(address);
         }
     }
 
-    void takeOver() {
-        if (!m_role && m_lock.take()) {
+    void endIfTaken() {
+        if (m_taken.result()) {
             end(Role::First);
         }
     }
 
     void end(Role role) {
-        m_role = m_role.value_or(role);
-        m_loop.quit();
+        if (m_loop.isRunning()) {
+            m_role = role;
+            m_loop.quit();
+        }
     }
 
     InstanceLock& m_lock;
-    std::optional<Role> m_role;
-    QString m_called; ///< the address that was tried last
+    Role m_role = Role::Unanswered;
+    QString m_called; ///< the address that was called last
     QEventLoop m_loop;
+    QFutureWatcher<bool> m_taken;
     QFileSystemWatcher m_watcher;
-    QLocalSocket m_socket;
+    QLocalSocket m_first;
 };
 
 /// A folder that can't be made is told of by the lock, whose file can't be made then either.

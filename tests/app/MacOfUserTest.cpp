@@ -128,7 +128,8 @@ TEST_F(MacOfUserTest, aDamagedMacIsSaidAndLeftAsItIs) {
         std::function<void()> inflict;
         QString said;
     } cases[] = {
-        {"no machine", [this] { QFile::remove(mac() + kState + u"machine.json"_s); }, u"no simulated Mac"_s},
+        {"no machine", [this] { QFile::remove(mac() + kState + u"machine.json"_s); },
+         u": there is no machine.json in it. "_s},
         {"half a machine", [this] { write(mac() + kState + u"machine.json"_s, R"({"userName": "mi)"); },
          u": machine.json is damaged. "_s},
         {"another machine", [this] { write(mac() + kState + u"machine.json"_s, R"({"userId": "x"})"); },
@@ -142,13 +143,13 @@ TEST_F(MacOfUserTest, aDamagedMacIsSaidAndLeftAsItIs) {
              QDir(mac()).removeRecursively();
              write(mac(), "x");
          },
-         u"no simulated Mac"_s},
+         u": there is no machine.json in it. "_s},
         {"a link to nowhere",
          [this] {
              QDir(mac()).removeRecursively();
              QFile::link(u"/nowhere"_s, mac());
          },
-         u"no simulated Mac"_s},
+         u": there is no machine.json in it. "_s},
     };
     for (const auto& row : cases) {
         macOfUser(dataFolder, kProgram);

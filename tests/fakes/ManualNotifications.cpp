@@ -11,7 +11,8 @@ void ManualNotifications::post(const QString& name) {
     const QList<Observation*> observers = m_observers;
     for (Observation* observer : observers) {
         if (observer->name == name && m_observers.contains(observer)) {
-            observer->handler();
+            const std::function<void()> handler = observer->handler;
+            handler(); // the observer may be gone by the end of it
         }
     }
 }

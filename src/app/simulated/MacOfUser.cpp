@@ -30,9 +30,12 @@ bool standsThere(const QString& path) {
 }
 
 macsim::Mac openedMac(const QString& folder) {
+    if (!QFileInfo::exists(folder + macsim::kStateFolder.toString() + u"/machine.json"_s)) {
+        throw problem(u"there is no machine.json in it"_s);
+    }
     try {
         return macsim::Mac(folder);
-    } catch (const macsim::Json::exception&) {
+    } catch (const std::exception&) {
         throw problem(u"machine.json is damaged"_s);
     }
 }
