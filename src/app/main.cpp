@@ -50,7 +50,7 @@ int runOnMac(SingleInstance& instance, const QString& dataFolder) {
         finger.shutDown();
     };
     AppDelegate delegate({host.host(), host.systemLook(), statusItem, shutDownHost});
-    const QuitSignals quitSignals;
+    const QuitSignals quitSignals(OutputReader::NotNeeded);
     QObject::connect(&quitSignals, &QuitSignals::quitRequested, &delegate, &AppDelegate::quit);
     QObject::connect(&instance, &SingleInstance::activationRequested, &delegate, &AppDelegate::openWindow);
     QObject::connect(&delegate, &AppDelegate::willTerminate, &instance, &SingleInstance::stopAnswering);

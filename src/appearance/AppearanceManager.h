@@ -11,16 +11,16 @@
 namespace quorvane {
 
 class NotificationObservation;
-class SystemNotifications;
+class SystemLook;
 class UserDefaults;
 
-/// Whether the program looks light, dark, or like the system. Main thread.
+/// How the program looks: light, dark, or like the system, and what the system wants of every program beside that. Main
+/// thread.
 class AppearanceManager : public QObject {
     Q_OBJECT
 
 public:
-    AppearanceManager(Appearance& appearance, SystemNotifications& notifications, UserDefaults& defaults,
-                      QObject* parent = nullptr);
+    AppearanceManager(Appearance& appearance, SystemLook& system, UserDefaults& defaults, QObject* parent = nullptr);
     ~AppearanceManager() override;
 
     /// "system", "light" or "dark"; a stored mode that is unknown means "system" and stays until the mode is set.
@@ -32,17 +32,34 @@ public:
     /// None follows the system.
     std::optional<ColorScheme> preferredColorScheme() const;
 
+    // What views draw themselves by.
+
+    /// That of the mode, or else the system's.
+    ColorScheme scheme() const { return m_look.scheme; }
+    bool reducesMotion() const { return m_look.reducesMotion; }
+    bool increasesContrast() const { return m_look.increasesContrast; }
+
 Q_SIGNALS:
-    /// Views must draw themselves anew: the look was applied, or the system's has changed while the program follows it.
+    /// Views must draw themselves anew: the look was applied, or one of the three that they go by is another.
     void appearanceChanged();
 
 private:
-    void systemThemeChanged();
+    struct Look {
+        ColorScheme scheme = ColorScheme::Light;
+        bool reducesMotion = false;
+        bool increasesContrast = false;
+
+        bool operator==(const Look&) const = default;
+    };
+    Look currentLook() const;
+    void systemLookChanged();
 
     Appearance& m_appearance;
+    SystemLook& m_system;
     UserDefaults& m_defaults;
     QString m_mode;
     std::unique_ptr<NotificationObservation> m_systemThemeObserver;
+    Look m_look; ///< read once the system is observed, so that no change falls in between
 };
 
 } // namespace quorvane

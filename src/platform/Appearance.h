@@ -1,10 +1,10 @@
 #pragma once
 
+#include "platform/ColorScheme.h"
+
 #include <optional>
 
 namespace quorvane {
-
-enum class ColorScheme { Light, Dark };
 
 /// How the program's windows look. Main thread.
 class Appearance {

@@ -18,7 +18,7 @@ class SystemNotifications;
 class UserDefaults;
 
 /// Everything the program asks of the operating system, but for what needs a window (AlertPresenter, Workspace,
-/// Appearance). The ports outlive the objects that use them.
+/// Appearance, SystemLook). The ports outlive the objects that use them.
 struct Host {
     CommandLauncher& commands;
     ScriptEngine& scripts;

@@ -1,6 +1,6 @@
 #include "rehearsal/MacCommands.h"
 
-#include "rehearsal/QuitSignals.h"
+#include "platform/portable/QuitSignals.h"
 #include "rehearsal/Terminal.h"
 #include "simulator/MacDescription.h"
 #include "simulator/MacSkeleton.h"
@@ -18,15 +18,11 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-QString macsimProgram() {
-    return QCoreApplication::applicationDirPath() + u"/macsim"_s;
-}
-
 void makeMac(const QString& folder, const QString& descriptionFile) {
     const QString file = descriptionFile.isEmpty() ? u":/macs/fresh-macbook.json"_s : descriptionFile;
     try {
         macsim::createMac(folder, macsim::macDescriptionFromFile(file), macsim::simulatorTools().keys(),
-                          macsimProgram());
+                          macsimBesideProgram());
     } catch (const std::exception& error) {
         throw UnusableInput(QString::fromUtf8(error.what()));
     }
@@ -38,7 +34,7 @@ SimulatedHostOptions hostOptions(const Arguments& arguments) {
     const auto absolute = [](const QString& path) {
         return path.isEmpty() ? path : QFileInfo(path).absoluteFilePath();
     };
-    return {macsimProgram(), absolute(arguments.faultsFile), absolute(arguments.journalFile)};
+    return {macsimBesideProgram(), absolute(arguments.faultsFile), absolute(arguments.journalFile)};
 }
 
 ChosenMac::ChosenMac(const Arguments& arguments)
@@ -72,7 +68,7 @@ int runShell(const Arguments& arguments) {
     shell.setProcessChannelMode(QProcess::ForwardedChannels);
     shell.setStandardInputFile(QProcess::nullDevice());
     shell.setProcessEnvironment(environment);
-    const QuitSignals quitSignals;
+    const QuitSignals quitSignals(OutputReader::Needed);
     QObject::connect(&quitSignals, &QuitSignals::quitRequested, &shell, &QProcess::kill);
     QObject::connect(&shell, &QProcess::finished, [](int code, QProcess::ExitStatus ending) {
         QCoreApplication::exit(ending == QProcess::NormalExit ? code : kNotDone);

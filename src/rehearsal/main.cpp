@@ -1,8 +1,8 @@
 // The rehearsal: the program's flows on a simulated Mac, from a terminal.
 
+#include "platform/portable/QuitSignals.h"
 #include "rehearsal/Commands.h"
 #include "rehearsal/MacCommands.h"
-#include "rehearsal/QuitSignals.h"
 #include "rehearsal/Rehearsal.h"
 #include "rehearsal/Report.h"
 #include "rehearsal/Terminal.h"
@@ -46,7 +46,7 @@ int runFlowOnMac(Flow flow, const Arguments& arguments) {
             }
         });
     }
-    QuitSignals quitSignals;
+    QuitSignals quitSignals(OutputReader::Needed);
     QObject::connect(&quitSignals, &QuitSignals::quitRequested, &rehearsal, &Rehearsal::quit);
     QCoro::Task<void> running;
     QTimer::singleShot(0, &rehearsal, [&] { running = runFlowToItsEnd(rehearsal, flow, arguments); });

@@ -20,6 +20,7 @@ Machine machineFromJson(const Json& json) {
     machine.systemVersion = text("systemVersion", machine.systemVersion);
     machine.model = text("model", machine.model);
     machine.caseSensitiveVolume = json.value("caseSensitiveVolume", machine.caseSensitiveVolume);
+    machine.password = text("password", machine.password);
     return machine;
 }
 

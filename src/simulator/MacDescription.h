@@ -9,7 +9,8 @@ namespace macsim {
 
 // A Mac to simulate is described by one JSON object:
 //
-//     "machine"      which machine it is; see machineFromJson
+//     "machine"      which machine it is; see machineFromJson. Its "password" is what its user types when a script asks
+//                    for administrator rights; nobody's real one belongs there
 //     "preferences"  {"user" | "root": {"com.apple.dock": {"autohide": true}, …},
 //                     "userCurrentHost": {…},                       per-host preferences of the user
 //                     "files": {"/Library/Preferences/com.apple.TimeMachine": {…}}}

@@ -16,7 +16,8 @@ struct Machine {
         QStringLiteral("00000000-0000-1000-8000-000000000000"); ///< the computer's own; names the per-host preferences
     QString systemVersion = QStringLiteral("14.7");             ///< "14.7", "26.1"
     QString model = QStringLiteral("MacBookPro");
-    bool caseSensitiveVolume = false; ///< a Mac's volume usually ignores case, and keeps it
+    bool caseSensitiveVolume = false;              ///< a Mac's volume usually ignores case, and keeps it
+    QString password = QStringLiteral("quorvane"); ///< of its user, who is an administrator; no tool prints it
 };
 
 /// The folder of the user's own temporary and cache folders: "/private/var/folders/3d/…". Nobody else writes there.

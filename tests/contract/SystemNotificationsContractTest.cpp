@@ -4,6 +4,8 @@
 #include "fakes/EventLoop.h"
 #include "fakes/SimulatedMacFolder.h"
 #include "platform/simulated/SimulatedNotifications.h"
+#include "platform/simulated/SimulatedSystemLook.h"
+#include "simulator/PreferenceStore.h"
 
 #include <gtest/gtest.h>
 
@@ -24,6 +26,15 @@ protected:
     void change(const char* subject) {
         const macsim::StateStore store(mac.hostFolder() + macsim::kStateFolder.toString());
         store.update(subject, [this](macsim::Json& state) { state = macsim::Json{{"change", ++changes}}; });
+    }
+    /// As the user does it in the settings, or anybody by `defaults`.
+    void setStyle(const QString& style) {
+        const macsim::PreferenceStore store(mac.mac, mac.mac.volume(macsim::Actor::User));
+        store.write({macsim::kGlobalDomain.toString()}, u"AppleInterfaceStyle"_s, style);
+    }
+    void changeTheme() {
+        const bool isDark = SimulatedSystemLook(mac.mac).scheme() == ColorScheme::Dark;
+        setStyle(isDark ? u"Light"_s : u"Dark"_s);
     }
     std::unique_ptr<NotificationObservation> count(const QString& name, int& heard) {
         return notifications.observe(name, [&heard] { ++heard; });
@@ -47,7 +58,7 @@ TEST_F(SystemNotificationsContract, aChangeByAnotherIsHeardThroughTheEventLoop) 
     change("displays");
     EXPECT_EQ(desktops, 0) << "not before the event loop comes round";
     waitFor(desktops, 1);
-    change("appearance");
+    changeTheme();
     waitFor(themes, 1);
     EXPECT_EQ(desktops, 1);
     EXPECT_EQ(themes, 1);
@@ -57,7 +68,7 @@ TEST_F(SystemNotificationsContract, eachOfTwoChangesInTurnIsHeard) {
     int heard = 0;
     const auto theme = count(kTheme, heard);
     for (int round = 1; round <= 3; ++round) {
-        change("appearance");
+        changeTheme();
         waitFor(heard, round);
         EXPECT_EQ(heard, round);
     }
@@ -84,7 +95,8 @@ TEST_F(SystemNotificationsContract, whatWasBeforeIsNotHeardAndNothingElseEither)
     change("power");
     change("processes");
     mac.mac.state().update("displays", [](macsim::Json&) {});
-    change("appearance");
+    setStyle(u"Light"_s); // as without one
+    changeTheme();
     waitFor(themes, 1);
     EXPECT_EQ(desktops, 0);
     EXPECT_EQ(others, 0);

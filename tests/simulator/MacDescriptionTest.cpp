@@ -38,6 +38,18 @@ TEST_F(MacDescriptionTest, aUserIdThatDoesNotFitIsRefused) {
     }
 }
 
+TEST_F(MacDescriptionTest, aMacThatWasMadeWithoutAPasswordForItsUserHasOne) {
+    make(Json::object());
+    EXPECT_EQ(Mac(path()).machine().password, u"quorvane"_s);
+}
+
+TEST_F(MacDescriptionTest, theUsersPasswordIsThatOfTheDescription) {
+    Json machine = SimulatedMacFolder::defaultMachine();
+    machine["password"] = "gîg 7";
+    make({{"machine", machine}});
+    EXPECT_EQ(Mac(path()).machine().password, u"gîg 7"_s);
+}
+
 TEST_F(MacDescriptionTest, preferencesStandWhereTheirOwnerKeepsThem) {
     make({{"preferences",
            {{"user", {{"com.x", {{"a", true}, {"b", 2}, {"c", 0.5}, {"d", "t"}}}}},

@@ -59,8 +59,8 @@ TEST(Layers, theSimulatorKnowsNothingOfTheProgram) {
     expectNone(sources().includesOutOf(u"json"_s));
 }
 
-TEST(Layers, onlyTheRehearsalNamesTheSimulatedAdapters) {
-    expectNone(sources().includesOf(u"platform/simulated"_s, {u"rehearsal"_s}));
+TEST(Layers, onlyProgramsNameTheSimulatedAdapters) {
+    expectNone(sources().includesOf(u"platform/simulated"_s, {u"app"_s, u"rehearsal"_s}));
 }
 
 TEST(Layers, nothingIncludesTheRehearsal) {

@@ -206,14 +206,14 @@ QImage withoutScale(QImage picture) {
 double coverageAlongSlash(const QImage& picture, double moved) {
     const double unit = picture.width() / 16.0;
     const double across = moved / std::sqrt(2.0);
+    constexpr int kPlaces = 100;
     double sum = 0;
-    int count = 0;
-    for (double along = 3; along < 13; along += 0.1) {
+    for (int place = 0; place < kPlaces; ++place) {
+        const double along = 3 + 10.0 * place / kPlaces;
         sum += coverage(picture,
                         QPoint(static_cast<int>((along + across) * unit), static_cast<int>((along - across) * unit)));
-        ++count;
     }
-    return sum / count;
+    return sum / kPlaces;
 }
 
 } // namespace

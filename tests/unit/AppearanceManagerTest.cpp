@@ -1,6 +1,6 @@
 #include "appearance/AppearanceManager.h"
 
-#include "fakes/ManualNotifications.h"
+#include "fakes/ManualSystemLook.h"
 #include "fakes/MemoryUserDefaults.h"
 #include "fakes/RecordingAppearance.h"
 
@@ -18,7 +18,6 @@ namespace {
 using Schemes = QList<std::optional<ColorScheme>>;
 
 const QString kAppearanceKey = u"appearanceMode"_s;
-const QString kThemeChanged = u"AppleInterfaceThemeChangedNotification"_s;
 
 class AppearanceManagerTest : public ::testing::Test {
 protected:
@@ -26,7 +25,7 @@ protected:
 
     /// Starts the program anew with the same preferences.
     void start() {
-        manager = std::make_unique<AppearanceManager>(appearance, notifications, defaults);
+        manager = std::make_unique<AppearanceManager>(appearance, system, defaults);
         QObject::connect(manager.get(), &AppearanceManager::appearanceChanged, [this] {
             heard.append(manager->mode() + u", stored "_s + defaults.string(kAppearanceKey).value_or(u"nothing"_s) +
                          u", applied %1"_s.arg(appearance.schemes.size()));
@@ -36,11 +35,15 @@ protected:
         defaults.values.insert(kAppearanceKey, mode);
         start();
     }
+    void makeSystem(ColorScheme scheme) {
+        system.systemScheme = scheme;
+        system.tell();
+    }
     /// What those who draw were told since the last call.
     QStringList takeHeard() { return std::exchange(heard, {}); }
 
     RecordingAppearance appearance;
-    ManualNotifications notifications;
+    ManualSystemLook system;
     MemoryUserDefaults defaults;
     QStringList heard;
     std::unique_ptr<AppearanceManager> manager;
@@ -103,8 +106,10 @@ TEST_F(AppearanceManagerTest, anUnknownModeBehavesAsTheSystems) {
         manager->applyAppearance();
         EXPECT_EQ(appearance.schemes.last(), std::nullopt) << mode.toStdString();
         takeHeard();
-        notifications.post(kThemeChanged);
+        makeSystem(ColorScheme::Dark);
         EXPECT_EQ(takeHeard().size(), 1) << mode.toStdString();
+        EXPECT_EQ(manager->scheme(), ColorScheme::Dark) << mode.toStdString();
+        makeSystem(ColorScheme::Light);
         EXPECT_EQ(defaults.string(kAppearanceKey), mode) << "it stays until the mode is set";
     }
     manager->setMode(u"system"_s);
@@ -118,26 +123,67 @@ TEST_F(AppearanceManagerTest, aValueThatIsNoTextCountsAsMissing) {
 }
 
 TEST_F(AppearanceManagerTest, aThemeOfTheSystemsIsDrawnWhileTheProgramFollowsIt) {
-    notifications.post(kThemeChanged);
+    makeSystem(ColorScheme::Dark);
     EXPECT_EQ(takeHeard(), QStringList(u"system, stored nothing, applied 0"_s));
-    notifications.post(u"com.apple.desktop"_s);
-    EXPECT_EQ(takeHeard(), QStringList());
-    for (const QString& mode : {u"light"_s, u"dark"_s}) {
-        manager->setMode(mode);
-        takeHeard();
-        notifications.post(kThemeChanged);
-        EXPECT_EQ(takeHeard(), QStringList()) << mode.toStdString();
-    }
-    manager->setMode(u"system"_s);
+    EXPECT_EQ(manager->scheme(), ColorScheme::Dark);
+    makeSystem(ColorScheme::Dark);
+    EXPECT_EQ(takeHeard(), QStringList()) << "nothing has changed";
+
+    manager->setMode(u"dark"_s);
     takeHeard();
-    notifications.post(kThemeChanged);
+    makeSystem(ColorScheme::Light);
+    EXPECT_EQ(takeHeard(), QStringList());
+    EXPECT_EQ(manager->scheme(), ColorScheme::Dark);
+
+    manager->setMode(u"light"_s);
+    takeHeard();
+    makeSystem(ColorScheme::Dark);
+    EXPECT_EQ(takeHeard(), QStringList());
+    EXPECT_EQ(manager->scheme(), ColorScheme::Light);
+
+    manager->setMode(u"system"_s);
+    EXPECT_EQ(manager->scheme(), ColorScheme::Dark) << "as the system has been meanwhile";
+    takeHeard();
+    makeSystem(ColorScheme::Light);
     EXPECT_EQ(takeHeard().size(), 1);
+    EXPECT_EQ(manager->scheme(), ColorScheme::Light);
+}
+
+TEST_F(AppearanceManagerTest, motionAndContrastAreTheSystemsInEveryMode) {
+    for (const QString& mode : {u"system"_s, u"light"_s, u"dark"_s}) {
+        system.isMotionReduced = false;
+        system.isContrastIncreased = false;
+        startWith(mode);
+        EXPECT_FALSE(manager->reducesMotion());
+        EXPECT_FALSE(manager->increasesContrast());
+
+        system.isMotionReduced = true;
+        system.tell();
+        EXPECT_EQ(takeHeard().size(), 1) << mode.toStdString();
+        EXPECT_TRUE(manager->reducesMotion());
+        EXPECT_FALSE(manager->increasesContrast());
+
+        system.isContrastIncreased = true;
+        system.tell();
+        EXPECT_EQ(takeHeard().size(), 1) << mode.toStdString();
+        EXPECT_TRUE(manager->increasesContrast());
+    }
+}
+
+TEST_F(AppearanceManagerTest, aStartFindsTheSystemAsItIs) {
+    system.systemScheme = ColorScheme::Dark;
+    system.isMotionReduced = true;
+    system.isContrastIncreased = true;
+    start();
+    EXPECT_EQ(manager->scheme(), ColorScheme::Dark);
+    EXPECT_TRUE(manager->reducesMotion());
+    EXPECT_TRUE(manager->increasesContrast());
 }
 
 TEST_F(AppearanceManagerTest, listensAsLongAsItLives) {
-    EXPECT_EQ(notifications.observerCount(), 1);
+    EXPECT_EQ(system.observerCount(), 1);
     manager.reset();
-    EXPECT_EQ(notifications.observerCount(), 0);
+    EXPECT_EQ(system.observerCount(), 0);
 }
 
 } // namespace quorvane

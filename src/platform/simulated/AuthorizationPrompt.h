@@ -15,6 +15,8 @@ public:
     AuthorizationPrompt& operator=(const AuthorizationPrompt&) = delete;
     virtual ~AuthorizationPrompt() = default;
 
+    /// Opens a dialog, and finishes when it is answered. Who asked cancels the future when the script has ended that wanted to
+    /// know: nobody waits for the answer any more, and the dialog goes.
     /// @param prompt  the text of the dialog
     virtual QFuture<macsim::Authorization> ask(const QString& prompt) = 0;
 };

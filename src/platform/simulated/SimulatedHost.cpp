@@ -4,6 +4,8 @@
 #include "simulator/MacSkeleton.h"
 #include "simulator/SessionEnvironment.h"
 
+#include <QCoreApplication>
+
 namespace quorvane {
 
 using namespace Qt::StringLiterals;
@@ -24,6 +26,7 @@ SimulatedHost::SimulatedHost(const QString& macFolder, AuthorizationPrompt& auth
     , m_biometrics(m_mac)
     , m_displays(m_mac)
     , m_notifications(m_mac)
+    , m_systemLook(m_mac)
     , m_commands(m_mac.hostFolder() + u"/usr/bin/env"_s, m_environment)
     , m_scripts(m_mac.hostFolder() + u"/usr/libexec/scriptengine"_s, m_environment, authorization)
     , m_counter(options.faultsFile) {
@@ -42,6 +45,10 @@ void SimulatedHost::shutDown() {
     m_cloud.shutDown();
     m_keychain.shutDown();
     m_clock.shutDown();
+}
+
+QString macsimBesideProgram() {
+    return QCoreApplication::applicationDirPath() + u"/macsim"_s;
 }
 
 QProcessEnvironment simulatedEnvironment(const macsim::Mac& mac, const SimulatedHostOptions& options) {

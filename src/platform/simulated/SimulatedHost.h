@@ -18,6 +18,7 @@
 #include "platform/simulated/SimulatedNotifications.h"
 #include "platform/simulated/SimulatedPropertyLists.h"
 #include "platform/simulated/SimulatedScriptEngine.h"
+#include "platform/simulated/SimulatedSystemLook.h"
 #include "platform/simulated/SimulatedUserDefaults.h"
 #include "simulator/Mac.h"
 
@@ -25,7 +26,8 @@ namespace quorvane {
 
 /// What a simulated host is made with, beside the Mac's folder. Paths are the host's; empty ones are left out.
 struct SimulatedHostOptions {
-    QString program;     ///< the `macsim` program; the Mac's commands are made to lead to it where they lead elsewhere
+    QString
+        program; ///< the `macsim` program (macsimBesideProgram); the Mac's commands are made to lead to it where they lead elsewhere
     QString faultsFile;  ///< what goes wrong on purpose; see macsim::Faults, FileFaults and CommandCounter
     QString journalFile; ///< a further file for the journal
     BiometricPrompt* finger = nullptr; ///< who is asked for a finger; without anybody every question is cancelled
@@ -39,6 +41,8 @@ public:
 
     const macsim::Mac& mac() const { return m_mac; }
     Host host();
+    /// Asked for by a window alone.
+    SystemLook& systemLook() { return m_systemLook; }
     /// Ends all children, scripts and waits; see CommandLauncher::shutDown.
     void shutDown();
 
@@ -58,6 +62,7 @@ private:
     SimulatedBiometrics m_biometrics;
     SimulatedDisplays m_displays;
     SimulatedNotifications m_notifications;
+    SimulatedSystemLook m_systemLook;
     SystemClock m_clock;
     ProcessCommandLauncher m_commands;
     SimulatedScriptEngine m_scripts;
@@ -65,6 +70,9 @@ private:
     FaultyCommandLauncher m_faultyCommands{m_commands, m_counter};
     FaultyScriptEngine m_faultyScripts{m_scripts, m_counter};
 };
+
+/// The `macsim` program, which lies beside the one that runs.
+QString macsimBesideProgram();
 
 /// The environment of a process of the simulated Mac's user. Throws std::invalid_argument for faults that can't be
 /// understood.

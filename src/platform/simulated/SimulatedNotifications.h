@@ -5,11 +5,11 @@
 
 namespace quorvane {
 
-/// The distributed notifications of a simulated Mac. They come from changes of its state, whoever makes them, the program
+/// The distributed notifications of a simulated Mac. They come from changes of what it keeps, whoever makes them, the program
 /// itself included:
 ///
-/// "com.apple.desktop"                        the subject "displays": a picture was set, a display came or went
-/// "AppleInterfaceThemeChangedNotification"   the subject "appearance"
+/// "com.apple.desktop"                        the state subject "displays": a picture was set, a display came or went
+/// "AppleInterfaceThemeChangedNotification"   the user's preferences: the system is dark now, or light (SimulatedSystemLook)
 ///
 /// Any other name is never heard.
 class SimulatedNotifications final : public SystemNotifications {

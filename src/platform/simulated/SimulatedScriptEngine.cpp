@@ -28,6 +28,7 @@ public:
         : m_engine(&engine) {
         connect(&m_process, &QProcess::readyReadStandardOutput, this, &Script::readMessages);
         connect(&m_process, &QProcess::finished, this, &Script::ended);
+        connect(&m_question, &QFutureWatcherBase::finished, this, &Script::answer);
         connect(&m_process, &QProcess::errorOccurred, this, [this](QProcess::ProcessError error) {
             if (error == QProcess::FailedToStart) {
                 ended();
@@ -82,11 +83,20 @@ private:
         if (!m_engine) {
             return;
         }
-        m_engine->m_authorization.ask(prompt).then(
-            this, [this](macsim::Authorization answer) { m_process.write(macsim::ScriptProtocol::answer(answer)); });
+        m_question.setFuture(m_engine->m_authorization.ask(prompt));
+    }
+
+    void answer() {
+        if (m_process.state() == QProcess::Running) {
+            m_process.write(macsim::ScriptProtocol::answer(m_question.isCanceled() ? macsim::Authorization::Cancel
+                                                                                   : m_question.result()));
+        }
     }
 
     void ended() {
+        if (!m_question.isFinished()) {
+            m_question.cancel();
+        }
         m_promise.addResult(m_outcome);
         m_promise.finish();
         if (m_engine) {
@@ -98,6 +108,7 @@ private:
     SimulatedScriptEngine* m_engine;
     QProcess m_process;
     QPromise<ScriptOutcome> m_promise;
+    QFutureWatcher<macsim::Authorization> m_question; ///< the latest; a script asks one at a time
     ScriptOutcome m_outcome; ///< neither result nor message until the engine has spoken: a death is an error
 };
 

@@ -98,7 +98,8 @@ QWidget* PerformanceMainPage::makeProfilesSection() {
 
 void PerformanceMainPage::updateProfiles() {
     const Session& session = m_environment.session;
-    m_empty->setVisible(session.savedProfiles.known().profiles.isEmpty());
+    const bool isEmpty = session.savedProfiles.known().profiles.isEmpty();
+    m_empty->setVisible(isEmpty && session.savedProfiles.wasRead());
     m_profilesSection->setFooter(
         savedProfilesFooter(session.savedProfiles.known().profiles, session.activeProfile.current()));
     m_profilesSection->card().update();

@@ -4,7 +4,7 @@
 #include "ui/ViewEnvironment.h"
 #include "ui/performance/PerformanceMainPage.h"
 #include "ui/performance/TweaksPage.h"
-#include "ui/window/IdleGuard.h"
+#include "ui/pieces/IdleGuard.h"
 
 namespace quorvane {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/window/Sheet.h"
+#include "ui/pieces/Sheet.h"
 
 #include <memory>
 

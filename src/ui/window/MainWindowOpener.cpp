@@ -35,6 +35,10 @@ void MainWindowOpener::openWindow() {
     m_window->show();
 }
 
+MainWindow* MainWindowOpener::mainWindow() const {
+    return m_window;
+}
+
 void MainWindowOpener::shutDown() {
     delete m_window;
 }

@@ -19,7 +19,7 @@ public:
     /// Opens the main window, or restores it where it is minimised, and brings it to the front.
     void ensureMainWindowVisible();
     /// Null while it is closed.
-    MainWindow* mainWindow() const { return m_window; }
+    MainWindow* mainWindow() const;
     /// Takes the window away, whatever it shows: the program ends.
     void shutDown();
 

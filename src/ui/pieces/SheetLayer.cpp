@@ -1,7 +1,7 @@
-#include "ui/window/SheetLayer.h"
+#include "ui/pieces/SheetLayer.h"
 
 #include "ui/Theme.h"
-#include "ui/window/Sheet.h"
+#include "ui/pieces/Sheet.h"
 
 #include <QEvent>
 #include <QPainter>

@@ -1,4 +1,4 @@
-#include "ui/window/IdleGuard.h"
+#include "ui/pieces/IdleGuard.h"
 
 #include "actions/Turnstile.h"
 

@@ -1,4 +1,4 @@
-#include "rehearsal/QuitSignals.h"
+#include "platform/portable/QuitSignals.h"
 
 #include <array>
 #include <cerrno>
@@ -22,7 +22,7 @@ void handleSignal(int) {
 
 } // namespace
 
-QuitSignals::QuitSignals(QObject* parent)
+QuitSignals::QuitSignals(OutputReader reader, QObject* parent)
     : QObject(parent) {
     if (::pipe(pipeEnds.data()) != 0) {
         return;
@@ -39,7 +39,10 @@ QuitSignals::QuitSignals(QObject* parent)
     });
     std::signal(SIGINT, handleSignal);
     std::signal(SIGTERM, handleSignal);
-    std::signal(SIGPIPE, handleSignal);
+    if (std::signal(SIGHUP, handleSignal) == SIG_IGN) {
+        std::signal(SIGHUP, SIG_IGN); // by nohup: whoever started this wants it to outlive the terminal
+    }
+    std::signal(SIGPIPE, reader == OutputReader::Needed ? handleSignal : SIG_IGN);
 }
 
 } // namespace quorvane

@@ -1,4 +1,4 @@
-#include "ui/window/Sheet.h"
+#include "ui/pieces/Sheet.h"
 
 #include "ui/pieces/TextLabel.h"
 

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "app/InstanceLock.h"
+
+#include <QLocalServer>
+#include <QObject>
+#include <QTemporaryDir>
+
+#include <chrono>
+#include <memory>
+
+namespace quorvane {
+
+/// One program for each user and data folder. The first one holds the folder's lock and listens on a socket in a folder of its
+/// own; a further start finds the lock taken, connects, and is answered by one byte: the first has come forward. What a first
+/// one leaves when it is killed, its socket's folder, is removed by the next.
+///
+/// Needs the application object, and runs its event loop for as long as a first one takes to answer.
+class SingleInstance : public QObject {
+    Q_OBJECT
+
+public:
+    enum class Role {
+        First,      ///< holds the data folder until this object goes
+        Second,     ///< the first has been told
+        Unanswered, ///< there is a first one that doesn't answer
+    };
+
+    /// @param dataFolder  made where it is missing
+    /// Throws std::runtime_error where nothing can be written there.
+    explicit SingleInstance(const QString& dataFolder);
+    ~SingleInstance() override;
+
+    /// Finds out, once. A first one that is still starting, or already ending, is waited for.
+    /// Throws std::runtime_error where no socket can be made.
+    Role claim(std::chrono::milliseconds patience = std::chrono::seconds(5));
+
+    /// For a first one whose end begins: who starts now waits until it has gone, and is the first then.
+    void stopAnswering();
+
+    /// Of an unanswered one, for whoever started the second: what there is, and what can be done.
+    QString unansweredText() const;
+
+Q_SIGNALS:
+    /// To the first: another start wants it to come forward.
+    void activationRequested();
+
+private:
+    void beFirst();
+    void answerOthers();
+
+    InstanceLock m_lock;
+    std::unique_ptr<QTemporaryDir> m_socketFolder; ///< only its owner's
+    QLocalServer m_server;
+};
+
+} // namespace quorvane

@@ -1,0 +1,7 @@
+#pragma once
+
+namespace quorvane {
+
+enum class ColorScheme { Light, Dark };
+
+} // namespace quorvane
