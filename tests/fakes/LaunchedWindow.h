@@ -2,6 +2,7 @@
 
 #include "actions/Launch.h"
 #include "appearance/AppearanceManager.h"
+#include "fakes/ManualSystemLook.h"
 #include "fakes/RecordingAppearance.h"
 #include "fakes/WindowActions.h"
 
@@ -20,7 +21,8 @@ protected:
     }
 
     RecordingAppearance look;
-    AppearanceManager appearance{look, systemNotifications, defaults};
+    ManualSystemLook systemLook;
+    AppearanceManager appearance{look, systemLook, defaults};
     Launch launch{{*session, clock, appearance, *lock, window}};
 };
 
