@@ -35,7 +35,9 @@ AppDelegate::AppDelegate(const AppParts& parts)
     connectEnds();
 }
 
-AppDelegate::~AppDelegate() = default;
+AppDelegate::~AppDelegate() {
+    qGuiApp->removeEventFilter(this); // what it looks at goes
+}
 
 SessionParts AppDelegate::sessionParts() {
     const auto makeGate = [this] {

@@ -3,7 +3,6 @@
 #include "ui/QuorvaneStyle.h"
 
 #include <QFontDatabase>
-#include <QGuiApplication>
 #include <QWidget>
 
 #include <algorithm>
@@ -45,6 +44,15 @@ constexpr double kPointsPerPixel = 1;
 #else
 constexpr double kPointsPerPixel = 72.0 / 96.0;
 #endif
+
+/// A Mac has its own.
+QFont systemFont() {
+#ifdef Q_OS_MACOS
+    return QFontDatabase::systemFont(QFontDatabase::GeneralFont);
+#else
+    return QFont(u"Inter"_s);
+#endif
+}
 
 QColor translucent(const QColor& color, double alpha) {
     QColor result = color;
@@ -145,8 +153,7 @@ QColor Theme::badge(BadgeColor color) const {
 
 QFont Theme::font(TextStyle style) const {
     const Type type = typeOf(style);
-    QFont font =
-        style == TextStyle::Fixed ? QFontDatabase::systemFont(QFontDatabase::FixedFont) : QGuiApplication::font();
+    QFont font = style == TextStyle::Fixed ? QFontDatabase::systemFont(QFontDatabase::FixedFont) : systemFont();
     font.setPointSizeF(type.size * kPointsPerPixel);
     font.setWeight(type.weight);
     return font;

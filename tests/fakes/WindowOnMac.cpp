@@ -1,6 +1,8 @@
 #include "fakes/WindowOnMac.h"
 
 #include "app/simulated/AuthorizationDialog.h"
+#include "fakes/CountingWorkspace.h"
+#include "fakes/ScriptedAlertPresenter.h"
 #include "lock/LockManager.h"
 #include "platform/FileManager.h"
 #include "profiles/ProfileManager.h"
@@ -257,6 +259,7 @@ void WindowOnMac::answerAlert(const QString& title, const QString& button) {
     QAbstractButton* const pressed = buttonOf(alert, button);
     ASSERT_NE(pressed, nullptr) << button.toStdString();
     QTest::mouseClick(pressed, Qt::LeftButton);
+    activateWhatIsInFront();
 }
 
 void WindowOnMac::authorize(const QString& password) {
@@ -264,11 +267,22 @@ void WindowOnMac::authorize(const QString& password) {
     auto* const field = openDialog<AuthorizationDialog>()->findChild<QLineEdit*>();
     QTest::keyClicks(field, password);
     QTest::keyClick(field, Qt::Key_Return);
+    activateWhatIsInFront();
+}
+
+/// As a system does when a window goes.
+void WindowOnMac::activateWhatIsInFront() {
+    QWidget* const modal = QApplication::activeModalWidget();
+    if (QWidget* const front = modal != nullptr ? modal : mainWindow()) {
+        front->activateWindow();
+        processEventsUntil([front] { return front->isActiveWindow(); });
+    }
 }
 
 void WindowOnMac::cancelAuthorization() {
     processEventsUntil([] { return openDialog<AuthorizationDialog>() != nullptr; });
     QTest::keyClick(openDialog<AuthorizationDialog>(), Qt::Key_Escape);
+    activateWhatIsInFront();
 }
 
 void WindowOnMac::chooseInMenu(const QString& title) {

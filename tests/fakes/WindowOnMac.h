@@ -96,6 +96,7 @@ protected:
     /// Types into the system's dialog, once that is there.
     static void authorize(const QString& password = u"quorvane"_s);
     static void cancelAuthorization();
+    static void activateWhatIsInFront();
     /// Chooses in the status item's menu.
     void chooseInMenu(const QString& title);
     QStringList menuTitles();

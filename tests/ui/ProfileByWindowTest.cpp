@@ -26,7 +26,7 @@ TEST_F(ProfileByWindow, isPickedReviewedAppliedAndSeenToBeInForce) {
     processEventsUntil([] { return !isSeen(u"Review Profile: Live Set"_s); });
     EXPECT_TRUE(isSeen(u"Profile: Live Set"_s));
     EXPECT_EQ(mainWindow()->windowTitle(), u"Quorvane — Live Set"_s);
-    EXPECT_EQ(shell(u"defaults read com.apple.Siri StatusMenuVisible"_s).trimmed(), u"0"_s);
+    EXPECT_EQ(shell(u"defaults read com.apple.assistant.support \"Assistant Enabled\""_s).trimmed(), u"0"_s);
 }
 
 } // namespace quorvane

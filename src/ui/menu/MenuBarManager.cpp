@@ -6,6 +6,7 @@
 #include "platform/AlertPresenter.h"
 #include "ui/QuorvaneStyle.h"
 #include "ui/menu/StatusItem.h"
+#include "ui/pieces/WhenFinished.h"
 #include "ui/symbols/Symbols.h"
 
 #include <QAction>
@@ -130,11 +131,12 @@ void MenuBarManager::choose(const StatusMenuEntry& entry) {
 std::optional<MenuBarManager::Managers> MenuBarManager::requireManagers() {
     if (!m_managers) {
         const Alert question = notReadyQuestion();
-        m_alerts.present(question).then(this, [this, cancel = question.cancelButton](int pressed) {
-            if (pressed != cancel) {
-                Q_EMIT windowRequested();
-            }
-        });
+        whenFinished(m_alerts.present(question), this,
+                     [this, cancel = question.cancelButton](const QFuture<int>& pressed) {
+                         if (pressed.result() != cancel) {
+                             Q_EMIT windowRequested();
+                         }
+                     });
     }
     return m_managers;
 }

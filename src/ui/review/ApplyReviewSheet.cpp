@@ -10,6 +10,7 @@
 #include "ui/pieces/AppCard.h"
 #include "ui/pieces/ProgressRing.h"
 #include "ui/pieces/SymbolView.h"
+#include "ui/pieces/WhenFinished.h"
 #include "ui/review/ReviewRows.h"
 
 #include <QHBoxLayout>
@@ -126,7 +127,7 @@ void ApplyReviewSheet::updateButtons() {
 /// Only what takes a moment says that it does.
 void ApplyReviewSheet::showLoading() {
     setContents(Column().finished());
-    m_clock.sleepFor(kLoadingDelay).then(this, [this] {
+    whenFinished(m_clock.sleepFor(kLoadingDelay), this, [this](const QFuture<void>&) {
         if (!m_review->preview() && !m_review->result()) {
             Column column;
             column.add(line(TextStyle::Body, TextTone::Secondary, kPreparingReview));

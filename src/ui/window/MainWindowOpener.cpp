@@ -11,7 +11,7 @@ MainWindowOpener::MainWindowOpener(const ViewEnvironment& environment, QObject* 
     , m_environment(environment) {}
 
 MainWindowOpener::~MainWindowOpener() {
-    shutDown();
+    delete m_window;
 }
 
 void MainWindowOpener::ensureMainWindowVisible() {
@@ -40,7 +40,12 @@ MainWindow* MainWindowOpener::mainWindow() const {
 }
 
 void MainWindowOpener::shutDown() {
-    delete m_window;
+    MainWindow* const window = m_window;
+    m_window.clear(); // nobody is to meet one that is half gone
+    if (window != nullptr) {
+        delete window;
+        Q_EMIT windowClosed();
+    }
 }
 
 } // namespace quorvane

@@ -7,6 +7,7 @@
 #include "ui/pieces/Announcement.h"
 #include "ui/pieces/ProgressRing.h"
 #include "ui/pieces/TextLabel.h"
+#include "ui/pieces/WhenFinished.h"
 
 #include <QHBoxLayout>
 #include <QPainter>
@@ -95,12 +96,12 @@ void WaitingDialogOverlay::follow() {
 void WaitingDialogOverlay::beginWaiting() {
     m_isWaiting = true;
     const int round = ++m_round;
-    m_clock.sleepFor(m_presentationDelay).then(this, [this, round] {
+    whenFinished(m_clock.sleepFor(m_presentationDelay), this, [this, round](const QFuture<void>&) {
         if (round == m_round) {
             reveal();
         }
     });
-    m_clock.sleepFor(kLineDelay).then(this, [this, round] {
+    whenFinished(m_clock.sleepFor(kLineDelay), this, [this, round](const QFuture<void>&) {
         if (round == m_round) {
             m_showsLine = true;
             takeText();
