@@ -72,10 +72,11 @@ WindowOnMac::WindowOnMac(const QString& description) {
     macsim::createMac(macFolder(), macsim::macDescriptionFromFile(file), macsim::simulatorTools().keys(),
                       QStringLiteral(MACSIM_PROGRAM));
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder.path() + u"/settings"_s);
+    makeFail("[]");
     authorization = std::make_unique<AuthorizationDialogs>();
     finger = std::make_unique<FingerDialogs>();
-    host = std::make_unique<SimulatedHost>(macFolder(), *authorization,
-                                           SimulatedHostOptions{QStringLiteral(MACSIM_PROGRAM), {}, {}, finger.get()});
+    const SimulatedHostOptions options{QStringLiteral(MACSIM_PROGRAM), faultsFile(), {}, finger.get()};
+    host = std::make_unique<SimulatedHost>(macFolder(), *authorization, options);
     authorization->setMachine(host->mac().machine());
 }
 
@@ -112,6 +113,12 @@ void WindowOnMac::enableLock() {
     CountingWorkspace workspace(steps);
     LockManager lock(ports.keychain, ports.biometrics, alerts, workspace, ports.defaults);
     ASSERT_EQ(lock.enableLock(kLockPassword, kLockPassword), std::nullopt);
+}
+
+void WindowOnMac::makeFail(const QByteArray& faults) {
+    QFile file(faultsFile());
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    file.write(faults);
 }
 
 QString WindowOnMac::shell(const QString& line) {
