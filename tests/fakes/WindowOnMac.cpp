@@ -18,6 +18,12 @@ namespace quorvane {
 
 namespace {
 
+/// A list is behind its own rows.
+bool hasSeenPart(const QWidget* widget) {
+    const auto* const area = qobject_cast<const QAbstractScrollArea*>(widget);
+    return widget->isVisible() && !(area != nullptr ? area->viewport() : widget)->visibleRegion().isEmpty();
+}
+
 /// All windows' widgets that can be seen.
 QList<QWidget*> seenWidgets() {
     QList<QWidget*> seen;
@@ -27,7 +33,7 @@ QList<QWidget*> seenWidgets() {
         }
         seen.append(window);
         for (QWidget* const widget : window->findChildren<QWidget*>()) {
-            if (widget->isVisible() && !widget->visibleRegion().isEmpty()) {
+            if (hasSeenPart(widget)) {
                 seen.append(widget);
             }
         }

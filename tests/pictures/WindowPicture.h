@@ -32,14 +32,15 @@ protected:
 
     void launchWithProfiles();
     void saveManyProfiles(int count);
-    /// The Mac has the settings of the profile "Live Set".
-    void launchInForce();
+    /// @param liveSet  what of it the Mac has: App Nap, AirDrop and Siri
+    void launchInForce(const UnifiedProfile& liveSet);
     void launchLocked();
     void openReview(const QString& profile);
     /// From the review on to its outcome.
     void applyReview();
     void startSnapshotThatHangs();
     static void showLogs();
+    static void openTweaks();
     /// In the menu bar.
     static void chooseCommand(const QString& title);
     /// As the status item shows it, in the window's corner.

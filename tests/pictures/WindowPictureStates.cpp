@@ -36,10 +36,12 @@ UnifiedProfile smallLiveSet() {
     return profile;
 }
 
+const QString kAirDropOffByHand = u"defaults write com.apple.NetworkBrowser DisableAirDrop -bool true"_s;
 const QString kSmallLiveSetByHand = u"defaults write -g NSAppSleepDisabled -bool true; "
                                     "defaults write com.apple.NetworkBrowser DisableAirDrop -bool true; "
                                     "defaults write com.apple.assistant.support 'Assistant Enabled' -bool false"_s;
 
+constexpr int kLongFileName = 240;
 const QByteArray kEveryReadingHangs = R"([{"tool": "pmset", "hang": true}, {"tool": "defaults", "hang": true}])";
 
 } // namespace
@@ -65,9 +67,9 @@ void WindowPicture::saveManyProfiles(int count) {
     }
 }
 
-void WindowPicture::launchInForce() {
+void WindowPicture::launchInForce(const UnifiedProfile& liveSet) {
     keepBaseline();
-    saveProfile(smallLiveSet());
+    saveProfile(liveSet);
     saveProfile(u"rehearsal"_s);
     shell(kSmallLiveSetByHand);
     launchAndScan();
@@ -107,6 +109,15 @@ void WindowPicture::showLogs() {
     QTest::mouseClick(tabs->viewport(), Qt::LeftButton, {}, tabs->visualRect(logs).center());
 }
 
+/// Its row may be further down.
+void WindowPicture::openTweaks() {
+    for (QAbstractButton* const row : mainWindow()->findChildren<QAbstractButton*>()) {
+        if (row->accessibleName() == systemTweaksRow().title) {
+            row->click();
+        }
+    }
+}
+
 void WindowPicture::chooseCommand(const QString& title) {
     for (QAction* const action : mainWindow()->findChildren<QAction*>()) {
         if (action->text() == title) {
@@ -138,7 +149,7 @@ QList<PicturedState> WindowPicture::performanceStates() {
         {u"performance-default"_s, [](WindowPicture& picture) { picture.launchWithProfiles(); }},
         {u"performance-no-match"_s,
          [](WindowPicture& picture) {
-             picture.shell(u"defaults write com.apple.NetworkBrowser DisableAirDrop -bool true"_s);
+             picture.shell(kAirDropOffByHand);
              picture.launchWithProfiles();
          }},
         {u"performance-1000-profiles"_s,
@@ -155,18 +166,18 @@ QList<PicturedState> WindowPicture::performanceStates() {
              picture.launch();
              processEventsUntil([&picture] { return picture.session().system.isVerifyingSystem(); });
          }},
-        {u"performance-match"_s, [](WindowPicture& picture) { picture.launchInForce(); }},
+        {u"performance-match"_s, [](WindowPicture& picture) { picture.launchInForce(smallLiveSet()); }},
         {u"performance-match-with-warning"_s,
          [](WindowPicture& picture) {
              UnifiedProfile profile = smallLiveSet();
              profile.settings.uiSounds = true;
              picture.host->host().defaults.setString(kQuorvaneLastAppliedProfileName, profile.name);
-             picture.saveProfile(profile);
-             picture.launchInForce();
+             picture.launchInForce(profile);
          }},
         {u"performance-match-kept"_s,
          [](WindowPicture& picture) {
              picture.host->host().defaults.setString(kQuorvaneLastAppliedProfileName, kLiveSet);
+             picture.shell(kAirDropOffByHand);
              picture.launchWithProfiles();
          }},
         {u"performance-snapshot"_s,
@@ -177,14 +188,16 @@ QList<PicturedState> WindowPicture::performanceStates() {
          }},
         {u"performance-unreadable"_s,
          [](WindowPicture& picture) {
+             picture.saveProfile(u"festival"_s);
              const Host ports = picture.host->host();
-             ports.files.writeAtomically(profilesDirectory(ports.machine) + u"/Summer Tour 2024.json"_s, "{\"id\": 3");
+             const QString file = profilesDirectory(ports.machine) + u"/Summer Tour 2024.json"_s;
+             ports.files.writeAtomically(file, "{\"id\": 3");
              picture.launchWithProfiles();
          }},
         {u"performance-hostile-names"_s,
          [](WindowPicture& picture) {
              for (const QString& name : hostileNames()) {
-                 picture.saveProfile(profileNamed(name));
+                 picture.saveProfile(profileNamed(name.left(kLongFileName)));
              }
              picture.launchWithProfiles();
          }},
@@ -208,12 +221,12 @@ QList<PicturedState> WindowPicture::pageStates() {
         {u"tweaks-off"_s,
          [](WindowPicture& picture) {
              picture.launchWithProfiles();
-             click(systemTweaksRow().title);
+             openTweaks();
          }},
         {u"tweaks-on"_s,
          [](WindowPicture& picture) {
              picture.launchWithProfiles();
-             click(systemTweaksRow().title);
+             openTweaks();
              click(u"Bypass macOS App Nap Throttling"_s);
              click(u"Suspend Spotlight Drive Indexing"_s);
              click(u"Disable Time Machine Auto-Backups"_s);
@@ -221,7 +234,7 @@ QList<PicturedState> WindowPicture::pageStates() {
         {u"tweaks-icon-picker"_s,
          [](WindowPicture& picture) {
              picture.launchWithProfiles();
-             click(systemTweaksRow().title);
+             openTweaks();
              click(u"Icon of Bypass macOS App Nap Throttling"_s);
          }},
         {u"logs"_s,
@@ -273,7 +286,7 @@ QList<PicturedState> WindowPicture::reviewStates() {
         {u"review-tweaks"_s,
          [](WindowPicture& picture) {
              picture.launchWithProfiles();
-             click(systemTweaksRow().title);
+             openTweaks();
              click(u"Bypass macOS App Nap Throttling"_s);
              click(u"Suspend Spotlight Drive Indexing"_s);
              click(kExecuteTweaks);
@@ -283,7 +296,7 @@ QList<PicturedState> WindowPicture::reviewStates() {
         {u"review-nothing-to-do"_s,
          [](WindowPicture& picture) {
              picture.launchWithProfiles();
-             click(systemTweaksRow().title);
+             openTweaks();
              click(kExecuteTweaks);
              waitUntilSeen(u"No performance tweaks are selected."_s);
          }},
@@ -442,7 +455,7 @@ QList<PicturedState> WindowPicture::dialogStates() {
          }},
         {u"menu"_s,
          [](WindowPicture& picture) {
-             picture.launchInForce();
+             picture.launchInForce(smallLiveSet());
              picture.popUpMenu();
          }},
         {u"menu-empty"_s,

@@ -6,12 +6,6 @@
 
 namespace quorvane {
 
-namespace {
-
-constexpr int kRingMargin = 3;
-
-} // namespace
-
 IconButton::IconButton(QWidget* parent)
     : QToolButton(parent) {
     setFocusPolicy(Qt::StrongFocus);
