@@ -41,7 +41,8 @@ protected:
 AppCard::AppCard(QWidget* parent)
     : QFrame(parent)
     , m_rows(new QVBoxLayout(this))
-    , m_edge(new CardEdge(this)) {
+    , m_edge(new CardEdge(this))
+    , m_textLeft(rowTextLeft({.symbol = QStringLiteral("chevron.right")})) {
     m_rows->setContentsMargins(kLine, kLine, kLine, kLine);
     m_rows->setSpacing(kLine);
 }
@@ -59,7 +60,6 @@ void AppCard::paintEvent(QPaintEvent*) {
     const Theme& theme = themeOf(this);
     QPainter painter(this);
     painter.fillRect(rect(), theme.card);
-    const int left = rowTextLeft({.symbol = QStringLiteral("chevron.right")});
     bool isFirst = true;
     for (int index = 0; index < m_rows->count(); ++index) {
         const QWidget* const row = m_rows->itemAt(index)->widget();
@@ -67,7 +67,7 @@ void AppCard::paintEvent(QPaintEvent*) {
             continue;
         }
         if (!isFirst) {
-            painter.fillRect(QRect(left, row->y() - kLine, width() - left - kLine, kLine), theme.border);
+            painter.fillRect(QRect(m_textLeft, row->y() - kLine, width() - m_textLeft - kLine, kLine), theme.border);
         }
         isFirst = false;
     }

@@ -14,6 +14,8 @@ public:
     explicit AppCard(QWidget* parent = nullptr);
 
     void addRow(QWidget* row);
+    /// Where the lines between the rows begin: where their texts do. Otherwise at those of rows with a badge.
+    void setTextLeft(int left) { m_textLeft = left; }
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -22,6 +24,7 @@ protected:
 private:
     QVBoxLayout* m_rows;
     QWidget* m_edge;
+    int m_textLeft;
 };
 
 } // namespace quorvane
