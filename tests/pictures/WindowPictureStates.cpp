@@ -41,6 +41,8 @@ const QString kSmallLiveSetByHand = u"defaults write -g NSAppSleepDisabled -bool
                                     "defaults write com.apple.NetworkBrowser DisableAirDrop -bool true; "
                                     "defaults write com.apple.assistant.support 'Assistant Enabled' -bool false"_s;
 
+const QByteArray kEveryListHangs =
+    R"([{"tool": "launchctl", "hang": true}, {"tool": "osascript", "hang": true}, {"tool": "sfltool", "hang": true}])";
 constexpr int kLongFileName = 240;
 const QByteArray kEveryReadingHangs = R"([{"tool": "pmset", "hang": true}, {"tool": "defaults", "hang": true}])";
 
@@ -266,11 +268,14 @@ QList<PicturedState> WindowPicture::reviewStates() {
     return {
         {u"review-loading"_s,
          [](WindowPicture& picture) {
-             picture.launchWithProfiles();
-             picture.makeFail(kEveryReadingHangs);
-             clickProfile(kLiveSet);
+             picture.keepBaseline();
+             picture.saveProfile(u"festival"_s);
+             picture.makeFail(kEveryListHangs);
+             picture.launch();
+             clickProfile(u"Festival"_s);
              waitUntilSeen(kPreparingReview);
-         }},
+         },
+         u"dj-laptop"_s},
         {u"review-profile"_s,
          [](WindowPicture& picture) {
              picture.launchWithProfiles();

@@ -60,8 +60,6 @@ TextLabel* selectableText(TextStyle style, const QString& text) {
 
 AlertDialog::AlertDialog(const Alert& alert)
     : m_alert(alert) {
-    setWindowModality(Qt::ApplicationModal);
-    setWindowTitle(u"Quorvane"_s);
     setAccessibleName(alert.message);
     setAccessibleDescription(alert.informativeText);
     auto* const layout = new QHBoxLayout(this);
