@@ -368,10 +368,16 @@ QList<PicturedState> WindowPicture::lockStates() {
              press(Qt::Key_Return);
              waitUntilSeen(kIncorrectPassword);
          }},
-        {u"lock-finger-asked"_s, [](WindowPicture& picture) { picture.launchLocked(); }, u"studio-desktop"_s},
+        {u"lock-finger-asked"_s,
+         [](WindowPicture& picture) {
+             picture.launchLocked();
+             waitUntilSeen(u"Another Finger"_s);
+         },
+         u"studio-desktop"_s},
         {u"lock-finger-refused"_s,
          [](WindowPicture& picture) {
              picture.launchLocked();
+             waitUntilSeen(u"Another Finger"_s);
              click(u"Another Finger"_s);
              activateWhatIsInFront();
          },
