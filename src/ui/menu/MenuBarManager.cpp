@@ -10,6 +10,7 @@
 #include "ui/symbols/Symbols.h"
 
 #include <QAction>
+#include <QEvent>
 #include <QTimer>
 
 #include <QCoroTask>
@@ -39,6 +40,7 @@ MenuBarManager::MenuBarManager(StatusItem& item, AlertPresenter& alerts, QObject
     // What changes while the menu is open is in it the next time.
     connect(&m_menu, &QMenu::aboutToShow, this, &MenuBarManager::rebuildMenu);
     connect(&m_menu, &QMenu::aboutToHide, this, &MenuBarManager::scheduleRebuild);
+    m_menu.installEventFilter(this);
     rebuildMenu();
     item.setMenu(m_menu);
 }
@@ -60,6 +62,15 @@ void MenuBarManager::configureManagers(Session& session, WindowListener& listene
     connect(&session.savedProfiles, &SavedProfiles::changed, this, &MenuBarManager::scheduleRebuild);
     connect(&session.turnstile, &Turnstile::idleChanged, this, &MenuBarManager::scheduleRebuild);
     rebuildMenu();
+}
+
+/// Its symbols are painted in the ink of the menu.
+bool MenuBarManager::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::StyleChange) {
+        m_entries.clear();
+        scheduleRebuild();
+    }
+    return QObject::eventFilter(watched, event);
 }
 
 /// Several changes of one turn of the event loop are one.

@@ -37,6 +37,9 @@ Q_SIGNALS:
     void windowRequested();
     void quitRequested();
 
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 private:
     /// What has to be there before something can be chosen.
     struct Managers {
