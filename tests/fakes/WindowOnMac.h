@@ -21,10 +21,14 @@ namespace quorvane {
 /// A place for the status item that is always there, or never.
 class PlacedStatusItem final : public StatusItem {
 public:
-    void setMenu(QMenu& shown) override { menu = &shown; }
+    void setMenu(QMenu& shown) override {
+        menu = &shown;
+        ++placements;
+    }
     bool isShown() const override { return hasPlace; }
 
     QMenu* menu = nullptr;
+    int placements = 0;
     bool hasPlace = true;
 };
 

@@ -77,11 +77,13 @@ void MenuBarManager::rebuildMenu() {
     const QList<StatusMenuEntry> entries = m_managers ? statusMenu(m_managers->session.activeProfile.current(),
                                                                    m_managers->session.savedProfiles.known().profiles,
                                                                    m_managers->session.turnstile.isIdle())
-                                                      : statusMenu({}, {}, true);
-    if (entries == m_entries) {
+                                                      : statusMenu(activeConfiguration({}), {}, true);
+    const QColor ink = themeOf(&m_menu).text; // another one in another look
+    if (entries == m_entries && ink == m_ink) {
         return;
     }
     m_entries = entries;
+    m_ink = ink;
     m_menu.clear();
     for (const StatusMenuEntry& entry : entries) {
         addEntry(entry);
@@ -98,7 +100,7 @@ void MenuBarManager::addEntry(const StatusMenuEntry& entry) {
     action->setCheckable(entry.isChecked);
     action->setChecked(entry.isChecked);
     if (!entry.symbol.isEmpty()) {
-        action->setIcon(symbolIcon(entry.symbol, m_menu.palette().color(QPalette::Text)));
+        action->setIcon(symbolIcon(entry.symbol, m_ink));
     }
     if (!entry.key.isEmpty()) {
         action->setShortcut(QKeySequence(u"Ctrl+"_s + entry.key));

@@ -2,6 +2,7 @@
 
 #include "actions/StatusMenu.h"
 
+#include <QColor>
 #include <QMenu>
 #include <QObject>
 
@@ -54,6 +55,7 @@ private:
     AlertPresenter& m_alerts;
     std::optional<Managers> m_managers;
     QList<StatusMenuEntry> m_entries; ///< as they stand in the menu
+    QColor m_ink;                     ///< of the menu's symbols
     bool m_isScheduled = false;
 };
 

@@ -9,7 +9,7 @@ namespace quorvane {
 using namespace Qt::StringLiterals;
 
 TrayStatusItem::TrayStatusItem()
-    : m_icon(statusIcon(Qt::white)) {
+    : m_icon(statusIcon()) {
     m_icon.setToolTip(u"Quorvane"_s);
 }
 
