@@ -43,8 +43,8 @@ AppDelegate::~AppDelegate() {
 SessionParts AppDelegate::sessionParts() {
     const auto makeGate = [this] {
         const Host& host = m_parts.host;
-        auto lock = std::make_unique<LockManager>(host.keychain, host.biometrics, m_alerts.ofLock(), m_workspace,
-                                                  host.defaults);
+        auto lock = std::make_unique<LockManager>(host.keychain, host.biometrics, m_alerts.ofLock(),
+                                                  m_mainWindowInFront, host.defaults);
         m_lock = lock.get();
         connect(m_lock, &LockManager::isUnlockedChanged, this, [this] { m_alerts.setLocked(!m_lock->isUnlocked()); });
         m_alerts.setLocked(!m_lock->isUnlocked());

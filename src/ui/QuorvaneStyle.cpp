@@ -189,6 +189,12 @@ QRect QuorvaneStyle::subControlRect(ComplexControl control, const QStyleOptionCo
     }
 }
 
+/// The text of a field keeps away from its rounded ends.
+QRect QuorvaneStyle::subElementRect(SubElement element, const QStyleOption* option, const QWidget* widget) const {
+    const QRect rect = QProxyStyle::subElementRect(element, option, widget);
+    return element == SE_LineEditContents ? rect.adjusted(Theme::kGap4, 0, -Theme::kGap4, 0) : rect;
+}
+
 QSize QuorvaneStyle::sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& contents,
                                       const QWidget* widget) const {
     if (type == CT_PushButton) {

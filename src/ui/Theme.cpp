@@ -98,6 +98,7 @@ void Theme::setLightColors() {
     pressed = translucent(Qt::black, 0.09);
     selection = 0x0066D6;
     shade = translucent(Qt::black, 0.25);
+    shadow = translucent(Qt::black, 0.05);
     switchOff = 0x8A8A8F;
     text = 0x1D1D1F;
     secondaryText = 0x5F5F64;
@@ -119,6 +120,7 @@ void Theme::setDarkColors() {
     pressed = translucent(Qt::white, 0.11);
     selection = 0x0A66CC;
     shade = translucent(Qt::black, 0.5);
+    shadow = translucent(Qt::black, 0.12);
     switchOff = 0x7C7C80;
     text = 0xF5F5F7;
     secondaryText = 0xB4B4B9;

@@ -53,6 +53,7 @@ public:
     QColor selection;  ///< of the sidebar and of filled buttons, under `onAccent`
     QColor matchTint;  ///< behind the row that matches this Mac, on top of the card
     QColor shade;      ///< dims what lies under a sheet
+    QColor shadow;     ///< around what floats over a page
     QColor switchOff;  ///< the track of a switch that is off
     QColor switchKnob; ///< of every switch
 

@@ -6,6 +6,7 @@
 #include "ui/Theme.h"
 #include "ui/ViewEnvironment.h"
 #include "ui/logs/LogHighlighter.h"
+#include "ui/pieces/AppCard.h"
 
 #include <QEvent>
 #include <QPlainTextEdit>
@@ -33,10 +34,14 @@ LogsView::LogsView(const ViewEnvironment& environment, QWidget* parent)
     , m_list(new QPlainTextEdit) {
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(Theme::kGap24, Theme::kGap24, Theme::kGap24, Theme::kGap24);
-    layout->addWidget(m_list);
+    auto* const card = new AppCard;
+    card->addRow(m_list);
+    layout->addWidget(card);
     m_list->setReadOnly(true);
     m_list->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     m_list->setFrameShape(QFrame::NoFrame);
+    m_list->document()->setDocumentMargin(Theme::kGap12);
+    m_list->viewport()->setAutoFillBackground(false);
     m_list->setPlaceholderText(kNoLogMessages);
     m_list->setUndoRedoEnabled(false);
     m_list->setTabChangesFocus(true);
@@ -61,7 +66,7 @@ void LogsView::takeTheme() {
     const Theme& theme = themeOf(this);
     m_list->setFont(theme.font(TextStyle::Fixed));
     QPalette palette = theme.palette();
-    palette.setColor(QPalette::Base, theme.card);
+    palette.setColor(QPalette::Base, Qt::transparent); // the card shows through, with its round corners
     m_list->setPalette(palette);
 }
 

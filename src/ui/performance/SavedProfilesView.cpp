@@ -13,7 +13,7 @@ namespace quorvane {
 
 namespace {
 
-/// The delete button of the row that is current, over its picture.
+/// The delete button of the row that is current. The row has painted it; this adds what only a button has.
 class DeleteButton : public QToolButton {
 public:
     using QToolButton::QToolButton;
@@ -22,8 +22,9 @@ protected:
     void paintEvent(QPaintEvent*) override {
         QPainter painter(this);
         const Theme& theme = themeOf(this);
-        painter.fillRect(rect(), theme.card);
-        paintDeleteButton(painter, theme, rect(), underMouse());
+        if (underMouse()) {
+            paintDeleteButton(painter, theme, rect(), true);
+        }
         if (hasFocus() && window()->testAttribute(Qt::WA_KeyboardFocusChange)) {
             drawFocusRing(painter, theme, QRectF(rect()).adjusted(2, 2, -2, -2), Theme::kFieldRadius);
         }

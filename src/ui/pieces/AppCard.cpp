@@ -16,7 +16,8 @@ constexpr int kLine = 1;
 
 AppCard::AppCard(QWidget* parent)
     : QFrame(parent)
-    , m_rows(new QVBoxLayout(this)) {
+    , m_rows(new QVBoxLayout(this))
+    , m_textLeft(rowTextLeft({.symbol = QStringLiteral("chevron.right")})) {
     m_rows->setContentsMargins(kLine, kLine, kLine, kLine);
     m_rows->setSpacing(kLine);
 }
@@ -32,7 +33,6 @@ void AppCard::paintEvent(QPaintEvent*) {
     painter.setPen(theme.border);
     painter.setBrush(theme.card);
     painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), Theme::kCardRadius, Theme::kCardRadius);
-    const int left = rowTextLeft({.symbol = QStringLiteral("chevron.right")});
     bool isFirst = true;
     for (int index = 0; index < m_rows->count(); ++index) {
         const QWidget* const row = m_rows->itemAt(index)->widget();
@@ -40,7 +40,7 @@ void AppCard::paintEvent(QPaintEvent*) {
             continue;
         }
         if (!isFirst) {
-            painter.fillRect(QRect(left, row->y() - kLine, width() - left - kLine, kLine), theme.border);
+            painter.fillRect(QRect(m_textLeft, row->y() - kLine, width() - m_textLeft - kLine, kLine), theme.border);
         }
         isFirst = false;
     }

@@ -15,6 +15,7 @@ namespace {
 
 constexpr int kRowSymbol = 16;
 constexpr int kPanelSymbol = 32;
+constexpr int kLineTextLeft = 2 * Theme::kGap12 + kRowSymbol;
 
 TextLabel* textLabel(TextStyle style, TextTone tone, const QString& text) {
     auto* const label = new TextLabel(style, nullptr, tone);
@@ -60,6 +61,7 @@ ReviewSectionView::ReviewSectionView(const ReviewSection& section, QWidget* pare
         return;
     }
     auto* const card = new AppCard;
+    card->setTextLeft(kLineTextLeft);
     for (const ReviewSection::Row& row : section.rows) {
         card->addRow(lineOf(section.symbol, TextTone::Secondary, row.text, row.detail));
     }
@@ -92,6 +94,7 @@ VerificationView::VerificationView(const ApplyVerificationResult& verification, 
         return;
     }
     auto* const card = new AppCard;
+    card->setTextLeft(kLineTextLeft);
     for (const ApplyVerificationResult::Item& item : verification.failed) {
         card->addRow(lineOf(u"xmark.circle.fill"_s, TextTone::Danger, item.name, item.detail.value_or(QString())));
     }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/Workspace.h"
+
 #include <QObject>
 #include <QPointer>
 
@@ -33,6 +35,22 @@ private:
 
     const ViewEnvironment& m_environment;
     QPointer<MainWindow> m_window;
+};
+
+/// The program among the others, for who sends the user to the main window: it is opened where it is closed.
+class MainWindowInFront final : public Workspace {
+public:
+    MainWindowInFront(Workspace& workspace, MainWindowOpener& opener)
+        : m_workspace(workspace)
+        , m_opener(opener) {}
+
+    bool isActive() const override { return m_workspace.isActive(); }
+    void activateIgnoringOtherApps() override { m_workspace.activateIgnoringOtherApps(); }
+    void makeWindowsKeyAndOrderFront() override { m_opener.ensureMainWindowVisible(); }
+
+private:
+    Workspace& m_workspace;
+    MainWindowOpener& m_opener;
 };
 
 } // namespace quorvane
