@@ -30,7 +30,6 @@ AppDelegate::AppDelegate(const AppParts& parts)
     , m_environment{m_session, *m_lock, m_appearance, m_reviews, m_listener, m_workspace, parts.host.clock}
     , m_opener(m_environment) {
     m_reviews.ensureMainWindowVisible = [this] { openWindow(); };
-    m_lock->ensureMainWindowVisible = [this] { openWindow(); };
     connectLook();
     connectWindow();
     connectEnds();
@@ -72,9 +71,7 @@ void AppDelegate::applicationDidFinishLaunching() {
 }
 
 void AppDelegate::openWindow() {
-    if (!m_isQuitting) {
-        m_opener.ensureMainWindowVisible();
-    }
+    m_opener.ensureMainWindowVisible();
 }
 
 void AppDelegate::connectWindow() {

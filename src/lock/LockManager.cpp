@@ -161,9 +161,6 @@ QCoro::Task<bool> LockManager::requireUnlock(QString action) {
 
 QCoro::Task<void> LockManager::showLockedAlert(QString action) {
     m_workspace.activateIgnoringOtherApps();
-    if (ensureMainWindowVisible) {
-        ensureMainWindowVisible();
-    }
     m_workspace.makeWindowsKeyAndOrderFront();
     const Alert alert{kLockedTitle, u"Enter your app password in the Quorvane window to "_s + action + u'.', {u"OK"_s}};
     co_await m_alerts.present(alert);

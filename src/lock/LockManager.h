@@ -7,7 +7,6 @@
 #include <QObject>
 #include <QString>
 
-#include <functional>
 #include <optional>
 
 namespace QCoro {
@@ -36,9 +35,6 @@ public:
     /// Reads whether the lock is on. A program that starts with the lock on is locked.
     LockManager(Keychain& keychain, Biometrics& biometrics, AlertPresenter& alerts, Workspace& workspace,
                 UserDefaults& defaults, QObject* parent = nullptr);
-
-    /// Opens or restores the main window, in which the program is unlocked. Set by who can.
-    std::function<void()> ensureMainWindowVisible;
 
     bool isLockEnabled() const { return m_isLockEnabled; }
     /// Always true while the lock is off. Never stored.

@@ -65,6 +65,14 @@ QAbstractButton* buttonOf(const QWidget* dialog, const QString& text) {
     return nullptr;
 }
 
+void pressInAlert(const QString& button) {
+    const auto* const alert = openDialog<AlertDialog>();
+    ASSERT_NE(alert, nullptr);
+    QAbstractButton* const pressed = buttonOf(alert, button);
+    ASSERT_NE(pressed, nullptr) << button.toStdString();
+    QTest::mouseClick(pressed, Qt::LeftButton);
+}
+
 } // namespace
 
 WindowOnMac::WindowOnMac(const QString& description) {
@@ -72,11 +80,7 @@ WindowOnMac::WindowOnMac(const QString& description) {
     macsim::createMac(macFolder(), macsim::macDescriptionFromFile(file), macsim::simulatorTools().keys(),
                       QStringLiteral(MACSIM_PROGRAM));
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder.path() + u"/settings"_s);
-    authorization = std::make_unique<AuthorizationDialogs>();
-    finger = std::make_unique<FingerDialogs>();
-    host = std::make_unique<SimulatedHost>(macFolder(), *authorization,
-                                           SimulatedHostOptions{QStringLiteral(MACSIM_PROGRAM), {}, {}, finger.get()});
-    authorization->setMachine(host->mac().machine());
+    startHost();
 }
 
 WindowOnMac::~WindowOnMac() = default;
@@ -88,6 +92,23 @@ void WindowOnMac::TearDown() {
 }
 
 // ---- The Mac
+
+void WindowOnMac::startHost(const QByteArray& faults) {
+    QString faultsFile;
+    if (!faults.isEmpty()) {
+        faultsFile = folder.path() + u"/faults.json"_s;
+        QFile file(faultsFile);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(faults);
+    }
+    host.reset();
+    authorization = std::make_unique<AuthorizationDialogs>();
+    finger = std::make_unique<FingerDialogs>();
+    host = std::make_unique<SimulatedHost>(
+        macFolder(), *authorization,
+        SimulatedHostOptions{QStringLiteral(MACSIM_PROGRAM), faultsFile, {}, finger.get()});
+    authorization->setMachine(host->mac().machine());
+}
 
 void WindowOnMac::saveProfile(const QString& example) {
     saveProfile(exampleProfile(example));
@@ -122,15 +143,20 @@ QString WindowOnMac::shell(const QString& line) {
 
 // ---- The program
 
-void WindowOnMac::launch() {
+void WindowOnMac::start() {
     const auto shutDownHost = [this] {
         host->shutDown();
         authorization->shutDown();
         finger->shutDown();
     };
-    delegate = std::make_unique<AppDelegate>(AppParts{host->host(), host->systemLook(), statusItem, shutDownHost});
+    delegate =
+        std::make_unique<AppDelegate>(AppParts{host->host(), host->systemLook(), placeOfStatusItem(), shutDownHost});
     QObject::connect(delegate.get(), &AppDelegate::terminated, [this] { hasTerminated = true; });
     delegate->applicationDidFinishLaunching();
+}
+
+void WindowOnMac::launch() {
+    start();
     ASSERT_TRUE(QTest::qWaitForWindowActive(mainWindow()));
     processEventsUntil([this] { return session().savedProfiles.wasRead(); });
 }
@@ -144,6 +170,13 @@ void WindowOnMac::quit() {
     delegate->quit();
     processEventsUntil([this] { return hasTerminated; });
     delegate.reset();
+}
+
+void WindowOnMac::quitAndLaunch() {
+    quit();
+    hasTerminated = false;
+    startHost();
+    launch();
 }
 
 void WindowOnMac::resignActive() {
@@ -254,12 +287,13 @@ void WindowOnMac::type(const QString& text) {
 
 void WindowOnMac::answerAlert(const QString& title, const QString& button) {
     waitUntilAlert(title);
-    const auto* const alert = openDialog<AlertDialog>();
-    ASSERT_NE(alert, nullptr);
-    QAbstractButton* const pressed = buttonOf(alert, button);
-    ASSERT_NE(pressed, nullptr) << button.toStdString();
-    QTest::mouseClick(pressed, Qt::LeftButton);
+    pressInAlert(button);
     activateWhatIsInFront();
+}
+
+void WindowOnMac::answerQuitQuestion(const QString& button) {
+    waitUntilAlert(u"Quit Quorvane?"_s);
+    pressInAlert(button);
 }
 
 void WindowOnMac::authorize(const QString& password) {

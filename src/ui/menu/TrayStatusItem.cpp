@@ -2,6 +2,7 @@
 
 #include "ui/symbols/Logo.h"
 
+#include <QCursor>
 #include <QMenu>
 
 namespace quorvane {
@@ -11,6 +12,12 @@ using namespace Qt::StringLiterals;
 TrayStatusItem::TrayStatusItem()
     : m_icon(statusIcon()) {
     m_icon.setToolTip(u"Quorvane"_s);
+    // The other button opens the menu by itself.
+    QObject::connect(&m_icon, &QSystemTrayIcon::activated, &m_icon, [this](QSystemTrayIcon::ActivationReason reason) {
+        if (reason == QSystemTrayIcon::Trigger && m_icon.contextMenu() != nullptr) {
+            m_icon.contextMenu()->popup(QCursor::pos());
+        }
+    });
 }
 
 void TrayStatusItem::setMenu(QMenu& menu) {
