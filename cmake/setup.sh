@@ -42,7 +42,12 @@ install_build_packages() {
 }
 
 install_test_packages() {
-    if [ "$(uname)" = Darwin ]; then install_packages googletest; else install_packages libgtest-dev libgmock-dev; fi
+    if [ "$(uname)" = Darwin ]; then
+        install_packages googletest
+    else
+        # A display without a screen, a window manager and a status area on it, and hands for mouse and keys.
+        install_packages libgtest-dev libgmock-dev xvfb openbox trayer xdotool
+    fi
 }
 
 install_benchmark_packages() {

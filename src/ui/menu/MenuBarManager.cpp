@@ -89,11 +89,15 @@ void MenuBarManager::scheduleRebuild() {
 /// What stays as it is isn't touched: there may be a thousand profiles, and each action's beginning and end enables or
 /// disables them.
 void MenuBarManager::rebuildMenu() {
+    const QColor ink = themeOf(&m_menu).text;
+    const bool hasOtherInk = std::exchange(m_ink, ink) != ink;
     const QList<StatusMenuEntry> shown = std::exchange(m_entries, entriesNow());
     for (qsizetype place = 0; place < m_entries.size(); ++place) {
         const StatusMenuEntry& entry = m_entries.at(place);
         if (place >= shown.size()) {
             show(entry, {}, *addAction());
+        } else if (hasOtherInk) {
+            show(entry, {}, *m_actions.at(place));
         } else if (entry != shown.at(place)) {
             show(entry, shown.at(place), *m_actions.at(place));
         }
@@ -105,7 +109,7 @@ void MenuBarManager::rebuildMenu() {
 
 QList<StatusMenuEntry> MenuBarManager::entriesNow() const {
     if (!m_managers) {
-        return statusMenu({}, {}, true);
+        return statusMenu(activeConfiguration({}), {}, true);
     }
     const Session& session = m_managers->session;
     return statusMenu(session.activeProfile.current(), session.savedProfiles.known().profiles,
@@ -128,8 +132,7 @@ void MenuBarManager::show(const StatusMenuEntry& entry, const StatusMenuEntry& s
     action.setCheckable(entry.isChecked);
     action.setChecked(entry.isChecked);
     if (entry.symbol != shown.symbol) {
-        action.setIcon(entry.symbol.isEmpty() ? QIcon()
-                                              : symbolIcon(entry.symbol, m_menu.palette().color(QPalette::Text)));
+        action.setIcon(entry.symbol.isEmpty() ? QIcon() : symbolIcon(entry.symbol, m_ink));
     }
     action.setShortcut(entry.key.isEmpty() ? QKeySequence() : QKeySequence(u"Ctrl+"_s + entry.key));
 }
