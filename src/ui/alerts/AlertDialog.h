@@ -4,6 +4,8 @@
 
 #include <QDialog>
 
+class QPushButton;
+
 namespace quorvane {
 
 /// One alert. Return presses its button, or cancel where that destroys something; Escape and closing press cancel.
@@ -32,6 +34,7 @@ private:
     QWidget* makeButtons();
 
     Alert m_alert;
+    QPushButton* m_onReturn = nullptr;
     bool m_isAnswered = false;
 };
 

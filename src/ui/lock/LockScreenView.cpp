@@ -110,11 +110,11 @@ void LockScreenView::appear() {
     m_password->clear();
     showError({});
     updateButtons();
+    m_owesFinger = m_lock.supportsBiometric();
     show();
     raise();
     m_password->setFocus(Qt::OtherFocusReason);
     announce(this, kLockedTitle);
-    m_owesFinger = m_lock.supportsBiometric();
     askForFingerWhenActive();
 }
 
@@ -195,6 +195,12 @@ void LockScreenView::showError(const QString& text) {
 
 void LockScreenView::paintEvent(QPaintEvent*) {
     QPainter(this).fillRect(rect(), themeOf(this).window);
+}
+
+/// A window that opens in a program that is active already. The dialog may not come while the window is about to.
+void LockScreenView::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    QMetaObject::invokeMethod(this, &LockScreenView::askForFingerWhenActive, Qt::QueuedConnection);
 }
 
 void LockScreenView::changeEvent(QEvent* event) {

@@ -2,12 +2,15 @@
 
 #include "actions/Turnstile.h"
 
+#include <QEvent>
+
 namespace quorvane {
 
 IdleGuard::IdleGuard(QWidget* page, const Turnstile& turnstile)
     : QObject(page)
     , m_page(page)
     , m_turnstile(turnstile) {
+    page->installEventFilter(this);
     connect(&turnstile, &Turnstile::idleChanged, this, &IdleGuard::update);
     update();
 }
@@ -23,9 +26,24 @@ void IdleGuard::update() {
         focused->clearFocus(); // or Qt would move it on to what comes next
     }
     m_page->setEnabled(isIdle);
-    if (isIdle && m_focusBefore != nullptr && focused == nullptr) {
+    giveFocusBack();
+}
+
+void IdleGuard::giveFocusBack() {
+    if (!m_page->isEnabled() || !m_page->isVisible()) {
+        return;
+    }
+    if (m_focusBefore != nullptr && m_page->window()->focusWidget() == nullptr) {
         m_focusBefore->setFocus(Qt::OtherFocusReason);
     }
+    m_focusBefore.clear();
+}
+
+bool IdleGuard::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::Show) {
+        giveFocusBack();
+    }
+    return QObject::eventFilter(watched, event);
 }
 
 } // namespace quorvane
