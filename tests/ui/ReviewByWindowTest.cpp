@@ -64,6 +64,8 @@ TEST_F(ReviewByWindow, ofNoTweaksCanNotBeApplied) {
     EXPECT_FALSE(isUsable(u"Apply Changes"_s));
     EXPECT_EQ(focused(), u"Close"_s);
     press(Qt::Key_Return);
+    EXPECT_TRUE(isSeen(u"Review Performance Tweaks"_s)) << "its button is off";
+    press(Qt::Key_Space);
     waitUntilClosed();
 }
 
@@ -86,7 +88,14 @@ class ReviewDuringTheLaunch : public ReviewByWindow {
 protected:
     void SetUp() override {
         keepBaseline();
-        saveProfile(u"live-set"_s);
+        UnifiedProfile profile = numberedProfile(1, u"Live Set"_s); // whose preview has to look at the Mac
+        StartupItem chat;
+        chat.id = u"login:Chat"_s;
+        chat.name = u"Chat"_s;
+        chat.kind = StartupItemKind::loginApp;
+        chat.runsAtStartup = false;
+        profile.startup.items = {chat};
+        saveProfile(profile);
         ports(); // the launch is to find no answers
         commands().hold();
         launch();

@@ -107,6 +107,7 @@ QWidget* LockScreenView::makeColumn() {
 void LockScreenView::appear() {
     m_fade.stop();
     setGraphicsEffect(nullptr);
+    setAttribute(Qt::WA_TransparentForMouseEvents, false);
     m_password->clear();
     showError({});
     updateButtons();
@@ -126,6 +127,7 @@ void LockScreenView::disappear() {
     if (!isVisible()) {
         return;
     }
+    setAttribute(Qt::WA_TransparentForMouseEvents); // what shines through can be clicked
     setGraphicsEffect(new QGraphicsOpacityEffect(this));
     m_fade.setDuration(static_cast<int>(themeOf(this).moving(Theme::kFade).count()));
     m_fade.start();

@@ -1,6 +1,7 @@
 #include "ui/pieces/IdleGuard.h"
 
 #include "actions/Turnstile.h"
+#include "ui/pieces/ParkedFocus.h"
 
 #include <QEvent>
 
@@ -23,7 +24,7 @@ void IdleGuard::update() {
     QWidget* const focused = m_page->window()->focusWidget();
     if (!isIdle && focused != nullptr && m_page->isAncestorOf(focused)) {
         m_focusBefore = focused;
-        focused->clearFocus(); // or Qt would move it on to what comes next
+        parkFocus(focused); // or Qt would move it on to what comes next
     }
     m_page->setEnabled(isIdle);
     giveFocusBack();
@@ -33,7 +34,7 @@ void IdleGuard::giveFocusBack() {
     if (!m_page->isEnabled() || !m_page->isVisible()) {
         return;
     }
-    if (m_focusBefore != nullptr && m_page->window()->focusWidget() == nullptr) {
+    if (m_focusBefore != nullptr && isFocusParked(m_page->window())) {
         m_focusBefore->setFocus(Qt::OtherFocusReason);
     }
     m_focusBefore.clear();

@@ -1,6 +1,7 @@
 #include "ui/pieces/SheetLayer.h"
 
 #include "ui/Theme.h"
+#include "ui/pieces/ParkedFocus.h"
 #include "ui/pieces/Sheet.h"
 
 #include <QEvent>
@@ -27,7 +28,7 @@ void SheetLayer::show(Sheet* sheet) {
     if (m_sheet == nullptr) {
         m_focusBefore = window()->focusWidget();
         if (m_focusBefore != nullptr) {
-            m_focusBefore->clearFocus(); // or Qt would move it on when the widget is disabled
+            parkFocus(m_focusBefore); // or Qt would move it on when the widget is disabled
         }
         m_beneath->setEnabled(false);
     }
@@ -50,7 +51,7 @@ void SheetLayer::clear() {
     removeSheet();
     hide();
     m_beneath->setEnabled(true);
-    if (m_focusBefore != nullptr && window()->focusWidget() == nullptr) {
+    if (m_focusBefore != nullptr && isFocusParked(window())) {
         m_focusBefore->setFocus(Qt::OtherFocusReason);
     }
 }
@@ -61,7 +62,7 @@ void SheetLayer::removeSheet() {
         return;
     }
     if (QWidget* const focused = m_sheet->focusWidget()) {
-        focused->clearFocus();
+        parkFocus(focused);
     }
     m_sheet->hide();
     m_sheet->deleteLater(); // it may be in the midst of telling that it is to close
