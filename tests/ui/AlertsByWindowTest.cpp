@@ -318,6 +318,34 @@ TEST_F(AlertsByWindow, aboutAndQuittingWhileBusy) {
     delegate.reset();
 }
 
+TEST_F(AlertsByWindow, aSignalAsksNobodyWhateverIsOpen) {
+    clickProfile(u"Live Set"_s);
+    processEventsUntil([] { return isUsable(u"Apply Profile"_s); });
+    commands().hold();
+    press(Qt::Key_Return);
+    waitUntilSeen(u"Applying profile…"_s);
+    delegate->quit();
+    processEventsUntil([this] { return hasTerminated; });
+    EXPECT_EQ(mainWindow(), nullptr);
+    EXPECT_EQ(alertTitle(), QString());
+    delegate.reset();
+}
+
+TEST_F(AlertsByWindow, withoutAStatusAreaTheLastWindowQuits) {
+    statusItem.hasPlace = false;
+    commands().hold();
+    begin(u"Verify Current System Settings"_s);
+    press(QKeySequence::Close);
+    answerAlert(u"Quit Quorvane?"_s, u"Keep Running"_s);
+    EXPECT_NE(mainWindow(), nullptr);
+    commands().release();
+    answerAlert(u"System Verified"_s);
+    waitUntilRest();
+    press(QKeySequence::Close);
+    processEventsUntil([this] { return hasTerminated; });
+    delegate.reset();
+}
+
 TEST_F(AlertsByWindow, aMenuThatKnowsNoProgramOffersItsWindow) {
     WindowWorkspace workspace;
     WindowAlerts alerts(workspace, [] { return nullptr; });

@@ -130,9 +130,10 @@ void ApplyReviewSheet::showLoading() {
     whenFinished(m_clock.sleepFor(kLoadingDelay), this, [this](const QFuture<void>&) {
         if (!m_review->preview() && !m_review->result()) {
             Column column;
-            column.add(line(TextStyle::Body, TextTone::Secondary, kPreparingReview));
+            TextLabel* const waiting = line(TextStyle::Body, TextTone::Secondary, kPreparingReview);
+            column.add(waiting);
             setContents(column.finished());
-            announce(this, kPreparingReview);
+            announce(waiting, kPreparingReview);
         }
     });
 }
@@ -152,10 +153,11 @@ void ApplyReviewSheet::showPreview() {
 
 void ApplyReviewSheet::showResult(const ResultPanel& result) {
     Column column;
-    column.add(new ResultHeading(result));
+    auto* const heading = new ResultHeading(result);
+    column.add(heading);
     column.add(new VerificationView(result.verification));
     setContents(column.finished());
-    announce(this, result.title + u". "_s + result.text);
+    announce(heading, result.title);
 }
 
 } // namespace quorvane
