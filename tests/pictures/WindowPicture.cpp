@@ -62,6 +62,7 @@ void PrintTo(const PicturedState& state, std::ostream* out) {
 
 WindowPicture::WindowPicture()
     : WindowOnMac(GetParam().mac) {
+    isTall = false;
     setPreference(u"com.apple.universalaccess"_s, u"reduceMotion"_s, true);
     QGuiApplication::styleHints()->setCursorFlashTime(0);
     QCursor::setPos(QGuiApplication::primaryScreen()->geometry().bottomRight()); // nothing is hovered

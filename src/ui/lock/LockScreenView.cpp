@@ -112,14 +112,15 @@ QWidget* LockScreenView::makeColumn() {
 void LockScreenView::appear() {
     m_fade.stop();
     setGraphicsEffect(nullptr);
+    setAttribute(Qt::WA_TransparentForMouseEvents, false);
     m_password->clear();
     showError({});
     updateButtons();
+    m_owesFinger = m_lock.supportsBiometric();
     show();
     raise();
     m_password->setFocus(Qt::OtherFocusReason);
     announce(this, kLockedTitle);
-    m_owesFinger = m_lock.supportsBiometric();
     askForFingerWhenActive();
 }
 
@@ -131,6 +132,7 @@ void LockScreenView::disappear() {
     if (!isVisible()) {
         return;
     }
+    setAttribute(Qt::WA_TransparentForMouseEvents); // what shines through can be clicked
     setGraphicsEffect(new QGraphicsOpacityEffect(this));
     m_fade.setDuration(static_cast<int>(themeOf(this).moving(Theme::kFade).count()));
     m_fade.start();
@@ -200,6 +202,12 @@ void LockScreenView::showError(const QString& text) {
 
 void LockScreenView::paintEvent(QPaintEvent*) {
     QPainter(this).fillRect(rect(), themeOf(this).window);
+}
+
+/// A window that opens in a program that is active already. The dialog may not come while the window is about to.
+void LockScreenView::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    QMetaObject::invokeMethod(this, &LockScreenView::askForFingerWhenActive, Qt::QueuedConnection);
 }
 
 void LockScreenView::changeEvent(QEvent* event) {

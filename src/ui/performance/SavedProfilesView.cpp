@@ -105,6 +105,7 @@ bool SavedProfilesView::isPickable(const QModelIndex& index) const {
 
 void SavedProfilesView::askForDeletion(const QModelIndex& index) {
     if (index.isValid() && m_model.kind(index) == SavedProfilesModel::Kind::Profile) {
+        setFocus(Qt::OtherFocusReason); // the button goes with its row
         Q_EMIT deletionAsked(index);
     }
 }

@@ -125,9 +125,9 @@ void ContentView::cover() {
 }
 
 void ContentView::uncover() {
+    m_lockScreen->disappear(); // and leaves the focus to what is shown again
     m_underLock->show();
     m_lockScreen->raise();
-    m_lockScreen->disappear();
     if (m_focusBeforeLock != nullptr && m_focusBeforeLock->isEnabled()) {
         m_focusBeforeLock->setFocus(Qt::OtherFocusReason);
     }
