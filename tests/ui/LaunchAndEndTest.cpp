@@ -343,6 +343,7 @@ TEST_F(WithoutStatusArea, closingAsksWhileBusyAndKeepsWindowAndSheet) {
     applyUntilPrompt();
     mainWindow()->close();
     answerQuitQuestion(u"Keep Running"_s);
+    QCoreApplication::processEvents(); // the answer has arrived
     EXPECT_TRUE(isSeen(kReviewTitle));
     mainWindow()->close();
     answerQuitQuestion(u"Quit"_s);
