@@ -51,7 +51,12 @@ install_test_packages() {
 }
 
 install_benchmark_packages() {
-    if [ "$(uname)" = Darwin ]; then install_packages google-benchmark; else install_packages libbenchmark-dev; fi
+    if [ "$(uname)" = Darwin ]; then
+        install_packages google-benchmark
+    else
+        # The window is measured on a display of its own, and its rest is traced.
+        install_packages libbenchmark-dev xvfb xauth strace
+    fi
 }
 
 # build PRESET [TARGET…]: configures once and builds what has changed; the output is shown when it fails.

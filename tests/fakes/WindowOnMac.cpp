@@ -18,6 +18,12 @@ namespace quorvane {
 
 namespace {
 
+/// A list is behind its own rows.
+bool hasSeenPart(const QWidget* widget) {
+    const auto* const area = qobject_cast<const QAbstractScrollArea*>(widget);
+    return widget->isVisible() && !(area != nullptr ? area->viewport() : widget)->visibleRegion().isEmpty();
+}
+
 /// All windows' widgets that can be seen.
 QList<QWidget*> seenWidgets() {
     QList<QWidget*> seen;
@@ -27,7 +33,7 @@ QList<QWidget*> seenWidgets() {
         }
         seen.append(window);
         for (QWidget* const widget : window->findChildren<QWidget*>()) {
-            if (widget->isVisible() && !widget->visibleRegion().isEmpty()) {
+            if (hasSeenPart(widget)) {
                 seen.append(widget);
             }
         }
@@ -80,6 +86,7 @@ WindowOnMac::WindowOnMac(const QString& description) {
     macsim::createMac(macFolder(), macsim::macDescriptionFromFile(file), macsim::simulatorTools().keys(),
                       QStringLiteral(MACSIM_PROGRAM));
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder.path() + u"/settings"_s);
+    makeFail("[]");
     startHost();
 }
 
@@ -94,19 +101,15 @@ void WindowOnMac::TearDown() {
 // ---- The Mac
 
 void WindowOnMac::startHost(const QByteArray& faults) {
-    QString faultsFile;
     if (!faults.isEmpty()) {
-        faultsFile = folder.path() + u"/faults.json"_s;
-        QFile file(faultsFile);
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(faults);
+        makeFail(faults);
     }
     host.reset();
     authorization = std::make_unique<AuthorizationDialogs>();
     finger = std::make_unique<FingerDialogs>();
     host = std::make_unique<SimulatedHost>(
         macFolder(), *authorization,
-        SimulatedHostOptions{QStringLiteral(MACSIM_PROGRAM), faultsFile, {}, finger.get()});
+        SimulatedHostOptions{QStringLiteral(MACSIM_PROGRAM), faultsFile(), {}, finger.get()});
     authorization->setMachine(host->mac().machine());
 }
 
@@ -133,6 +136,12 @@ void WindowOnMac::enableLock() {
     CountingWorkspace workspace(steps);
     LockManager lock(ports.keychain, ports.biometrics, alerts, workspace, ports.defaults);
     ASSERT_EQ(lock.enableLock(kLockPassword, kLockPassword), std::nullopt);
+}
+
+void WindowOnMac::makeFail(const QByteArray& faults) {
+    QFile file(faultsFile());
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    file.write(faults);
 }
 
 QString WindowOnMac::shell(const QString& line) {

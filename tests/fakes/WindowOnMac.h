@@ -54,10 +54,13 @@ protected:
     void keepBaseline();
     /// The app lock is on from the start.
     void enableLock();
+    /// What goes wrong with the Mac's tools from now on; see macsim::Faults.
+    void makeFail(const QByteArray& faults);
     /// What a line prints in the simulated Mac's shell.
     QString shell(const QString& line);
     macsim::MacPicture picture() const { return macsim::MacPicture(macFolder()); }
     QString macFolder() const { return folder.path() + u"/Mac"_s; }
+    QString faultsFile() const { return folder.path() + u"/faults.json"_s; }
 
     // ---- The program
 

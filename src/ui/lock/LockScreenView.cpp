@@ -14,6 +14,7 @@
 
 #include <QGraphicsOpacityEffect>
 #include <QGuiApplication>
+#include <QHBoxLayout>
 #include <QLineEdit>
 #include <QPainter>
 #include <QPointer>
@@ -26,7 +27,7 @@ namespace quorvane {
 namespace {
 
 constexpr int kLogo = 72;
-constexpr int kColumnWidth = 300;
+constexpr int kColumnWidth = 340; // the longest line takes one line
 
 class LogoView : public QWidget {
 public:
@@ -54,7 +55,11 @@ LockScreenView::LockScreenView(LockManager& lock, Workspace& workspace, Tasks& t
     , m_tasks(tasks) {
     auto* const layout = new QVBoxLayout(this);
     layout->addStretch(2);
-    layout->addWidget(makeColumn(), 0, Qt::AlignHCenter);
+    auto* const across = new QHBoxLayout;
+    across->addStretch(1);
+    across->addWidget(makeColumn());
+    across->addStretch(1);
+    layout->addLayout(across);
     layout->addStretch(3);
     setAccessibleName(kLockedTitle);
     m_fade.setStartValue(1.0);

@@ -46,6 +46,7 @@ ContentView::ContentView(const ViewEnvironment& environment, QWidget* parent)
     m_split->setChildrenCollapsible(false);
     m_split->addWidget(m_sidebar);
     m_split->addWidget(makeDetail());
+    m_sidebar->lower(); // comes first for screen readers, too
     m_split->setStretchFactor(1, 1);
     m_split->setSizes({kSidebarIdeal, Theme::kColumn});
     m_sidebar->setSelectedTab(m_selectedTab);
@@ -61,7 +62,8 @@ ContentView::ContentView(const ViewEnvironment& environment, QWidget* parent)
 QWidget* ContentView::makeDetail() {
     auto* const detail = new Layers;
     m_pages = new MainContentArea(m_environment, detail);
-    m_waiting = new WaitingDialogOverlay(m_environment.session.system, m_environment.clock, kPresentationDelay, detail);
+    m_waiting = new WaitingDialogOverlay(m_environment.session.system, m_environment.clock, kPresentationDelay, m_pages,
+                                         detail);
     return detail;
 }
 

@@ -18,7 +18,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int kRowHeight = 30;
+constexpr int kRowHeight = 32;
 constexpr int kHeaderHeight = 26;
 constexpr int kSymbol = 16;
 constexpr int kFootLogo = 24;
@@ -64,7 +64,7 @@ private:
     static void paintTab(QPainter& painter, const QStyleOptionViewItem& option, const QModelIndex& index) {
         const Theme& theme = themeOf(option.widget);
         const bool isSelected = option.state.testFlag(QStyle::State_Selected);
-        const QRectF ground = QRectF(option.rect).adjusted(1, 1, -1, -1);
+        const QRectF ground = QRectF(option.rect).adjusted(Theme::kRingRoom, Theme::kRingRoom, -Theme::kRingRoom, -Theme::kRingRoom);
         painter.setPen(Qt::NoPen);
         if (isSelected) {
             painter.setBrush(theme.selection);
@@ -81,7 +81,7 @@ private:
         const bool showsFocus = option.state.testFlag(QStyle::State_HasFocus) &&
                                 option.widget->window()->testAttribute(Qt::WA_KeyboardFocusChange);
         if (showsFocus) {
-            drawFocusRing(painter, theme, ground.adjusted(1, 1, -1, -1), Theme::kFieldRadius);
+            drawFocusRing(painter, theme, ground, Theme::kFieldRadius);
         }
     }
 };
