@@ -117,10 +117,14 @@ void LockScreenView::appear() {
     updateButtons();
     show();
     raise();
-    m_password->setFocus(Qt::OtherFocusReason);
+    takeFocus();
     announce(this, kLockedTitle);
     m_owesFinger = m_lock.supportsBiometric();
     askForFingerWhenActive();
+}
+
+void LockScreenView::takeFocus() {
+    m_password->setFocus(Qt::OtherFocusReason);
 }
 
 void LockScreenView::disappear() {
