@@ -159,7 +159,8 @@ TEST_F(LaunchAndEnd, whereTheOpenedWindowIsLockedTheReviewWaitsBehindTheLock) {
 
     menu().choose(u"Live Set"_s);
     waitUntilSeen(kLockedTitle);
-    processEventsUntil([this] { return !session().turnstile.isIdle(); });
+    // Its preview is there, and only the user's answer is waited for.
+    processEventsUntil([this] { return !session().turnstile.isIdle() && session().tasks.count() == 1; });
     EXPECT_FALSE(isSeen(kReviewTitle));
     activateWhatIsInFront();
     type(kLockPassword);
@@ -344,6 +345,7 @@ TEST_F(WithoutStatusArea, closingAsksWhileBusyAndKeepsWindowAndSheet) {
     applyUntilPrompt();
     mainWindow()->close();
     answerQuitQuestion(u"Keep Running"_s);
+    QCoreApplication::processEvents(); // the answer has arrived
     EXPECT_TRUE(isSeen(kReviewTitle));
     mainWindow()->close();
     answerQuitQuestion(u"Quit"_s);

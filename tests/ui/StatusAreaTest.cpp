@@ -147,7 +147,7 @@ TEST_F(StatusAreaTest, takesItsPlaceWheneverThereIsOne) {
         display().openStatusArea();
         processEventsUntil([this] { return tray.isShown() && isInPlace(); });
         EXPECT_FALSE(app().applicationShouldTerminateAfterLastWindowClosed());
-        openMenuByClick();
+        openMenuByClick(round == 0 ? 1 : 3); // the same one again could be a double click
         closeMenu();
 
         display().closeStatusArea();

@@ -123,7 +123,7 @@ TEST_F(AuthorizationDialogTest, saysWhatForWhoseAndThatThisIsASimulatedMac) {
     EXPECT_EQ(dialog()->windowModality(), Qt::ApplicationModal);
     EXPECT_EQ(field()->echoMode(), QLineEdit::Password);
     const auto labels = dialog()->findChildren<QLabel*>();
-    EXPECT_LT(labels.last()->font().pixelSize(), labels.first()->font().pixelSize());
+    EXPECT_LT(labels.last()->fontMetrics().height(), labels.first()->fontMetrics().height());
 }
 
 TEST_F(AuthorizationDialogTest, isUsedByKeys) {

@@ -119,9 +119,13 @@ void LockScreenView::appear() {
     m_owesFinger = m_lock.supportsBiometric();
     show();
     raise();
-    m_password->setFocus(Qt::OtherFocusReason);
+    takeFocus();
     announce(this, kLockedTitle);
     askForFingerWhenActive();
+}
+
+void LockScreenView::takeFocus() {
+    m_password->setFocus(Qt::OtherFocusReason);
 }
 
 void LockScreenView::disappear() {

@@ -27,6 +27,8 @@ public:
 
     /// Covers what lies beneath, and asks for a finger where that can be done.
     void appear();
+    /// Keys are for the password.
+    void takeFocus();
     /// Uncovers it.
     void disappear();
 

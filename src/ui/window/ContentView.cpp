@@ -54,6 +54,7 @@ ContentView::ContentView(const ViewEnvironment& environment, QWidget* parent)
     connect(&environment.lock, &LockManager::isUnlockedChanged, this, &ContentView::followLock);
     connect(&environment.reviews, &ApplyReviewCoordinator::requestChanged, this, &ContentView::followSheets);
     connect(&environment.listener, &WindowListener::offerChanged, this, &ContentView::followSheets);
+    connect(qApp, &QApplication::focusChanged, this, &ContentView::keepFocusOnLock);
     followLock();
     followSheets();
 }
@@ -131,6 +132,23 @@ void ContentView::uncover() {
     if (m_focusBeforeLock != nullptr && m_focusBeforeLock->isEnabled()) {
         m_focusBeforeLock->setFocus(Qt::OtherFocusReason);
     }
+}
+
+/// What opens or goes on beneath asks for the focus. It gets it when the lock goes; until then keys are for the lock.
+void ContentView::keepFocusOnLock() {
+    QWidget* const focused = window()->focusWidget();
+    if (m_isCovered && focused != nullptr && m_underLock->isAncestorOf(focused)) {
+        m_focusBeforeLock = focused;
+        m_lockScreen->takeFocus();
+    }
+}
+
+/// A window that isn't the active one tells of no change of its focus.
+bool ContentView::event(QEvent* event) {
+    if (event->type() == QEvent::WindowActivate) {
+        keepFocusOnLock();
+    }
+    return Layers::event(event);
 }
 
 /// Menus of the window would stay above it.
