@@ -149,9 +149,13 @@ class Announcements : public ShownWindow {
 protected:
     Announcements()
         : m_before(QAccessible::installUpdateHandler(hear)) {
+        QAccessible::setActive(true); // as while a screen reader runs
         saidAloud.clear();
     }
-    ~Announcements() override { QAccessible::installUpdateHandler(m_before); }
+    ~Announcements() override {
+        QAccessible::installUpdateHandler(m_before);
+        QAccessible::setActive(false);
+    }
 
     static QStringList heard() { return std::exchange(saidAloud, {}); }
 
