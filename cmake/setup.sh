@@ -42,7 +42,12 @@ install_build_packages() {
 }
 
 install_test_packages() {
-    if [ "$(uname)" = Darwin ]; then install_packages googletest; else install_packages libgtest-dev libgmock-dev; fi
+    if [ "$(uname)" = Darwin ]; then
+        install_packages googletest
+    else
+        # qt6-base-private-dev: a test says to Qt that a screen reader runs.
+        install_packages libgtest-dev libgmock-dev qt6-base-private-dev
+    fi
 }
 
 install_benchmark_packages() {
