@@ -45,13 +45,19 @@ install_test_packages() {
     if [ "$(uname)" = Darwin ]; then
         install_packages googletest
     else
+        # A display without a screen, a window manager and a status area on it, and hands for mouse and keys.
         # qt6-base-private-dev: a test says to Qt that a screen reader runs.
-        install_packages libgtest-dev libgmock-dev qt6-base-private-dev
+        install_packages libgtest-dev libgmock-dev xvfb openbox trayer xdotool qt6-base-private-dev
     fi
 }
 
 install_benchmark_packages() {
-    if [ "$(uname)" = Darwin ]; then install_packages google-benchmark; else install_packages libbenchmark-dev; fi
+    if [ "$(uname)" = Darwin ]; then
+        install_packages google-benchmark
+    else
+        # The window is measured on a display of its own, and its rest is traced.
+        install_packages libbenchmark-dev xvfb xauth strace
+    fi
 }
 
 # build PRESET [TARGET…]: configures once and builds what has changed; the output is shown when it fails.

@@ -18,6 +18,12 @@ namespace quorvane {
 
 namespace {
 
+/// A list is behind its own rows.
+bool hasSeenPart(const QWidget* widget) {
+    const auto* const area = qobject_cast<const QAbstractScrollArea*>(widget);
+    return widget->isVisible() && !(area != nullptr ? area->viewport() : widget)->visibleRegion().isEmpty();
+}
+
 /// All windows' widgets that can be seen.
 QList<QWidget*> seenWidgets() {
     QList<QWidget*> seen;
@@ -27,7 +33,7 @@ QList<QWidget*> seenWidgets() {
         }
         seen.append(window);
         for (QWidget* const widget : window->findChildren<QWidget*>()) {
-            if (widget->isVisible() && !widget->visibleRegion().isEmpty()) {
+            if (hasSeenPart(widget)) {
                 seen.append(widget);
             }
         }
@@ -65,6 +71,14 @@ QAbstractButton* buttonOf(const QWidget* dialog, const QString& text) {
     return nullptr;
 }
 
+void pressInAlert(const QString& button) {
+    const auto* const alert = openDialog<AlertDialog>();
+    ASSERT_NE(alert, nullptr);
+    QAbstractButton* const pressed = buttonOf(alert, button);
+    ASSERT_NE(pressed, nullptr) << button.toStdString();
+    QTest::mouseClick(pressed, Qt::LeftButton);
+}
+
 } // namespace
 
 WindowOnMac::WindowOnMac(const QString& description) {
@@ -72,11 +86,8 @@ WindowOnMac::WindowOnMac(const QString& description) {
     macsim::createMac(macFolder(), macsim::macDescriptionFromFile(file), macsim::simulatorTools().keys(),
                       QStringLiteral(MACSIM_PROGRAM));
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder.path() + u"/settings"_s);
-    authorization = std::make_unique<AuthorizationDialogs>();
-    finger = std::make_unique<FingerDialogs>();
-    host = std::make_unique<SimulatedHost>(macFolder(), *authorization,
-                                           SimulatedHostOptions{QStringLiteral(MACSIM_PROGRAM), {}, {}, finger.get()});
-    authorization->setMachine(host->mac().machine());
+    makeFail("[]");
+    startHost();
 }
 
 WindowOnMac::~WindowOnMac() = default;
@@ -88,6 +99,19 @@ void WindowOnMac::TearDown() {
 }
 
 // ---- The Mac
+
+void WindowOnMac::startHost(const QByteArray& faults) {
+    if (!faults.isEmpty()) {
+        makeFail(faults);
+    }
+    host.reset();
+    authorization = std::make_unique<AuthorizationDialogs>();
+    finger = std::make_unique<FingerDialogs>();
+    host = std::make_unique<SimulatedHost>(
+        macFolder(), *authorization,
+        SimulatedHostOptions{QStringLiteral(MACSIM_PROGRAM), faultsFile(), {}, finger.get()});
+    authorization->setMachine(host->mac().machine());
+}
 
 void WindowOnMac::saveProfile(const QString& example) {
     saveProfile(exampleProfile(example));
@@ -114,6 +138,12 @@ void WindowOnMac::enableLock() {
     ASSERT_EQ(lock.enableLock(kLockPassword, kLockPassword), std::nullopt);
 }
 
+void WindowOnMac::makeFail(const QByteArray& faults) {
+    QFile file(faultsFile());
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    file.write(faults);
+}
+
 QString WindowOnMac::shell(const QString& line) {
     QFuture<CommandOutcome> outcome = host->host().commands.run({u"/bin/sh"_s, u"-c"_s, line}, OutputCapture::Capture);
     processEventsUntil([&outcome] { return outcome.isFinished(); });
@@ -122,15 +152,20 @@ QString WindowOnMac::shell(const QString& line) {
 
 // ---- The program
 
-void WindowOnMac::launch() {
+void WindowOnMac::start() {
     const auto shutDownHost = [this] {
         host->shutDown();
         authorization->shutDown();
         finger->shutDown();
     };
-    delegate = std::make_unique<AppDelegate>(AppParts{host->host(), host->systemLook(), statusItem, shutDownHost});
+    delegate =
+        std::make_unique<AppDelegate>(AppParts{host->host(), host->systemLook(), placeOfStatusItem(), shutDownHost});
     QObject::connect(delegate.get(), &AppDelegate::terminated, [this] { hasTerminated = true; });
     delegate->applicationDidFinishLaunching();
+}
+
+void WindowOnMac::launch() {
+    start();
     ASSERT_TRUE(QTest::qWaitForWindowActive(mainWindow()));
     processEventsUntil([this] { return session().savedProfiles.wasRead(); });
 }
@@ -144,6 +179,13 @@ void WindowOnMac::quit() {
     delegate->quit();
     processEventsUntil([this] { return hasTerminated; });
     delegate.reset();
+}
+
+void WindowOnMac::quitAndLaunch() {
+    quit();
+    hasTerminated = false;
+    startHost();
+    launch();
 }
 
 void WindowOnMac::resignActive() {
@@ -254,12 +296,13 @@ void WindowOnMac::type(const QString& text) {
 
 void WindowOnMac::answerAlert(const QString& title, const QString& button) {
     waitUntilAlert(title);
-    const auto* const alert = openDialog<AlertDialog>();
-    ASSERT_NE(alert, nullptr);
-    QAbstractButton* const pressed = buttonOf(alert, button);
-    ASSERT_NE(pressed, nullptr) << button.toStdString();
-    QTest::mouseClick(pressed, Qt::LeftButton);
+    pressInAlert(button);
     activateWhatIsInFront();
+}
+
+void WindowOnMac::answerQuitQuestion(const QString& button) {
+    waitUntilAlert(u"Quit Quorvane?"_s);
+    pressInAlert(button);
 }
 
 void WindowOnMac::authorize(const QString& password) {

@@ -29,8 +29,6 @@ TextLabel* fingerText(TextStyle style, TextTone tone, const QString& text, int w
 } // namespace
 
 FingerDialog::FingerDialog(const QString& reason) {
-    setWindowModality(Qt::ApplicationModal);
-    setWindowTitle(u"Quorvane"_s);
     setAccessibleName(reason);
     auto* const column = new QVBoxLayout(this);
     column->setContentsMargins(Theme::kGap24, Theme::kGap24, Theme::kGap24, Theme::kGap16);

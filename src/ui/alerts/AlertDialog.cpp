@@ -61,8 +61,6 @@ TextLabel* selectableText(TextStyle style, const QString& text, int width) {
 
 AlertDialog::AlertDialog(const Alert& alert)
     : m_alert(alert) {
-    setWindowModality(Qt::ApplicationModal);
-    setWindowTitle(u"Quorvane"_s);
     setAccessibleName(alert.message);
     setAccessibleDescription(alert.informativeText);
     auto* const layout = new QHBoxLayout(this);

@@ -1,13 +1,12 @@
 #pragma once
 
 #include "platform/AlertPresenter.h"
-
-#include <QDialog>
+#include "ui/pieces/SystemDialog.h"
 
 namespace quorvane {
 
 /// One alert. Return presses its button, or cancel where that destroys something; Escape and closing press cancel.
-class AlertDialog final : public QDialog {
+class AlertDialog final : public SystemDialog {
     Q_OBJECT
 
 public:

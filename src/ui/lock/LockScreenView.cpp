@@ -29,7 +29,7 @@ namespace quorvane {
 namespace {
 
 constexpr int kLogo = 72;
-constexpr int kColumnWidth = 300;
+constexpr int kColumnWidth = 340; // the longest line takes one line
 
 class LogoView : public QWidget {
 public:

@@ -110,6 +110,7 @@ IconPicker::IconPicker(const QString& currentIcon, QWidget* parent)
     m_grid->setGridSize({kCell, kCell});
     m_grid->setFixedSize(kCell * kColumns + Theme::kGap16, kCell * kVisibleRows);
     m_grid->setFrameShape(QFrame::NoFrame);
+    m_grid->viewport()->setAutoFillBackground(false); // the pop-over's ground is its own
     m_grid->setMouseTracking(true);
     m_grid->setEditTriggers(QAbstractItemView::NoEditTriggers);
     m_grid->setSelectionMode(QAbstractItemView::NoSelection);

@@ -19,9 +19,11 @@ public:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     QVBoxLayout* m_rows;
+    QWidget* m_edge;
     int m_textLeft;
 };
 

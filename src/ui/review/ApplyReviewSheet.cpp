@@ -151,7 +151,9 @@ void ApplyReviewSheet::showPreview() {
     setContents(column.finished());
 }
 
+/// What was to be reviewed is no news any more.
 void ApplyReviewSheet::showResult(const ResultPanel& result) {
+    setTitle(m_review->review().title, {});
     Column column;
     auto* const heading = new ResultHeading(result);
     column.add(heading);
