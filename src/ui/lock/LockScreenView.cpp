@@ -22,6 +22,8 @@
 
 #include <QCoroTask>
 
+#include <algorithm>
+
 namespace quorvane {
 
 namespace {
@@ -79,9 +81,9 @@ LockScreenView::LockScreenView(LockManager& lock, Workspace& workspace, Tasks& t
 }
 
 QWidget* LockScreenView::makeColumn() {
-    auto* const column = new QWidget;
-    column->setFixedWidth(kColumnWidth);
-    auto* const layout = new QVBoxLayout(column);
+    m_column = new QWidget;
+    m_column->setFixedWidth(kColumnWidth);
+    auto* const layout = new QVBoxLayout(m_column);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(Theme::kGap8);
     auto* const title = centred(TextStyle::PageTitle, TextTone::Normal);
@@ -106,7 +108,7 @@ QWidget* LockScreenView::makeColumn() {
     connect(m_password, &QLineEdit::returnPressed, this, &LockScreenView::submit);
     connect(m_unlock, &QPushButton::clicked, this, &LockScreenView::submit);
     connect(m_finger, &QPushButton::clicked, this, &LockScreenView::askForFinger);
-    return column;
+    return m_column;
 }
 
 void LockScreenView::appear() {
@@ -150,6 +152,7 @@ void LockScreenView::updateButtons() {
     m_finger->setIcon(symbolIcon(biometrySymbolName(biometry), themeOf(this).text));
     m_finger->setVisible(canUseFinger);
     m_finger->setEnabled(!m_isAuthenticatingBiometrics);
+    m_column->setFixedWidth(std::max(kColumnWidth, m_finger->sizeHint().width()));
 }
 
 void LockScreenView::submit() {

@@ -53,6 +53,7 @@ private:
     LockManager& m_lock;
     Workspace& m_workspace;
     Tasks& m_tasks;
+    QWidget* m_column = nullptr;
     TextLabel* m_line = nullptr;
     QLineEdit* m_password = nullptr;
     QPushButton* m_unlock = nullptr;

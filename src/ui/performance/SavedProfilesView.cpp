@@ -175,6 +175,15 @@ bool SavedProfilesView::event(QEvent* event) {
     return QListView::event(event);
 }
 
+/// The next row is the current one after a deletion; Qt would take the one before it.
+void SavedProfilesView::rowsAboutToBeRemoved(const QModelIndex& parent, int start, int end) {
+    const int current = currentIndex().row();
+    if (current >= start && current <= end) {
+        setCurrentIndex(m_model.index(end + 1));
+    }
+    QListView::rowsAboutToBeRemoved(parent, start, end);
+}
+
 void SavedProfilesView::focusInEvent(QFocusEvent* event) {
     QListView::focusInEvent(event);
     if (event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason) {
