@@ -285,10 +285,14 @@ void WindowOnMac::authorize(const QString& password) {
 
 /// As a system does when a window goes.
 void WindowOnMac::activateWhatIsInFront() {
-    QWidget* const modal = QApplication::activeModalWidget();
-    if (QWidget* const front = modal != nullptr ? modal : mainWindow()) {
-        front->activateWindow();
-        processEventsUntil([front] { return front->isActiveWindow(); });
+    const auto front = [] {
+        QWidget* const modal = QApplication::activeModalWidget();
+        return modal != nullptr ? modal : mainWindow();
+    };
+    if (front() != nullptr) {
+        front()->activateWindow();
+        processEventsUntil(
+            [front] { return front() == nullptr || front()->isActiveWindow(); }); // an alert may come meanwhile
     }
 }
 

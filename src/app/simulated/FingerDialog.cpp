@@ -20,7 +20,7 @@ constexpr int kFingerText = 300;
 TextLabel* fingerText(TextStyle style, TextTone tone, const QString& text) {
     auto* const label = new TextLabel(style, nullptr, tone);
     label->setText(text);
-    label->setFixedWidth(kFingerText);
+    label->setMinimumWidth(kFingerText);
     label->setAlignment(Qt::AlignCenter);
     return label;
 }

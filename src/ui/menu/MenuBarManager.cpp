@@ -10,6 +10,7 @@
 #include "ui/symbols/Symbols.h"
 
 #include <QAction>
+#include <QEvent>
 #include <QTimer>
 
 #include <QCoroTask>
@@ -37,6 +38,7 @@ MenuBarManager::MenuBarManager(StatusItem& item, AlertPresenter& alerts, QObject
     // What changes while the menu is open is in it the next time.
     connect(&m_menu, &QMenu::aboutToShow, this, &MenuBarManager::rebuildMenu);
     connect(&m_menu, &QMenu::aboutToHide, this, &MenuBarManager::scheduleRebuild);
+    m_menu.installEventFilter(this);
     rebuildMenu();
     item.setMenu(m_menu);
 }
@@ -60,6 +62,14 @@ void MenuBarManager::configureManagers(Session& session, WindowListener& listene
     rebuildMenu();
 }
 
+/// Its symbols are pictures in the colour of its texts.
+bool MenuBarManager::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::PaletteChange) {
+        scheduleRebuild();
+    }
+    return QObject::eventFilter(watched, event);
+}
+
 /// Several changes of one turn of the event loop are one.
 void MenuBarManager::scheduleRebuild() {
     if (!m_isScheduled) {
@@ -78,10 +88,12 @@ void MenuBarManager::rebuildMenu() {
                                                                    m_managers->session.savedProfiles.known().profiles,
                                                                    m_managers->session.turnstile.isIdle())
                                                       : statusMenu({}, {}, true);
-    if (entries == m_entries) {
+    const QColor ink = m_menu.palette().color(QPalette::Text);
+    if (entries == m_entries && ink == m_ink) {
         return;
     }
     m_entries = entries;
+    m_ink = ink;
     m_menu.clear();
     for (const StatusMenuEntry& entry : entries) {
         addEntry(entry);
@@ -98,7 +110,7 @@ void MenuBarManager::addEntry(const StatusMenuEntry& entry) {
     action->setCheckable(entry.isChecked);
     action->setChecked(entry.isChecked);
     if (!entry.symbol.isEmpty()) {
-        action->setIcon(symbolIcon(entry.symbol, m_menu.palette().color(QPalette::Text)));
+        action->setIcon(symbolIcon(entry.symbol, m_ink));
     }
     if (!entry.key.isEmpty()) {
         action->setShortcut(QKeySequence(u"Ctrl+"_s + entry.key));

@@ -2,6 +2,7 @@
 
 #include "actions/StatusMenu.h"
 
+#include <QColor>
 #include <QMenu>
 #include <QObject>
 
@@ -37,6 +38,9 @@ Q_SIGNALS:
     void windowRequested();
     void quitRequested();
 
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 private:
     /// What has to be there before something can be chosen.
     struct Managers {
@@ -54,6 +58,7 @@ private:
     AlertPresenter& m_alerts;
     std::optional<Managers> m_managers;
     QList<StatusMenuEntry> m_entries; ///< as they stand in the menu
+    QColor m_ink;                     ///< of their symbols
     bool m_isScheduled = false;
 };
 
