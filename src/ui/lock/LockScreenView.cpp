@@ -202,12 +202,6 @@ void LockScreenView::paintEvent(QPaintEvent*) {
     QPainter(this).fillRect(rect(), themeOf(this).window);
 }
 
-/// In a window that opens while the program is active already.
-void LockScreenView::showEvent(QShowEvent* event) {
-    QWidget::showEvent(event);
-    askForFingerWhenActive();
-}
-
 void LockScreenView::changeEvent(QEvent* event) {
     QWidget::changeEvent(event);
     if (event->type() == QEvent::StyleChange && m_finger != nullptr) {
