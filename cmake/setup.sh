@@ -42,11 +42,21 @@ install_build_packages() {
 }
 
 install_test_packages() {
-    if [ "$(uname)" = Darwin ]; then install_packages googletest; else install_packages libgtest-dev libgmock-dev; fi
+    if [ "$(uname)" = Darwin ]; then
+        install_packages googletest
+    else
+        # A display without a screen, a window manager and a status area on it, and hands for mouse and keys.
+        install_packages libgtest-dev libgmock-dev xvfb openbox trayer xdotool
+    fi
 }
 
 install_benchmark_packages() {
-    if [ "$(uname)" = Darwin ]; then install_packages google-benchmark; else install_packages libbenchmark-dev; fi
+    if [ "$(uname)" = Darwin ]; then
+        install_packages google-benchmark
+    else
+        # The window is measured on a display of its own, and its rest is traced.
+        install_packages libbenchmark-dev xvfb xauth strace
+    fi
 }
 
 # build PRESET [TARGET…]: configures once and builds what has changed; the output is shown when it fails.

@@ -150,7 +150,7 @@ QCoro::Task<ActionOutcome> ProfileActions::remove(const QString& name, QUuid id,
             co_return;
         }
         action.carryOutAtOnce({.match = m_parts.active.current().id == id});
-        action.outcome.succeeded = isGone(name, id);
+        action.outcome.succeeded = co_await isGone(name, id);
         if (action.outcome.succeeded) {
             m_parts.system.log(u"\n[PROFILE] Deleted: "_s + name);
             forget(name, id);
@@ -160,13 +160,13 @@ QCoro::Task<ActionOutcome> ProfileActions::remove(const QString& name, QUuid id,
 }
 
 /// Removes the profile, but not another one that has taken its name since the row was shown.
-bool ProfileActions::isGone(const QString& name, const QUuid& id) {
+QCoro::Task<bool> ProfileActions::isGone(QString name, QUuid id) {
     const std::optional<UnifiedProfile> stored = m_parts.store.loadProfile(name);
     if (stored && stored->id != id) {
         m_parts.saved.readAnew();
-        return false;
+        co_return false;
     }
-    return m_parts.saved.remove(name);
+    co_return co_await m_parts.saved.remove(name);
 }
 
 /// A profile that is gone is neither edited nor the one that was applied last.

@@ -61,7 +61,7 @@ private:
     QCoro::Task<void> askAndRestoreDefault(Action& action, StartedFrom from);
     QCoro::Task<void> followDefault(StartedFrom from);
     QCoro::Task<void> backUpDefault();
-    bool isGone(const QString& name, const QUuid& id);
+    QCoro::Task<bool> isGone(QString name, QUuid id);
     void forget(const QString& name, const QUuid& id);
 
     ActionStage& m_stage;

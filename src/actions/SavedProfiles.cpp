@@ -3,7 +3,9 @@
 #include "actions/Tasks.h"
 #include "core/NotificationCenter.h"
 #include "core/Turns.h"
+#include "profiles/ProfileNames.h"
 
+#include <QCoroFuture>
 #include <QCoroTask>
 
 #include <algorithm>
@@ -51,10 +53,13 @@ void SavedProfiles::tellChanged() {
     m_notifications.post(kQuorvaneProfilesChanged, {});
 }
 
-bool SavedProfiles::remove(const QString& name) {
+QCoro::Task<bool> SavedProfiles::remove(QString name) {
     m_store.deleteProfile(name);
     tellChanged();
-    return !m_store.loadProfile(name).has_value();
+    const ProfileListing left = co_await list();
+    const QString key = profileNameKey(name);
+    co_return std::none_of(left.profiles.cbegin(), left.profiles.cend(),
+                           [&key](const UnifiedProfile& profile) { return profileNameKey(profile.name) == key; });
 }
 
 void SavedProfiles::beginReading() {

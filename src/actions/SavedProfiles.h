@@ -43,8 +43,8 @@ public:
     void tellChanged();
 
     /// The saved profile of that name, removed from the disk and from here.
-    /// @return false when it is still there
-    bool remove(const QString& name);
+    /// @return false when one of that name is still there
+    QCoro::Task<bool> remove(QString name);
 
 Q_SIGNALS:
     /// The known ones have been read anew.

@@ -26,6 +26,7 @@ using Code = ProfileCloudError::Code;
 using BackupKind = ProfileCloudBackupKind;
 
 constexpr qsizetype kTimestampedBackupsKept = 20;
+const QString kQuitting = u"The program is quitting."_s;
 
 QByteArray encoded(const ProfileCloudBackup& backup) {
     try {
@@ -54,17 +55,17 @@ std::optional<UnifiedProfile> firstProfileIn(const QByteArray& bytes) {
 }
 
 /// None where none is saved. Throws ProfileCloudError for one that can't be read: the built-in one would take its place.
-std::optional<UnifiedProfile> savedDefault(const ProfileManager& profileManager) {
+std::optional<UnifiedProfile> savedDefault(const ProfileManager::Reading& all) {
     const QString name = UnifiedProfile::defaultProfile().name;
-    if (profileManager.isUnreadable(name)) {
+    if (all.isUnreadable(name)) {
         throw ProfileCloudError(Code::writeFailed, u"The saved profile \"%1\" can't be read."_s.arg(name));
     }
-    return profileManager.loadProfile(name);
+    return all.profile(name);
 }
 
 /// Takes away the one profile that has copies of its own. Another one with its `id` is in none of them.
-void removeSavedDefault(QList<UnifiedProfile>& profiles, const ProfileManager& profileManager) {
-    if (const std::optional<UnifiedProfile> saved = savedDefault(profileManager)) {
+void removeSavedDefault(QList<UnifiedProfile>& profiles, const ProfileManager::Reading& all) {
+    if (const std::optional<UnifiedProfile> saved = savedDefault(all)) {
         profiles.removeIf(
             [&saved](const UnifiedProfile& each) { return each == *saved && each.hasSameContent(*saved); });
     }
@@ -128,8 +129,9 @@ QCoro::Task<ProfileCloudBackupResult> ProfileCloudManager::backupAllProfiles(Pro
 QCoro::Task<ProfileCloudBackupResult> ProfileCloudManager::backUpAll(ProfileManager& profileManager) {
     const std::optional<UnifiedProfile> savedOne;
     co_await backUpDefault(profileManager, savedOne);
-    ProfileListing listing = profileManager.listing();
-    removeSavedDefault(listing.profiles, profileManager);
+    const ProfileManager::Reading all = co_await wholeReading(profileManager);
+    ProfileListing listing = all.listing();
+    removeSavedDefault(listing.profiles, all);
     const ProfileCloudBackupResult result{backupOf(listing.profiles), listing.unreadable};
     if (listing.profiles.isEmpty()) {
         co_return std::as_const(result);
@@ -163,7 +165,8 @@ QCoro::Task<void> ProfileCloudManager::ensureDefaultBackups(ProfileManager& prof
     const bool hasBoth = m_cloudFiles.exists(folder + u'/' + kDefaultCurrentName) &&
                          m_cloudFiles.exists(folder + u'/' + kDefaultPreviousName);
     if (!hasBoth) {
-        const UnifiedProfile profile = savedDefault(profileManager).value_or(UnifiedProfile::defaultProfile());
+        const ProfileManager::Reading all = co_await wholeReading(profileManager);
+        const UnifiedProfile profile = savedDefault(all).value_or(UnifiedProfile::defaultProfile());
         co_await rotate(profile, true);
         busy.reset();
         co_await listBackups();
@@ -213,7 +216,7 @@ QCoro::Task<ProfileImportResult> ProfileCloudManager::importInto(ProfileManager&
         failure = error.message();
     }
     if (!failure && !isWhole) {
-        failure = u"The program is quitting."_s;
+        failure = kQuitting;
     }
     if (failure) {
         throw ProfileCloudError(Code::writeFailed, *failure);
@@ -221,11 +224,26 @@ QCoro::Task<ProfileImportResult> ProfileCloudManager::importInto(ProfileManager&
     co_return merge.result();
 }
 
+/// In turns. Throws when the program quits before the end: what is missing would count as not saved.
+QCoro::Task<ProfileManager::Reading> ProfileCloudManager::wholeReading(ProfileManager& profileManager) {
+    ProfileManager::Reading all = profileManager.reading();
+    bool isWhole = false;
+    co_await inTurns(m_clock, [&all, &isWhole] {
+        isWhole = !all.step();
+        return !isWhole;
+    });
+    if (!isWhole) {
+        throw ProfileCloudError(Code::writeFailed, kQuitting);
+    }
+    co_return std::move(all);
+}
+
 // ---- The copies of the Default profile
 
 QCoro::Task<void> ProfileCloudManager::backUpDefault(ProfileManager& profileManager,
                                                      std::optional<UnifiedProfile> given) {
-    const std::optional<UnifiedProfile> saved = savedDefault(profileManager);
+    const ProfileManager::Reading all = co_await wholeReading(profileManager);
+    const std::optional<UnifiedProfile> saved = savedDefault(all);
     const bool force = given ? saved && saved->id != given->id : !saved;
     const UnifiedProfile profile = given ? *given : saved.value_or(UnifiedProfile::defaultProfile());
     co_await rotate(profile, force);

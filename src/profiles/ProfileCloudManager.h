@@ -3,6 +3,7 @@
 #include "core/CloudFiles.h"
 #include "core/TaskLock.h"
 #include "profiles/ProfileCloudBackup.h"
+#include "profiles/ProfileManager.h"
 
 #include <QList>
 #include <QObject>
@@ -15,7 +16,6 @@ class Clock;
 class CloudDrive;
 class FileManager;
 class Machine;
-class ProfileManager;
 
 /// The profiles in iCloud Drive: full backups of the custom ones, of which the latest 20 stay, and two copies of the Default
 /// profile, as it is and as it was before its last change.
@@ -80,6 +80,7 @@ private:
     ProfileCloudBackup backupOf(const QList<UnifiedProfile>& profiles) const;
     QCoro::Task<ProfileCloudBackupResult> backUpAll(ProfileManager& profileManager);
     QCoro::Task<void> backUpDefault(ProfileManager& profileManager, std::optional<UnifiedProfile> given);
+    QCoro::Task<ProfileManager::Reading> wholeReading(ProfileManager& profileManager);
     QCoro::Task<ProfileImportResult> importInto(ProfileManager& profileManager, QList<UnifiedProfile> profiles);
     QCoro::Task<void> rotate(UnifiedProfile profile, bool force);
     QCoro::Task<void> rotateExisting(UnifiedProfile profile, QByteArray fresh, QString folder);

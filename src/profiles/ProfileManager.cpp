@@ -56,18 +56,14 @@ std::optional<UnifiedProfile> ProfileManager::loadProfile(const QString& named) 
             return profile;
         }
     }
-    const std::optional<StoredProfile> found = newestNamed(named);
-    return found ? std::optional(found->profile) : std::nullopt;
+    return wholeReading().profile(named);
 }
 
 bool ProfileManager::isUnreadable(const QString& named) const {
     if (isProfileFileName(named) && standsThere(named)) {
         return !readProfile(named);
     }
-    const QString key = profileNameKey(named);
-    const QStringList names = listing().unreadable;
-    return std::any_of(names.cbegin(), names.cend(),
-                       [&key](const QString& baseName) { return profileNameKey(baseName) == key; });
+    return wholeReading().isUnreadable(named);
 }
 
 ProfileListing ProfileManager::listing() const {
@@ -100,6 +96,35 @@ ProfileListing ProfileManager::Reading::listing() const {
         profiles.append(each.profile);
     }
     return {profiles, m_unreadable};
+}
+
+std::optional<UnifiedProfile> ProfileManager::Reading::profile(const QString& named) const {
+    const StoredProfile* const found = find(named);
+    return found != nullptr ? std::optional(found->profile) : std::nullopt;
+}
+
+bool ProfileManager::Reading::isUnreadable(const QString& named) const {
+    const QString key = profileNameKey(named);
+    const bool isRead = std::any_of(m_stored.cbegin(), m_stored.cend(),
+                                    [&named](const StoredProfile& each) { return each.file.baseName == named; });
+    return !isRead && std::any_of(m_unreadable.cbegin(), m_unreadable.cend(),
+                                  [&key](const QString& baseName) { return profileNameKey(baseName) == key; });
+}
+
+/// In the file of that name, or else the newest that bears the name. Null without one.
+const ProfileManager::StoredProfile* ProfileManager::Reading::find(const QString& named) const {
+    const QString key = profileNameKey(named);
+    const StoredProfile* newest = nullptr;
+    for (const StoredProfile& each : m_stored) {
+        if (each.file.baseName == named) {
+            return &each;
+        }
+        const bool isNewer = newest == nullptr || each.profile.dateCreated > newest->profile.dateCreated;
+        if (profileNameKey(each.file.name) == key && isNewer) {
+            newest = &each;
+        }
+    }
+    return newest;
 }
 
 QList<ProfileManager::StoredFile> ProfileManager::Reading::files() const {
@@ -203,9 +228,10 @@ void ProfileManager::deleteProfile(const QString& named) {
         attempt([&] { m_files.remove(pathOf(named)); });
         return;
     }
-    const std::optional<StoredProfile> found = newestNamed(named);
+    const Reading all = wholeReading();
+    const StoredProfile* const found = all.find(named);
     // A file of another name than its profile's is the user's own copy.
-    if (found && profileNameKey(found->file.baseName) == profileNameKey(named)) {
+    if (found != nullptr && profileNameKey(found->file.baseName) == profileNameKey(named)) {
         attempt([&] { m_files.remove(pathOf(found->file.baseName)); });
     }
 }
@@ -246,15 +272,6 @@ ProfileManager::Reading ProfileManager::wholeReading() const {
     while (all.step()) {
     }
     return all;
-}
-
-std::optional<ProfileManager::StoredProfile> ProfileManager::newestNamed(const QString& name) const {
-    const QString key = profileNameKey(name);
-    const QList<StoredProfile> stored = newestFirst(wholeReading().m_stored);
-    const auto found = std::find_if(stored.cbegin(), stored.cend(), [&key](const StoredProfile& each) {
-        return profileNameKey(each.file.name) == key;
-    });
-    return found == stored.cend() ? std::nullopt : std::optional(*found);
 }
 
 QList<ProfileManager::StoredProfile> ProfileManager::newestFirst(QList<StoredProfile> stored) {

@@ -114,7 +114,6 @@ private:
     QStringList baseNames() const;
     std::optional<UnifiedProfile> readProfile(const QString& baseName) const;
     Reading wholeReading() const;
-    std::optional<StoredProfile> newestNamed(const QString& name) const;
     bool standsThere(const QString& baseName) const;
     static QList<StoredProfile> newestFirst(QList<StoredProfile> stored);
     static std::optional<QString> formerName(const UnifiedProfile& profile, const QList<StoredFile>& files);
@@ -132,11 +131,15 @@ public:
     bool step();
     /// What was read until now.
     ProfileListing listing() const;
+    /// As ProfileManager::loadProfile and isUnreadable, of what was read until now.
+    std::optional<UnifiedProfile> profile(const QString& named) const;
+    bool isUnreadable(const QString& named) const;
 
 private:
     friend class ProfileManager;
     explicit Reading(const ProfileManager& store)
         : m_store(store) {}
+    const StoredProfile* find(const QString& named) const;
     QList<StoredFile> files() const;
     QSet<QString> baseNames() const;
 

@@ -37,6 +37,7 @@ public:
                   QStyleHintReturn* answer) const override;
 
 private:
+    void takePalette();
     void drawPushButton(const QStyleOption& option, QPainter& painter, const QWidget* widget) const;
     void drawScrollBar(const QStyleOption& option, const QRect& slider, QPainter& painter) const;
 

@@ -71,6 +71,14 @@ QAbstractButton* buttonOf(const QWidget* dialog, const QString& text) {
     return nullptr;
 }
 
+void pressInAlert(const QString& button) {
+    const auto* const alert = openDialog<AlertDialog>();
+    ASSERT_NE(alert, nullptr);
+    QAbstractButton* const pressed = buttonOf(alert, button);
+    ASSERT_NE(pressed, nullptr) << button.toStdString();
+    QTest::mouseClick(pressed, Qt::LeftButton);
+}
+
 } // namespace
 
 WindowOnMac::WindowOnMac(const QString& description) {
@@ -79,11 +87,7 @@ WindowOnMac::WindowOnMac(const QString& description) {
                       QStringLiteral(MACSIM_PROGRAM));
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder.path() + u"/settings"_s);
     makeFail("[]");
-    authorization = std::make_unique<AuthorizationDialogs>();
-    finger = std::make_unique<FingerDialogs>();
-    const SimulatedHostOptions options{QStringLiteral(MACSIM_PROGRAM), faultsFile(), {}, finger.get()};
-    host = std::make_unique<SimulatedHost>(macFolder(), *authorization, options);
-    authorization->setMachine(host->mac().machine());
+    startHost();
 }
 
 WindowOnMac::~WindowOnMac() = default;
@@ -95,6 +99,19 @@ void WindowOnMac::TearDown() {
 }
 
 // ---- The Mac
+
+void WindowOnMac::startHost(const QByteArray& faults) {
+    if (!faults.isEmpty()) {
+        makeFail(faults);
+    }
+    host.reset();
+    authorization = std::make_unique<AuthorizationDialogs>();
+    finger = std::make_unique<FingerDialogs>();
+    host = std::make_unique<SimulatedHost>(
+        macFolder(), *authorization,
+        SimulatedHostOptions{QStringLiteral(MACSIM_PROGRAM), faultsFile(), {}, finger.get()});
+    authorization->setMachine(host->mac().machine());
+}
 
 void WindowOnMac::saveProfile(const QString& example) {
     saveProfile(exampleProfile(example));
@@ -135,15 +152,20 @@ QString WindowOnMac::shell(const QString& line) {
 
 // ---- The program
 
-void WindowOnMac::launch() {
+void WindowOnMac::start() {
     const auto shutDownHost = [this] {
         host->shutDown();
         authorization->shutDown();
         finger->shutDown();
     };
-    delegate = std::make_unique<AppDelegate>(AppParts{host->host(), host->systemLook(), statusItem, shutDownHost});
+    delegate =
+        std::make_unique<AppDelegate>(AppParts{host->host(), host->systemLook(), placeOfStatusItem(), shutDownHost});
     QObject::connect(delegate.get(), &AppDelegate::terminated, [this] { hasTerminated = true; });
     delegate->applicationDidFinishLaunching();
+}
+
+void WindowOnMac::launch() {
+    start();
     ASSERT_TRUE(QTest::qWaitForWindowActive(mainWindow()));
     processEventsUntil([this] { return session().savedProfiles.wasRead(); });
 }
@@ -157,6 +179,13 @@ void WindowOnMac::quit() {
     delegate->quit();
     processEventsUntil([this] { return hasTerminated; });
     delegate.reset();
+}
+
+void WindowOnMac::quitAndLaunch() {
+    quit();
+    hasTerminated = false;
+    startHost();
+    launch();
 }
 
 void WindowOnMac::resignActive() {
@@ -267,12 +296,13 @@ void WindowOnMac::type(const QString& text) {
 
 void WindowOnMac::answerAlert(const QString& title, const QString& button) {
     waitUntilAlert(title);
-    const auto* const alert = openDialog<AlertDialog>();
-    ASSERT_NE(alert, nullptr);
-    QAbstractButton* const pressed = buttonOf(alert, button);
-    ASSERT_NE(pressed, nullptr) << button.toStdString();
-    QTest::mouseClick(pressed, Qt::LeftButton);
+    pressInAlert(button);
     activateWhatIsInFront();
+}
+
+void WindowOnMac::answerQuitQuestion(const QString& button) {
+    waitUntilAlert(u"Quit Quorvane?"_s);
+    pressInAlert(button);
 }
 
 void WindowOnMac::authorize(const QString& password) {

@@ -21,10 +21,14 @@ namespace quorvane {
 /// A place for the status item that is always there, or never.
 class PlacedStatusItem final : public StatusItem {
 public:
-    void setMenu(QMenu& shown) override { menu = &shown; }
+    void setMenu(QMenu& shown) override {
+        menu = &shown;
+        ++placements;
+    }
     bool isShown() const override { return hasPlace; }
 
     QMenu* menu = nullptr;
+    int placements = 0;
     bool hasPlace = true;
 };
 
@@ -41,6 +45,8 @@ protected:
 
     // ---- The Mac, before and while the program runs
 
+    /// Boots it anew, with faults if any are given; see macsim::Faults. To be called while no program runs.
+    void startHost(const QByteArray& faults = {});
     /// Saves one of examples/profiles, or any other.
     void saveProfile(const QString& example);
     void saveProfile(const UnifiedProfile& profile);
@@ -58,13 +64,18 @@ protected:
 
     // ---- The program
 
+    /// Starts it, and doesn't wait for anything.
+    void start();
     /// Starts it, and waits until its window has been painted.
     void launch();
     /// The same, and until the scan of the start has ended.
     void launchAndScan();
     /// Ends it as a signal does, and waits until it has gone.
     void quit();
+    /// Ends it so, and starts it anew on the same Mac.
+    void quitAndLaunch();
     AppDelegate& app() { return *delegate; }
+    virtual StatusItem& placeOfStatusItem() { return statusItem; }
     Session& session() { return delegate->session(); }
     /// The program is the active one no more.
     static void resignActive();
@@ -96,6 +107,8 @@ protected:
     static void type(const QString& text);
     /// Presses a button of the alert, once that is there.
     static void answerAlert(const QString& title, const QString& button = u"OK"_s);
+    /// The same of the question whether to quit, after which nothing may be left.
+    static void answerQuitQuestion(const QString& button);
     /// Types into the system's dialog, once that is there.
     static void authorize(const QString& password = u"quorvane"_s);
     static void cancelAuthorization();

@@ -88,8 +88,8 @@ void WindowPicture::launchLocked() {
 
 /// The program does so by itself when it becomes active, which it is already where another picture was taken before.
 void WindowPicture::askForFinger() {
-    if (isUsable(unlockWithBiometryText(BiometryType::touchID))) {
-        click(unlockWithBiometryText(BiometryType::touchID));
+    if (isUsable(unlockWithBiometryText(BiometryType::TouchId))) {
+        click(unlockWithBiometryText(BiometryType::TouchId));
     }
     waitUntilSeen(u"Another Finger"_s);
 }

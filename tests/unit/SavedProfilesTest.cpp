@@ -95,7 +95,7 @@ TEST_F(SavedProfilesTest, aProfileIsFoundByItsId) {
 
 TEST_F(SavedProfilesTest, aRemovedProfileIsGoneFromBoth) {
     listed();
-    EXPECT_TRUE(saved.remove(u"Live"_s));
+    EXPECT_TRUE(QCoro::waitFor(saved.remove(u"Live"_s)));
     EXPECT_FALSE(disk.exists(folder + u"/Live.json"_s));
     EXPECT_EQ(namesOf(listed().profiles), QStringList(u"Club"_s));
 }

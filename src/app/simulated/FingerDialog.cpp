@@ -6,6 +6,7 @@
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <utility>
 
 namespace quorvane {
@@ -17,10 +18,10 @@ namespace {
 constexpr int kFinger = 44;
 constexpr int kFingerText = 300;
 
-TextLabel* fingerText(TextStyle style, TextTone tone, const QString& text) {
+TextLabel* fingerText(TextStyle style, TextTone tone, const QString& text, int width) {
     auto* const label = new TextLabel(style, nullptr, tone);
     label->setText(text);
-    label->setMinimumWidth(kFingerText);
+    label->setFixedWidth(width);
     label->setAlignment(Qt::AlignCenter);
     return label;
 }
@@ -34,9 +35,6 @@ FingerDialog::FingerDialog(const QString& reason) {
     column->setSpacing(Theme::kGap8);
     column->setSizeConstraint(QLayout::SetFixedSize);
     column->addWidget(new SymbolView(u"touchid"_s, kFinger, nullptr, TextTone::Danger), 0, Qt::AlignHCenter);
-    column->addWidget(fingerText(TextStyle::SectionTitle, TextTone::Normal, reason));
-    column->addWidget(fingerText(TextStyle::Secondary, TextTone::Secondary,
-                                 u"This is a simulated Mac. Choose which finger touches its sensor."_s));
     auto* const buttons = new QHBoxLayout;
     buttons->setSpacing(Theme::kGap8);
     auto* const cancel = new AppSecondaryButton(u"Cancel"_s);
@@ -45,6 +43,10 @@ FingerDialog::FingerDialog(const QString& reason) {
     for (QPushButton* const button : std::initializer_list<QPushButton*>{cancel, other, own}) {
         buttons->addWidget(button);
     }
+    const int width = std::max(kFingerText, buttons->sizeHint().width());
+    column->addWidget(fingerText(TextStyle::SectionTitle, TextTone::Normal, reason, width));
+    column->addWidget(fingerText(TextStyle::Secondary, TextTone::Secondary,
+                                 u"This is a simulated Mac. Choose which finger touches its sensor."_s, width));
     column->addLayout(buttons);
     connect(cancel, &QPushButton::clicked, this, &FingerDialog::reject);
     connect(other, &QPushButton::clicked, this, [this] { end(BiometricAnswer::Refuse); });

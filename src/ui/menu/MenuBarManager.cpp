@@ -15,6 +15,8 @@
 
 #include <QCoroTask>
 
+#include <utility>
+
 namespace quorvane {
 
 using namespace Qt::StringLiterals;
@@ -62,9 +64,10 @@ void MenuBarManager::configureManagers(Session& session, WindowListener& listene
     rebuildMenu();
 }
 
-/// Its symbols are pictures in the colour of its texts.
+/// Its symbols are painted in the ink of the menu.
 bool MenuBarManager::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::PaletteChange) {
+    if (event->type() == QEvent::StyleChange) {
+        m_entries.clear();
         scheduleRebuild();
     }
     return QObject::eventFilter(watched, event);
@@ -83,43 +86,59 @@ void MenuBarManager::scheduleRebuild() {
     }
 }
 
+/// What stays as it is isn't touched: there may be a thousand profiles, and each action's beginning and end enables or
+/// disables them.
 void MenuBarManager::rebuildMenu() {
-    const QList<StatusMenuEntry> entries = m_managers ? statusMenu(m_managers->session.activeProfile.current(),
-                                                                   m_managers->session.savedProfiles.known().profiles,
-                                                                   m_managers->session.turnstile.isIdle())
-                                                      : statusMenu({}, {}, true);
-    const QColor ink = m_menu.palette().color(QPalette::Text);
-    if (entries == m_entries && ink == m_ink) {
-        return;
+    const QColor ink = themeOf(&m_menu).text;
+    const bool hasOtherInk = std::exchange(m_ink, ink) != ink;
+    const QList<StatusMenuEntry> shown = std::exchange(m_entries, entriesNow());
+    for (qsizetype place = 0; place < m_entries.size(); ++place) {
+        const StatusMenuEntry& entry = m_entries.at(place);
+        if (place >= shown.size()) {
+            show(entry, {}, *addAction());
+        } else if (hasOtherInk) {
+            show(entry, {}, *m_actions.at(place));
+        } else if (entry != shown.at(place)) {
+            show(entry, shown.at(place), *m_actions.at(place));
+        }
     }
-    m_entries = entries;
-    m_ink = ink;
-    m_menu.clear();
-    for (const StatusMenuEntry& entry : entries) {
-        addEntry(entry);
+    while (m_actions.size() > m_entries.size()) {
+        delete m_actions.takeLast();
     }
 }
 
-void MenuBarManager::addEntry(const StatusMenuEntry& entry) {
-    if (entry.kind == StatusMenuEntry::Kind::Separator) {
-        m_menu.addSeparator();
-        return;
+QList<StatusMenuEntry> MenuBarManager::entriesNow() const {
+    if (!m_managers) {
+        return statusMenu(activeConfiguration({}), {}, true);
     }
-    QAction* const action = m_menu.addAction(plainTitle(entry.title));
-    action->setEnabled(entry.isEnabled);
-    action->setCheckable(entry.isChecked);
-    action->setChecked(entry.isChecked);
-    if (!entry.symbol.isEmpty()) {
-        action->setIcon(symbolIcon(entry.symbol, m_ink));
-    }
-    if (!entry.key.isEmpty()) {
-        action->setShortcut(QKeySequence(u"Ctrl+"_s + entry.key));
-        action->setShortcutContext(Qt::WidgetShortcut); // it is shown; the window has its own
-    }
-    connect(action, &QAction::triggered, this, [this, entry] { choose(entry); });
+    const Session& session = m_managers->session;
+    return statusMenu(session.activeProfile.current(), session.savedProfiles.known().profiles,
+                      session.turnstile.isIdle());
 }
 
-void MenuBarManager::choose(const StatusMenuEntry& entry) {
+QAction* MenuBarManager::addAction() {
+    QAction* const action = m_menu.addAction(QString());
+    action->setShortcutContext(Qt::WidgetShortcut); // it is shown; the window has its own
+    connect(action, &QAction::triggered, this, [this, action] { choose(m_entries.at(m_actions.indexOf(action))); });
+    m_actions.append(action);
+    return action;
+}
+
+/// @param shown  what the action has shown until now
+void MenuBarManager::show(const StatusMenuEntry& entry, const StatusMenuEntry& shown, QAction& action) const {
+    action.setSeparator(entry.kind == StatusMenuEntry::Kind::Separator);
+    action.setText(plainTitle(entry.title));
+    action.setEnabled(entry.isEnabled);
+    action.setCheckable(entry.isChecked);
+    action.setChecked(entry.isChecked);
+    if (entry.symbol != shown.symbol) {
+        action.setIcon(entry.symbol.isEmpty() ? QIcon() : symbolIcon(entry.symbol, m_ink));
+    }
+    action.setShortcut(entry.key.isEmpty() ? QKeySequence() : QKeySequence(u"Ctrl+"_s + entry.key));
+}
+
+/// By value: what is chosen may change the menu.
+void MenuBarManager::choose(StatusMenuEntry entry) {
     if (entry.kind == StatusMenuEntry::Kind::OpenWindow) {
         Q_EMIT windowRequested();
         return;

@@ -50,15 +50,18 @@ private:
 
     void scheduleRebuild();
     void rebuildMenu();
-    void addEntry(const StatusMenuEntry& entry);
-    void choose(const StatusMenuEntry& entry);
+    QList<StatusMenuEntry> entriesNow() const;
+    QAction* addAction();
+    void show(const StatusMenuEntry& entry, const StatusMenuEntry& shown, QAction& action) const;
+    void choose(StatusMenuEntry entry);
     std::optional<Managers> requireManagers();
 
     QMenu m_menu;
     AlertPresenter& m_alerts;
     std::optional<Managers> m_managers;
     QList<StatusMenuEntry> m_entries; ///< as they stand in the menu
-    QColor m_ink;                     ///< of their symbols
+    QList<QAction*> m_actions;        ///< of each entry its own
+    QColor m_ink;                     ///< of the menu's symbols
     bool m_isScheduled = false;
 };
 

@@ -16,6 +16,7 @@ PerformancePageHeader::PerformancePageHeader(const RowText& text, QWidget* paren
     QVBoxLayout* const column = addColumn(*this, {Theme::kGap24, Theme::kGap16, Theme::kGap24, 0});
     column->setSpacing(Theme::kGap8);
     auto* const back = new SymbolButton(u"chevron.left"_s, u"Performance"_s);
+    back->setAccessibleDescription(u"Back"_s);
     auto* const titleRow = new QHBoxLayout;
     titleRow->setSpacing(Theme::kGap12);
     auto* const texts = new QVBoxLayout;

@@ -3,6 +3,7 @@
 #include "actions/SavedProfiles.h"
 
 #include <QSet>
+#include <QTextDocument>
 
 #include <algorithm>
 
@@ -63,9 +64,12 @@ QVariant SavedProfilesModel::data(const QModelIndex& index, int role) const {
     case Qt::AccessibleTextRole:
         return shown.text.title;
     case Qt::ToolTipRole:
-        return shown.help;
-    case Qt::AccessibleDescriptionRole:
-        return QStringList{shown.text.subtitle, shown.mark, shown.help}.join(QStringLiteral(". "));
+        return shown.help.isEmpty() ? QString() : Qt::convertFromPlainText(shown.help); // Qt would guess
+    case Qt::AccessibleDescriptionRole: {
+        QStringList parts{shown.text.subtitle, shown.mark, shown.help};
+        parts.removeAll(QString());
+        return parts.join(QStringLiteral(". "));
+    }
     default:
         return {};
     }
@@ -98,9 +102,7 @@ void SavedProfilesModel::replaceProfiles(const QList<UnifiedProfile>& profiles) 
             shown.move(from, row);
             endMoveRows();
         } else if (!stands) {
-            beginInsertRows({}, row, row);
-            shown.insert(row, profile);
-            endInsertRows();
+            insertRun(profiles, kept, row);
         }
         if (!isShownAlike(shown.at(row), profile)) {
             shown[row] = profile;
@@ -108,6 +110,20 @@ void SavedProfilesModel::replaceProfiles(const QList<UnifiedProfile>& profiles) 
         }
         shown[row] = profile;
     }
+}
+
+/// Those that aren't among the kept ones, from the row on to the next kept one: a view takes note of them once.
+void SavedProfilesModel::insertRun(const QList<UnifiedProfile>& profiles, const QSet<UnifiedProfile>& kept, int row) {
+    const auto first = profiles.cbegin() + row;
+    const auto end =
+        std::find_if(first, profiles.cend(), [&kept](const UnifiedProfile& profile) { return kept.contains(profile); });
+    QList<UnifiedProfile>& shown = m_listing.profiles;
+    beginInsertRows({}, row, row + static_cast<int>(end - first) - 1);
+    QList<UnifiedProfile> behind = shown.mid(row);
+    shown.resize(row);
+    shown.append(QList<UnifiedProfile>(first, end));
+    shown.append(behind);
+    endInsertRows();
 }
 
 /// There are few of them, if any.

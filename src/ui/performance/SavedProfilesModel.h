@@ -36,6 +36,7 @@ public:
 private:
     void takeListing();
     void replaceProfiles(const QList<UnifiedProfile>& profiles);
+    void insertRun(const QList<UnifiedProfile>& profiles, const QSet<UnifiedProfile>& kept, int row);
     void replaceUnreadable(const QStringList& unreadable);
     void rowsChanged();
 

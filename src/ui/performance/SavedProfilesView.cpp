@@ -3,11 +3,14 @@
 #include "actions/PageTexts.h"
 #include "ui/QuorvaneStyle.h"
 #include "ui/performance/SavedProfilesModel.h"
+#include "ui/pieces/ReturnKey.h"
 
 #include <QKeyEvent>
 #include <QPainter>
 #include <QToolButton>
 #include <QWheelEvent>
+
+#include <utility>
 
 namespace quorvane {
 
@@ -19,6 +22,11 @@ public:
     using QToolButton::QToolButton;
 
 protected:
+    void keyPressEvent(QKeyEvent* event) override {
+        if (!isPressedByReturn(*this, *event)) {
+            QToolButton::keyPressEvent(event);
+        }
+    }
     void paintEvent(QPaintEvent*) override {
         QPainter painter(this);
         const Theme& theme = themeOf(this);
@@ -26,7 +34,7 @@ protected:
             paintDeleteButton(painter, theme, rect(), true);
         }
         if (hasFocus() && window()->testAttribute(Qt::WA_KeyboardFocusChange)) {
-            drawFocusRing(painter, theme, QRectF(rect()).adjusted(2, 2, -2, -2), Theme::kFieldRadius);
+            drawFocusRing(painter, theme, QRectF(rect()).adjusted(3, 3, -3, -3), Theme::kFieldRadius);
         }
     }
 };
@@ -37,7 +45,7 @@ SavedProfilesView::SavedProfilesView(SavedProfilesModel& model, QWidget* parent)
     : QListView(parent)
     , m_model(model)
     , m_row(model)
-    , m_delete(new DeleteButton(viewport())) {
+    , m_delete(new DeleteButton(this)) {
     setModel(&model);
     setItemDelegate(&m_row);
     setUniformItemSizes(true);
@@ -77,6 +85,10 @@ QSize SavedProfilesView::minimumSizeHint() const {
 }
 
 void SavedProfilesView::takeHeight() {
+    const int rowHeight = m_row.height(themeOf(this), width());
+    if (std::exchange(m_rowHeight, rowHeight) != rowHeight) {
+        doItemsLayout();
+    }
     setFixedHeight(sizeHint().height());
     placeDeleteButton();
 }
@@ -84,9 +96,11 @@ void SavedProfilesView::takeHeight() {
 void SavedProfilesView::placeDeleteButton() {
     const QRect button =
         currentIndex().isValid() ? m_row.deleteButton(visualRect(currentIndex()), currentIndex()) : QRect();
+    m_delete->setFocusProxy(button.isEmpty() ? this : nullptr);
     m_delete->setVisible(!button.isEmpty());
     if (!button.isEmpty()) {
-        m_delete->setGeometry(button);
+        m_delete->setGeometry(button.translated(pos()));
+        m_delete->raise();
         m_delete->setAccessibleDescription(m_model.row(currentIndex()).text.title);
     }
 }
@@ -149,6 +163,21 @@ void SavedProfilesView::wheelEvent(QWheelEvent* event) {
 void SavedProfilesView::resizeEvent(QResizeEvent* event) {
     QListView::resizeEvent(event);
     takeHeight();
+}
+
+void SavedProfilesView::moveEvent(QMoveEvent* event) {
+    QListView::moveEvent(event);
+    placeDeleteButton();
+}
+
+/// The delete button stands beside the list in what both are in: a list's own accessible children are its rows alone.
+bool SavedProfilesView::event(QEvent* event) {
+    if (event->type() == QEvent::ParentChange && parentWidget() != nullptr) {
+        m_delete->setParent(parentWidget());
+        setTabOrder(this, m_delete);
+        placeDeleteButton();
+    }
+    return QListView::event(event);
 }
 
 void SavedProfilesView::focusInEvent(QFocusEvent* event) {

@@ -33,6 +33,8 @@ protected:
     void mouseReleaseEvent(QMouseEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void moveEvent(QMoveEvent* event) override;
+    bool event(QEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
     void changeEvent(QEvent* event) override;
     void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
@@ -49,6 +51,7 @@ private:
     QAbstractButton* m_delete; ///< of the current row, for keys and screen readers
     QPersistentModelIndex m_pressed;
     bool m_pressedDelete = false;
+    int m_rowHeight = 0;
 };
 
 } // namespace quorvane

@@ -77,6 +77,27 @@ void Popover::keyPressEvent(QKeyEvent* event) {
     }
 }
 
+/// The Tab key stays within it.
+bool Popover::focusNextPrevChild(bool isNext) {
+    QWidget* const from = focusWidget();
+    const auto neighbour = [isNext](QWidget* widget) {
+        return isNext ? widget->nextInFocusChain() : widget->previousInFocusChain();
+    };
+    const auto isStop = [this](const QWidget* widget) {
+        return isAncestorOf(widget) && (widget->focusPolicy() & Qt::TabFocus) != 0 && widget->isVisible() &&
+               widget->isEnabled();
+    };
+    for (QWidget* widget = from != nullptr ? neighbour(from) : nullptr; widget != nullptr && widget != from;
+         widget = neighbour(widget)) {
+        if (isStop(widget)) {
+            window()->setAttribute(Qt::WA_KeyboardFocusChange);
+            widget->setFocus(isNext ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+            break;
+        }
+    }
+    return true;
+}
+
 void Popover::mousePressEvent(QMouseEvent*) {
     close();
 }

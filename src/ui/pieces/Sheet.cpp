@@ -4,6 +4,7 @@
 
 #include <QEvent>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QPainter>
 #include <QScrollArea>
 #include <QScrollBar>
@@ -91,6 +92,27 @@ void Sheet::addButton(QWidget* button) {
 
 void Sheet::addButtonAside(QWidget* button) {
     m_buttons->insertWidget(0, button);
+}
+
+/// The buttons have the focus; what they stand under can be read to its end all the same.
+void Sheet::keyPressEvent(QKeyEvent* event) {
+    QScrollBar& bar = *m_contents->verticalScrollBar();
+    switch (event->key()) {
+    case Qt::Key_PageUp:
+        bar.triggerAction(QScrollBar::SliderPageStepSub);
+        return;
+    case Qt::Key_PageDown:
+        bar.triggerAction(QScrollBar::SliderPageStepAdd);
+        return;
+    case Qt::Key_Home:
+        bar.triggerAction(QScrollBar::SliderToMinimum);
+        return;
+    case Qt::Key_End:
+        bar.triggerAction(QScrollBar::SliderToMaximum);
+        return;
+    default:
+        QDialog::keyPressEvent(event);
+    }
 }
 
 void Sheet::paintEvent(QPaintEvent*) {

@@ -12,7 +12,7 @@ namespace quorvane {
 
 SheetLayer::SheetLayer(QWidget* beneath, QWidget* parent)
     : QWidget(parent)
-    , m_beneath(beneath) {
+    , m_beneath(beneath, this) {
     setAttribute(Qt::WA_NoMousePropagation);
     m_fade.setStartValue(0.0);
     m_fade.setEndValue(1.0);
@@ -24,13 +24,7 @@ SheetLayer::SheetLayer(QWidget* beneath, QWidget* parent)
 }
 
 void SheetLayer::show(Sheet* sheet) {
-    if (m_sheet == nullptr) {
-        m_focusBefore = window()->focusWidget();
-        if (m_focusBefore != nullptr) {
-            m_focusBefore->clearFocus(); // or Qt would move it on when the widget is disabled
-        }
-        m_beneath->setEnabled(false);
-    }
+    m_beneath.begin();
     removeSheet();
     m_sheet = sheet;
     sheet->setParent(this);
@@ -49,10 +43,7 @@ void SheetLayer::clear() {
     }
     removeSheet();
     hide();
-    m_beneath->setEnabled(true);
-    if (m_focusBefore != nullptr && window()->focusWidget() == nullptr) {
-        m_focusBefore->setFocus(Qt::OtherFocusReason);
-    }
+    m_beneath.end();
 }
 
 void SheetLayer::removeSheet() {

@@ -18,6 +18,7 @@
 #include <QApplication>
 #include <QSplitter>
 
+#include <algorithm>
 #include <chrono>
 
 namespace quorvane {
@@ -41,11 +42,13 @@ ContentView::ContentView(const ViewEnvironment& environment, QWidget* parent)
     , m_sidebar(new SidebarView)
     , m_sheets(new SheetLayer(m_split, m_underLock))
     , m_lockScreen(new LockScreenView(environment.lock, environment.workspace, environment.session.tasks, this)) {
-    m_sidebar->setMinimumWidth(kSidebarMinimum);
-    m_sidebar->setMaximumWidth(kSidebarMaximum);
+    const int ofTexts = m_sidebar->widthOfTexts();
+    m_sidebar->setMinimumWidth(std::max(kSidebarMinimum, ofTexts));
+    m_sidebar->setMaximumWidth(std::max(kSidebarMaximum, ofTexts));
     m_split->setChildrenCollapsible(false);
     m_split->addWidget(m_sidebar);
     m_split->addWidget(makeDetail());
+    m_sidebar->lower(); // comes first for screen readers, too
     m_split->setStretchFactor(1, 1);
     m_split->setSizes({kSidebarIdeal, Theme::kColumn});
     m_sidebar->setSelectedTab(m_selectedTab);
@@ -61,7 +64,8 @@ ContentView::ContentView(const ViewEnvironment& environment, QWidget* parent)
 QWidget* ContentView::makeDetail() {
     auto* const detail = new Layers;
     m_pages = new MainContentArea(m_environment, detail);
-    m_waiting = new WaitingDialogOverlay(m_environment.session.system, m_environment.clock, kPresentationDelay, detail);
+    m_waiting = new WaitingDialogOverlay(m_environment.session.system, m_environment.clock, kPresentationDelay, m_pages,
+                                         detail);
     return detail;
 }
 

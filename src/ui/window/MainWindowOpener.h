@@ -22,7 +22,7 @@ public:
     void ensureMainWindowVisible();
     /// Null while it is closed.
     MainWindow* mainWindow() const;
-    /// Takes the window away, whatever it shows: the program ends.
+    /// Takes the window away, whatever it shows, and opens none from then on: the program ends.
     void shutDown();
 
 Q_SIGNALS:
@@ -35,6 +35,7 @@ private:
 
     const ViewEnvironment& m_environment;
     QPointer<MainWindow> m_window;
+    bool m_isShutDown = false;
 };
 
 /// The program among the others, for who sends the user to the main window: it is opened where it is closed.

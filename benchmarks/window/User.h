@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QString>
+
+#include <functional>
+
+class QListView;
+class QWidget;
+
+/// Uses the window as a user does, by what is seen. Each waits for what it uses, and ends the process when that doesn't come.
+namespace quorvane::user {
+
+void waitUntil(const QString& what, const std::function<bool()>& condition);
+
+bool isSeen(const QString& name);
+void waitUntilSeen(const QString& name);
+void waitUntilGone(const QString& name);
+
+/// The saved profiles' rows.
+QListView* profileList();
+
+void click(const QString& name);
+void clickProfile(const QString& name);
+/// Into the field of that name.
+void type(const QString& name, const QString& text);
+/// From the top to the end of what scrolls around the widget, a turn of the wheel at a time.
+void scrollAlong(QWidget* widget);
+
+} // namespace quorvane::user

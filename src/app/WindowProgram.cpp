@@ -1,0 +1,88 @@
+#include "app/WindowProgram.h"
+
+#include "app/AppDelegate.h"
+#include "app/DisplayCheck.h"
+#include "app/SingleInstance.h"
+#include "app/simulated/AuthorizationDialogs.h"
+#include "app/simulated/FingerDialogs.h"
+#include "app/simulated/MacOfUser.h"
+#include "platform/portable/QuitSignals.h"
+#include "platform/simulated/SimulatedHost.h"
+#include "ui/menu/TrayStatusItem.h"
+
+#include <QApplication>
+#include <QStandardPaths>
+
+#include <cstdio>
+
+namespace quorvane {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int kUnusable = 2;
+
+QString macsimProgram() {
+    return QCoreApplication::applicationDirPath() + u"/macsim"_s;
+}
+
+/// The program on the Mac of whoever has started it.
+int runOnMac(SingleInstance& instance, const QString& dataFolder) {
+    AuthorizationDialogs authorization;
+    FingerDialogs finger;
+    const QString program = macsimProgram();
+    SimulatedHost host(macOfUser(dataFolder, program), authorization, {program, {}, {}, &finger});
+    authorization.setMachine(host.mac().machine());
+    TrayStatusItem statusItem;
+    const auto shutDownHost = [&host, &authorization, &finger] {
+        host.shutDown();
+        authorization.shutDown();
+        finger.shutDown();
+    };
+    AppDelegate delegate({host.host(), host.systemLook(), statusItem, shutDownHost});
+    const QuitSignals quitSignals(OutputReader::NotNeeded);
+    QObject::connect(&quitSignals, &QuitSignals::quitRequested, &delegate, &AppDelegate::quit);
+    QObject::connect(&instance, &SingleInstance::activationRequested, &delegate, &AppDelegate::openWindow);
+    QObject::connect(&delegate, &AppDelegate::willTerminate, &instance, &SingleInstance::stopAnswering);
+    QObject::connect(&delegate, &AppDelegate::terminated, qApp, [] { QCoreApplication::exit(); });
+    delegate.applicationDidFinishLaunching();
+    return QApplication::exec();
+}
+
+int run() {
+    const QString dataFolder = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/Quorvane"_s;
+    SingleInstance instance(dataFolder);
+    switch (instance.claim()) {
+    case SingleInstance::Role::First:
+        return runOnMac(instance, dataFolder);
+    case SingleInstance::Role::Second:
+        return 0;
+    case SingleInstance::Role::Unanswered:
+        break;
+    }
+    std::fprintf(stderr, "%s\n", instance.unansweredText().toUtf8().constData());
+    return kUnusable;
+}
+
+} // namespace
+
+std::unique_ptr<QApplication> makeApplication(int& argumentCount, char** arguments) {
+    const DisplayCheck check;
+    QCoreApplication::setApplicationName(u"Quorvane"_s);
+    QCoreApplication::setOrganizationName(u"Quorvane"_s);
+    auto application = std::make_unique<QApplication>(argumentCount, arguments);
+    QApplication::setQuitOnLastWindowClosed(false);
+    return application;
+}
+
+int runProgram() {
+    try {
+        return run();
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "quorvane: %s\n", error.what());
+        return kUnusable;
+    }
+}
+
+} // namespace quorvane
