@@ -81,6 +81,11 @@ void WindowPicture::setScheme(ColorScheme scheme) {
         const auto* const style = qobject_cast<const QuorvaneStyle*>(QApplication::style());
         return style != nullptr && style->theme().look().scheme == scheme;
     });
+    if (auto* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget())) {
+        const QPoint place = menu->pos(); // it takes another look the next time that it opens
+        menu->hide();
+        menu->popup(place);
+    }
 }
 
 void WindowPicture::save(ColorScheme scheme) {

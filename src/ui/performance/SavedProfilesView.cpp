@@ -65,6 +65,12 @@ SavedProfilesView::SavedProfilesView(SavedProfilesModel& model, QWidget* parent)
     for (const auto signal : {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved}) {
         connect(&model, signal, this, &SavedProfilesView::takeHeight);
     }
+    // Who comes by the keys begins at the top, whatever was there before the profiles were read.
+    connect(&model, &QAbstractItemModel::rowsInserted, this, [this] {
+        if (!hasFocus()) {
+            setCurrentIndex(m_model.index(0));
+        }
+    });
     connect(&model, &QAbstractItemModel::rowsMoved, this, &SavedProfilesView::placeDeleteButton);
     setCurrentIndex(model.index(0));
     takeHeight();
