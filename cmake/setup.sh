@@ -46,7 +46,8 @@ install_test_packages() {
         install_packages googletest
     else
         # A display without a screen, a window manager and a status area on it, and hands for mouse and keys.
-        install_packages libgtest-dev libgmock-dev xvfb openbox trayer xdotool
+        # qt6-base-private-dev: a test says to Qt that a screen reader runs.
+        install_packages libgtest-dev libgmock-dev xvfb openbox trayer xdotool qt6-base-private-dev
     fi
 }
 

@@ -39,7 +39,7 @@ QString nameOf(const QWidget* widget) {
 
 QWidget* seenWidget(const QString& name) {
     for (QWidget* const widget : QApplication::allWidgets()) {
-        if (widget->isVisible() && nameOf(widget) == name && !widget->visibleRegion().isEmpty()) {
+        if (widget->isVisible() && nameOf(widget) == name) {
             return widget;
         }
     }

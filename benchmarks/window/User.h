@@ -7,7 +7,7 @@
 class QListView;
 class QWidget;
 
-/// Uses the window as a user does, by what is seen. Each waits for what it uses, and ends the process when that doesn't come.
+/// Uses the window as a user does, by what there is to see, if need be by scrolling. Each waits for what it uses, and ends the process when that doesn't come.
 namespace quorvane::user {
 
 void waitUntil(const QString& what, const std::function<bool()>& condition);

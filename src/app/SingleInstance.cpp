@@ -6,9 +6,9 @@
 #include <QFileInfo>
 #include <QFileSystemWatcher>
 #include <QFutureWatcher>
-#include <QLocalSocket>
 #include <QTimer>
 
+#include <cstring>
 #include <stdexcept>
 
 namespace quorvane {
@@ -19,8 +19,6 @@ namespace {
 
 using Role = SingleInstance::Role;
 
-constexpr char kAnswer = '!';
-
 /// A start that found the lock taken. It calls the first one, anew when the lock's file names another, until it is
 /// answered, or has the lock itself, or the time is over.
 class SecondStart {
@@ -30,7 +28,7 @@ public:
         , m_watcher({lock.path()}) {
         QObject::connect(&m_taken, &QFutureWatcherBase::finished, &m_loop, [this] { endIfTaken(); });
         QObject::connect(&m_watcher, &QFileSystemWatcher::fileChanged, &m_loop, [this] { callTheFirst(); });
-        QObject::connect(&m_first, &QLocalSocket::readyRead, &m_loop, [this] { end(Role::Second); });
+        QObject::connect(&m_first, &InstanceCall::answered, &m_loop, [this] { end(Role::Second); });
     }
 
     Role role(std::chrono::milliseconds patience) {
@@ -47,8 +45,7 @@ private:
         const QString address = m_lock.holder().address;
         if (!address.isEmpty() && address != m_called) {
             m_called = address;
-            m_first.abort();
-            m_first.connectToServer(address);
+            m_first.call(address);
         }
     }
 
@@ -71,7 +68,7 @@ private:
     QEventLoop m_loop;
     QFutureWatcher<bool> m_taken;
     QFileSystemWatcher m_watcher;
-    QLocalSocket m_first;
+    InstanceCall m_first;
 };
 
 /// A folder that can't be made is told of by the lock, whose file can't be made then either.
@@ -84,7 +81,7 @@ QString lockFileIn(const QString& dataFolder) {
 
 SingleInstance::SingleInstance(const QString& dataFolder)
     : m_lock(lockFileIn(dataFolder)) {
-    connect(&m_server, &QLocalServer::newConnection, this, &SingleInstance::answerOthers);
+    connect(&m_socket, &InstanceSocket::called, this, &SingleInstance::activationRequested);
 }
 
 SingleInstance::~SingleInstance() = default;
@@ -100,28 +97,22 @@ SingleInstance::Role SingleInstance::claim(std::chrono::milliseconds patience) {
 void SingleInstance::beFirst() {
     const QString left = m_lock.holder().address;
     if (!left.isEmpty()) {
-        QLocalServer::removeServer(left);
+        QFile::remove(left);
         QDir().rmdir(QFileInfo(left).path());
     }
     m_socketFolder = std::make_unique<QTemporaryDir>(QDir::tempPath() + u"/quorvane-XXXXXX"_s);
     const QString address = m_socketFolder->filePath(u"socket"_s);
-    if (!m_socketFolder->isValid() || !m_server.listen(address)) {
-        throw std::runtime_error(address.toStdString() + ": " + m_server.errorString().toStdString());
+    if (!m_socketFolder->isValid()) {
+        throw std::runtime_error(address.toStdString() + ": " + m_socketFolder->errorString().toStdString());
+    }
+    if (const int error = m_socket.listen(address); error != 0) {
+        throw std::runtime_error(address.toStdString() + ": " + std::strerror(error));
     }
     m_lock.describe({address, QCoreApplication::applicationPid()});
 }
 
-void SingleInstance::answerOthers() {
-    while (QLocalSocket* other = m_server.nextPendingConnection()) {
-        connect(other, &QLocalSocket::disconnected, other, &QObject::deleteLater);
-        other->write(&kAnswer, 1);
-        other->disconnectFromServer();
-        Q_EMIT activationRequested();
-    }
-}
-
 void SingleInstance::stopAnswering() {
-    m_server.close();
+    m_socket.close();
 }
 
 QString SingleInstance::unansweredText() const {

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "app/InstanceLock.h"
+#include "app/InstanceSocket.h"
 
-#include <QLocalServer>
 #include <QObject>
 #include <QTemporaryDir>
 
@@ -47,11 +47,10 @@ Q_SIGNALS:
 
 private:
     void beFirst();
-    void answerOthers();
 
     InstanceLock m_lock;
     std::unique_ptr<QTemporaryDir> m_socketFolder; ///< only its owner's
-    QLocalServer m_server;
+    InstanceSocket m_socket;
 };
 
 } // namespace quorvane

@@ -25,6 +25,18 @@ bool showsFocus(const QStyleOption& option) {
     return option.state.testFlag(QStyle::State_HasFocus) && option.state.testFlag(QStyle::State_KeyboardFocusChange);
 }
 
+void drawCheckMark(QPainter& painter, const QRectF& box, const QColor& ink) {
+    const auto at = [&box](double x, double y) {
+        return QPointF(box.left() + x * box.width(), box.top() + y * box.height());
+    };
+    const QPolygonF mark{at(0.15, 0.55), at(0.4, 0.8), at(0.85, 0.2)};
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(ink, box.width() / 8, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.drawPolyline(mark);
+    painter.restore();
+}
+
 QRect withoutRing(const QRect& rect) {
     return rect.adjusted(Theme::kRingRoom, Theme::kRingRoom, -Theme::kRingRoom, -Theme::kRingRoom);
 }
@@ -131,6 +143,11 @@ void QuorvaneStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* 
         painter->restore();
         return;
     }
+    case PE_IndicatorCheckBox: // of menus; any other is an AppSwitch
+        if (option->state.testFlag(State_On)) {
+            drawCheckMark(*painter, option->rect, m_theme.text);
+        }
+        return;
     case PE_FrameLineEdit:
         return;
     default:
@@ -214,7 +231,8 @@ QSize QuorvaneStyle::sizeFromContents(ContentsType type, const QStyleOption* opt
     }
     const QSize size = QProxyStyle::sizeFromContents(type, option, contents, widget);
     if (type == CT_LineEdit) {
-        return {size.width() + Theme::kGap8, std::max(size.height() + Theme::kGap8, Theme::kButtonHeight + 2 * Theme::kRingRoom)};
+        return {size.width() + Theme::kGap8,
+                std::max(size.height() + Theme::kGap8, Theme::kButtonHeight + 2 * Theme::kRingRoom)};
     }
     return size;
 }

@@ -7,8 +7,6 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFileInfo>
-#include <QLocalServer>
-#include <QLocalSocket>
 
 #include <gtest/gtest.h>
 
@@ -148,15 +146,11 @@ TEST_F(SingleInstanceTest, oneThatIsStillStartingIsWaitedFor) {
     InstanceLock starting(lockFile());
     ASSERT_TRUE(starting.take());
     starting.describe({u"/nowhere/socket"_s, 1}); // of one that was killed before it
-    QLocalServer server;
-    QObject::connect(&server, &QLocalServer::newConnection, [&server] {
-        QLocalSocket* second = server.nextPendingConnection();
-        second->write("!");
-        second->flush();
-    });
+    InstanceSocket socket;
     EXPECT_EQ(roleWhile([&] {
-                  ASSERT_TRUE(server.listen(folder.path() + u"/socket"_s));
-                  starting.describe({server.fullServerName(), 2});
+                  const QString address = folder.path() + u"/socket"_s;
+                  ASSERT_EQ(socket.listen(address), 0);
+                  starting.describe({address, 2});
               }),
               Role::Second);
 }

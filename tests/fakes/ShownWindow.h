@@ -29,7 +29,9 @@ protected:
 
     /// Opens it with what is known by now.
     void open() {
-        listProfiles();
+        if (!session->savedProfiles.wasRead()) {
+            listProfiles();
+        }
         mainWindow = std::make_unique<MainWindow>(environment);
         mainWindow->show();
         ASSERT_TRUE(QTest::qWaitForWindowActive(mainWindow.get()));
@@ -67,7 +69,8 @@ protected:
         }
     }
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) const {
-        QTest::keyClick(mainWindow->windowHandle(), key, modifiers);
+        QWidget* const focused = mainWindow->focusWidget();
+        QTest::keyClick(focused != nullptr ? focused : mainWindow.get(), key, modifiers);
     }
     QString focusedName() const {
         const QWidget* const focused = mainWindow->focusWidget();

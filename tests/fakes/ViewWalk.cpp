@@ -297,8 +297,9 @@ QStringList clippedTexts(QWidget* window) {
         if (widget->window() != window || !widget->isVisible() || qobject_cast<QScrollBar*>(widget) != nullptr) {
             continue;
         }
+        const auto* const button = qobject_cast<QAbstractButton*>(widget);
         const bool hasText = qobject_cast<QLabel*>(widget) != nullptr || qobject_cast<QLineEdit*>(widget) != nullptr ||
-                             qobject_cast<QAbstractButton*>(widget) != nullptr;
+                             (button != nullptr && (!button->text().isEmpty() || button->hasHeightForWidth()));
         const QSize needed = hasText ? neededSize(widget) : QSize(0, 0);
         if (needed.width() > widget->width() || needed.height() > widget->height()) {
             clipped.append(described(widget) + u": %1 x %2 in %3 x %4"_s.arg(needed.width())

@@ -15,6 +15,7 @@
 #include <QSettings>
 
 #include <memory>
+#include <ostream>
 
 namespace quorvane {
 
@@ -31,6 +32,17 @@ public:
     int placements = 0;
     bool hasPlace = true;
 };
+
+/// An alert as its user sees it.
+struct ShownAlert {
+    QString title;
+    QString text;
+    QStringList buttons; ///< the one that says what happens first
+    QString onReturn;    ///< the button that Return presses
+
+    bool operator==(const ShownAlert&) const = default;
+};
+void PrintTo(const ShownAlert& alert, std::ostream* out);
 
 /// The program with its window on a simulated Mac, through real child processes, used by keys and clicks. What is looked for
 /// is looked for as a user finds it: among what is seen and enabled, by its name.
@@ -94,25 +106,48 @@ protected:
     static bool isUsable(const QString& name);
     /// The saved profiles' rows.
     static QAbstractItemView* profileList();
+    /// All rows' texts, from top to bottom.
+    static QStringList profileRows();
+    static QString currentProfileRow();
     /// The alert's title; empty without one.
     static QString alertTitle();
-    static QString alertText();
-    static QStringList alertButtons();
+    /// None of them when there is none.
+    static ShownAlert alert();
+    /// The name of what the keys of the main window go to; empty where that is nothing.
+    static QString focused();
+    /// What the log says.
+    QString log();
 
     // ---- What the user does
 
     static void click(const QString& name);
     static void clickProfile(const QString& name);
+    /// The row's delete button.
+    static void clickDeleteOf(const QString& name);
+    static void chooseTab(const QString& name);
+    /// In the menu bar of the window.
+    static void chooseCommand(const QString& title);
+    static bool isCommandEnabled(const QString& title);
     static void press(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+    /// The keys that the system has for a command.
+    static void press(QKeySequence::StandardKey command);
     static void type(const QString& text);
     /// Presses a button of the alert, once that is there.
     static void answerAlert(const QString& title, const QString& button = u"OK"_s);
     /// The same of the question whether to quit, after which nothing may be left.
     static void answerQuitQuestion(const QString& button);
+    /// Waits for an alert that looks exactly like this, and presses a key in it.
+    static void answerByKey(const ShownAlert& expected, int key);
+    /// Types into the lock screen.
+    static void unlock(const QString& password = kLockPassword);
+    static void waitForFingerDialog();
+    static void answerFinger(const QString& button);
     /// Types into the system's dialog, once that is there.
     static void authorize(const QString& password = u"quorvane"_s);
     static void cancelAuthorization();
+    static void waitForAuthorization();
     static void activateWhatIsInFront();
+    bool isInMenu(const QString& title, bool isEnabled);
     /// Chooses in the status item's menu.
     void chooseInMenu(const QString& title);
     QStringList menuTitles();
@@ -124,6 +159,12 @@ protected:
 
     static inline const QString kLockPassword = u"gig7"_s;
 
+    // ---- What it runs on
+
+    virtual Host ports() { return host->host(); }
+    /// Ends every wait on them.
+    virtual void shutDownPorts();
+
     QTemporaryDir folder;
     PlacedStatusItem statusItem;
     std::unique_ptr<AuthorizationDialogs> authorization;
@@ -131,6 +172,7 @@ protected:
     std::unique_ptr<SimulatedHost> host;
     std::unique_ptr<AppDelegate> delegate;
     bool hasTerminated = false;
+    bool isTall = true; ///< nothing has to be scrolled to
 };
 
 } // namespace quorvane

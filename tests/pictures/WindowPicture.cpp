@@ -62,6 +62,7 @@ void PrintTo(const PicturedState& state, std::ostream* out) {
 
 WindowPicture::WindowPicture()
     : WindowOnMac(GetParam().mac) {
+    isTall = false;
     setPreference(u"com.apple.universalaccess"_s, u"reduceMotion"_s, true);
     QGuiApplication::styleHints()->setCursorFlashTime(0);
     QCursor::setPos(QGuiApplication::primaryScreen()->geometry().bottomRight()); // nothing is hovered
@@ -80,6 +81,11 @@ void WindowPicture::setScheme(ColorScheme scheme) {
         const auto* const style = qobject_cast<const QuorvaneStyle*>(QApplication::style());
         return style != nullptr && style->theme().look().scheme == scheme;
     });
+    if (auto* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget())) {
+        const QPoint place = menu->pos(); // it takes another look the next time that it opens
+        menu->hide();
+        menu->popup(place);
+    }
 }
 
 void WindowPicture::save(ColorScheme scheme) {

@@ -35,6 +35,7 @@ protected:
     /// @param liveSet  what of it the Mac has: App Nap, AirDrop and Siri
     void launchInForce(const UnifiedProfile& liveSet);
     void launchLocked();
+    static void askForFinger();
     void openReview(const QString& profile);
     /// From the review on to its outcome.
     void applyReview();

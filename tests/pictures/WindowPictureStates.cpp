@@ -86,6 +86,14 @@ void WindowPicture::launchLocked() {
     waitUntilSeen(kLockedTitle);
 }
 
+/// The program does so by itself when it becomes active, which it is already where another picture was taken before.
+void WindowPicture::askForFinger() {
+    if (isUsable(unlockWithBiometryText(BiometryType::TouchId))) {
+        click(unlockWithBiometryText(BiometryType::TouchId));
+    }
+    waitUntilSeen(u"Another Finger"_s);
+}
+
 void WindowPicture::openReview(const QString& profile) {
     clickProfile(profile);
     waitUntilSeen(u"Review Profile: "_s + profile);
@@ -371,13 +379,13 @@ QList<PicturedState> WindowPicture::lockStates() {
         {u"lock-finger-asked"_s,
          [](WindowPicture& picture) {
              picture.launchLocked();
-             waitUntilSeen(u"Another Finger"_s);
+             askForFinger();
          },
          u"studio-desktop"_s},
         {u"lock-finger-refused"_s,
          [](WindowPicture& picture) {
              picture.launchLocked();
-             waitUntilSeen(u"Another Finger"_s);
+             askForFinger();
              click(u"Another Finger"_s);
              activateWhatIsInFront();
          },

@@ -269,7 +269,6 @@ TEST_F(EveryView, theDialogOfTheSystem) {
 TEST_F(EveryView, theDialogOfTheSensor) {
     FingerDialog dialog(u"Unlock Quorvane"_s);
     showDialog(dialog);
-    for (auto* w : dialog.findChildren<QWidget*>()) { printf("TMP %s %d,%d %dx%d hint %dx%d hfw %d\n", w->metaObject()->className(), w->x(), w->y(), w->width(), w->height(), w->sizeHint().width(), w->sizeHint().height(), w->heightForWidth(w->width())); } printf("TMP %d %d\n", dialog.width(), dialog.height()); //TMP
     EXPECT_EQ(spokenControls(&dialog), (QStringList{u"dialog Unlock Quorvane"_s, u"button Cancel"_s,
                                                     u"button Another Finger"_s, u"button Enrolled Finger (focused)"_s}));
     expectUsable(&dialog);

@@ -24,6 +24,7 @@ class LaunchAndEnd : public WindowOnMac {
 protected:
     using WindowOnMac::WindowOnMac;
     void SetUp() override {
+        isTall = false;
         keepBaseline();
         saveProfile(u"live-set"_s);
     }

@@ -15,6 +15,9 @@
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QTextDocumentFragment>
+#include <private/qguiapplication_p.h>
+#include <qpa/qplatformaccessibility.h>
+#include <qpa/qplatformintegration.h>
 
 namespace quorvane {
 
@@ -149,13 +152,22 @@ class Announcements : public ShownWindow {
 protected:
     Announcements()
         : m_before(QAccessible::installUpdateHandler(hear)) {
+        setScreenReaderRuns(true);
         saidAloud.clear();
     }
-    ~Announcements() override { QAccessible::installUpdateHandler(m_before); }
+    ~Announcements() override {
+        QAccessible::installUpdateHandler(m_before);
+        setScreenReaderRuns(false);
+    }
 
     static QStringList heard() { return std::exchange(saidAloud, {}); }
 
 private:
+    /// Qt tells of nothing while nobody listens, and has no public way to say that somebody does.
+    static void setScreenReaderRuns(bool runs) {
+        QGuiApplicationPrivate::platformIntegration()->accessibility()->setActive(runs);
+    }
+
     QAccessible::UpdateHandler m_before;
 };
 

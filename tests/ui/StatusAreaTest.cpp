@@ -30,6 +30,7 @@ public:
 class StatusAreaTest : public WindowOnMac {
 protected:
     void SetUp() override {
+        isTall = false;
         keepBaseline();
         saveProfile(u"live-set"_s);
     }

@@ -250,7 +250,7 @@ TEST_F(WindowKeys, returnIsNeverDestructiveInAnAlert) {
         dialog->show();
         EXPECT_TRUE(QTest::qWaitForWindowActive(dialog));
         for (const Qt::Key key : keys) {
-            QTest::keyPress(dialog->windowHandle(), key);
+            QTest::keyClick(dialog->windowHandle(), key);
         }
         return answer;
     };

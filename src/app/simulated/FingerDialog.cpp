@@ -35,7 +35,9 @@ FingerDialog::FingerDialog(const QString& reason) {
     column->setSpacing(Theme::kGap8);
     column->setSizeConstraint(QLayout::SetFixedSize);
     column->addWidget(new SymbolView(u"touchid"_s, kFinger, nullptr, TextTone::Danger), 0, Qt::AlignHCenter);
-    auto* const buttons = new QHBoxLayout;
+    auto* const buttonRow = new QWidget;
+    auto* const buttons = new QHBoxLayout(buttonRow);
+    buttons->setContentsMargins(0, 0, 0, 0);
     buttons->setSpacing(Theme::kGap8);
     auto* const cancel = new AppSecondaryButton(u"Cancel"_s);
     auto* const other = new AppSecondaryButton(u"Another Finger"_s);
@@ -43,11 +45,11 @@ FingerDialog::FingerDialog(const QString& reason) {
     for (QPushButton* const button : std::initializer_list<QPushButton*>{cancel, other, own}) {
         buttons->addWidget(button);
     }
-    const int width = std::max(kFingerText, buttons->sizeHint().width());
+    const int width = std::max(kFingerText, buttonRow->sizeHint().width());
     column->addWidget(fingerText(TextStyle::SectionTitle, TextTone::Normal, reason, width));
     column->addWidget(fingerText(TextStyle::Secondary, TextTone::Secondary,
                                  u"This is a simulated Mac. Choose which finger touches its sensor."_s, width));
-    column->addLayout(buttons);
+    column->addWidget(buttonRow);
     connect(cancel, &QPushButton::clicked, this, &FingerDialog::reject);
     connect(other, &QPushButton::clicked, this, [this] { end(BiometricAnswer::Refuse); });
     connect(own, &QPushButton::clicked, this, [this] { end(BiometricAnswer::Accept); });

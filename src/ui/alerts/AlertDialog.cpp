@@ -69,6 +69,7 @@ AlertDialog::AlertDialog(const Alert& alert)
     layout->setSizeConstraint(QLayout::SetFixedSize);
     layout->addWidget(new AlertIcon(alert.style), 0, Qt::AlignTop);
     layout->addWidget(makeTexts());
+    m_onReturn->setFocus(); // not earlier: the focus of what isn't in a window yet is lost on the way
 }
 
 QWidget* AlertDialog::makeTexts() {
@@ -100,7 +101,7 @@ QWidget* AlertDialog::makeButtons() {
         connect(button, &QPushButton::clicked, this, [this, index] { press(index); });
         layout->addWidget(button);
         if (index == m_alert.returnButton()) {
-            button->setFocus();
+            m_onReturn = button;
         }
     }
     return row;

@@ -3,6 +3,8 @@
 #include "platform/AlertPresenter.h"
 #include "ui/pieces/SystemDialog.h"
 
+class QPushButton;
+
 namespace quorvane {
 
 /// One alert. Return presses its button, or cancel where that destroys something; Escape and closing press cancel.
@@ -31,6 +33,7 @@ private:
     QWidget* makeButtons();
 
     Alert m_alert;
+    QPushButton* m_onReturn = nullptr;
     bool m_isAnswered = false;
 };
 

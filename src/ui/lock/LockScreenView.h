@@ -38,6 +38,7 @@ Q_SIGNALS:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+    void showEvent(QShowEvent* event) override;
     void changeEvent(QEvent* event) override;
 
 private:
@@ -52,6 +53,7 @@ private:
     LockManager& m_lock;
     Workspace& m_workspace;
     Tasks& m_tasks;
+    QWidget* m_column = nullptr;
     TextLabel* m_line = nullptr;
     QLineEdit* m_password = nullptr;
     QPushButton* m_unlock = nullptr;

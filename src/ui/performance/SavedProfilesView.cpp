@@ -65,6 +65,12 @@ SavedProfilesView::SavedProfilesView(SavedProfilesModel& model, QWidget* parent)
     for (const auto signal : {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved}) {
         connect(&model, signal, this, &SavedProfilesView::takeHeight);
     }
+    // Who comes by the keys begins at the top, whatever was there before the profiles were read.
+    connect(&model, &QAbstractItemModel::rowsInserted, this, [this] {
+        if (!hasFocus()) {
+            setCurrentIndex(m_model.index(0));
+        }
+    });
     connect(&model, &QAbstractItemModel::rowsMoved, this, &SavedProfilesView::placeDeleteButton);
     setCurrentIndex(model.index(0));
     takeHeight();
@@ -105,6 +111,7 @@ bool SavedProfilesView::isPickable(const QModelIndex& index) const {
 
 void SavedProfilesView::askForDeletion(const QModelIndex& index) {
     if (index.isValid() && m_model.kind(index) == SavedProfilesModel::Kind::Profile) {
+        setFocus(Qt::OtherFocusReason); // the button goes with its row
         Q_EMIT deletionAsked(index);
     }
 }
@@ -172,6 +179,15 @@ bool SavedProfilesView::event(QEvent* event) {
         placeDeleteButton();
     }
     return QListView::event(event);
+}
+
+/// The next row is the current one after a deletion; Qt would take the one before it.
+void SavedProfilesView::rowsAboutToBeRemoved(const QModelIndex& parent, int start, int end) {
+    const int current = currentIndex().row();
+    if (current >= start && current <= end) {
+        setCurrentIndex(m_model.index(end + 1));
+    }
+    QListView::rowsAboutToBeRemoved(parent, start, end);
 }
 
 void SavedProfilesView::focusInEvent(QFocusEvent* event) {

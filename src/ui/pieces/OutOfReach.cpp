@@ -1,10 +1,20 @@
 #include "ui/pieces/OutOfReach.h"
 
+#include "ui/pieces/ParkedFocus.h"
+
 #include <QEvent>
 
 #include <utility>
 
 namespace quorvane {
+
+namespace {
+
+bool canTakeFocus(const QWidget& widget) {
+    return widget.isEnabled() && widget.isVisible();
+}
+
+} // namespace
 
 OutOfReach::OutOfReach(QWidget* widget, QObject* parent)
     : QObject(parent)
@@ -17,7 +27,7 @@ void OutOfReach::begin() {
     QWidget* const focused = m_widget->window()->focusWidget();
     if (focused != nullptr && (focused == m_widget || m_widget->isAncestorOf(focused))) {
         m_focusBefore = focused;
-        focused->clearFocus(); // or Qt would move it on to what comes next
+        parkFocus(focused); // or Qt would move it on to what comes next
     }
     m_widget->setEnabled(false);
 }
@@ -27,15 +37,16 @@ void OutOfReach::end() {
         return;
     }
     m_widget->setEnabled(true);
-    if (m_focusBefore != nullptr && !m_focusBefore->isEnabled()) {
-        m_focusBefore->installEventFilter(this); // something else still keeps it
+    if (m_focusBefore != nullptr && !canTakeFocus(*m_focusBefore)) {
+        m_focusBefore->installEventFilter(this); // something else still keeps it, or it isn't seen yet
     } else {
         giveFocusBack();
     }
 }
 
 bool OutOfReach::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::EnabledChange && m_focusBefore != nullptr && m_focusBefore->isEnabled()) {
+    const bool mayBeBack = event->type() == QEvent::EnabledChange || event->type() == QEvent::Show;
+    if (mayBeBack && m_focusBefore != nullptr && canTakeFocus(*m_focusBefore)) {
         watched->removeEventFilter(this);
         giveFocusBack();
     }
@@ -44,7 +55,7 @@ bool OutOfReach::eventFilter(QObject* watched, QEvent* event) {
 
 void OutOfReach::giveFocusBack() {
     QWidget* const before = std::exchange(m_focusBefore, nullptr);
-    if (before != nullptr && before->window()->focusWidget() == nullptr) {
+    if (before != nullptr && isFocusParked(before->window())) {
         before->setFocus(Qt::OtherFocusReason);
     }
 }

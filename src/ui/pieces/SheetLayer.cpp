@@ -77,7 +77,9 @@ void SheetLayer::place() {
     }
     const bool isMoving = m_fade.state() == QAbstractAnimation::Running;
     const double share = isMoving ? m_fade.currentValue().toDouble() : 1;
-    const int width = std::min(Theme::kSheet, this->width() - 2 * Theme::kGap16);
+    // Wider only where large text needs it for the buttons.
+    const int wanted = std::max(Theme::kSheet, m_sheet->minimumSizeHint().width());
+    const int width = std::min(wanted, this->width() - 2 * Theme::kGap16);
     const int height = std::min(m_sheet->wholeHeight(width), this->height() - 2 * Theme::kGap24);
     const auto slid = static_cast<int>((1 - share) * Theme::kGap24);
     m_sheet->setGeometry((this->width() - width) / 2, Theme::kGap24 - slid, width, height);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ui/symbols/Logo.h"
+
 #include <QDialog>
 
 namespace quorvane {
@@ -11,6 +13,7 @@ public:
         setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowCloseButtonHint);
         setWindowModality(Qt::ApplicationModal);
         setWindowTitle(QStringLiteral("Quorvane"));
+        setWindowIcon(logoIcon());
     }
 };
 

@@ -18,6 +18,7 @@
 #include <QApplication>
 #include <QSplitter>
 
+#include <algorithm>
 #include <chrono>
 
 namespace quorvane {
@@ -41,8 +42,9 @@ ContentView::ContentView(const ViewEnvironment& environment, QWidget* parent)
     , m_sidebar(new SidebarView)
     , m_sheets(new SheetLayer(m_split, m_underLock))
     , m_lockScreen(new LockScreenView(environment.lock, environment.workspace, environment.session.tasks, this)) {
-    m_sidebar->setMinimumWidth(kSidebarMinimum);
-    m_sidebar->setMaximumWidth(kSidebarMaximum);
+    const int ofTexts = m_sidebar->widthOfTexts();
+    m_sidebar->setMinimumWidth(std::max(kSidebarMinimum, ofTexts));
+    m_sidebar->setMaximumWidth(std::max(kSidebarMaximum, ofTexts));
     m_split->setChildrenCollapsible(false);
     m_split->addWidget(m_sidebar);
     m_split->addWidget(makeDetail());
@@ -126,9 +128,9 @@ void ContentView::cover() {
 }
 
 void ContentView::uncover() {
+    m_lockScreen->disappear(); // and leaves the focus to what is shown again
     m_underLock->show();
     m_lockScreen->raise();
-    m_lockScreen->disappear();
     if (m_focusBeforeLock != nullptr && m_focusBeforeLock->isEnabled()) {
         m_focusBeforeLock->setFocus(Qt::OtherFocusReason);
     }

@@ -38,7 +38,7 @@ void MainMenu::addWindowMenu(QMenuBar& bar, QWidget* window) {
     QAction* const minimize = menu->addAction(u"Minimize"_s, window, &QWidget::showMinimized);
     minimize->setShortcut(u"Ctrl+M"_s);
     QAction* const close = menu->addAction(u"Close"_s, window, &QWidget::close);
-    close->setShortcut(QKeySequence::Close);
+    close->setShortcut(u"Ctrl+W"_s);
     menu->addSeparator();
     QAction* const quit = menu->addAction(u"Quit Quorvane"_s, this, &MainMenu::quitRequested);
     quit->setShortcut(u"Ctrl+Q"_s);
