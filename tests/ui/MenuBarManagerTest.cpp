@@ -16,23 +16,22 @@ namespace {
 
 const UnifiedProfile kStudio = numberedProfile(2, u"Studio"_s);
 
-/// Counts how often a menu is built anew.
-class MenuRebuilds : public QObject {
+/// Counts what changes in a menu: entries that come, go, or show something else.
+class MenuChanges : public QObject {
 public:
-    explicit MenuRebuilds(QMenu& menu)
-        : m_menu(menu) {
-        menu.installEventFilter(this);
-    }
+    explicit MenuChanges(QMenu& menu) { menu.installEventFilter(this); }
     int count() const { return m_count; }
 
 protected:
     bool eventFilter(QObject*, QEvent* event) override {
-        m_count += event->type() == QEvent::ActionRemoved && m_menu.actions().isEmpty() ? 1 : 0;
+        const QEvent::Type type = event->type();
+        const bool isChange =
+            type == QEvent::ActionAdded || type == QEvent::ActionChanged || type == QEvent::ActionRemoved;
+        m_count += isChange ? 1 : 0;
         return false;
     }
 
 private:
-    QMenu& m_menu;
     int m_count = 0;
 };
 
@@ -123,11 +122,6 @@ TEST_F(MenuBarManagerTest, standsOnceHoweverOftenItIsConfigured) {
     EXPECT_EQ(item.placements, 1);
     EXPECT_EQ(menu().titles(), titles);
 
-    const MenuRebuilds rebuilds(*item.menu);
-    session->savedProfiles.remove(u"Live"_s);
-    listProfiles();
-    letMenuFollow();
-    EXPECT_EQ(rebuilds.count(), 1);
     alerts.press(1);
     menu().choose(u"Restore Default"_s);
     waitForTasks();
@@ -152,22 +146,28 @@ TEST_F(MenuBarManagerTest, showsWhatAnotherProgramHasSavedOnceThatIsLookedFor) {
     processEventsUntil([this] { return menu().titles().contains(u"Studio"_s); });
 }
 
-TEST_F(MenuBarManagerTest, isBuiltOnceForWhatChangesInOneTurn) {
-    const MenuRebuilds rebuilds(*item.menu);
-    makeActive(live);
-    session->savedProfiles.tellChanged();
+TEST_F(MenuBarManagerTest, isChangedOnceForWhatHappensInOneTurn) {
+    const MenuChanges changes(*item.menu);
+    {
+        const Turnstile::Hold passing = session->turnstile.open();
+        makeActive(live);
+    }
+    EXPECT_EQ(changes.count(), 0);
+    letMenuFollow();
+    EXPECT_EQ(menu().ticked(), QStringList(u"Live"_s));
+    const int ofTheTick = changes.count();
     { const Turnstile::Hold passing = session->turnstile.open(); }
     letMenuFollow();
-    EXPECT_EQ(rebuilds.count(), 1);
+    EXPECT_EQ(changes.count(), ofTheTick) << "what was over before the event loop came round";
 }
 
-TEST_F(MenuBarManagerTest, isNotBuiltForWhatChangesNothingInIt) {
-    const MenuRebuilds rebuilds(*item.menu);
+TEST_F(MenuBarManagerTest, isLeftAloneByWhatChangesNothingInIt) {
+    const MenuChanges changes(*item.menu);
     const QPointer<QAction> first = item.menu->actions().first();
     session->savedProfiles.tellChanged();
     listProfiles();
     letMenuFollow();
-    EXPECT_EQ(rebuilds.count(), 0);
+    EXPECT_EQ(changes.count(), 0);
     EXPECT_FALSE(first.isNull());
 }
 
@@ -189,18 +189,18 @@ TEST_F(MenuBarManagerTest, readsTheListOnceForEachChange) {
 TEST_F(MenuBarManagerTest, staysAsItIsWhileItIsOpen) {
     item.menu->popup({});
     ASSERT_TRUE(item.menu->isVisible());
-    const MenuRebuilds rebuilds(*item.menu);
+    const MenuChanges changes(*item.menu);
     addProfile(kStudio);
     session->savedProfiles.tellChanged();
     makeActive(live);
     listProfiles();
     letMenuFollow();
-    EXPECT_EQ(rebuilds.count(), 0);
+    EXPECT_EQ(changes.count(), 0);
     EXPECT_FALSE(menu().titles().contains(u"Studio"_s));
 
     item.menu->close();
     letMenuFollow();
-    EXPECT_EQ(rebuilds.count(), 1);
+    EXPECT_GT(changes.count(), 0);
     EXPECT_TRUE(menu().titles().contains(u"Studio"_s));
     EXPECT_EQ(menu().ticked(), QStringList(u"Live"_s));
 }

@@ -67,7 +67,6 @@ void MenuBarManager::configureManagers(Session& session, WindowListener& listene
 /// Its symbols are painted in the ink of the menu.
 bool MenuBarManager::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::StyleChange) {
-        m_entries.clear();
         scheduleRebuild();
     }
     return QObject::eventFilter(watched, event);
