@@ -214,7 +214,8 @@ QSize QuorvaneStyle::sizeFromContents(ContentsType type, const QStyleOption* opt
     }
     const QSize size = QProxyStyle::sizeFromContents(type, option, contents, widget);
     if (type == CT_LineEdit) {
-        return {size.width() + Theme::kGap8, std::max(size.height() + Theme::kGap8, Theme::kButtonHeight + 2 * Theme::kRingRoom)};
+        return {size.width() + Theme::kGap8,
+                std::max(size.height() + Theme::kGap8, Theme::kButtonHeight + 2 * Theme::kRingRoom)};
     }
     return size;
 }

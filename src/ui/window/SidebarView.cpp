@@ -64,7 +64,8 @@ private:
     static void paintTab(QPainter& painter, const QStyleOptionViewItem& option, const QModelIndex& index) {
         const Theme& theme = themeOf(option.widget);
         const bool isSelected = option.state.testFlag(QStyle::State_Selected);
-        const QRectF ground = QRectF(option.rect).adjusted(Theme::kRingRoom, Theme::kRingRoom, -Theme::kRingRoom, -Theme::kRingRoom);
+        const QRectF ground =
+            QRectF(option.rect).adjusted(Theme::kRingRoom, Theme::kRingRoom, -Theme::kRingRoom, -Theme::kRingRoom);
         painter.setPen(Qt::NoPen);
         if (isSelected) {
             painter.setBrush(theme.selection);
