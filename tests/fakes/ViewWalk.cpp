@@ -141,8 +141,7 @@ bool isReadLater(const QWidget* window, const QWidget* earlier, const QWidget* l
 
 qsizetype ringPixels(QWidget* window, const QWidget* around) {
     constexpr int kReach = 6;
-    const QRect part =
-        placeIn(window, around).adjusted(-kReach, -kReach, kReach, kReach).intersected(window->rect());
+    const QRect part = placeIn(window, around).adjusted(-kReach, -kReach, kReach, kReach).intersected(window->rect());
     const QImage picture = window->grab(part).toImage().convertToFormat(QImage::Format_RGB32);
     const QRgb ring = themeOf(window).focusRing.rgb();
     qsizetype count = 0;

@@ -81,11 +81,7 @@ protected:
     }
 };
 
-const Alert kQuestion{u"Delete Profile?"_s,
-                      u"“Live” is removed from the disk."_s,
-                      {u"Delete"_s, u"Cancel"_s},
-                      1,
-                      0,
+const Alert kQuestion{u"Delete Profile?"_s, u"“Live” is removed from the disk."_s, {u"Delete"_s, u"Cancel"_s}, 1, 0,
                       AlertStyle::Warning};
 
 const QStringList kSidebar{u"list Sidebar (focused)"_s, u"row Optimization"_s, u"row Performance (selected, focused)"_s,
@@ -94,10 +90,12 @@ const QStringList kStatusRows{
     u"button Verify Current System Settings: Compare live macOS settings against saved profiles and presets"_s,
     u"button Create System Snapshot: Save your current macOS setup as the restore baseline"_s,
     u"button Reinstate System: Restore from snapshot or standard defaults"_s};
-const QString kReviewSheet = u"dialog Review Profile: Live: Review system tweaks and startup changes before applying this "
-                             "profile. Your Mac will need to restart afterward."_s;
-const QString kOfferSheet = u"dialog Create Master System Baseline: Quorvane can capture your Mac’s current system settings "
-                            "as a protected master restore baseline."_s;
+const QString kReviewSheet =
+    u"dialog Review Profile: Live: Review system tweaks and startup changes before applying this "
+    "profile. Your Mac will need to restart afterward."_s;
+const QString kOfferSheet =
+    u"dialog Create Master System Baseline: Quorvane can capture your Mac’s current system settings "
+    "as a protected master restore baseline."_s;
 const QString kTweaksRow = u"button System Tweaks: Fine-tune macOS performance settings"_s;
 const QString kPickOrDelete = u"Select the row to apply, or use Delete to remove this profile"_s;
 
@@ -106,10 +104,11 @@ const QString kPickOrDelete = u"Select the row to apply, or use Delete to remove
 TEST_F(EveryView, theMainPageWithoutAProfile) {
     session->savedProfiles.remove(live.name);
     open();
-    EXPECT_EQ(spokenControls(mainWindow.get()),
-              kSidebar + kStatusRows +
-                  (QStringList{u"list Saved Profiles"_s,
-                               u"row Default: Standard macOS operation. Select the row to apply (focused)"_s, kTweaksRow}));
+    EXPECT_EQ(
+        spokenControls(mainWindow.get()),
+        kSidebar + kStatusRows +
+            (QStringList{u"list Saved Profiles"_s,
+                         u"row Default: Standard macOS operation. Select the row to apply (focused)"_s, kTweaksRow}));
     expectUsable();
 }
 
@@ -129,16 +128,19 @@ TEST_F(EveryView, theMainPageWithProfiles) {
 TEST_F(EveryView, theMainPageWhileAProfileMatches) {
     makeActive(live);
     open();
-    EXPECT_EQ(spokenControls(mainWindow.get()).filter(u"row Live"_s),
-              QStringList(u"row Live: 1 disabled. Last applied. This profile matches current system settings (focused)"_s));
+    EXPECT_EQ(
+        spokenControls(mainWindow.get()).filter(u"row Live"_s),
+        QStringList(u"row Live: 1 disabled. Last applied. This profile matches current system settings (focused)"_s));
     expectUsable();
 }
 
 TEST_F(EveryView, theMainPageWithAFileThatCannotBeRead) {
     files.addFile(session->profileStore.profilesDirectory() + u"/Broken.json"_s, "{");
     open();
-    EXPECT_EQ(spokenControls(mainWindow.get()).filter(u"Broken"_s),
-              QStringList(u"row “Broken.json” can’t be read: Its file is damaged or from another program. It is left as it is."_s));
+    EXPECT_EQ(
+        spokenControls(mainWindow.get()).filter(u"Broken"_s),
+        QStringList(
+            u"row “Broken.json” can’t be read: Its file is damaged or from another program. It is left as it is."_s));
     expectUsable();
 }
 
@@ -151,9 +153,10 @@ TEST_F(EveryView, theTweaksPage) {
     EXPECT_TRUE(spoken.contains(u"button Performance: Back (focused)"_s));
     EXPECT_EQ(spoken.filter(u"button Icon of "_s).size(), 12);
     EXPECT_EQ(spoken.filter(u"check box "_s).size(), 12);
-    EXPECT_EQ(spoken.filter(u"(checked)"_s),
-              QStringList(u"check box Deactivate Siri Core Services: Stop Siri voice processing and background listening "
-                          "(checked)"_s));
+    EXPECT_EQ(
+        spoken.filter(u"(checked)"_s),
+        QStringList(u"check box Deactivate Siri Core Services: Stop Siri voice processing and background listening "
+                    "(checked)"_s));
     EXPECT_EQ(spoken.last(), u"button Execute Tweaks"_s);
     expectUsable();
 }
@@ -172,14 +175,16 @@ TEST_F(EveryView, theIconPicker) {
 TEST_F(EveryView, theReviewWhileItLoads) {
     commands.hold();
     showReview(ApplyReview::State::Loading);
-    EXPECT_EQ(spokenAboveThePage(), (QStringList{kReviewSheet, u"button Close (focused)"_s, u"button Apply Profile (disabled)"_s}));
+    EXPECT_EQ(spokenAboveThePage(),
+              (QStringList{kReviewSheet, u"button Close (focused)"_s, u"button Apply Profile (disabled)"_s}));
     expectUsable();
     commands.release();
 }
 
 TEST_F(EveryView, theReview) {
     showReview(ApplyReview::State::Reviewing);
-    EXPECT_EQ(spokenAboveThePage(), (QStringList{kReviewSheet, u"button Close"_s, u"button Apply Profile (focused)"_s}));
+    EXPECT_EQ(spokenAboveThePage(),
+              (QStringList{kReviewSheet, u"button Close"_s, u"button Apply Profile (focused)"_s}));
     expectUsable();
 }
 
@@ -187,20 +192,22 @@ TEST_F(EveryView, theReviewWhileItApplies) {
     showReview(ApplyReview::State::Applying);
     expectRoom(mainWindow.get());
     EXPECT_EQ(accessibilityFaults(mainWindow.get()), QStringList());
-    EXPECT_EQ(spokenAboveThePage(), (QStringList{kReviewSheet, u"button Close (disabled)"_s, u"button Apply Profile (disabled)"_s}));
+    EXPECT_EQ(spokenAboveThePage(),
+              (QStringList{kReviewSheet, u"button Close (disabled)"_s, u"button Apply Profile (disabled)"_s}));
     commands.holdNoFurther();
     commands.release();
 }
 
 TEST_F(EveryView, theReviewWithItsResult) {
     showReview(ApplyReview::State::Finished);
-    EXPECT_EQ(spokenAboveThePage(), (QStringList{kReviewSheet, u"button Done (focused)"_s}));
+    EXPECT_EQ(spokenAboveThePage(), (QStringList{u"dialog Review Profile: Live"_s, u"button Done (focused)"_s}));
     expectUsable();
 }
 
 TEST_F(EveryView, theOfferOfABaseline) {
     showOffer();
-    EXPECT_EQ(spokenAboveThePage(), (QStringList{kOfferSheet, u"button Not Now"_s, u"button Create Master Baseline (focused)"_s}));
+    EXPECT_EQ(spokenAboveThePage(),
+              (QStringList{kOfferSheet, u"button Not Now"_s, u"button Create Master Baseline (focused)"_s}));
     expectUsable();
 }
 
@@ -219,7 +226,8 @@ TEST_F(EveryView, theOfferOfABaselineThatCouldNotBeSaved) {
 
 TEST_F(EveryView, theLockScreen) {
     lockUp();
-    EXPECT_EQ(spokenControls(mainWindow.get()), (QStringList{u"field Password: Password (password, focused)"_s, u"button Unlock"_s}));
+    EXPECT_EQ(spokenControls(mainWindow.get()),
+              (QStringList{u"field Password: Password (password, focused)"_s, u"button Unlock"_s}));
     expectUsable();
 }
 
@@ -228,13 +236,17 @@ TEST_F(EveryView, theLockScreenWithAFinger) {
     biometrics.kind = BiometryType::TouchId;
     workspace.isActiveNow = false; // or it would ask at once
     lockUp();
-    EXPECT_EQ(spokenControls(mainWindow.get()), (QStringList{u"field Password: Password (password, focused)"_s, u"button Unlock"_s, u"button Unlock with Touch ID"_s}));
+    EXPECT_EQ(spokenControls(mainWindow.get()), (QStringList{u"field Password: Password (password, focused)"_s,
+                                                             u"button Unlock"_s, u"button Unlock with Touch ID"_s}));
     expectUsable();
 }
 
 TEST_F(EveryView, theLogs) {
     showLogs();
-    EXPECT_EQ(spokenControls(mainWindow.get()), (QStringList{u"list Sidebar (focused)"_s, u"row Optimization"_s, u"row Performance"_s, u"row Diagnostics"_s, u"row Logs (selected, focused)"_s, u"field Log: "_s + kNoLogMessages + u" (read only)"_s}));
+    EXPECT_EQ(
+        spokenControls(mainWindow.get()),
+        (QStringList{u"list Sidebar (focused)"_s, u"row Optimization"_s, u"row Performance"_s, u"row Diagnostics"_s,
+                     u"row Logs (selected, focused)"_s, u"field Log: "_s + kNoLogMessages + u" (read only)"_s}));
     expectUsable();
 }
 
@@ -242,7 +254,8 @@ TEST_F(EveryView, theOverlay) {
     showLogs();
     const Turnstile::Hold busy = session->turnstile.busy(u"Reading the current configuration of this Mac…"_s);
     settle();
-    EXPECT_EQ(spokenControls(mainWindow.get()).filter(u"Log:"_s), (QStringList{u"field Log: "_s + kNoLogMessages + u" (disabled, read only)"_s}));
+    EXPECT_EQ(spokenControls(mainWindow.get()).filter(u"Log:"_s),
+              (QStringList{u"field Log: "_s + kNoLogMessages + u" (disabled, read only)"_s}));
     expectUsable();
 }
 
@@ -269,8 +282,9 @@ TEST_F(EveryView, theDialogOfTheSystem) {
 TEST_F(EveryView, theDialogOfTheSensor) {
     FingerDialog dialog(u"Unlock Quorvane"_s);
     showDialog(dialog);
-    EXPECT_EQ(spokenControls(&dialog), (QStringList{u"dialog Unlock Quorvane"_s, u"button Cancel"_s,
-                                                    u"button Another Finger"_s, u"button Enrolled Finger (focused)"_s}));
+    EXPECT_EQ(spokenControls(&dialog),
+              (QStringList{u"dialog Unlock Quorvane"_s, u"button Cancel"_s, u"button Another Finger"_s,
+                           u"button Enrolled Finger (focused)"_s}));
     expectUsable(&dialog);
 }
 

@@ -217,7 +217,8 @@ TEST_F(Announcements, whatCameOfAReview) {
     settle();
     const QString result = review()->result()->title + u". "_s + review()->result()->text;
     EXPECT_TRUE(heard().contains(result));
-    EXPECT_EQ(spokenControls(mainWindow.get()).filter(u"dialog "_s).first().section(u':', 0, 0), u"dialog Review Profile"_s)
+    EXPECT_EQ(spokenControls(mainWindow.get()).filter(u"dialog "_s).first().section(u':', 0, 0),
+              u"dialog Review Profile"_s)
         << "the sheet keeps its name";
 }
 
@@ -295,6 +296,7 @@ TEST_P(HostileNamesInViews, areNamesInRowsStatusAndTitle) {
     }
     ASSERT_TRUE(row.isValid());
     const QString tip = row.data(Qt::ToolTipRole).toString();
+    EXPECT_TRUE(Qt::mightBeRichText(tip)) << "nobody has to guess";
     EXPECT_EQ(QTextDocumentFragment::fromHtml(tip).toPlainText(), u"This profile matches current system settings"_s);
     expectPlainLabels(mainWindow.get());
     EXPECT_TRUE(QAccessible::queryAccessibleInterface(mainWindow.get())->text(QAccessible::Name).contains(shownName()));

@@ -48,8 +48,8 @@ public:
     /// How many device-independent pixels of that colour there are.
     double count(const QColor& color, const QRect& part = {}) const {
         int found = 0;
-        const QRect within = part.isNull() ? m_image.rect()
-                                           : QRect(part.topLeft() * m_scale, part.size() * m_scale) & m_image.rect();
+        const QRect within =
+            part.isNull() ? m_image.rect() : QRect(part.topLeft() * m_scale, part.size() * m_scale) & m_image.rect();
         for (int y = within.top(); y <= within.bottom(); ++y) {
             for (int x = within.left(); x <= within.right(); ++x) {
                 found += m_image.pixel(x, y) == color.rgb() ? 1 : 0;

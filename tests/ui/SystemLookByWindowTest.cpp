@@ -17,7 +17,11 @@ protected:
     }
     static const Look& look() { return themeOf(mainWindow()).look(); }
     static QRgb ground() {
-        return mainWindow()->grab().toImage().convertToFormat(QImage::Format_RGB32).pixel(mainWindow()->width() - 3, 200);
+        return mainWindow()
+            ->grab()
+            .toImage()
+            .convertToFormat(QImage::Format_RGB32)
+            .pixel(mainWindow()->width() - 3, 200);
     }
 };
 

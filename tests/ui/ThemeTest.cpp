@@ -104,7 +104,8 @@ TEST_F(ThemeTest, menusAndToolTipsCanBeRead) {
         }
         menu.resize(200, 300);
         const QColor ground = groundOf(menu.grab().toImage());
-        EXPECT_GE(contrastRatio(menu.palette().color(QPalette::WindowText), ground), 4.5) << nameOfLook(look).toStdString();
+        EXPECT_GE(contrastRatio(menu.palette().color(QPalette::WindowText), ground), 4.5)
+            << nameOfLook(look).toStdString();
         EXPECT_GE(contrastRatio(menu.palette().color(QPalette::Text), ground), 4.5) << nameOfLook(look).toStdString();
         EXPECT_EQ(QToolTip::palette().color(QPalette::ToolTipBase), style().theme().card);
         EXPECT_EQ(QToolTip::palette().color(QPalette::ToolTipText), style().theme().text);

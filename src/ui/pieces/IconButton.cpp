@@ -31,7 +31,8 @@ void IconButton::keyPressEvent(QKeyEvent* event) {
 
 void IconButton::paintEvent(QPaintEvent*) {
     const Theme& theme = themeOf(this);
-    const QRectF badge = QRectF(rect()).adjusted(Theme::kRingRoom, Theme::kRingRoom, -Theme::kRingRoom, -Theme::kRingRoom);
+    const QRectF badge =
+        QRectF(rect()).adjusted(Theme::kRingRoom, Theme::kRingRoom, -Theme::kRingRoom, -Theme::kRingRoom);
     QPainter painter(this);
     painter.setOpacity(isDown() ? 0.7 : 1);
     paintBadge(painter, theme, badge, m_symbol, m_tint);

@@ -31,7 +31,8 @@ int textWidth(const RowContent& content, int width) {
 }
 
 int wrappedHeight(const QFont& font, const QString& text, int width) {
-    return QFontMetrics(font).boundingRect(QRect(0, 0, width, QWIDGETSIZE_MAX), kWrapped, withBreaksInLongWords(text))
+    return QFontMetrics(font)
+        .boundingRect(QRect(0, 0, width, QWIDGETSIZE_MAX), kWrapped, withBreaksInLongWords(text))
         .height();
 }
 
@@ -74,8 +75,7 @@ void paintTexts(QPainter& painter, const Theme& theme, const QRect& area, const 
     if (content.isOneLined) {
         paintNameAndMark(painter, theme, QRect(area.left(), y, width, ofTitle), content);
     } else {
-        painter.drawText(QRect(area.left(), y, width, ofTitle), kWrapped,
-                         withBreaksInLongWords(content.title));
+        painter.drawText(QRect(area.left(), y, width, ofTitle), kWrapped, withBreaksInLongWords(content.title));
     }
     y += ofTitle + kTextGap;
     painter.setFont(theme.font(TextStyle::Secondary));

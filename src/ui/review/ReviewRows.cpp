@@ -100,8 +100,8 @@ VerificationView::VerificationView(const ApplyVerificationResult& verification, 
     auto* const card = new AppCard;
     card->setTextLeft(kLineTextLeft);
     for (const ApplyVerificationResult::Item& item : verification.failed) {
-        card->addRow(lineOf(u"xmark.circle.fill"_s, TextTone::Danger, item.name, item.detail.value_or(QString()),
-                            u"Failed"_s));
+        card->addRow(
+            lineOf(u"xmark.circle.fill"_s, TextTone::Danger, item.name, item.detail.value_or(QString()), u"Failed"_s));
     }
     for (const ApplyVerificationResult::Item& item : verification.verified) {
         card->addRow(lineOf(u"checkmark.circle.fill"_s, TextTone::Success, item.name, item.detail.value_or(QString()),
