@@ -8,14 +8,12 @@ namespace quorvane {
 
 using namespace Qt::StringLiterals;
 
-TrayStatusItem::TrayStatusItem()
-    : m_icon(statusIcon(Qt::white)) {
-    m_icon.setToolTip(u"Quorvane"_s);
-}
-
+/// Not before there is a menu: to make the icon is to ask the desktop, which may take its time.
 void TrayStatusItem::setMenu(QMenu& menu) {
-    m_icon.setContextMenu(&menu);
-    m_icon.show();
+    m_icon.emplace(statusIcon(Qt::white));
+    m_icon->setToolTip(u"Quorvane"_s);
+    m_icon->setContextMenu(&menu);
+    m_icon->show();
 }
 
 bool TrayStatusItem::isShown() const {
