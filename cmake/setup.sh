@@ -42,7 +42,13 @@ install_build_packages() {
 }
 
 install_test_packages() {
-    if [ "$(uname)" = Darwin ]; then install_packages googletest; else install_packages libgtest-dev libgmock-dev; fi
+    if [ "$(uname)" = Darwin ]; then
+        install_packages googletest
+    else
+        # A display without a screen, a window manager and a status area on it, and hands for mouse and keys.
+        # qt6-base-private-dev: a test says to Qt that a screen reader runs.
+        install_packages libgtest-dev libgmock-dev xvfb openbox trayer xdotool qt6-base-private-dev
+    fi
 }
 
 install_benchmark_packages() {

@@ -8,6 +8,10 @@
 #include <QCoreApplication>
 #endif
 
+#ifdef QUORVANE_TEST_HAS_DISPLAY
+#include "fakes/XDisplay.h"
+#endif
+
 #include <gtest/gtest.h>
 
 #include <cstdio>
@@ -24,13 +28,30 @@ void failOnWarning(QtMsgType type, const QMessageLogContext& context, const QStr
     }
 }
 
-#ifdef QUORVANE_TEST_PAINTS
-/// Text is painted without a display.
-void chooseDisplay() {
-    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
-        qputenv("QT_QPA_PLATFORM", "offscreen");
+#ifdef QUORVANE_TEST_HAS_DISPLAY
+/// One of the test's own.
+class TestDisplay {
+public:
+    TestDisplay() { m_display.use(); }
+
+private:
+    quorvane::XDisplay m_display;
+};
+#elif defined(QUORVANE_TEST_PAINTS)
+/// Text is painted without one.
+class TestDisplay {
+public:
+    TestDisplay() {
+        if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
+            qputenv("QT_QPA_PLATFORM", "offscreen");
+        }
     }
-}
+};
+#else
+class TestDisplay {};
+#endif
+
+#ifdef QUORVANE_TEST_PAINTS
 #ifdef QUORVANE_TEST_HAS_WINDOWS
 /// As the program makes it.
 class Application : public QApplication {
@@ -45,7 +66,6 @@ public:
 using Application = QGuiApplication;
 #endif
 #else
-void chooseDisplay() {}
 using Application = QCoreApplication;
 #endif
 
@@ -63,7 +83,7 @@ int endWithoutTests() {
 
 int main(int argumentCount, char** arguments) {
     ::testing::InitGoogleTest(&argumentCount, arguments);
-    chooseDisplay();
+    [[maybe_unused]] const TestDisplay display;
     const Application application(argumentCount, arguments);
     qInstallMessageHandler(failOnWarning);
     const int status = RUN_ALL_TESTS();

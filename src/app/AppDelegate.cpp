@@ -29,7 +29,7 @@ AppDelegate::AppDelegate(const AppParts& parts)
     , m_launch({m_session, parts.host.clock, m_appearance, *m_lock, m_listener})
     , m_environment{m_session, *m_lock, m_appearance, m_reviews, m_listener, m_workspace, parts.host.clock}
     , m_opener(m_environment) {
-    m_reviews.ensureMainWindowVisible = [this] { m_opener.ensureMainWindowVisible(); };
+    m_reviews.ensureMainWindowVisible = [this] { openWindow(); };
     connectLook();
     connectWindow();
     connectEnds();
@@ -42,8 +42,8 @@ AppDelegate::~AppDelegate() {
 SessionParts AppDelegate::sessionParts() {
     const auto makeGate = [this] {
         const Host& host = m_parts.host;
-        auto lock = std::make_unique<LockManager>(host.keychain, host.biometrics, m_alerts.ofLock(), m_workspace,
-                                                  host.defaults);
+        auto lock = std::make_unique<LockManager>(host.keychain, host.biometrics, m_alerts.ofLock(),
+                                                  m_mainWindowInFront, host.defaults);
         m_lock = lock.get();
         connect(m_lock, &LockManager::isUnlockedChanged, this, [this] { m_alerts.setLocked(!m_lock->isUnlocked()); });
         m_alerts.setLocked(!m_lock->isUnlocked());
@@ -78,9 +78,7 @@ void AppDelegate::makeMenuBar() {
 }
 
 void AppDelegate::openWindow() {
-    if (!m_isQuitting) {
-        m_opener.ensureMainWindowVisible();
-    }
+    m_opener.ensureMainWindowVisible();
 }
 
 void AppDelegate::connectWindow() {
@@ -135,7 +133,8 @@ bool AppDelegate::eventFilter(QObject* watched, QEvent* event) {
     const bool quits = watched == qGuiApp && event->type() == QEvent::Quit;
     const bool closesLast = watched == m_opener.mainWindow() && event->type() == QEvent::Close &&
                             applicationShouldTerminateAfterLastWindowClosed();
-    if ((quits || closesLast) && !m_isQuitting) {
+    // Also while it quits already: Qt would end the event loop, in which what runs comes to its end.
+    if (quits || (closesLast && !m_isQuitting)) {
         event->ignore();
         requestQuit();
         return true;
@@ -144,14 +143,17 @@ bool AppDelegate::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void AppDelegate::requestQuit() {
-    if (!m_session.system.isBusy()) {
+    if (m_isQuitting || !m_session.system.isBusy()) {
         quit();
     } else if (!std::exchange(m_isAskingToQuit, true)) {
         m_session.tasks.start(askAndQuit());
     }
 }
 
+/// The question stays when the work ends meanwhile: a dialog that goes by itself may go from under a click. Nothing else begins
+/// behind it.
 QCoro::Task<void> AppDelegate::askAndQuit() {
+    const Turnstile::Hold passage = m_session.turnstile.open();
     const Alert question = quitQuestion(m_session.system.busyMessage());
     const int pressed = co_await m_alerts.ofLock().present(question);
     m_isAskingToQuit = false;

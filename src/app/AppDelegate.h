@@ -72,6 +72,7 @@ private:
 
     AppParts m_parts;
     WindowWorkspace m_workspace;
+    MainWindowInFront m_mainWindowInFront{m_workspace, m_opener};
     WindowAppearance m_windowAppearance;
     AppearanceManager m_appearance;
     WindowAlerts m_alerts;

@@ -5,6 +5,7 @@
 #include <QPainter>
 #include <QPushButton>
 #include <QStyleOption>
+#include <QToolTip>
 #include <QVariant>
 
 #include <algorithm>
@@ -24,6 +25,22 @@ bool showsFocus(const QStyleOption& option) {
     return option.state.testFlag(QStyle::State_HasFocus) && option.state.testFlag(QStyle::State_KeyboardFocusChange);
 }
 
+void drawCheckMark(QPainter& painter, const QRectF& box, const QColor& ink) {
+    const auto at = [&box](double x, double y) {
+        return QPointF(box.left() + x * box.width(), box.top() + y * box.height());
+    };
+    const QPolygonF mark{at(0.15, 0.55), at(0.4, 0.8), at(0.85, 0.2)};
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(ink, box.width() / 8, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.drawPolyline(mark);
+    painter.restore();
+}
+
+QRect withoutRing(const QRect& rect) {
+    return rect.adjusted(Theme::kRingRoom, Theme::kRingRoom, -Theme::kRingRoom, -Theme::kRingRoom);
+}
+
 QRectF insideLine(const QRect& rect) {
     return QRectF(rect).adjusted(0.5, 0.5, -0.5, -0.5);
 }
@@ -39,16 +56,21 @@ void QuorvaneStyle::setLook(const Look& look) {
         return;
     }
     m_theme = Theme(look);
-    QApplication::setPalette(m_theme.palette());
+    takePalette();
     for (QWidget* const widget : QApplication::allWidgets()) {
         QEvent changed(QEvent::StyleChange);
         QApplication::sendEvent(widget, &changed);
     }
 }
 
+void QuorvaneStyle::takePalette() {
+    QApplication::setPalette(m_theme.palette());
+    QToolTip::setPalette(m_theme.palette());
+}
+
 void QuorvaneStyle::polish(QApplication* application) {
     QProxyStyle::polish(application);
-    QApplication::setPalette(m_theme.palette());
+    takePalette();
     QApplication::setFont(m_theme.font(TextStyle::Body));
 }
 
@@ -75,7 +97,7 @@ void QuorvaneStyle::drawPushButton(const QStyleOption& option, QPainter& painter
     }
     const bool isEnabled = widget == nullptr || looksEnabled(widget);
     const bool isFilled = button->features.testFlag(QStyleOptionButton::DefaultButton) && isEnabled;
-    const QRectF frame = insideLine(button->rect.adjusted(2, 2, -2, -2));
+    const QRectF frame = insideLine(withoutRing(button->rect));
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(isFilled ? QPen(Qt::NoPen) : QPen(m_theme.fieldBorder, 1));
@@ -105,11 +127,11 @@ void QuorvaneStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* 
     switch (element) {
     case PE_FrameFocusRect:
         if (showsFocus(*option)) {
-            drawFocusRing(*painter, m_theme, QRectF(option->rect).adjusted(2, 2, -2, -2), Theme::kFieldRadius);
+            drawFocusRing(*painter, m_theme, QRectF(withoutRing(option->rect)), Theme::kFieldRadius);
         }
         return;
     case PE_PanelLineEdit: {
-        const QRectF frame = insideLine(option->rect.adjusted(2, 2, -2, -2));
+        const QRectF frame = insideLine(withoutRing(option->rect));
         painter->save();
         painter->setRenderHint(QPainter::Antialiasing);
         painter->setPen(m_theme.fieldBorder);
@@ -121,6 +143,11 @@ void QuorvaneStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* 
         painter->restore();
         return;
     }
+    case PE_IndicatorCheckBox: // of menus; any other is an AppSwitch
+        if (option->state.testFlag(State_On)) {
+            drawCheckMark(*painter, option->rect, m_theme.text);
+        }
+        return;
     case PE_FrameLineEdit:
         return;
     default:
@@ -189,16 +216,23 @@ QRect QuorvaneStyle::subControlRect(ComplexControl control, const QStyleOptionCo
     }
 }
 
+/// The text of a field keeps away from its rounded ends.
+QRect QuorvaneStyle::subElementRect(SubElement element, const QStyleOption* option, const QWidget* widget) const {
+    const QRect rect = QProxyStyle::subElementRect(element, option, widget);
+    return element == SE_LineEditContents ? rect.adjusted(Theme::kGap4, 0, -Theme::kGap4, 0) : rect;
+}
+
 QSize QuorvaneStyle::sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& contents,
                                       const QWidget* widget) const {
     if (type == CT_PushButton) {
-        // Two pixels on each side are the ring's.
-        return {std::max(contents.width() + 2 * Theme::kGap16, Theme::kButtonWidth) + 4,
-                std::max(contents.height() + Theme::kGap8, Theme::kButtonHeight) + 4};
+        return QSize(std::max(contents.width() + 2 * Theme::kGap16, Theme::kButtonWidth),
+                     std::max(contents.height() + Theme::kGap8, Theme::kButtonHeight)) +
+               QSize(2 * Theme::kRingRoom, 2 * Theme::kRingRoom);
     }
     const QSize size = QProxyStyle::sizeFromContents(type, option, contents, widget);
     if (type == CT_LineEdit) {
-        return {size.width() + Theme::kGap8, std::max(size.height() + Theme::kGap8, Theme::kButtonHeight + 4)};
+        return {size.width() + Theme::kGap8,
+                std::max(size.height() + Theme::kGap8, Theme::kButtonHeight + 2 * Theme::kRingRoom)};
     }
     return size;
 }
@@ -250,7 +284,8 @@ void drawFocusRing(QPainter& painter, const Theme& theme, const QRectF& around, 
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(QPen(theme.focusRing, Theme::kFocusRing));
     painter.setBrush(Qt::NoBrush);
-    painter.drawRoundedRect(around.adjusted(-1, -1, 1, 1), radius + 1, radius + 1);
+    constexpr double kApart = 2; // half the ring, and a pixel between it and a ground of nearly its colour
+    painter.drawRoundedRect(around.adjusted(-kApart, -kApart, kApart, kApart), radius + kApart, radius + kApart);
     painter.restore();
 }
 

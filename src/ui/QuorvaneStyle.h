@@ -29,6 +29,7 @@ public:
                             const QWidget* widget) const override;
     QRect subControlRect(ComplexControl control, const QStyleOptionComplex* option, SubControl part,
                          const QWidget* widget) const override;
+    QRect subElementRect(SubElement element, const QStyleOption* option, const QWidget* widget) const override;
     QSize sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& contents,
                            const QWidget* widget) const override;
     int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override;
@@ -36,6 +37,7 @@ public:
                   QStyleHintReturn* answer) const override;
 
 private:
+    void takePalette();
     void drawPushButton(const QStyleOption& option, QPainter& painter, const QWidget* widget) const;
     void drawScrollBar(const QStyleOption& option, const QRect& slider, QPainter& painter) const;
 

@@ -85,7 +85,7 @@ Theme::Theme(const Look& look)
         secondaryText = text;
         border = translucent(text, 0.5);
         fieldBorder = translucent(text, 0.8);
-        switchOff = secondaryText;
+        switchOff = look.scheme == ColorScheme::Dark ? 0x8A8A8F : 0x5F5F64;
     }
 }
 
@@ -95,10 +95,12 @@ void Theme::setLightColors() {
     card = Qt::white;
     field = Qt::white;
     hover = translucent(Qt::black, 0.04);
-    pressed = translucent(Qt::black, 0.09);
+    pressed = translucent(Qt::black, 0.07);
     selection = 0x0066D6;
     shade = translucent(Qt::black, 0.25);
+    shadow = translucent(Qt::black, 0.05);
     switchOff = 0x8A8A8F;
+    switchOn = selection;
     text = 0x1D1D1F;
     secondaryText = 0x5F5F64;
     accentText = 0x005FC8;
@@ -116,16 +118,18 @@ void Theme::setDarkColors() {
     card = 0x2C2C2E;
     field = 0x3A3A3D;
     hover = translucent(Qt::white, 0.05);
-    pressed = translucent(Qt::white, 0.11);
+    pressed = translucent(Qt::black, 0.25); // lighter, the texts on it couldn't be read
     selection = 0x0A66CC;
     shade = translucent(Qt::black, 0.5);
+    shadow = translucent(Qt::black, 0.12);
     switchOff = 0x7C7C80;
+    switchOn = 0x0A84FF;
     text = 0xF5F5F7;
-    secondaryText = 0xB4B4B9;
+    secondaryText = 0xBEBEC3;
     accentText = 0x409CFF;
     success = 0x30DB5B;
     warning = 0xFFB340;
-    danger = 0xFF6961;
+    danger = 0xFF8078;
     matchTint = translucent(success, 0.16);
     border = translucent(Qt::white, 0.09);
     fieldBorder = translucent(Qt::white, 0.22);
@@ -210,9 +214,42 @@ QList<TextOnGround> textsOnGrounds(const Theme& theme) {
         pairs.append({u"warning on "_s + groundName, theme.warning, ground});
         pairs.append({u"danger on "_s + groundName, theme.danger, ground});
     }
-    pairs.append({u"success on match"_s, theme.success, match});
+    const QColor pressedField = laidOver(theme.pressed, theme.field);
+    pairs.append({u"text on a pressed button"_s, theme.text, pressedField});
     pairs.append({u"danger on field"_s, theme.danger, theme.field});
+    pairs.append({u"danger on a pressed button"_s, theme.danger, pressedField});
     pairs.append({u"selected text"_s, theme.onAccent, theme.selection});
+    pairs.append({u"text of the pressed default button"_s, theme.onAccent, laidOver(theme.pressed, theme.selection)});
+    pairs.append({u"link under the pointer"_s, theme.accentText, laidOver(theme.hover, theme.window)});
+    pairs.append({u"pressed link"_s, theme.accentText, laidOver(theme.pressed, theme.window)});
+    return pairs;
+}
+
+QList<TextOnGround> shapesOnGrounds(const Theme& theme) {
+    const QColor match = laidOver(theme.matchTint, theme.card);
+    const QColor hoveredMatch = laidOver(theme.hover, match);
+    QList<TextOnGround> pairs;
+    for (const auto& [groundName, ground] : {std::pair(u"window"_s, theme.window), std::pair(u"card"_s, theme.card),
+                                             std::pair(u"match"_s, match), std::pair(u"sidebar"_s, theme.sidebar)}) {
+        pairs.append({u"ring on "_s + groundName, theme.focusRing, ground});
+    }
+    pairs.append({u"switch that is off"_s, theme.switchOff, theme.card});
+    pairs.append({u"switch that is on"_s, theme.switchOn, theme.card});
+    pairs.append({u"knob of a switch that is off"_s, theme.switchKnob, theme.switchOff});
+    pairs.append({u"knob of a switch that is on"_s, theme.switchKnob, theme.switchOn});
+    pairs.append({u"tab's symbol"_s, theme.accentText, theme.sidebar});
+    pairs.append({u"selected tab's symbol"_s, theme.onAccent, theme.selection});
+    pairs.append({u"check mark of a match"_s, theme.success, match});
+    pairs.append({u"check mark of a match under the pointer"_s, theme.success, hoveredMatch});
+    pairs.append({u"trash"_s, theme.secondaryText, hoveredMatch});
+    pairs.append({u"trash under the pointer"_s, theme.danger, hoveredMatch});
+    pairs.append({u"current icon's mark"_s, theme.accentText, theme.card});
+    pairs.append({u"icon under the pointer"_s, theme.text, laidOver(theme.hover, theme.card)});
+    pairs.append({u"progress"_s, theme.accentText, theme.card});
+    if (theme.look().increasesContrast) {
+        pairs.append({u"field's frame"_s, laidOver(theme.fieldBorder, theme.window), theme.window});
+        pairs.append({u"card's frame"_s, laidOver(theme.border, theme.window), theme.window});
+    }
     return pairs;
 }
 

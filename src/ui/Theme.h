@@ -53,7 +53,9 @@ public:
     QColor selection;  ///< of the sidebar and of filled buttons, under `onAccent`
     QColor matchTint;  ///< behind the row that matches this Mac, on top of the card
     QColor shade;      ///< dims what lies under a sheet
+    QColor shadow;     ///< around what floats over a page
     QColor switchOff;  ///< the track of a switch that is off
+    QColor switchOn;   ///< and of one that is on
     QColor switchKnob; ///< of every switch
 
     // ---- Texts and symbols
@@ -96,6 +98,7 @@ public:
     static constexpr int kColumn = 720; ///< the greatest width of a page's content
     static constexpr int kSheet = 560;  ///< of a sheet
     static constexpr int kFocusRing = 2;
+    static constexpr int kRingRoom = 3; ///< what a control keeps free for the ring on each side
 
     static constexpr std::chrono::milliseconds kSwitchMove{120};
     static constexpr std::chrono::milliseconds kFade{150};
@@ -117,8 +120,10 @@ struct TextOnGround {
     QColor text;
     QColor ground;
 };
-/// Each text on each ground on which it stands.
+/// Each text on each ground on which it stands; disabled ones aside.
 QList<TextOnGround> textsOnGrounds(const Theme& theme);
+/// Likewise what is no text and has to be told from its ground: rings, switches, and symbols that say something by themselves.
+QList<TextOnGround> shapesOnGrounds(const Theme& theme);
 
 /// The contrast of two opaque colours, 1 to 21. Source: WCAG 2.1, "contrast ratio".
 double contrastRatio(const QColor& one, const QColor& other);

@@ -9,14 +9,17 @@
 
 namespace quorvane {
 
-/// One run of the program that does what comes before the window. It is killed with this object at the latest.
+/// One run of a program, mostly of the one that does what comes before the window. It is killed with this object at the latest.
 class ChildProgram {
 public:
     enum class DiskIs { Roomy, Full };
 
     explicit ChildProgram(const QStringList& arguments, DiskIs disk = DiskIs::Roomy)
         : ChildProgram(arguments, QProcessEnvironment::systemEnvironment(), disk) {}
-    ChildProgram(const QStringList& arguments, const QProcessEnvironment& environment, DiskIs disk = DiskIs::Roomy) {
+    ChildProgram(const QStringList& arguments, const QProcessEnvironment& environment, DiskIs disk = DiskIs::Roomy)
+        : ChildProgram(QStringLiteral(APP_SUPPORT_PROGRAM), arguments, environment, disk) {}
+    ChildProgram(const QString& program, const QStringList& arguments, const QProcessEnvironment& environment,
+                 DiskIs disk = DiskIs::Roomy) {
         if (disk == DiskIs::Full) {
             m_process.setChildProcessModifier([] {
                 const rlimit nothing{0, 0};
@@ -25,7 +28,7 @@ public:
             });
         }
         m_process.setProcessEnvironment(environment);
-        m_process.start(QStringLiteral(APP_SUPPORT_PROGRAM), arguments);
+        m_process.start(program, arguments);
         EXPECT_TRUE(m_process.waitForStarted());
     }
     ~ChildProgram() {

@@ -24,17 +24,20 @@ public:
     InProcessTools(const macsim::Mac& mac, const QString& faultsFile);
 
     macsim::ToolContext context(const QStringList& arguments);
+    /// What whoever wants an administrator is answered from now on. To begin with it is allowed.
+    void setAuthorization(macsim::Authorization answer) { m_authorizer.answer = answer; }
 
 private:
-    /// Agrees to everything.
-    class Consent final : public macsim::Authorizer {
+    /// Gives everybody the same answer.
+    class Policy final : public macsim::Authorizer {
     public:
-        macsim::Authorization ask(const QString&) override { return macsim::Authorization::Allow; }
+        macsim::Authorization ask(const QString&) override { return answer; }
+        macsim::Authorization answer = macsim::Authorization::Allow;
     };
 
     const macsim::Mac& m_mac;
     macsim::Faults m_faults;
-    Consent m_authorizer;
+    Policy m_authorizer;
 };
 
 class InProcessCommandLauncher final : public CommandLauncher {

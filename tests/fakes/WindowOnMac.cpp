@@ -1,15 +1,20 @@
 #include "fakes/WindowOnMac.h"
 
 #include "app/simulated/AuthorizationDialog.h"
+#include "app/simulated/FingerDialog.h"
 #include "fakes/CountingWorkspace.h"
 #include "fakes/ScriptedAlertPresenter.h"
 #include "lock/LockManager.h"
 #include "platform/FileManager.h"
 #include "profiles/ProfileManager.h"
+#include "ui/Theme.h"
 #include "ui/alerts/AlertDialog.h"
 #include "ui/window/MainWindow.h"
 
+#include <QFile>
 #include <QLabel>
+#include <QListWidget>
+#include <QPushButton>
 #include <QTest>
 
 #include <algorithm>
@@ -17,6 +22,12 @@
 namespace quorvane {
 
 namespace {
+
+/// A list is behind its own rows.
+bool hasSeenPart(const QWidget* widget) {
+    const auto* const area = qobject_cast<const QAbstractScrollArea*>(widget);
+    return widget->isVisible() && !(area != nullptr ? area->viewport() : widget)->visibleRegion().isEmpty();
+}
 
 /// All windows' widgets that can be seen.
 QList<QWidget*> seenWidgets() {
@@ -27,7 +38,7 @@ QList<QWidget*> seenWidgets() {
         }
         seen.append(window);
         for (QWidget* const widget : window->findChildren<QWidget*>()) {
-            if (widget->isVisible() && !widget->visibleRegion().isEmpty()) {
+            if (hasSeenPart(widget)) {
                 seen.append(widget);
             }
         }
@@ -65,18 +76,37 @@ QAbstractButton* buttonOf(const QWidget* dialog, const QString& text) {
     return nullptr;
 }
 
+void pressInAlert(const QString& button) {
+    const auto* const alert = openDialog<AlertDialog>();
+    ASSERT_NE(alert, nullptr);
+    QAbstractButton* const pressed = buttonOf(alert, button);
+    ASSERT_NE(pressed, nullptr) << button.toStdString();
+    QTest::mouseClick(pressed, Qt::LeftButton);
+}
+
+QAction* commandOf(const QWidget* window, const QString& title) {
+    for (auto* const action : window->findChildren<QAction*>()) {
+        if (action->text() == title) {
+            return action;
+        }
+    }
+    return nullptr;
+}
+
 } // namespace
+
+void PrintTo(const ShownAlert& alert, std::ostream* out) {
+    *out << alert.title.toStdString() << " / " << alert.text.toStdString() << " / "
+         << alert.buttons.join(u", "_s).toStdString() << " / Return: " << alert.onReturn.toStdString();
+}
 
 WindowOnMac::WindowOnMac(const QString& description) {
     const QString file = QStringLiteral(QUORVANE_SOURCE_DIR "/examples/macs/") + description + u".json"_s;
     macsim::createMac(macFolder(), macsim::macDescriptionFromFile(file), macsim::simulatorTools().keys(),
                       QStringLiteral(MACSIM_PROGRAM));
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder.path() + u"/settings"_s);
-    authorization = std::make_unique<AuthorizationDialogs>();
-    finger = std::make_unique<FingerDialogs>();
-    host = std::make_unique<SimulatedHost>(macFolder(), *authorization,
-                                           SimulatedHostOptions{QStringLiteral(MACSIM_PROGRAM), {}, {}, finger.get()});
-    authorization->setMachine(host->mac().machine());
+    makeFail("[]");
+    startHost();
 }
 
 WindowOnMac::~WindowOnMac() = default;
@@ -88,6 +118,19 @@ void WindowOnMac::TearDown() {
 }
 
 // ---- The Mac
+
+void WindowOnMac::startHost(const QByteArray& faults) {
+    if (!faults.isEmpty()) {
+        makeFail(faults);
+    }
+    host.reset();
+    authorization = std::make_unique<AuthorizationDialogs>();
+    finger = std::make_unique<FingerDialogs>();
+    host = std::make_unique<SimulatedHost>(
+        macFolder(), *authorization,
+        SimulatedHostOptions{QStringLiteral(MACSIM_PROGRAM), faultsFile(), {}, finger.get()});
+    authorization->setMachine(host->mac().machine());
+}
 
 void WindowOnMac::saveProfile(const QString& example) {
     saveProfile(exampleProfile(example));
@@ -114,6 +157,12 @@ void WindowOnMac::enableLock() {
     ASSERT_EQ(lock.enableLock(kLockPassword, kLockPassword), std::nullopt);
 }
 
+void WindowOnMac::makeFail(const QByteArray& faults) {
+    QFile file(faultsFile());
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    file.write(faults);
+}
+
 QString WindowOnMac::shell(const QString& line) {
     QFuture<CommandOutcome> outcome = host->host().commands.run({u"/bin/sh"_s, u"-c"_s, line}, OutputCapture::Capture);
     processEventsUntil([&outcome] { return outcome.isFinished(); });
@@ -122,16 +171,25 @@ QString WindowOnMac::shell(const QString& line) {
 
 // ---- The program
 
-void WindowOnMac::launch() {
-    const auto shutDownHost = [this] {
-        host->shutDown();
-        authorization->shutDown();
-        finger->shutDown();
-    };
-    delegate = std::make_unique<AppDelegate>(AppParts{host->host(), host->systemLook(), statusItem, shutDownHost});
+void WindowOnMac::shutDownPorts() {
+    host->shutDown();
+    authorization->shutDown();
+    finger->shutDown();
+}
+
+void WindowOnMac::start() {
+    delegate = std::make_unique<AppDelegate>(
+        AppParts{ports(), host->systemLook(), placeOfStatusItem(), [this] { shutDownPorts(); }});
     QObject::connect(delegate.get(), &AppDelegate::terminated, [this] { hasTerminated = true; });
     delegate->applicationDidFinishLaunching();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(mainWindow()));
+}
+
+void WindowOnMac::launch() {
+    start();
+    if (isTall) {
+        mainWindow()->resize(1000, 1300);
+    }
+    activateWhatIsInFront();
     processEventsUntil([this] { return session().savedProfiles.wasRead(); });
 }
 
@@ -144,6 +202,13 @@ void WindowOnMac::quit() {
     delegate->quit();
     processEventsUntil([this] { return hasTerminated; });
     delegate.reset();
+}
+
+void WindowOnMac::quitAndLaunch() {
+    quit();
+    hasTerminated = false;
+    startHost();
+    launch();
 }
 
 void WindowOnMac::resignActive() {
@@ -202,19 +267,42 @@ QString WindowOnMac::alertTitle() {
     return alert != nullptr ? alert->accessibleName() : QString();
 }
 
-QString WindowOnMac::alertText() {
-    const auto* const alert = openDialog<AlertDialog>();
-    return alert != nullptr ? alert->accessibleDescription() : QString();
-}
-
-QStringList WindowOnMac::alertButtons() {
-    QStringList texts;
-    if (const auto* const alert = openDialog<AlertDialog>()) {
-        for (const auto* const button : alert->findChildren<QAbstractButton*>()) {
-            texts.append(button->text());
+ShownAlert WindowOnMac::alert() {
+    const auto* const shown = openDialog<AlertDialog>();
+    if (shown == nullptr) {
+        return {};
+    }
+    ShownAlert alert{shown->accessibleName(), shown->accessibleDescription(), {}, {}};
+    for (const auto* const button : shown->findChildren<QPushButton*>()) {
+        alert.buttons.append(button->text());
+        if (button->isDefault() && button->hasFocus()) {
+            alert.onReturn = button->text();
         }
     }
-    return texts;
+    return alert;
+}
+
+QStringList WindowOnMac::profileRows() {
+    QStringList rows;
+    const QAbstractItemView* const list = profileList();
+    for (int row = 0; list != nullptr && row < list->model()->rowCount(); ++row) {
+        rows.append(list->model()->index(row, 0).data().toString());
+    }
+    return rows;
+}
+
+QString WindowOnMac::currentProfileRow() {
+    const QAbstractItemView* const list = profileList();
+    return list != nullptr ? list->currentIndex().data().toString() : QString();
+}
+
+QString WindowOnMac::focused() {
+    const QWidget* const widget = mainWindow()->focusWidget();
+    return widget != nullptr ? nameOf(widget) : QString();
+}
+
+QString WindowOnMac::log() {
+    return session().system.logMessages().join(u'\n');
 }
 
 // ---- The user
@@ -238,10 +326,43 @@ void WindowOnMac::clickProfile(const QString& name) {
     ADD_FAILURE() << "no row is called " << name.toStdString();
 }
 
+void WindowOnMac::clickDeleteOf(const QString& name) {
+    QAbstractItemView* const list = profileList();
+    ASSERT_NE(list, nullptr);
+    const QRect row = list->visualRect(list->model()->index(static_cast<int>(profileRows().indexOf(name)), 0));
+    const QPoint button(row.right() - 2 * Theme::kGap12, row.center().y());
+    QWidget* const over = list->viewport()->childAt(button);
+    QWidget* const clicked = over != nullptr ? over : list->viewport();
+    QTest::mouseClick(clicked, Qt::LeftButton, {}, clicked->mapFrom(list->viewport(), button));
+}
+
+void WindowOnMac::chooseTab(const QString& name) {
+    auto* const sidebar = qobject_cast<QListWidget*>(control(u"Sidebar"_s));
+    ASSERT_NE(sidebar, nullptr);
+    const QList<QListWidgetItem*> items = sidebar->findItems(name, Qt::MatchExactly);
+    ASSERT_EQ(items.size(), 1) << name.toStdString();
+    QTest::mouseClick(sidebar->viewport(), Qt::LeftButton, {}, sidebar->visualItemRect(items.first()).center());
+}
+
+void WindowOnMac::chooseCommand(const QString& title) {
+    ASSERT_TRUE(isCommandEnabled(title)) << title.toStdString();
+    commandOf(mainWindow(), title)->trigger();
+}
+
+bool WindowOnMac::isCommandEnabled(const QString& title) {
+    const QAction* const command = commandOf(mainWindow(), title);
+    return command != nullptr && command->isEnabled();
+}
+
 void WindowOnMac::press(int key, Qt::KeyboardModifiers modifiers) {
     QWidget* const window = QApplication::activeWindow();
     ASSERT_NE(window, nullptr);
     QTest::keyClick(window->windowHandle(), static_cast<Qt::Key>(key), modifiers);
+}
+
+void WindowOnMac::press(QKeySequence::StandardKey command) {
+    const QKeyCombination keys = QKeySequence(command)[0];
+    press(keys.key(), keys.keyboardModifiers());
 }
 
 void WindowOnMac::type(const QString& text) {
@@ -254,35 +375,76 @@ void WindowOnMac::type(const QString& text) {
 
 void WindowOnMac::answerAlert(const QString& title, const QString& button) {
     waitUntilAlert(title);
-    const auto* const alert = openDialog<AlertDialog>();
-    ASSERT_NE(alert, nullptr);
-    QAbstractButton* const pressed = buttonOf(alert, button);
-    ASSERT_NE(pressed, nullptr) << button.toStdString();
-    QTest::mouseClick(pressed, Qt::LeftButton);
+    pressInAlert(button);
     activateWhatIsInFront();
 }
 
-void WindowOnMac::authorize(const QString& password) {
+void WindowOnMac::answerQuitQuestion(const QString& button) {
+    waitUntilAlert(u"Quit Quorvane?"_s);
+    pressInAlert(button);
+}
+
+void WindowOnMac::answerByKey(const ShownAlert& expected, int key) {
+    waitUntilAlert(expected.title);
+    EXPECT_EQ(alert(), expected);
+    const QPointer<QWidget> answered(openDialog<AlertDialog>());
+    press(key);
+    EXPECT_TRUE(answered == nullptr || answered->isHidden());
+    activateWhatIsInFront();
+}
+
+void WindowOnMac::unlock(const QString& password) {
+    QWidget* const field = control(u"Password"_s);
+    ASSERT_NE(field, nullptr);
+    QTest::keyClicks(field, password);
+    QTest::keyClick(field, Qt::Key_Return);
+}
+
+void WindowOnMac::waitForFingerDialog() {
+    processEventsUntil([] { return openDialog<FingerDialog>() != nullptr; });
+}
+
+void WindowOnMac::answerFinger(const QString& button) {
+    waitForFingerDialog();
+    QTest::mouseClick(buttonOf(openDialog<FingerDialog>(), button), Qt::LeftButton);
+    activateWhatIsInFront();
+}
+
+void WindowOnMac::waitForAuthorization() {
     processEventsUntil([] { return openDialog<AuthorizationDialog>() != nullptr; });
+}
+
+void WindowOnMac::authorize(const QString& password) {
+    waitForAuthorization();
     auto* const field = openDialog<AuthorizationDialog>()->findChild<QLineEdit*>();
     QTest::keyClicks(field, password);
     QTest::keyClick(field, Qt::Key_Return);
     activateWhatIsInFront();
 }
 
-/// As a system does when a window goes.
+/// As a system does when a window goes. Another one may come meanwhile.
 void WindowOnMac::activateWhatIsInFront() {
-    QWidget* const modal = QApplication::activeModalWidget();
-    if (QWidget* const front = modal != nullptr ? modal : mainWindow()) {
-        front->activateWindow();
-        processEventsUntil([front] { return front->isActiveWindow(); });
-    }
+    processEventsUntil([] {
+        QWidget* const modal = QApplication::activeModalWidget();
+        QWidget* const front = modal != nullptr ? modal : mainWindow();
+        if (front != nullptr && !front->isActiveWindow()) {
+            front->activateWindow();
+        }
+        return front == nullptr || front->isActiveWindow();
+    });
 }
 
 void WindowOnMac::cancelAuthorization() {
-    processEventsUntil([] { return openDialog<AuthorizationDialog>() != nullptr; });
+    waitForAuthorization();
     QTest::keyClick(openDialog<AuthorizationDialog>(), Qt::Key_Escape);
     activateWhatIsInFront();
+}
+
+bool WindowOnMac::isInMenu(const QString& title, bool isEnabled) {
+    const QList<QAction*> actions = statusItem.menu->actions();
+    return std::any_of(actions.begin(), actions.end(), [&](const QAction* action) {
+        return action->text() == title && action->isEnabled() == isEnabled;
+    });
 }
 
 void WindowOnMac::chooseInMenu(const QString& title) {
@@ -309,7 +471,8 @@ void WindowOnMac::waitUntilSeen(const QString& name) {
 }
 
 void WindowOnMac::waitUntilAlert(const QString& title) {
-    processEventsUntil([&title] { return alertTitle() == title; });
+    processEventsUntil([&title] { return alertTitle() == title && openDialog<AlertDialog>()->isActiveWindow(); });
+    EXPECT_EQ(alertTitle(), title);
 }
 
 void WindowOnMac::waitUntilIdle() {

@@ -34,8 +34,6 @@ AuthorizationDialog::AuthorizationDialog(const QString& prompt, const macsim::Ma
     : m_attempts(machine.password)
     , m_password(new QLineEdit)
     , m_error(dialogText(TextStyle::Body, TextTone::Danger, {})) {
-    setWindowModality(Qt::ApplicationModal);
-    setWindowTitle(u"Quorvane"_s);
     setAccessibleName(prompt);
     m_password->setEchoMode(QLineEdit::Password);
     m_password->setPlaceholderText(u"Password"_s);

@@ -2,8 +2,7 @@
 
 #include "platform/simulated/PasswordAttempts.h"
 #include "simulator/Machine.h"
-
-#include <QDialog>
+#include "ui/pieces/SystemDialog.h"
 
 class QLineEdit;
 
@@ -13,7 +12,7 @@ class TextLabel;
 
 /// The dialog in which a simulated Mac asks for its administrator's password. It says in small letters that this is a simulated
 /// Mac, and the password.
-class AuthorizationDialog final : public QDialog {
+class AuthorizationDialog final : public SystemDialog {
     Q_OBJECT
 
 public:

@@ -6,6 +6,7 @@
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <utility>
 
 namespace quorvane {
@@ -17,10 +18,10 @@ namespace {
 constexpr int kFinger = 44;
 constexpr int kFingerText = 300;
 
-TextLabel* fingerText(TextStyle style, TextTone tone, const QString& text) {
+TextLabel* fingerText(TextStyle style, TextTone tone, const QString& text, int width) {
     auto* const label = new TextLabel(style, nullptr, tone);
     label->setText(text);
-    label->setFixedWidth(kFingerText);
+    label->setFixedWidth(width);
     label->setAlignment(Qt::AlignCenter);
     return label;
 }
@@ -28,18 +29,15 @@ TextLabel* fingerText(TextStyle style, TextTone tone, const QString& text) {
 } // namespace
 
 FingerDialog::FingerDialog(const QString& reason) {
-    setWindowModality(Qt::ApplicationModal);
-    setWindowTitle(u"Quorvane"_s);
     setAccessibleName(reason);
     auto* const column = new QVBoxLayout(this);
     column->setContentsMargins(Theme::kGap24, Theme::kGap24, Theme::kGap24, Theme::kGap16);
     column->setSpacing(Theme::kGap8);
     column->setSizeConstraint(QLayout::SetFixedSize);
     column->addWidget(new SymbolView(u"touchid"_s, kFinger, nullptr, TextTone::Danger), 0, Qt::AlignHCenter);
-    column->addWidget(fingerText(TextStyle::SectionTitle, TextTone::Normal, reason));
-    column->addWidget(fingerText(TextStyle::Secondary, TextTone::Secondary,
-                                 u"This is a simulated Mac. Choose which finger touches its sensor."_s));
-    auto* const buttons = new QHBoxLayout;
+    auto* const buttonRow = new QWidget;
+    auto* const buttons = new QHBoxLayout(buttonRow);
+    buttons->setContentsMargins(0, 0, 0, 0);
     buttons->setSpacing(Theme::kGap8);
     auto* const cancel = new AppSecondaryButton(u"Cancel"_s);
     auto* const other = new AppSecondaryButton(u"Another Finger"_s);
@@ -47,7 +45,11 @@ FingerDialog::FingerDialog(const QString& reason) {
     for (QPushButton* const button : std::initializer_list<QPushButton*>{cancel, other, own}) {
         buttons->addWidget(button);
     }
-    column->addLayout(buttons);
+    const int width = std::max(kFingerText, buttonRow->sizeHint().width());
+    column->addWidget(fingerText(TextStyle::SectionTitle, TextTone::Normal, reason, width));
+    column->addWidget(fingerText(TextStyle::Secondary, TextTone::Secondary,
+                                 u"This is a simulated Mac. Choose which finger touches its sensor."_s, width));
+    column->addWidget(buttonRow);
     connect(cancel, &QPushButton::clicked, this, &FingerDialog::reject);
     connect(other, &QPushButton::clicked, this, [this] { end(BiometricAnswer::Refuse); });
     connect(own, &QPushButton::clicked, this, [this] { end(BiometricAnswer::Accept); });

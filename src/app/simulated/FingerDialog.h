@@ -1,13 +1,12 @@
 #pragma once
 
 #include "platform/simulated/BiometricPrompt.h"
-
-#include <QDialog>
+#include "ui/pieces/SystemDialog.h"
 
 namespace quorvane {
 
 /// The dialog in which a simulated Mac asks for a finger.
-class FingerDialog final : public QDialog {
+class FingerDialog final : public SystemDialog {
     Q_OBJECT
 
 public:

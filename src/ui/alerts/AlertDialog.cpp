@@ -12,6 +12,7 @@
 #include <QVBoxLayout>
 #include <QWindow>
 
+#include <algorithm>
 #include <utility>
 
 namespace quorvane {
@@ -48,11 +49,11 @@ private:
 };
 
 /// Text that can be selected and copied. It isn't on the way of the Tab key.
-TextLabel* selectableText(TextStyle style, const QString& text) {
+TextLabel* selectableText(TextStyle style, const QString& text, int width) {
     auto* const label = new TextLabel(style);
     label->setText(text);
     label->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    label->setFixedWidth(kTextWidth);
+    label->setFixedWidth(width);
     return label;
 }
 
@@ -60,8 +61,6 @@ TextLabel* selectableText(TextStyle style, const QString& text) {
 
 AlertDialog::AlertDialog(const Alert& alert)
     : m_alert(alert) {
-    setWindowModality(Qt::ApplicationModal);
-    setWindowTitle(u"Quorvane"_s);
     setAccessibleName(alert.message);
     setAccessibleDescription(alert.informativeText);
     auto* const layout = new QHBoxLayout(this);
@@ -70,6 +69,7 @@ AlertDialog::AlertDialog(const Alert& alert)
     layout->setSizeConstraint(QLayout::SetFixedSize);
     layout->addWidget(new AlertIcon(alert.style), 0, Qt::AlignTop);
     layout->addWidget(makeTexts());
+    m_onReturn->setFocus(); // not earlier: the focus of what isn't in a window yet is lost on the way
 }
 
 QWidget* AlertDialog::makeTexts() {
@@ -77,31 +77,33 @@ QWidget* AlertDialog::makeTexts() {
     auto* const layout = new QVBoxLayout(column);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(Theme::kGap8);
-    layout->addWidget(selectableText(TextStyle::SectionTitle, m_alert.message));
-    layout->addWidget(selectableText(TextStyle::Body, m_alert.informativeText));
+    QWidget* const buttons = makeButtons();
+    const int width = std::max(kTextWidth, buttons->sizeHint().width());
+    layout->addWidget(selectableText(TextStyle::SectionTitle, m_alert.message, width));
+    layout->addWidget(selectableText(TextStyle::Body, m_alert.informativeText, width));
     layout->addSpacing(Theme::kGap8);
-    layout->addWidget(makeButtons());
+    layout->addWidget(buttons);
     return column;
 }
 
-/// The first button stands at the right end.
+/// The first button stands at the right end; the Tab key goes from left to right.
 QWidget* AlertDialog::makeButtons() {
     auto* const row = new QWidget;
     auto* const layout = new QHBoxLayout(row);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(Theme::kGap8);
-    for (int index = 0; index < m_alert.buttons.size(); ++index) {
+    layout->addStretch(1);
+    for (int index = static_cast<int>(m_alert.buttons.size()) - 1; index >= 0; --index) {
         auto* const button = new QPushButton(m_alert.buttons.at(index));
         button->setAutoDefault(false);
         button->setDefault(index == m_alert.returnButton());
         setDestructive(button, m_alert.destructiveButton == index);
         connect(button, &QPushButton::clicked, this, [this, index] { press(index); });
-        layout->insertWidget(0, button);
+        layout->addWidget(button);
         if (index == m_alert.returnButton()) {
-            button->setFocus();
+            m_onReturn = button;
         }
     }
-    layout->insertStretch(0, 1);
     return row;
 }
 

@@ -1,13 +1,14 @@
 #pragma once
 
 #include "platform/AlertPresenter.h"
+#include "ui/pieces/SystemDialog.h"
 
-#include <QDialog>
+class QPushButton;
 
 namespace quorvane {
 
 /// One alert. Return presses its button, or cancel where that destroys something; Escape and closing press cancel.
-class AlertDialog final : public QDialog {
+class AlertDialog final : public SystemDialog {
     Q_OBJECT
 
 public:
@@ -32,6 +33,7 @@ private:
     QWidget* makeButtons();
 
     Alert m_alert;
+    QPushButton* m_onReturn = nullptr;
     bool m_isAnswered = false;
 };
 

@@ -14,6 +14,7 @@
 
 #include <QGraphicsOpacityEffect>
 #include <QGuiApplication>
+#include <QHBoxLayout>
 #include <QLineEdit>
 #include <QPainter>
 #include <QPointer>
@@ -21,12 +22,14 @@
 
 #include <QCoroTask>
 
+#include <algorithm>
+
 namespace quorvane {
 
 namespace {
 
 constexpr int kLogo = 72;
-constexpr int kColumnWidth = 300;
+constexpr int kColumnWidth = 340; // the longest line takes one line
 
 class LogoView : public QWidget {
 public:
@@ -54,7 +57,11 @@ LockScreenView::LockScreenView(LockManager& lock, Workspace& workspace, Tasks& t
     , m_tasks(tasks) {
     auto* const layout = new QVBoxLayout(this);
     layout->addStretch(2);
-    layout->addWidget(makeColumn(), 0, Qt::AlignHCenter);
+    auto* const across = new QHBoxLayout;
+    across->addStretch(1);
+    across->addWidget(makeColumn());
+    across->addStretch(1);
+    layout->addLayout(across);
     layout->addStretch(3);
     setAccessibleName(kLockedTitle);
     m_fade.setStartValue(1.0);
@@ -74,9 +81,9 @@ LockScreenView::LockScreenView(LockManager& lock, Workspace& workspace, Tasks& t
 }
 
 QWidget* LockScreenView::makeColumn() {
-    auto* const column = new QWidget;
-    column->setFixedWidth(kColumnWidth);
-    auto* const layout = new QVBoxLayout(column);
+    m_column = new QWidget;
+    m_column->setFixedWidth(kColumnWidth);
+    auto* const layout = new QVBoxLayout(m_column);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(Theme::kGap8);
     auto* const title = centred(TextStyle::PageTitle, TextTone::Normal);
@@ -101,21 +108,26 @@ QWidget* LockScreenView::makeColumn() {
     connect(m_password, &QLineEdit::returnPressed, this, &LockScreenView::submit);
     connect(m_unlock, &QPushButton::clicked, this, &LockScreenView::submit);
     connect(m_finger, &QPushButton::clicked, this, &LockScreenView::askForFinger);
-    return column;
+    return m_column;
 }
 
 void LockScreenView::appear() {
     m_fade.stop();
     setGraphicsEffect(nullptr);
+    setAttribute(Qt::WA_TransparentForMouseEvents, false);
     m_password->clear();
     showError({});
     updateButtons();
+    m_owesFinger = m_lock.supportsBiometric();
     show();
     raise();
-    m_password->setFocus(Qt::OtherFocusReason);
+    takeFocus();
     announce(this, kLockedTitle);
-    m_owesFinger = m_lock.supportsBiometric();
     askForFingerWhenActive();
+}
+
+void LockScreenView::takeFocus() {
+    m_password->setFocus(Qt::OtherFocusReason);
 }
 
 void LockScreenView::disappear() {
@@ -126,6 +138,7 @@ void LockScreenView::disappear() {
     if (!isVisible()) {
         return;
     }
+    setAttribute(Qt::WA_TransparentForMouseEvents); // what shines through can be clicked
     setGraphicsEffect(new QGraphicsOpacityEffect(this));
     m_fade.setDuration(static_cast<int>(themeOf(this).moving(Theme::kFade).count()));
     m_fade.start();
@@ -139,6 +152,7 @@ void LockScreenView::updateButtons() {
     m_finger->setIcon(symbolIcon(biometrySymbolName(biometry), themeOf(this).text));
     m_finger->setVisible(canUseFinger);
     m_finger->setEnabled(!m_isAuthenticatingBiometrics);
+    m_column->setFixedWidth(std::max(kColumnWidth, m_finger->sizeHint().width()));
 }
 
 void LockScreenView::submit() {
@@ -195,6 +209,12 @@ void LockScreenView::showError(const QString& text) {
 
 void LockScreenView::paintEvent(QPaintEvent*) {
     QPainter(this).fillRect(rect(), themeOf(this).window);
+}
+
+/// A window that opens in a program that is active already. The dialog may not come while the window is about to.
+void LockScreenView::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    QMetaObject::invokeMethod(this, &LockScreenView::askForFingerWhenActive, Qt::QueuedConnection);
 }
 
 void LockScreenView::changeEvent(QEvent* event) {

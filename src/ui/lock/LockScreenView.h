@@ -27,6 +27,8 @@ public:
 
     /// Covers what lies beneath, and asks for a finger where that can be done.
     void appear();
+    /// Keys are for the password.
+    void takeFocus();
     /// Uncovers it.
     void disappear();
 
@@ -36,6 +38,7 @@ Q_SIGNALS:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+    void showEvent(QShowEvent* event) override;
     void changeEvent(QEvent* event) override;
 
 private:
@@ -50,6 +53,7 @@ private:
     LockManager& m_lock;
     Workspace& m_workspace;
     Tasks& m_tasks;
+    QWidget* m_column = nullptr;
     TextLabel* m_line = nullptr;
     QLineEdit* m_password = nullptr;
     QPushButton* m_unlock = nullptr;

@@ -3,11 +3,13 @@
 #include "actions/Session.h"
 #include "actions/WindowTexts.h"
 #include "core/OneLine.h"
-#include "ui/Theme.h"
+#include "ui/QuorvaneStyle.h"
 #include "ui/ViewEnvironment.h"
 #include "ui/logs/LogHighlighter.h"
+#include "ui/pieces/AppCard.h"
 
 #include <QEvent>
+#include <QPainter>
 #include <QPlainTextEdit>
 #include <QVBoxLayout>
 
@@ -33,10 +35,15 @@ LogsView::LogsView(const ViewEnvironment& environment, QWidget* parent)
     , m_list(new QPlainTextEdit) {
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(Theme::kGap24, Theme::kGap24, Theme::kGap24, Theme::kGap24);
-    layout->addWidget(m_list);
+    m_card = new AppCard;
+    m_card->addRow(m_list);
+    layout->addWidget(m_card);
+    m_list->installEventFilter(this);
     m_list->setReadOnly(true);
     m_list->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     m_list->setFrameShape(QFrame::NoFrame);
+    m_list->document()->setDocumentMargin(Theme::kGap12);
+    m_list->viewport()->setAutoFillBackground(false);
     m_list->setPlaceholderText(kNoLogMessages);
     m_list->setUndoRedoEnabled(false);
     m_list->setTabChangesFocus(true);
@@ -61,8 +68,23 @@ void LogsView::takeTheme() {
     const Theme& theme = themeOf(this);
     m_list->setFont(theme.font(TextStyle::Fixed));
     QPalette palette = theme.palette();
-    palette.setColor(QPalette::Base, theme.card);
+    palette.setColor(QPalette::Base, Qt::transparent); // the card shows through, with its round corners
     m_list->setPalette(palette);
+}
+
+/// The ring stands around the card, where nothing scrolls over it.
+bool LogsView::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut) {
+        update();
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+void LogsView::paintEvent(QPaintEvent*) {
+    if (m_list->hasFocus() && window()->testAttribute(Qt::WA_KeyboardFocusChange)) {
+        QPainter painter(this);
+        drawFocusRing(painter, themeOf(this), m_card->geometry(), Theme::kCardRadius);
+    }
 }
 
 void LogsView::changeEvent(QEvent* event) {

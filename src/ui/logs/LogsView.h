@@ -6,6 +6,7 @@ class QPlainTextEdit;
 
 namespace quorvane {
 
+class AppCard;
 struct ViewEnvironment;
 
 /// The log, with its newest line in view.
@@ -16,6 +17,8 @@ public:
     explicit LogsView(const ViewEnvironment& environment, QWidget* parent = nullptr);
 
 protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
     void changeEvent(QEvent* event) override;
 
 private:
@@ -23,6 +26,7 @@ private:
     void takeTheme();
 
     QPlainTextEdit* m_list;
+    AppCard* m_card = nullptr;
 };
 
 } // namespace quorvane

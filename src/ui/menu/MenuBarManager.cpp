@@ -10,6 +10,7 @@
 #include "ui/symbols/Symbols.h"
 
 #include <QAction>
+#include <QEvent>
 #include <QTimer>
 
 #include <QCoroTask>
@@ -39,6 +40,7 @@ MenuBarManager::MenuBarManager(StatusItem& item, AlertPresenter& alerts, QObject
     // What changes while the menu is open is in it the next time.
     connect(&m_menu, &QMenu::aboutToShow, this, &MenuBarManager::rebuildMenu);
     connect(&m_menu, &QMenu::aboutToHide, this, &MenuBarManager::scheduleRebuild);
+    m_menu.installEventFilter(this);
     rebuildMenu();
     item.setMenu(m_menu);
 }
@@ -62,6 +64,15 @@ void MenuBarManager::configureManagers(Session& session, WindowListener& listene
     rebuildMenu();
 }
 
+/// Its symbols are painted in the ink of the menu.
+bool MenuBarManager::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::StyleChange) {
+        m_entries.clear();
+        scheduleRebuild();
+    }
+    return QObject::eventFilter(watched, event);
+}
+
 /// Several changes of one turn of the event loop are one.
 void MenuBarManager::scheduleRebuild() {
     if (!m_isScheduled) {
@@ -78,11 +89,15 @@ void MenuBarManager::scheduleRebuild() {
 /// What stays as it is isn't touched: there may be a thousand profiles, and each action's beginning and end enables or
 /// disables them.
 void MenuBarManager::rebuildMenu() {
+    const QColor ink = themeOf(&m_menu).text;
+    const bool hasOtherInk = std::exchange(m_ink, ink) != ink;
     const QList<StatusMenuEntry> shown = std::exchange(m_entries, entriesNow());
     for (qsizetype place = 0; place < m_entries.size(); ++place) {
         const StatusMenuEntry& entry = m_entries.at(place);
         if (place >= shown.size()) {
             show(entry, {}, *addAction());
+        } else if (hasOtherInk) {
+            show(entry, {}, *m_actions.at(place));
         } else if (entry != shown.at(place)) {
             show(entry, shown.at(place), *m_actions.at(place));
         }
@@ -94,7 +109,7 @@ void MenuBarManager::rebuildMenu() {
 
 QList<StatusMenuEntry> MenuBarManager::entriesNow() const {
     if (!m_managers) {
-        return statusMenu({}, {}, true);
+        return statusMenu(activeConfiguration({}), {}, true);
     }
     const Session& session = m_managers->session;
     return statusMenu(session.activeProfile.current(), session.savedProfiles.known().profiles,
@@ -117,8 +132,7 @@ void MenuBarManager::show(const StatusMenuEntry& entry, const StatusMenuEntry& s
     action.setCheckable(entry.isChecked);
     action.setChecked(entry.isChecked);
     if (entry.symbol != shown.symbol) {
-        action.setIcon(entry.symbol.isEmpty() ? QIcon()
-                                              : symbolIcon(entry.symbol, m_menu.palette().color(QPalette::Text)));
+        action.setIcon(entry.symbol.isEmpty() ? QIcon() : symbolIcon(entry.symbol, m_ink));
     }
     action.setShortcut(entry.key.isEmpty() ? QKeySequence() : QKeySequence(u"Ctrl+"_s + entry.key));
 }

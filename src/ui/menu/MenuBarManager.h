@@ -2,6 +2,7 @@
 
 #include "actions/StatusMenu.h"
 
+#include <QColor>
 #include <QMenu>
 #include <QObject>
 
@@ -37,6 +38,9 @@ Q_SIGNALS:
     void windowRequested();
     void quitRequested();
 
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 private:
     /// What has to be there before something can be chosen.
     struct Managers {
@@ -57,6 +61,7 @@ private:
     std::optional<Managers> m_managers;
     QList<StatusMenuEntry> m_entries; ///< as they stand in the menu
     QList<QAction*> m_actions;        ///< of each entry its own
+    QColor m_ink;                     ///< of the menu's symbols
     bool m_isScheduled = false;
 };
 

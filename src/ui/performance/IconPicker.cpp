@@ -26,6 +26,24 @@ constexpr int kVisibleRows = 5;
 constexpr int kGridSymbol = 20;
 constexpr int kMark = 12;
 
+/// Tells a screen reader which one is marked.
+class IconModel : public QStringListModel {
+public:
+    IconModel(const QString& currentIcon, QObject* parent)
+        : QStringListModel(parent)
+        , m_currentIcon(currentIcon) {}
+
+    QVariant data(const QModelIndex& index, int role) const override {
+        if (role == Qt::AccessibleDescriptionRole) {
+            return index.data().toString() == m_currentIcon ? u"Selected"_s : QString();
+        }
+        return QStringListModel::data(index, role);
+    }
+
+private:
+    QString m_currentIcon;
+};
+
 /// A symbol in its cell; the current one is marked.
 class IconDelegate : public QStyledItemDelegate {
 public:
@@ -69,7 +87,7 @@ IconPicker::IconPicker(const QString& currentIcon, QWidget* parent)
     , m_currentIcon(hasSymbol(currentIcon) ? currentIcon : u"gearshape.fill"_s)
     , m_search(new QLineEdit)
     , m_grid(new QListView)
-    , m_icons(new QStringListModel(this)) {
+    , m_icons(new IconModel(m_currentIcon, this)) {
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(Theme::kGap4, Theme::kGap4, Theme::kGap4, Theme::kGap4);
     layout->setSpacing(Theme::kGap8);
@@ -92,6 +110,7 @@ IconPicker::IconPicker(const QString& currentIcon, QWidget* parent)
     m_grid->setGridSize({kCell, kCell});
     m_grid->setFixedSize(kCell * kColumns + Theme::kGap16, kCell * kVisibleRows);
     m_grid->setFrameShape(QFrame::NoFrame);
+    m_grid->viewport()->setAutoFillBackground(false); // the pop-over's ground is its own
     m_grid->setMouseTracking(true);
     m_grid->setEditTriggers(QAbstractItemView::NoEditTriggers);
     m_grid->setSelectionMode(QAbstractItemView::NoSelection);

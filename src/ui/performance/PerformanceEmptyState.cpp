@@ -15,7 +15,7 @@ constexpr int kEmptySymbol = 28;
 PerformanceEmptyState::PerformanceEmptyState(const QString& icon, const QString& message, QWidget* parent)
     : QWidget(parent) {
     auto* const layout = new QVBoxLayout(this);
-    layout->setContentsMargins(Theme::kGap24, Theme::kGap24, Theme::kGap24, Theme::kGap24);
+    layout->setContentsMargins(Theme::kGap24, Theme::kGap16, Theme::kGap24, Theme::kGap16);
     layout->setSpacing(Theme::kGap8);
     auto* const text = new TextLabel(TextStyle::Body, nullptr, TextTone::Secondary);
     text->setText(message);

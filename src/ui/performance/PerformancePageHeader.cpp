@@ -1,5 +1,6 @@
 #include "ui/performance/PerformancePageHeader.h"
 
+#include "ui/pieces/ScrollPage.h"
 #include "ui/pieces/SymbolButton.h"
 #include "ui/pieces/SymbolView.h"
 
@@ -12,10 +13,10 @@ using namespace Qt::StringLiterals;
 
 PerformancePageHeader::PerformancePageHeader(const RowText& text, QWidget* parent)
     : QWidget(parent) {
-    auto* const column = new QVBoxLayout(this);
-    column->setContentsMargins(Theme::kGap24, Theme::kGap16, Theme::kGap24, 0);
+    QVBoxLayout* const column = addColumn(*this, {Theme::kGap24, Theme::kGap16, Theme::kGap24, 0});
     column->setSpacing(Theme::kGap8);
     auto* const back = new SymbolButton(u"chevron.left"_s, u"Performance"_s);
+    back->setAccessibleDescription(u"Back"_s);
     auto* const titleRow = new QHBoxLayout;
     titleRow->setSpacing(Theme::kGap12);
     auto* const texts = new QVBoxLayout;

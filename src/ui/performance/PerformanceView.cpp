@@ -22,10 +22,13 @@ void PerformanceView::setCurrentPage(PerformancePage page) {
         widget = makePage(page);
         addWidget(widget);
     }
+    QWidget* const focusBefore = focusWidget();
     setCurrentWidget(widget);
     if (!isFirst) {
-        widget->setFocus(Qt::OtherFocusReason);
+        QWidget* const ledAway = page == PerformancePage::main ? m_ledAway.data() : nullptr;
+        (ledAway != nullptr ? ledAway : widget)->setFocus(Qt::OtherFocusReason);
     }
+    m_ledAway = focusBefore;
 }
 
 QWidget* PerformanceView::makePage(PerformancePage page) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QHash>
+#include <QPointer>
 #include <QStackedWidget>
 
 namespace quorvane {
@@ -25,6 +26,7 @@ private:
 
     const ViewEnvironment& m_environment;
     QHash<PerformancePage, QWidget*> m_visitedPages;
+    QPointer<QWidget> m_ledAway; ///< the row of the main page that led to where the user is
 };
 
 } // namespace quorvane

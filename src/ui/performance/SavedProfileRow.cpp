@@ -85,8 +85,7 @@ void SavedProfileRow::paint(QPainter* painter, const QStyleOptionViewItem& optio
 }
 
 QSize SavedProfileRow::sizeHint(const QStyleOptionViewItem& option, const QModelIndex&) const {
-    const int width = option.widget->width();
-    return {width, height(themeOf(option.widget), width)};
+    return {0, height(themeOf(option.widget), option.widget->width())}; // as wide as the list, whatever that becomes
 }
 
 void paintDeleteButton(QPainter& painter, const Theme& theme, const QRect& rect, bool isHovered) {

@@ -3,6 +3,7 @@
 #include "actions/SavedProfiles.h"
 
 #include <QSet>
+#include <QTextDocument>
 
 #include <algorithm>
 
@@ -63,9 +64,12 @@ QVariant SavedProfilesModel::data(const QModelIndex& index, int role) const {
     case Qt::AccessibleTextRole:
         return shown.text.title;
     case Qt::ToolTipRole:
-        return shown.help;
-    case Qt::AccessibleDescriptionRole:
-        return QStringList{shown.text.subtitle, shown.mark, shown.help}.join(QStringLiteral(". "));
+        return shown.help.isEmpty() ? QString() : Qt::convertFromPlainText(shown.help); // Qt would guess
+    case Qt::AccessibleDescriptionRole: {
+        QStringList parts{shown.text.subtitle, shown.mark, shown.help};
+        parts.removeAll(QString());
+        return parts.join(QStringLiteral(". "));
+    }
     default:
         return {};
     }

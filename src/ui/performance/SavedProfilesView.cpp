@@ -3,29 +3,38 @@
 #include "actions/PageTexts.h"
 #include "ui/QuorvaneStyle.h"
 #include "ui/performance/SavedProfilesModel.h"
+#include "ui/pieces/ReturnKey.h"
 
 #include <QKeyEvent>
 #include <QPainter>
 #include <QToolButton>
 #include <QWheelEvent>
 
+#include <utility>
+
 namespace quorvane {
 
 namespace {
 
-/// The delete button of the row that is current, over its picture.
+/// The delete button of the row that is current. The row has painted it; this adds what only a button has.
 class DeleteButton : public QToolButton {
 public:
     using QToolButton::QToolButton;
 
 protected:
+    void keyPressEvent(QKeyEvent* event) override {
+        if (!isPressedByReturn(*this, *event)) {
+            QToolButton::keyPressEvent(event);
+        }
+    }
     void paintEvent(QPaintEvent*) override {
         QPainter painter(this);
         const Theme& theme = themeOf(this);
-        painter.fillRect(rect(), theme.card);
-        paintDeleteButton(painter, theme, rect(), underMouse());
+        if (underMouse()) {
+            paintDeleteButton(painter, theme, rect(), true);
+        }
         if (hasFocus() && window()->testAttribute(Qt::WA_KeyboardFocusChange)) {
-            drawFocusRing(painter, theme, QRectF(rect()).adjusted(2, 2, -2, -2), Theme::kFieldRadius);
+            drawFocusRing(painter, theme, QRectF(rect()).adjusted(3, 3, -3, -3), Theme::kFieldRadius);
         }
     }
 };
@@ -36,7 +45,7 @@ SavedProfilesView::SavedProfilesView(SavedProfilesModel& model, QWidget* parent)
     : QListView(parent)
     , m_model(model)
     , m_row(model)
-    , m_delete(new DeleteButton(viewport())) {
+    , m_delete(new DeleteButton(this)) {
     setModel(&model);
     setItemDelegate(&m_row);
     setUniformItemSizes(true);
@@ -56,6 +65,12 @@ SavedProfilesView::SavedProfilesView(SavedProfilesModel& model, QWidget* parent)
     for (const auto signal : {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved}) {
         connect(&model, signal, this, &SavedProfilesView::takeHeight);
     }
+    // Who comes by the keys begins at the top, whatever was there before the profiles were read.
+    connect(&model, &QAbstractItemModel::rowsInserted, this, [this] {
+        if (!hasFocus()) {
+            setCurrentIndex(m_model.index(0));
+        }
+    });
     connect(&model, &QAbstractItemModel::rowsMoved, this, &SavedProfilesView::placeDeleteButton);
     setCurrentIndex(model.index(0));
     takeHeight();
@@ -70,6 +85,10 @@ QSize SavedProfilesView::minimumSizeHint() const {
 }
 
 void SavedProfilesView::takeHeight() {
+    const int rowHeight = m_row.height(themeOf(this), width());
+    if (std::exchange(m_rowHeight, rowHeight) != rowHeight) {
+        doItemsLayout();
+    }
     setFixedHeight(sizeHint().height());
     placeDeleteButton();
 }
@@ -77,9 +96,11 @@ void SavedProfilesView::takeHeight() {
 void SavedProfilesView::placeDeleteButton() {
     const QRect button =
         currentIndex().isValid() ? m_row.deleteButton(visualRect(currentIndex()), currentIndex()) : QRect();
+    m_delete->setFocusProxy(button.isEmpty() ? this : nullptr);
     m_delete->setVisible(!button.isEmpty());
     if (!button.isEmpty()) {
-        m_delete->setGeometry(button);
+        m_delete->setGeometry(button.translated(pos()));
+        m_delete->raise();
         m_delete->setAccessibleDescription(m_model.row(currentIndex()).text.title);
     }
 }
@@ -90,6 +111,7 @@ bool SavedProfilesView::isPickable(const QModelIndex& index) const {
 
 void SavedProfilesView::askForDeletion(const QModelIndex& index) {
     if (index.isValid() && m_model.kind(index) == SavedProfilesModel::Kind::Profile) {
+        setFocus(Qt::OtherFocusReason); // the button goes with its row
         Q_EMIT deletionAsked(index);
     }
 }
@@ -142,6 +164,30 @@ void SavedProfilesView::wheelEvent(QWheelEvent* event) {
 void SavedProfilesView::resizeEvent(QResizeEvent* event) {
     QListView::resizeEvent(event);
     takeHeight();
+}
+
+void SavedProfilesView::moveEvent(QMoveEvent* event) {
+    QListView::moveEvent(event);
+    placeDeleteButton();
+}
+
+/// The delete button stands beside the list in what both are in: a list's own accessible children are its rows alone.
+bool SavedProfilesView::event(QEvent* event) {
+    if (event->type() == QEvent::ParentChange && parentWidget() != nullptr) {
+        m_delete->setParent(parentWidget());
+        setTabOrder(this, m_delete);
+        placeDeleteButton();
+    }
+    return QListView::event(event);
+}
+
+/// The next row is the current one after a deletion; Qt would take the one before it.
+void SavedProfilesView::rowsAboutToBeRemoved(const QModelIndex& parent, int start, int end) {
+    const int current = currentIndex().row();
+    if (current >= start && current <= end) {
+        setCurrentIndex(m_model.index(end + 1));
+    }
+    QListView::rowsAboutToBeRemoved(parent, start, end);
 }
 
 void SavedProfilesView::focusInEvent(QFocusEvent* event) {

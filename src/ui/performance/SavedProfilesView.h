@@ -33,8 +33,11 @@ protected:
     void mouseReleaseEvent(QMouseEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void moveEvent(QMoveEvent* event) override;
+    bool event(QEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
     void changeEvent(QEvent* event) override;
+    void rowsAboutToBeRemoved(const QModelIndex& parent, int start, int end) override;
     void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
     void scrollTo(const QModelIndex&, ScrollHint) override {} // the page does
 
@@ -49,6 +52,7 @@ private:
     QAbstractButton* m_delete; ///< of the current row, for keys and screen readers
     QPersistentModelIndex m_pressed;
     bool m_pressedDelete = false;
+    int m_rowHeight = 0;
 };
 
 } // namespace quorvane

@@ -67,7 +67,7 @@ void PerformanceSystemMatchStatusRow::paintEvent(QPaintEvent*) {
 }
 
 InformationRow::InformationRow(QWidget* parent)
-    : QWidget(parent) {
+    : QLabel(parent) {
     QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     policy.setHeightForWidth(true);
     setSizePolicy(policy);
@@ -99,7 +99,7 @@ void InformationRow::paintEvent(QPaintEvent*) {
 }
 
 void InformationRow::changeEvent(QEvent* event) {
-    QWidget::changeEvent(event);
+    QLabel::changeEvent(event);
     if (event->type() == QEvent::StyleChange) {
         updateGeometry();
         update();

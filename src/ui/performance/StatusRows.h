@@ -3,6 +3,8 @@
 #include "actions/PageTexts.h"
 #include "ui/pieces/RowButton.h"
 
+#include <QLabel>
+
 namespace quorvane {
 
 class SymbolView;
@@ -28,7 +30,7 @@ private:
 };
 
 /// A row that says something and does nothing.
-class InformationRow : public QWidget {
+class InformationRow : public QLabel {
     Q_OBJECT
 
 public:

@@ -21,8 +21,11 @@ TweakToggle::TweakToggle(const QString& tweakKey, const QString& title, const QS
     , m_iconButton(new IconButton)
     , m_switch(new AppSwitch) {
     auto* const layout = new QHBoxLayout(this);
-    layout->setContentsMargins(Theme::kGap12, Theme::kGap8, Theme::kGap12, Theme::kGap8);
-    layout->setSpacing(Theme::kGap12);
+    // The rings of the controls at both ends have room of their own.
+    constexpr int kOutside = Theme::kGap12 - IconButton::kRingMargin;
+    layout->setContentsMargins(kOutside, Theme::kGap8, kOutside, Theme::kGap8);
+    layout->setSpacing(kOutside);
+    setMinimumHeight(Theme::kRow);
     auto* const texts = new QVBoxLayout;
     texts->setSpacing(2);
     auto* const titleLabel = new TextLabel(TextStyle::RowTitle);

@@ -13,11 +13,22 @@
 #include "ui/pieces/ScrollPage.h"
 
 #include <QHBoxLayout>
+#include <QPainter>
 #include <QVBoxLayout>
 
 #include <QCoroTask>
 
 namespace quorvane {
+
+namespace {
+
+/// What scrolls vanishes behind its upper edge.
+class PinnedBar : public QWidget {
+protected:
+    void paintEvent(QPaintEvent*) override { QPainter(this).fillRect(0, 0, width(), 1, themeOf(this).border); }
+};
+
+} // namespace
 
 TweaksPage::TweaksPage(const ViewEnvironment& environment, QWidget* parent)
     : QWidget(parent)
@@ -63,9 +74,9 @@ QWidget* TweaksPage::makeSection(const TweakSection& section) {
 }
 
 QWidget* TweaksPage::makeButtons() {
-    auto* const bar = new QWidget;
-    auto* const layout = new QHBoxLayout(bar);
-    layout->setContentsMargins(Theme::kGap24, Theme::kGap12, Theme::kGap24, Theme::kGap12);
+    auto* const bar = new PinnedBar;
+    auto* const layout = new QHBoxLayout;
+    addColumn(*bar, {Theme::kGap24, Theme::kGap12, Theme::kGap24, Theme::kGap12})->addLayout(layout);
     layout->setSpacing(Theme::kGap8);
     auto* const revert = new AppSecondaryButton(kRevertAll);
     auto* const executeButton = new AppPrimaryButton(kExecuteTweaks);

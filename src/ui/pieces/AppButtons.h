@@ -11,6 +11,7 @@ class AppPrimaryButton : public QPushButton {
 public:
     explicit AppPrimaryButton(const QString& title, QWidget* parent = nullptr)
         : QPushButton(title, parent) {
+        setAutoDefault(false); // or it would be the default only while it has the focus, in what isn't a window
         setDefault(true);
     }
 };

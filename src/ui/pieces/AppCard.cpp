@@ -4,6 +4,7 @@
 #include "ui/pieces/RowContent.h"
 
 #include <QPainter>
+#include <QPainterPath>
 #include <QVBoxLayout>
 
 namespace quorvane {
@@ -12,27 +13,53 @@ namespace {
 
 constexpr int kLine = 1;
 
+/// Lies over the rows, whose grounds are rectangles, and rounds the corners.
+class CardEdge : public QWidget {
+public:
+    explicit CardEdge(QWidget* parent)
+        : QWidget(parent) {
+        setAttribute(Qt::WA_TransparentForMouseEvents);
+    }
+
+protected:
+    void paintEvent(QPaintEvent*) override {
+        const Theme& theme = themeOf(this);
+        const QRectF line = QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5);
+        QPainterPath outside;
+        outside.addRect(rect());
+        outside.addRoundedRect(line, Theme::kCardRadius, Theme::kCardRadius);
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.fillPath(outside, theme.window);
+        painter.setPen(theme.border);
+        painter.drawRoundedRect(line, Theme::kCardRadius, Theme::kCardRadius);
+    }
+};
+
 } // namespace
 
 AppCard::AppCard(QWidget* parent)
     : QFrame(parent)
-    , m_rows(new QVBoxLayout(this)) {
+    , m_rows(new QVBoxLayout(this))
+    , m_edge(new CardEdge(this))
+    , m_textLeft(rowTextLeft({.symbol = QStringLiteral("chevron.right")})) {
     m_rows->setContentsMargins(kLine, kLine, kLine, kLine);
     m_rows->setSpacing(kLine);
 }
 
 void AppCard::addRow(QWidget* row) {
     m_rows->addWidget(row);
+    m_edge->raise();
+}
+
+void AppCard::resizeEvent(QResizeEvent*) {
+    m_edge->setGeometry(rect());
 }
 
 void AppCard::paintEvent(QPaintEvent*) {
     const Theme& theme = themeOf(this);
     QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(theme.border);
-    painter.setBrush(theme.card);
-    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), Theme::kCardRadius, Theme::kCardRadius);
-    const int left = rowTextLeft({.symbol = QStringLiteral("chevron.right")});
+    painter.fillRect(rect(), theme.card);
     bool isFirst = true;
     for (int index = 0; index < m_rows->count(); ++index) {
         const QWidget* const row = m_rows->itemAt(index)->widget();
@@ -40,7 +67,7 @@ void AppCard::paintEvent(QPaintEvent*) {
             continue;
         }
         if (!isFirst) {
-            painter.fillRect(QRect(left, row->y() - kLine, width() - left - kLine, kLine), theme.border);
+            painter.fillRect(QRect(m_textLeft, row->y() - kLine, width() - m_textLeft - kLine, kLine), theme.border);
         }
         isFirst = false;
     }

@@ -11,7 +11,6 @@ namespace {
 constexpr int kTrackWidth = 38;
 constexpr int kTrackHeight = 22;
 constexpr int kKnobMargin = 2;
-constexpr int kRingRoom = 3;
 
 QColor between(const QColor& off, const QColor& on, double share) {
     const auto part = [share](float from, float to) { return static_cast<float>(from + (to - from) * share); };
@@ -31,7 +30,7 @@ AppSwitch::AppSwitch(QWidget* parent)
 }
 
 QSize AppSwitch::sizeHint() const {
-    return {kTrackWidth + 2 * kRingRoom, kTrackHeight + 2 * kRingRoom};
+    return {kTrackWidth + 2 * Theme::kRingRoom, kTrackHeight + 2 * Theme::kRingRoom};
 }
 
 void AppSwitch::moveKnob() {
@@ -51,14 +50,14 @@ void AppSwitch::paintEvent(QPaintEvent*) {
     const Theme& theme = themeOf(this);
     const double share =
         m_move.state() == QAbstractAnimation::Running ? m_move.currentValue().toDouble() : (isChecked() ? 1.0 : 0.0);
-    const QRectF track(kRingRoom, (height() - kTrackHeight) / 2.0, kTrackWidth, kTrackHeight);
+    const QRectF track(Theme::kRingRoom, (height() - kTrackHeight) / 2.0, kTrackWidth, kTrackHeight);
     const double knob = kTrackHeight - 2 * kKnobMargin;
     const double travel = kTrackWidth - 2 * kKnobMargin - knob;
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setOpacity(looksEnabled(this) ? 1 : 0.4);
     painter.setPen(Qt::NoPen);
-    painter.setBrush(between(theme.switchOff, theme.selection, share));
+    painter.setBrush(between(theme.switchOff, theme.switchOn, share));
     painter.drawRoundedRect(track, kTrackHeight / 2.0, kTrackHeight / 2.0);
     painter.setBrush(theme.switchKnob);
     painter.drawEllipse(QRectF(track.left() + kKnobMargin + travel * share, track.top() + kKnobMargin, knob, knob));

@@ -1,16 +1,11 @@
 #include "ui/pieces/IconButton.h"
 
 #include "ui/QuorvaneStyle.h"
+#include "ui/pieces/ReturnKey.h"
 
 #include <QPainter>
 
 namespace quorvane {
-
-namespace {
-
-constexpr int kRingMargin = 3;
-
-} // namespace
 
 IconButton::IconButton(QWidget* parent)
     : QToolButton(parent) {
@@ -25,12 +20,18 @@ void IconButton::setSymbol(const QString& symbol, BadgeColor tint) {
 }
 
 QSize IconButton::sizeHint() const {
-    return {Theme::kBadge + 2 * kRingMargin, Theme::kBadge + 2 * kRingMargin};
+    return {Theme::kBadge + 2 * Theme::kRingRoom, Theme::kBadge + 2 * Theme::kRingRoom};
+}
+
+void IconButton::keyPressEvent(QKeyEvent* event) {
+    if (!isPressedByReturn(*this, *event)) {
+        QToolButton::keyPressEvent(event);
+    }
 }
 
 void IconButton::paintEvent(QPaintEvent*) {
     const Theme& theme = themeOf(this);
-    const QRectF badge = QRectF(rect()).adjusted(kRingMargin, kRingMargin, -kRingMargin, -kRingMargin);
+    const QRectF badge = QRectF(rect()).adjusted(Theme::kRingRoom, Theme::kRingRoom, -Theme::kRingRoom, -Theme::kRingRoom);
     QPainter painter(this);
     painter.setOpacity(isDown() ? 0.7 : 1);
     paintBadge(painter, theme, badge, m_symbol, m_tint);

@@ -11,6 +11,8 @@ class IconButton : public QToolButton {
     Q_OBJECT
 
 public:
+    static constexpr int kRingMargin = 3; ///< around the badge
+
     explicit IconButton(QWidget* parent = nullptr);
 
     void setSymbol(const QString& symbol, BadgeColor tint);
@@ -18,6 +20,7 @@ public:
     QSize sizeHint() const override;
 
 protected:
+    void keyPressEvent(QKeyEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
 private:

@@ -6,25 +6,17 @@ namespace quorvane {
 
 IdleGuard::IdleGuard(QWidget* page, const Turnstile& turnstile)
     : QObject(page)
-    , m_page(page)
+    , m_page(page, this)
     , m_turnstile(turnstile) {
     connect(&turnstile, &Turnstile::idleChanged, this, &IdleGuard::update);
     update();
 }
 
 void IdleGuard::update() {
-    const bool isIdle = m_turnstile.isIdle();
-    if (isIdle == m_page->isEnabledTo(m_page->parentWidget())) {
-        return;
-    }
-    QWidget* const focused = m_page->window()->focusWidget();
-    if (!isIdle && focused != nullptr && m_page->isAncestorOf(focused)) {
-        m_focusBefore = focused;
-        focused->clearFocus(); // or Qt would move it on to what comes next
-    }
-    m_page->setEnabled(isIdle);
-    if (isIdle && m_focusBefore != nullptr && focused == nullptr) {
-        m_focusBefore->setFocus(Qt::OtherFocusReason);
+    if (m_turnstile.isIdle()) {
+        m_page.end();
+    } else {
+        m_page.begin();
     }
 }
 

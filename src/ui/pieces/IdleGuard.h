@@ -1,8 +1,8 @@
 #pragma once
 
+#include "ui/pieces/OutOfReach.h"
+
 #include <QObject>
-#include <QPointer>
-#include <QWidget>
 
 namespace quorvane {
 
@@ -19,9 +19,8 @@ public:
 private:
     void update();
 
-    QWidget* m_page;
+    OutOfReach m_page;
     const Turnstile& m_turnstile;
-    QPointer<QWidget> m_focusBefore;
 };
 
 } // namespace quorvane

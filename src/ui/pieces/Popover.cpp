@@ -14,6 +14,7 @@ namespace quorvane {
 namespace {
 
 constexpr int kMargin = Theme::kGap12;
+constexpr int kShadow = 10;
 
 /// The innermost stack of layers that something stands in.
 QWidget* layersOf(QWidget* widget) {
@@ -76,6 +77,27 @@ void Popover::keyPressEvent(QKeyEvent* event) {
     }
 }
 
+/// The Tab key stays within it.
+bool Popover::focusNextPrevChild(bool isNext) {
+    QWidget* const from = focusWidget();
+    const auto neighbour = [isNext](QWidget* widget) {
+        return isNext ? widget->nextInFocusChain() : widget->previousInFocusChain();
+    };
+    const auto isStop = [this](const QWidget* widget) {
+        return isAncestorOf(widget) && (widget->focusPolicy() & Qt::TabFocus) != 0 && widget->isVisible() &&
+               widget->isEnabled();
+    };
+    for (QWidget* widget = from != nullptr ? neighbour(from) : nullptr; widget != nullptr && widget != from;
+         widget = neighbour(widget)) {
+        if (isStop(widget)) {
+            window()->setAttribute(Qt::WA_KeyboardFocusChange);
+            widget->setFocus(isNext ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+            break;
+        }
+    }
+    return true;
+}
+
 void Popover::mousePressEvent(QMouseEvent*) {
     close();
 }
@@ -91,10 +113,16 @@ void Popover::paintEvent(QPaintEvent*) {
     const Theme& theme = themeOf(this);
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(theme.border);
+    const QRectF ground = QRectF(m_contents->geometry()).adjusted(-8.5, -8.5, 8.5, 8.5);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(theme.shadow);
+    for (int reach = kShadow; reach > 0; reach -= 2) {
+        painter.drawRoundedRect(ground.adjusted(-reach, 2 - reach, reach, 2 + reach), Theme::kCardRadius + reach,
+                                Theme::kCardRadius + reach);
+    }
+    painter.setPen(theme.fieldBorder);
     painter.setBrush(theme.card);
-    painter.drawRoundedRect(QRectF(m_contents->geometry()).adjusted(-8.5, -8.5, 8.5, 8.5), Theme::kCardRadius,
-                            Theme::kCardRadius);
+    painter.drawRoundedRect(ground, Theme::kCardRadius, Theme::kCardRadius);
 }
 
 } // namespace quorvane

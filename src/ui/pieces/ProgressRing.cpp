@@ -9,7 +9,8 @@ namespace quorvane {
 using namespace std::chrono_literals;
 
 ProgressRing::ProgressRing(int size, QWidget* parent)
-    : QWidget(parent) {
+    : QProgressBar(parent) {
+    setRange(0, 0);
     setFixedSize(size, size);
     setAccessibleName(QStringLiteral("Busy"));
     m_turn.setStartValue(0.0);
@@ -19,10 +20,22 @@ ProgressRing::ProgressRing(int size, QWidget* parent)
 }
 
 void ProgressRing::showEvent(QShowEvent*) {
+    turn();
+}
+
+void ProgressRing::turn() {
+    m_turn.stop();
     const std::chrono::milliseconds round = themeOf(this).moving(1000ms);
     if (round > 0ms) {
         m_turn.setDuration(static_cast<int>(round.count()));
         m_turn.start();
+    }
+}
+
+void ProgressRing::changeEvent(QEvent* event) {
+    QProgressBar::changeEvent(event);
+    if (event->type() == QEvent::StyleChange && isVisible()) {
+        turn();
     }
 }
 

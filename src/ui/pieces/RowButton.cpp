@@ -1,6 +1,7 @@
 #include "ui/pieces/RowButton.h"
 
 #include "ui/QuorvaneStyle.h"
+#include "ui/pieces/ReturnKey.h"
 
 #include <QEvent>
 #include <QPainter>
@@ -36,6 +37,12 @@ QSize RowButton::minimumSizeHint() const {
 
 int RowButton::heightForWidth(int width) const {
     return rowHeight(themeOf(this), m_content, width);
+}
+
+void RowButton::keyPressEvent(QKeyEvent* event) {
+    if (!isPressedByReturn(*this, *event)) {
+        QPushButton::keyPressEvent(event);
+    }
 }
 
 void RowButton::paintEvent(QPaintEvent*) {

@@ -1,6 +1,7 @@
 #include "ui/pieces/RowContent.h"
 
 #include "ui/QuorvaneStyle.h"
+#include "ui/pieces/LongWords.h"
 #include "ui/symbols/Symbols.h"
 
 #include <QFontMetrics>
@@ -30,7 +31,8 @@ int textWidth(const RowContent& content, int width) {
 }
 
 int wrappedHeight(const QFont& font, const QString& text, int width) {
-    return QFontMetrics(font).boundingRect(QRect(0, 0, width, QWIDGETSIZE_MAX), kWrapped, text).height();
+    return QFontMetrics(font).boundingRect(QRect(0, 0, width, QWIDGETSIZE_MAX), kWrapped, withBreaksInLongWords(text))
+        .height();
 }
 
 int titleHeight(const Theme& theme, const RowContent& content, int width) {
@@ -72,12 +74,14 @@ void paintTexts(QPainter& painter, const Theme& theme, const QRect& area, const 
     if (content.isOneLined) {
         paintNameAndMark(painter, theme, QRect(area.left(), y, width, ofTitle), content);
     } else {
-        painter.drawText(QRect(area.left(), y, width, ofTitle), kWrapped, content.title);
+        painter.drawText(QRect(area.left(), y, width, ofTitle), kWrapped,
+                         withBreaksInLongWords(content.title));
     }
     y += ofTitle + kTextGap;
     painter.setFont(theme.font(TextStyle::Secondary));
     painter.setPen(isEnabled ? theme.secondaryText : theme.disabledText);
-    painter.drawText(QRect(area.left(), y, width, area.bottom() - y + 1), kWrapped, content.description);
+    painter.drawText(QRect(area.left(), y, width, area.bottom() - y + 1), kWrapped,
+                     withBreaksInLongWords(content.description));
 }
 
 void paintGround(QPainter& painter, const Theme& theme, const QRect& rect, const RowContent& content,

@@ -3,6 +3,7 @@
 #include "ui/Theme.h"
 
 #include <QHBoxLayout>
+#include <QScrollBar>
 #include <QVBoxLayout>
 
 namespace quorvane {
@@ -12,18 +13,13 @@ ScrollPage::ScrollPage(QWidget* parent)
     setFrameShape(QFrame::NoFrame);
     setWidgetResizable(true);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    // Nothing of one is seen where there is nothing to scroll, and nothing moves when there is.
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     setFocusPolicy(Qt::NoFocus);
     auto* const ground = new QWidget;
-    auto* const across = new QHBoxLayout(ground);
-    across->setContentsMargins(Theme::kGap24, Theme::kGap24, Theme::kGap24, Theme::kGap24);
-    auto* const column = new QWidget;
-    column->setMaximumWidth(Theme::kColumn);
-    m_column = new QVBoxLayout(column);
-    m_column->setContentsMargins(0, 0, 0, 0);
+    const int right = Theme::kGap24 - verticalScrollBar()->sizeHint().width();
+    m_column = addColumn(*ground, {Theme::kGap24, Theme::kGap24, right, Theme::kGap24});
     m_column->setSpacing(Theme::kGap24);
-    across->addStretch(1);
-    across->addWidget(column, 1000);
-    across->addStretch(1);
     setWidget(ground);
 }
 
@@ -33,6 +29,19 @@ void ScrollPage::addPart(QWidget* part) {
 
 void ScrollPage::finish() {
     m_column->addStretch(1);
+}
+
+QVBoxLayout* addColumn(QWidget& ground, const QMargins& margins) {
+    auto* const across = new QHBoxLayout(&ground);
+    across->setContentsMargins(margins);
+    auto* const column = new QWidget;
+    column->setMaximumWidth(Theme::kColumn);
+    auto* const layout = new QVBoxLayout(column);
+    layout->setContentsMargins(0, 0, 0, 0);
+    across->addStretch(1);
+    across->addWidget(column, 1000);
+    across->addStretch(1);
+    return layout;
 }
 
 } // namespace quorvane

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QMargins>
 #include <QScrollArea>
 
 class QVBoxLayout;
@@ -21,5 +22,8 @@ public:
 private:
     QVBoxLayout* m_column;
 };
+
+/// The centred column of a page's content, also of what doesn't scroll with it.
+QVBoxLayout* addColumn(QWidget& ground, const QMargins& margins);
 
 } // namespace quorvane

@@ -4,6 +4,7 @@
 
 #include <QEvent>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QPainter>
 #include <QScrollArea>
 #include <QScrollBar>
@@ -18,13 +19,15 @@ public:
         setFrameShape(QFrame::NoFrame);
         setWidgetResizable(true);
         setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+        setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn); // it shows nothing where there is nothing to scroll
         setFocusPolicy(Qt::NoFocus);
     }
+    int scrollBarWidth() const { return verticalScrollBar()->sizeHint().width(); }
     int wholeHeight(int width) const {
         if (widget() == nullptr) {
             return 0;
         }
-        const int inside = width - verticalScrollBar()->sizeHint().width();
+        const int inside = width - scrollBarWidth();
         return widget()->hasHeightForWidth() ? widget()->heightForWidth(inside) : widget()->sizeHint().height();
     }
     QSize sizeHint() const override { return {Theme::kSheet, wholeHeight(width())}; }
@@ -38,15 +41,22 @@ Sheet::Sheet(QWidget* parent)
     , m_contents(new ContentsArea)
     , m_buttons(new QHBoxLayout) {
     setAttribute(Qt::WA_NoMousePropagation);
+    // The scroll bar stands in the margin, so that all right edges are in one line.
+    const int ofScrollBar = m_contents->scrollBarWidth();
     auto* const layout = new QVBoxLayout(this);
-    layout->setContentsMargins(Theme::kGap24, Theme::kGap24, Theme::kGap24, Theme::kGap16);
+    layout->setContentsMargins(Theme::kGap24, Theme::kGap24, Theme::kGap24 - ofScrollBar, Theme::kGap16);
     layout->setSpacing(Theme::kGap8);
-    layout->addWidget(m_title);
-    layout->addWidget(m_subtitle);
+    auto* const heading = new QVBoxLayout;
+    heading->setSpacing(Theme::kGap8);
+    heading->setContentsMargins(0, 0, ofScrollBar, 0);
+    heading->addWidget(m_title);
+    heading->addWidget(m_subtitle);
+    layout->addLayout(heading);
     layout->addSpacing(Theme::kGap4);
     layout->addWidget(m_contents, 1);
     layout->addSpacing(Theme::kGap8);
     layout->addLayout(m_buttons);
+    m_buttons->setContentsMargins(0, 0, ofScrollBar, 0);
     m_buttons->setSpacing(Theme::kGap8);
     m_buttons->addStretch(1);
 }
@@ -54,8 +64,9 @@ Sheet::Sheet(QWidget* parent)
 int Sheet::wholeHeight(int width) const {
     const QMargins margins = layout()->contentsMargins();
     const int inside = width - margins.left() - margins.right();
-    const auto heightOf = [inside](const QWidget& widget) {
-        return widget.isHidden() ? 0 : widget.heightForWidth(inside);
+    const int ofHeading = inside - m_contents->scrollBarWidth();
+    const auto heightOf = [ofHeading](const QWidget& widget) {
+        return widget.isHidden() ? 0 : widget.heightForWidth(ofHeading);
     };
     return margins.top() + margins.bottom() + heightOf(*m_title) + heightOf(*m_subtitle) +
            m_contents->wholeHeight(inside) + m_buttons->sizeHint().height() + 5 * Theme::kGap8 + Theme::kGap12;
@@ -81,6 +92,27 @@ void Sheet::addButton(QWidget* button) {
 
 void Sheet::addButtonAside(QWidget* button) {
     m_buttons->insertWidget(0, button);
+}
+
+/// The buttons have the focus; what they stand under can be read to its end all the same.
+void Sheet::keyPressEvent(QKeyEvent* event) {
+    QScrollBar& bar = *m_contents->verticalScrollBar();
+    switch (event->key()) {
+    case Qt::Key_PageUp:
+        bar.triggerAction(QScrollBar::SliderPageStepSub);
+        return;
+    case Qt::Key_PageDown:
+        bar.triggerAction(QScrollBar::SliderPageStepAdd);
+        return;
+    case Qt::Key_Home:
+        bar.triggerAction(QScrollBar::SliderToMinimum);
+        return;
+    case Qt::Key_End:
+        bar.triggerAction(QScrollBar::SliderToMaximum);
+        return;
+    default:
+        QDialog::keyPressEvent(event);
+    }
 }
 
 void Sheet::paintEvent(QPaintEvent*) {

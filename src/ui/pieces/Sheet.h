@@ -35,6 +35,7 @@ protected:
     /// Stands at the left end of the buttons.
     void addButtonAside(QWidget* button);
 
+    void keyPressEvent(QKeyEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void changeEvent(QEvent* event) override;
 

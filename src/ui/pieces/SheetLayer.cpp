@@ -12,7 +12,7 @@ namespace quorvane {
 
 SheetLayer::SheetLayer(QWidget* beneath, QWidget* parent)
     : QWidget(parent)
-    , m_beneath(beneath) {
+    , m_beneath(beneath, this) {
     setAttribute(Qt::WA_NoMousePropagation);
     m_fade.setStartValue(0.0);
     m_fade.setEndValue(1.0);
@@ -24,13 +24,7 @@ SheetLayer::SheetLayer(QWidget* beneath, QWidget* parent)
 }
 
 void SheetLayer::show(Sheet* sheet) {
-    if (m_sheet == nullptr) {
-        m_focusBefore = window()->focusWidget();
-        if (m_focusBefore != nullptr) {
-            m_focusBefore->clearFocus(); // or Qt would move it on when the widget is disabled
-        }
-        m_beneath->setEnabled(false);
-    }
+    m_beneath.begin();
     removeSheet();
     m_sheet = sheet;
     sheet->setParent(this);
@@ -49,10 +43,7 @@ void SheetLayer::clear() {
     }
     removeSheet();
     hide();
-    m_beneath->setEnabled(true);
-    if (m_focusBefore != nullptr && window()->focusWidget() == nullptr) {
-        m_focusBefore->setFocus(Qt::OtherFocusReason);
-    }
+    m_beneath.end();
 }
 
 void SheetLayer::removeSheet() {
@@ -86,7 +77,9 @@ void SheetLayer::place() {
     }
     const bool isMoving = m_fade.state() == QAbstractAnimation::Running;
     const double share = isMoving ? m_fade.currentValue().toDouble() : 1;
-    const int width = std::min(Theme::kSheet, this->width() - 2 * Theme::kGap16);
+    // Wider only where large text needs it for the buttons.
+    const int wanted = std::max(Theme::kSheet, m_sheet->minimumSizeHint().width());
+    const int width = std::min(wanted, this->width() - 2 * Theme::kGap16);
     const int height = std::min(m_sheet->wholeHeight(width), this->height() - 2 * Theme::kGap24);
     const auto slid = static_cast<int>((1 - share) * Theme::kGap24);
     m_sheet->setGeometry((this->width() - width) / 2, Theme::kGap24 - slid, width, height);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ui/pieces/OutOfReach.h"
+
 #include <QPointer>
 #include <QVariantAnimation>
 #include <QWidget>
@@ -31,9 +33,8 @@ private:
     void place();
     void removeSheet();
 
-    QWidget* m_beneath;
+    OutOfReach m_beneath;
     QPointer<Sheet> m_sheet;
-    QPointer<QWidget> m_focusBefore;
     QVariantAnimation m_fade;
 };
 

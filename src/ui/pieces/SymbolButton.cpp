@@ -1,6 +1,7 @@
 #include "ui/pieces/SymbolButton.h"
 
 #include "ui/QuorvaneStyle.h"
+#include "ui/pieces/ReturnKey.h"
 #include "ui/symbols/Symbols.h"
 
 #include <QFontMetrics>
@@ -28,11 +29,17 @@ QSize SymbolButton::sizeHint() const {
             std::max(metrics.height() + Theme::kGap8, Theme::kButtonHeight)};
 }
 
+void SymbolButton::keyPressEvent(QKeyEvent* event) {
+    if (!isPressedByReturn(*this, *event)) {
+        QPushButton::keyPressEvent(event);
+    }
+}
+
 void SymbolButton::paintEvent(QPaintEvent*) {
     const Theme& theme = themeOf(this);
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    const QRectF ground = QRectF(rect()).adjusted(2, 2, -2, -2);
+    const QRectF ground = QRectF(rect()).adjusted(3, 3, -3, -3);
     if (isDown() || (underMouse() && isEnabled())) {
         painter.setPen(Qt::NoPen);
         painter.setBrush(isDown() ? theme.pressed : theme.hover);

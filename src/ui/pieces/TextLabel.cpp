@@ -1,5 +1,7 @@
 #include "ui/pieces/TextLabel.h"
 
+#include "ui/pieces/LongWords.h"
+
 #include <QEvent>
 
 namespace quorvane {
@@ -16,6 +18,13 @@ TextLabel::TextLabel(TextStyle style, QWidget* parent, TextTone tone)
 void TextLabel::setTone(TextTone tone) {
     m_tone = tone;
     takeTheme();
+}
+
+/// A reader and those who look for it get it as it is.
+void TextLabel::setText(const QString& text) {
+    const QString broken = withBreaksInLongWords(text);
+    setAccessibleName(broken == text ? QString() : text);
+    QLabel::setText(broken);
 }
 
 void TextLabel::changeEvent(QEvent* event) {

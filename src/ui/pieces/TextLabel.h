@@ -17,6 +17,7 @@ public:
     explicit TextLabel(TextStyle style, QWidget* parent = nullptr, TextTone tone = TextTone::Normal);
 
     void setTone(TextTone tone);
+    void setText(const QString& text);
 
 protected:
     void changeEvent(QEvent* event) override;

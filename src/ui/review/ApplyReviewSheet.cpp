@@ -130,9 +130,10 @@ void ApplyReviewSheet::showLoading() {
     whenFinished(m_clock.sleepFor(kLoadingDelay), this, [this](const QFuture<void>&) {
         if (!m_review->preview() && !m_review->result()) {
             Column column;
-            column.add(line(TextStyle::Body, TextTone::Secondary, kPreparingReview));
+            TextLabel* const text = line(TextStyle::Body, TextTone::Secondary, kPreparingReview);
+            column.add(text);
             setContents(column.finished());
-            announce(this, kPreparingReview);
+            announce(text, kPreparingReview);
         }
     });
 }
@@ -150,12 +151,15 @@ void ApplyReviewSheet::showPreview() {
     setContents(column.finished());
 }
 
+/// What was to be reviewed is no news any more.
 void ApplyReviewSheet::showResult(const ResultPanel& result) {
+    setTitle(m_review->review().title, {});
     Column column;
-    column.add(new ResultHeading(result));
+    auto* const heading = new ResultHeading(result);
+    column.add(heading);
     column.add(new VerificationView(result.verification));
     setContents(column.finished());
-    announce(this, result.title + u". "_s + result.text);
+    announce(heading, result.title + u". "_s + result.text);
 }
 
 } // namespace quorvane

@@ -78,6 +78,13 @@ void MasterSystemBaselinePrompt::makeButtons() {
     connect(m_create, &QPushButton::clicked, m_offer.get(), &MasterBaselineOffer::create);
 }
 
+void MasterSystemBaselinePrompt::showEvent(QShowEvent* event) {
+    Sheet::showEvent(event);
+    if (focusWidget() == nullptr) {
+        m_create->setFocus(Qt::OtherFocusReason);
+    }
+}
+
 void MasterSystemBaselinePrompt::update() {
     const bool isSaving = m_offer->state() == MasterBaselineOffer::State::Saving;
     const bool hasFailed = m_offer->state() == MasterBaselineOffer::State::Failed;

@@ -19,6 +19,9 @@ class MasterSystemBaselinePrompt : public Sheet {
 public:
     explicit MasterSystemBaselinePrompt(std::shared_ptr<MasterBaselineOffer> offer, QWidget* parent = nullptr);
 
+protected:
+    void showEvent(QShowEvent* event) override;
+
 private:
     QWidget* makePoints();
     void makeButtons();

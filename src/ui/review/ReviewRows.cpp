@@ -15,6 +15,7 @@ namespace {
 
 constexpr int kRowSymbol = 16;
 constexpr int kPanelSymbol = 32;
+constexpr int kLineTextLeft = 2 * Theme::kGap12 + kRowSymbol;
 
 TextLabel* textLabel(TextStyle style, TextTone tone, const QString& text) {
     auto* const label = new TextLabel(style, nullptr, tone);
@@ -23,7 +24,9 @@ TextLabel* textLabel(TextStyle style, TextTone tone, const QString& text) {
 }
 
 /// A line of a card: a symbol, a text, and beneath it a detail.
-QWidget* lineOf(const QString& symbol, TextTone tone, const QString& text, const QString& detail) {
+/// @param said  what the symbol means, for those who don't see it; empty where a heading says it
+QWidget* lineOf(const QString& symbol, TextTone tone, const QString& text, const QString& detail,
+                const QString& said = {}) {
     auto* const row = new QWidget;
     auto* const layout = new QHBoxLayout(row);
     layout->setContentsMargins(Theme::kGap12, Theme::kGap8, Theme::kGap12, Theme::kGap8);
@@ -31,7 +34,9 @@ QWidget* lineOf(const QString& symbol, TextTone tone, const QString& text, const
     layout->addWidget(new SymbolView(symbol, kRowSymbol, nullptr, tone));
     auto* const texts = new QVBoxLayout;
     texts->setSpacing(2);
-    texts->addWidget(textLabel(TextStyle::Body, TextTone::Normal, nameOnOneLine(text)));
+    TextLabel* const name = textLabel(TextStyle::Body, TextTone::Normal, nameOnOneLine(text));
+    name->setAccessibleDescription(said);
+    texts->addWidget(name);
     if (!detail.isEmpty()) {
         texts->addWidget(textLabel(TextStyle::Secondary, TextTone::Secondary, onOneLine(detail)));
     }
@@ -60,6 +65,7 @@ ReviewSectionView::ReviewSectionView(const ReviewSection& section, QWidget* pare
         return;
     }
     auto* const card = new AppCard;
+    card->setTextLeft(kLineTextLeft);
     for (const ReviewSection::Row& row : section.rows) {
         card->addRow(lineOf(section.symbol, TextTone::Secondary, row.text, row.detail));
     }
@@ -92,11 +98,14 @@ VerificationView::VerificationView(const ApplyVerificationResult& verification, 
         return;
     }
     auto* const card = new AppCard;
+    card->setTextLeft(kLineTextLeft);
     for (const ApplyVerificationResult::Item& item : verification.failed) {
-        card->addRow(lineOf(u"xmark.circle.fill"_s, TextTone::Danger, item.name, item.detail.value_or(QString())));
+        card->addRow(lineOf(u"xmark.circle.fill"_s, TextTone::Danger, item.name, item.detail.value_or(QString()),
+                            u"Failed"_s));
     }
     for (const ApplyVerificationResult::Item& item : verification.verified) {
-        card->addRow(lineOf(u"checkmark.circle.fill"_s, TextTone::Success, item.name, item.detail.value_or(QString())));
+        card->addRow(lineOf(u"checkmark.circle.fill"_s, TextTone::Success, item.name, item.detail.value_or(QString()),
+                            u"Verified"_s));
     }
     layout->addWidget(card);
 }

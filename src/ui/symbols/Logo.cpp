@@ -23,6 +23,12 @@ namespace {
 
 const QString kLetters = u"QV"_s;
 
+// Of the status area nobody tells the ground: dark letters on a light one of their own can be read on any.
+constexpr QColor kStatusGround(0xf5, 0xf5, 0xf7);
+constexpr QColor kStatusLetters(0x1d, 0x1d, 0x1f);
+constexpr qreal kStatusRadius = 0.2;        // of the side
+constexpr qreal kStatusLettersWidth = 0.82; // of the side
+
 QRectF squareIn(const QRectF& rect) {
     const qreal side = std::min(rect.width(), rect.height());
     QRectF square(0, 0, side, side);
@@ -49,11 +55,16 @@ QFont statusFont(qreal width) {
     return font;
 }
 
-void paintLetters(QPainter& painter, const QRectF& rect, const QColor& color) {
+void paintStatusIcon(QPainter& painter, const QRectF& rect) {
     const QRectF square = squareIn(rect);
+    const qreal radius = square.width() * kStatusRadius;
     painter.save();
-    painter.setFont(statusFont(square.width()));
-    painter.setPen(color);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(kStatusGround);
+    painter.drawRoundedRect(square, radius, radius);
+    painter.setFont(statusFont(square.width() * kStatusLettersWidth));
+    painter.setPen(kStatusLetters);
     painter.drawText(square, Qt::AlignCenter | Qt::TextDontClip, kLetters);
     painter.restore();
 }
@@ -73,9 +84,8 @@ QIcon logoIcon() {
     return paintedIcon(paintLogo, squares({16, 32, 48, 64, 128, 256}));
 }
 
-QIcon statusIcon(const QColor& color) {
-    return paintedIcon([color](QPainter& painter, const QRectF& rect) { paintLetters(painter, rect, color); },
-                       squares({16, 22, 24, 32, 44, 48, 64}));
+QIcon statusIcon() {
+    return paintedIcon(paintStatusIcon, squares({16, 22, 24, 32, 44, 48, 64}));
 }
 
 } // namespace quorvane

@@ -2,7 +2,6 @@
 
 #include <QIcon>
 
-class QColor;
 class QPainter;
 class QRectF;
 
@@ -14,7 +13,8 @@ void paintLogo(QPainter& painter, const QRectF& rect);
 /// The logo as the application's icon, 16 to 256 pixels.
 QIcon logoIcon();
 
-/// The letters "QV" in the application's font, for the status area, 16 to 64 pixels.
-QIcon statusIcon(const QColor& color);
+/// The letters "QV" in the application's font, for the status area, 16 to 64 pixels. They bring their own ground along, so that
+/// they can be read on a light and on a dark one.
+QIcon statusIcon();
 
 } // namespace quorvane

@@ -18,6 +18,7 @@
 #include <QApplication>
 #include <QSplitter>
 
+#include <algorithm>
 #include <chrono>
 
 namespace quorvane {
@@ -41,11 +42,13 @@ ContentView::ContentView(const ViewEnvironment& environment, QWidget* parent)
     , m_sidebar(new SidebarView)
     , m_sheets(new SheetLayer(m_split, m_underLock))
     , m_lockScreen(new LockScreenView(environment.lock, environment.workspace, environment.session.tasks, this)) {
-    m_sidebar->setMinimumWidth(kSidebarMinimum);
-    m_sidebar->setMaximumWidth(kSidebarMaximum);
+    const int ofTexts = m_sidebar->widthOfTexts();
+    m_sidebar->setMinimumWidth(std::max(kSidebarMinimum, ofTexts));
+    m_sidebar->setMaximumWidth(std::max(kSidebarMaximum, ofTexts));
     m_split->setChildrenCollapsible(false);
     m_split->addWidget(m_sidebar);
     m_split->addWidget(makeDetail());
+    m_sidebar->lower(); // comes first for screen readers, too
     m_split->setStretchFactor(1, 1);
     m_split->setSizes({kSidebarIdeal, Theme::kColumn});
     m_sidebar->setSelectedTab(m_selectedTab);
@@ -53,6 +56,7 @@ ContentView::ContentView(const ViewEnvironment& environment, QWidget* parent)
     connect(&environment.lock, &LockManager::isUnlockedChanged, this, &ContentView::followLock);
     connect(&environment.reviews, &ApplyReviewCoordinator::requestChanged, this, &ContentView::followSheets);
     connect(&environment.listener, &WindowListener::offerChanged, this, &ContentView::followSheets);
+    connect(qApp, &QApplication::focusChanged, this, &ContentView::keepFocusOnLock);
     followLock();
     followSheets();
 }
@@ -61,7 +65,8 @@ ContentView::ContentView(const ViewEnvironment& environment, QWidget* parent)
 QWidget* ContentView::makeDetail() {
     auto* const detail = new Layers;
     m_pages = new MainContentArea(m_environment, detail);
-    m_waiting = new WaitingDialogOverlay(m_environment.session.system, m_environment.clock, kPresentationDelay, detail);
+    m_waiting = new WaitingDialogOverlay(m_environment.session.system, m_environment.clock, kPresentationDelay, m_pages,
+                                         detail);
     return detail;
 }
 
@@ -123,12 +128,29 @@ void ContentView::cover() {
 }
 
 void ContentView::uncover() {
+    m_lockScreen->disappear(); // and leaves the focus to what is shown again
     m_underLock->show();
     m_lockScreen->raise();
-    m_lockScreen->disappear();
     if (m_focusBeforeLock != nullptr && m_focusBeforeLock->isEnabled()) {
         m_focusBeforeLock->setFocus(Qt::OtherFocusReason);
     }
+}
+
+/// What opens or goes on beneath asks for the focus. It gets it when the lock goes; until then keys are for the lock.
+void ContentView::keepFocusOnLock() {
+    QWidget* const focused = window()->focusWidget();
+    if (m_isCovered && focused != nullptr && m_underLock->isAncestorOf(focused)) {
+        m_focusBeforeLock = focused;
+        m_lockScreen->takeFocus();
+    }
+}
+
+/// A window that isn't the active one tells of no change of its focus.
+bool ContentView::event(QEvent* event) {
+    if (event->type() == QEvent::WindowActivate) {
+        keepFocusOnLock();
+    }
+    return Layers::event(event);
 }
 
 /// Menus of the window would stay above it.

@@ -32,12 +32,16 @@ public:
 Q_SIGNALS:
     void selectedTabChanged();
 
+protected:
+    bool event(QEvent* event) override;
+
 private:
     QWidget* makeDetail();
     void followSheets();
     void followLock();
     void cover();
     void uncover();
+    void keepFocusOnLock();
     static void closePopups();
 
     const ViewEnvironment& m_environment;

@@ -27,18 +27,18 @@ MainMenu::MainMenu(const ViewEnvironment& environment, QMenuBar& bar, QWidget* w
 
 /// A text field takes the key first, as it does each of its own.
 void MainMenu::addEditMenu(QMenuBar& bar) {
-    QMenu* const menu = bar.addMenu(u"Edit"_s);
+    QMenu* const menu = bar.addMenu(u"&Edit"_s);
     m_undo = menu->addAction(u"Undo Performance Tweaks"_s);
     m_undo->setShortcut(QKeySequence::Undo);
     connect(m_undo, &QAction::triggered, this, &MainMenu::undo);
 }
 
 void MainMenu::addWindowMenu(QMenuBar& bar, QWidget* window) {
-    QMenu* const menu = bar.addMenu(u"Window"_s);
+    QMenu* const menu = bar.addMenu(u"&Window"_s);
     QAction* const minimize = menu->addAction(u"Minimize"_s, window, &QWidget::showMinimized);
     minimize->setShortcut(u"Ctrl+M"_s);
     QAction* const close = menu->addAction(u"Close"_s, window, &QWidget::close);
-    close->setShortcut(QKeySequence::Close);
+    close->setShortcut(u"Ctrl+W"_s);
     menu->addSeparator();
     QAction* const quit = menu->addAction(u"Quit Quorvane"_s, this, &MainMenu::quitRequested);
     quit->setShortcut(u"Ctrl+Q"_s);
@@ -46,7 +46,7 @@ void MainMenu::addWindowMenu(QMenuBar& bar, QWidget* window) {
 }
 
 void MainMenu::addHelpMenu(QMenuBar& bar) {
-    QMenu* const menu = bar.addMenu(u"Help"_s);
+    QMenu* const menu = bar.addMenu(u"&Help"_s);
     m_about = menu->addAction(u"About Quorvane"_s, this, &MainMenu::showAbout);
     m_about->setMenuRole(QAction::AboutRole);
 }

@@ -51,7 +51,8 @@ MainWindow::~MainWindow() {
 }
 
 void MainWindow::refreshWindowTitle() {
-    setWindowTitle(quorvane::windowTitle(m_environment.session.activeProfile.current()));
+    QString title = quorvane::windowTitle(m_environment.session.activeProfile.current());
+    setWindowTitle(title.replace(u"[*]"_s, u"[*][*]"_s)); // Qt takes a single one for a mark of its own
 }
 
 void MainWindow::restorePlace() {

@@ -11,10 +11,13 @@ MainWindowOpener::MainWindowOpener(const ViewEnvironment& environment, QObject* 
     , m_environment(environment) {}
 
 MainWindowOpener::~MainWindowOpener() {
-    delete m_window;
+    shutDown();
 }
 
 void MainWindowOpener::ensureMainWindowVisible() {
+    if (m_isShutDown) {
+        return;
+    }
     if (m_window == nullptr) {
         openWindow();
     } else if (m_window->isMinimized()) {
@@ -40,6 +43,7 @@ MainWindow* MainWindowOpener::mainWindow() const {
 }
 
 void MainWindowOpener::shutDown() {
+    m_isShutDown = true;
     MainWindow* const window = m_window;
     m_window.clear(); // nobody is to meet one that is half gone
     if (window != nullptr) {

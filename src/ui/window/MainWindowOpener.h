@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/Workspace.h"
+
 #include <QObject>
 #include <QPointer>
 
@@ -20,7 +22,7 @@ public:
     void ensureMainWindowVisible();
     /// Null while it is closed.
     MainWindow* mainWindow() const;
-    /// Takes the window away, whatever it shows: the program ends.
+    /// Takes the window away, whatever it shows, and opens none from then on: the program ends.
     void shutDown();
 
 Q_SIGNALS:
@@ -33,6 +35,23 @@ private:
 
     const ViewEnvironment& m_environment;
     QPointer<MainWindow> m_window;
+    bool m_isShutDown = false;
+};
+
+/// The program among the others, for who sends the user to the main window: it is opened where it is closed.
+class MainWindowInFront final : public Workspace {
+public:
+    MainWindowInFront(Workspace& workspace, MainWindowOpener& opener)
+        : m_workspace(workspace)
+        , m_opener(opener) {}
+
+    bool isActive() const override { return m_workspace.isActive(); }
+    void activateIgnoringOtherApps() override { m_workspace.activateIgnoringOtherApps(); }
+    void makeWindowsKeyAndOrderFront() override { m_opener.ensureMainWindowVisible(); }
+
+private:
+    Workspace& m_workspace;
+    MainWindowOpener& m_opener;
 };
 
 } // namespace quorvane

@@ -18,7 +18,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int kRowHeight = 30;
+constexpr int kRowHeight = 32;
 constexpr int kHeaderHeight = 26;
 constexpr int kSymbol = 16;
 constexpr int kFootLogo = 24;
@@ -64,7 +64,8 @@ private:
     static void paintTab(QPainter& painter, const QStyleOptionViewItem& option, const QModelIndex& index) {
         const Theme& theme = themeOf(option.widget);
         const bool isSelected = option.state.testFlag(QStyle::State_Selected);
-        const QRectF ground = QRectF(option.rect).adjusted(1, 1, -1, -1);
+        const QRectF ground =
+            QRectF(option.rect).adjusted(Theme::kRingRoom, Theme::kRingRoom, -Theme::kRingRoom, -Theme::kRingRoom);
         painter.setPen(Qt::NoPen);
         if (isSelected) {
             painter.setBrush(theme.selection);
@@ -81,7 +82,7 @@ private:
         const bool showsFocus = option.state.testFlag(QStyle::State_HasFocus) &&
                                 option.widget->window()->testAttribute(Qt::WA_KeyboardFocusChange);
         if (showsFocus) {
-            drawFocusRing(painter, theme, ground.adjusted(1, 1, -1, -1), Theme::kFieldRadius);
+            drawFocusRing(painter, theme, ground, Theme::kFieldRadius);
         }
     }
 };
@@ -131,6 +132,16 @@ void SidebarView::addGroups() {
         item->setData(kTabRole, QVariant::fromValue(tab.tab));
         item->setData(kSymbolRole, tab.symbol);
     }
+}
+
+int SidebarView::widthOfTexts() const {
+    const QFontMetrics metrics(themeOf(this).font(TextStyle::RowTitle));
+    int widest = 0;
+    for (const TabText& tab : tabTexts()) {
+        widest = std::max(widest, metrics.horizontalAdvance(tab.text));
+    }
+    const QMargins outside = layout()->contentsMargins();
+    return outside.left() + 2 * Theme::kGap8 + kSymbol + widest + Theme::kGap12 + outside.right();
 }
 
 void SidebarView::setSelectedTab(Tab tab) {

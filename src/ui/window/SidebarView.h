@@ -15,6 +15,8 @@ class SidebarView : public QWidget {
 public:
     explicit SidebarView(QWidget* parent = nullptr);
 
+    /// In which every tab's text has room, however large texts are.
+    int widthOfTexts() const;
     void setSelectedTab(Tab tab);
 
 Q_SIGNALS:

@@ -20,7 +20,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int kCardWidth = 320;
-constexpr int kRing = 36;
+constexpr int kWaitingRing = 36;
 
 /// The ground of the message.
 class WaitingCard : public QWidget {
@@ -47,13 +47,15 @@ TextLabel* centredLabel(TextStyle style, TextTone tone) {
 } // namespace
 
 WaitingDialogOverlay::WaitingDialogOverlay(const SystemManager& system, Clock& clock,
-                                           std::chrono::milliseconds presentationDelay, QWidget* parent)
+                                           std::chrono::milliseconds presentationDelay, QWidget* beneath,
+                                           QWidget* parent)
     : QWidget(parent)
     , m_system(system)
     , m_clock(clock)
+    , m_beneath(beneath, this)
     , m_presentationDelay(presentationDelay)
     , m_card(new WaitingCard)
-    , m_ring(new ProgressRing(kRing))
+    , m_ring(new ProgressRing(kWaitingRing))
     , m_message(centredLabel(TextStyle::SectionTitle, TextTone::Normal))
     , m_hint(centredLabel(TextStyle::Secondary, TextTone::Secondary))
     , m_line(centredLabel(TextStyle::Secondary, TextTone::Secondary)) {
@@ -111,6 +113,7 @@ void WaitingDialogOverlay::beginWaiting() {
 
 void WaitingDialogOverlay::reveal() {
     takeText();
+    m_beneath.begin();
     show();
     raise();
     announce(this, m_message->text());
@@ -121,6 +124,7 @@ void WaitingDialogOverlay::conceal() {
     m_isWaiting = false;
     m_showsLine = false;
     hide();
+    m_beneath.end();
 }
 
 void WaitingDialogOverlay::takeText() {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ui/pieces/OutOfReach.h"
+
 #include <QWidget>
 
 #include <chrono>
@@ -16,8 +18,9 @@ class WaitingDialogOverlay : public QWidget {
     Q_OBJECT
 
 public:
+    /// @param beneath  what it covers, which is out of reach meanwhile
     WaitingDialogOverlay(const SystemManager& system, Clock& clock, std::chrono::milliseconds presentationDelay,
-                         QWidget* parent);
+                         QWidget* beneath, QWidget* parent);
 
     /// Where what goes on says itself what it is.
     void setSuppressed(bool isSuppressed);
@@ -37,6 +40,7 @@ private:
 
     const SystemManager& m_system;
     Clock& m_clock;
+    OutOfReach m_beneath;
     std::chrono::milliseconds m_presentationDelay;
     bool m_isSuppressed = false;
     int m_round = 0; ///< of what it is active for: an earlier one's waits are over

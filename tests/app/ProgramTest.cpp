@@ -1,0 +1,138 @@
+// The whole program, as its user starts and ends it, on a display of the test's own.
+
+#include "app/ChildProgram.h"
+#include "app/DisplayCheck.h"
+#include "fakes/XDisplay.h"
+#include "platform/simulated/SimulatedFileManager.h"
+#include "platform/simulated/SimulatedMachine.h"
+#include "profiles/ProfileManager.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+
+#include <gtest/gtest.h>
+
+namespace quorvane {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int kUnusableStatus = 2;
+
+class ProgramTest : public ::testing::Test {
+protected:
+    std::unique_ptr<ChildProgram> start() { return start(display.environment()); }
+    std::unique_ptr<ChildProgram> start(QProcessEnvironment environment) const {
+        environment.insert(u"XDG_DATA_HOME"_s, folder.filePath(u"data"_s));
+        environment.insert(u"XDG_CONFIG_HOME"_s, folder.filePath(u"config"_s));
+        environment.insert(u"XDG_RUNTIME_DIR"_s, folder.path());
+        environment.insert(u"TMPDIR"_s, folder.path());
+        return std::make_unique<ChildProgram>(QStringLiteral(QUORVANE_PROGRAM), QStringList(), environment);
+    }
+    std::unique_ptr<ChildProgram> startWithWindow() {
+        auto program = start();
+        waitForWindow();
+        return program;
+    }
+    QString window() const { return display.act({u"search"_s, u"--onlyvisible"_s, u"--name"_s, u"^Quorvane$"_s}); }
+    void waitForWindow() const {
+        processEventsUntil([this] { return !window().isEmpty(); });
+    }
+    bool isActive(const QString& id) const { return display.act({u"getactivewindow"_s}) == id; }
+    QString dataFolder() const { return folder.filePath(u"data/Quorvane"_s); }
+    QStringList savedProfileNames() const {
+        const macsim::Mac mac(dataFolder() + u"/Mac"_s);
+        SimulatedFileManager files(mac.volume(macsim::Actor::User));
+        QStringList names;
+        const ProfileListing listing = ProfileManager(files, profilesDirectory(SimulatedMachine(mac))).listing();
+        for (const UnifiedProfile& profile : listing.profiles) {
+            names.append(profile.name);
+        }
+        return names;
+    }
+
+    QTemporaryDir folder;
+    XDisplay display;
+};
+
+} // namespace
+
+TEST_F(ProgramTest, theFirstStartMakesTheMacAndASignalEndsItQuietly) {
+    const auto program = startWithWindow();
+    EXPECT_EQ(savedProfileNames().size(), 5);
+    QElapsedTimer time;
+    time.start();
+    program->signal(SIGTERM); // in the midst of what a start looks at
+    EXPECT_EQ(program->status(), 0);
+    EXPECT_LT(time.elapsed(), 20000);
+    EXPECT_EQ(program->errors(), QByteArray());
+}
+
+TEST_F(ProgramTest, aSecondStartRestoresTheFirstOnesWindow) {
+    const auto first = startWithWindow();
+    const QString id = window();
+    display.act({u"windowminimize"_s, u"--sync"_s, id});
+    processEventsUntil([this] { return window().isEmpty(); });
+
+    const auto second = start();
+    EXPECT_EQ(second->status(), 0);
+    EXPECT_EQ(second->errors(), QByteArray());
+    processEventsUntil([this, &id] { return window() == id && isActive(id); });
+    EXPECT_TRUE(first->isRunning());
+}
+
+TEST_F(ProgramTest, aSecondStartOpensAWindowThatWasClosed) {
+    display.openStatusArea();
+    const auto first = startWithWindow();
+    display.act({u"windowactivate"_s, u"--sync"_s, window()});
+    display.act({u"key"_s, u"ctrl+w"_s});
+    processEventsUntil([this] { return window().isEmpty(); });
+
+    const auto second = start();
+    EXPECT_EQ(second->status(), 0);
+    waitForWindow();
+    EXPECT_TRUE(first->isRunning());
+}
+
+TEST_F(ProgramTest, closingTheWindowWithoutAStatusAreaEndsIt) {
+    const auto program = startWithWindow();
+    display.act({u"windowactivate"_s, u"--sync"_s, window()});
+    display.act({u"key"_s, u"ctrl+w"_s});
+    EXPECT_EQ(program->status(), 0);
+    EXPECT_EQ(program->errors(), QByteArray());
+}
+
+TEST_F(ProgramTest, afterAKillTheNextStartWorks) {
+    const auto killed = startWithWindow();
+    killed->signal(SIGKILL);
+    killed->waitForEnd();
+    processEventsUntil([this] { return window().isEmpty(); });
+    const auto next = startWithWindow();
+    EXPECT_TRUE(next->isRunning());
+    EXPECT_EQ(savedProfileNames().size(), 5);
+}
+
+TEST_F(ProgramTest, withoutADisplayItSaysHowToGetOne) {
+    QProcessEnvironment environment = display.environment();
+    for (const QString& name : {u"DISPLAY"_s, u"QT_QPA_PLATFORM"_s, u"XDG_SESSION_TYPE"_s}) {
+        environment.remove(name);
+    }
+    const auto program = start(environment);
+    EXPECT_EQ(program->status(), kUnusableStatus);
+    EXPECT_EQ(QString::fromUtf8(program->errors()), noDisplayText({}));
+    EXPECT_FALSE(QFileInfo::exists(dataFolder())) << "nothing is made for nobody";
+}
+
+TEST_F(ProgramTest, aMacThatCannotBeUsedIsNamedAndLeftAsItIs) {
+    const QString mac = dataFolder() + u"/Mac"_s;
+    ASSERT_TRUE(QDir().mkpath(mac + u"/Users"_s));
+    const auto program = start();
+    EXPECT_EQ(program->status(), kUnusableStatus);
+    EXPECT_EQ(QString::fromUtf8(program->errors()),
+              u"quorvane: The simulated Mac “%1” can’t be used: there is no machine.json in it. It is left as it is. "
+              "Move it away or remove it, and start again: a new one is made then.\n"_s.arg(mac));
+    EXPECT_EQ(QDir(mac).entryList(QDir::NoDotAndDotDot | QDir::AllEntries), QStringList(u"Users"_s));
+}
+
+} // namespace quorvane

@@ -1,0 +1,65 @@
+#pragma once
+
+#include "fakes/WindowOnMac.h"
+#include "platform/ColorScheme.h"
+
+#include <iosfwd>
+
+class QImage;
+
+namespace quorvane {
+
+class WindowPicture;
+
+/// What the window is seen in.
+struct PicturedState {
+    QString name;                          ///< of the pictures' files
+    void (*bring)(WindowPicture& picture); ///< as a user does, from before the launch
+    QString mac = u"fresh-macbook"_s;
+};
+void PrintTo(const PicturedState& state, std::ostream* out);
+
+/// Brings the window into a state on a real display, and saves a picture of all that is seen of the program, in light and in
+/// dark, into the folder that the environment names. Nothing moves: it would be different in each picture.
+class WindowPicture : public WindowOnMac, public ::testing::WithParamInterface<PicturedState> {
+public:
+    static QList<PicturedState> states();
+
+protected:
+    WindowPicture();
+
+    // ---- What several states begin with
+
+    void launchWithProfiles();
+    void saveManyProfiles(int count);
+    /// @param liveSet  what of it the Mac has: App Nap, AirDrop and Siri
+    void launchInForce(const UnifiedProfile& liveSet);
+    void launchLocked();
+    static void askForFinger();
+    void openReview(const QString& profile);
+    /// From the review on to its outcome.
+    void applyReview();
+    void startSnapshotThatHangs();
+    static void showLogs();
+    static void openTweaks();
+    /// In the menu bar.
+    static void chooseCommand(const QString& title);
+    /// As the status item shows it, in the window's corner.
+    void popUpMenu();
+
+    void save(ColorScheme scheme);
+
+private:
+    static QList<PicturedState> performanceStates();
+    static QList<PicturedState> pageStates();
+    static QList<PicturedState> reviewStates();
+    static QList<PicturedState> baselineStates();
+    static QList<PicturedState> lockStates();
+    static QList<PicturedState> alertStates();
+    static QList<PicturedState> dialogStates();
+
+    void setPreference(const QString& domain, const QString& key, const macsim::PropertyList& value);
+    void setScheme(ColorScheme scheme);
+};
+
+} // namespace quorvane

@@ -1,0 +1,489 @@
+#include "pictures/WindowPicture.h"
+
+#include "actions/ActionTexts.h"
+#include "actions/PageTexts.h"
+#include "actions/WindowTexts.h"
+#include "core/OneLine.h"
+#include "core/UserDefaultKeys.h"
+#include "fakes/HostileNames.h"
+#include "lock/LockTexts.h"
+#include "platform/FileManager.h"
+#include "platform/Machine.h"
+#include "platform/UserDefaults.h"
+
+#include <QTest>
+
+namespace quorvane {
+
+namespace {
+
+const QString kLiveSet = u"Live Set"_s;
+
+UnifiedProfile profileNamed(const QString& name) {
+    UnifiedProfile profile;
+    profile.id = QUuid::createUuid();
+    profile.name = name;
+    profile.dateCreated = QDateTime(QDate(2026, 9, 12), QTime(18, 30), Qt::UTC);
+    return profile;
+}
+
+/// What lines of the shell put in force.
+UnifiedProfile smallLiveSet() {
+    UnifiedProfile profile = profileNamed(kLiveSet);
+    profile.settings.appNap = true;
+    profile.settings.airdrop = true;
+    profile.settings.siri = true;
+    return profile;
+}
+
+const QString kAirDropOffByHand = u"defaults write com.apple.NetworkBrowser DisableAirDrop -bool true"_s;
+const QString kSmallLiveSetByHand = u"defaults write -g NSAppSleepDisabled -bool true; "
+                                    "defaults write com.apple.NetworkBrowser DisableAirDrop -bool true; "
+                                    "defaults write com.apple.assistant.support 'Assistant Enabled' -bool false"_s;
+
+const QByteArray kEveryListHangs =
+    R"([{"tool": "launchctl", "hang": true}, {"tool": "osascript", "hang": true}, {"tool": "sfltool", "hang": true}])";
+constexpr int kLongFileName = 240;
+const QByteArray kEveryReadingHangs = R"([{"tool": "pmset", "hang": true}, {"tool": "defaults", "hang": true}])";
+
+} // namespace
+
+// ---- What several states begin with
+
+void WindowPicture::launchWithProfiles() {
+    keepBaseline();
+    for (const QString& example : {u"live-set"_s, u"rehearsal"_s, u"studio-day"_s}) {
+        saveProfile(example);
+    }
+    launchAndScan();
+}
+
+/// Each by itself would be compared with all those before it.
+void WindowPicture::saveManyProfiles(int count) {
+    const QString place = profilesDirectory(host->host().machine);
+    const macsim::Volume volume = host->mac().volume(macsim::Actor::User);
+    volume.createFolders(place);
+    for (int number = 1; number <= count; ++number) {
+        const QString name = u"Gig %1"_s.arg(number, 4, 10, QChar(u'0'));
+        volume.write(place + u'/' + name + u".json"_s, encodeProfile(profileNamed(name)));
+    }
+}
+
+void WindowPicture::launchInForce(const UnifiedProfile& liveSet) {
+    keepBaseline();
+    saveProfile(liveSet);
+    saveProfile(u"rehearsal"_s);
+    shell(kSmallLiveSetByHand);
+    launchAndScan();
+    processEventsUntil([] { return isSeen(u"Profile: Live Set"_s); });
+}
+
+void WindowPicture::launchLocked() {
+    keepBaseline();
+    saveProfile(u"live-set"_s);
+    enableLock();
+    launch();
+    waitUntilSeen(kLockedTitle);
+}
+
+/// The program does so by itself when it becomes active, which it is already where another picture was taken before.
+void WindowPicture::askForFinger() {
+    if (isUsable(unlockWithBiometryText(BiometryType::TouchId))) {
+        click(unlockWithBiometryText(BiometryType::TouchId));
+    }
+    waitUntilSeen(u"Another Finger"_s);
+}
+
+void WindowPicture::openReview(const QString& profile) {
+    clickProfile(profile);
+    waitUntilSeen(u"Review Profile: "_s + profile);
+    processEventsUntil([] { return isUsable(u"Apply Profile"_s); });
+}
+
+void WindowPicture::applyReview() {
+    press(Qt::Key_Return);
+    authorize();
+    answerAlert(u"Restart Required"_s);
+}
+
+void WindowPicture::startSnapshotThatHangs() {
+    launchWithProfiles();
+    makeFail(kEveryReadingHangs);
+    click(createSnapshotRow().title);
+    waitUntilSeen(u"Saving system snapshot…"_s);
+}
+
+void WindowPicture::showLogs() {
+    auto* const tabs = qobject_cast<QAbstractItemView*>(control(u"Sidebar"_s));
+    const QModelIndex logs = tabs->model()->match(tabs->model()->index(0, 0), Qt::DisplayRole, u"Logs"_s).value(0);
+    QTest::mouseClick(tabs->viewport(), Qt::LeftButton, {}, tabs->visualRect(logs).center());
+}
+
+/// Its row may be further down.
+void WindowPicture::openTweaks() {
+    for (QAbstractButton* const row : mainWindow()->findChildren<QAbstractButton*>()) {
+        if (row->accessibleName() == systemTweaksRow().title) {
+            row->click();
+        }
+    }
+}
+
+void WindowPicture::chooseCommand(const QString& title) {
+    for (QAction* const action : mainWindow()->findChildren<QAction*>()) {
+        if (action->text() == title) {
+            action->trigger();
+        }
+    }
+}
+
+void WindowPicture::popUpMenu() {
+    const QPoint corner = mainWindow()->mapToGlobal(QPoint(mainWindow()->width() - 300, 0));
+    statusItem.menu->popup(corner);
+    processEventsUntil([this] { return statusItem.menu->isVisible(); });
+}
+
+// ---- The states
+
+QList<PicturedState> WindowPicture::states() {
+    return performanceStates() + pageStates() + reviewStates() + baselineStates() + lockStates() + alertStates() +
+           dialogStates();
+}
+
+QList<PicturedState> WindowPicture::performanceStates() {
+    return {
+        {u"performance-empty"_s,
+         [](WindowPicture& picture) {
+             picture.keepBaseline();
+             picture.launchAndScan();
+         }},
+        {u"performance-default"_s, [](WindowPicture& picture) { picture.launchWithProfiles(); }},
+        {u"performance-no-match"_s,
+         [](WindowPicture& picture) {
+             picture.shell(kAirDropOffByHand);
+             picture.launchWithProfiles();
+         }},
+        {u"performance-1000-profiles"_s,
+         [](WindowPicture& picture) {
+             picture.keepBaseline();
+             picture.saveManyProfiles(1000);
+             picture.launchAndScan();
+         }},
+        {u"performance-scanning"_s,
+         [](WindowPicture& picture) {
+             picture.keepBaseline();
+             picture.saveProfile(u"live-set"_s);
+             picture.makeFail(kEveryReadingHangs);
+             picture.launch();
+             processEventsUntil([&picture] { return picture.session().system.isVerifyingSystem(); });
+         }},
+        {u"performance-match"_s, [](WindowPicture& picture) { picture.launchInForce(smallLiveSet()); }},
+        {u"performance-match-with-warning"_s,
+         [](WindowPicture& picture) {
+             UnifiedProfile profile = smallLiveSet();
+             profile.settings.uiSounds = true;
+             picture.host->host().defaults.setString(kQuorvaneLastAppliedProfileName, profile.name);
+             picture.launchInForce(profile);
+         }},
+        {u"performance-match-kept"_s,
+         [](WindowPicture& picture) {
+             picture.host->host().defaults.setString(kQuorvaneLastAppliedProfileName, kLiveSet);
+             picture.shell(kAirDropOffByHand);
+             picture.launchWithProfiles();
+         }},
+        {u"performance-snapshot"_s,
+         [](WindowPicture& picture) {
+             picture.launchWithProfiles();
+             click(createSnapshotRow().title);
+             answerAlert(u"Snapshot Saved"_s);
+         }},
+        {u"performance-unreadable"_s,
+         [](WindowPicture& picture) {
+             picture.saveProfile(u"festival"_s);
+             const Host ports = picture.host->host();
+             const QString file = profilesDirectory(ports.machine) + u"/Summer Tour 2024.json"_s;
+             ports.files.writeAtomically(file, "{\"id\": 3");
+             picture.launchWithProfiles();
+         }},
+        {u"performance-hostile-names"_s,
+         [](WindowPicture& picture) {
+             for (const QString& name : hostileNames()) {
+                 picture.saveProfile(profileNamed(name.left(kLongFileName)));
+             }
+             picture.launchWithProfiles();
+         }},
+        {u"performance-keyboard-focus"_s,
+         [](WindowPicture& picture) {
+             picture.launchWithProfiles();
+             for (int step = 0; step < 5; ++step) {
+                 press(Qt::Key_Tab);
+             }
+         }},
+        {u"window-large"_s,
+         [](WindowPicture& picture) {
+             picture.launchWithProfiles();
+             mainWindow()->resize(1400, 1000);
+         }},
+    };
+}
+
+QList<PicturedState> WindowPicture::pageStates() {
+    return {
+        {u"tweaks-off"_s,
+         [](WindowPicture& picture) {
+             picture.launchWithProfiles();
+             openTweaks();
+         }},
+        {u"tweaks-on"_s,
+         [](WindowPicture& picture) {
+             picture.launchWithProfiles();
+             openTweaks();
+             click(u"Bypass macOS App Nap Throttling"_s);
+             click(u"Suspend Spotlight Drive Indexing"_s);
+             click(u"Disable Time Machine Auto-Backups"_s);
+         }},
+        {u"tweaks-icon-picker"_s,
+         [](WindowPicture& picture) {
+             picture.launchWithProfiles();
+             openTweaks();
+             click(u"Icon of Bypass macOS App Nap Throttling"_s);
+         }},
+        {u"logs"_s,
+         [](WindowPicture& picture) {
+             picture.keepBaseline();
+             picture.launch();
+             showLogs();
+         }},
+        {u"logs-full"_s,
+         [](WindowPicture& picture) {
+             picture.launchWithProfiles();
+             picture.openReview(kLiveSet);
+             picture.applyReview();
+             press(Qt::Key_Return);
+             picture.waitUntilIdle();
+             showLogs();
+         }},
+        {u"waiting"_s, [](WindowPicture& picture) { picture.startSnapshotThatHangs(); }},
+        {u"waiting-long"_s,
+         [](WindowPicture& picture) {
+             picture.startSnapshotThatHangs();
+             const QString line = picture.session().system.logMessages().last().trimmed();
+             waitUntilSeen(nameOnOneLine(line));
+         }},
+    };
+}
+
+QList<PicturedState> WindowPicture::reviewStates() {
+    return {
+        {u"review-loading"_s,
+         [](WindowPicture& picture) {
+             picture.keepBaseline();
+             picture.saveProfile(u"festival"_s);
+             picture.makeFail(kEveryListHangs);
+             picture.launch();
+             clickProfile(u"Festival"_s);
+             waitUntilSeen(kPreparingReview);
+         },
+         u"dj-laptop"_s},
+        {u"review-profile"_s,
+         [](WindowPicture& picture) {
+             picture.launchWithProfiles();
+             picture.openReview(kLiveSet);
+         }},
+        {u"review-startup"_s,
+         [](WindowPicture& picture) {
+             picture.saveProfile(u"festival"_s);
+             picture.launchWithProfiles();
+             picture.openReview(exampleProfile(u"festival"_s).name);
+         },
+         u"dj-laptop"_s},
+        {u"review-tweaks"_s,
+         [](WindowPicture& picture) {
+             picture.launchWithProfiles();
+             openTweaks();
+             click(u"Bypass macOS App Nap Throttling"_s);
+             click(u"Suspend Spotlight Drive Indexing"_s);
+             click(kExecuteTweaks);
+             waitUntilSeen(u"Review Performance Tweaks"_s);
+             processEventsUntil([] { return isUsable(u"Apply Changes"_s); });
+         }},
+        {u"review-nothing-to-do"_s,
+         [](WindowPicture& picture) {
+             picture.launchWithProfiles();
+             openTweaks();
+             click(kExecuteTweaks);
+             waitUntilSeen(u"No performance tweaks are selected."_s);
+         }},
+        {u"review-applying"_s,
+         [](WindowPicture& picture) {
+             picture.launchWithProfiles();
+             picture.openReview(kLiveSet);
+             picture.makeFail(kEveryReadingHangs);
+             press(Qt::Key_Return);
+             waitUntilSeen(u"Applying profile…"_s);
+         }},
+        {u"review-verified"_s,
+         [](WindowPicture& picture) {
+             picture.launchWithProfiles();
+             picture.openReview(kLiveSet);
+             picture.applyReview();
+             waitUntilSeen(u"All changes verified"_s);
+         }},
+        {u"review-failures"_s,
+         [](WindowPicture& picture) {
+             picture.launchWithProfiles();
+             picture.openReview(kLiveSet);
+             press(Qt::Key_Return);
+             cancelAuthorization();
+             waitUntilSeen(u"Some changes could not be verified"_s);
+         }},
+    };
+}
+
+QList<PicturedState> WindowPicture::baselineStates() {
+    return {
+        {u"baseline-offered"_s,
+         [](WindowPicture& picture) {
+             picture.launch();
+             waitUntilSeen(kNotNow);
+         }},
+        {u"baseline-saving"_s,
+         [](WindowPicture& picture) {
+             picture.launch();
+             waitUntilSeen(kNotNow);
+             picture.makeFail(kEveryReadingHangs);
+             click(kCreateMasterBaseline);
+             waitUntilSeen(kBaselinePromptSaving);
+         }},
+        {u"baseline-failed"_s,
+         [](WindowPicture& picture) {
+             const Host ports = picture.host->host();
+             ports.files.writeAtomically(ports.machine.homeFolder() + u"/.quorvane"_s, "no folder");
+             picture.launch();
+             waitUntilSeen(kNotNow);
+             click(kCreateMasterBaseline);
+             waitUntilSeen(kBaselinePromptFailed);
+         }},
+    };
+}
+
+QList<PicturedState> WindowPicture::lockStates() {
+    return {
+        {u"lock"_s, [](WindowPicture& picture) { picture.launchLocked(); }},
+        {u"lock-error"_s,
+         [](WindowPicture& picture) {
+             picture.launchLocked();
+             type(u"wrong"_s);
+             press(Qt::Key_Return);
+             waitUntilSeen(kIncorrectPassword);
+         }},
+        {u"lock-finger-asked"_s,
+         [](WindowPicture& picture) {
+             picture.launchLocked();
+             askForFinger();
+         },
+         u"studio-desktop"_s},
+        {u"lock-finger-refused"_s,
+         [](WindowPicture& picture) {
+             picture.launchLocked();
+             askForFinger();
+             click(u"Another Finger"_s);
+             activateWhatIsInFront();
+         },
+         u"studio-desktop"_s},
+    };
+}
+
+QList<PicturedState> WindowPicture::alertStates() {
+    return {
+        {u"alert-question"_s,
+         [](WindowPicture& picture) {
+             picture.launchWithProfiles();
+             press(Qt::Key_Z, Qt::ControlModifier);
+             waitUntilAlert(u"Undo Performance Tweaks?"_s);
+         }},
+        {u"alert-destructive-question"_s,
+         [](WindowPicture& picture) {
+             picture.launchWithProfiles();
+             click(reinstateRow().title);
+             waitUntilAlert(u"Reinstate System"_s);
+         }},
+        {u"alert-warning-question"_s,
+         [](WindowPicture& picture) {
+             picture.launchWithProfiles();
+             clickProfile(u"Default"_s);
+             waitUntilAlert(u"Apply Default Profile?"_s);
+         }},
+        {u"alert-delete"_s,
+         [](WindowPicture& picture) {
+             picture.launchWithProfiles();
+             picture.profileList()->setFocus();
+             press(Qt::Key_Delete);
+             waitUntilAlert(u"Delete Profile?"_s);
+         }},
+        {u"alert-success"_s,
+         [](WindowPicture& picture) {
+             picture.launchWithProfiles();
+             click(createSnapshotRow().title);
+             waitUntilAlert(u"Snapshot Saved"_s);
+         }},
+        {u"alert-warning"_s,
+         [](WindowPicture& picture) {
+             picture.launchWithProfiles();
+             clickProfile(u"Default"_s);
+             answerAlert(u"Apply Default Profile?"_s, u"Apply"_s);
+             cancelAuthorization();
+             waitUntilAlert(u"Cancelled"_s);
+         }},
+        {u"alert-quit"_s,
+         [](WindowPicture& picture) {
+             picture.startSnapshotThatHangs();
+             press(Qt::Key_Q, Qt::ControlModifier);
+             waitUntilAlert(u"Quit Quorvane?"_s);
+         }},
+        {u"alert-locked"_s,
+         [](WindowPicture& picture) {
+             picture.launchLocked();
+             picture.chooseInMenu(kLiveSet);
+             waitUntilAlert(kLockedTitle);
+         }},
+        {u"about"_s,
+         [](WindowPicture& picture) {
+             picture.launchWithProfiles();
+             chooseCommand(u"About Quorvane"_s);
+             waitUntilAlert(u"Quorvane"_s);
+         }},
+    };
+}
+
+QList<PicturedState> WindowPicture::dialogStates() {
+    return {
+        {u"authorization"_s,
+         [](WindowPicture& picture) {
+             picture.launchWithProfiles();
+             picture.openReview(kLiveSet);
+             press(Qt::Key_Return);
+             waitUntilSeen(u"Password"_s);
+         }},
+        {u"authorization-refused"_s,
+         [](WindowPicture& picture) {
+             picture.launchWithProfiles();
+             picture.openReview(kLiveSet);
+             press(Qt::Key_Return);
+             authorize(u"wrong"_s);
+             waitUntilSeen(u"That isn’t the password. Try again."_s);
+         }},
+        {u"menu"_s,
+         [](WindowPicture& picture) {
+             picture.launchInForce(smallLiveSet());
+             picture.popUpMenu();
+         }},
+        {u"menu-empty"_s,
+         [](WindowPicture& picture) {
+             picture.keepBaseline();
+             picture.launchAndScan();
+             picture.popUpMenu();
+         }},
+    };
+}
+
+} // namespace quorvane

@@ -1,0 +1,277 @@
+// What holds of every view in each of its states: a screen reader finds its controls, the Tab key comes round, and there is room
+// for its texts. The same runs with text twice as large.
+
+#include "app/simulated/AuthorizationDialog.h"
+#include "app/simulated/FingerDialog.h"
+#include "fakes/ShownWindow.h"
+#include "fakes/ViewWalk.h"
+
+namespace quorvane {
+
+namespace {
+
+class EveryView : public ShownWindow {
+protected:
+    static void expectUsable(QWidget* shown) {
+        settle();
+        EXPECT_EQ(accessibilityFaults(shown), QStringList());
+        EXPECT_EQ(tabFaults(shown), QStringList());
+        expectRoom(shown);
+    }
+    static void expectRoom(QWidget* shown) {
+        settle();
+        EXPECT_EQ(clippedTexts(shown), QStringList());
+    }
+    void expectUsable() const { expectUsable(mainWindow.get()); }
+    /// What lies beneath a sheet is there, and can't be used.
+    QStringList spokenAboveThePage() const {
+        const QStringList spoken = spokenControls(mainWindow.get());
+        const auto sheet = std::find_if(spoken.begin(), spoken.end(),
+                                        [](const QString& control) { return control.startsWith(u"dialog "_s); });
+        for (auto control = spoken.begin(); control != sheet; ++control) {
+            EXPECT_TRUE(control->startsWith(u"row "_s) || control->contains(u"disabled"_s)) << control->toStdString();
+        }
+        return {sheet, spoken.end()};
+    }
+
+    void showTweaks() {
+        open();
+        click(u"System Tweaks"_s);
+        settle();
+    }
+    void showLogs() {
+        open();
+        mainWindow->contentView().setSelectedTab(Tab::logs);
+        settle();
+    }
+    /// The review of a profile that changes something, in a state.
+    void showReview(ApplyReview::State state) {
+        open();
+        reviews.presentProfile(live, window, {});
+        if (state != ApplyReview::State::Loading) {
+            waitFor(ApplyReview::State::Reviewing);
+        }
+        if (state == ApplyReview::State::Applying) {
+            commands.hold();
+        }
+        if (state == ApplyReview::State::Applying || state == ApplyReview::State::Finished) {
+            review()->apply();
+        }
+        waitFor(state);
+        settle();
+    }
+    std::shared_ptr<MasterBaselineOffer> showOffer() {
+        open();
+        auto offer = std::make_shared<MasterBaselineOffer>();
+        window.showOffer(offer);
+        settle();
+        return offer;
+    }
+    void lockUp() {
+        enableLock();
+        open();
+        lock->lockIfEnabled();
+        settle();
+    }
+    /// A dialog of its own, in front.
+    static void showDialog(QWidget& dialog) {
+        dialog.show();
+        dialog.activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
+    }
+};
+
+const Alert kQuestion{u"Delete Profile?"_s,
+                      u"“Live” is removed from the disk."_s,
+                      {u"Delete"_s, u"Cancel"_s},
+                      1,
+                      0,
+                      AlertStyle::Warning};
+
+const QStringList kSidebar{u"list Sidebar (focused)"_s, u"row Optimization"_s, u"row Performance (selected, focused)"_s,
+                           u"row Diagnostics"_s, u"row Logs"_s};
+const QStringList kStatusRows{
+    u"button Verify Current System Settings: Compare live macOS settings against saved profiles and presets"_s,
+    u"button Create System Snapshot: Save your current macOS setup as the restore baseline"_s,
+    u"button Reinstate System: Restore from snapshot or standard defaults"_s};
+const QString kReviewSheet = u"dialog Review Profile: Live: Review system tweaks and startup changes before applying this "
+                             "profile. Your Mac will need to restart afterward."_s;
+const QString kOfferSheet = u"dialog Create Master System Baseline: Quorvane can capture your Mac’s current system settings "
+                            "as a protected master restore baseline."_s;
+const QString kTweaksRow = u"button System Tweaks: Fine-tune macOS performance settings"_s;
+const QString kPickOrDelete = u"Select the row to apply, or use Delete to remove this profile"_s;
+
+} // namespace
+
+TEST_F(EveryView, theMainPageWithoutAProfile) {
+    session->savedProfiles.remove(live.name);
+    open();
+    EXPECT_EQ(spokenControls(mainWindow.get()),
+              kSidebar + kStatusRows +
+                  (QStringList{u"list Saved Profiles"_s,
+                               u"row Default: Standard macOS operation. Select the row to apply (focused)"_s, kTweaksRow}));
+    expectUsable();
+}
+
+TEST_F(EveryView, theMainPageWithProfiles) {
+    saveProfiles(2);
+    open();
+    EXPECT_EQ(spokenControls(mainWindow.get()),
+              kSidebar + kStatusRows +
+                  (QStringList{u"list Saved Profiles"_s, u"row Live: 1 disabled. "_s + kPickOrDelete + u" (focused)"_s,
+                               u"row Gig 1: Empty profile. "_s + kPickOrDelete,
+                               u"row Gig 2: Empty profile. "_s + kPickOrDelete,
+                               u"row Default: Standard macOS operation. Select the row to apply"_s,
+                               u"button Delete profile: Live"_s, kTweaksRow}));
+    expectUsable();
+}
+
+TEST_F(EveryView, theMainPageWhileAProfileMatches) {
+    makeActive(live);
+    open();
+    EXPECT_EQ(spokenControls(mainWindow.get()).filter(u"row Live"_s),
+              QStringList(u"row Live: 1 disabled. Last applied. This profile matches current system settings (focused)"_s));
+    expectUsable();
+}
+
+TEST_F(EveryView, theMainPageWithAFileThatCannotBeRead) {
+    files.addFile(session->profileStore.profilesDirectory() + u"/Broken.json"_s, "{");
+    open();
+    EXPECT_EQ(spokenControls(mainWindow.get()).filter(u"Broken"_s),
+              QStringList(u"row “Broken.json” can’t be read: Its file is damaged or from another program. It is left as it is."_s));
+    expectUsable();
+}
+
+TEST_F(EveryView, theTweaksPage) {
+    PerformanceSettings settings;
+    settings.siri = true;
+    session->workingCopy.setSettings(settings);
+    showTweaks();
+    const QStringList spoken = spokenControls(mainWindow.get());
+    EXPECT_TRUE(spoken.contains(u"button Performance: Back (focused)"_s));
+    EXPECT_EQ(spoken.filter(u"button Icon of "_s).size(), 12);
+    EXPECT_EQ(spoken.filter(u"check box "_s).size(), 12);
+    EXPECT_EQ(spoken.filter(u"(checked)"_s),
+              QStringList(u"check box Deactivate Siri Core Services: Stop Siri voice processing and background listening "
+                          "(checked)"_s));
+    EXPECT_EQ(spoken.last(), u"button Execute Tweaks"_s);
+    expectUsable();
+}
+
+TEST_F(EveryView, theIconPicker) {
+    showTweaks();
+    click(u"Icon of Deactivate Siri Core Services"_s);
+    settle();
+    QWidget* const search = named(u"Search icon"_s);
+    ASSERT_NE(search, nullptr);
+    EXPECT_TRUE(search->hasFocus());
+    EXPECT_EQ(accessibilityFaults(mainWindow.get()), QStringList());
+    expectRoom(mainWindow.get());
+}
+
+TEST_F(EveryView, theReviewWhileItLoads) {
+    commands.hold();
+    showReview(ApplyReview::State::Loading);
+    EXPECT_EQ(spokenAboveThePage(), (QStringList{kReviewSheet, u"button Close (focused)"_s, u"button Apply Profile (disabled)"_s}));
+    expectUsable();
+    commands.release();
+}
+
+TEST_F(EveryView, theReview) {
+    showReview(ApplyReview::State::Reviewing);
+    EXPECT_EQ(spokenAboveThePage(), (QStringList{kReviewSheet, u"button Close"_s, u"button Apply Profile (focused)"_s}));
+    expectUsable();
+}
+
+TEST_F(EveryView, theReviewWhileItApplies) {
+    showReview(ApplyReview::State::Applying);
+    expectRoom(mainWindow.get());
+    EXPECT_EQ(accessibilityFaults(mainWindow.get()), QStringList());
+    EXPECT_EQ(spokenAboveThePage(), (QStringList{kReviewSheet, u"button Close (disabled)"_s, u"button Apply Profile (disabled)"_s}));
+    commands.holdNoFurther();
+    commands.release();
+}
+
+TEST_F(EveryView, theReviewWithItsResult) {
+    showReview(ApplyReview::State::Finished);
+    EXPECT_EQ(spokenAboveThePage(), (QStringList{kReviewSheet, u"button Done (focused)"_s}));
+    expectUsable();
+}
+
+TEST_F(EveryView, theOfferOfABaseline) {
+    showOffer();
+    EXPECT_EQ(spokenAboveThePage(), (QStringList{kOfferSheet, u"button Not Now"_s, u"button Create Master Baseline (focused)"_s}));
+    expectUsable();
+}
+
+TEST_F(EveryView, theOfferOfABaselineWhileItIsSaved) {
+    showOffer()->beginSaving();
+    EXPECT_EQ(accessibilityFaults(mainWindow.get()), QStringList());
+    expectRoom(mainWindow.get());
+}
+
+TEST_F(EveryView, theOfferOfABaselineThatCouldNotBeSaved) {
+    const std::shared_ptr<MasterBaselineOffer> offer = showOffer();
+    offer->beginSaving();
+    offer->endSaving(false);
+    expectUsable();
+}
+
+TEST_F(EveryView, theLockScreen) {
+    lockUp();
+    EXPECT_EQ(spokenControls(mainWindow.get()), (QStringList{u"field Password: Password (password, focused)"_s, u"button Unlock"_s}));
+    expectUsable();
+}
+
+TEST_F(EveryView, theLockScreenWithAFinger) {
+    biometrics.isUsable = true;
+    biometrics.kind = BiometryType::TouchId;
+    workspace.isActiveNow = false; // or it would ask at once
+    lockUp();
+    EXPECT_EQ(spokenControls(mainWindow.get()), (QStringList{u"field Password: Password (password, focused)"_s, u"button Unlock"_s, u"button Unlock with Touch ID"_s}));
+    expectUsable();
+}
+
+TEST_F(EveryView, theLogs) {
+    showLogs();
+    EXPECT_EQ(spokenControls(mainWindow.get()), (QStringList{u"list Sidebar (focused)"_s, u"row Optimization"_s, u"row Performance"_s, u"row Diagnostics"_s, u"row Logs (selected, focused)"_s, u"field Log: "_s + kNoLogMessages + u" (read only)"_s}));
+    expectUsable();
+}
+
+TEST_F(EveryView, theOverlay) {
+    showLogs();
+    const Turnstile::Hold busy = session->turnstile.busy(u"Reading the current configuration of this Mac…"_s);
+    settle();
+    EXPECT_EQ(spokenControls(mainWindow.get()).filter(u"Log:"_s), (QStringList{u"field Log: "_s + kNoLogMessages + u" (disabled, read only)"_s}));
+    expectUsable();
+}
+
+TEST_F(EveryView, anAlert) {
+    AlertDialog alert(kQuestion);
+    showDialog(alert);
+    EXPECT_EQ(spokenControls(&alert), (QStringList{u"dialog Delete Profile?: “Live” is removed from the disk."_s,
+                                                   u"button Cancel (focused)"_s, u"button Delete"_s}));
+    expectUsable(&alert);
+}
+
+TEST_F(EveryView, theDialogOfTheSystem) {
+    macsim::Machine simulated;
+    simulated.userName = u"dj"_s;
+    simulated.password = u"quorvane"_s;
+    AuthorizationDialog dialog(u"Quorvane needs your administrator password to apply Live."_s, simulated);
+    showDialog(dialog);
+    EXPECT_EQ(spokenControls(&dialog),
+              (QStringList{u"dialog Quorvane needs your administrator password to apply Live."_s,
+                           u"field Password: Password (password, focused)"_s, u"button Cancel"_s, u"button OK"_s}));
+    expectUsable(&dialog);
+}
+
+TEST_F(EveryView, theDialogOfTheSensor) {
+    FingerDialog dialog(u"Unlock Quorvane"_s);
+    showDialog(dialog);
+    EXPECT_EQ(spokenControls(&dialog), (QStringList{u"dialog Unlock Quorvane"_s, u"button Cancel"_s,
+                                                    u"button Another Finger"_s, u"button Enrolled Finger (focused)"_s}));
+    expectUsable(&dialog);
+}
+
+} // namespace quorvane
