@@ -26,7 +26,7 @@ using namespace std::chrono_literals;
 constexpr int kStarts = 25;
 constexpr double kFirstPaintAtMost = 2.0;
 constexpr double kMemoryAtMost = 1.6;
-constexpr int kRounds = 3;
+constexpr int kRounds = 5;
 constexpr double kFrame = 16; // milliseconds
 constexpr double kWritesPerStall = 2;
 constexpr auto kPatience = 60s;

@@ -63,11 +63,18 @@ SessionParts AppDelegate::sessionParts() {
 
 void AppDelegate::applicationDidFinishLaunching() {
     applyLook();
+    openWindow();
+}
+
+/// With the window's first picture, which isn't to wait for the system's status area; at the latest when the window goes.
+void AppDelegate::makeMenuBar() {
+    if (m_menuBar != nullptr || m_isQuitting) {
+        return;
+    }
     m_menuBar = std::make_unique<MenuBarManager>(m_parts.statusItem, m_alerts.ofLock());
     m_menuBar->configureManagers(m_session, m_listener);
     connect(m_menuBar.get(), &MenuBarManager::windowRequested, this, &AppDelegate::openWindow);
     connect(m_menuBar.get(), &MenuBarManager::quitRequested, this, &AppDelegate::requestQuit);
-    openWindow();
 }
 
 void AppDelegate::openWindow() {
@@ -77,11 +84,17 @@ void AppDelegate::openWindow() {
 void AppDelegate::connectWindow() {
     connect(&m_opener, &MainWindowOpener::windowMade, this, [this](MainWindow* window) {
         window->installEventFilter(this);
-        connect(window, &MainWindow::painted, this, [this] { m_launch.windowPainted(); });
+        connect(window, &MainWindow::painted, this, [this] {
+            makeMenuBar();
+            m_launch.windowPainted();
+        });
         connect(window, &MainWindow::quitRequested, this, &AppDelegate::requestQuit);
         m_launch.windowAppeared();
     });
-    connect(&m_opener, &MainWindowOpener::windowClosed, this, [this] { m_launch.windowClosed(); });
+    connect(&m_opener, &MainWindowOpener::windowClosed, this, [this] {
+        makeMenuBar();
+        m_launch.windowClosed();
+    });
     connect(&m_listener, &WindowListener::snapshotChanged, &m_session.snapshotStatus, &SnapshotStatus::readAnew);
 }
 

@@ -62,6 +62,7 @@ protected:
 
 private:
     SessionParts sessionParts();
+    void makeMenuBar();
     void connectWindow();
     void connectLook();
     void connectEnds();

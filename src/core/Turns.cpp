@@ -9,8 +9,9 @@ namespace quorvane {
 
 namespace {
 
-/// A quarter of the time that a frame of the display has.
-constexpr qint64 kLongestTurn = 4; // milliseconds
+/// An eighth of the time that a frame of the display has: several flows may take their turns in one round of the event loop,
+/// and what they have done is painted.
+constexpr qint64 kLongestTurn = 2; // milliseconds
 
 } // namespace
 

@@ -9,20 +9,18 @@ namespace quorvane {
 
 using namespace Qt::StringLiterals;
 
-TrayStatusItem::TrayStatusItem()
-    : m_icon(statusIcon()) {
-    m_icon.setToolTip(u"Quorvane"_s);
+/// Not before there is a menu: to make the icon is to ask the desktop, which may take its time.
+void TrayStatusItem::setMenu(QMenu& menu) {
+    m_icon.emplace(statusIcon());
+    m_icon->setToolTip(u"Quorvane"_s);
+    m_icon->setContextMenu(&menu);
     // The other button opens the menu by itself.
-    QObject::connect(&m_icon, &QSystemTrayIcon::activated, &m_icon, [this](QSystemTrayIcon::ActivationReason reason) {
-        if (reason == QSystemTrayIcon::Trigger && m_icon.contextMenu() != nullptr) {
-            m_icon.contextMenu()->popup(QCursor::pos());
+    QObject::connect(&*m_icon, &QSystemTrayIcon::activated, &menu, [&menu](QSystemTrayIcon::ActivationReason reason) {
+        if (reason == QSystemTrayIcon::Trigger) {
+            menu.popup(QCursor::pos());
         }
     });
-}
-
-void TrayStatusItem::setMenu(QMenu& menu) {
-    m_icon.setContextMenu(&menu);
-    m_icon.show();
+    m_icon->show();
 }
 
 bool TrayStatusItem::isShown() const {

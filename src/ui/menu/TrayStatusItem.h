@@ -4,18 +4,18 @@
 
 #include <QSystemTrayIcon>
 
+#include <optional>
+
 namespace quorvane {
 
 /// The item in a status area.
 class TrayStatusItem final : public StatusItem {
 public:
-    TrayStatusItem();
-
     void setMenu(QMenu& menu) override;
     bool isShown() const override;
 
 private:
-    QSystemTrayIcon m_icon;
+    std::optional<QSystemTrayIcon> m_icon;
 };
 
 } // namespace quorvane
