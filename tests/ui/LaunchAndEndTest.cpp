@@ -187,7 +187,7 @@ TEST_F(LaunchAndEnd, choosingWhileLockedTellsSoOverAWindowInWhichToUnlock) {
     closeWindow();
     menu().choose(u"Restore Default"_s);
     waitUntilAlert(kLockedTitle);
-    EXPECT_EQ(alertText(), u"Enter your app password in the Quorvane window to restore default settings."_s);
+    EXPECT_EQ(alert().text, u"Enter your app password in the Quorvane window to restore default settings."_s);
     EXPECT_NE(mainWindow(), nullptr);
     answerAlert(kLockedTitle);
     waitUntilIdle();
@@ -251,9 +251,9 @@ TEST_F(LaunchAndEnd, whileBusyEachWayOutOfTheUsersAsksAndEscapeKeepsRunning) {
     for (const auto& way : ways) {
         way();
         waitUntilAlert(kQuitTitle);
-        EXPECT_EQ(alertText(), u"Applying profile…\n\nWhat is done stays done; the rest is left out, and nothing is "
-                               "verified."_s);
-        EXPECT_EQ(alertButtons(), (QStringList{u"Keep Running"_s, u"Quit"_s}));
+        EXPECT_EQ(alert().text, u"Applying profile…\n\nWhat is done stays done; the rest is left out, and nothing is "
+                                "verified."_s);
+        EXPECT_EQ(alert().buttons, (QStringList{u"Keep Running"_s, u"Quit"_s}));
         way();
         activateWhatIsInFront();
         press(Qt::Key_Escape);
