@@ -252,7 +252,7 @@ TEST_F(LaunchAndEnd, whileBusyEachWayOutOfTheUsersAsksAndEscapeKeepsRunning) {
         way();
         waitUntilAlert(kQuitTitle);
         EXPECT_EQ(alert().text, u"Applying profile…\n\nWhat is done stays done; the rest is left out, and nothing is "
-                               "verified."_s);
+                                "verified."_s);
         EXPECT_EQ(alert().buttons, (QStringList{u"Keep Running"_s, u"Quit"_s}));
         way();
         activateWhatIsInFront();
