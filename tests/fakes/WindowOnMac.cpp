@@ -273,7 +273,10 @@ ShownAlert WindowOnMac::alert() {
         return {};
     }
     ShownAlert alert{shown->accessibleName(), shown->accessibleDescription(), {}, {}};
-    for (const auto* const button : shown->findChildren<QPushButton*>()) {
+    QList<QPushButton*> buttons = shown->findChildren<QPushButton*>();
+    std::sort(buttons.begin(), buttons.end(),
+              [](const QPushButton* one, const QPushButton* other) { return one->x() > other->x(); });
+    for (const QPushButton* const button : std::as_const(buttons)) {
         alert.buttons.append(button->text());
         if (button->isDefault() && button->hasFocus()) {
             alert.onReturn = button->text();

@@ -37,7 +37,7 @@ public:
 struct ShownAlert {
     QString title;
     QString text;
-    QStringList buttons; ///< the one that says what happens first
+    QStringList buttons; ///< from right to left: the one that says what happens first
     QString onReturn;    ///< the button that Return presses
 
     bool operator==(const ShownAlert&) const = default;

@@ -118,7 +118,10 @@ QList<StatusMenuEntry> MenuBarManager::entriesNow() const {
 QAction* MenuBarManager::addAction() {
     QAction* const action = m_menu.addAction(QString());
     action->setShortcutContext(Qt::WidgetShortcut); // it is shown; the window has its own
-    connect(action, &QAction::triggered, this, [this, action] { choose(m_entries.at(m_actions.indexOf(action))); });
+    connect(action, &QAction::triggered, this, [this, action] {
+        const StatusMenuEntry chosen = m_entries.at(m_actions.indexOf(action)); // what is chosen may change the menu
+        choose(chosen);
+    });
     m_actions.append(action);
     return action;
 }
@@ -136,8 +139,7 @@ void MenuBarManager::show(const StatusMenuEntry& entry, const StatusMenuEntry& s
     action.setShortcut(entry.key.isEmpty() ? QKeySequence() : QKeySequence(u"Ctrl+"_s + entry.key));
 }
 
-/// By value: what is chosen may change the menu.
-void MenuBarManager::choose(StatusMenuEntry entry) {
+void MenuBarManager::choose(const StatusMenuEntry& entry) {
     if (entry.kind == StatusMenuEntry::Kind::OpenWindow) {
         Q_EMIT windowRequested();
         return;

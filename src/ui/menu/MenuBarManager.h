@@ -53,7 +53,7 @@ private:
     QList<StatusMenuEntry> entriesNow() const;
     QAction* addAction();
     void show(const StatusMenuEntry& entry, const StatusMenuEntry& shown, QAction& action) const;
-    void choose(StatusMenuEntry entry);
+    void choose(const StatusMenuEntry& entry);
     std::optional<Managers> requireManagers();
 
     QMenu m_menu;
