@@ -471,7 +471,7 @@ protected:
         }
     }
     void chooseIfUsable(const QString& title) {
-        if (menu().usable().contains(title)) {
+        if (statusItem.menu != nullptr && menu().usable().contains(title)) { // it comes with the first picture
             menu().choose(title);
         }
     }
