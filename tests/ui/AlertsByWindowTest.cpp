@@ -331,21 +331,6 @@ TEST_F(AlertsByWindow, aSignalAsksNobodyWhateverIsOpen) {
     delegate.reset();
 }
 
-TEST_F(AlertsByWindow, withoutAStatusAreaTheLastWindowQuits) {
-    statusItem.hasPlace = false;
-    commands().hold();
-    begin(u"Verify Current System Settings"_s);
-    press(QKeySequence::Close);
-    answerAlert(u"Quit Quorvane?"_s, u"Keep Running"_s);
-    EXPECT_NE(mainWindow(), nullptr);
-    commands().release();
-    answerAlert(u"System Verified"_s);
-    waitUntilRest();
-    press(QKeySequence::Close);
-    processEventsUntil([this] { return hasTerminated; });
-    delegate.reset();
-}
-
 TEST_F(AlertsByWindow, aMenuThatKnowsNoProgramOffersItsWindow) {
     WindowWorkspace workspace;
     WindowAlerts alerts(workspace, [] { return nullptr; });

@@ -190,7 +190,7 @@ TEST_F(TabsByWindow, goWithTheWindowButTheWorkingCopyStays) {
     click(u"Deactivate Siri Core Services"_s);
     chooseTab(u"Logs"_s);
     EXPECT_EQ(log().count(u"Ready."_s), 1);
-    press(QKeySequence::Close);
+    press(Qt::Key_W, Qt::ControlModifier);
     EXPECT_EQ(mainWindow(), nullptr);
     EXPECT_FALSE(hasTerminated);
     chooseInMenu(u"Open Quorvane"_s);

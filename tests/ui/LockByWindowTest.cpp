@@ -217,7 +217,7 @@ TEST_F(LockByWindow, isThereWhenTheWindowIsOpenedAnew) {
     chooseInMenu(u"Open Quorvane"_s);
     processEventsUntil([] { return isCovered(); });
     expectNothingLeaks();
-    press(QKeySequence::Close);
+    press(Qt::Key_W, Qt::ControlModifier);
     EXPECT_EQ(mainWindow(), nullptr) << "a locked window may be closed";
 }
 

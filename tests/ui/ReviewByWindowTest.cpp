@@ -39,7 +39,7 @@ TEST_F(ReviewByWindow, isClosedByItsButtonByEscapeAndWithTheWindow) {
     waitUntilClosed();
     EXPECT_EQ(focused(), u"Saved Profiles"_s);
     openReview(u"Live Set"_s);
-    press(QKeySequence::Close);
+    press(Qt::Key_W, Qt::ControlModifier);
     waitUntilIdle();
     EXPECT_EQ(mainWindow(), nullptr);
     chooseInMenu(u"Open Quorvane"_s);
@@ -127,7 +127,7 @@ TEST_F(ReviewByWindow, staysWhileItApplies) {
     EXPECT_FALSE(isUsable(u"Apply Profile"_s));
     EXPECT_FALSE(isUsable(u"Close"_s));
     press(Qt::Key_Escape);
-    press(QKeySequence::Close);
+    press(Qt::Key_W, Qt::ControlModifier);
     mainWindow()->close();
     letEventsPass();
     ASSERT_NE(mainWindow(), nullptr);
@@ -137,7 +137,7 @@ TEST_F(ReviewByWindow, staysWhileItApplies) {
     answerAlert(u"Restart Required"_s);
     EXPECT_TRUE(isSeen(u"All changes verified"_s));
     EXPECT_TRUE(isSeen(u"Restart your Mac for all changes to take full effect."_s));
-    press(QKeySequence::Close);
+    press(Qt::Key_W, Qt::ControlModifier);
     EXPECT_EQ(mainWindow(), nullptr);
     waitUntilIdle();
 }
