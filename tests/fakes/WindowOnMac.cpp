@@ -363,11 +363,6 @@ void WindowOnMac::press(int key, Qt::KeyboardModifiers modifiers) {
     QTest::keyClick(window->windowHandle(), static_cast<Qt::Key>(key), modifiers);
 }
 
-void WindowOnMac::press(QKeySequence::StandardKey command) {
-    const QKeyCombination keys = QKeySequence(command)[0];
-    press(keys.key(), keys.keyboardModifiers());
-}
-
 void WindowOnMac::type(const QString& text) {
     QWidget* const window = QApplication::activeWindow();
     ASSERT_NE(window, nullptr);

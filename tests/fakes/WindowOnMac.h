@@ -129,8 +129,6 @@ protected:
     static void chooseCommand(const QString& title);
     static bool isCommandEnabled(const QString& title);
     static void press(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
-    /// The keys that the system has for a command.
-    static void press(QKeySequence::StandardKey command);
     static void type(const QString& text);
     /// Presses a button of the alert, once that is there.
     static void answerAlert(const QString& title, const QString& button = u"OK"_s);
