@@ -6,6 +6,7 @@
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <utility>
 
 namespace quorvane {
@@ -17,10 +18,10 @@ namespace {
 constexpr int kFinger = 44;
 constexpr int kFingerText = 300;
 
-TextLabel* fingerText(TextStyle style, TextTone tone, const QString& text) {
+TextLabel* fingerText(TextStyle style, TextTone tone, const QString& text, int width) {
     auto* const label = new TextLabel(style, nullptr, tone);
     label->setText(text);
-    label->setMinimumWidth(kFingerText); // it is as wide as the buttons, and wraps there
+    label->setFixedWidth(width);
     label->setAlignment(Qt::AlignCenter);
     return label;
 }
@@ -45,9 +46,9 @@ FingerDialog::FingerDialog(const QString& reason) {
         buttons->addWidget(button);
     }
     const int width = std::max(kFingerText, buttonRow->sizeHint().width());
-    column->addWidget(fingerText(TextStyle::SectionTitle, TextTone::Normal, reason));
+    column->addWidget(fingerText(TextStyle::SectionTitle, TextTone::Normal, reason, width));
     column->addWidget(fingerText(TextStyle::Secondary, TextTone::Secondary,
-                                 u"This is a simulated Mac. Choose which finger touches its sensor."_s));
+                                 u"This is a simulated Mac. Choose which finger touches its sensor."_s, width));
     column->addWidget(buttonRow);
     connect(cancel, &QPushButton::clicked, this, &FingerDialog::reject);
     connect(other, &QPushButton::clicked, this, [this] { end(BiometricAnswer::Refuse); });
