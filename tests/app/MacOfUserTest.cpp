@@ -8,6 +8,7 @@
 
 #include <QDir>
 #include <QDirIterator>
+#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 

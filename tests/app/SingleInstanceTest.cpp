@@ -175,7 +175,7 @@ TEST_F(SingleInstanceTest, aFolderThatCannotBeMadeIsSaid) {
     QFile file(folder.path() + u"/file"_s);
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     try {
-        SingleInstance(folder.path() + u"/file/data"_s);
+        const SingleInstance instance(folder.path() + u"/file/data"_s);
         FAIL() << "it was taken";
     } catch (const std::runtime_error& error) {
         EXPECT_EQ(QString::fromUtf8(error.what()), folder.path() + u"/file/data/quorvane.lock: Not a directory"_s);

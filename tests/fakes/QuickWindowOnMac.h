@@ -62,9 +62,11 @@ private:
 /// The program with its window on a simulated Mac whose tools run in this process, and whose time stands still: for tests that
 /// want a moment to last.
 class QuickWindowOnMac : public WindowOnMac {
+public:
+    ~QuickWindowOnMac() override;
+
 protected:
     using WindowOnMac::WindowOnMac;
-    ~QuickWindowOnMac() override;
 
     Host ports() override;
     void shutDownPorts() override;

@@ -27,9 +27,11 @@ const Look kDark{ColorScheme::Dark, false, false};
 const Look kStill{ColorScheme::Light, true, false};
 
 class OpenLook : public ShownWindow {
+public:
+    ~OpenLook() override { style().setLook({}); }
+
 protected:
     OpenLook() { QApplication::setCursorFlashTime(0); }
-    ~OpenLook() override { style().setLook({}); }
 
     static QuorvaneStyle& style() { return *qobject_cast<QuorvaneStyle*>(QApplication::style()); }
     static QImage pictureOf(QWidget& shown) {
@@ -149,15 +151,17 @@ void hear(QAccessibleEvent* event) {
 }
 
 class Announcements : public ShownWindow {
+public:
+    ~Announcements() override {
+        QAccessible::installUpdateHandler(m_before);
+        setScreenReaderRuns(false);
+    }
+
 protected:
     Announcements()
         : m_before(QAccessible::installUpdateHandler(hear)) {
         setScreenReaderRuns(true);
         saidAloud.clear();
-    }
-    ~Announcements() override {
-        QAccessible::installUpdateHandler(m_before);
-        setScreenReaderRuns(false);
     }
 
     static QStringList heard() { return std::exchange(saidAloud, {}); }

@@ -65,12 +65,14 @@ private:
 
 /// A window on which a piece stands, with the keys' rings shown. It looks as the theme says, and nothing moves.
 class PiecesTest : public ::testing::TestWithParam<int> {
+public:
+    ~PiecesTest() override { style().setLook({}); }
+
 protected:
     PiecesTest() {
         style().setLook({ColorScheme::Light, true, false});
         stage.resize(400, 300);
     }
-    ~PiecesTest() override { style().setLook({}); }
 
     static QuorvaneStyle& style() { return *qobject_cast<QuorvaneStyle*>(QApplication::style()); }
     static const Theme& theme() { return style().theme(); }

@@ -53,8 +53,10 @@ QColor groundOf(const QImage& picture) {
 
 /// Puts the usual look back.
 class ThemeTest : public ::testing::Test {
-protected:
+public:
     ~ThemeTest() override { style().setLook({}); }
+
+protected:
     static QuorvaneStyle& style() { return *qobject_cast<QuorvaneStyle*>(QApplication::style()); }
 };
 

@@ -44,17 +44,17 @@ TEST(WindowTitle, namesTheMatchBeforeTheCurrentOneAndNeverDefault) {
 TEST(WaitingText, isWhatTheProgramIsBusyWith) {
     const struct {
         bool isBusy;
-        QString busyMessage;
         bool isVerifying;
+        QString busyMessage;
         QString text;
     } cases[] = {
-        {true, u"Applying profile…"_s, true, u"Applying profile…"_s},
-        {true, {}, true, u"Verifying system settings…"_s},
-        {true, {}, false, u"Please wait…"_s},
-        {false, {}, true, u"Verifying system settings…"_s},
-        {false, u"Applying profile…"_s, true, u"Verifying system settings…"_s},
+        {true, true, u"Applying profile…"_s, u"Applying profile…"_s},
+        {true, true, {}, u"Verifying system settings…"_s},
+        {true, false, {}, u"Please wait…"_s},
+        {false, true, {}, u"Verifying system settings…"_s},
+        {false, true, u"Applying profile…"_s, u"Verifying system settings…"_s},
     };
-    for (const auto& [isBusy, busyMessage, isVerifying, text] : cases) {
+    for (const auto& [isBusy, isVerifying, busyMessage, text] : cases) {
         EXPECT_EQ(waitingText(isBusy, busyMessage, isVerifying), text);
     }
 }
