@@ -76,8 +76,10 @@ TEST_F(SingleInstanceTest, anotherDataFolderIsAnotherProgram) {
 }
 
 TEST_F(SingleInstanceTest, ofManyThatStartAtOnceOneIsTheFirst) {
+    constexpr int kCount = 6;
     std::vector<std::unique_ptr<ChildProgram>> children;
-    for (int i = 0; i < 6; ++i) {
+    children.reserve(kCount);
+    for (int i = 0; i < kCount; ++i) {
         children.push_back(start());
     }
     QStringList roles;
