@@ -15,15 +15,17 @@ constexpr std::array<int, 4> kSignals{SIGINT, SIGTERM, SIGHUP, SIGPIPE};
 
 /// Leaves the process's signals as they were.
 class QuitSignalsTest : public ::testing::Test {
+public:
+    ~QuitSignalsTest() override {
+        for (size_t i = 0; i < kSignals.size(); ++i) {
+            std::signal(kSignals[i], handlers[i]);
+        }
+    }
+
 protected:
     QuitSignalsTest() {
         for (size_t i = 0; i < kSignals.size(); ++i) {
             handlers[i] = std::signal(kSignals[i], SIG_DFL);
-        }
-    }
-    ~QuitSignalsTest() override {
-        for (size_t i = 0; i < kSignals.size(); ++i) {
-            std::signal(kSignals[i], handlers[i]);
         }
     }
     void listen(OutputReader reader) {
