@@ -129,7 +129,7 @@ void parseDumpWithReturns(benchmark::State& state) {
     const QByteArray dump = dumpOf(static_cast<int>(state.range(0))).replace("\n", "\r\n");
     const QString text = QString::fromUtf8(dump);
     for (auto _ : state) {
-        benchmark::DoNotOptimize(parseBackgroundTaskDump(text));
+        benchmark::DoNotOptimize(parseBackgroundTaskDump(text, kUser));
     }
 }
 

@@ -4,6 +4,7 @@
 #include "actions/Session.h"
 #include "actions/WindowListener.h"
 #include "tweaks/TweakCatalogue.h"
+#include "ui/Theme.h"
 #include "ui/ViewEnvironment.h"
 #include "ui/performance/PerformancePageHeader.h"
 #include "ui/performance/TweakToggle.h"

@@ -1,6 +1,7 @@
 #include "ui/window/WaitingDialogOverlay.h"
 
 #include "actions/PageTexts.h"
+#include "actions/WindowTexts.h"
 #include "core/OneLine.h"
 #include "platform/Clock.h"
 #include "system/SystemManager.h"
@@ -38,12 +39,6 @@ protected:
     }
 };
 
-TextLabel* centredLabel(TextStyle style, TextTone tone) {
-    auto* const label = new TextLabel(style, nullptr, tone);
-    label->setAlignment(Qt::AlignCenter);
-    return label;
-}
-
 } // namespace
 
 WaitingDialogOverlay::WaitingDialogOverlay(const SystemManager& system, Clock& clock,
@@ -56,9 +51,9 @@ WaitingDialogOverlay::WaitingDialogOverlay(const SystemManager& system, Clock& c
     , m_presentationDelay(presentationDelay)
     , m_card(new WaitingCard)
     , m_ring(new ProgressRing(kWaitingRing))
-    , m_message(centredLabel(TextStyle::SectionTitle, TextTone::Normal))
-    , m_hint(centredLabel(TextStyle::Secondary, TextTone::Secondary))
-    , m_line(centredLabel(TextStyle::Secondary, TextTone::Secondary)) {
+    , m_message(TextLabel::centred(TextStyle::SectionTitle, TextTone::Normal))
+    , m_hint(TextLabel::centred(TextStyle::Secondary, TextTone::Secondary))
+    , m_line(TextLabel::centred(TextStyle::Secondary, TextTone::Secondary)) {
     m_hint->setText(u"This may take a moment."_s);
     m_card->setFixedWidth(kCardWidth);
     auto* const texts = new QVBoxLayout(m_card);
