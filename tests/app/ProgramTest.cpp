@@ -22,6 +22,9 @@ constexpr int kUnusableStatus = 2;
 
 class ProgramTest : public ::testing::Test {
 protected:
+    explicit ProgramTest(const QSize& screen = {1400, 1000})
+        : display(screen) {}
+
     std::unique_ptr<ChildProgram> start() { return start(display.environment()); }
     std::unique_ptr<ChildProgram> start(QProcessEnvironment environment) const {
         environment.insert(u"XDG_DATA_HOME"_s, folder.filePath(u"data"_s));
@@ -54,6 +57,15 @@ protected:
 
     QTemporaryDir folder;
     XDisplay display;
+};
+
+/// Smaller than the window wants to be at least.
+class ProgramOnSmallScreen : public ProgramTest {
+protected:
+    ProgramOnSmallScreen()
+        : ProgramTest(screen) {}
+
+    static constexpr QSize screen{800, 600};
 };
 
 } // namespace
@@ -133,6 +145,14 @@ TEST_F(ProgramTest, aMacThatCannotBeUsedIsNamedAndLeftAsItIs) {
               u"quorvane: The simulated Mac “%1” can’t be used: there is no machine.json in it. It is left as it is. "
               "Move it away or remove it, and start again: a new one is made then.\n"_s.arg(mac));
     EXPECT_EQ(QDir(mac).entryList(QDir::NoDotAndDotDot | QDir::AllEntries), QStringList(u"Users"_s));
+}
+
+TEST_F(ProgramOnSmallScreen, theWindowIsNoLargerThanItsScreen) {
+    const auto program = startWithWindow();
+    const QRect place = display.placeOf(window());
+    EXPECT_GT(place.width(), screen.width() / 2);
+    EXPECT_LE(place.width(), screen.width());
+    EXPECT_LE(place.height(), screen.height());
 }
 
 } // namespace quorvane

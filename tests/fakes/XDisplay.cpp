@@ -1,5 +1,7 @@
 #include "fakes/XDisplay.h"
 
+#include <QMap>
+
 #include <gtest/gtest.h>
 
 namespace quorvane {
@@ -14,9 +16,9 @@ XDisplay* displayOfProcess = nullptr;
 
 } // namespace
 
-XDisplay::XDisplay() {
-    const QStringList arguments{u"-displayfd"_s,   u"1"_s,         u"-screen"_s, u"0"_s,
-                                u"1400x1000x24"_s, u"-nolisten"_s, u"tcp"_s};
+XDisplay::XDisplay(const QSize& screen) {
+    const QString depth = u"%1x%2x24"_s.arg(screen.width()).arg(screen.height());
+    const QStringList arguments{u"-displayfd"_s, u"1"_s, u"-screen"_s, u"0"_s, depth, u"-nolisten"_s, u"tcp"_s};
     m_server.setStandardErrorFile(QProcess::nullDevice());
     m_server.start(u"Xvfb"_s, arguments);
     while (!m_server.canReadLine() && m_server.waitForReadyRead(kPatience)) {
@@ -71,6 +73,14 @@ QString XDisplay::act(const QStringList& arguments) const {
     const std::unique_ptr<QProcess> process = started(u"xdotool"_s, arguments);
     EXPECT_TRUE(process->waitForFinished(kPatience)) << arguments.join(u' ').toStdString();
     return QString::fromUtf8(process->readAllStandardOutput()).trimmed();
+}
+
+QRect XDisplay::placeOf(const QString& window) const {
+    QMap<QString, int> place;
+    for (const QString& line : act({u"getwindowgeometry"_s, u"--shell"_s, window}).split(u'\n')) {
+        place.insert(line.section(u'=', 0, 0), line.section(u'=', 1).toInt());
+    }
+    return {place.value(u"X"_s), place.value(u"Y"_s), place.value(u"WIDTH"_s), place.value(u"HEIGHT"_s)};
 }
 
 std::unique_ptr<QProcess> XDisplay::started(const QString& program, const QStringList& arguments) const {

@@ -3,6 +3,8 @@
 #include <QByteArray>
 #include <QProcess>
 #include <QProcessEnvironment>
+#include <QRect>
+#include <QSize>
 #include <QStringList>
 
 #include <memory>
@@ -13,7 +15,7 @@ namespace quorvane {
 /// bus. All of it ends with this object.
 class XDisplay {
 public:
-    XDisplay();
+    explicit XDisplay(const QSize& screen = {1400, 1000});
     XDisplay(const XDisplay&) = delete;
     XDisplay& operator=(const XDisplay&) = delete;
     ~XDisplay();
@@ -31,6 +33,8 @@ public:
     /// What a user does with mouse and keys: the arguments of xdotool.
     /// @return what it prints
     QString act(const QStringList& arguments) const;
+    /// @param window  its number, as text
+    QRect placeOf(const QString& window) const;
 
 private:
     std::unique_ptr<QProcess> started(const QString& program, const QStringList& arguments) const;

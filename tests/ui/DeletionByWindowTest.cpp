@@ -5,6 +5,9 @@
 #include "fakes/QuickWindowOnMac.h"
 #include "platform/UserDefaults.h"
 
+#include <QApplication>
+#include <QLabel>
+
 namespace quorvane {
 
 class DeletionByWindow : public QuickWindowOnMac {
@@ -33,6 +36,14 @@ protected:
     void waitUntilScanned() {
         processEventsUntil([this] { return session().turnstile.isIdle() && session().scans.isUpToDate(); });
         letEventsPass();
+    }
+    static QList<QLabel*> alertLabels() {
+        for (QWidget* const window : QApplication::topLevelWidgets()) {
+            if (window->isVisible() && window->accessibleName() == alertTitle()) {
+                return window->findChildren<QLabel*>();
+            }
+        }
+        return {};
     }
     QString fileOf(const QString& name) { return profilesDirectory(host->host().machine) + u'/' + name + u".json"_s; }
 };
@@ -142,6 +153,54 @@ TEST_F(DeletionByWindow, damagedFilesAreNamedAndLeftAlone) {
     EXPECT_EQ(alertTitle(), QString());
     EXPECT_TRUE(session().turnstile.isIdle());
     EXPECT_TRUE(file.exists());
+}
+
+TEST_F(DeletionByWindow, aNameLikeMarkupStandsPlainAndOnOneLineInEachAlert) {
+    const QString plain = u"<h1>Live<b> &gig"_s;
+    saveProfile(numberedProfile(9, u"<h1>Live<b>\n&gig"_s));
+    session().savedProfiles.tellChanged();
+    processEventsUntil([&plain] { return profileRows().contains(plain); });
+    const auto expectPlain = [&plain] {
+        EXPECT_TRUE((alert().title + alert().text).contains(plain)) << alert().text.toStdString();
+        for (const QLabel* const label : alertLabels()) {
+            EXPECT_EQ(label->textFormat(), Qt::PlainText) << label->text().toStdString();
+        }
+    };
+    clickProfile(plain);
+    processEventsUntil([] { return isUsable(u"Apply Profile"_s); });
+    press(Qt::Key_Return);
+    authorize();
+    answerAlert(u"Restart Required"_s);
+    press(Qt::Key_Return);
+    waitUntilScanned();
+    EXPECT_TRUE(isSeen(u"Profile: "_s + plain));
+    EXPECT_EQ(mainWindow()->windowTitle(), u"Quorvane — "_s + plain);
+    EXPECT_TRUE(menuTitles().contains(u"On system: "_s + QString(plain).replace(u"&"_s, u"&&"_s)));
+
+    clickDeleteOf(plain);
+    waitUntilAlert(u"Delete Profile?"_s);
+    expectPlain();
+    answerAlert(u"Delete Profile?"_s, u"Delete"_s);
+    waitUntilAlert(u"Profile Deleted"_s);
+    expectPlain();
+    answerAlert(u"Profile Deleted"_s);
+    waitUntilScanned();
+
+    saveProfile(numberedProfile(9, u"<h1>Live<b>\n&gig"_s));
+    session().savedProfiles.tellChanged();
+    processEventsUntil([&plain] { return profileRows().contains(plain); });
+    saveProfile(numberedProfile(10, u"<h1>Live<b>\n&gig"_s)); // another one by that name
+    clickProfile(plain);
+    waitUntilAlert(u"Error"_s);
+    expectPlain();
+    answerAlert(u"Error"_s);
+    waitUntilScanned();
+    saveProfile(numberedProfile(11, u"<h1>Live<b>\n&gig"_s));
+    clickDeleteOf(plain);
+    answerAlert(u"Delete Profile?"_s, u"Delete"_s);
+    waitUntilAlert(u"Error"_s);
+    expectPlain();
+    answerAlert(u"Error"_s);
 }
 
 } // namespace quorvane

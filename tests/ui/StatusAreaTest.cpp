@@ -51,13 +51,9 @@ protected:
     static bool isInPlace() { return ItemWindow::widget() != nullptr && picture().width() >= 16 && darkPixels() > 0; }
     /// Of the screen, where the item is.
     static QImage picture() {
-        QMap<QString, int> place;
-        const QStringList lines = display().act({u"getwindowgeometry"_s, u"--shell"_s, ItemWindow::id()}).split(u'\n');
-        for (const QString& line : lines) {
-            place.insert(line.section(u'=', 0, 0), line.section(u'=', 1).toInt());
-        }
+        const QRect place = display().placeOf(ItemWindow::id());
         return QGuiApplication::primaryScreen()
-            ->grabWindow(0, place.value(u"X"_s), place.value(u"Y"_s), place.value(u"WIDTH"_s), place.value(u"HEIGHT"_s))
+            ->grabWindow(0, place.x(), place.y(), place.width(), place.height())
             .toImage();
     }
     static int pixelsBetween(int darkest, int lightest) {

@@ -155,6 +155,23 @@ TEST_F(ApplyReviewTest, whileOneIsOpenThereIsNoOther) {
     EXPECT_EQ(results.last().profileName, u"Live"_s) << "each has its own callback";
 }
 
+TEST_F(ApplyReviewTest, aCallbackIsForItsOwnPresentationOnly) {
+    int earlier = 0;
+    reviews.presentStartup({}, window, [&earlier](const StartupApplyResult&) { ++earlier; });
+    waitFor(ReviewState::Reviewing);
+    review()->close();
+    waitForTasks();
+    ASSERT_EQ(earlier, 1);
+
+    presentUntil(ReviewState::Reviewing);
+    review()->apply();
+    waitFor(ReviewState::Finished);
+    review()->close();
+    waitForTasks();
+    EXPECT_EQ(earlier, 1);
+    EXPECT_EQ(results.size(), 1);
+}
+
 TEST_F(ApplyReviewTest, withoutACallbackItRunsAllTheSame) {
     reviews.presentProfile(live, window, {});
     waitFor(ReviewState::Reviewing);
