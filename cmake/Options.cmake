@@ -27,6 +27,8 @@ if(NOT APPLE)
     check_linker_flag(CXX -fuse-ld=lld QUORVANE_HAS_LLD)
     if(QUORVANE_HAS_LLD)
         target_link_options(quorvane_options INTERFACE -fuse-ld=lld)
+        # What nobody calls, and what the compiler has made twice, is no part of what is shipped.
+        target_link_options(quorvane_options INTERFACE $<$<NOT:$<CONFIG:Debug>>:-Wl,--gc-sections,--icf=safe>)
     endif()
 endif()
 

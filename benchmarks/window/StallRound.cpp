@@ -5,7 +5,7 @@
 #include "Heartbeat.h"
 #include "User.h"
 #include "actions/PageTexts.h"
-#include "app/WindowProgram.h"
+#include "app/QuorvaneApp.h"
 #include "app/simulated/MacOfUser.h"
 #include "platform/simulated/SimulatedMachine.h"
 #include "profiles/ProfileJson.h"
@@ -156,7 +156,7 @@ int run(int& argumentCount, char** arguments) {
     const QTemporaryDir home;
     qputenv("XDG_DATA_HOME", (home.path() + u"/data"_s).toUtf8());
     qputenv("XDG_CONFIG_HOME", (home.path() + u"/config"_s).toUtf8());
-    const std::unique_ptr<QApplication> application = makeApplication(argumentCount, arguments);
+    QuorvaneApp application(argumentCount, arguments);
     const QString dataFolder = home.path() + u"/data/Quorvane"_s;
     prepareMac(dataFolder);
     std::printf("bare write\t%.2f\t0\t\n", millisecondsOfWrite(dataFolder));
@@ -166,7 +166,7 @@ int run(int& argumentCount, char** arguments) {
         QMetaObject::invokeMethod(
             &heartbeat, [&heartbeat] { use(heartbeat); }, Qt::QueuedConnection);
     });
-    return runProgram();
+    return application.run();
 }
 
 } // namespace

@@ -6,6 +6,7 @@
 #include "platform/SystemLook.h"
 #include "ui/QuorvaneStyle.h"
 #include "ui/menu/StatusItem.h"
+#include "ui/symbols/Logo.h"
 #include "ui/window/MainWindow.h"
 #include "wallpaper/WallpaperProfileOverlay.h"
 
@@ -66,11 +67,13 @@ void AppDelegate::applicationDidFinishLaunching() {
     openWindow();
 }
 
-/// With the window's first picture, which isn't to wait for the system's status area; at the latest when the window goes.
-void AppDelegate::makeMenuBar() {
+/// With the window's first picture, which isn't to wait for the icon and the system's status area; at the latest when the
+/// window goes.
+void AppDelegate::makeIconAndMenuBar() {
     if (m_menuBar != nullptr || m_isQuitting) {
         return;
     }
+    QApplication::setWindowIcon(logoIcon());
     m_menuBar = std::make_unique<MenuBarManager>(m_parts.statusItem, m_alerts.ofLock());
     m_menuBar->configureManagers(m_session, m_listener);
     connect(m_menuBar.get(), &MenuBarManager::windowRequested, this, &AppDelegate::openWindow);
@@ -85,14 +88,14 @@ void AppDelegate::connectWindow() {
     connect(&m_opener, &MainWindowOpener::windowMade, this, [this](MainWindow* window) {
         window->installEventFilter(this);
         connect(window, &MainWindow::painted, this, [this] {
-            makeMenuBar();
+            makeIconAndMenuBar();
             m_launch.windowPainted();
         });
         connect(window, &MainWindow::quitRequested, this, &AppDelegate::requestQuit);
         m_launch.windowAppeared();
     });
     connect(&m_opener, &MainWindowOpener::windowClosed, this, [this] {
-        makeMenuBar();
+        makeIconAndMenuBar();
         m_launch.windowClosed();
     });
     connect(&m_listener, &WindowListener::snapshotChanged, &m_session.snapshotStatus, &SnapshotStatus::readAnew);

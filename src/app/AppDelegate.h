@@ -62,7 +62,7 @@ protected:
 
 private:
     SessionParts sessionParts();
-    void makeMenuBar();
+    void makeIconAndMenuBar();
     void connectWindow();
     void connectLook();
     void connectEnds();

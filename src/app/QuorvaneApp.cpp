@@ -1,4 +1,4 @@
-#include "app/WindowProgram.h"
+#include "app/QuorvaneApp.h"
 
 #include "app/AppDelegate.h"
 #include "app/DisplayCheck.h"
@@ -23,15 +23,11 @@ namespace {
 
 constexpr int kUnusable = 2;
 
-QString macsimProgram() {
-    return QCoreApplication::applicationDirPath() + u"/macsim"_s;
-}
-
 /// The program on the Mac of whoever has started it.
 int runOnMac(SingleInstance& instance, const QString& dataFolder) {
     AuthorizationDialogs authorization;
     FingerDialogs finger;
-    const QString program = macsimProgram();
+    const QString program = macsimBesideProgram();
     SimulatedHost host(macOfUser(dataFolder, program), authorization, {program, {}, {}, &finger});
     authorization.setMachine(host.mac().machine());
     TrayStatusItem statusItem;
@@ -50,7 +46,8 @@ int runOnMac(SingleInstance& instance, const QString& dataFolder) {
     return QApplication::exec();
 }
 
-int run() {
+/// A second one brings the first one forward.
+int runFirst() {
     const QString dataFolder = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/Quorvane"_s;
     SingleInstance instance(dataFolder);
     switch (instance.claim()) {
@@ -67,18 +64,19 @@ int run() {
 
 } // namespace
 
-std::unique_ptr<QApplication> makeApplication(int& argumentCount, char** arguments) {
+QuorvaneApp::QuorvaneApp(int& argumentCount, char** arguments) {
     const DisplayCheck check;
     QCoreApplication::setApplicationName(u"Quorvane"_s);
     QCoreApplication::setOrganizationName(u"Quorvane"_s);
-    auto application = std::make_unique<QApplication>(argumentCount, arguments);
+    m_application = std::make_unique<QApplication>(argumentCount, arguments);
     QApplication::setQuitOnLastWindowClosed(false);
-    return application;
 }
 
-int runProgram() {
+QuorvaneApp::~QuorvaneApp() = default;
+
+int QuorvaneApp::run() {
     try {
-        return run();
+        return runFirst();
     } catch (const std::exception& error) {
         std::fprintf(stderr, "quorvane: %s\n", error.what());
         return kUnusable;

@@ -6,12 +6,19 @@ class QApplication;
 
 namespace quorvane {
 
-/// What QApplication is made with: named as the user knows the program. Ends the process with status 2 where there is no
-/// display.
-std::unique_ptr<QApplication> makeApplication(int& argumentCount, char** arguments);
+/// The program with its window, on the host of the platform. Main thread.
+class QuorvaneApp {
+public:
+    /// Ends the process with status 2 where there is no display.
+    QuorvaneApp(int& argumentCount, char** arguments);
+    ~QuorvaneApp();
 
-/// Runs the program, on the host of the platform, until its user quits.
-/// @return the status of the process
-int runProgram();
+    /// Until its user quits.
+    /// @return the status of the process
+    int run();
+
+private:
+    std::unique_ptr<QApplication> m_application;
+};
 
 } // namespace quorvane

@@ -1,10 +1,7 @@
 // The window, on the host of the platform.
 
-#include "app/WindowProgram.h"
-
-#include <QApplication>
+#include "app/QuorvaneApp.h"
 
 int main(int argumentCount, char** arguments) {
-    const std::unique_ptr<QApplication> application = quorvane::makeApplication(argumentCount, arguments);
-    return quorvane::runProgram();
+    return quorvane::QuorvaneApp(argumentCount, arguments).run();
 }

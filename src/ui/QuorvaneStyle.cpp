@@ -1,5 +1,7 @@
 #include "ui/QuorvaneStyle.h"
 
+#include "ui/symbols/Symbols.h"
+
 #include <QAbstractButton>
 #include <QApplication>
 #include <QPainter>
@@ -235,6 +237,12 @@ QSize QuorvaneStyle::sizeFromContents(ContentsType type, const QStyleOption* opt
                 std::max(size.height() + Theme::kGap8, Theme::kButtonHeight + 2 * Theme::kRingRoom)};
     }
     return size;
+}
+
+/// Each menu bar asks for what its end would show if it were too short. Qt's own is read from a file there and then.
+QIcon QuorvaneStyle::standardIcon(StandardPixmap icon, const QStyleOption* option, const QWidget* widget) const {
+    return icon == SP_ToolBarHorizontalExtensionButton ? symbolIcon(u"chevron.right"_s, m_theme.text)
+                                                       : QProxyStyle::standardIcon(icon, option, widget);
 }
 
 int QuorvaneStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const {

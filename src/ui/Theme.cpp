@@ -155,12 +155,17 @@ QColor Theme::badge(BadgeColor color) const {
     return 0x8E8E93;
 }
 
+/// Kept, because with a font Qt keeps the glyphs' source that it has found for it.
 QFont Theme::font(TextStyle style) const {
+    const auto known = m_fonts.constFind(style);
+    if (known != m_fonts.cend()) {
+        return *known;
+    }
     const Type type = typeOf(style);
     QFont font = style == TextStyle::Fixed ? QFontDatabase::systemFont(QFontDatabase::FixedFont) : systemFont();
     font.setPointSizeF(type.size * kPointsPerPixel);
     font.setWeight(type.weight);
-    return font;
+    return *m_fonts.insert(style, font);
 }
 
 QPalette Theme::palette() const {

@@ -4,6 +4,7 @@
 
 #include <QColor>
 #include <QFont>
+#include <QHash>
 #include <QList>
 #include <QMargins>
 #include <QPalette>
@@ -108,6 +109,7 @@ private:
     void setDarkColors();
 
     Look m_look;
+    mutable QHash<TextStyle, QFont> m_fonts;
 };
 
 /// The theme that a widget is drawn in; see QuorvaneStyle. It changes while the program runs: a widget is told by a change of

@@ -22,8 +22,7 @@ constexpr int kLock = 44;
 constexpr int kDialogText = 320;
 
 TextLabel* dialogText(TextStyle style, TextTone tone, const QString& text) {
-    auto* const label = new TextLabel(style, nullptr, tone);
-    label->setText(text);
+    auto* const label = new TextLabel(style, tone, text);
     label->setFixedWidth(kDialogText);
     return label;
 }

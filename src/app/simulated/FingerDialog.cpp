@@ -19,10 +19,8 @@ constexpr int kFinger = 44;
 constexpr int kFingerText = 300;
 
 TextLabel* fingerText(TextStyle style, TextTone tone, const QString& text, int width) {
-    auto* const label = new TextLabel(style, nullptr, tone);
-    label->setText(text);
+    TextLabel* const label = TextLabel::centred(style, tone, text);
     label->setFixedWidth(width);
-    label->setAlignment(Qt::AlignCenter);
     return label;
 }
 

@@ -50,8 +50,7 @@ private:
 
 /// Text that can be selected and copied. It isn't on the way of the Tab key.
 TextLabel* selectableText(TextStyle style, const QString& text, int width) {
-    auto* const label = new TextLabel(style);
-    label->setText(text);
+    auto* const label = new TextLabel(style, TextTone::Normal, text);
     label->setTextInteractionFlags(Qt::TextSelectableByMouse);
     label->setFixedWidth(width);
     return label;

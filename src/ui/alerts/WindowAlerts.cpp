@@ -12,7 +12,11 @@ namespace quorvane {
 WindowAlerts::WindowAlerts(Workspace& workspace, std::function<QWidget*()> mainWindow, QObject* parent)
     : QObject(parent)
     , m_workspace(workspace)
-    , m_mainWindow(std::move(mainWindow)) {}
+    , m_mainWindow(std::move(mainWindow)) {
+    m_whenIdle.setSingleShot(true);
+    m_whenIdle.setInterval(0);
+    connect(&m_whenIdle, &QTimer::timeout, this, &WindowAlerts::show);
+}
 
 WindowAlerts::~WindowAlerts() {
     delete m_dialog;
@@ -33,13 +37,24 @@ QFuture<int> WindowAlerts::enqueue(const Alert& alert, bool isOfLock) {
     return answer;
 }
 
+std::deque<WindowAlerts::Pending>::iterator WindowAlerts::next() {
+    return std::find_if(m_pending.begin(), m_pending.end(),
+                        [this](const Pending& pending) { return pending.isOfLock || !m_isLocked; });
+}
+
+/// When nothing else is left to do: what led to the alert is painted first.
 void WindowAlerts::showNext() {
-    const auto next = std::find_if(m_pending.begin(), m_pending.end(),
-                                   [this](const Pending& pending) { return pending.isOfLock || !m_isLocked; });
-    if (m_dialog != nullptr || next == m_pending.end()) {
+    if (m_dialog == nullptr && next() != m_pending.end()) {
+        m_whenIdle.start();
+    }
+}
+
+void WindowAlerts::show() {
+    const auto shown = next();
+    if (m_dialog != nullptr || shown == m_pending.end()) {
         return;
     }
-    std::rotate(m_pending.begin(), next, next + 1);
+    std::rotate(m_pending.begin(), shown, shown + 1);
     QWidget* const window = m_mainWindow();
     if (window == nullptr) {
         m_workspace.activateIgnoringOtherApps();
@@ -50,17 +65,24 @@ void WindowAlerts::showNext() {
 }
 
 void WindowAlerts::answer(int button) {
-    Pending answered = std::move(m_pending.front());
-    m_pending.pop_front();
     m_dialog.clear();
+    give(m_pending.begin(), button);
+}
+
+void WindowAlerts::give(std::deque<Pending>::iterator pending, int button) {
+    Pending answered = std::move(*pending);
+    m_pending.erase(pending);
     answered.answer.addResult(button);
     answered.answer.finish();
     showNext();
 }
 
+/// Also one that is about to be shown.
 void WindowAlerts::cancelOpen() {
     if (m_dialog != nullptr) {
         m_dialog->reject();
+    } else if (const auto coming = next(); coming != m_pending.end()) {
+        give(coming, coming->alert.cancelButton);
     }
 }
 
@@ -73,10 +95,7 @@ void WindowAlerts::shutDown() {
     m_isShutDown = true;
     while (!m_pending.empty()) {
         if (m_dialog == nullptr) {
-            Pending waiting = std::move(m_pending.front());
-            m_pending.pop_front();
-            waiting.answer.addResult(waiting.alert.cancelButton);
-            waiting.answer.finish();
+            give(m_pending.begin(), m_pending.front().alert.cancelButton);
         } else {
             m_dialog->reject();
         }

@@ -6,6 +6,7 @@
 #include <QObject>
 #include <QPointer>
 #include <QPromise>
+#include <QTimer>
 
 #include <deque>
 #include <functional>
@@ -51,13 +52,20 @@ private:
     };
 
     QFuture<int> enqueue(const Alert& alert, bool isOfLock);
+    /// The one to be shown next; the end where there is none.
+    std::deque<Pending>::iterator next();
     void showNext();
+    void show();
+    /// The one that is shown.
     void answer(int button);
+    /// Nothing of it remains.
+    void give(std::deque<Pending>::iterator pending, int button);
 
     Workspace& m_workspace;
     std::function<QWidget*()> m_mainWindow;
     OfLock m_ofLock{*this};
     std::deque<Pending> m_pending; ///< the first of them is shown while there is a dialog
+    QTimer m_whenIdle;
     QPointer<AlertDialog> m_dialog;
     bool m_isLocked = false;
     bool m_isShutDown = false;

@@ -42,12 +42,6 @@ protected:
     }
 };
 
-TextLabel* centred(TextStyle style, TextTone tone) {
-    auto* const label = new TextLabel(style, nullptr, tone);
-    label->setAlignment(Qt::AlignCenter);
-    return label;
-}
-
 } // namespace
 
 LockScreenView::LockScreenView(LockManager& lock, Workspace& workspace, Tasks& tasks, QWidget* parent)
@@ -86,14 +80,14 @@ QWidget* LockScreenView::makeColumn() {
     auto* const layout = new QVBoxLayout(m_column);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(Theme::kGap8);
-    auto* const title = centred(TextStyle::PageTitle, TextTone::Normal);
+    auto* const title = TextLabel::centred(TextStyle::PageTitle, TextTone::Normal);
     title->setText(kLockedTitle);
-    m_line = centred(TextStyle::Body, TextTone::Secondary);
+    m_line = TextLabel::centred(TextStyle::Body, TextTone::Secondary);
     m_password = new QLineEdit;
     m_password->setEchoMode(QLineEdit::Password);
     m_password->setPlaceholderText(kPasswordField);
     m_password->setAccessibleName(kPasswordField);
-    m_error = centred(TextStyle::Body, TextTone::Danger);
+    m_error = TextLabel::centred(TextStyle::Body, TextTone::Danger);
     m_unlock = new AppPrimaryButton(kUnlock);
     m_finger = new AppSecondaryButton({});
     layout->addWidget(new LogoView, 0, Qt::AlignHCenter);

@@ -91,9 +91,7 @@ IconPicker::IconPicker(const QString& currentIcon, QWidget* parent)
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(Theme::kGap4, Theme::kGap4, Theme::kGap4, Theme::kGap4);
     layout->setSpacing(Theme::kGap8);
-    auto* const title = new TextLabel(TextStyle::SectionTitle);
-    title->setText(kSelectIcon);
-    layout->addWidget(title);
+    layout->addWidget(new TextLabel(TextStyle::SectionTitle, TextTone::Normal, kSelectIcon));
     layout->addWidget(m_search);
     layout->addWidget(m_grid);
     setAccessibleName(kSelectIcon);

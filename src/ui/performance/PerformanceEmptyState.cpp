@@ -17,11 +17,8 @@ PerformanceEmptyState::PerformanceEmptyState(const QString& icon, const QString&
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(Theme::kGap24, Theme::kGap16, Theme::kGap24, Theme::kGap16);
     layout->setSpacing(Theme::kGap8);
-    auto* const text = new TextLabel(TextStyle::Body, nullptr, TextTone::Secondary);
-    text->setText(message);
-    text->setAlignment(Qt::AlignCenter);
     layout->addWidget(new SymbolView(icon, kEmptySymbol, nullptr, TextTone::Secondary), 0, Qt::AlignHCenter);
-    layout->addWidget(text);
+    layout->addWidget(TextLabel::centred(TextStyle::Body, TextTone::Secondary, message));
 }
 
 } // namespace quorvane

@@ -21,12 +21,8 @@ PerformancePageHeader::PerformancePageHeader(const RowText& text, QWidget* paren
     titleRow->setSpacing(Theme::kGap12);
     auto* const texts = new QVBoxLayout;
     texts->setSpacing(0);
-    auto* const title = new TextLabel(TextStyle::PageTitle);
-    auto* const subtitle = new TextLabel(TextStyle::Secondary, nullptr, TextTone::Secondary);
-    title->setText(text.title);
-    subtitle->setText(text.subtitle);
-    texts->addWidget(title);
-    texts->addWidget(subtitle);
+    texts->addWidget(new TextLabel(TextStyle::PageTitle, TextTone::Normal, text.title));
+    texts->addWidget(new TextLabel(TextStyle::Secondary, TextTone::Secondary, text.subtitle));
     titleRow->addWidget(new PerformanceSymbolBadge(text.symbol, BadgeColor::Grey));
     titleRow->addLayout(texts, 1);
     column->addWidget(back, 0, Qt::AlignLeft);

@@ -71,17 +71,16 @@ void SavedProfileRow::paint(QPainter* painter, const QStyleOptionViewItem& optio
                            option.widget->window()->testAttribute(Qt::WA_KeyboardFocusChange);
     const bool isHovered =
         option.state.testFlag(QStyle::State_MouseOver) && option.state.testFlag(QStyle::State_Enabled);
-    paintRow(*painter, theme, option.rect, content(index), {true, isHovered && isEnabled, false, showsRing});
+    const RowContent row = content(index);
+    paintRow(*painter, theme, option.rect, row, {true, isHovered && isEnabled, false, showsRing});
     if (const QRect button = deleteButton(option.rect, index); !button.isEmpty()) {
         paintDeleteButton(*painter, theme, button, false);
     }
-    painter->save();
-    painter->setPen(theme.border);
     if (index.row() + 1 < m_model.rowCount()) {
-        painter->drawLine(option.rect.left() + rowTextLeft(content(index)), option.rect.bottom(), option.rect.right(),
-                          option.rect.bottom());
+        QRect line = option.rect;
+        line.setTop(line.bottom());
+        painter->fillRect(line.adjusted(rowTextLeft(row), 0, 0, 0), theme.border);
     }
-    painter->restore();
 }
 
 QSize SavedProfileRow::sizeHint(const QStyleOptionViewItem& option, const QModelIndex&) const {

@@ -34,7 +34,7 @@ PerformanceSystemMatchStatusRow::PerformanceSystemMatchStatusRow(QWidget* parent
     : QWidget(parent)
     , m_symbol(new SymbolView({}, kStatusSymbol))
     , m_text(new TextLabel(TextStyle::SectionTitle))
-    , m_detail(new TextLabel(TextStyle::Secondary, nullptr, TextTone::Secondary)) {
+    , m_detail(new TextLabel(TextStyle::Secondary, TextTone::Secondary)) {
     auto* const layout = new QHBoxLayout(this);
     layout->setContentsMargins(Theme::kGap12, Theme::kGap12, Theme::kGap12, Theme::kGap12);
     layout->setSpacing(Theme::kGap12);

@@ -1,5 +1,6 @@
 #include "ui/performance/TweakToggle.h"
 
+#include "actions/PageTexts.h"
 #include "ui/performance/IconPicker.h"
 #include "ui/pieces/AppSwitch.h"
 #include "ui/pieces/IconButton.h"
@@ -28,12 +29,8 @@ TweakToggle::TweakToggle(const QString& tweakKey, const QString& title, const QS
     setMinimumHeight(Theme::kRow);
     auto* const texts = new QVBoxLayout;
     texts->setSpacing(2);
-    auto* const titleLabel = new TextLabel(TextStyle::RowTitle);
-    auto* const descriptionLabel = new TextLabel(TextStyle::Secondary, nullptr, TextTone::Secondary);
-    titleLabel->setText(title);
-    descriptionLabel->setText(description);
-    texts->addWidget(titleLabel);
-    texts->addWidget(descriptionLabel);
+    texts->addWidget(new TextLabel(TextStyle::RowTitle, TextTone::Normal, title));
+    texts->addWidget(new TextLabel(TextStyle::Secondary, TextTone::Secondary, description));
     layout->addWidget(m_iconButton);
     layout->addLayout(texts, 1);
     layout->addWidget(m_switch);

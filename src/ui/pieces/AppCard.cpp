@@ -3,6 +3,7 @@
 #include "ui/Theme.h"
 #include "ui/pieces/RowContent.h"
 
+#include <QPaintEvent>
 #include <QPainter>
 #include <QPainterPath>
 #include <QVBoxLayout>
@@ -22,13 +23,33 @@ public:
     }
 
 protected:
-    void paintEvent(QPaintEvent*) override {
+    void paintEvent(QPaintEvent* event) override {
+        constexpr int kCorner = Theme::kCardRadius + kLine;
+        const QColor line = themeOf(this).border;
+        QPainter painter(this);
+        painter.fillRect(kCorner, 0, width() - 2 * kCorner, kLine, line);
+        painter.fillRect(kCorner, height() - kLine, width() - 2 * kCorner, kLine, line);
+        painter.fillRect(0, kCorner, kLine, height() - 2 * kCorner, line);
+        painter.fillRect(width() - kLine, kCorner, kLine, height() - 2 * kCorner, line);
+        // Only these need a path: a list of profiles is many screens high.
+        QRect corner(0, 0, kCorner, kCorner);
+        for (const QPoint& place : {QPoint(0, 0), QPoint(width() - kCorner, 0), QPoint(0, height() - kCorner),
+                                    QPoint(width() - kCorner, height() - kCorner)}) {
+            corner.moveTopLeft(place);
+            if (event->rect().intersects(corner)) {
+                painter.setClipRect(corner);
+                paintRounded(painter);
+            }
+        }
+    }
+
+private:
+    void paintRounded(QPainter& painter) const {
         const Theme& theme = themeOf(this);
         const QRectF line = QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5);
         QPainterPath outside;
         outside.addRect(rect());
         outside.addRoundedRect(line, Theme::kCardRadius, Theme::kCardRadius);
-        QPainter painter(this);
         painter.setRenderHint(QPainter::Antialiasing);
         painter.fillPath(outside, theme.window);
         painter.setPen(theme.border);

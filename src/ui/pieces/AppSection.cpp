@@ -20,9 +20,9 @@ void setTextOrHide(TextLabel& label, const QString& text) {
 AppSection::AppSection(const QString& title, QWidget* parent)
     : QWidget(parent)
     , m_title(new TextLabel(TextStyle::SectionTitle))
-    , m_header(new TextLabel(TextStyle::Secondary, nullptr, TextTone::Secondary))
+    , m_header(new TextLabel(TextStyle::Secondary, TextTone::Secondary))
     , m_card(new AppCard)
-    , m_footer(new TextLabel(TextStyle::Secondary, nullptr, TextTone::Secondary)) {
+    , m_footer(new TextLabel(TextStyle::Secondary, TextTone::Secondary)) {
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(Theme::kGap8);

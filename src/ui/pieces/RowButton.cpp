@@ -22,6 +22,11 @@ void RowButton::setContent(const RowContent& content) {
     m_content = content;
     setAccessibleName(content.title);
     setAccessibleDescription(content.description);
+    measureAnew();
+}
+
+void RowButton::measureAnew() {
+    m_heights.clear();
     updateGeometry();
     update();
 }
@@ -36,7 +41,8 @@ QSize RowButton::minimumSizeHint() const {
 }
 
 int RowButton::heightForWidth(int width) const {
-    return rowHeight(themeOf(this), m_content, width);
+    const auto known = m_heights.constFind(width);
+    return known != m_heights.cend() ? *known : *m_heights.insert(width, rowHeight(themeOf(this), m_content, width));
 }
 
 void RowButton::keyPressEvent(QKeyEvent* event) {
@@ -53,8 +59,7 @@ void RowButton::paintEvent(QPaintEvent*) {
 void RowButton::changeEvent(QEvent* event) {
     QPushButton::changeEvent(event);
     if (event->type() == QEvent::StyleChange || event->type() == QEvent::FontChange) {
-        updateGeometry();
-        update();
+        measureAnew();
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include "ui/pieces/RowContent.h"
 
+#include <QHash>
 #include <QPushButton>
 
 namespace quorvane {
@@ -27,7 +28,10 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
+    void measureAnew();
+
     RowContent m_content;
+    mutable QHash<int, int> m_heights; ///< by width: layouts ask for the same few again and again
 };
 
 /// The state in which a row's widget is now.

@@ -6,6 +6,8 @@
 
 #include <QFontMetrics>
 #include <QPainter>
+#include <QTextLayout>
+#include <QtMath>
 
 #include <algorithm>
 
@@ -18,7 +20,6 @@ namespace {
 constexpr int kEndSymbol = 14;
 constexpr int kTextGap = 2;
 constexpr int kNarrowestText = 120;
-constexpr int kWrapped = Qt::AlignLeft | Qt::AlignTop | Qt::TextWordWrap;
 
 int endWidth(const RowContent& content) {
     const int ofSymbol = content.end == RowEnd::Nothing ? 0 : kEndSymbol + Theme::kGap12;
@@ -30,22 +31,47 @@ int textWidth(const RowContent& content, int width) {
     return std::max(kNarrowestText, width - rowTextLeft(content) - endWidth(content) - Theme::kGap12);
 }
 
-int wrappedHeight(const QFont& font, const QString& text, int width) {
-    return QFontMetrics(font)
-        .boundingRect(QRect(0, 0, width, QWIDGETSIZE_MAX), kWrapped, withBreaksInLongWords(text))
-        .height();
-}
+/// A text on as many lines as it needs at a width. To measure and to paint it, it is laid out once.
+class WrappedText {
+public:
+    WrappedText(const QFont& font, const QString& text, int width)
+        : m_layout(withBreaksInLongWords(text), font) {
+        if (text.isEmpty()) {
+            return;
+        }
+        const qreal leading = QFontMetricsF(font).leading();
+        qreal y = 0;
+        m_layout.beginLayout();
+        for (QTextLine line = m_layout.createLine(); line.isValid(); line = m_layout.createLine()) {
+            line.setLineWidth(width);
+            line.setPosition({0, y});
+            y += line.height() + leading;
+        }
+        m_layout.endLayout();
+        m_height = qCeil(y - leading);
+    }
 
-int titleHeight(const Theme& theme, const RowContent& content, int width) {
-    const QFont font = theme.font(TextStyle::RowTitle);
-    return content.isOneLined ? QFontMetrics(font).height() : wrappedHeight(font, content.title, width);
-}
+    int height() const { return m_height; }
+    void paint(QPainter& painter, const QPoint& topLeft) const { m_layout.draw(&painter, topLeft); }
 
-int descriptionHeight(const Theme& theme, const RowContent& content, int width) {
-    return content.description.isEmpty()
-               ? 0
-               : kTextGap + wrappedHeight(theme.font(TextStyle::Secondary), content.description, width);
-}
+private:
+    QTextLayout m_layout;
+    int m_height = 0;
+};
+
+/// The texts of a row at a width, one under the other.
+struct RowTexts {
+    RowTexts(const Theme& theme, const RowContent& content, int width)
+        : title(theme.font(TextStyle::RowTitle), content.isOneLined ? QString() : content.title, width)
+        , description(theme.font(TextStyle::Secondary), content.description, width)
+        , titleHeight(content.isOneLined ? QFontMetrics(theme.font(TextStyle::RowTitle)).height() : title.height()) {}
+
+    int height() const { return titleHeight + (description.height() == 0 ? 0 : kTextGap + description.height()); }
+
+    WrappedText title; ///< empty where it stays on one line
+    WrappedText description;
+    int titleHeight;
+};
 
 QString endSymbol(RowEnd end) {
     return end == RowEnd::Chevron ? u"chevron.right"_s : u"checkmark.circle.fill"_s;
@@ -65,23 +91,17 @@ void paintNameAndMark(QPainter& painter, const Theme& theme, const QRect& line, 
 }
 
 void paintTexts(QPainter& painter, const Theme& theme, const QRect& area, const RowContent& content, bool isEnabled) {
-    const int width = area.width();
-    const int ofTitle = titleHeight(theme, content, width);
-    const int whole = ofTitle + descriptionHeight(theme, content, width);
-    int y = area.top() + (area.height() - whole) / 2;
-    const QFont titleFont = theme.font(TextStyle::RowTitle);
-    painter.setFont(titleFont);
+    const RowTexts texts(theme, content, area.width());
+    const int y = area.top() + (area.height() - texts.height()) / 2;
     painter.setPen(isEnabled ? theme.text : theme.disabledText);
     if (content.isOneLined) {
-        paintNameAndMark(painter, theme, QRect(area.left(), y, width, ofTitle), content);
+        painter.setFont(theme.font(TextStyle::RowTitle));
+        paintNameAndMark(painter, theme, QRect(area.left(), y, area.width(), texts.titleHeight), content);
     } else {
-        painter.drawText(QRect(area.left(), y, width, ofTitle), kWrapped, withBreaksInLongWords(content.title));
+        texts.title.paint(painter, {area.left(), y});
     }
-    y += ofTitle + kTextGap;
-    painter.setFont(theme.font(TextStyle::Secondary));
     painter.setPen(isEnabled ? theme.secondaryText : theme.disabledText);
-    painter.drawText(QRect(area.left(), y, width, area.bottom() - y + 1), kWrapped,
-                     withBreaksInLongWords(content.description));
+    texts.description.paint(painter, {area.left(), y + texts.titleHeight + kTextGap});
 }
 
 void paintGround(QPainter& painter, const Theme& theme, const QRect& rect, const RowContent& content,
@@ -103,8 +123,7 @@ int rowTextLeft(const RowContent& content) {
 }
 
 int rowHeight(const Theme& theme, const RowContent& content, int width) {
-    const int ofText = textWidth(content, width);
-    const int texts = titleHeight(theme, content, ofText) + descriptionHeight(theme, content, ofText);
+    const int texts = RowTexts(theme, content, textWidth(content, width)).height();
     const int least = content.description.isEmpty() ? Theme::kSingleRow : Theme::kRow;
     return std::max(least, texts + 2 * Theme::kGap8);
 }

@@ -37,7 +37,7 @@ public:
 Sheet::Sheet(QWidget* parent)
     : QDialog(parent, Qt::Widget)
     , m_title(new TextLabel(TextStyle::SectionTitle))
-    , m_subtitle(new TextLabel(TextStyle::Secondary, nullptr, TextTone::Secondary))
+    , m_subtitle(new TextLabel(TextStyle::Secondary, TextTone::Secondary))
     , m_contents(new ContentsArea)
     , m_buttons(new QHBoxLayout) {
     setAttribute(Qt::WA_NoMousePropagation);

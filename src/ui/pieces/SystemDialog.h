@@ -1,7 +1,5 @@
 #pragma once
 
-#include "ui/symbols/Logo.h"
-
 #include <QDialog>
 
 namespace quorvane {
@@ -13,7 +11,6 @@ public:
         setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowCloseButtonHint);
         setWindowModality(Qt::ApplicationModal);
         setWindowTitle(QStringLiteral("Quorvane"));
-        setWindowIcon(logoIcon());
     }
 };
 

@@ -6,13 +6,19 @@
 
 namespace quorvane {
 
-TextLabel::TextLabel(TextStyle style, QWidget* parent, TextTone tone)
-    : QLabel(parent)
-    , m_style(style)
+TextLabel::TextLabel(TextStyle style, TextTone tone, const QString& text)
+    : m_style(style)
     , m_tone(tone) {
     setTextFormat(Qt::PlainText);
     setWordWrap(true);
     takeTheme();
+    setText(text);
+}
+
+TextLabel* TextLabel::centred(TextStyle style, TextTone tone, const QString& text) {
+    auto* const label = new TextLabel(style, tone, text);
+    label->setAlignment(Qt::AlignCenter);
+    return label;
 }
 
 void TextLabel::setTone(TextTone tone) {

@@ -14,7 +14,9 @@ class TextLabel : public QLabel {
     Q_OBJECT
 
 public:
-    explicit TextLabel(TextStyle style, QWidget* parent = nullptr, TextTone tone = TextTone::Normal);
+    explicit TextLabel(TextStyle style, TextTone tone = TextTone::Normal, const QString& text = {});
+    /// One whose text stands in the middle.
+    static TextLabel* centred(TextStyle style, TextTone tone = TextTone::Normal, const QString& text = {});
 
     void setTone(TextTone tone);
     void setText(const QString& text);

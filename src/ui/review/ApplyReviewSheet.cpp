@@ -50,12 +50,6 @@ private:
     QVBoxLayout* m_layout;
 };
 
-TextLabel* line(TextStyle style, TextTone tone, const QString& text) {
-    auto* const label = new TextLabel(style, nullptr, tone);
-    label->setText(text);
-    return label;
-}
-
 } // namespace
 
 ApplyReviewSheet::ApplyReviewSheet(std::shared_ptr<ApplyReview> review, Clock& clock, QWidget* parent)
@@ -71,7 +65,7 @@ ApplyReviewSheet::ApplyReviewSheet(std::shared_ptr<ApplyReview> review, Clock& c
 
 void ApplyReviewSheet::makeButtons() {
     m_ring = new ProgressRing(kRing);
-    m_waiting = line(TextStyle::Body, TextTone::Secondary, m_review->review().busyText);
+    m_waiting = new TextLabel(TextStyle::Body, TextTone::Secondary, m_review->review().busyText);
     m_waiting->setWordWrap(false);
     m_close = new AppSecondaryButton(kClose);
     m_apply = new AppPrimaryButton(m_review->review().button);
@@ -94,15 +88,27 @@ void ApplyReviewSheet::showEvent(QShowEvent* event) {
 }
 
 void ApplyReviewSheet::update() {
-    if (m_review->result()) {
-        showResult(*m_review->result());
-    } else if (m_review->preview()) {
-        showPreview();
-    } else {
-        showLoading();
-    }
+    updateContents();
     updateButtons();
     QWidget::update();
+}
+
+/// The preview stays as it stands while it is applied.
+void ApplyReviewSheet::updateContents() {
+    const Contents wanted = m_review->result()    ? Contents::Result
+                            : m_review->preview() ? Contents::Preview
+                                                  : Contents::Loading;
+    if (std::exchange(m_shown, wanted) == wanted) {
+        return;
+    }
+    switch (wanted) {
+    case Contents::Loading:
+        return showLoading();
+    case Contents::Preview:
+        return showPreview();
+    case Contents::Result:
+        return showResult(*m_review->result());
+    }
 }
 
 void ApplyReviewSheet::updateButtons() {
@@ -130,7 +136,7 @@ void ApplyReviewSheet::showLoading() {
     whenFinished(m_clock.sleepFor(kLoadingDelay), this, [this](const QFuture<void>&) {
         if (!m_review->preview() && !m_review->result()) {
             Column column;
-            TextLabel* const text = line(TextStyle::Body, TextTone::Secondary, kPreparingReview);
+            TextLabel* const text = new TextLabel(TextStyle::Body, TextTone::Secondary, kPreparingReview);
             column.add(text);
             setContents(column.finished());
             announce(text, kPreparingReview);
@@ -146,7 +152,7 @@ void ApplyReviewSheet::showPreview() {
         column.add(new ReviewSectionView(section));
     }
     if (!quorvane::canApply(*m_review->preview())) {
-        column.add(line(TextStyle::Body, TextTone::Secondary, m_review->review().nothingToDo));
+        column.add(new TextLabel(TextStyle::Body, TextTone::Secondary, m_review->review().nothingToDo));
     }
     setContents(column.finished());
 }

@@ -3,6 +3,7 @@
 #include "ui/pieces/Sheet.h"
 
 #include <memory>
+#include <optional>
 
 class QPushButton;
 class QVBoxLayout;
@@ -27,8 +28,11 @@ protected:
     void showEvent(QShowEvent* event) override;
 
 private:
+    enum class Contents { Loading, Preview, Result };
+
     void makeButtons();
     void update();
+    void updateContents();
     void updateButtons();
     void showLoading();
     void showPreview();
@@ -36,6 +40,7 @@ private:
 
     std::shared_ptr<ApplyReview> m_review;
     Clock& m_clock;
+    std::optional<Contents> m_shown;
     QPushButton* m_close = nullptr;
     QPushButton* m_apply = nullptr;
     QPushButton* m_done = nullptr;

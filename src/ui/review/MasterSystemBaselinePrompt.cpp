@@ -26,11 +26,9 @@ QWidget* pointView(const QString& text) {
     auto* const layout = new QHBoxLayout(row);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(Theme::kGap12);
-    auto* const label = new TextLabel(TextStyle::Body);
-    label->setText(text);
     layout->addWidget(new SymbolView(u"checkmark.circle.fill"_s, kPointSymbol, nullptr, TextTone::Success), 0,
                       Qt::AlignTop);
-    layout->addWidget(label, 1);
+    layout->addWidget(new TextLabel(TextStyle::Body, TextTone::Normal, text), 1);
     return row;
 }
 

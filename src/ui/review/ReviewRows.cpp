@@ -17,12 +17,6 @@ constexpr int kRowSymbol = 16;
 constexpr int kPanelSymbol = 32;
 constexpr int kLineTextLeft = 2 * Theme::kGap12 + kRowSymbol;
 
-TextLabel* textLabel(TextStyle style, TextTone tone, const QString& text) {
-    auto* const label = new TextLabel(style, nullptr, tone);
-    label->setText(text);
-    return label;
-}
-
 /// A line of a card: a symbol, a text, and beneath it a detail.
 /// @param said  what the symbol means, for those who don't see it; empty where a heading says it
 QWidget* lineOf(const QString& symbol, TextTone tone, const QString& text, const QString& detail,
@@ -34,11 +28,11 @@ QWidget* lineOf(const QString& symbol, TextTone tone, const QString& text, const
     layout->addWidget(new SymbolView(symbol, kRowSymbol, nullptr, tone));
     auto* const texts = new QVBoxLayout;
     texts->setSpacing(2);
-    TextLabel* const name = textLabel(TextStyle::Body, TextTone::Normal, nameOnOneLine(text));
+    TextLabel* const name = new TextLabel(TextStyle::Body, TextTone::Normal, nameOnOneLine(text));
     name->setAccessibleDescription(said);
     texts->addWidget(name);
     if (!detail.isEmpty()) {
-        texts->addWidget(textLabel(TextStyle::Secondary, TextTone::Secondary, onOneLine(detail)));
+        texts->addWidget(new TextLabel(TextStyle::Secondary, TextTone::Secondary, onOneLine(detail)));
     }
     layout->addLayout(texts, 1);
     return row;
@@ -58,7 +52,7 @@ ReviewSectionView::ReviewSectionView(const ReviewSection& section, QWidget* pare
     auto* const heading = new QHBoxLayout;
     heading->setSpacing(Theme::kGap8);
     heading->addWidget(new SymbolView(section.symbol, kRowSymbol, nullptr, toneOfSection(section.symbol)));
-    heading->addWidget(textLabel(TextStyle::RowTitle, TextTone::Normal, section.title), 1);
+    heading->addWidget(new TextLabel(TextStyle::RowTitle, TextTone::Normal, section.title), 1);
     layout->addLayout(heading);
     setAccessibleName(section.title);
     if (section.rows.isEmpty()) {
@@ -83,8 +77,8 @@ ResultHeading::ResultHeading(const ResultPanel& result, QWidget* parent)
         Qt::AlignTop);
     auto* const texts = new QVBoxLayout;
     texts->setSpacing(Theme::kGap4);
-    texts->addWidget(textLabel(TextStyle::SectionTitle, TextTone::Normal, result.title));
-    texts->addWidget(textLabel(TextStyle::Body, TextTone::Secondary, result.text));
+    texts->addWidget(new TextLabel(TextStyle::SectionTitle, TextTone::Normal, result.title));
+    texts->addWidget(new TextLabel(TextStyle::Body, TextTone::Secondary, result.text));
     layout->addLayout(texts, 1);
     setAccessibleName(result.title);
     setAccessibleDescription(result.text);

@@ -81,7 +81,16 @@ void paintLogo(QPainter& painter, const QRectF& rect) {
 }
 
 QIcon logoIcon() {
-    return paintedIcon(paintLogo, squares({16, 32, 48, 64, 128, 256}));
+    QIcon icon;
+    for (const QSize& size : squares({16, 32, 48, 64, 128})) {
+        QPixmap picture(size);
+        picture.fill(Qt::transparent);
+        QPainter painter(&picture);
+        paintLogo(painter, picture.rect());
+        painter.end();
+        icon.addPixmap(picture);
+    }
+    return icon;
 }
 
 QIcon statusIcon() {

@@ -40,8 +40,7 @@ ContentView::ContentView(const ViewEnvironment& environment, QWidget* parent)
     , m_underLock(new Layers(this))
     , m_split(new QSplitter(m_underLock))
     , m_sidebar(new SidebarView)
-    , m_sheets(new SheetLayer(m_split, m_underLock))
-    , m_lockScreen(new LockScreenView(environment.lock, environment.workspace, environment.session.tasks, this)) {
+    , m_sheets(new SheetLayer(m_split, m_underLock)) {
     const int ofTexts = m_sidebar->widthOfTexts();
     m_sidebar->setMinimumWidth(std::max(kSidebarMinimum, ofTexts));
     m_sidebar->setMaximumWidth(std::max(kSidebarMaximum, ofTexts));
@@ -122,6 +121,10 @@ void ContentView::followLock() {
 /// Hidden as a whole, what lies beneath is out of reach of eyes, keys and screen readers, and comes back as it was.
 void ContentView::cover() {
     closePopups();
+    if (m_lockScreen == nullptr) {
+        m_lockScreen =
+            new LockScreenView(m_environment.lock, m_environment.workspace, m_environment.session.tasks, this);
+    }
     m_focusBeforeLock = m_underLock->focusWidget();
     m_underLock->hide();
     m_lockScreen->appear();

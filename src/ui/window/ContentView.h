@@ -52,7 +52,7 @@ private:
     MainContentArea* m_pages = nullptr;
     WaitingDialogOverlay* m_waiting = nullptr;
     SheetLayer* m_sheets;
-    LockScreenView* m_lockScreen;
+    LockScreenView* m_lockScreen = nullptr; ///< from the first time on that it is needed
     bool m_isCovered = false;
     QPointer<QWidget> m_focusBeforeLock;
 };

@@ -8,7 +8,6 @@
 #include "actions/WindowListener.h"
 #include "ui/Theme.h"
 #include "ui/ViewEnvironment.h"
-#include "ui/symbols/Logo.h"
 #include "ui/window/ContentView.h"
 #include "ui/window/MainMenu.h"
 
@@ -34,7 +33,6 @@ const QString kColumns = u"window/columns"_s;
 MainWindow::MainWindow(const ViewEnvironment& environment)
     : m_environment(environment)
     , m_content(new ContentView(environment, this)) {
-    setWindowIcon(logoIcon());
     setCentralWidget(m_content);
     auto* const menu = new MainMenu(environment, *menuBar(), this);
     connect(menu, &MainMenu::quitRequested, this, &MainWindow::quitRequested);

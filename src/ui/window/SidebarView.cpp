@@ -158,10 +158,8 @@ QWidget* SidebarView::makeFoot() {
     auto* const layout = new QHBoxLayout(foot);
     layout->setContentsMargins(Theme::kGap8, 0, 0, 0);
     layout->setSpacing(Theme::kGap8);
-    auto* const name = new TextLabel(TextStyle::RowTitle);
-    name->setText(u"Quorvane"_s);
     layout->addWidget(new FootLogo);
-    layout->addWidget(name, 1);
+    layout->addWidget(new TextLabel(TextStyle::RowTitle, TextTone::Normal, u"Quorvane"_s), 1);
     return foot;
 }
 
