@@ -269,6 +269,7 @@ int QuorvaneStyle::styleHint(StyleHint hint, const QStyleOption* option, const Q
     switch (hint) {
     case SH_Widget_Animation_Duration: // Fusion would keep a timer for each scroll bar
     case SH_UnderlineShortcut:
+    case SH_EtchDisabledText:
     case SH_DialogButtonBox_ButtonsHaveIcons:
     case SH_ScrollBar_Transient:
         return 0;
