@@ -13,7 +13,7 @@ class Task;
 
 namespace quorvane {
 
-class MasterBaselineOffer;
+class SheetOffer;
 
 /// What may not be any more as it was shown. Saved profiles tell of their changes themselves.
 struct Anew {
@@ -50,7 +50,7 @@ public:
     virtual void withdrawReview() = 0;
 
     /// Shows the offer until it is over.
-    virtual void showOffer(std::shared_ptr<MasterBaselineOffer> offer) = 0;
+    virtual void showOffer(std::shared_ptr<SheetOffer> offer) = 0;
 
     /// Comes last, when the next action may begin.
     virtual QCoro::Task<void> readAnew(Anew what) = 0;

@@ -123,7 +123,7 @@ void Action::showResult(const ResultPanel& panel) {
     m_shownResult = m_listener.showResult(panel);
 }
 
-void Action::show(const std::shared_ptr<MasterBaselineOffer>& offer) {
+void Action::show(const std::shared_ptr<SheetOffer>& offer) {
     m_listener.showOffer(offer);
 }
 

@@ -1,6 +1,7 @@
 #include "actions/ActionTexts.h"
 
 #include "actions/ActionOutcome.h"
+#include "actions/ActiveProfile.h"
 #include "core/OneLine.h"
 #include "maintenance/MaintenanceSelection.h"
 #include "network/NetworkOperations.h"
@@ -15,6 +16,7 @@ namespace {
 const QString kCancel = u"Cancel"_s;
 const QString kCancelled = u"Cancelled"_s;
 const QString kError = u"Error"_s;
+const QString kProfileSaved = u"Profile Saved"_s;
 const QString kSuccess = u"Success"_s;
 const QString kRestart = u"\n\nPlease restart your Mac."_s;
 const QString kRestartFully = u"\n\nPlease restart your Mac for changes to take full effect."_s;
@@ -60,6 +62,10 @@ Alert snapshotQuestion(const QString& name) {
                                u"Replace"_s);
 }
 
+std::optional<Alert> questionBeforeSnapshot(const ActiveConfiguration& active) {
+    return isOfSavedProfile(active) ? std::optional(snapshotQuestion(active.name)) : std::nullopt;
+}
+
 Alert reinstateQuestion(bool hasBaseline) {
     const QString source = hasBaseline ? u"Your saved restore baseline will be used."_s : kNoBaseline;
     return destructiveQuestion(u"Reinstate System"_s,
@@ -85,6 +91,26 @@ Alert deleteQuestion(const QString& profileName) {
                                u"“"_s + nameOnOneLine(profileName) +
                                    u"” will be removed from saved profiles and the menu bar. This cannot be undone."_s,
                                u"Delete"_s);
+}
+
+Alert deleteCurrentQuestion(const QString& profileName) {
+    return destructiveQuestion(u"Delete Profile?"_s,
+                               u"“"_s + nameOnOneLine(profileName) +
+                                   u"” will be removed from saved profiles and the menu bar."_s,
+                               u"Delete"_s);
+}
+
+Alert overwriteQuestion(const QString& profileName) {
+    return destructiveQuestion(u"Overwrite Profile?"_s,
+                               u"This will replace the existing profile \""_s + nameOnOneLine(profileName) +
+                                   u"\" with your current settings."_s,
+                               u"Overwrite"_s);
+}
+
+Alert overwriteUnreadableQuestion(const QString& fileName) {
+    return destructiveQuestion(
+        u"Overwrite Profile?"_s,
+        u"This will replace the file \""_s + nameOnOneLine(fileName) + u"\", which can’t be read."_s, u"Overwrite"_s);
 }
 
 std::optional<Alert> purgeQuestion(const MaintenanceSelection& selection) {
@@ -215,6 +241,31 @@ ClosingAlert startupAlert(const StartupApplyResult& result) {
 
 ClosingAlert notLoadedAlert(const QString& profileName) {
     return errorAlert(u"Could not load profile \""_s + nameOnOneLine(profileName) + u"\"."_s);
+}
+
+ClosingAlert savedAlert(const QString& profileName, std::optional<bool> hasBaseline) {
+    const QString saved = u"Profile \""_s + nameOnOneLine(profileName) + u"\" saved"_s;
+    if (!hasBaseline) {
+        return {kSuccess, saved + u'.'};
+    }
+    return *hasBaseline
+               ? ClosingAlert{kSuccess, saved + u" with restore baseline."_s}
+               : warning(kSuccess, saved + u", but the restore baseline could not be saved. Check the Logs tab."_s);
+}
+
+ClosingAlert wizardSavedAlert(const QString& profileName) {
+    return {kProfileSaved,
+            u'"' + nameOnOneLine(profileName) + u"\" is now available from the menu bar and profile dropdown."_s};
+}
+
+ClosingAlert wizardBaselineAlert(const QString& profileName) {
+    return warning(kProfileSaved,
+                   u'"' + nameOnOneLine(profileName) +
+                       u"\" was saved, but the restore baseline could not be saved. Check the Logs tab."_s);
+}
+
+ClosingAlert notSavedAlert(const QString& error) {
+    return errorAlert(u"Could not save profile: "_s + error);
 }
 
 ClosingAlert deletedAlert(const QString& profileName, bool isGone) {

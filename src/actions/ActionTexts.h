@@ -17,6 +17,7 @@
 namespace quorvane {
 
 struct ActionOutcome;
+struct ActiveConfiguration;
 struct MaintenanceOutcome;
 struct MaintenanceSelection;
 struct NetworkOutcome;
@@ -26,10 +27,18 @@ struct StartupApplyResult;
 
 /// @param name  of the profile that is active
 Alert snapshotQuestion(const QString& name);
+/// None unless a saved profile is in force: its settings aren't the user's own.
+std::optional<Alert> questionBeforeSnapshot(const ActiveConfiguration& active);
 Alert reinstateQuestion(bool hasBaseline);
 Alert defaultQuestion();
 Alert undoQuestion(bool hasBaseline);
 Alert deleteQuestion(const QString& profileName);
+/// The same in the selector.
+Alert deleteCurrentQuestion(const QString& profileName);
+/// @param profileName  of the saved one
+Alert overwriteQuestion(const QString& profileName);
+/// @param fileName  without ".json"
+Alert overwriteUnreadableQuestion(const QString& fileName);
 /// Escape and Return keep running. @param busyMessage  what the program is busy with; may be empty
 Alert quitQuestion(const QString& busyMessage);
 /// Of a menu that knows no program yet.
@@ -61,6 +70,14 @@ ClosingAlert systemMatchAlert(const std::optional<SystemConfigurationMatch>& mat
 ClosingAlert restartAlert(const QString& profileName);
 ClosingAlert startupAlert(const StartupApplyResult& result);
 ClosingAlert notLoadedAlert(const QString& profileName);
+/// Of the selector. @param hasBaseline  none where none was asked for
+ClosingAlert savedAlert(const QString& profileName, std::optional<bool> hasBaseline);
+/// Of the wizard.
+ClosingAlert wizardSavedAlert(const QString& profileName);
+/// Of the wizard, before the other one: a baseline was asked for.
+ClosingAlert wizardBaselineAlert(const QString& profileName);
+/// @param error  what went wrong
+ClosingAlert notSavedAlert(const QString& error);
 ClosingAlert deletedAlert(const QString& profileName, bool isGone);
 ClosingAlert maintenanceAlert(const MaintenanceOutcome& outcome);
 ClosingAlert networkAlert(const NetworkOutcome& outcome);

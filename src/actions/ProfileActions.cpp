@@ -20,6 +20,12 @@ namespace quorvane {
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+const QString kDeleteProfiles = u"delete profiles"_s;
+
+} // namespace
+
 ProfileActions::ProfileActions(ActionStage& stage, const Parts& parts)
     : m_stage(stage)
     , m_parts(parts) {}
@@ -45,6 +51,52 @@ QCoro::Task<ActionOutcome> ProfileActions::pick(const QString& name, QUuid id, S
         m_parts.system.log(u"\n[PROFILE] Loaded: "_s + profile->name);
         m_parts.tasks.start(backUpDefault());
         co_await reviewAndApply(action, *profile);
+    });
+}
+
+QCoro::Task<ActionOutcome> ProfileActions::edit(const QString& name, QUuid id, const WhenEditable& whenLoaded,
+                                                ActionListener& listener) {
+    return m_stage.run(listener, [=, this](Action& action) -> QCoro::Task<void> {
+        if (!co_await action.passesGate(u"switch profiles"_s)) {
+            co_return;
+        }
+        const std::optional<UnifiedProfile> profile = m_parts.store.loadProfile(name);
+        if (!profile || profile->id != id) {
+            co_await tellNotLoaded(action, name, StartedFrom::Page);
+            co_return;
+        }
+        action.carryOutAtOnce();
+        m_parts.workingCopy.load(*profile);
+        m_parts.system.log(u"\n[PROFILE] Loaded for editing: "_s + profile->name);
+        if (!isDefaultProfile(*profile)) {
+            m_parts.tasks.start(backUpDefault());
+        }
+        action.outcome.succeeded = true;
+        whenLoaded();
+    });
+}
+
+QCoro::Task<ActionOutcome> ProfileActions::editCurrent(const WhenEditable& whenEditable, ActionListener& listener) {
+    return m_stage.run(listener, [=, this](Action& action) -> QCoro::Task<void> {
+        if (!m_parts.workingCopy.currentProfile()) {
+            co_return;
+        }
+        if (!co_await action.passesGate(u"switch profiles"_s)) {
+            co_return;
+        }
+        action.outcome.succeeded = true;
+        whenEditable();
+    });
+}
+
+QCoro::Task<ActionOutcome> ProfileActions::clear(ActionListener& listener) {
+    return m_stage.run(listener, [this](Action& action) -> QCoro::Task<void> {
+        if (!co_await action.passesGate(u"switch profiles"_s)) {
+            co_return;
+        }
+        action.carryOutAtOnce();
+        m_parts.workingCopy.clear();
+        action.outcome.succeeded = true;
     });
 }
 
@@ -143,20 +195,40 @@ QCoro::Task<void> ProfileActions::followDefault(StartedFrom from) {
 
 QCoro::Task<ActionOutcome> ProfileActions::remove(const QString& name, QUuid id, ActionListener& listener) {
     return m_stage.run(listener, [=, this](Action& action) -> QCoro::Task<void> {
-        if (!co_await action.passesGate(u"delete profiles"_s)) {
+        if (!co_await action.passesGate(kDeleteProfiles)) {
             co_return;
         }
         if (!co_await action.isAgreedTo(deleteQuestion(name))) {
             co_return;
         }
-        action.carryOutAtOnce({.match = m_parts.active.current().id == id});
-        action.outcome.succeeded = co_await isGone(name, id);
-        if (action.outcome.succeeded) {
-            m_parts.system.log(u"\n[PROFILE] Deleted: "_s + name);
-            forget(name, id);
-        }
-        co_await action.tell(deletedAlert(name, action.outcome.succeeded));
+        co_await carryOutRemoval(action, name, id);
     });
+}
+
+QCoro::Task<ActionOutcome> ProfileActions::removeCurrent(ActionListener& listener) {
+    const std::optional<UnifiedProfile> loaded = m_parts.workingCopy.currentProfile();
+    return m_stage.run(listener, [=, this](Action& action) -> QCoro::Task<void> {
+        if (!loaded) {
+            co_return;
+        }
+        if (!co_await action.passesGate(kDeleteProfiles)) {
+            co_return;
+        }
+        if (!co_await action.isAgreedTo(deleteCurrentQuestion(loaded->name))) {
+            co_return;
+        }
+        co_await carryOutRemoval(action, loaded->name, loaded->id);
+    });
+}
+
+QCoro::Task<void> ProfileActions::carryOutRemoval(Action& action, QString name, QUuid id) {
+    action.carryOutAtOnce({.match = m_parts.active.current().id == id});
+    action.outcome.succeeded = co_await isGone(name, id);
+    if (action.outcome.succeeded) {
+        m_parts.system.log(u"\n[PROFILE] Deleted: "_s + name);
+        forget(name, id);
+    }
+    co_await action.tell(deletedAlert(name, action.outcome.succeeded));
 }
 
 /// Removes the profile, but not another one that has taken its name since the row was shown.

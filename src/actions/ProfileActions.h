@@ -4,6 +4,8 @@
 #include "actions/ActionOutcome.h"
 #include "profiles/UnifiedProfile.h"
 
+#include <functional>
+
 namespace quorvane {
 
 class Action;
@@ -44,6 +46,15 @@ public:
     /// Loads a saved profile into the working copy and has it reviewed. A Default takes the road of Default.
     /// @param id  what the row shows; another profile of that name isn't loaded
     QCoro::Task<ActionOutcome> pick(const QString& name, QUuid id, StartedFrom from, ActionListener& listener);
+    using WhenEditable = std::function<void()>;
+    /// Loads a saved profile into the working copy, to be edited. Succeeded when it is loaded.
+    /// @param whenLoaded  called then
+    QCoro::Task<ActionOutcome> edit(const QString& name, QUuid id, const WhenEditable& whenLoaded,
+                                    ActionListener& listener);
+    /// The one that is loaded, as it stands in the working copy; nothing without one.
+    QCoro::Task<ActionOutcome> editCurrent(const WhenEditable& whenEditable, ActionListener& listener);
+    /// Empties the working copy; the system and what stands for it stay. Succeeded when it is empty.
+    QCoro::Task<ActionOutcome> clear(ActionListener& listener);
     /// Has a profile reviewed and, where the user agrees, applies it with everything that follows.
     /// @param profile  as it is stored
     QCoro::Task<ActionOutcome> review(const UnifiedProfile& profile, ActionListener& listener);
@@ -51,6 +62,8 @@ public:
     QCoro::Task<ActionOutcome> restoreDefault(StartedFrom from, ActionListener& listener);
     /// Deletes a saved profile.
     QCoro::Task<ActionOutcome> remove(const QString& name, QUuid id, ActionListener& listener);
+    /// The same of the one that is loaded; nothing without one.
+    QCoro::Task<ActionOutcome> removeCurrent(ActionListener& listener);
 
 private:
     QCoro::Task<void> tellNotLoaded(Action& action, QString name, StartedFrom from);
@@ -61,6 +74,7 @@ private:
     QCoro::Task<void> askAndRestoreDefault(Action& action, StartedFrom from);
     QCoro::Task<void> followDefault(StartedFrom from);
     QCoro::Task<void> backUpDefault();
+    QCoro::Task<void> carryOutRemoval(Action& action, QString name, QUuid id);
     QCoro::Task<bool> isGone(QString name, QUuid id);
     void forget(const QString& name, const QUuid& id);
 

@@ -26,6 +26,8 @@ Session::Session(const Host& host, SessionParts parts)
     , stage(system, turnstile, *gate)
     , profileActions(stage, {system, m_host.defaults, notifications, profileStore, savedProfiles, cloudBackups,
                              workingCopy, mode, activeProfile, *label, tasks})
+    , profileSaving(stage, {system, m_host.defaults, m_host.clock, profileStore, savedProfiles, cloudBackups,
+                            workingCopy, activeProfile, *label, profileActions})
     , tweakActions(stage, system)
     , systemActions(stage, system, scans, activeProfile)
     , backupActions(stage, cloudBackups, profileStore, savedProfiles, m_host.machine)

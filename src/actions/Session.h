@@ -6,6 +6,7 @@
 #include "actions/MaintenanceActions.h"
 #include "actions/NetworkActions.h"
 #include "actions/ProfileActions.h"
+#include "actions/ProfileSaving.h"
 #include "actions/SavedProfiles.h"
 #include "actions/SettingsActions.h"
 #include "actions/SnapshotStatus.h"
@@ -67,6 +68,7 @@ public:
 
     ActionStage stage;
     ProfileActions profileActions;
+    ProfileSaving profileSaving;
     TweakActions tweakActions;
     SystemActions systemActions;
     BackupActions backupActions;

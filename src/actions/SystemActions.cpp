@@ -36,7 +36,7 @@ QCoro::Task<ActionOutcome> SystemActions::saveSnapshot(const std::optional<QStri
         if (!co_await action.passesGate(u"save a system snapshot"_s)) {
             co_return;
         }
-        if (!co_await action.isAgreedTo(questionBeforeSnapshot())) {
+        if (!co_await action.isAgreedTo(questionBeforeSnapshot(m_active.current()))) {
             co_return;
         }
         {
@@ -46,12 +46,6 @@ QCoro::Task<ActionOutcome> SystemActions::saveSnapshot(const std::optional<QStri
         action.outcome.succeeded = isComplete(*action.outcome.capture, archive);
         co_await action.tell(snapshotAlert(*action.outcome.capture, archive));
     });
-}
-
-/// A profile's settings aren't the user's own.
-std::optional<Alert> SystemActions::questionBeforeSnapshot() const {
-    const ActiveConfiguration& active = m_active.current();
-    return isOfSavedProfile(active) ? std::optional(snapshotQuestion(active.name)) : std::nullopt;
 }
 
 QCoro::Task<ActionOutcome> SystemActions::offerMasterBaseline(ActionListener& listener) {
@@ -71,7 +65,7 @@ QCoro::Task<void> SystemActions::createMasterBaseline(Action& action, std::share
     if (!co_await action.passesGate(u"create the master system baseline"_s)) {
         co_return;
     }
-    if (!co_await action.isAgreedTo(questionBeforeSnapshot())) {
+    if (!co_await action.isAgreedTo(questionBeforeSnapshot(m_active.current()))) {
         co_return;
     }
     if (offer->isOver()) {

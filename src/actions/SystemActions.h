@@ -38,7 +38,6 @@ public:
 private:
     QCoro::Task<void> createMasterBaseline(Action& action, std::shared_ptr<MasterBaselineOffer> offer);
     QCoro::Task<void> captureMasterBaseline(Action& action);
-    std::optional<Alert> questionBeforeSnapshot() const;
     QCoro::Task<std::optional<FoundBaseline>> foundForTheQuestion(Action& action);
     QCoro::Task<ReviewPreview> preview(StartupConfiguration configuration);
 

@@ -1,7 +1,7 @@
 #include "actions/WindowListener.h"
 
 #include "actions/ApplyReviewCoordinator.h"
-#include "actions/MasterBaselineOffer.h"
+#include "actions/SheetOffer.h"
 #include "actions/Tasks.h"
 #include "system/SystemManager.h"
 
@@ -28,13 +28,13 @@ void WindowListener::withdrawReview() {
     m_parts.reviews.withdrawReview();
 }
 
-void WindowListener::showOffer(std::shared_ptr<MasterBaselineOffer> offer) {
+void WindowListener::showOffer(std::shared_ptr<SheetOffer> offer) {
     if (m_isShutDown) {
         offer->end();
         return;
     }
     m_offer = std::move(offer);
-    connect(m_offer.get(), &MasterBaselineOffer::ended, this, [this] {
+    connect(m_offer.get(), &SheetOffer::ended, this, [this] {
         m_offer.reset();
         Q_EMIT offerChanged();
     });
@@ -57,7 +57,7 @@ QCoro::Task<void> WindowListener::readAnew(Anew what) {
 void WindowListener::shutDown() {
     m_isShutDown = true;
     m_parts.reviews.shutDown();
-    if (const std::shared_ptr<MasterBaselineOffer> offer = m_offer) {
+    if (const std::shared_ptr<SheetOffer> offer = m_offer) {
         offer->end();
     }
 }

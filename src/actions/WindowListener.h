@@ -27,12 +27,12 @@ public:
     explicit WindowListener(const Parts& parts, QObject* parent = nullptr);
 
     /// None when nothing is offered. The main window shows its sheet while there is one, and keeps it for as long as that.
-    const std::shared_ptr<MasterBaselineOffer>& offer() const { return m_offer; }
+    const std::shared_ptr<SheetOffer>& offer() const { return m_offer; }
 
     QCoro::Task<bool> review(Review review) override;
     QCoro::Task<void> showResult(ResultPanel panel) override;
     void withdrawReview() override;
-    void showOffer(std::shared_ptr<MasterBaselineOffer> offer) override;
+    void showOffer(std::shared_ptr<SheetOffer> offer) override;
     QCoro::Task<void> readAnew(Anew what) override;
 
     /// Takes sheets away, whatever their state, and shows none from then on.
@@ -47,7 +47,7 @@ Q_SIGNALS:
 
 private:
     Parts m_parts;
-    std::shared_ptr<MasterBaselineOffer> m_offer;
+    std::shared_ptr<SheetOffer> m_offer;
     bool m_isShutDown = false;
 };
 

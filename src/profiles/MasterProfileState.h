@@ -34,6 +34,9 @@ public:
     const std::optional<UnifiedProfile>& currentProfile() const { return m_currentProfile; }
     void setCurrentProfile(const std::optional<UnifiedProfile>& profile);
 
+    /// Something else is in it than in the profile that it was loaded from.
+    bool isEdited() const;
+
     void load(const UnifiedProfile& profile);
     void clear();
 

@@ -90,12 +90,14 @@ bool ProfileManager::Reading::step() {
 }
 
 ProfileListing ProfileManager::Reading::listing() const {
-    QList<UnifiedProfile> profiles;
+    ProfileListing listing;
     const QList<StoredProfile> stored = newestFirst(m_stored);
     for (const StoredProfile& each : stored) {
-        profiles.append(each.profile);
+        listing.profiles.append(each.profile);
+        listing.fileNames.append(each.file.baseName);
     }
-    return {profiles, m_unreadable};
+    listing.unreadable = m_unreadable;
+    return listing;
 }
 
 std::optional<UnifiedProfile> ProfileManager::Reading::profile(const QString& named) const {
@@ -148,7 +150,7 @@ QSet<QString> ProfileManager::Reading::baseNames() const {
 
 QString ProfileManager::savedName(const QString& name) {
     const QString sanitized = sanitizedProfileName(name);
-    if (!isProfileFileName(sanitized)) {
+    if (!isUsableProfileName(name)) {
         throw ProfileStoreError(ProfileStoreError::Code::InvalidName, u"Profile name is invalid."_s);
     }
     return sanitized;

@@ -49,6 +49,7 @@ struct ProfileImportResult {
 /// What the folder of profiles holds.
 struct ProfileListing {
     QList<UnifiedProfile> profiles; ///< newest first
+    QStringList fileNames;          ///< of their files, in the same order, without ".json"
     QStringList unreadable;         ///< names, without ".json", of files that hold no profile that can be read
 };
 

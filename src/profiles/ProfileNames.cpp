@@ -22,6 +22,12 @@ bool isProfileFileName(const QString& name) {
     return !name.isEmpty() && !name.contains(QChar::Null) && name == sanitizedProfileName(name);
 }
 
+bool isUsableProfileName(const QString& name) {
+    constexpr qsizetype kLongest = 255 - 5; // bytes of a file's name on a Mac's and on other volumes, without ".json"
+    const QString sanitized = sanitizedProfileName(name);
+    return isProfileFileName(sanitized) && sanitized.toUtf8().size() <= kLongest;
+}
+
 QString profileNameKey(const QString& name) {
     return foldedText(sanitizedProfileName(name));
 }

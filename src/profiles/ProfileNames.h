@@ -13,6 +13,10 @@ QString sanitizedProfileName(const QString& name);
 /// is. Any other name could lead out of the folder, or to the file of another profile.
 bool isProfileFileName(const QString& name);
 
+/// True for a name under which a profile can be saved: one that isn't empty when it is sanitized, and no longer than the name
+/// of a file may be.
+bool isUsableProfileName(const QString& name);
+
 /// The one form by which names are compared: as it is saved, composed (a Mac's volume takes both forms of "é" for one) and
 /// without case.
 QString profileNameKey(const QString& name);

@@ -1,6 +1,6 @@
 #include "rehearsal/TerminalListener.h"
 
-#include "actions/MasterBaselineOffer.h"
+#include "actions/SheetOffer.h"
 #include "actions/SystemScans.h"
 #include "rehearsal/Report.h"
 
@@ -33,7 +33,7 @@ QCoro::Task<void> TerminalListener::showResult(ResultPanel) {
     co_return;
 }
 
-void TerminalListener::showOffer(std::shared_ptr<MasterBaselineOffer> offer) {
+void TerminalListener::showOffer(std::shared_ptr<SheetOffer> offer) {
     offer->decline();
 }
 

@@ -61,6 +61,14 @@ void SystemManager::keepMatch(std::optional<SystemConfigurationMatch> match) {
     Q_EMIT systemMatchChanged();
 }
 
+void SystemManager::forgetVerification(const QString& profile, const QString& now) {
+    std::optional<SystemConfigurationMatch> match = m_scan.match;
+    if (match && match->kind == MatchedConfigurationKind::savedProfile && match->name == profile) {
+        match->name = now;
+        keepMatch(std::move(match));
+    }
+}
+
 QCoro::Task<std::optional<SystemConfigurationMatch>>
 SystemManager::findSystemMatch(QList<UnifiedProfile> profiles, std::optional<QString> appliedName) {
     SystemScan scan(*this, {*m_loginItems, *m_startupItems, *m_launchItems, *m_backgroundItems}, {});

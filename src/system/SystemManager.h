@@ -363,6 +363,9 @@ public:
     bool isVerifyingSystem() const { return m_scan.underWay > 0; }
     bool hasVerifiedSystem() const { return m_scan.hasEnded; }
     const std::optional<SystemConfigurationMatch>& systemMatch() const { return m_scan.match; }
+    /// To be called when a saved profile has become another one: where this Mac is in it, nothing of that is verified any more.
+    /// @param now  what it is called from now on
+    void forgetVerification(const QString& profile, const QString& now);
 
 Q_SIGNALS:
     void messageLogged(const QString& message);

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "actions/AlertingListener.h"
-#include "actions/MasterBaselineOffer.h"
 #include "actions/Session.h"
+#include "actions/SheetOffer.h"
 #include "core/UserDefaultKeys.h"
 #include "fakes/CountingWorkspace.h"
 #include "fakes/EventLoop.h"
@@ -78,7 +78,7 @@ public:
         co_return;
     }
     void withdrawReview() override { m_steps.append(u"review withdrawn"_s); }
-    void showOffer(std::shared_ptr<MasterBaselineOffer> shown) override {
+    void showOffer(std::shared_ptr<SheetOffer> shown) override {
         m_steps.append(u"offer"_s);
         offer = shown;
     }
@@ -101,7 +101,7 @@ public:
     bool preparesReviews = false;
     bool requestsScans = false;
     std::optional<ReviewPreview> preview;
-    std::shared_ptr<MasterBaselineOffer> offer;
+    std::shared_ptr<SheetOffer> offer;
     std::optional<QPromise<void>> held; ///< reviews stay open until it is finished
 
 private:

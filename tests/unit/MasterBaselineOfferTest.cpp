@@ -1,5 +1,6 @@
 // The offer of a master baseline from its sheet to its end, and whatever gets in between.
 
+#include "actions/MasterBaselineOffer.h"
 #include "fakes/EventOrders.h"
 #include "fakes/WindowActions.h"
 
@@ -22,12 +23,13 @@ protected:
         session->tasks.start(session->systemActions.offerMasterBaseline(window));
         ASSERT_NE(window.offer(), nullptr);
     }
+    QString text() const { return std::dynamic_pointer_cast<MasterBaselineOffer>(window.offer())->text(); }
     void createAndWaitFor(OfferState state) {
-        window.offer()->create();
+        window.offer()->accept();
         processEventsUntil([this, state] { return window.offer() && window.offer()->state() == state; });
     }
     void saves() {
-        window.offer()->create();
+        window.offer()->accept();
         waitForTasks();
         expectNothingLeft();
         EXPECT_TRUE(files.exists(kCurrent));
@@ -41,14 +43,14 @@ TEST_F(MasterBaselineOfferTest, aBaselineThatIsThereClosesIt) {
     QObject::connect(&window, &WindowListener::snapshotChanged, [&snapshotChanges] { ++snapshotChanges; });
     offer();
     EXPECT_EQ(window.offer()->state(), OfferState::Offered);
-    EXPECT_EQ(window.offer()->text(), QString());
+    EXPECT_EQ(text(), QString());
     EXPECT_FALSE(session->turnstile.isIdle()) << "its sheet is open";
     commands.hold();
     createAndWaitFor(OfferState::Saving);
-    EXPECT_EQ(window.offer()->text(), u"Capturing your current system settings…"_s);
-    EXPECT_EQ(session->system.busyMessage(), window.offer()->text());
+    EXPECT_EQ(text(), u"Capturing your current system settings…"_s);
+    EXPECT_EQ(session->system.busyMessage(), text());
     window.offer()->decline();
-    window.offer()->create();
+    window.offer()->accept();
     EXPECT_EQ(window.offer()->state(), OfferState::Saving) << "nothing closes it";
     commands.release();
     commands.holdNoFurther();
@@ -72,7 +74,7 @@ TEST_F(MasterBaselineOfferTest, withoutABaselineItStaysAndSaysSo) {
     offer();
     files.failOn(MemoryFileManager::Operation::Write, kCurrent);
     createAndWaitFor(OfferState::Failed);
-    EXPECT_EQ(window.offer()->text(), kNotSaved);
+    EXPECT_EQ(text(), kNotSaved);
     EXPECT_FALSE(session->system.isBusy());
     files.addFile(kCurrent, "{}"); // from elsewhere
     saves();
@@ -84,7 +86,7 @@ TEST_F(MasterBaselineOfferTest, anExceptionLeavesItOfferedOnceMore) {
         throw std::runtime_error("out of order");
     };
     createAndWaitFor(OfferState::Failed);
-    EXPECT_EQ(window.offer()->text(), kNotSaved);
+    EXPECT_EQ(text(), kNotSaved);
     EXPECT_TRUE(session->system.logMessages().contains(u"  [ERROR] out of order"_s));
     EXPECT_FALSE(session->system.isBusy());
     window.offer()->decline();
@@ -98,7 +100,7 @@ TEST_F(MasterBaselineOfferTest, aClosedGateLeavesItOffered) {
     lock->lockIfEnabled();
     EXPECT_EQ(window.offer()->state(), OfferState::Offered) << "it waits behind the lock";
     takeSteps();
-    window.offer()->create();
+    window.offer()->accept();
     processEventsUntil([this] { return !steps.isEmpty(); });
     EXPECT_EQ(takeSteps().last(),
               u"! Quorvane is Locked | Enter your app password in the Quorvane window to create the "
@@ -113,7 +115,7 @@ TEST_F(MasterBaselineOfferTest, whereAProfileIsInForceItAsks) {
     makeActive(live);
     alerts.press(1);
     offer();
-    window.offer()->create();
+    window.offer()->accept();
     processEventsUntil([this] { return steps.contains(kQuestion); });
     QCoreApplication::processEvents();
     EXPECT_EQ(window.offer()->state(), OfferState::Offered) << "cancelled";
@@ -126,7 +128,7 @@ TEST_F(MasterBaselineOfferTest, anAnswerToAnOfferThatIsOverChangesNothing) {
     makeActive(live);
     alerts.hold();
     offer();
-    window.offer()->create();
+    window.offer()->accept();
     processEventsUntil([this] { return alerts.openCount() == 1; });
     window.offer()->decline();
     EXPECT_EQ(window.offer(), nullptr);
@@ -202,13 +204,13 @@ public:
 private:
     void TestBody() override {}
     void windowCloses() {
-        if (const std::shared_ptr<MasterBaselineOffer> offer = window.offer()) {
+        if (const std::shared_ptr<SheetOffer> offer = window.offer()) {
             offer->decline();
         }
     }
     void advanceTo(Stage stage) {
         if (stage >= Stage::Wanted) {
-            window.offer()->create();
+            window.offer()->accept();
         }
         if (stage >= Stage::Asking) {
             processEventsUntil([this] { return alerts.openCount() == 1; });

@@ -11,7 +11,7 @@ namespace quorvane {
 
 using namespace Qt::StringLiterals;
 
-PerformancePageHeader::PerformancePageHeader(const RowText& text, QWidget* parent)
+PerformancePageHeader::PerformancePageHeader(const RowText& text, QWidget* aside, QWidget* parent)
     : QWidget(parent) {
     QVBoxLayout* const column = addColumn(*this, {Theme::kGap24, Theme::kGap16, Theme::kGap24, 0});
     column->setSpacing(Theme::kGap8);
@@ -25,6 +25,7 @@ PerformancePageHeader::PerformancePageHeader(const RowText& text, QWidget* paren
     texts->addWidget(new TextLabel(TextStyle::Secondary, TextTone::Secondary, text.subtitle));
     titleRow->addWidget(new PerformanceSymbolBadge(text.symbol, BadgeColor::Grey));
     titleRow->addLayout(texts, 1);
+    titleRow->addWidget(aside, 0, Qt::AlignVCenter);
     column->addWidget(back, 0, Qt::AlignLeft);
     column->addLayout(titleRow);
     setFocusProxy(back);

@@ -11,7 +11,8 @@ class PerformancePageHeader : public QWidget {
     Q_OBJECT
 
 public:
-    explicit PerformancePageHeader(const RowText& text, QWidget* parent = nullptr);
+    /// @param aside  what stands at the right end of the title
+    PerformancePageHeader(const RowText& text, QWidget* aside, QWidget* parent = nullptr);
 
 Q_SIGNALS:
     void backRequested();

@@ -73,7 +73,7 @@ void MasterSystemBaselinePrompt::makeButtons() {
     addButton(m_notNow);
     addButton(m_create);
     connect(m_notNow, &QPushButton::clicked, m_offer.get(), &MasterBaselineOffer::decline);
-    connect(m_create, &QPushButton::clicked, m_offer.get(), &MasterBaselineOffer::create);
+    connect(m_create, &QPushButton::clicked, m_offer.get(), &MasterBaselineOffer::accept);
 }
 
 void MasterSystemBaselinePrompt::showEvent(QShowEvent* event) {

@@ -1,6 +1,8 @@
 #include "ui/window/ContentView.h"
 
 #include "actions/ApplyReviewCoordinator.h"
+#include "actions/MasterBaselineOffer.h"
+#include "actions/ProfileSaveOffer.h"
 #include "actions/Session.h"
 #include "actions/WindowListener.h"
 #include "lock/LockManager.h"
@@ -9,6 +11,7 @@
 #include "ui/lock/LockScreenView.h"
 #include "ui/pieces/Layers.h"
 #include "ui/pieces/SheetLayer.h"
+#include "ui/profiles/SaveProfileSheet.h"
 #include "ui/review/ApplyReviewSheet.h"
 #include "ui/review/MasterSystemBaselinePrompt.h"
 #include "ui/window/MainContentArea.h"
@@ -31,6 +34,13 @@ constexpr auto kPresentationDelay = 400ms;
 constexpr int kSidebarMinimum = 180;
 constexpr int kSidebarIdeal = 200;
 constexpr int kSidebarMaximum = 250;
+
+Sheet* sheetOf(const std::shared_ptr<SheetOffer>& offer) {
+    if (const auto profile = std::dynamic_pointer_cast<ProfileSaveOffer>(offer)) {
+        return new SaveProfileSheet(profile);
+    }
+    return new MasterSystemBaselinePrompt(std::dynamic_pointer_cast<MasterBaselineOffer>(offer));
+}
 
 } // namespace
 
@@ -91,13 +101,13 @@ void ContentView::setColumns(const QByteArray& columns) {
 
 /// One at a time: an action opens it, and there is one action at a time.
 void ContentView::followSheets() {
-    const std::shared_ptr<MasterBaselineOffer>& offer = m_environment.listener.offer();
+    const std::shared_ptr<SheetOffer>& offer = m_environment.listener.offer();
     const std::optional<ApplyReviewRequest>& request = m_environment.reviews.request();
     m_waiting->setSuppressed(offer != nullptr);
     if (request) {
         m_sheets->show(new ApplyReviewSheet(request->review, m_environment.clock));
     } else if (offer != nullptr) {
-        m_sheets->show(new MasterSystemBaselinePrompt(offer));
+        m_sheets->show(sheetOf(offer));
     } else {
         m_sheets->clear();
     }

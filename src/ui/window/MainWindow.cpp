@@ -3,8 +3,8 @@
 #include "actions/ActiveProfile.h"
 #include "actions/ApplyReview.h"
 #include "actions/ApplyReviewCoordinator.h"
-#include "actions/MasterBaselineOffer.h"
 #include "actions/Session.h"
+#include "actions/SheetOffer.h"
 #include "actions/WindowListener.h"
 #include "ui/Theme.h"
 #include "ui/ViewEnvironment.h"
@@ -68,7 +68,7 @@ void MainWindow::savePlace() const {
 /// A sheet that carries something out stays, and so does its window.
 bool MainWindow::closesSheets() {
     m_environment.reviews.dismiss();
-    const std::shared_ptr<MasterBaselineOffer> offer = m_environment.listener.offer();
+    const std::shared_ptr<SheetOffer> offer = m_environment.listener.offer();
     if (offer != nullptr) {
         offer->decline();
     }

@@ -1,0 +1,88 @@
+#pragma once
+
+#include "actions/ActionListener.h"
+#include "actions/ActionOutcome.h"
+#include "profiles/ProfileNameUse.h"
+#include "profiles/UnifiedProfile.h"
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+namespace quorvane {
+
+class Action;
+class ActionStage;
+class ActiveProfile;
+class Clock;
+class MasterProfileState;
+class ProfileActions;
+class ProfileCloudManager;
+class ProfileLabel;
+class ProfileManager;
+class ProfileSaveOffer;
+class SavedProfiles;
+class SystemManager;
+class UserDefaults;
+
+/// What the user wants saved of the working copy, and how.
+struct ProfileToSave {
+    QString name{};             ///< as it was typed
+    bool includesTweaks = true; ///< a half that isn't is empty in what is saved
+    bool includesStartup = true;
+    bool savesBaseline = false;             ///< first, a master baseline of the Mac as it is now
+    std::optional<UnifiedProfile> edited{}; ///< keeps its identity, and moves to a name that no other profile has
+};
+
+/// The one way to save a profile.
+class ProfileSaving {
+public:
+    struct Parts {
+        SystemManager& system;
+        UserDefaults& defaults;
+        Clock& clock;
+        ProfileManager& store;
+        SavedProfiles& saved;
+        ProfileCloudManager& cloudBackups;
+        MasterProfileState& workingCopy;
+        ActiveProfile& active;
+        ProfileLabel& label;
+        ProfileActions& profiles;
+    };
+    ProfileSaving(ActionStage& stage, const Parts& parts);
+
+    /// "Save Profile" of the selector: a sheet, until something is saved or the user doesn't want it.
+    QCoro::Task<ActionOutcome> offer(ActionListener& listener);
+
+    enum class Afterwards { Nothing, Apply };
+    using WhenSaved = std::function<void(const UnifiedProfile& stored)>;
+    /// "Save Profile" of the wizard.
+    /// @param whenSaved  called before anything is told, with the record as it is stored
+    QCoro::Task<ActionOutcome> saveInWizard(const ProfileToSave& wanted, Afterwards afterwards,
+                                            const WhenSaved& whenSaved, ActionListener& listener);
+
+private:
+    struct Saved {
+        UnifiedProfile profile;            ///< as it is stored
+        std::optional<bool> hasBaseline{}; ///< none where none was asked for
+    };
+
+    QCoro::Task<std::optional<ClosingAlert>> saveOffered(Action& action, std::shared_ptr<ProfileSaveOffer> offer);
+    QCoro::Task<void> saveAndTell(Action& action, ProfileToSave wanted, Afterwards afterwards, WhenSaved whenSaved);
+    QCoro::Task<ActionOutcome> saveAndApply(ProfileToSave wanted, WhenSaved whenSaved, ActionListener* listener);
+
+    QCoro::Task<std::optional<Saved>> save(Action& action, ProfileToSave wanted, std::function<void()> begins);
+    QCoro::Task<bool> isAgreedTo(Action& action, ProfileToSave wanted, ProfileNameUse use);
+    UnifiedProfile recordOf(const ProfileToSave& wanted, const ProfileNameUse& use) const;
+    QCoro::Task<Saved> store(Action& action, ProfileToSave wanted, UnifiedProfile record, ProfileListing before);
+    QCoro::Task<bool> captureBaseline(Action& action, QString name);
+    QCoro::Task<void> keepDefaultCopies(UnifiedProfile record, bool isDefaultSaved);
+    UnifiedProfile readBack(const UnifiedProfile& record) const;
+    QCoro::Task<void> follow(std::optional<UnifiedProfile> before, UnifiedProfile stored);
+    void takeNamesAlong(const QString& from, const QString& to);
+
+    ActionStage& m_stage;
+    Parts m_parts;
+};
+
+} // namespace quorvane
