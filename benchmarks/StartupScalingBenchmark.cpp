@@ -160,10 +160,10 @@ void discover(benchmark::State& state) {
     tools.dump = dumpOf(records);
     tools.loginItems = loginItemsOf(records / 10);
     const Host ports = simulated.host();
-    const Host host{tools,          ports.scripts,       ports.files,    ports.defaults,
-                    ports.machine,  ports.propertyLists, ports.bundles,  ports.backgroundTaskPermissions,
-                    ports.cloud,    ports.clock,         ports.keychain, ports.biometrics,
-                    ports.displays, ports.notifications};
+    const Host host{tools,          ports.scripts,       ports.files,     ports.defaults,
+                    ports.machine,  ports.propertyLists, ports.bundles,   ports.backgroundTaskPermissions,
+                    ports.cloud,    ports.clock,         ports.keychain,  ports.biometrics,
+                    ports.displays, ports.notifications, ports.filePanels};
     for (auto _ : state) {
         NotificationCenter notifications;
         SystemManager system(host, notifications);

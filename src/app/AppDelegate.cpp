@@ -3,6 +3,7 @@
 #include "actions/ActionTexts.h"
 #include "lock/LockManager.h"
 #include "platform/Clock.h"
+#include "platform/FilePanels.h"
 #include "platform/SystemLook.h"
 #include "ui/QuorvaneStyle.h"
 #include "ui/menu/StatusItem.h"
@@ -46,7 +47,7 @@ SessionParts AppDelegate::sessionParts() {
         auto lock = std::make_unique<LockManager>(host.keychain, host.biometrics, m_alerts.ofLock(),
                                                   m_mainWindowInFront, host.defaults);
         m_lock = lock.get();
-        connect(m_lock, &LockManager::isUnlockedChanged, this, [this] { m_alerts.setLocked(!m_lock->isUnlocked()); });
+        connect(m_lock, &LockManager::isUnlockedChanged, this, [this] { followLock(); });
         m_alerts.setLocked(!m_lock->isUnlocked());
         return lock;
     };
@@ -58,6 +59,14 @@ SessionParts AppDelegate::sessionParts() {
         return overlay;
     };
     return {makeGate, makeLabel, m_parts.shutDownHost};
+}
+
+/// What is open would stand above the lock screen.
+void AppDelegate::followLock() {
+    m_alerts.setLocked(!m_lock->isUnlocked());
+    if (!m_lock->isUnlocked()) {
+        m_parts.host.filePanels.cancelOpen();
+    }
 }
 
 // ---- Launch

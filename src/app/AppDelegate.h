@@ -62,6 +62,7 @@ protected:
 
 private:
     SessionParts sessionParts();
+    void followLock();
     void makeIconAndMenuBar();
     void connectWindow();
     void connectLook();

@@ -4,6 +4,7 @@
 #include "app/DisplayCheck.h"
 #include "app/SingleInstance.h"
 #include "app/simulated/AuthorizationDialogs.h"
+#include "app/simulated/FilePanelDialogs.h"
 #include "app/simulated/FingerDialogs.h"
 #include "app/simulated/MacOfUser.h"
 #include "platform/portable/QuitSignals.h"
@@ -27,14 +28,17 @@ constexpr int kUnusable = 2;
 int runOnMac(SingleInstance& instance, const QString& dataFolder) {
     AuthorizationDialogs authorization;
     FingerDialogs finger;
+    FilePanelDialogs panels;
     const QString program = macsimBesideProgram();
-    SimulatedHost host(macOfUser(dataFolder, program), authorization, {program, {}, {}, &finger});
+    SimulatedHost host(macOfUser(dataFolder, program), authorization, {program, {}, {}, &finger, &panels});
     authorization.setMachine(host.mac().machine());
+    panels.setMac(host.mac());
     TrayStatusItem statusItem;
-    const auto shutDownHost = [&host, &authorization, &finger] {
+    const auto shutDownHost = [&host, &authorization, &finger, &panels] {
         host.shutDown();
         authorization.shutDown();
         finger.shutDown();
+        panels.shutDown();
     };
     AppDelegate delegate({host.host(), host.systemLook(), statusItem, shutDownHost});
     const QuitSignals quitSignals(OutputReader::NotNeeded);

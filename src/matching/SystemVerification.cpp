@@ -133,7 +133,8 @@ QCoro::Task<ApplyVerificationResult> SystemVerification::startup(StartupConfigur
 
 QCoro::Task<StartupReadings> SystemVerification::startupReadings(StartupConfiguration configuration) {
     StartupReadings readings;
-    readings.discovered = co_await m_startup.items.discover();
+    const DiscoveredStartup found = co_await m_startup.items.discover();
+    readings.discovered = found.items;
     readings.loginItems = co_await m_startup.loginItems.current();
     readings.backgroundItems = m_startup.backgroundItems.list();
     readings.managedPaths = m_startup.loginItems.managedPaths();

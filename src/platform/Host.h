@@ -10,6 +10,7 @@ class CloudDrive;
 class CommandLauncher;
 class Displays;
 class FileManager;
+class FilePanels;
 class Keychain;
 class Machine;
 class PropertyLists;
@@ -17,7 +18,7 @@ class ScriptEngine;
 class SystemNotifications;
 class UserDefaults;
 
-/// Everything the program asks of the operating system, but for what needs a window (AlertPresenter, Workspace,
+/// Everything the program asks of the operating system, but for what stands in a window of its own (AlertPresenter, Workspace,
 /// Appearance, SystemLook). The ports outlive the objects that use them.
 struct Host {
     CommandLauncher& commands;
@@ -34,6 +35,7 @@ struct Host {
     Biometrics& biometrics;
     Displays& displays;
     SystemNotifications& notifications;
+    FilePanels& filePanels;
 };
 
 } // namespace quorvane

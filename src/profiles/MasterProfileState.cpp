@@ -1,7 +1,5 @@
 #include "profiles/MasterProfileState.h"
 
-#include "core/Collation.h"
-
 #include <algorithm>
 #include <utility>
 
@@ -11,22 +9,61 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// The first item with an identifier; none when there is no such item.
-StartupItem* itemWithId(StartupConfiguration& startup, const QString& id) {
-    const auto found = std::find_if(startup.items.begin(), startup.items.end(),
-                                    [&id](const StartupItem& item) { return item.id == id; });
-    return found == startup.items.end() ? nullptr : &*found;
+/// The layers of a configuration to which nobody has added anything; what this Mac has stays.
+StartupLayers layersOf(const StartupConfiguration& startup, const std::optional<DiscoveredStartup>& discovered) {
+    StartupLayers layers;
+    layers.loaded = startup.items;
+    layers.discovered = discovered;
+    layers.rules.disableNetworkAtStartup = startup.disableNetworkAtStartup;
+    layers.rules.disabledCloudSyncAtStartup = startup.disabledCloudSyncAtStartup;
+    return layers;
 }
 
-StartupConfiguration withAllEnabled(StartupConfiguration startup) {
-    for (StartupItem& item : startup.items) {
-        if (item.kind != StartupItemKind::addedApp) {
-            item.runsAtStartup = true;
+void choose(StartupChoices& choices, const StartupItem& item) {
+    choices.items.insert(comparableId(item), item);
+    choices.offByService.remove(comparableId(item));
+}
+
+/// Items go off because a service does: they stay off when it is on again.
+void switchOffWithService(StartupChoices& choices, const QList<StartupItem>& items, CloudSyncService service) {
+    for (StartupItem item : items) {
+        if (item.runsAtStartup && isHeldOff(item, {service})) {
+            item.runsAtStartup = false;
+            choose(choices, item);
+            choices.offByService.insert(comparableId(item));
         }
     }
-    startup.disableNetworkAtStartup = false;
-    startup.disabledCloudSyncAtStartup.clear();
-    return startup;
+}
+
+void switchAllOn(StartupChoices& choices, const QList<StartupItem>& items) {
+    for (StartupItem item : items) {
+        if (!item.runsAtStartup && item.kind != StartupItemKind::addedApp) {
+            item.runsAtStartup = true;
+            choose(choices, item);
+        }
+    }
+}
+
+void bringServicesAndNetworkBack(StartupRules& rules) {
+    rules.disableNetworkAtStartup = false;
+    rules.disabledCloudSyncAtStartup.clear();
+}
+
+/// What is shown and wasn't added.
+QList<StartupItem> shownItems(const WorkingStartup& working) {
+    QList<StartupItem> items;
+    for (const StartupRow& row : working.shown) {
+        if (!row.isAdded) {
+            items.append(working.itemOf(row));
+        }
+    }
+    return items;
+}
+
+bool isRemovable(const WorkingStartup& working, const StartupItem& item) {
+    const auto isRowOf = [&](const StartupRow& row) { return &working.itemOf(row) == &item; };
+    return item.kind == StartupItemKind::addedApp ||
+           std::any_of(working.absent.cbegin(), working.absent.cend(), isRowOf);
 }
 
 } // namespace
@@ -34,44 +71,55 @@ StartupConfiguration withAllEnabled(StartupConfiguration startup) {
 MasterProfileState::MasterProfileState(PerformanceSettings settings, StartupConfiguration startup, QObject* parent)
     : QObject(parent)
     , m_settings(std::move(settings))
-    , m_startup(std::move(startup)) {}
+    , m_layers(layersOf(startup, std::nullopt)) {
+    m_layers.rules.cleanReboot = m_settings.cleanReboot;
+    m_working = quorvane::workingStartup(m_layers);
+}
 
 void MasterProfileState::setSettings(const PerformanceSettings& settings) {
-    put(settings, m_startup, m_currentProfile);
+    put({settings, m_layers, m_currentProfile});
 }
 
 void MasterProfileState::setStartup(const StartupConfiguration& startup) {
-    put(m_settings, startup, m_currentProfile);
+    putLayers(layersOf(startup, m_layers.discovered));
 }
 
 void MasterProfileState::setCurrentProfile(const std::optional<UnifiedProfile>& profile) {
-    put(m_settings, m_startup, profile);
+    put({m_settings, m_layers, profile});
 }
 
 bool MasterProfileState::isEdited() const {
-    return m_currentProfile && (m_settings != m_currentProfile->settings || m_startup != m_currentProfile->startup);
+    const UnifiedProfile saved = m_currentProfile.value_or(UnifiedProfile{});
+    StartupLayers asSaved = layersOf(saved.startup, m_layers.discovered);
+    asSaved.rules.cleanReboot = m_settings.cleanReboot;
+    return m_settings != saved.settings || m_layers != asSaved;
 }
 
 void MasterProfileState::load(const UnifiedProfile& profile) {
-    put(profile.settings, profile.startup, profile);
+    put({profile.settings, layersOf(profile.startup, m_layers.discovered), profile});
 }
 
 void MasterProfileState::clear() {
-    put({}, {}, std::nullopt);
+    put({{}, layersOf({}, m_layers.discovered), std::nullopt});
 }
 
 /// Observers are told when everything is in its place, so that none sees one profile's tweaks beside another's startup.
-void MasterProfileState::put(const PerformanceSettings& settings, const StartupConfiguration& startup,
-                             const std::optional<UnifiedProfile>& profile) {
+void MasterProfileState::put(const Contents& contents) {
     const auto areSame = [](const UnifiedProfile& left, const UnifiedProfile& right) {
         return left == right && left.dateCreated == right.dateCreated && left.hasSameContent(right);
     };
+    const std::optional<UnifiedProfile>& profile = contents.profile;
     const bool hasProfileChanged = m_currentProfile && profile ? !areSame(*m_currentProfile, *profile)
                                                                : m_currentProfile.has_value() != profile.has_value();
-    const bool haveSettingsChanged = m_settings != settings;
-    const bool hasStartupChanged = m_startup != startup;
-    m_settings = settings;
-    m_startup = startup;
+    const bool haveSettingsChanged = m_settings != contents.settings;
+    StartupLayers layers = contents.layers;
+    layers.rules.cleanReboot = contents.settings.cleanReboot;
+    const bool haveLayersChanged = m_layers != layers;
+    const WorkingStartup working = haveLayersChanged ? quorvane::workingStartup(layers) : m_working;
+    const bool hasStartupChanged = haveLayersChanged && m_working != working;
+    m_settings = contents.settings;
+    m_layers = layers;
+    m_working = working;
     m_currentProfile = profile;
     if (haveSettingsChanged) {
         Q_EMIT settingsChanged();
@@ -84,75 +132,170 @@ void MasterProfileState::put(const PerformanceSettings& settings, const StartupC
     }
 }
 
+void MasterProfileState::putLayers(const StartupLayers& layers) {
+    put({m_settings, layers, m_currentProfile});
+}
+
 UnifiedProfile MasterProfileState::makeProfile(const QString& name, const QDateTime& now) const {
     UnifiedProfile profile;
     profile.id = m_currentProfile ? m_currentProfile->id : QUuid::createUuid();
     profile.name = name;
     profile.dateCreated = m_currentProfile ? m_currentProfile->dateCreated : now;
     profile.settings = m_settings;
-    profile.startup = m_startup;
+    profile.startup = startup();
     return profile;
 }
 
-QStringList MasterProfileState::mergeDiscoveredStartup(const QList<StartupItem>& discovered) {
-    StartupMerge merge = m_startup.mergedWithDiscovered(discovered, m_settings.cleanReboot);
-    applyDisabledCloudSync(merge.configuration.items, merge.configuration.disabledCloudSyncAtStartup);
-    setStartup(merge.configuration);
-    return merge.errors;
+// ---- What runs at login now
+
+QStringList MasterProfileState::mergeDiscoveredStartup(const DiscoveredStartup& discovered) {
+    putLayers(layersWith(discovered));
+    return m_working.errors;
 }
 
-void MasterProfileState::setCloudSyncDisabled(CloudSyncService service, bool disabled) {
-    StartupConfiguration changed = m_startup;
-    if (disabled) {
-        changed.disabledCloudSyncAtStartup.insert(service);
-    } else {
-        changed.disabledCloudSyncAtStartup.erase(service);
+StartupLayers MasterProfileState::layersWith(const DiscoveredStartup& discovered) const {
+    StartupLayers layers = m_layers;
+    layers.discovered = discovered;
+    return layers;
+}
+
+bool MasterProfileState::takeMerged(const StartupLayers& layers, const WorkingStartup& working) {
+    if (!layers.discovered || layersWith(*layers.discovered) != layers) {
+        return false;
     }
-    applyDisabledCloudSync(changed.items, changed.disabledCloudSyncAtStartup);
-    setStartup(changed);
+    m_layers = layers;
+    if (std::exchange(m_working, working) != working) {
+        Q_EMIT startupChanged();
+    }
+    return true;
+}
+
+// ---- Deciding
+
+const StartupItem* MasterProfileState::find(const QString& id) const {
+    const QList<StartupItem>& items = startup().items;
+    const auto found =
+        std::find_if(items.cbegin(), items.cend(), [&id](const StartupItem& item) { return item.id == id; });
+    return found == items.cend() ? nullptr : &*found;
+}
+
+/// What one item's switch changes is seen without going through all the layers again: nothing else moves by it. An added
+/// application may take a login item along, though, and before anybody has looked nothing is in its order.
+void MasterProfileState::decide(const StartupItem& item) {
+    if (!m_layers.discovered || item.kind == StartupItemKind::addedApp) {
+        StartupLayers layers = m_layers;
+        choose(layers.choices, item);
+        putLayers(layers);
+        return;
+    }
+    choose(m_layers.choices, item);
+    const qsizetype place = find(item.id) - startup().items.constData();
+    m_working.configuration.items[place] = item;
+    for (StartupRow& row : m_working.shown) {
+        if (row.item == place) {
+            row.isNew = false;
+        }
+    }
+    Q_EMIT startupChanged();
 }
 
 void MasterProfileState::setRunsAtStartup(const QString& id, bool runs) {
-    StartupConfiguration changed = m_startup;
-    if (StartupItem* item = itemWithId(changed, id)) {
-        item->runsAtStartup = runs;
+    const StartupItem* const found = find(id);
+    if (found != nullptr && found->runsAtStartup != runs &&
+        !isHeldOff(*found, m_layers.rules.disabledCloudSyncAtStartup)) {
+        StartupItem item = *found;
+        item.runsAtStartup = runs;
+        decide(item);
     }
-    setStartup(changed);
 }
 
 void MasterProfileState::toggleHidden(const QString& id) {
-    StartupConfiguration changed = m_startup;
-    if (StartupItem* item = itemWithId(changed, id)) {
-        item->hidden = !item->hidden.value_or(false);
+    if (const StartupItem* const found = find(id)) {
+        StartupItem item = *found;
+        item.hidden = !item.hidden.value_or(false);
+        decide(item);
     }
-    setStartup(changed);
 }
 
 void MasterProfileState::addLaunchItem(const StartupLaunchItem& launchItem) {
     const StartupItem added = StartupItem::fromLaunchItem(launchItem);
-    StartupConfiguration changed = m_startup;
-    changed.items.removeIf([&added](const StartupItem& item) { return comparableId(item) == added.id; });
-    changed.items.append(added);
-    sortLocalized(changed.items, &StartupItem::name);
-    setStartup(changed);
+    const QList<StartupItem>& items = startup().items;
+    const bool isThere = std::any_of(items.cbegin(), items.cend(), [&added](const StartupItem& item) {
+        return comparableId(item) == comparableId(added);
+    });
+    if (!isThere) {
+        StartupLayers layers = m_layers;
+        choose(layers.choices, added);
+        putLayers(layers);
+    }
+}
+
+void MasterProfileState::removeItem(const QString& id) {
+    const StartupItem* const found = find(id);
+    if (found == nullptr || !isRemovable(m_working, *found)) {
+        return;
+    }
+    const QString removed = comparableId(*found);
+    StartupLayers layers = m_layers;
+    layers.choices.items.remove(removed);
+    layers.choices.offByService.remove(removed);
+    const bool isLoaded = std::any_of(layers.loaded.cbegin(), layers.loaded.cend(),
+                                      [&removed](const StartupItem& item) { return comparableId(item) == removed; });
+    if (isLoaded) {
+        layers.choices.removed.insert(removed);
+    }
+    putLayers(layers);
+}
+
+void MasterProfileState::setCloudSyncDisabled(CloudSyncService service, bool disabled) {
+    StartupLayers layers = m_layers;
+    if (disabled) {
+        switchOffWithService(layers.choices, startup().items, service);
+        layers.rules.disabledCloudSyncAtStartup.insert(service);
+    } else {
+        // What has appeared since the service went off has never been decided.
+        layers.rules.disabledCloudSyncAtStartup.erase(service);
+        switchOffWithService(layers.choices, quorvane::workingStartup(layers).configuration.items, service);
+    }
+    putLayers(layers);
+}
+
+CloudSyncServices MasterProfileState::servicesWithItemsLeftOff() const {
+    return quorvane::servicesWithItemsLeftOff(m_layers.choices, m_layers.rules.disabledCloudSyncAtStartup);
+}
+
+void MasterProfileState::setNetworkDisabled(bool disabled) {
+    StartupLayers layers = m_layers;
+    layers.rules.disableNetworkAtStartup = disabled;
+    putLayers(layers);
 }
 
 void MasterProfileState::enableAllStartupItems() {
-    setStartup(withAllEnabled(m_startup));
+    StartupLayers layers = m_layers;
+    bringServicesAndNetworkBack(layers.rules);
+    switchAllOn(layers.choices, startup().items);
+    putLayers(layers);
 }
 
+/// What is on by default stays a default.
 void MasterProfileState::resetStartup() {
-    StartupConfiguration changed = withAllEnabled(m_startup);
-    changed.items.removeIf([](const StartupItem& item) { return item.kind == StartupItemKind::addedApp; });
-    setStartup(changed);
+    StartupLayers layers = layersOf({}, m_layers.discovered);
+    layers.rules.cleanReboot = m_layers.rules.cleanReboot;
+    const QList<StartupItem> remaining =
+        m_layers.discovered ? shownItems(quorvane::workingStartup(layers)) : shownItems(m_working);
+    switchAllOn(layers.choices, remaining);
+    if (!m_layers.discovered) {
+        layers.loaded = remaining;
+    }
+    putLayers(layers);
 }
 
 QSet<QString> MasterProfileState::permittedLoginNames() const {
-    return m_settings.cleanReboot ? m_startup.permittedLoginNames() : QSet<QString>();
+    return m_settings.cleanReboot ? startup().permittedLoginNames() : QSet<QString>();
 }
 
 QString MasterProfileState::startupSummary() const {
-    const QStringList lines = m_startup.summaryLines();
+    const QStringList lines = startup().summaryLines();
     return lines.isEmpty() ? u"None selected"_s : lines.join(u", "_s);
 }
 

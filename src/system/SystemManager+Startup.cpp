@@ -12,11 +12,15 @@
 
 #include <QCoroTask>
 
+#include <chrono>
 #include <utility>
 
 namespace quorvane {
 
 namespace {
+
+/// How long somebody who looks on waits for System Events.
+constexpr std::chrono::seconds kSystemEventsLimit(10);
 
 QSet<QString> pathsOf(const QList<StartupLaunchItem>& items) {
     QSet<QString> paths;
@@ -34,7 +38,15 @@ QCoro::Task<QList<StartupItem>> SystemManager::discoverStartupItems(StartupRefre
     if (refresh == StartupRefresh::Force) {
         invalidateStartupCaches();
     }
-    return m_startupItems->discover();
+    const DiscoveredStartup found = co_await m_startupItems->discover();
+    co_return found.items;
+}
+
+QCoro::Task<DiscoveredStartup> SystemManager::discoverStartup(StartupRefresh refresh) {
+    if (refresh == StartupRefresh::Force) {
+        invalidateStartupCaches();
+    }
+    return m_startupItems->discoverWithin(kSystemEventsLimit);
 }
 
 void SystemManager::invalidateStartupCaches() {

@@ -80,7 +80,8 @@ Host QuickWindowOnMac::ports() {
             base.bundles,      base.backgroundTaskPermissions,
             base.cloud,        clock,
             base.keychain,     base.biometrics,
-            base.displays,     base.notifications};
+            base.displays,     base.notifications,
+            base.filePanels};
 }
 
 void QuickWindowOnMac::shutDownPorts() {

@@ -12,6 +12,7 @@
 #include "fakes/MemoryKeychain.h"
 #include "fakes/MemoryUserDefaults.h"
 #include "fakes/ScriptedBackgroundTaskPermissions.h"
+#include "fakes/ScriptedFilePanels.h"
 #include "platform/Machine.h"
 #include "platform/ScriptEngine.h"
 #include "system/SystemManager.h"
@@ -144,6 +145,7 @@ protected:
     FixedBiometrics biometrics;
     MemoryDisplays displays{files};
     ManualNotifications systemNotifications;
+    ScriptedFilePanels filePanels{files};
     NotificationCenter notifications;
     Host host = hostWith(files, clock);
     SystemManager system{host, notifications};

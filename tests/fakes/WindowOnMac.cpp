@@ -126,10 +126,12 @@ void WindowOnMac::startHost(const QByteArray& faults) {
     host.reset();
     authorization = std::make_unique<AuthorizationDialogs>();
     finger = std::make_unique<FingerDialogs>();
+    panels = std::make_unique<FilePanelDialogs>();
     host = std::make_unique<SimulatedHost>(
         macFolder(), *authorization,
-        SimulatedHostOptions{QStringLiteral(MACSIM_PROGRAM), faultsFile(), {}, finger.get()});
+        SimulatedHostOptions{QStringLiteral(MACSIM_PROGRAM), faultsFile(), {}, finger.get(), panels.get()});
     authorization->setMachine(host->mac().machine());
+    panels->setMac(host->mac());
 }
 
 void WindowOnMac::saveProfile(const QString& example) {
@@ -175,6 +177,7 @@ void WindowOnMac::shutDownPorts() {
     host->shutDown();
     authorization->shutDown();
     finger->shutDown();
+    panels->shutDown();
 }
 
 void WindowOnMac::start() {

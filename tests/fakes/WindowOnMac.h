@@ -2,6 +2,7 @@
 
 #include "app/AppDelegate.h"
 #include "app/simulated/AuthorizationDialogs.h"
+#include "app/simulated/FilePanelDialogs.h"
 #include "app/simulated/FingerDialogs.h"
 #include "fakes/EventLoop.h"
 #include "fakes/SimulatedSystem.h"
@@ -167,6 +168,7 @@ protected:
     PlacedStatusItem statusItem;
     std::unique_ptr<AuthorizationDialogs> authorization;
     std::unique_ptr<FingerDialogs> finger;
+    std::unique_ptr<FilePanelDialogs> panels;
     std::unique_ptr<SimulatedHost> host;
     std::unique_ptr<AppDelegate> delegate;
     bool hasTerminated = false;

@@ -179,7 +179,7 @@ TEST_F(MasterProfileStateTest, withoutACurrentProfileEachOneThatIsMadeIsNew) {
 
 TEST_F(MasterProfileStateTest, discoveredItemsTakeTheSavedChoices) {
     setItems({loginApp(u"Chat"_s, false), addedApp(u"Live"_s)});
-    const QStringList problems = state.mergeDiscoveredStartup({loginApp(u"Mail"_s), loginApp(u"Chat"_s)});
+    const QStringList problems = state.mergeDiscoveredStartup({{loginApp(u"Mail"_s), loginApp(u"Chat"_s)}});
     EXPECT_EQ(problems, QStringList());
     EXPECT_EQ(state.startup().items,
               QList<StartupItem>({loginApp(u"Chat"_s, false), addedApp(u"Live"_s), loginApp(u"Mail"_s)}));
@@ -190,19 +190,19 @@ TEST_F(MasterProfileStateTest, withACleanRebootWhatHasAppearedStartsSwitchedOff)
     PerformanceSettings settings;
     settings.cleanReboot = true;
     state.setSettings(settings);
-    state.mergeDiscoveredStartup({loginApp(u"Mail"_s)});
+    state.mergeDiscoveredStartup({{loginApp(u"Mail"_s)}});
     EXPECT_EQ(state.startup().items, QList<StartupItem>{loginApp(u"Mail"_s, false)});
 }
 
 TEST_F(MasterProfileStateTest, anItemOfAServiceThatIsOffIsOffWhenItAppears) {
     state.setCloudSyncDisabled(CloudSyncService::dropbox, true);
-    state.mergeDiscoveredStartup({loginApp(u"Dropbox"_s), loginApp(u"Mail"_s)});
+    state.mergeDiscoveredStartup({{loginApp(u"Dropbox"_s), loginApp(u"Mail"_s)}});
     EXPECT_EQ(state.startup().items, QList<StartupItem>({loginApp(u"Dropbox"_s, false), loginApp(u"Mail"_s)}));
 }
 
 TEST_F(MasterProfileStateTest, twoSavedItemsOfOneIdAreReported) {
     setItems({loginApp(u"Chat"_s, false), loginApp(u"Chat"_s)});
-    EXPECT_EQ(state.mergeDiscoveredStartup({loginApp(u"Chat"_s)}),
+    EXPECT_EQ(state.mergeDiscoveredStartup({{loginApp(u"Chat"_s)}}),
               QStringList(u"Duplicate values for key: 'login:Chat'"_s));
     EXPECT_EQ(state.startup().items, QList<StartupItem>{loginApp(u"Chat"_s, false)});
 }
@@ -219,11 +219,11 @@ TEST_F(MasterProfileStateTest, aServiceTakesItsItemsAlongOnlyWhenItGoesOff) {
     EXPECT_EQ(takeSignals(), QStringList({u"startup: none, 2 item(s)"_s, u"startup: none, 2 item(s)"_s}));
 }
 
-TEST_F(MasterProfileStateTest, theFirstItemOfAnIdIsSwitched) {
-    setItems({loginApp(u"Chat"_s), loginApp(u"Chat"_s)});
+TEST_F(MasterProfileStateTest, ofSeveralItemsWithOneIdTheFirstIsSwitchedAndCountsFromThenOn) {
+    setItems({loginApp(u"Chat"_s), loginApp(u"Chat"_s, false)});
+    EXPECT_EQ(names().size(), 2) << "as it was loaded, as long as nobody decides anything";
     state.setRunsAtStartup(u"login:Chat"_s, false);
-    EXPECT_FALSE(item(0).runsAtStartup);
-    EXPECT_TRUE(item(1).runsAtStartup);
+    EXPECT_EQ(state.startup().items, QList<StartupItem>{loginApp(u"Chat"_s, false)});
     EXPECT_EQ(takeSignals().size(), 1);
     state.setRunsAtStartup(u"login:Chat"_s, false);
     state.setRunsAtStartup(u"login:Nobody"_s, false);
@@ -249,26 +249,24 @@ TEST_F(MasterProfileStateTest, anAddedApplicationTakesItsPlaceAmongTheNames) {
     EXPECT_EQ(item(1), StartupItem::fromLaunchItem({u"live"_s, u"/Applications/Live.app"_s, true}));
 }
 
-TEST_F(MasterProfileStateTest, anApplicationThatIsAddedAgainReplacesEveryEarlierOne) {
-    const StartupItem earlier = addedApp(u"Live"_s, false);
-    setItems({earlier, loginApp(u"Chat"_s), earlier});
-    state.addLaunchItem({u"Live"_s, u"/Applications/Live.app"_s, false});
-    EXPECT_EQ(names(), QStringList({u"Chat"_s, u"Live"_s}));
-    EXPECT_TRUE(item(1).runsAtStartup);
+TEST_F(MasterProfileStateTest, addingWhatIsThereChangesNothing) {
+    setItems({addedApp(u"Live"_s, false), loginApp(u"Chat"_s)});
+    state.addLaunchItem({u"Live"_s, u"/Applications/Live.app/"_s, true});
+    EXPECT_EQ(state.startup().items, QList<StartupItem>({addedApp(u"Live"_s, false), loginApp(u"Chat"_s)}));
+    EXPECT_EQ(takeSignals(), QStringList());
 }
 
 TEST_F(MasterProfileStateTest, enablingAllLeavesAddedApplicationsAsTheyAre) {
     StartupConfiguration startup;
-    startup.items = {loginApp(u"Chat"_s, false),
-                     itemOf(StartupItemKind::launchDaemon, u"launch:vpn"_s, u"VPN"_s, false),
-                     addedApp(u"Live"_s, false), addedApp(u"Traktor"_s)};
+    startup.items = {loginApp(u"Chat"_s, false), addedApp(u"Live"_s, false), addedApp(u"Traktor"_s),
+                     itemOf(StartupItemKind::launchDaemon, u"launch:vpn"_s, u"VPN"_s, false)};
     startup.disableNetworkAtStartup = true;
     startup.disabledCloudSyncAtStartup = {CloudSyncService::dropbox, CloudSyncService::box};
     state.setStartup(startup);
 
     state.enableAllStartupItems();
     startup.items[0].runsAtStartup = true;
-    startup.items[1].runsAtStartup = true;
+    startup.items[3].runsAtStartup = true;
     startup.disableNetworkAtStartup = false;
     startup.disabledCloudSyncAtStartup = {};
     EXPECT_EQ(state.startup(), startup);
@@ -285,6 +283,70 @@ TEST_F(MasterProfileStateTest, resettingTakesAddedApplicationsOut) {
     StartupConfiguration expected;
     expected.items = {loginApp(u"Chat"_s)};
     EXPECT_EQ(state.startup(), expected);
+}
+
+TEST_F(MasterProfileStateTest, resettingForgetsWhatIsNotOnThisMacNow) {
+    setItems({loginApp(u"Chat"_s, false), loginApp(u"Gone"_s, false)});
+    state.mergeDiscoveredStartup({{loginApp(u"Chat"_s), loginApp(u"Mail"_s)}});
+    ASSERT_EQ(names(), QStringList({u"Chat"_s, u"Gone"_s, u"Mail"_s}));
+    state.resetStartup();
+    EXPECT_EQ(state.startup().items, QList<StartupItem>({loginApp(u"Chat"_s), loginApp(u"Mail"_s)}));
+}
+
+TEST_F(MasterProfileStateTest, resettingUnderACleanRebootSwitchesEverythingOnThatIsShown) {
+    PerformanceSettings settings;
+    settings.cleanReboot = true;
+    state.setSettings(settings);
+    state.mergeDiscoveredStartup({{loginApp(u"Chat"_s)}});
+    ASSERT_FALSE(item(0).runsAtStartup);
+    state.resetStartup();
+    EXPECT_TRUE(item(0).runsAtStartup);
+}
+
+// ---- Layers
+
+TEST_F(MasterProfileStateTest, aDefaultFollowsTheCleanRebootAndADecisionDoesNot) {
+    state.mergeDiscoveredStartup({{loginApp(u"Chat"_s), loginApp(u"Mail"_s)}});
+    state.setRunsAtStartup(u"login:Mail"_s, false);
+    state.setRunsAtStartup(u"login:Mail"_s, true);
+    PerformanceSettings settings;
+    settings.cleanReboot = true;
+    state.setSettings(settings);
+    EXPECT_EQ(state.startup().items, QList<StartupItem>({loginApp(u"Chat"_s, false), loginApp(u"Mail"_s)}));
+    state.setSettings({});
+    EXPECT_EQ(state.startup().items, QList<StartupItem>({loginApp(u"Chat"_s), loginApp(u"Mail"_s)}));
+}
+
+TEST_F(MasterProfileStateTest, whatWasDecidedMeanwhileIsNotOverwrittenByAMergeThatTookItsTime) {
+    state.mergeDiscoveredStartup({{loginApp(u"Chat"_s)}});
+    const StartupLayers before = state.layersWith({{loginApp(u"Chat"_s), loginApp(u"Mail"_s)}});
+    state.setRunsAtStartup(u"login:Chat"_s, false);
+    EXPECT_FALSE(state.takeMerged(before, workingStartup(before)));
+    EXPECT_EQ(state.startup().items, QList<StartupItem>{loginApp(u"Chat"_s, false)});
+    const StartupLayers after = state.layersWith(*before.discovered);
+    takeSignals();
+    EXPECT_TRUE(state.takeMerged(after, workingStartup(after)));
+    EXPECT_EQ(state.startup().items, QList<StartupItem>({loginApp(u"Chat"_s, false), loginApp(u"Mail"_s)}));
+    EXPECT_EQ(takeSignals().size(), 1);
+}
+
+TEST_F(MasterProfileStateTest, whatThisMacHasOutlivesTheProfileAndAnEditIsKnown) {
+    state.mergeDiscoveredStartup({{loginApp(u"Chat"_s), loginApp(u"Mail"_s)}});
+    EXPECT_FALSE(state.isEdited()) << "what was only found is no edit";
+    state.load(savedProfile());
+    EXPECT_EQ(state.startup().items, QList<StartupItem>({loginApp(u"Chat"_s, false), loginApp(u"Mail"_s)}));
+    EXPECT_FALSE(state.isEdited());
+    state.setRunsAtStartup(u"login:Mail"_s, false);
+    EXPECT_TRUE(state.isEdited());
+    UnifiedProfile stored = state.makeProfile(u"Live Set"_s, kNow);
+    state.load(stored);
+    EXPECT_FALSE(state.isEdited()) << "saved";
+    EXPECT_EQ(state.startup().items, QList<StartupItem>({loginApp(u"Chat"_s, false), loginApp(u"Mail"_s, false)}));
+    state.clear();
+    EXPECT_EQ(state.startup().items, QList<StartupItem>({loginApp(u"Chat"_s), loginApp(u"Mail"_s)}));
+    EXPECT_FALSE(state.isEdited());
+    state.setNetworkDisabled(true);
+    EXPECT_TRUE(state.isEdited());
 }
 
 // ---- What cards and requests show

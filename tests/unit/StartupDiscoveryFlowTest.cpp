@@ -179,6 +179,34 @@ TEST_F(StartupDiscoveryFlow, aDumpThatArrivesLaterShowsAfterARefresh) {
     EXPECT_TRUE(trace.filter(u"sfltool"_s).isEmpty());
 }
 
+TEST_F(StartupDiscoveryFlow, itTellsWhichSourcesWereRead) {
+    loginItems.items = {kZoomItem};
+    discover();
+    DiscoveredStartup found = QCoro::waitFor(system.discoverStartup(Refresh::UseCache));
+    EXPECT_EQ(found.items.size(), 1);
+    EXPECT_EQ(found.loginItems, LoginItemsSource::Read);
+    EXPECT_EQ(found.backgroundItems, BackgroundItemsSource::NotYetRead);
+    takeDump("#1:\n Name: Box\n Type: login item (0x4)\n Identifier: 4.com.box\n Disposition: [enabled]\n");
+    loginItems.denial = "Not authorized to send Apple events to System Events. (-1743)\n";
+    discover(Refresh::Force);
+    found = QCoro::waitFor(system.discoverStartup(Refresh::UseCache));
+    EXPECT_EQ(found.items.size(), 1);
+    EXPECT_EQ(found.loginItems, LoginItemsSource::Refused);
+    EXPECT_EQ(found.backgroundItems, BackgroundItemsSource::Read);
+}
+
+TEST_F(StartupDiscoveryFlow, whoLooksOnDoesNotWaitForSystemEventsLongerThanTenSeconds) {
+    loginItems.items = {kZoomItem};
+    addPlist(kSharedAgents + u"com.box.plist"_s, {});
+    commands.hold();
+    const DiscoveredStartup found = QCoro::waitFor(system.discoverStartup(Refresh::UseCache));
+    EXPECT_EQ(clock.waits, QList<std::chrono::milliseconds>{std::chrono::seconds(10)});
+    EXPECT_EQ(shown(found.items).size(), 1) << "what the other sources have";
+    EXPECT_EQ(found.loginItems, LoginItemsSource::Unanswered);
+    commands.release();
+    EXPECT_EQ(discover().size(), 2) << "nothing that is incomplete is kept";
+}
+
 // ---- Permission and bad input
 
 TEST_F(StartupDiscoveryFlow, aMissingPermissionIsSaidAndTheOtherSourcesCount) {

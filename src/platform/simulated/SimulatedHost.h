@@ -1,6 +1,8 @@
 #pragma once
 
 #include "platform/Host.h"
+#include "platform/portable/AbsentFilePanels.h"
+#include "platform/portable/DiskFileManager.h"
 #include "platform/portable/ProcessCommandLauncher.h"
 #include "platform/portable/SystemClock.h"
 #include "platform/simulated/AuthorizationPrompt.h"
@@ -31,6 +33,7 @@ struct SimulatedHostOptions {
     QString faultsFile;  ///< what goes wrong on purpose; see macsim::Faults, FileFaults and CommandCounter
     QString journalFile; ///< a further file for the journal
     BiometricPrompt* finger = nullptr; ///< who is asked for a finger; without anybody every question is cancelled
+    FilePanels* filePanels = nullptr;  ///< in which files are chosen; without them nothing ever is
 };
 
 /// All ports, connected to one simulated Mac.
@@ -62,6 +65,9 @@ private:
     SimulatedBiometrics m_biometrics;
     SimulatedDisplays m_displays;
     SimulatedNotifications m_notifications;
+    DiskFileManager m_disk; ///< of the computer that the Mac is simulated on
+    AbsentFilePanels m_noPanels{m_disk};
+    FilePanels& m_filePanels;
     SimulatedSystemLook m_systemLook;
     SystemClock m_clock;
     ProcessCommandLauncher m_commands;

@@ -1,6 +1,7 @@
 #include "startup/apply/StartupItems.h"
 
 #include "core/Background.h"
+#include "platform/Clock.h"
 #include "platform/FileManager.h"
 #include "platform/Host.h"
 #include "startup/apply/StartupDiscovery.h"
@@ -50,6 +51,33 @@ QList<StartupItem> startupItemsOf(const StartupSources& sources, const PropertyL
     return mergedSources({loginItems, launchItems, backgroundStartupItems(sources.backgroundItems)});
 }
 
+LoginItemsSource sourceOf(const LoginItemList& list) {
+    if (!list.isAnswered) {
+        return LoginItemsSource::Unanswered;
+    }
+    return list.wasRead ? LoginItemsSource::Read : LoginItemsSource::Refused;
+}
+
+/// Takes the first that comes: what was found, or the end of the time.
+using FirstAnswer = std::shared_ptr<QPromise<std::optional<DiscoveredStartup>>>;
+
+void answerOnce(const FirstAnswer& first, const std::optional<DiscoveredStartup>& answer) {
+    if (!first->future().isFinished()) {
+        first->addResult(answer);
+        first->finish();
+    }
+}
+
+QCoro::Task<void> settle(FirstAnswer first, QCoro::Task<DiscoveredStartup> discovery) {
+    const DiscoveredStartup found = co_await discovery;
+    answerOnce(first, found);
+}
+
+QCoro::Task<void> settle(FirstAnswer first, QFuture<void> timeIsOver) {
+    co_await timeIsOver;
+    answerOnce(first, std::nullopt);
+}
+
 } // namespace
 
 StartupItems::StartupItems(FlowEnvironment& environment, LoginItems& loginItems, LaunchItems& launchItems,
@@ -66,45 +94,71 @@ StartupItems::StartupItems(FlowEnvironment& environment, LoginItems& loginItems,
     , m_backgroundItems(same.m_backgroundItems)
     , m_cache(same.m_cache) {}
 
-QCoro::Task<QList<StartupItem>> StartupItems::discover() {
+QCoro::Task<DiscoveredStartup> StartupItems::discover() {
     if (m_cache->found) {
         co_return std::as_const(*m_cache->found); // one that isn't const would be moved out
     }
     if (m_run) {
-        const QFuture<QList<StartupItem>> running = *m_run;
+        const QFuture<DiscoveredStartup> running = *m_run;
         co_return co_await running;
     }
-    QPromise<QList<StartupItem>> run;
+    QPromise<DiscoveredStartup> run;
     run.start();
     m_run = run.future();
     const quint64 age = m_cache->age;
-    const Findings findings = co_await find();
+    const DiscoveredStartup found = co_await find();
     if (age == m_cache->age) {
         m_run.reset();
-        if (findings.isComplete) {
-            m_cache->found = findings.items;
+        if (found.loginItems != LoginItemsSource::Unanswered) {
+            m_cache->found = found;
         }
     }
-    run.addResult(findings.items);
+    run.addResult(found);
     run.finish();
-    co_return findings.items;
+    co_return found;
 }
 
-QCoro::Task<StartupItems::Findings> StartupItems::find() {
-    StartupSources sources;
+QCoro::Task<DiscoveredStartup> StartupItems::discoverWithin(std::chrono::milliseconds limit) {
+    if (m_cache->found) {
+        co_return std::as_const(*m_cache->found);
+    }
+    const auto first = std::make_shared<QPromise<std::optional<DiscoveredStartup>>>();
+    first->start();
+    const QFuture<std::optional<DiscoveredStartup>> answer = first->future();
+    settle(first, discover());
+    settle(first, host().clock.sleepFor(limit));
+    const std::optional<DiscoveredStartup> found = co_await answer;
+    if (found) {
+        co_return *found;
+    }
+    LoginItemList unanswered;
+    unanswered.isAnswered = false;
+    co_return co_await findBeside(unanswered);
+}
+
+QCoro::Task<DiscoveredStartup> StartupItems::find() {
     const LoginItemList loginItems = co_await m_loginItems.current();
-    sources.loginItems = loginItems.items;
-    if (sources.loginItems.isEmpty()) {
+    if (loginItems.items.isEmpty()) {
         co_await m_loginItems.logMissingPermission();
     }
+    co_return co_await findBeside(loginItems);
+}
+
+/// The other sources, together with the login items.
+QCoro::Task<DiscoveredStartup> StartupItems::findBeside(LoginItemList loginItems) {
+    StartupSources sources;
+    sources.loginItems = loginItems.items;
     sources.launchFolders = listedLaunchFolders(m_launchItems.folders(), host().files);
     sources.backgroundItems = m_backgroundItems.records();
+    DiscoveredStartup found;
+    found.loginItems = sourceOf(loginItems);
+    // There is no Mac without a record.
+    found.backgroundItems =
+        sources.backgroundItems.isEmpty() ? BackgroundItemsSource::NotYetRead : BackgroundItemsSource::Read;
     const QFuture<QList<StartupItem>> items =
         inBackground(startupItemsOf, sources, std::cref(host().propertyLists), std::cref(host().bundles));
-    Findings findings;
-    findings.items = co_await items;
-    findings.isComplete = loginItems.isAnswered;
-    co_return findings;
+    found.items = co_await items;
+    co_return found;
 }
 
 void StartupItems::invalidate() {

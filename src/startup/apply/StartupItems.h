@@ -1,11 +1,11 @@
 #pragma once
 
 #include "core/Flow.h"
-#include "startup/items/StartupItem.h"
+#include "startup/items/DiscoveredStartup.h"
 
 #include <QFuture>
-#include <QList>
 
+#include <chrono>
 #include <memory>
 #include <optional>
 
@@ -14,6 +14,7 @@ namespace quorvane {
 class BackgroundItems;
 class LaunchItems;
 class LoginItems;
+struct LoginItemList;
 
 /// What runs when the user logs in, found among all sources and kept until it is invalidated. Main thread.
 class StartupItems : private Flow {
@@ -25,26 +26,26 @@ public:
     StartupItems(FlowEnvironment& environment, LoginItems& loginItems, const StartupItems& same);
 
     /// Each item once, sorted by name. Callers share a run. The background task list is taken as it stands.
-    QCoro::Task<QList<StartupItem>> discover();
+    QCoro::Task<DiscoveredStartup> discover();
+    /// The same for somebody who looks at it: when System Events says nothing for that long, what the other sources have. It
+    /// isn't kept.
+    QCoro::Task<DiscoveredStartup> discoverWithin(std::chrono::milliseconds limit);
     /// Forgets the found items and the login items, and lets a run that is under way end without a trace.
     void invalidate();
 
 private:
-    struct Findings {
-        QList<StartupItem> items;
-        bool isComplete = false; ///< each source has answered
-    };
     struct Cache {
-        std::optional<QList<StartupItem>> found;
+        std::optional<DiscoveredStartup> found;
         quint64 age = 0; ///< counts how often the items were invalidated
     };
-    QCoro::Task<Findings> find();
+    QCoro::Task<DiscoveredStartup> find();
+    QCoro::Task<DiscoveredStartup> findBeside(LoginItemList loginItems);
 
     LoginItems& m_loginItems;
     LaunchItems& m_launchItems;
     BackgroundItems& m_backgroundItems;
     std::shared_ptr<Cache> m_cache = std::make_shared<Cache>();
-    std::optional<QFuture<QList<StartupItem>>> m_run;
+    std::optional<QFuture<DiscoveredStartup>> m_run;
 };
 
 } // namespace quorvane

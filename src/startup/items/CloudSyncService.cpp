@@ -206,7 +206,7 @@ void applyDisabledCloudSync(QList<StartupItem>& items, const CloudSyncServices& 
         return;
     }
     for (StartupItem& item : items) {
-        if (matchesAnyCloudService(item, services)) {
+        if (!item.isProtected && matchesAnyCloudService(item, services)) {
             item.runsAtStartup = false;
         }
     }

@@ -68,7 +68,7 @@ bool matchesCloudService(const QString& name, const QString& path, const std::op
 bool matchesAnyCloudService(const StartupItem& item, const CloudSyncServices& services);
 /// In the order of the list.
 QList<StartupItem> itemsMatchingCloudServices(const QList<StartupItem>& items, const CloudSyncServices& services);
-/// Switches off every item that matches a service. A service that is on again turns nothing back on.
+/// Switches off every item that matches a service, audio software aside. A service that is on again turns nothing back on.
 void applyDisabledCloudSync(QList<StartupItem>& items, const CloudSyncServices& services);
 
 /// What tells of products on this Mac, in normal form: texts of the items, the applications in both

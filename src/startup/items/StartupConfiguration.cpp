@@ -28,7 +28,7 @@ public:
                 m_unique.append(&item);
             } else if (!reported.contains(id)) {
                 reported.insert(id);
-                m_errors.append(u"Duplicate values for key: '%1'"_s.arg(item.id));
+                m_errors.append(duplicateIdError(item));
             }
         }
     }
@@ -203,6 +203,10 @@ StartupMerge StartupConfiguration::mergedWithDiscovered(const QList<StartupItem>
     }
     sortLocalized(merged, &StartupItem::name);
     return merge;
+}
+
+QString duplicateIdError(const StartupItem& item) {
+    return u"Duplicate values for key: '%1'"_s.arg(item.id);
 }
 
 QStringList sortedTexts(const QSet<QString>& texts) {

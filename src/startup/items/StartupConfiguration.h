@@ -59,6 +59,9 @@ struct StartupMerge {
     QStringList errors;
 };
 
+/// For the log: another item bears the same identifier.
+QString duplicateIdError(const StartupItem& item);
+
 /// The text of a set that is listed in order: ascending by plain comparison.
 QStringList sortedTexts(const QSet<QString>& texts);
 

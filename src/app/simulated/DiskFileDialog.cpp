@@ -1,0 +1,69 @@
+#include "app/simulated/DiskFileDialog.h"
+
+#include "ui/alerts/AlertDialog.h"
+
+#include <QFileInfo>
+
+namespace quorvane {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QString suffixOf(FileKind kind) {
+    return kind == FileKind::Profile ? u"json"_s : u"txt"_s;
+}
+
+QString filterOf(FileKind kind) {
+    return kind == FileKind::Profile ? u"Profiles (*.json)"_s : u"Plain Text (*.txt)"_s;
+}
+
+} // namespace
+
+DiskFileDialog::DiskFileDialog(const QString& title, FileKind kind)
+    : QFileDialog(nullptr, title, QDir::homePath()) {
+    setOption(DontUseNativeDialog);
+    setOption(
+        DontConfirmOverwrite); // Qt's own question would wait in a loop of its own; so would its answers to deletions
+    setOption(ReadOnly);
+    setNameFilters({filterOf(kind), u"All Files (*)"_s});
+    setDefaultSuffix(suffixOf(kind));
+    setFileMode(ExistingFile);
+    connect(this, &QFileDialog::fileSelected, this, &DiskFileDialog::chosen);
+}
+
+void DiskFileDialog::saveAs(const QString& suggestedName) {
+    setAcceptMode(AcceptSave);
+    setFileMode(AnyFile);
+    selectFile(suggestedName);
+}
+
+void DiskFileDialog::accept() {
+    const QFileInfo file(selectedFiles().value(0));
+    if (acceptMode() == AcceptOpen && !file.exists()) {
+        return; // stays, with the name to be mended
+    }
+    if (acceptMode() == AcceptSave && file.isFile() && !m_isAgreedToReplace) {
+        askToReplace(file.fileName());
+        return;
+    }
+    QFileDialog::accept();
+}
+
+/// The alert goes with the dialog.
+void DiskFileDialog::askToReplace(const QString& name) {
+    const QString message = u"“"_s + name + u"” already exists. Do you want to replace it?"_s;
+    const QString text = u"A file with that name is there already. Replacing it overwrites what it holds."_s;
+    auto* const alert = new AlertDialog(Alert{message, text, {u"Replace"_s, u"Cancel"_s}, 1, 0});
+    alert->setWindowModality(Qt::ApplicationModal);
+    connect(this, &QDialog::finished, alert, &AlertDialog::reject);
+    connect(alert, &AlertDialog::answered, this, [this](int button) {
+        if (button == 0) {
+            m_isAgreedToReplace = true;
+            accept();
+        }
+    });
+    alert->showOver(this);
+}
+
+} // namespace quorvane
