@@ -161,6 +161,11 @@ QString savedProfilesFooter(const QList<UnifiedProfile>& profiles, const ActiveC
 
 // ---- Manual Configuration
 
+RowText heroRow() {
+    return {u"Create Custom Profile"_s,
+            u"Step through system tweaks and startup optimization, then save to your menu bar."_s, u"wand.and.stars"_s};
+}
+
 RowText systemTweaksRow() {
     return {u"System Tweaks"_s, u"Fine-tune macOS performance settings"_s, u"gearshape.2.fill"_s};
 }

@@ -47,14 +47,21 @@ RowText createSnapshotRow();
 RowText reinstateRow();
 QString systemStatusFooter(bool hasSnapshot);
 
+// ---- Create Custom Profile
+
+RowText heroRow();
+inline const QString kHeroHint = QStringLiteral("Opens the profile wizard");
+
 // ---- Saved Profiles
 
 inline const QString kSavedProfilesTitle = QStringLiteral("Saved Profiles");
 inline const QString kSavedProfilesHeader =
     QStringLiteral("Create and apply custom profiles that combine system tweaks with startup optimization.");
 inline const QString kNoSavedProfiles = QStringLiteral("No saved profiles yet");
+inline const QString kNoSavedProfilesHint = QStringLiteral("Use Create Custom Profile above to build your first one.");
 inline const QString kNoSavedProfilesSymbol = QStringLiteral("slider.horizontal.3");
 inline const QString kDeleteProfile = QStringLiteral("Delete profile");
+inline const QString kEditRow = QStringLiteral("Edit profile");
 
 /// A profile to pick.
 struct ProfileRow {

@@ -9,7 +9,8 @@ class PerformanceEmptyState : public QWidget {
     Q_OBJECT
 
 public:
-    PerformanceEmptyState(const QString& icon, const QString& message, QWidget* parent = nullptr);
+    /// @param hint  what to do about it
+    PerformanceEmptyState(const QString& icon, const QString& message, const QString& hint, QWidget* parent = nullptr);
 };
 
 } // namespace quorvane

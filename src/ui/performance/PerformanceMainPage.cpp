@@ -12,6 +12,8 @@
 #include "ui/pieces/AppCard.h"
 #include "ui/pieces/AppSection.h"
 
+#include <QPointer>
+
 #include <QCoroTask>
 
 namespace quorvane {
@@ -22,6 +24,7 @@ PerformanceMainPage::PerformanceMainPage(const ViewEnvironment& environment, QWi
     : ScrollPage(parent)
     , m_environment(environment) {
     addPart(makeStatusSection());
+    addPart(makeHeroCard());
     addPart(makeProfilesSection());
     addPart(makeManualSection());
     finish();
@@ -76,19 +79,30 @@ void PerformanceMainPage::updateSnapshot() {
     m_statusSection->card().update();
 }
 
+// ---- Create Custom Profile
+
+QWidget* PerformanceMainPage::makeHeroCard() {
+    auto* const card = new AppCard;
+    auto* const hero = new CustomProfileHeroCard;
+    card->addRow(hero);
+    connect(hero, &QPushButton::clicked, this, &PerformanceMainPage::wizardRequested);
+    return card;
+}
+
 // ---- Saved Profiles
 
 QWidget* PerformanceMainPage::makeProfilesSection() {
     Session& session = m_environment.session;
     m_profilesSection = new PerformanceGroupedSection(kSavedProfilesTitle);
     m_profilesSection->setHeader(kSavedProfilesHeader);
-    m_empty = new PerformanceEmptyState(kNoSavedProfilesSymbol, kNoSavedProfiles);
+    m_empty = new PerformanceEmptyState(kNoSavedProfilesSymbol, kNoSavedProfiles, kNoSavedProfilesHint);
     m_model = new SavedProfilesModel(session.savedProfiles, session.activeProfile, this);
     m_profiles = new SavedProfilesView(*m_model);
     m_profilesSection->card().addRow(m_empty);
     m_profilesSection->card().addRow(m_profiles);
     connect(m_profiles, &SavedProfilesView::picked, this, &PerformanceMainPage::pick);
     connect(m_profiles, &SavedProfilesView::deletionAsked, this, &PerformanceMainPage::remove);
+    connect(m_profiles, &SavedProfilesView::editingAsked, this, &PerformanceMainPage::edit);
     connect(m_profiles, &SavedProfilesView::currentMoved, this, [this](const QRect& row) {
         const QPoint centre = m_profiles->mapTo(widget(), row.center());
         ensureVisible(centre.x(), centre.y(), 0, row.height());
@@ -115,6 +129,18 @@ void PerformanceMainPage::pick(const QModelIndex& index) {
         const UnifiedProfile& profile = m_model->profile(index);
         session.tasks.start(actions.pick(profile.name, profile.id, StartedFrom::Page, listener));
     }
+}
+
+void PerformanceMainPage::edit(const QModelIndex& index) {
+    Session& session = m_environment.session;
+    const UnifiedProfile& profile = m_model->profile(index);
+    const QPointer<PerformanceMainPage> page(this);
+    const auto whenLoaded = [page] {
+        if (page != nullptr) {
+            Q_EMIT page->editorRequested();
+        }
+    };
+    session.tasks.start(session.profileActions.edit(profile.name, profile.id, whenLoaded, m_environment.listener));
 }
 
 void PerformanceMainPage::remove(const QModelIndex& index) {

@@ -23,15 +23,21 @@ public:
 
 Q_SIGNALS:
     void tweaksRequested();
+    /// A new profile.
+    void wizardRequested();
+    /// The loaded one is to be edited.
+    void editorRequested();
 
 private:
     QWidget* makeStatusSection();
+    QWidget* makeHeroCard();
     QWidget* makeProfilesSection();
     QWidget* makeManualSection();
     void updateStatus();
     void updateSnapshot();
     void updateProfiles();
     void pick(const QModelIndex& index);
+    void edit(const QModelIndex& index);
     void remove(const QModelIndex& index);
 
     const ViewEnvironment& m_environment;

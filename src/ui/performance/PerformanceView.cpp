@@ -1,10 +1,14 @@
 #include "ui/performance/PerformanceView.h"
 
+#include "actions/ProfileWizard.h"
 #include "actions/Session.h"
 #include "ui/ViewEnvironment.h"
 #include "ui/performance/PerformanceMainPage.h"
 #include "ui/performance/TweaksPage.h"
 #include "ui/pieces/IdleGuard.h"
+#include "ui/profiles/ProfileWizardView.h"
+
+#include <utility>
 
 namespace quorvane {
 
@@ -17,11 +21,16 @@ PerformanceView::PerformanceView(const ViewEnvironment& environment, QWidget* pa
 
 void PerformanceView::setCurrentPage(PerformancePage page) {
     QWidget*& widget = m_visitedPages[page];
-    const bool isFirst = count() == 0;
     if (widget == nullptr) {
         widget = makePage(page);
         addWidget(widget);
     }
+    show(page, widget);
+}
+
+/// The focus goes along, and back to what led away.
+void PerformanceView::show(PerformancePage page, QWidget* widget) {
+    const bool isFirst = count() == 1;
     QWidget* const focusBefore = focusWidget();
     setCurrentWidget(widget);
     if (!isFirst) {
@@ -32,14 +41,38 @@ void PerformanceView::setCurrentPage(PerformancePage page) {
 }
 
 QWidget* PerformanceView::makePage(PerformancePage page) {
+    MasterProfileState& workingCopy = m_environment.session.workingCopy;
+    SavedProfiles& saved = m_environment.session.savedProfiles;
+    const auto edit = [this, &workingCopy, &saved] { openWizard(ProfileWizard::forEdit(workingCopy, saved)); };
     if (page == PerformancePage::tweaks) {
         auto* const tweaks = new TweaksPage(m_environment);
         connect(tweaks, &TweaksPage::backRequested, this, [this] { setCurrentPage(PerformancePage::main); });
+        connect(tweaks, &TweaksPage::editorRequested, this, edit);
         return tweaks;
     }
     auto* const main = new PerformanceMainPage(m_environment);
     connect(main, &PerformanceMainPage::tweaksRequested, this, [this] { setCurrentPage(PerformancePage::tweaks); });
+    connect(main, &PerformanceMainPage::wizardRequested, this,
+            [this, &workingCopy, &saved] { openWizard(ProfileWizard::forNew(workingCopy, saved)); });
+    connect(main, &PerformanceMainPage::editorRequested, this, edit);
     return main;
+}
+
+// ---- The wizard
+
+void PerformanceView::openWizard(std::unique_ptr<ProfileWizard> wizard) {
+    delete m_wizard;
+    auto* const view = new ProfileWizardView(m_environment, std::move(wizard));
+    m_wizard = view;
+    addWidget(view);
+    connect(view, &ProfileWizardView::left, this, &PerformanceView::leaveWizard);
+    show(PerformancePage::wizard, view);
+}
+
+void PerformanceView::leaveWizard() {
+    setCurrentPage(PerformancePage::main);
+    m_wizard->deleteLater(); // it tells of this itself
+    m_wizard.clear();
 }
 
 } // namespace quorvane

@@ -14,8 +14,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int kDeleteButton = 28;
-constexpr int kDeleteSymbol = 15;
+constexpr int kButton = 28;
+constexpr int kButtonSymbol = 15;
 constexpr int kDescriptionLines = 2; // where there is little room for a line
 
 BadgeColor tintOf(SavedProfilesModel::Kind kind) {
@@ -46,7 +46,7 @@ RowContent SavedProfileRow::content(const QModelIndex& index) const {
             .mark = row.mark,
             .isOneLined = true,
             .isMatch = row.isInForce,
-            .controlWidth = kDeleteButton};
+            .controlWidth = 2 * kButton};
 }
 
 int SavedProfileRow::height(const Theme& theme, int width) const {
@@ -56,12 +56,12 @@ int SavedProfileRow::height(const Theme& theme, int width) const {
     return std::max(Theme::kRow, usual) + (hasRoom ? 0 : (kDescriptionLines - 1) * line);
 }
 
-QRect SavedProfileRow::deleteButton(const QRect& row, const QModelIndex& index) const {
+QRect SavedProfileRow::button(const QRect& row, const QModelIndex& index, int fromRight) const {
     if (m_model.kind(index) != SavedProfilesModel::Kind::Profile) {
         return {};
     }
-    return {row.right() + 1 - Theme::kGap12 - kDeleteButton, row.center().y() - kDeleteButton / 2 + 1, kDeleteButton,
-            kDeleteButton};
+    return {row.right() + 1 - Theme::kGap12 - (fromRight + 1) * kButton, row.center().y() - kButton / 2 + 1, kButton,
+            kButton};
 }
 
 void SavedProfileRow::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const {
@@ -74,7 +74,8 @@ void SavedProfileRow::paint(QPainter* painter, const QStyleOptionViewItem& optio
     const RowContent row = content(index);
     paintRow(*painter, theme, option.rect, row, {true, isHovered && isEnabled, false, showsRing});
     if (const QRect button = deleteButton(option.rect, index); !button.isEmpty()) {
-        paintDeleteButton(*painter, theme, button, false);
+        paintRowTool(*painter, editButton(option.rect, index), kEditSymbol, theme.secondaryText);
+        paintRowTool(*painter, button, kDeleteSymbol, theme.secondaryText);
     }
     if (index.row() + 1 < m_model.rowCount()) {
         QRect line = option.rect;
@@ -87,10 +88,9 @@ QSize SavedProfileRow::sizeHint(const QStyleOptionViewItem& option, const QModel
     return {0, height(themeOf(option.widget), option.widget->width())}; // as wide as the list, whatever that becomes
 }
 
-void paintDeleteButton(QPainter& painter, const Theme& theme, const QRect& rect, bool isHovered) {
-    const double margin = (rect.width() - kDeleteSymbol) / 2.0;
-    paintSymbol(painter, u"trash"_s, QRectF(rect).adjusted(margin, margin, -margin, -margin),
-                isHovered ? theme.danger : theme.secondaryText);
+void paintRowTool(QPainter& painter, const QRect& rect, const QString& symbol, const QColor& ink) {
+    const double margin = (rect.width() - kButtonSymbol) / 2.0;
+    paintSymbol(painter, symbol, QRectF(rect).adjusted(margin, margin, -margin, -margin), ink);
 }
 
 } // namespace quorvane

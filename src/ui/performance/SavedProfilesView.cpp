@@ -14,12 +14,17 @@
 
 namespace quorvane {
 
-namespace {
-
-/// The delete button of the row that is current. The row has painted it; this adds what only a button has.
-class DeleteButton : public QToolButton {
+/// A button of the row that is current. The row has painted it; this adds what only a button has.
+class SavedProfilesView::Tool : public QToolButton {
 public:
-    using QToolButton::QToolButton;
+    Tool(const QString& name, const QString& symbol, QColor Theme::*hoveredInk, QWidget* parent)
+        : QToolButton(parent)
+        , m_symbol(symbol)
+        , m_hoveredInk(hoveredInk) {
+        setAccessibleName(name);
+        setToolTip(name);
+        setFocusPolicy(Qt::StrongFocus);
+    }
 
 protected:
     void keyPressEvent(QKeyEvent* event) override {
@@ -31,21 +36,24 @@ protected:
         QPainter painter(this);
         const Theme& theme = themeOf(this);
         if (underMouse()) {
-            paintDeleteButton(painter, theme, rect(), true);
+            paintRowTool(painter, rect(), m_symbol, theme.*m_hoveredInk);
         }
         if (hasFocus() && window()->testAttribute(Qt::WA_KeyboardFocusChange)) {
             drawFocusRing(painter, theme, QRectF(rect()).adjusted(3, 3, -3, -3), Theme::kFieldRadius);
         }
     }
-};
 
-} // namespace
+private:
+    QString m_symbol;
+    QColor Theme::*m_hoveredInk;
+};
 
 SavedProfilesView::SavedProfilesView(SavedProfilesModel& model, QWidget* parent)
     : QListView(parent)
     , m_model(model)
     , m_row(model)
-    , m_delete(new DeleteButton(this)) {
+    , m_edit(new Tool(kEditRow, kEditSymbol, &Theme::accentText, this))
+    , m_delete(new Tool(kDeleteProfile, kDeleteSymbol, &Theme::danger, this)) {
     setModel(&model);
     setItemDelegate(&m_row);
     setUniformItemSizes(true);
@@ -58,10 +66,8 @@ SavedProfilesView::SavedProfilesView(SavedProfilesModel& model, QWidget* parent)
     setTabKeyNavigation(false);
     viewport()->setAutoFillBackground(false);
     setAccessibleName(kSavedProfilesTitle);
-    m_delete->setAccessibleName(kDeleteProfile);
-    m_delete->setToolTip(kDeleteProfile);
-    m_delete->setFocusPolicy(Qt::StrongFocus);
-    connect(m_delete, &QAbstractButton::clicked, this, [this] { askForDeletion(currentIndex()); });
+    connect(m_edit, &QAbstractButton::clicked, this, [this] { press(Part::Edit, currentIndex()); });
+    connect(m_delete, &QAbstractButton::clicked, this, [this] { press(Part::Delete, currentIndex()); });
     for (const auto signal : {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved}) {
         connect(&model, signal, this, &SavedProfilesView::takeHeight);
     }
@@ -71,7 +77,7 @@ SavedProfilesView::SavedProfilesView(SavedProfilesModel& model, QWidget* parent)
             setCurrentIndex(m_model.index(0));
         }
     });
-    connect(&model, &QAbstractItemModel::rowsMoved, this, &SavedProfilesView::placeDeleteButton);
+    connect(&model, &QAbstractItemModel::rowsMoved, this, &SavedProfilesView::placeTools);
     setCurrentIndex(model.index(0));
     takeHeight();
 }
@@ -90,18 +96,25 @@ void SavedProfilesView::takeHeight() {
         doItemsLayout();
     }
     setFixedHeight(sizeHint().height());
-    placeDeleteButton();
+    placeTools();
 }
 
-void SavedProfilesView::placeDeleteButton() {
-    const QRect button =
-        currentIndex().isValid() ? m_row.deleteButton(visualRect(currentIndex()), currentIndex()) : QRect();
-    m_delete->setFocusProxy(button.isEmpty() ? this : nullptr);
-    m_delete->setVisible(!button.isEmpty());
-    if (!button.isEmpty()) {
-        m_delete->setGeometry(button.translated(pos()));
-        m_delete->raise();
-        m_delete->setAccessibleDescription(m_model.row(currentIndex()).text.title);
+void SavedProfilesView::placeTools() {
+    const QModelIndex current = currentIndex();
+    const QRect row = current.isValid() ? visualRect(current) : QRect();
+    const QString title = current.isValid() ? m_model.row(current).text.title : QString();
+    placeTool(*m_edit, current.isValid() ? m_row.editButton(row, current) : QRect(), title);
+    placeTool(*m_delete, current.isValid() ? m_row.deleteButton(row, current) : QRect(), title);
+}
+
+/// @param place  empty for a row without one
+void SavedProfilesView::placeTool(Tool& tool, const QRect& place, const QString& title) {
+    tool.setFocusProxy(place.isEmpty() ? this : nullptr);
+    tool.setVisible(!place.isEmpty());
+    if (!place.isEmpty()) {
+        tool.setGeometry(place.translated(pos()));
+        tool.raise();
+        tool.setAccessibleDescription(title);
     }
 }
 
@@ -109,10 +122,25 @@ bool SavedProfilesView::isPickable(const QModelIndex& index) const {
     return index.isValid() && m_model.kind(index) != SavedProfilesModel::Kind::Unreadable;
 }
 
-void SavedProfilesView::askForDeletion(const QModelIndex& index) {
-    if (index.isValid() && m_model.kind(index) == SavedProfilesModel::Kind::Profile) {
-        setFocus(Qt::OtherFocusReason); // the button goes with its row
-        Q_EMIT deletionAsked(index);
+SavedProfilesView::Part SavedProfilesView::partAt(const QModelIndex& index, const QPoint& position) const {
+    if (index.isValid() && m_row.deleteButton(visualRect(index), index).contains(position)) {
+        return Part::Delete;
+    }
+    return index.isValid() && m_row.editButton(visualRect(index), index).contains(position) ? Part::Edit : Part::Row;
+}
+
+void SavedProfilesView::press(Part part, const QModelIndex& index) {
+    if (part == Part::Row) {
+        if (isPickable(index)) {
+            Q_EMIT picked(index);
+        }
+    } else if (index.isValid() && m_model.kind(index) == SavedProfilesModel::Kind::Profile) {
+        setFocus(Qt::OtherFocusReason); // the button may go with its row
+        if (part == Part::Delete) {
+            Q_EMIT deletionAsked(index);
+        } else {
+            Q_EMIT editingAsked(index);
+        }
     }
 }
 
@@ -121,13 +149,11 @@ void SavedProfilesView::keyPressEvent(QKeyEvent* event) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
     case Qt::Key_Space:
-        if (isPickable(currentIndex())) {
-            Q_EMIT picked(currentIndex());
-        }
+        press(Part::Row, currentIndex());
         return;
     case Qt::Key_Delete:
     case Qt::Key_Backspace:
-        askForDeletion(currentIndex());
+        press(Part::Delete, currentIndex());
         return;
     default:
         QListView::keyPressEvent(event);
@@ -136,24 +162,18 @@ void SavedProfilesView::keyPressEvent(QKeyEvent* event) {
 
 void SavedProfilesView::mousePressEvent(QMouseEvent* event) {
     QListView::mousePressEvent(event);
-    const QModelIndex index = indexAt(event->position().toPoint());
-    m_pressed = index;
-    m_pressedDelete =
-        index.isValid() && m_row.deleteButton(visualRect(index), index).contains(event->position().toPoint());
+    const QPoint position = event->position().toPoint();
+    m_pressed = indexAt(position);
+    m_pressedPart = partAt(m_pressed, position);
 }
 
 void SavedProfilesView::mouseReleaseEvent(QMouseEvent* event) {
     QListView::mouseReleaseEvent(event);
     const QPoint position = event->position().toPoint();
     const QModelIndex index = indexAt(position);
-    if (event->button() != Qt::LeftButton || !index.isValid() || m_pressed != index) {
-        return;
-    }
-    const bool isOnDelete = m_row.deleteButton(visualRect(index), index).contains(position);
-    if (m_pressedDelete && isOnDelete) {
-        askForDeletion(index);
-    } else if (!m_pressedDelete && !isOnDelete && isPickable(index)) {
-        Q_EMIT picked(index);
+    if (event->button() == Qt::LeftButton && index.isValid() && m_pressed == index &&
+        partAt(index, position) == m_pressedPart) {
+        press(m_pressedPart, index);
     }
 }
 
@@ -168,15 +188,17 @@ void SavedProfilesView::resizeEvent(QResizeEvent* event) {
 
 void SavedProfilesView::moveEvent(QMoveEvent* event) {
     QListView::moveEvent(event);
-    placeDeleteButton();
+    placeTools();
 }
 
-/// The delete button stands beside the list in what both are in: a list's own accessible children are its rows alone.
+/// The buttons stand beside the list in what all are in: a list's own accessible children are its rows alone.
 bool SavedProfilesView::event(QEvent* event) {
     if (event->type() == QEvent::ParentChange && parentWidget() != nullptr) {
+        m_edit->setParent(parentWidget());
         m_delete->setParent(parentWidget());
-        setTabOrder(this, m_delete);
-        placeDeleteButton();
+        setTabOrder(this, m_edit);
+        setTabOrder(m_edit, m_delete);
+        placeTools();
     }
     return QListView::event(event);
 }
@@ -206,7 +228,7 @@ void SavedProfilesView::changeEvent(QEvent* event) {
 
 void SavedProfilesView::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
     QListView::currentChanged(current, previous);
-    placeDeleteButton();
+    placeTools();
     if (hasFocus()) {
         Q_EMIT currentMoved(visualRect(current));
     }

@@ -4,14 +4,12 @@
 
 #include <QListView>
 
-class QAbstractButton;
-
 namespace quorvane {
 
 class SavedProfilesModel;
 
 /// The rows of saved profiles, as high as all of them: the page scrolls. A click, Return or Space picks a row; the Delete key
-/// and its button delete its profile.
+/// and its button delete its profile, the other button edits it.
 class SavedProfilesView : public QListView {
     Q_OBJECT
 
@@ -24,6 +22,7 @@ public:
 Q_SIGNALS:
     void picked(const QModelIndex& index);
     void deletionAsked(const QModelIndex& index);
+    void editingAsked(const QModelIndex& index);
     /// The current row lies there now, in the view's coordinates.
     void currentMoved(const QRect& row);
 
@@ -42,16 +41,23 @@ protected:
     void scrollTo(const QModelIndex&, ScrollHint) override {} // the page does
 
 private:
+    enum class Part { Row, Edit, Delete };
+    class Tool;
+
     void takeHeight();
-    void placeDeleteButton();
-    void askForDeletion(const QModelIndex& index);
+    void placeTools();
+    void placeTool(Tool& tool, const QRect& place, const QString& title);
+    void press(Part part, const QModelIndex& index);
+    Part partAt(const QModelIndex& index, const QPoint& position) const;
     bool isPickable(const QModelIndex& index) const;
 
     SavedProfilesModel& m_model;
     SavedProfileRow m_row;
-    QAbstractButton* m_delete; ///< of the current row, for keys and screen readers
+    // Of the current row, for keys and screen readers.
+    Tool* m_edit;
+    Tool* m_delete;
     QPersistentModelIndex m_pressed;
-    bool m_pressedDelete = false;
+    Part m_pressedPart = Part::Row;
     int m_rowHeight = 0;
 };
 

@@ -71,6 +71,18 @@ public:
         : RowButton({text.symbol, tint, text.title, text.subtitle, end, {}, false, false, 0}, parent) {}
 };
 
+/// Leads to the making of a profile.
+class CustomProfileHeroCard : public PerformanceNavigationRow {
+    Q_OBJECT
+
+public:
+    explicit CustomProfileHeroCard(QWidget* parent = nullptr)
+        : PerformanceNavigationRow(heroRow(), BadgeColor::Purple, RowEnd::Chevron, parent) {
+        setToolTip(kHeroHint);
+        setWhatsThis(kHeroHint);
+    }
+};
+
 /// Has the live system compared with what is saved.
 class PerformanceVerifySystemRow : public PerformanceNavigationRow {
     Q_OBJECT

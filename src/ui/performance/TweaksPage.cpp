@@ -24,7 +24,9 @@ TweaksPage::TweaksPage(const ViewEnvironment& environment, QWidget* parent)
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
-    auto* const header = new PerformancePageHeader(systemTweaksRow(), new ProfileSelectorView(environment));
+    auto* const selector = new ProfileSelectorView(environment);
+    auto* const header = new PerformancePageHeader(systemTweaksRow(), selector);
+    connect(selector, &ProfileSelectorView::editorRequested, this, &TweaksPage::editorRequested);
     connect(header, &PerformancePageHeader::backRequested, this, &TweaksPage::backRequested);
     auto* const page = new ScrollPage;
     page->addPart(new TweakSections(environment.session.workingCopy));

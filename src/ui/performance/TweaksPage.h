@@ -15,6 +15,8 @@ public:
 
 Q_SIGNALS:
     void backRequested();
+    /// The loaded profile is to be edited.
+    void editorRequested();
 
 private:
     QWidget* makeButtons();
