@@ -291,6 +291,15 @@ ClosingAlert aboutAlert() {
     return {u"Quorvane"_s, u"Beta Release 1.0"_s};
 }
 
+ClosingAlert emptyLogAlert() {
+    return {u"Empty Log"_s, u"The log is empty."_s};
+}
+
+ClosingAlert exportAlert(const std::optional<QString>& problem) {
+    return problem ? warning(u"Export Error"_s, u"Failed to save log: "_s + *problem)
+                   : ClosingAlert{u"Export Successful"_s, u"Log successfully exported."_s};
+}
+
 // ---- Reviews
 
 Review reviewOf(ReviewSubject subject, const QString& profileName) {

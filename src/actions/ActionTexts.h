@@ -84,6 +84,9 @@ ClosingAlert networkAlert(const NetworkOutcome& outcome);
 /// @param text  what went wrong
 ClosingAlert errorAlert(const QString& text);
 ClosingAlert aboutAlert();
+ClosingAlert emptyLogAlert();
+/// @param problem  why the log couldn't be saved; none when it was
+ClosingAlert exportAlert(const std::optional<QString>& problem);
 
 // ---- The offer of a master baseline
 

@@ -33,7 +33,8 @@ Session::Session(const Host& host, SessionParts parts)
     , backupActions(stage, cloudBackups, profileStore, savedProfiles, m_host.machine)
     , maintenanceActions(stage, system)
     , networkActions(stage, system)
-    , settingsActions(stage, *label, activeProfile) {}
+    , settingsActions(stage, *label, activeProfile)
+    , logActions(stage, system, m_host.filePanels) {}
 
 /// Signals that are queued lead to work of their own.
 QCoro::Task<void> Session::finished() {

@@ -3,6 +3,7 @@
 #include "actions/ActionStage.h"
 #include "actions/ActiveProfile.h"
 #include "actions/BackupActions.h"
+#include "actions/LogActions.h"
 #include "actions/MaintenanceActions.h"
 #include "actions/NetworkActions.h"
 #include "actions/ProfileActions.h"
@@ -75,6 +76,7 @@ public:
     MaintenanceActions maintenanceActions;
     NetworkActions networkActions;
     SettingsActions settingsActions;
+    LogActions logActions;
 
     /// Ends every wait on the operating system and on the user, so that whatever runs comes to its end by itself.
     void endPorts() { m_parts.shutDownPorts(); }

@@ -25,6 +25,12 @@ const QList<TabText>& tabTexts() {
     return texts;
 }
 
+// ---- The log
+
+QString latestText(int linesBelow) {
+    return u"Latest (%1)"_s.arg(linesBelow);
+}
+
 // ---- While the program is busy
 
 QString waitingText(bool isBusy, const QString& busyMessage, bool isVerifying) {

@@ -32,6 +32,29 @@ const QList<TabText>& tabTexts();
 inline const QString kNoLogMessages =
     QStringLiteral("No log messages yet. Run an optimization or maintenance task to see output here.");
 
+// ---- The log
+
+inline const QString kVerboseLogging = QStringLiteral("Verbose Debug Logging");
+inline const QString kClearLog = QStringLiteral("Clear Log");
+inline const QString kExportLog = QStringLiteral("Export Log…");
+inline const QString kCopyLog = QStringLiteral("Copy");
+inline const QString kSearchLog = QStringLiteral("Search log…");
+inline const QString kSearchLogLabel = QStringLiteral("Search log");
+inline const QString kNextMatch = QStringLiteral("Next");
+inline const QString kPreviousMatch = QStringLiteral("Previous");
+inline const QString kNoMatch = QStringLiteral("Not found");
+inline const QString kAllMessages = QStringLiteral("All Messages");
+/// Before what the menu of tags shows, for who only hears it.
+inline const QString kShownMessages = QStringLiteral("Shown: ");
+inline const QString kNoMessagesOfTag = QStringLiteral("No log messages of this kind.");
+/// Of the button that leads back to the newest line. @param linesBelow  those below what is in view
+QString latestText(int linesBelow);
+
+// ---- The documentation, which is no tab
+
+inline const QString kDocumentation = QStringLiteral("Documentation");
+inline const QString kDocumentationSymbol = QStringLiteral("book.fill");
+
 // ---- While the program is busy
 
 QString waitingText(bool isBusy, const QString& busyMessage, bool isVerifying);

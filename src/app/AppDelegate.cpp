@@ -29,7 +29,9 @@ AppDelegate::AppDelegate(const AppParts& parts)
                  m_session.tweakActions, m_session.systemActions})
     , m_listener({m_alerts, m_session.scans, m_reviews, m_session.system, m_session.tasks})
     , m_launch({m_session, parts.host.clock, m_appearance, *m_lock, m_listener})
-    , m_environment{m_session, *m_lock, m_appearance, m_reviews, m_listener, m_workspace, parts.host.clock}
+    , m_documentation(m_workspace)
+    , m_environment{m_session,  *m_lock,     m_appearance,     m_reviews,
+                    m_listener, m_workspace, parts.host.clock, m_documentation}
     , m_opener(m_environment) {
     m_reviews.ensureMainWindowVisible = [this] { openWindow(); };
     connectLook();
@@ -187,6 +189,7 @@ QCoro::Task<void> AppDelegate::terminate() {
     Q_EMIT willTerminate();
     m_session.system.clearAdminAuthorization();
     m_opener.shutDown();
+    m_documentation.shutDown();
     m_alerts.shutDown();
     m_listener.shutDown();
     co_await m_session.shutDown();

@@ -7,6 +7,7 @@
 #include "appearance/AppearanceManager.h"
 #include "ui/ViewEnvironment.h"
 #include "ui/alerts/WindowAlerts.h"
+#include "ui/documentation/DocumentationOpener.h"
 #include "ui/menu/MenuBarManager.h"
 #include "ui/window/MainWindowOpener.h"
 #include "ui/window/WindowAppearance.h"
@@ -82,6 +83,7 @@ private:
     ApplyReviewCoordinator m_reviews;
     WindowListener m_listener;
     Launch m_launch;
+    DocumentationOpener m_documentation;
     ViewEnvironment m_environment;
     MainWindowOpener m_opener;
     std::unique_ptr<MenuBarManager> m_menuBar;

@@ -27,7 +27,8 @@ bool printLine(const QString& line) {
 }
 
 bool printReport(const QByteArray& report) {
-    return std::fputs(report.constData(), stdout) >= 0 && std::fflush(stdout) == 0;
+    const auto size = static_cast<std::size_t>(report.size());
+    return std::fwrite(report.constData(), 1, size, stdout) == size && std::fflush(stdout) == 0;
 }
 
 void complain(const QString& text) {

@@ -78,6 +78,11 @@ void SystemManager::log(const QString& message) {
     Q_EMIT messageLogged(message);
 }
 
+void SystemManager::clearLog() {
+    m_logMessages.clear();
+    Q_EMIT logCleared();
+}
+
 void SystemManager::beginBusy(const QString& message) {
     const bool isOutermost = m_busyDepth == 0;
     ++m_busyDepth;

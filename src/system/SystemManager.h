@@ -87,6 +87,7 @@ public:
     /// without a trace: the log stays free of warnings. What the user is to see of a failure is an "[ERROR]" or "[INFO]".
     void log(const QString& message) override;
     const QStringList& logMessages() const { return m_logMessages; }
+    void clearLog();
 
     const Host& host() const override { return m_host; }
 
@@ -373,6 +374,7 @@ public:
 
 Q_SIGNALS:
     void messageLogged(const QString& message);
+    void logCleared();
     void isBusyChanged(bool isBusy);
     void busyMessageChanged(const QString& busyMessage);
     void debugModeChanged(bool debugMode);

@@ -5,6 +5,7 @@ namespace quorvane {
 class AppearanceManager;
 class ApplyReviewCoordinator;
 class Clock;
+class DocumentationOpener;
 class LockManager;
 class WindowListener;
 class Workspace;
@@ -19,6 +20,7 @@ struct ViewEnvironment {
     WindowListener& listener; ///< of everything that is started from a window or the menu
     Workspace& workspace;
     Clock& clock;
+    DocumentationOpener& documentation;
 };
 
 } // namespace quorvane

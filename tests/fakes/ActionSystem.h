@@ -133,6 +133,7 @@ protected:
         };
         const auto shutDownPorts = [this] {
             alerts.shutDown();
+            filePanels.shutDown();
             commands.shutDown();
             commands.release();
             clock.shutDown();

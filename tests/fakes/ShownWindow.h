@@ -6,6 +6,7 @@
 #include "fakes/WindowActions.h"
 #include "ui/ViewEnvironment.h"
 #include "ui/alerts/AlertDialog.h"
+#include "ui/documentation/DocumentationOpener.h"
 #include "ui/performance/PerformanceView.h"
 #include "ui/window/ContentView.h"
 #include "ui/window/MainWindow.h"
@@ -81,7 +82,8 @@ protected:
     RecordingAppearance look;
     ManualSystemLook systemLook;
     AppearanceManager appearance{look, systemLook, defaults};
-    ViewEnvironment environment{*session, *lock, appearance, reviews, window, workspace, clock};
+    DocumentationOpener documentation{workspace};
+    ViewEnvironment environment{*session, *lock, appearance, reviews, window, workspace, clock, documentation};
     std::unique_ptr<MainWindow> mainWindow;
 };
 

@@ -12,7 +12,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
-#include <QPlainTextEdit>
+#include <QTextEdit>
 #include <QProgressBar>
 #include <QScrollArea>
 #include <QScrollBar>
@@ -80,7 +80,7 @@ QAccessible::Role wantedRole(const QWidget* widget) {
     if (qobject_cast<const QAbstractButton*>(widget) != nullptr) {
         return QAccessible::PushButton;
     }
-    if (qobject_cast<const QLineEdit*>(widget) != nullptr || qobject_cast<const QPlainTextEdit*>(widget) != nullptr) {
+    if (qobject_cast<const QLineEdit*>(widget) != nullptr || qobject_cast<const QTextEdit*>(widget) != nullptr) {
         return QAccessible::EditableText;
     }
     if (qobject_cast<const QListView*>(widget) != nullptr) {

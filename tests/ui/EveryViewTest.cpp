@@ -85,7 +85,7 @@ const Alert kQuestion{u"Delete Profile?"_s, u"“Live” is removed from the dis
                       AlertStyle::Warning};
 
 const QStringList kSidebar{u"list Sidebar (focused)"_s, u"row Optimization"_s, u"row Performance (selected, focused)"_s,
-                           u"row Diagnostics"_s, u"row Logs"_s};
+                           u"row Diagnostics"_s, u"row Logs"_s, u"button Documentation"_s};
 const QStringList kStatusRows{
     u"button Verify Current System Settings: Compare live macOS settings against saved profiles and presets"_s,
     u"button Create System Snapshot: Save your current macOS setup as the restore baseline"_s,
@@ -246,8 +246,34 @@ TEST_F(EveryView, theLogs) {
     EXPECT_EQ(
         spokenControls(mainWindow.get()),
         (QStringList{u"list Sidebar (focused)"_s, u"row Optimization"_s, u"row Performance"_s, u"row Diagnostics"_s,
-                     u"row Logs (selected, focused)"_s, u"field Log: "_s + kNoLogMessages + u" (read only)"_s}));
+                     u"row Logs (selected, focused)"_s, u"button Documentation"_s, u"field Search log"_s,
+                     u"button Previous (disabled)"_s, u"button Next (disabled)"_s,
+                     u"button Shown: All Messages: Opens a menu"_s, u"check box Verbose Debug Logging"_s,
+                     u"button Copy"_s, u"button Clear Log"_s, u"button Export Log…"_s, u"list Log: "_s + kNoLogMessages}));
     expectUsable();
+}
+
+TEST_F(EveryView, theLogsWithMessages) {
+    for (int number = 0; number < 200; ++number) {
+        session->system.log(u"  [APPLIED] line %1"_s.arg(number));
+    }
+    showLogs();
+    named(u"Log"_s)->setFocus();
+    press(Qt::Key_Home);
+    EXPECT_EQ(spokenControls(mainWindow.get()).filter(u"Latest"_s).size(), 1);
+    named(u"Sidebar"_s)->setFocus();
+    expectUsable();
+}
+
+TEST_F(EveryView, theDocumentation) {
+    open();
+    click(kDocumentation);
+    settle();
+    QWidget* const shown = QApplication::activeWindow();
+    ASSERT_NE(shown, nullptr);
+    processEventsUntil([shown] { return shown->findChild<QTextEdit*>()->toPlainText().contains(u"Copyright"); });
+    EXPECT_EQ(spokenControls(shown), QStringList(u"field Quorvane Documentation (read only, focused)"_s));
+    expectUsable(shown);
 }
 
 TEST_F(EveryView, theOverlay) {
@@ -255,7 +281,7 @@ TEST_F(EveryView, theOverlay) {
     const Turnstile::Hold busy = session->turnstile.busy(u"Reading the current configuration of this Mac…"_s);
     settle();
     EXPECT_EQ(spokenControls(mainWindow.get()).filter(u"Log:"_s),
-              (QStringList{u"field Log: "_s + kNoLogMessages + u" (disabled, read only)"_s}));
+              (QStringList{u"list Log: "_s + kNoLogMessages + u" (disabled)"_s}));
     expectUsable();
 }
 

@@ -1,10 +1,10 @@
 #pragma once
 
 #include "platform/Host.h"
-#include "platform/portable/AbsentFilePanels.h"
 #include "platform/portable/DiskFileManager.h"
 #include "platform/portable/ProcessCommandLauncher.h"
 #include "platform/portable/SystemClock.h"
+#include "platform/simulated/AbsentFilePanels.h"
 #include "platform/simulated/AuthorizationPrompt.h"
 #include "platform/simulated/BiometricPrompt.h"
 #include "platform/simulated/FaultyCommands.h"

@@ -1,17 +1,30 @@
 #include "ui/logs/LogsView.h"
 
 #include "actions/Session.h"
+#include "actions/WindowListener.h"
 #include "actions/WindowTexts.h"
-#include "core/OneLine.h"
 #include "ui/QuorvaneStyle.h"
 #include "ui/ViewEnvironment.h"
-#include "ui/logs/LogHighlighter.h"
+#include "ui/logs/LogLinesView.h"
+#include "ui/pieces/Announcement.h"
+#include "ui/pieces/AppButtons.h"
 #include "ui/pieces/AppCard.h"
+#include "ui/pieces/AppSwitch.h"
+#include "ui/pieces/MenuButton.h"
+#include "ui/pieces/TextLabel.h"
 
+#include <QClipboard>
 #include <QEvent>
+#include <QGuiApplication>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QMenu>
 #include <QPainter>
-#include <QPlainTextEdit>
+#include <QShortcut>
 #include <QVBoxLayout>
+
+#include <QCoroTask>
 
 namespace quorvane {
 
@@ -19,78 +32,218 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// The lines of a message as they may be shown.
-QString plainLines(const QString& message) {
-    QStringList lines;
-    for (const QString& line : message.split(u'\n')) {
-        lines.append(onOneLine(line));
-    }
-    return lines.join(u'\n');
+using Direction = LogSearch::Direction;
+
+QHBoxLayout* barOf(QWidget* bar) {
+    auto* const layout = new QHBoxLayout(bar);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(Theme::kGap8);
+    return layout;
 }
 
 } // namespace
 
 LogsView::LogsView(const ViewEnvironment& environment, QWidget* parent)
     : QWidget(parent)
-    , m_list(new QPlainTextEdit) {
+    , m_environment(environment)
+    , m_model(environment.session.system)
+    , m_lines(new LogLinesView(m_model))
+    , m_card(new AppCard)
+    , m_searchField(new QLineEdit)
+    , m_searchOutcome(new TextLabel(TextStyle::Secondary, TextTone::Secondary))
+    , m_previous(new AppSecondaryButton(kPreviousMatch))
+    , m_next(new AppSecondaryButton(kNextMatch))
+    , m_tag(new MenuButton(kAllMessages))
+    , m_debug(new AppSwitch)
+    , m_export(new AppSecondaryButton(kExportLog))
+    , m_latest(new AppSecondaryButton({}, this)) {
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(Theme::kGap24, Theme::kGap24, Theme::kGap24, Theme::kGap24);
-    m_card = new AppCard;
-    m_card->addRow(m_list);
-    layout->addWidget(m_card);
-    m_list->installEventFilter(this);
-    m_list->setReadOnly(true);
-    m_list->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    m_list->setFrameShape(QFrame::NoFrame);
-    m_list->document()->setDocumentMargin(Theme::kGap12);
-    m_list->viewport()->setAutoFillBackground(false);
-    m_list->setPlaceholderText(kNoLogMessages);
-    m_list->setUndoRedoEnabled(false);
-    m_list->setTabChangesFocus(true);
-    m_list->setAccessibleName(u"Log"_s);
-    m_list->setAccessibleDescription(kNoLogMessages);
-    new LogHighlighter(*m_list);
-    takeTheme();
-    const SystemManager& system = environment.session.system;
-    append(system.logMessages().join(u'\n'));
-    connect(&system, &SystemManager::messageLogged, this, &LogsView::append);
+    layout->setSpacing(Theme::kGap12);
+    layout->addWidget(makeSearchBar());
+    layout->addWidget(makeActionBar());
+    layout->addWidget(m_card, 1);
+    m_card->addRow(m_lines);
+    m_lines->setAccessibleName(u"Log"_s);
+    m_lines->setEmptyText(kNoLogMessages);
+    m_lines->installEventFilter(this);
+    makeLatestButton();
+    makeShortcuts();
+    connect(&environment.session.turnstile, &Turnstile::idleChanged, this, &LogsView::followIdle);
+    showTag(std::nullopt);
+    followIdle();
 }
 
-/// The text edit follows its end as long as the user hasn't scrolled away from it.
-void LogsView::append(const QString& message) {
-    if (!message.isEmpty()) {
-        m_list->appendPlainText(plainLines(message));
-        m_list->setAccessibleDescription({});
+// ---- Searching and choosing
+
+QWidget* LogsView::makeSearchBar() {
+    auto* const bar = new QWidget;
+    QHBoxLayout* const row = barOf(bar);
+    row->addWidget(m_searchField, 1);
+    row->addWidget(m_searchOutcome);
+    row->addWidget(m_previous);
+    row->addWidget(m_next);
+    row->addWidget(m_tag);
+    m_searchField->setPlaceholderText(kSearchLog);
+    m_searchField->setAccessibleName(kSearchLogLabel);
+    m_searchField->installEventFilter(this);
+    m_searchOutcome->setWordWrap(false);
+    m_searchOutcome->hide();
+    connect(&m_tag->choices(), &QMenu::aboutToShow, this, &LogsView::fillTagMenu);
+    connect(m_searchField, &QLineEdit::textChanged, this, &LogsView::beginSearch);
+    connect(m_previous, &QPushButton::clicked, this, [this] { searchOn(Direction::Up); });
+    connect(m_next, &QPushButton::clicked, this, [this] { searchOn(Direction::Down); });
+    connect(&m_search, &LogSearch::found, m_lines, &LogLinesView::showRow);
+    connect(&m_search, &LogSearch::notFound, this, [this] {
+        m_searchOutcome->show();
+        announce(m_searchOutcome, kNoMatch);
+    });
+    beginSearch({});
+    return bar;
+}
+
+void LogsView::beginSearch(const QString& text) {
+    m_search.cancel();
+    m_searchOutcome->setText(kNoMatch);
+    m_searchOutcome->hide();
+    m_previous->setEnabled(!text.isEmpty());
+    m_next->setEnabled(!text.isEmpty());
+    m_lines->setMarkedText(text);
+    if (!text.isEmpty()) {
+        const QModelIndex current = m_lines->currentIndex();
+        m_search.find(text, current.isValid() ? current.row() : m_lines->firstRowInView(), Direction::Down);
     }
 }
 
-void LogsView::takeTheme() {
-    const Theme& theme = themeOf(this);
-    m_list->setFont(theme.font(TextStyle::Fixed));
-    QPalette palette = theme.palette();
-    palette.setColor(QPalette::Base, Qt::transparent); // the card shows through, with its round corners
-    m_list->setPalette(palette);
+void LogsView::searchOn(Direction direction) {
+    const QString text = m_searchField->text();
+    if (text.isEmpty()) {
+        return;
+    }
+    m_searchOutcome->hide();
+    const QModelIndex current = m_lines->currentIndex();
+    const int from = current.isValid() ? current.row() : m_lines->firstRowInView();
+    m_search.find(text, direction == Direction::Down ? from + 1 : from - 1, direction);
 }
 
-/// The ring stands around the card, where nothing scrolls over it.
+void LogsView::fillTagMenu() {
+    QMenu& menu = m_tag->choices();
+    menu.clear();
+    const QString shown = m_tag->text();
+    const auto add = [this, &menu, &shown](const QString& title, const std::optional<QString>& tag) {
+        QAction* const action = menu.addAction(title, this, [this, tag] { showTag(tag); });
+        action->setCheckable(true);
+        action->setChecked(title == shown);
+    };
+    add(kAllMessages, std::nullopt);
+    for (const QString& tag : m_model.tags()) {
+        add(u'[' + tag + u']', tag);
+    }
+}
+
+void LogsView::showTag(const std::optional<QString>& tag) {
+    m_tag->setText(tag ? u'[' + *tag + u']' : kAllMessages);
+    m_tag->setAccessibleName(kShownMessages + m_tag->text());
+    m_lines->setEmptyText(tag ? kNoMessagesOfTag : kNoLogMessages);
+    m_model.setTag(tag);
+}
+
+void LogsView::makeShortcuts() {
+    const auto add = [this](const QKeySequence& keys, auto act) {
+        auto* const shortcut = new QShortcut(keys, this, act);
+        shortcut->setContext(Qt::WidgetWithChildrenShortcut);
+    };
+    add(QKeySequence::Find, [this] { m_searchField->setFocus(Qt::ShortcutFocusReason); });
+    add(QKeySequence::FindNext, [this] { searchOn(Direction::Down); });
+    add(QKeySequence::FindPrevious, [this] { searchOn(Direction::Up); });
+}
+
+// ---- What is done with the log
+
+QWidget* LogsView::makeActionBar() {
+    auto* const bar = new QWidget;
+    QHBoxLayout* const row = barOf(bar);
+    auto* const copy = new AppSecondaryButton(kCopyLog);
+    auto* const clear = new AppSecondaryButton(kClearLog);
+    row->addWidget(m_debug);
+    row->addWidget(new TextLabel(TextStyle::Body, TextTone::Normal, kVerboseLogging), 1);
+    row->addWidget(copy);
+    row->addWidget(clear);
+    row->addWidget(m_export);
+    Session& session = m_environment.session;
+    m_debug->setAccessibleName(kVerboseLogging);
+    m_debug->setChecked(session.system.debugMode());
+    connect(m_debug, &QAbstractButton::clicked, this, [&session](bool isOn) { session.logActions.setDebugMode(isOn); });
+    connect(&session.system, &SystemManager::debugModeChanged, m_debug, &QAbstractButton::setChecked);
+    connect(copy, &QPushButton::clicked, this,
+            [this] { QGuiApplication::clipboard()->setText(m_lines->copiedText()); });
+    connect(clear, &QPushButton::clicked, this, [&session] { session.logActions.clearLog(); });
+    connect(m_export, &QPushButton::clicked, this, &LogsView::exportLog);
+    return bar;
+}
+
+void LogsView::exportLog() {
+    Session& session = m_environment.session;
+    session.tasks.start(session.logActions.exportLog(m_environment.listener));
+}
+
+/// What asks for a file waits for what runs.
+void LogsView::followIdle() {
+    m_export->setEnabled(m_environment.session.turnstile.isIdle());
+}
+
+// ---- The newest line
+
+void LogsView::makeLatestButton() {
+    m_latest->hide();
+    setTabOrder(m_lines, m_latest);
+    connect(m_lines, &LogLinesView::linesBelowChanged, this, &LogsView::placeLatest);
+    connect(m_latest, &QPushButton::clicked, this, [this] {
+        m_lines->setFocus(Qt::OtherFocusReason); // the button goes
+        m_lines->scrollToLatest();
+    });
+}
+
+void LogsView::placeLatest() {
+    const int below = m_lines->linesBelow();
+    m_latest->setVisible(below > 0);
+    m_latest->setText(latestText(below));
+    m_latest->adjustSize();
+    const QRect card = m_card->geometry();
+    m_latest->move(card.center().x() - m_latest->width() / 2, card.bottom() - m_latest->height() - Theme::kGap16);
+    m_latest->raise();
+}
+
+void LogsView::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    placeLatest();
+}
+
+// ---- Focus
+
+/// The ring of the lines stands around the card, where nothing scrolls over it. Return goes on in the search.
 bool LogsView::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut) {
         update();
+    }
+    if (watched == m_searchField && event->type() == QEvent::KeyPress) {
+        const auto* const key = static_cast<const QKeyEvent*>(event);
+        if (key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter) {
+            searchOn(key->modifiers().testFlag(Qt::ShiftModifier) ? Direction::Up : Direction::Down);
+            return true;
+        }
+        if (key->key() == Qt::Key_Escape && !m_searchField->text().isEmpty()) {
+            m_searchField->clear();
+            return true;
+        }
     }
     return QWidget::eventFilter(watched, event);
 }
 
 void LogsView::paintEvent(QPaintEvent*) {
-    if (m_list->hasFocus() && window()->testAttribute(Qt::WA_KeyboardFocusChange)) {
+    if (m_lines->hasFocus() && window()->testAttribute(Qt::WA_KeyboardFocusChange)) {
         QPainter painter(this);
         drawFocusRing(painter, themeOf(this), m_card->geometry(), Theme::kCardRadius);
-    }
-}
-
-void LogsView::changeEvent(QEvent* event) {
-    QWidget::changeEvent(event);
-    if (event->type() == QEvent::StyleChange) {
-        takeTheme();
     }
 }
 

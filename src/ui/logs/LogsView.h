@@ -1,15 +1,23 @@
 #pragma once
 
+#include "ui/logs/LogModel.h"
+#include "ui/logs/LogSearch.h"
+
 #include <QWidget>
 
-class QPlainTextEdit;
+class QLineEdit;
+class QPushButton;
 
 namespace quorvane {
 
 class AppCard;
+class AppSwitch;
+class LogLinesView;
+class MenuButton;
+class TextLabel;
 struct ViewEnvironment;
 
-/// The log, with its newest line in view.
+/// The log: what is searched and shown of it in a bar above, below that what is done with it, and the lines.
 class LogsView : public QWidget {
     Q_OBJECT
 
@@ -19,14 +27,34 @@ public:
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
-    void changeEvent(QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
-    void append(const QString& message);
-    void takeTheme();
+    QWidget* makeSearchBar();
+    QWidget* makeActionBar();
+    void makeLatestButton();
+    void makeShortcuts();
+    void fillTagMenu();
+    void showTag(const std::optional<QString>& tag);
+    void beginSearch(const QString& text);
+    void searchOn(LogSearch::Direction direction);
+    void placeLatest();
+    void followIdle();
+    void exportLog();
 
-    QPlainTextEdit* m_list;
-    AppCard* m_card = nullptr;
+    const ViewEnvironment& m_environment;
+    LogModel m_model;
+    LogSearch m_search{m_model};
+    LogLinesView* m_lines;
+    AppCard* m_card;
+    QLineEdit* m_searchField;
+    TextLabel* m_searchOutcome;
+    QPushButton* m_previous;
+    QPushButton* m_next;
+    MenuButton* m_tag;
+    AppSwitch* m_debug;
+    QPushButton* m_export;
+    QPushButton* m_latest;
 };
 
 } // namespace quorvane

@@ -8,6 +8,7 @@
 #include "lock/LockManager.h"
 #include "ui/Theme.h"
 #include "ui/ViewEnvironment.h"
+#include "ui/documentation/DocumentationOpener.h"
 #include "ui/lock/LockScreenView.h"
 #include "ui/pieces/Layers.h"
 #include "ui/pieces/SheetLayer.h"
@@ -62,6 +63,8 @@ ContentView::ContentView(const ViewEnvironment& environment, QWidget* parent)
     m_split->setSizes({kSidebarIdeal, Theme::kColumn});
     m_sidebar->setSelectedTab(m_selectedTab);
     connect(m_sidebar, &SidebarView::tabSelected, this, &ContentView::setSelectedTab);
+    connect(m_sidebar, &SidebarView::documentationRequested, this,
+            [&environment] { environment.documentation.showDocumentationWindow(); });
     connect(&environment.lock, &LockManager::isUnlockedChanged, this, &ContentView::followLock);
     connect(&environment.reviews, &ApplyReviewCoordinator::requestChanged, this, &ContentView::followSheets);
     connect(&environment.listener, &WindowListener::offerChanged, this, &ContentView::followSheets);

@@ -3,7 +3,9 @@
 #include "actions/ActionTexts.h"
 #include "actions/Session.h"
 #include "actions/WindowListener.h"
+#include "actions/WindowTexts.h"
 #include "ui/ViewEnvironment.h"
+#include "ui/documentation/DocumentationOpener.h"
 
 #include <QAction>
 #include <QMenu>
@@ -47,6 +49,10 @@ void MainMenu::addWindowMenu(QMenuBar& bar, QWidget* window) {
 
 void MainMenu::addHelpMenu(QMenuBar& bar) {
     QMenu* const menu = bar.addMenu(u"&Help"_s);
+    QAction* const manual =
+        menu->addAction(kDocumentation, this, [this] { m_environment.documentation.showDocumentationWindow(); });
+    manual->setShortcut(QKeySequence::HelpContents);
+    menu->addSeparator();
     m_about = menu->addAction(u"About Quorvane"_s, this, &MainMenu::showAbout);
     m_about->setMenuRole(QAction::AboutRole);
 }

@@ -3,7 +3,8 @@
 #include "ui/QuorvaneStyle.h"
 #include "ui/pieces/TextLabel.h"
 #include "ui/symbols/Logo.h"
-#include "ui/symbols/Symbols.h"
+#include "ui/window/SidebarButton.h"
+#include "ui/window/SidebarRow.h"
 
 #include <QEvent>
 #include <QHBoxLayout>
@@ -18,9 +19,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int kRowHeight = 32;
 constexpr int kHeaderHeight = 26;
-constexpr int kSymbol = 16;
 constexpr int kFootLogo = 24;
 constexpr int kTabRole = Qt::UserRole;
 constexpr int kSymbolRole = Qt::UserRole + 1;
@@ -36,9 +35,8 @@ public:
 
     QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
         const Theme& theme = themeOf(option.widget);
-        const TextStyle style = isTabRow(index) ? TextStyle::RowTitle : TextStyle::Secondary;
-        const int text = QFontMetrics(theme.font(style)).height() + Theme::kGap12;
-        return {0, std::max(isTabRow(index) ? kRowHeight : kHeaderHeight, text)};
+        const int text = QFontMetrics(theme.font(TextStyle::Secondary)).height() + Theme::kGap12;
+        return {0, isTabRow(index) ? sidebarRowHeight(theme) : std::max(kHeaderHeight, text)};
     }
 
     void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override {
@@ -62,28 +60,11 @@ private:
     }
 
     static void paintTab(QPainter& painter, const QStyleOptionViewItem& option, const QModelIndex& index) {
-        const Theme& theme = themeOf(option.widget);
-        const bool isSelected = option.state.testFlag(QStyle::State_Selected);
-        const QRectF ground =
-            QRectF(option.rect).adjusted(Theme::kRingRoom, Theme::kRingRoom, -Theme::kRingRoom, -Theme::kRingRoom);
-        painter.setPen(Qt::NoPen);
-        if (isSelected) {
-            painter.setBrush(theme.selection);
-            painter.drawRoundedRect(ground, Theme::kFieldRadius, Theme::kFieldRadius);
-        }
-        const QRectF symbol(option.rect.left() + Theme::kGap8, option.rect.center().y() - kSymbol / 2.0 + 0.5, kSymbol,
-                            kSymbol);
-        paintSymbol(painter, index.data(kSymbolRole).toString(), symbol,
-                    isSelected ? theme.onAccent : theme.accentText);
-        painter.setFont(theme.font(TextStyle::RowTitle));
-        painter.setPen(isSelected ? theme.onAccent : theme.text);
-        painter.drawText(option.rect.adjusted(2 * Theme::kGap8 + kSymbol, 0, -Theme::kGap4, 0),
-                         Qt::AlignLeft | Qt::AlignVCenter, index.data().toString());
-        const bool showsFocus = option.state.testFlag(QStyle::State_HasFocus) &&
-                                option.widget->window()->testAttribute(Qt::WA_KeyboardFocusChange);
-        if (showsFocus) {
-            drawFocusRing(painter, theme, ground, Theme::kFieldRadius);
-        }
+        SidebarRow row{index.data().toString(), index.data(kSymbolRole).toString()};
+        row.isSelected = option.state.testFlag(QStyle::State_Selected);
+        row.hasRing = option.state.testFlag(QStyle::State_HasFocus) &&
+                      option.widget->window()->testAttribute(Qt::WA_KeyboardFocusChange);
+        paintSidebarRow(painter, themeOf(option.widget), option.rect, row);
     }
 };
 
@@ -106,6 +87,7 @@ SidebarView::SidebarView(QWidget* parent)
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(Theme::kGap8, Theme::kGap12, Theme::kGap8, Theme::kGap12);
     layout->addWidget(m_list, 1);
+    layout->addWidget(makeDocumentationButton());
     layout->addWidget(makeFoot());
     m_list->setFrameShape(QFrame::NoFrame);
     m_list->setItemDelegate(new SidebarDelegate(m_list));
@@ -135,13 +117,13 @@ void SidebarView::addGroups() {
 }
 
 int SidebarView::widthOfTexts() const {
-    const QFontMetrics metrics(themeOf(this).font(TextStyle::RowTitle));
-    int widest = 0;
+    const Theme& theme = themeOf(this);
+    int widest = sidebarRowWidth(theme, kDocumentation);
     for (const TabText& tab : tabTexts()) {
-        widest = std::max(widest, metrics.horizontalAdvance(tab.text));
+        widest = std::max(widest, sidebarRowWidth(theme, tab.text));
     }
     const QMargins outside = layout()->contentsMargins();
-    return outside.left() + 2 * Theme::kGap8 + kSymbol + widest + Theme::kGap12 + outside.right();
+    return outside.left() + widest + outside.right();
 }
 
 void SidebarView::setSelectedTab(Tab tab) {
@@ -151,6 +133,12 @@ void SidebarView::setSelectedTab(Tab tab) {
             m_list->setCurrentRow(row);
         }
     }
+}
+
+QWidget* SidebarView::makeDocumentationButton() {
+    auto* const button = new SidebarButton(kDocumentationSymbol, kDocumentation);
+    connect(button, &QPushButton::clicked, this, &SidebarView::documentationRequested);
+    return button;
 }
 
 QWidget* SidebarView::makeFoot() {

@@ -21,6 +21,7 @@ public:
 
 Q_SIGNALS:
     void tabSelected(Tab tab);
+    void documentationRequested();
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -29,6 +30,7 @@ protected:
 private:
     void addGroups();
     void takeTheme();
+    QWidget* makeDocumentationButton();
     QWidget* makeFoot();
 
     QListWidget* m_list;

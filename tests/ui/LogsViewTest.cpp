@@ -1,0 +1,401 @@
+// The log as it is read: by keys and clicks in the real window.
+
+#include "actions/WindowTexts.h"
+#include "fakes/ShownWindow.h"
+#include "ui/QuorvaneStyle.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QClipboard>
+#include <QLineEdit>
+#include <QListView>
+#include <QMenu>
+#include <QScrollBar>
+
+#include <set>
+
+namespace quorvane {
+
+namespace {
+
+class LogsViewTest : public ShownWindow {
+protected:
+    void openLogs() {
+        open();
+        mainWindow->contentView().setSelectedTab(Tab::logs);
+        settle();
+    }
+    void log(const QString& message) { session->system.log(message); }
+    void logNumbered(int count) {
+        for (int number = 0; number < count; ++number) {
+            log(u"line %1"_s.arg(number));
+        }
+        settle();
+    }
+    QListView& lines() const { return *qobject_cast<QListView*>(named(u"Log"_s)); }
+    QStringList rows() const {
+        QStringList texts;
+        for (int row = 0; row < lines().model()->rowCount(); ++row) {
+            texts.append(lines().model()->index(row, 0).data().toString());
+        }
+        return texts;
+    }
+    bool isInView(int row) const {
+        const QRect place = lines().visualRect(lines().model()->index(row, 0));
+        return lines().viewport()->rect().contains(place.center().y() > 0 ? QPoint(5, place.center().y())
+                                                                          : QPoint(-1, -1));
+    }
+    bool isLatestInView() const { return isInView(lines().model()->rowCount() - 1); }
+    QPushButton* latestButton() const {
+        for (QPushButton* const button : mainWindow->findChildren<QPushButton*>()) {
+            if (button->isVisible() && button->text().startsWith(u"Latest")) {
+                return button;
+            }
+        }
+        return nullptr;
+    }
+    QAbstractButton& button(const QString& name) const { return *qobject_cast<QAbstractButton*>(named(name)); }
+    bool isSeen(const QString& text) const {
+        const QList<QWidget*> widgets = mainWindow->findChildren<QWidget*>();
+        return std::any_of(widgets.begin(), widgets.end(), [&text](const QWidget* widget) {
+            return widget->isVisible() && widget->property("text").toString() == text;
+        });
+    }
+    void search(const QString& text) {
+        QTest::keyClicks(named(kSearchLogLabel), text);
+        waitForSearch();
+    }
+    /// It goes on in turns of the event loop.
+    static void waitForSearch() {
+        for (int turn = 0; turn < 200; ++turn) {
+            QCoreApplication::processEvents();
+        }
+    }
+    int currentRow() const { return lines().currentIndex().row(); }
+    void chooseTag(const QString& shown, const QString& title) {
+        click(kShownMessages + shown);
+        settle();
+        const auto* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+        ASSERT_NE(menu, nullptr);
+        for (QAction* const action : menu->actions()) {
+            if (action->text() == title) {
+                QTest::mouseClick(QApplication::activePopupWidget(), Qt::LeftButton, {},
+                                  menu->actionGeometry(action).center());
+                settle();
+                return;
+            }
+        }
+        ADD_FAILURE() << "no tag is called " << title.toStdString();
+    }
+    static QString copied() { return QGuiApplication::clipboard()->text(); }
+};
+
+} // namespace
+
+// ---- What is shown
+
+TEST_F(LogsViewTest, anEmptyLogSaysSo) {
+    openLogs();
+    EXPECT_EQ(rows(), QStringList());
+    EXPECT_EQ(lines().accessibleDescription(),
+              u"No log messages yet. Run an optimization or maintenance task to see output here."_s);
+    const QImage empty = lines().grab().toImage();
+    log(u" "_s);
+    settle();
+    EXPECT_NE(lines().grab().toImage(), empty);
+    EXPECT_EQ(lines().accessibleDescription(), QString());
+}
+
+TEST_F(LogsViewTest, everyMessageIsShownInOrderLineByLine) {
+    log(u"Ready."_s);
+    openLogs();
+    log(u"\n[PROFILE] Applying: Live"_s);
+    log(u"  [APPLIED] App Nap\nbypassed"_s);
+    EXPECT_EQ(rows(), QStringList(u"Ready."_s)) << "a line costs who logs it nothing";
+    settle();
+    EXPECT_EQ(rows(), (QStringList{u"Ready."_s, u""_s, u"[PROFILE] Applying: Live"_s, u"  [APPLIED] App Nap"_s,
+                                   u"bypassed"_s}));
+}
+
+TEST_F(LogsViewTest, controlAndFormattingCharactersAreBlanksAndCopiedAsTheyAre) {
+    const QString hostile = u"a\tb\u202Ec\u0007d\u2028e"_s;
+    log(hostile);
+    openLogs();
+    EXPECT_EQ(rows(), QStringList(u"a b c d e"_s));
+    click(kCopyLog);
+    EXPECT_EQ(copied(), hostile);
+}
+
+TEST_F(LogsViewTest, aVeryLongLineIsCutAndCopiedWhole) {
+    const QString text(300'000, u'x');
+    log(text);
+    openLogs();
+    EXPECT_LT(rows().first().size(), 3000);
+    EXPECT_TRUE(rows().first().endsWith(u'…'));
+    click(kCopyLog);
+    EXPECT_EQ(copied(), text);
+}
+
+TEST_F(LogsViewTest, aWideLineCanBeScrolledTo) {
+    openLogs();
+    EXPECT_EQ(lines().horizontalScrollBar()->maximum(), 0);
+    log(QString(500, u'w'));
+    settle();
+    EXPECT_GT(lines().horizontalScrollBar()->maximum(), 1000);
+    lines().setFocus();
+    press(Qt::Key_Right);
+    EXPECT_GT(lines().horizontalScrollBar()->value(), 0);
+}
+
+TEST_F(LogsViewTest, tagsAreTintedByWhatTheySay) {
+    openLogs();
+    const auto inkOf = [this](const QString& line) {
+        session->logActions.clearLog();
+        log(line);
+        settle();
+        const QImage picture = lines().viewport()->grab().toImage();
+        std::set<QRgb> colors;
+        for (int y = 0; y < 20; ++y) {
+            for (int x = 0; x < 80; ++x) {
+                colors.insert(picture.pixel(x, y));
+            }
+        }
+        return colors;
+    };
+    const Theme& theme = themeOf(mainWindow.get());
+    EXPECT_TRUE(inkOf(u"[ERROR] x"_s).count(theme.danger.rgb()));
+    EXPECT_TRUE(inkOf(u"[APPLIED] x"_s).count(theme.success.rgb()));
+    EXPECT_FALSE(inkOf(u"[APPLIED] x"_s).count(theme.danger.rgb()));
+    EXPECT_FALSE(inkOf(u"ERROR x"_s).count(theme.danger.rgb()));
+}
+
+// ---- Following
+
+TEST_F(LogsViewTest, theNewestLineStaysInView) {
+    openLogs();
+    logNumbered(500);
+    EXPECT_TRUE(isLatestInView());
+    EXPECT_EQ(latestButton(), nullptr);
+    log(u"newest"_s);
+    settle();
+    EXPECT_TRUE(isLatestInView());
+    mainWindow->resize(mainWindow->width(), mainWindow->height() - 60);
+    settle();
+    EXPECT_TRUE(isLatestInView());
+}
+
+TEST_F(LogsViewTest, scrolledUpItStaysAndTheButtonLeadsBack) {
+    openLogs();
+    logNumbered(500);
+    lines().setFocus();
+    press(Qt::Key_Home);
+    settle();
+    EXPECT_TRUE(isInView(0));
+    ASSERT_NE(latestButton(), nullptr);
+    const int before = latestButton()->text().mid(8).chopped(1).toInt();
+    EXPECT_GT(before, 400);
+    EXPECT_LT(before, 500);
+    logNumbered(10);
+    EXPECT_TRUE(isInView(0));
+    EXPECT_EQ(latestButton()->text(), u"Latest (%1)"_s.arg(before + 10));
+    QTest::mouseClick(latestButton(), Qt::LeftButton);
+    settle();
+    EXPECT_TRUE(isLatestInView());
+    EXPECT_EQ(latestButton(), nullptr);
+    EXPECT_EQ(focusedName(), u"Log"_s);
+    log(u"newest"_s);
+    settle();
+    EXPECT_TRUE(isLatestInView());
+}
+
+TEST_F(LogsViewTest, scrolledDownAgainItFollowsAgain) {
+    openLogs();
+    logNumbered(500);
+    lines().verticalScrollBar()->setValue(100);
+    EXPECT_NE(latestButton(), nullptr);
+    lines().verticalScrollBar()->setValue(lines().verticalScrollBar()->maximum() - 2);
+    EXPECT_EQ(latestButton(), nullptr);
+    logNumbered(10);
+    EXPECT_TRUE(isLatestInView());
+}
+
+// ---- Filter and search
+
+TEST_F(LogsViewTest, theMessagesOfOneTagCanBeShown) {
+    log(u"Ready."_s);
+    log(u"  [ERROR] No network"_s);
+    log(u"  [OK] On"_s);
+    openLogs();
+    chooseTag(kAllMessages, u"[ERROR]"_s);
+    EXPECT_EQ(rows(), QStringList(u"  [ERROR] No network"_s));
+    log(u"  [ERROR] Disk\nfull"_s);
+    log(u"  [OK] Off"_s);
+    settle();
+    EXPECT_EQ(rows(), (QStringList{u"  [ERROR] No network"_s, u"  [ERROR] Disk"_s, u"full"_s}));
+    chooseTag(u"[ERROR]"_s, kAllMessages);
+    EXPECT_EQ(rows().size(), 6);
+}
+
+TEST_F(LogsViewTest, aTagWithoutMessagesAnyMoreSaysSo) {
+    log(u"[ERROR] No network"_s);
+    openLogs();
+    chooseTag(kAllMessages, u"[ERROR]"_s);
+    session->logActions.clearLog();
+    settle();
+    EXPECT_EQ(lines().accessibleDescription(), kNoMessagesOfTag);
+    chooseTag(u"[ERROR]"_s, kAllMessages);
+    EXPECT_EQ(lines().accessibleDescription(), kNoLogMessages);
+}
+
+TEST_F(LogsViewTest, searchFindsTheNextAndThePreviousLineRoundTheLog) {
+    for (const QString& line : {u"Kick drum"_s, u"snare"_s, u"KICK again"_s, u"hat"_s}) {
+        log(line);
+    }
+    openLogs();
+    EXPECT_FALSE(button(kNextMatch).isEnabled());
+    search(u"kick"_s);
+    EXPECT_EQ(currentRow(), 0);
+    press(Qt::Key_Return);
+    waitForSearch();
+    EXPECT_EQ(currentRow(), 2);
+    click(kNextMatch);
+    waitForSearch();
+    EXPECT_EQ(currentRow(), 0);
+    click(kPreviousMatch);
+    waitForSearch();
+    EXPECT_EQ(currentRow(), 2);
+    named(kSearchLogLabel)->setFocus();
+    press(Qt::Key_Return, Qt::ShiftModifier);
+    waitForSearch();
+    EXPECT_EQ(currentRow(), 0);
+    EXPECT_FALSE(isSeen(kNoMatch));
+}
+
+TEST_F(LogsViewTest, searchSaysWhenThereIsNothing) {
+    log(u"Kick"_s);
+    openLogs();
+    search(u"cowbell"_s);
+    EXPECT_TRUE(isSeen(kNoMatch));
+    press(Qt::Key_Escape);
+    EXPECT_FALSE(isSeen(kNoMatch));
+    EXPECT_EQ(qobject_cast<QLineEdit*>(named(kSearchLogLabel))->text(), QString());
+    search(u"kick"_s);
+    EXPECT_FALSE(isSeen(kNoMatch));
+}
+
+TEST_F(LogsViewTest, aFoundLineComesIntoView) {
+    log(u"needle"_s);
+    openLogs();
+    logNumbered(2000);
+    EXPECT_FALSE(isInView(0));
+    search(u"needle"_s);
+    EXPECT_EQ(currentRow(), 0);
+    EXPECT_TRUE(isInView(0));
+    EXPECT_NE(latestButton(), nullptr);
+}
+
+TEST_F(LogsViewTest, theKeyForSearchingLeadsIntoTheField) {
+    openLogs();
+    lines().setFocus();
+    press(Qt::Key_F, Qt::ControlModifier);
+    EXPECT_EQ(focusedName(), kSearchLogLabel);
+}
+
+// ---- Copying
+
+TEST_F(LogsViewTest, copyTakesTheSelectedLinesElseAll) {
+    log(u"one\n\ttwo"_s);
+    log(u"three"_s);
+    openLogs();
+    click(kCopyLog);
+    EXPECT_EQ(copied(), u"one\n\ttwo\nthree"_s);
+    lines().setFocus();
+    press(Qt::Key_Home);
+    press(Qt::Key_Down);
+    press(Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(copied(), u"\ttwo"_s);
+    press(Qt::Key_Down, Qt::ShiftModifier);
+    click(kCopyLog);
+    EXPECT_EQ(copied(), u"\ttwo\nthree"_s);
+    lines().setFocus();
+    press(Qt::Key_A, Qt::ControlModifier);
+    press(Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(copied(), u"one\n\ttwo\nthree"_s);
+}
+
+// ---- The actions
+
+TEST_F(LogsViewTest, theSwitchIsBoundToTheDebugMode) {
+    session->system.setDebugMode(true);
+    openLogs();
+    EXPECT_TRUE(button(kVerboseLogging).isChecked());
+    click(kVerboseLogging);
+    EXPECT_FALSE(session->system.debugMode());
+    EXPECT_FALSE(button(kVerboseLogging).isChecked());
+    session->system.setDebugMode(true);
+    EXPECT_TRUE(button(kVerboseLogging).isChecked());
+}
+
+TEST_F(LogsViewTest, clearingLeavesNothingAndTheLogGoesOn) {
+    openLogs();
+    logNumbered(500);
+    lines().verticalScrollBar()->setValue(0);
+    click(kClearLog);
+    settle();
+    EXPECT_EQ(rows(), QStringList());
+    EXPECT_EQ(session->system.logMessages(), QStringList());
+    EXPECT_EQ(latestButton(), nullptr);
+    logNumbered(300);
+    EXPECT_EQ(rows().size(), 300);
+    EXPECT_TRUE(isLatestInView());
+}
+
+TEST_F(LogsViewTest, anEmptyLogIsNotExported) {
+    openLogs();
+    click(kExportLog);
+    waitForTasks();
+    EXPECT_EQ(takeSteps().filter(u"!"_s), QStringList(u"! Empty Log | The log is empty. | OK"_s));
+    EXPECT_EQ(filePanels.asked, QStringList());
+}
+
+TEST_F(LogsViewTest, theLogIsExportedAsItIs) {
+    files.createFolders(u"/Users/alex"_s);
+    filePanels.choose(u"/Users/alex/log.txt"_s);
+    log(u"a\tb"_s);
+    openLogs();
+    click(kExportLog);
+    waitForTasks();
+    EXPECT_EQ(files.read(u"/Users/alex/log.txt"_s), "a\tb");
+}
+
+TEST_F(LogsViewTest, exportWaitsForWhatRunsAndTheRestIsFree) {
+    log(u"Ready."_s);
+    openLogs();
+    {
+        const Turnstile::Hold open = session->turnstile.open();
+        EXPECT_FALSE(button(kExportLog).isEnabled());
+        EXPECT_TRUE(button(kClearLog).isEnabled());
+        EXPECT_TRUE(button(kVerboseLogging).isEnabled());
+        EXPECT_TRUE(lines().isEnabled());
+    }
+    EXPECT_TRUE(button(kExportLog).isEnabled());
+}
+
+// ---- Many lines
+
+TEST_F(LogsViewTest, manyLinesAreTakenInAndSearched) {
+    constexpr int kMany = 200'000;
+    for (int number = 0; number < kMany; ++number) {
+        log(number == 1000 ? u"  [ERROR] needle"_s : u"  [OK] line %1"_s.arg(number));
+    }
+    openLogs();
+    processEventsUntil([this] { return lines().model()->rowCount() == kMany; });
+    EXPECT_TRUE(isLatestInView());
+    QTest::keyClicks(named(kSearchLogLabel), u"needle"_s);
+    processEventsUntil([this] { return currentRow() == 1000; });
+    EXPECT_TRUE(isInView(1000));
+    chooseTag(kAllMessages, u"[ERROR]"_s);
+    processEventsUntil([this] { return rows() == QStringList(u"  [ERROR] needle"_s); });
+}
+
+} // namespace quorvane
