@@ -14,6 +14,7 @@ class Task;
 namespace quorvane {
 
 class MasterBaselineOffer;
+class SheetModel;
 
 /// What may not be any more as it was shown. Saved profiles tell of their changes themselves.
 struct Anew {
@@ -51,6 +52,8 @@ public:
 
     /// Shows the offer until it is over.
     virtual void showOffer(std::shared_ptr<MasterBaselineOffer> offer) = 0;
+    /// Shows the sheet until it is over. Whoever has none ends it at once.
+    virtual void showSheet(std::shared_ptr<SheetModel> sheet) = 0;
 
     /// Comes last, when the next action may begin.
     virtual QCoro::Task<void> readAnew(Anew what) = 0;

@@ -225,7 +225,7 @@ ClosingAlert deletedAlert(const QString& profileName, bool isGone) {
 }
 
 ClosingAlert maintenanceAlert(const MaintenanceOutcome& outcome) {
-    return {outcome.alertTitle(), outcome.alertText(), styleOf(outcome.succeeded)};
+    return {outcome.alertTitle(), outcome.alertText(), outcome.succeeded ? AlertStyle::Success : AlertStyle::Warning};
 }
 
 ClosingAlert networkAlert(const NetworkOutcome& outcome) {
@@ -238,6 +238,17 @@ ClosingAlert errorAlert(const QString& text) {
 
 ClosingAlert aboutAlert() {
     return {u"Quorvane"_s, u"Beta Release 1.0"_s};
+}
+
+ClosingAlert loginAlert(const QString& error) {
+    return warning(u"Login Item"_s, u"Could not update login item settings: "_s + onOneLine(error));
+}
+
+ClosingAlert fullDiskAlert() {
+    return {u"Full Disk Access Required"_s, u"To allow Quorvane to optimize Time Machine and Spotlight:\n\n"
+                                            "1. Click the '+' button in System Settings.\n"
+                                            "2. Add 'Quorvane' from your Applications folder.\n"
+                                            "3. Ensure the toggle is switched ON."_s};
 }
 
 // ---- Reviews

@@ -67,6 +67,9 @@ ClosingAlert networkAlert(const NetworkOutcome& outcome);
 /// @param text  what went wrong
 ClosingAlert errorAlert(const QString& text);
 ClosingAlert aboutAlert();
+/// @param error  the system's words
+ClosingAlert loginAlert(const QString& error);
+ClosingAlert fullDiskAlert();
 
 // ---- The offer of a master baseline
 

@@ -8,6 +8,7 @@
 #include "actions/ProfileActions.h"
 #include "actions/SavedProfiles.h"
 #include "actions/SettingsActions.h"
+#include "actions/SettingsStatus.h"
 #include "actions/SnapshotStatus.h"
 #include "actions/SystemActions.h"
 #include "actions/SystemScans.h"
@@ -63,6 +64,7 @@ public:
     Turnstile turnstile;
     ActiveProfile activeProfile;
     SnapshotStatus snapshotStatus;
+    SettingsStatus settingsStatus;
     SystemScans scans;
 
     ActionStage stage;

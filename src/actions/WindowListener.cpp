@@ -2,6 +2,7 @@
 
 #include "actions/ApplyReviewCoordinator.h"
 #include "actions/MasterBaselineOffer.h"
+#include "actions/SheetModel.h"
 #include "actions/Tasks.h"
 #include "system/SystemManager.h"
 
@@ -41,6 +42,19 @@ void WindowListener::showOffer(std::shared_ptr<MasterBaselineOffer> offer) {
     Q_EMIT offerChanged();
 }
 
+void WindowListener::showSheet(std::shared_ptr<SheetModel> sheet) {
+    if (m_isShutDown) {
+        sheet->end();
+        return;
+    }
+    m_sheet = std::move(sheet);
+    connect(m_sheet.get(), &SheetModel::ended, this, [this] {
+        m_sheet.reset();
+        Q_EMIT sheetChanged();
+    });
+    Q_EMIT sheetChanged();
+}
+
 QCoro::Task<void> WindowListener::readAnew(Anew what) {
     co_await AlertingListener::readAnew(what);
     if (what.startupItems) {
@@ -59,6 +73,9 @@ void WindowListener::shutDown() {
     m_parts.reviews.shutDown();
     if (const std::shared_ptr<MasterBaselineOffer> offer = m_offer) {
         offer->end();
+    }
+    if (const std::shared_ptr<SheetModel> sheet = m_sheet) {
+        sheet->end();
     }
 }
 

@@ -28,11 +28,14 @@ public:
 
     /// None when nothing is offered. The main window shows its sheet while there is one, and keeps it for as long as that.
     const std::shared_ptr<MasterBaselineOffer>& offer() const { return m_offer; }
+    /// Likewise.
+    const std::shared_ptr<SheetModel>& sheet() const { return m_sheet; }
 
     QCoro::Task<bool> review(Review review) override;
     QCoro::Task<void> showResult(ResultPanel panel) override;
     void withdrawReview() override;
     void showOffer(std::shared_ptr<MasterBaselineOffer> offer) override;
+    void showSheet(std::shared_ptr<SheetModel> sheet) override;
     QCoro::Task<void> readAnew(Anew what) override;
 
     /// Takes sheets away, whatever their state, and shows none from then on.
@@ -40,6 +43,7 @@ public:
 
 Q_SIGNALS:
     void offerChanged();
+    void sheetChanged();
     /// Another snapshot may be the latest one now.
     void snapshotChanged();
     /// The copies in iCloud may be others now.
@@ -48,6 +52,7 @@ Q_SIGNALS:
 private:
     Parts m_parts;
     std::shared_ptr<MasterBaselineOffer> m_offer;
+    std::shared_ptr<SheetModel> m_sheet;
     bool m_isShutDown = false;
 };
 

@@ -2,6 +2,7 @@
 
 #include "actions/ApplyReviewCoordinator.h"
 #include "actions/Launch.h"
+#include "actions/LockActions.h"
 #include "actions/Session.h"
 #include "actions/WindowListener.h"
 #include "appearance/AppearanceManager.h"
@@ -80,6 +81,7 @@ private:
     Session m_session;
     ApplyReviewCoordinator m_reviews;
     WindowListener m_listener;
+    LockActions m_lockActions;
     Launch m_launch;
     ViewEnvironment m_environment;
     MainWindowOpener m_opener;

@@ -11,6 +11,7 @@ class CommandLauncher;
 class Displays;
 class FileManager;
 class Keychain;
+class LoginService;
 class Machine;
 class PropertyLists;
 class ScriptEngine;
@@ -34,6 +35,7 @@ struct Host {
     Biometrics& biometrics;
     Displays& displays;
     SystemNotifications& notifications;
+    LoginService& loginService;
 };
 
 } // namespace quorvane

@@ -48,6 +48,10 @@ void MasterProfileState::setCurrentProfile(const std::optional<UnifiedProfile>& 
     put(m_settings, m_startup, profile);
 }
 
+bool MasterProfileState::isEdited() const {
+    return m_currentProfile && (m_settings != m_currentProfile->settings || m_startup != m_currentProfile->startup);
+}
+
 void MasterProfileState::load(const UnifiedProfile& profile) {
     put(profile.settings, profile.startup, profile);
 }

@@ -34,6 +34,9 @@ public:
     const std::optional<UnifiedProfile>& currentProfile() const { return m_currentProfile; }
     void setCurrentProfile(const std::optional<UnifiedProfile>& profile);
 
+    /// The working copy is another one than the profile that it was loaded from. False where it comes from none.
+    bool isEdited() const;
+
     void load(const UnifiedProfile& profile);
     void clear();
 

@@ -1,6 +1,7 @@
 #include "rehearsal/TerminalListener.h"
 
 #include "actions/MasterBaselineOffer.h"
+#include "actions/SheetModel.h"
 #include "actions/SystemScans.h"
 #include "rehearsal/Report.h"
 
@@ -35,6 +36,10 @@ QCoro::Task<void> TerminalListener::showResult(ResultPanel) {
 
 void TerminalListener::showOffer(std::shared_ptr<MasterBaselineOffer> offer) {
     offer->decline();
+}
+
+void TerminalListener::showSheet(std::shared_ptr<SheetModel> sheet) {
+    sheet->end();
 }
 
 QCoro::Task<void> TerminalListener::readAnew(Anew what) {

@@ -37,6 +37,7 @@ public:
     void withdrawReview() override {}
     /// A terminal has a command for it.
     void showOffer(std::shared_ptr<MasterBaselineOffer> offer) override;
+    void showSheet(std::shared_ptr<SheetModel> sheet) override;
     QCoro::Task<void> readAnew(Anew what) override;
 
 private:

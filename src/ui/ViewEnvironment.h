@@ -5,6 +5,7 @@ namespace quorvane {
 class AppearanceManager;
 class ApplyReviewCoordinator;
 class Clock;
+class LockActions;
 class LockManager;
 class WindowListener;
 class Workspace;
@@ -14,6 +15,7 @@ class Session;
 struct ViewEnvironment {
     Session& session;
     LockManager& lock;
+    LockActions& lockActions;
     AppearanceManager& appearance;
     ApplyReviewCoordinator& reviews;
     WindowListener& listener; ///< of everything that is started from a window or the menu

@@ -3,6 +3,7 @@
 #include "actions/AlertingListener.h"
 #include "actions/MasterBaselineOffer.h"
 #include "actions/Session.h"
+#include "actions/SheetModel.h"
 #include "core/UserDefaultKeys.h"
 #include "fakes/CountingWorkspace.h"
 #include "fakes/EventLoop.h"
@@ -82,6 +83,10 @@ public:
         m_steps.append(u"offer"_s);
         offer = shown;
     }
+    void showSheet(std::shared_ptr<SheetModel> shown) override {
+        m_steps.append(u"sheet"_s);
+        sheet = shown;
+    }
     QCoro::Task<void> readAnew(Anew what) override {
         QStringList names;
         for (const auto& [isMeant, name] :
@@ -102,6 +107,7 @@ public:
     bool requestsScans = false;
     std::optional<ReviewPreview> preview;
     std::shared_ptr<MasterBaselineOffer> offer;
+    std::shared_ptr<SheetModel> sheet;
     std::optional<QPromise<void>> held; ///< reviews stay open until it is finished
 
 private:

@@ -59,7 +59,8 @@ Host InProcessHost::host() {
             base.bundles,     base.backgroundTaskPermissions,
             base.cloud,       m_clock != nullptr ? *m_clock : base.clock,
             base.keychain,    base.biometrics,
-            base.displays,    base.notifications};
+            base.displays,    base.notifications,
+            base.loginService};
 }
 
 } // namespace quorvane

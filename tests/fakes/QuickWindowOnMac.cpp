@@ -37,6 +37,14 @@ void HeldCommandLauncher::release() {
     }
 }
 
+QStringList HeldCommandLauncher::heldLines() const {
+    QStringList lines;
+    for (const Held& held : m_held) {
+        lines.append(commandLine(held.arguments));
+    }
+    return lines;
+}
+
 // ---- Scripts
 
 QFuture<ScriptOutcome> AskingScriptEngine::run(QString source) {
@@ -80,7 +88,8 @@ Host QuickWindowOnMac::ports() {
             base.bundles,      base.backgroundTaskPermissions,
             base.cloud,        clock,
             base.keychain,     base.biometrics,
-            base.displays,     base.notifications};
+            base.displays,     base.notifications,
+            base.loginService};
 }
 
 void QuickWindowOnMac::shutDownPorts() {

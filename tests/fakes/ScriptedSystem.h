@@ -3,6 +3,7 @@
 #include "core/NotificationCenter.h"
 #include "fakes/CommandLine.h"
 #include "fakes/FixedBiometrics.h"
+#include "fakes/FixedLoginService.h"
 #include "fakes/ManualClock.h"
 #include "fakes/ManualNotifications.h"
 #include "fakes/MemoryBundles.h"
@@ -144,6 +145,7 @@ protected:
     FixedBiometrics biometrics;
     MemoryDisplays displays{files};
     ManualNotifications systemNotifications;
+    FixedLoginService loginService;
     NotificationCenter notifications;
     Host host = hostWith(files, clock);
     SystemManager system{host, notifications};

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "actions/LockActions.h"
 #include "appearance/AppearanceManager.h"
 #include "fakes/ManualSystemLook.h"
 #include "fakes/RecordingAppearance.h"
@@ -81,7 +82,8 @@ protected:
     RecordingAppearance look;
     ManualSystemLook systemLook;
     AppearanceManager appearance{look, systemLook, defaults};
-    ViewEnvironment environment{*session, *lock, appearance, reviews, window, workspace, clock};
+    LockActions lockActions{session->stage, *lock};
+    ViewEnvironment environment{*session, *lock, lockActions, appearance, reviews, window, workspace, clock};
     std::unique_ptr<MainWindow> mainWindow;
 };
 

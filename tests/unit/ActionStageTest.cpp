@@ -87,6 +87,7 @@ TEST_F(ActionStageTest, whoIsNotAskedAgrees) {
         QCoro::Task<void> showResult(ResultPanel) override { co_return; }
         void withdrawReview() override {}
         void showOffer(std::shared_ptr<MasterBaselineOffer>) override {}
+        void showSheet(std::shared_ptr<SheetModel>) override {}
         QCoro::Task<void> readAnew(Anew) override { co_return; }
     };
     SilentListener silent;

@@ -14,6 +14,7 @@
 #include "platform/simulated/SimulatedDisplays.h"
 #include "platform/simulated/SimulatedFileManager.h"
 #include "platform/simulated/SimulatedKeychain.h"
+#include "platform/simulated/SimulatedLoginService.h"
 #include "platform/simulated/SimulatedMachine.h"
 #include "platform/simulated/SimulatedNotifications.h"
 #include "platform/simulated/SimulatedPropertyLists.h"
@@ -62,6 +63,7 @@ private:
     SimulatedBiometrics m_biometrics;
     SimulatedDisplays m_displays;
     SimulatedNotifications m_notifications;
+    SimulatedLoginService m_loginService;
     SimulatedSystemLook m_systemLook;
     SystemClock m_clock;
     ProcessCommandLauncher m_commands;

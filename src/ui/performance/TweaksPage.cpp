@@ -11,25 +11,14 @@
 #include "ui/pieces/AppButtons.h"
 #include "ui/pieces/AppCard.h"
 #include "ui/pieces/AppSection.h"
+#include "ui/pieces/PinnedBar.h"
 #include "ui/pieces/ScrollPage.h"
 
-#include <QHBoxLayout>
-#include <QPainter>
 #include <QVBoxLayout>
 
 #include <QCoroTask>
 
 namespace quorvane {
-
-namespace {
-
-/// What scrolls vanishes behind its upper edge.
-class PinnedBar : public QWidget {
-protected:
-    void paintEvent(QPaintEvent*) override { QPainter(this).fillRect(0, 0, width(), 1, themeOf(this).border); }
-};
-
-} // namespace
 
 TweaksPage::TweaksPage(const ViewEnvironment& environment, QWidget* parent)
     : QWidget(parent)
@@ -76,14 +65,10 @@ QWidget* TweaksPage::makeSection(const TweakSection& section) {
 
 QWidget* TweaksPage::makeButtons() {
     auto* const bar = new PinnedBar;
-    auto* const layout = new QHBoxLayout;
-    addColumn(*bar, {Theme::kGap24, Theme::kGap12, Theme::kGap24, Theme::kGap12})->addLayout(layout);
-    layout->setSpacing(Theme::kGap8);
     auto* const revert = new AppSecondaryButton(kRevertAll);
     auto* const executeButton = new AppPrimaryButton(kExecuteTweaks);
-    layout->addStretch(1);
-    layout->addWidget(revert);
-    layout->addWidget(executeButton);
+    bar->addButton(revert);
+    bar->addButton(executeButton);
     Session& session = m_environment.session;
     ActionListener& listener = m_environment.listener;
     connect(revert, &QPushButton::clicked, this,

@@ -1,6 +1,8 @@
 #include "ui/window/ContentView.h"
 
+#include "actions/AppPasswordEntry.h"
 #include "actions/ApplyReviewCoordinator.h"
+#include "actions/BackupChoice.h"
 #include "actions/Session.h"
 #include "actions/WindowListener.h"
 #include "lock/LockManager.h"
@@ -11,6 +13,8 @@
 #include "ui/pieces/SheetLayer.h"
 #include "ui/review/ApplyReviewSheet.h"
 #include "ui/review/MasterSystemBaselinePrompt.h"
+#include "ui/settings/AppPasswordSheet.h"
+#include "ui/settings/ProfileCloudRestoreSheet.h"
 #include "ui/window/MainContentArea.h"
 #include "ui/window/SidebarView.h"
 #include "ui/window/WaitingDialogOverlay.h"
@@ -55,6 +59,7 @@ ContentView::ContentView(const ViewEnvironment& environment, QWidget* parent)
     connect(&environment.lock, &LockManager::isUnlockedChanged, this, &ContentView::followLock);
     connect(&environment.reviews, &ApplyReviewCoordinator::requestChanged, this, &ContentView::followSheets);
     connect(&environment.listener, &WindowListener::offerChanged, this, &ContentView::followSheets);
+    connect(&environment.listener, &WindowListener::sheetChanged, this, &ContentView::followSheets);
     connect(qApp, &QApplication::focusChanged, this, &ContentView::keepFocusOnLock);
     followLock();
     followSheets();
@@ -91,16 +96,31 @@ void ContentView::setColumns(const QByteArray& columns) {
 
 /// One at a time: an action opens it, and there is one action at a time.
 void ContentView::followSheets() {
-    const std::shared_ptr<MasterBaselineOffer>& offer = m_environment.listener.offer();
-    const std::optional<ApplyReviewRequest>& request = m_environment.reviews.request();
-    m_waiting->setSuppressed(offer != nullptr);
-    if (request) {
-        m_sheets->show(new ApplyReviewSheet(request->review, m_environment.clock));
-    } else if (offer != nullptr) {
-        m_sheets->show(new MasterSystemBaselinePrompt(offer));
+    const WindowListener& listener = m_environment.listener;
+    m_waiting->setSuppressed(listener.offer() != nullptr || listener.sheet() != nullptr);
+    if (Sheet* const sheet = makeSheet()) {
+        m_sheets->show(sheet);
     } else {
         m_sheets->clear();
     }
+}
+
+/// Null where none is open.
+Sheet* ContentView::makeSheet() const {
+    const WindowListener& listener = m_environment.listener;
+    if (const std::optional<ApplyReviewRequest>& request = m_environment.reviews.request()) {
+        return new ApplyReviewSheet(request->review, m_environment.clock);
+    }
+    if (listener.offer() != nullptr) {
+        return new MasterSystemBaselinePrompt(listener.offer());
+    }
+    if (auto entry = std::dynamic_pointer_cast<AppPasswordEntry>(listener.sheet())) {
+        return new AppPasswordSheet(entry, m_environment.lock);
+    }
+    if (auto choice = std::dynamic_pointer_cast<BackupChoice>(listener.sheet())) {
+        return new ProfileCloudRestoreSheet(choice);
+    }
+    return nullptr;
 }
 
 // ---- The lock

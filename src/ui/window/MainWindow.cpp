@@ -5,6 +5,7 @@
 #include "actions/ApplyReviewCoordinator.h"
 #include "actions/MasterBaselineOffer.h"
 #include "actions/Session.h"
+#include "actions/SheetModel.h"
 #include "actions/WindowListener.h"
 #include "ui/Theme.h"
 #include "ui/ViewEnvironment.h"
@@ -72,7 +73,12 @@ bool MainWindow::closesSheets() {
     if (offer != nullptr) {
         offer->decline();
     }
-    return !m_environment.reviews.request() && m_environment.listener.offer() == nullptr;
+    const std::shared_ptr<SheetModel> sheet = m_environment.listener.sheet();
+    if (sheet != nullptr) {
+        sheet->dismiss();
+    }
+    return !m_environment.reviews.request() && m_environment.listener.offer() == nullptr &&
+           m_environment.listener.sheet() == nullptr;
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
