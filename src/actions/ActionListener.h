@@ -13,7 +13,7 @@ class Task;
 
 namespace quorvane {
 
-class SheetOffer;
+class SheetModel;
 
 /// What may not be any more as it was shown. Saved profiles tell of their changes themselves.
 struct Anew {
@@ -49,8 +49,8 @@ public:
     /// Nothing was done of the review that was agreed to, and nothing will be: it goes.
     virtual void withdrawReview() = 0;
 
-    /// Shows the offer until it is over.
-    virtual void showOffer(std::shared_ptr<SheetOffer> offer) = 0;
+    /// Shows the sheet until it is over. Whoever has none ends it at once.
+    virtual void showSheet(std::shared_ptr<SheetModel> sheet) = 0;
 
     /// Comes last, when the next action may begin.
     virtual QCoro::Task<void> readAnew(Anew what) = 0;

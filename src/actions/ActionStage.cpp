@@ -1,6 +1,7 @@
 #include "actions/ActionStage.h"
 
 #include "actions/ActionTexts.h"
+#include "actions/SheetModel.h"
 #include "system/SystemManager.h"
 
 #include <QCoroTask>
@@ -123,8 +124,8 @@ void Action::showResult(const ResultPanel& panel) {
     m_shownResult = m_listener.showResult(panel);
 }
 
-void Action::show(const std::shared_ptr<SheetOffer>& offer) {
-    m_listener.showOffer(offer);
+void Action::show(const std::shared_ptr<SheetModel>& sheet) {
+    m_listener.showSheet(sheet);
 }
 
 QCoro::Task<void> Action::tell(ClosingAlert alert) {

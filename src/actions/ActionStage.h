@@ -15,6 +15,7 @@
 namespace quorvane {
 
 class FlowEnvironment;
+class SheetModel;
 class SystemManager;
 
 class Action;
@@ -65,7 +66,7 @@ public:
     QCoro::Task<void> tell(ClosingAlert alert);
     /// Shows at once what came of the review. The action goes on, and ends when the user has closed it.
     void showResult(const ResultPanel& panel);
-    void show(const std::shared_ptr<SheetOffer>& offer);
+    void show(const std::shared_ptr<SheetModel>& sheet);
     /// A step that the action outlives: what it throws is a line in the log. @return false when it has thrown
     QCoro::Task<bool> endsProperly(QCoro::Task<void> step);
 

@@ -276,7 +276,7 @@ ClosingAlert deletedAlert(const QString& profileName, bool isGone) {
 }
 
 ClosingAlert maintenanceAlert(const MaintenanceOutcome& outcome) {
-    return {outcome.alertTitle(), outcome.alertText(), styleOf(outcome.succeeded)};
+    return {outcome.alertTitle(), outcome.alertText(), outcome.succeeded ? AlertStyle::Success : AlertStyle::Warning};
 }
 
 ClosingAlert networkAlert(const NetworkOutcome& outcome) {
@@ -298,6 +298,17 @@ ClosingAlert emptyLogAlert() {
 ClosingAlert exportAlert(const std::optional<QString>& problem) {
     return problem ? warning(u"Export Error"_s, u"Failed to save log: "_s + *problem)
                    : ClosingAlert{u"Export Successful"_s, u"Log successfully exported."_s};
+}
+
+ClosingAlert loginAlert(const QString& error) {
+    return warning(u"Login Item"_s, u"Could not update login item settings: "_s + onOneLine(error));
+}
+
+ClosingAlert fullDiskAlert() {
+    return {u"Full Disk Access Required"_s, u"To allow Quorvane to optimize Time Machine and Spotlight:\n\n"
+                                            "1. Click the '+' button in System Settings.\n"
+                                            "2. Add 'Quorvane' from your Applications folder.\n"
+                                            "3. Ensure the toggle is switched ON."_s};
 }
 
 // ---- Reviews

@@ -87,6 +87,9 @@ ClosingAlert aboutAlert();
 ClosingAlert emptyLogAlert();
 /// @param problem  why the log couldn't be saved; none when it was
 ClosingAlert exportAlert(const std::optional<QString>& problem);
+/// @param error  the system's words
+ClosingAlert loginAlert(const QString& error);
+ClosingAlert fullDiskAlert();
 
 // ---- The offer of a master baseline
 

@@ -2,7 +2,12 @@
 
 #include "actions/ActionStage.h"
 #include "actions/ActionTexts.h"
+#include "actions/BackupChoice.h"
 #include "actions/SavedProfiles.h"
+#include "actions/SettingsTexts.h"
+#include "actions/Tasks.h"
+#include "core/FlowEnvironment.h"
+#include "profiles/MasterProfileState.h"
 #include "profiles/ProfileCloudManager.h"
 
 #include <QCoroFuture>
@@ -10,6 +15,7 @@
 #include <QScopeGuard>
 
 #include <algorithm>
+#include <exception>
 #include <optional>
 #include <utility>
 
@@ -20,17 +26,17 @@ using namespace Qt::StringLiterals;
 namespace {
 
 const QString kSyncing = u"Syncing profiles with iCloud…"_s;
-const QString kRestoring = u"Restoring profiles from iCloud…"_s;
 
 } // namespace
 
-BackupActions::BackupActions(ActionStage& stage, ProfileCloudManager& backups, ProfileManager& store,
-                             SavedProfiles& saved, const Machine& machine)
-    : m_stage(stage)
-    , m_backups(backups)
-    , m_store(store)
-    , m_saved(saved)
-    , m_machine(machine) {}
+/// What fails is a line of the log, and no more than that.
+QCoro::Task<void> BackupActions::logged(QCoro::Task<void> task) {
+    try {
+        co_await std::move(task);
+    } catch (const ProfileCloudError& error) {
+        m_parts.environment.log(u"  [INFO] "_s + error.message());
+    }
+}
 
 QCoro::Task<void> BackupActions::tellingOfFailure(Action& action, QCoro::Task<void> task) {
     std::optional<QString> failure;
@@ -57,7 +63,7 @@ QCoro::Task<void> BackupActions::carryOutBackUp(Action& action) {
     ProfileCloudBackupResult result;
     {
         const Turnstile::Hold busy = action.carryingOut(kSyncing, {.backups = true});
-        result = co_await m_backups.backupAllProfiles(m_store);
+        result = co_await m_parts.backups.backupAllProfiles(m_parts.store);
     }
     action.outcome.succeeded = true;
     co_await action.tell(backupCompleteAlert(result));
@@ -71,8 +77,14 @@ QCoro::Task<ActionOutcome> BackupActions::refresh(ActionListener& listener) {
 
 QCoro::Task<void> BackupActions::carryOutRefresh(Action& action) {
     const Turnstile::Hold busy = action.carryingOut(kSyncing, {.backups = true});
-    co_await m_backups.refreshBackups();
+    co_await m_parts.backups.refreshBackups();
     action.outcome.succeeded = true;
+}
+
+/// Each by itself: the list is of use without the copies, and they without the list.
+QCoro::Task<void> BackupActions::lookAround() {
+    co_await logged(m_parts.backups.refreshBackups());
+    co_await logged(m_parts.backups.ensureDefaultBackups(m_parts.store));
 }
 
 // ---- Restore
@@ -83,34 +95,133 @@ QCoro::Task<ActionOutcome> BackupActions::restore(const QString& id, ActionListe
 }
 
 QCoro::Task<void> BackupActions::carryOutRestore(Action& action, QString id) {
+    const std::optional<ProfileImportResult> result = co_await restored(action, id, {});
+    if (result) {
+        action.outcome.succeeded = true;
+        co_await action.tell(profilesRestoredAlert(*result));
+    }
+}
+
+QCoro::Task<ActionOutcome> BackupActions::chooseAndRestore(ActionListener& listener) {
+    return m_stage.run(listener, [this](Action& action) { return carryOutChoice(action); });
+}
+
+/// The sheet stays until a backup was restored, or its user closes it.
+QCoro::Task<void> BackupActions::carryOutChoice(Action& action) {
+    const auto choice = std::make_shared<BackupChoice>();
+    const auto goes = qScopeGuard([choice] { choice->end(); });
+    m_parts.tasks.start(load(choice));
+    action.show(choice);
+    std::optional<ProfileImportResult> result;
+    std::optional<QString> id = co_await choice->answer();
+    while (id && !result) {
+        result = co_await restoredFromSheet(action, choice, *id);
+        if (!result) {
+            id = co_await choice->answer();
+        }
+    }
+    choice->end();
+    if (result) {
+        action.outcome.succeeded = true;
+        co_await action.tell(profilesRestoredAlert(*result));
+    }
+}
+
+/// What is known is there at once, and what comes later joins it.
+QCoro::Task<void> BackupActions::load(std::shared_ptr<BackupChoice> choice) {
+    QObject::connect(&m_parts.backups, &ProfileCloudManager::backupsChanged, choice.get(),
+                     [this, shown = choice.get()] { shown->setRows(rows()); });
+    choice->setRows(rows());
+    choice->beginLoading();
+    std::optional<QString> failure;
+    try {
+        co_await m_parts.backups.refreshBackups();
+        failure = m_parts.backups.listFailure();
+    } catch (const ProfileCloudError& error) {
+        failure = error.message();
+    }
+    choice->setRows(rows());
+    choice->endLoading(choice->rows().isEmpty() ? failure.value_or(QString()) : QString());
+}
+
+/// None where it failed, or the user thought better of it; the sheet says so.
+QCoro::Task<std::optional<ProfileImportResult>>
+BackupActions::restoredFromSheet(Action& action, std::shared_ptr<BackupChoice> choice, QString id) {
+    std::optional<ProfileImportResult> result;
+    QString failure;
+    try {
+        const std::function<void()> showIt = [choice] { choice->beginRestoring(); };
+        result = co_await restored(action, id, showIt);
+    } catch (const ProfileCloudError& error) {
+        failure = error.message();
+    }
+    choice->endRestoring(failure);
+    co_return result;
+}
+
+/// None where the user didn't want it. Throws ProfileCloudError.
+/// @param whenBegun  called when it is no question any more
+QCoro::Task<std::optional<ProfileImportResult>> BackupActions::restored(Action& action, QString id,
+                                                                        std::function<void()> whenBegun) {
     if (!co_await action.passesGate(u"restore profiles"_s)) {
-        co_return;
+        co_return std::nullopt;
     }
     const ProfileCloudBackupInfo info = co_await findBackup(action, id);
     const std::optional<Alert> question = co_await questionBeforeRestore(action, info);
     if (!co_await action.isAgreedTo(question)) {
-        co_return;
+        co_return std::nullopt;
+    }
+    if (whenBegun) {
+        whenBegun();
     }
     ProfileImportResult result;
-    {
-        const auto tellChanged = qScopeGuard([this] { m_saved.tellChanged(); }); // a failed one may have saved some
-        const Turnstile::Hold busy = action.carryingOut(kRestoring, {.match = true});
-        result = co_await m_backups.restore(info, m_store);
+    std::exception_ptr failure;
+    try {
+        const auto tellChanged =
+            qScopeGuard([this] { m_parts.saved.tellChanged(); }); // a failed one may have saved some
+        const Turnstile::Hold busy = action.carryingOut(kRestoringProfiles, {.match = true});
+        result = co_await m_parts.backups.restore(info, m_parts.store);
+    } catch (const ProfileCloudError&) {
+        failure = std::current_exception();
     }
-    action.outcome.succeeded = true;
-    co_await action.tell(profilesRestoredAlert(result));
+    co_await takeUpRestored();
+    if (failure != nullptr) {
+        std::rethrow_exception(failure);
+    }
+    co_return result;
+}
+
+/// What the user has edited stays as it is.
+QCoro::Task<void> BackupActions::takeUpRestored() {
+    const ProfileListing listing = co_await m_parts.saved.list();
+    const std::optional<UnifiedProfile>& loaded = m_parts.workingCopy.currentProfile();
+    if (!loaded || m_parts.workingCopy.isEdited()) {
+        co_return;
+    }
+    const auto now = std::find(listing.profiles.cbegin(), listing.profiles.cend(), *loaded);
+    if (now != listing.profiles.cend() && !now->hasSameContent(*loaded)) {
+        m_parts.workingCopy.load(UnifiedProfile(*now));
+    }
+}
+
+QList<BackupRow> BackupActions::rows() const {
+    QList<BackupRow> rows;
+    for (const ProfileCloudBackupInfo& info : m_parts.backups.backups()) {
+        rows.append({info.id, backupRow(info, m_parts.machine)});
+    }
+    return rows;
 }
 
 /// Throws ProfileCloudError.
 QCoro::Task<ProfileCloudBackupInfo> BackupActions::findBackup(Action& action, QString id) {
     std::optional<ProfileCloudBackupInfo> info = listed(id);
     if (!info) {
-        const Turnstile::Hold busy = action.waiting(kRestoring);
-        co_await m_backups.refreshBackups();
+        const Turnstile::Hold busy = action.waiting(kRestoringProfiles);
+        co_await m_parts.backups.refreshBackups();
         info = listed(id);
     }
     if (!info) {
-        const bool isAvailable = m_backups.isICloudAvailable();
+        const bool isAvailable = m_parts.backups.isICloudAvailable();
         throw ProfileCloudError(isAvailable ? ProfileCloudError::Code::backupNotFound
                                             : ProfileCloudError::Code::iCloudUnavailable);
     }
@@ -118,7 +229,7 @@ QCoro::Task<ProfileCloudBackupInfo> BackupActions::findBackup(Action& action, QS
 }
 
 std::optional<ProfileCloudBackupInfo> BackupActions::listed(const QString& id) const {
-    const QList<ProfileCloudBackupInfo>& backups = m_backups.backups();
+    const QList<ProfileCloudBackupInfo>& backups = m_parts.backups.backups();
     const auto found = std::find_if(backups.cbegin(), backups.cend(),
                                     [&id](const ProfileCloudBackupInfo& info) { return info.id == id; });
     return found == backups.cend() ? std::nullopt : std::optional(*found);
@@ -128,12 +239,12 @@ std::optional<ProfileCloudBackupInfo> BackupActions::listed(const QString& id) c
 QCoro::Task<std::optional<Alert>> BackupActions::questionBeforeRestore(Action& action, ProfileCloudBackupInfo info) {
     std::optional<Alert> question;
     if (action.asks()) {
-        const Turnstile::Hold busy = action.waiting(kRestoring);
-        const ProfileCloudBackup backup = co_await m_backups.contents(info);
-        const ProfileListing listing = co_await m_saved.list();
+        const Turnstile::Hold busy = action.waiting(kRestoringProfiles);
+        const ProfileCloudBackup backup = co_await m_parts.backups.contents(info);
+        const ProfileListing listing = co_await m_parts.saved.list();
         const QStringList names = namesReplacedBy(backup, listing.profiles);
         if (!names.isEmpty()) {
-            question = restoreQuestion(names, info.title(m_machine));
+            question = restoreQuestion(names, info.title(m_parts.machine));
         }
     }
     co_return question;

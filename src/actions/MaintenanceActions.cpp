@@ -5,12 +5,14 @@
 #include "system/SystemManager.h"
 
 #include <QCoroTask>
+#include <QScopeGuard>
 
 namespace quorvane {
 
 using namespace Qt::StringLiterals;
 
-QCoro::Task<ActionOutcome> MaintenanceActions::execute(MaintenanceSelection selection, ActionListener& listener) {
+QCoro::Task<ActionOutcome> MaintenanceActions::execute(MaintenanceSelection selection, ActionListener& listener,
+                                                       std::function<void()> whenRun) {
     return m_stage.run(listener, [=, this](Action& action) -> QCoro::Task<void> {
         if (!co_await action.passesGate(u"run maintenance"_s)) {
             co_return;
@@ -20,6 +22,11 @@ QCoro::Task<ActionOutcome> MaintenanceActions::execute(MaintenanceSelection sele
         }
         MaintenanceOutcome result;
         {
+            const auto tellItHasRun = qScopeGuard([whenRun] {
+                if (whenRun) {
+                    whenRun();
+                }
+            });
             const Turnstile::Hold busy = action.carryingOut(u"Running maintenance…"_s);
             result = co_await m_system.runMaintenance(selection);
         }

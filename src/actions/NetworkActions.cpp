@@ -5,18 +5,25 @@
 #include "system/SystemManager.h"
 
 #include <QCoroTask>
+#include <QScopeGuard>
 
 namespace quorvane {
 
 using namespace Qt::StringLiterals;
 
-QCoro::Task<ActionOutcome> NetworkActions::execute(NetworkOperations operations, ActionListener& listener) {
+QCoro::Task<ActionOutcome> NetworkActions::execute(NetworkOperations operations, ActionListener& listener,
+                                                   std::function<void()> whenRun) {
     return m_stage.run(listener, [=, this](Action& action) -> QCoro::Task<void> {
         if (!co_await action.passesGate(u"change the network"_s)) {
             co_return;
         }
         NetworkOutcome result;
         {
+            const auto tellItHasRun = qScopeGuard([whenRun] {
+                if (whenRun) {
+                    whenRun();
+                }
+            });
             const Turnstile::Hold busy = action.carryingOut(u"Running network operations…"_s, {.match = true});
             result = co_await m_system.executeNetworkOperations(operations);
         }

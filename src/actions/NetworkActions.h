@@ -4,6 +4,8 @@
 #include "actions/ActionOutcome.h"
 #include "network/NetworkOperations.h"
 
+#include <functional>
+
 namespace quorvane {
 
 class ActionStage;
@@ -16,7 +18,9 @@ public:
         : m_stage(stage)
         , m_system(system) {}
 
-    QCoro::Task<ActionOutcome> execute(NetworkOperations operations, ActionListener& listener);
+    /// @param whenRun  called when it has run, before its outcome is told; not where nothing was carried out
+    QCoro::Task<ActionOutcome> execute(NetworkOperations operations, ActionListener& listener,
+                                       std::function<void()> whenRun = {});
 
 private:
     ActionStage& m_stage;

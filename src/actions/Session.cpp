@@ -22,6 +22,7 @@ Session::Session(const Host& host, SessionParts parts)
     , turnstile(system)
     , activeProfile(system, savedProfiles, m_host.defaults)
     , snapshotStatus(m_host.files, m_host.machine, notifications)
+    , settingsStatus(m_host.defaults, *label, m_host.loginService, m_host.files)
     , scans(system, savedProfiles, turnstile, tasks)
     , stage(system, turnstile, *gate)
     , profileActions(stage, {system, m_host.defaults, notifications, profileStore, savedProfiles, cloudBackups,
@@ -30,10 +31,10 @@ Session::Session(const Host& host, SessionParts parts)
                             workingCopy, activeProfile, *label, profileActions})
     , tweakActions(stage, system)
     , systemActions(stage, system, scans, activeProfile)
-    , backupActions(stage, cloudBackups, profileStore, savedProfiles, m_host.machine)
+    , backupActions(stage, {cloudBackups, profileStore, savedProfiles, workingCopy, tasks, system, m_host.machine})
     , maintenanceActions(stage, system)
     , networkActions(stage, system)
-    , settingsActions(stage, *label, activeProfile)
+    , settingsActions(stage, {system, m_host.defaults, m_host.loginService, *label, activeProfile, settingsStatus})
     , logActions(stage, system, m_host.filePanels) {}
 
 /// Signals that are queued lead to work of their own.

@@ -10,6 +10,7 @@
 #include "actions/ProfileSaving.h"
 #include "actions/SavedProfiles.h"
 #include "actions/SettingsActions.h"
+#include "actions/SettingsStatus.h"
 #include "actions/SnapshotStatus.h"
 #include "actions/SystemActions.h"
 #include "actions/SystemScans.h"
@@ -65,6 +66,7 @@ public:
     Turnstile turnstile;
     ActiveProfile activeProfile;
     SnapshotStatus snapshotStatus;
+    SettingsStatus settingsStatus;
     SystemScans scans;
 
     ActionStage stage;

@@ -4,18 +4,14 @@
 
 namespace quorvane {
 
-void SheetOffer::accept() {
-    settle(true);
-}
-
-void SheetOffer::decline() {
+void SheetOffer::dismiss() {
     if (m_state != State::Saving) {
         end();
     }
 }
 
 QFuture<bool> SheetOffer::answer() {
-    if (m_isOver) {
+    if (isOver()) {
         return QtFuture::makeReadyFuture(false);
     }
     m_answer.emplace().start();
@@ -30,20 +26,13 @@ void SheetOffer::beginSaving() {
 void SheetOffer::endSaving(bool isSaved) {
     if (isSaved) {
         end();
-    } else if (!m_isOver) {
+    } else if (!isOver()) {
         m_state = State::Failed;
         Q_EMIT changed();
     }
 }
 
-void SheetOffer::end() {
-    if (!std::exchange(m_isOver, true)) {
-        settle(false);
-        Q_EMIT ended();
-    }
-}
-
-void SheetOffer::settle(bool isWanted) {
+void SheetOffer::answerWith(bool isWanted) {
     if (std::optional<QPromise<bool>> answer = std::exchange(m_answer, std::nullopt)) {
         answer->addResult(isWanted);
         answer->finish();

@@ -1,7 +1,8 @@
 #pragma once
 
+#include "actions/SheetModel.h"
+
 #include <QFuture>
-#include <QObject>
 #include <QPromise>
 
 #include <optional>
@@ -9,7 +10,7 @@
 namespace quorvane {
 
 /// Something that a sheet offers to write down: it stays until that is written or the user doesn't want it. Main thread.
-class SheetOffer : public QObject {
+class SheetOffer : public SheetModel {
     Q_OBJECT
 
 public:
@@ -19,17 +20,15 @@ public:
         Failed, ///< offered once more
     };
 
-    using QObject::QObject;
+    using SheetModel::SheetModel;
 
     State state() const { return m_state; }
-    bool isOver() const { return m_isOver; }
 
-    // ---- What the user does; nothing while it is written
+    // ---- What the user does
 
-    /// The button that says what is offered.
-    void accept();
-    /// The other one, Escape.
-    void decline();
+    /// The button that says what is offered; nothing while it is written.
+    void accept() { answerWith(true); }
+    void dismiss() override;
 
     // ---- What comes of it
 
@@ -38,18 +37,14 @@ public:
     void beginSaving();
     /// One that is saved is over.
     void endSaving(bool isSaved);
-    /// Ends it in whatever state it is.
-    void end();
 
-Q_SIGNALS:
-    void changed();
-    void ended();
+protected:
+    void settle() override { answerWith(false); }
 
 private:
-    void settle(bool isWanted);
+    void answerWith(bool isWanted);
 
     State m_state = State::Offered;
-    bool m_isOver = false;
     std::optional<QPromise<bool>> m_answer; ///< while somebody waits for it
 };
 

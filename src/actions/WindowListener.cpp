@@ -1,7 +1,7 @@
 #include "actions/WindowListener.h"
 
 #include "actions/ApplyReviewCoordinator.h"
-#include "actions/SheetOffer.h"
+#include "actions/SheetModel.h"
 #include "actions/Tasks.h"
 #include "system/SystemManager.h"
 
@@ -28,17 +28,17 @@ void WindowListener::withdrawReview() {
     m_parts.reviews.withdrawReview();
 }
 
-void WindowListener::showOffer(std::shared_ptr<SheetOffer> offer) {
+void WindowListener::showSheet(std::shared_ptr<SheetModel> sheet) {
     if (m_isShutDown) {
-        offer->end();
+        sheet->end();
         return;
     }
-    m_offer = std::move(offer);
-    connect(m_offer.get(), &SheetOffer::ended, this, [this] {
-        m_offer.reset();
-        Q_EMIT offerChanged();
+    m_sheet = std::move(sheet);
+    connect(m_sheet.get(), &SheetModel::ended, this, [this] {
+        m_sheet.reset();
+        Q_EMIT sheetChanged();
     });
-    Q_EMIT offerChanged();
+    Q_EMIT sheetChanged();
 }
 
 QCoro::Task<void> WindowListener::readAnew(Anew what) {
@@ -57,8 +57,8 @@ QCoro::Task<void> WindowListener::readAnew(Anew what) {
 void WindowListener::shutDown() {
     m_isShutDown = true;
     m_parts.reviews.shutDown();
-    if (const std::shared_ptr<SheetOffer> offer = m_offer) {
-        offer->end();
+    if (const std::shared_ptr<SheetModel> sheet = m_sheet) {
+        sheet->end();
     }
 }
 

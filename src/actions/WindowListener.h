@@ -26,20 +26,20 @@ public:
     };
     explicit WindowListener(const Parts& parts, QObject* parent = nullptr);
 
-    /// None when nothing is offered. The main window shows its sheet while there is one, and keeps it for as long as that.
-    const std::shared_ptr<SheetOffer>& offer() const { return m_offer; }
+    /// None when none is open. The main window shows its sheet while there is one, and keeps it for as long as that.
+    const std::shared_ptr<SheetModel>& sheet() const { return m_sheet; }
 
     QCoro::Task<bool> review(Review review) override;
     QCoro::Task<void> showResult(ResultPanel panel) override;
     void withdrawReview() override;
-    void showOffer(std::shared_ptr<SheetOffer> offer) override;
+    void showSheet(std::shared_ptr<SheetModel> sheet) override;
     QCoro::Task<void> readAnew(Anew what) override;
 
     /// Takes sheets away, whatever their state, and shows none from then on.
     void shutDown();
 
 Q_SIGNALS:
-    void offerChanged();
+    void sheetChanged();
     /// Another snapshot may be the latest one now.
     void snapshotChanged();
     /// The copies in iCloud may be others now.
@@ -47,7 +47,7 @@ Q_SIGNALS:
 
 private:
     Parts m_parts;
-    std::shared_ptr<SheetOffer> m_offer;
+    std::shared_ptr<SheetModel> m_sheet;
     bool m_isShutDown = false;
 };
 

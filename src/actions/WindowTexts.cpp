@@ -9,8 +9,12 @@ using namespace Qt::StringLiterals;
 
 // ---- The frame
 
+QString titleName(const ActiveConfiguration& active) {
+    return active.isSavedProfile ? active.name : active.current.name;
+}
+
 QString windowTitle(const ActiveConfiguration& active) {
-    const QString name = active.isSavedProfile ? active.name : active.current.name;
+    const QString name = titleName(active);
     if (name.isEmpty() || isDefaultProfileName(name)) {
         return u"Quorvane"_s;
     }
@@ -20,7 +24,10 @@ QString windowTitle(const ActiveConfiguration& active) {
 const QList<TabText>& tabTexts() {
     static const QList<TabText> texts{
         {Tab::performance, u"Performance"_s, u"gauge.medium.badge.plus"_s, u"Optimization"_s},
+        {Tab::maintenance, u"Maintenance"_s, u"wrench.and.screwdriver.fill"_s, u"Optimization"_s},
+        {Tab::network, u"Network"_s, u"network"_s, u"Optimization"_s},
         {Tab::logs, u"Logs"_s, u"doc.text.fill"_s, u"Diagnostics"_s},
+        {Tab::settings, u"Settings"_s, u"gearshape.fill"_s, u"Preferences"_s},
     };
     return texts;
 }

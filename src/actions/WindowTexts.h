@@ -11,10 +11,12 @@ struct ActiveConfiguration;
 
 // ---- The frame
 
+/// The name of the active configuration as everything outside the page shows it: "Default" too; empty where there is none.
+QString titleName(const ActiveConfiguration& active);
 /// "Quorvane — Live".
 QString windowTitle(const ActiveConfiguration& active);
 
-enum class Tab { performance, logs };
+enum class Tab { performance, maintenance, network, logs, settings };
 
 /// A tab in the sidebar.
 struct TabText {

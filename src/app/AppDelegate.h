@@ -2,6 +2,7 @@
 
 #include "actions/ApplyReviewCoordinator.h"
 #include "actions/Launch.h"
+#include "actions/LockActions.h"
 #include "actions/Session.h"
 #include "actions/WindowListener.h"
 #include "appearance/AppearanceManager.h"
@@ -82,6 +83,7 @@ private:
     Session m_session;
     ApplyReviewCoordinator m_reviews;
     WindowListener m_listener;
+    LockActions m_lockActions;
     Launch m_launch;
     DocumentationOpener m_documentation;
     ViewEnvironment m_environment;

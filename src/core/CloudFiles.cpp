@@ -56,7 +56,8 @@ QCoro::Task<bool> CloudFiles::download(QString path) {
     co_return !arrived.isEmpty();
 }
 
-QCoro::Task<QStringList> CloudFiles::downloadAll(QStringList paths) {
+QCoro::Task<QStringList> CloudFiles::downloadAll(QStringList paths,
+                                                 std::function<void(const QStringList& here)> whileOthersCome) {
     QSet<QString> missing;
     for (const QString& path : paths) {
         if (m_cloud.isUbiquitous(path)) {
@@ -65,14 +66,21 @@ QCoro::Task<QStringList> CloudFiles::downloadAll(QStringList paths) {
         }
     }
     const auto isHere = [this](const QString& path) { return m_cloud.isCurrent(path); };
+    const auto here = [&paths, &missing] {
+        QStringList found = paths;
+        found.removeIf([&missing](const QString& path) { return missing.contains(path); });
+        return found;
+    };
     for (int look = 0; look < kLooks && !missing.isEmpty(); ++look) {
         missing.removeIf(isHere);
+        if (look == 0 && !missing.isEmpty() && whileOthersCome) {
+            whileOthersCome(here());
+        }
         if (!missing.isEmpty()) {
             co_await m_clock.sleepFor(kWait);
         }
     }
-    paths.removeIf([&missing](const QString& path) { return missing.contains(path); });
-    co_return std::as_const(paths);
+    co_return here();
 }
 
 QCoro::Task<std::optional<QString>> CloudFiles::write(QByteArray bytes, QString path) {

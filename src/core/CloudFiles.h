@@ -4,6 +4,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
 #include <optional>
 
 namespace QCoro {
@@ -36,7 +37,9 @@ public:
     /// file that iCloud doesn't keep. False needn't mean that there is nothing to read: an older content may be on the disk.
     QCoro::Task<bool> download(QString path);
     /// The same for several, which are all asked for first and waited for together. @return those that are there, in order
-    QCoro::Task<QStringList> downloadAll(QStringList paths);
+    /// @param whileOthersCome  called once with those that are there already, where others aren't
+    QCoro::Task<QStringList> downloadAll(QStringList paths,
+                                         std::function<void(const QStringList& here)> whileOthersCome = {});
 
     /// Writes a file, whole or not at all. Gives words for a failure.
     QCoro::Task<std::optional<QString>> write(QByteArray bytes, QString path);

@@ -19,4 +19,36 @@ QString biometryFailedText(BiometryType biometry) {
     return biometryDisplayName(biometry) + u" could not unlock Quorvane. Enter your password instead."_s;
 }
 
+QString passwordSheetTitle(AppPasswordSheetMode mode) {
+    switch (mode) {
+    case AppPasswordSheetMode::enable:
+        return u"Set App Password"_s;
+    case AppPasswordSheetMode::change:
+        return u"Change App Password"_s;
+    case AppPasswordSheetMode::disable:
+        break;
+    }
+    return u"Remove App Lock"_s;
+}
+
+QString passwordSheetButton(AppPasswordSheetMode mode) {
+    switch (mode) {
+    case AppPasswordSheetMode::enable:
+        return u"Enable App Lock"_s;
+    case AppPasswordSheetMode::change:
+        return u"Save Password"_s;
+    case AppPasswordSheetMode::disable:
+        break;
+    }
+    return u"Remove Lock"_s;
+}
+
+QString useBiometryText(BiometryType biometry) {
+    return u"Use "_s + biometryDisplayName(biometry);
+}
+
+QString verificationFailedText(BiometryType biometry) {
+    return biometryDisplayName(biometry) + u" verification failed."_s;
+}
+
 } // namespace quorvane

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "lock/AppPasswordSheetMode.h"
 #include "platform/Biometrics.h"
 
 #include <QString>
@@ -19,5 +20,15 @@ inline const QString kIncorrectPassword = QStringLiteral("Incorrect password.");
 QString lockScreenText(const std::optional<BiometryType>& biometry);
 QString unlockWithBiometryText(BiometryType biometry);
 QString biometryFailedText(BiometryType biometry);
+
+// What the sheet of the app password says.
+
+QString passwordSheetTitle(AppPasswordSheetMode mode);
+QString passwordSheetButton(AppPasswordSheetMode mode);
+inline const QString kCurrentPasswordField = QStringLiteral("Current Password");
+inline const QString kNewPasswordField = QStringLiteral("New Password");
+inline const QString kConfirmPasswordField = QStringLiteral("Confirm Password");
+QString useBiometryText(BiometryType biometry);
+QString verificationFailedText(BiometryType biometry);
 
 } // namespace quorvane

@@ -12,6 +12,7 @@ class Displays;
 class FileManager;
 class FilePanels;
 class Keychain;
+class LoginService;
 class Machine;
 class PropertyLists;
 class ScriptEngine;
@@ -36,6 +37,7 @@ struct Host {
     Displays& displays;
     SystemNotifications& notifications;
     FilePanels& filePanels;
+    LoginService& loginService;
 };
 
 } // namespace quorvane

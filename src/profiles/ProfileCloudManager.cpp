@@ -26,6 +26,7 @@ using Code = ProfileCloudError::Code;
 using BackupKind = ProfileCloudBackupKind;
 
 constexpr qsizetype kTimestampedBackupsKept = 20;
+const QString kNotDownloaded = u"It has not been downloaded from iCloud yet."_s;
 const QString kQuitting = u"The program is quitting."_s;
 
 QByteArray encoded(const ProfileCloudBackup& backup) {
@@ -315,30 +316,50 @@ void ProfileCloudManager::prune(const QString& folder) {
 
 QCoro::Task<void> ProfileCloudManager::listBackups() {
     QList<ProfileCloudBackupInfo> found;
+    m_listFailure = ProfileCloudError(Code::iCloudUnavailable).message();
     if (const std::optional<QString> folder = co_await m_cloudFiles.folder()) {
         QStringList paths;
         const QStringList names = backupNames(*folder);
         for (const QString& name : names) {
             paths.append(*folder + u'/' + name);
         }
-        const QStringList arrived = co_await m_cloudFiles.downloadAll(paths);
-        for (const QString& path : arrived) {
-            if (const std::optional<ProfileCloudBackupInfo> info = readInfo(path)) {
-                found.append(*info);
-            }
+        const std::function<void(const QStringList&)> showThem = [this, paths](const QStringList& here) {
+            showBeforeOthersCome(here, paths);
+        };
+        const QStringList arrived = co_await m_cloudFiles.downloadAll(paths, showThem);
+        m_listFailure.reset();
+        found = readInfos(arrived);
+        if (arrived.size() < paths.size()) {
+            m_listFailure = ProfileCloudError(Code::readFailed, kNotDownloaded).message();
         }
     }
-    sortBackups(found);
     setBackups(found);
 }
 
-/// None for a file that can't be read.
-std::optional<ProfileCloudBackupInfo> ProfileCloudManager::readInfo(const QString& path) const {
-    try {
-        return backupInfo(path, decoded(bytesIn(path)));
-    } catch (const ProfileCloudError&) {
-        return std::nullopt;
+/// Of the others those stay that were known already.
+void ProfileCloudManager::showBeforeOthersCome(const QStringList& here, const QStringList& all) {
+    QList<ProfileCloudBackupInfo> shown = readInfos(here);
+    for (const ProfileCloudBackupInfo& known : std::as_const(m_backups)) {
+        if (all.contains(known.url) && !here.contains(known.url)) {
+            shown.append(known);
+        }
     }
+    sortBackups(shown);
+    setBackups(shown);
+}
+
+/// Sorted. A file that can't be read is left out.
+QList<ProfileCloudBackupInfo> ProfileCloudManager::readInfos(const QStringList& paths) {
+    QList<ProfileCloudBackupInfo> infos;
+    for (const QString& path : paths) {
+        try {
+            infos.append(backupInfo(path, decoded(bytesIn(path))));
+        } catch (const ProfileCloudError& error) {
+            m_listFailure = error.message();
+        }
+    }
+    sortBackups(infos);
+    return infos;
 }
 
 /// In the order in which the folder gives them.
@@ -389,7 +410,7 @@ QCoro::Task<QString> ProfileCloudManager::requiredFolder() {
 QCoro::Task<QByteArray> ProfileCloudManager::newestBytes(QString path) {
     const bool isCurrent = co_await m_cloudFiles.download(path);
     if (!isCurrent) {
-        throw ProfileCloudError(Code::readFailed, u"It has not been downloaded from iCloud yet."_s);
+        throw ProfileCloudError(Code::readFailed, kNotDownloaded);
     }
     co_return bytesIn(path);
 }

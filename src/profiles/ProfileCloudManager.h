@@ -33,11 +33,14 @@ public:
     bool isICloudAvailable() const { return m_isICloudAvailable; }
     /// As they were listed last.
     const QList<ProfileCloudBackupInfo>& backups() const { return m_backups; }
+    /// Why there may be others: what kept the list, or a file, from being read when they were listed last. None where all was read.
+    const std::optional<QString>& listFailure() const { return m_listFailure; }
     /// A backup or a restore is under way, or waits for its turn. It is over when what it came to is known: the list, which is read
     /// anew behind a backup, may have to wait.
     bool isBusy() const { return m_busyDepth > 0; }
 
-    /// Lists the backups. What can't be read is left out; without iCloud the list is empty.
+    /// Lists the backups. What can't be read is left out; without iCloud the list is empty. Those that are here are listed before
+    /// the others have come.
     QCoro::Task<void> refreshBackups();
 
     /// Saves the Default profile and then all others, once under the moment and once as the latest.
@@ -71,7 +74,8 @@ private:
     QCoro::Task<QByteArray> newestBytes(QString path);
     QByteArray bytesIn(const QString& path) const;
     QCoro::Task<ProfileCloudBackup> readListedBackup(ProfileCloudBackupInfo info);
-    std::optional<ProfileCloudBackupInfo> readInfo(const QString& path) const;
+    QList<ProfileCloudBackupInfo> readInfos(const QStringList& paths);
+    void showBeforeOthersCome(const QStringList& here, const QStringList& all);
     QCoro::Task<void> writeBackupData(QByteArray bytes, QString path);
     QStringList backupNames(const QString& folder) const;
     void prune(const QString& folder);
@@ -93,6 +97,7 @@ private:
     TaskLock m_lock;
     bool m_isICloudAvailable = false;
     QList<ProfileCloudBackupInfo> m_backups;
+    std::optional<QString> m_listFailure;
     int m_busyDepth = 0;
 };
 

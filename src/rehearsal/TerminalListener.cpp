@@ -1,6 +1,6 @@
 #include "rehearsal/TerminalListener.h"
 
-#include "actions/SheetOffer.h"
+#include "actions/SheetModel.h"
 #include "actions/SystemScans.h"
 #include "rehearsal/Report.h"
 
@@ -33,8 +33,8 @@ QCoro::Task<void> TerminalListener::showResult(ResultPanel) {
     co_return;
 }
 
-void TerminalListener::showOffer(std::shared_ptr<SheetOffer> offer) {
-    offer->decline();
+void TerminalListener::showSheet(std::shared_ptr<SheetModel> sheet) {
+    sheet->end();
 }
 
 QCoro::Task<void> TerminalListener::readAnew(Anew what) {

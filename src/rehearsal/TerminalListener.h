@@ -36,7 +36,7 @@ public:
     QCoro::Task<void> showResult(ResultPanel panel) override;
     void withdrawReview() override {}
     /// A terminal has a command for it.
-    void showOffer(std::shared_ptr<SheetOffer> offer) override;
+    void showSheet(std::shared_ptr<SheetModel> sheet) override;
     QCoro::Task<void> readAnew(Anew what) override;
 
 private:

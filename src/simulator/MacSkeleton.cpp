@@ -28,11 +28,12 @@ void makeLink(const QString& target, const QString& hostPath) {
 }
 
 void makeSystemFolders(const QString& root) {
-    static constexpr std::array<QStringView, 24> kFolders{u"/Applications",
+    static constexpr std::array<QStringView, 25> kFolders{u"/Applications",
                                                           u"/Library/LaunchAgents",
                                                           u"/Library/LaunchDaemons",
                                                           u"/Library/Preferences",
                                                           u"/Library/Application Support",
+                                                          u"/Library/Application Support/com.apple.TCC",
                                                           u"/System/Applications",
                                                           u"/System/Library/CoreServices",
                                                           u"/System/Library/LaunchAgents",

@@ -47,7 +47,8 @@ bool isGuardedFolder(const QString& path) {
 }
 
 bool isPrivate(const QString& path) {
-    return path == u"/Library/Preferences/com.apple.TimeMachine.plist"_s;
+    return path == u"/Library/Preferences/com.apple.TimeMachine.plist"_s ||
+           isAtOrBelow(path, u"/Library/Application Support/com.apple.TCC");
 }
 
 Actor ownerByPlace(const QString& path, const Machine& machine) {

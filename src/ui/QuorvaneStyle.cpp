@@ -27,18 +27,6 @@ bool showsFocus(const QStyleOption& option) {
     return option.state.testFlag(QStyle::State_HasFocus) && option.state.testFlag(QStyle::State_KeyboardFocusChange);
 }
 
-void drawCheckMark(QPainter& painter, const QRectF& box, const QColor& ink) {
-    const auto at = [&box](double x, double y) {
-        return QPointF(box.left() + x * box.width(), box.top() + y * box.height());
-    };
-    const QPolygonF mark{at(0.15, 0.55), at(0.4, 0.8), at(0.85, 0.2)};
-    painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(ink, box.width() / 8, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-    painter.drawPolyline(mark);
-    painter.restore();
-}
-
 QRect withoutRing(const QRect& rect) {
     return rect.adjusted(Theme::kRingRoom, Theme::kRingRoom, -Theme::kRingRoom, -Theme::kRingRoom);
 }
@@ -286,6 +274,18 @@ void setDestructive(QWidget* button, bool isDestructive) {
 
 bool isDestructive(const QWidget* button) {
     return button != nullptr && button->property(kDestructive).toBool();
+}
+
+void drawCheckMark(QPainter& painter, const QRectF& box, const QColor& ink) {
+    const auto at = [&box](double x, double y) {
+        return QPointF(box.left() + x * box.width(), box.top() + y * box.height());
+    };
+    const QPolygonF mark{at(0.15, 0.55), at(0.4, 0.8), at(0.85, 0.2)};
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(ink, box.width() / 8, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.drawPolyline(mark);
+    painter.restore();
 }
 
 void drawFocusRing(QPainter& painter, const Theme& theme, const QRectF& around, double radius) {

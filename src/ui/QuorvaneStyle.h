@@ -52,6 +52,9 @@ bool isDestructive(const QWidget* button);
 /// The ring around what has the focus. @param radius  of the corners of what it goes round
 void drawFocusRing(QPainter& painter, const Theme& theme, const QRectF& around, double radius);
 
+/// The mark of what is ticked.
+void drawCheckMark(QPainter& painter, const QRectF& box, const QColor& ink);
+
 /// Whether a control is to look enabled. A page that waits for something keeps its looks, so that it doesn't flicker with each
 /// short action; only what is disabled by itself looks so.
 bool looksEnabled(const QWidget* widget);

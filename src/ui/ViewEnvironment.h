@@ -6,6 +6,7 @@ class AppearanceManager;
 class ApplyReviewCoordinator;
 class Clock;
 class DocumentationOpener;
+class LockActions;
 class LockManager;
 class WindowListener;
 class Workspace;
@@ -15,6 +16,7 @@ class Session;
 struct ViewEnvironment {
     Session& session;
     LockManager& lock;
+    LockActions& lockActions;
     AppearanceManager& appearance;
     ApplyReviewCoordinator& reviews;
     WindowListener& listener; ///< of everything that is started from a window or the menu

@@ -2,7 +2,7 @@
 
 #include "actions/AlertingListener.h"
 #include "actions/Session.h"
-#include "actions/SheetOffer.h"
+#include "actions/SheetModel.h"
 #include "core/UserDefaultKeys.h"
 #include "fakes/CountingWorkspace.h"
 #include "fakes/EventLoop.h"
@@ -78,9 +78,9 @@ public:
         co_return;
     }
     void withdrawReview() override { m_steps.append(u"review withdrawn"_s); }
-    void showOffer(std::shared_ptr<SheetOffer> shown) override {
-        m_steps.append(u"offer"_s);
-        offer = shown;
+    void showSheet(std::shared_ptr<SheetModel> shown) override {
+        m_steps.append(u"sheet"_s);
+        sheet = shown;
     }
     QCoro::Task<void> readAnew(Anew what) override {
         QStringList names;
@@ -101,7 +101,7 @@ public:
     bool preparesReviews = false;
     bool requestsScans = false;
     std::optional<ReviewPreview> preview;
-    std::shared_ptr<SheetOffer> offer;
+    std::shared_ptr<SheetModel> sheet;
     std::optional<QPromise<void>> held; ///< reviews stay open until it is finished
 
 private:

@@ -60,7 +60,7 @@ Host InProcessHost::host() {
             base.cloud,       m_clock != nullptr ? *m_clock : base.clock,
             base.keychain,    base.biometrics,
             base.displays,    base.notifications,
-            base.filePanels};
+            base.filePanels,  base.loginService};
 }
 
 } // namespace quorvane

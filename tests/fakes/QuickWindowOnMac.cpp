@@ -37,6 +37,14 @@ void HeldCommandLauncher::release() {
     }
 }
 
+QStringList HeldCommandLauncher::heldLines() const {
+    QStringList lines;
+    for (const Held& held : m_held) {
+        lines.append(commandLine(held.arguments));
+    }
+    return lines;
+}
+
 // ---- Scripts
 
 QFuture<ScriptOutcome> AskingScriptEngine::run(QString source) {
@@ -81,7 +89,7 @@ Host QuickWindowOnMac::ports() {
             base.cloud,        clock,
             base.keychain,     base.biometrics,
             base.displays,     base.notifications,
-            base.filePanels};
+            base.filePanels,   base.loginService};
 }
 
 void QuickWindowOnMac::shutDownPorts() {

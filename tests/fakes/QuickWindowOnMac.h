@@ -22,6 +22,8 @@ public:
     void hold() { m_isHolding = true; }
     /// Those that wait run, and all later ones do at once.
     void release();
+    /// Those that wait.
+    QStringList heldLines() const;
     /// From now on each throws this, which no launcher does.
     void breakWith(const QString& text) { m_breakage = text; }
 

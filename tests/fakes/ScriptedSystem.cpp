@@ -144,8 +144,8 @@ QString ScriptedSystem::takeTrace() {
 }
 
 Host ScriptedSystem::hostWith(FileManager& disk, Clock& time) {
-    return {commands, scripts, disk,     defaults,   machine,  propertyLists,       bundles,   permissions,
-            cloud,    time,    keychain, biometrics, displays, systemNotifications, filePanels};
+    return {commands, scripts, disk,     defaults,   machine,  propertyLists,       bundles,    permissions,
+            cloud,    time,    keychain, biometrics, displays, systemNotifications, filePanels, loginService};
 }
 
 } // namespace quorvane

@@ -3,6 +3,7 @@
 #include "core/NotificationCenter.h"
 #include "fakes/CommandLine.h"
 #include "fakes/FixedBiometrics.h"
+#include "fakes/FixedLoginService.h"
 #include "fakes/ManualClock.h"
 #include "fakes/ManualNotifications.h"
 #include "fakes/MemoryBundles.h"
@@ -146,6 +147,7 @@ protected:
     MemoryDisplays displays{files};
     ManualNotifications systemNotifications;
     ScriptedFilePanels filePanels{files};
+    FixedLoginService loginService;
     NotificationCenter notifications;
     Host host = hostWith(files, clock);
     SystemManager system{host, notifications};

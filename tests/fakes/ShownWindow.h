@@ -1,5 +1,6 @@
 #pragma once
 
+#include "actions/LockActions.h"
 #include "appearance/AppearanceManager.h"
 #include "fakes/ManualSystemLook.h"
 #include "fakes/RecordingAppearance.h"
@@ -82,8 +83,10 @@ protected:
     RecordingAppearance look;
     ManualSystemLook systemLook;
     AppearanceManager appearance{look, systemLook, defaults};
+    LockActions lockActions{session->stage, *lock};
     DocumentationOpener documentation{workspace};
-    ViewEnvironment environment{*session, *lock, appearance, reviews, window, workspace, clock, documentation};
+    ViewEnvironment environment{*session, *lock,     lockActions, appearance,   reviews,
+                                window,   workspace, clock,       documentation};
     std::unique_ptr<MainWindow> mainWindow;
 };
 

@@ -12,11 +12,12 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
-#include <QTextEdit>
 #include <QProgressBar>
+#include <QRadioButton>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QTest>
+#include <QTextEdit>
 
 #include <algorithm>
 
@@ -31,8 +32,9 @@ namespace {
 const QHash<QAccessible::Role, QString>& controlRoles() {
     static const QHash<QAccessible::Role, QString> roles{
         {QAccessible::PushButton, u"button"_s},  {QAccessible::CheckBox, u"check box"_s},
-        {QAccessible::EditableText, u"field"_s}, {QAccessible::List, u"list"_s},
-        {QAccessible::ListItem, u"row"_s},       {QAccessible::Dialog, u"dialog"_s},
+        {QAccessible::RadioButton, u"choice"_s}, {QAccessible::EditableText, u"field"_s},
+        {QAccessible::List, u"list"_s},          {QAccessible::ListItem, u"row"_s},
+        {QAccessible::Dialog, u"dialog"_s},
     };
     return roles;
 }
@@ -76,6 +78,9 @@ QString stateOf(QAccessibleInterface& accessible) {
 QAccessible::Role wantedRole(const QWidget* widget) {
     if (qobject_cast<const QCheckBox*>(widget) != nullptr) {
         return QAccessible::CheckBox;
+    }
+    if (qobject_cast<const QRadioButton*>(widget) != nullptr) {
+        return QAccessible::RadioButton;
     }
     if (qobject_cast<const QAbstractButton*>(widget) != nullptr) {
         return QAccessible::PushButton;

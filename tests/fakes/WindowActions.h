@@ -1,6 +1,7 @@
 #pragma once
 
 #include "actions/ApplyReviewCoordinator.h"
+#include "actions/SheetOffer.h"
 #include "actions/WindowListener.h"
 #include "fakes/ActionSystem.h"
 #include "fakes/ScriptedLoginItems.h"
@@ -29,6 +30,8 @@ protected:
 
     std::shared_ptr<ApplyReview> review() const { return reviews.request() ? reviews.request()->review : nullptr; }
     bool isIn(ApplyReview::State state) const { return review() && review()->state() == state; }
+    /// Null without one.
+    std::shared_ptr<SheetOffer> shownOffer() const { return std::dynamic_pointer_cast<SheetOffer>(window.sheet()); }
     void waitFor(ApplyReview::State state) {
         processEventsUntil([this, state] { return isIn(state); });
     }
@@ -49,7 +52,7 @@ protected:
     /// Nothing of an action is left.
     void expectNothingLeft() const {
         EXPECT_FALSE(reviews.request().has_value());
-        EXPECT_EQ(window.offer(), nullptr);
+        EXPECT_EQ(window.sheet(), nullptr);
         EXPECT_TRUE(session->turnstile.isIdle());
         EXPECT_FALSE(session->system.isBusy());
         EXPECT_FALSE(lock->isAutoLockSuppressed());

@@ -40,7 +40,7 @@ public:
     QCoro::Task<bool> review(Review) override { co_return true; }
     QCoro::Task<void> showResult(ResultPanel) override { co_return; }
     void withdrawReview() override {}
-    void showOffer(std::shared_ptr<SheetOffer>) override {}
+    void showSheet(std::shared_ptr<SheetModel>) override {}
     QCoro::Task<void> readAnew(Anew) override { co_return; }
 };
 

@@ -357,7 +357,7 @@ TEST_F(WayBack, aBaselineThatOnlyICloudHasIsWaitedFor) {
     const Host base = host->host();
     SystemManager patient({base.commands, base.scripts, base.files, base.defaults, base.machine, base.propertyLists,
                            base.bundles, base.backgroundTaskPermissions, base.cloud, clock, base.keychain,
-                           base.biometrics, base.displays, base.notifications, base.filePanels},
+                           base.biometrics, base.displays, base.notifications, base.filePanels, base.loginService},
                           notifications);
     EXPECT_EQ(QCoro::waitFor(patient.reinstateWholeSystem()), (RestoreOutcome{true, RestoreSource::Baseline}));
     EXPECT_EQ(patient.logMessages().at(1), u"  [MASTER] Using protected baseline from iCloud."_s);

@@ -41,6 +41,13 @@ protected:
     void applyReview();
     void startSnapshotThatHangs();
     static void showLogs();
+    static void showTab(const QString& name);
+    /// The end of the page.
+    static void scrollDown();
+    static void pressRow(const QString& name);
+    void signIn();
+    void setState(const char* subject, const macsim::Json& state);
+    void launchSettings();
     static void openTweaks();
     /// In the menu bar.
     static void chooseCommand(const QString& title);
@@ -52,6 +59,9 @@ protected:
 private:
     static QList<PicturedState> performanceStates();
     static QList<PicturedState> pageStates();
+    static QList<PicturedState> serviceStates();
+    static QList<PicturedState> settingsStates();
+    static QList<PicturedState> settingsSheetStates();
     static QList<PicturedState> reviewStates();
     static QList<PicturedState> baselineStates();
     static QList<PicturedState> lockStates();

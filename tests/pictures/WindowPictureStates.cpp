@@ -2,6 +2,8 @@
 
 #include "actions/ActionTexts.h"
 #include "actions/PageTexts.h"
+#include "actions/ServicePages.h"
+#include "actions/SettingsTexts.h"
 #include "actions/WindowTexts.h"
 #include "core/OneLine.h"
 #include "core/UserDefaultKeys.h"
@@ -11,6 +13,8 @@
 #include "platform/Machine.h"
 #include "platform/UserDefaults.h"
 
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QTest>
 
 namespace quorvane {
@@ -114,18 +118,49 @@ void WindowPicture::startSnapshotThatHangs() {
 }
 
 void WindowPicture::showLogs() {
-    auto* const tabs = qobject_cast<QAbstractItemView*>(control(u"Sidebar"_s));
-    const QModelIndex logs = tabs->model()->match(tabs->model()->index(0, 0), Qt::DisplayRole, u"Logs"_s).value(0);
-    QTest::mouseClick(tabs->viewport(), Qt::LeftButton, {}, tabs->visualRect(logs).center());
+    showTab(u"Logs"_s);
 }
 
-/// Its row may be further down.
-void WindowPicture::openTweaks() {
+void WindowPicture::showTab(const QString& name) {
+    auto* const tabs = qobject_cast<QAbstractItemView*>(control(u"Sidebar"_s));
+    const QModelIndex tab = tabs->model()->match(tabs->model()->index(0, 0), Qt::DisplayRole, name).value(0);
+    QTest::mouseClick(tabs->viewport(), Qt::LeftButton, {}, tabs->visualRect(tab).center());
+}
+
+void WindowPicture::scrollDown() {
+    for (const QScrollArea* const area : mainWindow()->findChildren<QScrollArea*>()) {
+        if (area->isVisible()) {
+            area->verticalScrollBar()->triggerAction(QScrollBar::SliderToMaximum);
+        }
+    }
+}
+
+/// It may be further down.
+void WindowPicture::pressRow(const QString& name) {
     for (QAbstractButton* const row : mainWindow()->findChildren<QAbstractButton*>()) {
-        if (row->accessibleName() == systemTweaksRow().title) {
+        if (row->accessibleName() == name && row->isVisible()) {
             row->click();
         }
     }
+}
+
+void WindowPicture::signIn() {
+    setState("cloud", {{"account", true}, {"container", true}});
+}
+
+void WindowPicture::setState(const char* subject, const macsim::Json& state) {
+    host->mac().state().update(subject, [&state](macsim::Json& stored) { stored = state; });
+}
+
+void WindowPicture::launchSettings() {
+    launchWithProfiles();
+    showTab(u"Settings"_s);
+    waitUntilSeen(kAppearanceTitle);
+    processEventsUntil([this] { return session().tasks.count() == 0 && session().turnstile.isIdle(); });
+}
+
+void WindowPicture::openTweaks() {
+    pressRow(systemTweaksRow().title);
 }
 
 void WindowPicture::chooseCommand(const QString& title) {
@@ -145,8 +180,8 @@ void WindowPicture::popUpMenu() {
 // ---- The states
 
 QList<PicturedState> WindowPicture::states() {
-    return performanceStates() + pageStates() + reviewStates() + baselineStates() + lockStates() + alertStates() +
-           dialogStates();
+    return performanceStates() + pageStates() + serviceStates() + settingsStates() + settingsSheetStates() +
+           reviewStates() + baselineStates() + lockStates() + alertStates() + dialogStates();
 }
 
 QList<PicturedState> WindowPicture::performanceStates() {
@@ -268,6 +303,150 @@ QList<PicturedState> WindowPicture::pageStates() {
              picture.startSnapshotThatHangs();
              const QString line = picture.session().system.logMessages().last().trimmed();
              waitUntilSeen(nameOnOneLine(line));
+         }},
+    };
+}
+
+QList<PicturedState> WindowPicture::serviceStates() {
+    return {
+        {u"maintenance"_s,
+         [](WindowPicture& picture) {
+             picture.launchWithProfiles();
+             showTab(u"Maintenance"_s);
+         }},
+        {u"maintenance-ticked"_s,
+         [](WindowPicture& picture) {
+             picture.launchWithProfiles();
+             showTab(u"Maintenance"_s);
+             click(u"Clear System Caches"_s);
+             click(u"Clean User Trash"_s);
+         }},
+        {u"maintenance-question"_s,
+         [](WindowPicture& picture) {
+             picture.launchWithProfiles();
+             showTab(u"Maintenance"_s);
+             click(u"Clean User Trash"_s);
+             click(u"Purge Downloads Folder"_s);
+             click(kExecuteMaintenance);
+             waitUntilAlert(u"Delete Permanently?"_s);
+         }},
+        {u"maintenance-done"_s,
+         [](WindowPicture& picture) {
+             picture.launchWithProfiles();
+             showTab(u"Maintenance"_s);
+             click(u"Clean User Trash"_s);
+             click(kExecuteMaintenance);
+             answerAlert(u"Delete Permanently?"_s, u"Delete"_s);
+             waitUntilAlert(u"Success"_s);
+         }},
+        {u"network"_s,
+         [](WindowPicture& picture) {
+             picture.launchWithProfiles();
+             showTab(u"Network"_s);
+             click(u"Flush DNS & DHCP Caches"_s);
+         }},
+    };
+}
+
+QList<PicturedState> WindowPicture::settingsStates() {
+    return {
+        {u"settings"_s, [](WindowPicture& picture) { picture.launchSettings(); }},
+        {u"settings-end"_s,
+         [](WindowPicture& picture) {
+             picture.launchSettings();
+             scrollDown();
+         }},
+        {u"settings-locked"_s,
+         [](WindowPicture& picture) {
+             picture.signIn();
+             picture.enableLock();
+             picture.saveProfile(u"live-set"_s);
+             picture.keepBaseline();
+             picture.launch();
+             unlock();
+             processEventsUntil([] { return isUsable(u"Sidebar"_s); });
+             showTab(u"Settings"_s);
+             waitUntilSeen(u"App lock is active"_s);
+         }},
+        {u"settings-end-notes"_s,
+         [](WindowPicture& picture) {
+             picture.signIn();
+             picture.setState("loginService", {{"needsApproval", true}});
+             picture.setState("permissions", {{"fullDiskAccess", false}});
+             picture.launchSettings();
+             pressRow(u"Launch at Login"_s);
+             pressRow(backUpRow().title);
+             answerAlert(u"Backup Complete"_s);
+             picture.waitUntilIdle();
+             scrollDown();
+         }},
+        {u"settings-full-disk-access"_s,
+         [](WindowPicture& picture) {
+             picture.launchSettings();
+             pressRow(openSystemSettingsRow().title);
+             waitUntilAlert(u"Full Disk Access Required"_s);
+         }},
+    };
+}
+
+QList<PicturedState> WindowPicture::settingsSheetStates() {
+    return {
+        {u"password-set"_s,
+         [](WindowPicture& picture) {
+             picture.launchSettings();
+             pressRow(setPasswordRow().title);
+             waitUntilSeen(u"Confirm Password"_s);
+             type(u"gig"_s);
+             press(Qt::Key_Tab);
+             type(u"gig"_s);
+             press(Qt::Key_Return);
+             waitUntilSeen(u"Password must be at least 4 characters."_s);
+         }},
+        {u"password-change"_s,
+         [](WindowPicture& picture) {
+             picture.keepBaseline();
+             picture.enableLock();
+             picture.launch();
+             askForFinger();
+             answerFinger(u"Enrolled Finger"_s);
+             processEventsUntil([] { return isUsable(u"Sidebar"_s); });
+             showTab(u"Settings"_s);
+             pressRow(changePasswordRow().title);
+             waitUntilSeen(u"Save Password"_s);
+         },
+         u"studio-desktop"_s},
+        {u"password-remove"_s,
+         [](WindowPicture& picture) {
+             picture.launchLocked();
+             unlock();
+             processEventsUntil([] { return isUsable(u"Sidebar"_s); });
+             showTab(u"Settings"_s);
+             pressRow(removeLockRow().title);
+             waitUntilSeen(u"Remove Lock"_s);
+         }},
+        {u"restore"_s,
+         [](WindowPicture& picture) {
+             picture.signIn();
+             picture.launchSettings();
+             pressRow(backUpRow().title);
+             answerAlert(u"Backup Complete"_s);
+             picture.waitUntilIdle();
+             pressRow(restoreRow().title);
+             waitUntilSeen(kRestoreTitle);
+             processEventsUntil([&picture] { return picture.session().tasks.count() == 1; });
+         }},
+        {u"restore-unavailable"_s,
+         [](WindowPicture& picture) {
+             picture.launchSettings();
+             pressRow(restoreRow().title);
+             waitUntilSeen(kRestoreTitle);
+         }},
+        {u"restore-empty"_s,
+         [](WindowPicture& picture) {
+             picture.setState("cloud", {{"account", true}, {"container", true}, {"writesFail", "no room"}});
+             picture.launchSettings();
+             pressRow(restoreRow().title);
+             waitUntilSeen(kNoBackups);
          }},
     };
 }

@@ -1,14 +1,32 @@
 // What holds of every view in each of its states: a screen reader finds its controls, the Tab key comes round, and there is room
 // for its texts. The same runs with text twice as large.
 
+#include "actions/AppPasswordEntry.h"
 #include "app/simulated/AuthorizationDialog.h"
 #include "app/simulated/FingerDialog.h"
 #include "fakes/ShownWindow.h"
 #include "fakes/ViewWalk.h"
 
+#include <QRegularExpression>
+
 namespace quorvane {
 
 namespace {
+
+/// @param tab  the selected one
+QStringList sidebar(const QString& tab = u"Performance"_s) {
+    QStringList rows{u"list Sidebar (focused)"_s,
+                     u"row Optimization"_s,
+                     u"row Performance"_s,
+                     u"row Maintenance"_s,
+                     u"row Network"_s,
+                     u"row Diagnostics"_s,
+                     u"row Logs"_s,
+                     u"row Preferences"_s,
+                     u"row Settings"_s};
+    rows.replaceInStrings(QRegularExpression(u"^row %1$"_s.arg(tab)), u"row %1 (selected, focused)"_s.arg(tab));
+    return rows;
+}
 
 class EveryView : public ShownWindow {
 protected:
@@ -39,10 +57,33 @@ protected:
         click(u"System Tweaks"_s);
         settle();
     }
-    void showLogs() {
+    void showTab(Tab tab) {
         open();
-        mainWindow->contentView().setSelectedTab(Tab::logs);
+        mainWindow->contentView().setSelectedTab(tab);
+        waitForTasks();
         settle();
+    }
+    void showLogs() { showTab(Tab::logs); }
+    /// What a screen reader finds on a page, behind the sidebar.
+    QStringList spokenOnPage() const { return spokenControls(mainWindow.get()).mid(sidebar().size()); }
+    void signIn() {
+        cloud.account = true;
+        cloud.container = u"/Users/alex/Library/Mobile Documents/7KX2MR04TD~com~quorvane~app"_s;
+    }
+    /// @param state  from its opening on
+    template <typename Change>
+    void showPasswordSheet(AppPasswordSheetMode mode, Change state) {
+        if (mode != AppPasswordSheetMode::enable) {
+            enableLock();
+        }
+        open();
+        session->tasks.start(lockActions.askPassword(mode, window));
+        state(*std::dynamic_pointer_cast<AppPasswordEntry>(window.sheet()));
+        settle();
+    }
+    void closeSheet() {
+        window.sheet()->end();
+        waitForTasks();
     }
     /// The review of a profile that changes something, in a state.
     void showReview(ApplyReview::State state) {
@@ -63,7 +104,7 @@ protected:
     std::shared_ptr<MasterBaselineOffer> showOffer() {
         open();
         auto offer = std::make_shared<MasterBaselineOffer>();
-        window.showOffer(offer);
+        window.showSheet(offer);
         settle();
         return offer;
     }
@@ -84,8 +125,6 @@ protected:
 const Alert kQuestion{u"Delete Profile?"_s, u"“Live” is removed from the disk."_s, {u"Delete"_s, u"Cancel"_s}, 1, 0,
                       AlertStyle::Warning};
 
-const QStringList kSidebar{u"list Sidebar (focused)"_s, u"row Optimization"_s, u"row Performance (selected, focused)"_s,
-                           u"row Diagnostics"_s, u"row Logs"_s, u"button Documentation"_s};
 const QStringList kStatusRows{
     u"button Verify Current System Settings: Compare live macOS settings against saved profiles and presets"_s,
     u"button Create System Snapshot: Save your current macOS setup as the restore baseline"_s,
@@ -106,7 +145,7 @@ TEST_F(EveryView, theMainPageWithoutAProfile) {
     open();
     EXPECT_EQ(
         spokenControls(mainWindow.get()),
-        kSidebar + kStatusRows +
+        sidebar() + kStatusRows +
             (QStringList{u"list Saved Profiles"_s,
                          u"row Default: Standard macOS operation. Select the row to apply (focused)"_s, kTweaksRow}));
     expectUsable();
@@ -116,7 +155,7 @@ TEST_F(EveryView, theMainPageWithProfiles) {
     saveProfiles(2);
     open();
     EXPECT_EQ(spokenControls(mainWindow.get()),
-              kSidebar + kStatusRows +
+              sidebar() + kStatusRows +
                   (QStringList{u"list Saved Profiles"_s, u"row Live: 1 disabled. "_s + kPickOrDelete + u" (focused)"_s,
                                u"row Gig 1: Empty profile. "_s + kPickOrDelete,
                                u"row Gig 2: Empty profile. "_s + kPickOrDelete,
@@ -243,13 +282,13 @@ TEST_F(EveryView, theLockScreenWithAFinger) {
 
 TEST_F(EveryView, theLogs) {
     showLogs();
-    EXPECT_EQ(
-        spokenControls(mainWindow.get()),
-        (QStringList{u"list Sidebar (focused)"_s, u"row Optimization"_s, u"row Performance"_s, u"row Diagnostics"_s,
-                     u"row Logs (selected, focused)"_s, u"button Documentation"_s, u"field Search log"_s,
-                     u"button Previous (disabled)"_s, u"button Next (disabled)"_s,
-                     u"button Shown: All Messages: Opens a menu"_s, u"check box Verbose Debug Logging"_s,
-                     u"button Copy"_s, u"button Clear Log"_s, u"button Export Log…"_s, u"list Log: "_s + kNoLogMessages}));
+    EXPECT_EQ(spokenControls(mainWindow.get()),
+              (QStringList{u"list Sidebar (focused)"_s, u"row Optimization"_s, u"row Performance"_s,
+                           u"row Diagnostics"_s, u"row Logs (selected, focused)"_s, u"button Documentation"_s,
+                           u"field Search log"_s, u"button Previous (disabled)"_s, u"button Next (disabled)"_s,
+                           u"button Shown: All Messages: Opens a menu"_s, u"check box Verbose Debug Logging"_s,
+                           u"button Copy"_s, u"button Clear Log"_s, u"button Export Log…"_s,
+                           u"list Log: "_s + kNoLogMessages}));
     expectUsable();
 }
 
@@ -274,6 +313,115 @@ TEST_F(EveryView, theDocumentation) {
     processEventsUntil([shown] { return shown->findChild<QTextEdit*>()->toPlainText().contains(u"Copyright"); });
     EXPECT_EQ(spokenControls(shown), QStringList(u"field Quorvane Documentation (read only, focused)"_s));
     expectUsable(shown);
+}
+
+TEST_F(EveryView, maintenance) {
+    showTab(Tab::maintenance);
+    EXPECT_EQ(spokenOnPage(),
+              (QStringList{u"check box Clear System Caches: Remove user and system cache files to free disk space"_s,
+                           u"check box Clean User Trash: Permanently delete all items in the Trash"_s,
+                           u"check box Purge Downloads Folder: Remove all files from the Downloads directory"_s,
+                           u"button Execute Maintenance (disabled)"_s}));
+    expectUsable();
+    click(u"Clean User Trash"_s);
+    EXPECT_TRUE(spokenOnPage().contains(
+        u"check box Clean User Trash: Permanently delete all items in the Trash (checked, focused)"_s));
+    EXPECT_EQ(spokenOnPage().last(), u"button Execute Maintenance"_s);
+    expectUsable();
+}
+
+TEST_F(EveryView, network) {
+    showTab(Tab::network);
+    EXPECT_EQ(spokenOnPage().size(), 5);
+    EXPECT_EQ(spokenOnPage().filter(u"check box "_s).size(), 4);
+    EXPECT_EQ(spokenOnPage().last(), u"button Execute Network"_s);
+    expectUsable();
+}
+
+TEST_F(EveryView, settings) {
+    showTab(Tab::settings);
+    EXPECT_EQ(spokenOnPage(),
+              (QStringList{u"choice Follow macOS: Automatically match your system theme (checked)"_s,
+                           u"choice Light Mode: Always use light appearance"_s,
+                           u"choice Dark Mode: Always use dark appearance"_s, u"button Set App Password…"_s,
+                           u"button Back Up Profiles to iCloud"_s, u"button Restore Profiles from iCloud"_s,
+                           u"check box Show Current Profile on Wallpaper: Displays the profile name in bold at the "
+                           "top-left of your wallpaper"_s,
+                           u"check box Launch at Login: Automatically start Quorvane when you log in"_s,
+                           u"button Open System Settings…"_s}));
+    expectUsable();
+}
+
+TEST_F(EveryView, settingsWithEverythingOn) {
+    signIn();
+    enableLock();
+    files.createFolders(u"/Library/Application Support/com.apple.TCC"_s);
+    loginService.current = LoginService::State::RequiresApproval;
+    defaults.setBoolean(kShowProfileOnWallpaper, true);
+    showTab(Tab::settings);
+    const QStringList spoken = spokenOnPage();
+    EXPECT_TRUE(spoken.contains(u"button Lock Now"_s));
+    EXPECT_TRUE(spoken.contains(u"button Change Password…"_s));
+    EXPECT_TRUE(spoken.contains(u"button Remove App Lock…"_s));
+    EXPECT_FALSE(spoken.contains(u"button Set App Password…"_s));
+    EXPECT_TRUE(spoken.contains(u"check box Launch at Login: Automatically start Quorvane when you log in. Allow "
+                                "Quorvane in System Settings → General → Login Items."_s));
+    EXPECT_EQ(spoken.filter(u"Shown after a profile was applied."_s).size(), 1);
+    expectUsable();
+}
+
+TEST_F(EveryView, theSheetThatSetsAPassword) {
+    showPasswordSheet(AppPasswordSheetMode::enable, [](AppPasswordEntry&) {});
+    EXPECT_EQ(spokenAboveThePage(), (QStringList{u"dialog Set App Password"_s, u"field Password (password, focused)"_s,
+                                                 u"field Confirm Password (password)"_s, u"button Cancel"_s,
+                                                 u"button Enable App Lock (disabled)"_s}));
+    expectUsable();
+    closeSheet();
+}
+
+TEST_F(EveryView, theSheetThatChangesAPassword) {
+    biometrics.isUsable = true;
+    biometrics.kind = BiometryType::TouchId;
+    showPasswordSheet(AppPasswordSheetMode::change,
+                      [](AppPasswordEntry& entry) { entry.fail(u"Current password is incorrect."_s); });
+    EXPECT_EQ(spokenAboveThePage(),
+              (QStringList{u"dialog Change App Password"_s, u"field Current Password (password, focused)"_s,
+                           u"field New Password (password)"_s, u"field Confirm Password (password)"_s,
+                           u"button Use Touch ID"_s, u"button Cancel"_s, u"button Save Password (disabled)"_s}));
+    expectUsable();
+    closeSheet();
+}
+
+TEST_F(EveryView, theSheetThatTakesTheLockOff) {
+    showPasswordSheet(AppPasswordSheetMode::disable, [](AppPasswordEntry&) {});
+    EXPECT_EQ(spokenAboveThePage(),
+              (QStringList{u"dialog Remove App Lock"_s, u"field Current Password (password, focused)"_s,
+                           u"button Cancel"_s, u"button Remove Lock (disabled)"_s}));
+    expectUsable();
+    closeSheet();
+}
+
+TEST_F(EveryView, theBackups) {
+    signIn();
+    open();
+    ASSERT_TRUE(ending(session->backupActions.backUp(*listener)).succeeded);
+    session->tasks.start(session->backupActions.chooseAndRestore(window));
+    processEventsUntil([this] { return session->tasks.count() == 1; }); // all is read
+    settle();
+    EXPECT_EQ(spokenAboveThePage().filter(u"button "_s).first(),
+              u"button Restore: Latest Backup: 1 profile(s) from This Mac"_s);
+    EXPECT_EQ(spokenAboveThePage().last(), u"button Close (focused)"_s);
+    expectUsable();
+    closeSheet();
+}
+
+TEST_F(EveryView, theBackupsThatCannotBeRead) {
+    open();
+    session->tasks.start(session->backupActions.chooseAndRestore(window));
+    settle();
+    EXPECT_EQ(spokenAboveThePage().last(), u"button Close (focused)"_s);
+    expectUsable();
+    closeSheet();
 }
 
 TEST_F(EveryView, theOverlay) {

@@ -228,7 +228,7 @@ TEST_F(Announcements, whatCameOfAReview) {
 TEST_F(Announcements, thatABaselineCouldNotBeSaved) {
     open();
     const auto offer = std::make_shared<MasterBaselineOffer>();
-    window.showOffer(offer);
+    window.showSheet(offer);
     settle();
     heard();
     offer->beginSaving();

@@ -86,7 +86,7 @@ TEST_F(ActionStageTest, whoIsNotAskedAgrees) {
         QCoro::Task<bool> review(Review) override { co_return false; }
         QCoro::Task<void> showResult(ResultPanel) override { co_return; }
         void withdrawReview() override {}
-        void showOffer(std::shared_ptr<SheetOffer>) override {}
+        void showSheet(std::shared_ptr<SheetModel>) override {}
         QCoro::Task<void> readAnew(Anew) override { co_return; }
     };
     SilentListener silent;

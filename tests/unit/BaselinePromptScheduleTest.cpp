@@ -10,7 +10,7 @@ using namespace std::chrono_literals;
 
 class BaselinePromptScheduleTest : public LaunchedWindow {
 protected:
-    bool isOffered() const { return window.offer() != nullptr; }
+    bool isOffered() const { return shownOffer() != nullptr; }
     void waitForTheOffer() {
         processEventsUntil([this] { return isOffered(); });
     }
@@ -67,7 +67,7 @@ TEST_F(BaselinePromptScheduleTest, whereThereIsABaselineItIsNeverOffered) {
 TEST_F(BaselinePromptScheduleTest, itComesOncePerStart) {
     appearAndPaint();
     waitForTheOffer();
-    window.offer()->decline();
+    shownOffer()->dismiss();
     launch.windowClosed();
     appearAndPaint();
     session->scans.request();

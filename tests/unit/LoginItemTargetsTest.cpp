@@ -11,6 +11,22 @@ StartupItem loginTarget(const QString& name, const QString& path) {
     return startupItemOf(LoginItem{name, path, false});
 }
 
+TEST(ProtectedLoginItem, isAudioSoftwareOrTheProgramItself) {
+    const struct {
+        LoginItem item;
+        bool isProtected;
+    } cases[] = {{{u"Quorvane"_s, u"/Applications/Quorvane.app/"_s, false}, true},
+                 {{u"Renamed"_s, u"/Users/alex/Applications/quorvane.app"_s, false}, true},
+                 {{u"Quorvane"_s, {}, false}, true},
+                 {{u"Quorvane"_s, u"/Applications/Other.app"_s, false}, false},
+                 {{u"Quorvane Notes"_s, u"/Applications/Quorvane Notes.app"_s, false}, false},
+                 {{u"Ableton Live"_s, u"/Applications/Live.app"_s, false}, true},
+                 {{u"Chat"_s, u"/Applications/Chat.app"_s, false}, false}};
+    for (const auto& [item, isProtected] : cases) {
+        EXPECT_EQ(isProtectedLoginItem(item), isProtected) << item.path.toStdString();
+    }
+}
+
 TEST(LoginItemTargets, namesAloneTakeEveryItemOfTheirs) {
     const LoginItemTargets targets = QStringList{u"b"_s, u"a"_s, u"b"_s};
     EXPECT_EQ(targets.names(), (QSet<QString>{u"a"_s, u"b"_s}));

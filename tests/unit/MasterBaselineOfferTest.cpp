@@ -21,15 +21,15 @@ class MasterBaselineOfferTest : public WindowActions {
 protected:
     void offer() {
         session->tasks.start(session->systemActions.offerMasterBaseline(window));
-        ASSERT_NE(window.offer(), nullptr);
+        ASSERT_NE(shownOffer(), nullptr);
     }
-    QString text() const { return std::dynamic_pointer_cast<MasterBaselineOffer>(window.offer())->text(); }
+    QString text() const { return std::dynamic_pointer_cast<MasterBaselineOffer>(shownOffer())->text(); }
     void createAndWaitFor(OfferState state) {
-        window.offer()->accept();
-        processEventsUntil([this, state] { return window.offer() && window.offer()->state() == state; });
+        shownOffer()->accept();
+        processEventsUntil([this, state] { return shownOffer() && shownOffer()->state() == state; });
     }
     void saves() {
-        window.offer()->accept();
+        shownOffer()->accept();
         waitForTasks();
         expectNothingLeft();
         EXPECT_TRUE(files.exists(kCurrent));
@@ -42,16 +42,16 @@ TEST_F(MasterBaselineOfferTest, aBaselineThatIsThereClosesIt) {
     int snapshotChanges = 0;
     QObject::connect(&window, &WindowListener::snapshotChanged, [&snapshotChanges] { ++snapshotChanges; });
     offer();
-    EXPECT_EQ(window.offer()->state(), OfferState::Offered);
+    EXPECT_EQ(shownOffer()->state(), OfferState::Offered);
     EXPECT_EQ(text(), QString());
     EXPECT_FALSE(session->turnstile.isIdle()) << "its sheet is open";
     commands.hold();
     createAndWaitFor(OfferState::Saving);
     EXPECT_EQ(text(), u"Capturing your current system settings…"_s);
     EXPECT_EQ(session->system.busyMessage(), text());
-    window.offer()->decline();
-    window.offer()->accept();
-    EXPECT_EQ(window.offer()->state(), OfferState::Saving) << "nothing closes it";
+    shownOffer()->dismiss();
+    shownOffer()->accept();
+    EXPECT_EQ(shownOffer()->state(), OfferState::Saving) << "nothing closes it";
     commands.release();
     commands.holdNoFurther();
     waitForTasks();
@@ -63,8 +63,8 @@ TEST_F(MasterBaselineOfferTest, aBaselineThatIsThereClosesIt) {
 
 TEST_F(MasterBaselineOfferTest, notNowClosesIt) {
     offer();
-    window.offer()->decline();
-    EXPECT_EQ(window.offer(), nullptr);
+    shownOffer()->dismiss();
+    EXPECT_EQ(shownOffer(), nullptr);
     waitForTasks();
     expectNothingLeft();
     EXPECT_FALSE(files.exists(kCurrent));
@@ -89,7 +89,7 @@ TEST_F(MasterBaselineOfferTest, anExceptionLeavesItOfferedOnceMore) {
     EXPECT_EQ(text(), kNotSaved);
     EXPECT_TRUE(session->system.logMessages().contains(u"  [ERROR] out of order"_s));
     EXPECT_FALSE(session->system.isBusy());
-    window.offer()->decline();
+    shownOffer()->dismiss();
     waitForTasks();
     expectNothingLeft();
 }
@@ -98,15 +98,15 @@ TEST_F(MasterBaselineOfferTest, aClosedGateLeavesItOffered) {
     enableLock();
     offer();
     lock->lockIfEnabled();
-    EXPECT_EQ(window.offer()->state(), OfferState::Offered) << "it waits behind the lock";
+    EXPECT_EQ(shownOffer()->state(), OfferState::Offered) << "it waits behind the lock";
     takeSteps();
-    window.offer()->accept();
+    shownOffer()->accept();
     processEventsUntil([this] { return !steps.isEmpty(); });
     EXPECT_EQ(takeSteps().last(),
               u"! Quorvane is Locked | Enter your app password in the Quorvane window to create the "
               "master system baseline. | OK"_s);
     QCoreApplication::processEvents();
-    EXPECT_EQ(window.offer()->state(), OfferState::Offered);
+    EXPECT_EQ(shownOffer()->state(), OfferState::Offered);
     ASSERT_TRUE(lock->unlockWithPassword(kPassword));
     saves();
 }
@@ -115,10 +115,10 @@ TEST_F(MasterBaselineOfferTest, whereAProfileIsInForceItAsks) {
     makeActive(live);
     alerts.press(1);
     offer();
-    window.offer()->accept();
+    shownOffer()->accept();
     processEventsUntil([this] { return steps.contains(kQuestion); });
     QCoreApplication::processEvents();
-    EXPECT_EQ(window.offer()->state(), OfferState::Offered) << "cancelled";
+    EXPECT_EQ(shownOffer()->state(), OfferState::Offered) << "cancelled";
     EXPECT_FALSE(files.exists(kCurrent));
     alerts.press(0);
     saves();
@@ -128,10 +128,10 @@ TEST_F(MasterBaselineOfferTest, anAnswerToAnOfferThatIsOverChangesNothing) {
     makeActive(live);
     alerts.hold();
     offer();
-    window.offer()->accept();
+    shownOffer()->accept();
     processEventsUntil([this] { return alerts.openCount() == 1; });
-    window.offer()->decline();
-    EXPECT_EQ(window.offer(), nullptr);
+    shownOffer()->dismiss();
+    EXPECT_EQ(shownOffer(), nullptr);
     alerts.answer(0);
     waitForTasks();
     expectNothingLeft();
@@ -141,7 +141,7 @@ TEST_F(MasterBaselineOfferTest, anAnswerToAnOfferThatIsOverChangesNothing) {
 TEST_F(MasterBaselineOfferTest, afterTheShutDownThereIsNone) {
     window.shutDown();
     session->tasks.start(session->systemActions.offerMasterBaseline(window));
-    EXPECT_EQ(window.offer(), nullptr);
+    EXPECT_EQ(shownOffer(), nullptr);
     waitForTasks();
     expectNothingLeft();
 }
@@ -204,26 +204,26 @@ public:
 private:
     void TestBody() override {}
     void windowCloses() {
-        if (const std::shared_ptr<SheetOffer> offer = window.offer()) {
-            offer->decline();
+        if (const std::shared_ptr<SheetOffer> offer = shownOffer()) {
+            offer->dismiss();
         }
     }
     void advanceTo(Stage stage) {
         if (stage >= Stage::Wanted) {
-            window.offer()->accept();
+            shownOffer()->accept();
         }
         if (stage >= Stage::Asking) {
             processEventsUntil([this] { return alerts.openCount() == 1; });
         }
         if (stage >= Stage::Saving) {
             alerts.answer(0);
-            processEventsUntil([this] { return window.offer()->state() == OfferState::Saving; });
+            processEventsUntil([this] { return shownOffer()->state() == OfferState::Saving; });
         }
         if (stage >= Stage::Failed) {
             files.failOn(MemoryFileManager::Operation::Write, kCurrent);
             commands.release();
             commands.holdNoFurther();
-            processEventsUntil([this] { return window.offer()->state() == OfferState::Failed; });
+            processEventsUntil([this] { return shownOffer()->state() == OfferState::Failed; });
         }
     }
 

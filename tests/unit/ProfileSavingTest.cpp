@@ -24,8 +24,8 @@ protected:
         steps.clear();
     }
     void shutDownOffer() {
-        if (window.offer() != nullptr) {
-            window.offer()->decline();
+        if (shownOffer() != nullptr) {
+            shownOffer()->dismiss();
         }
         waitForTasks();
     }
@@ -35,7 +35,7 @@ protected:
         return settings;
     }
     std::shared_ptr<ProfileSaveOffer> offer() const {
-        return std::dynamic_pointer_cast<ProfileSaveOffer>(window.offer());
+        return std::dynamic_pointer_cast<ProfileSaveOffer>(shownOffer());
     }
     void openSheet() {
         session->tasks.start(session->profileSaving.offer(window));

@@ -63,9 +63,9 @@ TEST_F(SessionTest, shuttingDownEndsAFlowThatHangs) {
 TEST_F(SessionTest, withoutALockItNeverLooksForOne) {
     ForbiddenLock preferences;
     preferences.setBoolean(kQuorvaneAppLockEnabled, true);
-    const Host withPreferences{commands,    scripts, files, preferences, machine,    propertyLists, bundles,
-                               permissions, cloud,   clock, keychain,    biometrics, displays,      systemNotifications,
-                               filePanels};
+    const Host withPreferences{
+        commands, scripts, files,    preferences, machine,  propertyLists,       bundles,    permissions,
+        cloud,    clock,   keychain, biometrics,  displays, systemNotifications, filePanels, loginService};
     const auto makeLabel = [this](SystemManager&) { return std::make_unique<RecordingLabel>(steps); };
     Session unlocked(withPreferences, SessionParts{[] { return std::make_unique<OpenGate>(); }, makeLabel, [] {}});
     RecordingListener terminal(steps, alerts, unlocked.scans);

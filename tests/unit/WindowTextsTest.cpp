@@ -60,8 +60,12 @@ TEST(WaitingText, isWhatTheProgramIsBusyWith) {
 }
 
 TEST(TabTexts, standInTheirOrderAndGroups) {
-    const QList<TabText> expected{{Tab::performance, u"Performance"_s, u"gauge.medium.badge.plus"_s, u"Optimization"_s},
-                                  {Tab::logs, u"Logs"_s, u"doc.text.fill"_s, u"Diagnostics"_s}};
+    const QList<TabText> expected{
+        {Tab::performance, u"Performance"_s, u"gauge.medium.badge.plus"_s, u"Optimization"_s},
+        {Tab::maintenance, u"Maintenance"_s, u"wrench.and.screwdriver.fill"_s, u"Optimization"_s},
+        {Tab::network, u"Network"_s, u"network"_s, u"Optimization"_s},
+        {Tab::logs, u"Logs"_s, u"doc.text.fill"_s, u"Diagnostics"_s},
+        {Tab::settings, u"Settings"_s, u"gearshape.fill"_s, u"Preferences"_s}};
     EXPECT_EQ(tabTexts(), expected);
 }
 

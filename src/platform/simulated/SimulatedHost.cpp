@@ -27,6 +27,7 @@ SimulatedHost::SimulatedHost(const QString& macFolder, AuthorizationPrompt& auth
     , m_displays(m_mac)
     , m_notifications(m_mac)
     , m_filePanels(options.filePanels != nullptr ? *options.filePanels : m_noPanels)
+    , m_loginService(m_mac)
     , m_systemLook(m_mac)
     , m_commands(m_mac.hostFolder() + u"/usr/bin/env"_s, m_environment)
     , m_scripts(m_mac.hostFolder() + u"/usr/libexec/scriptengine"_s, m_environment, authorization)
@@ -35,9 +36,9 @@ SimulatedHost::SimulatedHost(const QString& macFolder, AuthorizationPrompt& auth
 }
 
 Host SimulatedHost::host() {
-    return {m_faultyCommands, m_faultyScripts, m_faultyFiles, m_defaults,      m_machine,
-            m_propertyLists,  m_bundles,       m_permissions, m_cloud,         m_clock,
-            m_keychain,       m_biometrics,    m_displays,    m_notifications, m_filePanels};
+    return {m_faultyCommands, m_faultyScripts, m_faultyFiles, m_defaults,    m_machine,  m_propertyLists,
+            m_bundles,        m_permissions,   m_cloud,       m_clock,       m_keychain, m_biometrics,
+            m_displays,       m_notifications, m_filePanels,  m_loginService};
 }
 
 void SimulatedHost::shutDown() {

@@ -16,6 +16,7 @@
 #include "platform/simulated/SimulatedDisplays.h"
 #include "platform/simulated/SimulatedFileManager.h"
 #include "platform/simulated/SimulatedKeychain.h"
+#include "platform/simulated/SimulatedLoginService.h"
 #include "platform/simulated/SimulatedMachine.h"
 #include "platform/simulated/SimulatedNotifications.h"
 #include "platform/simulated/SimulatedPropertyLists.h"
@@ -68,6 +69,7 @@ private:
     DiskFileManager m_disk; ///< of the computer that the Mac is simulated on
     AbsentFilePanels m_noPanels{m_disk};
     FilePanels& m_filePanels;
+    SimulatedLoginService m_loginService;
     SimulatedSystemLook m_systemLook;
     SystemClock m_clock;
     ProcessCommandLauncher m_commands;

@@ -19,8 +19,13 @@ bool looksLikeBackgroundAgent(const LoginItem& item) {
     return looksLikeBackgroundAgent(item.name) || looksLikeBackgroundAgent(item.path);
 }
 
+bool isOwnLoginItem(const LoginItem& item) {
+    const QString name = item.path.isEmpty() ? item.name : nameInPath(item.path);
+    return name.compare(u"Quorvane"_s, Qt::CaseInsensitive) == 0;
+}
+
 bool isProtectedLoginItem(const LoginItem& item) {
-    return isExcludedName(item.name) || isExcludedName(item.path) || item.hasProtectedRecord;
+    return isExcludedName(item.name) || isExcludedName(item.path) || item.hasProtectedRecord || isOwnLoginItem(item);
 }
 
 bool isLoginItemOf(const LoginItem& item, const QString& path) {

@@ -32,7 +32,10 @@ struct LoginItemList {
 /// that calls itself an agent.
 bool looksLikeBackgroundAgent(const QString& text);
 bool looksLikeBackgroundAgent(const LoginItem& item);
-/// True for a login item whose name, path or background record is that of audio software.
+/// True for the program's own. Whether it is launched at login its user says in Settings, and no startup configuration does.
+bool isOwnLoginItem(const LoginItem& item);
+/// True for a login item that nothing touches: one whose name, path or background record is that of audio software, and the
+/// program's own.
 bool isProtectedLoginItem(const LoginItem& item);
 
 /// True for the login item of an application: by its path, or by its name where the application's file is gone.

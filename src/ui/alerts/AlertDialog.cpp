@@ -25,7 +25,7 @@ constexpr int kIcon = 56;
 constexpr int kSign = 24;
 constexpr int kTextWidth = 320;
 
-/// The program's icon, with a sign of warning where the alert is one.
+/// The program's icon, with a sign of what the alert tells.
 class AlertIcon : public QWidget {
 public:
     explicit AlertIcon(AlertStyle style)
@@ -40,7 +40,12 @@ protected:
         if (m_style != AlertStyle::Informational) {
             const QRectF sign(kIcon - kSign, kIcon - kSign, kSign, kSign);
             painter.setRenderHint(QPainter::Antialiasing);
-            paintSymbol(painter, u"exclamationmark.triangle.fill"_s, sign, themeOf(this).warning);
+            const Theme& theme = themeOf(this);
+            if (m_style == AlertStyle::Success) {
+                paintSymbol(painter, u"checkmark.circle.fill"_s, sign, theme.success);
+            } else {
+                paintSymbol(painter, u"exclamationmark.triangle.fill"_s, sign, theme.warning);
+            }
         }
     }
 

@@ -3,12 +3,9 @@
 #include "ui/pieces/Announcement.h"
 #include "ui/pieces/SymbolView.h"
 
-#include <QEvent>
 #include <QHBoxLayout>
 #include <QPainter>
 #include <QVBoxLayout>
-
-#include <algorithm>
 
 namespace quorvane {
 
@@ -63,46 +60,6 @@ void PerformanceSystemMatchStatusRow::setStatus(const StatusRow& status) {
 void PerformanceSystemMatchStatusRow::paintEvent(QPaintEvent*) {
     if (m_status.tone == StatusRow::Tone::Verified) {
         QPainter(this).fillRect(rect(), themeOf(this).matchTint);
-    }
-}
-
-InformationRow::InformationRow(QWidget* parent)
-    : QLabel(parent) {
-    QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-    policy.setHeightForWidth(true);
-    setSizePolicy(policy);
-}
-
-void InformationRow::setContent(const RowContent& content) {
-    m_content = content;
-    setAccessibleName(content.title);
-    setAccessibleDescription(content.description);
-    updateGeometry();
-    update();
-}
-
-QSize InformationRow::sizeHint() const {
-    return {minimumSizeHint().width(), heightForWidth(std::max(minimumSizeHint().width(), width()))};
-}
-
-QSize InformationRow::minimumSizeHint() const {
-    return {rowMinimumWidth(themeOf(this), m_content), Theme::kSingleRow};
-}
-
-int InformationRow::heightForWidth(int width) const {
-    return rowHeight(themeOf(this), m_content, width);
-}
-
-void InformationRow::paintEvent(QPaintEvent*) {
-    QPainter painter(this);
-    paintRow(painter, themeOf(this), rect(), m_content, {});
-}
-
-void InformationRow::changeEvent(QEvent* event) {
-    QLabel::changeEvent(event);
-    if (event->type() == QEvent::StyleChange) {
-        updateGeometry();
-        update();
     }
 }
 

@@ -1,9 +1,8 @@
 #pragma once
 
 #include "actions/PageTexts.h"
+#include "ui/pieces/InformationRow.h"
 #include "ui/pieces/RowButton.h"
-
-#include <QLabel>
 
 namespace quorvane {
 
@@ -27,28 +26,6 @@ private:
     SymbolView* m_symbol;
     TextLabel* m_text;
     TextLabel* m_detail;
-};
-
-/// A row that says something and does nothing.
-class InformationRow : public QLabel {
-    Q_OBJECT
-
-public:
-    explicit InformationRow(QWidget* parent = nullptr);
-
-    void setContent(const RowContent& content);
-
-    QSize sizeHint() const override;
-    QSize minimumSizeHint() const override;
-    bool hasHeightForWidth() const override { return true; }
-    int heightForWidth(int width) const override;
-
-protected:
-    void paintEvent(QPaintEvent* event) override;
-    void changeEvent(QEvent* event) override;
-
-private:
-    RowContent m_content;
 };
 
 /// The snapshot that there is.

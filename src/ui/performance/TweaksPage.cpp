@@ -11,7 +11,6 @@
 #include "ui/pieces/ScrollPage.h"
 #include "ui/profiles/ProfileSelectorView.h"
 
-#include <QHBoxLayout>
 #include <QVBoxLayout>
 
 #include <QCoroTask>
@@ -41,8 +40,8 @@ QWidget* TweaksPage::makeButtons() {
     auto* const bar = new PinnedBar;
     auto* const revert = new AppSecondaryButton(kRevertAll);
     auto* const executeButton = new AppPrimaryButton(kExecuteTweaks);
-    bar->buttons()->addWidget(revert);
-    bar->buttons()->addWidget(executeButton);
+    bar->addButton(revert);
+    bar->addButton(executeButton);
     Session& session = m_environment.session;
     ActionListener& listener = m_environment.listener;
     connect(revert, &QPushButton::clicked, this,

@@ -17,6 +17,10 @@ PinnedBar::PinnedBar(QWidget* parent)
     m_buttons->addStretch(1);
 }
 
+void PinnedBar::addButton(QWidget* button) {
+    m_buttons->addWidget(button);
+}
+
 void PinnedBar::paintEvent(QPaintEvent*) {
     QPainter(this).fillRect(0, 0, width(), 1, themeOf(this).border);
 }

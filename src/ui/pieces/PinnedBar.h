@@ -6,15 +6,15 @@ class QHBoxLayout;
 
 namespace quorvane {
 
-/// Stands at the foot of a page with its buttons: what scrolls vanishes behind its upper edge.
+/// The buttons of a page, at its lower end. What scrolls vanishes behind its upper edge.
 class PinnedBar : public QWidget {
     Q_OBJECT
 
 public:
     explicit PinnedBar(QWidget* parent = nullptr);
 
-    /// Of the buttons, from left to right; they begin behind a stretch.
-    QHBoxLayout* buttons() const { return m_buttons; }
+    /// From left to right; the default comes last.
+    void addButton(QWidget* button);
 
 protected:
     void paintEvent(QPaintEvent* event) override;

@@ -1,5 +1,8 @@
 #pragma once
 
+#include "actions/PageTexts.h"
+#include "ui/Theme.h"
+
 #include <QWidget>
 
 namespace quorvane {
@@ -7,27 +10,29 @@ namespace quorvane {
 class AppSwitch;
 class TextLabel;
 
-/// A row with a title over a description and a switch at its end. All of it is the switch's target.
+/// A row with a switch that asks: it moves when what it was asked for has happened.
 class SwitchRow : public QWidget {
     Q_OBJECT
 
 public:
-    SwitchRow(const QString& title, const QString& description, QWidget* parent = nullptr);
+    SwitchRow(const RowText& text, BadgeColor tint, QWidget* parent = nullptr);
 
-    void setDescription(const QString& description);
-    void setChecked(bool isChecked);
-    bool isChecked() const;
+    /// @param note  stands below the description; may be empty
+    void setState(bool isOn, const QString& note);
 
 Q_SIGNALS:
-    /// The user has switched it.
-    void switched(bool isOn);
+    void asked(bool isWantedOn);
 
 protected:
     void mouseReleaseEvent(QMouseEvent* event) override;
 
 private:
-    TextLabel* m_description;
+    void moveBack(bool isOn);
+
+    QString m_description;
     AppSwitch* m_switch;
+    TextLabel* m_note;
+    bool m_isOn = false;
 };
 
 } // namespace quorvane

@@ -111,7 +111,7 @@ QWidget* ProfileWizardView::makeTweaksStep() {
 QWidget* ProfileWizardView::makeButtons() {
     auto* const bar = new PinnedBar;
     m_continue = new AppPrimaryButton(kContinue);
-    bar->buttons()->addWidget(m_continue);
+    bar->addButton(m_continue);
     connect(m_continue, &QPushButton::clicked, this, &ProfileWizardView::goOn);
     return bar;
 }

@@ -4,8 +4,8 @@
 #include "actions/ProfileTexts.h"
 #include "ui/pieces/AppButtons.h"
 #include "ui/pieces/AppCard.h"
+#include "ui/pieces/OptionRow.h"
 #include "ui/pieces/ProgressRing.h"
-#include "ui/pieces/SwitchRow.h"
 #include "ui/pieces/TextLabel.h"
 
 #include <QLineEdit>
@@ -31,7 +31,7 @@ SaveProfileSheet::SaveProfileSheet(std::shared_ptr<ProfileSaveOffer> offer, QWid
     makeButtons();
     m_name->setText(m_offer->wanted().name);
     m_name->selectAll();
-    connect(this, &Sheet::closeRequested, m_offer.get(), &SheetOffer::decline);
+    connect(this, &Sheet::closeRequested, m_offer.get(), &SheetModel::dismiss);
     connect(m_offer.get(), &SheetOffer::changed, this, &SaveProfileSheet::update);
     update();
 }
@@ -45,9 +45,9 @@ QWidget* SaveProfileSheet::makeFields() {
     m_name->setPlaceholderText(kProfileName);
     m_name->setAccessibleName(kProfileName);
     m_note = new TextLabel(TextStyle::Secondary, TextTone::Secondary);
-    m_tweaks = new SwitchRow(kSystemTweaks, m_offer->tweaksText());
-    m_startup = new SwitchRow(kStartupOptimization, m_offer->startupText());
-    m_baseline = new SwitchRow(kSaveBaseline, kSaveBaselineNote);
+    m_tweaks = new OptionRow(kSystemTweaks, m_offer->tweaksText());
+    m_startup = new OptionRow(kStartupOptimization, m_offer->startupText());
+    m_baseline = new OptionRow(kSaveBaseline, kSaveBaselineNote);
     auto* const halves = new AppCard;
     halves->addRow(m_tweaks);
     halves->addRow(m_startup);
@@ -61,9 +61,9 @@ QWidget* SaveProfileSheet::makeFields() {
     column->addWidget(baseline);
     column->addStretch(1);
     connect(m_name, &QLineEdit::textChanged, m_offer.get(), &ProfileSaveOffer::setName);
-    connect(m_tweaks, &SwitchRow::switched, m_offer.get(), &ProfileSaveOffer::setIncludesTweaks);
-    connect(m_startup, &SwitchRow::switched, m_offer.get(), &ProfileSaveOffer::setIncludesStartup);
-    connect(m_baseline, &SwitchRow::switched, m_offer.get(), &ProfileSaveOffer::setSavesBaseline);
+    connect(m_tweaks, &OptionRow::switched, m_offer.get(), &ProfileSaveOffer::setIncludesTweaks);
+    connect(m_startup, &OptionRow::switched, m_offer.get(), &ProfileSaveOffer::setIncludesStartup);
+    connect(m_baseline, &OptionRow::switched, m_offer.get(), &ProfileSaveOffer::setSavesBaseline);
     return m_fields;
 }
 
@@ -78,7 +78,7 @@ void SaveProfileSheet::makeButtons() {
     addButtonAside(m_ring);
     addButton(m_cancel);
     addButton(m_save);
-    connect(m_cancel, &QPushButton::clicked, m_offer.get(), &SheetOffer::decline);
+    connect(m_cancel, &QPushButton::clicked, m_offer.get(), &SheetModel::dismiss);
     connect(m_save, &QPushButton::clicked, m_offer.get(), &SheetOffer::accept);
 }
 

@@ -11,7 +11,7 @@ namespace quorvane {
 
 class ProfileSaveOffer;
 class ProgressRing;
-class SwitchRow;
+class OptionRow;
 class TextLabel;
 
 /// Asks what the working copy is to be saved as.
@@ -33,9 +33,9 @@ private:
     QWidget* m_fields = nullptr;
     QLineEdit* m_name = nullptr;
     TextLabel* m_note = nullptr;
-    SwitchRow* m_tweaks = nullptr;
-    SwitchRow* m_startup = nullptr;
-    SwitchRow* m_baseline = nullptr;
+    OptionRow* m_tweaks = nullptr;
+    OptionRow* m_startup = nullptr;
+    OptionRow* m_baseline = nullptr;
     ProgressRing* m_ring = nullptr;
     TextLabel* m_waiting = nullptr;
     QPushButton* m_cancel = nullptr;

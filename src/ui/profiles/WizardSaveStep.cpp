@@ -6,7 +6,7 @@
 #include "ui/Theme.h"
 #include "ui/pieces/AppCard.h"
 #include "ui/pieces/AppSection.h"
-#include "ui/pieces/SwitchRow.h"
+#include "ui/pieces/OptionRow.h"
 #include "ui/pieces/TextLabel.h"
 
 #include <QHBoxLayout>
@@ -78,12 +78,12 @@ QWidget* WizardSaveStep::makeSummary() {
 
 QWidget* WizardSaveStep::makeOptions() {
     auto* const card = new AppCard;
-    m_baseline = new SwitchRow(kSaveBaseline, kWizardBaselineNote);
-    m_applies = new SwitchRow(kApplyAfterSaving, kApplyAfterSavingNote);
+    m_baseline = new OptionRow(kSaveBaseline, kWizardBaselineNote);
+    m_applies = new OptionRow(kApplyAfterSaving, kApplyAfterSavingNote);
     card->addRow(m_baseline);
     card->addRow(m_applies);
-    connect(m_baseline, &SwitchRow::switched, &m_wizard, &ProfileWizard::setSavesBaseline);
-    connect(m_applies, &SwitchRow::switched, &m_wizard, &ProfileWizard::setAppliesAfterwards);
+    connect(m_baseline, &OptionRow::switched, &m_wizard, &ProfileWizard::setSavesBaseline);
+    connect(m_applies, &OptionRow::switched, &m_wizard, &ProfileWizard::setAppliesAfterwards);
     return card;
 }
 

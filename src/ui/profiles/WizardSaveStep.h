@@ -8,7 +8,7 @@ namespace quorvane {
 
 class MasterProfileState;
 class ProfileWizard;
-class SwitchRow;
+class OptionRow;
 class TextLabel;
 
 /// The wizard's last step: the name, what the profile holds, and what happens when it is saved.
@@ -32,8 +32,8 @@ private:
     TextLabel* m_tweaks = nullptr;
     TextLabel* m_startup = nullptr;
     QWidget* m_cleanReboot = nullptr; ///< its line
-    SwitchRow* m_baseline = nullptr;
-    SwitchRow* m_applies = nullptr;
+    OptionRow* m_baseline = nullptr;
+    OptionRow* m_applies = nullptr;
 };
 
 } // namespace quorvane

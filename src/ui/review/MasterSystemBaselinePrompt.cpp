@@ -40,7 +40,7 @@ MasterSystemBaselinePrompt::MasterSystemBaselinePrompt(std::shared_ptr<MasterBas
     setTitle(kBaselinePromptTitle, kBaselinePromptText);
     setContents(makePoints());
     makeButtons();
-    connect(this, &Sheet::closeRequested, m_offer.get(), &MasterBaselineOffer::decline);
+    connect(this, &Sheet::closeRequested, m_offer.get(), &SheetModel::dismiss);
     connect(m_offer.get(), &MasterBaselineOffer::changed, this, &MasterSystemBaselinePrompt::update);
     update();
     m_create->setFocus(Qt::OtherFocusReason);
@@ -72,7 +72,7 @@ void MasterSystemBaselinePrompt::makeButtons() {
     m_create = new AppPrimaryButton(kCreateMasterBaseline);
     addButton(m_notNow);
     addButton(m_create);
-    connect(m_notNow, &QPushButton::clicked, m_offer.get(), &MasterBaselineOffer::decline);
+    connect(m_notNow, &QPushButton::clicked, m_offer.get(), &SheetModel::dismiss);
     connect(m_create, &QPushButton::clicked, m_offer.get(), &MasterBaselineOffer::accept);
 }
 

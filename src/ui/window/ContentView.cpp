@@ -1,6 +1,8 @@
 #include "ui/window/ContentView.h"
 
+#include "actions/AppPasswordEntry.h"
 #include "actions/ApplyReviewCoordinator.h"
+#include "actions/BackupChoice.h"
 #include "actions/MasterBaselineOffer.h"
 #include "actions/ProfileSaveOffer.h"
 #include "actions/Session.h"
@@ -15,6 +17,8 @@
 #include "ui/profiles/SaveProfileSheet.h"
 #include "ui/review/ApplyReviewSheet.h"
 #include "ui/review/MasterSystemBaselinePrompt.h"
+#include "ui/settings/AppPasswordSheet.h"
+#include "ui/settings/ProfileCloudRestoreSheet.h"
 #include "ui/window/MainContentArea.h"
 #include "ui/window/SidebarView.h"
 #include "ui/window/WaitingDialogOverlay.h"
@@ -35,13 +39,6 @@ constexpr auto kPresentationDelay = 400ms;
 constexpr int kSidebarMinimum = 180;
 constexpr int kSidebarIdeal = 200;
 constexpr int kSidebarMaximum = 250;
-
-Sheet* sheetOf(const std::shared_ptr<SheetOffer>& offer) {
-    if (const auto profile = std::dynamic_pointer_cast<ProfileSaveOffer>(offer)) {
-        return new SaveProfileSheet(profile);
-    }
-    return new MasterSystemBaselinePrompt(std::dynamic_pointer_cast<MasterBaselineOffer>(offer));
-}
 
 } // namespace
 
@@ -67,7 +64,7 @@ ContentView::ContentView(const ViewEnvironment& environment, QWidget* parent)
             [&environment] { environment.documentation.showDocumentationWindow(); });
     connect(&environment.lock, &LockManager::isUnlockedChanged, this, &ContentView::followLock);
     connect(&environment.reviews, &ApplyReviewCoordinator::requestChanged, this, &ContentView::followSheets);
-    connect(&environment.listener, &WindowListener::offerChanged, this, &ContentView::followSheets);
+    connect(&environment.listener, &WindowListener::sheetChanged, this, &ContentView::followSheets);
     connect(qApp, &QApplication::focusChanged, this, &ContentView::keepFocusOnLock);
     followLock();
     followSheets();
@@ -104,16 +101,34 @@ void ContentView::setColumns(const QByteArray& columns) {
 
 /// One at a time: an action opens it, and there is one action at a time.
 void ContentView::followSheets() {
-    const std::shared_ptr<SheetOffer>& offer = m_environment.listener.offer();
-    const std::optional<ApplyReviewRequest>& request = m_environment.reviews.request();
-    m_waiting->setSuppressed(offer != nullptr);
-    if (request) {
-        m_sheets->show(new ApplyReviewSheet(request->review, m_environment.clock));
-    } else if (offer != nullptr) {
-        m_sheets->show(sheetOf(offer));
+    const WindowListener& listener = m_environment.listener;
+    m_waiting->setSuppressed(listener.sheet() != nullptr);
+    if (Sheet* const sheet = makeSheet()) {
+        m_sheets->show(sheet);
     } else {
         m_sheets->clear();
     }
+}
+
+/// Null where none is open.
+Sheet* ContentView::makeSheet() const {
+    const WindowListener& listener = m_environment.listener;
+    if (const std::optional<ApplyReviewRequest>& request = m_environment.reviews.request()) {
+        return new ApplyReviewSheet(request->review, m_environment.clock);
+    }
+    if (auto offer = std::dynamic_pointer_cast<MasterBaselineOffer>(listener.sheet())) {
+        return new MasterSystemBaselinePrompt(offer);
+    }
+    if (auto offer = std::dynamic_pointer_cast<ProfileSaveOffer>(listener.sheet())) {
+        return new SaveProfileSheet(offer);
+    }
+    if (auto entry = std::dynamic_pointer_cast<AppPasswordEntry>(listener.sheet())) {
+        return new AppPasswordSheet(entry, m_environment.lock);
+    }
+    if (auto choice = std::dynamic_pointer_cast<BackupChoice>(listener.sheet())) {
+        return new ProfileCloudRestoreSheet(choice);
+    }
+    return nullptr;
 }
 
 // ---- The lock

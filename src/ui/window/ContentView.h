@@ -11,6 +11,7 @@ namespace quorvane {
 
 class LockScreenView;
 class MainContentArea;
+class Sheet;
 class SheetLayer;
 class SidebarView;
 class WaitingDialogOverlay;
@@ -38,6 +39,7 @@ protected:
 private:
     QWidget* makeDetail();
     void followSheets();
+    Sheet* makeSheet() const;
     void followLock();
     void cover();
     void uncover();

@@ -2,6 +2,9 @@
 
 #include "ui/logs/LogsView.h"
 #include "ui/performance/PerformanceView.h"
+#include "ui/services/MaintenanceView.h"
+#include "ui/services/NetworkView.h"
+#include "ui/settings/SettingsView.h"
 
 namespace quorvane {
 
@@ -21,8 +24,17 @@ void MainContentArea::setSelectedTab(Tab tab) {
 }
 
 QWidget* MainContentArea::makePage(Tab tab) {
-    if (tab == Tab::logs) {
+    switch (tab) {
+    case Tab::performance:
+        break;
+    case Tab::maintenance:
+        return new MaintenanceView(m_environment);
+    case Tab::network:
+        return new NetworkView(m_environment);
+    case Tab::logs:
         return new LogsView(m_environment);
+    case Tab::settings:
+        return new SettingsView(m_environment);
     }
     return new PerformanceView(m_environment);
 }

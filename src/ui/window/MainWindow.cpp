@@ -4,7 +4,7 @@
 #include "actions/ApplyReview.h"
 #include "actions/ApplyReviewCoordinator.h"
 #include "actions/Session.h"
-#include "actions/SheetOffer.h"
+#include "actions/SheetModel.h"
 #include "actions/WindowListener.h"
 #include "ui/Theme.h"
 #include "ui/ViewEnvironment.h"
@@ -68,11 +68,11 @@ void MainWindow::savePlace() const {
 /// A sheet that carries something out stays, and so does its window.
 bool MainWindow::closesSheets() {
     m_environment.reviews.dismiss();
-    const std::shared_ptr<SheetOffer> offer = m_environment.listener.offer();
-    if (offer != nullptr) {
-        offer->decline();
+    const std::shared_ptr<SheetModel> sheet = m_environment.listener.sheet();
+    if (sheet != nullptr) {
+        sheet->dismiss();
     }
-    return !m_environment.reviews.request() && m_environment.listener.offer() == nullptr;
+    return !m_environment.reviews.request() && m_environment.listener.sheet() == nullptr;
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {

@@ -1,0 +1,126 @@
+#include "ui/settings/ProfileCloudRestoreSheet.h"
+
+#include "actions/SettingsTexts.h"
+#include "actions/WindowTexts.h"
+#include "ui/pieces/Announcement.h"
+#include "ui/pieces/AppButtons.h"
+#include "ui/pieces/AppCard.h"
+#include "ui/pieces/ProgressRing.h"
+#include "ui/pieces/SymbolView.h"
+
+#include <QHBoxLayout>
+#include <QVBoxLayout>
+
+#include <utility>
+
+namespace quorvane {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int kLoadingRing = 20;
+
+} // namespace
+
+ProfileCloudRestoreSheet::ProfileCloudRestoreSheet(std::shared_ptr<BackupChoice> choice, QWidget* parent)
+    : Sheet(parent)
+    , m_choice(std::move(choice)) {
+    setTitle(kRestoreTitle, kRestoreText);
+    setContents(makeContents());
+    m_close = new AppSecondaryButton(kClose);
+    addButton(m_close);
+    connect(m_close, &QPushButton::clicked, m_choice.get(), &SheetModel::dismiss);
+    connect(this, &Sheet::closeRequested, m_choice.get(), &SheetModel::dismiss);
+    connect(m_choice.get(), &SheetModel::changed, this, &ProfileCloudRestoreSheet::takeChoice);
+    takeChoice();
+}
+
+QWidget* ProfileCloudRestoreSheet::makeContents() {
+    auto* const contents = new QWidget;
+    m_contents = new QVBoxLayout(contents);
+    m_contents->setContentsMargins(0, 0, 0, 0);
+    m_contents->setSpacing(Theme::kGap12);
+    m_contents->addWidget(makeState());
+    m_contents->addStretch(1);
+    return contents;
+}
+
+QWidget* ProfileCloudRestoreSheet::makeState() {
+    auto* const state = new QWidget;
+    auto* const line = new QHBoxLayout(state);
+    line->setContentsMargins(0, 0, 0, 0);
+    line->setSpacing(Theme::kGap8);
+    m_ring = new ProgressRing(kLoadingRing);
+    m_text = new TextLabel(TextStyle::Body);
+    line->addWidget(m_ring);
+    line->addWidget(m_text, 1);
+    return state;
+}
+
+QWidget* ProfileCloudRestoreSheet::makeRow(const BackupRow& row) {
+    auto* const view = new QWidget;
+    auto* const layout = new QHBoxLayout(view);
+    layout->setContentsMargins(Theme::kGap12, Theme::kGap8, Theme::kGap12, Theme::kGap8);
+    layout->setSpacing(Theme::kGap12);
+    auto* const texts = new QVBoxLayout;
+    texts->setSpacing(2);
+    texts->addWidget(new TextLabel(TextStyle::RowTitle, TextTone::Normal, row.text.title));
+    texts->addWidget(new TextLabel(TextStyle::Secondary, TextTone::Secondary, row.text.subtitle));
+    auto* const restore = new AppSecondaryButton(kRestore);
+    restore->setAccessibleName(kRestore + u": "_s + row.text.title);
+    restore->setAccessibleDescription(row.text.subtitle);
+    layout->addWidget(new PerformanceSymbolBadge(row.text.symbol, BadgeColor::Blue));
+    layout->addLayout(texts, 1);
+    layout->addWidget(restore);
+    connect(restore, &QPushButton::clicked, m_choice.get(),
+            [choice = m_choice.get(), id = row.id] { choice->restore(id); });
+    m_restoreButtons.append(restore);
+    return view;
+}
+
+void ProfileCloudRestoreSheet::showEvent(QShowEvent* event) {
+    Sheet::showEvent(event);
+    if (focusWidget() == nullptr) {
+        m_close->setFocus(Qt::OtherFocusReason);
+    }
+}
+
+void ProfileCloudRestoreSheet::takeChoice() {
+    takeRows();
+    const QString text = m_choice->text();
+    m_ring->setVisible(m_choice->isRestoring() || (m_choice->isLoading() && !m_choice->hasFailed()));
+    m_text->setTone(m_choice->hasFailed() && !m_choice->isRestoring() ? TextTone::Danger : TextTone::Secondary);
+    if (m_text->text() != text) {
+        m_text->setText(text);
+        if (!text.isEmpty()) {
+            announce(m_text, text);
+        }
+    }
+    m_text->parentWidget()->setVisible(!text.isEmpty());
+    for (QPushButton* const button : std::as_const(m_restoreButtons)) {
+        button->setEnabled(!m_choice->isRestoring());
+    }
+    m_close->setEnabled(!m_choice->isRestoring());
+    Q_EMIT contentsChanged();
+}
+
+/// Those that come later stand among those that were here: all are made anew then.
+void ProfileCloudRestoreSheet::takeRows() {
+    if (m_shownRows == m_choice->rows()) {
+        return;
+    }
+    m_shownRows = m_choice->rows();
+    m_restoreButtons.clear();
+    delete std::exchange(m_card, nullptr);
+    if (m_shownRows.isEmpty()) {
+        return;
+    }
+    m_card = new AppCard;
+    for (const BackupRow& row : std::as_const(m_shownRows)) {
+        m_card->addRow(makeRow(row));
+    }
+    m_contents->insertWidget(0, m_card);
+}
+
+} // namespace quorvane
