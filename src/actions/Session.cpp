@@ -31,7 +31,8 @@ Session::Session(const Host& host, SessionParts parts)
     , backupActions(stage, cloudBackups, profileStore, savedProfiles, m_host.machine)
     , maintenanceActions(stage, system)
     , networkActions(stage, system)
-    , settingsActions(stage, *label, activeProfile) {}
+    , settingsActions(stage, *label, activeProfile)
+    , startupEditing({stage, turnstile, system, workingCopy, tasks}) {}
 
 /// Signals that are queued lead to work of their own.
 QCoro::Task<void> Session::finished() {

@@ -9,6 +9,7 @@
 #include "actions/SavedProfiles.h"
 #include "actions/SettingsActions.h"
 #include "actions/SnapshotStatus.h"
+#include "actions/StartupEditing.h"
 #include "actions/SystemActions.h"
 #include "actions/SystemScans.h"
 #include "actions/Tasks.h"
@@ -73,6 +74,7 @@ public:
     MaintenanceActions maintenanceActions;
     NetworkActions networkActions;
     SettingsActions settingsActions;
+    StartupEditing startupEditing;
 
     /// Ends every wait on the operating system and on the user, so that whatever runs comes to its end by itself.
     void endPorts() { m_parts.shutDownPorts(); }

@@ -41,7 +41,13 @@ protected:
     void applyReview();
     void startSnapshotThatHangs();
     static void showLogs();
+    static void openPage(const QString& title);
     static void openTweaks();
+    void openStartup();
+    static void searchStartup(const QString& text);
+    /// Adds startup items that only a profile knows, and some that this Mac has.
+    void loadStartup(const QList<StartupItem>& items);
+    void addLaunchAgents(int count);
     /// In the menu bar.
     static void chooseCommand(const QString& title);
     /// As the status item shows it, in the window's corner.
@@ -52,6 +58,7 @@ protected:
 private:
     static QList<PicturedState> performanceStates();
     static QList<PicturedState> pageStates();
+    static QList<PicturedState> startupStates();
     static QList<PicturedState> reviewStates();
     static QList<PicturedState> baselineStates();
     static QList<PicturedState> lockStates();

@@ -23,6 +23,7 @@ public:
 
 Q_SIGNALS:
     void tweaksRequested();
+    void startupRequested();
 
 private:
     QWidget* makeStatusSection();

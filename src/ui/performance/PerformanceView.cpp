@@ -3,6 +3,7 @@
 #include "actions/Session.h"
 #include "ui/ViewEnvironment.h"
 #include "ui/performance/PerformanceMainPage.h"
+#include "ui/performance/StartupPage.h"
 #include "ui/performance/TweaksPage.h"
 #include "ui/pieces/IdleGuard.h"
 
@@ -37,7 +38,13 @@ QWidget* PerformanceView::makePage(PerformancePage page) {
         connect(tweaks, &TweaksPage::backRequested, this, [this] { setCurrentPage(PerformancePage::main); });
         return tweaks;
     }
+    if (page == PerformancePage::startup) {
+        auto* const startup = new StartupPage(m_environment);
+        connect(startup, &StartupPage::backRequested, this, [this] { setCurrentPage(PerformancePage::main); });
+        return startup;
+    }
     auto* const main = new PerformanceMainPage(m_environment);
+    connect(main, &PerformanceMainPage::startupRequested, this, [this] { setCurrentPage(PerformancePage::startup); });
     connect(main, &PerformanceMainPage::tweaksRequested, this, [this] { setCurrentPage(PerformancePage::tweaks); });
     return main;
 }

@@ -9,7 +9,7 @@ namespace quorvane {
 struct ViewEnvironment;
 
 /// The pages of the performance tab.
-enum class PerformancePage { main, tweaks };
+enum class PerformancePage { main, tweaks, startup };
 
 /// The performance tab: its main page, and those that a row of it leads to. A page is made when it is visited first, and then
 /// kept.

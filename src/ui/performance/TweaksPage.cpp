@@ -4,32 +4,21 @@
 #include "actions/Session.h"
 #include "actions/WindowListener.h"
 #include "tweaks/TweakCatalogue.h"
-#include "ui/Theme.h"
 #include "ui/ViewEnvironment.h"
 #include "ui/performance/PerformancePageHeader.h"
 #include "ui/performance/TweakToggle.h"
 #include "ui/pieces/AppButtons.h"
 #include "ui/pieces/AppCard.h"
 #include "ui/pieces/AppSection.h"
+#include "ui/pieces/PinnedBar.h"
 #include "ui/pieces/ScrollPage.h"
 
 #include <QHBoxLayout>
-#include <QPainter>
 #include <QVBoxLayout>
 
 #include <QCoroTask>
 
 namespace quorvane {
-
-namespace {
-
-/// What scrolls vanishes behind its upper edge.
-class PinnedBar : public QWidget {
-protected:
-    void paintEvent(QPaintEvent*) override { QPainter(this).fillRect(0, 0, width(), 1, themeOf(this).border); }
-};
-
-} // namespace
 
 TweaksPage::TweaksPage(const ViewEnvironment& environment, QWidget* parent)
     : QWidget(parent)
