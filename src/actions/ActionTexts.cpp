@@ -344,12 +344,22 @@ Review reviewOf(ReviewSubject subject, const QString& profileName) {
             {}};
 }
 
+namespace {
+
+/// Audio software isn't switched off, whatever the configuration says.
+StartupChangePreview withoutWhatStays(StartupChangePreview preview) {
+    preview.willDisable.removeIf([](const StartupItem& item) { return item.isProtected; });
+    return preview;
+}
+
+} // namespace
+
 bool canApply(const ReviewPreview& preview) {
     if (const auto* const tweaks = std::get_if<TweaksApplyPreview>(&preview)) {
         return !tweaks->enabledTweaks.isEmpty();
     }
     const auto* const startup = std::get_if<StartupChangePreview>(&preview);
-    return startup == nullptr || *startup != StartupChangePreview{};
+    return startup == nullptr || withoutWhatStays(*startup) != StartupChangePreview{};
 }
 
 ResultPanel resultPanel(ReviewSubject subject, const ActionOutcome& outcome) {

@@ -170,4 +170,8 @@ RowText systemTweaksRow() {
     return {u"System Tweaks"_s, u"Fine-tune macOS performance settings"_s, u"gearshape.2.fill"_s};
 }
 
+RowText startupOptimizationRow() {
+    return {u"Startup Optimization"_s, u"Manage login items and launch agents"_s, u"power.circle.fill"_s};
+}
+
 } // namespace quorvane

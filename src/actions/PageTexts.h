@@ -87,6 +87,7 @@ inline const QString kManualConfigurationHeader =
     QStringLiteral("Adjust individual settings outside the profile wizard.");
 
 RowText systemTweaksRow();
+RowText startupOptimizationRow();
 
 // ---- The pages behind a row
 

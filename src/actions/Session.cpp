@@ -35,7 +35,8 @@ Session::Session(const Host& host, SessionParts parts)
     , maintenanceActions(stage, system)
     , networkActions(stage, system)
     , settingsActions(stage, {system, m_host.defaults, m_host.loginService, *label, activeProfile, settingsStatus})
-    , logActions(stage, system, m_host.filePanels) {}
+    , logActions(stage, system, m_host.filePanels)
+    , startupEditing({stage, turnstile, system, workingCopy, tasks}) {}
 
 /// Signals that are queued lead to work of their own.
 QCoro::Task<void> Session::finished() {

@@ -12,6 +12,7 @@
 #include "actions/SettingsActions.h"
 #include "actions/SettingsStatus.h"
 #include "actions/SnapshotStatus.h"
+#include "actions/StartupEditing.h"
 #include "actions/SystemActions.h"
 #include "actions/SystemScans.h"
 #include "actions/Tasks.h"
@@ -79,6 +80,7 @@ public:
     NetworkActions networkActions;
     SettingsActions settingsActions;
     LogActions logActions;
+    StartupEditing startupEditing;
 
     /// Ends every wait on the operating system and on the user, so that whatever runs comes to its end by itself.
     void endPorts() { m_parts.shutDownPorts(); }

@@ -2,8 +2,7 @@
 
 #include "actions/ApplyReviewCoordinator.h"
 #include "actions/SheetModel.h"
-#include "actions/Tasks.h"
-#include "system/SystemManager.h"
+#include "actions/StartupEditing.h"
 
 #include <QCoroTask>
 
@@ -44,7 +43,7 @@ void WindowListener::showSheet(std::shared_ptr<SheetModel> sheet) {
 QCoro::Task<void> WindowListener::readAnew(Anew what) {
     co_await AlertingListener::readAnew(what);
     if (what.startupItems) {
-        m_parts.tasks.start(m_parts.system.discoverStartupItems(SystemManager::StartupRefresh::Force));
+        m_parts.startup.readAnew();
     }
     if (what.snapshot) {
         Q_EMIT snapshotChanged();

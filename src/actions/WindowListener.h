@@ -9,8 +9,7 @@
 namespace quorvane {
 
 class ApplyReviewCoordinator;
-class SystemManager;
-class Tasks;
+class StartupEditing;
 
 /// What window and menu start actions with: reviews and offers are sheets, which nothing here paints. Main thread.
 class WindowListener final : public QObject, public AlertingListener {
@@ -21,8 +20,7 @@ public:
         AlertPresenter& alerts;
         SystemScans& scans;
         ApplyReviewCoordinator& reviews;
-        SystemManager& system;
-        Tasks& tasks;
+        StartupEditing& startup;
     };
     explicit WindowListener(const Parts& parts, QObject* parent = nullptr);
 

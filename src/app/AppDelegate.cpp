@@ -27,7 +27,7 @@ AppDelegate::AppDelegate(const AppParts& parts)
     , m_session(parts.host, sessionParts())
     , m_reviews({m_workspace, parts.host.clock, m_session.tasks, m_session.turnstile, m_session.profileActions,
                  m_session.tweakActions, m_session.systemActions})
-    , m_listener({m_alerts, m_session.scans, m_reviews, m_session.system, m_session.tasks})
+    , m_listener({m_alerts, m_session.scans, m_reviews, m_session.startupEditing})
     , m_lockActions(m_session.stage, *m_lock)
     , m_launch({m_session, parts.host.clock, m_appearance, *m_lock, m_listener})
     , m_documentation(m_workspace)

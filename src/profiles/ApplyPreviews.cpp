@@ -17,7 +17,7 @@ void appendUnlessEmpty(QList<ReviewSection>& sections, const ReviewSection& sect
 QList<ReviewSection::Row> rowsOf(const QList<StartupItem>& items) {
     QList<ReviewSection::Row> rows;
     for (const StartupItem& item : items) {
-        rows.append({item.name, label(item.kind)});
+        rows.append({item.name, label(item.kind) + (item.isProtected ? u", protected: stays on"_s : QString())});
     }
     return rows;
 }

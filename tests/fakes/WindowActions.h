@@ -63,7 +63,7 @@ protected:
     const UnifiedProfile live = profileWithStartup();
     ApplyReviewCoordinator reviews{{workspace, clock, session->tasks, session->turnstile, session->profileActions,
                                     session->tweakActions, session->systemActions}};
-    WindowListener window{{alerts, session->scans, reviews, session->system, session->tasks}};
+    WindowListener window{{alerts, session->scans, reviews, session->startupEditing}};
 };
 
 } // namespace quorvane

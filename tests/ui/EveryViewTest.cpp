@@ -136,6 +136,7 @@ const QString kOfferSheet =
     u"dialog Create Master System Baseline: Quorvane can capture your Mac’s current system settings "
     "as a protected master restore baseline."_s;
 const QString kTweaksRow = u"button System Tweaks: Fine-tune macOS performance settings"_s;
+const QString kStartupRow = u"button Startup Optimization: Manage login items and launch agents"_s;
 const QString kPickOrDelete = u"Select the row to apply, or use Delete to remove this profile"_s;
 
 } // namespace
@@ -160,7 +161,7 @@ TEST_F(EveryView, theMainPageWithProfiles) {
                                u"row Gig 1: Empty profile. "_s + kPickOrDelete,
                                u"row Gig 2: Empty profile. "_s + kPickOrDelete,
                                u"row Default: Standard macOS operation. Select the row to apply"_s,
-                               u"button Delete profile: Live"_s, kTweaksRow}));
+                               u"button Delete profile: Live"_s, kTweaksRow, kStartupRow}));
     expectUsable();
 }
 
@@ -197,6 +198,29 @@ TEST_F(EveryView, theTweaksPage) {
         QStringList(u"check box Deactivate Siri Core Services: Stop Siri voice processing and background listening "
                     "(checked)"_s));
     EXPECT_EQ(spoken.last(), u"button Execute Tweaks"_s);
+    expectUsable();
+}
+
+TEST_F(EveryView, theStartupPage) {
+    StartupItem gone;
+    gone.id = u"launch:com.gone.plist"_s;
+    gone.name = u"Gone Helper"_s;
+    gone.kind = StartupItemKind::launchAgent;
+    gone.runsAtStartup = false;
+    UnifiedProfile profile = live;
+    profile.startup.items = {gone};
+    session->workingCopy.load(profile);
+    session->workingCopy.addLaunchItem({u"Live"_s, u"/Applications/Live.app"_s, true});
+    QCoro::waitFor(session->system.discoverStartupItems(SystemManager::StartupRefresh::UseCache));
+    open();
+    click(u"Startup Optimization"_s);
+    processEventsUntil([this] { return !session->startupEditing.isRefreshing(); });
+    settle();
+    const QStringList spoken = spokenControls(mainWindow.get());
+    EXPECT_EQ(spoken.filter(u"row "_s).filter(u" at login"_s).size(), 3) << spoken.join(u'\n').toStdString();
+    EXPECT_EQ(spoken.filter(u"row Chat, App, runs at login"_s).filter(u"(checked"_s).size(), 1);
+    EXPECT_TRUE(spoken.contains(u"field Search startup items…"_s));
+    EXPECT_EQ(spoken.last(), u"button Review Changes"_s);
     expectUsable();
 }
 

@@ -53,6 +53,14 @@ TEST(ApplyPreviews, theSectionsOfStartupChanges) {
                      u"Network interfaces will be disabled [network.slash]"_s}));
 }
 
+TEST(ApplyPreviews, whatIsProtectedStaysOnAndIsSaidSo) {
+    StartupChangePreview preview;
+    preview.willDisable = {item(u"Traktor Helper"_s, StartupItemKind::loginApp)};
+    preview.willDisable.first().isProtected = true;
+    EXPECT_EQ(shown(preview), QStringList({u"Will disable at login [minus.circle.fill]"_s,
+                                           u"  Traktor Helper – App, protected: stays on"_s}));
+}
+
 TEST(ApplyPreviews, sectionsWithoutContentAreLeftOut) {
     EXPECT_EQ(shown(StartupChangePreview()), QStringList());
     StartupChangePreview network;

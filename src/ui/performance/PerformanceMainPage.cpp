@@ -157,6 +157,9 @@ QWidget* PerformanceMainPage::makeManualSection() {
     auto* const tweaks = new PerformanceNavigationRow(systemTweaksRow(), BadgeColor::Grey, RowEnd::Chevron);
     section->card().addRow(tweaks);
     connect(tweaks, &QPushButton::clicked, this, &PerformanceMainPage::tweaksRequested);
+    auto* const startup = new PerformanceNavigationRow(startupOptimizationRow(), BadgeColor::Green, RowEnd::Chevron);
+    section->card().addRow(startup);
+    connect(startup, &QPushButton::clicked, this, &PerformanceMainPage::startupRequested);
     return section;
 }
 

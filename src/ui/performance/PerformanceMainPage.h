@@ -23,6 +23,7 @@ public:
 
 Q_SIGNALS:
     void tweaksRequested();
+    void startupRequested();
     /// A new profile.
     void wizardRequested();
     /// The loaded one is to be edited.

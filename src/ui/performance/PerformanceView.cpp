@@ -4,6 +4,7 @@
 #include "actions/Session.h"
 #include "ui/ViewEnvironment.h"
 #include "ui/performance/PerformanceMainPage.h"
+#include "ui/performance/StartupPage.h"
 #include "ui/performance/TweaksPage.h"
 #include "ui/pieces/IdleGuard.h"
 #include "ui/profiles/ProfileWizardView.h"
@@ -50,7 +51,14 @@ QWidget* PerformanceView::makePage(PerformancePage page) {
         connect(tweaks, &TweaksPage::editorRequested, this, edit);
         return tweaks;
     }
+    if (page == PerformancePage::startup) {
+        auto* const startup = new StartupPage(m_environment);
+        connect(startup, &StartupPage::backRequested, this, [this] { setCurrentPage(PerformancePage::main); });
+        connect(startup, &StartupPage::editorRequested, this, edit);
+        return startup;
+    }
     auto* const main = new PerformanceMainPage(m_environment);
+    connect(main, &PerformanceMainPage::startupRequested, this, [this] { setCurrentPage(PerformancePage::startup); });
     connect(main, &PerformanceMainPage::tweaksRequested, this, [this] { setCurrentPage(PerformancePage::tweaks); });
     connect(main, &PerformanceMainPage::wizardRequested, this,
             [this, &workingCopy, &saved] { openWizard(ProfileWizard::forNew(workingCopy, saved)); });

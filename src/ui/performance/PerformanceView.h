@@ -12,7 +12,7 @@ class ProfileWizard;
 struct ViewEnvironment;
 
 /// The pages of the performance tab.
-enum class PerformancePage { main, wizard, tweaks };
+enum class PerformancePage { main, wizard, tweaks, startup };
 
 /// The performance tab: its main page, and those that a row of it leads to. A page is made when it is visited first, and then
 /// kept; the wizard begins anew each time.

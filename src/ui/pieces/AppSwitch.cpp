@@ -51,19 +51,29 @@ void AppSwitch::paintEvent(QPaintEvent*) {
     const double share =
         m_move.state() == QAbstractAnimation::Running ? m_move.currentValue().toDouble() : (isChecked() ? 1.0 : 0.0);
     const QRectF track(Theme::kRingRoom, (height() - kTrackHeight) / 2.0, kTrackWidth, kTrackHeight);
+    QPainter painter(this);
+    paintSwitch(painter, theme, track, share, looksEnabled(this));
+    if (hasFocus() && window()->testAttribute(Qt::WA_KeyboardFocusChange)) {
+        drawFocusRing(painter, theme, track, kTrackHeight / 2.0);
+    }
+}
+
+void paintSwitch(QPainter& painter, const Theme& theme, const QRectF& track, double share, bool isEnabled) {
     const double knob = kTrackHeight - 2 * kKnobMargin;
     const double travel = kTrackWidth - 2 * kKnobMargin - knob;
-    QPainter painter(this);
+    painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setOpacity(looksEnabled(this) ? 1 : 0.4);
+    painter.setOpacity(isEnabled ? 1 : 0.4);
     painter.setPen(Qt::NoPen);
     painter.setBrush(between(theme.switchOff, theme.switchOn, share));
     painter.drawRoundedRect(track, kTrackHeight / 2.0, kTrackHeight / 2.0);
     painter.setBrush(theme.switchKnob);
     painter.drawEllipse(QRectF(track.left() + kKnobMargin + travel * share, track.top() + kKnobMargin, knob, knob));
-    if (hasFocus() && window()->testAttribute(Qt::WA_KeyboardFocusChange)) {
-        drawFocusRing(painter, theme, track, kTrackHeight / 2.0);
-    }
+    painter.restore();
+}
+
+QSize switchSize() {
+    return {kTrackWidth, kTrackHeight};
 }
 
 } // namespace quorvane

@@ -3,7 +3,11 @@
 #include <QCheckBox>
 #include <QVariantAnimation>
 
+class QPainter;
+
 namespace quorvane {
+
+class Theme;
 
 /// A switch. It moves when its state has changed, whoever has changed it.
 class AppSwitch : public QCheckBox {
@@ -24,5 +28,10 @@ private:
 
     QVariantAnimation m_move; ///< 0 is off, 1 is on
 };
+
+/// A switch as it is drawn where it isn't a widget. @param share  0 is off, 1 is on
+void paintSwitch(QPainter& painter, const Theme& theme, const QRectF& track, double share, bool isEnabled);
+/// Of a switch's track.
+QSize switchSize();
 
 } // namespace quorvane

@@ -12,6 +12,7 @@
 #include "ui/pieces/SymbolButton.h"
 #include "ui/pieces/TextLabel.h"
 #include "ui/profiles/WizardSaveStep.h"
+#include "ui/startup/StartupItemsEditor.h"
 
 #include <QHBoxLayout>
 #include <QPointer>
@@ -96,6 +97,7 @@ QWidget* ProfileWizardView::makeHeader() {
 QWidget* ProfileWizardView::makeSteps() {
     m_steps = new QStackedWidget;
     m_steps->addWidget(makeTweaksStep());
+    m_steps->addWidget(makeStartupStep());
     m_steps->addWidget(new WizardSaveStep(*m_wizard, m_environment.session.workingCopy));
     return m_steps;
 }
@@ -106,6 +108,12 @@ QWidget* ProfileWizardView::makeTweaksStep() {
     page->addPart(new TweakSections(m_environment.session.workingCopy));
     page->finish();
     return page;
+}
+
+QWidget* ProfileWizardView::makeStartupStep() {
+    auto* const editor = new StartupItemsEditor(m_environment, {.showActions = false});
+    connect(editor, &StartupItemsEditor::backRequested, this, &ProfileWizardView::goBack);
+    return editor;
 }
 
 QWidget* ProfileWizardView::makeButtons() {

@@ -31,6 +31,7 @@ private:
     QWidget* makeHeader();
     QWidget* makeSteps();
     QWidget* makeTweaksStep();
+    QWidget* makeStartupStep();
     QWidget* makeButtons();
     void showStep();
     void update();

@@ -102,6 +102,7 @@ constexpr std::array kSymbols{
     Symbol{"externaldrive.badge.icloud", badged(svg("hdd"), svg("cloud-fill"))},
     Symbol{"externaldrive.badge.xmark", badged(svg("hdd"), svg("x-circle-fill"))},
     Symbol{"externaldrive.fill", alone(svg("hdd-fill"))},
+    Symbol{"eye.fill", alone(svg("eye-fill"))},
     Symbol{"eye.slash.fill", slashed(svg("eye-fill"))},
     Symbol{"flag.fill", alone(svg("flag-fill"))},
     Symbol{"flame.fill", alone(svg("fire"))},

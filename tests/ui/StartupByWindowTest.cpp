@@ -1,0 +1,453 @@
+// The startup page on a simulated Mac: what it lists, and what is done in it by keys and clicks.
+
+#include "fakes/QuickWindowOnMac.h"
+
+#include <QListWidget>
+#include <QScrollBar>
+#include <QTest>
+
+namespace quorvane {
+
+namespace {
+
+class StartupByWindow : public QuickWindowOnMac {
+protected:
+    explicit StartupByWindow(const QString& mac = u"dj-laptop"_s)
+        : QuickWindowOnMac(mac) {}
+
+    void SetUp() override { keepBaseline(); }
+    void openStartup() {
+        launchAndScan();
+        click(u"Startup Optimization"_s);
+        waitUntilRefreshed();
+    }
+    void waitUntilRefreshed() {
+        processEventsUntil([this] { return !session().startupEditing.isRefreshing(); });
+        letEventsPass();
+    }
+    static QAbstractItemView* list() { return qobject_cast<QAbstractItemView*>(control(u"Startup Items"_s)); }
+    static QModelIndex row(const QString& name) {
+        const QAbstractItemModel& model = *list()->model();
+        return model.match(model.index(0, 0), Qt::DisplayRole, name, 1, Qt::MatchExactly | Qt::MatchCaseSensitive)
+            .value(0);
+    }
+    /// As a screen reader says them.
+    static QStringList rows() {
+        QStringList texts;
+        const QAbstractItemModel& model = *list()->model();
+        for (int number = 0; number < model.rowCount(); ++number) {
+            texts.append(model.index(number, 0).data(Qt::AccessibleTextRole).toString());
+        }
+        return texts;
+    }
+    static QStringList itemRows() {
+        QStringList items = rows();
+        items.removeIf([](const QString& text) { return !text.endsWith(u" at login"_s); });
+        return items;
+    }
+    static QString spoken(const QString& name) { return row(name).data(Qt::AccessibleTextRole).toString(); }
+    static QString description(const QString& name) { return row(name).data(Qt::AccessibleDescriptionRole).toString(); }
+    static bool isOn(const QString& name) { return row(name).data(Qt::CheckStateRole) == Qt::Checked; }
+    static QString currentRow() { return list()->currentIndex().data().toString(); }
+
+    /// Clicks the row so far from its right end.
+    static void clickRow(const QString& name, int fromRight = 200) {
+        ASSERT_TRUE(row(name).isValid()) << name.toStdString();
+        list()->scrollTo(row(name));
+        const QRect place = list()->visualRect(row(name));
+        const int right = place.center().x() + std::min(Theme::kColumn, place.width() - 2 * Theme::kGap24) / 2;
+        QTest::mouseClick(list()->viewport(), Qt::LeftButton, {}, QPoint(right - fromRight, place.center().y()));
+        letEventsPass();
+    }
+    static void goTo(const QString& name) {
+        list()->setFocus();
+        list()->setCurrentIndex(row(name));
+    }
+    static void search(const QString& text) {
+        control(u"Search startup items…"_s)->setFocus();
+        auto* const field = qobject_cast<QLineEdit*>(control(u"Search startup items…"_s));
+        field->selectAll();
+        press(Qt::Key_Delete);
+        type(text);
+        letEventsPass();
+    }
+    UnifiedProfile profileWith(const QList<StartupItem>& items) {
+        UnifiedProfile profile = numberedProfile(1, u"Club"_s);
+        profile.startup.items = items;
+        return profile;
+    }
+    static StartupItem helperOff() {
+        StartupItem item;
+        item.id = launchItemId(u"com.gone.helper.plist"_s);
+        item.name = u"Gone Helper"_s;
+        item.path = u"/Library/LaunchAgents/com.gone.helper.plist"_s;
+        item.kind = StartupItemKind::launchAgent;
+        item.launchIdentifier = u"com.gone.helper.plist"_s;
+        item.runsAtStartup = false;
+        return item;
+    }
+};
+
+class StartupOnFreshMac : public StartupByWindow {
+protected:
+    StartupOnFreshMac()
+        : StartupByWindow(u"fresh-macbook"_s) {}
+};
+
+const QString kQuestion = u"Protected Item"_s;
+
+} // namespace
+
+// ---- The list
+
+TEST_F(StartupByWindow, theRowLeadsToThePageAndEscapeLeadsBack) {
+    openStartup();
+    EXPECT_TRUE(isSeen(u"Startup Optimization"_s));
+    EXPECT_TRUE(isSeen(u"Manage login items and launch agents"_s));
+    EXPECT_TRUE(
+        isSeen(u"Control which apps, agents, background items, and daemons run when you log in. Turn off an item "
+               "to disable it when this profile is applied."_s));
+    search(u"dropbox"_s);
+    press(Qt::Key_Escape);
+    EXPECT_EQ(qobject_cast<QLineEdit*>(control(u"Search startup items…"_s))->text(), QString());
+    EXPECT_TRUE(isSeen(u"Review Changes"_s));
+    press(Qt::Key_Escape);
+    EXPECT_FALSE(isSeen(u"Review Changes"_s));
+    EXPECT_EQ(focused(), u"Startup Optimization"_s);
+}
+
+TEST_F(StartupByWindow, itListsWhatRunsAtLoginAndCountsIt) {
+    openStartup();
+    EXPECT_EQ(spoken(u"Spotify"_s), u"Spotify, App, runs at login"_s);
+    EXPECT_EQ(spoken(u"Traktor Helper"_s), u"Traktor Helper, App, protected, runs at login"_s);
+    EXPECT_EQ(spoken(u"Stem Sync Agent"_s), u"Stem Sync Agent, Background Agent, runs at login"_s);
+    EXPECT_TRUE(isSeen(u"Run at Login (%1)"_s.arg(itemRows().size())));
+    EXPECT_TRUE(description(u"Spotify"_s).contains(u"/Applications/Spotify.app"_s));
+    const qsizetype count = itemRows().size();
+    clickRow(u"Spotify"_s);
+    EXPECT_EQ(spoken(u"Spotify"_s), u"Spotify, App, disabled at login"_s);
+    EXPECT_TRUE(description(u"Spotify"_s).contains(u"Disabled at login"_s));
+    EXPECT_TRUE(isSeen(u"Run at Login (%1)"_s.arg(count - 1)));
+    search(u"spotify"_s);
+    EXPECT_TRUE(isSeen(u"Run at Login (%1)"_s.arg(count - 1))) << "whatever is searched";
+}
+
+TEST_F(StartupByWindow, theSearchLooksAtNamesPathsAndKinds) {
+    openStartup();
+    const QStringList all = itemRows();
+    search(u"   "_s);
+    EXPECT_EQ(itemRows(), all);
+    search(u" DAEMON "_s);
+    EXPECT_FALSE(itemRows().isEmpty());
+    for (const QString& text : itemRows()) {
+        EXPECT_TRUE(text.contains(u", Daemon,"_s)) << text.toStdString();
+    }
+    search(u"Launch Agent"_s);
+    EXPECT_FALSE(itemRows().isEmpty());
+    for (const QString& text : itemRows()) {
+        EXPECT_TRUE(text.contains(u", Launch Agent,"_s) || text.contains(u"Agent"_s)) << text.toStdString();
+    }
+    search(u"/music/sets/"_s);
+    EXPECT_EQ(itemRows(), QStringList(u"Mika’s \"Warm-up\" | intro, App, runs at login"_s));
+    search(u"nobody has this"_s);
+    EXPECT_EQ(itemRows(), QStringList());
+    EXPECT_TRUE(rows().contains(u"No items match your search."_s));
+    EXPECT_TRUE(rows().contains(u"Disable Network on Startup"_s)) << "the sections stay";
+}
+
+TEST_F(StartupByWindow, aRowThatIsSwitchedAndHiddenByTheSearchStaysSwitched) {
+    openStartup();
+    search(u"spotify"_s);
+    goTo(u"Spotify"_s);
+    press(Qt::Key_Space);
+    search(u"dropbox"_s);
+    EXPECT_FALSE(row(u"Spotify"_s).isValid());
+    search(u""_s);
+    EXPECT_FALSE(isOn(u"Spotify"_s));
+}
+
+TEST_F(StartupByWindow, theKeysOfTheList) {
+    openStartup();
+    click(u"Search startup items…"_s);
+    press(Qt::Key_Down);
+    EXPECT_EQ(focused(), u"Startup Items"_s);
+    press(Qt::Key_End);
+    EXPECT_EQ(currentRow(), u"Disable Network on Startup"_s);
+    press(Qt::Key_Space);
+    EXPECT_TRUE(isOn(u"Disable Network on Startup"_s));
+    EXPECT_TRUE(session().workingCopy.startup().disableNetworkAtStartup);
+    press(Qt::Key_Home);
+    EXPECT_EQ(list()->currentIndex().row(), 0);
+    type(u"spo"_s);
+    EXPECT_TRUE(currentRow().startsWith(u"Spo"_s)) << currentRow().toStdString();
+}
+
+// ---- Protected items
+
+TEST_F(StartupByWindow, aProtectedItemAsksBeforeItGoesOffAndNotWhenItComesBack) {
+    openStartup();
+    goTo(u"Traktor Helper"_s);
+    press(Qt::Key_Space);
+    waitUntilAlert(kQuestion);
+    EXPECT_EQ(alert().text,
+              u"This item is usually required for audio workflows. Disable it only if you are sure it is safe."_s);
+    EXPECT_EQ(alert().onReturn, u"Keep Enabled"_s);
+    EXPECT_TRUE(isOn(u"Traktor Helper"_s)) << "nothing has happened yet";
+    answerAlert(kQuestion, u"Keep Enabled"_s);
+    letEventsPass();
+    EXPECT_TRUE(isOn(u"Traktor Helper"_s));
+    EXPECT_EQ(currentRow(), u"Traktor Helper"_s);
+    EXPECT_EQ(focused(), u"Startup Items"_s);
+
+    clickRow(u"Traktor Helper"_s);
+    answerAlert(kQuestion, u"Disable Anyway"_s);
+    processEventsUntil([] { return !isOn(u"Traktor Helper"_s); });
+    EXPECT_EQ(description(u"Traktor Helper"_s).count(u"Disabled at login"_s), 1);
+
+    clickRow(u"Traktor Helper"_s);
+    EXPECT_EQ(alertTitle(), QString());
+    EXPECT_TRUE(isOn(u"Traktor Helper"_s));
+}
+
+TEST_F(StartupByWindow, theLockKeepsAProtectedItemEnabled) {
+    enableLock();
+    launch();
+    unlock();
+    processEventsUntil([this] { return session().scans.isUpToDate() && session().turnstile.isIdle(); });
+    click(u"Startup Optimization"_s);
+    waitUntilRefreshed();
+    clickRow(u"Traktor Helper"_s);
+    waitUntilAlert(kQuestion);
+    resignActive();
+    letEventsPass();
+    becomeActive();
+    unlock();
+    if (alertTitle() == kQuestion) {
+        answerAlert(kQuestion, u"Keep Enabled"_s);
+    }
+    letEventsPass();
+    EXPECT_TRUE(session().workingCopy.startup().disabledLoginNames().isEmpty());
+}
+
+// ---- Services
+
+TEST_F(StartupByWindow, aServiceTakesItsItemsAlongAndLeavesThemOff) {
+    openStartup();
+    EXPECT_TRUE(rows().contains(u"Cloud Services"_s));
+    EXPECT_TRUE(
+        description(u"Cloud Services"_s)
+            .contains(
+                u"Cloud storage detected on this Mac. Turn off a service to prevent it from starting at login."_s));
+    const auto dropbox = [] {
+        QModelIndex last;
+        for (int number = 0; number < list()->model()->rowCount(); ++number) {
+            const QModelIndex index = list()->model()->index(number, 0);
+            last = index.data().toString() == u"Dropbox"_s ? index : last;
+        }
+        return last; // the item of that name stands above
+    };
+    EXPECT_TRUE(
+        dropbox().data(Qt::AccessibleDescriptionRole).toString().contains(u"Prevent Dropbox from starting at login"_s));
+    ASSERT_TRUE(isOn(u"Dropbox"_s));
+    list()->setFocus();
+    list()->setCurrentIndex(dropbox());
+    press(Qt::Key_Space);
+    EXPECT_FALSE(isOn(u"Dropbox"_s));
+    EXPECT_EQ(dropbox().data(Qt::CheckStateRole), Qt::Unchecked);
+    clickRow(u"Dropbox"_s);
+    EXPECT_FALSE(isOn(u"Dropbox"_s)) << "its service keeps it off";
+    list()->setCurrentIndex(dropbox());
+    press(Qt::Key_Space);
+    EXPECT_FALSE(isOn(u"Dropbox"_s)) << "it stays off";
+    EXPECT_TRUE(dropbox().data(Qt::AccessibleDescriptionRole).toString().contains(u"Turn its items back on above."_s));
+    clickRow(u"Dropbox"_s);
+    EXPECT_TRUE(isOn(u"Dropbox"_s));
+}
+
+TEST_F(StartupOnFreshMac, withoutACloudProductThereIsNoSuchSection) {
+    openStartup();
+    EXPECT_FALSE(rows().contains(u"Cloud Services"_s));
+    UnifiedProfile profile = profileWith({});
+    profile.startup.disabledCloudSyncAtStartup = {CloudSyncService::mega};
+    session().workingCopy.load(profile);
+    letEventsPass();
+    EXPECT_TRUE(rows().contains(u"Cloud Services"_s));
+    EXPECT_TRUE(description(u"MEGA"_s).contains(u"Not on this Mac"_s));
+    EXPECT_FALSE(isOn(u"MEGA"_s));
+}
+
+// ---- Applications
+
+TEST_F(StartupByWindow, aSuggestionIsAddedHiddenAndTakenOffAgain) {
+    openStartup();
+    ASSERT_TRUE(rows().contains(u"Suggested performance apps"_s));
+    clickRow(u"Serato DJ Pro"_s);
+    EXPECT_EQ(spoken(u"Serato DJ Pro"_s), u"Serato DJ Pro, Added App, runs at login"_s);
+    EXPECT_EQ(rows().count(u"Serato DJ Pro"_s), 0) << "no suggestion any more";
+    EXPECT_EQ(currentRow(), u"Serato DJ Pro"_s);
+    EXPECT_TRUE(list()->viewport()->rect().intersects(list()->visualRect(row(u"Serato DJ Pro"_s))));
+    EXPECT_TRUE(description(u"Serato DJ Pro"_s).contains(u"Opens visibly at login"_s));
+
+    const int switchAndGap = 38 + Theme::kGap12 + Theme::kGap8;
+    clickRow(u"Serato DJ Pro"_s, switchAndGap + 28 + Theme::kGap8 + 14);
+    EXPECT_TRUE(description(u"Serato DJ Pro"_s).contains(u"Opens hidden at login"_s));
+    EXPECT_EQ(session().workingCopy.startup().startupLaunchItems(),
+              QList<StartupLaunchItem>({{u"Serato DJ Pro"_s, u"/Applications/Serato DJ Pro.app"_s, true}}));
+
+    goTo(u"Serato DJ Pro"_s);
+    press(Qt::Key_Delete);
+    EXPECT_EQ(spoken(u"Serato DJ Pro"_s), u"Serato DJ Pro"_s) << "suggested again";
+    EXPECT_TRUE(session().workingCopy.startup().startupLaunchItems().isEmpty());
+    EXPECT_EQ(focused(), u"Startup Items"_s);
+}
+
+TEST_F(StartupByWindow, anApplicationThatOpensAtLoginAlreadyIsOneRow) {
+    openStartup();
+    EXPECT_EQ(spoken(u"Spotify"_s), u"Spotify, App, runs at login"_s);
+    click(u"Add Application…"_s);
+    processEventsUntil([] { return isSeen(u"Choose Application to Start at Login"_s); });
+    auto* const applications = qobject_cast<QListWidget*>(control(u"Applications"_s));
+    ASSERT_NE(applications, nullptr);
+    applications->setCurrentItem(applications->findItems(u"Spotify"_s, Qt::MatchExactly).value(0));
+    click(u"Open"_s);
+    processEventsUntil([] { return spoken(u"Spotify"_s) == u"Spotify, Added App, runs at login"_s; });
+    EXPECT_EQ(itemRows().filter(u"Spotify,"_s).size(), 1);
+    processEventsUntil([this] { return session().turnstile.isIdle(); });
+    goTo(u"Spotify"_s);
+    press(Qt::Key_Delete);
+    EXPECT_EQ(spoken(u"Spotify"_s), u"Spotify, App, runs at login"_s) << "its login item shows again";
+}
+
+TEST_F(StartupByWindow, clearingAsksWhereAddedApplicationsWouldGo) {
+    openStartup();
+    clickRow(u"Spotify"_s);
+    click(u"Clear Selection"_s);
+    letEventsPass();
+    EXPECT_EQ(alertTitle(), QString());
+    EXPECT_TRUE(isOn(u"Spotify"_s));
+
+    clickRow(u"Serato DJ Pro"_s);
+    click(u"Clear Selection"_s);
+    waitUntilAlert(u"Clear Selection?"_s);
+    EXPECT_EQ(alert().text, u"Added applications will be taken off the list."_s);
+    EXPECT_EQ(alert().onReturn, u"Cancel"_s);
+    answerAlert(u"Clear Selection?"_s, u"Cancel"_s);
+    EXPECT_EQ(session().workingCopy.startup().startupLaunchItems().size(), 1);
+    processEventsUntil([this] { return session().turnstile.isIdle(); });
+    click(u"Clear Selection"_s);
+    answerAlert(u"Clear Selection?"_s, u"Clear"_s);
+    processEventsUntil([this] { return session().workingCopy.startup().startupLaunchItems().isEmpty(); });
+    EXPECT_TRUE(rows().contains(u"Serato DJ Pro"_s)) << "suggested again";
+}
+
+// ---- What isn't there, and what couldn't be read
+
+TEST_F(StartupByWindow, whatIsNotOnThisMacNowIsListedAndRemovedByItself) {
+    openStartup();
+    session().workingCopy.load(profileWith({helperOff()}));
+    letEventsPass();
+    EXPECT_TRUE(rows().contains(u"Not on this Mac now (1)"_s));
+    EXPECT_EQ(spoken(u"Gone Helper"_s), u"Gone Helper, Launch Agent, disabled at login"_s);
+    EXPECT_TRUE(session().workingCopy.startup().items.contains(helperOff()));
+    search(u"gone"_s);
+    EXPECT_EQ(itemRows().size(), 1) << "the search looks there, too";
+    search(u""_s);
+    goTo(u"Gone Helper"_s);
+    press(Qt::Key_Delete);
+    EXPECT_FALSE(row(u"Gone Helper"_s).isValid());
+    EXPECT_FALSE(rows().contains(u"Not on this Mac now (1)"_s));
+    EXPECT_FALSE(session().workingCopy.startup().items.contains(helperOff()));
+    goTo(u"Spotify"_s);
+    press(Qt::Key_Delete);
+    EXPECT_TRUE(row(u"Spotify"_s).isValid()) << "what is there can't be removed";
+}
+
+TEST_F(StartupByWindow, itemsThatAreNewSinceTheSaveAreMarkedUntilTheyAreTouched) {
+    openStartup();
+    session().workingCopy.load(profileWith({helperOff()}));
+    letEventsPass();
+    EXPECT_TRUE(description(u"Spotify"_s).startsWith(u"New. "_s));
+    clickRow(u"Spotify"_s);
+    EXPECT_FALSE(description(u"Spotify"_s).contains(u"New"_s));
+    EXPECT_TRUE(description(u"Rectangle"_s).startsWith(u"New. "_s));
+}
+
+TEST_F(StartupByWindow, sourcesThatWereNotReadAreSaid) {
+    startHost(R"([{"tool": "osascript", "status": 1, "error": "not allowed"}])");
+    openStartup();
+    EXPECT_TRUE(isSeen(u"Login items can’t be read. Grant Automation permission for System Events.\n"
+                       "Background items are listed once the administrator password was given."_s));
+    EXPECT_FALSE(row(u"Spotify"_s).isValid());
+    EXPECT_FALSE(itemRows().isEmpty()) << "the other sources count";
+}
+
+TEST_F(StartupByWindow, aSystemEventsThatHangsIsSaidAfterTenSecondsAndAskedAnew) {
+    launchAndScan();
+    session().system.invalidateStartupCaches();
+    commands().hold();
+    click(u"Startup Optimization"_s);
+    letEventsPass();
+    EXPECT_TRUE(rows().contains(u"Loading startup items…"_s));
+    EXPECT_FALSE(isUsable(u"Refresh"_s));
+    clock.advance(std::chrono::milliseconds(9'900));
+    letEventsPass();
+    EXPECT_TRUE(rows().contains(u"Loading startup items…"_s));
+    clock.advance(std::chrono::milliseconds(200));
+    waitUntilRefreshed();
+    EXPECT_TRUE(isSeen(u"System Events doesn’t answer.\n"
+                       "Background items are listed once the administrator password was given."_s));
+    EXPECT_FALSE(itemRows().isEmpty()) << "the page works on";
+    commands().release();
+    click(u"Refresh"_s);
+    waitUntilRefreshed();
+    EXPECT_FALSE(isSeen(u"System Events doesn’t answer."_s));
+    EXPECT_TRUE(row(u"Spotify"_s).isValid());
+}
+
+TEST_F(StartupByWindow, whatIsDecidedWhileItIsRefreshedStaysAndTheRowStaysCurrent) {
+    openStartup();
+    goTo(u"Spotify"_s);
+    const int before = list()->visualRect(row(u"Spotify"_s)).top();
+    commands().hold();
+    click(u"Refresh"_s);
+    goTo(u"Spotify"_s);
+    press(Qt::Key_Space);
+    shell(u"osascript -e 'tell application \"System Events\" to make login item at end with properties "
+          "{path:\"/Applications/Docker.app\", hidden:false}'"_s);
+    commands().release();
+    waitUntilRefreshed();
+    EXPECT_FALSE(isOn(u"Spotify"_s));
+    EXPECT_EQ(currentRow(), u"Spotify"_s);
+    EXPECT_EQ(focused(), u"Startup Items"_s);
+    EXPECT_LE(std::abs(list()->visualRect(row(u"Spotify"_s)).top() - before), Theme::kRow * 2);
+}
+
+// ---- The review
+
+TEST_F(StartupByWindow, theReviewPromisesOnlyWhatWillHappenAndTheListIsReadAnewAfterIt) {
+    openStartup();
+    EXPECT_FALSE(isUsable(u"Review Changes"_s));
+    clickRow(u"Traktor Helper"_s);
+    answerAlert(kQuestion, u"Disable Anyway"_s);
+    processEventsUntil([] { return isUsable(u"Review Changes"_s); });
+    click(u"Review Changes"_s);
+    waitUntilSeen(u"Review Startup Changes"_s);
+    waitUntilSeen(u"App, protected: stays on"_s);
+    EXPECT_FALSE(isUsable(u"Apply Changes"_s)) << "nothing would happen";
+    press(Qt::Key_Escape);
+    processEventsUntil([this] { return session().turnstile.isIdle(); });
+
+    clickRow(u"Spotify"_s);
+    processEventsUntil([] { return isUsable(u"Review Changes"_s); });
+    click(u"Review Changes"_s);
+    processEventsUntil([] { return isUsable(u"Apply Changes"_s); });
+    click(u"Apply Changes"_s);
+    processEventsUntil([] { return !alertTitle().isEmpty(); });
+    answerAlert(alertTitle());
+    processEventsUntil([] { return isUsable(u"Done"_s); });
+    click(u"Done"_s);
+    processEventsUntil([] { return rows().contains(u"Not on this Mac now (1)"_s); });
+    EXPECT_EQ(spoken(u"Spotify"_s), u"Spotify, App, disabled at login"_s) << "not forgotten";
+}
+
+} // namespace quorvane
