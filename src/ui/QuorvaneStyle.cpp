@@ -86,7 +86,9 @@ void QuorvaneStyle::drawPushButton(const QStyleOption& option, QPainter& painter
         return;
     }
     const bool isEnabled = widget == nullptr || looksEnabled(widget);
-    const bool isFilled = button->features.testFlag(QStyleOptionButton::DefaultButton) && isEnabled;
+    const bool isMarked =
+        button->features.testFlag(QStyleOptionButton::DefaultButton) || option.state.testFlag(State_On);
+    const bool isFilled = isMarked && isEnabled;
     const QRectF frame = insideLine(withoutRing(button->rect));
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);

@@ -14,7 +14,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-class FixedMachine final : public Machine {
+class SettingsMachine final : public Machine {
 public:
     QString homeFolder() const override { return u"/Users/alex"_s; }
     QString applicationSupportFolder() const override { return {}; }
@@ -45,7 +45,7 @@ QStringList rowsOf(const QList<ServiceSection<Choices>>& sections) {
     return rows;
 }
 
-using Kind = ProfileCloudBackupKind;
+using BackupKind = ProfileCloudBackupKind;
 
 } // namespace
 
@@ -103,17 +103,17 @@ TEST(SettingsTexts, theLockSpeaksOfTheMeansByItsName) {
 }
 
 TEST(SettingsTexts, theLatestFullBackupIsNamed) {
-    const FixedMachine machine;
+    const SettingsMachine machine;
     const struct {
         QList<ProfileCloudBackupInfo> backups;
         QString subtitle;
     } cases[] = {
         {{}, {}},
-        {{backupOf(Kind::defaultCurrent, 2026, 1)}, {}},
-        {{backupOf(Kind::fullLatest, 2026, 3), backupOf(Kind::fullTimestamped, 2027, 4)},
+        {{backupOf(BackupKind::defaultCurrent, 2026, 1)}, {}},
+        {{backupOf(BackupKind::fullLatest, 2026, 3), backupOf(BackupKind::fullTimestamped, 2027, 4)},
          u"Latest backup: 2026 (3 profile(s))"_s},
-        {{backupOf(Kind::defaultCurrent, 2026, 1), backupOf(Kind::fullTimestamped, 2025, 4),
-          backupOf(Kind::fullTimestamped, 2024, 5)},
+        {{backupOf(BackupKind::defaultCurrent, 2026, 1), backupOf(BackupKind::fullTimestamped, 2025, 4),
+          backupOf(BackupKind::fullTimestamped, 2024, 5)},
          u"Latest backup: 2025 (4 profile(s))"_s},
     };
     for (const auto& [backups, subtitle] : cases) {
@@ -154,13 +154,14 @@ TEST(SettingsTexts, eachStateOfTheDiskAccessLooksDifferent) {
 }
 
 TEST(SettingsTexts, aBackupsDeviceStaysOnItsLine) {
-    const FixedMachine machine;
-    EXPECT_EQ(backupRow(backupOf(Kind::fullLatest, 2026, 2), machine),
+    const SettingsMachine machine;
+    EXPECT_EQ(backupRow(backupOf(BackupKind::fullLatest, 2026, 2), machine),
               (RowText{u"Latest Backup"_s, u"2 profile(s) from Booth"_s, u"icloud.fill"_s}));
-    EXPECT_EQ(backupRow(backupOf(Kind::defaultCurrent, 2026, 1), machine).symbol, u"display.and.arrow.down"_s);
-    EXPECT_EQ(backupRow(backupOf(Kind::defaultPrevious, 2026, 1), machine).symbol, u"arrow.counterclockwise.icloud"_s);
-    EXPECT_EQ(backupRow(backupOf(Kind::fullTimestamped, 2026, 1), machine).symbol, u"clock.arrow.circlepath"_s);
-    EXPECT_EQ(backupRow(backupOf(Kind::fullLatest, 2026, 2, u"Booth\nSaved 9 profile(s)"_s), machine).subtitle,
+    EXPECT_EQ(backupRow(backupOf(BackupKind::defaultCurrent, 2026, 1), machine).symbol, u"display.and.arrow.down"_s);
+    EXPECT_EQ(backupRow(backupOf(BackupKind::defaultPrevious, 2026, 1), machine).symbol,
+              u"arrow.counterclockwise.icloud"_s);
+    EXPECT_EQ(backupRow(backupOf(BackupKind::fullTimestamped, 2026, 1), machine).symbol, u"clock.arrow.circlepath"_s);
+    EXPECT_EQ(backupRow(backupOf(BackupKind::fullLatest, 2026, 2, u"Booth\nSaved 9 profile(s)"_s), machine).subtitle,
               u"2 profile(s) from Booth Saved 9 profile(s)"_s);
 }
 

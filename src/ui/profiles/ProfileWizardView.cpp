@@ -15,6 +15,7 @@
 #include "ui/startup/StartupItemsEditor.h"
 
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QPointer>
 #include <QStackedWidget>
 #include <QVBoxLayout>
@@ -67,12 +68,15 @@ QWidget* ProfileWizardView::makeHeader() {
     column->setSpacing(Theme::kGap8);
     auto* const back = new SymbolButton(u"chevron.left"_s, u"Back"_s);
     connect(back, &QPushButton::clicked, this, &ProfileWizardView::goBack);
-    auto* const titleRow = new QHBoxLayout;
+    auto* const whereRow = new QHBoxLayout;
     m_count = new TextLabel(TextStyle::Secondary, TextTone::Secondary);
     m_count->setWordWrap(false);
-    titleRow->addWidget(new TextLabel(TextStyle::PageTitle, TextTone::Normal, m_wizard->title()), 1);
-    titleRow->addWidget(m_count, 0, Qt::AlignBottom);
+    whereRow->setSpacing(Theme::kGap12);
     m_stepTitle = new TextLabel(TextStyle::Secondary, TextTone::Secondary);
+    m_stepTitle->setWordWrap(false);
+    whereRow->addWidget(m_count);
+    whereRow->addWidget(m_stepTitle);
+    whereRow->addStretch(1);
     auto* const stepRow = new QHBoxLayout;
     stepRow->setSpacing(Theme::kGap8);
     for (const WizardStep step : kSteps) {
@@ -88,8 +92,8 @@ QWidget* ProfileWizardView::makeHeader() {
     }
     stepRow->addStretch(1);
     column->addWidget(back, 0, Qt::AlignLeft);
-    column->addLayout(titleRow);
-    column->addWidget(m_stepTitle);
+    column->addWidget(new TextLabel(TextStyle::PageTitle, TextTone::Normal, m_wizard->title()));
+    column->addLayout(whereRow);
     column->addLayout(stepRow);
     return header;
 }
@@ -139,6 +143,21 @@ void ProfileWizardView::update() {
     }
     m_continue->setText(step == WizardStep::save ? kSaveProfile : kContinue);
     m_continue->setEnabled(step != WizardStep::save || m_wizard->canSave());
+}
+
+/// A page has no default button of its own.
+void ProfileWizardView::keyPressEvent(QKeyEvent* event) {
+    switch (event->key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        m_continue->click();
+        return;
+    case Qt::Key_Escape:
+        goBack();
+        return;
+    default:
+        QWidget::keyPressEvent(event);
+    }
 }
 
 void ProfileWizardView::goBack() {

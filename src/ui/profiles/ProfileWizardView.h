@@ -27,6 +27,9 @@ Q_SIGNALS:
     /// Back from the first step, or saved.
     void left();
 
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+
 private:
     QWidget* makeHeader();
     QWidget* makeSteps();
