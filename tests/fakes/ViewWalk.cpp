@@ -12,11 +12,11 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
-#include <QTextEdit>
 #include <QProgressBar>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QTest>
+#include <QTextBrowser>
 
 #include <algorithm>
 
@@ -80,7 +80,10 @@ QAccessible::Role wantedRole(const QWidget* widget) {
     if (qobject_cast<const QAbstractButton*>(widget) != nullptr) {
         return QAccessible::PushButton;
     }
-    if (qobject_cast<const QLineEdit*>(widget) != nullptr || qobject_cast<const QTextEdit*>(widget) != nullptr) {
+    if (qobject_cast<const QTextBrowser*>(widget) != nullptr) {
+        return QAccessible::StaticText;
+    }
+    if (qobject_cast<const QLineEdit*>(widget) != nullptr) {
         return QAccessible::EditableText;
     }
     if (qobject_cast<const QListView*>(widget) != nullptr) {

@@ -41,6 +41,8 @@ protected:
     void applyReview();
     void startSnapshotThatHangs();
     static void showLogs();
+    void showLongLog();
+    void showManual(double place);
     static void openTweaks();
     /// In the menu bar.
     static void chooseCommand(const QString& title);

@@ -85,7 +85,7 @@ const Alert kQuestion{u"Delete Profile?"_s, u"“Live” is removed from the dis
                       AlertStyle::Warning};
 
 const QStringList kSidebar{u"list Sidebar (focused)"_s, u"row Optimization"_s, u"row Performance (selected, focused)"_s,
-                           u"row Diagnostics"_s, u"row Logs"_s, u"button Documentation"_s};
+                           u"row Diagnostics"_s,        u"row Logs"_s,         u"button Documentation"_s};
 const QStringList kStatusRows{
     u"button Verify Current System Settings: Compare live macOS settings against saved profiles and presets"_s,
     u"button Create System Snapshot: Save your current macOS setup as the restore baseline"_s,
@@ -243,13 +243,13 @@ TEST_F(EveryView, theLockScreenWithAFinger) {
 
 TEST_F(EveryView, theLogs) {
     showLogs();
-    EXPECT_EQ(
-        spokenControls(mainWindow.get()),
-        (QStringList{u"list Sidebar (focused)"_s, u"row Optimization"_s, u"row Performance"_s, u"row Diagnostics"_s,
-                     u"row Logs (selected, focused)"_s, u"button Documentation"_s, u"field Search log"_s,
-                     u"button Previous (disabled)"_s, u"button Next (disabled)"_s,
-                     u"button Shown: All Messages: Opens a menu"_s, u"check box Verbose Debug Logging"_s,
-                     u"button Copy"_s, u"button Clear Log"_s, u"button Export Log…"_s, u"list Log: "_s + kNoLogMessages}));
+    EXPECT_EQ(spokenControls(mainWindow.get()),
+              (QStringList{u"list Sidebar (focused)"_s, u"row Optimization"_s, u"row Performance"_s,
+                           u"row Diagnostics"_s, u"row Logs (selected, focused)"_s, u"button Documentation"_s,
+                           u"field Search log: Search log…"_s, u"button Previous (disabled)"_s,
+                           u"button Next (disabled)"_s, u"button Shown: All Messages: Opens a menu"_s,
+                           u"check box Verbose Debug Logging"_s, u"button Copy"_s, u"button Clear Log"_s,
+                           u"button Export Log…"_s, u"list Log: "_s + kNoLogMessages}));
     expectUsable();
 }
 
@@ -272,7 +272,6 @@ TEST_F(EveryView, theDocumentation) {
     QWidget* const shown = QApplication::activeWindow();
     ASSERT_NE(shown, nullptr);
     processEventsUntil([shown] { return shown->findChild<QTextEdit*>()->toPlainText().contains(u"Copyright"); });
-    EXPECT_EQ(spokenControls(shown), QStringList(u"field Quorvane Documentation (read only, focused)"_s));
     expectUsable(shown);
 }
 
