@@ -2,6 +2,7 @@
 
 #include "core/Json.h"
 #include "core/Quoting.h"
+#include "documentation/MarkdownToHTML.h"
 
 #include <benchmark/benchmark.h>
 
@@ -52,6 +53,34 @@ void readLineEnds(benchmark::State& state) {
         benchmark::DoNotOptimize(parseJson(text));
     }
 }
+
+/// What has no end, over and over: on one line, and on a line each.
+void convertManual(benchmark::State& state, const QString& unit) {
+    const QString text = unit.repeated(static_cast<qsizetype>(state.range(0)) / unit.size());
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(markdownToHTML(text));
+    }
+}
+
+constexpr int kPage = 200 * 1024;
+constexpr int kBook = 2 * 1024 * 1024;
+
+#define BENCHMARK_MANUAL(name, unit)                                                                                   \
+    BENCHMARK_CAPTURE(convertManual, name, unit)                                                                       \
+        ->Arg(kPage)                                                                                                   \
+        ->Arg(kBook)                                                                                                   \
+        ->Repetitions(kRepetitions)                                                                                    \
+        ->Unit(benchmark::kMillisecond)
+BENCHMARK_MANUAL(plain, u"Before a show, verify.\n"_s);
+BENCHMARK_MANUAL(oneLine, u"Before a show, verify. "_s);
+BENCHMARK_MANUAL(stars, u"***a "_s);
+BENCHMARK_MANUAL(starsOfLines, u"***a\n"_s);
+BENCHMARK_MANUAL(openStars, u"*a\n**b\n"_s);
+BENCHMARK_MANUAL(onlyStars, u"*"_s);
+BENCHMARK_MANUAL(backticks, u"`a`` "_s);
+BENCHMARK_MANUAL(fences, u"```a\n"_s);
+BENCHMARK_MANUAL(bars, u"a|b|c\n"_s);
+BENCHMARK_MANUAL(items, u"- a\n"_s);
 
 BENCHMARK(quoteForAppleScript)->Arg(kShort)->Arg(kLong)->Repetitions(kRepetitions)->Unit(benchmark::kMillisecond);
 BENCHMARK(quoteForShell)->Arg(kShort)->Arg(kLong)->Repetitions(kRepetitions)->Unit(benchmark::kMillisecond);

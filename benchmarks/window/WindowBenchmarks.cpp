@@ -1,5 +1,5 @@
 // How long the program takes until it is seen, and how much memory it holds at rest, against a bare main window; and how
-// long its window is ever stalled. On the display that DISPLAY names. Arguments name what is measured: paint, memory, stalls.
+// long its window is ever stalled. On the display that DISPLAY names. Arguments name what is measured: paint, memory, stalls, reading.
 
 #include "Verdicts.h"
 
@@ -26,6 +26,7 @@ using namespace std::chrono_literals;
 constexpr int kStarts = 25;
 constexpr double kFirstPaintAtMost = 2.0;
 constexpr double kMemoryAtMost = 1.6;
+constexpr double kLogAtMost = 1.15;
 constexpr int kRounds = 5;
 constexpr double kFrame = 16; // milliseconds
 constexpr double kWritesPerStall = 2;
@@ -160,15 +161,19 @@ struct Stall {
 /// By what was done meanwhile, in the order in which it was done.
 using Stalls = std::vector<std::pair<QByteArray, Stall>>;
 
-Stalls stallsOfRound() {
+QByteArray outputOf(const QString& program, const QStringList& arguments) {
     QProcess round;
     round.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    round.start(QCoreApplication::applicationDirPath() + u"/stall_round"_s, QStringList());
+    round.start(QCoreApplication::applicationDirPath() + u'/' + program, arguments);
     if (!round.waitForFinished(-1) || round.exitStatus() != QProcess::NormalExit || round.exitCode() != 0) {
         fail(u"a round came to no end"_s);
     }
+    return round.readAllStandardOutput().trimmed();
+}
+
+Stalls stallsOfRound(const QString& program, const QStringList& arguments) {
     Stalls stalls;
-    for (const QByteArray& line : round.readAllStandardOutput().trimmed().split('\n')) {
+    for (const QByteArray& line : outputOf(program, arguments).split('\n')) {
         const QList<QByteArray> fields = line.split('\t');
         const QByteArray rest = fields.value(2) + " ms of the processor; " + fields.value(3);
         stalls.emplace_back(fields.value(0), Stall{fields.value(1).toDouble(), rest});
@@ -177,24 +182,42 @@ Stalls stallsOfRound() {
 }
 
 /// What the program does takes as long in each round; what else the machine does meanwhile doesn't. So the best round counts.
-void measureStalls(Verdicts& verdicts) {
-    Stalls best = stallsOfRound();
+Stalls bestStalls(const QString& program, const QStringList& arguments) {
+    Stalls best = stallsOfRound(program, arguments);
     for (int round = 1; round < kRounds; ++round) {
-        const Stalls stalls = stallsOfRound();
+        const Stalls stalls = stallsOfRound(program, arguments);
         for (std::size_t place = 0; place < best.size(); ++place) {
             if (stalls.at(place).second.milliseconds < best[place].second.milliseconds) {
                 best[place] = stalls[place];
             }
         }
     }
+    return best;
+}
+
+void report(Verdicts& verdicts, const Stalls& stalls, double atMost) {
+    for (const auto& [what, stall] : stalls) {
+        verdicts.limit(what.constData(), stall.milliseconds, atMost, "ms");
+        std::printf("    %s\n", stall.rest.constData());
+    }
+}
+
+void measureStalls(Verdicts& verdicts) {
+    Stalls best = bestStalls(u"stall_round"_s, {});
     const double write = best.front().second.milliseconds;
+    best.erase(best.begin());
     std::printf("\nLongest stall of the event loop with 1,000 saved profiles, where a bare write takes %.1f ms:\n",
                 write);
-    for (auto stall = best.begin() + 1; stall != best.end(); ++stall) {
-        verdicts.limit(stall->first.constData(), stall->second.milliseconds, std::max(kFrame, kWritesPerStall * write),
-                       "ms");
-        std::printf("    %s\n", stall->second.rest.constData());
-    }
+    report(verdicts, best, std::max(kFrame, kWritesPerStall * write));
+}
+
+void measureReading(Verdicts& verdicts) {
+    std::puts("\nLongest stall of the event loop while the log and the manual are read:");
+    report(verdicts, bestStalls(u"reading_round"_s, {u"stalls"_s}), kFrame);
+    std::puts("\nMemory from 20,000 to 200,000 lines of the log:");
+    const double bare = outputOf(u"reading_round"_s, {u"bare"_s}).toDouble();
+    verdicts.ratio("with the page of the log", outputOf(u"reading_round"_s, {u"memory"_s}).toDouble(), "bare list",
+                   bare, kLogAtMost, "MiB");
 }
 
 int measure(const QStringList& names) {
@@ -215,6 +238,9 @@ int measure(const QStringList& names) {
         }
         if (isWanted(u"stalls"_s)) {
             measureStalls(verdicts);
+        }
+        if (isWanted(u"reading"_s)) {
+            measureReading(verdicts);
         }
     } catch (const std::exception& error) {
         std::fprintf(stderr, "%s\n", error.what());

@@ -17,6 +17,7 @@
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QTest>
+#include <QTextBrowser>
 #include <QTextEdit>
 
 #include <algorithm>
@@ -85,7 +86,10 @@ QAccessible::Role wantedRole(const QWidget* widget) {
     if (qobject_cast<const QAbstractButton*>(widget) != nullptr) {
         return QAccessible::PushButton;
     }
-    if (qobject_cast<const QLineEdit*>(widget) != nullptr || qobject_cast<const QTextEdit*>(widget) != nullptr) {
+    if (qobject_cast<const QTextBrowser*>(widget) != nullptr) {
+        return QAccessible::StaticText;
+    }
+    if (qobject_cast<const QLineEdit*>(widget) != nullptr) {
         return QAccessible::EditableText;
     }
     if (qobject_cast<const QListView*>(widget) != nullptr) {

@@ -48,6 +48,8 @@ protected:
     void signIn();
     void setState(const char* subject, const macsim::Json& state);
     void launchSettings();
+    void showLongLog();
+    void showManual(double place);
     static void openTweaks();
     /// In the menu bar.
     static void chooseCommand(const QString& title);

@@ -10,12 +10,15 @@
 #include "fakes/HostileNames.h"
 #include "lock/LockTexts.h"
 #include "platform/FileManager.h"
+#include "platform/FilePanels.h"
 #include "platform/Machine.h"
 #include "platform/UserDefaults.h"
 
+#include <QFileDialog>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QTest>
+#include <QTextBrowser>
 
 namespace quorvane {
 
@@ -119,6 +122,39 @@ void WindowPicture::startSnapshotThatHangs() {
 
 void WindowPicture::showLogs() {
     showTab(u"Logs"_s);
+}
+
+void WindowPicture::showLongLog() {
+    keepBaseline();
+    launchAndScan();
+    SystemManager& system = session().system;
+    for (int number = 1; number <= 60; ++number) {
+        system.log(u"\n[PROFILE] Applying: Live Set %1"_s.arg(number));
+        system.log(u"  [APPLIED] App Nap bypassed for audio applications."_s);
+        system.log(u"  [ERROR] Time Machine may not be read."_s);
+        system.log(u"  [INFO] Nothing else to do."_s);
+    }
+    showLogs();
+}
+
+/// @param place  from the top of the manual, 0, to its end, 1
+void WindowPicture::showManual(double place) {
+    keepBaseline();
+    launchAndScan();
+    click(kDocumentation);
+    QTextBrowser* browser = nullptr;
+    processEventsUntil([&browser] {
+        const QWidget* const shown = QApplication::activeWindow();
+        browser = shown != nullptr ? shown->findChild<QTextBrowser*>() : nullptr;
+        return browser != nullptr && browser->toPlainText().contains(u"Copyright");
+    });
+    mainWindow()->showMinimized();
+    const auto laidOut = [browser] { return browser->verticalScrollBar()->maximum(); };
+    for (int before = -1; before != laidOut();) {
+        before = laidOut();
+        QTest::qWait(200);
+    }
+    browser->verticalScrollBar()->setValue(static_cast<int>(place * laidOut()));
 }
 
 void WindowPicture::showTab(const QString& name) {
@@ -297,6 +333,50 @@ QList<PicturedState> WindowPicture::pageStates() {
              picture.waitUntilIdle();
              showLogs();
          }},
+        {u"logs-search"_s,
+         [](WindowPicture& picture) {
+             picture.showLongLog();
+             click(kSearchLogLabel);
+             type(u"audio"_s);
+         }},
+        {u"logs-not-found"_s,
+         [](WindowPicture& picture) {
+             picture.showLongLog();
+             click(kSearchLogLabel);
+             type(u"cowbell"_s);
+             waitUntilSeen(kNoMatch);
+         }},
+        {u"logs-scrolled-up"_s,
+         [](WindowPicture& picture) {
+             picture.showLongLog();
+             click(u"Log"_s);
+             press(Qt::Key_Home);
+             waitUntilSeen(u"Verbose Debug Logging"_s);
+         }},
+        {u"logs-tags"_s,
+         [](WindowPicture& picture) {
+             picture.showLongLog();
+             click(kShownMessages + kAllMessages);
+             processEventsUntil([] { return QApplication::activePopupWidget() != nullptr; });
+         }},
+        {u"export-panel"_s,
+         [](WindowPicture& picture) {
+             picture.showLongLog();
+             click(kExportLog);
+             processEventsUntil(
+                 [] { return qobject_cast<QFileDialog*>(QApplication::activeModalWidget()) != nullptr; });
+         }},
+        {u"application-panel"_s,
+         [](WindowPicture& picture) {
+             picture.keepBaseline();
+             picture.launchAndScan();
+             picture.shell(u"mkdir -p /Applications/Live.app/Contents '/Applications/rekordbox.app/Contents'"_s);
+             picture.host->host().filePanels.open(u"Add Application"_s, FileKind::Application);
+             processEventsUntil([] { return QApplication::activeModalWidget() != nullptr; });
+         }},
+        {u"documentation"_s, [](WindowPicture& picture) { picture.showManual(0); }},
+        {u"documentation-tables"_s, [](WindowPicture& picture) { picture.showManual(0.3); }},
+        {u"documentation-end"_s, [](WindowPicture& picture) { picture.showManual(1); }},
         {u"waiting"_s, [](WindowPicture& picture) { picture.startSnapshotThatHangs(); }},
         {u"waiting-long"_s,
          [](WindowPicture& picture) {

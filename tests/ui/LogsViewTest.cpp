@@ -10,6 +10,7 @@
 #include <QLineEdit>
 #include <QListView>
 #include <QMenu>
+#include <QPushButton>
 #include <QScrollBar>
 
 #include <set>
@@ -62,6 +63,7 @@ protected:
         });
     }
     void search(const QString& text) {
+        click(kSearchLogLabel);
         QTest::keyClicks(named(kSearchLogLabel), text);
         waitForSearch();
     }

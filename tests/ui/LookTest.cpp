@@ -1,5 +1,6 @@
 // The window in another look while it is open, and what it says aloud when something changes.
 
+#include "actions/MasterBaselineOffer.h"
 #include "app/simulated/AuthorizationDialog.h"
 #include "fakes/HostileNames.h"
 #include "fakes/ShownWindow.h"

@@ -22,6 +22,12 @@ constexpr double kLogoSide = 32;
 constexpr double kBody = 14;
 constexpr double kPageToTheme = 13.0 / kBody;
 
+QImage emptyPicture() {
+    QImage picture(1, 1, QImage::Format_ARGB32_Premultiplied);
+    picture.fill(Qt::transparent);
+    return picture;
+}
+
 /// A document that nothing comes into from outside.
 class SealedDocument final : public QTextDocument {
 public:
@@ -32,8 +38,12 @@ public:
     }
 
 protected:
+    /// A picture that is refused is an empty one: Qt would look for the file itself where it were given none.
     QVariant loadResource(int type, const QUrl& address) override {
-        return type == ImageResource && address == m_logoAddress && !m_logo.isNull() ? QVariant(m_logo) : QVariant();
+        if (type != ImageResource) {
+            return {};
+        }
+        return address == m_logoAddress && !m_logo.isNull() ? m_logo : emptyPicture();
     }
 
 private:

@@ -1,11 +1,13 @@
 #include "ui/documentation/TextDocumentationView.h"
 
 #include "core/Background.h"
+#include "ui/QuorvaneStyle.h"
 #include "ui/documentation/RichTextPage.h"
 #include "ui/pieces/WhenFinished.h"
 
 #include <QAbstractTextDocumentLayout>
 #include <QEvent>
+#include <QPainter>
 #include <QScrollBar>
 #include <QTextBrowser>
 #include <QThread>
@@ -15,6 +17,12 @@ namespace quorvane {
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+constexpr int kRoom = 2 * Theme::kFocusRing; ///< for the ring around the page
+
+} // namespace
+
 DocumentationView* makeDocumentationView() {
     return new TextDocumentationView;
 }
@@ -23,7 +31,7 @@ TextDocumentationView::TextDocumentationView(QWidget* parent)
     : DocumentationView(parent)
     , m_browser(new QTextBrowser) {
     auto* const layout = new QVBoxLayout(this);
-    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setContentsMargins(kRoom, kRoom, kRoom, kRoom);
     layout->addWidget(m_browser);
     setFocusProxy(m_browser);
     m_browser->setFrameShape(QFrame::NoFrame);
@@ -32,6 +40,7 @@ TextDocumentationView::TextDocumentationView(QWidget* parent)
     m_browser->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     m_browser->setTabChangesFocus(true);
     m_browser->setAccessibleName(kDocumentationTitle);
+    m_browser->installEventFilter(this);
 }
 
 /// The browser goes before its document.
@@ -64,6 +73,20 @@ void TextDocumentationView::take(const Document& document) {
         const QPointF lowest(0, place + 2.0 * m_browser->viewport()->height());
         document->documentLayout()->hitTest(lowest, Qt::FuzzyHit); // lays out everything above
         bar->setValue(place);
+    }
+}
+
+bool TextDocumentationView::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut) {
+        update();
+    }
+    return DocumentationView::eventFilter(watched, event);
+}
+
+void TextDocumentationView::paintEvent(QPaintEvent*) {
+    if (m_browser->hasFocus() && window()->testAttribute(Qt::WA_KeyboardFocusChange)) {
+        QPainter painter(this);
+        drawFocusRing(painter, themeOf(this), m_browser->geometry(), 0);
     }
 }
 

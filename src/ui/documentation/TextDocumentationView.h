@@ -21,6 +21,8 @@ public:
     void showPage(const DocumentationParts& parts) override;
 
 protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
     void changeEvent(QEvent* event) override;
 
 private:

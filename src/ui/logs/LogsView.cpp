@@ -55,8 +55,7 @@ LogsView::LogsView(const ViewEnvironment& environment, QWidget* parent)
     , m_next(new AppSecondaryButton(kNextMatch))
     , m_tag(new MenuButton(kAllMessages))
     , m_debug(new AppSwitch)
-    , m_export(new AppSecondaryButton(kExportLog))
-    , m_latest(new AppSecondaryButton({}, this)) {
+    , m_export(new AppSecondaryButton(kExportLog)) {
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(Theme::kGap24, Theme::kGap24, Theme::kGap24, Theme::kGap24);
     layout->setSpacing(Theme::kGap12);
@@ -195,8 +194,8 @@ void LogsView::followIdle() {
 // ---- The newest line
 
 void LogsView::makeLatestButton() {
+    m_latest = new AppSecondaryButton({}, this); // behind the lines for the Tab key, too
     m_latest->hide();
-    setTabOrder(m_lines, m_latest);
     connect(m_lines, &LogLinesView::linesBelowChanged, this, &LogsView::placeLatest);
     connect(m_latest, &QPushButton::clicked, this, [this] {
         m_lines->setFocus(Qt::OtherFocusReason); // the button goes

@@ -54,7 +54,7 @@ private:
     MenuButton* m_tag;
     AppSwitch* m_debug;
     QPushButton* m_export;
-    QPushButton* m_latest;
+    QPushButton* m_latest = nullptr;
 };
 
 } // namespace quorvane
