@@ -24,7 +24,8 @@ QStringList sidebar(const QString& tab = u"Performance"_s) {
                      u"row Diagnostics"_s,
                      u"row Logs"_s,
                      u"row Preferences"_s,
-                     u"row Settings"_s};
+                     u"row Settings"_s,
+                     u"button Documentation"_s};
     rows.replaceInStrings(QRegularExpression(u"^row %1$"_s.arg(tab)), u"row %1 (selected, focused)"_s.arg(tab));
     return rows;
 }
@@ -136,6 +137,8 @@ const QString kReviewSheet =
 const QString kOfferSheet =
     u"dialog Create Master System Baseline: Quorvane can capture your Mac’s current system settings "
     "as a protected master restore baseline."_s;
+const QString kHeroCard =
+    u"button Create Custom Profile: Step through system tweaks and startup optimization, then save to your menu bar."_s;
 const QString kTweaksRow = u"button System Tweaks: Fine-tune macOS performance settings"_s;
 const QString kStartupRow = u"button Startup Optimization: Manage login items and launch agents"_s;
 const QString kPickOrDelete = u"Select the row to apply, or use Delete to remove this profile"_s;
@@ -145,24 +148,25 @@ const QString kPickOrDelete = u"Select the row to apply, or use Delete to remove
 TEST_F(EveryView, theMainPageWithoutAProfile) {
     session->savedProfiles.remove(live.name);
     open();
-    EXPECT_EQ(
-        spokenControls(mainWindow.get()),
-        sidebar() + kStatusRows +
-            (QStringList{u"list Saved Profiles"_s,
-                         u"row Default: Standard macOS operation. Select the row to apply (focused)"_s, kTweaksRow}));
+    EXPECT_EQ(spokenControls(mainWindow.get()),
+              sidebar() + kStatusRows +
+                  (QStringList{kHeroCard, u"list Saved Profiles"_s,
+                               u"row Default: Standard macOS operation. Select the row to apply (focused)"_s,
+                               kTweaksRow, kStartupRow}));
     expectUsable();
 }
 
 TEST_F(EveryView, theMainPageWithProfiles) {
     saveProfiles(2);
     open();
-    EXPECT_EQ(spokenControls(mainWindow.get()),
-              sidebar() + kStatusRows +
-                  (QStringList{u"list Saved Profiles"_s, u"row Live: 1 disabled. "_s + kPickOrDelete + u" (focused)"_s,
-                               u"row Gig 1: Empty profile. "_s + kPickOrDelete,
-                               u"row Gig 2: Empty profile. "_s + kPickOrDelete,
-                               u"row Default: Standard macOS operation. Select the row to apply"_s,
-                               u"button Delete profile: Live"_s, kTweaksRow, kStartupRow}));
+    EXPECT_EQ(
+        spokenControls(mainWindow.get()),
+        sidebar() + kStatusRows +
+            (QStringList{
+                kHeroCard, u"list Saved Profiles"_s, u"row Live: 1 disabled. "_s + kPickOrDelete + u" (focused)"_s,
+                u"row Gig 1: Empty profile. "_s + kPickOrDelete, u"row Gig 2: Empty profile. "_s + kPickOrDelete,
+                u"row Default: Standard macOS operation. Select the row to apply"_s, u"button Edit profile: Live"_s,
+                u"button Delete profile: Live"_s, kTweaksRow, kStartupRow}));
     expectUsable();
 }
 

@@ -120,7 +120,7 @@ TEST_F(OpenLook, nothingMovesWhereMotionIsReduced) {
     lock->lockIfEnabled();
     ASSERT_TRUE(lock->unlockWithPassword(kPassword));
     QCoreApplication::sendPostedEvents();
-    EXPECT_FALSE(named(u"System Tweaks"_s)->visibleRegion().isEmpty());
+    EXPECT_FALSE(named(u"Create Custom Profile"_s)->visibleRegion().isEmpty());
     reviews.presentProfile(live, window, {});
     QWidget* sheet = nullptr;
     processEventsUntil([&] { return (sheet = mainWindow->findChild<Sheet*>()) != nullptr && sheet->isVisible(); });

@@ -8,6 +8,7 @@
 #include "ui/QuorvaneStyle.h"
 
 #include <QCheckBox>
+#include <QLabel>
 #include <QRadioButton>
 #include <QTest>
 

@@ -86,6 +86,8 @@ TEST_F(WindowKeys, tabComesToTheCurrentProfileHoweverLongTheListIs) {
     press(Qt::Key_Backtab, Qt::ShiftModifier);
     EXPECT_EQ(focusedName(), kDeleteProfile);
     press(Qt::Key_Backtab, Qt::ShiftModifier);
+    EXPECT_EQ(focusedName(), kEditRow);
+    press(Qt::Key_Backtab, Qt::ShiftModifier);
     EXPECT_EQ(focusedName(), kSavedProfilesTitle);
     EXPECT_TRUE(showsCurrent(list(kSavedProfilesTitle)));
 }

@@ -8,13 +8,13 @@
 #include "core/OneLine.h"
 #include "ui/Theme.h"
 #include "ui/ViewEnvironment.h"
+#include "ui/pieces/MenuButton.h"
 #include "ui/pieces/TextLabel.h"
 #include "ui/symbols/Symbols.h"
 
 #include <QHBoxLayout>
 #include <QMenu>
 #include <QPointer>
-#include <QPushButton>
 
 #include <QCoroTask>
 
@@ -37,19 +37,16 @@ ProfileSelectorView::ProfileSelectorView(const ViewEnvironment& environment, QWi
     : QWidget(parent)
     , m_environment(environment)
     , m_edited(new TextLabel(TextStyle::Secondary, TextTone::Secondary, kEdited))
-    , m_button(new QPushButton)
-    , m_menu(new QMenu(this)) {
+    , m_button(new MenuButton({})) {
     auto* const layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(Theme::kGap8);
     m_edited->setWordWrap(false);
-    m_button->setAutoDefault(false);
-    m_button->setMenu(m_menu);
     layout->addWidget(m_edited);
     layout->addWidget(m_button);
     setFocusProxy(m_button);
     Session& session = environment.session;
-    connect(m_menu, &QMenu::aboutToShow, this, &ProfileSelectorView::fillMenu);
+    connect(&m_button->choices(), &QMenu::aboutToShow, this, &ProfileSelectorView::fillMenu);
     connect(&session.workingCopy, &MasterProfileState::currentProfileChanged, this, &ProfileSelectorView::update);
     connect(&session.workingCopy, &MasterProfileState::settingsChanged, this, &ProfileSelectorView::update);
     connect(&session.workingCopy, &MasterProfileState::startupChanged, this, &ProfileSelectorView::update);
@@ -63,16 +60,15 @@ void ProfileSelectorView::update() {
     const QFontMetrics metrics(m_button->font());
     m_button->setText(withoutMnemonic(metrics.elidedText(name, Qt::ElideMiddle, kWidest)));
     m_button->setToolTip(name);
-    m_button->setAccessibleName(u"Profile: "_s + name);
     m_edited->setVisible(workingCopy.isEdited());
-    m_button->setAccessibleDescription(workingCopy.isEdited() ? kEdited : QString());
+    m_button->setAccessibleName(u"Profile: "_s + name + (workingCopy.isEdited() ? u", edited"_s : QString()));
 }
 
 /// From the list as it is known when it opens.
 void ProfileSelectorView::fillMenu() {
-    m_menu->clear();
+    m_button->choices().clear();
     addProfiles();
-    m_menu->addSeparator();
+    m_button->choices().addSeparator();
     addCommands();
 }
 
@@ -82,7 +78,7 @@ void ProfileSelectorView::addProfiles() {
         addProfile(profile);
     }
     if (profiles.isEmpty()) {
-        m_menu->addAction(kNoProfilesInMenu)->setEnabled(false);
+        m_button->choices().addAction(kNoProfilesInMenu)->setEnabled(false);
     }
 }
 
@@ -92,9 +88,9 @@ void ProfileSelectorView::addProfile(const UnifiedProfile& profile) {
     const std::optional<UnifiedProfile>& loaded = session.workingCopy.currentProfile();
     const ProfileRow row = profileRow(profile, session.activeProfile.current());
     const QString title = row.isInForce ? row.text.title : row.text.title + u" — "_s + row.text.subtitle;
-    QAction* const entry = m_menu->addAction(withoutMnemonic(title));
+    QAction* const entry = m_button->choices().addAction(withoutMnemonic(title));
     if (loaded && loaded->id == profile.id) {
-        entry->setIcon(symbolIcon(u"checkmark"_s, themeOf(this).text));
+        entry->setIcon(symbolIcon(u"checkmark.circle.fill"_s, themeOf(this).text));
     }
     connect(entry, &QAction::triggered, this, [&session, &listener, name = profile.name, id = profile.id] {
         session.tasks.start(session.profileActions.pick(name, id, StartedFrom::Page, listener));
@@ -105,12 +101,12 @@ void ProfileSelectorView::addCommands() {
     Session& session = m_environment.session;
     ActionListener& listener = m_environment.listener;
     const bool isLoaded = session.workingCopy.currentProfile().has_value();
-    connect(m_menu->addAction(kApplyDefaultToSystem), &QAction::triggered, this, [&session, &listener] {
+    connect(m_button->choices().addAction(kApplyDefaultToSystem), &QAction::triggered, this, [&session, &listener] {
         session.tasks.start(session.profileActions.restoreDefault(StartedFrom::Page, listener));
     });
-    connect(m_menu->addAction(kNoneClear), &QAction::triggered, this,
+    connect(m_button->choices().addAction(kNoneClear), &QAction::triggered, this,
             [&session, &listener] { session.tasks.start(session.profileActions.clear(listener)); });
-    QAction* const edit = m_menu->addAction(kEditCurrent);
+    QAction* const edit = m_button->choices().addAction(kEditCurrent);
     edit->setEnabled(isLoaded);
     connect(edit, &QAction::triggered, this, [this, &session, &listener] {
         const QPointer<ProfileSelectorView> selector(this);
@@ -123,10 +119,10 @@ void ProfileSelectorView::addCommands() {
             listener));
     });
     if (isLoaded && session.savedProfiles.find(session.workingCopy.currentProfile()->id)) {
-        connect(m_menu->addAction(kDeleteSavedProfile), &QAction::triggered, this,
+        connect(m_button->choices().addAction(kDeleteSavedProfile), &QAction::triggered, this,
                 [&session, &listener] { session.tasks.start(session.profileActions.removeCurrent(listener)); });
     }
-    connect(m_menu->addAction(kSaveProfile), &QAction::triggered, this,
+    connect(m_button->choices().addAction(kSaveProfile), &QAction::triggered, this,
             [&session, &listener] { session.tasks.start(session.profileSaving.offer(listener)); });
 }
 

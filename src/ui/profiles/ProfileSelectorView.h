@@ -2,11 +2,9 @@
 
 #include <QWidget>
 
-class QMenu;
-class QPushButton;
-
 namespace quorvane {
 
+class MenuButton;
 class TextLabel;
 struct UnifiedProfile;
 struct ViewEnvironment;
@@ -31,8 +29,7 @@ private:
 
     const ViewEnvironment& m_environment;
     TextLabel* m_edited;
-    QPushButton* m_button;
-    QMenu* m_menu;
+    MenuButton* m_button;
 };
 
 } // namespace quorvane

@@ -5,7 +5,7 @@
 #include "actions/Session.h"
 #include "actions/WindowListener.h"
 #include "ui/ViewEnvironment.h"
-#include "ui/performance/TweakSections.h"
+#include "ui/tweaks/TweakSections.h"
 #include "ui/pieces/AppButtons.h"
 #include "ui/pieces/PinnedBar.h"
 #include "ui/pieces/ScrollPage.h"

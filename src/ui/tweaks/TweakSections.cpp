@@ -1,9 +1,9 @@
-#include "ui/performance/TweakSections.h"
+#include "ui/tweaks/TweakSections.h"
 
 #include "profiles/MasterProfileState.h"
 #include "tweaks/TweakCatalogue.h"
 #include "ui/Theme.h"
-#include "ui/performance/TweakToggle.h"
+#include "ui/tweaks/TweakToggle.h"
 #include "ui/pieces/AppCard.h"
 #include "ui/pieces/AppSection.h"
 

@@ -1,7 +1,7 @@
-#include "ui/performance/TweakToggle.h"
+#include "ui/tweaks/TweakToggle.h"
 
 #include "actions/PageTexts.h"
-#include "ui/performance/IconPicker.h"
+#include "ui/tweaks/IconPicker.h"
 #include "ui/pieces/AppSwitch.h"
 #include "ui/pieces/IconButton.h"
 #include "ui/pieces/Popover.h"

@@ -1,4 +1,4 @@
-#include "ui/performance/IconPicker.h"
+#include "ui/tweaks/IconPicker.h"
 
 #include "actions/PageTexts.h"
 #include "tweaks/PopularIcons.h"

@@ -1,0 +1,257 @@
+// Profiles made, edited, picked and saved by mouse and keys: the wizard, the selector and its sheet.
+
+#include "core/UserDefaultKeys.h"
+#include "fakes/ProfileStore.h"
+#include "fakes/QuickWindowOnMac.h"
+#include "platform/UserDefaults.h"
+
+#include <QApplication>
+#include <QLineEdit>
+#include <QMenu>
+#include <QTest>
+
+namespace quorvane {
+
+class ComposingByWindow : public QuickWindowOnMac {
+protected:
+    void SetUp() override { begin(); }
+    void begin() {
+        keepBaseline();
+        saveProfile(withSiriOff(numberedProfile(1, u"Live"_s)));
+        saveProfile(numberedProfile(2, u"Club"_s));
+        launchAndScan();
+    }
+    static UnifiedProfile withSiriOff(UnifiedProfile profile) {
+        profile.settings.siri = true;
+        return profile;
+    }
+    void waitUntilRest() {
+        processEventsUntil([this] { return session().turnstile.isIdle() && session().scans.isUpToDate(); });
+        letEventsPass();
+    }
+    std::optional<UnifiedProfile> stored(const QString& name) { return session().profileStore.loadProfile(name); }
+
+    // ---- The wizard
+
+    static void openWizard() {
+        click(u"Create Custom Profile"_s);
+        processEventsUntil([] { return isSeen(u"Configure System Tweaks"_s); });
+    }
+    void goToLastStep() {
+        press(Qt::Key_Return);
+        processEventsUntil([] { return isSeen(u"Startup Items"_s); });
+        processEventsUntil([this] { return !session().startupEditing.isRefreshing(); });
+        press(Qt::Key_Return);
+        processEventsUntil([] { return isSeen(u"Name Your Profile"_s); });
+    }
+    static void typeName(const QString& name) {
+        auto* const field = qobject_cast<QLineEdit*>(control(u"Profile name"_s));
+        field->setFocus();
+        field->selectAll();
+        type(name);
+    }
+
+    // ---- The selector
+
+    static void openTweaks() {
+        click(u"System Tweaks"_s);
+        processEventsUntil([] { return isSeen(u"Execute Tweaks"_s); });
+    }
+    static QString selectorName() {
+        for (const QWidget* const widget : QApplication::allWidgets()) {
+            if (widget->isVisible() && widget->accessibleName().startsWith(u"Profile: "_s) &&
+                widget->focusPolicy() != Qt::NoFocus) {
+                return widget->accessibleName();
+            }
+        }
+        return {};
+    }
+    static QMenu* openSelector() {
+        click(selectorName());
+        return qobject_cast<QMenu*>(QApplication::activePopupWidget());
+    }
+    static QStringList entries(const QMenu& menu) {
+        QStringList texts;
+        for (const QAction* const action : menu.actions()) {
+            if (!action->isSeparator()) {
+                texts.append(action->text() + (action->isEnabled() ? QString() : u" (disabled)"_s));
+            }
+        }
+        return texts;
+    }
+    static void choose(const QString& text) {
+        QMenu* const menu = openSelector();
+        ASSERT_NE(menu, nullptr);
+        for (QAction* const action : menu->actions()) {
+            if (action->text() == text) {
+                QTest::mouseClick(menu, Qt::LeftButton, {}, menu->actionGeometry(action).center());
+                return;
+            }
+        }
+        menu->close();
+        FAIL() << "no " << text.toStdString() << " in " << entries(*menu).join(u", "_s).toStdString();
+    }
+};
+
+class ComposingWithLock : public ComposingByWindow {
+protected:
+    void SetUp() override {
+        enableLock();
+        begin();
+        unlock();
+    }
+};
+
+// ---- The wizard
+
+TEST_F(ComposingByWindow, aProfileIsComposedByKeysAlone) {
+    openWizard();
+    EXPECT_TRUE(isSeen(u"Create Profile"_s));
+    EXPECT_TRUE(isSeen(u"1 of 3"_s));
+    EXPECT_FALSE(isUsable(u"Startup Optimization"_s)) << "not visited";
+    click(u"Bypass macOS App Nap Throttling"_s);
+    goToLastStep();
+    EXPECT_TRUE(isSeen(u"3 of 3"_s));
+    EXPECT_TRUE(isSeen(u"1 selected"_s));
+    EXPECT_FALSE(isUsable(u"Save Profile"_s) && control(u"Profile name"_s) == nullptr);
+    EXPECT_EQ(focused(), u"Profile name"_s);
+    type(u"My Gig"_s);
+    press(Qt::Key_Return);
+    waitUntilAlert(u"Profile Saved"_s);
+    EXPECT_EQ(alert().text, u"\"My Gig\" is now available from the menu bar and profile dropdown."_s);
+    answerAlert(u"Profile Saved"_s);
+    waitUntilRest();
+    EXPECT_TRUE(profileRows().contains(u"My Gig"_s));
+    EXPECT_TRUE(menuTitles().contains(u"My Gig"_s));
+    EXPECT_TRUE(stored(u"My Gig"_s)->settings.appNap);
+    EXPECT_TRUE(log().contains(u"\n[WIZARD] Profile saved: My Gig"_s));
+    EXPECT_TRUE(isSeen(u"Create Custom Profile"_s)) << "back on the page";
+}
+
+TEST_F(ComposingByWindow, eachOpeningBeginsAnew) {
+    openWizard();
+    goToLastStep();
+    typeName(u"Half"_s);
+    click(u"Apply profile after saving"_s);
+    click(u"System Tweaks"_s);
+    processEventsUntil([] { return isSeen(u"Configure System Tweaks"_s); });
+    press(Qt::Key_Escape);
+    processEventsUntil([] { return isSeen(u"Create Custom Profile"_s); });
+    EXPECT_FALSE(stored(u"Half"_s).has_value());
+    openWizard();
+    EXPECT_TRUE(isSeen(u"1 of 3"_s));
+    EXPECT_FALSE(isUsable(u"Startup Optimization"_s));
+    goToLastStep();
+    EXPECT_EQ(qobject_cast<QLineEdit*>(control(u"Profile name"_s))->text(), QString());
+    EXPECT_FALSE(qobject_cast<QAbstractButton*>(control(u"Apply profile after saving"_s))->isChecked());
+}
+
+TEST_F(ComposingByWindow, editingRenamesAndTakesTheNamesAlong) {
+    host->host().defaults.setString(kQuorvaneLastAppliedProfileName, u"Live"_s);
+    profileList()->setFocus();
+    profileList()->setCurrentIndex(
+        profileList()->model()->index(static_cast<int>(profileRows().indexOf(u"Live"_s)), 0));
+    press(Qt::Key_Tab);
+    EXPECT_EQ(focused(), u"Edit profile"_s);
+    press(Qt::Key_Space);
+    processEventsUntil([] { return isSeen(u"Edit Profile"_s); });
+    EXPECT_TRUE(log().contains(u"\n[PROFILE] Loaded for editing: Live"_s));
+    goToLastStep();
+    EXPECT_EQ(qobject_cast<QLineEdit*>(control(u"Profile name"_s))->text(), u"Live"_s);
+    typeName(u"Main Stage"_s);
+    EXPECT_TRUE(isSeen(u"“Live” will be renamed."_s));
+    const QUuid id = stored(u"Live"_s)->id;
+    press(Qt::Key_Return);
+    answerAlert(u"Profile Saved"_s);
+    waitUntilRest();
+    EXPECT_EQ(stored(u"Main Stage"_s)->id, id);
+    EXPECT_FALSE(profileRows().contains(u"Live"_s));
+    EXPECT_EQ(host->host().defaults.string(kQuorvaneLastAppliedProfileName), u"Main Stage"_s);
+    EXPECT_TRUE(menuTitles().contains(u"Main Stage"_s));
+}
+
+TEST_F(ComposingByWindow, savedAndAppliedInOneGo) {
+    openWizard();
+    goToLastStep();
+    typeName(u"Tonight"_s);
+    click(u"Apply profile after saving"_s);
+    click(u"Save Profile"_s);
+    processEventsUntil([] { return isUsable(u"Apply Profile"_s); });
+    EXPECT_TRUE(isSeen(u"Review Profile: Tonight"_s));
+    press(Qt::Key_Escape);
+    waitUntilRest();
+    EXPECT_TRUE(profileRows().contains(u"Tonight"_s)) << "it stays saved";
+}
+
+TEST_F(ComposingWithLock, theLockInTheMiddleOfTheWizardLosesNothing) {
+    openWizard();
+    goToLastStep();
+    typeName(u"Kept"_s);
+    resignActive();
+    processEventsUntil([] { return isSeen(u"Quorvane is Locked"_s); });
+    EXPECT_FALSE(isSeen(u"Name Your Profile"_s));
+    becomeActive();
+    unlock();
+    processEventsUntil([] { return isSeen(u"Name Your Profile"_s); });
+    EXPECT_EQ(qobject_cast<QLineEdit*>(control(u"Profile name"_s))->text(), u"Kept"_s);
+}
+
+// ---- The selector
+
+TEST_F(ComposingByWindow, theSelectorsMenuSaysWhatThereIs) {
+    openTweaks();
+    EXPECT_EQ(selectorName(), u"Profile: Default"_s);
+    QMenu* const menu = openSelector();
+    ASSERT_NE(menu, nullptr);
+    EXPECT_EQ(entries(*menu),
+              (QStringList{u"Live — 1 performance tweak(s)"_s, u"Club — Empty profile"_s, u"Apply Default to System"_s,
+                           u"None (Clear)"_s, u"Edit Current (disabled)"_s, u"Save Profile"_s}));
+    menu->close();
+}
+
+TEST_F(ComposingByWindow, whatIsEditedIsMarkedSavedAndDeletedThere) {
+    openTweaks();
+    click(u"Deactivate Siri Core Services"_s);
+    EXPECT_TRUE(isSeen(u"Edited"_s));
+    choose(u"Save Profile"_s);
+    processEventsUntil([] { return isSeen(u"Include in profile:"_s); });
+    EXPECT_TRUE(isSeen(u"1 tweaks selected"_s));
+    type(u"live"_s);
+    EXPECT_TRUE(isSeen(u"Update"_s));
+    type(u" 2"_s);
+    EXPECT_TRUE(isSeen(u"Save"_s));
+    press(Qt::Key_Return);
+    answerAlert(u"Success"_s);
+    waitUntilRest();
+    EXPECT_TRUE(stored(u"live 2"_s)->settings.siri);
+    EXPECT_EQ(selectorName(), u"Profile: live 2"_s);
+    EXPECT_FALSE(isSeen(u"Edited"_s));
+
+    choose(u"Delete Profile"_s);
+    waitUntilAlert(u"Delete Profile?"_s);
+    EXPECT_EQ(alert().text, u"“live 2” will be removed from saved profiles and the menu bar."_s);
+    answerAlert(u"Delete Profile?"_s, u"Delete"_s);
+    answerAlert(u"Profile Deleted"_s);
+    waitUntilRest();
+    EXPECT_EQ(selectorName(), u"Profile: Default"_s);
+    EXPECT_FALSE(stored(u"live 2"_s).has_value());
+}
+
+TEST_F(ComposingByWindow, pickedThereItIsReviewedAndClearedThereItIsGone) {
+    openTweaks();
+    choose(u"Live — 1 performance tweak(s)"_s);
+    processEventsUntil([] { return isUsable(u"Apply Profile"_s); });
+    press(Qt::Key_Escape);
+    waitUntilRest();
+    EXPECT_EQ(selectorName(), u"Profile: Live"_s);
+    choose(u"Edit Current"_s);
+    processEventsUntil([] { return isSeen(u"Edit Profile"_s); });
+    press(Qt::Key_Escape);
+    openTweaks();
+    choose(u"None (Clear)"_s);
+    waitUntilRest();
+    EXPECT_EQ(selectorName(), u"Profile: Default"_s);
+    EXPECT_EQ(session().workingCopy.settings(), PerformanceSettings{});
+}
+
+} // namespace quorvane
