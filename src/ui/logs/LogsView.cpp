@@ -12,6 +12,7 @@
 #include "ui/pieces/AppSwitch.h"
 #include "ui/pieces/MenuButton.h"
 #include "ui/pieces/TextLabel.h"
+#include "ui/pieces/WrappingRow.h"
 
 #include <QClipboard>
 #include <QEvent>
@@ -34,11 +35,18 @@ namespace {
 
 using Direction = LogSearch::Direction;
 
-QHBoxLayout* barOf(QWidget* bar) {
-    auto* const layout = new QHBoxLayout(bar);
+/// The switch with its text, as wide as there is room.
+QWidget* labelled(AppSwitch* toggle, const QString& text) {
+    auto* const both = new QWidget;
+    both->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+    auto* const layout = new QHBoxLayout(both);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(Theme::kGap8);
-    return layout;
+    auto* const label = new TextLabel(TextStyle::Body, TextTone::Normal, text);
+    label->setWordWrap(false);
+    layout->addWidget(toggle);
+    layout->addWidget(label, 1);
+    return both;
 }
 
 } // namespace
@@ -77,8 +85,8 @@ LogsView::LogsView(const ViewEnvironment& environment, QWidget* parent)
 
 QWidget* LogsView::makeSearchBar() {
     auto* const bar = new QWidget;
-    QHBoxLayout* const row = barOf(bar);
-    row->addWidget(m_searchField, 1);
+    auto* const row = new WrappingRow(bar);
+    row->addWidget(m_searchField);
     row->addWidget(m_searchOutcome);
     row->addWidget(m_previous);
     row->addWidget(m_next);
@@ -161,11 +169,10 @@ void LogsView::makeShortcuts() {
 
 QWidget* LogsView::makeActionBar() {
     auto* const bar = new QWidget;
-    QHBoxLayout* const row = barOf(bar);
+    auto* const row = new WrappingRow(bar);
     auto* const copy = new AppSecondaryButton(kCopyLog);
     auto* const clear = new AppSecondaryButton(kClearLog);
-    row->addWidget(m_debug);
-    row->addWidget(new TextLabel(TextStyle::Body, TextTone::Normal, kVerboseLogging), 1);
+    row->addWidget(labelled(m_debug, kVerboseLogging));
     row->addWidget(copy);
     row->addWidget(clear);
     row->addWidget(m_export);
