@@ -156,7 +156,7 @@ void WindowPicture::launchSettings() {
     launchWithProfiles();
     showTab(u"Settings"_s);
     waitUntilSeen(kAppearanceTitle);
-    processEventsUntil([this] { return session().tasks.count() == 0 && session().turnstile.isIdle(); });
+    waitUntilIdle();
 }
 
 void WindowPicture::openTweaks() {
@@ -433,7 +433,7 @@ QList<PicturedState> WindowPicture::settingsSheetStates() {
              picture.waitUntilIdle();
              pressRow(restoreRow().title);
              waitUntilSeen(kRestoreTitle);
-             processEventsUntil([&picture] { return picture.session().tasks.count() == 1; });
+             processEventsUntil([] { return !isSeen(kLoadingBackups); });
          }},
         {u"restore-unavailable"_s,
          [](WindowPicture& picture) {

@@ -121,6 +121,10 @@ void ProfileCloudRestoreSheet::takeRows() {
         m_card->addRow(makeRow(row));
     }
     m_contents->insertWidget(0, m_card);
+    for (qsizetype index = 1; index < m_restoreButtons.size(); ++index) {
+        setTabOrder(m_restoreButtons.at(index - 1), m_restoreButtons.at(index));
+    }
+    setTabOrder(m_restoreButtons.constLast(), m_close);
 }
 
 } // namespace quorvane
