@@ -130,7 +130,9 @@ void WindowPicture::showTab(const QString& name) {
 void WindowPicture::scrollDown() {
     for (const QScrollArea* const area : mainWindow()->findChildren<QScrollArea*>()) {
         if (area->isVisible()) {
-            area->verticalScrollBar()->triggerAction(QScrollBar::SliderToMaximum);
+            QScrollBar* const bar = area->verticalScrollBar();
+            processEventsUntil([bar] { return bar->maximum() > 0; }); // it is laid out
+            bar->triggerAction(QScrollBar::SliderToMaximum);
         }
     }
 }
