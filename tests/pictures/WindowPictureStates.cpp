@@ -166,7 +166,9 @@ void WindowPicture::showTab(const QString& name) {
 void WindowPicture::scrollDown() {
     for (const QScrollArea* const area : mainWindow()->findChildren<QScrollArea*>()) {
         if (area->isVisible()) {
-            area->verticalScrollBar()->triggerAction(QScrollBar::SliderToMaximum);
+            QScrollBar* const bar = area->verticalScrollBar();
+            processEventsUntil([bar] { return bar->maximum() > 0; }); // it is laid out
+            bar->triggerAction(QScrollBar::SliderToMaximum);
         }
     }
 }
@@ -192,7 +194,7 @@ void WindowPicture::launchSettings() {
     launchWithProfiles();
     showTab(u"Settings"_s);
     waitUntilSeen(kAppearanceTitle);
-    processEventsUntil([this] { return session().tasks.count() == 0 && session().turnstile.isIdle(); });
+    waitUntilIdle();
 }
 
 void WindowPicture::openTweaks() {
@@ -513,7 +515,7 @@ QList<PicturedState> WindowPicture::settingsSheetStates() {
              picture.waitUntilIdle();
              pressRow(restoreRow().title);
              waitUntilSeen(kRestoreTitle);
-             processEventsUntil([&picture] { return picture.session().tasks.count() == 1; });
+             processEventsUntil([] { return !isSeen(kLoadingBackups); });
          }},
         {u"restore-unavailable"_s,
          [](WindowPicture& picture) {

@@ -436,7 +436,7 @@ TEST_F(EveryView, theBackups) {
     processEventsUntil([this] { return session->tasks.count() == 1; }); // all is read
     settle();
     EXPECT_EQ(spokenAboveThePage().filter(u"button "_s).first(),
-              u"button Restore: Latest Backup: 1 profile(s) from This Mac"_s);
+              u"button Restore: Latest Backup: 1 profile(s) from Studio"_s);
     EXPECT_EQ(spokenAboveThePage().last(), u"button Close (focused)"_s);
     expectUsable();
     closeSheet();

@@ -4,6 +4,7 @@
 #include "lock/LockManager.h"
 
 #include <QCheckBox>
+#include <QSignalSpy>
 #include <QTest>
 
 namespace quorvane {
@@ -133,7 +134,7 @@ TEST_F(ServicesByWindow, aRunClearsTheBoxesBeforeItIsTold) {
 
 TEST_F(ServicesByWindow, aRefusedPromptIsAnIssueAndTheOtherStepsRun) {
     putIntoTrashAndDownloads();
-    shell(u"mkdir -p ~/Library/Caches/com.example.browser"_s);
+    host->mac().volume(macsim::Actor::Root).createFolders(u"/Library/Caches/com.example.browser"_s);
     show(u"Maintenance"_s, kRunMaintenance);
     click(kCaches);
     click(kTrash);
@@ -184,14 +185,15 @@ TEST_F(ServicesByWindow, theNetworkGoesOffAndOnAndTheMatchIsReadAnew) {
     show(u"Network"_s, kRunNetwork);
     EXPECT_TRUE(isSeen(u"Network Diagnostics"_s));
     EXPECT_TRUE(isSeen(u"Network Control"_s));
+    const QSignalSpy scans(&session().system, &SystemManager::isVerifyingSystemChanged);
     click(kDisable);
     click(kRunNetwork);
     authorize();
     waitUntilAlert(u"Success"_s);
     EXPECT_TRUE(shell(u"networksetup -listallnetworkservices"_s).contains(u"*Wi-Fi"_s));
     answerByKey(toldBy(u"Success"_s, u"All network connections have been disabled."_s), Qt::Key_Return);
-    EXPECT_FALSE(session().scans.isUpToDate());
     waitUntilScanned();
+    EXPECT_EQ(scans.size(), 2) << "one has begun and ended";
     click(kEnable);
     click(kReset);
     click(kFlush);

@@ -4,10 +4,12 @@
 #include "fakes/Pictures.h"
 #include "fakes/ProfileStore.h"
 #include "fakes/QuickWindowOnMac.h"
+#include "platform/FileManager.h"
 #include "platform/UserDefaults.h"
 #include "ui/QuorvaneStyle.h"
 
 #include <QCheckBox>
+#include <QDir>
 #include <QLabel>
 #include <QRadioButton>
 #include <QTest>
@@ -45,9 +47,8 @@ protected:
         waitUntilRest();
     }
     void waitUntilRest() {
-        processEventsUntil([this] {
-            return session().turnstile.isIdle() && session().scans.isUpToDate() && session().tasks.count() == 0;
-        });
+        processEventsUntil([this] { return session().turnstile.isIdle() && session().scans.isUpToDate(); });
+        letEventsPass();
     }
     void setState(const char* subject, const macsim::Json& state) {
         host->mac().state().update(subject, [&state](macsim::Json& stored) { stored = state; });
@@ -273,6 +274,7 @@ protected:
     void prepare() override {
         saveProfile(u"live-set"_s);
         preferences().setString(kQuorvaneLastAppliedProfileName, u"Live Set"_s);
+        host->host().files.createFolders(u"/Users/alex/Pictures"_s);
         host->host().files.writeAtomically(u"/Users/alex/Pictures/Stage.png"_s,
                                            pngFile(plainPicture(QSize(320, 200), QColor(40, 60, 120))));
         setDisplays(1);
@@ -352,7 +354,11 @@ TEST_F(CloudByWindow, theProfilesAreBackedUpAndTheRowSaysWhen) {
 }
 
 TEST_F(CloudByWindow, openingTheTabMakesTheCopiesOfTheDefaultProfile) {
-    EXPECT_TRUE(shell(u"find ~/Library/Mobile\\ Documents -name 'default-*.json'"_s).contains(u"default-previous"_s));
+    const macsim::Volume disk = host->mac().volume(macsim::Actor::User);
+    const QString place = u"/Users/"_s + host->mac().machine().userName +
+                          u"/Library/Mobile Documents/7KX2MR04TD~com~quorvane~app/Documents/Quorvane/ProfileBackups"_s;
+    processEventsUntil([&disk, &place] { return disk.exists(place + u"/default-previous.json"_s); });
+    EXPECT_TRUE(disk.exists(place + u"/default-current.json"_s));
 }
 
 class BrokenCloudByWindow : public SettingsByWindow {

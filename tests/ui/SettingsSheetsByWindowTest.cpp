@@ -188,7 +188,8 @@ TEST_F(LockedSheetByWindow, theLockEmptiesTheFieldsAndLeavesTheSheet) {
     click(u"Change Password…"_s);
     waitUntilSeen(u"Change App Password"_s);
     fill(u"Current Password"_s, kLockPassword);
-    fill(u"New Password"_s, u"half a pass"_s);
+    field(u"New Password"_s)->setFocus();
+    type(u"half a pass"_s);
     const QPointer<QLineEdit> current(field(u"Current Password"_s));
     const QPointer<QLineEdit> next(field(u"New Password"_s));
     resignActive();
@@ -376,6 +377,7 @@ TEST_F(RestoreSheetByWindow, theLockHidesItAndCancelsItsQuestion) {
     EXPECT_FALSE(isSeen(u"Restore from iCloud"_s));
     letEventsPass();
     unlock();
+    activateWhatIsInFront();
     processEventsUntil([] { return isUsable(restoreOf(u"Latest Backup"_s)); });
     EXPECT_TRUE(saved(u"Live"_s).hasSameContent(numberedProfile(1, u"Live"_s)));
     press(Qt::Key_Escape);

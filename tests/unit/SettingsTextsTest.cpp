@@ -3,10 +3,7 @@
 #include "actions/SettingsTexts.h"
 #include "actions/ActionTexts.h"
 #include "actions/ServicePages.h"
-#include "fakes/HostileNames.h"
-#include "platform/Machine.h"
-
-#include <gtest/gtest.h>
+#include "fakes/ScriptedSystem.h"
 
 namespace quorvane {
 
@@ -14,21 +11,18 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-class SettingsMachine final : public Machine {
-public:
-    QString homeFolder() const override { return u"/Users/alex"_s; }
-    QString applicationSupportFolder() const override { return {}; }
-    QString temporaryFolder() const override { return {}; }
-    QString computerName() const override { return {}; }
-    QString hardwareId() const override { return {}; }
-    quint32 userId() const override { return 501; }
-    QString dateAndTimeText(const QDateTime& moment) const override { return moment.toString(u"yyyy"_s); }
-};
+QDateTime firstOf(int year) {
+    return {QDate(year, 1, 1), QTime(0, 0), Qt::UTC};
+}
+
+QString yearText(int year) {
+    return FixedMachine().dateAndTimeText(firstOf(year));
+}
 
 ProfileCloudBackupInfo backupOf(ProfileCloudBackupKind kind, int year, int count, const QString& device = u"Booth"_s) {
     ProfileCloudBackupInfo info;
     info.kind = kind;
-    info.createdAt = QDateTime(QDate(year, 1, 1), QTime(0, 0), Qt::UTC);
+    info.createdAt = firstOf(year);
     info.profileCount = count;
     info.deviceName = device;
     return info;
@@ -45,7 +39,7 @@ QStringList rowsOf(const QList<ServiceSection<Choices>>& sections) {
     return rows;
 }
 
-using BackupKind = ProfileCloudBackupKind;
+using OfBackup = ProfileCloudBackupKind;
 
 } // namespace
 
@@ -103,18 +97,18 @@ TEST(SettingsTexts, theLockSpeaksOfTheMeansByItsName) {
 }
 
 TEST(SettingsTexts, theLatestFullBackupIsNamed) {
-    const SettingsMachine machine;
+    const FixedMachine machine;
     const struct {
         QList<ProfileCloudBackupInfo> backups;
         QString subtitle;
     } cases[] = {
         {{}, {}},
-        {{backupOf(BackupKind::defaultCurrent, 2026, 1)}, {}},
-        {{backupOf(BackupKind::fullLatest, 2026, 3), backupOf(BackupKind::fullTimestamped, 2027, 4)},
-         u"Latest backup: 2026 (3 profile(s))"_s},
-        {{backupOf(BackupKind::defaultCurrent, 2026, 1), backupOf(BackupKind::fullTimestamped, 2025, 4),
-          backupOf(BackupKind::fullTimestamped, 2024, 5)},
-         u"Latest backup: 2025 (4 profile(s))"_s},
+        {{backupOf(OfBackup::defaultCurrent, 2026, 1)}, {}},
+        {{backupOf(OfBackup::fullLatest, 2026, 3), backupOf(OfBackup::fullTimestamped, 2027, 4)},
+         u"Latest backup: %1 (3 profile(s))"_s.arg(yearText(2026))},
+        {{backupOf(OfBackup::defaultCurrent, 2026, 1), backupOf(OfBackup::fullTimestamped, 2025, 4),
+          backupOf(OfBackup::fullTimestamped, 2024, 5)},
+         u"Latest backup: %1 (4 profile(s))"_s.arg(yearText(2025))},
     };
     for (const auto& [backups, subtitle] : cases) {
         EXPECT_EQ(cloudRow(true, backups, machine).subtitle, subtitle);
@@ -154,14 +148,14 @@ TEST(SettingsTexts, eachStateOfTheDiskAccessLooksDifferent) {
 }
 
 TEST(SettingsTexts, aBackupsDeviceStaysOnItsLine) {
-    const SettingsMachine machine;
-    EXPECT_EQ(backupRow(backupOf(BackupKind::fullLatest, 2026, 2), machine),
+    const FixedMachine machine;
+    EXPECT_EQ(backupRow(backupOf(OfBackup::fullLatest, 2026, 2), machine),
               (RowText{u"Latest Backup"_s, u"2 profile(s) from Booth"_s, u"icloud.fill"_s}));
-    EXPECT_EQ(backupRow(backupOf(BackupKind::defaultCurrent, 2026, 1), machine).symbol, u"display.and.arrow.down"_s);
-    EXPECT_EQ(backupRow(backupOf(BackupKind::defaultPrevious, 2026, 1), machine).symbol,
+    EXPECT_EQ(backupRow(backupOf(OfBackup::defaultCurrent, 2026, 1), machine).symbol, u"display.and.arrow.down"_s);
+    EXPECT_EQ(backupRow(backupOf(OfBackup::defaultPrevious, 2026, 1), machine).symbol,
               u"arrow.counterclockwise.icloud"_s);
-    EXPECT_EQ(backupRow(backupOf(BackupKind::fullTimestamped, 2026, 1), machine).symbol, u"clock.arrow.circlepath"_s);
-    EXPECT_EQ(backupRow(backupOf(BackupKind::fullLatest, 2026, 2, u"Booth\nSaved 9 profile(s)"_s), machine).subtitle,
+    EXPECT_EQ(backupRow(backupOf(OfBackup::fullTimestamped, 2026, 1), machine).symbol, u"clock.arrow.circlepath"_s);
+    EXPECT_EQ(backupRow(backupOf(OfBackup::fullLatest, 2026, 2, u"Booth\nSaved 9 profile(s)"_s), machine).subtitle,
               u"2 profile(s) from Booth Saved 9 profile(s)"_s);
 }
 

@@ -42,7 +42,7 @@ void paintTick(QPainter& painter, const Theme& theme, const QRect& row, TickShap
         paintOutline(painter, shape, place);
         paintMark(painter, shape, place, theme.onAccent);
     } else {
-        painter.setPen(theme.fieldBorder);
+        painter.setPen(theme.switchOff); // which is told from a card as a switch is
         painter.setBrush(theme.field);
         paintOutline(painter, shape, place.adjusted(0.5, 0.5, -0.5, -0.5));
     }

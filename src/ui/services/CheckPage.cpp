@@ -20,10 +20,7 @@ CheckPage::CheckPage(const ViewEnvironment& environment, const QString& executeT
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
-    auto* const bar = new PinnedBar;
-    bar->addButton(m_execute);
     layout->addWidget(m_page, 1);
-    layout->addWidget(bar);
     connect(m_execute, &QPushButton::clicked, this, &CheckPage::executed);
     new IdleGuard(this, environment.session.turnstile);
 }
@@ -39,6 +36,9 @@ void CheckPage::addSection(const QString& title, const QList<QCheckBox*>& toggle
 
 void CheckPage::finish() {
     m_page->finish();
+    auto* const bar = new PinnedBar; // comes behind the boxes for the Tab key, too
+    bar->addButton(m_execute);
+    layout()->addWidget(bar);
     updateExecutable();
 }
 

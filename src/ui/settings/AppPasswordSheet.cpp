@@ -29,8 +29,9 @@ AppPasswordSheet::AppPasswordSheet(std::shared_ptr<AppPasswordEntry> entry, cons
     connect(this, &Sheet::closeRequested, m_entry.get(), &SheetModel::dismiss);
     connect(m_entry.get(), &SheetModel::changed, this, &AppPasswordSheet::takeEntry);
     connect(m_entry.get(), &SheetModel::ended, this, &AppPasswordSheet::empty);
-    connect(m_entry.get(), &AppPasswordEntry::verified, m_current,
-            [this](const QString& password) { m_current->setText(password); });
+    if (m_current != nullptr) {
+        connect(m_entry.get(), &AppPasswordEntry::verified, m_current, &QLineEdit::setText);
+    }
     connect(&lock, &LockManager::isUnlockedChanged, this, &AppPasswordSheet::empty);
     takeEntry();
 }

@@ -81,8 +81,17 @@ QWidget* ProfileCloudRestoreSheet::makeRow(const BackupRow& row) {
 
 void ProfileCloudRestoreSheet::showEvent(QShowEvent* event) {
     Sheet::showEvent(event);
+    orderTabs();
     if (focusWidget() == nullptr) {
         m_close->setFocus(Qt::OtherFocusReason);
+    }
+}
+
+/// From top to bottom, although rows come later than the button below them.
+void ProfileCloudRestoreSheet::orderTabs() {
+    const QList<QPushButton*> buttons = m_restoreButtons + QList<QPushButton*>{m_close};
+    for (qsizetype index = 1; index < buttons.size(); ++index) {
+        setTabOrder(buttons.at(index - 1), buttons.at(index));
     }
 }
 
@@ -121,6 +130,7 @@ void ProfileCloudRestoreSheet::takeRows() {
         m_card->addRow(makeRow(row));
     }
     m_contents->insertWidget(0, m_card);
+    orderTabs();
 }
 
 } // namespace quorvane

@@ -33,6 +33,7 @@ private:
     QWidget* makeRow(const BackupRow& row);
     void takeChoice();
     void takeRows();
+    void orderTabs();
 
     std::shared_ptr<BackupChoice> m_choice;
     QList<BackupRow> m_shownRows;
