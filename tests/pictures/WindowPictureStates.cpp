@@ -2,6 +2,7 @@
 
 #include "actions/ActionTexts.h"
 #include "actions/PageTexts.h"
+#include "actions/Session.h"
 #include "actions/StartupTexts.h"
 #include "actions/WindowTexts.h"
 #include "core/OneLine.h"
@@ -264,364 +265,348 @@ QList<PicturedState> WindowPicture::performanceStates() {
 
 QList<PicturedState> WindowPicture::startupStates() {
     return {
-        {
-            u"startup-loading"_s,
-                [](WindowPicture& picture) {
-                    picture.launchWithProfiles();
-                    picture.session().system.invalidateStartupCaches();
-                    picture.makeFail(kEveryListHangs);
-                    openPage(startupOptimizationRow().title);
-                    QCoreApplication::processEvents();
-                },
-                u\"dj-laptop\"_s},
-            {
-                u"startup-full"_s,
-                    [](WindowPicture& picture) {
-                        picture.launchWithProfiles();
-                        picture.openStartup();
-                    },
-                    u\"dj-laptop\"_s},
-                {
-                    u"startup-added-and-absent"_s,
-                        [](WindowPicture& picture) {
-                            picture.launchWithProfiles();
-                            picture.openStartup();
-                            StartupItem gone;
-                            gone.id = launchItemId(u"com.gone.helper.plist"_s);
-                            gone.name = u"Gone Helper"_s;
-                            gone.kind = StartupItemKind::launchAgent;
-                            gone.launchIdentifier = u"com.gone.helper.plist"_s;
-                            gone.runsAtStartup = false;
-                            picture.loadStartup({gone});
-                            picture.session().workingCopy.addLaunchItem(
-                                {u"Gone Recorder"_s, u"/Applications/Gone Recorder.app"_s, true});
-                            searchStartup(u"gone"_s);
-                        },
-                        u\"dj-laptop\"_s},
-                    {
-                        u"startup-sections"_s,
-                            [](WindowPicture& picture) {
-                                picture.launchWithProfiles();
-                                picture.openStartup();
-                                picture.session().workingCopy.setCloudSyncDisabled(CloudSyncService::dropbox, true);
-                                picture.session().workingCopy.setCloudSyncDisabled(CloudSyncService::mega, true);
-                                control(kStartupItemsTitle)->setFocus();
-                                press(Qt::Key_End);
-                            },
-                            u\"dj-laptop\"_s},
-                        {
-                            u"startup-searched"_s,
-                                [](WindowPicture& picture) {
-                                    picture.launchWithProfiles();
-                                    picture.openStartup();
-                                    searchStartup(u"helper"_s);
-                                },
-                                u\"dj-laptop\"_s},
-                            {
-                                u"startup-nothing-found"_s,
-                                    [](WindowPicture& picture) {
-                                        picture.launchWithProfiles();
-                                        picture.openStartup();
-                                        searchStartup(u"nobody has this"_s);
-                                    },
-                                    u\"dj-laptop\"_s},
-                                {
-                                    u"startup-unread"_s,
-                                        [](WindowPicture& picture) {
-                                            picture.startHost(
-                                                R"([{"tool": "osascript", "status": 1, "error": "not allowed"}])");
-                                            picture.launchWithProfiles();
-                                            picture.openStartup();
-                                        },
-                                        u\"dj-laptop\"_s},
-                                    {
-                                        u"startup-5000"_s,
-                                            [](WindowPicture& picture) {
-                                                picture.addLaunchAgents(5000);
-                                                picture.launchWithProfiles();
-                                                picture.openStartup();
-                                            },
-                                            u\"dj-laptop\"_s},
-                                            {u"startup-protected"_s,
-                                             [](WindowPicture& picture) {
-                                                 picture.launchWithProfiles();
-                                                 picture.openStartup();
-                                                 auto* const list =
-                                                     qobject_cast<QAbstractItemView*>(control(kStartupItemsTitle));
-                                                 const QModelIndex first = list->model()->index(0, 0);
-                                                 list->setFocus();
-                                                 list->setCurrentIndex(
-                                                     list->model()
-                                                         ->match(first, Qt::DisplayRole, u"Traktor Helper"_s)
-                                                         .value(0));
-                                                 press(Qt::Key_Space);
-                                                 waitUntilAlert(u"Protected Item"_s);
-                                             },
-                                             u\"dj-laptop\"_s},
-                                            };
-                                    }
+        {u"startup-loading"_s,
+         [](WindowPicture& picture) {
+             picture.launchWithProfiles();
+             picture.session().system.invalidateStartupCaches();
+             picture.makeFail(kEveryListHangs);
+             openPage(startupOptimizationRow().title);
+             QCoreApplication::processEvents();
+         },
+         u"dj-laptop"_s},
+        {u"startup-full"_s,
+         [](WindowPicture& picture) {
+             picture.launchWithProfiles();
+             picture.openStartup();
+         },
+         u"dj-laptop"_s},
+        {u"startup-added-and-absent"_s,
+         [](WindowPicture& picture) {
+             picture.launchWithProfiles();
+             picture.openStartup();
+             StartupItem gone;
+             gone.id = launchItemId(u"com.gone.helper.plist"_s);
+             gone.name = u"Gone Helper"_s;
+             gone.kind = StartupItemKind::launchAgent;
+             gone.launchIdentifier = u"com.gone.helper.plist"_s;
+             gone.runsAtStartup = false;
+             picture.loadStartup({gone});
+             picture.session().workingCopy.addLaunchItem(
+                 {u"Gone Recorder"_s, u"/Applications/Gone Recorder.app"_s, true});
+             searchStartup(u"gone"_s);
+         },
+         u"dj-laptop"_s},
+        {u"startup-sections"_s,
+         [](WindowPicture& picture) {
+             picture.launchWithProfiles();
+             picture.openStartup();
+             picture.session().workingCopy.setCloudSyncDisabled(CloudSyncService::dropbox, true);
+             picture.session().workingCopy.setCloudSyncDisabled(CloudSyncService::mega, true);
+             control(kStartupItemsTitle)->setFocus();
+             press(Qt::Key_End);
+         },
+         u"dj-laptop"_s},
+        {u"startup-searched"_s,
+         [](WindowPicture& picture) {
+             picture.launchWithProfiles();
+             picture.openStartup();
+             searchStartup(u"helper"_s);
+         },
+         u"dj-laptop"_s},
+        {u"startup-nothing-found"_s,
+         [](WindowPicture& picture) {
+             picture.launchWithProfiles();
+             picture.openStartup();
+             searchStartup(u"nobody has this"_s);
+         },
+         u"dj-laptop"_s},
+        {u"startup-unread"_s,
+         [](WindowPicture& picture) {
+             picture.startHost(R"([{"tool": "osascript", "status": 1, "error": "not allowed"}])");
+             picture.launchWithProfiles();
+             picture.openStartup();
+         },
+         u"dj-laptop"_s},
+        {u"startup-5000"_s,
+         [](WindowPicture& picture) {
+             picture.addLaunchAgents(5000);
+             picture.launchWithProfiles();
+             picture.openStartup();
+         },
+         u"dj-laptop"_s},
+        {u"startup-protected"_s,
+         [](WindowPicture& picture) {
+             picture.launchWithProfiles();
+             picture.openStartup();
+             auto* const list = qobject_cast<QAbstractItemView*>(control(kStartupItemsTitle));
+             const QModelIndex first = list->model()->index(0, 0);
+             list->setFocus();
+             list->setCurrentIndex(list->model()->match(first, Qt::DisplayRole, u"Traktor Helper"_s).value(0));
+             press(Qt::Key_Space);
+             waitUntilAlert(u"Protected Item"_s);
+         },
+         u"dj-laptop"_s},
+    };
+}
 
-                                    QList<PicturedState> WindowPicture::pageStates() {
-                                        return {
-                                            {u"tweaks-off"_s,
-                                             [](WindowPicture& picture) {
-                                                 picture.launchWithProfiles();
-                                                 openTweaks();
-                                             }},
-                                            {u"tweaks-on"_s,
-                                             [](WindowPicture& picture) {
-                                                 picture.launchWithProfiles();
-                                                 openTweaks();
-                                                 click(u"Bypass macOS App Nap Throttling"_s);
-                                                 click(u"Suspend Spotlight Drive Indexing"_s);
-                                                 click(u"Disable Time Machine Auto-Backups"_s);
-                                             }},
-                                            {u"tweaks-icon-picker"_s,
-                                             [](WindowPicture& picture) {
-                                                 picture.launchWithProfiles();
-                                                 openTweaks();
-                                                 click(u"Icon of Bypass macOS App Nap Throttling"_s);
-                                             }},
-                                            {u"logs"_s,
-                                             [](WindowPicture& picture) {
-                                                 picture.keepBaseline();
-                                                 picture.launch();
-                                                 showLogs();
-                                             }},
-                                            {u"logs-full"_s,
-                                             [](WindowPicture& picture) {
-                                                 picture.launchWithProfiles();
-                                                 picture.openReview(kLiveSet);
-                                                 picture.applyReview();
-                                                 press(Qt::Key_Return);
-                                                 picture.waitUntilIdle();
-                                                 showLogs();
-                                             }},
-                                            {u"waiting"_s,
-                                             [](WindowPicture& picture) { picture.startSnapshotThatHangs(); }},
-                                            {u"waiting-long"_s,
-                                             [](WindowPicture& picture) {
-                                                 picture.startSnapshotThatHangs();
-                                                 const QString line =
-                                                     picture.session().system.logMessages().last().trimmed();
-                                                 waitUntilSeen(nameOnOneLine(line));
-                                             }},
-                                        };
-                                    }
+QList<PicturedState> WindowPicture::pageStates() {
+    return {
+        {u"tweaks-off"_s,
+         [](WindowPicture& picture) {
+             picture.launchWithProfiles();
+             openTweaks();
+         }},
+        {u"tweaks-on"_s,
+         [](WindowPicture& picture) {
+             picture.launchWithProfiles();
+             openTweaks();
+             click(u"Bypass macOS App Nap Throttling"_s);
+             click(u"Suspend Spotlight Drive Indexing"_s);
+             click(u"Disable Time Machine Auto-Backups"_s);
+         }},
+        {u"tweaks-icon-picker"_s,
+         [](WindowPicture& picture) {
+             picture.launchWithProfiles();
+             openTweaks();
+             click(u"Icon of Bypass macOS App Nap Throttling"_s);
+         }},
+        {u"logs"_s,
+         [](WindowPicture& picture) {
+             picture.keepBaseline();
+             picture.launch();
+             showLogs();
+         }},
+        {u"logs-full"_s,
+         [](WindowPicture& picture) {
+             picture.launchWithProfiles();
+             picture.openReview(kLiveSet);
+             picture.applyReview();
+             press(Qt::Key_Return);
+             picture.waitUntilIdle();
+             showLogs();
+         }},
+        {u"waiting"_s, [](WindowPicture& picture) { picture.startSnapshotThatHangs(); }},
+        {u"waiting-long"_s,
+         [](WindowPicture& picture) {
+             picture.startSnapshotThatHangs();
+             const QString line = picture.session().system.logMessages().last().trimmed();
+             waitUntilSeen(nameOnOneLine(line));
+         }},
+    };
+}
 
-                                    QList<PicturedState> WindowPicture::reviewStates() {
-                                        return {
-                                            {u"review-loading"_s,
-                                             [](WindowPicture& picture) {
-                                                 picture.keepBaseline();
-                                                 picture.saveProfile(u"festival"_s);
-                                                 picture.makeFail(kEveryListHangs);
-                                                 picture.launch();
-                                                 clickProfile(u"Festival"_s);
-                                                 waitUntilSeen(kPreparingReview);
-                                             },
-                                             u"dj-laptop"_s},
-                                            {u"review-profile"_s,
-                                             [](WindowPicture& picture) {
-                                                 picture.launchWithProfiles();
-                                                 picture.openReview(kLiveSet);
-                                             }},
-                                            {u"review-startup"_s,
-                                             [](WindowPicture& picture) {
-                                                 picture.saveProfile(u"festival"_s);
-                                                 picture.launchWithProfiles();
-                                                 picture.openReview(exampleProfile(u"festival"_s).name);
-                                             },
-                                             u"dj-laptop"_s},
-                                            {u"review-tweaks"_s,
-                                             [](WindowPicture& picture) {
-                                                 picture.launchWithProfiles();
-                                                 openTweaks();
-                                                 click(u"Bypass macOS App Nap Throttling"_s);
-                                                 click(u"Suspend Spotlight Drive Indexing"_s);
-                                                 click(kExecuteTweaks);
-                                                 waitUntilSeen(u"Review Performance Tweaks"_s);
-                                                 processEventsUntil([] { return isUsable(u"Apply Changes"_s); });
-                                             }},
-                                            {u"review-nothing-to-do"_s,
-                                             [](WindowPicture& picture) {
-                                                 picture.launchWithProfiles();
-                                                 openTweaks();
-                                                 click(kExecuteTweaks);
-                                                 waitUntilSeen(u"No performance tweaks are selected."_s);
-                                             }},
-                                            {u"review-applying"_s,
-                                             [](WindowPicture& picture) {
-                                                 picture.launchWithProfiles();
-                                                 picture.openReview(kLiveSet);
-                                                 picture.makeFail(kEveryReadingHangs);
-                                                 press(Qt::Key_Return);
-                                                 waitUntilSeen(u"Applying profile…"_s);
-                                             }},
-                                            {u"review-verified"_s,
-                                             [](WindowPicture& picture) {
-                                                 picture.launchWithProfiles();
-                                                 picture.openReview(kLiveSet);
-                                                 picture.applyReview();
-                                                 waitUntilSeen(u"All changes verified"_s);
-                                             }},
-                                            {u"review-failures"_s,
-                                             [](WindowPicture& picture) {
-                                                 picture.launchWithProfiles();
-                                                 picture.openReview(kLiveSet);
-                                                 press(Qt::Key_Return);
-                                                 cancelAuthorization();
-                                                 waitUntilSeen(u"Some changes could not be verified"_s);
-                                             }},
-                                        };
-                                    }
+QList<PicturedState> WindowPicture::reviewStates() {
+    return {
+        {u"review-loading"_s,
+         [](WindowPicture& picture) {
+             picture.keepBaseline();
+             picture.saveProfile(u"festival"_s);
+             picture.makeFail(kEveryListHangs);
+             picture.launch();
+             clickProfile(u"Festival"_s);
+             waitUntilSeen(kPreparingReview);
+         },
+         u"dj-laptop"_s},
+        {u"review-profile"_s,
+         [](WindowPicture& picture) {
+             picture.launchWithProfiles();
+             picture.openReview(kLiveSet);
+         }},
+        {u"review-startup"_s,
+         [](WindowPicture& picture) {
+             picture.saveProfile(u"festival"_s);
+             picture.launchWithProfiles();
+             picture.openReview(exampleProfile(u"festival"_s).name);
+         },
+         u"dj-laptop"_s},
+        {u"review-tweaks"_s,
+         [](WindowPicture& picture) {
+             picture.launchWithProfiles();
+             openTweaks();
+             click(u"Bypass macOS App Nap Throttling"_s);
+             click(u"Suspend Spotlight Drive Indexing"_s);
+             click(kExecuteTweaks);
+             waitUntilSeen(u"Review Performance Tweaks"_s);
+             processEventsUntil([] { return isUsable(u"Apply Changes"_s); });
+         }},
+        {u"review-nothing-to-do"_s,
+         [](WindowPicture& picture) {
+             picture.launchWithProfiles();
+             openTweaks();
+             click(kExecuteTweaks);
+             waitUntilSeen(u"No performance tweaks are selected."_s);
+         }},
+        {u"review-applying"_s,
+         [](WindowPicture& picture) {
+             picture.launchWithProfiles();
+             picture.openReview(kLiveSet);
+             picture.makeFail(kEveryReadingHangs);
+             press(Qt::Key_Return);
+             waitUntilSeen(u"Applying profile…"_s);
+         }},
+        {u"review-verified"_s,
+         [](WindowPicture& picture) {
+             picture.launchWithProfiles();
+             picture.openReview(kLiveSet);
+             picture.applyReview();
+             waitUntilSeen(u"All changes verified"_s);
+         }},
+        {u"review-failures"_s,
+         [](WindowPicture& picture) {
+             picture.launchWithProfiles();
+             picture.openReview(kLiveSet);
+             press(Qt::Key_Return);
+             cancelAuthorization();
+             waitUntilSeen(u"Some changes could not be verified"_s);
+         }},
+    };
+}
 
-                                    QList<PicturedState> WindowPicture::baselineStates() {
-                                        return {
-                                            {u"baseline-offered"_s,
-                                             [](WindowPicture& picture) {
-                                                 picture.launch();
-                                                 waitUntilSeen(kNotNow);
-                                             }},
-                                            {u"baseline-saving"_s,
-                                             [](WindowPicture& picture) {
-                                                 picture.launch();
-                                                 waitUntilSeen(kNotNow);
-                                                 picture.makeFail(kEveryReadingHangs);
-                                                 click(kCreateMasterBaseline);
-                                                 waitUntilSeen(kBaselinePromptSaving);
-                                             }},
-                                            {u"baseline-failed"_s,
-                                             [](WindowPicture& picture) {
-                                                 const Host ports = picture.host->host();
-                                                 ports.files.writeAtomically(
-                                                     ports.machine.homeFolder() + u"/.quorvane"_s, "no folder");
-                                                 picture.launch();
-                                                 waitUntilSeen(kNotNow);
-                                                 click(kCreateMasterBaseline);
-                                                 waitUntilSeen(kBaselinePromptFailed);
-                                             }},
-                                        };
-                                    }
+QList<PicturedState> WindowPicture::baselineStates() {
+    return {
+        {u"baseline-offered"_s,
+         [](WindowPicture& picture) {
+             picture.launch();
+             waitUntilSeen(kNotNow);
+         }},
+        {u"baseline-saving"_s,
+         [](WindowPicture& picture) {
+             picture.launch();
+             waitUntilSeen(kNotNow);
+             picture.makeFail(kEveryReadingHangs);
+             click(kCreateMasterBaseline);
+             waitUntilSeen(kBaselinePromptSaving);
+         }},
+        {u"baseline-failed"_s,
+         [](WindowPicture& picture) {
+             const Host ports = picture.host->host();
+             ports.files.writeAtomically(ports.machine.homeFolder() + u"/.quorvane"_s, "no folder");
+             picture.launch();
+             waitUntilSeen(kNotNow);
+             click(kCreateMasterBaseline);
+             waitUntilSeen(kBaselinePromptFailed);
+         }},
+    };
+}
 
-                                    QList<PicturedState> WindowPicture::lockStates() {
-                                        return {
-                                            {u"lock"_s, [](WindowPicture& picture) { picture.launchLocked(); }},
-                                            {u"lock-error"_s,
-                                             [](WindowPicture& picture) {
-                                                 picture.launchLocked();
-                                                 type(u"wrong"_s);
-                                                 press(Qt::Key_Return);
-                                                 waitUntilSeen(kIncorrectPassword);
-                                             }},
-                                            {u"lock-finger-asked"_s,
-                                             [](WindowPicture& picture) {
-                                                 picture.launchLocked();
-                                                 askForFinger();
-                                             },
-                                             u"studio-desktop"_s},
-                                            {u"lock-finger-refused"_s,
-                                             [](WindowPicture& picture) {
-                                                 picture.launchLocked();
-                                                 askForFinger();
-                                                 click(u"Another Finger"_s);
-                                                 activateWhatIsInFront();
-                                             },
-                                             u"studio-desktop"_s},
-                                        };
-                                    }
+QList<PicturedState> WindowPicture::lockStates() {
+    return {
+        {u"lock"_s, [](WindowPicture& picture) { picture.launchLocked(); }},
+        {u"lock-error"_s,
+         [](WindowPicture& picture) {
+             picture.launchLocked();
+             type(u"wrong"_s);
+             press(Qt::Key_Return);
+             waitUntilSeen(kIncorrectPassword);
+         }},
+        {u"lock-finger-asked"_s,
+         [](WindowPicture& picture) {
+             picture.launchLocked();
+             askForFinger();
+         },
+         u"studio-desktop"_s},
+        {u"lock-finger-refused"_s,
+         [](WindowPicture& picture) {
+             picture.launchLocked();
+             askForFinger();
+             click(u"Another Finger"_s);
+             activateWhatIsInFront();
+         },
+         u"studio-desktop"_s},
+    };
+}
 
-                                    QList<PicturedState> WindowPicture::alertStates() {
-                                        return {
-                                            {u"alert-question"_s,
-                                             [](WindowPicture& picture) {
-                                                 picture.launchWithProfiles();
-                                                 press(Qt::Key_Z, Qt::ControlModifier);
-                                                 waitUntilAlert(u"Undo Performance Tweaks?"_s);
-                                             }},
-                                            {u"alert-destructive-question"_s,
-                                             [](WindowPicture& picture) {
-                                                 picture.launchWithProfiles();
-                                                 click(reinstateRow().title);
-                                                 waitUntilAlert(u"Reinstate System"_s);
-                                             }},
-                                            {u"alert-warning-question"_s,
-                                             [](WindowPicture& picture) {
-                                                 picture.launchWithProfiles();
-                                                 clickProfile(u"Default"_s);
-                                                 waitUntilAlert(u"Apply Default Profile?"_s);
-                                             }},
-                                            {u"alert-delete"_s,
-                                             [](WindowPicture& picture) {
-                                                 picture.launchWithProfiles();
-                                                 picture.profileList()->setFocus();
-                                                 press(Qt::Key_Delete);
-                                                 waitUntilAlert(u"Delete Profile?"_s);
-                                             }},
-                                            {u"alert-success"_s,
-                                             [](WindowPicture& picture) {
-                                                 picture.launchWithProfiles();
-                                                 click(createSnapshotRow().title);
-                                                 waitUntilAlert(u"Snapshot Saved"_s);
-                                             }},
-                                            {u"alert-warning"_s,
-                                             [](WindowPicture& picture) {
-                                                 picture.launchWithProfiles();
-                                                 clickProfile(u"Default"_s);
-                                                 answerAlert(u"Apply Default Profile?"_s, u"Apply"_s);
-                                                 cancelAuthorization();
-                                                 waitUntilAlert(u"Cancelled"_s);
-                                             }},
-                                            {u"alert-quit"_s,
-                                             [](WindowPicture& picture) {
-                                                 picture.startSnapshotThatHangs();
-                                                 press(Qt::Key_Q, Qt::ControlModifier);
-                                                 waitUntilAlert(u"Quit Quorvane?"_s);
-                                             }},
-                                            {u"alert-locked"_s,
-                                             [](WindowPicture& picture) {
-                                                 picture.launchLocked();
-                                                 picture.chooseInMenu(kLiveSet);
-                                                 waitUntilAlert(kLockedTitle);
-                                             }},
-                                            {u"about"_s,
-                                             [](WindowPicture& picture) {
-                                                 picture.launchWithProfiles();
-                                                 chooseCommand(u"About Quorvane"_s);
-                                                 waitUntilAlert(u"Quorvane"_s);
-                                             }},
-                                        };
-                                    }
+QList<PicturedState> WindowPicture::alertStates() {
+    return {
+        {u"alert-question"_s,
+         [](WindowPicture& picture) {
+             picture.launchWithProfiles();
+             press(Qt::Key_Z, Qt::ControlModifier);
+             waitUntilAlert(u"Undo Performance Tweaks?"_s);
+         }},
+        {u"alert-destructive-question"_s,
+         [](WindowPicture& picture) {
+             picture.launchWithProfiles();
+             click(reinstateRow().title);
+             waitUntilAlert(u"Reinstate System"_s);
+         }},
+        {u"alert-warning-question"_s,
+         [](WindowPicture& picture) {
+             picture.launchWithProfiles();
+             clickProfile(u"Default"_s);
+             waitUntilAlert(u"Apply Default Profile?"_s);
+         }},
+        {u"alert-delete"_s,
+         [](WindowPicture& picture) {
+             picture.launchWithProfiles();
+             picture.profileList()->setFocus();
+             press(Qt::Key_Delete);
+             waitUntilAlert(u"Delete Profile?"_s);
+         }},
+        {u"alert-success"_s,
+         [](WindowPicture& picture) {
+             picture.launchWithProfiles();
+             click(createSnapshotRow().title);
+             waitUntilAlert(u"Snapshot Saved"_s);
+         }},
+        {u"alert-warning"_s,
+         [](WindowPicture& picture) {
+             picture.launchWithProfiles();
+             clickProfile(u"Default"_s);
+             answerAlert(u"Apply Default Profile?"_s, u"Apply"_s);
+             cancelAuthorization();
+             waitUntilAlert(u"Cancelled"_s);
+         }},
+        {u"alert-quit"_s,
+         [](WindowPicture& picture) {
+             picture.startSnapshotThatHangs();
+             press(Qt::Key_Q, Qt::ControlModifier);
+             waitUntilAlert(u"Quit Quorvane?"_s);
+         }},
+        {u"alert-locked"_s,
+         [](WindowPicture& picture) {
+             picture.launchLocked();
+             picture.chooseInMenu(kLiveSet);
+             waitUntilAlert(kLockedTitle);
+         }},
+        {u"about"_s,
+         [](WindowPicture& picture) {
+             picture.launchWithProfiles();
+             chooseCommand(u"About Quorvane"_s);
+             waitUntilAlert(u"Quorvane"_s);
+         }},
+    };
+}
 
-                                    QList<PicturedState> WindowPicture::dialogStates() {
-                                        return {
-                                            {u"authorization"_s,
-                                             [](WindowPicture& picture) {
-                                                 picture.launchWithProfiles();
-                                                 picture.openReview(kLiveSet);
-                                                 press(Qt::Key_Return);
-                                                 waitUntilSeen(u"Password"_s);
-                                             }},
-                                            {u"authorization-refused"_s,
-                                             [](WindowPicture& picture) {
-                                                 picture.launchWithProfiles();
-                                                 picture.openReview(kLiveSet);
-                                                 press(Qt::Key_Return);
-                                                 authorize(u"wrong"_s);
-                                                 waitUntilSeen(u"That isn’t the password. Try again."_s);
-                                             }},
-                                            {u"menu"_s,
-                                             [](WindowPicture& picture) {
-                                                 picture.launchInForce(smallLiveSet());
-                                                 picture.popUpMenu();
-                                             }},
-                                            {u"menu-empty"_s,
-                                             [](WindowPicture& picture) {
-                                                 picture.keepBaseline();
-                                                 picture.launchAndScan();
-                                                 picture.popUpMenu();
-                                             }},
-                                        };
-                                    }
+QList<PicturedState> WindowPicture::dialogStates() {
+    return {
+        {u"authorization"_s,
+         [](WindowPicture& picture) {
+             picture.launchWithProfiles();
+             picture.openReview(kLiveSet);
+             press(Qt::Key_Return);
+             waitUntilSeen(u"Password"_s);
+         }},
+        {u"authorization-refused"_s,
+         [](WindowPicture& picture) {
+             picture.launchWithProfiles();
+             picture.openReview(kLiveSet);
+             press(Qt::Key_Return);
+             authorize(u"wrong"_s);
+             waitUntilSeen(u"That isn’t the password. Try again."_s);
+         }},
+        {u"menu"_s,
+         [](WindowPicture& picture) {
+             picture.launchInForce(smallLiveSet());
+             picture.popUpMenu();
+         }},
+        {u"menu-empty"_s,
+         [](WindowPicture& picture) {
+             picture.keepBaseline();
+             picture.launchAndScan();
+             picture.popUpMenu();
+         }},
+    };
+}
 
-                                } // namespace quorvane
+} // namespace quorvane
