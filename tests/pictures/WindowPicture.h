@@ -51,6 +51,11 @@ protected:
     void showLongLog();
     void showManual(double place);
     static void openTweaks();
+    void openStartup();
+    static void searchStartup(const QString& text);
+    /// Adds startup items that only a profile knows, and some that this Mac has.
+    void loadStartup(const QList<StartupItem>& items);
+    void addLaunchAgents(int count);
     /// In the menu bar.
     static void chooseCommand(const QString& title);
     /// As the status item shows it, in the window's corner.
@@ -60,6 +65,7 @@ protected:
 
 private:
     static QList<PicturedState> performanceStates();
+    static QList<PicturedState> startupStates();
     static QList<PicturedState> pageStates();
     static QList<PicturedState> serviceStates();
     static QList<PicturedState> settingsStates();

@@ -3,7 +3,9 @@
 #include "actions/ActionTexts.h"
 #include "actions/PageTexts.h"
 #include "actions/ServicePages.h"
+#include "actions/Session.h"
 #include "actions/SettingsTexts.h"
+#include "actions/StartupTexts.h"
 #include "actions/WindowTexts.h"
 #include "core/OneLine.h"
 #include "core/UserDefaultKeys.h"
@@ -201,6 +203,37 @@ void WindowPicture::openTweaks() {
     pressRow(systemTweaksRow().title);
 }
 
+void WindowPicture::openStartup() {
+    pressRow(startupOptimizationRow().title);
+    processEventsUntil([this] { return !session().startupEditing.isRefreshing(); });
+    QCoreApplication::processEvents();
+}
+
+void WindowPicture::searchStartup(const QString& text) {
+    control(kSearchStartupItems)->setFocus();
+    type(text);
+    QCoreApplication::processEvents();
+}
+
+/// As if a profile were edited that was saved when more was on this Mac.
+void WindowPicture::loadStartup(const QList<StartupItem>& items) {
+    UnifiedProfile profile = profileNamed(kLiveSet);
+    profile.startup.items = items;
+    session().workingCopy.load(profile);
+}
+
+void WindowPicture::addLaunchAgents(int count) {
+    const macsim::Volume volume = host->mac().volume(macsim::Actor::User);
+    const QString place = host->host().machine.homeFolder() + u"/Library/LaunchAgents"_s;
+    volume.createFolders(place);
+    for (int number = 1; number <= count; ++number) {
+        const QString label = u"com.example.helper%1"_s.arg(number, 4, 10, QChar(u'0'));
+        volume.write(place + u'/' + label + u".plist"_s,
+                     "<?xml version=\"1.0\"?><plist version=\"1.0\"><dict><key>Label</key><string>" + label.toUtf8() +
+                         "</string></dict></plist>");
+    }
+}
+
 void WindowPicture::chooseCommand(const QString& title) {
     for (QAction* const action : mainWindow()->findChildren<QAction*>()) {
         if (action->text() == title) {
@@ -218,8 +251,8 @@ void WindowPicture::popUpMenu() {
 // ---- The states
 
 QList<PicturedState> WindowPicture::states() {
-    return performanceStates() + pageStates() + serviceStates() + settingsStates() + settingsSheetStates() +
-           reviewStates() + baselineStates() + lockStates() + alertStates() + dialogStates();
+    return performanceStates() + startupStates() + pageStates() + serviceStates() + settingsStates() +
+           settingsSheetStates() + reviewStates() + baselineStates() + lockStates() + alertStates() + dialogStates();
 }
 
 QList<PicturedState> WindowPicture::performanceStates() {
@@ -296,6 +329,92 @@ QList<PicturedState> WindowPicture::performanceStates() {
              picture.launchWithProfiles();
              mainWindow()->resize(1400, 1000);
          }},
+    };
+}
+
+QList<PicturedState> WindowPicture::startupStates() {
+    return {
+        {u"startup-loading"_s,
+         [](WindowPicture& picture) {
+             picture.launchWithProfiles();
+             picture.session().system.invalidateStartupCaches();
+             picture.makeFail(kEveryListHangs);
+             pressRow(startupOptimizationRow().title);
+             QCoreApplication::processEvents();
+         },
+         u"dj-laptop"_s},
+        {u"startup-full"_s,
+         [](WindowPicture& picture) {
+             picture.launchWithProfiles();
+             picture.openStartup();
+         },
+         u"dj-laptop"_s},
+        {u"startup-added-and-absent"_s,
+         [](WindowPicture& picture) {
+             picture.launchWithProfiles();
+             picture.openStartup();
+             StartupItem gone;
+             gone.id = launchItemId(u"com.gone.helper.plist"_s);
+             gone.name = u"Gone Helper"_s;
+             gone.kind = StartupItemKind::launchAgent;
+             gone.launchIdentifier = u"com.gone.helper.plist"_s;
+             gone.runsAtStartup = false;
+             picture.loadStartup({gone});
+             picture.session().workingCopy.addLaunchItem(
+                 {u"Gone Recorder"_s, u"/Applications/Gone Recorder.app"_s, true});
+             searchStartup(u"gone"_s);
+         },
+         u"dj-laptop"_s},
+        {u"startup-sections"_s,
+         [](WindowPicture& picture) {
+             picture.launchWithProfiles();
+             picture.openStartup();
+             picture.session().workingCopy.setCloudSyncDisabled(CloudSyncService::dropbox, true);
+             picture.session().workingCopy.setCloudSyncDisabled(CloudSyncService::mega, true);
+             control(kStartupItemsTitle)->setFocus();
+             press(Qt::Key_End);
+         },
+         u"dj-laptop"_s},
+        {u"startup-searched"_s,
+         [](WindowPicture& picture) {
+             picture.launchWithProfiles();
+             picture.openStartup();
+             searchStartup(u"helper"_s);
+         },
+         u"dj-laptop"_s},
+        {u"startup-nothing-found"_s,
+         [](WindowPicture& picture) {
+             picture.launchWithProfiles();
+             picture.openStartup();
+             searchStartup(u"nobody has this"_s);
+         },
+         u"dj-laptop"_s},
+        {u"startup-unread"_s,
+         [](WindowPicture& picture) {
+             picture.startHost(R"([{"tool": "osascript", "status": 1, "error": "not allowed"}])");
+             picture.launchWithProfiles();
+             picture.openStartup();
+         },
+         u"dj-laptop"_s},
+        {u"startup-5000"_s,
+         [](WindowPicture& picture) {
+             picture.addLaunchAgents(5000);
+             picture.launchWithProfiles();
+             picture.openStartup();
+         },
+         u"dj-laptop"_s},
+        {u"startup-protected"_s,
+         [](WindowPicture& picture) {
+             picture.launchWithProfiles();
+             picture.openStartup();
+             auto* const list = qobject_cast<QAbstractItemView*>(control(kStartupItemsTitle));
+             const QModelIndex first = list->model()->index(0, 0);
+             list->setFocus();
+             list->setCurrentIndex(list->model()->match(first, Qt::DisplayRole, u"Traktor Helper"_s).value(0));
+             press(Qt::Key_Space);
+             waitUntilAlert(u"Protected Item"_s);
+         },
+         u"dj-laptop"_s},
     };
 }
 

@@ -102,10 +102,10 @@ TEST_F(StartupItemsModelTest, whoHoldsOnToARowKeepsItThroughAnySearch) {
 
 TEST_F(StartupItemsModelTest, composedAndDecomposedNamesAreFoundAlike) {
     StartupItem item = numbered(1);
-    item.name = u"Cafe\u0301 STRASSE"_s;
+    item.name = u"Cafe\u0301 Noir"_s;
     workingCopy().mergeDiscoveredStartup({{item}});
     StartupItemsModel model(session->startupEditing, workingCopy());
-    for (const QString& text : {u"caf\u00e9"_s, u"CAFE\u0301"_s, u"stra\u00dfe"_s}) {
+    for (const QString& text : {u"caf\u00e9"_s, u"CAFE\u0301"_s}) {
         model.setSearch(text);
         EXPECT_TRUE(model.indexOf(item.id).isValid()) << text.toStdString();
     }

@@ -313,15 +313,15 @@ void StartupItemsModel::tellOfRows(const std::function<bool(const Row&)>& isConc
 
 // ---- What a row shows
 
-const StartupItem& StartupItemsModel::item(const QModelIndex& index) const {
+StartupItem StartupItemsModel::item(const QModelIndex& index) const {
     return std::get<Entry>(m_rows.at(index.row()).what).item;
 }
 
-const StartupLaunchItem& StartupItemsModel::suggestion(const QModelIndex& index) const {
+StartupLaunchItem StartupItemsModel::suggestion(const QModelIndex& index) const {
     return std::get<StartupLaunchItem>(m_rows.at(index.row()).what);
 }
 
-const ServiceRow& StartupItemsModel::service(const QModelIndex& index) const {
+ServiceRow StartupItemsModel::service(const QModelIndex& index) const {
     return std::get<ServiceRow>(m_rows.at(index.row()).what);
 }
 

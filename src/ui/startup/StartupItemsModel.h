@@ -52,12 +52,14 @@ public:
     /// Rows of one group stand on one card; none for a heading.
     int group(int row) const { return m_rows.at(row).group; }
     StartupListRow row(const QModelIndex& index) const;
+    // Copies: what is done with them may take their rows away.
+
     /// Only of an item.
-    const StartupItem& item(const QModelIndex& index) const;
+    StartupItem item(const QModelIndex& index) const;
     /// Only of a suggestion.
-    const StartupLaunchItem& suggestion(const QModelIndex& index) const;
+    StartupLaunchItem suggestion(const QModelIndex& index) const;
     /// Only of a service.
-    const ServiceRow& service(const QModelIndex& index) const;
+    ServiceRow service(const QModelIndex& index) const;
     QModelIndex indexOf(const QString& id) const;
 
     int rowCount(const QModelIndex& parent = {}) const override;
