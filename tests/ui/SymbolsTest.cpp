@@ -64,6 +64,7 @@ QStringList namesInUse() {
         u"externaldrive.badge.icloud"_s,
         u"externaldrive.badge.xmark"_s,
         u"externaldrive.fill"_s,
+        u"eye.fill"_s,
         u"eye.slash.fill"_s,
         u"flag.fill"_s,
         u"flame.fill"_s,
