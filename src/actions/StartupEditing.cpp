@@ -70,7 +70,9 @@ QCoro::Task<void> StartupEditing::discover(Refresh refresh) {
     Q_EMIT changed();
     using SystemRefresh = SystemManager::StartupRefresh;
     const SystemRefresh ofSystem = refresh == Refresh::Force ? SystemRefresh::Force : SystemRefresh::UseCache;
-    const DiscoveredStartup found = co_await m_parts.system.discoverStartup(ofSystem);
+    // It is counted by itself, because it may outlast what is waited for here.
+    m_parts.tasks.start(m_parts.system.discoverStartupItems(ofSystem));
+    const DiscoveredStartup found = co_await m_parts.system.discoverStartup(SystemRefresh::UseCache);
     if (round != m_round) {
         co_return;
     }

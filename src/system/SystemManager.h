@@ -209,8 +209,8 @@ public:
     /// What runs when the user logs in, each item once, sorted by name. Callers share a run. A forced refresh drops
     /// what was found before; the background task list is taken as it stands.
     QCoro::Task<QList<StartupItem>> discoverStartupItems(StartupRefresh refresh);
-    /// The same, with what could be read, for somebody who looks at it. A System Events that doesn't answer isn't waited for
-    /// longer than ten seconds.
+    /// The same, with what could be read, for somebody who looks on: a run of another caller's that is under way isn't waited
+    /// for longer than ten seconds.
     QCoro::Task<DiscoveredStartup> discoverStartup(StartupRefresh refresh);
     /// Forgets the discovered items and the login items, and lets a run that is under way end without a trace.
     void invalidateStartupCaches();

@@ -199,11 +199,13 @@ TEST_F(StartupDiscoveryFlow, whoLooksOnDoesNotWaitForSystemEventsLongerThanTenSe
     loginItems.items = {kZoomItem};
     addPlist(kSharedAgents + u"com.box.plist"_s, {});
     commands.hold();
+    auto run = system.discoverStartupItems(Refresh::UseCache);
     const DiscoveredStartup found = QCoro::waitFor(system.discoverStartup(Refresh::UseCache));
     EXPECT_EQ(clock.waits, QList<std::chrono::milliseconds>{std::chrono::seconds(10)});
     EXPECT_EQ(shown(found.items).size(), 1) << "what the other sources have";
     EXPECT_EQ(found.loginItems, LoginItemsSource::Unanswered);
     commands.release();
+    EXPECT_EQ(QCoro::waitFor(run).size(), 2);
     EXPECT_EQ(discover().size(), 2) << "nothing that is incomplete is kept";
 }
 

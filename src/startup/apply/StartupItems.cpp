@@ -68,7 +68,7 @@ void answerOnce(const FirstAnswer& first, const std::optional<DiscoveredStartup>
     }
 }
 
-QCoro::Task<void> settle(FirstAnswer first, QCoro::Task<DiscoveredStartup> discovery) {
+QCoro::Task<void> settle(FirstAnswer first, QFuture<DiscoveredStartup> discovery) {
     const DiscoveredStartup found = co_await discovery;
     answerOnce(first, found);
 }
@@ -118,14 +118,15 @@ QCoro::Task<DiscoveredStartup> StartupItems::discover() {
     co_return found;
 }
 
+/// What is left waiting behind knows nothing of this object, which may be gone by then.
 QCoro::Task<DiscoveredStartup> StartupItems::discoverWithin(std::chrono::milliseconds limit) {
-    if (m_cache->found) {
-        co_return std::as_const(*m_cache->found);
+    if (!m_run) {
+        co_return co_await discover();
     }
     const auto first = std::make_shared<QPromise<std::optional<DiscoveredStartup>>>();
     first->start();
     const QFuture<std::optional<DiscoveredStartup>> answer = first->future();
-    settle(first, discover());
+    settle(first, *m_run);
     settle(first, host().clock.sleepFor(limit));
     const std::optional<DiscoveredStartup> found = co_await answer;
     if (found) {

@@ -27,8 +27,8 @@ public:
 
     /// Each item once, sorted by name. Callers share a run. The background task list is taken as it stands.
     QCoro::Task<DiscoveredStartup> discover();
-    /// The same for somebody who looks at it: when System Events says nothing for that long, what the other sources have. It
-    /// isn't kept.
+    /// The same for somebody who looks on while a run of another caller's is under way: when that takes longer, what the other
+    /// sources have beside System Events. It isn't kept.
     QCoro::Task<DiscoveredStartup> discoverWithin(std::chrono::milliseconds limit);
     /// Forgets the found items and the login items, and lets a run that is under way end without a trace.
     void invalidate();

@@ -6,10 +6,12 @@
 #include "ui/symbols/Symbols.h"
 
 #include <QAbstractItemView>
+#include <QApplication>
 #include <QFontMetrics>
 #include <QHelpEvent>
 #include <QPainter>
 #include <QPainterPath>
+#include <QStyle>
 #include <QTextDocument>
 #include <QToolTip>
 
@@ -100,9 +102,11 @@ StartupItemRow::StartupItemRow(const StartupItemsModel& model, QObject* parent)
     : QStyledItemDelegate(parent)
     , m_model(model) {}
 
+/// Like the column of a page that scrolls: what the scroll bar takes is taken from the margin beside it.
 QRect StartupItemRow::cardRect(const QRect& rect) {
-    const int width = std::min(Theme::kColumn, rect.width() - 2 * Theme::kGap24);
-    return {rect.left() + (rect.width() - width) / 2, rect.top(), width, rect.height()};
+    const int room = rect.width() + QApplication::style()->pixelMetric(QStyle::PM_ScrollBarExtent) - 2 * Theme::kGap24;
+    const int width = std::min(Theme::kColumn, room);
+    return {rect.left() + Theme::kGap24 + (room - width) / 2, rect.top(), width, rect.height()};
 }
 
 StartupItemRow::Part StartupItemRow::partAt(const QRect& rect, const QModelIndex& index, const QPoint& position) const {

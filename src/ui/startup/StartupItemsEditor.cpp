@@ -122,6 +122,8 @@ void StartupItemsEditor::takeFindings() {
     const std::optional<DiscoveredStartup>& discovered = session.workingCopy.discovered();
     const QStringList unread = discovered ? unreadSourceTexts(*discovered) : QStringList();
     m_unread->setText(unread.join(u'\n'));
+    const bool areLoginItemsRead = !discovered || discovered->loginItems == LoginItemsSource::Read;
+    m_unread->setTone(areLoginItemsRead ? TextTone::Secondary : TextTone::Warning);
     m_unread->setVisible(!unread.isEmpty());
 }
 
