@@ -29,7 +29,6 @@ DiskFileDialog::DiskFileDialog(const QString& title, FileKind kind)
     setNameFilters({filterOf(kind), u"All Files (*)"_s});
     setDefaultSuffix(suffixOf(kind));
     setFileMode(ExistingFile);
-    connect(this, &QFileDialog::fileSelected, this, &DiskFileDialog::chosen);
 }
 
 void DiskFileDialog::saveAs(const QString& suggestedName) {
@@ -40,14 +39,15 @@ void DiskFileDialog::saveAs(const QString& suggestedName) {
 
 void DiskFileDialog::accept() {
     const QFileInfo file(selectedFiles().value(0));
-    if (acceptMode() == AcceptOpen && !file.exists()) {
-        return; // stays, with the name to be mended
-    }
-    if (acceptMode() == AcceptSave && file.isFile() && !m_isAgreedToReplace) {
+    const bool isMissing = acceptMode() == AcceptOpen ? !file.isFile() : file.fileName().isEmpty();
+    if (file.isDir()) {
+        QFileDialog::accept(); // goes into it
+    } else if (acceptMode() == AcceptSave && file.isFile() && !m_isAgreedToReplace) {
         askToReplace(file.fileName());
-        return;
+    } else if (!isMissing) {
+        Q_EMIT chosen(file.absoluteFilePath());
+        QDialog::accept();
     }
-    QFileDialog::accept();
 }
 
 /// The alert goes with the dialog.
