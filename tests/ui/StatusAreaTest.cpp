@@ -6,6 +6,7 @@
 #include "ui/menu/MenuBarManager.h"
 #include "ui/menu/TrayStatusItem.h"
 
+#include <QElapsedTimer>
 #include <QScreen>
 
 namespace quorvane {
@@ -74,10 +75,19 @@ protected:
         display().act(
             {u"mousemove"_s, u"--window"_s, ItemWindow::id(), u"8"_s, u"8"_s, u"click"_s, QString::number(button)});
     }
+    static constexpr int kAttempts = 5;
+    static constexpr int kPatience = 10000; // milliseconds
     static QMenu* openMenu() { return qobject_cast<QMenu*>(QApplication::activePopupWidget()); }
     static void openMenuByClick(int button = 1) {
-        clickItem(button);
-        processEventsUntil([] { return openMenu() != nullptr && openMenu()->isVisible(); });
+        // A click may come just as the area moves its items; then a user clicks again.
+        const auto isOpen = [] { return openMenu() != nullptr && openMenu()->isVisible(); };
+        for (int attempt = 0; attempt < kAttempts && !isOpen(); ++attempt) {
+            clickItem(button);
+            QElapsedTimer patience;
+            patience.start();
+            processEventsUntil([&] { return isOpen() || patience.hasExpired(kPatience); });
+        }
+        ASSERT_TRUE(isOpen());
     }
     static void closeMenu() {
         display().act({u"key"_s, u"Escape"_s});

@@ -69,7 +69,7 @@ void WindowAlerts::answer(int button) {
     give(m_pending.begin(), button);
 }
 
-void WindowAlerts::give(std::deque<Pending>::iterator pending, int button) {
+void WindowAlerts::give(const std::deque<Pending>::iterator& pending, int button) {
     Pending answered = std::move(*pending);
     m_pending.erase(pending);
     answered.answer.addResult(button);

@@ -59,7 +59,7 @@ private:
     /// The one that is shown.
     void answer(int button);
     /// Nothing of it remains.
-    void give(std::deque<Pending>::iterator pending, int button);
+    void give(const std::deque<Pending>::iterator& pending, int button);
 
     Workspace& m_workspace;
     std::function<QWidget*()> m_mainWindow;

@@ -30,10 +30,20 @@ void TextLabel::setTone(TextTone tone) {
 void TextLabel::setText(const QString& text) {
     const QString broken = withBreaksInLongWords(text);
     setAccessibleName(broken == text ? QString() : text);
+    m_heights.clear();
     QLabel::setText(broken);
 }
 
+int TextLabel::heightForWidth(int width) const {
+    if (!wordWrap()) {
+        return QLabel::heightForWidth(width);
+    }
+    const auto known = m_heights.constFind(width);
+    return known != m_heights.cend() ? *known : *m_heights.insert(width, QLabel::heightForWidth(width));
+}
+
 void TextLabel::changeEvent(QEvent* event) {
+    m_heights.clear(); // mostly the font
     QLabel::changeEvent(event);
     if (event->type() == QEvent::StyleChange) {
         takeTheme();

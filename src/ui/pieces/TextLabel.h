@@ -2,6 +2,7 @@
 
 #include "ui/Theme.h"
 
+#include <QHash>
 #include <QLabel>
 
 namespace quorvane {
@@ -21,6 +22,8 @@ public:
     void setTone(TextTone tone);
     void setText(const QString& text);
 
+    int heightForWidth(int width) const override;
+
 protected:
     void changeEvent(QEvent* event) override;
 
@@ -30,6 +33,8 @@ private:
     TextStyle m_style;
     TextTone m_tone;
     bool m_isTakingTheme = false;
+    mutable QHash<int, int>
+        m_heights; ///< by width: layouts ask for the same few again and again, and Qt measures each time
 };
 
 QColor inkOf(const Theme& theme, TextTone tone);
