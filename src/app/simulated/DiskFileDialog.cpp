@@ -3,6 +3,7 @@
 #include "ui/alerts/AlertDialog.h"
 
 #include <QFileInfo>
+#include <QLineEdit>
 
 namespace quorvane {
 
@@ -29,7 +30,6 @@ DiskFileDialog::DiskFileDialog(const QString& title, FileKind kind)
     setNameFilters({filterOf(kind), u"All Files (*)"_s});
     setDefaultSuffix(suffixOf(kind));
     setFileMode(ExistingFile);
-    connect(this, &QFileDialog::fileSelected, this, &DiskFileDialog::chosen);
 }
 
 void DiskFileDialog::saveAs(const QString& suggestedName) {
@@ -38,16 +38,26 @@ void DiskFileDialog::saveAs(const QString& suggestedName) {
     selectFile(suggestedName);
 }
 
+/// What stands in the field, into which a click in the list puts its name, too. (Qt goes by the list first, where a part of what
+/// was typed may have selected a folder.)
+QString DiskFileDialog::namedPath() const {
+    const QString name = findChild<QLineEdit*>(u"fileNameEdit"_s)->text();
+    const QString path = directory().absoluteFilePath(name);
+    const bool lacksSuffix = acceptMode() == AcceptSave && QFileInfo(path).suffix().isEmpty();
+    return lacksSuffix && !QFileInfo(path).isDir() ? path + u'.' + defaultSuffix() : path;
+}
+
 void DiskFileDialog::accept() {
-    const QFileInfo file(selectedFiles().value(0));
-    if (acceptMode() == AcceptOpen && !file.exists()) {
-        return; // stays, with the name to be mended
-    }
-    if (acceptMode() == AcceptSave && file.isFile() && !m_isAgreedToReplace) {
+    const QFileInfo file(namedPath());
+    const bool isMissing = acceptMode() == AcceptOpen ? !file.isFile() : file.fileName().isEmpty();
+    if (file.isDir()) {
+        setDirectory(file.absoluteFilePath());
+    } else if (acceptMode() == AcceptSave && file.isFile() && !m_isAgreedToReplace) {
         askToReplace(file.fileName());
-        return;
+    } else if (!isMissing) {
+        Q_EMIT chosen(file.absoluteFilePath());
+        QDialog::accept();
     }
-    QFileDialog::accept();
 }
 
 /// The alert goes with the dialog.

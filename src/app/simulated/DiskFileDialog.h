@@ -24,6 +24,7 @@ Q_SIGNALS:
     void chosen(const QString& path);
 
 private:
+    QString namedPath() const;
     void askToReplace(const QString& name);
 
     bool m_isAgreedToReplace = false;
