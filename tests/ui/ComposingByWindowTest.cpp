@@ -86,6 +86,9 @@ protected:
             if (action->text() == text) {
                 QTest::mouseClick(menu, Qt::LeftButton, {}, menu->actionGeometry(action).center());
                 letEventsPass();
+                if (!alertTitle().isEmpty()) {
+                    return;
+                }
                 mainWindow()->activateWindow(); // without a window manager nobody else gives it back
                 processEventsUntil([] { return mainWindow()->isActiveWindow(); });
                 return;
@@ -111,7 +114,7 @@ TEST_F(ComposingByWindow, aProfileIsComposedByKeysAlone) {
     openWizard();
     EXPECT_TRUE(isSeen(u"Create Profile"_s));
     EXPECT_TRUE(isSeen(u"1 of 3"_s));
-    EXPECT_FALSE(isUsable(u"Startup Optimization"_s)) << "not visited";
+    EXPECT_FALSE(isUsable(u"Step: Startup Optimization"_s)) << "not visited";
     click(u"Bypass macOS App Nap Throttling"_s);
     goToLastStep();
     EXPECT_TRUE(isSeen(u"3 of 3"_s));
@@ -136,14 +139,14 @@ TEST_F(ComposingByWindow, eachOpeningBeginsAnew) {
     goToLastStep();
     typeName(u"Half"_s);
     click(u"Apply profile after saving"_s);
-    click(u"System Tweaks"_s);
+    click(u"Step: System Tweaks"_s);
     processEventsUntil([] { return isSeen(u"Configure System Tweaks"_s); });
     press(Qt::Key_Escape);
     processEventsUntil([] { return isSeen(u"Create Custom Profile"_s); });
     EXPECT_FALSE(stored(u"Half"_s).has_value());
     openWizard();
     EXPECT_TRUE(isSeen(u"1 of 3"_s));
-    EXPECT_FALSE(isUsable(u"Startup Optimization"_s));
+    EXPECT_FALSE(isUsable(u"Step: Startup Optimization"_s));
     goToLastStep();
     EXPECT_EQ(qobject_cast<QLineEdit*>(control(u"Profile name"_s))->text(), QString());
     EXPECT_FALSE(qobject_cast<QAbstractButton*>(control(u"Apply profile after saving"_s))->isChecked());

@@ -44,7 +44,7 @@ void PerformanceView::show(PerformancePage page, QWidget* widget) {
 QWidget* PerformanceView::makePage(PerformancePage page) {
     MasterProfileState& workingCopy = m_environment.session.workingCopy;
     SavedProfiles& saved = m_environment.session.savedProfiles;
-    const auto edit = [this, &workingCopy, &saved] { openWizard(ProfileWizard::forEdit(workingCopy, saved)); };
+    const auto edit = [this] { editWhenIdle(); };
     if (page == PerformancePage::tweaks) {
         auto* const tweaks = new TweaksPage(m_environment);
         connect(tweaks, &TweaksPage::backRequested, this, [this] { setCurrentPage(PerformancePage::main); });
@@ -67,6 +67,17 @@ QWidget* PerformanceView::makePage(PerformancePage page) {
 }
 
 // ---- The wizard
+
+/// The action that has loaded the profile may be coming to its end: with it the focus goes back to where it was.
+void PerformanceView::editWhenIdle() {
+    Session& session = m_environment.session;
+    if (session.turnstile.isIdle()) {
+        openWizard(ProfileWizard::forEdit(session.workingCopy, session.savedProfiles));
+    } else {
+        connect(&session.turnstile, &Turnstile::idleChanged, this, &PerformanceView::editWhenIdle,
+                Qt::ConnectionType(Qt::QueuedConnection | Qt::SingleShotConnection));
+    }
+}
 
 void PerformanceView::openWizard(std::unique_ptr<ProfileWizard> wizard) {
     delete m_wizard;

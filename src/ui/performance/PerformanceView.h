@@ -26,6 +26,7 @@ public:
 
 private:
     QWidget* makePage(PerformancePage page);
+    void editWhenIdle();
     void openWizard(std::unique_ptr<ProfileWizard> wizard);
     void leaveWizard();
     void show(PerformancePage page, QWidget* widget);

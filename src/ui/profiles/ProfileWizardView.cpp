@@ -83,6 +83,7 @@ QWidget* ProfileWizardView::makeHeader() {
         auto* const button = new QPushButton(ProfileWizard::titleOf(step));
         button->setAutoDefault(false);
         button->setCheckable(true);
+        button->setAccessibleName(u"Step: "_s + ProfileWizard::titleOf(step)); // the default button may bear its title
         connect(button, &QPushButton::clicked, this, [this, step] {
             m_wizard->goTo(step);
             update();
