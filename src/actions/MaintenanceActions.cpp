@@ -12,7 +12,7 @@ namespace quorvane {
 using namespace Qt::StringLiterals;
 
 QCoro::Task<ActionOutcome> MaintenanceActions::execute(MaintenanceSelection selection, ActionListener& listener,
-                                                       std::function<void()> whenRun) {
+                                                       const std::function<void()>& whenRun) {
     return m_stage.run(listener, [=, this](Action& action) -> QCoro::Task<void> {
         if (!co_await action.passesGate(u"run maintenance"_s)) {
             co_return;

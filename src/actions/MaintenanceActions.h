@@ -20,7 +20,7 @@ public:
 
     /// @param whenRun  called when it has run, before its outcome is told; not where nothing was carried out
     QCoro::Task<ActionOutcome> execute(MaintenanceSelection selection, ActionListener& listener,
-                                       std::function<void()> whenRun = {});
+                                       const std::function<void()>& whenRun = {});
 
 private:
     ActionStage& m_stage;

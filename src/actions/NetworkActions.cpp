@@ -12,7 +12,7 @@ namespace quorvane {
 using namespace Qt::StringLiterals;
 
 QCoro::Task<ActionOutcome> NetworkActions::execute(NetworkOperations operations, ActionListener& listener,
-                                                   std::function<void()> whenRun) {
+                                                   const std::function<void()>& whenRun) {
     return m_stage.run(listener, [=, this](Action& action) -> QCoro::Task<void> {
         if (!co_await action.passesGate(u"change the network"_s)) {
             co_return;

@@ -157,7 +157,7 @@ void StartupEditing::switchItem(const QString& id, ActionListener& listener) {
     }
 }
 
-QCoro::Task<ActionOutcome> StartupEditing::switchProtectedOff(QString id, ActionListener& listener) {
+QCoro::Task<ActionOutcome> StartupEditing::switchProtectedOff(const QString& id, ActionListener& listener) {
     return m_parts.stage.run(listener, [=, this](Action& action) -> QCoro::Task<void> {
         const std::optional<Alert> question = protectedItemQuestion();
         action.outcome.succeeded = co_await action.isAgreedTo(question);

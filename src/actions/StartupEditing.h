@@ -87,7 +87,7 @@ private:
 
     QCoro::Task<void> discover(Refresh refresh);
     QCoro::Task<void> takeUp(DiscoveredStartup found);
-    QCoro::Task<ActionOutcome> switchProtectedOff(QString id, ActionListener& listener);
+    QCoro::Task<ActionOutcome> switchProtectedOff(const QString& id, ActionListener& listener);
     QStringList cloudFolderTexts() const;
     bool isIdle() const;
 

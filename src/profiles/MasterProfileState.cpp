@@ -68,7 +68,8 @@ bool isRemovable(const WorkingStartup& working, const StartupItem& item) {
 
 } // namespace
 
-MasterProfileState::MasterProfileState(PerformanceSettings settings, StartupConfiguration startup, QObject* parent)
+MasterProfileState::MasterProfileState(PerformanceSettings settings, const StartupConfiguration& startup,
+                                       QObject* parent)
     : QObject(parent)
     , m_settings(std::move(settings))
     , m_layers(layersOf(startup, std::nullopt)) {

@@ -26,7 +26,7 @@ class MasterProfileState : public QObject {
     Q_OBJECT
 
 public:
-    explicit MasterProfileState(PerformanceSettings settings = {}, StartupConfiguration startup = {},
+    explicit MasterProfileState(PerformanceSettings settings = {}, const StartupConfiguration& startup = {},
                                 QObject* parent = nullptr);
 
     const PerformanceSettings& settings() const { return m_settings; }
