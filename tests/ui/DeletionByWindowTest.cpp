@@ -60,12 +60,15 @@ TEST_F(DeletionByWindow, byMouseByTheDeleteKeyAndByTheButton) {
     EXPECT_EQ(focused(), u"Saved Profiles"_s);
 
     press(Qt::Key_Tab);
+    EXPECT_EQ(focused(), u"Edit profile"_s);
+    press(Qt::Key_Tab);
     EXPECT_EQ(focused(), u"Delete profile"_s);
     press(Qt::Key_Space);
     confirm(u"Dub"_s);
     EXPECT_EQ(currentProfileRow(), u"Encore"_s);
     EXPECT_EQ(focused(), u"Saved Profiles"_s) << "on the next row";
 
+    press(Qt::Key_Tab);
     press(Qt::Key_Tab);
     press(Qt::Key_Space);
     confirm(u"Encore"_s);
