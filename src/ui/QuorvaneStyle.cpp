@@ -1,10 +1,12 @@
 #include "ui/QuorvaneStyle.h"
 
+#include "ui/symbols/PaintedIcon.h"
 #include "ui/symbols/Symbols.h"
 
 #include <QAbstractButton>
 #include <QApplication>
 #include <QPainter>
+#include <QPointer>
 #include <QPushButton>
 #include <QStyleOption>
 #include <QToolTip>
@@ -231,8 +233,14 @@ QSize QuorvaneStyle::sizeFromContents(ContentsType type, const QStyleOption* opt
 
 /// Each menu bar asks for what its end would show if it were too short. Qt's own is read from a file there and then.
 QIcon QuorvaneStyle::standardIcon(StandardPixmap icon, const QStyleOption* option, const QWidget* widget) const {
-    return icon == SP_ToolBarHorizontalExtensionButton ? symbolIcon(u"chevron.right"_s, m_theme.text)
-                                                       : QProxyStyle::standardIcon(icon, option, widget);
+    if (icon != SP_ToolBarHorizontalExtensionButton) {
+        return QProxyStyle::standardIcon(icon, option, widget);
+    }
+    return paintedIcon([bar = QPointer<const QWidget>(widget)](QPainter& painter, const QRectF& rect) {
+        if (bar != nullptr) { // which asks once, and may see another look
+            paintSymbol(painter, u"chevron.right"_s, rect, themeOf(bar).text);
+        }
+    });
 }
 
 int QuorvaneStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const {

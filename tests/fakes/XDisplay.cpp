@@ -17,8 +17,8 @@ XDisplay* displayOfProcess = nullptr;
 } // namespace
 
 XDisplay::XDisplay(const QSize& screen) {
-    const QString depth = u"%1x%2x24"_s.arg(screen.width()).arg(screen.height());
-    const QStringList arguments{u"-displayfd"_s, u"1"_s, u"-screen"_s, u"0"_s, depth, u"-nolisten"_s, u"tcp"_s};
+    const QString size = u"%1x%2x24"_s.arg(screen.width()).arg(screen.height());
+    const QStringList arguments{u"-displayfd"_s, u"1"_s, u"-screen"_s, u"0"_s, size, u"-nolisten"_s, u"tcp"_s};
     m_server.setStandardErrorFile(QProcess::nullDevice());
     m_server.start(u"Xvfb"_s, arguments);
     while (!m_server.canReadLine() && m_server.waitForReadyRead(kPatience)) {

@@ -331,6 +331,36 @@ TEST_F(AlertsByWindow, aSignalAsksNobodyWhateverIsOpen) {
     delegate.reset();
 }
 
+TEST_F(AlertsByWindow, aQuestionThatIsAboutToBeShownIsCancelledByTheLock) {
+    WindowWorkspace workspace;
+    WindowAlerts alerts(workspace, [] { return nullptr; });
+    const Alert question{u"Delete Profile?"_s, u"“Live” will be removed."_s, {u"Delete"_s, u"Cancel"_s}, 1, 0};
+    const QFuture<int> answer = alerts.present(question);
+    const QFuture<int> later = alerts.present({u"Profile Deleted"_s, {}, {u"OK"_s}});
+    alerts.setLocked(true); // as the lock does it
+    alerts.cancelOpen();
+    ASSERT_TRUE(answer.isFinished());
+    EXPECT_EQ(answer.result(), question.cancelButton);
+    letEventsPass();
+    EXPECT_EQ(alertTitle(), QString());
+    EXPECT_FALSE(later.isFinished()) << "it waits until the lock goes";
+    alerts.setLocked(false);
+    answerAlert(u"Profile Deleted"_s);
+    EXPECT_TRUE(later.isFinished());
+}
+
+TEST_F(AlertsByWindow, whatIsAboutToBeShownEndsWithTheProgram) {
+    WindowWorkspace workspace;
+    WindowAlerts alerts(workspace, [] { return nullptr; });
+    const QFuture<int> one = alerts.present({u"One?"_s, {}, {u"Yes"_s, u"No"_s}, 1});
+    const QFuture<int> other = alerts.present({u"Other?"_s, {}, {u"Yes"_s, u"No"_s}, 1});
+    alerts.shutDown();
+    ASSERT_TRUE(one.isFinished() && other.isFinished());
+    EXPECT_EQ(one.result() + other.result(), 2);
+    letEventsPass();
+    EXPECT_EQ(alertTitle(), QString());
+}
+
 TEST_F(AlertsByWindow, aMenuThatKnowsNoProgramOffersItsWindow) {
     WindowWorkspace workspace;
     WindowAlerts alerts(workspace, [] { return nullptr; });

@@ -37,6 +37,15 @@ protected:
         processEventsUntil([this] { return session().turnstile.isIdle() && session().scans.isUpToDate(); });
         letEventsPass();
     }
+    void apply(const QString& name) {
+        clickProfile(name);
+        processEventsUntil([] { return isUsable(u"Apply Profile"_s); });
+        press(Qt::Key_Return);
+        authorize();
+        answerAlert(u"Restart Required"_s);
+        press(Qt::Key_Return);
+        waitUntilScanned();
+    }
     static QList<QLabel*> alertLabels() {
         for (QWidget* const window : QApplication::topLevelWidgets()) {
             if (window->isVisible() && window->accessibleName() == alertTitle()) {
@@ -83,13 +92,7 @@ TEST_F(DeletionByWindow, byMouseByTheDeleteKeyAndByTheButton) {
 }
 
 TEST_F(DeletionByWindow, ofTheCurrentOneMakesDefaultCurrent) {
-    clickProfile(u"Club"_s);
-    processEventsUntil([] { return isUsable(u"Apply Profile"_s); });
-    press(Qt::Key_Return);
-    authorize();
-    answerAlert(u"Restart Required"_s);
-    press(Qt::Key_Return);
-    waitUntilScanned();
+    apply(u"Club"_s);
     EXPECT_TRUE(isSeen(u"Profile: Club"_s));
     EXPECT_TRUE(menuTitles().contains(u"On system: Club"_s));
 
@@ -159,8 +162,9 @@ TEST_F(DeletionByWindow, damagedFilesAreNamedAndLeftAlone) {
 }
 
 TEST_F(DeletionByWindow, aNameLikeMarkupStandsPlainAndOnOneLineInEachAlert) {
+    const QString hostile = u"<h1>Live<b>\n&gig"_s;
     const QString plain = u"<h1>Live<b> &gig"_s;
-    saveProfile(numberedProfile(9, u"<h1>Live<b>\n&gig"_s));
+    saveProfile(numberedProfile(9, hostile));
     session().savedProfiles.tellChanged();
     processEventsUntil([&plain] { return profileRows().contains(plain); });
     const auto expectPlain = [&plain] {
@@ -169,13 +173,7 @@ TEST_F(DeletionByWindow, aNameLikeMarkupStandsPlainAndOnOneLineInEachAlert) {
             EXPECT_EQ(label->textFormat(), Qt::PlainText) << label->text().toStdString();
         }
     };
-    clickProfile(plain);
-    processEventsUntil([] { return isUsable(u"Apply Profile"_s); });
-    press(Qt::Key_Return);
-    authorize();
-    answerAlert(u"Restart Required"_s);
-    press(Qt::Key_Return);
-    waitUntilScanned();
+    apply(plain);
     EXPECT_TRUE(isSeen(u"Profile: "_s + plain));
     EXPECT_EQ(mainWindow()->windowTitle(), u"Quorvane — "_s + plain);
     EXPECT_TRUE(menuTitles().contains(u"On system: "_s + QString(plain).replace(u"&"_s, u"&&"_s)));
@@ -189,16 +187,16 @@ TEST_F(DeletionByWindow, aNameLikeMarkupStandsPlainAndOnOneLineInEachAlert) {
     answerAlert(u"Profile Deleted"_s);
     waitUntilScanned();
 
-    saveProfile(numberedProfile(9, u"<h1>Live<b>\n&gig"_s));
+    saveProfile(numberedProfile(9, hostile));
     session().savedProfiles.tellChanged();
     processEventsUntil([&plain] { return profileRows().contains(plain); });
-    saveProfile(numberedProfile(10, u"<h1>Live<b>\n&gig"_s)); // another one by that name
+    saveProfile(numberedProfile(10, hostile)); // another one by that name
     clickProfile(plain);
     waitUntilAlert(u"Error"_s);
     expectPlain();
     answerAlert(u"Error"_s);
     waitUntilScanned();
-    saveProfile(numberedProfile(11, u"<h1>Live<b>\n&gig"_s));
+    saveProfile(numberedProfile(11, hostile));
     clickDeleteOf(plain);
     answerAlert(u"Delete Profile?"_s, u"Delete"_s);
     waitUntilAlert(u"Error"_s);

@@ -17,7 +17,9 @@
 #include <QApplication>
 #include <QImage>
 #include <QLineEdit>
+#include <QMenuBar>
 #include <QTest>
+#include <QToolButton>
 
 #include <gtest/gtest.h>
 
@@ -114,6 +116,32 @@ const RowContent kRowContent{.symbol = u"moon.fill"_s,
                              .end = RowEnd::Chevron};
 
 } // namespace
+
+TEST_P(PiecesTest, aRowsTextFromRightToLeftStandsUnderTheOthers) {
+    RowContent hebrew = kRowContent;
+    hebrew.title = u"שלום"_s;
+    hebrew.description = u"שלום"_s;
+    hebrew.end = RowEnd::Nothing;
+    RowButton& row = placed(new RowButton(hebrew));
+    row.resize(360, row.heightForWidth(360));
+    const QImage picture = row.grab().toImage();
+    const qreal scale = picture.devicePixelRatio();
+    const QRgb ground = picture.pixel(picture.width() - 2, picture.height() / 2);
+    for (int x = static_cast<int>(180 * scale); x < picture.width(); ++x) {
+        for (int y = 0; y < picture.height(); ++y) {
+            ASSERT_EQ(picture.pixel(x, y), ground) << x << ", " << y;
+        }
+    }
+}
+
+TEST_P(PiecesTest, whatAMenuBarShowsAtItsEndFollowsTheLook) {
+    auto& bar = placed(new QMenuBar);
+    const auto* const end = bar.findChild<QToolButton*>(u"qt_menubar_ext_button"_s);
+    ASSERT_NE(end, nullptr);
+    const QImage light = end->icon().pixmap(16, 16).toImage();
+    style().setLook({ColorScheme::Dark, true, false});
+    EXPECT_NE(end->icon().pixmap(16, 16).toImage(), light);
+}
 
 TEST_P(PiecesTest, aSwitchHasItsKnobAtTheSideOfItsState) {
     auto& piece = placed(new AppSwitch);

@@ -33,28 +33,26 @@ QFuture<int> WindowAlerts::enqueue(const Alert& alert, bool isOfLock) {
     Pending& pending = m_pending.emplace_back(Pending{alert, isOfLock, {}});
     pending.answer.start();
     const QFuture<int> answer = pending.answer.future();
-    showNext();
+    openNext();
     return answer;
 }
 
-std::deque<WindowAlerts::Pending>::iterator WindowAlerts::next() {
-    return std::find_if(m_pending.begin(), m_pending.end(),
-                        [this](const Pending& pending) { return pending.isOfLock || !m_isLocked; });
+void WindowAlerts::openNext() {
+    const auto next = std::find_if(m_pending.begin(), m_pending.end(),
+                                   [this](const Pending& pending) { return pending.isOfLock || !m_isLocked; });
+    if (m_isOpen || next == m_pending.end()) {
+        return;
+    }
+    std::rotate(m_pending.begin(), next, next + 1);
+    m_isOpen = true;
+    m_whenIdle.start();
 }
 
 /// When nothing else is left to do: what led to the alert is painted first.
-void WindowAlerts::showNext() {
-    if (m_dialog == nullptr && next() != m_pending.end()) {
-        m_whenIdle.start();
-    }
-}
-
 void WindowAlerts::show() {
-    const auto shown = next();
-    if (m_dialog != nullptr || shown == m_pending.end()) {
+    if (!m_isOpen || m_dialog != nullptr) {
         return;
     }
-    std::rotate(m_pending.begin(), shown, shown + 1);
     QWidget* const window = m_mainWindow();
     if (window == nullptr) {
         m_workspace.activateIgnoringOtherApps();
@@ -66,38 +64,35 @@ void WindowAlerts::show() {
 
 void WindowAlerts::answer(int button) {
     m_dialog.clear();
-    give(m_pending.begin(), button);
-}
-
-void WindowAlerts::give(const std::deque<Pending>::iterator& pending, int button) {
-    Pending answered = std::move(*pending);
-    m_pending.erase(pending);
+    m_isOpen = false;
+    Pending answered = std::move(m_pending.front());
+    m_pending.pop_front();
     answered.answer.addResult(button);
     answered.answer.finish();
-    showNext();
+    openNext();
 }
 
-/// Also one that is about to be shown.
+/// Also one that isn't shown yet.
 void WindowAlerts::cancelOpen() {
     if (m_dialog != nullptr) {
         m_dialog->reject();
-    } else if (const auto coming = next(); coming != m_pending.end()) {
-        give(coming, coming->alert.cancelButton);
+    } else if (m_isOpen) {
+        answer(m_pending.front().alert.cancelButton);
     }
 }
 
 void WindowAlerts::setLocked(bool isLocked) {
     m_isLocked = isLocked;
-    showNext();
+    openNext();
 }
 
 void WindowAlerts::shutDown() {
     m_isShutDown = true;
     while (!m_pending.empty()) {
-        if (m_dialog == nullptr) {
-            give(m_pending.begin(), m_pending.front().alert.cancelButton);
-        } else {
+        if (m_dialog != nullptr) {
             m_dialog->reject();
+        } else {
+            answer(m_pending.front().alert.cancelButton);
         }
     }
 }

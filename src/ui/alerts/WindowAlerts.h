@@ -52,19 +52,16 @@ private:
     };
 
     QFuture<int> enqueue(const Alert& alert, bool isOfLock);
-    /// The one to be shown next; the end where there is none.
-    std::deque<Pending>::iterator next();
-    void showNext();
+    void openNext();
     void show();
-    /// The one that is shown.
+    /// The first one; nothing of it remains.
     void answer(int button);
-    /// Nothing of it remains.
-    void give(const std::deque<Pending>::iterator& pending, int button);
 
     Workspace& m_workspace;
     std::function<QWidget*()> m_mainWindow;
     OfLock m_ofLock{*this};
-    std::deque<Pending> m_pending; ///< the first of them is shown while there is a dialog
+    std::deque<Pending> m_pending;
+    bool m_isOpen = false; ///< the first of them is shown, or about to be
     QTimer m_whenIdle;
     QPointer<AlertDialog> m_dialog;
     bool m_isLocked = false;

@@ -26,7 +26,7 @@ void RowButton::setContent(const RowContent& content) {
 }
 
 void RowButton::measureAnew() {
-    m_heights.clear();
+    m_heights.forget();
     updateGeometry();
     update();
 }
@@ -41,8 +41,7 @@ QSize RowButton::minimumSizeHint() const {
 }
 
 int RowButton::heightForWidth(int width) const {
-    const auto known = m_heights.constFind(width);
-    return known != m_heights.cend() ? *known : *m_heights.insert(width, rowHeight(themeOf(this), m_content, width));
+    return m_heights.at(width, [this](int at) { return rowHeight(themeOf(this), m_content, at); });
 }
 
 void RowButton::keyPressEvent(QKeyEvent* event) {

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "ui/pieces/KnownHeights.h"
 #include "ui/pieces/RowContent.h"
 
-#include <QHash>
 #include <QPushButton>
 
 namespace quorvane {
@@ -31,7 +31,7 @@ private:
     void measureAnew();
 
     RowContent m_content;
-    mutable QHash<int, int> m_heights; ///< by width: layouts ask for the same few again and again
+    mutable KnownHeights m_heights;
 };
 
 /// The state in which a row's widget is now.

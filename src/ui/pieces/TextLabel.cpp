@@ -30,7 +30,7 @@ void TextLabel::setTone(TextTone tone) {
 void TextLabel::setText(const QString& text) {
     const QString broken = withBreaksInLongWords(text);
     setAccessibleName(broken == text ? QString() : text);
-    m_heights.clear();
+    m_heights.forget();
     QLabel::setText(broken);
 }
 
@@ -38,12 +38,11 @@ int TextLabel::heightForWidth(int width) const {
     if (!wordWrap()) {
         return QLabel::heightForWidth(width);
     }
-    const auto known = m_heights.constFind(width);
-    return known != m_heights.cend() ? *known : *m_heights.insert(width, QLabel::heightForWidth(width));
+    return m_heights.at(width, [this](int at) { return QLabel::heightForWidth(at); });
 }
 
 void TextLabel::changeEvent(QEvent* event) {
-    m_heights.clear(); // mostly the font
+    m_heights.forget(); // mostly the font
     QLabel::changeEvent(event);
     if (event->type() == QEvent::StyleChange) {
         takeTheme();

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "ui/Theme.h"
+#include "ui/pieces/KnownHeights.h"
 
-#include <QHash>
 #include <QLabel>
 
 namespace quorvane {
@@ -33,8 +33,7 @@ private:
     TextStyle m_style;
     TextTone m_tone;
     bool m_isTakingTheme = false;
-    mutable QHash<int, int>
-        m_heights; ///< by width: layouts ask for the same few again and again, and Qt measures each time
+    mutable KnownHeights m_heights;
 };
 
 QColor inkOf(const Theme& theme, TextTone tone);
