@@ -35,7 +35,8 @@ protected:
     }
     std::unique_ptr<ChildProgram> startWithWindow() {
         auto program = start();
-        waitForWindow();
+        processEventsUntil([this, &program] { return !window().isEmpty() || !program->isRunning(); });
+        EXPECT_TRUE(program->isRunning()) << program->errors().toStdString();
         return program;
     }
     QString window() const { return display.act({u"search"_s, u"--onlyvisible"_s, u"--name"_s, u"^Quorvane$"_s}); }

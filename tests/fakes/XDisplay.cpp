@@ -1,5 +1,6 @@
 #include "fakes/XDisplay.h"
 
+#include <QElapsedTimer>
 #include <QMap>
 
 #include <gtest/gtest.h>
@@ -18,7 +19,9 @@ XDisplay* displayOfProcess = nullptr;
 
 XDisplay::XDisplay(const QSize& screen) {
     const QString size = u"%1x%2x24"_s.arg(screen.width()).arg(screen.height());
-    const QStringList arguments{u"-displayfd"_s, u"1"_s, u"-screen"_s, u"0"_s, size, u"-nolisten"_s, u"tcp"_s};
+    // A server that resets itself whenever its last client leaves would take those with it that just come.
+    const QStringList arguments{u"-displayfd"_s, u"1"_s,   u"-screen"_s, u"0"_s, size,
+                                u"-nolisten"_s,  u"tcp"_s, u"-noreset"_s};
     m_server.setStandardErrorFile(QProcess::nullDevice());
     m_server.start(u"Xvfb"_s, arguments);
     while (!m_server.canReadLine() && m_server.waitForReadyRead(kPatience)) {
@@ -26,6 +29,7 @@ XDisplay::XDisplay(const QSize& screen) {
     m_name = ':' + m_server.readLine().trimmed();
     EXPECT_GT(m_name.size(), 1) << "Xvfb doesn't start";
     m_windowManager = started(u"openbox"_s, {});
+    waitForWindowManager();
 }
 
 XDisplay::~XDisplay() {
@@ -81,6 +85,14 @@ QRect XDisplay::placeOf(const QString& window) const {
         place.insert(line.section(u'=', 0, 0), line.section(u'=', 1).toInt());
     }
     return {place.value(u"X"_s), place.value(u"Y"_s), place.value(u"WIDTH"_s), place.value(u"HEIGHT"_s)};
+}
+
+void XDisplay::waitForWindowManager() const {
+    QElapsedTimer time;
+    time.start();
+    while (act({u"get_desktop"_s}).isEmpty()) { // only who manages windows names one
+        ASSERT_LT(time.elapsed(), kPatience) << "openbox doesn't start";
+    }
 }
 
 std::unique_ptr<QProcess> XDisplay::started(const QString& program, const QStringList& arguments) const {

@@ -37,6 +37,7 @@ public:
     QRect placeOf(const QString& window) const;
 
 private:
+    void waitForWindowManager() const;
     std::unique_ptr<QProcess> started(const QString& program, const QStringList& arguments) const;
     static void end(QProcess& process);
 
