@@ -61,7 +61,7 @@ private:
     QCoro::Task<std::optional<ProfileImportResult>> restoredFromSheet(Action& action,
                                                                       std::shared_ptr<BackupChoice> choice, QString id);
     QCoro::Task<std::optional<ProfileImportResult>> restored(Action& action, QString id,
-                                                             std::function<void()> whenBegun);
+                                                             std::function<void(bool)> showUnderWay);
     QCoro::Task<void> logged(QCoro::Task<void> task);
     QCoro::Task<void> takeUpRestored();
     QList<BackupRow> rows() const;
