@@ -3,11 +3,11 @@
 #include "actions/ActionStage.h"
 #include "actions/ActionTexts.h"
 #include "actions/BackupChoice.h"
+#include "actions/ProfileChanges.h"
 #include "actions/SavedProfiles.h"
 #include "actions/SettingsTexts.h"
 #include "actions/Tasks.h"
 #include "core/FlowEnvironment.h"
-#include "profiles/MasterProfileState.h"
 #include "profiles/ProfileCloudManager.h"
 
 #include <QCoroFuture>
@@ -182,34 +182,20 @@ QCoro::Task<std::optional<ProfileImportResult>> BackupActions::restored(Action& 
         co_return std::nullopt;
     }
     showUnderWay(true);
+    const ProfileListing before = co_await m_parts.saved.list();
     ProfileImportResult result;
     std::exception_ptr failure;
     try {
-        const auto tellChanged =
-            qScopeGuard([this] { m_parts.saved.tellChanged(); }); // a failed one may have saved some
         const Turnstile::Hold busy = action.carryingOut(kRestoringProfiles, {.match = true});
         result = co_await m_parts.backups.restore(info, m_parts.store);
     } catch (const ProfileCloudError&) {
         failure = std::current_exception();
     }
-    co_await takeUpRestored();
+    co_await m_parts.changes.followArrival(before.profiles); // a failed one may have saved some
     if (failure != nullptr) {
         std::rethrow_exception(failure);
     }
     co_return result;
-}
-
-/// What the user has edited stays as it is.
-QCoro::Task<void> BackupActions::takeUpRestored() {
-    const ProfileListing listing = co_await m_parts.saved.list();
-    const std::optional<UnifiedProfile>& loaded = m_parts.workingCopy.currentProfile();
-    if (!loaded || m_parts.workingCopy.isEdited()) {
-        co_return;
-    }
-    const auto now = std::find(listing.profiles.cbegin(), listing.profiles.cend(), *loaded);
-    if (now != listing.profiles.cend() && !now->hasSameContent(*loaded)) {
-        m_parts.workingCopy.load(UnifiedProfile(*now));
-    }
 }
 
 QList<BackupRow> BackupActions::rows() const {
@@ -249,24 +235,9 @@ QCoro::Task<std::optional<Alert>> BackupActions::questionBeforeRestore(Action& a
     if (action.asks()) {
         const Turnstile::Hold busy = action.waiting(kRestoringProfiles);
         const ProfileCloudBackup backup = co_await m_parts.backups.contents(info);
-        const ProfileListing listing = co_await m_parts.saved.list();
-        const QStringList names = namesReplacedBy(backup, listing.profiles);
-        if (!names.isEmpty()) {
-            question = restoreQuestion(names, info.title(m_parts.machine));
-        }
+        question = co_await m_parts.changes.questionBeforeArrival(backup.profiles, info.title(m_parts.machine));
     }
     co_return question;
-}
-
-QStringList namesReplacedBy(const ProfileCloudBackup& backup, const QList<UnifiedProfile>& saved) {
-    QStringList names;
-    for (const UnifiedProfile& profile : saved) {
-        const auto other = std::find(backup.profiles.cbegin(), backup.profiles.cend(), profile);
-        if (other != backup.profiles.cend() && !other->hasSameContent(profile)) {
-            names.append(profile.name);
-        }
-    }
-    return names;
 }
 
 } // namespace quorvane

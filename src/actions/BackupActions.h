@@ -15,7 +15,7 @@ class ActionStage;
 class BackupChoice;
 class FlowEnvironment;
 class Machine;
-class MasterProfileState;
+class ProfileChanges;
 class ProfileCloudManager;
 class ProfileManager;
 class SavedProfiles;
@@ -29,7 +29,7 @@ public:
         ProfileCloudManager& backups;
         ProfileManager& store;
         SavedProfiles& saved;
-        MasterProfileState& workingCopy;
+        ProfileChanges& changes;
         Tasks& tasks;
         FlowEnvironment& environment;
         const Machine& machine;
@@ -63,7 +63,6 @@ private:
     QCoro::Task<std::optional<ProfileImportResult>> restored(Action& action, QString id,
                                                              std::function<void(bool)> showUnderWay);
     QCoro::Task<void> logged(QCoro::Task<void> task);
-    QCoro::Task<void> takeUpRestored();
     QList<BackupRow> rows() const;
     QCoro::Task<ProfileCloudBackupInfo> findBackup(Action& action, QString id);
     std::optional<ProfileCloudBackupInfo> listed(const QString& id) const;
@@ -72,8 +71,5 @@ private:
     ActionStage& m_stage;
     Parts m_parts;
 };
-
-/// The names of the saved profiles that a backup's would replace by others.
-QStringList namesReplacedBy(const ProfileCloudBackup& backup, const QList<UnifiedProfile>& saved);
 
 } // namespace quorvane
