@@ -83,6 +83,10 @@ QCoro::Task<void> BackupActions::carryOutRefresh(Action& action) {
 
 /// Each by itself: the list is of use without the copies, and they without the list.
 QCoro::Task<void> BackupActions::lookAround() {
+    if (std::exchange(m_isLookingAround, true)) {
+        co_return;
+    }
+    const auto ends = qScopeGuard([this] { m_isLookingAround = false; });
     co_await logged(m_parts.backups.refreshBackups());
     co_await logged(m_parts.backups.ensureDefaultBackups(m_parts.store));
 }

@@ -327,6 +327,12 @@ TEST_P(PiecesTest, anAlertShowsTheProgramsIconAndASignOfWarning) {
     AlertDialog other(telling);
     other.show();
     EXPECT_EQ(shot(other).count(theme().warning, icon), 0);
+    Alert good = warning;
+    good.style = AlertStyle::Success;
+    AlertDialog third(good);
+    third.show();
+    EXPECT_EQ(shot(third).count(theme().warning, icon), 0);
+    EXPECT_GT(shot(third).count(theme().success, icon), 60);
 }
 
 INSTANTIATE_TEST_SUITE_P(Scales, PiecesTest, ::testing::Values(1, 2));
