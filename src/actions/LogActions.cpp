@@ -33,6 +33,9 @@ void LogActions::clearLog() {
 QCoro::Task<ActionOutcome> LogActions::exportLog(ActionListener& listener) {
     return m_stage.run(listener, [this](Action& action) -> QCoro::Task<void> {
         const QByteArray text = co_await inBackground(exportedText, m_system.logMessages());
+        if (!action.mayGoOn()) {
+            co_return; // a panel would stand above the lock screen
+        }
         if (text.isEmpty()) {
             co_await action.tell(emptyLogAlert());
             co_return;

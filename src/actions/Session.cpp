@@ -30,7 +30,8 @@ Session::Session(const Host& host, SessionParts parts)
     , profileChanges({system, m_host.defaults, savedProfiles, workingCopy, activeProfile, *label})
     , profileSaving(stage, {system, m_host.clock, profileStore, savedProfiles, cloudBackups, workingCopy, activeProfile,
                             profileActions, profileChanges})
-    , profileExchange(stage, {m_host.clock, m_host.filePanels, profileStore, savedProfiles, workingCopy, profileChanges})
+    , profileExchange(stage,
+                      {m_host.clock, m_host.filePanels, profileStore, savedProfiles, workingCopy, profileChanges})
     , tweakActions(stage, system)
     , systemActions(stage, system, scans, activeProfile)
     , backupActions(stage, {cloudBackups, profileStore, savedProfiles, profileChanges, tasks, system, m_host.machine})

@@ -107,9 +107,9 @@ void InstanceSocket::acceptCallers() {
 }
 
 void InstanceSocket::endCall(InstanceCaller* caller) {
-    m_callers.erase(std::remove_if(m_callers.begin(), m_callers.end(),
-                                   [caller](const auto& each) { return each.get() == caller; }),
-                    m_callers.end());
+    m_callers.erase(
+        std::remove_if(m_callers.begin(), m_callers.end(), [caller](const auto& each) { return each.get() == caller; }),
+        m_callers.end());
 }
 
 InstanceCaller::InstanceCaller(int descriptor)

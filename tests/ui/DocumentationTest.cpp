@@ -9,6 +9,7 @@
 
 #include <QApplication>
 #include <QMenuBar>
+#include <QScreen>
 #include <QScrollBar>
 #include <QTextBrowser>
 #include <QTextTable>
@@ -86,6 +87,10 @@ TEST_F(Documentation, opensFromTheSidebarAndStaysOne) {
     const QTextBrowser& manual = shownManual();
     QWidget* const shown = documentationWindows().first();
     EXPECT_EQ(shown->size(), QSize(700, 550));
+    EXPECT_EQ(shown->pos(), shown->screen()->availableGeometry().center() - shown->rect().center());
+    EXPECT_TRUE(shown->windowFlags().testFlag(Qt::WindowCloseButtonHint));
+    EXPECT_FALSE(shown->windowFlags().testFlag(Qt::WindowMinimizeButtonHint));
+    EXPECT_NE(shown->minimumSize(), shown->maximumSize()) << "it can be resized";
     EXPECT_TRUE(shown->isActiveWindow());
     EXPECT_EQ(mainWindow->contentView().selectedTab(), before);
     EXPECT_TRUE(manual.toPlainText().contains(u"Quorvane for performers"));

@@ -1,13 +1,14 @@
 // The panels in which whoever sits before a simulated Mac chooses files.
 
-#include "app/simulated/DiskFileDialog.h"
+#include "fakes/FilePanelUser.h"
 #include "fakes/QuickWindowOnMac.h"
-#include "ui/alerts/AlertDialog.h"
 
+#include <QDir>
 #include <QFile>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QTest>
+#include <QUuid>
 
 namespace quorvane {
 
@@ -18,30 +19,12 @@ using Choice = std::optional<QString>;
 /// The program needn't run: its host has the panels.
 class FilePanelDialogsTest : public QuickWindowOnMac {
 protected:
-    static QDialog* openPanel() {
-        for (QWidget* const window : QApplication::topLevelWidgets()) {
-            auto* const dialog = qobject_cast<QDialog*>(window);
-            if (dialog != nullptr && dialog->isVisible() && qobject_cast<AlertDialog*>(window) == nullptr) {
-                return dialog;
-            }
-        }
-        return nullptr;
-    }
     static void waitForPanel() {
-        processEventsUntil([] { return openPanel() != nullptr; });
-    }
-    static void enterName(const QString& name) {
-        waitForPanel();
-        auto* const field = openPanel()->findChild<QLineEdit*>(u"fileNameEdit"_s);
-        ASSERT_NE(field, nullptr);
-        field->setFocus();
-        field->selectAll();
-        QTest::keyClicks(field, name);
-        QTest::keyClick(field, Qt::Key_Return);
+        processEventsUntil([] { return openFilePanel() != nullptr; });
     }
     static Choice ended(const QFuture<Choice>& future) {
         processEventsUntil([&future] { return future.isFinished(); });
-        return future.result();
+        return future.isFinished() ? future.result() : u"(the panel is still open)"_s;
     }
     FilePanels& filePanels() { return host->host().filePanels; }
     QFuture<Choice> saving() { return filePanels().save(u"Export Log"_s, u"quorvane_log.txt"_s, FileKind::PlainText); }
@@ -53,17 +36,31 @@ protected:
 TEST_F(FilePanelDialogsTest, aNameOnThisComputerIsChosen) {
     const QFuture<Choice> choice = saving();
     waitForPanel();
-    EXPECT_EQ(openPanel()->windowTitle(), u"Export Log"_s);
-    EXPECT_EQ(openPanel()->findChild<QLineEdit*>(u"fileNameEdit"_s)->text(), u"quorvane_log.txt"_s);
-    enterName(onDisk(u"log.txt"_s));
+    EXPECT_EQ(openFilePanel()->windowTitle(), u"Export Log"_s);
+    EXPECT_EQ(openFilePanel()->findChild<QLineEdit*>(u"fileNameEdit"_s)->text(), u"quorvane_log.txt"_s);
+    enterFileName(onDisk(u"log.txt"_s));
     EXPECT_EQ(ended(choice), onDisk(u"log.txt"_s));
     EXPECT_FALSE(QFile::exists(onDisk(u"log.txt"_s))) << "nothing is written by choosing";
 }
 
 TEST_F(FilePanelDialogsTest, aNameWithoutASuffixGetsOne) {
     const QFuture<Choice> choice = saving();
-    enterName(onDisk(u"log"_s));
+    enterFileName(onDisk(u"log"_s));
     EXPECT_EQ(ended(choice), onDisk(u"log.txt"_s));
+}
+
+TEST_F(FilePanelDialogsTest, aFolderIsEnteredAndTheHomeFolderHasItsShortName) {
+    ASSERT_TRUE(QDir(folder.path()).mkdir(u"Logs"_s));
+    QFuture<Choice> choice = saving();
+    enterFileName(onDisk(u"Logs"_s));
+    EXPECT_FALSE(choice.isFinished());
+    enterFileName(u"log"_s);
+    EXPECT_EQ(ended(choice), onDisk(u"Logs/log.txt"_s));
+
+    const QString unused = QUuid::createUuid().toString(QUuid::Id128);
+    choice = saving();
+    enterFileName(u"~/"_s + unused);
+    EXPECT_EQ(ended(choice), QDir::homePath() + u'/' + unused + u".txt"_s);
 }
 
 TEST_F(FilePanelDialogsTest, anExistingFileIsOnlyReplacedWhenThatIsWanted) {
@@ -71,14 +68,14 @@ TEST_F(FilePanelDialogsTest, anExistingFileIsOnlyReplacedWhenThatIsWanted) {
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     file.close();
     const QFuture<Choice> choice = saving();
-    enterName(onDisk(u"log.txt"_s));
+    enterFileName(onDisk(u"log.txt"_s));
     const ShownAlert question{u"“log.txt” already exists. Do you want to replace it?"_s,
                               u"A file with that name is there already. Replacing it overwrites what it holds."_s,
                               {u"Replace"_s, u"Cancel"_s},
                               u"Cancel"_s};
     answerByKey(question, Qt::Key_Return);
     EXPECT_FALSE(choice.isFinished());
-    enterName(onDisk(u"log.txt"_s));
+    enterFileName(onDisk(u"log.txt"_s));
     answerAlert(question.title, u"Replace"_s);
     EXPECT_EQ(ended(choice), onDisk(u"log.txt"_s));
 }
@@ -86,7 +83,7 @@ TEST_F(FilePanelDialogsTest, anExistingFileIsOnlyReplacedWhenThatIsWanted) {
 TEST_F(FilePanelDialogsTest, aPanelIsCancelledByItsKeyByTheProgramAndByItsEnd) {
     QFuture<Choice> choice = saving();
     waitForPanel();
-    QTest::keyClick(openPanel(), Qt::Key_Escape);
+    QTest::keyClick(openFilePanel(), Qt::Key_Escape);
     EXPECT_EQ(ended(choice), std::nullopt);
 
     choice = saving();
@@ -98,7 +95,7 @@ TEST_F(FilePanelDialogsTest, aPanelIsCancelledByItsKeyByTheProgramAndByItsEnd) {
     waitForPanel();
     filePanels().shutDown();
     EXPECT_EQ(ended(choice), std::nullopt);
-    EXPECT_EQ(openPanel(), nullptr);
+    EXPECT_EQ(openFilePanel(), nullptr);
     EXPECT_EQ(ended(saving()), std::nullopt);
     EXPECT_EQ(ended(filePanels().open(u"Add Application"_s, FileKind::Application)), std::nullopt);
 }
@@ -108,7 +105,7 @@ TEST_F(FilePanelDialogsTest, theQuestionGoesWithItsPanel) {
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     file.close();
     const QFuture<Choice> choice = saving();
-    enterName(onDisk(u"log.txt"_s));
+    enterFileName(onDisk(u"log.txt"_s));
     processEventsUntil([] { return !alertTitle().isEmpty(); });
     filePanels().cancelOpen();
     EXPECT_EQ(ended(choice), std::nullopt);
@@ -117,12 +114,12 @@ TEST_F(FilePanelDialogsTest, theQuestionGoesWithItsPanel) {
 
 TEST_F(FilePanelDialogsTest, aProfilesFileIsOpenedOnlyWhereThereIsOne) {
     const QFuture<Choice> choice = filePanels().open(u"Import Profile"_s, FileKind::Profile);
-    enterName(onDisk(u"missing.json"_s));
+    enterFileName(onDisk(u"missing.json"_s));
     EXPECT_FALSE(choice.isFinished());
     QFile file(onDisk(u"gig.json"_s));
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     file.close();
-    enterName(onDisk(u"gig.json"_s));
+    enterFileName(onDisk(u"gig.json"_s));
     EXPECT_EQ(ended(choice), onDisk(u"gig.json"_s));
 }
 
@@ -130,7 +127,7 @@ TEST_F(FilePanelDialogsTest, applicationsAreThoseOfTheMac) {
     shell(u"mkdir -p /Applications/Zebra.app/Contents /Applications/Amp.app/Contents"_s);
     const QFuture<Choice> choice = filePanels().open(u"Add Application"_s, FileKind::Application);
     waitForPanel();
-    auto* const list = openPanel()->findChild<QListWidget*>();
+    auto* const list = openFilePanel()->findChild<QListWidget*>();
     ASSERT_NE(list, nullptr);
     ASSERT_GE(list->count(), 2);
     EXPECT_EQ(list->findItems(u"Amp"_s, Qt::MatchExactly).size(), 1);
@@ -147,7 +144,7 @@ TEST_F(FilePanelDialogsTest, theLogIsExportedToThisComputer) {
     chooseTab(u"Logs"_s);
     letEventsPass();
     click(u"Export Log…"_s);
-    enterName(onDisk(u"log.txt"_s));
+    enterFileName(onDisk(u"log.txt"_s));
     answerAlert(u"Export Successful"_s);
     QFile file(onDisk(u"log.txt"_s));
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
@@ -160,10 +157,35 @@ TEST_F(FilePanelDialogsTest, anExportThatFailsSaysWhy) {
     chooseTab(u"Logs"_s);
     letEventsPass();
     click(u"Export Log…"_s);
-    enterName(u"/nowhere/log.txt"_s);
+    enterFileName(u"/nowhere/log.txt"_s);
     processEventsUntil([] { return alertTitle() == u"Export Error"_s; });
     EXPECT_TRUE(alert().text.startsWith(u"Failed to save log: /nowhere/log.txt: ")) << alert().text.toStdString();
     answerAlert(u"Export Error"_s);
+}
+
+TEST_F(FilePanelDialogsTest, anExportGoesOnWithoutTheWindow) {
+    keepBaseline();
+    launchAndScan();
+    chooseTab(u"Logs"_s);
+    letEventsPass();
+    click(u"Export Log…"_s);
+    waitForPanel();
+    mainWindow()->close();
+    processEventsUntil([] { return mainWindow() == nullptr; });
+    enterFileName(onDisk(u"log.txt"_s));
+    answerAlert(u"Export Successful"_s);
+    EXPECT_TRUE(QFile::exists(onDisk(u"log.txt"_s)));
+}
+
+TEST_F(FilePanelDialogsTest, aPanelGoesWithTheProgram) {
+    keepBaseline();
+    launchAndScan();
+    chooseTab(u"Logs"_s);
+    letEventsPass();
+    click(u"Export Log…"_s);
+    waitForPanel();
+    quit();
+    EXPECT_EQ(openFilePanel(), nullptr);
 }
 
 TEST_F(FilePanelDialogsTest, aPanelGoesWhenTheLockEngages) {
@@ -178,24 +200,10 @@ TEST_F(FilePanelDialogsTest, aPanelGoesWhenTheLockEngages) {
     click(u"Export Log…"_s);
     waitForPanel();
     resignActive();
-    EXPECT_EQ(openPanel(), nullptr);
+    EXPECT_EQ(openFilePanel(), nullptr);
     letEventsPass();
     waitUntilIdle();
     EXPECT_EQ(alertTitle(), QString());
-}
-
-TEST_F(FilePanelDialogsTest, anOwnerWhoForgotThePasswordGetsInAsTheManualSays) {
-    enableLock();
-    keepBaseline();
-    launch();
-    EXPECT_TRUE(isSeen(u"Quorvane is Locked"_s));
-    quit();
-    shell(u"defaults delete com.quorvane.app QuorvaneAppLockEnabled"_s);
-    hasTerminated = false;
-    startHost();
-    launchAndScan();
-    EXPECT_FALSE(isSeen(u"Quorvane is Locked"_s));
-    EXPECT_TRUE(isUsable(u"System Tweaks"_s));
 }
 
 } // namespace quorvane

@@ -75,6 +75,25 @@ TEST_F(LogActionsTest, anExportEndsWhenTheProgramIsLockedBehindThePanel) {
     EXPECT_EQ(takeSteps(), QStringList());
 }
 
+TEST_F(LogActionsTest, noPanelOpensAboveTheLockScreen) {
+    enableLock();
+    const QCoro::Task<ActionOutcome> running = session->logActions.exportLog(*listener);
+    lock->lockIfEnabled(); // while the text is made
+    processEventsUntil([this] { return session->turnstile.isIdle(); });
+    EXPECT_EQ(filePanels.asked, QStringList());
+}
+
+TEST_F(LogActionsTest, anExportWritesWhatTheLogHeldWhenItWasAskedFor) {
+    filePanels.hold();
+    const QCoro::Task<ActionOutcome> running = session->logActions.exportLog(*listener);
+    processEventsUntil([this] { return filePanels.openCount() == 1; });
+    session->logActions.clearLog();
+    session->system.log(u"later"_s);
+    filePanels.answer(kPath);
+    processEventsUntil([this] { return session->turnstile.isIdle(); });
+    EXPECT_EQ(files.read(kPath), kText);
+}
+
 TEST_F(LogActionsTest, theDebugModeIsSwitched) {
     session->logActions.setDebugMode(true);
     EXPECT_TRUE(session->system.debugMode());

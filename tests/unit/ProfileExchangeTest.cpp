@@ -77,7 +77,8 @@ TEST_F(ProfileExchangeTest, anExportThatFailsIsToldAndLeavesTheOldFile) {
     files.failAtChange(1);
     steps.clear();
     EXPECT_FALSE(exported().succeeded);
-    EXPECT_TRUE(takeSteps().first().startsWith(u"! Export Error | Failed to save profile: /Volumes/Stick/Gig.json: "_s));
+    EXPECT_TRUE(
+        takeSteps().first().startsWith(u"! Export Error | Failed to save profile: /Volumes/Stick/Gig.json: "_s));
     EXPECT_EQ(files.read(kPath), "mine");
 
     files.failOn(MemoryFileManager::Operation::Read, kPath);
@@ -89,8 +90,9 @@ TEST_F(ProfileExchangeTest, anExportThatFailsIsToldAndLeavesTheOldFile) {
 TEST_F(ProfileExchangeTest, aNewProfileIsSavedAndNothingElseChanges) {
     session->workingCopy.load(live);
     session->workingCopy.setSettings(withSiri(live).settings);
-    EXPECT_EQ(linesOfImporting(encodeProfile(club)),
-              QStringList(u"! Profile Imported | “Club” is now available from the menu bar and profile dropdown."_s + kOkay));
+    EXPECT_EQ(
+        linesOfImporting(encodeProfile(club)),
+        QStringList(u"! Profile Imported | “Club” is now available from the menu bar and profile dropdown."_s + kOkay));
     EXPECT_EQ(filePanels.asked, QStringList(u"open: Import Profile"_s));
     EXPECT_EQ(filePanels.lastKind, FileKind::Profile);
     EXPECT_EQ(saved().size(), 2);
@@ -101,9 +103,10 @@ TEST_F(ProfileExchangeTest, aNewProfileIsSavedAndNothingElseChanges) {
 }
 
 TEST_F(ProfileExchangeTest, anotherProfileOfTheSameNameIsImportedBesideIt) {
-    EXPECT_EQ(linesOfImporting(encodeProfile(numberedProfile(3, u"live"_s))),
-              QStringList(u"! Profile Imported | “live” was imported under another name, since it is taken: live → live 2"_s +
-                          kOkay));
+    EXPECT_EQ(
+        linesOfImporting(encodeProfile(numberedProfile(3, u"live"_s))),
+        QStringList(u"! Profile Imported | “live” was imported under another name, since it is taken: live → live 2"_s +
+                    kOkay));
     EXPECT_EQ(saved().size(), 2);
     EXPECT_TRUE(session->profileStore.loadProfile(u"Live"_s)->hasSameContent(live));
 }
@@ -119,12 +122,19 @@ TEST_F(ProfileExchangeTest, anotherVersionOfASavedProfileReplacesItOnlyWhenAgree
     EXPECT_TRUE(session->activeProfile.current().verification.has_value());
 
     alerts.press(0);
-    EXPECT_EQ(linesOfImporting(encodeProfile(withSiri(live))),
-              QStringList({question, u"! Profile Imported | “Live” was replaced by its version from Gig.json."_s + kOkay}));
+    EXPECT_EQ(
+        linesOfImporting(encodeProfile(withSiri(live))),
+        QStringList({question, u"! Profile Imported | “Live” was replaced by its version from Gig.json."_s + kOkay}));
     EXPECT_EQ(saved().size(), 1);
     EXPECT_TRUE(saved().first().settings.siri);
     EXPECT_TRUE(session->workingCopy.settings().siri) << "it wasn't edited, so it is loaded anew";
     EXPECT_FALSE(session->activeProfile.current().verification.has_value()) << "what was verified was another";
+}
+
+TEST_F(ProfileExchangeTest, aProfileThatCameIntoTheFolderMeanwhileIsAskedFor) {
+    addProfile(club); // by somebody else: nobody has told
+    EXPECT_TRUE(
+        linesOfImporting(encodeProfile(withSiri(club))).first().startsWith(u"! Replace Saved Profiles? | Club "_s));
 }
 
 TEST_F(ProfileExchangeTest, theSameVersionAsksNothing) {

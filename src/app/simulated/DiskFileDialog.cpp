@@ -1,5 +1,6 @@
 #include "app/simulated/DiskFileDialog.h"
 
+#include "core/OneLine.h"
 #include "ui/alerts/AlertDialog.h"
 
 #include <QFileInfo>
@@ -19,13 +20,18 @@ QString filterOf(FileKind kind) {
     return kind == FileKind::Profile ? u"Profiles (*.json)"_s : u"Plain Text (*.txt)"_s;
 }
 
+/// As a shell reads it.
+QString withHomeFolder(const QString& name) {
+    const bool isAtHome = name == u"~" || name.startsWith(u"~/");
+    return isAtHome ? QDir::homePath() + name.mid(1) : name;
+}
+
 } // namespace
 
 DiskFileDialog::DiskFileDialog(const QString& title, FileKind kind)
     : QFileDialog(nullptr, title, QDir::homePath()) {
     setOption(DontUseNativeDialog);
-    setOption(
-        DontConfirmOverwrite); // Qt's own question would wait in a loop of its own; so would its answers to deletions
+    setOption(DontConfirmOverwrite); // Qt's question waits in a loop of its own, and so do those before its deletions
     setOption(ReadOnly);
     setNameFilters({filterOf(kind), u"All Files (*)"_s});
     setDefaultSuffix(suffixOf(kind));
@@ -42,7 +48,7 @@ void DiskFileDialog::saveAs(const QString& suggestedName) {
 /// was typed may have selected a folder.)
 QString DiskFileDialog::namedPath() const {
     const QString name = findChild<QLineEdit*>(u"fileNameEdit"_s)->text();
-    const QString path = directory().absoluteFilePath(name);
+    const QString path = directory().absoluteFilePath(withHomeFolder(name));
     const bool lacksSuffix = acceptMode() == AcceptSave && QFileInfo(path).suffix().isEmpty();
     return lacksSuffix && !QFileInfo(path).isDir() ? path + u'.' + defaultSuffix() : path;
 }
@@ -52,25 +58,28 @@ void DiskFileDialog::accept() {
     const bool isMissing = acceptMode() == AcceptOpen ? !file.isFile() : file.fileName().isEmpty();
     if (file.isDir()) {
         setDirectory(file.absoluteFilePath());
-    } else if (acceptMode() == AcceptSave && file.isFile() && !m_isAgreedToReplace) {
-        askToReplace(file.fileName());
+    } else if (acceptMode() == AcceptSave && file.exists()) {
+        askToReplace(file);
     } else if (!isMissing) {
-        Q_EMIT chosen(file.absoluteFilePath());
-        QDialog::accept();
+        choose(file);
     }
 }
 
+void DiskFileDialog::choose(const QFileInfo& file) {
+    Q_EMIT chosen(file.absoluteFilePath());
+    QDialog::accept();
+}
+
 /// The alert goes with the dialog.
-void DiskFileDialog::askToReplace(const QString& name) {
-    const QString message = u"“"_s + name + u"” already exists. Do you want to replace it?"_s;
+void DiskFileDialog::askToReplace(const QFileInfo& file) {
+    const QString message = u"“"_s + nameOnOneLine(file.fileName()) + u"” already exists. Do you want to replace it?"_s;
     const QString text = u"A file with that name is there already. Replacing it overwrites what it holds."_s;
     auto* const alert = new AlertDialog(Alert{message, text, {u"Replace"_s, u"Cancel"_s}, 1, 0});
     alert->setWindowModality(Qt::ApplicationModal);
     connect(this, &QDialog::finished, alert, &AlertDialog::reject);
-    connect(alert, &AlertDialog::answered, this, [this](int button) {
+    connect(alert, &AlertDialog::answered, this, [this, file](int button) {
         if (button == 0) {
-            m_isAgreedToReplace = true;
-            accept();
+            choose(file);
         }
     });
     alert->showOver(this);

@@ -3,6 +3,7 @@
 #include "platform/FilePanels.h"
 
 #include <QFileDialog>
+#include <QFileInfo>
 
 namespace quorvane {
 
@@ -25,9 +26,8 @@ Q_SIGNALS:
 
 private:
     QString namedPath() const;
-    void askToReplace(const QString& name);
-
-    bool m_isAgreedToReplace = false;
+    void choose(const QFileInfo& file);
+    void askToReplace(const QFileInfo& file);
 };
 
 } // namespace quorvane

@@ -61,6 +61,7 @@ QFuture<FilePanelDialogs::Choice> FilePanelDialogs::show(QDialog* dialog,
         dialog->reject();
         return promise->future();
     }
+    m_dialogs.removeAll(nullptr);
     m_dialogs.append(dialog);
     dialog->setWindowModality(Qt::ApplicationModal);
     dialog->show();

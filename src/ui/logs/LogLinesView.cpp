@@ -13,6 +13,7 @@
 #include <QScrollBar>
 
 #include <algorithm>
+#include <array>
 #include <utility>
 
 namespace quorvane {
@@ -23,23 +24,23 @@ namespace {
 
 constexpr int kLineGap = 4;
 
+struct TagInk {
+    QStringView tag;
+    QColor Theme::*ink;
+};
+
+const std::array kTagInks{TagInk{u"ERROR", &Theme::danger},          TagInk{u"EXC", &Theme::danger},
+                          TagInk{u"STDERR", &Theme::danger},         TagInk{u"MISSING", &Theme::warning},
+                          TagInk{u"WARNING", &Theme::warning},       TagInk{u"OK", &Theme::success},
+                          TagInk{u"APPLIED", &Theme::success},       TagInk{u"RESTORED", &Theme::success},
+                          TagInk{u"REVERTED", &Theme::success},      TagInk{u"DELETED", &Theme::success},
+                          TagInk{u"SKIPPED", &Theme::secondaryText}, TagInk{u"INFO", &Theme::secondaryText},
+                          TagInk{u"DEBUG", &Theme::secondaryText},   TagInk{u"STDOUT", &Theme::secondaryText}};
+
 QColor inkOfTag(const Theme& theme, QStringView tag) {
-    for (const QStringView bad : {u"ERROR", u"FAILED", u"EXC", u"STDERR"}) {
-        if (tag == bad) {
-            return theme.danger;
-        }
-    }
-    for (const QStringView good : {u"OK", u"APPLIED", u"RESTORED", u"REVERTED", u"DELETED"}) {
-        if (tag == good) {
-            return theme.success;
-        }
-    }
-    for (const QStringView quiet : {u"SKIPPED", u"INFO", u"DEBUG", u"STDOUT", u"OPTIONS"}) {
-        if (tag == quiet) {
-            return theme.secondaryText;
-        }
-    }
-    return tag == u"MISSING" ? theme.warning : theme.accentText;
+    const auto* const known =
+        std::find_if(kTagInks.begin(), kTagInks.end(), [tag](const TagInk& each) { return each.tag == tag; });
+    return known != kTagInks.end() ? theme.*known->ink : theme.accentText;
 }
 
 /// Of a line that begins with a tag, how much of it that is.
