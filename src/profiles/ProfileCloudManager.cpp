@@ -157,7 +157,6 @@ QCoro::Task<void> ProfileCloudManager::backupDefaultProfile(ProfileManager& prof
 }
 
 QCoro::Task<void> ProfileCloudManager::ensureDefaultBackups(ProfileManager& profileManager) {
-    std::optional<Busy> busy(std::in_place, *this);
     const TaskLock::Hold hold = co_await m_lock.acquire();
     updateAvailability();
     if (!m_isICloudAvailable) {
@@ -167,6 +166,7 @@ QCoro::Task<void> ProfileCloudManager::ensureDefaultBackups(ProfileManager& prof
     const bool hasBoth = m_cloudFiles.exists(folder + u'/' + kDefaultCurrentName) &&
                          m_cloudFiles.exists(folder + u'/' + kDefaultPreviousName);
     if (!hasBoth) {
+        std::optional<Busy> busy(std::in_place, *this);
         const ProfileManager::Reading all = co_await wholeReading(profileManager);
         const UnifiedProfile profile = savedDefault(all).value_or(UnifiedProfile::defaultProfile());
         co_await rotate(profile, true);

@@ -313,6 +313,7 @@ protected:
         host->mac().state().update("cloud", [this](macsim::Json& state) { state = cloud; });
     }
     void openSheet() {
+        processEventsUntil([] { return isUsable(u"Restore Profiles from iCloud"_s); }); // copies may be under way
         click(u"Restore Profiles from iCloud"_s);
         waitUntilSeen(u"Restore from iCloud"_s);
     }
