@@ -7,7 +7,7 @@ namespace quorvane {
 
 namespace {
 
-constexpr double kAllowedPerTenfold = 12.0;
+constexpr double kUsuallyPerTenfold = 12.0;
 
 const char* verdict(bool holds) {
     return holds ? "ok" : "OUT OF PROPORTION";
@@ -44,10 +44,19 @@ bool RatioReporter::reportRatios() const {
     return holds;
 }
 
+double RatioReporter::allowedPerTenfold(const std::string& operation) const {
+    for (const Scaling& scaling : m_scalings) {
+        if (operation.compare(0, scaling.operations.size(), scaling.operations) == 0) {
+            return scaling.atMost;
+        }
+    }
+    return kUsuallyPerTenfold;
+}
+
 bool RatioReporter::reportScaling(const std::string& operation, const std::map<long, double>& times) const {
     const double inputs = static_cast<double>(times.rbegin()->first) / static_cast<double>(times.begin()->first);
     const double ratio = times.rbegin()->second / times.begin()->second;
-    const bool holds = ratio <= kAllowedPerTenfold * inputs / 10.0;
+    const bool holds = ratio <= allowedPerTenfold(operation) * inputs / 10.0;
     std::printf("  %-28s %7ld to %7ld: %5.1f times  %s\n", operation.c_str(), times.begin()->first,
                 times.rbegin()->first, ratio, verdict(holds));
     return holds;

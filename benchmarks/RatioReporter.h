@@ -16,12 +16,19 @@ struct Comparison {
     double atMost; ///< times the baseline's time
 };
 
+/// Operations that may take more time for ten times the input than others.
+struct Scaling {
+    std::string operations; ///< what their names begin with
+    double atMost;          ///< times the time
+};
+
 /// Compares times of one run. An operation at two sizes of its input: ten times the input may take at most twelve times
-/// the time. An operation with another: see Comparison.
+/// the time, if no Scaling says otherwise. An operation with another: see Comparison.
 class RatioReporter final : public benchmark::ConsoleReporter {
 public:
-    explicit RatioReporter(std::vector<Comparison> comparisons)
-        : m_comparisons(std::move(comparisons)) {}
+    RatioReporter(std::vector<Comparison> comparisons, std::vector<Scaling> scalings)
+        : m_comparisons(std::move(comparisons))
+        , m_scalings(std::move(scalings)) {}
 
     void ReportRuns(const std::vector<Run>& runs) override;
 
@@ -29,10 +36,12 @@ public:
     bool reportRatios() const;
 
 private:
+    double allowedPerTenfold(const std::string& operation) const;
     bool reportScaling(const std::string& operation, const std::map<long, double>& times) const;
     bool reportComparison(const Comparison& comparison) const;
 
     std::vector<Comparison> m_comparisons;
+    std::vector<Scaling> m_scalings;
     std::map<std::string, std::map<long, double>> m_best; ///< the shortest time by operation and size of the input,
                                                           ///< which is 0 for an operation of one size
 };

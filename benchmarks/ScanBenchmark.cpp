@@ -18,7 +18,7 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-constexpr int kRepetitions = 3;
+constexpr int kScanRepetitions = 3;
 
 StartupItem mailOff() {
     StartupItem item;
@@ -76,8 +76,8 @@ void scanOverAThousandProfiles(benchmark::State& state) {
     scanOver(state, 1000);
 }
 
-BENCHMARK(scanOverTenProfiles)->Repetitions(kRepetitions)->UseRealTime()->Unit(benchmark::kMillisecond);
-BENCHMARK(scanOverAThousandProfiles)->Repetitions(kRepetitions)->UseRealTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(scanOverTenProfiles)->Repetitions(kScanRepetitions)->UseRealTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(scanOverAThousandProfiles)->Repetitions(kScanRepetitions)->UseRealTime()->Unit(benchmark::kMillisecond);
 
 } // namespace
 

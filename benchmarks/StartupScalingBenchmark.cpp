@@ -30,7 +30,7 @@ using namespace Qt::StringLiterals;
 
 constexpr int kSmallDump = 2000;
 constexpr int kLargeDump = 20000;
-constexpr int kRepetitions = 3;
+constexpr int kStartupRepetitions = 3;
 constexpr quint32 kUser = 501;
 const QString kNoProgram = u"/nowhere/macsim"_s; // no tool of the simulated Mac is started
 
@@ -160,10 +160,10 @@ void discover(benchmark::State& state) {
     tools.dump = dumpOf(records);
     tools.loginItems = loginItemsOf(records / 10);
     const Host ports = simulated.host();
-    const Host host{tools,          ports.scripts,       ports.files,     ports.defaults,
-                    ports.machine,  ports.propertyLists, ports.bundles,   ports.backgroundTaskPermissions,
-                    ports.cloud,    ports.clock,         ports.keychain,  ports.biometrics,
-                    ports.displays, ports.notifications, ports.filePanels};
+    const Host host{tools,          ports.scripts,       ports.files,      ports.defaults,
+                    ports.machine,  ports.propertyLists, ports.bundles,    ports.backgroundTaskPermissions,
+                    ports.cloud,    ports.clock,         ports.keychain,   ports.biometrics,
+                    ports.displays, ports.notifications, ports.filePanels, ports.loginService};
     for (auto _ : state) {
         NotificationCenter notifications;
         SystemManager system(host, notifications);
@@ -175,22 +175,22 @@ void discover(benchmark::State& state) {
     }
 }
 
-BENCHMARK(parseDump)->Arg(kSmallDump)->Arg(kLargeDump)->Repetitions(kRepetitions)->Unit(benchmark::kMillisecond);
+BENCHMARK(parseDump)->Arg(kSmallDump)->Arg(kLargeDump)->Repetitions(kStartupRepetitions)->Unit(benchmark::kMillisecond);
 BENCHMARK(parseDumpWithReturns)
     ->Arg(kSmallDump)
     ->Arg(kLargeDump)
-    ->Repetitions(kRepetitions)
+    ->Repetitions(kStartupRepetitions)
     ->Unit(benchmark::kMillisecond);
 BENCHMARK(selectBackgroundItems)
     ->Arg(kSmallDump)
     ->Arg(kLargeDump)
-    ->Repetitions(kRepetitions)
+    ->Repetitions(kStartupRepetitions)
     ->Unit(benchmark::kMillisecond);
-BENCHMARK(readLoginItems)->Arg(200)->Arg(2000)->Repetitions(kRepetitions)->Unit(benchmark::kMicrosecond);
+BENCHMARK(readLoginItems)->Arg(200)->Arg(2000)->Repetitions(kStartupRepetitions)->Unit(benchmark::kMicrosecond);
 BENCHMARK(discover)
     ->Arg(kSmallDump)
     ->Arg(kLargeDump)
-    ->Repetitions(kRepetitions)
+    ->Repetitions(kStartupRepetitions)
     ->UseRealTime()
     ->Unit(benchmark::kMillisecond);
 

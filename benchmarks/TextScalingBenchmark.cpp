@@ -14,7 +14,7 @@ using namespace Qt::StringLiterals;
 
 constexpr int kShort = 100'000;
 constexpr int kLong = 1'000'000;
-constexpr int kRepetitions = 3;
+constexpr int kTextRepetitions = 3;
 
 QString quotesOf(benchmark::State& state, const QString& unit) {
     return unit.repeated(static_cast<qsizetype>(state.range(0)));
@@ -69,7 +69,7 @@ constexpr int kBook = 2 * 1024 * 1024;
     BENCHMARK_CAPTURE(convertManual, name, unit)                                                                       \
         ->Arg(kPage)                                                                                                   \
         ->Arg(kBook)                                                                                                   \
-        ->Repetitions(kRepetitions)                                                                                    \
+        ->Repetitions(kTextRepetitions)                                                                                \
         ->Unit(benchmark::kMillisecond)
 BENCHMARK_MANUAL(plain, u"Before a show, verify.\n"_s);
 BENCHMARK_MANUAL(oneLine, u"Before a show, verify. "_s);
@@ -82,10 +82,10 @@ BENCHMARK_MANUAL(fences, u"```a\n"_s);
 BENCHMARK_MANUAL(bars, u"a|b|c\n"_s);
 BENCHMARK_MANUAL(items, u"- a\n"_s);
 
-BENCHMARK(quoteForAppleScript)->Arg(kShort)->Arg(kLong)->Repetitions(kRepetitions)->Unit(benchmark::kMillisecond);
-BENCHMARK(quoteForShell)->Arg(kShort)->Arg(kLong)->Repetitions(kRepetitions)->Unit(benchmark::kMillisecond);
-BENCHMARK(refuseLineEnds)->Arg(kShort)->Arg(kLong)->Repetitions(kRepetitions)->Unit(benchmark::kMillisecond);
-BENCHMARK(readLineEnds)->Arg(kShort)->Arg(kLong)->Repetitions(kRepetitions)->Unit(benchmark::kMillisecond);
+BENCHMARK(quoteForAppleScript)->Arg(kShort)->Arg(kLong)->Repetitions(kTextRepetitions)->Unit(benchmark::kMillisecond);
+BENCHMARK(quoteForShell)->Arg(kShort)->Arg(kLong)->Repetitions(kTextRepetitions)->Unit(benchmark::kMillisecond);
+BENCHMARK(refuseLineEnds)->Arg(kShort)->Arg(kLong)->Repetitions(kTextRepetitions)->Unit(benchmark::kMillisecond);
+BENCHMARK(readLineEnds)->Arg(kShort)->Arg(kLong)->Repetitions(kTextRepetitions)->Unit(benchmark::kMillisecond);
 
 } // namespace
 

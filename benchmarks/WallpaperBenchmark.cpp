@@ -15,7 +15,7 @@ namespace {
 using namespace Qt::StringLiterals;
 
 constexpr QSize kCanvas(6016, 3384);
-constexpr int kRepetitions = 5;
+constexpr int kWallpaperRepetitions = 5;
 
 /// A JPEG file as large as those that come with a Mac, with some detail everywhere.
 const QByteArray& picture() {
@@ -66,10 +66,10 @@ void sampleCornerOfLargeDisplay(benchmark::State& state) {
     sampleCorner(state, {10240, 9600});
 }
 
-BENCHMARK(decodeScaleAndEncode)->Repetitions(kRepetitions)->UseRealTime()->Unit(benchmark::kMillisecond);
-BENCHMARK(composeLabel)->Repetitions(kRepetitions)->UseRealTime()->Unit(benchmark::kMillisecond);
-BENCHMARK(sampleCornerOfDisplay)->Repetitions(kRepetitions)->Unit(benchmark::kMicrosecond);
-BENCHMARK(sampleCornerOfLargeDisplay)->Repetitions(kRepetitions)->Unit(benchmark::kMicrosecond);
+BENCHMARK(decodeScaleAndEncode)->Repetitions(kWallpaperRepetitions)->UseRealTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(composeLabel)->Repetitions(kWallpaperRepetitions)->UseRealTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(sampleCornerOfDisplay)->Repetitions(kWallpaperRepetitions)->Unit(benchmark::kMicrosecond);
+BENCHMARK(sampleCornerOfLargeDisplay)->Repetitions(kWallpaperRepetitions)->Unit(benchmark::kMicrosecond);
 
 } // namespace
 

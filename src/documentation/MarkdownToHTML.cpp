@@ -1,7 +1,7 @@
 #include "documentation/MarkdownToHTML.h"
 
 #include <QRegularExpression>
-#include <QStringList>
+#include <QStringTokenizer>
 
 #include <utility>
 
@@ -16,6 +16,30 @@ QString withWholeCharacters(const QString& text) {
     return text.isValidUtf16() ? text : QString::fromUtf8(text.toUtf8());
 }
 
+// ---- Within lines
+
+/// With each match replaced by what it has captured, between two tags. (QString::replace gathers all matches first: a long text
+/// would cost it more than so many short ones.)
+QString withTags(const QString& text, const QRegularExpression& pattern, QStringView opening, QStringView closing) {
+    QRegularExpressionMatchIterator matches = pattern.globalMatch(text);
+    if (!matches.hasNext()) {
+        return text;
+    }
+    QString result;
+    result.reserve(2 * text.size());
+    qsizetype end = 0;
+    while (matches.hasNext()) {
+        const QRegularExpressionMatch match = matches.next();
+        result += QStringView(text).sliced(end, match.capturedStart() - end);
+        result += opening;
+        result += match.capturedView(1);
+        result += closing;
+        end = match.capturedEnd();
+    }
+    result += QStringView(text).sliced(end);
+    return result;
+}
+
 /// Each pattern's end is its beginning, so that one without an end is looked for once in a line: the time that it takes grows
 /// with the text, and not with its square.
 QString withInlineRules(QString text) {
@@ -24,87 +48,14 @@ QString withInlineRules(QString text) {
     static const QRegularExpression strongEmphasis(u"\\*\\*\\*([^\\n]+?)\\*\\*\\*"_s);
     static const QRegularExpression strong(u"\\*\\*([^\\n]+?)\\*\\*"_s);
     static const QRegularExpression emphasis(u"\\*([^\\n]+?)\\*"_s);
-    text.replace(fence, u"<pre><code>\\1</code></pre>"_s);
-    text.replace(code, u"<code>\\1</code>"_s);
-    text.replace(strongEmphasis, u"<strong><em>\\1</em></strong>"_s);
-    text.replace(strong, u"<strong>\\1</strong>"_s);
-    text.replace(emphasis, u"<em>\\1</em>"_s);
-    return text;
+    text = withTags(text, fence, u"<pre><code>", u"</code></pre>");
+    text = withTags(text, code, u"<code>", u"</code>");
+    text = withTags(text, strongEmphasis, u"<strong><em>", u"</em></strong>");
+    text = withTags(text, strong, u"<strong>", u"</strong>");
+    return withTags(text, emphasis, u"<em>", u"</em>");
 }
 
-// ---- Tables
-
-QStringList cellsOf(const QString& row) {
-    QStringList cells;
-    for (const QString& piece : row.split(u'|')) {
-        const QString cell = piece.trimmed();
-        if (!cell.isEmpty()) {
-            cells.append(cell);
-        }
-    }
-    return cells;
-}
-
-QString tableOf(const QList<QStringList>& rows) {
-    QString table = u"<table>"_s;
-    QString cellName = u"th"_s;
-    for (const QStringList& cells : rows) {
-        table += u"<tr>"_s;
-        for (const QString& cell : cells) {
-            table += u'<' + cellName + u'>' + cell + u"</"_s + cellName + u'>';
-        }
-        table += u"</tr>"_s;
-        cellName = u"td"_s;
-    }
-    return table + u"</table>"_s;
-}
-
-QStringList withTables(const QStringList& lines) {
-    QStringList result;
-    QList<QStringList> rows;
-    const auto closeTable = [&result, &rows] {
-        if (!rows.isEmpty()) {
-            result.append(tableOf(std::exchange(rows, {})));
-        }
-    };
-    for (const QString& line : lines) {
-        const QString trimmed = line.trimmed();
-        const bool isSeparator = trimmed.startsWith(u"---") || trimmed.startsWith(u"===");
-        if (trimmed.contains(u'|') && !isSeparator) {
-            rows.append(cellsOf(trimmed));
-        } else if (!isSeparator || rows.isEmpty()) {
-            closeTable();
-            result.append(line);
-        }
-    }
-    closeTable();
-    return result;
-}
-
-// ---- Lists
-
-QStringList withLists(const QStringList& lines) {
-    QStringList result;
-    QString items;
-    const auto closeList = [&result, &items] {
-        if (!items.isEmpty()) {
-            result.append(u"<ul>"_s + std::exchange(items, {}) + u"</ul>"_s);
-        }
-    };
-    for (const QString& line : lines) {
-        const QString trimmed = line.trimmed();
-        if (trimmed.startsWith(u"- ") || trimmed.startsWith(u"* ")) {
-            items += u"<li>"_s + trimmed.mid(2) + u"</li>"_s;
-        } else {
-            closeList();
-            result.append(line);
-        }
-    }
-    closeList();
-    return result;
-}
-
-// ---- Lines
+// ---- From line to line: each pass hands on what it makes to the next one
 
 /// Within an element that takes several lines. Only how a line begins tells: an element that ends in the line in which it
 /// begins counts as open from there on.
@@ -113,50 +64,149 @@ struct OpenElement {
     QStringView end;
     bool isOpen = false;
 
-    void pass(const QString& trimmed) { isOpen = (isOpen || trimmed.startsWith(begin)) && !trimmed.startsWith(end); }
+    void pass(QStringView trimmed) { isOpen = (isOpen || trimmed.startsWith(begin)) && !trimmed.startsWith(end); }
 };
 
-QString element(const QString& name, const QString& text) {
-    return u'<' + name + u'>' + text + u"</"_s + name + u'>';
-}
+/// What a line is by how it begins.
+class LinePass {
+public:
+    explicit LinePass(qsizetype expectedLength) { m_html.reserve(expectedLength); }
 
-QString plainLine(const QString& trimmed) {
-    if (trimmed.startsWith(u"### ")) {
-        return element(u"h3"_s, trimmed.mid(4));
-    }
-    if (trimmed.startsWith(u"## ")) {
-        return element(u"h2"_s, trimmed.mid(3));
-    }
-    if (trimmed.startsWith(u"# ")) {
-        return element(u"h1"_s, trimmed.mid(2));
-    }
-    return trimmed.startsWith(u"---") ? u"<hr>"_s : element(u"p"_s, trimmed);
-}
-
-QStringList withLines(const QStringList& lines) {
-    OpenElement code{u"<pre>", u"</pre>"};
-    OpenElement list{u"<ul>", u"</ul>"};
-    OpenElement table{u"<table>", u"</table>"};
-    QStringList result;
-    for (const QString& line : lines) {
-        const QString trimmed = line.trimmed();
-        for (OpenElement* const open : {&code, &list, &table}) {
+    void take(QStringView line) {
+        if (!std::exchange(m_isFirst, false)) {
+            m_html += u'\n';
+        }
+        const QStringView trimmed = line.trimmed();
+        for (OpenElement* const open : {&m_code, &m_list, &m_table}) {
             open->pass(trimmed);
         }
         if (trimmed.isEmpty()) {
-            result.append(code.isOpen || list.isOpen || table.isOpen ? line : u"<br>"_s);
+            m_html += m_code.isOpen || m_list.isOpen || m_table.isOpen ? line : QStringView(u"<br>");
+        } else if (trimmed.startsWith(u'<') || m_code.isOpen) {
+            m_html += line;
         } else {
-            result.append(trimmed.startsWith(u'<') || code.isOpen ? line : plainLine(trimmed));
+            addPlain(trimmed);
         }
     }
-    return result;
-}
+    // What follows goes on in the line that was taken last.
+    void add(QStringView html) { m_html += html; }
+    void addElement(QStringView name, QStringView text) {
+        for (const QStringView piece : {QStringView(u"<"), name, QStringView(u">"), text, QStringView(u"</"), name}) {
+            m_html += piece;
+        }
+        m_html += u'>';
+    }
+
+    QString html() { return std::move(m_html); }
+
+private:
+    void addPlain(QStringView trimmed) {
+        if (trimmed.startsWith(u"### ")) {
+            addElement(u"h3", trimmed.sliced(4));
+        } else if (trimmed.startsWith(u"## ")) {
+            addElement(u"h2", trimmed.sliced(3));
+        } else if (trimmed.startsWith(u"# ")) {
+            addElement(u"h1", trimmed.sliced(2));
+        } else if (trimmed.startsWith(u"---")) {
+            add(u"<hr>");
+        } else {
+            addElement(u"p", trimmed);
+        }
+    }
+
+    QString m_html;
+    bool m_isFirst = true;
+    OpenElement m_code{u"<pre>", u"</pre>"};
+    OpenElement m_list{u"<ul>", u"</ul>"};
+    OpenElement m_table{u"<table>", u"</table>"};
+};
+
+/// A list becomes one line.
+class ListPass {
+public:
+    explicit ListPass(LinePass& lines)
+        : m_lines(lines) {}
+
+    void take(QStringView line) {
+        const QStringView trimmed = line.trimmed();
+        if (trimmed.startsWith(u"- ") || trimmed.startsWith(u"* ")) {
+            if (!std::exchange(m_isOpen, true)) {
+                m_lines.take(u"<ul>");
+            }
+            m_lines.addElement(u"li", trimmed.sliced(2));
+        } else {
+            end();
+            m_lines.take(line);
+        }
+    }
+    void end() {
+        if (std::exchange(m_isOpen, false)) {
+            m_lines.add(u"</ul>");
+        }
+    }
+
+private:
+    LinePass& m_lines;
+    bool m_isOpen = false;
+};
+
+/// A table becomes one line.
+class TablePass {
+public:
+    TablePass(ListPass& lists, LinePass& lines)
+        : m_lists(lists)
+        , m_lines(lines) {}
+
+    void take(QStringView line) {
+        const QStringView trimmed = line.trimmed();
+        const bool isSeparator = trimmed.startsWith(u"---") || trimmed.startsWith(u"===");
+        if (trimmed.contains(u'|') && !isSeparator) {
+            addRow(trimmed);
+        } else if (!isSeparator || !m_isOpen) {
+            end();
+            m_lists.take(line);
+        }
+    }
+    void end() {
+        if (std::exchange(m_isOpen, false)) {
+            m_lines.add(u"</table>");
+        }
+    }
+
+private:
+    void addRow(QStringView row) {
+        const QStringView cellName = m_isOpen ? u"td" : u"th";
+        if (!std::exchange(m_isOpen, true)) {
+            m_lists.take(u"<table>");
+        }
+        m_lines.add(u"<tr>");
+        for (const QStringView piece : row.tokenize(u'|')) {
+            const QStringView cell = piece.trimmed();
+            if (!cell.isEmpty()) {
+                m_lines.addElement(cellName, cell);
+            }
+        }
+        m_lines.add(u"</tr>");
+    }
+
+    ListPass& m_lists;
+    LinePass& m_lines;
+    bool m_isOpen = false;
+};
 
 } // namespace
 
 QString markdownToHTML(const QString& markdown) {
     const QString text = withInlineRules(withWholeCharacters(markdown));
-    return withLines(withLists(withTables(text.split(u'\n')))).join(u'\n');
+    LinePass lines(2 * text.size());
+    ListPass lists(lines);
+    TablePass tables(lists, lines);
+    for (const QStringView line : QStringView(text).tokenize(u'\n')) {
+        tables.take(line);
+    }
+    tables.end();
+    lists.end();
+    return lines.html();
 }
 
 } // namespace quorvane

@@ -1,14 +1,20 @@
 // The panels in which whoever sits before a simulated Mac chooses files.
 
+#include "app/simulated/ApplicationDialog.h"
 #include "fakes/FilePanelUser.h"
 #include "fakes/QuickWindowOnMac.h"
+#include "ui/pieces/AppButtons.h"
 
 #include <QDir>
 #include <QFile>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QSignalSpy>
 #include <QTest>
 #include <QUuid>
+
+#include <array>
+#include <functional>
 
 namespace quorvane {
 
@@ -134,6 +140,25 @@ TEST_F(FilePanelDialogsTest, applicationsAreThoseOfTheMac) {
     list->setCurrentItem(list->findItems(u"Zebra"_s, Qt::MatchExactly).first());
     QTest::keyClick(list, Qt::Key_Return);
     EXPECT_EQ(ended(choice), u"/Applications/Zebra.app"_s);
+}
+
+TEST_F(FilePanelDialogsTest, anApplicationIsChosenOnceHoweverThatIsDone) {
+    const std::array<std::function<void(QListWidget&, QAbstractButton&)>, 3> ways{
+        [](QListWidget& list, QAbstractButton&) { QTest::keyClick(&list, Qt::Key_Return); },
+        [](QListWidget& list, QAbstractButton&) {
+            const QPoint place = list.visualItemRect(list.item(0)).center();
+            QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, place);
+            QTest::mouseDClick(list.viewport(), Qt::LeftButton, {}, place);
+        },
+        [](QListWidget&, QAbstractButton& open) { QTest::mouseClick(&open, Qt::LeftButton); }};
+    for (const auto& choose : ways) {
+        ApplicationDialog dialog(u"Add Application"_s, {u"/Applications/Amp.app"_s});
+        const QSignalSpy chosen(&dialog, &ApplicationDialog::chosen);
+        dialog.show();
+        choose(*dialog.findChild<QListWidget*>(), *dialog.findChild<AppPrimaryButton*>());
+        EXPECT_EQ(chosen.count(), 1);
+        EXPECT_FALSE(dialog.isVisible());
+    }
 }
 
 // ---- In the program

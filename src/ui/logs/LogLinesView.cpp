@@ -145,7 +145,8 @@ void LogLinesView::updateGeometries() {
 /// How wide all lines are nobody knows without measuring each. So there is as much to scroll to as was ever in view.
 void LogLinesView::measureLinesInView() {
     const QFontMetrics metrics = fontMetrics();
-    for (int row = firstRowInView(); row <= lastRowInView(); ++row) {
+    const int last = isVisible() ? lastRowInView() : -1; // before it is laid out far more lines seem to be in view
+    for (int row = firstRowInView(); row <= last; ++row) {
         m_widestLine = std::max(m_widestLine, metrics.horizontalAdvance(m_model.index(row).data().toString()));
     }
     const int width = viewport()->width();
@@ -155,6 +156,11 @@ void LogLinesView::measureLinesInView() {
 }
 
 void LogLinesView::resizeEvent(QResizeEvent*) {
+    updateGeometries();
+}
+
+void LogLinesView::showEvent(QShowEvent* event) {
+    QListView::showEvent(event);
     updateGeometries();
 }
 
