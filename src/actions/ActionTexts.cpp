@@ -5,6 +5,7 @@
 #include "core/OneLine.h"
 #include "maintenance/MaintenanceSelection.h"
 #include "network/NetworkOperations.h"
+#include "profiles/ProfileManager.h"
 #include "startup/apply/StartupVerification.h"
 
 namespace quorvane {
@@ -298,6 +299,26 @@ ClosingAlert emptyLogAlert() {
 ClosingAlert exportAlert(const std::optional<QString>& problem) {
     return problem ? warning(u"Export Error"_s, u"Failed to save log: "_s + *problem)
                    : ClosingAlert{u"Export Successful"_s, u"Log successfully exported."_s};
+}
+
+ClosingAlert profileExportAlert(const std::optional<QString>& problem) {
+    return problem ? warning(u"Export Error"_s, u"Failed to save profile: "_s + onOneLine(*problem))
+                   : ClosingAlert{u"Export Successful"_s, u"Profile successfully exported."_s};
+}
+
+ClosingAlert profileImportedAlert(const QString& name, const QString& fileName, const ProfileImportResult& result) {
+    const QString quoted = u"“"_s + nameOnOneLine(name) + u"”"_s;
+    QString text = quoted + u" is now available from the menu bar and profile dropdown."_s;
+    if (!result.renamed.isEmpty()) {
+        text = quoted + u" was imported under another name, since it is taken: "_s + onOneLine(result.renamed.first());
+    } else if (result.updated > 0) {
+        text = quoted + u" was replaced by its version from "_s + nameOnOneLine(fileName) + u'.';
+    }
+    return {u"Profile Imported"_s, text};
+}
+
+ClosingAlert notImportedAlert(const QString& problem) {
+    return warning(u"Import Error"_s, u"Could not import the profile: "_s + onOneLine(problem));
 }
 
 ClosingAlert loginAlert(const QString& error) {

@@ -21,6 +21,7 @@ struct ActiveConfiguration;
 struct MaintenanceOutcome;
 struct MaintenanceSelection;
 struct NetworkOutcome;
+struct ProfileImportResult;
 struct StartupApplyResult;
 
 // ---- Questions. Of those that destroy something the cancel button is on Return.
@@ -87,6 +88,11 @@ ClosingAlert aboutAlert();
 ClosingAlert emptyLogAlert();
 /// @param problem  why the log couldn't be saved; none when it was
 ClosingAlert exportAlert(const std::optional<QString>& problem);
+/// The same of a profile.
+ClosingAlert profileExportAlert(const std::optional<QString>& problem);
+/// @param name  as its file says
+ClosingAlert profileImportedAlert(const QString& name, const QString& fileName, const ProfileImportResult& result);
+ClosingAlert notImportedAlert(const QString& problem);
 /// @param error  the system's words
 ClosingAlert loginAlert(const QString& error);
 ClosingAlert fullDiskAlert();

@@ -3,11 +3,11 @@
 #include "actions/ActionStage.h"
 #include "actions/ActionTexts.h"
 #include "actions/BackupChoice.h"
+#include "actions/ProfileChanges.h"
 #include "actions/SavedProfiles.h"
 #include "actions/SettingsTexts.h"
 #include "actions/Tasks.h"
 #include "core/FlowEnvironment.h"
-#include "profiles/MasterProfileState.h"
 #include "profiles/ProfileCloudManager.h"
 
 #include <QCoroFuture>
@@ -83,6 +83,10 @@ QCoro::Task<void> BackupActions::carryOutRefresh(Action& action) {
 
 /// Each by itself: the list is of use without the copies, and they without the list.
 QCoro::Task<void> BackupActions::lookAround() {
+    if (std::exchange(m_isLookingAround, true)) {
+        co_return;
+    }
+    const auto ends = qScopeGuard([this] { m_isLookingAround = false; });
     co_await logged(m_parts.backups.refreshBackups());
     co_await logged(m_parts.backups.ensureDefaultBackups(m_parts.store));
 }
@@ -95,7 +99,7 @@ QCoro::Task<ActionOutcome> BackupActions::restore(const QString& id, ActionListe
 }
 
 QCoro::Task<void> BackupActions::carryOutRestore(Action& action, QString id) {
-    const std::optional<ProfileImportResult> result = co_await restored(action, id, {});
+    const std::optional<ProfileImportResult> result = co_await restored(action, id, [](bool) {});
     if (result) {
         action.outcome.succeeded = true;
         co_await action.tell(profilesRestoredAlert(*result));
@@ -150,7 +154,13 @@ BackupActions::restoredFromSheet(Action& action, std::shared_ptr<BackupChoice> c
     std::optional<ProfileImportResult> result;
     QString failure;
     try {
-        const std::function<void()> showIt = [choice] { choice->beginRestoring(); };
+        const std::function<void(bool)> showIt = [choice](bool isUnderWay) {
+            if (isUnderWay) {
+                choice->beginRestoring();
+            } else {
+                choice->endRestoring({});
+            }
+        };
         result = co_await restored(action, id, showIt);
     } catch (const ProfileCloudError& error) {
         failure = error.message();
@@ -160,48 +170,36 @@ BackupActions::restoredFromSheet(Action& action, std::shared_ptr<BackupChoice> c
 }
 
 /// None where the user didn't want it. Throws ProfileCloudError.
-/// @param whenBegun  called when it is no question any more
+/// @param showUnderWay  called with true when it begins or goes on, and with false when the user is asked
 QCoro::Task<std::optional<ProfileImportResult>> BackupActions::restored(Action& action, QString id,
-                                                                        std::function<void()> whenBegun) {
+                                                                        std::function<void(bool)> showUnderWay) {
     if (!co_await action.passesGate(u"restore profiles"_s)) {
         co_return std::nullopt;
     }
+    showUnderWay(true); // what it would replace may have to come from iCloud first
     const ProfileCloudBackupInfo info = co_await findBackup(action, id);
     const std::optional<Alert> question = co_await questionBeforeRestore(action, info);
+    if (question) {
+        showUnderWay(false);
+    }
     if (!co_await action.isAgreedTo(question)) {
         co_return std::nullopt;
     }
-    if (whenBegun) {
-        whenBegun();
-    }
+    showUnderWay(true);
+    const ProfileListing before = co_await m_parts.saved.list();
     ProfileImportResult result;
     std::exception_ptr failure;
     try {
-        const auto tellChanged =
-            qScopeGuard([this] { m_parts.saved.tellChanged(); }); // a failed one may have saved some
         const Turnstile::Hold busy = action.carryingOut(kRestoringProfiles, {.match = true});
         result = co_await m_parts.backups.restore(info, m_parts.store);
     } catch (const ProfileCloudError&) {
         failure = std::current_exception();
     }
-    co_await takeUpRestored();
+    co_await m_parts.changes.followArrival(before.profiles); // a failed one may have saved some
     if (failure != nullptr) {
         std::rethrow_exception(failure);
     }
     co_return result;
-}
-
-/// What the user has edited stays as it is.
-QCoro::Task<void> BackupActions::takeUpRestored() {
-    const ProfileListing listing = co_await m_parts.saved.list();
-    const std::optional<UnifiedProfile>& loaded = m_parts.workingCopy.currentProfile();
-    if (!loaded || m_parts.workingCopy.isEdited()) {
-        co_return;
-    }
-    const auto now = std::find(listing.profiles.cbegin(), listing.profiles.cend(), *loaded);
-    if (now != listing.profiles.cend() && !now->hasSameContent(*loaded)) {
-        m_parts.workingCopy.load(UnifiedProfile(*now));
-    }
 }
 
 QList<BackupRow> BackupActions::rows() const {
@@ -241,24 +239,9 @@ QCoro::Task<std::optional<Alert>> BackupActions::questionBeforeRestore(Action& a
     if (action.asks()) {
         const Turnstile::Hold busy = action.waiting(kRestoringProfiles);
         const ProfileCloudBackup backup = co_await m_parts.backups.contents(info);
-        const ProfileListing listing = co_await m_parts.saved.list();
-        const QStringList names = namesReplacedBy(backup, listing.profiles);
-        if (!names.isEmpty()) {
-            question = restoreQuestion(names, info.title(m_parts.machine));
-        }
+        question = co_await m_parts.changes.questionBeforeArrival(backup.profiles, info.title(m_parts.machine));
     }
     co_return question;
-}
-
-QStringList namesReplacedBy(const ProfileCloudBackup& backup, const QList<UnifiedProfile>& saved) {
-    QStringList names;
-    for (const UnifiedProfile& profile : saved) {
-        const auto other = std::find(backup.profiles.cbegin(), backup.profiles.cend(), profile);
-        if (other != backup.profiles.cend() && !other->hasSameContent(profile)) {
-            names.append(profile.name);
-        }
-    }
-    return names;
 }
 
 } // namespace quorvane

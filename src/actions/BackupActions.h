@@ -15,7 +15,7 @@ class ActionStage;
 class BackupChoice;
 class FlowEnvironment;
 class Machine;
-class MasterProfileState;
+class ProfileChanges;
 class ProfileCloudManager;
 class ProfileManager;
 class SavedProfiles;
@@ -29,7 +29,7 @@ public:
         ProfileCloudManager& backups;
         ProfileManager& store;
         SavedProfiles& saved;
-        MasterProfileState& workingCopy;
+        ProfileChanges& changes;
         Tasks& tasks;
         FlowEnvironment& environment;
         const Machine& machine;
@@ -43,7 +43,7 @@ public:
     /// Lists the backups anew.
     QCoro::Task<ActionOutcome> refresh(ActionListener& listener);
     /// When the backups are about to be seen: lists them, and sees to the copies of the Default profile. Nobody has asked for
-    /// that, so nobody is told of what fails, and nothing waits for it.
+    /// that, so nobody is told of what fails, and nothing waits for it. While it is under way nothing more is done.
     QCoro::Task<void> lookAround();
     /// "Restore Profiles from iCloud": ends with its sheet. Succeeded when a backup was restored.
     QCoro::Task<ActionOutcome> chooseAndRestore(ActionListener& listener);
@@ -61,9 +61,8 @@ private:
     QCoro::Task<std::optional<ProfileImportResult>> restoredFromSheet(Action& action,
                                                                       std::shared_ptr<BackupChoice> choice, QString id);
     QCoro::Task<std::optional<ProfileImportResult>> restored(Action& action, QString id,
-                                                             std::function<void()> whenBegun);
+                                                             std::function<void(bool)> showUnderWay);
     QCoro::Task<void> logged(QCoro::Task<void> task);
-    QCoro::Task<void> takeUpRestored();
     QList<BackupRow> rows() const;
     QCoro::Task<ProfileCloudBackupInfo> findBackup(Action& action, QString id);
     std::optional<ProfileCloudBackupInfo> listed(const QString& id) const;
@@ -71,9 +70,7 @@ private:
 
     ActionStage& m_stage;
     Parts m_parts;
+    bool m_isLookingAround = false;
 };
-
-/// The names of the saved profiles that a backup's would replace by others.
-QStringList namesReplacedBy(const ProfileCloudBackup& backup, const QList<UnifiedProfile>& saved);
 
 } // namespace quorvane

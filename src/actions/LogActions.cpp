@@ -2,8 +2,8 @@
 
 #include "actions/ActionStage.h"
 #include "actions/ActionTexts.h"
+#include "actions/ExportedFile.h"
 #include "core/Background.h"
-#include "platform/FileManager.h"
 #include "platform/FilePanels.h"
 #include "system/SystemManager.h"
 
@@ -18,16 +18,6 @@ namespace {
 
 QByteArray exportedText(const QStringList& messages) {
     return messages.join(u'\n').toUtf8();
-}
-
-/// What went wrong; none where it was written.
-std::optional<QString> problemOfWriting(FileManager& files, const QString& path, const QByteArray& bytes) {
-    try {
-        files.writeAtomically(path, bytes);
-        return std::nullopt;
-    } catch (const FileError& error) {
-        return error.message();
-    }
 }
 
 } // namespace
@@ -56,7 +46,7 @@ QCoro::Task<ActionOutcome> LogActions::exportLog(ActionListener& listener) {
             co_return;
         }
         action.carryOutAtOnce();
-        const std::optional<QString> problem = problemOfWriting(m_panels.files(), *path, text);
+        const std::optional<QString> problem = problemOfExporting(m_panels.files(), *path, text);
         action.outcome.succeeded = !problem;
         co_await action.tell(exportAlert(problem));
     });

@@ -4,17 +4,15 @@
 #include "actions/ActionTexts.h"
 #include "actions/ActiveProfile.h"
 #include "actions/ProfileActions.h"
+#include "actions/ProfileChanges.h"
 #include "actions/ProfileSaveOffer.h"
 #include "actions/ProfileTexts.h"
 #include "actions/SavedProfiles.h"
 #include "core/JsonErrors.h"
-#include "core/UserDefaultKeys.h"
 #include "platform/Clock.h"
 #include "platform/FileManager.h"
-#include "platform/UserDefaults.h"
 #include "profiles/MasterProfileState.h"
 #include "profiles/ProfileCloudManager.h"
-#include "profiles/ProfileLabel.h"
 #include "profiles/ProfileNames.h"
 #include "system/SystemManager.h"
 
@@ -217,7 +215,7 @@ QCoro::Task<ProfileSaving::Saved> ProfileSaving::store(Action& action, ProfileTo
     }
     m_parts.store.saveProfile(record);
     saved.profile = readBack(record);
-    co_await follow(former, saved.profile);
+    co_await m_parts.changes.followSave(former, saved.profile);
     co_return saved;
 }
 
@@ -246,32 +244,6 @@ UnifiedProfile ProfileSaving::readBack(const UnifiedProfile& record) const {
                         u"it doesn’t hold what was written"_s);
     }
     return *stored;
-}
-
-/// @param before  the profile as it was saved until now; none for a new one
-QCoro::Task<void> ProfileSaving::follow(std::optional<UnifiedProfile> before, UnifiedProfile stored) {
-    if (before && !before->hasSameContent(stored)) {
-        m_parts.system.forgetVerification(before->name, stored.name);
-    }
-    const bool isRenamed = before && before->name != stored.name;
-    const bool bearsLabel =
-        isRenamed && m_parts.defaults.string(kWallpaperProfileName).value_or(QString()) == before->name;
-    if (isRenamed) {
-        takeNamesAlong(before->name, stored.name);
-    }
-    m_parts.workingCopy.load(stored);
-    m_parts.saved.tellChanged();
-    co_await m_parts.saved.list();
-    m_parts.active.update();
-    if (bearsLabel) {
-        co_await m_parts.label.refreshForProfile(stored.name);
-    }
-}
-
-void ProfileSaving::takeNamesAlong(const QString& from, const QString& to) {
-    if (m_parts.defaults.string(kQuorvaneLastAppliedProfileName) == from) {
-        m_parts.defaults.setString(kQuorvaneLastAppliedProfileName, to);
-    }
 }
 
 } // namespace quorvane

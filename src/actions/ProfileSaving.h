@@ -17,13 +17,12 @@ class ActiveProfile;
 class Clock;
 class MasterProfileState;
 class ProfileActions;
+class ProfileChanges;
 class ProfileCloudManager;
-class ProfileLabel;
 class ProfileManager;
 class ProfileSaveOffer;
 class SavedProfiles;
 class SystemManager;
-class UserDefaults;
 
 /// What the user wants saved of the working copy, and how.
 struct ProfileToSave {
@@ -39,15 +38,14 @@ class ProfileSaving {
 public:
     struct Parts {
         SystemManager& system;
-        UserDefaults& defaults;
         Clock& clock;
         ProfileManager& store;
         SavedProfiles& saved;
         ProfileCloudManager& cloudBackups;
         MasterProfileState& workingCopy;
         ActiveProfile& active;
-        ProfileLabel& label;
         ProfileActions& profiles;
+        ProfileChanges& changes;
     };
     ProfileSaving(ActionStage& stage, const Parts& parts);
 
@@ -78,8 +76,6 @@ private:
     QCoro::Task<bool> captureBaseline(Action& action, QString name);
     QCoro::Task<void> keepDefaultCopies(UnifiedProfile record, bool isDefaultSaved);
     UnifiedProfile readBack(const UnifiedProfile& record) const;
-    QCoro::Task<void> follow(std::optional<UnifiedProfile> before, UnifiedProfile stored);
-    void takeNamesAlong(const QString& from, const QString& to);
 
     ActionStage& m_stage;
     Parts m_parts;

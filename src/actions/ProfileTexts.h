@@ -17,6 +17,8 @@ inline const QString kNoneClear = QStringLiteral("None (Clear)");
 inline const QString kEditCurrent = QStringLiteral("Edit Current");
 inline const QString kDeleteSavedProfile = QStringLiteral("Delete Profile");
 inline const QString kEdited = QStringLiteral("Edited");
+inline const QString kExportProfile = QStringLiteral("Export Profile…");
+inline const QString kImportProfile = QStringLiteral("Import Profile…");
 
 // ---- The save sheet
 

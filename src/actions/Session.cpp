@@ -27,11 +27,14 @@ Session::Session(const Host& host, SessionParts parts)
     , stage(system, turnstile, *gate)
     , profileActions(stage, {system, m_host.defaults, notifications, profileStore, savedProfiles, cloudBackups,
                              workingCopy, mode, activeProfile, *label, tasks})
-    , profileSaving(stage, {system, m_host.defaults, m_host.clock, profileStore, savedProfiles, cloudBackups,
-                            workingCopy, activeProfile, *label, profileActions})
+    , profileChanges({system, m_host.defaults, savedProfiles, workingCopy, activeProfile, *label})
+    , profileSaving(stage, {system, m_host.clock, profileStore, savedProfiles, cloudBackups, workingCopy, activeProfile,
+                            profileActions, profileChanges})
+    , profileExchange(stage,
+                      {m_host.clock, m_host.filePanels, profileStore, savedProfiles, workingCopy, profileChanges})
     , tweakActions(stage, system)
     , systemActions(stage, system, scans, activeProfile)
-    , backupActions(stage, {cloudBackups, profileStore, savedProfiles, workingCopy, tasks, system, m_host.machine})
+    , backupActions(stage, {cloudBackups, profileStore, savedProfiles, profileChanges, tasks, system, m_host.machine})
     , maintenanceActions(stage, system)
     , networkActions(stage, system)
     , settingsActions(stage, {system, m_host.defaults, m_host.loginService, *label, activeProfile, settingsStatus})

@@ -7,6 +7,8 @@
 #include "actions/MaintenanceActions.h"
 #include "actions/NetworkActions.h"
 #include "actions/ProfileActions.h"
+#include "actions/ProfileChanges.h"
+#include "actions/ProfileExchange.h"
 #include "actions/ProfileSaving.h"
 #include "actions/SavedProfiles.h"
 #include "actions/SettingsActions.h"
@@ -72,7 +74,9 @@ public:
 
     ActionStage stage;
     ProfileActions profileActions;
+    ProfileChanges profileChanges;
     ProfileSaving profileSaving;
+    ProfileExchange profileExchange;
     TweakActions tweakActions;
     SystemActions systemActions;
     BackupActions backupActions;

@@ -12,7 +12,7 @@
 #include "wallpaper/WallpaperProfileOverlay.h"
 
 #include <QApplication>
-#include <QEvent>
+#include <QFileOpenEvent>
 
 #include <QCoroFuture>
 
@@ -30,6 +30,7 @@ AppDelegate::AppDelegate(const AppParts& parts)
     , m_listener({m_alerts, m_session.scans, m_reviews, m_session.startupEditing})
     , m_lockActions(m_session.stage, *m_lock)
     , m_launch({m_session, parts.host.clock, m_appearance, *m_lock, m_listener})
+    , m_openedProfiles({m_session.tasks, m_session.turnstile, *m_lock, m_session.profileExchange, m_listener})
     , m_documentation(m_workspace)
     , m_environment{m_session,  *m_lock,     m_lockActions,    m_appearance,   m_reviews,
                     m_listener, m_workspace, parts.host.clock, m_documentation}
@@ -96,6 +97,11 @@ void AppDelegate::openWindow() {
     m_opener.ensureMainWindowVisible();
 }
 
+void AppDelegate::openProfiles(const QStringList& paths) {
+    openWindow();
+    m_openedProfiles.open(paths);
+}
+
 void AppDelegate::connectWindow() {
     connect(&m_opener, &MainWindowOpener::windowMade, this, [this](MainWindow* window) {
         window->installEventFilter(this);
@@ -148,6 +154,10 @@ bool AppDelegate::eventFilter(QObject* watched, QEvent* event) {
     const bool quits = watched == qGuiApp && event->type() == QEvent::Quit;
     const bool closesLast = watched == m_opener.mainWindow() && event->type() == QEvent::Close &&
                             applicationShouldTerminateAfterLastWindowClosed();
+    if (watched == qGuiApp && event->type() == QEvent::FileOpen) {
+        openProfiles({static_cast<QFileOpenEvent*>(event)->file()});
+        return true;
+    }
     // Also while it quits already: Qt would end the event loop, in which what runs comes to its end.
     if (quits || (closesLast && !m_isQuitting)) {
         event->ignore();
@@ -189,6 +199,7 @@ QCoro::Task<void> AppDelegate::terminate() {
     co_await m_parts.host.clock.sleepFor(oneTurn);
     Q_EMIT willTerminate();
     m_session.system.clearAdminAuthorization();
+    m_openedProfiles.shutDown();
     m_opener.shutDown();
     m_documentation.shutDown();
     m_alerts.shutDown();

@@ -3,6 +3,7 @@
 #include "actions/ApplyReviewCoordinator.h"
 #include "actions/Launch.h"
 #include "actions/LockActions.h"
+#include "actions/OpenedProfiles.h"
 #include "actions/Session.h"
 #include "actions/WindowListener.h"
 #include "appearance/AppearanceManager.h"
@@ -46,6 +47,9 @@ public:
     bool applicationShouldTerminateAfterLastWindowClosed() const;
     /// "Open Quorvane", the Dock, a second start.
     void openWindow();
+    /// Files that were opened with the program.
+    /// @param paths  absolute
+    void openProfiles(const QStringList& paths);
     /// Asks first while something runs.
     void requestQuit();
     /// Doesn't ask: a signal, or the end of the session.
@@ -85,6 +89,7 @@ private:
     WindowListener m_listener;
     LockActions m_lockActions;
     Launch m_launch;
+    OpenedProfiles m_openedProfiles;
     DocumentationOpener m_documentation;
     ViewEnvironment m_environment;
     MainWindowOpener m_opener;

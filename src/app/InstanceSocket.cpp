@@ -2,6 +2,8 @@
 
 #include <QFile>
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
@@ -15,6 +17,7 @@ namespace {
 
 constexpr char kAnswer = '!';
 constexpr int kWaitingCalls = 16;
+constexpr qsizetype kLongestMessage = 65536;
 
 using SocketAddressCall = int (*)(int, const sockaddr*, socklen_t);
 
@@ -30,6 +33,14 @@ int callWithAddress(SocketAddressCall function, const LocalSocket& socket, const
     return function(socket.descriptor(), reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0 ? 0 : errno;
 }
 
+/// True when the whole message is on its way, with its end.
+bool isSaid(const LocalSocket& socket, const QByteArray& message) {
+    return message.size() <= kLongestMessage &&
+           ::send(socket.descriptor(), message.constData(), static_cast<size_t>(message.size()), MSG_NOSIGNAL) ==
+               message.size() &&
+           ::shutdown(socket.descriptor(), SHUT_WR) == 0;
+}
+
 } // namespace
 
 LocalSocket::LocalSocket()
@@ -39,6 +50,10 @@ LocalSocket::LocalSocket(int descriptor)
     : m_descriptor(descriptor) {
     ::fcntl(m_descriptor, F_SETFD, FD_CLOEXEC);
     ::fcntl(m_descriptor, F_SETFL, O_NONBLOCK);
+}
+
+int LocalSocket::connectTo(const QString& path) {
+    return callWithAddress(&::connect, *this, path);
 }
 
 LocalSocket::~LocalSocket() {
@@ -64,11 +79,12 @@ int InstanceSocket::listen(const QString& path) {
         return error;
     }
     m_notifier = std::make_unique<QSocketNotifier>(m_socket->descriptor(), QSocketNotifier::Read);
-    connect(m_notifier.get(), &QSocketNotifier::activated, this, &InstanceSocket::answerOthers);
+    connect(m_notifier.get(), &QSocketNotifier::activated, this, &InstanceSocket::acceptCallers);
     return 0;
 }
 
 void InstanceSocket::close() {
+    m_callers.clear();
     if (m_socket != nullptr) {
         m_notifier.reset();
         m_socket.reset();
@@ -76,25 +92,58 @@ void InstanceSocket::close() {
     }
 }
 
-void InstanceSocket::answerOthers() {
+void InstanceSocket::acceptCallers() {
     while (m_socket != nullptr) {
         const int descriptor = ::accept(m_socket->descriptor(), nullptr, nullptr);
         if (descriptor < 0) {
             return;
         }
-        const LocalSocket other(descriptor);
-        // Who has gone meanwhile has been told by nobody, but has called.
-        [[maybe_unused]] const ssize_t sent = ::send(descriptor, &kAnswer, 1, MSG_NOSIGNAL);
-        Q_EMIT called();
+        m_callers.push_back(std::make_unique<InstanceCaller>(descriptor));
+        InstanceCaller* const caller = m_callers.back().get();
+        connect(caller, &InstanceCaller::answered, this, &InstanceSocket::called);
+        connect(
+            caller, &InstanceCaller::ended, this, [this, caller] { endCall(caller); }, Qt::QueuedConnection);
     }
+}
+
+void InstanceSocket::endCall(InstanceCaller* caller) {
+    m_callers.erase(
+        std::remove_if(m_callers.begin(), m_callers.end(), [caller](const auto& each) { return each.get() == caller; }),
+        m_callers.end());
+}
+
+InstanceCaller::InstanceCaller(int descriptor)
+    : m_socket(descriptor)
+    , m_notifier(descriptor, QSocketNotifier::Read) {
+    connect(&m_notifier, &QSocketNotifier::activated, this, &InstanceCaller::takeMore);
+}
+
+/// Until the end of the message; what is too long, or breaks off, is no call.
+void InstanceCaller::takeMore() {
+    std::array<char, 4096> piece{};
+    ssize_t taken = 0;
+    while ((taken = ::read(m_socket.descriptor(), piece.data(), piece.size())) > 0 &&
+           m_message.size() <= kLongestMessage) {
+        m_message.append(piece.data(), taken);
+    }
+    if (taken < 0 && (errno == EAGAIN || errno == EINTR)) {
+        return;
+    }
+    m_notifier.setEnabled(false);
+    if (taken == 0) {
+        // Who has gone meanwhile has been told by nobody, but has called.
+        [[maybe_unused]] const ssize_t sent = ::send(m_socket.descriptor(), &kAnswer, 1, MSG_NOSIGNAL);
+        Q_EMIT answered(m_message);
+    }
+    Q_EMIT ended();
 }
 
 // ---- A further one
 
-void InstanceCall::call(const QString& path) {
+void InstanceCall::call(const QString& path, const QByteArray& message) {
     m_notifier.reset();
     m_socket = std::make_unique<LocalSocket>();
-    if (callWithAddress(&::connect, *m_socket, path) == 0) {
+    if (m_socket->connectTo(path) == 0 && isSaid(*m_socket, message)) {
         m_notifier = std::make_unique<QSocketNotifier>(m_socket->descriptor(), QSocketNotifier::Read);
         connect(m_notifier.get(), &QSocketNotifier::activated, this, &InstanceCall::takeAnswer);
     }

@@ -4,6 +4,7 @@
 #include <QSocketNotifier>
 
 #include <memory>
+#include <vector>
 
 namespace quorvane {
 
@@ -17,12 +18,35 @@ public:
     ~LocalSocket();
 
     int descriptor() const { return m_descriptor; }
+    /// @return 0, or the system's error
+    int connectTo(const QString& path);
 
 private:
     int m_descriptor;
 };
 
-/// Where the first start is called by further ones. It answers each call with one byte. Main thread.
+/// One call, from the side of the first start. Main thread.
+class InstanceCaller : public QObject {
+    Q_OBJECT
+
+public:
+    explicit InstanceCaller(int descriptor);
+
+Q_SIGNALS:
+    /// All was said, and is answered.
+    void answered(const QByteArray& message);
+    /// It has come to its end, answered or not; the last signal.
+    void ended();
+
+private:
+    void takeMore();
+
+    LocalSocket m_socket;
+    QSocketNotifier m_notifier;
+    QByteArray m_message;
+};
+
+/// Where the first start is called by further ones. A call is a message, to its end, and is answered with one byte. Main thread.
 class InstanceSocket : public QObject {
     Q_OBJECT
 
@@ -37,12 +61,14 @@ public:
 
 Q_SIGNALS:
     /// A call has been answered.
-    void called();
+    void called(const QByteArray& message);
 
 private:
-    void answerOthers();
+    void acceptCallers();
+    void endCall(InstanceCaller* caller);
 
     QString m_path;
+    std::vector<std::unique_ptr<InstanceCaller>> m_callers; ///< those who haven't said everything yet
     std::unique_ptr<LocalSocket> m_socket;
     std::unique_ptr<QSocketNotifier> m_notifier;
 };
@@ -52,8 +78,9 @@ class InstanceCall : public QObject {
     Q_OBJECT
 
 public:
-    /// In place of a call that is under way. Where nobody listens nothing comes of it.
-    void call(const QString& path);
+    /// In place of a call that is under way. Where nobody listens, or the message is longer than what is taken (64 KiB), nothing
+    /// comes of it.
+    void call(const QString& path, const QByteArray& message);
 
 Q_SIGNALS:
     void answered();

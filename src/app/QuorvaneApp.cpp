@@ -12,6 +12,7 @@
 #include "ui/menu/TrayStatusItem.h"
 
 #include <QApplication>
+#include <QFileInfo>
 #include <QStandardPaths>
 
 #include <cstdio>
@@ -23,6 +24,18 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int kUnusable = 2;
+
+/// The files that the program is started with. What begins with "-" is meant for the system or for Qt.
+QStringList filesToOpen() {
+    QStringList files;
+    const QStringList arguments = QCoreApplication::arguments().mid(1);
+    for (const QString& argument : arguments) {
+        if (!argument.startsWith(u'-')) {
+            files.append(QFileInfo(argument).absoluteFilePath());
+        }
+    }
+    return files;
+}
 
 /// The program on the Mac of whoever has started it.
 int runOnMac(SingleInstance& instance, const QString& dataFolder) {
@@ -43,17 +56,20 @@ int runOnMac(SingleInstance& instance, const QString& dataFolder) {
     AppDelegate delegate({host.host(), host.systemLook(), statusItem, shutDownHost});
     const QuitSignals quitSignals(OutputReader::NotNeeded);
     QObject::connect(&quitSignals, &QuitSignals::quitRequested, &delegate, &AppDelegate::quit);
-    QObject::connect(&instance, &SingleInstance::activationRequested, &delegate, &AppDelegate::openWindow);
+    QObject::connect(&instance, &SingleInstance::activationRequested, &delegate, &AppDelegate::openProfiles);
     QObject::connect(&delegate, &AppDelegate::willTerminate, &instance, &SingleInstance::stopAnswering);
     QObject::connect(&delegate, &AppDelegate::terminated, qApp, [] { QCoreApplication::exit(); });
     delegate.applicationDidFinishLaunching();
+    if (const QStringList files = filesToOpen(); !files.isEmpty()) {
+        delegate.openProfiles(files);
+    }
     return QApplication::exec();
 }
 
 /// A second one brings the first one forward.
 int runFirst() {
     const QString dataFolder = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/Quorvane"_s;
-    SingleInstance instance(dataFolder);
+    SingleInstance instance(dataFolder, filesToOpen());
     switch (instance.claim()) {
     case SingleInstance::Role::First:
         return runOnMac(instance, dataFolder);

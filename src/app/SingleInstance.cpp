@@ -19,12 +19,34 @@ namespace {
 
 using Role = SingleInstance::Role;
 
+// In a message each file is followed by a null character, which no path holds.
+
+QByteArray messageOf(const QStringList& files) {
+    QByteArray message;
+    for (const QString& file : files) {
+        message += QFile::encodeName(file) + '\0';
+    }
+    return message;
+}
+
+QStringList filesOf(const QByteArray& message) {
+    QStringList files;
+    const QList<QByteArray> names = message.split('\0');
+    for (const QByteArray& name : names) {
+        if (!name.isEmpty()) {
+            files.append(QFile::decodeName(name));
+        }
+    }
+    return files;
+}
+
 /// A start that found the lock taken. It calls the first one, anew when the lock's file names another, until it is
 /// answered, or has the lock itself, or the time is over.
 class SecondStart {
 public:
-    explicit SecondStart(InstanceLock& lock)
+    SecondStart(InstanceLock& lock, const QStringList& files)
         : m_lock(lock)
+        , m_message(messageOf(files))
         , m_watcher({lock.path()}) {
         QObject::connect(&m_taken, &QFutureWatcherBase::finished, &m_loop, [this] { endIfTaken(); });
         QObject::connect(&m_watcher, &QFileSystemWatcher::fileChanged, &m_loop, [this] { callTheFirst(); });
@@ -45,7 +67,7 @@ private:
         const QString address = m_lock.holder().address;
         if (!address.isEmpty() && address != m_called) {
             m_called = address;
-            m_first.call(address);
+            m_first.call(address, m_message);
         }
     }
 
@@ -63,6 +85,7 @@ private:
     }
 
     InstanceLock& m_lock;
+    QByteArray m_message;
     Role m_role = Role::Unanswered;
     QString m_called; ///< the address that was called last
     QEventLoop m_loop;
@@ -79,15 +102,17 @@ QString lockFileIn(const QString& dataFolder) {
 
 } // namespace
 
-SingleInstance::SingleInstance(const QString& dataFolder)
-    : m_lock(lockFileIn(dataFolder)) {
-    connect(&m_socket, &InstanceSocket::called, this, &SingleInstance::activationRequested);
+SingleInstance::SingleInstance(const QString& dataFolder, const QStringList& files)
+    : m_lock(lockFileIn(dataFolder))
+    , m_files(files) {
+    connect(&m_socket, &InstanceSocket::called, this,
+            [this](const QByteArray& message) { Q_EMIT activationRequested(filesOf(message)); });
 }
 
 SingleInstance::~SingleInstance() = default;
 
 SingleInstance::Role SingleInstance::claim(std::chrono::milliseconds patience) {
-    const Role role = m_lock.take() ? Role::First : SecondStart(m_lock).role(patience);
+    const Role role = m_lock.take() ? Role::First : SecondStart(m_lock, m_files).role(patience);
     if (role == Role::First) {
         beFirst();
     }

@@ -12,7 +12,8 @@
 namespace quorvane {
 
 /// One program for each user and data folder. The first one holds the folder's lock and listens on a socket in a folder of its
-/// own; a further start finds the lock taken, connects, and is answered by one byte: the first has come forward. What a first
+/// own; a further start finds the lock taken, connects, says what it was to open, and is answered by
+/// one byte: the first has come forward. What a first
 /// one leaves when it is killed, its socket's folder, is removed by the next.
 ///
 /// Needs the application object, and runs its event loop for as long as a first one takes to answer.
@@ -27,8 +28,9 @@ public:
     };
 
     /// @param dataFolder  made where it is missing
+    /// @param files       absolute paths of what this start is to open; a first one is told them
     /// Throws std::runtime_error where nothing can be written there.
-    explicit SingleInstance(const QString& dataFolder);
+    explicit SingleInstance(const QString& dataFolder, const QStringList& files = {});
     ~SingleInstance() override;
 
     /// Finds out, once. A first one that is still starting, or already ending, is waited for.
@@ -42,13 +44,14 @@ public:
     QString unansweredText() const;
 
 Q_SIGNALS:
-    /// To the first: another start wants it to come forward.
-    void activationRequested();
+    /// To the first: another start wants it to come forward, and to open files, if any.
+    void activationRequested(const QStringList& files);
 
 private:
     void beFirst();
 
     InstanceLock m_lock;
+    QStringList m_files;
     std::unique_ptr<QTemporaryDir> m_socketFolder; ///< only its owner's
     InstanceSocket m_socket;
 };

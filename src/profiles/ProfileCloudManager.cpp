@@ -7,6 +7,7 @@
 #include "platform/CloudDrive.h"
 #include "platform/FileManager.h"
 #include "platform/Machine.h"
+#include "profiles/ProfileImporting.h"
 #include "profiles/ProfileJson.h"
 #include "profiles/ProfileManager.h"
 
@@ -156,7 +157,6 @@ QCoro::Task<void> ProfileCloudManager::backupDefaultProfile(ProfileManager& prof
 }
 
 QCoro::Task<void> ProfileCloudManager::ensureDefaultBackups(ProfileManager& profileManager) {
-    std::optional<Busy> busy(std::in_place, *this);
     const TaskLock::Hold hold = co_await m_lock.acquire();
     updateAvailability();
     if (!m_isICloudAvailable) {
@@ -166,6 +166,7 @@ QCoro::Task<void> ProfileCloudManager::ensureDefaultBackups(ProfileManager& prof
     const bool hasBoth = m_cloudFiles.exists(folder + u'/' + kDefaultCurrentName) &&
                          m_cloudFiles.exists(folder + u'/' + kDefaultPreviousName);
     if (!hasBoth) {
+        std::optional<Busy> busy(std::in_place, *this);
         const ProfileManager::Reading all = co_await wholeReading(profileManager);
         const UnifiedProfile profile = savedDefault(all).value_or(UnifiedProfile::defaultProfile());
         co_await rotate(profile, true);
@@ -201,28 +202,11 @@ QCoro::Task<ProfileImportResult> ProfileCloudManager::restore(ProfileCloudBackup
 
 QCoro::Task<ProfileImportResult> ProfileCloudManager::importInto(ProfileManager& profileManager,
                                                                  QList<UnifiedProfile> profiles) {
-    ProfileManager::Import merge = profileManager.beginImport(profiles);
-    bool isWhole = false;
-    std::optional<QString> failure;
     try {
-        co_await inTurns(m_clock, [&merge, &isWhole] {
-            isWhole = !merge.step();
-            return !isWhole;
-        });
-    } catch (const ProfileStoreError& error) {
-        failure = error.message();
-    } catch (const EncodingError& error) {
-        failure = error.message();
-    } catch (const FileError& error) {
-        failure = error.message();
+        co_return co_await importInTurns(m_clock, profileManager, profiles);
+    } catch (const ProfileImportError& error) {
+        throw ProfileCloudError(Code::writeFailed, error.message());
     }
-    if (!failure && !isWhole) {
-        failure = kQuitting;
-    }
-    if (failure) {
-        throw ProfileCloudError(Code::writeFailed, *failure);
-    }
-    co_return merge.result();
 }
 
 /// In turns. Throws when the program quits before the end: what is missing would count as not saved.

@@ -37,6 +37,22 @@ QRectF insideLine(const QRect& rect) {
     return QRectF(rect).adjusted(0.5, 0.5, -0.5, -0.5);
 }
 
+/// A button's text, and before it the symbol that it may have.
+void drawTitle(const QStyleOptionButton& button, QPainter& painter, bool isEnabled) {
+    constexpr int kInMiddle = Qt::AlignCenter | Qt::TextShowMnemonic | Qt::TextHideMnemonic;
+    if (button.icon.isNull()) {
+        painter.drawText(button.rect, kInMiddle, button.text);
+        return;
+    }
+    const int ofSymbol = button.iconSize.width() + Theme::kGap4;
+    const int ofText = painter.fontMetrics().size(Qt::TextShowMnemonic, button.text).width();
+    const int left = button.rect.left() + (button.rect.width() - ofSymbol - ofText) / 2;
+    const int top = button.rect.top() + (button.rect.height() - button.iconSize.height()) / 2;
+    button.icon.paint(&painter, QRect(QPoint(left, top), button.iconSize), Qt::AlignCenter,
+                      isEnabled ? QIcon::Normal : QIcon::Disabled);
+    painter.drawText(button.rect.adjusted(ofSymbol, 0, 0, 0), kInMiddle, button.text);
+}
+
 } // namespace
 
 QuorvaneStyle::QuorvaneStyle(const Look& look)
@@ -109,7 +125,7 @@ void QuorvaneStyle::drawPushButton(const QStyleOption& option, QPainter& painter
         ink = m_theme.danger;
     }
     painter.setPen(ink);
-    painter.drawText(button->rect, Qt::AlignCenter | Qt::TextShowMnemonic | Qt::TextHideMnemonic, button->text);
+    drawTitle(*button, painter, isEnabled);
     if (showsFocus(*button)) {
         drawFocusRing(painter, m_theme, frame, Theme::kFieldRadius);
     }
@@ -236,11 +252,7 @@ QIcon QuorvaneStyle::standardIcon(StandardPixmap icon, const QStyleOption* optio
     if (icon != SP_ToolBarHorizontalExtensionButton) {
         return QProxyStyle::standardIcon(icon, option, widget);
     }
-    return paintedIcon([bar = QPointer<const QWidget>(widget)](QPainter& painter, const QRectF& rect) {
-        if (bar != nullptr) { // which asks once, and may see another look
-            paintSymbol(painter, u"chevron.right"_s, rect, themeOf(bar).text);
-        }
-    });
+    return symbolOn(widget, u"chevron.right"_s); // the bar asks once, and may see another look
 }
 
 int QuorvaneStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const {
@@ -276,6 +288,14 @@ int QuorvaneStyle::styleHint(StyleHint hint, const QStyleOption* option, const Q
     default:
         return QProxyStyle::styleHint(hint, option, widget, answer);
     }
+}
+
+QIcon symbolOn(const QWidget* widget, const QString& symbol) {
+    return paintedIcon([on = QPointer<const QWidget>(widget), symbol](QPainter& painter, const QRectF& rect) {
+        if (on != nullptr) {
+            paintSymbol(painter, symbol, rect, themeOf(on).text);
+        }
+    });
 }
 
 void setDestructive(QWidget* button, bool isDestructive) {

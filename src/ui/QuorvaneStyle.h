@@ -2,6 +2,7 @@
 
 #include "ui/Theme.h"
 
+#include <QIcon>
 #include <QProxyStyle>
 
 namespace quorvane {
@@ -44,6 +45,9 @@ private:
 
     Theme m_theme;
 };
+
+/// A symbol for a widget, in the ink of its texts, whatever look that has by then.
+QIcon symbolOn(const QWidget* widget, const QString& symbol);
 
 /// Marks a button whose deed can't be taken back.
 void setDestructive(QWidget* button, bool isDestructive);

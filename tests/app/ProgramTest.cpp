@@ -2,9 +2,11 @@
 
 #include "app/ChildProgram.h"
 #include "app/DisplayCheck.h"
+#include "fakes/ProfileStore.h"
 #include "fakes/XDisplay.h"
 #include "platform/simulated/SimulatedFileManager.h"
 #include "platform/simulated/SimulatedMachine.h"
+#include "profiles/ProfileJson.h"
 #include "profiles/ProfileManager.h"
 
 #include <QDir>
@@ -25,16 +27,18 @@ protected:
     explicit ProgramTest(const QSize& screen = {1400, 1000})
         : display(screen) {}
 
-    std::unique_ptr<ChildProgram> start() { return start(display.environment()); }
-    std::unique_ptr<ChildProgram> start(QProcessEnvironment environment) const {
+    std::unique_ptr<ChildProgram> start(const QStringList& arguments = {}) {
+        return start(display.environment(), arguments);
+    }
+    std::unique_ptr<ChildProgram> start(QProcessEnvironment environment, const QStringList& arguments = {}) const {
         environment.insert(u"XDG_DATA_HOME"_s, folder.filePath(u"data"_s));
         environment.insert(u"XDG_CONFIG_HOME"_s, folder.filePath(u"config"_s));
         environment.insert(u"XDG_RUNTIME_DIR"_s, folder.path());
         environment.insert(u"TMPDIR"_s, folder.path());
-        return std::make_unique<ChildProgram>(QStringLiteral(QUORVANE_PROGRAM), QStringList(), environment);
+        return std::make_unique<ChildProgram>(QStringLiteral(QUORVANE_PROGRAM), arguments, environment);
     }
-    std::unique_ptr<ChildProgram> startWithWindow() {
-        auto program = start();
+    std::unique_ptr<ChildProgram> startWithWindow(const QStringList& arguments = {}) {
+        auto program = start(arguments);
         processEventsUntil([this, &program] { return !window().isEmpty() || !program->isRunning(); });
         EXPECT_TRUE(program->isRunning()) << program->errors().toStdString();
         return program;
@@ -54,6 +58,14 @@ protected:
             names.append(profile.name);
         }
         return names;
+    }
+
+    /// @return the path of a profile's file on this computer
+    QString fileOf(const UnifiedProfile& profile) const {
+        QFile file(folder.filePath(profile.name + u".json"_s));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(encodeProfile(profile));
+        return file.fileName();
     }
 
     QTemporaryDir folder;
@@ -105,6 +117,20 @@ TEST_F(ProgramTest, aSecondStartOpensAWindowThatWasClosed) {
     const auto second = start();
     EXPECT_EQ(second->status(), 0);
     waitForWindow();
+    EXPECT_TRUE(first->isRunning());
+}
+
+TEST_F(ProgramTest, aProfileFileThatIsOpenedIsImported) {
+    const auto first = startWithWindow({fileOf(numberedProfile(41, u"Späte Show"_s))});
+    processEventsUntil([this] { return savedProfileNames().contains(u"Späte Show"_s); });
+
+    const auto second = start({fileOf(numberedProfile(42, u"Matinee"_s))});
+    EXPECT_EQ(second->status(), 0);
+    // It waits until the alerts and sheets that are open are closed.
+    processEventsUntil([this] {
+        display.act({u"key"_s, u"Escape"_s});
+        return savedProfileNames().contains(u"Matinee"_s);
+    });
     EXPECT_TRUE(first->isRunning());
 }
 

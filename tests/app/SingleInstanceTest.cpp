@@ -26,11 +26,11 @@ constexpr std::chrono::minutes kForever{1}; // longer than anything here lasts t
 
 class SingleInstanceTest : public ::testing::Test {
 protected:
-    std::unique_ptr<ChildProgram> start(std::chrono::milliseconds patience = kForever) {
+    std::unique_ptr<ChildProgram> start(std::chrono::milliseconds patience = kForever, const QStringList& files = {}) {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert(u"TMPDIR"_s, folder.path()); // what is left by those that are killed goes with it
-        return std::make_unique<ChildProgram>(QStringList{u"instance"_s, dataFolder, QString::number(patience.count())},
-                                              environment);
+        const QStringList arguments{u"instance"_s, dataFolder, QString::number(patience.count())};
+        return std::make_unique<ChildProgram>(arguments + files, environment);
     }
     std::unique_ptr<ChildProgram> startFirst() {
         auto child = start();
@@ -67,6 +67,31 @@ TEST_F(SingleInstanceTest, eachFurtherStartBringsTheFirstForward) {
         EXPECT_EQ(second->errors(), QByteArray());
     }
     EXPECT_TRUE(first->isRunning());
+}
+
+TEST_F(SingleInstanceTest, whatAFurtherStartIsToOpenTheFirstIsTold) {
+    const auto first = startFirst();
+    const QStringList files{u"/gigs/Späte Show.json"_s, u"/gigs/b.json"_s};
+    EXPECT_EQ(start(kForever, files)->line(), u"second"_s);
+    EXPECT_EQ(first->line(), u"activated "_s + files.join(u' '));
+}
+
+TEST_F(SingleInstanceTest, aCallThatBreaksOffOrNeverEndsKeepsNobodyWaiting) {
+    const auto first = startFirst();
+    const QString address = InstanceLock(lockFile()).holder().address;
+    LocalSocket silent;
+    EXPECT_EQ(silent.connectTo(address), 0);
+    EXPECT_EQ(start()->line(), u"second"_s);
+    EXPECT_EQ(first->line(), u"activated"_s) << "the one that has said nothing to its end isn't meant";
+}
+
+TEST_F(SingleInstanceTest, moreThanAnybodyOpensIsNotTaken) {
+    const auto first = startFirst();
+    const QStringList files(20, u'/' + QString(4000, u'x'));
+    const auto second = start(std::chrono::milliseconds(300), files);
+    EXPECT_TRUE(second->line().startsWith(u"Quorvane is already running"_s));
+    EXPECT_EQ(start()->line(), u"second"_s);
+    EXPECT_EQ(first->line(), u"activated"_s);
 }
 
 TEST_F(SingleInstanceTest, anotherDataFolderIsAnotherProgram) {

@@ -1,6 +1,7 @@
 // What the window's program does before there is a window, in a process that can be killed, stopped, or left without a display.
 //
-//     app_support_program instance FOLDER MILLISECONDS   prints the role; a first one prints "activated", and ends by a signal
+//     app_support_program instance FOLDER MILLISECONDS [FILE…]   prints the role; a first one prints "activated" and what it is
+//                                                                to open, and ends by a signal
 //     app_support_program mac FOLDER                     makes the user's Mac in it
 //     app_support_program display [warn|fail]            makes the application object, and warns or fails meanwhile
 //
@@ -26,8 +27,8 @@ void print(const char* text) {
     std::fflush(stdout);
 }
 
-int runInstance(const QString& folder, int patience) {
-    SingleInstance instance(folder);
+int runInstance(const QString& folder, int patience, const QStringList& files) {
+    SingleInstance instance(folder, files);
     const SingleInstance::Role role = instance.claim(std::chrono::milliseconds(patience));
     if (role == SingleInstance::Role::Unanswered) {
         print(instance.unansweredText().toUtf8().constData());
@@ -37,7 +38,10 @@ int runInstance(const QString& folder, int patience) {
         print("second");
         return 0;
     }
-    QObject::connect(&instance, &SingleInstance::activationRequested, [] { print("activated"); });
+    QObject::connect(&instance, &SingleInstance::activationRequested, [](const QStringList& others) {
+        const QStringList words = QStringList(QStringLiteral("activated")) + others;
+        print(words.join(u' ').toUtf8().constData());
+    });
     const QuitSignals signals(OutputReader::NotNeeded);
     QObject::connect(&signals, &QuitSignals::quitRequested, [] { QCoreApplication::quit(); });
     print("first");
@@ -67,7 +71,8 @@ int run(int argumentCount, char** arguments) {
         macOfUser(folder, QStringLiteral("/nowhere/macsim"));
         return 0;
     }
-    return runInstance(folder, QCoreApplication::arguments().at(3).toInt());
+    const QStringList words = QCoreApplication::arguments();
+    return runInstance(folder, words.at(3).toInt(), words.mid(4));
 }
 
 } // namespace

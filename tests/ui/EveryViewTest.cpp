@@ -7,6 +7,7 @@
 #include "app/simulated/FingerDialog.h"
 #include "fakes/ShownWindow.h"
 #include "fakes/ViewWalk.h"
+#include "ui/symbols/Symbols.h"
 
 #include <QRegularExpression>
 
@@ -82,6 +83,13 @@ protected:
         session->tasks.start(lockActions.askPassword(mode, window));
         state(*std::dynamic_pointer_cast<AppPasswordEntry>(window.sheet()));
         settle();
+    }
+    static void expectSymbol(const QWidget* button, const QString& symbol) {
+        const auto* const shown = qobject_cast<const QAbstractButton*>(button);
+        ASSERT_NE(shown, nullptr);
+        constexpr int kSize = 32;
+        EXPECT_EQ(shown->icon().pixmap(kSize, kSize).toImage(),
+                  symbolPixmap(symbol, kSize, themeOf(button).text, 1).toImage());
     }
     void closeSheet() {
         window.sheet()->end();
@@ -306,6 +314,7 @@ TEST_F(EveryView, theLockScreenWithAFinger) {
     lockUp();
     EXPECT_EQ(spokenControls(mainWindow.get()), (QStringList{u"field Password: Password (password, focused)"_s,
                                                              u"button Unlock"_s, u"button Unlock with Touch ID"_s}));
+    expectSymbol(named(u"Unlock with Touch ID"_s), u"touchid"_s);
     expectUsable();
 }
 
@@ -415,6 +424,7 @@ TEST_F(EveryView, theSheetThatChangesAPassword) {
               (QStringList{u"dialog Change App Password"_s, u"field Current Password (password, focused)"_s,
                            u"field New Password (password)"_s, u"field Confirm Password (password)"_s,
                            u"button Use Touch ID"_s, u"button Cancel"_s, u"button Save Password (disabled)"_s}));
+    expectSymbol(named(u"Use Touch ID"_s), u"touchid"_s);
     expectUsable();
     closeSheet();
 }

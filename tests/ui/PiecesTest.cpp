@@ -253,6 +253,25 @@ TEST_P(PiecesTest, theDefaultButtonIsFilledAndTheDestructiveOneRed) {
     EXPECT_EQ(shot(primary).count(theme().selection), 0);
 }
 
+TEST_P(PiecesTest, aButtonsSymbolStandsBeforeItsTextInTheSameInk) {
+    auto& plain = placed(new AppSecondaryButton(u"Use Touch ID"_s));
+    const double ofText = shot(plain).count(theme().text);
+    auto& button = placed(new AppSecondaryButton(u"Use Touch ID"_s));
+    button.setIcon(symbolOn(&button, u"lock.fill"_s)); // mostly whole pixels of ink
+    button.resize(button.sizeHint());
+    EXPECT_EQ(button.width(), plain.width() + button.iconSize().width() + Theme::kGap4);
+    const QRect symbol(Theme::kRingRoom + Theme::kGap16, 0, button.iconSize().width(), button.height());
+    for (const ColorScheme scheme : {ColorScheme::Light, ColorScheme::Dark}) {
+        style().setLook({scheme, true, false});
+        EXPECT_GT(shot(button).count(theme().text, symbol), 40);
+    }
+    style().setLook({ColorScheme::Light, true, false});
+    EXPECT_NEAR(shot(button).count(theme().text) - shot(button).count(theme().text, symbol), ofText, 3)
+        << "the text is whole";
+    button.setEnabled(false);
+    EXPECT_EQ(shot(button).count(theme().text), 0);
+}
+
 TEST_P(PiecesTest, aCardHasALineBetweenTwoRowsThatAreSeen) {
     auto* const card = new AppCard;
     for (int row = 0; row < 3; ++row) {
@@ -308,6 +327,12 @@ TEST_P(PiecesTest, anAlertShowsTheProgramsIconAndASignOfWarning) {
     AlertDialog other(telling);
     other.show();
     EXPECT_EQ(shot(other).count(theme().warning, icon), 0);
+    Alert good = warning;
+    good.style = AlertStyle::Success;
+    AlertDialog third(good);
+    third.show();
+    EXPECT_EQ(shot(third).count(theme().warning, icon), 0);
+    EXPECT_GT(shot(third).count(theme().success, icon), 60);
 }
 
 INSTANTIATE_TEST_SUITE_P(Scales, PiecesTest, ::testing::Values(1, 2));

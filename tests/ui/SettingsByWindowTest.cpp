@@ -308,6 +308,19 @@ TEST_F(LabelByWindow, theNameOfTheTitleIsShown) {
     EXPECT_EQ(preferences().string(kWallpaperProfileName), u"Default"_s);
 }
 
+TEST_F(LabelByWindow, theRowFollowsWhatIsAppliedMeanwhile) {
+    click(kWallpaper);
+    waitUntilRest();
+    ASSERT_FALSE(isSeen(u"Shown after a profile was applied."_s));
+    chooseInMenu(u"Restore Default"_s);
+    answerAlert(u"Apply Default Profile?"_s, u"Apply"_s);
+    authorize();
+    answerAlert(u"Defaults Restored"_s);
+    waitUntilRest();
+    EXPECT_TRUE(isOn(kWallpaper));
+    EXPECT_TRUE(isSeen(u"Shown after a profile was applied."_s));
+}
+
 TEST_F(LabelByWindow, aDisplayThatWasLeftOutIsSaid) {
     setDisplays(2);
     click(kWallpaper);
@@ -325,6 +338,16 @@ TEST_F(SettingsByWindow, withoutICloudNothingIsSaidButThatItIsMissing) {
     answerByKey(settingsAlert(u"Error"_s, u"iCloud Drive is not available. Sign in to iCloud in System Settings and "
                                           "enable iCloud Drive."_s),
                 Qt::Key_Return);
+    waitUntilRest();
+}
+
+TEST_F(SettingsByWindow, whoSignsInToICloudAndComesBackFindsItAvailable) {
+    ASSERT_TRUE(isSeen(u"iCloud Drive is unavailable"_s));
+    resignActive();
+    setState("cloud", {{"account", true}, {"container", true}});
+    becomeActive();
+    waitUntilSeen(u"iCloud Drive is available"_s);
+    EXPECT_FALSE(isSeen(u"iCloud Drive is unavailable"_s));
     waitUntilRest();
 }
 

@@ -5,6 +5,7 @@
 #include "lock/LockManager.h"
 #include "profiles/ProfileCloudBackup.h"
 
+#include <QSignalSpy>
 #include <QTest>
 
 namespace quorvane {
@@ -256,6 +257,28 @@ TEST_F(FingerSheetByWindow, theSentenceForChangingIsAnother) {
     waitUntilRest();
 }
 
+TEST_F(FingerSheetByWindow, aSheetThatIsClosedWhileAFingerIsAskedForTakesNothingOfIt) {
+    click(u"Remove App Lock…"_s);
+    waitUntilSeen(u"Remove Lock"_s);
+    click(u"Use Touch ID"_s);
+    waitForFingerDialog();
+    EXPECT_FALSE(isUsable(u"Use Touch ID"_s));
+    processEventsUntil([] { return !mainWindow()->isActiveWindow(); });
+    mainWindow()->activateWindow();
+    processEventsUntil([] { return mainWindow()->isActiveWindow(); });
+    press(Qt::Key_Escape);
+    processEventsUntil([] { return !isSeen(u"Remove Lock"_s); });
+    answerFinger(u"Enrolled Finger"_s);
+    waitUntilRest();
+    EXPECT_TRUE(lock().isLockEnabled());
+    EXPECT_TRUE(isUsable(u"Remove App Lock…"_s));
+    click(u"Remove App Lock…"_s);
+    waitUntilSeen(u"Remove Lock"_s);
+    EXPECT_EQ(field(u"Current Password"_s)->text(), QString());
+    press(Qt::Key_Escape);
+    waitUntilRest();
+}
+
 // ---- Restore
 
 class RestoreSheetByWindow : public SettingsSheetByWindow {
@@ -290,6 +313,7 @@ protected:
         host->mac().state().update("cloud", [this](macsim::Json& state) { state = cloud; });
     }
     void openSheet() {
+        processEventsUntil([] { return isUsable(u"Restore Profiles from iCloud"_s); }); // copies may be under way
         click(u"Restore Profiles from iCloud"_s);
         waitUntilSeen(u"Restore from iCloud"_s);
     }
@@ -329,6 +353,66 @@ TEST_F(RestoreSheetByWindow, aBackupIsRestoredAndTold) {
     EXPECT_EQ(focused(), u"Restore Profiles from iCloud"_s);
 }
 
+TEST_F(RestoreSheetByWindow, aMatchWhoseProfileHasChangedIsUnverifiedAndTheMacIsLookedAtAnew) {
+    session().system.recordAppliedConfiguration(saved(u"Live"_s), {});
+    ASSERT_FALSE(session().activeProfile.current().isKept);
+    const QSignalSpy scans(&session().system, &SystemManager::isVerifyingSystemChanged);
+    openSheet();
+    processEventsUntil([] { return isUsable(restoreOf(u"Latest Backup"_s)); });
+    click(restoreOf(u"Latest Backup"_s));
+    answerAlert(u"Replace Saved Profiles?"_s, u"Replace"_s);
+    waitUntilAlert(u"Profiles Restored"_s);
+    EXPECT_EQ(session().activeProfile.current().name, u"Live"_s);
+    EXPECT_TRUE(session().activeProfile.current().isKept);
+    EXPECT_EQ(scans.size(), 0) << "what is told comes first";
+    answerAlert(u"Profiles Restored"_s);
+    waitUntilRest();
+    EXPECT_EQ(scans.size(), 2) << "one has begun and ended";
+}
+
+TEST_F(RestoreSheetByWindow, aBackupOfNothingIsSaidInTheSheet) {
+    addBackup(u"backup-2026-03-15T20:30:00Z.json"_s, {}, {});
+    chooseTab(u"Logs"_s);
+    chooseTab(u"Settings"_s);
+    openSheet();
+    processEventsUntil([] { return isSeen(u"0 profile(s) from Booth"_s); });
+    const QString title = host->host().machine.dateAndTimeText(QDateTime(QDate(2026, 3, 14), QTime(20, 30), Qt::UTC));
+    control(restoreOf(title))->setFocus(Qt::TabFocusReason);
+    press(Qt::Key_Space);
+    waitUntilSeen(u"The selected backup does not contain any profiles."_s);
+    EXPECT_EQ(focused(), restoreOf(title)) << "the keys are where they were";
+    EXPECT_EQ(alertTitle(), QString());
+    press(Qt::Key_Escape);
+    waitUntilRest();
+    EXPECT_FALSE(isSeen(u"Restore from iCloud"_s));
+}
+
+TEST_F(RestoreSheetByWindow, whileABackupIsLookedIntoNothingElseCanBePressed) {
+    openSheet();
+    processEventsUntil([] { return isUsable(restoreOf(u"Latest Backup"_s)); });
+    processEventsUntil([] { return !isSeen(u"Loading iCloud backups…"_s); });
+    addBackup(u"latest.json"_s, {changed()}, 3); // from another Mac, a moment ago
+    putCloud();
+    control(restoreOf(u"Latest Backup"_s))->setFocus(Qt::TabFocusReason);
+    press(Qt::Key_Space);
+    waitUntilSeen(u"Restoring profiles from iCloud…"_s);
+    EXPECT_FALSE(isUsable(restoreOf(u"Latest Backup"_s)));
+    EXPECT_FALSE(isUsable(u"Close"_s));
+    press(Qt::Key_Escape);
+    mainWindow()->close();
+    ASSERT_NE(mainWindow(), nullptr);
+    EXPECT_TRUE(isSeen(u"Restore from iCloud"_s));
+    letTimePassUntil([] { return alertTitle() == u"Replace Saved Profiles?"_s; });
+    EXPECT_FALSE(isSeen(u"Restoring profiles from iCloud…"_s)) << "nothing is restored unasked";
+    answerAlert(u"Replace Saved Profiles?"_s, u"Cancel"_s);
+    processEventsUntil([] { return isUsable(u"Close"_s); });
+    EXPECT_EQ(focused(), restoreOf(u"Latest Backup"_s));
+    press(Qt::Key_Escape);
+    waitUntilRest();
+    EXPECT_FALSE(isSeen(u"Restore from iCloud"_s));
+    EXPECT_TRUE(saved(u"Live"_s).hasSameContent(numberedProfile(1, u"Live"_s)));
+}
+
 TEST_F(RestoreSheetByWindow, anUneditedWorkingCopyIsLoadedAnewAndAnEditedOneStays) {
     for (const bool isEdited : {true, false}) {
         saveProfile(numberedProfile(1, u"Live"_s));
@@ -347,6 +431,12 @@ TEST_F(RestoreSheetByWindow, anUneditedWorkingCopyIsLoadedAnewAndAnEditedOneStay
         waitUntilRest();
         EXPECT_EQ(session().workingCopy.settings(), isEdited ? settings : changed().settings);
         EXPECT_EQ(session().workingCopy.isEdited(), isEdited);
+        chooseTab(u"Performance"_s);
+        click(u"System Tweaks"_s);
+        waitUntilSeen(u"Execute Tweaks"_s);
+        EXPECT_EQ(isSeen(u"Edited"_s), isEdited);
+        click(u"Performance"_s);
+        chooseTab(u"Settings"_s);
     }
 }
 
@@ -407,7 +497,9 @@ TEST_F(SlowRestoreByWindow, whatIsHereIsShownAtOnceAndTheRestWhenItHasCome) {
     processEventsUntil([] { return isUsable(restoreOf(u"Default Profile (Current)"_s)); });
     EXPECT_TRUE(isSeen(u"Loading iCloud backups…"_s));
     EXPECT_FALSE(isSeen(restoreOf(u"Latest Backup"_s)));
+    control(restoreOf(u"Default Profile (Current)"_s))->setFocus(Qt::TabFocusReason);
     letTimePassUntil([] { return isUsable(restoreOf(u"Latest Backup"_s)); });
+    EXPECT_EQ(focused(), restoreOf(u"Default Profile (Current)"_s)) << "although another row stands above it now";
     letTimePassUntil([] { return !isSeen(u"Loading iCloud backups…"_s); });
     press(Qt::Key_Escape);
     waitUntilRest();

@@ -120,6 +120,8 @@ QStringList namesInUse() {
         u"slider.horizontal.3"_s,
         u"speaker.fill"_s,
         u"speaker.slash.fill"_s,
+        u"square.and.arrow.down"_s,
+        u"square.and.arrow.up"_s,
         u"star.fill"_s,
         u"tag.fill"_s,
         u"touchid"_s,

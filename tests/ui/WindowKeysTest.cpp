@@ -281,6 +281,40 @@ TEST_F(WindowKeys, theWindowClosesMinimizesAndQuits) {
     EXPECT_EQ(closes.count(), 1);
 }
 
+TEST_F(WindowKeys, theSettingsHaveAKeyWhereverOneIs) {
+    showTweaks();
+    focus(u"Deactivate Siri Core Services"_s);
+    press(Qt::Key_Comma, Qt::ControlModifier);
+    settle();
+    EXPECT_EQ(mainWindow->contentView().selectedTab(), Tab::settings);
+    EXPECT_EQ(focusedName(), u"Follow macOS"_s);
+    waitForTasks();
+}
+
+TEST_F(WindowKeys, theKeyOfTheSettingsShowsNothingBehindTheLockOrUnderASheet) {
+    enableLock();
+    open();
+    lock->lockIfEnabled();
+    settle();
+    press(Qt::Key_Comma, Qt::ControlModifier);
+    settle();
+    EXPECT_EQ(mainWindow->contentView().selectedTab(), Tab::performance);
+    EXPECT_EQ(focusedName(), u"Password"_s);
+    ASSERT_TRUE(lock->unlockWithPassword(kPassword));
+    settle();
+    reviews.presentProfile(live, window, {});
+    waitFor(ApplyReview::State::Reviewing);
+    settle();
+    press(Qt::Key_Comma, Qt::ControlModifier);
+    EXPECT_EQ(mainWindow->contentView().selectedTab(), Tab::performance);
+    press(Qt::Key_Escape);
+    waitForTasks();
+    settle();
+    press(Qt::Key_Comma, Qt::ControlModifier);
+    EXPECT_EQ(mainWindow->contentView().selectedTab(), Tab::settings);
+    waitForTasks();
+}
+
 TEST_F(WindowKeys, undoIsACommandWhereNoFieldHasTheFocus) {
     open();
     alerts.hold();

@@ -283,6 +283,7 @@ TEST(ActionAlerts, startupIsVerifiedOnlyWhereAllOfItIs) {
 
 TEST(ActionAlerts, recordsBringTheirSentencesAlong) {
     expectAlert(maintenanceAlert({false, {u"One."_s, u"Two."_s}}), u"Completed with Issues"_s, u"One.\n\nTwo."_s);
+    EXPECT_EQ(maintenanceAlert({true, {}}).style, AlertStyle::Success);
     expectAlert(networkAlert({{u"One."_s}, true}), u"Success"_s, u"One."_s);
     expectAlert(errorAlert(u"No."_s), u"Error"_s, u"No."_s);
     expectAlert(aboutAlert(), u"Quorvane"_s, u"Beta Release 1.0"_s);

@@ -552,9 +552,7 @@ TEST(NamesReplacedBy, areThoseOfProfilesWithAnotherContent) {
                  {{renamed}, {u"Live"_s}},
                  {{numberedProfile(2, u"Live"_s)}, {}}};
     for (const auto& [backedUp, names] : cases) {
-        ProfileCloudBackup backup;
-        backup.profiles = backedUp;
-        EXPECT_EQ(namesReplacedBy(backup, {kLive, numberedProfile(3, u"Club"_s)}), names);
+        EXPECT_EQ(namesReplacedBy(backedUp, {kLive, numberedProfile(3, u"Club"_s)}), names);
     }
 }
 

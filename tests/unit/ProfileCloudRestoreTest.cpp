@@ -331,6 +331,13 @@ TEST_F(BackupTurns, areBusyOnceWhileSeveralRun) {
     EXPECT_EQ(busy, (QList<bool>{true, false}));
 }
 
+TEST_F(BackupTurns, areNotBusyWhereNoCopyIsMissing) {
+    EXPECT_EQ(QCoro::waitFor(backupErrorOf(manager.ensureDefaultBackups(profiles))), kNothingThrown);
+    busy.clear();
+    EXPECT_EQ(QCoro::waitFor(backupErrorOf(manager.ensureDefaultBackups(profiles))), kNothingThrown);
+    EXPECT_EQ(busy, QList<bool>());
+}
+
 TEST_F(BackupTurns, areOverWhenTheirResultIsKnownThoughTheListHasYetToCome) {
     cloud.waiting[pathOf(u"backup-of-another-mac.json"_s)] = {"{}", {}, {}};
     const auto isOverBeforeTheList = [this](const std::function<QCoro::Task<QString>()>& begin) {

@@ -232,6 +232,25 @@ TEST_F(ProfileSavingTest, aBaselineThatFailsIsToldAndTheProfileIsSaved) {
     EXPECT_TRUE(stored(u"Tour"_s).has_value());
 }
 
+TEST_F(ProfileSavingTest, aDefaultProfilesCopiesInICloudAreWhatItIsAndWhatItWas) {
+    cloud.account = true;
+    cloud.container = u"/Users/alex/Library/Mobile Documents/7KX2MR04TD~com~quorvane~app"_s;
+    addProfile(numberedProfile(9, u"Default"_s));
+    session->savedProfiles.tellChanged();
+    saveAs(u"default"_s);
+    waitForTasks();
+    EXPECT_TRUE(stored(u"default"_s)->settings.siri);
+    QCoro::waitFor(session->cloudBackups.refreshBackups());
+    QMap<ProfileCloudBackupKind, bool> isSiriOff;
+    for (const ProfileCloudBackupInfo& info : session->cloudBackups.backups()) {
+        const ProfileCloudBackup backup = QCoro::waitFor(session->cloudBackups.contents(info));
+        isSiriOff.insert(info.kind, backup.profiles.first().settings.siri);
+    }
+    const QMap<ProfileCloudBackupKind, bool> expected{{ProfileCloudBackupKind::defaultCurrent, true},
+                                                       {ProfileCloudBackupKind::defaultPrevious, false}};
+    EXPECT_EQ(isSiriOff, expected);
+}
+
 TEST_F(ProfileSavingTest, aCaptureInAProfileThatIsInForceAsks) {
     makeActive(live);
     listProfiles();

@@ -37,7 +37,7 @@ TextDocumentationView::TextDocumentationView(QWidget* parent)
     m_browser->setFrameShape(QFrame::NoFrame);
     m_browser->viewport()->setAutoFillBackground(false); // the window's ground shows through
     m_browser->setOpenLinks(false);
-    m_browser->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    m_browser->setTextInteractionFlags(Qt::TextSelectableByMouse); // by keys a caret would move, and not the page
     m_browser->setTabChangesFocus(true);
     m_browser->setAccessibleName(kDocumentationTitle);
     m_browser->installEventFilter(this);

@@ -10,7 +10,6 @@
 #include "ui/pieces/AppButtons.h"
 #include "ui/pieces/TextLabel.h"
 #include "ui/symbols/Logo.h"
-#include "ui/symbols/Symbols.h"
 
 #include <QGraphicsOpacityEffect>
 #include <QGuiApplication>
@@ -143,7 +142,7 @@ void LockScreenView::updateButtons() {
     const BiometryType biometry = m_lock.biometryType();
     m_line->setText(lockScreenText(canUseFinger ? std::optional(biometry) : std::nullopt));
     m_finger->setText(unlockWithBiometryText(biometry));
-    m_finger->setIcon(symbolIcon(biometrySymbolName(biometry), themeOf(this).text));
+    m_finger->setIcon(symbolOn(m_finger, biometrySymbolName(biometry)));
     m_finger->setVisible(canUseFinger);
     m_finger->setEnabled(!m_isAuthenticatingBiometrics);
     m_column->setFixedWidth(std::max(kColumnWidth, m_finger->sizeHint().width()));
@@ -209,13 +208,6 @@ void LockScreenView::paintEvent(QPaintEvent*) {
 void LockScreenView::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
     QMetaObject::invokeMethod(this, &LockScreenView::askForFingerWhenActive, Qt::QueuedConnection);
-}
-
-void LockScreenView::changeEvent(QEvent* event) {
-    QWidget::changeEvent(event);
-    if (event->type() == QEvent::StyleChange && m_finger != nullptr) {
-        updateButtons();
-    }
 }
 
 } // namespace quorvane

@@ -9,9 +9,7 @@ namespace quorvane {
 
 InformationRow::InformationRow(QWidget* parent)
     : QLabel(parent) {
-    QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-    policy.setHeightForWidth(true);
-    setSizePolicy(policy);
+    setSizePolicy(rowSizePolicy());
 }
 
 void InformationRow::setContent(const RowContent& content) {

@@ -12,9 +12,7 @@ namespace quorvane {
 RowButton::RowButton(const RowContent& content, QWidget* parent)
     : QPushButton(parent) {
     setAutoDefault(false);
-    QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-    policy.setHeightForWidth(true);
-    setSizePolicy(policy);
+    setSizePolicy(rowSizePolicy());
     setContent(content);
 }
 

@@ -128,6 +128,12 @@ int rowHeight(const Theme& theme, const RowContent& content, int width) {
     return std::max(least, texts + 2 * Theme::kGap8);
 }
 
+QSizePolicy rowSizePolicy() {
+    QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+    policy.setHeightForWidth(true);
+    return policy;
+}
+
 int rowMinimumWidth(const Theme&, const RowContent& content) {
     return rowTextLeft(content) + kNarrowestText + endWidth(content) + Theme::kGap12;
 }

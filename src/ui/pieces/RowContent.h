@@ -3,6 +3,7 @@
 #include "ui/Theme.h"
 
 #include <QRect>
+#include <QSizePolicy>
 #include <QString>
 
 class QPainter;
@@ -37,6 +38,9 @@ struct RowState {
 
 /// How high a row is, in device-independent pixels: as much as its texts need at that width.
 int rowHeight(const Theme& theme, const RowContent& content, int width);
+/// Of a widget that is a row. It is as high as it is asked to be for a width: a height that it had at another one would bind a
+/// layout, were it fixed.
+QSizePolicy rowSizePolicy();
 /// The narrowest that a row may be.
 int rowMinimumWidth(const Theme& theme, const RowContent& content);
 void paintRow(QPainter& painter, const Theme& theme, const QRect& rect, const RowContent& content,

@@ -24,6 +24,9 @@ SymbolButton::SymbolButton(const QString& symbol, const QString& title, QWidget*
 }
 
 QSize SymbolButton::sizeHint() const {
+    if (text().isEmpty()) {
+        return {Theme::kButtonHeight, Theme::kButtonHeight};
+    }
     const QFontMetrics metrics(themeOf(this).font(TextStyle::RowTitle));
     return {kSymbolSize + Theme::kGap4 + metrics.horizontalAdvance(text()) + 2 * Theme::kGap8,
             std::max(metrics.height() + Theme::kGap8, Theme::kButtonHeight)};
@@ -33,6 +36,11 @@ void SymbolButton::keyPressEvent(QKeyEvent* event) {
     if (!isPressedByReturn(*this, *event)) {
         QPushButton::keyPressEvent(event);
     }
+}
+
+QRectF SymbolButton::symbolPlace() const {
+    const double left = text().isEmpty() ? (width() - kSymbolSize) / 2.0 : Theme::kGap4;
+    return {left, (height() - kSymbolSize) / 2.0, kSymbolSize, kSymbolSize};
 }
 
 void SymbolButton::paintEvent(QPaintEvent*) {
@@ -46,7 +54,7 @@ void SymbolButton::paintEvent(QPaintEvent*) {
         painter.drawRoundedRect(ground, Theme::kFieldRadius, Theme::kFieldRadius);
     }
     const QColor ink = looksEnabled(this) ? theme.accentText : theme.disabledText;
-    paintSymbol(painter, m_symbol, QRectF(Theme::kGap4, (height() - kSymbolSize) / 2.0, kSymbolSize, kSymbolSize), ink);
+    paintSymbol(painter, m_symbol, symbolPlace(), ink);
     painter.setFont(theme.font(TextStyle::RowTitle));
     painter.setPen(ink);
     painter.drawText(rect().adjusted(Theme::kGap8 + kSymbolSize, 0, 0, 0), Qt::AlignLeft | Qt::AlignVCenter, text());

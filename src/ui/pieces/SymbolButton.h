@@ -4,7 +4,7 @@
 
 namespace quorvane {
 
-/// A button without a frame: a symbol, and a word in the colour of links.
+/// A button without a frame: a symbol, and a word in the colour of links, or the symbol alone.
 class SymbolButton : public QPushButton {
     Q_OBJECT
 
@@ -19,6 +19,8 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    QRectF symbolPlace() const;
+
     QString m_symbol;
 };
 

@@ -23,9 +23,7 @@ public:
     explicit TickRow(const RowContent& content, QWidget* parent = nullptr)
         : Button(parent)
         , m_content(withTickRoom(content)) {
-        QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-        policy.setHeightForWidth(true);
-        this->setSizePolicy(policy);
+        this->setSizePolicy(rowSizePolicy());
         this->setFocusPolicy(Qt::StrongFocus);
         this->setAccessibleName(content.title);
         this->setAccessibleDescription(content.description);

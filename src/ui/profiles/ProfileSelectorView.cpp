@@ -9,6 +9,7 @@
 #include "ui/Theme.h"
 #include "ui/ViewEnvironment.h"
 #include "ui/pieces/MenuButton.h"
+#include "ui/pieces/SymbolButton.h"
 #include "ui/pieces/TextLabel.h"
 #include "ui/symbols/Symbols.h"
 
@@ -31,26 +32,47 @@ QString withoutMnemonic(QString text) {
     return text.replace(u"&"_s, u"&&"_s);
 }
 
+SymbolButton* symbolButton(const QString& symbol, const QString& title) {
+    auto* const button = new SymbolButton(symbol, {});
+    button->setToolTip(title);
+    button->setAccessibleName(title);
+    return button;
+}
+
 } // namespace
 
 ProfileSelectorView::ProfileSelectorView(const ViewEnvironment& environment, QWidget* parent)
     : QWidget(parent)
     , m_environment(environment)
     , m_edited(new TextLabel(TextStyle::Secondary, TextTone::Secondary, kEdited))
-    , m_button(new MenuButton({})) {
+    , m_button(new MenuButton({}))
+    , m_export(symbolButton(u"square.and.arrow.up"_s, kExportProfile))
+    , m_import(symbolButton(u"square.and.arrow.down"_s, kImportProfile)) {
     auto* const layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(Theme::kGap8);
     m_edited->setWordWrap(false);
     layout->addWidget(m_edited);
     layout->addWidget(m_button);
+    layout->addWidget(m_export);
+    layout->addWidget(m_import);
     setFocusProxy(m_button);
     Session& session = environment.session;
     connect(&m_button->choices(), &QMenu::aboutToShow, this, &ProfileSelectorView::fillMenu);
     connect(&session.workingCopy, &MasterProfileState::currentProfileChanged, this, &ProfileSelectorView::update);
     connect(&session.workingCopy, &MasterProfileState::settingsChanged, this, &ProfileSelectorView::update);
     connect(&session.workingCopy, &MasterProfileState::startupChanged, this, &ProfileSelectorView::update);
+    connectExchange();
     update();
+}
+
+void ProfileSelectorView::connectExchange() {
+    Session& session = m_environment.session;
+    ActionListener& listener = m_environment.listener;
+    connect(m_export, &QPushButton::clicked, this,
+            [&session, &listener] { session.tasks.start(session.profileExchange.exportCurrent(listener)); });
+    connect(m_import, &QPushButton::clicked, this,
+            [&session, &listener] { session.tasks.start(session.profileExchange.importChosen(listener)); });
 }
 
 void ProfileSelectorView::update() {
@@ -61,6 +83,7 @@ void ProfileSelectorView::update() {
     m_button->setText(withoutMnemonic(metrics.elidedText(name, Qt::ElideMiddle, kWidest)));
     m_button->setToolTip(name);
     m_edited->setVisible(workingCopy.isEdited());
+    m_export->setEnabled(loaded.has_value());
     m_button->setAccessibleName(u"Profile: "_s + name + (workingCopy.isEdited() ? u", edited"_s : QString()));
 }
 

@@ -5,6 +5,7 @@
 #include "ui/pieces/AppButtons.h"
 #include "ui/pieces/AppCard.h"
 #include "ui/pieces/OptionRow.h"
+#include "ui/pieces/RowContent.h"
 #include "ui/pieces/ProgressRing.h"
 #include "ui/pieces/TextLabel.h"
 
@@ -49,6 +50,7 @@ QWidget* SaveProfileSheet::makeFields() {
     m_startup = new OptionRow(kStartupOptimization, m_offer->startupText());
     m_baseline = new OptionRow(kSaveBaseline, kSaveBaselineNote);
     auto* const halves = new AppCard;
+    halves->setTextLeft(rowTextLeft({}));
     halves->addRow(m_tweaks);
     halves->addRow(m_startup);
     auto* const baseline = new AppCard;

@@ -7,6 +7,7 @@
 #include "ui/pieces/AppCard.h"
 #include "ui/pieces/AppSection.h"
 #include "ui/pieces/OptionRow.h"
+#include "ui/pieces/RowContent.h"
 #include "ui/pieces/TextLabel.h"
 
 #include <QHBoxLayout>
@@ -69,6 +70,7 @@ QWidget* WizardSaveStep::makeSummary() {
     auto* const section = new PerformanceGroupedSection(kProfileSummary);
     m_tweaks = new TextLabel(TextStyle::Body, TextTone::Secondary);
     m_startup = new TextLabel(TextStyle::Body, TextTone::Secondary);
+    section->card().setTextLeft(rowTextLeft({}));
     section->card().addRow(summaryLine(kSystemTweaks, m_tweaks));
     section->card().addRow(summaryLine(kStartupOptimization, m_startup));
     m_cleanReboot = summaryLine(kCleanReboot, new TextLabel(TextStyle::Body, TextTone::Secondary, kOn));
@@ -80,6 +82,7 @@ QWidget* WizardSaveStep::makeOptions() {
     auto* const card = new AppCard;
     m_baseline = new OptionRow(kSaveBaseline, kWizardBaselineNote);
     m_applies = new OptionRow(kApplyAfterSaving, kApplyAfterSavingNote);
+    card->setTextLeft(rowTextLeft({}));
     card->addRow(m_baseline);
     card->addRow(m_applies);
     connect(m_baseline, &OptionRow::switched, &m_wizard, &ProfileWizard::setSavesBaseline);

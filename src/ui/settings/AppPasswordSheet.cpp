@@ -4,11 +4,10 @@
 #include "lock/BiometryNames.h"
 #include "lock/LockManager.h"
 #include "lock/LockTexts.h"
-#include "ui/Theme.h"
+#include "ui/QuorvaneStyle.h"
 #include "ui/pieces/Announcement.h"
 #include "ui/pieces/AppButtons.h"
 #include "ui/pieces/TextLabel.h"
-#include "ui/symbols/Symbols.h"
 
 #include <QLineEdit>
 #include <QVBoxLayout>
@@ -70,7 +69,7 @@ QLineEdit* AppPasswordSheet::addField(const QString& name, QWidget* fields) {
 void AppPasswordSheet::makeButtons() {
     if (const std::optional<BiometryType> biometry = m_entry->biometry()) {
         m_finger = new AppSecondaryButton(useBiometryText(*biometry));
-        m_finger->setIcon(symbolIcon(biometrySymbolName(*biometry), themeOf(this).text));
+        m_finger->setIcon(symbolOn(m_finger, biometrySymbolName(*biometry)));
         addButtonAside(m_finger);
         connect(m_finger, &QPushButton::clicked, m_entry.get(), &AppPasswordEntry::useFinger);
     }

@@ -5,6 +5,7 @@
 #include "ui/pieces/Announcement.h"
 #include "ui/pieces/AppButtons.h"
 #include "ui/pieces/AppCard.h"
+#include "ui/pieces/ParkedFocus.h"
 #include "ui/pieces/ProgressRing.h"
 #include "ui/pieces/SymbolView.h"
 
@@ -107,11 +108,27 @@ void ProfileCloudRestoreSheet::takeChoice() {
         }
     }
     m_text->parentWidget()->setVisible(!text.isEmpty());
-    for (QPushButton* const button : std::as_const(m_restoreButtons)) {
-        button->setEnabled(!m_choice->isRestoring());
-    }
-    m_close->setEnabled(!m_choice->isRestoring());
+    takeRestoring();
     Q_EMIT contentsChanged();
+}
+
+/// Nothing can be pressed while it restores; afterwards what was pressed has the focus again.
+void ProfileCloudRestoreSheet::takeRestoring() {
+    const bool isRestoring = m_choice->isRestoring();
+    const bool wasRestoring = std::exchange(m_isRestoring, isRestoring);
+    if (isRestoring && !wasRestoring) {
+        m_pressedBackup = focusedBackup();
+        if (focusWidget() != nullptr) {
+            parkFocus(focusWidget());
+        }
+    }
+    for (QPushButton* const button : std::as_const(m_restoreButtons)) {
+        button->setEnabled(!isRestoring);
+    }
+    m_close->setEnabled(!isRestoring);
+    if (wasRestoring && !isRestoring) {
+        focusBackup(m_pressedBackup);
+    }
 }
 
 /// Those that come later stand among those that were here: all are made anew then.
@@ -119,18 +136,42 @@ void ProfileCloudRestoreSheet::takeRows() {
     if (m_shownRows == m_choice->rows()) {
         return;
     }
+    const std::optional<QString> focused = focusedBackup();
     m_shownRows = m_choice->rows();
     m_restoreButtons.clear();
     delete std::exchange(m_card, nullptr);
-    if (m_shownRows.isEmpty()) {
-        return;
+    if (!m_shownRows.isEmpty()) {
+        m_card = new AppCard;
+        for (const BackupRow& row : std::as_const(m_shownRows)) {
+            m_card->addRow(makeRow(row));
+        }
+        m_contents->insertWidget(0, m_card);
+        orderTabs();
     }
-    m_card = new AppCard;
-    for (const BackupRow& row : std::as_const(m_shownRows)) {
-        m_card->addRow(makeRow(row));
+    if (focused) {
+        focusBackup(focused);
     }
-    m_contents->insertWidget(0, m_card);
-    orderTabs();
+}
+
+/// The one whose button the keys go to; none where they go elsewhere.
+std::optional<QString> ProfileCloudRestoreSheet::focusedBackup() const {
+    for (qsizetype row = 0; row < m_restoreButtons.size(); ++row) {
+        if (m_restoreButtons.at(row) == focusWidget()) {
+            return m_shownRows.at(row).id;
+        }
+    }
+    return std::nullopt;
+}
+
+/// @param id  none, or of one that has gone: the keys go to the button below
+void ProfileCloudRestoreSheet::focusBackup(const std::optional<QString>& id) {
+    QPushButton* button = m_close;
+    for (qsizetype row = 0; row < m_restoreButtons.size(); ++row) {
+        if (m_shownRows.at(row).id == id) {
+            button = m_restoreButtons.at(row);
+        }
+    }
+    button->setFocus(Qt::OtherFocusReason);
 }
 
 } // namespace quorvane

@@ -6,6 +6,7 @@
 #include <QList>
 
 #include <memory>
+#include <optional>
 
 class QPushButton;
 class QVBoxLayout;
@@ -13,7 +14,6 @@ class QVBoxLayout;
 namespace quorvane {
 
 class AppCard;
-
 class ProgressRing;
 class TextLabel;
 
@@ -33,6 +33,9 @@ private:
     QWidget* makeRow(const BackupRow& row);
     void takeChoice();
     void takeRows();
+    void takeRestoring();
+    std::optional<QString> focusedBackup() const;
+    void focusBackup(const std::optional<QString>& id);
     void orderTabs();
 
     std::shared_ptr<BackupChoice> m_choice;
@@ -43,6 +46,8 @@ private:
     ProgressRing* m_ring = nullptr;
     TextLabel* m_text = nullptr;
     QPushButton* m_close = nullptr;
+    bool m_isRestoring = false;
+    std::optional<QString> m_pressedBackup; ///< while it restores: what had the focus
 };
 
 } // namespace quorvane

@@ -28,21 +28,34 @@ SettingsView::SettingsView(const ViewEnvironment& environment, QWidget* parent)
     addPart(new PermissionsSection(environment));
     finish();
     new IdleGuard(this, environment.session.turnstile);
-    connect(qGuiApp, &QGuiApplication::applicationStateChanged, this, &SettingsView::readAnewWhenActive);
+    connect(qGuiApp, &QGuiApplication::applicationStateChanged, this, &SettingsView::lookAroundWhenActive);
+    connect(&environment.session.turnstile, &Turnstile::idleChanged, this, &SettingsView::readAnewWhenIdle);
 }
 
 void SettingsView::showEvent(QShowEvent* event) {
     ScrollPage::showEvent(event);
     if (!event->spontaneous()) {
-        Session& session = m_environment.session;
-        session.settingsStatus.readAnew();
-        session.tasks.start(session.backupActions.lookAround());
+        lookAround();
     }
 }
 
+/// Much of what is shown is changed by others, who tell of nothing.
+void SettingsView::lookAround() {
+    Session& session = m_environment.session;
+    session.settingsStatus.readAnew();
+    session.tasks.start(session.backupActions.lookAround());
+}
+
 /// The user may come from the system's settings.
-void SettingsView::readAnewWhenActive() {
+void SettingsView::lookAroundWhenActive() {
     if (isVisible() && QGuiApplication::applicationState() == Qt::ApplicationActive) {
+        lookAround();
+    }
+}
+
+/// What the menu has begun may have changed what is shown.
+void SettingsView::readAnewWhenIdle() {
+    if (isVisible() && m_environment.session.turnstile.isIdle()) {
         m_environment.session.settingsStatus.readAnew();
     }
 }

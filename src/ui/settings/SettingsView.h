@@ -17,7 +17,9 @@ protected:
     void showEvent(QShowEvent* event) override;
 
 private:
-    void readAnewWhenActive();
+    void lookAround();
+    void lookAroundWhenActive();
+    void readAnewWhenIdle();
 
     const ViewEnvironment& m_environment;
 };

@@ -158,6 +158,8 @@ constexpr std::array kSymbols{
     Symbol{"slider.horizontal.3", alone(svg("sliders"))},
     Symbol{"speaker.fill", alone(at({-3, -3, 22}, svg("volume-off-fill")))},
     Symbol{"speaker.slash.fill", slashed(at({-3, -3, 22}, svg("volume-off-fill")))},
+    Symbol{"square.and.arrow.down", alone(svg("box-arrow-in-down"))},
+    Symbol{"square.and.arrow.up", alone(svg("box-arrow-up"))},
     Symbol{"star.fill", alone(svg("star-fill"))},
     Symbol{"tag.fill", alone(svg("tag-fill"))},
     Symbol{"touchid", alone(svg("fingerprint"))},

@@ -1,9 +1,11 @@
 #include "ui/window/MainMenu.h"
 
 #include "actions/ActionTexts.h"
+#include "actions/ApplyReviewCoordinator.h"
 #include "actions/Session.h"
 #include "actions/WindowListener.h"
 #include "actions/WindowTexts.h"
+#include "lock/LockManager.h"
 #include "ui/ViewEnvironment.h"
 #include "ui/documentation/DocumentationOpener.h"
 
@@ -24,6 +26,9 @@ MainMenu::MainMenu(const ViewEnvironment& environment, QMenuBar& bar, QWidget* w
     addWindowMenu(bar, window);
     addHelpMenu(bar);
     connect(&environment.session.turnstile, &Turnstile::idleChanged, this, &MainMenu::update);
+    connect(&environment.lock, &LockManager::isUnlockedChanged, this, &MainMenu::update);
+    connect(&environment.listener, &WindowListener::sheetChanged, this, &MainMenu::update);
+    connect(&environment.reviews, &ApplyReviewCoordinator::requestChanged, this, &MainMenu::update);
     update();
 }
 
@@ -33,6 +38,10 @@ void MainMenu::addEditMenu(QMenuBar& bar) {
     m_undo = menu->addAction(u"Undo Performance Tweaks"_s);
     m_undo->setShortcut(QKeySequence::Undo);
     connect(m_undo, &QAction::triggered, this, &MainMenu::undo);
+    menu->addSeparator();
+    m_settings = menu->addAction(u"Settings…"_s, this, &MainMenu::settingsRequested);
+    m_settings->setShortcut(u"Ctrl+,"_s);
+    m_settings->setMenuRole(QAction::PreferencesRole);
 }
 
 void MainMenu::addWindowMenu(QMenuBar& bar, QWidget* window) {
@@ -57,9 +66,11 @@ void MainMenu::addHelpMenu(QMenuBar& bar) {
     m_about->setMenuRole(QAction::AboutRole);
 }
 
-/// What begins something waits for what runs.
+/// What begins something waits for what runs; another page is chosen where pages can be seen and used.
 void MainMenu::update() {
     const bool isIdle = m_environment.session.turnstile.isIdle();
+    const bool isUnderSheet = m_environment.listener.sheet() != nullptr || m_environment.reviews.request();
+    m_settings->setEnabled(m_environment.lock.isUnlocked() && !isUnderSheet);
     m_undo->setEnabled(isIdle);
     m_about->setEnabled(isIdle);
 }

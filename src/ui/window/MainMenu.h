@@ -18,6 +18,7 @@ public:
     MainMenu(const ViewEnvironment& environment, QMenuBar& bar, QWidget* window);
 
 Q_SIGNALS:
+    void settingsRequested();
     void quitRequested();
 
 private:
@@ -30,6 +31,7 @@ private:
 
     const ViewEnvironment& m_environment;
     QAction* m_undo = nullptr;
+    QAction* m_settings = nullptr;
     QAction* m_about = nullptr;
 };
 

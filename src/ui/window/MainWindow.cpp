@@ -35,6 +35,7 @@ MainWindow::MainWindow(const ViewEnvironment& environment)
     , m_content(new ContentView(environment, this)) {
     setCentralWidget(m_content);
     auto* const menu = new MainMenu(environment, *menuBar(), this);
+    connect(menu, &MainMenu::settingsRequested, m_content, [this] { m_content->setSelectedTab(Tab::settings); });
     connect(menu, &MainMenu::quitRequested, this, &MainWindow::quitRequested);
     // A screen may be smaller than what is wanted.
     setMinimumSize(kMinimumSize.boundedTo(screen()->availableSize()));
