@@ -32,7 +32,7 @@ ApplicationDialog::ApplicationDialog(const QString& title, const QStringList& pa
     column->addWidget(makeButtons());
     m_list->setAccessibleName(u"Applications"_s);
     fill(paths);
-    connect(m_list, &QListWidget::itemDoubleClicked, this, &ApplicationDialog::accept); // Return presses the button
+    connect(m_list, &QListWidget::itemActivated, this, &ApplicationDialog::accept);
     connect(m_list, &QListWidget::currentRowChanged, this, [this](int row) { m_open->setEnabled(row >= 0); });
     m_open->setEnabled(false);
     m_list->setCurrentRow(0);
