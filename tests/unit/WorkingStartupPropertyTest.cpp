@@ -63,7 +63,7 @@ public:
         return items;
     }
     StartupLaunchItem anApplication() {
-        const StartupItem& item = m_population.at(3 * below(6));
+        const StartupItem& item = m_population.at(qsizetype{3} * below(6));
         return {item.name, item.path, flip()};
     }
     UnifiedProfile aProfile() {

@@ -67,7 +67,7 @@ void DiskFileDialog::accept() {
 
 void DiskFileDialog::choose(const QFileInfo& file) {
     Q_EMIT chosen(file.absoluteFilePath());
-    QDialog::accept();
+    done(Accepted); // accept() of Qt's own dialog would go by what is selected in its list
 }
 
 /// The alert goes with the dialog.

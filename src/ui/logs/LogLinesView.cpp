@@ -116,7 +116,7 @@ int LogLinesView::lastRowInView() const {
 }
 
 void LogLinesView::doItemsLayout() {
-    QAbstractItemView::doItemsLayout();
+    QAbstractItemView::doItemsLayout(); // NOLINT(bugprone-parent-virtual-call): a list would measure every line
 }
 
 void LogLinesView::reset() {
@@ -127,7 +127,7 @@ void LogLinesView::reset() {
 }
 
 void LogLinesView::updateGeometries() {
-    QAbstractItemView::updateGeometries();
+    QAbstractItemView::updateGeometries(); // NOLINT(bugprone-parent-virtual-call): the same
     setAccessibleDescription(m_model.rowCount() == 0 ? m_emptyText : QString());
     m_isPlacing = true;
     const int height = viewport()->height();

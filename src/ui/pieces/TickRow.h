@@ -3,6 +3,7 @@
 #include "ui/pieces/RowButton.h"
 
 #include <QCheckBox>
+#include <QEvent>
 #include <QPainter>
 #include <QRadioButton>
 
