@@ -265,10 +265,12 @@ CloudSyncServices MasterProfileState::servicesWithItemsLeftOff() const {
     return quorvane::servicesWithItemsLeftOff(m_layers.choices, m_layers.rules.disabledCloudSyncAtStartup);
 }
 
+/// No item goes by it.
 void MasterProfileState::setNetworkDisabled(bool disabled) {
-    StartupLayers layers = m_layers;
-    layers.rules.disableNetworkAtStartup = disabled;
-    putLayers(layers);
+    if (std::exchange(m_layers.rules.disableNetworkAtStartup, disabled) != disabled) {
+        m_working.configuration.disableNetworkAtStartup = disabled;
+        Q_EMIT startupChanged();
+    }
 }
 
 void MasterProfileState::enableAllStartupItems() {

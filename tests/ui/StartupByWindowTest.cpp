@@ -619,6 +619,23 @@ TEST_F(StartupByWindow, askedAnewSystemEventsIsWaitedForOnceMore) {
     EXPECT_TRUE(row(u"Spotify"_s).isValid());
 }
 
+TEST_F(StartupByWindow, whatIsDecidedWhileTheListIsMadeIsInIt) {
+    constexpr int kDecisions = 21; // some of them while another thread works
+    openWhileSystemEventsHangs();
+    goTo(u"Disable Network on Startup"_s);
+    commands().release();
+    int decisions = 0;
+    processEventsUntil([&decisions, this] {
+        if (decisions < kDecisions) {
+            press(Qt::Key_Space);
+            ++decisions;
+        }
+        return !session().startupEditing.isRefreshing() && decisions == kDecisions;
+    });
+    EXPECT_TRUE(row(u"Spotify"_s).isValid());
+    EXPECT_TRUE(isOn(u"Disable Network on Startup"_s));
+}
+
 TEST_F(StartupByWindow, quittingWhileSystemEventsSaysNothingEndsAtOnce) {
     openWhileSystemEventsHangs();
     waitInVain();
