@@ -1,28 +1,17 @@
-// One round: the program with 1,000 saved profiles is started, used, and ended. Prints a line for each thing that is done in
-// it, with the longest stall of the event loop meanwhile.
+// A round with 1,000 saved profiles.
 
-#include "FirstPaint.h"
 #include "Heartbeat.h"
+#include "Round.h"
 #include "User.h"
 #include "actions/PageTexts.h"
-#include "app/QuorvaneApp.h"
-#include "app/simulated/MacOfUser.h"
-#include "platform/simulated/SimulatedMachine.h"
 #include "profiles/ProfileJson.h"
-#include "profiles/ProfileManager.h"
-#include "simulator/Mac.h"
 
 #include <QApplication>
-#include <QDir>
-#include <QFile>
 #include <QKeyEvent>
 #include <QListView>
-#include <QTemporaryDir>
 
 #include <algorithm>
-#include <csignal>
 #include <cstdio>
-#include <stdexcept>
 #include <unistd.h>
 #include <vector>
 
@@ -48,27 +37,6 @@ UnifiedProfile numbered(int number) {
     return profile;
 }
 
-void write(const QString& path, const QByteArray& content) {
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size()) {
-        throw std::runtime_error(path.toStdString() + ": " + file.errorString().toStdString());
-    }
-}
-
-/// Of a user who has a master baseline already, so that none is offered.
-void prepareMac(const QString& dataFolder) {
-    const QString place = macOfUser(dataFolder, QCoreApplication::applicationDirPath() + u"/macsim"_s);
-    const macsim::Mac mac(place);
-    const SimulatedMachine machine(mac);
-    for (int number = 0; number < kProfiles; ++number) {
-        const UnifiedProfile profile = numbered(number);
-        write(place + profilesDirectory(machine) + u'/' + profile.name + u".json"_s, encodeProfile(profile));
-    }
-    const QString baselines = place + machine.homeFolder() + u"/.quorvane"_s;
-    QDir().mkpath(baselines);
-    write(baselines + u"/master-baseline-current.json"_s, "{}");
-}
-
 /// What a program that keeps a file safely can't be quicker than: written, on the disk, renamed.
 double millisecondsOfWrite(const QString& folder) {
     std::vector<double> times;
@@ -87,9 +55,12 @@ double millisecondsOfWrite(const QString& folder) {
     return times[kWrites / 2];
 }
 
-void print(const char* what, const Heartbeat::Stall& stall) {
-    std::printf("%s\t%.2f\t%.2f\t%s\n", what, stall.milliseconds, stall.worked, stall.during.constData());
-    std::fflush(stdout);
+void prepare(const RoundMac& mac) {
+    for (int number = 0; number < kProfiles; ++number) {
+        const UnifiedProfile profile = numbered(number);
+        writeFile(mac.profilesFolder() + u'/' + profile.name + u".json"_s, encodeProfile(profile));
+    }
+    std::printf("bare write\t%.2f\t0\t\n", millisecondsOfWrite(mac.placeOf(mac.homeFolder())));
 }
 
 bool isScanning() {
@@ -135,38 +106,14 @@ void scan() {
     user::waitUntil(u"the scan ends"_s, [] { return !isScanning(); });
 }
 
-/// From the first picture on: the heartbeat has begun.
 void use(Heartbeat& heartbeat) {
     const int rows = kProfiles + 6; // the examples, and Default
     listAll(rows);
-    print("listing", heartbeat.end());
-    const auto measured = [&heartbeat](const char* what, const std::function<void()>& act) {
-        heartbeat.begin();
-        act();
-        print(what, heartbeat.end());
-    };
-    measured("scrolling", [] { user::scrollAlong(user::profileList()); });
-    measured("a change of one", [rows] { removeOne(rows); });
-    measured("applying", apply);
-    measured("scanning", scan);
-    std::raise(SIGTERM);
-}
-
-int run(int& argumentCount, char** arguments) {
-    const QTemporaryDir home;
-    qputenv("XDG_DATA_HOME", (home.path() + u"/data"_s).toUtf8());
-    qputenv("XDG_CONFIG_HOME", (home.path() + u"/config"_s).toUtf8());
-    QuorvaneApp application(argumentCount, arguments);
-    const QString dataFolder = home.path() + u"/data/Quorvane"_s;
-    prepareMac(dataFolder);
-    std::printf("bare write\t%.2f\t0\t\n", millisecondsOfWrite(dataFolder));
-    Heartbeat heartbeat;
-    const FirstPaint firstPaint([&heartbeat] {
-        heartbeat.begin();
-        QMetaObject::invokeMethod(
-            &heartbeat, [&heartbeat] { use(heartbeat); }, Qt::QueuedConnection);
-    });
-    return application.run();
+    printStall(heartbeat, "listing");
+    measure(heartbeat, "scrolling", [] { user::scrollAlong(user::profileList()); });
+    measure(heartbeat, "a change of one", [rows] { removeOne(rows); });
+    measure(heartbeat, "applying", apply);
+    measure(heartbeat, "scanning", scan);
 }
 
 } // namespace
@@ -174,5 +121,5 @@ int run(int& argumentCount, char** arguments) {
 } // namespace quorvane
 
 int main(int argumentCount, char** arguments) {
-    return quorvane::run(argumentCount, arguments);
+    return quorvane::runRound(argumentCount, arguments, {quorvane::prepare, quorvane::use});
 }

@@ -46,12 +46,13 @@ QWidget* seenWidget(const QString& name) {
     return nullptr;
 }
 
-bool isUsable(const QString& name) {
-    const QWidget* const widget = seenWidget(name);
-    return widget != nullptr && widget->isEnabled();
-}
-
 } // namespace
+
+void look() {
+    QEventLoop loop;
+    QTimer::singleShot(kLook, &loop, &QEventLoop::quit);
+    loop.exec();
+}
 
 /// It looks now and then only, so that looking is no stall.
 void waitUntil(const QString& what, const std::function<bool()>& condition) {
@@ -62,14 +63,17 @@ void waitUntil(const QString& what, const std::function<bool()>& condition) {
             std::fprintf(stderr, "waited in vain: %s\n", qPrintable(what));
             std::_Exit(EXIT_FAILURE);
         }
-        QEventLoop loop;
-        QTimer::singleShot(kLook, &loop, &QEventLoop::quit);
-        loop.exec();
+        look();
     }
 }
 
 bool isSeen(const QString& name) {
     return seenWidget(name) != nullptr;
+}
+
+bool isUsable(const QString& name) {
+    const QWidget* const widget = seenWidget(name);
+    return widget != nullptr && widget->isEnabled();
 }
 
 void waitUntilSeen(const QString& name) {
@@ -80,14 +84,18 @@ void waitUntilGone(const QString& name) {
     waitUntil(u"“%1” is gone"_s.arg(name), [&name] { return !isSeen(name); });
 }
 
-QListView* profileList() {
+QListView* listNamed(const QString& name) {
     for (QWidget* const widget : QApplication::allWidgets()) {
         auto* const list = qobject_cast<QListView*>(widget);
-        if (list != nullptr && list->isVisible() && list->accessibleName() == kSavedProfilesTitle) {
+        if (list != nullptr && list->isVisible() && list->accessibleName() == name) {
             return list;
         }
     }
     return nullptr;
+}
+
+QListView* profileList() {
+    return listNamed(kSavedProfilesTitle);
 }
 
 void click(const QString& name) {
@@ -102,6 +110,16 @@ void clickProfile(const QString& name) {
         list->model()->match(list->model()->index(0, 0), Qt::DisplayRole, name, 1, Qt::MatchExactly);
     const QRect row = list->visualRect(found.value(0));
     QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, row.topLeft() + QPoint(80, row.height() / 2));
+}
+
+void clickRow(QListView* list, const QModelIndex& row) {
+    list->scrollTo(row);
+    QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, list->visualRect(row).center());
+}
+
+void press(const QString& name, Qt::Key key) {
+    waitUntilSeen(name);
+    QTest::keyClick(seenWidget(name), key);
 }
 
 void type(const QString& name, const QString& text) {

@@ -1,5 +1,5 @@
 // How long the program takes until it is seen, and how much memory it holds at rest, against a bare main window; and how
-// long its window is ever stalled. On the display that DISPLAY names. Arguments name what is measured: paint, memory, stalls, reading.
+// long its window is ever stalled. On the display that DISPLAY names. Arguments name what is measured: paint, memory, stalls, startup, reading.
 
 #include "Verdicts.h"
 
@@ -211,6 +211,11 @@ void measureStalls(Verdicts& verdicts) {
     report(verdicts, best, std::max(kFrame, kWritesPerStall * write));
 }
 
+void measureStartup(Verdicts& verdicts) {
+    std::puts("\nLongest stall of the event loop with 5,000 startup items:");
+    report(verdicts, bestStalls(u"startup_round"_s, {}), kFrame);
+}
+
 void measureReading(Verdicts& verdicts) {
     std::puts("\nLongest stall of the event loop while the log and the manual are read:");
     report(verdicts, bestStalls(u"reading_round"_s, {u"stalls"_s}), kFrame);
@@ -238,6 +243,9 @@ int measure(const QStringList& names) {
         }
         if (isWanted(u"stalls"_s)) {
             measureStalls(verdicts);
+        }
+        if (isWanted(u"startup"_s)) {
+            measureStartup(verdicts);
         }
         if (isWanted(u"reading"_s)) {
             measureReading(verdicts);

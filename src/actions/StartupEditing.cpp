@@ -16,6 +16,7 @@
 #include <QCoroTask>
 
 #include <algorithm>
+#include <utility>
 
 namespace quorvane {
 
@@ -64,27 +65,26 @@ void StartupEditing::readAnew() {
     }
 }
 
+/// An answer of System Events that comes too late for who waits is taken up as well.
 QCoro::Task<void> StartupEditing::discover(Refresh refresh) {
     const quint64 round = ++m_round;
     m_isRefreshing = true;
     Q_EMIT changed();
     using SystemRefresh = SystemManager::StartupRefresh;
     const SystemRefresh ofSystem = refresh == Refresh::Force ? SystemRefresh::Force : SystemRefresh::UseCache;
-    // It is counted by itself, because it may outlast what is waited for here.
-    m_parts.tasks.start(m_parts.system.discoverStartupItems(ofSystem));
-    const DiscoveredStartup found = co_await m_parts.system.discoverStartup(SystemRefresh::UseCache);
-    if (round != m_round) {
-        co_return;
-    }
-    co_await takeUp(found);
-    if (round == m_round) {
-        m_isRefreshing = false;
-        Q_EMIT changed();
+    QCoro::Task<QList<StartupItem>> whole = m_parts.system.discoverStartupItems(ofSystem);
+    const DiscoveredStartup inTime = co_await m_parts.system.discoverStartup(SystemRefresh::UseCache);
+    co_await takeUp(inTime, round);
+    co_await std::move(whole);
+    if (inTime.loginItems == LoginItemsSource::Unanswered && round == m_round) {
+        const DiscoveredStartup late = co_await m_parts.system.discoverStartup(SystemRefresh::UseCache);
+        co_await takeUp(late, round);
     }
 }
 
-/// What the user decides meanwhile stays: it is brought together with what was found once more then.
-QCoro::Task<void> StartupEditing::takeUp(DiscoveredStartup found) {
+/// Unless somebody has asked anew. What the user decides meanwhile stays: it is brought together with what was found once more
+/// then.
+QCoro::Task<void> StartupEditing::takeUp(DiscoveredStartup found, quint64 round) {
     const QStringList folderTexts = cloudFolderTexts();
     Prepared known;
     StartupLayers layers;
@@ -92,6 +92,9 @@ QCoro::Task<void> StartupEditing::takeUp(DiscoveredStartup found) {
         layers = m_parts.workingCopy.layersWith(found);
         const QFuture<Prepared> inTheMaking = inBackground(&StartupEditing::prepared, layers, folderTexts);
         known = co_await inTheMaking;
+        if (round != m_round) {
+            co_return;
+        }
     } while (m_parts.workingCopy.layersWith(found) != layers);
     m_searchTexts = known.searchTexts;
     m_detectedServices = known.services;
@@ -99,6 +102,8 @@ QCoro::Task<void> StartupEditing::takeUp(DiscoveredStartup found) {
     for (const QString& error : known.working.errors) {
         m_parts.system.log(u"  [WARNING] "_s + error);
     }
+    m_isRefreshing = false;
+    Q_EMIT changed();
 }
 
 StartupEditing::Prepared StartupEditing::prepared(const StartupLayers& layers, const QStringList& cloudFolderTexts) {

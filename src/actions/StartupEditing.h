@@ -86,7 +86,7 @@ private:
     static Prepared prepared(const StartupLayers& layers, const QStringList& cloudFolderTexts);
 
     QCoro::Task<void> discover(Refresh refresh);
-    QCoro::Task<void> takeUp(DiscoveredStartup found);
+    QCoro::Task<void> takeUp(DiscoveredStartup found, quint64 round);
     QCoro::Task<ActionOutcome> switchProtectedOff(const QString& id, ActionListener& listener);
     QStringList cloudFolderTexts() const;
     bool isIdle() const;

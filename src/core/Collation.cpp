@@ -16,6 +16,8 @@ QCollator makeCollator() {
     const QLocale locale = QLocale().collation();
     QCollator made(locale.language() == QLocale::C ? QLocale(QLocale::English) : locale);
     made.setCaseSensitivity(Qt::CaseInsensitive);
+    made.compare(QString(),
+                 QString()); // what it is set to counts from here on: the next comparisons may be on two threads
     return made;
 }
 
@@ -24,24 +26,37 @@ const QCollator& collator() {
     return shared;
 }
 
+using Places = QList<qsizetype>::iterator;
+
+/// Each of these names is collated once.
+void sortByKeys(Places begin, Places end, const QList<QString>& names) {
+    const qsizetype first = begin == end ? 0 : *begin;
+    std::vector<QCollatorSortKey> keys;
+    keys.reserve(static_cast<std::size_t>(end - begin));
+    for (Places place = begin; place != end; ++place) {
+        keys.push_back(collator().sortKey(names.at(*place)));
+    }
+    std::stable_sort(begin, end, [&keys, first](qsizetype left, qsizetype right) {
+        return keys[static_cast<std::size_t>(left - first)] < keys[static_cast<std::size_t>(right - first)];
+    });
+}
+
 } // namespace
 
 bool localizedCaseInsensitiveEqual(const QString& left, const QString& right) {
     return left == right || collator().compare(left, right) == 0;
 }
 
+/// Mostly the names come in order, with a few new ones behind: telling that by comparing costs less than their keys.
 QList<qsizetype> localizedOrder(const QList<QString>& names) {
-    std::vector<QCollatorSortKey> keys;
-    keys.reserve(static_cast<std::size_t>(names.size()));
-    for (const QString& name : names) {
-        keys.push_back(collator().sortKey(name));
-    }
-
     QList<qsizetype> order(names.size());
     std::iota(order.begin(), order.end(), qsizetype{0});
-    std::stable_sort(order.begin(), order.end(), [&keys](qsizetype left, qsizetype right) {
-        return keys[static_cast<std::size_t>(left)] < keys[static_cast<std::size_t>(right)];
-    });
+    const auto comesBefore = [&names](qsizetype left, qsizetype right) {
+        return collator().compare(names.at(left), names.at(right)) < 0;
+    };
+    const auto unsorted = std::is_sorted_until(order.begin(), order.end(), comesBefore);
+    sortByKeys(unsorted, order.end(), names);
+    std::inplace_merge(order.begin(), unsorted, order.end(), comesBefore);
     return order;
 }
 

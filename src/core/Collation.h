@@ -11,7 +11,7 @@ namespace quorvane {
 /// True when two texts differ at most in case.
 bool localizedCaseInsensitiveEqual(const QString& left, const QString& right);
 
-/// The places of the names in ascending order; equal names keep their order. Each name is collated once.
+/// The places of the names in ascending order; equal names keep their order.
 QList<qsizetype> localizedOrder(const QList<QString>& names);
 
 /// Sorts records by a text of theirs; equal ones keep their order. @param name  a member, or a function of

@@ -69,6 +69,22 @@ protected:
     void showLogs() { showTab(Tab::logs); }
     /// What a screen reader finds on a page, behind the sidebar.
     QStringList spokenOnPage() const { return spokenControls(mainWindow.get()).mid(sidebar().size()); }
+    /// What a screen reader says while the keys lead through a list; there may be room for few of its rows at a time.
+    QStringList spokenAlong(const QString& list) const {
+        named(list)->setFocus();
+        press(Qt::Key_Home);
+        QStringList spoken;
+        while (spoken.isEmpty() || spoken.last() != spokenWithFocus()) {
+            spoken.append(spokenWithFocus());
+            press(Qt::Key_Down);
+            settle();
+        }
+        return spoken;
+    }
+    /// The sidebar's row has the focus of its list.
+    QString spokenWithFocus() const {
+        return spokenControls(mainWindow.get()).filter(u"focused)"_s).filter(QRegularExpression(u"^row "_s)).last();
+    }
     void signIn() {
         cloud.account = true;
         cloud.container = u"/Users/alex/Library/Mobile Documents/7KX2MR04TD~com~quorvane~app"_s;
@@ -230,10 +246,14 @@ TEST_F(EveryView, theStartupPage) {
     processEventsUntil([this] { return !session->startupEditing.isRefreshing(); });
     settle();
     const QStringList spoken = spokenControls(mainWindow.get());
-    EXPECT_EQ(spoken.filter(u"row "_s).filter(u" at login"_s).size(), 3) << spoken.join(u'\n').toStdString();
-    EXPECT_EQ(spoken.filter(u"row Chat, App, runs at login"_s).filter(u"(checked"_s).size(), 1);
     EXPECT_EQ(spoken.filter(u"field Search startup items…"_s).size(), 1);
+    EXPECT_EQ(spoken.filter(u"list Startup Items: Control which apps, agents, "_s).size(), 1);
     EXPECT_EQ(spoken.last(), u"button Review Changes"_s);
+    const QStringList rows = spokenAlong(u"Startup Items"_s);
+    EXPECT_EQ(rows.filter(u" at login"_s).size(), 3) << rows.join(u'\n').toStdString();
+    EXPECT_EQ(rows.filter(u"row Chat, App, runs at login"_s).filter(u"(checked"_s).size(), 1);
+    EXPECT_TRUE(rows.last().startsWith(u"row Disable Network on Startup: "_s)) << rows.last().toStdString();
+    named(u"Sidebar"_s)->setFocus();
     expectUsable();
 }
 

@@ -2,11 +2,17 @@
 
 #include "fakes/ProfileStore.h"
 #include "fakes/QuickWindowOnMac.h"
+#include "platform/Machine.h"
 #include "ui/Theme.h"
+#include "ui/startup/StartupItemsModel.h"
 
+#include <QHelpEvent>
 #include <QListWidget>
+#include <QMenu>
 #include <QScrollBar>
 #include <QTest>
+#include <QTextDocumentFragment>
+#include <QToolTip>
 
 namespace quorvane {
 
@@ -63,10 +69,90 @@ protected:
     static void clickRow(const QString& name, int fromRight = 200) {
         ASSERT_TRUE(row(name).isValid()) << name.toStdString();
         list()->scrollTo(row(name));
+        QTest::mouseClick(list()->viewport(), Qt::LeftButton, {}, placeIn(name, fromRight));
+        letEventsPass();
+    }
+    /// The middle of what stands so far from the row's right end.
+    static QPoint placeIn(const QString& name, int fromRight) {
         const QRect place = list()->visualRect(row(name));
         const int right = place.center().x() + std::min(Theme::kColumn, place.width() - 2 * Theme::kGap24) / 2;
-        QTest::mouseClick(list()->viewport(), Qt::LeftButton, {}, QPoint(right - fromRight, place.center().y()));
+        return {right - fromRight, place.center().y()};
+    }
+    /// What is told where the mouse rests.
+    static QString helpAt(const QString& name, int fromRight) {
+        const QPoint place = placeIn(name, fromRight);
+        QHelpEvent event(QEvent::ToolTip, place, list()->viewport()->mapToGlobal(place));
+        QApplication::sendEvent(list()->viewport(), &event);
+        return QTextDocumentFragment::fromHtml(QToolTip::text()).toPlainText();
+    }
+    static QMenu* shownMenu() { return qobject_cast<QMenu*>(QApplication::activePopupWidget()); }
+    static QStringList entries(const QMenu* menu) {
+        QStringList texts;
+        for (const QAction* const action : menu != nullptr ? menu->actions() : QList<QAction*>()) {
+            texts.append(action->text() + (action->isChecked() ? u" (checked)"_s : QString()));
+        }
+        return texts;
+    }
+    static void chooseInShownMenu(const QString& text) {
+        QMenu* const menu = shownMenu();
+        ASSERT_NE(menu, nullptr);
+        const QList<QAction*> actions = menu->actions();
+        const auto chosen = std::find_if(actions.begin(), actions.end(),
+                                         [&text](const QAction* action) { return action->text() == text; });
+        ASSERT_NE(chosen, actions.end()) << text.toStdString();
+        QTest::mouseClick(menu, Qt::LeftButton, {}, menu->actionGeometry(*chosen).center());
         letEventsPass();
+        activateWhatIsInFront();
+    }
+    /// In the panel that "Add Application…" opens.
+    void pick(const QString& application) {
+        click(u"Add Application…"_s);
+        processEventsUntil([] { return isSeen(u"Choose Application to Start at Login"_s); });
+        auto* const applications = qobject_cast<QListWidget*>(control(u"Applications"_s));
+        ASSERT_NE(applications, nullptr);
+        applications->setCurrentItem(applications->findItems(application, Qt::MatchExactly).value(0));
+        click(u"Open"_s);
+        waitUntilIdle();
+        letEventsPass();
+        activateWhatIsInFront();
+    }
+    /// Saves what is edited, by the selector. @param name  another one; none keeps that of the loaded profile
+    void saveAs(const QString& name = {}) {
+        click(u"Profile: "_s + (isSeen(u"Profile: Club, edited"_s) ? u"Club, edited"_s : u"Club"_s));
+        chooseInShownMenu(u"Save Profile"_s);
+        processEventsUntil([] { return isSeen(u"Include in profile:"_s); });
+        if (!name.isEmpty()) {
+            control(u"Profile name"_s)->setFocus();
+            press(Qt::Key_A, Qt::ControlModifier);
+            type(name);
+        }
+        press(Qt::Key_Return);
+        if (name.isEmpty()) {
+            answerAlert(u"Overwrite Profile?"_s, u"Overwrite"_s);
+        }
+        answerAlert(u"Success"_s);
+        waitUntilIdle();
+        letEventsPass();
+    }
+    static StartupItem spotifyOff() {
+        StartupItem item;
+        item.name = u"Spotify"_s;
+        item.path = u"/Applications/Spotify.app"_s;
+        item.id = loginItemId(item.name, item.path);
+        item.runsAtStartup = false;
+        return item;
+    }
+    /// The page opens while System Events says nothing.
+    void openWhileSystemEventsHangs() {
+        launchAndScan();
+        session().system.invalidateStartupCaches();
+        commands().hold();
+        click(u"Startup Optimization"_s);
+        letEventsPass();
+    }
+    void waitInVain() {
+        clock.advance(std::chrono::seconds(11));
+        waitUntilRefreshed();
     }
     static void goTo(const QString& name) {
         list()->setFocus();
@@ -104,6 +190,14 @@ protected:
 };
 
 const QString kQuestion = u"Protected Item"_s;
+const QString kUnanswered =
+    u"System Events doesn’t answer.\nBackground items are listed once the administrator password was "
+    "given."_s;
+
+// From the right end of a row to the middle of its parts.
+constexpr int kAtSwitch = Theme::kGap12 + 19;
+constexpr int kAtFirstPart = Theme::kGap12 + 38 + Theme::kGap8 + 14; ///< beside the switch
+constexpr int kAtSecondPart = kAtFirstPart + 28 + Theme::kGap8;
 
 } // namespace
 
@@ -141,6 +235,26 @@ TEST_F(StartupByWindow, itListsWhatRunsAtLoginAndCountsIt) {
     EXPECT_TRUE(isSeen(u"Run at Login (%1)"_s.arg(count - 1))) << "whatever is searched";
 }
 
+TEST_F(StartupByWindow, whatTheRowsShow) {
+    openStartup();
+    const auto symbol = [](const QString& name) { return row(name).data(StartupItemsModel::SymbolRole).toString(); };
+    EXPECT_EQ(symbol(u"Spotify"_s), u"app.fill"_s);
+    EXPECT_EQ(symbol(u"Stem Sync Agent"_s), u"rectangle.inset.filled.and.person.filled"_s);
+    EXPECT_EQ(symbol(u"Disable Network on Startup"_s), u"network.slash"_s);
+    EXPECT_EQ(symbol(u"Suggested performance apps"_s), u"music.note.house.fill"_s);
+    EXPECT_EQ(description(u"Disable Network on Startup"_s), u"Prevent network services from initializing at boot"_s);
+    EXPECT_EQ(helpAt(u"Traktor Helper"_s, kAtFirstPart), u"Protected audio-related item"_s);
+    EXPECT_TRUE(helpAt(u"Spotify"_s, kAtSwitch).contains(u"/Applications/Spotify.app"_s));
+    clickRow(u"Serato DJ Pro"_s);
+    EXPECT_EQ(symbol(u"Serato DJ Pro"_s), u"externaldrive.fill"_s);
+    for (const auto& [kind, expected] :
+         {std::pair(u"Launch Agent"_s, u"gearshape.fill"_s), std::pair(u"Daemon"_s, u"gearshape.fill"_s)}) {
+        search(kind);
+        ASSERT_FALSE(itemRows().isEmpty()) << kind.toStdString();
+        EXPECT_EQ(list()->model()->index(0, 0).data(StartupItemsModel::SymbolRole).toString(), expected);
+    }
+}
+
 TEST_F(StartupByWindow, theSearchLooksAtNamesPathsAndKinds) {
     openStartup();
     const QStringList all = itemRows();
@@ -148,14 +262,10 @@ TEST_F(StartupByWindow, theSearchLooksAtNamesPathsAndKinds) {
     EXPECT_EQ(itemRows(), all);
     search(u" DAEMON "_s);
     EXPECT_FALSE(itemRows().isEmpty());
-    for (const QString& text : itemRows()) {
-        EXPECT_TRUE(text.contains(u", Daemon,"_s)) << text.toStdString();
-    }
+    EXPECT_EQ(itemRows(), all.filter(u", Daemon,"_s));
     search(u"Launch Agent"_s);
     EXPECT_FALSE(itemRows().isEmpty());
-    for (const QString& text : itemRows()) {
-        EXPECT_TRUE(text.contains(u", Launch Agent,"_s) || text.contains(u"Agent"_s)) << text.toStdString();
-    }
+    EXPECT_EQ(itemRows(), all.filter(u", Launch Agent,"_s));
     search(u"/applications/spotify.APP"_s);
     EXPECT_EQ(itemRows(), QStringList(u"Spotify, App, runs at login"_s));
     search(u"nobody has this"_s);
@@ -229,12 +339,13 @@ TEST_F(StartupByWindow, theLockKeepsAProtectedItemEnabled) {
     waitUntilAlert(kQuestion);
     resignActive();
     letEventsPass();
+    EXPECT_EQ(alertTitle(), QString());
     becomeActive();
     unlock();
-    if (alertTitle() == kQuestion) {
-        answerAlert(kQuestion, u"Keep Enabled"_s);
-    }
+    waitUntilIdle();
     letEventsPass();
+    EXPECT_EQ(alertTitle(), QString());
+    EXPECT_TRUE(isOn(u"Traktor Helper"_s));
     EXPECT_TRUE(session().workingCopy.startup().disabledLoginNames().isEmpty());
 }
 
@@ -297,33 +408,79 @@ TEST_F(StartupByWindow, aSuggestionIsAddedHiddenAndTakenOffAgain) {
     EXPECT_TRUE(list()->viewport()->rect().intersects(list()->visualRect(row(u"Serato DJ Pro"_s))));
     EXPECT_TRUE(description(u"Serato DJ Pro"_s).contains(u"Opens visibly at login"_s));
 
-    const int switchAndGap = 38 + Theme::kGap12 + Theme::kGap8;
-    clickRow(u"Serato DJ Pro"_s, switchAndGap + 28 + Theme::kGap8 + 14);
+    EXPECT_EQ(helpAt(u"Serato DJ Pro"_s, kAtSecondPart), u"Opens visibly at login"_s);
+    clickRow(u"Serato DJ Pro"_s, kAtSecondPart);
     EXPECT_TRUE(description(u"Serato DJ Pro"_s).contains(u"Opens hidden at login"_s));
     EXPECT_EQ(session().workingCopy.startup().startupLaunchItems(),
               QList<StartupLaunchItem>({{u"Serato DJ Pro"_s, u"/Applications/Serato DJ Pro.app"_s, true}}));
+
+    EXPECT_EQ(helpAt(u"Serato DJ Pro"_s, kAtSecondPart), u"Opens hidden at login"_s);
 
     goTo(u"Serato DJ Pro"_s);
     press(Qt::Key_Delete);
     EXPECT_EQ(spoken(u"Serato DJ Pro"_s), u"Serato DJ Pro"_s) << "suggested again";
     EXPECT_TRUE(session().workingCopy.startup().startupLaunchItems().isEmpty());
     EXPECT_EQ(focused(), u"Startup Items"_s);
+
+    goTo(u"Serato DJ Pro"_s);
+    press(Qt::Key_Space);
+    EXPECT_EQ(helpAt(u"Serato DJ Pro"_s, kAtFirstPart), u"Remove from startup"_s);
+    clickRow(u"Serato DJ Pro"_s, kAtFirstPart);
+    EXPECT_EQ(spoken(u"Serato DJ Pro"_s), u"Serato DJ Pro"_s) << "by its button, too";
+}
+
+TEST_F(StartupByWindow, theMenuOfARowHasWhatElseItCanDo) {
+    openStartup();
+    clickRow(u"Serato DJ Pro"_s);
+    press(Qt::Key_Menu);
+    EXPECT_EQ(entries(shownMenu()), (QStringList{u"Opens hidden at login"_s, u"Remove from startup"_s}));
+    chooseInShownMenu(u"Opens hidden at login"_s);
+    EXPECT_TRUE(description(u"Serato DJ Pro"_s).contains(u"Opens hidden at login"_s));
+    EXPECT_EQ(focused(), u"Startup Items"_s);
+
+    const QPoint place = placeIn(u"Serato DJ Pro"_s, 200);
+    QContextMenuEvent event(QContextMenuEvent::Mouse, place, list()->viewport()->mapToGlobal(place));
+    QApplication::sendEvent(list()->viewport(), &event);
+    EXPECT_EQ(entries(shownMenu()), (QStringList{u"Opens hidden at login (checked)"_s, u"Remove from startup"_s}));
+    session().workingCopy.load(profileWith({helperOff()}));
+    chooseInShownMenu(u"Opens hidden at login"_s);
+    EXPECT_TRUE(session().workingCopy.startup().items.contains(helperOff())) << "the row has gone beneath the menu";
+
+    goTo(u"Gone Helper"_s);
+    press(Qt::Key_Menu);
+    EXPECT_EQ(entries(shownMenu()), QStringList(u"Remove from startup"_s));
+    chooseInShownMenu(u"Remove from startup"_s);
+    EXPECT_FALSE(row(u"Gone Helper"_s).isValid());
+    for (const QString& name : {u"Spotify"_s, u"Disable Network on Startup"_s}) {
+        goTo(name);
+        press(Qt::Key_Menu);
+        EXPECT_EQ(shownMenu(), nullptr) << name.toStdString();
+    }
+}
+
+TEST_F(StartupByWindow, aPanelThatIsCancelledChangesNothing) {
+    openStartup();
+    const StartupConfiguration before = session().workingCopy.startup();
+    click(u"Add Application…"_s);
+    processEventsUntil([] { return isSeen(u"Choose Application to Start at Login"_s); });
+    click(u"Cancel"_s);
+    waitUntilIdle();
+    letEventsPass();
+    EXPECT_EQ(session().workingCopy.startup(), before);
+    EXPECT_FALSE(session().workingCopy.isEdited());
 }
 
 TEST_F(StartupByWindow, anApplicationThatOpensAtLoginAlreadyIsOneRow) {
     openStartup();
     EXPECT_EQ(spoken(u"Spotify"_s), u"Spotify, App, runs at login"_s);
-    click(u"Add Application…"_s);
-    processEventsUntil([] { return isSeen(u"Choose Application to Start at Login"_s); });
-    auto* const applications = qobject_cast<QListWidget*>(control(u"Applications"_s));
-    ASSERT_NE(applications, nullptr);
-    applications->setCurrentItem(applications->findItems(u"Spotify"_s, Qt::MatchExactly).value(0));
-    click(u"Open"_s);
-    processEventsUntil([] { return spoken(u"Spotify"_s) == u"Spotify, Added App, runs at login"_s; });
+    search(u"dropbox"_s);
+    pick(u"Spotify"_s);
+    EXPECT_EQ(spoken(u"Spotify"_s), u"Spotify, Added App, runs at login"_s) << "also where the search would hide it";
     EXPECT_EQ(itemRows().filter(u"Spotify,"_s).size(), 1);
-    processEventsUntil([this] { return session().turnstile.isIdle(); });
-    letEventsPass();
-    activateWhatIsInFront();
+    EXPECT_EQ(currentRow(), u"Spotify"_s);
+    const StartupConfiguration before = session().workingCopy.startup();
+    pick(u"Spotify"_s);
+    EXPECT_EQ(session().workingCopy.startup(), before) << "it is there already";
     EXPECT_EQ(currentRow(), u"Spotify"_s);
     goTo(u"Spotify"_s);
     press(Qt::Key_Delete);
@@ -350,6 +507,27 @@ TEST_F(StartupByWindow, clearingAsksWhereAddedApplicationsWouldGo) {
     answerAlert(u"Clear Selection?"_s, u"Clear"_s);
     processEventsUntil([this] { return session().workingCopy.startup().startupLaunchItems().isEmpty(); });
     EXPECT_TRUE(rows().contains(u"Serato DJ Pro"_s)) << "suggested again";
+}
+
+TEST_F(StartupByWindow, clearingTurnsAllOnAndForgetsWhatIsNotThere) {
+    openStartup();
+    UnifiedProfile profile = profileWith({helperOff(), spotifyOff()});
+    profile.startup.disableNetworkAtStartup = true;
+    profile.startup.disabledCloudSyncAtStartup = {CloudSyncService::dropbox, CloudSyncService::mega};
+    session().workingCopy.load(profile);
+    letEventsPass();
+    EXPECT_FALSE(isOn(u"Dropbox"_s));
+    EXPECT_TRUE(rows().contains(u"MEGA"_s));
+    click(u"Clear Selection"_s);
+    waitUntilIdle();
+    letEventsPass();
+    EXPECT_EQ(alertTitle(), QString()) << "no application was added";
+    EXPECT_TRUE(isOn(u"Spotify"_s));
+    EXPECT_TRUE(isOn(u"Dropbox"_s));
+    EXPECT_FALSE(isOn(u"Disable Network on Startup"_s));
+    EXPECT_FALSE(rows().contains(u"MEGA"_s));
+    EXPECT_FALSE(row(u"Gone Helper"_s).isValid());
+    EXPECT_FALSE(isUsable(u"Review Changes"_s));
 }
 
 // ---- What isn't there, and what couldn't be read
@@ -393,27 +571,131 @@ TEST_F(StartupByWindow, sourcesThatWereNotReadAreSaid) {
     EXPECT_FALSE(itemRows().isEmpty()) << "the other sources count";
 }
 
-TEST_F(StartupByWindow, aSystemEventsThatHangsIsSaidAfterTenSecondsAndAskedAnew) {
-    launchAndScan();
-    session().system.invalidateStartupCaches();
-    commands().hold();
-    click(u"Startup Optimization"_s);
-    letEventsPass();
+TEST_F(StartupByWindow, aSystemEventsThatHangsIsSaidAfterTenSeconds) {
+    openWhileSystemEventsHangs();
     EXPECT_TRUE(rows().contains(u"Loading startup items…"_s));
     EXPECT_FALSE(isUsable(u"Refresh"_s));
+    search(u"spotify"_s);
+    EXPECT_TRUE(rows().contains(u"Loading startup items…"_s)) << "whatever is searched";
+    search(u""_s);
     clock.advance(std::chrono::milliseconds(9'900));
     letEventsPass();
     EXPECT_TRUE(rows().contains(u"Loading startup items…"_s));
     clock.advance(std::chrono::milliseconds(200));
     waitUntilRefreshed();
-    EXPECT_TRUE(isSeen(u"System Events doesn’t answer.\n"
-                       "Background items are listed once the administrator password was given."_s));
+    EXPECT_TRUE(isSeen(kUnanswered));
     EXPECT_FALSE(itemRows().isEmpty()) << "the page works on";
+    EXPECT_FALSE(row(u"Spotify"_s).isValid());
+}
+
+TEST_F(StartupByWindow, anAnswerThatComesLateIsTakenUpAndLosesNothing) {
+    openWhileSystemEventsHangs();
+    waitInVain();
+    clickRow(u"Serato DJ Pro"_s);
+    clickRow(u"Disable Network on Startup"_s);
     commands().release();
+    processEventsUntil([] { return row(u"Spotify"_s).isValid(); });
+    EXPECT_FALSE(isSeen(kUnanswered));
+    EXPECT_EQ(spoken(u"Serato DJ Pro"_s), u"Serato DJ Pro, Added App, runs at login"_s);
+    EXPECT_TRUE(isOn(u"Disable Network on Startup"_s));
+    EXPECT_TRUE(isUsable(u"Refresh"_s));
+}
+
+TEST_F(StartupByWindow, askedAnewSystemEventsIsWaitedForOnceMore) {
+    openWhileSystemEventsHangs();
+    waitInVain();
+    const qsizetype asked = commands().heldLines().filter(u"osascript"_s).size();
+    click(u"Refresh"_s);
+    letEventsPass();
+    EXPECT_EQ(commands().heldLines().filter(u"osascript"_s).size(), asked + 1);
+    EXPECT_FALSE(isUsable(u"Refresh"_s));
+    waitInVain();
+    EXPECT_TRUE(isSeen(kUnanswered));
+    commands().release();
+    processEventsUntil([] { return row(u"Spotify"_s).isValid(); });
+    EXPECT_FALSE(isSeen(kUnanswered));
     click(u"Refresh"_s);
     waitUntilRefreshed();
-    EXPECT_FALSE(isSeen(u"System Events doesn’t answer."_s));
     EXPECT_TRUE(row(u"Spotify"_s).isValid());
+}
+
+TEST_F(StartupByWindow, quittingWhileSystemEventsSaysNothingEndsAtOnce) {
+    openWhileSystemEventsHangs();
+    waitInVain();
+    quit();
+    EXPECT_TRUE(hasTerminated);
+}
+
+/// Nothing of it is lost, whatever the list becomes beneath it.
+TEST_F(StartupByWindow, whatIsSavedWhileItIsLookedForIsWhole) {
+    saveProfile(profileWith({helperOff(), spotifyOff()}));
+    openWhileSystemEventsHangs();
+    session().workingCopy.load(*session().profileStore.loadProfile(u"Club"_s));
+    letEventsPass();
+    EXPECT_FALSE(rows().contains(u"Not on this Mac now (1)"_s)) << "nobody has looked yet";
+    clickRow(u"Serato DJ Pro"_s);
+    saveAs();
+    const UnifiedProfile saved = *session().profileStore.loadProfile(u"Club"_s);
+    EXPECT_TRUE(saved.startup.items.contains(helperOff()));
+    EXPECT_TRUE(saved.startup.items.contains(spotifyOff()));
+    EXPECT_EQ(saved.startup.startupLaunchItems().size(), 1);
+    ASSERT_TRUE(session().startupEditing.isRefreshing());
+
+    commands().release();
+    waitUntilRefreshed();
+    EXPECT_EQ(session().workingCopy.currentProfile(), saved);
+    EXPECT_FALSE(session().workingCopy.isEdited());
+    EXPECT_FALSE(isOn(u"Spotify"_s));
+    EXPECT_TRUE(rows().contains(u"Not on this Mac now (1)"_s));
+    EXPECT_EQ(spoken(u"Gone Helper"_s), u"Gone Helper, Launch Agent, disabled at login"_s);
+    EXPECT_EQ(spoken(u"Serato DJ Pro"_s), u"Serato DJ Pro, Added App, runs at login"_s);
+    EXPECT_TRUE(description(u"Rectangle"_s).startsWith(u"New. "_s));
+
+    commands().hold();
+    click(u"Refresh"_s);
+    clickRow(u"Rectangle"_s);
+    saveAs(u"Tonight"_s);
+    commands().release();
+    waitUntilRefreshed();
+    EXPECT_EQ(session().workingCopy.currentProfile()->name, u"Tonight"_s);
+    EXPECT_FALSE(isOn(u"Rectangle"_s));
+    EXPECT_FALSE(isOn(u"Spotify"_s));
+    EXPECT_FALSE(description(u"Dropbox"_s).contains(u"New"_s)) << "it is in what was saved";
+    EXPECT_FALSE(session().workingCopy.isEdited());
+    EXPECT_TRUE(session().profileStore.loadProfile(u"Tonight"_s)->startup.items.contains(helperOff()));
+}
+
+TEST_F(StartupByWindow, whatIsFoundAgainComesBackWithItsChoice) {
+    openStartup();
+    session().workingCopy.load(profileWith({helperOff()}));
+    letEventsPass();
+    const QString agents = host->host().machine.homeFolder() + u"/Library/LaunchAgents"_s;
+    const macsim::Volume volume = host->mac().volume(macsim::Actor::User);
+    volume.createFolders(agents);
+    volume.write(agents + u"/com.gone.helper.plist"_s,
+                 "<?xml version=\"1.0\"?><plist version=\"1.0\"><dict><key>Label</key><string>com.gone.helper</string>"
+                 "</dict></plist>");
+    click(u"Refresh"_s);
+    waitUntilRefreshed();
+    EXPECT_FALSE(rows().contains(u"Not on this Mac now (1)"_s));
+    EXPECT_EQ(itemRows().filter(u"Gone Helper,"_s), QStringList(u"Gone Helper, Launch Agent, disabled at login"_s));
+}
+
+TEST_F(StartupByWindow, aDefaultFollowsTheCleanReboot) {
+    openStartup();
+    clickRow(u"Rectangle"_s);
+    clickRow(u"Rectangle"_s);
+    PerformanceSettings settings = session().workingCopy.settings();
+    settings.cleanReboot = true;
+    session().workingCopy.setSettings(settings);
+    letEventsPass();
+    EXPECT_FALSE(isOn(u"Spotify"_s));
+    EXPECT_TRUE(isOn(u"Rectangle"_s)) << "decided";
+    EXPECT_TRUE(isOn(u"Traktor Helper"_s)) << "protected";
+    settings.cleanReboot = false;
+    session().workingCopy.setSettings(settings);
+    letEventsPass();
+    EXPECT_TRUE(isOn(u"Spotify"_s));
 }
 
 TEST_F(StartupByWindow, whatIsDecidedWhileItIsRefreshedStaysAndTheRowStaysCurrent) {
@@ -460,6 +742,37 @@ TEST_F(StartupByWindow, theReviewPromisesOnlyWhatWillHappenAndTheListIsReadAnewA
     click(u"Done"_s);
     processEventsUntil([] { return rows().contains(u"Not on this Mac now (1)"_s); });
     EXPECT_EQ(spoken(u"Spotify"_s), u"Spotify, App, disabled at login"_s) << "not forgotten";
+}
+
+TEST_F(StartupByWindow, theListIsReadAnewAlsoAfterAReviewThatFailed) {
+    startHost(R"([{"tool": "osascript", "arguments": "delete", "status": 1, "error": "no"}])");
+    openStartup();
+    clickRow(u"Spotify"_s);
+    shell(u"osascript -e 'tell application \"System Events\" to make login item at end with properties "
+          "{path:\"/Applications/Docker.app\", hidden:false}'"_s);
+    EXPECT_FALSE(row(u"Docker"_s).isValid());
+    click(u"Review Changes"_s);
+    processEventsUntil([] { return isUsable(u"Apply Changes"_s); });
+    click(u"Apply Changes"_s);
+    answerAlert(u"Startup Partially Applied"_s);
+    processEventsUntil([] { return isUsable(u"Done"_s); });
+    click(u"Done"_s);
+    processEventsUntil([] { return row(u"Docker"_s).isValid(); });
+    EXPECT_FALSE(isOn(u"Spotify"_s)) << "what was decided stays";
+    EXPECT_TRUE(isUsable(u"Review Changes"_s));
+}
+
+TEST_F(StartupByWindow, anApplicationOfTheProgramsThatNobodyOpensAnyMoreIsAChange) {
+    const QString old = u"/Applications/Old.app"_s;
+    launchAndScan();
+    session().system.recordManagedStartupAppPath(old);
+    click(u"Startup Optimization"_s);
+    waitUntilRefreshed();
+    EXPECT_TRUE(isUsable(u"Review Changes"_s));
+    session().system.forgetManagedStartupAppPath(old);
+    click(u"Refresh"_s);
+    waitUntilRefreshed();
+    EXPECT_FALSE(isUsable(u"Review Changes"_s));
 }
 
 } // namespace quorvane

@@ -125,6 +125,65 @@ TEST_F(WindowKeys, theDeleteButtonOfTheLastProfileLeavesTheFocusToTheList) {
     EXPECT_EQ(focusedName(), kSavedProfilesTitle);
 }
 
+TEST_F(WindowKeys, theStartupItems) {
+    for (int number = 0; number < 40; ++number) {
+        loginItems.items.append(
+            {u"Item %1"_s.arg(number, 2, 10, QChar(u'0')), u"/Applications/Item %1.app"_s.arg(number)});
+    }
+    session->workingCopy.addLaunchItem({u"Live"_s, u"/Applications/Live.app"_s, false});
+    open();
+    click(u"Startup Optimization"_s);
+    processEventsUntil([this] { return !session->startupEditing.isRefreshing(); });
+    settle();
+    focus(u"Search startup items…"_s);
+    press(Qt::Key_Down);
+    ASSERT_EQ(focusedName(), u"Startup Items"_s);
+    QAbstractItemView* const items = list(u"Startup Items"_s);
+    const auto current = [items] { return items->currentIndex().data().toString(); };
+
+    press(Qt::Key_End);
+    EXPECT_EQ(current(), u"Disable Network on Startup"_s);
+    press(Qt::Key_Up);
+    EXPECT_EQ(current(), u"Live"_s) << "past the heading";
+    press(Qt::Key_Down);
+    EXPECT_EQ(current(), u"Disable Network on Startup"_s);
+    int pages = 0;
+    for (; current() != u"Chat"_s && pages < 20; ++pages) {
+        press(Qt::Key_PageUp);
+        EXPECT_TRUE(showsCurrent(items)) << current().toStdString();
+    }
+    EXPECT_GT(pages, 1);
+    for (; current() != u"Disable Network on Startup"_s && pages > 0; --pages) {
+        press(Qt::Key_PageDown);
+        EXPECT_TRUE(showsCurrent(items)) << current().toStdString();
+    }
+    EXPECT_EQ(current(), u"Disable Network on Startup"_s);
+    press(Qt::Key_Home);
+    EXPECT_EQ(current(), u"Chat"_s);
+
+    press(Qt::Key_Space);
+    EXPECT_EQ(items->currentIndex().data(Qt::CheckStateRole), Qt::Unchecked);
+    EXPECT_EQ(session->workingCopy.startup().disabledLoginNames(), QSet<QString>{u"Chat"_s});
+    press(Qt::Key_Menu);
+    EXPECT_EQ(QApplication::activePopupWidget(), nullptr) << "there is nothing else to do with it";
+    press(Qt::Key_L);
+    EXPECT_EQ(current(), u"Live"_s);
+    press(Qt::Key_Menu);
+    QWidget* const menu = QApplication::activePopupWidget();
+    ASSERT_NE(menu, nullptr);
+    QTest::keyClick(menu, Qt::Key_Down);
+    QTest::keyClick(menu, Qt::Key_Return);
+    EXPECT_EQ(session->workingCopy.startup().startupLaunchItems().first().hidden, true);
+    EXPECT_EQ(focusedName(), u"Startup Items"_s);
+    press(Qt::Key_Delete);
+    EXPECT_EQ(session->workingCopy.startup().startupLaunchItems(), QList<StartupLaunchItem>());
+    EXPECT_EQ(focusedName(), u"Startup Items"_s);
+    EXPECT_EQ(current(), u"Disable Network on Startup"_s) << "the next row";
+    press(Qt::Key_Escape);
+    settle();
+    EXPECT_EQ(focusedName(), u"Startup Optimization"_s);
+}
+
 // ---- Rows, switches and icons
 
 TEST_F(WindowKeys, returnAndSpaceFollowARowAndComeBackToIt) {

@@ -42,6 +42,24 @@ TEST(Collation, equalNamesKeepTheirOrder) {
                                [](const Row& left, const Row& right) { return left.number < right.number; }));
 }
 
+TEST(Collation, whatComesBehindNamesInOrderFindsItsPlaceBehindItsEquals) {
+    struct Row {
+        QString name;
+        int number;
+    };
+    QList<Row> rows;
+    int number = 0;
+    for (const QString& name : {u"Audio"_s, u"Live"_s, u"live"_s, u"Zoom"_s, u"LIVE"_s, u"audio"_s, u"Yoga"_s}) {
+        rows.append({name, number++});
+    }
+    sortLocalized(rows, &Row::name);
+    QList<int> order;
+    for (const Row& row : std::as_const(rows)) {
+        order.append(row.number);
+    }
+    EXPECT_EQ(order, (QList<int>{0, 5, 1, 2, 4, 6, 3}));
+}
+
 TEST(Collation, oneHundredThousandNamesAreSorted) {
     constexpr int kNames = 100000;
     QStringList names;

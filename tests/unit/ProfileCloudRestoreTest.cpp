@@ -335,7 +335,7 @@ TEST_F(BackupTurns, areNotBusyWhereNoCopyIsMissing) {
     EXPECT_EQ(QCoro::waitFor(backupErrorOf(manager.ensureDefaultBackups(profiles))), kNothingThrown);
     busy.clear();
     EXPECT_EQ(QCoro::waitFor(backupErrorOf(manager.ensureDefaultBackups(profiles))), kNothingThrown);
-    EXPECT_EQ(busy, QList<bool>());
+    EXPECT_TRUE(busy.isEmpty());
 }
 
 TEST_F(BackupTurns, areOverWhenTheirResultIsKnownThoughTheListHasYetToCome) {

@@ -104,6 +104,13 @@ TEST_F(StartupDiscoveryFlow, findsEverySourceAndSortsByName) {
     EXPECT_EQ(files.changes(), 0);
 }
 
+TEST_F(StartupDiscoveryFlow, theProgramsOwnLoginItemIsNotListed) {
+    loginItems.items = {{u"Quorvane"_s, u"/Applications/Quorvane.app"_s, false}, kZoomItem};
+    const QList<StartupItem> found = QCoro::waitFor(system.discoverStartupItems(Refresh::UseCache));
+    ASSERT_EQ(found.size(), 1);
+    EXPECT_EQ(found.first().name, u"zoom"_s);
+}
+
 // ---- Reuse
 
 TEST_F(StartupDiscoveryFlow, aSecondCallAnswersFromTheFirst) {

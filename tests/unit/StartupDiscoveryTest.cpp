@@ -211,12 +211,14 @@ TEST(StartupDiscovery, aBackgroundRecordRunsWhenItIsOn) {
     }
 }
 
-TEST(StartupDiscovery, onlyLoginItemsAgentsAndDaemonsAreListedAndNoProtectedRecord) {
+TEST(StartupDiscovery, onlyLoginItemsAgentsAndDaemonsAreListedAndNoProtectedRecordOrItsOwn) {
     BackgroundTaskItem byPath = foundRecord(u"Helper"_s, u"agent (0x8)"_s);
     byPath.url = u"file:///Applications/Ableton%20Live.app/"_s;
+    BackgroundTaskItem own = foundRecord(u"Quorvane"_s, u"login item (0x4)"_s);
+    own.bundleIdentifier = u"com.quorvane.app"_s;
     QStringList names;
     for (const StartupItem& item : backgroundStartupItems(
-             {foundRecord(u"app"_s, u"app (0x2)"_s), foundRecord(u"item"_s, u"Login Item (0x4)"_s),
+             {own, foundRecord(u"app"_s, u"app (0x2)"_s), foundRecord(u"item"_s, u"Login Item (0x4)"_s),
               foundRecord(u"agent"_s, u"legacy agent (0x10008)"_s), foundRecord(u"daemon"_s, u"daemon (0x10)"_s),
               foundRecord(u"developer"_s, u"developer (0x20)"_s), foundRecord(u"Serato Helper"_s, u"agent (0x8)"_s),
               byPath})) {

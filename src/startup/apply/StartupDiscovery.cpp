@@ -72,7 +72,8 @@ QList<StartupItem> backgroundStartupItems(const QList<BackgroundTaskItem>& recor
         if (!isLoginRecord(record) || list.isProtected(record)) {
             continue;
         }
-        if (std::optional<StartupItem> item = backgroundTaskStartupItem(record)) {
+        std::optional<StartupItem> item = backgroundTaskStartupItem(record);
+        if (item && !isOwnLabel(*item->launchIdentifier)) {
             items.append(*std::move(item));
         }
     }

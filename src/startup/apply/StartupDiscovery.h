@@ -28,7 +28,7 @@ void protectByRecords(QList<StartupItem>& launchItems, const QList<BackgroundTas
 
 /// None for a record without a label.
 std::optional<StartupItem> backgroundTaskStartupItem(const BackgroundTaskItem& record);
-/// Of the login items, agents and daemons; protected records are left out.
+/// Of the login items, agents and daemons; protected records and the program's own are left out.
 QList<StartupItem> backgroundStartupItems(const QList<BackgroundTaskItem>& records);
 
 /// The items of all sources, each `id` once: the earlier source wins. Sorted by name.

@@ -44,7 +44,9 @@ QList<StartupItem> startupItemsOf(const StartupSources& sources, const PropertyL
                                   const Bundles& bundles) {
     QList<StartupItem> loginItems;
     for (const LoginItem& item : sources.loginItems) {
-        loginItems.append(startupItemOf(item));
+        if (!isOwnLoginItem(item)) { // its switch is in Settings
+            loginItems.append(startupItemOf(item));
+        }
     }
     QList<StartupItem> launchItems = launchStartupItems(sources.launchFolders, propertyLists, bundles);
     protectByRecords(launchItems, sources.backgroundItems);

@@ -81,8 +81,12 @@ bool isDaemonRecord(const BackgroundTaskItem& item) {
            item.url.value_or(QString()).contains(u"/LaunchDaemons/"_s);
 }
 
+bool isOwnLabel(const QString& label) {
+    return label.startsWith(u"com.quorvane."_s);
+}
+
 bool isReservedLabel(const QString& label) {
-    return label.startsWith(u"com.apple."_s) || label.startsWith(u"com.quorvane."_s);
+    return label.startsWith(u"com.apple."_s) || isOwnLabel(label);
 }
 
 bool isProtectedRecord(const BackgroundTaskItem& item) {

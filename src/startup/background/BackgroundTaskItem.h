@@ -41,6 +41,8 @@ QString identifierLabel(const QString& identifier);
 std::optional<QString> recordedPath(const BackgroundTaskItem& item);
 /// True for what launchd runs for the whole Mac and in no user's session.
 bool isDaemonRecord(const BackgroundTaskItem& item);
+/// True for a label of the program's own.
+bool isOwnLabel(const QString& label);
 /// True for labels of the system's and of the program's own.
 bool isReservedLabel(const QString& label);
 /// True for a record that belongs to audio software.

@@ -6,6 +6,7 @@
 #include "platform/FolderNames.h"
 
 #include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -125,13 +126,28 @@ QList<CloudSyncService> listServices() {
     return services;
 }
 
-/// The one form in which texts are compared.
-QString normalForm(const QString& text) {
-    return text.toLower().replace(u'_', u' ');
+/// The one form in which texts are compared. There may be thousands: most have no letters but those of ASCII, which are
+/// changed in their place.
+QString normalForm(QString text) {
+    for (QChar& character : text) {
+        if (character.unicode() > 0x7F) {
+            return text.toLower().replace(u'_', u' ');
+        }
+        if (character == u'_') {
+            character = u' ';
+        } else if (character >= u'A' && character <= u'Z') {
+            character = QChar(character.unicode() + u'a' - u'A');
+        }
+    }
+    return text;
 }
 
 QString searchText(const QString& name, const QString& path, const std::optional<QString>& launchIdentifier) {
-    return normalForm(name + u' ' + path + u' ' + launchIdentifier.value_or(QString()));
+    const qsizetype ofIdentifier = launchIdentifier ? launchIdentifier->size() : 0;
+    QString text;
+    text.reserve(name.size() + path.size() + ofIdentifier + 2);
+    text.append(name).append(u' ').append(path).append(u' ').append(launchIdentifier.value_or(QString()));
+    return normalForm(std::move(text));
 }
 
 bool holdsMatcher(const QString& text, CloudSyncService service) {
@@ -206,7 +222,7 @@ void applyDisabledCloudSync(QList<StartupItem>& items, const CloudSyncServices& 
         return;
     }
     for (StartupItem& item : items) {
-        if (!item.isProtected && matchesAnyCloudService(item, services)) {
+        if (item.runsAtStartup && !item.isProtected && matchesAnyCloudService(item, services)) {
             item.runsAtStartup = false;
         }
     }

@@ -35,6 +35,15 @@ public:
 
     const StartupItem* find(const StartupItem& found) const { return m_byId.value(comparableId(found), nullptr); }
     const QList<const StartupItem*>& all() const { return m_unique; }
+    QSet<QString> addedIds() const {
+        QSet<QString> ids;
+        for (const StartupItem* const item : m_unique) {
+            if (item->kind == Kind::addedApp) {
+                ids.insert(comparableId(*item));
+            }
+        }
+        return ids;
+    }
     const QStringList& errors() const { return m_errors; }
 
 private:
@@ -187,17 +196,18 @@ StartupMerge StartupConfiguration::mergedWithDiscovered(const QList<StartupItem>
     QList<StartupItem>& merged = merge.configuration.items;
 
     const QSet<QString> added = addedPaths();
-    QSet<QString> seen;
+    QSet<QString> addedIds = saved.addedIds();
+    merged.reserve(discovered.size() + addedIds.size());
     for (const StartupItem& item : discovered) {
         if (isLoginItem(item) && added.contains(knownPath(item))) {
             continue;
         }
-        seen.insert(comparableId(item));
+        addedIds.remove(comparableId(item));
         const StartupItem* twin = saved.find(item);
         merged.append(twin != nullptr ? withSavedChoice(item, *twin) : newlyAppeared(item, cleanReboot));
     }
     for (const StartupItem* item : saved.all()) {
-        if (item->kind == Kind::addedApp && !seen.contains(comparableId(*item))) {
+        if (addedIds.contains(comparableId(*item))) {
             merged.append(*item);
         }
     }

@@ -36,12 +36,8 @@ const QString kAddedPrefix = u"added:"_s;
 
 /// Of a login item or added application; empty where the identifier holds none.
 QString pathInId(const QString& id) {
-    for (const QString& prefix : {kLoginPrefix, kAddedPrefix}) {
-        if (id.startsWith(prefix + u'/')) {
-            return id.mid(prefix.size());
-        }
-    }
-    return {};
+    const bool isWithPath = id.startsWith(u"login:/"_s) || id.startsWith(u"added:/"_s);
+    return isWithPath ? id.mid(id.indexOf(u'/')) : QString();
 }
 
 QList<StartupItemKind> listKinds() {
@@ -113,7 +109,8 @@ bool isLaunchItemId(const QString& id) {
 }
 
 QString comparableId(const StartupItem& item) {
-    if (item.id == kLoginPrefix + kMissingPath) {
+    static const QString missing = kLoginPrefix + kMissingPath;
+    if (item.id == missing) {
         return kLoginPrefix + item.name;
     }
     return pathInId(item.id).isEmpty() ? item.id : comparablePath(item.id);

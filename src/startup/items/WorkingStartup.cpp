@@ -107,6 +107,15 @@ QList<StartupItem> switchedOffWith(const QList<StartupItem>& added, const QList<
     return off;
 }
 
+QSet<QString> idsOf(const QList<StartupItem>& items) {
+    QSet<QString> ids;
+    ids.reserve(items.size());
+    for (const StartupItem& item : items) {
+        ids.insert(comparableId(item));
+    }
+    return ids;
+}
+
 /// Only a profile that has listed what runs at login tells what has come since.
 bool tellsWhatIsNew(const QList<StartupItem>& loaded) {
     return std::any_of(loaded.cbegin(), loaded.cend(), [](const StartupItem& item) { return !isAddedApp(item); });
@@ -120,11 +129,13 @@ public:
         , m_tellsWhatIsNew(m_hasLooked && tellsWhatIsNew(layers.loaded)) {}
 
     void setDecided(const QList<StartupItem>& decided) { m_decided = idsOf(decided); }
-    void setFound(const QList<StartupItem>& found) { m_found = idsOf(found); }
+    /// Decided about, and not found.
+    void setBeside(const QList<StartupItem>& beside) { m_beside = idsOf(beside); }
     void setWithoutRow(const QList<StartupItem>& items) { m_withoutRow = idsOf(items); }
 
     void addTo(WorkingStartup& working) const {
         QSet<QString> withoutRow = m_withoutRow;
+        withoutRow.reserve(working.configuration.items.size() + withoutRow.size());
         for (qsizetype place = 0; place < working.configuration.items.size(); ++place) {
             const StartupItem& item = working.configuration.items.at(place);
             const QString id = comparableId(item);
@@ -132,26 +143,17 @@ public:
                 continue;
             }
             withoutRow.insert(id); // of several with one identifier the first counts
-            const bool isPresent = !m_hasLooked || isAddedApp(item) || m_found.contains(id);
+            const bool isPresent = !m_hasLooked || isAddedApp(item) || !m_beside.contains(id);
             const bool isNew = m_tellsWhatIsNew && !m_decided.contains(id);
             (isPresent ? working.shown : working.absent).append({place, isAddedApp(item), isNew});
         }
     }
 
 private:
-    static QSet<QString> idsOf(const QList<StartupItem>& items) {
-        QSet<QString> ids;
-        ids.reserve(items.size());
-        for (const StartupItem& item : items) {
-            ids.insert(comparableId(item));
-        }
-        return ids;
-    }
-
     bool m_hasLooked;
     bool m_tellsWhatIsNew;
     QSet<QString> m_decided;
-    QSet<QString> m_found;
+    QSet<QString> m_beside;
     QSet<QString> m_withoutRow;
 };
 
@@ -166,12 +168,12 @@ QSet<QString> addedPaths(const QList<StartupItem>& added) {
 
 /// The items that aren't among the others.
 QList<StartupItem> itemsBeside(const QList<StartupItem>& items, const QList<StartupItem>& others) {
-    QSet<QString> ids;
+    QSet<QString> ids = idsOf(items);
     for (const StartupItem& item : others) {
-        ids.insert(comparableId(item));
+        ids.remove(comparableId(item));
     }
     QList<StartupItem> beside = items;
-    beside.removeIf([&ids](const StartupItem& item) { return ids.contains(comparableId(item)); });
+    beside.removeIf([&ids](const StartupItem& item) { return !ids.contains(comparableId(item)); });
     return beside;
 }
 
@@ -199,7 +201,6 @@ WorkingStartup workingStartup(const StartupLayers& layers) {
     const QSet<QString> paths = addedPaths(added);
     Rows rows(layers);
     rows.setDecided(decided.items);
-    rows.setFound(found);
     const QList<StartupItem> covered =
         takeLoginItemsOfAddedApps(found, paths) + takeLoginItemsOfAddedApps(decided.items, paths);
     const QList<StartupItem> offWithAdded = switchedOffWith(added, covered);
@@ -211,6 +212,7 @@ WorkingStartup workingStartup(const StartupLayers& layers) {
     WorkingStartup working{merge.configuration, {}, {}, decided.errors};
     QList<StartupItem>& items = working.configuration.items;
     const QList<StartupItem> beside = itemsBeside(decided.items, items) + offWithAdded;
+    rows.setBeside(beside);
     if (!beside.isEmpty()) {
         items += beside;
         sortLocalized(items, &StartupItem::name);

@@ -17,6 +17,10 @@ PerformancePageHeader::PerformancePageHeader(const RowText& text, QWidget* aside
     column->setSpacing(Theme::kGap8);
     auto* const back = new SymbolButton(u"chevron.left"_s, u"Performance"_s);
     back->setAccessibleDescription(u"Back"_s);
+    auto* const above = new QHBoxLayout;
+    above->addWidget(back);
+    above->addStretch(1);
+    above->addWidget(aside);
     auto* const titleRow = new QHBoxLayout;
     titleRow->setSpacing(Theme::kGap12);
     auto* const texts = new QVBoxLayout;
@@ -25,8 +29,7 @@ PerformancePageHeader::PerformancePageHeader(const RowText& text, QWidget* aside
     texts->addWidget(new TextLabel(TextStyle::Secondary, TextTone::Secondary, text.subtitle));
     titleRow->addWidget(new PerformanceSymbolBadge(text.symbol, BadgeColor::Grey));
     titleRow->addLayout(texts, 1);
-    titleRow->addWidget(aside, 0, Qt::AlignVCenter);
-    column->addWidget(back, 0, Qt::AlignLeft);
+    column->addLayout(above);
     column->addLayout(titleRow);
     setFocusProxy(back);
     connect(back, &QPushButton::clicked, this, &PerformancePageHeader::backRequested);

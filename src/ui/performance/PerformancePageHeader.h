@@ -11,7 +11,7 @@ class PerformancePageHeader : public QWidget {
     Q_OBJECT
 
 public:
-    /// @param aside  what stands at the right end of the title
+    /// @param aside  what stands at the right end, beside the way back
     PerformancePageHeader(const RowText& text, QWidget* aside, QWidget* parent = nullptr);
 
 Q_SIGNALS:

@@ -26,6 +26,7 @@ namespace quorvane {
 namespace {
 
 constexpr int kSearchGlass = 14;
+constexpr int kRoomForRows = 3 * Theme::kRow;
 
 } // namespace
 
@@ -43,6 +44,8 @@ StartupItemsEditor::StartupItemsEditor(const ViewEnvironment& environment, const
         layout->addWidget(makeButtons(options));
     }
     setFocusProxy(m_search);
+    m_view->installEventFilter(this);
+    m_view->setAccessibleDescription(kStartupItemsFootnote); // also where there is no room for it
     setEnabled(!options.disabled);
     StartupEditing& editing = environment.session.startupEditing;
     connect(m_view, &StartupItemsView::pressed, this, &StartupItemsEditor::act);
@@ -51,6 +54,7 @@ StartupItemsEditor::StartupItemsEditor(const ViewEnvironment& environment, const
     connect(m_view, &StartupItemsView::hidingAsked, this,
             [this, &editing](const QModelIndex& index) { editing.toggleHidden(m_model->item(index).id); });
     connect(&editing, &StartupEditing::changed, this, &StartupItemsEditor::takeFindings);
+    connect(&editing, &StartupEditing::changed, this, &StartupItemsEditor::takeStartup);
     connect(&editing, &StartupEditing::added, this, &StartupItemsEditor::showAdded);
     connect(&environment.session.workingCopy, &MasterProfileState::startupChanged, this,
             &StartupItemsEditor::takeStartup);
@@ -60,12 +64,22 @@ StartupItemsEditor::StartupItemsEditor(const ViewEnvironment& environment, const
 
 // ---- What it is made of
 
+QWidget* StartupItemsEditor::makeAbout() {
+    auto* const about = new QWidget;
+    auto* const texts = new QVBoxLayout(about);
+    texts->setContentsMargins(0, 0, 0, 0);
+    texts->setSpacing(Theme::kGap8);
+    texts->addWidget(new TextLabel(TextStyle::SectionTitle, TextTone::Normal, kStartupItemsTitle));
+    texts->addWidget(new TextLabel(TextStyle::Secondary, TextTone::Secondary, kStartupItemsFootnote));
+    return about;
+}
+
 QWidget* StartupItemsEditor::makeTop() {
     auto* const top = new QWidget;
     QVBoxLayout* const column = addColumn(*top, {Theme::kGap24, Theme::kGap16, Theme::kGap24, Theme::kGap8});
     column->setSpacing(Theme::kGap8);
-    column->addWidget(new TextLabel(TextStyle::SectionTitle, TextTone::Normal, kStartupItemsTitle));
-    column->addWidget(new TextLabel(TextStyle::Secondary, TextTone::Secondary, kStartupItemsFootnote));
+    m_about = makeAbout();
+    column->addWidget(m_about);
     m_search = new QLineEdit;
     m_search->setPlaceholderText(kSearchStartupItems);
     m_search->setAccessibleName(kSearchStartupItems);
@@ -133,6 +147,13 @@ void StartupItemsEditor::takeStartup() {
     }
 }
 
+/// In a low window, or with large text, what is told about the rows gives way to them.
+void StartupItemsEditor::leaveRoomForRows() {
+    const int width = m_about->parentWidget()->width();
+    const int toTell = m_about->isHidden() ? m_about->heightForWidth(width) + Theme::kGap8 : 0;
+    m_about->setVisible(m_view->height() - toTell >= kRoomForRows);
+}
+
 /// Also where the search would hide it.
 void StartupItemsEditor::showAdded(const QString& id) {
     if (!m_model->indexOf(id).isValid()) {
@@ -182,9 +203,13 @@ void StartupItemsEditor::keyPressEvent(QKeyEvent* event) {
     }
 }
 
-/// The down arrow leads from the field into the list.
 bool StartupItemsEditor::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::KeyPress && static_cast<const QKeyEvent*>(event)->key() == Qt::Key_Down) {
+    if (watched == m_view && event->type() == QEvent::Resize) {
+        leaveRoomForRows();
+    }
+    const bool isDownKey =
+        event->type() == QEvent::KeyPress && static_cast<const QKeyEvent*>(event)->key() == Qt::Key_Down;
+    if (watched == m_search && isDownKey) {
         m_view->setFocus(Qt::TabFocusReason);
         return true;
     }

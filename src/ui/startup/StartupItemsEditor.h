@@ -35,6 +35,7 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    static QWidget* makeAbout();
     QWidget* makeTop();
     QWidget* makeButtons(const Options& options);
     void act(const QModelIndex& index);
@@ -42,10 +43,12 @@ private:
     void takeFindings();
     void takeStartup();
     void showAdded(const QString& id);
+    void leaveRoomForRows();
 
     const ViewEnvironment& m_environment;
     StartupItemsModel* m_model;
     StartupItemsView* m_view;
+    QWidget* m_about = nullptr;
     QLineEdit* m_search = nullptr;
     TextLabel* m_count = nullptr;
     TextLabel* m_unread = nullptr;

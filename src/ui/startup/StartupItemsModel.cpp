@@ -69,88 +69,58 @@ QList<StartupItemsModel::Entry> StartupItemsModel::entriesOf(const WorkingStartu
     return entries;
 }
 
-void StartupItemsModel::takeStartup() {
-    const QList<Entry> entries = entriesOf(m_workingCopy.workingStartup());
-    const bool isLoading = m_editing.isRefreshing();
-    if (!updateEntries(entries)) {
-        takeEntries(entries);
-    }
-    takeSections();
-    if (std::exchange(m_wasLoading, isLoading) != isLoading) {
-        tellOfRows([](const Row& row) { return row.kind == Kind::Note; });
-    }
-    countRunning();
+/// As far as their looks go.
+bool StartupItemsModel::areSameItems(const QList<Entry>& left, const QList<Entry>& right) {
+    return std::equal(
+        left.cbegin(), left.cend(), right.cbegin(), right.cend(), [](const Entry& one, const Entry& other) {
+            return one.item.id == other.item.id && one.item.name == other.item.name && one.item.kind == other.item.kind;
+        });
 }
 
-/// Where the same items are listed as before, only what they show may have changed.
-bool StartupItemsModel::updateEntries(const QList<Entry>& entries) {
-    const auto isSameItem = [](const Entry& one, const Entry& other) {
-        return one.item.id == other.item.id && one.isAbsent == other.isAbsent && one.item.name == other.item.name &&
-               one.item.path == other.item.path && one.item.kind == other.item.kind;
-    };
-    if (m_rows.isEmpty() ||
-        !std::equal(entries.cbegin(), entries.cend(), m_entries.cbegin(), m_entries.cend(), isSameItem)) {
-        return false;
-    }
-    QHash<QString, const Entry*> changed;
-    for (qsizetype place = 0; place < entries.size(); ++place) {
-        if (entries.at(place) != m_entries.at(place)) {
-            changed.insert(entries.at(place).item.id, &entries.at(place));
-        }
-    }
-    m_entries = entries;
-    if (!changed.isEmpty()) {
-        for (Row& row : m_rows) {
-            if (const Entry* const now = changed.value(row.id)) {
-                row.what = *now;
-            }
-        }
-        tellOfRows([&changed](const Row& row) { return changed.contains(row.id); });
-    }
-    return true;
-}
-
-void StartupItemsModel::takeEntries(const QList<Entry>& entries) {
-    const QList<Entry> before = std::exchange(m_entries, entries);
+QSet<QString> StartupItemsModel::likeOthers(const QList<Entry>& entries) {
+    QSet<QString> ids;
     QHash<std::pair<QString, int>, QString> first;
-    m_likeOthers.clear();
+    first.reserve(entries.size());
     for (const Entry& entry : entries) {
         const std::pair<QString, int> look(entry.item.name, static_cast<int>(entry.item.kind));
         if (const auto other = first.constFind(look); other != first.cend()) {
-            m_likeOthers << *other << entry.item.id;
+            ids << *other << entry.item.id;
         } else {
             first.insert(look, entry.item.id);
         }
     }
+    return ids;
+}
+
+void StartupItemsModel::takeStartup() {
+    takeEntries();
+    takeSections();
+    const CloudSyncServices& disabled = m_workingCopy.startup().disabledCloudSyncAtStartup;
+    const bool haveServicesChanged = std::exchange(m_disabledServices, disabled) != disabled;
     show();
-    QHash<QString, const Entry*> earlier;
-    for (const Entry& entry : before) {
-        earlier.insert(entry.item.id, &entry);
+    if (haveServicesChanged) { // they keep items from being switched
+        tellOfRows([this](int row) { return kind(row) == Kind::Item; });
     }
-    tellOfRows([this, &earlier](const Row& row) {
-        if (row.kind != Kind::Item) {
-            return row.kind == Kind::Heading;
+    countRunning();
+}
+
+void StartupItemsModel::takeEntries() {
+    QList<Entry> entries = entriesOf(m_workingCopy.workingStartup());
+    if (!areSameItems(entries, m_entries)) {
+        m_likeOthers = likeOthers(entries);
+    }
+    if (!m_likeOthers.isEmpty()) {
+        for (Entry& entry : entries) {
+            entry.showsPath = m_likeOthers.contains(entry.item.id);
         }
-        const Entry* const known = earlier.value(row.id);
-        return known == nullptr || *known != std::get<Entry>(row.what);
-    });
+    }
+    m_entries = entries;
 }
 
 void StartupItemsModel::takeSections() {
-    const StartupConfiguration& startup = m_workingCopy.startup();
-    const QList<StartupLaunchItem> suggestions = m_editing.suggestions();
-    const QList<ServiceRow> services = serviceRows(m_editing.detectedServices(), startup.disabledCloudSyncAtStartup,
-                                                   m_workingCopy.servicesWithItemsLeftOff());
-    const bool isNetworkDisabled = startup.disableNetworkAtStartup;
-    if (suggestions == m_suggestions && services == m_services && isNetworkDisabled == m_isNetworkDisabled) {
-        return;
-    }
-    m_suggestions = suggestions;
-    m_services = services;
-    m_isNetworkDisabled = isNetworkDisabled;
-    show();
-    // A service that goes off or comes back changes what can be switched above.
-    tellOfRows([](const Row&) { return true; });
+    m_suggestions = m_editing.suggestions();
+    m_services = serviceRows(m_editing.detectedServices(), m_workingCopy.startup().disabledCloudSyncAtStartup,
+                             m_workingCopy.servicesWithItemsLeftOff());
 }
 
 void StartupItemsModel::countRunning() {
@@ -166,7 +136,6 @@ void StartupItemsModel::setSearch(const QString& typed) {
     const QString query = startupQuery(typed);
     if (std::exchange(m_query, query) != query) {
         show();
-        tellOfRows([](const Row& row) { return row.kind == Kind::Note; });
     }
 }
 
@@ -176,41 +145,44 @@ bool StartupItemsModel::matches(const StartupItem& item) const {
 
 // ---- Which rows there are
 
-void StartupItemsModel::addItems(QList<Row>& rows, bool areAbsent) const {
+QList<StartupItemsModel::Row> StartupItemsModel::itemsToShow(bool areAbsent) const {
+    QList<Row> rows;
+    rows.reserve(m_entries.size());
     for (const Entry& entry : m_entries) {
         if (entry.isAbsent == areAbsent && matches(entry.item)) {
             rows.append({Kind::Item, entry.item.id, areAbsent ? AbsentGroup : ItemsGroup, entry});
         }
     }
+    return rows;
 }
 
 QList<StartupItemsModel::Row> StartupItemsModel::rowsToShow() const {
-    QList<Row> rows;
-    rows.reserve(m_entries.size() + m_suggestions.size() + m_services.size() + 8);
-    addItems(rows, false);
-    QList<Row> absent;
-    addItems(absent, true);
+    QList<Row> rows = itemsToShow(false);
+    const QList<Row> absent = itemsToShow(true);
     if (rows.isEmpty() && (absent.isEmpty() || !isSearched())) {
-        rows.append({Kind::Note, kNoteId, ItemsGroup});
+        const bool isLoading = m_editing.isRefreshing() && m_entries.isEmpty();
+        rows.append({Kind::Note, kNoteId, ItemsGroup, emptyListText(isLoading, isSearched())});
     }
     if (!absent.isEmpty()) {
-        rows.append({Kind::Heading, kAbsentHeadingId, NoGroup});
+        const auto count =
+            std::count_if(m_entries.cbegin(), m_entries.cend(), [](const Entry& entry) { return entry.isAbsent; });
+        rows.append({Kind::Heading, kAbsentHeadingId, NoGroup, absentHeading(count)});
         rows += absent;
     }
     if (!m_suggestions.isEmpty()) {
-        rows.append({Kind::Heading, kSuggestionsHeadingId, NoGroup});
+        rows.append({Kind::Heading, kSuggestionsHeadingId, NoGroup, kSuggestionsTitle});
         for (const StartupLaunchItem& application : m_suggestions) {
             rows.append({Kind::Suggestion, u"suggestion:"_s + application.path, SuggestionsGroup, application});
         }
     }
     if (!m_services.isEmpty()) {
-        rows.append({Kind::ServicesHeading, kServicesHeadingId, NoGroup});
+        rows.append({Kind::ServicesHeading, kServicesHeadingId, NoGroup, kServicesTitle});
         for (const ServiceRow& service : m_services) {
             rows.append({Kind::Service, u"service:"_s + rawValue(service.service), ServicesGroup, service});
         }
     }
-    rows.append({Kind::Heading, kNetworkHeadingId, NoGroup});
-    rows.append({Kind::Network, kNetworkId, NetworkGroup});
+    rows.append({Kind::Heading, kNetworkHeadingId, NoGroup, kNetworkTitle});
+    rows.append({Kind::Network, kNetworkId, NetworkGroup, m_workingCopy.startup().disableNetworkAtStartup});
     return rows;
 }
 
@@ -218,26 +190,26 @@ void StartupItemsModel::show() {
     const QList<Row> rows = rowsToShow();
     Q_EMIT rowsAboutToChange();
     replaceRows(rows);
+    updateRows(rows);
     Q_EMIT rowsHaveChanged();
 }
 
-/// The rows that stay, in the order in which they stand. Of very many changes only those stay that somebody holds on to, and
-/// what lies before the first change and behind the last.
-QSet<QString> StartupItemsModel::keptRows(const QList<Row>& rows) const {
+/// The rows that stay, in the order in which they stand. Of very many changes only those stay that somebody holds on to.
+QSet<QString> StartupItemsModel::keptRows(const Stretch& before, const QList<Row>& rows, const Stretch& now) const {
     QHash<QString, qsizetype> placeBefore;
-    placeBefore.reserve(m_rows.size());
-    for (qsizetype place = 0; place < m_rows.size(); ++place) {
+    placeBefore.reserve(before.end - before.begin);
+    for (qsizetype place = before.begin; place < before.end; ++place) {
         placeBefore.insert(m_rows.at(place).id, place);
     }
     QSet<QString> kept;
-    qsizetype last = -1;
+    qsizetype last = before.begin - 1;
     int changes = 0;
-    for (const Row& row : rows) {
-        const qsizetype before = placeBefore.value(row.id, -1);
-        if (before > last) {
-            kept.insert(row.id);
-            changes += before == last + 1 ? 0 : 1;
-            last = before;
+    for (qsizetype place = now.begin; place < now.end; ++place) {
+        const qsizetype earlier = placeBefore.value(rows.at(place).id, -1);
+        if (earlier > last) {
+            kept.insert(rows.at(place).id);
+            changes += earlier == last + 1 ? 0 : 1;
+            last = earlier;
         } else {
             ++changes;
         }
@@ -245,33 +217,38 @@ QSet<QString> StartupItemsModel::keptRows(const QList<Row>& rows) const {
     if (changes < kManyChanges) {
         return kept;
     }
-    QSet<QString> few;
-    const auto keepWhileSame = [&few](auto before, auto beforeEnd, auto now, auto nowEnd) {
-        for (; before != beforeEnd && now != nowEnd && before->id == now->id; ++before, ++now) {
-            few.insert(now->id);
-        }
-    };
-    keepWhileSame(m_rows.cbegin(), m_rows.cend(), rows.cbegin(), rows.cend());
-    keepWhileSame(m_rows.crbegin(), m_rows.crend(), rows.crbegin(), rows.crend());
-    for (const QModelIndex& held : persistentIndexList()) {
-        if (const QString& id = m_rows.at(held.row()).id; kept.contains(id)) {
-            few.insert(id);
-        }
+    QSet<QString> held;
+    for (const QModelIndex& index : persistentIndexList()) {
+        held.insert(m_rows.at(index.row()).id);
     }
-    return few & kept;
+    return held & kept;
 }
 
-/// Removes what has gone and inserts what has come, run by run.
+/// Removes what has gone and inserts what has come, run by run. What lies before the first change and behind the last isn't
+/// looked at any further.
 void StartupItemsModel::replaceRows(const QList<Row>& rows) {
-    const QSet<QString> kept = keptRows(rows);
-    const auto stays = [&kept](const Row& row) { return kept.contains(row.id); };
-    for (qsizetype end = m_rows.size(); end > 0;) {
-        if (stays(m_rows.at(end - 1))) {
+    const auto isSameRow = [](const Row& left, const Row& right) { return left.id == right.id; };
+    const auto begin = std::mismatch(m_rows.cbegin(), m_rows.cend(), rows.cbegin(), rows.cend(), isSameRow).first;
+    const qsizetype ahead = begin - m_rows.cbegin();
+    const auto end =
+        std::mismatch(m_rows.crbegin(), m_rows.crend() - ahead, rows.crbegin(), rows.crend() - ahead, isSameRow);
+    const qsizetype behind = end.first - m_rows.crbegin();
+    const Stretch before{ahead, m_rows.size() - behind};
+    const Stretch now{ahead, rows.size() - behind};
+    const QSet<QString> kept = keptRows(before, rows, now);
+    removeRowsBeside(kept, before);
+    insertRowsBeside(kept, rows, now);
+}
+
+void StartupItemsModel::removeRowsBeside(const QSet<QString>& kept, const Stretch& stretch) {
+    const auto stays = [this, &kept](qsizetype row) { return kept.contains(m_rows.at(row).id); };
+    for (qsizetype end = stretch.end; end > stretch.begin;) {
+        if (stays(end - 1)) {
             --end;
             continue;
         }
         qsizetype first = end - 1;
-        while (first > 0 && !stays(m_rows.at(first - 1))) {
+        while (first > stretch.begin && !stays(first - 1)) {
             --first;
         }
         beginRemoveRows({}, static_cast<int>(first), static_cast<int>(end) - 1);
@@ -279,13 +256,16 @@ void StartupItemsModel::replaceRows(const QList<Row>& rows) {
         endRemoveRows();
         end = first;
     }
-    for (qsizetype row = 0; row < rows.size(); ++row) {
-        if (stays(rows.at(row))) {
-            m_rows[row] = rows.at(row);
+}
+
+void StartupItemsModel::insertRowsBeside(const QSet<QString>& kept, const QList<Row>& rows, const Stretch& stretch) {
+    const auto stays = [&rows, &kept](qsizetype row) { return kept.contains(rows.at(row).id); };
+    for (qsizetype row = stretch.begin; row < stretch.end; ++row) {
+        if (stays(row)) {
             continue;
         }
         qsizetype end = row + 1;
-        while (end < rows.size() && !stays(rows.at(end))) {
+        while (end < stretch.end && !stays(end)) {
             ++end;
         }
         beginInsertRows({}, static_cast<int>(row), static_cast<int>(end) - 1);
@@ -298,10 +278,16 @@ void StartupItemsModel::replaceRows(const QList<Row>& rows) {
     }
 }
 
-void StartupItemsModel::tellOfRows(const std::function<bool(const Row&)>& isConcerned) {
+/// They are the same ones, which may show something else.
+void StartupItemsModel::updateRows(const QList<Row>& rows) {
+    const QList<Row> before = std::exchange(m_rows, rows);
+    tellOfRows([this, &before](int row) { return m_rows.at(row) != before.at(row); });
+}
+
+void StartupItemsModel::tellOfRows(const std::function<bool(int row)>& isConcerned) {
     for (int first = 0; first < m_rows.size(); ++first) {
         int end = first;
-        while (end < m_rows.size() && isConcerned(m_rows.at(end))) {
+        while (end < m_rows.size() && isConcerned(end)) {
             ++end;
         }
         if (end > first) {
@@ -334,25 +320,9 @@ QModelIndex StartupItemsModel::indexOf(const QString& id) const {
     return {};
 }
 
-QString StartupItemsModel::headingText(const Row& row) const {
-    if (row.id == kAbsentHeadingId) {
-        return absentHeading(
-            std::count_if(m_entries.cbegin(), m_entries.cend(), [](const Entry& entry) { return entry.isAbsent; }));
-    }
-    if (row.id == kNetworkHeadingId) {
-        return kNetworkTitle;
-    }
-    return row.kind == Kind::ServicesHeading ? kServicesTitle : kSuggestionsTitle;
-}
-
-QString StartupItemsModel::noteText() const {
-    const bool isLoading = m_editing.isRefreshing() && m_entries.isEmpty();
-    return emptyListText(isLoading, isSearched());
-}
-
 StartupListRow StartupItemsModel::itemRow(const Entry& entry) const {
     const StartupItem& item = entry.item;
-    const ItemPath path = m_likeOthers.contains(item.id) ? ItemPath::Shown : ItemPath::Left;
+    const ItemPath path = entry.showsPath ? ItemPath::Shown : ItemPath::Left;
     StartupListRow row;
     row.symbol = symbolOf(item.kind);
     row.tint = tintOfItem(item.kind);
@@ -375,13 +345,13 @@ StartupListRow StartupItemsModel::row(const QModelIndex& index) const {
     StartupListRow row;
     switch (shown.kind) {
     case Kind::Note:
-        row.title = noteText();
+        row.title = std::get<QString>(shown.what);
         break;
     case Kind::Item:
         return itemRow(std::get<Entry>(shown.what));
     case Kind::Heading:
     case Kind::ServicesHeading:
-        row.title = headingText(shown);
+        row.title = std::get<QString>(shown.what);
         row.symbol = shown.id == kSuggestionsHeadingId ? kSuggestionsSymbol : QString();
         row.description = shown.kind == Kind::ServicesHeading ? kServicesText : QString();
         break;
@@ -409,7 +379,7 @@ StartupListRow StartupItemsModel::row(const QModelIndex& index) const {
         row.tint = BadgeColor::Orange;
         row.title = text.title;
         row.description = text.subtitle;
-        row.isOn = m_isNetworkDisabled;
+        row.isOn = std::get<bool>(shown.what);
         break;
     }
     }

@@ -78,6 +78,7 @@ private:
         bool isAbsent = false;
         bool isAdded = false;
         bool isNew = false;
+        bool showsPath = false; ///< which alone tells it from another
 
         bool operator==(const Entry&) const = default;
     };
@@ -85,26 +86,36 @@ private:
         Kind kind = Kind::Note;
         QString id; ///< no other row has it
         int group = 0;
-        /// It shows its own copy, so that it can be looked at while others come and go.
-        std::variant<std::monostate, Entry, StartupLaunchItem, ServiceRow> what{};
+        /// It shows its own copy, so that it can be looked at while others come and go: of a note and a heading the text, of the
+        /// network whether it is off.
+        std::variant<QString, Entry, StartupLaunchItem, ServiceRow, bool> what{};
+
+        bool operator==(const Row&) const = default;
     };
 
     static QList<Entry> entriesOf(const WorkingStartup& working);
+    static bool areSameItems(const QList<Entry>& left, const QList<Entry>& right);
+    static QSet<QString> likeOthers(const QList<Entry>& entries);
     void takeStartup();
-    void takeEntries(const QList<Entry>& entries);
-    bool updateEntries(const QList<Entry>& entries);
+    void takeEntries();
     void takeSections();
     void countRunning();
     QList<Row> rowsToShow() const;
-    void addItems(QList<Row>& rows, bool areAbsent) const;
+    QList<Row> itemsToShow(bool areAbsent) const;
     bool matches(const StartupItem& item) const;
-    QString headingText(const Row& row) const;
-    QString noteText() const;
     StartupListRow itemRow(const Entry& entry) const;
     void show();
+    /// A part of the rows.
+    struct Stretch {
+        qsizetype begin = 0;
+        qsizetype end = 0;
+    };
+    QSet<QString> keptRows(const Stretch& before, const QList<Row>& rows, const Stretch& now) const;
     void replaceRows(const QList<Row>& rows);
-    QSet<QString> keptRows(const QList<Row>& rows) const;
-    void tellOfRows(const std::function<bool(const Row&)>& isConcerned);
+    void removeRowsBeside(const QSet<QString>& kept, const Stretch& stretch);
+    void insertRowsBeside(const QSet<QString>& kept, const QList<Row>& rows, const Stretch& stretch);
+    void updateRows(const QList<Row>& rows);
+    void tellOfRows(const std::function<bool(int row)>& isConcerned);
 
     const StartupEditing& m_editing;
     const MasterProfileState& m_workingCopy;
@@ -113,8 +124,7 @@ private:
     QSet<QString> m_likeOthers; ///< items that only their paths tell from others
     QList<StartupLaunchItem> m_suggestions;
     QList<ServiceRow> m_services;
-    bool m_isNetworkDisabled = false;
-    bool m_wasLoading = false;
+    CloudSyncServices m_disabledServices;
     qsizetype m_runningCount = 0;
     QList<Row> m_rows;
 };

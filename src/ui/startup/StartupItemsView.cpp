@@ -80,7 +80,11 @@ void StartupItemsView::rowsAboutToBeRemoved(const QModelIndex& parent, int start
 
 // ---- Keys and clicks
 
+/// The row may have gone beneath a menu.
 void StartupItemsView::actOn(const QModelIndex& index, Part part) {
+    if (!index.isValid()) {
+        return;
+    }
     switch (part) {
     case Part::Row:
     case Part::Lock:
@@ -125,6 +129,31 @@ void StartupItemsView::keyPressEvent(QKeyEvent* event) {
     default:
         QListView::keyPressEvent(event);
     }
+}
+
+/// Only to rows that can be used: Qt would stay where a heading lies a page away.
+QModelIndex StartupItemsView::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) {
+    switch (action) {
+    case MoveHome:
+        return firstUsable(0, 1);
+    case MoveEnd:
+        return firstUsable(m_model.rowCount() - 1, -1);
+    case MovePageUp:
+        return pageAway(-viewport()->height());
+    case MovePageDown:
+        return pageAway(viewport()->height());
+    default:
+        return QListView::moveCursor(action, modifiers);
+    }
+}
+
+QModelIndex StartupItemsView::pageAway(int distance) const {
+    const int onwards = distance < 0 ? -1 : 1;
+    const int end = distance < 0 ? 0 : m_model.rowCount() - 1;
+    const QModelIndex there = indexAt(visualRect(currentIndex()).center() + QPoint(0, distance));
+    const int row = there.isValid() ? there.row() : end;
+    const QModelIndex usable = firstUsable(row, onwards);
+    return usable.isValid() ? usable : firstUsable(row, -onwards);
 }
 
 void StartupItemsView::mousePressEvent(QMouseEvent* event) {

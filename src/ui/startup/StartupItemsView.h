@@ -29,6 +29,7 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
     void changeEvent(QEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
+    QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
     void rowsAboutToBeRemoved(const QModelIndex& parent, int start, int end) override;
 
 private:
@@ -38,6 +39,7 @@ private:
     void rememberPlace();
     void keepPlace();
     QModelIndex firstUsable(int row, int step) const;
+    QModelIndex pageAway(int distance) const;
 
     StartupItemsModel& m_model;
     StartupItemRow m_row;
