@@ -164,7 +164,7 @@ TEST_F(LogsViewTest, tagsAreTintedByWhatTheySay) {
     const auto isWrittenIn = [this](const QColor& ink, const QString& line) {
         session->logActions.clearLog();
         log(line);
-        settle();
+        processEventsUntil([this, &line] { return rows() == QStringList(line); });
         const QImage picture = lines().viewport()->grab().toImage();
         const QColor ground = picture.pixelColor(0, 0);
         for (int y = 0; y < 20; ++y) {
@@ -178,10 +178,10 @@ TEST_F(LogsViewTest, tagsAreTintedByWhatTheySay) {
     };
     const Theme& theme = themeOf(mainWindow.get());
     EXPECT_TRUE(isWrittenIn(theme.danger, u"[ERROR] x"_s));
-    EXPECT_TRUE(isWrittenIn(theme.warning, u"[WARNING] x"_s));
+    EXPECT_TRUE(isWrittenIn(theme.warning, u"[MISSING] x"_s));
     EXPECT_TRUE(isWrittenIn(theme.success, u"[APPLIED] x"_s));
     EXPECT_FALSE(isWrittenIn(theme.danger, u"[APPLIED] x"_s));
-    EXPECT_FALSE(isWrittenIn(theme.danger, u"[WARNING] x"_s));
+    EXPECT_FALSE(isWrittenIn(theme.danger, u"[MISSING] x"_s));
     EXPECT_FALSE(isWrittenIn(theme.danger, u"ERROR x"_s));
 }
 

@@ -29,13 +29,13 @@ struct TagInk {
     QColor Theme::*ink;
 };
 
-const std::array kTagInks{TagInk{u"ERROR", &Theme::danger},          TagInk{u"EXC", &Theme::danger},
-                          TagInk{u"STDERR", &Theme::danger},         TagInk{u"MISSING", &Theme::warning},
-                          TagInk{u"WARNING", &Theme::warning},       TagInk{u"OK", &Theme::success},
-                          TagInk{u"APPLIED", &Theme::success},       TagInk{u"RESTORED", &Theme::success},
-                          TagInk{u"REVERTED", &Theme::success},      TagInk{u"DELETED", &Theme::success},
-                          TagInk{u"SKIPPED", &Theme::secondaryText}, TagInk{u"INFO", &Theme::secondaryText},
-                          TagInk{u"DEBUG", &Theme::secondaryText},   TagInk{u"STDOUT", &Theme::secondaryText}};
+const std::array kTagInks{TagInk{u"ERROR", &Theme::danger},        TagInk{u"EXC", &Theme::danger},
+                          TagInk{u"STDERR", &Theme::danger},       TagInk{u"MISSING", &Theme::warning},
+                          TagInk{u"OK", &Theme::success},          TagInk{u"APPLIED", &Theme::success},
+                          TagInk{u"RESTORED", &Theme::success},    TagInk{u"REVERTED", &Theme::success},
+                          TagInk{u"DELETED", &Theme::success},     TagInk{u"SKIPPED", &Theme::secondaryText},
+                          TagInk{u"INFO", &Theme::secondaryText},  TagInk{u"DEBUG", &Theme::secondaryText},
+                          TagInk{u"STDOUT", &Theme::secondaryText}};
 
 QColor inkOfTag(const Theme& theme, QStringView tag) {
     const auto* const known =
