@@ -1,6 +1,7 @@
 #include "documentation/MarkdownToHTML.h"
 
 #include <QRandomGenerator>
+#include <QStringList>
 
 #include <gtest/gtest.h>
 
