@@ -1,5 +1,8 @@
 #include "fakes/ActionSystem.h"
 
+#include <QSemaphore>
+#include <QThreadPool>
+
 namespace quorvane {
 
 namespace {
@@ -77,8 +80,15 @@ TEST_F(LogActionsTest, anExportEndsWhenTheProgramIsLockedBehindThePanel) {
 
 TEST_F(LogActionsTest, noPanelOpensAboveTheLockScreen) {
     enableLock();
+    QThreadPool& threads = *QThreadPool::globalInstance();
+    const int count = threads.maxThreadCount();
+    QSemaphore free;
+    for (int thread = 0; thread < count; ++thread) {
+        threads.start([&free] { free.acquire(); });
+    }
     const QCoro::Task<ActionOutcome> running = session->logActions.exportLog(*listener);
     lock->lockIfEnabled(); // while the text is made
+    free.release(count);
     processEventsUntil([this] { return session->turnstile.isIdle(); });
     EXPECT_EQ(filePanels.asked, QStringList());
 }
