@@ -131,6 +131,7 @@ TEST_F(WindowKeys, theStartupItems) {
             {u"Item %1"_s.arg(number, 2, 10, QChar(u'0')), u"/Applications/Item %1.app"_s.arg(number)});
     }
     session->workingCopy.addLaunchItem({u"Live"_s, u"/Applications/Live.app"_s, false});
+    QCoro::waitFor(session->system.discoverStartupItems(SystemManager::StartupRefresh::UseCache));
     open();
     click(u"Startup Optimization"_s);
     processEventsUntil([this] { return !session->startupEditing.isRefreshing(); });
