@@ -30,8 +30,7 @@ void RowButton::measureAnew() {
 }
 
 QSize RowButton::sizeHint() const {
-    const int width = minimumSizeHint().width();
-    return {width, heightForWidth(std::max(width, this->width()))};
+    return {minimumSizeHint().width(), leastRowHeight(m_content)}; // the height goes by the width that it gets
 }
 
 QSize RowButton::minimumSizeHint() const {
@@ -39,7 +38,8 @@ QSize RowButton::minimumSizeHint() const {
 }
 
 int RowButton::heightForWidth(int width) const {
-    return m_heights.at(width, [this](int at) { return rowHeight(themeOf(this), m_content, at); });
+    return m_heights.at(width, leastRowHeight(m_content),
+                        [this](int at) { return rowHeight(themeOf(this), m_content, at); });
 }
 
 void RowButton::keyPressEvent(QKeyEvent* event) {

@@ -122,10 +122,13 @@ int rowTextLeft(const RowContent& content) {
     return content.symbol.isEmpty() ? Theme::kGap12 : Theme::kGap12 + Theme::kBadge + Theme::kGap12;
 }
 
+int leastRowHeight(const RowContent& content) {
+    return content.description.isEmpty() ? Theme::kSingleRow : Theme::kRow;
+}
+
 int rowHeight(const Theme& theme, const RowContent& content, int width) {
     const int texts = RowTexts(theme, content, textWidth(content, width)).height();
-    const int least = content.description.isEmpty() ? Theme::kSingleRow : Theme::kRow;
-    return std::max(least, texts + 2 * Theme::kGap8);
+    return std::max(leastRowHeight(content), texts + 2 * Theme::kGap8);
 }
 
 QSizePolicy rowSizePolicy() {

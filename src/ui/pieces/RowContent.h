@@ -47,6 +47,8 @@ void paintRow(QPainter& painter, const Theme& theme, const QRect& rect, const Ro
               const RowState& state);
 /// Where the texts of rows begin, and so the lines between them.
 int rowTextLeft(const RowContent& content);
+/// No row is lower.
+int leastRowHeight(const RowContent& content);
 
 /// A symbol in white on a rounded square.
 void paintBadge(QPainter& painter, const Theme& theme, const QRectF& rect, const QString& symbol, BadgeColor tint);

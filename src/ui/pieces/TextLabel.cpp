@@ -38,7 +38,7 @@ int TextLabel::heightForWidth(int width) const {
     if (!wordWrap()) {
         return QLabel::heightForWidth(width);
     }
-    return m_heights.at(width, [this](int at) { return QLabel::heightForWidth(at); });
+    return m_heights.at(width, 0, [this](int at) { return QLabel::heightForWidth(at); });
 }
 
 void TextLabel::changeEvent(QEvent* event) {
