@@ -51,6 +51,9 @@ protected:
     void showLongLog();
     void showManual(double place);
     static void openTweaks();
+    static void openSaveSheet();
+    /// @param step  1 to 3
+    static void goToWizardStep(int step);
     void openStartup();
     static void searchStartup(const QString& text);
     /// Adds startup items that only a profile knows, and some that this Mac has.

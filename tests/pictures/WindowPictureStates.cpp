@@ -199,6 +199,30 @@ void WindowPicture::launchSettings() {
     waitUntilIdle();
 }
 
+/// From the tweaks.
+void WindowPicture::openSaveSheet() {
+    click(u"Profile: Default"_s);
+    auto* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+    ASSERT_NE(menu, nullptr);
+    QTest::mouseClick(menu, Qt::LeftButton, {}, menu->actionGeometry(menu->actions().constLast()).center());
+    waitUntilSeen(u"Include in profile:"_s);
+    control(u"Profile name"_s)->setFocus();
+}
+
+void WindowPicture::goToWizardStep(int step) {
+    click(u"Create Custom Profile"_s);
+    waitUntilSeen(u"Configure System Tweaks"_s);
+    if (step > 1) {
+        click(u"Continue"_s);
+        waitUntilSeen(u"Startup Items"_s);
+    }
+    if (step > 2) {
+        click(u"Continue"_s);
+        waitUntilSeen(u"Name Your Profile"_s);
+        control(u"Profile name"_s)->setFocus();
+    }
+}
+
 void WindowPicture::openTweaks() {
     pressRow(systemTweaksRow().title);
 }
@@ -438,6 +462,43 @@ QList<PicturedState> WindowPicture::pageStates() {
              picture.launchWithProfiles();
              openTweaks();
              click(u"Icon of Bypass macOS App Nap Throttling"_s);
+         }},
+        {u"save-sheet"_s,
+         [](WindowPicture& picture) {
+             picture.launchWithProfiles();
+             openTweaks();
+             openSaveSheet();
+             type(u"Festival"_s);
+         }},
+        {u"save-sheet-taken"_s,
+         [](WindowPicture& picture) {
+             picture.launchWithProfiles();
+             openTweaks();
+             openSaveSheet();
+             type(u"default"_s);
+         }},
+        {u"selector-menu"_s,
+         [](WindowPicture& picture) {
+             picture.launchWithProfiles();
+             openTweaks();
+             click(u"Profile: Default"_s);
+         }},
+        {u"wizard-tweaks"_s,
+         [](WindowPicture& picture) {
+             picture.launchWithProfiles();
+             goToWizardStep(1);
+         }},
+        {u"wizard-startup"_s,
+         [](WindowPicture& picture) {
+             picture.launchWithProfiles();
+             goToWizardStep(2);
+         }},
+        {u"wizard-save"_s,
+         [](WindowPicture& picture) {
+             picture.launchWithProfiles();
+             goToWizardStep(3);
+             type(u"Main Stage"_s);
+             click(u"Apply profile after saving"_s);
          }},
         {u"logs"_s,
          [](WindowPicture& picture) {

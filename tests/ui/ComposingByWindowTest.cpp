@@ -282,6 +282,13 @@ TEST_F(ComposingByWindow, pickedThereItIsReviewedAndClearedThereItIsGone) {
     EXPECT_EQ(session().workingCopy.settings(), PerformanceSettings{});
 }
 
+TEST_F(ComposingByWindow, theWindowGoesWithTheSelectorsMenuOpen) {
+    openTweaks();
+    EXPECT_NE(openSelector(), nullptr);
+    quit();
+    EXPECT_TRUE(hasTerminated);
+}
+
 // ---- The save sheet
 
 TEST_F(ComposingByWindow, aTakenNameInWhateverSpellingAsksAndReplacesThatProfile) {

@@ -43,6 +43,11 @@ Popover::Popover(QWidget* contents, QWidget* anchor)
     connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, const QWidget* now) { focusMoved(now); });
 }
 
+/// What it holds gives up the focus while it goes.
+Popover::~Popover() {
+    disconnect(qApp, nullptr, this, nullptr);
+}
+
 void Popover::place() {
     if (m_anchor == nullptr) {
         return;

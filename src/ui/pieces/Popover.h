@@ -13,6 +13,7 @@ class Popover : public QWidget {
 public:
     /// Shows it beside the anchor at once. It owns the contents, and is owned by the anchor's page.
     Popover(QWidget* contents, QWidget* anchor);
+    ~Popover() override;
 
     /// Takes it away; the focus goes back to the anchor.
     void close();

@@ -70,6 +70,11 @@ ContentView::ContentView(const ViewEnvironment& environment, QWidget* parent)
     followSheets();
 }
 
+/// What it holds gives up the focus while it goes.
+ContentView::~ContentView() {
+    disconnect(qApp, nullptr, this, nullptr);
+}
+
 /// The page, and what waits over it.
 QWidget* ContentView::makeDetail() {
     auto* const detail = new Layers;

@@ -23,6 +23,7 @@ class ContentView : public Layers {
 
 public:
     explicit ContentView(const ViewEnvironment& environment, QWidget* parent = nullptr);
+    ~ContentView() override;
 
     void setSelectedTab(Tab tab);
     Tab selectedTab() const { return m_selectedTab; }
