@@ -498,7 +498,6 @@ QList<PicturedState> WindowPicture::pageStates() {
              picture.launchWithProfiles();
              goToWizardStep(3);
              type(u"Main Stage"_s);
-             click(u"Apply profile after saving"_s);
          }},
         {u"logs"_s,
          [](WindowPicture& picture) {
