@@ -247,7 +247,7 @@ TEST_F(ProfileSavingTest, aDefaultProfilesCopiesInICloudAreWhatItIsAndWhatItWas)
         isSiriOff.insert(info.kind, backup.profiles.first().settings.siri);
     }
     const QMap<ProfileCloudBackupKind, bool> expected{{ProfileCloudBackupKind::defaultCurrent, true},
-                                                       {ProfileCloudBackupKind::defaultPrevious, false}};
+                                                      {ProfileCloudBackupKind::defaultPrevious, false}};
     EXPECT_EQ(isSiriOff, expected);
 }
 

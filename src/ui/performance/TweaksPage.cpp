@@ -5,11 +5,11 @@
 #include "actions/WindowListener.h"
 #include "ui/ViewEnvironment.h"
 #include "ui/performance/PerformancePageHeader.h"
-#include "ui/tweaks/TweakSections.h"
 #include "ui/pieces/AppButtons.h"
 #include "ui/pieces/PinnedBar.h"
 #include "ui/pieces/ScrollPage.h"
 #include "ui/profiles/ProfileSelectorView.h"
+#include "ui/tweaks/TweakSections.h"
 
 #include <QVBoxLayout>
 

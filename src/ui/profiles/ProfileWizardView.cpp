@@ -5,7 +5,6 @@
 #include "actions/Session.h"
 #include "actions/WindowListener.h"
 #include "ui/ViewEnvironment.h"
-#include "ui/tweaks/TweakSections.h"
 #include "ui/pieces/AppButtons.h"
 #include "ui/pieces/PinnedBar.h"
 #include "ui/pieces/ScrollPage.h"
@@ -13,6 +12,7 @@
 #include "ui/pieces/TextLabel.h"
 #include "ui/profiles/WizardSaveStep.h"
 #include "ui/startup/StartupItemsEditor.h"
+#include "ui/tweaks/TweakSections.h"
 
 #include <QHBoxLayout>
 #include <QKeyEvent>

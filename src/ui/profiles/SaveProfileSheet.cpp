@@ -5,8 +5,8 @@
 #include "ui/pieces/AppButtons.h"
 #include "ui/pieces/AppCard.h"
 #include "ui/pieces/OptionRow.h"
-#include "ui/pieces/RowContent.h"
 #include "ui/pieces/ProgressRing.h"
+#include "ui/pieces/RowContent.h"
 #include "ui/pieces/TextLabel.h"
 
 #include <QLineEdit>

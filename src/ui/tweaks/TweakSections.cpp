@@ -3,9 +3,9 @@
 #include "profiles/MasterProfileState.h"
 #include "tweaks/TweakCatalogue.h"
 #include "ui/Theme.h"
-#include "ui/tweaks/TweakToggle.h"
 #include "ui/pieces/AppCard.h"
 #include "ui/pieces/AppSection.h"
+#include "ui/tweaks/TweakToggle.h"
 
 #include <QVBoxLayout>
 

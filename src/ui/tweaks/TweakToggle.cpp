@@ -1,11 +1,11 @@
 #include "ui/tweaks/TweakToggle.h"
 
 #include "actions/PageTexts.h"
-#include "ui/tweaks/IconPicker.h"
 #include "ui/pieces/AppSwitch.h"
 #include "ui/pieces/IconButton.h"
 #include "ui/pieces/Popover.h"
 #include "ui/pieces/TextLabel.h"
+#include "ui/tweaks/IconPicker.h"
 
 #include <QHBoxLayout>
 #include <QMouseEvent>
