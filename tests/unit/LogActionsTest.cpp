@@ -90,6 +90,7 @@ TEST_F(LogActionsTest, noPanelOpensAboveTheLockScreen) {
     lock->lockIfEnabled(); // while the text is made
     free.release(count);
     processEventsUntil([this] { return session->turnstile.isIdle(); });
+    threads.waitForDone(); // they hold what goes with this
     EXPECT_EQ(filePanels.asked, QStringList());
 }
 
