@@ -90,22 +90,25 @@ QCoro::Task<std::optional<ClosingAlert>> ProfileSaving::saveOffered(Action& acti
 // ---- In the wizard
 
 QCoro::Task<ActionOutcome> ProfileSaving::saveInWizard(const ProfileToSave& wanted, Afterwards afterwards,
-                                                       const WhenSaved& whenSaved, ActionListener& listener) {
+                                                       const WizardEnd& end, ActionListener& listener) {
     if (afterwards == Afterwards::Apply) {
-        return saveAndApply(wanted, whenSaved, &listener);
+        return saveAndApply(wanted, end, &listener);
     }
-    return m_stage.run(
-        listener, [=, this](Action& action) { return saveAndTell(action, wanted, Afterwards::Nothing, whenSaved); });
+    return m_stage.run(listener,
+                       [=, this](Action& action) { return saveAndTell(action, wanted, Afterwards::Nothing, end); });
 }
 
 QCoro::Task<void> ProfileSaving::saveAndTell(Action& action, ProfileToSave wanted, Afterwards afterwards,
-                                             WhenSaved whenSaved) {
+                                             WizardEnd end) {
     const std::optional<Saved> saved = co_await save(action, wanted, [] {});
     if (!saved) {
+        if (action.outcome.wasCarriedOut) {
+            end.whenFailed();
+        }
         co_return;
     }
     m_parts.system.log(u"\n[WIZARD] Profile saved: "_s + saved->profile.name);
-    whenSaved(saved->profile);
+    end.whenSaved(saved->profile);
     if (saved->hasBaseline == false) {
         co_await action.tell(wizardBaselineAlert(saved->profile.name));
     }
@@ -115,12 +118,12 @@ QCoro::Task<void> ProfileSaving::saveAndTell(Action& action, ProfileToSave wante
 }
 
 /// Applying is an action of its own, which begins when the profile is saved and nothing of that is left.
-QCoro::Task<ActionOutcome> ProfileSaving::saveAndApply(ProfileToSave wanted, WhenSaved whenSaved,
-                                                       ActionListener* listener) {
+QCoro::Task<ActionOutcome> ProfileSaving::saveAndApply(ProfileToSave wanted, WizardEnd end, ActionListener* listener) {
     const auto stored = std::make_shared<std::optional<UnifiedProfile>>();
-    const WhenSaved keeping = [=](const UnifiedProfile& profile) {
+    WizardEnd keeping = end;
+    keeping.whenSaved = [=](const UnifiedProfile& profile) {
         *stored = profile;
-        whenSaved(profile);
+        end.whenSaved(profile);
     };
     const ActionStage::Body body = [=, this](Action& action) {
         return saveAndTell(action, wanted, Afterwards::Apply, keeping);

@@ -53,11 +53,14 @@ public:
     QCoro::Task<ActionOutcome> offer(ActionListener& listener);
 
     enum class Afterwards { Nothing, Apply };
-    using WhenSaved = std::function<void(const UnifiedProfile& stored)>;
+    /// What the wizard makes of the end. One that was cancelled before anything was done has neither.
+    struct WizardEnd {
+        std::function<void(const UnifiedProfile& stored)> whenSaved; ///< before anything is told
+        std::function<void()> whenFailed;                            ///< what came before the profile may be done
+    };
     /// "Save Profile" of the wizard.
-    /// @param whenSaved  called before anything is told, with the record as it is stored
-    QCoro::Task<ActionOutcome> saveInWizard(const ProfileToSave& wanted, Afterwards afterwards,
-                                            const WhenSaved& whenSaved, ActionListener& listener);
+    QCoro::Task<ActionOutcome> saveInWizard(const ProfileToSave& wanted, Afterwards afterwards, const WizardEnd& end,
+                                            ActionListener& listener);
 
 private:
     struct Saved {
@@ -66,8 +69,8 @@ private:
     };
 
     QCoro::Task<std::optional<ClosingAlert>> saveOffered(Action& action, std::shared_ptr<ProfileSaveOffer> offer);
-    QCoro::Task<void> saveAndTell(Action& action, ProfileToSave wanted, Afterwards afterwards, WhenSaved whenSaved);
-    QCoro::Task<ActionOutcome> saveAndApply(ProfileToSave wanted, WhenSaved whenSaved, ActionListener* listener);
+    QCoro::Task<void> saveAndTell(Action& action, ProfileToSave wanted, Afterwards afterwards, WizardEnd end);
+    QCoro::Task<ActionOutcome> saveAndApply(ProfileToSave wanted, WizardEnd end, ActionListener* listener);
 
     QCoro::Task<std::optional<Saved>> save(Action& action, ProfileToSave wanted, std::function<void()> begins);
     QCoro::Task<bool> isAgreedTo(Action& action, ProfileToSave wanted, ProfileNameUse use);

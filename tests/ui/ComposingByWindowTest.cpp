@@ -380,8 +380,11 @@ TEST_F(ComposingOnFullDisk, theWizardStaysWithEverythingInIt) {
     click(u"Deactivate Siri Core Services"_s);
     goToLastStep();
     typeName(u"Tour"_s);
+    const QString baseline = u"Save master restore baseline from current setup"_s;
+    click(baseline);
     press(Qt::Key_Return);
-    waitUntilAlert(u"Error"_s);
+    answerAlert(u"Replace Restore Baseline?"_s, u"Replace"_s);
+    letTimePassUntil([] { return alertTitle() == u"Error"_s; });
     EXPECT_TRUE(alert().text.startsWith(u"Could not save profile: "_s) && alert().text.contains(u"No space left"_s))
         << alert().text.toStdString();
     answerAlert(u"Error"_s);
@@ -389,6 +392,7 @@ TEST_F(ComposingOnFullDisk, theWizardStaysWithEverythingInIt) {
     EXPECT_EQ(textOf(u"Profile name"_s), u"Tour"_s);
     EXPECT_TRUE(session().workingCopy.settings().siri);
     EXPECT_TRUE(isUsable(u"Save Profile"_s));
+    EXPECT_FALSE(qobject_cast<QAbstractButton*>(control(baseline))->isChecked()) << "it may have been written";
 }
 
 TEST_F(ComposingByWindow, theWizardAsksBeforeATakenNameAndACancelledOneGivesTheLoadedOneBack) {

@@ -60,16 +60,19 @@ protected:
     qsizetype savedCount() { return session->profileStore.listProfiles().size(); }
     QString fileOf(const QString& name) { return session->profileStore.profilesDirectory() + u'/' + name + u".json"_s; }
 
+    ProfileSaving::WizardEnd end() {
+        return {[this](const UnifiedProfile& profile) { left.append(profile.name); }, [this] { ++failures; }};
+    }
     ActionOutcome saveInWizard(const ProfileToSave& wanted,
                                ProfileSaving::Afterwards afterwards = ProfileSaving::Afterwards::Nothing) {
-        const ActionOutcome outcome = ending(session->profileSaving.saveInWizard(
-            wanted, afterwards, [this](const UnifiedProfile& profile) { left.append(profile.name); }, window));
+        const ActionOutcome outcome = ending(session->profileSaving.saveInWizard(wanted, afterwards, end(), window));
         waitForTasks();
         return outcome;
     }
 
     const UnifiedProfile club = numberedProfile(2, u"Club"_s);
     QStringList left; ///< the wizard, by the names of what was saved
+    int failures = 0;
 };
 
 } // namespace
@@ -356,13 +359,20 @@ TEST_F(ProfileSavingTest, aNewOneUnderATakenNameAsksToo) {
     EXPECT_FALSE(saveInWizard({.name = u"Live"_s}).succeeded);
     EXPECT_EQ(told(), QStringList(kOverwriteLive));
     EXPECT_EQ(left, QStringList());
+    EXPECT_EQ(failures, 0) << "nothing was done";
     EXPECT_EQ(stored(u"Live"_s)->settings, live.settings);
 }
 
+TEST_F(ProfileSavingTest, theWizardIsToldWhatFailed) {
+    files.failOn(MemoryFileManager::Operation::Write, fileOf(u"Tour"_s));
+    EXPECT_FALSE(saveInWizard({.name = u"Tour"_s}).succeeded);
+    EXPECT_EQ(failures, 1);
+    EXPECT_EQ(left, QStringList());
+}
+
 TEST_F(ProfileSavingTest, savedAndAppliedInOneGoIsReviewed) {
-    session->tasks.start(session->profileSaving.saveInWizard(
-        {.name = u"Tour"_s}, ProfileSaving::Afterwards::Apply,
-        [this](const UnifiedProfile& profile) { left.append(profile.name); }, window));
+    session->tasks.start(
+        session->profileSaving.saveInWizard({.name = u"Tour"_s}, ProfileSaving::Afterwards::Apply, end(), window));
     waitFor(ApplyReview::State::Reviewing);
     EXPECT_EQ(left, QStringList(u"Tour"_s));
     EXPECT_EQ(told(), QStringList()) << "the review takes the alert's place";

@@ -179,15 +179,15 @@ void ProfileWizardView::save() {
     const QPointer<ProfileWizardView> view(this);
     const std::shared_ptr<ProfileWizard> wizard = m_wizard;
     Session& session = m_environment.session;
-    session.tasks.start(session.profileSaving.saveInWizard(
-        wizard->wanted(), wizard->afterwards(),
-        [view, wizard](const UnifiedProfile&) {
-            wizard->saved();
-            if (view != nullptr) {
-                Q_EMIT view->left();
-            }
-        },
-        m_environment.listener));
+    const auto whenSaved = [view, wizard](const UnifiedProfile&) {
+        wizard->saved();
+        if (view != nullptr) {
+            Q_EMIT view->left();
+        }
+    };
+    const auto whenFailed = [wizard] { wizard->notSaved(); };
+    session.tasks.start(session.profileSaving.saveInWizard(wizard->wanted(), wizard->afterwards(),
+                                                           {whenSaved, whenFailed}, m_environment.listener));
 }
 
 } // namespace quorvane
