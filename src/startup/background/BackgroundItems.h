@@ -110,6 +110,7 @@ private:
     bool leavesADaemon(const QString& label) const;
     void markOverridden(const QString& label);
     enum class UnavailableLine { EachTarget, Once };
+    void tellOfEndInCall();
     void disallowTargets(const QList<BackgroundDisableTarget>& targets, UnavailableLine unavailableLine);
 
     enum class PlanResolution { BeforeFlush, AfterFlush };
@@ -142,6 +143,7 @@ private:
 
     AdminBatch& m_batch;
     ServiceManagementBTM m_serviceManagement;
+    bool m_hasToldOfEndInCall = false;
     std::optional<BackgroundTaskList> m_list;
     BackgroundTaskItemsFetchMode m_fetchMode = BackgroundTaskItemsFetchMode::automatic;
     bool m_needsPrivilegedFetch = false; ///< the batch will leave a dump to read
