@@ -4,6 +4,7 @@
 #include "platform/macos/BundleRules.h"
 #include "platform/macos/DescriptorLimit.h"
 #include "platform/macos/LoginServiceRules.h"
+#include "platform/macos/MachineRules.h"
 
 #include <gtest/gtest.h>
 
@@ -59,6 +60,12 @@ TEST(LoginServiceRules, whatIsSoAlreadyIsNoFailure) {
         EXPECT_EQ(failureOfRegistering(code, u"words"_s), u"words"_s) << code;
         EXPECT_EQ(failureOfUnregistering(code, u"words"_s), u"words"_s) << code;
     }
+}
+
+TEST(MachineRules, aVersionHasTwoNumbersAndAThirdOneAfterAnUpdate) {
+    EXPECT_EQ(versionText(14, 0, 0), u"14.0"_s);
+    EXPECT_EQ(versionText(15, 7, 1), u"15.7.1"_s);
+    EXPECT_EQ(versionText(26, 0, 2), u"26.0.2"_s);
 }
 
 namespace {
