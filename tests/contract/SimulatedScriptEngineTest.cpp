@@ -4,7 +4,7 @@
 
 #include "fakes/EventLoop.h"
 #include "fakes/HeldAuthorizationPrompt.h"
-#include "simulator/ScriptProtocol.h"
+#include "json/ScriptProtocol.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -29,8 +29,8 @@ protected:
         const QString program = folder.path() + u"/engine"_s;
         QFile file(program);
         EXPECT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-        file.write("#!/bin/sh\nread source\ncat <<'END'\n" + macsim::ScriptProtocol::authorizationWanted(kAsked) +
-                   "END\n" + afterwards + "\n");
+        file.write("#!/bin/sh\nread source\ncat <<'END'\n" + ScriptProtocol::authorizationWanted(kAsked) + "END\n" +
+                   afterwards + "\n");
         file.close();
         EXPECT_TRUE(file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
         engine = std::make_unique<SimulatedScriptEngine>(program, QProcessEnvironment::systemEnvironment(), prompt);
@@ -53,9 +53,8 @@ protected:
 } // namespace
 
 TEST_F(ScriptEngineProcess, anAnswerReachesTheScript) {
-    const QFuture<ScriptOutcome> outcome =
-        runAndAsk("read answer\ncase $answer in *deny*) cat <<'END'\n" +
-                  macsim::ScriptProtocol::error(u"denied"_s, -60007) + "END\n;; esac");
+    const QFuture<ScriptOutcome> outcome = runAndAsk("read answer\ncase $answer in *deny*) cat <<'END'\n" +
+                                                     ScriptProtocol::error(u"denied"_s, -60007) + "END\n;; esac");
     waitUntilAsked();
     prompt.answer(Authorization::Deny);
     waitFor(outcome);

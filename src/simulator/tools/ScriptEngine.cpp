@@ -1,8 +1,8 @@
 #include "simulator/tools/ScriptEngine.h"
 
 #include "simulator/Authorizer.h"
-#include "simulator/ScriptProtocol.h"
 #include "simulator/tools/ScriptRunner.h"
+#include "json/ScriptProtocol.h"
 
 #include <QFile>
 
@@ -23,7 +23,9 @@ public:
         m_toProgram.write(ScriptProtocol::authorizationWanted(prompt));
         m_toProgram.flush();
         const ScriptProtocol::Message message = ScriptProtocol::parsed(m_fromProgram.readLine());
-        return message.kind == ScriptProtocol::Message::Kind::Answer ? message.answer : Authorization::Cancel;
+        const bool isAnswer = message.kind == ScriptProtocol::Message::Kind::Answer;
+        return (isAnswer ? authorizationNamed(message.text.toStdString()) : std::nullopt)
+            .value_or(Authorization::Cancel);
     }
 
 private:
