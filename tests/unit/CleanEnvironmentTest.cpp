@@ -1,5 +1,7 @@
 #include "platform/macos/CleanEnvironment.h"
 
+#include <QMap>
+
 #include <gtest/gtest.h>
 
 #include <cstdlib>
