@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include <optional>
+#include <memory>
 #include <thread>
 
 namespace quorvane {
@@ -84,7 +84,7 @@ TEST(OpenAnswers, aSecondAnswerIsDropped) {
 }
 
 TEST(OpenAnswers, anAnswerMayComeAfterItIsGone) {
-    std::optional<Answers> answers(std::in_place, kClosed);
+    auto answers = std::make_unique<Answers>(kClosed);
     const Answers::Question question = answers->ask();
     answerFromAnotherThread(question, 6);
     answers.reset();
