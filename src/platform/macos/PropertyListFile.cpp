@@ -1,5 +1,7 @@
 #include "platform/macos/PropertyListFile.h"
 
+#include "platform/portable/DatalessFiles.h"
+
 #include <QFile>
 
 #include <fcntl.h>
@@ -18,7 +20,8 @@ bool isWholePath(const QString& path) {
 
 bool isReadable(int descriptor) {
     struct stat info {};
-    return ::fstat(descriptor, &info) == 0 && S_ISREG(info.st_mode) && info.st_size <= kLargestFile;
+    return ::fstat(descriptor, &info) == 0 && S_ISREG(info.st_mode) && info.st_size <= kLargestFile &&
+           !isDataless(descriptor);
 }
 
 } // namespace

@@ -1,5 +1,7 @@
 #include "platform/portable/DiskFileManager.h"
 
+#include "platform/portable/DatalessFiles.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -75,17 +77,6 @@ private:
     QString m_path;
     std::unique_ptr<DIR, int (*)(DIR*)> m_folder;
 };
-
-/// True for a file whose content iCloud alone has: reading it would keep the thread in the kernel until the network has brought it
-/// (Apple TN3150).
-bool isDataless([[maybe_unused]] int descriptor) {
-#ifdef SF_DATALESS
-    struct stat info {};
-    return ::fstat(descriptor, &info) == 0 && (info.st_flags & SF_DATALESS) != 0;
-#else
-    return false;
-#endif
-}
 
 /// Returns when the bytes are on the medium. A Mac's fsync only hands them to the drive (fsync(2)), and F_FULLFSYNC isn't known to
 /// every file system.
