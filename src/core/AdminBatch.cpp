@@ -43,6 +43,15 @@ std::optional<QString> refusalOf(const QString& script, const QString& shownProm
     return std::nullopt;
 }
 
+/// The system's words are in the user's language, and may be missing; a cancel has a number.
+QString failureText(const ScriptOutcome& outcome) {
+    constexpr int userCanceled = -128; // MacErrors.h: userCanceledErr
+    if (outcome.errorMessage) {
+        return *outcome.errorMessage;
+    }
+    return outcome.errorNumber == userCanceled ? u"User canceled."_s : u"Unknown error"_s;
+}
+
 } // namespace
 
 AdminBatch::AdminBatch(FlowEnvironment& environment, ScriptEngine& scripts)
@@ -59,7 +68,7 @@ QCoro::Task<CommandResult> AdminBatch::execute(QString script, QString prompt) {
     if (outcome.result) {
         co_return CommandResult{0, *outcome.result, {}};
     }
-    co_return CommandResult{1, {}, outcome.errorMessage.value_or(u"Unknown error"_s)};
+    co_return CommandResult{1, {}, failureText(outcome)};
 }
 
 QCoro::Task<CommandResult> AdminBatch::run(QString script, QString prompt) {

@@ -18,6 +18,10 @@ inline const QString kQuorvaneManagedStartupAppPaths = QStringLiteral("QuorvaneM
 /// Boolean: this program has switched the automatic backups off, and they haven't been seen on since.
 inline const QString kQuorvaneSwitchedBackupsOff = QStringLiteral("QuorvaneSwitchedBackupsOff");
 
+/// String: a private entry point that was being called, and the version of macOS: "SMLoginItemSetUserAllowed_4BTM 14.7". There
+/// only during the call, or when the program ended in it.
+inline const QString kQuorvaneBackgroundTaskCallBegan = QStringLiteral("QuorvaneBackgroundTaskCallBegan");
+
 /// Boolean: the app lock is on.
 inline const QString kQuorvaneAppLockEnabled = QStringLiteral("QuorvaneAppLockEnabled");
 

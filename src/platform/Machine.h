@@ -25,6 +25,8 @@ public:
     /// An id that this computer keeps for good, whatever its name is; no other has it. Empty where it can't be told.
     /// On a Mac the platform's UUID.
     virtual QString hardwareId() const = 0;
+    /// The version of macOS, for people: "14.7". Another one after each update.
+    virtual QString systemVersion() const = 0;
     /// Of the real user, whatever rights the process has.
     virtual quint32 userId() const = 0;
     /// A moment as the user writes it, in their language and time zone: the date in medium, the time in short length.

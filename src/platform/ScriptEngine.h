@@ -9,8 +9,9 @@ namespace quorvane {
 
 /// The outcome of an AppleScript: either a result or an error.
 struct ScriptOutcome {
-    std::optional<QString> result;       ///< the result's text, empty when the script has none; absent on an error
-    std::optional<QString> errorMessage; ///< the system's message; absent when there is no error or no message
+    std::optional<QString> result{};       ///< the result's text, empty when the script has none; absent on an error
+    std::optional<QString> errorMessage{}; ///< the system's message; absent when there is no error or no message
+    std::optional<int> errorNumber{};      ///< of the error: -128 for a cancel; absent when the system gives none
 };
 
 /// Compiles and runs AppleScript in process, off the main thread.
@@ -21,7 +22,8 @@ public:
     ScriptEngine& operator=(const ScriptEngine&) = delete;
     virtual ~ScriptEngine() = default;
 
-    /// A script that doesn't compile, fails, or is cancelled in its authorization dialog ends in an error. The future
+    /// A script that doesn't compile, fails, or is cancelled in its authorization dialog ends in an error; of its message only
+    /// the number can be relied on, as the words are in the user's language. The future
     /// finishes on the thread that called; it is never cancelled and holds no exception.
     virtual QFuture<ScriptOutcome> run(QString source) = 0;
 

@@ -26,6 +26,10 @@ public:
     virtual void setString(const QString& key, const QString& value) = 0;
     virtual void setStringArray(const QString& key, const QStringList& value) = 0;
     virtual void setBoolean(const QString& key, bool value) = 0;
+    /// Nothing happens where the key is missing.
+    virtual void remove(const QString& key) = 0;
+    /// Returns when what was set has reached the system's store: it outlives a sudden end of the program from then on.
+    virtual void synchronize() = 0;
 };
 
 } // namespace quorvane

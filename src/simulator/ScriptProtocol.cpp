@@ -17,14 +17,23 @@ constexpr std::array<std::pair<Kind, const char*>, 5> kKeys{{{Kind::Source, "sou
                                                              {Kind::Result, "result"},
                                                              {Kind::Error, "error"}}};
 
-QByteArray line(Kind kind, const std::string& text) {
+constexpr const char* kNumber = "number";
+
+QByteArray line(const Json& message) {
+    return QByteArray::fromStdString(message.dump(-1, ' ', false, Json::error_handler_t::replace)) + '\n';
+}
+
+Json message(Kind kind, const std::string& text) {
     for (const auto& [candidate, key] : kKeys) {
         if (candidate == kind) {
-            return QByteArray::fromStdString(Json{{key, text}}.dump(-1, ' ', false, Json::error_handler_t::replace)) +
-                   '\n';
+            return Json{{key, text}};
         }
     }
     return {};
+}
+
+QByteArray line(Kind kind, const std::string& text) {
+    return line(message(kind, text));
 }
 
 } // namespace
@@ -45,8 +54,10 @@ QByteArray result(const QString& text) {
     return line(Kind::Result, text.toStdString());
 }
 
-QByteArray error(const QString& message) {
-    return line(Kind::Error, message.toStdString());
+QByteArray error(const QString& text, int number) {
+    Json error = message(Kind::Error, text.toStdString());
+    error[kNumber] = number;
+    return line(error);
 }
 
 Message parsed(const QByteArray& line) {
@@ -56,10 +67,13 @@ Message parsed(const QByteArray& line) {
             continue;
         }
         const std::string text = json.at(key).get<std::string>();
-        Message message{kind, QString::fromStdString(text), Authorization::Cancel};
+        Message message{kind, QString::fromStdString(text)};
         if (kind == Kind::Answer) {
             const std::optional<Authorization> answer = authorizationNamed(text);
             return answer ? Message{kind, {}, *answer} : Message{};
+        }
+        if (kind == Kind::Error && json.contains(kNumber) && json.at(kNumber).is_number_integer()) {
+            message.number = json.at(kNumber).get<int>();
         }
         return message;
     }

@@ -5,6 +5,8 @@
 #include <QByteArray>
 #include <QString>
 
+#include <optional>
+
 namespace macsim::ScriptProtocol {
 
 // The conversation between a program that runs AppleScript on the simulated Mac and the process that runs it: one JSON
@@ -18,7 +20,7 @@ QByteArray answer(Authorization answer);
 /// Engine to program.
 QByteArray authorizationWanted(const QString& prompt);
 QByteArray result(const QString& text);
-QByteArray error(const QString& message);
+QByteArray error(const QString& text, int number);
 
 /// One line of either side.
 struct Message {
@@ -26,6 +28,7 @@ struct Message {
     Kind kind = Kind::Unintelligible;
     QString text; ///< the source, prompt, result or message
     Authorization answer = Authorization::Cancel;
+    std::optional<int> number{}; ///< of the error
 };
 Message parsed(const QByteArray& line);
 

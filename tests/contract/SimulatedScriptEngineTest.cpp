@@ -53,12 +53,14 @@ protected:
 } // namespace
 
 TEST_F(ScriptEngineProcess, anAnswerReachesTheScript) {
-    const QFuture<ScriptOutcome> outcome = runAndAsk("read answer\ncase $answer in *deny*) cat <<'END'\n" +
-                                                     macsim::ScriptProtocol::error(u"denied"_s) + "END\n;; esac");
+    const QFuture<ScriptOutcome> outcome =
+        runAndAsk("read answer\ncase $answer in *deny*) cat <<'END'\n" +
+                  macsim::ScriptProtocol::error(u"denied"_s, -60007) + "END\n;; esac");
     waitUntilAsked();
     prompt.answer(Authorization::Deny);
     waitFor(outcome);
     EXPECT_EQ(outcome.result().errorMessage, u"denied"_s);
+    EXPECT_EQ(outcome.result().errorNumber, -60007);
     EXPECT_EQ(prompt.withdrawn(), QStringList()) << "it was answered";
 }
 

@@ -68,6 +68,17 @@ TEST_F(UserDefaultsContract, aWriteKeepsTheOtherKeys) {
     EXPECT_EQ(store().read(kOwnDomain, u"theirs"_s), PropertyList(7));
 }
 
+TEST_F(UserDefaultsContract, whatIsRemovedIsMissing) {
+    defaults.setString(u"one"_s, u"1"_s);
+    defaults.setString(u"two"_s, u"2"_s);
+    defaults.remove(u"one"_s);
+    defaults.remove(u"never there"_s);
+    defaults.synchronize();
+    EXPECT_EQ(defaults.string(u"one"_s), std::nullopt);
+    EXPECT_EQ(defaults.string(u"two"_s), u"2"_s);
+    EXPECT_EQ(store().read(kOwnDomain, u"one"_s), std::nullopt);
+}
+
 TEST_F(UserDefaultsContract, aMissingKeyIsNone) {
     EXPECT_EQ(defaults.string(u"missing"_s), std::nullopt);
     EXPECT_EQ(defaults.stringArray(u"missing"_s), QStringList());

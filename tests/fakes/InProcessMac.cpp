@@ -46,9 +46,9 @@ QFuture<ScriptOutcome> InProcessScriptEngine::run(QString source) {
     macsim::ToolContext context = m_tools.context({QStringLiteral("scriptengine")});
     const auto result = macsim::runScriptOnMac(source, context);
     if (const auto* error = std::get_if<macsim::ScriptError>(&result)) {
-        return QtFuture::makeReadyFuture(ScriptOutcome{std::nullopt, error->message});
+        return QtFuture::makeReadyFuture(ScriptOutcome{std::nullopt, error->message, error->number});
     }
-    return QtFuture::makeReadyFuture(ScriptOutcome{std::get<macsim::ScriptResult>(result).text, std::nullopt});
+    return QtFuture::makeReadyFuture(ScriptOutcome{std::get<macsim::ScriptResult>(result).text});
 }
 
 Host InProcessHost::host() {

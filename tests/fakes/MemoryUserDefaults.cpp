@@ -28,6 +28,16 @@ void MemoryUserDefaults::setBoolean(const QString& key, bool value) {
     set(key, value);
 }
 
+void MemoryUserDefaults::remove(const QString& key) {
+    if (!refusesWrites) {
+        values.remove(key);
+    }
+}
+
+void MemoryUserDefaults::synchronize() {
+    synchronized = values;
+}
+
 void MemoryUserDefaults::set(const QString& key, const QVariant& value) {
     if (refusesWrites) {
         return;

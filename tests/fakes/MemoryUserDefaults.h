@@ -15,9 +15,12 @@ public:
     void setString(const QString& key, const QString& value) override;
     void setStringArray(const QString& key, const QStringList& value) override;
     void setBoolean(const QString& key, bool value) override;
+    void remove(const QString& key) override;
+    void synchronize() override;
 
     QMap<QString, QVariant> values;
-    QStringList writtenKeys; ///< in the order of the writes
+    QMap<QString, QVariant> synchronized; ///< what a sudden end would leave
+    QStringList writtenKeys;              ///< in the order of the writes
     bool refusesWrites = false;
 
 private:

@@ -14,6 +14,9 @@ BackgroundTaskPermissions::SetUserAllowed ScriptedBackgroundTaskPermissions::ent
     }
     return [this, symbol](const QString& application, const QString& label, bool isAllowed) {
         m_trace.append(u"? "_s + commandLine({symbol, application, label, isAllowed ? u"true"_s : u"false"_s}));
+        if (duringCall) {
+            duringCall();
+        }
         return answers.value(symbol);
     };
 }

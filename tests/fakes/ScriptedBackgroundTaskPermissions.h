@@ -5,6 +5,8 @@
 
 #include <QMap>
 
+#include <functional>
+
 namespace quorvane {
 
 using namespace Qt::StringLiterals;
@@ -20,7 +22,8 @@ public:
     SetUserAllowed entryPoint(const QString& symbol) override;
 
     bool isLibraryThere = false;
-    QMap<QString, bool> answers; ///< what each entry point answers that the library has
+    QMap<QString, bool> answers;      ///< what each entry point answers that the library has
+    std::function<void()> duringCall; ///< what else happens while an entry point is being called
 
 private:
     QStringList& m_trace;

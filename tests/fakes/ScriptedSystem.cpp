@@ -73,8 +73,7 @@ QString ScriptedScriptEngine::withoutPath(QString source) {
 
 QFuture<ScriptOutcome> ScriptedScriptEngine::run(QString source) {
     m_trace.append(u"& "_s + withoutPath(source));
-    const ScriptOutcome outcome =
-        m_outcomes.isEmpty() ? ScriptOutcome{QString(), std::nullopt} : m_outcomes.takeFirst();
+    const ScriptOutcome outcome = m_outcomes.isEmpty() ? ScriptOutcome{QString()} : m_outcomes.takeFirst();
     if (outcome.result && carryOut) {
         carryOut(source);
     }

@@ -15,13 +15,20 @@ TEST(ScriptProtocol, eachMessageIsOneLineAndReadsAsItself) {
     } cases[] = {{ScriptProtocol::source(text), Kind::Source},
                  {ScriptProtocol::authorizationWanted(text), Kind::AuthorizationWanted},
                  {ScriptProtocol::result(text), Kind::Result},
-                 {ScriptProtocol::error(text), Kind::Error}};
+                 {ScriptProtocol::error(text, -128), Kind::Error}};
     for (const auto& [line, kind] : cases) {
         EXPECT_EQ(line.count('\n'), 1);
         EXPECT_TRUE(line.endsWith('\n'));
         EXPECT_EQ(ScriptProtocol::parsed(line).kind, kind);
         EXPECT_EQ(ScriptProtocol::parsed(line).text, text);
     }
+}
+
+TEST(ScriptProtocol, anErrorHasItsNumber) {
+    EXPECT_EQ(ScriptProtocol::parsed(ScriptProtocol::error(u"User canceled."_s, -128)).number, -128);
+    EXPECT_EQ(ScriptProtocol::parsed(R"({"error":"x"})").number, std::nullopt);
+    EXPECT_EQ(ScriptProtocol::parsed(R"({"error":"x","number":"-128"})").number, std::nullopt);
+    EXPECT_EQ(ScriptProtocol::parsed(ScriptProtocol::result(u"x"_s)).number, std::nullopt);
 }
 
 TEST(ScriptProtocol, anAnswerIsOneOfThree) {

@@ -39,8 +39,14 @@ TEST_F(AdminBatchTest, aFailedRunGivesTheSystemsMessage) {
     const CommandResult cancelled = runAdmin(u"true"_s, u"Please."_s);
     EXPECT_EQ(cancelled.status, 1);
     EXPECT_EQ(cancelled.standardError, u"User canceled."_s);
-    scripts.answerNext({std::nullopt, std::nullopt});
+    scripts.answerNext({std::nullopt, std::nullopt, std::nullopt});
     EXPECT_EQ(runAdmin(u"true"_s, u"Please."_s).standardError, u"Unknown error"_s);
+    scripts.answerNext({std::nullopt, std::nullopt, -128});
+    EXPECT_EQ(runAdmin(u"true"_s, u"Please."_s).standardError, u"User canceled."_s);
+    scripts.answerNext({std::nullopt, std::nullopt, -60007});
+    EXPECT_EQ(runAdmin(u"true"_s, u"Please."_s).standardError, u"Unknown error"_s);
+    scripts.answerNext({std::nullopt, u"Abgebrochen."_s, -128});
+    EXPECT_EQ(runAdmin(u"true"_s, u"Please."_s).standardError, u"Abgebrochen."_s);
 }
 
 TEST_F(AdminBatchTest, aSecondRunShowsTheNeutralPromptUntilOneFails) {

@@ -1,3 +1,4 @@
+#include "core/UserDefaultKeys.h"
 #include "fakes/StartupSystem.h"
 
 namespace quorvane {
@@ -224,6 +225,23 @@ TEST_F(BackgroundLoginItems, helpersOfAServiceGoAsCloudItems) {
                                u"  [APPLIED] Disabled cloud sync launch item: com.getdropbox.dropbox.helper\n"_s);
     EXPECT_TRUE(disableServices({CloudSyncService::dropbox}));
     EXPECT_EQ(takeTrace(), u"  [APPLIED] Cloud Sync Launch Items already match disabled list.\n"_s);
+}
+
+TEST_F(BackgroundLoginItems, anEndInTheSystemsSwitchIsToldOnce) {
+    permissions.isLibraryThere = true;
+    permissions.answers = {{kLoginItemSymbol, true}};
+    defaults.setString(kQuorvaneBackgroundTaskCallBegan, kLoginItemSymbol + u" 14.7"_s);
+    cacheDump(laptopRecords());
+    EXPECT_TRUE(disableLabels({kDropboxHelper}));
+    const QString told =
+        u"  [INFO] Quorvane once ended in a ServiceManagement BTM API; none is called again on macOS 14.7.\n"_s;
+    EXPECT_EQ(takeTrace().section(u"$> "_s, 0, 0),
+              u"  [ACTION] Disabling 1 background login item(s)...\n"_s + told +
+                  u"  [INFO] BTM service API unavailable for com.getdropbox.dropbox.helper; using "
+                  "launchctl/quarantine fallback.\n"_s);
+    cacheDump(laptopRecords());
+    disableServices({CloudSyncService::dropbox});
+    EXPECT_FALSE(takeTrace().contains(told));
 }
 
 TEST_F(BackgroundLoginItems, aPlugInWithAProductsNameStays) {

@@ -22,6 +22,7 @@ public:
     QString temporaryFolder() const override { return {}; }
     QString computerName() const override { return {}; }
     QString hardwareId() const override { return {}; }
+    QString systemVersion() const override { return {}; }
     quint32 userId() const override { return 501; }
     QString dateAndTimeText(const QDateTime& moment) const override {
         return u"on "_s + moment.toString(u"d.M. H:mm"_s);

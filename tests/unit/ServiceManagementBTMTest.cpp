@@ -1,6 +1,9 @@
 #include "startup/background/ServiceManagementBTM.h"
 
+#include "core/UserDefaultKeys.h"
+#include "fakes/MemoryUserDefaults.h"
 #include "fakes/ScriptedBackgroundTaskPermissions.h"
+#include "platform/Machine.h"
 
 #include <gtest/gtest.h>
 
@@ -14,6 +17,20 @@ const QString kLoginItem = u"SMLoginItemSetUserAllowed_4BTM"_s;
 const QString kLaunchdPlist = u"SMLaunchdPlistSetUserAllowed_4BTM"_s;
 const QString kLookUps = kOpen + u"? look up SMLoginItemSetUserAllowed_4BTM\n"
                                  "? look up SMLaunchdPlistSetUserAllowed_4BTM\n"_s;
+
+class VersionedMachine final : public Machine {
+public:
+    QString homeFolder() const override { return {}; }
+    QString applicationSupportFolder() const override { return {}; }
+    QString temporaryFolder() const override { return {}; }
+    QString computerName() const override { return {}; }
+    QString hardwareId() const override { return {}; }
+    QString systemVersion() const override { return version; }
+    quint32 userId() const override { return 501; }
+    QString dateAndTimeText(const QDateTime& /*moment*/) const override { return {}; }
+
+    QString version = u"14.7"_s;
+};
 
 class ServiceManagementBTMTest : public ::testing::Test {
 protected:
@@ -33,7 +50,9 @@ protected:
 
     QStringList trace;
     ScriptedBackgroundTaskPermissions permissions{trace};
-    ServiceManagementBTM btm{permissions};
+    MemoryUserDefaults defaults;
+    VersionedMachine machine;
+    ServiceManagementBTM btm{permissions, defaults, machine};
 };
 
 TEST_F(ServiceManagementBTMTest, theLoginItemsEntryPointIsAskedFirstAndSuffices) {
@@ -106,6 +125,50 @@ TEST_F(ServiceManagementBTMTest, missingEntryPointsAreNotLookedForAgain) {
     permissions.answers = {{kLoginItem, true}, {kLaunchdPlist, true}};
     EXPECT_EQ(disallow(), Outcome::Unavailable);
     EXPECT_EQ(takeTrace(), QString());
+}
+
+TEST_F(ServiceManagementBTMTest, aCallIsWrittenDownForGoodWhileItLasts) {
+    permissions.answers = {{kLoginItem, false}, {kLaunchdPlist, true}};
+    QStringList marks;
+    permissions.duringCall = [&] {
+        marks.append(defaults.synchronized.value(kQuorvaneBackgroundTaskCallBegan).toString());
+    };
+    disallow();
+    EXPECT_EQ(marks, QStringList({kLoginItem + u" 14.7"_s, kLaunchdPlist + u" 14.7"_s}));
+    EXPECT_EQ(defaults.values, (QMap<QString, QVariant>()));
+    EXPECT_EQ(defaults.synchronized, defaults.values);
+}
+
+TEST_F(ServiceManagementBTMTest, afterAnEndInACallNoneIsMadeAgainOnThatVersion) {
+    permissions.answers = {{kLoginItem, true}, {kLaunchdPlist, true}};
+    permissions.duringCall = [this] { throw defaults.synchronized; };
+    QMap<QString, QVariant> left;
+    try {
+        disallow();
+    } catch (const QMap<QString, QVariant>& stored) {
+        left = stored;
+    }
+    defaults.values = left;
+    permissions.duringCall = {};
+    takeTrace();
+
+    ServiceManagementBTM again(permissions, defaults, machine);
+    EXPECT_EQ(again.disallowBackgroundItem(u"/A.app"_s, u"second"_s), Outcome::Unavailable);
+    EXPECT_TRUE(again.hasEndedInCall());
+    EXPECT_EQ(takeTrace(), QString());
+    EXPECT_EQ(defaults.values, left) << "for the starts to come";
+
+    machine.version = u"14.7.1"_s;
+    ServiceManagementBTM updated(permissions, defaults, machine);
+    EXPECT_EQ(updated.disallowBackgroundItem(u"/A.app"_s, u"second"_s), Outcome::Succeeded);
+    EXPECT_FALSE(updated.hasEndedInCall());
+    EXPECT_EQ(defaults.values, (QMap<QString, QVariant>()));
+}
+
+TEST_F(ServiceManagementBTMTest, aMarkOfAnotherVersionIsNone) {
+    defaults.setString(kQuorvaneBackgroundTaskCallBegan, kLoginItem + u" 4.7"_s);
+    permissions.answers = {{kLoginItem, true}};
+    EXPECT_EQ(disallow(), Outcome::Succeeded);
 }
 
 TEST_F(ServiceManagementBTMTest, nothingIsLookedUpBeforeTheFirstCall) {

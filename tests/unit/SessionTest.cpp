@@ -21,6 +21,8 @@ public:
     void setString(const QString& key, const QString& value) override { stored.setString(key, value); }
     void setStringArray(const QString& key, const QStringList& value) override { stored.setStringArray(key, value); }
     void setBoolean(const QString& key, bool value) override { stored.setBoolean(key, value); }
+    void remove(const QString& key) override { stored.remove(key); }
+    void synchronize() override { stored.synchronize(); }
 
     MemoryUserDefaults stored;
 };

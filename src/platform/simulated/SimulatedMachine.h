@@ -20,6 +20,7 @@ public:
     QString temporaryFolder() const override { return m_mac.temporaryFolder().chopped(1); }
     QString computerName() const override { return m_mac.machine().computerName; }
     QString hardwareId() const override { return m_mac.machine().hardwareUuid; }
+    QString systemVersion() const override { return m_mac.machine().systemVersion; }
     quint32 userId() const override { return static_cast<quint32>(m_mac.machine().userId); }
     /// As a Mac whose language is English.
     QString dateAndTimeText(const QDateTime& moment) const override {

@@ -64,10 +64,10 @@ private:
                 ask(message.text);
                 break;
             case macsim::ScriptProtocol::Message::Kind::Result:
-                m_outcome = {message.text, std::nullopt};
+                m_outcome = {message.text};
                 break;
             case macsim::ScriptProtocol::Message::Kind::Error:
-                m_outcome = {std::nullopt, message.text};
+                m_outcome = {std::nullopt, message.text, message.number};
                 break;
             case macsim::ScriptProtocol::Message::Kind::Source:
             case macsim::ScriptProtocol::Message::Kind::Answer:

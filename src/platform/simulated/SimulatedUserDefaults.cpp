@@ -2,6 +2,7 @@
 
 #include "simulator/PreferenceStore.h"
 
+#include <functional>
 #include <stdexcept>
 
 namespace quorvane {
@@ -20,12 +21,18 @@ macsim::PreferenceStore store(const macsim::Mac& mac) {
 }
 
 /// A write that fails goes unreported, as the port says; so does one whose store can't be locked.
-void writeOwn(const macsim::Mac& mac, const QString& key, const macsim::PropertyList& value) {
+/// @param write  one of the store's
+void changeOwn(const macsim::Mac& mac, const std::function<void(macsim::PreferenceStore& own)>& write) {
     try {
-        store(mac).write(ownDomain(), key, value);
+        macsim::PreferenceStore own = store(mac);
+        write(own);
     } catch (const std::runtime_error&) {
         return;
     }
+}
+
+void writeOwn(const macsim::Mac& mac, const QString& key, const macsim::PropertyList& value) {
+    changeOwn(mac, [&](macsim::PreferenceStore& own) { own.write(ownDomain(), key, value); });
 }
 
 } // namespace
@@ -67,6 +74,10 @@ void SimulatedUserDefaults::setStringArray(const QString& key, const QStringList
 
 void SimulatedUserDefaults::setBoolean(const QString& key, bool value) {
     writeOwn(m_mac, key, value);
+}
+
+void SimulatedUserDefaults::remove(const QString& key) {
+    changeOwn(m_mac, [&](macsim::PreferenceStore& own) { own.remove(ownDomain(), key); });
 }
 
 } // namespace quorvane

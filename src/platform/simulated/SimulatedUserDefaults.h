@@ -17,6 +17,8 @@ public:
     void setString(const QString& key, const QString& value) override;
     void setStringArray(const QString& key, const QStringList& value) override;
     void setBoolean(const QString& key, bool value) override;
+    void remove(const QString& key) override;
+    void synchronize() override {} ///< each write is in the store at once
 
 private:
     const macsim::Mac& m_mac;

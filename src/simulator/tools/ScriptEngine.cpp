@@ -57,7 +57,7 @@ int runScriptEngine(ToolContext& context) {
     script.journal = context.journal;
     const auto outcome = runScriptOnMac(request.text, script);
     const auto* error = std::get_if<ScriptError>(&outcome);
-    toProgram.write(error ? ScriptProtocol::error(error->message)
+    toProgram.write(error ? ScriptProtocol::error(error->message, error->number)
                           : ScriptProtocol::result(std::get<ScriptResult>(outcome).text));
     return 0;
 }

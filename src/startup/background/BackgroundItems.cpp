@@ -17,6 +17,7 @@
 #include <QCoroTask>
 
 #include <algorithm>
+#include <utility>
 
 namespace quorvane {
 
@@ -40,7 +41,7 @@ QString nothingToDisableLine(BackgroundItemKind kind) {
 BackgroundItems::BackgroundItems(FlowEnvironment& environment, AdminBatch& batch)
     : Flow(environment)
     , m_batch(batch)
-    , m_serviceManagement(host().backgroundTaskPermissions) {}
+    , m_serviceManagement(host().backgroundTaskPermissions, host().defaults, host().machine) {}
 
 // ---- The ladder
 
@@ -144,6 +145,7 @@ void BackgroundItems::disallowTargets(const QList<BackgroundDisableTarget>& targ
             log(u"  [WARNING] Could not disallow BTM service: "_s + target.label);
             break;
         case ServiceManagementBTM::Outcome::Unavailable:
+            tellOfEndInCall();
             if (unavailableLine == UnavailableLine::Once) {
                 log(u"  [INFO] ServiceManagement BTM APIs unavailable; using launchctl and quarantine fallback."_s);
                 return;
@@ -151,6 +153,14 @@ void BackgroundItems::disallowTargets(const QList<BackgroundDisableTarget>& targ
             log(u"  [INFO] BTM service API unavailable for %1; using launchctl/quarantine fallback."_s.arg(
                 target.label));
         }
+    }
+}
+
+/// Once, however often it would have been called.
+void BackgroundItems::tellOfEndInCall() {
+    if (m_serviceManagement.hasEndedInCall() && !std::exchange(m_hasToldOfEndInCall, true)) {
+        log(u"  [INFO] Quorvane once ended in a ServiceManagement BTM API; none is called again on macOS %1."_s.arg(
+            host().machine.systemVersion()));
     }
 }
 

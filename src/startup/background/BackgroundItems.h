@@ -110,6 +110,7 @@ private:
     bool leavesADaemon(const QString& label) const;
     void markOverridden(const QString& label);
     enum class UnavailableLine { EachTarget, Once };
+    void tellOfEndInCall();
     void disallowTargets(const QList<BackgroundDisableTarget>& targets, UnavailableLine unavailableLine);
 
     enum class PlanResolution { BeforeFlush, AfterFlush };
@@ -133,20 +134,23 @@ private:
     std::optional<QString> rootsCommand(const BackgroundDisableTarget& target);
     QCoro::Task<bool> quarantineAsRoot(QList<BackgroundDisableTarget> targets);
     QCoro::Task<void> retryQuarantineOfActiveTargets(QList<BackgroundDisableTarget> targets);
+    void tellOfAppManagement();
     void logFailedQuarantine(const QString& source, const QString& error);
     void makeRoom(const QString& destination);
     void settleLeftovers(const QList<BackgroundTaskItem>& records);
     QString quarantineDestination(const BackgroundDisableTarget& target) const;
     QList<BackgroundDisableTarget> withoutSharedPlaces(const QList<BackgroundDisableTarget>& targets);
-    void removeHelper(const QString& source);
+    bool removeHelper(const QString& source);
 
     AdminBatch& m_batch;
     ServiceManagementBTM m_serviceManagement;
+    bool m_hasToldOfEndInCall = false;
     std::optional<BackgroundTaskList> m_list;
     BackgroundTaskItemsFetchMode m_fetchMode = BackgroundTaskItemsFetchMode::automatic;
     bool m_needsPrivilegedFetch = false; ///< the batch will leave a dump to read
     std::optional<BackgroundLoginItemChangePlan> m_plan;
     QSet<QString> m_switchedOff;                    ///< labels whose overrides launchd keeps: they don't show in a dump
+    bool m_wasKeptOut = false;                      ///< of an application, and not told yet
     QList<BackgroundDisableTarget> m_queuedHelpers; ///< that leave their applications with the open batch
 };
 

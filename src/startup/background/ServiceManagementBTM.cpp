@@ -1,8 +1,35 @@
 #include "startup/background/ServiceManagementBTM.h"
 
+#include "core/UserDefaultKeys.h"
+#include "platform/Machine.h"
+#include "platform/UserDefaults.h"
+
 namespace quorvane {
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Stands in the preferences, for good, while a call lasts.
+class CallMark {
+public:
+    CallMark(UserDefaults& defaults, const QString& call)
+        : m_defaults(defaults) {
+        m_defaults.setString(kQuorvaneBackgroundTaskCallBegan, call);
+        m_defaults.synchronize();
+    }
+    ~CallMark() {
+        m_defaults.remove(kQuorvaneBackgroundTaskCallBegan);
+        m_defaults.synchronize();
+    }
+    CallMark(const CallMark&) = delete;
+    CallMark& operator=(const CallMark&) = delete;
+
+private:
+    UserDefaults& m_defaults;
+};
+
+} // namespace
 
 ServiceManagementBTM::Outcome ServiceManagementBTM::disallowBackgroundItem(const QString& parentApplication,
                                                                            const QString& label) {
@@ -33,11 +60,25 @@ ServiceManagementBTM::ResolvedSymbols ServiceManagementBTM::resolvedSymbols() {
 }
 
 ServiceManagementBTM::ResolvedSymbols ServiceManagementBTM::lookedUpSymbols() {
-    if (!m_permissions.openLibrary(u"/System/Library/Frameworks/ServiceManagement.framework/ServiceManagement"_s)) {
+    const QString left = m_defaults.string(kQuorvaneBackgroundTaskCallBegan).value_or(QString());
+    m_hasEndedInCall = left.endsWith(u' ' + m_machine.systemVersion());
+    if (m_hasEndedInCall ||
+        !m_permissions.openLibrary(u"/System/Library/Frameworks/ServiceManagement.framework/ServiceManagement"_s)) {
         return {};
     }
-    return {m_permissions.entryPoint(u"SMLoginItemSetUserAllowed_4BTM"_s),
-            m_permissions.entryPoint(u"SMLaunchdPlistSetUserAllowed_4BTM"_s)};
+    return {marked(u"SMLoginItemSetUserAllowed_4BTM"_s), marked(u"SMLaunchdPlistSetUserAllowed_4BTM"_s)};
+}
+
+/// The entry point, with a mark around each call of it; empty where the system lacks it.
+BackgroundTaskPermissions::SetUserAllowed ServiceManagementBTM::marked(const QString& symbol) {
+    const BackgroundTaskPermissions::SetUserAllowed entryPoint = m_permissions.entryPoint(symbol);
+    if (!entryPoint) {
+        return {};
+    }
+    return [this, symbol, entryPoint](const QString& application, const QString& label, bool isAllowed) {
+        const CallMark mark(m_defaults, symbol + u' ' + m_machine.systemVersion());
+        return entryPoint(application, label, isAllowed);
+    };
 }
 
 } // namespace quorvane
