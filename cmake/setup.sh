@@ -56,14 +56,16 @@ install_test_packages() {
 # tell_cases_apart: on a Mac, whose disk takes "a" and "A" for one name, temporary files go to an image that doesn't, as the simulated
 # Mac needs. The path is short, because those of sockets may have 103 bytes.
 tell_cases_apart() {
-    local probe place=/private/tmp/quorvane-tests-$(id -u)
+    local probe place
     [ "$(uname)" = Darwin ] || return 0
+    place=/private/tmp/quorvane-tests-$(id -u)
     probe=$(mktemp -d "${TMPDIR:-/tmp}/case.XXXXXX")
     touch "$probe/a"
     if [ -e "$probe/A" ]; then
         if ! mount | grep -qF " on $place "; then
             say "Making a volume that tells cases apart, at $place"
             hdiutil create -quiet -ov -size 8g -type SPARSE -fs 'Case-sensitive APFS' -volname quorvane-tests "$place.sparseimage"
+            mkdir -p "$place"
             hdiutil attach -quiet -nobrowse -mountpoint "$place" "$place.sparseimage"
         fi
         export TMPDIR=$place
