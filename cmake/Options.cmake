@@ -7,7 +7,10 @@ endif()
 # What every target of the project is compiled with. Nothing else sets compiler flags.
 add_library(quorvane_options INTERFACE)
 target_compile_options(quorvane_options INTERFACE
-    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Woverloaded-virtual -Werror)
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Woverloaded-virtual)
+if(QUORVANE_WARNINGS_ARE_ERRORS)
+    target_compile_options(quorvane_options INTERFACE -Werror)
+endif()
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     # g++ 12 takes the unused alternatives of an optimised std::variant for uninitialised data.
     target_compile_options(quorvane_options INTERFACE -Wno-maybe-uninitialized)
@@ -18,6 +21,10 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
 endif()
 target_compile_definitions(quorvane_options INTERFACE
     QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_FOREACH QT_NO_KEYWORDS QT_DISABLE_DEPRECATED_BEFORE=0x060400)
+if(Qt6_VERSION VERSION_GREATER_EQUAL 6.5)
+    # What a later Qt deprecates is all that 6.4 has.
+    target_compile_definitions(quorvane_options INTERFACE QT_WARN_DEPRECATED_UP_TO=0x060400)
+endif()
 target_include_directories(quorvane_options INTERFACE ${PROJECT_SOURCE_DIR}/src)
 target_link_libraries(quorvane_options INTERFACE Qt6::Core)
 
@@ -41,7 +48,8 @@ endif()
 
 # quorvane_gui_program(NAME): a program that links Qt Gui.
 function(quorvane_gui_program name)
-    if(QUORVANE_SANITIZE)
+    # Apple's compiler has no leak sanitizer that could be told anything.
+    if(QUORVANE_SANITIZE AND NOT APPLE)
         target_sources(${name} PRIVATE ${PROJECT_SOURCE_DIR}/cmake/LeakSanitizer.cpp)
     endif()
 endfunction()

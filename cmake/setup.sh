@@ -32,7 +32,8 @@ export CCACHE_SLOPPINESS=${CCACHE_SLOPPINESS:-pch_defines,time_macros,include_fi
 
 install_build_packages() {
     if [ "$(uname)" = Darwin ]; then
-        install_packages cmake ninja pkg-config qt qcoro nlohmann-json libheif libplist
+        # Homebrew has no QCoro: cmake/QCoro.cmake fetches it.
+        install_packages cmake ninja pkgconf qtbase qtsvg nlohmann-json libheif libplist
     else
         # fonts-inter: a bare system has no font at all, and text would be painted blank.
         # bootstrap-icons: what the symbols are drawn from; a Mac has symbols of its own, and Qt's SVG in its package.
@@ -43,12 +44,33 @@ install_build_packages() {
 
 install_test_packages() {
     if [ "$(uname)" = Darwin ]; then
-        install_packages googletest
+        install_packages googletest font-inter shellcheck
     else
         # A display without a screen, a window manager and a status area on it, and hands for mouse and keys.
         # qt6-base-private-dev: a test says to Qt that a screen reader runs.
-        install_packages libgtest-dev libgmock-dev xvfb openbox trayer xdotool qt6-base-private-dev
+        # procps: a test looks for the children of a program. The last three: the Mac's packaging is read.
+        install_packages libgtest-dev libgmock-dev xvfb openbox trayer xdotool qt6-base-private-dev procps file python3 python3-yaml shellcheck
     fi
+}
+
+# tell_cases_apart: on a Mac, whose disk takes "a" and "A" for one name, temporary files go to an image that doesn't, as the simulated
+# Mac needs. The path is short, because those of sockets may have 103 bytes.
+tell_cases_apart() {
+    local probe place
+    [ "$(uname)" = Darwin ] || return 0
+    place=/private/tmp/quorvane-tests-$(id -u)
+    probe=$(mktemp -d "${TMPDIR:-/tmp}/case.XXXXXX")
+    touch "$probe/a"
+    if [ -e "$probe/A" ]; then
+        if ! mount | grep -qF " on $place "; then
+            say "Making a volume that tells cases apart, at $place"
+            hdiutil create -quiet -ov -size 8g -type SPARSE -fs 'Case-sensitive APFS' -volname quorvane-tests "$place.sparseimage"
+            mkdir -p "$place"
+            hdiutil attach -quiet -nobrowse -mountpoint "$place" "$place.sparseimage"
+        fi
+        export TMPDIR=$place
+    fi
+    rm -rf "$probe"
 }
 
 install_benchmark_packages() {

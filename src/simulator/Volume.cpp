@@ -37,6 +37,15 @@ QString joined(const QStringList& components) {
     return u'/' + components.join(u'/');
 }
 
+/// Darwin has a name of its own for it.
+timespec modifiedAt(const struct stat& info) {
+#ifdef __APPLE__
+    return info.st_mtimespec;
+#else
+    return info.st_mtim;
+#endif
+}
+
 } // namespace
 
 FileError::FileError(int errorNumber, QString path)
@@ -338,8 +347,9 @@ QDateTime Volume::modificationTime(const QString& path) const {
     const Located place = locate(path, true);
     struct stat info {};
     require(lstatPath(place.hostPath, info), path);
-    return QDateTime::fromMSecsSinceEpoch(qint64{info.st_mtim.tv_sec} * 1000 +
-                                          info.st_mtim.tv_nsec / kNanosecondsInMillisecond);
+    const timespec modified = modifiedAt(info);
+    return QDateTime::fromMSecsSinceEpoch(qint64{modified.tv_sec} * 1000 +
+                                          modified.tv_nsec / kNanosecondsInMillisecond);
 }
 
 void Volume::setModificationTime(const QString& path, const QDateTime& time) const {

@@ -1,6 +1,22 @@
 #include "fakes/MeasuredRehearsal.h"
 
+#ifdef __APPLE__
+extern char** environ; // no header of Darwin's names it
+#endif
+
 namespace quorvane {
+
+namespace {
+
+long inKibibytes(long maximumResidentSize) {
+#ifdef __APPLE__
+    return maximumResidentSize / 1024; // Darwin counts bytes
+#else
+    return maximumResidentSize;
+#endif
+}
+
+} // namespace
 
 MeasuredRehearsal::MeasuredRehearsal(const QString& place)
     : folder(place) {
@@ -33,7 +49,7 @@ MeasuredEnding MeasuredRehearsal::rehearse(const QStringList& arguments) {
     rusage usage{};
     EXPECT_EQ(::wait4(process, &status, 0, &usage), process);
     return {WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status), content(u"/output"_s),
-            content(u"/error"_s), usage.ru_maxrss};
+            content(u"/error"_s), inKibibytes(usage.ru_maxrss)};
 }
 
 QString MeasuredRehearsal::macFolder() const {
