@@ -114,6 +114,11 @@ Alert overwriteUnreadableQuestion(const QString& fileName) {
         u"This will replace the file \""_s + nameOnOneLine(fileName) + u"\", which can’t be read."_s, u"Overwrite"_s);
 }
 
+Alert animatedPictureQuestion() {
+    return question(u"Show the Label?"_s, u"macOS’s animated desktop picture will come back as a still picture."_s,
+                    u"Show Label"_s);
+}
+
 std::optional<Alert> purgeQuestion(const MaintenanceSelection& selection) {
     QStringList places;
     if (selection.cleanTrash) {

@@ -41,6 +41,8 @@ Alert overwriteQuestion(const QString& profileName);
 /// @param fileName  without ".json"
 Alert overwriteUnreadableQuestion(const QString& fileName);
 /// Escape and Return keep running. @param busyMessage  what the program is busy with; may be empty
+/// Before a picture that macOS animates is covered: it can't be put back.
+Alert animatedPictureQuestion();
 Alert quitQuestion(const QString& busyMessage);
 /// Of a menu that knows no program yet.
 Alert notReadyQuestion();

@@ -34,6 +34,11 @@ QCoro::Task<ActionOutcome> SettingsActions::showLabel(const QString& name, Actio
         if (!co_await action.passesGate(kLabelActivity)) {
             co_return;
         }
+        const std::optional<Alert> question =
+            m_parts.label.hasAnimatedPicture() ? std::optional(animatedPictureQuestion()) : std::nullopt;
+        if (!co_await action.isAgreedTo(question)) {
+            co_return;
+        }
         action.carryOutAtOnce();
         const auto readAnew = qScopeGuard([this] { m_parts.status.readAnew(); });
         const QString shown = name.isEmpty() ? labelName() : name;

@@ -32,7 +32,8 @@ public:
         : m_stage(stage)
         , m_parts(parts) {}
 
-    /// "Show Current Profile on Wallpaper". Succeeded when every display shows the label.
+    /// "Show Current Profile on Wallpaper"; a question first where macOS animates the picture of a display. Succeeded when
+    /// every display shows the label.
     /// @param name  none takes that of the title, and where that has none the one that stood there last
     QCoro::Task<ActionOutcome> showLabel(const QString& name, ActionListener& listener);
     /// Gives the displays their own pictures back.

@@ -32,6 +32,7 @@ SettingsFacts SettingsStatus::read() const {
     facts.showsLabel = m_defaults.boolean(kShowProfileOnWallpaper);
     facts.hasLabelName = !name.isEmpty() && !isDefaultProfileName(name);
     facts.isLabelInPlace = facts.showsLabel && facts.hasLabelName && m_label.isOverlayInPlace();
+    facts.hasAnimatedPicture = facts.showsLabel && m_label.hasAnimatedPicture();
     facts.launchAtLogin = m_loginService.state();
     facts.fullDiskAccess = readFullDiskAccess(m_files);
     return facts;

@@ -13,9 +13,10 @@ class UserDefaults;
 
 /// What is so now of what a user sets outside their profiles.
 struct SettingsFacts {
-    bool showsLabel = false;     ///< the option is on
-    bool hasLabelName = false;   ///< there is a profile to name
-    bool isLabelInPlace = false; ///< every display shows it
+    bool showsLabel = false;         ///< the option is on
+    bool hasLabelName = false;       ///< there is a profile to name
+    bool isLabelInPlace = false;     ///< every display shows it
+    bool hasAnimatedPicture = false; ///< a display was left without it, because macOS animates its picture
     LoginService::State launchAtLogin = LoginService::State::NotEnabled;
     FullDiskAccess fullDiskAccess = FullDiskAccess::Unknown;
 

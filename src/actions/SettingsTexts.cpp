@@ -1,5 +1,6 @@
 #include "actions/SettingsTexts.h"
 
+#include "actions/SettingsStatus.h"
 #include "core/OneLine.h"
 #include "lock/BiometryNames.h"
 #include "platform/Machine.h"
@@ -107,12 +108,16 @@ RowText wallpaperRow() {
             u"Displays the profile name in bold at the top-left of your wallpaper"_s, u"display"_s};
 }
 
-QString wallpaperNote(bool isOn, bool hasName, bool isInPlace) {
-    if (!isOn || (hasName && isInPlace)) {
+QString wallpaperNote(const SettingsFacts& facts) {
+    if (!facts.showsLabel || (facts.hasLabelName && facts.isLabelInPlace)) {
         return {};
     }
-    return hasName ? u"Could not be shown on every display. Check the Logs tab."_s
-                   : u"Shown after a profile was applied."_s;
+    if (!facts.hasLabelName) {
+        return u"Shown after a profile was applied."_s;
+    }
+    return facts.hasAnimatedPicture
+               ? u"Not shown where macOS animates the picture. Switch this off and on to show it there, too."_s
+               : u"Could not be shown on every display. Check the Logs tab."_s;
 }
 
 // ---- Startup

@@ -13,6 +13,7 @@
 namespace quorvane {
 
 class Machine;
+struct SettingsFacts;
 
 // ---- Appearance
 
@@ -53,7 +54,7 @@ inline const QString kWallpaperTitle = QStringLiteral("Wallpaper");
 inline const QString kWallpaperHeader = QStringLiteral("Show your active Quorvane profile on the desktop wallpaper.");
 RowText wallpaperRow();
 /// What stands below the row beside that; empty where all is well.
-QString wallpaperNote(bool isOn, bool hasName, bool isInPlace);
+QString wallpaperNote(const SettingsFacts& facts);
 
 // ---- Startup
 

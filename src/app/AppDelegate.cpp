@@ -59,7 +59,8 @@ SessionParts AppDelegate::sessionParts() {
     };
     const auto makeLabel = [this](SystemManager& system) {
         const Host& host = m_parts.host;
-        const WallpaperPorts ports{host.files, host.machine, host.displays, host.defaults, host.notifications};
+        const WallpaperPorts ports{host.files,    host.machine,  host.propertyLists,
+                                   host.displays, host.defaults, host.notifications};
         auto overlay = std::make_unique<WallpaperProfileOverlay>(ports);
         overlay->follow(system);
         return overlay;

@@ -31,6 +31,13 @@ inline const QString kShowProfileOnWallpaper = QStringLiteral("showProfileOnWall
 /// String: the name that stands there now. "Default", or a missing value, means none.
 inline const QString kWallpaperProfileName = QStringLiteral("wallpaperProfileName");
 
+/// String: the highest number that a picture of the program's has had on a desktop, so that no other is given it.
+inline const QString kQuorvaneWallpaperNumber = QStringLiteral("QuorvaneWallpaperNumber");
+
+/// String array: the displays that were given a still picture back for an animated one, and show it since; each as
+/// "display-1 /System/Library/CoreServices/DefaultDesktop.heic".
+inline const QString kQuorvaneStillDesktopPictures = QStringLiteral("QuorvaneStillDesktopPictures");
+
 /// String: "light", "dark", or anything else for the system's appearance.
 inline const QString kAppearanceMode = QStringLiteral("appearanceMode");
 

@@ -11,7 +11,7 @@ namespace quorvane {
 struct Display {
     std::optional<quint32> number; ///< the system's number for it, "NSScreenNumber"; none when the system doesn't say
     QString localizedName;         ///< "Built-in Retina Display"
-    QRectF frame;                  ///< its place on the desktop, in points
+    QRectF frame;                  ///< its place on the desktop, in points, from the top left of the first display
     double backingScaleFactor = 1; ///< device pixels per point
 
     bool operator==(const Display&) const = default;

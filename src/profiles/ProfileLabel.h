@@ -30,7 +30,8 @@ public:
 
     // Each task ends when the displays show what was asked for, or what a later call has asked for instead.
 
-    /// The option in Settings. @param name  of the active profile; empty when it isn't known
+    /// The option in Settings. It alone also covers pictures that macOS animates: who calls it with true has asked.
+    /// @param name  of the active profile; empty when it isn't known
     virtual QCoro::Task<void> setOverlayEnabled(bool enabled, QString name) = 0;
     /// At start-up, with what updateForAppliedProfile takes. While Default stands there, a display that still shows a label
     /// gets its picture back, and nothing else happens.
@@ -47,6 +48,9 @@ public:
 
     /// True when the option is on and every display shows the stored name's label.
     virtual bool isOverlayInPlace() const = 0;
+    /// True when a display shows a picture that macOS animates or manages itself, as far as that can be told. Under a label
+    /// it would be lost: a still one comes back.
+    virtual bool hasAnimatedPicture() const = 0;
 
 Q_SIGNALS:
     /// A label was put onto the displays, or couldn't be: what became of it on each of them. It comes before the task ends

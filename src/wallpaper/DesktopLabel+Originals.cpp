@@ -93,7 +93,7 @@ void DesktopLabel::takeExisting(Target& target, WallpaperManifest& originals) co
 }
 
 QCoro::Task<DesktopLabel::Trouble> DesktopLabel::copyPicture(QString from, QString to) {
-    const QImage picture = co_await m_displays.loadPicture(from);
+    const QImage picture = co_await m_ports.displays.loadPicture(from);
     if (picture.isNull()) {
         co_return Trouble::NotLoaded;
     }
@@ -110,7 +110,7 @@ ScreenWallpaperRecord DesktopLabel::newRecord(const Target& target) {
 /// None where the file is missing, can't be read or is damaged.
 std::optional<WallpaperManifest> DesktopLabel::storedManifest() const {
     try {
-        return decodeWallpaperManifest(m_fileManager.read(m_files.manifestPath()));
+        return decodeWallpaperManifest(m_ports.files.read(m_files.manifestPath()));
     } catch (const FileError&) {
         return std::nullopt;
     }
@@ -122,7 +122,7 @@ WallpaperManifest DesktopLabel::manifest() const {
         return *m_unwritten;
     }
     WallpaperManifest originals = storedManifest().value_or(WallpaperManifest{});
-    if (!originals.screens.isEmpty() || !m_fileManager.exists(m_files.manifestPath())) {
+    if (!originals.screens.isEmpty() || !m_ports.files.exists(m_files.manifestPath())) {
         return originals;
     }
     for (const QString& name : m_files.names()) {
@@ -135,14 +135,14 @@ WallpaperManifest DesktopLabel::manifest() const {
 
 /// The records as they belong to the displays that are connected now.
 WallpaperManifest DesktopLabel::settled() const {
-    return settledManifest(withFilesShown(manifest(), m_files), shownWallpapers());
+    return settledManifest(withFilesShown(manifest(), m_files), shownWallpapers(), m_spaces);
 }
 
 QList<ShownWallpaper> DesktopLabel::shownWallpapers() const {
     QList<ShownWallpaper> wallpapers;
-    for (const Display& display : m_displays.screens()) {
+    for (const Display& display : m_ports.displays.screens()) {
         ShownWallpaper wallpaper{screenIdentifier(display), screenDescription(display)};
-        if (const std::optional<QString> picture = m_displays.desktopPicture(display)) {
+        if (const std::optional<QString> picture = m_ports.displays.desktopPicture(display)) {
             const bool isOurs = m_files.isOurs(*picture);
             wallpaper.kind = isOurs ? ShownWallpaper::Kind::Ours : ShownWallpaper::Kind::Users;
             wallpaper.file = isOurs ? WallpaperFiles::nameOf(*picture) : QString();

@@ -1,4 +1,5 @@
 #include "platform/FileManager.h"
+#include "wallpaper/AnimatedPictures.h"
 #include "wallpaper/DesktopLabel.h"
 
 #include <QUrl>
@@ -11,7 +12,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString kDefaultPicture = u"/System/Library/CoreServices/DefaultDesktop.heic"_s;
 const QString kNoProfile = u"Default"_s;
 
 } // namespace
@@ -19,9 +19,9 @@ const QString kNoProfile = u"Default"_s;
 void DesktopLabel::restoreOriginals() {
     m_failures.clear();
     m_composed.clear();
-    const WallpaperManifest originals = settled();
+    WallpaperManifest originals = settled();
     QStringList done;
-    for (const Display& display : m_displays.screens()) {
+    for (const Display& display : m_ports.displays.screens()) {
         if (isUsersAgain(display, restore(display, originals))) {
             done.append(screenIdentifier(display));
         }
@@ -34,25 +34,50 @@ void DesktopLabel::restoreOriginals() {
 }
 
 /// @return the picture that the display was given; none when it was left as it is
-std::optional<QString> DesktopLabel::restore(const Display& display, const WallpaperManifest& originals) {
-    const std::optional<QString> picture = pictureToRestore(display, originals);
-    if (picture && setPicture(display, *picture)) {
-        m_failures.insert(screenIdentifier(display), {m_displays.desktopPicture(display), kNoProfile, {}});
+std::optional<QString> DesktopLabel::restore(const Display& display, WallpaperManifest& originals) {
+    std::optional<QString> picture = pictureToRestore(display, originals);
+    if (!picture) {
+        return std::nullopt;
+    }
+    if (m_files.isOurs(*picture)) {
+        picture = newlyNamedCopy(display, *picture, originals);
+    }
+    if (setPicture(display, *picture)) {
+        m_failures.insert(screenIdentifier(display), {m_ports.displays.desktopPicture(display), kNoProfile, {}});
+    } else {
+        rememberStill(display, *picture);
     }
     return picture;
 }
 
+/// The copy as it can be shown: a display may have shown another one under the name under which it is kept.
+QString DesktopLabel::newlyNamedCopy(const Display& display, const QString& copy, WallpaperManifest& originals) {
+    const QString id = screenIdentifier(display);
+    const QString named = m_files.restoredPath(id, takeNumber());
+    try {
+        m_ports.files.writeAtomically(named, m_ports.files.read(copy));
+    } catch (const FileError&) {
+        return copy; // rather than nothing
+    }
+    const ScreenWallpaperRecord* known = originals.record(id);
+    ScreenWallpaperRecord record = known != nullptr ? *known : ScreenWallpaperRecord{id, copy, std::nullopt};
+    record.shownAs = record.shownAs.value_or(QStringList()) + QStringList(WallpaperFiles::nameOf(named));
+    originals.put(record);
+    keep(originals);
+    return named;
+}
+
 /// Whether the display shows none of the program's pictures. Where the system doesn't say, what was set must do.
 bool DesktopLabel::isUsersAgain(const Display& display, const std::optional<QString>& restored) const {
-    const std::optional<QString> shown = m_displays.desktopPicture(display);
+    const std::optional<QString> shown = m_ports.displays.desktopPicture(display);
     const std::optional<QString> picture = shown ? shown : restored;
     return !m_failures.contains(screenIdentifier(display)) && !(picture && m_files.isOurs(*picture));
 }
 
 bool DesktopLabel::hasLeftOver() const {
-    const QList<Display> displays = m_displays.screens();
+    const QList<Display> displays = m_ports.displays.screens();
     return std::any_of(displays.cbegin(), displays.cend(), [this](const Display& display) {
-        const std::optional<QString> shown = m_displays.desktopPicture(display);
+        const std::optional<QString> shown = m_ports.displays.desktopPicture(display);
         const auto failure = m_failures.constFind(screenIdentifier(display));
         const bool hasFailed = failure != m_failures.cend() && failure->picture == shown && failure->name == kNoProfile;
         return shown && m_files.isOurs(*shown) && !hasFailed && pictureToRestore(display, settled());
@@ -64,7 +89,7 @@ bool DesktopLabel::hasLeftOver() const {
 std::optional<QString> DesktopLabel::pictureToRestore(const Display& display,
                                                       const WallpaperManifest& originals) const {
     const ScreenWallpaperRecord* record = originals.record(screenIdentifier(display));
-    const std::optional<QString> shown = m_displays.desktopPicture(display);
+    const std::optional<QString> shown = m_ports.displays.desktopPicture(display);
     const bool isUsers = shown ? !m_files.isOurs(*shown) : record == nullptr;
     if (isUsers) {
         return std::nullopt;
@@ -73,18 +98,25 @@ std::optional<QString> DesktopLabel::pictureToRestore(const Display& display,
     if (!picture) {
         picture = copyFor(screenIdentifier(display), originals);
     }
-    if (!picture && m_fileManager.exists(kDefaultPicture)) {
-        picture = kDefaultPicture;
+    if (!picture && m_ports.files.exists(kDefaultDesktopPicture)) {
+        picture = kDefaultDesktopPicture;
     }
-    const bool isShown = picture && shown && m_files.standardized(*picture) == m_files.standardized(*shown);
-    return isShown ? std::nullopt : picture;
+    return picture && shown && isPutBack(*picture, *shown, record) ? std::nullopt : picture;
+}
+
+/// Whether it is shown already: itself, or the copy under the name that it was given.
+bool DesktopLabel::isPutBack(const QString& picture, const QString& shown, const ScreenWallpaperRecord* record) const {
+    const QString file = WallpaperFiles::nameOf(shown);
+    const bool isCopy = m_files.isOurs(picture) && WallpaperFiles::isRestored(file) && m_ports.files.exists(shown) &&
+                        record != nullptr && isShownAs(*record, file);
+    return isCopy || m_files.standardized(picture) == m_files.standardized(shown);
 }
 
 /// The user's own file, as long as it is one; none for anything else that a manifest may say.
 std::optional<QString> DesktopLabel::usersPicture(const ScreenWallpaperRecord& record) const {
     const QUrl url(record.originalDesktopURL.value_or(QString()), QUrl::StrictMode);
     const QString path = url.isLocalFile() ? url.toLocalFile() : QString();
-    const bool isThere = !path.isEmpty() && !m_files.isOurs(path) && m_fileManager.exists(path);
+    const bool isThere = !path.isEmpty() && !m_files.isOurs(path) && m_ports.files.exists(path);
     return isThere ? std::optional(path) : std::nullopt;
 }
 

@@ -1,7 +1,9 @@
 #include "wallpaper/DesktopLabel.h"
 
 #include "core/Background.h"
+#include "core/UserDefaultKeys.h"
 #include "platform/FileManager.h"
+#include "platform/UserDefaults.h"
 #include "wallpaper/WallpaperLabel.h"
 
 #include <QCoroFuture>
@@ -23,21 +25,19 @@ QSizeF canvasOf(const Display& display) {
 
 } // namespace
 
-DesktopLabel::DesktopLabel(Displays& displays, FileManager& files, const Machine& machine, LogAction log)
-    : m_displays(displays)
-    , m_fileManager(files)
+DesktopLabel::DesktopLabel(const WallpaperPorts& ports, LogAction log)
+    : m_ports(ports)
     , m_log(std::move(log))
-    , m_files(files, machine) {}
+    , m_files(ports.files, ports.machine) {}
 
 QCoro::Task<QList<DisplayLabel>> DesktopLabel::show(QString name, Attempt attempt) {
     m_wasOvertaken = false;
     const WallpaperManifest originals = settled();
-    QList<Target> displays = targets(name, originals);
+    QList<Target> displays = targets(name);
     for (Target& target : displays) {
-        if (attempt == Attempt::Untried && hasFailedBefore(target)) {
-            target.trouble = Trouble::FailedBefore;
-        }
+        target.trouble = knownTrouble(target, attempt);
     }
+    nameFiles(displays);
     const QList<Target> ready = co_await withOriginals(displays, originals);
     QList<DisplayLabel> labels;
     for (const Target& target : ready) {
@@ -54,32 +54,49 @@ void DesktopLabel::keepTrack() {
     if (m_files.isThere()) {
         keep(settled());
     }
+    m_spaces = Spaces::TheSame;
+    forgetWhatIsNotShown();
 }
 
-QList<DesktopLabel::Target> DesktopLabel::targets(const QString& name, const WallpaperManifest& originals) const {
+QList<DesktopLabel::Target> DesktopLabel::targets(const QString& name) const {
     QList<Target> targets;
-    for (const Display& display : m_displays.screens()) {
-        Target target{display, screenIdentifier(display), name, m_displays.desktopPicture(display), {}, {}, {}};
-        target.composited = compositedPath(target, originals);
-        targets.append(target);
+    for (const Display& display : m_ports.displays.screens()) {
+        targets.append(
+            {display, screenIdentifier(display), name, m_ports.displays.desktopPicture(display), {}, {}, {}});
     }
     return targets;
 }
 
-/// The one that the display shows already, or else the first of its names that no other display has been shown as: one that
-/// isn't connected finds its own picture behind its file's name when it returns.
-QString DesktopLabel::compositedPath(const Target& target, const WallpaperManifest& originals) const {
-    const ScreenWallpaperRecord* record = originals.record(target.id);
-    const QString shown = target.picture ? WallpaperFiles::nameOf(*target.picture) : QString();
-    const int shownNumber = WallpaperFiles::numberOfComposited(shown, target.id, target.name);
-    if (shownNumber > 0 && record != nullptr && isShownAs(*record, shown)) {
-        return m_files.compositedPath(target.id, target.name, shownNumber);
+/// One number for all of them; another one for a display whose name, cut off, is that of another display.
+void DesktopLabel::nameFiles(QList<Target>& targets) {
+    const auto isTaken = [&targets](const QString& path) {
+        return std::any_of(targets.cbegin(), targets.cend(),
+                           [&path](const Target& target) { return target.composited == path; });
+    };
+    int number = 0;
+    for (Target& target : targets) {
+        if (isLabelled(target)) {
+            target.composited = *target.picture;
+        } else if (target.trouble == Trouble::None) {
+            if (number == 0 || isTaken(m_files.compositedPath(target.id, target.name, number))) {
+                number = takeNumber();
+            }
+            target.composited = m_files.compositedPath(target.id, target.name, number);
+        }
     }
-    int number = 1;
-    while (isShownElsewhere(originals, WallpaperFiles::compositedName(target.id, target.name, number), target.id)) {
-        ++number;
+}
+
+/// One that no picture of the program's has had. The files tell, too, where the preferences are lost.
+int DesktopLabel::takeNumber() {
+    int highest = m_ports.defaults.string(kQuorvaneWallpaperNumber).value_or(QString()).left(9).toInt();
+    for (const QString& name : m_files.names()) {
+        highest = std::max(highest, WallpaperFiles::numberIn(name));
     }
-    return m_files.compositedPath(target.id, target.name, number);
+    for (const QString& shown : shownPictures()) {
+        highest = std::max(highest, WallpaperFiles::numberIn(WallpaperFiles::nameOf(shown)));
+    }
+    m_ports.defaults.setString(kQuorvaneWallpaperNumber, QString::number(highest + 1));
+    return highest + 1;
 }
 
 bool DesktopLabel::isOurs(const Target& target) const {
@@ -87,19 +104,28 @@ bool DesktopLabel::isOurs(const Target& target) const {
 }
 
 bool DesktopLabel::isInPlace(const QString& name) const {
-    const QList<Target> displays = targets(name, settled());
-    return std::all_of(displays.cbegin(), displays.cend(),
-                       [this](const Target& target) { return isLabelled(target) && !hasFailedBefore(target); });
+    const QList<Target> displays = targets(name);
+    return std::all_of(displays.cbegin(), displays.cend(), [this](const Target& target) { return isLabelled(target); });
 }
 
 bool DesktopLabel::isInPlaceWhereItCan(const QString& name) const {
-    const QList<Target> displays = targets(name, settled());
-    return std::all_of(displays.cbegin(), displays.cend(),
-                       [this](const Target& target) { return isLabelled(target) || hasFailedBefore(target); });
+    const QList<Target> displays = targets(name);
+    return std::all_of(displays.cbegin(), displays.cend(), [this](const Target& target) {
+        return isLabelled(target) || hasFailedBefore(target) || wasLeftAnimated(target);
+    });
 }
 
+/// What another process has composed may bear another name, or be of another size: it isn't known.
 bool DesktopLabel::isLabelled(const Target& target) const {
-    return target.picture && m_files.standardized(*target.picture) == m_files.standardized(target.composited);
+    if (!target.picture) {
+        return false;
+    }
+    const auto composed = m_composed.constFind(m_files.standardized(*target.picture));
+    return composed != m_composed.cend() && *composed == composedFor(target) && m_ports.files.exists(*target.picture);
+}
+
+DesktopLabel::Composed DesktopLabel::composedFor(const Target& target) {
+    return {target.id, target.name, canvasOf(target.display)};
 }
 
 bool DesktopLabel::hasFailedBefore(const Target& target) const {
@@ -107,18 +133,22 @@ bool DesktopLabel::hasFailedBefore(const Target& target) const {
     return failure != m_failures.cend() && failure->picture == target.picture && failure->name == target.name;
 }
 
-/// Two names may share a file, so it counts what was composed into it.
-bool DesktopLabel::needsNothing(const Target& target) const {
-    const auto composed = m_composed.constFind(target.composited);
-    return isLabelled(target) && composed != m_composed.cend() && composed->name == target.name &&
-           composed->canvas == canvasOf(target.display) && m_fileManager.exists(target.composited);
+DesktopLabel::Trouble DesktopLabel::knownTrouble(const Target& target, Attempt attempt) const {
+    if (attempt == Attempt::Untried && hasFailedBefore(target)) {
+        return Trouble::FailedBefore;
+    }
+    const bool isLeft = attempt != Attempt::AnimatedToo && isAnimated(target.display, target.picture);
+    return isLeft ? Trouble::Animated : Trouble::None;
 }
 
 QCoro::Task<DisplayLabel> DesktopLabel::showOn(Target target) {
     if (target.trouble == Trouble::FailedBefore) {
         co_return DisplayLabel{target.display.localizedName, false, m_failures.value(target.id).detail};
     }
-    if (target.trouble == Trouble::None && needsNothing(target)) {
+    if (target.trouble == Trouble::Animated) {
+        co_return leaveAnimated(target);
+    }
+    if (target.trouble == Trouble::None && isLabelled(target)) {
         co_return labelOn(target);
     }
     m_failures.insert(target.id, {target.picture, target.name, {}});
@@ -129,7 +159,8 @@ QCoro::Task<DisplayLabel> DesktopLabel::showOn(Target target) {
 }
 
 DisplayLabel DesktopLabel::showComposed(const Target& target) {
-    if (const std::optional<QString> picture = m_displays.desktopPicture(target.display); picture != target.picture) {
+    if (const std::optional<QString> picture = m_ports.displays.desktopPicture(target.display);
+        picture != target.picture) {
         m_failures.remove(target.id);
         m_wasOvertaken = true; // the user was quicker, and their new picture hasn't been copied
         const QString detail = picture ? u"Another picture was chosen meanwhile."_s : u"It isn't connected any more."_s;
@@ -144,7 +175,7 @@ DisplayLabel DesktopLabel::showComposed(const Target& target) {
         return giveUp(target, *error);
     }
     Target shown = target;
-    shown.picture = m_displays.desktopPicture(target.display);
+    shown.picture = m_ports.displays.desktopPicture(target.display);
     if (!isLabelled(shown)) {
         const QString detail = u"The system shows another picture."_s;
         m_failures.insert(target.id, {shown.picture, target.name, detail}); // so that it isn't set for ever
@@ -156,10 +187,9 @@ DisplayLabel DesktopLabel::showComposed(const Target& target) {
 
 /// The display gets its user's own picture: another profile's label would be taken for this one's.
 DisplayLabel DesktopLabel::giveUp(const Target& target, const QString& detail) {
-    if (const std::optional<QString> picture = pictureToRestore(target.display, settled())) {
-        setPicture(target.display, *picture);
-    }
-    m_failures.insert(target.id, {m_displays.desktopPicture(target.display), target.name, detail});
+    WallpaperManifest originals = settled();
+    restore(target.display, originals);
+    m_failures.insert(target.id, {m_ports.displays.desktopPicture(target.display), target.name, detail});
     return {target.display.localizedName, false, detail};
 }
 
@@ -169,7 +199,6 @@ DisplayLabel DesktopLabel::labelOn(const Target& target) {
 }
 
 QCoro::Task<DesktopLabel::Trouble> DesktopLabel::compose(Target target) {
-    m_composed.remove(target.composited);
     QImage original = co_await loadOriginal(target);
     if (original.isNull() && !target.usersPicture.isEmpty()) {
         const Trouble trouble = co_await copyPicture(target.usersPicture, target.original);
@@ -189,7 +218,7 @@ QCoro::Task<DesktopLabel::Trouble> DesktopLabel::compose(Target target) {
     if (file.isEmpty() || !writeFile(target.composited, file)) {
         co_return Trouble::NotSaved;
     }
-    m_composed.insert(target.composited, {target.name, canvasOf(target.display)});
+    m_composed.insert(m_files.standardized(target.composited), composedFor(target));
     co_return Trouble::None;
 }
 
@@ -197,7 +226,7 @@ QCoro::Task<DesktopLabel::Trouble> DesktopLabel::compose(Target target) {
 QCoro::Task<QImage> DesktopLabel::loadOriginal(Target target) {
     QImage original;
     if (m_files.holds(target.original)) {
-        original = co_await m_displays.loadPicture(target.original);
+        original = co_await m_ports.displays.loadPicture(target.original);
     }
     co_return original;
 }
@@ -210,9 +239,11 @@ void DesktopLabel::removeFormerLabels(const QList<Target>& targets) {
         kept.insert(m_files.standardized(target.composited));
     }
     for (const QString& name : m_files.names()) {
-        const bool isNeeded = isShownElsewhere(originals, name.normalized(QString::NormalizationForm_C), {}) ||
-                              kept.contains(m_files.standardized(m_files.folder() + u'/' + name));
-        if (WallpaperFiles::isComposited(name) && !isNeeded) {
+        const QString path = m_files.standardized(m_files.folder() + u'/' + name);
+        const bool isNeeded =
+            isShownElsewhere(originals, name.normalized(QString::NormalizationForm_C), {}) || kept.contains(path);
+        if (WallpaperFiles::isForShow(name) && !isNeeded) {
+            m_composed.remove(path);
             m_files.remove(name);
         }
     }
@@ -252,7 +283,7 @@ QString DesktopLabel::detailOf(const Target& target) {
 
 bool DesktopLabel::writeFile(const QString& path, const QByteArray& bytes) {
     try {
-        m_fileManager.writeAtomically(path, bytes);
+        m_ports.files.writeAtomically(path, bytes);
         return true;
     } catch (const FileError&) {
         return false;
@@ -261,7 +292,7 @@ bool DesktopLabel::writeFile(const QString& path, const QByteArray& bytes) {
 
 /// @return why it can't be set
 std::optional<QString> DesktopLabel::setPicture(const Display& display, const QString& path) {
-    const std::optional<QString> error = m_displays.setDesktopPicture(display, path);
+    const std::optional<QString> error = m_ports.displays.setDesktopPicture(display, path);
     if (error) {
         m_log(u"  [ERROR] Could not set desktop wallpaper: "_s + *error);
     }
@@ -271,8 +302,8 @@ std::optional<QString> DesktopLabel::setPicture(const Display& display, const QS
 /// By all displays that are connected, in the form in which paths are compared.
 QSet<QString> DesktopLabel::shownPictures() const {
     QSet<QString> pictures;
-    for (const Display& display : m_displays.screens()) {
-        if (const std::optional<QString> shown = m_displays.desktopPicture(display)) {
+    for (const Display& display : m_ports.displays.screens()) {
+        if (const std::optional<QString> shown = m_ports.displays.desktopPicture(display)) {
             pictures.insert(m_files.standardized(*shown));
         }
     }

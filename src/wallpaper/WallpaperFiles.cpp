@@ -7,6 +7,7 @@
 #include "platform/Machine.h"
 
 #include <QDir>
+#include <QRegularExpression>
 
 namespace quorvane {
 
@@ -20,6 +21,7 @@ constexpr qsizetype kLongestIdentifier = 120; // of these; a profile's name has 
 const QString kFolder = u"/Quorvane/WallpaperOverlay"_s;
 const QString kOriginal = u"original-"_s;
 const QString kComposited = u"composited-"_s;
+const QString kRestored = u"restored-"_s;
 const QString kEnding = u".jpg"_s;
 
 bool isAlphanumeric(char32_t character) {
@@ -42,19 +44,20 @@ QString inFileName(const QString& screenIdentifier) {
     return fitting(name, kLongestIdentifier);
 }
 
-/// What tells the names apart that one display's file may have.
+/// What tells the names apart that the copy of one display's picture may have.
 QString numberInFileName(int number) {
     return number == 1 ? QString() : u'.' + QString::number(number);
 }
 
-QString compositedPrefix(const QString& screenIdentifier, int number = 1) {
-    return kComposited + inFileName(screenIdentifier) + numberInFileName(number) + u'-';
+QString compositedPrefix(const QString& screenIdentifier) {
+    return kComposited + inFileName(screenIdentifier) + u'-';
 }
 
 QString compositedFile(const QString& screenIdentifier, const QString& profileName, int number) {
-    const QString prefix = compositedPrefix(screenIdentifier, number);
-    const qsizetype left = kLongestName - prefix.toUtf8().size() - kEnding.size();
-    return prefix + fitting(wallpaperSlug(profileName), left) + kEnding;
+    const QString prefix = compositedPrefix(screenIdentifier);
+    const QString ending = u'-' + QString::number(number) + kEnding;
+    const qsizetype left = kLongestName - prefix.toUtf8().size() - ending.size();
+    return prefix + fitting(wallpaperSlug(profileName), left) + ending;
 }
 
 /// In whole points.
@@ -117,15 +120,13 @@ QString WallpaperFiles::compositedPath(const QString& screenIdentifier, const QS
     return folder() + u'/' + compositedFile(screenIdentifier, profileName, number);
 }
 
-QString WallpaperFiles::compositedName(const QString& screenIdentifier, const QString& profileName, int number) {
-    return nameOf(compositedFile(screenIdentifier, profileName, number));
+QString WallpaperFiles::restoredPath(const QString& screenIdentifier, int number) const {
+    return folder() + u'/' + kRestored + inFileName(screenIdentifier) + u'-' + QString::number(number) + kEnding;
 }
 
-int WallpaperFiles::numberOfComposited(const QString& name, const QString& screenIdentifier,
-                                       const QString& profileName) {
-    const QString stem = nameOf(kComposited + inFileName(screenIdentifier) + u'.');
-    const int number = name.startsWith(stem) ? name.mid(stem.size()).section(u'-', 0, 0).toInt() : 1;
-    return number > 0 && name == compositedName(screenIdentifier, profileName, number) ? number : 0;
+int WallpaperFiles::numberIn(const QString& name) {
+    static const QRegularExpression form(u"^(composited|restored)-.*-([0-9]{1,9})\\.jpg$"_s);
+    return form.match(name).captured(2).toInt();
 }
 
 bool WallpaperFiles::isThere() const {
@@ -166,8 +167,12 @@ bool WallpaperFiles::isComposited(const QString& name, const QString& screenIden
     return name.startsWith(compositedPrefix(screenIdentifier));
 }
 
-bool WallpaperFiles::isComposited(const QString& name) {
-    return name.startsWith(kComposited);
+bool WallpaperFiles::isForShow(const QString& name) {
+    return name.startsWith(kComposited) || isRestored(name);
+}
+
+bool WallpaperFiles::isRestored(const QString& name) {
+    return name.startsWith(kRestored);
 }
 
 QString WallpaperFiles::displayOfOriginal(const QString& name) {

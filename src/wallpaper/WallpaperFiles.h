@@ -29,14 +29,14 @@ public:
     /// to the operation that follows.
     QString folder() const;
     QString manifestPath() const;
-    /// @param number  which of the names that the display's file may have: the first, unless another display uses that
+    /// @param number  which of the names that the display's file may have: the first, unless that is in use
     QString originalPath(const QString& screenIdentifier, int number = 1) const;
-    QString compositedPath(const QString& screenIdentifier, const QString& profileName, int number = 1) const;
-
-    /// The name of the latter, in the form in which names can be compared.
-    static QString compositedName(const QString& screenIdentifier, const QString& profileName, int number);
-    /// Which of these names it is; 0 for none of them.
-    static int numberOfComposited(const QString& name, const QString& screenIdentifier, const QString& profileName);
+    /// @param number  another one for each picture that is shown: the system draws a path that it knows as it was
+    QString compositedPath(const QString& screenIdentifier, const QString& profileName, int number) const;
+    /// Of the copy as it is shown where the user's own file is gone. @param number  see above
+    QString restoredPath(const QString& screenIdentifier, int number) const;
+    /// The number in the name of one of these files; 0 where there is none.
+    static int numberIn(const QString& name);
 
     /// Whether the folder is there; it isn't created.
     bool isThere() const;
@@ -54,8 +54,10 @@ public:
     QStringList names() const;
     /// Whether the file is a labelled picture of the display, for any profile.
     static bool isComposited(const QString& name, const QString& screenIdentifier);
-    /// Whether the file is a labelled picture of any display.
-    static bool isComposited(const QString& name);
+    /// Whether the file is made to be shown: a labelled picture of any display, or the copy of its user's.
+    static bool isForShow(const QString& name);
+    /// Whether the file is the latter.
+    static bool isRestored(const QString& name);
     /// The display whose original the file is; empty for any other file.
     static QString displayOfOriginal(const QString& name);
     /// Removes a file of the folder. A failure is ignored: it is tried again with the next change.

@@ -38,13 +38,19 @@ bool mayBeSameScreen(const ScreenWallpaperRecord& record, const ShownWallpaper& 
            record.screen.value_or(display.screen) == display.screen;
 }
 
+/// Whether the record is about a label of the display that may still stand on another Space of it.
+bool mayStandElsewhere(const ScreenWallpaperRecord& record, const ShownWallpaper& display, Spaces spaces) {
+    const bool isAboutALabel = !record.shownAs.value_or(QStringList()).isEmpty();
+    return spaces == Spaces::MaybeOthers && display.kind == Kind::Users && isAboutALabel;
+}
+
 template <typename Condition>
 std::optional<qsizetype> placeWhere(const WallpaperManifest& manifest, Condition condition) {
     const auto found = std::find_if(manifest.screens.cbegin(), manifest.screens.cend(), condition);
     return found == manifest.screens.cend() ? std::nullopt : std::optional(found - manifest.screens.cbegin());
 }
 
-std::optional<OwnerClaim> claimOf(const ShownWallpaper& display, const WallpaperManifest& manifest) {
+std::optional<OwnerClaim> claimOf(const ShownWallpaper& display, const WallpaperManifest& manifest, Spaces spaces) {
     const auto shows = [&display](const ScreenWallpaperRecord& record) {
         return display.kind == Kind::Ours && isShownAs(record, display.file);
     };
@@ -57,16 +63,19 @@ std::optional<OwnerClaim> claimOf(const ShownWallpaper& display, const Wallpaper
     if (const auto place = placeWhere(manifest, shows)) {
         return OwnerClaim{Reason::ShowsAnothersFile, *place, display};
     }
-    if (const auto place = placeWhere(manifest, [&](const auto& record) { return mayBeSameScreen(record, display); })) {
+    const auto isOfItsNumber = [&](const ScreenWallpaperRecord& record) {
+        return mayBeSameScreen(record, display) && !mayStandElsewhere(record, display, spaces);
+    };
+    if (const auto place = placeWhere(manifest, isOfItsNumber)) {
         return OwnerClaim{Reason::HasItsNumber, *place, display};
     }
     return std::nullopt;
 }
 
-QList<OwnerClaim> claimsOf(const QList<ShownWallpaper>& displays, const WallpaperManifest& manifest) {
+QList<OwnerClaim> claimsOf(const QList<ShownWallpaper>& displays, const WallpaperManifest& manifest, Spaces spaces) {
     QList<OwnerClaim> claims;
     for (const ShownWallpaper& display : displays) {
-        if (const std::optional<OwnerClaim> claim = claimOf(display, manifest)) {
+        if (const std::optional<OwnerClaim> claim = claimOf(display, manifest, spaces)) {
             claims.append(*claim);
         }
     }
@@ -138,10 +147,11 @@ bool isCopyElsewhere(const WallpaperManifest& manifest, const QString& path, con
     });
 }
 
-WallpaperManifest settledManifest(const WallpaperManifest& manifest, const QList<ShownWallpaper>& displays) {
+WallpaperManifest settledManifest(const WallpaperManifest& manifest, const QList<ShownWallpaper>& displays,
+                                  Spaces spaces) {
     QHash<qsizetype, OwnerClaim> owners; // by their records
     QList<OwnerClaim> others;            // who show the record of another display that still shows it
-    for (const OwnerClaim& claim : claimsOf(displays, manifest)) {
+    for (const OwnerClaim& claim : claimsOf(displays, manifest, spaces)) {
         if (!owners.contains(claim.record)) {
             owners.insert(claim.record, claim);
         } else if (claim.reason == Reason::ShowsAnothersFile) {

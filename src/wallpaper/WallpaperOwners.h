@@ -33,12 +33,19 @@ bool isShownElsewhere(const WallpaperManifest& manifest, const QString& file, co
 /// Whether another display's record has its copy there.
 bool isCopyElsewhere(const WallpaperManifest& manifest, const QString& path, const QString& screenIdentifier);
 
+/// Whether the displays show the Spaces that they showed when the manifest was settled last.
+enum class Spaces { TheSame, MaybeOthers };
+
 /// The manifest with each record under the display that it belongs to now.
 ///
 /// A record goes with the display that shows one of its files. Where several do, the one that had it keeps it, and each of
 /// the others has a copy of it in the place of its own. A display that shows a picture of its user's keeps the record of its
 /// number, unless it is of another make or size. A record whose display isn't connected takes an identifier that no display has, before its own
 /// is used by another; it is dropped when its display shows none of its files.
-WallpaperManifest settledManifest(const WallpaperManifest& manifest, const QList<ShownWallpaper>& displays);
+///
+/// A Space that isn't visible is like a display that isn't connected: a picture of the user's that may be that of another
+/// Space leaves the record to the Space whose label it is about.
+WallpaperManifest settledManifest(const WallpaperManifest& manifest, const QList<ShownWallpaper>& displays,
+                                  Spaces spaces = Spaces::TheSame);
 
 } // namespace quorvane

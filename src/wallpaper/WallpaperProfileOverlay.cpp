@@ -1,6 +1,7 @@
 #include "wallpaper/WallpaperProfileOverlay.h"
 
 #include "core/UserDefaultKeys.h"
+#include "platform/Displays.h"
 #include "platform/Machine.h"
 #include "platform/SystemNotifications.h"
 #include "platform/UserDefaults.h"
@@ -31,8 +32,9 @@ bool isCustomName(const QString& name) {
 WallpaperProfileOverlay::WallpaperProfileOverlay(const WallpaperPorts& ports, QObject* parent)
     : ProfileLabel(parent)
     , m_ports(ports)
-    , m_label(ports.displays, ports.files, ports.machine, [this](const QString& line) { log(line); })
-    , m_observation(ports.notifications.observe(u"com.apple.desktop"_s, [this] { enqueue(Job::Kind::Check); })) {}
+    , m_label(ports, [this](const QString& line) { log(line); })
+    , m_notifications(ports.notifications.observe(u"com.apple.desktop"_s, [this] { enqueue(Job::Kind::Check); }))
+    , m_desktopChanges(ports.displays.observe([this](DesktopChange change) { lookAgain(change); })) {}
 
 WallpaperProfileOverlay::~WallpaperProfileOverlay() = default;
 
@@ -62,7 +64,7 @@ QCoro::Task<void> WallpaperProfileOverlay::setOverlayEnabled(bool enabled, QStri
         co_return;
     }
     if (const std::optional<QString> resolved = resolvedOrLogged(name)) {
-        co_await enqueue(Job::Kind::Update, *resolved);
+        co_await enqueue(Job::Kind::Update, *resolved, DesktopLabel::Attempt::AnimatedToo);
     }
 }
 
@@ -134,6 +136,10 @@ bool WallpaperProfileOverlay::isOverlayInPlace() const {
     return !isOff() && m_label.isInPlace(storedName());
 }
 
+bool WallpaperProfileOverlay::hasAnimatedPicture() const {
+    return m_label.hasAnimatedPicture();
+}
+
 QString WallpaperProfileOverlay::storedName() const {
     const QString name = m_ports.defaults.string(kWallpaperProfileName).value_or(QString());
     return name.isEmpty() ? kNoLabel : name;
@@ -178,12 +184,21 @@ std::optional<QString> WallpaperProfileOverlay::resolvedOrLogged(const QString& 
 
 // ---- The queue
 
-QFuture<void> WallpaperProfileOverlay::enqueue(Job::Kind kind, const QString& name) {
+/// A change of Space counts at once, also for what is under way.
+void WallpaperProfileOverlay::lookAgain(DesktopChange change) {
+    if (change == DesktopChange::Space) {
+        m_label.noteAnotherSpace();
+    }
+    enqueue(Job::Kind::Check);
+}
+
+QFuture<void> WallpaperProfileOverlay::enqueue(Job::Kind kind, const QString& name, DesktopLabel::Attempt attempt) {
     if (Job* const waiting = waitingJobToShare(kind)) {
         waiting->name = name;
+        waiting->attempt = std::max(waiting->attempt, attempt);
         return waiting->promise->future();
     }
-    Job job{kind, name, std::make_unique<QPromise<void>>()};
+    Job job{kind, name, attempt, std::make_unique<QPromise<void>>()};
     job.promise->start();
     const QFuture<void> done = job.promise->future();
     m_waiting.push_back(std::move(job));
@@ -212,7 +227,7 @@ QCoro::Task<void> WallpaperProfileOverlay::runQueue() {
     while (!m_waiting.empty()) {
         const Job job = std::move(m_waiting.front());
         m_waiting.pop_front();
-        co_await carryOutGuarded(job.kind, job.name);
+        co_await carryOutGuarded(job.kind, job.name, job.attempt);
         m_nameOfJobAtHand.reset();
         job.promise->finish();
     }
@@ -220,19 +235,20 @@ QCoro::Task<void> WallpaperProfileOverlay::runQueue() {
 }
 
 /// What one job can't do must not keep the next from being done.
-QCoro::Task<void> WallpaperProfileOverlay::carryOutGuarded(Job::Kind kind, QString name) {
+QCoro::Task<void> WallpaperProfileOverlay::carryOutGuarded(Job::Kind kind, QString name,
+                                                           DesktopLabel::Attempt attempt) {
     try {
-        co_await carryOut(kind, name);
+        co_await carryOut(kind, name, attempt);
     } catch (const std::exception& error) {
         log(u"  [ERROR] The wallpaper label could not be changed: "_s + QString::fromUtf8(error.what()));
     }
 }
 
-QCoro::Task<void> WallpaperProfileOverlay::carryOut(Job::Kind kind, QString name) {
+QCoro::Task<void> WallpaperProfileOverlay::carryOut(Job::Kind kind, QString name, DesktopLabel::Attempt attempt) {
     switch (kind) {
     case Job::Kind::Update:
         m_nameOfJobAtHand = name;
-        co_await carryOutUpdate(name);
+        co_await carryOutUpdate(name, attempt);
         break;
     case Job::Kind::Removal:
         m_nameOfJobAtHand = kNoLabel;
@@ -244,14 +260,14 @@ QCoro::Task<void> WallpaperProfileOverlay::carryOut(Job::Kind kind, QString name
     }
 }
 
-QCoro::Task<void> WallpaperProfileOverlay::carryOutUpdate(QString name) {
+QCoro::Task<void> WallpaperProfileOverlay::carryOutUpdate(QString name, DesktopLabel::Attempt attempt) {
     if (isEnabled() && isDefaultProfileName(name)) {
         carryOutRemoval();
         co_return;
     }
     m_ports.defaults.setString(kWallpaperProfileName, name);
     if (isEnabled()) {
-        co_await show(name, DesktopLabel::Attempt::All);
+        co_await show(name, attempt);
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include "profiles/ProfileLabel.h"
 #include "wallpaper/DesktopLabel.h"
+#include "wallpaper/WallpaperPorts.h"
 
 #include <QFuture>
 #include <QObject>
@@ -20,29 +21,20 @@ class Task;
 
 namespace quorvane {
 
-class Displays;
-class FileManager;
-class Machine;
 class NotificationObservation;
 class SystemManager;
-class SystemNotifications;
-class UserDefaults;
-
-/// What the label on the wallpaper needs of the system.
-struct WallpaperPorts {
-    FileManager& files;
-    const Machine& machine;
-    Displays& displays;
-    UserDefaults& defaults;
-    SystemNotifications& notifications;
-};
+enum class DesktopChange;
 
 /// The active profile's name on the desktop pictures, so that a performer sees at a glance what their Mac is prepared
 /// for: when it is shown, with which name, and when it goes. DesktopLabel does it.
 ///
 /// Everything that changes a display stands in one queue and is done one at a time, in order; of several updates that wait
 /// the last name wins. A picture that the user chooses while the label is on is labelled as well, and is then the one that
-/// comes back. While the label is off, a display that still shows one gets its own picture back as soon as it can.
+/// comes back. While the label is off, a display that still shows one gets its own picture back as soon as it can. The
+/// system doesn't tell of every change, so the displays are also looked at when the user comes back to the program, the Mac
+/// wakes, and another Space is visible.
+///
+/// A picture that macOS animates can't be put back, so only the option in Settings covers it; anything else leaves it as it is.
 ///
 /// Nothing here is shown in a dialog: the log carries it all, and `displaysLabelled` what became of each display.
 ///
@@ -76,6 +68,7 @@ public:
     /// True while a change is under way or waits.
     bool isApplyingOverlay() const { return m_isApplyingOverlay; }
     bool isOverlayInPlace() const override;
+    bool hasAnimatedPicture() const override;
 
 private:
     struct Job {
@@ -85,7 +78,8 @@ private:
             Check, ///< somebody may have changed a picture, or a display may have come
         };
         Kind kind;
-        QString name; ///< of an update
+        QString name;                  ///< of an update
+        DesktopLabel::Attempt attempt; ///< of an update
         std::unique_ptr<QPromise<void>> promise;
     };
 
@@ -98,12 +92,14 @@ private:
     void log(const QString& line) const;
     QCoro::Task<void> showActive(QString name);
 
-    QFuture<void> enqueue(Job::Kind kind, const QString& name = {});
+    void lookAgain(DesktopChange change);
+    QFuture<void> enqueue(Job::Kind kind, const QString& name = {},
+                          DesktopLabel::Attempt attempt = DesktopLabel::Attempt::All);
     Job* waitingJobToShare(Job::Kind kind);
     QCoro::Task<void> runQueue();
-    QCoro::Task<void> carryOutGuarded(Job::Kind kind, QString name);
-    QCoro::Task<void> carryOut(Job::Kind kind, QString name);
-    QCoro::Task<void> carryOutUpdate(QString name);
+    QCoro::Task<void> carryOutGuarded(Job::Kind kind, QString name, DesktopLabel::Attempt attempt);
+    QCoro::Task<void> carryOut(Job::Kind kind, QString name, DesktopLabel::Attempt attempt);
+    QCoro::Task<void> carryOutUpdate(QString name, DesktopLabel::Attempt attempt);
     QCoro::Task<void> carryOutCheck();
     void carryOutRemoval();
     QCoro::Task<void> show(QString name, DesktopLabel::Attempt attempt);
@@ -111,7 +107,8 @@ private:
     WallpaperPorts m_ports;
     LogAction m_logAction;
     DesktopLabel m_label;
-    std::unique_ptr<NotificationObservation> m_observation;
+    std::unique_ptr<NotificationObservation> m_notifications;
+    std::unique_ptr<NotificationObservation> m_desktopChanges;
 
     std::deque<Job> m_waiting;
     std::optional<QString> m_nameOfJobAtHand; ///< what will stand there when it is done

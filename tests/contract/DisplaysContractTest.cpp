@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+#include <QCryptographicHash>
+
 #include <functional>
 #include <memory>
 
@@ -29,6 +31,10 @@ public:
     virtual void addFile(const QString& path, const QByteArray& bytes) = 0;
     virtual void unplugBuiltIn() = 0;
     virtual void refuse(const QString& error) = 0;
+    virtual void showAnotherSpace() = 0;
+    virtual void wake() = 0;
+    /// Whether the built-in one draws its file as it is now.
+    virtual bool drawsTheFileOfNow() = 0;
 };
 
 class SimulatedDisplaysSubject final : public DisplaysSubject {
@@ -55,6 +61,19 @@ public:
     void refuse(const QString& error) override {
         change([&](macsim::Json& state) { state[0]["settingFails"] = error.toStdString(); });
     }
+    void showAnotherSpace() override {
+        m_mac.mac.state().update("spaces", [](macsim::Json& state) { state = {{"visible", 2}}; });
+    }
+    void wake() override {
+        m_mac.mac.state().update("session", [](macsim::Json& state) { state = {{"wakes", 1}}; });
+    }
+    bool drawsTheFileOfNow() override {
+        const QString path = m_displays.desktopPicture(m_displays.screens().first()).value();
+        const QByteArray content = m_mac.mac.volume(macsim::Actor::User).read(path);
+        const QByteArray digest = QCryptographicHash::hash(content, QCryptographicHash::Sha256).toHex();
+        return m_mac.mac.state().read("drawnPictures").at(path.toStdString()).get<std::string>() ==
+               digest.toStdString();
+    }
 
 private:
     void change(const std::function<void(macsim::Json&)>& change) { m_mac.mac.state().update("displays", change); }
@@ -73,6 +92,12 @@ public:
     void addFile(const QString& path, const QByteArray& bytes) override { m_files.addFile(path, bytes); }
     void unplugBuiltIn() override { m_displays.connected.removeFirst(); }
     void refuse(const QString& error) override { m_displays.connected.first().settingError = error; }
+    void showAnotherSpace() override { m_displays.tell(DesktopChange::Space); }
+    void wake() override { m_displays.tell(DesktopChange::Other); }
+    bool drawsTheFileOfNow() override {
+        const MemoryDisplays::Connected& builtIn = m_displays.connected.first();
+        return m_displays.drawnOn(builtIn) == m_files.read(*builtIn.picture);
+    }
 
 private:
     MemoryFileManager m_files;
@@ -133,6 +158,47 @@ TEST_P(DisplaysContract, anUnpluggedDisplayShowsNothingAndTakesNothing) {
     EXPECT_NE(displays.setDesktopPicture(gone, kRed), std::nullopt);
 }
 
+TEST_P(DisplaysContract, aPathThatWasSetBeforeIsDrawnAsItWas) {
+    EXPECT_EQ(displays.setDesktopPicture(builtIn(), kRed), std::nullopt);
+    EXPECT_TRUE(subject->drawsTheFileOfNow());
+    subject->addFile(kRed, pngFile(plainPicture({20, 10}, Qt::green)));
+    EXPECT_EQ(displays.setDesktopPicture(builtIn(), kRed), std::nullopt);
+    EXPECT_FALSE(subject->drawsTheFileOfNow());
+    EXPECT_EQ(displays.setDesktopPicture(builtIn(), kBlue), std::nullopt);
+    EXPECT_TRUE(subject->drawsTheFileOfNow());
+    EXPECT_EQ(displays.setDesktopPicture(builtIn(), kRed), std::nullopt);
+    EXPECT_FALSE(subject->drawsTheFileOfNow()) << "also after another one";
+}
+
+TEST_P(DisplaysContract, theMomentsToLookAgainAreTold) {
+    QList<DesktopChange> told;
+    auto observation = displays.observe([&told](DesktopChange change) { told.append(change); });
+    subject->wake();
+    processEventsUntil([&told] { return !told.isEmpty(); });
+    EXPECT_EQ(told, QList<DesktopChange>{DesktopChange::Other});
+    subject->showAnotherSpace();
+    processEventsUntil([&told] { return told.size() > 1; });
+    EXPECT_EQ(told, (QList<DesktopChange>{DesktopChange::Other, DesktopChange::Space}));
+}
+
+TEST_P(DisplaysContract, nothingIsToldOnceTheObservationHasEnded) {
+    int ended = 0;
+    int later = 0;
+    std::unique_ptr<NotificationObservation> once;
+    once = displays.observe([&](DesktopChange) {
+        once.reset();
+        ++ended;
+    });
+    auto never = displays.observe([&ended](DesktopChange) { ended += 100; });
+    const auto other = displays.observe([&later](DesktopChange) { ++later; });
+    never.reset();
+    subject->wake();
+    processEventsUntil([&] { return ended == 1 && later == 1; });
+    subject->showAnotherSpace();
+    processEventsUntil([&later] { return later == 2; });
+    EXPECT_EQ(ended, 1);
+}
+
 TEST_P(DisplaysContract, aPictureIsLoadedInItsNaturalSize) {
     EXPECT_EQ(load(kRed).size(), QSize(20, 10));
     EXPECT_EQ(load(kRed).pixelColor(3, 3), QColor(Qt::red));
@@ -161,6 +227,38 @@ TEST(SimulatedDisplays, rememberHowAPictureWasSet) {
                                                                  {"picture", "/Users/alex/a.png"},
                                                                  {"scaling", 3},
                                                                  {"allowClipping", true}}));
+}
+
+TEST(SimulatedDisplays, endAnAnimationWithAnyPicture) {
+    const QString standIn = u"/System/Library/CoreServices/DefaultDesktop.heic"_s;
+    macsim::SimulatedMacFolder mac;
+    mac.mac.state().update("displays", [](macsim::Json& state) {
+        state = {{{"number", 1}, {"frame", {0, 0, 10, 10}}, {"animation", "Sonoma Horizon"}}};
+    });
+    const macsim::Volume volume = mac.mac.volume(macsim::Actor::Root);
+    volume.createFolders(u"/System/Library/CoreServices"_s);
+    volume.write(standIn, "heic");
+    SimulatedDisplays displays(mac.mac);
+    EXPECT_EQ(displays.desktopPicture(displays.screens().first()), standIn);
+    EXPECT_EQ(displays.setDesktopPicture(displays.screens().first(), standIn), std::nullopt);
+    EXPECT_EQ(displays.desktopPicture(displays.screens().first()), standIn);
+    EXPECT_FALSE(mac.mac.state().read("displays")[0].contains("animation")) << "the same file, but still";
+}
+
+TEST(SimulatedDisplays, readAndChangeTheVisibleSpaceAlone) {
+    macsim::SimulatedMacFolder mac;
+    mac.mac.state().update("displays", [](macsim::Json& state) {
+        state = {{{"number", 1}, {"frame", {0, 0, 10, 10}}, {"picture", "/Users/alex/first.png"}}};
+    });
+    mac.mac.state().update("spaces", [](macsim::Json& state) { state = {{"visible", 2}}; });
+    mac.mac.volume(macsim::Actor::User).write(u"/Users/alex/second.png"_s, "b");
+    SimulatedDisplays displays(mac.mac);
+    const Display display = displays.screens().first();
+    EXPECT_EQ(displays.desktopPicture(display), std::nullopt);
+    EXPECT_EQ(displays.setDesktopPicture(display, u"/Users/alex/second.png"_s), std::nullopt);
+    EXPECT_EQ(displays.desktopPicture(display), u"/Users/alex/second.png"_s);
+    mac.mac.state().update("spaces", [](macsim::Json& state) { state = {{"visible", 1}}; });
+    EXPECT_EQ(displays.desktopPicture(display), u"/Users/alex/first.png"_s);
 }
 
 TEST(SimulatedDisplays, takeNoPictureThatIsntThere) {

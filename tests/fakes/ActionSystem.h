@@ -47,8 +47,10 @@ public:
     }
     QCoro::Task<void> finished() override { co_return; }
     bool isOverlayInPlace() const override { return isInPlace; }
+    bool hasAnimatedPicture() const override { return coversAnimated; }
 
     bool isInPlace = true;
+    bool coversAnimated = false; ///< a display shows what macOS animates
     bool isBroken = false;
 
 private:

@@ -1,5 +1,7 @@
 #include "fakes/MemoryDisplays.h"
 
+#include <utility>
+
 namespace quorvane {
 
 MemoryDisplays::Connected& MemoryDisplays::plugIn(quint32 number, const QRectF& frame, double scale,
@@ -36,12 +38,45 @@ std::optional<QString> MemoryDisplays::setDesktopPicture(const Display& display,
             return each.settingError;
         }
         each.picture = path;
+        if (m_files.exists(path) && !m_drawn.contains(path)) {
+            m_drawn.insert(path, m_files.read(path));
+        }
         if (whenSet) {
             whenSet();
         }
         return std::nullopt;
     }
     return QStringLiteral("The display is not connected.");
+}
+
+MemoryDisplays::Observation::Observation(MemoryDisplays& observed, std::function<void(DesktopChange)> called)
+    : handler(std::move(called))
+    , m_observed(observed) {
+    m_observed.m_observers.append(this);
+}
+
+MemoryDisplays::Observation::~Observation() {
+    m_observed.m_observers.removeOne(this);
+}
+
+std::unique_ptr<NotificationObservation> MemoryDisplays::observe(std::function<void(DesktopChange)> handler) {
+    return std::make_unique<Observation>(*this, std::move(handler));
+}
+
+void MemoryDisplays::tell(DesktopChange change) {
+    const QList<Observation*> observers = m_observers;
+    for (Observation* const observer : observers) {
+        if (m_observers.contains(observer)) {
+            const auto handler = observer->handler; // the observation may end in it
+            handler(change);
+        }
+    }
+}
+
+QByteArray MemoryDisplays::drawnOn(const Connected& display) const {
+    const QString path = display.picture.value_or(QString());
+    const auto drawn = m_drawn.constFind(path);
+    return drawn != m_drawn.cend() ? *drawn : m_files.read(path);
 }
 
 QFuture<QImage> MemoryDisplays::loadPicture(const QString& path) {

@@ -6,7 +6,7 @@
 namespace quorvane {
 
 inline WallpaperPorts wallpaperPorts(const Host& host) {
-    return {host.files, host.machine, host.displays, host.defaults, host.notifications};
+    return {host.files, host.machine, host.propertyLists, host.displays, host.defaults, host.notifications};
 }
 
 } // namespace quorvane

@@ -1,5 +1,7 @@
 #include "fakes/WallpaperSystem.h"
 
+#include <algorithm>
+
 namespace quorvane {
 
 WallpaperSystem::WallpaperSystem() {
@@ -62,9 +64,18 @@ void WallpaperSystem::tellOfChange() {
     QCoro::waitFor(overlay->finished());
 }
 
+void WallpaperSystem::tell(DesktopChange change) {
+    displays.tell(change);
+    QCoro::waitFor(overlay->finished());
+}
+
 void WallpaperSystem::choose(int display, const QString& path) {
     displays.connected[display - 1].picture = path;
     tellOfChange();
+}
+
+QImage WallpaperSystem::drawn(int display) const {
+    return QImage::fromData(displays.drawnOn(displays.connected.at(display - 1)));
 }
 
 QStringList WallpaperSystem::workFiles() const {
@@ -77,16 +88,43 @@ QImage WallpaperSystem::pictureIn(const QString& name) const {
     return QImage::fromData(files.read(kWallpaperFolder + name));
 }
 
+QImage WallpaperSystem::labelOn(int display, const QString& slug) const {
+    return QImage::fromData(files.read(composited(display, slug)));
+}
+
 QString WallpaperSystem::storedName() const {
     return defaults.values.value(kWallpaperProfileName).toString();
 }
 
-QString WallpaperSystem::composited(int display, const QString& slug) {
-    return kWallpaperFolder + u"composited-display-%1-%2.jpg"_s.arg(display).arg(slug);
+QString WallpaperSystem::composited(int display, const QString& slug) const {
+    const QString stem = u"composited-display-%1-%2-"_s.arg(display).arg(slug);
+    int latest = 0;
+    for (const QString& name : workFiles()) {
+        if (name.startsWith(stem)) {
+            latest = std::max(latest, WallpaperFiles::numberIn(name));
+        }
+    }
+    return latest > 0 ? kWallpaperFolder + stem + QString::number(latest) + u".jpg"_s : nextComposited(display, slug);
+}
+
+QString WallpaperSystem::nextComposited(int display, const QString& slug) const {
+    const int next = defaults.values.value(kQuorvaneWallpaperNumber).toInt() + 1;
+    return kWallpaperFolder + u"composited-display-%1-%2-%3.jpg"_s.arg(display).arg(slug).arg(next);
 }
 
 QString WallpaperSystem::original(int display) {
     return kWallpaperFolder + u"original-display-%1.jpg"_s.arg(display);
+}
+
+QString WallpaperSystem::shownOriginal(int display) const {
+    const QString stem = u"restored-display-%1-"_s.arg(display);
+    int latest = 0;
+    for (const QString& name : workFiles()) {
+        if (name.startsWith(stem)) {
+            latest = std::max(latest, WallpaperFiles::numberIn(name));
+        }
+    }
+    return kWallpaperFolder + stem + QString::number(latest) + u".jpg"_s;
 }
 
 QStringList WallpaperSystem::takeSets() {

@@ -92,9 +92,9 @@ TEST_F(RehearsalWallpaper, overlayShowsTheNameAndTakesItAway) {
               "Booth Monitor: the label is shown\n"
               "Color LCD: " +
                   kOverlayFolder.toStdString() +
-                  "/composited-display-1-late-night-set.jpg\n"
+                  "/composited-display-1-late-night-set-1.jpg\n"
                   "Booth Monitor: " +
-                  kOverlayFolder.toStdString() + "/composited-display-3-late-night-set.jpg\n");
+                  kOverlayFolder.toStdString() + "/composited-display-3-late-night-set-1.jpg\n");
     const Ending off = rehearse({u"overlay"_s, u"--off"_s});
     EXPECT_EQ(off.status, 0);
     EXPECT_EQ(off.output, "  [APPLIED] Wallpaper profile label removed.\n"
@@ -128,7 +128,7 @@ TEST_F(RehearsalWallpaper, anAppliedProfileIsNamedOnTheDisplays) {
     EXPECT_EQ(run.status, 0);
     EXPECT_TRUE(run.output.contains("Color LCD: the label is shown\nBooth Monitor: the label is shown\n"));
     EXPECT_TRUE(run.output.contains("  [APPLIED] Wallpaper profile label set to \"Rehearsal\" on 2 display(s).\n"));
-    EXPECT_TRUE(workFiles().contains(u"composited-display-3-rehearsal.jpg"_s));
+    EXPECT_TRUE(workFiles().contains(u"composited-display-3-rehearsal-2.jpg"_s));
     const Ending back = rehearse({u"default"_s});
     EXPECT_TRUE(back.output.contains("  [APPLIED] Wallpaper profile label removed.\n"));
     EXPECT_EQ(workFiles(), QStringList());

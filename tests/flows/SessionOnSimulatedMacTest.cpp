@@ -26,6 +26,7 @@ public:
     }
     QCoro::Task<void> finished() override { co_return; }
     bool isOverlayInPlace() const override { return false; }
+    bool hasAnimatedPicture() const override { return false; }
 
 private:
     QStringList& m_names;

@@ -321,6 +321,31 @@ TEST_F(LabelByWindow, theRowFollowsWhatIsAppliedMeanwhile) {
     EXPECT_TRUE(isSeen(u"Shown after a profile was applied."_s));
 }
 
+TEST_F(LabelByWindow, anAnimatedPictureIsCoveredOnlyWithTheUsersConsent) {
+    const QString note = u"Not shown where macOS animates the picture. Switch this off and on to show it there, too."_s;
+    const auto animate = [this] {
+        setDisplays(1);
+        macsim::Json displays = host->mac().state().read("displays");
+        displays[0]["animation"] = "Sonoma Horizon";
+        setState("displays", displays);
+    };
+    animate();
+    click(kWallpaper);
+    answerAlert(u"Show the Label?"_s, u"Cancel"_s);
+    waitUntilRest();
+    EXPECT_FALSE(isOn(kWallpaper));
+    EXPECT_TRUE(host->mac().state().read("displays")[0].contains("animation"));
+    click(kWallpaper);
+    answerAlert(u"Show the Label?"_s, u"Show Label"_s);
+    waitUntilRest();
+    EXPECT_TRUE(isOn(kWallpaper));
+    EXPECT_FALSE(isSeen(note));
+    EXPECT_FALSE(host->mac().state().read("displays")[0].contains("animation"));
+    animate();
+    processEventsUntil([this, &note] { return isSeen(note); });
+    EXPECT_TRUE(host->mac().state().read("displays")[0].contains("animation")) << "it was found later";
+}
+
 TEST_F(LabelByWindow, aDisplayThatWasLeftOutIsSaid) {
     setDisplays(2);
     click(kWallpaper);

@@ -99,6 +99,21 @@ TEST_F(SettingsActionsTest, theLabelTakesTheNameOfTheTitle) {
     EXPECT_EQ(labelShown(), u"label on: Live"_s);
 }
 
+TEST_F(SettingsActionsTest, anAnimatedPictureIsAskedAboutBeforeItIsCovered) {
+    const QString question =
+        u"! Show the Label? | macOS’s animated desktop picture will come back as a still picture. | "
+        "Show Label | Cancel"_s;
+    label->coversAnimated = true;
+    alerts.press(1);
+    EXPECT_FALSE(ending(session->settingsActions.showLabel(u"Live"_s, *listener)).succeeded);
+    EXPECT_EQ(takeSteps(), QStringList(question)) << "nothing was changed";
+    alerts.press(0);
+    EXPECT_TRUE(ending(session->settingsActions.showLabel(u"Live"_s, *listener)).succeeded);
+    EXPECT_EQ(takeSteps(), (QStringList{question, u"label on: Live"_s, u"anew: "_s}));
+    EXPECT_TRUE(ending(session->settingsActions.removeLabel(*listener)).succeeded);
+    EXPECT_EQ(takeSteps(), (QStringList{u"label off"_s, u"anew: "_s})) << "and only then";
+}
+
 // ---- What is shown
 
 TEST_F(SettingsActionsTest, theFactsAreThoseOfNow) {
@@ -113,7 +128,7 @@ TEST_F(SettingsActionsTest, theFactsAreThoseOfNow) {
     loginService.current = State::Enabled;
     session->settingsStatus.readAnew();
     EXPECT_EQ(session->settingsStatus.current(),
-              (SettingsFacts{true, true, true, State::Enabled, FullDiskAccess::Given}));
+              (SettingsFacts{true, true, true, false, State::Enabled, FullDiskAccess::Given}));
     EXPECT_EQ(changes, 1);
     label->isInPlace = false;
     Q_EMIT label->displaysLabelled({});

@@ -1,8 +1,10 @@
 // What the pages of services and settings say.
 
 #include "actions/SettingsTexts.h"
+
 #include "actions/ActionTexts.h"
 #include "actions/ServicePages.h"
+#include "actions/SettingsStatus.h"
 #include "fakes/ScriptedSystem.h"
 
 namespace quorvane {
@@ -120,11 +122,23 @@ TEST(SettingsTexts, theLatestFullBackupIsNamed) {
 TEST(SettingsTexts, theLabelIsOnlySaidToBeMissingWhereItShouldBe) {
     const QString waits = u"Shown after a profile was applied."_s;
     const QString isLeftOut = u"Could not be shown on every display. Check the Logs tab."_s;
-    EXPECT_EQ(wallpaperNote(false, true, false), QString());
-    EXPECT_EQ(wallpaperNote(false, false, false), QString());
-    EXPECT_EQ(wallpaperNote(true, true, true), QString());
-    EXPECT_EQ(wallpaperNote(true, false, false), waits);
-    EXPECT_EQ(wallpaperNote(true, true, false), isLeftOut);
+    const QString isAnimated =
+        u"Not shown where macOS animates the picture. Switch this off and on to show it there, too."_s;
+    const struct {
+        SettingsFacts facts;
+        QString note;
+    } cases[] = {
+        {{.showsLabel = false, .hasLabelName = true}, {}},
+        {{}, {}},
+        {{.showsLabel = true, .hasLabelName = true, .isLabelInPlace = true}, {}},
+        {{.showsLabel = true, .hasLabelName = false}, waits},
+        {{.showsLabel = true, .hasLabelName = false, .hasAnimatedPicture = true}, waits},
+        {{.showsLabel = true, .hasLabelName = true}, isLeftOut},
+        {{.showsLabel = true, .hasLabelName = true, .hasAnimatedPicture = true}, isAnimated},
+    };
+    for (const auto& [facts, note] : cases) {
+        EXPECT_EQ(wallpaperNote(facts), note);
+    }
 }
 
 TEST(SettingsTexts, onlyWhatWaitsForTheUserSaysWhatToDo) {

@@ -40,24 +40,25 @@ TEST_F(WallpaperFilesTest, allFilesLieInTheWorkFolder) {
     EXPECT_TRUE(files.exists(kFolder));
     EXPECT_EQ(work.manifestPath(), kFolder + u"/wallpaper-originals.json"_s);
     EXPECT_EQ(work.originalPath(u"display-1"_s), kFolder + u"/original-display-1.jpg"_s);
-    EXPECT_EQ(work.compositedPath(u"display-1"_s, u"My Gig!"_s), kFolder + u"/composited-display-1-my-gig.jpg"_s);
+    EXPECT_EQ(work.compositedPath(u"display-1"_s, u"My Gig!"_s, 7), kFolder + u"/composited-display-1-my-gig-7.jpg"_s);
 }
 
 TEST_F(WallpaperFilesTest, anIdentifierIsNoPath) {
     EXPECT_EQ(work.originalPath(u"../../x\0y/z"_s), kFolder + u"/original-..-..-x-y-z.jpg"_s);
-    EXPECT_EQ(work.compositedPath(u"a/b-0x0-1x1"_s, u"x"_s), kFolder + u"/composited-a-b-0x0-1x1-x.jpg"_s);
+    EXPECT_EQ(work.compositedPath(u"a/b-0x0-1x1"_s, u"x"_s, 1), kFolder + u"/composited-a-b-0x0-1x1-x-1.jpg"_s);
 }
 
 TEST_F(WallpaperFilesTest, aNameThatIsTooLongForAFileIsCutOffBetweenCharacters) {
     for (const QString& name :
          {QString(300, u'a'), QString(300, u'é'), QString(300, u'音'), u"\U0001D400"_s.repeated(200)}) {
         for (const QString& id : {u"display-1"_s, name}) {
-            const QString path = work.compositedPath(id, name);
+            const QString path = work.compositedPath(id, name, 1234);
             const QString file = path.mid(kFolder.size() + 1);
             EXPECT_LE(file.toUtf8().size(), 255);
             EXPECT_GT(file.toUtf8().size(), 245);
             EXPECT_EQ(QString::fromUtf8(path.toUtf8()), path) << "no half of a character";
             EXPECT_TRUE(WallpaperFiles::isComposited(file, id));
+            EXPECT_EQ(WallpaperFiles::numberIn(file), 1234);
             EXPECT_LE(work.originalPath(id).toUtf8().size() - kFolder.size(), 256);
         }
     }
@@ -70,21 +71,24 @@ TEST_F(WallpaperFilesTest, aLabelledPictureIsThatOfOneDisplay) {
     EXPECT_FALSE(WallpaperFiles::isComposited(u"composited-display-1.jpg"_s, u"display-1"_s));
 }
 
-TEST_F(WallpaperFilesTest, aDisplaysFileMayHaveSeveralNames) {
+TEST_F(WallpaperFilesTest, aDisplaysCopyMayHaveSeveralNames) {
+    EXPECT_EQ(work.originalPath(u"display-1"_s, 1), work.originalPath(u"display-1"_s));
     EXPECT_EQ(work.originalPath(u"display-1"_s, 2), kFolder + u"/original-display-1.2.jpg"_s);
-    EXPECT_EQ(work.compositedPath(u"display-1"_s, u"My Gig!"_s, 2), kFolder + u"/composited-display-1.2-my-gig.jpg"_s);
+}
+
+TEST_F(WallpaperFilesTest, aFilesNameTellsItsNumber) {
     for (const QString& id : {u"display-1"_s, u"Booth 1.5-0x0-640x480"_s, u"e\u0301"_s, QString(300, u'音')}) {
-        for (const int number : {1, 2, 13}) {
-            const QString name = WallpaperFiles::nameOf(work.compositedPath(id, u"My Gig!"_s, number));
-            EXPECT_EQ(WallpaperFiles::numberOfComposited(name, id, u"My Gig!"_s), number);
-            EXPECT_EQ(WallpaperFiles::numberOfComposited(name, id, u"Gig"_s), 0);
-            EXPECT_EQ(WallpaperFiles::numberOfComposited(name, u"display-2"_s, u"My Gig!"_s), 0);
-            EXPECT_LE(name.toUtf8().size(), 255);
+        for (const int number : {2, 13, 999'999'999}) {
+            EXPECT_EQ(WallpaperFiles::numberIn(WallpaperFiles::nameOf(work.restoredPath(id, number))), number);
+            EXPECT_EQ(WallpaperFiles::numberIn(WallpaperFiles::nameOf(work.compositedPath(id, u"Set 8"_s, number))),
+                      number);
         }
     }
-    EXPECT_EQ(WallpaperFiles::numberOfComposited(u"composited-display-1.0-my-gig.jpg"_s, u"display-1"_s, u"My Gig"_s),
-              0);
-    EXPECT_EQ(WallpaperFiles::numberOfComposited({}, u"display-1"_s, u"My Gig"_s), 0);
+    EXPECT_EQ(WallpaperFiles::numberIn(u"composited-display-1-live-99999999999.jpg"_s), 0) << "nobody counts that far";
+    for (const QString& other : {QString(), u"composited-display-1-live.jpg"_s, u"holiday-7.jpg"_s,
+                                 u"wallpaper-originals.json"_s, u"original-display-1.2.jpg"_s}) {
+        EXPECT_EQ(WallpaperFiles::numberIn(other), 0) << other.toStdString();
+    }
 }
 
 TEST_F(WallpaperFilesTest, whatIsKnownOfADisplayIsItsNameAndSize) {

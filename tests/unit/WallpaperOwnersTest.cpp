@@ -85,6 +85,19 @@ TEST(WallpaperOwners, aDisplayOfAnotherMakeOrSizeIsAnother) {
               (WallpaperManifest{{recordOf(u"away-1"_s, 1, {fileOf(1)})}}));
 }
 
+TEST(WallpaperOwners, aSpaceThatIsNotVisibleIsLikeADisplayThatIsAway) {
+    const WallpaperManifest hidden = settledManifest({{kFirst}}, {chosen(1)}, Spaces::MaybeOthers);
+    EXPECT_EQ(hidden, (WallpaperManifest{{recordOf(u"away-1"_s, 1, {fileOf(1)})}}));
+    const ScreenWallpaperRecord ofTheOther = recordOf(u"display-1"_s, 2, {u"composited-display-1-live-2.jpg"_s});
+    EXPECT_EQ(settledManifest({{hidden.screens.first(), ofTheOther}}, {labelled(1, fileOf(1))}, Spaces::MaybeOthers),
+              (WallpaperManifest{{kFirst, recordOf(u"away-2"_s, 2, {u"composited-display-1-live-2.jpg"_s})}}));
+    EXPECT_EQ(settledManifest({{kFirst}}, {labelled(1, fileOf(1))}, Spaces::MaybeOthers),
+              (WallpaperManifest{{kFirst}}));
+    const ScreenWallpaperRecord shownNowhere = recordOf(u"display-1"_s, 1, {});
+    EXPECT_EQ(settledManifest({{shownNowhere}}, {chosen(1)}, Spaces::MaybeOthers), (WallpaperManifest{{shownNowhere}}))
+        << "no Space will look for it";
+}
+
 TEST(WallpaperOwners, aDisplayOfWhichTheSystemSaysNothingKeepsItsRecord) {
     EXPECT_EQ(settledManifest({{kFirst}}, {{u"display-1"_s, u"LCD-4x3"_s}}), (WallpaperManifest{{kFirst}}));
 }

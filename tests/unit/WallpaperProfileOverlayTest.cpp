@@ -22,10 +22,10 @@ class WallpaperOverlay : public WallpaperSystem {};
 TEST_F(WallpaperOverlay, showsTheNameOnEveryDisplay) {
     enable(u"Live Set"_s);
     EXPECT_EQ(takeTrace(), labelled(u"Live Set"_s, 2));
-    EXPECT_EQ(takeSets(), (QStringList{u"Display 1 composited-display-1-live-set.jpg"_s,
-                                       u"Display 2 composited-display-2-live-set.jpg"_s}));
+    EXPECT_EQ(takeSets(), (QStringList{u"Display 1 composited-display-1-live-set-1.jpg"_s,
+                                       u"Display 2 composited-display-2-live-set-1.jpg"_s}));
     EXPECT_EQ(workFiles(),
-              (QStringList{u"composited-display-1-live-set.jpg"_s, u"composited-display-2-live-set.jpg"_s,
+              (QStringList{u"composited-display-1-live-set-1.jpg"_s, u"composited-display-2-live-set-1.jpg"_s,
                            u"original-display-1.jpg"_s, u"original-display-2.jpg"_s, u"wallpaper-originals.json"_s}));
     EXPECT_EQ(defaults.values.value(kShowProfileOnWallpaper), true);
     EXPECT_EQ(storedName(), u"Live Set"_s);
@@ -34,8 +34,8 @@ TEST_F(WallpaperOverlay, showsTheNameOnEveryDisplay) {
 
 TEST_F(WallpaperOverlay, composesInThePixelsOfEachDisplay) {
     enable(u"Live"_s);
-    const QImage builtIn = pictureIn(u"composited-display-1-live.jpg"_s);
-    const QImage monitor = pictureIn(u"composited-display-2-live.jpg"_s);
+    const QImage builtIn = labelOn(1, u"live"_s);
+    const QImage monitor = labelOn(2, u"live"_s);
     EXPECT_EQ(builtIn.size(), QSize(400, 240));
     EXPECT_EQ(monitor.size(), QSize(300, 200));
     EXPECT_GT(lightest(builtIn), 235) << "white on dark blue";
@@ -47,9 +47,9 @@ TEST_F(WallpaperOverlay, keepsACopyOfEachPictureAndWhereItCameFrom) {
     EXPECT_EQ(pictureIn(u"original-display-1.jpg"_s).size(), QSize(20, 10));
     EXPECT_EQ(decodeWallpaperManifest(files.read(kWallpaperFolder + u"wallpaper-originals.json"_s)),
               (WallpaperManifest{{{u"display-1"_s, original(1), u"file:///Users/alex/Pictures/blue.png"_s,
-                                   QStringList(u"composited-display-1-live.jpg"_s), u"Display 1-200x120"_s},
+                                   QStringList(u"composited-display-1-live-1.jpg"_s), u"Display 1-200x120"_s},
                                   {u"display-2"_s, original(2), u"file:///Users/alex/Pictures/light.png"_s,
-                                   QStringList(u"composited-display-2-live.jpg"_s), u"Display 2-300x200"_s}}}));
+                                   QStringList(u"composited-display-2-live-1.jpg"_s), u"Display 2-300x200"_s}}}));
 }
 
 TEST_F(WallpaperOverlay, bringsTheUsersOwnFilesBackWhenTheOptionGoesOff) {
@@ -282,12 +282,12 @@ TEST_F(WallpaperOverlay, isComposedAgainWhenTheDisplayHasAnotherResolution) {
     enable(u"Live"_s);
     displays.connected[0].display.frame = {0, 0, 250, 150};
     update(u"Live"_s);
-    EXPECT_EQ(pictureIn(u"composited-display-1-live.jpg"_s).size(), QSize(500, 300));
+    EXPECT_EQ(labelOn(1, u"live"_s).size(), QSize(500, 300));
 }
 
 TEST_F(WallpaperOverlay, isNotInPlaceWhileTheFileHoldsAnotherName) {
     enable(u"My Gig"_s);
-    files.failOn(MemoryFileManager::Operation::Write, composited(1, u"my-gig"_s));
+    files.failOn(MemoryFileManager::Operation::Write, nextComposited(1, u"my-gig"_s));
     update(u"My Gig!"_s);
     EXPECT_EQ(shown(1), kPictures + u"blue.png"_s) << "and no name rather than the wrong one";
     EXPECT_FALSE(overlay->isOverlayInPlace());
@@ -300,6 +300,60 @@ TEST_F(WallpaperOverlay, whoseFileIsGoneIsComposedAgain) {
     EXPECT_TRUE(files.exists(composited(2, u"live"_s)));
 }
 
+// ---- A path that the system knows is drawn as it was when it was first set
+
+TEST_F(WallpaperOverlay, ofEachOfTwoNamesWithOneSlugIsDrawn) {
+    enable(u"Show 1"_s);
+    const QImage first = drawn(1);
+    update(u"Show (1)"_s);
+    const QImage second = drawn(1);
+    EXPECT_NE(second, first);
+    EXPECT_EQ(second, QImage::fromData(files.read(*shown(1))));
+    for (int round = 0; round < 5; ++round) {
+        update(u"Show 1"_s);
+        EXPECT_EQ(drawn(1), first) << round;
+        update(u"Show (1)"_s);
+        EXPECT_EQ(drawn(1), second) << round;
+    }
+}
+
+TEST_F(WallpaperOverlay, isDrawnInThePixelsOfNow) {
+    enable(u"Live"_s);
+    displays.connected[0].display.frame = {0, 0, 250, 150};
+    tellOfChange();
+    EXPECT_EQ(drawn(1).size(), QSize(500, 300));
+    displays.connected[0].display.frame = {0, 0, 200, 120};
+    tellOfChange();
+    EXPECT_EQ(drawn(1).size(), QSize(400, 240));
+    EXPECT_TRUE(overlay->isOverlayInPlace());
+}
+
+TEST_F(WallpaperOverlay, thatComesBackIsDrawnOnThePictureOfNow) {
+    addPicture(u"white.png"_s, Qt::white);
+    enable(u"Live"_s);
+    disable();
+    choose(1, kPictures + u"white.png"_s);
+    enable(u"Live"_s);
+    EXPECT_GT(drawn(1).pixelColor(390, 230).lightness(), 240);
+    overlay.reset();
+    defaults.values.remove(kQuorvaneWallpaperNumber);
+    start();
+    choose(1, kPictures + u"blue.png"_s);
+    EXPECT_LT(drawn(1).pixelColor(390, 230).lightness(), 120) << "by the files that stand there alone";
+}
+
+TEST_F(WallpaperOverlay, leavesTheCopyOfThePictureOfNow) {
+    for (const auto& [name, color] : {std::pair(u"white.png"_s, Qt::white), std::pair(u"black.png"_s, Qt::black)}) {
+        addPicture(name, color);
+        choose(1, kPictures + name);
+        enable(u"Live"_s);
+        files.removeAsRoot(kPictures + name);
+        disable();
+        EXPECT_TRUE(shown(1)->startsWith(kWallpaperFolder));
+        EXPECT_LT(std::abs(drawn(1).pixelColor(5, 5).lightness() - QColor(color).lightness()), 20);
+    }
+}
+
 // ---- The user changes a picture by hand
 
 TEST_F(WallpaperOverlay, comesOntoAPictureThatTheUserChooses) {
@@ -308,9 +362,9 @@ TEST_F(WallpaperOverlay, comesOntoAPictureThatTheUserChooses) {
     takeTrace();
     takeSets();
     choose(1, kPictures + u"white.png"_s);
-    EXPECT_EQ(takeSets(), QStringList(u"Display 1 composited-display-1-live.jpg"_s));
+    EXPECT_EQ(takeSets(), QStringList(u"Display 1 composited-display-1-live-2.jpg"_s));
     EXPECT_EQ(takeTrace(), labelled(u"Live"_s, 2));
-    EXPECT_LT(darkest(pictureIn(u"composited-display-1-live.jpg"_s), {0, 0, 400, 240}), 20) << "black on white";
+    EXPECT_LT(darkest(labelOn(1, u"live"_s), {0, 0, 400, 240}), 20) << "black on white";
     disable();
     EXPECT_EQ(shown(1), kPictures + u"white.png"_s) << "the new picture is the one that comes back";
     EXPECT_EQ(shown(2), kPictures + u"light.png"_s);
@@ -346,8 +400,71 @@ TEST_F(WallpaperOverlay, comesOntoADisplayThatIsPluggedIn) {
 
 TEST_F(WallpaperOverlay, stopsListeningAtItsEnd) {
     EXPECT_EQ(systemNotifications.observerCount(), 1);
+    EXPECT_EQ(displays.observerCount(), 1);
     overlay.reset();
     EXPECT_EQ(systemNotifications.observerCount(), 0);
+    EXPECT_EQ(displays.observerCount(), 0);
+}
+
+// ---- What no notification tells of
+
+TEST_F(WallpaperOverlay, comesOntoAPictureThatNobodyToldOf) {
+    enable(u"Live"_s);
+    displays.connected[0].picture = kPictures + u"light.png"_s;
+    tell(DesktopChange::Other);
+    EXPECT_EQ(shown(1), composited(1, u"live"_s));
+    disable();
+    EXPECT_EQ(shown(1), kPictures + u"light.png"_s);
+}
+
+TEST_F(WallpaperOverlay, isntComposedWhereNothingHasChanged) {
+    enable(u"Live"_s);
+    displays.calls.clear();
+    takeTrace();
+    defaults.writtenKeys.clear();
+    tell(DesktopChange::Other);
+    tell(DesktopChange::Space);
+    EXPECT_EQ(displays.calls, QStringList());
+    EXPECT_EQ(takeTrace(), u"\n"_s);
+    EXPECT_EQ(defaults.writtenKeys, QStringList());
+    disable();
+    displays.calls.clear();
+    tell(DesktopChange::Other);
+    EXPECT_EQ(displays.calls, QStringList());
+}
+
+TEST_F(WallpaperOverlay, comesOntoEachSpaceThatIsVisitedAndLeavesEachItsOwnPicture) {
+    enable(u"Live"_s);
+    const std::optional<QString> first = shown(1);
+    displays.connected[0].picture = kPictures + u"light.png"_s;
+    tell(DesktopChange::Space);
+    const std::optional<QString> second = shown(1);
+    EXPECT_EQ(second, composited(1, u"live"_s));
+    EXPECT_NE(second, first);
+    EXPECT_GT(drawn(1).pixelColor(390, 230).lightness(), 200) << "of the light picture";
+    displays.connected[0].picture = first;
+    takeSets();
+    tell(DesktopChange::Space);
+    EXPECT_EQ(takeSets(), QStringList()) << "its label is still there";
+    disable();
+    EXPECT_EQ(shown(1), kPictures + u"blue.png"_s);
+    displays.connected[0].picture = second;
+    tell(DesktopChange::Space);
+    EXPECT_EQ(shown(1), kPictures + u"light.png"_s) << "the other Space keeps its label until it is visited";
+    EXPECT_EQ(workFiles(), QStringList());
+}
+
+TEST_F(WallpaperOverlay, ofNowComesOntoASpaceWithAnOlderName) {
+    enable(u"Live"_s);
+    const std::optional<QString> first = shown(1);
+    displays.connected[0].picture = kPictures + u"light.png"_s;
+    tell(DesktopChange::Space);
+    update(u"Studio"_s);
+    displays.connected[0].picture = first;
+    tell(DesktopChange::Space);
+    EXPECT_EQ(shown(1), composited(1, u"studio"_s));
+    EXPECT_LT(drawn(1).pixelColor(390, 230).lightness(), 120) << "of the blue picture";
+    EXPECT_EQ(drawn(1), labelOn(1, u"studio"_s));
 }
 
 TEST_F(WallpaperOverlay, withoutALogIsQuiet) {
@@ -374,7 +491,7 @@ TEST_F(WallpaperOverlay, keepsTheEventLoopRunningWhileItComposes) {
     const Ticks ticks;
     enable(u"Live"_s);
     EXPECT_GT(ticks.count(), 20);
-    EXPECT_EQ(pictureIn(u"composited-display-1-live.jpg"_s).size(), QSize(6016, 3384));
+    EXPECT_EQ(labelOn(1, u"live"_s).size(), QSize(6016, 3384));
 }
 
 } // namespace quorvane

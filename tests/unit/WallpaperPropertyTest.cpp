@@ -1,19 +1,29 @@
-// Displays come, go and are numbered anew, their users choose pictures, names change and changes fail: in the end each
-// display has the picture that its user chose last. What a display is, only its user knows; the program sees numbers.
+// Displays come, go, are numbered anew and of another size, their users choose pictures and go to other Spaces, names change
+// and changes fail: in the end each Space of each display has the picture that its user chose last, and meanwhile what is
+// drawn of a label is what was composed last. What a display is, only its user knows; the program sees numbers.
 
 #include "fakes/WallpaperSystem.h"
 
 #include <algorithm>
+#include <functional>
 #include <random>
+#include <utility>
 
 namespace quorvane {
 
 namespace {
 
-/// A display on somebody's desk. It keeps what it shows while it is unplugged.
+/// What a Space shows that isn't visible.
+struct HiddenSpace {
+    std::optional<QString> picture;
+    QString chosen; ///< by its user, last
+};
+
+/// A display on somebody's desk, with two Spaces. It keeps what it shows while it is unplugged.
 struct Monitor {
     MemoryDisplays::Connected state;
     QString chosen; ///< by its user, last
+    HiddenSpace hidden;
     bool isConnected = true;
 };
 
@@ -50,6 +60,7 @@ protected:
             files.removeAsRoot(kWallpaperFolder + name);
         }
         defaults.values.clear();
+        displays.forgetWhatWasDrawn();
         for (const auto& [name, color] : kChoices) {
             addPicture(name, color);
         }
@@ -57,7 +68,9 @@ protected:
         for (quint32 number = 1; number <= 3; ++number) {
             const QString model = knowledge == Knowledge::OneModel ? u"Monitor"_s : u"Monitor %1"_s.arg(number);
             const QString picture = kPictures + kChoices[number - 1].name;
-            monitors.push_back({{{number, model, {0, 0, 48, 96}, 1}, picture, std::nullopt}, picture});
+            const QString another = kPictures + kChoices[number].name;
+            monitors.push_back(
+                {{{number, model, {0, 0, 48, 96}, 1}, picture, std::nullopt}, picture, {another, another}});
         }
         connectMonitors();
         start();
@@ -77,6 +90,7 @@ protected:
         }
         happen();
         readMonitors();
+        expectToBeDrawnAsComposed();
         files.failAtChange(0);
         for (Monitor& monitor : monitors) {
             if (below(3) > 0) {
@@ -101,20 +115,21 @@ protected:
     void expectLabelsOfWhatWasChosen() {
         enable(u"End"_s);
         readMonitors();
-        for (const Monitor& monitor : monitors) {
+        onEachSpace([this](const Monitor& monitor) {
             EXPECT_TRUE(areAlike(colorShown(monitor), colorOf(monitor.chosen))) << nameOf(monitor).toStdString();
             EXPECT_TRUE(monitor.state.picture->startsWith(kWallpaperFolder)) << nameOf(monitor).toStdString();
-        }
-        EXPECT_TRUE(overlay->isOverlayInPlace());
+            EXPECT_TRUE(overlay->isOverlayInPlace());
+        });
+        expectToBeDrawnAsComposed();
     }
 
     void expectWhatWasChosen() {
         disable();
         readMonitors();
-        for (const Monitor& monitor : monitors) {
+        onEachSpace([this](const Monitor& monitor) {
             EXPECT_EQ(monitor.state.picture->toStdString(), monitor.chosen.toStdString())
                 << nameOf(monitor).toStdString();
-        }
+        });
     }
 
     /// The user's files are gone meanwhile: the copies are what there is.
@@ -124,9 +139,9 @@ protected:
         }
         disable();
         readMonitors();
-        for (const Monitor& monitor : monitors) {
+        onEachSpace([this](const Monitor& monitor) {
             EXPECT_TRUE(areAlike(colorShown(monitor), colorOf(monitor.chosen))) << nameOf(monitor).toStdString();
-        }
+        });
     }
 
     int below(int bound) { return static_cast<int>(m_random() % static_cast<quint64>(bound)); }
@@ -136,7 +151,7 @@ protected:
 
 private:
     void happen() {
-        switch (below(12)) {
+        switch (below(15)) {
         case 0:
         case 1:
         case 2:
@@ -160,8 +175,57 @@ private:
         case 10:
             takeAway();
             break;
+        case 11:
+        case 12:
+            goToTheOtherSpace(anyMonitor());
+            break;
+        case 13:
+            resize(anyMonitor());
+            break;
         default:
             startAnew();
+        }
+    }
+
+    /// The system always tells of it.
+    void goToTheOtherSpace(Monitor& monitor) {
+        if (!monitor.isConnected) {
+            return;
+        }
+        note(u"%1 shows its other Space"_s.arg(nameOf(monitor)));
+        std::swap(monitor.state.picture, monitor.hidden.picture);
+        std::swap(monitor.chosen, monitor.hidden.chosen);
+        connectMonitors();
+        tell(DesktopChange::Space);
+    }
+
+    void onEachSpace(const std::function<void(const Monitor& monitor)>& look) {
+        for (int space = 1; space <= 2; ++space) {
+            for (Monitor& monitor : monitors) {
+                look(monitor);
+                goToTheOtherSpace(monitor);
+                readMonitors();
+            }
+        }
+    }
+
+    /// It is then another display, as far as the program can tell.
+    void resize(Monitor& monitor) {
+        if (monitor.isConnected) {
+            monitor.state.display.frame.setWidth(monitor.state.display.frame.width() == 48 ? 64 : 48);
+            note(u"%1 is %2 wide"_s.arg(nameOf(monitor)).arg(monitor.state.display.frame.width()));
+            connectMonitors();
+            tell(DesktopChange::Other);
+        }
+    }
+
+    /// A label that stands for another is drawn in its place.
+    void expectToBeDrawnAsComposed() {
+        for (const Monitor& monitor : monitors) {
+            const QString path = monitor.state.picture.value_or(QString());
+            if (monitor.isConnected && path.startsWith(kWallpaperFolder) && files.exists(path)) {
+                EXPECT_EQ(displays.drawnOn(monitor.state), files.read(path)) << nameOf(monitor).toStdString();
+            }
         }
     }
 
@@ -225,7 +289,7 @@ private:
     }
 
     void showName() {
-        const QString name = QStringList{u"Live"_s, u"Studio"_s, u"Studio!"_s, u"Club"_s}[below(4)];
+        const QString name = QStringList{u"Live"_s, u"Show 1"_s, u"Show (1)"_s, u"Club"_s}[below(4)];
         note(u"\"%1\" is shown"_s.arg(name));
         connectMonitors();
         below(2) == 0 ? update(name) : enable(name);
@@ -290,7 +354,7 @@ private:
         if (!files.exists(*monitor.state.picture)) {
             return {};
         }
-        const QImage picture = QImage::fromData(files.read(*monitor.state.picture));
+        const QImage picture = QImage::fromData(displays.drawnOn(monitor.state));
         return picture.pixelColor(picture.width() / 2, picture.height() - 3);
     }
 

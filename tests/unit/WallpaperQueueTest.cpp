@@ -131,9 +131,9 @@ TEST_F(WallpaperQueue, aPictureChosenMeanwhileIsNotTakenAway) {
     overlay->applyOverlay(u"Live"_s);
     displays.connected[0].picture = kPictures + u"white.png"_s; // while the first is copied
     finish();
-    EXPECT_EQ(takeSets(), (QStringList{u"Display 2 composited-display-2-live.jpg"_s,
-                                       u"Display 1 composited-display-1-live.jpg"_s}));
-    EXPECT_LT(darkest(pictureIn(u"composited-display-1-live.jpg"_s), {0, 0, 400, 240}), 20) << "black on white";
+    EXPECT_EQ(takeSets(), (QStringList{u"Display 2 composited-display-2-live-1.jpg"_s,
+                                       u"Display 1 composited-display-1-live-2.jpg"_s}));
+    EXPECT_LT(darkest(labelOn(1, u"live"_s), {0, 0, 400, 240}), 20) << "black on white";
     disable();
     EXPECT_EQ(shown(1), kPictures + u"white.png"_s);
 }
@@ -151,8 +151,25 @@ TEST_F(WallpaperQueue, aDisplayUnpluggedMeanwhileIsLeftOut) {
     overlay->applyOverlay(u"Live"_s);
     displays.connected.removeLast();
     finish();
-    EXPECT_EQ(takeSets(), QStringList(u"Display 1 composited-display-1-live.jpg"_s));
+    EXPECT_EQ(takeSets(), QStringList(u"Display 1 composited-display-1-live-1.jpg"_s));
     EXPECT_EQ(takeTrace(), u"  [APPLIED] Wallpaper profile label set to \"Live\" on 1 display(s).\n"_s);
+}
+
+TEST_F(WallpaperQueue, aSpaceThatIsLeftMeanwhileKeepsItsPicture) {
+    overlay->applyOverlay(u"Live"_s);
+    finish();
+    const std::optional<QString> label = displays.connected[0].picture;
+    overlay->applyOverlay(u"Studio"_s);
+    displays.connected[0].picture = kPictures + u"light.png"_s; // of the next Space, while the label is composed
+    displays.tell(DesktopChange::Space);
+    finish();
+    EXPECT_EQ(shown(1), composited(1, u"studio"_s));
+    disable();
+    EXPECT_EQ(shown(1), kPictures + u"light.png"_s);
+    displays.connected[0].picture = label;
+    tell(DesktopChange::Space);
+    EXPECT_EQ(shown(1), kPictures + u"blue.png"_s);
+    EXPECT_EQ(workFiles(), QStringList());
 }
 
 TEST_F(WallpaperQueue, notificationsThatWaitAreOneCheck) {

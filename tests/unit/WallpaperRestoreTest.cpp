@@ -38,7 +38,7 @@ TEST_F(WallpaperRestore, aDisplayThatIsUnpluggedGetsItsPictureBackWhenItReturns)
     const MemoryDisplays::Connected monitor = unplug(2);
     disable();
     EXPECT_EQ(shown(1), kPictures + u"blue.png"_s);
-    EXPECT_EQ(workFiles(), (QStringList{u"composited-display-2-live.jpg"_s, u"original-display-2.jpg"_s,
+    EXPECT_EQ(workFiles(), (QStringList{u"composited-display-2-live-1.jpg"_s, u"original-display-2.jpg"_s,
                                         u"wallpaper-originals.json"_s}))
         << "what it will need";
     EXPECT_EQ(manifest().screens.size(), 1);
@@ -81,9 +81,10 @@ TEST_F(WallpaperRestore, aFileThatTheUserHasDeletedComesBackAsItsCopy) {
     enableQuietly();
     files.removeAsRoot(kPictures + u"blue.png"_s);
     disable();
-    EXPECT_EQ(shown(1), original(1));
+    EXPECT_EQ(shown(1), shownOriginal(1));
     EXPECT_EQ(shown(2), kPictures + u"light.png"_s);
-    EXPECT_EQ(workFiles(), (QStringList{u"original-display-1.jpg"_s, u"wallpaper-originals.json"_s}))
+    EXPECT_EQ(workFiles(),
+              (QStringList{u"original-display-1.jpg"_s, u"restored-display-1-2.jpg"_s, u"wallpaper-originals.json"_s}))
         << "what a display shows is kept with its record";
     takeSets();
     tellOfChange();
@@ -93,16 +94,38 @@ TEST_F(WallpaperRestore, aFileThatTheUserHasDeletedComesBackAsItsCopy) {
     enable(u"Studio"_s);
     EXPECT_EQ(shown(1), composited(1, u"studio"_s));
     disable();
+    EXPECT_EQ(shown(1), shownOriginal(1));
+}
+
+TEST_F(WallpaperRestore, aCopyThatCantBeGivenANameOfItsOwnIsShownAllTheSame) {
+    enableQuietly();
+    files.removeAsRoot(kPictures + u"blue.png"_s);
+    files.failOn(Operation::Write, kWallpaperFolder + u"restored-display-1-2.jpg"_s);
+    disable();
     EXPECT_EQ(shown(1), original(1));
+}
+
+TEST_F(WallpaperRestore, ofADamagedManifestTheCopyThatIsShownIsStillTheUsers) {
+    enableQuietly();
+    files.removeAsRoot(kPictures + u"blue.png"_s);
+    disable();
+    writeManifest("{ damaged");
+    enable(u"Studio"_s);
+    EXPECT_EQ(shown(1), composited(1, u"studio"_s));
+    disable();
+    EXPECT_EQ(shown(1), shownOriginal(1));
+    EXPECT_LT(lightest(drawn(1)), 140) << "dark blue";
 }
 
 TEST_F(WallpaperRestore, aDisplayWithoutARecordGetsItsCopy) {
     enableQuietly();
     files.removeAsRoot(kWallpaperFolder + u"wallpaper-originals.json"_s);
     disable();
-    EXPECT_EQ(shown(1), original(1));
-    EXPECT_EQ(shown(2), original(2));
-    EXPECT_EQ(workFiles(), (QStringList{u"original-display-1.jpg"_s, u"original-display-2.jpg"_s}));
+    EXPECT_EQ(shown(1), shownOriginal(1));
+    EXPECT_EQ(shown(2), shownOriginal(2));
+    EXPECT_EQ(workFiles(),
+              (QStringList{u"original-display-1.jpg"_s, u"original-display-2.jpg"_s, u"restored-display-1-2.jpg"_s,
+                           u"restored-display-2-3.jpg"_s, u"wallpaper-originals.json"_s}));
 }
 
 TEST_F(WallpaperRestore, ofADamagedManifestThereAreStillTheCopies) {
@@ -111,11 +134,11 @@ TEST_F(WallpaperRestore, ofADamagedManifestThereAreStillTheCopies) {
         writeManifest(damaged);
         const MemoryDisplays::Connected monitor = unplug(2);
         disable();
-        EXPECT_EQ(shown(1), original(1));
+        EXPECT_EQ(shown(1), shownOriginal(1));
         EXPECT_TRUE(files.exists(original(2))) << "of the display that isn't connected";
         displays.connected.append(monitor);
         tellOfChange();
-        EXPECT_EQ(shown(2), original(2));
+        EXPECT_EQ(shown(2), shownOriginal(2));
     }
 }
 
@@ -164,7 +187,7 @@ TEST_F(WallpaperRestore, aCopyIsKeptThoughTheSystemDoesntSayThatItIsShown) {
     displays.connected[0].picture.reset();
     displays.whenSet = [this] { displays.connected[0].picture.reset(); };
     disable();
-    EXPECT_EQ(takeSets().first(), u"Display 1 original-display-1.jpg"_s);
+    EXPECT_EQ(takeSets().first(), u"Display 1 restored-display-1-2.jpg"_s);
     EXPECT_TRUE(files.exists(original(1)));
     EXPECT_NE(manifest().record(u"display-1"_s), nullptr);
 }
@@ -188,7 +211,7 @@ TEST_F(WallpaperRestore, aDisplayThatGetsANewNumberIsRestoredByWhatItShows) {
     displays.connected[1].display.number = 5;
     disable();
     EXPECT_EQ(shown(1), kPictures + u"blue.png"_s);
-    EXPECT_EQ(shown(2), original(2));
+    EXPECT_EQ(shown(2), shownOriginal(5));
     EXPECT_TRUE(files.exists(original(2)));
 }
 
@@ -196,8 +219,8 @@ TEST_F(WallpaperRestore, displaysThatChangeTheirNumbersKeepTheirPictures) {
     enableQuietly();
     std::swap(displays.connected[0].display.number, displays.connected[1].display.number);
     update(u"Studio"_s);
-    EXPECT_LT(darkest(pictureIn(u"composited-display-1-studio.jpg"_s), {0, 0, 300, 200}), 20) << "the light one";
-    EXPECT_GT(lightest(pictureIn(u"composited-display-2-studio.jpg"_s)), 235) << "the dark one";
+    EXPECT_LT(darkest(labelOn(1, u"studio"_s), {0, 0, 300, 200}), 20) << "the light one";
+    EXPECT_GT(lightest(labelOn(2, u"studio"_s)), 235) << "the dark one";
     disable();
     EXPECT_EQ(shown(1), kPictures + u"blue.png"_s);
     EXPECT_EQ(shown(2), kPictures + u"light.png"_s);
@@ -213,7 +236,7 @@ TEST_F(WallpaperRestore, aDisplayThatGetsANewNumberNeedsNoNewCopy) {
     EXPECT_EQ(takeTrace(), u"  [APPLIED] Wallpaper profile label set to \"Studio\" on 2 display(s).\n"_s);
     files.removeAsRoot(kPictures + u"light.png"_s);
     disable();
-    EXPECT_EQ(shown(2), original(2));
+    EXPECT_EQ(shown(2), shownOriginal(5));
 }
 
 TEST_F(WallpaperRestore, aDisplayThatTakesTheNumberOfOneThatIsAwayTakesNothingElse) {
@@ -223,7 +246,7 @@ TEST_F(WallpaperRestore, aDisplayThatTakesTheNumberOfOneThatIsAwayTakesNothingEl
     tellOfChange();
     displays.plugIn(2, monitor.display.frame, 1, kPictures + u"white.png"_s);
     tellOfChange();
-    EXPECT_EQ(shown(2), kWallpaperFolder + u"composited-display-2.2-live.jpg"_s);
+    EXPECT_EQ(shown(2), composited(2, u"live"_s));
     monitor.display.number = 3;
     displays.connected.append(monitor);
     tellOfChange();
@@ -353,7 +376,7 @@ TEST_F(WallpaperRestore, aDisplayThatRefusesThePictureKeepsEverything) {
     displays.connected[0].settingError = u"It is locked."_s;
     disable();
     EXPECT_EQ(takeTrace(), u"  [ERROR] Could not set desktop wallpaper: It is locked.\n"_s + kLabelGone);
-    EXPECT_EQ(workFiles(), (QStringList{u"composited-display-1-live.jpg"_s, u"original-display-1.jpg"_s,
+    EXPECT_EQ(workFiles(), (QStringList{u"composited-display-1-live-1.jpg"_s, u"original-display-1.jpg"_s,
                                         u"wallpaper-originals.json"_s}));
     takeSets();
     tellOfChange();
@@ -434,7 +457,7 @@ TEST_F(WallpaperRestore, aTransparentPictureComesBackItself) {
     files.addFile(kPictures + u"clear.png"_s, pngFile(picture));
     displays.connected[0].picture = kPictures + u"clear.png"_s;
     enable(u"Live"_s);
-    EXPECT_GT(lightest(pictureIn(u"composited-display-1-live.jpg"_s)), 235) << "white on black";
+    EXPECT_GT(lightest(labelOn(1, u"live"_s)), 235) << "white on black";
     EXPECT_LT(lightest(pictureIn(u"original-display-1.jpg"_s)), 10);
     disable();
     EXPECT_EQ(shown(1), kPictures + u"clear.png"_s);
@@ -486,7 +509,7 @@ TEST_F(WallpaperRestore, noLabelIsShownThatCantBeRecorded) {
 }
 
 TEST_F(WallpaperRestore, aLabelThatCantBeWrittenIsntShown) {
-    files.failOn(Operation::Write, composited(2, u"live"_s));
+    files.failOn(Operation::Write, nextComposited(2, u"live"_s));
     enable(u"Live"_s);
     EXPECT_EQ(takeTrace(), u"  [ERROR] Could not save composited wallpaper for display-2.\n"_s + kLabelledOne);
     EXPECT_EQ(shown(2), kPictures + u"light.png"_s);
@@ -512,14 +535,15 @@ TEST_F(WallpaperRestore, anyChangeOfAFileMayFail) {
 // ---- A label that can't be shown
 
 TEST_F(WallpaperRestore, aLabelThatCantBeShownLeavesNoWrongName) {
-    const std::function<void()> troubles[] = {[this] { files.failOn(Operation::Write, composited(1, u"studio"_s)); },
-                                              [this] {
-                                                  displays.connected[0].display.frame = {0, 0, 0, 0};
-                                              },
-                                              [this] {
-                                                  files.removeAsRoot(original(1));
-                                                  files.addFile(kPictures + u"blue.png"_s, "not a picture any more");
-                                              }};
+    const std::function<void()> troubles[] = {
+        [this] { files.failOn(Operation::Write, nextComposited(1, u"studio"_s)); },
+        [this] {
+            displays.connected[0].display.frame = {0, 0, 0, 0};
+        },
+        [this] {
+            files.removeAsRoot(original(1));
+            files.addFile(kPictures + u"blue.png"_s, "not a picture any more");
+        }};
     for (const auto& trouble : troubles) {
         displays.connected[0].display.frame = {0, 0, 200, 120};
         enableQuietly();
@@ -539,7 +563,7 @@ TEST_F(WallpaperRestore, eachDisplayHasAResult) {
     displays.plugIn(4, {0, 0, 40, 30}, 1, kPictures + u"missing.png"_s);
     displays.plugIn(5, {0, 0, 40, 30}, 1, kPictures + u"blue.png"_s);
     displays.connected[1].settingError = u"It is locked."_s;
-    files.failOn(Operation::Write, composited(5, u"live"_s));
+    files.failOn(Operation::Write, nextComposited(5, u"live"_s));
     const QStringList results{
         u"Display 1: shown"_s, u"Display 2: It is locked."_s, u"Display 3: The label could not be composed."_s,
         u"Display 4: Its picture could not be read."_s, u"Display 5: The labelled picture could not be saved."_s};
@@ -676,8 +700,8 @@ TEST_F(WallpaperRestore, aManifestLeadsToNoFileOutsideOfTheWorkFolder) {
     disable();
     EXPECT_EQ(files.read(u"/Users/alex/Pictures/private.jpg"_s), "private");
     EXPECT_FALSE(displays.calls.contains(u"load /Users/alex/Pictures/private.jpg"_s));
-    EXPECT_EQ(shown(1), original(1));
-    EXPECT_EQ(shown(2), original(2));
+    EXPECT_EQ(shown(1), shownOriginal(1));
+    EXPECT_EQ(shown(2), shownOriginal(2));
 }
 
 TEST_F(WallpaperRestore, aRecordThatPointsOutsideIsReplacedByTheCopyThatIsThere) {
@@ -709,7 +733,7 @@ TEST_F(WallpaperRestore, whatAManifestCallsTheUsersFileIsNeverOneOfOurs) {
           u"file:///Users/alex/missing.png"_s, u"file:"_s, u""_s}) {
         writeManifest(encodeWallpaperManifest({{{u"display-1"_s, original(1), url}}}));
         disable();
-        EXPECT_EQ(shown(1), original(1)) << url.toStdString();
+        EXPECT_EQ(shown(1), shownOriginal(1)) << url.toStdString();
         enable(u"Live"_s);
     }
 }

@@ -24,7 +24,7 @@ WallpaperSection::WallpaperSection(const ViewEnvironment& environment, QWidget* 
 
 void WallpaperSection::takeStatus() {
     const SettingsFacts& facts = m_environment.session.settingsStatus.current();
-    m_row->setState(facts.showsLabel, wallpaperNote(facts.showsLabel, facts.hasLabelName, facts.isLabelInPlace));
+    m_row->setState(facts.showsLabel, wallpaperNote(facts));
 }
 
 void WallpaperSection::change(bool isWanted) {
