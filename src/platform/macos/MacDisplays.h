@@ -15,6 +15,7 @@ public:
     std::optional<QString> desktopPicture(const Display& display) const override;
     std::optional<QString> setDesktopPicture(const Display& display, const QString& path) override;
     QFuture<QImage> loadPicture(const QString& path) override;
+    std::unique_ptr<NotificationObservation> observe(std::function<void(DesktopChange)> handler) override;
 
 private:
     OpenAnswers<QImage> m_pictures{QImage()};

@@ -1,11 +1,30 @@
 #include "platform/macos/MacDisplays.h"
 
 #include "platform/macos/DisplayRules.h"
+#include "platform/macos/ReturnPath.h"
 
 #include <QColorSpace>
 
 #import <AppKit/AppKit.h>
 #import <ImageIO/ImageIO.h>
+
+#include <utility>
+
+/// What AppKit tells of the desktops. Known to its two centres without being kept alive.
+@interface QVDesktopObserver : NSObject
+@property(nonatomic) std::function<void(quorvane::DesktopChange)> handler;
+- (void)spaceChanged:(NSNotification*)notification;
+- (void)otherChange:(NSNotification*)notification;
+@end
+
+@implementation QVDesktopObserver
+- (void)spaceChanged:(NSNotification*)notification {
+    self.handler(quorvane::DesktopChange::Space);
+}
+- (void)otherChange:(NSNotification*)notification {
+    self.handler(quorvane::DesktopChange::Other);
+}
+@end
 
 namespace quorvane {
 
@@ -90,10 +109,10 @@ QImage drawn(CGImageRef image, CGColorSpaceRef space) {
         return {};
     }
     picture.fill(Qt::transparent);
-    id context = CFBridgingRelease(CGBitmapContextCreate(
-        picture.bits(), static_cast<size_t>(picture.width()), static_cast<size_t>(picture.height()), 8,
-        static_cast<size_t>(picture.bytesPerLine()), space,
-        uint32_t(kCGImageAlphaPremultipliedFirst) | uint32_t(kCGBitmapByteOrder32Little)));
+    id context = CFBridgingRelease(
+        CGBitmapContextCreate(picture.bits(), static_cast<size_t>(picture.width()),
+                              static_cast<size_t>(picture.height()), 8, static_cast<size_t>(picture.bytesPerLine()),
+                              space, uint32_t(kCGImageAlphaPremultipliedFirst) | uint32_t(kCGBitmapByteOrder32Little)));
     if (context == nil) {
         return {};
     }
@@ -113,6 +132,36 @@ QImage pictureOf(NSURL* file) {
     id space = colorSpaceFor((__bridge CGImageRef)image);
     return space == nil ? QImage() : drawn((__bridge CGImageRef)image, (__bridge CGColorSpaceRef)space);
 }
+
+// ---- Changes
+
+/// Told on the main thread; the handler is called from the event loop thereafter, and may end this.
+class MacDesktopObservation final : public NotificationObservation {
+public:
+    explicit MacDesktopObservation(std::function<void(DesktopChange)> handler) {
+        m_observer.handler = [this, handler = std::move(handler)](DesktopChange change) {
+            m_path.send([handler, change] { handler(change); });
+        };
+        NSNotificationCenter* ofWorkspace = NSWorkspace.sharedWorkspace.notificationCenter;
+        NSNotificationCenter* ofProgram = NSNotificationCenter.defaultCenter;
+        tell(@selector(spaceChanged:), NSWorkspaceActiveSpaceDidChangeNotification, ofWorkspace);
+        tell(@selector(otherChange:), NSWorkspaceDidWakeNotification, ofWorkspace);
+        tell(@selector(otherChange:), NSApplicationDidBecomeActiveNotification, ofProgram);
+        tell(@selector(otherChange:), NSApplicationDidChangeScreenParametersNotification, ofProgram);
+    }
+    ~MacDesktopObservation() override {
+        [NSWorkspace.sharedWorkspace.notificationCenter removeObserver:m_observer];
+        [NSNotificationCenter.defaultCenter removeObserver:m_observer];
+    }
+
+private:
+    void tell(SEL selector, NSNotificationName name, NSNotificationCenter* centre) {
+        [centre addObserver:m_observer selector:selector name:name object:nil];
+    }
+
+    ReturnPath m_path;
+    QVDesktopObserver* m_observer = [[QVDesktopObserver alloc] init];
+};
 
 } // namespace
 
@@ -136,7 +185,8 @@ std::optional<QString> MacDisplays::setDesktopPicture(const Display& display, co
         NSWorkspaceDesktopImageAllowClippingKey : @YES,
     };
     NSError* error = nil;
-    const bool isSet = [NSWorkspace.sharedWorkspace setDesktopImageURL:[NSURL fileURLWithPath:path.toNSString() isDirectory:NO]
+    const bool isSet = [NSWorkspace.sharedWorkspace setDesktopImageURL:[NSURL fileURLWithPath:path.toNSString()
+                                                                                  isDirectory:NO]
                                                              forScreen:screen
                                                                options:options
                                                                  error:&error];
@@ -147,11 +197,15 @@ QFuture<QImage> MacDisplays::loadPicture(const QString& path) {
     NSURL* file = [NSURL fileURLWithPath:path.toNSString() isDirectory:NO];
     const auto question = m_pictures.ask();
     dispatch_async(dispatch_get_global_queue(QOS_CLASS_USER_INITIATED, 0), ^{
-        @autoreleasepool {
-            question.answer(pictureOf(file));
-        }
+      @autoreleasepool {
+          question.answer(pictureOf(file));
+      }
     });
     return question.future;
+}
+
+std::unique_ptr<NotificationObservation> MacDisplays::observe(std::function<void(DesktopChange)> handler) {
+    return std::make_unique<MacDesktopObservation>(std::move(handler));
 }
 
 } // namespace quorvane
