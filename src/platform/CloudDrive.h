@@ -44,10 +44,10 @@ public:
     /// Gives the system's words for a failure. The future is never cancelled and holds no exception.
     virtual QFuture<std::optional<QString>> replace(const QString& path, const QByteArray& bytes) = 0;
 
-    /// Removes a file, downloaded or not, here and wherever iCloud has it. Gives the system's words for a failure.
-    virtual std::optional<QString> remove(const QString& path) = 0;
+    /// Removes a file, downloaded or not, here and wherever iCloud has it, in the same way.
+    virtual QFuture<std::optional<QString>> remove(const QString& path) = 0;
 
-    /// Ends what is waited for, and everything later at once: no container, and no file written. See
+    /// Ends what is waited for, and everything later at once: no container, and no file written or removed. See
     /// CommandLauncher::shutDown.
     virtual void shutDown() = 0;
 };

@@ -142,7 +142,7 @@ QCoro::Task<ProfileCloudBackupResult> ProfileCloudManager::backUpAll(ProfileMana
     const QString folder = co_await requiredFolder();
     co_await writeBackupData(bytes, folder + u'/' + timestampedBackupName(result.backup.createdAt));
     co_await writeBackupData(bytes, folder + u'/' + kLatestBackupName);
-    prune(folder);
+    co_await prune(folder);
     co_return std::as_const(result);
 }
 
@@ -271,8 +271,8 @@ QCoro::Task<void> ProfileCloudManager::rotateExisting(UnifiedProfile profile, QB
 
 // ---- Timestamped backups
 
-/// Keeps the newest. Of those that were changed at one moment, or at none that is known, the later name counts as newer.
-void ProfileCloudManager::prune(const QString& folder) {
+/// Their paths. Of those that were changed at one moment, or at none that is known, the later name counts as newer.
+QStringList ProfileCloudManager::outdatedBackups(const QString& folder) const {
     struct Dated {
         QDateTime modified;
         QString path;
@@ -289,8 +289,19 @@ void ProfileCloudManager::prune(const QString& folder) {
     std::sort(files.begin(), files.end(), [](const Dated& left, const Dated& right) {
         return left.modified != right.modified ? left.modified > right.modified : left.path > right.path;
     });
+    QStringList paths;
     for (const Dated& file : files.mid(kTimestampedBackupsKept)) {
-        if (const std::optional<QString> error = m_cloud.remove(file.path)) {
+        paths.append(file.path);
+    }
+    return paths;
+}
+
+/// Keeps the newest.
+QCoro::Task<void> ProfileCloudManager::prune(QString folder) {
+    const QStringList outdated = outdatedBackups(folder);
+    for (const QString& path : outdated) {
+        const std::optional<QString> error = co_await m_cloud.remove(path);
+        if (error) {
             throw ProfileCloudError(Code::writeFailed, *error);
         }
     }

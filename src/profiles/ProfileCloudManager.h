@@ -78,7 +78,8 @@ private:
     void showBeforeOthersCome(const QStringList& here, const QStringList& all);
     QCoro::Task<void> writeBackupData(QByteArray bytes, QString path);
     QStringList backupNames(const QString& folder) const;
-    void prune(const QString& folder);
+    QStringList outdatedBackups(const QString& folder) const;
+    QCoro::Task<void> prune(QString folder);
     QCoro::Task<void> listBackups();
     void setBackups(const QList<ProfileCloudBackupInfo>& backups);
     ProfileCloudBackup backupOf(const QList<UnifiedProfile>& profiles) const;

@@ -241,7 +241,7 @@ TEST_P(CloudDriveContract, whatIsRemovedIsGoneFromTheDiskAndFromICloud) {
     signIn();
     ASSERT_TRUE(drive.create(path, "{}"));
     ASSERT_TRUE(drive.create(kContainer + u"/other.json"_s, "other"));
-    EXPECT_EQ(drive.remove(path), std::nullopt);
+    EXPECT_EQ(drive.remove(path).result(), std::nullopt);
     EXPECT_FALSE(files.exists(path));
     EXPECT_FALSE(drive.isUbiquitous(path));
     EXPECT_FALSE(drive.isCurrent(path));
@@ -255,7 +255,7 @@ TEST_P(CloudDriveContract, whatIsRemovedIsGoneFromTheDiskAndFromICloud) {
 TEST_P(CloudDriveContract, whatIsNotDownloadedIsRemovedAndNeverComes) {
     signIn();
     subject->addWaiting(path, "cloud", 0, evening);
-    EXPECT_EQ(drive.remove(path), std::nullopt);
+    EXPECT_EQ(drive.remove(path).result(), std::nullopt);
     EXPECT_EQ(sortedNames(), QStringList());
     EXPECT_FALSE(drive.isUbiquitous(path));
     drive.startDownloading(path);
@@ -268,7 +268,7 @@ TEST_P(CloudDriveContract, anOlderContentIsRemovedTogetherWithTheNewerOneThatIsT
     ASSERT_TRUE(drive.create(path, "old"));
     subject->addWaiting(path, "new", 0, std::nullopt);
     drive.startDownloading(path);
-    EXPECT_EQ(drive.remove(path), std::nullopt);
+    EXPECT_EQ(drive.remove(path).result(), std::nullopt);
     EXPECT_FALSE(drive.isCurrent(path));
     EXPECT_FALSE(files.exists(path));
     EXPECT_EQ(sortedNames(), QStringList());
@@ -276,12 +276,12 @@ TEST_P(CloudDriveContract, anOlderContentIsRemovedTogetherWithTheNewerOneThatIsT
 
 TEST_P(CloudDriveContract, aFailedRemovalIsToldAndLeavesWhatWasThere) {
     signIn();
-    const std::optional<QString> missing = drive.remove(path);
+    const std::optional<QString> missing = drive.remove(path).result();
     ASSERT_TRUE(missing);
     EXPECT_TRUE(missing->endsWith(u": No such file or directory"_s)) << missing->toStdString();
     files.createFolders(kContainer + u"/folder"_s);
     ASSERT_TRUE(drive.create(kContainer + u"/folder/x.json"_s, "{}"));
-    const std::optional<QString> full = drive.remove(kContainer + u"/folder"_s);
+    const std::optional<QString> full = drive.remove(kContainer + u"/folder"_s).result();
     ASSERT_TRUE(full);
     EXPECT_TRUE(full->endsWith(u": Directory not empty"_s)) << full->toStdString();
     EXPECT_EQ(files.read(kContainer + u"/folder/x.json"_s), "{}");
@@ -294,7 +294,7 @@ TEST_P(CloudDriveContract, aProgramThatQuitsChangesNothing) {
     EXPECT_EQ(drive.containerFolder().result(), std::nullopt);
     EXPECT_FALSE(drive.create(kContainer + u"/other.json"_s, "{}"));
     EXPECT_TRUE(drive.replace(path, "new").result());
-    EXPECT_TRUE(drive.remove(path));
+    EXPECT_TRUE(drive.remove(path).result());
     EXPECT_EQ(files.read(path), "old");
     EXPECT_EQ(files.list(kContainer), QStringList(u"profiles.json"_s));
 }
@@ -305,7 +305,7 @@ TEST_P(CloudDriveContract, whereTheContainerHasGoneNothingChanges) {
     subject->setUp(true, false);
     EXPECT_FALSE(drive.create(kContainer + u"/other.json"_s, "{}"));
     EXPECT_TRUE(drive.replace(path, "new").result());
-    EXPECT_TRUE(drive.remove(path));
+    EXPECT_TRUE(drive.remove(path).result());
     EXPECT_EQ(files.read(path), "old");
     EXPECT_FALSE(files.exists(kContainer + u"/other.json"_s));
 }
@@ -354,7 +354,7 @@ TEST(SimulatedCloudDrive, theProgramsWritesHaveTheFaultsOfItsFilesAndTheSystemsH
     EXPECT_FALSE(drive.create(kContainer + u"/b.json"_s, "{}"));
     EXPECT_EQ(drive.replace(kContainer + u"/a.json"_s, "mine").result(),
               kContainer + u"/a.json: No space left on device"_s);
-    const std::optional<QString> error = drive.remove(kContainer + u"/a.json"_s);
+    const std::optional<QString> error = drive.remove(kContainer + u"/a.json"_s).result();
     EXPECT_EQ(error, kContainer + u"/a.json: No space left on device"_s);
     EXPECT_EQ(files.read(kContainer + u"/a.json"_s), "cloud");
 }

@@ -68,20 +68,28 @@ bool MemoryCloudDrive::create(const QString& path, const QByteArray& bytes) {
 
 QFuture<std::optional<QString>> MemoryCloudDrive::replace(const QString& path, const QByteArray& bytes) {
     calls.append(QStringLiteral("replace ") + path);
-    if (!isReplacingLater) {
-        return QtFuture::makeReadyFuture(write(path, bytes));
+    return outcomeOf([this, path, bytes] { return write(path, bytes); });
+}
+
+QFuture<std::optional<QString>> MemoryCloudDrive::remove(const QString& path) {
+    calls.append(QStringLiteral("remove ") + path);
+    return outcomeOf([this, path] { return erase(path); });
+}
+
+QFuture<std::optional<QString>> MemoryCloudDrive::outcomeOf(std::function<std::optional<QString>()> step) const {
+    if (!isWritingLater) {
+        return QtFuture::makeReadyFuture(step());
     }
     const auto promise = std::make_shared<QPromise<std::optional<QString>>>();
     promise->start();
-    QTimer::singleShot(0, [this, promise, path, bytes] {
-        promise->addResult(write(path, bytes));
+    QTimer::singleShot(0, [promise, step = std::move(step)] {
+        promise->addResult(step());
         promise->finish();
     });
     return promise->future();
 }
 
-std::optional<QString> MemoryCloudDrive::remove(const QString& path) {
-    calls.append(QStringLiteral("remove ") + path);
+std::optional<QString> MemoryCloudDrive::erase(const QString& path) {
     if (const auto refused = refusal(path)) {
         return refused;
     }

@@ -30,7 +30,7 @@ public:
     bool account = false;
     std::optional<QString> container;       ///< its folder, for a user who is signed in
     std::optional<QString> writeError;      ///< every write fails with it
-    bool isReplacingLater = false;          ///< when the event loop has come round, as the system does
+    bool isWritingLater = false;            ///< also removing: when the event loop has come round, as the system does
     QMap<QString, QDateTime> modified;      ///< by path; what isn't named here has kSomeDate
     mutable QMap<QString, Waiting> waiting; ///< by path
     mutable QStringList
@@ -51,7 +51,7 @@ public:
     bool isCurrent(const QString& path) const override;
     bool create(const QString& path, const QByteArray& bytes) override;
     QFuture<std::optional<QString>> replace(const QString& path, const QByteArray& bytes) override;
-    std::optional<QString> remove(const QString& path) override;
+    QFuture<std::optional<QString>> remove(const QString& path) override;
 
     void shutDown() override { m_isShutDown = true; }
 
@@ -59,7 +59,9 @@ private:
     bool hasContainer() const { return account && container && !m_isShutDown; }
 
     std::optional<QString> refusal(const QString& path) const;
+    QFuture<std::optional<QString>> outcomeOf(std::function<std::optional<QString>()> step) const;
     std::optional<QString> write(const QString& path, const QByteArray& bytes);
+    std::optional<QString> erase(const QString& path);
 
     MemoryFileManager& m_files;
     bool m_isShutDown = false;

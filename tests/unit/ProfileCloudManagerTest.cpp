@@ -470,6 +470,13 @@ TEST_F(FullBackups, areTwentyWithTheirDateAndTheOldestGoes) {
     EXPECT_EQ(listedIds().size(), 3 + 20);
 }
 
+TEST_F(FullBackups, haveTheOldestOnesGoneBeforeTheOperationEnds) {
+    const QStringList earlier = addEarlier(22);
+    cloud.isWritingLater = true;
+    EXPECT_EQ(backUpAll(), kNoError);
+    EXPECT_EQ(stampedNames(), earlier.mid(3) + QStringList(stamped));
+}
+
 TEST_F(FullBackups, areNotPrunedAtTwenty) {
     addEarlier(19);
     EXPECT_EQ(backUpAll(), kNoError);

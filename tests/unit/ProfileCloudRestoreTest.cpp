@@ -378,7 +378,7 @@ TEST_F(BackupTurns, areNotBusyWhileTheListIsRead) {
 TEST_F(BackupTurns, loseNoStateWhenTwoRotationsMeet) {
     addBackup(current, {defaultVersion(1)});
     addBackup(previous, {defaultVersion(0)});
-    cloud.isReplacingLater = true;
+    cloud.isWritingLater = true;
     auto first = backupErrorOf(manager.backupDefaultProfile(profiles, defaultVersion(2)));
     auto second = backupErrorOf(manager.backupDefaultProfile(profiles, defaultVersion(3)));
     EXPECT_EQ(QCoro::waitFor(std::move(second)), kNothingThrown);

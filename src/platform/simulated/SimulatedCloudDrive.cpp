@@ -203,7 +203,11 @@ std::optional<QString> SimulatedCloudDrive::write(const QString& path, const QBy
     return forgetWaiting(path);
 }
 
-std::optional<QString> SimulatedCloudDrive::remove(const QString& path) {
+QFuture<std::optional<QString>> SimulatedCloudDrive::remove(const QString& path) {
+    return QtFuture::makeReadyFuture(erase(path));
+}
+
+std::optional<QString> SimulatedCloudDrive::erase(const QString& path) {
     if (const std::optional<QString> refused = refusal(path)) {
         return refused;
     }

@@ -39,7 +39,7 @@ public:
     bool isCurrent(const QString& path) const override;
     bool create(const QString& path, const QByteArray& bytes) override;
     QFuture<std::optional<QString>> replace(const QString& path, const QByteArray& bytes) override;
-    std::optional<QString> remove(const QString& path) override;
+    QFuture<std::optional<QString>> remove(const QString& path) override;
     void shutDown() override { m_isShutDown = true; }
 
 private:
@@ -51,6 +51,7 @@ private:
     std::optional<QString> refusal(const QString& path) const;
     std::optional<QString> forgetWaiting(const QString& path);
     std::optional<QString> write(const QString& path, const QByteArray& bytes);
+    std::optional<QString> erase(const QString& path);
 
     const macsim::Mac& m_mac;
     FileManager& m_files;
