@@ -19,6 +19,14 @@ constexpr char kAnswer = '!';
 constexpr int kWaitingCalls = 16;
 constexpr qsizetype kLongestMessage = 65536;
 
+// Whoever has gone meanwhile is an error here, and no signal that would end the program. Not every Mac's send knows of it, so there it
+// is the socket's.
+#ifdef MSG_NOSIGNAL
+constexpr int kSendFlags = MSG_NOSIGNAL;
+#else
+constexpr int kSendFlags = 0;
+#endif
+
 using SocketAddressCall = int (*)(int, const sockaddr*, socklen_t);
 
 /// Binds or connects. @return 0, or the system's error
@@ -36,7 +44,7 @@ int callWithAddress(SocketAddressCall function, const LocalSocket& socket, const
 /// True when the whole message is on its way, with its end.
 bool isSaid(const LocalSocket& socket, const QByteArray& message) {
     return message.size() <= kLongestMessage &&
-           ::send(socket.descriptor(), message.constData(), static_cast<size_t>(message.size()), MSG_NOSIGNAL) ==
+           ::send(socket.descriptor(), message.constData(), static_cast<size_t>(message.size()), kSendFlags) ==
                message.size() &&
            ::shutdown(socket.descriptor(), SHUT_WR) == 0;
 }
@@ -50,6 +58,10 @@ LocalSocket::LocalSocket(int descriptor)
     : m_descriptor(descriptor) {
     ::fcntl(m_descriptor, F_SETFD, FD_CLOEXEC);
     ::fcntl(m_descriptor, F_SETFL, O_NONBLOCK);
+#ifdef SO_NOSIGPIPE
+    const int isQuiet = 1;
+    ::setsockopt(m_descriptor, SOL_SOCKET, SO_NOSIGPIPE, &isQuiet, sizeof isQuiet);
+#endif
 }
 
 int LocalSocket::connectTo(const QString& path) {
@@ -132,7 +144,7 @@ void InstanceCaller::takeMore() {
     m_notifier.setEnabled(false);
     if (taken == 0) {
         // Who has gone meanwhile has been told by nobody, but has called.
-        [[maybe_unused]] const ssize_t sent = ::send(m_socket.descriptor(), &kAnswer, 1, MSG_NOSIGNAL);
+        [[maybe_unused]] const ssize_t sent = ::send(m_socket.descriptor(), &kAnswer, 1, kSendFlags);
         Q_EMIT answered(m_message);
     }
     Q_EMIT ended();

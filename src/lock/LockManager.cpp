@@ -97,7 +97,7 @@ bool LockManager::unlockWithPassword(const QString& password) {
     }
     setState(m_isLockEnabled, true);
     if (m_isLockEnabled) {
-        keepForBiometrics(password); // the item is lost when fingers are enrolled or removed
+        keepForBiometrics(password); // for the fingers of now: no finger opens an older item once others are enrolled
     }
     return true;
 }

@@ -22,6 +22,10 @@ FileError::Cause causeOf(int errorNumber) {
 
 } // namespace
 
+FileError FileError::notDownloaded(const QString& path) {
+    return {path, QStringLiteral("It has not been downloaded from iCloud"), Cause::NotDownloaded};
+}
+
 FileError::FileError(const QString& path, int errorNumber)
     : FileError(path, QString::fromLocal8Bit(std::strerror(errorNumber)), causeOf(errorNumber)) {}
 

@@ -16,8 +16,9 @@ class FileError : public std::exception {
 public:
     /// What stood in the way, where that is told apart.
     enum class Cause {
-        Missing,      ///< nothing stands there
-        NotPermitted, ///< the system doesn't let the program do it
+        Missing,       ///< nothing stands there
+        NotPermitted,  ///< the system doesn't let the program do it
+        NotDownloaded, ///< iCloud alone has the content, and reading would wait for the network
         Other,
     };
 
@@ -28,6 +29,8 @@ public:
         , m_cause(cause) {}
     /// @param errorNumber  an errno value
     FileError(const QString& path, int errorNumber);
+    /// Of a file whose content iCloud alone has.
+    static FileError notDownloaded(const QString& path);
 
     Cause cause() const { return m_cause; }
     QString message() const { return QString::fromUtf8(m_text); }
@@ -82,7 +85,8 @@ public:
     /// The same names in the same order, for a folder that may be large. What has been given may be removed while the rest
     /// is still to come. Throws FileError.
     virtual std::unique_ptr<FolderEntries> entries(const QString& folder) const = 0;
-    /// Throws FileError, whose cause tells a missing file from one that may not be read.
+    /// Throws FileError, whose cause tells a missing file from one that may not be read, and from one that isn't on the disk: the
+    /// network is never waited for.
     virtual QByteArray read(const QString& path) const = 0;
     /// Writes beside the file and puts it in place in one step, so that the old content survives every failure.
     /// A symbolic link at the path is replaced, not followed. Throws FileError.

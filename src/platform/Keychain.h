@@ -12,8 +12,9 @@ namespace quorvane {
 /// numbers. Main thread.
 ///
 /// An item is protected in one of two ways. A password item can be read while the Mac is unlocked. A biometric item can
-/// be read on this Mac alone, and only after the user has put down a finger or typed the Mac's passcode; it is lost
-/// when fingers are enrolled or removed.
+/// be read on this Mac alone, and only after the user has put down a finger or typed the Mac's passcode. Once fingers have been
+/// enrolled or removed no finger opens it any more; the passcode still does (SecAccessControl.h: BiometryCurrentSet voids its own
+/// branch alone).
 class Keychain {
 public:
     Keychain() = default;
@@ -33,8 +34,8 @@ public:
     virtual bool setBiometricItem(const QString& service, const QString& account, const QByteArray& data) = 0;
     /// Of either kind. Asks the user nothing.
     virtual bool keychainItemExists(const QString& service, const QString& account) const = 0;
-    /// Asks the user, off the main thread, and waits for their answer. None when they refuse, when there is no item,
-    /// and when the enrolled fingers are others now. A password item is given without a question. What was asked for
+    /// Asks the user, off the main thread, and waits for their answer. None when they refuse, and when there is no item. Where
+    /// the enrolled fingers are others now only the passcode opens it. A password item is given without a question. What was asked for
     /// may be another item by the time of the answer. The future is never cancelled and holds no exception.
     /// @param reason  what the prompt says: "Unlock Quorvane"
     virtual QFuture<std::optional<QByteArray>> readBiometricProtected(const QString& service, const QString& account,

@@ -415,7 +415,8 @@ QByteArray ProfileCloudManager::bytesIn(const QString& path) const {
     try {
         return m_files.read(path);
     } catch (const FileError& error) {
-        throw ProfileCloudError(Code::readFailed, error.message());
+        const bool hasGone = error.cause() == FileError::Cause::NotDownloaded; // to make room, since it was looked for
+        throw ProfileCloudError(Code::readFailed, hasGone ? kNotDownloaded : error.message());
     }
 }
 

@@ -15,6 +15,10 @@ bool hasFullDiskAccess(const StateStore& state) {
     return isOn(state, "fullDiskAccess");
 }
 
+bool mayChangeApplications(const StateStore& state) {
+    return isOn(state, "appManagement") || hasFullDiskAccess(state);
+}
+
 bool isSystemIntegrityProtected(const StateStore& state) {
     return isOn(state, "systemIntegrityProtection");
 }

@@ -8,11 +8,13 @@ namespace macsim {
 ///
 /// Subject "permissions":
 ///
-///     {"fullDiskAccess": true, "systemIntegrityProtection": true, "automation": {"System Events": true, …},
+///     {"fullDiskAccess": true, "appManagement": true, "systemIntegrityProtection": true, "automation": {"System Events": true, …},
 ///      "tellNeedsAutomation": true}
 ///
-/// What isn't there is true. The first two switches bind root as well. Places.h says what the first one keeps.
+/// What isn't there is true. The first three switches bind root as well. Places.h says what each keeps.
 bool hasFullDiskAccess(const StateStore& state);
+/// Whether it may change what other applications hold: by App Management or by Full Disk Access.
+bool mayChangeApplications(const StateStore& state);
 bool isSystemIntegrityProtected(const StateStore& state);
 
 /// Whether scripts may send an application events. A refusal is an error in whatever sends one (-1743).

@@ -1,6 +1,7 @@
 #include "simulator/Places.h"
 
 #include <QCryptographicHash>
+#include <QRegularExpression>
 
 #include <algorithm>
 #include <array>
@@ -49,6 +50,12 @@ bool isGuardedFolder(const QString& path) {
 bool isPrivate(const QString& path) {
     return path == u"/Library/Preferences/com.apple.TimeMachine.plist"_s ||
            isAtOrBelow(path, u"/Library/Application Support/com.apple.TCC");
+}
+
+bool isInApplication(const QString& path) {
+    static const QRegularExpression inside(u"^(?:/Users/[^/]+)?/Applications/(?:[^/]+/)*?[^/]+\\.app/"_s,
+                                           QRegularExpression::CaseInsensitiveOption);
+    return inside.match(path).hasMatch();
 }
 
 Actor ownerByPlace(const QString& path, const Machine& machine) {

@@ -25,6 +25,10 @@ bool isGuardedFolder(const QString& path);
 /// there, and may not read it.
 bool isPrivate(const QString& path);
 
+/// What App Management keeps from being changed, by root too: everything inside an installed application, however deep.
+/// The application itself may be moved and thrown away, and copies elsewhere are nobody's.
+bool isInApplication(const QString& path);
+
 /// The user's is what lies in their home, their temporary folder (both included) and the shared folders; the rest is
 /// root's.
 Actor ownerByPlace(const QString& path, const Machine& machine);

@@ -29,6 +29,7 @@ namespace {
 
 constexpr int kMaximumLinks = 32; // as macOS counts them before it gives ELOOP
 constexpr qint64 kNanosecondsInMillisecond = 1'000'000;
+constexpr QByteArrayView kDataless = "A file of the simulated Mac whose content is in iCloud alone.\n";
 constexpr QStringView kNullDevice = u"/dev/null";
 constexpr QDir::Filters kAllNames = QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot;
 
@@ -133,9 +134,14 @@ mode_t Volume::modeOfNew(const QString& macPath, mode_t mode) const {
     return ownerByPlace(macPath, m_machine) == m_actor ? mode : modeWithOwnerMark(mode);
 }
 
+/// Inside another application, where the program may not change it.
+bool Volume::isKeptApplication(const QString& path) const {
+    return isInApplication(path) && !mayChangeApplications(StateStore(m_hostFolder + kStateFolder.toString()));
+}
+
 /// For making, renaming and removing what is in a folder.
 void Volume::requireChangeableNames(const QString& folder, const QString& blamed) const {
-    if (isSealed(folder)) {
+    if (isSealed(folder) || isKeptApplication(folder + u'/')) {
         throw FileError(EPERM, blamed);
     }
     if (m_actor == Actor::User && !isSharedFolder(folder) && currentOwner(folder) == Actor::Root) {
@@ -169,7 +175,7 @@ void Volume::requireWritable(const Located& place) const {
         requireChangeableNames(place.macPath, place.macPath);
         return;
     }
-    if (isSealed(place.macPath) || isSealed(place.macParent())) {
+    if (isSealed(place.macPath) || isSealed(place.macParent()) || isKeptApplication(place.macPath)) {
         throw FileError(EPERM, place.macPath);
     }
     if (m_actor == Actor::User && currentOwner(place.macPath) == Actor::Root) {
@@ -257,7 +263,30 @@ QByteArray Volume::read(const QString& path) const {
     }
     QFile file;
     openOnHost(file, place.hostPath, path, O_RDONLY);
-    return file.readAll();
+    const QByteArray bytes = file.readAll();
+    if (bytes == kDataless) {
+        // The kernel waits for the network here, unless the thread has asked it not to (getiopolicy_np(3)). Nobody could end that.
+        throw FileError(EDEADLK, path);
+    }
+    return bytes;
+}
+
+bool Volume::isDataless(const QString& path) const {
+    try {
+        const Located place = locate(path, true);
+        if (place.kind != Kind::File || QFileInfo(place.hostPath).size() != kDataless.size()) {
+            return false;
+        }
+        QFile file;
+        openOnHost(file, place.hostPath, path, O_RDONLY);
+        return file.readAll() == kDataless;
+    } catch (const FileError&) {
+        return false;
+    }
+}
+
+void Volume::evict(const QString& path) const {
+    writeAtomically(path, kDataless.toByteArray());
 }
 
 Volume::Located Volume::readableFolder(const QString& path) const {

@@ -77,7 +77,12 @@ public:
     /// The path without links, "." and ".."; the last component may be missing. In the case of the names on disk.
     QString canonicalPath(const QString& path) const;
 
+    /// Of a dataless file: EDEADLK.
     QByteArray read(const QString& path) const;
+    /// True for a file that stands in its folder while iCloud alone has its content. Links are followed; never throws.
+    bool isDataless(const QString& path) const;
+    /// Takes a file's content from the disk and leaves the file, as a Mac does that needs the space.
+    void evict(const QString& path) const;
     /// The names in a folder, sorted by code point, hidden ones included.
     QStringList list(const QString& path) const;
     /// Those of the same names that come after one of them (all do after an empty one), at most so many: for a folder that
@@ -118,6 +123,7 @@ private:
     QString matchingName(const QString& hostParent, const QString& name) const;
     Actor currentOwner(const QString& macPath) const;
     mode_t modeOfNew(const QString& macPath, mode_t mode) const;
+    bool isKeptApplication(const QString& path) const;
     void requireChangeableNames(const QString& folder, const QString& blamed) const;
     void requireFreeName(const Located& place) const;
     void requireRemovable(const Located& place) const;

@@ -1,6 +1,7 @@
 #include "system/SystemManager.h"
 
 #include "core/AdminPrompts.h"
+#include "core/Osascript.h"
 #include "core/Turns.h"
 #include "maintenance/CacheCleaning.h"
 #include "maintenance/FolderEmptying.h"
@@ -142,9 +143,12 @@ QCoro::Task<void> SystemManager::emptyTrash() {
         co_await runCommand(removal, OutputCapture::Discard);
         log(u"  [APPLIED] Cleared items from Trash folder."_s);
     }
-    const QStringList script{u"/usr/bin/osascript"_s, u"-e"_s,
-                             u"tell application \"Finder\" to if (count of items in trash) > 0 then empty trash"_s};
-    co_await runCommand(script, OutputCapture::Discard);
+    const QStringList script =
+        osascriptCommand(u"tell application \"Finder\" to if (count of items in trash) > 0 then empty trash"_s);
+    const CommandResult result = co_await runCommand(script, OutputCapture::Capture);
+    if (isAutomationRefused(result)) {
+        log(u"  [INFO] Grant Automation permission for Finder in System Settings → Privacy & Security."_s);
+    }
 }
 
 QCoro::Task<void> SystemManager::purgeDownloads() {

@@ -4,8 +4,13 @@ namespace quorvane {
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+using Settings = PerformanceSettings;
+
+} // namespace
+
 std::span<const PreferenceGroup> preferenceGroups() {
-    using Settings = PerformanceSettings;
     static constexpr PreferenceGroup groups[]{
         {&Settings::appNap, u"Disabled App Nap (prevents background audio dropouts).", u"Disabled App Nap.",
          u"Re-enabled App Nap.", u"Re-enabled App Nap.", u"App Nap"},

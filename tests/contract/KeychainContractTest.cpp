@@ -32,6 +32,7 @@ public:
     virtual Keychain& keychain() = 0;
     virtual void enrol(int fingers) = 0;
     virtual void answer(bool isAccepted) = 0;
+    virtual void answerByPasscode() = 0;
     virtual QStringList reasons() const = 0;
     virtual void setRefusesReading(bool refuses) = 0;
     virtual void setRefusesWriting(bool refuses) = 0;
@@ -49,6 +50,7 @@ public:
     void answer(bool isAccepted) override {
         m_prompt.answer(isAccepted ? BiometricAnswer::Accept : BiometricAnswer::Refuse);
     }
+    void answerByPasscode() override { m_prompt.answer(BiometricAnswer::Passcode); }
     QStringList reasons() const override { return m_prompt.reasons; }
     void setRefusesReading(bool refuses) override { set("refusesReading", refuses); }
     void setRefusesWriting(bool refuses) override { set("refusesWriting", refuses); }
@@ -70,6 +72,7 @@ public:
     Keychain& keychain() override { return m_keychain; }
     void enrol(int fingers) override { m_keychain.enrolment = fingers; }
     void answer(bool isAccepted) override { m_keychain.answerHeld(isAccepted); }
+    void answerByPasscode() override { m_keychain.answerHeld(MemoryKeychain::Finger::PasscodeInstead); }
     QStringList reasons() const override { return m_keychain.reasons; }
     void setRefusesReading(bool refuses) override { m_keychain.refusesReading = refuses; }
     void setRefusesWriting(bool refuses) override {
@@ -155,6 +158,13 @@ TEST_P(KeychainContract, aBiometricItemIsReleasedByAFingerAlone) {
     EXPECT_EQ(answer.result(), kBinary);
 }
 
+TEST_P(KeychainContract, thePasscodeReleasesTheItemToo) {
+    keychain.setBiometricItem(kService, kAccount, "secret");
+    const auto answer = ask();
+    subject->answerByPasscode();
+    EXPECT_EQ(answer.result(), "secret");
+}
+
 TEST_P(KeychainContract, aRefusedFingerReleasesNothingAndLeavesTheItem) {
     keychain.setBiometricItem(kService, kAccount, "secret");
     const auto refused = ask();
@@ -175,12 +185,16 @@ TEST_P(KeychainContract, severalPromptsMayBeOpen) {
     EXPECT_EQ(second.result(), "secret");
 }
 
-TEST_P(KeychainContract, aBiometricItemIsLostWhenTheFingersAreOthers) {
+TEST_P(KeychainContract, noFingerOpensABiometricItemOnceTheFingersAreOthersButThePasscodeDoes) {
     subject->enrol(1);
     keychain.setBiometricItem(kService, kAccount, "secret");
     subject->enrol(2);
-    expectNone(ask());
-    EXPECT_EQ(subject->reasons(), QStringList()) << "nobody is asked in vain";
+    const auto byFinger = ask();
+    subject->answer(true);
+    expectNone(byFinger);
+    const auto byPasscode = ask();
+    subject->answerByPasscode();
+    EXPECT_EQ(byPasscode.result(), "secret");
     EXPECT_TRUE(keychain.setBiometricItem(kService, kAccount, "anew"));
     const auto answer = ask();
     subject->answer(true);

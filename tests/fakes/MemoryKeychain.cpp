@@ -44,14 +44,17 @@ MemoryKeychain::readBiometricProtected(const QString& service, const QString& ac
     if (!item->isBiometric) {
         return QtFuture::makeReadyFuture(std::optional(item->data));
     }
-    if (item->enrolment != enrolment) {
-        return QtFuture::makeReadyFuture(std::optional<QByteArray>());
-    }
     reasons.append(reason);
     if (finger == Finger::Held) {
         return heldBack(*item);
     }
-    return QtFuture::makeReadyFuture(finger == Finger::Accepted ? std::optional(item->data) : std::nullopt);
+    return QtFuture::makeReadyFuture(released(*item, finger));
+}
+
+/// No other fingers than those of the time when it was made open an item; the passcode always does.
+std::optional<QByteArray> MemoryKeychain::released(const Item& item, Finger answer) const {
+    const bool isFingerOfThen = answer == Finger::Accepted && item.enrolment == enrolment;
+    return isFingerOfThen || answer == Finger::PasscodeInstead ? std::optional(item.data) : std::nullopt;
 }
 
 std::optional<QByteArray> MemoryKeychain::randomBytes(int count) const {
@@ -70,9 +73,9 @@ void MemoryKeychain::shutDown() {
     answerHeld(false);
 }
 
-void MemoryKeychain::answerHeld(bool isAccepted) {
+void MemoryKeychain::answerHeld(Finger answer) {
     for (auto& [promise, item] : std::exchange(m_held, {})) {
-        promise.addResult(isAccepted && item.enrolment == enrolment ? std::optional(item.data) : std::nullopt);
+        promise.addResult(released(item, answer));
         promise.finish();
     }
 }

@@ -23,7 +23,7 @@ public:
         bool isBiometric = false;
         int enrolment = 0; ///< the fingers that it is bound to
     };
-    enum class Finger { Accepted, Refused, Held };
+    enum class Finger { Accepted, Refused, Held, PasscodeInstead };
 
     QMap<QPair<QString, QString>, Item> items; ///< by service and account
     bool refusesReading = false;
@@ -46,9 +46,11 @@ public:
     void shutDown() override;
 
     /// Answers the questions that are held back.
-    void answerHeld(bool isAccepted);
+    void answerHeld(bool isAccepted) { answerHeld(isAccepted ? Finger::Accepted : Finger::Refused); }
+    void answerHeld(Finger answer);
 
 private:
+    std::optional<QByteArray> released(const Item& item, Finger answer) const;
     QFuture<std::optional<QByteArray>> heldBack(const Item& item);
 
     bool m_isShutDown = false;

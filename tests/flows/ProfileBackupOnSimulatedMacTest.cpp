@@ -221,6 +221,37 @@ TEST_F(TwoMacs, whatOneSavesTheOtherRestores) {
     EXPECT_TRUE(second.profiles.loadProfile(u"Default"_s)->hasSameContent(defaultVersion(1)));
 }
 
+TEST_F(TwoMacs, whatIsNotOnTheDiskIsToldAndNeverWaitedForInTheKernel) {
+    Station first(macFolder());
+    first.profiles.saveProfile(live());
+    QCoro::waitFor(first.manager.backupAllProfiles(first.profiles));
+    EXPECT_EQ(first.listed().size(), 2);
+    const QString latest = kAlexsBackups + u'/' + kLatestBackupName;
+    const macsim::Mac mac(macFolder());
+    const QByteArray bytes = mac.volume(macsim::Actor::User).read(latest);
+    const auto restoreError = [&first] {
+        try {
+            first.restore(kLatestBackupName);
+        } catch (const ProfileCloudError& error) {
+            return error.message();
+        }
+        return u"none"_s;
+    };
+
+    mac.volume(macsim::Actor::User).evict(latest); // after iCloud has said that it is there
+    EXPECT_EQ(restoreError(), u"Could not read the iCloud backup: It has not been downloaded from iCloud yet."_s);
+
+    mac.state().update("cloud", [&](macsim::Json& cloud) {
+        cloud["files"][latest.toStdString()] = {{"text", bytes.toStdString()},
+                                                {"looks", macsim::Json()}}; // without a network
+    });
+    EXPECT_EQ(restoreError(), u"Could not read the iCloud backup: It has not been downloaded from iCloud yet."_s);
+
+    mac.state().update("cloud", [&](macsim::Json& cloud) { cloud["files"][latest.toStdString()]["looks"] = 1; });
+    EXPECT_EQ(first.restore(kLatestBackupName), (ProfileImportResult{0, 1, {}}));
+    EXPECT_EQ(mac.volume(macsim::Actor::User).read(latest), bytes);
+}
+
 TEST_F(TwoMacs, aBackupOfTheOtherRotatesWhatTheFirstHasSaved) {
     Station first(macFolder());
     first.profiles.saveProfile(defaultVersion(1));

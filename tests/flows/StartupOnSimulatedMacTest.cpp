@@ -413,6 +413,31 @@ TEST_F(StartupOnSimulatedMac, aHelperThatCannotBeCopiedStays) {
     }
 }
 
+TEST_F(StartupOnSimulatedMac, aHelperThatTheSystemKeepsFromOthersStaysAndTheRestGoesOn) {
+    for (const bool isRoots : {false, true}) {
+        setUpOffice();
+        if (isRoots) {
+            giveToRoot(u"/Applications/Sync.app"_s);
+        }
+        changeState("permissions", [](macsim::Json& permissions) {
+            permissions["appManagement"] = false;
+            permissions["fullDiskAccess"] = false;
+        });
+        start();
+        switchOff(office());
+        EXPECT_EQ(content(helper + u"/Contents/MacOS/helper"_s), "helper");
+        EXPECT_TRUE(log().contains(u"  [ERROR] Failed to quarantine bundled startup resource: Sync Helper.app: "_s));
+        EXPECT_EQ(
+            log().count(u"  [INFO] Allow Quorvane in System Settings → Privacy & Security → App Management to change "
+                        "other applications.\n"_s),
+            1);
+        EXPECT_EQ(disabledLabels(), (QStringList{u"com.chat"_s, u"com.sync.helper"_s}));
+        EXPECT_EQ(loginNames(), QStringList());
+        EXPECT_FALSE(exists(kVpnPlist));
+        changeState("permissions", [](macsim::Json& permissions) { permissions.clear(); });
+    }
+}
+
 TEST_F(StartupOnSimulatedMac, aHelperOfRootThatCannotBeCopiedStays) {
     setUpOffice();
     giveToRoot(u"/Applications/Sync.app"_s);

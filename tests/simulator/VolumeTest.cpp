@@ -135,6 +135,53 @@ TEST_F(VolumeTest, whatIsPrivateNeedsFullDiskAccessAlsoForRoot) {
     EXPECT_EQ(errorOf([&] { root.read(u"/Library/Preferences/com.apple.TimeMachine.plist.lock"_s); }), ENOENT);
 }
 
+TEST_F(VolumeTest, whatIsInOtherApplicationsNeedsAppManagementAlsoForRoot) {
+    const QString application = u"/Applications/Chat.app"_s;
+    const QString helper = application + u"/Contents/Library/LoginItems/Helper.app"_s;
+    user.createFolders(helper + u"/Contents"_s);
+    user.write(helper + u"/Contents/Info.plist"_s, "x");
+    user.createFolders(kHome + u"/backup/Helper.app/Contents"_s);
+    const auto give = [this](bool mayChange, bool hasAccess) {
+        folder.mac.state().update("permissions", [=](Json& state) {
+            state["appManagement"] = mayChange;
+            state["fullDiskAccess"] = hasAccess;
+        });
+    };
+    give(false, false);
+    for (const Volume& volume : {user, root}) {
+        EXPECT_EQ(errorOf([&] { volume.move(helper, kHome + u"/Helper.app"_s); }), EPERM);
+        EXPECT_EQ(errorOf([&] { volume.move(helper, helper + u".removed"_s); }), EPERM);
+        EXPECT_EQ(errorOf([&] { volume.remove(helper + u"/Contents/Info.plist"_s); }), EPERM);
+        EXPECT_EQ(errorOf([&] { volume.write(helper + u"/Contents/Info.plist"_s, "y"); }), EPERM);
+        EXPECT_EQ(errorOf([&] { volume.write(application + u"/new"_s, "y"); }), EPERM);
+        EXPECT_FALSE(volume.isWritable(helper + u"/Contents/Info.plist"_s));
+        EXPECT_EQ(volume.read(helper + u"/Contents/Info.plist"_s), "x");
+        EXPECT_EQ(errorOf([&] { volume.write(kHome + u"/backup/Helper.app/Contents/x"_s, "y"); }), 0) << "a copy";
+    }
+    EXPECT_EQ(errorOf([&] { user.move(application, u"/Applications/Talk.app"_s); }), 0) << "all of it";
+    user.move(u"/Applications/Talk.app"_s, application);
+    for (const bool mayChange : {false, true}) {
+        give(mayChange, !mayChange);
+        EXPECT_EQ(errorOf([&] { user.write(application + u"/new"_s, "y"); }), 0);
+    }
+}
+
+TEST_F(VolumeTest, anEvictedFileStandsInItsFolderAndCannotBeRead) {
+    const QString path = kHome + u"/cloud.json"_s;
+    user.write(path, "text");
+    EXPECT_FALSE(user.isDataless(path));
+    user.evict(path);
+    EXPECT_TRUE(user.isDataless(path));
+    EXPECT_TRUE(user.exists(path));
+    EXPECT_TRUE(user.list(kHome).contains(u"cloud.json"_s));
+    EXPECT_EQ(errorOf([&] { user.read(path); }), EDEADLK);
+    user.writeAtomically(path, "anew");
+    EXPECT_FALSE(user.isDataless(path));
+    EXPECT_EQ(user.read(path), "anew");
+    EXPECT_FALSE(user.isDataless(kHome));
+    EXPECT_FALSE(user.isDataless(kHome + u"/missing"_s));
+}
+
 TEST_F(VolumeTest, readableIsWhatTheActorMayRead) {
     root.write(u"/var/root/secret"_s, "x");
     user.write(kHome + u"/file"_s, "x");

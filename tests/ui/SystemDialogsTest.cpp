@@ -188,9 +188,15 @@ TEST_F(FingerDialogTest, saysWhatForAndThatThisIsASimulatedMac) {
 }
 
 TEST_F(FingerDialogTest, returnIsTheEnrolledFinger) {
-    EXPECT_EQ(tabOrderOf(dialog()), (QStringList{u"Enrolled Finger"_s, u"Cancel"_s, u"Another Finger"_s}));
+    EXPECT_EQ(tabOrderOf(dialog()),
+              (QStringList{u"Enrolled Finger"_s, u"Cancel"_s, u"Mac’s Password"_s, u"Another Finger"_s}));
     QTest::keyClick(dialog()->focusWidget(), Qt::Key_Return);
     EXPECT_TRUE(isAnsweredBy(BiometricAnswer::Accept));
+}
+
+TEST_F(FingerDialogTest, thePasswordOfTheMacMayBeTypedInstead) {
+    clickIn(dialog(), u"Mac’s Password"_s);
+    EXPECT_TRUE(isAnsweredBy(BiometricAnswer::Passcode));
 }
 
 TEST_F(FingerDialogTest, anotherFingerIsRefused) {

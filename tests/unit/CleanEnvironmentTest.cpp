@@ -1,6 +1,10 @@
 #include "platform/macos/CleanEnvironment.h"
 
+#include <QMap>
+
 #include <gtest/gtest.h>
+
+#include <cstdlib>
 
 namespace quorvane {
 
@@ -49,6 +53,21 @@ TEST(CleanEnvironment, keepsQtsVariablesForDevelopersOnly) {
     EXPECT_EQ(cleanEnvironment(given, true),
               environmentOf({{u"PATH"_s, kOwnPath}, {u"QT_LOGGING_RULES"_s, u"qt.*=true"_s}}));
     EXPECT_EQ(cleanEnvironment(given, false), environmentOf({{u"PATH"_s, kOwnPath}}));
+}
+
+TEST(CleanEnvironment, becomesTheProcesssOwn) {
+    const QProcessEnvironment former = QProcessEnvironment::systemEnvironment();
+    const char* const unreadable = "QUORVANE_\xff";
+    ASSERT_EQ(::setenv(unreadable, "x", 1), 0);
+    const QProcessEnvironment wanted =
+        environmentOf({{u"PATH"_s, kOwnPath}, {u"HOME"_s, u"/Users/Zoë"_s}, {u"LANG"_s, {}}});
+    takeEnvironment(wanted);
+    const QProcessEnvironment taken = QProcessEnvironment::systemEnvironment();
+    const bool isUnreadableGone = ::getenv(unreadable) == nullptr;
+    takeEnvironment(former);
+    EXPECT_EQ(taken, wanted);
+    EXPECT_TRUE(isUnreadableGone);
+    EXPECT_EQ(QProcessEnvironment::systemEnvironment(), former);
 }
 
 } // namespace quorvane

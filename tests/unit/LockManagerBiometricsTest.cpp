@@ -123,6 +123,16 @@ TEST_F(LockManagerBiometricsTest, otherFingersOpenNothingUntilThePasswordIsTyped
     EXPECT_TRUE(unlockWithFinger()) << "the item was made anew for the fingers of now";
 }
 
+TEST_F(LockManagerBiometricsTest, withOtherFingersThePasscodeStillOpens) {
+    enable();
+    keychain.enrolment = 1;
+    keychain.finger = MemoryKeychain::Finger::PasscodeInstead;
+    EXPECT_TRUE(unlockWithFinger());
+    keychain.finger = MemoryKeychain::Finger::Accepted;
+    lock->lockIfEnabled();
+    EXPECT_TRUE(unlockWithFinger()) << "the item was made anew for the fingers of now";
+}
+
 TEST_F(LockManagerBiometricsTest, aLostItemComesBackWithTheNextTypedPasswordAlone) {
     enable();
     keychain.items.remove(kBiometricItem);

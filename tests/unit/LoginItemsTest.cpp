@@ -87,6 +87,29 @@ TEST_F(LoginItemFlows, aMissingPermissionIsSaid) {
               "  [INFO] Grant Automation permission for System Events in System Settings → Privacy & Security.\n"_s);
 }
 
+TEST_F(LoginItemFlows, whatTheUserHasRefusedIsNotTriedAgainInTheSameFlow) {
+    const QString permit =
+        u"  [INFO] Grant Automation permission for System Events in System Settings → Privacy & Security.\n"_s;
+    loginItems.items = {kDropboxItem, kHiddenZoom};
+    loginItems.denial = " execution error: Not authorized to send Apple events to System Events. (-1743)\n";
+    EXPECT_FALSE(removeByName(u"Dropbox"_s));
+    EXPECT_EQ(takeTrace(), u"$> System Events: delete where name is Dropbox\n"_s + permit);
+    EXPECT_FALSE(removeAtPath(kHiddenZoom.path));
+    EXPECT_EQ(takeTrace(), u"\n"_s) << "nothing was run or logged";
+
+    loginItems.denial.clear();
+    system.invalidateStartupCaches(); // the next flow
+    EXPECT_TRUE(removeAtPath(kHiddenZoom.path));
+}
+
+TEST_F(LoginItemFlows, anotherFailureIsTriedAgain) {
+    loginItems.items = {kDropboxItem};
+    loginItems.denial = " execution error: System Events got an error: AppleEvent timed out. (-1712)\n";
+    EXPECT_FALSE(removeByName(u"Dropbox"_s));
+    loginItems.denial.clear();
+    EXPECT_TRUE(removeByName(u"Dropbox"_s));
+}
+
 // ---- Removing and adding one
 
 TEST_F(LoginItemFlows, aRemovalIsTrueOnlyWhenSomethingWasDeleted) {

@@ -18,7 +18,7 @@ const QString kDownloads = u"/Users/alex/Downloads"_s;
 const QString kAsking = u"Requesting Administrator privileges to clear system caches...\n"_s;
 const QString kCleared = u"  [APPLIED] Successfully cleared unprotected items in system caches.\n"_s;
 const QString kNothingFound = u"No unprotected items found in system caches to clean.\n"_s;
-const QString kFinder = u"$ /usr/bin/osascript -e "
+const QString kFinder = u"$> /usr/bin/osascript -e "
                         "\"tell application \"Finder\" to if (count of items in trash) > 0 then empty trash\"\n"_s;
 
 class MaintenanceTest : public ScriptedSystem {

@@ -143,6 +143,24 @@ TEST_F(Quarantine, aHelperThatCannotBeRemovedIsAFailureAndTheCopyStays) {
     EXPECT_EQ(files.read(kMoved), "helper");
 }
 
+TEST_F(Quarantine, whatTheSystemKeepsFromOtherProgramsIsSaidOnceWithItsPlace) {
+    const QString other = kHelpers + u"/Other.app"_s;
+    files.addFile(other, "other");
+    files.failOn(Operation::Move, kHelperBundle);
+    files.failOn(Operation::Move, other);
+    const QString otherLabel = u"com.getdropbox.dropbox.other"_s;
+    cacheDump({applicationRecord(u"Dropbox"_s, u"com.getdropbox.dropbox"_s),
+               backgroundRecord(u"Dropbox Helper"_s, kHelperLabel, u"com.getdropbox.dropbox"_s),
+               backgroundRecord(u"Other"_s, otherLabel, u"com.getdropbox.dropbox"_s)});
+    EXPECT_FALSE(disable({kHelperLabel, otherLabel}));
+    const QStringList lines = system.logMessages().filter(u"App Management"_s);
+    EXPECT_EQ(lines,
+              QStringList(u"  [INFO] Allow Quorvane in System Settings → Privacy & Security → App Management to change "
+                          "other applications."_s));
+    EXPECT_EQ(system.logMessages().filter(failed(QString()).trimmed().chopped(1)).size(), 1);
+    EXPECT_TRUE(files.exists(kHelperBundle));
+}
+
 TEST_F(Quarantine, aHelperWhoseRemainsCannotBeRemovedIsOutOfReachAndThatIsSaid) {
     files.failOn(MemoryFileManager::Operation::Remove, kHelperBundle + u".removed"_s);
     EXPECT_TRUE(disable());

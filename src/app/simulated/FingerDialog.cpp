@@ -38,9 +38,10 @@ FingerDialog::FingerDialog(const QString& reason) {
     buttons->setContentsMargins(0, 0, 0, 0);
     buttons->setSpacing(Theme::kGap8);
     auto* const cancel = new AppSecondaryButton(u"Cancel"_s);
+    auto* const passcode = new AppSecondaryButton(u"Mac’s Password"_s);
     auto* const other = new AppSecondaryButton(u"Another Finger"_s);
     auto* const own = new AppPrimaryButton(u"Enrolled Finger"_s);
-    for (QPushButton* const button : std::initializer_list<QPushButton*>{cancel, other, own}) {
+    for (QPushButton* const button : std::initializer_list<QPushButton*>{cancel, passcode, other, own}) {
         buttons->addWidget(button);
     }
     const int width = std::max(kFingerText, buttonRow->sizeHint().width());
@@ -49,6 +50,7 @@ FingerDialog::FingerDialog(const QString& reason) {
                                  u"This is a simulated Mac. Choose which finger touches its sensor."_s, width));
     column->addWidget(buttonRow);
     connect(cancel, &QPushButton::clicked, this, &FingerDialog::reject);
+    connect(passcode, &QPushButton::clicked, this, [this] { end(BiometricAnswer::Passcode); });
     connect(other, &QPushButton::clicked, this, [this] { end(BiometricAnswer::Refuse); });
     connect(own, &QPushButton::clicked, this, [this] { end(BiometricAnswer::Accept); });
     own->setFocus();

@@ -10,4 +10,7 @@ namespace quorvane {
 /// @param isDebugBuild  keeps Qt's own variables, by which a developer looks at what Qt does
 QProcessEnvironment cleanEnvironment(const QProcessEnvironment& given, bool isDebugBuild);
 
+/// Makes an environment this process's own, before it has a second thread.
+void takeEnvironment(const QProcessEnvironment& wanted);
+
 } // namespace quorvane

@@ -76,6 +76,28 @@ private:
     std::unique_ptr<DIR, int (*)(DIR*)> m_folder;
 };
 
+/// True for a file whose content iCloud alone has: reading it would keep the thread in the kernel until the network has brought it
+/// (Apple TN3150).
+bool isDataless([[maybe_unused]] int descriptor) {
+#ifdef SF_DATALESS
+    struct stat info {};
+    return ::fstat(descriptor, &info) == 0 && (info.st_flags & SF_DATALESS) != 0;
+#else
+    return false;
+#endif
+}
+
+/// Returns when the bytes are on the medium. A Mac's fsync only hands them to the drive (fsync(2)), and F_FULLFSYNC isn't known to
+/// every file system.
+bool flushToMedium(int descriptor) {
+#ifdef F_FULLFSYNC
+    if (::fcntl(descriptor, F_FULLFSYNC) == 0) {
+        return true;
+    }
+#endif
+    return ::fsync(descriptor) == 0;
+}
+
 } // namespace
 
 bool DiskFileManager::exists(const QString& path) const {
@@ -131,6 +153,9 @@ QByteArray DiskFileManager::read(const QString& path) const {
     if (!file.open(descriptor, QIODevice::ReadOnly, QFile::AutoCloseHandle)) {
         throw FileError(path, file.errorString());
     }
+    if (isDataless(descriptor)) {
+        throw FileError::notDownloaded(path);
+    }
     QByteArray bytes = file.readAll();
     if (file.error() != QFileDevice::NoError) {
         throw FileError(path, file.errorString());
@@ -140,7 +165,7 @@ QByteArray DiskFileManager::read(const QString& path) const {
 
 void DiskFileManager::writeAtomically(const QString& path, const QByteArray& bytes) {
     QTemporaryFile beside(QFileInfo(path).path() + u"/.quorvane.XXXXXX"_s);
-    if (!beside.open() || beside.write(bytes) != bytes.size() || !beside.flush() || ::fsync(beside.handle()) != 0) {
+    if (!beside.open() || beside.write(bytes) != bytes.size() || !beside.flush() || !flushToMedium(beside.handle())) {
         throw FileError(path, beside.errorString());
     }
     beside.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup | QFile::ReadOther);

@@ -9,8 +9,9 @@ namespace quorvane {
 /// What the user does when a simulated Mac asks them for a finger.
 enum class BiometricAnswer {
     Accept,
-    Refuse, ///< another finger, until the Mac gives up
-    Cancel, ///< the Cancel button
+    Refuse,   ///< another finger, until the Mac gives up
+    Passcode, ///< the Mac's own passcode, typed instead
+    Cancel,   ///< the Cancel button
 };
 
 /// Who sits before a simulated Mac when it asks for a finger: a person at a window, or a policy.

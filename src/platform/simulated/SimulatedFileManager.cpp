@@ -124,6 +124,9 @@ std::unique_ptr<FolderEntries> SimulatedFileManager::entries(const QString& fold
 }
 
 QByteArray SimulatedFileManager::read(const QString& path) const {
+    if (m_volume.isDataless(path)) {
+        throw FileError::notDownloaded(path);
+    }
     return reported([&] { return m_volume.read(path); });
 }
 

@@ -54,8 +54,9 @@ bool isBiometric(const Json& item) {
 }
 
 /// @param enrolment  the fingers of now
-bool isLost(const Json& item, const QString& enrolment) {
-    return isBiometric(item) && item.value("enrolment", Json()) != enrolment.toStdString();
+bool opens(BiometricAnswer answer, const Json& item, const QString& enrolment) {
+    const bool isOfTheseFingers = item.value("enrolment", Json()) == enrolment.toStdString();
+    return answer == BiometricAnswer::Passcode || (answer == BiometricAnswer::Accept && isOfTheseFingers);
 }
 
 /// A new file that is its owner's alone from the moment that it is made.
@@ -176,15 +177,14 @@ bool SimulatedKeychain::keychainItemExists(const QString& service, const QString
 QFuture<std::optional<QByteArray>>
 SimulatedKeychain::readBiometricProtected(const QString& service, const QString& account, const QString& reason) {
     const std::optional<Json> found = m_isShutDown ? std::nullopt : item(service, account);
-    if (!found || isLost(*found, simulatedEnrolment(m_mac))) {
+    if (!found) {
         return QtFuture::makeReadyFuture(std::optional<QByteArray>());
     }
     if (!isBiometric(*found)) {
         return QtFuture::makeReadyFuture(dataOf(*found));
     }
     return m_prompt.ask(reason).then([&mac = m_mac, item = *found](BiometricAnswer answer) {
-        const bool isReleased = answer == BiometricAnswer::Accept && !isLost(item, simulatedEnrolment(mac));
-        return isReleased ? dataOf(item) : std::nullopt;
+        return opens(answer, item, simulatedEnrolment(mac)) ? dataOf(item) : std::nullopt;
     });
 }
 

@@ -19,7 +19,7 @@ namespace quorvane {
 ///                 "data": "base64"}]}
 ///
 /// "accessControl" marks a biometric item, and is what the system calls its flags: the enrolled fingers or the passcode.
-/// Such an item is lost once the enrolment is another (see SimulatedBiometrics).
+/// Once the enrolment is another (see SimulatedBiometrics) the passcode alone opens such an item.
 ///
 /// A file that is damaged is left as it is: every read fails, and so does every write. What else goes wrong is said in the
 /// state subject "keychain":

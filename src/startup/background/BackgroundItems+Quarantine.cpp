@@ -25,6 +25,8 @@ using namespace Qt::StringLiterals;
 namespace {
 
 const QString kStillInItsPlace = u"it is still in its place"_s;
+const QString kKeptOut =
+    u"Operation not permitted"_s; // EPERM in the words of the system's tools, which speak English only
 
 QString sourceOf(const BackgroundDisableTarget& target) {
     return target.bundledResourceURL->toLocalFile();
@@ -68,7 +70,9 @@ QCoro::Task<bool> BackgroundItems::quarantine(QList<BackgroundDisableTarget> tar
             forRoot.append(target);
         }
     }
-    co_return co_await quarantineAsRoot(forRoot) && succeeded;
+    succeeded = co_await quarantineAsRoot(forRoot) && succeeded;
+    tellOfAppManagement();
+    co_return succeeded;
 }
 
 QCoro::Task<BackgroundItems::QuarantineStep> BackgroundItems::quarantineHelper(BackgroundDisableTarget target,
@@ -138,6 +142,7 @@ QCoro::Task<void> BackgroundItems::followQueuedQuarantine() {
             co_await quarantineAsUser(target);
         }
     }
+    tellOfAppManagement();
 }
 
 /// A copy that is there from another time gets a name of its own. Throws FileError.
@@ -174,25 +179,31 @@ QCoro::Task<bool> BackgroundItems::quarantineAsUser(BackgroundDisableTarget targ
             }
             co_return false;
         }
-        removeHelper(source);
+        co_return removeHelper(source);
     } catch (const FileError& error) {
         logFailedQuarantine(source, error.message());
         co_return false;
     }
-    log(u"  [APPLIED] Quarantined bundled startup resource: "_s + lastPathComponent(source));
-    co_return true;
 }
 
 /// In one step out of the reach of whatever starts it: a removal that stops half-way must not leave a broken helper, which
-/// the next run would take for the whole one. Throws FileError when it stays in its place.
-void BackgroundItems::removeHelper(const QString& source) {
+/// the next run would take for the whole one. False when it stays in its place.
+bool BackgroundItems::removeHelper(const QString& source) {
     const QString aside = freePath(host().files, source + kLeftoverEnding);
-    host().files.move(source, aside);
+    try {
+        host().files.move(source, aside);
+    } catch (const FileError& error) {
+        logFailedQuarantine(source, error.message());
+        m_wasKeptOut = m_wasKeptOut || isKeptFromOthers(error.message());
+        return false;
+    }
     try {
         removeTree(host().files, aside);
     } catch (const FileError& error) {
         log(u"  [ERROR] Could not remove "_s + error.message());
     }
+    log(u"  [APPLIED] Quarantined bundled startup resource: "_s + lastPathComponent(source));
+    return true;
 }
 
 /// All of them in one line under one prompt. Each has succeeded when it is gone, whatever became of the others.
@@ -218,6 +229,7 @@ QCoro::Task<bool> BackgroundItems::quarantineAsRoot(QList<BackgroundDisableTarge
             log(u"  [APPLIED] Quarantined bundled startup resource: "_s + lastPathComponent(source));
         } else {
             logFailedQuarantine(source, result.status != 0 ? result.standardError : kStillInItsPlace);
+            m_wasKeptOut = m_wasKeptOut || isKeptFromOthers(result.standardError);
             succeeded = false;
         }
     }
@@ -226,6 +238,14 @@ QCoro::Task<bool> BackgroundItems::quarantineAsRoot(QList<BackgroundDisableTarge
 
 void BackgroundItems::logFailedQuarantine(const QString& source, const QString& error) {
     log(u"  [ERROR] Failed to quarantine bundled startup resource: %1: %2"_s.arg(lastPathComponent(source), error));
+}
+
+/// Once for all that was refused. Neither the user's own rights nor root's count where the system keeps applications from being
+/// changed by others.
+void BackgroundItems::tellOfAppManagement() {
+    if (std::exchange(m_wasKeptOut, false)) {
+        log(u"  [INFO] Allow Quorvane in System Settings → Privacy & Security → App Management to change other applications."_s);
+    }
 }
 
 /// What an earlier run has left in the applications of the records.
@@ -242,7 +262,9 @@ void BackgroundItems::settleLeftovers(const QList<BackgroundTaskItem>& records) 
         for (const QString& name : settled.putBack) {
             log(u"  [INFO] Put back what an interrupted run had left: "_s + name);
         }
+        m_wasKeptOut = m_wasKeptOut || settled.wasRefused;
     }
+    tellOfAppManagement();
 }
 
 /// An item that is still on, and whose helper is still in its application, gets one more try, which never prompts.

@@ -134,12 +134,13 @@ private:
     std::optional<QString> rootsCommand(const BackgroundDisableTarget& target);
     QCoro::Task<bool> quarantineAsRoot(QList<BackgroundDisableTarget> targets);
     QCoro::Task<void> retryQuarantineOfActiveTargets(QList<BackgroundDisableTarget> targets);
+    void tellOfAppManagement();
     void logFailedQuarantine(const QString& source, const QString& error);
     void makeRoom(const QString& destination);
     void settleLeftovers(const QList<BackgroundTaskItem>& records);
     QString quarantineDestination(const BackgroundDisableTarget& target) const;
     QList<BackgroundDisableTarget> withoutSharedPlaces(const QList<BackgroundDisableTarget>& targets);
-    void removeHelper(const QString& source);
+    bool removeHelper(const QString& source);
 
     AdminBatch& m_batch;
     ServiceManagementBTM m_serviceManagement;
@@ -149,6 +150,7 @@ private:
     bool m_needsPrivilegedFetch = false; ///< the batch will leave a dump to read
     std::optional<BackgroundLoginItemChangePlan> m_plan;
     QSet<QString> m_switchedOff;                    ///< labels whose overrides launchd keeps: they don't show in a dump
+    bool m_wasKeptOut = false;                      ///< of an application, and not told yet
     QList<BackgroundDisableTarget> m_queuedHelpers; ///< that leave their applications with the open batch
 };
 

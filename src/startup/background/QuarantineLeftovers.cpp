@@ -75,6 +75,10 @@ void settle(const QString& leftover, const QString& place, const QStringList& co
 
 } // namespace
 
+bool isKeptFromOthers(const QString& error) {
+    return error.contains(u"Operation not permitted"_s);
+}
+
 SettledLeftovers settleQuarantineLeftovers(const QString& application, const QString& quarantineFolder,
                                            FileManager& files) {
     SettledLeftovers settled;
@@ -86,8 +90,8 @@ SettledLeftovers settleQuarantineLeftovers(const QString& application, const QSt
         try {
             settle(path, parentFolder(path) + u'/' + *helper, copiesOf(*helper, quarantineFolder, files), files,
                    settled);
-        } catch (const FileError&) {
-            continue; // the next run tries again
+        } catch (const FileError& error) { // the next run tries again
+            settled.wasRefused = settled.wasRefused || isKeptFromOthers(error.message());
         }
     }
     return settled;

@@ -150,7 +150,7 @@ QCoro::Task<bool> LoginItems::removeManagedApp(QString path, ManagedAppRemoval b
     if (!isRemoved && before.removal.canGoByName(name)) {
         co_await removeByName(name);
     }
-    drop();
+    forgetList();
     const LoginItemList now = co_await current();
     if (!now.wasRead || showsPath(now.items, path)) {
         log(u"  [ERROR] Failed to remove startup app from login items: "_s + name);

@@ -1,6 +1,7 @@
 #include "startup/login/LoginItems.h"
 
 #include "core/Json.h"
+#include "core/Osascript.h"
 #include "core/Paths.h"
 #include "platform/FileManager.h"
 #include "platform/Host.h"
@@ -20,14 +21,6 @@
 namespace quorvane {
 
 using namespace Qt::StringLiterals;
-
-namespace {
-
-QStringList osascript(const QString& script) {
-    return {u"/usr/bin/osascript"_s, u"-e"_s, script};
-}
-
-} // namespace
 
 LoginItems::LoginItems(FlowEnvironment& environment, std::function<QSet<QString>()> protectedPaths)
     : Flow(environment)
@@ -51,12 +44,17 @@ QCoro::Task<LoginItemList> LoginItems::current() {
 }
 
 void LoginItems::drop() {
+    forgetList();
+    m_cache->isRefused = false; // the user may have permitted it since
+}
+
+void LoginItems::forgetList() {
     ++m_cache->age;
     m_cache->list.reset();
 }
 
 QCoro::Task<LoginItemList> LoginItems::readFromSystemEvents() {
-    const CommandResult result = co_await runCommand(osascript(readLoginItemsScript()), OutputCapture::Capture);
+    const CommandResult result = co_await runCommand(osascriptCommand(readLoginItemsScript()), OutputCapture::Capture);
     LoginItemList list;
     if (result.isAnswered && result.status == 0) {
         list = parsedLoginItems(result.standardOutput);
@@ -80,22 +78,37 @@ QCoro::Task<QList<LoginItem>> LoginItems::visible() {
 }
 
 QCoro::Task<void> LoginItems::logMissingPermission() {
-    const CommandResult probe = co_await runCommand(osascript(systemEventsProbeScript()), OutputCapture::Capture);
+    const CommandResult probe =
+        co_await runCommand(osascriptCommand(systemEventsProbeScript()), OutputCapture::Capture);
     if (probe.status != 0) {
         log(u"  [ERROR] Could not read login items: "_s + probe.standardError.trimmed());
-        log(u"  [INFO] Grant Automation permission for System Events in System Settings → Privacy & Security."_s);
+        m_cache->isRefused = m_cache->isRefused || isAutomationRefused(probe);
+        logWhereToPermit();
     }
+}
+
+void LoginItems::logWhereToPermit() {
+    log(u"  [INFO] Grant Automation permission for System Events in System Settings → Privacy & Security."_s);
 }
 
 /// Runs a script that may change the login items. Unless it says that it left them alone, they are read anew by whoever
 /// looks next.
+///
+/// What the user has refused stays refused until they permit it in the system's settings: it is told, and not tried again.
 QCoro::Task<LoginItems::SystemEventsReply> LoginItems::change(QString script) {
-    const CommandResult result = co_await runCommand(osascript(script), OutputCapture::Capture);
+    if (m_cache->isRefused) {
+        co_return SystemEventsReply::Failed;
+    }
+    const CommandResult result = co_await runCommand(osascriptCommand(script), OutputCapture::Capture);
     const QString reply = result.status == 0 ? result.standardOutput.trimmed() : QString();
     if (reply == u"missing"_s || reply == u"exists"_s) {
         co_return SystemEventsReply::Unchanged;
     }
-    drop();
+    forgetList();
+    if (isAutomationRefused(result)) {
+        m_cache->isRefused = true;
+        logWhereToPermit();
+    }
     co_return reply == u"ok"_s ? SystemEventsReply::Done : SystemEventsReply::Failed;
 }
 
@@ -180,7 +193,7 @@ QCoro::Task<bool> LoginItems::removeLeftover(NamedLoginItems named, LoginItemTar
 
 /// Asks the system anew: an item that isn't there needs no removal, but one that nobody may see could be there.
 QCoro::Task<bool> LoginItems::areGone(QSet<QString> names, LoginItemTargets targets) {
-    drop();
+    forgetList();
     const LoginItemList list = co_await current();
     const auto isAmongThem = [&](const LoginItem& item) { return names.contains(item.name) && targets.takes(item); };
     const bool isShown = std::any_of(list.items.begin(), list.items.end(), isAmongThem) ||

@@ -39,7 +39,7 @@ public:
     /// From the cache if they were read before.
     QCoro::Task<LoginItemList> current();
     QCoro::Task<LoginItemList> readFromSystemEvents();
-    /// Called when a reader must see the system as it is now.
+    /// Called when a reader must see the system as it is now: at the beginning of each flow.
     void drop();
     /// Those fit for showing: neither audio software nor an application's agents. Logs a missing permission.
     QCoro::Task<QList<LoginItem>> visible();
@@ -76,6 +76,8 @@ private:
     struct ManagedAppRemoval;
 
     QCoro::Task<SystemEventsReply> change(QString script);
+    void forgetList();
+    void logWhereToPermit();
     QCoro::Task<bool> remove(LoginItem item, LoginItemRemoval removal);
     QCoro::Task<bool> removeAndLog(LoginItem item, LoginItemRemoval removal);
     QCoro::Task<bool> removeLeftover(NamedLoginItems named, LoginItemTargets targets, QSet<QString> excludedIds);
@@ -88,7 +90,9 @@ private:
     const std::function<QSet<QString>()> m_protectedPaths;
     struct Cache {
         std::optional<LoginItemList> list;
-        quint64 age = 0; ///< counts how often the list was dropped: a slow read may come too late
+        quint64 age = 0; ///< counts how often the list was forgotten: a slow read may come too late
+        bool isRefused =
+            false; ///< the user doesn't let the program control System Events; none is asked to change anything then
     };
 
     std::shared_ptr<Cache> m_cache = std::make_shared<Cache>();
