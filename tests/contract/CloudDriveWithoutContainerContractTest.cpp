@@ -1,24 +1,13 @@
 // What every iCloud Drive does for a program that has no container in it.
 
+#include "contract/Awaited.h"
 #include "contract/CloudDriveContract.h"
-#include "fakes/EventLoop.h"
 
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 
 namespace quorvane {
-
-namespace {
-
-template <typename Value>
-Value awaited(const QFuture<Value>& future) {
-    processEventsUntil([&future] { return future.isFinished(); });
-    EXPECT_FALSE(future.isCanceled());
-    return future.result();
-}
-
-} // namespace
 
 TEST_P(CloudDriveWithoutContainerContract, thereIsNoContainerHoweverOftenItIsAskedFor) {
     for (int round = 0; round < 3; ++round) {

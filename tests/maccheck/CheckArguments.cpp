@@ -37,9 +37,11 @@ CheckArguments parsedCheckArguments(const QStringList& arguments) {
 }
 
 QString checkHelp() {
-    return u"Checks on this Mac what Quorvane's adapters promise. One line per check: PASS, FAIL or SKIP, its name, and why.\n"
+    return u"Checks on this Mac what Quorvane's adapters promise. One line per check: PASS, FAIL or SKIP, its name, "
+           u"and why.\n"
            "\n"
-           "  --no-rights      nothing that needs a person, or a right that a person gives; so it is without options, too\n"
+           "  --no-rights      nothing that needs a person, or a right that a person gives; so it is without options, "
+           "too\n"
            "  --ask            also what does: a password is asked for, and a finger\n"
            "  --report FILE    writes the same lines to a file\n"
            "  --filter NAMES   only checks with these names: 'Machine*:*Keychain*'\n"

@@ -78,8 +78,8 @@ public:
 
     void OnTestEnd(const ::testing::TestInfo& test) override { m_writer.write(checkLine(resultOf(test))); }
     void OnTestProgramEnd(const ::testing::UnitTest& program) override {
-        m_writer.write(checkSummary(program.successful_test_count(), program.failed_test_count(),
-                                    program.skipped_test_count()));
+        m_writer.write(
+            checkSummary(program.successful_test_count(), program.failed_test_count(), program.skipped_test_count()));
     }
 
 private:
