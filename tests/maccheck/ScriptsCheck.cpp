@@ -5,6 +5,8 @@
 #include "maccheck/People.h"
 #include "platform/macos/MacScriptEngine.h"
 
+#include <QDateTime>
+
 namespace quorvane {
 
 using namespace Qt::StringLiterals;
