@@ -9,14 +9,18 @@
 #include "app/AppDelegate.h"
 #include "app/simulated/AuthorizationDialogs.h"
 #include "app/simulated/MacOfUser.h"
+#include "app/simulated/UnwatchedActivity.h"
 #include "documentation/DocumentationPage.h"
 #include "platform/FileManager.h"
 #include "platform/Machine.h"
+#include "platform/StatusItem.h"
 #include "platform/simulated/SimulatedHost.h"
+#include "ui/documentation/WindowDocumentation.h"
 #include "ui/logs/LogLinesView.h"
-#include "ui/menu/StatusItem.h"
 #include "ui/window/ContentView.h"
 #include "ui/window/MainWindow.h"
+#include "ui/window/WindowAppearance.h"
+#include "ui/window/WindowWorkspace.h"
 
 #include <QApplication>
 #include <QDir>
@@ -43,6 +47,7 @@ constexpr int kLinesInATurn = 500;
 class NoStatusItem final : public StatusItem {
 public:
     void setMenu(QMenu&) override {}
+    void remove() override {}
     bool isShown() const override { return false; }
 };
 
@@ -76,7 +81,8 @@ class Reader {
 public:
     explicit Reader(const QString& macFolder)
         : m_host(macFolder, m_authorization, {macsimBesideProgram(), {}, {}, nullptr, nullptr})
-        , m_delegate({m_host.host(), m_host.systemLook(), m_statusItem, [this] { m_host.shutDown(); }}) {
+        , m_delegate({m_host.host(), m_host.systemLook(), m_appearance, m_workspace, m_statusItem, m_documentation,
+                      m_activity, [this] { m_host.shutDown(); }}) {
         const Host ports = m_host.host();
         QDir().mkpath(macFolder + ports.machine.homeFolder() + u"/.quorvane"_s);
         ports.files.writeAtomically(ports.machine.homeFolder() + u"/.quorvane/master-baseline-current.json"_s, "{}");
@@ -117,7 +123,11 @@ public:
 private:
     AuthorizationDialogs m_authorization;
     SimulatedHost m_host;
+    WindowAppearance m_appearance;
+    WindowWorkspace m_workspace;
     NoStatusItem m_statusItem;
+    WindowDocumentation m_documentation;
+    UnwatchedActivity m_activity;
     AppDelegate m_delegate;
 };
 

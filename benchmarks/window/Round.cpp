@@ -5,6 +5,7 @@
 #include "User.h"
 #include "app/QuorvaneApp.h"
 #include "app/simulated/MacOfUser.h"
+#include "app/simulated/SimulatedProgramHost.h"
 #include "platform/simulated/SimulatedMachine.h"
 #include "profiles/ProfileManager.h"
 #include "simulator/Mac.h"
@@ -59,7 +60,7 @@ int runRound(int& argumentCount, char** arguments, const Round& round) {
             },
             Qt::QueuedConnection);
     });
-    return application.run();
+    return application.run(&SimulatedProgramHost::make);
 }
 
 void measure(Heartbeat& heartbeat, const char* what, const std::function<void()>& act) {

@@ -2,9 +2,10 @@
 
 #include "FirstPaint.h"
 #include "app/QuorvaneApp.h"
+#include "app/simulated/SimulatedProgramHost.h"
 
 int main(int argumentCount, char** arguments) {
     quorvane::QuorvaneApp application(argumentCount, arguments);
     const quorvane::FirstPaint firstPaint(quorvane::printTimeOfDisplay);
-    return application.run();
+    return application.run(&quorvane::SimulatedProgramHost::make);
 }

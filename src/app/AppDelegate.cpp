@@ -2,11 +2,12 @@
 
 #include "actions/ActionTexts.h"
 #include "lock/LockManager.h"
+#include "platform/Activity.h"
 #include "platform/Clock.h"
 #include "platform/FilePanels.h"
+#include "platform/StatusItem.h"
 #include "platform/SystemLook.h"
 #include "ui/QuorvaneStyle.h"
-#include "ui/menu/StatusItem.h"
 #include "ui/symbols/Logo.h"
 #include "ui/window/MainWindow.h"
 #include "wallpaper/WallpaperProfileOverlay.h"
@@ -22,21 +23,22 @@ namespace quorvane {
 
 AppDelegate::AppDelegate(const AppParts& parts)
     : m_parts(parts)
-    , m_appearance(m_windowAppearance, parts.look, parts.host.defaults)
-    , m_alerts(m_workspace, [this] { return m_opener.mainWindow(); })
+    , m_appearance(parts.appearance, parts.look, parts.host.defaults)
+    , m_alerts(parts.workspace, [this] { return m_opener.mainWindow(); })
     , m_session(parts.host, sessionParts())
-    , m_reviews({m_workspace, parts.host.clock, m_session.tasks, m_session.turnstile, m_session.profileActions,
+    , m_reviews({parts.workspace, parts.host.clock, m_session.tasks, m_session.turnstile, m_session.profileActions,
                  m_session.tweakActions, m_session.systemActions})
     , m_listener({m_alerts, m_session.scans, m_reviews, m_session.startupEditing})
     , m_lockActions(m_session.stage, *m_lock)
     , m_launch({m_session, parts.host.clock, m_appearance, *m_lock, m_listener})
     , m_openedProfiles({m_session.tasks, m_session.turnstile, *m_lock, m_session.profileExchange, m_listener})
-    , m_documentation(m_workspace)
-    , m_environment{m_session,  *m_lock,     m_lockActions,    m_appearance,   m_reviews,
-                    m_listener, m_workspace, parts.host.clock, m_documentation}
+    , m_documentation(parts.workspace, parts.documentation)
+    , m_environment{m_session,  *m_lock,         m_lockActions,    m_appearance,   m_reviews,
+                    m_listener, parts.workspace, parts.host.clock, m_documentation}
     , m_opener(m_environment) {
     m_reviews.ensureMainWindowVisible = [this] { openWindow(); };
     connectLook();
+    connectActivity();
     connectWindow();
     connectEnds();
 }
@@ -108,6 +110,7 @@ void AppDelegate::connectWindow() {
         connect(window, &MainWindow::painted, this, [this] {
             makeIconAndMenuBar();
             m_launch.windowPainted();
+            Q_EMIT windowPainted();
         });
         connect(window, &MainWindow::quitRequested, this, &AppDelegate::requestQuit);
         m_launch.windowAppeared();
@@ -121,6 +124,11 @@ void AppDelegate::connectWindow() {
 
 void AppDelegate::connectLook() {
     connect(&m_appearance, &AppearanceManager::appearanceChanged, this, &AppDelegate::applyLook);
+}
+
+void AppDelegate::connectActivity() {
+    connect(&m_session.system, &SystemManager::isBusyChanged, this,
+            [this](bool isBusy) { m_parts.activity.setWorking(isBusy); });
 }
 
 void AppDelegate::applyLook() {

@@ -12,8 +12,6 @@
 #include "ui/documentation/DocumentationOpener.h"
 #include "ui/menu/MenuBarManager.h"
 #include "ui/window/MainWindowOpener.h"
-#include "ui/window/WindowAppearance.h"
-#include "ui/window/WindowWorkspace.h"
 
 #include <QObject>
 
@@ -22,15 +20,24 @@
 
 namespace quorvane {
 
+class Activity;
+class Appearance;
+class DocumentationWindow;
 class LockManager;
 class StatusItem;
 class SystemLook;
+class Workspace;
 
-/// What the program is made with: the operating system, and where its status item goes.
+/// What the program is made with: the operating system, and what stands in windows and in the menu bar. All of it outlives the
+/// program's delegate.
 struct AppParts {
     Host host;
     SystemLook& look;
+    Appearance& appearance;
+    Workspace& workspace;
     StatusItem& statusItem;
+    DocumentationWindow& documentation;
+    Activity& activity;
     std::function<void()> shutDownHost; ///< ends every wait on the operating system and on its dialogs
 };
 
@@ -58,6 +65,8 @@ public:
     Session& session() { return m_session; }
 
 Q_SIGNALS:
+    /// The window has been painted for the first time, and the status item is there.
+    void windowPainted();
     /// Further starts are to be the first ones from now on.
     void willTerminate();
     /// All has come to its end.
@@ -72,15 +81,14 @@ private:
     void makeIconAndMenuBar();
     void connectWindow();
     void connectLook();
+    void connectActivity();
     void connectEnds();
     void applyLook();
     QCoro::Task<void> askAndQuit();
     QCoro::Task<void> terminate();
 
     AppParts m_parts;
-    WindowWorkspace m_workspace;
-    MainWindowInFront m_mainWindowInFront{m_workspace, m_opener};
-    WindowAppearance m_windowAppearance;
+    MainWindowInFront m_mainWindowInFront{m_parts.workspace, m_opener};
     AppearanceManager m_appearance;
     WindowAlerts m_alerts;
     LockManager* m_lock = nullptr;

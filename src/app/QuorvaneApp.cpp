@@ -3,13 +3,7 @@
 #include "app/AppDelegate.h"
 #include "app/DisplayCheck.h"
 #include "app/SingleInstance.h"
-#include "app/simulated/AuthorizationDialogs.h"
-#include "app/simulated/FilePanelDialogs.h"
-#include "app/simulated/FingerDialogs.h"
-#include "app/simulated/MacOfUser.h"
 #include "platform/portable/QuitSignals.h"
-#include "platform/simulated/SimulatedHost.h"
-#include "ui/menu/TrayStatusItem.h"
 
 #include <QApplication>
 #include <QFileInfo>
@@ -37,28 +31,25 @@ QStringList filesToOpen() {
     return files;
 }
 
-/// The program on the Mac of whoever has started it.
-int runOnMac(SingleInstance& instance, const QString& dataFolder) {
-    AuthorizationDialogs authorization;
-    FingerDialogs finger;
-    FilePanelDialogs panels;
-    const QString program = macsimBesideProgram();
-    SimulatedHost host(macOfUser(dataFolder, program), authorization, {program, {}, {}, &finger, &panels});
-    authorization.setMachine(host.mac().machine());
-    panels.setMac(host.mac());
-    TrayStatusItem statusItem;
-    const auto shutDownHost = [&host, &authorization, &finger, &panels] {
-        host.shutDown();
-        authorization.shutDown();
-        finger.shutDown();
-        panels.shutDown();
-    };
-    AppDelegate delegate({host.host(), host.systemLook(), statusItem, shutDownHost});
+bool isCheckOfStart() {
+    return QCoreApplication::arguments().contains(u"--check-start"_s);
+}
+
+int complain(const QString& text) {
+    std::fprintf(stderr, "%s\n", text.toUtf8().constData());
+    return kUnusable;
+}
+
+int runOn(ProgramHost& host, SingleInstance& instance) {
+    AppDelegate delegate(host.parts());
     const QuitSignals quitSignals(OutputReader::NotNeeded);
     QObject::connect(&quitSignals, &QuitSignals::quitRequested, &delegate, &AppDelegate::quit);
     QObject::connect(&instance, &SingleInstance::activationRequested, &delegate, &AppDelegate::openProfiles);
     QObject::connect(&delegate, &AppDelegate::willTerminate, &instance, &SingleInstance::stopAnswering);
     QObject::connect(&delegate, &AppDelegate::terminated, qApp, [] { QCoreApplication::exit(); });
+    if (isCheckOfStart()) {
+        QObject::connect(&delegate, &AppDelegate::windowPainted, &delegate, &AppDelegate::quit);
+    }
     delegate.applicationDidFinishLaunching();
     if (const QStringList files = filesToOpen(); !files.isEmpty()) {
         delegate.openProfiles(files);
@@ -67,19 +58,18 @@ int runOnMac(SingleInstance& instance, const QString& dataFolder) {
 }
 
 /// A second one brings the first one forward.
-int runFirst() {
+int runFirst(const ProgramHostMaker& makeHost) {
     const QString dataFolder = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/Quorvane"_s;
     SingleInstance instance(dataFolder, filesToOpen());
     switch (instance.claim()) {
     case SingleInstance::Role::First:
-        return runOnMac(instance, dataFolder);
+        return runOn(*makeHost(dataFolder), instance);
     case SingleInstance::Role::Second:
-        return 0;
+        return isCheckOfStart() ? complain(u"quorvane: it runs already, so this start wasn’t checked."_s) : 0;
     case SingleInstance::Role::Unanswered:
         break;
     }
-    std::fprintf(stderr, "%s\n", instance.unansweredText().toUtf8().constData());
-    return kUnusable;
+    return complain(instance.unansweredText());
 }
 
 } // namespace
@@ -94,12 +84,11 @@ QuorvaneApp::QuorvaneApp(int& argumentCount, char** arguments) {
 
 QuorvaneApp::~QuorvaneApp() = default;
 
-int QuorvaneApp::run() {
+int QuorvaneApp::run(const ProgramHostMaker& makeHost) {
     try {
-        return runFirst();
+        return runFirst(makeHost);
     } catch (const std::exception& error) {
-        std::fprintf(stderr, "quorvane: %s\n", error.what());
-        return kUnusable;
+        return complain(u"quorvane: "_s + QString::fromUtf8(error.what()));
     }
 }
 

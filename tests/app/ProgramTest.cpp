@@ -120,6 +120,26 @@ TEST_F(ProgramTest, aSecondStartOpensAWindowThatWasClosed) {
     EXPECT_TRUE(first->isRunning());
 }
 
+TEST_F(ProgramTest, aCheckOfTheStartEndsByItselfOnceTheWindowIsThere) {
+    const auto program = start({u"--check-start"_s});
+    QString seen;
+    processEventsUntil([this, &program, &seen] {
+        seen = seen.isEmpty() ? window() : seen;
+        return !program->isRunning();
+    });
+    EXPECT_EQ(program->status(), 0);
+    EXPECT_FALSE(seen.isEmpty());
+    EXPECT_EQ(program->errors(), QByteArray());
+}
+
+TEST_F(ProgramTest, aCheckOfTheStartBesideARunningProgramSaysThatItChecksNothing) {
+    const auto first = startWithWindow();
+    const auto check = start({u"--check-start"_s});
+    EXPECT_EQ(check->status(), kUnusableStatus);
+    EXPECT_EQ(QString::fromUtf8(check->errors()), u"quorvane: it runs already, so this start wasn’t checked.\n"_s);
+    EXPECT_TRUE(first->isRunning());
+}
+
 TEST_F(ProgramTest, aProfileFileThatIsOpenedIsImported) {
     const auto first = startWithWindow({fileOf(numberedProfile(41, u"Späte Show"_s))});
     processEventsUntil([this] { return savedProfileNames().contains(u"Späte Show"_s); });

@@ -1,10 +1,12 @@
-// What all panels for files promise: those of a simulated Mac's screen, and those in memory.
+// What all panels for files promise: those of a simulated Mac's screen, the system's, and those in memory.
 
+#include "app/NativeFilePanels.h"
 #include "fakes/EventLoop.h"
 #include "fakes/FilePanelUser.h"
 #include "fakes/MemoryFileManager.h"
 #include "fakes/ScriptedFilePanels.h"
 #include "fakes/WindowOnMac.h"
+#include "platform/portable/DiskFileManager.h"
 
 #include <QTest>
 
@@ -46,8 +48,10 @@ private:
     ScriptedFilePanels m_panels{m_files};
 };
 
-class PanelsOnScreen final : public FilePanelsSubject {
+class PanelsOnScreen : public FilePanelsSubject {
 public:
+    explicit PanelsOnScreen(FilePanels& panels)
+        : m_panels(panels) {}
     FilePanels& panels() override { return m_panels; }
     QString folder() const override { return m_folder.path(); }
     void choose(const QString& path) override { enterFileName(path); }
@@ -56,7 +60,26 @@ public:
 
 private:
     QTemporaryDir m_folder;
-    FilePanelDialogs m_panels;
+    FilePanels& m_panels;
+};
+
+class SimulatedPanels final : public PanelsOnScreen {
+public:
+    SimulatedPanels()
+        : PanelsOnScreen(m_dialogs) {}
+
+private:
+    FilePanelDialogs m_dialogs;
+};
+
+class NativePanels final : public PanelsOnScreen {
+public:
+    NativePanels()
+        : PanelsOnScreen(m_dialogs) {}
+
+private:
+    DiskFileManager m_disk;
+    NativeFilePanels m_dialogs{m_disk};
 };
 
 class FilePanelsContract : public ::testing::TestWithParam<std::unique_ptr<FilePanelsSubject> (*)()> {
@@ -140,6 +163,7 @@ TEST_P(FilePanelsContract, theEndTakesAwayWhatIsOpenAndCancelsEachLaterOneAtOnce
 }
 
 INSTANTIATE_TEST_SUITE_P(Of, FilePanelsContract,
-                         ::testing::Values(makeFilePanels<ScriptedPanels>, makeFilePanels<PanelsOnScreen>));
+                         ::testing::Values(makeFilePanels<ScriptedPanels>, makeFilePanels<SimulatedPanels>,
+                                           makeFilePanels<NativePanels>));
 
 } // namespace quorvane

@@ -8,6 +8,7 @@
 #include "ui/ViewEnvironment.h"
 #include "ui/alerts/AlertDialog.h"
 #include "ui/documentation/DocumentationOpener.h"
+#include "ui/documentation/WindowDocumentation.h"
 #include "ui/performance/PerformanceView.h"
 #include "ui/window/ContentView.h"
 #include "ui/window/MainWindow.h"
@@ -84,7 +85,8 @@ protected:
     ManualSystemLook systemLook;
     AppearanceManager appearance{look, systemLook, defaults};
     LockActions lockActions{session->stage, *lock};
-    DocumentationOpener documentation{workspace};
+    WindowDocumentation documentationWindow;
+    DocumentationOpener documentation{workspace, documentationWindow};
     ViewEnvironment environment{*session, *lock,     lockActions, appearance,   reviews,
                                 window,   workspace, clock,       documentation};
     std::unique_ptr<MainWindow> mainWindow;

@@ -182,7 +182,8 @@ void WindowOnMac::shutDownPorts() {
 
 void WindowOnMac::start() {
     delegate = std::make_unique<AppDelegate>(
-        AppParts{ports(), host->systemLook(), placeOfStatusItem(), [this] { shutDownPorts(); }});
+        AppParts{ports(), host->systemLook(), windowPlatform.appearance, windowPlatform.workspace, placeOfStatusItem(),
+                 windowPlatform.documentation, windowPlatform.activity, [this] { shutDownPorts(); }});
     QObject::connect(delegate.get(), &AppDelegate::terminated, [this] { hasTerminated = true; });
     delegate->applicationDidFinishLaunching();
 }

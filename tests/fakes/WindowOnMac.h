@@ -5,8 +5,12 @@
 #include "app/simulated/FilePanelDialogs.h"
 #include "app/simulated/FingerDialogs.h"
 #include "fakes/EventLoop.h"
+#include "fakes/RecordingActivity.h"
 #include "fakes/SimulatedSystem.h"
-#include "ui/menu/StatusItem.h"
+#include "platform/StatusItem.h"
+#include "ui/documentation/WindowDocumentation.h"
+#include "ui/window/WindowAppearance.h"
+#include "ui/window/WindowWorkspace.h"
 
 #include <QAbstractButton>
 #include <QAbstractItemView>
@@ -27,11 +31,20 @@ public:
         menu = &shown;
         ++placements;
     }
+    void remove() override { menu = nullptr; }
     bool isShown() const override { return hasPlace; }
 
     QMenu* menu = nullptr;
     int placements = 0;
     bool hasPlace = true;
+};
+
+/// What a program needs that has windows, beside its host.
+struct WindowPlatform {
+    WindowWorkspace workspace;
+    WindowAppearance appearance;
+    WindowDocumentation documentation;
+    RecordingActivity activity;
 };
 
 /// An alert as its user sees it.
@@ -166,6 +179,7 @@ protected:
 
     QTemporaryDir folder;
     PlacedStatusItem statusItem;
+    WindowPlatform windowPlatform;
     std::unique_ptr<AuthorizationDialogs> authorization;
     std::unique_ptr<FingerDialogs> finger;
     std::unique_ptr<FilePanelDialogs> panels;

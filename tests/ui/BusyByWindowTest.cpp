@@ -60,6 +60,14 @@ TEST_F(BusyByWindow, whatIsShortIsNotTold) {
     EXPECT_FALSE(isOverlaid());
 }
 
+TEST_F(BusyByWindow, theSystemKnowsThatSomethingRuns) {
+    windowPlatform.activity.told.clear();
+    beginVerifying();
+    EXPECT_EQ(windowPlatform.activity.told, QList<bool>{true});
+    endVerifying();
+    EXPECT_EQ(windowPlatform.activity.told, (QList<bool>{true, false}));
+}
+
 TEST_F(BusyByWindow, whatIsLongerIsToldAndTheSidebarStays) {
     beginVerifying();
     pass(399ms);

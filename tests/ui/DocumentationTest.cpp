@@ -5,7 +5,7 @@
 #include "fakes/Pictures.h"
 #include "fakes/ShownWindow.h"
 #include "ui/QuorvaneStyle.h"
-#include "ui/documentation/DocumentationView.h"
+#include "ui/documentation/TextDocumentationView.h"
 
 #include <QApplication>
 #include <QMenuBar>
@@ -65,7 +65,7 @@ protected:
 class DocumentationPageView : public ::testing::Test {
 protected:
     QTextBrowser& shown(const QString& manual, const QByteArray& logo = {}) {
-        view.reset(makeDocumentationView());
+        view = std::make_unique<TextDocumentationView>();
         view->resize(600, 400);
         view->show();
         view->showPage({manual, u"END"_s, logo});
@@ -73,7 +73,7 @@ protected:
         return *browserIn(view.get());
     }
 
-    std::unique_ptr<DocumentationView> view;
+    std::unique_ptr<TextDocumentationView> view;
 };
 
 } // namespace
@@ -227,7 +227,7 @@ TEST_F(DocumentationPageView, followsNoLink) {
 }
 
 TEST_F(DocumentationPageView, opensWithoutAnything) {
-    view.reset(makeDocumentationView());
+    view = std::make_unique<TextDocumentationView>();
     view->show();
     view->showPage({});
     processEventsUntil([this] { return browserIn(view.get())->toPlainText().contains(kDocumentationTitle); });

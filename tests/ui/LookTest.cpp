@@ -5,9 +5,9 @@
 #include "fakes/HostileNames.h"
 #include "fakes/ShownWindow.h"
 #include "fakes/ViewWalk.h"
+#include "platform/StatusItem.h"
 #include "ui/QuorvaneStyle.h"
 #include "ui/menu/MenuBarManager.h"
-#include "ui/menu/StatusItem.h"
 #include "ui/pieces/Sheet.h"
 
 #include <QAbstractItemView>
@@ -260,6 +260,7 @@ namespace {
 
 class RecordedStatusItem final : public StatusItem {
 public:
+    void remove() override { menu = nullptr; }
     void setMenu(QMenu& shown) override { menu = &shown; }
     bool isShown() const override { return true; }
 

@@ -85,6 +85,11 @@ TEST_F(UnreadyMenu, hasDefaultAsTheCurrentOne) {
     EXPECT_EQ(menu().ticked(), QStringList(u"Restore Default"_s));
 }
 
+TEST_F(UnreadyMenu, takesTheItemAlongWhenItGoes) {
+    manager.reset();
+    EXPECT_EQ(item.menu, nullptr);
+}
+
 TEST_F(UnreadyMenu, saysSoAndOffersTheWindow) {
     alerts.hold();
     menu().choose(u"Restore Default"_s);

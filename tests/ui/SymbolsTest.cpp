@@ -143,6 +143,24 @@ bool mayBeAlike(const QString& one, const QString& other) {
     return one == u"cloud.fill"_s && other == u"icloud.fill"_s;
 }
 
+/// What is logged while it stands.
+class LoggedSymbols {
+public:
+    LoggedSymbols() {
+        s_lines.clear();
+        m_other = qInstallMessageHandler(
+            [](QtMsgType, const QMessageLogContext&, const QString& line) { s_lines.append(line); });
+    }
+    ~LoggedSymbols() { qInstallMessageHandler(m_other); }
+    LoggedSymbols(const LoggedSymbols&) = delete;
+    LoggedSymbols& operator=(const LoggedSymbols&) = delete;
+    QStringList lines() const { return s_lines; }
+
+private:
+    static inline QStringList s_lines;
+    QtMessageHandler m_other = nullptr;
+};
+
 QImage symbolCanvas(QSize pixels, qreal devicePixelRatio = 1) {
     QImage canvas(pixels, QImage::Format_ARGB32_Premultiplied);
     canvas.fill(Qt::transparent);
@@ -410,11 +428,24 @@ TEST(Symbols, theSameOneTakesAnotherColour) {
     EXPECT_EQ(canvas.pixelColor(8, 8), QColor(Qt::green));
 }
 
-TEST(Symbols, anUnknownNameIsAGear) {
-    const QImage gear = pictureOfSymbol(u"gearshape.fill"_s, 24);
+TEST(Symbols, anUnknownNameIsADot) {
+    const LoggedSymbols logged;
     for (const QString& name : {u""_s, u"unicorn.fill"_s, u"../gear"_s}) {
-        EXPECT_EQ(pictureOfSymbol(name, 24), gear) << name.toStdString();
+        const QImage picture = pictureOfSymbol(name, 32);
+        EXPECT_DOUBLE_EQ(coverage(picture, {16, 16}), 1) << name.toStdString();
+        EXPECT_DOUBLE_EQ(inkOf(picture), inkWithin(picture, {11, 11, 10, 10})) << name.toStdString();
+        EXPECT_GT(inkOf(picture), 40);
     }
+}
+
+TEST(Symbols, anUnknownNameIsLoggedOnceAndAKnownOneNever) {
+    const LoggedSymbols logged;
+    for (const int pixels : {16, 24, 16}) {
+        pictureOfSymbol(u"dragon\n\"fill"_s, pixels);
+        pictureOfSymbol(u"star.fill"_s, pixels);
+    }
+    EXPECT_EQ(logged.lines(),
+              QStringList(u"There is no symbol of this name, so a dot stands for it: \"dragon\\n\\\"fill\""_s));
 }
 
 TEST(Symbols, thePainterIsLeftAsItWas) {

@@ -1,5 +1,6 @@
 #include "app/simulated/DiskFileDialog.h"
 
+#include "app/FileKindNames.h"
 #include "core/OneLine.h"
 #include "ui/alerts/AlertDialog.h"
 
@@ -11,14 +12,6 @@ namespace quorvane {
 using namespace Qt::StringLiterals;
 
 namespace {
-
-QString suffixOf(FileKind kind) {
-    return kind == FileKind::Profile ? u"json"_s : u"txt"_s;
-}
-
-QString filterOf(FileKind kind) {
-    return kind == FileKind::Profile ? u"Profiles (*.json)"_s : u"Plain Text (*.txt)"_s;
-}
 
 /// As a shell reads it.
 QString withHomeFolder(const QString& name) {
@@ -33,8 +26,8 @@ DiskFileDialog::DiskFileDialog(const QString& title, FileKind kind)
     setOption(DontUseNativeDialog);
     setOption(DontConfirmOverwrite); // Qt's question waits in a loop of its own, and so do those before its deletions
     setOption(ReadOnly);
-    setNameFilters({filterOf(kind), u"All Files (*)"_s});
-    setDefaultSuffix(suffixOf(kind));
+    setNameFilters({fileFilterOf(kind), u"All Files (*)"_s});
+    setDefaultSuffix(fileSuffixOf(kind));
     setFileMode(ExistingFile);
 }
 

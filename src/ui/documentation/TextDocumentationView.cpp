@@ -23,12 +23,8 @@ constexpr int kRoom = 2 * Theme::kFocusRing; ///< for the ring around the page
 
 } // namespace
 
-DocumentationView* makeDocumentationView() {
-    return new TextDocumentationView;
-}
-
 TextDocumentationView::TextDocumentationView(QWidget* parent)
-    : DocumentationView(parent)
+    : QWidget(parent)
     , m_browser(new QTextBrowser) {
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(kRoom, kRoom, kRoom, kRoom);
@@ -80,7 +76,7 @@ bool TextDocumentationView::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut) {
         update();
     }
-    return DocumentationView::eventFilter(watched, event);
+    return QWidget::eventFilter(watched, event);
 }
 
 void TextDocumentationView::paintEvent(QPaintEvent*) {
@@ -91,7 +87,7 @@ void TextDocumentationView::paintEvent(QPaintEvent*) {
 }
 
 void TextDocumentationView::changeEvent(QEvent* event) {
-    DocumentationView::changeEvent(event);
+    QWidget::changeEvent(event);
     if (event->type() == QEvent::StyleChange && m_composition > 0) {
         compose();
     }

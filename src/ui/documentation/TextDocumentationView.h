@@ -1,6 +1,8 @@
 #pragma once
 
-#include "ui/documentation/DocumentationView.h"
+#include "documentation/DocumentationPage.h"
+
+#include <QWidget>
 
 #include <memory>
 
@@ -9,16 +11,16 @@ class QTextDocument;
 
 namespace quorvane {
 
-/// Shows the documentation by Qt's rich text, where the platform has no web view. The page is converted and read on another
-/// thread.
-class TextDocumentationView final : public DocumentationView {
+/// Shows the page of the documentation by Qt's rich text, in the colours that the program has at the moment. It fetches nothing,
+/// runs no script and follows no link, whatever stands in the page, which is converted and read on another thread.
+class TextDocumentationView : public QWidget {
     Q_OBJECT
 
 public:
     explicit TextDocumentationView(QWidget* parent = nullptr);
     ~TextDocumentationView() override;
 
-    void showPage(const DocumentationParts& parts) override;
+    void showPage(const DocumentationParts& parts);
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

@@ -4,8 +4,8 @@
 #include "actions/Session.h"
 #include "actions/WindowListener.h"
 #include "platform/AlertPresenter.h"
+#include "platform/StatusItem.h"
 #include "ui/QuorvaneStyle.h"
-#include "ui/menu/StatusItem.h"
 #include "ui/pieces/WhenFinished.h"
 #include "ui/symbols/Symbols.h"
 
@@ -34,6 +34,7 @@ QString plainTitle(QString title) {
 
 MenuBarManager::MenuBarManager(StatusItem& item, AlertPresenter& alerts, QObject* parent)
     : QObject(parent)
+    , m_item(item)
     , m_alerts(alerts) {
     sharedManager = this;
     m_menu.setTitle(u"Quorvane"_s);
@@ -42,10 +43,11 @@ MenuBarManager::MenuBarManager(StatusItem& item, AlertPresenter& alerts, QObject
     connect(&m_menu, &QMenu::aboutToHide, this, &MenuBarManager::scheduleRebuild);
     m_menu.installEventFilter(this);
     rebuildMenu();
-    item.setMenu(m_menu);
+    m_item.setMenu(m_menu);
 }
 
 MenuBarManager::~MenuBarManager() {
+    m_item.remove();
     sharedManager = nullptr;
 }
 

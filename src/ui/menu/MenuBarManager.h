@@ -22,7 +22,7 @@ class MenuBarManager : public QObject {
     Q_OBJECT
 
 public:
-    /// @param item    shows the menu from now on
+    /// @param item    shows the menu as long as this lives
     /// @param alerts  for what is chosen before there are managers
     MenuBarManager(StatusItem& item, AlertPresenter& alerts, QObject* parent = nullptr);
     ~MenuBarManager() override;
@@ -56,6 +56,7 @@ private:
     void choose(const StatusMenuEntry& entry);
     std::optional<Managers> requireManagers();
 
+    StatusItem& m_item;
     QMenu m_menu;
     AlertPresenter& m_alerts;
     std::optional<Managers> m_managers;

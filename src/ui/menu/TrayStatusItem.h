@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/menu/StatusItem.h"
+#include "platform/StatusItem.h"
 
 #include <QSystemTrayIcon>
 
@@ -12,6 +12,7 @@ namespace quorvane {
 class TrayStatusItem final : public StatusItem {
 public:
     void setMenu(QMenu& menu) override;
+    void remove() override { m_icon.reset(); }
     bool isShown() const override;
 
 private:

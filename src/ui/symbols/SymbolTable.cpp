@@ -33,7 +33,7 @@ constexpr SymbolLayer turned(int degrees, SymbolLayer layer) {
 }
 
 constexpr SymbolLayer cutOut(SymbolLayer layer) {
-    layer.joining = SymbolLayer::Joining::CutOut;
+    layer.joining = LayerJoining::CutOut;
     return layer;
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ui/symbols/SymbolLayers.h"
+
 #include <QStringView>
 
 #include <array>
@@ -8,8 +10,6 @@
 
 // Which drawings a symbol is made of. All stand on a grid of 16 by 16, for which the set is drawn.
 namespace quorvane {
-
-constexpr double kSymbolGrid = 16;
 
 /// A square on the grid.
 struct SymbolPlace {
@@ -20,14 +20,11 @@ struct SymbolPlace {
 
 struct SymbolLayer {
     enum class Kind { Nothing, Drawing, Letter, Slash };
-    /// How it meets what lies below: it is painted over it, with a gap around it, or cut out of it.
-    enum class Joining { Over, CutOut };
-
     Kind kind = Kind::Nothing;
     std::string_view text = {}; ///< the drawing's file without its ending, or the letter
     SymbolPlace place = {};
     int turn = 0; ///< in degrees, clockwise
-    Joining joining = Joining::Over;
+    LayerJoining joining = LayerJoining::Over;
 };
 
 /// From below; those of no kind stand at the end.

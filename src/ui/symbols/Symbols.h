@@ -16,7 +16,8 @@ namespace quorvane {
 bool hasSymbol(const QString& name);
 
 /// Paints a symbol, centred, as large as fits into the rectangle, in one colour, crisp at any scale of the painter's
-/// device. An unknown name paints "gearshape.fill".
+/// device. A dot is painted for a name that isn't known here, which is logged
+/// once.
 void paintSymbol(QPainter& painter, const QString& name, const QRectF& rect, const QColor& color);
 
 /// The same as a picture, square, `size` device-independent pixels wide.
@@ -25,7 +26,7 @@ QPixmap symbolPixmap(const QString& name, qreal size, const QColor& color, qreal
 /// For menus and buttons, at whatever size and scale they ask for.
 QIcon symbolIcon(const QString& name, const QColor& color);
 
-/// All of them, sorted.
+/// All that the program uses, sorted.
 QStringList symbolNames();
 
 } // namespace quorvane

@@ -6,12 +6,12 @@
 
 namespace quorvane {
 
-/// The window in which the documentation is read. It is hidden when it is closed.
-class DocumentationWindow : public QWidget {
+/// Shows the documentation by Qt's rich text. It is hidden when it is closed.
+class TextDocumentationWindow : public QWidget {
     Q_OBJECT
 
 public:
-    explicit DocumentationWindow(const DocumentationParts& parts);
+    explicit TextDocumentationWindow(const DocumentationParts& parts);
 
 protected:
     void paintEvent(QPaintEvent* event) override;

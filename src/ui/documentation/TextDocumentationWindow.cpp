@@ -1,7 +1,7 @@
-#include "ui/documentation/DocumentationWindow.h"
+#include "ui/documentation/TextDocumentationWindow.h"
 
 #include "ui/Theme.h"
-#include "ui/documentation/DocumentationView.h"
+#include "ui/documentation/TextDocumentationView.h"
 
 #include <QPainter>
 #include <QScreen>
@@ -16,13 +16,13 @@ constexpr QSize kDocumentationSize(700, 550);
 
 } // namespace
 
-DocumentationWindow::DocumentationWindow(const DocumentationParts& parts) {
+TextDocumentationWindow::TextDocumentationWindow(const DocumentationParts& parts) {
     setWindowFlags(Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
                    Qt::WindowCloseButtonHint);
     setWindowTitle(kDocumentationTitle);
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    DocumentationView* const view = makeDocumentationView();
+    auto* const view = new TextDocumentationView;
     layout->addWidget(view);
     setFocusProxy(view);
     new QShortcut(QKeySequence::Close, this, [this] { close(); });
@@ -31,7 +31,7 @@ DocumentationWindow::DocumentationWindow(const DocumentationParts& parts) {
     view->showPage(parts);
 }
 
-void DocumentationWindow::paintEvent(QPaintEvent*) {
+void TextDocumentationWindow::paintEvent(QPaintEvent*) {
     QPainter(this).fillRect(rect(), themeOf(this).window);
 }
 

@@ -12,8 +12,10 @@ public:
     StatusItem& operator=(const StatusItem&) = delete;
     virtual ~StatusItem() = default;
 
-    /// Shows the item with this menu, which outlives it.
+    /// Shows the item with this menu, which stays until the item is removed.
     virtual void setMenu(QMenu& menu) = 0;
+    /// The item goes, where it is there.
+    virtual void remove() = 0;
     /// False where there is no place for it.
     virtual bool isShown() const = 0;
 };
