@@ -1,120 +1,80 @@
-// What the program reads of bundles on a simulated Mac.
+// What bundles say of themselves, on every system.
 
-#include "fakes/SimulatedMacFolder.h"
-#include "platform/simulated/SimulatedBundles.h"
-#include "platform/simulated/SimulatedPropertyLists.h"
-
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
-
-#include <gtest/gtest.h>
+#include "contract/BundlesContract.h"
 
 #include <array>
 #include <thread>
 
 namespace quorvane {
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
-class BundlesContract : public ::testing::Test {
-protected:
-    /// Writes a file anywhere, the sealed system included.
-    void put(const QString& path, const QByteArray& bytes) {
-        QFile file(mac.hostFolder() + path);
-        ASSERT_TRUE(QDir().mkpath(QFileInfo(file.fileName()).path()));
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(bytes);
-    }
-    void install(const QString& bundle, const QString& identifier) {
-        put(bundle + u"/Contents/Info.plist"_s, "<plist version=\"1.0\"><dict><key>CFBundleIdentifier</key><string>" +
-                                                    identifier.toUtf8() + "</string><key>Path</key><string>" +
-                                                    bundle.toUtf8() + "</string></dict></plist>");
-    }
-    /// Where the application is that is found by an identifier; empty when there is none.
-    QString found(const QString& identifier) const {
-        const std::optional<QVariantMap> info = bundles.infoDictionaryWithIdentifier(identifier);
-        return info ? info->value(u"Path"_s).toString() : QString();
-    }
-
-    macsim::SimulatedMacFolder mac;
-    SimulatedPropertyLists lists{mac.mac};
-    SimulatedBundles bundles{mac.mac, lists};
-};
+const QString kIdentifierKey = u"CFBundleIdentifier"_s;
 
 } // namespace
 
-TEST_F(BundlesContract, theInfoDictionaryIsReadAnywhere) {
-    install(u"/Users/alex/Documents/Set.app"_s, u"com.example.set"_s);
-    EXPECT_EQ(bundles.infoDictionary(u"/Users/alex/Documents/Set.app"_s),
-              (QVariantMap{{u"CFBundleIdentifier"_s, u"com.example.set"_s},
-                           {u"Path"_s, u"/Users/alex/Documents/Set.app"_s}}));
+TEST_P(BundlesContract, theInfoDictionaryIsReadAnywhere) {
+    subject->put(path(u"Set.app/Contents/Info.plist"_s),
+                 "<plist version=\"1.0\"><dict><key>CFBundleIdentifier</key><string>com.example.set</string>"
+                 "<key>LSUIElement</key><true/></dict></plist>");
+    const std::optional<QVariantMap> info = bundles.infoDictionary(path(u"Set.app"_s));
+    ASSERT_TRUE(info);
+    EXPECT_EQ(info->value(kIdentifierKey), QVariant(u"com.example.set"_s));
+    EXPECT_EQ(info->value(u"LSUIElement"_s), QVariant(true));
 }
 
-TEST_F(BundlesContract, aFolderWithoutAReadableInfoDictionaryHasAnEmptyOne) {
-    put(u"/Applications/Bare.app/Contents/MacOS/Bare"_s, "x");
-    put(u"/Applications/Damaged.app/Contents/Info.plist"_s, "<plist><dict>");
-    put(u"/Applications/Array.app/Contents/Info.plist"_s, "<plist><array/></plist>");
-    for (const QString& path :
-         {u"/Applications/Bare.app"_s, u"/Applications/Damaged.app/"_s, u"/Applications/Array.app"_s, u"/Library"_s}) {
-        EXPECT_EQ(bundles.infoDictionary(path), QVariantMap()) << path.toStdString();
+TEST_P(BundlesContract, aFolderWithoutAReadableInfoDictionaryHasAnEmptyOne) {
+    subject->put(path(u"Bare.app/Contents/MacOS/Bare"_s), "x");
+    subject->put(path(u"Damaged.app/Contents/Info.plist"_s), "<plist><dict>");
+    subject->put(path(u"Array.app/Contents/Info.plist"_s), "<plist><array/></plist>");
+    for (const QString& name : {u"Bare.app"_s, u"Damaged.app/"_s, u"Array.app"_s}) {
+        EXPECT_EQ(bundles.infoDictionary(path(name)), QVariantMap()) << name.toStdString();
+    }
+    EXPECT_EQ(bundles.infoDictionary(subject->folder()), QVariantMap());
+}
+
+TEST_P(BundlesContract, whereThereIsNoFolderThereIsNoDictionary) {
+    subject->put(path(u"File.app"_s), "x");
+    EXPECT_EQ(bundles.infoDictionary(path(u"File.app"_s)), std::nullopt);
+    EXPECT_EQ(bundles.infoDictionary(path(u"Gone.app"_s)), std::nullopt);
+    EXPECT_EQ(bundles.infoDictionary(QString()), std::nullopt);
+}
+
+TEST_P(BundlesContract, anUpdatedBundleSaysWhatItIsNow) {
+    for (const QByteArray& version : {QByteArray("11.3"), QByteArray("12.0")}) {
+        subject->put(path(u"Live.app/Contents/Info.plist"_s),
+                     "<plist version=\"1.0\"><dict><key>CFBundleShortVersionString</key><string>" + version +
+                         "</string></dict></plist>");
+        const std::optional<QVariantMap> info = bundles.infoDictionary(path(u"Live.app"_s));
+        ASSERT_TRUE(info);
+        EXPECT_EQ(info->value(u"CFBundleShortVersionString"_s), QVariant(QString::fromLatin1(version)));
     }
 }
 
-TEST_F(BundlesContract, whereThereIsNoFolderThereIsNoDictionary) {
-    put(u"/Applications/File.app"_s, "x");
-    for (const QString& path :
-         {u"/Applications/Gone.app"_s, u"/Applications/File.app"_s, u"/var/root/x.app"_s, u"Gone.app"_s, QString()}) {
-        EXPECT_EQ(bundles.infoDictionary(path), std::nullopt) << path.toStdString();
+TEST_P(BundlesContract, anInstalledApplicationIsFoundByItsIdentifierInAnyCase) {
+    const std::optional<QVariantMap> info = bundles.infoDictionary(subject->installedPath());
+    ASSERT_TRUE(info);
+    EXPECT_EQ(info->value(kIdentifierKey).toString(), subject->installedIdentifier());
+    EXPECT_EQ(bundles.infoDictionaryWithIdentifier(subject->installedIdentifier()), info);
+    EXPECT_EQ(bundles.infoDictionaryWithIdentifier(subject->installedIdentifier().toUpper()), info);
+}
+
+TEST_P(BundlesContract, anIdentifierOfNothingIsNone) {
+    for (const QString& identifier : {u"com.quorvane.nothing-has-this-identifier"_s, u"com"_s, QString()}) {
+        EXPECT_EQ(bundles.infoDictionaryWithIdentifier(identifier), std::nullopt) << identifier.toStdString();
     }
 }
 
-TEST_F(BundlesContract, anApplicationIsFoundByItsIdentifierInAnyCase) {
-    install(u"/Applications/Live.app"_s, u"com.ableton.live"_s);
-    install(u"/Applications/Utilities/Meter.app"_s, u"com.example.Meter"_s);
-    install(u"/Users/alex/Applications/Own.app"_s, u"com.example.own"_s);
-    install(u"/System/Applications/Music.app"_s, u"com.apple.Music"_s);
-    install(u"/Users/alex/Documents/Elsewhere.app"_s, u"com.example.elsewhere"_s);
-    EXPECT_EQ(found(u"com.ableton.live"_s), u"/Applications/Live.app"_s);
-    EXPECT_EQ(found(u"COM.example.meter"_s), u"/Applications/Utilities/Meter.app"_s);
-    EXPECT_EQ(found(u"com.example.own"_s), u"/Users/alex/Applications/Own.app"_s);
-    EXPECT_EQ(found(u"com.apple.Music"_s), u"/System/Applications/Music.app"_s);
-    EXPECT_EQ(bundles.infoDictionaryWithIdentifier(u"com.example.elsewhere"_s), std::nullopt);
-    EXPECT_EQ(bundles.infoDictionaryWithIdentifier(u"com.example"_s), std::nullopt);
-    EXPECT_EQ(bundles.infoDictionaryWithIdentifier(QString()), std::nullopt);
-}
-
-TEST_F(BundlesContract, ofTwoWithOneIdentifierTheFirstPlaceCounts) {
-    install(u"/Users/alex/Applications/Live.app"_s, u"com.ableton.live"_s);
-    install(u"/Applications/Live.app"_s, u"com.ableton.live"_s);
-    EXPECT_EQ(found(u"com.ableton.live"_s), u"/Applications/Live.app"_s);
-}
-
-TEST_F(BundlesContract, whatIsInstalledMovedOrRemovedLaterIsNoticed) {
-    install(u"/Applications/Live.app"_s, u"com.ableton.live"_s);
-    EXPECT_EQ(found(u"com.example.later"_s), QString());
-    install(u"/Applications/Later.app"_s, u"com.example.later"_s);
-    EXPECT_EQ(found(u"com.example.later"_s), u"/Applications/Later.app"_s);
-    const macsim::Volume volume = mac.mac.volume(macsim::Actor::User);
-    volume.move(u"/Applications/Live.app"_s, u"/Applications/Live 12.app"_s);
-    EXPECT_TRUE(bundles.infoDictionaryWithIdentifier(u"com.ableton.live"_s));
-    volume.move(u"/Applications/Live 12.app"_s, u"/Users/alex/Documents/Live 12.app"_s);
-    EXPECT_EQ(bundles.infoDictionaryWithIdentifier(u"com.ableton.live"_s), std::nullopt);
-}
-
-TEST_F(BundlesContract, severalThreadsAskAtOnce) {
-    constexpr int kApplications = 50;
-    for (int index = 0; index < kApplications; ++index) {
-        install(u"/Applications/%1.app"_s.arg(index), u"com.example.%1"_s.arg(index));
-    }
+TEST_P(BundlesContract, severalThreadsAskAtOnce) {
+    constexpr int kRounds = 50;
+    const std::optional<QVariantMap> wanted = bundles.infoDictionary(subject->installedPath());
+    ASSERT_TRUE(wanted);
     std::array<int, 4> right{};
     std::array<std::thread, 4> threads;
     for (std::size_t number = 0; number < threads.size(); ++number) {
-        threads[number] = std::thread([this, &right, number] {
-            for (int index = 0; index < kApplications; ++index) {
-                right[number] += found(u"com.example.%1"_s.arg(index)) == u"/Applications/%1.app"_s.arg(index) ? 1 : 0;
+        threads[number] = std::thread([this, &right, &wanted, number] {
+            for (int round = 0; round < kRounds; ++round) {
+                right[number] += bundles.infoDictionaryWithIdentifier(subject->installedIdentifier()) == wanted ? 1 : 0;
             }
         });
     }
@@ -122,7 +82,7 @@ TEST_F(BundlesContract, severalThreadsAskAtOnce) {
         thread.join();
     }
     for (const int count : right) {
-        EXPECT_EQ(count, kApplications);
+        EXPECT_EQ(count, kRounds);
     }
 }
 

@@ -1,116 +1,8 @@
-// What the simulated iCloud Drive and the one in memory have in common.
+// What every iCloud Drive does for a user who has a container in it.
 
-#include "fakes/MemoryCloudDrive.h"
-#include "fakes/SimulatedMacFolder.h"
-#include "platform/simulated/FaultyFileManager.h"
-#include "platform/simulated/SimulatedCloudDrive.h"
-#include "platform/simulated/SimulatedFileManager.h"
-
-#include <gtest/gtest.h>
-
-#include <functional>
-#include <memory>
-#include <optional>
+#include "contract/CloudDriveContract.h"
 
 namespace quorvane {
-
-using namespace Qt::StringLiterals;
-
-namespace {
-
-const QString kContainer = u"/Users/alex/Library/Mobile Documents/7KX2MR04TD~com~quorvane~app"_s;
-
-/// An iCloud Drive, and what is behind it.
-class CloudSubject {
-public:
-    virtual ~CloudSubject() = default;
-    virtual CloudDrive& drive() = 0;
-    virtual FileManager& files() = 0;
-    virtual void setUp(bool hasAccount, bool hasContainer) = 0;
-    virtual void failWrites(const QString& error) = 0;
-    /// A file in the container that isn't downloaded. @param looks  none when it never comes
-    virtual void addWaiting(const QString& path, const QByteArray& bytes, std::optional<int> looks,
-                            const std::optional<QDateTime>& modified) = 0;
-};
-
-class SimulatedCloudSubject final : public CloudSubject {
-public:
-    CloudDrive& drive() override { return m_drive; }
-    FileManager& files() override { return m_files; }
-    void setUp(bool hasAccount, bool hasContainer) override {
-        change([&](macsim::Json& cloud) {
-            cloud["account"] = hasAccount;
-            cloud["container"] = hasContainer;
-        });
-    }
-    void failWrites(const QString& error) override {
-        change([&](macsim::Json& cloud) { cloud["writesFail"] = error.toStdString(); });
-    }
-    void addWaiting(const QString& path, const QByteArray& bytes, std::optional<int> looks,
-                    const std::optional<QDateTime>& modified) override {
-        change([&](macsim::Json& cloud) {
-            macsim::Json file{{"text", bytes.toStdString()}};
-            file["looks"] = looks ? macsim::Json(*looks) : macsim::Json();
-            if (modified) {
-                file["modified"] = modified->toString(Qt::ISODate).toStdString();
-            }
-            cloud["files"][path.toStdString()] = file;
-        });
-    }
-
-private:
-    void change(const std::function<void(macsim::Json&)>& change) { m_mac.mac.state().update("cloud", change); }
-
-    macsim::SimulatedMacFolder m_mac;
-    SimulatedFileManager m_files{m_mac.mac.volume(macsim::Actor::User)};
-    SimulatedCloudDrive m_drive{m_mac.mac, m_files};
-};
-
-class MemoryCloudSubject final : public CloudSubject {
-public:
-    CloudDrive& drive() override { return m_drive; }
-    FileManager& files() override { return m_files; }
-    void setUp(bool hasAccount, bool hasContainer) override {
-        m_drive.account = hasAccount;
-        m_drive.container = hasContainer ? std::optional(kContainer) : std::nullopt;
-    }
-    void failWrites(const QString& error) override { m_drive.writeError = error; }
-    void addWaiting(const QString& path, const QByteArray& bytes, std::optional<int> looks,
-                    const std::optional<QDateTime>& modified) override {
-        m_drive.waiting.insert(path, {bytes, looks, modified});
-    }
-
-private:
-    MemoryFileManager m_files;
-    MemoryCloudDrive m_drive{m_files};
-};
-
-class CloudDriveContract : public ::testing::TestWithParam<std::unique_ptr<CloudSubject> (*)()> {
-protected:
-    /// As it is for a user who is signed in.
-    void signIn() {
-        subject->setUp(true, true);
-        ASSERT_EQ(drive.containerFolder().result(), kContainer);
-    }
-    QStringList sortedNames() const {
-        QStringList names = drive.list(kContainer);
-        names.sort();
-        return names;
-    }
-
-    std::unique_ptr<CloudSubject> subject = GetParam()();
-    CloudDrive& drive = subject->drive();
-    FileManager& files = subject->files();
-    const QString path = kContainer + u"/profiles.json"_s;
-    const QDateTime evening{QDate(2026, 3, 14), QTime(20, 30), Qt::UTC};
-};
-
-template <typename Each>
-std::unique_ptr<CloudSubject> makeSubject() {
-    return std::make_unique<Each>();
-}
-
-} // namespace
 
 TEST_P(CloudDriveContract, onlyAnAccountHasAContainerAndNotEveryOne) {
     EXPECT_FALSE(drive.hasAccount()) << "nobody is signed in unless it is said";
@@ -334,29 +226,6 @@ TEST_P(CloudDriveContract, aMissingFolderCannotBeListed) {
     EXPECT_THROW(drive.list(kContainer), FileError);
     signIn();
     EXPECT_THROW(drive.list(kContainer + u"/missing"_s), FileError);
-}
-
-INSTANTIATE_TEST_SUITE_P(Simulated, CloudDriveContract, ::testing::Values(&makeSubject<SimulatedCloudSubject>));
-INSTANTIATE_TEST_SUITE_P(Memory, CloudDriveContract, ::testing::Values(&makeSubject<MemoryCloudSubject>));
-
-TEST(SimulatedCloudDrive, theProgramsWritesHaveTheFaultsOfItsFilesAndTheSystemsHaveNone) {
-    macsim::SimulatedMacFolder mac;
-    mac.mac.state().update("cloud", [](macsim::Json& cloud) {
-        cloud = {{"account", true}, {"container", true}};
-        cloud["files"][(kContainer + u"/a.json"_s).toStdString()] = {{"text", "cloud"}, {"looks", 0}};
-    });
-    SimulatedFileManager files(mac.mac.volume(macsim::Actor::User));
-    FaultyFileManager faulty(files, {1, u"No space left on device"_s, std::nullopt});
-    SimulatedCloudDrive drive(mac.mac, faulty);
-    ASSERT_EQ(drive.containerFolder().result(), kContainer);
-    drive.startDownloading(kContainer + u"/a.json"_s);
-    EXPECT_TRUE(drive.isCurrent(kContainer + u"/a.json"_s));
-    EXPECT_FALSE(drive.create(kContainer + u"/b.json"_s, "{}"));
-    EXPECT_EQ(drive.replace(kContainer + u"/a.json"_s, "mine").result(),
-              kContainer + u"/a.json: No space left on device"_s);
-    const std::optional<QString> error = drive.remove(kContainer + u"/a.json"_s).result();
-    EXPECT_EQ(error, kContainer + u"/a.json: No space left on device"_s);
-    EXPECT_EQ(files.read(kContainer + u"/a.json"_s), "cloud");
 }
 
 } // namespace quorvane

@@ -1,12 +1,12 @@
 // What every file manager promises, whichever files it works on.
 
-#include "contract/FileSubjects.h"
+#include "contract/FileContract.h"
 
 namespace quorvane {
 
-namespace {
+using namespace Qt::StringLiterals;
 
-class FileManagerContract : public OnEveryFileManager {};
+namespace {
 
 QStringList allOf(FolderEntries& entries) {
     QStringList names;
@@ -242,7 +242,5 @@ TEST_P(FileManagerContract, aMovedFolderTakesItsContentsAlong) {
     EXPECT_EQ(sortedNames(), QStringList(u"moved"_s));
     EXPECT_EQ(files.read(path(u"moved/inner/file"_s)), "1");
 }
-
-INSTANTIATE_TEST_SUITE_P(, FileManagerContract, kEveryFileManager, nameOfFileManager);
 
 } // namespace quorvane

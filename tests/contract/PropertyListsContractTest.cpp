@@ -1,24 +1,15 @@
-// What the program reads of property lists on a simulated Mac.
+// What every system reads of property lists.
 
-#include "fakes/SimulatedMacFolder.h"
-#include "platform/simulated/SimulatedPropertyLists.h"
-#include "simulator/PropertyList.h"
+#include "contract/PropertyListsContract.h"
 
 #include <QDateTime>
-#include <QFile>
-
-#include <gtest/gtest.h>
 
 #include <array>
 #include <thread>
 
 namespace quorvane {
 
-using namespace Qt::StringLiterals;
-
 namespace {
-
-const QString kPath = u"/Users/alex/Library/LaunchAgents/com.example.sync.agent.plist"_s;
 
 // As a person writes one by hand: a remark in front, tabs, blank lines, an option commented out.
 constexpr const char* kAgent = R"(<?xml version="1.0" encoding="UTF-8"?>
@@ -68,20 +59,12 @@ QVariantMap agent() {
             {u"Token"_s, QByteArray("\0\xff", 2)}};
 }
 
-class PropertyListsContract : public ::testing::Test {
-protected:
-    std::optional<QVariantMap> dictionaryOf(const QByteArray& bytes) {
-        mac.mac.volume(macsim::Actor::User).write(kPath, bytes);
-        return lists.dictionary(kPath);
-    }
-
-    macsim::SimulatedMacFolder mac;
-    SimulatedPropertyLists lists{mac.mac};
-};
+// ["x"], binary.
+constexpr const char* kBinaryArray = "YnBsaXN0MDChAVF4CAoAAAAAAAABAQAAAAAAAAACAAAAAAAAAAAAAAAAAAAADA==";
 
 } // namespace
 
-TEST_F(PropertyListsContract, xmlIsReadWithItsTypes) {
+TEST_P(PropertyListsContract, xmlIsReadWithItsTypes) {
     const std::optional<QVariantMap> read = dictionaryOf(kAgent);
     EXPECT_EQ(read, agent());
     ASSERT_TRUE(read);
@@ -92,15 +75,15 @@ TEST_F(PropertyListsContract, xmlIsReadWithItsTypes) {
     EXPECT_EQ(read->value(u"KeepAlive"_s).typeId(), QMetaType::QVariantMap);
 }
 
-TEST_F(PropertyListsContract, aBinaryListIsReadLikeItsXml) {
+TEST_P(PropertyListsContract, aBinaryListIsReadLikeItsXml) {
     EXPECT_EQ(dictionaryOf(QByteArray::fromBase64(kBinaryAgent)), agent());
 }
 
-TEST_F(PropertyListsContract, anEmptyDictionaryIsADictionary) {
+TEST_P(PropertyListsContract, anEmptyDictionaryIsADictionary) {
     EXPECT_EQ(dictionaryOf("<plist version=\"1.0\"><dict/></plist>"), QVariantMap());
 }
 
-TEST_F(PropertyListsContract, everyDamagedListIsNone) {
+TEST_P(PropertyListsContract, everyDamagedListIsNone) {
     const QByteArray xml(kAgent);
     const QByteArray binary = QByteArray::fromBase64(kBinaryAgent);
     for (const QByteArray& bytes :
@@ -111,7 +94,7 @@ TEST_F(PropertyListsContract, everyDamagedListIsNone) {
     }
 }
 
-TEST_F(PropertyListsContract, aBinaryListWithAnyByteTurnedIsReadOrNone) {
+TEST_P(PropertyListsContract, aBinaryListWithAnyByteTurnedIsReadOrNone) {
     const QByteArray binary = QByteArray::fromBase64(kBinaryAgent);
     int undamaged = 0;
     for (qsizetype at = 0; at < binary.size(); ++at) {
@@ -123,43 +106,7 @@ TEST_F(PropertyListsContract, aBinaryListWithAnyByteTurnedIsReadOrNone) {
     EXPECT_LT(undamaged, 16); // only the unused bytes of the trailer and the version say nothing
 }
 
-TEST_F(PropertyListsContract, aListThatIsNoDictionaryIsNone) {
-    for (const char* root : {"<array><dict/></array>", "<string>x</string>", "<true/>", "<integer>1</integer>"}) {
-        EXPECT_EQ(dictionaryOf(QByteArray("<plist version=\"1.0\">") + root + "</plist>"), std::nullopt) << root;
-    }
-    const macsim::PropertyList array(macsim::PropertyList::Array{u"x"_s});
-    EXPECT_EQ(dictionaryOf(macsim::binaryPropertyList(array)), std::nullopt);
-}
-
-TEST_F(PropertyListsContract, whatCannotBeReadIsNone) {
-    const macsim::Volume root = mac.mac.volume(macsim::Actor::Root);
-    root.write(u"/var/root/secret.plist"_s, kAgent);
-    root.createLink(u"/Library/circle.plist"_s, u"circle.plist"_s);
-    for (const QString& path : {u"/Library/gone.plist"_s, u"/Library"_s, u"/var/root/secret.plist"_s,
-                                u"/Library/circle.plist"_s, u"relative.plist"_s, QString(), u"/Library/a\0b"_s}) {
-        EXPECT_EQ(lists.dictionary(path), std::nullopt) << path.toStdString();
-    }
-    root.createLink(u"/Library/link.plist"_s, kPath);
-    dictionaryOf(kAgent);
-    EXPECT_EQ(lists.dictionary(u"/Library/link.plist"_s), agent());
-}
-
-TEST_F(PropertyListsContract, aListThatIsNestedTooDeeplyIsNone) {
-    constexpr int kDepth = 100'000;
-    EXPECT_EQ(dictionaryOf("<plist><dict><key>a</key>" + QByteArray("<array>").repeated(kDepth) +
-                           QByteArray("</array>").repeated(kDepth) + "</dict></plist>"),
-              std::nullopt);
-}
-
-TEST_F(PropertyListsContract, aHugeFileIsNone) {
-    QFile file(mac.hostFolder() + u"/Library/huge.plist"_s);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(kAgent);
-    ASSERT_TRUE(file.resize(qint64{64} * 1024 * 1024 + 1)); // a hole, which takes no room
-    EXPECT_EQ(lists.dictionary(u"/Library/huge.plist"_s), std::nullopt);
-}
-
-TEST_F(PropertyListsContract, aLargeDictionaryIsReadWhole) {
+TEST_P(PropertyListsContract, aLargeDictionaryIsReadWhole) {
     constexpr int kKeys = 20'000;
     QByteArray xml = "<plist><dict>";
     for (int key = 0; key < kKeys; ++key) {
@@ -171,17 +118,47 @@ TEST_F(PropertyListsContract, aLargeDictionaryIsReadWhole) {
     EXPECT_EQ(read->value(u"19999"_s), QVariant(qint64{19999}));
 }
 
-TEST_F(PropertyListsContract, severalThreadsReadAtOnce) {
+TEST_P(PropertyListsContract, aListThatIsNoDictionaryIsNone) {
+    for (const char* root : {"<array><dict/></array>", "<string>x</string>", "<true/>", "<integer>1</integer>"}) {
+        EXPECT_EQ(dictionaryOf(QByteArray("<plist version=\"1.0\">") + root + "</plist>"), std::nullopt) << root;
+    }
+    EXPECT_EQ(dictionaryOf(QByteArray::fromBase64(kBinaryArray)), std::nullopt);
+}
+
+TEST_P(PropertyListsContract, whatCannotBeReadIsNone) {
+    subject->link(path(u"circle.plist"_s), u"circle.plist"_s);
+    for (const QString& file : {path(u"gone.plist"_s), subject->folder(), path(u"circle.plist"_s), u"relative.plist"_s,
+                                QString(), path(u"a\0b"_s)}) {
+        EXPECT_EQ(lists.dictionary(file), std::nullopt) << file.toStdString();
+    }
+}
+
+TEST_P(PropertyListsContract, aLinkIsFollowed) {
+    dictionaryOf(kAgent);
+    subject->link(path(u"link.plist"_s), agentPath);
+    EXPECT_EQ(lists.dictionary(path(u"link.plist"_s)), agent());
+}
+
+TEST_P(PropertyListsContract, aListThatIsNestedTooDeeplyIsNone) {
+    expectNestedIsNone(1000);
+}
+
+TEST_P(PropertyListsContract, aHugeFileIsNone) {
+    subject->writeLarge(path(u"huge.plist"_s), kAgent, qint64{64} * 1024 * 1024 + 1);
+    EXPECT_EQ(lists.dictionary(path(u"huge.plist"_s)), std::nullopt);
+}
+
+TEST_P(PropertyListsContract, severalThreadsReadAtOnce) {
     constexpr int kRounds = 100;
-    const QString binary = u"/Library/LaunchAgents/binary.plist"_s;
-    mac.mac.volume(macsim::Actor::Root).write(binary, QByteArray::fromBase64(kBinaryAgent));
+    const QString binary = path(u"binary.plist"_s);
+    subject->write(binary, QByteArray::fromBase64(kBinaryAgent));
     dictionaryOf(kAgent);
     std::array<int, 4> right{};
     std::array<std::thread, 4> threads;
     for (std::size_t index = 0; index < threads.size(); ++index) {
         threads[index] = std::thread([this, &right, &binary, index] {
             for (int round = 0; round < kRounds; ++round) {
-                right[index] += lists.dictionary(round % 2 == 0 ? kPath : binary) == agent() ? 1 : 0;
+                right[index] += lists.dictionary(round % 2 == 0 ? agentPath : binary) == agent() ? 1 : 0;
             }
         });
     }
