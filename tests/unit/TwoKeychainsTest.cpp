@@ -2,6 +2,8 @@
 
 #include "platform/macos/KeychainStatus.h"
 
+#include <QStringList>
+
 #include <gtest/gtest.h>
 
 #include <map>
