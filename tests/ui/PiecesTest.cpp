@@ -233,7 +233,7 @@ TEST_P(PiecesTest, aPageThatWaitsKeepsItsLooks) {
 }
 
 TEST_P(PiecesTest, aBadgeIsAWhiteSymbolOnItsColor) {
-    auto& badge = placed(new PerformanceSymbolBadge(u"moon.fill"_s, BadgeColor::Teal), {Theme::kBadge, Theme::kBadge});
+    auto& badge = placed(new PerformanceSymbolBadge(u"star.fill"_s, BadgeColor::Teal), {Theme::kBadge, Theme::kBadge});
     const PieceShot picture = shot(badge);
     EXPECT_EQ(picture.at(14, 2), theme().badge(BadgeColor::Teal).rgb());
     EXPECT_EQ(picture.at(0, 0), theme().window.rgb()) << "round";
