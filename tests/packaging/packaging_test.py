@@ -181,6 +181,7 @@ class Workspace(unittest.TestCase):
         for place in ("MacOS", "Frameworks/QtCore.framework/Versions/A", "Resources/Licenses"):
             (contents / place).mkdir(parents=True)
         (contents / "MacOS/Quorvane").touch(mode=0o755)
+        (contents / "MacOS/quorvane-script").touch(mode=0o755)
         (contents / "Frameworks/QtCore.framework/Versions/Current").symlink_to("A")
         (contents / "Resources/Quorvane.icns").touch()
         for license in (PACKAGING / "licenses").glob("*.txt"):
@@ -207,7 +208,7 @@ class BundleTest(Workspace):
         self.assertEqual(self.check(), (0, []))
 
     def test_misses_what_is_missing(self):
-        for place in ("MacOS/Quorvane", "Resources/Quorvane.icns", "Resources/Licenses/LGPL-3.txt"):
+        for place in ("MacOS/Quorvane", "MacOS/quorvane-script", "Resources/Quorvane.icns", "Resources/Licenses/LGPL-3.txt"):
             file = self.app / "Contents" / place
             file.rename(self.folder / "aside")
             self.assertEqual(self.check(), (1, [f"lacks Contents/{place}"]))
