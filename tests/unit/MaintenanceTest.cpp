@@ -230,6 +230,19 @@ TEST_F(MaintenanceTest, withoutATrashFolderTheFinderIsAskedAllTheSame) {
     EXPECT_EQ(takeTrace(), u"Emptying Trash...\n"_s + kFinder);
 }
 
+TEST_F(MaintenanceTest, whereTheFinderMayNotBeControlledThatIsSaid) {
+    commands.respond = [](const QStringList&) {
+        CommandOutcome refused = ScriptedCommandLauncher::succeeded({});
+        refused.code = 1;
+        refused.standardError = "13:71: execution error: Not authorized to send Apple events to Finder. (-1743)\n";
+        return std::optional(refused);
+    };
+    emptyTrash();
+    EXPECT_EQ(takeTrace(),
+              u"Emptying Trash...\n"_s + kFinder +
+                  u"  [INFO] Grant Automation permission for Finder in System Settings → Privacy & Security.\n"_s);
+}
+
 TEST_F(MaintenanceTest, whatTheToolsSayOfTheTrashDoesNotMatter) {
     files.addFolders(u"/Users/alex/.Trash"_s);
     commands.respond = [](const QStringList&) {
