@@ -1,5 +1,7 @@
 #include "fakes/ProfileCloudSystem.h"
 
+#include <gmock/gmock.h>
+
 namespace quorvane {
 
 using namespace std::chrono_literals;
