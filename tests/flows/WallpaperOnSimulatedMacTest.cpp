@@ -77,6 +77,7 @@ TEST_F(WallpaperOnSimulatedMac, theWholeMacIsAsBeforeWhenTheLabelIsGone) {
               "+ /Users/mika/Library/Preferences/com.quorvane.app.plist showProfileOnWallpaper: <false/>\n"
               "+ /Users/mika/Library/Preferences/com.quorvane.app.plist wallpaperProfileName: "
               "<string>Default</string>\n"
+              "+ /private/var/db/simulator/drawnPictures.json: file\n"
               "+ state displays/0/allowClipping: true\n"
               "+ state displays/0/scaling: 3\n"
               "+ state displays/1/allowClipping: true\n"
@@ -168,6 +169,7 @@ TEST_F(WallpaperOnSimulatedMac, eachSpaceIsLabelledWhenItIsVisited) {
         return QString::fromStdString(displays[0]["spaces"]["2"]["picture"].get<std::string>());
     };
     changeDisplay(0, "spaces", {{"2", {{"picture", kDunes.toStdString()}}}});
+    changeDisplay(1, "spaces", {{"2", {{"picture", kStage.toStdString()}}}});
     enable(u"Live"_s);
     EXPECT_EQ(shownOnSecond(), kDunes) << "nothing can change it from here";
     visit(2);

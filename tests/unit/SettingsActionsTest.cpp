@@ -102,7 +102,7 @@ TEST_F(SettingsActionsTest, theLabelTakesTheNameOfTheTitle) {
 TEST_F(SettingsActionsTest, anAnimatedPictureIsAskedAboutBeforeItIsCovered) {
     const QString question =
         u"! Show the Label? | macOS’s animated desktop picture will come back as a still picture. | "
-        "Show Label | Cancel"_s;
+        "Show Label, Cancel"_s;
     label->coversAnimated = true;
     alerts.press(1);
     EXPECT_FALSE(ending(session->settingsActions.showLabel(u"Live"_s, *listener)).succeeded);
@@ -133,6 +133,9 @@ TEST_F(SettingsActionsTest, theFactsAreThoseOfNow) {
     label->isInPlace = false;
     Q_EMIT label->displaysLabelled({});
     EXPECT_FALSE(session->settingsStatus.current().isLabelInPlace);
+    label->coversAnimated = true;
+    Q_EMIT label->displaysLabelled({});
+    EXPECT_TRUE(session->settingsStatus.current().hasAnimatedPicture);
     defaults.setString(kWallpaperProfileName, u"default"_s);
     session->settingsStatus.readAnew();
     EXPECT_FALSE(session->settingsStatus.current().hasLabelName);

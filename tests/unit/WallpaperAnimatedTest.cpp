@@ -45,7 +45,7 @@ TEST_F(WallpaperAnimated, aPictureIsLeftUnlessTheOptionIsSwitchedOn) {
     EXPECT_EQ(takeTrace(), kLeft + labelledCount(u"Live"_s, 1));
     EXPECT_EQ(labels, (QStringList{kLeftDetail, u"Display 2: shown"_s}));
     refresh(u"Studio"_s);
-    atStart({});
+    atStart(u"Studio"_s);
     EXPECT_EQ(takeTrace(), labelledCount(u"Studio"_s, 1) + labelledCount(u"Studio"_s, 1)) << "it is said once";
     EXPECT_EQ(shown(1), kDefaultDesktop);
     EXPECT_FALSE(overlay->isOverlayInPlace());

@@ -86,9 +86,6 @@ TEST(SimulatedDisplays, endAnAnimationWithAnyPicture) {
     mac.mac.state().update("displays", [](macsim::Json& state) {
         state = {{{"number", 1}, {"frame", {0, 0, 10, 10}}, {"animation", "Sonoma Horizon"}}};
     });
-    const macsim::Volume volume = mac.mac.volume(macsim::Actor::Root);
-    volume.createFolders(u"/System/Library/CoreServices"_s);
-    volume.write(standIn, "heic");
     SimulatedDisplays displays(mac.mac);
     EXPECT_EQ(displays.desktopPicture(displays.screens().first()), standIn);
     EXPECT_EQ(displays.setDesktopPicture(displays.screens().first(), standIn), std::nullopt);
