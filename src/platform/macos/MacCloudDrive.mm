@@ -67,21 +67,21 @@ bool MacCloudDrive::hasAccount() const {
 QFuture<std::optional<QString>> MacCloudDrive::containerFolder() {
     const auto question = m_folders.ask();
     dispatch_async(dispatch_get_global_queue(QOS_CLASS_USER_INITIATED, 0), ^{
-        @autoreleasepool {
-            NSURL* folder = [NSFileManager.defaultManager URLForUbiquityContainerIdentifier:@(kCloudContainer)];
-            question.answer(folder == nil ? std::nullopt : std::optional(QString::fromNSString(folder.path)));
-        }
+      @autoreleasepool {
+          NSURL* folder = [NSFileManager.defaultManager URLForUbiquityContainerIdentifier:@(kCloudContainer)];
+          question.answer(folder == nil ? std::nullopt : std::optional(QString::fromNSString(folder.path)));
+      }
     });
     return question.future;
 }
 
 QStringList MacCloudDrive::list(const QString& folder) const {
     NSError* error = nil;
-    NSArray<NSURL*>* items =
-        [NSFileManager.defaultManager contentsOfDirectoryAtURL:[NSURL fileURLWithPath:folder.toNSString() isDirectory:YES]
-                                    includingPropertiesForKeys:nil
-                                                       options:0
-                                                         error:&error];
+    NSArray<NSURL*>* items = [NSFileManager.defaultManager
+          contentsOfDirectoryAtURL:[NSURL fileURLWithPath:folder.toNSString() isDirectory:YES]
+        includingPropertiesForKeys:nil
+                           options:0
+                             error:&error];
     if (items == nil) {
         throw FileError(folder, wordsOf(error));
     }
@@ -127,13 +127,15 @@ QFuture<std::optional<QString>> MacCloudDrive::replace(const QString& path, cons
     NSData* data = bytes.toNSData();
     return coordinated({freshUrl(path), NSFileCoordinatorWritingForReplacing, ^BOOL(NSURL* place, NSError** error) {
                             return [data writeToURL:place options:NSDataWritingAtomic error:error];
-                        }});
+}
+});
 }
 
 QFuture<std::optional<QString>> MacCloudDrive::remove(const QString& path) {
     return coordinated({freshUrl(path), NSFileCoordinatorWritingForDeleting, ^BOOL(NSURL* place, NSError** error) {
                             return removeFile(place, error);
-                        }});
+}
+});
 }
 
 /// On a thread of the system's, which may wait for whoever has the file open until the coordinator is cancelled.
@@ -147,20 +149,20 @@ QFuture<std::optional<QString>> MacCloudDrive::coordinated(const Change& change)
     m_coordinators->atWork.push_back(coordinator);
     const Change made = change;
     dispatch_async(dispatch_get_global_queue(QOS_CLASS_USER_INITIATED, 0), ^{
-        @autoreleasepool {
-            NSError* refused = nil;
-            __block NSError* failed = nil;
-            __block BOOL isDone = NO;
-            [coordinator coordinateWritingItemAtURL:made.target
-                                            options:made.options
-                                              error:&refused
-                                         byAccessor:^(NSURL* place) {
-                                             NSError* error = nil;
-                                             isDone = made.make(place, &error);
-                                             failed = error;
-                                         }];
-            question.answer(failureOf({static_cast<bool>(isDone), wordsOf(refused), wordsOf(failed)}));
-        }
+      @autoreleasepool {
+          NSError* refused = nil;
+          __block NSError* failed = nil;
+          __block BOOL isDone = NO;
+          [coordinator coordinateWritingItemAtURL:made.target
+                                          options:made.options
+                                            error:&refused
+                                       byAccessor:^(NSURL* place) {
+                                         NSError* error = nil;
+                                         isDone = made.make(place, &error);
+                                         failed = error;
+                                       }];
+          question.answer(failureOf({static_cast<bool>(isDone), wordsOf(refused), wordsOf(failed)}));
+      }
     });
     return question.future;
 }

@@ -9,15 +9,16 @@
 
 /// Carries out the keys that a program of Qt's has no menu of AppKit's for.
 @interface QVPageWindow : NSWindow
-@property (nonatomic, strong) WKWebView* page;
+@property(nonatomic, strong) WKWebView* page;
 - (BOOL)carryOut:(quorvane::PageCommand)command;
 @end
 
 @implementation QVPageWindow
 - (BOOL)performKeyEquivalent:(NSEvent*)event {
     const NSEventModifierFlags modifiers = event.modifierFlags & NSEventModifierFlagDeviceIndependentFlagsMask;
-    const bool isCommand = (modifiers & ~NSEventModifierFlags(NSEventModifierFlagShift | NSEventModifierFlagNumericPad)) ==
-                           NSEventModifierFlagCommand;
+    const bool isCommand =
+        (modifiers & ~NSEventModifierFlags(NSEventModifierFlagShift | NSEventModifierFlagNumericPad)) ==
+        NSEventModifierFlagCommand;
     const QString characters = QString::fromNSString(event.charactersIgnoringModifiers);
     if (isCommand && [self carryOut:quorvane::pageCommandOf(characters)]) {
         return YES;
@@ -47,7 +48,7 @@
 
 /// Keeps the page where it is, and says when the window closes.
 @interface QVPageKeeper : NSObject <NSWindowDelegate, WKNavigationDelegate>
-@property (nonatomic) std::function<void()> closed;
+@property(nonatomic) std::function<void()> closed;
 @end
 
 @implementation QVPageKeeper

@@ -19,9 +19,10 @@ NSImage* symbolNamed(const QString& name) {
 
 /// Of the strokes that suit the size.
 NSImage* configured(NSImage* symbol, int side) {
-    return [symbol imageWithSymbolConfiguration:[NSImageSymbolConfiguration configurationWithPointSize:side
-                                                                                                weight:kRegularWeight
-                                                                                                 scale:NSImageSymbolScaleMedium]];
+    return [symbol
+        imageWithSymbolConfiguration:[NSImageSymbolConfiguration configurationWithPointSize:side
+                                                                                     weight:kRegularWeight
+                                                                                      scale:NSImageSymbolScaleMedium]];
 }
 
 void draw(NSImage* symbol, const QRectF& place, CGContextRef context) {
@@ -46,9 +47,10 @@ QImage systemSymbolPicture(const QString& name, int side) {
     QImage picture(side, side, QImage::Format_ARGB32_Premultiplied);
     picture.fill(Qt::transparent);
     id space = CFBridgingRelease(CGColorSpaceCreateWithName(kCGColorSpaceSRGB));
-    id context = CFBridgingRelease(CGBitmapContextCreate(
-        picture.bits(), static_cast<size_t>(side), static_cast<size_t>(side), 8, static_cast<size_t>(picture.bytesPerLine()),
-        (__bridge CGColorSpaceRef)space, uint32_t(kCGImageAlphaPremultipliedFirst) | uint32_t(kCGBitmapByteOrder32Little)));
+    id context = CFBridgingRelease(
+        CGBitmapContextCreate(picture.bits(), static_cast<size_t>(side), static_cast<size_t>(side), 8,
+                              static_cast<size_t>(picture.bytesPerLine()), (__bridge CGColorSpaceRef)space,
+                              uint32_t(kCGImageAlphaPremultipliedFirst) | uint32_t(kCGBitmapByteOrder32Little)));
     if (context == nil) {
         return {};
     }

@@ -9,7 +9,7 @@
 
 /// Is told by AppKit, mostly in the midst of drawing.
 @interface QVLookObserver : NSObject
-@property (nonatomic) std::function<void()> handler;
+@property(nonatomic) std::function<void()> handler;
 - (void)activated:(NSNotification*)notification;
 @end
 
@@ -35,9 +35,7 @@ NSString* const kAppearancePath = @"effectiveAppearance";
 class MacLookObservation final : public NotificationObservation {
 public:
     explicit MacLookObservation(std::function<void()> handler) {
-        m_observer.handler = [this, handler = std::move(handler)] {
-            m_path.send(handler);
-        };
+        m_observer.handler = [this, handler = std::move(handler)] { m_path.send(handler); };
         [NSApp addObserver:m_observer forKeyPath:kAppearancePath options:NSKeyValueObservingOptionNew context:nullptr];
         [[NSNotificationCenter defaultCenter] addObserver:m_observer
                                                  selector:@selector(activated:)

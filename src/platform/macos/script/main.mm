@@ -1,9 +1,9 @@
 // Runs one AppleScript on its own main thread, for a program that ProcessScriptEngine is in: the source comes over standard
 // input, the outcome goes over standard output. Closing its input doesn't end it; a signal does.
 
-#include "json/ScriptProtocol.h"
 #include "platform/macos/AppleScript.h"
 #include "platform/portable/ProcessScriptEngine.h"
+#include "json/ScriptProtocol.h"
 
 #include <QFile>
 
