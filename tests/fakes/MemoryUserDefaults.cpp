@@ -8,7 +8,8 @@ std::optional<QString> MemoryUserDefaults::string(const QString& key) const {
 }
 
 QStringList MemoryUserDefaults::stringArray(const QString& key) const {
-    return values.value(key).toStringList();
+    const QVariant value = values.value(key);
+    return value.typeId() == QMetaType::QStringList ? value.toStringList() : QStringList();
 }
 
 bool MemoryUserDefaults::boolean(const QString& key) const {
