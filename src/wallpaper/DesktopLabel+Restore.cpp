@@ -143,7 +143,7 @@ bool DesktopLabel::isNeededBy(const WallpaperManifest& kept, const QString& name
     const QString path = m_files.folder() + u'/' + name;
     return std::any_of(kept.screens.cbegin(), kept.screens.cend(), [&](const ScreenWallpaperRecord& record) {
         return isShownAs(record, name.normalized(QString::NormalizationForm_C)) ||
-               path == m_files.originalPath(record.screenIdentifier);
+               path == copyFor(record.screenIdentifier, kept);
     });
 }
 

@@ -45,7 +45,7 @@ QCoro::Task<QList<DisplayLabel>> DesktopLabel::show(QString name, Attempt attemp
         labels.append(label);
     }
     keepTrack();
-    removeFormerLabels(ready);
+    removeFormerPictures(ready);
     logSummary(name, labels);
     co_return labels;
 }
@@ -54,8 +54,25 @@ void DesktopLabel::keepTrack() {
     if (m_files.isThere()) {
         keep(settled());
     }
-    m_spaces = Spaces::TheSame;
     forgetWhatIsNotShown();
+}
+
+/// It counts at once, and for what begins next.
+void DesktopLabel::noteAnotherSpace() {
+    m_spaces = Spaces::Others;
+    m_isOnAnotherSpace = true;
+}
+
+void DesktopLabel::begin(Spaces assumed) {
+    m_spaces = std::exchange(m_isOnAnotherSpace, false) ? Spaces::Others : assumed;
+}
+
+void DesktopLabel::takeChoices() {
+    if (m_spaces != Spaces::Others && m_files.isThere()) {
+        m_spaces = Spaces::TheSame;
+        keepTrack();
+        removeFormerPictures({});
+    }
 }
 
 QList<DesktopLabel::Target> DesktopLabel::targets(const QString& name) const {
@@ -231,8 +248,9 @@ QCoro::Task<QImage> DesktopLabel::loadOriginal(Target target) {
     co_return original;
 }
 
-/// Those that no display shows and none will look for when it returns.
-void DesktopLabel::removeFormerLabels(const QList<Target>& targets) {
+/// Those that no display shows and none will look for when it returns. The copies stay while the manifest that is stored may
+/// speak of them.
+void DesktopLabel::removeFormerPictures(const QList<Target>& targets) {
     const WallpaperManifest originals = manifest();
     QSet<QString> kept = shownPictures();
     for (const Target& target : targets) {
@@ -240,9 +258,9 @@ void DesktopLabel::removeFormerLabels(const QList<Target>& targets) {
     }
     for (const QString& name : m_files.names()) {
         const QString path = m_files.standardized(m_files.folder() + u'/' + name);
-        const bool isNeeded =
-            isShownElsewhere(originals, name.normalized(QString::NormalizationForm_C), {}) || kept.contains(path);
-        if (WallpaperFiles::isForShow(name) && !isNeeded) {
+        const bool isCopy = !WallpaperFiles::displayOfOriginal(name).isEmpty() && !m_unwritten;
+        const bool isNeeded = isNeededBy(originals, name) || kept.contains(path);
+        if ((WallpaperFiles::isForShow(name) || isCopy) && !isNeeded) {
             m_composed.remove(path);
             m_files.remove(name);
         }

@@ -57,9 +57,13 @@ public:
     /// Notes which of the displays are there, and what they show. To be called when that may have changed, so that a
     /// display which takes another's number isn't taken for it.
     void keepTrack();
-    /// Another Space is visible. To be called before anything else then: its picture is no choice in the place of the label
-    /// that stands on the Space before it.
-    void noteAnotherSpace() { m_spaces = Spaces::MaybeOthers; }
+    /// Another Space is visible: its picture is no choice in the place of the label that stands on the one before.
+    void noteAnotherSpace();
+    /// To be called before the displays are looked at or changed.
+    /// @param assumed  where the system has told of no other Space: Unknown for what somebody else has begun
+    void begin(Spaces assumed);
+    /// All is as it should be: what stands in the place of a label was chosen, and what it has replaced isn't needed.
+    void takeChoices();
 
     /// True when each display shows the label, as this process has composed it for that display.
     bool isInPlace(const QString& name) const;
@@ -117,7 +121,7 @@ private:
     static QString detailOf(const Target& target);
     QCoro::Task<Trouble> compose(Target target);
     QCoro::Task<QImage> loadOriginal(Target target);
-    void removeFormerLabels(const QList<Target>& targets);
+    void removeFormerPictures(const QList<Target>& targets);
     void logSummary(const QString& name, const QList<DisplayLabel>& labels) const;
     void logTrouble(Trouble trouble, const Target& target) const;
     bool writeFile(const QString& path, const QByteArray& bytes);
@@ -161,7 +165,8 @@ private:
     QHash<QString, Composed> m_composed;          ///< by file
     QStringList m_leftAnimated;                   ///< displays that were left without a label, and what they show
     std::optional<WallpaperManifest> m_unwritten; ///< what the manifest should say but couldn't be made to
-    Spaces m_spaces = Spaces::TheSame;            ///< since the manifest was settled last
+    Spaces m_spaces = Spaces::TheSame;            ///< as far as it is known
+    bool m_isOnAnotherSpace = false;              ///< since the last beginning
     bool m_wasOvertaken = false;
 };
 

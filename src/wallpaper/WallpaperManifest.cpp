@@ -15,6 +15,7 @@ Json encodeJson(const ScreenWallpaperRecord& record) {
     appendOptionalMember(object, "originalDesktopURL", record.originalDesktopURL);
     appendOptionalMember(object, "shownAs", record.shownAs);
     appendOptionalMember(object, "screen", record.screen);
+    appendOptionalMember(object, "mayBeReplaced", record.mayBeReplaced ? std::optional(true) : std::nullopt);
     return object;
 }
 
@@ -25,6 +26,7 @@ ScreenWallpaperRecord decodedRecord(const Json& object) {
     record.originalDesktopURL = optionalMember<QString>(object, "originalDesktopURL");
     record.shownAs = optionalMember<QStringList>(object, "shownAs");
     record.screen = optionalMember<QString>(object, "screen");
+    record.mayBeReplaced = optionalMember<bool>(object, "mayBeReplaced").value_or(false);
     return record;
 }
 

@@ -19,6 +19,8 @@ struct ScreenWallpaperRecord {
     std::optional<QStringList> shownAs = std::nullopt;
     /// What is known of the display beside its number; see screenDescription.
     std::optional<QString> screen = std::nullopt;
+    /// A picture of the user's was found in the place of its label: it goes, unless that label stands on another Space.
+    bool mayBeReplaced = false;
 
     bool operator==(const ScreenWallpaperRecord&) const = default;
 };

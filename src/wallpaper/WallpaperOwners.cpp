@@ -41,7 +41,7 @@ bool mayBeSameScreen(const ScreenWallpaperRecord& record, const ShownWallpaper& 
 /// Whether the record is about a label of the display that may still stand on another Space of it.
 bool mayStandElsewhere(const ScreenWallpaperRecord& record, const ShownWallpaper& display, Spaces spaces) {
     const bool isAboutALabel = !record.shownAs.value_or(QStringList()).isEmpty();
-    return spaces == Spaces::MaybeOthers && display.kind == Kind::Users && isAboutALabel;
+    return spaces != Spaces::TheSame && display.kind == Kind::Users && isAboutALabel;
 }
 
 template <typename Condition>
@@ -87,6 +87,7 @@ QList<OwnerClaim> claimsOf(const QList<ShownWallpaper>& displays, const Wallpape
 ScreenWallpaperRecord recordFor(const OwnerClaim& claim, ScreenWallpaperRecord record) {
     record.screenIdentifier = claim.display.screenIdentifier;
     record.screen = claim.display.screen;
+    record.mayBeReplaced = false;
     if (claim.display.kind == Kind::Users) {
         record.shownAs = QStringList();
     } else if (claim.reason != Reason::HasItsNumber) {
@@ -105,6 +106,20 @@ bool isAway(const QString& identifier) {
 bool isReplaced(const ScreenWallpaperRecord& record, const QList<OwnerClaim>& others) {
     return std::any_of(others.cbegin(), others.cend(),
                        [&record](const OwnerClaim& other) { return mayBeSameScreen(record, other.display); });
+}
+
+/// Whether somebody may look for a record that no display has.
+bool isStillWanted(const ScreenWallpaperRecord& record, const QList<OwnerClaim>& others, Spaces spaces) {
+    const bool wasReplaced = record.mayBeReplaced && spaces == Spaces::TheSame;
+    return record.shownAs != QStringList() && !isReplaced(record, others) && !wasReplaced;
+}
+
+bool mayBeReplaced(const ScreenWallpaperRecord& record, const QList<ShownWallpaper>& displays, Spaces spaces) {
+    const bool isCovered =
+        record.mayBeReplaced || std::any_of(displays.cbegin(), displays.cend(), [&](const ShownWallpaper& display) {
+            return mayBeSameScreen(record, display) && mayStandElsewhere(record, display, spaces);
+        });
+    return spaces == Spaces::Unknown && isCovered;
 }
 
 /// Identifiers that no display has.
@@ -164,7 +179,8 @@ WallpaperManifest settledManifest(const WallpaperManifest& manifest, const QList
         ScreenWallpaperRecord record = manifest.screens[place];
         if (const auto owner = owners.constFind(place); owner != owners.cend()) {
             settled.screens.append(recordFor(*owner, record));
-        } else if (record.shownAs != QStringList() && !isReplaced(record, others)) {
+        } else if (isStillWanted(record, others, spaces)) {
+            record.mayBeReplaced = mayBeReplaced(record, displays, spaces);
             record.screenIdentifier = isAway(record.screenIdentifier) ? record.screenIdentifier : identifiers.next();
             settled.screens.append(record);
         }

@@ -34,7 +34,11 @@ bool isShownElsewhere(const WallpaperManifest& manifest, const QString& file, co
 bool isCopyElsewhere(const WallpaperManifest& manifest, const QString& path, const QString& screenIdentifier);
 
 /// Whether the displays show the Spaces that they showed when the manifest was settled last.
-enum class Spaces { TheSame, MaybeOthers };
+enum class Spaces {
+    TheSame,
+    Unknown, ///< the system may tell of another one in a moment
+    Others,
+};
 
 /// The manifest with each record under the display that it belongs to now.
 ///
@@ -43,8 +47,9 @@ enum class Spaces { TheSame, MaybeOthers };
 /// number, unless it is of another make or size. A record whose display isn't connected takes an identifier that no display has, before its own
 /// is used by another; it is dropped when its display shows none of its files.
 ///
-/// A Space that isn't visible is like a display that isn't connected: a picture of the user's that may be that of another
-/// Space leaves the record to the Space whose label it is about.
+/// A Space that isn't visible is like a display that isn't connected: where the Spaces may be others, a picture of the user's
+/// leaves the record to the label of the Space before. While that is unknown the record is marked, so that it goes when the
+/// Spaces turn out to be the same.
 WallpaperManifest settledManifest(const WallpaperManifest& manifest, const QList<ShownWallpaper>& displays,
                                   Spaces spaces = Spaces::TheSame);
 

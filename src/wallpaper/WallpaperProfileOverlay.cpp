@@ -245,6 +245,7 @@ QCoro::Task<void> WallpaperProfileOverlay::carryOutGuarded(Job::Kind kind, QStri
 }
 
 QCoro::Task<void> WallpaperProfileOverlay::carryOut(Job::Kind kind, QString name, DesktopLabel::Attempt attempt) {
+    m_label.begin(kind == Job::Kind::Check ? Spaces::Unknown : Spaces::TheSame);
     switch (kind) {
     case Job::Kind::Update:
         m_nameOfJobAtHand = name;
@@ -287,6 +288,8 @@ QCoro::Task<void> WallpaperProfileOverlay::carryOutCheck() {
         }
     } else if (!m_label.isInPlaceWhereItCan(storedName())) {
         co_await show(storedName(), DesktopLabel::Attempt::Untried);
+    } else {
+        m_label.takeChoices();
     }
 }
 

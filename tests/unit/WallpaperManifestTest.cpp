@@ -39,7 +39,7 @@ TEST(WallpaperManifest, hasTheKeysOfItsFormat) {
 TEST(WallpaperManifest, tellsAsWhichFilesAPictureIsShown) {
     const WallpaperManifest manifest{
         {{u"away-1"_s, u"/a"_s, std::nullopt, QStringList(u"composited-display-1-live.jpg"_s), u"Color LCD-1280x800"_s},
-         {u"display-1"_s, u"/b"_s, std::nullopt, QStringList(), std::nullopt}}};
+         {u"display-1"_s, u"/b"_s, std::nullopt, QStringList(), std::nullopt, true}}};
     EXPECT_EQ(encodeWallpaperManifest(manifest), R"({
   "screens": [
     {
@@ -53,7 +53,8 @@ TEST(WallpaperManifest, tellsAsWhichFilesAPictureIsShown) {
     {
       "screenIdentifier": "display-1",
       "originalImagePath": "/b",
-      "shownAs": []
+      "shownAs": [],
+      "mayBeReplaced": true
     }
   ]
 })");
@@ -69,6 +70,7 @@ TEST(WallpaperManifest, thatIsDamagedIsNone) {
           QByteArray(R"({"screens": [{"screenIdentifier": "a", "originalImagePath": "/a", "originalDesktopURL": 1}]})"),
           QByteArray(R"({"screens": [{"screenIdentifier": "a", "originalImagePath": "/a", "shownAs": "b"}]})"),
           QByteArray(R"({"screens": [{"screenIdentifier": "a", "originalImagePath": "/a", "screen": 1}]})"),
+          QByteArray(R"({"screens": [{"screenIdentifier": "a", "originalImagePath": "/a", "mayBeReplaced": 1}]})"),
           encodeWallpaperManifest({{kBuiltIn}}).chopped(20)}) {
         EXPECT_EQ(decodeWallpaperManifest(bytes), std::nullopt) << bytes.toStdString();
     }

@@ -86,16 +86,29 @@ TEST(WallpaperOwners, aDisplayOfAnotherMakeOrSizeIsAnother) {
 }
 
 TEST(WallpaperOwners, aSpaceThatIsNotVisibleIsLikeADisplayThatIsAway) {
-    const WallpaperManifest hidden = settledManifest({{kFirst}}, {chosen(1)}, Spaces::MaybeOthers);
+    const WallpaperManifest hidden = settledManifest({{kFirst}}, {chosen(1)}, Spaces::Others);
     EXPECT_EQ(hidden, (WallpaperManifest{{recordOf(u"away-1"_s, 1, {fileOf(1)})}}));
     const ScreenWallpaperRecord ofTheOther = recordOf(u"display-1"_s, 2, {u"composited-display-1-live-2.jpg"_s});
-    EXPECT_EQ(settledManifest({{hidden.screens.first(), ofTheOther}}, {labelled(1, fileOf(1))}, Spaces::MaybeOthers),
+    EXPECT_EQ(settledManifest({{hidden.screens.first(), ofTheOther}}, {labelled(1, fileOf(1))}, Spaces::Others),
               (WallpaperManifest{{kFirst, recordOf(u"away-2"_s, 2, {u"composited-display-1-live-2.jpg"_s})}}));
-    EXPECT_EQ(settledManifest({{kFirst}}, {labelled(1, fileOf(1))}, Spaces::MaybeOthers),
-              (WallpaperManifest{{kFirst}}));
+    EXPECT_EQ(settledManifest({{kFirst}}, {labelled(1, fileOf(1))}, Spaces::Others), (WallpaperManifest{{kFirst}}));
     const ScreenWallpaperRecord shownNowhere = recordOf(u"display-1"_s, 1, {});
-    EXPECT_EQ(settledManifest({{shownNowhere}}, {chosen(1)}, Spaces::MaybeOthers), (WallpaperManifest{{shownNowhere}}))
+    EXPECT_EQ(settledManifest({{shownNowhere}}, {chosen(1)}, Spaces::Others), (WallpaperManifest{{shownNowhere}}))
         << "no Space will look for it";
+}
+
+TEST(WallpaperOwners, aRecordThatMayBeReplacedGoesWhenTheSpacesAreTheSame) {
+    const WallpaperManifest marked = settledManifest({{kFirst}}, {chosen(1)}, Spaces::Unknown);
+    ScreenWallpaperRecord away = recordOf(u"away-1"_s, 1, {fileOf(1)});
+    const WallpaperManifest kept{{away}};
+    away.mayBeReplaced = true;
+    EXPECT_EQ(marked, (WallpaperManifest{{away}}));
+    EXPECT_EQ(settledManifest(marked, {chosen(1)}, Spaces::Unknown), marked);
+    EXPECT_EQ(settledManifest(marked, {chosen(1)}, Spaces::Others), kept);
+    EXPECT_EQ(settledManifest(marked, {chosen(1)}, Spaces::TheSame), WallpaperManifest{});
+    EXPECT_EQ(settledManifest(marked, {labelled(1, fileOf(1))}, Spaces::TheSame), (WallpaperManifest{{kFirst}}))
+        << "its label is seen";
+    EXPECT_EQ(settledManifest({{kFirst}}, {}, Spaces::Unknown), kept) << "its display is away";
 }
 
 TEST(WallpaperOwners, aDisplayOfWhichTheSystemSaysNothingKeepsItsRecord) {

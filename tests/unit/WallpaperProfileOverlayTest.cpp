@@ -454,6 +454,32 @@ TEST_F(WallpaperOverlay, comesOntoEachSpaceThatIsVisitedAndLeavesEachItsOwnPictu
     EXPECT_EQ(workFiles(), QStringList());
 }
 
+TEST_F(WallpaperOverlay, leavesASpaceItsPictureAlsoWhereTheNextIsSeenBeforeItIsToldOf) {
+    enable(u"Live"_s);
+    const std::optional<QString> first = shown(1);
+    displays.connected[0].picture = kPictures + u"light.png"_s;
+    systemNotifications.post(u"com.apple.desktop"_s); // of something else
+    displays.tell(DesktopChange::Space);
+    QCoro::waitFor(overlay->finished());
+    tellOfChange();
+    disable();
+    EXPECT_EQ(shown(1), kPictures + u"light.png"_s);
+    displays.connected[0].picture = first;
+    tell(DesktopChange::Space);
+    EXPECT_EQ(shown(1), kPictures + u"blue.png"_s);
+    EXPECT_EQ(workFiles(), QStringList());
+}
+
+TEST_F(WallpaperOverlay, keepsNothingOfAPictureThatWasReplaced) {
+    enable(u"Live"_s);
+    choose(1, kPictures + u"light.png"_s);
+    tell(DesktopChange::Other);
+    EXPECT_EQ(workFiles().size(), 5) << workFiles().join(u' ').toStdString();
+    tell(DesktopChange::Space);
+    disable();
+    EXPECT_EQ(workFiles(), QStringList());
+}
+
 TEST_F(WallpaperOverlay, ofNowComesOntoASpaceWithAnOlderName) {
     enable(u"Live"_s);
     const std::optional<QString> first = shown(1);
