@@ -15,7 +15,7 @@
 
 @implementation QVLookObserver
 - (void)observeValueForKeyPath:(NSString*)keyPath
-                      ofObject:(id)object
+                      ofObject:(id)application
                         change:(NSDictionary<NSKeyValueChangeKey, id>*)change
                        context:(void*)context {
     self.handler();
