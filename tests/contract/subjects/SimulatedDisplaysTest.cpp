@@ -5,6 +5,8 @@
 #include "fakes/SimulatedMacFolder.h"
 
 #include <QCryptographicHash>
+#include <QDir>
+#include <QFile>
 
 #include <functional>
 
@@ -86,6 +88,11 @@ TEST(SimulatedDisplays, endAnAnimationWithAnyPicture) {
     mac.mac.state().update("displays", [](macsim::Json& state) {
         state = {{{"number", 1}, {"frame", {0, 0, 10, 10}}, {"animation", "Sonoma Horizon"}}};
     });
+    const QString hostFolder =
+        mac.mac.hostFolder() + u"/System/Library/CoreServices"_s; // sealed for everybody on the Mac
+    ASSERT_TRUE(QDir().mkpath(hostFolder));
+    QFile file(hostFolder + u"/DefaultDesktop.heic"_s);
+    ASSERT_TRUE(file.open(QFile::WriteOnly));
     SimulatedDisplays displays(mac.mac);
     EXPECT_EQ(displays.desktopPicture(displays.screens().first()), standIn);
     EXPECT_EQ(displays.setDesktopPicture(displays.screens().first(), standIn), std::nullopt);
