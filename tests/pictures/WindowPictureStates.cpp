@@ -641,6 +641,16 @@ QList<PicturedState> WindowPicture::settingsStates() {
              picture.waitUntilIdle();
              scrollDown();
          }},
+        {u"settings-animated-asked"_s,
+         [](WindowPicture& picture) {
+             picture.setState("displays", {{{"number", 1},
+                                            {"localizedName", "Built-in Display"},
+                                            {"frame", {0, 0, 1512, 982}},
+                                            {"animation", "Sonoma Horizon"}}});
+             picture.launchSettings();
+             pressRow(wallpaperRow().title);
+             waitUntilAlert(u"Show the Label?"_s);
+         }},
         {u"settings-full-disk-access"_s,
          [](WindowPicture& picture) {
              picture.launchSettings();
