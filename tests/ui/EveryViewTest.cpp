@@ -514,8 +514,8 @@ TEST_F(EveryView, theDialogOfTheSensor) {
     FingerDialog dialog(u"Unlock Quorvane"_s);
     showDialog(dialog);
     EXPECT_EQ(spokenControls(&dialog),
-              (QStringList{u"dialog Unlock Quorvane"_s, u"button Cancel"_s, u"button Another Finger"_s,
-                           u"button Enrolled Finger (focused)"_s}));
+              (QStringList{u"dialog Unlock Quorvane"_s, u"button Cancel"_s, u"button Mac’s Password"_s,
+                           u"button Another Finger"_s, u"button Enrolled Finger (focused)"_s}));
     expectUsable(&dialog);
 }
 

@@ -347,7 +347,7 @@ TEST_F(BackupTurns, areOverWhenTheirResultIsKnownThoughTheListHasYetToCome) {
         processEventsUntil([this] { return !manager.isBusy(); });
         const bool hasYetToList = !operation.isReady();
         EXPECT_EQ(QCoro::waitFor(std::move(operation)), kNothingThrown);
-        EXPECT_EQ(clock.waits.size(), 20);
+        EXPECT_EQ(clock.waits.count(std::chrono::milliseconds(250)), 20); // long work may have given way besides
         EXPECT_EQ(busy, (QList<bool>{true, false}));
         return hasYetToList;
     };

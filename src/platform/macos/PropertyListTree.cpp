@@ -29,13 +29,13 @@ struct OpenPart {
     }
 };
 
-QVariant wholeOf(OpenPart& open) {
+QVariant wholeOf(const OpenPart& open) {
     if (open.part.kind == PropertyListPart::Kind::Array) {
-        return std::move(open.done);
+        return open.done;
     }
     QVariantMap map;
     for (qsizetype at = 0; at < open.done.size(); ++at) {
-        map.insert(open.part.keys[at], std::move(open.done[at]));
+        map.insert(open.part.keys[at], open.done[at]);
     }
     return map;
 }
