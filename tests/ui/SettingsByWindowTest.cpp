@@ -259,6 +259,7 @@ TEST_F(SettingsByWindow, theStepsComeBeforeTheSystemsSettings) {
 
 TEST_F(SettingsByWindow, withoutAnyProfileTheLabelWaitsForOne) {
     click(kWallpaper);
+    answerAlert(u"Show the Label?"_s, u"Show Label"_s); // macOS's own picture is the one that comes with a Mac
     waitUntilRest();
     EXPECT_TRUE(isOn(kWallpaper));
     EXPECT_TRUE(isSeen(u"Shown after a profile was applied."_s));
@@ -267,6 +268,16 @@ TEST_F(SettingsByWindow, withoutAnyProfileTheLabelWaitsForOne) {
     waitUntilRest();
     EXPECT_FALSE(isOn(kWallpaper));
     EXPECT_FALSE(isSeen(u"Shown after a profile was applied."_s));
+}
+
+TEST_F(SettingsByWindow, theLabelIsNotShownOverAnAnimatedPictureThatIsToStay) {
+    click(kWallpaper);
+    waitUntilAlert(u"Show the Label?"_s);
+    EXPECT_EQ(alert().text, u"macOS’s animated desktop picture will come back as a still picture."_s);
+    answerAlert(u"Show the Label?"_s, u"Cancel"_s);
+    waitUntilRest();
+    EXPECT_FALSE(isOn(kWallpaper));
+    EXPECT_FALSE(preferences().boolean(kShowProfileOnWallpaper));
 }
 
 class LabelByWindow : public SettingsByWindow {
