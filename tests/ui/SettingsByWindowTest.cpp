@@ -353,7 +353,7 @@ TEST_F(LabelByWindow, anAnimatedPictureIsCoveredOnlyWithTheUsersConsent) {
     EXPECT_FALSE(isSeen(note));
     EXPECT_FALSE(host->mac().state().read("displays")[0].contains("animation"));
     animate();
-    processEventsUntil([this, &note] { return isSeen(note); });
+    processEventsUntil([&note] { return isSeen(note); });
     EXPECT_TRUE(host->mac().state().read("displays")[0].contains("animation")) << "it was found later";
 }
 

@@ -72,9 +72,11 @@ namespace {
 
 /// Puts the process's limit back.
 class DescriptorLimits : public ::testing::Test {
+public:
+    ~DescriptorLimits() override { ::setrlimit(RLIMIT_NOFILE, &former); }
+
 protected:
     DescriptorLimits() { ::getrlimit(RLIMIT_NOFILE, &former); }
-    ~DescriptorLimits() override { ::setrlimit(RLIMIT_NOFILE, &former); }
     static rlim_t limitAfter(rlim_t soft, rlim_t hard, unsigned wanted) {
         rlimit limit{soft, hard};
         EXPECT_EQ(::setrlimit(RLIMIT_NOFILE, &limit), 0);

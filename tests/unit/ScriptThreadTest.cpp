@@ -45,12 +45,14 @@ ScriptThread::Run runOn(const std::shared_ptr<HeldInterpreter>& interpreter) {
 }
 
 class ScriptThreadOfEngine : public ::testing::Test {
-protected:
+public:
     ~ScriptThreadOfEngine() override {
         interpreter->mayGoOn.release(100);
         scripts.reset();
         processEventsUntil([this] { return interpreter.use_count() == 1; }); // the thread has gone
     }
+
+protected:
     void waitFor(const QFuture<ScriptOutcome>& outcome) {
         processEventsUntil([&outcome] { return outcome.isFinished(); });
     }
@@ -103,7 +105,7 @@ TEST_F(ScriptThreadOfEngine, aScriptMayGoOnAfterTheEngine) {
 }
 
 TEST(ScriptThread, isAnotherThreadWithRoomForDeepScripts) {
-    constexpr std::size_t kDeep = 6 * 1024 * 1024;
+    constexpr std::size_t kDeep = std::size_t(6) * 1024 * 1024;
     auto home = std::make_shared<std::atomic<QThread*>>(nullptr);
     ScriptThread scripts([home](const QString&) {
         volatile char depth[kDeep];
