@@ -36,7 +36,7 @@ TEST_F(Launcher, anEndBySignalIsTold) {
 }
 
 TEST_F(Launcher, tenMebibytesOfOutputComeWhole) {
-    constexpr qsizetype kSize = 10 * 1024 * 1024;
+    constexpr qsizetype kSize = qsizetype(10) * 1024 * 1024;
     const CommandOutcome outcome = run({u"head"_s, u"-c"_s, QString::number(kSize), u"/dev/zero"_s});
     EXPECT_EQ(outcome.standardOutput.size(), kSize);
 }
