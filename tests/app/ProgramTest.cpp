@@ -121,15 +121,18 @@ TEST_F(ProgramTest, aSecondStartOpensAWindowThatWasClosed) {
 }
 
 TEST_F(ProgramTest, aCheckOfTheStartEndsByItselfOnceTheWindowIsThere) {
-    const auto program = start({u"--check-start"_s});
+    constexpr int starts = 20; // the window is there for a blink, which a look from outside may miss
     QString seen;
-    processEventsUntil([this, &program, &seen] {
-        seen = seen.isEmpty() ? window() : seen;
-        return !program->isRunning();
-    });
-    EXPECT_EQ(program->status(), 0);
+    for (int count = 0; count < starts && seen.isEmpty(); ++count) {
+        const auto program = start({u"--check-start"_s});
+        processEventsUntil([this, &program, &seen] {
+            seen = seen.isEmpty() ? window() : seen;
+            return !program->isRunning();
+        });
+        EXPECT_EQ(program->status(), 0);
+        EXPECT_EQ(program->errors(), QByteArray());
+    }
     EXPECT_FALSE(seen.isEmpty());
-    EXPECT_EQ(program->errors(), QByteArray());
 }
 
 TEST_F(ProgramTest, aCheckOfTheStartBesideARunningProgramSaysThatItChecksNothing) {
