@@ -69,12 +69,12 @@ QByteArray loginItemsOf(int count) {
 class CannedTools final : public CommandLauncher {
 public:
     QByteArray loginItems;
-    QByteArray dump;
+    QByteArray noOverrides = "disabled services = {\n}\n";
 
     QFuture<CommandOutcome> run(QStringList arguments, OutputCapture) override {
         CommandOutcome outcome;
         outcome.ending = CommandOutcome::Ending::Exited;
-        outcome.standardOutput = arguments.first() == u"/usr/bin/sfltool"_s ? dump : loginItems;
+        outcome.standardOutput = arguments.first() == u"/usr/bin/osascript"_s ? loginItems : noOverrides;
         return QtFuture::makeReadyFuture(outcome);
     }
     void shutDown() override {}
@@ -157,7 +157,7 @@ void discover(benchmark::State& state) {
     AuthorizationPolicy authorization(macsim::Authorization::Deny);
     SimulatedHost simulated(mac.folder(), authorization, {kNoProgram, {}, {}});
     CannedTools tools;
-    tools.dump = dumpOf(records);
+    const QByteArray dump = dumpOf(records) + "Quorvane: end of the list\n";
     tools.loginItems = loginItemsOf(records / 10);
     const Host ports = simulated.host();
     const Host host{tools,          ports.scripts,       ports.files,      ports.defaults,
@@ -167,7 +167,8 @@ void discover(benchmark::State& state) {
     for (auto _ : state) {
         NotificationCenter notifications;
         SystemManager system(host, notifications);
-        QCoro::waitFor(system.loadBackgroundTaskItems());
+        ports.files.writeAtomically(system.backgroundDumpPath(), dump);
+        QCoro::waitFor(system.loadPrivilegedBackgroundDump());
         const auto items = QCoro::waitFor(system.discoverStartupItems(SystemManager::StartupRefresh::UseCache));
         if (items.size() < records) {
             state.SkipWithError("items are missing");

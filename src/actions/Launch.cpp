@@ -41,14 +41,12 @@ void Launch::windowClosed() {
     m_baselinePrompt.windowClosed();
 }
 
-/// Each begins in a turn of its own, so that the window answers in between.
+/// Each begins in a turn of its own, so that the window answers in between. What runs at login isn't looked for: with the first
+/// question to System Events the system asks its user, who is to see by what page or step that is caused.
 QCoro::Task<void> Launch::lookAround() {
-    using Refresh = SystemManager::StartupRefresh;
     Session& session = m_parts.session;
     constexpr std::chrono::milliseconds oneTurn(0);
     session.scans.request();
-    co_await m_parts.clock.sleepFor(oneTurn);
-    session.tasks.start(session.system.discoverStartupItems(Refresh::UseCache));
     co_await m_parts.clock.sleepFor(oneTurn);
     session.tasks.start(session.label->updateAtStart({}));
     co_await m_parts.clock.sleepFor(oneTurn);

@@ -35,6 +35,20 @@ bool hasAddedApp(const StartupConfiguration& startup) {
                        [](const StartupItem& item) { return item.kind == StartupItemKind::addedApp; });
 }
 
+/// Without what doesn't run on this Mac already: to switch it off changes nothing.
+StartupConfiguration withoutWhatIsOff(StartupConfiguration startup,
+                                      const std::optional<DiscoveredStartup>& discovered) {
+    QSet<QString> off;
+    for (const StartupItem& item : discovered ? discovered->items : QList<StartupItem>()) {
+        if (!item.runsAtStartup) {
+            off.insert(comparableId(item));
+        }
+    }
+    startup.items.removeIf(
+        [&off](const StartupItem& item) { return !item.runsAtStartup && off.contains(comparableId(item)); });
+    return startup;
+}
+
 } // namespace
 
 StartupEditing::StartupEditing(const Parts& parts, QObject* parent)
@@ -144,7 +158,8 @@ QString StartupEditing::searchText(const StartupItem& item) const {
 }
 
 bool StartupEditing::canReview() const {
-    const StartupConfiguration& startup = m_parts.workingCopy.startup();
+    const StartupConfiguration startup =
+        withoutWhatIsOff(m_parts.workingCopy.startup(), m_parts.workingCopy.discovered());
     return hasStartupChanges(startup) || !startup.notOpenedOf(m_parts.system.managedStartupAppPaths()).isEmpty();
 }
 

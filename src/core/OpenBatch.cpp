@@ -14,10 +14,6 @@ void OpenBatch::queue(const QString& entry) {
     m_entries.append(entry);
 }
 
-void OpenBatch::queueFirst(const QString& entry) {
-    m_entries.prepend(entry);
-}
-
 void OpenBatch::queueTolerantly(const QStringList& commands) {
     queue(joinedAdminCommands(makeAdminCommandsTolerant(commands)));
 }
@@ -39,12 +35,6 @@ bool OpenBatch::moves(const QString& path, const FileManager& files) const {
     const QStringList names = namesIn(files, parentFolder(path));
     const auto isListed = [&names](const QString& spelling) { return names.contains(lastPathComponent(spelling)); };
     return !isListed(path) || std::none_of(spellings.begin(), spellings.end(), isListed);
-}
-
-void OpenBatch::queueLabel(const QString& label, const QStringList& commands, const QStringList& dispositions) {
-    m_labels.insert(label);
-    m_entries.append(commands);
-    m_dispositionsBefore.insert(label, dispositions);
 }
 
 void OpenBatch::queueLaunchPlistBack(const QString& plist, const QString& command) {

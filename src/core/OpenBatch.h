@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QHash>
-#include <QSet>
 #include <QString>
 #include <QStringList>
 
@@ -18,8 +17,6 @@ public:
     bool isEmpty() const { return m_entries.isEmpty(); }
     /// Adds an entry: it runs whatever became of the one before it.
     void queue(const QString& entry);
-    /// Adds an entry in front of all others: the last one's status counts, and this one's shall not take its place.
-    void queueFirst(const QString& entry);
     /// Adds commands as one entry, tolerant and joined; see core/AdminScript.
     void queueTolerantly(const QStringList& commands);
     /// The entries as one shell line; none is left then.
@@ -32,18 +29,6 @@ public:
     bool moves(const QString& path, const FileManager& files) const;
     void forgetMoves() { m_moves.clear(); }
 
-    // ---- Background labels that it switches off
-
-    bool switchesOff(const QString& label) const { return m_labels.contains(label); }
-    const QSet<QString>& labels() const { return m_labels; }
-    /// @param commands      an entry each
-    /// @param dispositions  of the label's records, to be put back when the batch fails
-    void queueLabel(const QString& label, const QStringList& commands, const QStringList& dispositions);
-    /// Called when a label is off by other means: there is nothing to put back then.
-    void keepLabelOff(const QString& label) { m_dispositionsBefore.remove(label); }
-    /// By label.
-    const QHash<QString, QStringList>& dispositionsBefore() const { return m_dispositionsBefore; }
-
     // ---- Launch plists that it brings back
 
     void queueLaunchPlistBack(const QString& plist, const QString& command);
@@ -53,8 +38,6 @@ public:
 private:
     QStringList m_entries;
     QMultiHash<QString, QString> m_moves; ///< paths, by their folded spelling
-    QSet<QString> m_labels;
-    QHash<QString, QStringList> m_dispositionsBefore;
     QStringList m_plistsBroughtBack;
 };
 

@@ -3,6 +3,7 @@
 #include "core/Turns.h"
 #include "matching/SystemMatching.h"
 #include "platform/Host.h"
+#include "startup/launchd/LaunchdReadings.h"
 
 #include <QCoroTask>
 
@@ -16,12 +17,14 @@ SystemScan::SystemScan(FlowEnvironment& environment, const SystemVerification::S
                        Abandonment abandonment)
     : m_session(environment, std::move(abandonment))
     , m_loginItems(m_session, startup.loginItems)
-    , m_startupItems(m_session, m_loginItems, startup.items)
-    , m_verification(m_session, {m_loginItems, m_startupItems, startup.launchItems, startup.backgroundItems}) {}
+    , m_launchd(m_session, startup.launchd)
+    , m_startupItems(m_session, m_loginItems, m_launchd, startup.items)
+    , m_verification(m_session, {m_loginItems, m_startupItems, m_launchd, startup.backgroundItems}) {}
 
 QCoro::Task<std::optional<SystemConfigurationMatch>> SystemScan::search(QList<UnifiedProfile> profiles,
                                                                         std::optional<QString> appliedName) {
     m_loginItems.drop(); // the question is what this Mac is like now
+    m_launchd.drop();
     Turn turn(m_session.host().clock);
     const QList<UnifiedProfile> candidates = candidateOrder(profiles, appliedName);
     for (const UnifiedProfile& profile : candidates) {
@@ -49,6 +52,14 @@ QCoro::Task<std::optional<SystemConfigurationMatch>> SystemScan::search(QList<Un
     }
     co_return SystemConfigurationMatch{UnifiedProfile::defaultProfile().name, MatchedConfigurationKind::builtinMode,
                                        verification};
+}
+
+QCoro::Task<QStringList> SystemScan::onAgain() {
+    if (m_launchd.recordedOverrides().isEmpty()) {
+        co_return QStringList();
+    }
+    const LaunchdOverrides now = co_await m_launchd.overrides(); // settles what a killed run has left in the record
+    co_return sortedTexts(labelsOnAgain(m_launchd.recordedOverrides(), now));
 }
 
 bool SystemScan::isUndecided() const {

@@ -4,6 +4,7 @@
 #include "matching/SystemVerification.h"
 #include "readings/ReadingSession.h"
 #include "startup/apply/StartupItems.h"
+#include "startup/launchd/Launchd.h"
 #include "startup/login/LoginItems.h"
 
 #include <optional>
@@ -20,6 +21,8 @@ public:
     /// wasn't answered, and when it has been abandoned.
     QCoro::Task<std::optional<SystemConfigurationMatch>> search(QList<UnifiedProfile> profiles,
                                                                 std::optional<QString> appliedName);
+    /// Labels that the program had switched off and that are on again; sorted. Asks launchd where the search hasn't.
+    QCoro::Task<QStringList> onAgain();
     /// What wasn't answered.
     const QStringList& missing() const { return m_session.missing(); }
 
@@ -28,6 +31,7 @@ private:
 
     ReadingSession m_session;
     LoginItems m_loginItems;
+    Launchd m_launchd;
     StartupItems m_startupItems;
     SystemVerification m_verification;
 };

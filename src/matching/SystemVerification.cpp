@@ -1,6 +1,7 @@
 #include "matching/SystemVerification.h"
 
 #include "core/Background.h"
+#include "core/Paths.h"
 #include "network/NetworkServices.h"
 #include "profiles/UnifiedProfile.h"
 #include "readings/ValueTests.h"
@@ -11,7 +12,7 @@
 #include "startup/background/BackgroundItemPermission.h"
 #include "startup/background/BackgroundItems.h"
 #include "startup/items/StartupChanges.h"
-#include "startup/launchd/LaunchItems.h"
+#include "startup/launchd/Launchd.h"
 #include "startup/login/LoginItems.h"
 #include "verification/TweakVerification.h"
 
@@ -108,7 +109,28 @@ QCoro::Task<ApplyVerificationResult> SystemVerification::cleanReboot(CleanReboot
         co_await m_startup.backgroundItems.verify(allPermittedNames(cleanReboot), cleanReboot.startup);
     result.verified += background.verified;
     result.failed += background.failed;
+    result.failed += co_await nonPermittedRegistrations(cleanReboot);
     co_return result;
+}
+
+/// Applications that have registered themselves: System Events can't take out what it doesn't list.
+QCoro::Task<QList<ApplyVerificationResult::Item>>
+SystemVerification::nonPermittedRegistrations(CleanReboot cleanReboot) {
+    const QList<BackgroundTaskItem> applications = nonPermittedApplications(
+        m_startup.backgroundItems.records(), allPermittedNames(cleanReboot), cleanReboot.startup);
+    QList<ApplyVerificationResult::Item> items;
+    if (applications.isEmpty()) {
+        co_return items;
+    }
+    const StartupReadings readings = co_await startupReadings();
+    const ActiveStartup active(readings, {});
+    for (const BackgroundTaskItem& application : applications) {
+        const QString path = recordedPath(application).value_or(QString());
+        if (active.isRegisteredUnlisted(path)) {
+            items.append(opensByItsRegistration(nameInPath(path)));
+        }
+    }
+    co_return items;
 }
 
 QCoro::Task<Reading<bool>> SystemVerification::isAppRestorationOff() {
@@ -124,27 +146,23 @@ QCoro::Task<ApplyVerificationResult> SystemVerification::startup(StartupConfigur
     if (!hasStartupChanges(configuration) && m_startup.loginItems.managedPaths().isEmpty()) {
         co_return ApplyVerificationResult(); // nothing to check, so nobody has to wait for System Events
     }
-    StartupReadings readings = co_await startupReadings(configuration);
+    StartupReadings readings = co_await startupReadings();
     if (configuration.disableNetworkAtStartup) {
         readings.isNetworkOff = areAllOff(co_await m_readings.readNetworkServices());
     }
     co_return co_await inBackground(startupVerification, configuration, readings);
 }
 
-QCoro::Task<StartupReadings> SystemVerification::startupReadings(StartupConfiguration configuration) {
+QCoro::Task<StartupReadings> SystemVerification::startupReadings() {
     StartupReadings readings;
     const DiscoveredStartup found = co_await m_startup.items.discover();
     readings.discovered = found.items;
     readings.loginItems = co_await m_startup.loginItems.current();
     readings.backgroundItems = m_startup.backgroundItems.list();
     readings.managedPaths = m_startup.loginItems.managedPaths();
-    const StartupTargetSets targets = disabledTargetSets(configuration, configuration.disabledCloudSyncAtStartup,
-                                                         wideningItems(configuration, readings.discovered));
-    for (const QString& label : targets.launchLabels) {
-        if (m_startup.launchItems.hasPlist(label)) {
-            readings.launchPlists.insert(label);
-        }
-    }
+    readings.launchd = co_await m_startup.launchd.readings();
+    readings.memory = m_startup.backgroundItems.memory();
+    readings.onAgain = labelsOnAgain(m_startup.launchd.recordedOverrides(), readings.launchd.overrides());
     co_return readings;
 }
 

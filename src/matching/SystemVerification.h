@@ -11,7 +11,7 @@
 namespace quorvane {
 
 class BackgroundItems;
-class LaunchItems;
+class Launchd;
 class LoginItems;
 class StartupItems;
 struct StartupReadings;
@@ -24,7 +24,7 @@ public:
     struct Startup {
         LoginItems& loginItems;
         StartupItems& items;
-        const LaunchItems& launchItems;
+        Launchd& launchd;
         BackgroundItems& backgroundItems;
     };
 
@@ -40,12 +40,13 @@ public:
                                                 CleanReboot cleanReboot);
     QCoro::Task<ApplyVerificationResult> startup(StartupConfiguration configuration);
     /// What a startup configuration is compared with.
-    QCoro::Task<StartupReadings> startupReadings(StartupConfiguration configuration);
+    QCoro::Task<StartupReadings> startupReadings();
     /// Whether applications are kept from reopening after a restart.
     QCoro::Task<Reading<bool>> isAppRestorationOff();
 
 private:
     QCoro::Task<ApplyVerificationResult> cleanReboot(CleanReboot cleanReboot);
+    QCoro::Task<QList<ApplyVerificationResult::Item>> nonPermittedRegistrations(CleanReboot cleanReboot);
 
     SystemReadings m_readings;
     Startup m_startup;

@@ -14,12 +14,18 @@ void appendUnlessEmpty(QList<ReviewSection>& sections, const ReviewSection& sect
     }
 }
 
-QList<ReviewSection::Row> rowsOf(const QList<StartupItem>& items) {
-    QList<ReviewSection::Row> rows;
-    for (const StartupItem& item : items) {
-        rows.append({item.name, label(item.kind) + (item.isProtected ? u", protected: stays on"_s : QString())});
+QString detailOf(const StartupItem& item, const StartupChangePreview& preview) {
+    QString detail = label(item.kind);
+    if (item.isProtected) {
+        detail += u", protected: stays on"_s;
     }
-    return rows;
+    if (preview.byHand.contains(item.id)) {
+        detail += u", turn off in System Settings"_s;
+    }
+    if (preview.onAgain.contains(item.id)) {
+        detail += u", on again since it was switched off"_s;
+    }
+    return detail;
 }
 
 QList<ReviewSection::Row> rowsOf(const QList<StartupLaunchItem>& items) {
@@ -39,9 +45,20 @@ QList<ReviewSection::Row> rowsOf(const QList<CloudSyncService>& services) {
 }
 
 QList<ReviewSection::Row> disabledRows(const StartupChangePreview& preview) {
-    QList<ReviewSection::Row> rows = rowsOf(preview.willDisable);
+    QList<ReviewSection::Row> rows;
+    for (const StartupItem& item : preview.willDisable) {
+        rows.append({item.name, detailOf(item, preview)});
+    }
     if (preview.willDisableUnknownBackgroundItems) {
         rows.append({u"Background items that aren't permitted"_s, u"known when the password is given"_s});
+    }
+    return rows;
+}
+
+QList<ReviewSection::Row> unreadRows(const StartupChangePreview& preview) {
+    QList<ReviewSection::Row> rows;
+    if (!preview.unreadLoginItems.isEmpty()) {
+        rows.append({u"Login items: "_s + preview.unreadLoginItems, {}});
     }
     return rows;
 }
@@ -54,9 +71,14 @@ ReviewSection tweakSection(const QStringList& titles) {
     return section;
 }
 
-} // namespace
+/// Stands before all else: the rest is to be read with it in mind.
+QList<ReviewSection> unreadSections(const StartupChangePreview& preview) {
+    QList<ReviewSection> sections;
+    appendUnlessEmpty(sections, {u"Could not be read"_s, u"exclamationmark.triangle.fill"_s, unreadRows(preview)});
+    return sections;
+}
 
-QList<ReviewSection> reviewSections(const StartupChangePreview& preview) {
+QList<ReviewSection> changeSections(const StartupChangePreview& preview) {
     QList<ReviewSection> sections;
     appendUnlessEmpty(sections, {u"Will disable at login"_s, u"minus.circle.fill"_s, disabledRows(preview)});
     appendUnlessEmpty(sections, {u"Will add at login"_s, u"plus.circle.fill"_s, rowsOf(preview.willAdd)});
@@ -70,6 +92,12 @@ QList<ReviewSection> reviewSections(const StartupChangePreview& preview) {
     return sections;
 }
 
+} // namespace
+
+QList<ReviewSection> reviewSections(const StartupChangePreview& preview) {
+    return unreadSections(preview) + changeSections(preview);
+}
+
 QList<ReviewSection> reviewSections(const ProfileApplyPreview& preview) {
     ReviewSection tweaks = tweakSection(preview.enabledTweaks);
     if (tweaks.rows.isEmpty()) {
@@ -78,13 +106,13 @@ QList<ReviewSection> reviewSections(const ProfileApplyPreview& preview) {
     } else if (tweaks.rows.size() < tweakCatalogue().size()) {
         tweaks.rows.append({u"Restore all other performance tweaks to macOS defaults"_s, {}});
     }
-    return QList<ReviewSection>{tweaks} + reviewSections(preview.startup);
+    return unreadSections(preview.startup) + QList<ReviewSection>{tweaks} + changeSections(preview.startup);
 }
 
 QList<ReviewSection> reviewSections(const TweaksApplyPreview& preview) {
-    QList<ReviewSection> sections;
+    QList<ReviewSection> sections = unreadSections(preview.startup);
     appendUnlessEmpty(sections, tweakSection(preview.enabledTweaks));
-    return sections + reviewSections(preview.startup);
+    return sections + changeSections(preview.startup);
 }
 
 } // namespace quorvane

@@ -42,7 +42,7 @@ struct ReviewSection {
 
 /// The sections in their order; those with nothing to show are left out.
 QList<ReviewSection> reviewSections(const StartupChangePreview& preview);
-/// The tweaks first: a profile puts back all those that it hasn't.
+/// The tweaks first, but for what couldn't be read: a profile puts back all those that it hasn't.
 QList<ReviewSection> reviewSections(const ProfileApplyPreview& preview);
 /// Empty when no tweak is selected.
 QList<ReviewSection> reviewSections(const TweaksApplyPreview& preview);

@@ -3,6 +3,7 @@
 #include <QHash>
 #include <QUuid>
 
+#include <array>
 #include <map>
 #include <utility>
 
@@ -12,12 +13,19 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int kMachineWide = -2;
 constexpr int kFirstPersonalUserId = 501;
 constexpr int kLabelWidth = 21; // labels end before the 22nd column, which holds the colon
 
 constexpr unsigned kLegacyFlag = 0x10000;
+constexpr unsigned kManagedFlag = 0x20000;
 constexpr unsigned kCuratedFlag = 0x80000;
+
+/// A word on the line of the flags; that of what is managed is not established.
+struct Flag {
+    unsigned typeBit;
+    QStringView word;
+    unsigned bit;
+};
 
 /// What distinguishes the systems.
 struct DumpForm {
@@ -54,16 +62,23 @@ QString orNull(const QString& value) {
 QString typeText(const BackgroundTask& task, const DumpForm& form) {
     const unsigned bits = backgroundTaskTypeBits(task.type).value_or(0);
     const bool hidesCurated = form.hasFlags && (bits & kCuratedFlag) != 0;
-    const QString words = hidesCurated ? task.type.section(u' ', 1) : task.type;
+    const QString words = hidesCurated ? QString(task.type).remove(u"curated "_s) : task.type;
     return words + u" ("_s + hex(hidesCurated ? bits & ~kCuratedFlag : bits) + u')';
 }
 
 QString flagsText(const BackgroundTask& task) {
     const unsigned bits = backgroundTaskTypeBits(task.type).value_or(0);
-    const bool isLegacy = (bits & kLegacyFlag) != 0;
-    const bool isCurated = (bits & kCuratedFlag) != 0;
-    const QString words = isCurated ? u"legacy, curated"_s : isLegacy ? u"legacy"_s : u""_s;
-    return u"[ "_s + words + u" ] ("_s + hex((isLegacy ? 1U : 0U) | (isCurated ? 4U : 0U)) + u')';
+    static constexpr std::array<Flag, 3> kFlags{
+        {{kLegacyFlag, u"legacy", 1}, {kManagedFlag, u"managed", 2}, {kCuratedFlag, u"curated", 4}}};
+    QStringList words;
+    unsigned flags = 0;
+    for (const Flag& flag : kFlags) {
+        if ((bits & flag.typeBit) != 0) {
+            words.append(flag.word.toString());
+            flags |= flag.bit;
+        }
+    }
+    return u"[ "_s + words.join(u", "_s) + u" ] ("_s + hex(flags) + u')';
 }
 
 QString dispositionText(const BackgroundTask& task, const DumpForm& form) {
@@ -134,7 +149,7 @@ using Section = std::vector<const BackgroundTask*>;
 
 /// Sections in the order of the user ids, the machine's before root's. These two and the user's are never left out.
 std::map<int, Section> sectionsOf(const std::vector<BackgroundTask>& tasks, const Machine& machine) {
-    std::map<int, Section> sections{{kMachineWide, {}}, {0, {}}, {machine.userId, {}}};
+    std::map<int, Section> sections{{kMachineWideTasks, {}}, {0, {}}, {machine.userId, {}}};
     for (const BackgroundTask& task : tasks) {
         sections[task.userId].push_back(&task);
     }

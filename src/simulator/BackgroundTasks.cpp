@@ -4,6 +4,7 @@
 #include <QUuid>
 
 #include <algorithm>
+#include <array>
 
 namespace macsim {
 
@@ -12,7 +13,27 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr unsigned kLegacy = 0x10000;
+constexpr unsigned kManaged = 0x20000; // not established
 constexpr unsigned kCurated = 0x80000;
+
+/// What a type says of the origin, in the order of its words.
+struct Origin {
+    QStringView word;
+    unsigned bit;
+};
+constexpr std::array<Origin, 3> kOrigins{{{u"managed ", kManaged}, {u"curated ", kCurated}, {u"legacy ", kLegacy}}};
+
+/// Takes the words of the origin from a type, and gives their bits.
+unsigned takeOrigin(QString& type) {
+    unsigned bits = 0;
+    for (const Origin& origin : kOrigins) {
+        if (type.startsWith(origin.word)) {
+            type.remove(0, origin.word.size());
+            bits |= origin.bit;
+        }
+    }
+    return bits;
+}
 
 QString fieldText(const Json& record, const char* key) {
     const auto entry = record.find(key);
@@ -49,7 +70,7 @@ qsizetype numberLength(const QString& identifier) {
 
 /// The number is the type without what tells of its origin. A developer is identified by the name alone.
 QString withTypeNumber(const QString& identifier, const QString& type) {
-    const unsigned bits = backgroundTaskTypeBits(type).value_or(0) & ~(kLegacy | kCurated);
+    const unsigned bits = backgroundTaskTypeBits(type).value_or(0) & ~(kLegacy | kManaged | kCurated);
     const bool hasNumber = bits != 0 && type != u"developer"_s;
     return hasNumber && numberLength(identifier) == 0 ? QString::number(bits) + u'.' + identifier : identifier;
 }
@@ -93,19 +114,26 @@ BackgroundTask taskFromJson(const Json& record) {
 
 } // namespace
 
+QString BackgroundTask::kind() const {
+    QString kind = type;
+    takeOrigin(kind);
+    return kind;
+}
+
+bool BackgroundTask::isLegacy() const {
+    QString kind = type;
+    return (takeOrigin(kind) & kLegacy) != 0;
+}
+
 std::optional<unsigned> backgroundTaskTypeBits(const QString& type) {
     static const QHash<QString, unsigned> kBits{
         {u"app"_s, 0x2},        {u"login item"_s, 0x4},  {u"agent"_s, 0x8},
         {u"daemon"_s, 0x10},    {u"developer"_s, 0x20},  {u"spotlight"_s, 0x40},
         {u"dock tile"_s, 0x80}, {u"quicklook"_s, 0x800}, {u"background tasks"_s, 0x2000}};
-    const QString curated = u"curated legacy "_s;
-    const QString legacy = u"legacy "_s;
-    const qsizetype origin = type.startsWith(curated) ? curated.size() : type.startsWith(legacy) ? legacy.size() : 0;
-    const auto bits = kBits.constFind(type.mid(origin));
-    if (bits == kBits.constEnd()) {
-        return std::nullopt;
-    }
-    return *bits | (origin > 0 ? kLegacy : 0U) | (origin == curated.size() ? kCurated : 0U);
+    QString kind = type;
+    const unsigned origin = takeOrigin(kind);
+    const auto bits = kBits.constFind(kind);
+    return bits == kBits.constEnd() ? std::nullopt : std::optional(*bits | origin);
 }
 
 QString withoutTypeNumber(const QString& identifier) {
@@ -122,6 +150,20 @@ std::vector<BackgroundTask> backgroundTasks(const StateStore& state) {
         }
     }
     return tasks;
+}
+
+void updateBackgroundTasks(const StateStore& state, const std::function<void(const BackgroundTask&, Json&)>& change) {
+    state.update("backgroundTasks", [&change](Json& subject) {
+        const auto records = subject.is_object() ? subject.find("records") : subject.end();
+        if (!subject.is_object() || records == subject.end()) {
+            return;
+        }
+        for (Json& record : *records) {
+            if (record.is_object()) {
+                change(taskFromJson(record), record);
+            }
+        }
+    });
 }
 
 } // namespace macsim

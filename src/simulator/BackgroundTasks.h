@@ -5,10 +5,14 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
 #include <optional>
 #include <vector>
 
 namespace macsim {
+
+/// The user id of what the whole machine runs.
+inline constexpr int kMachineWideTasks = -2;
 
 /// One record of what macOS keeps about everything that may run in the background.
 ///
@@ -20,7 +24,8 @@ namespace macsim {
 ///
 /// "uid" is -2 for what the whole machine runs. "type" is one of app, login item, agent, daemon, developer, spotlight,
 /// dock tile, quicklook, background tasks, behind "legacy" for a property list in a launch folder, behind "curated
-/// legacy" for one that Apple has a name for. The number before the first "." of "identifier" follows from the type and
+/// legacy" for one that Apple has a name for, and all of it behind "managed" for what an organisation has installed:
+/// Settings locks it, launchd doesn't. The number before the first "." of "identifier" follows from the type and
 /// may be left out. "parent" is the identifier of another record as the dump shows it: of the application, or the name
 /// of a developer. The rest is optional:
 ///
@@ -51,6 +56,10 @@ struct BackgroundTask {
     bool isEnabled = true;
     bool isAllowed = true;
     bool isNotified = true;
+
+    /// The type without what tells of its origin: "daemon" of "curated legacy daemon".
+    QString kind() const;
+    bool isLegacy() const;
 };
 
 /// The bits that stand for a record's type; none for words that are no type.
@@ -61,5 +70,8 @@ QString withoutTypeNumber(const QString& identifier);
 
 /// All records, in the order in which they were registered.
 std::vector<BackgroundTask> backgroundTasks(const StateStore& state);
+
+/// Lets `change` look at every record, and change it as it is kept.
+void updateBackgroundTasks(const StateStore& state, const std::function<void(const BackgroundTask&, Json&)>& change);
 
 } // namespace macsim

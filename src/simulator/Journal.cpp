@@ -35,6 +35,20 @@ void Journal::recordAuthorization(const QString& prompt, Authorization answer) c
     append(QByteArray::fromStdString(record.dump()));
 }
 
+void Journal::recordAutomation(const QString& application, AutomationAnswer answer, std::chrono::seconds limit) const {
+    Json record;
+    record["automation"] = application.toStdString();
+    record["answer"] = automationAnswerName(answer);
+    record["seconds"] = limit.count();
+    append(QByteArray::fromStdString(record.dump()));
+}
+
+void Journal::recordDialog(const QString& tool) const {
+    Json record;
+    record["dialog"] = tool.toStdString();
+    append(QByteArray::fromStdString(record.dump()));
+}
+
 void Journal::append(const QByteArray& line) const {
     for (const QString& path : m_hostFiles) {
         QFile file(path);

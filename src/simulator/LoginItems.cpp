@@ -48,8 +48,10 @@ Json jsonFromItem(const LoginItem& item) {
 }
 
 auto findRecord(Json& records, const QString& identity) {
-    return std::ranges::find_if(
-        records, [&](const Json& each) { return each.is_object() && itemFromJson(each).identity() == identity; });
+    return std::ranges::find_if(records, [&](const Json& each) {
+        const LoginItem item = itemFromJson(each);
+        return each.is_object() && (item.identity() == identity || item.nameIdentity() == identity);
+    });
 }
 
 auto findRecordOfPath(Json& records, const QString& path) {
@@ -147,7 +149,11 @@ void updateItems(const Mac& mac, Change change) {
 } // namespace
 
 QString LoginItem::identity() const {
-    return path ? name + QChar() + *path : name;
+    return name + QChar() + path.value_or(QString(QChar()));
+}
+
+QString LoginItem::nameIdentity() const {
+    return name.toCaseFolded();
 }
 
 LoginItems::LoginItems(const Mac& mac)
@@ -166,6 +172,7 @@ const LoginItem* LoginItems::find(const QString& identity) {
 
 // The mark is taken first: what is written between it and the reading is read, and is read once more.
 void LoginItems::refresh() {
+    refreshFaults();
     const QByteArray revision = m_mac.state().revision(kItemsSubject);
     if (m_isRead && revision == m_revision) {
         return;
@@ -178,13 +185,27 @@ void LoginItems::refresh() {
             continue;
         }
         const LoginItem item = itemFromJson(record);
-        if (!m_positions.contains(item.identity())) {
-            m_positions.insert(item.identity(), m_items.size());
+        for (const QString& identity : {item.identity(), item.nameIdentity()}) {
+            if (!m_positions.contains(identity)) {
+                m_positions.insert(identity, m_items.size());
+            }
         }
         m_items.append(item);
     }
     m_revision = revision;
     m_isRead = true;
+}
+
+void LoginItems::refreshFaults() {
+    const QByteArray revision = m_mac.state().revision(kFaultsSubject);
+    if (revision == m_faultsRevision) {
+        return;
+    }
+    m_faults = m_mac.state().read(kFaultsSubject);
+    if (!m_faults.is_object()) {
+        m_faults = Json::object();
+    }
+    m_faultsRevision = revision;
 }
 
 LoginItem LoginItems::add(const QString& path, bool hidden) {
@@ -202,10 +223,14 @@ LoginItem LoginItems::add(const QString& path, bool hidden) {
 }
 
 bool LoginItems::remove(const QString& identity) {
-    const bool isSilent = isTrue(m_mac.state().read(kFaultsSubject), "deleteIsSilent");
+    refreshFaults();
+    const bool isSilent = isTrue(m_faults, "deleteIsSilent");
     bool isThere = false;
     updateItems(m_mac, [&](Json& records) {
-        const auto found = findRecord(records, identity);
+        auto found = findRecord(records, identity);
+        if (found != records.end() && isTrue(m_faults, "deleteGoesByName")) {
+            found = findRecord(records, itemFromJson(*found).nameIdentity());
+        }
         isThere = found != records.end();
         if (isThere && !isSilent) {
             disableTask(m_mac, itemFromJson(*found));
@@ -213,6 +238,19 @@ bool LoginItems::remove(const QString& identity) {
         }
     });
     return isThere;
+}
+
+bool LoginItems::canRead(const LoginItem& item, const QString& property) const {
+    const auto unreadable = m_faults.find("unreadable");
+    if (unreadable == m_faults.end()) {
+        return true;
+    }
+    const Json properties = unreadable->value(item.name.toStdString(), Json::array());
+    return std::ranges::find(properties, Json(property.toStdString())) == properties.end();
+}
+
+int LoginItems::readingError() const {
+    return m_faults.value("readingError", 0);
 }
 
 bool LoginItems::setHidden(const QString& identity, bool hidden) {

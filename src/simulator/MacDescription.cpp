@@ -3,6 +3,7 @@
 #include "simulator/Mac.h"
 #include "simulator/MacSkeleton.h"
 #include "simulator/PreferenceStore.h"
+#include "simulator/StartupServices.h"
 
 #include <QDir>
 #include <QFile>
@@ -146,6 +147,7 @@ void fill(const Mac& mac, const Json& description) {
             mac.state().update(key.c_str(), [&state](Json& current) { current = state; });
         }
     }
+    loadBundledServices(mac);
 }
 
 } // namespace

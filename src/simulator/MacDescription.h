@@ -24,6 +24,9 @@ namespace macsim {
 //
 // Every other key is a subject of the Mac's state and is kept as it stands: "power", "spotlight", "timeMachine",
 // "launchd", "processes", "permissions", "loginItems", "cloud", … Each is described where it is used. "//" holds a remark.
+//
+// What applications registered from their bundles is told by its records alone (BackgroundTasks.h); launchd has loaded it,
+// as far as it would start (StartupServices.h). Of plists in the launch folders those run that "launchd" tells of.
 
 /// Reads a description. Throws std::runtime_error that names the file and what is wrong.
 Json macDescriptionFromFile(const QString& hostPath);

@@ -4,6 +4,14 @@ namespace macsim {
 
 namespace {
 
+constexpr const char* kUnanswered = "unanswered";
+
+Json decisionOn(const StateStore& state, const QString& application) {
+    const Json permissions = state.read("permissions");
+    const Json automation = permissions.is_object() ? permissions.value("automation", Json()) : Json();
+    return automation.is_object() ? automation.value(application.toStdString(), Json()) : Json();
+}
+
 bool isOn(const StateStore& state, const char* key) {
     const Json permissions = state.read("permissions");
     return permissions.is_null() || permissions.value(key, true);
@@ -16,21 +24,40 @@ bool hasFullDiskAccess(const StateStore& state) {
 }
 
 bool mayChangeApplications(const StateStore& state) {
-    return isOn(state, "appManagement") || hasFullDiskAccess(state);
+    const Json permissions = state.read("permissions");
+    return permissions.is_object() && permissions.value("appManagement", permissions.value("fullDiskAccess", false));
 }
 
 bool isSystemIntegrityProtected(const StateStore& state) {
     return isOn(state, "systemIntegrityProtection");
 }
 
-bool mayAutomate(const StateStore& state, const QString& application) {
-    const Json permissions = state.read("permissions");
-    return permissions.is_null() ||
-           permissions.value("automation", Json::object()).value(application.toStdString(), true);
+std::string automationAnswerName(AutomationAnswer answer) {
+    switch (answer) {
+    case AutomationAnswer::Allow:
+        return "allow";
+    case AutomationAnswer::Deny:
+        return "deny";
+    case AutomationAnswer::Unanswered:
+        break;
+    }
+    return kUnanswered;
 }
 
-bool tellNeedsAutomation(const StateStore& state) {
-    return isOn(state, "tellNeedsAutomation");
+std::optional<bool> automationDecision(const StateStore& state, const QString& application) {
+    const Json decision = decisionOn(state, application);
+    return decision.is_boolean() ? std::optional(decision.get<bool>()) : std::nullopt;
+}
+
+AutomationAnswer askForAutomation(const StateStore& state, const QString& application) {
+    const Json permissions = state.read("permissions");
+    const Json policy = permissions.is_object() ? permissions.value("automationQuestion", Json()) : Json();
+    if (decisionOn(state, application) == kUnanswered || (policy != "allow" && policy != "deny")) {
+        return AutomationAnswer::Unanswered;
+    }
+    const bool isAllowed = policy == "allow";
+    state.update("permissions", [&](Json& kept) { kept["automation"][application.toStdString()] = isAllowed; });
+    return isAllowed ? AutomationAnswer::Allow : AutomationAnswer::Deny;
 }
 
 } // namespace macsim

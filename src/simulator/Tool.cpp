@@ -28,11 +28,7 @@ CommandLookUp lookUpAt(const QString& path, const ToolContext& context) {
     return {CommandLookUp::Outcome::Found, canonical, *tool};
 }
 
-[[noreturn]] void hang() {
-    for (;;) {
-        ::pause();
-    }
-}
+constexpr int kEndedByAlarm = 128 + SIGALRM; // as a shell tells of it
 
 int runTool(const CommandLookUp& command, ToolContext& context) {
     try {
@@ -45,9 +41,12 @@ int runTool(const CommandLookUp& command, ToolContext& context) {
 }
 
 int runWithFault(const Fault& fault, const CommandLookUp& command, ToolContext& context) {
+    if (context.alarm && fault.delay >= *context.alarm) {
+        return kEndedByAlarm;
+    }
     QThread::msleep(static_cast<unsigned long>(fault.delay.count()));
     if (fault.hangs) {
-        hang();
+        return hang(context);
     }
     if (fault.signal != 0) {
         ::raise(fault.signal);
@@ -98,6 +97,13 @@ int runCommand(const CommandLookUp& command, ToolContext& context) {
         context.journal->recordCommand(context.actor(), QStringList{command.path} + arguments.mid(1), status, duration);
     }
     return status;
+}
+
+int hang(const ToolContext& context) {
+    while (!context.alarm) {
+        ::pause();
+    }
+    return kEndedByAlarm;
 }
 
 } // namespace macsim

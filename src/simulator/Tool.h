@@ -8,6 +8,9 @@
 #include <QString>
 #include <QStringList>
 
+#include <chrono>
+#include <optional>
+
 namespace macsim {
 
 class Authorizer;
@@ -36,6 +39,8 @@ struct ToolContext {
     QByteArray error = {};
     const Faults* faults = nullptr;   ///< what goes wrong on purpose, if anything
     const Journal* journal = nullptr; ///< where runs are recorded, if anywhere
+    /// After which a signal ends the command, if one was set for it. Nobody waits for it.
+    std::optional<std::chrono::seconds> alarm = {};
 
     Actor actor() const { return volume.actor(); }
     bool isRoot() const { return actor() == Actor::Root; }
@@ -60,5 +65,10 @@ CommandLookUp findCommand(const QString& name, const ToolContext& context);
 /// `context.arguments` holds the command line. A FileError that leaves the tool becomes "{tool}: {path}: {reason}" on
 /// its error stream and status 1.
 int runCommand(const CommandLookUp& command, ToolContext& context);
+
+/// The end of a command that never ends by itself: it stays until a signal ends it from outside. Where it has an alarm
+/// it is over at once.
+/// @return a shell's status for that signal
+int hang(const ToolContext& context);
 
 } // namespace macsim

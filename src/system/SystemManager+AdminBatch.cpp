@@ -2,6 +2,9 @@
 
 #include "core/AdminBatch.h"
 #include "startup/background/BackgroundItems.h"
+#include "startup/launchd/LaunchItems.h"
+#include "startup/launchd/Launchd.h"
+#include "startup/login/LoginItems.h"
 
 #include <QCoroTask>
 
@@ -21,7 +24,12 @@ void SystemManager::clearAdminAuthorization() {
     m_adminBatch->clearAuthorization();
 }
 
+/// The outermost one begins a flow, which sees the Mac as it is now: a review may have looked at it long ago.
 void SystemManager::beginAdminBatch() {
+    if (!m_adminBatch->isOpen()) {
+        m_loginItems->drop();
+        m_launchItems->launchd().drop();
+    }
     m_adminBatch->begin();
 }
 
@@ -45,14 +53,25 @@ const std::optional<BackgroundLoginItemChangePlan>& SystemManager::pendingBackgr
     return m_backgroundItems->plan();
 }
 
+/// The dump shows applications as registered that System Events opens; these it can take out again.
+void SystemManager::forgetListedRegistrations() {
+    if (const std::optional<LoginItemList>& listed = m_loginItems->known()) {
+        m_backgroundItems->forgetRegistered(listed->items);
+    }
+}
+
 QCoro::Task<bool> SystemManager::finishAdminBatch(QString prompt) {
     const BackgroundItems::Joined joined = co_await m_backgroundItems->joinBatch();
     const AdminBatch::Flush flush = co_await m_adminBatch->flush(std::move(prompt));
-    if (flush == AdminBatch::Flush::Failed) {
-        m_backgroundItems->takeBackQueuedLabels();
+    Launchd& launchd = m_launchItems->launchd();
+    if (flush != AdminBatch::Flush::Failed) {
+        co_await m_backgroundItems->followBatch(joined, flush == AdminBatch::Flush::Done);
+        forgetListedRegistrations();
     } else {
-        co_await m_backgroundItems->followBatch(joined);
+        launchd.drop();
     }
+    co_await m_launchItems->settleDisabled(flush == AdminBatch::Flush::Failed);
+    co_await launchd.settleRecorded();
     m_backgroundItems->endDeferral();
     m_adminBatch->close();
     co_return joined.isPrepared&& flush != AdminBatch::Flush::Failed && !isQuitting();

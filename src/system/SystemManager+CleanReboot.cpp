@@ -11,6 +11,7 @@ namespace quorvane {
 using namespace Qt::StringLiterals;
 
 QCoro::Task<bool> SystemManager::applyCleanReboot(CleanReboot cleanReboot) {
+    m_backgroundItems->planKept(cleanReboot.startup.value_or(StartupConfiguration()));
     co_await runTweakSteps(QList<TweakStep>(1, stopAppRestorationStep()));
     bool succeeded = co_await m_loginItems->removeNonPermitted(cleanReboot);
     if (cleanReboot.startup && !cleanReboot.startup->disabledLaunchLabels().isEmpty()) {
@@ -18,11 +19,8 @@ QCoro::Task<bool> SystemManager::applyCleanReboot(CleanReboot cleanReboot) {
         log(u"  [ACTION] Disabling %1 launch item(s) for clean reboot..."_s.arg(labels.size()));
         succeeded = co_await disableLaunchItems(labels, cleanReboot.excludedIds) && succeeded;
     }
-    if (m_backgroundItems->isDeferred()) {
-        m_backgroundItems->planCleanReboot(cleanReboot);
-        co_return succeeded && !isQuitting();
-    }
-    co_return co_await m_backgroundItems->disableNonPermitted(cleanReboot) && succeeded && !isQuitting();
+    m_backgroundItems->planCleanReboot(cleanReboot);
+    co_return co_await finishPlanOutsideBatch() && succeeded && !isQuitting();
 }
 
 } // namespace quorvane

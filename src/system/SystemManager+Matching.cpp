@@ -5,6 +5,7 @@
 #include "matching/SystemScan.h"
 #include "platform/UserDefaults.h"
 #include "profiles/UnifiedProfile.h"
+#include "startup/launchd/LaunchItems.h"
 
 #include <QCoroTask>
 
@@ -24,17 +25,22 @@ SystemManager::scanCurrentSystem(QList<UnifiedProfile> profiles, std::optional<Q
     countScan(+1);
     log(u"\n[VERIFY] Scanning current system settings..."_s);
     const std::optional<QString> name = lastAppliedName(appliedName);
-    SystemScan scan(*this, {*m_loginItems, *m_startupItems, *m_launchItems, *m_backgroundItems}, abandonment);
+    SystemScan scan(*this, {*m_loginItems, *m_startupItems, m_launchItems->launchd(), *m_backgroundItems}, abandonment);
     const std::optional<SystemConfigurationMatch> match = co_await scan.search(profiles, name);
-    if (abandonment.isAbandoned() || (isQuitting() && scan.missing().isEmpty())) {
+    const QStringList missing = scan.missing();
+    const QStringList onAgain = co_await scan.onAgain();
+    if (abandonment.isAbandoned() || (isQuitting() && missing.isEmpty())) {
         countScan(-1);
         co_return std::nullopt;
     }
+    for (const QString& label : onAgain) {
+        log(u"  [INFO] On again since it was switched off: "_s + label);
+    }
     const auto applied = std::find_if(profiles.cbegin(), profiles.cend(),
                                       [&name](const UnifiedProfile& profile) { return profile.name == name; });
-    if (!scan.missing().isEmpty()) {
+    if (!missing.isEmpty()) {
         log(u"  [VERIFY] Nothing can be said of this system, because these readings are missing: "_s +
-            scan.missing().join(u", "_s));
+            missing.join(u", "_s));
         keepMatch(m_scan.match);
     } else if (!match && applied != profiles.cend()) {
         // What was applied last stays active although more of it is off than not: nothing else fits better.
@@ -71,7 +77,7 @@ void SystemManager::forgetVerification(const QString& profile, const QString& no
 
 QCoro::Task<std::optional<SystemConfigurationMatch>>
 SystemManager::findSystemMatch(QList<UnifiedProfile> profiles, std::optional<QString> appliedName) {
-    SystemScan scan(*this, {*m_loginItems, *m_startupItems, *m_launchItems, *m_backgroundItems}, {});
+    SystemScan scan(*this, {*m_loginItems, *m_startupItems, m_launchItems->launchd(), *m_backgroundItems}, {});
     co_return co_await scan.search(profiles, lastAppliedName(appliedName));
 }
 

@@ -5,6 +5,7 @@
 #include "platform/UserDefaults.h"
 #include "profiles/ApplyPreviews.h"
 #include "profiles/UnifiedProfile.h"
+#include "startup/background/BackgroundItems.h"
 #include "startup/login/LoginItems.h"
 #include "tweaks/TweakCatalogue.h"
 
@@ -26,7 +27,7 @@ bool changesBackgroundItems(const UnifiedProfile& profile) {
 QCoro::Task<bool> SystemManager::applyProfile(UnifiedProfile profile) {
     m_lastApplyVerification.reset();
     log(u"\n[PROFILE] Applying: "_s + profile.name);
-    if (changesBackgroundItems(profile)) {
+    if (changesBackgroundItems(profile) || m_backgroundItems->isSomethingWaiting()) {
         deferBackgroundTaskFetchToAdminBatch();
     }
     beginAdminBatch();
@@ -38,7 +39,7 @@ QCoro::Task<bool> SystemManager::applyProfile(UnifiedProfile profile) {
     const bool succeeded = tweaksSucceeded && startupSucceeded && batchSucceeded;
 
     // Also after a failure: what ran as the user has changed the system all the same.
-    m_loginItems->drop();
+    m_loginItems->readAgain();
     const ApplyVerificationResult verification = co_await verifyProfile(profile);
     logVerificationResult(verification, u"Profile: "_s + profile.name);
     m_lastApplyVerification = verification;

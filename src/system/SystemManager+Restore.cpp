@@ -7,6 +7,8 @@
 #include "platform/CloudDrive.h"
 #include "snapshots/RestoreCommands.h"
 #include "snapshots/SnapshotManager.h"
+#include "startup/background/BackgroundItems.h"
+#include "startup/launchd/LaunchItems.h"
 #include "startup/login/LoginItems.h"
 
 #include <QCoroTask>
@@ -26,6 +28,11 @@ QString suffixOf(const SystemSnapshot& snapshot) {
 
 QString notRestoredLine(const QString& service) {
     return u"  [INFO] Not restored: network service "_s + service;
+}
+
+/// False where none was known, or a name's tail behind a "|" stands there.
+bool isFileKnown(const LoginItemSnapshot& item) {
+    return item.path.startsWith(u'/');
 }
 
 } // namespace
@@ -76,20 +83,29 @@ QCoro::Task<void> SystemManager::restoreLoginItems(SystemSnapshot snapshot) {
         co_return;
     }
     m_loginItems->drop();
+    const LoginItemList list = co_await m_loginItems->current();
+    m_loginItems->tellUnread(list);
     QSet<QString> present;
-    for (const LoginItem& item : co_await rawLoginItems()) {
+    for (const LoginItem& item : list.items) {
         present.insert(comparablePath(item.path));
     }
-    int count = 0;
+    QList<LoginItemSnapshot> missing;
+    QList<LoginItemAddition> additions;
     for (const LoginItemSnapshot& item : *snapshot.loginItems) {
         if (present.contains(comparablePath(item.path))) {
             continue;
         }
-        if (!item.path.startsWith(u'/')) { // none was known, or a name's tail behind a "|" stands there
-            log(u"  [INFO] Login item can't be added again, its file isn't known: "_s + item.name);
-            continue;
+        missing.append(item);
+        if (isFileKnown(item)) {
+            additions.append({item.path, item.hidden});
         }
-        if (co_await addLoginItem(item.path, item.hidden)) {
+    }
+    QList<bool> added = co_await addLoginItems(additions);
+    int count = 0;
+    for (const LoginItemSnapshot& item : missing) {
+        if (!isFileKnown(item)) {
+            log(u"  [INFO] Login item can't be added again, its file isn't known: "_s + item.name);
+        } else if (added.takeFirst()) {
             ++count;
         } else {
             log(u"  [ERROR] Failed to add login item: "_s + item.name);
@@ -167,22 +183,33 @@ QCoro::Task<RestoreOutcome> SystemManager::reinstateSystem(std::optional<FoundBa
     RestoreOutcome outcome;
     m_lastApplyVerification.reset();
     beginAdminBatch();
+    co_await m_launchItems->launchd().settleInterrupted();
     const std::optional<RestoreBaseline> baseline = co_await selectRestoreBaseline(std::move(found));
     if (baseline) {
         outcome.source = baseline->source;
         outcome.succeeded = co_await reinstateFromSnapshot(baseline->snapshot);
     } else {
-        log(u"  [INFO] No system snapshot found — using standard restore."_s);
-        const bool isRestored = co_await undoPerformanceTweaks();
-        const bool isFinished =
-            co_await finishAdminBatch(u"Quorvane needs your administrator password to restore system defaults."_s);
-        if (isFinished) {
-            co_await lookAtRestoredBackups(std::nullopt);
-        }
-        outcome.succeeded = isRestored && isFinished && !isQuitting();
+        outcome.succeeded = co_await reinstateStandardSettings();
     }
     invalidateStartupCaches();
     co_return outcome;
+}
+
+/// The tweaks, and what launchd was told: nobody needs a snapshot to know which overrides are the program's.
+QCoro::Task<bool> SystemManager::reinstateStandardSettings() {
+    log(u"  [INFO] No system snapshot found — using standard restore."_s);
+    m_launchItems->queueLifts();
+    co_await m_launchItems->launchd().liftUsersOverrides();
+    const bool isRestored = co_await undoPerformanceTweaks();
+    const bool isFinished =
+        co_await finishAdminBatch(u"Quorvane needs your administrator password to restore system defaults."_s);
+    co_await m_launchItems->launchd().settleLifted();
+    m_backgroundItems->forgetWaiting();
+    if (isFinished) {
+        co_await lookAtRestoredBackups(std::nullopt);
+    }
+    const bool succeeded = isRestored && isFinished && !isQuitting();
+    co_return succeeded;
 }
 
 /// The tweaks and everything that a startup configuration changed, in the batch that is open.

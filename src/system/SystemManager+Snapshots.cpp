@@ -107,7 +107,7 @@ QCoro::Task<SystemManager::ReadSnapshot> SystemManager::readSystemSnapshot(std::
     m_loginItems->drop();
     LoginItems loginItems(session, *m_loginItems);
     const LoginItemList list = co_await loginItems.current();
-    if (list.wasRead) {
+    if (list.tellsAll()) {
         snapshot.loginItems = capturedLoginItems(list.items);
     }
     snapshot.networkServicesEnabled = capturedServices(co_await readings.readNetworkServices());
@@ -130,11 +130,11 @@ QCoro::Task<SystemManager::ReadSnapshot> SystemManager::readSystemSnapshot(std::
         logUnreadableTimeMachine();
     }
     snapshot.spotlightIndexingEnabled = (co_await readings.readSpotlightState()).value;
-    if (!list.wasRead && !isQuitting()) {
-        co_await loginItems.logMissingPermission();
+    if (!isQuitting()) {
+        loginItems.tellUnread(list);
     }
     read.missing = session.missing();
-    if (!list.wasRead && !read.missing.contains(kLoginItemsReading)) {
+    if (!list.tellsAll() && !read.missing.contains(kLoginItemsReading)) {
         read.missing.prepend(kLoginItemsReading);
     }
     co_return read;

@@ -68,16 +68,12 @@ QCoro::Task<QList<LoginItem>> SystemManager::visibleLoginItems() {
     return m_loginItems->visible();
 }
 
-QCoro::Task<bool> SystemManager::removeLoginItemByName(QString name) {
-    return unlessQuitting(m_loginItems->removeByName(std::move(name)));
+QCoro::Task<QList<bool>> SystemManager::removeLoginItems(QList<LoginItemSelector> selectors) {
+    return m_loginItems->remove(std::move(selectors));
 }
 
-QCoro::Task<bool> SystemManager::removeLoginItemAtPath(QString path) {
-    return unlessQuitting(m_loginItems->removeAtPath(std::move(path)));
-}
-
-QCoro::Task<bool> SystemManager::addLoginItem(QString path, bool hidden) {
-    return unlessQuitting(m_loginItems->add(std::move(path), hidden));
+QCoro::Task<QList<bool>> SystemManager::addLoginItems(QList<LoginItemAddition> additions) {
+    return m_loginItems->add(std::move(additions));
 }
 
 QCoro::Task<bool> SystemManager::disableLoginItems(LoginItemTargets targets, QSet<QString> excludedIds) {
@@ -87,8 +83,12 @@ QCoro::Task<bool> SystemManager::disableLoginItems(LoginItemTargets targets, QSe
 // ---- Launch agents and daemons
 
 QCoro::Task<bool> SystemManager::disableLaunchItems(QStringList labels, QSet<QString> excludedIds) {
-    return unlessQuitting(
-        m_launchItems->disable(std::move(labels), std::move(excludedIds), m_backgroundItems->protectedPlists()));
+    const LaunchItemGuards guards = co_await m_backgroundItems->launchItemGuards();
+    const LaunchItems::Outcome outcome = co_await m_launchItems->disable(labels, excludedIds, guards);
+    for (const LaunchPlist& daemon : outcome.held) {
+        m_backgroundItems->planHeldDaemon(daemon);
+    }
+    co_return outcome.succeeded && !isQuitting();
 }
 
 QCoro::Task<void> SystemManager::restoreLaunchItems() {
@@ -100,7 +100,7 @@ void SystemManager::queueKeptLaunchItems() {
 }
 
 QCoro::Task<void> SystemManager::settleKeptLaunchItems() {
-    m_backgroundItems->forgetSwitchedOff();
+    m_backgroundItems->forgetWaiting();
     return m_launchItems->settleKept();
 }
 
@@ -155,40 +155,12 @@ QString SystemManager::backgroundDumpPath() const {
     return m_backgroundItems->dumpPath();
 }
 
-QCoro::Task<std::optional<QList<BackgroundTaskItem>>> SystemManager::readBackgroundTaskDumpUnprivileged() {
-    return m_backgroundItems->readUnprivileged();
-}
-
-QCoro::Task<void> SystemManager::loadBackgroundTaskItems() {
-    return m_backgroundItems->load();
-}
-
-QCoro::Task<void> SystemManager::ensureBackgroundTaskItems(QString prompt, PrivilegedFetch privileged) {
-    return m_backgroundItems->ensure(std::move(prompt), privileged);
-}
-
 QCoro::Task<void> SystemManager::loadPrivilegedBackgroundDump() {
     return m_backgroundItems->loadPrivilegedDump();
 }
 
-void SystemManager::markBackgroundLabelDisabled(const QString& label) {
-    m_backgroundItems->markDisabled(label);
-}
-
 const std::optional<BackgroundTaskList>& SystemManager::backgroundTaskItems() const {
     return m_backgroundItems->list();
-}
-
-QCoro::Task<bool> SystemManager::disableBackgroundItems(QList<BackgroundTaskItem> items, BackgroundItemKind kind) {
-    return unlessQuitting(m_backgroundItems->disable(std::move(items), kind));
-}
-
-QCoro::Task<bool> SystemManager::disableBackgroundLabels(QSet<QString> labels) {
-    return unlessQuitting(m_backgroundItems->disableLabels(std::move(labels)));
-}
-
-QCoro::Task<bool> SystemManager::disableCloudSyncBackgroundItems(CloudSyncServices services) {
-    return unlessQuitting(m_backgroundItems->disableServices(std::move(services)));
 }
 
 QCoro::Task<ApplyVerificationResult>

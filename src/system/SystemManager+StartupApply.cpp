@@ -1,5 +1,7 @@
 #include "system/SystemManager.h"
 
+#include "core/AdminBatch.h"
+#include "core/AdminPrompts.h"
 #include "startup/apply/StartupTargets.h"
 #include "startup/apply/StartupVerification.h"
 #include "startup/background/BackgroundItems.h"
@@ -27,6 +29,7 @@ LoginItemRemoval sparingProtectedItems(QList<LoginItem> items) {
 
 QCoro::Task<bool> SystemManager::applyStartupConfiguration(StartupConfiguration configuration) {
     log(u"\nApplying startup configuration..."_s);
+    m_backgroundItems->planKept(configuration);
     bool succeeded = co_await removeUnconfiguredManagedApps(configuration);
     if (hasStartupChanges(configuration)) {
         succeeded = co_await carryOutStartupChanges(configuration) && succeeded;
@@ -47,8 +50,9 @@ QCoro::Task<bool> SystemManager::carryOutStartupChanges(StartupConfiguration con
     bool succeeded = co_await disableTargetLoginItems(targets.loginItems);
     co_await removeTargetLoginPaths(targets.loginPaths);
     succeeded = co_await disableTargetLaunchItems(targets.launchLabels) && succeeded;
-    succeeded = co_await disableTargetBackgroundItems(targets.backgroundLabels) && succeeded;
-    succeeded = co_await disableCloudServices(services) && succeeded;
+    disableTargetBackgroundItems(targets.backgroundLabels);
+    disableCloudServices(services);
+    succeeded = co_await finishPlanOutsideBatch() && succeeded;
     if (configuration.disableNetworkAtStartup) {
         log(u"  [ACTION] Disabling network interfaces..."_s);
         succeeded = co_await disableAllNetworkConnections() && succeeded;
@@ -75,11 +79,21 @@ QCoro::Task<void> SystemManager::removeTargetLoginPaths(QSet<QString> paths) {
     }
     const QList<LoginItem> items = co_await rawLoginItems();
     const LoginItemRemoval removal = sparingProtectedItems(items);
+    QList<LoginItemSelector> selectors;
+    QSet<QString> heldBack;
     for (const QString& path : sortedTexts(paths)) {
         const QString asListed = listedPath(items, path);
         if (isExcludedName(path) || !removal.canGoByPath(asListed)) {
+            heldBack.insert(path);
+        } else {
+            selectors.append({{}, asListed});
+        }
+    }
+    QList<bool> removed = co_await removeLoginItems(selectors);
+    for (const QString& path : sortedTexts(paths)) {
+        if (heldBack.contains(path)) {
             log(u"  [SKIPPED] Protected login item at path: "_s + path);
-        } else if (co_await removeLoginItemAtPath(asListed)) {
+        } else if (removed.takeFirst()) {
             log(u"  [APPLIED] Removed login item at path: "_s + path);
         } else {
             log(u"  [WARNING] Could not remove login item at path: "_s + path);
@@ -95,45 +109,46 @@ QCoro::Task<bool> SystemManager::disableTargetLaunchItems(QSet<QString> labels) 
     co_return co_await disableLaunchItems(sortedTexts(labels), {});
 }
 
-QCoro::Task<bool> SystemManager::disableTargetBackgroundItems(QSet<QString> labels) {
+/// When the batch is finished: the list of what there is comes with it.
+void SystemManager::disableTargetBackgroundItems(const QSet<QString>& labels) {
     if (labels.isEmpty()) {
-        co_return true;
+        return;
     }
     log(u"  [ACTION] Disabling %1 background item(s)..."_s.arg(labels.size()));
-    if (m_backgroundItems->isDeferred()) {
-        m_backgroundItems->planLabels(labels);
-        co_return true;
-    }
-    co_return co_await disableBackgroundLabels(labels);
+    m_backgroundItems->planLabels(labels);
 }
 
-QCoro::Task<bool> SystemManager::disableCloudServices(CloudSyncServices services) {
+void SystemManager::disableCloudServices(const CloudSyncServices& services) {
     if (services.empty()) {
-        co_return true;
+        return;
     }
     QStringList names;
     std::transform(services.begin(), services.end(), std::back_inserter(names), displayName);
     names.sort();
     log(u"  [APPLIED] Disabled cloud sync at startup: "_s + names.join(u", "_s));
-    if (m_backgroundItems->isDeferred()) {
-        m_backgroundItems->planServices(services);
+    m_backgroundItems->planServices(services);
+}
+
+/// The list of what there is comes with a batch. Where the caller has opened none, this one is the plan's own.
+QCoro::Task<bool> SystemManager::finishPlanOutsideBatch() {
+    if (m_adminBatch->isOpen() || !m_backgroundItems->plan()) {
         co_return true;
     }
-    co_return co_await disableCloudSyncBackgroundItems(services);
+    m_adminBatch->begin(); // within a flow, which goes on: what it has read holds
+    co_return co_await finishAdminBatch(kSystemChangesPrompt);
 }
 
 QCoro::Task<StartupApplyResult> SystemManager::applyStartupChanges(StartupConfiguration configuration) {
     m_lastApplyVerification.reset();
-    const bool isDeferred =
-        !configuration.disabledBackgroundLabels().isEmpty() || !configuration.disabledCloudSyncAtStartup.empty();
-    if (isDeferred) {
+    if (!configuration.disabledBackgroundLabels().isEmpty() || !configuration.disabledCloudSyncAtStartup.empty() ||
+        m_backgroundItems->isSomethingWaiting()) {
         deferBackgroundTaskFetchToAdminBatch();
     }
     beginAdminBatch();
     const bool isCarriedOut = co_await applyStartupConfiguration(configuration);
     const bool isFlushed =
         co_await finishAdminBatch(u"Quorvane needs your administrator password to apply startup changes."_s);
-    m_loginItems->drop();
+    m_loginItems->readAgain();
     StartupApplyResult result;
     result.applySucceeded = isCarriedOut && isFlushed;
     result.verification = co_await verifyStartupConfiguration(configuration);
@@ -141,6 +156,9 @@ QCoro::Task<StartupApplyResult> SystemManager::applyStartupChanges(StartupConfig
     invalidateStartupCaches();
     m_lastApplyVerification = result.verification;
     log(summary(result.verification));
+    for (const ApplyVerificationResult::Item& item : result.verification.failed) {
+        logNoteOf(item);
+    }
     co_return result;
 }
 

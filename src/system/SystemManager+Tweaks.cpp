@@ -90,7 +90,7 @@ QCoro::Task<void> SystemManager::runTweakSteps(QList<TweakStep> steps) {
 
 QCoro::Task<bool> SystemManager::verifyTweaks(PerformanceSettings settings, UnselectedTweaks unselected,
                                               CleanReboot cleanReboot) {
-    m_loginItems->drop();
+    m_loginItems->readAgain();
     const ApplyVerificationResult result = co_await verifyAppliedSettings(settings, unselected, cleanReboot);
     logVerificationResult(result, u"Performance tweaks"_s);
     m_lastApplyVerification = result;

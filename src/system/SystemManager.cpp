@@ -61,12 +61,16 @@ SystemManager::SystemManager(const Host& host, NotificationCenter& notifications
     , m_notifications(notifications)
     , m_masterBaselines(host.files, host.cloud, host.clock, host.machine)
     , m_adminBatch(std::make_unique<AdminBatch>(*this, host.scripts))
-    , m_loginItems(std::make_unique<LoginItems>(*this, [this] { return m_backgroundItems->protectedPaths(); }))
+    , m_loginItems(std::make_unique<LoginItems>(
+          *this, [this] { return m_backgroundItems->protectedPaths(); },
+          [this] { return m_backgroundItems->registeredPaths(); },
+          [this](const QList<LoginItem>& listed) { m_backgroundItems->forgetRegistered(listed); }))
     , m_launchItems(std::make_unique<LaunchItems>(*this, *m_adminBatch))
-    , m_backgroundItems(std::make_unique<BackgroundItems>(*this, *m_adminBatch))
-    , m_startupItems(std::make_unique<StartupItems>(*this, *m_loginItems, *m_launchItems, *m_backgroundItems))
+    , m_backgroundItems(std::make_unique<BackgroundItems>(*this, *m_adminBatch, m_launchItems->launchd()))
+    , m_startupItems(std::make_unique<StartupItems>(*this, *m_loginItems, m_launchItems->launchd(), *m_backgroundItems))
     , m_verification(std::make_unique<SystemVerification>(
-          *this, SystemVerification::Startup{*m_loginItems, *m_startupItems, *m_launchItems, *m_backgroundItems})) {}
+          *this,
+          SystemVerification::Startup{*m_loginItems, *m_startupItems, m_launchItems->launchd(), *m_backgroundItems})) {}
 
 SystemManager::~SystemManager() = default;
 

@@ -48,6 +48,8 @@ class StartupItems;
 class SystemVerification;
 struct BackgroundLoginItemChangePlan;
 struct BackgroundTaskItem;
+struct LoginItemAddition;
+struct LoginItemSelector;
 struct MaintenanceOutcome;
 struct MaintenanceSelection;
 struct NetworkOperations;
@@ -57,6 +59,7 @@ enum class NetworkSwitch;
 struct PowerSettings;
 struct ProfileApplyPreview;
 struct StartupApplyResult;
+struct StartupReadings;
 struct SystemSnapshot;
 struct TweaksApplyPreview;
 struct TweakStep;
@@ -220,13 +223,12 @@ public:
     /// As System Events lists them; from the cache if they were read before.
     QCoro::Task<QList<LoginItem>> rawLoginItems();
     QCoro::Task<LoginItemList> readLoginItemsFromSystemEvents();
-    /// Those fit for showing: neither audio software nor an application's agents. Logs a missing permission.
+    /// Those fit for showing: neither audio software nor an application's agents. Tells of a list that couldn't be read.
     QCoro::Task<QList<LoginItem>> visibleLoginItems();
-    /// True when it was deleted. Every item of the name goes, in any case.
-    QCoro::Task<bool> removeLoginItemByName(QString name);
-    QCoro::Task<bool> removeLoginItemAtPath(QString path);
-    /// True when the item exists afterwards.
-    QCoro::Task<bool> addLoginItem(QString path, bool hidden);
+    /// For each, true when something was deleted.
+    QCoro::Task<QList<bool>> removeLoginItems(QList<LoginItemSelector> selectors);
+    /// For each, true when the item exists afterwards.
+    QCoro::Task<QList<bool>> addLoginItems(QList<LoginItemAddition> additions);
     /// Removes login items and writes down which they were.
     /// @param excludedIds  agents that stay all the same, by id or name
     QCoro::Task<bool> disableLoginItems(LoginItemTargets targets, QSet<QString> excludedIds);
@@ -279,23 +281,11 @@ public:
 
     /// Where an administrator run leaves the dump of the background task list.
     QString backgroundDumpPath() const;
-    /// The list, where the tool gives it without administrator rights and it isn't empty.
-    QCoro::Task<std::optional<QList<BackgroundTaskItem>>> readBackgroundTaskDumpUnprivileged();
-    /// Fills the cache without administrator rights when it can.
-    QCoro::Task<void> loadBackgroundTaskItems();
-    using PrivilegedFetch = quorvane::PrivilegedFetch;
-    /// Fills the cache, or lets the open batch fill it. @param prompt  shown when administrator rights are needed
-    QCoro::Task<void> ensureBackgroundTaskItems(QString prompt, PrivilegedFetch privileged);
     /// Reads the file that an administrator run has left, and removes it.
     QCoro::Task<void> loadPrivilegedBackgroundDump();
-    void markBackgroundLabelDisabled(const QString& label);
-    /// The list as it is known; none when it was never read.
+    /// As the last dump has shown it; none when it was never read.
     const std::optional<BackgroundTaskList>& backgroundTaskItems() const;
 
-    /// Switches records off by the strongest means that works, and takes their helpers out of their applications.
-    QCoro::Task<bool> disableBackgroundItems(QList<BackgroundTaskItem> items, BackgroundItemKind kind);
-    QCoro::Task<bool> disableBackgroundLabels(QSet<QString> labels);
-    QCoro::Task<bool> disableCloudSyncBackgroundItems(CloudSyncServices services);
     /// What a clean reboot leaves of the background task list; empty when the list was never read.
     QCoro::Task<ApplyVerificationResult> verifyBackgroundLoginItems(QSet<QString> permittedNames,
                                                                     std::optional<StartupConfiguration> startup);
@@ -348,6 +338,7 @@ public:
     /// @param cleanReboot  used when the settings select it
     QCoro::Task<ApplyVerificationResult>
     verifyAppliedSettings(PerformanceSettings settings, UnselectedTweaks unselected, CleanReboot cleanReboot = {});
+    void logNoteOf(const ApplyVerificationResult::Item& item);
     void logVerificationResult(const ApplyVerificationResult& result, const QString& section);
     /// The result of the last flow that verified; none since an apply or a way back has begun that hasn't.
     const std::optional<ApplyVerificationResult>& lastApplyVerification() const { return m_lastApplyVerification; }
@@ -408,6 +399,7 @@ private:
 
     // SystemManager+Restore.cpp
     QCoro::Task<bool> reinstateFromSnapshot(SystemSnapshot snapshot);
+    QCoro::Task<bool> reinstateStandardSettings();
     QCoro::Task<void> restoreLoginItems(SystemSnapshot snapshot);
     QCoro::Task<std::optional<QMap<QString, bool>>> queueNetworkServices(SystemSnapshot snapshot);
     QCoro::Task<bool> settleNetworkServices(QMap<QString, bool> switched);
@@ -420,11 +412,14 @@ private:
     QCoro::Task<bool> disableTargetLoginItems(LoginItemTargets targets);
     QCoro::Task<void> removeTargetLoginPaths(QSet<QString> paths);
     QCoro::Task<bool> disableTargetLaunchItems(QSet<QString> labels);
-    QCoro::Task<bool> disableTargetBackgroundItems(QSet<QString> labels);
-    QCoro::Task<bool> disableCloudServices(CloudSyncServices services);
+    void disableTargetBackgroundItems(const QSet<QString>& labels);
+    void disableCloudServices(const CloudSyncServices& services);
+    QCoro::Task<bool> finishPlanOutsideBatch();
+    void forgetListedRegistrations();
 
     // SystemManager+Verification.cpp
     QCoro::Task<StartupChangePreview> previewCleanReboot(CleanReboot cleanReboot);
+    QCoro::Task<StartupReadings> readingsForReview();
 
     // SystemManager+Network.cpp
     QCoro::Task<std::optional<QStringList>> networkServiceNames(QString tool);

@@ -102,6 +102,10 @@ void MacPicture::addState(const QString& subject, const Json& state) {
         addRecords(subject, state, "name");
     } else if (subject == QStringLiteral("backgroundTasks")) {
         addRecords(subject, state.value("records", Json::array()), "identifier");
+    } else if (subject == u"permissions") {
+        Json settings = state;
+        settings.erase("automation");
+        addValues(subject, settings);
     } else {
         addValues(subject, state);
     }

@@ -27,7 +27,8 @@ struct MacDifference {
 /// A whole simulated Mac as a table, for telling what a flow has changed: every folder, link and file, every key of a
 /// property list, every value of the state behind the disk, and the owner of what doesn't belong to whom its place
 /// says. Login items, processes and background tasks stand by their names and identifiers, so that one that goes doesn't
-/// shift the others. The journal is no part of the Mac.
+/// shift the others. The journal is no part of the Mac, nor is what its user answered when the system asked whether the
+/// program may control another application: that is no change of the program's.
 class MacPicture {
 public:
     explicit MacPicture(const QString& hostFolder);

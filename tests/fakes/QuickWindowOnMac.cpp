@@ -15,7 +15,7 @@ QFuture<CommandOutcome> HeldCommandLauncher::run(QStringList arguments, OutputCa
     if (!m_breakage.isEmpty()) {
         throw std::runtime_error(m_breakage.toStdString());
     }
-    if (!m_isHolding) {
+    if (!m_isHolding || (!m_heldTool.isEmpty() && arguments.value(0) != m_heldTool)) {
         return m_commands.run(arguments, capture);
     }
     Held& held = m_held.emplace_back(Held{arguments, capture, {}});

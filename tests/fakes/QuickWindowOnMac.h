@@ -18,8 +18,11 @@ public:
     void shutDown() override;
     bool isShutDown() const override { return m_isShutDown; }
 
-    /// From now on commands wait.
-    void hold() { m_isHolding = true; }
+    /// From now on commands wait. @param tool  only those of that tool; empty for all
+    void hold(const QString& tool = {}) {
+        m_isHolding = true;
+        m_heldTool = tool;
+    }
     /// Those that wait run, and all later ones do at once.
     void release();
     /// Those that wait.
@@ -38,6 +41,7 @@ private:
     std::deque<Held> m_held;
     QString m_breakage;
     bool m_isHolding = false;
+    QString m_heldTool;
     bool m_isShutDown = false;
 };
 

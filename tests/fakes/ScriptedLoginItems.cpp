@@ -2,6 +2,8 @@
 
 namespace quorvane {
 
+using Step = AskedOfSystemEvents::Step;
+
 ScriptedLoginItems::ScriptedLoginItems(ScriptedCommandLauncher& commands, QStringList& trace)
     : m_trace(trace) {
     commands.respond = [this](const QStringList& arguments) { return response(arguments); };
@@ -15,93 +17,34 @@ QStringList ScriptedLoginItems::names() const {
     return found;
 }
 
-QString ScriptedLoginItems::listScript() {
-    return u"tell application \"System Events\"\n"
-           "    set output to \"\"\n"
-           "    try\n"
-           "        repeat with loginItem in login items\n"
-           "            set itemName to name of loginItem\n"
-           "            set itemPath to path of loginItem\n"
-           "            set itemHidden to hidden of loginItem\n"
-           "            set output to output & itemName & \"|\" & itemPath & \"|\" & itemHidden & \"\\n\"\n"
-           "        end repeat\n"
-           "    on error errMsg\n"
-           "        return \"ERROR|\" & errMsg\n"
-           "    end try\n"
-           "    return output\n"
-           "end tell"_s;
-}
-
-QString ScriptedLoginItems::deletionScript(const QString& property, const QString& literal) {
-    return kDeletionStart + property + u" is \""_s + literal + kDeletionEnd;
-}
-
-QString ScriptedLoginItems::additionScript(const QString& literal, bool isHidden) {
-    return kAdditionStart + literal + kAdditionMiddle + literal +
-           (isHidden ? u"\", hidden:true"_s : u"\", hidden:false"_s) + kAdditionEnd;
-}
-
 std::optional<CommandOutcome> ScriptedLoginItems::response(const QStringList& arguments) {
     if (arguments.size() != 3 || arguments.at(0) != u"/usr/bin/osascript" || arguments.at(1) != u"-e") {
         return std::nullopt;
     }
-    const std::optional<Reply> found = reply(arguments.at(2));
-    if (!found) {
+    const std::optional<AskedOfSystemEvents> asked = askedOfSystemEvents(arguments.at(2));
+    if (!asked) {
         return std::nullopt;
     }
-    m_trace.last() = u"$> System Events: "_s + found->purpose;
-    CommandOutcome outcome = ScriptedCommandLauncher::succeeded(found->output);
+    m_trace.last() = u"$> System Events: "_s + asked->purpose();
     if (!denial.isEmpty()) {
+        CommandOutcome outcome = ScriptedCommandLauncher::succeeded({});
         outcome.code = 1;
-        outcome.standardOutput.clear();
         outcome.standardError = denial;
+        return outcome;
     }
-    return outcome;
+    return ScriptedCommandLauncher::succeeded(answer.isEmpty() ? reply(*asked) : answer);
 }
 
-std::optional<ScriptedLoginItems::Reply> ScriptedLoginItems::reply(const QString& script) {
-    if (script == listScript()) {
-        return Reply{u"list"_s, listing.isEmpty() ? listed() : listing};
+/// The tool ends what a script prints with a line end of its own.
+QByteArray ScriptedLoginItems::reply(const AskedOfSystemEvents& asked) {
+    if (asked.steps.isEmpty()) {
+        return listing.isEmpty() ? listed() : listing;
     }
-    if (script == u"tell application \"System Events\" to return 0"_s) {
-        return Reply{u"probe"_s, "0\n"};
+    QByteArray lines;
+    for (qsizetype i = 0; i < std::min(asked.steps.size(), lastAnswered.value_or(asked.steps.size())); ++i) {
+        lines += asked.steps.at(i).isAddition ? added(asked.steps.at(i)) : deleted(asked.steps.at(i));
     }
-    for (const QString& property : {u"name"_s, u"path"_s}) {
-        const QString literal = literalIn(script, property);
-        if (!literal.isEmpty() && script == deletionScript(property, literal)) {
-            return Reply{u"delete where %1 is %2"_s.arg(property, unescaped(literal)),
-                         deleted(property, unescaped(literal))};
-        }
-    }
-    const QString literal = literalIn(script, u"path"_s);
-    for (const bool isHidden : {false, true}) {
-        if (!literal.isEmpty() && script == additionScript(literal, isHidden)) {
-            return Reply{u"add %1 hidden:%2"_s.arg(unescaped(literal), isHidden ? u"true"_s : u"false"_s),
-                         added(unescaped(literal), isHidden)};
-        }
-    }
-    return std::nullopt;
-}
-
-QString ScriptedLoginItems::literalIn(const QString& script, const QString& property) {
-    const QString start = kDeletionStart + property + u" is \""_s;
-    if (!script.startsWith(start)) {
-        return {};
-    }
-    qsizetype end = start.size();
-    while (end < script.size() && script.at(end) != u'"') {
-        end += script.at(end) == u'\\' ? 2 : 1;
-    }
-    return script.mid(start.size(), end - start.size());
-}
-
-QString ScriptedLoginItems::unescaped(const QString& literal) {
-    QString text;
-    for (qsizetype place = 0; place < literal.size(); ++place) {
-        place += literal.at(place) == u'\\' ? 1 : 0;
-        text.append(literal.at(place));
-    }
-    return text;
+    return lines + '\n';
 }
 
 QByteArray ScriptedLoginItems::listed() const {
@@ -112,37 +55,37 @@ QByteArray ScriptedLoginItems::listed() const {
     return lines.toUtf8() + '\n';
 }
 
-QByteArray ScriptedLoginItems::deleted(const QString& property, const QString& value) {
-    if (!denial.isEmpty()) {
-        return {};
-    }
-    const auto isMatch = [&property, &value](const LoginItem& item) {
-        return (property == u"name" ? item.name : item.path).compare(value, Qt::CaseInsensitive) == 0;
-    };
-    if (std::none_of(items.begin(), items.end(), isMatch)) {
+QByteArray ScriptedLoginItems::deleted(const Step& step) {
+    const auto isMatch = [&step](const LoginItem& item) { return step.isFor(item.name, item.path); };
+    const auto found = std::find_if(items.begin(), items.end(), isMatch);
+    if (found == items.end()) {
         return "missing\n";
     }
-    if (unchangeable.contains(value)) {
-        return "error:Some parameter is wrong.\n";
+    if (unchangeable.contains(step.name) || unchangeable.contains(step.path)) {
+        return "error:" + QByteArray::number(changeError) + '\n';
+    }
+    if (deletesByName) {
+        const QString name = found->name;
+        items.erase(std::find_if(items.begin(), items.end(), [&name](const LoginItem& item) {
+            return item.name.compare(name, Qt::CaseInsensitive) == 0;
+        }));
+        return "ok\n";
     }
     items.removeIf(
         [this, &isMatch](const LoginItem& item) { return isMatch(item) && !undeletable.contains(item.name); });
     return "ok\n";
 }
 
-QByteArray ScriptedLoginItems::added(const QString& path, bool isHidden) {
-    if (!denial.isEmpty()) {
-        return {};
+QByteArray ScriptedLoginItems::added(const Step& step) {
+    if (unchangeable.contains(step.path)) {
+        return "error:" + QByteArray::number(changeError) + '\n';
     }
-    if (unchangeable.contains(path)) {
-        return "error:Some parameter is wrong.\n";
-    }
-    const auto isThere = [&path](const LoginItem& item) { return item.path.compare(path, Qt::CaseInsensitive) == 0; };
+    const auto isThere = [&step](const LoginItem& item) { return step.isFor(item.name, item.path); };
     if (std::any_of(items.begin(), items.end(), isThere)) {
         return "exists\n";
     }
-    const QString name = path.mid(path.lastIndexOf(u'/') + 1);
-    items.append({name.endsWith(u".app"_s) ? name.chopped(4) : name, path, isHidden});
+    const QString name = step.path.mid(step.path.lastIndexOf(u'/') + 1);
+    items.append({name.endsWith(u".app"_s) ? name.chopped(4) : name, step.path, step.hidden});
     return "ok\n";
 }
 

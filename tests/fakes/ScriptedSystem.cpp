@@ -8,7 +8,8 @@ QFuture<CommandOutcome> ScriptedCommandLauncher::run(QStringList arguments, Outp
     const QString line = commandLine(arguments);
     m_trace.append((capture == OutputCapture::Capture ? u"$> "_s : u"$ "_s) + line);
     const std::optional<CommandOutcome> answer = respond ? respond(arguments) : std::nullopt;
-    const CommandOutcome outcome = answer.value_or(m_answers.value(line, succeeded({})));
+    const CommandOutcome ofLaunchd = launchd.answer(arguments).value_or(succeeded({}));
+    const CommandOutcome outcome = answer.value_or(m_answers.value(line, ofLaunchd));
     return m_isHolding ? heldBack(outcome) : QtFuture::makeReadyFuture(outcome);
 }
 
@@ -139,7 +140,17 @@ void ScriptedSystem::makeBackupsUnreadable() {
 }
 
 QString ScriptedSystem::takeTrace() {
-    return std::exchange(trace, {}).join(u'\n') + u'\n';
+    return withLooksAtLaunchd(std::exchange(trace, {}).join(u'\n') + u'\n');
+}
+
+QByteArray ScriptedSystem::wholeDump(const QByteArray& printed) {
+    return printed + "Quorvane: end of the list\n";
+}
+
+void ScriptedSystem::takeDump(const QByteArray& printed) {
+    files.addFile(system.backgroundDumpPath(), wholeDump(printed));
+    QCoro::waitFor(system.loadPrivilegedBackgroundDump());
+    trace.clear();
 }
 
 Host ScriptedSystem::hostWith(FileManager& disk, Clock& time) {

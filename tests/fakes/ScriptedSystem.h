@@ -2,6 +2,7 @@
 
 #include "core/NotificationCenter.h"
 #include "fakes/CommandLine.h"
+#include "fakes/FakeLaunchd.h"
 #include "fakes/FixedBiometrics.h"
 #include "fakes/FixedLoginService.h"
 #include "fakes/ManualClock.h"
@@ -55,6 +56,9 @@ public:
     void answer(const QString& line, const CommandOutcome& outcome);
     void print(const QString& line, const QByteArray& output);
     void fail(const QString& line, int status, const QByteArray& error = {});
+
+    /// Answers what isn't in the table.
+    FakeLaunchd launchd;
 
     /// Asked before the table: for commands that change something or whose answers change. None leaves it to the table.
     std::function<std::optional<CommandOutcome>(const QStringList& arguments)> respond;
@@ -125,6 +129,10 @@ protected:
     /// What was logged, run and asked since the last call, one per line.
     QString takeTrace();
     Host hostWith(FileManager& disk, Clock& time);
+    /// What root's line leaves of a background task list that is whole.
+    static QByteArray wholeDump(const QByteArray& printed);
+    /// The program knows this list already.
+    void takeDump(const QByteArray& printed);
 
     inline static const QString kTimeMachineSettings = u"/Library/Preferences/com.apple.TimeMachine.plist"_s;
     void setAutomaticBackups(bool areOn);

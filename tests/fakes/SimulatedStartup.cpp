@@ -1,5 +1,7 @@
 #include "fakes/SimulatedStartup.h"
 
+#include "fakes/MacSetUp.h"
+
 namespace quorvane {
 
 QByteArray plistText(std::initializer_list<std::pair<QString, QString>> values) {
@@ -8,6 +10,10 @@ QByteArray plistText(std::initializer_list<std::pair<QString, QString>> values) 
         text += u"<key>"_s + key + u"</key><string>"_s + value.toHtmlEscaped() + u"</string>"_s;
     }
     return (text + u"</dict></plist>\n"_s).toUtf8();
+}
+
+QByteArray startingPlist(const QString& label, const QString& program) {
+    return plistText({{u"Label"_s, label}, {u"Program"_s, program}, {u"StartInterval"_s, u"3600"_s}});
 }
 
 StartupApplyResult SimulatedStartup::applyStartup(const StartupConfiguration& configuration) {
@@ -48,10 +54,7 @@ QStringList SimulatedStartup::loginNames() const {
 }
 
 void SimulatedStartup::addFile(const QString& path, const QByteArray& bytes) const {
-    const bool isUsers = path.startsWith(u"/Users/"_s) || path.startsWith(u"/Applications/"_s);
-    const macsim::Volume disk = volume(isUsers ? macsim::Actor::User : macsim::Actor::Root);
-    disk.createFolders(path.left(path.lastIndexOf(u'/')));
-    disk.write(path, bytes);
+    macsim::installFile(host->mac(), path, bytes);
 }
 
 void SimulatedStartup::giveToRoot(const QString& path) const {
@@ -75,7 +78,7 @@ void SimulatedStartup::giveToUser(const QString& path) const {
 }
 
 void SimulatedStartup::addLaunchItem(const QString& path, const QString& label) const {
-    addFile(path, plistText({{u"Label"_s, label}, {u"Program"_s, u"/usr/bin/true"_s}}));
+    addFile(path, startingPlist(label, u"/usr/bin/true"_s));
     const std::string domain = path.contains(u"/LaunchDaemons/"_s) ? "system" : "gui/501";
     changeState("launchd", [&](macsim::Json& launchd) {
         launchd["jobs"][domain][label.toStdString()] = {{"path", path.toStdString()}, {"pid", nullptr}};
@@ -96,6 +99,7 @@ QString SimulatedStartup::addApplicationWithHelper(const QString& name, const QS
                        {"name", name.toStdString()},
                        {"type", "app"},
                        {"identifier", "2." + identifier.toStdString()},
+                       {"enabled", false},
                        {"url", "file://" + QString(application).replace(u' ', u"%20"_s).toStdString() + "/"}});
     addBackgroundTask({{"uid", 501},
                        {"name", name.toStdString() + " Helper"},

@@ -12,6 +12,9 @@ namespace quorvane {
 /// A launch plist, or the information of a bundle, with text values.
 QByteArray plistText(std::initializer_list<std::pair<QString, QString>> values);
 
+/// A launch plist of a job that starts by itself, though not when it is loaded.
+QByteArray startingPlist(const QString& label, const QString& program);
+
 /// A fresh Mac of alex's (501), on which a test puts what runs at login, and the program on it.
 class SimulatedStartup : public SimulatedSystem {
 protected:

@@ -1,5 +1,7 @@
 #include "fakes/StartupSystem.h"
 
+#include "fakes/BackgroundList.h"
+
 namespace quorvane {
 
 void PrintTo(const ApplyVerificationResult& result, std::ostream* stream) {
@@ -27,6 +29,7 @@ BackgroundTaskItem applicationRecord(const QString& name, const QString& label) 
     BackgroundTaskItem record = backgroundRecord(name, label, {}, u"app (0x2)"_s);
     record.identifier = u"2."_s + label;
     record.url = u"file:///Applications/"_s + name + u".app/"_s;
+    record.disposition = u"[disabled, allowed, notified] (0xa)"_s; // it only holds what is in it
     return record;
 }
 
@@ -36,6 +39,12 @@ QByteArray dumpOf(const QList<BackgroundTaskItem>& records) {
         text += u" #1:\n   Name: "_s + record.name + u"\n   Type: "_s + record.itemType + u"\n   Disposition: "_s +
                 record.disposition + u"\n   Identifier: "_s + record.identifier + u"\n   URL: "_s +
                 record.url.value_or(u"(null)"_s) + u'\n';
+        if (record.bundleIdentifier) {
+            text += u"   Bundle Identifier: "_s + *record.bundleIdentifier + u'\n';
+        }
+        if (!record.flags.isEmpty()) {
+            text += u"   Flags: "_s + record.flags + u'\n';
+        }
         if (record.parentIdentifier) {
             text += u"   Parent Identifier: "_s + *record.parentIdentifier + u'\n';
         }
@@ -78,7 +87,7 @@ QString StartupSystem::takeTrace() {
     for (QString& line : lines) {
         line = m_purposes.value(line, line);
     }
-    return lines.join(u'\n') + u'\n';
+    return withLooksAtLaunchd(lines.join(u'\n') + u'\n');
 }
 
 QString StartupSystem::prompted(const QString& line, const QString& prompt) {
@@ -90,41 +99,20 @@ qsizetype StartupSystem::prompts() const {
 }
 
 QString StartupSystem::dumpLine() const {
-    return u"/usr/bin/sfltool dumpbtm > '"_s + system.backgroundDumpPath() + u"' 2>/dev/null || true"_s;
+    return backgroundListLine(system.backgroundDumpPath());
 }
 
 void StartupSystem::cacheDump(const QList<BackgroundTaskItem>& records) {
-    commands.print(u"/usr/bin/sfltool dumpbtm"_s, dumpOf(records));
-    QCoro::waitFor(system.loadBackgroundTaskItems());
-    trace.clear();
-}
-
-bool StartupSystem::isActive(const QString& label) const {
-    return system.backgroundTaskItems()->isActive(label);
+    takeDump(dumpOf(records));
 }
 
 QString StartupSystem::launchctlLines(const QString& label) {
-    return u"$> /bin/launchctl bootout gui/501/"_s + label + u"\n$> /bin/launchctl disable gui/501/"_s + label + u'\n';
+    return u"$ /bin/launchctl disable gui/501/"_s + label + u"\n$ /bin/launchctl bootout gui/501/"_s + label + u'\n';
 }
 
 QString StartupSystem::queuedLaunchctl(const QString& label) {
-    return u"/bin/launchctl bootout gui/501 "_s + label + u" 2>/dev/null || true ; /bin/launchctl disable gui/501/"_s +
+    return u"/bin/launchctl bootout system/"_s + label + u" 2>/dev/null || true ; /bin/launchctl disable system/"_s +
            label;
-}
-
-QString StartupSystem::quarantineLine(const QString& source, const QString& label) {
-    const QString backup = u"/Users/alex/.quorvane_backup"_s;
-    const QString folder = kQuarantine + label;
-    const QString destination = folder + source.mid(source.lastIndexOf(u'/'));
-    QString isRealSource;
-    for (qsizetype end = source.indexOf(u'/', 1); end > 0; end = source.indexOf(u'/', end + 1)) {
-        isRealSource += u"[ ! -L '"_s + source.left(end) + u"' ] && "_s;
-    }
-    isRealSource += u"[ ! -L '"_s + source + u"' ] && "_s;
-    return u"[ ! -L '"_s + backup + u"' ] && [ ! -L '"_s + backup + u"/bundled-login-items' ] && [ ! -L '"_s + folder +
-           u"' ] && mkdir -p '"_s + folder + u"' && [ ! -e '"_s + destination + u"' ] && [ ! -L '"_s + destination +
-           u"' ] && "_s + isRealSource + u"/usr/bin/ditto '"_s + source + u"' '"_s + destination + u"' && "_s +
-           isRealSource + u"rm -rf '"_s + source + u'\'';
 }
 
 void StartupSystem::giveToRoot(const QString& path) {
@@ -139,42 +127,27 @@ void StartupSystem::giveToRoot(const QString& path) {
 std::optional<CommandOutcome> StartupSystem::answer(const QStringList& arguments) {
     if (arguments.first() == u"/usr/bin/osascript") {
         const QString line = u"$> "_s + commandLine(arguments);
-        const auto [purpose, reply] = answerOfSystemEvents(arguments.last());
-        m_purposes.insert(line, u"$> osascript: "_s + purpose);
-        CommandOutcome outcome = ScriptedCommandLauncher::succeeded(reply.toUtf8());
-        if (deniesSystemEvents) {
-            outcome.standardOutput.clear();
-            outcome.standardError = "Not authorized to send Apple events to System Events. (-1743)\n";
-            outcome.code = 1;
+        const std::optional<AskedOfSystemEvents> asked = askedOfSystemEvents(arguments.last());
+        if (!asked) {
+            return std::nullopt; // stands in the trace as it is
         }
-        return outcome;
-    }
-    if (arguments.first() == u"/usr/bin/ditto" && !stuck.contains(arguments.at(1))) {
-        copy(arguments.at(1), arguments.at(2));
+        m_purposes.insert(line, u"$> osascript: "_s + asked->purpose());
+        return ScriptedCommandLauncher::succeeded(
+            deniesSystemEvents ? "ERROR|-1743|Not authorized to send Apple events to System Events.\n"
+                               : answerOfSystemEvents(*asked).toUtf8());
     }
     return std::nullopt;
 }
 
-QPair<QString, QString> StartupSystem::answerOfSystemEvents(const QString& script) {
-    static const QRegularExpression addition(u"path:\"(.*)\", hidden:(true|false)"_s);
-    static const QRegularExpression removal(u"whose (name|path) is \"(.*)\""_s);
-    if (script == readLoginItemsScript()) {
-        return {u"read"_s, listing()};
+QString StartupSystem::answerOfSystemEvents(const AskedOfSystemEvents& asked) {
+    if (asked.steps.isEmpty()) {
+        return listing();
     }
-    if (script == systemEventsProbeScript()) {
-        return {u"probe"_s, u"0"_s};
+    QString answers;
+    for (const AskedOfSystemEvents::Step& step : asked.steps) {
+        answers += step.isAddition ? add({nameInPath(step.path), step.path, step.hidden}) : remove(step);
     }
-    if (const auto match = addition.match(script); match.hasMatch()) {
-        const QString path = match.captured(1);
-        EXPECT_EQ(script, addLoginItemScript(path, match.captured(2) == u"true"));
-        return {u"add "_s + path, add({nameInPath(path), path, match.captured(2) == u"true"})};
-    }
-    const auto match = removal.match(script);
-    EXPECT_TRUE(match.hasMatch());
-    const QString value = match.captured(2);
-    const bool isByName = match.captured(1) == u"name";
-    EXPECT_EQ(script, isByName ? removeLoginItemByNameScript(value) : removeLoginItemAtPathScript(value));
-    return {u"remove "_s + match.captured(1) + u' ' + value, remove(value, isByName)};
+    return answers;
 }
 
 QString StartupSystem::listing() const {
@@ -186,31 +159,25 @@ QString StartupSystem::listing() const {
 }
 
 QString StartupSystem::add(const LoginItem& item) {
-    if (!deniesSystemEvents) {
-        login.append(item);
-    }
-    return u"ok"_s;
+    login.append(item);
+    return u"ok\n"_s;
 }
 
-QString StartupSystem::remove(const QString& value, bool isByName) {
-    const qsizetype count = deniesSystemEvents ? 0 : login.removeIf([&](const LoginItem& item) {
-        return (isByName ? item.name : item.path).compare(value, Qt::CaseInsensitive) == 0;
-    });
-    return count > 0 ? u"ok"_s : u"missing"_s;
+QString StartupSystem::remove(const AskedOfSystemEvents::Step& step) {
+    const qsizetype count = login.removeIf([&](const LoginItem& item) { return step.isFor(item.name, item.path); });
+    return count > 0 ? u"ok\n"_s : u"missing\n"_s;
 }
 
 void StartupSystem::carryOutAsRoot(const QString& source) {
     static const QRegularExpression move(u"&& mv '([^']*)' '([^']*)'"_s);
-    static const QRegularExpression quarantine(u"&& /usr/bin/ditto '([^']*)' '([^']*)' &&"_s);
     if (source.contains(u"sfltool dumpbtm"_s) && !dump.isNull()) {
-        files.addFile(system.backgroundDumpPath(), dump);
+        files.addFile(system.backgroundDumpPath(), wholeDump(dump));
         files.setOwner(system.backgroundDumpPath(), 0);
     }
-    for (const QRegularExpression& expression : {move, quarantine}) {
-        for (const QRegularExpressionMatch& match : expression.globalMatch(source)) {
-            moveAsRoot(match.captured(1), match.captured(2));
-        }
+    for (const QRegularExpressionMatch& match : move.globalMatch(source)) {
+        moveAsRoot(match.captured(1), match.captured(2));
     }
+    commands.launchd.carryOut(source);
 }
 
 void StartupSystem::moveAsRoot(const QString& from, const QString& to) {

@@ -2,12 +2,12 @@
 
 #include "core/AdminScript.h"
 #include "core/Paths.h"
+#include "fakes/AskedOfSystemEvents.h"
 #include "fakes/ScriptedSystem.h"
 #include "platform/TreeRemoval.h"
 #include "startup/apply/ActiveStartup.h"
 #include "startup/background/BackgroundTaskList.h"
 #include "startup/items/StartupConfiguration.h"
-#include "startup/login/LoginItemScripts.h"
 
 #include <QRegularExpression>
 
@@ -34,7 +34,7 @@ StartupItem loginAppOff(const QString& name);
 StartupItem launchAgentOff(const QString& fileName);
 StartupItem backgroundItemOff(const QString& label);
 
-/// A scripted system whose login items change with the scripts, whose `ditto` copies, and where root does what the
+/// A scripted system whose login items change with the scripts, and where root does what the
 /// program asks for. In the trace the scripts for System Events stand by their purposes.
 class StartupSystem : public ScriptedSystem {
 public:
@@ -49,24 +49,25 @@ protected:
     QString dumpLine() const;
     /// The program knows the list already.
     void cacheDump(const QList<BackgroundTaskItem>& records);
-    bool isActive(const QString& label) const;
+    /// False when launchd keeps the label of the user's off.
+    bool isActive(const QString& label) const { return !commands.launchd.isOff(u"gui/501/"_s + label); }
+    /// What is run as the user to switch a label off, and as root.
     static QString launchctlLines(const QString& label);
     static QString queuedLaunchctl(const QString& label);
-    static QString quarantineLine(const QString& source, const QString& label);
     /// The user may change nothing of it.
     void giveToRoot(const QString& path);
 
     QList<LoginItem> login;
     bool deniesSystemEvents = false;
     QByteArray dump;     ///< what the tool prints for root
-    QSet<QString> stuck; ///< what neither `ditto` copies nor root moves
+    QSet<QString> stuck; ///< what root doesn't move
 
 private:
     std::optional<CommandOutcome> answer(const QStringList& arguments);
-    QPair<QString, QString> answerOfSystemEvents(const QString& script);
+    QString answerOfSystemEvents(const AskedOfSystemEvents& asked);
     QString listing() const;
     QString add(const LoginItem& item);
-    QString remove(const QString& value, bool isByName);
+    QString remove(const AskedOfSystemEvents::Step& step);
     void carryOutAsRoot(const QString& source);
     /// As the lines do it: what lies at the new place goes first, whatever becomes of the rest.
     void moveAsRoot(const QString& from, const QString& to);

@@ -2,6 +2,8 @@
 // the backup in the user's home, and also after runs that were killed half-way.
 
 #include "fakes/SimulatedStartup.h"
+#include "simulator/Restart.h"
+#include "simulator/Updaters.h"
 
 namespace quorvane {
 
@@ -69,6 +71,10 @@ protected:
         }
         return labels;
     }
+    /// Gone, or launchd starts it no more.
+    bool isOff(const QString& plist, const QString& label) const {
+        return !exists(plist) || labelsThatStayOff().contains(label);
+    }
     void expectAllBack() const {
         EXPECT_TRUE(holds(kAgent, agentBefore));
         EXPECT_TRUE(holds(kDaemon, daemonBefore));
@@ -110,12 +116,13 @@ TEST_F(KeptLaunchItemsOnSimulatedMac, everythingComesBackAsItWas) {
     ASSERT_TRUE(holds(kKeptAgent, agentBefore));
     ASSERT_TRUE(holds(kKeptDaemon, daemonBefore));
     ASSERT_FALSE(isLoaded(u"com.own.job"_s) || isLoaded(u"com.daemon.job"_s, kSystemDomain));
-    ASSERT_EQ(labelsThatStayOff(), QStringList({u"com.own.job"_s, u"com.agent.job"_s}));
+    ASSERT_EQ(labelsThatStayOff(), QStringList({u"com.agent.job"_s, u"com.own.job"_s, u"com.daemon.job"_s}));
     start();
     EXPECT_TRUE(reinstate());
     EXPECT_EQ(log(), u"  [ACTION] Queued restore for system launch item: com.agent.plist\n"
                      "  [ACTION] Queued restore for system launch item: com.daemon.plist\n"
-                     "  [REVERTED] Restored 1 LaunchAgents/Daemons.\n"_s);
+                     "  [REVERTED] Restored 1 LaunchAgents/Daemons.\n"
+                     "  [RESTORED] 3 background item(s) allowed to start again.\n"_s);
     expectAllBack();
     EXPECT_TRUE(isLoaded(u"com.own.job"_s));
     EXPECT_EQ(picture().changesSince(before),
@@ -123,17 +130,17 @@ TEST_F(KeptLaunchItemsOnSimulatedMac, everythingComesBackAsItWas) {
               "+ /Library/Application Support/Quorvane/LaunchItems: folder\n"
               "+ /Library/Application Support/Quorvane/LaunchItems/_Library_LaunchAgents: folder\n"
               "+ /Library/Application Support/Quorvane/LaunchItems/_Library_LaunchDaemons: folder\n"
+              "+ /Users/alex/.quorvane: folder\n"
               "+ /Users/alex/.quorvane_backup: folder\n"
               "+ /Users/alex/.quorvane_backup/UserHome_Library_LaunchAgents: folder\n"
               "+ /Users/alex/.quorvane_backup/_Library_LaunchAgents: folder\n"
               "+ /Users/alex/.quorvane_backup/_Library_LaunchDaemons: folder\n"
               "- state launchd/disabled/system: null\n"
-              "+ state launchd/disabled/system/com.agent.job: false\n"
               "+ state launchd/disabled/system/com.daemon.job: false\n"
               "- state launchd/disabled/user~1501: null\n"
               "+ state launchd/disabled/user~1501/com.agent.job: false\n"
-              "+ state launchd/disabled/user~1501/com.daemon.job: false\n"
               "+ state launchd/disabled/user~1501/com.own.job: false\n"
+              "+ state launchd/jobs/gui~1501/com.agent.job/lastExitStatus: null\n"
               "+ state launchd/jobs/gui~1501/com.own.job/lastExitStatus: null\n"
               "+ state launchd/jobs/system/com.daemon.job/lastExitStatus: null\n"_s);
 }
@@ -164,7 +171,7 @@ TEST_F(KeptLaunchItemsOnSimulatedMac, offAndBackAgainAndAgain) {
 TEST_F(KeptLaunchItemsOnSimulatedMac, theNewestOfTwoSwitchedOffComesBack) {
     ASSERT_TRUE(switchAllOff());
     addLaunchItem(kDaemon, u"com.daemon.job"_s);
-    addFile(kDaemon, plistText({{u"Label"_s, u"com.daemon.job"_s}, {u"Program"_s, u"/usr/bin/newer"_s}}));
+    addFile(kDaemon, startingPlist(u"com.daemon.job"_s, u"/usr/bin/newer"_s));
     daemonBefore = content(kDaemon);
     start();
     ASSERT_TRUE(switchAllOff());
@@ -172,15 +179,75 @@ TEST_F(KeptLaunchItemsOnSimulatedMac, theNewestOfTwoSwitchedOffComesBack) {
     expectAllBack();
 }
 
-TEST_F(KeptLaunchItemsOnSimulatedMac, aCancelledPromptLeavesEverythingForTheNextTime) {
+TEST_F(KeptLaunchItemsOnSimulatedMac, whatAnUpdaterPutsBackStaysOffAndASecondApplyAsksForNothing) {
+    ASSERT_TRUE(switchAllOff());
+    const QByteArray newer = startingPlist(u"com.daemon.job"_s, u"/usr/bin/newer"_s);
+    macsim::updaterInstalls(host->mac(), kDaemon, newer);
+    macsim::updaterInstalls(host->mac(), kAgent, agentBefore);
+    macsim::updaterInstalls(host->mac(), kOwn, startingPlist(u"com.own.job"_s, u"/usr/bin/newer"_s));
+    const qsizetype prompts = authorization.prompts().size();
+    start();
+    const QStringList labels{u"com.own.plist"_s, u"com.agent.plist"_s, u"com.daemon.plist"_s};
+    EXPECT_TRUE(QCoro::waitFor(system->disableLaunchItems(labels, {})));
+    EXPECT_EQ(log(), u"  [INFO] Launch item already disabled: com.own.plist\n"
+                     "  [INFO] Launch item already disabled: com.agent.plist\n"
+                     "  [INFO] Launch item already disabled: com.daemon.plist\n"_s);
+    EXPECT_EQ(authorization.prompts().size(), prompts);
+    EXPECT_TRUE(holds(kDaemon, newer));
+    macsim::restart(host->mac());
+    EXPECT_FALSE(isLoaded(u"com.own.job"_s) || isLoaded(u"com.agent.job"_s) ||
+                 isLoaded(u"com.daemon.job"_s, kSystemDomain));
+    EXPECT_TRUE(reinstate());
+    EXPECT_EQ(labelsThatStayOff(), QStringList());
+    EXPECT_TRUE(holds(kDaemon, newer));
+    EXPECT_TRUE(isLoaded(u"com.daemon.job"_s, kSystemDomain));
+}
+
+TEST_F(KeptLaunchItemsOnSimulatedMac, theUsersOwnOverrideIsNotLifted) {
+    changeState("launchd", [](macsim::Json& launchd) {
+        launchd["disabled"]["user/501"]["com.own.job"] = true;
+        launchd["disabled"]["system"]["com.daemon.job"] = true;
+        launchd["disabled"]["system"]["com.agent.job"] = true; // which says nothing of an agent
+    });
+    ASSERT_TRUE(switchAllOff());
+    EXPECT_TRUE(exists(kOwn) && exists(kDaemon)) << "both are off already";
+    EXPECT_FALSE(exists(kAgent));
+    EXPECT_TRUE(reinstate());
+    EXPECT_TRUE(holds(kAgent, agentBefore));
+    EXPECT_EQ(labelsThatStayOff(), QStringList({u"com.own.job"_s, u"com.daemon.job"_s, u"com.agent.job"_s}));
+    EXPECT_EQ(disabledLabels(), QStringList(u"com.own.job"_s));
+}
+
+TEST_F(KeptLaunchItemsOnSimulatedMac, whatAnEarlierVersionHasPutAsideWithoutARecordStartsAgain) {
+    ASSERT_TRUE(switchAllOff());
+    for (const QString& record : {u"launchd-overrides.json"_s, u"launch-items-put-aside.json"_s}) {
+        volume().remove(u"/Users/alex/.quorvane/"_s + record);
+    }
+    EXPECT_TRUE(reinstate());
+    expectAllBack();
+    EXPECT_TRUE(isLoaded(u"com.own.job"_s));
+}
+
+TEST_F(KeptLaunchItemsOnSimulatedMac, aDaemonThatWaitsForItsApplicationStaysWhereItIs) {
+    addFile(kDaemon, plistText({{u"Label"_s, u"com.daemon.job"_s}, {u"Program"_s, u"/usr/bin/true"_s}}));
+    const macsim::MacPicture before = picture();
+    EXPECT_TRUE(QCoro::waitFor(system->disableLaunchItems(QStringList(u"com.daemon.plist"_s), {})));
+    EXPECT_EQ(log(), u"  [INFO] Only runs when its application needs it: com.daemon.plist\n"_s);
+    EXPECT_EQ(picture().changesSince(before), u"+ /Users/alex/.quorvane_backup: folder\n"_s);
+}
+
+TEST_F(KeptLaunchItemsOnSimulatedMac, aCancelledPromptLeavesWhatNeedsRootForTheNextTime) {
     ASSERT_TRUE(switchSystemsOff());
     logOutAndIn();
-    const macsim::MacPicture off = picture();
     authorization.setAnswer(macsim::Authorization::Cancel);
     EXPECT_FALSE(reinstate());
     EXPECT_TRUE(logs(u"  [INFO] Not restored: com.agent.plist"_s));
     EXPECT_TRUE(logs(u"  [INFO] Not restored: com.daemon.plist"_s));
-    EXPECT_EQ(picture().changesSince(off), QString());
+    EXPECT_TRUE(logs(u"  [INFO] Not restored: com.daemon.job"_s));
+    EXPECT_TRUE(logs(u"  [RESTORED] 1 background item(s) allowed to start again."_s)) << "the user's part";
+    EXPECT_EQ(labelsThatStayOff(), QStringList(u"com.daemon.job"_s));
+    EXPECT_FALSE(exists(kAgent) || exists(kDaemon));
+    expectNothingLost();
     authorization.setAnswer(macsim::Authorization::Allow);
     EXPECT_TRUE(reinstate());
     expectAllBack();
@@ -188,7 +255,7 @@ TEST_F(KeptLaunchItemsOnSimulatedMac, aCancelledPromptLeavesEverythingForTheNext
 
 TEST_F(KeptLaunchItemsOnSimulatedMac, aPlistThatItsInstallerHasBroughtBackStaysAndTheOldOneNeverReturns) {
     ASSERT_TRUE(switchAllOff());
-    addFile(kDaemon, plistText({{u"Label"_s, u"com.daemon.job"_s}, {u"Program"_s, u"/usr/bin/newer"_s}}));
+    addFile(kDaemon, startingPlist(u"com.daemon.job"_s, u"/usr/bin/newer"_s));
     const QByteArray newer = content(kDaemon);
     EXPECT_TRUE(reinstate());
     EXPECT_EQ(content(kDaemon), newer);
@@ -252,7 +319,7 @@ TEST_F(KeptLaunchItemsOnSimulatedMac, copiesThatOthersThanRootCouldHaveMadeStayW
     EXPECT_TRUE(logs(u"  [ERROR] Backup folder is not usable: "_s + kKeep + u"/_Library_LaunchDaemons"_s));
     EXPECT_TRUE(logs(u"  [INFO] Not restored: com.daemon.plist"_s));
     EXPECT_FALSE(exists(kDaemon));
-    EXPECT_EQ(authorization.prompts().size(), 1);
+    EXPECT_EQ(labelsThatStayOff(), QStringList()) << "launchd was told by the program, whatever became of the copies";
 }
 
 TEST_F(KeptLaunchItemsOnSimulatedMac, aLinkThatComesWhileThePromptIsOpenStopsRoot) {
@@ -276,7 +343,7 @@ TEST_F(KeptLaunchItemsOnSimulatedMac, aPlistThatComesWhileThePromptIsOpenStaysAn
     ASSERT_TRUE(switchAllOff());
     system->beginAdminBatch();
     system->queueKeptLaunchItems();
-    addFile(kDaemon, plistText({{u"Label"_s, u"com.daemon.job"_s}, {u"Program"_s, u"/usr/bin/newer"_s}}));
+    addFile(kDaemon, startingPlist(u"com.daemon.job"_s, u"/usr/bin/newer"_s));
     const QByteArray newer = content(kDaemon);
     EXPECT_TRUE(QCoro::waitFor(system->finishAdminBatch(u"Back, please."_s)));
     QCoro::waitFor(system->settleKeptLaunchItems());
@@ -367,7 +434,8 @@ TEST_P(KilledSwitchingOff, canBeDoneAgain) {
     EXPECT_FALSE(switchAllOff());
     start();
     EXPECT_TRUE(switchAllOff());
-    EXPECT_FALSE(exists(kAgent) || exists(kDaemon));
+    EXPECT_TRUE(isOff(kAgent, u"com.agent.job"_s));
+    EXPECT_TRUE(isOff(kDaemon, u"com.daemon.job"_s));
     expectNothingLost();
     EXPECT_TRUE(reinstate());
     expectAllBack();
@@ -377,12 +445,12 @@ INSTANTIATE_TEST_SUITE_P(
     AtEachCommand, KilledSwitchingOff,
     ::testing::Values(KilledAt{"mkdir", "/Quorvane/LaunchItems/_Library_LaunchAgents"},
                       KilledAt{"cp", "com.agent.plist"}, KilledAt{"mkdir", "quorvane_backup/_Library_LaunchAgents"},
-                      KilledAt{"rm", "com.agent.plist"}, KilledAt{"launchctl", "bootout system .*com.agent"},
-                      KilledAt{"launchctl", "unload -w .*com.agent"}, KilledAt{"mv", "com.agent.plist"},
+                      KilledAt{"rm", "com.agent.plist"}, KilledAt{"launchctl", "disable gui/501/com.agent"},
+                      KilledAt{"launchctl", "bootout gui/501/com.agent"}, KilledAt{"mv", "com.agent.plist"},
                       KilledAt{"mkdir", "/Quorvane/LaunchItems/_Library_LaunchDaemons"},
                       KilledAt{"cp", "com.daemon.plist"}, KilledAt{"mkdir", "quorvane_backup/_Library_LaunchDaemons"},
-                      KilledAt{"rm", "com.daemon.plist"}, KilledAt{"launchctl", "bootout system .*com.daemon"},
-                      KilledAt{"mv", "com.daemon.plist"}));
+                      KilledAt{"rm", "com.daemon.plist"}, KilledAt{"launchctl", "bootout system/com.daemon"},
+                      KilledAt{"launchctl", "disable system/com.daemon"}, KilledAt{"mv", "com.daemon.plist"}));
 
 class KilledSwitchingOn : public KilledLaunchItemLine {};
 
@@ -402,12 +470,9 @@ TEST_P(KilledSwitchingOn, losesNothingAndTheNextOneCompletesIt) {
 
 INSTANTIATE_TEST_SUITE_P(AtEachCommand, KilledSwitchingOn,
                          ::testing::Values(KilledAt{"cp", "com.agent.plist"}, KilledAt{"mv", "com.agent.plist"},
-                                           KilledAt{"launchctl", "enable system/com.agent.job"},
-                                           KilledAt{"launchctl", "enable gui/501/com.agent.job"},
                                            KilledAt{"rm", "com.agent.plist"}, KilledAt{"cp", "com.daemon.plist"},
                                            KilledAt{"mv", "com.daemon.plist"},
                                            KilledAt{"launchctl", "enable system/com.daemon.job"},
-                                           KilledAt{"launchctl", "enable gui/501/com.daemon.job"},
                                            KilledAt{"launchctl", "bootstrap system"},
                                            KilledAt{"rm", "com.daemon.plist"}));
 

@@ -202,7 +202,8 @@ TEST_F(RehearsalOnLaptop, startupWorksAlone) {
     EXPECT_TRUE(changes.contains(u"- state loginItems \"Spotify\"/path: "_s));
     EXPECT_FALSE(changes.contains(u"state power"_s));
     EXPECT_FALSE(changes.contains(u"Google LLC"_s));
-    EXPECT_TRUE(shell(u"ls ~/'Library/Application Support'"_s).isEmpty()) << "nothing is saved";
+    EXPECT_EQ(shell(u"ls ~/'Library/Application Support/Quorvane'"_s).trimmed(), QByteArray("startup_memory.json"))
+        << "no profile is saved";
 }
 
 TEST_F(RehearsalOnLaptop, discoverListsEachItemWithItsPath) {

@@ -366,11 +366,6 @@ bool isOfItsOverride(const Difference& difference) {
     return form.match(difference.key).hasMatch();
 }
 
-bool isLaunchItemNotedAsEnabled(const Difference& difference, const RoundTrip&) {
-    return isOfItsOverride(difference) && difference.after == u"false";
-}
-
-/// A record that isn't allowed any more, or the override of one's label, which no launch item has.
 /// Of a record, or one that a profile switches off although there is none.
 bool isBackgroundLabel(const QString& label, const RoundTrip& trip) {
     const Json& records = trip.mac["backgroundTasks"]["records"];
@@ -383,22 +378,38 @@ bool isBackgroundLabel(const QString& label, const RoundTrip& trip) {
            });
 }
 
-bool isBackgroundItem(const Difference& difference, const RoundTrip& trip) {
-    static const QRegularExpression record(u"\\Astate backgroundTasks \"[248]\\..*\"/allowed\\z"_s);
-    if (record.match(difference.key).hasMatch()) {
-        return difference.after == u"false";
-    }
-    const QString overrides = u"state launchd/disabled/user~1501/"_s;
-    return difference.key.startsWith(overrides) && difference.after == u"true" &&
-           isBackgroundLabel(difference.key.mid(overrides.size()), trip);
+bool isOfBackgroundOverride(const Difference& difference, const RoundTrip& trip) {
+    static const QRegularExpression form(u"\\Astate launchd/disabled/(?:user~1501|system)/(.*)\\z"_s);
+    const QRegularExpressionMatch match = form.match(difference.key);
+    return match.hasMatch() && isBackgroundLabel(match.captured(1), trip);
 }
 
-bool isHelper(const Difference& difference, const RoundTrip&) {
-    static const QRegularExpression inApplication(
-        u"\\A/(Applications|Library/Audio/Plug-Ins)/[^/]+\\.app/Contents/Library/(LoginItems|LaunchAgents)/"_s);
-    static const QRegularExpression aside(u"\\A/Users/alex/\\.quorvane_backup/bundled-login-items(/|\\z)"_s);
-    return (inApplication.match(difference.key).hasMatch() && !difference.after) ||
-           (aside.match(difference.key).hasMatch() && !difference.before);
+/// What the user has disabled by themselves isn't among them.
+bool isNotedAsEnabled(const Difference& difference, const RoundTrip& trip) {
+    return (isOfItsOverride(difference) || isOfBackgroundOverride(difference, trip)) && difference.after == u"false" &&
+           difference.before != u"true";
+}
+
+/// The job of what an application has registered, or its process: stopped, it starts at the next login.
+bool isStoppedBackgroundJob(const Difference& difference, const RoundTrip& trip) {
+    static const QRegularExpression job(u"\\Astate launchd/jobs/[^/]+/(.*)/(path|pid|lastExitStatus)\\z"_s);
+    const QRegularExpressionMatch match = job.match(difference.key);
+    const bool isJob = match.hasMatch() && !launchItemJob(difference) && isBackgroundLabel(match.captured(1), trip);
+    const bool isProcess = difference.before && difference.key.startsWith(u"state processes \""_s) &&
+                           !difference.key.contains(u"\"NotificationCenter\""_s) && !isOfItsProcess(difference) &&
+                           !ranBefore(difference, trip);
+    return isProcess || (isJob && !difference.after); // of two processes with one name the other may be left
+}
+
+/// A record that isn't allowed any more, or what runs no more.
+bool isBackgroundItem(const Difference& difference, const RoundTrip& trip) {
+    static const QRegularExpression record(u"\\Astate backgroundTasks \"[248]\\..*\"/allowed\\z"_s);
+    return isStoppedBackgroundJob(difference, trip) ||
+           (record.match(difference.key).hasMatch() && difference.after == u"false");
+}
+
+bool isBackgroundItemAfterRevert(const Difference& difference, const RoundTrip& trip) {
+    return isOfBackgroundOverride(difference, trip) && difference.after == u"true";
 }
 
 // ---- What only the whole way back brings back
@@ -509,11 +520,12 @@ const QList<RoundTripException>& roundTripExceptions() {
         {u"Launch items that you had switched off yourself", "whether they were loaded isn't captured",
          on<WayBack::Reinstate, isLaunchItemThatWasOff>},
         {u"Launch items are noted as enabled", "launchd has to be told that it may load them again",
-         on<WayBack::Reinstate, isLaunchItemNotedAsEnabled>},
-        {u"Background items", "neither way switches them on again", isBackgroundItem},
-        {u"Helpers inside applications", "neither way puts them back into their applications", isHelper},
+         on<WayBack::Reinstate, isNotedAsEnabled>},
+        {u"Background items", "what System Settings has of them can't be changed back", isBackgroundItem},
         {u"Login items after an undo", "only Reinstate adds them again", on<WayBack::Revert, isLoginItemAfterRevert>},
         {u"Launch items after an undo", "only Reinstate puts them back", on<WayBack::Revert, isLaunchItemAfterRevert>},
+        {u"Background items after an undo", "only Reinstate lifts what launchd was told",
+         on<WayBack::Revert, isBackgroundItemAfterRevert>},
         {u"The network after an undo", "only Reinstate switches it on again",
          on<WayBack::Revert, isServiceAfterRevert>},
         {u"What Quorvane keeps for itself", "snapshots, records and notes are there to stay", isQuorvanesOwn},

@@ -360,7 +360,7 @@ void changeWorld(const macsim::Mac& mac, Draw& draw) {
     if (draw.oneIn(2)) {
         QDir(mac.hostFolder() + draw.from(kApplications)).removeRecursively();
     }
-    mac.volume(macsim::Actor::User).createFolders(u"/Applications/New Toy.app/Contents"_s);
+    QDir().mkpath(mac.hostFolder() + u"/Applications/New Toy.app/Contents"_s);
 }
 
 UnifiedProfile randomRoundTripProfile(const macsim::Json& mac, Draw& draw) {

@@ -184,7 +184,8 @@ private:
     /// Those of the capture and of the way back count.
     void notePermissions() {
         const macsim::StateStore& state = m_host->mac().state();
-        m_trip.mayAskSystemEvents = m_trip.mayAskSystemEvents && macsim::mayAutomate(state, u"System Events"_s);
+        m_trip.mayAskSystemEvents =
+            m_trip.mayAskSystemEvents && macsim::automationDecision(state, u"System Events"_s) == true;
         m_trip.mayChangeBackups = m_trip.mayChangeBackups && macsim::hasFullDiskAccess(state);
     }
 

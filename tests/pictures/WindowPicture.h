@@ -47,6 +47,10 @@ protected:
     static void pressRow(const QString& name);
     void signIn();
     void setState(const char* subject, const macsim::Json& state);
+    /// System Events doesn't list it any more; its registration stays.
+    void listNoLoginItem(const char* name);
+    /// An application registers again what the program had switched off.
+    void registerAnew(const QString& label);
     void launchSettings();
     void showLongLog();
     void showManual(double place);

@@ -15,6 +15,7 @@
 #include "platform/FilePanels.h"
 #include "platform/Machine.h"
 #include "platform/UserDefaults.h"
+#include "simulator/Updaters.h"
 
 #include <QFileDialog>
 #include <QScrollArea>
@@ -186,6 +187,20 @@ void WindowPicture::pressRow(const QString& name) {
 
 void WindowPicture::signIn() {
     setState("cloud", {{"account", true}, {"container", true}});
+}
+
+void WindowPicture::registerAnew(const QString& label) {
+    if (!macsim::applicationRegisters(host->mac(), label)) {
+        throw std::runtime_error("nothing of that label is known");
+    }
+}
+
+void WindowPicture::listNoLoginItem(const char* name) {
+    host->mac().state().update("loginItems", [name](macsim::Json& items) {
+        items.erase(std::remove_if(items.begin(), items.end(),
+                                   [name](const macsim::Json& item) { return item["name"] == name; }),
+                    items.end());
+    });
 }
 
 void WindowPicture::setState(const char* subject, const macsim::Json& state) {
@@ -744,6 +759,32 @@ QList<PicturedState> WindowPicture::reviewStates() {
              picture.saveProfile(u"festival"_s);
              picture.launchWithProfiles();
              picture.openReview(exampleProfile(u"festival"_s).name);
+         },
+         u"dj-laptop"_s},
+        {u"review-unread"_s,
+         [](WindowPicture& picture) {
+             picture.setState("permissions", {{"automationQuestion", "deny"}});
+             picture.saveProfile(u"festival"_s);
+             picture.launchWithProfiles();
+             picture.openReview(exampleProfile(u"festival"_s).name);
+         },
+         u"dj-laptop"_s},
+        {u"review-on-again"_s,
+         [](WindowPicture& picture) {
+             const QString festival = exampleProfile(u"festival"_s).name;
+             picture.saveProfile(u"festival"_s);
+             picture.listNoLoginItem("Dropbox"); // it opens by its own registration then
+             picture.launchWithProfiles();
+             picture.openReview(festival);
+             press(Qt::Key_Return);
+             authorize(u"downbeat"_s);
+             answerAlert(u"Restart Required"_s);
+             waitUntilSeen(u"Some changes could not be verified"_s);
+             press(Qt::Key_Return);
+             picture.waitUntilIdle();
+             picture.registerAnew(u"com.splice.Splice.LoginHelper"_s);
+             picture.openReview(festival);
+             scrollDown();
          },
          u"dj-laptop"_s},
         {u"review-tweaks"_s,

@@ -50,7 +50,8 @@ TEST_F(AdministratorLines, aDumpThatRootWritesIsReadByTheUser) {
     EXPECT_EQ(disk(Actor::User).read(dump), "half a du");
 }
 
-TEST_F(AdministratorLines, aHelperIsMovedOutOfItsApplication) {
+TEST_F(AdministratorLines, aHelperIsMovedOutOfItsApplicationWhereThatIsAllowed) {
+    setPermission(mac.mac, "appManagement", true);
     const QString helper = u"/Applications/Bob's.app/Contents/Library/LoginItems/My Helper.app"_s;
     putFile(mac, helper + u"/Contents/Info.plist"_s, "plist");
     putFile(mac, helper + u"/Contents/MacOS/Helper"_s, "program");
@@ -61,6 +62,15 @@ TEST_F(AdministratorLines, aHelperIsMovedOutOfItsApplication) {
     EXPECT_EQ(disk(Actor::Root).read(u"/Users/alex/.kept/x/My Helper.app/Contents/MacOS/Helper"_s), "program");
     EXPECT_FALSE(disk(Actor::Root).exists(helper));
     EXPECT_TRUE(disk(Actor::Root).exists(u"/Applications/Bob's.app/Contents/Library/LoginItems"_s));
+}
+
+TEST_F(AdministratorLines, aFreshMacRefusesAndTheCopyIsLeftBehind) {
+    putFile(mac, u"/Applications/X.app/helper"_s, "program");
+    const ToolRun refused =
+        run(u"/usr/bin/ditto '/Applications/X.app/helper' '/Users/alex/h' && rm -rf '/Applications/X.app/helper'"_s);
+    EXPECT_EQ(refused, (ToolRun{1, {}, "rm: /Applications/X.app/helper: Operation not permitted\n"}));
+    EXPECT_TRUE(disk(Actor::Root).exists(u"/Applications/X.app/helper"_s));
+    EXPECT_TRUE(disk(Actor::Root).exists(u"/Users/alex/h"_s));
 }
 
 TEST_F(AdministratorLines, aHelperThatCannotBeCopiedStays) {

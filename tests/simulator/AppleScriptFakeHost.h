@@ -38,11 +38,14 @@ public:
 
     const ScriptDictionary* findDictionary(const QString& /*application*/) override { return nullptr; }
 
+    void limitEvents(std::chrono::seconds limit) override { limits.push_back(limit); }
+
     ScriptApplication* findApplication(const QString& name) override {
         return name.compare(m_application.name(), Qt::CaseInsensitive) == 0 ? &m_application : nullptr;
     }
 
     std::vector<ShellScriptRequest> requests;
+    std::vector<std::chrono::seconds> limits; ///< of events, as they changed
     ShellScriptOutcome outcome;
     std::optional<ScriptError> refusal;
 

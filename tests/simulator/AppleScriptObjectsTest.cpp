@@ -84,6 +84,7 @@ public:
     ScriptApplication* findApplication(const QString& name) override {
         return name == theatre.name() ? static_cast<ScriptApplication*>(&theatre) : &m_other;
     }
+    void limitEvents(std::chrono::seconds /*limit*/) override {}
 
     Theatre theatre;
 

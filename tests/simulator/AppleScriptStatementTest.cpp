@@ -162,4 +162,22 @@ TEST(AppleScriptStatement, valuesNestOnlySoDeep) {
     EXPECT_EQ(errorOf(references).number, -2706);
 }
 
+TEST(AppleScriptStatement, aTimeoutHoldsForTheEventsInItsBlock) {
+    FakeScriptHost host;
+    resultOf(u"with timeout of 20 seconds\nwith timeout of 1 second\n5\nend timeout\nend"_s, host);
+    using std::chrono::seconds;
+    EXPECT_EQ(host.limits, (std::vector{seconds(20), seconds(1), seconds(20), seconds(120)}));
+    host.limits.clear();
+    resultOf(u"set limit to 7\ntry\nwith timeout of limit + 1 seconds\nerror \"x\"\nend timeout\nend try"_s, host);
+    EXPECT_EQ(host.limits, (std::vector{seconds(8), seconds(120)})) << "however it ends";
+    expectResults({
+        {u"with timeout of 5 seconds\nset x to 3\nend timeout\nx"_s, "3"},
+        {u"with timeout of 5 seconds\nreturn 4\nend timeout\n5"_s, "4"},
+        {u"repeat\nwith timeout of 5 seconds\nexit repeat\nend timeout\nend repeat\n6"_s, "6"},
+    });
+    EXPECT_EQ(errorOf(u"with timeout 5 seconds\n1\nend timeout"_s).number, -2741);
+    EXPECT_EQ(errorOf(u"with timeout of 5\n1\nend timeout"_s).number, -2741);
+    EXPECT_EQ(errorOf(u"with timeout of 5 seconds\n1\nend try"_s).number, -2741);
+}
+
 } // namespace macsim

@@ -67,7 +67,7 @@ TEST(AppleScriptSyntax, whatIsNotImplementedDoesNotCompile) {
         u"global x"_s,
         u"considering case\nend considering"_s,
         u"ignoring case\nend ignoring"_s,
-        u"with timeout of 5 seconds\nend timeout"_s,
+        u"with transaction\nend transaction"_s,
         u"display dialog \"x\""_s,
         u"set {a, b} to {1, 2}"_s,
         u"x's name"_s,

@@ -37,8 +37,11 @@ class ExampleProfile : public ExampleMacs {};
 
 void expectJobsOf(const Mac& mac, const LaunchdDomain& domain) {
     const ProcessTable processes(mac.state());
+    const Volume disk = mac.volume(Actor::Root);
     for (const LaunchdJob& job : LaunchdState(mac).jobs(domain)) {
-        const auto plist = readLaunchPlist(mac.volume(Actor::Root), job.path);
+        const bool isLoginItem = disk.isFolder(job.path);
+        const LaunchPlist loginItem{job.label, job.path, {}, true, false, false};
+        const auto plist = isLoginItem ? std::optional(loginItem) : readLaunchPlist(disk, job.path);
         ASSERT_TRUE(plist) << job.path.toStdString();
         EXPECT_EQ(plist->label, job.label);
         if (job.pid > 0) {

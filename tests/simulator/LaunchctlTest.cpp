@@ -79,6 +79,12 @@ protected:
         : Launchctl("26.1") {}
 };
 
+class LaunchctlOnSequoia : public Launchctl {
+protected:
+    LaunchctlOnSequoia()
+        : Launchctl("15.6") {}
+};
+
 class LaunchctlOnMonterey : public Launchctl {
 protected:
     LaunchctlOnMonterey()
@@ -303,7 +309,7 @@ TEST_F(Launchctl, disableIsSilentAndLeavesTheJobRunning) {
     EXPECT_EQ(run({u"print-disabled"_s, u"user/501"_s}),
               (ToolRun{0,
                        "\tdisabled services = {\n\t\t\"com.x.agent\" => disabled\n"
-                       "\t\t\"no.such.label\" => disabled\n\t}\n",
+                       "\t\t\"no.such.label\" => disabled\n\t}\n\tlogin item associations = {\n\t}\n",
                        {}}));
     EXPECT_EQ(run({u"enable"_s, u"user/501/com.x.agent"_s}), kSilent);
     EXPECT_TRUE(run({u"print-disabled"_s, u"gui/501"_s}).output.contains("\t\t\"com.x.agent\" => enabled\n"));
@@ -343,6 +349,58 @@ TEST_F(Launchctl, rootUnloadsADaemonForGood) {
 TEST_F(Launchctl, aSystemLabelIsDisabledWithoutAWordAndWithoutEffect) {
     EXPECT_EQ(run({u"disable"_s, u"gui/501/com.apple.notificationcenterui"_s}, Actor::Root), kSilent);
     EXPECT_EQ(override("user/501", "com.apple.notificationcenterui"), "null");
+}
+
+TEST_F(Launchctl, anybodyReadsEveryDomainsOverrides) {
+    run({u"disable"_s, u"system/com.x.daemon"_s}, Actor::Root);
+    run({u"disable"_s, u"gui/501/com.x.agent"_s}, Actor::Root);
+    for (const Actor actor : {Actor::User, Actor::Root}) {
+        EXPECT_TRUE(run({u"print-disabled"_s, u"system"_s}, actor)
+                        .output.startsWith("\tdisabled services = {\n\t\t\"com.x.daemon\" => disabled\n\t}\n"));
+        EXPECT_TRUE(run({u"print-disabled"_s, u"gui/501"_s}, actor)
+                        .output.startsWith("\tdisabled services = {\n\t\t\"com.x.agent\" => disabled\n\t}\n"));
+    }
+}
+
+TEST_F(Launchctl, loginItemsAndTheirApplicationsAreListedBehindTheOverrides) {
+    setState(mac, "backgroundTasks",
+             {{"records",
+               {{{"uid", 501}, {"type", "app"}, {"identifier", "2.com.x"}},
+                {{"uid", 501}, {"type", "login item"}, {"identifier", "4.com.x.helper"}, {"parent", "2.com.x"}},
+                {{"uid", 501}, {"type", "agent"}, {"identifier", "8.com.x.agent"}, {"parent", "2.com.x"}},
+                {{"uid", 502}, {"type", "login item"}, {"identifier", "4.com.y.helper"}, {"parent", "2.com.y"}}}}});
+    run({u"disable"_s, u"gui/501/com.x.helper"_s});
+    EXPECT_EQ(run({u"print-disabled"_s, u"gui/501"_s}).output,
+              "\tdisabled services = {\n\t\t\"com.x.helper\" => disabled\n\t}\n"
+              "\tlogin item associations = {\n\t\t\"com.x.helper\" => {\n\t\t\t\"com.x\" => true\n\t\t}\n\t}\n");
+    EXPECT_EQ(run({u"print-disabled"_s, u"system"_s}).output,
+              "\tdisabled services = {\n\t}\n\tlogin item associations = {\n\t}\n");
+}
+
+TEST_F(Launchctl, whatTheUserHasDisallowedIsNotLoadedWhateverItsOverrideSays) {
+    setState(mac, "backgroundTasks",
+             {{"records",
+               {{{"uid", 501},
+                 {"type", "legacy agent"},
+                 {"identifier", "8.com.x.agent"},
+                 {"url", "file://" + kAgent.toStdString()},
+                 {"allowed", false}}}}});
+    run({u"enable"_s, u"gui/501/com.x.agent"_s});
+    EXPECT_EQ(run({u"bootstrap"_s, u"gui/501"_s, kAgent}),
+              (ToolRun{5, {}, "Bootstrap failed: 5: Input/output error\n"}));
+    EXPECT_TRUE(run({u"load"_s, u"-w"_s, kAgent}).error.startsWith("Load failed: 5: "));
+    EXPECT_FALSE(isLoaded("gui/501", "com.x.agent"));
+    EXPECT_EQ(run({u"bootstrap"_s, u"gui/501"_s, kIdleAgent}), kSilent);
+}
+
+TEST_F(LaunchctlOnSequoia, bootstrapNamesADisabledService) {
+    run({u"disable"_s, u"gui/501/com.x.agent"_s});
+    EXPECT_EQ(run({u"bootstrap"_s, u"gui/501"_s, kAgent}),
+              (ToolRun{119, {}, "Bootstrap failed: 119: Service is disabled\n"}));
+    EXPECT_FALSE(isLoaded("gui/501", "com.x.agent"));
+    run({u"enable"_s, u"gui/501/com.x.agent"_s});
+    EXPECT_EQ(run({u"bootstrap"_s, u"gui/501"_s, kAgent}), kSilent);
+    EXPECT_EQ(run({u"bootstrap"_s, u"gui/501"_s, kAgent}).status, 5) << "it is loaded";
 }
 
 // load and unload
@@ -405,6 +463,18 @@ TEST_F(Launchctl, theOtherKindOfJobIsWarnedOfAndRefused) {
     EXPECT_EQ(run({u"load"_s, kSharedAgent}), kSilent);
     EXPECT_TRUE(isLoaded("system", "com.x.daemon"));
     EXPECT_TRUE(isLoaded("gui/501", "com.x.shared"));
+}
+
+TEST_F(Launchctl, rootsUnloadOfAnAgentLeavesTheUsersJobAlone) {
+    run({u"load"_s, kSharedAgent});
+    const ToolRun unloaded = run({u"unload"_s, u"-w"_s, kSharedAgent}, Actor::Root);
+    EXPECT_EQ(unloaded.status, 0);
+    EXPECT_TRUE(unloaded.error.startsWith("Warning: Expecting a LaunchDaemons path since the command was ran as root. "
+                                          "Got LaunchAgents instead.\n"));
+    EXPECT_EQ(run({u"bootout"_s, u"system"_s, kSharedAgent}, Actor::Root),
+              (ToolRun{5, {}, "Boot-out failed: 5: Input/output error\n"}));
+    EXPECT_TRUE(running().contains(u"shared"_s));
+    EXPECT_EQ(override("user/501", "com.x.shared"), "null");
 }
 
 TEST_F(Launchctl, unloadOfASystemJobIsRefusedAndTheJobRunsOn) {
@@ -473,7 +543,8 @@ TEST_F(Launchctl, printShowsADomain) {
               "gui/501 = {\n\tservices = {\n"
               "\t\t     400      - \tcom.apple.notificationcenterui\n"
               "\t\t       0      - \tcom.x.idle\n"
-              "\t}\n\n\tdisabled services = {\n\t\t\"com.x.idle\" => disabled\n\t}\n}\n");
+              "\t}\n\n\tdisabled services = {\n\t\t\"com.x.idle\" => disabled\n\t}\n"
+              "\tlogin item associations = {\n\t}\n}\n");
 }
 
 TEST_F(Launchctl, listShowsTheCallersJobs) {

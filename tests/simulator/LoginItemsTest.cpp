@@ -1,8 +1,11 @@
 #include "simulator/LoginItems.h"
 
+#include "simulator/Journal.h"
 #include "simulator/PropertyList.h"
 #include "simulator/ToolRun.h"
 #include "simulator/tools/Osascript.h"
+
+#include <QFile>
 
 #include <string>
 #include <thread>
@@ -21,6 +24,7 @@ Json item(const char* name, const Json& path, bool hidden) {
 class LoginItemsTest : public ::testing::Test {
 protected:
     LoginItemsTest() {
+        setState(folder, "permissions", {{"automationQuestion", "allow"}});
         setItems({item("Dropbox", "/Applications/Dropbox.app", false), item("Live", "/Applications/Live.app", true)});
     }
 
@@ -48,45 +52,67 @@ protected:
     void setTasks(const Json& records) { setState(folder, "backgroundTasks", {{"records", records}}); }
     Json tasks() const { return folder.mac.state().read("backgroundTasks"); }
 
-    void refuse(bool tellFails) {
-        setState(folder, "permissions",
-                 {{"automation", {{"System Events", false}}}, {"tellNeedsAutomation", tellFails}});
-    }
-
     SimulatedMacFolder folder;
 };
 
+const QString kRefusal = u"Not authorized to send Apple events to System Events."_s;
+
+/// As the program reads them: by their number.
 const QString kReading = uR"(tell application "System Events"
     set output to ""
     try
-        repeat with loginItem in login items
-            set itemName to name of loginItem
-            set itemPath to path of loginItem
-            set itemHidden to hidden of loginItem
-            set output to output & itemName & "|" & itemPath & "|" & itemHidden & "\n"
-        end repeat
-    on error errMsg
-        return "ERROR|" & errMsg
+        with timeout of 120 seconds
+            set itemCount to count of login items
+        end timeout
+        with timeout of 20 seconds
+            repeat with itemNumber from 1 to itemCount
+                set itemName to "Unreadable login item " & itemNumber
+                set itemPath to ""
+                set itemHidden to "unreadable"
+                try
+                    set itemName to name of login item itemNumber
+                    set itemHidden to false
+                    set itemHidden to hidden of login item itemNumber
+                    set itemPath to path of login item itemNumber
+                on error errMsg number errNum
+                    if errNum is -1743 or errNum is -600 or errNum is -609 then error errMsg number errNum
+                    if errNum is -1712 and itemHidden is "unreadable" then error errMsg number errNum
+                end try
+                set output to output & itemName & "|" & itemPath & "|" & itemHidden & "\n"
+            end repeat
+        end timeout
+    on error errMsg number errNum
+        return "ERROR|" & errNum & "|" & errMsg
     end try
     return output
 end tell)"_s;
 
+/// One event for each condition.
+QString deletingAll(const QStringList& conditions) {
+    QString steps;
+    for (const QString& condition : conditions) {
+        steps += uR"(        try
+            if (count of (every login item whose %1)) is 0 then
+                set output to output & "missing\n"
+            else
+                delete (every login item whose %1)
+                set output to output & "ok\n"
+            end if
+        on error number errNum
+            set output to output & "error:" & errNum & "\n"
+        end try
+)"_s.arg(condition);
+    }
+    return uR"(tell application "System Events"
+    set output to ""
+    with timeout of 20 seconds
+)"_s + steps +
+           u"    end timeout\n    return output\nend tell"_s;
+}
+
 /// @param test  the property that is looked at: "name", "path"
 QString deleting(const QString& test, const QString& literal) {
-    return uR"(tell application "System Events"
-    try
-        set matches to every login item whose %1 is "%2"
-        if (count of matches) is 0 then
-            return "missing"
-        end if
-        repeat with loginItem in matches
-            delete loginItem
-        end repeat
-        return "ok"
-    on error errMsg
-        return "error:" & errMsg
-    end try
-end tell)"_s.arg(test, literal);
+    return deletingAll({u"%1 is \"%2\""_s.arg(test, literal)});
 }
 
 QString making(const QString& pathLiteral, const QString& hidden) {
@@ -98,8 +124,8 @@ QString making(const QString& pathLiteral, const QString& hidden) {
         end if
         make new login item at end of login items with properties {path:"%1", hidden:%2}
         return "ok"
-    on error errMsg
-        return "error:" & errMsg
+    on error number errNum
+        return "error:" & errNum
     end try
 end tell)"_s.arg(pathLiteral, hidden);
 }
@@ -131,7 +157,7 @@ TEST_F(LoginItemsTest, aPathThatIsGoneIsAMissingValue) {
     setItems({item("Null", nullptr, false), {{"name", "None"}}});
     EXPECT_EQ(script(kReading), (ToolRun{0, "Null|missing value|false\nNone|missing value|false\n\n", ""}));
     EXPECT_EQ(printed(u"get path of login item 1"_s), "missing value\n");
-    EXPECT_EQ(script(deleting(u"name"_s, u"null"_s)), (ToolRun{0, "ok\n", ""}));
+    EXPECT_EQ(script(deleting(u"name"_s, u"null"_s)), (ToolRun{0, "ok\n\n", ""}));
     EXPECT_EQ(names(), std::vector<std::string>{"None"});
 }
 
@@ -140,7 +166,8 @@ TEST_F(LoginItemsTest, hostileNamesSurvive) {
     setItems({item("Other", "/a", false), item(name, "/Users/alex/x.command", false)});
     const ToolRun read = script(kReading);
     EXPECT_EQ(read.output.toStdString(), "Other|/a|false\n" + std::string(name) + "|/Users/alex/x.command|false\n\n");
-    EXPECT_EQ(script(deleting(u"name"_s, u"Mika’s \\\"Warm-up\\\" | a\\\\b, ü\nend tell"_s)), (ToolRun{0, "ok\n", ""}));
+    EXPECT_EQ(script(deleting(u"name"_s, u"Mika’s \\\"Warm-up\\\" | a\\\\b, ü\nend tell"_s)),
+              (ToolRun{0, "ok\n\n", ""}));
     EXPECT_EQ(names(), std::vector<std::string>{"Other"});
 }
 
@@ -180,13 +207,13 @@ TEST_F(LoginItemsTest, areNoWordsOutsideOfSystemEvents) {
 TEST_F(LoginItemsTest, deletingByNameTakesEveryItemOfThatNameInAnyCase) {
     setItems({item("live", "/a", false), item("Keep", "/b", false), item("LIVE", "/c", false),
               item("Live", nullptr, false), item("Live", nullptr, true)});
-    EXPECT_EQ(script(deleting(u"name"_s, u"Live"_s)), (ToolRun{0, "ok\n", ""}));
+    EXPECT_EQ(script(deleting(u"name"_s, u"Live"_s)), (ToolRun{0, "ok\n\n", ""}));
     EXPECT_EQ(names(), std::vector<std::string>{"Keep"});
-    EXPECT_EQ(script(deleting(u"name"_s, u"Live"_s)), (ToolRun{0, "missing\n", ""}));
+    EXPECT_EQ(script(deleting(u"name"_s, u"Live"_s)), (ToolRun{0, "missing\n\n", ""}));
 }
 
 TEST_F(LoginItemsTest, deletingByPathTakesThatItemOnly) {
-    EXPECT_EQ(script(deleting(u"path"_s, u"/Applications/Live.app"_s)), (ToolRun{0, "ok\n", ""}));
+    EXPECT_EQ(script(deleting(u"path"_s, u"/Applications/Live.app"_s)), (ToolRun{0, "ok\n\n", ""}));
     EXPECT_EQ(names(), std::vector<std::string>{"Dropbox"});
 }
 
@@ -208,7 +235,7 @@ TEST_F(LoginItemsTest, deletingAMissingOneIsAnError) {
 TEST_F(LoginItemsTest, aDeletionThatDoesNothingSaysNothing) {
     setState(folder, "loginItemFaults", {{"deleteIsSilent", true}});
     setTasks({{{"uid", 501}, {"type", "app"}, {"url", "file:///Applications/Live.app/"}, {"enabled", true}}});
-    EXPECT_EQ(script(deleting(u"name"_s, u"Live"_s)), (ToolRun{0, "ok\n", ""}));
+    EXPECT_EQ(script(deleting(u"name"_s, u"Live"_s)), (ToolRun{0, "ok\n\n", ""}));
     EXPECT_EQ(names(), (std::vector<std::string>{"Dropbox", "Live"}));
     EXPECT_EQ(tasks()["records"][0]["enabled"], true);
 }
@@ -287,36 +314,118 @@ TEST_F(LoginItemsTest, deletingLeavesTheBackgroundRecordDisabledAndMakingEnables
     EXPECT_EQ(tasks()["records"], Json::array({other, agent, live}));
 }
 
-TEST_F(LoginItemsTest, aRefusalStrikesTheTellSoThatTheProbeTellsOfIt) {
-    refuse(true);
-    for (const QString& source : {kReading, u"tell application \"System Events\" to return 0"_s}) {
-        const ToolRun run = script(source);
-        EXPECT_EQ(run.status, 1);
-        EXPECT_EQ(run.output, "");
-        EXPECT_TRUE(run.error.endsWith("Not authorized to send Apple events to System Events. (-1743)\n"))
-            << run.error.toStdString();
-    }
-    EXPECT_EQ(script(u"tell application \"Finder\" to return 0"_s), (ToolRun{0, "0\n", ""}));
+// ---- Two of one name
+
+TEST_F(LoginItemsTest, aListThatIsKeptKnowsItsItemsByTheirNames) {
+    setItems({item("Chat", "/first", false), item("chat", "/second", true)});
+    const QString keeping =
+        u"tell application \"System Events\"\nset kept to every login item whose path is \"/second\"\n"_s;
+    EXPECT_EQ(script(keeping + u"get path of item 1 of kept\nend tell"_s), (ToolRun{0, "/first\n", ""}));
+    EXPECT_EQ(script(keeping + u"repeat with each in kept\nset hidden of each to true\nend repeat\nend tell"_s).status,
+              0);
+    EXPECT_EQ(items()[0], item("Chat", "/first", true));
+    EXPECT_EQ(script(keeping + u"delete item 1 of kept\nend tell"_s).status, 0);
+    EXPECT_EQ(items(), Json::array({item("chat", "/second", true)})) << "the first of the name went";
 }
 
-TEST_F(LoginItemsTest, aRefusalMayStrikeOnlyTheFirstEvent) {
-    refuse(false);
+TEST_F(LoginItemsTest, aLoopKnowsItsItemsByTheirNamesToo) {
+    setItems({item("Chat", "/first", false), item("chat", "/second", true)});
+    EXPECT_EQ(script(u"tell application \"System Events\"\nset output to \"\"\nrepeat with each in login items\n"
+                     "set output to output & path of each & \" \"\nend repeat\nreturn output\nend tell"_s),
+              (ToolRun{0, "/first /first \n", ""}));
+}
+
+TEST_F(LoginItemsTest, oneEventFindsItsItemsByItself) {
+    setItems({item("Chat", "/first", false), item("chat", "/second", true), item("Chat", "/third", true)});
+    EXPECT_EQ(script(kReading), (ToolRun{0, "Chat|/first|false\nchat|/second|true\nChat|/third|true\n\n", ""}));
+    EXPECT_EQ(script(deletingAll({u"path is \"/second\" and name is \"Chat\""_s, u"path is \"/second\""_s})),
+              (ToolRun{0, "ok\nmissing\n\n", ""}));
+    EXPECT_EQ(items(), Json::array({item("Chat", "/first", false), item("Chat", "/third", true)}));
+}
+
+TEST_F(LoginItemsTest, aDeletionMayGoByTheNameAllTheSame) {
+    setItems({item("Chat", "/first", false), item("chat", "/second", true)});
+    setState(folder, "loginItemFaults", {{"deleteGoesByName", true}});
+    EXPECT_EQ(script(deleting(u"path"_s, u"/second"_s)), (ToolRun{0, "ok\n\n", ""}));
+    EXPECT_EQ(items(), Json::array({item("chat", "/second", true)}));
+}
+
+// ---- What can't be read
+
+TEST_F(LoginItemsTest, oneThatCannotBeReadIsListedByWhatCouldBe) {
+    setState(folder, "loginItemFaults", {{"unreadable", {{"Dropbox", {"path"}}, {"Live", {"name", "path"}}}}});
+    EXPECT_EQ(script(kReading), (ToolRun{0, "Dropbox||false\nUnreadable login item 2||unreadable\n\n", ""}));
+    EXPECT_EQ(printed(u"get hidden of login item \"Live\""_s), "true\n");
+    EXPECT_TRUE(tell(u"get path of login item \"Dropbox\""_s).error.endsWith("(-1728)\n"));
+}
+
+// ---- The permission
+
+TEST_F(LoginItemsTest, whatTheUserIsAskedForTheFirstTimeIsKept) {
+    for (const bool isAllowed : {true, false}) {
+        setState(folder, "permissions", {{"automationQuestion", isAllowed ? "allow" : "deny"}});
+        const ToolRun first = tell(u"count login items"_s);
+        EXPECT_EQ(first.status, isAllowed ? 0 : 1);
+        EXPECT_EQ(folder.mac.state().read("permissions")["automation"], (Json{{"System Events", isAllowed}}));
+        setState(
+            folder, "permissions",
+            {{"automation", {{"System Events", isAllowed}}}, {"automationQuestion", isAllowed ? "deny" : "allow"}});
+        EXPECT_EQ(tell(u"count login items"_s), first) << "nobody is asked again";
+    }
+}
+
+TEST_F(LoginItemsTest, aRefusalStrikesEachEventAndNoTell) {
+    setState(folder, "permissions", {{"automation", {{"System Events", false}}}});
     const Json before = items();
     EXPECT_EQ(script(u"tell application \"System Events\" to return 0"_s), (ToolRun{0, "0\n", ""}));
-    EXPECT_EQ(script(kReading), (ToolRun{0, "ERROR|Not authorized to send Apple events to System Events.\n", ""}));
-    EXPECT_EQ(script(deleting(u"name"_s, u"Live"_s)),
-              (ToolRun{0, "error:Not authorized to send Apple events to System Events.\n", ""}));
-    EXPECT_EQ(script(making(u"/x"_s, u"true"_s)),
-              (ToolRun{0, "error:Not authorized to send Apple events to System Events.\n", ""}));
+    EXPECT_EQ(script(kReading), (ToolRun{0, "ERROR|-1743|"_ba + kRefusal.toUtf8() + "\n", ""}));
+    EXPECT_EQ(script(deleting(u"name"_s, u"Live"_s)), (ToolRun{0, "error:-1743\n\n", ""}));
+    EXPECT_EQ(script(making(u"/x"_s, u"true"_s)), (ToolRun{0, "error:-1743\n", ""}));
     EXPECT_EQ(tell(u"exists login item \"Live\""_s).status, 1);
-    EXPECT_EQ(tell(u"make login item at end with properties {path:\"/x\"}"_s).status, 1);
+    EXPECT_TRUE(tell(u"make login item at end with properties {path:\"/x\"}"_s).error.endsWith("(-1743)\n"));
     EXPECT_EQ(items(), before);
 }
 
-TEST_F(LoginItemsTest, automationIsGrantedWhereNothingRefusesIt) {
-    setState(folder, "permissions", {{"automation", {{"Finder", false}}}});
+TEST_F(LoginItemsTest, aQuestionThatNobodyAnswersIsAnEventThatTookTooLong) {
+    const Json silent[] = {nullptr,
+                           Json::object(),
+                           {{"automationQuestion", "unanswered"}},
+                           {{"automationQuestion", "allow"}, {"automation", {{"System Events", "unanswered"}}}}};
+    for (const Json& permissions : silent) {
+        setState(folder, "permissions", permissions);
+        EXPECT_EQ(script(kReading),
+                  (ToolRun{0, "ERROR|-1712|System Events got an error: AppleEvent timed out.\n", ""}));
+        EXPECT_EQ(folder.mac.state().read("permissions"), permissions) << "the question stands";
+    }
+}
+
+TEST_F(LoginItemsTest, theJournalTellsHowLongAnEventWaitedForTheAnswer) {
+    const QString file = folder.outside() + u"/journal"_s;
+    const Journal journal({file});
+    const auto asked = [&](const QString& source, const char* policy) {
+        setState(folder, "permissions", {{"automationQuestion", policy}});
+        QFile::remove(file);
+        ToolContext context = folder.context({u"osascript"_s, u"-e"_s, source});
+        context.journal = &journal;
+        runOsascript(context);
+        QFile written(file);
+        EXPECT_TRUE(written.open(QIODevice::ReadOnly));
+        return written.readAll();
+    };
+    EXPECT_EQ(asked(kReading, "unanswered"), R"({"automation":"System Events","answer":"unanswered","seconds":120})"
+                                             "\n");
+    EXPECT_EQ(asked(deleting(u"name"_s, u"Live"_s), "unanswered"),
+              R"({"automation":"System Events","answer":"unanswered","seconds":20})"
+              "\n");
+    EXPECT_EQ(asked(u"tell application \"System Events\" to count login items"_s, "allow"),
+              R"({"automation":"System Events","answer":"allow","seconds":120})"
+              "\n");
+}
+
+TEST_F(LoginItemsTest, eachApplicationHasItsOwnPermission) {
+    setState(folder, "permissions", {{"automation", {{"Finder", false}}}, {"automationQuestion", "allow"}});
     EXPECT_EQ(printed(u"count login items"_s), "2\n");
-    EXPECT_EQ(script(u"tell application \"Finder\" to return 0"_s).status, 1);
+    EXPECT_EQ(script(u"tell application \"Finder\" to count items in trash"_s).status, 1);
 }
 
 TEST_F(LoginItemsTest, whatOthersWriteIsSeen) {
@@ -358,7 +467,7 @@ TEST_F(LoginItemsTest, manyItemsAreReadAndOneOfThemDeleted) {
     constexpr int kCount = 2000;
     setItems(manyItems(kCount));
     EXPECT_EQ(script(kReading).output.count('\n'), kCount + 1);
-    EXPECT_EQ(script(deleting(u"name"_s, u"item 1999"_s)), (ToolRun{0, "ok\n", ""}));
+    EXPECT_EQ(script(deleting(u"name"_s, u"item 1999"_s)), (ToolRun{0, "ok\n\n", ""}));
     EXPECT_EQ(items(), manyItems(kCount - 1));
 }
 

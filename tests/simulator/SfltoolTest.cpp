@@ -1,6 +1,7 @@
 #include "simulator/tools/Sfltool.h"
 
 #include "ToolRun.h"
+#include "simulator/Journal.h"
 
 #include <QRegularExpression>
 
@@ -113,6 +114,23 @@ TEST_F(Sfltool, aUserIsRefused) {
     EXPECT_TRUE(kRefusal.match(QString::fromUtf8(run.error)).hasMatch()) << run.error.toStdString();
 }
 
+TEST_F(Sfltool, theJournalTellsOfTheDialogThatAUserSees) {
+    const QString file = mac.outside() + u"/journal"_s;
+    const Journal journal({file});
+    const auto run = [&](Actor actor) {
+        ToolContext context = mac.context({u"sfltool"_s, u"dumpbtm"_s}, actor);
+        context.journal = &journal;
+        return runSfltool(context);
+    };
+    EXPECT_EQ(run(Actor::Root), 0);
+    EXPECT_FALSE(QFile::exists(file));
+    EXPECT_EQ(run(Actor::User), 1);
+    EXPECT_EQ(run(Actor::User), 1);
+    QFile records(file);
+    ASSERT_TRUE(records.open(QIODevice::ReadOnly));
+    EXPECT_EQ(records.readAll(), "{\"dialog\":\"sfltool\"}\n{\"dialog\":\"sfltool\"}\n");
+}
+
 TEST_F(Sfltool, dumpsTheMachineThenRootThenTheUser) {
     const ToolRun run = dump(Json::array({kDockerDaemon, kDocker}));
     EXPECT_EQ(run.status, 0);
@@ -202,6 +220,8 @@ TEST_F(Sfltool, everyTypeHasItsBitsAndItsNumber) {
                  {"daemon", u"daemon (0x10)"_s, u"16.com.x"_s},
                  {"legacy agent", u"legacy agent (0x10008)"_s, u"8.com.x"_s},
                  {"legacy daemon", u"legacy daemon (0x10010)"_s, u"16.com.x"_s},
+                 {"managed legacy agent", u"managed legacy agent (0x30008)"_s, u"8.com.x"_s},
+                 {"managed curated legacy daemon", u"managed curated legacy daemon (0xb0010)"_s, u"16.com.x"_s},
                  {"developer", u"developer (0x20)"_s, u"com.x"_s},
                  {"spotlight", u"spotlight (0x40)"_s, u"64.com.x"_s},
                  {"dock tile", u"dock tile (0x80)"_s, u"128.com.x"_s},
@@ -212,6 +232,20 @@ TEST_F(Sfltool, everyTypeHasItsBitsAndItsNumber) {
         EXPECT_EQ(linesOf(run, u"Type"_s), QStringList{u"Type: "_s + one.text});
         EXPECT_EQ(linesOf(run, u"Identifier"_s), QStringList{u"Identifier: "_s + one.identifier});
     }
+}
+
+TEST_F(Sfltool, whatAnOrganisationManagesSaysSoInItsTypeAndItsFlags) {
+    const Json records =
+        Json::array({{{"uid", -2}, {"type", "managed legacy daemon"}, {"identifier", "16.com.x"}},
+                     {{"uid", -2}, {"type", "managed curated legacy daemon"}, {"identifier", "16.com.y"}},
+                     {{"uid", 501}, {"type", "managed agent"}, {"identifier", "8.com.z"}}});
+    const ToolRun run = dump(records, "15.6");
+    EXPECT_EQ(linesOf(run, u"Type"_s),
+              (QStringList{u"Type: managed legacy daemon (0x30010)"_s, u"Type: managed legacy daemon (0x30010)"_s,
+                           u"Type: managed agent (0x20008)"_s}));
+    EXPECT_EQ(linesOf(run, u"Flags"_s),
+              (QStringList{u"Flags: [ legacy, managed ] (0x3)"_s, u"Flags: [ legacy, managed, curated ] (0x7)"_s,
+                           u"Flags: [ managed ] (0x2)"_s}));
 }
 
 TEST_F(Sfltool, whatIsNotKnownIsNullOrLeftOut) {

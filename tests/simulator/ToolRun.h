@@ -1,10 +1,7 @@
 #pragma once
 
+#include "fakes/MacSetUp.h"
 #include "fakes/SimulatedMacFolder.h"
-
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
 
 #include <gtest/gtest.h>
 
@@ -43,10 +40,7 @@ inline void setState(SimulatedMacFolder& folder, const char* subject, const Json
 
 /// Writes a file anywhere on the Mac's disk, the sealed system included.
 inline void putFile(SimulatedMacFolder& folder, const QString& path, const QByteArray& bytes) {
-    QFile file(folder.hostFolder() + path);
-    ASSERT_TRUE(QDir().mkpath(QFileInfo(file.fileName()).path()));
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(bytes);
+    installFile(folder.mac, path, bytes);
 }
 
 } // namespace macsim

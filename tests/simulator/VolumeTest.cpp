@@ -1,6 +1,7 @@
 #include "simulator/Volume.h"
 
 #include "fakes/MacPicture.h"
+#include "fakes/MacSetUp.h"
 #include "fakes/SimulatedMacFolder.h"
 
 #include <QDir>
@@ -138,16 +139,8 @@ TEST_F(VolumeTest, whatIsPrivateNeedsFullDiskAccessAlsoForRoot) {
 TEST_F(VolumeTest, whatIsInOtherApplicationsNeedsAppManagementAlsoForRoot) {
     const QString application = u"/Applications/Chat.app"_s;
     const QString helper = application + u"/Contents/Library/LoginItems/Helper.app"_s;
-    user.createFolders(helper + u"/Contents"_s);
-    user.write(helper + u"/Contents/Info.plist"_s, "x");
+    installFile(folder.mac, helper + u"/Contents/Info.plist"_s, "x");
     user.createFolders(kHome + u"/backup/Helper.app/Contents"_s);
-    const auto give = [this](bool mayChange, bool hasAccess) {
-        folder.mac.state().update("permissions", [=](Json& state) {
-            state["appManagement"] = mayChange;
-            state["fullDiskAccess"] = hasAccess;
-        });
-    };
-    give(false, false);
     for (const Volume& volume : {user, root}) {
         EXPECT_EQ(errorOf([&] { volume.move(helper, kHome + u"/Helper.app"_s); }), EPERM);
         EXPECT_EQ(errorOf([&] { volume.move(helper, helper + u".removed"_s); }), EPERM);
@@ -160,9 +153,25 @@ TEST_F(VolumeTest, whatIsInOtherApplicationsNeedsAppManagementAlsoForRoot) {
     }
     EXPECT_EQ(errorOf([&] { user.move(application, u"/Applications/Talk.app"_s); }), 0) << "all of it";
     user.move(u"/Applications/Talk.app"_s, application);
-    for (const bool mayChange : {false, true}) {
-        give(mayChange, !mayChange);
-        EXPECT_EQ(errorOf([&] { user.write(application + u"/new"_s, "y"); }), 0);
+}
+
+TEST_F(VolumeTest, appManagementIsGivenByItselfOrWithFullDiskAccess) {
+    const QString program = u"/Applications/Chat.app/Contents/MacOS/Chat"_s;
+    installFile(folder.mac, program, "x");
+    const struct {
+        Json permissions;
+        bool mayChange;
+    } cases[] = {{Json(), false},
+                 {{{"systemIntegrityProtection", true}}, false},
+                 {{{"fullDiskAccess", false}}, false},
+                 {{{"fullDiskAccess", true}}, true},
+                 {{{"fullDiskAccess", true}, {"appManagement", false}}, false},
+                 {{{"fullDiskAccess", false}, {"appManagement", true}}, true},
+                 {{{"appManagement", true}}, true}};
+    for (const auto& one : cases) {
+        folder.mac.state().update("permissions", [&one](Json& state) { state = one.permissions; });
+        EXPECT_EQ(user.isWritable(program), one.mayChange) << one.permissions.dump();
+        EXPECT_EQ(root.isWritable(program), one.mayChange) << one.permissions.dump();
     }
 }
 

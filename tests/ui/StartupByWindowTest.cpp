@@ -146,7 +146,7 @@ protected:
     void openWhileSystemEventsHangs() {
         launchAndScan();
         session().system.invalidateStartupCaches();
-        commands().hold();
+        commands().hold(u"/usr/bin/osascript"_s);
         click(u"Startup Optimization"_s);
         letEventsPass();
     }
@@ -224,9 +224,10 @@ TEST_F(StartupByWindow, itListsWhatRunsAtLoginAndCountsIt) {
     EXPECT_EQ(spoken(u"Spotify"_s), u"Spotify, App, runs at login"_s);
     EXPECT_EQ(spoken(u"Traktor Helper"_s), u"Traktor Helper, App, protected, runs at login"_s);
     EXPECT_EQ(spoken(u"Stem Sync Agent"_s), u"Stem Sync Agent, Background Agent, runs at login"_s);
-    EXPECT_TRUE(isSeen(u"Run at Login (%1)"_s.arg(itemRows().size())));
+    const qsizetype count = itemRows().filter(u", runs at login"_s).size();
+    EXPECT_LT(count, itemRows().size()) << "launchd has one as disabled";
+    EXPECT_TRUE(isSeen(u"Run at Login (%1)"_s.arg(count)));
     EXPECT_TRUE(description(u"Spotify"_s).contains(u"/Applications/Spotify.app"_s));
-    const qsizetype count = itemRows().size();
     clickRow(u"Spotify"_s);
     EXPECT_EQ(spoken(u"Spotify"_s), u"Spotify, App, disabled at login"_s);
     EXPECT_TRUE(description(u"Spotify"_s).contains(u"Disabled at login"_s));

@@ -1,5 +1,7 @@
 #include "startup/apply/ActiveStartup.h"
+
 #include "core/Paths.h"
+#include "fakes/ReadLaunchd.h"
 
 #include <gtest/gtest.h>
 
@@ -75,7 +77,7 @@ TEST(ActiveStartup, withoutTheLoginItemsNobodyCanTell) {
 
 TEST(ActiveStartup, aLaunchItemIsActiveWhileItsPlistLiesInALaunchFolder) {
     StartupReadings readings;
-    readings.launchPlists = {u"com.a.plist"_s};
+    readings.launchd = readLaunchd({u"com.a.plist"_s});
     const ActiveStartup active(readings, {});
     StartupItem agent = savedItem(Kind::backgroundAgent, u"A"_s, u"com.a.plist"_s);
     agent.id = u"launch:com.a.plist"_s;
@@ -90,6 +92,7 @@ TEST(ActiveStartup, aLaunchItemIsActiveWhileItsPlistLiesInALaunchFolder) {
 
 TEST(ActiveStartup, aBackgroundItemIsActiveWhileARecordWithItsLabelIsOn) {
     StartupReadings readings;
+    readings.launchd = readLaunchd();
     const StartupItem known = savedItem(Kind::backgroundLoginItem, u"A"_s, u"com.a"_s);
     EXPECT_EQ(ActiveStartup(readings, {}).isActive(known), std::nullopt);
 

@@ -1,3 +1,4 @@
+#include "fakes/BackgroundList.h"
 #include "fakes/ScriptedSystem.h"
 
 #include "core/AdminScript.h"
@@ -256,9 +257,9 @@ TEST_F(AdminBatchTest, theDumpIsTheLastOfTheLine) {
     system.queueAdminCommands({u"mdutil -a -i off"_s});
     takeTrace();
     EXPECT_TRUE(finish(u"Please."_s));
-    EXPECT_EQ(takeTrace(), u"& do shell script \"mdutil -a -i off || true ; /usr/bin/sfltool dumpbtm > '"_s +
-                               system.backgroundDumpPath() +
-                               u"' 2>/dev/null || true\" with prompt \"Please.\" with administrator privileges\n"_s);
+    EXPECT_EQ(takeTrace(), kLookAtLaunchd + u"& do shell script \"mdutil -a -i off || true ; "_s +
+                               backgroundListLine(system.backgroundDumpPath()) +
+                               u"\" with prompt \"Please.\" with administrator privileges\n"_s + kLookAtLaunchd);
 }
 
 TEST_F(AdminBatchTest, theDeferralEndsWithItsBatchWhateverBecameOfIt) {

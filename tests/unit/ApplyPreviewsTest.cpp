@@ -53,6 +53,23 @@ TEST(ApplyPreviews, theSectionsOfStartupChanges) {
                      u"Network interfaces will be disabled [network.slash]"_s}));
 }
 
+TEST(ApplyPreviews, whatCouldNotBeReadStandsBeforeAllElse) {
+    StartupChangePreview preview;
+    preview.unreadLoginItems = u"not permitted"_s;
+    preview.willAdd = {{u"New"_s, u"/New.app"_s, true}};
+    EXPECT_EQ(shown(preview),
+              (QStringList{u"Could not be read [exclamationmark.triangle.fill]"_s, u"  Login items: not permitted – "_s,
+                           u"Will add at login [plus.circle.fill]"_s, u"  New – "_s}));
+}
+
+TEST(ApplyPreviews, whatCouldNotBeReadStandsBeforeTheTweaks) {
+    ProfileApplyPreview profile{u"Gig"_s, {u"Bypass macOS App Nap Throttling"_s}, {}};
+    profile.startup.unreadLoginItems = u"not permitted"_s;
+    EXPECT_EQ(reviewSections(profile).first().title, u"Could not be read"_s);
+    const TweaksApplyPreview tweaks{profile.enabledTweaks, profile.startup};
+    EXPECT_EQ(reviewSections(tweaks).first().title, u"Could not be read"_s);
+}
+
 TEST(ApplyPreviews, whatIsProtectedStaysOnAndIsSaidSo) {
     StartupChangePreview preview;
     preview.willDisable = {item(u"Traktor Helper"_s, StartupItemKind::loginApp)};

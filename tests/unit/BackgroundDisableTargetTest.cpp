@@ -293,28 +293,6 @@ TEST(BackgroundDisableTarget, theQuarantineLiesInTheBackupFolder) {
     EXPECT_EQ(quarantineFolder(u"/Users/alex"_s), u"/Users/alex/.quorvane_backup/bundled-login-items"_s);
 }
 
-TEST(BackgroundDisableTarget, theQuarantineCommandLooksAgainAndCopiesBeforeItRemoves) {
-    EXPECT_EQ(
-        quarantineCommand(u"/Applications/X.app/Contents/H.app"_s, u"/b/q/com.x/H.app"_s),
-        u"[ ! -L '/b' ] && [ ! -L '/b/q' ] && [ ! -L '/b/q/com.x' ] && mkdir -p '/b/q/com.x' && "
-        "[ ! -e '/b/q/com.x/H.app' ] && [ ! -L '/b/q/com.x/H.app' ] && "
-        "[ ! -L '/Applications' ] && [ ! -L '/Applications/X.app' ] && [ ! -L '/Applications/X.app/Contents' ] && "
-        "[ ! -L '/Applications/X.app/Contents/H.app' ] && "
-        "/usr/bin/ditto '/Applications/X.app/Contents/H.app' '/b/q/com.x/H.app' && "
-        "[ ! -L '/Applications' ] && [ ! -L '/Applications/X.app' ] && [ ! -L '/Applications/X.app/Contents' ] && "
-        "[ ! -L '/Applications/X.app/Contents/H.app' ] && "
-        "rm -rf '/Applications/X.app/Contents/H.app'"_s);
-}
-
-TEST(BackgroundDisableTarget, pathsCantLeaveTheirQuotesInTheQuarantineCommand) {
-    EXPECT_EQ(quarantineCommand(u"/Bob's %2;$(x).app"_s, u"/b/q/%3 'l'/H.app"_s),
-              uR"([ ! -L '/b' ] && [ ! -L '/b/q' ] && [ ! -L '/b/q/%3 '\''l'\''' ] && mkdir -p '/b/q/%3 '\''l'\''' && )"
-              R"([ ! -e '/b/q/%3 '\''l'\''/H.app' ] && [ ! -L '/b/q/%3 '\''l'\''/H.app' ] && )"
-              R"([ ! -L '/Bob'\''s %2;$(x).app' ] && )"
-              R"(/usr/bin/ditto '/Bob'\''s %2;$(x).app' '/b/q/%3 '\''l'\''/H.app' && )"
-              R"([ ! -L '/Bob'\''s %2;$(x).app' ] && rm -rf '/Bob'\''s %2;$(x).app')"_s);
-}
-
 TEST_F(BackgroundDisableTargetTest, theFileThatARecordNamesIsItsHelperWhateverItsLabelSays) {
     addBundle(kLoginItems + u"Helper.app"_s);
     addBundle(kLoginItems + u"Sync.app"_s);

@@ -168,19 +168,32 @@ TEST(BackgroundItemPermission, onlyActiveRecordsGo) {
     }
 }
 
-TEST(BackgroundItemPermission, onlyLoginItemsAgentsAndDaemonsGo) {
+TEST(BackgroundItemPermission, onlyLoginItemsAndAgentsGo) {
     struct Row {
         QString type;
         bool goes;
     };
     for (const Row& row :
-         {Row{u"Login Item (0x4)"_s, true}, Row{u"legacy agent (0x10008)"_s, true}, Row{u"DAEMON"_s, true},
+         {Row{u"Login Item (0x4)"_s, true}, Row{u"legacy agent (0x10008)"_s, true}, Row{u"DAEMON"_s, false},
           Row{u"app (0x2)"_s, false}, Row{u"developer (0x20)"_s, false}, Row{u""_s, false}}) {
         SCOPED_TRACE(row.type.toStdString());
         BackgroundTaskItem item = helper();
         item.itemType = row.type;
         EXPECT_EQ(namesThatGo({item}).size(), row.goes ? 1 : 0);
     }
+}
+
+TEST(BackgroundItemPermission, daemonsAndRegisteredApplicationsThatNothingPermitsAreKnownApart) {
+    BackgroundTaskItem daemon = helper(u"Daemon"_s);
+    daemon.itemType = u"legacy daemon (0x10010)"_s;
+    BackgroundTaskItem application = helper(u"Chat"_s);
+    application.itemType = u"app (0x2)"_s;
+    application.url = u"file:///Applications/Chat.app/"_s;
+    const QList<BackgroundTaskItem> items{daemon, application};
+    EXPECT_EQ(nonPermittedDaemons(items, {}, std::nullopt), QList<BackgroundTaskItem>{daemon});
+    EXPECT_EQ(nonPermittedApplications(items, {}, std::nullopt), QList<BackgroundTaskItem>{application});
+    EXPECT_EQ(nonPermittedDaemons(items, {u"Daemon"_s}, std::nullopt), QList<BackgroundTaskItem>());
+    EXPECT_EQ(nonPermittedApplications(items, {u"Chat"_s}, std::nullopt), QList<BackgroundTaskItem>());
 }
 
 TEST(BackgroundItemPermission, theProgramsOwnAndTheSystemsStay) {
@@ -244,7 +257,7 @@ TEST_F(ParentPermission, aChildOfAPermittedApplicationStays) {
 }
 
 TEST_F(ParentPermission, aParentProtectsAlsoWhenItIsSwitchedOffItself) {
-    parent.disposition = disabledDisposition();
+    parent.disposition = u"[disabled, allowed, notified] (0xa)"_s;
     EXPECT_EQ(namesThatGo({parent, child}, {u"Great App"_s}), QStringList());
 }
 
@@ -255,7 +268,7 @@ TEST_F(ParentPermission, withoutItsParentInTheListAChildGoes) {
 }
 
 TEST_F(ParentPermission, aParentIdentifierWithoutALabelNamesNoParent) {
-    child.parentIdentifier = u"Great App"_s;
+    child.parentIdentifier = u"2."_s;
     parent.bundleIdentifier = std::nullopt;
     parent.identifier = u"Great App"_s;
     EXPECT_EQ(namesThatGo({child, parent}, {u"Great.app"_s}), QStringList(u"unrelated"_s));

@@ -61,9 +61,50 @@ TEST(BackgroundTaskItem, anItemIsOnWhenEnabledAndNeitherDisabledNorDisallowed) {
     }
 }
 
-TEST(BackgroundTaskItem, theDispositionOfASwitchedOffItemIsOff) {
-    EXPECT_EQ(disabledDisposition(), u"[disabled, allowed, not notified] (0x2)"_s);
-    EXPECT_FALSE(isActive(withDisposition(disabledDisposition())));
+TEST(BackgroundTaskItem, anIdentifierLosesOnlyANumberAndADotAtItsBeginning) {
+    EXPECT_EQ(identifierLabel(u"4.com.x"_s), u"com.x"_s);
+    EXPECT_EQ(identifierLabel(u"2048.com.x.look"_s), u"com.x.look"_s);
+    for (const QString& whole :
+         {u"com.docker.vmnetd"_s, u"vmnetd"_s, u"4com.x"_s, u"x.4.com"_s, u".com"_s, u"16"_s, u""_s}) {
+        EXPECT_EQ(identifierLabel(whole), whole);
+    }
+    EXPECT_EQ(identifierLabel(u"4."_s), QString());
+}
+
+TEST(BackgroundTaskItem, launchdKnowsAgentsAndDaemonsByTheirIdentifier) {
+    BackgroundTaskItem item;
+    item.identifier = u"16.com.x.daemon"_s;
+    item.bundleIdentifier = u"com.x.app"_s;
+    item.itemType = u"daemon (0x10)"_s;
+    EXPECT_EQ(launchdLabel(item), u"com.x.daemon"_s);
+    EXPECT_EQ(backgroundItemLabel(item), u"com.x.app"_s);
+    item.itemType = u"login item (0x4)"_s;
+    EXPECT_EQ(launchdLabel(item), u"com.x.app"_s);
+    item.itemType = u"agent (0x8)"_s;
+    item.identifier = QString();
+    EXPECT_EQ(launchdLabel(item), u"com.x.app"_s);
+}
+
+TEST(BackgroundTaskItem, whatAnOrganizationManagesSaysSoInItsTypeOrItsFlags) {
+    BackgroundTaskItem item;
+    EXPECT_FALSE(isManagedRecord(item));
+    item.itemType = u"Managed legacy agent"_s;
+    EXPECT_TRUE(isManagedRecord(item));
+    item.itemType = u"agent (0x8)"_s;
+    item.flags = u"[ legacy, managed ] (0x9)"_s;
+    EXPECT_TRUE(isManagedRecord(item));
+}
+
+TEST(BackgroundTaskItem, anApplicationThatIsOnHasRegisteredItself) {
+    BackgroundTaskItem item;
+    item.itemType = u"app (0x2)"_s;
+    item.url = u"file:///Applications/Chat.app/"_s;
+    item.disposition = u"[enabled, allowed, notified] (0xb)"_s;
+    EXPECT_TRUE(isRegisteredApplication(item));
+    item.disposition = u"[enabled, disallowed, notified] (0x9)"_s;
+    EXPECT_FALSE(isRegisteredApplication(item));
+    item.disposition = u"[disabled, allowed, notified] (0xa)"_s;
+    EXPECT_FALSE(isRegisteredApplication(item));
 }
 
 TEST(BackgroundTaskItem, theTypeTellsLoginRecordsAndApplications) {
@@ -119,11 +160,11 @@ TEST(BackgroundTaskItem, theLabelIsTheBundleIdentifierOrWhatFollowsTheNumber) {
         {std::nullopt, u"16.com.example.helper"_s, u"com.example.helper"_s},
         {u""_s, u"16.com.example.helper"_s, u"com.example.helper"_s},
         {u"(null)"_s, u"16.com.example.helper"_s, u"(null)"_s},
-        {std::nullopt, u"com.apple.softwareupdate"_s, u"apple.softwareupdate"_s},
-        {std::nullopt, u".x"_s, u"x"_s},
+        {std::nullopt, u"com.apple.softwareupdate"_s, u"com.apple.softwareupdate"_s},
+        {std::nullopt, u".x"_s, u".x"_s},
         {std::nullopt, u"16.."_s, u"."_s},
         {std::nullopt, u"16."_s, std::nullopt},
-        {std::nullopt, u"Unknown Developer"_s, std::nullopt},
+        {std::nullopt, u"Unknown Developer"_s, u"Unknown Developer"_s},
         {std::nullopt, u""_s, std::nullopt},
         {u""_s, u""_s, std::nullopt},
     };

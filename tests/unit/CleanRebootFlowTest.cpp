@@ -12,8 +12,8 @@ const QString kRestorationOff =
     "$ /usr/bin/defaults write com.apple.loginwindow LoginwindowLaunchesRelaunchApps -bool false\n"
     "$ /usr/bin/defaults write NSGlobalDomain NSQuitAlwaysKeepsWindows -bool false\n"
     "  [APPLIED] Disabled app and window restoration on reboot.\n"_s;
-const QString kNoBackgroundItems = u"$> /usr/bin/sfltool dumpbtm\n"
-                                   "  [APPLIED] Background Login Items already match permitted list.\n"_s;
+/// Where no batch is open the background items have one of their own. With nothing to switch off it asks for nothing.
+const QString kNoBackgroundItems = kLookAtLaunchd;
 
 const LoginItem kZoom{u"zoom"_s, u"/Applications/zoom.us.app"_s, false};
 const LoginItem kDropbox{u"Dropbox"_s, u"/Applications/Dropbox.app"_s, false};
@@ -23,8 +23,7 @@ const LoginItem kTraktor{u"Traktor Helper"_s, u"/Applications/T.app"_s, false};
 class CleanRebootFlow : public ScriptedStartup {
 protected:
     CleanRebootFlow() {
-        commands.print(u"/usr/bin/sfltool dumpbtm"_s, "#1:\n Name: Updater\n Type: agent (0x8)\n Identifier: 8.com.up\n"
-                                                      " Disposition: [disabled]\n");
+        takeDump("#1:\n Name: Updater\n Type: agent (0x8)\n Identifier: 8.com.up\n Disposition: [disabled]\n");
     }
     bool apply(const CleanReboot& cleanReboot) { return QCoro::waitFor(system.applyCleanReboot(cleanReboot)); }
 };
@@ -47,9 +46,8 @@ TEST_F(CleanRebootFlow, removesWhatIsNotPermittedInTheOrderOfNames) {
     EXPECT_EQ(takeTrace(), kRestorationOff +
                                u"$> System Events: list\n"
                                "  [ACTION] Removing 2 login item(s) not in permitted startup list...\n"
-                               "$> System Events: delete where name is Dropbox\n"
+                               "$> System Events: delete where name is Dropbox; delete where name is zoom\n"
                                "  [APPLIED] Removed login item: Dropbox\n"
-                               "$> System Events: delete where name is zoom\n"
                                "  [APPLIED] Removed login item: zoom\n"_s +
                                kNoBackgroundItems);
     EXPECT_EQ(loginItems.names(), (QStringList{u"Traktor Helper"_s, u"Mail"_s}));
@@ -77,9 +75,9 @@ TEST_F(CleanRebootFlow, anExcludedAgentStaysByIdOrName) {
     EXPECT_EQ(takeTrace(), kRestorationOff +
                                u"$> System Events: list\n"
                                "  [ACTION] Removing 3 login item(s) not in permitted startup list...\n"
+                               "$> System Events: delete where name is zoom\n"
                                "  [SKIPPED] Excluded App Background Activity login item: Other Agent\n"
                                "  [SKIPPED] Excluded App Background Activity login item: Sync Agent\n"
-                               "$> System Events: delete where name is zoom\n"
                                "  [APPLIED] Removed login item: zoom\n"_s +
                                kNoBackgroundItems);
     EXPECT_EQ(loginItems.items, (QList<LoginItem>{kAgent, other}));
@@ -92,9 +90,8 @@ TEST_F(CleanRebootFlow, aRemovalThatFailsStopsNoOther) {
     EXPECT_EQ(takeTrace(), kRestorationOff +
                                u"$> System Events: list\n"
                                "  [ACTION] Removing 2 login item(s) not in permitted startup list...\n"
-                               "$> System Events: delete where name is Dropbox\n"
+                               "$> System Events: delete where name is Dropbox; delete where name is zoom\n"
                                "  [ERROR] Failed to remove login item: Dropbox\n"
-                               "$> System Events: delete where name is zoom\n"
                                "  [APPLIED] Removed login item: zoom\n"_s +
                                kNoBackgroundItems);
 }
@@ -103,7 +100,7 @@ TEST_F(CleanRebootFlow, whereAnItemOfTheNameStaysTheOtherGoesByItsPath) {
     const LoginItem protectedOne{u"Helper"_s, u"/Applications/rekordbox.app"_s, false};
     loginItems.items = {protectedOne, {u"helper"_s, u"/Applications/H.app"_s, false}};
     EXPECT_TRUE(apply({}));
-    EXPECT_TRUE(trace.contains(u"$> System Events: delete where path is /Applications/H.app"_s));
+    EXPECT_TRUE(trace.contains(u"$> System Events: delete where path is /Applications/H.app and name is helper"_s));
     EXPECT_EQ(loginItems.items, QList<LoginItem>{protectedOne});
 }
 
@@ -151,7 +148,6 @@ TEST_F(CleanRebootFlow, withoutPermissionNothingIsRemoved) {
     apply({});
     EXPECT_EQ(takeTrace(), kRestorationOff +
                                u"$> System Events: list\n"
-                               "$> System Events: probe\n"
                                "  [ERROR] Could not read login items: Not authorized\n"
                                "  [INFO] Grant Automation permission for System Events in System Settings → Privacy & "
                                "Security.\n"_s +
@@ -170,12 +166,10 @@ TEST_F(CleanRebootFlow, launchItemsThatAreOffAreDisabledInOrder) {
                                u"$> System Events: list\n"
                                "  [APPLIED] Login items already match permitted startup list.\n"
                                "  [ACTION] Disabling 3 launch item(s) for clean reboot...\n"
+                               "? launchd\n"
                                "$ /bin/launchctl bootout gui/501 /Users/alex/Library/LaunchAgents/a.plist\n"
-                               "$ /bin/launchctl unload -w /Users/alex/Library/LaunchAgents/a.plist\n"
                                "  [APPLIED] Disabled launch item: a.plist (/Users/alex/Library/LaunchAgents)\n"
-                               "  [SKIPPED] Excluded App Background Activity launch item: c.agent.plist\n"_s +
-                               kNoBackgroundItems +
-                               u"  [APPLIED] Background Login Items already match permitted list.\n"_s);
+                               "  [SKIPPED] Excluded App Background Activity launch item: c.agent.plist\n"_s);
 }
 
 TEST_F(CleanRebootFlow, aLaunchItemThatFailsMakesItFalse) {
@@ -189,52 +183,30 @@ TEST_F(CleanRebootFlow, aLaunchItemThatFailsMakesItFalse) {
 // ---- Background items
 
 TEST_F(CleanRebootFlow, backgroundItemsThatAreNotPermittedAreDisabled) {
-    commands.print(u"/usr/bin/sfltool dumpbtm"_s,
-                   "#1:\n Name: Updater\n Type: agent (0x8)\n Identifier: 8.com.up\n Disposition: [enabled]\n"
-                   "#2:\n Name: Mail Helper\n Type: agent (0x8)\n Identifier: 8.com.mail\n Disposition: [enabled]\n"
-                   "#3:\n Name: Chosen\n Type: agent (0x8)\n Identifier: 8.com.off\n Disposition: [disabled]\n");
+    takeDump("#1:\n Name: Updater\n Type: agent (0x8)\n Identifier: 8.com.up\n Disposition: [enabled]\n"
+             "#2:\n Name: Mail Helper\n Type: agent (0x8)\n Identifier: 8.com.mail\n Disposition: [enabled]\n"
+             "#3:\n Name: Chosen\n Type: agent (0x8)\n Identifier: 8.com.off\n Disposition: [disabled]\n");
     StartupConfiguration startup;
     startup.items = {offItem(StartupItemKind::backgroundLoginItem, u"btm:com.off"_s, u"com.off"_s),
                      StartupItem::fromLaunchItem({u"Mail"_s, u"/Applications/Mail.app"_s, false})};
     EXPECT_TRUE(apply({{}, startup, {}}));
-    EXPECT_EQ(takeTrace(), kRestorationOff + u"$> System Events: list\n"
-                                             "  [APPLIED] Login items already match permitted startup list.\n"
-                                             "$> /usr/bin/sfltool dumpbtm\n"
-                                             "  [ACTION] Disabling 1 background login item(s)...\n"
-                                             "$> /bin/launchctl bootout gui/501/com.up\n"
-                                             "$> /bin/launchctl disable gui/501/com.up\n"
-                                             "  [APPLIED] Disabled background login item: com.up\n"
-                                             "  [ACTION] Disabling 1 background login item(s)...\n"
-                                             "$> /bin/launchctl bootout gui/501/com.off\n"
-                                             "$> /bin/launchctl disable gui/501/com.off\n"
-                                             "  [APPLIED] Disabled background login item: com.off\n"_s);
-    EXPECT_FALSE(system.backgroundTaskItems()->isActive(u"com.up"_s));
-    EXPECT_TRUE(system.backgroundTaskItems()->isActive(u"com.mail"_s));
-}
-
-TEST_F(CleanRebootFlow, aBackgroundItemThatFailsMakesItFalse) {
-    commands.print(u"/usr/bin/sfltool dumpbtm"_s,
-                   "#1:\n Name: Updater\n Type: agent (0x8)\n Identifier: 8.com.up\n Disposition: [enabled]\n");
-    commands.fail(u"/bin/launchctl disable gui/501/com.up"_s, 1, "Operation not permitted");
-    EXPECT_FALSE(apply({}));
-    EXPECT_EQ(trace.last(), u"  [ERROR] Failed to disable background login item: com.up"_s);
-}
-
-TEST_F(CleanRebootFlow, aDumpThatNeedsRootIsAskedForOnce) {
-    commands.fail(u"/usr/bin/sfltool dumpbtm"_s, 1);
-    scripts.failNext(u"User canceled."_s);
-    apply({});
     EXPECT_EQ(takeTrace(), kRestorationOff +
                                u"$> System Events: list\n"
-                               "  [APPLIED] Login items already match permitted startup list.\n"
-                               "$> /usr/bin/sfltool dumpbtm\n"
-                               "& do shell script \"/usr/bin/sfltool dumpbtm > '"_s +
-                               system.backgroundDumpPath() +
-                               u"' 2>/dev/null || true\" with prompt \"Quorvane needs your administrator password to "
-                               "make these system changes. Use Touch ID when prompted.\" with administrator "
-                               "privileges\n"
-                               "  [APPLIED] Background Login Items already match permitted list.\n"_s);
-    EXPECT_FALSE(system.backgroundTaskItems().has_value());
+                               "  [APPLIED] Login items already match permitted startup list.\n"_s +
+                               kLookAtLaunchd +
+                               u"$ /bin/launchctl disable gui/501/com.up\n"
+                               "$ /bin/launchctl bootout gui/501/com.up\n"_s +
+                               kLookAtLaunchd + u"  [APPLIED] Disabled background login label: com.up\n"_s);
+    EXPECT_TRUE(commands.launchd.isOff(u"gui/501/com.up"_s));
+    EXPECT_FALSE(commands.launchd.isOff(u"gui/501/com.mail"_s));
+}
+
+TEST_F(CleanRebootFlow, aListThatNeedsRootIsAskedForOnce) {
+    SystemManager fresh(hostWith(files, clock), notifications);
+    scripts.failNext(u"User canceled."_s);
+    EXPECT_FALSE(QCoro::waitFor(fresh.applyCleanReboot({})));
+    EXPECT_EQ(trace.filter(u"& do shell script"_s).size(), 1);
+    EXPECT_FALSE(fresh.backgroundTaskItems().has_value());
 }
 
 TEST_F(CleanRebootFlow, inABatchThatTakesTheDumpBackgroundItemsAreOnlyPlanned) {

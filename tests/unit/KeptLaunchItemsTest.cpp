@@ -57,8 +57,19 @@ const QString kDaemonBackWithoutLabel =
 const QString kQueued = u"  [ACTION] Queued restore for system launch item: com.box.plist\n"_s;
 const QString kNotRestored = u"  [INFO] Not restored: com.box.plist\n"_s;
 
+const QString kRecordFile = u"/Users/alex/.quorvane/launchd-overrides.json"_s;
+const QByteArray kTwoRecorded = R"([{"label": "com.helper", "domain": "user"},
+                                    {"label": "com.my daemon", "domain": "system"}])";
+
+const QString kMyDaemon = u"system/com.my daemon"_s;
+
 class KeptLaunchItems : public ScriptedSystem {
 protected:
+    /// As the program has left it: both are off.
+    void addTwoRecorded() {
+        files.addFile(kRecordFile, kTwoRecorded);
+        commands.launchd.overrides = {{u"gui/501/com.helper"_s, true}, {kMyDaemon, true}};
+    }
     /// A folder and those around it, up to "/Library", which only root can change.
     static void addRootsFolder(MemoryFileManager& disk, const QString& folder) {
         disk.addFolders(folder);
@@ -218,6 +229,81 @@ TEST_F(KeptLaunchItems, whatIsBackIsSettledAlsoWhenTheBatchFailedAfterIt) {
               "$ /bin/launchctl load /Library/LaunchAgents/com.box.plist\n"_s +
                   kNotRestored);
     EXPECT_EQ(files.list(kAgentsKept), QStringList());
+}
+
+// ---- What launchd was told
+
+TEST_F(KeptLaunchItems, recordedOverridesAreLiftedByRootAndStruckOnceLaunchdShowsIt) {
+    addTwoRecorded();
+    begin();
+    QCoro::waitFor(system.restoreLaunchItems());
+    scripts.carryOut = [this](const QString&) { commands.launchd.overrides.remove(kMyDaemon); };
+    finishAndSettle();
+    EXPECT_EQ(takeTrace(), u"$ /bin/launchctl enable gui/501/com.helper\n"_s +
+                               asRoot(u"/bin/launchctl enable system/'com.my daemon' || true"_s) + kLookAtLaunchd +
+                               u"  [RESTORED] 2 background item(s) allowed to start again.\n"_s);
+    EXPECT_FALSE(files.exists(kRecordFile));
+}
+
+TEST_F(KeptLaunchItems, whatLaunchdStillHasAsDisabledStaysRecordedAndIsSaid) {
+    addTwoRecorded();
+    begin();
+    QCoro::waitFor(system.restoreLaunchItems());
+    trace.clear();
+    scripts.failNext(u"User canceled."_s);
+    finishAndSettle();
+    EXPECT_EQ(takeTrace().section(u'\n', 1),
+              u"  [ERROR] Administrator authorization was cancelled or failed: User canceled.\n"_s + kLookAtLaunchd +
+                  u"  [RESTORED] 1 background item(s) allowed to start again.\n"
+                  "  [INFO] Not restored: com.my daemon\n"_s);
+    EXPECT_EQ(files.read(kRecordFile), "[\n  {\n    \"label\": \"com.my daemon\",\n    \"domain\": \"system\"\n  }\n]");
+}
+
+TEST_F(KeptLaunchItems, whatLaunchdDoesNotTellIsNotCalledRestored) {
+    addTwoRecorded();
+    commands.launchd.overrides.clear();
+    commands.fail(u"/bin/launchctl print-disabled system"_s, 5);
+    reinstate();
+    EXPECT_TRUE(takeTrace().endsWith(u"  [RESTORED] 1 background item(s) allowed to start again.\n"
+                                     "  [INFO] Not restored: com.my daemon\n"_s));
+}
+
+TEST_F(KeptLaunchItems, aCopyWhoseOverrideIsRecordedIsPutBackWithoutLiftingAnyOther) {
+    keep(kKeptDaemons + kBoxPlist, "box");
+    files.addFile(kRecordFile, R"([{"label": "com.box.job", "domain": "system"}])");
+    begin();
+    QCoro::waitFor(system.finishAdminBatch(u"Please."_s));
+    const QString withoutEnable = QString(kDaemonBack)
+                                      .remove(u"launchctl enable 'system/com.box.job' ; "_s)
+                                      .remove(u"launchctl enable 'gui/501/com.box.job' ; "_s);
+    EXPECT_EQ(takeTrace(), kQueued + asRoot(u"/bin/launchctl enable system/com.box.job || true ; "_s + withoutEnable));
+}
+
+TEST_F(KeptLaunchItems, aCopyOfThisVersionsIsPutBackWithoutLiftingWhatIsNotRecorded) {
+    keep(kKeptDaemons + kBoxPlist, "box");
+    files.addFile(u"/Users/alex/.quorvane/launch-items-put-aside.json"_s,
+                  R"(["/Library/LaunchDaemons/com.box.plist"])");
+    begin();
+    QCoro::waitFor(system.finishAdminBatch(u"Please."_s));
+    EXPECT_FALSE(takeTrace().contains(u"launchctl enable"_s));
+}
+
+TEST_F(KeptLaunchItems, aDamagedRecordLiftsNothingIsSaidAndStays) {
+    for (const QByteArray& text : {QByteArray("{"), QByteArray("{}"), QByteArray(R"([{"label": "x"}])"),
+                                   QByteArray(R"([{"label": "x", "domain": "root"}])")}) {
+        files.addFile(kRecordFile, text);
+        reinstate();
+        EXPECT_TRUE(takeTrace().startsWith(u"  [ERROR] The record of what is switched off is damaged: "_s));
+        EXPECT_EQ(files.read(kRecordFile), text);
+    }
+}
+
+TEST_F(KeptLaunchItems, whatIsPlantedInTheRecordIsNotGivenToRoot) {
+    files.addFile(kRecordFile, R"([{"label": "com.apple.screensharing", "domain": "system"},
+                                   {"label": "-x", "domain": "system"}, {"label": "a/b", "domain": "system"},
+                                   {"label": "", "domain": "system"}, {"label": "a\nb", "domain": "system"}])");
+    reinstate();
+    EXPECT_EQ(trace, QStringList());
 }
 
 // ---- When something stands in its place

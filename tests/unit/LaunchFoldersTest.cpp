@@ -43,21 +43,20 @@ TEST(LaunchFolders, onlyAPlainFileNameIsALaunchPlistsName) {
 
 TEST(LaunchFolders, theCommandTakesThePlistOutOfLaunchdBeforeItMovesIt) {
     const LaunchFolder daemons = launchFolders(u"/Users/alex"_s).at(2);
-    EXPECT_EQ(disableLaunchPlistCommand(u"/Library/LaunchDaemons/com.x.plist"_s, daemons),
+    EXPECT_EQ(disableLaunchPlistCommand(u"/Library/LaunchDaemons/com.x.plist"_s, daemons,
+                                        {u"take it out"_s, u"keep it out"_s}),
               u"mkdir -p '/Users/alex/.quorvane_backup/_Library_LaunchDaemons' && "
               "rm -f '/Users/alex/.quorvane_backup/_Library_LaunchDaemons/com.x.plist' && "
-              "(launchctl bootout system '/Library/LaunchDaemons/com.x.plist' 2>/dev/null || "
-              "launchctl unload -w '/Library/LaunchDaemons/com.x.plist' 2>/dev/null || true) && "
+              "(take it out ; keep it out ; true) && "
               "mv '/Library/LaunchDaemons/com.x.plist' "
               "'/Users/alex/.quorvane_backup/_Library_LaunchDaemons/com.x.plist'"_s);
 }
 
 TEST(LaunchFolders, pathsCantLeaveTheirQuotesInTheCommand) {
     const LaunchFolder folder{u"/L"_s, u"/Users/o'neil/%2"_s, u"/K'%3"_s, false, true};
-    EXPECT_EQ(disableLaunchPlistCommand(u"/L/a'; %1 $(x).plist"_s, folder),
+    EXPECT_EQ(disableLaunchPlistCommand(u"/L/a'; %1 $(x).plist"_s, folder, {u"out %1"_s}),
               uR"(mkdir -p '/Users/o'\''neil/%2' && rm -f '/Users/o'\''neil/%2/a'\''; %1 $(x).plist' && )"
-              R"((launchctl bootout system '/L/a'\''; %1 $(x).plist' 2>/dev/null || )"
-              R"(launchctl unload -w '/L/a'\''; %1 $(x).plist' 2>/dev/null || true) && )"
+              R"((out %1 ; true) && )"
               R"(mv '/L/a'\''; %1 $(x).plist' '/Users/o'\''neil/%2/a'\''; %1 $(x).plist')"_s);
     EXPECT_EQ(keepLaunchPlistCommand(u"/L/a'; %1 $(x).plist"_s, folder),
               uR"(mkdir -p '/K'\''%3' && cp -p '/L/a'\''; %1 $(x).plist' '/K'\''%3/a'\''; %1 $(x).plist')"_s);
@@ -101,6 +100,15 @@ TEST(LaunchFolders, onlyADaemonIsLoadedByRootAndOnlyUnderALabelAnythingIs) {
     EXPECT_EQ(reinstateLaunchPlistCommand({u"x.plist"_s, folders.at(1), {}}, 502), taken + setAside + end);
     const QString daemon = reinstateLaunchPlistCommand({u"x.plist"_s, folders.at(2), u"com.x"_s}, 502);
     EXPECT_EQ(daemon.count(u" ; launchctl bootstrap system '/Library/LaunchDaemons/x.plist' ; "_s), 2);
+}
+
+TEST(LaunchFolders, aPlistWhoseOverrideIsRecordedLiftsNoOther) {
+    const QList<LaunchFolder> folders = launchFolders(u"/Users/alex"_s);
+    const QString agent = reinstateLaunchPlistCommand({u"x.plist"_s, folders.at(1), u"com.x"_s, true}, 502);
+    EXPECT_EQ(agent, reinstateLaunchPlistCommand({u"x.plist"_s, folders.at(1), {}}, 502));
+    const QString daemon = reinstateLaunchPlistCommand({u"x.plist"_s, folders.at(2), u"com.x"_s, true}, 502);
+    EXPECT_FALSE(daemon.contains(u"launchctl enable"_s));
+    EXPECT_EQ(daemon.count(u"launchctl bootstrap system '/Library/LaunchDaemons/x.plist' ; "_s), 2);
 }
 
 } // namespace

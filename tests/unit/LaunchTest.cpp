@@ -47,11 +47,25 @@ TEST_F(LaunchTest, thenItLooksAround) {
     EXPECT_FALSE(defaults.values.contains(kQuorvaneLastAppliedProfileName)) << "nothing was applied";
     EXPECT_TRUE(session->turnstile.isIdle());
     const int listings = files.listings();
-    trace.clear();
-    QCoro::waitFor(session->system.discoverStartupItems(SystemManager::StartupRefresh::UseCache));
     session->system.performanceApplications();
     EXPECT_EQ(files.listings(), listings) << "they are known";
-    EXPECT_EQ(trace, QStringList());
+}
+
+TEST_F(LaunchTest, itAsksSystemEventsOnlyForProfilesWithStartupWork) {
+    ProfileManager(files, profilesDirectory(machine)).deleteProfile(live.name);
+    addProfile(numberedProfile(3, u"Gig"_s));
+    appearAndPaint();
+    waitForTasks();
+    EXPECT_EQ(logged(kScan), 1);
+    EXPECT_EQ(trace.filter(u"System Events"_s), QStringList()) << "nobody has asked for what runs at login";
+    EXPECT_EQ(trace.filter(u"launchctl"_s), QStringList());
+}
+
+TEST_F(LaunchTest, itAsksSystemEventsForAProfileWithStartupWork) {
+    ASSERT_FALSE(live.startup.items.isEmpty());
+    appearAndPaint();
+    waitForTasks();
+    EXPECT_FALSE(trace.filter(u"System Events"_s).isEmpty());
 }
 
 TEST_F(LaunchTest, aSecondWindowIsLockedAndListsAnewButLooksNoFurther) {

@@ -1,5 +1,7 @@
 #include "fakes/ScriptedLoginItems.h"
 
+#include "startup/login/LoginItemScripts.h"
+
 namespace quorvane {
 
 namespace {
@@ -12,15 +14,25 @@ const QString kRecord = kBackupFolder + u"/login_items.json"_s;
 const LoginItem kDropboxItem{u"Dropbox"_s, u"/Applications/Dropbox.app"_s, false};
 const LoginItem kHiddenZoom{u"Zoom"_s, u"/Applications/zoom.us.app"_s, true};
 const LoginItem kDeckHelper{u"Deck Helper"_s, u"/Applications/Traktor Pro 3.app"_s, false};
+const QString kPermit =
+    u"  [INFO] Grant Automation permission for System Events in System Settings → Privacy & Security.\n"_s;
+const QByteArray kNotPermitted = "ERROR|-1743|Not authorized to send Apple events to System Events.\n";
+
 const LoginItem kSyncAgent{u"Sync Agent"_s, u"/Applications/Sync.app"_s, false};
 
 class LoginItemFlows : public ScriptedStartup {
 protected:
     QList<LoginItem> raw() { return QCoro::waitFor(system.rawLoginItems()); }
     QList<LoginItem> visible() { return QCoro::waitFor(system.visibleLoginItems()); }
-    bool removeByName(const QString& name) { return QCoro::waitFor(system.removeLoginItemByName(name)); }
-    bool removeAtPath(const QString& path) { return QCoro::waitFor(system.removeLoginItemAtPath(path)); }
-    bool add(const QString& path, bool hidden = false) { return QCoro::waitFor(system.addLoginItem(path, hidden)); }
+    QList<bool> remove(const QList<LoginItemSelector>& selectors) {
+        return QCoro::waitFor(system.removeLoginItems(selectors));
+    }
+    QList<bool> add(const QList<LoginItemAddition>& additions) {
+        return QCoro::waitFor(system.addLoginItems(additions));
+    }
+    bool removeByName(const QString& name) { return remove({{name, {}}}) == QList<bool>(1, true); }
+    bool removeAtPath(const QString& path) { return remove({{{}, path}}) == QList<bool>(1, true); }
+    bool add(const QString& path, bool hidden = false) { return add({{path, hidden}}) == QList<bool>(1, true); }
     bool disable(const QStringList& names, const QSet<QString>& excludedIds = {}) {
         return QCoro::waitFor(system.disableLoginItems(names, excludedIds));
     }
@@ -55,7 +67,7 @@ TEST_F(LoginItemFlows, linesWithoutThreeFieldsAreDropped) {
 }
 
 TEST_F(LoginItemFlows, nothingIsReadOfAnErrorOrABrokenText) {
-    for (const char* const listing : {"ERROR|Can’t get name|of item|1\n", "A|\xff|false\n"}) {
+    for (const char* const listing : {"ERROR|-1728|Can’t get name|of item|1\n", "A|\xff|false\n"}) {
         loginItems.listing = listing;
         EXPECT_EQ(QCoro::waitFor(system.readLoginItemsFromSystemEvents()).items, QList<LoginItem>());
     }
@@ -69,48 +81,108 @@ TEST_F(LoginItemFlows, theVisibleOnesAreNeitherAudioSoftwareNorAgents) {
     EXPECT_EQ(takeTrace(), u"$> System Events: list\n"_s);
 }
 
-TEST_F(LoginItemFlows, withoutAnyThePermissionIsProbed) {
+TEST_F(LoginItemFlows, whereThereAreNoneNothingIsSaid) {
     EXPECT_EQ(visible(), QList<LoginItem>());
-    EXPECT_EQ(takeTrace(), u"$> System Events: list\n"
-                           "$> System Events: probe\n"_s);
+    EXPECT_EQ(takeTrace(), u"$> System Events: list\n"_s);
 }
 
-TEST_F(LoginItemFlows, aMissingPermissionIsSaid) {
+TEST_F(LoginItemFlows, aListThatCouldNotBeReadIsSaidWithTheSystemsWordsOnceInAFlow) {
+    struct Row {
+        QByteArray denial;
+        QByteArray answer;
+        QString text;
+    };
+    const QList<Row> rows{
+        {{}, kNotPermitted, u"Not authorized to send Apple events to System Events."_s},
+        {{},
+         "ERROR|-1712|System Events got an error:\nAppleEvent timed out.\n",
+         u"System Events got an error: AppleEvent timed out."_s},
+        {{}, "what?\n", u"The answer of System Events isn’t understood."_s},
+        {"7:20: execution error: An error of type -10810 has occurred. (-10810)\n",
+         {},
+         u"An error of type -10810 has occurred."_s},
+        {"osascript: no such component \"AppleScript\".\n", {}, u"osascript: no such component \"AppleScript\"."_s},
+    };
     loginItems.items = {kDropboxItem};
-    loginItems.denial = " execution error: Not authorized to send Apple events to System Events. (-1743)\n";
-    EXPECT_EQ(visible(), QList<LoginItem>());
-    EXPECT_EQ(takeTrace(),
-              u"$> System Events: list\n"
-              "$> System Events: probe\n"
-              "  [ERROR] Could not read login items: execution error: Not authorized to send Apple events to System "
-              "Events. (-1743)\n"
-              "  [INFO] Grant Automation permission for System Events in System Settings → Privacy & Security.\n"_s);
+    for (const Row& row : rows) {
+        loginItems.denial = row.denial;
+        loginItems.answer = row.answer;
+        system.invalidateStartupCaches(); // a new flow
+        for (int step = 0; step < 2; ++step) {
+            EXPECT_EQ(visible(), QList<LoginItem>());
+        }
+        EXPECT_EQ(takeTrace(),
+                  u"$> System Events: list\n  [ERROR] Could not read login items: "_s + row.text + u'\n' + kPermit);
+    }
 }
 
 TEST_F(LoginItemFlows, whatTheUserHasRefusedIsNotTriedAgainInTheSameFlow) {
-    const QString permit =
-        u"  [INFO] Grant Automation permission for System Events in System Settings → Privacy & Security.\n"_s;
     loginItems.items = {kDropboxItem, kHiddenZoom};
-    loginItems.denial = " execution error: Not authorized to send Apple events to System Events. (-1743)\n";
-    EXPECT_FALSE(removeByName(u"Dropbox"_s));
-    EXPECT_EQ(takeTrace(), u"$> System Events: delete where name is Dropbox\n"_s + permit);
-    EXPECT_FALSE(removeAtPath(kHiddenZoom.path));
-    EXPECT_EQ(takeTrace(), u"\n"_s) << "nothing was run or logged";
-
-    loginItems.denial.clear();
-    system.invalidateStartupCaches(); // the next flow
+    for (const bool hasFailed : {true, false}) {
+        loginItems.denial = hasFailed ? " execution error: Not authorized to send Apple events. (-1743)\n" : "";
+        loginItems.answer = hasFailed ? "" : kNotPermitted;
+        EXPECT_FALSE(removeByName(u"Dropbox"_s));
+        EXPECT_EQ(takeTrace(), u"$> System Events: delete where name is Dropbox\n"_s + kPermit);
+        EXPECT_FALSE(removeAtPath(kHiddenZoom.path));
+        EXPECT_EQ(takeTrace(), u"\n"_s) << "nothing was run or logged";
+        system.invalidateStartupCaches(); // the next flow
+    }
+    loginItems.answer.clear();
     EXPECT_TRUE(removeAtPath(kHiddenZoom.path));
+}
+
+TEST_F(LoginItemFlows, aFailureWithoutAWordIsToldByItsStatus) {
+    loginItems.denial = "\n";
+    EXPECT_EQ(visible(), QList<LoginItem>());
+    EXPECT_EQ(takeTrace(), u"$> System Events: list\n"
+                           "  [ERROR] Could not read login items: osascript has failed with status 1.\n"_s +
+                               kPermit);
+}
+
+TEST_F(LoginItemFlows, aListThatAnEarlierStepOfTheFlowWasRefusedIsNotAskedForAgain) {
+    loginItems.items = {kDropboxItem};
+    raw();
+    loginItems.denial = " execution error: Not authorized to send Apple events. (-1743)\n";
+    EXPECT_FALSE(removeByName(u"Dropbox"_s));
+    takeTrace();
+    EXPECT_EQ(visible(), QList<LoginItem>()) << "what was known before isn't known any more";
+    EXPECT_EQ(takeTrace(), u"  [ERROR] Could not read login items: Not authorized to send Apple events.\n"_s);
+}
+
+TEST_F(LoginItemFlows, aRefusalWithinTheScriptIsKnownByItsNumber) {
+    loginItems.items = {kDropboxItem, kHiddenZoom};
+    loginItems.unchangeable = {u"Zoom"_s};
+    loginItems.changeError = -1743;
+    EXPECT_EQ(remove({{u"Dropbox"_s, {}}, {u"Zoom"_s, {}}}), (QList<bool>{true, false}));
+    EXPECT_EQ(takeTrace(), u"$> System Events: delete where name is Dropbox; delete where name is Zoom\n"_s + kPermit);
+    EXPECT_FALSE(add(u"/Applications/Live.app"_s));
+    EXPECT_EQ(takeTrace(), u"\n"_s);
+}
+
+TEST_F(LoginItemFlows, afterAReadingThatWasRefusedOrNotAnsweredNothingIsTriedEither) {
+    for (const QByteArray& answer : {kNotPermitted, QByteArray("ERROR|-1712|AppleEvent timed out.\n")}) {
+        system.invalidateStartupCaches();
+        loginItems.answer = answer;
+        raw();
+        takeTrace();
+        EXPECT_FALSE(add(u"/Applications/Live.app"_s));
+        EXPECT_EQ(takeTrace(), kPermit);
+        EXPECT_FALSE(disable({u"Zoom"_s}));
+        const QString told = takeTrace();
+        EXPECT_TRUE(told.startsWith(u"  [ERROR] Could not read login items: "_s));
+        EXPECT_EQ(told.count(u'\n'), 1) << "nor is it read again: " << told.toStdString();
+    }
 }
 
 TEST_F(LoginItemFlows, anotherFailureIsTriedAgain) {
     loginItems.items = {kDropboxItem};
-    loginItems.denial = " execution error: System Events got an error: AppleEvent timed out. (-1712)\n";
+    loginItems.denial = " execution error: System Events got an error: Application isn’t running. (-600)\n";
     EXPECT_FALSE(removeByName(u"Dropbox"_s));
     loginItems.denial.clear();
     EXPECT_TRUE(removeByName(u"Dropbox"_s));
 }
 
-// ---- Removing and adding one
+// ---- Removing and adding
 
 TEST_F(LoginItemFlows, aRemovalIsTrueOnlyWhenSomethingWasDeleted) {
     loginItems.items = {kDropboxItem, kHiddenZoom};
@@ -125,6 +197,40 @@ TEST_F(LoginItemFlows, aRemovalIsTrueOnlyWhenSomethingWasDeleted) {
                            "$> System Events: delete where path is /Applications/zoom.us.app\n"_s);
 }
 
+TEST_F(LoginItemFlows, manyAreChangedByOneScriptAndEachHasItsAnswer) {
+    loginItems.items = {kDropboxItem, kHiddenZoom, kSyncAgent};
+    loginItems.unchangeable = {u"Sync Agent"_s, u"/Applications/Gone.app"_s};
+    EXPECT_EQ(
+        remove({{u"Nobody"_s, {}}, {{}, kHiddenZoom.path}, {u"Sync Agent"_s, {}}, {u"Dropbox"_s, kDropboxItem.path}}),
+        (QList<bool>{false, true, false, true}));
+    EXPECT_EQ(
+        add({{kSyncAgent.path, false}, {u"/Applications/Gone.app"_s, false}, {u"/Applications/Live.app"_s, true}}),
+        (QList<bool>{true, false, true}));
+    EXPECT_EQ(takeTrace(),
+              u"$> System Events: delete where name is Nobody; delete where path is /Applications/zoom.us.app; "
+              "delete where name is Sync Agent; delete where path is /Applications/Dropbox.app and name is Dropbox\n"
+              "$> System Events: add /Applications/Sync.app hidden:false; add /Applications/Gone.app hidden:false; "
+              "add /Applications/Live.app hidden:true\n"_s);
+    EXPECT_EQ(loginItems.names(), (QStringList{u"Sync Agent"_s, u"Live"_s}));
+}
+
+TEST_F(LoginItemFlows, whatTheScriptGivesNoAnswerForHasNotHappened) {
+    loginItems.items = {kDropboxItem, kHiddenZoom};
+    raw();
+    loginItems.lastAnswered = 1;
+    EXPECT_EQ(remove({{u"Nobody"_s, {}}, {u"Zoom"_s, {}}}), (QList<bool>{false, false}));
+    EXPECT_EQ(add({{kDropboxItem.path, false}, {u"/a"_s, false}}), (QList<bool>{true, false}));
+    takeTrace();
+    raw();
+    EXPECT_EQ(takeTrace(), u"$> System Events: list\n"_s) << "nobody knows what there is now";
+}
+
+TEST_F(LoginItemFlows, forNothingNothingIsRun) {
+    EXPECT_EQ(remove({}), QList<bool>());
+    EXPECT_EQ(add(QList<LoginItemAddition>()), QList<bool>());
+    EXPECT_EQ(takeTrace(), u"\n"_s);
+}
+
 TEST_F(LoginItemFlows, aRemovalThatSystemEventsRefusesIsFalse) {
     loginItems.items = {kDropboxItem, kHiddenZoom};
     loginItems.unchangeable = {u"Dropbox"_s};
@@ -136,17 +242,14 @@ TEST_F(LoginItemFlows, aRemovalThatSystemEventsRefusesIsFalse) {
 }
 
 TEST_F(LoginItemFlows, anyOtherReplyIsAFailure) {
-    commands.respond = {};
-    const QString removal = ScriptedLoginItems::deletionScript(u"name"_s, u"A"_s);
-    const QString addition = ScriptedLoginItems::additionScript(u"/A.app"_s, true);
-    for (const char* const reply : {"", "OK\n", "okay\n", "ok ok\n", "error:ok\n"}) {
-        commands.print(commandLine({u"/usr/bin/osascript"_s, u"-e"_s, removal}), reply);
-        commands.print(commandLine({u"/usr/bin/osascript"_s, u"-e"_s, addition}), reply);
-        EXPECT_FALSE(removeByName(u"A"_s)) << reply;
+    loginItems.items = {kDropboxItem};
+    for (const char* const reply : {"\n", "OK\n", "okay\n", "ok ok\n", "error:ok\n", " ok\n"}) {
+        loginItems.answer = reply;
+        EXPECT_FALSE(removeByName(u"Dropbox"_s)) << reply;
         EXPECT_FALSE(add(u"/A.app"_s, true)) << reply;
     }
-    commands.print(commandLine({u"/usr/bin/osascript"_s, u"-e"_s, removal}), " \n ok\r\n");
-    EXPECT_TRUE(removeByName(u"A"_s));
+    loginItems.answer = "ok\n\n";
+    EXPECT_TRUE(removeByName(u"Dropbox"_s));
 }
 
 TEST_F(LoginItemFlows, hostileNamesReachSystemEventsAsText) {
@@ -198,7 +301,8 @@ TEST_F(LoginItemFlows, aListThatWasAskedForBeforeAChangeIsNotKept) {
     loginItems.items = {kDropboxItem};
     commands.hold();
     auto slow = system.rawLoginItems();
-    auto removal = system.removeLoginItemByName(u"Dropbox"_s);
+    const QList<LoginItemSelector> dropbox{{u"Dropbox"_s, {}}};
+    auto removal = system.removeLoginItems(dropbox);
     commands.release();
     QCoro::waitFor(removal);
     QCoro::waitFor(slow);
@@ -217,9 +321,8 @@ TEST_F(LoginItemFlows, areDisabledInTheOrderOfTheSystemAndWrittenDown) {
     loginItems.items = {kHiddenZoom, {u"Stays"_s, u"/Applications/Stays.app"_s, false}, kDropboxItem};
     EXPECT_TRUE(disable({u"Dropbox"_s, u"Zoom"_s}));
     EXPECT_EQ(takeTrace(), u"$> System Events: list\n"
-                           "$> System Events: delete where name is Zoom\n"
+                           "$> System Events: delete where name is Zoom; delete where name is Dropbox\n"
                            "  [APPLIED] Removed login item: Zoom\n"
-                           "$> System Events: delete where name is Dropbox\n"
                            "  [APPLIED] Removed login item: Dropbox\n"_s);
     EXPECT_EQ(loginItems.names(), QStringList(u"Stays"_s));
     EXPECT_EQ(files.read(kRecord), R"([
@@ -277,9 +380,9 @@ TEST_F(LoginItemFlows, anExcludedAgentStaysByIdOrNameAndAnythingElseGoes) {
                         {u"login:/Applications/Sync.app"_s, u"Box Agent"_s, u"Dropbox"_s,
                          u"login:/Applications/Dropbox.app"_s, u"login:Lost Agent"_s}));
     EXPECT_EQ(takeTrace(), u"$> System Events: list\n"
+                           "$> System Events: delete where name is Dropbox\n"
                            "  [SKIPPED] Excluded App Background Activity login item: Sync Agent\n"
                            "  [SKIPPED] Excluded App Background Activity login item: Box Agent\n"
-                           "$> System Events: delete where name is Dropbox\n"
                            "  [APPLIED] Removed login item: Dropbox\n"
                            "  [SKIPPED] Excluded App Background Activity login item: Lost Agent\n"_s);
 }
@@ -289,32 +392,83 @@ TEST_F(LoginItemFlows, aRemovalThatFailsStopsNoOther) {
     loginItems.unchangeable = {u"Zoom"_s};
     EXPECT_FALSE(disable({u"Zoom"_s, u"Dropbox"_s}));
     EXPECT_EQ(takeTrace(), u"$> System Events: list\n"
-                           "$> System Events: delete where name is Zoom\n"
+                           "$> System Events: delete where name is Zoom; delete where name is Dropbox\n"
                            "  [ERROR] Failed to remove login item: Zoom\n"
-                           "$> System Events: delete where name is Dropbox\n"
                            "  [APPLIED] Removed login item: Dropbox\n"_s);
 }
 
-TEST_F(LoginItemFlows, twoOfOneNameGoWithTheFirstAndTheSecondIsReportedMissing) {
+TEST_F(LoginItemFlows, twoOfOneNameGoWithTheFirstAndTheListTellsOfTheSecond) {
     loginItems.items = {kDropboxItem, {u"Dropbox"_s, u"/Users/alex/Applications/Dropbox.app"_s, false}};
-    EXPECT_FALSE(disable({u"Dropbox"_s}));
+    EXPECT_TRUE(disable({u"Dropbox"_s}));
     EXPECT_EQ(takeTrace(), u"$> System Events: list\n"
-                           "$> System Events: delete where name is Dropbox\n"
+                           "$> System Events: delete where name is Dropbox; delete where name is Dropbox\n"
+                           "$> System Events: list\n"
                            "  [APPLIED] Removed login item: Dropbox\n"
-                           "$> System Events: delete where name is Dropbox\n"
-                           "  [ERROR] Failed to remove login item: Dropbox\n"_s);
+                           "  [APPLIED] Removed login item: Dropbox\n"_s);
     EXPECT_EQ(loginItems.names(), QStringList());
 }
 
-TEST_F(LoginItemFlows, whereOneOfTheNameStaysTheOtherGoesByItsPath) {
-    const LoginItem protectedOne{u"HELPER"_s, u"/Applications/Traktor Pro 3.app"_s, false};
-    const LoginItem wanted{u"Helper"_s, u"/Applications/Helper.app"_s, false};
-    loginItems.items = {protectedOne, wanted};
+TEST_F(LoginItemFlows, oneThatWasGoneBeforeWasNotRemoved) {
+    loginItems.items = {kDropboxItem, kHiddenZoom};
+    raw();
+    loginItems.items = {kDropboxItem};
+    EXPECT_FALSE(disable({u"Dropbox"_s, u"Zoom"_s}));
+    EXPECT_TRUE(trace.contains(u"  [ERROR] Failed to remove login item: Zoom"_s));
+}
+
+const LoginItem kProtectedTwin{u"HELPER"_s, u"/Applications/Traktor Pro 3.app"_s, true};
+const LoginItem kGoingTwin{u"Helper"_s, u"/Applications/Helper.app"_s, false};
+const QString kTwinStep = u"$> System Events: list\n"
+                          "$> System Events: delete where path is /Applications/Helper.app and name is Helper\n"
+                          "$> System Events: list\n"_s;
+
+TEST_F(LoginItemFlows, whereOneOfTheNameStaysTheOtherGoesByBothAndTheListIsReadAgain) {
+    loginItems.items = {kProtectedTwin, kGoingTwin};
     EXPECT_TRUE(disable({u"Helper"_s}));
-    EXPECT_EQ(takeTrace(), u"$> System Events: list\n"
-                           "$> System Events: delete where path is /Applications/Helper.app\n"
-                           "  [APPLIED] Removed login item: Helper\n"_s);
-    EXPECT_EQ(loginItems.items, QList<LoginItem>{protectedOne});
+    EXPECT_EQ(takeTrace(), kTwinStep + u"  [APPLIED] Removed login item: Helper\n"_s);
+    EXPECT_EQ(loginItems.items, QList<LoginItem>{kProtectedTwin});
+}
+
+TEST_F(LoginItemFlows, aTwinThatWentAlongIsAddedAgainAndWhatStayedHasNotGone) {
+    loginItems.items = {kProtectedTwin, kGoingTwin};
+    loginItems.deletesByName = true;
+    EXPECT_FALSE(disable({u"Helper"_s}));
+    EXPECT_EQ(takeTrace(), kTwinStep +
+                               u"  [ERROR] Failed to remove login item: Helper\n"
+                               "$> System Events: add /Applications/Traktor Pro 3.app hidden:true\n"
+                               "  [INFO] Added again, it went along with another of its name or path: HELPER\n"_s);
+    EXPECT_EQ(loginItems.items.size(), 2);
+    EXPECT_EQ(loginItems.items.last().path, kProtectedTwin.path);
+    EXPECT_TRUE(loginItems.items.last().hidden);
+}
+
+TEST_F(LoginItemFlows, aTwinThatCannotBeAddedAgainIsSaid) {
+    loginItems.items = {kProtectedTwin, kGoingTwin};
+    loginItems.deletesByName = true;
+    loginItems.unchangeable = {kProtectedTwin.path};
+    EXPECT_FALSE(disable({u"Helper"_s}));
+    EXPECT_TRUE(trace.contains(
+        u"  [ERROR] Went along with another of its name or path, and could not be added again: HELPER"_s));
+}
+
+TEST_F(LoginItemFlows, aTwinWhoseFileIsNotKnownCannotBeAddedAgain) {
+    loginItems.items = {{u"SERATO"_s, {}, false}, {u"Serato"_s, u"/Applications/Helper.app"_s, false}};
+    loginItems.deletesByName = true;
+    const StartupLaunchItem helper{u"Serato"_s, u"/Applications/Helper.app"_s, false};
+    system.recordManagedStartupAppPath(helper.path);
+    QCoro::waitFor(system.removeManagedStartupApps(std::nullopt));
+    EXPECT_TRUE(trace.contains(
+        u"  [ERROR] Went along with another of its name or path, and could not be added again: SERATO"_s));
+    EXPECT_FALSE(takeTrace().contains(u"System Events: add"_s));
+}
+
+TEST_F(LoginItemFlows, whereTheListCannotBeReadAgainNobodySaysWhatWent) {
+    loginItems.items = {kProtectedTwin, kGoingTwin};
+    raw();
+    loginItems.listing = "ERROR|-609|Connection is invalid.\n";
+    EXPECT_FALSE(disable({u"Helper"_s}));
+    EXPECT_EQ(takeTrace(), kTwinStep + u"  [ERROR] Could not read login items: Connection is invalid.\n"_s + kPermit +
+                               u"  [ERROR] Failed to remove login item: Helper\n"_s);
 }
 
 TEST_F(LoginItemFlows, whereThePathDoesNotTellThemApartEitherBothStay) {
@@ -343,10 +497,9 @@ TEST_F(LoginItemFlows, oneThatIsNotThereIsNoFailure) {
     loginItems.items = {kHiddenZoom};
     EXPECT_TRUE(disable({u"Zoom"_s, u"Dropbox"_s, u"Spotify"_s}));
     EXPECT_EQ(takeTrace(), u"$> System Events: list\n"
-                           "$> System Events: delete where name is Zoom\n"
+                           "$> System Events: delete where name is Zoom; delete where name is Dropbox; "
+                           "delete where name is Spotify\n"
                            "  [APPLIED] Removed login item: Zoom\n"
-                           "$> System Events: delete where name is Dropbox\n"
-                           "$> System Events: delete where name is Spotify\n"
                            "$> System Events: list\n"_s);
 }
 
@@ -368,13 +521,18 @@ TEST_F(LoginItemFlows, oneThatIsStillThereIsAFailure) {
 TEST_F(LoginItemFlows, withoutPermissionNothingCountsAsGone) {
     loginItems.denial = "Not authorized";
     EXPECT_FALSE(disable({u"Zoom"_s}));
-    EXPECT_EQ(takeTrace(), u"$> System Events: list\n"
-                           "$> System Events: list\n"_s)
+    EXPECT_EQ(takeTrace(), u"$> System Events: list\n  [ERROR] Could not read login items: Not authorized\n"_s +
+                               kPermit + u"$> System Events: list\n"_s)
         << "no name is used while nobody knows whom it would take";
 }
 
+TEST_F(LoginItemFlows, amongThemOneWithoutANameMayBeTheOneThatIsMissing) {
+    loginItems.listing = "Unreadable login item 1||unreadable\n";
+    EXPECT_FALSE(disable({u"Zoom"_s}));
+}
+
 TEST_F(LoginItemFlows, whereTheListIsAnErrorNothingCountsAsGone) {
-    loginItems.listing = "ERROR|Connection is invalid.\n";
+    loginItems.listing = "ERROR|-609|Connection is invalid.\n";
     EXPECT_FALSE(disable({u"Zoom"_s}));
 }
 

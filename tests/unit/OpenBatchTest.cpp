@@ -13,20 +13,11 @@ TEST(OpenBatch, entriesJoinInOrderAndAreTakenOnce) {
     EXPECT_TRUE(batch.isEmpty());
     batch.queue(u"first && second"_s);
     batch.queueTolerantly({u"mdutil -a -i off"_s, u"pmset -a sms 0"_s});
-    batch.queueLabel(u"com.example.helper"_s, {u"third"_s, u"fourth"_s}, {});
+    batch.queue(u"third"_s);
     batch.queueLaunchPlistBack(u"/Library/LaunchAgents/a.plist"_s, u"fifth"_s);
     EXPECT_FALSE(batch.isEmpty());
-    EXPECT_EQ(batch.takeLine(),
-              u"first && second ; mdutil -a -i off || true ; pmset -a sms 0 ; third ; fourth ; fifth"_s);
+    EXPECT_EQ(batch.takeLine(), u"first && second ; mdutil -a -i off || true ; pmset -a sms 0 ; third ; fifth"_s);
     EXPECT_TRUE(batch.isEmpty());
-}
-
-TEST(OpenBatch, anEntryThatIsQueuedFirstStandsBeforeAllOthers) {
-    OpenBatch batch;
-    batch.queue(u"second"_s);
-    batch.queueFirst(u"first"_s);
-    batch.queue(u"third"_s);
-    EXPECT_EQ(batch.takeLine(), u"first ; second ; third"_s);
 }
 
 TEST(OpenBatch, aMovedFileIsKnownUnderEverySpellingThatItsFolderDoesNotTellApart) {
@@ -41,18 +32,6 @@ TEST(OpenBatch, aMovedFileIsKnownUnderEverySpellingThatItsFolderDoesNotTellApart
     EXPECT_FALSE(batch.moves(u"/Library/LaunchAgents/TOOL.plist"_s, files)) << "two files where the folder lists both";
     batch.forgetMoves();
     EXPECT_FALSE(batch.moves(u"/Library/LaunchAgents/Tool.plist"_s, files));
-}
-
-TEST(OpenBatch, aLabelThatIsOffByOtherMeansHasNothingToPutBack) {
-    OpenBatch batch;
-    batch.queueLabel(u"a"_s, {u"first"_s}, {u"[enabled]"_s});
-    batch.queueLabel(u"b"_s, {u"second"_s}, {u"[enabled, allowed]"_s});
-    EXPECT_TRUE(batch.switchesOff(u"a"_s));
-    EXPECT_FALSE(batch.switchesOff(u"c"_s));
-    batch.keepLabelOff(u"a"_s);
-    EXPECT_TRUE(batch.switchesOff(u"a"_s)) << "its commands still wait";
-    const QHash<QString, QStringList> before{{u"b"_s, {u"[enabled, allowed]"_s}}};
-    EXPECT_EQ(batch.dispositionsBefore(), before);
 }
 
 TEST(OpenBatch, knowsTheLaunchPlistsThatItBringsBack) {

@@ -8,6 +8,7 @@
 #include "profiles/UnifiedProfile.h"
 #include "snapshots/RestoreBaseline.h"
 #include "startup/apply/StartupVerification.h"
+#include "startup/login/LoginItemScripts.h"
 
 #include <functional>
 
@@ -89,6 +90,10 @@ bool ended(QCoro::Task<bool> flow) {
     return QCoro::waitFor(std::move(flow));
 }
 
+bool ended(QCoro::Task<QList<bool>> flow) {
+    return !QCoro::waitFor(std::move(flow)).contains(false);
+}
+
 bool ended(QCoro::Task<RestoreOutcome> flow) {
     return QCoro::waitFor(std::move(flow)).succeeded;
 }
@@ -114,9 +119,18 @@ const QList<std::pair<const char*, Flow>>& flows() {
         {"startup", [](auto& system) { return ended(system.applyStartupConfiguration(Mac::startup())); }},
         {"startup changes",
          [](auto& system) { return QCoro::waitFor(system.applyStartupChanges(Mac::startup())).applySucceeded; }},
-        {"remove by name", [](auto& system) { return ended(system.removeLoginItemByName(u"Mail"_s)); }},
-        {"remove by path", [](auto& system) { return ended(system.removeLoginItemAtPath(Mac::kLive)); }},
-        {"add", [](auto& system) { return ended(system.addLoginItem(u"/Applications/Deck.app"_s, false)); }},
+        {"remove by name",
+         [](auto& system) {
+             return ended(system.removeLoginItems({{u"Mail"_s, {}}}));
+         }},
+        {"remove by path",
+         [](auto& system) {
+             return ended(system.removeLoginItems({{{}, Mac::kLive}}));
+         }},
+        {"add",
+         [](auto& system) {
+             return ended(system.addLoginItems({{u"/Applications/Deck.app"_s, false}}));
+         }},
         {"disable login items",
          [](auto& system) { return ended(system.disableLoginItems(QStringList(u"Mail"_s), {})); }},
         {"disable launch items",

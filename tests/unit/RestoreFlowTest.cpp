@@ -285,9 +285,9 @@ TEST_F(RestoreFlow, reinstatesTheWholeSystemUnderOnePrompt) {
     EXPECT_EQ(reinstate(), (RestoreOutcome{true, RestoreSource::Snapshot}));
     EXPECT_EQ(takeTrace(),
               u"\nReinstating from saved system snapshot (Tour)...\n"_s + kRestoreSteps + kAction + kApplied +
-                  u"$> osascript: read\n"
-                  "$> osascript: add /Applications/Live.app\n"
-                  "$> osascript: add /Applications/Dropbox.app\n"
+                  u"$> osascript: list\n"
+                  "$> osascript: add /Applications/Live.app hidden:false; "
+                  "add /Applications/Dropbox.app hidden:true\n"
                   "  [RESTORED] 2 login item(s) from snapshot.\n"
                   "$> /usr/sbin/networksetup -listallnetworkservices\n"
                   "$ /bin/launchctl load /Users/alex/Library/LaunchAgents/com.example.plist\n"
@@ -361,7 +361,7 @@ TEST_F(RestoreFlow, leavesTheNetworkAloneWhereTheSnapshotFoundNoService) {
     save(snapshot);
     EXPECT_TRUE(reinstate().succeeded);
     EXPECT_EQ(takeTrace(), u"\nReinstating from saved system snapshot...\n"_s + kRestoreSteps + kApplied +
-                               u"$> osascript: read\n"_s);
+                               u"$> osascript: list\n"_s);
 }
 
 TEST_F(RestoreFlow, readsTheLoginItemsAfreshBeforeItRestoresThem) {
@@ -408,6 +408,20 @@ TEST_F(RestoreFlow, reinstatesStandardDefaultsAloneWhereNothingWasCaptured) {
         log.endsWith(prompted(kUndoLine, u"Quorvane needs your administrator password to restore system defaults."_s)));
     EXPECT_FALSE(log.contains(u"osascript"_s));
     EXPECT_FALSE(log.contains(u"networksetup"_s));
+}
+
+TEST_F(RestoreFlow, whatLaunchdWasToldIsLiftedAlsoWhereNothingWasCaptured) {
+    const QString record = u"/Users/alex/.quorvane/launchd-overrides.json"_s;
+    files.addFile(record, R"([{"label": "com.chat", "domain": "user"}, {"label": "com.vpn", "domain": "system"}])");
+    EXPECT_TRUE(reinstate().succeeded);
+    const QString log = takeTrace();
+    EXPECT_TRUE(log.startsWith(u"  [INFO] No system snapshot found — using standard restore.\n"
+                               "$ /bin/launchctl enable gui/501/com.chat\n"_s));
+    EXPECT_TRUE(log.endsWith(prompted(u"/bin/launchctl enable system/com.vpn || true ; "_s + kUndoLine,
+                                      u"Quorvane needs your administrator password to restore system defaults."_s) +
+                             u"? launchd\n"
+                             "  [RESTORED] 2 background item(s) allowed to start again.\n"_s));
+    EXPECT_FALSE(files.exists(record));
 }
 
 TEST_F(RestoreFlow, keepsWhatItWroteAsTheUserWhenReinstatingIsCancelled) {
@@ -498,7 +512,7 @@ TEST_F(RestoreFlow, forgetsWhatItKnewOfStartupAfterReinstating) {
     reinstate();
     trace.clear();
     QCoro::waitFor(system.discoverStartupItems(SystemManager::StartupRefresh::UseCache));
-    EXPECT_EQ(takeTrace(), u"$> osascript: read\n"_s);
+    EXPECT_EQ(takeTrace(), u"$> osascript: list\n"_s + kLookAtLaunchd);
 }
 
 } // namespace quorvane

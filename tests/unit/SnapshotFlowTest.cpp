@@ -202,15 +202,21 @@ TEST_F(SnapshotFlow, keepsTheOldSnapshotWhereSystemEventsDoesNotSay) {
         EXPECT_TRUE(posted.isEmpty());
         EXPECT_FALSE(files.exists(u"/Users/alex/.quorvane"_s));
     };
-    for (const char* listing : {"ERROR|AppleEvent timed out.\n", "something else\n"}) {
+    const auto permissionLines = [](const QString& text) {
+        return QStringList{
+            u"  [ERROR] Could not read login items: "_s + text,
+            u"  [INFO] Grant Automation permission for System Events in System Settings → Privacy & Security."_s};
+    };
+    const QList<std::pair<const char*, QString>> listings{
+        {"ERROR|-1712|AppleEvent timed out.\n", u"AppleEvent timed out."_s},
+        {"ERROR|-1743|Not authorized.\n", u"Not authorized."_s},
+        {"something else\n", u"The answer of System Events isn’t understood."_s}};
+    for (const auto& [listing, text] : listings) {
         loginItems.listing = listing;
-        expectKept({});
+        expectKept(permissionLines(text));
     }
     loginItems.denial = "Not authorized to send Apple events to System Events.";
-    const QStringList permissionLines{
-        u"  [ERROR] Could not read login items: Not authorized to send Apple events to System Events."_s,
-        u"  [INFO] Grant Automation permission for System Events in System Settings → Privacy & Security."_s};
-    expectKept(permissionLines);
+    expectKept(permissionLines(u"Not authorized to send Apple events to System Events."_s));
     loginItems.denial.clear();
     loginItems.listing.clear();
     EXPECT_TRUE(capture(u"new"_s));

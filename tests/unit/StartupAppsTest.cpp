@@ -1,5 +1,7 @@
 #include "fakes/ProfileStore.h"
 #include "fakes/ScriptedLoginItems.h"
+#include "startup/background/StartupMemory.h"
+#include "startup/login/LoginItemScripts.h"
 
 namespace quorvane {
 
@@ -18,6 +20,10 @@ QString shown(const QList<StartupLaunchItem>& items) {
     }
     return names.join(u'\n');
 }
+
+const QString kUnread =
+    u"  [ERROR] Could not read login items: Not authorized\n"
+    "  [INFO] Grant Automation permission for System Events in System Settings → Privacy & Security.\n"_s;
 
 class StartupApps : public ScriptedStartup {
 protected:
@@ -112,11 +118,10 @@ TEST_F(StartupApps, managedOnesAreRemovedByPathAndForgotten) {
     EXPECT_TRUE(remove());
     EXPECT_EQ(takeTrace(), u"  [ACTION] Removing 2 Quorvane-managed startup app(s)...\n"
                            "$> System Events: list\n"
-                           "$> System Events: delete where path is /Applications/Live.app\n"
+                           "$> System Events: delete where path is /Applications/Live.app; "
+                           "delete where path is /Applications/Mixer.app\n"
                            "$> System Events: list\n"
                            "  [APPLIED] Removed startup app from login items: Live\n"
-                           "$> System Events: delete where path is /Applications/Mixer.app\n"
-                           "$> System Events: list\n"
                            "  [APPLIED] Removed startup app from login items: The Mixer\n"_s);
     EXPECT_EQ(managed(), QStringList());
     EXPECT_EQ(loginItems.names(), QStringList(u"zoom"_s));
@@ -128,7 +133,6 @@ TEST_F(StartupApps, oneThatIsGoneAlreadyIsForgottenToo) {
     EXPECT_EQ(takeTrace(), u"  [ACTION] Removing 1 Quorvane-managed startup app(s)...\n"
                            "$> System Events: list\n"
                            "$> System Events: delete where path is /Applications/Live.app\n"
-                           "$> System Events: delete where name is Live\n"
                            "$> System Events: list\n"
                            "  [APPLIED] Removed startup app from login items: Live\n"_s);
     EXPECT_EQ(managed(), QStringList());
@@ -141,11 +145,10 @@ TEST_F(StartupApps, oneThatWillNotGoStaysRecordedAndStopsNoOther) {
     EXPECT_FALSE(remove());
     EXPECT_EQ(takeTrace(), u"  [ACTION] Removing 2 Quorvane-managed startup app(s)...\n"
                            "$> System Events: list\n"
-                           "$> System Events: delete where path is /Applications/Live.app\n"
+                           "$> System Events: delete where path is /Applications/Live.app; "
+                           "delete where path is /Applications/Mixer.app\n"
                            "$> System Events: list\n"
                            "  [ERROR] Failed to remove startup app from login items: Live\n"
-                           "$> System Events: delete where path is /Applications/Mixer.app\n"
-                           "$> System Events: list\n"
                            "  [APPLIED] Removed startup app from login items: Mixer\n"_s);
     EXPECT_EQ(managed(), QStringList(kLiveApp.path));
 }
@@ -156,10 +159,11 @@ TEST_F(StartupApps, withoutPermissionNothingCountsAsRemoved) {
     manage({kLiveApp.path});
     EXPECT_FALSE(remove());
     EXPECT_EQ(takeTrace(), u"  [ACTION] Removing 1 Quorvane-managed startup app(s)...\n"
-                           "$> System Events: list\n"
-                           "$> System Events: delete where path is /Applications/Live.app\n"
-                           "$> System Events: list\n"
-                           "  [ERROR] Failed to remove startup app from login items: Live\n"_s);
+                           "$> System Events: list\n"_s +
+                               kUnread +
+                               u"$> System Events: delete where path is /Applications/Live.app\n"
+                               "$> System Events: list\n"
+                               "  [ERROR] Failed to remove startup app from login items: Live\n"_s);
     EXPECT_EQ(managed(), QStringList(kLiveApp.path));
 }
 
@@ -169,7 +173,7 @@ TEST_F(StartupApps, anotherItemOfTheNameIsSpared) {
     EXPECT_TRUE(remove());
     EXPECT_EQ(takeTrace(), u"  [ACTION] Removing 1 Quorvane-managed startup app(s)...\n"
                            "$> System Events: list\n"
-                           "$> System Events: delete where path is /Applications/Live.app\n"
+                           "$> System Events: delete where path is /Applications/Live.app and name is Live\n"
                            "$> System Events: list\n"
                            "  [APPLIED] Removed startup app from login items: Live\n"_s);
     EXPECT_EQ(loginItems.names(), QStringList(u"live"_s));
@@ -181,7 +185,7 @@ TEST_F(StartupApps, anItemThatSystemEventsTakesForTheSamePathIsSpared) {
     EXPECT_TRUE(remove());
     EXPECT_EQ(takeTrace(), u"  [ACTION] Removing 1 Quorvane-managed startup app(s)...\n"
                            "$> System Events: list\n"
-                           "$> System Events: delete where name is Live\n"
+                           "$> System Events: delete where path is /Applications/Live.app and name is Live\n"
                            "$> System Events: list\n"
                            "  [APPLIED] Removed startup app from login items: Live\n"_s);
     EXPECT_EQ(loginItems.names(), QStringList(u"Other"_s));
@@ -202,7 +206,7 @@ TEST_F(StartupApps, oneWhosePathEndsInASlashGoesThoughAnotherHasItsName) {
     EXPECT_TRUE(remove());
     EXPECT_EQ(takeTrace(), u"  [ACTION] Removing 1 Quorvane-managed startup app(s)...\n"
                            "$> System Events: list\n"
-                           "$> System Events: delete where path is /Applications/Live.app/\n"
+                           "$> System Events: delete where path is /Applications/Live.app/ and name is Live\n"
                            "$> System Events: list\n"
                            "  [APPLIED] Removed startup app from login items: Live\n"_s);
     EXPECT_EQ(loginItems.items, QList<LoginItem>{other});
@@ -238,10 +242,10 @@ TEST_F(StartupApps, audioSoftwareGoesOnlyWhenTheProgramHasAddedIt) {
     EXPECT_TRUE(remove(QSet<QString>{traktor, serato, deck}));
     EXPECT_EQ(takeTrace(), u"  [ACTION] Removing 3 Quorvane-managed startup app(s)...\n"
                            "$> System Events: list\n"
-                           "  [SKIPPED] Protected login item at path: /Applications/Deck.app\n"
-                           "  [SKIPPED] Protected login item at path: /Applications/Serato DJ Pro.app\n"
                            "$> System Events: delete where path is /Applications/Traktor Pro 3.app\n"
                            "$> System Events: list\n"
+                           "  [SKIPPED] Protected login item at path: /Applications/Deck.app\n"
+                           "  [SKIPPED] Protected login item at path: /Applications/Serato DJ Pro.app\n"
                            "  [APPLIED] Removed startup app from login items: Traktor Pro 3\n"_s);
     EXPECT_EQ(loginItems.names(), (QStringList{u"Serato DJ Pro"_s, u"Serato Deck"_s}));
 }
@@ -285,9 +289,9 @@ TEST_F(StartupApps, configuringNoneDoesNothing) {
 TEST_F(StartupApps, aHiddenOneIsAddedHiddenAndSaidSo) {
     EXPECT_TRUE(configure({kMixer, kLiveApp}));
     EXPECT_EQ(takeTrace(), u"$> System Events: list\n"
-                           "$> System Events: add /Applications/Mixer.app hidden:true\n"
+                           "$> System Events: add /Applications/Mixer.app hidden:true; "
+                           "add /Applications/Live.app hidden:false\n"
                            "  [APPLIED] Added login item: Mixer (hidden)\n"
-                           "$> System Events: add /Applications/Live.app hidden:false\n"
                            "  [APPLIED] Added login item: Live\n"_s);
     EXPECT_EQ(loginItems.items, (QList<LoginItem>{{u"Mixer"_s, kMixer.path, true}, {u"Live"_s, kLiveApp.path, false}}));
     EXPECT_EQ(managed(), (QStringList{kMixer.path, kLiveApp.path}));
@@ -329,9 +333,9 @@ TEST_F(StartupApps, oneThatCannotBeAddedIsNotRecordedAndStopsNoOther) {
     loginItems.unchangeable = {kMixer.path};
     EXPECT_FALSE(configure({kMixer, kLiveApp}));
     EXPECT_EQ(takeTrace(), u"$> System Events: list\n"
-                           "$> System Events: add /Applications/Mixer.app hidden:true\n"
+                           "$> System Events: add /Applications/Mixer.app hidden:true; "
+                           "add /Applications/Live.app hidden:false\n"
                            "  [ERROR] Failed to add login item: Mixer\n"
-                           "$> System Events: add /Applications/Live.app hidden:false\n"
                            "  [APPLIED] Added login item: Live\n"_s);
     EXPECT_EQ(managed(), QStringList(kLiveApp.path));
 }
@@ -339,7 +343,8 @@ TEST_F(StartupApps, oneThatCannotBeAddedIsNotRecordedAndStopsNoOther) {
 TEST_F(StartupApps, oneThatWasRemovedJustBeforeIsAddedAgain) {
     loginItems.items = {{u"Live"_s, kLiveApp.path, false}};
     QCoro::waitFor(system.rawLoginItems());
-    QCoro::waitFor(system.removeLoginItemByName(u"Live"_s));
+    const QList<LoginItemSelector> live{{u"Live"_s, {}}};
+    QCoro::waitFor(system.removeLoginItems(live));
     EXPECT_TRUE(configure({kLiveApp}));
     EXPECT_EQ(loginItems.names(), QStringList(u"Live"_s));
 }
@@ -347,10 +352,18 @@ TEST_F(StartupApps, oneThatWasRemovedJustBeforeIsAddedAgain) {
 TEST_F(StartupApps, withoutPermissionNothingIsAdded) {
     loginItems.denial = "Not authorized";
     EXPECT_FALSE(configure({kLiveApp}));
-    EXPECT_EQ(takeTrace(), u"$> System Events: list\n"
-                           "$> System Events: add /Applications/Live.app hidden:false\n"
-                           "  [ERROR] Failed to add login item: Live\n"_s);
+    EXPECT_EQ(takeTrace(), u"$> System Events: list\n"_s + kUnread +
+                               u"$> System Events: add /Applications/Live.app hidden:false\n"
+                               "  [ERROR] Failed to add login item: Live\n"_s);
     EXPECT_EQ(managed(), QStringList());
+}
+
+TEST_F(StartupApps, oneThatOpensByItsOwnRegistrationIsNotAddedASecondTime) {
+    ASSERT_EQ(StartupMemoryFile(files, machine).save({{}, {kLiveApp.path + u'/'}}), std::nullopt);
+    EXPECT_TRUE(configure({kLiveApp}));
+    EXPECT_EQ(system.logMessages(),
+              QStringList(u"  [SKIPPED] Already configured to start at login: "_s + kLiveApp.name));
+    EXPECT_EQ(loginItems.names(), QStringList());
 }
 
 } // namespace quorvane

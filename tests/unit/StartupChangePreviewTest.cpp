@@ -1,5 +1,7 @@
 #include "startup/apply/StartupChangePreview.h"
 
+#include "fakes/ReadLaunchd.h"
+#include "profiles/ApplyPreviews.h"
 #include "startup/apply/ActiveStartup.h"
 
 #include <gtest/gtest.h>
@@ -45,7 +47,7 @@ protected:
     }
 
     StartupConfiguration configuration;
-    StartupReadings readings;
+    StartupReadings readings = readingsWithLaunchd();
 };
 
 TEST_F(StartupChangePreviewTest, anEmptyConfigurationChangesNothing) {
@@ -54,11 +56,38 @@ TEST_F(StartupChangePreviewTest, anEmptyConfigurationChangesNothing) {
     EXPECT_EQ(preview(), StartupChangePreview());
 }
 
+TEST_F(StartupChangePreviewTest, whatWaitsForThisApplyIsShownUnlessTheProfileKeepsIt) {
+    LaunchPlist daemon;
+    daemon.fileName = u"com.vpn.plist"_s;
+    daemon.folder = launchFolders(u"/Users/alex"_s).last();
+    daemon.label = u"com.vpn"_s;
+    readings.launchd = LaunchdReadings(readLaunchd().overrides(), {daemon});
+    readings.memory.waiting = {{{LaunchdDomain::System, u"com.vpn"_s}, daemon.path(), u"VPN"_s},
+                               {{LaunchdDomain::System, u"com.job"_s}, {}, u"Sync"_s, u"com.sync"_s, true}};
+    EXPECT_EQ(itemNames(preview().willDisable), (QStringList{u"Sync"_s, u"VPN"_s}));
+    EXPECT_EQ(itemNames(cleanRebootPreview({}, readings).willDisable), (QStringList{u"Sync"_s, u"VPN"_s}));
+    configuration.items = {previewedItem(Kind::launchDaemon, u"VPN"_s, true, u"com.vpn.plist"_s),
+                           previewedItem(Kind::backgroundLoginItem, u"Sync"_s, true, u"com.sync"_s)};
+    EXPECT_EQ(itemNames(preview().willDisable), QStringList());
+}
+
+TEST_F(StartupChangePreviewTest, saysWhyTheLoginItemsAreNotKnown) {
+    EXPECT_EQ(preview().unreadLoginItems, QString());
+    readings.loginItems.wasRead = false;
+    readings.loginItems.failure = ScriptFailure{-1743, u"Nein."_s};
+    EXPECT_EQ(preview().unreadLoginItems, u"not permitted"_s);
+    EXPECT_EQ(cleanRebootPreview({}, readings).unreadLoginItems, u"not permitted"_s);
+    readings.loginItems.failure = ScriptFailure{-1712, u"Zu spät."_s};
+    EXPECT_EQ(preview().unreadLoginItems, u"not answered"_s);
+    readings.loginItems.failure = ScriptFailure{-609, u"Connection is invalid."_s};
+    EXPECT_EQ(preview().unreadLoginItems, u"Connection is invalid."_s);
+}
+
 TEST_F(StartupChangePreviewTest, whatIsSwitchedOffAndStillActiveWillBeDisabled) {
     addLoginItem(u"zed"_s, u"/z"_s);
     addLoginItem(u"Alpha"_s, u"/a"_s);
     addLoginItem(u"Runs"_s, u"/r"_s);
-    readings.launchPlists = {u"com.m.plist"_s};
+    readings.launchd = readLaunchd({u"com.m.plist"_s});
     readings.backgroundItems = BackgroundTaskList({{u"B"_s, u"com.b"_s, {}, {}, u"[enabled]"_s, {}, {}, {}},
                                                    {u"Off"_s, u"com.off"_s, {}, {}, u"[disabled]"_s, {}, {}, {}}});
     configuration.items = {previewedItem(Kind::loginApp, u"zed"_s),
@@ -70,6 +99,28 @@ TEST_F(StartupChangePreviewTest, whatIsSwitchedOffAndStillActiveWillBeDisabled) 
                            previewedItem(Kind::backgroundLoginItem, u"Bee"_s, false, u"com.b"_s),
                            previewedItem(Kind::backgroundLoginItem, u"Off"_s, false, u"com.off"_s)};
     EXPECT_EQ(itemNames(preview().willDisable), (QStringList{u"Alpha"_s, u"Bee"_s, u"mid"_s, u"zed"_s}));
+}
+
+TEST_F(StartupChangePreviewTest, whatIsOnAgainAndWhatOnlyTheUserCanTurnOffIsMarked) {
+    readings.launchd = readLaunchd({u"com.m.plist"_s, u"com.n.plist"_s});
+    readings.onAgain = {u"com.m"_s, u"com.b"_s};
+    readings.memory.registeredApplications = {u"/Applications/Chat.app"_s};
+    StartupItem chat = previewedItem(Kind::loginApp, u"Chat"_s);
+    chat.path = u"/Applications/Chat.app"_s;
+    configuration.items = {chat, previewedItem(Kind::launchAgent, u"M"_s, false, u"com.m.plist"_s),
+                           previewedItem(Kind::launchAgent, u"N"_s, false, u"com.n.plist"_s),
+                           previewedItem(Kind::backgroundLoginItem, u"B"_s, false, u"com.b"_s)};
+    EXPECT_EQ(itemNames(preview().willDisable), (QStringList{u"B"_s, u"Chat"_s, u"M"_s, u"N"_s}));
+    EXPECT_EQ(preview().onAgain, (QSet<QString>{u"id:M"_s, u"id:B"_s}));
+    EXPECT_EQ(preview().byHand, QSet<QString>{u"id:Chat"_s});
+    QStringList details;
+    const QList<ReviewSection> sections = reviewSections(preview());
+    for (const ReviewSection::Row& row : sections.first().rows) {
+        details.append(row.detail);
+    }
+    EXPECT_EQ(details, (QStringList{u"Background Item, on again since it was switched off"_s,
+                                    u"App, turn off in System Settings"_s,
+                                    u"Launch Agent, on again since it was switched off"_s, u"Launch Agent"_s}));
 }
 
 TEST_F(StartupChangePreviewTest, whatCantBeToldStaysInTheList) {
@@ -148,7 +199,7 @@ TEST_F(StartupChangePreviewTest, aCleanRebootAloneTakesNeitherServicesNorWhatItP
     addLoginItem(u"Chat"_s, u"/Applications/Chat.app"_s);
     addLoginItem(u"Old"_s, u"/Applications/Old.app"_s);
     readings.managedPaths = {u"/Applications/Old.app"_s};
-    readings.launchPlists = {u"com.a.plist"_s, u"com.x.agent.plist"_s};
+    readings.launchd = readLaunchd({u"com.a.plist"_s, u"com.x.agent.plist"_s});
     StartupItem agent = previewedItem(Kind::backgroundAgent, u"X Agent"_s, false, u"com.x.agent.plist"_s);
     agent.id = launchItemId(u"com.x.agent.plist"_s);
     configuration.items = {previewedItem(Kind::launchAgent, u"A"_s, false, u"com.a.plist"_s),

@@ -1,6 +1,7 @@
 #include "startup/apply/StartupDiscovery.h"
 
 #include "fakes/MemoryBundles.h"
+#include "fakes/ReadLaunchd.h"
 
 #include <gtest/gtest.h>
 
@@ -84,8 +85,11 @@ protected:
     QList<StartupItem> found(const QStringList& users, const QStringList& agents = {},
                              const QStringList& daemons = {}) {
         const QList<LaunchFolder> folders = launchFolders(u"/Users/alex"_s);
-        return launchStartupItems({{folders.at(0), users}, {folders.at(1), agents}, {folders.at(2), daemons}},
-                                  propertyLists, bundles);
+        const LaunchdReadings launchd(
+            readLaunchd().overrides(),
+            readLaunchPlists({{folders.at(0), users}, {folders.at(1), agents}, {folders.at(2), daemons}},
+                             propertyLists));
+        return launchStartupItems(launchd, {}, propertyLists, bundles);
     }
 
     MemoryPropertyLists propertyLists;
@@ -192,7 +196,7 @@ TEST(StartupDiscovery, aBackgroundRecordWithoutALabelIsNoItem) {
     item.bundleIdentifier = u""_s;
     item.identifier = u"16."_s;
     EXPECT_EQ(backgroundTaskStartupItem(item), std::nullopt);
-    EXPECT_EQ(backgroundStartupItems({item}), QList<StartupItem>());
+    EXPECT_EQ(backgroundStartupItems({item}, readLaunchd()), QList<StartupItem>());
 }
 
 TEST(StartupDiscovery, aBackgroundRecordRunsWhenItIsOn) {
@@ -221,7 +225,8 @@ TEST(StartupDiscovery, onlyLoginItemsAgentsAndDaemonsAreListedAndNoProtectedReco
              {own, foundRecord(u"app"_s, u"app (0x2)"_s), foundRecord(u"item"_s, u"Login Item (0x4)"_s),
               foundRecord(u"agent"_s, u"legacy agent (0x10008)"_s), foundRecord(u"daemon"_s, u"daemon (0x10)"_s),
               foundRecord(u"developer"_s, u"developer (0x20)"_s), foundRecord(u"Serato Helper"_s, u"agent (0x8)"_s),
-              byPath})) {
+              byPath},
+             readLaunchd())) {
         names.append(item.name);
     }
     EXPECT_EQ(names, (QStringList{u"item"_s, u"agent"_s, u"daemon"_s}));

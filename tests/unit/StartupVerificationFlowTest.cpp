@@ -1,4 +1,5 @@
 #include "fakes/StartupSystem.h"
+#include "startup/login/LoginItemScripts.h"
 
 namespace quorvane {
 
@@ -49,7 +50,7 @@ TEST_F(StartupVerificationFlow, whatIsGoneIsVerifiedInTheOrderOfTheSteps) {
     login = {{u"Live"_s, u"/Applications/Live.app"_s, false}, {u"Mixer"_s, u"/Applications/Mixer.app"_s, true}};
     defaults.setStringArray(kManagedKey, {u"/Applications/Old Mixer.app"_s});
     BackgroundTaskItem off = backgroundRecord(u"Sync"_s, u"com.x.sync"_s);
-    off.disposition = disabledDisposition();
+    off.disposition = u"[disabled, allowed, notified] (0xa)"_s;
     BackgroundTaskItem syncHelper = backgroundRecord(u"Dropbox Helper"_s, u"com.getdropbox.helper"_s);
     syncHelper.disposition = u"[enabled, disallowed, notified] (0x9)"_s;
     cacheDump({off, syncHelper});
@@ -76,7 +77,8 @@ TEST_F(StartupVerificationFlow, whatIsGoneIsVerifiedInTheOrderOfTheSteps) {
                                                {u"Startup app: Live"_s, u"configured"_s},
                                                {u"Startup app: Mixer"_s, u"hidden at login"_s},
                                                {u"Startup app: Old Mixer"_s, u"removed from login items"_s}}));
-    EXPECT_EQ(takeTrace(), u"$> osascript: read\n"
+    EXPECT_EQ(takeTrace(), u"$> osascript: list\n"
+                           "? launchd\n"
                            "$> /usr/sbin/networksetup -listallnetworkservices\n"
                            "$> /usr/sbin/networksetup -getnetworkserviceenabled Wi-Fi\n"
                            "$> /usr/sbin/networksetup -getnetworkserviceenabled LAN\n"_s);
@@ -152,7 +154,7 @@ TEST_F(StartupVerificationFlow, loginItemsThatNobodyMayReadProveNothing) {
 TEST_F(StartupVerificationFlow, anErrorFromSystemEventsIsNoList) {
     commands.respond = nullptr;
     commands.print(commandLine({u"/usr/bin/osascript"_s, u"-e"_s, readLoginItemsScript()}),
-                   "ERROR|Connection invalid\n");
+                   "ERROR|-609|Connection is invalid.\n");
     EXPECT_EQ(verify(configured({loginAppOff(u"Chat"_s)})),
               failed({{u"Login item: Chat"_s, u"could not read login items"_s}}));
 }
@@ -236,7 +238,7 @@ TEST_F(StartupVerificationFlow, aPreviewNeitherPromptsNorChangesAnything) {
     EXPECT_EQ(preview.willRemove, QList<StartupLaunchItem>({{u"Old"_s, u"/Applications/Old.app"_s, false}}));
     EXPECT_TRUE(preview.disableNetwork);
     EXPECT_EQ(preview.disabledCloudSync, QList<CloudSyncService>({CloudSyncService::box, CloudSyncService::oneDrive}));
-    EXPECT_EQ(takeTrace(), u"$> osascript: read\n"_s);
+    EXPECT_EQ(takeTrace(), u"$> osascript: list\n"_s + kLookAtLaunchd);
     EXPECT_EQ(files.changes(), changes);
     EXPECT_EQ(login.size(), 2);
 }

@@ -1,5 +1,7 @@
 #include "startup/apply/StartupVerification.h"
 
+#include "fakes/ReadLaunchd.h"
+
 #include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
@@ -58,7 +60,7 @@ protected:
     }
 
     StartupConfiguration configuration;
-    StartupReadings readings;
+    StartupReadings readings = readingsWithLaunchd();
 };
 
 TEST_F(StartupVerificationTest, anEmptyConfigurationHasNothingToCheck) {
@@ -91,10 +93,96 @@ TEST_F(StartupVerificationTest, launchItemsByTheirPlists) {
     configuration.items = {off(Kind::launchAgent, u"launch:b.plist"_s, u"Bee"_s, u"b.plist"_s),
                            off(Kind::launchDaemon, u"launch:a.plist"_s, u"Aye"_s, u"a.plist"_s),
                            off(Kind::backgroundAgent, u"launch:c.agent.plist"_s, u"Sea"_s, u"c.agent.plist"_s)};
-    readings.launchPlists = {u"b.plist"_s};
+    readings.launchd = readLaunchd({u"b.plist"_s});
     EXPECT_EQ(checks(),
               (QStringList{u"+ Launch item: a.plist (inactive)"_s, u"+ Launch item: c.agent.plist (inactive)"_s,
                            u"- Launch item: b.plist (still active)"_s}));
+}
+
+TEST_F(StartupVerificationTest, whatLaunchdDoesNotTellIsNotCalledOff) {
+    configuration.items = {off(Kind::launchAgent, u"launch:b.plist"_s, u"Bee"_s, u"b.plist"_s),
+                           off(Kind::backgroundLoginItem, u"btm:com.on"_s, u"x"_s, u"com.on"_s)};
+    readings.launchd = LaunchdReadings({}, readLaunchd({u"b.plist"_s}).plists());
+    readings.backgroundItems = BackgroundTaskList({activeRecord(u"On"_s, u"com.on"_s, true)});
+    EXPECT_EQ(checks(), (QStringList{u"- Launch item: b.plist (could not ask launchd)"_s,
+                                     u"- Background item: On (could not ask launchd)"_s}));
+}
+
+TEST_F(StartupVerificationTest, whatNoApplySwitchesOffIsNotChecked) {
+    LaunchPlist waiting;
+    waiting.fileName = u"com.waiting.plist"_s;
+    waiting.label = u"com.waiting"_s;
+    waiting.folder.isDaemons = true;
+    waiting.startsByItself = false;
+    readings.launchd = LaunchdReadings(readLaunchd().overrides(), {waiting});
+    BackgroundTaskItem managed = activeRecord(u"Managed"_s, u"com.it"_s, true, u"managed agent"_s);
+    readings.backgroundItems = BackgroundTaskList({managed});
+    configuration.items = {off(Kind::launchDaemon, u"launch:com.waiting.plist"_s, u"W"_s, u"com.waiting.plist"_s),
+                           off(Kind::backgroundLoginItem, u"btm:com.waiting"_s, u"W"_s, u"com.waiting"_s),
+                           off(Kind::backgroundLoginItem, u"btm:com.it"_s, u"M"_s, u"com.it"_s)};
+    EXPECT_EQ(checks(), QStringList());
+}
+
+TEST_F(StartupVerificationTest, ofAServiceWhatIsLeftAloneIsNotMissedAndWhatWaitsIsSaidToWait) {
+    configuration.disabledCloudSyncAtStartup = {Service::dropbox};
+    const QString path = u"/Applications/Dropbox.app/Contents/Library/LaunchDaemons/com.d.plist"_s;
+    BackgroundTaskItem daemon = activeRecord(u"Dropbox Daemon"_s, u"com.d"_s, true, u"daemon (0x10)"_s);
+    daemon.url = path;
+    LaunchPlist plist;
+    plist.label = u"com.d"_s;
+    plist.folder.isDaemons = true;
+    plist.startsByItself = false;
+    const BackgroundTaskItem managed = activeRecord(u"Dropbox of IT"_s, u"com.d.it"_s, true, u"managed agent"_s);
+    readings.backgroundItems = BackgroundTaskList({daemon, managed}, {{path, plist}});
+    EXPECT_EQ(checks(), (QStringList{u"+ Cloud sync: Dropbox (disabled at login)"_s,
+                                     u"+ Cloud sync helper: Dropbox (background items disabled)"_s}));
+    plist.startsByItself = true;
+    readings.backgroundItems = BackgroundTaskList({daemon, managed}, {{path, plist}});
+    readings.memory.waiting = {{{LaunchdDomain::System, u"com.d"_s}, {}}};
+    EXPECT_EQ(checks(), (QStringList{u"- Cloud sync: Dropbox (will be switched off at the next apply)"_s,
+                                     u"- Cloud sync helper: Dropbox (will be switched off at the next apply: "
+                                     "Dropbox Daemon)"_s}));
+    readings.memory.waiting.clear();
+    EXPECT_EQ(checks(), (QStringList{u"- Cloud sync: Dropbox (still active)"_s,
+                                     u"- Cloud sync helper: Dropbox (still enabled: Dropbox Daemon)"_s}));
+}
+
+TEST_F(StartupVerificationTest, aLaunchItemThatWaitsIsSaidToWait) {
+    configuration.items = {off(Kind::launchAgent, u"launch:b.plist"_s, u"Bee"_s, u"b.plist"_s)};
+    readings.launchd = readLaunchd({u"b.plist"_s});
+    readings.memory.waiting = {{{LaunchdDomain::System, u"b"_s}, u"/Library/LaunchDaemons/b.plist"_s}};
+    EXPECT_EQ(checks(), QStringList(u"- Launch item: b.plist (will be switched off at the next apply)"_s));
+}
+
+TEST_F(StartupVerificationTest, whatWaitsForTheNextApplyIsSaidToWait) {
+    configuration.items = {off(Kind::backgroundLoginItem, u"btm:com.on"_s, u"x"_s, u"com.on"_s)};
+    readings.backgroundItems = BackgroundTaskList({activeRecord(u"On"_s, u"com.on"_s, true)});
+    readings.memory.waiting = {{{LaunchdDomain::System, u"com.on"_s}, {}}};
+    EXPECT_EQ(checks(), QStringList(u"- Background item: On (will be switched off at the next apply)"_s));
+}
+
+TEST_F(StartupVerificationTest, anApplicationThatOpensByItsOwnRegistrationIsNotCalledRemoved) {
+    StartupItem chat = off(Kind::loginApp, u"login:/Applications/Chat.app"_s, u"Chat"_s);
+    chat.path = u"/Applications/Chat.app"_s;
+    configuration.items = {chat, StartupItem::fromLaunchItem({u"Deck"_s, u"/Applications/Deck.app"_s, false})};
+    readings.memory.registeredApplications = {u"/Applications/Chat.app/"_s, u"/Applications/Deck.app"_s};
+    EXPECT_EQ(checks(), QStringList(u"- Login item: Chat (will open at login)"_s))
+        << "of the one that is to open nobody has looked since";
+    BackgroundTaskItem deck = activeRecord(u"Deck"_s, u"com.deck"_s, true);
+    deck.itemType = u"app (0x2)"_s;
+    deck.url = u"file:///Applications/Deck.app/"_s;
+    readings.backgroundItems = BackgroundTaskList({deck});
+    EXPECT_EQ(checks(),
+              (QStringList{u"+ Startup app: Deck (configured)"_s, u"- Login item: Chat (will open at login)"_s}));
+    readings.loginItems.hasUnreadable = true;
+    EXPECT_EQ(checks(), (QStringList{u"- Login item: Chat (could not read login items)"_s,
+                                     u"- Startup app: Deck (could not read login items)"_s}))
+        << "System Events may list them";
+    readings.loginItems.hasUnreadable = false;
+    EXPECT_EQ(startupVerification(configuration, readings).failed.first().note,
+              u"Turn off in System Settings › General › Login Items: Chat"_s);
+    addLoginItem(u"Chat"_s, u"/Applications/Chat.app"_s);
+    EXPECT_TRUE(checks().contains(u"- Login item: Chat (still active)"_s)) << "System Events lists it: it can go";
 }
 
 TEST_F(StartupVerificationTest, backgroundItemsByTheirRecords) {

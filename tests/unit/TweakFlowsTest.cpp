@@ -1,4 +1,5 @@
 #include "core/UserDefaultKeys.h"
+#include "fakes/BackgroundList.h"
 #include "fakes/ReadingLines.h"
 #include "fakes/ScriptedLoginItems.h"
 #include "startup/background/BackgroundLoginItemChangePlan.h"
@@ -44,8 +45,10 @@ const QString kCleanRebootSteps =
     "  [ACTION] Removing 1 login item(s) not in permitted startup list...\n"
     "$> System Events: delete where name is zoom\n"
     "  [APPLIED] Removed login item: zoom\n"_s;
-const QString kDisableUpdater = u"$> /bin/launchctl bootout gui/501/com.up\n"
-                                "$> /bin/launchctl disable gui/501/com.up\n"_s;
+const QString kDisableUpdater = kLookAtLaunchd + // anew: a prompt has stood open
+                                u"$ /bin/launchctl disable gui/501/com.up\n"
+                                "$ /bin/launchctl bootout gui/501/com.up\n"_s +
+                                kLookAtLaunchd + u"  [APPLIED] Disabled background login label: com.up\n"_s;
 const QString kAppRestorationReads = reading::traced(reading::kCleanReboot) + u"$> System Events: list\n"
                                                                               "\n[VERIFY] Performance tweaks\n"_s;
 const QString kCleanRebootChecks = u"  [OK] Clean Reboot — app restoration disabled\n"
@@ -71,12 +74,11 @@ protected:
         }
         scripts.carryOut = [this](const QString&) {
             files.addFile(system.backgroundDumpPath(),
-                          "#1:\n Name: Updater\n Type: agent (0x8)\n Identifier: 8.com.up\n Disposition: [enabled]\n");
+                          wholeDump("#1:\n Name: Updater\n Type: agent (0x8)\n Identifier: 8.com.up\n"
+                                    " Disposition: [enabled]\n"));
         };
     }
-    QString dumpLine() const {
-        return u"/usr/bin/sfltool dumpbtm > '"_s + system.backgroundDumpPath() + u"' 2>/dev/null || true"_s;
-    }
+    QString dumpLine() const { return backgroundListLine(system.backgroundDumpPath()); }
     QString prompted(const QString& line) { return u"& do shell script \""_s + line + u"\" "_s + kPromptedRun; }
 };
 
@@ -297,10 +299,9 @@ TEST_F(TweakFlows, applyOfACleanRebootAsksOnceAndVerifiesWhatRemains) {
     PerformanceSettings settings;
     settings.cleanReboot = true;
     EXPECT_TRUE(apply(settings, kKeepMail));
-    EXPECT_EQ(takeTrace(), u"\nStarting Audio Performance optimizations...\n"_s + kCleanRebootSteps +
+    EXPECT_EQ(takeTrace(), u"\nStarting Audio Performance optimizations...\n"_s + kCleanRebootSteps + kLookAtLaunchd +
                                prompted(dumpLine()) + kDisableUpdater +
-                               u"  [APPLIED] Disabled background login label: com.up\n"
-                               "\nPerformance Tweaks Complete! (Restart your Mac for full effect.)\n"
+                               u"\nPerformance Tweaks Complete! (Restart your Mac for full effect.)\n"
                                "$> /usr/bin/pmset -g custom\n"_s +
                                kAppRestorationReads + kCleanRebootChecks);
     EXPECT_EQ(loginItems.names(), QStringList(u"Mail"_s));
@@ -315,7 +316,7 @@ TEST_F(TweakFlows, aCleanRebootComesBehindTheSystemTweaksInTheSameRun) {
     settings.cleanReboot = true;
     EXPECT_TRUE(apply(settings, kKeepMail));
     EXPECT_TRUE(takeTrace().startsWith(
-        kApplyEverything + kCleanRebootSteps +
+        kApplyEverything + kCleanRebootSteps + kLookAtLaunchd +
         prompted(u"pmset -a standby 0 disksleep 0 sleep 0 ; mdutil -a -i off || true ; tmutil disable || true ; "
                  "pmset -a sms 0 ; "_s +
                  dumpLine())));
@@ -327,7 +328,7 @@ TEST_F(TweakFlows, aCancelledCleanRebootKeepsWhatRanAsTheUserAndPlansNothingMore
     settings.cleanReboot = true;
     scripts.failNext(u"User canceled."_s);
     EXPECT_FALSE(apply(settings, kKeepMail));
-    EXPECT_EQ(takeTrace(), u"\nStarting Audio Performance optimizations...\n"_s + kCleanRebootSteps +
+    EXPECT_EQ(takeTrace(), u"\nStarting Audio Performance optimizations...\n"_s + kCleanRebootSteps + kLookAtLaunchd +
                                prompted(dumpLine()) +
                                u"  [ERROR] Administrator authorization was cancelled or failed: User canceled.\n"_s);
     EXPECT_EQ(loginItems.names(), QStringList(u"Mail"_s));
@@ -434,23 +435,15 @@ TEST_F(TweakFlows, syncOfACleanRebootRemovesInThePlaceOfRestoring) {
 TEST_F(TweakFlows, syncOfACleanRebootOutsideABatchReadsTheBackgroundItemsForItself) {
     prepareForCleanReboot();
     answerAsApplied(commands);
-    commands.fail(u"/usr/bin/sfltool dumpbtm"_s, 1);
     PerformanceSettings settings = everythingButCleanReboot();
     settings.cleanReboot = true;
     EXPECT_TRUE(sync(settings, Verify::Yes, kKeepMail));
     const QString syncLine =
         u"pmset -a standby 0 disksleep 0 sleep 0 sms 0 ; mdutil -a -i off || true ; tmutil disable || true"_s;
     EXPECT_TRUE(takeTrace().startsWith(
-        kSyncEverythingOn + prompted(syncLine) + kCleanRebootSteps +
-        u"$> /usr/bin/sfltool dumpbtm\n"
-        "& do shell script \""_s +
-        dumpLine() +
-        u"\" with prompt \"Quorvane is applying system changes.\" with administrator privileges\n"
-        "  [ACTION] Disabling 1 background login item(s)...\n"_s +
-        kDisableUpdater +
-        u"  [APPLIED] Disabled background login item: com.up\n"
-        "  [APPLIED] Background Login Items already match permitted list.\n"
-        "\nPerformance Tweaks Synced! (Restart your Mac for full effect.)\n"_s));
+        kSyncEverythingOn + prompted(syncLine) + kCleanRebootSteps + kLookAtLaunchd + u"& do shell script \""_s +
+        dumpLine() + u"\" with prompt \"Quorvane is applying system changes.\" with administrator privileges\n"_s +
+        kDisableUpdater + u"\nPerformance Tweaks Synced! (Restart your Mac for full effect.)\n"_s));
     EXPECT_EQ(system.lastApplyVerification()->verified.size(), 15);
 }
 

@@ -536,9 +536,7 @@ TEST_F(CleanRebootVerification, aListThatWasReadBeforeIsNotReadAgain) {
 
 TEST_F(CleanRebootVerification, backgroundItemsStandBehindTheLoginItems) {
     loginItems.items = {{u"zoom"_s, u"/z.app"_s, false}};
-    commands.print(u"/usr/bin/sfltool dumpbtm"_s,
-                   "#1:\n Name: Updater\n Type: agent (0x8)\n Identifier: 8.com.up\n Disposition: [enabled]\n");
-    QCoro::waitFor(system.loadBackgroundTaskItems());
+    takeDump("#1:\n Name: Updater\n Type: agent (0x8)\n Identifier: 8.com.up\n Disposition: [enabled]\n");
     EXPECT_EQ(verifyStartup({}), (QStringList{u"-- Login item: zoom: will open at login"_s,
                                               u"-- Background item: Updater: still enabled at login"_s}));
     StartupConfiguration startup;

@@ -42,12 +42,11 @@ protected:
     }
     const LoginItemSnapshot kOwn{u"Own"_s, u"/Applications/Own.app"_s, false};
     const QString kRemoval = u"  [ACTION] Removing 2 Quorvane-managed startup app(s)...\n"
-                             "$> osascript: read\n"
-                             "$> osascript: remove path /Applications/Mail.app\n"
-                             "$> osascript: read\n"
+                             "$> osascript: list\n"
+                             "$> osascript: delete where path is /Applications/Mail.app; "
+                             "delete where path is /Applications/Zoom.app\n"
+                             "$> osascript: list\n"
                              "  [APPLIED] Removed startup app from login items: Mail\n"
-                             "$> osascript: remove path /Applications/Zoom.app\n"
-                             "$> osascript: read\n"
                              "  [APPLIED] Removed startup app from login items: Zoom\n"_s;
 
     QStringList busyMessages;

@@ -13,6 +13,15 @@ QList<ScriptObject> ScriptApplication::objects(const QString& /*className*/) {
     return {};
 }
 
+std::optional<ScriptObject> ScriptApplication::objectAt(const QString& className, qsizetype position) {
+    const QList<ScriptObject> all = objects(className);
+    return position >= 0 && position < all.size() ? std::optional(all.at(position)) : std::nullopt;
+}
+
+ScriptObject ScriptApplication::asKept(const ScriptObject& object) {
+    return object;
+}
+
 std::optional<Value> ScriptApplication::property(const ScriptObject& /*object*/, const QString& /*property*/) {
     return std::nullopt;
 }
@@ -45,7 +54,7 @@ bool ScriptApplication::perform(const QString& /*command*/, const ScriptObject* 
 std::variant<ScriptResult, ScriptError> runAppleScript(const QString& source, ScriptHost& host) {
     try {
         const Block script = parseScript(source, host);
-        Environment environment{host, {}, {}, {}, {}};
+        Environment environment{host};
         Interpreter(environment).run(script);
         if (!environment.result) {
             return ScriptResult{};

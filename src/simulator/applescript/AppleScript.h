@@ -7,6 +7,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <chrono>
 #include <optional>
 #include <variant>
 
@@ -80,6 +81,11 @@ public:
 
     /// All objects of a class, in the application's order.
     virtual QList<applescript::ScriptObject> objects(const QString& className);
+    /// @param position  counted from 0; nothing where there are fewer
+    virtual std::optional<applescript::ScriptObject> objectAt(const QString& className, qsizetype position);
+    /// The object as the application names it in an answer: so a script keeps it, and what is asked of it later is asked of
+    /// whatever has that name then.
+    virtual applescript::ScriptObject asKept(const applescript::ScriptObject& object);
     /// @param property  one of the dictionary, or "properties": the record of them all
     /// @return nothing where the object is gone or there is no such property
     virtual std::optional<applescript::Value> property(const applescript::ScriptObject& object,
@@ -100,6 +106,9 @@ public:
     virtual bool perform(const QString& command, const applescript::ScriptObject* object);
 };
 
+/// How long an event may take where the script says nothing of it.
+constexpr std::chrono::seconds kEventLimit(120);
+
 /// The world of a script.
 class ScriptHost {
 public:
@@ -118,8 +127,11 @@ public:
     virtual const ScriptDictionary* findDictionary(const QString& application) = 0;
 
     /// The application that a `tell` addresses, asked for when the statement runs; null where there is none.
-    /// It outlives the script. Throws ScriptError when the script may not address it (-1743).
+    /// It outlives the script.
     virtual ScriptApplication* findApplication(const QString& name) = 0;
+
+    /// From now on an event that takes longer is an error of the script's (-1712).
+    virtual void limitEvents(std::chrono::seconds limit) = 0;
 };
 
 /// Compiles the whole source, then runs it. What is not in the subset that is known here does not compile.

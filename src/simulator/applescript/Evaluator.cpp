@@ -158,19 +158,21 @@ Value Evaluator::operator()(const ElementOf& element) {
 }
 
 Value Evaluator::operator()(const ApplicationObjects& node) {
-    const List all = objectsOf(*m_environment.target(), node.className);
-    return selected(node.condition ? passing(all, *node.condition) : all, node);
-}
-
-Value Evaluator::selected(const List& objects, const ApplicationObjects& node) {
+    ScriptApplication& application = *m_environment.target();
     if (node.selection == ElementSelection::Every) {
-        return Value(objects);
+        return Value(asked(node));
     }
     const Value index = node.index ? evaluate(*node.index) : Value(-1);
     if (const auto* name = contentsOf(index).get<QString>()) {
-        return objectNamed(objects, *name, *m_environment.target(), node.className);
+        return objectNamed(asked(node), *name, application, node.className);
     }
-    return objectAt(objects, toInteger(index), *m_environment.target(), node.className);
+    return node.condition ? objectAt(asked(node), toInteger(index), application, node.className)
+                          : objectAt(application, node.className, toInteger(index));
+}
+
+List Evaluator::asked(const ApplicationObjects& node) {
+    const List all = objectsOf(*m_environment.target(), node.className);
+    return node.condition ? passing(all, *node.condition) : all;
 }
 
 // The objects that a condition is true of.

@@ -6,6 +6,7 @@
 
 #include <QHash>
 
+#include <chrono>
 #include <optional>
 #include <vector>
 
@@ -15,11 +16,13 @@ namespace macsim::applescript {
 /// and whom it is telling.
 struct Environment {
     ScriptHost& host;
-    QHash<QString, Value> variables;
-    std::optional<Value> result;
-    std::vector<ScriptApplication*> targets; ///< of the open `tell`s, innermost last; null: the script itself
+    QHash<QString, Value> variables = {};
+    std::optional<Value> result = {};
+    std::vector<ScriptApplication*> targets = {}; ///< of the open `tell`s, innermost last; null: the script itself
 
-    std::vector<Value> testedObjects; ///< by the `whose` that are running, innermost last
+    std::chrono::seconds eventLimit = kEventLimit;
+
+    std::vector<Value> testedObjects = {}; ///< by the `whose` that are running, innermost last
 
     void assign(const QString& variable, const Value& value) { variables[variable.toCaseFolded()] = value; }
     ScriptApplication* target() const { return targets.empty() ? nullptr : targets.back(); }
@@ -58,7 +61,7 @@ public:
 private:
     Value applied(const OperatorChain::Link& link, Value left);
     List passing(const List& objects, const Expression& condition);
-    Value selected(const List& objects, const ApplicationObjects& node);
+    List asked(const ApplicationObjects& node);
     std::optional<QString> optionalText(const ExpressionPtr& expression);
 
     Environment& m_environment;

@@ -5,6 +5,8 @@
 #include "simulator/applescript/Errors.h"
 #include "simulator/applescript/Objects.h"
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 namespace macsim::applescript {
@@ -34,6 +36,26 @@ public:
 
 private:
     Environment& m_environment;
+};
+
+// How long events may take, for as long as it lives.
+class EventLimit {
+public:
+    EventLimit(Environment& environment, std::chrono::seconds limit)
+        : m_environment(environment)
+        , m_outer(std::exchange(environment.eventLimit, limit)) {
+        m_environment.host.limitEvents(limit);
+    }
+    ~EventLimit() {
+        m_environment.eventLimit = m_outer;
+        m_environment.host.limitEvents(m_outer);
+    }
+    EventLimit(const EventLimit&) = delete;
+    EventLimit& operator=(const EventLimit&) = delete;
+
+private:
+    Environment& m_environment;
+    std::chrono::seconds m_outer;
 };
 
 // What a loop makes of the flow out of its body.
@@ -86,7 +108,7 @@ Flow Interpreter::operator()(const Evaluate& node) {
 }
 
 Flow Interpreter::operator()(const Assign& node) {
-    const Value value = evaluate(node.value);
+    const Value value = asKept(evaluate(node.value));
     m_environment.assign(node.variable, value);
     m_environment.result = value;
     return Flow::Next;
@@ -154,7 +176,7 @@ Flow Interpreter::operator()(const RepeatWhile& node) {
 // A text is the list of its characters here.
 Flow Interpreter::operator()(const RepeatInList& node) {
     const auto itemsOf = [](const Value& value) { return everyElementOf(value, ElementClass::Item); };
-    const List list = listOf(evaluateTo(itemsOf, node.list));
+    const List list = listOf(asKept(evaluateTo(itemsOf, node.list)));
     Flow flow = Flow::Next;
     for (qsizetype i = 0; i < list.size() && flow == Flow::Next; ++i) {
         m_environment.assign(node.variable, Value(ItemReference{list, i}));
@@ -207,6 +229,11 @@ Flow Interpreter::operator()(const RaiseError& node) {
 
 Flow Interpreter::operator()(const Tell& node) {
     const Telling telling(m_environment, findTarget(node));
+    return run(node.body);
+}
+
+Flow Interpreter::operator()(const WithTimeout& node) {
+    const EventLimit limit(m_environment, std::chrono::seconds(integer(node.seconds)));
     return run(node.body);
 }
 

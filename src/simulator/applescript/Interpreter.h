@@ -34,6 +34,7 @@ public:
     Flow operator()(const Try& node);
     Flow operator()(const RaiseError& node);
     Flow operator()(const Tell& node);
+    Flow operator()(const WithTimeout& node);
 
 private:
     Flow run(const Statement& statement);

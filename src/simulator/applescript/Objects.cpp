@@ -57,6 +57,14 @@ std::optional<List> itemsIn(const ObjectReference& container) {
     return objects ? std::optional(referencesTo(*objects, *container.application)) : std::nullopt;
 }
 
+Value objectAt(ScriptApplication& application, const QString& className, int index) {
+    const qsizetype position = index < 0 ? application.objects(className).size() + index : index - qsizetype(1);
+    if (const auto object = application.objectAt(className, position)) {
+        return Value(ObjectReference{&application, std::make_shared<const ScriptObject>(*object)});
+    }
+    throw invalidIndex(application, className + u' ' + QString::number(index));
+}
+
 Value objectAt(const List& objects, int index, ScriptApplication& application, const QString& className) {
     const qsizetype at = index < 0 ? objects.size() + index : index - 1;
     if (at < 0 || at >= objects.size()) {
@@ -117,6 +125,22 @@ void performCommand(ScriptApplication& application, const QString& command, cons
     if (!application.perform(command, target.object.get())) {
         throw notUnderstood(application, specifier(*target.object), command);
     }
+}
+
+Value asKept(const Value& value) {
+    if (const auto* list = value.get<List>()) {
+        List kept;
+        for (const Value& each : list->values()) {
+            kept.append(asKept(each));
+        }
+        return Value(kept);
+    }
+    const auto* reference = value.get<ObjectReference>();
+    if (reference == nullptr || reference->object == nullptr) {
+        return value;
+    }
+    const ScriptObject kept = reference->application->asKept(*reference->object);
+    return Value(ObjectReference{reference->application, std::make_shared<const ScriptObject>(kept)});
 }
 
 bool isThere(const Value& value) {

@@ -13,6 +13,8 @@ namespace macsim::applescript {
 List objectsOf(ScriptApplication& application, const QString& className);
 
 /// The one at a place: `login item 2`, `login item -1`. Throws ScriptError -1719 where there is none.
+Value objectAt(ScriptApplication& application, const QString& className, int index);
+/// The same among some of them.
 Value objectAt(const List& objects, int index, ScriptApplication& application, const QString& className);
 /// The first of a name, in any case.
 Value objectNamed(const List& objects, const QString& name, ScriptApplication& application, const QString& className);
@@ -31,6 +33,9 @@ void deleteObjects(const Value& objects);
 
 /// Throws ScriptError -1708 where the command isn't meant for the object. @param object  none where the script names none
 void performCommand(ScriptApplication& application, const QString& command, const std::optional<Value>& object);
+
+/// What a variable holds of a value: an object is known by the name that the application gave it.
+Value asKept(const Value& value);
 
 /// Whether what an expression gave is there: a list of no objects is nothing.
 bool isThere(const Value& value);

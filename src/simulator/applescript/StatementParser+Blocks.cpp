@@ -124,6 +124,17 @@ Block StatementParser::parseTold(const ScriptDictionary* dictionary) {
     return body;
 }
 
+// `with timeout` has been taken.
+Statement StatementParser::parseWithTimeout(int start) {
+    m_tokens.expect(u"of");
+    ExpressionPtr seconds = m_expressions.parse();
+    if (!m_tokens.accept(u"second")) {
+        m_tokens.expect(u"seconds");
+    }
+    WithTimeout node{std::move(seconds), parseBody(u"timeout")};
+    return make(start, std::move(node));
+}
+
 std::optional<QString> StatementParser::parseTellTarget() {
     if (m_tokens.accept(u"me")) {
         return std::nullopt;

@@ -73,6 +73,9 @@ Statement StatementParser::parseBlockOrSimple() {
     if (m_tokens.accept(u"try")) {
         return parseTry(start);
     }
+    if (m_tokens.accept({u"with"_s, u"timeout"_s})) {
+        return parseWithTimeout(start);
+    }
     return parseSimple();
 }
 

@@ -50,6 +50,7 @@ private:
     Block parseLoopBody();
     Statement parseTry(int start);
     Statement parseTell(int start);
+    Statement parseWithTimeout(int start);
     std::optional<QString> parseTellTarget();
     Block parseTold(const ScriptDictionary* dictionary);
 

@@ -218,10 +218,16 @@ struct Tell {
     Block body;
 };
 
+/// `with timeout of 20 seconds`
+struct WithTimeout {
+    ExpressionPtr seconds;
+    Block body;
+};
+
 struct Statement {
     Range range;
     std::variant<Evaluate, Assign, AssignProperty, DeleteObjects, PerformCommand, Return, If, Repeat, RepeatTimes,
-                 RepeatWhile, RepeatInList, RepeatInRange, ExitRepeat, Try, RaiseError, Tell>
+                 RepeatWhile, RepeatInList, RepeatInRange, ExitRepeat, Try, RaiseError, Tell, WithTimeout>
         node;
 };
 

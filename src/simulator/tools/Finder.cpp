@@ -46,9 +46,9 @@ bool removeContents(const Volume& volume, const QString& folder) {
 
 } // namespace
 
-Finder::Finder(ToolContext& context)
+Finder::Finder(ToolContext& context, const std::chrono::seconds& eventLimit)
     : m_context(context)
-    , m_automation(context.mac, Finder::name()) {}
+    , m_automation(context, Finder::name(), eventLimit) {}
 
 const ScriptDictionary& Finder::dictionary() {
     static const ScriptDictionary dictionary{{}, {u"trash"_s}, {u"empty"_s}};

@@ -18,7 +18,8 @@ namespace macsim {
 /// rest is gone by then. An empty trash is emptied without complaint.
 class Finder final : public ScriptApplication {
 public:
-    explicit Finder(ToolContext& context);
+    /// @param eventLimit  as it is at each event
+    Finder(ToolContext& context, const std::chrono::seconds& eventLimit);
 
     static const ScriptDictionary& dictionary();
 

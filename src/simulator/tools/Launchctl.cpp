@@ -1,6 +1,7 @@
 #include "simulator/tools/Launchctl.h"
 
 #include "simulator/SessionEnvironment.h"
+#include "simulator/StartupServices.h"
 #include "simulator/tools/LaunchctlArguments.h"
 #include "simulator/tools/LaunchctlLegacy.h"
 #include "simulator/tools/LaunchctlPrinting.h"
@@ -15,6 +16,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int kMisuseStatus = 64;
+constexpr int kSequoia = 15; // a disabled service is named as such from here on; which system began is not established
 
 using Subcommand = std::optional<int> (*)(ToolContext& context, const QStringList& words);
 
@@ -56,11 +58,19 @@ LaunchdError bootOutPath(const ToolContext& context, const LaunchdDomain& domain
     return error == LaunchdError::NoSuchProcess ? LaunchdError::InputOutput : error;
 }
 
+LaunchdError refusalOfDisabled(const ToolContext& context) {
+    const int version = context.mac.machine().systemVersion.section(u'.', 0, 0).toInt();
+    return version >= kSequoia ? LaunchdError::Disabled : LaunchdError::InputOutput;
+}
+
 LaunchdError bootstrapPath(const ToolContext& context, const LaunchdDomain& domain, const QString& path) {
     const LaunchdState launchd(context.mac);
     const auto plist = readLaunchPlist(context.volume, context.absolutePath(path));
-    const bool loads = plist && !launchd.isDisabled(domain, *plist) && launchd.load(domain, *plist);
-    return loads ? LaunchdError::None : LaunchdError::InputOutput;
+    if (plist && launchd.isDisabled(domain, *plist)) {
+        return refusalOfDisabled(context);
+    }
+    const bool mayLoad = plist && !isDisallowed(context.mac, *plist);
+    return mayLoad && launchd.load(domain, *plist) ? LaunchdError::None : LaunchdError::InputOutput;
 }
 
 using PathAction = LaunchdError (*)(const ToolContext&, const LaunchdDomain&, const QString&);

@@ -60,6 +60,8 @@ QString launchdErrorText(LaunchdError error) {
         return u"Could not find specified domain"_s;
     case LaunchdError::NoService:
         return u"Could not find specified service"_s;
+    case LaunchdError::Disabled:
+        return u"Service is disabled"_s;
     case LaunchdError::UnsupportedDomain:
         return u"Domain does not support specified action"_s;
     case LaunchdError::IntegrityProtected:

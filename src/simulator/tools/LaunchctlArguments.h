@@ -36,6 +36,7 @@ enum class LaunchdError {
     InputOutput = 5,
     NoDomain = 112,
     NoService = 113,
+    Disabled = 119,
     UnsupportedDomain = 125,
     IntegrityProtected = 150,
 };

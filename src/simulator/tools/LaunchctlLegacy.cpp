@@ -1,5 +1,6 @@
 #include "simulator/tools/LaunchctlLegacy.h"
 
+#include "simulator/StartupServices.h"
 #include "simulator/tools/LaunchctlArguments.h"
 #include "simulator/tools/ToolOptions.h"
 
@@ -66,7 +67,8 @@ bool load(const ToolContext& context, const QString& path, bool enables) {
     if (enables) {
         launchd.setDisabled(domain, plist->label, false);
     }
-    const bool mayLoad = launchd.exists(domain) && !isOfTheOtherKind(context, path);
+    const bool mayLoad =
+        launchd.exists(domain) && !isOfTheOtherKind(context, path) && !isDisallowed(context.mac, *plist);
     return mayLoad && !launchd.isDisabled(domain, *plist) && launchd.load(domain, *plist);
 }
 

@@ -1,5 +1,6 @@
 #include "simulator/tools/LaunchctlPrinting.h"
 
+#include "simulator/BackgroundTasks.h"
 #include "simulator/Tool.h"
 
 namespace macsim {
@@ -8,8 +9,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int kVentura = 13; // overrides are words from here on; they were "true" for disabled before
-constexpr int kTahoe = 26;   // a missing service is a bad request from here on
+// Overrides are words from here on (they were "true" for disabled before), and login items are listed behind them.
+constexpr int kVentura = 13;
+constexpr int kTahoe = 26; // a missing service is a bad request from here on
 
 int majorVersion(const ToolContext& context) {
     return context.mac.machine().systemVersion.section(u'.', 0, 0).toInt();
@@ -28,6 +30,27 @@ QString overridesBlock(const ToolContext& context, const LaunchdDomain& domain) 
         lines += overrideLine(context, label, disabled);
     }
     return lines + u"\t}\n"_s;
+}
+
+/// Which login item belongs to which application: no override, though "true" is what the older systems write for one.
+/// The block stands for every domain; what its lines look like is not established.
+QString associationsBlock(const ToolContext& context, const LaunchdDomain& domain) {
+    QString lines = u"\tlogin item associations = {\n"_s;
+    const std::vector<BackgroundTask> tasks = backgroundTasks(context.mac.state());
+    for (const BackgroundTask& task : tasks) {
+        const bool isListed = task.type == u"login item"_s && !task.parent.isEmpty() &&
+                              domain.kind != LaunchdDomain::Kind::System && task.userId == domain.userId;
+        if (isListed) {
+            lines += u"\t\t\""_s + withoutTypeNumber(task.identifier) + u"\" => {\n\t\t\t\""_s +
+                     withoutTypeNumber(task.parent) + u"\" => true\n\t\t}\n"_s;
+        }
+    }
+    return lines + u"\t}\n"_s;
+}
+
+QString overridesAndAssociations(const ToolContext& context, const LaunchdDomain& domain) {
+    const QString associations = majorVersion(context) >= kVentura ? associationsBlock(context, domain) : QString();
+    return overridesBlock(context, domain) + associations;
 }
 
 int complainOfMissingService(ToolContext& context, const QString& label, const QString& domainWords) {
@@ -71,7 +94,7 @@ void printDomain(ToolContext& context, const LaunchdDomain& domain) {
     for (const LaunchdJob& job : jobs) {
         context.print(u"\t\t"_s + QString::number(job.pid).rightJustified(8) + u"      - \t"_s + job.label + u'\n');
     }
-    context.print(u"\t}\n\n"_s + overridesBlock(context, domain) + u"}\n"_s);
+    context.print(u"\t}\n\n"_s + overridesAndAssociations(context, domain) + u"}\n"_s);
 }
 
 /// The domain that the subcommands from before the targets mean: root's is the system, a user's their session.
@@ -133,7 +156,7 @@ std::optional<int> printLaunchdOverrides(ToolContext& context, const QStringList
     if (!LaunchdState(context.mac).exists(target->domain)) {
         return complainOfMissingDomain(context, target->domain);
     }
-    context.print(overridesBlock(context, target->domain));
+    context.print(overridesAndAssociations(context, target->domain));
     return 0;
 }
 

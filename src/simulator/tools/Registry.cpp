@@ -2,6 +2,7 @@
 
 #include "simulator/tools/Cat.h"
 #include "simulator/tools/Chown.h"
+#include "simulator/tools/Codesign.h"
 #include "simulator/tools/Cp.h"
 #include "simulator/tools/Defaults.h"
 #include "simulator/tools/Ditto.h"
@@ -17,6 +18,7 @@
 #include "simulator/tools/Networksetup.h"
 #include "simulator/tools/Open.h"
 #include "simulator/tools/Osascript.h"
+#include "simulator/tools/Perl.h"
 #include "simulator/tools/Pmset.h"
 #include "simulator/tools/Rm.h"
 #include "simulator/tools/ScriptEngine.h"
@@ -44,6 +46,7 @@ const ToolTable& simulatorTools() {
         {u"/bin/rm"_s, runRm},
         {u"/bin/sh"_s, runSh},
         {u"/bin/test"_s, runTestCommand},
+        {u"/usr/bin/codesign"_s, runCodesign},
         {u"/usr/bin/defaults"_s, runDefaults},
         {u"/usr/bin/ditto"_s, runDitto},
         {u"/usr/bin/dscacheutil"_s, runDscacheutil},
@@ -53,6 +56,7 @@ const ToolTable& simulatorTools() {
         {u"/usr/bin/mdutil"_s, runMdutil},
         {u"/usr/bin/open"_s, runOpen},
         {u"/usr/bin/osascript"_s, runOsascript},
+        {u"/usr/bin/perl"_s, runPerl},
         {u"/usr/bin/pmset"_s, runPmset},
         {u"/usr/bin/sfltool"_s, runSfltool},
         {u"/usr/bin/tmutil"_s, runTmutil},

@@ -13,26 +13,38 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int kNotAuthorized = -1743;
+constexpr int kTimedOut = -1712;
 constexpr int kUserCanceled = -128;
 constexpr int kWrongPassword = -60007;
 
 } // namespace
 
-ScriptError automationRefused(const QString& application) {
-    return {kNotAuthorized, u"Not authorized to send Apple events to "_s + application + u'.'};
-}
-
-AutomationRight::AutomationRight(const Mac& mac, QString application)
-    : m_mac(mac)
-    , m_application(std::move(application)) {}
+AutomationRight::AutomationRight(ToolContext& context, QString application, const std::chrono::seconds& eventLimit)
+    : m_context(context)
+    , m_application(std::move(application))
+    , m_eventLimit(eventLimit) {}
 
 void AutomationRight::require() {
     if (!m_isGranted) {
-        m_isGranted = mayAutomate(m_mac.state(), m_application);
+        m_isGranted = automationDecision(m_context.mac.state(), m_application);
+    }
+    if (!m_isGranted) {
+        ask();
     }
     if (!*m_isGranted) {
-        throw automationRefused(m_application);
+        throw ScriptError{kNotAuthorized, u"Not authorized to send Apple events to "_s + m_application + u'.'};
     }
+}
+
+void AutomationRight::ask() {
+    const AutomationAnswer answer = askForAutomation(m_context.mac.state(), m_application);
+    if (m_context.journal) {
+        m_context.journal->recordAutomation(m_application, answer, m_eventLimit);
+    }
+    if (answer == AutomationAnswer::Unanswered) {
+        throw ScriptError{kTimedOut, m_application + u" got an error: AppleEvent timed out."_s};
+    }
+    m_isGranted = answer == AutomationAnswer::Allow;
 }
 
 void requireAdministrator(ToolContext& context, const QString& prompt) {

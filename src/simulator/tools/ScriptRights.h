@@ -3,25 +3,28 @@
 #include "simulator/Tool.h"
 #include "simulator/applescript/AppleScript.h"
 
+#include <chrono>
 #include <optional>
 
 namespace macsim {
 
-/// The error of an event that the user's privacy settings refuse.
-ScriptError automationRefused(const QString& application);
-
 /// The Automation permission for one application, which the program has or lacks for the whole of a script.
 class AutomationRight {
 public:
-    AutomationRight(const Mac& mac, QString application);
+    /// @param eventLimit  how long an event may take, as it is when one is sent
+    AutomationRight(ToolContext& context, QString application, const std::chrono::seconds& eventLimit);
 
-    /// For every event. Throws ScriptError -1743.
+    /// For every event. The first one has the user asked where nothing is decided yet. Throws ScriptError -1743 for a refusal,
+    /// and -1712 where nobody answers while the event may take; no time passes here.
     void require();
 
 private:
-    const Mac& m_mac;
+    void ask();
+
+    ToolContext& m_context;
     QString m_application;
-    std::optional<bool> m_isGranted; ///< none until the first event
+    const std::chrono::seconds& m_eventLimit;
+    std::optional<bool> m_isGranted; ///< none until it is decided
 };
 
 /// Has the user asked for an administrator's password. Throws ScriptError -60007 or -128 when it isn't given.

@@ -1,6 +1,5 @@
 #include "simulator/tools/ScriptRunner.h"
 
-#include "simulator/Permissions.h"
 #include "simulator/shell/Shell.h"
 #include "simulator/tools/Finder.h"
 #include "simulator/tools/ScriptRights.h"
@@ -20,8 +19,8 @@ class MacScriptHost final : public ScriptHost {
 public:
     explicit MacScriptHost(ToolContext& context)
         : m_context(context)
-        , m_systemEvents(context.mac)
-        , m_finder(context) {}
+        , m_systemEvents(context, m_eventLimit)
+        , m_finder(context, m_eventLimit) {}
 
     ShellScriptOutcome doShellScript(const ShellScriptRequest& request) override {
         ToolContext shell = m_context;
@@ -48,22 +47,17 @@ public:
         ScriptApplication* const applications[] = {&m_systemEvents, &m_finder};
         for (ScriptApplication* application : applications) {
             if (isNamed(*application, name)) {
-                requireTellable(application->name());
                 return application;
             }
         }
         return nullptr;
     }
 
-private:
-    void requireTellable(const QString& application) const {
-        const StateStore& state = m_context.mac.state();
-        if (tellNeedsAutomation(state) && !mayAutomate(state, application)) {
-            throw automationRefused(application);
-        }
-    }
+    void limitEvents(std::chrono::seconds limit) override { m_eventLimit = limit; }
 
+private:
     ToolContext& m_context;
+    std::chrono::seconds m_eventLimit = kEventLimit;
     SystemEvents m_systemEvents;
     Finder m_finder;
 };

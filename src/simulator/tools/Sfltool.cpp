@@ -1,6 +1,7 @@
 #include "simulator/tools/Sfltool.h"
 
 #include "simulator/BackgroundTaskDump.h"
+#include "simulator/Journal.h"
 #include "simulator/tools/ToolOptions.h"
 
 #include <algorithm>
@@ -12,7 +13,16 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+bool isWedged(const ToolContext& context) {
+    const Json state = context.mac.state().read("sfltool");
+    return state.is_object() && state.value("hangs", false);
+}
+
+/// The dialog in which it would ask for an administrator is nobody's to answer here.
 int refuseUser(ToolContext& context) {
+    if (context.journal) {
+        context.journal->recordDialog(toolName(context));
+    }
     const qint64 pid = ::getpid();
     context.complain(u"sfltool["_s + QString::number(pid) + u':' + QString::number(pid * 16) +
                      u"] authorization failed\n"_s);
@@ -22,6 +32,9 @@ int refuseUser(ToolContext& context) {
 int dumpBackgroundTasks(ToolContext& context) {
     if (!context.isRoot()) {
         return refuseUser(context);
+    }
+    if (isWedged(context)) {
+        return hang(context);
     }
     const std::vector<BackgroundTask> tasks = backgroundTasks(context.mac.state());
     const auto unknown = std::find_if(tasks.begin(), tasks.end(), [](const BackgroundTask& task) {

@@ -57,9 +57,9 @@ Value allOf(const LoginItem& item) {
 
 } // namespace
 
-SystemEvents::SystemEvents(const Mac& mac)
-    : m_items(mac)
-    , m_automation(mac, SystemEvents::name()) {}
+SystemEvents::SystemEvents(ToolContext& context, const std::chrono::seconds& eventLimit)
+    : m_items(context.mac)
+    , m_automation(context, SystemEvents::name(), eventLimit) {}
 
 const ScriptDictionary& SystemEvents::dictionary() {
     static const ScriptDictionary dictionary = [] {
@@ -79,10 +79,24 @@ QList<ScriptObject> SystemEvents::objects(const QString& /*className*/) {
     return objects;
 }
 
+std::optional<ScriptObject> SystemEvents::objectAt(const QString& /*className*/, qsizetype position) {
+    m_automation.require();
+    const QList<LoginItem>& items = m_items.all();
+    return position >= 0 && position < items.size() ? std::optional(objectFrom(items.at(position))) : std::nullopt;
+}
+
+ScriptObject SystemEvents::asKept(const ScriptObject& object) {
+    return {object.className, object.name, LoginItem{object.name, {}}.nameIdentity()};
+}
+
 std::optional<Value> SystemEvents::property(const ScriptObject& object, const QString& property) {
     m_automation.require();
     const LoginItem* item = m_items.find(object.identity);
-    if (item == nullptr) {
+    const bool isReadable = item != nullptr && m_items.canRead(*item, property);
+    if (const int error = m_items.readingError(); !isReadable && error != 0) {
+        throw ScriptError{error, u"System Events got an error."_s};
+    }
+    if (!isReadable) {
         return std::nullopt;
     }
     if (property == u"properties"_s) {

@@ -1,6 +1,9 @@
 #include "startup/apply/ActiveStartup.h"
 
 #include "core/Paths.h"
+#include "startup/background/BackgroundState.h"
+
+#include <algorithm>
 
 namespace quorvane {
 
@@ -33,17 +36,43 @@ QString ActiveStartup::nameOfLoginPath(const QString& path) const {
 std::optional<bool> ActiveStartup::isActive(const StartupItem& item) const {
     using Kind = StartupItemKind;
     if (item.kind == Kind::launchAgent || item.kind == Kind::launchDaemon || isLaunchItemId(item.id)) {
-        return hasLaunchPlist(item.launchIdentifier.value_or(item.name));
+        return ofFile(item.launchIdentifier.value_or(item.name)).isActive;
     }
     if ((item.kind == Kind::loginApp || item.kind == Kind::backgroundAgent) && areLoginItemsKnown()) {
+        if (isRegisteredUnlisted(item.path)) {
+            return true;
+        }
         const QSet<QString> paths = m_targetPaths.value(item.name);
         const QString path = knownPath(item);
         return !paths.isEmpty() && (path.isEmpty() || paths.contains(QString()) || paths.contains(path));
     }
-    if (item.kind == Kind::backgroundLoginItem && m_readings.backgroundItems) {
-        return item.launchIdentifier && m_readings.backgroundItems->isActive(*item.launchIdentifier);
+    if (item.kind == Kind::backgroundLoginItem) {
+        return ofLabel(item.launchIdentifier.value_or(QString())).isActive;
     }
     return std::nullopt;
+}
+
+bool ActiveStartup::isRegisteredUnlisted(const QString& path) const {
+    const auto isThisOne = [&path](const QString& other) { return comparablePath(other) == comparablePath(path); };
+    const QStringList& registered = m_readings.memory.registeredApplications;
+    return !path.isEmpty() && areLoginItemsKnown() && !hasLoginPath(path) &&
+           std::any_of(registered.begin(), registered.end(), isThisOne);
+}
+
+Standing ActiveStartup::ofFile(const QString& fileName) const {
+    return fileStanding(fileName, m_readings.backgroundItems, m_readings.launchd);
+}
+
+Standing ActiveStartup::ofLabel(const QString& label) const {
+    return labelStanding(label, m_readings.backgroundItems, m_readings.launchd, m_readings.memory);
+}
+
+bool ActiveStartup::isActive(const BackgroundTaskItem& record) const {
+    if (isLoginRecord(record)) {
+        return isOn(record, m_readings.launchd) != false &&
+               !isLeftAlone(record, *m_readings.backgroundItems, m_readings.launchd);
+    }
+    return isRegisteredUnlisted(recordedPath(record).value_or(QString()));
 }
 
 } // namespace quorvane

@@ -8,9 +8,18 @@
 #include "startup/background/BackgroundLoginItemChangePlan.h"
 #include "startup/login/LoginItemRemoval.h"
 
+#include <algorithm>
+#include <utility>
+
 namespace quorvane {
 
 namespace {
+
+bool keeps(const StartupConfiguration& configuration, const WaitingService& waiting) {
+    return std::any_of(configuration.items.begin(), configuration.items.end(), [&waiting](const StartupItem& item) {
+        return item.runsAtStartup && waiting.isKnownAs(item.launchIdentifier.value_or(QString()));
+    });
+}
 
 /// What will be disabled, each item once.
 class DisabledItems {
@@ -50,6 +59,15 @@ public:
         }
     }
 
+    /// What an earlier apply has left, and the configuration doesn't want to have on.
+    void addWaiting(const StartupConfiguration& configuration) {
+        for (const WaitingService& waiting : m_readings.memory.waiting) {
+            if (!keeps(configuration, waiting)) {
+                add(waitingStartupItem(waiting));
+            }
+        }
+    }
+
     /// What nothing permits.
     void addNonPermitted(const CleanReboot& cleanReboot) {
         for (const LoginItem& item : dividedLoginItems(m_readings.loginItems.items, cleanReboot).going) {
@@ -59,8 +77,10 @@ public:
             }
         }
         if (m_readings.backgroundItems) {
-            addRecords(nonPermittedBackgroundItems(m_readings.backgroundItems->items(), allPermittedNames(cleanReboot),
-                                                   cleanReboot.startup));
+            const QSet<QString> permitted = allPermittedNames(cleanReboot);
+            const QList<BackgroundTaskItem>& records = m_readings.backgroundItems->items();
+            addRecords(nonPermittedBackgroundItems(records, permitted, cleanReboot.startup));
+            addApplications(nonPermittedApplications(records, permitted, cleanReboot.startup));
         }
     }
 
@@ -101,6 +121,14 @@ private:
         }
     }
 
+    void addApplications(const QList<BackgroundTaskItem>& records) {
+        for (const BackgroundTaskItem& record : records) {
+            for (const StartupItem& item : registeredStartupItems({recordedPath(record).value_or(QString())}, {})) {
+                add(item);
+            }
+        }
+    }
+
     const StartupReadings& m_readings;
     const StartupTargetSets& m_targets;
     ActiveStartup m_active;
@@ -112,6 +140,26 @@ private:
 /// An empty list is one that couldn't be read: there is no Mac without a record.
 bool areBackgroundItemsKnown(const StartupReadings& readings) {
     return readings.backgroundItems && !readings.backgroundItems->isEmpty();
+}
+
+bool isOnAgain(const StartupItem& item, const StartupReadings& readings) {
+    const QString identifier = item.launchIdentifier.value_or(QString());
+    const QList<LaunchPlist> plists = readings.launchd.named(identifier);
+    return readings.onAgain.contains(identifier) ||
+           std::any_of(plists.begin(), plists.end(),
+                       [&readings](const LaunchPlist& plist) { return readings.onAgain.contains(plist.label); });
+}
+
+void markDisabledItems(StartupChangePreview& preview, const StartupReadings& readings) {
+    const ActiveStartup active(readings, {});
+    for (const StartupItem& item : std::as_const(preview.willDisable)) {
+        if (isOnAgain(item, readings)) {
+            preview.onAgain.insert(item.id);
+        }
+        if (isLoginItem(item) && active.isRegisteredUnlisted(item.path)) {
+            preview.byHand.insert(item.id);
+        }
+    }
 }
 
 StartupTargetSets targetsOf(const StartupConfiguration& configuration, const QList<StartupItem>& items) {
@@ -127,7 +175,7 @@ bool isTakenByCleanReboot(const StartupItem& item) {
 QList<StartupLaunchItem> itemsToAdd(const QList<StartupLaunchItem>& configured, const ActiveStartup& active) {
     QList<StartupLaunchItem> items;
     for (const StartupLaunchItem& item : configured) {
-        if (!active.hasLoginPath(item.path)) {
+        if (!active.opensAtLogin(item.path)) {
             items.append(item);
         }
     }
@@ -159,12 +207,15 @@ StartupChangePreview startupChangePreview(const StartupConfiguration& configurat
     DisabledItems disabled(readings, targets);
     disabled.addSwitchedOff(configuration);
     disabled.addServices(services, items);
+    disabled.addWaiting(configuration);
     StartupChangePreview preview;
+    preview.unreadLoginItems = unreadReason(readings.loginItems);
     if (cleanReboot) {
         disabled.addNonPermitted(*cleanReboot);
         preview.willDisableUnknownBackgroundItems = !areBackgroundItemsKnown(readings);
     }
     preview.willDisable = disabled.sorted();
+    markDisabledItems(preview, readings);
     const ActiveStartup active(readings, targets.loginItems);
     preview.willAdd = itemsToAdd(configuration.startupLaunchItems(), active);
     preview.willRemove = itemsToRemove(configuration, readings.managedPaths, active);
@@ -184,8 +235,11 @@ StartupChangePreview cleanRebootPreview(const CleanReboot& cleanReboot, const St
         }
     }
     disabled.addNonPermitted(cleanReboot);
+    disabled.addWaiting(startup);
     StartupChangePreview preview;
+    preview.unreadLoginItems = unreadReason(readings.loginItems);
     preview.willDisable = disabled.sorted();
+    markDisabledItems(preview, readings);
     preview.willDisableUnknownBackgroundItems = !areBackgroundItemsKnown(readings);
     return preview;
 }

@@ -9,8 +9,11 @@ struct StartupReadings;
 /// What an apply would change of what runs at login, by name.
 struct StartupChangePreview {
     QList<StartupItem> willDisable; ///< now active, or not known to be off, and switched off by the apply
+    QSet<QString> byHand;           ///< the `id` of those of them that only the user can turn off, in System Settings
+    QSet<QString> onAgain;          ///< the `id` of those of them that the program had switched off once
     /// A clean reboot takes background items, too, and nobody knows yet which there are.
     bool willDisableUnknownBackgroundItems = false;
+    QString unreadLoginItems;            ///< why nothing is known of them; empty where they were read
     QList<StartupLaunchItem> willAdd;    ///< don't open at login yet
     QList<StartupLaunchItem> willRemove; ///< added by the program earlier, no longer in the configuration
     bool disableNetwork = false;

@@ -2,7 +2,9 @@
 
 #include "core/Collation.h"
 #include "core/ExcludedNames.h"
+#include "core/Paths.h"
 #include "startup/background/BackgroundLabels.h"
+#include "startup/background/BackgroundState.h"
 #include "startup/launchd/LaunchItemNames.h"
 
 namespace quorvane {
@@ -28,16 +30,16 @@ StartupItem launchStartupItem(const LaunchFolder& folder, const QString& fileNam
 
 } // namespace
 
-QList<StartupItem> launchStartupItems(const QList<LaunchFolderListing>& listings, const PropertyLists& propertyLists,
-                                      const Bundles& bundles) {
+QList<StartupItem> launchStartupItems(const LaunchdReadings& launchd, const QList<BackgroundTaskItem>& records,
+                                      const PropertyLists& propertyLists, const Bundles& bundles) {
+    const BackgroundTaskList list(records);
     QList<StartupItem> items;
     QSet<QString> seen;
-    for (const LaunchFolderListing& listing : listings) {
-        for (const QString& fileName : listing.fileNames) {
-            if (fileName.endsWith(u".plist"_s) && !seen.contains(fileName)) {
-                seen.insert(fileName); // the first folder wins
-                items.append(launchStartupItem(listing.folder, fileName, propertyLists, bundles));
-            }
+    for (const LaunchPlist& plist : launchd.plists()) {
+        if (!seen.contains(plist.fileName)) {
+            seen.insert(plist.fileName); // the first folder wins
+            items.append(launchStartupItem(plist.folder, plist.fileName, propertyLists, bundles));
+            items.last().runsAtStartup = isFileOn(plist.fileName, list, launchd).value_or(true);
         }
     }
     return items;
@@ -65,7 +67,7 @@ std::optional<StartupItem> backgroundTaskStartupItem(const BackgroundTaskItem& r
     return item;
 }
 
-QList<StartupItem> backgroundStartupItems(const QList<BackgroundTaskItem>& records) {
+QList<StartupItem> backgroundStartupItems(const QList<BackgroundTaskItem>& records, const LaunchdReadings& launchd) {
     const BackgroundTaskList list(records);
     QList<StartupItem> items;
     for (const BackgroundTaskItem& record : records) {
@@ -74,8 +76,31 @@ QList<StartupItem> backgroundStartupItems(const QList<BackgroundTaskItem>& recor
         }
         std::optional<StartupItem> item = backgroundTaskStartupItem(record);
         if (item && !isOwnLabel(*item->launchIdentifier)) {
+            item->runsAtStartup = isOn(record, launchd).value_or(item->runsAtStartup);
             items.append(*std::move(item));
         }
+    }
+    return items;
+}
+
+StartupItem waitingStartupItem(const WaitingService& waiting) {
+    const QString fileName = lastPathComponent(waiting.path);
+    const bool isPlist = waiting.path.startsWith(u"/Library/LaunchDaemons/"_s) && isLaunchPlistName(fileName);
+    const QString label = waiting.knownAs.isEmpty() ? waiting.service.label : waiting.knownAs;
+    StartupItem item;
+    item.id = isPlist ? launchItemId(fileName) : backgroundItemId(label);
+    item.name = waiting.shownName();
+    item.path = waiting.path;
+    item.kind = isPlist ? Kind::launchDaemon : Kind::backgroundLoginItem;
+    item.launchIdentifier = isPlist ? fileName : label;
+    return item;
+}
+
+QList<StartupItem> registeredStartupItems(const QStringList& paths, const QSet<QString>& protectedPaths) {
+    QList<StartupItem> items;
+    for (const QString& path : paths) {
+        const bool isProtected = protectedPaths.contains(withoutFinalSlashes(path));
+        items.append(startupItemOf(LoginItem{nameInPath(path), path, false, isProtected}));
     }
     return items;
 }

@@ -6,7 +6,7 @@
 #include "platform/Host.h"
 #include "startup/apply/StartupDiscovery.h"
 #include "startup/background/BackgroundItems.h"
-#include "startup/launchd/LaunchItems.h"
+#include "startup/launchd/Launchd.h"
 #include "startup/login/LoginItems.h"
 
 #include <QCoroFuture>
@@ -21,23 +21,13 @@ namespace quorvane {
 
 namespace {
 
-QList<LaunchFolderListing> listedLaunchFolders(const QList<LaunchFolder>& folders, const FileManager& files) {
-    QList<LaunchFolderListing> listings;
-    for (const LaunchFolder& folder : folders) {
-        try {
-            listings.append({folder, files.list(folder.path)});
-        } catch (const FileError&) {
-            continue; // a folder that doesn't exist or can't be read holds nothing for this user
-        }
-    }
-    return listings;
-}
-
 /// What is known of each source before the plists are read.
 struct StartupSources {
     QList<LoginItem> loginItems;
-    QList<LaunchFolderListing> launchFolders;
+    LaunchdReadings launchd;
     QList<BackgroundTaskItem> backgroundItems;
+    QStringList registeredApplications; ///< paths
+    QSet<QString> protectedPaths;       ///< by their records
 };
 
 QList<StartupItem> startupItemsOf(const StartupSources& sources, const PropertyLists& propertyLists,
@@ -48,13 +38,15 @@ QList<StartupItem> startupItemsOf(const StartupSources& sources, const PropertyL
             loginItems.append(startupItemOf(item));
         }
     }
-    QList<StartupItem> launchItems = launchStartupItems(sources.launchFolders, propertyLists, bundles);
+    QList<StartupItem> launchItems =
+        launchStartupItems(sources.launchd, sources.backgroundItems, propertyLists, bundles);
     protectByRecords(launchItems, sources.backgroundItems);
-    return mergedSources({loginItems, launchItems, backgroundStartupItems(sources.backgroundItems)});
+    return mergedSources({loginItems, registeredStartupItems(sources.registeredApplications, sources.protectedPaths),
+                          launchItems, backgroundStartupItems(sources.backgroundItems, sources.launchd)});
 }
 
 LoginItemsSource sourceOf(const LoginItemList& list) {
-    if (!list.isAnswered) {
+    if (!list.isAnswered || (list.failure && list.failure->isNotAnswered())) {
         return LoginItemsSource::Unanswered;
     }
     return list.wasRead ? LoginItemsSource::Read : LoginItemsSource::Refused;
@@ -82,17 +74,18 @@ QCoro::Task<void> settle(FirstAnswer first, QFuture<void> timeIsOver) {
 
 } // namespace
 
-StartupItems::StartupItems(FlowEnvironment& environment, LoginItems& loginItems, LaunchItems& launchItems,
+StartupItems::StartupItems(FlowEnvironment& environment, LoginItems& loginItems, Launchd& launchd,
                            BackgroundItems& backgroundItems)
     : Flow(environment)
     , m_loginItems(loginItems)
-    , m_launchItems(launchItems)
+    , m_launchd(launchd)
     , m_backgroundItems(backgroundItems) {}
 
-StartupItems::StartupItems(FlowEnvironment& environment, LoginItems& loginItems, const StartupItems& same)
+StartupItems::StartupItems(FlowEnvironment& environment, LoginItems& loginItems, Launchd& launchd,
+                           const StartupItems& same)
     : Flow(environment)
     , m_loginItems(loginItems)
-    , m_launchItems(same.m_launchItems)
+    , m_launchd(launchd)
     , m_backgroundItems(same.m_backgroundItems)
     , m_cache(same.m_cache) {}
 
@@ -141,9 +134,7 @@ QCoro::Task<DiscoveredStartup> StartupItems::discoverWithin(std::chrono::millise
 
 QCoro::Task<DiscoveredStartup> StartupItems::find() {
     const LoginItemList loginItems = co_await m_loginItems.current();
-    if (loginItems.items.isEmpty()) {
-        co_await m_loginItems.logMissingPermission();
-    }
+    m_loginItems.tellUnread(loginItems);
     co_return co_await findBeside(loginItems);
 }
 
@@ -151,8 +142,10 @@ QCoro::Task<DiscoveredStartup> StartupItems::find() {
 QCoro::Task<DiscoveredStartup> StartupItems::findBeside(LoginItemList loginItems) {
     StartupSources sources;
     sources.loginItems = loginItems.items;
-    sources.launchFolders = listedLaunchFolders(m_launchItems.folders(), host().files);
+    sources.launchd = co_await m_launchd.readings();
     sources.backgroundItems = m_backgroundItems.records();
+    sources.registeredApplications = m_backgroundItems.memory().registeredApplications;
+    sources.protectedPaths = m_backgroundItems.protectedPaths();
     DiscoveredStartup found;
     found.loginItems = sourceOf(loginItems);
     // There is no Mac without a record.
@@ -169,6 +162,7 @@ void StartupItems::invalidate() {
     m_run.reset();
     m_cache->found.reset();
     m_loginItems.drop();
+    m_launchd.drop();
 }
 
 } // namespace quorvane

@@ -12,25 +12,25 @@
 namespace quorvane {
 
 class BackgroundItems;
-class LaunchItems;
+class Launchd;
 class LoginItems;
 struct LoginItemList;
 
 /// What runs when the user logs in, found among all sources and kept until it is invalidated. Main thread.
 class StartupItems : private Flow {
 public:
-    StartupItems(FlowEnvironment& environment, LoginItems& loginItems, LaunchItems& launchItems,
+    StartupItems(FlowEnvironment& environment, LoginItems& loginItems, Launchd& launchd,
                  BackgroundItems& backgroundItems);
     /// The same items, found by another way: what one has found the other knows.
-    /// @param loginItems  reached by that way, too
-    StartupItems(FlowEnvironment& environment, LoginItems& loginItems, const StartupItems& same);
+    /// @param loginItems, launchd  reached by that way, too
+    StartupItems(FlowEnvironment& environment, LoginItems& loginItems, Launchd& launchd, const StartupItems& same);
 
     /// Each item once, sorted by name. Callers share a run. The background task list is taken as it stands.
     QCoro::Task<DiscoveredStartup> discover();
     /// The same for somebody who looks on while a run of another caller's is under way: when that takes longer, what the other
     /// sources have beside System Events. It isn't kept.
     QCoro::Task<DiscoveredStartup> discoverWithin(std::chrono::milliseconds limit);
-    /// Forgets the found items and the login items, and lets a run that is under way end without a trace.
+    /// Forgets the found items, the login items and what launchd said, and lets a run that is under way end without a trace.
     void invalidate();
 
 private:
@@ -42,7 +42,7 @@ private:
     QCoro::Task<DiscoveredStartup> findBeside(LoginItemList loginItems);
 
     LoginItems& m_loginItems;
-    LaunchItems& m_launchItems;
+    Launchd& m_launchd;
     BackgroundItems& m_backgroundItems;
     std::shared_ptr<Cache> m_cache = std::make_shared<Cache>();
     std::optional<QFuture<DiscoveredStartup>> m_run;

@@ -1,9 +1,11 @@
 #include "startup/apply/StartupVerification.h"
 
 #include "core/Collation.h"
+#include "core/Paths.h"
 #include "startup/apply/StartupTargets.h"
 #include "startup/background/BackgroundItemPermission.h"
 #include "startup/background/BackgroundLoginItemChangePlan.h"
+#include "startup/background/BackgroundState.h"
 
 #include <algorithm>
 
@@ -12,6 +14,9 @@ namespace quorvane {
 using namespace Qt::StringLiterals;
 
 namespace {
+
+const QString kLaunchdUnread = u"could not ask launchd"_s;
+const QString kWaiting = u"will be switched off at the next apply"_s;
 
 /// The checks in their order, each adding its items to one result.
 class StartupVerification {
@@ -53,28 +58,64 @@ private:
         for (const QString& name : sortedTexts(m_targets.loginItems.names())) {
             addLoginCheck(!m_active.hasTarget(name), u"Login item: "_s + name, u"removed"_s, u"still active"_s);
         }
+        for (const StartupItem& item : m_items) {
+            if (isLoginItem(item) && !item.runsAtStartup && m_active.isRegisteredUnlisted(item.path)) {
+                const QString check = u"Login item: "_s + item.name;
+                m_result.verified.removeIf([&check](const auto& verified) { return verified.name == check; });
+                m_result.failed.append(opensByItsRegistration(item.name));
+            }
+        }
     }
 
     void checkLaunchItems() {
         for (const QString& label : sortedTexts(m_targets.launchLabels)) {
-            add(!m_active.hasLaunchPlist(label), u"Launch item: "_s + label, u"inactive"_s, u"still active"_s);
+            const Standing standing = m_active.ofFile(label);
+            if (!standing.isLeftAlone) {
+                add(standing.isActive == false, u"Launch item: "_s + label, u"inactive"_s,
+                    failedDetail(standing, isWaiting(label), u"still active"_s));
+            }
         }
     }
 
     void checkBackgroundItems() {
-        if (!m_readings.backgroundItems) {
-            return;
-        }
-        if (m_readings.backgroundItems->isEmpty() && !m_targets.backgroundLabels.isEmpty()) {
-            m_result.failed.append(unavailableBackgroundItems());
-            return;
-        }
+        const std::optional<BackgroundTaskList>& list = m_readings.backgroundItems;
         for (const QString& label : sortedTexts(m_targets.backgroundLabels)) {
-            const QList<BackgroundTaskItem> records = m_readings.backgroundItems->itemsWithLabel(label);
+            const Standing standing = m_active.ofLabel(label);
+            if (standing.isLeftAlone) {
+                continue;
+            }
+            const QList<BackgroundTaskItem> records = list ? list->itemsWithLabel(label) : QList<BackgroundTaskItem>();
+            if (!standing.isActive && records.isEmpty() && !(list && !list->isEmpty())) {
+                addUnknownBackgroundItem();
+                continue;
+            }
             const QString name = u"Background item: "_s + (records.isEmpty() ? label : records.first().name);
-            add(!m_readings.backgroundItems->isActive(label), name,
-                records.isEmpty() ? u"not installed"_s : u"disabled at login"_s, u"still enabled at login"_s);
+            add(standing.isActive == false, name, isInstalled(label) ? u"disabled at login"_s : u"not installed"_s,
+                failedDetail(standing, isWaiting(label), u"still enabled at login"_s));
         }
+    }
+
+    bool isWaiting(const QString& identifier) const { return m_readings.memory.waitsFor(identifier); }
+
+    QString failedDetail(const Standing& standing, bool isWaiting, const QString& stillOn) const {
+        if (!standing.isActive) {
+            return m_readings.launchd.isEveryFolderRead() ? kLaunchdUnread : u"could not read the launch folders"_s;
+        }
+        return isWaiting ? kWaiting : stillOn;
+    }
+
+    /// Nobody has seen the list yet: that is said once where it was to be read, and not at all where it wasn't.
+    void addUnknownBackgroundItem() {
+        if (m_readings.backgroundItems && !m_result.failed.contains(unavailableBackgroundItems())) {
+            m_result.failed.append(unavailableBackgroundItems());
+        }
+    }
+
+    bool isInstalled(const QString& label) const {
+        const LaunchdOverrides& overrides = m_readings.launchd.overrides();
+        return (m_readings.backgroundItems && m_readings.backgroundItems->contains(label)) ||
+               !m_readings.launchd.labelled(label).isEmpty() || overrides.isDisabled({LaunchdDomain::User, label}) ||
+               overrides.isDisabled({LaunchdDomain::System, label});
     }
 
     /// Of the list as it is known; also records that no item stands for, as of applications.
@@ -95,18 +136,24 @@ private:
         for (const CloudSyncService service : m_services) {
             const QList<StartupItem> items = itemsMatchingCloudServices(m_items, {service});
             const QList<BackgroundTaskItem> records = recordsOf(service);
-            const bool isOff = std::none_of(items.begin(), items.end(),
-                                            [this](const StartupItem& item) {
-                                                return m_active.isActive(item).value_or(false) || opensByItsPath(item);
-                                            }) &&
-                               std::none_of(records.begin(), records.end(), isActive);
+            QList<StartupItem> activeItems = items;
+            activeItems.removeIf([this](const StartupItem& item) {
+                return !m_active.isActive(item).value_or(false) && !opensByItsPath(item);
+            });
+            QList<BackgroundTaskItem> activeRecords = records;
+            activeRecords.removeIf([this](const BackgroundTaskItem& record) { return !m_active.isActive(record); });
             const QString name = u"Cloud sync: "_s + displayName(service);
             const bool isInstalled = !items.isEmpty() || !records.isEmpty();
             const QString verifiedDetail = isInstalled ? u"disabled at login"_s : u"not installed"_s;
-            if (isOff) {
+            if (activeItems.isEmpty() && activeRecords.isEmpty()) {
                 addLoginCheck(true, name, verifiedDetail, {}); // among those that nobody may read could be one of it
             } else {
-                add(false, name, {}, u"still active"_s);
+                const bool allWait = std::all_of(activeItems.begin(), activeItems.end(),
+                                                 [this](const StartupItem& item) {
+                                                     return isWaiting(item.launchIdentifier.value_or(QString()));
+                                                 }) &&
+                                     allRecordsWait(activeRecords);
+                add(false, name, {}, allWait ? kWaiting : u"still active"_s);
             }
         }
     }
@@ -116,21 +163,25 @@ private:
             return;
         }
         for (const CloudSyncService service : m_services) {
-            QStringList active;
-            bool hasHelpers = false;
-            for (const BackgroundTaskItem& record : recordsOf(service)) {
-                if (isLoginRecord(record)) {
-                    hasHelpers = true;
-                    if (isActive(record)) {
-                        active.append(record.name);
-                    }
-                }
+            QList<BackgroundTaskItem> records = recordsOf(service);
+            records.removeIf([](const BackgroundTaskItem& record) { return !isLoginRecord(record); });
+            QList<BackgroundTaskItem> active = records;
+            active.removeIf([this](const BackgroundTaskItem& record) { return !m_active.isActive(record); });
+            QStringList names;
+            for (const BackgroundTaskItem& record : active) {
+                names.append(record.name);
             }
-            if (hasHelpers) {
+            if (!records.isEmpty()) {
                 add(active.isEmpty(), u"Cloud sync helper: "_s + displayName(service), u"background items disabled"_s,
-                    u"still enabled: "_s + active.join(u", "_s));
+                    (allRecordsWait(active) ? kWaiting + u": "_s : u"still enabled: "_s) + names.join(u", "_s));
             }
         }
+    }
+
+    bool allRecordsWait(const QList<BackgroundTaskItem>& records) const {
+        return std::all_of(records.begin(), records.end(), [this](const BackgroundTaskItem& record) {
+            return isWaiting(backgroundItemLabel(record).value_or(QString()));
+        });
     }
 
     void checkNetwork() {
@@ -142,9 +193,20 @@ private:
 
     void checkStartupApps() {
         for (const StartupLaunchItem& item : m_configuration.startupLaunchItems()) {
-            addLoginCheck(m_active.hasLoginPath(item.path), u"Startup app: "_s + item.name,
+            if (m_active.isRegisteredUnlisted(item.path) && !isRecordedAsRegistered(item.path)) {
+                continue; // by a list of an earlier time: nobody has looked since
+            }
+            addLoginCheck(m_active.opensAtLogin(item.path), u"Startup app: "_s + item.name,
                           m_active.isHidden(item.path) ? u"hidden at login"_s : u"configured"_s, u"not configured"_s);
         }
+    }
+
+    bool isRecordedAsRegistered(const QString& path) const {
+        const QList<BackgroundTaskItem> records =
+            m_readings.backgroundItems ? m_readings.backgroundItems->items() : QList<BackgroundTaskItem>();
+        return std::any_of(records.begin(), records.end(), [&path](const BackgroundTaskItem& record) {
+            return isRegisteredApplication(record) && comparablePath(*recordedPath(record)) == comparablePath(path);
+        });
     }
 
     void checkRemovedApps() {

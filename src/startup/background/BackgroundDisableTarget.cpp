@@ -1,9 +1,7 @@
 #include "startup/background/BackgroundDisableTarget.h"
 
-#include "core/AdminScript.h"
 #include "core/ExcludedNames.h"
 #include "core/Paths.h"
-#include "core/Quoting.h"
 #include "platform/FileManager.h"
 #include "platform/FolderNames.h"
 #include "startup/launchd/LaunchFolders.h"
@@ -240,22 +238,6 @@ bool isWithinReachOfUser(const BackgroundDisableTarget& target, const FileManage
     return files.isWritable(helper) || std::any_of(folders.begin(), folders.end(), [&](const QString& folder) {
                return folder.size() >= application.size() && files.isWritable(folder);
            });
-}
-
-QString quarantineCommand(const QString& source, const QString& destination) {
-    const QString folder = parentFolder(destination);
-    const QString quarantine = parentFolder(folder);
-    const QString from = shellQuoted(source);
-    const QString to = shellQuoted(destination);
-    const QString isSourceReal = requireNoLinksCommand(foldersAbove(source) + QStringList(source));
-    const QStringList steps{requireNoLinksCommand({parentFolder(quarantine), quarantine, folder}),
-                            u"mkdir -p "_s + shellQuoted(folder),
-                            u"[ ! -e "_s + to + u" ] && [ ! -L "_s + to + u" ]"_s,
-                            isSourceReal,
-                            u"/usr/bin/ditto "_s + from + u' ' + to,
-                            isSourceReal,
-                            u"rm -rf "_s + from};
-    return steps.join(u" && "_s);
 }
 
 } // namespace quorvane

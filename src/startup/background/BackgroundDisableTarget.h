@@ -43,9 +43,4 @@ QString quarantineFolder(const QString& homeFolder);
 /// True when the user may change anything on the way from the application down to its helper.
 bool isWithinReachOfUser(const BackgroundDisableTarget& target, const FileManager& files);
 
-/// The shell line that takes a helper out as root. It fails where the source, a folder above it, or a folder of the quarantine
-/// has become a link, and where something has come to the destination.
-/// @param source  in its real folder
-QString quarantineCommand(const QString& source, const QString& destination);
-
 } // namespace quorvane

@@ -3,6 +3,7 @@
 #include "core/Collation.h"
 #include "core/FoldedText.h"
 #include "startup/background/BackgroundTaskList.h"
+#include "startup/launchd/LaunchItemNames.h"
 
 #include <algorithm>
 
@@ -84,15 +85,18 @@ bool isPermittedBackgroundItem(const BackgroundTaskItem& item, const QSet<QStrin
     return Permission(permittedNames, startup).speaksFor(item);
 }
 
-QList<BackgroundTaskItem> nonPermittedBackgroundItems(const QList<BackgroundTaskItem>& items,
-                                                      const QSet<QString>& permittedNames,
-                                                      const std::optional<StartupConfiguration>& startup) {
+namespace {
+
+template <typename Predicate>
+QList<BackgroundTaskItem> nonPermittedRecords(const QList<BackgroundTaskItem>& items,
+                                              const QSet<QString>& permittedNames,
+                                              const std::optional<StartupConfiguration>& startup, Predicate isOfKind) {
     const Permission permission(permittedNames, startup);
     const BackgroundTaskList list(items);
     QList<BackgroundTaskItem> found;
     for (const BackgroundTaskItem& item : items) {
-        if (!isActive(item) || !isLoginRecord(item) || isOfProgramOrSystem(item) || list.isProtected(item) ||
-            permission.speaksFor(item)) {
+        if (!isActive(item) || !isOfKind(item) || isManagedRecord(item) || isOfProgramOrSystem(item) ||
+            list.isProtected(item) || permission.speaksFor(item)) {
             continue;
         }
         const BackgroundTaskItem* parent = list.parentOf(item);
@@ -104,8 +108,35 @@ QList<BackgroundTaskItem> nonPermittedBackgroundItems(const QList<BackgroundTask
     return found;
 }
 
+} // namespace
+
+QList<BackgroundTaskItem> nonPermittedBackgroundItems(const QList<BackgroundTaskItem>& items,
+                                                      const QSet<QString>& permittedNames,
+                                                      const std::optional<StartupConfiguration>& startup) {
+    return nonPermittedRecords(items, permittedNames, startup, [](const BackgroundTaskItem& item) {
+        return isLoginRecord(item) && !isDaemonRecord(item);
+    });
+}
+
+QList<BackgroundTaskItem> nonPermittedDaemons(const QList<BackgroundTaskItem>& items,
+                                              const QSet<QString>& permittedNames,
+                                              const std::optional<StartupConfiguration>& startup) {
+    return nonPermittedRecords(items, permittedNames, startup, isDaemonRecord);
+}
+
+QList<BackgroundTaskItem> nonPermittedApplications(const QList<BackgroundTaskItem>& items,
+                                                   const QSet<QString>& permittedNames,
+                                                   const std::optional<StartupConfiguration>& startup) {
+    return nonPermittedRecords(items, permittedNames, startup, isRegisteredApplication);
+}
+
 ApplyVerificationResult::Item unavailableBackgroundItems() {
     return {u"Background login items"_s, u"status unavailable without administrator access"_s};
+}
+
+ApplyVerificationResult::Item opensByItsRegistration(const QString& name) {
+    return {u"Login item: "_s + name, u"will open at login"_s, true,
+            u"Turn off in System Settings › General › Login Items: "_s + name};
 }
 
 } // namespace quorvane

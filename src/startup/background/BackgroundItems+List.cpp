@@ -18,38 +18,75 @@
 #include <QCoreApplication>
 #include <QRegularExpression>
 
-#include <algorithm>
+#include <chrono>
+#include <functional>
 #include <utility>
 
 namespace quorvane {
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto kDumpLimit = 30s;
+const QString kEndOfDump = u"Quorvane: end of the list"_s;
+
+/// Without the mark of its end; empty where it has none.
+QString wholeDump(const QString& text) {
+    const QString end = kEndOfDump + u'\n';
+    return text.endsWith(end) ? text.chopped(end.size()) : QString();
+}
+
+/// Any thread.
+BackgroundTaskList listOf(const QString& dump, quint32 userId, const PropertyLists& propertyLists) {
+    const QList<BackgroundTaskItem> items = parseBackgroundTaskDump(dump, userId);
+    return BackgroundTaskList(items, bundledDaemons(BackgroundTaskList(items), propertyLists));
+}
+
+QStringList pathsOfRegisteredApplications(const QList<BackgroundTaskItem>& items) {
+    QStringList paths;
+    for (const BackgroundTaskItem& item : items) {
+        // Whether the program is opened at login its user says in Settings.
+        if (isRegisteredApplication(item) && !isOwnLoginItem({item.name, *recordedPath(item)})) {
+            paths.append(*recordedPath(item));
+        }
+    }
+    return paths;
+}
+
+} // namespace
 
 QList<BackgroundTaskItem> BackgroundItems::records() const {
     return m_list ? m_list->items() : QList<BackgroundTaskItem>();
-}
-
-QSet<QString> BackgroundItems::protectedPlists() const {
-    return m_list ? protectedLaunchPlists(*m_list) : QSet<QString>();
 }
 
 QSet<QString> BackgroundItems::protectedPaths() const {
     return m_list ? protectedFiles(*m_list) : QSet<QString>();
 }
 
+QSet<QString> BackgroundItems::registeredPaths() const {
+    QSet<QString> paths;
+    for (const QString& path : memory().registeredApplications) {
+        paths.insert(comparablePath(path));
+    }
+    return paths;
+}
+
 QString BackgroundItems::dumpPath() const {
     return u"%1/quorvane-btm-%2.txt"_s.arg(host().machine.temporaryFolder()).arg(QCoreApplication::applicationPid());
 }
 
+/// The list of a Mac whose background task manager is stuck never comes: Perl, which every Mac has, ends the tool by an alarm that
+/// outlives its exec. What is printed behind the list tells that all of it is there.
 QString BackgroundItems::dumpCommand() const {
-    return u"/usr/bin/sfltool dumpbtm > %1 2>/dev/null || true"_s.arg(shellQuoted(dumpPath()));
+    return u"( /usr/bin/perl -e 'alarm shift; exec @ARGV' %1 /usr/bin/sfltool dumpbtm && echo %2 ) > %3 2>/dev/null || true"_s
+        .arg(QString::number(kDumpLimit.count()), shellQuoted(kEndOfDump), shellQuoted(dumpPath()));
 }
 
-bool BackgroundItems::queueDump(PlaceInLine place) {
+bool BackgroundItems::queueDump() {
     m_needsPrivilegedFetch = requireRoomForDump();
-    if (m_needsPrivilegedFetch && place == PlaceInLine::First) {
-        m_batch.open().queueFirst(dumpCommand());
-    } else if (m_needsPrivilegedFetch) {
+    if (m_needsPrivilegedFetch) {
         m_batch.open().queue(dumpCommand());
     }
     return m_needsPrivilegedFetch;
@@ -65,75 +102,48 @@ bool BackgroundItems::requireRoomForDump() {
     return !error;
 }
 
-QCoro::Task<std::optional<QList<BackgroundTaskItem>>> BackgroundItems::readUnprivileged() {
-    const QStringList arguments{u"/usr/bin/sfltool"_s, u"dumpbtm"_s};
-    const CommandResult result = co_await runCommand(arguments, OutputCapture::Capture);
-    const QString text = result.standardOutput + result.standardError;
-    if (result.status != 0 || text.trimmed().isEmpty()) {
-        co_return std::nullopt;
-    }
-    const QList<BackgroundTaskItem> items =
-        co_await inBackground(parseBackgroundTaskDump, text, host().machine.userId());
-    if (items.isEmpty()) {
-        co_return std::nullopt;
-    }
-    co_return items;
-}
-
-QCoro::Task<void> BackgroundItems::load() {
-    if (!m_list) {
-        const std::optional<QList<BackgroundTaskItem>> items = co_await readUnprivileged();
-        if (items) {
-            m_list.emplace(*items);
-        }
-    }
-    if (m_list) {
-        m_needsPrivilegedFetch = false;
-    }
-}
-
-QCoro::Task<void> BackgroundItems::ensure(QString prompt, PrivilegedFetch privileged) {
-    const bool isInBatch = m_batch.isOpen() || isDeferred();
-    if (isInBatch && !isListRead()) {
-        queueDump(PlaceInLine::Last);
-        co_return;
-    }
-    if (m_list) { // also an empty one: nobody is asked twice in one flow
-        m_needsPrivilegedFetch = false;
-        co_return;
-    }
-    co_await load();
-    if (m_list || privileged == PrivilegedFetch::Refused) {
-        co_return;
-    }
-    if (!requireRoomForDump()) {
-        co_return;
-    }
-    const CommandResult result = co_await executeAdminScript(dumpCommand(), std::move(prompt));
-    if (result.status == 0) {
-        co_await loadPrivilegedDump();
-    } else if (!result.standardError.trimmed().isEmpty()) {
-        log(u"  [WARNING] Could not read background login items: "_s + result.standardError);
-    }
-    m_needsPrivilegedFetch = false;
-}
-
 QCoro::Task<void> BackgroundItems::loadPrivilegedDump() {
     const QString text = takeDump();
-    const QList<BackgroundTaskItem> items =
-        co_await inBackground(parseBackgroundTaskDump, text, host().machine.userId());
-    if (items.isEmpty()) {
+    const BackgroundTaskList list =
+        co_await inBackground(listOf, text, host().machine.userId(), std::cref(host().propertyLists));
+    if (list.isEmpty()) {
         log(u"  [WARNING] Privileged background login item dump was empty."_s);
     }
-    if (!items.isEmpty() || !m_list) {
-        m_list.emplace(items);
+    if (!list.isEmpty() || !m_list) {
+        m_list = list;
     }
-    for (const QString& label : std::as_const(m_switchedOff)) {
-        markOverridden(label);
+    if (!list.isEmpty()) {
+        StartupMemory memory = this->memory();
+        memory.registeredApplications = pathsOfRegisteredApplications(list.items());
+        memory.services = unusualServices(list);
+        remember(memory);
     }
 }
 
-/// The text of the dump file, which is gone afterwards. Anybody can plant something in a temporary folder: only a
+StartupMemory BackgroundItems::memory() const {
+    return StartupMemoryFile(host().files, host().machine).load();
+}
+
+void BackgroundItems::forgetRegistered(const QList<LoginItem>& listed) {
+    StartupMemory memory = this->memory();
+    for (const LoginItem& item : listed) {
+        memory.registeredApplications.removeIf(
+            [&item](const QString& path) { return comparablePath(path) == comparablePath(item.path); });
+    }
+    remember(memory);
+}
+
+/// What can't be saved is found again at the next apply.
+void BackgroundItems::remember(const StartupMemory& memory) {
+    if (memory == this->memory()) {
+        return;
+    }
+    if (const std::optional<QString> error = StartupMemoryFile(host().files, host().machine).save(memory)) {
+        log(u"  [ERROR] Could not note what waits for the next apply: "_s + *error);
+    }
+}
+
+/// The text of the dump file, which is gone afterwards; empty where it isn't whole. Anybody can plant something in a temporary folder: only a
 /// regular file of root's or the user's own is read.
 QString BackgroundItems::takeDump() {
     const QString path = dumpPath();
@@ -141,7 +151,7 @@ QString BackgroundItems::takeDump() {
     QString text;
     if (status.kind == FileStatus::Kind::File && (status.owner == 0 || status.owner == host().machine.userId())) {
         try {
-            text = strictUtf8(host().files.read(path));
+            text = wholeDump(strictUtf8(host().files.read(path)));
         } catch (const FileError&) {
             text.clear(); // an unreadable dump counts as an empty one
         }
@@ -178,36 +188,6 @@ std::optional<QString> BackgroundItems::removeDump() {
         return error.message();
     }
     return std::nullopt;
-}
-
-void BackgroundItems::markDisabled(const QString& label) {
-    m_batch.open().keepLabelOff(label); // an open batch had only meant to
-    if (m_list) {
-        m_list->markDisabled(label);
-    }
-}
-
-/// What an override in the user's own domain switches off.
-void BackgroundItems::markOverridden(const QString& label) {
-    if (m_list) {
-        m_list->markDisabled(label, [this](const BackgroundTaskItem& record) { return !runsForWholeMac(record); });
-    }
-}
-
-/// True for a daemon whose plist is in its place and stays there.
-bool BackgroundItems::runsForWholeMac(const BackgroundTaskItem& record) const {
-    if (!isDaemonRecord(record)) {
-        return false;
-    }
-    const std::optional<QString> plist = recordedPath(record);
-    return !plist || (host().files.exists(*plist) && !m_batch.open().moves(*plist, host().files));
-}
-
-bool BackgroundItems::leavesADaemon(const QString& label) const {
-    const QList<BackgroundTaskItem> records = m_list ? m_list->itemsWithLabel(label) : QList<BackgroundTaskItem>();
-    return std::any_of(records.begin(), records.end(), [this](const BackgroundTaskItem& record) {
-        return quorvane::isActive(record) && runsForWholeMac(record);
-    });
 }
 
 } // namespace quorvane

@@ -5,9 +5,14 @@
 #include "startup/background/BackgroundFetch.h"
 #include "startup/background/BackgroundLoginItemChangePlan.h"
 #include "startup/background/BackgroundTaskList.h"
+#include "startup/background/PlannedServices.h"
 #include "startup/background/ServiceManagementBTM.h"
+#include "startup/background/StartupMemory.h"
 #include "startup/items/CleanReboot.h"
 #include "startup/items/CloudSyncService.h"
+#include "startup/items/LoginItem.h"
+#include "startup/items/StartupItem.h"
+#include "startup/launchd/LaunchItemGuards.h"
 
 #include <QList>
 #include <QSet>
@@ -18,140 +23,127 @@
 namespace quorvane {
 
 class AdminBatch;
+class Launchd;
 struct ApplyVerificationResult;
 
-/// The background task list and what is switched off in it.
+/// The background task list, and what is switched off of it.
 ///
-/// The list needs root, so a batch that will need it defers: until the batch is finished, what is to happen is put into a
-/// plan, and the dump joins the batch. Records go by a ladder of means, of which the last takes their helpers out of their
-/// applications. Main thread.
+/// The list needs root, so it comes with the line of a batch, as its last command. Until the batch is finished, what is to happen
+/// is put into a plan. What the launch folders tell of it before is done by root in that line; the user's part is done as the
+/// user when the line has run, and what the list has revealed too late for root waits for the next apply. Main thread.
 class BackgroundItems : private Flow {
 public:
-    BackgroundItems(FlowEnvironment& environment, AdminBatch& batch);
+    BackgroundItems(FlowEnvironment& environment, AdminBatch& batch, Launchd& launchd);
 
     // ---- The list: BackgroundItems+List.cpp
 
-    /// As it is known; none when it was never read.
+    /// As the last dump has shown it; none when it was never read.
     const std::optional<BackgroundTaskList>& list() const { return m_list; }
     /// Of the list; empty when it was never read.
     QList<BackgroundTaskItem> records() const;
-    /// The file names of launch plists, and the files, that the list shows to be audio software's.
-    QSet<QString> protectedPlists() const;
+    /// The files that the list shows to be audio software's.
     QSet<QString> protectedPaths() const;
+    /// What the list, and what an organization has laid down, have against switching launch items off.
+    QCoro::Task<LaunchItemGuards> launchItemGuards();
+    /// Comparable paths of the applications that open at login by their own registration, by the last dump.
+    QSet<QString> registeredPaths() const;
     /// Where an administrator run leaves the dump.
     QString dumpPath() const;
-    /// Where the tool gives it without administrator rights and it isn't empty.
-    QCoro::Task<std::optional<QList<BackgroundTaskItem>>> readUnprivileged();
-    /// Fills the cache without administrator rights when it can.
-    QCoro::Task<void> load();
-    /// Fills the cache, or lets the open batch fill it. @param prompt  shown when administrator rights are needed
-    QCoro::Task<void> ensure(QString prompt, PrivilegedFetch privileged);
-    /// Reads the file that an administrator run has left, and removes it. One without a record wasn't read: it replaces no list.
+    /// Reads the file that an administrator run has left, and removes it. One that isn't whole, or without a record, wasn't read: it
+    /// replaces no list.
     QCoro::Task<void> loadPrivilegedDump();
-    /// For good: no batch that fails takes it back.
-    void markDisabled(const QString& label);
-    /// Called when launch plists have come back, and with them what launchd had been told: the next dump counts as it stands.
-    void forgetSwitchedOff() { m_switchedOff.clear(); }
+    /// What is kept between two runs of the program.
+    StartupMemory memory() const;
+    /// Applications that System Events lists are opened by their login items, whatever the dump said of them.
+    void forgetRegistered(const QList<LoginItem>& listed);
 
     // ---- The plan of a batch: BackgroundItems+Plan.cpp
 
     /// Called before a batch that will need the list.
     void defer();
+    /// True while something waits for the next apply.
+    bool isSomethingWaiting() const { return !memory().waiting.isEmpty(); }
     BackgroundTaskItemsFetchMode fetchMode() const { return m_fetchMode; }
     bool isDeferred() const { return m_fetchMode == BackgroundTaskItemsFetchMode::deferredToAdminBatch; }
     const std::optional<BackgroundLoginItemChangePlan>& plan() const { return m_plan; }
     void planCleanReboot(const CleanReboot& cleanReboot);
     void planLabels(const QSet<QString>& labels);
+    /// Called first in a flow: what the profile wants to have on isn't switched off for an earlier apply, nor by a label that it
+    /// shares with what goes.
+    void planKept(const StartupConfiguration& startup);
+    /// A launch daemon of which nobody knows yet whether an organization manages it: the list will tell.
+    void planHeldDaemon(const LaunchPlist& daemon);
     void planServices(const CloudSyncServices& services);
 
     /// What a batch does for the plan.
     struct Joined {
-        bool isPrepared = true;       ///< false when something that belongs into the batch couldn't be queued
-        bool isWaiting = false;       ///< the plan is carried out once the batch has left the dump
-        QSet<QString> resolvedLabels; ///< what the plan has come to already, by the list as it was
+        bool isPrepared = true; ///< false when something that belongs into the batch couldn't be queued
+        bool hasWork = false;   ///< there is a plan to carry out when the line has run
     };
-    /// Called before the batch runs: carries the plan out where the list is known, and lets the dump join the line, which shows
-    /// newcomers, or the whole list. It joins no line that would be empty without it where the list is known.
+    /// Called before the batch runs: adds what root does for the plan, as far as it is known, and what an earlier apply has left;
+    /// then the dump. It joins no line that would be empty without it where the list is known.
     QCoro::Task<Joined> joinBatch();
-    /// Called when the line has run, or was empty: reads the dump that it left, and carries out what of the plan waited for it.
-    QCoro::Task<void> followBatch(Joined joined);
-    /// Called when the line has failed: what was marked as off is on, and must be found so by the verification and by the
-    /// next apply.
-    void takeBackQueuedLabels();
+    /// Called when the line has run, or was empty: reads the dump that it left, does what is the user's, and asks launchd what came
+    /// of it all.
+    /// @param hasRun  a prompt has stood open: what launchd said before it may be untrue by now
+    QCoro::Task<void> followBatch(Joined joined, bool hasRun);
     void endDeferral();
+    /// Called by the way back: nothing waits for the next apply any more.
+    void forgetWaiting();
 
-    // ---- Switching off: BackgroundItems.cpp
-
-    /// Switches records off by the strongest means that works, and takes their helpers out of their applications.
-    QCoro::Task<bool> disable(QList<BackgroundTaskItem> items, BackgroundItemKind kind);
-    QCoro::Task<bool> disableLabels(QSet<QString> labels);
-    QCoro::Task<bool> disableServices(CloudSyncServices services);
-    QCoro::Task<bool> disableNonPermitted(CleanReboot cleanReboot);
     /// What a clean reboot leaves of the list; empty when the list was never read.
     QCoro::Task<ApplyVerificationResult> verify(QSet<QString> permittedNames,
                                                 std::optional<StartupConfiguration> startup);
 
 private:
+    BackgroundLoginItemChangePlan& openPlan();
     bool isListRead() const { return m_list && !m_list->isEmpty(); }
     QString dumpCommand() const;
-    enum class PlaceInLine { First, Last };
-    bool queueDump(PlaceInLine place);
+    bool queueDump();
     bool requireRoomForDump();
     std::optional<QString> removeDump();
     void removeStrayDumps();
     QString takeDump();
+    void remember(const StartupMemory& memory);
 
-    QCoro::Task<bool> climbLadder(QList<BackgroundTaskItem> items, QSet<QString> labels, BackgroundItemKind kind);
-    QCoro::Task<bool> disableLabel(QString label);
-    QSet<QString> disableableLabels(const QSet<QString>& labels, BackgroundItemKind kind);
-    bool isProtectedLabel(const QString& label) const;
-    QList<BackgroundDisableTarget> targetsOf(const QList<BackgroundTaskItem>& records, const QSet<QString>& labels);
-    bool runsForWholeMac(const BackgroundTaskItem& record) const;
-    bool leavesADaemon(const QString& label) const;
-    void markOverridden(const QString& label);
-    enum class UnavailableLine { EachTarget, Once };
+    QCoro::Task<PlannedServices> resolvePlan(LaunchdReadings launchd);
+    bool needsList(const LaunchdReadings& launchd) const;
+    bool isNothingManaged() const;
+    StartupMemory memoryWithHeld() const;
+    QList<LaunchdService> servicesOfRunning(const LaunchdReadings& launchd) const;
+    QCoro::Task<bool> queueForRoot(QList<PlannedService> services);
+    QCoro::Task<QList<LaunchdService>> switchOff(QList<PlannedService> services);
+    void tellOnce(const QStringList& lines);
+    void leaveForNextApply(const QList<PlannedService>& services);
+    void settleWaiting(const QList<LaunchdService>& settled, const LaunchdOverrides& overrides);
+    void disallowTargets(const QList<BackgroundDisableTarget>& targets);
     void tellOfEndInCall();
-    void disallowTargets(const QList<BackgroundDisableTarget>& targets, UnavailableLine unavailableLine);
 
-    enum class PlanResolution { BeforeFlush, AfterFlush };
-    /// @param joined  labels that are among its resolved ones are left out, and those that are resolved now join them
-    /// @return the same; not prepared when a helper that belongs into the batch couldn't be queued. What fails after the flush is
-    ///         in the log.
-    QCoro::Task<Joined> resolvePlan(PlanResolution resolution, Joined joined);
-    /// False when the open batch switches the label off already.
-    bool queueLabel(const QString& label);
-    void queuePlannedLabels(const QSet<QString>& labels, const QString& logLine);
-
-    // BackgroundItems+Quarantine.cpp
-    enum class QuarantineRights { User, Privileged, Queued };
-    enum class QuarantineStep { Done, Failed, NeedsRoot };
-    QCoro::Task<bool> quarantine(QList<BackgroundDisableTarget> targets, QuarantineRights rights);
-    QCoro::Task<QuarantineStep> quarantineHelper(BackgroundDisableTarget target, QuarantineRights rights);
-    bool queueQuarantine(const BackgroundDisableTarget& target);
-    QCoro::Task<void> followQueuedQuarantine();
+    // BackgroundItems+Helpers.cpp
+    QCoro::Task<void> settleHelpers(QList<BackgroundDisableTarget> targets, QList<LaunchdService> tried,
+                                    LaunchdReadings launchd);
+    QCoro::Task<bool> hasBrokenSeal(QString application);
+    void quarantine(const BackgroundDisableTarget& target);
     bool requireQuarantine(const BackgroundDisableTarget& target);
-    QCoro::Task<bool> quarantineAsUser(BackgroundDisableTarget target);
-    std::optional<QString> rootsCommand(const BackgroundDisableTarget& target);
-    QCoro::Task<bool> quarantineAsRoot(QList<BackgroundDisableTarget> targets);
-    QCoro::Task<void> retryQuarantineOfActiveTargets(QList<BackgroundDisableTarget> targets);
-    void tellOfAppManagement();
-    void logFailedQuarantine(const QString& source, const QString& error);
-    void makeRoom(const QString& destination);
-    void settleLeftovers(const QList<BackgroundTaskItem>& records);
     QString quarantineDestination(const BackgroundDisableTarget& target) const;
-    QList<BackgroundDisableTarget> withoutSharedPlaces(const QList<BackgroundDisableTarget>& targets);
-    bool removeHelper(const QString& source);
+    void makeRoom(const QString& destination);
+    void logFailedQuarantine(const QString& source, const QString& error);
+    void tellOfAppManagement();
+    void settleLeftovers(const QList<BackgroundTaskItem>& records);
 
     AdminBatch& m_batch;
+    Launchd& m_launchd;
     ServiceManagementBTM m_serviceManagement;
     bool m_hasToldOfEndInCall = false;
     std::optional<BackgroundTaskList> m_list;
     BackgroundTaskItemsFetchMode m_fetchMode = BackgroundTaskItemsFetchMode::automatic;
     bool m_needsPrivilegedFetch = false; ///< the batch will leave a dump to read
     std::optional<BackgroundLoginItemChangePlan> m_plan;
-    QSet<QString> m_switchedOff;                    ///< labels whose overrides launchd keeps: they don't show in a dump
-    bool m_wasKeptOut = false;                      ///< of an application, and not told yet
-    QList<BackgroundDisableTarget> m_queuedHelpers; ///< that leave their applications with the open batch
+    QList<StartupItem> m_running;   ///< of the profile at hand
+    QList<WaitingService> m_held;   ///< launch daemons that wait for the list
+    QList<LaunchdService> m_queued; ///< what the line switches off
+    QSet<QString> m_told;           ///< lines of what stays, each once a batch
+    bool m_wasKeptOut = false;      ///< of an application, and not told yet
 };
 
 } // namespace quorvane

@@ -1,7 +1,11 @@
 #include "startup/background/BackgroundLabels.h"
 
 #include "core/Paths.h"
+#include "startup/background/BackgroundState.h"
 #include "startup/items/StartupConfiguration.h"
+
+#include <algorithm>
+#include <iterator>
 
 namespace quorvane {
 
@@ -15,28 +19,6 @@ QSet<QString> labelsOf(const QList<BackgroundTaskItem>& records) {
         }
     }
     return labels;
-}
-
-QList<BackgroundTaskItem> recordsWithLabels(const std::optional<BackgroundTaskList>& list,
-                                            const QSet<QString>& labels) {
-    QList<BackgroundTaskItem> records;
-    if (list) {
-        for (const QString& label : sortedTexts(labels)) {
-            records += list->itemsWithLabel(label);
-        }
-    }
-    return records;
-}
-
-QList<BackgroundTaskItem> recordsAmong(const QList<BackgroundTaskItem>& records, const QSet<QString>& labels) {
-    QList<BackgroundTaskItem> kept;
-    for (const BackgroundTaskItem& record : records) {
-        const std::optional<QString> label = backgroundItemLabel(record);
-        if (label && labels.contains(*label)) {
-            kept.append(record);
-        }
-    }
-    return kept;
 }
 
 QSet<QString> protectedLaunchPlists(const BackgroundTaskList& list) {
@@ -55,6 +37,28 @@ QSet<QString> protectedLaunchPlists(const BackgroundTaskList& list) {
     return names;
 }
 
+QList<KnownService> unusualServices(const BackgroundTaskList& list) {
+    QHash<QString, QList<LaunchdService>> byLabel;
+    for (const BackgroundTaskItem& record : list.items()) {
+        const std::optional<QString> label = isLoginRecord(record) ? backgroundItemLabel(record) : std::nullopt;
+        const std::optional<LaunchdService> service = serviceOf(record, LaunchdReadings());
+        if (label && service && !byLabel[*label].contains(*service)) {
+            byLabel[*label].append(*service);
+        }
+    }
+    QList<KnownService> unusual;
+    for (const QString& label : sortedTexts({byLabel.keyBegin(), byLabel.keyEnd()})) {
+        const QList<LaunchdService> services = byLabel.value(label);
+        if (services != QList<LaunchdService>{{LaunchdDomain::User, label}}) {
+            std::transform(services.begin(), services.end(), std::back_inserter(unusual),
+                           [&label](const LaunchdService& service) {
+                               return KnownService{label, service};
+                           });
+        }
+    }
+    return unusual;
+}
+
 QSet<QString> protectedFiles(const BackgroundTaskList& list) {
     QSet<QString> paths;
     for (const BackgroundTaskItem& record : list.items()) {
@@ -63,16 +67,6 @@ QSet<QString> protectedFiles(const BackgroundTaskList& list) {
         }
     }
     return paths;
-}
-
-QSet<QString> bundledAgentLabels(const QList<BackgroundDisableTarget>& targets, const QSet<QString>& recordLabels) {
-    QSet<QString> labels;
-    for (const BackgroundDisableTarget& target : targets) {
-        if (!target.item && !recordLabels.contains(target.label)) {
-            labels.insert(target.label);
-        }
-    }
-    return labels;
 }
 
 } // namespace quorvane

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "startup/background/BackgroundDisableTarget.h"
+#include "startup/background/BackgroundTaskList.h"
+#include "startup/background/StartupMemory.h"
 
 #include <QList>
 #include <QSet>
@@ -15,17 +16,11 @@ namespace quorvane {
 /// Of the records that have one.
 QSet<QString> labelsOf(const QList<BackgroundTaskItem>& records);
 
-/// The list's records that bear one of the labels, by label; none where there is no list.
-QList<BackgroundTaskItem> recordsWithLabels(const std::optional<BackgroundTaskList>& list, const QSet<QString>& labels);
-
-/// Those of the records that bear one of the labels.
-QList<BackgroundTaskItem> recordsAmong(const QList<BackgroundTaskItem>& records, const QSet<QString>& labels);
-
-/// The labels of launch agents inside applications that no record stands for.
-QSet<QString> bundledAgentLabels(const QList<BackgroundDisableTarget>& targets, const QSet<QString>& recordLabels);
-
 /// The file names of launch plists that records of audio software stand for: by the label, or by the place of the plist.
 QSet<QString> protectedLaunchPlists(const BackgroundTaskList& list);
+
+/// The services of the list, as far as launchd doesn't simply know the label of profiles as a service of the user's.
+QList<KnownService> unusualServices(const BackgroundTaskList& list);
 
 /// Where the files of records of audio software are, without a "/" at the end.
 QSet<QString> protectedFiles(const BackgroundTaskList& list);

@@ -11,6 +11,7 @@ struct BackgroundLoginItemChangePlan {
     std::optional<StartupConfiguration> cleanRebootStartup; ///< the configuration that goes with those names
     CloudSyncServices cloudSyncServices;                    ///< services whose helpers go
     QSet<QString> disabledBackgroundLaunchLabels;           ///< labels that go
+    QSet<QString> keptIdentifiers; ///< labels and file names of launch plists that the profile wants to have on
 
     bool hasWork() const {
         return cleanRebootPermittedNames || !cloudSyncServices.empty() || !disabledBackgroundLaunchLabels.isEmpty();

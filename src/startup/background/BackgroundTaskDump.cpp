@@ -72,7 +72,8 @@ public:
         if (!name.isEmpty() && name != u"(null)"_s) {
             item = {
                 name.toString(),      optional(u"Bundle Identifier"), text(u"Identifier"),          text(u"Type"),
-                text(u"Disposition"), optional(u"Parent Identifier"), optional(u"Executable Path"), optional(u"URL")};
+                text(u"Disposition"), optional(u"Parent Identifier"), optional(u"Executable Path"), optional(u"URL"),
+                text(u"Flags")};
         }
         m_values.clear();
         return item;

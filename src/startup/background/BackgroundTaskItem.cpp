@@ -55,8 +55,10 @@ QString backgroundItemSearchText(const BackgroundTaskItem& item) {
 }
 
 QString identifierLabel(const QString& identifier) {
-    const qsizetype dot = identifier.indexOf(u'.');
-    return dot < 0 ? QString() : identifier.mid(dot + 1);
+    const auto afterNumber =
+        std::find_if_not(identifier.begin(), identifier.end(), [](QChar c) { return c.isDigit(); });
+    const bool isTyped = afterNumber != identifier.begin() && afterNumber != identifier.end() && *afterNumber == u'.';
+    return isTyped ? identifier.mid(afterNumber - identifier.begin() + 1) : identifier;
 }
 
 std::optional<QString> backgroundItemLabel(const BackgroundTaskItem& item) {
@@ -65,6 +67,13 @@ std::optional<QString> backgroundItemLabel(const BackgroundTaskItem& item) {
     }
     const QString label = identifierLabel(item.identifier);
     return label.isEmpty() ? std::nullopt : std::optional(label);
+}
+
+std::optional<QString> launchdLabel(const BackgroundTaskItem& item) {
+    const bool isLaunchdJob = item.itemType.contains(u"agent"_s, Qt::CaseInsensitive) ||
+                              item.itemType.contains(u"daemon"_s, Qt::CaseInsensitive);
+    const QString label = isLaunchdJob ? identifierLabel(item.identifier) : QString();
+    return label.isEmpty() ? backgroundItemLabel(item) : std::optional(label);
 }
 
 std::optional<QString> recordedPath(const BackgroundTaskItem& item) {
@@ -81,12 +90,8 @@ bool isDaemonRecord(const BackgroundTaskItem& item) {
            item.url.value_or(QString()).contains(u"/LaunchDaemons/"_s);
 }
 
-bool isOwnLabel(const QString& label) {
-    return label.startsWith(u"com.quorvane."_s);
-}
-
-bool isReservedLabel(const QString& label) {
-    return label.startsWith(u"com.apple."_s) || isOwnLabel(label);
+bool isRegisteredApplication(const BackgroundTaskItem& item) {
+    return isApplicationRecord(item) && !isLoginRecord(item) && isActive(item) && recordedPath(item);
 }
 
 bool isProtectedRecord(const BackgroundTaskItem& item) {
@@ -95,8 +100,9 @@ bool isProtectedRecord(const BackgroundTaskItem& item) {
     return isExcludedName(backgroundItemSearchText(item)) || isExcludedName(url);
 }
 
-QString disabledDisposition() {
-    return u"[disabled, allowed, not notified] (0x2)"_s;
+bool isManagedRecord(const BackgroundTaskItem& item) {
+    return item.itemType.contains(u"managed"_s, Qt::CaseInsensitive) ||
+           item.flags.contains(u"managed"_s, Qt::CaseInsensitive);
 }
 
 } // namespace quorvane

@@ -18,6 +18,7 @@ struct BackgroundTaskItem {
     std::optional<QString> parentIdentifier;
     std::optional<QString> executablePath;
     std::optional<QString> url; ///< "file:///…", a path, or a path inside the parent's bundle
+    QString flags{};            ///< "[ legacy, curated ] (0x5)"; of older systems none
 
     bool operator==(const BackgroundTaskItem&) const = default;
 };
@@ -35,20 +36,19 @@ bool isApplicationRecord(const BackgroundTaskItem& item);
 QString backgroundItemSearchText(const BackgroundTaskItem& item);
 /// By what launchd and the profile know the item: its bundle identifier, or what follows the number of its identifier.
 std::optional<QString> backgroundItemLabel(const BackgroundTaskItem& item);
-/// What follows the number of an identifier; empty where nothing does.
+/// By what launchd knows the job or login item: for an agent or a daemon the identifier tells it, whatever bundle it belongs to.
+std::optional<QString> launchdLabel(const BackgroundTaskItem& item);
+/// An identifier without the number of its type ("4.com.x" is com.x), which may be missing.
 QString identifierLabel(const QString& identifier);
 /// Where its file is: of a "file://" text or an absolute path. Other forms don't tell it.
 std::optional<QString> recordedPath(const BackgroundTaskItem& item);
 /// True for what launchd runs for the whole Mac and in no user's session.
 bool isDaemonRecord(const BackgroundTaskItem& item);
-/// True for a label of the program's own.
-bool isOwnLabel(const QString& label);
-/// True for labels of the system's and of the program's own.
-bool isReservedLabel(const QString& label);
+/// True for an application that has registered itself to open at login: System Events may not list it.
+bool isRegisteredApplication(const BackgroundTaskItem& item);
 /// True for a record that belongs to audio software.
 bool isProtectedRecord(const BackgroundTaskItem& item);
-
-/// How the dump shows an item that was switched off.
-QString disabledDisposition();
+/// True for what an organization has put on its Mac: the user can't change it.
+bool isManagedRecord(const BackgroundTaskItem& item);
 
 } // namespace quorvane

@@ -1,15 +1,32 @@
 #include "startup/background/BackgroundTaskList.h"
 
+#include "core/Paths.h"
+
 #include <algorithm>
 #include <utility>
 
 namespace quorvane {
 
-BackgroundTaskList::BackgroundTaskList(QList<BackgroundTaskItem> items)
-    : m_items(std::move(items)) {
+using namespace Qt::StringLiterals;
+
+namespace {
+
+bool isManagedOne(const QList<BackgroundTaskItem>& records) {
+    return std::any_of(records.begin(), records.end(), isManagedRecord);
+}
+
+} // namespace
+
+BackgroundTaskList::BackgroundTaskList(QList<BackgroundTaskItem> items, QHash<QString, LaunchPlist> bundledDaemons)
+    : m_items(std::move(items))
+    , m_bundledDaemons(std::move(bundledDaemons)) {
     m_places.reserve(m_items.size());
     for (qsizetype place = 0; place < m_items.size(); ++place) {
         const std::optional<QString> label = backgroundItemLabel(m_items.at(place));
+        const std::optional<QString> path = recordedPath(m_items.at(place));
+        if (path && isLaunchPlistName(lastPathComponent(*path))) {
+            m_plistPlaces.insert(lastPathComponent(*path), place);
+        }
         if (!label) {
             continue;
         }
@@ -36,57 +53,53 @@ std::optional<QString> BackgroundTaskList::pathOf(const BackgroundTaskItem& item
     return bundle ? std::optional(*bundle + u'/' + *item.url) : std::nullopt;
 }
 
+std::optional<LaunchPlist> BackgroundTaskList::bundledDaemon(const BackgroundTaskItem& item) const {
+    const auto plist = m_bundledDaemons.constFind(pathOf(item).value_or(QString()));
+    return plist == m_bundledDaemons.constEnd() ? std::nullopt : std::optional(*plist);
+}
+
+bool BackgroundTaskList::isManagedLabel(const QString& label) const {
+    return isManagedOne(itemsWithLabel(label));
+}
+
+bool BackgroundTaskList::isManagedPlist(const QString& fileName) const {
+    return isManagedOne(itemsWithPlist(fileName)) || isManagedLabel(nameInPath(fileName));
+}
+
 bool BackgroundTaskList::isProtected(const BackgroundTaskItem& item) const {
     const BackgroundTaskItem* parent = parentOf(item);
     return isProtectedRecord(item) || (parent != nullptr && isProtectedRecord(*parent));
 }
 
-QList<qsizetype> BackgroundTaskList::placesOf(const QString& label) const {
-    QList<qsizetype> places = m_places.values(label);
+QList<BackgroundTaskItem> BackgroundTaskList::itemsAt(QList<qsizetype> places) const {
     std::sort(places.begin(), places.end());
-    return places;
-}
-
-QList<BackgroundTaskItem> BackgroundTaskList::itemsWithLabel(const QString& label) const {
     QList<BackgroundTaskItem> found;
-    for (const qsizetype place : placesOf(label)) {
+    for (const qsizetype place : places) {
         found.append(m_items.at(place));
     }
     return found;
 }
 
-bool BackgroundTaskList::isActive(const QString& label) const {
-    const QList<qsizetype> places = placesOf(label);
-    return std::any_of(places.begin(), places.end(),
-                       [this](qsizetype place) { return quorvane::isActive(m_items.at(place)); });
+QList<BackgroundTaskItem> BackgroundTaskList::itemsWithLabel(const QString& label) const {
+    return itemsAt(m_places.values(label));
 }
 
-void BackgroundTaskList::markDisabled(const QString& label) {
-    markDisabled(label, [](const BackgroundTaskItem&) { return true; });
+QList<BackgroundTaskItem> BackgroundTaskList::itemsWithPlist(const QString& fileName) const {
+    return itemsAt(m_plistPlaces.values(fileName));
 }
 
-void BackgroundTaskList::markDisabled(const QString& label,
-                                      const std::function<bool(const BackgroundTaskItem&)>& isOff) {
-    for (const qsizetype place : placesOf(label)) {
-        if (isOff(m_items.at(place))) {
-            m_items[place].disposition = disabledDisposition();
+QHash<QString, LaunchPlist> bundledDaemons(const BackgroundTaskList& list, const PropertyLists& propertyLists) {
+    QHash<QString, LaunchPlist> plists;
+    for (const BackgroundTaskItem& item : list.items()) {
+        const std::optional<QString> path = list.pathOf(item);
+        if (isDaemonRecord(item) && path && parentFolder(*path) != u"/Library/LaunchDaemons"_s) {
+            LaunchFolder folder;
+            folder.path = parentFolder(*path);
+            folder.isDaemons = true;
+            plists.insert(*path, readLaunchPlist(folder, lastPathComponent(*path), propertyLists));
         }
     }
-}
-
-QStringList BackgroundTaskList::dispositions(const QString& label) const {
-    QStringList texts;
-    for (const qsizetype place : placesOf(label)) {
-        texts.append(m_items.at(place).disposition);
-    }
-    return texts;
-}
-
-void BackgroundTaskList::setDispositions(const QString& label, const QStringList& dispositions) {
-    const QList<qsizetype> places = placesOf(label);
-    for (qsizetype index = 0; index < std::min(places.size(), dispositions.size()); ++index) {
-        m_items[places.at(index)].disposition = dispositions.at(index);
-    }
+    return plists;
 }
 
 } // namespace quorvane

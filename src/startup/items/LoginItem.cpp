@@ -1,6 +1,7 @@
 #include "startup/items/LoginItem.h"
 
 #include "core/ExcludedNames.h"
+#include "core/OneLine.h"
 #include "core/Paths.h"
 
 #include <algorithm>
@@ -8,6 +9,16 @@
 namespace quorvane {
 
 using namespace Qt::StringLiterals;
+
+QString unreadReason(const LoginItemList& list) {
+    if (list.wasRead) {
+        return {};
+    }
+    if (!list.failure || list.failure->isNotAnswered()) {
+        return u"not answered"_s;
+    }
+    return list.failure->isNotPermitted() ? u"not permitted"_s : onOneLine(list.failure->text);
+}
 
 bool looksLikeBackgroundAgent(const QString& text) {
     const QString lower = text.toLower();

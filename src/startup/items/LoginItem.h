@@ -1,9 +1,12 @@
 #pragma once
 
+#include "core/Osascript.h"
 #include "startup/items/StartupItem.h"
 
 #include <QList>
 #include <QString>
+
+#include <optional>
 
 namespace quorvane {
 
@@ -23,10 +26,19 @@ struct LoginItemList {
     bool wasRead = false;   ///< false: System Events refused or failed, so that nothing is known
     QString output{};       ///< as it was printed: names with a "|" or a line end can only be looked for here
     bool isAnswered = true; ///< false: nobody said anything, so that it's worth asking again
+    std::optional<ScriptFailure> failure{}; ///< why it wasn't read, where anybody said so
+    bool hasUnreadable = false; ///< one of them didn't tell its name: any of whom it isn't known may be that one
+
+    /// True where what isn't among the items isn't there.
+    bool tellsAll() const { return wasRead && !hasUnreadable; }
 
     /// The same items, known or unknown; what the output said besides doesn't count.
     bool operator==(const LoginItemList& other) const { return items == other.items && wasRead == other.wasRead; }
 };
+
+/// Why nothing is known of them, in a few words: "not permitted", "not answered", or what the system said. Empty where they were
+/// read.
+QString unreadReason(const LoginItemList& list);
 
 /// True for a name or path that looks like an application's helper: one of its embedded launch agents, or something
 /// that calls itself an agent.

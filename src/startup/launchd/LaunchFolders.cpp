@@ -4,8 +4,6 @@
 #include "core/Paths.h"
 #include "core/Quoting.h"
 
-#include <QStringList>
-
 #include <algorithm>
 
 namespace quorvane {
@@ -21,14 +19,14 @@ QString somethingIsAt(const QString& quotedPath) {
     return u"[ -e %1 ] || [ -L %1 ]"_s.arg(quotedPath);
 }
 
+/// Of what goes back into launchd.
 QStringList launchctlCommands(const KeptLaunchPlist& plist, quint32 userId) {
-    if (plist.label.isEmpty()) {
-        return {};
+    QStringList commands;
+    if (!plist.isRecorded && !plist.label.isEmpty()) {
+        commands += {u"launchctl enable "_s + shellQuoted(u"system/"_s + plist.label),
+                     u"launchctl enable "_s + shellQuoted(u"gui/"_s + QString::number(userId) + u'/' + plist.label)};
     }
-    QStringList commands{u"launchctl enable "_s + shellQuoted(u"system/"_s + plist.label),
-                         u"launchctl enable "_s +
-                             shellQuoted(u"gui/"_s + QString::number(userId) + u'/' + plist.label)};
-    if (plist.folder.isDaemons) {
+    if (plist.folder.isDaemons && !plist.label.isEmpty()) {
         commands.append(u"launchctl bootstrap system "_s + shellQuoted(plist.path()));
     }
     return commands;
@@ -55,12 +53,12 @@ bool isLaunchPlistName(const QString& label) {
            });
 }
 
-QString disableLaunchPlistCommand(const QString& plist, const LaunchFolder& folder) {
-    const QString source = shellQuoted(plist);
+QString disableLaunchPlistCommand(const QString& plist, const LaunchFolder& folder, const QStringList& outOfLaunchd) {
     const QString backup = shellQuoted(folder.backupFolder + u'/' + lastPathComponent(plist));
-    return u"mkdir -p %1 && rm -f %2 && (launchctl bootout system %3 2>/dev/null || "
-           "launchctl unload -w %3 2>/dev/null || true) && mv %3 %2"_s.arg(shellQuoted(folder.backupFolder), backup,
-                                                                           source);
+    const QStringList steps{u"mkdir -p "_s + shellQuoted(folder.backupFolder), u"rm -f "_s + backup,
+                            u'(' + (outOfLaunchd + QStringList(u"true"_s)).join(u" ; "_s) + u')',
+                            u"mv "_s + shellQuoted(plist) + u' ' + backup};
+    return steps.join(u" && "_s);
 }
 
 QString keepLaunchPlistCommand(const QString& plist, const LaunchFolder& folder) {

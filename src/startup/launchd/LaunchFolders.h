@@ -1,7 +1,10 @@
 #pragma once
 
+#include "startup/launchd/DisabledServices.h"
+
 #include <QList>
 #include <QString>
+#include <QStringList>
 #include <QtGlobal>
 
 namespace quorvane {
@@ -27,8 +30,9 @@ QString backupFolder(const QString& homeFolder);
 /// True for a plain file name that ends in ".plist". Profiles come from other people: only such a name is looked for.
 bool isLaunchPlistName(const QString& label);
 
-/// The shell line that switches a plist off as root: out of launchd, then into the backup folder.
-QString disableLaunchPlistCommand(const QString& plist, const LaunchFolder& folder);
+/// The shell line that switches a plist off as root: out of launchd, whatever launchd says to it, then into the backup folder.
+/// @param outOfLaunchd  commands that take its job out
+QString disableLaunchPlistCommand(const QString& plist, const LaunchFolder& folder, const QStringList& outOfLaunchd);
 
 /// The shell line by which root keeps a copy of a plist. It goes before the one that switches the plist off: whatever
 /// runs as the user can replace what lies in their backup folder, so root takes nothing out of there again.
@@ -42,14 +46,16 @@ QString requireRealBackupFolderCommand(const LaunchFolder& folder);
 struct KeptLaunchPlist {
     QString fileName;
     LaunchFolder folder;
-    QString label; ///< of its job; empty where launchctl can't be told
+    QString label;           ///< of its job; empty where launchctl can't be told
+    bool isRecorded = false; ///< what was overridden for it is written down, and is lifted by that alone
 
     QString path() const { return folder.path + u'/' + fileName; }
     QString keptPath() const { return folder.keepFolder + u'/' + fileName; }
+    LaunchdService service() const { return {folder.isDaemons ? LaunchdDomain::System : LaunchdDomain::User, label}; }
 };
 
 /// The shell line that brings a plist back as root and never fails: to its place, out of the overrides of the system and the
-/// user, and a daemon into launchd. The copy goes last, so that a run that ends half-way can be taken up again.
+/// user that an earlier version has left without a record, and a daemon into launchd. The copy goes last, so that a run that ends half-way can be taken up again.
 /// A plist that has come to its place since, which may be as late as that moment, stays; the copy then gets a name by which it
 /// isn't found again.
 QString reinstateLaunchPlistCommand(const KeptLaunchPlist& plist, quint32 userId);

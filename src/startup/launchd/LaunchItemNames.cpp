@@ -126,6 +126,14 @@ bool isUsableLaunchdLabel(const QString& label) {
                         [](QChar c) { return c == u'/' || c.category() == QChar::Other_Control; });
 }
 
+bool isOwnLabel(const QString& label) {
+    return label.startsWith(u"com.quorvane."_s);
+}
+
+bool isReservedLabel(const QString& label) {
+    return label.startsWith(u"com.apple."_s) || isOwnLabel(label);
+}
+
 std::optional<QString> enclosingApplication(const QString& path) {
     QStringView outermost;
     QStringView installed;

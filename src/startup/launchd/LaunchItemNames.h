@@ -23,6 +23,10 @@ QString launchJobLabel(const QString& plistPath, const PropertyLists& propertyLi
 /// True for a label that can stand in a launchd target. Profiles come from other people: an empty label would take the
 /// user's session down.
 bool isUsableLaunchdLabel(const QString& label);
+/// True for a label of the program's own.
+bool isOwnLabel(const QString& label);
+/// True for labels of the system's and of the program's own.
+bool isReservedLabel(const QString& label);
 
 /// The application bundle that holds a path: the shortest one directly named under /Applications, else the outermost;
 /// none where no folder on the way up is an application.

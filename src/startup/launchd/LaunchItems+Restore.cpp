@@ -5,6 +5,7 @@
 #include "startup/launchd/LaunchItems.h"
 
 #include "core/AdminBatch.h"
+#include "core/AdminScript.h"
 #include "core/Paths.h"
 #include "platform/CommandLauncher.h"
 #include "platform/FileManager.h"
@@ -14,6 +15,7 @@
 #include "startup/launchd/BackupFolders.h"
 #include "startup/launchd/LaunchItemNames.h"
 #include "startup/launchd/Launchctl.h"
+#include "startup/launchd/PutAsideRecord.h"
 
 #include <QCoroTask>
 
@@ -42,6 +44,8 @@ QStringList plistsToSettle(const LaunchFolder& folder, QStringList putAside, con
 } // namespace
 
 QCoro::Task<void> LaunchItems::restore() {
+    const QList<LaunchdService> lifted = m_launchd.recordedOverrides();
+    co_await m_launchd.liftUsersOverrides();
     int count = 0;
     QString reported;
     for (const LaunchFolder& folder : folders()) {
@@ -51,7 +55,7 @@ QCoro::Task<void> LaunchItems::restore() {
             reported = unusable; // the outer folder is the same for all
         }
         for (const QString& name : plistsPutAside(folder)) {
-            const bool isRestored = co_await restorePlist(folder, name);
+            const bool isRestored = co_await restorePlist(folder, name, lifted);
             count += isRestored ? 1 : 0;
         }
     }
@@ -62,7 +66,7 @@ QCoro::Task<void> LaunchItems::restore() {
 
 /// True when it was moved back. What has come to its place since is newer and stays; of the user's own it is switched on
 /// again instead, because the override that switched the old one off counts for it as well.
-QCoro::Task<bool> LaunchItems::restorePlist(LaunchFolder folder, QString name) {
+QCoro::Task<bool> LaunchItems::restorePlist(LaunchFolder folder, QString name, QList<LaunchdService> lifted) {
     const QString restored = folder.path + u'/' + name;
     const QString backup = folder.backupFolder + u'/' + name;
     const bool isTaken = host().files.status(restored).kind != FileStatus::Kind::Missing;
@@ -71,7 +75,7 @@ QCoro::Task<bool> LaunchItems::restorePlist(LaunchFolder folder, QString name) {
     }
     if (folder.isUsers) {
         // Before the move: a run that ends in between finds the backup again.
-        co_await enableUsersJob(isTaken ? restored : backup);
+        co_await enableUsersJob(isTaken ? restored : backup, lifted);
     }
     if (host().commands.isShutDown()) {
         co_return false; // it is there for the next time
@@ -89,10 +93,12 @@ QCoro::Task<bool> LaunchItems::restorePlist(LaunchFolder folder, QString name) {
     co_return !isTaken;
 }
 
-/// "unload -w" has left an override behind, and "load" would fail on it.
-QCoro::Task<void> LaunchItems::enableUsersJob(QString plist) {
+/// Of a plist that an earlier version has put aside: its "unload -w" has left an override behind of which no record tells, and
+/// "load" would fail on it.
+QCoro::Task<void> LaunchItems::enableUsersJob(QString plist, QList<LaunchdService> lifted) {
     const QString label = launchJobLabel(plist, host().propertyLists);
-    if (!label.isEmpty()) {
+    const QString place = launchFolders(host().machine.homeFolder()).first().path + u'/' + lastPathComponent(plist);
+    if (!label.isEmpty() && !putAside().contains(place) && !lifted.contains({LaunchdDomain::User, label})) {
         const QString job = u"gui/%1/"_s.arg(host().machine.userId()) + label;
         const QStringList enable{kLaunchctlTool, u"enable"_s, job};
         co_await runCommand(enable, OutputCapture::Discard);
@@ -124,7 +130,16 @@ QStringList LaunchItems::plistsPutAside(const LaunchFolder& folder) const {
     return names;
 }
 
+void LaunchItems::queueLifts() {
+    for (const QString& command : m_launchd.rootsLiftCommands()) {
+        m_batch.open().queue(withoutStatus(command));
+    }
+}
+
 void LaunchItems::queueKept() {
+    queueLifts();
+    const QList<LaunchdService> lifted = m_launchd.recordedOverrides();
+    const QSet<QString> aside = putAside();
     for (const LaunchFolder& folder : folders()) {
         const QStringList names = folder.isUsers ? QStringList() : namesIn(host().files, folder.keepFolder);
         if (!names.isEmpty() && !isRootsAlone(folder.keepFolder)) {
@@ -132,7 +147,7 @@ void LaunchItems::queueKept() {
             continue;
         }
         for (const QString& name : names) {
-            const KeptLaunchPlist plist = keptPlist(folder, name);
+            const KeptLaunchPlist plist = keptPlist(folder, name, lifted, aside);
             if (!isLaunchPlistName(name) || host().files.status(plist.keptPath()).kind != Kind::File) {
                 continue;
             }
@@ -157,14 +172,37 @@ QCoro::Task<void> LaunchItems::settleKept() {
                 log(u"  [INFO] Not restored: "_s + name);
                 continue;
             }
-            if (isRoots && !folder.isDaemons) {
+            const QString backup = folder.backupFolder + u'/' + name;
+            const bool isBackup = putAside.contains(name) && holdTheSame(backup, plist);
+            if (!folder.isDaemons && (isRoots || isBackup)) {
                 co_await load(plist); // an agent runs in the user's session
             }
-            const QString backup = folder.backupFolder + u'/' + name;
-            if (putAside.contains(name) && holdTheSame(backup, plist)) {
+            if (isBackup) {
                 removeBackup(backup);
             }
         }
+    }
+    forgetBroughtBack();
+    co_await m_launchd.settleLifted();
+}
+
+/// Whatever has become of it, it isn't aside any more.
+void LaunchItems::forgetBroughtBack() {
+    QSet<QString> aside;
+    for (const LaunchFolder& folder : folders()) {
+        for (const QString& path : putAside()) {
+            const QString name = u'/' + lastPathComponent(path);
+            if (parentFolder(path) == folder.path &&
+                (host().files.status(folder.backupFolder + name).kind != Kind::Missing ||
+                 (!folder.isUsers && host().files.status(folder.keepFolder + name).kind != Kind::Missing))) {
+                aside.insert(path);
+            }
+        }
+    }
+    try {
+        PutAsideRecord(host().files, host().machine).write(aside);
+    } catch (const FileError& error) {
+        log(u"  [ERROR] Could not note what is put aside: "_s + error.message());
     }
 }
 
@@ -181,13 +219,15 @@ bool LaunchItems::isRootsAlone(const QString& keepFolder) const {
     return true;
 }
 
-KeptLaunchPlist LaunchItems::keptPlist(const LaunchFolder& folder, const QString& name) const {
+KeptLaunchPlist LaunchItems::keptPlist(const LaunchFolder& folder, const QString& name,
+                                       const QList<LaunchdService>& lifted, const QSet<QString>& putAside) const {
     KeptLaunchPlist plist{name, folder, {}};
     const QString kept = plist.keptPath();
     if (host().files.status(kept).owner == 0 && !host().files.isWritable(kept)) {
         plist.label =
             launchJobLabel(kept, host().propertyLists); // of a file that others can change root believes nothing
     }
+    plist.isRecorded = putAside.contains(plist.path()) || lifted.contains(plist.service());
     return plist;
 }
 

@@ -10,12 +10,13 @@
 #include "startup/items/LoginItem.h"
 #include "startup/items/StartupItem.h"
 #include "startup/launchd/BackupFolders.h"
-#include "startup/launchd/LaunchItemNames.h"
-#include "startup/launchd/Launchctl.h"
+#include "startup/launchd/LaunchdReadings.h"
+#include "startup/launchd/PutAsideRecord.h"
 
 #include <QCoroTask>
 
 #include <algorithm>
+#include <utility>
 
 namespace quorvane {
 
@@ -24,10 +25,12 @@ using namespace Qt::StringLiterals;
 namespace {
 
 /// What the log says of an item that stays although it was asked to go; empty when it may go.
-QString lineOfHeldBackItem(const QString& label, const QSet<QString>& excludedIds,
-                           const QSet<QString>& protectedLabels) {
-    if (isExcludedName(label) || protectedLabels.contains(label)) {
+QString lineOfHeldBackItem(const QString& label, const QSet<QString>& excludedIds, const LaunchItemGuards& guards) {
+    if (isExcludedName(label) || guards.protectedNames.contains(label)) {
         return u"  [SKIPPED] Protected launch item: "_s + label;
+    }
+    if (guards.managedNames.contains(label)) {
+        return u"  [SKIPPED] Managed by your organization: "_s + guards.managedNames.value(label);
     }
     const bool isExcluded = excludedIds.contains(launchItemId(label)) || excludedIds.contains(label);
     if (isExcluded && looksLikeBackgroundAgent(label)) {
@@ -36,109 +39,186 @@ QString lineOfHeldBackItem(const QString& label, const QSet<QString>& excludedId
     return {};
 }
 
+QString nameAndPlace(const LaunchPlist& plist) {
+    return plist.fileName + u" @ "_s + plist.folder.path;
+}
+
 } // namespace
 
 LaunchItems::LaunchItems(FlowEnvironment& environment, AdminBatch& batch)
     : Flow(environment)
-    , m_batch(batch) {}
+    , m_batch(batch)
+    , m_launchd(environment) {}
+
+/// What lies in the folders under a file name and isn't on its way out already.
+struct LaunchItems::Found {
+    QList<LaunchPlist> plists; ///< that can be switched off
+    QList<LaunchPlist> held;   ///< that can't before the background task list was read
+    bool isOff = false; ///< one waits in a backup folder, or the open batch puts it there, or launchd has it as off
+    bool runsOnDemand = false; ///< one is a daemon that waits for its application
+
+    /// Why nothing is done about one; empty where something is.
+    QString lineOf(const QString& label) const {
+        if (runsOnDemand) {
+            return u"  [INFO] Only runs when its application needs it: "_s + label;
+        }
+        if (!plists.isEmpty() || !held.isEmpty()) {
+            return {};
+        }
+        return isOff ? u"  [INFO] Launch item already disabled: "_s + label
+                     : u"  [WARNING] Launch item not found: "_s + label;
+    }
+};
+
+/// What is known before anything goes.
+struct LaunchItems::Preparation {
+    LaunchdOverrides overrides;
+    QList<LaunchdService> services; ///< that are switched off by their labels
+    bool isRecorded = true;         ///< false when nothing can be, because it couldn't be written down
+};
 
 /// A plist that only root can move.
 struct LaunchItems::SystemPlist {
-    QString label;
-    LaunchFolder folder;
-
-    QString path() const { return folder.path + u'/' + label; }
-};
-
-struct LaunchItems::Places {
-    QList<LaunchFolder> folders; ///< where it can be switched off
-    bool isDisabled = false;     ///< it waits in a backup folder, or the open batch puts it there
+    LaunchPlist plist;
+    bool isOverridden = false;
 };
 
 QList<LaunchFolder> LaunchItems::folders() const {
     return launchFolders(host().machine.homeFolder());
 }
 
-bool LaunchItems::hasPlist(const QString& label) const {
-    const QList<LaunchFolder> all = folders();
-    return isLaunchPlistName(label) && std::any_of(all.begin(), all.end(), [&](const LaunchFolder& folder) {
-               return host().files.exists(folder.path + u'/' + label);
-           });
-}
-
-QCoro::Task<bool> LaunchItems::disable(QStringList labels, QSet<QString> excludedIds, QSet<QString> protectedLabels) {
+QCoro::Task<LaunchItems::Outcome> LaunchItems::disable(QStringList labels, QSet<QString> excludedIds,
+                                                       LaunchItemGuards guards) {
+    Outcome outcome;
     if (labels.isEmpty()) {
-        co_return true;
+        co_return outcome;
     }
     createBackupFolder(environment());
-    bool succeeded = true;
+    const auto line = [&](const QString& label) { return lineOfHeldBackItem(label, excludedIds, guards); };
+    QStringList going = labels;
+    going.removeIf([&line](const QString& label) { return !line(label).isEmpty(); });
+    const Preparation prepared = co_await prepare(going, guards);
+    bool succeeded = prepared.isRecorded;
     QList<SystemPlist> systemPlists;
     for (const QString& label : labels) {
-        const QString heldBack = lineOfHeldBackItem(label, excludedIds, protectedLabels);
-        if (!heldBack.isEmpty()) {
-            log(heldBack);
-            continue;
+        const Found found = going.contains(label) ? find(label, prepared.overrides, guards) : Found();
+        const QString reason = going.contains(label) ? found.lineOf(label) : line(label);
+        if (!reason.isEmpty()) {
+            log(reason);
         }
-        const Places places = placesOf(label);
-        if (places.folders.isEmpty()) {
-            log(places.isDisabled ? u"  [INFO] Launch item already disabled: "_s + label
-                                  : u"  [WARNING] Launch item not found: "_s + label);
-        }
-        for (const LaunchFolder& folder : places.folders) {
+        outcome.held += found.held;
+        for (const LaunchPlist& plist : found.plists) {
+            const LaunchFolder& folder = plist.folder;
+            const bool isOverridden = prepared.services.contains(plist.service());
             if (!requireRealFolders(environment(), {backupFolder(host().machine.homeFolder()), folder.backupFolder})) {
                 succeeded = false;
             } else if (folder.isUsers) {
-                succeeded = co_await disableUsersPlist(label, folder) && succeeded;
+                succeeded = co_await disableUsersPlist(plist, isOverridden) && succeeded;
             } else if (!isRootsAlone(folder.keepFolder)) {
                 logUnusableFolder(environment(), folder.keepFolder);
                 succeeded = false;
             } else {
-                systemPlists.append({label, folder});
-                m_batch.open().rememberMove(systemPlists.last().path());
+                systemPlists.append({plist, isOverridden});
+                m_batch.open().rememberMove(plist.path());
             }
         }
     }
-    co_return co_await disableSystemPlists(systemPlists) && succeeded;
+    outcome.succeeded = co_await disableSystemPlists(systemPlists) && succeeded;
+    co_return outcome;
 }
 
-/// Where a plist of that name lies and isn't on its way out already.
-LaunchItems::Places LaunchItems::placesOf(const QString& label) const {
-    Places places;
-    if (!isLaunchPlistName(label)) {
-        return places;
-    }
-    for (const LaunchFolder& folder : folders()) {
-        const QString plist = folder.path + u'/' + label;
-        const bool isQueued = m_batch.open().moves(plist, host().files);
-        if (!isQueued && host().files.exists(plist)) {
-            places.folders.append(folder);
+LaunchItems::Found LaunchItems::find(const QString& label, const LaunchdOverrides& overrides,
+                                     const LaunchItemGuards& guards) const {
+    Found found;
+    for (const LaunchFolder& folder : isLaunchPlistName(label) ? folders() : QList<LaunchFolder>()) {
+        const QString path = folder.path + u'/' + label;
+        const bool isQueued = m_batch.open().moves(path, host().files);
+        if (isQueued || !host().files.exists(path)) {
+            const bool waitsAside =
+                host().files.exists(folder.path) && host().files.exists(folder.backupFolder + u'/' + label);
+            found.isOff = found.isOff || isQueued || waitsAside;
             continue;
         }
-        const bool waitsAside =
-            host().files.exists(folder.path) && host().files.exists(folder.backupFolder + u'/' + label);
-        places.isDisabled = places.isDisabled || isQueued || waitsAside;
+        const LaunchPlist plist = readLaunchPlist(folder, label, host().propertyLists);
+        if (!isOn(plist, overrides).value_or(true) || guards.pathsSwitchedOff.contains(path)) {
+            found.isOff = true;
+        } else if (plist.runsOnDemand()) {
+            found.runsOnDemand = true;
+        } else if (folder.isDaemons && guards.areDaemonsHeld) {
+            found.held.append(plist);
+        } else {
+            found.plists.append(plist);
+        }
     }
-    return places;
+    return found;
 }
 
-QCoro::Task<bool> LaunchItems::disableUsersPlist(QString label, LaunchFolder folder) {
-    const QString source = folder.path + u'/' + label;
-    const QString backup = folder.backupFolder + u'/' + label;
+/// Asks launchd, and writes down which services are about to be switched off by their labels.
+QCoro::Task<LaunchItems::Preparation> LaunchItems::prepare(QStringList labels, LaunchItemGuards guards) {
+    Preparation prepared;
+    if (!hasJob(labels)) {
+        co_return prepared;
+    }
+    const LaunchdReadings launchd = co_await m_launchd.readings();
+    prepared.overrides = launchd.overrides();
+    QList<LaunchPlist> going;
+    for (const QString& label : labels) {
+        going += find(label, prepared.overrides, guards).plists;
+    }
+    prepared.services = servicesThatGo(going, launchd.plists(), guards.staying);
+    prepared.isRecorded = co_await m_launchd.recordOverrides(prepared.services);
+    if (!prepared.isRecorded) {
+        prepared.services.clear();
+    }
+    co_return prepared;
+}
+
+/// False where there is nothing to ask launchd about, because no plist tells a label.
+bool LaunchItems::hasJob(const QStringList& labels) const {
+    return std::any_of(labels.begin(), labels.end(), [this](const QString& label) {
+        const Found found = find(label, {}, {});
+        return found.runsOnDemand || std::any_of(found.plists.begin(), found.plists.end(),
+                                                 [](const LaunchPlist& plist) { return !plist.label.isEmpty(); });
+    });
+}
+
+/// An override is for the label: what stays under the same one would be switched off, too.
+QList<LaunchdService> LaunchItems::servicesThatGo(const QList<LaunchPlist>& going, const QList<LaunchPlist>& all,
+                                                  const QList<LaunchdService>& staying) const {
+    OpenBatch moves = m_batch.open();
+    QList<LaunchdService> services;
+    for (const LaunchPlist& plist : going) {
+        moves.rememberMove(plist.path());
+        if (mayOverride(plist.label) && !services.contains(plist.service()) && !staying.contains(plist.service())) {
+            services.append(plist.service());
+        }
+    }
+    for (const LaunchPlist& plist : all) {
+        if (!moves.moves(plist.path(), host().files)) {
+            services.removeAll(plist.service());
+        }
+    }
+    return services;
+}
+
+QCoro::Task<bool> LaunchItems::disableUsersPlist(LaunchPlist plist, bool isOverridden) {
+    const QString backup = plist.folder.backupFolder + u'/' + plist.fileName;
+    notePutAside({plist});
     try {
         if (host().files.status(backup).kind != FileStatus::Kind::Missing) {
             host().files.remove(backup);
         }
-        const QString domain = u"gui/%1"_s.arg(host().machine.userId());
-        const QStringList bootout{kLaunchctlTool, u"bootout"_s, domain, source};
-        co_await runCommand(bootout, OutputCapture::Discard);
-        const QStringList unload{kLaunchctlTool, u"unload"_s, u"-w"_s, source};
-        co_await runCommand(unload, OutputCapture::Discard);
-        host().files.move(source, backup);
+        if (isOverridden) {
+            co_await m_launchd.switchOff(plist.label);
+        } else {
+            co_await m_launchd.stopAgent(plist.path());
+        }
+        host().files.move(plist.path(), backup);
     } catch (const FileError& error) {
-        log(u"  [ERROR] Failed to disable launch item %1: %2"_s.arg(label, error.message()));
+        log(u"  [ERROR] Failed to disable launch item %1: %2"_s.arg(plist.fileName, error.message()));
         co_return false;
     }
-    log(u"  [APPLIED] Disabled launch item: %1 (%2)"_s.arg(label, folder.path));
+    log(u"  [APPLIED] Disabled launch item: %1 (%2)"_s.arg(plist.fileName, plist.folder.path));
     co_return true;
 }
 
@@ -148,23 +228,66 @@ QCoro::Task<bool> LaunchItems::disableSystemPlists(QList<SystemPlist> plists) {
     }
     log(u"  [ACTION] Requesting Admin rights to disable %1 system launch item(s)..."_s.arg(plists.size()));
     QStringList commands;
-    for (const SystemPlist& plist : plists) {
+    QList<LaunchPlist> queued;
+    for (const auto& [plist, isOverridden] : plists) {
+        queued.append(plist);
+        const LaunchdService service = plist.service();
+        const QStringList outOfLaunchd = isOverridden
+                                             ? m_launchd.rootsSwitchOffCommands(service, Launchd::End::Now)
+                                             : QStringList(m_launchd.rootsStopCommand(service.domain, plist.path()));
         commands.append(keepLaunchPlistCommand(plist.path(), plist.folder));
         commands.append(requireRealBackupFolderCommand(plist.folder));
-        commands.append(disableLaunchPlistCommand(plist.path(), plist.folder));
+        commands.append(disableLaunchPlistCommand(plist.path(), plist.folder, outOfLaunchd));
     }
+    notePutAside(queued);
+    m_queued += queued;
     const CommandResult result = co_await m_batch.run(commands.join(u" && "_s), kSystemChangesPrompt);
-    if (!m_batch.isOpen()) {
-        m_batch.open().forgetMoves(); // nothing waits: the commands have run
-        if (result.status != 0) {
-            log(u"  [ERROR] Failed to disable system launch items: "_s + result.standardError);
-            co_return false;
+    if (m_batch.isOpen()) {
+        for (const LaunchPlist& plist : queued) {
+            log(u"  [ACTION] Queued disable for launch item: "_s + nameAndPlace(plist));
+        }
+        co_return true;
+    }
+    m_batch.open().forgetMoves(); // nothing waits: the commands have run
+    m_launchd.drop();
+    if (result.status != 0) {
+        log(u"  [ERROR] Failed to disable system launch items: "_s + result.standardError);
+    }
+    co_await settleDisabled(result.status != 0);
+    co_return result.status == 0;
+}
+
+QCoro::Task<void> LaunchItems::settleDisabled(bool hasFailed) {
+    const QList<LaunchPlist> queued = std::exchange(m_queued, {});
+    for (const LaunchPlist& plist : queued) {
+        bool isOff = host().files.status(plist.path()).kind == FileStatus::Kind::Missing;
+        if (!isOff && !plist.label.isEmpty()) {
+            const LaunchdOverrides overrides = co_await m_launchd.overrides();
+            isOff = isOn(plist, overrides) == false;
+        }
+        if (isOff) {
+            log(u"  [APPLIED] Disabled launch item: "_s + nameAndPlace(plist));
+        } else if (!hasFailed) {
+            log(u"  [ERROR] Failed to disable launch item: "_s + nameAndPlace(plist));
         }
     }
-    for (const SystemPlist& plist : plists) {
-        log(u"  [APPLIED] Disabled launch item: %1 @ %2"_s.arg(plist.label, plist.folder.path));
+}
+
+/// What is put aside without being noted is taken for an earlier version's.
+void LaunchItems::notePutAside(const QList<LaunchPlist>& plists) {
+    QSet<QString> paths;
+    for (const LaunchPlist& plist : plists) {
+        paths.insert(plist.path());
     }
-    co_return true;
+    try {
+        PutAsideRecord(host().files, host().machine).write(putAside().unite(paths));
+    } catch (const FileError& error) {
+        log(u"  [ERROR] Could not note what is put aside: "_s + error.message());
+    }
+}
+
+QSet<QString> LaunchItems::putAside() const {
+    return PutAsideRecord(host().files, host().machine).read();
 }
 
 } // namespace quorvane

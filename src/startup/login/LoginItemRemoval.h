@@ -1,10 +1,13 @@
 #pragma once
 
 #include "startup/items/LoginItemTargets.h"
+#include "startup/login/LoginItemScripts.h"
 
 #include <QSet>
 #include <QString>
 #include <QStringList>
+
+#include <optional>
 
 namespace quorvane {
 
@@ -12,23 +15,34 @@ namespace quorvane {
 /// regard to case, so a name takes every item of that name.
 class LoginItemRemoval {
 public:
-    enum class Means { ByName, ByPath, None };
-
     enum class List { Known, Unknown };
     /// @param staying  the items that must not go
     /// @param list     unknown when System Events wouldn't tell: nobody knows then whom else a name would take
     explicit LoginItemRemoval(const QList<LoginItem>& staying, List list = List::Known);
-    static List knowledgeOf(const LoginItemList& list) { return list.wasRead ? List::Known : List::Unknown; }
+    static List knowledgeOf(const LoginItemList& list) { return list.tellsAll() ? List::Known : List::Unknown; }
 
-    Means meansFor(const QString& name, const QString& path) const;
     bool canGoByPath(const QString& path) const;
     bool canGoByName(const QString& name) const;
+    /// By its name, and by name and path where one that stays shares its name. None where it can't go alone.
+    std::optional<LoginItemSelector> byName(const QString& name, const QString& path) const;
+    /// By its path, and by both where one that stays shares either.
+    std::optional<LoginItemSelector> byPath(const QString& name, const QString& path) const;
+    /// Those that stay although they share a name or path with what goes by both. The event that takes the one may take the
+    /// other.
+    QList<LoginItem> twinsOf(const LoginItemSelector& selector) const;
 
 private:
+    std::optional<LoginItemSelector> byBoth(const QString& name, const QString& path) const;
+
     List m_list;
-    QSet<QString> m_stayingNames;
+    QList<LoginItem> m_staying;
+    QSet<QString> m_stayingNames; ///< folded, as the paths
     QSet<QString> m_stayingPaths;
+    QSet<QString> m_stayingPairs;
 };
+
+/// True for a twin: what System Events does to the one by that name or path it may do to the other.
+bool sharesNameOrPath(const LoginItem& item, const QString& name, const QString& path);
 
 /// True for an application's agent that the user has excluded from switching off.
 /// @param excludedIds  by id or name

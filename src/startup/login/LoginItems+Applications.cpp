@@ -94,11 +94,21 @@ QCoro::Task<bool> LoginItems::removeManaged(QSet<QString> paths) {
         co_return true;
     }
     log(u"  [ACTION] Removing %1 Quorvane-managed startup app(s)..."_s.arg(paths.size()));
-    const ManagedAppRemoval removal = managedAppRemoval(co_await current(), paths);
-    bool succeeded = true;
-    for (const QString& path : sortedTexts(paths)) {
-        succeeded = co_await removeManagedApp(path, removal) && succeeded;
+    const QStringList sorted = sortedTexts(paths);
+    const LoginItemList before = co_await current();
+    tellUnread(before);
+    const QList<Going> going = managedAppsGoing(sorted, managedAppRemoval(before, paths));
+    co_await takeOut(going);
+    const auto goes = [](const Going& app) { return app.heldBackLine.isEmpty(); };
+    if (std::any_of(going.begin(), going.end(), goes) && !haveTwins(going)) {
+        readAgain(); // also where System Events had nothing to remove: the list may be older
     }
+    const LoginItemList now = co_await current();
+    bool succeeded = true;
+    for (qsizetype i = 0; i < going.size(); ++i) {
+        succeeded = settleManagedApp(sorted.at(i), going.at(i), now) && succeeded;
+    }
+    succeeded = co_await addTwinsAgain(going) && succeeded;
     co_return succeeded;
 }
 
@@ -135,58 +145,73 @@ LoginItems::ManagedAppRemoval LoginItems::managedAppRemoval(const LoginItemList&
     return {items, heldBack, LoginItemRemoval(staying, LoginItemRemoval::knowledgeOf(list))};
 }
 
-QCoro::Task<bool> LoginItems::removeManagedApp(QString path, ManagedAppRemoval before) {
-    if (before.heldBack.contains(path)) {
-        log(u"  [SKIPPED] Protected login item at path: "_s + path);
-        co_return true;
+/// One for each path. Where System Events no longer knows an item's file, its name tells which it is.
+QList<LoginItems::Going> LoginItems::managedAppsGoing(const QStringList& paths, const ManagedAppRemoval& before) const {
+    QList<Going> going;
+    for (const QString& path : paths) {
+        Going app{before.items.value(path, LoginItem{nameInPath(path), path, false})};
+        const LoginItem& item = app.item;
+        if (before.heldBack.contains(path)) {
+            app.heldBackLine = u"  [SKIPPED] Protected login item at path: "_s + path;
+        } else {
+            app.selector = item.path.isEmpty() ? before.removal.byName(item.name, {})
+                                               : before.removal.byPath(item.name, item.path);
+            app.twins = app.selector ? before.removal.twinsOf(*app.selector) : QList<LoginItem>();
+        }
+        going.append(app);
     }
-    const LoginItem item = before.items.value(path, LoginItem{nameInPath(path), path, false});
-    const QString name = item.name;
-    const QString listedPath = item.path.isEmpty() ? path : item.path;
-    bool isRemoved = false;
-    if (before.removal.canGoByPath(listedPath)) {
-        isRemoved = co_await removeAtPath(listedPath);
-    }
-    if (!isRemoved && before.removal.canGoByName(name)) {
-        co_await removeByName(name);
-    }
-    forgetList();
-    const LoginItemList now = co_await current();
-    if (!now.wasRead || showsPath(now.items, path)) {
-        log(u"  [ERROR] Failed to remove startup app from login items: "_s + name);
-        co_return false; // stays recorded, to be tried the next time
-    }
-    log(u"  [APPLIED] Removed startup app from login items: "_s + name);
-    forgetManagedPath(path);
-    co_return true;
+    return going;
 }
 
+/// Forgets an application that is gone; any other stays recorded, to be tried the next time.
+bool LoginItems::settleManagedApp(const QString& path, const Going& going, const LoginItemList& now) {
+    if (!going.heldBackLine.isEmpty()) {
+        log(going.heldBackLine);
+        return true;
+    }
+    if (!now.tellsAll() || showsPath(now.items, path)) {
+        log(u"  [ERROR] Failed to remove startup app from login items: "_s + going.item.name);
+        return false;
+    }
+    log(u"  [APPLIED] Removed startup app from login items: "_s + going.item.name);
+    forgetManagedPath(path);
+    return true;
+}
+
+/// An application is written down first: a program that ends in between still knows whose it is.
 QCoro::Task<bool> LoginItems::configure(QList<StartupLaunchItem> applications) {
     if (applications.isEmpty()) {
         co_return true;
     }
-    QSet<QString> present;
+    QSet<QString> present = m_registeredPaths(); // a second entry would open it twice
     const LoginItemList list = co_await current();
+    tellUnread(list);
     for (const LoginItem& item : list.items) {
         present.insert(comparablePath(item.path));
     }
+    const QSet<QString> recorded = managedPaths();
+    QList<LoginItemAddition> additions;
+    for (const StartupLaunchItem& item : applications) {
+        const QString path = comparablePath(item.path);
+        if (!present.contains(path)) {
+            recordManagedPath(path);
+            additions.append({path, item.hidden});
+        }
+    }
+    QList<bool> added = co_await add(additions);
     bool succeeded = true;
     for (const StartupLaunchItem& item : applications) {
         const QString path = comparablePath(item.path);
         if (present.contains(path)) { // the user's own, or recorded already
             log(u"  [SKIPPED] Already configured to start at login: "_s + item.name);
-            continue;
-        }
-        const bool wasRecorded = managedPaths().contains(path);
-        recordManagedPath(path); // first: a program that ends in between still knows whose it is
-        if (co_await add(path, item.hidden)) {
+        } else if (added.takeFirst()) {
             log(u"  [APPLIED] Added login item: "_s + item.name + (item.hidden ? u" (hidden)"_s : QString()));
         } else {
-            if (!wasRecorded) {
-                forgetManagedPath(path);
-            }
             log(u"  [ERROR] Failed to add login item: "_s + item.name);
             succeeded = false;
+            if (!recorded.contains(path)) {
+                forgetManagedPath(path);
+            }
         }
     }
     co_return succeeded;

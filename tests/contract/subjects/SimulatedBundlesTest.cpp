@@ -2,6 +2,7 @@
 
 #include "platform/simulated/SimulatedBundles.h"
 #include "contract/BundlesContract.h"
+#include "fakes/MacSetUp.h"
 #include "fakes/SimulatedMacFolder.h"
 #include "platform/simulated/SimulatedPropertyLists.h"
 
@@ -19,6 +20,7 @@ namespace {
 class SimulatedBundlesSubject final : public BundlesSubject {
 public:
     SimulatedBundlesSubject() {
+        macsim::setPermission(m_mac.mac, "appManagement", true);
         put(installedPath() + u"/Contents/Info.plist"_s,
             "<plist version=\"1.0\"><dict><key>CFBundleIdentifier</key><string>" + installedIdentifier().toUtf8() +
                 "</string></dict></plist>");
@@ -97,6 +99,7 @@ TEST_F(SimulatedBundlesFolder, whatIsInstalledMovedOrRemovedLaterIsNoticed) {
     install(u"/Applications/Later.app"_s, u"com.example.later"_s);
     EXPECT_EQ(found(u"com.example.later"_s), u"/Applications/Later.app"_s);
     const macsim::Volume volume = mac.mac.volume(macsim::Actor::User);
+    macsim::setPermission(mac.mac, "appManagement", true);
     volume.move(u"/Applications/Live.app"_s, u"/Applications/Live 12.app"_s);
     EXPECT_TRUE(bundles.infoDictionaryWithIdentifier(u"com.ableton.live"_s));
     volume.move(u"/Applications/Live 12.app"_s, u"/Users/alex/Documents/Live 12.app"_s);
