@@ -15,6 +15,9 @@ inline const QString kQuorvaneCurrentMode = QStringLiteral("QuorvaneCurrentMode"
 /// String array: the paths of the apps that this program has put into the login items.
 inline const QString kQuorvaneManagedStartupAppPaths = QStringLiteral("QuorvaneManagedStartupAppPaths");
 
+/// String array: the keys of the tweaks that this program has put in force where they weren't, and that haven't been seen back since.
+inline const QString kQuorvaneChangedTweaks = QStringLiteral("QuorvaneChangedTweaks");
+
 /// Boolean: this program has switched the automatic backups off, and they haven't been seen on since.
 inline const QString kQuorvaneSwitchedBackupsOff = QStringLiteral("QuorvaneSwitchedBackupsOff");
 

@@ -28,7 +28,7 @@ ApplyVerificationResult defaultVerification(const ApplyVerificationResult& inFor
     ApplyVerificationResult result;
     result.lacksFullDiskAccess = inForce.lacksFullDiskAccess;
     for (const ApplyVerificationResult::Item& item : inForce.verified) {
-        if (item.isOnThisMac) {
+        if (item.isOnThisMac && !item.isUsersOwn) {
             result.failed.append({item.name, item.detail.value_or(u"still active"_s)});
         }
     }

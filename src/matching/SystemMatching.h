@@ -21,8 +21,8 @@ bool isMatch(const ApplyVerificationResult& verification, bool isLastApplied);
 
 /// What it says of the Default configuration.
 /// @param inForce              the check of all tweaks: those verified that this Mac has are in force, the others don't
-///                             count
-/// @param isAppRestorationOff  applications are kept from reopening after a restart
+///                             count, and neither does what is as the user had it
+/// @param isAppRestorationOff  applications are kept from reopening after a restart, and not by the user's own setting
 ApplyVerificationResult defaultVerification(const ApplyVerificationResult& inForce, bool isAppRestorationOff);
 
 } // namespace quorvane

@@ -28,7 +28,7 @@ QCoro::Task<std::optional<SystemConfigurationMatch>> SystemScan::search(QList<Un
     Turn turn(m_session.host().clock);
     const QList<UnifiedProfile> candidates = candidateOrder(profiles, appliedName);
     for (const UnifiedProfile& profile : candidates) {
-        const ApplyVerificationResult verification = co_await m_verification.profile(profile);
+        const ApplyVerificationResult verification = co_await m_verification.profile(profile, AfterOrder::No);
         if (isUndecided()) {
             co_return std::nullopt;
         }
@@ -40,10 +40,11 @@ QCoro::Task<std::optional<SystemConfigurationMatch>> SystemScan::search(QList<Un
                 .next(); // what was read serves the others, so that nothing else would let the event loop come round
         }
     }
-    const ApplyVerificationResult inForce =
-        co_await m_verification.tweaks(PerformanceSettings::fullSelection(), UnselectedTweaks::Ignored, {});
-    const Reading<bool> isRestorationOff = co_await m_verification.isAppRestorationOff();
-    ApplyVerificationResult verification = defaultVerification(inForce, isRestorationOff.value == true);
+    const ApplyVerificationResult inForce = co_await m_verification.tweaks(
+        PerformanceSettings::fullSelection(), UnselectedTweaks::Ignored, {}, AfterOrder::No);
+    const AppRestoration restoration = co_await m_verification.readAppRestoration();
+    const bool isSwitchedOff = restoration.isOff && restoration.wasOff != true && !restoration.isManaged;
+    ApplyVerificationResult verification = defaultVerification(inForce, isSwitchedOff);
     if (inForce.lacksFullDiskAccess && m_verification.readings().hasSwitchedBackupsOff()) {
         verification.failed.append({u"Time Machine"_s, u"could not read status"_s});
     }

@@ -3,8 +3,8 @@
 #include "core/Background.h"
 #include "core/Paths.h"
 #include "network/NetworkServices.h"
+#include "platform/Host.h"
 #include "profiles/UnifiedProfile.h"
-#include "readings/ValueTests.h"
 #include "startup/apply/ActiveStartup.h"
 #include "startup/apply/StartupItems.h"
 #include "startup/apply/StartupTargets.h"
@@ -14,7 +14,8 @@
 #include "startup/items/StartupChanges.h"
 #include "startup/launchd/Launchd.h"
 #include "startup/login/LoginItems.h"
-#include "verification/TweakVerification.h"
+#include "tweaks/TweakCommands.h"
+#include "tweaks/ValueTests.h"
 
 #include <QCoroFuture>
 #include <QCoroTask>
@@ -26,6 +27,8 @@ namespace quorvane {
 using namespace Qt::StringLiterals;
 
 namespace {
+
+const QString kOrganizations = u"set by your organization"_s;
 
 void addCheck(ApplyVerificationResult& result, bool holds, const QString& name, const QString& verifiedDetail,
               const QString& failedDetail) {
@@ -64,9 +67,9 @@ SystemVerification::SystemVerification(FlowEnvironment& environment, const Start
     , m_readings(environment)
     , m_startup(startup) {}
 
-QCoro::Task<ApplyVerificationResult> SystemVerification::profile(UnifiedProfile profile) {
+QCoro::Task<ApplyVerificationResult> SystemVerification::profile(UnifiedProfile profile, AfterOrder after) {
     ApplyVerificationResult result =
-        co_await tweaks(profile.settings, UnselectedTweaks::ExpectedRestored, cleanRebootOf(profile));
+        co_await tweaks(profile.settings, UnselectedTweaks::ExpectedRestored, cleanRebootOf(profile), after);
     const ApplyVerificationResult found = co_await startup(profile.startup);
     result.verified += found.verified;
     for (const ApplyVerificationResult::Item& item : found.failed) {
@@ -78,29 +81,42 @@ QCoro::Task<ApplyVerificationResult> SystemVerification::profile(UnifiedProfile 
 }
 
 QCoro::Task<ApplyVerificationResult> SystemVerification::tweaks(PerformanceSettings settings,
-                                                                UnselectedTweaks unselected, CleanReboot cleanReboot) {
-    TweakVerification tweaks(m_readings, settings, unselected);
+                                                                UnselectedTweaks unselected, CleanReboot cleanReboot,
+                                                                AfterOrder after) {
+    TweakVerification::Context context{readOwnSettings(host()), co_await isNotificationCenterOff(), after};
+    TweakVerification tweaks(m_readings, host().clock, settings, unselected, context);
     ApplyVerificationResult result = co_await tweaks.run();
+    ApplyVerificationResult clean;
     if (settings.cleanReboot) {
-        const ApplyVerificationResult clean = co_await this->cleanReboot(cleanReboot);
-        result.verified += clean.verified;
-        result.failed += clean.failed;
+        clean = co_await this->cleanReboot(cleanReboot);
     } else if (unselected == UnselectedTweaks::ExpectedRestored) {
-        const Reading<bool> isOff = co_await isAppRestorationOff();
-        addCheck(result, isOff.value == false, u"Clean Reboot"_s, u"app restoration enabled"_s,
-                 u"expected app restoration enabled"_s);
+        clean = co_await appRestorationLeftOn();
     }
+    result.verified += clean.verified;
+    result.failed += clean.failed;
     co_return result;
+}
+
+QCoro::Task<bool> SystemVerification::isNotificationCenterOff() {
+    const LaunchdService agent{LaunchdDomain::User, kNotificationCenterLabel.toString()};
+    if (!m_startup.launchd.hasRecorded(agent)) {
+        co_return false;
+    }
+    const LaunchdOverrides overrides = co_await m_startup.launchd.overrides();
+    co_return overrides.isDisabled(agent);
 }
 
 QCoro::Task<ApplyVerificationResult> SystemVerification::cleanReboot(CleanReboot cleanReboot) {
     ApplyVerificationResult result;
-    const Reading<bool> isOff = co_await isAppRestorationOff();
-    addCheck(result, isOff.value == true, u"Clean Reboot"_s, u"app restoration disabled"_s,
-             u"expected app restoration disabled"_s);
-    const Reading<QString> keepsWindows = co_await m_readings.readPreference(preference::kKeptWindows);
-    addCheck(result, isOffValue(keepsWindows.value), u"Clean Reboot windows"_s, u"window restoration disabled"_s,
-             u"expected window restoration disabled"_s);
+    const AppRestoration found = co_await readAppRestoration();
+    const auto detail = [](bool isManaged, const QString& text) { return isManaged ? kOrganizations : text; };
+    addCheck(result, found.isAnswered && found.isOff, u"Clean Reboot"_s,
+             detail(found.isManaged, u"app restoration disabled"_s),
+             detail(found.isManaged, u"expected app restoration disabled"_s));
+    const CurrentPreference keepsWindows = co_await m_readings.readCurrentPreference(preference::kKeptWindows);
+    addCheck(result, isOffValue(keepsWindows.reading.value), u"Clean Reboot windows"_s,
+             detail(keepsWindows.isManaged, u"window restoration disabled"_s),
+             detail(keepsWindows.isManaged, u"expected window restoration disabled"_s));
     if (!cleanReboot.startup) {
         co_return result;
     }
@@ -133,13 +149,28 @@ SystemVerification::nonPermittedRegistrations(CleanReboot cleanReboot) {
     co_return items;
 }
 
-QCoro::Task<Reading<bool>> SystemVerification::isAppRestorationOff() {
-    const Reading<QString> savesState = co_await m_readings.readPreference(preference::kLogoutState);
-    const Reading<QString> relaunchesApps = co_await m_readings.readPreference(preference::kLoginRelaunch);
-    if (!savesState.isAnswered || !relaunchesApps.isAnswered) {
-        co_return Reading<bool>::unanswered();
+QCoro::Task<AppRestoration> SystemVerification::readAppRestoration() {
+    CurrentSettings current;
+    current.of(preference::kLogoutState) = co_await m_readings.readCurrentPreference(preference::kLogoutState);
+    current.of(preference::kLoginRelaunch) = co_await m_readings.readCurrentPreference(preference::kLoginRelaunch);
+    co_return appRestoration(current, readOwnSettings(host()));
+}
+
+/// Of a profile that leaves the clean reboot off.
+QCoro::Task<ApplyVerificationResult> SystemVerification::appRestorationLeftOn() {
+    ApplyVerificationResult result;
+    const AppRestoration found = co_await readAppRestoration();
+    const bool isChanged = readOwnSettings(host()).hasChanged(&PerformanceSettings::cleanReboot);
+    if (found.isAnswered && found.isOff && !found.wasOff && !found.isManaged && !isChanged) {
+        co_return result; // the user's to decide
     }
-    co_return Reading<bool>::answered(isOffValue(savesState.value) && isOffValue(relaunchesApps.value));
+    const bool isAsItWas = found.isOff == found.wasOff.value_or(false);
+    const QString enabled = u"app restoration enabled"_s;
+    const QString own = u"your own setting"_s;
+    const QString detail = found.isManaged ? kOrganizations : found.isOff ? own : enabled;
+    addCheck(result, found.isAnswered && (found.isManaged || isAsItWas), u"Clean Reboot"_s, detail,
+             u"expected "_s + (found.wasOff == true ? own : enabled));
+    co_return result;
 }
 
 QCoro::Task<ApplyVerificationResult> SystemVerification::startup(StartupConfiguration configuration) {

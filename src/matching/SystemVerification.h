@@ -2,10 +2,12 @@
 
 #include "core/Flow.h"
 #include "readings/SystemReadings.h"
+#include "snapshots/OwnSettings.h"
 #include "startup/items/CleanReboot.h"
 #include "startup/items/StartupConfiguration.h"
 #include "tweaks/PerformanceSettings.h"
 #include "verification/ApplyVerificationResult.h"
+#include "verification/TweakVerification.h"
 #include "verification/UnselectedTweaks.h"
 
 namespace quorvane {
@@ -33,18 +35,22 @@ public:
 
     const SystemReadings& readings() const { return m_readings; }
 
-    QCoro::Task<ApplyVerificationResult> profile(UnifiedProfile profile);
+    /// @param after  whether it was applied right before
+    QCoro::Task<ApplyVerificationResult> profile(UnifiedProfile profile, AfterOrder after);
     /// Each tweak, in a fixed order.
     /// @param cleanReboot  used when the settings select it
     QCoro::Task<ApplyVerificationResult> tweaks(PerformanceSettings settings, UnselectedTweaks unselected,
-                                                CleanReboot cleanReboot);
+                                                CleanReboot cleanReboot, AfterOrder after);
     QCoro::Task<ApplyVerificationResult> startup(StartupConfiguration configuration);
     /// What a startup configuration is compared with.
     QCoro::Task<StartupReadings> startupReadings();
-    /// Whether applications are kept from reopening after a restart.
-    QCoro::Task<Reading<bool>> isAppRestorationOff();
+    /// Whether applications reopen after a restart.
+    QCoro::Task<AppRestoration> readAppRestoration();
+    /// The program has switched Notification Center off in launchd, and launchd still has it so.
+    QCoro::Task<bool> isNotificationCenterOff();
 
 private:
+    QCoro::Task<ApplyVerificationResult> appRestorationLeftOn();
     QCoro::Task<ApplyVerificationResult> cleanReboot(CleanReboot cleanReboot);
     QCoro::Task<QList<ApplyVerificationResult::Item>> nonPermittedRegistrations(CleanReboot cleanReboot);
 

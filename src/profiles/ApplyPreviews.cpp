@@ -100,11 +100,12 @@ QList<ReviewSection> reviewSections(const StartupChangePreview& preview) {
 
 QList<ReviewSection> reviewSections(const ProfileApplyPreview& preview) {
     ReviewSection tweaks = tweakSection(preview.enabledTweaks);
+    const QString where = preview.hasOwnSettings ? u"your own settings"_s : u"macOS defaults"_s;
     if (tweaks.rows.isEmpty()) {
         tweaks.title = u"System tweaks"_s;
-        tweaks.rows.append({u"Restore all performance tweaks to macOS defaults"_s, {}});
+        tweaks.rows.append({u"Restore all performance tweaks to "_s + where, {}});
     } else if (tweaks.rows.size() < tweakCatalogue().size()) {
-        tweaks.rows.append({u"Restore all other performance tweaks to macOS defaults"_s, {}});
+        tweaks.rows.append({u"Restore all other performance tweaks to "_s + where, {}});
     }
     return unreadSections(preview.startup) + QList<ReviewSection>{tweaks} + changeSections(preview.startup);
 }

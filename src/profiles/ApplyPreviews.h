@@ -12,6 +12,8 @@ struct ProfileApplyPreview {
     QString profileName;
     QStringList enabledTweaks; ///< titles, in catalogue order
     StartupChangePreview startup;
+    bool hasOwnSettings =
+        false; ///< what the user had before is known: that comes back where the profile leaves a tweak off
 
     bool operator==(const ProfileApplyPreview&) const = default;
 };

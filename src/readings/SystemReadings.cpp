@@ -7,8 +7,7 @@
 #include "platform/Host.h"
 #include "platform/Machine.h"
 #include "platform/UserDefaults.h"
-#include "readings/PowerSettings.h"
-#include "readings/SpotlightState.h"
+#include "readings/ManagedPreferences.h"
 
 #include <QCoroTask>
 
@@ -53,10 +52,35 @@ QCoro::Task<Reading<QString>> SystemReadings::readPreference(const MacPreference
     return readDefaultValue(domain, preference.key.toString(), preference.host);
 }
 
-QCoro::Task<Reading<PowerSettings>> SystemReadings::readPowerSettings() const {
+QCoro::Task<CurrentPreference> SystemReadings::readCurrentPreference(const MacPreference& preference) const {
+    const Host& host = m_environment.host();
+    const std::optional<QString> managed = managedValue(preference, host.propertyLists, host.machine);
+    if (managed) {
+        co_return CurrentPreference{Reading<QString>::answered(managed), true};
+    }
+    const Reading<QString> reading = co_await readPreference(preference);
+    co_return CurrentPreference{reading, false};
+}
+
+QCoro::Task<Reading<QList<PowerSource>>> SystemReadings::readPowerSources() const {
     const QStringList arguments{u"/usr/bin/pmset"_s, u"-g"_s, u"custom"_s};
     const CommandResult result = co_await ask(arguments);
-    co_return readingOf<PowerSettings>(result, parsedPowerSettings);
+    co_return readingOf<QList<PowerSource>>(result, parsedPowerSources);
+}
+
+QCoro::Task<CurrentSettings> SystemReadings::readCurrentSettings(Volumes volumes) const {
+    CurrentSettings current;
+    current.power = co_await readPowerSources();
+    for (const MacPreference& preference : kMacPreferences) {
+        current.of(preference) = co_await readCurrentPreference(preference);
+    }
+    if (volumes == Volumes::All) {
+        current.indexing = co_await readIndexingOfAll();
+    } else {
+        current.indexing = co_await readIndexing();
+    }
+    current.timeMachine = co_await readTimeMachineState();
+    co_return current;
 }
 
 QCoro::Task<Reading<TimeMachineState>> SystemReadings::readTimeMachineState() const {
@@ -107,10 +131,21 @@ QCoro::Task<bool> SystemReadings::readIsBackupRunning() const {
     co_return isBackupRunning(status);
 }
 
-QCoro::Task<Reading<bool>> SystemReadings::readSpotlightState() const {
-    const QStringList arguments{u"/usr/bin/mdutil"_s, u"-s"_s, u"/"_s};
+QCoro::Task<Reading<QList<IndexedVolume>>> SystemReadings::readIndexing() const {
+    const QStringList arguments{u"/usr/bin/mdutil"_s, u"-s"_s, u"/"_s, kDataVolume.toString()};
+    return indexingToldBy(arguments);
+}
+
+QCoro::Task<Reading<QList<IndexedVolume>>> SystemReadings::readIndexingOfAll() const {
+    const QStringList arguments{u"/usr/bin/mdutil"_s, u"-a"_s, u"-s"_s};
+    return indexingToldBy(arguments);
+}
+
+/// The tool also fails where it only tells that a volume is on its way from one state to another.
+QCoro::Task<Reading<QList<IndexedVolume>>> SystemReadings::indexingToldBy(QStringList arguments) const {
+    using Told = Reading<QList<IndexedVolume>>;
     const CommandResult result = co_await ask(arguments);
-    co_return readingOf<bool>(result, parsedSpotlightState);
+    co_return result.isAnswered ? Told::answered(parsedIndexing(result.standardOutput)) : Told::unanswered();
 }
 
 QCoro::Task<QList<NetworkServiceState>> SystemReadings::readNetworkServices() const {

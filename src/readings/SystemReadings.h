@@ -1,5 +1,6 @@
 #pragma once
 
+#include "readings/CurrentSettings.h"
 #include "readings/Reading.h"
 #include "readings/TimeMachine.h"
 #include "tweaks/TweakPreferences.h"
@@ -18,7 +19,6 @@ namespace quorvane {
 class FlowEnvironment;
 struct CommandResult;
 struct NetworkServiceState;
-struct PowerSettings;
 
 /// Reads the live system, one tool after the other. It changes nothing there, asks for nothing and logs nothing. A tool that
 /// didn't answer is told apart from one that had no value to tell.
@@ -29,10 +29,12 @@ public:
 
     /// The value of a preference as the `defaults` tool prints it, trimmed; none when the key isn't set.
     QCoro::Task<Reading<QString>> readDefaultValue(QString domain, QString key, PreferenceHost host) const;
-    /// The same of one that a tweak changes.
+    /// The same of one that a tweak changes: the user's own, whatever an organization has set.
     QCoro::Task<Reading<QString>> readPreference(const MacPreference& preference) const;
+    /// What holds: an organization's value before the user's.
+    QCoro::Task<CurrentPreference> readCurrentPreference(const MacPreference& preference) const;
     /// None when the tool failed.
-    QCoro::Task<Reading<PowerSettings>> readPowerSettings() const;
+    QCoro::Task<Reading<QList<PowerSource>>> readPowerSources() const;
     /// Whether automatic backups are made; none when unknown. What is seen on, the program hasn't left off: its note of that
     /// ends here.
     QCoro::Task<Reading<TimeMachineState>> readTimeMachineState() const;
@@ -40,8 +42,13 @@ public:
     bool hasSwitchedBackupsOff() const;
     /// True while a backup runs, automatic or not; false also when unknown.
     QCoro::Task<bool> readIsBackupRunning() const;
-    /// True while the boot volume is indexed, false while it isn't; none when unknown.
-    QCoro::Task<Reading<bool>> readSpotlightState() const;
+    /// What Spotlight does with the startup volume and that of the user's files; empty where the tool names neither.
+    QCoro::Task<Reading<QList<IndexedVolume>>> readIndexing() const;
+    /// With every volume that there is. A disk that sleeps may have to start for it.
+    QCoro::Task<Reading<QList<IndexedVolume>>> readIndexingOfAll() const;
+    enum class Volumes { OfTheSystem, All };
+    /// All that tweaks change, but for what runs at login.
+    QCoro::Task<CurrentSettings> readCurrentSettings(Volumes volumes) const;
 
     /// Each network service with its state, in the order of the tool; empty when the list can't be read.
     QCoro::Task<QList<NetworkServiceState>> readNetworkServices() const;
@@ -51,6 +58,7 @@ public:
 
 private:
     QCoro::Task<Reading<TimeMachineState>> storedTimeMachineState() const;
+    QCoro::Task<Reading<QList<IndexedVolume>>> indexingToldBy(QStringList arguments) const;
     QCoro::Task<CommandResult> ask(QStringList arguments) const;
 
     FlowEnvironment& m_environment;

@@ -1,7 +1,7 @@
 #include "readings/TimeMachine.h"
 
 #include "core/CommandResult.h"
-#include "readings/ValueTests.h"
+#include "tweaks/ValueTests.h"
 
 namespace quorvane {
 

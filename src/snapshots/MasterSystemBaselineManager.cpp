@@ -40,7 +40,35 @@ QByteArray encoded(const MasterSystemBaseline& baseline) {
     }
 }
 
+QString folderAtHome(const Machine& machine) {
+    return machine.homeFolder() + u"/.quorvane"_s;
+}
+
+MacIdentity identityOf(const Machine& machine) {
+    const QString id = machine.hardwareId();
+    return {deviceNameOf(machine.computerName()), id.isEmpty() ? std::nullopt : std::optional(id)};
+}
+
+/// None for a current file that is missing, can't be read or can't be decoded.
+std::optional<MasterSystemBaseline> baselineIn(const QString& folder, const FileManager& files) {
+    try {
+        return decodeMasterBaseline(files.read(currentFile(folder)));
+    } catch (const FileError&) {
+        return std::nullopt;
+    } catch (const MasterSystemBaselineError&) {
+        return std::nullopt;
+    }
+}
+
 } // namespace
+
+std::optional<MasterSystemBaseline> ownBaselineAtHome(const FileManager& files, const Machine& machine) {
+    std::optional<MasterSystemBaseline> baseline = baselineIn(folderAtHome(machine), files);
+    if (baseline && originOf(*baseline, identityOf(machine)) == BaselineOrigin::AnotherMac) {
+        baseline.reset();
+    }
+    return baseline;
+}
 
 MasterSystemBaselineManager::MasterSystemBaselineManager(FileManager& files, CloudDrive& cloud, Clock& clock,
                                                          const Machine& machine)
@@ -50,13 +78,8 @@ MasterSystemBaselineManager::MasterSystemBaselineManager(FileManager& files, Clo
     , m_machine(machine)
     , m_cloudFiles(files, cloud, clock, u"SystemBaselines"_s, u"Could not create the iCloud baseline file."_s) {}
 
-MacIdentity MasterSystemBaselineManager::thisMac() const {
-    const QString id = m_machine.hardwareId();
-    return {deviceNameOf(m_machine.computerName()), id.isEmpty() ? std::nullopt : std::optional(id)};
-}
-
 QString MasterSystemBaselineManager::localFolder() const {
-    const QString folder = m_machine.homeFolder() + u"/.quorvane"_s;
+    const QString folder = folderAtHome(m_machine);
     try {
         m_files.createFolders(folder);
     } catch (const FileError&) {
@@ -85,7 +108,7 @@ QCoro::Task<bool> MasterSystemBaselineManager::hasMasterBaseline() {
 
 QCoro::Task<QString> MasterSystemBaselineManager::archiveMasterBaseline(SystemSnapshot snapshot,
                                                                         std::optional<QString> label) {
-    const MasterSystemBaseline baseline = masterBaselineOf(snapshot, thisMac(), label);
+    const MasterSystemBaseline baseline = masterBaselineOf(snapshot, identityOf(m_machine), label);
     const QByteArray bytes = encoded(baseline);
     const QString archiveName = masterBaselineArchiveName(baseline);
     writeToHome(bytes, archiveName);
@@ -122,20 +145,9 @@ QCoro::Task<std::optional<LatestBaseline>> MasterSystemBaselineManager::loadLate
     const std::optional<QString> cloud = co_await m_cloudFiles.folder();
     if (cloud) {
         co_await m_cloudFiles.download(currentFile(*cloud)); // an older content will do where the newest doesn't come
-        inCloud = baselineIn(*cloud);
+        inCloud = baselineIn(*cloud, m_files);
     }
-    co_return latestBaseline(inCloud, baselineIn(localFolder()), thisMac());
-}
-
-/// None for a current file that is missing, can't be read or can't be decoded.
-std::optional<MasterSystemBaseline> MasterSystemBaselineManager::baselineIn(const QString& folder) const {
-    try {
-        return decodeMasterBaseline(m_files.read(currentFile(folder)));
-    } catch (const FileError&) {
-        return std::nullopt;
-    } catch (const MasterSystemBaselineError&) {
-        return std::nullopt;
-    }
+    co_return latestBaseline(inCloud, baselineIn(localFolder(), m_files), identityOf(m_machine));
 }
 
 } // namespace quorvane

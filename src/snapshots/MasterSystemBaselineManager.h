@@ -19,6 +19,9 @@ class CloudDrive;
 class FileManager;
 class Machine;
 
+/// The current baseline in the home folder, where it is this Mac's own. Reads that file alone.
+std::optional<MasterSystemBaseline> ownBaselineAtHome(const FileManager& files, const Machine& machine);
+
 /// The store of master baselines: one current file and one archive for each capture, in the hidden folder "~/.quorvane" and,
 /// when there is an account, in iCloud Drive. No archive is ever deleted.
 ///
@@ -39,12 +42,10 @@ public:
     QCoro::Task<std::optional<LatestBaseline>> loadLatestMasterBaseline();
 
 private:
-    MacIdentity thisMac() const;
     QString localFolder() const;
     QCoro::Task<bool> currentFileExists();
     QCoro::Task<void> writeToCloud(QByteArray bytes, QString path);
     void writeToHome(const QByteArray& bytes, const QString& archiveName);
-    std::optional<MasterSystemBaseline> baselineIn(const QString& folder) const;
 
     FileManager& m_files;
     CloudDrive& m_cloud;

@@ -1,8 +1,14 @@
 #include "snapshots/RestoreCommands.h"
 
 #include "core/Quoting.h"
+#include "snapshots/OwnSettings.h"
+#include "tweaks/TweakCatalogue.h"
+#include "tweaks/ValueTests.h"
 
+#include <QMap>
 #include <QRegularExpression>
+
+#include <algorithm>
 
 namespace quorvane {
 
@@ -32,18 +38,64 @@ QStringList typedValue(const QString& value, bool isPerHost) {
     return {u"-string"_s, value};
 }
 
-/// Of the three sleep settings those that were captured; empty when none was.
-QString capturedSleepCommand(const SystemSnapshot& snapshot) {
+/// " standby 1 disksleep 10 sleep 1": of the three settings those that were captured; empty when none was.
+QString sleepSettings(const std::optional<QString>& standby, const std::optional<QString>& disksleep,
+                      const std::optional<QString>& sleep) {
     QString settings;
     const auto add = [&settings](QStringView name, const std::optional<QString>& value) {
         if (value) {
             settings += u' ' + name.toString() + u' ' + shellWord(*value);
         }
     };
-    add(u"standby", snapshot.pmsetStandby);
-    add(u"disksleep", snapshot.pmsetDisksleep);
-    add(u"sleep", snapshot.pmsetSleep);
-    return settings.isEmpty() ? QString() : u"pmset -a"_s + settings;
+    add(u"standby", standby);
+    add(u"disksleep", disksleep);
+    add(u"sleep", sleep);
+    return settings;
+}
+
+/// "mdutil -i off '/Volumes/Samples'"
+QString indexingCommand(const IndexedVolume& volume) {
+    const QString path = shellQuoted(volume.path);
+    if (volume.indexing == Indexing::SearchOff) {
+        return u"mdutil -d "_s + path;
+    }
+    return (volume.indexing == Indexing::On ? u"mdutil -i on "_s : u"mdutil -i off "_s) + path;
+}
+
+/// As `pmset` takes it; empty for a source that it can't be told of.
+QString optionOf(const QString& source) {
+    static const QMap<QString, QString> options{
+        {u"Battery Power"_s, u"-b"_s}, {u"AC Power"_s, u"-c"_s}, {u"UPS Power"_s, u"-u"_s}};
+    return options.value(source);
+}
+
+/// In the order of their names.
+QStringList sleepCommandsBySource(const QMap<QString, PowerSettings>& sources) {
+    QStringList commands;
+    for (auto source = sources.begin(); source != sources.end(); ++source) {
+        const QString settings = sleepSettings(source->standby, source->disksleep, source->sleep);
+        const QString option = optionOf(source.key());
+        if (!settings.isEmpty() && !option.isEmpty()) {
+            commands.append(u"pmset "_s + option + settings);
+        }
+    }
+    return commands;
+}
+
+bool isTheSameOnAll(const QMap<QString, PowerSettings>& sources) {
+    return std::all_of(sources.begin(), sources.end(), [&sources](const PowerSettings& settings) {
+        const PowerSettings& first = sources.first();
+        return settings.standby == first.standby && settings.disksleep == first.disksleep &&
+               settings.sleep == first.sleep;
+    });
+}
+
+/// The user's own switch; none where macOS decides by itself, and for a text that is no switch.
+std::optional<bool> switchIn(const CapturedValue& captured) {
+    if (isTruthy(captured.value)) {
+        return true;
+    }
+    return captured.value && isFalsy(captured.value) ? std::optional(false) : std::nullopt;
 }
 
 } // namespace
@@ -57,35 +109,81 @@ QStringList writeDefaultValueCommand(const MacPreference& preference, const std:
            typedValue(*value, preference.isNotificationCenters());
 }
 
-QList<TweakStep> restoreSteps(const SystemSnapshot& snapshot, const QString& notificationCenter) {
+TweakStep restoreStep(const PreferenceGroup& group, const SystemSnapshot& snapshot, const CurrentSettings& current,
+                      const QString& notificationCenter) {
+    if (current.isManaged(group.tweak)) {
+        return {{}, managedLine(tweakOf(group.tweak).name)};
+    }
+    TweakStep step{{}, u"  [RESTORED] %1 settings."_s.arg(group.captured)};
+    for (const SnapshotPreference& preference : snapshotPreferences()) {
+        if (preference.tweak != group.tweak || preference.isSystems() || !current.isChangeable(preference)) {
+            continue;
+        }
+        if (const std::optional<CapturedValue> captured = preference.in(snapshot)) {
+            step.commands.append(writeDefaultValueCommand(preference, captured->value, notificationCenter));
+        } else if (!isStandard(preference, current.of(preference).reading.value)) {
+            step.commands.append(writeDefaultValueCommand(preference, std::nullopt, notificationCenter));
+        }
+    }
+    step.commands += commandsBehindPreferences(group, TweakState::Standard);
+    return step;
+}
+
+QList<TweakStep> restoreSteps(const SystemSnapshot& snapshot, const CurrentSettings& current,
+                              const QString& notificationCenter) {
     QList<TweakStep> steps;
     for (const PreferenceGroup& group : preferenceGroups()) {
-        TweakStep step{{}, u"  [RESTORED] %1 settings."_s.arg(group.captured)};
-        for (const SnapshotPreference& preference : snapshotPreferences()) {
-            if (preference.tweak == group.tweak) {
-                step.commands.append(
-                    writeDefaultValueCommand(preference, snapshot.*preference.value, notificationCenter));
-            }
-        }
-        step.commands += commandsBehindPreferences(group, TweakState::Standard);
-        steps.append(step);
+        steps.append(restoreStep(group, snapshot, current, notificationCenter));
     }
     return steps;
 }
 
-QStringList restoreSystemCommands(const SystemSnapshot& snapshot) {
-    QStringList commands;
-    if (const QString sleep = capturedSleepCommand(snapshot); !sleep.isEmpty()) {
-        commands.append(sleep);
-    }
+QStringList restoreSystemCommands(const SystemSnapshot& snapshot, const CurrentSettings& current) {
+    QStringList commands = sleepCommandsBack(snapshot);
     if (snapshot.pmsetSms) {
         commands.append(motionSensorCommand(shellWord(*snapshot.pmsetSms)));
     }
-    if (snapshot.spotlightIndexingEnabled) {
-        commands.append(spotlightCommand(*snapshot.spotlightIndexingEnabled));
-    }
+    commands += indexingCommandsBack(snapshot, current.indexing.value.value_or(QList<IndexedVolume>()));
     if (snapshot.timeMachineEnabled) {
         commands.append(timeMachineCommand(*snapshot.timeMachineEnabled));
+    }
+    return commands + systemPreferenceCommandsBack(snapshot, current);
+}
+
+QStringList sleepCommandsBack(const SystemSnapshot& snapshot) {
+    if (snapshot.powerBySource && !isTheSameOnAll(*snapshot.powerBySource)) {
+        return sleepCommandsBySource(*snapshot.powerBySource);
+    }
+    const QString settings = sleepSettings(snapshot.pmsetStandby, snapshot.pmsetDisksleep, snapshot.pmsetSleep);
+    return settings.isEmpty() ? QStringList() : QStringList{u"pmset -a"_s + settings};
+}
+
+QStringList indexingCommandsBack(const SystemSnapshot& snapshot, const QList<IndexedVolume>& now) {
+    if (snapshot.spotlightByVolume && !now.isEmpty()) {
+        QStringList commands;
+        for (const IndexedVolume& volume : volumesToBringBack(*snapshot.spotlightByVolume, now)) {
+            commands.append(indexingCommand(volume));
+        }
+        return commands;
+    }
+    return snapshot.spotlightIndexingEnabled ? QStringList{spotlightCommand(*snapshot.spotlightIndexingEnabled)}
+                                             : QStringList();
+}
+
+QStringList systemPreferenceCommandsBack(const std::optional<SystemSnapshot>& snapshot,
+                                         const CurrentSettings& current) {
+    QStringList commands;
+    for (const SnapshotPreference& preference : snapshotPreferences()) {
+        const Reading<QString>& now = current.of(preference).reading;
+        if (!preference.isSystems() || !current.isChangeable(preference)) {
+            continue;
+        }
+        const std::optional<CapturedValue> captured = snapshot ? preference.in(*snapshot) : std::nullopt;
+        if (captured && !(now.isAnswered && meansTheSame(now.value, captured->value))) {
+            commands.append(systemPreferenceCommand(preference, switchIn(*captured)));
+        } else if (!captured && !isStandard(preference, now.value)) {
+            commands.append(systemPreferenceCommand(preference, std::nullopt));
+        }
     }
     return commands;
 }

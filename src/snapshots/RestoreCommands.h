@@ -1,5 +1,6 @@
 #pragma once
 
+#include "readings/CurrentSettings.h"
 #include "snapshots/SystemSnapshot.h"
 #include "tweaks/TweakCommands.h"
 
@@ -20,10 +21,25 @@ namespace quorvane {
 QStringList writeDefaultValueCommand(const MacPreference& preference, const std::optional<QString>& value,
                                      const QString& notificationCenter);
 
-/// Puts the preferences back as the user, group by group.
-QList<TweakStep> restoreSteps(const SystemSnapshot& snapshot, const QString& notificationCenter);
+/// Puts one group of preferences back as the user. Of what wasn't captured only what keeps a tweak in force goes; what an
+/// organization has set gets no command.
+/// @param current  as this Mac is now
+TweakStep restoreStep(const PreferenceGroup& group, const SystemSnapshot& snapshot, const CurrentSettings& current,
+                      const QString& notificationCenter);
+/// Every group.
+QList<TweakStep> restoreSteps(const SystemSnapshot& snapshot, const CurrentSettings& current,
+                              const QString& notificationCenter);
 
 /// What needs root; empty when the snapshot knows nothing of it. A setting that wasn't captured stays as it is.
-QStringList restoreSystemCommands(const SystemSnapshot& snapshot);
+QStringList restoreSystemCommands(const SystemSnapshot& snapshot, const CurrentSettings& current);
+
+// Its parts.
+
+/// The three settings of sleep that were captured: by source of power where that is known and matters.
+QStringList sleepCommandsBack(const SystemSnapshot& snapshot);
+/// Each volume that isn't as it was; where only the files' is known, all.
+QStringList indexingCommandsBack(const SystemSnapshot& snapshot, const QList<IndexedVolume>& now);
+/// The system's own switches that aren't as they were. What wasn't captured goes where it is off: macOS's own choice is on.
+QStringList systemPreferenceCommandsBack(const std::optional<SystemSnapshot>& snapshot, const CurrentSettings& current);
 
 } // namespace quorvane

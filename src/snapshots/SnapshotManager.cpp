@@ -16,8 +16,13 @@ QString SnapshotManager::snapshotFileURL() const {
     try {
         m_files.createFolders(m_folder);
     } catch (const FileError&) {
-        // The read or the write that follows tells of it, in words of its own.
+        // The write that follows tells of it, in words of its own.
     }
+    return path();
+}
+
+/// Whoever only looks creates no folder.
+QString SnapshotManager::path() const {
     return m_folder + u"/system_snapshot.json"_s;
 }
 
@@ -27,7 +32,7 @@ void SnapshotManager::save(const SystemSnapshot& snapshot) const {
 
 std::optional<SystemSnapshot> SnapshotManager::load() const {
     try {
-        return decodedValue<SystemSnapshot>(parseJson(m_files.read(snapshotFileURL())));
+        return decodedValue<SystemSnapshot>(parseJson(m_files.read(path())));
     } catch (const FileError&) {
         return std::nullopt;
     } catch (const DecodingError&) {
@@ -36,7 +41,7 @@ std::optional<SystemSnapshot> SnapshotManager::load() const {
 }
 
 bool SnapshotManager::hasSnapshotFile() const {
-    return m_files.exists(snapshotFileURL());
+    return m_files.exists(path());
 }
 
 } // namespace quorvane

@@ -17,7 +17,7 @@ class SnapshotManager {
 public:
     SnapshotManager(FileManager& files, const Machine& machine);
 
-    /// Where the snapshot lies; its folder is created. A failure to create it shows at the read or the write.
+    /// Where the snapshot lies; its folder is created. A failure to create it shows at the write.
     QString snapshotFileURL() const;
     /// Replaces the snapshot, whole or not at all. Throws FileError, or EncodingError for a date that no file can hold.
     void save(const SystemSnapshot& snapshot) const;
@@ -27,6 +27,8 @@ public:
     bool hasSnapshotFile() const;
 
 private:
+    QString path() const;
+
     FileManager& m_files;
     QString m_folder;
 };

@@ -16,6 +16,16 @@ constexpr std::array<PowerField, 4> kPowerFields{{{"pmsetStandby", &SystemSnapsh
                                                   {"pmsetSleep", &SystemSnapshot::pmsetSleep},
                                                   {"pmsetSms", &SystemSnapshot::pmsetSms}}};
 
+struct SourceField {
+    const char* jsonKey;
+    std::optional<QString> PowerSettings::*value;
+};
+
+constexpr std::array<SourceField, 4> kSourceFields{{{"standby", &PowerSettings::standby},
+                                                    {"disksleep", &PowerSettings::disksleep},
+                                                    {"sleep", &PowerSettings::sleep},
+                                                    {"sms", &PowerSettings::sms}}};
+
 /// Stands beside a `timeMachineEnabled` that is false and tells that the user had switched the automatic backups off.
 constexpr const char* kBackupsSwitchedOff = "timeMachineSwitchedOff";
 
@@ -29,18 +39,58 @@ const std::array<SnapshotPreference, kMacPreferences.size()>& snapshotPreference
         {preference::kUpdateDownload, "automaticDownload", &S::automaticDownload},
         {preference::kUpdateCheck, "automaticCheckEnabled", &S::automaticCheckEnabled},
         {preference::kStoreUpdate, "commerceAutoUpdate", &S::commerceAutoUpdate},
+        {preference::kSystemUpdateDownload, "systemAutomaticDownload", nullptr, &S::systemAutomaticDownload},
+        {preference::kSystemUpdateInstall, "systemAutomaticInstall", nullptr, &S::systemAutomaticInstall},
+        {preference::kSystemStoreUpdate, "systemStoreAutoUpdate", nullptr, &S::systemStoreAutoUpdate},
         {preference::kDoNotDisturb, "doNotDisturb", &S::doNotDisturb},
         {preference::kSiriStatus, "siriStatus", &S::siriStatus},
         {preference::kAssistant, "assistantEnabled", &S::assistantEnabled},
         {preference::kCrashDialog, "crashReporterDialogType", &S::crashReporterDialogType},
-        {preference::kInterfaceSounds, "uiSoundsEnabled", &S::uiSoundsEnabled},
+        {preference::kSystemSounds, "uiSoundsEnabled", &S::uiSoundsEnabled},
+        {preference::kInterfaceSounds, "interfaceSoundsEnabled", nullptr, &S::interfaceSoundsEnabled},
         {preference::kAirDrop, "disableAirDrop", &S::disableAirDrop},
         {preference::kLogoutState, "talLogoutSavesState", &S::talLogoutSavesState},
         {preference::kLoginRelaunch, "loginwindowLaunchesRelaunchApps", &S::loginwindowLaunchesRelaunchApps},
         {preference::kKeptWindows, "quitAlwaysKeepsWindows", &S::quitAlwaysKeepsWindows},
     }};
-    static_assert(preferences.back().value != nullptr, "a preference that no snapshot keeps");
+    static_assert(preferences.back().text != nullptr, "a preference that no snapshot keeps");
     return preferences;
+}
+
+std::optional<CapturedValue> SnapshotPreference::in(const SystemSnapshot& snapshot) const {
+    return text ? CapturedValue{snapshot.*text} : snapshot.*captured;
+}
+
+void SnapshotPreference::put(const std::optional<QString>& value, SystemSnapshot& snapshot) const {
+    if (text) {
+        snapshot.*text = value;
+    } else {
+        snapshot.*captured = CapturedValue{value};
+    }
+}
+
+Json encodeJson(const CapturedValue& captured) {
+    Json object = Json::object();
+    appendOptionalMember(object, "value", captured.value);
+    return object;
+}
+
+void decodeJson(const Json& json, CapturedValue& captured) {
+    captured.value = optionalMember<QString>(json, "value");
+}
+
+Json encodeJson(const PowerSettings& settings) {
+    Json object = Json::object();
+    for (const SourceField& field : kSourceFields) {
+        appendOptionalMember(object, field.jsonKey, settings.*field.value);
+    }
+    return object;
+}
+
+void decodeJson(const Json& json, PowerSettings& settings) {
+    for (const SourceField& field : kSourceFields) {
+        settings.*field.value = optionalMember<QString>(json, field.jsonKey);
+    }
 }
 
 Json encodeJson(const LoginItemSnapshot& item) {
@@ -63,16 +113,22 @@ Json encodeJson(const SystemSnapshot& snapshot) {
     appendMember(object, "dateCreated", encodeJson(snapshot.dateCreated));
     appendOptionalMember(object, "label", snapshot.label);
     for (const SnapshotPreference& preference : snapshotPreferences()) {
-        appendOptionalMember(object, preference.jsonKey, snapshot.*preference.value);
+        if (preference.text) {
+            appendOptionalMember(object, preference.jsonKey, snapshot.*preference.text);
+        } else {
+            appendOptionalMember(object, preference.jsonKey, snapshot.*preference.captured);
+        }
     }
     for (const PowerField& field : kPowerFields) {
         appendOptionalMember(object, field.jsonKey, snapshot.*field.value);
     }
+    appendOptionalMember(object, "powerBySource", snapshot.powerBySource);
     appendOptionalMember(object, "timeMachineEnabled", snapshot.timeMachineEnabled);
     if (snapshot.timeMachineEnabled == false) {
         appendMember(object, kBackupsSwitchedOff, encodeJson(true));
     }
     appendOptionalMember(object, "spotlightIndexingEnabled", snapshot.spotlightIndexingEnabled);
+    appendOptionalMember(object, "spotlightByVolume", snapshot.spotlightByVolume);
     appendOptionalMember(object, "networkServicesEnabled", snapshot.networkServicesEnabled);
     appendOptionalMember(object, "loginItems", snapshot.loginItems);
     return object;
@@ -83,16 +139,22 @@ void decodeJson(const Json& json, SystemSnapshot& snapshot) {
     snapshot.dateCreated = requiredMember<QDateTime>(json, "dateCreated");
     snapshot.label = optionalMember<QString>(json, "label");
     for (const SnapshotPreference& preference : snapshotPreferences()) {
-        snapshot.*preference.value = optionalMember<QString>(json, preference.jsonKey);
+        if (preference.text) {
+            snapshot.*preference.text = optionalMember<QString>(json, preference.jsonKey);
+        } else {
+            snapshot.*preference.captured = optionalMember<CapturedValue>(json, preference.jsonKey);
+        }
     }
     for (const PowerField& field : kPowerFields) {
         snapshot.*field.value = optionalMember<QString>(json, field.jsonKey);
     }
+    snapshot.powerBySource = optionalMember<QMap<QString, PowerSettings>>(json, "powerBySource");
     snapshot.timeMachineEnabled = optionalMember<bool>(json, "timeMachineEnabled");
     if (snapshot.timeMachineEnabled == false && optionalMember<bool>(json, kBackupsSwitchedOff) != true) {
         snapshot.timeMachineEnabled.reset(); // no backup was running, which tells nothing of the switch
     }
     snapshot.spotlightIndexingEnabled = optionalMember<bool>(json, "spotlightIndexingEnabled");
+    snapshot.spotlightByVolume = optionalMember<QMap<QString, QString>>(json, "spotlightByVolume");
     snapshot.networkServicesEnabled = optionalMember<QMap<QString, bool>>(json, "networkServicesEnabled");
     snapshot.loginItems = optionalMember<QList<LoginItemSnapshot>>(json, "loginItems");
 }

@@ -12,7 +12,7 @@ using namespace Qt::StringLiterals;
 
 QCoro::Task<bool> SystemManager::applyCleanReboot(CleanReboot cleanReboot) {
     m_backgroundItems->planKept(cleanReboot.startup.value_or(StartupConfiguration()));
-    co_await runTweakSteps(QList<TweakStep>(1, stopAppRestorationStep()));
+    co_await runTweakSteps(QList<TweakStep>(1, stopAppRestorationStep(mayChange())));
     bool succeeded = co_await m_loginItems->removeNonPermitted(cleanReboot);
     if (cleanReboot.startup && !cleanReboot.startup->disabledLaunchLabels().isEmpty()) {
         const QStringList labels = sortedTexts(cleanReboot.startup->disabledLaunchLabels());

@@ -2,9 +2,11 @@
 
 #include "core/OneLine.h"
 #include "core/UserDefaultKeys.h"
+#include "matching/SystemVerification.h"
 #include "platform/UserDefaults.h"
 #include "profiles/ApplyPreviews.h"
 #include "profiles/UnifiedProfile.h"
+#include "snapshots/OwnSettings.h"
 #include "startup/background/BackgroundItems.h"
 #include "startup/login/LoginItems.h"
 #include "tweaks/TweakCatalogue.h"
@@ -40,9 +42,10 @@ QCoro::Task<bool> SystemManager::applyProfile(UnifiedProfile profile) {
 
     // Also after a failure: what ran as the user has changed the system all the same.
     m_loginItems->readAgain();
-    const ApplyVerificationResult verification = co_await verifyProfile(profile);
+    const ApplyVerificationResult verification = co_await m_verification->profile(profile, AfterOrder::Yes);
     logVerificationResult(verification, u"Profile: "_s + profile.name);
     m_lastApplyVerification = verification;
+    co_await strikeRestoredTweaks();
 
     if (!succeeded || isQuitting()) {
         log(u"\n[PROFILE] "_s + profile.name + u" apply failed or was cancelled — check logs."_s);
@@ -60,7 +63,8 @@ QCoro::Task<ProfileApplyPreview> SystemManager::previewProfile(UnifiedProfile pr
     const std::optional<CleanReboot> cleanReboot =
         profile.settings.cleanReboot ? std::optional(cleanRebootOf(profile)) : std::nullopt;
     const StartupChangePreview startup = co_await previewStartupChanges(profile.startup, cleanReboot);
-    co_return ProfileApplyPreview{profile.name, selectedTweakTitles(profile.settings), startup};
+    co_return ProfileApplyPreview{profile.name, selectedTweakTitles(profile.settings), startup,
+                                  readOwnSettings(m_host).captured.has_value()};
 }
 
 QCoro::Task<TweaksApplyPreview> SystemManager::previewTweaks(PerformanceSettings settings, CleanReboot cleanReboot) {

@@ -15,7 +15,8 @@ QCoro::Task<Reading<QString>> SystemManager::readDefaultValue(QString domain, QS
 }
 
 QCoro::Task<Reading<PowerSettings>> SystemManager::readPowerSettings() {
-    return m_verification->readings().readPowerSettings();
+    const Reading<QList<PowerSource>> sources = co_await m_verification->readings().readPowerSources();
+    co_return {sources.value ? std::optional(firstListed(*sources.value)) : std::nullopt, sources.isAnswered};
 }
 
 QCoro::Task<Reading<TimeMachineState>> SystemManager::readTimeMachineState() {
@@ -23,7 +24,8 @@ QCoro::Task<Reading<TimeMachineState>> SystemManager::readTimeMachineState() {
 }
 
 QCoro::Task<Reading<bool>> SystemManager::readSpotlightState() {
-    return m_verification->readings().readSpotlightState();
+    const Reading<QList<IndexedVolume>> volumes = co_await m_verification->readings().readIndexing();
+    co_return {volumes.value ? indexesFiles(*volumes.value) : std::nullopt, volumes.isAnswered};
 }
 
 QCoro::Task<QList<NetworkServiceState>> SystemManager::readNetworkServices() {

@@ -61,9 +61,11 @@ QCoro::Task<std::optional<RestoreBaseline>> SystemManager::selectRestoreBaseline
 
 QCoro::Task<bool> SystemManager::restoreFromSnapshot(SystemSnapshot snapshot) {
     m_lastApplyVerification.reset();
-    co_await runTweakSteps(restoreSteps(snapshot, notificationCenterPreferences()));
+    const CurrentSettings current = co_await lookAtTweaks(snapshot);
+    const bool isNotificationCenterBack =
+        co_await runStepsOfNotificationCenter(restoreSteps(snapshot, current, notificationCenterPreferences()));
     const QStringList systemCommands =
-        co_await effectiveCommands(restoreSystemCommands(snapshot), BackupSwitch::OfWayBack);
+        co_await effectiveCommands(restoreSystemCommands(snapshot, current), BackupSwitch::OfWayBack);
     if (!systemCommands.isEmpty()) {
         log(u"  [ACTION] Requesting Admin rights to restore captured system settings..."_s);
         const CommandResult result = co_await m_adminBatch->runTolerantly(systemCommands, kSystemChangesPrompt);
@@ -74,7 +76,7 @@ QCoro::Task<bool> SystemManager::restoreFromSnapshot(SystemSnapshot snapshot) {
     }
     log(u"  [RESTORED] System snapshot applied."_s);
     log(u"\nRestore Complete! (Restart your Mac for full effect.)"_s);
-    co_return !isQuitting();
+    co_return isNotificationCenterBack && !isQuitting();
 }
 
 /// Adds what is missing; what has come since stays.
@@ -175,6 +177,7 @@ QCoro::Task<RestoreOutcome> SystemManager::revertPerformanceTweaks(std::optional
     if (isFinished) {
         co_await lookAtRestoredBackups(baseline ? baseline->snapshot.timeMachineEnabled : std::nullopt);
     }
+    co_await strikeRestoredTweaks();
     outcome.succeeded = isRestored && isFinished && !isQuitting();
     co_return outcome;
 }
@@ -208,6 +211,7 @@ QCoro::Task<bool> SystemManager::reinstateStandardSettings() {
     if (isFinished) {
         co_await lookAtRestoredBackups(std::nullopt);
     }
+    co_await strikeRestoredTweaks();
     const bool succeeded = isRestored && isFinished && !isQuitting();
     co_return succeeded;
 }
@@ -229,6 +233,7 @@ QCoro::Task<bool> SystemManager::reinstateFromSnapshot(SystemSnapshot snapshot) 
         hasNetwork = hasNetwork && isSettled;
         co_await lookAtRestoredBackups(snapshot.timeMachineEnabled);
     }
+    co_await strikeRestoredTweaks();
     const bool succeeded = isRestored && hasNetwork && isFinished && !isQuitting();
     co_return succeeded;
 }

@@ -40,6 +40,37 @@ std::optional<QMap<QString, bool>> capturedServices(const QList<NetworkServiceSt
     return captured.isEmpty() ? std::nullopt : std::optional(captured);
 }
 
+void takePower(const Reading<QList<PowerSource>>& reading, SystemSnapshot& snapshot) {
+    if (!reading.value) {
+        return;
+    }
+    const PowerSettings first = firstListed(*reading.value);
+    snapshot.pmsetStandby = first.standby;
+    snapshot.pmsetDisksleep = first.disksleep;
+    snapshot.pmsetSleep = first.sleep;
+    snapshot.pmsetSms = first.sms;
+    QMap<QString, PowerSettings> bySource;
+    for (const PowerSource& source : *reading.value) {
+        bySource.insert(source.name, source.settings);
+    }
+    snapshot.powerBySource = bySource;
+}
+
+/// A volume in a state that nobody can bring back is left out.
+void takeIndexing(const Reading<QList<IndexedVolume>>& reading, SystemSnapshot& snapshot) {
+    if (!reading.value || reading.value->isEmpty()) {
+        return;
+    }
+    snapshot.spotlightIndexingEnabled = indexesFiles(*reading.value);
+    QMap<QString, QString> byVolume;
+    for (const IndexedVolume& volume : *reading.value) {
+        if (const QString name = indexingName(volume.indexing); !name.isEmpty()) {
+            byVolume.insert(volume.path, name);
+        }
+    }
+    snapshot.spotlightByVolume = byVolume;
+}
+
 } // namespace
 
 /// What a capture has read, and what it couldn't.
@@ -111,17 +142,12 @@ QCoro::Task<SystemManager::ReadSnapshot> SystemManager::readSystemSnapshot(std::
         snapshot.loginItems = capturedLoginItems(list.items);
     }
     snapshot.networkServicesEnabled = capturedServices(co_await readings.readNetworkServices());
-    const Reading<PowerSettings> powerReading = co_await readings.readPowerSettings();
-    const PowerSettings power = powerReading.value.value_or(PowerSettings());
-    snapshot.pmsetStandby = power.standby;
-    snapshot.pmsetDisksleep = power.disksleep;
-    snapshot.pmsetSleep = power.sleep;
-    snapshot.pmsetSms = power.sms;
+    takePower(co_await readings.readPowerSources(), snapshot);
     snapshot.id = QUuid::createUuid();
     snapshot.dateCreated = m_host.clock.now();
     for (const SnapshotPreference& preference : snapshotPreferences()) {
         const Reading<QString> reading = co_await readings.readPreference(preference);
-        snapshot.*preference.value = reading.value;
+        preference.put(reading.value, snapshot);
         read.hasEveryPreference = read.hasEveryPreference && reading.isAnswered;
     }
     const Reading<TimeMachineState> timeMachine = co_await readings.readTimeMachineState();
@@ -129,7 +155,7 @@ QCoro::Task<SystemManager::ReadSnapshot> SystemManager::readSystemSnapshot(std::
     if (timeMachine.value == TimeMachineState::NotPermitted) {
         logUnreadableTimeMachine();
     }
-    snapshot.spotlightIndexingEnabled = (co_await readings.readSpotlightState()).value;
+    takeIndexing(co_await readings.readIndexingOfAll(), snapshot);
     if (!isQuitting()) {
         loginItems.tellUnread(list);
     }

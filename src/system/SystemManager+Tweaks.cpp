@@ -2,8 +2,10 @@
 
 #include "core/AdminBatch.h"
 #include "core/AdminPrompts.h"
+#include "matching/SystemVerification.h"
+#include "snapshots/RestoreCommands.h"
+#include "snapshots/SyncPlan.h"
 #include "startup/login/LoginItems.h"
-#include "tweaks/TweakCommands.h"
 
 #include <QCoroTask>
 
@@ -18,9 +20,12 @@ QCoro::Task<bool> SystemManager::applyPerformanceTweaks(PerformanceSettings sett
         deferBackgroundTaskFetchToAdminBatch();
     }
     beginAdminBatch();
-    co_await runTweakSteps(applySteps(settings, notificationCenterPreferences()));
+    if (selectedTweakCount(settings) > 0) {
+        noteChangedTweaks(settings, co_await lookAtTweaks(std::nullopt));
+    }
+    co_await runStepsOfNotificationCenter(applySteps(settings, notificationCenterPreferences(), mayChange()));
     const QStringList systemCommands =
-        co_await effectiveCommands(applySystemCommands(settings), BackupSwitch::OfProfile);
+        co_await effectiveCommands(applySystemCommands(settings, mayChange()), BackupSwitch::OfProfile);
     if (!systemCommands.isEmpty()) {
         log(u"  [ACTION] Requesting Admin rights for system performance tweaks..."_s);
         co_await m_adminBatch->runTolerantly(systemCommands, kSystemChangesPrompt);
@@ -42,32 +47,51 @@ QCoro::Task<bool> SystemManager::syncPerformanceTweaks(PerformanceSettings setti
                                                        CleanReboot cleanReboot) {
     m_lastApplyVerification.reset();
     log(u"\nSyncing performance tweaks to profile settings..."_s);
-    co_await runTweakSteps(syncSteps(settings, notificationCenterPreferences()));
-    const QStringList systemCommands =
-        co_await effectiveCommands(syncSystemCommands(settings), BackupSwitch::OfProfile);
-    log(u"  [ACTION] Requesting Admin rights to sync system-level tweaks..."_s);
-    const CommandResult result = co_await m_adminBatch->runTolerantly(systemCommands, kSystemChangesPrompt);
-    if (result.status != 0) {
-        log(u"  [ERROR] System tweak sync was cancelled or failed: "_s + result.standardError);
-        co_return false;
+    const SyncPlan plan = co_await planSync(settings);
+    co_await runStepsOfNotificationCenter(plan.steps); // that it stays off its row tells
+    for (const QString& line : plan.systemLines) {
+        log(line);
+    }
+    const QStringList systemCommands = co_await effectiveCommands(plan.systemCommands, BackupSwitch::OfProfile);
+    if (!systemCommands.isEmpty()) {
+        log(u"  [ACTION] Requesting Admin rights to sync system-level tweaks..."_s);
+        const CommandResult result = co_await m_adminBatch->runTolerantly(systemCommands, kSystemChangesPrompt);
+        if (result.status != 0) {
+            log(u"  [ERROR] System tweak sync was cancelled or failed: "_s + result.standardError);
+            co_return false;
+        }
     }
     if (settings.cleanReboot) {
         co_await applyCleanReboot(cleanReboot); // its verification tells what it left behind
     } else {
-        co_await runTweakSteps(QList<TweakStep>(1, restoreAppRestorationStep()));
+        co_await runTweakSteps(QList<TweakStep>(1, plan.appRestoration));
     }
     log(u"\nPerformance Tweaks Synced! (Restart your Mac for full effect.)"_s);
     if (verify == VerifyAfterSync::No) {
         co_return !isQuitting();
     }
-    co_return co_await verifyTweaks(settings, UnselectedTweaks::ExpectedRestored, cleanReboot);
+    const bool isVerified = co_await verifyTweaks(settings, UnselectedTweaks::ExpectedRestored, cleanReboot);
+    co_await strikeRestoredTweaks();
+    co_return isVerified;
+}
+
+/// What it is about to change is written down.
+QCoro::Task<SyncPlan> SystemManager::planSync(PerformanceSettings settings) {
+    const OwnSettings own = readOwnSettings(m_host);
+    const CurrentSettings current = co_await lookAtTweaks(settings.spotlight ? std::nullopt : own.captured);
+    const bool isNotificationCenterOff = co_await m_verification->isNotificationCenterOff();
+    noteChangedTweaks(settings, current);
+    co_return syncPlan(settings, own, current, notificationCenterPreferences(), isNotificationCenterOff);
 }
 
 QCoro::Task<bool> SystemManager::undoPerformanceTweaks() {
     m_lastApplyVerification.reset();
     log(u"\nUndoing Audio Performance tweaks (no snapshot — using standard defaults)..."_s);
-    co_await runTweakSteps(undoSteps(notificationCenterPreferences()));
-    const QStringList systemCommands = co_await effectiveCommands(undoSystemCommands(), BackupSwitch::OfWayBack);
+    const CurrentSettings current = co_await lookAtTweaks(std::nullopt);
+    const bool isNotificationCenterBack =
+        co_await runStepsOfNotificationCenter(undoSteps(notificationCenterPreferences(), mayChange()));
+    const QStringList systemCommands = co_await effectiveCommands(
+        undoSystemCommands() + systemPreferenceCommandsBack(std::nullopt, current), BackupSwitch::OfWayBack);
     log(u"  [ACTION] Requesting Admin rights to restore system defaults..."_s);
     const CommandResult result = co_await m_adminBatch->runTolerantly(systemCommands, kSystemChangesPrompt);
     if (result.status != 0) {
@@ -76,7 +100,7 @@ QCoro::Task<bool> SystemManager::undoPerformanceTweaks() {
     }
     log(u"  [REVERTED] Successfully restored all system-level defaults."_s);
     log(u"\nUndo Complete! (Restart your Mac for full effect.)"_s);
-    co_return !isQuitting();
+    co_return isNotificationCenterBack && !isQuitting();
 }
 
 QCoro::Task<void> SystemManager::runTweakSteps(QList<TweakStep> steps) {
@@ -91,7 +115,8 @@ QCoro::Task<void> SystemManager::runTweakSteps(QList<TweakStep> steps) {
 QCoro::Task<bool> SystemManager::verifyTweaks(PerformanceSettings settings, UnselectedTweaks unselected,
                                               CleanReboot cleanReboot) {
     m_loginItems->readAgain();
-    const ApplyVerificationResult result = co_await verifyAppliedSettings(settings, unselected, cleanReboot);
+    const ApplyVerificationResult result =
+        co_await m_verification->tweaks(settings, unselected, cleanReboot, AfterOrder::Yes);
     logVerificationResult(result, u"Performance tweaks"_s);
     m_lastApplyVerification = result;
     co_return result.failed.isEmpty() && !isQuitting();

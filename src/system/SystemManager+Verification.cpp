@@ -28,13 +28,13 @@ QString described(const ApplyVerificationResult::Item& item) {
 } // namespace
 
 QCoro::Task<ApplyVerificationResult> SystemManager::verifyProfile(UnifiedProfile profile) {
-    return m_verification->profile(std::move(profile));
+    return m_verification->profile(std::move(profile), AfterOrder::No);
 }
 
 QCoro::Task<ApplyVerificationResult> SystemManager::verifyAppliedSettings(PerformanceSettings settings,
                                                                           UnselectedTweaks unselected,
                                                                           CleanReboot cleanReboot) {
-    return m_verification->tweaks(std::move(settings), unselected, std::move(cleanReboot));
+    return m_verification->tweaks(std::move(settings), unselected, std::move(cleanReboot), AfterOrder::No);
 }
 
 QCoro::Task<ApplyVerificationResult> SystemManager::verifyStartupConfiguration(StartupConfiguration configuration) {

@@ -26,6 +26,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -48,6 +49,7 @@ class StartupItems;
 class SystemVerification;
 struct BackgroundLoginItemChangePlan;
 struct BackgroundTaskItem;
+struct CurrentSettings;
 struct LoginItemAddition;
 struct LoginItemSelector;
 struct MaintenanceOutcome;
@@ -60,6 +62,7 @@ struct PowerSettings;
 struct ProfileApplyPreview;
 struct StartupApplyResult;
 struct StartupReadings;
+struct SyncPlan;
 struct SystemSnapshot;
 struct TweaksApplyPreview;
 struct TweakStep;
@@ -325,7 +328,7 @@ public:
     QCoro::Task<Reading<PowerSettings>> readPowerSettings();
     /// Whether automatic backups are made, by what is stored; none when unknown.
     QCoro::Task<Reading<TimeMachineState>> readTimeMachineState();
-    /// True while the boot volume is indexed; none when unknown.
+    /// True while the user's files are indexed; none when unknown.
     QCoro::Task<Reading<bool>> readSpotlightState();
 
     /// The path of Notification Center's per-host preferences, a domain for `readDefaultValue`.
@@ -380,8 +383,16 @@ private:
     QCoro::Task<bool> unlessQuitting(QCoro::Task<bool> flow) const;
 
     // SystemManager+Tweaks.cpp
+    QCoro::Task<SyncPlan> planSync(PerformanceSettings settings);
     QCoro::Task<void> runTweakSteps(QList<TweakStep> steps);
     QCoro::Task<bool> verifyTweaks(PerformanceSettings settings, UnselectedTweaks unselected, CleanReboot cleanReboot);
+
+    // SystemManager+OwnTweaks.cpp
+    QCoro::Task<CurrentSettings> lookAtTweaks(const std::optional<SystemSnapshot>& goingBackTo);
+    std::function<bool(const MacPreference&)> mayChange() const;
+    void noteChangedTweaks(const PerformanceSettings& settings, const CurrentSettings& current);
+    QCoro::Task<void> strikeRestoredTweaks();
+    QCoro::Task<bool> runStepsOfNotificationCenter(QList<TweakStep> steps);
 
     // SystemManager+TimeMachine.cpp
     enum class BackupSwitch { OfProfile, OfWayBack };

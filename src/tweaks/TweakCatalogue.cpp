@@ -14,20 +14,26 @@ using Settings = PerformanceSettings;
 
 const QList<Tweak>& tweakCatalogue() {
     static const QList<Tweak> tweaks{
-        {u"appNap"_s, u"bolt.shield.fill"_s, u"Bypass macOS App Nap Throttling"_s, &Settings::appNap},
-        {u"spotlight"_s, u"cpu.fill"_s, u"Suspend Spotlight Drive Indexing"_s, &Settings::spotlight},
-        {u"usbPower"_s, u"battery.100.bolt"_s, u"Prevent USB Hardware Standby"_s, &Settings::usbPower},
-        {u"sms"_s, u"exclamationmark.triangle.fill"_s, u"Disable HDD Sudden Motion Sensor"_s, &Settings::sms},
-        {u"timeMachine"_s, u"clock.arrow.circlepath"_s, u"Disable Time Machine Auto-Backups"_s, &Settings::timeMachine},
-        {u"updates"_s, u"arrow.down.app.fill"_s, u"Block Background Software Updates"_s, &Settings::updates},
-        {u"notifications"_s, u"bell.slash.fill"_s, u"Suppress Notifications and Alerts"_s, &Settings::notifications},
+        {u"appNap"_s, u"bolt.shield.fill"_s, u"Bypass macOS App Nap Throttling"_s, &Settings::appNap, u"App Nap"_s},
+        {u"spotlight"_s, u"cpu.fill"_s, u"Suspend Spotlight Drive Indexing"_s, &Settings::spotlight, u"Spotlight"_s},
+        {u"usbPower"_s, u"battery.100.bolt"_s, u"Prevent USB Hardware Standby"_s, &Settings::usbPower, u"USB Power"_s},
+        {u"sms"_s, u"exclamationmark.triangle.fill"_s, u"Disable HDD Sudden Motion Sensor"_s, &Settings::sms,
+         u"Motion Sensor"_s},
+        {u"timeMachine"_s, u"clock.arrow.circlepath"_s, u"Disable Time Machine Auto-Backups"_s, &Settings::timeMachine,
+         u"Time Machine"_s},
+        {u"updates"_s, u"arrow.down.app.fill"_s, u"Block Background Software Updates"_s, &Settings::updates,
+         u"Software Updates"_s},
+        {u"notifications"_s, u"bell.slash.fill"_s, u"Suppress Notifications and Alerts"_s, &Settings::notifications,
+         u"Notifications"_s},
         {u"crashReporter"_s, u"doc.text.magnifyingglass"_s, u"Disable Crash Reporting Daemons"_s,
-         &Settings::crashReporter},
+         &Settings::crashReporter, u"Crash Reporter"_s},
         {u"airdrop"_s, u"antenna.radiowaves.left.and.right.slash"_s, u"Deactivate AirDrop & Sharing Services"_s,
-         &Settings::airdrop},
-        {u"siri"_s, u"mic.slash.fill"_s, u"Deactivate Siri Core Services"_s, &Settings::siri},
-        {u"uiSounds"_s, u"speaker.slash.fill"_s, u"Silence System UI Sound Effects"_s, &Settings::uiSounds},
-        {u"cleanReboot"_s, u"power.circle.fill"_s, u"Start Clean on Reboot"_s, &Settings::cleanReboot},
+         &Settings::airdrop, u"AirDrop"_s},
+        {u"siri"_s, u"mic.slash.fill"_s, u"Deactivate Siri Core Services"_s, &Settings::siri, u"Siri"_s},
+        {u"uiSounds"_s, u"speaker.slash.fill"_s, u"Silence System UI Sound Effects"_s, &Settings::uiSounds,
+         u"UI Sounds"_s},
+        {u"cleanReboot"_s, u"power.circle.fill"_s, u"Start Clean on Reboot"_s, &Settings::cleanReboot,
+         u"Clean Reboot"_s},
     };
     return tweaks;
 }
@@ -53,6 +59,12 @@ const QList<TweakSection>& tweakSections() {
                              "leave enabled in Startup Items may still open."_s}}},
     };
     return sections;
+}
+
+const Tweak& tweakOf(bool PerformanceSettings::*isSelected) {
+    const QList<Tweak>& tweaks = tweakCatalogue();
+    return *std::find_if(tweaks.begin(), tweaks.end(),
+                         [isSelected](const Tweak& tweak) { return tweak.isSelected == isSelected; });
 }
 
 const Tweak* findTweak(const QString& key) {

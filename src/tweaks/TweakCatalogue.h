@@ -13,6 +13,7 @@ struct Tweak {
     QString icon; ///< symbol name of the system's symbol font, where the user chose none
     QString title;
     bool PerformanceSettings::*isSelected;
+    QString name; ///< what the log and a verification call it
 };
 
 /// One line under a tweak's title.
@@ -31,6 +32,9 @@ const QList<Tweak>& tweakCatalogue();
 
 /// The sections of the main page and of the wizard; each tweak stands in one.
 const QList<TweakSection>& tweakSections();
+
+/// The one that a setting selects.
+const Tweak& tweakOf(bool PerformanceSettings::*isSelected);
 
 /// nullptr for a key that isn't in the catalogue.
 const Tweak* findTweak(const QString& key);

@@ -1,5 +1,8 @@
 #include "tweaks/TweakCommands.h"
 
+#include "core/AdminScript.h"
+#include "tweaks/TweakCatalogue.h"
+
 #include <algorithm>
 
 namespace quorvane {
@@ -10,9 +13,6 @@ namespace {
 
 const QString kLaunchctl = u"/bin/launchctl"_s;
 const QString kNotificationCenterAgent = u"/System/Library/LaunchAgents/com.apple.notificationcenterui.plist"_s;
-
-const QString kMotionSensorOff = u"0"_s;
-const QString kMotionSensorOn = u"1"_s;
 
 using Settings = PerformanceSettings;
 
@@ -41,20 +41,31 @@ QStringList preferenceCommand(const MacPreference& preference, TweakState state,
            QStringList{preference.type.toString(), value.toString()};
 }
 
-QList<QStringList> preferenceCommands(const PreferenceGroup& group, TweakState state,
-                                      const QString& notificationCenter) {
+QList<QStringList> preferenceCommands(const PreferenceGroup& group, TweakState state, const QString& notificationCenter,
+                                      const MayChange& mayChange) {
     QList<QStringList> commands;
     for (const MacPreference& preference : kMacPreferences) {
-        if (preference.tweak == group.tweak) {
+        if (preference.tweak == group.tweak && !preference.isSystems() && mayChange(preference)) {
             commands.append(preferenceCommand(preference, state, notificationCenter));
         }
     }
     return commands;
 }
 
+/// An organization has set all that the group goes by.
+bool isManaged(const PreferenceGroup& group, const MayChange& mayChange) {
+    return std::none_of(kMacPreferences.begin(), kMacPreferences.end(), [&](const MacPreference& preference) {
+        return preference.tweak == group.tweak && preference.decides && mayChange(preference);
+    });
+}
+
 TweakStep stepTo(TweakState state, const PreferenceGroup& group, const QString& notificationCenter,
-                 const QString& logLine) {
-    return {preferenceCommands(group, state, notificationCenter) + commandsBehindPreferences(group, state), logLine};
+                 const MayChange& mayChange, const QString& logLine) {
+    if (isManaged(group, mayChange)) {
+        return {{}, managedLine(tweakOf(group.tweak).name)};
+    }
+    return {preferenceCommands(group, state, notificationCenter, mayChange) + commandsBehindPreferences(group, state),
+            logLine};
 }
 
 /// All but the clean reboot's: that step stands where the flow removes login items.
@@ -74,11 +85,6 @@ const PreferenceGroup& cleanRebootGroup() {
                          [](const PreferenceGroup& group) { return group.tweak == &Settings::cleanReboot; });
 }
 
-/// A Mac that stays awake, or one with standard sleep values: standby as 1 or 0, the others in minutes, of which 0 is never.
-QString powerCommand(bool staysAwake) {
-    return staysAwake ? u"pmset -a standby 0 disksleep 0 sleep 0"_s : u"pmset -a standby 1 disksleep 10 sleep 1"_s;
-}
-
 QString appliedLine(QStringView text) {
     return u"  [APPLIED] "_s + text.toString();
 }
@@ -95,6 +101,10 @@ QList<QStringList> commandsBehindPreferences(const PreferenceGroup& group, Tweak
     return state == TweakState::InForce ? stopNotificationCenter() : startNotificationCenter();
 }
 
+QString powerCommand(bool staysAwake) {
+    return staysAwake ? u"pmset -a standby 0 disksleep 0 sleep 0"_s : u"pmset -a standby 1 disksleep 10 sleep 1"_s;
+}
+
 QString motionSensorCommand(const QString& value) {
     return u"pmset -a sms "_s + value;
 }
@@ -107,22 +117,49 @@ QString timeMachineCommand(bool backsUp) {
     return backsUp ? u"tmutil enable"_s : u"tmutil disable"_s;
 }
 
-QList<TweakStep> applySteps(const PerformanceSettings& settings, const QString& notificationCenter) {
+QString systemPreferenceCommand(const MacPreference& preference, std::optional<bool> value) {
+    const QString verb = value ? u"write"_s : u"delete"_s;
+    const QString command = defaultsCommand(verb, preference, {}).join(u' ');
+    if (!value) {
+        return withoutStatus(command); // it may have gone meanwhile
+    }
+    return command + u' ' + preference.type.toString() + (*value ? u" YES"_s : u" NO"_s);
+}
+
+QStringList systemPreferenceCommands(const PerformanceSettings& settings, const MayChange& mayChange) {
+    QStringList commands;
+    for (const MacPreference& preference : kMacPreferences) {
+        if (preference.isSystems() && settings.*preference.tweak && mayChange(preference)) {
+            commands.append(systemPreferenceCommand(preference, preference.applied == u"YES"));
+        }
+    }
+    return commands;
+}
+
+QString managedLine(const QString& tweakName) {
+    return u"  [INFO] Set by your organization: "_s + tweakName;
+}
+
+// ---- One-way
+
+QList<TweakStep> applySteps(const PerformanceSettings& settings, const QString& notificationCenter,
+                            const MayChange& mayChange) {
     QList<TweakStep> steps;
     for (const PreferenceGroup& group : groupsOfTweakSteps()) {
-        if (settings.*group.tweak) {
-            QList<QStringList> commands = preferenceCommands(group, TweakState::InForce, notificationCenter);
-            if (group.tweak == &Settings::notifications) {
-                commands.append(doNotDisturbInFocusPreferences());
-            }
-            steps.append(
-                {commands + commandsBehindPreferences(group, TweakState::InForce), appliedLine(group.applied)});
+        if (!(settings.*group.tweak)) {
+            continue;
         }
+        TweakStep step = stepTo(TweakState::InForce, group, notificationCenter, mayChange, appliedLine(group.applied));
+        if (group.tweak == &Settings::notifications && !step.commands.isEmpty()) {
+            const qsizetype behind = step.commands.size() - stopNotificationCenter().size();
+            step.commands.insert(behind, doNotDisturbInFocusPreferences());
+        }
+        steps.append(step);
     }
     return steps;
 }
 
-QStringList applySystemCommands(const PerformanceSettings& settings) {
+QStringList applySystemCommands(const PerformanceSettings& settings, const MayChange& mayChange) {
     QStringList commands;
     if (settings.usbPower) {
         commands.append(powerCommand(true));
@@ -136,32 +173,27 @@ QStringList applySystemCommands(const PerformanceSettings& settings) {
     if (settings.sms) {
         commands.append(motionSensorCommand(kMotionSensorOff));
     }
-    return commands;
+    return commands + systemPreferenceCommands(settings, mayChange);
 }
 
-QList<TweakStep> syncSteps(const PerformanceSettings& settings, const QString& notificationCenter) {
+// ---- Two-way
+
+TweakStep syncStep(const PreferenceGroup& group, TweakState state, const QString& notificationCenter,
+                   const MayChange& mayChange) {
     // Unlike the one-way apply, a sync leaves the Focus preferences alone, by intent.
-    QList<TweakStep> steps;
-    for (const PreferenceGroup& group : groupsOfTweakSteps()) {
-        steps.append(settings.*group.tweak
-                         ? stepTo(TweakState::InForce, group, notificationCenter, appliedLine(group.switchedOn))
-                         : stepTo(TweakState::Standard, group, notificationCenter, restoredLine(group.switchedOff)));
-    }
-    return steps;
+    const QString line = state == TweakState::InForce ? appliedLine(group.switchedOn) : restoredLine(group.switchedOff);
+    return stepTo(state, group, notificationCenter, mayChange, line);
 }
 
-QStringList syncSystemCommands(const PerformanceSettings& settings) {
-    return {powerCommand(settings.usbPower) + u" sms "_s + (settings.sms ? kMotionSensorOff : kMotionSensorOn),
-            spotlightCommand(!settings.spotlight), timeMachineCommand(!settings.timeMachine)};
-}
+// ---- Back
 
-QList<TweakStep> undoSteps(const QString& notificationCenter) {
+QList<TweakStep> undoSteps(const QString& notificationCenter, const MayChange& mayChange) {
     QList<TweakStep> steps;
     for (const PreferenceGroup& group : groupsOfTweakSteps()) {
-        steps.append(
-            stepTo(TweakState::Standard, group, notificationCenter, u"  [REVERTED] "_s + group.undone.toString()));
+        steps.append(stepTo(TweakState::Standard, group, notificationCenter, mayChange,
+                            u"  [REVERTED] "_s + group.undone.toString()));
     }
-    return steps + QList<TweakStep>{restoreAppRestorationStep()};
+    return steps + QList<TweakStep>{restoreAppRestorationStep(mayChange)};
 }
 
 QStringList undoSystemCommands() {
@@ -169,14 +201,36 @@ QStringList undoSystemCommands() {
             motionSensorCommand(kMotionSensorOn)};
 }
 
-TweakStep restoreAppRestorationStep() {
-    const PreferenceGroup& group = cleanRebootGroup();
-    return stepTo(TweakState::Standard, group, {}, restoredLine(group.switchedOff));
+TweakStep restoreAppRestorationStep(const MayChange& mayChange) {
+    return syncStep(cleanRebootGroup(), TweakState::Standard, {}, mayChange);
 }
 
-TweakStep stopAppRestorationStep() {
-    const PreferenceGroup& group = cleanRebootGroup();
-    return stepTo(TweakState::InForce, group, {}, appliedLine(group.applied));
+TweakStep stopAppRestorationStep(const MayChange& mayChange) {
+    return syncStep(cleanRebootGroup(), TweakState::InForce, {}, mayChange);
+}
+
+// ---- Notification Center's override
+
+QList<TweakStep> enablingNotificationCenter(QList<TweakStep> steps, const QStringList& enable) {
+    for (TweakStep& step : steps) {
+        const qsizetype start = step.commands.indexOf(startNotificationCenter().first());
+        if (start >= 0) {
+            step.commands.insert(start, enable);
+        }
+    }
+    return steps;
+}
+
+QList<TweakStep> leavingNotificationCenterOn(QList<TweakStep> steps) {
+    for (TweakStep& step : steps) {
+        step.commands.removeAll(stopNotificationCenter().last());
+    }
+    return steps;
+}
+
+bool stopsNotificationCenter(const QList<TweakStep>& steps) {
+    return std::any_of(steps.begin(), steps.end(),
+                       [](const TweakStep& step) { return step.commands.contains(stopNotificationCenter().last()); });
 }
 
 } // namespace quorvane

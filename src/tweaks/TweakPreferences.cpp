@@ -1,5 +1,7 @@
 #include "tweaks/TweakPreferences.h"
 
+#include "tweaks/ValueTests.h"
+
 namespace quorvane {
 
 using namespace Qt::StringLiterals;
@@ -9,6 +11,37 @@ namespace {
 using Settings = PerformanceSettings;
 
 } // namespace
+
+bool isApplied(const MacPreference& preference, const std::optional<QString>& value) {
+    if (!value) {
+        return preference.whereNotSet == TweakState::InForce;
+    }
+    const QString applied = preference.applied.toString();
+    if (isTruthy(applied)) {
+        return isTruthy(value);
+    }
+    if (isFalsy(applied)) {
+        return isFalsy(value);
+    }
+    return value->toLower() == applied.toLower();
+}
+
+bool isStandard(const MacPreference& preference, const std::optional<QString>& value) {
+    if (!value) {
+        return true;
+    }
+    if (isFalsy(preference.applied.toString())) {
+        return isTruthy(value);
+    }
+    return isTruthy(preference.applied.toString()) ? isFalsy(value) : !isApplied(preference, value);
+}
+
+bool meansTheSame(const std::optional<QString>& value, const std::optional<QString>& other) {
+    if (!value || !other) {
+        return value.has_value() == other.has_value();
+    }
+    return *value == *other || (isTruthy(value) && isTruthy(other)) || (isFalsy(value) && isFalsy(other));
+}
 
 std::span<const PreferenceGroup> preferenceGroups() {
     static constexpr PreferenceGroup groups[]{

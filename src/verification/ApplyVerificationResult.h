@@ -15,6 +15,9 @@ struct ApplyVerificationResult {
         /// False of a setting that this Mac doesn't have: whatever was chosen holds, and says nothing of what is in force.
         bool isOnThisMac = true;
         QString note{}; ///< what else the log says of it, behind its line; mostly nothing
+        /// True of one that reads as the user or the user's organization had it, whatever was chosen: that says nothing of what the
+        /// program has done.
+        bool isUsersOwn = false;
 
         bool operator==(const Item&) const = default;
     };

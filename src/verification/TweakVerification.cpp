@@ -1,92 +1,72 @@
 #include "verification/TweakVerification.h"
 
+#include "platform/Clock.h"
 #include "readings/SystemReadings.h"
-#include "readings/ValueTests.h"
-#include "tweaks/TweakPreferences.h"
+#include "tweaks/TweakCatalogue.h"
 
+#include <QCoroFuture>
 #include <QCoroTask>
 
-#include <algorithm>
-#include <array>
+#include <chrono>
 #include <utility>
 
 namespace quorvane {
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
-
-/// A switch reads as it was written by its meaning, a word by its letters in any case.
-bool isApplied(const MacPreference& preference, const std::optional<QString>& value) {
-    const QString applied = preference.applied.toString();
-    if (isTruthy(applied)) {
-        return isTruthy(value);
-    }
-    if (isFalsy(applied)) {
-        return isFalsy(value);
-    }
-    return value && value->toLower() == applied.toLower();
-}
-
-/// A key that isn't set is as good as the value that the program writes to put a tweak back.
-bool isRestored(const MacPreference& preference, const std::optional<QString>& value) {
-    if (isFalsy(preference.applied.toString())) {
-        return !value || isTruthy(value);
-    }
-    return isTruthy(preference.applied.toString()) ? isFalsy(value) : !isApplied(preference, value);
-}
-
-/// Of the three settings those that this Mac lists, of which there is at least one.
-bool isKeptAwake(const PowerSettings& power) {
-    const std::array listed{power.standby, power.disksleep, power.sleep};
-    const auto isThere = [](const std::optional<QString>& value) { return value.has_value(); };
-    return std::any_of(listed.begin(), listed.end(), isThere) &&
-           std::all_of(listed.begin(), listed.end(),
-                       [](const std::optional<QString>& value) { return !value || value == u"0"_s; });
-}
 
 const QString kFocusNote =
     u"Notifications: the setting is stored. Turn on a Focus as well: Quorvane can't do that for you."_s;
 
+constexpr int kFurtherLooks = 5;
+constexpr auto kBetweenLooks = 1s;
+
+using Settings = PerformanceSettings;
+
 } // namespace
 
-const TweakVerification::Row TweakVerification::kRows[] = {
-    {u"App Nap", &PerformanceSettings::appNap, &TweakVerification::appNap},
-    {u"Software Updates", &PerformanceSettings::updates, &TweakVerification::softwareUpdates},
-    {u"Notifications", &PerformanceSettings::notifications, &TweakVerification::notifications},
-    {u"Siri", &PerformanceSettings::siri, &TweakVerification::siri},
-    {u"Crash Reporter", &PerformanceSettings::crashReporter, &TweakVerification::crashReporter},
-    {u"UI Sounds", &PerformanceSettings::uiSounds, &TweakVerification::interfaceSounds},
-    {u"AirDrop", &PerformanceSettings::airdrop, &TweakVerification::airDrop},
-    {u"USB Power", &PerformanceSettings::usbPower, &TweakVerification::usbPower},
-    {u"Motion Sensor", &PerformanceSettings::sms, &TweakVerification::motionSensor},
-    {u"Spotlight", &PerformanceSettings::spotlight, &TweakVerification::spotlight},
-    {u"Time Machine", &PerformanceSettings::timeMachine, &TweakVerification::timeMachine},
+const TweakVerification::Check TweakVerification::kChecks[] = {
+    {&Settings::appNap, &TweakVerification::appNap},
+    {&Settings::updates, &TweakVerification::softwareUpdates},
+    {&Settings::notifications, &TweakVerification::notifications},
+    {&Settings::siri, &TweakVerification::siri},
+    {&Settings::crashReporter, &TweakVerification::crashReporter},
+    {&Settings::uiSounds, &TweakVerification::interfaceSounds},
+    {&Settings::airdrop, &TweakVerification::airDrop},
+    {&Settings::usbPower, &TweakVerification::usbPower},
+    {&Settings::sms, &TweakVerification::motionSensor},
+    {&Settings::spotlight, &TweakVerification::spotlight},
+    {&Settings::timeMachine, &TweakVerification::timeMachine},
 };
 
-TweakVerification::TweakVerification(const SystemReadings& readings, PerformanceSettings settings,
-                                     UnselectedTweaks unselected)
+TweakVerification::TweakVerification(const SystemReadings& readings, Clock& clock, PerformanceSettings settings,
+                                     UnselectedTweaks unselected, Context context)
     : m_readings(readings)
+    , m_clock(clock)
     , m_settings(std::move(settings))
-    , m_unselected(unselected) {}
+    , m_unselected(unselected)
+    , m_context(std::move(context)) {}
 
 QCoro::Task<ApplyVerificationResult> TweakVerification::run() {
     ApplyVerificationResult result;
-    m_power = co_await m_readings.readPowerSettings();
-    for (const Row& row : kRows) {
-        const bool selected = m_settings.*row.setting;
+    m_current.power = co_await m_readings.readPowerSources();
+    for (const Check& check : kChecks) {
+        const bool selected = m_settings.*check.setting;
         if (!selected && m_unselected == UnselectedTweaks::Ignored) {
             continue;
         }
         m_isAnswered = true;
-        const Verdict found = co_await (this->*row.check)(selected);
+        const Verdict found = co_await (this->*check.run)(selected);
         if (found.isLeftOut) {
             continue;
         }
+        const QString name = tweakOf(check.setting).name;
         if (found.holds && m_isAnswered) {
-            result.verified.append({row.name.toString(), found.verifiedDetail, found.isOnThisMac, found.note});
+            result.verified.append({name, found.verifiedDetail, found.isOnThisMac, found.note, found.isUsersOwn});
         } else {
-            result.failed.append({row.name.toString(), found.failedDetail});
+            result.failed.append({name, found.failedDetail});
         }
     }
     result.lacksFullDiskAccess = m_lacksFullDiskAccess;
@@ -101,111 +81,168 @@ TweakVerification::Verdict TweakVerification::absent(const QString& detail) {
     return {true, detail, {}, {}, false};
 }
 
-QCoro::Task<std::optional<QString>> TweakVerification::valueOf(MacPreference preference) {
-    const Reading<QString> reading = co_await m_readings.readPreference(preference);
-    co_return needed(reading);
+TweakVerification::Verdict TweakVerification::leftOff(Setting tweak, const TweakComparison& comparison,
+                                                      const Verdict& standard) const {
+    Verdict found = standard;
+    found.holds = comparison.isAsItWas();
+    if (found.holds && !comparison.isStandard) {
+        found.verifiedDetail = u"your own setting"_s;
+    }
+    if (comparison.isAsCaptured && !comparison.isCapturedStandard) {
+        found.failedDetail = u"expected your own setting"_s;
+    }
+    found.isLeftOut = !found.holds && isUsersToDecide(tweak, comparison) && m_isAnswered;
+    return found;
 }
 
-/// What `pmset` has failed to tell is as good as not there.
-PowerSettings TweakVerification::power() {
-    return needed(m_power).value_or(PowerSettings());
+/// Nobody knows how it was, and the program hasn't changed it.
+bool TweakVerification::isUsersToDecide(Setting tweak, const TweakComparison& comparison) const {
+    return !comparison.isAsCaptured && !m_context.own.hasChanged(tweak);
 }
 
-QCoro::Task<TweakVerification::Verdict> TweakVerification::onePreference(MacPreference preference, bool selected,
-                                                                         QString applied, QString restored) {
-    const auto value = co_await valueOf(preference);
-    co_return selected ? verdict(isApplied(preference, value), applied)
-                       : verdict(isRestored(preference, value), restored);
+/// In force or as the user had it, and what macOS goes by.
+TweakVerification::Verdict TweakVerification::chosen(Setting tweak, bool selected, const Verdict& applied,
+                                                     const Verdict& standard) const {
+    const TweakComparison comparison = compared(tweak, m_current, m_context.own, ComparedPreferences::Deciding);
+    if (!selected) {
+        return leftOff(tweak, comparison, standard);
+    }
+    Verdict found = applied;
+    found.holds = isInForce(tweak, m_current);
+    found.isUsersOwn = comparison.isAsCaptured == true;
+    return found;
+}
+
+/// One that an organization has set is nobody's to choose: left off, it holds as it is.
+QCoro::Task<TweakVerification::Verdict> TweakVerification::preferences(Setting tweak, bool selected, QString applied,
+                                                                       QString restored) {
+    bool isManaged = false;
+    bool isAnySet = false;
+    for (const MacPreference& preference : kMacPreferences) {
+        if (preference.tweak != tweak || !preference.decides) {
+            continue;
+        }
+        const CurrentPreference current = co_await m_readings.readCurrentPreference(preference);
+        m_current.of(preference) = current;
+        isManaged = isManaged || current.isManaged;
+        isAnySet = isAnySet || needed(current.reading).value;
+    }
+    Verdict found = chosen(tweak, selected, verdict(true, applied), verdict(true, restored));
+    found.isUsersOwn = found.isUsersOwn || isManaged || (m_isAnswered && !isAnySet);
+    if (isManaged) {
+        const QString detail = u"set by your organization"_s;
+        found = {!selected || found.holds, detail, detail, {}, true, true};
+    }
+    co_return found;
 }
 
 QCoro::Task<TweakVerification::Verdict> TweakVerification::appNap(bool selected) {
-    return onePreference(preference::kAppSleep, selected, u"disabled"_s, u"enabled"_s);
+    return preferences(&Settings::appNap, selected, u"disabled"_s, u"enabled"_s);
 }
 
 QCoro::Task<TweakVerification::Verdict> TweakVerification::softwareUpdates(bool selected) {
-    using namespace preference;
-    const auto download = co_await valueOf(kUpdateDownload);
-    if (!selected) {
-        co_return verdict(isRestored(kUpdateDownload, download), u"enabled"_s);
-    }
-    const auto check = co_await valueOf(kUpdateCheck);
-    const auto store = co_await valueOf(kStoreUpdate);
-    co_return verdict(isApplied(kUpdateDownload, download) && isApplied(kUpdateCheck, check) &&
-                          isApplied(kStoreUpdate, store),
-                      u"disabled"_s);
+    return preferences(&Settings::updates, selected, u"disabled"_s, u"enabled"_s);
 }
 
 QCoro::Task<TweakVerification::Verdict> TweakVerification::notifications(bool selected) {
-    Verdict found = co_await onePreference(preference::kDoNotDisturb, selected, u"suppressed"_s, u"enabled"_s);
+    Verdict found = co_await preferences(&Settings::notifications, selected, u"suppressed"_s, u"enabled"_s);
     if (selected) {
         found.note = kFocusNote;
+    } else if (m_context.isNotificationCenterOff) {
+        found = {false, {}, u"expected enabled"_s};
     }
     co_return found;
 }
 
 QCoro::Task<TweakVerification::Verdict> TweakVerification::siri(bool selected) {
-    using namespace preference;
-    if (selected && isApplied(kSiriStatus, co_await valueOf(kSiriStatus))) {
-        co_return verdict(true, u"disabled"_s);
-    }
-    co_return co_await onePreference(kAssistant, selected, u"disabled"_s, u"enabled"_s);
+    return preferences(&Settings::siri, selected, u"disabled"_s, u"enabled"_s);
 }
 
 QCoro::Task<TweakVerification::Verdict> TweakVerification::crashReporter(bool selected) {
-    return onePreference(preference::kCrashDialog, selected, u"disabled"_s, u"enabled"_s);
+    return preferences(&Settings::crashReporter, selected, u"disabled"_s, u"enabled"_s);
 }
 
 QCoro::Task<TweakVerification::Verdict> TweakVerification::interfaceSounds(bool selected) {
-    return onePreference(preference::kInterfaceSounds, selected, u"muted"_s, u"enabled"_s);
+    return preferences(&Settings::uiSounds, selected, u"muted"_s, u"enabled"_s);
 }
 
 QCoro::Task<TweakVerification::Verdict> TweakVerification::airDrop(bool selected) {
-    return onePreference(preference::kAirDrop, selected, u"disabled"_s, u"enabled"_s);
+    return preferences(&Settings::airdrop, selected, u"disabled"_s, u"enabled"_s);
 }
 
+/// What `pmset` has failed to tell is as good as not there.
 QCoro::Task<TweakVerification::Verdict> TweakVerification::usbPower(bool selected) {
-    const bool neverSleeps = isKeptAwake(power());
-    co_return selected ? Verdict{neverSleeps, u"sleep disabled"_s, u"expected standby/disk/sleep at 0"_s}
-                       : Verdict{!neverSleeps, u"standard sleep"_s, u"expected standard sleep values"_s};
+    const std::optional<QList<PowerSource>> sources = needed(m_current.power).value;
+    const QStringList sleeping = sources ? sourcesThatSleep(*sources) : QStringList();
+    const bool isNamed = !sleeping.isEmpty() && !sleeping.first().isEmpty();
+    const Verdict applied{true, u"sleep disabled"_s,
+                          isNamed ? u"expected 0 on "_s + sleeping.first() : u"expected standby/disk/sleep at 0"_s};
+    co_return chosen(&Settings::usbPower, selected, applied,
+                     {true, u"standard sleep"_s, u"expected standard sleep values"_s});
 }
 
 QCoro::Task<TweakVerification::Verdict> TweakVerification::motionSensor(bool selected) {
-    const PowerSettings found = power();
-    if (m_power.value && !found.sms) {
+    const std::optional<QList<PowerSource>> sources = needed(m_current.power).value;
+    const bool isListed = sources && firstListed(*sources).sms;
+    if (sources && !isListed) {
         co_return absent(u"not present on this Mac"_s);
     }
-    if (selected) {
-        co_return Verdict{found.sms == u"0"_s, u"disabled"_s, u"expected sms 0"_s};
+    Verdict standard{true, u"enabled"_s, isListed ? u"expected sms 1"_s : u"could not read pmset"_s};
+    Verdict found = chosen(&Settings::sms, selected, {true, u"disabled"_s, u"expected sms 0"_s}, standard);
+    if (!selected && !isListed) {
+        found = {false, {}, standard.failedDetail};
     }
-    co_return Verdict{found.sms == u"1"_s, u"enabled"_s, found.sms ? u"expected sms 1"_s : u"could not read pmset"_s};
+    co_return found;
+}
+
+/// After an order once more, and again while macOS is at it.
+QCoro::Task<void> TweakVerification::readIndexing(bool selected) {
+    m_current.indexing = co_await m_readings.readIndexing();
+    const auto isAsOrdered = [this, selected] {
+        const TweakComparison comparison =
+            compared(&Settings::spotlight, m_current, m_context.own, ComparedPreferences::Deciding);
+        const bool isThere = selected ? isInForce(&Settings::spotlight, m_current)
+                                      : comparison.isAsItWas() || isUsersToDecide(&Settings::spotlight, comparison);
+        return isThere && !isChanging(m_current.indexing.value.value_or(QList<IndexedVolume>()));
+    };
+    const int further = m_context.after == AfterOrder::Yes ? kFurtherLooks : 0;
+    for (int look = 0; look < further && m_current.indexing.isAnswered && !isAsOrdered(); ++look) {
+        co_await m_clock.sleepFor(kBetweenLooks);
+        m_current.indexing = co_await m_readings.readIndexing();
+    }
 }
 
 QCoro::Task<TweakVerification::Verdict> TweakVerification::spotlight(bool selected) {
-    const std::optional<bool> indexes = needed(co_await m_readings.readSpotlightState());
-    if (selected) {
-        co_return verdict(indexes == false, u"indexing off"_s);
+    co_await readIndexing(selected);
+    const QList<IndexedVolume> volumes = needed(m_current.indexing).value.value_or(QList<IndexedVolume>());
+    Verdict applied = verdict(true, u"indexing off"_s);
+    if (keepsIndexingFiles(volumes)) {
+        applied.failedDetail = u"still indexing your files (macOS refused)"_s;
     }
-    if (indexes == true) {
-        co_return Verdict{true, u"indexing on"_s, u"could not read status"_s};
+    const bool isKnown = indexesFiles(volumes).has_value();
+    const Verdict standard{true, u"indexing on"_s, isKnown ? u"expected indexing on"_s : u"could not read status"_s};
+    Verdict found = chosen(&Settings::spotlight, selected, applied, standard);
+    if (!selected && !isKnown) {
+        found = {false, {}, standard.failedDetail};
     }
-    const bool isKnown = (co_await m_readings.readSpotlightState()).value.has_value();
-    co_return Verdict{false, {}, isKnown ? u"expected indexing on"_s : u"could not read status"_s};
+    co_return found;
 }
 
 QCoro::Task<TweakVerification::Verdict> TweakVerification::timeMachine(bool selected) {
-    const std::optional<TimeMachineState> state = needed(co_await m_readings.readTimeMachineState());
+    m_current.timeMachine = co_await m_readings.readTimeMachineState();
+    const std::optional<TimeMachineState> state = needed(m_current.timeMachine).value;
     if (state == TimeMachineState::NotSetUp) {
         co_return absent(u"not set up on this Mac"_s);
     }
     if (state == TimeMachineState::NotPermitted) {
         co_return unreadableTimeMachine(selected);
     }
-    if (!selected) {
-        co_return Verdict{state == TimeMachineState::On, u"enabled"_s,
-                          state ? u"expected enabled"_s : u"could not read status"_s};
+    Verdict found = chosen(&Settings::timeMachine, selected, verdict(true, u"disabled"_s),
+                           {true, u"enabled"_s, state ? u"expected enabled"_s : u"could not read status"_s});
+    if (!selected && !state) {
+        found = {false, {}, u"could not read status"_s};
     }
-    Verdict found = verdict(state == TimeMachineState::Off, u"disabled"_s);
-    if (found.holds && co_await m_readings.readIsBackupRunning()) {
+    if (selected && found.holds && co_await m_readings.readIsBackupRunning()) {
         found.note = u"A backup is running and will finish first."_s;
     }
     co_return found;
@@ -215,7 +252,7 @@ QCoro::Task<TweakVerification::Verdict> TweakVerification::timeMachine(bool sele
 TweakVerification::Verdict TweakVerification::unreadableTimeMachine(bool selected) {
     m_lacksFullDiskAccess = true;
     Verdict found{false, {}, u"could not read status"_s};
-    found.isLeftOut = !selected && !m_readings.hasSwitchedBackupsOff();
+    found.isLeftOut = !selected && !m_context.own.hasChanged(&Settings::timeMachine);
     return found;
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "readings/PowerSettings.h"
-#include "readings/Reading.h"
+#include "readings/CurrentSettings.h"
+#include "snapshots/OwnSettings.h"
 #include "tweaks/PerformanceSettings.h"
 #include "verification/ApplyVerificationResult.h"
 #include "verification/UnselectedTweaks.h"
@@ -15,51 +15,67 @@ class Task;
 
 namespace quorvane {
 
+class Clock;
 class SystemReadings;
-struct MacPreference;
+
+/// Whether the check follows an order that was just given, to which macOS may need seconds.
+enum class AfterOrder { No, Yes };
 
 /// Reads the eleven tweaks back from the live system, one after the other in a fixed order.
 ///
-/// A selected tweak must read as applied; an unselected one is skipped, or must read as restored. A value that can't
-/// be read decides nothing by itself: each check says what a missing value means to it. But a tool that didn't answer
+/// A selected tweak must read as applied; an unselected one is skipped, or must read as the user had it. Where that isn't known it
+/// must read as a fresh macOS has it, if the program has changed it; else it is the user's, and fails nothing. A value that
+/// can't be read decides nothing by itself: each check says what a missing value means to it. But a tool that didn't answer
 /// fails each row that needs its reading.
 class TweakVerification {
 public:
-    TweakVerification(const SystemReadings& readings, PerformanceSettings settings, UnselectedTweaks unselected);
+    struct Context {
+        OwnSettings own;
+        bool isNotificationCenterOff = false; ///< the program has switched it off in launchd, and it still is
+        AfterOrder after = AfterOrder::No;
+    };
+
+    TweakVerification(const SystemReadings& readings, Clock& clock, PerformanceSettings settings,
+                      UnselectedTweaks unselected, Context context);
 
     QCoro::Task<ApplyVerificationResult> run();
 
 private:
+    using Setting = bool PerformanceSettings::*;
+
     struct Verdict {
         bool holds;
         QString verifiedDetail;
         QString failedDetail;
         QString note{}; ///< where it holds
         bool isOnThisMac = true;
+        bool isUsersOwn = false;
         bool isLeftOut = false; ///< neither holds nor fails
     };
-    struct Row {
-        QStringView name;
-        bool PerformanceSettings::*setting;
-        QCoro::Task<Verdict> (TweakVerification::*check)(bool selected);
+    struct Check {
+        Setting setting;
+        QCoro::Task<Verdict> (TweakVerification::*run)(bool selected);
     };
-    static const Row kRows[];
+    static const Check kChecks[];
 
     /// Where the detail says what was expected.
     static Verdict verdict(bool holds, const QString& detail);
     /// Of a setting that this Mac doesn't have.
     static Verdict absent(const QString& detail);
+    /// Of a tweak that is left off.
+    Verdict leftOff(Setting tweak, const TweakComparison& comparison, const Verdict& standard) const;
+    bool isUsersToDecide(Setting tweak, const TweakComparison& comparison) const;
+    Verdict chosen(Setting tweak, bool selected, const Verdict& applied, const Verdict& standard) const;
 
     /// What was read for the row at hand, which fails without an answer.
     template <typename T>
-    std::optional<T> needed(const Reading<T>& reading) {
+    const Reading<T>& needed(const Reading<T>& reading) {
         m_isAnswered = m_isAnswered && reading.isAnswered;
-        return reading.value;
+        return reading;
     }
-    QCoro::Task<std::optional<QString>> valueOf(MacPreference preference);
-    PowerSettings power();
 
-    QCoro::Task<Verdict> onePreference(MacPreference preference, bool selected, QString applied, QString restored);
+    QCoro::Task<Verdict> preferences(Setting tweak, bool selected, QString applied, QString restored);
+    QCoro::Task<void> readIndexing(bool selected);
 
     QCoro::Task<Verdict> appNap(bool selected);
     QCoro::Task<Verdict> softwareUpdates(bool selected);
@@ -75,9 +91,11 @@ private:
     Verdict unreadableTimeMachine(bool selected);
 
     const SystemReadings& m_readings;
+    Clock& m_clock;
     PerformanceSettings m_settings;
     UnselectedTweaks m_unselected;
-    Reading<PowerSettings> m_power;
+    Context m_context;
+    CurrentSettings m_current;
     bool m_isAnswered = true; ///< all that the row at hand needs
     bool m_lacksFullDiskAccess = false;
 };

@@ -2,7 +2,7 @@
 #include "fakes/ScriptedLoginItems.h"
 
 #include "core/UserDefaultKeys.h"
-#include "readings/ValueTests.h"
+#include "tweaks/ValueTests.h"
 
 #include <random>
 

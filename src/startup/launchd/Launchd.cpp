@@ -268,6 +268,26 @@ QList<LaunchdService> Launchd::recordedOverrides() const {
     return overridable(servicesOf(readableRecord(host())));
 }
 
+bool Launchd::hasRecorded(const LaunchdService& service) const {
+    return servicesOf(readableRecord(host())).contains(service);
+}
+
+QCoro::Task<bool> Launchd::isStillDisabled(LaunchdService service) {
+    drop();
+    const LaunchdOverrides now = co_await overrides();
+    const QList<LaunchdService> lifted = knownNotDisabled(QList<LaunchdService>(1, service), now);
+    if (!lifted.isEmpty() && hasRecorded(service)) {
+        try {
+            OverrideRecord(host().files, host().machine).strike(lifted);
+        } catch (const FileError& error) {
+            log(kFailedRecord + error.message());
+        } catch (const DecodingError& error) {
+            log(kUnreadableRecord + error.message());
+        }
+    }
+    co_return now.isDisabled(service);
+}
+
 QCoro::Task<void> Launchd::liftUsersOverrides() {
     for (const LaunchdService& service : recordedOverrides()) {
         if (service.domain == LaunchdDomain::User) {

@@ -72,6 +72,11 @@ public:
     /// Those that the program has written and that haven't been lifted, of labels that it may override. None where the record
     /// can't be read.
     QList<LaunchdService> recordedOverrides() const;
+    /// True for one that the program has written, or was about to, and that hasn't been lifted; whatever its label.
+    bool hasRecorded(const LaunchdService& service) const;
+    /// Asks launchd anew, and takes the service out of the record where it isn't disabled any more.
+    /// @return true where launchd still has it as disabled
+    QCoro::Task<bool> isStillDisabled(LaunchdService service);
     /// Lifts the recorded overrides of the user's domain; before plists are loaded: launchd loads none that is disabled.
     QCoro::Task<void> liftUsersOverrides();
     /// The shell commands that lift the recorded ones of the system's domain as root.

@@ -1,4 +1,4 @@
-#include "readings/ValueTests.h"
+#include "tweaks/ValueTests.h"
 
 #include <QStringList>
 

@@ -1,0 +1,193 @@
+#include "snapshots/OwnSettings.h"
+
+#include "core/UserDefaultKeys.h"
+#include "platform/Host.h"
+#include "platform/UserDefaults.h"
+#include "snapshots/MasterSystemBaselineManager.h"
+#include "snapshots/RestoreBaseline.h"
+#include "snapshots/SnapshotManager.h"
+#include "tweaks/TweakCatalogue.h"
+#include "tweaks/ValueTests.h"
+
+#include <algorithm>
+
+namespace quorvane {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+using Settings = PerformanceSettings;
+
+TweakComparison comparedPreferences(bool PerformanceSettings::*tweak, const CurrentSettings& current,
+                                    const std::optional<SystemSnapshot>& captured, ComparedPreferences which) {
+    TweakComparison comparison;
+    comparison.isStandard = true;
+    comparison.isCapturedStandard = true;
+    for (const SnapshotPreference& preference : snapshotPreferences()) {
+        const CurrentPreference& now = current.of(preference);
+        if (preference.tweak != tweak || now.isManaged ||
+            (which == ComparedPreferences::Deciding && !preference.decides)) {
+            continue;
+        }
+        const bool isStandardNow = now.reading.isAnswered && isStandard(preference, now.reading.value);
+        comparison.isStandard = comparison.isStandard && isStandardNow;
+        const std::optional<CapturedValue> own = captured ? preference.in(*captured) : std::nullopt;
+        if (captured) {
+            const bool isOwn =
+                own ? now.reading.isAnswered && meansTheSame(now.reading.value, own->value) : isStandardNow;
+            comparison.isAsCaptured = comparison.isAsCaptured.value_or(true) && isOwn;
+            comparison.isCapturedStandard =
+                comparison.isCapturedStandard && (!own || isStandard(preference, own->value));
+        }
+    }
+    return comparison;
+}
+
+bool isAnythingOfSleepCaptured(const SystemSnapshot& captured) {
+    return captured.pmsetStandby || captured.pmsetDisksleep || captured.pmsetSleep;
+}
+
+QList<PowerSource> capturedSources(const SystemSnapshot& captured) {
+    if (!captured.powerBySource) {
+        return {{{}, {captured.pmsetStandby, captured.pmsetDisksleep, captured.pmsetSleep, captured.pmsetSms}}};
+    }
+    QList<PowerSource> sources;
+    for (auto source = captured.powerBySource->begin(); source != captured.powerBySource->end(); ++source) {
+        sources.append({source.key(), source.value()});
+    }
+    return sources;
+}
+
+TweakComparison comparedSleep(const CurrentSettings& current, const std::optional<SystemSnapshot>& captured) {
+    TweakComparison comparison;
+    comparison.isStandard = current.power.value && !isKeptAwake(*current.power.value);
+    if (captured && isAnythingOfSleepCaptured(*captured)) {
+        comparison.isAsCaptured = current.power.value && isPowerAsCaptured(*captured, *current.power.value);
+        comparison.isCapturedStandard = !isKeptAwake(capturedSources(*captured));
+    }
+    return comparison;
+}
+
+TweakComparison comparedMotionSensor(const CurrentSettings& current, const std::optional<SystemSnapshot>& captured) {
+    TweakComparison comparison;
+    const PowerSettings now = firstListed(current.power.value.value_or(QList<PowerSource>()));
+    comparison.isOnThisMac = !current.power.value || now.sms;
+    comparison.isStandard = now.sms == u"1";
+    if (captured && captured->pmsetSms) {
+        comparison.isAsCaptured = now.sms == captured->pmsetSms;
+        comparison.isCapturedStandard = captured->pmsetSms == u"1";
+    }
+    return comparison;
+}
+
+TweakComparison comparedIndexing(const CurrentSettings& current, const std::optional<SystemSnapshot>& captured) {
+    TweakComparison comparison;
+    const QList<IndexedVolume> now = current.indexing.value.value_or(QList<IndexedVolume>());
+    const std::optional<bool> areFilesIndexed = indexesFiles(now);
+    comparison.isStandard = areFilesIndexed == true;
+    if (captured && captured->spotlightIndexingEnabled) {
+        comparison.isAsCaptured = areFilesIndexed == captured->spotlightIndexingEnabled;
+        comparison.isCapturedStandard = *captured->spotlightIndexingEnabled;
+    }
+    if (captured && captured->spotlightByVolume) {
+        comparison.isAsCaptured = !now.isEmpty() && volumesToBringBack(*captured->spotlightByVolume, now).isEmpty();
+        comparison.isCapturedStandard = captured->spotlightIndexingEnabled.value_or(true);
+    }
+    return comparison;
+}
+
+TweakComparison comparedBackups(const CurrentSettings& current, const std::optional<SystemSnapshot>& captured) {
+    TweakComparison comparison;
+    const std::optional<TimeMachineState> now = current.timeMachine.value;
+    comparison.isOnThisMac = now != TimeMachineState::NotSetUp;
+    comparison.isStandard = now == TimeMachineState::On;
+    if (captured && captured->timeMachineEnabled) {
+        comparison.isAsCaptured = automaticBackups(now) == captured->timeMachineEnabled;
+        comparison.isCapturedStandard = *captured->timeMachineEnabled;
+    }
+    return comparison;
+}
+
+} // namespace
+
+bool OwnSettings::hasChanged(bool PerformanceSettings::*tweak) const {
+    return changedTweaks.contains(tweakOf(tweak).key);
+}
+
+OwnSettings readOwnSettings(const Host& host) {
+    const std::optional<SystemSnapshot> local = SnapshotManager(host.files, host.machine).load();
+    const std::optional<MasterSystemBaseline> atHome = ownBaselineAtHome(host.files, host.machine);
+    const std::optional<LatestBaseline> master = atHome ? std::optional(LatestBaseline{*atHome}) : std::nullopt;
+    const std::optional<RestoreBaseline> chosen = chosenRestoreBaseline(local, master);
+    const QStringList changed = host.defaults.stringArray(kQuorvaneChangedTweaks);
+    OwnSettings own{chosen ? std::optional(chosen->snapshot) : std::nullopt, {changed.begin(), changed.end()}};
+    if (host.defaults.boolean(kQuorvaneSwitchedBackupsOff)) {
+        own.changedTweaks.insert(tweakOf(&Settings::timeMachine).key);
+    }
+    return own;
+}
+
+TweakComparison compared(bool PerformanceSettings::*tweak, const CurrentSettings& current, const OwnSettings& own,
+                         ComparedPreferences which) {
+    if (tweak == &Settings::usbPower) {
+        return comparedSleep(current, own.captured);
+    }
+    if (tweak == &Settings::sms) {
+        return comparedMotionSensor(current, own.captured);
+    }
+    if (tweak == &Settings::spotlight) {
+        return comparedIndexing(current, own.captured);
+    }
+    if (tweak == &Settings::timeMachine) {
+        return comparedBackups(current, own.captured);
+    }
+    return comparedPreferences(tweak, current, own.captured, which);
+}
+
+AppRestoration appRestoration(const CurrentSettings& current, const OwnSettings& own) {
+    const CurrentPreference& savesState = current.of(preference::kLogoutState);
+    const CurrentPreference& relaunchesApps = current.of(preference::kLoginRelaunch);
+    AppRestoration found;
+    found.isAnswered = savesState.reading.isAnswered && relaunchesApps.reading.isAnswered;
+    found.isManaged = savesState.isManaged || relaunchesApps.isManaged;
+    found.isOff = isOffValue(savesState.reading.value) && isOffValue(relaunchesApps.reading.value);
+    if (own.captured) {
+        found.wasOff =
+            isOffValue(own.captured->talLogoutSavesState) && isOffValue(own.captured->loginwindowLaunchesRelaunchApps);
+    }
+    return found;
+}
+
+bool isPowerAsCaptured(const SystemSnapshot& captured, const QList<PowerSource>& now) {
+    const auto isAsCaptured = [](const PowerSettings& own, const PowerSettings& found) {
+        const auto isSame = [](const std::optional<QString>& value, const std::optional<QString>& other) {
+            return !value || value == other;
+        };
+        return isSame(own.standby, found.standby) && isSame(own.disksleep, found.disksleep) &&
+               isSame(own.sleep, found.sleep);
+    };
+    if (!captured.powerBySource) {
+        return isAsCaptured(capturedSources(captured).first().settings, firstListed(now));
+    }
+    return std::all_of(now.begin(), now.end(), [&](const PowerSource& source) {
+        const auto own = captured.powerBySource->constFind(source.name);
+        return own == captured.powerBySource->cend() || isAsCaptured(*own, source.settings);
+    });
+}
+
+QList<IndexedVolume> volumesToBringBack(const QMap<QString, QString>& captured, const QList<IndexedVolume>& now) {
+    QList<IndexedVolume> volumes;
+    for (const IndexedVolume& volume : now) {
+        const auto own = captured.constFind(volume.path);
+        const bool hasComeSince = own == captured.cend();
+        const Indexing wanted = hasComeSince ? Indexing::On : indexingNamed(*own);
+        const bool isOff = volume.indexing == Indexing::Off || volume.indexing == Indexing::SearchOff;
+        if (hasComeSince ? isOff : wanted != Indexing::Unknown && wanted != volume.indexing) {
+            volumes.append({volume.path, wanted});
+        }
+    }
+    return volumes;
+}
+
+} // namespace quorvane
