@@ -83,7 +83,10 @@ QCoro::Task<ApplyVerificationResult> SystemVerification::profile(UnifiedProfile 
 QCoro::Task<ApplyVerificationResult> SystemVerification::tweaks(PerformanceSettings settings,
                                                                 UnselectedTweaks unselected, CleanReboot cleanReboot,
                                                                 AfterOrder after) {
-    TweakVerification::Context context{readOwnSettings(host()), co_await isNotificationCenterOff(), after};
+    TweakVerification::Context context;
+    context.own = readOwnSettings(host());
+    context.isNotificationCenterOff = co_await isNotificationCenterOff();
+    context.after = after;
     TweakVerification tweaks(m_readings, host().clock, settings, unselected, context);
     ApplyVerificationResult result = co_await tweaks.run();
     ApplyVerificationResult clean;

@@ -61,7 +61,8 @@ QList<PowerSource> capturedSources(const SystemSnapshot& captured) {
 
 TweakComparison comparedSleep(const CurrentSettings& current, const std::optional<SystemSnapshot>& captured) {
     TweakComparison comparison;
-    comparison.isStandard = current.power.value && !isKeptAwake(*current.power.value);
+    comparison.isStandard =
+        current.power.isAnswered && !isKeptAwake(current.power.value.value_or(QList<PowerSource>()));
     if (captured && isAnythingOfSleepCaptured(*captured)) {
         comparison.isAsCaptured = current.power.value && isPowerAsCaptured(*captured, *current.power.value);
         comparison.isCapturedStandard = !isKeptAwake(capturedSources(*captured));

@@ -16,7 +16,12 @@ QCoro::Task<Reading<QString>> SystemManager::readDefaultValue(QString domain, QS
 
 QCoro::Task<Reading<PowerSettings>> SystemManager::readPowerSettings() {
     const Reading<QList<PowerSource>> sources = co_await m_verification->readings().readPowerSources();
-    co_return {sources.value ? std::optional(firstListed(*sources.value)) : std::nullopt, sources.isAnswered};
+    Reading<PowerSettings> reading;
+    reading.isAnswered = sources.isAnswered;
+    if (sources.value) {
+        reading.value = firstListed(*sources.value);
+    }
+    co_return reading;
 }
 
 QCoro::Task<Reading<TimeMachineState>> SystemManager::readTimeMachineState() {
@@ -25,7 +30,12 @@ QCoro::Task<Reading<TimeMachineState>> SystemManager::readTimeMachineState() {
 
 QCoro::Task<Reading<bool>> SystemManager::readSpotlightState() {
     const Reading<QList<IndexedVolume>> volumes = co_await m_verification->readings().readIndexing();
-    co_return {volumes.value ? indexesFiles(*volumes.value) : std::nullopt, volumes.isAnswered};
+    Reading<bool> reading;
+    reading.isAnswered = volumes.isAnswered;
+    if (volumes.value) {
+        reading.value = indexesFiles(*volumes.value);
+    }
+    co_return reading;
 }
 
 QCoro::Task<QList<NetworkServiceState>> SystemManager::readNetworkServices() {

@@ -21,7 +21,8 @@ QCoro::Task<bool> SystemManager::applyPerformanceTweaks(PerformanceSettings sett
     }
     beginAdminBatch();
     if (selectedTweakCount(settings) > 0) {
-        noteChangedTweaks(settings, co_await lookAtTweaks(std::nullopt));
+        const CurrentSettings current = co_await lookAtTweaks(std::nullopt);
+        noteChangedTweaks(settings, current);
     }
     co_await runStepsOfNotificationCenter(applySteps(settings, notificationCenterPreferences(), mayChange()));
     const QStringList systemCommands =

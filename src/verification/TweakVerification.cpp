@@ -195,7 +195,7 @@ QCoro::Task<TweakVerification::Verdict> TweakVerification::motionSensor(bool sel
     co_return found;
 }
 
-/// After an order once more, and again while macOS is at it.
+/// After an order again while macOS is at it, else once more where what nobody chose isn't on.
 QCoro::Task<void> TweakVerification::readIndexing(bool selected) {
     m_current.indexing = co_await m_readings.readIndexing();
     const auto isAsOrdered = [this, selected] {
@@ -205,8 +205,14 @@ QCoro::Task<void> TweakVerification::readIndexing(bool selected) {
                                       : comparison.isAsItWas() || isUsersToDecide(&Settings::spotlight, comparison);
         return isThere && !isChanging(m_current.indexing.value.value_or(QList<IndexedVolume>()));
     };
-    const int further = m_context.after == AfterOrder::Yes ? kFurtherLooks : 0;
-    for (int look = 0; look < further && m_current.indexing.isAnswered && !isAsOrdered(); ++look) {
+    if (m_context.after == AfterOrder::No) {
+        const QList<IndexedVolume> volumes = m_current.indexing.value.value_or(QList<IndexedVolume>());
+        if (!selected && m_current.indexing.isAnswered && indexesFiles(volumes) != true) {
+            m_current.indexing = co_await m_readings.readIndexing();
+        }
+        co_return;
+    }
+    for (int look = 0; look < kFurtherLooks && m_current.indexing.isAnswered && !isAsOrdered(); ++look) {
         co_await m_clock.sleepFor(kBetweenLooks);
         m_current.indexing = co_await m_readings.readIndexing();
     }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QByteArray>
+#include <QRegularExpression>
 #include <QString>
 #include <QStringList>
 
@@ -16,13 +18,20 @@ inline const QString kLiveAppNap = u"/usr/bin/defaults read com.ableton.live NSA
 inline const QString kUpdateDownload = u"/usr/bin/defaults read com.apple.SoftwareUpdate AutomaticDownload"_s;
 inline const QString kUpdateCheck = u"/usr/bin/defaults read com.apple.SoftwareUpdate AutomaticCheckEnabled"_s;
 inline const QString kStoreUpdate = u"/usr/bin/defaults read com.apple.commerce AutoUpdate"_s;
+inline const QString kSystemUpdateDownload =
+    u"/usr/bin/defaults read /Library/Preferences/com.apple.SoftwareUpdate AutomaticDownload"_s;
+inline const QString kSystemUpdateInstall =
+    u"/usr/bin/defaults read /Library/Preferences/com.apple.SoftwareUpdate AutomaticallyInstallMacOSUpdates"_s;
+inline const QString kSystemStoreUpdate =
+    u"/usr/bin/defaults read /Library/Preferences/com.apple.commerce AutoUpdate"_s;
 inline const QString kDoNotDisturb =
     u"/usr/bin/defaults -currentHost read "
     "/Users/alex/Library/Preferences/ByHost/com.apple.notificationcenterui doNotDisturb"_s;
 inline const QString kSiri = u"/usr/bin/defaults read com.apple.Siri Status"_s;
 inline const QString kAssistant = u"/usr/bin/defaults read com.apple.assistant.support \"Assistant Enabled\""_s;
 inline const QString kCrashReporter = u"/usr/bin/defaults read com.apple.CrashReporter DialogType"_s;
-inline const QString kSounds = u"/usr/bin/defaults read com.apple.systemsound com.apple.sound.uiaudio.enabled"_s;
+inline const QString kOldSounds = u"/usr/bin/defaults read com.apple.systemsound com.apple.sound.uiaudio.enabled"_s;
+inline const QString kSounds = u"/usr/bin/defaults read NSGlobalDomain com.apple.sound.uiaudio.enabled"_s;
 inline const QString kAirDrop = u"/usr/bin/defaults read com.apple.NetworkBrowser DisableAirDrop"_s;
 inline const QString kLogoutState = u"/usr/bin/defaults read com.apple.loginwindow TALLogoutSavesState"_s;
 inline const QString kLoginRelaunch = u"/usr/bin/defaults read com.apple.loginwindow LoginwindowLaunchesRelaunchApps"_s;
@@ -30,11 +39,45 @@ inline const QString kKeptWindows = u"/usr/bin/defaults read NSGlobalDomain NSQu
 inline const QString kTimeMachine = u"/usr/bin/defaults read /Library/Preferences/com.apple.TimeMachine AutoBackup"_s;
 inline const QString kBackupDestination = u"/usr/bin/tmutil destinationinfo"_s;
 inline const QString kBackupStatus = u"/usr/bin/tmutil status"_s;
-inline const QString kSpotlight = u"/usr/bin/mdutil -s /"_s;
+inline const QString kSpotlight = u"/usr/bin/mdutil -s / /System/Volumes/Data"_s;
+inline const QString kSpotlightOfAll = u"/usr/bin/mdutil -a -s"_s;
+/// Both volumes of the system in one state: "Indexing enabled. "
+inline QByteArray indexing(const QByteArray& state) {
+    return "/:\n\t" + state + "\n/System/Volumes/Data:\n\t" + state + '\n';
+}
 
-/// What the check of a profile reads that leaves the tweaks off; interface sounds may be on or off.
-inline const QStringList kTweaksOff{kPower,         kAppNap, kUpdateDownload, kDoNotDisturb, kAssistant,
-                                    kCrashReporter, kSounds, kAirDrop,        kSpotlight,    kTimeMachine};
+/// Every preference that a tweak changes, in the order in which they are read.
+inline const QStringList kPreferences{kAppNap,
+                                      kLiveAppNap,
+                                      kUpdateDownload,
+                                      kUpdateCheck,
+                                      kStoreUpdate,
+                                      kSystemUpdateDownload,
+                                      kSystemUpdateInstall,
+                                      kSystemStoreUpdate,
+                                      kDoNotDisturb,
+                                      kSiri,
+                                      kAssistant,
+                                      kCrashReporter,
+                                      kOldSounds,
+                                      kSounds,
+                                      kAirDrop,
+                                      kLogoutState,
+                                      kLoginRelaunch,
+                                      kKeptWindows};
+/// What the check of the tweaks reads, but for a running backup.
+inline const QStringList kTweaksOff{kPower,
+                                    kAppNap,
+                                    kSystemUpdateDownload,
+                                    kSystemUpdateInstall,
+                                    kSystemStoreUpdate,
+                                    kDoNotDisturb,
+                                    kAssistant,
+                                    kCrashReporter,
+                                    kSounds,
+                                    kAirDrop,
+                                    kSpotlight,
+                                    kTimeMachine};
 /// Whether applications reopen after a restart.
 inline const QStringList kAppRestoration{kLogoutState, kLoginRelaunch};
 /// Whether windows do, too.
@@ -50,5 +93,16 @@ inline QString traced(const QStringList& lines) {
 }
 
 } // namespace reading
+
+/// The line of a trace for a look at all that tweaks change.
+inline const QString kLookAtTweaks = u"? tweaks\n"_s;
+/// With each such look as one line.
+inline QString withLooksAtTweaks(QString trace) {
+    static const QRegularExpression look(
+        QRegularExpression::escape(reading::traced(QStringList(reading::kPower) + reading::kPreferences)) +
+        u"\\$> /usr/bin/mdutil (-a -s|-s / /System/Volumes/Data)\\n"_s +
+        u"(\\$> /usr/bin/defaults read \\S*TimeMachine AutoBackup\\n)?(\\$> /usr/bin/tmutil destinationinfo\\n)?"_s);
+    return trace.replace(look, kLookAtTweaks);
+}
 
 } // namespace quorvane

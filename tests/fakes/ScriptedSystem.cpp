@@ -1,6 +1,8 @@
 #include "fakes/ScriptedSystem.h"
 
+#include "core/UserDefaultKeys.h"
 #include "fakes/ReadingLines.h"
+#include "tweaks/TweakCatalogue.h"
 
 namespace quorvane {
 
@@ -110,6 +112,16 @@ QString FixedMachine::dateAndTimeText(const QDateTime& moment) const {
 }
 
 ScriptedSystem::ScriptedSystem() {
+    QStringList tweaks;
+    for (const Tweak& tweak : tweakCatalogue()) {
+        tweaks.append(tweak.key);
+    }
+    tweaks.sort();
+    noteChangedTweaks(tweaks);
+    for (const QString& line : {reading::kSystemUpdateDownload, reading::kSystemUpdateInstall,
+                                reading::kSystemStoreUpdate, reading::kSounds}) {
+        commands.fail(line, 1);
+    }
     files.addFile(kTimeMachineSettings, "settings");
     setAutomaticBackups(false);
     setBackupDestination(true);
@@ -140,7 +152,11 @@ void ScriptedSystem::makeBackupsUnreadable() {
 }
 
 QString ScriptedSystem::takeTrace() {
-    return withLooksAtLaunchd(std::exchange(trace, {}).join(u'\n') + u'\n');
+    return withLooksAtTweaks(withLooksAtLaunchd(std::exchange(trace, {}).join(u'\n') + u'\n'));
+}
+
+void ScriptedSystem::noteChangedTweaks(const QStringList& keys) {
+    defaults.setStringArray(kQuorvaneChangedTweaks, keys);
 }
 
 QByteArray ScriptedSystem::wholeDump(const QByteArray& printed) {

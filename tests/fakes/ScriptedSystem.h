@@ -118,7 +118,8 @@ public:
 };
 
 /// A SystemManager over scripted ports. `trace` holds commands, scripts and log lines in the order in which they came.
-/// Automatic backups are off, and that may be read.
+/// Automatic backups are off, and that may be read. Of all tweaks it is noted that the program has changed them; of the system's own
+/// switches and the interface sounds no key is set, and every other preference is an empty text.
 class ScriptedSystem : public ::testing::Test {
 public:
     ~ScriptedSystem() override;
@@ -126,13 +127,17 @@ public:
 protected:
     ScriptedSystem();
 
-    /// What was logged, run and asked since the last call, one per line.
+    /// What was logged, run and asked since the last call, one per line. Each look at launchd, and at all that tweaks change, is one
+    /// line.
     QString takeTrace();
     Host hostWith(FileManager& disk, Clock& time);
     /// What root's line leaves of a background task list that is whole.
     static QByteArray wholeDump(const QByteArray& printed);
     /// The program knows this list already.
     void takeDump(const QByteArray& printed);
+
+    /// Which tweaks the program has put in force, by their keys.
+    void noteChangedTweaks(const QStringList& keys);
 
     inline static const QString kTimeMachineSettings = u"/Library/Preferences/com.apple.TimeMachine.plist"_s;
     void setAutomaticBackups(bool areOn);

@@ -54,32 +54,43 @@ QSet<QString> rowNames(const ApplyVerificationResult& result) {
 class EveryTweak : public ScriptedStartup {
 protected:
     EveryTweak() {
-        commands.respond = [respond = commands.respond](const QStringList& arguments) {
+        commands.respond = [this, respond = commands.respond](const QStringList& arguments) {
             const bool isReading = arguments.first() == u"/usr/bin/defaults" && arguments.contains(u"read"_s);
+            const bool isSystems = isReading && arguments.at(2).startsWith(u"/Library/Preferences/com.apple.S"_s);
+            if (isSystems || (isReading && arguments.at(2) == u"/Library/Preferences/com.apple.commerce")) {
+                return std::optional(ScriptedCommandLauncher::succeeded(systemsSwitch));
+            }
             return isReading ? std::optional(ScriptedCommandLauncher::succeeded("1\n")) : respond(arguments);
         };
         commands.print(reading::kPower, "standby 0\n disksleep 0\n sleep 0\n sms 0\n");
-        commands.print(reading::kSpotlight, "Indexing disabled.\n");
+        commands.print(reading::kSpotlight, reading::indexing("Indexing disabled."));
+        commands.print(reading::kSpotlightOfAll, reading::indexing("Indexing disabled."));
     }
 
-    /// The commands since the last call that changed preferences.
-    QStringList takePreferenceCommands() {
+    /// The commands since the last call that changed something, the user's and root's.
+    QStringList takeChanges() {
         QStringList lines;
-        for (const QString& line : std::exchange(trace, {}).filter(u"$ /usr/bin/defaults "_s)) {
-            lines.append(line.mid(2));
+        for (const QString& line : std::exchange(trace, {})) {
+            if (line.startsWith(u"$ /usr/bin/defaults "_s)) {
+                lines.append(line.mid(2));
+            } else if (line.startsWith(u"& do shell script "_s)) {
+                lines += line.section(u'"', 1, 1).remove(u" || true"_s).split(u" ; "_s);
+            }
         }
         return lines;
     }
     QStringList synced(const PerformanceSettings& settings) {
         QCoro::waitFor(system.syncPerformanceTweaks(settings, Verify::No));
-        return takePreferenceCommands() + syncSystemCommands(settings);
+        return takeChanges();
     }
     QStringList applied(const PerformanceSettings& settings) {
         QCoro::waitFor(system.applyPerformanceTweaks(settings));
-        QStringList lines = takePreferenceCommands() + applySystemCommands(settings);
+        QStringList lines = takeChanges();
         lines.removeIf([](const QString& line) { return line.contains(u"dnd_prefs"_s); }); // nothing puts that back
         return lines;
     }
+    QByteArray systemsSwitch = "0\n"; ///< what each of the system's own preferences is
+
     QSet<QString> rows(const PerformanceSettings& settings, Unselected unselected) {
         return rowNames(QCoro::waitFor(system.verifyAppliedSettings(settings, unselected)));
     }
@@ -109,7 +120,7 @@ TEST_F(EveryTweak, isSwitchedBothWaysWithAllOthers) {
 
 TEST_F(EveryTweak, isPutBackToStandardDefaults) {
     QCoro::waitFor(system.undoPerformanceTweaks());
-    const QSet<QString> undone = settingsOf(takePreferenceCommands() + undoSystemCommands());
+    const QSet<QString> undone = settingsOf(takeChanges());
     for (const Tweak& tweak : tweakCatalogue()) {
         EXPECT_EQ(settingsOf(applied(only(tweak))) - undone, QSet<QString>()) << tweak.key.toStdString();
     }
@@ -119,8 +130,10 @@ TEST_F(EveryTweak, isKeptInASnapshotAndBroughtBack) {
     ASSERT_TRUE(QCoro::waitFor(system.captureSystemSnapshot({}, SystemManager::MasterArchive::No)).isSaved);
     const std::optional<SystemSnapshot> snapshot = SnapshotManager(files, machine).load();
     ASSERT_TRUE(snapshot);
+    systemsSwitch = "1\n";
+    commands.print(reading::kSpotlightOfAll, reading::indexing("Indexing enabled. "));
     QCoro::waitFor(system.restoreFromSnapshot(*snapshot));
-    const QStringList restoring = takePreferenceCommands() + restoreSystemCommands(*snapshot);
+    const QStringList restoring = takeChanges();
     EXPECT_EQ(restoring.filter(u" delete "_s), QStringList()) << "a value that was read and not kept";
     for (const Tweak& tweak : tweakCatalogue()) {
         EXPECT_EQ(settingsOf(applied(only(tweak))) - settingsOf(restoring), QSet<QString>()) << tweak.key.toStdString();

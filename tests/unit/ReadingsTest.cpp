@@ -70,7 +70,7 @@ TEST_F(Readings, aPreferenceThatCannotBeReadIsNone) {
 
 TEST_F(Readings, aToolThatDoesNotAnswerIsToldApartFromAMissingValue) {
     const QStringList lines{kRead, u"/usr/bin/pmset -g custom"_s, reading::kTimeMachine, reading::kBackupDestination,
-                            u"/usr/bin/mdutil -s /"_s};
+                            reading::kSpotlight};
     const auto answered = [this] {
         return QList<bool>{QCoro::waitFor(system.readDefaultValue(u"com.example.app"_s, u"key"_s)).isAnswered,
                            QCoro::waitFor(system.readPowerSettings()).isAnswered,
@@ -192,11 +192,11 @@ TEST_F(Readings, theNoteThatBackupsWereSwitchedOffEndsWhenTheyAreSeenOn) {
 
 TEST_F(Readings, spotlightIsOnWhereIndexingIsEnabledInAnyCase) {
     for (const char* output : {"/:\n\tIndexing enabled. \n", "/:\n\tINDEXING ENABLED.\n", "indexing enabled"}) {
-        commands.print(u"/usr/bin/mdutil -s /"_s, output);
+        commands.print(reading::kSpotlight, output);
         EXPECT_EQ(spotlight(), true) << output;
     }
     for (const char* output : {"/:\n\tIndexing disabled.\n", "/:\n\tIndexing and searching disabled.\n"}) {
-        commands.print(u"/usr/bin/mdutil -s /"_s, output);
+        commands.print(reading::kSpotlight, output);
         EXPECT_EQ(spotlight(), false) << output;
     }
     EXPECT_EQ(trace.first(), u"$> /usr/bin/mdutil -s /"_s);
@@ -208,13 +208,13 @@ TEST_F(Readings, spotlightIsUnknownWhereItIsNeitherEnabledNorDisabled) {
           "/:\n\tError: unexpected indexing state.  kMDConfigSearchLevelTransitioning\n",
           "Spotlight server is disabled.\n", "Error: invalid path `/'.\n", "/Volumes/Indexing enabled:\n\tNo index.\n",
           ""}) {
-        commands.print(u"/usr/bin/mdutil -s /"_s, output);
+        commands.print(reading::kSpotlight, output);
         EXPECT_EQ(spotlight(), std::nullopt) << output;
     }
 }
 
 TEST_F(Readings, spotlightThatCannotBeReadIsNone) {
-    commands.answer(u"/usr/bin/mdutil -s /"_s, failedWith("/:\n\tIndexing enabled. \n"));
+    commands.answer(reading::kSpotlight, failedWith("/:\n\tIndexing enabled. \n"));
     EXPECT_EQ(spotlight(), std::nullopt);
 }
 

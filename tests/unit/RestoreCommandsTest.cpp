@@ -77,10 +77,10 @@ TEST(RestoreCommands, restoreEveryPreferenceInItsStep) {
     SystemSnapshot snapshot;
     int number = 0;
     for (const SnapshotPreference& preference : snapshotPreferences()) {
-        snapshot.*preference.value = u"v%1"_s.arg(++number);
+        preference.put(u"v%1"_s.arg(++number), snapshot);
     }
     QStringList lines;
-    for (const TweakStep& step : restoreSteps(snapshot, kNotificationCenter)) {
+    for (const TweakStep& step : restoreSteps(snapshot, CurrentSettings(), kNotificationCenter)) {
         for (const QStringList& command : step.commands) {
             lines.append(commandLine(command));
         }
@@ -95,56 +95,163 @@ TEST(RestoreCommands, restoreEveryPreferenceInItsStep) {
               "/usr/bin/defaults write com.apple.commerce AutoUpdate -string v5\n"
               "  [RESTORED] Software update settings.\n"
               "/usr/bin/defaults -currentHost write "
-              "/Users/alex/Library/Preferences/ByHost/com.apple.notificationcenterui doNotDisturb -string v6\n"
+              "/Users/alex/Library/Preferences/ByHost/com.apple.notificationcenterui doNotDisturb -string v9\n"
               "/bin/launchctl load -w /System/Library/LaunchAgents/com.apple.notificationcenterui.plist\n"
               "/usr/bin/open -a NotificationCenter\n"
               "  [RESTORED] Notification settings.\n"
-              "/usr/bin/defaults write com.apple.Siri Status -string v7\n"
-              "/usr/bin/defaults write com.apple.assistant.support \"Assistant Enabled\" -string v8\n"
+              "/usr/bin/defaults write com.apple.Siri Status -string v10\n"
+              "/usr/bin/defaults write com.apple.assistant.support \"Assistant Enabled\" -string v11\n"
               "  [RESTORED] Siri settings.\n"
-              "/usr/bin/defaults write com.apple.CrashReporter DialogType -string v9\n"
+              "/usr/bin/defaults write com.apple.CrashReporter DialogType -string v12\n"
               "  [RESTORED] Crash Reporter settings.\n"
-              "/usr/bin/defaults write com.apple.systemsound com.apple.sound.uiaudio.enabled -string v10\n"
+              "/usr/bin/defaults write com.apple.systemsound com.apple.sound.uiaudio.enabled -string v13\n"
+              "/usr/bin/defaults write NSGlobalDomain com.apple.sound.uiaudio.enabled -string v14\n"
               "  [RESTORED] UI sound settings.\n"
-              "/usr/bin/defaults write com.apple.NetworkBrowser DisableAirDrop -string v11\n"
+              "/usr/bin/defaults write com.apple.NetworkBrowser DisableAirDrop -string v15\n"
               "  [RESTORED] AirDrop settings.\n"
-              "/usr/bin/defaults write com.apple.loginwindow TALLogoutSavesState -string v12\n"
-              "/usr/bin/defaults write com.apple.loginwindow LoginwindowLaunchesRelaunchApps -string v13\n"
-              "/usr/bin/defaults write NSGlobalDomain NSQuitAlwaysKeepsWindows -string v14\n"
+              "/usr/bin/defaults write com.apple.loginwindow TALLogoutSavesState -string v16\n"
+              "/usr/bin/defaults write com.apple.loginwindow LoginwindowLaunchesRelaunchApps -string v17\n"
+              "/usr/bin/defaults write NSGlobalDomain NSQuitAlwaysKeepsWindows -string v18\n"
               "  [RESTORED] Login and reboot settings."_s);
 }
 
 TEST(RestoreCommands, asRootPutBackWhatIsKnown) {
     SystemSnapshot snapshot = powerSnapshot(u"1"_s, u"10"_s, u"5"_s);
-    EXPECT_EQ(restoreSystemCommands(snapshot), QStringList(u"pmset -a standby 1 disksleep 10 sleep 5"_s));
+    EXPECT_EQ(restoreSystemCommands(snapshot, CurrentSettings()),
+              QStringList(u"pmset -a standby 1 disksleep 10 sleep 5"_s));
     snapshot.pmsetSms = u"0"_s;
     snapshot.spotlightIndexingEnabled = true;
     snapshot.timeMachineEnabled = false;
-    EXPECT_EQ(restoreSystemCommands(snapshot),
+    EXPECT_EQ(restoreSystemCommands(snapshot, CurrentSettings()),
               (QStringList{u"pmset -a standby 1 disksleep 10 sleep 5"_s, u"pmset -a sms 0"_s, u"mdutil -a -i on"_s,
                            u"tmutil disable"_s}));
     snapshot.spotlightIndexingEnabled = false;
     snapshot.timeMachineEnabled = true;
-    EXPECT_EQ(restoreSystemCommands(snapshot).mid(2), (QStringList{u"mdutil -a -i off"_s, u"tmutil enable"_s}));
-    EXPECT_EQ(restoreSystemCommands(SystemSnapshot()), QStringList());
+    EXPECT_EQ(restoreSystemCommands(snapshot, CurrentSettings()).mid(2),
+              (QStringList{u"mdutil -a -i off"_s, u"tmutil enable"_s}));
+    EXPECT_EQ(restoreSystemCommands(SystemSnapshot(), CurrentSettings()), QStringList());
 }
 
 TEST(RestoreCommands, restoreThoseOfTheSleepValuesThatWereCaptured) {
-    EXPECT_EQ(restoreSystemCommands(powerSnapshot({}, u"10"_s, u"5"_s)),
+    EXPECT_EQ(restoreSystemCommands(powerSnapshot({}, u"10"_s, u"5"_s), CurrentSettings()),
               QStringList(u"pmset -a disksleep 10 sleep 5"_s));
-    EXPECT_EQ(restoreSystemCommands(powerSnapshot(u"1"_s, {}, u"5"_s)), QStringList(u"pmset -a standby 1 sleep 5"_s));
-    EXPECT_EQ(restoreSystemCommands(powerSnapshot(u"1"_s, u"10"_s, {})),
+    EXPECT_EQ(restoreSystemCommands(powerSnapshot(u"1"_s, {}, u"5"_s), CurrentSettings()),
+              QStringList(u"pmset -a standby 1 sleep 5"_s));
+    EXPECT_EQ(restoreSystemCommands(powerSnapshot(u"1"_s, u"10"_s, {}), CurrentSettings()),
               QStringList(u"pmset -a standby 1 disksleep 10"_s));
-    EXPECT_EQ(restoreSystemCommands(powerSnapshot({}, {}, u"5"_s)), QStringList(u"pmset -a sleep 5"_s));
-    EXPECT_EQ(restoreSystemCommands(powerSnapshot({}, {}, {})), QStringList());
+    EXPECT_EQ(restoreSystemCommands(powerSnapshot({}, {}, u"5"_s), CurrentSettings()),
+              QStringList(u"pmset -a sleep 5"_s));
+    EXPECT_EQ(restoreSystemCommands(powerSnapshot({}, {}, {}), CurrentSettings()), QStringList());
 }
 
 TEST(RestoreCommands, quoteAPowerValueThatIsNoPlainWord) {
-    EXPECT_EQ(restoreSystemCommands(powerSnapshot(u"1; reboot"_s, u"it's"_s, u""_s)),
+    EXPECT_EQ(restoreSystemCommands(powerSnapshot(u"1; reboot"_s, u"it's"_s, u""_s), CurrentSettings()),
               QStringList(u"pmset -a standby '1; reboot' disksleep 'it'\\''s' sleep ''"_s));
     SystemSnapshot snapshot;
     snapshot.pmsetSms = u"$(reboot)"_s;
-    EXPECT_EQ(restoreSystemCommands(snapshot), QStringList(u"pmset -a sms '$(reboot)'"_s));
+    EXPECT_EQ(restoreSystemCommands(snapshot, CurrentSettings()), QStringList(u"pmset -a sms '$(reboot)'"_s));
+}
+
+// ---- What later versions have captured
+
+TEST(RestoreCommands, bringSleepBackByTheSourceOfPower) {
+    SystemSnapshot snapshot = powerSnapshot(u"1"_s, u"10"_s, u"5"_s);
+    snapshot.powerBySource =
+        QMap<QString, PowerSettings>{{u"AC Power"_s, {u"0"_s, u"10"_s, u"0"_s, std::nullopt}},
+                                     {u"Battery Power"_s, {u"1"_s, u"10"_s, u"5"_s, std::nullopt}}};
+    EXPECT_EQ(sleepCommandsBack(snapshot), (QStringList{u"pmset -c standby 0 disksleep 10 sleep 0"_s,
+                                                        u"pmset -b standby 1 disksleep 10 sleep 5"_s}));
+    snapshot.powerBySource->insert(u"AC Power"_s, (*snapshot.powerBySource)[u"Battery Power"_s]);
+    EXPECT_EQ(sleepCommandsBack(snapshot), QStringList(u"pmset -a standby 1 disksleep 10 sleep 5"_s));
+    snapshot.powerBySource = QMap<QString, PowerSettings>{{u"Solar Power"_s, {u"0"_s, {}, {}, {}}},
+                                                          {u"UPS Power"_s, {std::nullopt, {}, u"9; reboot"_s, {}}}};
+    EXPECT_EQ(sleepCommandsBack(snapshot), QStringList(u"pmset -u sleep '9; reboot'"_s));
+}
+
+TEST(RestoreCommands, bringEachVolumeBackThatIsNotAsItWas) {
+    SystemSnapshot snapshot;
+    snapshot.spotlightIndexingEnabled = true;
+    snapshot.spotlightByVolume = QMap<QString, QString>{{u"/"_s, u"on"_s},
+                                                        {u"/System/Volumes/Data"_s, u"on"_s},
+                                                        {u"/Volumes/Samples"_s, u"off"_s},
+                                                        {u"/Volumes/It's here"_s, u"search off"_s},
+                                                        {u"/Volumes/Gone"_s, u"off"_s},
+                                                        {u"/Volumes/Odd"_s, u"on the moon"_s}};
+    const QList<IndexedVolume> now{{u"/"_s, Indexing::Off},
+                                   {u"/System/Volumes/Data"_s, Indexing::On},
+                                   {u"/Volumes/Samples"_s, Indexing::Off},
+                                   {u"/Volumes/It's here"_s, Indexing::Off},
+                                   {u"/Volumes/Odd"_s, Indexing::Off},
+                                   {u"/Volumes/New"_s, Indexing::Off},
+                                   {u"/Volumes/Backup"_s, Indexing::On}};
+    EXPECT_EQ(indexingCommandsBack(snapshot, now),
+              (QStringList{u"mdutil -i on '/'"_s, u"mdutil -d '/Volumes/It'\\''s here'"_s,
+                           u"mdutil -i on '/Volumes/New'"_s}));
+    EXPECT_EQ(indexingCommandsBack(snapshot, {}), QStringList(u"mdutil -a -i on"_s)) << "nobody knows how they are";
+}
+
+namespace {
+
+CurrentSettings withSystemPreference(const MacPreference& preference, const std::optional<QString>& value) {
+    CurrentSettings current;
+    for (CurrentPreference& each : current.preferences) {
+        each.reading = Reading<QString>::answered(std::nullopt);
+    }
+    current.of(preference).reading = Reading<QString>::answered(value);
+    return current;
+}
+
+} // namespace
+
+TEST(RestoreCommands, bringTheSystemsSwitchesBackThatAreNotAsTheyWere) {
+    const QString write =
+        u"/usr/bin/defaults write /Library/Preferences/com.apple.SoftwareUpdate AutomaticDownload -bool "_s;
+    const QString remove =
+        u"/usr/bin/defaults delete /Library/Preferences/com.apple.SoftwareUpdate AutomaticDownload || true"_s;
+    const CurrentSettings off = withSystemPreference(preference::kSystemUpdateDownload, u"0"_s);
+    SystemSnapshot snapshot;
+    EXPECT_EQ(systemPreferenceCommandsBack(snapshot, off), QStringList(remove)) << "not captured";
+    EXPECT_EQ(systemPreferenceCommandsBack(std::nullopt, off), QStringList(remove));
+    snapshot.systemAutomaticDownload = CapturedValue{};
+    EXPECT_EQ(systemPreferenceCommandsBack(snapshot, off), QStringList(remove));
+    snapshot.systemAutomaticDownload = CapturedValue{u"1"_s};
+    EXPECT_EQ(systemPreferenceCommandsBack(snapshot, off), QStringList(write + u"YES"_s));
+    snapshot.systemAutomaticDownload = CapturedValue{u"NO"_s};
+    EXPECT_EQ(systemPreferenceCommandsBack(snapshot, off), QStringList());
+    EXPECT_EQ(systemPreferenceCommandsBack(snapshot, withSystemPreference(preference::kSystemUpdateDownload, u"1"_s)),
+              QStringList(write + u"NO"_s));
+    snapshot.systemAutomaticDownload = CapturedValue{u"$(reboot)"_s};
+    EXPECT_EQ(systemPreferenceCommandsBack(snapshot, off), QStringList(remove)) << "a text that is no switch";
+    EXPECT_EQ(systemPreferenceCommandsBack(std::nullopt, withSystemPreference(preference::kSystemUpdateDownload, {})),
+              QStringList());
+}
+
+TEST(RestoreCommands, leaveAloneWhatAnOrganizationHasSet) {
+    CurrentSettings current = withSystemPreference(preference::kSystemUpdateDownload, u"0"_s);
+    current.of(preference::kSystemUpdateDownload).isManaged = true;
+    current.of(preference::kAppSleep).isManaged = true;
+    EXPECT_EQ(systemPreferenceCommandsBack(std::nullopt, current), QStringList());
+    const TweakStep step = restoreStep(preferenceGroups()[0], SystemSnapshot(), current, kNotificationCenter);
+    EXPECT_EQ(step.commands, QList<QStringList>());
+    EXPECT_EQ(step.logLine, u"  [INFO] Set by your organization: App Nap"_s);
+}
+
+TEST(RestoreCommands, ofAnEarlierSnapshotDeleteInterfaceSoundsThatAreOff) {
+    const auto commandsOf = [](const std::optional<QString>& now) {
+        QStringList lines;
+        for (const QStringList& command :
+             restoreStep(preferenceGroups()[5], SystemSnapshot(),
+                         withSystemPreference(preference::kInterfaceSounds, now), kNotificationCenter)
+                 .commands) {
+            lines.append(commandLine(command));
+        }
+        return lines;
+    };
+    const QString old = u"/usr/bin/defaults delete com.apple.systemsound com.apple.sound.uiaudio.enabled"_s;
+    EXPECT_EQ(commandsOf(u"0"_s),
+              (QStringList{old, u"/usr/bin/defaults delete NSGlobalDomain com.apple.sound.uiaudio.enabled"_s}));
+    EXPECT_EQ(commandsOf(u"1"_s), QStringList(old));
+    EXPECT_EQ(commandsOf(std::nullopt), QStringList(old));
 }
 
 } // namespace quorvane

@@ -14,11 +14,7 @@ using Archive = SystemManager::MasterArchive;
 const QString kSnapshotFile = u"/Users/alex/Library/Application Support/Quorvane/system_snapshot.json"_s;
 const QString kContainer = u"/Users/alex/Library/Mobile Documents/7KX2MR04TD~com~quorvane~app"_s;
 
-const QStringList kPreferenceReadings{reading::kAppNap,        reading::kLiveAppNap,  reading::kUpdateDownload,
-                                      reading::kUpdateCheck,   reading::kStoreUpdate, reading::kDoNotDisturb,
-                                      reading::kSiri,          reading::kAssistant,   reading::kCrashReporter,
-                                      reading::kSounds,        reading::kAirDrop,     reading::kLogoutState,
-                                      reading::kLoginRelaunch, reading::kKeptWindows};
+const QStringList kPreferenceReadings = reading::kPreferences;
 
 class SnapshotFlow : public ScriptedStartup {
 protected:
@@ -53,7 +49,9 @@ protected:
             commands.print(line, "value " + QByteArray::number(++number) + "\n");
         }
         setAutomaticBackups(true);
-        commands.print(reading::kSpotlight, "/:\n\tIndexing enabled. \n");
+        commands.print(reading::kSpotlightOfAll, reading::indexing("Indexing enabled. ") +
+                                                     "/Volumes/Samples:\n\tIndexing and searching disabled.\n"
+                                                     "/Volumes/Tape:\n\tNo index.\n");
     }
     /// A Mac on which every tool fails.
     void failEverything() {
@@ -77,7 +75,7 @@ TEST_F(SnapshotFlow, readsTheWholeSystemInAFixedOrder) {
                            "$> /usr/sbin/networksetup -getnetworkserviceenabled Ethernet\n"
                            "$> /usr/sbin/networksetup -getnetworkserviceenabled \"Bob's iPhone\"\n"_s +
                                reading::traced(QStringList{reading::kPower} + kPreferenceReadings +
-                                               QStringList{reading::kTimeMachine, reading::kSpotlight}) +
+                                               QStringList{reading::kTimeMachine, reading::kSpotlightOfAll}) +
                                u"  [SNAPSHOT] Saved system baseline for \"Before the tour\".\n"_s);
 }
 
@@ -91,14 +89,19 @@ TEST_F(SnapshotFlow, storesWhatItRead) {
     EXPECT_EQ(snapshot->label, u"Before the tour"_s);
     int number = 0;
     for (const SnapshotPreference& preference : snapshotPreferences()) {
-        EXPECT_EQ((*snapshot).*preference.value, u"value %1"_s.arg(++number)) << preference.jsonKey;
+        EXPECT_EQ(preference.in(*snapshot), CapturedValue{u"value %1"_s.arg(++number)}) << preference.jsonKey;
     }
     EXPECT_EQ(snapshot->pmsetStandby, u"1"_s);
     EXPECT_EQ(snapshot->pmsetDisksleep, u"10"_s);
     EXPECT_EQ(snapshot->pmsetSleep, u"5"_s);
     EXPECT_EQ(snapshot->pmsetSms, u"1"_s);
+    EXPECT_EQ(snapshot->powerBySource,
+              (QMap<QString, PowerSettings>{{u"AC Power"_s, {u"1"_s, u"10"_s, u"5"_s, u"1"_s}}}));
     EXPECT_EQ(snapshot->timeMachineEnabled, true);
     EXPECT_EQ(snapshot->spotlightIndexingEnabled, true);
+    EXPECT_EQ(snapshot->spotlightByVolume,
+              (QMap<QString, QString>{
+                  {u"/"_s, u"on"_s}, {u"/System/Volumes/Data"_s, u"on"_s}, {u"/Volumes/Samples"_s, u"search off"_s}}));
     EXPECT_EQ(snapshot->networkServicesEnabled,
               (QMap<QString, bool>{{u"Wi-Fi"_s, true}, {u"Ethernet"_s, false}, {u"Bob's iPhone"_s, true}}));
     EXPECT_EQ(snapshot->loginItems, (QList<LoginItemSnapshot>{{u"Live"_s, u"/Applications/Live.app"_s, false},
@@ -127,7 +130,7 @@ TEST_F(SnapshotFlow, leavesOutBackupsThatAreNotSetUpOrMayNotBeRead) {
         u"$> /usr/bin/tmutil destinationinfo\n"
         "  [INFO] Time Machine may not be read.\n"
         "  [INFO] Allow Quorvane to read it in System Settings › Privacy & Security › Full Disk Access.\n"
-        "$> /usr/bin/mdutil -s /\n"
+        "$> /usr/bin/mdutil -a -s\n"
         "  [SNAPSHOT] Saved system baseline.\n"_s));
     setBackupDestination(false);
     EXPECT_TRUE(capture());
@@ -146,7 +149,7 @@ TEST_F(SnapshotFlow, keepsTheTextOfATruthValue) {
 TEST_F(SnapshotFlow, recordsWhatAToolCannotTellAsHavingNoValue) {
     failEverything();
     EXPECT_TRUE(capture());
-    EXPECT_EQ(parseJson(files.read(kSnapshotFile)).size(), 2U); // id and date
+    EXPECT_EQ(parseJson(files.read(kSnapshotFile)).size(), 6U); // id, date, and four keys that are known not to be set
 }
 
 TEST_F(SnapshotFlow, leavesOutAServiceWhoseStateIsNeither) {
@@ -232,7 +235,7 @@ TEST_F(SnapshotFlow, keepsTheOldSnapshotWhateverToolDoesNotAnswer) {
                                           u"/usr/sbin/networksetup -getnetworkserviceenabled Ethernet"_s,
                                           reading::kPower,
                                           reading::kTimeMachine,
-                                          reading::kSpotlight} +
+                                          reading::kSpotlightOfAll} +
                               kPreferenceReadings;
     for (const QString& line : lines) {
         SCOPED_TRACE(line.toStdString());

@@ -23,14 +23,17 @@ SystemSnapshot wholeSnapshot() {
     snapshot.label = u"Manual snapshot"_s;
     int number = 0;
     for (const SnapshotPreference& preference : snapshotPreferences()) {
-        snapshot.*preference.value = u"value %1"_s.arg(++number);
+        preference.put(u"value %1"_s.arg(++number), snapshot);
     }
     snapshot.pmsetStandby = u"1"_s;
     snapshot.pmsetDisksleep = u"10"_s;
     snapshot.pmsetSleep = u"5"_s;
     snapshot.pmsetSms = u"0"_s;
+    snapshot.powerBySource = QMap<QString, PowerSettings>{{u"Battery Power"_s, {u"1"_s, u"10"_s, u"5"_s, u"0"_s}},
+                                                          {u"AC Power"_s, {u"0"_s, {}, u"0"_s, {}}}};
     snapshot.timeMachineEnabled = true;
     snapshot.spotlightIndexingEnabled = false;
+    snapshot.spotlightByVolume = QMap<QString, QString>{{u"/"_s, u"on"_s}, {u"/Volumes/Samples"_s, u"search off"_s}};
     snapshot.networkServicesEnabled = QMap<QString, bool>{{u"Wi-Fi"_s, true}, {u"Ethernet"_s, false}};
     snapshot.loginItems = QList<LoginItemSnapshot>{{u"Live"_s, u"/Applications/Live.app"_s, true}};
     return snapshot;
@@ -45,21 +48,49 @@ const QByteArray kWholeText = R"({
   "automaticDownload": "value 3",
   "automaticCheckEnabled": "value 4",
   "commerceAutoUpdate": "value 5",
-  "doNotDisturb": "value 6",
-  "siriStatus": "value 7",
-  "assistantEnabled": "value 8",
-  "crashReporterDialogType": "value 9",
-  "uiSoundsEnabled": "value 10",
-  "disableAirDrop": "value 11",
-  "talLogoutSavesState": "value 12",
-  "loginwindowLaunchesRelaunchApps": "value 13",
-  "quitAlwaysKeepsWindows": "value 14",
+  "systemAutomaticDownload": {
+    "value": "value 6"
+  },
+  "systemAutomaticInstall": {
+    "value": "value 7"
+  },
+  "systemStoreAutoUpdate": {
+    "value": "value 8"
+  },
+  "doNotDisturb": "value 9",
+  "siriStatus": "value 10",
+  "assistantEnabled": "value 11",
+  "crashReporterDialogType": "value 12",
+  "uiSoundsEnabled": "value 13",
+  "interfaceSoundsEnabled": {
+    "value": "value 14"
+  },
+  "disableAirDrop": "value 15",
+  "talLogoutSavesState": "value 16",
+  "loginwindowLaunchesRelaunchApps": "value 17",
+  "quitAlwaysKeepsWindows": "value 18",
   "pmsetStandby": "1",
   "pmsetDisksleep": "10",
   "pmsetSleep": "5",
   "pmsetSms": "0",
+  "powerBySource": {
+    "AC Power": {
+      "standby": "0",
+      "sleep": "0"
+    },
+    "Battery Power": {
+      "standby": "1",
+      "disksleep": "10",
+      "sleep": "5",
+      "sms": "0"
+    }
+  },
   "timeMachineEnabled": true,
   "spotlightIndexingEnabled": false,
+  "spotlightByVolume": {
+    "/": "on",
+    "/Volumes/Samples": "search off"
+  },
   "networkServicesEnabled": {
     "Ethernet": false,
     "Wi-Fi": true
@@ -94,6 +125,16 @@ TEST(SystemSnapshot, leavesOutWhatHasNoValue) {
   "id": "0F8FAD5B-D9CB-469F-A165-70867728950E",
   "dateCreated": "2026-11-15T21:05:37Z"
 })");
+}
+
+TEST(SystemSnapshot, tellsAKeyThatWasNotSetFromOneThatWasNotCaptured) {
+    SystemSnapshot snapshot = bareSnapshot();
+    snapshot.systemAutomaticDownload = CapturedValue{};
+    const Json json = encodeJson(snapshot);
+    EXPECT_EQ(json.at("systemAutomaticDownload"), Json::object());
+    EXPECT_EQ(decodedValue<SystemSnapshot>(json), snapshot);
+    EXPECT_NE(snapshot, bareSnapshot());
+    EXPECT_EQ(decodedValue<SystemSnapshot>(encodeJson(bareSnapshot())).systemAutomaticDownload, std::nullopt);
 }
 
 TEST(SystemSnapshot, keepsAnEmptyListOfLoginItemsApartFromNone) {

@@ -35,10 +35,7 @@ protected:
 
     void unsetEverything() {
         setBackupDestination(true);
-        for (const QString& line :
-             {reading::kAppNap, reading::kUpdateDownload, reading::kUpdateCheck, reading::kStoreUpdate,
-              reading::kDoNotDisturb, reading::kSiri, reading::kAssistant, reading::kCrashReporter, reading::kSounds,
-              reading::kAirDrop, reading::kLogoutState, reading::kLoginRelaunch}) {
+        for (const QString& line : reading::kPreferences) {
             commands.fail(line, 1);
         }
     }
@@ -59,6 +56,8 @@ protected:
         }
         if (text == u"!"_s) {
             commands.fail(line, 1);
+        } else if (key == u"mdutil"_s) {
+            commands.print(line, reading::indexing(text.toUtf8()));
         } else {
             commands.print(line, QString(text).replace(u'|', u'\n').toUtf8() + '\n');
         }
@@ -140,11 +139,16 @@ const QStringList kNoRestoration{u"OK Clean Reboot: app restoration disabled"_s,
 } // namespace
 
 TEST_F(Verification, eachRowDecidesByItsOwnRule) {
-    const QString download = u"read com.apple.SoftwareUpdate AutomaticDownload="_s;
-    const QString checks = u"read com.apple.SoftwareUpdate AutomaticCheckEnabled="_s;
-    const QString store = u"read com.apple.commerce AutoUpdate="_s;
+    const QString systems = u"read /Library/Preferences/com.apple."_s;
+    const QString download = systems + u"SoftwareUpdate AutomaticDownload="_s;
+    const QString install = systems + u"SoftwareUpdate AutomaticallyInstallMacOSUpdates="_s;
+    const QString store = systems + u"commerce AutoUpdate="_s;
+    const QStringList usersOff{u"read com.apple.SoftwareUpdate AutomaticDownload=0"_s,
+                               u"read com.apple.SoftwareUpdate AutomaticCheckEnabled=0"_s,
+                               u"read com.apple.commerce AutoUpdate=0"_s};
     const QString assistant = u"read com.apple.assistant.support \"Assistant Enabled\"="_s;
-    const QString sounds = u"read com.apple.systemsound com.apple.sound.uiaudio.enabled="_s;
+    const QString oldSounds = u"read com.apple.systemsound com.apple.sound.uiaudio.enabled="_s;
+    const QString sounds = u"read NSGlobalDomain com.apple.sound.uiaudio.enabled="_s;
     const QString awake = u"pmset=standby 0|disksleep 0|sleep 0"_s;
     const QList<Case> cases{
         {&S::appNap, true, {u"read NSGlobalDomain NSAppSleepDisabled=YES"_s}, true, u"App Nap"_s, u"disabled"_s},
@@ -157,19 +161,38 @@ TEST_F(Verification, eachRowDecidesByItsOwnRule) {
          false,
          u"App Nap"_s,
          u"expected enabled"_s},
-        {&S::updates, true, {}, true, u"Software Updates"_s, u"disabled"_s},
-        {&S::updates, true, {download + u'0', checks + u'0', store + u'0'}, true, u"Software Updates"_s, u"disabled"_s},
-        {&S::updates, true, {store + u'1'}, false, u"Software Updates"_s, u"expected disabled"_s},
-        {&S::updates, true, {checks + u'1'}, false, u"Software Updates"_s, u"expected disabled"_s},
-        {&S::updates, true, {download + u'1'}, false, u"Software Updates"_s, u"expected disabled"_s},
+        {&S::updates, true, {}, false, u"Software Updates"_s, u"expected disabled"_s},
+        {&S::updates, true, usersOff, false, u"Software Updates"_s, u"expected disabled"_s}, // nobody reads the user's
+        {&S::updates, false, usersOff, true, u"Software Updates"_s, u"enabled"_s},
+        {&S::updates,
+         true,
+         {download + u'0', install + u'0', store + u'0'},
+         true,
+         u"Software Updates"_s,
+         u"disabled"_s},
+        {&S::updates, true, {install + u'0', store + u'0'}, false, u"Software Updates"_s, u"expected disabled"_s},
+        {&S::updates, true, {download + u'0', store + u'0'}, false, u"Software Updates"_s, u"expected disabled"_s},
+        {&S::updates, true, {download + u'0', install + u'0'}, false, u"Software Updates"_s, u"expected disabled"_s},
         {&S::updates, false, {}, true, u"Software Updates"_s, u"enabled"_s},
-        {&S::updates, false, {download + u'1', store + u'0'}, true, u"Software Updates"_s, u"enabled"_s},
+        {&S::updates,
+         false,
+         {download + u'1', install + u'1', store + u'1'},
+         true,
+         u"Software Updates"_s,
+         u"enabled"_s},
+        {&S::updates, false, {store + u'0'}, false, u"Software Updates"_s, u"expected enabled"_s},
+        {&S::updates, false, {install + u'0'}, false, u"Software Updates"_s, u"expected enabled"_s},
         {&S::updates, false, {download + u'0'}, false, u"Software Updates"_s, u"expected enabled"_s},
         {&S::notifications, true, {kDoNotDisturb + u"=1"_s}, true, u"Notifications"_s, u"suppressed"_s},
         {&S::notifications, true, {}, false, u"Notifications"_s, u"expected suppressed"_s},
         {&S::notifications, false, {}, true, u"Notifications"_s, u"enabled"_s},
         {&S::notifications, false, {kDoNotDisturb + u"=1"_s}, false, u"Notifications"_s, u"expected enabled"_s},
-        {&S::siri, true, {u"read com.apple.Siri Status=DISABLED"_s, assistant + u'1'}, true, u"Siri"_s, u"disabled"_s},
+        {&S::siri,
+         true,
+         {u"read com.apple.Siri Status=Disabled"_s, assistant + u'1'},
+         false,
+         u"Siri"_s,
+         u"expected disabled"_s},
         {&S::siri, true, {assistant + u'0'}, true, u"Siri"_s, u"disabled"_s},
         {&S::siri, true, {}, true, u"Siri"_s, u"disabled"_s},
         {&S::siri, true, {assistant + u'1'}, false, u"Siri"_s, u"expected disabled"_s},
@@ -194,7 +217,9 @@ TEST_F(Verification, eachRowDecidesByItsOwnRule) {
          false,
          u"Crash Reporter"_s,
          u"expected enabled"_s},
-        {&S::uiSounds, true, {}, true, u"UI Sounds"_s, u"muted"_s},
+        {&S::uiSounds, true, {}, false, u"UI Sounds"_s, u"expected muted"_s},
+        {&S::uiSounds, true, {oldSounds + u'0'}, false, u"UI Sounds"_s, u"expected muted"_s},
+        {&S::uiSounds, true, {sounds + u'0'}, true, u"UI Sounds"_s, u"muted"_s},
         {&S::uiSounds, true, {sounds + u'1'}, false, u"UI Sounds"_s, u"expected muted"_s},
         {&S::uiSounds, false, {sounds + u'1'}, true, u"UI Sounds"_s, u"enabled"_s},
         {&S::uiSounds, false, {}, true, u"UI Sounds"_s, u"enabled"_s},
