@@ -1,6 +1,7 @@
 #include "simulator/SettingsInForce.h"
 
 #include "simulator/Mac.h"
+#include "simulator/ManagedPreferences.h"
 #include "simulator/PreferenceStore.h"
 
 namespace macsim {
@@ -31,23 +32,23 @@ std::optional<bool> truth(const PropertyList& value) {
 class Settings {
 public:
     explicit Settings(const Mac& mac)
-        : m_system(mac, mac.volume(Actor::Root))
-        , m_user(mac, mac.volume(Actor::User)) {}
+        : m_mac(mac) {}
 
     bool ofSystem(const QString& domain, const QString& key, bool otherwise) const {
-        return decided(m_system.read({u"/Library/Preferences/"_s + domain}, key), otherwise);
+        return inForce(domain, key, Actor::Root, u"/Library/Preferences/"_s + domain, otherwise);
     }
     bool ofUser(const QString& domain, const QString& key, bool otherwise) const {
-        return decided(m_user.read({domain}, key), otherwise);
+        return inForce(domain, key, Actor::User, domain, otherwise);
     }
 
 private:
-    static bool decided(const std::optional<PropertyList>& value, bool otherwise) {
+    bool inForce(const QString& domain, const QString& key, Actor reader, const QString& place, bool otherwise) const {
+        const auto decided = managedPreference(m_mac, domain, key);
+        const auto value = decided ? decided : PreferenceStore(m_mac, m_mac.volume(reader)).read({place}, key);
         return value ? truth(*value).value_or(otherwise) : otherwise;
     }
 
-    PreferenceStore m_system;
-    PreferenceStore m_user;
+    const Mac& m_mac;
 };
 
 } // namespace

@@ -6,6 +6,7 @@ class Mac;
 
 /// What a Mac does by itself, told by the settings that macOS itself reads and by no tool: what a program that switches
 /// them has to answer for. A setting that isn't there is macOS's own choice, and so is one that can't be read as yes or no.
+/// What an organization has decided wins (ManagedPreferences.h).
 ///
 /// The updates are the system's: the preferences of the same names in a user's home are read by nobody.
 struct SettingsInForce {
