@@ -125,12 +125,40 @@ TEST_P(ExampleMacs, noNetworkServiceHasAnothersName) {
     EXPECT_EQ(static_cast<size_t>(names.size()), services.size());
 }
 
+/// What System Settings never writes would stand there only if a program had been at work before.
+TEST_P(ExampleMacs, onlyWhatSystemSettingsWritesIsThere) {
+    const Mac made = mac();
+    const PreferenceStore user(made, made.volume(Actor::User));
+    for (const QString& domain : {u"com.apple.SoftwareUpdate"_s, u"com.apple.commerce"_s, u"com.apple.systemsound"_s,
+                                  u"com.apple.CrashReporter"_s, u"com.apple.NetworkBrowser"_s}) {
+        EXPECT_FALSE(user.readDomain({domain})) << domain.toStdString();
+    }
+    EXPECT_FALSE(user.read({kGlobalDomain.toString()}, u"NSAppSleepDisabled"_s));
+    EXPECT_FALSE(user.read({u"com.apple.Siri"_s}, u"Status"_s));
+    EXPECT_FALSE(user.read({u"com.apple.loginwindow"_s}, u"LoginwindowLaunchesRelaunchApps"_s));
+    EXPECT_FALSE(user.readDomain({u"com.apple.notificationcenterui"_s, PreferenceHost::Current}));
+    const bool isTahoe = made.machine().systemVersion.startsWith(u"26."_s);
+    const QString updates = u"/Library/Preferences/com.apple.SoftwareUpdate"_s;
+    EXPECT_FALSE(isTahoe &&
+                 PreferenceStore(made, made.volume(Actor::Root)).read({updates}, u"AutomaticCheckEnabled"_s));
+}
+
 INSTANTIATE_TEST_SUITE_P(All, ExampleMacs,
                          testing::Values("dj-laptop", "fresh-macbook", "old-macbook", "studio-desktop", "bare-notebook",
                                          "bare-desktop", "bare-intel-notebook", "bare-tahoe"));
 
 TEST_P(UsedMacs, oneNetworkServiceIsDisabled) {
     EXPECT_EQ(disabledServices(mac()), 1);
+}
+
+TEST_P(UsedMacs, onlyTheLaptopsUserHasSwitchedOffUpdatesAndSounds) {
+    const bool isLaptop = GetParam() == std::string_view("dj-laptop");
+    const SettingsInForce settings = settingsInForce(mac());
+    EXPECT_EQ(settings.downloadsUpdates, !isLaptop);
+    EXPECT_EQ(settings.updatesStoreApplications, !isLaptop);
+    EXPECT_EQ(settings.playsInterfaceSounds, !isLaptop);
+    EXPECT_EQ(settings.hasSiri, !isLaptop);
+    EXPECT_TRUE(settings.installsSystemUpdates);
 }
 
 TEST_P(UsedMacs, somethingIsAmongTheBackgroundTasks) {
