@@ -3,6 +3,8 @@
 #include "simulator/MacPaths.h"
 #include "simulator/Permissions.h"
 
+#include <stdexcept>
+
 namespace macsim {
 
 using namespace Qt::StringLiterals;
@@ -131,6 +133,17 @@ std::vector<std::pair<QString, bool>> LaunchdState::overrides(const LaunchdDomai
         overrides.emplace_back(QString::fromStdString(label), disabled.get<bool>());
     }
     return overrides;
+}
+
+bool LaunchdState::keepsAppleOverrides() const {
+    const Json fate = entry(m_mac.state().read(kLaunchdSubject), {"appleOverrides"});
+    if (fate.is_null() || fate == "ignored") {
+        return false;
+    }
+    if (fate != "kept") {
+        throw std::invalid_argument("launchd: \"appleOverrides\" is \"ignored\" or \"kept\", and not " + fate.dump());
+    }
+    return true;
 }
 
 bool LaunchdState::isDisabled(const LaunchdDomain& domain, const LaunchPlist& plist) const {

@@ -44,11 +44,15 @@ struct LaunchdJob {
 ///                                     "lastExitStatus": 0}},
 ///               "system": {…}},
 ///      "disabled": {"user/501": {"com.x": true}, "system": {…}},
-///      "guiSession": true}
+///      "guiSession": true, "appleOverrides": "ignored"}
 ///
 /// "pid" is null, 0 or left out for a job that doesn't run; a running one has its process, with the same
 /// number and the job's label, in the process table. "disabled" holds overrides: true is disabled, false
 /// enabled. `guiSession` is false when the user isn't logged in, so that the domain gui/… doesn't exist.
+///
+/// "appleOverrides" is what becomes of an override of a job that the sealed system brings, while System Integrity Protection
+/// is on; both were seen on Macs. "ignored", also where nothing is said: it isn't written. "kept": it is written, the job
+/// doesn't start any more from the next start on, and the override outlives that, also on the systems that undo Apple's.
 class LaunchdState {
 public:
     explicit LaunchdState(const Mac& mac);
@@ -59,6 +63,8 @@ public:
     /// Labels and whether they are disabled.
     std::vector<std::pair<QString, bool>> overrides(const LaunchdDomain& domain) const;
 
+    /// Throws std::invalid_argument for an "appleOverrides" that is neither.
+    bool keepsAppleOverrides() const;
     bool isDisabled(const LaunchdDomain& domain, const LaunchPlist& plist) const;
     void setDisabled(const LaunchdDomain& domain, const QString& label, bool disabled) const;
     /// Loads a job and starts it if it is to run at load. @return false when the label is loaded already

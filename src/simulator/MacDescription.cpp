@@ -2,6 +2,7 @@
 
 #include "simulator/Mac.h"
 #include "simulator/MacSkeleton.h"
+#include "simulator/ManagedPreferences.h"
 #include "simulator/PreferenceStore.h"
 #include "simulator/StartupServices.h"
 
@@ -11,6 +12,8 @@
 
 #include <algorithm>
 #include <array>
+#include <map>
+#include <optional>
 #include <stdexcept>
 #include <string_view>
 
@@ -33,10 +36,34 @@ PropertyList::Dictionary dictionary(const Json& json) {
     return *values;
 }
 
-void writePreferences(const Mac& mac, Actor actor, PreferenceHost host, const Json& domains) {
-    const PreferenceStore store(mac, mac.volume(actor));
+/// Where a description's preferences of one scope stand.
+struct PreferenceScope {
+    Actor actor;
+    PreferenceHost host = PreferenceHost::Any;
+    std::optional<ManagedScope> managed = {};
+};
+
+PreferenceScope preferenceScope(const std::string& name) {
+    static const std::map<std::string, PreferenceScope> kScopes{
+        {"user", {Actor::User}},
+        {"userCurrentHost", {Actor::User, PreferenceHost::Current}},
+        {"root", {Actor::Root}},
+        {"files", {Actor::Root}},
+        {"managed", {Actor::Root, PreferenceHost::Any, ManagedScope::Computer}},
+        {"managedUser", {Actor::Root, PreferenceHost::Any, ManagedScope::User}}};
+    const auto scope = kScopes.find(name);
+    if (scope == kScopes.end()) {
+        throw std::invalid_argument("\"preferences\": unknown scope \"" + name + '"');
+    }
+    return scope->second;
+}
+
+void writePreferences(const Mac& mac, const PreferenceScope& scope, const Json& domains) {
+    const PreferenceStore store(mac, mac.volume(scope.actor));
     for (const auto& [domain, values] : domains.items()) {
-        const PreferenceDomain place{QString::fromStdString(domain), host};
+        const QString name = QString::fromStdString(domain);
+        const PreferenceDomain place =
+            scope.managed ? managedDomain(mac.machine(), name, *scope.managed) : PreferenceDomain{name, scope.host};
         if (store.writeDomain(place, dictionary(values)) != PreferenceStore::Outcome::Done) {
             throw std::runtime_error("the preferences \"" + domain + "\" can't be written");
         }
@@ -45,15 +72,7 @@ void writePreferences(const Mac& mac, Actor actor, PreferenceHost host, const Js
 
 void writeAllPreferences(const Mac& mac, const Json& preferences) {
     for (const auto& [scope, domains] : preferences.items()) {
-        if (scope == "user") {
-            writePreferences(mac, Actor::User, PreferenceHost::Any, domains);
-        } else if (scope == "userCurrentHost") {
-            writePreferences(mac, Actor::User, PreferenceHost::Current, domains);
-        } else if (scope == "root" || scope == "files") {
-            writePreferences(mac, Actor::Root, PreferenceHost::Any, domains);
-        } else {
-            throw std::invalid_argument("\"preferences\": unknown scope \"" + scope + '"');
-        }
+        writePreferences(mac, preferenceScope(scope), domains);
     }
 }
 

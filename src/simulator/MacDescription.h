@@ -13,7 +13,8 @@ namespace macsim {
 //                    for administrator rights; nobody's real one belongs there
 //     "preferences"  {"user" | "root": {"com.apple.dock": {"autohide": true}, …},
 //                     "userCurrentHost": {…},                       per-host preferences of the user
-//                     "files": {"/Library/Preferences/com.apple.TimeMachine": {…}}}
+//                     "files": {"/Library/Preferences/com.apple.TimeMachine": {…}},
+//                     "managed" | "managedUser": {…}}               what an organization has decided for this Mac, for its user
 //                    JSON's types become those of property lists; see propertyListFromJson
 //     "folders"      ["/Users/alex/Music/Ableton", …]
 //     "files"        [{"path": "/…", "text": "…"}, {"path": "/…", "base64": "…"},

@@ -15,11 +15,18 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+/// What the system brings stays as it is, under the same numbers, but for what a kept override keeps from starting.
+bool survives(const LaunchdState& launchd, const LaunchdDomain& domain, const LaunchdJob& job) {
+    const LaunchPlist overridden{job.label, job.path, {}, false, false, false};
+    const bool isOff = launchd.keepsAppleOverrides() && launchd.isDisabled(domain, overridden);
+    return job.path.startsWith(u"/System/"_s) && !isOff;
+}
+
 void endJobs(const Mac& mac, const LaunchdDomain& domain) {
     const LaunchdState launchd(mac);
     const std::vector<LaunchdJob> jobs = launchd.jobs(domain);
     for (const LaunchdJob& job : jobs) {
-        if (!job.path.startsWith(u"/System/"_s)) {
+        if (!survives(launchd, domain, job)) {
             launchd.unload(domain, job.label);
         }
     }
@@ -44,7 +51,8 @@ void endApplications(const Mac& mac) {
 }
 
 void undoApplesOverrides(const Mac& mac) {
-    if (QVersionNumber::fromString(mac.machine().systemVersion) < QVersionNumber(26, 5)) {
+    const bool isUndone = QVersionNumber::fromString(mac.machine().systemVersion) >= QVersionNumber(26, 5);
+    if (!isUndone || LaunchdState(mac).keepsAppleOverrides()) {
         return;
     }
     mac.state().update("launchd", [](Json& state) {
@@ -70,6 +78,19 @@ void open(const Mac& mac, const LaunchPlist& opened) {
     ProcessTable(mac.state()).start(process);
 }
 
+/// What the system brings and isn't loaded: its override may have been taken back.
+void startSystemJobs(const Mac& mac, const QString& folder, const LaunchdDomain& domain) {
+    const LaunchdState launchd(mac);
+    const Volume disk = mac.volume(Actor::Root);
+    const QStringList names = disk.list(folder);
+    for (const QString& name : names) {
+        const auto plist = readLaunchPlist(disk, folder + u'/' + name);
+        if (plist && !launchd.isDisabled(domain, *plist)) {
+            launchd.load(domain, *plist);
+        }
+    }
+}
+
 void startServices(const Mac& mac) {
     const LaunchdState launchd(mac);
     const std::vector<StartupService> services = startupServices(mac);
@@ -88,6 +109,7 @@ void startServices(const Mac& mac) {
 } // namespace
 
 void restart(const Mac& mac) {
+    undoApplesOverrides(mac);
     const int userId = mac.machine().userId;
     const std::array<LaunchdDomain, 3> domains{
         {{LaunchdDomain::Kind::Gui, userId}, {LaunchdDomain::Kind::User, userId}, {LaunchdDomain::Kind::System, 0}}};
@@ -95,8 +117,9 @@ void restart(const Mac& mac) {
         endJobs(mac, domain);
     }
     endApplications(mac);
-    undoApplesOverrides(mac);
     mac.state().update("launchd", [](Json& state) { state["guiSession"] = true; });
+    startSystemJobs(mac, u"/System/Library/LaunchDaemons"_s, domains[2]);
+    startSystemJobs(mac, u"/System/Library/LaunchAgents"_s, domains[0]);
     startServices(mac);
 }
 

@@ -3,6 +3,9 @@
 #include "ToolRun.h"
 #include "simulator/BackgroundTasks.h"
 #include "simulator/LaunchdState.h"
+#include "simulator/PreferenceStore.h"
+#include "simulator/SettingsInForce.h"
+#include "simulator/StartupServices.h"
 #include "simulator/tools/Sfltool.h"
 
 #include <QSet>
@@ -33,6 +36,15 @@ protected:
     QTemporaryDir folder;
 };
 
+/// Those on which somebody has worked.
+class UsedMacs : public ExampleMacs {};
+
+/// Those that are as they come out of their first set-up.
+class BareMacs : public ExampleMacs {
+protected:
+    bool isNamed(std::string_view name) const { return GetParam() == name; }
+};
+
 class ExampleProfile : public ExampleMacs {};
 
 void expectJobsOf(const Mac& mac, const LaunchdDomain& domain) {
@@ -54,6 +66,15 @@ void expectJobsOf(const Mac& mac, const LaunchdDomain& domain) {
     }
 }
 
+int disabledServices(const Mac& mac) {
+    int disabled = 0;
+    const Json services = mac.state().read("networkServices");
+    for (const Json& service : services) {
+        disabled += service.value("enabled", true) ? 0 : 1;
+    }
+    return disabled;
+}
+
 } // namespace
 
 TEST_P(ExampleMacs, everyLoadedJobHasItsFileAndItsProcess) {
@@ -72,7 +93,6 @@ TEST_P(ExampleMacs, everyProcessIsAloneUnderItsNumber) {
 TEST_P(ExampleMacs, everyBackgroundTaskHasItsParentAndEveryApplicationItsBundle) {
     const Mac made = mac();
     const std::vector<BackgroundTask> tasks = backgroundTasks(made.state());
-    EXPECT_FALSE(tasks.empty());
     QSet<QString> identifiers;
     for (const BackgroundTask& task : tasks) {
         const QString identifier = QString::number(task.userId) + u' ' + task.identifier;
@@ -96,24 +116,58 @@ TEST_P(ExampleMacs, everyLoginItemIsThere) {
     }
 }
 
-TEST_P(ExampleMacs, oneNetworkServiceIsDisabledAndNoneHasAnothersName) {
-    int disabled = 0;
+TEST_P(ExampleMacs, noNetworkServiceHasAnothersName) {
     QSet<QString> names;
     const Json services = mac().state().read("networkServices");
     for (const Json& service : services) {
         names.insert(text(service.at("name")));
-        disabled += service.value("enabled", true) ? 0 : 1;
     }
-    EXPECT_EQ(disabled, 1);
     EXPECT_EQ(static_cast<size_t>(names.size()), services.size());
 }
 
+/// What System Settings never writes would stand there only if a program had been at work before.
+TEST_P(ExampleMacs, onlyWhatSystemSettingsWritesIsThere) {
+    const Mac made = mac();
+    const PreferenceStore user(made, made.volume(Actor::User));
+    for (const QString& domain : {u"com.apple.SoftwareUpdate"_s, u"com.apple.commerce"_s, u"com.apple.systemsound"_s,
+                                  u"com.apple.CrashReporter"_s, u"com.apple.NetworkBrowser"_s}) {
+        EXPECT_FALSE(user.readDomain({domain})) << domain.toStdString();
+    }
+    EXPECT_FALSE(user.read({kGlobalDomain.toString()}, u"NSAppSleepDisabled"_s));
+    EXPECT_FALSE(user.read({u"com.apple.Siri"_s}, u"Status"_s));
+    EXPECT_FALSE(user.read({u"com.apple.loginwindow"_s}, u"LoginwindowLaunchesRelaunchApps"_s));
+    EXPECT_FALSE(user.readDomain({u"com.apple.notificationcenterui"_s, PreferenceHost::Current}));
+    const bool isTahoe = made.machine().systemVersion.startsWith(u"26."_s);
+    const QString updates = u"/Library/Preferences/com.apple.SoftwareUpdate"_s;
+    EXPECT_FALSE(isTahoe &&
+                 PreferenceStore(made, made.volume(Actor::Root)).read({updates}, u"AutomaticCheckEnabled"_s));
+}
+
 INSTANTIATE_TEST_SUITE_P(All, ExampleMacs,
-                         testing::Values("dj-laptop", "fresh-macbook", "old-macbook", "studio-desktop"));
+                         testing::Values("dj-laptop", "fresh-macbook", "old-macbook", "studio-desktop", "bare-notebook",
+                                         "bare-desktop", "bare-intel-notebook", "bare-tahoe"));
+
+TEST_P(UsedMacs, oneNetworkServiceIsDisabled) {
+    EXPECT_EQ(disabledServices(mac()), 1);
+}
+
+TEST_P(UsedMacs, onlyTheLaptopsUserHasSwitchedOffUpdatesAndSounds) {
+    const bool isLaptop = GetParam() == std::string_view("dj-laptop");
+    const SettingsInForce settings = settingsInForce(mac());
+    EXPECT_EQ(settings.downloadsUpdates, !isLaptop);
+    EXPECT_EQ(settings.updatesStoreApplications, !isLaptop);
+    EXPECT_EQ(settings.playsInterfaceSounds, !isLaptop);
+    EXPECT_EQ(settings.hasSiri, !isLaptop);
+    EXPECT_TRUE(settings.installsSystemUpdates);
+}
+
+TEST_P(UsedMacs, somethingIsAmongTheBackgroundTasks) {
+    EXPECT_FALSE(backgroundTasks(mac().state()).empty());
+}
 
 /// What differs between Macs and decides what a tweak finds: one old Mac has a motion sensor, and it is the one whose
 /// backups were never set up.
-TEST_P(ExampleMacs, onlyTheOldOneHasAMotionSensorAndNoBackups) {
+TEST_P(UsedMacs, onlyTheOldOneHasAMotionSensorAndNoBackups) {
     const bool isOld = GetParam() == std::string_view("old-macbook");
     const Json power = mac().state().read("power");
     for (const auto& [source, settings] : power.at("sources").items()) {
@@ -123,6 +177,73 @@ TEST_P(ExampleMacs, onlyTheOldOneHasAMotionSensorAndNoBackups) {
     EXPECT_EQ(timeMachine.contains("destination"), !isOld);
     EXPECT_EQ(mac().volume(Actor::Root).exists(u"/Library/Preferences/com.apple.TimeMachine.plist"_s), !isOld);
 }
+
+INSTANTIATE_TEST_SUITE_P(All, UsedMacs, testing::Values("dj-laptop", "fresh-macbook", "old-macbook", "studio-desktop"));
+
+/// Keys that a tweak writes, and that macOS has a value for without them.
+TEST_P(BareMacs, nothingThatATweakWritesIsThere) {
+    const Mac made = mac();
+    const PreferenceStore user(made, made.volume(Actor::User));
+    const PreferenceStore system(made, made.volume(Actor::Root));
+    for (const QString& domain :
+         {u"com.apple.SoftwareUpdate"_s, u"com.apple.commerce"_s, u"com.apple.systemsound"_s,
+          u"com.apple.CrashReporter"_s, u"com.apple.NetworkBrowser"_s, u"com.apple.Siri"_s,
+          u"com.apple.assistant.support"_s, u"com.ableton.live"_s, u"com.apple.loginwindow"_s}) {
+        EXPECT_FALSE(user.readDomain({domain})) << domain.toStdString();
+    }
+    for (const QString& key :
+         {u"NSAppSleepDisabled"_s, u"com.apple.sound.uiaudio.enabled"_s, u"NSQuitAlwaysKeepsWindows"_s}) {
+        EXPECT_FALSE(user.read({kGlobalDomain.toString()}, key)) << key.toStdString();
+    }
+    EXPECT_EQ(user.domains(PreferenceHost::Current), QStringList());
+    const QString updates = u"/Library/Preferences/com.apple.SoftwareUpdate"_s;
+    for (const QString& key :
+         {u"AutomaticDownload"_s, u"AutomaticallyInstallMacOSUpdates"_s, u"AutomaticCheckEnabled"_s}) {
+        EXPECT_FALSE(system.read({updates}, key)) << key.toStdString();
+    }
+    EXPECT_FALSE(system.readDomain({u"/Library/Preferences/com.apple.commerce"_s}));
+    EXPECT_FALSE(made.volume(Actor::Root).exists(u"/Library/Preferences/com.apple.TimeMachine.plist"_s));
+}
+
+TEST_P(BareMacs, theyDoWhatMacosDoesByItself) {
+    const SettingsInForce settings = settingsInForce(mac());
+    EXPECT_TRUE(settings.downloadsUpdates && settings.installsSystemUpdates && settings.updatesStoreApplications);
+    EXPECT_TRUE(settings.playsInterfaceSounds);
+    EXPECT_FALSE(settings.hasSiri);
+    const Json volumes = mac().state().read("spotlight").at("volumes");
+    EXPECT_EQ(volumes.at("/"), "enabled");
+    EXPECT_EQ(volumes.at("/System/Volumes/Data"), "enabled");
+    EXPECT_EQ(disabledServices(mac()), 0);
+}
+
+TEST_P(BareMacs, nothingStartsThatTheSystemDoesNotBring) {
+    EXPECT_TRUE(startupServices(mac()).empty());
+    EXPECT_TRUE(backgroundTasks(mac().state()).empty());
+    EXPECT_EQ(mac().volume(Actor::User).list(u"/Applications"_s), QStringList());
+}
+
+TEST_P(BareMacs, aNotebookHasTwoSourcesADesktopOneAndEachOneWhatKeepsItAwake) {
+    const Json sources = mac().state().read("power").at("sources");
+    EXPECT_EQ(sources.contains("Battery Power"), !isNamed("bare-desktop"));
+    EXPECT_EQ(sources.size(), isNamed("bare-desktop") ? 1U : 2U);
+    for (const auto& [source, settings] : sources.items()) {
+        for (const char* key : {"standby", "disksleep", "sleep"}) {
+            EXPECT_TRUE(settings.contains(key)) << source << ": " << key;
+        }
+        EXPECT_NE(settings.at("disksleep"), 0) << source;
+        EXPECT_FALSE(settings.contains("sms")) << source;
+        EXPECT_EQ(settings.contains("standbydelaylow"), isNamed("bare-intel-notebook")) << source;
+    }
+}
+
+TEST_P(BareMacs, oneHasTheNewestSystemAndKeepsApplesOverrides) {
+    EXPECT_EQ(mac().machine().systemVersion.startsWith(u"26."_s), isNamed("bare-tahoe"));
+    const Mac made = mac();
+    EXPECT_EQ(LaunchdState(made).keepsAppleOverrides(), isNamed("bare-tahoe"));
+}
+
+INSTANTIATE_TEST_SUITE_P(All, BareMacs,
+                         testing::Values("bare-notebook", "bare-desktop", "bare-intel-notebook", "bare-tahoe"));
 
 TEST_P(ExampleProfile, theFestivalSpeaksOfWhatIsOnTheLaptop) {
     QFile file(kExamples + u"profiles/festival.json"_s);

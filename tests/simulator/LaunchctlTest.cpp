@@ -5,6 +5,8 @@
 #include "simulator/PropertyList.h"
 #include "simulator/SessionEnvironment.h"
 
+#include <stdexcept>
+
 namespace macsim {
 
 using namespace Qt::StringLiterals;
@@ -71,6 +73,28 @@ protected:
     }
 
     SimulatedMacFolder mac;
+};
+
+/// One on which an override of the system's own agent holds, whose label isn't the name of its file.
+class LaunchctlThatKeepsApplesOverrides : public Launchctl {
+protected:
+    void SetUp() override {
+        Launchctl::SetUp();
+        putFile(mac, kSystemAgent,
+                plist(u"com.apple.notificationcenterui.agent"_s, u"/System/NotificationCenter"_s, true));
+        setState(mac, "processes",
+                 Json::array({{{"pid", 400},
+                               {"name", "NotificationCenter"},
+                               {"uid", 501},
+                               {"label", kApplesLabel},
+                               {"keepAlive", true}}}));
+        setState(mac, "launchd",
+                 {{"jobs", {{"gui/501", {{kApplesLabel, {{"path", kSystemAgent.toStdString()}, {"pid", 400}}}}}}},
+                  {"appleOverrides", "kept"}});
+    }
+
+    static constexpr const char* kApplesLabel = "com.apple.notificationcenterui.agent";
+    const QString target = u"gui/501/com.apple.notificationcenterui.agent"_s;
 };
 
 class LaunchctlOnTahoe : public Launchctl {
@@ -349,6 +373,52 @@ TEST_F(Launchctl, rootUnloadsADaemonForGood) {
 TEST_F(Launchctl, aSystemLabelIsDisabledWithoutAWordAndWithoutEffect) {
     EXPECT_EQ(run({u"disable"_s, u"gui/501/com.apple.notificationcenterui"_s}, Actor::Root), kSilent);
     EXPECT_EQ(override("user/501", "com.apple.notificationcenterui"), "null");
+}
+
+TEST_F(Launchctl, whatBecomesOfApplesOverridesIsSaidInOneOfTwoWords) {
+    const QString target = u"gui/501/com.apple.notificationcenterui"_s;
+    mac.mac.state().update("launchd", [](Json& state) { state["appleOverrides"] = "ignored"; });
+    EXPECT_EQ(run({u"disable"_s, target}), kSilent);
+    EXPECT_EQ(override("user/501", "com.apple.notificationcenterui"), "null");
+    mac.mac.state().update("launchd", [](Json& state) { state["appleOverrides"] = "sometimes"; });
+    EXPECT_THROW(run({u"disable"_s, target}), std::invalid_argument);
+}
+
+TEST_F(LaunchctlThatKeepsApplesOverrides, theAgentIsListedAsDisabledAndRunsOn) {
+    EXPECT_EQ(run({u"disable"_s, target}), kSilent);
+    EXPECT_EQ(override("user/501", kApplesLabel), "true");
+    EXPECT_EQ(running(), QStringList{u"NotificationCenter"_s});
+    EXPECT_TRUE(run({u"print-disabled"_s, u"gui/501"_s})
+                    .output.startsWith("\tdisabled services = {\n"
+                                       "\t\t\"com.apple.notificationcenterui.agent\" => disabled\n\t}\n"));
+    EXPECT_EQ(run({u"bootout"_s, target}).status, 150) << "it is protected all the same";
+}
+
+TEST_F(LaunchctlThatKeepsApplesOverrides, onlyEnableTakesTheOverrideBack) {
+    run({u"disable"_s, target});
+    const ToolRun unloaded = run({u"unload"_s, u"-w"_s, kSystemAgent});
+    EXPECT_TRUE(unloaded.error.endsWith("System Integrity Protection is engaged\n"));
+    const ToolRun loaded = run({u"load"_s, u"-w"_s, kSystemAgent});
+    EXPECT_EQ(loaded.status, 0);
+    EXPECT_TRUE(loaded.error.startsWith("Load failed: 5: Input/output error\n"));
+    EXPECT_EQ(override("user/501", kApplesLabel), "true");
+    EXPECT_EQ(run({u"enable"_s, target}), kSilent);
+    EXPECT_EQ(override("user/501", kApplesLabel), "false");
+}
+
+TEST_F(LaunchctlThatKeepsApplesOverrides, whereTheLabelIsTheFilesNameLoadWithWClearsTheOverride) {
+    putFile(mac, kSystemAgent, plist(u"com.apple.notificationcenterui"_s, u"/System/NotificationCenter"_s, true));
+    run({u"disable"_s, u"gui/501/com.apple.notificationcenterui"_s});
+    ASSERT_EQ(override("user/501", "com.apple.notificationcenterui"), "true");
+    run({u"load"_s, u"-w"_s, kSystemAgent});
+    EXPECT_EQ(override("user/501", "com.apple.notificationcenterui"), "false");
+}
+
+TEST_F(LaunchctlThatKeepsApplesOverrides, withoutIntegrityProtectionLoadWithWClearsTheOverrideOfAnyAgent) {
+    setState(mac, "permissions", {{"systemIntegrityProtection", false}});
+    run({u"disable"_s, target});
+    run({u"load"_s, u"-w"_s, kSystemAgent});
+    EXPECT_EQ(override("user/501", kApplesLabel), "false");
 }
 
 TEST_F(Launchctl, anybodyReadsEveryDomainsOverrides) {

@@ -93,6 +93,55 @@ TEST_F(Mdutil, rootSwitchesAllVolumes) {
     EXPECT_EQ(volumes()["/Volumes/Audio Disk"], "enabled");
 }
 
+TEST_F(Mdutil, showsEachVolumeThatIsNamedAndAllOfThemOnDemand) {
+    set("refusesSwitch", {"/System/Volumes/Data"});
+    run({u"-a"_s, u"-i"_s, u"off"_s});
+    EXPECT_EQ(run({u"-s"_s, u"/"_s, u"/System/Volumes/Data"_s}, Actor::User),
+              (ToolRun{0, "/:\n\tIndexing disabled.\n/System/Volumes/Data:\n\tIndexing enabled. \n", {}}));
+    const ToolRun all{0,
+                      "/:\n\tIndexing disabled.\n/System/Volumes/Data:\n\tIndexing enabled. \n"
+                      "/Volumes/Audio Disk:\n\tIndexing disabled.\n",
+                      {}};
+    EXPECT_EQ(run({u"-a"_s, u"-s"_s}, Actor::User), all);
+    EXPECT_EQ(run({u"-as"_s}), all);
+}
+
+TEST_F(Mdutil, oneVolumeInTransitionGivesTheStatusOfAll) {
+    set("volumes", {{"/", "transitioning"}, {"/System/Volumes/Data", "enabled"}});
+    EXPECT_EQ(run({u"-s"_s, u"/"_s, u"/System/Volumes/Data"_s}),
+              (ToolRun{1,
+                       "/:\n\tError: unexpected indexing state. kMDConfigSearchLevelTransitioning\n"
+                       "/System/Volumes/Data:\n\tIndexing enabled. \n",
+                       {}}));
+}
+
+TEST_F(Mdutil, searchingIsDisabledByAnOrderOfItsOwnWhichCanBeGivenAnew) {
+    for (const QString& turn : {u"first"_s, u"after it was on"_s}) {
+        const ToolRun off = run({u"-d"_s, u"/Volumes/Audio Disk"_s});
+        EXPECT_EQ(off.status, 0) << turn.toStdString();
+        EXPECT_EQ(off.output, "/Volumes/Audio Disk:\n\tIndexing and searching disabled.\n") << turn.toStdString();
+        EXPECT_EQ(withoutStamps(off.error),
+                  "@ mdutil disabling Spotlight: /Volumes/Audio Disk -> kMDConfigSearchLevelOff\n");
+        EXPECT_EQ(run({u"-s"_s, u"/Volumes/Audio Disk"_s}).output, off.output) << turn.toStdString();
+        run({u"-a"_s, u"-i"_s, u"on"_s});
+        EXPECT_EQ(volumes()["/Volumes/Audio Disk"], "enabled") << turn.toStdString();
+    }
+}
+
+TEST_F(Mdutil, disablingTheIndexIsNotDisablingTheSearch) {
+    set("volumes", {{"/", "enabled"}, {"/Volumes/Audio Disk", "searchDisabled"}});
+    run({u"-a"_s, u"-i"_s, u"off"_s});
+    EXPECT_EQ(run({u"-s"_s, u"/Volumes/Audio Disk"_s}).output, "/Volumes/Audio Disk:\n\tIndexing disabled.\n");
+}
+
+TEST_F(Mdutil, theSearchOfAllVolumesIsDisabledAtOnce) {
+    EXPECT_EQ(run({u"-a"_s, u"-d"_s}).output, "/:\n\tIndexing and searching disabled.\n"
+                                              "/System/Volumes/Data:\n\tIndexing and searching disabled.\n"
+                                              "/Volumes/Audio Disk:\n\tIndexing and searching disabled.\n");
+    EXPECT_EQ(volumes()["/"], "searchDisabled");
+    EXPECT_EQ(run({u"-d"_s, u"/"_s}, Actor::User).status, 1);
+}
+
 TEST_F(Mdutil, aChangeShowsLate) {
     set("lag", 2);
     EXPECT_EQ(run({u"-i"_s, u"off"_s, u"/"_s}).output, "/:\n\tIndexing disabled.\n");
@@ -100,6 +149,26 @@ TEST_F(Mdutil, aChangeShowsLate) {
     EXPECT_EQ(run({u"-s"_s, u"/"_s}).output, "/:\n\tIndexing enabled. \n");
     EXPECT_EQ(run({u"-s"_s, u"/"_s}).output, "/:\n\tIndexing disabled.\n");
     EXPECT_FALSE(mac.mac.state().read("spotlight").contains("pending"));
+}
+
+TEST_F(Mdutil, aChangeThatIsTakenBackOnItsWayHasNeverShown) {
+    set("lag", 2);
+    run({u"-i"_s, u"off"_s, u"/"_s});
+    EXPECT_EQ(run({u"-s"_s, u"/"_s}).output, "/:\n\tIndexing enabled. \n");
+    run({u"-i"_s, u"on"_s, u"/"_s});
+    for (int look = 0; look < 3; ++look) {
+        EXPECT_EQ(run({u"-s"_s, u"/"_s}).output, "/:\n\tIndexing enabled. \n") << look;
+    }
+    EXPECT_FALSE(mac.mac.state().read("spotlight").contains("pending"));
+}
+
+TEST_F(Mdutil, aChangeBeforeAnotherIsThroughShowsWhatShowedBeforeBoth) {
+    set("lag", 2);
+    run({u"-i"_s, u"off"_s, u"/"_s});
+    run({u"-d"_s, u"/"_s});
+    EXPECT_EQ(run({u"-s"_s, u"/"_s}).output, "/:\n\tIndexing enabled. \n");
+    EXPECT_EQ(run({u"-s"_s, u"/"_s}).output, "/:\n\tIndexing enabled. \n");
+    EXPECT_EQ(run({u"-s"_s, u"/"_s}).output, "/:\n\tIndexing and searching disabled.\n");
 }
 
 TEST_F(Mdutil, aLateChangeMayShowTheTransition) {
@@ -127,6 +196,14 @@ TEST_F(Mdutil, theSystemVolumeMayTakeTheDataVolumeAlong) {
     set("rootSwitchesData", true);
     run({u"-i"_s, u"off"_s, u"/"_s});
     EXPECT_EQ(volumes()["/System/Volumes/Data"], "disabled");
+}
+
+TEST_F(Mdutil, aDataVolumeThatRefusesIsNotTakenAlong) {
+    set("rootSwitchesData", true);
+    set("refusesSwitch", {"/System/Volumes/Data"});
+    run({u"-a"_s, u"-i"_s, u"off"_s});
+    EXPECT_EQ(volumes()["/"], "disabled");
+    EXPECT_EQ(volumes()["/System/Volumes/Data"], "enabled");
 }
 
 TEST_F(Mdutil, aFolderIsNoVolume) {

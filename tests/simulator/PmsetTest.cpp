@@ -53,6 +53,16 @@ protected:
     SimulatedMacFolder mac;
 };
 
+/// One without a battery, whose timers contradict each other.
+class PmsetOfDesktop : public Pmset {
+protected:
+    void SetUp() override {
+        setState(mac, "power",
+                 {{"sources", {{"AC Power", {{"standby", 0}, {"displaysleep", 10}, {"sleep", 5}, {"disksleep", 10}}}}},
+                  {"activeSource", "AC Power"}});
+    }
+};
+
 } // namespace
 
 TEST_F(Pmset, customShowsEverySourceInItsStoredOrder) {
@@ -166,13 +176,29 @@ TEST_F(Pmset, whatTheMachineDoesNotSupportIsSilentAndNeverShown) {
     EXPECT_EQ(power(), before);
 }
 
-TEST_F(Pmset, aDesktopHasNoBatteryToWriteTo) {
-    mac.mac.state().update("power", [](Json& state) { state["sources"].erase("Battery Power"); });
+TEST_F(PmsetOfDesktop, hasOneSection) {
+    const QByteArray settings = " standby              0\n displaysleep         10\n"
+                                " sleep                5\n disksleep            10\n";
+    EXPECT_EQ(run(u"-g custom"_s, Actor::User), (ToolRun{0, "AC Power:\n" + settings, {}}));
+    EXPECT_EQ(run(u"-g"_s, Actor::User),
+              (ToolRun{0, "System-wide power settings:\nCurrently in use:\n" + settings, {}}));
+}
+
+TEST_F(PmsetOfDesktop, theBatteryIsWrittenToWithoutAWordAndWithoutEffect) {
     const Json before = power();
-    EXPECT_EQ(run(u"-b sleep 0"_s), (ToolRun{0, {}, {}}));
-    EXPECT_EQ(power(), before);
-    EXPECT_EQ(run(u"-a standby 0"_s), (ToolRun{0, {}, {}}));
+    for (const QString& line :
+         {u"-b sleep 0"_s, u"-b standby 0 disksleep 0 sleep 0"_s, u"-b sleep 20"_s, u"-u sleep 0"_s}) {
+        EXPECT_EQ(run(line), kSilent) << line.toStdString();
+        EXPECT_EQ(power(), before) << line.toStdString();
+    }
+}
+
+TEST_F(PmsetOfDesktop, whatIsWrittenToAllSourcesIsWrittenToTheOneThatIsThere) {
+    EXPECT_EQ(run(u"-a standby 1 sleep 0"_s), kSilent);
+    EXPECT_EQ(adapter()["standby"], 1);
     EXPECT_FALSE(power()["sources"].contains("Battery Power"));
+    EXPECT_FALSE(run(u"-b sleep 3 -c sleep 5"_s).error.isEmpty())
+        << "the second is there, and the timers are looked at";
 }
 
 TEST_F(Pmset, aLineWithOneMistakeWritesNothing) {

@@ -108,4 +108,37 @@ TEST_F(RestartOfTahoe, applesOwnOverridesAreUndone) {
     EXPECT_EQ(overrides(), QStringList{u"com.x.agent off"_s});
 }
 
+TEST_F(RestartOfTahoe, aKeptOverrideOfApplesKeepsTheJobFromStartingUntilItIsTakenBack) {
+    const QString center = u"/System/Library/LaunchAgents/com.apple.center.plist"_s;
+    putFile(mac, center, plist(u"com.apple.center.agent"_s));
+    putFile(mac, u"/System/Library/LaunchAgents/com.apple.dock.plist"_s, plist(u"com.apple.dock.agent"_s));
+    mac.mac.state().update("launchd", [](Json& state) { state["appleOverrides"] = "kept"; });
+    const LaunchdDomain session{LaunchdDomain::Kind::Gui, 501};
+    restart(mac.mac);
+    EXPECT_TRUE(programs().contains(u"/opt/com.apple.center.agent"_s));
+    const int dock = LaunchdState(mac.mac).job(session, u"com.apple.dock.agent"_s)->pid;
+
+    launchctl(u"disable"_s, u"gui/501/com.apple.center.agent"_s);
+    EXPECT_TRUE(programs().contains(u"/opt/com.apple.center.agent"_s));
+    restart(mac.mac);
+    EXPECT_EQ(overrides(), QStringList{u"com.apple.center.agent off"_s});
+    EXPECT_FALSE(LaunchdState(mac.mac).job(session, u"com.apple.center.agent"_s));
+    EXPECT_FALSE(programs().contains(u"/opt/com.apple.center.agent"_s));
+    EXPECT_EQ(LaunchdState(mac.mac).job(session, u"com.apple.dock.agent"_s)->pid, dock);
+
+    launchctl(u"enable"_s, u"gui/501/com.apple.center.agent"_s);
+    restart(mac.mac);
+    EXPECT_TRUE(programs().contains(u"/opt/com.apple.center.agent"_s));
+}
+
+TEST_F(Restart, anIgnoredOverrideOfApplesKeepsNothingFromStarting) {
+    const QString center = u"/System/Library/LaunchAgents/com.apple.center.plist"_s;
+    putFile(mac, center, plist(u"com.apple.center.agent"_s));
+    restart(mac.mac);
+    launchctl(u"disable"_s, u"gui/501/com.apple.center.agent"_s);
+    restart(mac.mac);
+    EXPECT_EQ(overrides(), QStringList());
+    EXPECT_TRUE(programs().contains(u"/opt/com.apple.center.agent"_s));
+}
+
 } // namespace macsim

@@ -2,6 +2,7 @@
 
 #include "simulator/PreferenceStore.h"
 #include "simulator/PropertyListText.h"
+#include "simulator/SoftwareUpdateService.h"
 #include "simulator/Tool.h"
 #include "simulator/tools/DefaultsArguments.h"
 
@@ -162,7 +163,11 @@ private:
             }
             return isDone ? Outcome::Done : Outcome::Refused;
         });
-        return outcome == Outcome::Done ? 0 : explain(m_context, problem);
+        if (outcome != Outcome::Done) {
+            return explain(m_context, problem);
+        }
+        softwareUpdateServiceNotices(m_context.mac, m_store.filePath(m_domain));
+        return 0;
     }
 
     /// What an array or a dictionary is added to where the key has no value.

@@ -114,7 +114,7 @@ std::optional<int> bootstrap(ToolContext& context, const QStringList& words) {
                             : doPaths(context, target->domain, words.mid(1), bootstrapPath, u"Bootstrap failed"_s);
 }
 
-/// Silent, whether the label exists or not. For the system's own labels it is without effect as well.
+/// Silent, whether the label exists or not. For the system's own labels it may be without effect as well.
 std::optional<int> setOverride(ToolContext& context, const QStringList& words, bool disabled) {
     const auto target = parseLaunchdTarget(words.value(0));
     if (!target || target->label.isEmpty()) {
@@ -125,7 +125,7 @@ std::optional<int> setOverride(ToolContext& context, const QStringList& words, b
                         LaunchdError::NotPermitted);
     }
     const LaunchdState launchd(context.mac);
-    if (!launchd.isProtectedLabel(target->domain, target->label)) {
+    if (launchd.keepsAppleOverrides() || !launchd.isProtectedLabel(target->domain, target->label)) {
         launchd.setDisabled(target->domain, target->label, disabled);
     }
     return 0;

@@ -1,5 +1,6 @@
 #include "simulator/tools/LaunchctlLegacy.h"
 
+#include "simulator/MacPaths.h"
 #include "simulator/StartupServices.h"
 #include "simulator/tools/LaunchctlArguments.h"
 #include "simulator/tools/ToolOptions.h"
@@ -56,6 +57,13 @@ void complainOfProtection(ToolContext& context, const LegacyVerb& verb, const QS
     complain(context, verb, LaunchdError::IntegrityProtected);
 }
 
+/// A kept override of one of Apple's jobs stands under the job's label. Loading for good clears it by the file's name, which is
+/// another one at times.
+bool clearsOverride(const LaunchdState& launchd, const LaunchPlist& plist) {
+    const bool isKept = launchd.isProtectedPath(plist.path) && launchd.keepsAppleOverrides();
+    return !isKept || lastPathComponent(plist.path) == plist.label + u".plist"_s;
+}
+
 /// Loads a job if nothing stands against it. The override is written even when the load then fails.
 bool load(const ToolContext& context, const QString& path, bool enables) {
     const LaunchdState launchd(context.mac);
@@ -64,7 +72,7 @@ bool load(const ToolContext& context, const QString& path, bool enables) {
     if (!plist) {
         return false;
     }
-    if (enables) {
+    if (enables && clearsOverride(launchd, *plist)) {
         launchd.setDisabled(domain, plist->label, false);
     }
     const bool mayLoad =

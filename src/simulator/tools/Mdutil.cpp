@@ -15,7 +15,7 @@ namespace {
 
 constexpr const char* kSpotlightSubject = "spotlight";
 constexpr QStringView kDataVolume = u"/System/Volumes/Data";
-constexpr OptionRules kMdutilRules{u"pEsai:dvtLPrX", u"sai",
+constexpr OptionRules kMdutilRules{u"pEsai:dvtLPrX", u"said",
                                    u"Usage: mdutil -pEsa -i (on|off) -d volume ...\n"
                                    u"       mdutil -t {volume-path | deviceid} fileid\n",
                                    1};
@@ -79,12 +79,18 @@ std::string lookAt(Json& state, const QString& volume) {
     return shown;
 }
 
+/// What shows in the meantime is what showed before, also where an earlier change wasn't through yet. An order that goes
+/// back to that has nothing to wait for.
 void changeTo(Json& state, const QString& volume, const std::string& wanted) {
     const std::string key = volume.toStdString();
-    const std::string was = state["volumes"].value(key, std::string("unknown"));
+    const Json unfinished = state.value("pending", Json::object()).value(key, Json::object());
+    const std::string current = state["volumes"].value(key, std::string("unknown"));
+    const std::string was = unfinished.value("was", current);
     const int lag = state.value("lag", 0);
     if (lag > 0 && was != wanted) {
         state["pending"][key] = {{"was", was}, {"looks", lag}};
+    } else if (!unfinished.empty()) {
+        state["pending"].erase(key);
     }
     state["volumes"][key] = wanted;
 }
@@ -135,7 +141,26 @@ int refuseSwitch(ToolContext& context, const Place& place, const QString& errors
     return 0;
 }
 
-int switchIndexing(ToolContext& context, const Place& place, bool on) {
+/// The level that the log tells of when a volume is to get a state; it tells of none when it is enabled.
+QString loggedLevel(const std::string& wanted) {
+    if (wanted == "enabled") {
+        return {};
+    }
+    return wanted == "disabled" ? u"kMDConfigSearchLevelFSSearchOnly"_s : u"kMDConfigSearchLevelOff"_s;
+}
+
+/// Carries an order out on a volume that takes it.
+void obey(const ToolContext& context, const QString& volume, const std::string& wanted) {
+    context.mac.state().update(kSpotlightSubject, [&](Json& state) {
+        const QString data = kDataVolume.toString();
+        changeTo(state, volume, wanted);
+        if (volume == u"/"_s && state.value("rootSwitchesData", false) && !lists(state, "refusesSwitch", data)) {
+            changeTo(state, data, wanted);
+        }
+    });
+}
+
+int switchTo(ToolContext& context, const Place& place, const std::string& wanted) {
     const Json before = readSpotlight(context);
     if (!place.isVolume) {
         return refuseSwitch(context, place, {}, "unknown");
@@ -143,21 +168,14 @@ int switchIndexing(ToolContext& context, const Place& place, bool on) {
     if (!context.isRoot() && !place.volume.startsWith(u"/Volumes/"_s)) {
         return refuseUser(context, place);
     }
-    if (!on) {
-        context.complain(logPrefix() + u"mdutil disabling Spotlight: "_s + place.volume +
-                         u" -> kMDConfigSearchLevelFSSearchOnly\n"_s);
+    if (const QString level = loggedLevel(wanted); !level.isEmpty()) {
+        context.complain(logPrefix() + u"mdutil disabling Spotlight: "_s + place.volume + u" -> "_s + level + u'\n');
     }
     if (lists(before, "refusesSwitch", place.volume)) {
         return refuseSwitch(context, place, u"Error: unable to perform operation.  (-1)\n"_s,
                             before.at("volumes").value(place.volume.toStdString(), std::string("unknown")));
     }
-    const std::string wanted = on ? "enabled" : "disabled";
-    context.mac.state().update(kSpotlightSubject, [&](Json& state) {
-        changeTo(state, place.volume, wanted);
-        if (place.volume == u"/"_s && state.value("rootSwitchesData", false)) {
-            changeTo(state, kDataVolume.toString(), wanted);
-        }
-    });
+    obey(context, place.volume, wanted);
     printState(context, place, wanted);
     return 0;
 }
@@ -165,7 +183,10 @@ int switchIndexing(ToolContext& context, const Place& place, bool on) {
 int handle(ToolContext& context, const Place& place, const ToolOptions& options) {
     int status = 0;
     if (options.has(u'i')) {
-        status |= switchIndexing(context, place, options.value(u'i') == u"on"_s);
+        status |= switchTo(context, place, options.value(u'i') == u"on"_s ? "enabled" : "disabled");
+    }
+    if (options.has(u'd')) {
+        status |= switchTo(context, place, "searchDisabled");
     }
     if (options.has(u's')) {
         status |= showState(context, place);
@@ -203,7 +224,7 @@ int runMdutil(ToolContext& context) {
         return *refused;
     }
     const QString wanted = options.value(u'i');
-    const bool asksForNothing = !options.has(u'i') && !options.has(u's');
+    const bool asksForNothing = !options.has(u'i') && !options.has(u'd') && !options.has(u's');
     const bool isReadable = !options.has(u'i') || wanted == u"on"_s || wanted == u"off"_s;
     if (asksForNothing || !isReadable || options.operands.isEmpty() != options.has(u'a')) {
         return refuseWithUsage(context, kMdutilRules);

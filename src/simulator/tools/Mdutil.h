@@ -4,7 +4,7 @@ namespace macsim {
 
 struct ToolContext;
 
-/// mdutil: -s and -i on|off, of one volume after the other or of all of them (-a).
+/// mdutil: -s, -i on|off and -d, of one volume after the other or of all of them (-a).
 ///
 /// Subject "spotlight":
 ///
@@ -13,10 +13,11 @@ struct ToolContext;
 ///      "serverDisabled": false}
 ///
 /// Only "volumes" is required; -a takes its order. A volume's state is one of "enabled", "disabled",
-/// "searchDisabled", "noIndex", "readOnly", "transitioning", "unknown". A change is asynchronous: for the
-/// next `lag` times that the state of the volume is asked for, the old state is shown, or "transitioning"
-/// where `lagShows` says so; the tool keeps count of that under "pending". Volumes in `refusesSwitch` can't
-/// be switched. `rootSwitchesData`: the system volume takes the data volume along.
+/// "searchDisabled", "noIndex", "readOnly", "transitioning", "unknown". -i off makes it "disabled", whatever it was, and
+/// -d alone makes it "searchDisabled". A change is asynchronous: for the next `lag` times that the state of the volume is
+/// asked for, the old state is shown, or "transitioning" where `lagShows` says so; the tool keeps count of that under
+/// "pending". Volumes in `refusesSwitch` can't be switched. `rootSwitchesData`: the system volume takes the data volume
+/// along, unless that refuses.
 int runMdutil(ToolContext& context);
 
 } // namespace macsim

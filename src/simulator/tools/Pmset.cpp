@@ -3,6 +3,8 @@
 #include "simulator/tools/PmsetArguments.h"
 #include "simulator/tools/ToolOptions.h"
 
+#include <algorithm>
+
 namespace macsim {
 
 using namespace Qt::StringLiterals;
@@ -126,6 +128,18 @@ void apply(const PowerChanges::Setting& setting, Json& sources) {
     }
 }
 
+/// Whether a line means a source that this machine has. On one that has none of them nothing is written, and so nothing
+/// is looked at either.
+bool meansASource(const PowerChanges& changes, const Json& sources) {
+    for (const PowerChanges::Setting& setting : changes.settings) {
+        const auto isThere = [&sources](const QString& source) { return sources.contains(source.toStdString()); };
+        if (std::any_of(setting.sources.begin(), setting.sources.end(), isThere)) {
+            return true;
+        }
+    }
+    return false;
+}
+
 void write(const ToolContext& context, const PowerChanges& changes) {
     context.mac.state().update(kPowerSubject, [&changes](Json& state) {
         for (const PowerChanges::Setting& setting : changes.settings) {
@@ -187,7 +201,7 @@ int change(ToolContext& context, const PowerChanges& changes) {
         return refuseUser(context, changes);
     }
     write(context, changes);
-    if (!changes.settings.empty()) {
+    if (meansASource(changes, readPower(context).at("sources"))) {
         warnOfInconsistentTimers(context);
     }
     return 0;

@@ -14,7 +14,8 @@ struct ToolContext;
 ///      "sleepPreventedBy": ["coreaudiod"], "displaySleepPreventedBy": [],
 ///      "highPowerModeSources": ["AC Power"]}
 ///
-/// A source that the machine has not ("Battery Power" and "UPS Power" on a desktop) is left out. Its settings
+/// A source that the machine has not ("Battery Power" and "UPS Power" on a desktop) is left out: it has no section, and a
+/// line that writes to it alone does nothing without a word, with status 0. A source's settings
 /// have the names and the order in which they are printed; a value is a number, or text (hibernatefile). A
 /// setting that isn't there is one that the machine doesn't support: it is never printed and writing it has
 /// no effect. Of the keys above only "sources" and "activeSource" are required. `sleepDisabled` and
