@@ -11,8 +11,7 @@ using macsim::Actor;
 
 const QString kUsersHome = u"/Users/alex"_s;
 const QString kUserCaches = kUsersHome + u"/Library/Caches/"_s;
-const QString kSystemChanges =
-    u"Quorvane needs your administrator password to make these system changes. Use Touch ID when prompted."_s;
+const QString kSystemChanges = u"Quorvane needs your administrator password to make these system changes."_s;
 const MaintenanceSelection kEverything{true, true, true};
 
 class MaintenanceOnSimulatedMac : public SimulatedSystem {

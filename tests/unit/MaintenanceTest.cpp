@@ -32,8 +32,7 @@ protected:
     }
 
     static QString prompted(const QString& line) {
-        const QString prompt = u"Quorvane needs your administrator password to make these system changes. Use Touch ID "
-                               "when prompted."_s;
+        const QString prompt = u"Quorvane needs your administrator password to make these system changes."_s;
         return u"& "_s + ScriptedScriptEngine::withoutPath(adminScriptSource(line, prompt)) + u'\n';
     }
     void addTo(const QString& folder, const QStringList& names) {
