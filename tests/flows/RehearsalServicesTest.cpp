@@ -59,6 +59,19 @@ TEST_F(RehearsalServices, maintenanceWithACancelledPromptEndsWithStatusOne) {
               "/Library/Caches:\ncom.maker.app\n\n/Users/alex/Downloads:\n");
 }
 
+TEST_F(RehearsalServices, maintenanceThatLeftSomethingEndsWithStatusOne) {
+    shell(u"mkdir -p ~/.Trash; touch ~/.Trash/old.wav ~/Downloads/set.zip"_s);
+    const QString faults = file(u"faults.json"_s, R"([{"tool": "osascript", "arguments": "Finder", "status": 1,
+        "error": "13:71: execution error: Finder got an error: AppleEvent handler failed. (-10000)\n"}])");
+    const Ending run = rehearse({u"--faults"_s, faults, u"maintenance"_s, u"--trash"_s, u"--downloads"_s});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_TRUE(run.output.endsWith("\nCompleted with Issues\n"
+                                    "  The Trash wasn’t emptied: Finder got an error: AppleEvent handler failed.\n"
+                                    "  Downloads folder purged.\n"))
+        << run.output.toStdString();
+    EXPECT_EQ(shell(u"ls ~/.Trash"_s), "old.wav\n");
+}
+
 TEST_F(RehearsalServices, maintenanceOfNothingDoesNothing) {
     const macsim::MacPicture before(macFolder());
     const Ending run = rehearse({u"maintenance"_s});
