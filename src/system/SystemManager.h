@@ -426,7 +426,13 @@ private:
 
     // SystemManager+Network.cpp
     QCoro::Task<std::optional<QStringList>> networkServiceNames(QString tool);
+    QCoro::Task<QStringList> servicesOfOperation();
     QCoro::Task<QStringList> networkSwitchCommands(NetworkSwitch position);
+
+    // SystemManager+NetworkOperations.cpp
+    QCoro::Task<ServiceNameServers> readNameServers(QString service);
+    QCoro::Task<QList<ServiceNameServers>> nameServersToReset();
+    QCoro::Task<QStringList> servicesNotReset(QList<ServiceNameServers> services);
 
     // SystemManager+Maintenance.cpp
     QCoro::Task<QList<SeenEntry>> removableSystemCaches();
