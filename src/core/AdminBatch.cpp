@@ -3,12 +3,15 @@
 #include "core/AdminScript.h"
 #include "core/FlowEnvironment.h"
 #include "core/OneLine.h"
+#include "platform/Clock.h"
+#include "platform/Host.h"
 #include "platform/ScriptEngine.h"
 
 #include <QCoroFuture>
 #include <QCoroTask>
 
 #include <algorithm>
+#include <chrono>
 #include <utility>
 
 namespace quorvane {
@@ -19,6 +22,9 @@ namespace {
 
 /// Shown while the system may still hold the authorization of an earlier run.
 const QString kNeutralPrompt = u"Quorvane is applying system changes."_s;
+
+/// For so long the system asks nobody again for a script of the same text.
+constexpr std::chrono::minutes kAuthorizationTime{5};
 
 /// The longest shell line that is handed over, in bytes of UTF-8. The line becomes one argument of a shell, and the system
 /// gives arguments and environment 1 MiB together; what lies beyond would fail after the user has given their password.
@@ -59,16 +65,29 @@ AdminBatch::AdminBatch(FlowEnvironment& environment, ScriptEngine& scripts)
     , m_scripts(scripts) {}
 
 QCoro::Task<CommandResult> AdminBatch::execute(QString script, QString prompt) {
-    const QString shownPrompt = m_hasAuthorization ? kNeutralPrompt : onOneLine(prompt);
+    const QString shownPrompt = isAuthorized(script) ? kNeutralPrompt : onOneLine(prompt);
     if (const std::optional<QString> refusal = refusalOf(script, shownPrompt)) {
-        co_return CommandResult{1, {}, *refusal};
+        co_return CommandResult{1, {}, *refusal, false};
     }
     const ScriptOutcome outcome = co_await m_scripts.run(adminScriptSource(script, shownPrompt));
-    m_hasAuthorization = outcome.result.has_value();
     if (outcome.result) {
+        m_successes.insert(script, m_environment.host().clock.now());
         co_return CommandResult{0, *outcome.result, {}};
     }
-    co_return CommandResult{1, {}, failureText(outcome)};
+    m_successes.clear();
+    // The number of a shell line that failed is its exit status; what kept it from being run has a negative one.
+    const bool hasRun = outcome.errorNumber.value_or(0) > 0;
+    co_return CommandResult{1, {}, failureText(outcome), hasRun};
+}
+
+/// Forgets what is over. The clock may have been set back meanwhile: what succeeds in the future is over, too.
+bool AdminBatch::isAuthorized(const QString& line) {
+    const QDateTime now = m_environment.host().clock.now();
+    m_successes.removeIf([&now](const std::pair<const QString&, QDateTime&>& success) {
+        const std::chrono::milliseconds age{success.second.msecsTo(now)};
+        return age < std::chrono::milliseconds::zero() || age >= kAuthorizationTime;
+    });
+    return m_successes.contains(line);
 }
 
 QCoro::Task<CommandResult> AdminBatch::run(QString script, QString prompt) {

@@ -3,6 +3,8 @@
 #include "core/CommandResult.h"
 #include "core/OpenBatch.h"
 
+#include <QDateTime>
+#include <QHash>
 #include <QString>
 #include <QStringList>
 
@@ -24,13 +26,14 @@ public:
     AdminBatch(FlowEnvironment& environment, ScriptEngine& scripts);
 
     /// Runs one shell line at once, whether a batch is open or not.
-    /// @param prompt  shown to the user on one line; replaced by a neutral text once the last run of this process has succeeded,
-    ///                because the system may then hold the authorization. One that holds a double quote fails the run
-    ///                before the script engine sees it, and so does a line of more than 200,000 bytes.
+    /// @param prompt  shown to the user on one line; replaced by a neutral text for five minutes after the same line has
+    ///                succeeded, because the system may hold its authorization then, unless a run has failed since. One that
+    ///                holds a double quote fails the run before the script engine sees it, and so does a line of more than
+    ///                200,000 bytes.
     /// @return status 0 and the script's text; or 1 with the system's message: a cancel is a failure like any other
     QCoro::Task<CommandResult> execute(QString script, QString prompt);
-    /// Forgets that a run succeeded: the next shows its caller's prompt.
-    void clearAuthorization() { m_hasAuthorization = false; }
+    /// Forgets what has succeeded: each line shows its caller's prompt.
+    void clearAuthorization() { m_successes.clear(); }
 
     /// Queues the line when a batch is open, and gives status 0 at once; otherwise runs it.
     QCoro::Task<CommandResult> run(QString script, QString prompt);
@@ -55,12 +58,14 @@ public:
     QStringList takePlistsBroughtBack();
 
 private:
+    bool isAuthorized(const QString& line);
+
     FlowEnvironment& m_environment;
     ScriptEngine& m_scripts;
     OpenBatch m_open;
     int m_depth = 0;
     QStringList m_plistsBroughtBack;
-    bool m_hasAuthorization = false; ///< true when the last run of this process succeeded
+    QHash<QString, QDateTime> m_successes; ///< when each line succeeded for which the system may hold an authorization
 };
 
 } // namespace quorvane

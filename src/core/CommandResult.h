@@ -15,6 +15,8 @@ struct CommandResult {
     QString standardError;  ///< as the output; the system's message for a launch or administrator failure
     /// Of a command: it was started and came to its end by itself. False when it couldn't be started, was ended by a signal,
     /// or ended after the program had begun to quit: status and output tell nothing of the Mac then.
+    /// Of an administrator run that failed: its line came to its end, whatever became of its commands. False when it wasn't run,
+    /// as after a cancel.
     bool isAnswered = true;
 };
 

@@ -31,7 +31,11 @@ QString cacheRemovalCommand(const QString& path) {
     return u"rm -rf '"_s + path + u'\'';
 }
 
-QString joinedCacheCommands(const QStringList& commands) {
+QString cacheRemovalLine(const QList<SeenEntry>& entries) {
+    QStringList commands;
+    for (const SeenEntry& entry : entries) {
+        commands.append(cacheRemovalCommand(entry.path));
+    }
     return commands.join(u"; "_s);
 }
 

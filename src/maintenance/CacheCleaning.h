@@ -1,5 +1,8 @@
 #pragma once
 
+#include "maintenance/SeenEntry.h"
+
+#include <QList>
 #include <QString>
 #include <QStringList>
 
@@ -21,7 +24,8 @@ bool isSystemIconStore(const QString& name);
 /// The shell line that removes an entry of a system cache folder. @param path  of an entry whose name is safe
 QString cacheRemovalCommand(const QString& path);
 
-/// The commands as one shell line: each runs whatever became of the one before it.
-QString joinedCacheCommands(const QStringList& commands);
+/// One shell line that removes them all: each command runs whatever became of the one before it, and the status is that of the
+/// last and tells nothing of the others.
+QString cacheRemovalLine(const QList<SeenEntry>& entries);
 
 } // namespace quorvane

@@ -3,6 +3,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <optional>
+
 namespace quorvane {
 
 /// What the user chose to clean up.
@@ -16,10 +18,13 @@ struct MaintenanceSelection {
 
 /// What became of it.
 struct MaintenanceOutcome {
-    bool succeeded = true; ///< false: the caches of the system couldn't be cleared. The other steps don't fail.
-    QStringList messages;  ///< one sentence for each step
+    bool succeeded = true; ///< false: a step didn't do what its name says
+    QStringList messages;  ///< what each step came to, in their order
 
     bool operator==(const MaintenanceOutcome&) const = default;
+
+    /// Adds a step. @param problem  why it isn't done; none when it is  @param done  what is told then
+    void add(const std::optional<QString>& problem, const QString& done);
 
     // What the user is told at the end.
     QString alertTitle() const;

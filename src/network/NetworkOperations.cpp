@@ -1,7 +1,10 @@
 #include "network/NetworkOperations.h"
 
+#include "network/NameServers.h"
+
 #include <algorithm>
 #include <initializer_list>
+#include <iterator>
 
 namespace quorvane {
 
@@ -41,13 +44,15 @@ QString NetworkOutcome::alertText() const {
     return messages.isEmpty() ? u"No network operations were performed."_s : messages.join(u"\n\n"_s);
 }
 
-QStringList networkDiagnosticsCommands(const NetworkOperations& operations) {
+QStringList networkDiagnosticsCommands(const NetworkOperations& operations, const QStringList& services) {
+    QStringList commands;
+    if (operations.resetConfig) {
+        std::transform(services.begin(), services.end(), std::back_inserter(commands), nameServersEmptiedCommand);
+    }
     const bool flushes = operations.flushDNS || operations.resetConfig;
-    return chosen({{operations.resetConfig, u"networksetup -setdnsservers Wi-Fi Empty"_s},
-                   {operations.resetConfig, u"networksetup -setdnsservers Ethernet Empty"_s},
-                   {flushes, u"dscacheutil -flushcache"_s},
-                   {flushes, u"killall -HUP mDNSResponder"_s},
-                   {flushes, u"rm -rf /var/db/dhcpclient/leases/*"_s}});
+    return commands + chosen({{flushes, u"dscacheutil -flushcache"_s},
+                              {flushes, u"killall -HUP mDNSResponder"_s},
+                              {flushes, u"rm -rf /var/db/dhcpclient/leases/*"_s}});
 }
 
 QStringList networkFailureMessages(const NetworkOperations& operations) {
@@ -56,15 +61,19 @@ QStringList networkFailureMessages(const NetworkOperations& operations) {
                    {operations.enableAll, u"Failed to enable network. Check logs."_s}});
 }
 
-QStringList networkSuccessMessages(const NetworkOperations& operations) {
-    return chosen({{operations.resetConfig, u"Network configuration has been reset to defaults."_s},
+QStringList networkSuccessMessages(const NetworkOperations& operations, const QStringList& notReset) {
+    const bool isReset = operations.resetConfig && notReset.isEmpty();
+    return chosen({{!notReset.isEmpty(), notResetText(notReset)},
+                   {isReset, u"Network configuration has been reset to defaults."_s},
                    {operations.flushDNS, u"DNS and DHCP caches flushed successfully."_s},
                    {operations.disableAll, u"All network connections have been disabled."_s},
                    {operations.enableAll, u"All network connections have been re-enabled."_s}});
 }
 
-QStringList networkSuccessLogLines(const NetworkOperations& operations) {
-    return chosen({{operations.resetConfig, u"  [APPLIED] Network configuration reset successfully."_s},
+QStringList networkSuccessLogLines(const NetworkOperations& operations, const QStringList& notReset) {
+    const bool isReset = operations.resetConfig && notReset.isEmpty();
+    return chosen({{!notReset.isEmpty(), u"  [ERROR] "_s + notResetText(notReset)},
+                   {isReset, u"  [APPLIED] Network configuration reset successfully."_s},
                    {operations.flushDNS, u"  [APPLIED] Successfully flushed DNS cache."_s},
                    {operations.flushDNS, u"  [APPLIED] Successfully cleared DHCP lease cache."_s},
                    {operations.flushDNS && !operations.resetConfig,

@@ -9,7 +9,7 @@ namespace quorvane {
 /// them from switching everything off and on again.
 struct NetworkOperations {
     bool flushDNS = false;    ///< the caches of names and of addresses
-    bool resetConfig = false; ///< the same, and Wi-Fi and Ethernet ask no name server of their own any more
+    bool resetConfig = false; ///< the same, and no service asks a name server of its own any more
     bool disableAll = false;  ///< every network service goes off
     bool enableAll = false;   ///< every network service goes on
 
@@ -19,7 +19,7 @@ struct NetworkOperations {
 /// What became of them.
 struct NetworkOutcome {
     QStringList messages; ///< one sentence for each operation
-    bool success = false; ///< false: the administrator run was refused or failed, so that nothing happened
+    bool success = false; ///< false: the administrator run was refused or failed, or a name server stayed
 
     bool operator==(const NetworkOutcome&) const = default;
 
@@ -31,13 +31,14 @@ struct NetworkOutcome {
 };
 
 /// The shell lines of the flush and the reset; a reset takes the flush with it, so the flush isn't done twice.
-QStringList networkDiagnosticsCommands(const NetworkOperations& operations);
+/// @param services  those whose name servers a reset takes away
+QStringList networkDiagnosticsCommands(const NetworkOperations& operations, const QStringList& services);
 
 /// @param operations  those that were to run; not the ones that had failed before
 QStringList networkFailureMessages(const NetworkOperations& operations);
 
-/// @param operations  those that ran
-QStringList networkSuccessMessages(const NetworkOperations& operations);
-QStringList networkSuccessLogLines(const NetworkOperations& operations);
+// Of the operations that ran; of a reset also the services that it has left as they were.
+QStringList networkSuccessMessages(const NetworkOperations& operations, const QStringList& notReset = {});
+QStringList networkSuccessLogLines(const NetworkOperations& operations, const QStringList& notReset = {});
 
 } // namespace quorvane

@@ -47,6 +47,9 @@ struct FileStatus {
 
     Kind kind = Kind::Missing;
     quint32 owner = 0; ///< the user id of its owner; 0 is root, and what is missing
+    /// What the file system counts it by: it keeps the number when it is moved, and what takes its place has another one. 0 for
+    /// what is missing.
+    quint64 fileNumber = 0;
 
     bool operator==(const FileStatus&) const = default;
 };

@@ -28,6 +28,10 @@ bool mayChangeApplications(const StateStore& state) {
     return permissions.is_object() && permissions.value("appManagement", permissions.value("fullDiskAccess", false));
 }
 
+bool mayReadDownloads(const StateStore& state) {
+    return isOn(state, "downloads");
+}
+
 bool isSystemIntegrityProtected(const StateStore& state) {
     return isOn(state, "systemIntegrityProtection");
 }

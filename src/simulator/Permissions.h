@@ -11,10 +11,10 @@ namespace macsim {
 ///
 /// Subject "permissions":
 ///
-///     {"fullDiskAccess": true, "appManagement": true, "systemIntegrityProtection": true,
+///     {"fullDiskAccess": true, "appManagement": true, "systemIntegrityProtection": true, "downloads": true,
 ///      "automation": {"System Events": true, …}, "automationQuestion": "allow"}
 ///
-/// Of the first three what isn't there is true, but for "appManagement": nobody is asked for it beforehand, and a fresh Mac
+/// Of the first four what isn't there is true, but for "appManagement": nobody is asked for it beforehand, and a fresh Mac
 /// refuses. They bind root as well. Places.h says what each keeps.
 ///
 /// "automation" is what was decided of other applications: true, false, or "unanswered" where the user is asked and says nothing.
@@ -26,6 +26,7 @@ bool hasFullDiskAccess(const StateStore& state);
 /// Access brings it along, where that is there and true, so that a Mac that tells of neither refuses. (That a refusal
 /// of the one stands against the other is a choice, for Macs that need Full Disk Access for something else.)
 bool mayChangeApplications(const StateStore& state);
+bool mayReadDownloads(const StateStore& state);
 bool isSystemIntegrityProtected(const StateStore& state);
 
 /// What the user says to the question whether the program may control another application.

@@ -52,6 +52,15 @@ bool isPrivate(const QString& path) {
            isAtOrBelow(path, u"/Library/Application Support/com.apple.TCC");
 }
 
+bool isInDataVault(const QString& path) {
+    static const QRegularExpression vault(u"\\.classicdatavault(?:/|$)"_s, QRegularExpression::CaseInsensitiveOption);
+    return vault.match(path).hasMatch();
+}
+
+bool isInDownloads(const QString& path, const Machine& machine) {
+    return isAtOrBelow(path, u"/Users/"_s + machine.userName + u"/Downloads"_s);
+}
+
 bool isInApplication(const QString& path) {
     static const QRegularExpression inside(u"^(?:/Users/[^/]+)?/Applications/(?:[^/]+/)*?[^/]+\\.app/"_s,
                                            QRegularExpression::CaseInsensitiveOption);

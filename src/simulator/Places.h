@@ -25,6 +25,13 @@ bool isGuardedFolder(const QString& path);
 /// there, and may not read it.
 bool isPrivate(const QString& path);
 
+/// What System Integrity Protection keeps for the one service of the system that made it, from root too: a data vault, such as
+/// there is among the caches of everybody, and everything in it.
+bool isInDataVault(const QString& path);
+
+/// The user's Downloads folder and everything in it.
+bool isInDownloads(const QString& path, const Machine& machine);
+
 /// What App Management keeps from being changed, by root too: everything inside an installed application, however deep.
 /// The application itself may be moved and thrown away, and copies elsewhere are nobody's.
 bool isInApplication(const QString& path);

@@ -148,9 +148,20 @@ bool Volume::isKeptApplication(const QString& path) const {
     return isInApplication(path) && !mayChangeApplications(StateStore(m_hostFolder + kStateFolder.toString()));
 }
 
+bool Volume::isVault(const QString& path) const {
+    return isInDataVault(path) && isSystemIntegrityProtected(StateStore(m_hostFolder + kStateFolder.toString()));
+}
+
+/// By the privacy settings.
+bool Volume::isKeptFromReaders(const QString& path) const {
+    const StateStore state(m_hostFolder + kStateFolder.toString());
+    return (isPrivate(path) && !hasFullDiskAccess(state)) ||
+           (isInDownloads(path, m_machine) && !mayReadDownloads(state));
+}
+
 /// For making, renaming and removing what is in a folder.
 void Volume::requireChangeableNames(const QString& folder, const QString& blamed) const {
-    if (isSealed(folder) || isKeptApplication(folder + u'/')) {
+    if (isSealed(folder) || isKeptApplication(folder + u'/') || isVault(folder)) {
         throw FileError(EPERM, blamed);
     }
     if (m_actor == Actor::User && !isSharedFolder(folder) && currentOwner(folder) == Actor::Root) {
@@ -168,6 +179,9 @@ void Volume::requireFreeName(const Located& place) const {
 /// Where everybody may write, nobody but root removes what is somebody else's.
 void Volume::requireRemovable(const Located& place) const {
     requireFreeName(place);
+    if (isVault(place.macPath)) {
+        throw FileError(EPERM, place.macPath);
+    }
     const bool isGuarded = place.kind != Kind::Missing && isGuardedFolder(place.macParent());
     if (m_actor == Actor::User && isGuarded && currentOwner(place.macPath) == Actor::Root) {
         throw FileError(EACCES, place.macPath);
@@ -184,7 +198,8 @@ void Volume::requireWritable(const Located& place) const {
         requireChangeableNames(place.macPath, place.macPath);
         return;
     }
-    if (isSealed(place.macPath) || isSealed(place.macParent()) || isKeptApplication(place.macPath)) {
+    if (isSealed(place.macPath) || isSealed(place.macParent()) || isKeptApplication(place.macPath) ||
+        isVault(place.macPath)) {
         throw FileError(EPERM, place.macPath);
     }
     if (m_actor == Actor::User && currentOwner(place.macPath) == Actor::Root) {
@@ -199,8 +214,7 @@ void Volume::requireReadable(const Located& place) const {
     if (m_actor == Actor::User && isAtOrBelow(place.macPath, u"/private/var/root")) {
         throw FileError(EACCES, place.macPath);
     }
-    if (place.kind != Kind::Missing && isPrivate(place.macPath) &&
-        !hasFullDiskAccess(StateStore(m_hostFolder + kStateFolder.toString()))) {
+    if (place.kind != Kind::Missing && (isVault(place.macPath) || isKeptFromReaders(place.macPath))) {
         throw FileError(EPERM, place.macPath);
     }
 }
@@ -363,6 +377,12 @@ void Volume::setModificationTime(const QString& path, const QDateTime& time) con
     const timespec times[] = {{0, UTIME_OMIT}, modified};
     require(::utimensat(AT_FDCWD, QFile::encodeName(place.hostPath).constData(), times, AT_SYMLINK_NOFOLLOW) == 0,
             path);
+}
+
+quint64 Volume::fileNumber(const QString& path) const {
+    struct stat info {};
+    require(lstatPath(locate(path, false).hostPath, info), path);
+    return info.st_ino;
 }
 
 Actor Volume::owner(const QString& path) const {

@@ -44,12 +44,12 @@ private:
 /// place says.
 ///
 /// Rights: the sealed system (/System, /usr but not /usr/local, /bin, /sbin) and the simulator's own state refuse
-/// every change with EPERM, also to root. Otherwise root may do everything, and the user (EACCES) what POSIX and macOS
+/// every change with EPERM, also to root; and so do data vaults (Places.h) while System Integrity Protection is on. Otherwise root may do everything, and the user (EACCES) what POSIX and macOS
 /// let them: change the bytes of their own files and the names in their own folders. The shared folders themselves are
 /// root's and open to them (/private/tmp, /Users/Shared, /Applications, /Volumes); in the first two they can't remove
 /// or replace what is root's. A folder that isn't theirs can't be moved into another one. Reading is free but for
 /// /private/var/root, which is closed to the user, and for what is private (Places.h): it refuses root as well (EPERM)
-/// without Full Disk Access.
+/// without Full Disk Access. The Downloads folder is refused to a program that may not read it (Permissions.h).
 ///
 /// Every operation throws FileError.
 class Volume {
@@ -94,6 +94,8 @@ public:
     QDateTime modificationTime(const QString& path) const;
     /// For what the actor may change. Links are followed; to the millisecond.
     void setModificationTime(const QString& path, const QDateTime& time) const;
+    /// What the file system counts it by; the last component is not followed when it is a link.
+    quint64 fileNumber(const QString& path) const;
     /// Whose it is; the last component is not followed when it is a link.
     Actor owner(const QString& path) const;
     /// Gives it away, as root alone can (EPERM). A link is followed; what is in a folder keeps its owner.
@@ -124,6 +126,8 @@ private:
     Actor currentOwner(const QString& macPath) const;
     mode_t modeOfNew(const QString& macPath, mode_t mode) const;
     bool isKeptApplication(const QString& path) const;
+    bool isVault(const QString& path) const;
+    bool isKeptFromReaders(const QString& path) const;
     void requireChangeableNames(const QString& folder, const QString& blamed) const;
     void requireFreeName(const Located& place) const;
     void requireRemovable(const Located& place) const;

@@ -5,13 +5,16 @@
 #include "core/Turns.h"
 #include "maintenance/CacheCleaning.h"
 #include "maintenance/FolderEmptying.h"
+#include "maintenance/MaintenanceProblems.h"
 #include "maintenance/MaintenanceSelection.h"
+#include "maintenance/SeenEntry.h"
 #include "platform/FileManager.h"
 #include "platform/Machine.h"
 #include "system/BusyBracket.h"
 
 #include <QCoroTask>
 
+#include <algorithm>
 #include <utility>
 
 namespace quorvane {
@@ -24,19 +27,18 @@ QCoro::Task<MaintenanceOutcome> SystemManager::runMaintenance(MaintenanceSelecti
     if (selection.clearCache) {
         log(u"Starting cache cleanup..."_s);
         co_await clearCacheDirectory(m_host.machine.homeFolder() + u"/Library/Caches"_s, u"User Caches"_s);
-        outcome.succeeded = co_await clearSystemCaches();
-        outcome.messages.append(outcome.succeeded ? u"System caches cleared."_s
-                                                  : u"System cache cleanup failed or was cancelled."_s);
+        const std::optional<QString> problem = co_await clearSystemCaches();
+        outcome.add(problem, u"System caches cleared."_s);
     }
     if (selection.cleanTrash) {
         log(u"Emptying Trash..."_s);
-        co_await emptyTrash();
-        outcome.messages.append(u"Trash emptied."_s);
+        const std::optional<QString> problem = co_await emptyTrash();
+        outcome.add(problem, u"Trash emptied."_s);
     }
     if (selection.purgeDownloads) {
         log(u"Purging Downloads folder..."_s);
-        co_await purgeDownloads();
-        outcome.messages.append(u"Downloads folder purged."_s);
+        const std::optional<QString> problem = co_await purgeDownloads();
+        outcome.add(problem, u"Downloads folder purged."_s);
     }
     log(u"\nCleanup Complete!"_s);
     outcome.succeeded = outcome.succeeded && !isQuitting();
@@ -76,31 +78,45 @@ QCoro::Task<void> SystemManager::clearCacheDirectory(QString path, QString label
     }
 }
 
-QCoro::Task<bool> SystemManager::clearSystemCaches() {
-    const QStringList commands = co_await systemCacheCommands();
-    if (commands.isEmpty()) {
+QCoro::Task<std::optional<QString>> SystemManager::clearSystemCaches() {
+    const QList<SeenEntry> named = co_await removableSystemCaches();
+    if (named.isEmpty()) {
         log(u"No unprotected items found in system caches to clean."_s);
-        co_return !isQuitting();
+        co_return isQuitting() ? std::optional(kCachesNotCleared) : std::nullopt;
     }
     log(u"Requesting Administrator privileges to clear system caches..."_s);
-    const CommandResult result = co_await runAdminCommand(joinedCacheCommands(commands), kSystemChangesPrompt);
-    if (result.status != 0) {
+    const CommandResult result = co_await runAdminCommand(cacheRemovalLine(named), kSystemChangesPrompt);
+    if (!result.isAnswered) {
         log(u"  [ERROR] System cache cleanup was cancelled or failed: "_s + result.standardError);
-        co_return false;
+        co_return std::optional(kCachesNotCleared);
     }
-    log(u"  [APPLIED] Successfully cleared unprotected items in system caches."_s);
-    co_return !isQuitting();
+    co_return clearedSystemCaches(named);
 }
 
-QCoro::Task<QStringList> SystemManager::systemCacheCommands() {
-    QStringList commands;
+/// What root's line came to. Its status is that of the last command alone, so the Mac is looked at.
+std::optional<QString> SystemManager::clearedSystemCaches(const QList<SeenEntry>& named) {
+    const qsizetype stayed = std::count_if(
+        named.begin(), named.end(), [this](const SeenEntry& entry) { return isStillThere(m_host.files, entry); });
+    if (stayed < named.size()) {
+        log(u"  [APPLIED] Successfully cleared unprotected items in system caches."_s);
+    }
+    if (stayed > 0) {
+        const QString problem = protectedItemsText(stayed);
+        log(u"  [ERROR] "_s + problem);
+        return problem;
+    }
+    return isQuitting() ? std::optional(kCachesNotCleared) : std::nullopt;
+}
+
+QCoro::Task<QList<SeenEntry>> SystemManager::removableSystemCaches() {
+    QList<SeenEntry> removable;
     for (const QString& folder : systemCacheFolders()) {
         if (!m_host.files.exists(folder)) {
             log(u"Skipping %1 (does not exist)."_s.arg(folder));
             continue;
         }
         log(u"Scanning System Caches in %1..."_s.arg(folder));
-        QStringList ofFolder;
+        QList<SeenEntry> ofFolder;
         try {
             const std::unique_ptr<FolderEntries> entries = m_host.files.entries(folder);
             co_await inTurns(m_host.clock, [&] { return takeSystemCacheEntry(*entries, folder, ofFolder); });
@@ -108,13 +124,13 @@ QCoro::Task<QStringList> SystemManager::systemCacheCommands() {
             log(u"Permission denied to read %1."_s.arg(folder));
             continue;
         }
-        commands.append(ofFolder);
+        removable.append(ofFolder);
     }
-    co_return std::as_const(commands);
+    co_return std::as_const(removable);
 }
 
-/// Takes the next entry of a system cache folder into the commands if it may go; false after the last.
-bool SystemManager::takeSystemCacheEntry(FolderEntries& entries, const QString& folder, QStringList& commands) {
+/// Takes the next entry of a system cache folder to those that go, if it may; false after the last.
+bool SystemManager::takeSystemCacheEntry(FolderEntries& entries, const QString& folder, QList<SeenEntry>& removable) {
     const std::optional<QString> name = entries.next();
     if (!name) {
         return false;
@@ -122,7 +138,7 @@ bool SystemManager::takeSystemCacheEntry(FolderEntries& entries, const QString& 
     if (isProtectedCacheItem(*name) || isUnsafeCacheName(*name)) {
         logSkippedCacheItem(*name);
     } else if (!isSystemIconStore(*name)) {
-        commands.append(cacheRemovalCommand(folder + u'/' + *name));
+        removable.append(seenEntry(m_host.files, folder + u'/' + *name));
     }
     return true;
 }
@@ -133,47 +149,58 @@ void SystemManager::logSkippedCacheItem(const QString& name) {
     }
 }
 
-QCoro::Task<void> SystemManager::emptyTrash() {
+QCoro::Task<std::optional<QString>> SystemManager::emptyTrash() {
     log(u"Emptying Trash..."_s);
-    const QString folder = m_host.machine.homeFolder() + u"/.Trash"_s;
-    if (m_host.files.exists(folder)) {
-        // No shell takes part, so the asterisk is a name like any other. What empties the Trash is the Finder, which knows
-        // those of other volumes too.
-        const QStringList removal{u"/bin/rm"_s, u"-rf"_s, folder + u"/*"_s};
-        co_await runCommand(removal, OutputCapture::Discard);
-        log(u"  [APPLIED] Cleared items from Trash folder."_s);
-    }
+    // The Finder knows the Trash of other volumes too, and whether macOS lets it.
     const QStringList script =
         osascriptCommand(u"tell application \"Finder\" to if (count of items in trash) > 0 then empty trash"_s);
     const CommandResult result = co_await runCommand(script, OutputCapture::Capture);
-    if (isAutomationRefused(result)) {
-        log(u"  [INFO] Grant Automation permission for Finder in System Settings → Privacy & Security."_s);
+    if (result.isAnswered && result.status == 0) {
+        co_return std::nullopt;
     }
+    QString problem = trashNotEmptiedText(result);
+    log(u"  [ERROR] "_s + problem);
+    if (isAutomationRefused(result)) {
+        log(u"  [INFO] "_s + kFinderPermissionPlace);
+        problem += u' ' + kFinderPermissionPlace;
+    }
+    co_return std::optional(problem);
 }
 
-QCoro::Task<void> SystemManager::purgeDownloads() {
+QCoro::Task<std::optional<QString>> SystemManager::purgeDownloads() {
     log(u"Clearing Downloads folder..."_s);
     const QString folder = m_host.machine.homeFolder() + u"/Downloads"_s;
     if (!m_host.files.exists(folder)) {
         log(u"  [INFO] Downloads folder not found."_s);
-        co_return;
+        co_return std::nullopt;
     }
     int count = 0;
+    int stayed = 0;
     const auto spareNone = [](const QString&) { return false; };
-    const auto report = [this, &count](const QString& name, const std::optional<QString>& error) {
-        count += error ? 0 : 1;
-        if (error && m_debugMode) {
-            log(u"  [ERROR] Removing %1 from Downloads: %2"_s.arg(name, *error));
-        }
+    const auto report = [&, this](const QString& name, const std::optional<QString>& error) {
+        if (!error) {
+            ++count;
+        } else if (m_host.files.status(folder + u'/' + name).kind != FileStatus::Kind::Missing) {
+            ++stayed;
+            if (m_debugMode) {
+                log(u"  [ERROR] Removing %1 from Downloads: %2"_s.arg(name, *error));
+            }
+        } // else somebody was quicker
     };
     try {
         FolderEmptying emptying(m_host.files, folder, spareNone, report);
         co_await inTurns(m_host.clock, [&emptying] { return emptying.step(); });
     } catch (const FileError& error) {
         log(u"  [ERROR] Failed to clear Downloads: "_s + error.message());
-        co_return;
+        co_return std::optional(kDownloadsNotRead);
     }
     log(u"  [APPLIED] Cleared %1 item(s) from Downloads."_s.arg(count));
+    if (stayed == 0) {
+        co_return std::nullopt;
+    }
+    const QString problem = stayedInDownloadsText(stayed);
+    log(u"  [ERROR] "_s + problem);
+    co_return std::optional(problem);
 }
 
 } // namespace quorvane

@@ -6,6 +6,8 @@
 
 #include <QCoroTask>
 
+#include <utility>
+
 namespace quorvane {
 
 using namespace Qt::StringLiterals;
@@ -22,12 +24,20 @@ QCoro::Task<QStringList> SystemManager::listNetworkServices() {
     co_return names.value_or(QStringList());
 }
 
-/// The lines that switch every service; none, with a line in the log, when no service is found.
-QCoro::Task<QStringList> SystemManager::networkSwitchCommands(NetworkSwitch position) {
+/// The same, with a line in the log when there is none.
+QCoro::Task<QStringList> SystemManager::servicesOfOperation() {
     const QStringList names = co_await listNetworkServices();
-    QStringList commands;
     if (names.isEmpty()) {
         log(u"  [INFO] No network services found."_s);
+    }
+    co_return std::as_const(names);
+}
+
+/// The lines that switch every service; none when no service is found.
+QCoro::Task<QStringList> SystemManager::networkSwitchCommands(NetworkSwitch position) {
+    const QStringList names = co_await servicesOfOperation();
+    QStringList commands;
+    if (names.isEmpty()) {
         co_return commands;
     }
     log(u"  [ACTION] Found %1 services: "_s.arg(names.size()) + names.join(u", "_s));

@@ -2,11 +2,14 @@
 
 #include "core/AdminPrompts.h"
 #include "core/AdminScript.h"
+#include "network/NameServers.h"
 #include "network/NetworkOperations.h"
 #include "network/NetworkServices.h"
 #include "system/BusyBracket.h"
 
 #include <QCoroTask>
+
+#include <utility>
 
 namespace quorvane {
 
@@ -16,6 +19,23 @@ namespace {
 
 const QString kOperationsPrompt =
     u"Quorvane needs your administrator password to run the selected network operations."_s;
+
+/// The others need no command; of those that couldn't be read the servers would be lost.
+QStringList servicesWithNameServers(const QList<ServiceNameServers>& services) {
+    QStringList names;
+    for (const ServiceNameServers& service : services) {
+        if (service.hasServers()) {
+            names.append(service.name);
+        }
+    }
+    return names;
+}
+
+/// A flush and a reset have one message between them, and may have failed at different times.
+QStringList withoutRepetition(QStringList messages) {
+    messages.removeDuplicates();
+    return messages;
+}
 
 } // namespace
 
@@ -31,8 +51,14 @@ QCoro::Task<NetworkOutcome> SystemManager::runNetworkOperations(NetworkOperation
     if (operations.resetConfig) {
         log(u"\nStarting network configuration reset..."_s);
     }
-    QStringList commands = networkDiagnosticsCommands(operations);
     NetworkOperations failed; // for want of services
+    QList<ServiceNameServers> services;
+    if (operations.resetConfig) {
+        services = co_await nameServersToReset();
+        failed.resetConfig = services.isEmpty();
+    }
+    operations.resetConfig = operations.resetConfig && !failed.resetConfig;
+    QStringList commands = networkDiagnosticsCommands(operations, servicesWithNameServers(services));
     if (operations.disableAll) {
         log(u"\nDisabling all network connections..."_s);
         const QStringList switches = co_await networkSwitchCommands(NetworkSwitch::Off);
@@ -55,12 +81,54 @@ QCoro::Task<NetworkOutcome> SystemManager::runNetworkOperations(NetworkOperation
     const CommandResult result = co_await runAdminCommand(joinedAdminCommands(commands), kOperationsPrompt);
     if (result.status != 0) {
         log(u"  [ERROR] Network operations were cancelled or failed: "_s + result.standardError);
-        co_return NetworkOutcome{messages + networkFailureMessages(operations), false};
+        co_return NetworkOutcome{withoutRepetition(messages + networkFailureMessages(operations)), false};
     }
-    for (const QString& line : networkSuccessLogLines(operations)) {
+    const QStringList notReset = co_await servicesNotReset(services);
+    const QStringList lines = networkSuccessLogLines(operations, notReset);
+    for (const QString& line : lines) {
         log(line);
     }
-    co_return NetworkOutcome{messages + networkSuccessMessages(operations), !isQuitting()};
+    co_return NetworkOutcome{messages + networkSuccessMessages(operations, notReset),
+                             notReset.isEmpty() && !isQuitting()};
+}
+
+QCoro::Task<ServiceNameServers> SystemManager::readNameServers(QString service) {
+    const QStringList arguments{u"networksetup"_s, u"-getdnsservers"_s, service};
+    const CommandResult result = co_await runCommand(arguments, OutputCapture::Capture);
+    ServiceNameServers read{service, std::nullopt};
+    if (result.isAnswered && result.status == 0) {
+        read.servers = parsedNameServers(result.standardOutput);
+    }
+    co_return std::as_const(read);
+}
+
+/// Every service with its name servers, those in the log that are about to go.
+QCoro::Task<QList<ServiceNameServers>> SystemManager::nameServersToReset() {
+    const QStringList names = co_await servicesOfOperation();
+    QList<ServiceNameServers> services;
+    for (const QString& name : names) {
+        const ServiceNameServers service = co_await readNameServers(name);
+        if (service.hasServers()) {
+            log(nameServersLogLine(service));
+        }
+        services.append(service);
+    }
+    co_return std::as_const(services);
+}
+
+/// Of a line of several commands only the last one's status is told, so the services are read again.
+QCoro::Task<QStringList> SystemManager::servicesNotReset(QList<ServiceNameServers> services) {
+    QStringList names;
+    for (const ServiceNameServers& before : services) {
+        ServiceNameServers now = before;
+        if (before.hasServers()) {
+            now = co_await readNameServers(before.name);
+        }
+        if (!now.servers || now.hasServers()) {
+            names.append(before.name);
+        }
+    }
+    co_return std::as_const(names);
 }
 
 } // namespace quorvane

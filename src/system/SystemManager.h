@@ -60,6 +60,8 @@ struct NetworkServiceState;
 enum class NetworkSwitch;
 struct PowerSettings;
 struct ProfileApplyPreview;
+struct SeenEntry;
+struct ServiceNameServers;
 struct StartupApplyResult;
 struct StartupReadings;
 struct SyncPlan;
@@ -310,12 +312,13 @@ public:
     /// @param label  what the log calls it: "User Caches"
     QCoro::Task<void> clearCacheDirectory(QString path, QString label);
     /// Removes the same from the folders of the system, under one prompt. With nothing to remove no prompt appears.
-    /// @return false when the administrator run was refused or failed
-    QCoro::Task<bool> clearSystemCaches();
-    /// Tells of it in the log alone, whatever became of it.
-    QCoro::Task<void> emptyTrash();
+    /// @return why they aren't cleared; none when they are
+    QCoro::Task<std::optional<QString>> clearSystemCaches();
+    /// @return why the Trash isn't empty; none when the Finder has emptied it
+    QCoro::Task<std::optional<QString>> emptyTrash();
     /// Removes everything that is in the user's Downloads folder.
-    QCoro::Task<void> purgeDownloads();
+    /// @return why not; none when nothing of it has stayed, and where there is no such folder
+    QCoro::Task<std::optional<QString>> purgeDownloads();
     /// What the user chose, one after the other: a step that fails doesn't keep the next from running.
     QCoro::Task<MaintenanceOutcome> runMaintenance(MaintenanceSelection selection);
 
@@ -434,11 +437,18 @@ private:
 
     // SystemManager+Network.cpp
     QCoro::Task<std::optional<QStringList>> networkServiceNames(QString tool);
+    QCoro::Task<QStringList> servicesOfOperation();
     QCoro::Task<QStringList> networkSwitchCommands(NetworkSwitch position);
 
+    // SystemManager+NetworkOperations.cpp
+    QCoro::Task<ServiceNameServers> readNameServers(QString service);
+    QCoro::Task<QList<ServiceNameServers>> nameServersToReset();
+    QCoro::Task<QStringList> servicesNotReset(QList<ServiceNameServers> services);
+
     // SystemManager+Maintenance.cpp
-    QCoro::Task<QStringList> systemCacheCommands();
-    bool takeSystemCacheEntry(FolderEntries& entries, const QString& folder, QStringList& commands);
+    QCoro::Task<QList<SeenEntry>> removableSystemCaches();
+    bool takeSystemCacheEntry(FolderEntries& entries, const QString& folder, QList<SeenEntry>& removable);
+    std::optional<QString> clearedSystemCaches(const QList<SeenEntry>& named);
     void logSkippedCacheItem(const QString& name);
 
     // SystemManager+Matching.cpp

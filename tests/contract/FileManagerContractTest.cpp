@@ -157,14 +157,34 @@ TEST_P(FileManagerContract, theStatusTellsWhatStandsAtThePathItself) {
     subject->link(path(u"circle"_s), u"circle"_s);
     using Kind = FileStatus::Kind;
     const quint32 user = subject->userId();
-    EXPECT_EQ(files.status(path(u"file"_s)), (FileStatus{Kind::File, user}));
-    EXPECT_EQ(files.status(path(u"folder"_s)), (FileStatus{Kind::Folder, user}));
+    const auto expectKind = [&](const QString& name, Kind kind) {
+        const FileStatus status = files.status(path(name));
+        EXPECT_EQ(status, (FileStatus{kind, user, status.fileNumber})) << name.toStdString();
+        EXPECT_NE(status.fileNumber, 0) << name.toStdString();
+    };
+    expectKind(u"file"_s, Kind::File);
+    expectKind(u"folder"_s, Kind::Folder);
     for (const QString& link : {u"to file"_s, u"to folder"_s, u"dangling"_s, u"circle"_s}) {
-        EXPECT_EQ(files.status(path(link)), (FileStatus{Kind::Link, user})) << link.toStdString();
+        expectKind(link, Kind::Link);
     }
     for (const QString& missing : {u"gone"_s, u"file/x"_s, u"gone/x"_s, u"circle/x"_s}) {
         EXPECT_EQ(files.status(path(missing)), (FileStatus{Kind::Missing, 0})) << missing.toStdString();
     }
+}
+
+TEST_P(FileManagerContract, theFileNumberTellsAThingFromWhatTakesItsPlace) {
+    files.createFolders(path(u"folder/inside"_s));
+    files.writeAtomically(path(u"file"_s), "1");
+    files.writeAtomically(path(u"other"_s), "1");
+    const quint64 folder = files.status(path(u"folder"_s)).fileNumber;
+    const quint64 file = files.status(path(u"file"_s)).fileNumber;
+    EXPECT_NE(file, files.status(path(u"other"_s)).fileNumber);
+    files.remove(path(u"folder/inside"_s));
+    EXPECT_EQ(files.status(path(u"folder"_s)).fileNumber, folder);
+    files.writeAtomically(path(u"file"_s), "2");
+    EXPECT_NE(files.status(path(u"file"_s)).fileNumber, file);
+    files.move(path(u"folder"_s), path(u"moved"_s));
+    EXPECT_EQ(files.status(path(u"moved"_s)).fileNumber, folder);
 }
 
 TEST_P(FileManagerContract, linksAreFollowedToWhatCanBeReached) {

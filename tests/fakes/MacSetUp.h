@@ -19,7 +19,7 @@ inline void installFile(const Mac& mac, const QString& path, const QByteArray& b
     file.write(bytes);
 }
 
-/// Switches one of the permissions of the program on this Mac: "appManagement", "fullDiskAccess".
+/// Switches one of the permissions of the program on this Mac: "appManagement", "fullDiskAccess", "downloads".
 inline void setPermission(const Mac& mac, const char* name, bool isGranted) {
     mac.state().update("permissions", [&](Json& permissions) { permissions[name] = isGranted; });
 }

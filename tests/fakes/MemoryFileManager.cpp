@@ -52,7 +52,7 @@ bool MemoryFileManager::exists(const QString& path) const {
 
 FileStatus MemoryFileManager::status(const QString& path) const {
     const Node* node = find(touch(path, Last::Itself));
-    return node != nullptr ? FileStatus{node->kind, node->owner} : FileStatus{};
+    return node != nullptr ? FileStatus{node->kind, node->owner, node->fileNumber} : FileStatus{};
 }
 
 bool MemoryFileManager::isWritable(const QString& path) const {
@@ -251,6 +251,7 @@ void MemoryFileManager::put(const QString& path, FileStatus::Kind kind, const QB
     const auto [node, isNew] = m_nodes.try_emplace(keyOf(path), Node{path, kind, bytes, m_nextAge});
     node->second.kind = kind;
     node->second.bytes = bytes;
+    node->second.fileNumber = m_nextFileNumber++;
     m_nextAge += isNew ? 1 : 0;
 }
 

@@ -68,6 +68,7 @@ private:
         int age = 0;
         quint32 owner = kUser;
         bool isWritable = true;
+        quint64 fileNumber = 0;
     };
     using Key = std::pair<QString, QString>; // folder and name, so that what is in a folder lies together
     enum class Last { Itself, Followed };    // what a path means whose last component is a link
@@ -112,6 +113,7 @@ private:
     std::map<Key, Node> m_nodes;
     std::set<std::pair<Operation, Key>> m_failing;
     int m_nextAge = 1;
+    quint64 m_nextFileNumber = 1;
     int m_changes = 0;
     int m_changesUntilFailure = 0;
     mutable int m_listings = 0;

@@ -13,8 +13,7 @@
 
 namespace quorvane {
 
-const QString kSystemChanges =
-    u"Quorvane needs your administrator password to make these system changes. Use Touch ID when prompted."_s;
+const QString kSystemChanges = u"Quorvane needs your administrator password to make these system changes."_s;
 const QString kStartupChanges = u"Quorvane needs your administrator password to apply startup changes."_s;
 const QString kNeutral = u"Quorvane is applying system changes."_s;
 const QString kQuarantine = u"/Users/alex/.quorvane_backup/bundled-login-items/"_s;

@@ -1,5 +1,6 @@
 // Cleaning up on a simulated Mac through real child processes: what is left on its disk.
 
+#include "fakes/MacSetUp.h"
 #include "fakes/SimulatedSystem.h"
 #include "maintenance/MaintenanceSelection.h"
 
@@ -11,8 +12,7 @@ using macsim::Actor;
 
 const QString kUsersHome = u"/Users/alex"_s;
 const QString kUserCaches = kUsersHome + u"/Library/Caches/"_s;
-const QString kSystemChanges =
-    u"Quorvane needs your administrator password to make these system changes. Use Touch ID when prompted."_s;
+const QString kSystemChanges = u"Quorvane needs your administrator password to make these system changes."_s;
 const MaintenanceSelection kEverything{true, true, true};
 
 class MaintenanceOnSimulatedMac : public SimulatedSystem {
@@ -23,10 +23,7 @@ protected:
     /// Puts a file there, with its folders, which belong to whom their places say. The sealed system comes like that.
     void put(const QString& path, const QByteArray& bytes = "bytes") const {
         if (path.startsWith(u"/System/"_s)) {
-            ASSERT_TRUE(QDir().mkpath(QFileInfo(macFolder() + path).path()));
-            QFile file(macFolder() + path);
-            ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-            file.write(bytes);
+            macsim::installFile(host->mac(), path, bytes);
             return;
         }
         const macsim::Volume disk = volume(path.startsWith(kUsersHome) ? Actor::User : Actor::Root);
@@ -83,7 +80,6 @@ TEST_F(MaintenanceOnSimulatedMac, everythingGoesUnderOnePromptButForAudioSoftwar
                      "  [APPLIED] Successfully cleared unprotected items in system caches.\n"
                      "Emptying Trash...\n"
                      "Emptying Trash...\n"
-                     "  [APPLIED] Cleared items from Trash folder.\n"
                      "Purging Downloads folder...\n"
                      "Clearing Downloads folder...\n"
                      "  [APPLIED] Cleared 2 item(s) from Downloads.\n"
@@ -113,11 +109,52 @@ TEST_F(MaintenanceOnSimulatedMac, withNothingInTheSystemFoldersNobodyIsAsked) {
 TEST_F(MaintenanceOnSimulatedMac, theSealedSystemRefusesRootToo) {
     put(u"/Library/Caches/com.maker.app"_s);
     put(u"/System/Library/Caches/com.apple.x"_s);
-    EXPECT_FALSE(run({true, false, false}).succeeded);
-    EXPECT_TRUE(log().contains(u"  [ERROR] System cache cleanup was cancelled or failed: "
-                               "rm: /System/Library/Caches/com.apple.x: Operation not permitted\n"_s))
+    EXPECT_EQ(run({true, false, false}), (MaintenanceOutcome{false, {u"1 item(s) are protected by macOS."_s}}));
+    EXPECT_TRUE(log().endsWith(u"  [APPLIED] Successfully cleared unprotected items in system caches.\n"
+                               "  [ERROR] 1 item(s) are protected by macOS.\n"
+                               "\nCleanup Complete!\n"_s))
         << log().toStdString();
     EXPECT_EQ(names(u"/Library/Caches"_s), QStringList()) << "one command's failure doesn't stop the others";
+}
+
+TEST_F(MaintenanceOnSimulatedMac, aDataVaultStaysWhereverItStandsInTheLine) {
+    const QString vault = u"/Library/Caches/com.apple.amsengagementd.classicdatavault"_s;
+    put(u"/Library/Caches/a"_s);
+    macsim::installFile(host->mac(), vault + u"/kept"_s, "bytes");
+    put(u"/Library/Caches/z"_s);
+    EXPECT_EQ(run({true, false, false}), (MaintenanceOutcome{false, {u"1 item(s) are protected by macOS."_s}}));
+    EXPECT_EQ(names(u"/Library/Caches"_s), QStringList(vault.section(u'/', -1)));
+}
+
+TEST_F(MaintenanceOnSimulatedMac, aTrashThatIsntEmptiedIsSaid) {
+    put(kUsersHome + u"/.Trash/old song.wav"_s);
+    host->mac().state().update("permissions", [](macsim::Json& kept) { kept["automation"]["Finder"] = false; });
+    const QString refused = u"The Trash wasn’t emptied: Quorvane may not control the Finder."_s;
+    const QString place = u"Grant Automation permission for Finder in System Settings → Privacy & Security."_s;
+    EXPECT_EQ(run({false, true, false}), (MaintenanceOutcome{false, {refused + u' ' + place}}));
+    EXPECT_EQ(log(), u"Emptying Trash...\nEmptying Trash...\n  [ERROR] "_s + refused + u"\n  [INFO] "_s + place +
+                         u"\n\nCleanup Complete!\n"_s);
+    EXPECT_EQ(names(kUsersHome + u"/.Trash"_s), QStringList(u"old song.wav"_s));
+}
+
+TEST_F(MaintenanceOnSimulatedMac, whatOnlyAnAdministratorMayTakeFromTheTrashStaysWhenTheyRefuse) {
+    volume(Actor::Root).createFolders(kUsersHome + u"/.Trash/roots"_s);
+    volume(Actor::Root).write(kUsersHome + u"/.Trash/roots/kept"_s, "bytes");
+    authorization.setAnswer(macsim::Authorization::Cancel);
+    EXPECT_EQ(run({false, true, false}), (MaintenanceOutcome{false, {u"The Trash wasn’t emptied: User canceled."_s}}));
+    EXPECT_TRUE(isThere(kUsersHome + u"/.Trash/roots/kept"_s));
+}
+
+TEST_F(MaintenanceOnSimulatedMac, downloadsThatMayNotBeReadStay) {
+    put(kUsersHome + u"/Downloads/set.zip"_s);
+    macsim::setPermission(host->mac(), "downloads", false);
+    const MaintenanceOutcome outcome = run({false, false, true});
+    EXPECT_EQ(outcome, (MaintenanceOutcome{false, {u"The Downloads folder may not be read."_s}}));
+    EXPECT_EQ(outcome.alertTitle(), u"Completed with Issues"_s);
+    EXPECT_TRUE(
+        log().contains(u"  [ERROR] Failed to clear Downloads: /Users/alex/Downloads: Operation not permitted\n"_s));
+    macsim::setPermission(host->mac(), "downloads", true);
+    EXPECT_EQ(names(kUsersHome + u"/Downloads"_s), QStringList(u"set.zip"_s));
 }
 
 TEST_F(MaintenanceOnSimulatedMac, aHostileNameInTheSystemFolderDoesNothingAsRoot) {
@@ -147,18 +184,19 @@ TEST_F(MaintenanceOnSimulatedMac, whatALinkLeadsToStays) {
     EXPECT_EQ(names(kUsersHome + u"/Documents"_s), QStringList(u"thesis"_s));
 }
 
-TEST_F(MaintenanceOnSimulatedMac, whatCannotBeRemovedIsNotCounted) {
+TEST_F(MaintenanceOnSimulatedMac, whatCannotBeRemovedIsCountedByItself) {
     for (const QString& name : {u"a"_s, u"b"_s, u"c"_s}) {
         put(kUsersHome + u"/Downloads/"_s + name);
     }
     start(R"([{"adapter": "files", "change": 2, "error": "Operation not permitted"}])");
     system->setDebugMode(true);
-    EXPECT_TRUE(run({false, false, true}).succeeded);
+    EXPECT_EQ(run({false, false, true}), (MaintenanceOutcome{false, {u"2 item(s) stayed in Downloads."_s}}));
     EXPECT_EQ(log(), u"Purging Downloads folder...\n"
                      "Clearing Downloads folder...\n"
                      "  [ERROR] Removing b from Downloads: /Users/alex/Downloads/b: Operation not permitted\n"
                      "  [ERROR] Removing c from Downloads: /Users/alex/Downloads/c: Operation not permitted\n"
                      "  [APPLIED] Cleared 1 item(s) from Downloads.\n"
+                     "  [ERROR] 2 item(s) stayed in Downloads.\n"
                      "\nCleanup Complete!\n"_s);
     EXPECT_EQ(names(kUsersHome + u"/Downloads"_s), QStringList({u"b"_s, u"c"_s}));
 }

@@ -127,7 +127,9 @@ TEST_F(ProfileOnSimulatedMac, defaultTakesEveryTweakBack) {
               "~ state power/sources/Battery Power/standby: 0 → 1\n"
               "~ state spotlight/volumes/~1: \"disabled\" → \"enabled\"\n"
               "~ state spotlight/volumes/~1System~1Volumes~1Data: \"disabled\" → \"enabled\"\n"_s);
-    EXPECT_EQ(authorization.prompts().last(), u"Quorvane is applying system changes."_s);
+    EXPECT_EQ(authorization.prompts().last(),
+              u"Quorvane needs your administrator password to make these system changes."_s)
+        << "another line than before";
 }
 
 TEST_F(ProfileOnSimulatedMac, theOneWayApplyLeavesUnselectedTweaksAlone) {

@@ -59,6 +59,19 @@ TEST_F(RehearsalServices, maintenanceWithACancelledPromptEndsWithStatusOne) {
               "/Library/Caches:\ncom.maker.app\n\n/Users/alex/Downloads:\n");
 }
 
+TEST_F(RehearsalServices, maintenanceThatLeftSomethingEndsWithStatusOne) {
+    shell(u"mkdir -p ~/.Trash; touch ~/.Trash/old.wav ~/Downloads/set.zip"_s);
+    const QString faults = file(u"faults.json"_s, R"([{"tool": "osascript", "arguments": "Finder", "status": 1,
+        "error": "13:71: execution error: Finder got an error: AppleEvent handler failed. (-10000)\n"}])");
+    const Ending run = rehearse({u"--faults"_s, faults, u"maintenance"_s, u"--trash"_s, u"--downloads"_s});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_TRUE(run.output.endsWith("\nCompleted with Issues\n"
+                                    "  The Trash wasn’t emptied: Finder got an error: AppleEvent handler failed.\n"
+                                    "  Downloads folder purged.\n"))
+        << run.output.toStdString();
+    EXPECT_EQ(shell(u"ls ~/.Trash"_s), "old.wav\n");
+}
+
 TEST_F(RehearsalServices, maintenanceOfNothingDoesNothing) {
     const macsim::MacPicture before(macFolder());
     const Ending run = rehearse({u"maintenance"_s});
@@ -83,15 +96,34 @@ TEST_F(RehearsalServices, theNetworkGoesOffAndOnAgain) {
 }
 
 TEST_F(RehearsalServices, aResetLeavesNoNameServerAndAFlushNoLease) {
-    asRoot(u"networksetup -setdnsservers Wi-Fi 192.0.2.1; mkdir -p /var/db/dhcpclient/leases; "
+    const QByteArray names = QByteArray(services()).remove(0, kListingHead.size()).replace("*", "").trimmed();
+    ASSERT_GT(names.split('\n').size(), 1);
+    for (const QByteArray& name : names.split('\n')) {
+        asRoot(u"networksetup -setdnsservers '%1' 192.0.2.1"_s.arg(QString::fromUtf8(name)));
+    }
+    asRoot(u"mkdir -p /var/db/dhcpclient/leases; "
            "touch /var/db/dhcpclient/leases/en0"_s);
     const Ending run = rehearse({u"--json"_s, u"network"_s, u"--reset"_s, u"--flush"_s});
     EXPECT_EQ(run.status, 0);
     EXPECT_EQ(alertIn(run), (macsim::Json{{"title", "Success"},
                                           {"text", "Network configuration has been reset to defaults.\n\n"
                                                    "DNS and DHCP caches flushed successfully."}}));
-    EXPECT_EQ(shell(u"networksetup -getdnsservers Wi-Fi"_s), "There aren't any DNS Servers set on Wi-Fi.\n");
+    for (const QByteArray& name : names.split('\n')) {
+        EXPECT_EQ(shell(u"networksetup -getdnsservers '%1'"_s.arg(QString::fromUtf8(name))),
+                  "There aren't any DNS Servers set on " + name + ".\n");
+    }
     EXPECT_EQ(shell(u"ls /var/db/dhcpclient/leases"_s), "");
+}
+
+TEST_F(RehearsalServices, aServiceThatKeepsItsNameServersIsNamedAndNotDone) {
+    asRoot(u"networksetup -setdnsservers Wi-Fi 192.0.2.1 2620:fe::fe"_s);
+    const QString faults =
+        file(u"faults.json"_s, R"([{"tool": "networksetup", "arguments": "-setdnsservers", "status": 14}])");
+    const Ending run = rehearse({u"--faults"_s, faults, u"network"_s, u"--reset"_s});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_TRUE(run.output.contains("\n  [INFO] Name servers of Wi-Fi were: 192.0.2.1, 2620:fe::fe\n"));
+    EXPECT_TRUE(run.output.endsWith("  [ERROR] Not reset: Wi-Fi.\n\nPartial Completion\n  Not reset: Wi-Fi.\n"))
+        << run.output.toStdString();
 }
 
 TEST_F(RehearsalServices, aCancelledPromptLeavesTheNetworkAsItWas) {

@@ -74,7 +74,7 @@ TEST_F(WholeProfile, asksOnceWhereTheListIsKnown) {
     learnBackgroundItems(*system);
     ASSERT_EQ(authorization.prompts(), QStringList(kListPrompt));
     ASSERT_TRUE(apply(festival()));
-    EXPECT_EQ(authorization.prompts(), QStringList({kListPrompt, kNeutral}));
+    EXPECT_EQ(authorization.prompts(), QStringList({kListPrompt, kFestivalPrompt}));
     EXPECT_TRUE(waits(kDockerHelper));
     EXPECT_EQ(system->lastApplyVerification()->failed, QList<ApplyVerificationResult::Item>());
 }
@@ -119,7 +119,8 @@ TEST_F(WholeProfile, appliedTwiceInOneProcessChangesNothingTheSecondTime) {
     const macsim::MacPicture once = picture();
     EXPECT_EQ(logOfApplying(festival()), golden(u"festival-again.log"_s));
     EXPECT_EQ(changes(once, picture()), QString());
-    EXPECT_EQ(authorization.prompts(), QStringList({kFestivalPrompt, kNeutral})) << "for the tweaks that need root";
+    EXPECT_EQ(authorization.prompts(), QStringList({kFestivalPrompt, kFestivalPrompt}))
+        << "for the tweaks that need root";
 }
 
 TEST_F(WholeProfile, appliedTwiceInTwoProcessesChangesNothingTheSecondTime) {

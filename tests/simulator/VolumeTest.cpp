@@ -136,6 +136,35 @@ TEST_F(VolumeTest, whatIsPrivateNeedsFullDiskAccessAlsoForRoot) {
     EXPECT_EQ(errorOf([&] { root.read(u"/Library/Preferences/com.apple.TimeMachine.plist.lock"_s); }), ENOENT);
 }
 
+TEST_F(VolumeTest, aDataVaultIsKeptFromEverybodyWhileTheSystemProtectsItself) {
+    const QString vault = u"/Library/Caches/com.example.classicdatavault"_s;
+    installFile(folder.mac, vault + u"/kept"_s, "x");
+    for (const Volume& volume : {user, root}) {
+        EXPECT_EQ(errorOf([&] { volume.list(vault); }), EPERM);
+        EXPECT_EQ(errorOf([&] { volume.read(vault + u"/kept"_s); }), EPERM);
+        EXPECT_EQ(errorOf([&] { volume.remove(vault + u"/kept"_s); }), EPERM);
+        EXPECT_EQ(errorOf([&] { volume.write(vault + u"/kept"_s, "y"); }), EPERM);
+        EXPECT_EQ(errorOf([&] { volume.write(vault + u"/new"_s, "y"); }), EPERM);
+    }
+    EXPECT_EQ(errorOf([&] { root.move(vault, u"/Library/Caches/elsewhere"_s); }), EPERM);
+    EXPECT_TRUE(user.exists(vault));
+    setPermission(folder.mac, "systemIntegrityProtection", false);
+    EXPECT_EQ(errorOf([&] { root.remove(vault + u"/kept"_s); }), 0);
+    EXPECT_EQ(errorOf([&] { root.remove(vault); }), 0);
+}
+
+TEST_F(VolumeTest, theDownloadsFolderIsReadByWhoMay) {
+    const QString path = kHome + u"/Downloads/set.zip"_s;
+    user.createFolders(kHome + u"/Downloads"_s);
+    user.write(path, "x");
+    setPermission(folder.mac, "downloads", false);
+    EXPECT_EQ(errorOf([&] { user.list(kHome + u"/Downloads"_s); }), EPERM);
+    EXPECT_EQ(errorOf([&] { user.read(path); }), EPERM);
+    EXPECT_TRUE(user.exists(path));
+    setPermission(folder.mac, "downloads", true);
+    EXPECT_EQ(user.read(path), "x");
+}
+
 TEST_F(VolumeTest, whatIsInOtherApplicationsNeedsAppManagementAlsoForRoot) {
     const QString application = u"/Applications/Chat.app"_s;
     const QString helper = application + u"/Contents/Library/LoginItems/Helper.app"_s;

@@ -13,6 +13,10 @@ protected:
     CommandResult runAdmin(const QString& line, const QString& prompt) {
         return QCoro::waitFor(system.runAdminCommand(line, prompt));
     }
+    static QString neutral(const QString& line) {
+        return u"& do shell script \"%1\" with prompt \"Quorvane is applying system changes.\" with administrator "
+               "privileges\n"_s.arg(line);
+    }
     bool finish(const QString& prompt) { return QCoro::waitFor(system.finishAdminBatch(prompt)); }
 };
 
@@ -50,19 +54,58 @@ TEST_F(AdminBatchTest, aFailedRunGivesTheSystemsMessage) {
     EXPECT_EQ(runAdmin(u"true"_s, u"Please."_s).standardError, u"Abgebrochen."_s);
 }
 
-TEST_F(AdminBatchTest, aSecondRunShowsTheNeutralPromptUntilOneFails) {
+TEST_F(AdminBatchTest, whatFailedOnTheWayToTheShellIsNotAnswered) {
+    const struct {
+        std::optional<int> number;
+        bool isAnswered;
+    } cases[] = {{1, true}, {255, true}, {-128, false}, {-60007, false}, {std::nullopt, false}};
+    for (const auto& [number, isAnswered] : cases) {
+        scripts.answerNext({std::nullopt, u"rm: x: Operation not permitted"_s, number});
+        const CommandResult result = runAdmin(u"rm -rf x"_s, u"Please."_s);
+        EXPECT_EQ(result.status, 1);
+        EXPECT_EQ(result.isAnswered, isAnswered) << number.value_or(0);
+    }
+    EXPECT_FALSE(runAdmin(u"true"_s, u"7\" mix"_s).isAnswered);
+    EXPECT_TRUE(runAdmin(u"true"_s, u"Please."_s).isAnswered);
+}
+
+TEST_F(AdminBatchTest, onlyTheSameLineShowsTheNeutralPrompt) {
+    runAdmin(u"a"_s, u"First."_s);
+    runAdmin(u"b"_s, u"Second."_s);
+    runAdmin(u"a"_s, u"Third."_s);
+    runAdmin(u"b "_s, u"Fourth."_s);
+    EXPECT_EQ(takeTrace(), u"& do shell script \"a\" with prompt \"First.\" with administrator privileges\n"
+                           "& do shell script \"b\" with prompt \"Second.\" with administrator privileges\n"_s +
+                               neutral(u"a"_s) +
+                               u"& do shell script \"b \" with prompt \"Fourth.\" with administrator privileges\n"_s);
+}
+
+TEST_F(AdminBatchTest, theNeutralPromptLastsFiveMinutes) {
+    runAdmin(u"a"_s, u"First."_s);
+    clock.time = clock.time.addMSecs(5 * 60'000 - 1);
+    runAdmin(u"a"_s, u"Second."_s);
+    clock.time = clock.time.addSecs(5 * 60);
+    runAdmin(u"a"_s, u"Third."_s);
+    clock.time = clock.time.addSecs(-1);
+    runAdmin(u"a"_s, u"Fourth."_s);
+    EXPECT_EQ(takeTrace(), u"& do shell script \"a\" with prompt \"First.\" with administrator privileges\n"_s +
+                               neutral(u"a"_s) +
+                               u"& do shell script \"a\" with prompt \"Third.\" with administrator privileges\n"
+                               "& do shell script \"a\" with prompt \"Fourth.\" with administrator privileges\n"_s)
+        << "the clock was set back";
+}
+
+TEST_F(AdminBatchTest, theNeutralPromptEndsWithAFailureAndWithTheAuthorization) {
     runAdmin(u"a"_s, u"First."_s);
     scripts.failNext(u"User canceled."_s);
-    runAdmin(u"b"_s, u"Second."_s);
-    runAdmin(u"c"_s, u"Third."_s);
+    runAdmin(u"a"_s, u"Second."_s);
+    runAdmin(u"a"_s, u"Third."_s);
     system.clearAdminAuthorization();
-    runAdmin(u"d"_s, u"Fourth."_s);
-    EXPECT_EQ(takeTrace(),
-              u"& do shell script \"a\" with prompt \"First.\" with administrator privileges\n"
-              "& do shell script \"b\" with prompt \"Quorvane is applying system changes.\" with administrator "
-              "privileges\n"
-              "& do shell script \"c\" with prompt \"Third.\" with administrator privileges\n"
-              "& do shell script \"d\" with prompt \"Fourth.\" with administrator privileges\n"_s);
+    runAdmin(u"a"_s, u"Fourth."_s);
+    EXPECT_EQ(takeTrace(), u"& do shell script \"a\" with prompt \"First.\" with administrator privileges\n"_s +
+                               neutral(u"a"_s) +
+                               u"& do shell script \"a\" with prompt \"Third.\" with administrator privileges\n"
+                               "& do shell script \"a\" with prompt \"Fourth.\" with administrator privileges\n"_s);
 }
 
 TEST_F(AdminBatchTest, aPromptWithADoubleQuoteNeverReachesTheScriptEngine) {
@@ -74,9 +117,9 @@ TEST_F(AdminBatchTest, aPromptWithADoubleQuoteNeverReachesTheScriptEngine) {
 
 TEST_F(AdminBatchTest, aPromptWithADoubleQuoteIsNotShownAfterASuccessAndSoRuns) {
     runAdmin(u"a"_s, u"First."_s);
-    EXPECT_EQ(runAdmin(u"b"_s, u"Apply \"Live\"."_s).status, 0);
-    EXPECT_EQ(trace.last(), u"& do shell script \"b\" with prompt \"Quorvane is applying system changes.\" with "
-                            "administrator privileges"_s);
+    EXPECT_EQ(runAdmin(u"a"_s, u"Apply \"Live\"."_s).status, 0);
+    EXPECT_EQ(trace.last() + u'\n', neutral(u"a"_s));
+    EXPECT_EQ(runAdmin(u"b"_s, u"Apply \"Live\"."_s).status, 1);
 }
 
 TEST_F(AdminBatchTest, aLineOfMoreThanTwoHundredThousandBytesNeverReachesTheScriptEngine) {
@@ -91,9 +134,8 @@ TEST_F(AdminBatchTest, aLineOfMoreThanTwoHundredThousandBytesNeverReachesTheScri
     EXPECT_EQ(tooLong.standardError, u"The administrator command line is too long: 200001 bytes of at most 200000"_s);
     EXPECT_TRUE(trace.isEmpty());
 
-    runAdmin(u"true"_s, u"Third."_s);
-    EXPECT_EQ(takeTrace(), u"& do shell script \"true\" with prompt \"Quorvane is applying system changes.\" with "
-                           "administrator privileges\n"_s)
+    EXPECT_EQ(runAdmin(longest, u"Third."_s).status, 0);
+    EXPECT_TRUE(trace.last().contains(u"Quorvane is applying system changes."_s))
         << "the authorization that the system may hold is as it was";
 }
 
@@ -129,13 +171,12 @@ TEST_F(AdminBatchTest, everyLineBeginsWithASearchPathOfRootsOwn) {
     system.beginAdminBatch();
     system.queueAdminCommands({u"mdutil -a -i off"_s, u"networksetup -listallnetworkservices"_s});
     finish(u"Please."_s);
-    EXPECT_EQ(
-        sources,
-        (QStringList{u"do shell script \"PATH=/usr/bin:/bin:/usr/sbin:/sbin; export PATH; pmset -a sms 0\" with prompt "
-                     "\"Please.\" with administrator privileges"_s,
-                     u"do shell script \"PATH=/usr/bin:/bin:/usr/sbin:/sbin; export PATH; mdutil -a -i off || true ; "
-                     "networksetup -listallnetworkservices\" with prompt \"Quorvane is applying system changes.\" with "
-                     "administrator privileges"_s}));
+    EXPECT_EQ(sources,
+              (QStringList{
+                  u"do shell script \"PATH=/usr/bin:/bin:/usr/sbin:/sbin; export PATH; pmset -a sms 0\" with prompt "
+                  "\"Please.\" with administrator privileges"_s,
+                  u"do shell script \"PATH=/usr/bin:/bin:/usr/sbin:/sbin; export PATH; mdutil -a -i off || true ; "
+                  "networksetup -listallnetworkservices\" with prompt \"Please.\" with administrator privileges"_s}));
 }
 
 TEST_F(AdminBatchTest, aPromptIsShownOnOneLine) {

@@ -59,9 +59,7 @@ TEST(CacheCleaning, onlyTheIconStoreItselfIsLeftWithoutAWord) {
 
 TEST(CacheCleaning, oneLineRemovesAllOfThem) {
     EXPECT_EQ(systemCacheFolders(), QStringList({u"/Library/Caches"_s, u"/System/Library/Caches"_s}));
-    const QStringList removals{cacheRemovalCommand(u"/Library/Caches/Google Cache"_s),
-                               cacheRemovalCommand(u"/System/Library/Caches/x"_s)};
-    EXPECT_EQ(joinedCacheCommands(removals),
+    EXPECT_EQ(cacheRemovalLine({{u"/Library/Caches/Google Cache"_s, 1}, {u"/System/Library/Caches/x"_s, 2}}),
               u"rm -rf '/Library/Caches/Google Cache'; rm -rf '/System/Library/Caches/x'"_s);
 }
 

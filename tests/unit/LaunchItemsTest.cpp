@@ -99,8 +99,7 @@ protected:
     }
     QSet<QString> stuck; ///< what root doesn't move
     QString prompted(const QString& line) {
-        return prompted(line, u"Quorvane needs your administrator password to make these system changes. Use Touch ID "
-                              "when prompted."_s);
+        return prompted(line, u"Quorvane needs your administrator password to make these system changes."_s);
     }
 };
 

@@ -9,6 +9,7 @@ namespace quorvane {
 namespace {
 
 using Operation = MemoryFileManager::Operation;
+using Problem = std::optional<QString>;
 
 const QString kUserCaches = u"/Users/alex/Library/Caches"_s;
 const QString kLibraryCaches = u"/Library/Caches"_s;
@@ -16,6 +17,9 @@ const QString kSystemCaches = u"/System/Library/Caches"_s;
 const QString kDownloads = u"/Users/alex/Downloads"_s;
 
 const QString kAsking = u"Requesting Administrator privileges to clear system caches...\n"_s;
+const QString kCancelled = u"System cache cleanup failed or was cancelled."_s;
+const QString kFinderRefused = u"The Trash wasn’t emptied: Quorvane may not control the Finder."_s;
+const QString kFinderPlace = u"Grant Automation permission for Finder in System Settings → Privacy & Security."_s;
 const QString kCleared = u"  [APPLIED] Successfully cleared unprotected items in system caches.\n"_s;
 const QString kNothingFound = u"No unprotected items found in system caches to clean.\n"_s;
 const QString kFinder = u"$> /usr/bin/osascript -e "
@@ -24,17 +28,37 @@ const QString kFinder = u"$> /usr/bin/osascript -e "
 class MaintenanceTest : public ScriptedSystem {
 protected:
     void clearUserCaches() { QCoro::waitFor(system.clearCacheDirectory(kUserCaches, u"User Caches"_s)); }
-    bool clearSystemCaches() { return QCoro::waitFor(system.clearSystemCaches()); }
-    void emptyTrash() { QCoro::waitFor(system.emptyTrash()); }
-    void purgeDownloads() { QCoro::waitFor(system.purgeDownloads()); }
+    // Each gives what the user is told of what isn't done.
+    Problem clearSystemCaches() { return QCoro::waitFor(system.clearSystemCaches()); }
+    Problem emptyTrash() { return QCoro::waitFor(system.emptyTrash()); }
+    Problem purgeDownloads() { return QCoro::waitFor(system.purgeDownloads()); }
     MaintenanceOutcome run(const MaintenanceSelection& selection) {
         return QCoro::waitFor(system.runMaintenance(selection));
     }
 
     static QString prompted(const QString& line) {
-        const QString prompt = u"Quorvane needs your administrator password to make these system changes. Use Touch ID "
-                               "when prompted."_s;
+        const QString prompt = u"Quorvane needs your administrator password to make these system changes."_s;
         return u"& "_s + ScriptedScriptEngine::withoutPath(adminScriptSource(line, prompt)) + u'\n';
+    }
+    /// What root's line removes, which ends with the status of its last command.
+    void letRootRemove(const QStringList& paths, int status = 0) {
+        if (status != 0) {
+            scripts.answerNext({std::nullopt, u"rm: x: Operation not permitted"_s, status});
+        }
+        QObject::connect(&system, &SystemManager::messageLogged, [this, paths](const QString& line) {
+            for (const QString& path : line + u'\n' == kAsking ? paths : QStringList()) {
+                files.removeAsRoot(path);
+            }
+        });
+    }
+    /// What the Finder's script ends with.
+    void letFinderFail(const QByteArray& error) {
+        commands.respond = [error](const QStringList&) {
+            CommandOutcome refused = ScriptedCommandLauncher::succeeded({});
+            refused.code = 1;
+            refused.standardError = error;
+            return std::optional(refused);
+        };
     }
     void addTo(const QString& folder, const QStringList& names) {
         files.addFolders(folder);
@@ -135,7 +159,9 @@ TEST_F(MaintenanceTest, anEntryThatHasGoneMeanwhileIsPassedOver) {
 TEST_F(MaintenanceTest, theSystemsCachesGoInOneLineUnderOnePrompt) {
     addTo(kLibraryCaches, {u"com.maker.app"_s, u"Native Instruments"_s, u"Two Words"_s});
     addTo(kSystemCaches, {u"com.apple.x"_s});
-    EXPECT_TRUE(clearSystemCaches());
+    letRootRemove(
+        {kLibraryCaches + u"/com.maker.app"_s, kLibraryCaches + u"/Two Words"_s, kSystemCaches + u"/com.apple.x"_s});
+    EXPECT_EQ(clearSystemCaches(), std::nullopt);
     EXPECT_EQ(takeTrace(), u"Scanning System Caches in /Library/Caches...\n"
                            "Scanning System Caches in /System/Library/Caches...\n"_s +
                                kAsking +
@@ -148,17 +174,47 @@ TEST_F(MaintenanceTest, theSystemsCachesGoInOneLineUnderOnePrompt) {
 TEST_F(MaintenanceTest, aRefusedPromptIsAFailure) {
     addTo(kLibraryCaches, {u"a"_s});
     scripts.failNext(u"User canceled."_s);
-    EXPECT_FALSE(clearSystemCaches());
+    EXPECT_EQ(clearSystemCaches(), kCancelled);
     EXPECT_EQ(takeTrace(), u"Scanning System Caches in /Library/Caches...\n"
                            "Skipping /System/Library/Caches (does not exist).\n"_s +
                                kAsking + prompted(u"rm -rf '/Library/Caches/a'"_s) +
                                u"  [ERROR] System cache cleanup was cancelled or failed: User canceled.\n"_s);
 }
 
+TEST_F(MaintenanceTest, whatRootCouldNotRemoveIsCountedAsProtected) {
+    addTo(kLibraryCaches, {u"vault"_s, u"a"_s, u"other vault"_s});
+    letRootRemove({kLibraryCaches + u"/a"_s});
+    EXPECT_EQ(clearSystemCaches(), u"2 item(s) are protected by macOS."_s) << "though the line has succeeded";
+    EXPECT_TRUE(takeTrace().endsWith(kCleared + u"  [ERROR] 2 item(s) are protected by macOS.\n"_s));
+}
+
+TEST_F(MaintenanceTest, theStatusOfTheLastCommandDoesNotCount) {
+    addTo(kLibraryCaches, {u"a"_s, u"b"_s});
+    letRootRemove({kLibraryCaches + u"/a"_s, kLibraryCaches + u"/b"_s}, 1);
+    EXPECT_EQ(clearSystemCaches(), std::nullopt);
+    EXPECT_TRUE(takeTrace().endsWith(kCleared));
+    addTo(kLibraryCaches, {u"vault"_s});
+    letRootRemove({}, 1);
+    EXPECT_EQ(clearSystemCaches(), u"1 item(s) are protected by macOS."_s);
+    EXPECT_TRUE(takeTrace().endsWith(prompted(u"rm -rf '/Library/Caches/vault'"_s) +
+                                     u"  [ERROR] 1 item(s) are protected by macOS.\n"_s))
+        << "nothing was cleared";
+}
+
+TEST_F(MaintenanceTest, anEntryThatItsProgramMakesAnewIsNotProtected) {
+    addTo(kLibraryCaches, {u"a"_s});
+    scripts.carryOut = [this](const QString&) {
+        files.removeAsRoot(kLibraryCaches + u"/a"_s);
+        addTo(kLibraryCaches, {u"a"_s});
+    };
+    EXPECT_EQ(clearSystemCaches(), std::nullopt);
+    EXPECT_EQ(left(kLibraryCaches), QStringList(u"a"_s));
+}
+
 TEST_F(MaintenanceTest, withNothingToCleanNoPromptAppears) {
     addTo(kLibraryCaches, {u"Ableton"_s, u"com.apple.iconservices.store"_s});
     addTo(kSystemCaches, {});
-    EXPECT_TRUE(clearSystemCaches());
+    EXPECT_EQ(clearSystemCaches(), std::nullopt);
     EXPECT_EQ(takeTrace(), u"Scanning System Caches in /Library/Caches...\n"
                            "Scanning System Caches in /System/Library/Caches...\n"_s +
                                kNothingFound);
@@ -167,7 +223,8 @@ TEST_F(MaintenanceTest, withNothingToCleanNoPromptAppears) {
 TEST_F(MaintenanceTest, theIconStoreOfTheSystemIsNotSpokenOf) {
     addTo(kLibraryCaches, {u"com.apple.iconservices.store"_s, u"Traktor"_s, u"a"_s});
     system.setDebugMode(true);
-    EXPECT_TRUE(clearSystemCaches());
+    letRootRemove({kLibraryCaches + u"/a"_s});
+    EXPECT_EQ(clearSystemCaches(), std::nullopt);
     EXPECT_EQ(takeTrace(), u"Scanning System Caches in /Library/Caches...\n"
                            "  [SKIPPED] Traktor (Protected)\n"
                            "Skipping /System/Library/Caches (does not exist).\n"_s +
@@ -179,7 +236,8 @@ TEST_F(MaintenanceTest, aNameThatCouldEndItsQuotesNeverReachesRootsLine) {
                               u"escape\x1b[2J"_s};
     addTo(kLibraryCaches, hostile + QStringList{u"$(touch y)"_s, u"a; b"_s});
     system.setDebugMode(true);
-    EXPECT_TRUE(clearSystemCaches());
+    letRootRemove({kLibraryCaches + u"/$(touch y)"_s, kLibraryCaches + u"/a; b"_s});
+    EXPECT_EQ(clearSystemCaches(), std::nullopt);
     QString skipped;
     for (const QString& name : hostile) {
         skipped += u"  [SKIPPED] %1 (Protected)\n"_s.arg(name);
@@ -194,7 +252,8 @@ TEST_F(MaintenanceTest, aSystemFolderThatMayNotBeReadDoesNotKeepTheOther) {
     addTo(kLibraryCaches, {u"a"_s});
     addTo(kSystemCaches, {u"b"_s});
     files.failOn(Operation::List, kLibraryCaches);
-    EXPECT_TRUE(clearSystemCaches());
+    letRootRemove({kSystemCaches + u"/b"_s});
+    EXPECT_EQ(clearSystemCaches(), std::nullopt);
     EXPECT_EQ(takeTrace(), u"Scanning System Caches in /Library/Caches...\n"
                            "Permission denied to read /Library/Caches.\n"
                            "Scanning System Caches in /System/Library/Caches...\n"_s +
@@ -207,7 +266,7 @@ TEST_F(MaintenanceTest, moreThanALineHoldsFailsBeforeAnyPrompt) {
         names.append(QString(200, u'n') + QString::number(number));
     }
     addTo(kLibraryCaches, names);
-    EXPECT_FALSE(clearSystemCaches());
+    EXPECT_EQ(clearSystemCaches(), kCancelled);
     EXPECT_EQ(trace.filter(u"& "_s), QStringList());
     EXPECT_TRUE(trace.last().startsWith(u"  [ERROR] System cache cleanup was cancelled or failed: The administrator "
                                         "command line is too long: "_s))
@@ -218,45 +277,38 @@ TEST_F(MaintenanceTest, moreThanALineHoldsFailsBeforeAnyPrompt) {
 
 TEST_F(MaintenanceTest, theFinderEmptiesTheTrash) {
     files.addFile(u"/Users/alex/.Trash/old"_s, "bytes");
-    emptyTrash();
-    EXPECT_EQ(takeTrace(), u"Emptying Trash...\n"
-                           "$ /bin/rm -rf /Users/alex/.Trash/*\n"
-                           "  [APPLIED] Cleared items from Trash folder.\n"_s +
-                               kFinder);
-}
-
-TEST_F(MaintenanceTest, withoutATrashFolderTheFinderIsAskedAllTheSame) {
-    emptyTrash();
+    EXPECT_EQ(emptyTrash(), std::nullopt);
     EXPECT_EQ(takeTrace(), u"Emptying Trash...\n"_s + kFinder);
 }
 
 TEST_F(MaintenanceTest, whereTheFinderMayNotBeControlledThatIsSaid) {
-    commands.respond = [](const QStringList&) {
-        CommandOutcome refused = ScriptedCommandLauncher::succeeded({});
-        refused.code = 1;
-        refused.standardError = "13:71: execution error: Not authorized to send Apple events to Finder. (-1743)\n";
-        return std::optional(refused);
-    };
-    emptyTrash();
-    EXPECT_EQ(takeTrace(),
-              u"Emptying Trash...\n"_s + kFinder +
-                  u"  [INFO] Grant Automation permission for Finder in System Settings → Privacy & Security.\n"_s);
+    letFinderFail("13:71: execution error: Not authorized to send Apple events to Finder. (-1743)\n");
+    EXPECT_EQ(emptyTrash(), kFinderRefused + u' ' + kFinderPlace);
+    EXPECT_EQ(takeTrace(), u"Emptying Trash...\n"_s + kFinder + u"  [ERROR] "_s + kFinderRefused + u"\n  [INFO] "_s +
+                               kFinderPlace + u'\n');
 }
 
-TEST_F(MaintenanceTest, whatTheToolsSayOfTheTrashDoesNotMatter) {
-    files.addFolders(u"/Users/alex/.Trash"_s);
-    commands.respond = [](const QStringList&) {
-        CommandOutcome refused = ScriptedCommandLauncher::succeeded({});
-        refused.code = 1;
-        return std::optional(refused);
-    };
-    const MaintenanceOutcome outcome = run({false, true, false});
-    EXPECT_EQ(outcome, (MaintenanceOutcome{true, {u"Trash emptied."_s}}));
-    EXPECT_EQ(takeTrace(), u"Emptying Trash...\n"
-                           "Emptying Trash...\n"
-                           "$ /bin/rm -rf /Users/alex/.Trash/*\n"
-                           "  [APPLIED] Cleared items from Trash folder.\n"_s +
-                               kFinder + u"\nCleanup Complete!\n"_s);
+TEST_F(MaintenanceTest, whatElseKeepsTheTrashIsSaidInTheSystemsWords) {
+    const struct {
+        QByteArray error;
+        QString words;
+    } cases[] = {{"13:71: execution error: Finder got an error: AppleEvent handler failed. (-10000)\n",
+                  u"Finder got an error: AppleEvent handler failed."_s},
+                 {"13:71: execution error: User canceled. (-128)\n", u"User canceled."_s},
+                 {"", u"Unknown error"_s}};
+    for (const auto& [error, words] : cases) {
+        letFinderFail(error);
+        EXPECT_EQ(run({false, true, false}), (MaintenanceOutcome{false, {u"The Trash wasn’t emptied: "_s + words}}));
+        EXPECT_EQ(takeTrace(), u"Emptying Trash...\nEmptying Trash...\n"_s + kFinder +
+                                   u"  [ERROR] The Trash wasn’t emptied: "_s + words + u"\n\nCleanup Complete!\n"_s);
+    }
+}
+
+TEST_F(MaintenanceTest, aScriptThatDidNotEndByItselfHasEmptiedNothing) {
+    for (const CommandOutcome& outcome : ScriptedCommandLauncher::unanswered()) {
+        commands.respond = [outcome](const QStringList&) { return std::optional(outcome); };
+        EXPECT_TRUE(emptyTrash().has_value());
+    }
 }
 
 // ---- Downloads
@@ -266,33 +318,47 @@ TEST_F(MaintenanceTest, everythingGoesFromDownloadsAndIsCounted) {
     addTo(kDownloads + u"/Album"_s, {u"one.wav"_s, u"two.wav"_s});
     files.addLink(kDownloads + u"/dangling"_s, u"/nowhere"_s);
     system.setDebugMode(true);
-    purgeDownloads();
+    EXPECT_EQ(purgeDownloads(), std::nullopt);
     EXPECT_EQ(takeTrace(), u"Clearing Downloads folder...\n"
                            "  [APPLIED] Cleared 5 item(s) from Downloads.\n"_s);
     EXPECT_EQ(left(kDownloads), QStringList());
 }
 
-TEST_F(MaintenanceTest, whatStaysInDownloadsIsNotCounted) {
+TEST_F(MaintenanceTest, whatStaysInDownloadsIsCountedByItself) {
     addTo(kDownloads, {u"a"_s, u"stuck"_s, u"b"_s});
     files.failOn(Operation::Remove, kDownloads + u"/stuck"_s);
-    purgeDownloads();
+    EXPECT_EQ(purgeDownloads(), u"1 item(s) stayed in Downloads."_s);
     EXPECT_EQ(takeTrace(), u"Clearing Downloads folder...\n"
-                           "  [APPLIED] Cleared 2 item(s) from Downloads.\n"_s);
+                           "  [APPLIED] Cleared 2 item(s) from Downloads.\n"
+                           "  [ERROR] 1 item(s) stayed in Downloads.\n"_s);
     system.setDebugMode(true);
-    purgeDownloads();
+    EXPECT_EQ(purgeDownloads(), u"1 item(s) stayed in Downloads."_s);
     EXPECT_EQ(takeTrace(),
               u"Clearing Downloads folder...\n"
               "  [ERROR] Removing stuck from Downloads: /Users/alex/Downloads/stuck: Operation not permitted\n"
-              "  [APPLIED] Cleared 0 item(s) from Downloads.\n"_s);
+              "  [APPLIED] Cleared 0 item(s) from Downloads.\n"
+              "  [ERROR] 1 item(s) stayed in Downloads.\n"_s);
+}
+
+TEST_F(MaintenanceTest, whatIsGoneWhenItCannotBeRemovedHasNotStayed) {
+    addTo(kDownloads, {u"stuck"_s, u"quick"_s});
+    files.failOn(Operation::Remove, kDownloads + u"/stuck"_s);
+    system.setDebugMode(true);
+    QObject::connect(&system, &SystemManager::messageLogged, [this](const QString& line) {
+        if (line.contains(u"Removing stuck"_s)) {
+            files.removeAsRoot(kDownloads + u"/quick"_s);
+        }
+    });
+    EXPECT_EQ(purgeDownloads(), u"1 item(s) stayed in Downloads."_s);
 }
 
 TEST_F(MaintenanceTest, downloadsThatAreMissingOrMayNotBeReadAreSaidSo) {
-    purgeDownloads();
+    EXPECT_EQ(purgeDownloads(), std::nullopt);
     EXPECT_EQ(takeTrace(), u"Clearing Downloads folder...\n"
                            "  [INFO] Downloads folder not found.\n"_s);
     addTo(kDownloads, {u"a"_s});
     files.failOn(Operation::List, kDownloads);
-    purgeDownloads();
+    EXPECT_EQ(purgeDownloads(), u"The Downloads folder may not be read."_s);
     EXPECT_EQ(takeTrace(), u"Clearing Downloads folder...\n"
                            "  [ERROR] Failed to clear Downloads: /Users/alex/Downloads: Operation not permitted\n"_s);
 }
@@ -305,9 +371,7 @@ TEST_F(MaintenanceTest, theStepsFollowEachOtherWhateverBecameOfTheOneBefore) {
     addTo(kDownloads, {u"c"_s});
     scripts.failNext(u"User canceled."_s);
     const MaintenanceOutcome outcome = run({true, true, true});
-    EXPECT_EQ(outcome, (MaintenanceOutcome{false,
-                                           {u"System cache cleanup failed or was cancelled."_s, u"Trash emptied."_s,
-                                            u"Downloads folder purged."_s}}));
+    EXPECT_EQ(outcome, (MaintenanceOutcome{false, {kCancelled, u"Trash emptied."_s, u"Downloads folder purged."_s}}));
     EXPECT_EQ(takeTrace(), u"Starting cache cleanup...\n"
                            "Scanning User Caches in /Users/alex/Library/Caches...\n"
                            "Scanning System Caches in /Library/Caches...\n"

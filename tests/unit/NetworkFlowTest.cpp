@@ -26,6 +26,25 @@ protected:
         commands.print(u"/usr/sbin/networksetup -getnetworkserviceenabled "_s + name, state);
     }
 
+    void setNameServers(const QString& quotedName, const QByteArray& printed) {
+        commands.print(u"networksetup -getdnsservers "_s + quotedName, printed);
+    }
+    /// The second of three services is off and has no name server. Root's line empties all but those that refuse.
+    void listNameServers(const QStringList& refusing = {}) {
+        const QByteArray none = "There aren't any DNS Servers set on it.\n";
+        commands.print(u"networksetup -listallnetworkservices"_s, kListing);
+        setNameServers(u"Wi-Fi"_s, "9.9.9.9\n2620:fe::fe\n");
+        setNameServers(u"\"Thunderbolt Bridge\""_s, none);
+        setNameServers(u"\"Bob's iPhone\""_s, "192.0.2.1\n");
+        scripts.carryOut = [=, this](const QString&) {
+            for (const QString& name : {u"Wi-Fi"_s, u"\"Bob's iPhone\""_s}) {
+                if (!refusing.contains(name)) {
+                    setNameServers(name, none);
+                }
+            }
+        };
+    }
+
     const QString asked = u"\nDisabling all network connections...\n"
                           "$> networksetup -listallnetworkservices\n"
                           "  [ACTION] Found 3 services: Wi-Fi, Thunderbolt Bridge, Bob's iPhone\n"
@@ -37,8 +56,17 @@ protected:
     const QString flushLine = u"dscacheutil -flushcache ; killall -HUP mDNSResponder ; "
                               "rm -rf /var/db/dhcpclient/leases/*"_s;
     const QString resetLine = u"networksetup -setdnsservers Wi-Fi Empty ; "
-                              "networksetup -setdnsservers Ethernet Empty ; "_s +
+                              "networksetup -setdnsservers 'Bob'\\''s iPhone' Empty ; "_s +
                               flushLine;
+    const QString reset = u"  [APPLIED] Network configuration reset successfully.\n"_s;
+    const QString serversRead = u"$> networksetup -listallnetworkservices\n"
+                                "$> networksetup -getdnsservers Wi-Fi\n"
+                                "  [INFO] Name servers of Wi-Fi were: 9.9.9.9, 2620:fe::fe\n"
+                                "$> networksetup -getdnsservers \"Thunderbolt Bridge\"\n"
+                                "$> networksetup -getdnsservers \"Bob's iPhone\"\n"
+                                "  [INFO] Name servers of Bob's iPhone were: 192.0.2.1\n"_s;
+    const QString serversReadAgain = u"$> networksetup -getdnsservers Wi-Fi\n"
+                                     "$> networksetup -getdnsservers \"Bob's iPhone\"\n"_s;
     const QString flushed = u"  [APPLIED] Successfully flushed DNS cache.\n"
                             "  [APPLIED] Successfully cleared DHCP lease cache.\n"_s;
     const QString reconnect =
@@ -130,22 +158,69 @@ TEST_F(NetworkFlow, aFlushTellsHowToGetANewAddress) {
     EXPECT_EQ(takeTrace(), u"\nStarting DNS & DHCP Cache Flush...\n"_s + operated(flushLine) + flushed + reconnect);
 }
 
-TEST_F(NetworkFlow, aResetIncludesTheFlush) {
+TEST_F(NetworkFlow, aResetEmptiesEveryServiceThatHasNameServersAndFlushes) {
+    listNameServers();
     const NetworkOutcome outcome = run({false, true, false, false});
     EXPECT_EQ(outcome, (NetworkOutcome{{u"Network configuration has been reset to defaults."_s}, true}));
-    EXPECT_EQ(takeTrace(), u"\nStarting network configuration reset...\n"_s + operated(resetLine) +
-                               u"  [APPLIED] Network configuration reset successfully.\n"_s);
+    EXPECT_EQ(takeTrace(), u"\nStarting network configuration reset...\n"_s + serversRead + operated(resetLine) +
+                               serversReadAgain + reset);
+}
+
+TEST_F(NetworkFlow, aServiceThatRefusesIsNamed) {
+    listNameServers({u"Wi-Fi"_s});
+    const NetworkOutcome outcome = run({true, true, false, false});
+    EXPECT_EQ(outcome,
+              (NetworkOutcome{{u"Not reset: Wi-Fi."_s, u"DNS and DHCP caches flushed successfully."_s}, false}));
+    EXPECT_EQ(outcome.alertTitle(), u"Partial Completion"_s);
+    EXPECT_EQ(takeTrace(), u"\nStarting DNS & DHCP Cache Flush...\n"
+                           "\nStarting network configuration reset...\n"_s +
+                               serversRead + operated(resetLine) + serversReadAgain +
+                               u"  [ERROR] Not reset: Wi-Fi.\n"_s + flushed);
+}
+
+TEST_F(NetworkFlow, whatCannotBeReadIsNotEmptied) {
+    listNameServers();
+    commands.fail(u"networksetup -getdnsservers Wi-Fi"_s, 4);
+    setNameServers(u"\"Bob's iPhone\""_s, "** Error: Something else.\n");
+    EXPECT_EQ(run({false, true, false, false}), (NetworkOutcome{{u"Not reset: Wi-Fi, Bob's iPhone."_s}, false}));
+    EXPECT_EQ(takeTrace(), u"\nStarting network configuration reset...\n"
+                           "$> networksetup -listallnetworkservices\n"
+                           "$> networksetup -getdnsservers Wi-Fi\n"
+                           "$> networksetup -getdnsservers \"Thunderbolt Bridge\"\n"
+                           "$> networksetup -getdnsservers \"Bob's iPhone\"\n"_s +
+                               operated(flushLine) + u"  [ERROR] Not reset: Wi-Fi, Bob's iPhone.\n"_s);
+}
+
+TEST_F(NetworkFlow, whatCannotBeReadAfterwardsCountsAsNotReset) {
+    listNameServers();
+    scripts.carryOut = [this](const QString&) { commands.fail(u"networksetup -getdnsservers Wi-Fi"_s, 4); };
+    setNameServers(u"\"Bob's iPhone\""_s, "There aren't any DNS Servers set on Bob's iPhone.\n");
+    EXPECT_EQ(run({false, true, false, false}), (NetworkOutcome{{u"Not reset: Wi-Fi."_s}, false}));
+}
+
+TEST_F(NetworkFlow, withoutAServiceTheResetFailsAlone) {
+    const NetworkOutcome outcome = run({true, true, false, false});
+    EXPECT_EQ(outcome, (NetworkOutcome{{u"Network flush or reset failed. Check logs."_s,
+                                        u"DNS and DHCP caches flushed successfully."_s},
+                                       true}));
+    EXPECT_FALSE(outcome.isComplete());
+    EXPECT_EQ(takeTrace(), u"\nStarting DNS & DHCP Cache Flush...\n"
+                           "\nStarting network configuration reset...\n"_s +
+                               noneListed + operated(flushLine) + flushed + reconnect);
+    EXPECT_EQ(run({false, true, false, false}),
+              (NetworkOutcome{{u"Network flush or reset failed. Check logs."_s}, true}));
+    EXPECT_EQ(takeTrace(), u"\nStarting network configuration reset...\n"_s + noneListed) << "nobody is asked";
 }
 
 TEST_F(NetworkFlow, flushAndResetTogetherFlushOnce) {
+    listNameServers();
     const NetworkOutcome outcome = run({true, true, false, false});
     EXPECT_EQ(outcome, (NetworkOutcome{{u"Network configuration has been reset to defaults."_s,
                                         u"DNS and DHCP caches flushed successfully."_s},
                                        true}));
     EXPECT_EQ(takeTrace(), u"\nStarting DNS & DHCP Cache Flush...\n"
                            "\nStarting network configuration reset...\n"_s +
-                               operated(resetLine) + u"  [APPLIED] Network configuration reset successfully.\n"_s +
-                               flushed);
+                               serversRead + operated(resetLine) + serversReadAgain + reset + flushed);
 }
 
 TEST_F(NetworkFlow, offAndOnTogetherGoOffFirst) {
@@ -205,7 +280,7 @@ TEST_F(NetworkFlow, withoutAServiceTheOtherOperationsRun) {
 }
 
 TEST_F(NetworkFlow, aRefusedPromptFailsEveryOperation) {
-    commands.print(u"networksetup -listallnetworkservices"_s, kListing);
+    listNameServers();
     scripts.failNext(u"User canceled."_s);
     const NetworkOutcome outcome = run({true, true, true, true});
     EXPECT_EQ(outcome,
@@ -214,9 +289,9 @@ TEST_F(NetworkFlow, aRefusedPromptFailsEveryOperation) {
                               false}));
     EXPECT_EQ(outcome.alertTitle(), u"Partial Completion"_s);
     EXPECT_EQ(takeTrace(), u"\nStarting DNS & DHCP Cache Flush...\n"
-                           "\nStarting network configuration reset...\n"
-                           "\nDisabling all network connections...\n"_s +
-                               listed + u"\nEnabling all network connections...\n"_s + listed +
+                           "\nStarting network configuration reset...\n"_s +
+                               serversRead + u"\nDisabling all network connections...\n"_s + listed +
+                               u"\nEnabling all network connections...\n"_s + listed +
                                operated(resetLine + u" ; "_s + offLine + u" ; "_s + onLine) +
                                u"  [ERROR] Network operations were cancelled or failed: User canceled.\n"_s);
 }
@@ -226,6 +301,9 @@ TEST_F(NetworkFlow, whatHadFailedBeforeTheRefusalIsReportedOnce) {
     EXPECT_EQ(run({true, false, true, false}), (NetworkOutcome{{u"Failed to disable network. Check logs."_s,
                                                                 u"Network flush or reset failed. Check logs."_s},
                                                                false}));
+    scripts.failNext(u"User canceled."_s);
+    EXPECT_EQ(run({true, true, false, false}),
+              (NetworkOutcome{{u"Network flush or reset failed. Check logs."_s}, false}));
     scripts.failNext(u"User canceled."_s);
     EXPECT_EQ(run({true, false, false, true}), (NetworkOutcome{{u"Failed to enable network. Check logs."_s,
                                                                 u"Network flush or reset failed. Check logs."_s},

@@ -15,18 +15,20 @@ const NetworkOperations kAll{true, true, true, true};
 
 const QStringList kFlushCommands{u"dscacheutil -flushcache"_s, u"killall -HUP mDNSResponder"_s,
                                  u"rm -rf /var/db/dhcpclient/leases/*"_s};
-const QStringList kResetCommands =
-    QStringList{u"networksetup -setdnsservers Wi-Fi Empty"_s, u"networksetup -setdnsservers Ethernet Empty"_s} +
-    kFlushCommands;
+const QStringList kServices{u"Wi-Fi"_s, u"Bob's iPhone"_s};
+const QStringList kResetCommands = QStringList{u"networksetup -setdnsservers Wi-Fi Empty"_s,
+                                               uR"(networksetup -setdnsservers 'Bob'\''s iPhone' Empty)"_s} +
+                                   kFlushCommands;
 
 } // namespace
 
 TEST(NetworkOperations, aResetTakesTheFlushWithItOnce) {
-    EXPECT_EQ(networkDiagnosticsCommands({}), QStringList());
-    EXPECT_EQ(networkDiagnosticsCommands(kFlush), kFlushCommands);
-    EXPECT_EQ(networkDiagnosticsCommands(kReset), kResetCommands);
-    EXPECT_EQ(networkDiagnosticsCommands(kFlushAndReset), kResetCommands);
-    EXPECT_EQ(networkDiagnosticsCommands({false, false, true, true}), QStringList()) << "these need the services";
+    EXPECT_EQ(networkDiagnosticsCommands({}, {}), QStringList());
+    EXPECT_EQ(networkDiagnosticsCommands(kFlush, {}), kFlushCommands);
+    EXPECT_EQ(networkDiagnosticsCommands(kReset, kServices), kResetCommands);
+    EXPECT_EQ(networkDiagnosticsCommands(kFlushAndReset, kServices), kResetCommands);
+    EXPECT_EQ(networkDiagnosticsCommands(kReset, {}), kFlushCommands) << "no service has any";
+    EXPECT_EQ(networkDiagnosticsCommands({false, false, true, true}, {}), QStringList()) << "these need the services";
 }
 
 TEST(NetworkOperations, aFlushAndAResetThatFailHaveOneMessage) {
@@ -50,6 +52,12 @@ TEST(NetworkOperations, eachThatRanHasItsMessageAndItsLines) {
                                                          u"  [APPLIED] Successfully cleared DHCP lease cache."_s,
                                                          u"  [APPLIED] All network connections disabled."_s,
                                                          u"  [APPLIED] All network connections enabled."_s}));
+}
+
+TEST(NetworkOperations, aResetThatLeftAServiceNamesItInsteadOfSucceeding) {
+    EXPECT_EQ(networkSuccessMessages(kFlushAndReset, {u"Wi-Fi"_s, u"LAN"_s}),
+              QStringList({u"Not reset: Wi-Fi, LAN."_s, u"DNS and DHCP caches flushed successfully."_s}));
+    EXPECT_EQ(networkSuccessLogLines(kReset, {u"Wi-Fi"_s}), QStringList(u"  [ERROR] Not reset: Wi-Fi."_s));
 }
 
 TEST(NetworkOperations, onlyAFlushByItselfSpeaksOfReconnecting) {

@@ -29,8 +29,9 @@ void answerAsApplied(ScriptedCommandLauncher& commands) {
     commands.print(reading::kSpotlight, "/:\n\tIndexing disabled.\n");
 }
 
-const QString kPromptedRun = u"with prompt \"Quorvane needs your administrator password to make these system changes. "
-                             "Use Touch ID when prompted.\" with administrator privileges\n"_s;
+const QString kPromptedRun =
+    u"with prompt \"Quorvane needs your administrator password to make these system changes.\" "
+    "with administrator privileges\n"_s;
 
 const LoginItem kZoomAtLogin{u"zoom"_s, u"/Applications/zoom.us.app"_s, false};
 const LoginItem kMail{u"Mail"_s, u"/Applications/Mail.app"_s, false};
@@ -440,10 +441,10 @@ TEST_F(TweakFlows, syncOfACleanRebootOutsideABatchReadsTheBackgroundItemsForItse
     EXPECT_TRUE(sync(settings, Verify::Yes, kKeepMail));
     const QString syncLine =
         u"pmset -a standby 0 disksleep 0 sleep 0 sms 0 ; mdutil -a -i off || true ; tmutil disable || true"_s;
-    EXPECT_TRUE(takeTrace().startsWith(
-        kSyncEverythingOn + prompted(syncLine) + kCleanRebootSteps + kLookAtLaunchd + u"& do shell script \""_s +
-        dumpLine() + u"\" with prompt \"Quorvane is applying system changes.\" with administrator privileges\n"_s +
-        kDisableUpdater + u"\nPerformance Tweaks Synced! (Restart your Mac for full effect.)\n"_s));
+    EXPECT_TRUE(takeTrace().startsWith(kSyncEverythingOn + prompted(syncLine) + kCleanRebootSteps + kLookAtLaunchd +
+                                       u"& do shell script \""_s + dumpLine() + u"\" "_s + kPromptedRun +
+                                       kDisableUpdater +
+                                       u"\nPerformance Tweaks Synced! (Restart your Mac for full effect.)\n"_s));
     EXPECT_EQ(system.lastApplyVerification()->verified.size(), 15);
 }
 

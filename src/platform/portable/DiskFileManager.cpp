@@ -100,7 +100,7 @@ FileStatus DiskFileManager::status(const QString& path) const {
     if (::lstat(QFile::encodeName(path).constData(), &info) != 0) {
         return {};
     }
-    return {kindOf(info.st_mode), info.st_uid};
+    return {kindOf(info.st_mode), info.st_uid, info.st_ino};
 }
 
 bool DiskFileManager::isWritable(const QString& path) const {

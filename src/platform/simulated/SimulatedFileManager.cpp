@@ -96,7 +96,8 @@ bool SimulatedFileManager::exists(const QString& path) const {
 
 FileStatus SimulatedFileManager::status(const QString& path) const {
     try {
-        return {kindOf(m_volume.kind(path)), userIdOf(m_volume.owner(path), m_volume.machine())};
+        return {kindOf(m_volume.kind(path)), userIdOf(m_volume.owner(path), m_volume.machine()),
+                m_volume.fileNumber(path)};
     } catch (const macsim::FileError&) {
         return {};
     }
