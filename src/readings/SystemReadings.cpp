@@ -141,11 +141,20 @@ QCoro::Task<Reading<QList<IndexedVolume>>> SystemReadings::readIndexingOfAll() c
     return indexingToldBy(arguments);
 }
 
-/// The tool also fails where it only tells that a volume is on its way from one state to another.
+/// Where the tool fails only that a volume is on its way counts: it fails for that alone as well.
 QCoro::Task<Reading<QList<IndexedVolume>>> SystemReadings::indexingToldBy(QStringList arguments) const {
     using Told = Reading<QList<IndexedVolume>>;
     const CommandResult result = co_await ask(arguments);
-    co_return result.isAnswered ? Told::answered(parsedIndexing(result.standardOutput)) : Told::unanswered();
+    if (!result.isAnswered) {
+        co_return Told::unanswered();
+    }
+    QList<IndexedVolume> volumes = parsedIndexing(result.standardOutput);
+    for (IndexedVolume& volume : volumes) {
+        if (result.status != 0 && volume.indexing != Indexing::Changing) {
+            volume.indexing = Indexing::Unknown;
+        }
+    }
+    co_return Told::answered(volumes);
 }
 
 QCoro::Task<QList<NetworkServiceState>> SystemReadings::readNetworkServices() const {

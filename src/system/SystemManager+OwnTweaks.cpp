@@ -28,11 +28,14 @@ QStringList sorted(const QSet<QString>& keys) {
 
 } // namespace
 
-/// @param goingBackTo  a capture that knows each volume has each looked at
-QCoro::Task<CurrentSettings> SystemManager::lookAtTweaks(const std::optional<SystemSnapshot>& goingBackTo) {
-    const bool knowsVolumes = goingBackTo && goingBackTo->spotlightByVolume;
-    return m_verification->readings().readCurrentSettings(knowsVolumes ? SystemReadings::Volumes::All
-                                                                       : SystemReadings::Volumes::OfTheSystem);
+QCoro::Task<CurrentSettings> SystemManager::lookAtTweaks(LookedAtVolumes volumes) {
+    return m_verification->readings().readCurrentSettings(
+        volumes == LookedAtVolumes::All ? SystemReadings::Volumes::All : SystemReadings::Volumes::OfTheSystem);
+}
+
+/// A capture that knows each volume has each looked at.
+SystemManager::LookedAtVolumes SystemManager::volumesFor(const std::optional<SystemSnapshot>& goingBackTo) {
+    return goingBackTo && goingBackTo->spotlightByVolume ? LookedAtVolumes::All : LookedAtVolumes::OfTheSystem;
 }
 
 MayChange SystemManager::mayChange() const {
@@ -58,7 +61,7 @@ QCoro::Task<void> SystemManager::strikeRestoredTweaks() {
         co_return;
     }
     const OwnSettings own = readOwnSettings(m_host);
-    const CurrentSettings current = co_await lookAtTweaks(std::nullopt);
+    const CurrentSettings current = co_await lookAtTweaks();
     const QStringList left = sorted(QSet<QString>(noted.begin(), noted.end()) - tweaksThatAreBack(own, current));
     if (left != noted) {
         m_host.defaults.setStringArray(kQuorvaneChangedTweaks, left);

@@ -61,7 +61,7 @@ QCoro::Task<std::optional<RestoreBaseline>> SystemManager::selectRestoreBaseline
 
 QCoro::Task<bool> SystemManager::restoreFromSnapshot(SystemSnapshot snapshot) {
     m_lastApplyVerification.reset();
-    const CurrentSettings current = co_await lookAtTweaks(snapshot);
+    const CurrentSettings current = co_await lookAtTweaks(volumesFor(snapshot));
     const bool isNotificationCenterBack =
         co_await runStepsOfNotificationCenter(restoreSteps(snapshot, current, notificationCenterPreferences()));
     const QStringList systemCommands =

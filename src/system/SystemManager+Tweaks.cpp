@@ -21,7 +21,7 @@ QCoro::Task<bool> SystemManager::applyPerformanceTweaks(PerformanceSettings sett
     }
     beginAdminBatch();
     if (selectedTweakCount(settings) > 0) {
-        const CurrentSettings current = co_await lookAtTweaks(std::nullopt);
+        const CurrentSettings current = co_await lookAtTweaks();
         noteChangedTweaks(settings, current);
     }
     co_await runStepsOfNotificationCenter(applySteps(settings, notificationCenterPreferences(), mayChange()));
@@ -79,7 +79,8 @@ QCoro::Task<bool> SystemManager::syncPerformanceTweaks(PerformanceSettings setti
 /// What it is about to change is written down.
 QCoro::Task<SyncPlan> SystemManager::planSync(PerformanceSettings settings) {
     const OwnSettings own = readOwnSettings(m_host);
-    const CurrentSettings current = co_await lookAtTweaks(settings.spotlight ? std::nullopt : own.captured);
+    const LookedAtVolumes volumes = settings.spotlight ? LookedAtVolumes::OfTheSystem : volumesFor(own.captured);
+    const CurrentSettings current = co_await lookAtTweaks(volumes);
     const bool isNotificationCenterOff = co_await m_verification->isNotificationCenterOff();
     noteChangedTweaks(settings, current);
     co_return syncPlan(settings, own, current, notificationCenterPreferences(), isNotificationCenterOff);
@@ -88,7 +89,7 @@ QCoro::Task<SyncPlan> SystemManager::planSync(PerformanceSettings settings) {
 QCoro::Task<bool> SystemManager::undoPerformanceTweaks() {
     m_lastApplyVerification.reset();
     log(u"\nUndoing Audio Performance tweaks (no snapshot — using standard defaults)..."_s);
-    const CurrentSettings current = co_await lookAtTweaks(std::nullopt);
+    const CurrentSettings current = co_await lookAtTweaks();
     const bool isNotificationCenterBack =
         co_await runStepsOfNotificationCenter(undoSteps(notificationCenterPreferences(), mayChange()));
     const QStringList systemCommands = co_await effectiveCommands(

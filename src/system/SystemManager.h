@@ -391,7 +391,9 @@ private:
     QCoro::Task<bool> verifyTweaks(PerformanceSettings settings, UnselectedTweaks unselected, CleanReboot cleanReboot);
 
     // SystemManager+OwnTweaks.cpp
-    QCoro::Task<CurrentSettings> lookAtTweaks(const std::optional<SystemSnapshot>& goingBackTo);
+    enum class LookedAtVolumes { OfTheSystem, All };
+    QCoro::Task<CurrentSettings> lookAtTweaks(LookedAtVolumes volumes = LookedAtVolumes::OfTheSystem);
+    static LookedAtVolumes volumesFor(const std::optional<SystemSnapshot>& goingBackTo);
     std::function<bool(const MacPreference&)> mayChange() const;
     void noteChangedTweaks(const PerformanceSettings& settings, const CurrentSettings& current);
     QCoro::Task<void> strikeRestoredTweaks();

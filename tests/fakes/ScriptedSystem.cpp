@@ -112,12 +112,6 @@ QString FixedMachine::dateAndTimeText(const QDateTime& moment) const {
 }
 
 ScriptedSystem::ScriptedSystem() {
-    QStringList tweaks;
-    for (const Tweak& tweak : tweakCatalogue()) {
-        tweaks.append(tweak.key);
-    }
-    tweaks.sort();
-    noteChangedTweaks(tweaks);
     for (const QString& line : {reading::kSystemUpdateDownload, reading::kSystemUpdateInstall,
                                 reading::kSystemStoreUpdate, reading::kSounds}) {
         commands.fail(line, 1);
@@ -155,7 +149,12 @@ QString ScriptedSystem::takeTrace() {
     return withLooksAtTweaks(withLooksAtLaunchd(std::exchange(trace, {}).join(u'\n') + u'\n'));
 }
 
-void ScriptedSystem::noteChangedTweaks(const QStringList& keys) {
+void ScriptedSystem::noteEveryTweakChanged() {
+    QStringList keys;
+    for (const Tweak& tweak : tweakCatalogue()) {
+        keys.append(tweak.key);
+    }
+    keys.sort();
     defaults.setStringArray(kQuorvaneChangedTweaks, keys);
 }
 

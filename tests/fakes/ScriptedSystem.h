@@ -118,8 +118,8 @@ public:
 };
 
 /// A SystemManager over scripted ports. `trace` holds commands, scripts and log lines in the order in which they came.
-/// Automatic backups are off, and that may be read. Of all tweaks it is noted that the program has changed them; of the system's own
-/// switches and the interface sounds no key is set, and every other preference is an empty text.
+/// Automatic backups are off, and that may be read. Of the system's own switches and the interface sounds no key is set; every
+/// other preference is an empty text.
 class ScriptedSystem : public ::testing::Test {
 public:
     ~ScriptedSystem() override;
@@ -136,8 +136,8 @@ protected:
     /// The program knows this list already.
     void takeDump(const QByteArray& printed);
 
-    /// Which tweaks the program has put in force, by their keys.
-    void noteChangedTweaks(const QStringList& keys);
+    /// As where the program has put all tweaks in force. A flow that ends looks at them once more then.
+    void noteEveryTweakChanged();
 
     inline static const QString kTimeMachineSettings = u"/Library/Preferences/com.apple.TimeMachine.plist"_s;
     void setAutomaticBackups(bool areOn);

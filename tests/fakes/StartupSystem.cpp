@@ -1,5 +1,7 @@
 #include "fakes/StartupSystem.h"
 
+#include "fakes/ReadingLines.h"
+
 #include "fakes/BackgroundList.h"
 
 namespace quorvane {
@@ -87,7 +89,7 @@ QString StartupSystem::takeTrace() {
     for (QString& line : lines) {
         line = m_purposes.value(line, line);
     }
-    return withLooksAtLaunchd(lines.join(u'\n') + u'\n');
+    return withLooksAtTweaks(withLooksAtLaunchd(lines.join(u'\n') + u'\n'));
 }
 
 QString StartupSystem::prompted(const QString& line, const QString& prompt) {

@@ -99,6 +99,8 @@ TEST(ApplyPreviews, someTweaksOfAProfileAreOffAndTheOthersArePutBack) {
     preview.enabledTweaks.removeLast();
     EXPECT_EQ(shown(preview).size(), 13);
     EXPECT_EQ(shown(preview).last(), u"  Restore all other performance tweaks to macOS defaults – "_s);
+    preview.hasOwnSettings = true;
+    EXPECT_EQ(shown(preview).last(), u"  Restore all other performance tweaks to your own settings – "_s);
 }
 
 TEST(ApplyPreviews, aProfileShowsItsTweaksBeforeItsStartupChanges) {

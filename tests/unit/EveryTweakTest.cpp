@@ -31,7 +31,12 @@ QString settingOf(QString command) {
     static const QRegularExpression typedValue(u" -(bool|boolean|int|string) .*$"_s);
     static const QRegularExpression switchedTo(u"\\b(\\d+|on|off|enable|disable)$"_s);
     static const QRegularExpression number(u" \\d+\\b"_s);
-    return command.replace(verb, u" "_s).remove(typedValue).replace(switchedTo, u"#"_s).replace(number, u" #"_s);
+    static const QRegularExpression indexing(u"^mdutil (-a )?-i .*$"_s);
+    return command.replace(indexing, u"mdutil"_s)
+        .replace(verb, u" "_s)
+        .remove(typedValue)
+        .replace(switchedTo, u"#"_s)
+        .replace(number, u" #"_s);
 }
 
 QSet<QString> settingsOf(const QStringList& commands) {
@@ -50,17 +55,21 @@ QSet<QString> rowNames(const ApplyVerificationResult& result) {
     return names;
 }
 
-/// What belongs to each tweak of the catalogue, so that none comes without it. Every preference has a value.
+/// What belongs to each tweak of the catalogue, so that none comes without it. Every tweak is in force.
 class EveryTweak : public ScriptedStartup {
 protected:
     EveryTweak() {
+        noteEveryTweakChanged();
         commands.respond = [this, respond = commands.respond](const QStringList& arguments) {
-            const bool isReading = arguments.first() == u"/usr/bin/defaults" && arguments.contains(u"read"_s);
-            const bool isSystems = isReading && arguments.at(2).startsWith(u"/Library/Preferences/com.apple.S"_s);
-            if (isSystems || (isReading && arguments.at(2) == u"/Library/Preferences/com.apple.commerce")) {
-                return std::optional(ScriptedCommandLauncher::succeeded(systemsSwitch));
+            for (const MacPreference& preference : kMacPreferences) {
+                const bool isMeant =
+                    arguments == defaultsCommand(u"read"_s, preference, system.notificationCenterPreferences());
+                if (isMeant) {
+                    return std::optional(ScriptedCommandLauncher::succeeded(
+                        preference.isSystems() ? systemsSwitch : preference.applied.toUtf8() + '\n'));
+                }
             }
-            return isReading ? std::optional(ScriptedCommandLauncher::succeeded("1\n")) : respond(arguments);
+            return respond(arguments);
         };
         commands.print(reading::kPower, "standby 0\n disksleep 0\n sleep 0\n sms 0\n");
         commands.print(reading::kSpotlight, reading::indexing("Indexing disabled."));
@@ -75,6 +84,7 @@ protected:
                 lines.append(line.mid(2));
             } else if (line.startsWith(u"& do shell script "_s)) {
                 lines += line.section(u'"', 1, 1).remove(u" || true"_s).split(u" ; "_s);
+                lines.removeIf([](const QString& each) { return each.contains(u"sfltool"_s); }); // a look
             }
         }
         return lines;

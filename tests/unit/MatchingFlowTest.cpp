@@ -4,6 +4,7 @@
 #include "core/UserDefaultKeys.h"
 #include "matching/SystemMatching.h"
 #include "profiles/UnifiedProfile.h"
+#include "snapshots/SnapshotManager.h"
 
 #include <functional>
 #include <random>
@@ -22,12 +23,7 @@ const QString kStart = u"\n[VERIFY] Scanning current system settings...\n"_s;
 const QString kReadings = reading::traced(reading::kTweaksOff);
 const QString kRestorationReadings = reading::traced(reading::kAppRestoration);
 /// What the check of the built-in Default reads.
-const QString kDefaultReadings =
-    reading::traced({reading::kPower, reading::kAppNap, reading::kUpdateDownload, reading::kUpdateCheck,
-                     reading::kStoreUpdate, reading::kDoNotDisturb, reading::kSiri, reading::kAssistant,
-                     reading::kCrashReporter, reading::kSounds, reading::kAirDrop, reading::kSpotlight,
-                     reading::kTimeMachine}) +
-    kRestorationReadings;
+const QString kDefaultReadings = kReadings + kRestorationReadings;
 
 const SystemConfigurationMatch kKeptLive{u"Live"_s, MatchedKind::savedProfile, {}, true};
 
@@ -45,12 +41,12 @@ UnifiedProfile profileNamed(const QString& name, bool PerformanceSettings::*twea
 class MatchingFlow : public StartupSystem {
 protected:
     MatchingFlow() {
+        noteEveryTweakChanged();
         set(reading::kAppNap, "0");
-        set(reading::kUpdateDownload, "1");
-        set(reading::kUpdateCheck, "1");
-        set(reading::kStoreUpdate, "1");
+        set(reading::kSystemUpdateDownload, "1");
+        set(reading::kSystemUpdateInstall, "1");
+        set(reading::kSystemStoreUpdate, "1");
         set(reading::kDoNotDisturb, "0");
-        set(reading::kSiri, "Enabled");
         set(reading::kAssistant, "1");
         set(reading::kCrashReporter, "crashreport");
         set(reading::kSounds, "1");
@@ -58,7 +54,7 @@ protected:
         set(reading::kLogoutState, "1");
         set(reading::kLoginRelaunch, "1");
         commands.print(reading::kPower, " standby 1\n disksleep 10\n sleep 1\n sms 1\n");
-        commands.print(reading::kSpotlight, "\tIndexing enabled. \n");
+        commands.print(reading::kSpotlight, reading::indexing("Indexing enabled. "));
         setAutomaticBackups(true);
     }
     void set(const QString& line, const QByteArray& value) { commands.print(line, value + '\n'); }
@@ -100,7 +96,7 @@ protected:
                 set(line, values.at(number(4)));
             }
         }
-        commands.print(reading::kSpotlight, chance(2) ? "Indexing enabled." : "Indexing disabled.");
+        commands.print(reading::kSpotlight, reading::indexing(chance(2) ? "Indexing enabled." : "Indexing disabled."));
         login.clear();
         for (const QString& name : kApplications) {
             if (chance(2)) {
@@ -311,15 +307,49 @@ TEST_F(MatchingFlow, isDefaultWhateverThisMacLacks) {
 
 TEST_F(MatchingFlow, isDefaultWhereBackupsMayNotBeReadUnlessTheProgramHadSwitchedThemOff) {
     makeBackupsUnreadable();
+    defaults.remove(kQuorvaneChangedTweaks);
     EXPECT_EQ(nameFound({}), u"Default"_s);
     EXPECT_EQ(nameFound({profileNamed(u"Off"_s)}), u"Off"_s);
     defaults.setBoolean(kQuorvaneSwitchedBackupsOff, true);
     EXPECT_EQ(nameFound({profileNamed(u"Off"_s)}), u"none"_s);
 }
 
-TEST_F(MatchingFlow, isNotDefaultWhereMutedSoundsCannotBeToldFromAnUnsetKey) {
-    unset(reading::kSounds);
+TEST_F(MatchingFlow, isDefaultWhereNobodyHasSetAKey) {
+    for (const QString& line : reading::kPreferences) {
+        unset(line);
+    }
+    EXPECT_EQ(nameFound({}), u"Default"_s);
+    EXPECT_EQ(nameFound({profileNamed(u"Siri"_s, &PerformanceSettings::siri)}), u"Siri"_s)
+        << "one that was never set up";
+    EXPECT_EQ(nameFound({profileNamed(u"Updates"_s, &PerformanceSettings::updates)}), u"Default"_s);
+    EXPECT_EQ(nameFound({profileNamed(u"Sounds"_s, &PerformanceSettings::uiSounds)}), u"Default"_s);
+}
+
+// ---- The user's own settings
+
+TEST_F(MatchingFlow, isDefaultWhereATweakIsInForceAsTheUserHadItBefore) {
+    set(reading::kAssistant, "0");
+    commands.print(reading::kPower, "AC Power:\n standby 0\n disksleep 0\n sleep 0\n sms 1\n");
     EXPECT_EQ(nameFound({}), u"none"_s);
+    SystemSnapshot own;
+    own.id = QUuid::createUuid();
+    own.dateCreated = clock.now();
+    own.assistantEnabled = u"0"_s;
+    own.pmsetStandby = u"0"_s;
+    own.pmsetDisksleep = u"0"_s;
+    own.pmsetSleep = u"0"_s;
+    SnapshotManager(files, machine).save(own);
+    EXPECT_EQ(nameFound({}), u"Default"_s);
+    set(reading::kAirDrop, "1");
+    EXPECT_EQ(nameFound({}), u"none"_s) << "that wasn't the user's";
+}
+
+TEST_F(MatchingFlow, isDefaultWhereAnOrganizationHasPutATweakInForce) {
+    propertyLists.lists.insert(u"/Library/Managed Preferences/com.apple.NetworkBrowser.plist"_s,
+                               {{u"DisableAirDrop"_s, true}});
+    EXPECT_EQ(nameFound({}), u"Default"_s);
+    EXPECT_EQ(nameFound({profileNamed(u"Off"_s)}), u"Off"_s);
+    EXPECT_EQ(nameFound({profileNamed(u"AirDrop"_s, &PerformanceSettings::airdrop)}), u"AirDrop"_s);
 }
 
 TEST_F(MatchingFlow, isNotDefaultWhereApplicationsDoNotReopen) {
@@ -396,9 +426,11 @@ TEST_F(MatchingFlow, withoutAnAnswerKeepsTheMatchThatItHadAndSaysWhatIsMissing) 
     EXPECT_EQ(system.systemMatch(), kept);
     EXPECT_TRUE(posted.isEmpty());
     EXPECT_EQ(changes, 1);
-    EXPECT_EQ(takeTrace(), kStart + kReadings + kRestorationReadings +
-                               u"  [VERIFY] Nothing can be said of this system, because these readings are missing: "
-                               "/usr/bin/defaults read NSGlobalDomain NSAppSleepDisabled, /usr/bin/mdutil -s /\n"_s);
+    EXPECT_EQ(
+        takeTrace(),
+        kStart + kReadings + kRestorationReadings +
+            u"  [VERIFY] Nothing can be said of this system, because these readings are missing: "
+            "/usr/bin/defaults read NSGlobalDomain NSAppSleepDisabled, /usr/bin/mdutil -s / /System/Volumes/Data\n"_s);
     EXPECT_EQ(nameFound({off}), u"none"_s);
 }
 

@@ -17,36 +17,27 @@ UnifiedProfile soundsOff(const QString& name = u"Live"_s) {
     profile.id = QUuid::createUuid();
     profile.name = name;
     profile.settings.uiSounds = true;
+    profile.settings.spotlight = true;
     return profile;
 }
 
-const QString kSystemLine =
-    u"pmset -a standby 1 disksleep 10 sleep 1 sms 1 ; mdutil -a -i on || true ; tmutil enable || true"_s;
+const QString kSystemLine = u"mdutil -a -i off || true"_s;
 
 const QString kSyncSoundsOff =
-    u"\nSyncing performance tweaks to profile settings...\n"
-    "$ /usr/bin/defaults delete NSGlobalDomain NSAppSleepDisabled\n"
-    "$ /usr/bin/defaults delete com.ableton.live NSAppSleepDisabled\n"
-    "  [RESTORED] Re-enabled App Nap.\n"
-    "$ /usr/bin/defaults write com.apple.SoftwareUpdate AutomaticDownload -bool YES\n"
-    "$ /usr/bin/defaults write com.apple.SoftwareUpdate AutomaticCheckEnabled -bool YES\n"
-    "$ /usr/bin/defaults write com.apple.commerce AutoUpdate -bool YES\n"
-    "  [RESTORED] Re-enabled automatic updates.\n"
-    "$ /usr/bin/defaults -currentHost delete "
-    "/Users/alex/Library/Preferences/ByHost/com.apple.notificationcenterui doNotDisturb\n"
-    "$ /bin/launchctl load -w /System/Library/LaunchAgents/com.apple.notificationcenterui.plist\n"
-    "$ /usr/bin/open -a NotificationCenter\n"
-    "  [RESTORED] Re-enabled Notifications.\n"
-    "$ /usr/bin/defaults delete com.apple.Siri Status\n"
-    "$ /usr/bin/defaults write com.apple.assistant.support \"Assistant Enabled\" -bool true\n"
-    "  [RESTORED] Re-enabled Siri.\n"
-    "$ /usr/bin/defaults delete com.apple.CrashReporter DialogType\n"
-    "  [RESTORED] Re-enabled Crash Reporter.\n"
+    u"\nSyncing performance tweaks to profile settings...\n"_s + kLookAtTweaks +
+    u"  [INFO] Already as it was: App Nap\n"
+    "  [INFO] Already as it was: Software Updates\n"
+    "  [INFO] Already as it was: Notifications\n"
+    "  [INFO] Already as it was: Siri\n"
+    "  [INFO] Already as it was: Crash Reporter\n"
     "$ /usr/bin/defaults write com.apple.systemsound com.apple.sound.uiaudio.enabled -int 0\n"
+    "$ /usr/bin/defaults write NSGlobalDomain com.apple.sound.uiaudio.enabled -int 0\n"
     "  [APPLIED] Muted UI sounds.\n"
-    "$ /usr/bin/defaults write com.apple.NetworkBrowser DisableAirDrop -bool NO\n"
-    "  [RESTORED] Re-activated AirDrop.\n"_s +
-    reading::traced({reading::kTimeMachine}) + u"  [ACTION] Requesting Admin rights to sync system-level tweaks...\n"_s;
+    "  [INFO] Already as it was: AirDrop\n"
+    "  [INFO] Already as it was: USB Power\n"
+    "  [INFO] Already as it was: Motion Sensor\n"
+    "  [INFO] Already as it was: Time Machine\n"
+    "  [ACTION] Requesting Admin rights to sync system-level tweaks...\n"_s;
 
 const QString kTweakReadings = reading::traced(reading::kTweaksOff);
 
@@ -59,7 +50,7 @@ const QString kTweaksOk = u"  [OK] App Nap — enabled\n"
                           "  [OK] AirDrop — enabled\n"
                           "  [OK] USB Power — standard sleep\n"
                           "  [OK] Motion Sensor — enabled\n"
-                          "  [OK] Spotlight — indexing on\n"
+                          "  [OK] Spotlight — indexing off\n"
                           "  [OK] Time Machine — enabled\n"_s;
 
 const QString kCleanRebootReadings = reading::traced(reading::kCleanReboot);
@@ -118,15 +109,16 @@ class ProfileApply : public StartupSystem {
 protected:
     ProfileApply() {
         commands.print(reading::kPower, "AC Power:\n standby 1\n disksleep 10\n sleep 1\n sms 1\n");
-        commands.print(reading::kSpotlight, "/:\n\tIndexing enabled. \n");
+        commands.print(reading::kSpotlight, reading::indexing("Indexing disabled."));
         setAutomaticBackups(true);
         commands.fail(reading::kAppNap, 1);
         commands.fail(reading::kDoNotDisturb, 1);
-        commands.print(reading::kUpdateDownload, "1\n");
         commands.print(reading::kAssistant, "1\n");
         commands.print(reading::kSounds, "0\n");
         commands.print(reading::kAirDrop, "0\n");
         commands.print(reading::kLogoutState, "1\n");
+        commands.fail(reading::kLoginRelaunch, 1);
+        commands.fail(reading::kKeptWindows, 1);
     }
 
     bool apply(const UnifiedProfile& profile) { return QCoro::waitFor(system.applyProfile(profile)); }
@@ -157,23 +149,19 @@ protected:
 
 TEST_F(ProfileApply, runsSyncStartupOnePromptAndVerificationInThisOrder) {
     EXPECT_TRUE(apply(soundsOff()));
-    EXPECT_EQ(
-        takeTrace(),
-        u"\n[PROFILE] Applying: Live\n"_s + kSyncSoundsOff +
-            u"$ /usr/bin/defaults write com.apple.loginwindow TALLogoutSavesState -bool true\n"
-            "$ /usr/bin/defaults write com.apple.loginwindow LoginwindowLaunchesRelaunchApps -bool true\n"
-            "$ /usr/bin/defaults delete NSGlobalDomain NSQuitAlwaysKeepsWindows\n"
-            "  [RESTORED] Re-enabled app restoration on reboot.\n"
-            "\nPerformance Tweaks Synced! (Restart your Mac for full effect.)\n"
-            "\nApplying startup configuration...\n"
-            "\nStartup configuration applied.\n"
-            "& do shell script \"pmset -a standby 1 disksleep 10 sleep 1 sms 1 ; mdutil -a -i on || true ; tmutil "
-            "enable || true\" with prompt \"Quorvane needs your administrator password to apply Live.\" with "
-            "administrator privileges\n"_s +
-            kTweakReadings + reading::traced(reading::kAppRestoration) + u"\n[VERIFY] Profile: Live\n"_s + kTweaksOk +
-            u"  [OK] Clean Reboot — app restoration enabled\n"
-            "  [VERIFY] All settings confirmed on system.\n"
-            "\n[PROFILE] Live applied and verified successfully.\n"_s);
+    EXPECT_EQ(takeTrace(), u"\n[PROFILE] Applying: Live\n"_s + kSyncSoundsOff +
+                               u"  [INFO] Already as it was: Clean Reboot\n"
+                               "\nPerformance Tweaks Synced! (Restart your Mac for full effect.)\n"
+                               "\nApplying startup configuration...\n"
+                               "\nStartup configuration applied.\n"
+                               "& do shell script \"mdutil -a -i off || true\" with prompt \"Quorvane needs your "
+                               "administrator password to apply Live.\" with "
+                               "administrator privileges\n"_s +
+                               kTweakReadings + reading::traced(reading::kAppRestoration) +
+                               u"\n[VERIFY] Profile: Live\n"_s + kTweaksOk +
+                               u"  [OK] Clean Reboot — app restoration enabled\n"
+                               "  [VERIFY] All settings confirmed on system.\n"
+                               "\n[PROFILE] Live applied and verified successfully.\n"_s);
 }
 
 TEST_F(ProfileApply, recordsTheProfileAsTheActiveOne) {
@@ -190,7 +178,7 @@ TEST_F(ProfileApply, recordsTheProfileAsTheActiveOne) {
 }
 
 TEST_F(ProfileApply, aFailedCheckAloneLeavesTheApplyTrueWithAWarning) {
-    setAutomaticBackups(false);
+    commands.print(reading::kSounds, "1\n");
     EXPECT_TRUE(apply(soundsOff()));
     EXPECT_EQ(trace.last(), u"\n[PROFILE] Live applied with verification warnings — check logs."_s);
     EXPECT_EQ(system.lastApplyVerification()->failed.size(), 1);
@@ -199,12 +187,12 @@ TEST_F(ProfileApply, aFailedCheckAloneLeavesTheApplyTrueWithAWarning) {
 
 TEST_F(ProfileApply, aCancelledApplyVerifiesAndRecordsNothing) {
     defaults.setString(u"QuorvaneLastAppliedProfileName"_s, u"Before"_s);
-    commands.print(reading::kSpotlight, "/:\n\tIndexing disabled.\n");
+    commands.print(reading::kSpotlight, reading::indexing("Indexing enabled. "));
     scripts.failNext(u"User canceled."_s);
     EXPECT_FALSE(apply(soundsOff()));
     const QStringList log = system.logMessages();
     EXPECT_TRUE(log.contains(u"  [ERROR] Administrator authorization was cancelled or failed: User canceled."_s));
-    EXPECT_TRUE(log.contains(u"  [MISSING] Spotlight — expected indexing on"_s));
+    EXPECT_TRUE(log.contains(u"  [MISSING] Spotlight — expected indexing off"_s));
     EXPECT_EQ(log.last(), u"\n[PROFILE] Live apply failed or was cancelled — check logs."_s);
     EXPECT_EQ(defaults.string(u"QuorvaneLastAppliedProfileName"_s), u"Before"_s);
     EXPECT_EQ(system.lastApplyVerification()->failed.size(), 1);

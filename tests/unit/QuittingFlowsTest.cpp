@@ -33,7 +33,8 @@ public:
             commands.fail(line, 1);
         }
         commands.print(reading::kPower, " standby 1\n disksleep 10\n sleep 1\n sms 1\n");
-        commands.print(reading::kSpotlight, "Indexing enabled.\n");
+        commands.print(reading::kSpotlight, reading::indexing("Indexing enabled. "));
+        commands.print(reading::kSpotlightOfAll, reading::indexing("Indexing enabled. "));
         setAutomaticBackups(true);
         commands.print(reading::kSounds, "0\n"); // the one tweak of these flows is in force
         for (const QString& line : reading::kAppRestoration) {

@@ -3,7 +3,9 @@
 
 #include "core/UserDefaultKeys.h"
 
+#include "readings/ManagedPreferences.h"
 #include "readings/PowerSettings.h"
+#include "readings/SpotlightState.h"
 
 namespace quorvane {
 
@@ -191,7 +193,7 @@ TEST_F(Readings, theNoteThatBackupsWereSwitchedOffEndsWhenTheyAreSeenOn) {
 // ---- Spotlight
 
 TEST_F(Readings, spotlightIsOnWhereIndexingIsEnabledInAnyCase) {
-    for (const char* output : {"/:\n\tIndexing enabled. \n", "/:\n\tINDEXING ENABLED.\n", "indexing enabled"}) {
+    for (const char* output : {"/:\n\tIndexing enabled. \n", "/:\n\tINDEXING ENABLED.\n"}) {
         commands.print(reading::kSpotlight, output);
         EXPECT_EQ(spotlight(), true) << output;
     }
@@ -199,7 +201,7 @@ TEST_F(Readings, spotlightIsOnWhereIndexingIsEnabledInAnyCase) {
         commands.print(reading::kSpotlight, output);
         EXPECT_EQ(spotlight(), false) << output;
     }
-    EXPECT_EQ(trace.first(), u"$> /usr/bin/mdutil -s /"_s);
+    EXPECT_EQ(trace.first(), u"$> /usr/bin/mdutil -s / /System/Volumes/Data"_s);
 }
 
 TEST_F(Readings, spotlightIsUnknownWhereItIsNeitherEnabledNorDisabled) {
@@ -216,6 +218,62 @@ TEST_F(Readings, spotlightIsUnknownWhereItIsNeitherEnabledNorDisabled) {
 TEST_F(Readings, spotlightThatCannotBeReadIsNone) {
     commands.answer(reading::kSpotlight, failedWith("/:\n\tIndexing enabled. \n"));
     EXPECT_EQ(spotlight(), std::nullopt);
+}
+
+// ---- Spotlight, volume by volume
+
+TEST(SpotlightState, isReadVolumeByVolume) {
+    EXPECT_EQ(parsedIndexing(u"/:\n\tIndexing disabled.\n/System/Volumes/Data:\n\tIndexing enabled. \n"
+                             "/Volumes/It: here:\n\tIndexing and searching disabled.\n/Volumes/A:\n\tNo index.\n"
+                             "/Volumes/B:\nError: invalid operation.\n\tError: unexpected indexing state.  "
+                             "kMDConfigSearchLevelTransitioning\n"_s),
+              (QList<IndexedVolume>{{u"/"_s, Indexing::Off},
+                                    {u"/System/Volumes/Data"_s, Indexing::On},
+                                    {u"/Volumes/It: here"_s, Indexing::SearchOff},
+                                    {u"/Volumes/A"_s, Indexing::Unknown},
+                                    {u"/Volumes/B"_s, Indexing::Changing}}));
+}
+
+TEST(SpotlightState, isOffWhereTheFilesAreAndNothingElseIsOn) {
+    const auto volumes = [](Indexing startup, Indexing files) {
+        return QList<IndexedVolume>{{u"/"_s, startup}, {kDataVolume.toString(), files}};
+    };
+    EXPECT_TRUE(isIndexingOff(volumes(Indexing::Off, Indexing::Off)));
+    EXPECT_TRUE(isIndexingOff(volumes(Indexing::Unknown, Indexing::SearchOff)));
+    EXPECT_FALSE(isIndexingOff(volumes(Indexing::Off, Indexing::On)));
+    EXPECT_FALSE(isIndexingOff(volumes(Indexing::On, Indexing::Off)));
+    EXPECT_FALSE(isIndexingOff(volumes(Indexing::Off, Indexing::Unknown)));
+    EXPECT_FALSE(isIndexingOff({{u"/"_s, Indexing::Off}})) << "of the files nothing is said";
+    EXPECT_TRUE(keepsIndexingFiles(volumes(Indexing::Off, Indexing::On)));
+    EXPECT_FALSE(keepsIndexingFiles(volumes(Indexing::On, Indexing::On)));
+    EXPECT_EQ(indexesFiles({{u"/"_s, Indexing::On}}), true);
+    EXPECT_EQ(indexesFiles(volumes(Indexing::On, Indexing::Changing)), std::nullopt);
+}
+
+TEST_F(Readings, aVolumeInTransitionIsToldThoughTheToolFails) {
+    commands.answer(reading::kSpotlight,
+                    failedWith("/:\n\tIndexing disabled.\n/System/Volumes/Data:\n\tError: unexpected "
+                               "indexing state. kMDConfigSearchLevelTransitioning\n"));
+    EXPECT_EQ(spotlight(), std::nullopt);
+}
+
+// ---- What an organization has set
+
+TEST_F(Readings, anOrganizationsValueIsTakenFromTheUsersFileBeforeTheMacs) {
+    const auto managed = [this](const MacPreference& preference) {
+        return managedValue(preference, propertyLists, machine);
+    };
+    EXPECT_EQ(managed(preference::kAssistant), std::nullopt);
+    const QString folder = u"/Library/Managed Preferences/"_s;
+    propertyLists.lists.insert(folder + u"com.apple.assistant.support.plist"_s, {{u"Assistant Enabled"_s, true}});
+    EXPECT_EQ(managed(preference::kAssistant), u"1"_s);
+    propertyLists.lists.insert(folder + u"alex/com.apple.assistant.support.plist"_s, {{u"Assistant Enabled"_s, false}});
+    EXPECT_EQ(managed(preference::kAssistant), u"0"_s);
+    propertyLists.lists.insert(folder + u".GlobalPreferences.plist"_s, {{u"NSAppSleepDisabled"_s, 1}});
+    EXPECT_EQ(managed(preference::kAppSleep), u"1"_s);
+    EXPECT_EQ(managed(preference::kInterfaceSounds), std::nullopt) << "another key of that file";
+    propertyLists.lists.insert(folder + u"com.apple.SoftwareUpdate.plist"_s, {{u"AutomaticDownload"_s, false}});
+    EXPECT_EQ(managed(preference::kSystemUpdateDownload), u"0"_s);
 }
 
 } // namespace quorvane

@@ -18,15 +18,15 @@ PerformanceSettings everythingButCleanReboot() {
 void answerAsApplied(ScriptedCommandLauncher& commands) {
     commands.print(reading::kPower, "AC Power:\n standby  0\n disksleep 0\n sleep 0\n sms 0\n");
     commands.print(reading::kAppNap, "1\n");
-    commands.print(reading::kUpdateDownload, "0\n");
-    commands.print(reading::kUpdateCheck, "0\n");
-    commands.print(reading::kStoreUpdate, "0\n");
+    commands.print(reading::kSystemUpdateDownload, "0\n");
+    commands.print(reading::kSystemUpdateInstall, "0\n");
+    commands.print(reading::kSystemStoreUpdate, "0\n");
     commands.print(reading::kDoNotDisturb, "1\n");
-    commands.print(reading::kSiri, "Disabled\n");
+    commands.print(reading::kAssistant, "0\n");
     commands.print(reading::kCrashReporter, "none\n");
     commands.print(reading::kSounds, "0\n");
     commands.print(reading::kAirDrop, "1\n");
-    commands.print(reading::kSpotlight, "/:\n\tIndexing disabled.\n");
+    commands.print(reading::kSpotlight, reading::indexing("Indexing disabled."));
 }
 
 const QString kPromptedRun =
@@ -60,6 +60,8 @@ const QString kCleanRebootChecks = u"  [OK] Clean Reboot — app restoration dis
 
 class TweakFlows : public ScriptedStartup {
 protected:
+    TweakFlows() { noteEveryTweakChanged(); }
+
     bool apply(const PerformanceSettings& settings, const CleanReboot& cleanReboot = {}) {
         return QCoro::waitFor(system.applyPerformanceTweaks(settings, cleanReboot));
     }
@@ -84,8 +86,8 @@ protected:
 };
 
 const QString kApplyEverything =
-    u"\nStarting Audio Performance optimizations...\n"
-    "$ /usr/bin/defaults write NSGlobalDomain NSAppSleepDisabled -bool YES\n"
+    u"\nStarting Audio Performance optimizations...\n"_s + kLookAtTweaks + kLookAtLaunchd +
+    u"$ /usr/bin/defaults write NSGlobalDomain NSAppSleepDisabled -bool YES\n"
     "$ /usr/bin/defaults write com.ableton.live NSAppSleepDisabled -bool YES\n"
     "  [APPLIED] Disabled App Nap (prevents background audio dropouts).\n"
     "$ /usr/bin/defaults write com.apple.SoftwareUpdate AutomaticDownload -bool NO\n"
@@ -104,17 +106,15 @@ const QString kApplyEverything =
     "$ /usr/bin/defaults write com.apple.CrashReporter DialogType -string none\n"
     "  [APPLIED] Disabled Crash Reporter popups.\n"
     "$ /usr/bin/defaults write com.apple.systemsound com.apple.sound.uiaudio.enabled -int 0\n"
+    "$ /usr/bin/defaults write NSGlobalDomain com.apple.sound.uiaudio.enabled -int 0\n"
     "  [APPLIED] Muted System UI sound effects.\n"
     "$ /usr/bin/defaults write com.apple.NetworkBrowser DisableAirDrop -bool YES\n"
     "  [APPLIED] Deactivated AirDrop proximity sharing.\n"_s +
-    reading::traced({reading::kTimeMachine}) +
+    kLookAtLaunchd + reading::traced({reading::kTimeMachine}) +
     u"  [ACTION] Requesting Admin rights for system performance tweaks...\n"_s;
 
 const QString kOneWayVerification =
-    reading::traced({reading::kPower, reading::kAppNap, reading::kUpdateDownload, reading::kUpdateCheck,
-                     reading::kStoreUpdate, reading::kDoNotDisturb, reading::kSiri, reading::kCrashReporter,
-                     reading::kSounds, reading::kAirDrop, reading::kSpotlight, reading::kTimeMachine,
-                     reading::kBackupStatus}) +
+    reading::traced(reading::kTweaksOff + QStringList(reading::kBackupStatus)) +
     u"\n[VERIFY] Performance tweaks\n"
     "  [OK] App Nap — disabled\n"
     "  [OK] Software Updates — disabled\n"
@@ -131,8 +131,8 @@ const QString kOneWayVerification =
     "  [VERIFY] All settings confirmed on system.\n"_s;
 
 const QString kSyncEverythingOff =
-    u"\nSyncing performance tweaks to profile settings...\n"
-    "$ /usr/bin/defaults delete NSGlobalDomain NSAppSleepDisabled\n"
+    u"\nSyncing performance tweaks to profile settings...\n"_s + kLookAtTweaks +
+    u"$ /usr/bin/defaults delete NSGlobalDomain NSAppSleepDisabled\n"
     "$ /usr/bin/defaults delete com.ableton.live NSAppSleepDisabled\n"
     "  [RESTORED] Re-enabled App Nap.\n"
     "$ /usr/bin/defaults write com.apple.SoftwareUpdate AutomaticDownload -bool YES\n"
@@ -150,14 +150,15 @@ const QString kSyncEverythingOff =
     "$ /usr/bin/defaults delete com.apple.CrashReporter DialogType\n"
     "  [RESTORED] Re-enabled Crash Reporter.\n"
     "$ /usr/bin/defaults write com.apple.systemsound com.apple.sound.uiaudio.enabled -int 1\n"
+    "$ /usr/bin/defaults delete NSGlobalDomain com.apple.sound.uiaudio.enabled\n"
     "  [RESTORED] Restored UI sounds.\n"
     "$ /usr/bin/defaults write com.apple.NetworkBrowser DisableAirDrop -bool NO\n"
     "  [RESTORED] Re-activated AirDrop.\n"_s +
     reading::traced({reading::kTimeMachine}) + u"  [ACTION] Requesting Admin rights to sync system-level tweaks...\n"_s;
 
 const QString kSyncEverythingOn =
-    u"\nSyncing performance tweaks to profile settings...\n"
-    "$ /usr/bin/defaults write NSGlobalDomain NSAppSleepDisabled -bool YES\n"
+    u"\nSyncing performance tweaks to profile settings...\n"_s + kLookAtTweaks + kLookAtLaunchd +
+    u"$ /usr/bin/defaults write NSGlobalDomain NSAppSleepDisabled -bool YES\n"
     "$ /usr/bin/defaults write com.ableton.live NSAppSleepDisabled -bool YES\n"
     "  [APPLIED] Disabled App Nap.\n"
     "$ /usr/bin/defaults write com.apple.SoftwareUpdate AutomaticDownload -bool NO\n"
@@ -175,10 +176,12 @@ const QString kSyncEverythingOn =
     "$ /usr/bin/defaults write com.apple.CrashReporter DialogType -string none\n"
     "  [APPLIED] Disabled Crash Reporter.\n"
     "$ /usr/bin/defaults write com.apple.systemsound com.apple.sound.uiaudio.enabled -int 0\n"
+    "$ /usr/bin/defaults write NSGlobalDomain com.apple.sound.uiaudio.enabled -int 0\n"
     "  [APPLIED] Muted UI sounds.\n"
     "$ /usr/bin/defaults write com.apple.NetworkBrowser DisableAirDrop -bool YES\n"
     "  [APPLIED] Deactivated AirDrop.\n"_s +
-    reading::traced({reading::kTimeMachine}) + u"  [ACTION] Requesting Admin rights to sync system-level tweaks...\n"_s;
+    kLookAtLaunchd + reading::traced({reading::kTimeMachine}) +
+    u"  [ACTION] Requesting Admin rights to sync system-level tweaks...\n"_s;
 
 const QString kSyncEnd = u"$ /usr/bin/defaults write com.apple.loginwindow TALLogoutSavesState -bool true\n"
                          "$ /usr/bin/defaults write com.apple.loginwindow LoginwindowLaunchesRelaunchApps -bool true\n"
@@ -187,8 +190,8 @@ const QString kSyncEnd = u"$ /usr/bin/defaults write com.apple.loginwindow TALLo
                          "\nPerformance Tweaks Synced! (Restart your Mac for full effect.)\n"_s;
 
 const QString kUndoAsUser =
-    u"\nUndoing Audio Performance tweaks (no snapshot — using standard defaults)...\n"
-    "$ /usr/bin/defaults delete NSGlobalDomain NSAppSleepDisabled\n"
+    u"\nUndoing Audio Performance tweaks (no snapshot — using standard defaults)...\n"_s + kLookAtTweaks +
+    u"$ /usr/bin/defaults delete NSGlobalDomain NSAppSleepDisabled\n"
     "$ /usr/bin/defaults delete com.ableton.live NSAppSleepDisabled\n"
     "  [REVERTED] Re-enabled App Nap.\n"
     "$ /usr/bin/defaults write com.apple.SoftwareUpdate AutomaticDownload -bool YES\n"
@@ -206,6 +209,7 @@ const QString kUndoAsUser =
     "$ /usr/bin/defaults delete com.apple.CrashReporter DialogType\n"
     "  [REVERTED] Re-enabled Crash Reporter.\n"
     "$ /usr/bin/defaults write com.apple.systemsound com.apple.sound.uiaudio.enabled -int 1\n"
+    "$ /usr/bin/defaults delete NSGlobalDomain com.apple.sound.uiaudio.enabled\n"
     "  [REVERTED] Restored System UI sound effects.\n"
     "$ /usr/bin/defaults write com.apple.NetworkBrowser DisableAirDrop -bool NO\n"
     "  [REVERTED] Re-activated AirDrop.\n"
@@ -214,6 +218,15 @@ const QString kUndoAsUser =
     "$ /usr/bin/defaults delete NSGlobalDomain NSQuitAlwaysKeepsWindows\n"
     "  [RESTORED] Re-enabled app restoration on reboot.\n"_s +
     reading::traced({reading::kTimeMachine}) + u"  [ACTION] Requesting Admin rights to restore system defaults...\n"_s;
+
+const QString kSwitchUpdatesOff =
+    u" ; /usr/bin/defaults write /Library/Preferences/com.apple.SoftwareUpdate AutomaticDownload -bool NO"
+    " ; /usr/bin/defaults write /Library/Preferences/com.apple.SoftwareUpdate AutomaticallyInstallMacOSUpdates -bool NO"
+    " ; /usr/bin/defaults write /Library/Preferences/com.apple.commerce AutoUpdate -bool NO"_s;
+const QString kLeaveUpdatesToMacOS =
+    u" ; /usr/bin/defaults delete /Library/Preferences/com.apple.SoftwareUpdate AutomaticDownload || true"
+    " ; /usr/bin/defaults delete /Library/Preferences/com.apple.SoftwareUpdate AutomaticallyInstallMacOSUpdates || true"
+    " ; /usr/bin/defaults delete /Library/Preferences/com.apple.commerce AutoUpdate || true"_s;
 
 const QString kUndoLine =
     u"pmset -a standby 1 disksleep 10 sleep 1 ; mdutil -a -i on || true ; tmutil enable || true ; pmset -a sms 1"_s;
@@ -229,7 +242,8 @@ TEST_F(TweakFlows, applyOfEverythingRunsEachCommandInOrderAndVerifies) {
         takeTrace(),
         kApplyEverything +
             prompted(u"pmset -a standby 0 disksleep 0 sleep 0 ; mdutil -a -i off || true ; tmutil disable || true ; "
-                     "pmset -a sms 0"_s) +
+                     "pmset -a sms 0"_s +
+                     kSwitchUpdatesOff) +
             u"  [APPLIED] Successfully apply all system-level performance tweaks.\n"
             "\nPerformance Tweaks Complete! (Restart your Mac for full effect.)\n"_s +
             kOneWayVerification);
@@ -249,14 +263,16 @@ TEST_F(TweakFlows, applyOfNothingRunsNoCommandShowsNoPromptAndStillVerifies) {
 TEST_F(TweakFlows, applyOfAUserTweakAloneShowsNoPrompt) {
     PerformanceSettings settings;
     settings.uiSounds = true;
-    commands.fail(reading::kSounds, 1);
+    commands.print(reading::kSounds, "0\n");
     EXPECT_TRUE(apply(settings));
     EXPECT_EQ(takeTrace(), u"\nStarting Audio Performance optimizations...\n"
+                           "? tweaks\n"
                            "$ /usr/bin/defaults write com.apple.systemsound com.apple.sound.uiaudio.enabled -int 0\n"
+                           "$ /usr/bin/defaults write NSGlobalDomain com.apple.sound.uiaudio.enabled -int 0\n"
                            "  [APPLIED] Muted System UI sound effects.\n"
                            "\nPerformance Tweaks Complete! (Restart your Mac for full effect.)\n"
                            "$> /usr/bin/pmset -g custom\n"
-                           "$> /usr/bin/defaults read com.apple.systemsound com.apple.sound.uiaudio.enabled\n"
+                           "$> /usr/bin/defaults read NSGlobalDomain com.apple.sound.uiaudio.enabled\n"
                            "\n[VERIFY] Performance tweaks\n"
                            "  [OK] UI Sounds — muted\n"
                            "  [VERIFY] All settings confirmed on system.\n"_s);
@@ -269,7 +285,8 @@ TEST_F(TweakFlows, aCancelledApplyStopsAfterTheErrorLine) {
         takeTrace(),
         kApplyEverything +
             prompted(u"pmset -a standby 0 disksleep 0 sleep 0 ; mdutil -a -i off || true ; tmutil disable || true ; "
-                     "pmset -a sms 0"_s) +
+                     "pmset -a sms 0"_s +
+                     kSwitchUpdatesOff) +
             u"  [ERROR] Administrator authorization was cancelled or failed: User canceled.\n"_s);
     EXPECT_FALSE(system.lastApplyVerification().has_value());
     EXPECT_EQ(system.adminBatchDepth(), 0);
@@ -300,8 +317,8 @@ TEST_F(TweakFlows, applyOfACleanRebootAsksOnceAndVerifiesWhatRemains) {
     PerformanceSettings settings;
     settings.cleanReboot = true;
     EXPECT_TRUE(apply(settings, kKeepMail));
-    EXPECT_EQ(takeTrace(), u"\nStarting Audio Performance optimizations...\n"_s + kCleanRebootSteps + kLookAtLaunchd +
-                               prompted(dumpLine()) + kDisableUpdater +
+    EXPECT_EQ(takeTrace(), u"\nStarting Audio Performance optimizations...\n? tweaks\n"_s + kCleanRebootSteps +
+                               kLookAtLaunchd + prompted(dumpLine()) + kDisableUpdater +
                                u"\nPerformance Tweaks Complete! (Restart your Mac for full effect.)\n"
                                "$> /usr/bin/pmset -g custom\n"_s +
                                kAppRestorationReads + kCleanRebootChecks);
@@ -317,10 +334,10 @@ TEST_F(TweakFlows, aCleanRebootComesBehindTheSystemTweaksInTheSameRun) {
     settings.cleanReboot = true;
     EXPECT_TRUE(apply(settings, kKeepMail));
     EXPECT_TRUE(takeTrace().startsWith(
-        kApplyEverything + kCleanRebootSteps + kLookAtLaunchd +
+        kApplyEverything + kCleanRebootSteps +
         prompted(u"pmset -a standby 0 disksleep 0 sleep 0 ; mdutil -a -i off || true ; tmutil disable || true ; "
-                 "pmset -a sms 0 ; "_s +
-                 dumpLine())));
+                 "pmset -a sms 0"_s +
+                 kSwitchUpdatesOff + u" ; "_s + dumpLine())));
 }
 
 TEST_F(TweakFlows, aCancelledCleanRebootKeepsWhatRanAsTheUserAndPlansNothingMore) {
@@ -329,8 +346,8 @@ TEST_F(TweakFlows, aCancelledCleanRebootKeepsWhatRanAsTheUserAndPlansNothingMore
     settings.cleanReboot = true;
     scripts.failNext(u"User canceled."_s);
     EXPECT_FALSE(apply(settings, kKeepMail));
-    EXPECT_EQ(takeTrace(), u"\nStarting Audio Performance optimizations...\n"_s + kCleanRebootSteps + kLookAtLaunchd +
-                               prompted(dumpLine()) +
+    EXPECT_EQ(takeTrace(), u"\nStarting Audio Performance optimizations...\n? tweaks\n"_s + kCleanRebootSteps +
+                               kLookAtLaunchd + prompted(dumpLine()) +
                                u"  [ERROR] Administrator authorization was cancelled or failed: User canceled.\n"_s);
     EXPECT_EQ(loginItems.names(), QStringList(u"Mail"_s));
     EXPECT_FALSE(system.backgroundTaskItems().has_value());
@@ -366,19 +383,23 @@ TEST_F(TweakFlows, syncOfEverythingOutsideABatchAsksAtOnce) {
     EXPECT_TRUE(sync(everythingButCleanReboot()));
     EXPECT_EQ(takeTrace(), kSyncEverythingOn +
                                prompted(u"pmset -a standby 0 disksleep 0 sleep 0 sms 0 ; mdutil -a -i off || true ; "
-                                        "tmutil disable || true"_s) +
+                                        "tmutil disable || true"_s +
+                                        kSwitchUpdatesOff) +
                                kSyncEnd);
 }
 
-TEST_F(TweakFlows, syncOfNothingStillAsksForAdministratorRights) {
+TEST_F(TweakFlows, syncOfNothingTakesBackWhatTheProgramHasChanged) {
+    answerAsApplied(commands);
     EXPECT_TRUE(sync({}));
     EXPECT_EQ(takeTrace(), kSyncEverythingOff +
                                prompted(u"pmset -a standby 1 disksleep 10 sleep 1 sms 1 ; mdutil -a -i on || true ; "
-                                        "tmutil enable || true"_s) +
+                                        "tmutil enable || true"_s +
+                                        kLeaveUpdatesToMacOS) +
                                kSyncEnd);
 }
 
 TEST_F(TweakFlows, syncJoinsPowerAndMotionSensorInOneCommand) {
+    answerAsApplied(commands);
     PerformanceSettings settings;
     settings.sms = true;
     sync(settings);
@@ -386,21 +407,25 @@ TEST_F(TweakFlows, syncJoinsPowerAndMotionSensorInOneCommand) {
 }
 
 TEST_F(TweakFlows, syncInsideABatchOnlyQueues) {
+    answerAsApplied(commands);
     system.beginAdminBatch();
     EXPECT_TRUE(sync({}));
     EXPECT_EQ(takeTrace(), kSyncEverythingOff + kSyncEnd);
     EXPECT_TRUE(QCoro::waitFor(system.finishAdminBatch(u"Please."_s)));
     EXPECT_EQ(takeTrace(),
               u"& do shell script \"pmset -a standby 1 disksleep 10 sleep 1 sms 1 ; mdutil -a -i on || true "
-              "; tmutil enable || true\" with prompt \"Please.\" with administrator privileges\n"_s);
+              "; tmutil enable || true"_s +
+                  kLeaveUpdatesToMacOS + u"\" with prompt \"Please.\" with administrator privileges\n"_s);
 }
 
 TEST_F(TweakFlows, aCancelledSyncStopsBeforeAppRestoration) {
+    answerAsApplied(commands);
     scripts.failNext(u"User canceled."_s);
     EXPECT_FALSE(sync({}));
     EXPECT_EQ(takeTrace(), kSyncEverythingOff +
                                prompted(u"pmset -a standby 1 disksleep 10 sleep 1 sms 1 ; mdutil -a -i on || true ; "
-                                        "tmutil enable || true"_s) +
+                                        "tmutil enable || true"_s +
+                                        kLeaveUpdatesToMacOS) +
                                u"  [ERROR] System tweak sync was cancelled or failed: User canceled.\n"_s);
 }
 
@@ -412,7 +437,8 @@ TEST_F(TweakFlows, aVerifyingSyncIsFalseWhenACheckFails) {
     EXPECT_TRUE(log.contains(u"\n[VERIFY] Performance tweaks\n"_s));
     EXPECT_TRUE(log.endsWith(u"  [OK] Clean Reboot — app restoration enabled\n"
                              "  [MISSING] App Nap — expected disabled\n"
-                             "  [VERIFY] 1 setting(s) could not be confirmed.\n"_s));
+                             "  [VERIFY] 1 setting(s) could not be confirmed.\n"_s +
+                             kLookAtTweaks));
 }
 
 TEST_F(TweakFlows, aVerifyingSyncIsTrueWhenEveryCheckHolds) {
@@ -425,6 +451,7 @@ TEST_F(TweakFlows, syncOfACleanRebootRemovesInThePlaceOfRestoring) {
     prepareForCleanReboot();
     PerformanceSettings settings;
     settings.cleanReboot = true;
+    answerAsApplied(commands);
     system.deferBackgroundTaskFetchToAdminBatch();
     system.beginAdminBatch();
     EXPECT_TRUE(sync(settings, Verify::No, kKeepMail));
@@ -440,11 +467,11 @@ TEST_F(TweakFlows, syncOfACleanRebootOutsideABatchReadsTheBackgroundItemsForItse
     settings.cleanReboot = true;
     EXPECT_TRUE(sync(settings, Verify::Yes, kKeepMail));
     const QString syncLine =
-        u"pmset -a standby 0 disksleep 0 sleep 0 sms 0 ; mdutil -a -i off || true ; tmutil disable || true"_s;
-    EXPECT_TRUE(takeTrace().startsWith(kSyncEverythingOn + prompted(syncLine) + kCleanRebootSteps + kLookAtLaunchd +
-                                       u"& do shell script \""_s + dumpLine() + u"\" "_s + kPromptedRun +
-                                       kDisableUpdater +
-                                       u"\nPerformance Tweaks Synced! (Restart your Mac for full effect.)\n"_s));
+        u"pmset -a standby 0 disksleep 0 sleep 0 sms 0 ; mdutil -a -i off || true ; tmutil disable || true"_s +
+        kSwitchUpdatesOff;
+    EXPECT_TRUE(takeTrace().startsWith(
+        kSyncEverythingOn + prompted(syncLine) + kCleanRebootSteps + u"& do shell script \""_s + dumpLine() + u"\" "_s +
+        kPromptedRun + kDisableUpdater + u"\nPerformance Tweaks Synced! (Restart your Mac for full effect.)\n"_s));
     EXPECT_EQ(system.lastApplyVerification()->verified.size(), 15);
 }
 

@@ -29,6 +29,8 @@ struct Case {
 /// Runs the single check of a tweak on a Mac where every preference that isn't given is unset.
 class Verification : public ScriptedSystem {
 protected:
+    Verification() { noteEveryTweakChanged(); }
+
     ApplyVerificationResult verify(const PerformanceSettings& settings, Unselected unselected) {
         return QCoro::waitFor(system.verifyAppliedSettings(settings, unselected));
     }
@@ -306,7 +308,7 @@ TEST_F(Verification, eachRowDecidesByItsOwnRule) {
 TEST_F(Verification, unselectedSpotlightIsReadASecondTimeWhenItFails) {
     unsetEverything();
     verify({}, Unselected::ExpectedRestored);
-    EXPECT_EQ(trace.count(u"$> /usr/bin/mdutil -s /"_s), 2);
+    EXPECT_EQ(trace.count(u"$> "_s + reading::kSpotlight), 2);
     EXPECT_EQ(trace.count(u"$> "_s + reading::kTimeMachine), 1);
 }
 
@@ -329,6 +331,7 @@ TEST_F(TimeMachineRow, withoutADestinationItHoldsBothWaysWhateverElseIsKnown) {
 }
 
 TEST_F(TimeMachineRow, whatMayNotBeReadFailsOnlyWhereItWasChosenOrSwitchedOffByTheProgram) {
+    defaults.remove(kQuorvaneChangedTweaks);
     makeBackupsUnreadable();
     const ApplyVerificationResult failed{{}, {{u"Time Machine"_s, u"could not read status"_s}}, true};
     EXPECT_EQ(row(true), failed);
@@ -443,17 +446,21 @@ TEST_F(Verification, noRowHoldsThatNeedsWhatWasNotRead) {
         {&S::appNap, u"App Nap"_s, {{reading::kAppNap, "1"}}, {{reading::kAppNap, {}}}},
         {&S::updates,
          u"Software Updates"_s,
-         {{reading::kUpdateDownload, {}}, {reading::kUpdateCheck, "0"}, {reading::kStoreUpdate, {}}},
-         {{reading::kUpdateDownload, {}}}},
+         {{reading::kSystemUpdateDownload, "0"},
+          {reading::kSystemUpdateInstall, "0"},
+          {reading::kSystemStoreUpdate, "0"}},
+         {{reading::kSystemUpdateDownload, {}},
+          {reading::kSystemUpdateInstall, "1"},
+          {reading::kSystemStoreUpdate, {}}}},
         {&S::notifications, u"Notifications"_s, {{reading::kDoNotDisturb, "1"}}, {{reading::kDoNotDisturb, {}}}},
-        {&S::siri, u"Siri"_s, {{reading::kSiri, {}}, {reading::kAssistant, {}}}, {{reading::kAssistant, {}}}},
+        {&S::siri, u"Siri"_s, {{reading::kAssistant, {}}}, {{reading::kAssistant, {}}}},
         {&S::crashReporter, u"Crash Reporter"_s, {{reading::kCrashReporter, "none"}}, {{reading::kCrashReporter, {}}}},
-        {&S::uiSounds, u"UI Sounds"_s, {{reading::kSounds, {}}}, {{reading::kSounds, {}}}},
+        {&S::uiSounds, u"UI Sounds"_s, {{reading::kSounds, "0"}}, {{reading::kSounds, {}}}},
         {&S::airdrop, u"AirDrop"_s, {{reading::kAirDrop, "1"}}, {{reading::kAirDrop, {}}}},
         {&S::spotlight,
          u"Spotlight"_s,
-         {{reading::kSpotlight, "Indexing disabled."}},
-         {{reading::kSpotlight, "Indexing enabled."}}},
+         {{reading::kSpotlight, reading::indexing("Indexing disabled.")}},
+         {{reading::kSpotlight, reading::indexing("Indexing enabled.")}}},
         {&S::cleanReboot, u"Clean Reboot"_s, noRestoration, restoration},
     };
     std::mt19937 random(2217);
