@@ -68,6 +68,14 @@ QCoro::Task<void> SystemManager::strikeRestoredTweaks() {
     }
 }
 
+/// As launchd has it now.
+QCoro::Task<bool> SystemManager::isNotificationCenterOff() {
+    if (m_launchItems->launchd().hasRecorded(notificationCenterAgent())) {
+        m_launchItems->launchd().drop();
+    }
+    co_return co_await m_verification->isNotificationCenterOff();
+}
+
 /// Steps that may stop and start Notification Center. launchd's override of it, which may outlive its start, is written down before
 /// it is made, and lifted where it was.
 /// @return false where launchd keeps it switched off
@@ -78,7 +86,7 @@ QCoro::Task<bool> SystemManager::runStepsOfNotificationCenter(QList<TweakStep> s
     if (stops && !co_await launchd.recordOverrides(agent)) {
         steps = leavingNotificationCenterOn(steps);
     }
-    const bool isOff = !stops && co_await m_verification->isNotificationCenterOff();
+    const bool isOff = !stops && co_await isNotificationCenterOff();
     if (isOff) {
         const QStringList enable{u"/bin/launchctl"_s, u"enable"_s, launchd.target(notificationCenterAgent())};
         steps = enablingNotificationCenter(steps, enable);

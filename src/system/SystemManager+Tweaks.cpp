@@ -81,9 +81,9 @@ QCoro::Task<SyncPlan> SystemManager::planSync(PerformanceSettings settings) {
     const OwnSettings own = readOwnSettings(m_host);
     const LookedAtVolumes volumes = settings.spotlight ? LookedAtVolumes::OfTheSystem : volumesFor(own.captured);
     const CurrentSettings current = co_await lookAtTweaks(volumes);
-    const bool isNotificationCenterOff = co_await m_verification->isNotificationCenterOff();
+    const bool isOff = co_await isNotificationCenterOff();
     noteChangedTweaks(settings, current);
-    co_return syncPlan(settings, own, current, notificationCenterPreferences(), isNotificationCenterOff);
+    co_return syncPlan(settings, own, current, notificationCenterPreferences(), isOff);
 }
 
 QCoro::Task<bool> SystemManager::undoPerformanceTweaks() {

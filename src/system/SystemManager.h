@@ -397,6 +397,7 @@ private:
     std::function<bool(const MacPreference&)> mayChange() const;
     void noteChangedTweaks(const PerformanceSettings& settings, const CurrentSettings& current);
     QCoro::Task<void> strikeRestoredTweaks();
+    QCoro::Task<bool> isNotificationCenterOff();
     QCoro::Task<bool> runStepsOfNotificationCenter(QList<TweakStep> steps);
 
     // SystemManager+TimeMachine.cpp
