@@ -7,6 +7,7 @@
 #include "app/simulated/FingerDialog.h"
 #include "fakes/ShownWindow.h"
 #include "fakes/ViewWalk.h"
+#include "ui/pieces/TextLabel.h"
 #include "ui/symbols/Symbols.h"
 
 #include <QRegularExpression>
@@ -227,6 +228,30 @@ TEST_F(EveryView, theTweaksPage) {
         QStringList(u"check box Deactivate Siri Core Services: Stop Siri voice processing and background listening "
                     "(checked)"_s));
     EXPECT_EQ(spoken.last(), u"button Execute Tweaks"_s);
+    expectUsable();
+}
+
+TEST_F(EveryView, aTweaksNoteStandsUnderItAndIsSpoken) {
+    machine.version = u"26.1"_s;
+    showTweaks();
+    const QStringList noted = spokenControls(mainWindow.get()).filter(u" — "_s);
+    EXPECT_EQ(noted.size(), 5) << noted.join(u'\n').toStdString();
+    EXPECT_TRUE(
+        noted.contains(u"check box Suppress Notifications and Alerts: Disable Notification Center during sessions — "
+                       "Stored; turn on a Focus as well"_s));
+    EXPECT_TRUE(
+        noted.contains(u"check box Disable HDD Sudden Motion Sensor: Prevent drive head parking from causing audio "
+                       "dropouts — No effect on this Mac"_s));
+    QStringList shown;
+    const auto labels = mainWindow->findChildren<TextLabel*>();
+    for (const TextLabel* text : labels) {
+        if (text->isVisible()) {
+            shown.append(text->text());
+        }
+    }
+    EXPECT_EQ(shown.count(u"After the restart"_s), 3);
+    EXPECT_TRUE(shown.contains(u"Stored; turn on a Focus as well"_s));
+    EXPECT_TRUE(shown.contains(u"No effect on this Mac"_s));
     expectUsable();
 }
 

@@ -3,6 +3,7 @@
 #include "actions/PageTexts.h"
 #include "actions/Session.h"
 #include "actions/WindowListener.h"
+#include "platform/Machine.h"
 #include "ui/ViewEnvironment.h"
 #include "ui/performance/PerformancePageHeader.h"
 #include "ui/pieces/AppButtons.h"
@@ -28,7 +29,8 @@ TweaksPage::TweaksPage(const ViewEnvironment& environment, QWidget* parent)
     connect(selector, &ProfileSelectorView::editorRequested, this, &TweaksPage::editorRequested);
     connect(header, &PerformancePageHeader::backRequested, this, &TweaksPage::backRequested);
     auto* const page = new ScrollPage;
-    page->addPart(new TweakSections(environment.session.workingCopy));
+    Session& session = environment.session;
+    page->addPart(new TweakSections(session.workingCopy, session.system.host().machine.systemVersion()));
     page->finish();
     layout->addWidget(header);
     layout->addWidget(page, 1);

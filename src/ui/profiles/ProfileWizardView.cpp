@@ -4,6 +4,7 @@
 #include "actions/ProfileWizard.h"
 #include "actions/Session.h"
 #include "actions/WindowListener.h"
+#include "platform/Machine.h"
 #include "ui/ViewEnvironment.h"
 #include "ui/pieces/AppButtons.h"
 #include "ui/pieces/PinnedBar.h"
@@ -110,7 +111,8 @@ QWidget* ProfileWizardView::makeSteps() {
 QWidget* ProfileWizardView::makeTweaksStep() {
     auto* const page = new ScrollPage;
     page->addPart(makeHeading(kConfigureTweaks, kConfigureTweaksText));
-    page->addPart(new TweakSections(m_environment.session.workingCopy));
+    Session& session = m_environment.session;
+    page->addPart(new TweakSections(session.workingCopy, session.system.host().machine.systemVersion()));
     page->finish();
     return page;
 }

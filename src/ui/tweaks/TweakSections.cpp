@@ -2,6 +2,7 @@
 
 #include "profiles/MasterProfileState.h"
 #include "tweaks/TweakCatalogue.h"
+#include "tweaks/TweakNotes.h"
 #include "ui/Theme.h"
 #include "ui/pieces/AppCard.h"
 #include "ui/pieces/AppSection.h"
@@ -11,9 +12,10 @@
 
 namespace quorvane {
 
-TweakSections::TweakSections(MasterProfileState& workingCopy, QWidget* parent)
+TweakSections::TweakSections(MasterProfileState& workingCopy, const QString& systemVersion, QWidget* parent)
     : QWidget(parent)
-    , m_workingCopy(workingCopy) {
+    , m_workingCopy(workingCopy)
+    , m_systemVersion(systemVersion) {
     auto* const column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(Theme::kGap24);
@@ -28,7 +30,8 @@ QWidget* TweakSections::makeSection(const TweakSection& section) {
     auto* const view = new PerformanceGroupedSection(section.title);
     for (const TweakDescription& described : section.tweaks) {
         const Tweak& tweak = *findTweak(described.key);
-        auto* const toggle = new TweakToggle(tweak.key, tweak.title, described.text);
+        auto* const toggle =
+            new TweakToggle(tweak.key, tweak.title, described.text, tweakNote(tweak.key, m_systemVersion));
         connect(toggle, &TweakToggle::isSelectedChanged, this, [this, &tweak](bool isSelected) {
             PerformanceSettings settings = m_workingCopy.settings();
             settings.*tweak.isSelected = isSelected;

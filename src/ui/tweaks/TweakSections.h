@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QHash>
+#include <QString>
 #include <QWidget>
 
 namespace quorvane {
@@ -15,13 +16,15 @@ class TweakSections : public QWidget {
 
 public:
     /// @param workingCopy  outlives it
-    explicit TweakSections(MasterProfileState& workingCopy, QWidget* parent = nullptr);
+    /// @param systemVersion  of macOS, by which the tweaks have their notes
+    TweakSections(MasterProfileState& workingCopy, const QString& systemVersion, QWidget* parent = nullptr);
 
 private:
     QWidget* makeSection(const TweakSection& section);
     void takeSettings();
 
     MasterProfileState& m_workingCopy;
+    QString m_systemVersion;
     QHash<QString, TweakToggle*> m_toggles; ///< by tweak key
 };
 

@@ -15,7 +15,8 @@ namespace quorvane {
 
 using namespace Qt::StringLiterals;
 
-TweakToggle::TweakToggle(const QString& tweakKey, const QString& title, const QString& description, QWidget* parent)
+TweakToggle::TweakToggle(const QString& tweakKey, const QString& title, const QString& description, const QString& note,
+                         QWidget* parent)
     : QWidget(parent)
     , m_tweakKey(tweakKey)
     , m_title(title)
@@ -31,11 +32,14 @@ TweakToggle::TweakToggle(const QString& tweakKey, const QString& title, const QS
     texts->setSpacing(2);
     texts->addWidget(new TextLabel(TextStyle::RowTitle, TextTone::Normal, title));
     texts->addWidget(new TextLabel(TextStyle::Secondary, TextTone::Secondary, description));
+    if (!note.isEmpty()) {
+        texts->addWidget(new TextLabel(TextStyle::Secondary, TextTone::Warning, note));
+    }
     layout->addWidget(m_iconButton);
     layout->addLayout(texts, 1);
     layout->addWidget(m_switch);
     m_switch->setAccessibleName(title);
-    m_switch->setAccessibleDescription(description);
+    m_switch->setAccessibleDescription(note.isEmpty() ? description : description + u" — "_s + note);
     m_iconButton->setAccessibleName(u"Icon of "_s + title);
     m_iconButton->setAccessibleDescription(kSelectIcon);
     m_iconButton->setToolTip(kSelectIcon);

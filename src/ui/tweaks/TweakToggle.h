@@ -7,12 +7,14 @@ namespace quorvane {
 class AppSwitch;
 class IconButton;
 
-/// One tweak: its icon, which a click lets choose anew, what it does, and its switch.
+/// One tweak: its icon, which a click lets choose anew, what it does and what it can't, and its switch.
 class TweakToggle : public QWidget {
     Q_OBJECT
 
 public:
-    TweakToggle(const QString& tweakKey, const QString& title, const QString& description, QWidget* parent = nullptr);
+    /// @param note  a second line under the description; may be empty
+    TweakToggle(const QString& tweakKey, const QString& title, const QString& description, const QString& note,
+                QWidget* parent = nullptr);
 
     const QString& tweakKey() const { return m_tweakKey; }
     void setState(bool isSelected, const QString& icon);
