@@ -44,6 +44,25 @@ TweakComparison comparedPreferences(bool PerformanceSettings::*tweak, const Curr
     return comparison;
 }
 
+using PowerSetting = std::optional<QString> PowerSettings::*;
+
+/// True where every source of power that was captured and is there now is as it was.
+bool arePowerSettingsAsCaptured(const SystemSnapshot& captured, const QList<PowerSource>& now,
+                                const QList<PowerSetting>& which) {
+    const auto isAsCaptured = [&which](const PowerSettings& own, const PowerSettings& found) {
+        return std::all_of(which.begin(), which.end(),
+                           [&](PowerSetting setting) { return !(own.*setting) || own.*setting == found.*setting; });
+    };
+    if (!captured.powerBySource) {
+        return isAsCaptured({captured.pmsetStandby, captured.pmsetDisksleep, captured.pmsetSleep, captured.pmsetSms},
+                            firstListed(now));
+    }
+    return std::all_of(now.begin(), now.end(), [&](const PowerSource& source) {
+        const auto own = captured.powerBySource->constFind(source.name);
+        return own == captured.powerBySource->cend() || isAsCaptured(*own, source.settings);
+    });
+}
+
 bool isAnythingOfSleepCaptured(const SystemSnapshot& captured) {
     return captured.pmsetStandby || captured.pmsetDisksleep || captured.pmsetSleep;
 }
@@ -64,7 +83,10 @@ TweakComparison comparedSleep(const CurrentSettings& current, const std::optiona
     comparison.isStandard =
         current.power.isAnswered && !isKeptAwake(current.power.value.value_or(QList<PowerSource>()));
     if (captured && isAnythingOfSleepCaptured(*captured)) {
-        comparison.isAsCaptured = current.power.value && isPowerAsCaptured(*captured, *current.power.value);
+        comparison.isAsCaptured =
+            current.power.value &&
+            arePowerSettingsAsCaptured(*captured, *current.power.value,
+                                       {&PowerSettings::standby, &PowerSettings::disksleep, &PowerSettings::sleep});
         comparison.isCapturedStandard = !isKeptAwake(capturedSources(*captured));
     }
     return comparison;
@@ -76,7 +98,8 @@ TweakComparison comparedMotionSensor(const CurrentSettings& current, const std::
     comparison.isOnThisMac = !current.power.value || now.sms;
     comparison.isStandard = now.sms == u"1";
     if (captured && captured->pmsetSms) {
-        comparison.isAsCaptured = now.sms == captured->pmsetSms;
+        comparison.isAsCaptured =
+            current.power.value && arePowerSettingsAsCaptured(*captured, *current.power.value, {&PowerSettings::sms});
         comparison.isCapturedStandard = captured->pmsetSms == u"1";
     }
     return comparison;
@@ -160,32 +183,19 @@ AppRestoration appRestoration(const CurrentSettings& current, const OwnSettings&
     return found;
 }
 
-bool isPowerAsCaptured(const SystemSnapshot& captured, const QList<PowerSource>& now) {
-    const auto isAsCaptured = [](const PowerSettings& own, const PowerSettings& found) {
-        const auto isSame = [](const std::optional<QString>& value, const std::optional<QString>& other) {
-            return !value || value == other;
-        };
-        return isSame(own.standby, found.standby) && isSame(own.disksleep, found.disksleep) &&
-               isSame(own.sleep, found.sleep);
-    };
-    if (!captured.powerBySource) {
-        return isAsCaptured(capturedSources(captured).first().settings, firstListed(now));
-    }
-    return std::all_of(now.begin(), now.end(), [&](const PowerSource& source) {
-        const auto own = captured.powerBySource->constFind(source.name);
-        return own == captured.powerBySource->cend() || isAsCaptured(*own, source.settings);
-    });
-}
-
 QList<IndexedVolume> volumesToBringBack(const QMap<QString, QString>& captured, const QList<IndexedVolume>& now) {
     QList<IndexedVolume> volumes;
+    bool isStartupVolumeSwitched = false;
     for (const IndexedVolume& volume : now) {
         const auto own = captured.constFind(volume.path);
         const bool hasComeSince = own == captured.cend();
         const Indexing wanted = hasComeSince ? Indexing::On : indexingNamed(*own);
         const bool isOff = volume.indexing == Indexing::Off || volume.indexing == Indexing::SearchOff;
-        if (hasComeSince ? isOff : wanted != Indexing::Unknown && wanted != volume.indexing) {
+        const bool isTakenAlong = isStartupVolumeSwitched && volume.path == kDataVolume && !hasComeSince;
+        const bool differs = hasComeSince ? isOff : wanted != volume.indexing;
+        if (wanted != Indexing::Unknown && (differs || isTakenAlong)) {
             volumes.append({volume.path, wanted});
+            isStartupVolumeSwitched = isStartupVolumeSwitched || volume.path == u"/";
         }
     }
     return volumes;

@@ -56,9 +56,8 @@ struct AppRestoration {
 };
 AppRestoration appRestoration(const CurrentSettings& current, const OwnSettings& own);
 
-/// True where every source of power that was captured and is there now is as it was.
-bool isPowerAsCaptured(const SystemSnapshot& captured, const QList<PowerSource>& now);
-/// The volumes that aren't as they were; each with what it was. One that has come since was on.
+/// The volumes that aren't as they were, each with what it was. One that has come since was on. With the startup volume macOS may
+/// switch that of the files along, which is then among them in any case.
 QList<IndexedVolume> volumesToBringBack(const QMap<QString, QString>& captured, const QList<IndexedVolume>& now);
 
 } // namespace quorvane

@@ -69,11 +69,12 @@ QString optionOf(const QString& source) {
     return options.value(source);
 }
 
-/// In the order of their names.
-QStringList sleepCommandsBySource(const QMap<QString, PowerSettings>& sources) {
+/// In the order of the sources' names.
+template <typename Settings>
+QStringList commandsBySource(const QMap<QString, PowerSettings>& sources, Settings settingsOf) {
     QStringList commands;
     for (auto source = sources.begin(); source != sources.end(); ++source) {
-        const QString settings = sleepSettings(source->standby, source->disksleep, source->sleep);
+        const QString settings = settingsOf(*source);
         const QString option = optionOf(source.key());
         if (!settings.isEmpty() && !option.isEmpty()) {
             commands.append(u"pmset "_s + option + settings);
@@ -82,20 +83,29 @@ QStringList sleepCommandsBySource(const QMap<QString, PowerSettings>& sources) {
     return commands;
 }
 
-bool isTheSameOnAll(const QMap<QString, PowerSettings>& sources) {
-    return std::all_of(sources.begin(), sources.end(), [&sources](const PowerSettings& settings) {
-        const PowerSettings& first = sources.first();
-        return settings.standby == first.standby && settings.disksleep == first.disksleep &&
-               settings.sleep == first.sleep;
+template <typename Settings>
+bool isTheSameOnAll(const QMap<QString, PowerSettings>& sources, Settings settingsOf) {
+    return std::all_of(sources.begin(), sources.end(), [&](const PowerSettings& settings) {
+        return settingsOf(settings) == settingsOf(sources.first());
     });
 }
 
-/// The user's own switch; none where macOS decides by itself, and for a text that is no switch.
-std::optional<bool> switchIn(const CapturedValue& captured) {
-    if (isTruthy(captured.value)) {
-        return true;
+QString sleepOf(const PowerSettings& settings) {
+    return sleepSettings(settings.standby, settings.disksleep, settings.sleep);
+}
+
+QString motionSensorOf(const PowerSettings& settings) {
+    return settings.sms ? u" sms "_s + shellWord(*settings.sms) : QString();
+}
+
+/// As a line of root's: what the user's file holds is a word of the shell.
+QString systemPreferenceCommandBack(const MacPreference& preference, const std::optional<QString>& value) {
+    if (!value || value->isEmpty()) {
+        return systemPreferenceCommand(preference, std::nullopt);
     }
-    return captured.value && isFalsy(captured.value) ? std::optional(false) : std::nullopt;
+    QStringList command = writeDefaultValueCommand(preference, value, {});
+    command.last() = shellWord(command.last());
+    return command.join(u' ');
 }
 
 } // namespace
@@ -139,10 +149,7 @@ QList<TweakStep> restoreSteps(const SystemSnapshot& snapshot, const CurrentSetti
 }
 
 QStringList restoreSystemCommands(const SystemSnapshot& snapshot, const CurrentSettings& current) {
-    QStringList commands = sleepCommandsBack(snapshot);
-    if (snapshot.pmsetSms) {
-        commands.append(motionSensorCommand(shellWord(*snapshot.pmsetSms)));
-    }
+    QStringList commands = sleepCommandsBack(snapshot) + motionSensorCommandsBack(snapshot);
     commands += indexingCommandsBack(snapshot, current.indexing.value.value_or(QList<IndexedVolume>()));
     if (snapshot.timeMachineEnabled) {
         commands.append(timeMachineCommand(*snapshot.timeMachineEnabled));
@@ -151,11 +158,18 @@ QStringList restoreSystemCommands(const SystemSnapshot& snapshot, const CurrentS
 }
 
 QStringList sleepCommandsBack(const SystemSnapshot& snapshot) {
-    if (snapshot.powerBySource && !isTheSameOnAll(*snapshot.powerBySource)) {
-        return sleepCommandsBySource(*snapshot.powerBySource);
+    if (snapshot.powerBySource && !isTheSameOnAll(*snapshot.powerBySource, sleepOf)) {
+        return commandsBySource(*snapshot.powerBySource, sleepOf);
     }
     const QString settings = sleepSettings(snapshot.pmsetStandby, snapshot.pmsetDisksleep, snapshot.pmsetSleep);
     return settings.isEmpty() ? QStringList() : QStringList{u"pmset -a"_s + settings};
+}
+
+QStringList motionSensorCommandsBack(const SystemSnapshot& snapshot) {
+    if (snapshot.powerBySource && !isTheSameOnAll(*snapshot.powerBySource, motionSensorOf)) {
+        return commandsBySource(*snapshot.powerBySource, motionSensorOf);
+    }
+    return snapshot.pmsetSms ? QStringList{motionSensorCommand(shellWord(*snapshot.pmsetSms))} : QStringList();
 }
 
 QStringList indexingCommandsBack(const SystemSnapshot& snapshot, const QList<IndexedVolume>& now) {
@@ -180,7 +194,7 @@ QStringList systemPreferenceCommandsBack(const std::optional<SystemSnapshot>& sn
         }
         const std::optional<CapturedValue> captured = snapshot ? preference.in(*snapshot) : std::nullopt;
         if (captured && !(now.isAnswered && meansTheSame(now.value, captured->value))) {
-            commands.append(systemPreferenceCommand(preference, switchIn(*captured)));
+            commands.append(systemPreferenceCommandBack(preference, captured->value));
         } else if (!captured && !isStandard(preference, now.value)) {
             commands.append(systemPreferenceCommand(preference, std::nullopt));
         }

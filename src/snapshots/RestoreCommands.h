@@ -37,6 +37,8 @@ QStringList restoreSystemCommands(const SystemSnapshot& snapshot, const CurrentS
 
 /// The three settings of sleep that were captured: by source of power where that is known and matters.
 QStringList sleepCommandsBack(const SystemSnapshot& snapshot);
+/// The motion sensor, in the same way.
+QStringList motionSensorCommandsBack(const SystemSnapshot& snapshot);
 /// Each volume that isn't as it was; where only the files' is known, all.
 QStringList indexingCommandsBack(const SystemSnapshot& snapshot, const QList<IndexedVolume>& now);
 /// The system's own switches that aren't as they were. What wasn't captured goes where it is off: macOS's own choice is on.

@@ -1,6 +1,5 @@
 #include "snapshots/SyncPlan.h"
 
-#include "core/Quoting.h"
 #include "snapshots/RestoreCommands.h"
 #include "tweaks/TweakCatalogue.h"
 
@@ -109,42 +108,26 @@ private:
         return found;
     }
 
-    /// What holds on every source of power stands in one line.
+    /// What is one for every source of power stands in one line.
     void planPower() {
         QString settings;
-        QStringList bySource;
-        if (m_settings.usbPower) {
-            settings = sleepSettings(true);
-        } else if (const LeftOff sleep = toldLeftOff(&Settings::usbPower); sleep == LeftOff::GoesBackToStandard) {
-            settings = sleepSettings(false);
+        QStringList back;
+        const LeftOff sleep = m_settings.usbPower ? LeftOff::NotHere : toldLeftOff(&Settings::usbPower);
+        if (m_settings.usbPower || sleep == LeftOff::GoesBackToStandard) {
+            settings = powerCommand(m_settings.usbPower).mid(u"pmset -a"_s.size());
         } else if (sleep == LeftOff::GoesBackToOwn) {
-            bySource = sleepCommandsBack(*m_own.captured);
+            back = sleepCommandsBack(*m_own.captured);
         }
-        settings += motionSensorSetting();
+        const LeftOff sensor = m_settings.sms ? LeftOff::NotHere : toldLeftOff(&Settings::sms);
+        if (m_settings.sms || sensor == LeftOff::GoesBackToStandard) {
+            settings += u" sms "_s + (m_settings.sms ? kMotionSensorOff : kMotionSensorOn);
+        } else if (sensor == LeftOff::GoesBackToOwn) {
+            back += motionSensorCommandsBack(*m_own.captured);
+        }
         if (!settings.isEmpty()) {
             m_plan.systemCommands.append(u"pmset -a"_s + settings);
         }
-        m_plan.systemCommands += bySource;
-    }
-
-    static QString sleepSettings(bool staysAwake) { return powerCommand(staysAwake).mid(u"pmset -a"_s.size()); }
-
-    QString motionSensorSetting() {
-        const QString name = u" sms "_s;
-        if (m_settings.sms) {
-            return name + kMotionSensorOff;
-        }
-        switch (toldLeftOff(&Settings::sms)) {
-        case LeftOff::GoesBackToOwn:
-            return name + shellWord(*m_own.captured->pmsetSms);
-        case LeftOff::GoesBackToStandard:
-            return name + kMotionSensorOn;
-        case LeftOff::NotHere:
-        case LeftOff::AsItWas:
-        case LeftOff::Stays:
-            break;
-        }
-        return {};
+        m_plan.systemCommands += back;
     }
 
     void planIndexing() {

@@ -7,8 +7,11 @@
 #include "snapshots/SyncPlan.h"
 #include "startup/launchd/LaunchItems.h"
 #include "startup/launchd/Launchd.h"
+#include "tweaks/TweakCatalogue.h"
 
 #include <QCoroTask>
+
+#include <algorithm>
 
 namespace quorvane {
 
@@ -54,10 +57,15 @@ void SystemManager::noteChangedTweaks(const PerformanceSettings& settings, const
     }
 }
 
-/// A tweak that the program has put in force is the program's until it has been read as the user had it.
-QCoro::Task<void> SystemManager::strikeRestoredTweaks() {
+/// A tweak that the program has put in force is the program's until it has been read as the user had it. With nothing noted but
+/// what is wanted in force nothing is read.
+QCoro::Task<void> SystemManager::strikeRestoredTweaks(PerformanceSettings wanted) {
     const QStringList noted = m_host.defaults.stringArray(kQuorvaneChangedTweaks);
-    if (noted.isEmpty()) {
+    const bool isOneLeftOff = std::any_of(noted.begin(), noted.end(), [&wanted](const QString& key) {
+        const Tweak* tweak = findTweak(key);
+        return tweak && !(wanted.*tweak->isSelected);
+    });
+    if (!isOneLeftOff) {
         co_return;
     }
     const OwnSettings own = readOwnSettings(m_host);

@@ -45,7 +45,7 @@ QCoro::Task<bool> SystemManager::applyProfile(UnifiedProfile profile) {
     const ApplyVerificationResult verification = co_await m_verification->profile(profile, AfterOrder::Yes);
     logVerificationResult(verification, u"Profile: "_s + profile.name);
     m_lastApplyVerification = verification;
-    co_await strikeRestoredTweaks();
+    co_await strikeRestoredTweaks(profile.settings);
 
     if (!succeeded || isQuitting()) {
         log(u"\n[PROFILE] "_s + profile.name + u" apply failed or was cancelled — check logs."_s);

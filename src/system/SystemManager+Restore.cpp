@@ -177,7 +177,7 @@ QCoro::Task<RestoreOutcome> SystemManager::revertPerformanceTweaks(std::optional
     if (isFinished) {
         co_await lookAtRestoredBackups(baseline ? baseline->snapshot.timeMachineEnabled : std::nullopt);
     }
-    co_await strikeRestoredTweaks();
+    co_await strikeRestoredTweaks(PerformanceSettings());
     outcome.succeeded = isRestored && isFinished && !isQuitting();
     co_return outcome;
 }
@@ -211,7 +211,7 @@ QCoro::Task<bool> SystemManager::reinstateStandardSettings() {
     if (isFinished) {
         co_await lookAtRestoredBackups(std::nullopt);
     }
-    co_await strikeRestoredTweaks();
+    co_await strikeRestoredTweaks(PerformanceSettings());
     const bool succeeded = isRestored && isFinished && !isQuitting();
     co_return succeeded;
 }
@@ -233,7 +233,7 @@ QCoro::Task<bool> SystemManager::reinstateFromSnapshot(SystemSnapshot snapshot) 
         hasNetwork = hasNetwork && isSettled;
         co_await lookAtRestoredBackups(snapshot.timeMachineEnabled);
     }
-    co_await strikeRestoredTweaks();
+    co_await strikeRestoredTweaks(PerformanceSettings());
     const bool succeeded = isRestored && hasNetwork && isFinished && !isQuitting();
     co_return succeeded;
 }

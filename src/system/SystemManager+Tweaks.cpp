@@ -72,7 +72,7 @@ QCoro::Task<bool> SystemManager::syncPerformanceTweaks(PerformanceSettings setti
         co_return !isQuitting();
     }
     const bool isVerified = co_await verifyTweaks(settings, UnselectedTweaks::ExpectedRestored, cleanReboot);
-    co_await strikeRestoredTweaks();
+    co_await strikeRestoredTweaks(settings);
     co_return isVerified;
 }
 

@@ -396,7 +396,7 @@ private:
     static LookedAtVolumes volumesFor(const std::optional<SystemSnapshot>& goingBackTo);
     std::function<bool(const MacPreference&)> mayChange() const;
     void noteChangedTweaks(const PerformanceSettings& settings, const CurrentSettings& current);
-    QCoro::Task<void> strikeRestoredTweaks();
+    QCoro::Task<void> strikeRestoredTweaks(PerformanceSettings wanted);
     QCoro::Task<bool> isNotificationCenterOff();
     QCoro::Task<bool> runStepsOfNotificationCenter(QList<TweakStep> steps);
 

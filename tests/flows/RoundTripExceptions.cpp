@@ -31,6 +31,9 @@ QString fileOf(const SnapshotPreference& preference, const RoundTrip& trip) {
         return kPreferences + u"ByHost/com.apple.notificationcenterui."_s +
                textOfJson(trip.mac["machine"]["hardwareUuid"]) + u".plist"_s;
     }
+    if (preference.isSystems()) {
+        return preference.domain.toString() + u".plist"_s;
+    }
     const bool isGlobal = preference.domain == u"NSGlobalDomain";
     return kPreferences + (isGlobal ? u".GlobalPreferences"_s : preference.domain.toString()) + u".plist"_s;
 }
@@ -135,37 +138,6 @@ bool isOfNotificationCenter(const Difference& difference, const RoundTrip&) {
     return isOverride || isJob || isProcess;
 }
 
-/// The section and the setting of a difference in one of the captured power settings.
-struct PowerSetting {
-    QString source;
-    QString name;
-};
-
-std::optional<PowerSetting> powerSettingOf(const Difference& difference) {
-    static const QRegularExpression form(u"\\Astate power/sources/([^/]+)/(standby|disksleep|sleep|sms)\\z"_s);
-    const QRegularExpressionMatch match = form.match(difference.key);
-    return match.hasMatch() ? std::optional(PowerSetting{match.captured(1), match.captured(2)}) : std::nullopt;
-}
-
-std::optional<QString> capturedPower(const RoundTrip& trip, const QString& name) {
-    const SystemSnapshot& snapshot = trip.snapshot;
-    return name == u"standby"     ? snapshot.pmsetStandby
-           : name == u"disksleep" ? snapshot.pmsetDisksleep
-           : name == u"sleep"     ? snapshot.pmsetSleep
-                                  : snapshot.pmsetSms;
-}
-
-/// The first source whose section has a line that begins so.
-QString firstSource(const RoundTrip& trip) {
-    return QString::fromStdString(trip.mac["power"]["sources"].begin().key());
-}
-
-bool isOfAnotherPowerSource(const Difference& difference, const RoundTrip& trip) {
-    const auto setting = powerSettingOf(difference);
-    return setting && difference.after && setting->source != firstSource(trip) &&
-           difference.after == capturedPower(trip, setting->name);
-}
-
 bool isOfBackupsNeverSwitched(const Difference& difference, const RoundTrip& trip) {
     const QString file = u"/Library/Preferences/com.apple.TimeMachine.plist"_s;
     const bool isFile = difference.key == file;
@@ -180,23 +152,12 @@ std::optional<QString> indexedVolume(const Difference& difference) {
                                              : std::nullopt;
 }
 
-/// What all volumes are set to, as MacPicture shows it.
-bool isSetLikeTheSystemVolume(const Difference& difference, const RoundTrip& trip) {
-    const std::optional<bool> captured = trip.snapshot.spotlightIndexingEnabled;
-    if (!captured) { // stays as the profile has set it
-        return difference.after == u"\"enabled\"" || difference.after == u"\"disabled\"";
-    }
-    return difference.after == (*captured ? u"\"enabled\""_s : u"\"disabled\""_s);
-}
-
-bool isOfAnotherIndexedVolume(const Difference& difference, const RoundTrip& trip) {
-    const auto volume = indexedVolume(difference);
-    return volume && volume != u"/" && isSetLikeTheSystemVolume(difference, trip);
-}
-
+/// What was neither on nor off nor without a search can't be brought back, and where Spotlight doesn't answer nothing was captured.
 bool isUnusualIndexing(const Difference& difference, const RoundTrip& trip) {
-    const bool wasUsual = difference.before == u"\"enabled\"" || difference.before == u"\"disabled\"";
-    return indexedVolume(difference) == u"/" && !wasUsual && isSetLikeTheSystemVolume(difference, trip);
+    const auto volume = indexedVolume(difference);
+    const bool isCaptured =
+        volume && trip.snapshot.spotlightByVolume && trip.snapshot.spotlightByVolume->contains(*volume);
+    return volume && !isCaptured && (difference.after == u"\"enabled\"" || difference.after == u"\"disabled\"");
 }
 
 // ---- The program's own
@@ -219,6 +180,7 @@ bool isQuorvanesOwn(const Difference& difference, const RoundTrip&) {
                                      kPreferences + u"com.quorvane.app.plist"_s,
                                      kPreferences + u"com.quorvane.app.plist QuorvaneLastAppliedProfileName"_s,
                                      kPreferences + u"com.quorvane.app.plist QuorvaneManagedStartupAppPaths"_s,
+                                     kPreferences + u"com.quorvane.app.plist QuorvaneChangedTweaks"_s,
                                      kPreferences + u"com.quorvane.app.plist QuorvaneSwitchedBackupsOff"_s};
     return entries.contains(difference.key) || std::any_of(places.begin(), places.end(), [&](const QString& place) {
                return difference.key == place || difference.key.startsWith(place + u'/');
@@ -497,11 +459,8 @@ const QList<RoundTripException>& roundTripExceptions() {
         {u"The Focus preferences", "they are set along with Do Not Disturb, but aren't captured", isFocusPreference},
         {u"Notification Center", "it is started anew, and stays allowed to start, whatever was before",
          isOfNotificationCenter},
-        {u"Different sleep settings on battery and on the mains", "one value is read, and written for every source",
-         isOfAnotherPowerSource},
         {u"Automatic backups that were never switched", "a key that isn't set means off, and comes back as that",
          isOfBackupsNeverSwitched},
-        {u"Spotlight on other disks", "every disk is set like the system's", isOfAnotherIndexedVolume},
         {u"Spotlight in an unusual state", "it comes back as on or off", isUnusualIndexing},
         {u"Applications that a profile opens", "what has come to the login items stays", whenAsked<isAddedApplication>},
         {u"Applications that a profile opens hidden, or not", "an item that is there is left as it is",

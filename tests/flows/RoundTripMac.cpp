@@ -48,7 +48,9 @@ Json randomPreference(Draw& draw) {
 void drawPreferences(Json& mac, Draw& draw) {
     Json& user = mac["preferences"]["user"];
     for (const SnapshotPreference& preference : snapshotPreferences()) {
-        Json& host = preference.isNotificationCenters() ? mac["preferences"]["userCurrentHost"] : user;
+        Json& host = preference.isNotificationCenters() ? mac["preferences"]["userCurrentHost"]
+                     : preference.isSystems()           ? mac["preferences"]["files"]
+                                                        : user;
         const QString domain =
             preference.isNotificationCenters() ? u"com.apple.notificationcenterui"_s : preference.domain.toString();
         Json& values = host[domain.toStdString()];

@@ -3,6 +3,7 @@
 // milliseconds.
 
 #include "fakes/InProcessMac.h"
+#include "fakes/ManualClock.h"
 #include "fakes/RandomMac.h"
 #include "fakes/SimulatedSystem.h"
 #include "flows/RoundTrip.h"
@@ -166,7 +167,7 @@ private:
             return;
         }
         m_system.reset();
-        m_host = std::make_unique<InProcessHost>(macFolder(), program());
+        m_host = std::make_unique<InProcessHost>(macFolder(), program(), &m_clock);
         m_system = std::make_unique<SystemManager>(m_host->host(), m_notifications);
         QObject::connect(m_system.get(), &SystemManager::messageLogged,
                          [this](const QString& line) { m_log.append(line); });
@@ -230,6 +231,7 @@ private:
     Draw m_draw;
     QTemporaryDir m_folder{caseFolder()};
     NotificationCenter m_notifications;
+    ManualClock m_clock; ///< nobody has to wait for Spotlight
     std::unique_ptr<InProcessHost> m_host;
     std::unique_ptr<SystemManager> m_system;
     RoundTrip m_trip;

@@ -223,8 +223,8 @@ TEST_F(OwnTweaks, whatIsLeftOffGoesBackToWhatTheUserHadBySourceAndByVolume) {
                                lines(u"Already as it was"_s, {u"AirDrop"_s})))
         << log.toStdString();
     EXPECT_TRUE(log.contains(
-        u"& do shell script \"pmset -a sms 0 ; pmset -c standby 1 disksleep 10 sleep 0 ; "
-        "pmset -b standby 1 disksleep 10 sleep 5 ; mdutil -i on '/' || true ; "
+        u"& do shell script \"pmset -c standby 1 disksleep 10 sleep 0 ; "
+        "pmset -b standby 1 disksleep 10 sleep 5 ; pmset -c sms 0 ; mdutil -i on '/' || true ; "
         "mdutil -i on '/System/Volumes/Data' || true ; mdutil -d '/Volumes/Samples' || true ; tmutil disable || true ; "
         "/usr/bin/defaults write /Library/Preferences/com.apple.SoftwareUpdate AutomaticDownload -bool YES ; "
         "/usr/bin/defaults delete /Library/Preferences/com.apple.commerce AutoUpdate || true\" with prompt"_s))

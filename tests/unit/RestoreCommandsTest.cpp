@@ -168,6 +168,16 @@ TEST(RestoreCommands, bringSleepBackByTheSourceOfPower) {
     EXPECT_EQ(sleepCommandsBack(snapshot), QStringList(u"pmset -u sleep '9; reboot'"_s));
 }
 
+TEST(RestoreCommands, bringTheMotionSensorBackByTheSourceOfPower) {
+    SystemSnapshot snapshot;
+    snapshot.pmsetSms = u"1"_s;
+    snapshot.powerBySource =
+        QMap<QString, PowerSettings>{{u"AC Power"_s, {{}, {}, {}, u"0"_s}}, {u"Battery Power"_s, {{}, {}, {}, u"1"_s}}};
+    EXPECT_EQ(motionSensorCommandsBack(snapshot), (QStringList{u"pmset -c sms 0"_s, u"pmset -b sms 1"_s}));
+    (*snapshot.powerBySource)[u"AC Power"_s].sms = u"1"_s;
+    EXPECT_EQ(motionSensorCommandsBack(snapshot), QStringList(u"pmset -a sms 1"_s));
+}
+
 TEST(RestoreCommands, bringEachVolumeBackThatIsNotAsItWas) {
     SystemSnapshot snapshot;
     snapshot.spotlightIndexingEnabled = true;
@@ -185,8 +195,8 @@ TEST(RestoreCommands, bringEachVolumeBackThatIsNotAsItWas) {
                                    {u"/Volumes/New"_s, Indexing::Off},
                                    {u"/Volumes/Backup"_s, Indexing::On}};
     EXPECT_EQ(indexingCommandsBack(snapshot, now),
-              (QStringList{u"mdutil -i on '/'"_s, u"mdutil -d '/Volumes/It'\\''s here'"_s,
-                           u"mdutil -i on '/Volumes/New'"_s}));
+              (QStringList{u"mdutil -i on '/'"_s, u"mdutil -i on '/System/Volumes/Data'"_s,
+                           u"mdutil -d '/Volumes/It'\\''s here'"_s, u"mdutil -i on '/Volumes/New'"_s}));
     EXPECT_EQ(indexingCommandsBack(snapshot, {}), QStringList(u"mdutil -a -i on"_s)) << "nobody knows how they are";
 }
 
@@ -221,7 +231,10 @@ TEST(RestoreCommands, bringTheSystemsSwitchesBackThatAreNotAsTheyWere) {
     EXPECT_EQ(systemPreferenceCommandsBack(snapshot, withSystemPreference(preference::kSystemUpdateDownload, u"1"_s)),
               QStringList(write + u"NO"_s));
     snapshot.systemAutomaticDownload = CapturedValue{u"$(reboot)"_s};
-    EXPECT_EQ(systemPreferenceCommandsBack(snapshot, off), QStringList(remove)) << "a text that is no switch";
+    EXPECT_EQ(
+        systemPreferenceCommandsBack(snapshot, off),
+        QStringList(u"/usr/bin/defaults write /Library/Preferences/com.apple.SoftwareUpdate AutomaticDownload -string "
+                    "'$(reboot)'"_s));
     EXPECT_EQ(systemPreferenceCommandsBack(std::nullopt, withSystemPreference(preference::kSystemUpdateDownload, {})),
               QStringList());
 }
