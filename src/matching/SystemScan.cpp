@@ -19,7 +19,8 @@ SystemScan::SystemScan(FlowEnvironment& environment, const SystemVerification::S
     , m_loginItems(m_session, startup.loginItems)
     , m_launchd(m_session, startup.launchd)
     , m_startupItems(m_session, m_loginItems, m_launchd, startup.items)
-    , m_verification(m_session, {m_loginItems, m_startupItems, m_launchd, startup.backgroundItems}) {}
+    , m_verification(m_session, {m_loginItems, m_startupItems, m_launchd, startup.backgroundItems},
+                     SystemReadings::Files::Once) {}
 
 QCoro::Task<std::optional<SystemConfigurationMatch>> SystemScan::search(QList<UnifiedProfile> profiles,
                                                                         std::optional<QString> appliedName) {

@@ -62,10 +62,19 @@ bool areAllOff(const QList<NetworkServiceState>& services) {
 
 } // namespace
 
-SystemVerification::SystemVerification(FlowEnvironment& environment, const Startup& startup)
+SystemVerification::SystemVerification(FlowEnvironment& environment, const Startup& startup,
+                                       SystemReadings::Files files)
     : Flow(environment)
-    , m_readings(environment)
-    , m_startup(startup) {}
+    , m_readings(environment, files)
+    , m_startup(startup)
+    , m_files(files) {}
+
+OwnSettings SystemVerification::ownSettings() {
+    if (m_files == SystemReadings::Files::Anew || !m_own) {
+        m_own = readOwnSettings(host());
+    }
+    return *m_own;
+}
 
 QCoro::Task<ApplyVerificationResult> SystemVerification::profile(UnifiedProfile profile, AfterOrder after) {
     ApplyVerificationResult result =
@@ -84,7 +93,7 @@ QCoro::Task<ApplyVerificationResult> SystemVerification::tweaks(PerformanceSetti
                                                                 UnselectedTweaks unselected, CleanReboot cleanReboot,
                                                                 AfterOrder after) {
     TweakVerification::Context context;
-    context.own = readOwnSettings(host());
+    context.own = ownSettings();
     context.isNotificationCenterOff = co_await isNotificationCenterOff();
     context.after = after;
     TweakVerification tweaks(m_readings, host().clock, settings, unselected, context);
@@ -156,14 +165,14 @@ QCoro::Task<AppRestoration> SystemVerification::readAppRestoration() {
     CurrentSettings current;
     current.of(preference::kLogoutState) = co_await m_readings.readCurrentPreference(preference::kLogoutState);
     current.of(preference::kLoginRelaunch) = co_await m_readings.readCurrentPreference(preference::kLoginRelaunch);
-    co_return appRestoration(current, readOwnSettings(host()));
+    co_return appRestoration(current, ownSettings());
 }
 
 /// Of a profile that leaves the clean reboot off.
 QCoro::Task<ApplyVerificationResult> SystemVerification::appRestorationLeftOn() {
     ApplyVerificationResult result;
     const AppRestoration found = co_await readAppRestoration();
-    const bool isChanged = readOwnSettings(host()).hasChanged(&PerformanceSettings::cleanReboot);
+    const bool isChanged = ownSettings().hasChanged(&PerformanceSettings::cleanReboot);
     if (found.isAnswered && found.isOff && !found.wasOff && !found.isManaged && !isChanged) {
         co_return result; // the user's to decide
     }

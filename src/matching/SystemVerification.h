@@ -31,7 +31,9 @@ public:
     };
 
     /// @param environment  the readings' own; the sources may have another one
-    SystemVerification(FlowEnvironment& environment, const Startup& startup);
+    /// @param files        once for who compares many configurations with one moment of the Mac
+    SystemVerification(FlowEnvironment& environment, const Startup& startup,
+                       SystemReadings::Files files = SystemReadings::Files::Anew);
 
     const SystemReadings& readings() const { return m_readings; }
 
@@ -54,8 +56,12 @@ private:
     QCoro::Task<ApplyVerificationResult> cleanReboot(CleanReboot cleanReboot);
     QCoro::Task<QList<ApplyVerificationResult::Item>> nonPermittedRegistrations(CleanReboot cleanReboot);
 
+    OwnSettings ownSettings();
+
     SystemReadings m_readings;
     Startup m_startup;
+    SystemReadings::Files m_files;
+    std::optional<OwnSettings> m_own; ///< as the files have told, where they are read once
 };
 
 } // namespace quorvane

@@ -52,11 +52,27 @@ QCoro::Task<Reading<QString>> SystemReadings::readPreference(const MacPreference
     return readDefaultValue(domain, preference.key.toString(), preference.host);
 }
 
-QCoro::Task<CurrentPreference> SystemReadings::readCurrentPreference(const MacPreference& preference) const {
+SystemReadings::SystemReadings(FlowEnvironment& environment, Files files)
+    : m_environment(environment)
+    , m_managed(files == Files::Once ? std::make_shared<ManagedValues>() : nullptr) {}
+
+std::optional<QString> SystemReadings::managed(const MacPreference& preference) const {
     const Host& host = m_environment.host();
-    const std::optional<QString> managed = managedValue(preference, host.propertyLists, host.machine);
-    if (managed) {
-        co_return CurrentPreference{Reading<QString>::answered(managed), true};
+    const QString place = preference.domain.toString() + u' ' + preference.key.toString();
+    if (m_managed && m_managed->contains(place)) {
+        return m_managed->value(place);
+    }
+    const std::optional<QString> value = managedValue(preference, host.propertyLists, host.machine);
+    if (m_managed) {
+        m_managed->insert(place, value);
+    }
+    return value;
+}
+
+QCoro::Task<CurrentPreference> SystemReadings::readCurrentPreference(const MacPreference& preference) const {
+    const std::optional<QString> organizations = managed(preference);
+    if (organizations) {
+        co_return CurrentPreference{Reading<QString>::answered(organizations), true};
     }
     const Reading<QString> reading = co_await readPreference(preference);
     co_return CurrentPreference{reading, false};

@@ -5,9 +5,13 @@
 #include "readings/TimeMachine.h"
 #include "tweaks/TweakPreferences.h"
 
+#include <QHash>
 #include <QList>
 #include <QString>
 #include <QStringList>
+
+#include <memory>
+#include <optional>
 
 namespace QCoro {
 template <typename T>
@@ -24,8 +28,9 @@ struct NetworkServiceState;
 /// didn't answer is told apart from one that had no value to tell.
 class SystemReadings {
 public:
-    explicit SystemReadings(FlowEnvironment& environment)
-        : m_environment(environment) {}
+    /// How often the files are read in which an organization's settings are.
+    enum class Files { Anew, Once };
+    explicit SystemReadings(FlowEnvironment& environment, Files files = Files::Anew);
 
     /// The value of a preference as the `defaults` tool prints it, trimmed; none when the key isn't set.
     QCoro::Task<Reading<QString>> readDefaultValue(QString domain, QString key, PreferenceHost host) const;
@@ -61,7 +66,11 @@ private:
     QCoro::Task<Reading<QList<IndexedVolume>>> indexingToldBy(QStringList arguments) const;
     QCoro::Task<CommandResult> ask(QStringList arguments) const;
 
+    std::optional<QString> managed(const MacPreference& preference) const;
+
     FlowEnvironment& m_environment;
+    using ManagedValues = QHash<QString, std::optional<QString>>;
+    std::shared_ptr<ManagedValues> m_managed; ///< by domain and key; none where each look is a new one
 };
 
 } // namespace quorvane

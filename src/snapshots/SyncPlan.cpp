@@ -187,7 +187,9 @@ SyncPlan syncPlan(const PerformanceSettings& settings, const OwnSettings& own, c
 QSet<QString> tweaksToChange(const PerformanceSettings& settings, const CurrentSettings& current) {
     QSet<QString> keys;
     for (const Tweak& tweak : tweakCatalogue()) {
-        if (settings.*tweak.isSelected && !current.isManaged(tweak.isSelected) &&
+        const bool hasNoteOfItsOwn = tweak.isSelected == &Settings::timeMachine;
+        const bool isHere = compared(tweak.isSelected, current, {}, ComparedPreferences::Deciding).isOnThisMac;
+        if (settings.*tweak.isSelected && !hasNoteOfItsOwn && isHere && !current.isManaged(tweak.isSelected) &&
             !isInForce(tweak.isSelected, current)) {
             keys.insert(tweak.key);
         }
@@ -198,8 +200,8 @@ QSet<QString> tweaksToChange(const PerformanceSettings& settings, const CurrentS
 QSet<QString> tweaksThatAreBack(const OwnSettings& own, const CurrentSettings& current) {
     QSet<QString> keys;
     for (const Tweak& tweak : tweakCatalogue()) {
-        if (own.changedTweaks.contains(tweak.key) &&
-            compared(tweak.isSelected, current, own, ComparedPreferences::All).isAsItWas()) {
+        const TweakComparison comparison = compared(tweak.isSelected, current, own, ComparedPreferences::All);
+        if (own.changedTweaks.contains(tweak.key) && (comparison.isAsItWas() || !comparison.isOnThisMac)) {
             keys.insert(tweak.key);
         }
     }

@@ -24,7 +24,8 @@ struct SyncPlan {
 SyncPlan syncPlan(const PerformanceSettings& settings, const OwnSettings& own, const CurrentSettings& current,
                   const QString& notificationCenter, bool isNotificationCenterOff);
 
-/// The keys of the selected tweaks that aren't in force yet: these the program is about to change.
+/// The keys of the selected tweaks that aren't in force yet: these the program is about to change. Of automatic backups that is noted
+/// apart, when they are really switched.
 QSet<QString> tweaksToChange(const PerformanceSettings& settings, const CurrentSettings& current);
 /// Of the tweaks that the program has changed those that read now as the user had them.
 QSet<QString> tweaksThatAreBack(const OwnSettings& own, const CurrentSettings& current);

@@ -37,8 +37,9 @@ bool isStandard(const MacPreference& preference, const std::optional<QString>& v
 }
 
 bool meansTheSame(const std::optional<QString>& value, const std::optional<QString>& other) {
-    if (!value || !other) {
-        return value.has_value() == other.has_value();
+    const auto isSet = [](const std::optional<QString>& text) { return text && !text->isEmpty(); };
+    if (!isSet(value) || !isSet(other)) {
+        return isSet(value) == isSet(other);
     }
     return *value == *other || (isTruthy(value) && isTruthy(other)) || (isFalsy(value) && isFalsy(other));
 }

@@ -49,7 +49,8 @@ struct MacPreference {
 bool isApplied(const MacPreference& preference, const std::optional<QString>& value);
 /// True for a value that is as good as what a fresh macOS has, which a key that isn't set always is.
 bool isStandard(const MacPreference& preference, const std::optional<QString>& value);
-/// True for two values that macOS takes for the same: a switch may be kept as a word or as a number.
+/// True for two values that macOS takes for the same: a switch may be kept as a word or as a number, and an empty text says as much
+/// as no key.
 bool meansTheSame(const std::optional<QString>& value, const std::optional<QString>& other);
 
 namespace preference {

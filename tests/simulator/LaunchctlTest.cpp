@@ -395,7 +395,6 @@ TEST_F(LaunchctlThatKeepsApplesOverrides, theAgentIsListedAsDisabledAndRunsOn) {
 }
 
 TEST_F(LaunchctlThatKeepsApplesOverrides, onlyEnableTakesTheOverrideBack) {
-    run({u"disable"_s, target});
     const ToolRun unloaded = run({u"unload"_s, u"-w"_s, kSystemAgent});
     EXPECT_TRUE(unloaded.error.endsWith("System Integrity Protection is engaged\n"));
     const ToolRun loaded = run({u"load"_s, u"-w"_s, kSystemAgent});

@@ -109,7 +109,11 @@ void unloadOne(ToolContext& context, const QString& typed, bool disables) {
         warnOfTheOtherKind(context, unloadVerb());
     }
     const auto plist = readLaunchPlist(context.volume, path);
-    if (plist && LaunchdState(context.mac).isProtectedPath(plist->path)) {
+    const LaunchdState launchd(context.mac);
+    if (plist && launchd.isProtectedPath(plist->path)) {
+        if (disables && launchd.keepsAppleOverrides()) {
+            launchd.setDisabled(domainOfCaller(context), plist->label, true);
+        }
         complainOfProtection(context, unloadVerb(), path);
     } else if (!unload(context, path, disables)) {
         complainOfFailure(context, unloadVerb());
