@@ -42,7 +42,8 @@ QCoro::Task<bool> SystemManager::applyProfile(UnifiedProfile profile) {
 
     // Also after a failure: what ran as the user has changed the system all the same.
     m_loginItems->readAgain();
-    const ApplyVerificationResult verification = co_await m_verification->profile(profile, AfterOrder::Yes);
+    const ApplyVerificationResult verification =
+        co_await m_verification->profile(profile, batchSucceeded ? AfterOrder::Yes : AfterOrder::No);
     logVerificationResult(verification, u"Profile: "_s + profile.name);
     m_lastApplyVerification = verification;
     co_await strikeRestoredTweaks(profile.settings);

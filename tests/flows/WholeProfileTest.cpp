@@ -83,18 +83,22 @@ TEST_F(WholeProfile, rootRunsOnlyWhatNeedsRoot) {
     ASSERT_TRUE(apply(festival()));
     const QString backup = u"/Users/mika/.quorvane_backup"_s;
     const QString kept = u"/Library/Application Support/Quorvane/LaunchItems/_Library_LaunchDaemons"_s;
-    EXPECT_EQ(commandsOfRoot(),
-              QStringList({u"/usr/bin/pmset -a standby 0 disksleep 0 sleep 0 sms 0"_s, u"/usr/bin/mdutil -a -i off"_s,
-                           u"/bin/mkdir -p \""_s + kept + u'"',
-                           u"/bin/cp -p "_s + kBackupDaemon + u" \""_s + kept + u"/com.backblaze.bzbmenu.plist\""_s,
-                           u"/bin/mkdir -p "_s + backup + u"/_Library_LaunchDaemons"_s,
-                           u"/bin/rm -f "_s + backup + u"/_Library_LaunchDaemons/com.backblaze.bzbmenu.plist"_s,
-                           u"/bin/launchctl bootout system/com.backblaze.bzserv"_s,
-                           u"/bin/launchctl disable system/com.backblaze.bzserv"_s,
-                           u"/bin/mv "_s + kBackupDaemon + u' ' + backup +
-                               u"/_Library_LaunchDaemons/com.backblaze.bzbmenu.plist"_s,
-                           u"/usr/bin/sfltool dumpbtm"_s,
-                           u"/usr/bin/perl -e \"alarm shift; exec @ARGV\" 30 /usr/bin/sfltool dumpbtm"_s}));
+    EXPECT_EQ(
+        commandsOfRoot(),
+        QStringList(
+            {u"/usr/bin/pmset -a standby 0 disksleep 0 sleep 0 sms 0"_s, u"/usr/bin/mdutil -a -i off"_s,
+             u"/usr/bin/defaults write /Library/Preferences/com.apple.SoftwareUpdate AutomaticDownload -bool NO"_s,
+             u"/usr/bin/defaults write /Library/Preferences/com.apple.SoftwareUpdate AutomaticallyInstallMacOSUpdates -bool NO"_s,
+             u"/usr/bin/defaults write /Library/Preferences/com.apple.commerce AutoUpdate -bool NO"_s,
+             u"/bin/mkdir -p \""_s + kept + u'"',
+             u"/bin/cp -p "_s + kBackupDaemon + u" \""_s + kept + u"/com.backblaze.bzbmenu.plist\""_s,
+             u"/bin/mkdir -p "_s + backup + u"/_Library_LaunchDaemons"_s,
+             u"/bin/rm -f "_s + backup + u"/_Library_LaunchDaemons/com.backblaze.bzbmenu.plist"_s,
+             u"/bin/launchctl bootout system/com.backblaze.bzserv"_s,
+             u"/bin/launchctl disable system/com.backblaze.bzserv"_s,
+             u"/bin/mv "_s + kBackupDaemon + u' ' + backup + u"/_Library_LaunchDaemons/com.backblaze.bzbmenu.plist"_s,
+             u"/usr/bin/sfltool dumpbtm"_s,
+             u"/usr/bin/perl -e \"alarm shift; exec @ARGV\" 30 /usr/bin/sfltool dumpbtm"_s}));
 }
 
 TEST_F(WholeProfile, aDaemonGoesByItsLabelAndStaysOff) {
@@ -162,7 +166,8 @@ TEST_F(WholeProfile, aCancelledPromptLeavesWhatNeedsRootAndTellsOfItItemByItem) 
     EXPECT_TRUE(logs(u"  [ERROR] Administrator authorization was cancelled or failed: User canceled."_s));
     EXPECT_EQ(
         system->lastApplyVerification()->failed,
-        QList<ApplyVerificationResult::Item>({{u"USB Power"_s, u"expected standby/disk/sleep at 0"_s},
+        QList<ApplyVerificationResult::Item>({{u"Software Updates"_s, u"expected disabled"_s},
+                                              {u"USB Power"_s, u"expected 0 on AC Power"_s},
                                               {u"Spotlight"_s, u"expected indexing off"_s},
                                               {u"Launch item: com.backblaze.bzbmenu.plist"_s, u"still active"_s}}));
     const QString changed = picture().changesSince(before);
