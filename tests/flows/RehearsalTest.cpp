@@ -91,9 +91,9 @@ TEST_F(RehearsalTest, aCancelledPromptEndsWithStatusOne) {
 }
 
 TEST_F(RehearsalTest, aWarningEndsWithStatusOneThoughTheProfileIsApplied) {
-    ASSERT_EQ(rehearse({u"shell"_s, u"--root"_s, u"tmutil disable"_s}).status, 0);
     const QString faults =
-        file(u"faults.json"_s, R"([{"tool": "tmutil", "arguments": "enable", "status": 80, "error": "refused\n"}])");
+        file(u"faults.json"_s,
+             R"([{"tool": "defaults", "arguments": "DisableAirDrop -bool YES", "status": 1, "error": "refused\n"}])");
     const Ending run = start({u"--mac"_s, macFolder(), u"--faults"_s, faults, u"apply"_s, example(u"rehearsal"_s)});
     EXPECT_EQ(run.status, 1);
     EXPECT_TRUE(run.output.endsWith("\n[PROFILE] Rehearsal applied with verification warnings — check logs.\n"));
