@@ -1,5 +1,6 @@
 #include "snapshots/RestoreCommands.h"
 
+#include "core/AdminScript.h"
 #include "core/Quoting.h"
 #include "snapshots/OwnSettings.h"
 #include "tweaks/TweakCatalogue.h"
@@ -105,7 +106,7 @@ QString systemPreferenceCommandBack(const MacPreference& preference, const std::
     }
     QStringList command = writeDefaultValueCommand(preference, value, {});
     command.last() = shellWord(command.last());
-    return command.join(u' ');
+    return withoutStatus(command.join(u' '));
 }
 
 } // namespace

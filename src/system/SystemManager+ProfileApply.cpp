@@ -46,7 +46,8 @@ QCoro::Task<bool> SystemManager::applyProfile(UnifiedProfile profile) {
         co_await m_verification->profile(profile, batchSucceeded ? AfterOrder::Yes : AfterOrder::No);
     logVerificationResult(verification, u"Profile: "_s + profile.name);
     m_lastApplyVerification = verification;
-    co_await strikeRestoredTweaks(profile.settings);
+    const PerformanceSettings inForce = batchSucceeded ? profile.settings : PerformanceSettings();
+    co_await strikeRestoredTweaks(inForce);
 
     if (!succeeded || isQuitting()) {
         log(u"\n[PROFILE] "_s + profile.name + u" apply failed or was cancelled — check logs."_s);

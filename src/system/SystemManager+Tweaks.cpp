@@ -35,6 +35,7 @@ QCoro::Task<bool> SystemManager::applyPerformanceTweaks(PerformanceSettings sett
         co_await applyCleanReboot(cleanReboot);
     }
     if (!co_await finishAdminBatch(kSystemChangesPrompt)) {
+        co_await strikeRestoredTweaks(PerformanceSettings()); // what a refused prompt has kept from being changed
         co_return false;
     }
     if (!systemCommands.isEmpty()) {
@@ -59,6 +60,7 @@ QCoro::Task<bool> SystemManager::syncPerformanceTweaks(PerformanceSettings setti
         const CommandResult result = co_await m_adminBatch->runTolerantly(systemCommands, kSystemChangesPrompt);
         if (result.status != 0) {
             log(u"  [ERROR] System tweak sync was cancelled or failed: "_s + result.standardError);
+            co_await strikeRestoredTweaks(PerformanceSettings());
             co_return false;
         }
     }

@@ -117,13 +117,13 @@ QString timeMachineCommand(bool backsUp) {
     return backsUp ? u"tmutil enable"_s : u"tmutil disable"_s;
 }
 
+/// What became of it is read afterwards: a write that fails is no refused prompt.
 QString systemPreferenceCommand(const MacPreference& preference, std::optional<bool> value) {
-    const QString verb = value ? u"write"_s : u"delete"_s;
-    const QString command = defaultsCommand(verb, preference, {}).join(u' ');
     if (!value) {
-        return withoutStatus(command); // it may have gone meanwhile
+        return withoutStatus(defaultsCommand(u"delete"_s, preference, {}).join(u' '));
     }
-    return command + u' ' + preference.type.toString() + (*value ? u" YES"_s : u" NO"_s);
+    return withoutStatus(defaultsCommand(u"write"_s, preference, {}).join(u' ') + u' ' + preference.type.toString() +
+                         (*value ? u" YES"_s : u" NO"_s));
 }
 
 QStringList systemPreferenceCommands(const PerformanceSettings& settings, const MayChange& mayChange) {

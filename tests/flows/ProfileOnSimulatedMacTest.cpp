@@ -28,24 +28,31 @@ const QString kPreferenceFolder = u"/Users/alex/Library/Preferences/"_s;
 
 /// What applying "Live Set" changes as the user, on the fresh Mac.
 const QString kUserChanges =
-    u"~ /Users/alex/Library/Preferences/.GlobalPreferences.plist NSAppSleepDisabled: <false/> → <true/>\n"
-    "- /Users/alex/Library/Preferences/.GlobalPreferences.plist NSQuitAlwaysKeepsWindows: <true/>\n"
-    "~ "
+    u"+ /Users/alex/.quorvane: folder\n"
+    "+ /Users/alex/Library/Preferences/.GlobalPreferences.plist NSAppSleepDisabled: <true/>\n"
+    "~ /Users/alex/Library/Preferences/.GlobalPreferences.plist com.apple.sound.uiaudio.enabled: <integer>1</integer> "
+    "→ <integer>0</integer>\n"
+    "+ "
+    "/Users/alex/Library/Preferences/ByHost/com.apple.notificationcenterui.5C1A9B3E-7D42-5F60-8E21-4A6B0C9D3E17.plist: "
+    "file\n"
+    "+ "
     "/Users/alex/Library/Preferences/ByHost/com.apple.notificationcenterui.5C1A9B3E-7D42-5F60-8E21-4A6B0C9D3E17.plist "
-    "doNotDisturb: <false/> → <true/>\n"
+    "doNotDisturb: <true/>\n"
     "+ /Users/alex/Library/Preferences/com.ableton.live.plist: file\n"
     "+ /Users/alex/Library/Preferences/com.ableton.live.plist NSAppSleepDisabled: <true/>\n"
-    "~ /Users/alex/Library/Preferences/com.apple.CrashReporter.plist DialogType: <string>crashreport</string> → "
-    "<string>none</string>\n"
-    "~ /Users/alex/Library/Preferences/com.apple.NetworkBrowser.plist DisableAirDrop: <false/> → <true/>\n"
-    "~ /Users/alex/Library/Preferences/com.apple.Siri.plist Status: <string>Enabled</string> → "
-    "<string>Disabled</string>\n"
-    "~ /Users/alex/Library/Preferences/com.apple.SoftwareUpdate.plist AutomaticCheckEnabled: <true/> → <false/>\n"
-    "~ /Users/alex/Library/Preferences/com.apple.SoftwareUpdate.plist AutomaticDownload: <true/> → <false/>\n"
+    "+ /Users/alex/Library/Preferences/com.apple.CrashReporter.plist: file\n"
+    "+ /Users/alex/Library/Preferences/com.apple.CrashReporter.plist DialogType: <string>none</string>\n"
+    "+ /Users/alex/Library/Preferences/com.apple.NetworkBrowser.plist: file\n"
+    "+ /Users/alex/Library/Preferences/com.apple.NetworkBrowser.plist DisableAirDrop: <true/>\n"
+    "+ /Users/alex/Library/Preferences/com.apple.Siri.plist Status: <string>Disabled</string>\n"
+    "+ /Users/alex/Library/Preferences/com.apple.SoftwareUpdate.plist: file\n"
+    "+ /Users/alex/Library/Preferences/com.apple.SoftwareUpdate.plist AutomaticCheckEnabled: <false/>\n"
+    "+ /Users/alex/Library/Preferences/com.apple.SoftwareUpdate.plist AutomaticDownload: <false/>\n"
     "~ /Users/alex/Library/Preferences/com.apple.assistant.support.plist Assistant Enabled: <true/> → <false/>\n"
-    "~ /Users/alex/Library/Preferences/com.apple.commerce.plist AutoUpdate: <true/> → <false/>\n"
-    "~ /Users/alex/Library/Preferences/com.apple.systemsound.plist com.apple.sound.uiaudio.enabled: "
-    "<integer>1</integer> → <integer>0</integer>\n"_s;
+    "+ /Users/alex/Library/Preferences/com.apple.commerce.plist: file\n"
+    "+ /Users/alex/Library/Preferences/com.apple.commerce.plist AutoUpdate: <false/>\n"
+    "+ /Users/alex/Library/Preferences/com.apple.systemsound.plist: file\n"
+    "+ /Users/alex/Library/Preferences/com.apple.systemsound.plist com.apple.sound.uiaudio.enabled: <integer>0</integer>\n"_s;
 
 } // namespace
 
@@ -55,8 +62,23 @@ TEST_F(ProfileOnSimulatedMac, aWholeProfileIsAppliedUnderOnePromptAndVerified) {
     EXPECT_EQ(log(), QString::fromUtf8(projectFile(u"tests/flows/live-set-applied.log"_s)));
     EXPECT_EQ(authorization.prompts(), QStringList(u"Quorvane needs your administrator password to apply Live Set."_s));
     EXPECT_EQ(picture().changesSince(before),
-              u"~ /Library/Preferences/com.apple.TimeMachine.plist AutoBackup: <true/> → <false/>\n"_s + kUserChanges +
+              u"~ /Library/Preferences/com.apple.SoftwareUpdate.plist AutomaticDownload: <true/> → <false/>\n"
+              "+ /Library/Preferences/com.apple.SoftwareUpdate.plist AutomaticallyInstallMacOSUpdates: <false/>\n"
+              "~ /Library/Preferences/com.apple.TimeMachine.plist AutoBackup: <true/> → <false/>\n"
+              "~ /Library/Preferences/com.apple.commerce.plist AutoUpdate: <true/> → <false/>\n"_s +
+                  kUserChanges +
                   u"+ /Users/alex/Library/Preferences/com.quorvane.app.plist: file\n"
+                  "+ /Users/alex/Library/Preferences/com.quorvane.app.plist QuorvaneChangedTweaks: <array>\n"
+                  "\t<string>airdrop</string>\n"
+                  "\t<string>appNap</string>\n"
+                  "\t<string>crashReporter</string>\n"
+                  "\t<string>notifications</string>\n"
+                  "\t<string>siri</string>\n"
+                  "\t<string>spotlight</string>\n"
+                  "\t<string>uiSounds</string>\n"
+                  "\t<string>updates</string>\n"
+                  "\t<string>usbPower</string>\n"
+                  "</array>\n"
                   "+ /Users/alex/Library/Preferences/com.quorvane.app.plist QuorvaneLastAppliedProfileName: "
                   "<string>Live Set</string>\n"
                   "+ /Users/alex/Library/Preferences/com.quorvane.app.plist QuorvaneSwitchedBackupsOff: <true/>\n"
@@ -78,12 +100,21 @@ TEST_F(ProfileOnSimulatedMac, aCancelledPromptLeavesTheSystemSettingsAlone) {
     const macsim::MacPicture before = picture();
     EXPECT_FALSE(apply(exampleProfile(u"live-set"_s)));
     EXPECT_EQ(picture().changesSince(before),
-              kUserChanges + u"+ /Users/alex/Library/Preferences/com.quorvane.app.plist: file\n"
-                             "+ /Users/alex/Library/Preferences/com.quorvane.app.plist QuorvaneSwitchedBackupsOff: "
-                             "<false/>\n"
-                             "+ state launchd/jobs/gui~1501/com.apple.notificationcenterui.agent/lastExitStatus: -15\n"
-                             "~ state launchd/jobs/gui~1501/com.apple.notificationcenterui.agent/pid: 418 → 419\n"
-                             "~ state processes \"NotificationCenter\"/pid: 418 → 419\n"_s);
+              kUserChanges +
+                  u"+ /Users/alex/Library/Preferences/com.quorvane.app.plist: file\n"
+                  "+ /Users/alex/Library/Preferences/com.quorvane.app.plist QuorvaneChangedTweaks: <array>\n"
+                  "\t<string>airdrop</string>\n"
+                  "\t<string>appNap</string>\n"
+                  "\t<string>crashReporter</string>\n"
+                  "\t<string>notifications</string>\n"
+                  "\t<string>siri</string>\n"
+                  "\t<string>uiSounds</string>\n"
+                  "\t<string>updates</string>\n"
+                  "</array>\n"
+                  "+ /Users/alex/Library/Preferences/com.quorvane.app.plist QuorvaneSwitchedBackupsOff: <false/>\n"
+                  "+ state launchd/jobs/gui~1501/com.apple.notificationcenterui.agent/lastExitStatus: -15\n"
+                  "~ state launchd/jobs/gui~1501/com.apple.notificationcenterui.agent/pid: 418 → 419\n"
+                  "~ state processes \"NotificationCenter\"/pid: 418 → 419\n"_s);
     EXPECT_TRUE(log().contains(u"  [ERROR] Administrator authorization was cancelled or failed: User canceled.\n"_s));
     EXPECT_TRUE(log().endsWith(u"\n\n[PROFILE] Live Set apply failed or was cancelled — check logs.\n"_s));
 }
@@ -99,34 +130,40 @@ TEST_F(ProfileOnSimulatedMac, defaultTakesEveryTweakBack) {
     ASSERT_TRUE(apply(exampleProfile(u"live-set"_s)));
     const macsim::MacPicture applied = picture();
     EXPECT_TRUE(QCoro::waitFor(system->undoPerformanceTweaks()));
-    EXPECT_EQ(picture().changesSince(applied),
-              u"~ /Library/Preferences/com.apple.TimeMachine.plist AutoBackup: <false/> → <true/>\n"
-              "- /Users/alex/Library/Preferences/.GlobalPreferences.plist NSAppSleepDisabled: <true/>\n"
-              "- /Users/alex/Library/Preferences/ByHost/com.apple.notificationcenterui.5C1A9B3E-7D42-5F60-8E21-"
-              "4A6B0C9D3E17.plist doNotDisturb: <true/>\n"
-              "- /Users/alex/Library/Preferences/com.ableton.live.plist NSAppSleepDisabled: <true/>\n"
-              "- /Users/alex/Library/Preferences/com.apple.CrashReporter.plist DialogType: <string>none</string>\n"
-              "~ /Users/alex/Library/Preferences/com.apple.NetworkBrowser.plist DisableAirDrop: <true/> → <false/>\n"
-              "- /Users/alex/Library/Preferences/com.apple.Siri.plist Status: <string>Disabled</string>\n"
-              "~ /Users/alex/Library/Preferences/com.apple.SoftwareUpdate.plist AutomaticCheckEnabled: <false/> → "
-              "<true/>\n"
-              "~ /Users/alex/Library/Preferences/com.apple.SoftwareUpdate.plist AutomaticDownload: <false/> → <true/>\n"
-              "~ /Users/alex/Library/Preferences/com.apple.assistant.support.plist Assistant Enabled: <false/> → "
-              "<true/>\n"
-              "~ /Users/alex/Library/Preferences/com.apple.commerce.plist AutoUpdate: <false/> → <true/>\n"
-              "~ /Users/alex/Library/Preferences/com.apple.systemsound.plist com.apple.sound.uiaudio.enabled: "
-              "<integer>0</integer> → <integer>1</integer>\n"
-              // `load -w` leaves an override that says "enabled".
-              "- state launchd/disabled/user~1501: null\n"
-              "+ state launchd/disabled/user~1501/com.apple.notificationcenterui.agent: false\n"
-              "~ state power/sources/AC Power/disksleep: 0 → 10\n"
-              "~ state power/sources/AC Power/sleep: 0 → 1\n"
-              "~ state power/sources/AC Power/standby: 0 → 1\n"
-              "~ state power/sources/Battery Power/disksleep: 0 → 10\n"
-              "~ state power/sources/Battery Power/sleep: 0 → 1\n"
-              "~ state power/sources/Battery Power/standby: 0 → 1\n"
-              "~ state spotlight/volumes/~1: \"disabled\" → \"enabled\"\n"
-              "~ state spotlight/volumes/~1System~1Volumes~1Data: \"disabled\" → \"enabled\"\n"_s);
+    EXPECT_EQ(
+        picture().changesSince(applied),
+        u"- /Library/Preferences/com.apple.SoftwareUpdate.plist AutomaticDownload: <false/>\n"
+        "- /Library/Preferences/com.apple.SoftwareUpdate.plist AutomaticallyInstallMacOSUpdates: <false/>\n"
+        "~ /Library/Preferences/com.apple.TimeMachine.plist AutoBackup: <false/> → <true/>\n"
+        "- /Library/Preferences/com.apple.commerce.plist AutoUpdate: <false/>\n"
+        "- /Users/alex/Library/Preferences/.GlobalPreferences.plist NSAppSleepDisabled: <true/>\n"
+        "- /Users/alex/Library/Preferences/.GlobalPreferences.plist NSQuitAlwaysKeepsWindows: <true/>\n"
+        "- /Users/alex/Library/Preferences/.GlobalPreferences.plist com.apple.sound.uiaudio.enabled: "
+        "<integer>0</integer>\n"
+        "- "
+        "/Users/alex/Library/Preferences/ByHost/"
+        "com.apple.notificationcenterui.5C1A9B3E-7D42-5F60-8E21-4A6B0C9D3E17.plist doNotDisturb: <true/>\n"
+        "- /Users/alex/Library/Preferences/com.ableton.live.plist NSAppSleepDisabled: <true/>\n"
+        "- /Users/alex/Library/Preferences/com.apple.CrashReporter.plist DialogType: <string>none</string>\n"
+        "~ /Users/alex/Library/Preferences/com.apple.NetworkBrowser.plist DisableAirDrop: <true/> → <false/>\n"
+        "- /Users/alex/Library/Preferences/com.apple.Siri.plist Status: <string>Disabled</string>\n"
+        "~ /Users/alex/Library/Preferences/com.apple.SoftwareUpdate.plist AutomaticCheckEnabled: <false/> → <true/>\n"
+        "~ /Users/alex/Library/Preferences/com.apple.SoftwareUpdate.plist AutomaticDownload: <false/> → <true/>\n"
+        "~ /Users/alex/Library/Preferences/com.apple.assistant.support.plist Assistant Enabled: <false/> → <true/>\n"
+        "~ /Users/alex/Library/Preferences/com.apple.commerce.plist AutoUpdate: <false/> → <true/>\n"
+        "+ /Users/alex/Library/Preferences/com.apple.loginwindow.plist LoginwindowLaunchesRelaunchApps: <true/>\n"
+        "~ /Users/alex/Library/Preferences/com.apple.systemsound.plist com.apple.sound.uiaudio.enabled: "
+        "<integer>0</integer> → <integer>1</integer>\n"
+        "- state launchd/disabled/user~1501: null\n"
+        "+ state launchd/disabled/user~1501/com.apple.notificationcenterui.agent: false\n"
+        "~ state power/sources/AC Power/disksleep: 0 → 10\n"
+        "~ state power/sources/AC Power/sleep: 0 → 1\n"
+        "~ state power/sources/AC Power/standby: 0 → 1\n"
+        "~ state power/sources/Battery Power/disksleep: 0 → 10\n"
+        "~ state power/sources/Battery Power/sleep: 0 → 1\n"
+        "~ state power/sources/Battery Power/standby: 0 → 1\n"
+        "~ state spotlight/volumes/~1: \"disabled\" → \"enabled\"\n"
+        "~ state spotlight/volumes/~1System~1Volumes~1Data: \"disabled\" → \"enabled\"\n"_s);
     EXPECT_EQ(authorization.prompts().last(),
               u"Quorvane needs your administrator password to make these system changes."_s)
         << "another line than before";
@@ -208,7 +245,7 @@ TEST_F(ProfileOnDjLaptop, withoutFullDiskAccessBackupsAreNeitherReadNorSwitchedA
 TEST_F(ProfileOnSimulatedMac, aToolThatFailsLeavesTheOthersRunning) {
     start(R"([{"tool": "pmset", "arguments": "^-a", "status": 1, "error": "pmset: broken\n"}])");
     EXPECT_TRUE(apply(exampleProfile(u"live-set"_s)));
-    EXPECT_TRUE(log().contains(u"  [MISSING] USB Power — expected standby/disk/sleep at 0\n"
+    EXPECT_TRUE(log().contains(u"  [MISSING] USB Power — expected 0 on AC Power\n"
                                "  [VERIFY] 1 setting(s) could not be confirmed.\n"_s));
     EXPECT_EQ(shell(u"mdutil -s /"_s), u"/:\n\tIndexing disabled.\n"_s);
 }
@@ -333,8 +370,14 @@ TEST_F(ProfileOnSimulatedMac, theJournalTellsOfEveryCommandAndTheOnePrompt) {
         }
     }
     EXPECT_EQ(prompts, 1);
-    EXPECT_EQ(asRoot, QStringList({u"/usr/bin/pmset -a standby 0 disksleep 0 sleep 0 sms 0"_s,
-                                   u"/usr/bin/mdutil -a -i off"_s, u"/usr/bin/tmutil disable"_s}));
+    EXPECT_EQ(asRoot,
+              QStringList({u"/usr/bin/pmset -a standby 0 disksleep 0 sleep 0 sms 0"_s, u"/usr/bin/mdutil -a -i off"_s,
+                           u"/usr/bin/tmutil disable"_s,
+                           u"/usr/bin/defaults write /Library/Preferences/com.apple.SoftwareUpdate "
+                           "AutomaticDownload -bool NO"_s,
+                           u"/usr/bin/defaults write /Library/Preferences/com.apple.SoftwareUpdate "
+                           "AutomaticallyInstallMacOSUpdates -bool NO"_s,
+                           u"/usr/bin/defaults write /Library/Preferences/com.apple.commerce AutoUpdate -bool NO"_s}));
 }
 
 } // namespace quorvane

@@ -361,7 +361,8 @@ TEST_F(RehearsalTest, faultsThatCannotBeUnderstoodAreRefused) {
 }
 
 TEST_F(RehearsalTest, everyExampleMacCanBeMade) {
-    for (const QString& name : {u"dj-laptop"_s, u"studio-desktop"_s, u"fresh-macbook"_s, u"old-macbook"_s}) {
+    for (const QString& name : {u"dj-laptop"_s, u"studio-desktop"_s, u"fresh-macbook"_s, u"old-macbook"_s,
+                                u"bare-notebook"_s, u"bare-desktop"_s, u"bare-intel-notebook"_s, u"bare-tahoe"_s}) {
         const QString description = QStringLiteral(QUORVANE_SOURCE_DIR "/examples/macs/") + name + u".json"_s;
         const Ending run = start({u"--mac"_s, folder.path() + u'/' + name, u"new"_s, description});
         EXPECT_EQ(run.status, 0) << run.error.toStdString();

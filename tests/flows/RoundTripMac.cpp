@@ -46,6 +46,11 @@ Json randomPreference(Draw& draw) {
 
 /// Each of the captured preferences has some value, or none.
 void drawPreferences(Json& mac, Draw& draw) {
+    for (const char* scope : {"user", "userCurrentHost", "files"}) { // a member that comes later would move the others
+        if (Json& preferences = mac["preferences"][scope]; preferences.is_null()) {
+            preferences = Json::object();
+        }
+    }
     Json& user = mac["preferences"]["user"];
     for (const SnapshotPreference& preference : snapshotPreferences()) {
         Json& host = preference.isNotificationCenters() ? mac["preferences"]["userCurrentHost"]

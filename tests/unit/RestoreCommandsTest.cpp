@@ -225,16 +225,16 @@ TEST(RestoreCommands, bringTheSystemsSwitchesBackThatAreNotAsTheyWere) {
     snapshot.systemAutomaticDownload = CapturedValue{};
     EXPECT_EQ(systemPreferenceCommandsBack(snapshot, off), QStringList(remove));
     snapshot.systemAutomaticDownload = CapturedValue{u"1"_s};
-    EXPECT_EQ(systemPreferenceCommandsBack(snapshot, off), QStringList(write + u"YES"_s));
+    EXPECT_EQ(systemPreferenceCommandsBack(snapshot, off), QStringList(write + u"YES || true"_s));
     snapshot.systemAutomaticDownload = CapturedValue{u"NO"_s};
     EXPECT_EQ(systemPreferenceCommandsBack(snapshot, off), QStringList());
     EXPECT_EQ(systemPreferenceCommandsBack(snapshot, withSystemPreference(preference::kSystemUpdateDownload, u"1"_s)),
-              QStringList(write + u"NO"_s));
+              QStringList(write + u"NO || true"_s));
     snapshot.systemAutomaticDownload = CapturedValue{u"$(reboot)"_s};
     EXPECT_EQ(
         systemPreferenceCommandsBack(snapshot, off),
         QStringList(u"/usr/bin/defaults write /Library/Preferences/com.apple.SoftwareUpdate AutomaticDownload -string "
-                    "'$(reboot)'"_s));
+                    "'$(reboot)' || true"_s));
     EXPECT_EQ(systemPreferenceCommandsBack(std::nullopt, withSystemPreference(preference::kSystemUpdateDownload, {})),
               QStringList());
 }

@@ -220,9 +220,10 @@ const QString kUndoAsUser =
     reading::traced({reading::kTimeMachine}) + u"  [ACTION] Requesting Admin rights to restore system defaults...\n"_s;
 
 const QString kSwitchUpdatesOff =
-    u" ; /usr/bin/defaults write /Library/Preferences/com.apple.SoftwareUpdate AutomaticDownload -bool NO"
-    " ; /usr/bin/defaults write /Library/Preferences/com.apple.SoftwareUpdate AutomaticallyInstallMacOSUpdates -bool NO"
-    " ; /usr/bin/defaults write /Library/Preferences/com.apple.commerce AutoUpdate -bool NO"_s;
+    u" ; /usr/bin/defaults write /Library/Preferences/com.apple.SoftwareUpdate AutomaticDownload -bool NO || true"
+    " ; /usr/bin/defaults write /Library/Preferences/com.apple.SoftwareUpdate AutomaticallyInstallMacOSUpdates -bool "
+    "NO || true"
+    " ; /usr/bin/defaults write /Library/Preferences/com.apple.commerce AutoUpdate -bool NO || true"_s;
 const QString kLeaveUpdatesToMacOS =
     u" ; /usr/bin/defaults delete /Library/Preferences/com.apple.SoftwareUpdate AutomaticDownload || true"
     " ; /usr/bin/defaults delete /Library/Preferences/com.apple.SoftwareUpdate AutomaticallyInstallMacOSUpdates || true"
@@ -287,7 +288,7 @@ TEST_F(TweakFlows, aCancelledApplyStopsAfterTheErrorLine) {
             prompted(u"pmset -a standby 0 disksleep 0 sleep 0 ; mdutil -a -i off || true ; tmutil disable || true ; "
                      "pmset -a sms 0"_s +
                      kSwitchUpdatesOff) +
-            u"  [ERROR] Administrator authorization was cancelled or failed: User canceled.\n"_s);
+            u"  [ERROR] Administrator authorization was cancelled or failed: User canceled.\n"_s + kLookAtTweaks);
     EXPECT_FALSE(system.lastApplyVerification().has_value());
     EXPECT_EQ(system.adminBatchDepth(), 0);
 }
@@ -348,7 +349,8 @@ TEST_F(TweakFlows, aCancelledCleanRebootKeepsWhatRanAsTheUserAndPlansNothingMore
     EXPECT_FALSE(apply(settings, kKeepMail));
     EXPECT_EQ(takeTrace(), u"\nStarting Audio Performance optimizations...\n? tweaks\n"_s + kCleanRebootSteps +
                                kLookAtLaunchd + prompted(dumpLine()) +
-                               u"  [ERROR] Administrator authorization was cancelled or failed: User canceled.\n"_s);
+                               u"  [ERROR] Administrator authorization was cancelled or failed: User canceled.\n"_s +
+                               kLookAtTweaks);
     EXPECT_EQ(loginItems.names(), QStringList(u"Mail"_s));
     EXPECT_FALSE(system.backgroundTaskItems().has_value());
     EXPECT_FALSE(system.pendingBackgroundLoginItemChanges().has_value());
@@ -426,7 +428,8 @@ TEST_F(TweakFlows, aCancelledSyncStopsBeforeAppRestoration) {
                                prompted(u"pmset -a standby 1 disksleep 10 sleep 1 sms 1 ; mdutil -a -i on || true ; "
                                         "tmutil enable || true"_s +
                                         kLeaveUpdatesToMacOS) +
-                               u"  [ERROR] System tweak sync was cancelled or failed: User canceled.\n"_s);
+                               u"  [ERROR] System tweak sync was cancelled or failed: User canceled.\n"_s +
+                               kLookAtTweaks);
 }
 
 TEST_F(TweakFlows, aVerifyingSyncIsFalseWhenACheckFails) {

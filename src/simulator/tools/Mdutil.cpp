@@ -207,11 +207,13 @@ int handlePaths(ToolContext& context, const Json& state, const ToolOptions& opti
     int status = 0;
     for (const QString& typed : options.operands) {
         const QString path = context.absolutePath(typed);
-        if (!context.volume.exists(path)) {
+        const bool isMounted =
+            state.at("volumes").contains(path.toStdString()); // though its folder may not be described
+        if (!isMounted && !context.volume.exists(path)) {
             context.print(u"Error: invalid path `"_s + typed + u"'.\n"_s);
             continue;
         }
-        status |= handle(context, placeOf(state, context.volume.canonicalPath(path)), options);
+        status |= handle(context, placeOf(state, isMounted ? path : context.volume.canonicalPath(path)), options);
     }
     return status;
 }

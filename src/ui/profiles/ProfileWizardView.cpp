@@ -23,6 +23,8 @@
 
 #include <QCoroTask>
 
+#include <iterator>
+
 namespace quorvane {
 
 using namespace Qt::StringLiterals;
@@ -30,6 +32,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr WizardStep kSteps[] = {WizardStep::tweaks, WizardStep::startup, WizardStep::save};
+static_assert(std::size(kSteps) == kWizardSteps);
 
 QWidget* makeHeading(const QString& title, const QString& text) {
     auto* const heading = new QWidget;
@@ -140,7 +143,7 @@ void ProfileWizardView::update() {
     const WizardStep step = m_wizard->step();
     m_count->setText(stepCountText(static_cast<int>(step) + 1, kWizardSteps));
     m_stepTitle->setText(m_wizard->stepTitle());
-    for (int index = 0; index < m_stepButtons.size(); ++index) {
+    for (int index = 0; index < kWizardSteps; ++index) {
         m_stepButtons[index]->setChecked(kSteps[index] == step);
         m_stepButtons[index]->setEnabled(kSteps[index] == step || m_wizard->canGoTo(kSteps[index]));
     }
