@@ -71,7 +71,9 @@ QCoro::Task<void> SystemManager::strikeRestoredTweaks(PerformanceSettings wanted
     const OwnSettings own = readOwnSettings(m_host);
     const CurrentSettings current = co_await lookAtTweaks();
     const QStringList left = sorted(QSet<QString>(noted.begin(), noted.end()) - tweaksThatAreBack(own, current));
-    if (left != noted) {
+    if (left.isEmpty()) {
+        m_host.defaults.remove(kQuorvaneChangedTweaks);
+    } else if (left != noted) {
         m_host.defaults.setStringArray(kQuorvaneChangedTweaks, left);
     }
 }

@@ -176,8 +176,13 @@ TEST_F(ProfileOnSimulatedMac, theOneWayApplyLeavesUnselectedTweaksAlone) {
     settings.spotlight = true;
     EXPECT_TRUE(QCoro::waitFor(system->applyPerformanceTweaks(settings)));
     EXPECT_EQ(picture().changesSince(before),
-              u"~ /Users/alex/Library/Preferences/com.apple.CrashReporter.plist DialogType: "
-              "<string>crashreport</string> → <string>none</string>\n"
+              u"+ /Users/alex/Library/Preferences/com.apple.CrashReporter.plist: file\n"
+              "+ /Users/alex/Library/Preferences/com.apple.CrashReporter.plist DialogType: <string>none</string>\n"
+              "+ /Users/alex/Library/Preferences/com.quorvane.app.plist: file\n"
+              "+ /Users/alex/Library/Preferences/com.quorvane.app.plist QuorvaneChangedTweaks: <array>\n"
+              "\t<string>crashReporter</string>\n"
+              "\t<string>spotlight</string>\n"
+              "</array>\n"
               "~ state spotlight/volumes/~1: \"enabled\" → \"disabled\"\n"
               "~ state spotlight/volumes/~1System~1Volumes~1Data: \"enabled\" → \"disabled\"\n"_s);
 }

@@ -444,7 +444,7 @@ TEST_F(RehearsalTest, whatNobodyAnsweredIsNotVerified) {
                                "  [MISSING] UI Sounds — expected muted\n"
                                "  [VERIFY] 3 setting(s) could not be confirmed.\n";
 
-    const QString dead = file(u"dead.json"_s, R"([{"tool": "defaults", "signal": 9}])");
+    const QString dead = file(u"dead.json"_s, R"([{"tool": "defaults", "arguments": "read ", "signal": 9}])");
     const Ending killed = start({u"--mac"_s, macFolder(), u"--faults"_s, dead, u"tweaks"_s, quiet});
     EXPECT_EQ(killed.status, 1);
     EXPECT_TRUE(killed.output.endsWith(missing)) << killed.output.toStdString();

@@ -63,8 +63,10 @@ void drawPreferences(Json& mac, Draw& draw) {
             values = Json::object();
         }
         values.erase(preference.key.toString().toStdString());
-        if (!draw.oneIn(5)) {
-            values[preference.key.toString().toStdString()] = randomPreference(draw);
+        Draw later = draw; // what earlier versions didn't capture leaves the other draws as they were
+        Draw& own = preference.text ? draw : later;
+        if (!own.oneIn(5)) {
+            values[preference.key.toString().toStdString()] = randomPreference(own);
         } else if (values.empty()) {
             host.erase(domain.toStdString());
         }

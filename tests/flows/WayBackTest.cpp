@@ -239,7 +239,7 @@ TEST_F(WayBack, withoutASnapshotReinstateTakesTheStandardDefaults) {
                                    "  [INFO] No system snapshot found — using standard restore.\n"
                                    "\nUndoing Audio Performance tweaks (no snapshot — using standard defaults)...\n"_s))
         << logSince(lines).toStdString();
-    EXPECT_EQ(preferences(), u"\n\n1\n1\n1\n\n\n1\n\n1\n0\n1\n1\n"_s);
+    EXPECT_EQ(preferences(), u"\n\n1\n1\n1\n\n\n\n\n\n1\n\n1\n\n0\n1\n1\n"_s);
     EXPECT_EQ(networkServices(), u"Disabled\nDisabled\nDisabled\n"_s);
     EXPECT_EQ(loginNames(), QStringList(u"Ableton Live 11 Suite"_s));
 }
@@ -392,11 +392,14 @@ TEST_F(WayBack, defaultIsRecognisedOnceItHasBeenRestored) {
     EXPECT_EQ(system->logMessages().last(), u"  [VERIFY] Active configuration: Default (default)"_s);
 }
 
-// A key that is absent counts as switched off, although the system does what the key would switch on.
-TEST_F(WayBack, aMacWithoutTheKeysIsNotRecognisedAsDefault) {
-    shell(u"defaults delete com.apple.SoftwareUpdate; defaults delete com.apple.commerce; "
-          "defaults delete com.apple.assistant.support; defaults delete com.apple.systemsound"_s);
-    EXPECT_EQ(scan(), std::nullopt);
+// A key that is absent is macOS's own choice: updates and sounds are on, and a Siri that nobody has set up is off.
+TEST_F(WayBack, aMacWithoutTheKeysIsDefault) {
+    shell(
+        u"defaults delete com.apple.assistant.support; defaults delete NSGlobalDomain com.apple.sound.uiaudio.enabled; "
+        "defaults delete com.apple.loginwindow"_s);
+    const auto match = scan();
+    ASSERT_TRUE(match.has_value());
+    EXPECT_EQ(match->name, u"Default"_s);
     const ApplyVerificationResult inForce = QCoro::waitFor(
         system->verifyAppliedSettings(PerformanceSettings::fullSelection(), SystemManager::UnselectedTweaks::Ignored));
     QStringList names;
@@ -405,7 +408,7 @@ TEST_F(WayBack, aMacWithoutTheKeysIsNotRecognisedAsDefault) {
             names.append(item.name);
         }
     }
-    EXPECT_EQ(names, (QStringList{u"Software Updates"_s, u"Siri"_s, u"UI Sounds"_s}));
+    EXPECT_EQ(names, QStringList(u"Siri"_s));
 }
 
 TEST_F(WayBack, aScanRunsExactlyTheReadsThatItNeeds) {
@@ -414,19 +417,20 @@ TEST_F(WayBack, aScanRunsExactlyTheReadsThatItNeeds) {
     const QString notificationCenter = system->notificationCenterPreferences();
     EXPECT_EQ(
         commandsSince(records),
-        QStringList({u"/usr/bin/pmset -g custom"_s, u"/usr/bin/defaults read NSGlobalDomain NSAppSleepDisabled"_s,
-                     u"/usr/bin/defaults read com.apple.SoftwareUpdate AutomaticDownload"_s,
-                     u"/usr/bin/defaults read com.apple.SoftwareUpdate AutomaticCheckEnabled"_s,
-                     u"/usr/bin/defaults read com.apple.commerce AutoUpdate"_s,
-                     u"/usr/bin/defaults -currentHost read "_s + notificationCenter + u" doNotDisturb"_s,
-                     u"/usr/bin/defaults read com.apple.Siri Status"_s,
-                     u"/usr/bin/defaults read com.apple.assistant.support Assistant Enabled"_s,
-                     u"/usr/bin/defaults read com.apple.CrashReporter DialogType"_s,
-                     u"/usr/bin/defaults read com.apple.systemsound com.apple.sound.uiaudio.enabled"_s,
-                     u"/usr/bin/defaults read com.apple.NetworkBrowser DisableAirDrop"_s, u"/usr/bin/mdutil -s /"_s,
-                     u"/usr/bin/defaults read /Library/Preferences/com.apple.TimeMachine AutoBackup"_s,
-                     u"/usr/bin/defaults read com.apple.loginwindow TALLogoutSavesState"_s,
-                     u"/usr/bin/defaults read com.apple.loginwindow LoginwindowLaunchesRelaunchApps"_s}));
+        QStringList(
+            {u"/usr/bin/pmset -g custom"_s, u"/usr/bin/defaults read NSGlobalDomain NSAppSleepDisabled"_s,
+             u"/usr/bin/defaults read /Library/Preferences/com.apple.SoftwareUpdate AutomaticDownload"_s,
+             u"/usr/bin/defaults read /Library/Preferences/com.apple.SoftwareUpdate AutomaticallyInstallMacOSUpdates"_s,
+             u"/usr/bin/defaults read /Library/Preferences/com.apple.commerce AutoUpdate"_s,
+             u"/usr/bin/defaults -currentHost read "_s + notificationCenter + u" doNotDisturb"_s,
+             u"/usr/bin/defaults read com.apple.assistant.support Assistant Enabled"_s,
+             u"/usr/bin/defaults read com.apple.CrashReporter DialogType"_s,
+             u"/usr/bin/defaults read NSGlobalDomain com.apple.sound.uiaudio.enabled"_s,
+             u"/usr/bin/defaults read com.apple.NetworkBrowser DisableAirDrop"_s,
+             u"/usr/bin/mdutil -s / /System/Volumes/Data"_s,
+             u"/usr/bin/defaults read /Library/Preferences/com.apple.TimeMachine AutoBackup"_s,
+             u"/usr/bin/defaults read com.apple.loginwindow TALLogoutSavesState"_s,
+             u"/usr/bin/defaults read com.apple.loginwindow LoginwindowLaunchesRelaunchApps"_s}));
 }
 
 } // namespace quorvane
