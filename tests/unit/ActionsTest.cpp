@@ -89,31 +89,31 @@ protected:
     }
     void putEveryTweakInForce() {
         answerReadings({{reading::kAppNap, "1"},
-                        {reading::kUpdateDownload, "0"},
-                        {reading::kUpdateCheck, "0"},
-                        {reading::kStoreUpdate, "0"},
+                        {reading::kSystemUpdateDownload, "0"},
+                        {reading::kSystemUpdateInstall, "0"},
+                        {reading::kSystemStoreUpdate, "0"},
                         {reading::kDoNotDisturb, "1"},
-                        {reading::kSiri, "Disabled"},
+                        {reading::kAssistant, "0"},
                         {reading::kCrashReporter, "none"},
                         {reading::kSounds, "0"},
                         {reading::kAirDrop, "1"},
                         {reading::kPower, " standby 0\n disksleep 0\n sleep 0\n sms 0"},
-                        {reading::kSpotlight, "Indexing disabled."},
+                        {reading::kSpotlight, reading::indexing("Indexing disabled.")},
                         {reading::kTimeMachine, "0"},
                         {reading::kLogoutState, "1"},
                         {reading::kLoginRelaunch, "1"}});
     }
     void takeBackEveryTweakButOne() {
         answerReadings({{reading::kAppNap, "0"},
-                        {reading::kUpdateDownload, "1"},
-                        {reading::kUpdateCheck, "1"},
-                        {reading::kStoreUpdate, "1"},
+                        {reading::kSystemUpdateDownload, "1"},
+                        {reading::kSystemUpdateInstall, "1"},
+                        {reading::kSystemStoreUpdate, "1"},
                         {reading::kDoNotDisturb, "0"},
-                        {reading::kSiri, "Enabled"},
+                        {reading::kAssistant, "1"},
                         {reading::kCrashReporter, "crashreport"},
                         {reading::kSounds, "1"},
                         {reading::kPower, " standby 1\n disksleep 10\n sleep 1\n sms 1"},
-                        {reading::kSpotlight, "Indexing enabled."},
+                        {reading::kSpotlight, reading::indexing("Indexing enabled. ")},
                         {reading::kTimeMachine, "1"}});
     }
     bool commandsWereRun() const { return !trace.isEmpty(); }
@@ -214,6 +214,7 @@ TEST_F(ActionsTest, anUndoneProfileIsKeptButNotVerified) {
     UnifiedProfile profile = numberedProfile(2, u"Full"_s);
     profile.settings = PerformanceSettings::fullSelection();
     addProfile(profile);
+    noteEveryTweakChanged();
     putEveryTweakInForce();
     ASSERT_TRUE(ending(session->profileActions.review(profile, *listener)).succeeded);
     ASSERT_EQ(session->system.lastApplyVerification()->failed, QList<ApplyVerificationResult::Item>());

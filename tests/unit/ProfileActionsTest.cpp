@@ -12,6 +12,12 @@ const QString kDefaultQuestion = u"! Apply Default Profile? | This will restore 
                                  "settings.\n\nYour Mac will need to restart for all changes to take full effect. | "
                                  "Apply, Cancel"_s;
 
+/// Needs root.
+UnifiedProfile withoutIndexing(UnifiedProfile profile) {
+    profile.settings.spotlight = true;
+    return profile;
+}
+
 class ProfileActionsTest : public ActionSystem {
 protected:
     ProfileActionsTest() {
@@ -29,7 +35,7 @@ protected:
         return profile ? std::optional(profile->id) : std::nullopt;
     }
 
-    const UnifiedProfile live = numberedProfile(1, u"Live"_s);
+    const UnifiedProfile live = withoutIndexing(numberedProfile(1, u"Live"_s));
     const QString kReview = u"review: Review Profile: Live | Apply Profile"_s;
 };
 
