@@ -79,9 +79,8 @@ protected:
     void changeMostOfIt() {
         shell(u"defaults write com.apple.CrashReporter DialogType crashreport; "
               "defaults write com.apple.assistant.support 'Assistant Enabled' -bool true; "
-              "defaults write com.apple.systemsound com.apple.sound.uiaudio.enabled -int 1; "
+              "defaults write NSGlobalDomain com.apple.sound.uiaudio.enabled -int 1; "
               "defaults write NSGlobalDomain NSAppSleepDisabled -bool false; "
-              "defaults write com.apple.SoftwareUpdate AutomaticCheckEnabled -bool true; "
               "defaults -currentHost write com.apple.notificationcenterui doNotDisturb -bool false"_s);
     }
     void openTweaks() {

@@ -18,6 +18,7 @@ protected:
         for (int number = 0; number < names.size(); ++number) {
             UnifiedProfile profile = numberedProfile(number + 1, names.at(number));
             profile.settings.airdrop = true;
+            profile.settings.usbPower = true; // needs root
             profile.settings.siri = number == 1;
             saveProfile(profile);
         }
