@@ -165,7 +165,9 @@ TEST_F(DeletionByWindow, damagedFilesAreNamedAndLeftAlone) {
 TEST_F(DeletionByWindow, aNameLikeMarkupStandsPlainAndOnOneLineInEachAlert) {
     const QString hostile = u"<h1>Live<b>\n&gig"_s;
     const QString plain = u"<h1>Live<b> &gig"_s;
-    saveProfile(numberedProfile(9, hostile));
+    UnifiedProfile gig = numberedProfile(9, hostile);
+    gig.settings.usbPower = true; // needs root
+    saveProfile(gig);
     session().savedProfiles.tellChanged();
     processEventsUntil([&plain] { return profileRows().contains(plain); });
     const auto expectPlain = [&plain] {
