@@ -84,7 +84,7 @@ TEST_F(AdminBatchTest, theNeutralPromptLastsFiveMinutes) {
     runAdmin(u"a"_s, u"First."_s);
     clock.time = clock.time.addMSecs(5 * 60'000 - 1);
     runAdmin(u"a"_s, u"Second."_s);
-    clock.time = clock.time.addSecs(5 * 60);
+    clock.time = clock.time.addSecs(300);
     runAdmin(u"a"_s, u"Third."_s);
     clock.time = clock.time.addSecs(-1);
     runAdmin(u"a"_s, u"Fourth."_s);
