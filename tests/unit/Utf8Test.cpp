@@ -1,5 +1,8 @@
 #include "core/Utf8.h"
 
+#include <QByteArray>
+#include <QList>
+
 #include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
