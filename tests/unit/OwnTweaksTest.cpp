@@ -13,7 +13,7 @@ using Unselected = SystemManager::UnselectedTweaks;
 using Verify = SystemManager::VerifyAfterSync;
 
 const QString kCenterAgent = u"gui/501/com.apple.notificationcenterui.agent"_s;
-const QString kOverrideRecord = u"/Users/alex/.quorvane/launchd-overrides.json"_s;
+const QString kCenterRecord = u"/Users/alex/.quorvane/launchd-overrides.json"_s;
 
 PerformanceSettings with(std::initializer_list<bool PerformanceSettings::*> tweaks) {
     PerformanceSettings settings;
@@ -274,23 +274,23 @@ TEST_F(OwnTweaks, notificationCentersOverrideIsWrittenDownBeforeItIsMade) {
     QByteArray recorded;
     commands.respond = [this, &recorded](const QStringList& arguments) -> std::optional<CommandOutcome> {
         if (arguments.contains(u"unload"_s)) {
-            recorded = files.exists(kOverrideRecord) ? files.read(kOverrideRecord) : QByteArray();
+            recorded = files.exists(kCenterRecord) ? files.read(kCenterRecord) : QByteArray();
             commands.launchd.overrides.insert(kCenterAgent, true); // as a macOS that keeps it
         }
         return std::nullopt;
     };
     apply(with({&PerformanceSettings::notifications}));
     EXPECT_TRUE(recorded.contains("com.apple.notificationcenterui.agent"));
-    EXPECT_TRUE(files.read(kOverrideRecord).contains("com.apple.notificationcenterui.agent"));
+    EXPECT_TRUE(files.read(kCenterRecord).contains("com.apple.notificationcenterui.agent"));
 }
 
 TEST_F(OwnTweaks, anOverrideThatMacOSDidNotKeepIsNotWrittenDown) {
     apply(with({&PerformanceSettings::notifications}));
-    EXPECT_FALSE(files.exists(kOverrideRecord) && files.read(kOverrideRecord).contains("notificationcenterui"));
+    EXPECT_FALSE(files.exists(kCenterRecord) && files.read(kCenterRecord).contains("notificationcenterui"));
 }
 
 TEST_F(OwnTweaks, aFullDiskKeepsTheAgentFromBeingSwitchedOff) {
-    files.failOn(MemoryFileManager::Operation::Write, kOverrideRecord);
+    files.failOn(MemoryFileManager::Operation::Write, kCenterRecord);
     apply(with({&PerformanceSettings::notifications}));
     EXPECT_TRUE(trace.filter(u"unload"_s).isEmpty());
     EXPECT_FALSE(trace.filter(u"Could not read or write the record of what is switched off"_s).isEmpty());
@@ -303,14 +303,14 @@ TEST_F(OwnTweaks, eachWayBackEnablesNotificationCenterBeforeItLoadsIt) {
         "$ /usr/bin/open -a NotificationCenter\n"_s;
     const auto switchOff = [this] {
         commands.launchd.overrides.insert(kCenterAgent, true);
-        files.addFile(kOverrideRecord, R"([{"label": "com.apple.notificationcenterui.agent", "domain": "user"}])");
+        files.addFile(kCenterRecord, R"([{"label": "com.apple.notificationcenterui.agent", "domain": "user"}])");
     };
     switchOff();
     EXPECT_EQ(detailOf(u"Notifications"_s, verified({}, Unselected::ExpectedRestored)), u"-- expected enabled"_s);
     EXPECT_TRUE(sync({}));
     EXPECT_TRUE(takeChanges().contains(enabling));
     EXPECT_FALSE(commands.launchd.isOff(kCenterAgent));
-    EXPECT_FALSE(files.exists(kOverrideRecord) && files.read(kOverrideRecord).contains("notificationcenterui"));
+    EXPECT_FALSE(files.exists(kCenterRecord) && files.read(kCenterRecord).contains("notificationcenterui"));
     switchOff();
     EXPECT_TRUE(undo());
     EXPECT_TRUE(takeChanges().contains(enabling));
@@ -324,7 +324,7 @@ TEST_F(OwnTweaks, anOverrideThatStaysFailsTheRowAndTheWayBack) {
     const QString error = u"  [ERROR] Notification Center is still switched off.\n"_s;
     commands.launchd.overrides.insert(kCenterAgent, true);
     commands.launchd.stubborn.insert(kCenterAgent);
-    files.addFile(kOverrideRecord, R"([{"label": "com.apple.notificationcenterui.agent", "domain": "user"}])");
+    files.addFile(kCenterRecord, R"([{"label": "com.apple.notificationcenterui.agent", "domain": "user"}])");
     EXPECT_FALSE(sync({}, Verify::Yes));
     EXPECT_TRUE(takeChanges().contains(error));
     EXPECT_EQ(detailOf(u"Notifications"_s, *system.lastApplyVerification()), u"-- expected enabled"_s);
@@ -332,7 +332,7 @@ TEST_F(OwnTweaks, anOverrideThatStaysFailsTheRowAndTheWayBack) {
     EXPECT_TRUE(takeChanges().contains(error));
     EXPECT_FALSE(QCoro::waitFor(system.restoreFromSnapshot(usersOwn())));
     EXPECT_TRUE(takeChanges().contains(error));
-    EXPECT_TRUE(files.read(kOverrideRecord).contains("notificationcenterui")) << "for the next way back";
+    EXPECT_TRUE(files.read(kCenterRecord).contains("notificationcenterui")) << "for the next way back";
 }
 
 TEST_F(OwnTweaks, anOverrideOfTheUsersOwnIsLeftAlone) {
