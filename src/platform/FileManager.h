@@ -94,6 +94,13 @@ public:
     /// Writes beside the file and puts it in place in one step, so that the old content survives every failure.
     /// A symbolic link at the path is replaced, not followed. Throws FileError.
     virtual void writeAtomically(const QString& path, const QByteArray& bytes) = 0;
+    /// Adds to the end of a file, which is made where it is missing, and is then its owner's alone to read. What a program that dies
+    /// meanwhile has added may be there in part. A symbolic link at the path isn't followed. Throws FileError.
+    enum class Flush {
+        No,
+        Yes, ///< it is on the medium when the call returns, with all that was added before
+    };
+    virtual void append(const QString& path, const QByteArray& bytes, Flush flush) = 0;
     /// Renames within a volume; an existing file at the new path is replaced. Throws FileError.
     virtual void move(const QString& from, const QString& to) = 0;
     /// Removes a file, a link or an empty folder. Throws FileError.

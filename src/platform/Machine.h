@@ -29,6 +29,10 @@ public:
     virtual QString systemVersion() const = 0;
     /// Of the real user, whatever rights the process has.
     virtual quint32 userId() const = 0;
+    /// The process that the program is, by a name that no other has until the computer starts anew.
+    virtual QString processName() const = 0;
+    /// Whether the process of that name runs still, whoever's it is. False of one from before the computer's last start.
+    virtual bool isRunning(const QString& processName) const = 0;
     /// A moment as the user writes it, in their language and time zone: the date in medium, the time in short length.
     /// "Nov 15, 2026 at 9:05 PM".
     virtual QString dateAndTimeText(const QDateTime& moment) const = 0;

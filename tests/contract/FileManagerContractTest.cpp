@@ -47,6 +47,23 @@ TEST_P(FileManagerContract, aLinkAtTheNameIsReplacedAndNotFollowed) {
     EXPECT_EQ(files.read(path(u"link"_s)), "new");
 }
 
+TEST_P(FileManagerContract, whatIsAddedStandsAtTheEnd) {
+    files.append(path(u"log"_s), "one\n", FileManager::Flush::No);
+    files.append(path(u"log"_s), "two\n", FileManager::Flush::Yes);
+    EXPECT_EQ(files.read(path(u"log"_s)), "one\ntwo\n");
+    EXPECT_EQ(sortedNames(), QStringList(u"log"_s));
+}
+
+TEST_P(FileManagerContract, nothingIsAddedThroughALinkOrToAFolder) {
+    files.writeAtomically(path(u"target"_s), "old");
+    subject->link(path(u"link"_s), path(u"target"_s));
+    EXPECT_THROW(files.append(path(u"link"_s), "new", FileManager::Flush::No), FileError);
+    EXPECT_EQ(files.read(path(u"target"_s)), "old");
+    files.createFolders(path(u"folder"_s));
+    EXPECT_THROW(files.append(path(u"folder"_s), "new", FileManager::Flush::No), FileError);
+    EXPECT_THROW(files.append(path(u"missing/log"_s), "new", FileManager::Flush::No), FileError);
+}
+
 TEST_P(FileManagerContract, moveReplacesAndRemoveRemoves) {
     files.writeAtomically(path(u"a"_s), "1");
     files.writeAtomically(path(u"b"_s), "2");

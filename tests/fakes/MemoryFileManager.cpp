@@ -101,6 +101,26 @@ void MemoryFileManager::writeAtomically(const QString& path, const QByteArray& b
     put(place, FileStatus::Kind::File, bytes);
 }
 
+void MemoryFileManager::append(const QString& path, const QByteArray& bytes, Flush /*flush*/) {
+    const QString place = beginChange(Operation::Write, path);
+    const Node* existing = find(place);
+    if (existing == nullptr) {
+        requireChangeableNames(place);
+        put(place, FileStatus::Kind::File, bytes);
+        return;
+    }
+    if (existing->kind == FileStatus::Kind::Link) {
+        throw FileError(path, ELOOP);
+    }
+    if (existing->kind == FileStatus::Kind::Folder) {
+        throw FileError(path, EISDIR);
+    }
+    if (!existing->isWritable) {
+        throw FileError(path, EACCES);
+    }
+    nodeAt(place).bytes.append(bytes);
+}
+
 void MemoryFileManager::move(const QString& from, const QString& to) {
     const QString source = beginChange(Operation::Move, from);
     const QString target = touch(to, Last::Itself);

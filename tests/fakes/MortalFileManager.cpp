@@ -35,6 +35,11 @@ void MortalFileManager::writeAtomically(const QString& path, const QByteArray& b
     m_files.writeAtomically(path, bytes);
 }
 
+void MortalFileManager::append(const QString& path, const QByteArray& bytes, Flush flush) {
+    live(path);
+    m_files.append(path, bytes, flush);
+}
+
 void MortalFileManager::move(const QString& from, const QString& to) {
     live(from);
     m_files.move(from, to);

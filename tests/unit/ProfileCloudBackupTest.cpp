@@ -24,6 +24,8 @@ public:
     QString hardwareId() const override { return {}; }
     QString systemVersion() const override { return {}; }
     quint32 userId() const override { return 501; }
+    QString processName() const override { return {}; }
+    bool isRunning(const QString& /*processName*/) const override { return false; }
     QString dateAndTimeText(const QDateTime& moment) const override {
         return u"on "_s + moment.toString(u"d.M. H:mm"_s);
     }

@@ -27,6 +27,8 @@ public:
     QString hardwareId() const override { return {}; }
     QString systemVersion() const override { return version; }
     quint32 userId() const override { return 501; }
+    QString processName() const override { return {}; }
+    bool isRunning(const QString& /*processName*/) const override { return false; }
     QString dateAndTimeText(const QDateTime& /*moment*/) const override { return {}; }
 
     QString version = u"14.7"_s;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/Machine.h"
+#include "platform/portable/ProcessName.h"
 
 #include <memory>
 
@@ -18,6 +19,8 @@ public:
     QString computerName() const override { return m_computerName; }
     QString hardwareId() const override { return m_hardwareId; }
     quint32 userId() const override { return m_userId; }
+    QString processName() const override { return ownProcessName(); }
+    bool isRunning(const QString& processName) const override { return isProcessRunning(processName); }
     QString systemVersion() const override { return m_systemVersion; }
     QString dateAndTimeText(const QDateTime& moment) const override;
 

@@ -164,6 +164,23 @@ void DiskFileManager::writeAtomically(const QString& path, const QByteArray& byt
     beside.setAutoRemove(false);
 }
 
+void DiskFileManager::append(const QString& path, const QByteArray& bytes, Flush flush) {
+    const int descriptor =
+        ::open(QFile::encodeName(path).constData(), O_WRONLY | O_APPEND | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC,
+               S_IRUSR | S_IWUSR);
+    if (descriptor < 0) {
+        fail(path, errno);
+    }
+    QFile file;
+    if (!file.open(descriptor, QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered,
+                   QFile::AutoCloseHandle)) {
+        throw FileError(path, file.errorString());
+    }
+    if (file.write(bytes) != bytes.size() || (flush == Flush::Yes && !flushToMedium(descriptor))) {
+        throw FileError(path, file.errorString());
+    }
+}
+
 void DiskFileManager::move(const QString& from, const QString& to) {
     rename(from, to, from);
 }

@@ -77,6 +77,11 @@ void FaultyFileManager::writeAtomically(const QString& path, const QByteArray& b
     m_files.writeAtomically(path, bytes);
 }
 
+void FaultyFileManager::append(const QString& path, const QByteArray& bytes, Flush flush) {
+    beforeChange(path);
+    m_files.append(path, bytes, flush);
+}
+
 void FaultyFileManager::move(const QString& from, const QString& to) {
     beforeChange(from);
     m_files.move(from, to);

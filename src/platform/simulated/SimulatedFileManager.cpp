@@ -171,6 +171,16 @@ void SimulatedFileManager::removeIfThere(const QString& path) const {
     }
 }
 
+/// A simulated Mac loses no power: what is written is there.
+void SimulatedFileManager::append(const QString& path, const QByteArray& bytes, Flush /*flush*/) {
+    reported([&] {
+        if (m_volume.kind(path) == macsim::Volume::Kind::Link) {
+            throw macsim::FileError(ELOOP, path);
+        }
+        m_volume.append(path, bytes);
+    });
+}
+
 void SimulatedFileManager::move(const QString& from, const QString& to) {
     reported([&] { m_volume.move(from, to); });
 }

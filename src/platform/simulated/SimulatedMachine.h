@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/Machine.h"
+#include "platform/portable/ProcessName.h"
 #include "simulator/Mac.h"
 
 #include <QLocale>
@@ -22,6 +23,9 @@ public:
     QString hardwareId() const override { return m_mac.machine().hardwareUuid; }
     QString systemVersion() const override { return m_mac.machine().systemVersion; }
     quint32 userId() const override { return static_cast<quint32>(m_mac.machine().userId); }
+    /// The host's: the program itself is none of the Mac's processes.
+    QString processName() const override { return ownProcessName(); }
+    bool isRunning(const QString& processName) const override { return isProcessRunning(processName); }
     /// As a Mac whose language is English.
     QString dateAndTimeText(const QDateTime& moment) const override {
         return QLocale::c().toString(moment.toLocalTime(), QStringLiteral("MMM d, yyyy 'at' h:mm AP"));
