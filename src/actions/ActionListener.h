@@ -38,6 +38,8 @@ public:
     virtual bool asks() const = 0;
     /// @return false for the cancel button
     virtual QCoro::Task<bool> ask(Alert question) = 0;
+    /// @return the button that was pressed; whoever only agrees presses the cancel button
+    virtual QCoro::Task<int> choose(Alert question);
     /// Ends when the user has seen it.
     virtual QCoro::Task<void> tell(ClosingAlert alert) = 0;
 

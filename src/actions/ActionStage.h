@@ -48,6 +48,8 @@ public:
     bool asks() const { return m_listener.asks(); }
     /// A question, if there is one, and the lock and the others once more: the answer may have taken its time.
     QCoro::Task<bool> isAgreedTo(std::optional<Alert> question);
+    /// A question of several answers. @return the button that was pressed
+    QCoro::Task<int> choose(Alert question) { return m_listener.choose(std::move(question)); }
     /// The same by a review. The preview that it showed is in the outcome. Once agreed to, it ends with the action: by its
     /// result, by that of a failed apply, or, where nothing was carried out, without one.
     QCoro::Task<bool> isAgreedTo(Review review);

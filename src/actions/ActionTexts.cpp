@@ -7,6 +7,7 @@
 #include "network/NetworkOperations.h"
 #include "profiles/ProfileManager.h"
 #include "startup/apply/StartupVerification.h"
+#include "verification/LastFlowStanding.h"
 
 namespace quorvane {
 
@@ -291,6 +292,17 @@ ClosingAlert networkAlert(const NetworkOutcome& outcome) {
 
 ClosingAlert errorAlert(const QString& text) {
     return warning(kError, text);
+}
+
+ClosingAlert changesAlert(const LastFlowStanding& standing) {
+    constexpr qsizetype kMostLines = 20; // an alert is no list to scroll in: the log has them all
+    QStringList lines = changeLines(standing);
+    if (lines.size() > kMostLines) {
+        const qsizetype more = lines.size() - kMostLines;
+        lines = lines.first(kMostLines);
+        lines.append(u"and %1 more, which the Logs tab names."_s.arg(more));
+    }
+    return {changesTitle(standing), lines.join(u'\n'), AlertStyle::Warning};
 }
 
 ClosingAlert aboutAlert() {

@@ -18,6 +18,7 @@ namespace quorvane {
 
 struct ActionOutcome;
 struct ActiveConfiguration;
+struct LastFlowStanding;
 struct MaintenanceOutcome;
 struct MaintenanceSelection;
 struct NetworkOutcome;
@@ -86,6 +87,8 @@ ClosingAlert maintenanceAlert(const MaintenanceOutcome& outcome);
 ClosingAlert networkAlert(const NetworkOutcome& outcome);
 /// @param text  what went wrong
 ClosingAlert errorAlert(const QString& text);
+/// Names each setting that isn't any more as it was left.
+ClosingAlert changesAlert(const LastFlowStanding& standing);
 ClosingAlert aboutAlert();
 ClosingAlert emptyLogAlert();
 /// @param problem  why the log couldn't be saved; none when it was

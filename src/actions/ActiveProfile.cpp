@@ -92,6 +92,7 @@ bool isOfSavedProfile(const ActiveConfiguration& active) {
 ActiveConfiguration activeConfiguration(const ConfigurationReadings& readings) {
     ActiveConfiguration active;
     active.wasVerified = readings.wasScanned;
+    active.standing = readings.standing;
     active.lastApplied = lastApplied(readings);
     active.current = current(readings);
     if (!readings.wasScanned) {
@@ -133,7 +134,8 @@ void ActiveProfile::update() {
 
 ActiveConfiguration ActiveProfile::read() const {
     return activeConfiguration({m_system.hasVerifiedSystem(), m_system.systemMatch(),
-                                m_defaults.string(kQuorvaneLastAppliedProfileName), m_profiles.known().profiles});
+                                m_defaults.string(kQuorvaneLastAppliedProfileName), m_profiles.known().profiles,
+                                m_system.lastFlowStanding()});
 }
 
 } // namespace quorvane

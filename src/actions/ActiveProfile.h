@@ -2,6 +2,7 @@
 
 #include "matching/SystemConfigurationMatch.h"
 #include "profiles/UnifiedProfile.h"
+#include "verification/LastFlowStanding.h"
 
 #include <QObject>
 
@@ -19,6 +20,7 @@ struct ConfigurationReadings {
     std::optional<SystemConfigurationMatch> match; ///< none where nothing fits
     std::optional<QString> lastAppliedName;
     QList<UnifiedProfile> profiles; ///< the saved ones
+    std::optional<LastFlowStanding> standing = {};
 };
 
 /// A configuration by its name: a saved profile, or Default.
@@ -39,6 +41,7 @@ struct ActiveConfiguration {
     std::optional<QUuid> id;                             ///< of that profile, where it is known
     std::optional<ApplyVerificationResult> verification; ///< none before the first scan, and of one that was kept
     bool isKept = false;                                 ///< it was in force before; no scan has confirmed it since
+    std::optional<LastFlowStanding> standing; ///< of what the last apply or way back has left, by the last scan
 
     // What the user has chosen.
     NamedConfiguration lastApplied; ///< none where no saved profile has that name any more

@@ -14,6 +14,10 @@ QCoro::Task<bool> AlertingListener::ask(Alert question) {
     co_return pressed != question.cancelButton;
 }
 
+QCoro::Task<int> AlertingListener::choose(Alert question) {
+    co_return co_await m_alerts.present(question);
+}
+
 QCoro::Task<void> AlertingListener::tell(ClosingAlert alert) {
     const Alert shown{alert.title, alert.text, {u"OK"_s}, 0, {}, alert.style};
     co_await m_alerts.present(shown);

@@ -15,6 +15,7 @@ public:
 
     bool asks() const override { return true; }
     QCoro::Task<bool> ask(Alert question) override;
+    QCoro::Task<int> choose(Alert question) override;
     QCoro::Task<void> tell(ClosingAlert alert) override;
     QCoro::Task<void> readAnew(Anew what) override;
 

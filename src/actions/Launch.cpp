@@ -19,7 +19,10 @@ Launch::Launch(const Parts& parts)
     , m_baselinePrompt(
           {parts.clock, parts.session.tasks, parts.session.turnstile, parts.session.scans, parts.session.activeProfile,
            parts.lock, parts.session.system.masterBaselines()},
-          [parts] { parts.session.tasks.start(parts.session.systemActions.offerMasterBaseline(parts.listener)); }) {}
+          [parts] { parts.session.tasks.start(parts.session.systemActions.offerMasterBaseline(parts.listener)); })
+    , m_interruption({parts.session.system, parts.session.tasks, parts.session.turnstile, parts.lock},
+                     [parts] { return parts.session.interruptionActions.offer(parts.listener); },
+                     [this] { m_parts.session.tasks.start(lookAround()); }) {}
 
 void Launch::windowAppeared() {
     m_parts.appearance.applyAppearance();
@@ -32,9 +35,7 @@ void Launch::windowAppeared() {
 void Launch::windowPainted() {
     m_parts.session.savedProfiles.readAnew();
     m_parts.session.savedProfiles.list();
-    if (!std::exchange(m_hasLookedAround, true)) {
-        m_parts.session.tasks.start(lookAround());
-    }
+    m_interruption.windowPainted();
 }
 
 void Launch::windowClosed() {

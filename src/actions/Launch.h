@@ -1,6 +1,7 @@
 #pragma once
 
 #include "actions/BaselinePromptSchedule.h"
+#include "actions/InterruptionSchedule.h"
 
 namespace quorvane {
 
@@ -32,7 +33,7 @@ private:
 
     Parts m_parts;
     BaselinePromptSchedule m_baselinePrompt;
-    bool m_hasLookedAround = false;
+    InterruptionSchedule m_interruption;
 };
 
 } // namespace quorvane

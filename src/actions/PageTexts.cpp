@@ -6,6 +6,7 @@
 #include "platform/Machine.h"
 
 #include <algorithm>
+#include <chrono>
 
 namespace quorvane {
 
@@ -18,6 +19,7 @@ using Tone = StatusRow::Tone;
 const QString kSeal = u"checkmark.seal.fill"_s;
 const QString kTriangle = u"exclamationmark.triangle.fill"_s;
 const QString kStandardOperation = u"Standard macOS operation"_s;
+constexpr std::chrono::seconds kDay = std::chrono::hours(24);
 const QString kUnverified = u" (unverified)"_s;
 
 StatusRow unverifiedRow(const ActiveConfiguration& active) {
@@ -87,6 +89,23 @@ StatusRow statusRow(const ActiveConfiguration& active, bool isVerifying) {
         row.detail = u"Verifying system settings…"_s;
     }
     return row;
+}
+
+std::optional<StatusNote> changesNote(const ActiveConfiguration& active) {
+    if (!active.standing || active.standing->changed.isEmpty()) {
+        return std::nullopt;
+    }
+    return StatusNote{changesTitle(*active.standing), u"Show"_s};
+}
+
+std::optional<StatusNote> inForceNote(const ActiveConfiguration& active, const Machine& machine, const QDateTime& now) {
+    const bool isOfStanding = active.standing && active.standing->isProfile && active.standing->name == active.name;
+    if (!isOfSavedProfile(active) || !isOfStanding || active.standing->since.secsTo(now) <= kDay.count()) {
+        return std::nullopt;
+    }
+    return StatusNote{u"“%1” has been in force since %2."_s.arg(nameOnOneLine(active.name),
+                                                                machine.dateAndTimeText(active.standing->since)),
+                      u"Revert…"_s};
 }
 
 RowText verifySystemRow() {

@@ -40,6 +40,18 @@ struct StatusRow {
 /// @param isVerifying  a scan is under way
 StatusRow statusRow(const ActiveConfiguration& active, bool isVerifying);
 
+/// What stands beneath the status, with what can be done about it.
+struct StatusNote {
+    QString text;
+    QString button;
+
+    bool operator==(const StatusNote&) const = default;
+};
+/// What has changed since the last apply or way back; none where nothing has.
+std::optional<StatusNote> changesNote(const ActiveConfiguration& active);
+/// Of a profile that has been in force for more than a day: somebody may have forgotten it.
+std::optional<StatusNote> inForceNote(const ActiveConfiguration& active, const Machine& machine, const QDateTime& now);
+
 RowText verifySystemRow();
 /// None without a snapshot.
 std::optional<RowText> snapshotRow(const std::optional<SavedSnapshot>& snapshot, const Machine& machine);

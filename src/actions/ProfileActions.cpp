@@ -143,6 +143,11 @@ QCoro::Task<void> ProfileActions::apply(Action& action, UnifiedProfile profile, 
     action.showResult(resultPanel(ReviewSubject::Profile, action.outcome));
 }
 
+bool ProfileActions::isSaved(const UnifiedProfile& profile) const {
+    const std::optional<UnifiedProfile> stored = m_parts.store.loadProfile(profile.name);
+    return stored && stored->id == profile.id && stored->hasSameContent(profile);
+}
+
 QCoro::Task<void> ProfileActions::followAppliedProfile(Action& action, UnifiedProfile profile) {
     m_parts.active.update();
     m_parts.notifications.post(kQuorvaneProfileApplied, {{u"profileName"_s, profile.name}});

@@ -65,14 +65,19 @@ public:
     /// The same of the one that is loaded; nothing without one.
     QCoro::Task<ActionOutcome> removeCurrent(ActionListener& listener);
 
+    // What follows an apply that an action has carried out.
+
+    /// True where it is saved just as it is.
+    bool isSaved(const UnifiedProfile& profile) const;
+    QCoro::Task<void> followAppliedProfile(Action& action, UnifiedProfile profile);
+    QCoro::Task<void> followDefault(StartedFrom from);
+
 private:
     QCoro::Task<void> tellNotLoaded(Action& action, QString name, StartedFrom from);
     QCoro::Task<void> reviewAndApply(Action& action, UnifiedProfile profile);
     QCoro::Task<void> apply(Action& action, UnifiedProfile profile, QString busyText);
     QCoro::Task<ReviewPreview> preview(UnifiedProfile profile);
-    QCoro::Task<void> followAppliedProfile(Action& action, UnifiedProfile profile);
     QCoro::Task<void> askAndRestoreDefault(Action& action, StartedFrom from);
-    QCoro::Task<void> followDefault(StartedFrom from);
     QCoro::Task<void> backUpDefault();
     QCoro::Task<void> carryOutRemoval(Action& action, QString name, QUuid id);
     QCoro::Task<bool> isGone(QString name, QUuid id);

@@ -3,6 +3,7 @@
 #include "actions/ActionStage.h"
 #include "actions/ActiveProfile.h"
 #include "actions/BackupActions.h"
+#include "actions/InterruptionActions.h"
 #include "actions/LogActions.h"
 #include "actions/MaintenanceActions.h"
 #include "actions/NetworkActions.h"
@@ -79,6 +80,7 @@ public:
     ProfileExchange profileExchange;
     TweakActions tweakActions;
     SystemActions systemActions;
+    InterruptionActions interruptionActions;
     BackupActions backupActions;
     MaintenanceActions maintenanceActions;
     NetworkActions networkActions;

@@ -118,6 +118,15 @@ QCoro::Task<std::optional<FoundBaseline>> SystemActions::foundForTheQuestion(Act
     co_return found;
 }
 
+QCoro::Task<ActionOutcome> SystemActions::showChanges(ActionListener& listener) {
+    return m_stage.run(listener, [this](Action& action) -> QCoro::Task<void> {
+        const std::optional<LastFlowStanding> standing = m_system.lastFlowStanding();
+        if (standing && !standing->changed.isEmpty()) {
+            co_await action.tell(changesAlert(*standing));
+        }
+    });
+}
+
 QCoro::Task<ActionOutcome> SystemActions::showAbout(ActionListener& listener) {
     return m_stage.run(listener, [](Action& action) { return action.tell(aboutAlert()); });
 }

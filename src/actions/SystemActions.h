@@ -30,6 +30,8 @@ public:
     QCoro::Task<ActionOutcome> offerMasterBaseline(ActionListener& listener);
     /// "Reinstate System".
     QCoro::Task<ActionOutcome> reinstate(ActionListener& listener);
+    /// What has changed since the last apply or way back, as the last scan has found it.
+    QCoro::Task<ActionOutcome> showChanges(ActionListener& listener);
     /// "About Quorvane".
     QCoro::Task<ActionOutcome> showAbout(ActionListener& listener);
     /// Carries out the startup half of a profile, after a review.

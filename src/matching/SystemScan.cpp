@@ -64,6 +64,28 @@ QCoro::Task<QStringList> SystemScan::onAgain() {
     co_return sortedTexts(labelsOnAgain(m_launchd.recordedOverrides(), now));
 }
 
+QCoro::Task<std::optional<LastFlowStanding>> SystemScan::standing(LastFlow last) {
+    ApplyVerificationResult now;
+    switch (last.flow) {
+    case RecordedFlow::Profile:
+        now = co_await m_verification.profile(last.profile, AfterOrder::No);
+        break;
+    case RecordedFlow::Tweaks: {
+        const CleanReboot cleanReboot = last.cleanReboot.value_or(CleanReboot());
+        now = co_await m_verification.tweaks(last.profile.settings, UnselectedTweaks::Ignored, cleanReboot, AfterOrder::No);
+        break;
+    }
+    case RecordedFlow::Startup:
+        now = co_await m_verification.startup(last.profile.startup);
+        break;
+    case RecordedFlow::Undo:
+    case RecordedFlow::Default:
+    case RecordedFlow::Reinstate:
+        break;
+    }
+    co_return isUndecided() ? std::nullopt : std::optional(standingOf(last, now));
+}
+
 bool SystemScan::isUndecided() const {
     return m_session.isAbandoned() || !m_session.missing().isEmpty();
 }

@@ -1,11 +1,13 @@
 #pragma once
 
+#include "flows/LastFlow.h"
 #include "matching/SystemConfigurationMatch.h"
 #include "matching/SystemVerification.h"
 #include "readings/ReadingSession.h"
 #include "startup/apply/StartupItems.h"
 #include "startup/launchd/Launchd.h"
 #include "startup/login/LoginItems.h"
+#include "verification/LastFlowStanding.h"
 
 #include <optional>
 
@@ -23,6 +25,8 @@ public:
                                                                 std::optional<QString> appliedName);
     /// Labels that the program had switched off and that are on again; sorted. Asks launchd where the search hasn't.
     QCoro::Task<QStringList> onAgain();
+    /// How what a flow has left stands now; none where something wasn't answered.
+    QCoro::Task<std::optional<LastFlowStanding>> standing(LastFlow last);
     /// What wasn't answered.
     const QStringList& missing() const { return m_session.missing(); }
 

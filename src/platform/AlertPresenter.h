@@ -19,8 +19,12 @@ struct Alert {
     std::optional<int> destructiveButton{}; ///< what it does can't be taken back
     AlertStyle style = AlertStyle::Informational;
 
-    /// The one that Return presses.
-    int returnButton() const { return destructiveButton == 0 ? cancelButton : 0; }
+    bool isReturnSafe = true; ///< false where a key that was meant for something else mustn't decide
+
+    /// The one that Return presses; none where it presses nothing.
+    std::optional<int> returnButton() const {
+        return isReturnSafe ? std::optional(destructiveButton == 0 ? cancelButton : 0) : std::nullopt;
+    }
 
     bool operator==(const Alert&) const = default;
 };

@@ -1,5 +1,6 @@
 #include "profiles/ApplyPreviews.h"
 
+#include "core/OneLine.h"
 #include "tweaks/TweakCatalogue.h"
 
 namespace quorvane {
@@ -92,6 +93,18 @@ QList<ReviewSection> changeSections(const StartupChangePreview& preview) {
     return sections;
 }
 
+/// What a performer should know before anything else.
+QList<ReviewSection> standingSections(const std::optional<LastFlowStanding>& standing) {
+    if (!standing || standing->changed.isEmpty()) {
+        return {};
+    }
+    ReviewSection section{changesTitle(*standing), u"exclamationmark.triangle"_s, {}};
+    for (const ApplyVerificationResult::Item& item : standing->changed) {
+        section.rows.append({nameOnOneLine(item.name), onOneLine(item.detail.value_or(QString()))});
+    }
+    return {section};
+}
+
 } // namespace
 
 QList<ReviewSection> reviewSections(const StartupChangePreview& preview) {
@@ -107,11 +120,12 @@ QList<ReviewSection> reviewSections(const ProfileApplyPreview& preview) {
     } else if (tweaks.rows.size() < tweakCatalogue().size()) {
         tweaks.rows.append({u"Restore all other performance tweaks to "_s + where, {}});
     }
-    return unreadSections(preview.startup) + QList<ReviewSection>{tweaks} + changeSections(preview.startup);
+    return standingSections(preview.standing) + unreadSections(preview.startup) + QList<ReviewSection>{tweaks} +
+           changeSections(preview.startup);
 }
 
 QList<ReviewSection> reviewSections(const TweaksApplyPreview& preview) {
-    QList<ReviewSection> sections = unreadSections(preview.startup);
+    QList<ReviewSection> sections = standingSections(preview.standing) + unreadSections(preview.startup);
     appendUnlessEmpty(sections, tweakSection(preview.enabledTweaks));
     return sections + changeSections(preview.startup);
 }

@@ -1,9 +1,12 @@
 #pragma once
 
 #include "startup/apply/StartupChangePreview.h"
+#include "verification/LastFlowStanding.h"
 
 #include <QString>
 #include <QStringList>
+
+#include <optional>
 
 namespace quorvane {
 
@@ -14,6 +17,7 @@ struct ProfileApplyPreview {
     StartupChangePreview startup;
     bool hasOwnSettings =
         false; ///< what the user had before is known: that comes back where the profile leaves a tweak off
+    std::optional<LastFlowStanding> standing = {}; ///< of what the last apply or way back has left
 
     bool operator==(const ProfileApplyPreview&) const = default;
 };
@@ -22,6 +26,7 @@ struct ProfileApplyPreview {
 struct TweaksApplyPreview {
     QStringList enabledTweaks;    ///< titles, in catalogue order
     StartupChangePreview startup; ///< what their clean reboot takes
+    std::optional<LastFlowStanding> standing = {}; ///< as above
 
     bool operator==(const TweaksApplyPreview&) const = default;
 };

@@ -13,7 +13,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const std::array<RehearsalCommand, 21> kCommands{{
+const std::array<RehearsalCommand, 23> kCommands{{
     {u"new", u"[MAC.json]", 0, 1, &makeNewMac, u"makes the simulated Mac in FOLDER; without a description a fresh one"},
     {u"shell", u"[--root] LINE", 1, 1, &runShell, u"runs a line in the simulated Mac's shell"},
     {u"discover", u"", 0, 0, &Rehearsal::discover, u"what runs when the user logs in"},
@@ -34,6 +34,9 @@ const std::array<RehearsalCommand, 21> kCommands{{
     {u"reinstate", u"", 0, 0, &Rehearsal::reinstate,
      u"the tweaks back likewise, and with saved settings also login items, network and launch items"},
     {u"default", u"", 0, 0, &Rehearsal::restoreDefault, u"as revert, makes Default the active profile, and scans"},
+    {u"resume", u"", 0, 0, &Rehearsal::resume, u"finishes an apply or a way back that was interrupted, and scans"},
+    {u"rollback", u"", 0, 0, &Rehearsal::rollBack,
+     u"back to what was there before an apply that was interrupted; a way back is finished"},
     {u"scan", u"", 0, 0, &Rehearsal::scan, u"which configuration this Mac is in: a saved profile, Default or none"},
     {u"maintenance", u"[--caches] [--trash] [--downloads]", 0, 0, &Rehearsal::maintain,
      u"clears the caches, empties the Trash, purges the Downloads folder"},

@@ -163,6 +163,16 @@ QCoro::Task<RehearsalOutcome> Rehearsal::reinstate(Arguments) {
     co_return co_await outcome(telling, m_session.systemActions.reinstate(telling));
 }
 
+QCoro::Task<RehearsalOutcome> Rehearsal::resume(Arguments) {
+    TerminalListener scanning = listener({.scans = &m_session.scans});
+    co_return co_await outcome(scanning, m_session.interruptionActions.finish(scanning));
+}
+
+QCoro::Task<RehearsalOutcome> Rehearsal::rollBack(Arguments) {
+    TerminalListener scanning = listener({.scans = &m_session.scans});
+    co_return co_await outcome(scanning, m_session.interruptionActions.goBack(scanning));
+}
+
 QCoro::Task<RehearsalOutcome> Rehearsal::saveSnapshot(Arguments arguments) {
     using Archive = SystemManager::MasterArchive;
     TerminalListener telling = listener({});

@@ -59,6 +59,10 @@ public:
     QCoro::Task<RehearsalOutcome> undoTweaks(Arguments arguments);
     QCoro::Task<RehearsalOutcome> reinstate(Arguments arguments);
     QCoro::Task<RehearsalOutcome> saveSnapshot(Arguments arguments);
+    /// What an interrupted apply or way back was to do is done.
+    QCoro::Task<RehearsalOutcome> resume(Arguments arguments);
+    /// What was there before an interrupted apply is there again.
+    QCoro::Task<RehearsalOutcome> rollBack(Arguments arguments);
     /// Done when a configuration fits.
     QCoro::Task<RehearsalOutcome> scan(Arguments arguments);
     QCoro::Task<RehearsalOutcome> discover(Arguments arguments);

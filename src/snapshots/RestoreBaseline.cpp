@@ -1,5 +1,6 @@
 #include "snapshots/RestoreBaseline.h"
 
+#include "core/Json.h"
 #include "core/Paths.h"
 #include "startup/items/StartupItem.h"
 
@@ -16,6 +17,23 @@ bool isCapturedItemOf(const LoginItemSnapshot& item, const QString& path) {
 }
 
 } // namespace
+
+Json encodeJson(const RestoreBaseline& baseline) {
+    Json object = Json::object();
+    appendMember(object, "snapshot", encodeJson(baseline.snapshot));
+    appendMember(object, "source", encodeJson(static_cast<int>(baseline.source)));
+    appendMember(object, "isNewer", encodeJson(baseline.isNewer));
+    appendMember(object, "otherMac", encodeJson(baseline.otherMac));
+    return object;
+}
+
+void decodeJson(const Json& json, RestoreBaseline& baseline) {
+    baseline.snapshot = requiredMember<SystemSnapshot>(json, "snapshot");
+    const int source = requiredMember<int>(json, "source");
+    baseline.source = source == static_cast<int>(RestoreSource::Baseline) ? RestoreSource::Baseline : RestoreSource::Snapshot;
+    baseline.isNewer = requiredMember<bool>(json, "isNewer");
+    baseline.otherMac = requiredMember<QString>(json, "otherMac");
+}
 
 std::optional<RestoreBaseline> chosenRestoreBaseline(const std::optional<SystemSnapshot>& local,
                                                      const std::optional<LatestBaseline>& master) {

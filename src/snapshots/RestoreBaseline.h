@@ -26,6 +26,10 @@ struct RestoreBaseline {
     bool operator==(const RestoreBaseline&) const = default;
 };
 
+Json encodeJson(const RestoreBaseline& baseline);
+/// Throws DecodingError.
+void decodeJson(const Json& json, RestoreBaseline& baseline);
+
 /// The newer of the two; the local snapshot when they are of one time, and always where the baseline is another Mac's.
 std::optional<RestoreBaseline> chosenRestoreBaseline(const std::optional<SystemSnapshot>& local,
                                                      const std::optional<LatestBaseline>& master);

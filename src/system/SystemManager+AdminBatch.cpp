@@ -1,6 +1,8 @@
 #include "system/SystemManager.h"
 
 #include "core/AdminBatch.h"
+#include "flows/FlowJournal.h"
+#include "flows/FlowSteps.h"
 #include "startup/background/BackgroundItems.h"
 #include "startup/launchd/LaunchItems.h"
 #include "startup/launchd/Launchd.h"
@@ -62,7 +64,9 @@ void SystemManager::forgetListedRegistrations() {
 
 QCoro::Task<bool> SystemManager::finishAdminBatch(QString prompt) {
     const BackgroundItems::Joined joined = co_await m_backgroundItems->joinBatch();
+    m_journal->flush(); // a prompt may stand open for minutes
     const AdminBatch::Flush flush = co_await m_adminBatch->flush(std::move(prompt));
+    m_journal->strike(kAdministratorsStep);
     Launchd& launchd = m_launchItems->launchd();
     if (flush != AdminBatch::Flush::Failed) {
         co_await m_backgroundItems->followBatch(joined, flush == AdminBatch::Flush::Done);

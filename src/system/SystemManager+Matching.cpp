@@ -2,6 +2,7 @@
 
 #include "core/NotificationCenter.h"
 #include "core/UserDefaultKeys.h"
+#include "flows/LastFlow.h"
 #include "matching/SystemScan.h"
 #include "platform/UserDefaults.h"
 #include "profiles/UnifiedProfile.h"
@@ -29,12 +30,17 @@ SystemManager::scanCurrentSystem(QList<UnifiedProfile> profiles, std::optional<Q
     const std::optional<SystemConfigurationMatch> match = co_await scan.search(profiles, name);
     const QStringList missing = scan.missing();
     const QStringList onAgain = co_await scan.onAgain();
+    const std::optional<LastFlowStanding> standing = co_await readStanding(scan);
     if (abandonment.isAbandoned() || (isQuitting() && missing.isEmpty())) {
         countScan(-1);
         co_return std::nullopt;
     }
     for (const QString& label : onAgain) {
         log(u"  [INFO] On again since it was switched off: "_s + label);
+    }
+    if (missing.isEmpty()) {
+        m_scan.standing = standing;
+        logStanding();
     }
     const auto applied = std::find_if(profiles.cbegin(), profiles.cend(),
                                       [&name](const UnifiedProfile& profile) { return profile.name == name; });
@@ -55,6 +61,29 @@ SystemManager::scanCurrentSystem(QList<UnifiedProfile> profiles, std::optional<Q
     }
     countScan(-1);
     co_return std::as_const(m_scan.match);
+}
+
+QCoro::Task<std::optional<LastFlowStanding>> SystemManager::readStanding(SystemScan& scan) {
+    const std::optional<LastFlow> last = LastFlowFile(m_host.files, m_host.machine).load();
+    if (!last) {
+        co_return std::nullopt;
+    }
+    co_return co_await scan.standing(*last);
+}
+
+QCoro::Task<std::optional<LastFlowStanding>> SystemManager::readStandingForReview() {
+    SystemScan scan(*this, {*m_loginItems, *m_startupItems, m_launchItems->launchd(), *m_backgroundItems}, {});
+    co_return co_await readStanding(scan);
+}
+
+void SystemManager::logStanding() {
+    if (!m_scan.standing || m_scan.standing->changed.isEmpty()) {
+        return;
+    }
+    log(u"  [INFO] "_s + changesTitle(*m_scan.standing));
+    for (const QString& line : changeLines(*m_scan.standing)) {
+        log(u"  [INFO] "_s + line);
+    }
 }
 
 /// Nobody has found it now, so nothing of it is verified, and it isn't applied anew.

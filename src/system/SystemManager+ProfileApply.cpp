@@ -2,6 +2,8 @@
 
 #include "core/OneLine.h"
 #include "core/UserDefaultKeys.h"
+#include "flows/FlowJournal.h"
+#include "flows/FlowSteps.h"
 #include "matching/SystemVerification.h"
 #include "platform/UserDefaults.h"
 #include "profiles/ApplyPreviews.h"
@@ -28,6 +30,7 @@ bool changesBackgroundItems(const UnifiedProfile& profile) {
 
 QCoro::Task<bool> SystemManager::applyProfile(UnifiedProfile profile) {
     m_lastApplyVerification.reset();
+    const FlowRecording recording = recordProfile(profile);
     log(u"\n[PROFILE] Applying: "_s + profile.name);
     if (changesBackgroundItems(profile) || m_backgroundItems->isSomethingWaiting()) {
         deferBackgroundTaskFetchToAdminBatch();
@@ -36,6 +39,7 @@ QCoro::Task<bool> SystemManager::applyProfile(UnifiedProfile profile) {
     const bool tweaksSucceeded =
         co_await syncPerformanceTweaks(profile.settings, VerifyAfterSync::No, cleanRebootOf(profile));
     const bool startupSucceeded = co_await applyStartupConfiguration(profile.startup);
+    m_journal->strike(kStartupStep);
     const bool batchSucceeded = co_await finishAdminBatch(u"Quorvane needs your administrator password to apply "_s +
                                                           nameOnOneLine(profile.name) + u'.');
     const bool succeeded = tweaksSucceeded && startupSucceeded && batchSucceeded;
@@ -56,6 +60,7 @@ QCoro::Task<bool> SystemManager::applyProfile(UnifiedProfile profile) {
     log(u"\n[PROFILE] "_s + profile.name +
         (verification.failed.isEmpty() ? u" applied and verified successfully."_s
                                        : u" applied with verification warnings — check logs."_s));
+    noteLeft(verification);
     recordAppliedConfiguration(profile, verification);
     invalidateStartupCaches();
     co_return true;
@@ -65,15 +70,18 @@ QCoro::Task<ProfileApplyPreview> SystemManager::previewProfile(UnifiedProfile pr
     const std::optional<CleanReboot> cleanReboot =
         profile.settings.cleanReboot ? std::optional(cleanRebootOf(profile)) : std::nullopt;
     const StartupChangePreview startup = co_await previewStartupChanges(profile.startup, cleanReboot);
-    co_return ProfileApplyPreview{profile.name, selectedTweakTitles(profile.settings), startup,
-                                  readOwnSettings(m_host).captured.has_value()};
+    ProfileApplyPreview preview{profile.name, selectedTweakTitles(profile.settings), startup,
+                                readOwnSettings(m_host).captured.has_value(), {}};
+    preview.standing = co_await readStandingForReview();
+    co_return preview;
 }
 
 QCoro::Task<TweaksApplyPreview> SystemManager::previewTweaks(PerformanceSettings settings, CleanReboot cleanReboot) {
-    TweaksApplyPreview preview{selectedTweakTitles(settings), {}};
+    TweaksApplyPreview preview{selectedTweakTitles(settings), {}, {}};
     if (settings.cleanReboot) {
         preview.startup = co_await previewCleanReboot(cleanReboot);
     }
+    preview.standing = co_await readStandingForReview();
     co_return preview;
 }
 

@@ -3,6 +3,8 @@
 #include "core/AdminBatch.h"
 #include "core/AdminPrompts.h"
 #include "core/AdminScript.h"
+#include "flows/FlowJournal.h"
+#include "flows/FlowSteps.h"
 #include "network/NetworkServices.h"
 #include "platform/CloudDrive.h"
 #include "snapshots/RestoreCommands.h"
@@ -172,6 +174,7 @@ QCoro::Task<RestoreOutcome> SystemManager::revertPerformanceTweaks(std::optional
     } else {
         isRestored = co_await undoPerformanceTweaks();
     }
+    m_journal->strike(kSettingsStep);
     const bool isFinished =
         co_await finishAdminBatch(u"Quorvane needs your administrator password to restore performance tweaks."_s);
     if (isFinished) {
@@ -221,9 +224,12 @@ QCoro::Task<bool> SystemManager::reinstateFromSnapshot(SystemSnapshot snapshot) 
     log(u"\nReinstating from saved system snapshot%1..."_s.arg(suffixOf(snapshot)));
     queueKeptLaunchItems();
     const bool isRestored = co_await restoreFromSnapshot(snapshot);
+    m_journal->strike(kSettingsStep);
     co_await restoreLoginItems(snapshot);
+    m_journal->strike(kLoginItemsStep);
     const std::optional<QMap<QString, bool>> services = co_await queueNetworkServices(snapshot);
     co_await restoreLaunchItems();
+    m_journal->strike(kLaunchItemsStep);
     const bool isFinished =
         co_await finishAdminBatch(u"Quorvane needs your administrator password to restore your system."_s);
     co_await settleKeptLaunchItems();

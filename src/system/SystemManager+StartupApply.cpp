@@ -2,6 +2,8 @@
 
 #include "core/AdminBatch.h"
 #include "core/AdminPrompts.h"
+#include "flows/FlowJournal.h"
+#include "flows/FlowSteps.h"
 #include "startup/apply/StartupTargets.h"
 #include "startup/apply/StartupVerification.h"
 #include "startup/background/BackgroundItems.h"
@@ -144,8 +146,10 @@ QCoro::Task<StartupApplyResult> SystemManager::applyStartupChanges(StartupConfig
         m_backgroundItems->isSomethingWaiting()) {
         deferBackgroundTaskFetchToAdminBatch();
     }
+    const FlowRecording recording = recordStartup(configuration);
     beginAdminBatch();
     const bool isCarriedOut = co_await applyStartupConfiguration(configuration);
+    m_journal->strike(kStartupStep);
     const bool isFlushed =
         co_await finishAdminBatch(u"Quorvane needs your administrator password to apply startup changes."_s);
     m_loginItems->readAgain();
@@ -156,6 +160,9 @@ QCoro::Task<StartupApplyResult> SystemManager::applyStartupChanges(StartupConfig
     invalidateStartupCaches();
     m_lastApplyVerification = result.verification;
     log(summary(result.verification));
+    if (result.applySucceeded) {
+        noteLeft(result.verification);
+    }
     for (const ApplyVerificationResult::Item& item : result.verification.failed) {
         logNoteOf(item);
     }

@@ -2,6 +2,8 @@
 
 #include "core/AdminBatch.h"
 #include "core/AdminPrompts.h"
+#include "flows/FlowJournal.h"
+#include "flows/FlowSteps.h"
 #include "matching/SystemVerification.h"
 #include "snapshots/RestoreCommands.h"
 #include "snapshots/SyncPlan.h"
@@ -19,12 +21,15 @@ QCoro::Task<bool> SystemManager::applyPerformanceTweaks(PerformanceSettings sett
     if (settings.cleanReboot) {
         deferBackgroundTaskFetchToAdminBatch();
     }
+    const FlowRecording recording = recordTweaks(settings, cleanReboot);
     beginAdminBatch();
+    const QList<TweakStep> steps = applySteps(settings, notificationCenterPreferences(), mayChange());
     if (selectedTweakCount(settings) > 0) {
         const CurrentSettings current = co_await lookAtTweaks();
+        co_await beginRecord(steps, applySystemCommands(settings, mayChange()), current);
         noteChangedTweaks(settings, current);
     }
-    co_await runStepsOfNotificationCenter(applySteps(settings, notificationCenterPreferences(), mayChange()));
+    co_await runStepsOfNotificationCenter(steps);
     const QStringList systemCommands =
         co_await effectiveCommands(applySystemCommands(settings, mayChange()), BackupSwitch::OfProfile);
     if (!systemCommands.isEmpty()) {
@@ -42,7 +47,9 @@ QCoro::Task<bool> SystemManager::applyPerformanceTweaks(PerformanceSettings sett
         log(u"  [APPLIED] Successfully apply all system-level performance tweaks."_s);
     }
     log(u"\nPerformance Tweaks Complete! (Restart your Mac for full effect.)"_s);
-    co_return co_await verifyTweaks(settings, UnselectedTweaks::Ignored, cleanReboot);
+    const bool isVerified = co_await verifyTweaks(settings, UnselectedTweaks::Ignored, cleanReboot);
+    noteLeft(*m_lastApplyVerification);
+    co_return isVerified;
 }
 
 QCoro::Task<bool> SystemManager::syncPerformanceTweaks(PerformanceSettings settings, VerifyAfterSync verify,
@@ -84,8 +91,10 @@ QCoro::Task<SyncPlan> SystemManager::planSync(PerformanceSettings settings) {
     const LookedAtVolumes volumes = settings.spotlight ? LookedAtVolumes::OfTheSystem : volumesFor(own.captured);
     const CurrentSettings current = co_await lookAtTweaks(volumes);
     const bool isOff = co_await isNotificationCenterOff();
+    const SyncPlan plan = syncPlan(settings, own, current, notificationCenterPreferences(), isOff);
+    co_await beginRecord(plan.steps + QList<TweakStep>(1, plan.appRestoration), plan.systemCommands, current);
     noteChangedTweaks(settings, current);
-    co_return syncPlan(settings, own, current, notificationCenterPreferences(), isOff);
+    co_return plan;
 }
 
 QCoro::Task<bool> SystemManager::undoPerformanceTweaks() {
@@ -113,6 +122,7 @@ QCoro::Task<void> SystemManager::runTweakSteps(QList<TweakStep> steps) {
             co_await runCommand(command, OutputCapture::Discard);
         }
         log(step.logLine);
+        m_journal->strike(flowStep(step));
     }
 }
 

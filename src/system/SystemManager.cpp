@@ -3,6 +3,7 @@
 #include "core/AdminBatch.h"
 #include "core/NotificationCenter.h"
 #include "core/Utf8.h"
+#include "flows/FlowJournal.h"
 #include "matching/SystemVerification.h"
 #include "startup/apply/StartupItems.h"
 #include "startup/background/BackgroundItems.h"
@@ -60,11 +61,15 @@ SystemManager::SystemManager(const Host& host, NotificationCenter& notifications
     , m_host(host)
     , m_notifications(notifications)
     , m_masterBaselines(host.files, host.cloud, host.clock, host.machine)
+    , m_journal(std::make_unique<FlowJournal>(*this))
     , m_adminBatch(std::make_unique<AdminBatch>(*this, host.scripts))
     , m_loginItems(std::make_unique<LoginItems>(
           *this, [this] { return m_backgroundItems->protectedPaths(); },
           [this] { return m_backgroundItems->registeredPaths(); },
-          [this](const QList<LoginItem>& listed) { m_backgroundItems->forgetRegistered(listed); }))
+          [this](const QList<LoginItem>& listed) {
+              m_backgroundItems->forgetRegistered(listed);
+              m_journal->noteLoginItems(listed);
+          }))
     , m_launchItems(std::make_unique<LaunchItems>(*this, *m_adminBatch))
     , m_backgroundItems(std::make_unique<BackgroundItems>(*this, *m_adminBatch, m_launchItems->launchd()))
     , m_startupItems(std::make_unique<StartupItems>(*this, *m_loginItems, m_launchItems->launchd(), *m_backgroundItems))

@@ -20,6 +20,7 @@
 #include "tweaks/PerformanceSettings.h"
 #include "tweaks/TweakPreferences.h"
 #include "verification/ApplyVerificationResult.h"
+#include "verification/LastFlowStanding.h"
 #include "verification/UnselectedTweaks.h"
 
 #include <QObject>
@@ -40,16 +41,21 @@ namespace quorvane {
 class AdminBatch;
 class BackgroundItems;
 class BackgroundTaskList;
+class FlowJournal;
+class FlowRecording;
 class FolderEntries;
 class LaunchItems;
 class LoginItems;
 class NotificationCenter;
 class SnapshotManager;
 class StartupItems;
+class SystemScan;
 class SystemVerification;
 struct BackgroundLoginItemChangePlan;
 struct BackgroundTaskItem;
 struct CurrentSettings;
+struct FlowRecord;
+struct InterruptedOutcome;
 struct LoginItemAddition;
 struct LoginItemSelector;
 struct MaintenanceOutcome;
@@ -58,6 +64,7 @@ struct NetworkOperations;
 struct NetworkOutcome;
 struct NetworkServiceState;
 enum class NetworkSwitch;
+enum class RecordedFlow;
 struct PowerSettings;
 struct ProfileApplyPreview;
 struct SeenEntry;
@@ -207,9 +214,23 @@ public:
     /// while it is busy.
     QCoro::Task<RestoreOutcome> undoTweaks(std::optional<FoundBaseline> found = {});
     /// "Apply Default": the same, and makes Default the last applied profile when it succeeded.
-    QCoro::Task<RestoreOutcome> restoreDefault();
+    QCoro::Task<RestoreOutcome> restoreDefault(std::optional<FoundBaseline> found = {});
     /// "Reinstate System", while it is busy.
     QCoro::Task<RestoreOutcome> reinstateWholeSystem(std::optional<FoundBaseline> found = {});
+
+    // ---- What was cut off
+
+    /// The flow that a run of the program was in when it ended; none where there is none, and where that run is still at work.
+    std::optional<FlowRecord> interruptedFlow() const;
+    /// Carries it out once more, from its beginning: what is done already stays as it is.
+    QCoro::Task<InterruptedOutcome> finishInterrupted(FlowRecord interrupted);
+    /// Brings back what its record says was there before an apply; a way back is finished.
+    QCoro::Task<InterruptedOutcome> goBackFromInterrupted(FlowRecord interrupted);
+    /// Leaves everything as it is.
+    void forgetInterrupted();
+
+    /// How what the last apply or way back has left stands now, as the last scan has found it. None before that.
+    const std::optional<LastFlowStanding>& lastFlowStanding() const { return m_scan.standing; }
 
     // ---- Startup: what runs at login
 
@@ -400,6 +421,14 @@ private:
     QCoro::Task<bool> isNotificationCenterOff();
     QCoro::Task<bool> runStepsOfNotificationCenter(QList<TweakStep> steps);
 
+    // SystemManager+Interruption.cpp
+    FlowRecording recordProfile(const UnifiedProfile& profile);
+    FlowRecording recordTweaks(const PerformanceSettings& settings, const CleanReboot& cleanReboot);
+    FlowRecording recordStartup(const StartupConfiguration& configuration);
+    FlowRecording recordWayBack(RecordedFlow flow, const FoundBaseline& found);
+    QCoro::Task<void> beginRecord(QList<TweakStep> steps, QStringList systemCommands, CurrentSettings current);
+    void noteLeft(const ApplyVerificationResult& left);
+
     // SystemManager+TimeMachine.cpp
     enum class BackupSwitch { OfProfile, OfWayBack };
     QCoro::Task<QStringList> effectiveCommands(QStringList commands, BackupSwitch origin);
@@ -422,7 +451,7 @@ private:
     QCoro::Task<bool> settleNetworkServices(QMap<QString, bool> switched);
 
     // SystemManager+WaysBack.cpp
-    QCoro::Task<RestoreOutcome> removeStartupAppsAndRevert(std::optional<FoundBaseline> found);
+    QCoro::Task<RestoreOutcome> removeStartupAppsAndRevert(RecordedFlow flow, std::optional<FoundBaseline> found);
 
     // SystemManager+StartupApply.cpp
     QCoro::Task<bool> carryOutStartupChanges(StartupConfiguration configuration);
@@ -455,6 +484,9 @@ private:
     void logSkippedCacheItem(const QString& name);
 
     // SystemManager+Matching.cpp
+    QCoro::Task<std::optional<LastFlowStanding>> readStanding(SystemScan& scan);
+    QCoro::Task<std::optional<LastFlowStanding>> readStandingForReview();
+    void logStanding();
     std::optional<QString> lastAppliedName(const std::optional<QString>& given) const;
     void keepMatch(std::optional<SystemConfigurationMatch> match);
     void logSystemMatch();
@@ -466,11 +498,13 @@ private:
         int underWay = 0;      ///< one that was abandoned may still be coming to its end
         bool hasEnded = false; ///< one has, or an apply has told it as well
         std::optional<SystemConfigurationMatch> match;
+        std::optional<LastFlowStanding> standing;
     };
 
     Host m_host;
     NotificationCenter& m_notifications;
     MasterSystemBaselineManager m_masterBaselines;
+    std::unique_ptr<FlowJournal> m_journal;
     std::unique_ptr<AdminBatch> m_adminBatch;
     std::unique_ptr<LoginItems> m_loginItems;
     std::unique_ptr<LaunchItems> m_launchItems;

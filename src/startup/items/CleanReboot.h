@@ -14,6 +14,10 @@ struct CleanReboot {
     QSet<QString> excludedIds;                   ///< agents among the login items that stay, by id or name
 };
 
+Json encodeJson(const CleanReboot& cleanReboot);
+/// Throws DecodingError.
+void decodeJson(const Json& json, CleanReboot& cleanReboot);
+
 /// The permitted names together with those of the applications that the configuration opens at login.
 QSet<QString> allPermittedNames(const CleanReboot& cleanReboot);
 

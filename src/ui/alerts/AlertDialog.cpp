@@ -73,7 +73,11 @@ AlertDialog::AlertDialog(const Alert& alert)
     layout->setSizeConstraint(QLayout::SetFixedSize);
     layout->addWidget(new AlertIcon(alert.style), 0, Qt::AlignTop);
     layout->addWidget(makeTexts());
-    m_onReturn->setFocus(); // not earlier: the focus of what isn't in a window yet is lost on the way
+    if (m_onReturn != nullptr) {
+        m_onReturn->setFocus(); // not earlier: the focus of what isn't in a window yet is lost on the way
+    } else {
+        setFocus(); // nor does the first button in the order of the Tab key take Return or the space bar
+    }
 }
 
 QWidget* AlertDialog::makeTexts() {

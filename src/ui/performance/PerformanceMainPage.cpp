@@ -4,6 +4,8 @@
 #include "actions/Session.h"
 #include "actions/SnapshotStatus.h"
 #include "actions/WindowListener.h"
+#include "platform/Clock.h"
+#include "platform/Host.h"
 #include "ui/ViewEnvironment.h"
 #include "ui/performance/PerformanceEmptyState.h"
 #include "ui/performance/SavedProfilesModel.h"
@@ -46,13 +48,19 @@ QWidget* PerformanceMainPage::makeStatusSection() {
     ActionListener& listener = m_environment.listener;
     m_statusSection = new PerformanceGroupedSection(kSystemStatusTitle);
     m_status = new PerformanceSystemMatchStatusRow;
+    m_changes = new PerformanceStatusNoteRow(u"exclamationmark.triangle.fill"_s);
+    m_inForce = new PerformanceStatusNoteRow(u"clock.arrow.circlepath"_s);
     auto* const verify = new PerformanceVerifySystemRow;
     m_snapshot = new PerformanceSnapshotStatusRow;
     auto* const capture = new PerformanceNavigationRow(createSnapshotRow(), BadgeColor::Teal);
     auto* const reinstate = new PerformanceNavigationRow(reinstateRow(), BadgeColor::Orange);
-    for (QWidget* const row : QList<QWidget*>{m_status, verify, m_snapshot, capture, reinstate}) {
+    for (QWidget* const row : QList<QWidget*>{m_status, m_changes, m_inForce, verify, m_snapshot, capture, reinstate}) {
         m_statusSection->card().addRow(row);
     }
+    connect(m_changes, &PerformanceStatusNoteRow::pressed, this,
+            [&session, &listener] { session.tasks.start(session.systemActions.showChanges(listener)); });
+    connect(m_inForce, &PerformanceStatusNoteRow::pressed, this,
+            [&session, &listener] { session.tasks.start(session.tweakActions.undo(listener)); });
     connect(verify, &QPushButton::clicked, this,
             [&session, &listener] { session.tasks.start(session.systemActions.verify(listener)); });
     connect(capture, &QPushButton::clicked, this, [&session, &listener] {
@@ -65,7 +73,19 @@ QWidget* PerformanceMainPage::makeStatusSection() {
 
 void PerformanceMainPage::updateStatus() {
     const Session& session = m_environment.session;
-    m_status->setStatus(statusRow(session.activeProfile.current(), session.system.isVerifyingSystem()));
+    const ActiveConfiguration& active = session.activeProfile.current();
+    const Host& host = session.system.host();
+    m_status->setStatus(statusRow(active, session.system.isVerifyingSystem()));
+    showNote(*m_changes, changesNote(active));
+    showNote(*m_inForce, inForceNote(active, host.machine, host.clock.now()));
+    m_statusSection->card().update();
+}
+
+void PerformanceMainPage::showNote(PerformanceStatusNoteRow& row, const std::optional<StatusNote>& note) {
+    row.setVisible(note.has_value());
+    if (note) {
+        row.setNote(*note);
+    }
 }
 
 void PerformanceMainPage::updateSnapshot() {

@@ -4,14 +4,18 @@
 
 #include <QModelIndex>
 
+#include <optional>
+
 namespace quorvane {
 
 class PerformanceEmptyState;
 class PerformanceGroupedSection;
 class PerformanceSnapshotStatusRow;
+class PerformanceStatusNoteRow;
 class PerformanceSystemMatchStatusRow;
 class SavedProfilesModel;
 class SavedProfilesView;
+struct StatusNote;
 struct ViewEnvironment;
 
 /// The centre of the program: the state of this Mac, the saved profiles, and the way to single settings.
@@ -35,6 +39,7 @@ private:
     QWidget* makeProfilesSection();
     QWidget* makeManualSection();
     void updateStatus();
+    void showNote(PerformanceStatusNoteRow& row, const std::optional<StatusNote>& note);
     void updateSnapshot();
     void updateProfiles();
     void pick(const QModelIndex& index);
@@ -44,6 +49,8 @@ private:
     const ViewEnvironment& m_environment;
     PerformanceGroupedSection* m_statusSection = nullptr;
     PerformanceSystemMatchStatusRow* m_status = nullptr;
+    PerformanceStatusNoteRow* m_changes = nullptr;
+    PerformanceStatusNoteRow* m_inForce = nullptr;
     PerformanceSnapshotStatusRow* m_snapshot = nullptr;
     PerformanceGroupedSection* m_profilesSection = nullptr;
     PerformanceEmptyState* m_empty = nullptr;

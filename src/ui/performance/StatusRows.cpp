@@ -63,6 +63,32 @@ void PerformanceSystemMatchStatusRow::paintEvent(QPaintEvent*) {
     }
 }
 
+PerformanceStatusNoteRow::PerformanceStatusNoteRow(const QString& symbol, QWidget* parent)
+    : QWidget(parent)
+    , m_text(new TextLabel(TextStyle::Body))
+    , m_button(new QPushButton) {
+    auto* const layout = new QHBoxLayout(this);
+    layout->setContentsMargins(Theme::kGap12, Theme::kGap8, Theme::kGap12, Theme::kGap8);
+    layout->setSpacing(Theme::kGap12);
+    auto* const sign = new SymbolView({}, kStatusSymbol);
+    sign->setSymbol(symbol, TextTone::Warning);
+    layout->addWidget(sign);
+    layout->addWidget(m_text, 1);
+    layout->addWidget(m_button);
+    m_button->setAutoDefault(false);
+    connect(m_button, &QPushButton::clicked, this, &PerformanceStatusNoteRow::pressed);
+}
+
+void PerformanceStatusNoteRow::setNote(const StatusNote& note) {
+    if (note.text == m_text->text() && note.button == m_button->text()) {
+        return;
+    }
+    m_text->setText(note.text);
+    m_button->setText(note.button);
+    m_button->setAccessibleDescription(note.text);
+    announce(this, note.text);
+}
+
 void PerformanceSnapshotStatusRow::setText(const RowText& text) {
     setContent({.symbol = text.symbol, .tint = BadgeColor::Green, .title = text.title, .description = text.subtitle});
 }

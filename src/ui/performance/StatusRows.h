@@ -4,6 +4,8 @@
 #include "ui/pieces/InformationRow.h"
 #include "ui/pieces/RowButton.h"
 
+class QPushButton;
+
 namespace quorvane {
 
 class SymbolView;
@@ -26,6 +28,23 @@ private:
     SymbolView* m_symbol;
     TextLabel* m_text;
     TextLabel* m_detail;
+};
+
+/// What is to be known beside it, and what can be done about that.
+class PerformanceStatusNoteRow : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit PerformanceStatusNoteRow(const QString& symbol, QWidget* parent = nullptr);
+
+    void setNote(const StatusNote& note);
+
+Q_SIGNALS:
+    void pressed();
+
+private:
+    TextLabel* m_text;
+    QPushButton* m_button;
 };
 
 /// The snapshot that there is.

@@ -1,0 +1,193 @@
+#include "system/SystemManager.h"
+
+#include "core/AdminBatch.h"
+#include "core/AdminPrompts.h"
+#include "flows/FlowJournal.h"
+#include "flows/FlowSteps.h"
+#include "flows/InterruptedOutcome.h"
+#include "flows/LastFlow.h"
+#include "matching/SystemVerification.h"
+#include "profiles/UnifiedProfile.h"
+#include "platform/Clock.h"
+#include "snapshots/OwnSettings.h"
+#include "snapshots/SnapshotOfSettings.h"
+#include "snapshots/SyncPlan.h"
+#include "startup/apply/StartupVerification.h"
+#include "startup/launchd/LaunchItems.h"
+#include "startup/launchd/Launchd.h"
+#include "startup/login/LoginItems.h"
+
+#include <QCoroTask>
+#include <QUuid>
+
+#include <algorithm>
+
+namespace quorvane {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+FlowRecord recordOf(RecordedFlow flow, const QString& name) {
+    FlowRecord record;
+    record.flow = flow;
+    record.name = name;
+    return record;
+}
+
+/// A record keeps a profile, which has an identity and a date: of tweaks or startup alone they say nothing.
+UnifiedProfile halfOfProfile() {
+    UnifiedProfile profile;
+    profile.id = UnifiedProfile::defaultProfile().id;
+    profile.dateCreated = UnifiedProfile::defaultProfile().dateCreated;
+    return profile;
+}
+
+QString nameOfWayBack(RecordedFlow flow) {
+    switch (flow) {
+    case RecordedFlow::Undo:
+        return u"Undo Performance Tweaks"_s;
+    case RecordedFlow::Reinstate:
+        return u"Reinstate System"_s;
+    case RecordedFlow::Default:
+    case RecordedFlow::Profile:
+    case RecordedFlow::Tweaks:
+    case RecordedFlow::Startup:
+        break;
+    }
+    return UnifiedProfile::defaultProfile().name;
+}
+
+/// The user's own that are set and that the commands write or delete: only of these has the type to be known.
+QList<MacPreference> preferencesThatAreChanged(const QList<TweakStep>& steps, const QStringList& systemCommands,
+                                               const CurrentSettings& current) {
+    QList<MacPreference> changed = preferencesThatAreSet(current);
+    changed.removeIf([&](const MacPreference& preference) {
+        const QString key = preference.key.toString();
+        const auto isOfKey = [&key](const QStringList& command) { return command.contains(key); };
+        const bool isInSteps = std::any_of(steps.begin(), steps.end(), [&](const TweakStep& step) {
+            return std::any_of(step.commands.begin(), step.commands.end(), isOfKey);
+        });
+        const bool isInLine =
+            preference.isSystems() && std::any_of(systemCommands.begin(), systemCommands.end(),
+                                                  [&key](const QString& command) { return command.contains(key); });
+        return !isInSteps && !isInLine;
+    });
+    return changed;
+}
+
+} // namespace
+
+// ---- Written down
+
+FlowRecording SystemManager::recordProfile(const UnifiedProfile& profile) {
+    FlowRecord record = recordOf(RecordedFlow::Profile, profile.name);
+    record.profile = profile;
+    return m_journal->record(record);
+}
+
+FlowRecording SystemManager::recordTweaks(const PerformanceSettings& settings, const CleanReboot& cleanReboot) {
+    FlowRecord record = recordOf(RecordedFlow::Tweaks, u"Performance Tweaks"_s);
+    record.profile = halfOfProfile();
+    record.profile.settings = settings;
+    record.cleanReboot = cleanReboot;
+    return m_journal->record(record);
+}
+
+FlowRecording SystemManager::recordStartup(const StartupConfiguration& configuration) {
+    FlowRecord record = recordOf(RecordedFlow::Startup, u"Startup Changes"_s);
+    record.profile = halfOfProfile();
+    record.profile.startup = configuration;
+    FlowRecording recording = m_journal->record(record);
+    m_journal->begin({kStartupStep, kAdministratorsStep}, std::nullopt);
+    return recording;
+}
+
+FlowRecording SystemManager::recordWayBack(RecordedFlow flow, const FoundBaseline& found) {
+    FlowRecord record = recordOf(flow, nameOfWayBack(flow));
+    record.baseline = found.baseline;
+    FlowRecording recording = m_journal->record(record);
+    const QStringList steps = flow == RecordedFlow::Reinstate
+                                  ? QStringList{kSettingsStep, kLoginItemsStep, kLaunchItemsStep, kAdministratorsStep}
+                                  : QStringList{kApplicationsStep, kSettingsStep, kAdministratorsStep};
+    m_journal->begin(steps, std::nullopt);
+    return recording;
+}
+
+/// Of an apply of tweaks, which has looked at all of them.
+/// @param steps  those that it takes as the user
+QCoro::Task<void> SystemManager::beginRecord(QList<TweakStep> steps, QStringList systemCommands,
+                                             CurrentSettings current) {
+    if (!m_journal->isToBegin()) {
+        co_return;
+    }
+    QStringList names = flowSteps(steps);
+    if (m_journal->underWay()->flow == RecordedFlow::Profile) {
+        names.append(kStartupStep);
+    }
+    names.append(kAdministratorsStep);
+    const QList<MacPreference> changed = preferencesThatAreChanged(steps, systemCommands, current);
+    const TypedReadings typed = co_await m_verification->readings().readTypedValues(changed);
+    SystemSnapshot before = snapshotOf(current, typed);
+    before.id = QUuid::createUuid();
+    before.dateCreated = m_host.clock.now();
+    m_journal->begin(names, before);
+}
+
+/// Of a flow that is done.
+void SystemManager::noteLeft(const ApplyVerificationResult& left) {
+    const LastFlowFile file(m_host.files, m_host.machine);
+    const LastFlow last = lastFlowOf(*m_journal->underWay(), left, m_host.clock.now(), file.load());
+    m_scan.standing = standingOf(last, left);
+    try {
+        file.save(last);
+    } catch (const FileError& error) {
+        log(u"  [INFO] Not noted what this has left, to see what changes: "_s + error.message());
+    } catch (const EncodingError& error) {
+        log(u"  [INFO] Not noted what this has left, to see what changes: "_s + error.message());
+    }
+}
+
+// ---- Taken up
+
+std::optional<FlowRecord> SystemManager::interruptedFlow() const {
+    return m_journal->interrupted();
+}
+
+void SystemManager::forgetInterrupted() {
+    m_journal->forget();
+}
+
+QCoro::Task<InterruptedOutcome> SystemManager::finishInterrupted(FlowRecord interrupted) {
+    InterruptedOutcome outcome;
+    log(u"\n[RESUME] Finishing what was interrupted: "_s + interrupted.name);
+    m_journal->takeUp(interrupted);
+    const std::optional<FoundBaseline> found = FoundBaseline{interrupted.baseline};
+    switch (interrupted.flow) {
+    case RecordedFlow::Profile:
+        outcome.succeeded = co_await applyProfile(interrupted.profile);
+        break;
+    case RecordedFlow::Tweaks:
+        outcome.succeeded = co_await applyPerformanceTweaks(interrupted.profile.settings,
+                                                            interrupted.cleanReboot.value_or(CleanReboot()));
+        break;
+    case RecordedFlow::Startup: {
+        const StartupApplyResult result = co_await applyStartupChanges(interrupted.profile.startup);
+        outcome.succeeded = result.applySucceeded;
+        break;
+    }
+    case RecordedFlow::Undo:
+        outcome.restore = co_await undoTweaks(found);
+        break;
+    case RecordedFlow::Default:
+        outcome.restore = co_await restoreDefault(found);
+        break;
+    case RecordedFlow::Reinstate:
+        outcome.restore = co_await reinstateWholeSystem(found);
+        break;
+    }
+    outcome.succeeded = outcome.succeeded || (outcome.restore && outcome.restore->succeeded);
+    co_return outcome;
+}
+
+} // namespace quorvane
