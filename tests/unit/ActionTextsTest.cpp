@@ -102,7 +102,7 @@ TEST(ActionQuestions, quittingWhileBusyIsNeverOnReturnOrEscape) {
     EXPECT_EQ(question.informativeText, u"Applying profile…\n\n"_s + rest);
     EXPECT_EQ(question.buttons, QStringList({u"Keep Running"_s, u"Quit"_s}));
     EXPECT_EQ(question.cancelButton, 0);
-    EXPECT_EQ(question.returnButton(), 0);
+    EXPECT_EQ(question.returnButton(), std::optional(0));
     EXPECT_EQ(question.destructiveButton, 1);
     EXPECT_EQ(quitQuestion({}).informativeText, rest);
 }
@@ -113,7 +113,7 @@ TEST(ActionQuestions, aMenuWithoutItsProgramSendsToTheWindow) {
     EXPECT_EQ(question.informativeText, u"Open the Quorvane window first, then try again from the menu bar."_s);
     EXPECT_EQ(question.buttons, QStringList({u"Open Quorvane"_s, u"Cancel"_s}));
     EXPECT_EQ(question.cancelButton, 1);
-    EXPECT_EQ(question.returnButton(), 0);
+    EXPECT_EQ(question.returnButton(), std::optional(0));
 }
 
 // ---- Names and styles of both
