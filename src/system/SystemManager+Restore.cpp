@@ -172,19 +172,20 @@ QCoro::Task<void> SystemManager::hideLoginItemsAsCaptured(SystemSnapshot snapsho
 /// listed is no more than forgotten.
 QCoro::Task<void> SystemManager::removeAddedApplications(SystemSnapshot snapshot) {
     const QSet<QString> managed = managedStartupAppPaths();
-    QSet<QString> going = startupAppsThatGo(managed, profileStartupAppPaths(), RestoreBaseline{snapshot});
-    if (managed.isEmpty() && going.isEmpty()) {
+    const QSet<QString> notUsers = startupAppsThatGo(managed, profileStartupAppPaths(), RestoreBaseline{snapshot});
+    if (notUsers.isEmpty()) {
         co_return;
     }
     const LoginItemList list = co_await m_loginItems->current();
     if (!list.tellsAll()) {
         co_return; // which was told when they were to be restored
     }
+    QSet<QString> going = notUsers;
     going.removeIf([&list](const QString& path) {
         return std::none_of(list.items.begin(), list.items.end(),
                             [&path](const LoginItem& item) { return isLoginItemOf(item, path); });
     });
-    for (const QString& path : managed - going) {
+    for (const QString& path : notUsers - going) {
         forgetManagedStartupAppPath(path);
     }
     co_await removeManagedStartupApps(going);
@@ -299,7 +300,7 @@ QCoro::Task<bool> SystemManager::reinstateStandardSettings() {
     const bool isRestored = co_await undoPerformanceTweaks();
     NetworkServicesBack network(*this, *m_adminBatch);
     bool hasNetwork = co_await network.queue({}, {});
-    co_await m_launchItems->restore(kept);
+    co_await m_launchItems->bringBack(kept);
     co_await m_backgroundItems->restore();
     const bool isFinished =
         co_await finishAdminBatch(u"Quorvane needs your administrator password to restore system defaults."_s);

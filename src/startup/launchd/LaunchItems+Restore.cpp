@@ -44,8 +44,12 @@ QStringList plistsToSettle(const LaunchFolder& folder, QStringList putAside, con
 } // namespace
 
 QCoro::Task<void> LaunchItems::restore(KeptOff kept) {
-    const QList<LaunchdService> lifted = m_launchd.recordedOverrides();
     co_await m_launchd.liftUsersOverrides(kept);
+    co_await bringBack(kept);
+}
+
+QCoro::Task<void> LaunchItems::bringBack(KeptOff kept) {
+    const QList<LaunchdService> lifted = m_launchd.recordedOverrides();
     co_await loadInterrupted(kept);
     int count = 0;
     QString reported;

@@ -45,6 +45,8 @@ public:
     /// what the open batch brings back isn't touched.
     /// @param kept  stays switched off; the same below
     QCoro::Task<void> restore(KeptOff kept = {});
+    /// The same where the user's overrides are lifted already.
+    QCoro::Task<void> bringBack(KeptOff kept);
     /// Adds to the open batch what lifts the recorded overrides of the system's domain, and what brings back the system's
     /// plists, from the copies that root has kept.
     void queueKept(KeptOff kept = {});
