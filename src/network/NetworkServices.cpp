@@ -31,6 +31,17 @@ QStringList parsedNetworkServices(const QString& listing) {
     return names;
 }
 
+QStringList networkServicesOn(const QString& listing) {
+    QStringList names;
+    for (const QString& line : listing.split(u'\n')) {
+        const QString name = line.trimmed();
+        if (parsedNetworkServices(line) == QStringList(name)) {
+            names.append(name);
+        }
+    }
+    return names;
+}
+
 QStringList servicesNotAsCaptured(const QMap<QString, bool>& captured, const QList<NetworkServiceState>& services) {
     QMap<QString, bool> missed = captured;
     for (const NetworkServiceState& service : services) {

@@ -21,6 +21,9 @@ struct NetworkServiceState {
 /// explains the asterisk before a disabled service, is no name.
 QStringList parsedNetworkServices(const QString& listing);
 
+/// Those of them that are on: no asterisk stands beside them.
+QStringList networkServicesOn(const QString& listing);
+
 /// The names of captured services that aren't as they were captured: off, on, unread or gone.
 QStringList servicesNotAsCaptured(const QMap<QString, bool>& captured, const QList<NetworkServiceState>& services);
 

@@ -30,7 +30,7 @@ void SystemManager::clearAdminAuthorization() {
 void SystemManager::beginAdminBatch() {
     if (!m_adminBatch->isOpen()) {
         m_loginItems->drop();
-        m_launchItems->launchd().drop();
+        m_launchItems->launchd().beginFlow();
     }
     m_adminBatch->begin();
 }

@@ -3,6 +3,8 @@
 #include "core/AdminPrompts.h"
 #include "core/AdminScript.h"
 #include "network/NetworkServices.h"
+#include "network/SwitchedOffServices.h"
+#include "platform/FileManager.h"
 
 #include <QCoroTask>
 
@@ -13,29 +15,30 @@ namespace quorvane {
 using namespace Qt::StringLiterals;
 
 /// None where they can't be listed. The tool's errors come on standard output: of a failed run nothing is a name.
-QCoro::Task<std::optional<QStringList>> SystemManager::networkServiceNames(QString tool) {
+QCoro::Task<std::optional<QString>> SystemManager::networkServiceListing(QString tool) {
     const QStringList arguments{tool, u"-listallnetworkservices"_s};
     const CommandResult result = co_await runCommand(arguments, OutputCapture::Capture);
-    co_return result.status == 0 ? std::optional(parsedNetworkServices(result.standardOutput)) : std::nullopt;
+    co_return result.status == 0 ? std::optional(result.standardOutput) : std::nullopt;
 }
 
 QCoro::Task<QStringList> SystemManager::listNetworkServices() {
-    const std::optional<QStringList> names = co_await networkServiceNames(u"networksetup"_s);
-    co_return names.value_or(QStringList());
+    const std::optional<QString> listing = co_await networkServiceListing(u"networksetup"_s);
+    co_return parsedNetworkServices(listing.value_or(QString()));
 }
 
-/// The same, with a line in the log when there is none.
-QCoro::Task<QStringList> SystemManager::servicesOfOperation() {
-    const QStringList names = co_await listNetworkServices();
-    if (names.isEmpty()) {
+/// The listing, with a line in the log when there is no service in it.
+QCoro::Task<QString> SystemManager::servicesOfOperation() {
+    const std::optional<QString> listing = co_await networkServiceListing(u"networksetup"_s);
+    if (parsedNetworkServices(listing.value_or(QString())).isEmpty()) {
         log(u"  [INFO] No network services found."_s);
     }
-    co_return std::as_const(names);
+    co_return listing.value_or(QString());
 }
 
-/// The lines that switch every service; none when no service is found.
+/// The lines that switch every service; none when no service is found. Which of them are on is written down before they go.
 QCoro::Task<QStringList> SystemManager::networkSwitchCommands(NetworkSwitch position) {
-    const QStringList names = co_await servicesOfOperation();
+    const QString listing = co_await servicesOfOperation();
+    const QStringList names = parsedNetworkServices(listing);
     QStringList commands;
     if (names.isEmpty()) {
         co_return commands;
@@ -43,6 +46,13 @@ QCoro::Task<QStringList> SystemManager::networkSwitchCommands(NetworkSwitch posi
     log(u"  [ACTION] Found %1 services: "_s.arg(names.size()) + names.join(u", "_s));
     for (const QString& name : names) {
         commands.append(networkServiceCommand(name, position));
+    }
+    if (position == NetworkSwitch::Off) {
+        try {
+            SwitchedOffServices(m_host.files, m_host.machine).note(networkServicesOn(listing));
+        } catch (const FileError& error) {
+            log(u"  [ERROR] Could not note which network services are switched off: "_s + error.message());
+        }
     }
     co_return commands;
 }

@@ -5,6 +5,7 @@
 #include "network/NameServers.h"
 #include "network/NetworkOperations.h"
 #include "network/NetworkServices.h"
+#include "network/NetworkServicesBack.h"
 #include "system/BusyBracket.h"
 
 #include <QCoroTask>
@@ -83,6 +84,9 @@ QCoro::Task<NetworkOutcome> SystemManager::runNetworkOperations(NetworkOperation
         log(u"  [ERROR] Network operations were cancelled or failed: "_s + result.standardError);
         co_return NetworkOutcome{withoutRepetition(messages + networkFailureMessages(operations)), false};
     }
+    if (operations.enableAll) {
+        NetworkServicesBack(*this, *m_adminBatch).forgetAll();
+    }
     const QStringList notReset = co_await servicesNotReset(services);
     const QStringList lines = networkSuccessLogLines(operations, notReset);
     for (const QString& line : lines) {
@@ -104,7 +108,8 @@ QCoro::Task<ServiceNameServers> SystemManager::readNameServers(QString service) 
 
 /// Every service with its name servers, those in the log that are about to go.
 QCoro::Task<QList<ServiceNameServers>> SystemManager::nameServersToReset() {
-    const QStringList names = co_await servicesOfOperation();
+    const QString listing = co_await servicesOfOperation();
+    const QStringList names = parsedNetworkServices(listing);
     QList<ServiceNameServers> services;
     for (const QString& name : names) {
         const ServiceNameServers service = co_await readNameServers(name);

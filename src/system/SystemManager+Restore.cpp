@@ -6,10 +6,15 @@
 #include "flows/FlowJournal.h"
 #include "flows/FlowSteps.h"
 #include "network/NetworkServices.h"
+#include "network/NetworkServicesBack.h"
+#include "network/SwitchedOffServices.h"
 #include "platform/CloudDrive.h"
+#include "platform/Machine.h"
 #include "snapshots/RestoreCommands.h"
 #include "snapshots/SnapshotManager.h"
+#include "startup/background/BackgroundDisableTarget.h"
 #include "startup/background/BackgroundItems.h"
+#include "startup/background/HelperReturn.h"
 #include "startup/launchd/LaunchItems.h"
 #include "startup/login/LoginItems.h"
 
@@ -28,8 +33,31 @@ QString suffixOf(const SystemSnapshot& snapshot) {
     return snapshot.label ? u" (%1)"_s.arg(*snapshot.label) : QString();
 }
 
+QSet<QString> namesOf(const std::optional<QMap<QString, bool>>& services) {
+    return services ? QSet<QString>(services->keyBegin(), services->keyEnd()) : QSet<QString>();
+}
+
 QString notRestoredLine(const QString& service) {
     return u"  [INFO] Not restored: network service "_s + service;
+}
+
+/// Of items that are there, those that open hidden where they didn't, or the other way round. An item of the same file is meant
+/// whatever its name, unless another captured one bears it.
+QList<LoginItemHiding> hidingsAsCaptured(const QList<LoginItemSnapshot>& captured, const QList<LoginItem>& present) {
+    QList<LoginItemHiding> hidings;
+    for (const LoginItem& item : present) {
+        const LoginItemSnapshot* before = nullptr;
+        for (const LoginItemSnapshot& each : captured) {
+            const bool isOfFile = !item.path.isEmpty() && comparablePath(each.path) == comparablePath(item.path);
+            if (isOfFile && (!before || each.name == item.name)) {
+                before = &each;
+            }
+        }
+        if (before && before->hidden != item.hidden) {
+            hidings.append({{item.name, item.path}, before->hidden});
+        }
+    }
+    return hidings;
 }
 
 /// False where none was known, or a name's tail behind a "|" stands there.
@@ -120,6 +148,51 @@ QCoro::Task<void> SystemManager::restoreLoginItems(SystemSnapshot snapshot) {
     }
 }
 
+/// What is there opens hidden, or not, as it was: a profile may have taken an item out and added it anew.
+QCoro::Task<void> SystemManager::hideLoginItemsAsCaptured(SystemSnapshot snapshot) {
+    const QList<LoginItemSnapshot> captured = snapshot.loginItems.value_or(QList<LoginItemSnapshot>());
+    if (captured.isEmpty()) {
+        co_return;
+    }
+    const LoginItemList list = co_await m_loginItems->current();
+    const QList<LoginItemHiding> hidings = hidingsAsCaptured(captured, list.items);
+    if (hidings.isEmpty()) {
+        co_return;
+    }
+    const QList<bool> done = co_await m_loginItems->hide(hidings);
+    if (const qsizetype count = done.count(true); count > 0) {
+        log(u"  [RESTORED] %1 login item(s) hidden or shown as before."_s.arg(count));
+    }
+    for (qsizetype place = 0; place < hidings.size(); ++place) {
+        if (!done.at(place)) {
+            log(u"  [INFO] Not restored: whether it opens hidden: "_s + hidings.at(place).item.name);
+        }
+    }
+}
+
+/// Applications that the program has added to the login items, or that a saved profile opens, but for the user's own. What isn't
+/// listed is no more than forgotten.
+QCoro::Task<void> SystemManager::removeAddedApplications(SystemSnapshot snapshot) {
+    const QSet<QString> managed = managedStartupAppPaths();
+    const QSet<QString> notUsers = startupAppsThatGo(managed, profileStartupAppPaths(), RestoreBaseline{snapshot});
+    if (notUsers.isEmpty()) {
+        co_return;
+    }
+    const LoginItemList list = co_await m_loginItems->current();
+    if (!list.tellsAll()) {
+        co_return; // which was told when they were to be restored
+    }
+    QSet<QString> going = notUsers;
+    going.removeIf([&list](const QString& path) {
+        return std::none_of(list.items.begin(), list.items.end(),
+                            [&path](const LoginItem& item) { return isLoginItemOf(item, path); });
+    });
+    for (const QString& path : notUsers - going) {
+        forgetManagedStartupAppPath(path);
+    }
+    co_await removeManagedStartupApps(going);
+}
+
 /// Those that are there; what became of them is seen when the batch has run.
 /// @return what was queued; none where the services can't be listed
 QCoro::Task<std::optional<QMap<QString, bool>>> SystemManager::queueNetworkServices(SystemSnapshot snapshot) {
@@ -128,9 +201,10 @@ QCoro::Task<std::optional<QMap<QString, bool>>> SystemManager::queueNetworkServi
     if (captured.isEmpty()) {
         co_return queued;
     }
-    const std::optional<QStringList> listed = co_await networkServiceNames(u"/usr/sbin/networksetup"_s);
+    const std::optional<QString> listing = co_await networkServiceListing(u"/usr/sbin/networksetup"_s);
+    const QStringList listed = parsedNetworkServices(listing.value_or(QString()));
     for (auto service = captured.begin(); service != captured.end(); ++service) {
-        if (listed && listed->contains(service.key())) {
+        if (listed.contains(service.key())) {
             const NetworkSwitch position = *service ? NetworkSwitch::On : NetworkSwitch::Off;
             m_adminBatch->open().queue(withoutStatus(networkServiceCommand(service.key(), position)));
             queued.insert(service.key(), *service);
@@ -138,7 +212,7 @@ QCoro::Task<std::optional<QMap<QString, bool>>> SystemManager::queueNetworkServi
             log(notRestoredLine(service.key()));
         }
     }
-    co_return listed ? std::optional(queued) : std::nullopt;
+    co_return listing ? std::optional(queued) : std::nullopt;
 }
 
 /// Reads anew what has been switched.
@@ -159,6 +233,23 @@ QCoro::Task<bool> SystemManager::settleNetworkServices(QMap<QString, bool> switc
         std::any_of(services.begin(), services.end(),
                     [&missed](const NetworkServiceState& service) { return missed.contains(service.name); });
     co_return !services.isEmpty() && !isOneStillThere;
+}
+
+KeptOff SystemManager::keptOff() {
+    const QString quarantine = quarantineFolder(m_host.machine.homeFolder());
+    const QStringList services = SwitchedOffServices(m_host.files, m_host.machine).read();
+    KeptOff kept;
+    kept.overrides = m_launchItems->launchd().recordedOverrides();
+    kept.plists = m_launchItems->placesOfPutAside();
+    kept.services = QSet<QString>(services.begin(), services.end());
+    const BackgroundChanges changes = m_backgroundItems->changes();
+    for (const TakenHelper& helper : changes.helpers) {
+        kept.helpers.insert(helperCopy(helper, quarantine));
+    }
+    for (const DisallowedItem& item : changes.disallowed) {
+        kept.permissions.insert(item.label);
+    }
+    return kept;
 }
 
 QCoro::Task<RestoreOutcome> SystemManager::revertPerformanceTweaks(std::optional<FoundBaseline> found) {
@@ -201,21 +292,31 @@ QCoro::Task<RestoreOutcome> SystemManager::reinstateSystem(std::optional<FoundBa
     co_return outcome;
 }
 
-/// The tweaks, and what launchd was told: nobody needs a snapshot to know which overrides are the program's.
+/// The tweaks, and what the records tell: nobody needs a snapshot to know what is switched off by the program. Launch items that an
+/// earlier version put aside stay there.
 QCoro::Task<bool> SystemManager::reinstateStandardSettings() {
     log(u"  [INFO] No system snapshot found — using standard restore."_s);
-    m_launchItems->queueLifts();
+    KeptOff kept;
+    kept.plists = m_launchItems->unrecordedPlaces();
+    m_launchItems->queueKept(kept);
     co_await m_launchItems->launchd().liftUsersOverrides();
     const bool isRestored = co_await undoPerformanceTweaks();
+    NetworkServicesBack network(*this, *m_adminBatch);
+    bool hasNetwork = co_await network.queue({}, {});
+    co_await m_launchItems->bringBack(kept);
+    co_await m_backgroundItems->restore();
     const bool isFinished =
         co_await finishAdminBatch(u"Quorvane needs your administrator password to restore system defaults."_s);
-    co_await m_launchItems->launchd().settleLifted();
+    co_await m_launchItems->settleKept(kept);
+    co_await m_backgroundItems->settleRestored();
     m_backgroundItems->forgetWaiting();
+    const bool isNetworkBack = co_await network.settle();
+    hasNetwork = hasNetwork && (isNetworkBack || !isFinished);
     if (isFinished) {
         co_await lookAtRestoredBackups(std::nullopt);
     }
     co_await strikeRestoredTweaks(PerformanceSettings());
-    const bool succeeded = isRestored && isFinished && !isQuitting();
+    const bool succeeded = isRestored && hasNetwork && isFinished && !isQuitting();
     co_return succeeded;
 }
 
@@ -230,10 +331,17 @@ QCoro::Task<bool> SystemManager::reinstateFromSnapshot(SystemSnapshot snapshot) 
     const std::optional<QMap<QString, bool>> services = co_await queueNetworkServices(snapshot);
     co_await restoreLaunchItems();
     m_journal->strike(kLaunchItemsStep);
+    co_await m_backgroundItems->restore();
+    co_await hideLoginItemsAsCaptured(snapshot);
+    co_await removeAddedApplications(snapshot);
+    NetworkServicesBack newer(*this, *m_adminBatch);
+    const bool areNewerListed = co_await newer.queue(namesOf(snapshot.networkServicesEnabled), {});
     const bool isFinished =
         co_await finishAdminBatch(u"Quorvane needs your administrator password to restore your system."_s);
     co_await settleKeptLaunchItems();
-    bool hasNetwork = services.has_value();
+    co_await m_backgroundItems->settleRestored();
+    const bool areNewerBack = co_await newer.settle();
+    bool hasNetwork = services.has_value() && areNewerListed && (areNewerBack || !isFinished);
     if (isFinished) {
         const bool isSettled = co_await settleNetworkServices(services.value_or(QMap<QString, bool>()));
         hasNetwork = hasNetwork && isSettled;

@@ -56,6 +56,7 @@ struct BackgroundTaskItem;
 struct CurrentSettings;
 struct FlowRecord;
 struct InterruptedOutcome;
+struct KeptOff;
 struct LoginItemAddition;
 struct LoginItemSelector;
 struct MaintenanceOutcome;
@@ -205,6 +206,8 @@ public:
     QCoro::Task<std::optional<RestoreBaseline>> selectRestoreBaseline(std::optional<FoundBaseline> found = {});
     /// Puts the captured preferences and system settings back. Uses the batch that its caller opened, if any.
     QCoro::Task<bool> restoreFromSnapshot(SystemSnapshot snapshot);
+    /// What is off by the program at this moment: an apply that is taken back by itself leaves it off.
+    KeptOff keptOff();
     /// The tweaks alone, from the baseline or to standard defaults: one batch, one prompt.
     QCoro::Task<RestoreOutcome> revertPerformanceTweaks(std::optional<FoundBaseline> found = {});
     /// The whole system: with a baseline also login items, network services and launch items.
@@ -447,6 +450,8 @@ private:
     QCoro::Task<bool> reinstateFromSnapshot(SystemSnapshot snapshot);
     QCoro::Task<bool> reinstateStandardSettings();
     QCoro::Task<void> restoreLoginItems(SystemSnapshot snapshot);
+    QCoro::Task<void> hideLoginItemsAsCaptured(SystemSnapshot snapshot);
+    QCoro::Task<void> removeAddedApplications(SystemSnapshot snapshot);
     QCoro::Task<std::optional<QMap<QString, bool>>> queueNetworkServices(SystemSnapshot snapshot);
     QCoro::Task<bool> settleNetworkServices(QMap<QString, bool> switched);
 
@@ -468,8 +473,8 @@ private:
     QCoro::Task<StartupReadings> readingsForReview();
 
     // SystemManager+Network.cpp
-    QCoro::Task<std::optional<QStringList>> networkServiceNames(QString tool);
-    QCoro::Task<QStringList> servicesOfOperation();
+    QCoro::Task<std::optional<QString>> networkServiceListing(QString tool);
+    QCoro::Task<QString> servicesOfOperation();
     QCoro::Task<QStringList> networkSwitchCommands(NetworkSwitch position);
 
     // SystemManager+NetworkOperations.cpp

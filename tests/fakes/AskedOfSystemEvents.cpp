@@ -85,6 +85,15 @@ QRegularExpression deletionPattern() {
                               u"\\k<items>"_s + escaped(u")"_s + kStepEnd));
 }
 
+QRegularExpression hidingPattern() {
+    const QString items =
+        escaped(u"(every login item whose "_s) + u"(?<items>"_s + conditionPattern() + u')' + escaped(u")"_s);
+    return QRegularExpression(escaped(u"        try\n            if (count of "_s) + items +
+                              escaped(u") is 0 then\n                set output to output & \"missing\\n\"\n"
+                                      "            else\n                set hidden of (every login item whose "_s) +
+                              u"\\k<items>"_s + escaped(u") to "_s) + u"(?<hidden>true|false)"_s + escaped(kStepEnd));
+}
+
 QRegularExpression additionPattern() {
     return QRegularExpression(
         escaped(u"        try\n            if (count of (every login item whose path is \""_s) + u"(?<path>"_s + kText +
@@ -107,6 +116,7 @@ QString unescaped(const QString& literal) {
 std::optional<AskedOfSystemEvents::Step> stepAt(const QString& script, qsizetype& place) {
     static const QRegularExpression deletion = deletionPattern();
     static const QRegularExpression addition = additionPattern();
+    static const QRegularExpression hiding = hidingPattern();
     const auto match = [&](const QRegularExpression& pattern) {
         return pattern.match(script, place, QRegularExpression::NormalMatch,
                              QRegularExpression::AnchorAtOffsetMatchOption);
@@ -116,13 +126,39 @@ std::optional<AskedOfSystemEvents::Step> stepAt(const QString& script, qsizetype
         return AskedOfSystemEvents::Step{
             true, {}, unescaped(found.captured(u"path"_s)), found.captured(u"hidden"_s) == u"true"};
     }
-    const auto found = match(deletion);
+    auto found = match(deletion);
+    const bool isHiding = !found.hasMatch();
+    if (isHiding) {
+        found = match(hiding);
+    }
     if (!found.hasMatch()) {
         return std::nullopt;
     }
     place = found.capturedEnd();
     const QString name = found.captured(3) + found.captured(4); // one of the two at most
-    return AskedOfSystemEvents::Step{false, unescaped(name), unescaped(found.captured(2)), false};
+    const bool hidden = isHiding && found.captured(u"hidden"_s) == u"true";
+    return AskedOfSystemEvents::Step{false, unescaped(name), unescaped(found.captured(2)), hidden, isHiding};
+}
+
+/// The numbers of the items whose names a script reads; none for any other script.
+QList<qsizetype> namesAskedFor(const QString& script) {
+    static const QRegularExpression item(u"login item ([0-9]+)\\)"_s);
+    QList<qsizetype> numbers;
+    QString whole = u"tell application \"System Events\"\n"
+                    "    set output to \"\"\n"
+                    "    with timeout of 20 seconds\n"_s;
+    for (const QRegularExpressionMatch& match : item.globalMatch(script)) {
+        numbers.append(match.captured(1).toLongLong());
+        whole += u"        try\n"
+                 "            set output to output & (name of login item "_s +
+                 match.captured(1) +
+                 u") & \"\\n\"\n"
+                 "        on error\n"
+                 "            set output to output & \"\\n\"\n"
+                 "        end try\n"_s;
+    }
+    whole += kChangesEnd;
+    return script == whole ? numbers : QList<qsizetype>();
 }
 
 } // namespace
@@ -136,6 +172,8 @@ QString AskedOfSystemEvents::Step::purpose() const {
     if (isAddition) {
         return u"add "_s + path + (hidden ? u" hidden:true"_s : u" hidden:false"_s);
     }
+    const QString verb =
+        isHiding ? (hidden ? u"set hidden:true where "_s : u"set hidden:false where "_s) : u"delete where "_s;
     QStringList conditions;
     if (!path.isEmpty()) {
         conditions.append(u"path is "_s + path);
@@ -143,11 +181,18 @@ QString AskedOfSystemEvents::Step::purpose() const {
     if (!name.isEmpty()) {
         conditions.append(u"name is "_s + name);
     }
-    return u"delete where "_s + conditions.join(u" and "_s);
+    return verb + conditions.join(u" and "_s);
 }
 
 QString AskedOfSystemEvents::purpose() const {
     QStringList purposes;
+    if (!numbers.isEmpty()) {
+        purposes.append(u"names of"_s);
+        for (const qsizetype number : numbers) {
+            purposes.append(QString::number(number));
+        }
+        return purposes.join(u' ');
+    }
     for (const Step& step : steps) {
         purposes.append(step.purpose());
     }
@@ -157,6 +202,10 @@ QString AskedOfSystemEvents::purpose() const {
 std::optional<AskedOfSystemEvents> askedOfSystemEvents(const QString& script) {
     AskedOfSystemEvents asked;
     if (script == kReading) {
+        return asked;
+    }
+    asked.numbers = namesAskedFor(script);
+    if (!asked.numbers.isEmpty()) {
         return asked;
     }
     if (!script.startsWith(kChangesStart) || !script.endsWith(kChangesEnd)) {

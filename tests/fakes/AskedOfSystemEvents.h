@@ -15,16 +15,19 @@ struct AskedOfSystemEvents {
         QString name; ///< of what is deleted; empty where its path alone counts
         QString path;
         bool hidden = false;
+        bool isHiding = false; ///< an item that is there is set to open hidden, or not
 
         /// @param nameOfItem, pathOfItem  of a login item: System Events ignores case
         bool isFor(const QString& nameOfItem, const QString& pathOfItem) const;
-        /// "delete where name is Dropbox", "delete where path is /a and name is A", "add /Applications/Live.app hidden:false"
+        /// "delete where name is Dropbox", "delete where path is /a and name is A", "add /Applications/Live.app hidden:false",
+        /// "set hidden:true where path is /a and name is A"
         QString purpose() const;
     };
 
-    QList<Step> steps; ///< none: the script reads
+    QList<Step> steps;        ///< none: the script reads
+    QList<qsizetype> numbers; ///< of the items whose names alone are read; none: everything is
 
-    /// "list", or the purposes of the steps with "; " between them.
+    /// "list", "names of 2 5", or the purposes of the steps with "; " between them.
     QString purpose() const;
 };
 

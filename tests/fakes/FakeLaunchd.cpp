@@ -19,6 +19,9 @@ std::optional<CommandOutcome> FakeLaunchd::answer(const QStringList& arguments) 
         outcome.standardOutput = isMute ? QByteArray() : listing(arguments.value(2));
         return outcome;
     }
+    if ((verb == u"list" && arguments.size() == 2) || verb == u"print") {
+        return jobAnswer(arguments);
+    }
     if (verb == u"disable" || verb == u"enable") {
         set(arguments.value(2), verb == u"disable");
     }
@@ -47,6 +50,22 @@ QByteArray FakeLaunchd::listing(const QString& domain) const {
         }
     }
     return (text + u"\t}\n\tlogin item associations = {\n\t}\n"_s).toUtf8();
+}
+
+CommandOutcome FakeLaunchd::jobAnswer(const QStringList& arguments) const {
+    CommandOutcome outcome;
+    outcome.ending = CommandOutcome::Ending::Exited;
+    if (isMuteOfJobs) {
+        outcome.code = 112;
+    } else if (arguments.at(1) == u"print") {
+        outcome.code = stoppedJobs.contains(arguments.value(2).section(u'/', -1)) ? 113 : 0;
+    } else {
+        outcome.standardOutput = "PID\tStatus\tLabel\n";
+        for (const QString& label : sessionJobs) {
+            outcome.standardOutput += stoppedJobs.contains(label) ? QByteArray() : "-\t0\t" + label.toUtf8() + '\n';
+        }
+    }
+    return outcome;
 }
 
 QString withLooksAtLaunchd(QString trace) {

@@ -21,6 +21,9 @@ public:
 
     bool isOff(const QString& target) const { return overrides.value(target); }
 
+    QSet<QString> stoppedJobs;     ///< labels, in both domains: every other job is loaded
+    QStringList sessionJobs;       ///< what it lists of the user's session, but for the stopped ones
+    bool isMuteOfJobs = false;     ///< doesn't tell which are loaded
     QMap<QString, bool> overrides; ///< by target ("gui/501/com.x"): true is disabled
     QSet<QString> stubborn;        ///< targets whose override never changes
     bool isMute = false;           ///< doesn't tell
@@ -28,6 +31,7 @@ public:
 private:
     void set(const QString& target, bool isDisabled);
     QByteArray listing(const QString& domain) const;
+    CommandOutcome jobAnswer(const QStringList& arguments) const;
 };
 
 /// The line of a trace for both looks.

@@ -2,6 +2,8 @@
 
 namespace quorvane {
 
+using namespace Qt::StringLiterals;
+
 using Step = AskedOfSystemEvents::Step;
 
 ScriptedLoginItems::ScriptedLoginItems(ScriptedCommandLauncher& commands, QStringList& trace)
@@ -37,12 +39,16 @@ std::optional<CommandOutcome> ScriptedLoginItems::response(const QStringList& ar
 
 /// The tool ends what a script prints with a line end of its own.
 QByteArray ScriptedLoginItems::reply(const AskedOfSystemEvents& asked) {
+    if (!asked.numbers.isEmpty()) {
+        return namesOf(asked.numbers);
+    }
     if (asked.steps.isEmpty()) {
         return listing.isEmpty() ? listed() : listing;
     }
     QByteArray lines;
     for (qsizetype i = 0; i < std::min(asked.steps.size(), lastAnswered.value_or(asked.steps.size())); ++i) {
-        lines += asked.steps.at(i).isAddition ? added(asked.steps.at(i)) : deleted(asked.steps.at(i));
+        const Step& step = asked.steps.at(i);
+        lines += step.isHiding ? hid(step) : step.isAddition ? added(step) : deleted(step);
     }
     return lines + '\n';
 }
@@ -53,6 +59,28 @@ QByteArray ScriptedLoginItems::listed() const {
         lines += item.name + u'|' + item.path + (item.hidden ? u"|true\n"_s : u"|false\n"_s);
     }
     return lines.toUtf8() + '\n';
+}
+
+QByteArray ScriptedLoginItems::namesOf(const QList<qsizetype>& numbers) const {
+    QString lines;
+    for (const qsizetype number : numbers) {
+        lines += items.value(number - 1).name + u'\n';
+    }
+    return lines.toUtf8() + '\n';
+}
+
+QByteArray ScriptedLoginItems::hid(const Step& step) {
+    if (unchangeable.contains(step.name) || unchangeable.contains(step.path)) {
+        return "error:" + QByteArray::number(changeError) + '\n';
+    }
+    bool isThere = false;
+    for (LoginItem& item : items) {
+        if (step.isFor(item.name, item.path)) {
+            item.hidden = step.hidden;
+            isThere = true;
+        }
+    }
+    return isThere ? "ok\n" : "missing\n";
 }
 
 QByteArray ScriptedLoginItems::deleted(const Step& step) {

@@ -37,6 +37,8 @@ private:
     std::optional<CommandOutcome> response(const QStringList& arguments);
     QByteArray reply(const AskedOfSystemEvents& asked);
     QByteArray listed() const;
+    QByteArray namesOf(const QList<qsizetype>& numbers) const;
+    QByteArray hid(const AskedOfSystemEvents::Step& step);
     QByteArray deleted(const AskedOfSystemEvents::Step& step);
     QByteArray added(const AskedOfSystemEvents::Step& step);
 

@@ -142,12 +142,17 @@ std::optional<CommandOutcome> StartupSystem::answer(const QStringList& arguments
 }
 
 QString StartupSystem::answerOfSystemEvents(const AskedOfSystemEvents& asked) {
-    if (asked.steps.isEmpty()) {
-        return listing();
-    }
     QString answers;
+    for (const qsizetype number : asked.numbers) {
+        answers += login.value(number - 1).name + u'\n';
+    }
+    if (asked.steps.isEmpty()) {
+        return asked.numbers.isEmpty() ? listing() : answers;
+    }
     for (const AskedOfSystemEvents::Step& step : asked.steps) {
-        answers += step.isAddition ? add({nameInPath(step.path), step.path, step.hidden}) : remove(step);
+        answers += step.isHiding     ? hide(step)
+                   : step.isAddition ? add({nameInPath(step.path), step.path, step.hidden})
+                                     : remove(step);
     }
     return answers;
 }
@@ -163,6 +168,17 @@ QString StartupSystem::listing() const {
 QString StartupSystem::add(const LoginItem& item) {
     login.append(item);
     return u"ok\n"_s;
+}
+
+QString StartupSystem::hide(const AskedOfSystemEvents::Step& step) {
+    bool isThere = false;
+    for (LoginItem& item : login) {
+        if (step.isFor(item.name, item.path)) {
+            item.hidden = step.hidden;
+            isThere = true;
+        }
+    }
+    return isThere ? u"ok\n"_s : u"missing\n"_s;
 }
 
 QString StartupSystem::remove(const AskedOfSystemEvents::Step& step) {

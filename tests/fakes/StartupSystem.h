@@ -66,6 +66,7 @@ private:
     QString answerOfSystemEvents(const AskedOfSystemEvents& asked);
     QString listing() const;
     QString add(const LoginItem& item);
+    QString hide(const AskedOfSystemEvents::Step& step);
     QString remove(const AskedOfSystemEvents::Step& step);
     void carryOutAsRoot(const QString& source);
     /// As the lines do it: what lies at the new place goes first, whatever becomes of the rest.

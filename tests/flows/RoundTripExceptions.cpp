@@ -139,32 +139,13 @@ bool isHiddenIn(const std::optional<QString>& item) {
     return item.value_or(QString()).endsWith(u" (hidden)"_s);
 }
 
-bool opensAtLogin(const RoundTrip& trip, const QString& path) {
-    return std::any_of(trip.applied.begin(), trip.applied.end(), [&](const UnifiedProfile& profile) {
-        const QList<StartupLaunchItem> opened = profile.startup.startupLaunchItems();
-        return std::any_of(opened.begin(), opened.end(), [&](const StartupLaunchItem& item) {
-            return comparablePath(item.path) == comparablePath(path);
-        });
-    });
-}
-
-bool holdsBar(const RoundTrip& trip, const QString& key) {
-    const Json item = itemBefore(trip, key);
-    return !item.is_null() && (textOfJson(item["name"]).contains(u'|') || key.contains(u'|'));
-}
-
-bool isAddedApplication(const Difference& difference, const RoundTrip& trip) {
-    const auto path = loginItemPath(difference);
-    return path && !difference.before && opensAtLogin(trip, *path);
-}
-
 bool isOrder(const Difference& difference, const RoundTrip&) {
     return difference.key == kLoginItemOrder;
 }
 
-bool isOwnName(const Difference& difference, const RoundTrip& trip) {
+bool isOwnName(const Difference& difference, const RoundTrip&) {
     const auto path = loginItemPath(difference);
-    if (!path || !difference.before || !difference.after || holdsBar(trip, difference.key)) {
+    if (!path || !difference.before || !difference.after) {
         return false;
     }
     const QString file = path->section(u'/', -1, -1, QString::SectionSkipEmpty);
@@ -176,23 +157,6 @@ bool isOwnName(const Difference& difference, const RoundTrip& trip) {
 bool isItemWithoutFile(const Difference& difference, const RoundTrip& trip) {
     const Json item = itemBefore(trip, difference.key);
     return !item.is_null() && item["path"].is_null() && difference.before && !difference.after;
-}
-
-/// It doesn't come back; in its place may come one of a file whose path ends at the bar.
-bool isItemWithBar(const Difference& difference, const RoundTrip& trip) {
-    if (difference.before) {
-        return !difference.after && holdsBar(trip, difference.key);
-    }
-    const Json& items = trip.mac["loginItems"];
-    return loginItemPath(difference) && std::any_of(items.begin(), items.end(), [&](const Json& item) {
-               return loginItemKey(item).startsWith(difference.key + u'|');
-           });
-}
-
-bool isHiddenMark(const Difference& difference, const RoundTrip& trip) {
-    const auto path = loginItemPath(difference);
-    return path && difference.before && difference.after && opensAtLogin(trip, *path) &&
-           isHiddenIn(difference.before) != isHiddenIn(difference.after);
 }
 
 /// macOS notes each application that is put into the login items, and that it was taken out.
@@ -241,12 +205,6 @@ bool isNewRunOfLaunchItem(const Difference& difference, const RoundTrip& trip) {
     const auto job = launchItemJob(difference);
     const bool isJob = job && wasLoaded(trip, *job) && (job->property == u"pid" || job->property == u"lastExitStatus");
     return difference.after && (isJob || (isOfItsProcess(difference) && ranBefore(difference, trip)));
-}
-
-bool isLaunchItemThatWasOff(const Difference& difference, const RoundTrip& trip) {
-    const auto job = launchItemJob(difference);
-    const bool isJob = job && !wasLoaded(trip, *job);
-    return !difference.before && (isJob || (isOfItsProcess(difference) && !ranBefore(difference, trip)));
 }
 
 /// Whether launchd's override of a launch item differs.
@@ -347,11 +305,6 @@ bool isServiceAfterRevert(const Difference& difference, const RoundTrip&) {
     return serviceLeftOff(difference).has_value();
 }
 
-bool isNewService(const Difference& difference, const RoundTrip& trip) {
-    const std::optional<QString> service = serviceLeftOff(difference);
-    return service && !trip.snapshot.networkServicesEnabled.value_or(QMap<QString, bool>()).contains(*service);
-}
-
 /// On one of the two ways alone.
 template <WayBack wayBack, bool (*covers)(const Difference&, const RoundTrip&)>
 bool on(const Difference& difference, const RoundTrip& trip) {
@@ -380,22 +333,13 @@ const QList<RoundTripException>& roundTripExceptions() {
         {u"Automatic backups that were never switched", "a key that isn't set means off, and comes back as that",
          isOfBackupsNeverSwitched},
         {u"Spotlight in an unusual state", "it comes back as on or off", isUnusualIndexing},
-        {u"Applications that a profile opens", "what has come to the login items stays", whenAsked<isAddedApplication>},
-        {u"Applications that a profile opens hidden, or not", "an item that is there is left as it is",
-         whenAsked<isHiddenMark>},
         {u"The order of the login items", "an item that comes back goes to the end", whenAsked<isOrder>},
         {u"Login items with a name of their own", "System Events names an item after its file", whenAsked<isOwnName>},
         {u"Login items whose file is gone", "there is nothing to add again", whenAsked<isItemWithoutFile>},
-        {u"Login items with a vertical bar", "in System Events' answer it stands between name and file",
-         whenAsked<isItemWithBar>},
         {u"Login items where System Events may not be asked", "they can be neither read nor changed",
          on<WayBack::Reinstate, isItemThatCouldNotBeAskedFor>},
         {u"The list of what may run in the background", "macOS notes what was in the login items", isNoteOfLoginItem},
-        {u"Network services newer than the snapshot", "whether they were on isn't known",
-         on<WayBack::Reinstate, isNewService>},
         {u"Launch items run anew", "they are loaded again", on<WayBack::Reinstate, isNewRunOfLaunchItem>},
-        {u"Launch items that you had switched off yourself", "whether they were loaded isn't captured",
-         on<WayBack::Reinstate, isLaunchItemThatWasOff>},
         {u"Launch items are noted as enabled", "launchd has to be told that it may load them again",
          on<WayBack::Reinstate, isNotedAsEnabled>},
         {u"Background items", "what System Settings has of them can't be changed back", isBackgroundItem},

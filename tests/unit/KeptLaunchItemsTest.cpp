@@ -463,4 +463,31 @@ TEST_F(KeptLaunchItems, aSecondBatchAsksAgainForWhatTheFirstDidNotBringBack) {
     EXPECT_EQ(trace.filter(u"Not restored"_s).size(), 2);
 }
 
+TEST_F(KeptLaunchItems, whatWasNotLoadedIsPutBackAndNotLoaded) {
+    keep(kKeptDaemons + kBoxPlist, "box");
+    keep(kKeptAgents + kBoxPlist, "box");
+    files.addFile(u"/Users/alex/.quorvane/launch-items-put-aside.json"_s,
+                  R"([{"path": "/Library/LaunchDaemons/com.box.plist", "wasLoaded": false},
+                      {"path": "/Library/LaunchAgents/com.box.plist"}])");
+    scripts.carryOut = [this](const QString&) {
+        for (const auto& [kept, folder] : {std::pair(kKeptDaemons, kDaemonFolder), std::pair(kKeptAgents, kAgentFolder)}) {
+            files.addFile(folder + kBoxPlist, "box");
+            files.removeAsRoot(kept + kBoxPlist);
+        }
+    };
+    reinstate();
+    EXPECT_EQ(trace.filter(u"bootstrap"_s), QStringList());
+    EXPECT_EQ(trace.filter(u"launchctl load"_s), QStringList());
+    EXPECT_EQ(trace.filter(u"rm -f"_s).size(), 1) << "but they are back";
+}
+
+TEST_F(KeptLaunchItems, aDaemonThatWasLoadedIsBootstrapped) {
+    keep(kKeptDaemons + kBoxPlist, "box");
+    files.addFile(u"/Users/alex/.quorvane/launch-items-put-aside.json"_s,
+                  R"([{"path": "/Library/LaunchDaemons/com.box.plist", "wasLoaded": true}])");
+    begin();
+    EXPECT_TRUE(QCoro::waitFor(system.finishAdminBatch(u"Please."_s)));
+    EXPECT_EQ(trace.filter(u"bootstrap system '/Library/LaunchDaemons/com.box.plist'"_s).size(), 1);
+}
+
 } // namespace quorvane

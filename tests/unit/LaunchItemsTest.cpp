@@ -1,5 +1,7 @@
+#include "core/AdminBatch.h"
 #include "core/Json.h"
 #include "fakes/ScriptedSystem.h"
+#include "startup/launchd/LaunchItems.h"
 
 #include <QRegularExpression>
 
@@ -748,6 +750,100 @@ TEST_F(LaunchItemFlows, aBackupFolderThatCannotBeListedKeepsNoOtherFromBeingRest
     restore();
     EXPECT_EQ(takeTrace(), u"$ /bin/launchctl load /Library/LaunchDaemons/com.box.plist\n"
                            "  [REVERTED] Restored 1 LaunchAgents/Daemons.\n"_s);
+}
+
+// ---- As it was: whether its job was loaded
+
+TEST_F(LaunchItemFlows, whetherItsJobWasLoadedIsNotedBeforeItGoes) {
+    addJob(kUsersAgents + kLabel, u"com.box.job"_s);
+    addJob(kUsersAgents + u"com.idle.plist"_s, u"com.idle"_s);
+    addJob(kDaemons + u"com.vpn.plist"_s, u"com.vpn"_s);
+    commands.launchd.sessionJobs = {u"com.box.job"_s, u"com.idle"_s};
+    commands.launchd.stoppedJobs = {u"com.idle"_s};
+    EXPECT_TRUE(disable({kLabel, u"com.idle.plist"_s, u"com.vpn.plist"_s}));
+    const QString trace = takeTrace();
+    EXPECT_EQ(trace.count(u"launchctl list"_s), 1) << trace.toStdString();
+    EXPECT_EQ(trace.count(u"launchctl print system/com.vpn"_s), 1);
+    EXPECT_LT(trace.indexOf(u"launchctl print system/com.vpn"_s), trace.indexOf(u"launchctl bootout"_s));
+    EXPECT_LT(trace.indexOf(u"launchctl list"_s), trace.indexOf(u"launchctl disable"_s));
+    EXPECT_EQ(files.read(kPutAsideFile), R"([
+  {
+    "path": "/Library/LaunchDaemons/com.vpn.plist",
+    "wasLoaded": true
+  },
+  {
+    "path": "/Users/alex/Library/LaunchAgents/com.box.plist",
+    "wasLoaded": true
+  },
+  {
+    "path": "/Users/alex/Library/LaunchAgents/com.idle.plist",
+    "wasLoaded": false
+  }
+]
+)");
+}
+
+TEST_F(LaunchItemFlows, whatWasStoppedComesBackStopped) {
+    addJob(kUsersAgents + kLabel, u"com.box.job"_s);
+    commands.launchd.stoppedJobs = {u"com.box.job"_s};
+    EXPECT_TRUE(disable({kLabel}));
+    takeTrace();
+    restore();
+    EXPECT_EQ(takeTrace(), u"$ /bin/launchctl enable gui/501/com.box.job\n"
+                           "  [REVERTED] Restored 1 LaunchAgents/Daemons.\n"_s);
+    EXPECT_TRUE(files.exists(kUsersAgents + kLabel));
+}
+
+TEST_F(LaunchItemFlows, whereLaunchdDoesNotTellOfJobsNothingIsLoaded) {
+    commands.launchd.isMuteOfJobs = true;
+    addJob(kUsersAgents + kLabel, u"com.box.job"_s);
+    EXPECT_TRUE(disable({kLabel}));
+    restore();
+    EXPECT_FALSE(takeTrace().contains(u"launchctl load"_s));
+    EXPECT_TRUE(files.exists(kUsersAgents + kLabel));
+}
+
+TEST_F(LaunchItemFlows, aPlistThatAnUpdaterHasPutBackIsLoadedOnlyWhereItsJobWasLoaded) {
+    for (const bool wasLoaded : {true, false}) {
+        addJob(kUsersAgents + kLabel, u"com.box.job"_s);
+        files.addFile(kUsersBackup + kLabel, "older");
+        files.addFile(kPutAsideFile, R"([{"path": "/Users/alex/Library/LaunchAgents/com.box.plist", "wasLoaded": )" +
+                                         QByteArray(wasLoaded ? "true" : "false") + "}]");
+        restore();
+        EXPECT_EQ(takeTrace().contains(u"launchctl load /Users/alex/Library/LaunchAgents/com.box.plist"_s), wasLoaded);
+        EXPECT_EQ(files.read(kUsersAgents + kLabel), "box");
+    }
+}
+
+TEST_F(LaunchItemFlows, whatAKilledRunHasStoppedAndNotMovedIsLoadedAtItsPlace) {
+    addJob(kUsersAgents + kLabel, u"com.box.job"_s);
+    addJob(kUsersAgents + u"com.idle.plist"_s, u"com.idle"_s);
+    files.addFile(kPutAsideFile, R"([{"path": "/Users/alex/Library/LaunchAgents/com.box.plist", "wasLoaded": true},
+        {"path": "/Users/alex/Library/LaunchAgents/com.idle.plist", "wasLoaded": false},
+        {"path": "/Users/alex/Downloads/com.evil.plist", "wasLoaded": true},
+        {"path": "/Users/alex/Library/LaunchAgents/../../Downloads/com.evil.plist", "wasLoaded": true}])");
+    files.addFile(u"/Users/alex/Downloads/com.evil.plist"_s, "evil");
+    restore();
+    EXPECT_EQ(takeTrace(), u"$ /bin/launchctl load /Users/alex/Library/LaunchAgents/com.box.plist\n"_s);
+}
+
+TEST_F(LaunchItemFlows, whatWasOffBeforeTheApplyThatIsTakenBackStaysOff) {
+    addJob(kUsersAgents + kLabel, u"com.box.job"_s);
+    addJob(kUsersAgents + u"com.old.plist"_s, u"com.old"_s);
+    commands.launchd.sessionJobs = {u"com.box.job"_s, u"com.old"_s};
+    system.beginAdminBatch();
+    EXPECT_TRUE(disable({u"com.old.plist"_s}));
+    EXPECT_TRUE(finishBatch());
+    const KeptOff kept = system.keptOff();
+    EXPECT_TRUE(disable({kLabel}));
+    takeTrace();
+    AdminBatch batch(system, scripts);
+    LaunchItems items(system, batch);
+    QCoro::waitFor(items.restore(kept));
+    EXPECT_EQ(takeTrace(), u"$ /bin/launchctl enable gui/501/com.box.job\n"
+                           "$ /bin/launchctl load /Users/alex/Library/LaunchAgents/com.box.plist\n"
+                           "  [REVERTED] Restored 1 LaunchAgents/Daemons.\n"_s);
+    EXPECT_TRUE(files.exists(kUsersBackup + u"com.old.plist"_s));
 }
 
 } // namespace quorvane

@@ -258,6 +258,73 @@ TEST_F(LaunchdFlows, whatTheOpenBatchIsAboutToSwitchOffStaysWrittenDown) {
     EXPECT_EQ(recorded(), QList<LaunchdService>{kAgentService});
 }
 
+TEST_F(LaunchdFlows, whatWasBeforeIsWrittenDownWithIt) {
+    commands.launchd.sessionJobs = {u"com.agent"_s};
+    commands.launchd.overrides.insert(u"system/com.daemon"_s, false);
+    const QList<ServiceGoing> going{{kAgentService, u"Agent"_s, u"/Library/LaunchAgents/com.agent.plist"_s},
+                                    {kDaemonService},
+                                    {{LaunchdDomain::System, u"com.bundled"_s}, {}, {}, false}};
+    EXPECT_TRUE(QCoro::waitFor(launchd.recordServices(going)));
+    EXPECT_EQ(takeTrace(), kLookAtLaunchd + u"$> /bin/launchctl list\n$> /bin/launchctl print system/com.daemon\n"_s);
+    const QList<RecordedOverride> expected{
+        {kAgentService, false, OverrideState::NotListed, true, u"Agent"_s, u"/Library/LaunchAgents/com.agent.plist"_s},
+        {kDaemonService, false, OverrideState::Enabled, true},
+        {{LaunchdDomain::System, u"com.bundled"_s}, false, OverrideState::NotListed}};
+    EXPECT_EQ(OverrideRecord(files, machine).read(), expected);
+}
+
+TEST_F(LaunchdFlows, noJobIsAskedForOfWhatIsOffOrRecordedAlready) {
+    commands.launchd.overrides.insert(u"gui/501/com.agent"_s, true);
+    files.addFile(kOverrideRecord, R"([{"label": "com.daemon", "domain": "system"}])");
+    EXPECT_TRUE(QCoro::waitFor(launchd.recordServices({{kAgentService}, {kDaemonService}})));
+    EXPECT_EQ(takeTrace(), kLookAtLaunchd);
+}
+
+TEST_F(LaunchdFlows, whatLaunchdDoesNotTellIsUnknown) {
+    commands.launchd.isMute = true;
+    commands.launchd.isMuteOfJobs = true;
+    EXPECT_TRUE(QCoro::waitFor(launchd.recordServices({{kAgentService}, {kDaemonService}})));
+    const QList<RecordedOverride> expected{{kAgentService, false, OverrideState::Unknown},
+                                           {kDaemonService, false, OverrideState::Unknown}};
+    EXPECT_EQ(OverrideRecord(files, machine).read(), expected);
+    EXPECT_EQ(launchd.liftableOverrides({}), QList<RecordedOverride>());
+    EXPECT_EQ(launchd.liftableOverrides({}).size() + 2, launchd.recordedOverrides().size());
+}
+
+TEST_F(LaunchdFlows, aJobIsAskedForOnceInAFlowAndAnewInTheNext) {
+    commands.launchd.sessionJobs = {u"com.agent"_s};
+    EXPECT_EQ(QCoro::waitFor(launchd.isLoaded(kAgentService)), true);
+    EXPECT_EQ(QCoro::waitFor(launchd.isLoaded(kDaemonService)), true);
+    commands.launchd.stoppedJobs = {u"com.agent"_s, u"com.daemon"_s};
+    launchd.drop();
+    EXPECT_EQ(QCoro::waitFor(launchd.isLoaded(kAgentService)), true);
+    EXPECT_EQ(QCoro::waitFor(launchd.isLoaded(kDaemonService)), true);
+    launchd.beginFlow();
+    EXPECT_EQ(QCoro::waitFor(launchd.isLoaded(kAgentService)), false);
+    EXPECT_EQ(QCoro::waitFor(launchd.isLoaded(kDaemonService)), false);
+    for (const QByteArray& nonsense : {QByteArray(), QByteArray("PID Status Label\n"), QByteArray("nothing\n")}) {
+        commands.print(u"/bin/launchctl list"_s, nonsense);
+        launchd.beginFlow();
+        EXPECT_EQ(QCoro::waitFor(launchd.isLoaded(kAgentService)), std::nullopt);
+    }
+    commands.fail(u"/bin/launchctl print system/com.daemon"_s, 64);
+    launchd.beginFlow();
+    EXPECT_EQ(QCoro::waitFor(launchd.isLoaded(kDaemonService)), std::nullopt);
+}
+
+TEST_F(LaunchdFlows, whatIsKeptOffIsNeitherLiftedNorNamed) {
+    files.addFile(kOverrideRecord, R"([{"label": "com.agent", "domain": "user"},
+                                       {"label": "com.daemon", "domain": "system"}])");
+    commands.launchd.overrides = {{u"gui/501/com.agent"_s, true}, {u"system/com.daemon"_s, true}};
+    KeptOff kept;
+    kept.overrides = {kAgentService, kDaemonService};
+    QCoro::waitFor(launchd.liftUsersOverrides(kept));
+    EXPECT_EQ(launchd.rootsLiftCommands(kept), QStringList());
+    QCoro::waitFor(launchd.settleLifted(kept));
+    EXPECT_EQ(takeTrace(), u"\n"_s);
+    EXPECT_EQ(recorded(), (QList<LaunchdService>{kAgentService, kDaemonService}));
+}
+
 // ---- The way back
 
 TEST_F(LaunchdFlows, onlyLabelsThatMayBeOverriddenAreLiftedAndTheOthersStayInTheFile) {

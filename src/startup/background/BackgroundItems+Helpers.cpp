@@ -5,6 +5,7 @@
 #include "startup/background/BackgroundItems.h"
 
 #include "core/Paths.h"
+#include "platform/Bundles.h"
 #include "platform/FileManager.h"
 #include "platform/FolderNames.h"
 #include "platform/Host.h"
@@ -75,7 +76,7 @@ QCoro::Task<bool> BackgroundItems::hasBrokenSeal(QString application) {
 /// By one step: a refusal leaves everything as it was.
 void BackgroundItems::quarantine(const BackgroundDisableTarget& target) {
     const QString source = sourceOf(target);
-    if (!requireQuarantine(target)) {
+    if (!requireQuarantine(target) || !recordTaken(target)) {
         return;
     }
     try {
@@ -86,6 +87,23 @@ void BackgroundItems::quarantine(const BackgroundDisableTarget& target) {
         logFailedQuarantine(source, error.message());
         m_wasKeptOut = m_wasKeptOut || isKeptFromOthers(error.message());
     }
+}
+
+/// Where it stood and in which version of its application: without that nobody could put it back.
+/// @return false, with a line in the log, when it can't be saved
+bool BackgroundItems::recordTaken(const BackgroundDisableTarget& target) {
+    std::optional<BackgroundChanges> changes = changesToAddTo();
+    if (!changes) {
+        return false;
+    }
+    const QString application = target.parentAppURL.toLocalFile();
+    const QVariantMap info = host().bundles.infoDictionary(application).value_or(QVariantMap());
+    const TakenHelper helper{target.label, sourceOf(target), application, applicationVersion(info)};
+    changes->helpers.removeIf([&helper](const TakenHelper& other) {
+        return other.label == helper.label && lastPathComponent(other.place) == lastPathComponent(helper.place);
+    });
+    changes->helpers.append(helper);
+    return saveChanges(*changes);
 }
 
 QString BackgroundItems::quarantineDestination(const BackgroundDisableTarget& target) const {

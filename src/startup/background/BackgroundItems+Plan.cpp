@@ -9,6 +9,7 @@
 #include "startup/background/BackgroundState.h"
 #include "startup/items/StartupConfiguration.h"
 #include "startup/launchd/Launchd.h"
+#include "startup/launchd/OverrideRecord.h"
 
 #include <QCoroFuture>
 #include <QCoroTask>
@@ -24,6 +25,16 @@ using namespace Qt::StringLiterals;
 namespace {
 
 const QString kManagedPreferences = u"/Library/Managed Preferences"_s; // where an organization's rules for a Mac lie
+
+/// As they are written down. What its application has registered from its bundle runs on until the restart.
+QList<ServiceGoing> going(const QList<PlannedService>& planned) {
+    QList<ServiceGoing> services;
+    for (const PlannedService& each : planned) {
+        services.append(
+            {each.service, each.name, each.path, each.service.domain == LaunchdDomain::User || !each.isBundled});
+    }
+    return services;
+}
 
 QList<LaunchdService> servicesOf(const QList<PlannedService>& planned) {
     QList<LaunchdService> services;
@@ -204,7 +215,7 @@ QCoro::Task<bool> BackgroundItems::queueForRoot(QList<PlannedService> services) 
     if (services.isEmpty()) {
         co_return true;
     }
-    const bool isRecorded = co_await m_launchd.recordOverrides(servicesOf(services));
+    const bool isRecorded = co_await m_launchd.recordServices(going(services));
     if (!isRecorded) {
         co_return false;
     }
@@ -256,7 +267,7 @@ QCoro::Task<void> BackgroundItems::followBatch(Joined joined, bool hasRun) {
 /// @return those for which it was tried
 QCoro::Task<QList<LaunchdService>> BackgroundItems::switchOff(QList<PlannedService> services) {
     if (!services.isEmpty()) {
-        const bool isRecorded = co_await m_launchd.recordOverrides(servicesOf(services));
+        const bool isRecorded = co_await m_launchd.recordServices(going(services));
         if (!isRecorded) {
             services.clear();
         }

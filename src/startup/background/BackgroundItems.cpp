@@ -69,18 +69,45 @@ void BackgroundItems::disallowTargets(const QList<BackgroundDisableTarget>& targ
             continue; // a further resource of the same item, or audio software
         }
         asked.insert(target.label);
+        if (m_serviceManagement.isAvailable() && !recordDisallowed(target)) {
+            continue; // nobody could allow it again
+        }
         switch (m_serviceManagement.disallowBackgroundItem(target.parentAppURL.toLocalFile(), target.label)) {
         case ServiceManagementBTM::Outcome::Succeeded:
             log(u"  [ACTION] Asked macOS to disallow: "_s + target.label);
             break;
         case ServiceManagementBTM::Outcome::Failed:
             log(u"  [WARNING] Could not disallow BTM service: "_s + target.label);
+            forgetDisallowed(target);
             break;
         case ServiceManagementBTM::Outcome::Unavailable:
             tellOfEndInCall();
             log(u"  [INFO] ServiceManagement BTM APIs unavailable; using launchctl and quarantine fallback."_s);
             return;
         }
+    }
+}
+
+/// Of what is allowed, as far as the list shows; what its user has switched off needs no record.
+/// @return false, with a line in the log, when it can't be saved
+bool BackgroundItems::recordDisallowed(const BackgroundDisableTarget& target) {
+    const QSet<QString> tokens = target.item ? dispositionTokens(*target.item) : QSet<QString>();
+    if (!tokens.contains(u"allowed"_s) || tokens.contains(u"disallowed"_s)) {
+        return true;
+    }
+    const DisallowedItem item{target.parentAppURL.toLocalFile(), target.label};
+    std::optional<BackgroundChanges> changes = changesToAddTo();
+    if (!changes || changes->disallowed.contains(item)) {
+        return changes.has_value();
+    }
+    changes->disallowed.append(item);
+    return saveChanges(*changes);
+}
+
+void BackgroundItems::forgetDisallowed(const BackgroundDisableTarget& target) {
+    BackgroundChanges changes = this->changes();
+    if (changes.disallowed.removeOne(DisallowedItem{target.parentAppURL.toLocalFile(), target.label})) {
+        saveChanges(changes);
     }
 }
 

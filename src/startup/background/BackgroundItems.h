@@ -4,6 +4,7 @@
 #include "startup/background/BackgroundDisableTarget.h"
 #include "startup/background/BackgroundFetch.h"
 #include "startup/background/BackgroundLoginItemChangePlan.h"
+#include "startup/background/BackgroundRecord.h"
 #include "startup/background/BackgroundTaskList.h"
 #include "startup/background/PlannedServices.h"
 #include "startup/background/ServiceManagementBTM.h"
@@ -12,7 +13,9 @@
 #include "startup/items/CloudSyncService.h"
 #include "startup/items/LoginItem.h"
 #include "startup/items/StartupItem.h"
+#include "startup/launchd/KeptOff.h"
 #include "startup/launchd/LaunchItemGuards.h"
+#include "startup/launchd/OverrideRecord.h"
 
 #include <QList>
 #include <QSet>
@@ -91,6 +94,17 @@ public:
     /// Called by the way back: nothing waits for the next apply any more.
     void forgetWaiting();
 
+    // ---- The way back: BackgroundItems+Restore.cpp
+
+    /// Puts helpers back into their applications, allows what was disallowed, and loads as the user what was stopped; what root
+    /// loads joins the open batch. Called when the user's overrides are lifted.
+    /// @param kept  stays switched off
+    QCoro::Task<void> restore(KeptOff kept = {});
+    /// Called when that batch is finished: tells of what doesn't run before the next login.
+    QCoro::Task<void> settleRestored();
+    /// What is recorded; empty, with a line in the log, where that can't be read.
+    BackgroundChanges changes();
+
     /// What a clean reboot leaves of the list; empty when the list was never read.
     QCoro::Task<ApplyVerificationResult> verify(QSet<QString> permittedNames,
                                                 std::optional<StartupConfiguration> startup);
@@ -117,6 +131,8 @@ private:
     void leaveForNextApply(const QList<PlannedService>& services);
     void settleWaiting(const QList<LaunchdService>& settled, const LaunchdOverrides& overrides);
     void disallowTargets(const QList<BackgroundDisableTarget>& targets);
+    bool recordDisallowed(const BackgroundDisableTarget& target);
+    void forgetDisallowed(const BackgroundDisableTarget& target);
     void tellOfEndInCall();
 
     // BackgroundItems+Helpers.cpp
@@ -124,12 +140,21 @@ private:
                                     LaunchdReadings launchd);
     QCoro::Task<bool> hasBrokenSeal(QString application);
     void quarantine(const BackgroundDisableTarget& target);
+    bool recordTaken(const BackgroundDisableTarget& target);
     bool requireQuarantine(const BackgroundDisableTarget& target);
     QString quarantineDestination(const BackgroundDisableTarget& target) const;
     void makeRoom(const QString& destination);
     void logFailedQuarantine(const QString& source, const QString& error);
     void tellOfAppManagement();
     void settleLeftovers(const QList<BackgroundTaskItem>& records);
+
+    // BackgroundItems+Restore.cpp
+    std::optional<BackgroundChanges> changesToAddTo();
+    bool saveChanges(const BackgroundChanges& changes);
+    void putHelpersBack(const KeptOff& kept);
+    bool putBack(const TakenHelper& helper, const QString& copy);
+    void allowAgain(const KeptOff& kept);
+    QCoro::Task<void> loadAgain(KeptOff kept);
 
     AdminBatch& m_batch;
     Launchd& m_launchd;
@@ -139,11 +164,12 @@ private:
     BackgroundTaskItemsFetchMode m_fetchMode = BackgroundTaskItemsFetchMode::automatic;
     bool m_needsPrivilegedFetch = false; ///< the batch will leave a dump to read
     std::optional<BackgroundLoginItemChangePlan> m_plan;
-    QList<StartupItem> m_running;   ///< of the profile at hand
-    QList<WaitingService> m_held;   ///< launch daemons that wait for the list
-    QList<LaunchdService> m_queued; ///< what the line switches off
-    QSet<QString> m_told;           ///< lines of what stays, each once a batch
-    bool m_wasKeptOut = false;      ///< of an application, and not told yet
+    QList<StartupItem> m_running;      ///< of the profile at hand
+    QList<WaitingService> m_held;      ///< launch daemons that wait for the list
+    QList<LaunchdService> m_queued;    ///< what the line switches off
+    QSet<QString> m_told;              ///< lines of what stays, each once a batch
+    QList<RecordedOverride> m_loading; ///< what the way back loads again
+    bool m_wasKeptOut = false;         ///< of an application, and not told yet
 };
 
 } // namespace quorvane

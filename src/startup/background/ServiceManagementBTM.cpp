@@ -33,14 +33,29 @@ private:
 
 ServiceManagementBTM::Outcome ServiceManagementBTM::disallowBackgroundItem(const QString& parentApplication,
                                                                            const QString& label) {
+    return setAllowed(parentApplication, label, false);
+}
+
+ServiceManagementBTM::Outcome ServiceManagementBTM::allowBackgroundItem(const QString& parentApplication,
+                                                                        const QString& label) {
+    return setAllowed(parentApplication, label, true);
+}
+
+bool ServiceManagementBTM::isAvailable() {
+    const ResolvedSymbols symbols = resolvedSymbols();
+    return symbols.setLoginItemUserAllowed || symbols.setLaunchdPlistUserAllowed;
+}
+
+ServiceManagementBTM::Outcome ServiceManagementBTM::setAllowed(const QString& parentApplication, const QString& label,
+                                                               bool isAllowed) {
     const ResolvedSymbols symbols = resolvedSymbols();
     if (!symbols.setLoginItemUserAllowed && !symbols.setLaunchdPlistUserAllowed) {
         return Outcome::Unavailable;
     }
-    if (symbols.setLoginItemUserAllowed && symbols.setLoginItemUserAllowed(parentApplication, label, false)) {
+    if (symbols.setLoginItemUserAllowed && symbols.setLoginItemUserAllowed(parentApplication, label, isAllowed)) {
         return Outcome::Succeeded;
     }
-    if (symbols.setLaunchdPlistUserAllowed && symbols.setLaunchdPlistUserAllowed(parentApplication, label, false)) {
+    if (symbols.setLaunchdPlistUserAllowed && symbols.setLaunchdPlistUserAllowed(parentApplication, label, isAllowed)) {
         return Outcome::Succeeded;
     }
     return Outcome::Failed;

@@ -12,7 +12,7 @@ namespace quorvane {
 class Machine;
 class UserDefaults;
 
-/// Tells the background task manager that the user doesn't allow an item, the same as switching it off in System
+/// Tells the background task manager that the user doesn't allow an item, or does again, the same as the switch in System
 /// Settings, where the system's private entry points for it exist. They are looked up on first use and once only.
 ///
 /// How they are called is known by trying alone, and one that is called in a wrong way may end the program. So the call is written
@@ -28,6 +28,10 @@ public:
 
     /// @param parentApplication  the path of the application that carries the item
     Outcome disallowBackgroundItem(const QString& parentApplication, const QString& label);
+    /// Takes that back. Only for what the program itself has disallowed: what the user has switched off stays off.
+    Outcome allowBackgroundItem(const QString& parentApplication, const QString& label);
+    /// True where the system has one of the entry points, and it may be called.
+    bool isAvailable();
     /// True when they are unavailable because the program once ended in one of them.
     bool hasEndedInCall() const { return m_hasEndedInCall; }
 
@@ -36,6 +40,7 @@ private:
         BackgroundTaskPermissions::SetUserAllowed setLoginItemUserAllowed;
         BackgroundTaskPermissions::SetUserAllowed setLaunchdPlistUserAllowed;
     };
+    Outcome setAllowed(const QString& parentApplication, const QString& label, bool isAllowed);
     ResolvedSymbols resolvedSymbols();
     ResolvedSymbols lookedUpSymbols();
     BackgroundTaskPermissions::SetUserAllowed marked(const QString& symbol);

@@ -26,7 +26,7 @@ QStringList launchctlCommands(const KeptLaunchPlist& plist, quint32 userId) {
         commands += {u"launchctl enable "_s + shellQuoted(u"system/"_s + plist.label),
                      u"launchctl enable "_s + shellQuoted(u"gui/"_s + QString::number(userId) + u'/' + plist.label)};
     }
-    if (plist.folder.isDaemons && !plist.label.isEmpty()) {
+    if (plist.folder.isDaemons && plist.isLoadedAgain && !plist.label.isEmpty()) {
         commands.append(u"launchctl bootstrap system "_s + shellQuoted(plist.path()));
     }
     return commands;

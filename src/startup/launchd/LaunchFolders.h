@@ -46,8 +46,9 @@ QString requireRealBackupFolderCommand(const LaunchFolder& folder);
 struct KeptLaunchPlist {
     QString fileName;
     LaunchFolder folder;
-    QString label;           ///< of its job; empty where launchctl can't be told
-    bool isRecorded = false; ///< what was overridden for it is written down, and is lifted by that alone
+    QString label;             ///< of its job; empty where launchctl can't be told
+    bool isRecorded = false;   ///< what was overridden for it is written down, and is lifted by that alone
+    bool isLoadedAgain = true; ///< false of one that its user had stopped before it was put aside
 
     QString path() const { return folder.path + u'/' + fileName; }
     QString keptPath() const { return folder.keepFolder + u'/' + fileName; }
@@ -55,7 +56,7 @@ struct KeptLaunchPlist {
 };
 
 /// The shell line that brings a plist back as root and never fails: to its place, out of the overrides of the system and the
-/// user that an earlier version has left without a record, and a daemon into launchd. The copy goes last, so that a run that ends half-way can be taken up again.
+/// user that an earlier version has left without a record, and a daemon that was loaded into launchd. The copy goes last, so that a run that ends half-way can be taken up again.
 /// A plist that has come to its place since, which may be as late as that moment, stays; the copy then gets a name by which it
 /// isn't found again.
 QString reinstateLaunchPlistCommand(const KeptLaunchPlist& plist, quint32 userId);

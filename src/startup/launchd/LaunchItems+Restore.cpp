@@ -15,7 +15,7 @@
 #include "startup/launchd/BackupFolders.h"
 #include "startup/launchd/LaunchItemNames.h"
 #include "startup/launchd/Launchctl.h"
-#include "startup/launchd/PutAsideRecord.h"
+#include "startup/launchd/OverrideRecord.h"
 
 #include <QCoroTask>
 
@@ -43,9 +43,14 @@ QStringList plistsToSettle(const LaunchFolder& folder, QStringList putAside, con
 
 } // namespace
 
-QCoro::Task<void> LaunchItems::restore() {
+QCoro::Task<void> LaunchItems::restore(KeptOff kept) {
+    co_await m_launchd.liftUsersOverrides(kept);
+    co_await bringBack(kept);
+}
+
+QCoro::Task<void> LaunchItems::bringBack(KeptOff kept) {
     const QList<LaunchdService> lifted = m_launchd.recordedOverrides();
-    co_await m_launchd.liftUsersOverrides();
+    co_await loadInterrupted(kept);
     int count = 0;
     QString reported;
     for (const LaunchFolder& folder : folders()) {
@@ -54,13 +59,29 @@ QCoro::Task<void> LaunchItems::restore() {
             logUnusableFolder(environment(), unusable);
             reported = unusable; // the outer folder is the same for all
         }
-        for (const QString& name : plistsPutAside(folder)) {
+        for (const QString& name : plistsPutAside(folder, kept)) {
             const bool isRestored = co_await restorePlist(folder, name, lifted);
             count += isRestored ? 1 : 0;
         }
     }
     if (count > 0) {
         log(u"  [REVERTED] Restored %1 LaunchAgents/Daemons."_s.arg(count));
+    }
+}
+
+/// Loads what a run that was killed had stopped and not put aside yet.
+QCoro::Task<void> LaunchItems::loadInterrupted(KeptOff kept) {
+    const LaunchFolder folder = folders().first();
+    const QStringList aside = plistsPutAside(folder, kept);
+    const PutAsideRecord::Jobs jobs = putAside();
+    for (auto job = jobs.begin(); job != jobs.end(); ++job) {
+        const QString name = lastPathComponent(job.key());
+        const bool isInPlace = parentFolder(job.key()) == folder.path && isLaunchPlistName(name) &&
+                               host().files.status(job.key()).kind == Kind::File;
+        if (job.value() == JobBefore::Loaded && isInPlace && !aside.contains(name) &&
+            !kept.plists.contains(job.key())) {
+            co_await load(job.key());
+        }
     }
 }
 
@@ -73,6 +94,7 @@ QCoro::Task<bool> LaunchItems::restorePlist(LaunchFolder folder, QString name, Q
     if (m_batch.open().bringsBack(restored) || (isTaken && !folder.isUsers)) {
         co_return false; // root brings its own copy, not the user's
     }
+    const JobBefore job = putAside().value(restored, JobBefore::Unrecorded);
     if (folder.isUsers) {
         // Before the move: a run that ends in between finds the backup again.
         co_await enableUsersJob(isTaken ? restored : backup, lifted);
@@ -89,7 +111,9 @@ QCoro::Task<bool> LaunchItems::restorePlist(LaunchFolder folder, QString name, Q
         }
         co_return false;
     }
-    co_await load(restored);
+    if (isLoadedAgain(job)) {
+        co_await load(restored);
+    }
     co_return !isTaken;
 }
 
@@ -123,25 +147,53 @@ QString LaunchItems::unusableBackupFolder(const LaunchFolder& folder) const {
 }
 
 /// The file names of a folder's plists that wait in the user's backup folder. Whatever else lies there isn't the program's.
-QStringList LaunchItems::plistsPutAside(const LaunchFolder& folder) const {
+QStringList LaunchItems::plistsPutAside(const LaunchFolder& folder, const KeptOff& kept) const {
     QStringList names =
         unusableBackupFolder(folder).isEmpty() ? namesIn(host().files, folder.backupFolder) : QStringList();
-    names.removeIf([](const QString& name) { return !isLaunchPlistName(name); });
+    names.removeIf([&](const QString& name) {
+        return !isLaunchPlistName(name) || kept.plists.contains(folder.path + u'/' + name);
+    });
     return names;
 }
 
-void LaunchItems::queueLifts() {
-    for (const QString& command : m_launchd.rootsLiftCommands()) {
+/// The file names of root's copies; none for the user's own folder.
+QStringList LaunchItems::copiesKept(const LaunchFolder& folder) const {
+    return folder.isUsers ? QStringList() : namesIn(host().files, folder.keepFolder);
+}
+
+QSet<QString> LaunchItems::placesOfPutAside() const {
+    const PutAsideRecord::Jobs jobs = putAside();
+    QSet<QString> places(jobs.keyBegin(), jobs.keyEnd());
+    return places.unite(unrecordedPlaces());
+}
+
+QSet<QString> LaunchItems::unrecordedPlaces() const {
+    const PutAsideRecord::Jobs jobs = putAside();
+    QSet<QString> places;
+    for (const LaunchFolder& folder : folders()) {
+        for (const QString& name : plistsPutAside(folder, {}) + copiesKept(folder)) {
+            const QString place = folder.path + u'/' + name;
+            if (!jobs.contains(place)) {
+                places.insert(place);
+            }
+        }
+    }
+    return places;
+}
+
+void LaunchItems::queueLifts(const KeptOff& kept) {
+    for (const QString& command : m_launchd.rootsLiftCommands(kept)) {
         m_batch.open().queue(withoutStatus(command));
     }
 }
 
-void LaunchItems::queueKept() {
-    queueLifts();
+void LaunchItems::queueKept(KeptOff kept) {
+    queueLifts(kept);
     const QList<LaunchdService> lifted = m_launchd.recordedOverrides();
-    const QSet<QString> aside = putAside();
+    const PutAsideRecord::Jobs aside = putAside();
     for (const LaunchFolder& folder : folders()) {
-        const QStringList names = folder.isUsers ? QStringList() : namesIn(host().files, folder.keepFolder);
+        QStringList names = copiesKept(folder);
+        names.removeIf([&](const QString& name) { return kept.plists.contains(folder.path + u'/' + name); });
         if (!names.isEmpty() && !isRootsAlone(folder.keepFolder)) {
             logUnusableFolder(environment(), folder.keepFolder);
             continue;
@@ -159,11 +211,12 @@ void LaunchItems::queueKept() {
 }
 
 /// Goes by what the disk shows: a batch may have failed after it put a plist back.
-QCoro::Task<void> LaunchItems::settleKept() {
+QCoro::Task<void> LaunchItems::settleKept(KeptOff kept) {
     const QStringList broughtBack = m_batch.takePlistsBroughtBack();
+    const PutAsideRecord::Jobs jobs = putAside();
     for (const LaunchFolder& folder : folders()) {
-        const QStringList putAside = folder.isUsers ? QStringList() : plistsPutAside(folder);
-        for (const QString& name : plistsToSettle(folder, putAside, broughtBack)) {
+        const QStringList aside = folder.isUsers ? QStringList() : plistsPutAside(folder, kept);
+        for (const QString& name : plistsToSettle(folder, aside, broughtBack)) {
             const QString plist = folder.path + u'/' + name;
             const bool isRoots = broughtBack.contains(plist);
             const bool isStillKept =
@@ -173,8 +226,8 @@ QCoro::Task<void> LaunchItems::settleKept() {
                 continue;
             }
             const QString backup = folder.backupFolder + u'/' + name;
-            const bool isBackup = putAside.contains(name) && holdTheSame(backup, plist);
-            if (!folder.isDaemons && (isRoots || isBackup)) {
+            const bool isBackup = aside.contains(name) && holdTheSame(backup, plist);
+            if (!folder.isDaemons && (isRoots || isBackup) && isLoadedAgain(jobs.value(plist, JobBefore::Unrecorded))) {
                 co_await load(plist); // an agent runs in the user's session
             }
             if (isBackup) {
@@ -183,19 +236,20 @@ QCoro::Task<void> LaunchItems::settleKept() {
         }
     }
     forgetBroughtBack();
-    co_await m_launchd.settleLifted();
+    co_await m_launchd.settleLifted(kept);
 }
 
 /// Whatever has become of it, it isn't aside any more.
 void LaunchItems::forgetBroughtBack() {
-    QSet<QString> aside;
+    const PutAsideRecord::Jobs before = putAside();
+    PutAsideRecord::Jobs aside;
     for (const LaunchFolder& folder : folders()) {
-        for (const QString& path : putAside()) {
+        for (const QString& path : before.keys()) {
             const QString name = u'/' + lastPathComponent(path);
             if (parentFolder(path) == folder.path &&
                 (host().files.status(folder.backupFolder + name).kind != Kind::Missing ||
                  (!folder.isUsers && host().files.status(folder.keepFolder + name).kind != Kind::Missing))) {
-                aside.insert(path);
+                aside.insert(path, before.value(path));
             }
         }
     }
@@ -220,7 +274,8 @@ bool LaunchItems::isRootsAlone(const QString& keepFolder) const {
 }
 
 KeptLaunchPlist LaunchItems::keptPlist(const LaunchFolder& folder, const QString& name,
-                                       const QList<LaunchdService>& lifted, const QSet<QString>& putAside) const {
+                                       const QList<LaunchdService>& lifted,
+                                       const PutAsideRecord::Jobs& putAside) const {
     KeptLaunchPlist plist{name, folder, {}};
     const QString kept = plist.keptPath();
     if (host().files.status(kept).owner == 0 && !host().files.isWritable(kept)) {
@@ -228,6 +283,7 @@ KeptLaunchPlist LaunchItems::keptPlist(const LaunchFolder& folder, const QString
             launchJobLabel(kept, host().propertyLists); // of a file that others can change root believes nothing
     }
     plist.isRecorded = putAside.contains(plist.path()) || lifted.contains(plist.service());
+    plist.isLoadedAgain = isLoadedAgain(putAside.value(plist.path(), JobBefore::Unrecorded));
     return plist;
 }
 

@@ -11,7 +11,7 @@
 #include "startup/items/StartupItem.h"
 #include "startup/launchd/BackupFolders.h"
 #include "startup/launchd/LaunchdReadings.h"
-#include "startup/launchd/PutAsideRecord.h"
+#include "startup/launchd/OverrideRecord.h"
 
 #include <QCoroTask>
 
@@ -166,7 +166,13 @@ QCoro::Task<LaunchItems::Preparation> LaunchItems::prepare(QStringList labels, L
         going += find(label, prepared.overrides, guards).plists;
     }
     prepared.services = servicesThatGo(going, launchd.plists(), guards.staying);
-    prepared.isRecorded = co_await m_launchd.recordOverrides(prepared.services);
+    QList<ServiceGoing> services;
+    for (const LaunchPlist& plist : going) {
+        if (prepared.services.contains(plist.service())) {
+            services.append({plist.service(), plist.fileName, plist.path()});
+        }
+    }
+    prepared.isRecorded = co_await m_launchd.recordServices(services);
     if (!prepared.isRecorded) {
         prepared.services.clear();
     }
@@ -203,7 +209,7 @@ QList<LaunchdService> LaunchItems::servicesThatGo(const QList<LaunchPlist>& goin
 
 QCoro::Task<bool> LaunchItems::disableUsersPlist(LaunchPlist plist, bool isOverridden) {
     const QString backup = plist.folder.backupFolder + u'/' + plist.fileName;
-    notePutAside({plist});
+    co_await notePutAside(QList<LaunchPlist>(1, plist));
     try {
         if (host().files.status(backup).kind != FileStatus::Kind::Missing) {
             host().files.remove(backup);
@@ -239,7 +245,7 @@ QCoro::Task<bool> LaunchItems::disableSystemPlists(QList<SystemPlist> plists) {
         commands.append(requireRealBackupFolderCommand(plist.folder));
         commands.append(disableLaunchPlistCommand(plist.path(), plist.folder, outOfLaunchd));
     }
-    notePutAside(queued);
+    co_await notePutAside(queued);
     m_queued += queued;
     const CommandResult result = co_await m_batch.run(commands.join(u" && "_s), kSystemChangesPrompt);
     if (m_batch.isOpen()) {
@@ -274,19 +280,24 @@ QCoro::Task<void> LaunchItems::settleDisabled(bool hasFailed) {
 }
 
 /// What is put aside without being noted is taken for an earlier version's.
-void LaunchItems::notePutAside(const QList<LaunchPlist>& plists) {
-    QSet<QString> paths;
+QCoro::Task<void> LaunchItems::notePutAside(QList<LaunchPlist> plists) {
+    PutAsideRecord::Jobs jobs = putAside();
     for (const LaunchPlist& plist : plists) {
-        paths.insert(plist.path());
+        std::optional<bool> isLoaded;
+        if (!plist.label.isEmpty()) {
+            isLoaded = co_await m_launchd.isLoaded(plist.service());
+        }
+        const JobBefore known = isLoaded.value_or(false) ? JobBefore::Loaded : JobBefore::NotLoaded;
+        jobs.insert(plist.path(), isLoaded ? known : JobBefore::Unknown);
     }
     try {
-        PutAsideRecord(host().files, host().machine).write(putAside().unite(paths));
+        PutAsideRecord(host().files, host().machine).write(jobs);
     } catch (const FileError& error) {
         log(u"  [ERROR] Could not note what is put aside: "_s + error.message());
     }
 }
 
-QSet<QString> LaunchItems::putAside() const {
+PutAsideRecord::Jobs LaunchItems::putAside() const {
     return PutAsideRecord(host().files, host().machine).read();
 }
 

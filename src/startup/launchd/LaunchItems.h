@@ -5,6 +5,7 @@
 #include "startup/launchd/LaunchItemGuards.h"
 #include "startup/launchd/LaunchPlist.h"
 #include "startup/launchd/Launchd.h"
+#include "startup/launchd/PutAsideRecord.h"
 
 #include <QList>
 #include <QSet>
@@ -42,14 +43,21 @@ public:
 
     /// Lifts the recorded overrides of the user's domain, and moves back what was put aside and can be moved back as the user;
     /// what the open batch brings back isn't touched.
-    QCoro::Task<void> restore();
+    /// @param kept  stays switched off; the same below
+    QCoro::Task<void> restore(KeptOff kept = {});
+    /// The same where the user's overrides are lifted already.
+    QCoro::Task<void> bringBack(KeptOff kept);
     /// Adds to the open batch what lifts the recorded overrides of the system's domain, and what brings back the system's
     /// plists, from the copies that root has kept.
-    void queueKept();
+    void queueKept(KeptOff kept = {});
     /// The overrides alone, for a way back that brings no plists.
-    void queueLifts();
+    void queueLifts(const KeptOff& kept = {});
     /// Called when that batch is finished: loads what is back and removes its backup, and tells of what isn't back.
-    QCoro::Task<void> settleKept();
+    QCoro::Task<void> settleKept(KeptOff kept = {});
+    /// The places of all plists that wait aside, also of those that no record tells of.
+    QSet<QString> placesOfPutAside() const;
+    /// Of those the ones of which no record tells: an earlier version put them aside.
+    QSet<QString> unrecordedPlaces() const;
 
 private:
     struct Found;
@@ -62,20 +70,22 @@ private:
     bool hasJob(const QStringList& labels) const;
     QList<LaunchdService> servicesThatGo(const QList<LaunchPlist>& going, const QList<LaunchPlist>& all,
                                          const QList<LaunchdService>& staying) const;
-    void notePutAside(const QList<LaunchPlist>& plists);
-    QSet<QString> putAside() const;
+    QCoro::Task<void> notePutAside(QList<LaunchPlist> plists);
+    PutAsideRecord::Jobs putAside() const;
     void forgetBroughtBack();
     QCoro::Task<bool> disableUsersPlist(LaunchPlist plist, bool isOverridden);
     QCoro::Task<bool> disableSystemPlists(QList<SystemPlist> plists);
     bool isRootsAlone(const QString& keepFolder) const;
 
     QString unusableBackupFolder(const LaunchFolder& folder) const;
-    QStringList plistsPutAside(const LaunchFolder& folder) const;
+    QStringList plistsPutAside(const LaunchFolder& folder, const KeptOff& kept) const;
+    QStringList copiesKept(const LaunchFolder& folder) const;
     QCoro::Task<bool> restorePlist(LaunchFolder folder, QString name, QList<LaunchdService> lifted);
+    QCoro::Task<void> loadInterrupted(KeptOff kept);
     QCoro::Task<void> enableUsersJob(QString plist, QList<LaunchdService> lifted);
     QCoro::Task<void> load(QString plist);
     KeptLaunchPlist keptPlist(const LaunchFolder& folder, const QString& name, const QList<LaunchdService>& lifted,
-                              const QSet<QString>& putAside) const;
+                              const PutAsideRecord::Jobs& putAside) const;
     bool holdTheSame(const QString& path, const QString& otherPath) const;
     void removeBackup(const QString& backup);
 

@@ -9,6 +9,7 @@
 #include "startup/launchd/LaunchPlist.h"
 #include "startup/launchd/Launchctl.h"
 #include "startup/launchd/LaunchdReadings.h"
+#include "startup/launchd/LoadedJobs.h"
 #include "startup/launchd/OverrideRecord.h"
 
 #include <QCoroFuture>
@@ -27,6 +28,8 @@ namespace {
 
 const QString kFailedRecord = u"  [ERROR] Could not read or write the record of what is switched off: "_s;
 const QString kUnreadableRecord = u"  [ERROR] The record of what is switched off is damaged: "_s;
+
+constexpr int kNoSuchService = 113; // of `launchctl print`
 
 /// A job that isn't loaded is no failure.
 const QString kWhateverItSays = u" 2>/dev/null || true"_s;
@@ -120,33 +123,82 @@ void Launchd::drop() {
     m_cache->isCurrent = false;
 }
 
+void Launchd::beginFlow() {
+    drop();
+    forgetJobs();
+}
+
+void Launchd::forgetJobs() {
+    m_cache->isSessionListed = false;
+    m_cache->daemons.clear();
+}
+
+QCoro::Task<std::optional<bool>> Launchd::isLoaded(LaunchdService service) {
+    if (service.domain == LaunchdDomain::System) {
+        if (!m_cache->daemons.contains(service.label)) {
+            const QStringList print{kLaunchctlTool, u"print"_s, target(service)};
+            const CommandResult printed = co_await runCommand(print, OutputCapture::Capture);
+            const bool isTold = printed.isAnswered && (printed.status == 0 || printed.status == kNoSuchService);
+            m_cache->daemons.insert(service.label, isTold ? std::optional(printed.status == 0) : std::nullopt);
+        }
+        co_return m_cache->daemons.value(service.label);
+    }
+    if (!m_cache->isSessionListed) {
+        const QStringList list{kLaunchctlTool, u"list"_s};
+        const CommandResult listed = co_await runCommand(list, OutputCapture::Capture);
+        const bool isTold = listed.isAnswered && listed.status == 0;
+        m_cache->sessionJobs = isTold ? parsedLoadedJobs(listed.standardOutput) : std::nullopt;
+        m_cache->isSessionListed = true;
+    }
+    co_return m_cache->sessionJobs ? std::optional(m_cache->sessionJobs->contains(service.label)) : std::nullopt;
+}
+
 // ---- Switching off
 
 QCoro::Task<bool> Launchd::recordOverrides(QList<LaunchdService> services) {
-    if (services.isEmpty()) {
+    QList<RecordedOverride> overrides;
+    for (const LaunchdService& service : services) {
+        overrides.append({service, false});
+    }
+    return record(overrides);
+}
+
+QCoro::Task<bool> Launchd::recordServices(QList<ServiceGoing> services) {
+    const LaunchdOverrides before = co_await overrides();
+    const QList<LaunchdService> recorded = servicesOf(readableRecord(host()));
+    QList<RecordedOverride> going;
+    for (const ServiceGoing& each : services) {
+        RecordedOverride entry{each.service, false, before.stateOf(each.service), {}, each.name, each.plist};
+        if (each.isStopped && entry.before != OverrideState::Disabled && !recorded.contains(each.service)) {
+            entry.wasLoaded = co_await isLoaded(each.service);
+        }
+        going.append(entry);
+    }
+    co_return co_await record(going);
+}
+
+QCoro::Task<bool> Launchd::record(QList<RecordedOverride> going) {
+    if (going.isEmpty()) {
         co_return true;
     }
     const LaunchdOverrides before = co_await overrides();
-    services.removeIf([&before](const LaunchdService& service) { return before.isDisabled(service); });
-    std::optional<QList<RecordedOverride>> record = recordToAddTo();
-    if (!record) {
+    std::optional<QList<RecordedOverride>> recorded = recordToAddTo();
+    if (!recorded) {
         co_return false;
     }
-    const QList<LaunchdService> recorded = servicesOf(*record);
-    services.removeIf([&recorded](const LaunchdService& service) { return recorded.contains(service); });
-    if (services.isEmpty()) {
+    const QList<LaunchdService> known = servicesOf(*recorded);
+    going.removeIf(
+        [&](const RecordedOverride& each) { return before.isDisabled(each.service) || known.contains(each.service); });
+    if (going.isEmpty()) {
         co_return true;
     }
-    for (const LaunchdService& service : services) {
-        record->append({service, false});
-    }
     try {
-        OverrideRecord(host().files, host().machine).write(*record);
+        OverrideRecord(host().files, host().machine).write(*recorded + going);
     } catch (const FileError& error) {
         log(kFailedRecord + error.message());
         co_return false;
     }
-    m_cache->unsettled += services;
+    m_cache->unsettled += servicesOf(going);
     co_return true;
 }
 
@@ -172,6 +224,7 @@ std::optional<QList<RecordedOverride>> Launchd::recordToAddTo() {
 }
 
 QCoro::Task<void> Launchd::settleRecorded() {
+    forgetJobs();
     if (m_cache->unsettled.isEmpty()) {
         co_return;
     }
@@ -288,30 +341,40 @@ QCoro::Task<bool> Launchd::isStillDisabled(LaunchdService service) {
     co_return now.isDisabled(service);
 }
 
-QCoro::Task<void> Launchd::liftUsersOverrides() {
-    for (const LaunchdService& service : recordedOverrides()) {
-        if (service.domain == LaunchdDomain::User) {
-            const QStringList enable{kLaunchctlTool, u"enable"_s, target(service)};
+QList<RecordedOverride> Launchd::liftableOverrides(const KeptOff& kept) const {
+    QList<RecordedOverride> liftable = readableRecord(host());
+    liftable.removeIf([&kept](const RecordedOverride& each) {
+        return !mayOverride(each.service.label) || !each.isLiftable() || kept.overrides.contains(each.service);
+    });
+    return liftable;
+}
+
+QCoro::Task<void> Launchd::liftUsersOverrides(KeptOff kept) {
+    const QList<RecordedOverride> liftable = liftableOverrides(kept);
+    for (const RecordedOverride& each : liftable) {
+        if (each.service.domain == LaunchdDomain::User) {
+            const QStringList enable{kLaunchctlTool, u"enable"_s, target(each.service)};
             co_await runCommand(enable, OutputCapture::Discard);
         }
     }
     drop();
 }
 
-QStringList Launchd::rootsLiftCommands() const {
+QStringList Launchd::rootsLiftCommands(const KeptOff& kept) const {
     QStringList commands;
-    for (const LaunchdService& service : recordedOverrides()) {
-        if (service.domain == LaunchdDomain::System) {
-            commands.append(kLaunchctlTool + u" enable "_s + shellTarget(service));
+    for (const RecordedOverride& each : liftableOverrides(kept)) {
+        if (each.service.domain == LaunchdDomain::System) {
+            commands.append(kLaunchctlTool + u" enable "_s + shellTarget(each.service));
         }
     }
     return commands;
 }
 
-QCoro::Task<void> Launchd::settleLifted() {
+QCoro::Task<void> Launchd::settleLifted(KeptOff kept) {
     OverrideRecord record(host().files, host().machine);
     try {
-        const QList<LaunchdService> recorded = overridable(servicesOf(record.read()));
+        QList<LaunchdService> recorded = overridable(servicesOf(record.read()));
+        recorded.removeIf([&kept](const LaunchdService& each) { return kept.overrides.contains(each); });
         if (recorded.isEmpty()) {
             co_return;
         }

@@ -2,8 +2,11 @@
 
 #include "core/Flow.h"
 #include "startup/launchd/DisabledServices.h"
+#include "startup/launchd/KeptOff.h"
 
+#include <QHash>
 #include <QList>
+#include <QSet>
 #include <QString>
 #include <QStringList>
 
@@ -19,6 +22,7 @@ namespace quorvane {
 
 class LaunchdReadings;
 struct RecordedOverride;
+struct ServiceGoing;
 
 /// launchd, as the user may ask and change it: its overrides, which are kept until somebody may have changed them, and which of
 /// them the program itself has written. Main thread.
@@ -38,6 +42,11 @@ public:
     LaunchdOverrides known() const;
     /// Called when a reader must see launchd as it is now: at the beginning of each flow, and when a batch has run.
     void drop();
+    /// Called at the beginning of each flow: forgets which jobs were loaded, too.
+    void beginFlow();
+    /// Whether a job is loaded, running or not; none where launchd doesn't tell. In a flow each is asked for once, those of the
+    /// user's session all together: what the flow itself stops meanwhile was loaded.
+    QCoro::Task<std::optional<bool>> isLoaded(LaunchdService service);
 
     // ---- Switching off
 
@@ -45,6 +54,8 @@ public:
     /// whether it has counts as well: else nothing would ever switch it on again.
     /// @return false, with a line in the log, when the record can't be saved: no override may be written then
     QCoro::Task<bool> recordOverrides(QList<LaunchdService> services);
+    /// The same with what was before, as launchd tells it.
+    QCoro::Task<bool> recordServices(QList<ServiceGoing> services);
     /// Takes back out of the record what was written down since the last call and isn't disabled all the same; the rest is
     /// confirmed. Called when a batch has run, or has failed: an override that the user writes by themselves later on is theirs.
     QCoro::Task<void> settleRecorded();
@@ -72,22 +83,26 @@ public:
     /// Those that the program has written and that haven't been lifted, of labels that it may override. None where the record
     /// can't be read.
     QList<LaunchdService> recordedOverrides() const;
+    /// Of those the ones that a way back lifts, with all that was noted of them.
+    QList<RecordedOverride> liftableOverrides(const KeptOff& kept) const;
     /// True for one that the program has written, or was about to, and that hasn't been lifted; whatever its label.
     bool hasRecorded(const LaunchdService& service) const;
     /// Asks launchd anew, and takes the service out of the record where it isn't disabled any more.
     /// @return true where launchd still has it as disabled
     QCoro::Task<bool> isStillDisabled(LaunchdService service);
     /// Lifts the recorded overrides of the user's domain; before plists are loaded: launchd loads none that is disabled.
-    QCoro::Task<void> liftUsersOverrides();
+    QCoro::Task<void> liftUsersOverrides(KeptOff kept = {});
     /// The shell commands that lift the recorded ones of the system's domain as root.
-    QStringList rootsLiftCommands() const;
+    QStringList rootsLiftCommands(const KeptOff& kept = {}) const;
     /// Called when that has been done: asks launchd, takes what is lifted out of the record, and tells of it and of the rest.
-    QCoro::Task<void> settleLifted();
+    QCoro::Task<void> settleLifted(KeptOff kept = {});
 
 private:
+    void forgetJobs();
     QCoro::Task<CommandResult> printDisabled(QString domain);
     QString domainTarget(LaunchdDomain domain) const;
     QString shellTarget(const LaunchdService& service) const;
+    QCoro::Task<bool> record(QList<RecordedOverride> overrides);
     std::optional<QList<RecordedOverride>> recordToAddTo();
     QList<LaunchdService> interrupted() const;
     void settle(const QList<LaunchdService>& services, const LaunchdOverrides& now);
@@ -98,6 +113,10 @@ private:
         bool isCurrent = false;
         quint64 age = 0;                 ///< counts how often the overrides were dropped: a slow read may come too late
         QList<LaunchdService> unsettled; ///< written down since the last batch
+        // Of the flow at hand:
+        bool isSessionListed = false;
+        std::optional<QSet<QString>> sessionJobs; ///< labels; none where launchd didn't tell
+        QHash<QString, std::optional<bool>> daemons;
     };
 
     std::shared_ptr<Cache> m_cache = std::make_shared<Cache>();

@@ -24,6 +24,35 @@ LaunchdDomain domainNamed(const QString& name) {
     throw DecodingError(u"unknown value "_s + quotedForError(name), u"domain"_s);
 }
 
+/// "disabled" is none of them: such a service is left alone.
+QString overrideWord(OverrideState state) {
+    switch (state) {
+    case OverrideState::Enabled:
+        return u"enabled"_s;
+    case OverrideState::NotListed:
+        return u"notListed"_s;
+    case OverrideState::Disabled:
+    case OverrideState::Unknown:
+        break;
+    }
+    return u"unknown"_s;
+}
+
+OverrideState overrideOfWord(const QString& name) {
+    for (const OverrideState state : {OverrideState::Enabled, OverrideState::NotListed, OverrideState::Unknown}) {
+        if (overrideWord(state) == name) {
+            return state;
+        }
+    }
+    throw DecodingError(u"unknown value "_s + quotedForError(name), u"override"_s);
+}
+
+void appendKnownText(Json& object, const char* key, const QString& text) {
+    if (!text.isEmpty()) {
+        appendMember(object, key, encodeJson(text));
+    }
+}
+
 } // namespace
 
 Json encodeJson(const LaunchdService& service) {
@@ -43,12 +72,24 @@ Json encodeJson(const RecordedOverride& recorded) {
     if (!recorded.isConfirmed) {
         appendMember(object, "isPending", encodeJson(true));
     }
+    if (recorded.before) {
+        appendMember(object, "override", encodeJson(overrideWord(*recorded.before)));
+    }
+    appendOptionalMember(object, "wasLoaded", recorded.wasLoaded);
+    appendKnownText(object, "name", recorded.name);
+    appendKnownText(object, "plist", recorded.plist);
     return object;
 }
 
 void decodeJson(const Json& json, RecordedOverride& recorded) {
     decodeJson(json, recorded.service);
     recorded.isConfirmed = !optionalMember<bool>(json, "isPending").value_or(false);
+    if (const std::optional<QString> before = optionalMember<QString>(json, "override")) {
+        recorded.before = overrideOfWord(*before);
+    }
+    recorded.wasLoaded = optionalMember<bool>(json, "wasLoaded");
+    recorded.name = optionalMember<QString>(json, "name").value_or(QString());
+    recorded.plist = optionalMember<QString>(json, "plist").value_or(QString());
 }
 
 OverrideRecord::OverrideRecord(FileManager& files, const Machine& machine)

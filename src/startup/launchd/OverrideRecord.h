@@ -6,6 +6,8 @@
 #include <QList>
 #include <QString>
 
+#include <optional>
+
 namespace quorvane {
 
 class FileManager;
@@ -16,14 +18,32 @@ Json encodeJson(const LaunchdService& service);
 /// Throws DecodingError.
 void decodeJson(const Json& json, LaunchdService& service);
 
+/// A service that is about to be switched off, and what is known of its job.
+struct ServiceGoing {
+    LaunchdService service;
+    QString name{};        ///< as people know it; empty for its label
+    QString plist{};       ///< from which launchd loads it; empty where none is known
+    bool isStopped = true; ///< false where it runs on until the restart
+
+    bool operator==(const ServiceGoing&) const = default;
+};
+
 /// An override that the program has written, or was about to write.
 struct RecordedOverride {
     LaunchdService service;
-    bool isConfirmed = true; ///< launchd has shown it; an earlier version's entry counts as that
+    bool isConfirmed = true;               ///< launchd has shown it; an earlier version's entry counts as that
+    std::optional<OverrideState> before{}; ///< that launchd had; none in an earlier version's entry
+    std::optional<bool> wasLoaded{};       ///< the same of its job, where it was stopped; none where nobody knows
+    QString name{};                        ///< as of ServiceGoing, and so the plist
+    QString plist{};
 
+    QString shownName() const { return name.isEmpty() ? service.label : name; }
+    /// False for one that may have been its user's own: launchd told neither of its overrides nor that its job was loaded.
+    bool isLiftable() const { return before != OverrideState::Unknown || wasLoaded.value_or(false); }
     bool operator==(const RecordedOverride&) const = default;
 };
-/// The service's, and "isPending": true where it isn't confirmed.
+/// The service's, and "isPending": true where it isn't confirmed; what was before where that is known: "override" ("enabled",
+/// "notListed" or "unknown"), "wasLoaded", "name" and "plist".
 Json encodeJson(const RecordedOverride& recorded);
 /// Throws DecodingError.
 void decodeJson(const Json& json, RecordedOverride& recorded);

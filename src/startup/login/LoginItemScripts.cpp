@@ -60,6 +60,12 @@ QString addition(const LoginItemAddition& item) {
                 u"make new login item at end of login items with properties "_s + properties);
 }
 
+QString hiding(const LoginItemHiding& hiding) {
+    const QString items = loginItemsWhere(hiding.item);
+    return step(items + u") is 0"_s, u"missing"_s,
+                u"set hidden of "_s + items + (hiding.hidden ? u" to true"_s : u" to false"_s));
+}
+
 QString changingScript(const QString& steps) {
     return uR"(tell application "System Events"
     set output to ""
@@ -111,6 +117,20 @@ std::optional<ScriptFailure> failureIn(const QString& output) {
     return ScriptFailure{match.captured(1).toInt(), text.isEmpty() ? u"error "_s + match.captured(1) : text};
 }
 
+/// Where the name of a line ends; negative for a line that isn't an item's.
+qsizetype endOfName(QStringView line, const QString& name) {
+    const bool isKnown = !name.isEmpty() && line.startsWith(name + u'|') && line.lastIndexOf(u'|') > name.size();
+    return isKnown ? name.size() : line.indexOf(u'|');
+}
+
+/// Where its path ends. A "|" in the path can be told from that before whether it opens hidden only where the name is known.
+qsizetype endOfPath(QStringView line, qsizetype afterName, bool isNameKnown) {
+    if (afterName < 0) {
+        return -1;
+    }
+    return isNameKnown ? line.lastIndexOf(u'|') : line.indexOf(u'|', afterName + 1);
+}
+
 LoginItemList unreadList(const ScriptFailure& failure) {
     LoginItemList list;
     list.failure = failure;
@@ -158,16 +178,64 @@ QList<LoginItemScript> addLoginItemsScripts(const QList<LoginItemAddition>& addi
     return changingScripts(additions, addition);
 }
 
-LoginItemList parsedLoginItems(const QString& output) {
+QList<LoginItemScript> hideLoginItemsScripts(const QList<LoginItemHiding>& hidings) {
+    return changingScripts(hidings, hiding);
+}
+
+QList<qsizetype> ambiguousLoginItems(const QString& output) {
+    QList<qsizetype> numbers;
+    qsizetype number = 0;
+    for (const QStringView line : QStringTokenizer{output, u'\n', Qt::SkipEmptyParts}) {
+        ++number;
+        if (line.count(u'|') > 2) {
+            numbers.append(number);
+        }
+    }
+    return numbers;
+}
+
+QString readLoginItemNamesScript(const QList<qsizetype>& numbers) {
+    QString steps;
+    for (const qsizetype number : numbers) {
+        steps += uR"(        try
+            set output to output & (name of login item )"_s +
+                 QString::number(number) + uR"() & "\n"
+        on error
+            set output to output & "\n"
+        end try
+)"_s;
+    }
+    return uR"(tell application "System Events"
+    set output to ""
+    with timeout of 20 seconds
+)"_s + steps +
+           uR"(    end timeout
+    return output
+end tell)"_s;
+}
+
+LoginItemNames parsedLoginItemNames(const QString& output, const QList<qsizetype>& numbers) {
+    const QStringList lines = output.split(u'\n');
+    LoginItemNames names;
+    for (qsizetype place = 0; place < numbers.size() && place < lines.size(); ++place) {
+        if (!lines.at(place).isEmpty()) {
+            names.insert(numbers.at(place), lines.at(place));
+        }
+    }
+    return names;
+}
+
+LoginItemList parsedLoginItems(const QString& output, const LoginItemNames& names) {
     if (const std::optional<ScriptFailure> failure = failureIn(output)) {
         return unreadList(*failure);
     }
     LoginItemList list{{}, true, output};
-    bool hasLines = false;
+    qsizetype number = 0;
     for (const QStringView line : QStringTokenizer{output, u'\n', Qt::SkipEmptyParts}) {
-        hasLines = true;
-        const qsizetype afterName = line.indexOf(u'|');
-        const qsizetype afterPath = afterName < 0 ? -1 : line.indexOf(u'|', afterName + 1);
+        const QString name = names.value(++number);
+        const qsizetype afterName = endOfName(line, name);
+        const bool isNameKnown = !name.isEmpty() && afterName == name.size();
+        const qsizetype afterPath = endOfPath(line, afterName, isNameKnown);
         if (afterPath < 0) {
             continue;
         }
@@ -177,7 +245,7 @@ LoginItemList parsedLoginItems(const QString& output) {
                            hidden.compare(u"true", Qt::CaseInsensitive) == 0});
         list.hasUnreadable = list.hasUnreadable || hidden == kUnreadable;
     }
-    if (output.isEmpty() || (hasLines && list.items.isEmpty())) { // nothing, or something else
+    if (output.isEmpty() || (number > 0 && list.items.isEmpty())) { // nothing, or something else
         return unreadList({0, u"The answer of System Events isn’t understood."_s});
     }
     return list;

@@ -2,6 +2,7 @@
 
 #include "startup/items/LoginItem.h"
 
+#include <QHash>
 #include <QList>
 #include <QString>
 
@@ -32,6 +33,12 @@ struct LoginItemAddition {
     bool hidden = false;
 };
 
+/// Whether an item that is there opens hidden.
+struct LoginItemHiding {
+    LoginItemSelector item;
+    bool hidden = false;
+};
+
 /// A script that changes several login items and prints one line for each, in order: "ok", "missing" or "exists", or "error:"
 /// and AppleScript's number. An error's text isn't printed: with line ends in it, it could pass for the next item's answer.
 struct LoginItemScript {
@@ -44,10 +51,20 @@ QList<LoginItemScript> removeLoginItemsScripts(const QList<LoginItemSelector>& s
 /// Adds those whose path isn't there already.
 QList<LoginItemScript> addLoginItemsScripts(const QList<LoginItemAddition>& additions);
 
-/// Reads what the reading script printed. A line with fewer than three fields is dropped; a "|" in a name shifts the
-/// fields of its line. Output of which no line is an item tells nothing, nor does no output at all: the tool ends even an
-/// empty reply with a line end.
-LoginItemList parsedLoginItems(const QString& output);
+QList<LoginItemScript> hideLoginItemsScripts(const QList<LoginItemHiding>& hidings);
+
+/// Names of login items, by the number of their line, which counts from 1.
+using LoginItemNames = QHash<qsizetype, QString>;
+/// Reads what the reading script printed. A line with fewer than three fields is dropped. Where a "|" stands in a name or a path its
+/// name tells where the name ends; without it, or with one that the line doesn't begin with, the fields are shifted. Output of
+/// which no line is an item tells nothing, nor does no output at all: the tool ends even an empty reply with a line end.
+LoginItemList parsedLoginItems(const QString& output, const LoginItemNames& names = {});
+/// The numbers of the lines that hold more than two bars.
+QList<qsizetype> ambiguousLoginItems(const QString& output);
+/// Prints the name of each login item of a number, and an empty line for one that doesn't tell it.
+QString readLoginItemNamesScript(const QList<qsizetype>& numbers);
+/// Reads what that script printed; empty where it printed something else.
+LoginItemNames parsedLoginItemNames(const QString& output, const QList<qsizetype>& numbers);
 
 enum class LoginItemAnswer {
     Done,

@@ -100,7 +100,7 @@ QCoro::Task<LoginItemList> LoginItems::readFromSystemEvents() {
     const CommandResult result = co_await runCommand(osascriptCommand(readLoginItemsScript()), OutputCapture::Capture);
     LoginItemList list;
     if (result.isAnswered && result.status == 0) {
-        list = parsedLoginItems(result.standardOutput);
+        list = co_await understood(result.standardOutput);
     } else {
         list.failure = scriptFailure(result);
     }
@@ -116,6 +116,20 @@ QCoro::Task<LoginItemList> LoginItems::readFromSystemEvents() {
         item.hasProtectedRecord = protectedPaths.contains(withoutFinalSlashes(item.path));
     }
     co_return list;
+}
+
+/// Asks once more where a "|" in a name or path leaves it open what is which.
+QCoro::Task<LoginItemList> LoginItems::understood(QString output) {
+    const LoginItemList list = parsedLoginItems(output);
+    const QList<qsizetype> ambiguous = list.wasRead ? ambiguousLoginItems(output) : QList<qsizetype>();
+    if (ambiguous.isEmpty()) {
+        co_return list;
+    }
+    const QStringList ask = osascriptCommand(readLoginItemNamesScript(ambiguous));
+    const CommandResult result = co_await runCommand(ask, OutputCapture::Capture);
+    const bool isTold = result.isAnswered && result.status == 0;
+    co_return parsedLoginItems(output,
+                               isTold ? parsedLoginItemNames(result.standardOutput, ambiguous) : LoginItemNames());
 }
 
 QCoro::Task<QList<LoginItem>> LoginItems::visible() {
@@ -180,6 +194,14 @@ QCoro::Task<QList<bool>> LoginItems::add(QList<LoginItemAddition> additions) {
         added.append(answer != LoginItemAnswer::Failed);
     }
     co_return added;
+}
+
+QCoro::Task<QList<bool>> LoginItems::hide(QList<LoginItemHiding> hidings) {
+    QList<bool> done;
+    for (const LoginItemAnswer answer : co_await change(hideLoginItemsScripts(hidings))) {
+        done.append(answer == LoginItemAnswer::Done);
+    }
+    co_return done;
 }
 
 bool LoginItems::haveTwins(const QList<Going>& going) {

@@ -62,6 +62,8 @@ public:
     QCoro::Task<QList<bool>> remove(QList<LoginItemSelector> selectors);
     /// For each, true when the item exists afterwards.
     QCoro::Task<QList<bool>> add(QList<LoginItemAddition> additions);
+    /// Sets whether items that are there open hidden. For each, true when it was set.
+    QCoro::Task<QList<bool>> hide(QList<LoginItemHiding> hidings);
     /// Removes login items and writes down which they were.
     /// @param excludedIds  agents that stay all the same, by id or name
     QCoro::Task<bool> disable(LoginItemTargets targets, QSet<QString> excludedIds);
@@ -92,6 +94,7 @@ private:
     };
     struct ManagedAppRemoval;
 
+    QCoro::Task<LoginItemList> understood(QString output);
     QCoro::Task<QList<LoginItemAnswer>> change(QList<LoginItemScript> scripts);
     void forgetList();
     void tellWhereToPermit();
