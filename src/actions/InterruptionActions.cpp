@@ -94,7 +94,8 @@ QCoro::Task<void> InterruptionActions::carryOutFinish(Action& action, FlowRecord
 
 /// What a profile or Default leads to when it has been applied, and else what there is to tell.
 QCoro::Task<void> InterruptionActions::follow(Action& action, FlowRecord interrupted, InterruptedOutcome outcome) {
-    if (outcome.succeeded && interrupted.flow == RecordedFlow::Profile && m_parts.profiles.isSaved(interrupted.profile)) {
+    if (outcome.succeeded && interrupted.flow == RecordedFlow::Profile &&
+        m_parts.profiles.isSaved(interrupted.profile)) {
         co_await m_parts.profiles.followAppliedProfile(action, interrupted.profile);
         co_return;
     }

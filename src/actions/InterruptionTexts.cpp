@@ -26,8 +26,7 @@ Alert interruptionQuestion(const FlowRecord& interrupted) {
     const QString steps = u"%1 of %2 steps were done."_s.arg(interrupted.done).arg(interrupted.steps.size());
     if (isWayBack(interrupted.flow)) {
         question.message = u"A Way Back Was Interrupted"_s;
-        question.informativeText =
-            quotedName(interrupted) + u" was being carried out when Quorvane ended. "_s + steps;
+        question.informativeText = quotedName(interrupted) + u" was being carried out when Quorvane ended. "_s + steps;
         question.buttons = {kFinish, kLeave};
     } else {
         question.message = u"An Apply Was Interrupted"_s;

@@ -26,7 +26,8 @@ FlowJournal::FlowJournal(FlowEnvironment& environment)
 FlowRecording FlowJournal::record(FlowRecord flow) {
     flow.process = host().machine.processName();
     flow.began = host().clock.now();
-    flow.before = std::exchange(m_takenUp, std::nullopt).value_or(StateBefore{{}, {}, readProgramNotes(host().defaults)});
+    flow.before = {};
+    flow.before.notes = readProgramNotes(host().defaults);
     m_record = std::move(flow);
     m_hasBegun = false;
     m_isWritten = false;
@@ -35,14 +36,17 @@ FlowRecording FlowJournal::record(FlowRecord flow) {
 }
 
 /// As a whole: what an earlier run has left is replaced by it.
-void FlowJournal::begin(const QStringList& steps, const std::optional<SystemSnapshot>& before) {
+void FlowJournal::begin(const QStringList& steps, const StateBefore& before) {
     if (!isToBegin()) {
         return;
     }
     m_hasBegun = true;
     m_record->steps = steps;
-    if (!m_record->before.settings) {
-        m_record->before.settings = before;
+    const ProgramNotes notes = m_record->before.notes;
+    m_record->before = before;
+    m_record->before.notes = notes;
+    if (const std::optional<StateBefore> first = std::exchange(m_takenUp, std::nullopt)) {
+        m_record->before = *first;
     }
     try {
         if (const std::optional<FlowRecord> other = parsedFlowRecord(contents()); other && isAtWork(*other)) {
@@ -105,6 +109,7 @@ void FlowJournal::end() {
         forget();
     }
     m_record.reset();
+    m_takenUp.reset();
     m_isWritten = false;
 }
 

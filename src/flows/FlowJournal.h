@@ -52,8 +52,8 @@ public:
 
     /// Before the first change.
     /// @param steps   in their order, each once
-    /// @param before  the settings; not asked for where an interrupted flow is taken up again, whose own hold
-    void begin(const QStringList& steps, const std::optional<SystemSnapshot>& before);
+    /// @param before  without the program's notes; where an interrupted flow is taken up again its own holds
+    void begin(const QStringList& steps, const StateBefore& before);
     /// As they were listed; the first list counts. Called before the first of them changes.
     void noteLoginItems(const QList<LoginItem>& items);
     /// A step is done. One that isn't among those of the beginning doesn't count.

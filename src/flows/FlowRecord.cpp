@@ -52,6 +52,8 @@ Json encodeJson(const StateBefore& before) {
     Json object = Json::object();
     appendOptionalMember(object, "settings", before.settings);
     appendOptionalMember(object, "loginItems", before.loginItems);
+    appendMember(object, "keptOff", encodeJson(before.keptOff));
+    appendMember(object, "waiting", encodeJson(before.waiting));
     appendMember(object, "notes", encodeJson(before.notes));
     return object;
 }
@@ -59,11 +61,14 @@ Json encodeJson(const StateBefore& before) {
 void decodeJson(const Json& json, StateBefore& before) {
     before.settings = optionalMember<SystemSnapshot>(json, "settings");
     before.loginItems = optionalMember<QList<LoginItemSnapshot>>(json, "loginItems");
+    before.keptOff = requiredMember<KeptOff>(json, "keptOff");
+    before.waiting = requiredMember<QList<WaitingService>>(json, "waiting");
     before.notes = requiredMember<ProgramNotes>(json, "notes");
 }
 
 QString nameOfFlow(RecordedFlow flow) {
-    const auto found = std::find_if(kFlows.begin(), kFlows.end(), [flow](const NamedFlow& each) { return each.flow == flow; });
+    const auto found =
+        std::find_if(kFlows.begin(), kFlows.end(), [flow](const NamedFlow& each) { return each.flow == flow; });
     return QString::fromUtf16(found->name);
 }
 

@@ -4,7 +4,9 @@
 #include "profiles/UnifiedProfile.h"
 #include "snapshots/RestoreBaseline.h"
 #include "snapshots/SystemSnapshot.h"
+#include "startup/background/StartupMemory.h"
 #include "startup/items/CleanReboot.h"
+#include "startup/launchd/KeptOff.h"
 
 #include <QByteArray>
 #include <QDateTime>
@@ -51,6 +53,8 @@ struct StateBefore {
     /// The settings, where the flow changes any. The login items once they were listed, which is before the first of them changes.
     std::optional<SystemSnapshot> settings;
     std::optional<QList<LoginItemSnapshot>> loginItems;
+    KeptOff keptOff;               ///< what the program had switched off of what runs at login
+    QList<WaitingService> waiting; ///< for the next apply
     ProgramNotes notes;
 
     bool operator==(const StateBefore&) const = default;
@@ -63,8 +67,8 @@ struct FlowRecord {
     QString process; ///< that carries it out; see Machine::processName
     QDateTime began;
 
-    UnifiedProfile profile;                 ///< of an apply; of tweaks and of startup alone the half that counts
-    std::optional<CleanReboot> cleanReboot; ///< of tweaks
+    UnifiedProfile profile;                  ///< of an apply; of tweaks and of startup alone the half that counts
+    std::optional<CleanReboot> cleanReboot;  ///< of tweaks
     std::optional<RestoreBaseline> baseline; ///< what a way back goes by; none where that is what a fresh macOS has
 
     QStringList steps;     ///< what it is about to do, in its order

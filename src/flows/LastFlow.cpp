@@ -84,8 +84,8 @@ LastFlow lastFlowOf(const FlowRecord& flow, const ApplyVerificationResult& left,
     for (const ApplyVerificationResult::Item& item : left.verified) {
         last.held.insert(item.name);
     }
-    const bool isTheSame = earlier && earlier->flow == last.flow && earlier->profile == last.profile &&
-                           last.flow == RecordedFlow::Profile;
+    const bool isTheSame =
+        earlier && earlier->flow == last.flow && earlier->profile == last.profile && last.flow == RecordedFlow::Profile;
     last.since = isTheSame ? earlier->since : ended;
     return last;
 }

@@ -21,10 +21,10 @@ struct LastFlow {
     QString name;
     QDateTime ended;
     QDateTime since; ///< the first time that this profile was applied with no other flow in between; else as `ended`
-    UnifiedProfile profile;                 ///< of an apply, as it was applied: the saved one may be another by now
-    std::optional<CleanReboot> cleanReboot; ///< of tweaks
+    UnifiedProfile profile;                  ///< of an apply, as it was applied: the saved one may be another by now
+    std::optional<CleanReboot> cleanReboot;  ///< of tweaks
     std::optional<RestoreBaseline> baseline; ///< of a way back; none where it was what a fresh macOS has
-    QSet<QString> held; ///< names of what read as it should
+    QSet<QString> held;                      ///< names of what read as it should
 };
 
 /// Its file, "last-flow.json" in "~/.quorvane".

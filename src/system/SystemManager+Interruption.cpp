@@ -2,20 +2,26 @@
 
 #include "core/AdminBatch.h"
 #include "core/AdminPrompts.h"
+#include "core/UserDefaultKeys.h"
 #include "flows/FlowJournal.h"
 #include "flows/FlowSteps.h"
 #include "flows/InterruptedOutcome.h"
 #include "flows/LastFlow.h"
 #include "matching/SystemVerification.h"
-#include "profiles/UnifiedProfile.h"
+#include "network/NetworkServicesBack.h"
 #include "platform/Clock.h"
+#include "platform/UserDefaults.h"
+#include "profiles/UnifiedProfile.h"
 #include "snapshots/OwnSettings.h"
 #include "snapshots/SnapshotOfSettings.h"
 #include "snapshots/SyncPlan.h"
 #include "startup/apply/StartupVerification.h"
+#include "startup/background/BackgroundItems.h"
 #include "startup/launchd/LaunchItems.h"
 #include "startup/launchd/Launchd.h"
 #include "startup/login/LoginItems.h"
+#include "tweaks/TweakCatalogue.h"
+#include "tweaks/TweakCommands.h"
 
 #include <QCoroTask>
 #include <QUuid>
@@ -99,7 +105,7 @@ FlowRecording SystemManager::recordStartup(const StartupConfiguration& configura
     record.profile = halfOfProfile();
     record.profile.startup = configuration;
     FlowRecording recording = m_journal->record(record);
-    m_journal->begin({kStartupStep, kAdministratorsStep}, std::nullopt);
+    m_journal->begin({kStartupStep, kAdministratorsStep}, startupBefore());
     return recording;
 }
 
@@ -110,7 +116,7 @@ FlowRecording SystemManager::recordWayBack(RecordedFlow flow, const FoundBaselin
     const QStringList steps = flow == RecordedFlow::Reinstate
                                   ? QStringList{kSettingsStep, kLoginItemsStep, kLaunchItemsStep, kAdministratorsStep}
                                   : QStringList{kApplicationsStep, kSettingsStep, kAdministratorsStep};
-    m_journal->begin(steps, std::nullopt);
+    m_journal->begin(steps, {});
     return recording;
 }
 
@@ -128,10 +134,22 @@ QCoro::Task<void> SystemManager::beginRecord(QList<TweakStep> steps, QStringList
     names.append(kAdministratorsStep);
     const QList<MacPreference> changed = preferencesThatAreChanged(steps, systemCommands, current);
     const TypedReadings typed = co_await m_verification->readings().readTypedValues(changed);
-    SystemSnapshot before = snapshotOf(current, typed);
-    before.id = QUuid::createUuid();
-    before.dateCreated = m_host.clock.now();
+    if (systemCommands.contains(spotlightCommand(false))) {
+        current.indexing = co_await m_verification->readings().readIndexingOfAll(); // it is for every volume
+    }
+    StateBefore before = startupBefore();
+    before.settings = snapshotOf(current, typed);
+    before.settings->id = QUuid::createUuid();
+    before.settings->dateCreated = m_host.clock.now();
     m_journal->begin(names, before);
+}
+
+/// What the program has switched off of what runs at login, and what waits.
+StateBefore SystemManager::startupBefore() {
+    StateBefore before;
+    before.keptOff = keptOff();
+    before.waiting = m_backgroundItems->memory().waiting;
+    return before;
 }
 
 /// Of a flow that is done.
@@ -188,6 +206,85 @@ QCoro::Task<InterruptedOutcome> SystemManager::finishInterrupted(FlowRecord inte
     }
     outcome.succeeded = outcome.succeeded || (outcome.restore && outcome.restore->succeeded);
     co_return outcome;
+}
+
+// ---- Taken back
+
+QCoro::Task<InterruptedOutcome> SystemManager::goBackFromInterrupted(FlowRecord interrupted) {
+    if (isWayBack(interrupted.flow)) {
+        co_return co_await finishInterrupted(interrupted);
+    }
+    const StateBefore before = interrupted.before;
+    const KeptOff kept = before.keptOff;
+    m_lastApplyVerification.reset();
+    log(u"\n[ROLLBACK] Going back to what was there before: "_s + interrupted.name);
+    beginAdminBatch();
+    co_await m_launchItems->launchd().settleInterrupted();
+    m_launchItems->queueKept(kept);
+    const bool areSettingsBack = co_await settingsBackTo(before);
+    co_await loginItemsBackTo(before);
+    NetworkServicesBack network(*this, *m_adminBatch);
+    bool hasNetwork = co_await network.queue({}, kept.services);
+    co_await m_launchItems->restore(kept);
+    co_await m_backgroundItems->restore(kept);
+    const bool isFinished =
+        co_await finishAdminBatch(u"Quorvane needs your administrator password to go back to what was there before."_s);
+    co_await m_launchItems->settleKept(kept);
+    co_await m_backgroundItems->settleRestored();
+    m_backgroundItems->setWaiting(before.waiting);
+    const bool isNetworkBack = co_await network.settle();
+    hasNetwork = hasNetwork && (isNetworkBack || !isFinished);
+    invalidateStartupCaches();
+    InterruptedOutcome outcome;
+    outcome.succeeded = areSettingsBack && hasNetwork && isFinished && !isQuitting();
+    if (outcome.succeeded) {
+        writeProgramNotes(before.notes, m_host.defaults);
+        m_journal->forget();
+    }
+    co_return outcome;
+}
+
+/// By what puts back a tweak that a profile leaves off: what is there already gets no command.
+QCoro::Task<bool> SystemManager::settingsBackTo(StateBefore before) {
+    if (!before.settings) {
+        co_return true;
+    }
+    const LaunchdService agent{LaunchdDomain::User, kNotificationCenterLabel.toString()};
+    const bool wasOff = before.keptOff.overrides.contains(agent);
+    const CurrentSettings current = co_await lookAtTweaks(volumesFor(before.settings));
+    const bool isOff = co_await isNotificationCenterOff();
+    PerformanceSettings wanted;
+    wanted.notifications = wasOff && !isOff;
+    const QStringList changed = m_host.defaults.stringArray(kQuorvaneChangedTweaks);
+    OwnSettings own{before.settings, {changed.begin(), changed.end()}};
+    if (m_host.defaults.boolean(kQuorvaneSwitchedBackupsOff) && !before.notes.hasSwitchedBackupsOff) {
+        own.changedTweaks.insert(tweakOf(&PerformanceSettings::timeMachine).key);
+    }
+    for (const QString& earlier : before.notes.changedTweaks) {
+        own.changedTweaks.remove(earlier);
+    }
+    const SyncPlan plan = syncPlan(wanted, own, current, notificationCenterPreferences(), isOff && !wasOff);
+    const bool isNotificationCenterBack = co_await runStepsOfNotificationCenter(plan.steps);
+    for (const QString& line : plan.systemLines) {
+        log(line);
+    }
+    const QStringList systemCommands = co_await effectiveCommands(plan.systemCommands, BackupSwitch::OfWayBack);
+    co_await m_adminBatch->runTolerantly(systemCommands, kSystemChangesPrompt); // in the open batch
+    co_await runTweakSteps(QList<TweakStep>(1, plan.appRestoration));
+    co_return isNotificationCenterBack;
+}
+
+/// What the apply has taken out comes back, and what it has added goes.
+QCoro::Task<void> SystemManager::loginItemsBackTo(StateBefore before) {
+    SystemSnapshot items;
+    items.loginItems = before.loginItems;
+    co_await restoreLoginItems(items);
+    co_await hideLoginItemsAsCaptured(items);
+    QSet<QString> added = managedStartupAppPaths();
+    for (const QString& earlier : before.notes.managedPaths) {
+        added.remove(comparablePath(earlier));
+    }
+    co_await takeOutAdded(startupAppsThatGo(added, {}, RestoreBaseline{items}));
 }
 
 } // namespace quorvane

@@ -174,7 +174,10 @@ QCoro::Task<void> SystemManager::hideLoginItemsAsCaptured(SystemSnapshot snapsho
 /// listed is no more than forgotten.
 QCoro::Task<void> SystemManager::removeAddedApplications(SystemSnapshot snapshot) {
     const QSet<QString> managed = managedStartupAppPaths();
-    const QSet<QString> notUsers = startupAppsThatGo(managed, profileStartupAppPaths(), RestoreBaseline{snapshot});
+    return takeOutAdded(startupAppsThatGo(managed, profileStartupAppPaths(), RestoreBaseline{snapshot}));
+}
+
+QCoro::Task<void> SystemManager::takeOutAdded(QSet<QString> notUsers) {
     if (notUsers.isEmpty()) {
         co_return;
     }

@@ -72,6 +72,7 @@ struct SeenEntry;
 struct ServiceNameServers;
 struct StartupApplyResult;
 struct StartupReadings;
+struct StateBefore;
 struct SyncPlan;
 struct SystemSnapshot;
 struct TweaksApplyPreview;
@@ -430,6 +431,9 @@ private:
     FlowRecording recordStartup(const StartupConfiguration& configuration);
     FlowRecording recordWayBack(RecordedFlow flow, const FoundBaseline& found);
     QCoro::Task<void> beginRecord(QList<TweakStep> steps, QStringList systemCommands, CurrentSettings current);
+    StateBefore startupBefore();
+    QCoro::Task<bool> settingsBackTo(StateBefore before);
+    QCoro::Task<void> loginItemsBackTo(StateBefore before);
     void noteLeft(const ApplyVerificationResult& left);
 
     // SystemManager+TimeMachine.cpp
@@ -452,6 +456,7 @@ private:
     QCoro::Task<void> restoreLoginItems(SystemSnapshot snapshot);
     QCoro::Task<void> hideLoginItemsAsCaptured(SystemSnapshot snapshot);
     QCoro::Task<void> removeAddedApplications(SystemSnapshot snapshot);
+    QCoro::Task<void> takeOutAdded(QSet<QString> notUsers);
     QCoro::Task<std::optional<QMap<QString, bool>>> queueNetworkServices(SystemSnapshot snapshot);
     QCoro::Task<bool> settleNetworkServices(QMap<QString, bool> switched);
 

@@ -10,10 +10,10 @@ namespace quorvane {
 
 /// How what the last apply or way back has left stands now.
 struct LastFlowStanding {
-    QString name;           ///< of the profile or of the flow
-    bool isWayBack = false; ///< it brought the user's own settings back
-    bool isProfile = false; ///< a whole profile was applied
-    QDateTime since;        ///< in force without another flow in between
+    QString name;                                 ///< of the profile or of the flow
+    bool isWayBack = false;                       ///< it brought the user's own settings back
+    bool isProfile = false;                       ///< a whole profile was applied
+    QDateTime since;                              ///< in force without another flow in between
     QList<ApplyVerificationResult::Item> changed; ///< read as they should then, and don't any more
 
     bool operator==(const LastFlowStanding&) const = default;

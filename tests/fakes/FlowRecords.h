@@ -23,7 +23,14 @@ inline FlowRecord recordOfApply() {
     settings.id = QUuid(u"11111111-2222-4333-8444-555555555555"_s);
     settings.dateCreated = record.began;
     settings.appNapDisabled = u"0"_s;
-    record.before = {settings, {}, {u"Club"_s, {u"siri"_s}, {u"/Applications/Live.app"_s}, true}};
+    record.before.settings = settings;
+    record.before.keptOff = {{{LaunchdDomain::System, u"com.example.daemon"_s}},
+                             {u"/Library/LaunchDaemons/com.example.daemon.plist"_s},
+                             {u"/Users/alex/.quorvane_backup/bundled-login-items/com.x/X.app"_s},
+                             {u"com.x"_s},
+                             {u"Wi-Fi"_s}};
+    record.before.waiting = {{{LaunchdDomain::System, u"com.example.late"_s}, {}}};
+    record.before.notes = {u"Club"_s, {u"siri"_s}, {u"/Applications/Live.app"_s}, true};
     return record;
 }
 

@@ -6,72 +6,20 @@
 // so that the program can only die before or after one of them is set, which is between two commands.
 
 #include "fakes/RehearsalProgram.h"
+#include "fakes/Victim.h"
 #include "fakes/WayBackMac.h"
-
-#include <csignal>
 
 namespace quorvane {
 
 namespace {
 
-struct Ended {
-    bool wasKilled = false;
-    bool succeeded = false;
-};
-
-Ended endOf(const QString& program, const QStringList& arguments) {
-    QProcess process;
-    process.setStandardOutputFile(QProcess::nullDevice());
-    process.start(program, arguments);
-    EXPECT_TRUE(process.waitForFinished(240000)); // only a hang takes so long
-    EXPECT_EQ(process.readAllStandardError().toStdString(), "");
-    return {process.exitStatus() == QProcess::CrashExit && process.exitCode() == SIGKILL,
-            process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0};
-}
-
-QByteArray killingCommand(int run) {
-    return R"([{"adapter": "commands", "kill": true, "run": )" + QByteArray::number(run) + "}]";
-}
-
-/// @param step  of a write; before anything of the change when it is empty
-QByteArray killingChange(int change, const QByteArray& step) {
-    return R"([{"adapter": "files", "kill": true, "change": )" + QByteArray::number(change) +
-           (step.isEmpty() ? QByteArray() : R"(, "at": ")" + step + '"') + "}]";
-}
-
-/// Before anything of a change, and within one that is a write.
-const QByteArrayList kSteps{{}, "write", "flush", "rename", "end"};
-
 class KilledWayBack : public WayBackMac {
 protected:
-    /// Kills the flow at each of its commands in turn, each time on a Mac of its own, and has that looked at.
-    /// @return how often it was killed
-    template <typename Check>
-    int killAtEachCommand(const QString& flow, Check check) {
-        for (int run = 1;; ++run) {
-            SCOPED_TRACE("killed at command " + std::to_string(run));
-            if (!isKilled(flow, killingCommand(run), check)) {
-                return run - 1;
-            }
-        }
+    int killAtEachCommand(const QString& flow, const Victim::Check& check) {
+        return Victim(folder.path()).killAtEachCommand(flow, [this] { return copyOfMac(); }, check);
     }
-
-    /// The same at each change of the program's files, and at each step of those that are writes.
-    template <typename Check>
-    int killAtEachChange(const QString& flow, Check check) {
-        int kills = 0;
-        for (int change = 1;; ++change) {
-            for (const QByteArray& step : kSteps) {
-                SCOPED_TRACE("killed at change " + std::to_string(change) + ' ' + step.toStdString());
-                if (isKilled(flow, killingChange(change, step), check)) {
-                    ++kills;
-                } else if (step.isEmpty()) {
-                    return kills; // there is no such change any more
-                } else {
-                    break; // this one is no write
-                }
-            }
-        }
+    int killAtEachChange(const QString& flow, const Victim::Check& check) {
+        return Victim(folder.path()).killAtEachChange(flow, [this] { return copyOfMac(); }, check);
     }
 
     /// The check of a way back that was killed: once more, and it is where it would have been.
@@ -95,19 +43,6 @@ protected:
             ASSERT_TRUE(undisturbed.contains(label));
             EXPECT_EQ(wentBack(mac, u"revert"_s).changesSince(*undisturbed.find(label)), QString());
         };
-    }
-
-private:
-    template <typename Check>
-    bool isKilled(const QString& flow, const QByteArray& faults, Check check) {
-        const QString mac = copyOfMac();
-        const Ended ended = endOf(QStringLiteral(WAY_BACK_PROGRAM), {mac, faultsFile(faults), flow});
-        EXPECT_TRUE(ended.wasKilled || ended.succeeded);
-        if (ended.wasKilled) {
-            check(mac);
-        }
-        QDir(mac).removeRecursively();
-        return ended.wasKilled;
     }
 };
 

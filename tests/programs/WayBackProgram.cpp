@@ -1,12 +1,15 @@
 // One flow that saves or restores a simulated Mac, in a process that can be killed over and over: the Mac's tools are
 // functions of it, so that it takes milliseconds instead of seconds.
 //
-//     way_back_program MAC FAULTS capture|revert|reinstate
+//     way_back_program MAC FAULTS capture|apply|revert|reinstate
+//
+// "apply" is of the saved profile "Club".
 //
 // Exit status: 0 done, 1 not.
 
 #include "core/NotificationCenter.h"
 #include "fakes/InProcessMac.h"
+#include "profiles/ProfileManager.h"
 #include "snapshots/RestoreBaseline.h"
 #include "system/SystemManager.h"
 
@@ -21,6 +24,11 @@ bool run(SystemManager& system, const QString& flow) {
     if (flow == QStringLiteral("capture")) {
         return QCoro::waitFor(system.captureSystemSnapshot(QStringLiteral("Late"), SystemManager::MasterArchive::Yes))
             .isSaved;
+    }
+    if (flow == QStringLiteral("apply")) {
+        const Host& host = system.host();
+        const ProfileManager profiles(host.files, profilesDirectory(host.machine));
+        return QCoro::waitFor(system.applyProfile(profiles.loadProfile(QStringLiteral("Club")).value()));
     }
     const RestoreOutcome outcome =
         QCoro::waitFor(flow == QStringLiteral("revert") ? system.undoTweaks() : system.reinstateWholeSystem());

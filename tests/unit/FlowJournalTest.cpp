@@ -41,7 +41,7 @@ TEST_F(FlowJournalTest, writesNothingBeforeTheFirstChange) {
 TEST_F(FlowJournalTest, tellsWhatWasToBeDoneAndHowFarItCame) {
     defaults.setString(kQuorvaneLastAppliedProfileName, u"Club"_s);
     const FlowRecording recording = journal.record(flow());
-    journal.begin(kSteps, recordOfApply().before.settings);
+    journal.begin(kSteps, recordOfApply().before);
     EXPECT_FALSE(journal.isToBegin());
     journal.strike(kSteps.at(0));
     journal.strike(u"what isn't one of them"_s);
@@ -105,9 +105,8 @@ TEST_F(FlowJournalTest, aFlowTakenUpAgainKeepsWhatWasThereBeforeItsFirstAttempt)
     const FlowRecord found = journal.interrupted().value();
     journal.takeUp(found);
     const FlowRecording recording = journal.record(flow());
-    SystemSnapshot halfDone;
-    halfDone.id = QUuid::createUuid();
-    halfDone.dateCreated = clock.now();
+    StateBefore halfDone;
+    halfDone.keptOff.plists = {u"/Library/LaunchAgents/com.example.plist"_s};
     journal.begin(kSteps, halfDone);
     journal.noteLoginItems({});
     ASSERT_TRUE(inFile());
@@ -120,8 +119,7 @@ TEST_F(FlowJournalTest, theFirstListOfLoginItemsCounts) {
     journal.begin(kSteps, {});
     journal.noteLoginItems({LoginItem{u"Chat"_s, u"/Applications/Chat.app"_s, true}});
     journal.noteLoginItems({});
-    EXPECT_EQ(inFile()->before.loginItems,
-              (QList<LoginItemSnapshot>{{u"Chat"_s, u"/Applications/Chat.app"_s, true}}));
+    EXPECT_EQ(inFile()->before.loginItems, (QList<LoginItemSnapshot>{{u"Chat"_s, u"/Applications/Chat.app"_s, true}}));
 }
 
 // Each change of the file fails in turn: the flow goes on, and says it once.

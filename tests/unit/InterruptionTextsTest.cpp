@@ -29,8 +29,7 @@ FlowRecord wayBack(RecordedFlow flow, const QString& name) {
 TEST(InterruptionTexts, anApplyIsAskedAbout) {
     const Alert question = interruptionQuestion(apply());
     EXPECT_EQ(question.message, u"An Apply Was Interrupted"_s);
-    EXPECT_EQ(question.informativeText,
-              u"“Live Set” was being applied when Quorvane ended. 1 of 3 steps were done."_s);
+    EXPECT_EQ(question.informativeText, u"“Live Set” was being applied when Quorvane ended. 1 of 3 steps were done."_s);
     EXPECT_EQ(question.buttons, (QStringList{u"Finish"_s, u"Go Back"_s, u"Leave as Is"_s}));
     EXPECT_EQ(question.cancelButton, 2);
     EXPECT_EQ(question.returnButton(), std::nullopt) << "Return presses nothing";

@@ -80,7 +80,8 @@ TEST_F(LastFlowTest, whatHasChangedIsWhatHeldAndDoesNotAnyMore) {
 }
 
 TEST(LastFlowStanding, isToldInWords) {
-    LastFlowStanding standing{u"Live\nSet"_s, false, true, kFirst, {Item{u"A"_s, {}}, Item{u"B"_s, u"x\ny"_s}, Item{u"C"_s, {}}}};
+    LastFlowStanding standing{
+        u"Live\nSet"_s, false, true, kFirst, {Item{u"A"_s, {}}, Item{u"B"_s, u"x\ny"_s}, Item{u"C"_s, {}}}};
     EXPECT_EQ(changesTitle(standing), u"3 settings have changed since “Live Set” was applied"_s);
     EXPECT_EQ(changeLines(standing), (QStringList{u"A"_s, u"B: x y"_s, u"C"_s}));
     standing.isWayBack = true;

@@ -317,9 +317,9 @@ void BackgroundItems::settleWaiting(const QList<LaunchdService>& settled, const 
     remember(memory);
 }
 
-void BackgroundItems::forgetWaiting() {
+void BackgroundItems::setWaiting(const QList<WaitingService>& waiting) {
     StartupMemory memory = this->memory();
-    memory.waiting.clear();
+    memory.waiting = waiting;
     remember(memory);
 }
 

@@ -92,7 +92,9 @@ public:
     QCoro::Task<void> followBatch(Joined joined, bool hasRun);
     void endDeferral();
     /// Called by the way back: nothing waits for the next apply any more.
-    void forgetWaiting();
+    void forgetWaiting() { setWaiting({}); }
+    /// What waits is this from now on.
+    void setWaiting(const QList<WaitingService>& waiting);
 
     // ---- The way back: BackgroundItems+Restore.cpp
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/JsonForward.h"
 #include "startup/launchd/DisabledServices.h"
 
 #include <QList>
@@ -19,5 +20,9 @@ struct KeptOff {
 
     bool operator==(const KeptOff&) const = default;
 };
+
+Json encodeJson(const KeptOff& kept);
+/// Throws DecodingError.
+void decodeJson(const Json& json, KeptOff& kept);
 
 } // namespace quorvane
