@@ -76,7 +76,7 @@ TEST_F(RehearsalLogs, theyAreListedTheNewestFirstAndPrintedAsFarAsTheyGo) {
 
 TEST_F(RehearsalLogs, whatIsNoRunsNumberIsRefused) {
     for (const QString& number : {u"0"_s, u"-1"_s, u"first"_s, u"1.5"_s}) {
-        expectRefused({u"logs"_s, number}, ("logs: not the number of a run: " + number + '\n').toUtf8());
+        expectRefused({u"logs"_s, number}, "logs: not the number of a run: " + number.toUtf8() + '\n');
     }
     const Ending none = rehearse({u"logs"_s, u"3"_s});
     EXPECT_EQ(none.status, 1);

@@ -150,7 +150,7 @@ void WindowPicture::chooseOldestRun() {
     menu->actions().last()->trigger();
     menu->close();
     processEventsUntil([this] { return session().tasks.count() == 0; });
-    waitUntilSeen(title);
+    waitUntilSeen(kShownRun + title);
 }
 
 void WindowPicture::showLongLog() {

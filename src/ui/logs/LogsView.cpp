@@ -159,6 +159,16 @@ void LogsView::showTag(const std::optional<QString>& tag) {
     m_model.setTag(tag);
 }
 
+void LogsView::makeShortcuts() {
+    const auto add = [this](const QKeySequence& keys, auto act) {
+        auto* const shortcut = new QShortcut(keys, this, act);
+        shortcut->setContext(Qt::WidgetWithChildrenShortcut);
+    };
+    add(QKeySequence::Find, [this] { m_searchField->setFocus(Qt::ShortcutFocusReason); });
+    add(QKeySequence::FindNext, [this] { searchOn(Direction::Down); });
+    add(QKeySequence::FindPrevious, [this] { searchOn(Direction::Up); });
+}
+
 // ---- This run and earlier ones
 
 void LogsView::fillRunMenu() {
