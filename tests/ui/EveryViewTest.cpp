@@ -391,7 +391,7 @@ TEST_F(EveryView, theLogOfAnEarlierRunThatIsGone) {
     processEventsUntil([this] { return session->tasks.count() == 0; });
     settle();
     const QStringList controls = spokenControls(mainWindow.get());
-    EXPECT_TRUE(controls.contains(u"button Run: Dec 23, 2026 at 10:58 AM: Opens a menu"_s))
+    EXPECT_TRUE(controls.contains(u"button Run: Dec 23, 2026 at 10:58 AM: Opens a menu (focused)"_s))
         << controls.join(u'\n').toStdString();
     EXPECT_TRUE(controls.contains(u"button Clear Log (disabled)"_s));
     EXPECT_EQ(controls.last(), u"list Log: "_s + kLogOfRunIsGone);

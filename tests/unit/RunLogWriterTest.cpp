@@ -4,7 +4,7 @@
 #include "fakes/EventLoop.h"
 #include "fakes/ScriptedSystem.h"
 
-#include <algorithm>
+#include <cerrno>
 
 namespace quorvane {
 
@@ -188,6 +188,32 @@ TEST_F(RunLog, anOlderOneThatCantGoIsToldOnceAndTheRunGoesOn) {
     EXPECT_TRUE(problems().first().startsWith(u"  [ERROR] The log of an older run can’t be removed: "_s))
         << problems().first().toStdString();
     EXPECT_EQ(written(), "Ready.\n" + problems().first().toUtf8() + "\nDone.\n");
+}
+
+namespace {
+
+/// Another process removes the same files, each a moment before.
+class SharedFiles final : public MemoryFileManager {
+public:
+    void remove(const QString& path) override {
+        removeAsRoot(path);
+        throw FileError(path, ENOENT);
+    }
+};
+
+} // namespace
+
+TEST_F(RunLog, thatAnotherProcessHasRemovedMeanwhileIsGoneAndNoProblem) {
+    SharedFiles shared;
+    for (int days = 1; days <= 6; ++days) {
+        shared.addFile(kLogs + u'/' + earlier(days), "old");
+    }
+    RunLogs sharedLogs(shared, machine);
+    RunLogWriter one(system, sharedLogs, clock);
+    log(u"Ready."_s);
+    turn();
+    EXPECT_EQ(sharedLogs.kept().size(), 5);
+    EXPECT_EQ(problems(), QStringList());
 }
 
 // ---- Its end
