@@ -12,6 +12,8 @@ Session::Session(const Host& host, SessionParts parts)
     : m_parts(std::move(parts))
     , m_host(host)
     , system(m_host, notifications)
+    , runLogs(m_host.files, m_host.machine)
+    , runLogWriter(system, runLogs, m_host.clock)
     , tasks(system)
     , mode(m_host.defaults)
     , gate(m_parts.makeGate())
@@ -39,7 +41,7 @@ Session::Session(const Host& host, SessionParts parts)
     , maintenanceActions(stage, system)
     , networkActions(stage, system)
     , settingsActions(stage, {system, m_host.defaults, m_host.loginService, *label, activeProfile, settingsStatus})
-    , logActions(stage, system, m_host.filePanels)
+    , logActions(stage, {system, m_host.filePanels, m_host.machine, runLogs, runLogWriter})
     , startupEditing({stage, turnstile, system, workingCopy, tasks}) {}
 
 /// Signals that are queued lead to work of their own.
@@ -47,6 +49,7 @@ QCoro::Task<void> Session::finished() {
     co_await m_host.clock.sleepFor(std::chrono::milliseconds(0));
     co_await label->finished();
     co_await tasks.finished();
+    runLogWriter.flush();
 }
 
 QCoro::Task<void> Session::shutDown() {

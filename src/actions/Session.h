@@ -28,6 +28,8 @@
 #include "profiles/ProfileCloudManager.h"
 #include "profiles/ProfileLabel.h"
 #include "profiles/ProfileManager.h"
+#include "runlogs/RunLogWriter.h"
+#include "runlogs/RunLogs.h"
 #include "system/SystemManager.h"
 #include "tweaks/ModeManager.h"
 
@@ -57,6 +59,8 @@ public:
 
     NotificationCenter notifications;
     SystemManager system;
+    RunLogs runLogs;
+    RunLogWriter runLogWriter; ///< goes behind all that log
     Tasks tasks;
     ModeManager mode;
     std::unique_ptr<UnlockGate> gate;

@@ -34,6 +34,14 @@ const QList<TabText>& tabTexts() {
 
 // ---- The log
 
+QString unreadableLogText(const QString& problem) {
+    return u"The log of this run can’t be read: "_s + onOneLine(problem);
+}
+
+QString unlistedRunsText(const QString& problem) {
+    return u"Earlier runs can’t be listed: "_s + onOneLine(problem);
+}
+
 QString latestText(int linesBelow) {
     return u"Latest (%1)"_s.arg(linesBelow);
 }

@@ -49,6 +49,16 @@ inline const QString kAllMessages = QStringLiteral("All Messages");
 /// Before what the menu of tags shows, for who only hears it.
 inline const QString kShownMessages = QStringLiteral("Shown: ");
 inline const QString kNoMessagesOfTag = QStringLiteral("No log messages of this kind.");
+/// The run whose log is shown, before its name for who only hears it.
+inline const QString kShownRun = QStringLiteral("Run: ");
+inline const QString kThisRun = QStringLiteral("This Run");
+inline const QString kReadingLogOfRun = QStringLiteral("Reading the log…");
+inline const QString kEmptyLogOfRun = QStringLiteral("The log of this run is empty.");
+inline const QString kLogOfRunIsGone =
+    QStringLiteral("The log of this run is gone. Only those of the last five runs are kept.");
+/// @param problem  the system's words
+QString unreadableLogText(const QString& problem);
+QString unlistedRunsText(const QString& problem);
 /// Of the button that leads back to the newest line. @param linesBelow  those below what is in view
 QString latestText(int linesBelow);
 

@@ -13,7 +13,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const std::array<RehearsalCommand, 23> kCommands{{
+const std::array<RehearsalCommand, 24> kCommands{{
     {u"new", u"[MAC.json]", 0, 1, &makeNewMac, u"makes the simulated Mac in FOLDER; without a description a fresh one"},
     {u"shell", u"[--root] LINE", 1, 1, &runShell, u"runs a line in the simulated Mac's shell"},
     {u"discover", u"", 0, 0, &Rehearsal::discover, u"what runs when the user logs in"},
@@ -53,6 +53,8 @@ const std::array<RehearsalCommand, 23> kCommands{{
      u"lists what was saved there: the name, what it is, what it holds"},
     {u"restore", u"NAME", 1, 1, &Rehearsal::restoreBackup,
      u"merges a backup's profiles into the Mac's own; NAME is as \"backups\" lists it"},
+    {u"logs", u"[NUMBER]", 0, 1, &Rehearsal::showLogs,
+     u"lists the runs whose logs are kept on the Mac, the newest first, or prints one of them"},
     {u"manual", u"FILE.md", 1, 1, &printManual,
      u"prints the page that the manual's converter makes of a file; touches no Mac"},
 }};

@@ -249,6 +249,46 @@ QCoro::Task<RehearsalOutcome> Rehearsal::restoreBackup(Arguments arguments) {
     co_return co_await outcome(telling, m_session.backupActions.restore(arguments.operand(), telling));
 }
 
+// ---- The logs of earlier runs
+
+QCoro::Task<RehearsalOutcome> Rehearsal::showLogs(Arguments arguments) {
+    bool isNumber = true;
+    const int number = arguments.operand().isEmpty() ? 0 : arguments.operand().toInt(&isNumber);
+    if (!isNumber || number < 0 || (number == 0 && !arguments.operand().isEmpty())) {
+        throw UnusableInput(u"logs: not the number of a run: "_s + arguments.operand());
+    }
+    const KeptRuns kept = m_session.logActions.keptRuns();
+    if (!kept.problem.isEmpty()) {
+        complain(kept.problem);
+        co_return RehearsalOutcome{};
+    }
+    if (number > 0) {
+        co_return co_await printKeptLog(kept.runs, number);
+    }
+    RehearsalOutcome listed;
+    listed.runs = kept.runs;
+    listed.succeeded = true;
+    print(runLines(kept.runs));
+    co_return listed;
+}
+
+QCoro::Task<RehearsalOutcome> Rehearsal::printKeptLog(QList<KeptRun> runs, int number) {
+    RehearsalOutcome printed;
+    if (number > runs.size()) {
+        complain(u"There is no run %1."_s.arg(number));
+        co_return printed;
+    }
+    const KeptLog log = co_await m_session.logActions.readKept(runs.at(number - 1));
+    if (!log.problem.isEmpty()) {
+        complain(log.problem);
+        co_return printed;
+    }
+    printed.keptLog = log.lines;
+    printed.succeeded = true;
+    print(log.lines);
+    co_return printed;
+}
+
 /// What an action came to, as far as the terminal shows it.
 QCoro::Task<RehearsalOutcome> Rehearsal::outcome(TerminalListener& listener, QCoro::Task<ActionOutcome> action) {
     const ActionOutcome of = co_await std::move(action);

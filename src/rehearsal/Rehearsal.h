@@ -31,6 +31,8 @@ struct RehearsalOutcome : ActionOutcome {
     std::optional<QList<ShownPicture>> displays;    ///< where the command changes what they show
     std::optional<QList<BackupRow>> backups;        ///< where the command lists them
     std::optional<QList<DisplayLabel>> labels = {}; ///< where it has put a label onto the displays
+    std::optional<QList<KeptRun>> runs = {};        ///< where the command lists those whose logs are kept
+    std::optional<QStringList> keptLog = {};        ///< where it prints one
 
     bool isDone() const { return succeeded && (!verification || verification->failed.isEmpty()); }
 };
@@ -74,6 +76,9 @@ public:
     QCoro::Task<RehearsalOutcome> listBackups(Arguments arguments);
     QCoro::Task<RehearsalOutcome> restoreBackup(Arguments arguments);
 
+    /// Without a number lists the kept logs; done when they could be listed. With one it prints that one.
+    QCoro::Task<RehearsalOutcome> showLogs(Arguments arguments);
+
     /// Ends when nothing runs on that a command has led to.
     QCoro::Task<void> finished() { return m_session.finished(); }
 
@@ -93,6 +98,7 @@ private:
     void requireOwnName(const UnifiedProfile& profile, const QString& hostPath) const;
     std::optional<UnifiedProfile> storedProfile(const UnifiedProfile& profile, const QString& hostPath);
     QList<ShownPicture> shownPictures();
+    QCoro::Task<RehearsalOutcome> printKeptLog(QList<KeptRun> runs, int number);
 
     AuthorizationPolicy m_authorization;
     SimulatedHost m_host;

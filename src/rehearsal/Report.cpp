@@ -102,6 +102,15 @@ Json backupsJson(const QList<BackupRow>& backups) {
     return array;
 }
 
+Json runsJson(const QList<KeptRun>& runs) {
+    Json array = Json::array();
+    for (qsizetype i = 0; i < runs.size(); ++i) {
+        array.push_back(
+            {{"number", i + 1}, {"title", encodeJson(runs.at(i).title)}, {"file", encodeJson(runs.at(i).file)}});
+    }
+    return array;
+}
+
 } // namespace
 
 QStringList previewLines(const ProfileApplyPreview& preview) {
@@ -135,6 +144,17 @@ QStringList backupLines(const QList<BackupRow>& backups) {
     QStringList lines;
     for (const BackupRow& row : backups) {
         lines.append(QStringList{row.id, row.title, row.detail}.join(u" — "_s));
+    }
+    return lines;
+}
+
+QStringList runLines(const QList<KeptRun>& runs) {
+    if (runs.isEmpty()) {
+        return {u"No logs are kept."_s};
+    }
+    QStringList lines;
+    for (qsizetype i = 0; i < runs.size(); ++i) {
+        lines.append(QStringList{QString::number(i + 1), runs.at(i).title, runs.at(i).file}.join(u" — "_s));
     }
     return lines;
 }
@@ -200,6 +220,12 @@ QByteArray jsonReport(const QString& command, const QStringList& log, const Rehe
     }
     if (outcome.labels) {
         report["labels"] = labelsJson(*outcome.labels);
+    }
+    if (outcome.runs) {
+        report["runs"] = runsJson(*outcome.runs);
+    }
+    if (outcome.keptLog) {
+        report["keptLog"] = encodeJson(QList<QString>(*outcome.keptLog));
     }
     return jsonText(report) + '\n';
 }

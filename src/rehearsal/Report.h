@@ -13,6 +13,8 @@ namespace quorvane {
 QStringList previewLines(const ProfileApplyPreview& preview);
 QStringList startupItemLines(const QList<StartupItem>& items);
 QStringList backupLines(const QList<BackupRow>& backups);
+/// "1 — Nov 23, 2026 at 10:58 AM — Quorvane 2026-11-23 10.58.07 (4711).log"
+QStringList runLines(const QList<KeptRun>& runs);
 QStringList alertLines(const ClosingAlert& alert);
 /// "Color LCD: /Users/mika/Pictures/Stage.jpg"
 QStringList displayLines(const QList<ShownPicture>& displays);
@@ -29,7 +31,9 @@ QStringList labelLines(const QList<DisplayLabel>& labels);
 ///      "match": {"name": "Live", "kind": "savedProfile" | "builtinMode", "verification": {…}},
 ///      "displays": [{"display": "Color LCD", "picture": "/Users/mika/Pictures/Stage.jpg"}],
 ///      "labels": [{"display": "Color LCD", "isShown": false, "detail": "Its picture could not be read."}],
-///      "backups": [{"id": "latest.json", "title": "Latest Backup", "detail": "2 profile(s) from Booth"}, …]}
+///      "backups": [{"id": "latest.json", "title": "Latest Backup", "detail": "2 profile(s) from Booth"}, …],
+///      "runs": [{"number": 1, "title": "Nov 23, 2026 at 10:58 AM", "file": "Quorvane 2026-11-23 10.58.07 (4711).log"}, …],
+///      "keptLog": ["", "[PROFILE] Applying: Live", …]}
 QByteArray jsonReport(const QString& command, const QStringList& log, const RehearsalOutcome& outcome);
 
 } // namespace quorvane

@@ -66,15 +66,11 @@ void makeSystemFolders(const QString& root) {
 }
 
 void makeUserFolders(const QString& root, const Machine& machine) {
-    static constexpr std::array<QStringView, 9> kHomeFolders{u"/Desktop",
-                                                             u"/Documents",
-                                                             u"/Downloads",
-                                                             u"/Library/Application Support",
-                                                             u"/Library/Caches",
-                                                             u"/Library/LaunchAgents",
-                                                             u"/Library/Preferences/ByHost",
-                                                             u"/Music",
-                                                             u"/.Trash"};
+    static constexpr std::array<QStringView, 10> kHomeFolders{u"/Desktop",        u"/Documents",
+                                                              u"/Downloads",      u"/Library/Application Support",
+                                                              u"/Library/Caches", u"/Library/LaunchAgents",
+                                                              u"/Library/Logs",   u"/Library/Preferences/ByHost",
+                                                              u"/Music",          u"/.Trash"};
     for (const QStringView folder : kHomeFolders) {
         makeFolder(root + u"/Users/"_s + machine.userName + folder.toString());
     }

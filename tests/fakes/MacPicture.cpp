@@ -48,7 +48,8 @@ QString MacPicture::changesSince(const MacPicture& before) const {
 
 void MacPicture::add(const QFileInfo& info) {
     const QString path = info.filePath().mid(m_folder.size());
-    if (path.endsWith(QStringLiteral(".lock")) || path.endsWith(QStringLiteral("/journal.jsonl"))) {
+    if (path.contains(QStringLiteral("/Library/Logs/Quorvane")) || path.endsWith(QStringLiteral(".lock")) ||
+        path.endsWith(QStringLiteral("/journal.jsonl"))) {
         return;
     }
     if (hasOwnerMark(info.filePath())) {

@@ -28,7 +28,8 @@ struct MacDifference {
 /// property list, every value of the state behind the disk, and the owner of what doesn't belong to whom its place
 /// says. Login items, processes and background tasks stand by their names and identifiers, so that one that goes doesn't
 /// shift the others. The journal is no part of the Mac, nor is what its user answered when the system asked whether the
-/// program may control another application: that is no change of the program's.
+/// program may control another application: that is no change of the program's. The logs that the program keeps are left out,
+/// whose names tell when it ran.
 class MacPicture {
 public:
     explicit MacPicture(const QString& hostFolder);

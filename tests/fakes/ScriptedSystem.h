@@ -111,12 +111,13 @@ public:
     QString hardwareId() const override { return id; }
     QString systemVersion() const override { return version; }
     quint32 userId() const override { return MemoryFileManager::kUser; }
-    QString processName() const override { return QStringLiteral("this process"); }
+    QString processName() const override { return name; }
     bool isRunning(const QString& processName) const override { return running.contains(processName); }
     QString dateAndTimeText(const QDateTime& moment) const override;
 
     QString id = QStringLiteral("5C1A9B3E-7D42-5F60-8E21-4A6B0C9D3E17");
     QString version = QStringLiteral("14.7");
+    QString name = QStringLiteral("this process");
     QSet<QString> running{QStringLiteral("this process")};
 };
 

@@ -41,6 +41,10 @@ protected:
     void applyReview();
     void startSnapshotThatHangs();
     static void showLogs();
+    /// With the menu of earlier runs open.
+    void openRuns();
+    /// Of those in the menu.
+    void chooseOldestRun();
     static void showTab(const QString& name);
     /// The end of the page.
     static void scrollDown();

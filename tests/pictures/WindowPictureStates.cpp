@@ -127,6 +127,32 @@ void WindowPicture::showLogs() {
     showTab(u"Logs"_s);
 }
 
+void WindowPicture::openRuns() {
+    const Host ports = host->host();
+    const QString logs = ports.machine.homeFolder() + u"/Library/Logs/Quorvane/"_s;
+    ports.files.createFolders(logs);
+    const QByteArray text =
+        "Ready.\n\n[PROFILE] Applying: Live Set\n  [APPLIED] App Nap bypassed for audio applications.\n"
+        "  [ERROR] Time Machine may not be read.\n";
+    for (const QString& name :
+         {u"Quorvane 2026-03-12 18.00.59 (812).log"_s, u"Quorvane 2026-03-13 09.15.00 (4711).log"_s,
+          u"Quorvane 2026-03-13 09.15.30 (4720).log"_s}) {
+        ports.files.writeAtomically(logs + name, text);
+    }
+    showLogs();
+    click(kShownRun + kThisRun);
+    processEventsUntil([] { return QApplication::activePopupWidget() != nullptr; });
+}
+
+void WindowPicture::chooseOldestRun() {
+    auto* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+    const QString title = menu->actions().last()->text();
+    menu->actions().last()->trigger();
+    menu->close();
+    processEventsUntil([this] { return session().tasks.count() == 0; });
+    waitUntilSeen(kShownRun + title);
+}
+
 void WindowPicture::showLongLog() {
     keepBaseline();
     launchAndScan();
@@ -554,6 +580,26 @@ QList<PicturedState> WindowPicture::pageStates() {
              picture.showLongLog();
              click(kShownMessages + kAllMessages);
              processEventsUntil([] { return QApplication::activePopupWidget() != nullptr; });
+         }},
+        {u"logs-runs"_s,
+         [](WindowPicture& picture) {
+             picture.showLongLog();
+             picture.openRuns();
+         }},
+        {u"logs-earlier-run"_s,
+         [](WindowPicture& picture) {
+             picture.showLongLog();
+             picture.openRuns();
+             picture.chooseOldestRun();
+         }},
+        {u"logs-run-is-gone"_s,
+         [](WindowPicture& picture) {
+             picture.showLongLog();
+             picture.openRuns();
+             const Host ports = picture.host->host();
+             ports.files.remove(ports.machine.homeFolder() +
+                                u"/Library/Logs/Quorvane/Quorvane 2026-03-12 18.00.59 (812).log"_s);
+             picture.chooseOldestRun();
          }},
         {u"export-panel"_s,
          [](WindowPicture& picture) {

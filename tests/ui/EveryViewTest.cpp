@@ -10,6 +10,8 @@
 #include "ui/pieces/TextLabel.h"
 #include "ui/symbols/Symbols.h"
 
+#include <QApplication>
+#include <QMenu>
 #include <QRegularExpression>
 
 namespace quorvane {
@@ -368,9 +370,31 @@ TEST_F(EveryView, theLogs) {
     EXPECT_EQ(spokenControls(mainWindow.get()),
               sidebar(u"Logs"_s) +
                   (QStringList{u"field Search log: Search log…"_s, u"button Previous (disabled)"_s,
-                               u"button Next (disabled)"_s, u"button Shown: All Messages: Opens a menu"_s,
-                               u"check box Verbose Debug Logging"_s, u"button Copy"_s, u"button Clear Log"_s,
-                               u"button Export Log…"_s, u"list Log: "_s + kNoLogMessages}));
+                               u"button Next (disabled)"_s, u"button Run: This Run: Opens a menu"_s,
+                               u"button Shown: All Messages: Opens a menu"_s, u"check box Verbose Debug Logging"_s,
+                               u"button Copy"_s, u"button Clear Log"_s, u"button Export Log…"_s,
+                               u"list Log: "_s + kNoLogMessages}));
+    expectUsable();
+}
+
+TEST_F(EveryView, theLogOfAnEarlierRunThatIsGone) {
+    const QString run = u"/Users/alex/Library/Logs/Quorvane/Quorvane 2026-12-23 10.58.07 (4711).log"_s;
+    files.addFile(run, "Ready.\n");
+    showLogs();
+    click(u"Run: This Run"_s);
+    settle();
+    auto* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+    ASSERT_NE(menu, nullptr);
+    files.removeAsRoot(run);
+    menu->actions().last()->trigger();
+    menu->close();
+    processEventsUntil([this] { return session->tasks.count() == 0; });
+    settle();
+    const QStringList controls = spokenControls(mainWindow.get());
+    EXPECT_TRUE(controls.contains(u"button Run: Dec 23, 2026 at 10:58 AM: Opens a menu (focused)"_s))
+        << controls.join(u'\n').toStdString();
+    EXPECT_TRUE(controls.contains(u"button Clear Log (disabled)"_s));
+    EXPECT_EQ(controls.last(), u"list Log: "_s + kLogOfRunIsGone);
     expectUsable();
 }
 

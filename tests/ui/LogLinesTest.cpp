@@ -100,4 +100,16 @@ TEST(LogTag, isTheWordInBracketsAtTheBeginning) {
     }
 }
 
+TEST_F(LogLinesTest, areThoseOfOtherEntriesFromThenOn) {
+    entries = QStringList{u"[OK] one\ntwo"_s, u"three"_s};
+    takeAll();
+    const QStringList others{u"[ERROR] four"_s, u"five\nsix"_s};
+    lines.follow(others);
+    lines.reset(std::nullopt);
+    EXPECT_EQ(lines.count(), 0);
+    takeAll();
+    EXPECT_EQ(all(), QStringList({u"[ERROR] four"_s, u"five"_s, u"six"_s}));
+    EXPECT_EQ(lines.tags(), QStringList(u"ERROR"_s));
+}
+
 } // namespace quorvane

@@ -74,8 +74,26 @@ protected:
         }
     }
     int currentRow() const { return lines().currentIndex().row(); }
-    void chooseTag(const QString& shown, const QString& title) {
-        click(kShownMessages + shown);
+    void chooseTag(const QString& shown, const QString& title) { choose(kShownMessages + shown, title); }
+    void chooseRun(const QString& shown, const QString& title) {
+        choose(kShownRun + shown, title);
+        waitForTasks();
+        settle();
+    }
+    QStringList runTitles() {
+        click(kShownRun + kThisRun);
+        settle();
+        QStringList titles;
+        for (const QAction* const action : qobject_cast<QMenu*>(QApplication::activePopupWidget())->actions()) {
+            titles.append((action->isChecked() ? u"✓ "_s : action->isEnabled() ? QString() : u"– "_s) + action->text());
+        }
+        QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_Escape);
+        settle();
+        return titles;
+    }
+    void keep(const QString& file, const QByteArray& text) { files.addFile(kLogs + file, text); }
+    void choose(const QString& button, const QString& title) {
+        click(button);
         settle();
         const auto* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
         ASSERT_NE(menu, nullptr);
@@ -87,7 +105,7 @@ protected:
                 return;
             }
         }
-        ADD_FAILURE() << "no tag is called " << title.toStdString();
+        ADD_FAILURE() << "no choice is called " << title.toStdString();
     }
     /// Thin letters are nothing but edges, and these are mixed with what is beneath them.
     static bool isMixed(const QColor& seen, const QColor& ground, const QColor& ink) {
@@ -99,6 +117,12 @@ protected:
         return share > 0.4 && isMixture(seen.red(), ground.red(), ink.red()) &&
                isMixture(seen.green(), ground.green(), ink.green());
     }
+    const QString kLogs = u"/Users/alex/Library/Logs/Quorvane/"_s;
+    const QString kFriday = u"Quorvane 2026-03-13 09.15.00 (4711).log"_s;
+    const QString kFridayTitle = u"Mar 13, 2026 at 9:15 AM"_s;
+    const QString kThursday = u"Quorvane 2026-03-12 18.00.59 (12).log"_s;
+    const QString kThursdayTitle = u"Mar 12, 2026 at 6:00 PM"_s;
+
     static QString copied() { return QGuiApplication::clipboard()->text(); }
 };
 
@@ -418,6 +442,149 @@ TEST_F(LogsViewTest, manyLinesAreTakenInAndSearched) {
     EXPECT_TRUE(isInView(1000));
     chooseTag(kAllMessages, u"[ERROR]"_s);
     processEventsUntil([this] { return rows() == QStringList(u"  [ERROR] needle"_s); });
+}
+
+// ---- Earlier runs
+
+TEST_F(LogsViewTest, theMenuOfRunsNamesThemByTheirMoments) {
+    keep(kThursday, "one\n");
+    keep(kFriday, "two\n");
+    log(u"Ready."_s);
+    openLogs();
+    EXPECT_TRUE(files.exists(kLogs + session->runLogWriter.file())) << "is kept, too, and is this run";
+    EXPECT_EQ(runTitles(), QStringList({u"✓ This Run"_s, kFridayTitle, kThursdayTitle}));
+}
+
+TEST_F(LogsViewTest, withoutAnEarlierRunThereIsThisOne) {
+    openLogs();
+    EXPECT_EQ(runTitles(), QStringList(u"✓ This Run"_s));
+}
+
+TEST_F(LogsViewTest, runsThatCantBeListedSayWhyInTheMenu) {
+    files.addFile(kLogs.chopped(1), "a file");
+    openLogs();
+    EXPECT_EQ(runTitles(), QStringList({u"✓ This Run"_s, u"– Earlier runs can’t be listed: "_s + kLogs.chopped(1) +
+                                                             u": Not a directory"_s}));
+}
+
+TEST_F(LogsViewTest, anEarlierRunIsShownSearchedAndCopiedInTheSameList) {
+    keep(kFriday, "Ready.\n\n[PROFILE] Applying: Live\n  [ERROR] No network\n");
+    log(u"of today"_s);
+    openLogs();
+    chooseRun(kThisRun, kFridayTitle);
+    const QStringList lines{u"Ready."_s, QString(), u"[PROFILE] Applying: Live"_s, u"  [ERROR] No network"_s};
+    EXPECT_EQ(rows(), lines);
+    search(u"network"_s);
+    EXPECT_EQ(currentRow(), 3);
+    click(kCopyLog);
+    EXPECT_EQ(copied(), u"  [ERROR] No network"_s);
+    chooseTag(kAllMessages, u"[PROFILE]"_s);
+    EXPECT_EQ(rows(), QStringList(u"[PROFILE] Applying: Live"_s));
+    log(u"of today, later"_s);
+    settle();
+    EXPECT_EQ(rows(), QStringList(u"[PROFILE] Applying: Live"_s));
+    chooseRun(kFridayTitle, kThisRun);
+    EXPECT_EQ(rows(), QStringList({u"of today"_s, u"of today, later"_s}));
+    EXPECT_NE(named(kShownMessages + kAllMessages), nullptr) << "another run has tags of its own";
+}
+
+TEST_F(LogsViewTest, clearingIsOfThisRunAlone) {
+    keep(kFriday, "Ready.\n");
+    log(u"of today"_s);
+    openLogs();
+    chooseRun(kThisRun, kFridayTitle);
+    EXPECT_FALSE(button(kClearLog).isEnabled());
+    session->logActions.clearLog(); // another part of the program's
+    settle();
+    EXPECT_EQ(rows(), QStringList(u"Ready."_s));
+    chooseRun(kFridayTitle, kThisRun);
+    EXPECT_TRUE(button(kClearLog).isEnabled());
+    EXPECT_EQ(rows(), QStringList());
+    EXPECT_EQ(files.read(kLogs + session->runLogWriter.file()), "of today\n") << "what is kept of it stays";
+}
+
+TEST_F(LogsViewTest, whatIsShownIsExported) {
+    keep(kFriday, "Ready.\n\n[PROFILE] Applying: Live\n");
+    files.createFolders(u"/Users/alex/Desktop"_s);
+    filePanels.choose(u"/Users/alex/Desktop/log.txt"_s);
+    log(u"of today"_s);
+    openLogs();
+    chooseRun(kThisRun, kFridayTitle);
+    chooseTag(kAllMessages, u"[PROFILE]"_s);
+    files.removeAsRoot(kLogs + kFriday); // its turn to go came meanwhile
+    click(kExportLog);
+    waitForTasks();
+    EXPECT_EQ(files.read(u"/Users/alex/Desktop/log.txt"_s), "Ready.\n\n[PROFILE] Applying: Live")
+        << "whole, whatever tag is shown";
+}
+
+TEST_F(LogsViewTest, aRunThatCantBeReadOrWentSaysSoInThePlaceOfItsLines) {
+    keep(kFriday, "Ready.\n");
+    keep(kThursday, "Ready.\n");
+    files.failOn(MemoryFileManager::Operation::Read, kLogs + kFriday);
+    log(u"[ERROR] of today"_s);
+    openLogs();
+    chooseTag(kAllMessages, u"[ERROR]"_s);
+    chooseRun(kThisRun, kFridayTitle);
+    EXPECT_EQ(rows(), QStringList());
+    EXPECT_TRUE(lines().accessibleDescription().startsWith(u"The log of this run can’t be read: "_s))
+        << lines().accessibleDescription().toStdString();
+    click(kShownRun + kFridayTitle);
+    settle();
+    files.removeAsRoot(kLogs + kThursday); // another process has begun a run while the menu was open
+    const auto* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+    QTest::mouseClick(QApplication::activePopupWidget(), Qt::LeftButton, {},
+                      menu->actionGeometry(menu->actions().at(2)).center());
+    waitForTasks();
+    EXPECT_EQ(lines().accessibleDescription(), kLogOfRunIsGone);
+    EXPECT_TRUE(button(kExportLog).isEnabled());
+}
+
+TEST_F(LogsViewTest, anEmptyRunSaysSo) {
+    keep(kFriday, {});
+    openLogs();
+    chooseRun(kThisRun, kFridayTitle);
+    EXPECT_EQ(lines().accessibleDescription(), kEmptyLogOfRun);
+}
+
+TEST_F(LogsViewTest, aRunThatIsWrittenOnIsReadAnewWhenItIsChosenAgain) {
+    keep(kFriday, "one\n");
+    openLogs();
+    chooseRun(kThisRun, kFridayTitle);
+    files.append(kLogs + kFriday, "two\n", FileManager::Flush::No);
+    settle();
+    EXPECT_EQ(rows(), QStringList(u"one"_s));
+    chooseRun(kFridayTitle, kFridayTitle);
+    EXPECT_EQ(rows(), QStringList({u"one"_s, u"two"_s}));
+}
+
+TEST_F(LogsViewTest, ofTwoRunsTheOneThatWasChosenLastIsShown) {
+    keep(kFriday, "friday\n");
+    keep(kThursday, "thursday\n");
+    openLogs();
+    choose(kShownRun + kThisRun, kFridayTitle); // is still being read
+    choose(kShownRun + kFridayTitle, kThursdayTitle);
+    choose(kShownRun + kThursdayTitle, kThisRun);
+    waitForTasks();
+    settle();
+    EXPECT_EQ(rows(), QStringList());
+    EXPECT_EQ(lines().accessibleDescription(), kNoLogMessages);
+    EXPECT_TRUE(button(kExportLog).isEnabled());
+}
+
+TEST_F(LogsViewTest, theWindowMayGoWhileARunIsRead) {
+    keep(kFriday, "Ready.\n");
+    openLogs();
+    click(kShownRun + kThisRun);
+    settle();
+    auto* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+    menu->actions().last()->trigger();
+    EXPECT_EQ(session->tasks.count(), 1);
+    EXPECT_EQ(lines().accessibleDescription(), kReadingLogOfRun);
+    EXPECT_FALSE(button(kExportLog).isEnabled());
+    mainWindow.reset();
+    waitForTasks();
+    EXPECT_EQ(session->tasks.count(), 0);
 }
 
 } // namespace quorvane

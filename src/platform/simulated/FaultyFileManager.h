@@ -8,7 +8,8 @@
 namespace quorvane {
 
 /// What goes wrong with the program's own files on purpose. Changes (writes, moves, removals, new folders) are counted
-/// from 1; of a tree that is removed each entry is one.
+/// from 1; of a tree that is removed each entry is one. What keeps the log counts as none, because it comes when the event loop
+/// comes round and not at a step of a flow; where changes fail, it fails as well.
 struct FileFaults {
     std::optional<int> failingChange; ///< this change and every later one fails
     QString reason;                   ///< the system's words: "No space left on device"

@@ -25,10 +25,10 @@ void LogLines::reset(const std::optional<QString>& tag) {
 }
 
 bool LogLines::takeNext() {
-    if (m_taken == m_entries.size()) {
+    if (m_taken == m_entries->size()) {
         return false;
     }
-    const QString& entry = m_entries.at(m_taken);
+    const QString& entry = m_entries->at(m_taken);
     const QStringView tag = logTag(entry);
     noteTag(tag);
     if (!m_tag || tag == *m_tag) {
@@ -49,7 +49,7 @@ void LogLines::noteTag(QStringView tag) {
 }
 
 const QString& LogLines::entryAt(std::size_t place) const {
-    return m_entries.at(m_tag ? static_cast<qsizetype>(m_counting[place]) : static_cast<qsizetype>(place));
+    return m_entries->at(m_tag ? static_cast<qsizetype>(m_counting[place]) : static_cast<qsizetype>(place));
 }
 
 /// An entry may have as many lines as a whole log: from the line that was asked for last the way is short.

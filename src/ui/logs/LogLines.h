@@ -16,9 +16,12 @@ QStringView logTag(QStringView entry);
 /// how many lines there are up to its end. Entries come at the end alone; when they go, `reset` has to be called.
 class LogLines {
 public:
+    /// @param entries  outlive this, or are followed by others
     explicit LogLines(const QStringList& entries)
-        : m_entries(entries) {}
+        : m_entries(&entries) {}
 
+    /// From now on the lines of other entries; `reset` has to be called.
+    void follow(const QStringList& entries) { m_entries = &entries; }
     /// Begins anew, with nothing taken in yet.
     /// @param tag  of the entries that count; all when none
     void reset(const std::optional<QString>& tag);
@@ -42,7 +45,7 @@ private:
         qsizetype offset = 0;
     };
 
-    const QStringList& m_entries;
+    const QStringList* m_entries;
     std::optional<QString> m_tag;
     qsizetype m_taken = 0;           ///< entries, counted or not
     std::vector<quint32> m_ends;     ///< of each entry that counts: the number of the line behind it

@@ -16,6 +16,7 @@ constexpr int kTurn = 2; // milliseconds
 
 LogModel::LogModel(const SystemManager& system, QObject* parent)
     : QAbstractListModel(parent)
+    , m_system(system)
     , m_lines(system.logMessages()) {
     m_turn.setSingleShot(true);
     m_turn.setInterval(0);
@@ -25,7 +26,11 @@ LogModel::LogModel(const SystemManager& system, QObject* parent)
             m_turn.start();
         }
     });
-    connect(&system, &SystemManager::logCleared, this, &LogModel::beginAnew);
+    connect(&system, &SystemManager::logCleared, this, [this] {
+        if (m_showsThisRun) {
+            beginAnew();
+        }
+    });
     takeIn();
 }
 
@@ -56,6 +61,20 @@ void LogModel::setTag(const std::optional<QString>& tag) {
         m_tag = tag;
         beginAnew();
     }
+}
+
+void LogModel::showThisRun() {
+    m_showsThisRun = true;
+    m_lines.follow(m_system.logMessages());
+    beginAnew();
+    m_kept.clear();
+}
+
+void LogModel::showKept(const QStringList& lines) {
+    m_showsThisRun = false;
+    m_kept = lines;
+    m_lines.follow(m_kept);
+    beginAnew();
 }
 
 void LogModel::beginAnew() {

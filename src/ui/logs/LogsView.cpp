@@ -61,8 +61,10 @@ LogsView::LogsView(const ViewEnvironment& environment, QWidget* parent)
     , m_searchOutcome(new TextLabel(TextStyle::Secondary, TextTone::Secondary))
     , m_previous(new AppSecondaryButton(kPreviousMatch))
     , m_next(new AppSecondaryButton(kNextMatch))
+    , m_run(new MenuButton(kThisRun))
     , m_tag(new MenuButton(kAllMessages))
     , m_debug(new AppSwitch)
+    , m_clear(new AppSecondaryButton(kClearLog))
     , m_export(new AppSecondaryButton(kExportLog)) {
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(Theme::kGap24, Theme::kGap24, Theme::kGap24, Theme::kGap24);
@@ -72,14 +74,14 @@ LogsView::LogsView(const ViewEnvironment& environment, QWidget* parent)
     layout->addWidget(m_card, 1);
     m_card->addRow(m_lines);
     m_lines->setAccessibleName(u"Log"_s);
-    m_lines->setEmptyText(kNoLogMessages);
     m_lines->installEventFilter(this);
     makeLatestButton();
     makeShortcuts();
     connect(&environment.session.turnstile, &Turnstile::idleChanged, this, &LogsView::followIdle);
-    showTag(std::nullopt);
-    followIdle();
+    showThisRun();
 }
+
+LogsView::~LogsView() = default;
 
 // ---- Searching and choosing
 
@@ -90,12 +92,14 @@ QWidget* LogsView::makeSearchBar() {
     row->addWidget(m_searchOutcome);
     row->addWidget(m_previous);
     row->addWidget(m_next);
+    row->addWidget(m_run);
     row->addWidget(m_tag);
     m_searchField->setPlaceholderText(kSearchLog);
     m_searchField->setAccessibleName(kSearchLogLabel);
     m_searchField->installEventFilter(this);
     m_searchOutcome->setWordWrap(false);
     m_searchOutcome->hide();
+    connect(&m_run->choices(), &QMenu::aboutToShow, this, &LogsView::fillRunMenu);
     connect(&m_tag->choices(), &QMenu::aboutToShow, this, &LogsView::fillTagMenu);
     connect(m_searchField, &QLineEdit::textChanged, this, &LogsView::beginSearch);
     connect(m_previous, &QPushButton::clicked, this, [this] { searchOn(Direction::Up); });
@@ -151,7 +155,7 @@ void LogsView::fillTagMenu() {
 void LogsView::showTag(const std::optional<QString>& tag) {
     m_tag->setText(tag ? u'[' + *tag + u']' : kAllMessages);
     m_tag->setAccessibleName(kShownMessages + m_tag->text());
-    m_lines->setEmptyText(tag ? kNoMessagesOfTag : kNoLogMessages);
+    m_lines->setEmptyText(tag ? kNoMessagesOfTag : m_whenEmpty);
     m_model.setTag(tag);
 }
 
@@ -165,16 +169,73 @@ void LogsView::makeShortcuts() {
     add(QKeySequence::FindPrevious, [this] { searchOn(Direction::Up); });
 }
 
+// ---- This run and earlier ones
+
+void LogsView::fillRunMenu() {
+    QMenu& menu = m_run->choices();
+    menu.clear();
+    QAction* const thisRun = menu.addAction(kThisRun, this, &LogsView::showThisRun);
+    thisRun->setCheckable(true);
+    thisRun->setChecked(!m_kept);
+    const KeptRuns kept = m_environment.session.logActions.keptRuns();
+    for (const KeptRun& run : kept.runs) {
+        QAction* const action = menu.addAction(run.title, this, [this, run] { chooseRun(run); });
+        action->setCheckable(true);
+        action->setChecked(m_kept && m_kept->file == run.file);
+    }
+    if (!kept.problem.isEmpty()) {
+        menu.addAction(kept.problem)->setEnabled(false);
+    }
+}
+
+void LogsView::showThisRun() {
+    m_kept.reset();
+    m_isReading = false;
+    m_model.showThisRun();
+    followRun(kNoLogMessages);
+}
+
+void LogsView::chooseRun(const KeptRun& run) {
+    m_kept = std::make_unique<KeptRun>(run);
+    m_isReading = true;
+    m_model.showKept({});
+    followRun(kReadingLogOfRun);
+    m_environment.session.tasks.start(readRun(this, run));
+}
+
+/// Another run may be chosen meanwhile, and the window may go.
+QCoro::Task<void> LogsView::readRun(QPointer<LogsView> view, KeptRun run) {
+    const KeptLog log = co_await view->m_environment.session.logActions.readKept(run);
+    if (!view || !view->m_isReading || view->m_kept->file != run.file) {
+        co_return;
+    }
+    view->m_isReading = false;
+    view->m_model.showKept(log.lines);
+    view->followRun(log.problem.isEmpty() ? kEmptyLogOfRun : log.problem);
+}
+
+/// Another run has tags and matches of its own.
+/// @param whenEmpty  what stands in the place of lines where there are none
+void LogsView::followRun(const QString& whenEmpty) {
+    const QString title = m_kept ? m_kept->title : kThisRun;
+    m_run->setText(title);
+    m_run->setAccessibleName(kShownRun + title);
+    m_whenEmpty = whenEmpty;
+    showTag(std::nullopt);
+    m_searchOutcome->hide();
+    m_clear->setEnabled(!m_kept);
+    followIdle();
+}
+
 // ---- What is done with the log
 
 QWidget* LogsView::makeActionBar() {
     auto* const bar = new QWidget;
     auto* const row = new WrappingRow(bar);
     auto* const copy = new AppSecondaryButton(kCopyLog);
-    auto* const clear = new AppSecondaryButton(kClearLog);
     row->addWidget(labelled(m_debug, kVerboseLogging));
     row->addWidget(copy);
-    row->addWidget(clear);
+    row->addWidget(m_clear);
     row->addWidget(m_export);
     Session& session = m_environment.session;
     m_debug->setAccessibleName(kVerboseLogging);
@@ -183,19 +244,23 @@ QWidget* LogsView::makeActionBar() {
     connect(&session.system, &SystemManager::debugModeChanged, m_debug, &QAbstractButton::setChecked);
     connect(copy, &QPushButton::clicked, this,
             [this] { QGuiApplication::clipboard()->setText(m_lines->copiedText()); });
-    connect(clear, &QPushButton::clicked, this, [&session] { session.logActions.clearLog(); });
+    connect(m_clear, &QPushButton::clicked, this, [&session] { session.logActions.clearLog(); });
     connect(m_export, &QPushButton::clicked, this, &LogsView::exportLog);
     return bar;
 }
 
 void LogsView::exportLog() {
     Session& session = m_environment.session;
-    session.tasks.start(session.logActions.exportLog(m_environment.listener));
+    if (m_kept) {
+        session.tasks.start(session.logActions.exportKept(*m_kept, m_model.kept(), m_environment.listener));
+    } else {
+        session.tasks.start(session.logActions.exportLog(m_environment.listener));
+    }
 }
 
-/// What asks for a file waits for what runs.
+/// What asks for a file waits for what runs, and for what is to be exported.
 void LogsView::followIdle() {
-    m_export->setEnabled(m_environment.session.turnstile.isIdle());
+    m_export->setEnabled(m_environment.session.turnstile.isIdle() && !m_isReading);
 }
 
 // ---- The newest line
