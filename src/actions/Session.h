@@ -3,6 +3,7 @@
 #include "actions/ActionStage.h"
 #include "actions/ActiveProfile.h"
 #include "actions/BackupActions.h"
+#include "actions/BaselineActions.h"
 #include "actions/LogActions.h"
 #include "actions/MaintenanceActions.h"
 #include "actions/NetworkActions.h"
@@ -80,6 +81,7 @@ public:
     TweakActions tweakActions;
     SystemActions systemActions;
     BackupActions backupActions;
+    BaselineActions baselineActions;
     MaintenanceActions maintenanceActions;
     NetworkActions networkActions;
     SettingsActions settingsActions;

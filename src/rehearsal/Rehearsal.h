@@ -19,7 +19,7 @@ struct ShownPicture {
 };
 
 /// A backup of profiles as a list shows it.
-struct BackupRow {
+struct ListedBackup {
     QString id; ///< by which it is restored
     QString title;
     QString detail;
@@ -29,8 +29,9 @@ struct BackupRow {
 struct RehearsalOutcome : ActionOutcome {
     std::optional<QList<StartupItem>> startupItems; ///< where the command looks for them
     std::optional<QList<ShownPicture>> displays;    ///< where the command changes what they show
-    std::optional<QList<BackupRow>> backups;        ///< where the command lists them
+    std::optional<QList<ListedBackup>> backups;     ///< where the command lists them
     std::optional<QList<DisplayLabel>> labels = {}; ///< where it has put a label onto the displays
+    std::optional<QList<ChoiceRow>> baselines = {}; ///< where the command lists what there is to go back to
 
     bool isDone() const { return succeeded && (!verification || verification->failed.isEmpty()); }
 };
@@ -69,6 +70,9 @@ public:
     QCoro::Task<RehearsalOutcome> backUpProfiles(Arguments arguments);
     QCoro::Task<RehearsalOutcome> listBackups(Arguments arguments);
     QCoro::Task<RehearsalOutcome> restoreBackup(Arguments arguments);
+    QCoro::Task<RehearsalOutcome> listBaselines(Arguments arguments);
+    /// Throws UnusableInput for a number that isn't listed.
+    QCoro::Task<RehearsalOutcome> useBaseline(Arguments arguments);
 
     /// Ends when nothing runs on that a command has led to.
     QCoro::Task<void> finished() { return m_session.finished(); }

@@ -12,7 +12,9 @@ namespace quorvane {
 
 QStringList previewLines(const ProfileApplyPreview& preview);
 QStringList startupItemLines(const QList<StartupItem>& items);
-QStringList backupLines(const QList<BackupRow>& backups);
+QStringList backupLines(const QList<ListedBackup>& backups);
+/// Numbered from 0, what is used with a mark: "1 — Before the tour — Snapshot, Nov 15, 2026 at 9:05 PM, this Mac — Used"
+QStringList baselineLines(const QList<ChoiceRow>& rows);
 QStringList alertLines(const ClosingAlert& alert);
 /// "Color LCD: /Users/mika/Pictures/Stage.jpg"
 QStringList displayLines(const QList<ShownPicture>& displays);
@@ -25,11 +27,12 @@ QStringList labelLines(const QList<DisplayLabel>& labels);
 ///      "verification": {"verified": [{"name": "App Nap", "detail": "disabled"}, …], "failed": []},
 ///      "preview": {"profileName": "Live", "sections": [{"title": "Will enable", "rows": ["…"]}]}, "startupItems": […],
 ///      "alert": {"title": "Success", "text": "Trash emptied."},
-///      "restore": {"source": "standardDefaults" | "snapshot" | "baseline"},
+///      "restore": {"source": "standardDefaults" | "snapshot" | "baseline" | "beforeQuorvane" | "chosen"},
 ///      "match": {"name": "Live", "kind": "savedProfile" | "builtinMode", "verification": {…}},
 ///      "displays": [{"display": "Color LCD", "picture": "/Users/mika/Pictures/Stage.jpg"}],
 ///      "labels": [{"display": "Color LCD", "isShown": false, "detail": "Its picture could not be read."}],
-///      "backups": [{"id": "latest.json", "title": "Latest Backup", "detail": "2 profile(s) from Booth"}, …]}
+///      "backups": [{"id": "latest.json", "title": "Latest Backup", "detail": "2 profile(s) from Booth"}, …],
+///      "baselines": [{"number": 0, "title": "The Latest", "detail": "…", "note": "…", "isUsed": true}, …]}
 QByteArray jsonReport(const QString& command, const QStringList& log, const RehearsalOutcome& outcome);
 
 } // namespace quorvane

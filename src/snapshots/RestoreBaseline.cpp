@@ -31,6 +31,32 @@ std::optional<RestoreBaseline> chosenRestoreBaseline(const std::optional<SystemS
     return std::nullopt;
 }
 
+QDateTime newestCapture(const KeptCaptures& kept) {
+    QDateTime newest;
+    if (kept.local) {
+        newest = kept.local->dateCreated;
+    }
+    if (kept.master && !kept.master->isAnotherMacs) {
+        const QDateTime captured = kept.master->baseline.snapshot.dateCreated;
+        newest = newest.isValid() ? std::max(newest, captured) : captured;
+    }
+    return newest;
+}
+
+std::optional<RestoreBaseline> restoreBaselineOf(const KeptCaptures& kept, const MacIdentity& mac) {
+    const QDateTime newest = newestCapture(kept);
+    if (kept.chosen && !(newest.isValid() && newest > kept.chosen->chosenAt)) {
+        const MasterSystemBaseline& chosen = kept.chosen->baseline;
+        const bool isAnotherMacs = originOf(chosen, mac) == BaselineOrigin::AnotherMac;
+        return RestoreBaseline{chosen.snapshot, RestoreSource::Chosen, false,
+                               isAnotherMacs ? chosen.deviceName : QString()};
+    }
+    if (!newest.isValid() && kept.first) {
+        return RestoreBaseline{kept.first->snapshot, RestoreSource::First};
+    }
+    return chosenRestoreBaseline(kept.local, kept.master);
+}
+
 QSet<QString> startupAppsThatGo(const QSet<QString>& managed, const QSet<QString>& ofProfiles,
                                 const std::optional<RestoreBaseline>& baseline) {
     if (!baseline || !baseline->snapshot.loginItems) {
