@@ -2,6 +2,7 @@
 
 #include "actions/ActionTexts.h"
 #include "actions/SheetModel.h"
+#include "snapshots/FirstBaseline.h"
 #include "system/SystemManager.h"
 
 #include <QCoroTask>
@@ -103,6 +104,20 @@ QCoro::Task<void> Action::endReview() {
 
 QCoro::Task<bool> Action::endsProperly(QCoro::Task<void> step) {
     return m_stage.endsProperly(std::move(step));
+}
+
+QCoro::Task<bool> Action::keepsWayBack() {
+    SystemManager& system = m_stage.m_system;
+    if (hasOwnCapture(system.host().files, system.host().machine)) {
+        co_return true;
+    }
+    std::optional<QString> failure;
+    {
+        const Turnstile::Hold busy = waiting(kKeepingSettings);
+        failure = co_await system.keepSettingsBeforeFirstChange();
+    }
+    const std::optional<Alert> question = failure ? std::optional(noWayBackQuestion(*failure)) : std::nullopt;
+    co_return co_await isAgreedTo(question);
 }
 
 bool Action::mayGoOn() const {

@@ -53,6 +53,10 @@ public:
     /// The same by a review. The preview that it showed is in the outcome. Once agreed to, it ends with the action: by its
     /// result, by that of a failed apply, or, where nothing was carried out, without one.
     QCoro::Task<bool> isAgreedTo(Review review);
+    /// Before the first change to this Mac: sees to it that the user's own settings are kept, and asks where they can't be.
+    /// False where the user doesn't want to go on without them. Whoever keeps the program from locking by itself does so before:
+    /// macOS may ask about System Events meanwhile.
+    QCoro::Task<bool> keepsWayBack();
     /// Whether it may go on after a wait of its own: nobody has locked the program or begun something else.
     bool mayGoOn() const;
 

@@ -147,6 +147,15 @@ Alert restoreQuestion(const QStringList& names, const QString& title) {
                                u"Replace"_s);
 }
 
+Alert noWayBackQuestion(const QString& problem) {
+    return destructiveQuestion(
+        u"Apply Without a Way Back?"_s,
+        u"Your settings as they are now could not be saved, so Quorvane could not bring them back "
+        "later.\n\n"_s +
+            onOneLine(problem),
+        u"Apply"_s);
+}
+
 Alert quitQuestion(const QString& busyMessage) {
     const QString underWay = busyMessage.isEmpty() ? QString() : busyMessage + u"\n\n"_s;
     return {u"Quit Quorvane?"_s,

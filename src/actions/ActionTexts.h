@@ -52,6 +52,9 @@ std::optional<Alert> purgeQuestion(const MaintenanceSelection& selection);
 /// @param names  of the saved profiles that would change; @param title  of the backup
 Alert restoreQuestion(const QStringList& names, const QString& title);
 
+/// Before a change to a Mac whose settings couldn't be kept. @param problem  in words for people
+Alert noWayBackQuestion(const QString& problem);
+
 // ---- What is told at the end
 
 ClosingAlert snapshotAlert(const SnapshotCapture& capture, MasterArchive archive);
@@ -101,6 +104,8 @@ ClosingAlert notImportedAlert(const QString& problem);
 /// @param error  the system's words
 ClosingAlert loginAlert(const QString& error);
 ClosingAlert fullDiskAlert();
+
+inline const QString kKeepingSettings = QStringLiteral("Saving your settings as they are…");
 
 // ---- The offer of a master baseline
 

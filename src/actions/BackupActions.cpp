@@ -2,8 +2,8 @@
 
 #include "actions/ActionStage.h"
 #include "actions/ActionTexts.h"
-#include "actions/BackupChoice.h"
 #include "actions/ProfileChanges.h"
+#include "actions/RowChoice.h"
 #include "actions/SavedProfiles.h"
 #include "actions/SettingsTexts.h"
 #include "actions/Tasks.h"
@@ -112,7 +112,7 @@ QCoro::Task<ActionOutcome> BackupActions::chooseAndRestore(ActionListener& liste
 
 /// The sheet stays until a backup was restored, or its user closes it.
 QCoro::Task<void> BackupActions::carryOutChoice(Action& action) {
-    const auto choice = std::make_shared<BackupChoice>();
+    const auto choice = std::make_shared<RowChoice>(backupChoiceTexts());
     const auto goes = qScopeGuard([choice] { choice->end(); });
     m_parts.tasks.start(load(choice));
     action.show(choice);
@@ -132,7 +132,7 @@ QCoro::Task<void> BackupActions::carryOutChoice(Action& action) {
 }
 
 /// What is known is there at once, and what comes later joins it.
-QCoro::Task<void> BackupActions::load(std::shared_ptr<BackupChoice> choice) {
+QCoro::Task<void> BackupActions::load(std::shared_ptr<RowChoice> choice) {
     QObject::connect(&m_parts.backups, &ProfileCloudManager::backupsChanged, choice.get(),
                      [this, shown = choice.get()] { shown->setRows(rows()); });
     choice->setRows(rows());
@@ -150,22 +150,22 @@ QCoro::Task<void> BackupActions::load(std::shared_ptr<BackupChoice> choice) {
 
 /// None where it failed, or the user thought better of it; the sheet says so.
 QCoro::Task<std::optional<ProfileImportResult>>
-BackupActions::restoredFromSheet(Action& action, std::shared_ptr<BackupChoice> choice, QString id) {
+BackupActions::restoredFromSheet(Action& action, std::shared_ptr<RowChoice> choice, QString id) {
     std::optional<ProfileImportResult> result;
     QString failure;
     try {
         const std::function<void(bool)> showIt = [choice](bool isUnderWay) {
             if (isUnderWay) {
-                choice->beginRestoring();
+                choice->beginCarryingOut();
             } else {
-                choice->endRestoring({});
+                choice->endCarryingOut({});
             }
         };
         result = co_await restored(action, id, showIt);
     } catch (const ProfileCloudError& error) {
         failure = error.message();
     }
-    choice->endRestoring(failure);
+    choice->endCarryingOut(failure);
     co_return result;
 }
 
@@ -202,8 +202,8 @@ QCoro::Task<std::optional<ProfileImportResult>> BackupActions::restored(Action& 
     co_return result;
 }
 
-QList<BackupRow> BackupActions::rows() const {
-    QList<BackupRow> rows;
+QList<ChoiceRow> BackupActions::rows() const {
+    QList<ChoiceRow> rows;
     for (const ProfileCloudBackupInfo& info : m_parts.backups.backups()) {
         rows.append({info.id, backupRow(info, m_parts.machine)});
     }

@@ -12,7 +12,7 @@ namespace quorvane {
 
 class Action;
 class ActionStage;
-class BackupChoice;
+class RowChoice;
 class FlowEnvironment;
 class Machine;
 class ProfileChanges;
@@ -20,7 +20,7 @@ class ProfileCloudManager;
 class ProfileManager;
 class SavedProfiles;
 class Tasks;
-struct BackupRow;
+struct ChoiceRow;
 
 /// What a user does with the profiles in iCloud. A failure is told by an alert.
 class BackupActions {
@@ -57,13 +57,13 @@ private:
     QCoro::Task<void> carryOutRefresh(Action& action);
     QCoro::Task<void> carryOutRestore(Action& action, QString id);
     QCoro::Task<void> carryOutChoice(Action& action);
-    QCoro::Task<void> load(std::shared_ptr<BackupChoice> choice);
-    QCoro::Task<std::optional<ProfileImportResult>> restoredFromSheet(Action& action,
-                                                                      std::shared_ptr<BackupChoice> choice, QString id);
+    QCoro::Task<void> load(std::shared_ptr<RowChoice> choice);
+    QCoro::Task<std::optional<ProfileImportResult>> restoredFromSheet(Action& action, std::shared_ptr<RowChoice> choice,
+                                                                      QString id);
     QCoro::Task<std::optional<ProfileImportResult>> restored(Action& action, QString id,
                                                              std::function<void(bool)> showUnderWay);
     QCoro::Task<void> logged(QCoro::Task<void> task);
-    QList<BackupRow> rows() const;
+    QList<ChoiceRow> rows() const;
     QCoro::Task<ProfileCloudBackupInfo> findBackup(Action& action, QString id);
     std::optional<ProfileCloudBackupInfo> listed(const QString& id) const;
     QCoro::Task<std::optional<Alert>> questionBeforeRestore(Action& action, ProfileCloudBackupInfo info);

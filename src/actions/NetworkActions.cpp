@@ -17,6 +17,9 @@ QCoro::Task<ActionOutcome> NetworkActions::execute(NetworkOperations operations,
         if (!co_await action.passesGate(u"change the network"_s)) {
             co_return;
         }
+        if (operations.changesSettings() && !co_await action.keepsWayBack()) {
+            co_return;
+        }
         NetworkOutcome result;
         {
             const auto tellItHasRun = qScopeGuard([whenRun] {

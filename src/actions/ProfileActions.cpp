@@ -125,7 +125,13 @@ QCoro::Task<void> ProfileActions::reviewAndApply(Action& action, UnifiedProfile 
     if (!co_await action.isAgreedTo(review)) {
         co_return;
     }
-    co_await apply(action, profile, review.busyText);
+    {
+        const UnlockGate::AutoLockSuppression noAutoLock = action.suppressAutoLock();
+        if (!co_await action.keepsWayBack()) {
+            co_return;
+        }
+        co_await apply(action, profile, review.busyText);
+    }
     if (action.outcome.succeeded) {
         co_await followAppliedProfile(action, profile);
     }
@@ -136,7 +142,6 @@ QCoro::Task<ReviewPreview> ProfileActions::preview(UnifiedProfile profile) {
 }
 
 QCoro::Task<void> ProfileActions::apply(Action& action, UnifiedProfile profile, QString busyText) {
-    const UnlockGate::AutoLockSuppression noAutoLock = action.suppressAutoLock();
     const Turnstile::Hold busy = action.carryingOut(busyText, {.match = true});
     action.outcome.succeeded = co_await m_parts.system.applyProfile(profile);
     action.outcome.verification = m_parts.system.lastApplyVerification();

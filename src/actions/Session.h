@@ -4,6 +4,7 @@
 #include "actions/ActiveProfile.h"
 #include "actions/BackupActions.h"
 #include "actions/InterruptionActions.h"
+#include "actions/BaselineActions.h"
 #include "actions/LogActions.h"
 #include "actions/MaintenanceActions.h"
 #include "actions/NetworkActions.h"
@@ -86,6 +87,7 @@ public:
     SystemActions systemActions;
     InterruptionActions interruptionActions;
     BackupActions backupActions;
+    BaselineActions baselineActions;
     MaintenanceActions maintenanceActions;
     NetworkActions networkActions;
     SettingsActions settingsActions;

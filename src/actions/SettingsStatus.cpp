@@ -4,18 +4,22 @@
 #include "platform/UserDefaults.h"
 #include "profiles/ProfileLabel.h"
 #include "profiles/UnifiedProfile.h"
+#include "snapshots/FirstBaseline.h"
+#include "snapshots/HomeBaselines.h"
 
 #include <utility>
 
 namespace quorvane {
 
 SettingsStatus::SettingsStatus(const UserDefaults& defaults, const ProfileLabel& label,
-                               const LoginService& loginService, const FileManager& files, QObject* parent)
+                               const LoginService& loginService, FileManager& files, const Machine& machine,
+                               QObject* parent)
     : QObject(parent)
     , m_defaults(defaults)
     , m_label(label)
     , m_loginService(loginService)
-    , m_files(files) {
+    , m_files(files)
+    , m_machine(machine) {
     connect(&label, &ProfileLabel::displaysLabelled, this, &SettingsStatus::readAnew);
 }
 
@@ -35,6 +39,7 @@ SettingsFacts SettingsStatus::read() const {
     facts.hasAnimatedPicture = facts.showsLabel && m_label.hasAnimatedPicture();
     facts.launchAtLogin = m_loginService.state();
     facts.fullDiskAccess = readFullDiskAccess(m_files);
+    facts.restoreBaseline = restoreBaselineOf(capturesAtHome(m_files, m_machine), identityOf(m_machine));
     return facts;
 }
 

@@ -2,12 +2,16 @@
 
 #include "platform/LoginService.h"
 #include "readings/FullDiskAccess.h"
+#include "snapshots/RestoreBaseline.h"
 
 #include <QObject>
+
+#include <optional>
 
 namespace quorvane {
 
 class FileManager;
+class Machine;
 class ProfileLabel;
 class UserDefaults;
 
@@ -19,6 +23,7 @@ struct SettingsFacts {
     bool hasAnimatedPicture = false; ///< a display was left without it, because macOS animates its picture
     LoginService::State launchAtLogin = LoginService::State::NotEnabled;
     FullDiskAccess fullDiskAccess = FullDiskAccess::Unknown;
+    std::optional<RestoreBaseline> restoreBaseline{}; ///< what the ways back use, as far as it is known at home
 
     bool operator==(const SettingsFacts&) const = default;
 };
@@ -29,7 +34,7 @@ class SettingsStatus : public QObject {
 
 public:
     SettingsStatus(const UserDefaults& defaults, const ProfileLabel& label, const LoginService& loginService,
-                   const FileManager& files, QObject* parent = nullptr);
+                   FileManager& files, const Machine& machine, QObject* parent = nullptr);
 
     /// As it was read last.
     const SettingsFacts& current() const { return m_current; }
@@ -45,7 +50,8 @@ private:
     const UserDefaults& m_defaults;
     const ProfileLabel& m_label;
     const LoginService& m_loginService;
-    const FileManager& m_files;
+    FileManager& m_files;
+    const Machine& m_machine;
     SettingsFacts m_current;
 };
 

@@ -151,6 +151,10 @@ RowText openSystemSettingsRow() {
 
 // ---- The sheet of backups
 
+ChoiceTexts backupChoiceTexts() {
+    return {kRestoreTitle, kRestoreText, kLoadingBackups, kRestoringProfiles, kNoBackups, kRestore};
+}
+
 RowText backupRow(const ProfileCloudBackupInfo& backup, const Machine& machine) {
     return {backup.title(machine), onOneLine(backup.detail()), symbolOf(backup.kind)};
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "actions/PageTexts.h"
+#include "actions/RowChoice.h"
 #include "platform/Biometrics.h"
 #include "platform/LoginService.h"
 #include "profiles/ProfileCloudBackup.h"
@@ -84,6 +85,7 @@ inline const QString kLoadingBackups = QStringLiteral("Loading iCloud backups…
 inline const QString kRestoringProfiles = QStringLiteral("Restoring profiles from iCloud…");
 inline const QString kNoBackups = QStringLiteral("No iCloud backups were found for Quorvane.");
 inline const QString kRestore = QStringLiteral("Restore");
+ChoiceTexts backupChoiceTexts();
 RowText backupRow(const ProfileCloudBackupInfo& backup, const Machine& machine);
 
 } // namespace quorvane

@@ -145,6 +145,9 @@ QCoro::Task<ActionOutcome> SystemActions::applyStartup(const StartupConfiguratio
         StartupApplyResult result;
         {
             const UnlockGate::AutoLockSuppression noAutoLock = action.suppressAutoLock();
+            if (!co_await action.keepsWayBack()) {
+                co_return;
+            }
             const Turnstile::Hold busy = action.carryingOut(review.busyText, {.match = true, .startupItems = true});
             result = co_await m_system.applyStartupChanges(configuration);
             action.outcome.succeeded = result.applySucceeded;

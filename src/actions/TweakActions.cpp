@@ -29,6 +29,9 @@ QCoro::Task<ActionOutcome> TweakActions::execute(const PerformanceSettings& sett
             co_return;
         }
         const UnlockGate::AutoLockSuppression noAutoLock = action.suppressAutoLock();
+        if (!co_await action.keepsWayBack()) {
+            co_return;
+        }
         const Turnstile::Hold busy = action.carryingOut(review.busyText, {.match = true});
         action.outcome.succeeded = co_await m_system.applyPerformanceTweaks(settings, cleanReboot);
         action.outcome.verification = co_await verification(settings, cleanReboot);

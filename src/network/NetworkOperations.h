@@ -13,6 +13,9 @@ struct NetworkOperations {
     bool disableAll = false;  ///< every network service goes off
     bool enableAll = false;   ///< every network service goes on
 
+    /// False where nothing but caches is emptied.
+    bool changesSettings() const { return resetConfig || disableAll || enableAll; }
+
     bool operator==(const NetworkOperations&) const = default;
 };
 

@@ -94,6 +94,9 @@ public:
     /// Writes beside the file and puts it in place in one step, so that the old content survives every failure.
     /// A symbolic link at the path is replaced, not followed. Throws FileError.
     virtual void writeAtomically(const QString& path, const QByteArray& bytes) = 0;
+    /// The same where nothing stands, not even a link: what is there, or comes meanwhile, stays. Throws FileError.
+    /// @return false where something stands
+    virtual bool writeNew(const QString& path, const QByteArray& bytes) = 0;
     /// Adds to the end of a file, which is made where it is missing, and is then its owner's alone to read. What a program that dies
     /// meanwhile has added may be there in part. A symbolic link at the path isn't followed. Throws FileError.
     enum class Flush {

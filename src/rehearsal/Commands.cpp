@@ -13,7 +13,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const std::array<RehearsalCommand, 24> kCommands{{
+const std::array<RehearsalCommand, 26> kCommands{{
     {u"new", u"[MAC.json]", 0, 1, &makeNewMac, u"makes the simulated Mac in FOLDER; without a description a fresh one"},
     {u"shell", u"[--root] LINE", 1, 1, &runShell, u"runs a line in the simulated Mac's shell"},
     {u"discover", u"", 0, 0, &Rehearsal::discover, u"what runs when the user logs in"},
@@ -55,6 +55,10 @@ const std::array<RehearsalCommand, 24> kCommands{{
      u"merges a backup's profiles into the Mac's own; NAME is as \"backups\" lists it"},
     {u"logs", u"[NUMBER]", 0, 1, &Rehearsal::showLogs,
      u"lists the runs whose logs are kept on the Mac, the newest first, or prints one of them"},
+    {u"baselines", u"", 0, 0, &Rehearsal::listBaselines,
+     u"lists what the ways back could go back to, with what differs from now"},
+    {u"use-baseline", u"N", 1, 1, &Rehearsal::useBaseline,
+     u"has the ways back go back to that one; N is as \"baselines\" lists it, 0 the latest"},
     {u"manual", u"FILE.md", 1, 1, &printManual,
      u"prints the page that the manual's converter makes of a file; touches no Mac"},
 }};

@@ -19,8 +19,8 @@ namespace {
 
 using Manners = TerminalListener::Manners;
 
-QList<BackupRow> backupRows(const QList<ProfileCloudBackupInfo>& backups, const Machine& machine) {
-    QList<BackupRow> rows;
+QList<ListedBackup> backupRows(const QList<ProfileCloudBackupInfo>& backups, const Machine& machine) {
+    QList<ListedBackup> rows;
     for (const ProfileCloudBackupInfo& info : backups) {
         rows.append({info.id, info.title(machine), info.detail()});
     }
@@ -287,6 +287,31 @@ QCoro::Task<RehearsalOutcome> Rehearsal::printKeptLog(QList<KeptRun> runs, int n
     printed.succeeded = true;
     print(log.lines);
     co_return printed;
+}
+
+// ---- What there is to go back to
+
+QCoro::Task<RehearsalOutcome> Rehearsal::listBaselines(Arguments) {
+    TerminalListener telling = listener({});
+    RehearsalOutcome result = co_await outcome(telling, m_session.baselineActions.list(telling));
+    if (result.succeeded) {
+        result.baselines = m_session.baselineActions.rows();
+        print(baselineLines(*result.baselines));
+    }
+    co_return result;
+}
+
+QCoro::Task<RehearsalOutcome> Rehearsal::useBaseline(Arguments arguments) {
+    TerminalListener telling = listener({});
+    co_await m_session.baselineActions.list(telling);
+    const QList<ChoiceRow>& rows = m_session.baselineActions.rows();
+    bool isNumber = false;
+    const int number = arguments.operand().toInt(&isNumber);
+    if (!isNumber || number < 0 || number >= rows.size()) {
+        throw UnusableInput(u"use-baseline: a number that \"baselines\" lists, not "_s + arguments.operand());
+    }
+    const QString id = rows.at(number).id;
+    co_return co_await outcome(telling, m_session.baselineActions.use(id, telling));
 }
 
 /// What an action came to, as far as the terminal shows it.

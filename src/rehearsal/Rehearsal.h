@@ -19,7 +19,7 @@ struct ShownPicture {
 };
 
 /// A backup of profiles as a list shows it.
-struct BackupRow {
+struct ListedBackup {
     QString id; ///< by which it is restored
     QString title;
     QString detail;
@@ -29,10 +29,11 @@ struct BackupRow {
 struct RehearsalOutcome : ActionOutcome {
     std::optional<QList<StartupItem>> startupItems; ///< where the command looks for them
     std::optional<QList<ShownPicture>> displays;    ///< where the command changes what they show
-    std::optional<QList<BackupRow>> backups;        ///< where the command lists them
+    std::optional<QList<ListedBackup>> backups;     ///< where the command lists them
     std::optional<QList<DisplayLabel>> labels = {}; ///< where it has put a label onto the displays
     std::optional<QList<KeptRun>> runs = {};        ///< where the command lists those whose logs are kept
     std::optional<QStringList> keptLog = {};        ///< where it prints one
+    std::optional<QList<ChoiceRow>> baselines = {}; ///< where the command lists what there is to go back to
 
     bool isDone() const { return succeeded && (!verification || verification->failed.isEmpty()); }
 };
@@ -75,6 +76,9 @@ public:
     QCoro::Task<RehearsalOutcome> backUpProfiles(Arguments arguments);
     QCoro::Task<RehearsalOutcome> listBackups(Arguments arguments);
     QCoro::Task<RehearsalOutcome> restoreBackup(Arguments arguments);
+    QCoro::Task<RehearsalOutcome> listBaselines(Arguments arguments);
+    /// Throws UnusableInput for a number that isn't listed.
+    QCoro::Task<RehearsalOutcome> useBaseline(Arguments arguments);
 
     /// Without a number lists the kept logs; done when they could be listed. With one it prints that one.
     QCoro::Task<RehearsalOutcome> showLogs(Arguments arguments);

@@ -53,6 +53,10 @@ const char* nameOf(RestoreSource source) {
         return "snapshot";
     case RestoreSource::Baseline:
         return "baseline";
+    case RestoreSource::First:
+        return "beforeQuorvane";
+    case RestoreSource::Chosen:
+        return "chosen";
     }
     return "";
 }
@@ -93,9 +97,9 @@ Json labelsJson(const QList<DisplayLabel>& labels) {
     return array;
 }
 
-Json backupsJson(const QList<BackupRow>& backups) {
+Json backupsJson(const QList<ListedBackup>& backups) {
     Json array = Json::array();
-    for (const BackupRow& row : backups) {
+    for (const ListedBackup& row : backups) {
         array.push_back(
             {{"id", encodeJson(row.id)}, {"title", encodeJson(row.title)}, {"detail", encodeJson(row.detail)}});
     }
@@ -107,6 +111,18 @@ Json runsJson(const QList<KeptRun>& runs) {
     for (qsizetype i = 0; i < runs.size(); ++i) {
         array.push_back(
             {{"number", i + 1}, {"title", encodeJson(runs.at(i).title)}, {"file", encodeJson(runs.at(i).file)}});
+    }
+    return array;
+}
+
+Json baselinesJson(const QList<ChoiceRow>& rows) {
+    Json array = Json::array();
+    for (const ChoiceRow& row : rows) {
+        array.push_back({{"number", encodeJson(static_cast<int>(array.size()))},
+                         {"title", encodeJson(row.text.title)},
+                         {"detail", encodeJson(row.text.subtitle)},
+                         {"note", encodeJson(row.note)},
+                         {"isUsed", !row.mark.isEmpty()}});
     }
     return array;
 }
@@ -137,12 +153,12 @@ QStringList startupItemLines(const QList<StartupItem>& items) {
     return lines;
 }
 
-QStringList backupLines(const QList<BackupRow>& backups) {
+QStringList backupLines(const QList<ListedBackup>& backups) {
     if (backups.isEmpty()) {
         return {u"No iCloud backups were found for Quorvane."_s};
     }
     QStringList lines;
-    for (const BackupRow& row : backups) {
+    for (const ListedBackup& row : backups) {
         lines.append(QStringList{row.id, row.title, row.detail}.join(u" — "_s));
     }
     return lines;
@@ -155,6 +171,16 @@ QStringList runLines(const QList<KeptRun>& runs) {
     QStringList lines;
     for (qsizetype i = 0; i < runs.size(); ++i) {
         lines.append(QStringList{QString::number(i + 1), runs.at(i).title, runs.at(i).file}.join(u" — "_s));
+    }
+    return lines;
+}
+
+QStringList baselineLines(const QList<ChoiceRow>& rows) {
+    QStringList lines;
+    for (const ChoiceRow& row : rows) {
+        QStringList parts{QString::number(lines.size()), row.text.title, row.text.subtitle, row.note, row.mark};
+        parts.removeAll(QString());
+        lines.append(parts.join(u" — "_s));
     }
     return lines;
 }
@@ -217,6 +243,9 @@ QByteArray jsonReport(const QString& command, const QStringList& log, const Rehe
     }
     if (outcome.backups) {
         report["backups"] = backupsJson(*outcome.backups);
+    }
+    if (outcome.baselines) {
+        report["baselines"] = baselinesJson(*outcome.baselines);
     }
     if (outcome.labels) {
         report["labels"] = labelsJson(*outcome.labels);

@@ -12,9 +12,11 @@ namespace quorvane {
 
 QStringList previewLines(const ProfileApplyPreview& preview);
 QStringList startupItemLines(const QList<StartupItem>& items);
-QStringList backupLines(const QList<BackupRow>& backups);
 /// "1 — Nov 23, 2026 at 10:58 AM — Quorvane 2026-11-23 10.58.07 (4711).log"
 QStringList runLines(const QList<KeptRun>& runs);
+QStringList backupLines(const QList<ListedBackup>& backups);
+/// Numbered from 0, what is used with a mark: "1 — Before the tour — Snapshot, Nov 15, 2026 at 9:05 PM, this Mac — Used"
+QStringList baselineLines(const QList<ChoiceRow>& rows);
 QStringList alertLines(const ClosingAlert& alert);
 /// "Color LCD: /Users/mika/Pictures/Stage.jpg"
 QStringList displayLines(const QList<ShownPicture>& displays);
@@ -27,13 +29,14 @@ QStringList labelLines(const QList<DisplayLabel>& labels);
 ///      "verification": {"verified": [{"name": "App Nap", "detail": "disabled"}, …], "failed": []},
 ///      "preview": {"profileName": "Live", "sections": [{"title": "Will enable", "rows": ["…"]}]}, "startupItems": […],
 ///      "alert": {"title": "Success", "text": "Trash emptied."},
-///      "restore": {"source": "standardDefaults" | "snapshot" | "baseline"},
+///      "restore": {"source": "standardDefaults" | "snapshot" | "baseline" | "beforeQuorvane" | "chosen"},
 ///      "match": {"name": "Live", "kind": "savedProfile" | "builtinMode", "verification": {…}},
 ///      "displays": [{"display": "Color LCD", "picture": "/Users/mika/Pictures/Stage.jpg"}],
 ///      "labels": [{"display": "Color LCD", "isShown": false, "detail": "Its picture could not be read."}],
 ///      "backups": [{"id": "latest.json", "title": "Latest Backup", "detail": "2 profile(s) from Booth"}, …],
 ///      "runs": [{"number": 1, "title": "Nov 23, 2026 at 10:58 AM", "file": "Quorvane 2026-11-23 10.58.07 (4711).log"}, …],
-///      "keptLog": ["", "[PROFILE] Applying: Live", …]}
+///      "keptLog": ["", "[PROFILE] Applying: Live", …],
+///      "baselines": [{"number": 0, "title": "The Latest", "detail": "…", "note": "…", "isUsed": true}, …]}
 QByteArray jsonReport(const QString& command, const QStringList& log, const RehearsalOutcome& outcome);
 
 } // namespace quorvane

@@ -91,4 +91,8 @@ QString masterBaselineArchiveName(const MasterSystemBaseline& baseline) {
     return u"master-baseline-%1.json"_s.arg(fileTimestamp(baseline.capturedAt));
 }
 
+bool isMasterBaselineName(const QString& name) {
+    return name.startsWith(u"master-baseline-") && name.endsWith(u".json");
+}
+
 } // namespace quorvane

@@ -79,5 +79,7 @@ MasterSystemBaseline decodeMasterBaseline(const QByteArray& bytes);
 
 /// "master-baseline-2026-11-15T21:05:37Z.json". Two captures within a second share it.
 QString masterBaselineArchiveName(const MasterSystemBaseline& baseline);
+/// True for such a name, and for that of the current file.
+bool isMasterBaselineName(const QString& name);
 
 } // namespace quorvane

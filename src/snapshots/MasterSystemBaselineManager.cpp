@@ -1,11 +1,11 @@
 #include "snapshots/MasterSystemBaselineManager.h"
 
-#include "core/DeviceName.h"
 #include "core/JsonErrors.h"
 #include "platform/Clock.h"
 #include "platform/CloudDrive.h"
 #include "platform/FileManager.h"
 #include "platform/Machine.h"
+#include "snapshots/HomeBaselines.h"
 
 #include <QCoroFuture>
 #include <QCoroTask>
@@ -22,12 +22,6 @@ namespace {
 constexpr auto kWaitForBaseline = 250ms;
 constexpr int kLooksForFile = 12; // about three seconds
 
-const QString kCurrentName = u"master-baseline-current.json"_s;
-
-QString currentFile(const QString& folder) {
-    return folder + u'/' + kCurrentName;
-}
-
 MasterSystemBaselineError writeFailed(const QString& text) {
     return MasterSystemBaselineError(MasterSystemBaselineError::Code::writeFailed, text);
 }
@@ -40,35 +34,7 @@ QByteArray encoded(const MasterSystemBaseline& baseline) {
     }
 }
 
-QString folderAtHome(const Machine& machine) {
-    return machine.homeFolder() + u"/.quorvane"_s;
-}
-
-MacIdentity identityOf(const Machine& machine) {
-    const QString id = machine.hardwareId();
-    return {deviceNameOf(machine.computerName()), id.isEmpty() ? std::nullopt : std::optional(id)};
-}
-
-/// None for a current file that is missing, can't be read or can't be decoded.
-std::optional<MasterSystemBaseline> baselineIn(const QString& folder, const FileManager& files) {
-    try {
-        return decodeMasterBaseline(files.read(currentFile(folder)));
-    } catch (const FileError&) {
-        return std::nullopt;
-    } catch (const MasterSystemBaselineError&) {
-        return std::nullopt;
-    }
-}
-
 } // namespace
-
-std::optional<MasterSystemBaseline> ownBaselineAtHome(const FileManager& files, const Machine& machine) {
-    std::optional<MasterSystemBaseline> baseline = baselineIn(folderAtHome(machine), files);
-    if (baseline && originOf(*baseline, identityOf(machine)) == BaselineOrigin::AnotherMac) {
-        baseline.reset();
-    }
-    return baseline;
-}
 
 MasterSystemBaselineManager::MasterSystemBaselineManager(FileManager& files, CloudDrive& cloud, Clock& clock,
                                                          const Machine& machine)
@@ -76,10 +42,10 @@ MasterSystemBaselineManager::MasterSystemBaselineManager(FileManager& files, Clo
     , m_cloud(cloud)
     , m_clock(clock)
     , m_machine(machine)
-    , m_cloudFiles(files, cloud, clock, u"SystemBaselines"_s, u"Could not create the iCloud baseline file."_s) {}
+    , m_cloudFiles(files, cloud, clock, kCloudBaselinesFolder, u"Could not create the iCloud baseline file."_s) {}
 
 QString MasterSystemBaselineManager::localFolder() const {
-    const QString folder = folderAtHome(m_machine);
+    const QString folder = baselineFolderAtHome(m_machine);
     try {
         m_files.createFolders(folder);
     } catch (const FileError&) {
@@ -89,11 +55,11 @@ QString MasterSystemBaselineManager::localFolder() const {
 }
 
 QCoro::Task<bool> MasterSystemBaselineManager::currentFileExists() {
-    if (m_files.exists(currentFile(localFolder()))) {
+    if (m_files.exists(currentBaselineFile(localFolder()))) {
         co_return true;
     }
     const std::optional<QString> cloud = co_await m_cloudFiles.folder();
-    const bool existsInCloud = cloud && m_cloudFiles.exists(currentFile(*cloud));
+    const bool existsInCloud = cloud && m_cloudFiles.exists(currentBaselineFile(*cloud));
     co_return existsInCloud;
 }
 
@@ -118,7 +84,7 @@ QCoro::Task<QString> MasterSystemBaselineManager::archiveMasterBaseline(SystemSn
             throw writeFailed(u"iCloud Drive is not available."_s);
         }
         co_await writeToCloud(bytes, *folder + u'/' + archiveName);
-        co_await writeToCloud(bytes, currentFile(*folder));
+        co_await writeToCloud(bytes, currentBaselineFile(*folder));
     }
     co_return archiveName;
 }
@@ -127,7 +93,7 @@ void MasterSystemBaselineManager::writeToHome(const QByteArray& bytes, const QSt
     const QString folder = localFolder();
     try {
         m_files.writeAtomically(folder + u'/' + archiveName, bytes);
-        m_files.writeAtomically(currentFile(folder), bytes);
+        m_files.writeAtomically(currentBaselineFile(folder), bytes);
     } catch (const FileError& error) {
         throw writeFailed(error.message());
     }
@@ -144,10 +110,11 @@ QCoro::Task<std::optional<LatestBaseline>> MasterSystemBaselineManager::loadLate
     std::optional<MasterSystemBaseline> inCloud;
     const std::optional<QString> cloud = co_await m_cloudFiles.folder();
     if (cloud) {
-        co_await m_cloudFiles.download(currentFile(*cloud)); // an older content will do where the newest doesn't come
-        inCloud = baselineIn(*cloud, m_files);
+        co_await m_cloudFiles.download(
+            currentBaselineFile(*cloud)); // an older content will do where the newest doesn't come
+        inCloud = baselineAt(currentBaselineFile(*cloud), m_files);
     }
-    co_return latestBaseline(inCloud, baselineIn(localFolder(), m_files), identityOf(m_machine));
+    co_return latestBaseline(inCloud, baselineAt(currentBaselineFile(localFolder()), m_files), identityOf(m_machine));
 }
 
 } // namespace quorvane

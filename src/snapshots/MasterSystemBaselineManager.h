@@ -19,9 +19,6 @@ class CloudDrive;
 class FileManager;
 class Machine;
 
-/// The current baseline in the home folder, where it is this Mac's own. Reads that file alone.
-std::optional<MasterSystemBaseline> ownBaselineAtHome(const FileManager& files, const Machine& machine);
-
 /// The store of master baselines: one current file and one archive for each capture, in the hidden folder "~/.quorvane" and,
 /// when there is an account, in iCloud Drive. No archive is ever deleted.
 ///

@@ -3,9 +3,9 @@
 #include "core/UserDefaultKeys.h"
 #include "platform/Host.h"
 #include "platform/UserDefaults.h"
-#include "snapshots/MasterSystemBaselineManager.h"
+#include "snapshots/FirstBaseline.h"
+#include "snapshots/HomeBaselines.h"
 #include "snapshots/RestoreBaseline.h"
-#include "snapshots/SnapshotManager.h"
 #include "tweaks/TweakCatalogue.h"
 #include "tweaks/ValueTests.h"
 
@@ -140,10 +140,8 @@ bool OwnSettings::hasChanged(bool PerformanceSettings::*tweak) const {
 }
 
 OwnSettings readOwnSettings(const Host& host) {
-    const std::optional<SystemSnapshot> local = SnapshotManager(host.files, host.machine).load();
-    const std::optional<MasterSystemBaseline> atHome = ownBaselineAtHome(host.files, host.machine);
-    const std::optional<LatestBaseline> master = atHome ? std::optional(LatestBaseline{*atHome}) : std::nullopt;
-    const std::optional<RestoreBaseline> chosen = chosenRestoreBaseline(local, master);
+    const std::optional<RestoreBaseline> chosen =
+        restoreBaselineOf(capturesAtHome(host.files, host.machine), identityOf(host.machine));
     const QStringList changed = host.defaults.stringArray(kQuorvaneChangedTweaks);
     OwnSettings own{chosen ? std::optional(chosen->snapshot) : std::nullopt, {changed.begin(), changed.end()}};
     if (host.defaults.boolean(kQuorvaneSwitchedBackupsOff)) {

@@ -14,8 +14,8 @@ struct Host;
 
 /// What is known on this Mac of the settings that its user had before the program changed any.
 struct OwnSettings {
-    /// The newer of this Mac's snapshot and its baseline at home. Another Mac's tells nothing of this one, and nobody waits for
-    /// iCloud's before an apply.
+    /// What the ways back would go by of what lies at home: another Mac's tells nothing of this one unless the user has chosen it,
+    /// and nobody waits for iCloud's before an apply.
     std::optional<SystemSnapshot> captured;
     QSet<QString>
         changedTweaks; ///< keys of those that the program has put in force, and that haven't been seen back since

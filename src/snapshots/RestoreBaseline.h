@@ -1,5 +1,6 @@
 #pragma once
 
+#include "snapshots/ChosenBaseline.h"
 #include "snapshots/MasterSystemBaseline.h"
 
 #include <QSet>
@@ -14,6 +15,8 @@ enum class RestoreSource {
     StandardDefaults, ///< what a fresh macOS has: nothing was captured
     Snapshot,         ///< the latest local snapshot
     Baseline,         ///< the protected master baseline
+    First,            ///< what the program captured by itself, before its first change
+    Chosen,           ///< the one that the user wants
 };
 
 /// The settings that a way back restores.
@@ -21,7 +24,7 @@ struct RestoreBaseline {
     SystemSnapshot snapshot;
     RestoreSource source = RestoreSource::Snapshot;
     bool isNewer = false; ///< the protected baseline was taken though there is a local snapshot
-    QString otherMac{};   ///< the one that the protected baseline was saved on; empty where that is this one
+    QString otherMac{};   ///< the one that the baseline was saved on; empty where that is this one
 
     bool operator==(const RestoreBaseline&) const = default;
 };
@@ -33,6 +36,21 @@ void decodeJson(const Json& json, RestoreBaseline& baseline);
 /// The newer of the two; the local snapshot when they are of one time, and always where the baseline is another Mac's.
 std::optional<RestoreBaseline> chosenRestoreBaseline(const std::optional<SystemSnapshot>& local,
                                                      const std::optional<LatestBaseline>& master);
+
+/// All that there is to go back to on a Mac.
+struct KeptCaptures {
+    std::optional<SystemSnapshot> local;
+    std::optional<LatestBaseline> master;
+    std::optional<MasterSystemBaseline> first; ///< this Mac's own
+    std::optional<ChosenBaseline> chosen;
+};
+
+/// What the user has chosen, until a snapshot or baseline of this Mac is captured after that; then the newest of these; then what the
+/// program has captured by itself; then another Mac's.
+std::optional<RestoreBaseline> restoreBaselineOf(const KeptCaptures& kept, const MacIdentity& mac);
+
+/// The moment of the newest snapshot or protected baseline of this Mac; invalid without any.
+QDateTime newestCapture(const KeptCaptures& kept);
 
 /// What a search for something to go back to came to. A flow that is given one searches no second time: the user was asked
 /// about what was found.

@@ -10,8 +10,9 @@
 #include "network/SwitchedOffServices.h"
 #include "platform/CloudDrive.h"
 #include "platform/Machine.h"
+#include "snapshots/FirstBaseline.h"
+#include "snapshots/HomeBaselines.h"
 #include "snapshots/RestoreCommands.h"
-#include "snapshots/SnapshotManager.h"
 #include "startup/background/BackgroundDisableTarget.h"
 #include "startup/background/BackgroundItems.h"
 #include "startup/background/HelperReturn.h"
@@ -60,6 +61,15 @@ QList<LoginItemHiding> hidingsAsCaptured(const QList<LoginItemSnapshot>& capture
     return hidings;
 }
 
+/// Of what neither a snapshot nor an archive is.
+QString sourceLine(const RestoreBaseline& baseline) {
+    if (baseline.source == RestoreSource::Chosen) {
+        return u"  [INFO] Using the restore baseline that you have chosen."_s;
+    }
+    return baseline.snapshot.label == kFirstSeen ? u"  [INFO] Using your settings as Quorvane first saw them."_s
+                                                 : u"  [INFO] Using your settings as they were before Quorvane."_s;
+}
+
 /// False where none was known, or a name's tail behind a "|" stands there.
 bool isFileKnown(const LoginItemSnapshot& item) {
     return item.path.startsWith(u'/');
@@ -68,9 +78,9 @@ bool isFileKnown(const LoginItemSnapshot& item) {
 } // namespace
 
 QCoro::Task<FoundBaseline> SystemManager::findRestoreBaseline() {
-    const std::optional<SystemSnapshot> local = snapshotManager().load();
-    const std::optional<LatestBaseline> master = co_await m_masterBaselines.loadLatestMasterBaseline();
-    co_return FoundBaseline{chosenRestoreBaseline(local, master)};
+    KeptCaptures kept = capturesAtHome(m_host.files, m_host.machine);
+    kept.master = co_await m_masterBaselines.loadLatestMasterBaseline();
+    co_return FoundBaseline{restoreBaselineOf(kept, identityOf(m_host.machine))};
 }
 
 QCoro::Task<std::optional<RestoreBaseline>> SystemManager::selectRestoreBaseline(std::optional<FoundBaseline> found) {
@@ -82,9 +92,11 @@ QCoro::Task<std::optional<RestoreBaseline>> SystemManager::selectRestoreBaseline
         const QString place = m_host.cloud.hasAccount() ? u"iCloud"_s : u"~/.quorvane"_s;
         log(u"  [MASTER] Using %1 from %2."_s.arg(
             baseline->isNewer ? u"newer protected baseline"_s : u"protected baseline"_s, place));
-        if (!baseline->otherMac.isEmpty()) {
-            log(u"  [INFO] This baseline was saved on %1."_s.arg(baseline->otherMac));
-        }
+    } else if (baseline && baseline->source != RestoreSource::Snapshot) {
+        log(sourceLine(*baseline));
+    }
+    if (baseline && !baseline->otherMac.isEmpty()) {
+        log(u"  [INFO] This baseline was saved on %1."_s.arg(baseline->otherMac));
     }
     co_return baseline;
 }

@@ -8,6 +8,8 @@
 #include "platform/FileManager.h"
 #include "readings/ReadingSession.h"
 #include "readings/SystemReadings.h"
+#include "snapshots/FirstBaseline.h"
+#include "snapshots/HomeBaselines.h"
 #include "snapshots/SnapshotCapture.h"
 #include "snapshots/SnapshotManager.h"
 #include "snapshots/SnapshotOfSettings.h"
@@ -20,6 +22,12 @@ namespace quorvane {
 using namespace Qt::StringLiterals;
 
 namespace {
+
+const QString kQuitting = u"The program is quitting."_s;
+
+QString couldNotRead(const QStringList& missing) {
+    return u"Could not read "_s + missing.join(u", "_s) + u'.';
+}
 
 QList<LoginItemSnapshot> capturedLoginItems(const QList<LoginItem>& items) {
     QList<LoginItemSnapshot> captured;
@@ -49,6 +57,36 @@ QCoro::Task<CurrentSettings> readUsersOwnPreferences(const SystemReadings& readi
     co_return current;
 }
 
+void logMissing(const QStringList& missing, FlowEnvironment& environment) {
+    if (!missing.isEmpty()) {
+        environment.log(u"  [INFO] Not part of this snapshot, because it could not be read: "_s +
+                        missing.join(u", "_s));
+    }
+}
+
+/// What was captured last is what the ways back go by. The moments of both would say so, too, unless the clock was set back.
+void endChoice(FlowEnvironment& environment) {
+    try {
+        ChosenBaselineFile(environment.host().files, environment.host().machine).remove();
+    } catch (const FileError& error) {
+        environment.log(u"  [ERROR] The restore baseline that was chosen before could not be removed: "_s +
+                        error.message());
+    }
+}
+
+/// Gives what went wrong; also where what was written doesn't read back.
+std::optional<QString> saveFirst(const SystemSnapshot& snapshot, const Host& host) {
+    FirstBaselines store(host.files, host.machine);
+    try {
+        store.keep(masterBaselineOf(snapshot, identityOf(host.machine), {}));
+    } catch (const FileError& error) {
+        return error.message();
+    } catch (const EncodingError& error) {
+        return error.message();
+    }
+    return store.own() ? std::nullopt : std::optional(u"What was written can’t be read."_s);
+}
+
 } // namespace
 
 /// What a capture has read, and what it couldn't.
@@ -72,10 +110,9 @@ QCoro::Task<SnapshotCapture> SystemManager::captureSystemSnapshot(std::optional<
         co_return capture;
     }
     capture.isSaved = true;
+    endChoice(*this);
     log(u"  [SNAPSHOT] Saved system baseline"_s + (label ? u" for \"%1\"."_s.arg(*label) : u"."_s));
-    if (!read.missing.isEmpty()) {
-        log(u"  [INFO] Not part of this snapshot, because it could not be read: "_s + read.missing.join(u", "_s));
-    }
+    logMissing(read.missing, *this);
     if (!read.knownByTextAlone.isEmpty()) {
         log(u"  [INFO] Saved as text only, because the type could not be read: "_s +
             read.knownByTextAlone.join(u", "_s));
@@ -91,10 +128,10 @@ QCoro::Task<SnapshotCapture> SystemManager::captureSystemSnapshot(std::optional<
 /// way back.
 std::optional<QString> SystemManager::refusalToSave(const ReadSnapshot& read) const {
     if (isQuitting()) {
-        return u"The program is quitting."_s; // the tools were ended: an empty snapshot would replace a good one
+        return kQuitting; // the tools were ended: an empty snapshot would replace a good one
     }
     if (!read.missing.isEmpty() && (!read.hasEveryPreference || snapshotManager().hasSnapshotFile())) {
-        return u"Could not read "_s + read.missing.join(u", "_s) + u'.';
+        return couldNotRead(read.missing);
     }
     return std::nullopt;
 }
@@ -109,6 +146,32 @@ std::optional<QString> SystemManager::saveSnapshot(const SystemSnapshot& snapsho
         return error.message();
     }
     return std::nullopt;
+}
+
+QCoro::Task<std::optional<QString>> SystemManager::keepSettingsBeforeFirstChange() {
+    if (hasOwnCapture(m_host.files, m_host.machine)) {
+        co_return std::nullopt;
+    }
+    const EarlierChanges earlier = readEarlierChanges(m_host);
+    const QString label = earlier.isAny ? kFirstSeen : kBeforeQuorvane;
+    const ReadSnapshot read = co_await readSystemSnapshot(label);
+    std::optional<QString> error;
+    if (isQuitting()) {
+        error = kQuitting;
+    } else if (!read.hasEveryPreference) {
+        error = couldNotRead(read.missing);
+    } else {
+        error = saveFirst(withoutChanges(read.snapshot, earlier), m_host);
+    }
+    if (error) {
+        log(u"  [ERROR] Failed to save your settings before the first change: "_s + *error);
+        co_return error;
+    }
+    log(earlier.isAny ? u"  [SNAPSHOT] Saved your settings as Quorvane first saw them."_s
+                      : u"  [SNAPSHOT] Saved your settings as they were before Quorvane."_s);
+    logMissing(read.missing, *this);
+    m_notifications.post(kQuorvaneRestoreBaselineSaved, {{u"label"_s, label}});
+    co_return std::nullopt;
 }
 
 /// Reads the live system, in a fixed order. What only tells the types comes last: a snapshot without them is one all the same.
@@ -158,7 +221,7 @@ QCoro::Task<SystemManager::ReadSnapshot> SystemManager::readSystemSnapshot(std::
 QCoro::Task<bool> SystemManager::archiveAsMaster(ReadSnapshot read) {
     const QString failure = u"  [ERROR] Could not archive master baseline: "_s;
     if (!read.missing.isEmpty()) {
-        log(failure + u"Could not read "_s + read.missing.join(u", "_s) + u'.');
+        log(failure + couldNotRead(read.missing));
         co_return false;
     }
     try {

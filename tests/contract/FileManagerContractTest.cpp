@@ -47,6 +47,19 @@ TEST_P(FileManagerContract, aLinkAtTheNameIsReplacedAndNotFollowed) {
     EXPECT_EQ(files.read(path(u"link"_s)), "new");
 }
 
+TEST_P(FileManagerContract, whatIsNewTakesNothingsPlace) {
+    EXPECT_TRUE(files.writeNew(path(u"new"_s), "first"));
+    EXPECT_FALSE(files.writeNew(path(u"new"_s), "second"));
+    EXPECT_EQ(files.read(path(u"new"_s)), "first");
+    files.createFolders(path(u"folder"_s));
+    EXPECT_FALSE(files.writeNew(path(u"folder"_s), "bytes"));
+    subject->link(path(u"link"_s), path(u"nowhere"_s));
+    EXPECT_FALSE(files.writeNew(path(u"link"_s), "bytes"));
+    EXPECT_FALSE(files.exists(path(u"nowhere"_s)));
+    EXPECT_EQ(sortedNames(), (QStringList{u"folder"_s, u"link"_s, u"new"_s})) << "nothing is left beside it";
+    EXPECT_THROW(files.writeNew(path(u"missing/new"_s), "bytes"), FileError);
+}
+
 TEST_P(FileManagerContract, whatIsAddedStandsAtTheEnd) {
     files.append(path(u"log"_s), "one\n", FileManager::Flush::No);
     files.append(path(u"log"_s), "two\n", FileManager::Flush::Yes);

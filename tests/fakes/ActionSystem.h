@@ -10,6 +10,7 @@
 #include "fakes/ScriptedAlertPresenter.h"
 #include "fakes/ScriptedSystem.h"
 #include "lock/LockManager.h"
+#include "snapshots/SnapshotManager.h"
 
 #include <QCoroFuture>
 #include <QCoroTask>
@@ -158,6 +159,13 @@ protected:
     void enableLock() {
         ASSERT_EQ(lock->enableLock(kPassword, kPassword), std::nullopt);
         ASSERT_TRUE(lock->unlockWithPassword(kPassword));
+    }
+    /// There is something to go back to: nothing is captured before the first change.
+    void saveOwnSnapshot() {
+        SystemSnapshot own;
+        own.id = QUuid::createUuid();
+        own.dateCreated = clock.time;
+        SnapshotManager(files, machine).save(own);
     }
     void addProfile(const UnifiedProfile& profile) {
         files.addFile(session->profileStore.profilesDirectory() + u'/' + profile.name + u".json"_s,

@@ -101,6 +101,16 @@ void MemoryFileManager::writeAtomically(const QString& path, const QByteArray& b
     put(place, FileStatus::Kind::File, bytes);
 }
 
+bool MemoryFileManager::writeNew(const QString& path, const QByteArray& bytes) {
+    const QString place = beginChange(Operation::Write, path);
+    requireChangeableNames(place);
+    if (find(place) != nullptr) {
+        return false;
+    }
+    put(place, FileStatus::Kind::File, bytes);
+    return true;
+}
+
 void MemoryFileManager::append(const QString& path, const QByteArray& bytes, Flush /*flush*/) {
     const QString place = beginChange(Operation::Write, path);
     const Node* existing = find(place);

@@ -56,6 +56,7 @@ public:
     std::unique_ptr<FolderEntries> entries(const QString& folder) const override;
     QByteArray read(const QString& path) const override;
     void writeAtomically(const QString& path, const QByteArray& bytes) override;
+    bool writeNew(const QString& path, const QByteArray& bytes) override;
     void append(const QString& path, const QByteArray& bytes, Flush flush) override;
     void move(const QString& from, const QString& to) override;
     void remove(const QString& path) override;

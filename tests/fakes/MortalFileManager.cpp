@@ -35,6 +35,11 @@ void MortalFileManager::writeAtomically(const QString& path, const QByteArray& b
     m_files.writeAtomically(path, bytes);
 }
 
+bool MortalFileManager::writeNew(const QString& path, const QByteArray& bytes) {
+    live(path);
+    return m_files.writeNew(path, bytes);
+}
+
 void MortalFileManager::append(const QString& path, const QByteArray& bytes, Flush flush) {
     live(path);
     m_files.append(path, bytes, flush);

@@ -51,6 +51,9 @@ const QList<Row>& actions() {
         {u"restore profiles"_s,
          {},
          [](Session& s, ActionListener& l) { return s.backupActions.restore(u"latest.json"_s, l); }},
+        {u"choose a restore baseline"_s,
+         {},
+         [](Session& s, ActionListener& l) { return s.baselineActions.use(u"latest"_s, l); }},
         {u"change the wallpaper label"_s,
          {},
          [](Session& s, ActionListener& l) { return s.settingsActions.showLabel(u"Live"_s, l); }},
@@ -238,6 +241,7 @@ TEST_F(ActionsTest, anUndoneProfileIsKeptButNotVerified) {
 }
 
 TEST_F(ActionsTest, eachApplyAndEachWayBackForgetsWhatTheLastApplyFound) {
+    saveOwnSnapshot();
     for (const Row& row : actions()) {
         const bool isApply = row.gate.startsWith(u"apply"_s) || row.gate == u"switch profiles"_s;
         const bool isWayBack = row.gate.startsWith(u"re"_s) && row.gate != u"restore profiles"_s;
@@ -351,6 +355,7 @@ TEST_F(ActionsTest, startupIsReviewedAppliedAndTold) {
 // ---- Tweaks
 
 TEST_F(ActionsTest, tweaksAreReviewedAndApplied) {
+    saveOwnSnapshot();
     PerformanceSettings settings;
     settings.siri = true;
     listener->preparesReviews = true;

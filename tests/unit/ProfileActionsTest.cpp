@@ -44,6 +44,7 @@ protected:
 // ---- Apply
 
 TEST_F(ProfileActionsTest, whatFollowsAnAppliedProfileComesInOrder) {
+    saveOwnSnapshot();
     const ActionOutcome outcome = ending(session->profileActions.review(live, *listener));
     EXPECT_TRUE(outcome.succeeded);
     EXPECT_EQ(outcome.preview->profileName, u"Live"_s);
@@ -64,6 +65,7 @@ TEST_F(ProfileActionsTest, whatFollowsAnAppliedProfileComesInOrder) {
 }
 
 TEST_F(ProfileActionsTest, afterAFailedApplyNamesStayAsTheyWere) {
+    saveOwnSnapshot();
     defaults.setString(kQuorvaneLastAppliedProfileName, u"Club"_s);
     refuseThePrompt();
     const ActionOutcome outcome = ending(session->profileActions.review(live, *listener));

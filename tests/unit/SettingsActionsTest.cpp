@@ -1,8 +1,9 @@
 // What a user sets, on scripted ports: the label's name, launching at login, the privacy settings, and what Settings shows of it.
 
 #include "actions/AppPasswordEntry.h"
-#include "actions/BackupChoice.h"
 #include "actions/LockActions.h"
+#include "actions/RowChoice.h"
+#include "actions/SettingsTexts.h"
 #include "fakes/ActionSystem.h"
 
 namespace quorvane {
@@ -184,10 +185,10 @@ TEST_F(SettingsActionsTest, aDismissedEntryLeavesAllAsItWas) {
     }
 }
 
-// ---- The choice of a backup
+// ---- A choice of rows
 
-TEST(BackupChoiceTest, saysWhatItIsBusyWithAndNothingThatWasNotRead) {
-    BackupChoice choice;
+TEST(RowChoiceTest, saysWhatItIsBusyWithAndNothingThatWasNotRead) {
+    RowChoice choice(backupChoiceTexts());
     const QString none = u"No iCloud backups were found for Quorvane."_s;
     EXPECT_EQ(choice.text(), QString());
     choice.beginLoading();
@@ -195,28 +196,28 @@ TEST(BackupChoiceTest, saysWhatItIsBusyWithAndNothingThatWasNotRead) {
     choice.endLoading(u"no cloud"_s);
     EXPECT_EQ(choice.text(), u"no cloud"_s);
     EXPECT_TRUE(choice.hasFailed());
-    BackupChoice read;
+    RowChoice read(backupChoiceTexts());
     read.beginLoading();
     read.endLoading({});
     EXPECT_EQ(read.text(), none);
     read.setRows({{u"latest.json"_s, {u"Latest Backup"_s, {}, {}}}});
     EXPECT_EQ(read.text(), QString());
-    read.beginRestoring();
+    read.beginCarryingOut();
     EXPECT_EQ(read.text(), u"Restoring profiles from iCloud…"_s);
     read.dismiss();
     EXPECT_FALSE(read.isOver()) << "nothing closes it meanwhile";
-    read.endRestoring(u"gone"_s);
+    read.endCarryingOut(u"gone"_s);
     EXPECT_EQ(read.text(), u"gone"_s);
     read.dismiss();
     EXPECT_TRUE(read.isOver());
 }
 
-TEST(BackupChoiceTest, givesWhatWasChosenOnceAndNoneAtItsEnd) {
-    BackupChoice choice;
+TEST(RowChoiceTest, givesWhatWasChosenOnceAndNoneAtItsEnd) {
+    RowChoice choice(backupChoiceTexts());
     const QFuture<std::optional<QString>> first = choice.answer();
-    choice.restore(u"a"_s);
+    choice.choose(u"a"_s);
     EXPECT_EQ(first.result(), u"a"_s);
-    choice.restore(u"b"_s);
+    choice.choose(u"b"_s);
     const QFuture<std::optional<QString>> second = choice.answer();
     EXPECT_FALSE(second.isFinished());
     choice.end();

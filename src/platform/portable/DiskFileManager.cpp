@@ -89,6 +89,18 @@ bool flushToMedium(int descriptor) {
     return ::fsync(descriptor) == 0;
 }
 
+QString nameBeside(const QString& path) {
+    return QFileInfo(path).path() + u"/.quorvane.XXXXXX"_s;
+}
+
+/// Everything is on the medium afterwards. @param path  the one that it is for
+void writeWhole(QTemporaryFile& beside, const QString& path, const QByteArray& bytes) {
+    if (!beside.open() || beside.write(bytes) != bytes.size() || !beside.flush() || !flushToMedium(beside.handle())) {
+        throw FileError(path, beside.errorString());
+    }
+    beside.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup | QFile::ReadOther);
+}
+
 } // namespace
 
 bool DiskFileManager::exists(const QString& path) const {
@@ -155,13 +167,23 @@ QByteArray DiskFileManager::read(const QString& path) const {
 }
 
 void DiskFileManager::writeAtomically(const QString& path, const QByteArray& bytes) {
-    QTemporaryFile beside(QFileInfo(path).path() + u"/.quorvane.XXXXXX"_s);
-    if (!beside.open() || beside.write(bytes) != bytes.size() || !beside.flush() || !flushToMedium(beside.handle())) {
-        throw FileError(path, beside.errorString());
-    }
-    beside.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup | QFile::ReadOther);
+    QTemporaryFile beside(nameBeside(path));
+    writeWhole(beside, path, bytes);
     rename(beside.fileName(), path, path);
     beside.setAutoRemove(false);
+}
+
+/// A second name for the same file: unlike a new name for it, that never takes another file's place.
+bool DiskFileManager::writeNew(const QString& path, const QByteArray& bytes) {
+    QTemporaryFile beside(nameBeside(path));
+    writeWhole(beside, path, bytes);
+    if (::link(QFile::encodeName(beside.fileName()).constData(), QFile::encodeName(path).constData()) == 0) {
+        return true;
+    }
+    if (errno != EEXIST) {
+        fail(path, errno);
+    }
+    return false;
 }
 
 void DiskFileManager::append(const QString& path, const QByteArray& bytes, Flush flush) {

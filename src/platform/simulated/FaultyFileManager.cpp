@@ -83,6 +83,11 @@ void FaultyFileManager::writeAtomically(const QString& path, const QByteArray& b
     m_files.writeAtomically(path, bytes);
 }
 
+bool FaultyFileManager::writeNew(const QString& path, const QByteArray& bytes) {
+    beforeChange(path);
+    return m_files.writeNew(path, bytes);
+}
+
 void FaultyFileManager::append(const QString& path, const QByteArray& bytes, Flush flush) {
     beforeChange(path);
     m_files.append(path, bytes, flush);

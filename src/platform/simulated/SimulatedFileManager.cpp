@@ -142,6 +142,14 @@ void SimulatedFileManager::writeAtomically(const QString& path, const QByteArray
     announce(AtomicWriteStep::End);
 }
 
+bool SimulatedFileManager::writeNew(const QString& path, const QByteArray& bytes) {
+    if (m_volume.kind(path) != macsim::Volume::Kind::Missing) {
+        return false;
+    }
+    writeAtomically(path, bytes);
+    return true;
+}
+
 /// Step by step, so that the program can be made to die at each, and not by the volume's own atomic write.
 void SimulatedFileManager::writeInSteps(const QString& beside, const QString& path, const QByteArray& bytes) const {
     if (m_volume.kind(path) == macsim::Volume::Kind::Folder) {

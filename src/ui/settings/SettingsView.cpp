@@ -5,6 +5,7 @@
 #include "ui/pieces/IdleGuard.h"
 #include "ui/settings/AppSecuritySection.h"
 #include "ui/settings/AppearanceSection.h"
+#include "ui/settings/BaselinesSection.h"
 #include "ui/settings/PermissionsSection.h"
 #include "ui/settings/ProfileBackupSection.h"
 #include "ui/settings/StartupSection.h"
@@ -23,6 +24,7 @@ SettingsView::SettingsView(const ViewEnvironment& environment, QWidget* parent)
     addPart(new AppearanceSection(environment.appearance));
     addPart(new AppSecuritySection(environment));
     addPart(new ProfileBackupSection(environment));
+    addPart(new BaselinesSection(environment));
     addPart(new WallpaperSection(environment));
     addPart(new StartupSection(environment));
     addPart(new PermissionsSection(environment));

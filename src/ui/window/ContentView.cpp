@@ -2,9 +2,9 @@
 
 #include "actions/AppPasswordEntry.h"
 #include "actions/ApplyReviewCoordinator.h"
-#include "actions/BackupChoice.h"
 #include "actions/MasterBaselineOffer.h"
 #include "actions/ProfileSaveOffer.h"
+#include "actions/RowChoice.h"
 #include "actions/Session.h"
 #include "actions/WindowListener.h"
 #include "lock/LockManager.h"
@@ -18,7 +18,7 @@
 #include "ui/review/ApplyReviewSheet.h"
 #include "ui/review/MasterSystemBaselinePrompt.h"
 #include "ui/settings/AppPasswordSheet.h"
-#include "ui/settings/ProfileCloudRestoreSheet.h"
+#include "ui/settings/RowChoiceSheet.h"
 #include "ui/window/MainContentArea.h"
 #include "ui/window/SidebarView.h"
 #include "ui/window/WaitingDialogOverlay.h"
@@ -130,8 +130,8 @@ Sheet* ContentView::makeSheet() const {
     if (auto entry = std::dynamic_pointer_cast<AppPasswordEntry>(listener.sheet())) {
         return new AppPasswordSheet(entry, m_environment.lock);
     }
-    if (auto choice = std::dynamic_pointer_cast<BackupChoice>(listener.sheet())) {
-        return new ProfileCloudRestoreSheet(choice);
+    if (auto choice = std::dynamic_pointer_cast<RowChoice>(listener.sheet())) {
+        return new RowChoiceSheet(choice);
     }
     return nullptr;
 }

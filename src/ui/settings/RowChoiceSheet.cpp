@@ -1,6 +1,5 @@
-#include "ui/settings/ProfileCloudRestoreSheet.h"
+#include "ui/settings/RowChoiceSheet.h"
 
-#include "actions/SettingsTexts.h"
 #include "actions/WindowTexts.h"
 #include "ui/pieces/Announcement.h"
 #include "ui/pieces/AppButtons.h"
@@ -24,20 +23,20 @@ constexpr int kLoadingRing = 20;
 
 } // namespace
 
-ProfileCloudRestoreSheet::ProfileCloudRestoreSheet(std::shared_ptr<BackupChoice> choice, QWidget* parent)
+RowChoiceSheet::RowChoiceSheet(std::shared_ptr<RowChoice> choice, QWidget* parent)
     : Sheet(parent)
     , m_choice(std::move(choice)) {
-    setTitle(kRestoreTitle, kRestoreText);
+    setTitle(m_choice->texts().title, m_choice->texts().text);
     setContents(makeContents());
     m_close = new AppSecondaryButton(kClose);
     addButton(m_close);
     connect(m_close, &QPushButton::clicked, m_choice.get(), &SheetModel::dismiss);
     connect(this, &Sheet::closeRequested, m_choice.get(), &SheetModel::dismiss);
-    connect(m_choice.get(), &SheetModel::changed, this, &ProfileCloudRestoreSheet::takeChoice);
+    connect(m_choice.get(), &SheetModel::changed, this, &RowChoiceSheet::takeChoice);
     takeChoice();
 }
 
-QWidget* ProfileCloudRestoreSheet::makeContents() {
+QWidget* RowChoiceSheet::makeContents() {
     auto* const contents = new QWidget;
     m_contents = new QVBoxLayout(contents);
     m_contents->setContentsMargins(0, 0, 0, 0);
@@ -47,7 +46,7 @@ QWidget* ProfileCloudRestoreSheet::makeContents() {
     return contents;
 }
 
-QWidget* ProfileCloudRestoreSheet::makeState() {
+QWidget* RowChoiceSheet::makeState() {
     auto* const state = new QWidget;
     auto* const line = new QHBoxLayout(state);
     line->setContentsMargins(0, 0, 0, 0);
@@ -59,7 +58,7 @@ QWidget* ProfileCloudRestoreSheet::makeState() {
     return state;
 }
 
-QWidget* ProfileCloudRestoreSheet::makeRow(const BackupRow& row) {
+QWidget* RowChoiceSheet::makeRow(const ChoiceRow& row) {
     auto* const view = new QWidget;
     auto* const layout = new QHBoxLayout(view);
     layout->setContentsMargins(Theme::kGap12, Theme::kGap8, Theme::kGap12, Theme::kGap8);
@@ -68,19 +67,31 @@ QWidget* ProfileCloudRestoreSheet::makeRow(const BackupRow& row) {
     texts->setSpacing(2);
     texts->addWidget(new TextLabel(TextStyle::RowTitle, TextTone::Normal, row.text.title));
     texts->addWidget(new TextLabel(TextStyle::Secondary, TextTone::Secondary, row.text.subtitle));
-    auto* const restore = new AppSecondaryButton(kRestore);
-    restore->setAccessibleName(kRestore + u": "_s + row.text.title);
-    restore->setAccessibleDescription(row.text.subtitle);
+    if (!row.note.isEmpty()) {
+        texts->addWidget(new TextLabel(TextStyle::Secondary, TextTone::Secondary, row.note));
+    }
     layout->addWidget(new PerformanceSymbolBadge(row.text.symbol, BadgeColor::Blue));
     layout->addLayout(texts, 1);
-    layout->addWidget(restore);
-    connect(restore, &QPushButton::clicked, m_choice.get(),
-            [choice = m_choice.get(), id = row.id] { choice->restore(id); });
-    m_restoreButtons.append(restore);
+    layout->addWidget(makeEnd(row));
     return view;
 }
 
-void ProfileCloudRestoreSheet::showEvent(QShowEvent* event) {
+/// The button of a row, or what stands in its place.
+QWidget* RowChoiceSheet::makeEnd(const ChoiceRow& row) {
+    if (!row.canBeChosen) {
+        m_rowButtons.append(nullptr);
+        return new TextLabel(TextStyle::Secondary, TextTone::Secondary, row.mark);
+    }
+    auto* const button = new AppSecondaryButton(m_choice->texts().button);
+    button->setAccessibleName(m_choice->texts().button + u": "_s + row.text.title);
+    button->setAccessibleDescription(row.note.isEmpty() ? row.text.subtitle : row.text.subtitle + u' ' + row.note);
+    connect(button, &QPushButton::clicked, m_choice.get(),
+            [choice = m_choice.get(), id = row.id] { choice->choose(id); });
+    m_rowButtons.append(button);
+    return button;
+}
+
+void RowChoiceSheet::showEvent(QShowEvent* event) {
     Sheet::showEvent(event);
     orderTabs();
     if (focusWidget() == nullptr) {
@@ -89,18 +100,19 @@ void ProfileCloudRestoreSheet::showEvent(QShowEvent* event) {
 }
 
 /// From top to bottom, although rows come later than the button below them.
-void ProfileCloudRestoreSheet::orderTabs() {
-    const QList<QPushButton*> buttons = m_restoreButtons + QList<QPushButton*>{m_close};
+void RowChoiceSheet::orderTabs() {
+    QList<QPushButton*> buttons = m_rowButtons + QList<QPushButton*>{m_close};
+    buttons.removeAll(nullptr);
     for (qsizetype index = 1; index < buttons.size(); ++index) {
         setTabOrder(buttons.at(index - 1), buttons.at(index));
     }
 }
 
-void ProfileCloudRestoreSheet::takeChoice() {
+void RowChoiceSheet::takeChoice() {
     takeRows();
     const QString text = m_choice->text();
-    m_ring->setVisible(m_choice->isRestoring() || (m_choice->isLoading() && !m_choice->hasFailed()));
-    m_text->setTone(m_choice->hasFailed() && !m_choice->isRestoring() ? TextTone::Danger : TextTone::Secondary);
+    m_ring->setVisible(m_choice->isCarryingOut() || (m_choice->isLoading() && !m_choice->hasFailed()));
+    m_text->setTone(m_choice->hasFailed() && !m_choice->isCarryingOut() ? TextTone::Danger : TextTone::Secondary);
     if (m_text->text() != text) {
         m_text->setText(text);
         if (!text.isEmpty()) {
@@ -108,55 +120,57 @@ void ProfileCloudRestoreSheet::takeChoice() {
         }
     }
     m_text->parentWidget()->setVisible(!text.isEmpty());
-    takeRestoring();
+    takeCarryingOut();
     Q_EMIT contentsChanged();
 }
 
-/// Nothing can be pressed while it restores; afterwards what was pressed has the focus again.
-void ProfileCloudRestoreSheet::takeRestoring() {
-    const bool isRestoring = m_choice->isRestoring();
-    const bool wasRestoring = std::exchange(m_isRestoring, isRestoring);
-    if (isRestoring && !wasRestoring) {
-        m_pressedBackup = focusedBackup();
+/// Nothing can be pressed while it carries one out; afterwards what was pressed has the focus again.
+void RowChoiceSheet::takeCarryingOut() {
+    const bool isCarryingOut = m_choice->isCarryingOut();
+    const bool wasCarryingOut = std::exchange(m_isCarryingOut, isCarryingOut);
+    if (isCarryingOut && !wasCarryingOut) {
+        m_pressedRow = focusedRow();
         if (focusWidget() != nullptr) {
             parkFocus(focusWidget());
         }
     }
-    for (QPushButton* const button : std::as_const(m_restoreButtons)) {
-        button->setEnabled(!isRestoring);
+    for (QPushButton* const button : std::as_const(m_rowButtons)) {
+        if (button != nullptr) {
+            button->setEnabled(!isCarryingOut);
+        }
     }
-    m_close->setEnabled(!isRestoring);
-    if (wasRestoring && !isRestoring) {
-        focusBackup(m_pressedBackup);
+    m_close->setEnabled(!isCarryingOut);
+    if (wasCarryingOut && !isCarryingOut) {
+        focusRow(m_pressedRow);
     }
 }
 
 /// Those that come later stand among those that were here: all are made anew then.
-void ProfileCloudRestoreSheet::takeRows() {
+void RowChoiceSheet::takeRows() {
     if (m_shownRows == m_choice->rows()) {
         return;
     }
-    const std::optional<QString> focused = focusedBackup();
+    const std::optional<QString> focused = focusedRow();
     m_shownRows = m_choice->rows();
-    m_restoreButtons.clear();
+    m_rowButtons.clear();
     delete std::exchange(m_card, nullptr);
     if (!m_shownRows.isEmpty()) {
         m_card = new AppCard;
-        for (const BackupRow& row : std::as_const(m_shownRows)) {
+        for (const ChoiceRow& row : std::as_const(m_shownRows)) {
             m_card->addRow(makeRow(row));
         }
         m_contents->insertWidget(0, m_card);
         orderTabs();
     }
     if (focused) {
-        focusBackup(focused);
+        focusRow(focused);
     }
 }
 
 /// The one whose button the keys go to; none where they go elsewhere.
-std::optional<QString> ProfileCloudRestoreSheet::focusedBackup() const {
-    for (qsizetype row = 0; row < m_restoreButtons.size(); ++row) {
-        if (m_restoreButtons.at(row) == focusWidget()) {
+std::optional<QString> RowChoiceSheet::focusedRow() const {
+    for (qsizetype row = 0; row < m_rowButtons.size(); ++row) {
+        if (m_rowButtons.at(row) != nullptr && m_rowButtons.at(row) == focusWidget()) {
             return m_shownRows.at(row).id;
         }
     }
@@ -164,11 +178,11 @@ std::optional<QString> ProfileCloudRestoreSheet::focusedBackup() const {
 }
 
 /// @param id  none, or of one that has gone: the keys go to the button below
-void ProfileCloudRestoreSheet::focusBackup(const std::optional<QString>& id) {
+void RowChoiceSheet::focusRow(const std::optional<QString>& id) {
     QPushButton* button = m_close;
-    for (qsizetype row = 0; row < m_restoreButtons.size(); ++row) {
-        if (m_shownRows.at(row).id == id) {
-            button = m_restoreButtons.at(row);
+    for (qsizetype row = 0; row < m_rowButtons.size(); ++row) {
+        if (m_shownRows.at(row).id == id && m_rowButtons.at(row) != nullptr) {
+            button = m_rowButtons.at(row);
         }
     }
     button->setFocus(Qt::OtherFocusReason);

@@ -1,37 +1,39 @@
-#include "actions/BackupChoice.h"
-
-#include "actions/SettingsTexts.h"
+#include "actions/RowChoice.h"
 
 #include <utility>
 
 namespace quorvane {
 
-QString BackupChoice::text() const {
-    if (m_isRestoring) {
-        return kRestoringProfiles;
+RowChoice::RowChoice(ChoiceTexts texts, QObject* parent)
+    : SheetModel(parent)
+    , m_texts(std::move(texts)) {}
+
+QString RowChoice::text() const {
+    if (m_isCarryingOut) {
+        return m_texts.carryingOut;
     }
     if (hasFailed()) {
         return m_error;
     }
     if (m_isLoading) {
-        return kLoadingBackups;
+        return m_texts.loading;
     }
-    return m_rows.isEmpty() && m_wasRead ? kNoBackups : QString();
+    return m_rows.isEmpty() && m_wasRead ? m_texts.none : QString();
 }
 
-void BackupChoice::restore(const QString& id) {
-    if (!m_isRestoring) {
+void RowChoice::choose(const QString& id) {
+    if (!m_isCarryingOut) {
         give(id);
     }
 }
 
-void BackupChoice::dismiss() {
-    if (!m_isRestoring) {
+void RowChoice::dismiss() {
+    if (!m_isCarryingOut) {
         end();
     }
 }
 
-QFuture<std::optional<QString>> BackupChoice::answer() {
+QFuture<std::optional<QString>> RowChoice::answer() {
     if (isOver()) {
         return QtFuture::makeReadyFuture(std::optional<QString>());
     }
@@ -39,19 +41,19 @@ QFuture<std::optional<QString>> BackupChoice::answer() {
     return m_answer->future();
 }
 
-void BackupChoice::setRows(const QList<BackupRow>& rows) {
+void RowChoice::setRows(const QList<ChoiceRow>& rows) {
     if (rows != m_rows) {
         m_rows = rows;
         Q_EMIT changed();
     }
 }
 
-void BackupChoice::beginLoading() {
+void RowChoice::beginLoading() {
     m_isLoading = true;
     Q_EMIT changed();
 }
 
-void BackupChoice::endLoading(const QString& error) {
+void RowChoice::endLoading(const QString& error) {
     m_isLoading = false;
     m_wasRead = error.isEmpty();
     if (!m_wasRead) {
@@ -60,19 +62,19 @@ void BackupChoice::endLoading(const QString& error) {
     Q_EMIT changed();
 }
 
-void BackupChoice::beginRestoring() {
-    m_isRestoring = true;
+void RowChoice::beginCarryingOut() {
+    m_isCarryingOut = true;
     m_error.clear();
     Q_EMIT changed();
 }
 
-void BackupChoice::endRestoring(const QString& error) {
-    m_isRestoring = false;
+void RowChoice::endCarryingOut(const QString& error) {
+    m_isCarryingOut = false;
     m_error = error;
     Q_EMIT changed();
 }
 
-void BackupChoice::give(const std::optional<QString>& id) {
+void RowChoice::give(const std::optional<QString>& id) {
     if (std::optional<QPromise<std::optional<QString>>> waiting = std::exchange(m_answer, std::nullopt)) {
         waiting->addResult(id);
         waiting->finish();
