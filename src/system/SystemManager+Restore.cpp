@@ -3,6 +3,7 @@
 #include "core/AdminBatch.h"
 #include "core/AdminPrompts.h"
 #include "core/AdminScript.h"
+#include "matching/SystemVerification.h"
 #include "network/NetworkServices.h"
 #include "platform/CloudDrive.h"
 #include "snapshots/RestoreCommands.h"
@@ -13,7 +14,6 @@
 
 #include <QCoroTask>
 
-#include <algorithm>
 #include <utility>
 
 namespace quorvane {
@@ -28,6 +28,12 @@ QString suffixOf(const SystemSnapshot& snapshot) {
 
 QString notRestoredLine(const QString& service) {
     return u"  [INFO] Not restored: network service "_s + service;
+}
+
+/// A refused password says all that there is to say: what isn't back then isn't named.
+void takeReadBack(const QStringList& missing, bool isCarriedOut, bool isFinished, RestoreOutcome& outcome) {
+    outcome.missing = isFinished ? missing : QStringList();
+    outcome.succeeded = isCarriedOut && missing.isEmpty();
 }
 
 /// False where none was known, or a name's tail behind a "|" stands there.
@@ -64,8 +70,11 @@ QCoro::Task<bool> SystemManager::restoreFromSnapshot(SystemSnapshot snapshot) {
     const CurrentSettings current = co_await lookAtTweaks(volumesFor(snapshot));
     const bool isNotificationCenterBack =
         co_await runStepsOfNotificationCenter(restoreSteps(snapshot, current, notificationCenterPreferences()));
-    const QStringList systemCommands =
-        co_await effectiveCommands(restoreSystemCommands(snapshot, current), BackupSwitch::OfWayBack);
+    QStringList commands = restoreSystemCommands(snapshot, current);
+    if (!snapshot.timeMachineEnabled && m_verification->readings().hasSwitchedBackupsOff()) {
+        commands.append(timeMachineCommand(true)); // nobody knows what the user had, but who switched them off
+    }
+    const QStringList systemCommands = co_await effectiveCommands(commands, BackupSwitch::OfWayBack);
     if (!systemCommands.isEmpty()) {
         log(u"  [ACTION] Requesting Admin rights to restore captured system settings..."_s);
         const CommandResult result = co_await m_adminBatch->runTolerantly(systemCommands, kSystemChangesPrompt);
@@ -140,11 +149,8 @@ QCoro::Task<std::optional<QMap<QString, bool>>> SystemManager::queueNetworkServi
 }
 
 /// Reads anew what has been switched.
-/// @return false where a service is there and isn't as it was captured; one that has gone is no failure
-QCoro::Task<bool> SystemManager::settleNetworkServices(QMap<QString, bool> switched) {
-    if (switched.isEmpty()) {
-        co_return true;
-    }
+/// @return the services as they are now
+QCoro::Task<QList<NetworkServiceState>> SystemManager::settleNetworkServices(QMap<QString, bool> switched) {
     const QList<NetworkServiceState> services = co_await readNetworkServices();
     const QStringList missed = servicesNotAsCaptured(switched, services);
     if (missed.size() < switched.size()) {
@@ -153,10 +159,7 @@ QCoro::Task<bool> SystemManager::settleNetworkServices(QMap<QString, bool> switc
     for (const QString& name : missed) {
         log(notRestoredLine(name));
     }
-    const bool isOneStillThere =
-        std::any_of(services.begin(), services.end(),
-                    [&missed](const NetworkServiceState& service) { return missed.contains(service.name); });
-    co_return !services.isEmpty() && !isOneStillThere;
+    co_return std::as_const(services);
 }
 
 QCoro::Task<RestoreOutcome> SystemManager::revertPerformanceTweaks(std::optional<FoundBaseline> found) {
@@ -174,11 +177,12 @@ QCoro::Task<RestoreOutcome> SystemManager::revertPerformanceTweaks(std::optional
     }
     const bool isFinished =
         co_await finishAdminBatch(u"Quorvane needs your administrator password to restore performance tweaks."_s);
+    const std::optional<SystemSnapshot> goneBackTo = baseline ? std::optional(baseline->snapshot) : std::nullopt;
     if (isFinished) {
-        co_await lookAtRestoredBackups(baseline ? baseline->snapshot.timeMachineEnabled : std::nullopt);
+        co_await lookAtRestoredBackups(goneBackTo ? goneBackTo->timeMachineEnabled : std::nullopt);
     }
-    co_await strikeRestoredTweaks(PerformanceSettings());
-    outcome.succeeded = isRestored && isFinished && !isQuitting();
+    const QStringList missing = co_await readBack(goneBackTo, ReadBackOf::Tweaks, std::nullopt, isRestored);
+    takeReadBack(missing, isRestored && isFinished && !isQuitting(), isFinished, outcome);
     co_return outcome;
 }
 
@@ -189,17 +193,18 @@ QCoro::Task<RestoreOutcome> SystemManager::reinstateSystem(std::optional<FoundBa
     co_await m_launchItems->launchd().settleInterrupted();
     const std::optional<RestoreBaseline> baseline = co_await selectRestoreBaseline(std::move(found));
     if (baseline) {
+        outcome = co_await reinstateFromSnapshot(baseline->snapshot);
         outcome.source = baseline->source;
-        outcome.succeeded = co_await reinstateFromSnapshot(baseline->snapshot);
     } else {
-        outcome.succeeded = co_await reinstateStandardSettings();
+        outcome = co_await reinstateStandardSettings();
     }
     invalidateStartupCaches();
     co_return outcome;
 }
 
 /// The tweaks, and what launchd was told: nobody needs a snapshot to know which overrides are the program's.
-QCoro::Task<bool> SystemManager::reinstateStandardSettings() {
+QCoro::Task<RestoreOutcome> SystemManager::reinstateStandardSettings() {
+    RestoreOutcome outcome;
     log(u"  [INFO] No system snapshot found — using standard restore."_s);
     m_launchItems->queueLifts();
     co_await m_launchItems->launchd().liftUsersOverrides();
@@ -211,31 +216,35 @@ QCoro::Task<bool> SystemManager::reinstateStandardSettings() {
     if (isFinished) {
         co_await lookAtRestoredBackups(std::nullopt);
     }
-    co_await strikeRestoredTweaks(PerformanceSettings());
-    const bool succeeded = isRestored && isFinished && !isQuitting();
-    co_return succeeded;
+    const QStringList missing = co_await readBack(std::nullopt, ReadBackOf::WholeSystem, std::nullopt, isRestored);
+    takeReadBack(missing, isRestored && isFinished && !isQuitting(), isFinished, outcome);
+    co_return outcome;
 }
 
 /// The tweaks and everything that a startup configuration changed, in the batch that is open.
-QCoro::Task<bool> SystemManager::reinstateFromSnapshot(SystemSnapshot snapshot) {
+QCoro::Task<RestoreOutcome> SystemManager::reinstateFromSnapshot(SystemSnapshot snapshot) {
+    RestoreOutcome outcome;
     log(u"\nReinstating from saved system snapshot%1..."_s.arg(suffixOf(snapshot)));
     queueKeptLaunchItems();
     const bool isRestored = co_await restoreFromSnapshot(snapshot);
     co_await restoreLoginItems(snapshot);
-    const std::optional<QMap<QString, bool>> services = co_await queueNetworkServices(snapshot);
+    const std::optional<QMap<QString, bool>> switched = co_await queueNetworkServices(snapshot);
     co_await restoreLaunchItems();
     const bool isFinished =
         co_await finishAdminBatch(u"Quorvane needs your administrator password to restore your system."_s);
     co_await settleKeptLaunchItems();
-    bool hasNetwork = services.has_value();
+    std::optional<QList<NetworkServiceState>> services;
+    if (!switched) {
+        services = QList<NetworkServiceState>(); // they can't be listed
+    } else if (isFinished && !switched->isEmpty()) {
+        services = co_await settleNetworkServices(*switched);
+    }
     if (isFinished) {
-        const bool isSettled = co_await settleNetworkServices(services.value_or(QMap<QString, bool>()));
-        hasNetwork = hasNetwork && isSettled;
         co_await lookAtRestoredBackups(snapshot.timeMachineEnabled);
     }
-    co_await strikeRestoredTweaks(PerformanceSettings());
-    const bool succeeded = isRestored && hasNetwork && isFinished && !isQuitting();
-    co_return succeeded;
+    const QStringList missing = co_await readBack(snapshot, ReadBackOf::WholeSystem, services, isRestored);
+    takeReadBack(missing, isRestored && isFinished && !isQuitting(), isFinished, outcome);
+    co_return outcome;
 }
 
 } // namespace quorvane
