@@ -47,6 +47,12 @@ bool hadBaseline(const RestoreOutcome& outcome) {
     return outcome.source != RestoreSource::StandardDefaults;
 }
 
+/// Of a way back that was carried out, and after which something isn't as it was.
+ClosingAlert exceptionsAlert(const QStringList& missing) {
+    return warning(u"Restored, With Exceptions"_s,
+                   u"%1 setting(s) could not be restored:\n%2"_s.arg(missing.size()).arg(missing.join(u'\n')));
+}
+
 QString restoredDefaults(const RestoreOutcome& outcome) {
     return hadBaseline(outcome) ? u"Standard macOS settings restored from your saved restore baseline."_s
                                 : u"Standard macOS settings restored."_s;
@@ -186,6 +192,9 @@ ClosingAlert snapshotAlert(const SnapshotCapture& capture, MasterArchive archive
 }
 
 ClosingAlert undoAlert(const RestoreOutcome& outcome) {
+    if (!outcome.missing.isEmpty()) {
+        return exceptionsAlert(outcome.missing);
+    }
     if (!outcome.succeeded) {
         return warning(kCancelled, u"System-level defaults were not restored. Check the Logs tab for details."_s);
     }
@@ -195,6 +204,9 @@ ClosingAlert undoAlert(const RestoreOutcome& outcome) {
 }
 
 ClosingAlert revertAllAlert(const RestoreOutcome& outcome, LoginItemsAre loginItems) {
+    if (!outcome.missing.isEmpty()) {
+        return exceptionsAlert(outcome.missing);
+    }
     if (!outcome.succeeded) {
         return warning(kCancelled, u"System-level defaults were not restored."_s);
     }
@@ -209,6 +221,9 @@ ClosingAlert revertAllAlert(const RestoreOutcome& outcome, LoginItemsAre loginIt
 }
 
 ClosingAlert defaultAlert(const RestoreOutcome& outcome) {
+    if (!outcome.missing.isEmpty()) {
+        return exceptionsAlert(outcome.missing);
+    }
     if (!outcome.succeeded) {
         return warning(kCancelled, u"Default settings were not restored. Check the Logs tab for details."_s);
     }
@@ -216,6 +231,9 @@ ClosingAlert defaultAlert(const RestoreOutcome& outcome) {
 }
 
 ClosingAlert menuDefaultAlert(const RestoreOutcome& outcome) {
+    if (!outcome.missing.isEmpty()) {
+        return exceptionsAlert(outcome.missing);
+    }
     if (!outcome.succeeded) {
         return warning(u"Restore Cancelled"_s, u"System defaults were not restored. Check the Logs tab for details."_s);
     }
@@ -223,6 +241,9 @@ ClosingAlert menuDefaultAlert(const RestoreOutcome& outcome) {
 }
 
 ClosingAlert reinstateAlert(const RestoreOutcome& outcome) {
+    if (!outcome.missing.isEmpty()) {
+        return exceptionsAlert(outcome.missing);
+    }
     if (!outcome.succeeded) {
         return warning(kCancelled, u"System restoration was cancelled or failed."_s);
     }

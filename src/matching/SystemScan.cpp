@@ -4,6 +4,8 @@
 #include "matching/SystemMatching.h"
 #include "platform/Host.h"
 #include "startup/launchd/LaunchdReadings.h"
+#include "readings/SystemReadings.h"
+#include "snapshots/RestoreComparison.h"
 
 #include <QCoroTask>
 
@@ -81,9 +83,21 @@ QCoro::Task<std::optional<LastFlowStanding>> SystemScan::standing(LastFlow last)
     case RecordedFlow::Undo:
     case RecordedFlow::Default:
     case RecordedFlow::Reinstate:
+        now = co_await comparedWithBaseline(last.baseline);
         break;
     }
     co_return isUndecided() ? std::nullopt : std::optional(standingOf(last, now));
+}
+
+/// By what values mean: their types are read where a way back ends.
+QCoro::Task<ApplyVerificationResult> SystemScan::comparedWithBaseline(std::optional<RestoreBaseline> baseline) {
+    const bool isByVolume = baseline && baseline->snapshot.spotlightByVolume;
+    const CurrentSettings current = co_await m_verification.readings().readCurrentSettings(
+        isByVolume ? SystemReadings::Volumes::All : SystemReadings::Volumes::OfTheSystem);
+    if (baseline) {
+        co_return asVerification(comparedWith(baseline->snapshot, current, {}, std::nullopt, std::nullopt));
+    }
+    co_return asVerification(comparedWithStandard(current));
 }
 
 bool SystemScan::isUndecided() const {

@@ -31,6 +31,7 @@ public:
     const QStringList& missing() const { return m_session.missing(); }
 
 private:
+    QCoro::Task<ApplyVerificationResult> comparedWithBaseline(std::optional<RestoreBaseline> baseline);
     bool isUndecided() const;
 
     ReadingSession m_session;

@@ -5,6 +5,7 @@
 
 #include <QSet>
 #include <QString>
+#include <QStringList>
 
 #include <optional>
 
@@ -67,8 +68,10 @@ QSet<QString> startupAppsThatGo(const QSet<QString>& managed, const QSet<QString
 
 /// What a way back came to: every caller finds its own words in it.
 struct RestoreOutcome {
-    bool succeeded = false;
+    bool succeeded = false; ///< all was carried out, and everything was read back
     RestoreSource source = RestoreSource::StandardDefaults;
+    QStringList
+        missing{}; ///< names of what isn't back although all was carried out; empty where the password was refused
 
     bool operator==(const RestoreOutcome&) const = default;
 };

@@ -92,9 +92,11 @@ QString optionOf(const QString& source) {
     return options.value(source);
 }
 
+using SourceSettings = QMap<QString, PowerSettings>;
+
 /// In the order of the sources' names.
 template <typename Settings>
-QStringList commandsBySource(const QMap<QString, PowerSettings>& sources, Settings settingsOf) {
+QStringList commandsBySource(const SourceSettings& sources, Settings settingsOf) {
     QStringList commands;
     for (auto source = sources.begin(); source != sources.end(); ++source) {
         const QString settings = settingsOf(*source);
@@ -107,10 +109,50 @@ QStringList commandsBySource(const QMap<QString, PowerSettings>& sources, Settin
 }
 
 template <typename Settings>
-bool isTheSameOnAll(const QMap<QString, PowerSettings>& sources, Settings settingsOf) {
+bool isTheSameOnAll(const SourceSettings& sources, Settings settingsOf) {
     return std::all_of(sources.begin(), sources.end(), [&](const PowerSettings& settings) {
         return settingsOf(settings) == settingsOf(sources.first());
     });
+}
+
+PowerSettings listedIn(PowerSettings captured, const PowerSettings& now) {
+    for (const auto setting :
+         {&PowerSettings::standby, &PowerSettings::disksleep, &PowerSettings::sleep, &PowerSettings::sms}) {
+        if (!(now.*setting)) {
+            (captured.*setting).reset();
+        }
+    }
+    return captured;
+}
+
+/// What was captured and can be written now; under an empty name where the sources weren't told apart.
+SourceSettings writablePower(const SystemSnapshot& snapshot, const Reading<QList<PowerSource>>& now) {
+    const SourceSettings captured = snapshot.powerBySource.value_or(
+        SourceSettings{{{}, {snapshot.pmsetStandby, snapshot.pmsetDisksleep, snapshot.pmsetSleep, snapshot.pmsetSms}}});
+    if (!now.value) {
+        return captured;
+    }
+    SourceSettings writable;
+    if (!snapshot.powerBySource) {
+        writable.insert({}, listedIn(captured.first(), firstListed(*now.value)));
+    }
+    for (const PowerSource& source : *now.value) {
+        if (snapshot.powerBySource && captured.contains(source.name)) {
+            writable.insert(source.name, listedIn(captured.value(source.name), source.settings));
+        }
+    }
+    return writable;
+}
+
+template <typename Settings>
+QStringList powerCommandsBack(const SystemSnapshot& snapshot, const Reading<QList<PowerSource>>& now,
+                              Settings settingsOf) {
+    const SourceSettings sources = writablePower(snapshot, now);
+    if (!isTheSameOnAll(sources, settingsOf)) {
+        return commandsBySource(sources, settingsOf);
+    }
+    const QString settings = sources.isEmpty() ? QString() : settingsOf(sources.first());
+    return settings.isEmpty() ? QStringList() : QStringList{u"pmset -a"_s + settings};
 }
 
 QString sleepOf(const PowerSettings& settings) {
@@ -208,7 +250,8 @@ QList<TweakStep> restoreSteps(const SystemSnapshot& snapshot, const CurrentSetti
 }
 
 QStringList restoreSystemCommands(const SystemSnapshot& snapshot, const CurrentSettings& current) {
-    QStringList commands = sleepCommandsBack(snapshot) + motionSensorCommandsBack(snapshot);
+    QStringList commands =
+        sleepCommandsBack(snapshot, current.power) + motionSensorCommandsBack(snapshot, current.power);
     commands += indexingCommandsBack(snapshot, current.indexing.value.value_or(QList<IndexedVolume>()));
     if (snapshot.timeMachineEnabled) {
         commands.append(timeMachineCommand(*snapshot.timeMachineEnabled));
@@ -216,19 +259,12 @@ QStringList restoreSystemCommands(const SystemSnapshot& snapshot, const CurrentS
     return commands + systemPreferenceCommandsBack(snapshot, current);
 }
 
-QStringList sleepCommandsBack(const SystemSnapshot& snapshot) {
-    if (snapshot.powerBySource && !isTheSameOnAll(*snapshot.powerBySource, sleepOf)) {
-        return commandsBySource(*snapshot.powerBySource, sleepOf);
-    }
-    const QString settings = sleepSettings(snapshot.pmsetStandby, snapshot.pmsetDisksleep, snapshot.pmsetSleep);
-    return settings.isEmpty() ? QStringList() : QStringList{u"pmset -a"_s + settings};
+QStringList sleepCommandsBack(const SystemSnapshot& snapshot, const Reading<QList<PowerSource>>& now) {
+    return powerCommandsBack(snapshot, now, sleepOf);
 }
 
-QStringList motionSensorCommandsBack(const SystemSnapshot& snapshot) {
-    if (snapshot.powerBySource && !isTheSameOnAll(*snapshot.powerBySource, motionSensorOf)) {
-        return commandsBySource(*snapshot.powerBySource, motionSensorOf);
-    }
-    return snapshot.pmsetSms ? QStringList{motionSensorCommand(shellWord(*snapshot.pmsetSms))} : QStringList();
+QStringList motionSensorCommandsBack(const SystemSnapshot& snapshot, const Reading<QList<PowerSource>>& now) {
+    return powerCommandsBack(snapshot, now, motionSensorOf);
 }
 
 QStringList indexingCommandsBack(const SystemSnapshot& snapshot, const QList<IndexedVolume>& now) {

@@ -38,10 +38,12 @@ QStringList restoreSystemCommands(const SystemSnapshot& snapshot, const CurrentS
 
 // Its parts.
 
-/// The three settings of sleep that were captured: by source of power where that is known and matters.
-QStringList sleepCommandsBack(const SystemSnapshot& snapshot);
+/// The three settings of sleep that were captured: by source of power where that is known and matters. Of each source only what this Mac
+/// lists for it now: what it lacks keeps none of the others from coming back, and a source that isn't there now gets no command.
+/// @param now  everything is written where nobody knows what is listed
+QStringList sleepCommandsBack(const SystemSnapshot& snapshot, const Reading<QList<PowerSource>>& now);
 /// The motion sensor, in the same way.
-QStringList motionSensorCommandsBack(const SystemSnapshot& snapshot);
+QStringList motionSensorCommandsBack(const SystemSnapshot& snapshot, const Reading<QList<PowerSource>>& now);
 /// Each volume that isn't as it was; where only the files' is known, all.
 QStringList indexingCommandsBack(const SystemSnapshot& snapshot, const QList<IndexedVolume>& now);
 /// The system's own switches that aren't as they were. What wasn't captured goes where it is off: macOS's own choice is on.

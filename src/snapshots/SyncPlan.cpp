@@ -116,13 +116,13 @@ private:
         if (m_settings.usbPower || sleep == LeftOff::GoesBackToStandard) {
             settings = powerCommand(m_settings.usbPower).mid(u"pmset -a"_s.size());
         } else if (sleep == LeftOff::GoesBackToOwn) {
-            back = sleepCommandsBack(*m_own.captured);
+            back = sleepCommandsBack(*m_own.captured, m_current.power);
         }
         const LeftOff sensor = m_settings.sms ? LeftOff::NotHere : toldLeftOff(&Settings::sms);
         if (m_settings.sms || sensor == LeftOff::GoesBackToStandard) {
             settings += u" sms "_s + (m_settings.sms ? kMotionSensorOff : kMotionSensorOn);
         } else if (sensor == LeftOff::GoesBackToOwn) {
-            back += motionSensorCommandsBack(*m_own.captured);
+            back += motionSensorCommandsBack(*m_own.captured, m_current.power);
         }
         if (!settings.isEmpty()) {
             m_plan.systemCommands.append(u"pmset -a"_s + settings);

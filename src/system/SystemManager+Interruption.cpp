@@ -2,6 +2,7 @@
 
 #include "core/AdminBatch.h"
 #include "core/AdminPrompts.h"
+#include "core/JsonErrors.h"
 #include "core/UserDefaultKeys.h"
 #include "flows/FlowJournal.h"
 #include "flows/FlowSteps.h"
@@ -235,8 +236,14 @@ QCoro::Task<InterruptedOutcome> SystemManager::goBackFromInterrupted(FlowRecord 
     const bool isNetworkBack = co_await network.settle();
     hasNetwork = hasNetwork && (isNetworkBack || !isFinished);
     invalidateStartupCaches();
+    QStringList missing;
+    if (before.settings) {
+        missing = co_await readBack(before.settings, ReadBackOf::Tweaks, std::nullopt, areSettingsBack);
+    }
     InterruptedOutcome outcome;
-    outcome.succeeded = areSettingsBack && hasNetwork && isFinished && !isQuitting();
+    outcome.restore = RestoreOutcome{false, RestoreSource::Snapshot, isFinished ? missing : QStringList()};
+    outcome.succeeded = areSettingsBack && hasNetwork && isFinished && missing.isEmpty() && !isQuitting();
+    outcome.restore->succeeded = outcome.succeeded;
     if (outcome.succeeded) {
         writeProgramNotes(before.notes, m_host.defaults);
         m_journal->forget();

@@ -68,8 +68,13 @@ QCoro::Task<void> SystemManager::strikeRestoredTweaks(PerformanceSettings wanted
     if (!isOneLeftOff) {
         co_return;
     }
-    const OwnSettings own = readOwnSettings(m_host);
     const CurrentSettings current = co_await lookAtTweaks();
+    strikeTweaksSeenBack(current);
+}
+
+void SystemManager::strikeTweaksSeenBack(const CurrentSettings& current) {
+    const QStringList noted = m_host.defaults.stringArray(kQuorvaneChangedTweaks);
+    const OwnSettings own = readOwnSettings(m_host);
     const QStringList left = sorted(QSet<QString>(noted.begin(), noted.end()) - tweaksThatAreBack(own, current));
     if (left.isEmpty()) {
         m_host.defaults.remove(kQuorvaneChangedTweaks);

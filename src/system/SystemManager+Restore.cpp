@@ -5,6 +5,7 @@
 #include "core/AdminScript.h"
 #include "flows/FlowJournal.h"
 #include "flows/FlowSteps.h"
+#include "matching/SystemVerification.h"
 #include "network/NetworkServices.h"
 #include "network/NetworkServicesBack.h"
 #include "network/SwitchedOffServices.h"
@@ -21,7 +22,6 @@
 
 #include <QCoroTask>
 
-#include <algorithm>
 #include <utility>
 
 namespace quorvane {
@@ -70,6 +70,12 @@ QString sourceLine(const RestoreBaseline& baseline) {
                                                  : u"  [INFO] Using your settings as they were before Quorvane."_s;
 }
 
+/// A refused password says all that there is to say: what isn't back then isn't named.
+void takeReadBack(const QStringList& missing, bool isCarriedOut, bool isFinished, RestoreOutcome& outcome) {
+    outcome.missing = isFinished ? missing : QStringList();
+    outcome.succeeded = isCarriedOut && missing.isEmpty();
+}
+
 /// False where none was known, or a name's tail behind a "|" stands there.
 bool isFileKnown(const LoginItemSnapshot& item) {
     return item.path.startsWith(u'/');
@@ -106,8 +112,11 @@ QCoro::Task<bool> SystemManager::restoreFromSnapshot(SystemSnapshot snapshot) {
     const CurrentSettings current = co_await lookAtTweaks(volumesFor(snapshot));
     const bool isNotificationCenterBack =
         co_await runStepsOfNotificationCenter(restoreSteps(snapshot, current, notificationCenterPreferences()));
-    const QStringList systemCommands =
-        co_await effectiveCommands(restoreSystemCommands(snapshot, current), BackupSwitch::OfWayBack);
+    QStringList commands = restoreSystemCommands(snapshot, current);
+    if (!snapshot.timeMachineEnabled && m_verification->readings().hasSwitchedBackupsOff()) {
+        commands.append(timeMachineCommand(true)); // nobody knows what the user had, but who switched them off
+    }
+    const QStringList systemCommands = co_await effectiveCommands(commands, BackupSwitch::OfWayBack);
     if (!systemCommands.isEmpty()) {
         log(u"  [ACTION] Requesting Admin rights to restore captured system settings..."_s);
         const CommandResult result = co_await m_adminBatch->runTolerantly(systemCommands, kSystemChangesPrompt);
@@ -231,11 +240,8 @@ QCoro::Task<std::optional<QMap<QString, bool>>> SystemManager::queueNetworkServi
 }
 
 /// Reads anew what has been switched.
-/// @return false where a service is there and isn't as it was captured; one that has gone is no failure
-QCoro::Task<bool> SystemManager::settleNetworkServices(QMap<QString, bool> switched) {
-    if (switched.isEmpty()) {
-        co_return true;
-    }
+/// @return the services as they are now
+QCoro::Task<QList<NetworkServiceState>> SystemManager::settleNetworkServices(QMap<QString, bool> switched) {
     const QList<NetworkServiceState> services = co_await readNetworkServices();
     const QStringList missed = servicesNotAsCaptured(switched, services);
     if (missed.size() < switched.size()) {
@@ -244,10 +250,7 @@ QCoro::Task<bool> SystemManager::settleNetworkServices(QMap<QString, bool> switc
     for (const QString& name : missed) {
         log(notRestoredLine(name));
     }
-    const bool isOneStillThere =
-        std::any_of(services.begin(), services.end(),
-                    [&missed](const NetworkServiceState& service) { return missed.contains(service.name); });
-    co_return !services.isEmpty() && !isOneStillThere;
+    co_return std::as_const(services);
 }
 
 KeptOff SystemManager::keptOff() {
@@ -283,11 +286,12 @@ QCoro::Task<RestoreOutcome> SystemManager::revertPerformanceTweaks(std::optional
     m_journal->strike(kSettingsStep);
     const bool isFinished =
         co_await finishAdminBatch(u"Quorvane needs your administrator password to restore performance tweaks."_s);
+    const std::optional<SystemSnapshot> goneBackTo = baseline ? std::optional(baseline->snapshot) : std::nullopt;
     if (isFinished) {
-        co_await lookAtRestoredBackups(baseline ? baseline->snapshot.timeMachineEnabled : std::nullopt);
+        co_await lookAtRestoredBackups(goneBackTo ? goneBackTo->timeMachineEnabled : std::nullopt);
     }
-    co_await strikeRestoredTweaks(PerformanceSettings());
-    outcome.succeeded = isRestored && isFinished && !isQuitting();
+    const QStringList missing = co_await readBack(goneBackTo, ReadBackOf::Tweaks, std::nullopt, isRestored);
+    takeReadBack(missing, isRestored && isFinished && !isQuitting(), isFinished, outcome);
     co_return outcome;
 }
 
@@ -298,10 +302,10 @@ QCoro::Task<RestoreOutcome> SystemManager::reinstateSystem(std::optional<FoundBa
     co_await m_launchItems->launchd().settleInterrupted();
     const std::optional<RestoreBaseline> baseline = co_await selectRestoreBaseline(std::move(found));
     if (baseline) {
+        outcome = co_await reinstateFromSnapshot(baseline->snapshot);
         outcome.source = baseline->source;
-        outcome.succeeded = co_await reinstateFromSnapshot(baseline->snapshot);
     } else {
-        outcome.succeeded = co_await reinstateStandardSettings();
+        outcome = co_await reinstateStandardSettings();
     }
     invalidateStartupCaches();
     co_return outcome;
@@ -309,7 +313,8 @@ QCoro::Task<RestoreOutcome> SystemManager::reinstateSystem(std::optional<FoundBa
 
 /// The tweaks, and what the records tell: nobody needs a snapshot to know what is switched off by the program. Launch items that an
 /// earlier version put aside stay there.
-QCoro::Task<bool> SystemManager::reinstateStandardSettings() {
+QCoro::Task<RestoreOutcome> SystemManager::reinstateStandardSettings() {
+    RestoreOutcome outcome;
     log(u"  [INFO] No system snapshot found — using standard restore."_s);
     KeptOff kept;
     kept.plists = m_launchItems->unrecordedPlaces();
@@ -330,20 +335,21 @@ QCoro::Task<bool> SystemManager::reinstateStandardSettings() {
     if (isFinished) {
         co_await lookAtRestoredBackups(std::nullopt);
     }
-    co_await strikeRestoredTweaks(PerformanceSettings());
-    const bool succeeded = isRestored && hasNetwork && isFinished && !isQuitting();
-    co_return succeeded;
+    const QStringList missing = co_await readBack(std::nullopt, ReadBackOf::WholeSystem, std::nullopt, isRestored);
+    takeReadBack(missing, isRestored && hasNetwork && isFinished && !isQuitting(), isFinished, outcome);
+    co_return outcome;
 }
 
 /// The tweaks and everything that a startup configuration changed, in the batch that is open.
-QCoro::Task<bool> SystemManager::reinstateFromSnapshot(SystemSnapshot snapshot) {
+QCoro::Task<RestoreOutcome> SystemManager::reinstateFromSnapshot(SystemSnapshot snapshot) {
+    RestoreOutcome outcome;
     log(u"\nReinstating from saved system snapshot%1..."_s.arg(suffixOf(snapshot)));
     queueKeptLaunchItems();
     const bool isRestored = co_await restoreFromSnapshot(snapshot);
     m_journal->strike(kSettingsStep);
     co_await restoreLoginItems(snapshot);
     m_journal->strike(kLoginItemsStep);
-    const std::optional<QMap<QString, bool>> services = co_await queueNetworkServices(snapshot);
+    const std::optional<QMap<QString, bool>> switched = co_await queueNetworkServices(snapshot);
     co_await restoreLaunchItems();
     m_journal->strike(kLaunchItemsStep);
     co_await m_backgroundItems->restore();
@@ -356,15 +362,19 @@ QCoro::Task<bool> SystemManager::reinstateFromSnapshot(SystemSnapshot snapshot) 
     co_await settleKeptLaunchItems();
     co_await m_backgroundItems->settleRestored();
     const bool areNewerBack = co_await newer.settle();
-    bool hasNetwork = services.has_value() && areNewerListed && (areNewerBack || !isFinished);
+    const bool isNewerSettled = areNewerListed && (areNewerBack || !isFinished);
+    std::optional<QList<NetworkServiceState>> services;
+    if (!switched) {
+        services = QList<NetworkServiceState>(); // they can't be listed
+    } else if (isFinished && !switched->isEmpty()) {
+        services = co_await settleNetworkServices(*switched);
+    }
     if (isFinished) {
-        const bool isSettled = co_await settleNetworkServices(services.value_or(QMap<QString, bool>()));
-        hasNetwork = hasNetwork && isSettled;
         co_await lookAtRestoredBackups(snapshot.timeMachineEnabled);
     }
-    co_await strikeRestoredTweaks(PerformanceSettings());
-    const bool succeeded = isRestored && hasNetwork && isFinished && !isQuitting();
-    co_return succeeded;
+    const QStringList missing = co_await readBack(snapshot, ReadBackOf::WholeSystem, services, isRestored);
+    takeReadBack(missing, isRestored && isNewerSettled && isFinished && !isQuitting(), isFinished, outcome);
+    co_return outcome;
 }
 
 } // namespace quorvane

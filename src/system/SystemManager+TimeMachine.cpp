@@ -20,15 +20,17 @@ const QString kWhereAccessIsGiven =
 } // namespace
 
 /// Root's commands without that for Time Machine where it isn't set up, or where it may not be read: it would be refused, and
-/// the line drops the refusal. Before a profile's switches the backups off, that is noted, since a later look may not be
-/// permitted any more.
+/// the line drops the refusal. Backups that the program has switched off are switched on all the same: macOS may let root do it, and
+/// nobody else will. Before a profile's switches the backups off, that is noted, since a later look may not be permitted any more.
 QCoro::Task<QStringList> SystemManager::effectiveCommands(QStringList commands, BackupSwitch origin) {
     const bool switchesOff = commands.contains(timeMachineCommand(false));
     if (!switchesOff && !commands.contains(timeMachineCommand(true))) {
         co_return commands;
     }
     const Reading<TimeMachineState> state = co_await m_verification->readings().readTimeMachineState();
-    if (!isSwitchable(state.value)) {
+    const bool isOwed = state.value == TimeMachineState::NotPermitted && !switchesOff &&
+                        m_verification->readings().hasSwitchedBackupsOff();
+    if (!isSwitchable(state.value) && !isOwed) {
         commands.removeAll(timeMachineCommand(true));
         commands.removeAll(timeMachineCommand(false));
     }

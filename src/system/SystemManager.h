@@ -426,6 +426,7 @@ private:
     std::function<bool(const MacPreference&)> mayChange() const;
     void noteChangedTweaks(const PerformanceSettings& settings, const CurrentSettings& current);
     QCoro::Task<void> strikeRestoredTweaks(PerformanceSettings wanted);
+    void strikeTweaksSeenBack(const CurrentSettings& current);
     QCoro::Task<bool> isNotificationCenterOff();
     QCoro::Task<bool> runStepsOfNotificationCenter(QList<TweakStep> steps);
 
@@ -455,14 +456,20 @@ private:
     SnapshotManager snapshotManager() const;
 
     // SystemManager+Restore.cpp
-    QCoro::Task<bool> reinstateFromSnapshot(SystemSnapshot snapshot);
-    QCoro::Task<bool> reinstateStandardSettings();
+    QCoro::Task<RestoreOutcome> reinstateFromSnapshot(SystemSnapshot snapshot);
+    QCoro::Task<RestoreOutcome> reinstateStandardSettings();
     QCoro::Task<void> restoreLoginItems(SystemSnapshot snapshot);
     QCoro::Task<void> hideLoginItemsAsCaptured(SystemSnapshot snapshot);
     QCoro::Task<void> removeAddedApplications(SystemSnapshot snapshot);
     QCoro::Task<void> takeOutAdded(QSet<QString> notUsers);
     QCoro::Task<std::optional<QMap<QString, bool>>> queueNetworkServices(SystemSnapshot snapshot);
-    QCoro::Task<bool> settleNetworkServices(QMap<QString, bool> switched);
+    QCoro::Task<QList<NetworkServiceState>> settleNetworkServices(QMap<QString, bool> switched);
+
+    // SystemManager+ReadBack.cpp
+    enum class ReadBackOf { Tweaks, WholeSystem };
+    QCoro::Task<QStringList> readBack(std::optional<SystemSnapshot> goneBackTo, ReadBackOf which,
+                                      std::optional<QList<NetworkServiceState>> services,
+                                      bool isNotificationCenterBack);
 
     // SystemManager+WaysBack.cpp
     QCoro::Task<RestoreOutcome> removeStartupAppsAndRevert(RecordedFlow flow, std::optional<FoundBaseline> found);

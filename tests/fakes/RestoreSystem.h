@@ -9,8 +9,12 @@
 namespace quorvane {
 
 /// A scripted system with something to go back to.
+/// What is written to the preferences is read there again, `tmutil` does what root's line tells it, and Spotlight and power are as a
+/// fresh macOS has them.
 class RestoreSystem : public StartupSystem {
 protected:
+    RestoreSystem();
+
     inline static const QString kSnapshotFile =
         u"/Users/alex/Library/Application Support/Quorvane/system_snapshot.json"_s;
     inline static const QString kHomeBaseline = u"/Users/alex/.quorvane/master-baseline-current.json"_s;
@@ -23,6 +27,14 @@ protected:
     /// As files were written before they held an id, unless one is given.
     void saveBaseline(const QString& path, const SystemSnapshot& snapshot, const QString& deviceName = u"Studio"_s,
                       const std::optional<QString>& deviceId = {});
+
+    /// The end of each way back: a look at everything, and what it has shown of what `usersOwn` says.
+    /// @param further  the tweaks beside those that are preferences alone
+    /// @param beside   what isn't a tweak
+    static QString readBack(const QStringList& further = {}, const QStringList& beside = {},
+                            const QString& afterLook = {});
+    /// The same without a snapshot.
+    static QString readBackOfStandard();
 
     inline static const QString kRestoreSteps =
         kLookAtTweaks + u"$ /usr/bin/defaults delete NSGlobalDomain NSAppSleepDisabled\n"
@@ -63,6 +75,11 @@ protected:
         u"pmset -a standby 1 disksleep 10 sleep 1 ; mdutil -a -i on || true ; tmutil enable || true ; pmset -a sms 1"_s;
     inline static const QString kCancelled =
         u"  [ERROR] Administrator authorization was cancelled or failed: User canceled.\n"_s;
+
+private:
+    std::optional<CommandOutcome> answerOfPreferences(const QStringList& arguments);
+
+    QMap<QString, std::optional<QString>> m_written; ///< by domain and key; none where the key was deleted
 };
 
 } // namespace quorvane

@@ -219,7 +219,19 @@ private:
         m_trip.wayBack = m_draw.oneIn(2) ? WayBack::Revert : WayBack::Reinstate;
         m_trip.itemsAtReturn = look().items();
         m_trip.managedAtReturn = m_system->managedStartupAppPaths();
-        EXPECT_TRUE(QCoro::waitFor(way()).succeeded);
+        const RestoreOutcome outcome = QCoro::waitFor(way());
+        QStringList missing = outcome.missing;
+        missing.removeIf([this](const QString& name) { return isExplained(name); });
+        EXPECT_EQ(missing, QStringList());
+        EXPECT_EQ(outcome.succeeded, outcome.missing.isEmpty());
+    }
+    /// What the read-back may miss because the program couldn't ask or be told, and what System Events can't be told of.
+    bool isExplained(const QString& name) const {
+        if (name == u"Time Machine") {
+            return !m_trip.mayChangeBackups;
+        }
+        return name == u"login items" ? !m_trip.mayAskSystemEvents
+                                      : name.startsWith(u"login item ") && name.contains(u'|');
     }
     QCoro::Task<RestoreOutcome> way() {
         if (m_trip.wayBack == WayBack::Reinstate) {

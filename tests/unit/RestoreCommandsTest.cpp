@@ -199,13 +199,35 @@ TEST(RestoreCommands, bringSleepBackByTheSourceOfPower) {
     snapshot.powerBySource =
         QMap<QString, PowerSettings>{{u"AC Power"_s, {u"0"_s, u"10"_s, u"0"_s, std::nullopt}},
                                      {u"Battery Power"_s, {u"1"_s, u"10"_s, u"5"_s, std::nullopt}}};
-    EXPECT_EQ(sleepCommandsBack(snapshot), (QStringList{u"pmset -c standby 0 disksleep 10 sleep 0"_s,
+    EXPECT_EQ(sleepCommandsBack(snapshot, {}), (QStringList{u"pmset -c standby 0 disksleep 10 sleep 0"_s,
                                                         u"pmset -b standby 1 disksleep 10 sleep 5"_s}));
     snapshot.powerBySource->insert(u"AC Power"_s, (*snapshot.powerBySource)[u"Battery Power"_s]);
-    EXPECT_EQ(sleepCommandsBack(snapshot), QStringList(u"pmset -a standby 1 disksleep 10 sleep 5"_s));
+    EXPECT_EQ(sleepCommandsBack(snapshot, {}), QStringList(u"pmset -a standby 1 disksleep 10 sleep 5"_s));
     snapshot.powerBySource = QMap<QString, PowerSettings>{{u"Solar Power"_s, {u"0"_s, {}, {}, {}}},
                                                           {u"UPS Power"_s, {std::nullopt, {}, u"9; reboot"_s, {}}}};
-    EXPECT_EQ(sleepCommandsBack(snapshot), QStringList(u"pmset -u sleep '9; reboot'"_s));
+    EXPECT_EQ(sleepCommandsBack(snapshot, {}), QStringList(u"pmset -u sleep '9; reboot'"_s));
+}
+
+TEST(RestoreCommands, bringBackOfEachSourceWhatIsListedForItNow) {
+    SystemSnapshot snapshot = powerSnapshot(u"1"_s, u"10"_s, u"5"_s);
+    snapshot.pmsetSms = u"1"_s;
+    snapshot.powerBySource = QMap<QString, PowerSettings>{{u"AC Power"_s, {u"0"_s, u"10"_s, u"0"_s, u"1"_s}},
+                                                          {u"Battery Power"_s, {u"1"_s, u"10"_s, u"5"_s, u"0"_s}},
+                                                          {u"UPS Power"_s, {u"1"_s, u"1"_s, u"1"_s, u"1"_s}}};
+    const auto listed = [](const QList<PowerSource>& sources) {
+        return Reading<QList<PowerSource>>::answered(sources);
+    };
+    const auto both = listed({{u"Battery Power"_s, {{}, u"0"_s, u"0"_s, {}}}, {u"AC Power"_s, {u"0"_s, {}, u"0"_s, {}}}});
+    EXPECT_EQ(sleepCommandsBack(snapshot, both),
+              (QStringList{u"pmset -c standby 0 sleep 0"_s, u"pmset -b disksleep 10 sleep 5"_s}));
+    EXPECT_EQ(motionSensorCommandsBack(snapshot, both), QStringList());
+    EXPECT_EQ(sleepCommandsBack(snapshot, listed({{u"AC Power"_s, {u"0"_s, u"0"_s, u"0"_s, {}}}})),
+              QStringList(u"pmset -a standby 0 disksleep 10 sleep 0"_s))
+        << "one source alone";
+    EXPECT_EQ(sleepCommandsBack(snapshot, listed({{u"Solar Power"_s, {u"0"_s, {}, {}, {}}}})), QStringList());
+    snapshot.powerBySource.reset();
+    EXPECT_EQ(sleepCommandsBack(snapshot, both), QStringList(u"pmset -a standby 1 disksleep 10 sleep 5"_s));
+    EXPECT_EQ(motionSensorCommandsBack(snapshot, both), QStringList()) << "this Mac has none";
 }
 
 TEST(RestoreCommands, bringTheMotionSensorBackByTheSourceOfPower) {
@@ -213,9 +235,9 @@ TEST(RestoreCommands, bringTheMotionSensorBackByTheSourceOfPower) {
     snapshot.pmsetSms = u"1"_s;
     snapshot.powerBySource =
         QMap<QString, PowerSettings>{{u"AC Power"_s, {{}, {}, {}, u"0"_s}}, {u"Battery Power"_s, {{}, {}, {}, u"1"_s}}};
-    EXPECT_EQ(motionSensorCommandsBack(snapshot), (QStringList{u"pmset -c sms 0"_s, u"pmset -b sms 1"_s}));
+    EXPECT_EQ(motionSensorCommandsBack(snapshot, {}), (QStringList{u"pmset -c sms 0"_s, u"pmset -b sms 1"_s}));
     (*snapshot.powerBySource)[u"AC Power"_s].sms = u"1"_s;
-    EXPECT_EQ(motionSensorCommandsBack(snapshot), QStringList(u"pmset -a sms 1"_s));
+    EXPECT_EQ(motionSensorCommandsBack(snapshot, {}), QStringList(u"pmset -a sms 1"_s));
 }
 
 TEST(RestoreCommands, bringEachVolumeBackThatIsNotAsItWas) {

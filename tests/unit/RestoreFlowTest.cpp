@@ -179,7 +179,8 @@ TEST_F(RestoreFlow, revertsTheTweaksAndLeavesEverythingElse) {
     save(snapshot);
     EXPECT_EQ(revert(), (RestoreOutcome{true, RestoreSource::Snapshot}));
     EXPECT_EQ(takeTrace(), u"\nRestoring from saved system snapshot (Tour)...\n"_s + kRestoreSteps + kAction +
-                               kApplied + prompted(u"pmset -a sms 1"_s, kRevertPrompt));
+                               kApplied + prompted(u"pmset -a sms 1"_s, kRevertPrompt) +
+                               readBack({u"Motion Sensor"_s}));
     EXPECT_EQ(system.adminBatchDepth(), 0);
 }
 
@@ -187,7 +188,7 @@ TEST_F(RestoreFlow, revertsToStandardDefaultsWhereNothingWasCaptured) {
     EXPECT_EQ(revert(), (RestoreOutcome{true, RestoreSource::StandardDefaults}));
     const QString log = takeTrace();
     EXPECT_TRUE(log.startsWith(u"\nUndoing Audio Performance tweaks (no snapshot — using standard defaults)...\n"_s));
-    EXPECT_TRUE(log.endsWith(prompted(kUndoLine, kRevertPrompt)));
+    EXPECT_TRUE(log.endsWith(prompted(kUndoLine, kRevertPrompt) + readBackOfStandard()));
 }
 
 TEST_F(RestoreFlow, revertsToABaselineAlthoughTheSnapshotFileIsDamaged) {
@@ -203,7 +204,8 @@ TEST_F(RestoreFlow, isFalseAfterACancelAlthoughTheLogHasItsLastLine) {
     scripts.failNext(u"User canceled."_s);
     EXPECT_EQ(revert(), (RestoreOutcome{false, RestoreSource::Snapshot}));
     EXPECT_EQ(takeTrace(), u"\nRestoring from saved system snapshot...\n"_s + kRestoreSteps + kAction + kApplied +
-                               prompted(u"pmset -a sms 1"_s, kRevertPrompt) + kCancelled);
+                               prompted(u"pmset -a sms 1"_s, kRevertPrompt) + kCancelled +
+                               readBack({u"Motion Sensor"_s}));
 }
 
 // ---- Time Machine
@@ -215,12 +217,15 @@ TEST_F(RestoreFlow, saysThatTimeMachineStaysOffOnceTheBatchHasSwitchedIt) {
     EXPECT_TRUE(revert().succeeded);
     const QString looked = reading::traced({reading::kTimeMachine});
     EXPECT_TRUE(takeTrace().endsWith(looked + kAction + kApplied +
-                                     prompted(u"tmutil disable || true"_s, kRevertPrompt) + looked + kStaysOff));
+                                     prompted(u"tmutil disable || true"_s, kRevertPrompt) + looked + kStaysOff +
+                                     readBack({u"Time Machine"_s})));
     EXPECT_TRUE(reinstate().succeeded);
-    EXPECT_TRUE(takeTrace().endsWith(prompted(u"tmutil disable || true"_s, kNeutral) + looked + kStaysOff));
+    EXPECT_TRUE(takeTrace().endsWith(prompted(u"tmutil disable || true"_s, kNeutral) + looked + kStaysOff +
+                                     readBack({u"Time Machine"_s})));
     EXPECT_FALSE(defaults.boolean(kQuorvaneSwitchedBackupsOff)) << "the user had switched them off";
-    setAutomaticBackups(true); // the line of the batch drops it when `tmutil` refuses
-    EXPECT_TRUE(revert().succeeded);
+    setAutomaticBackups(true);
+    scripts.carryOut = {}; // the line of the batch drops it when `tmutil` refuses
+    EXPECT_EQ(revert(), (RestoreOutcome{false, RestoreSource::Snapshot, {u"Time Machine"_s}}));
     EXPECT_FALSE(takeTrace().contains(u"stays off"_s));
 }
 
@@ -236,7 +241,7 @@ TEST_F(RestoreFlow, leavesTimeMachineAloneWhereItMayNotBeReadAndSaysSo) {
     EXPECT_TRUE(takeTrace().endsWith(
         asked + mayNotBeRead +
         u"  [INFO] Allow Quorvane to read it in System Settings › Privacy & Security › Full Disk Access.\n"_s +
-        kAction + kApplied + prompted(u"pmset -a sms 1"_s, kRevertPrompt)));
+        kAction + kApplied + prompted(u"pmset -a sms 1"_s, kRevertPrompt) + readBack({u"Motion Sensor"_s})));
     files.removeAsRoot(kSnapshotFile);
     EXPECT_TRUE(revert().succeeded);
     const QString undone = takeTrace();
@@ -250,7 +255,8 @@ TEST_F(RestoreFlow, leavesTimeMachineAloneWithoutAWordWhereItIsNotSetUp) {
     EXPECT_TRUE(revert().succeeded);
     const QString undone = takeTrace();
     EXPECT_TRUE(undone.endsWith(prompted(
-        u"pmset -a standby 1 disksleep 10 sleep 1 ; mdutil -a -i on || true ; pmset -a sms 1"_s, kRevertPrompt)));
+        u"pmset -a standby 1 disksleep 10 sleep 1 ; mdutil -a -i on || true ; pmset -a sms 1"_s, kRevertPrompt) +
+        readBack({u"Spotlight"_s, u"USB Power"_s, u"Motion Sensor"_s})));
     EXPECT_FALSE(undone.contains(u"may not be read"_s));
 }
 
@@ -300,7 +306,12 @@ TEST_F(RestoreFlow, reinstatesTheWholeSystemUnderOnePrompt) {
                   "$> /usr/sbin/networksetup -getnetworkserviceenabled Wi-Fi\n"
                   "$> /usr/sbin/networksetup -getnetworkserviceenabled Ethernet\n"
                   "$> /usr/sbin/networksetup -getnetworkserviceenabled \"Bob's iPhone\"\n"
-                  "  [RESTORED] Network services from snapshot.\n"_s);
+                  "  [RESTORED] Network services from snapshot.\n"_s +
+                  readBack({u"Motion Sensor"_s},
+                           {u"login item Live"_s, u"login item Mail"_s, u"login item Dropbox"_s,
+                            u"network service Wi-Fi"_s, u"network service Ethernet"_s,
+                            u"network service Bob's iPhone"_s},
+                           u"$> osascript: list\n"_s));
     EXPECT_FALSE(files.exists(backup));
     EXPECT_EQ(login.size(), 4); // what has come since stays
     EXPECT_TRUE(login.last().hidden);
@@ -332,7 +343,8 @@ TEST_F(RestoreFlow, reinstatesRootsOwnCopiesBeforeEverythingElseOfTheLine) {
                   u"  [INFO] Not restored: com.vpn.plist\n"
                   "$> /usr/sbin/networksetup -listallnetworkservices\n"
                   "$> /usr/sbin/networksetup -getnetworkserviceenabled Wi-Fi\n"
-                  "  [RESTORED] Network services from snapshot.\n"_s); // root's line is only written down here
+                  "  [RESTORED] Network services from snapshot.\n"_s + // root's line is only written down here
+                  readBack({u"Motion Sensor"_s}, {u"network service Wi-Fi"_s}));
 }
 
 TEST_F(RestoreFlow, aProgramThatQuitsEndsItsWayBackAsAFailedOne) {
@@ -351,7 +363,7 @@ TEST_F(RestoreFlow, aProgramThatQuitsEndsItsWayBackAsAFailedOne) {
 TEST_F(RestoreFlow, leavesLoginItemsAndNetworkAloneWhereTheSnapshotKnowsNothingOfThem) {
     save(usersOwn());
     EXPECT_EQ(reinstate(), (RestoreOutcome{true, RestoreSource::Snapshot}));
-    EXPECT_EQ(takeTrace(), u"\nReinstating from saved system snapshot...\n"_s + kRestoreSteps + kApplied);
+    EXPECT_EQ(takeTrace(), u"\nReinstating from saved system snapshot...\n"_s + kRestoreSteps + kApplied + readBack());
 }
 
 TEST_F(RestoreFlow, leavesTheNetworkAloneWhereTheSnapshotFoundNoService) {
@@ -361,7 +373,7 @@ TEST_F(RestoreFlow, leavesTheNetworkAloneWhereTheSnapshotFoundNoService) {
     save(snapshot);
     EXPECT_TRUE(reinstate().succeeded);
     EXPECT_EQ(takeTrace(), u"\nReinstating from saved system snapshot...\n"_s + kRestoreSteps + kApplied +
-                               u"$> osascript: list\n"_s);
+                               u"$> osascript: list\n"_s + readBack({}, {}, u"$> osascript: list\n"_s));
 }
 
 TEST_F(RestoreFlow, readsTheLoginItemsAfreshBeforeItRestoresThem) {
@@ -380,7 +392,8 @@ TEST_F(RestoreFlow, saysWhichLoginItemsCouldNotBeAdded) {
     snapshot.loginItems = QList<LoginItemSnapshot>{{u"Live"_s, u"/Applications/Live.app"_s, false}};
     save(snapshot);
     deniesSystemEvents = true;
-    EXPECT_TRUE(reinstate().succeeded);
+    EXPECT_EQ(reinstate(), (RestoreOutcome{false, RestoreSource::Snapshot, {u"login items"_s}}));
+    EXPECT_TRUE(logs(u"  [MISSING] login items — could not be read"_s));
     EXPECT_TRUE(system.logMessages().contains(u"  [ERROR] Failed to add login item: Live"_s));
     EXPECT_FALSE(system.logMessages().join(u'\n').contains(u"login item(s) from snapshot"_s));
 }
@@ -405,7 +418,8 @@ TEST_F(RestoreFlow, reinstatesStandardDefaultsAloneWhereNothingWasCaptured) {
     EXPECT_TRUE(log.startsWith(u"  [INFO] No system snapshot found — using standard restore.\n"
                                "\nUndoing Audio Performance tweaks (no snapshot — using standard defaults)...\n"_s));
     EXPECT_TRUE(
-        log.endsWith(prompted(kUndoLine, u"Quorvane needs your administrator password to restore system defaults."_s)));
+        log.endsWith(prompted(kUndoLine, u"Quorvane needs your administrator password to restore system defaults."_s) +
+                     readBackOfStandard()));
     EXPECT_FALSE(log.contains(u"osascript"_s));
     EXPECT_FALSE(log.contains(u"networksetup"_s));
 }
@@ -420,7 +434,8 @@ TEST_F(RestoreFlow, whatLaunchdWasToldIsLiftedAlsoWhereNothingWasCaptured) {
     EXPECT_TRUE(log.endsWith(prompted(u"/bin/launchctl enable system/com.vpn || true ; "_s + kUndoLine,
                                       u"Quorvane needs your administrator password to restore system defaults."_s) +
                              u"? launchd\n"
-                             "  [RESTORED] 2 background item(s) allowed to start again.\n"_s));
+                             "  [RESTORED] 2 background item(s) allowed to start again.\n"_s +
+                             readBackOfStandard()));
     EXPECT_FALSE(files.exists(record));
 }
 
@@ -433,7 +448,116 @@ TEST_F(RestoreFlow, keepsWhatItWroteAsTheUserWhenReinstatingIsCancelled) {
               u"\nReinstating from saved system snapshot...\n"_s + kRestoreSteps + kApplied +
                   u"$> /usr/sbin/networksetup -listallnetworkservices\n"_s +
                   prompted(u"networksetup -setnetworkserviceenabled 'Wi-Fi' on || true"_s, kReinstatePrompt) +
-                  kCancelled);
+                  kCancelled + readBack());
+}
+
+// ---- Reading back
+
+TEST_F(RestoreFlow, namesWhatSomebodyHasChangedWhileThePromptStoodOpen) {
+    SystemSnapshot snapshot = usersOwn();
+    snapshot.pmsetSms = u"1"_s;
+    snapshot.spotlightIndexingEnabled = true;
+    save(snapshot);
+    scripts.carryOut = [this](const QString&) {
+        commands.respond = [respond = commands.respond](const QStringList& arguments) {
+            const bool isAppNap = commandLine(arguments) == reading::kAppNap;
+            return isAppNap ? std::optional(ScriptedCommandLauncher::succeeded("1\n")) : respond(arguments);
+        };
+        commands.print(reading::kPower, "AC Power:\n sms 0\n");
+        commands.print(reading::kSpotlight, reading::indexing("Indexing disabled. "));
+    };
+    EXPECT_EQ(revert(), (RestoreOutcome{false,
+                                        RestoreSource::Snapshot,
+                                        {u"App Nap"_s, u"Spotlight"_s, u"Motion Sensor"_s}}));
+    EXPECT_TRUE(logs(u"  [MISSING] App Nap — NSAppSleepDisabled is 1, was not set"_s));
+    EXPECT_TRUE(logs(u"  [MISSING] Spotlight — not as it was"_s));
+    EXPECT_TRUE(logs(u"  [MISSING] Motion Sensor — sms is 0, was 1"_s));
+    EXPECT_TRUE(logs(u"  [OK] Siri"_s));
+    EXPECT_EQ(trace.count(u"$> "_s + reading::kSpotlight), 1 + 6) << "before, and until it would have been right";
+}
+
+TEST_F(RestoreFlow, waitsForSpotlightsAnswerThatLagsBehind) {
+    SystemSnapshot snapshot = usersOwn();
+    snapshot.spotlightIndexingEnabled = true;
+    save(snapshot);
+    commands.print(reading::kSpotlight, reading::indexing("Indexing disabled. "));
+    int looks = 0;
+    commands.respond = [&looks, respond = commands.respond](const QStringList& arguments) {
+        const bool isOn = commandLine(arguments) == reading::kSpotlight && ++looks > 3;
+        return isOn ? std::optional(ScriptedCommandLauncher::succeeded(reading::indexing("Indexing enabled. ")))
+                    : respond(arguments);
+    };
+    EXPECT_TRUE(revert().succeeded);
+    EXPECT_EQ(looks, 4);
+    EXPECT_TRUE(logs(u"  [OK] Spotlight"_s));
+}
+
+TEST_F(RestoreFlow, comparesTheTypesOfWhatItHasWritten) {
+    SystemSnapshot snapshot = usersOwn();
+    snapshot.typedPreferences = TypedValues{{u"com.apple.systemsound com.apple.sound.uiaudio.enabled"_s,
+                                             *TypedValue::ofXml(u"<string>7</string>"_s)}};
+    save(snapshot);
+    const QString exported = u"/usr/bin/defaults export com.apple.systemsound -"_s;
+    const auto exportedAs = [](const QByteArray& value) {
+        return "<plist><dict><key>com.apple.sound.uiaudio.enabled</key>" + value + "</dict></plist>";
+    };
+    commands.print(exported, exportedAs("<string>7</string>"));
+    EXPECT_TRUE(revert().succeeded);
+    const QString log = takeTrace();
+    EXPECT_TRUE(log.contains(
+        u"$ /usr/bin/defaults write com.apple.systemsound com.apple.sound.uiaudio.enabled -string 7\n"_s));
+    EXPECT_TRUE(log.endsWith(readBack({}, {}, u"$> "_s + exported + u'\n')));
+    commands.print(exported, exportedAs("<integer>7</integer>"));
+    EXPECT_EQ(revert().missing, QStringList(u"UI Sounds"_s));
+    EXPECT_TRUE(logs(u"  [MISSING] UI Sounds — com.apple.sound.uiaudio.enabled is 7 (whole number), was 7 (text)"_s));
+}
+
+TEST_F(RestoreFlow, saysWhichVolumeIsNotThereNow) {
+    SystemSnapshot snapshot = usersOwn();
+    snapshot.spotlightByVolume = QMap<QString, QString>{{u"/"_s, u"on"_s}, {u"/Volumes/Samples"_s, u"off"_s}};
+    save(snapshot);
+    EXPECT_TRUE(revert().succeeded);
+    EXPECT_TRUE(logs(u"  [INFO] Not restored: Spotlight on /Volumes/Samples"_s));
+    EXPECT_TRUE(logs(u"  [OK] Spotlight"_s));
+}
+
+TEST_F(RestoreFlow, namesAnOverrideAndALaunchItemThatStayed) {
+    save(usersOwn());
+    files.addFile(u"/Users/alex/.quorvane/launchd-overrides.json"_s, R"([{"label": "com.chat", "domain": "user"}])");
+    files.addFile(u"/Users/alex/.quorvane/launch-items-put-aside.json"_s, R"(["/Library/LaunchAgents/com.vpn.plist"])");
+    files.addFile(u"/Users/alex/.quorvane_backup/_Library_LaunchAgents/com.vpn.plist"_s, "vpn");
+    commands.launchd.overrides[u"gui/501/com.chat"_s] = true;
+    commands.launchd.stubborn.insert(u"gui/501/com.chat"_s);
+    EXPECT_EQ(reinstate().missing, (QStringList{u"com.chat"_s, u"launch item com.vpn.plist"_s}));
+}
+
+// ---- Automatic backups of which nobody knows how they were
+
+TEST_F(RestoreFlow, switchesBackupsOnAgainThatTheProgramHasSwitchedOff) {
+    save(usersOwn());
+    defaults.setBoolean(kQuorvaneSwitchedBackupsOff, true);
+    EXPECT_TRUE(revert().succeeded);
+    EXPECT_TRUE(takeTrace().contains(prompted(u"tmutil enable || true"_s, kRevertPrompt)));
+    EXPECT_FALSE(defaults.boolean(kQuorvaneSwitchedBackupsOff));
+    setAutomaticBackups(false); // the user's
+    EXPECT_TRUE(revert().succeeded);
+    EXPECT_FALSE(takeTrace().contains(u"tmutil"_s));
+}
+
+TEST_F(RestoreFlow, triesThatAlsoWhereTheBackupsMayNotBeReadAndClaimsNothing) {
+    makeBackupsUnreadable();
+    scripts.carryOut = {};
+    save(usersOwn());
+    defaults.setBoolean(kQuorvaneSwitchedBackupsOff, true);
+    EXPECT_EQ(revert(), (RestoreOutcome{false, RestoreSource::Snapshot, {u"Time Machine"_s}}));
+    EXPECT_TRUE(takeTrace().contains(prompted(u"tmutil enable || true"_s, kRevertPrompt)));
+    EXPECT_TRUE(logs(u"  [MISSING] Time Machine — could not be read"_s));
+    EXPECT_TRUE(defaults.boolean(kQuorvaneSwitchedBackupsOff)) << "nobody has seen them on";
+    SystemSnapshot usersOff = usersOwn();
+    usersOff.timeMachineEnabled = false;
+    save(usersOff);
+    EXPECT_TRUE(revert().succeeded);
+    EXPECT_FALSE(takeTrace().contains(u"tmutil enable"_s));
 }
 
 // ---- Network services
@@ -451,7 +575,8 @@ TEST_F(RestoreFlow, aServiceThatIsGoneIsNamedAndFailsNothing) {
                   u"$> /usr/sbin/networksetup -listallnetworkservices\n"
                   "$> /usr/sbin/networksetup -getnetworkserviceenabled Wi-Fi\n"
                   "$> /usr/sbin/networksetup -getnetworkserviceenabled \"New LAN\"\n"
-                  "  [RESTORED] Network services from snapshot.\n"_s);
+                  "  [RESTORED] Network services from snapshot.\n"_s +
+                  readBack({}, {u"network service Wi-Fi"_s}));
 }
 
 TEST_F(RestoreFlow, whereAllServicesAreGoneNothingIsAskedOrClaimed) {
@@ -460,7 +585,8 @@ TEST_F(RestoreFlow, whereAllServicesAreGoneNothingIsAskedOrClaimed) {
     EXPECT_TRUE(reinstate().succeeded);
     EXPECT_EQ(takeTrace(), u"\nReinstating from saved system snapshot...\n"_s + kRestoreSteps + kApplied +
                                u"$> /usr/sbin/networksetup -listallnetworkservices\n"
-                               "  [INFO] Not restored: network service Dock LAN\n"_s);
+                               "  [INFO] Not restored: network service Dock LAN\n"_s +
+                               readBack());
 }
 
 TEST_F(RestoreFlow, aServiceThatGoesWhileThePromptStandsOpenIsNamedAndFailsNothing) {
@@ -468,8 +594,9 @@ TEST_F(RestoreFlow, aServiceThatGoesWhileThePromptStandsOpenIsNamedAndFailsNothi
     answerServices({u"*Dock LAN"_s, u"*Wi-Fi"_s});
     scripts.carryOut = [this](const QString&) { answerServices({u"Wi-Fi"_s}); };
     EXPECT_TRUE(reinstate().succeeded);
-    EXPECT_EQ(system.logMessages().mid(system.logMessages().size() - 2),
+    EXPECT_EQ(system.logMessages().mid(system.logMessages().indexOf(kServicesBack), 2),
               (QStringList{kServicesBack, u"  [INFO] Not restored: network service Dock LAN"_s}));
+    EXPECT_EQ(system.logMessages().last(), u"  [OK] network service Wi-Fi"_s);
 }
 
 TEST_F(RestoreFlow, aServiceThatDoesNotSwitchFailsTheWayBackWhereverItStandsInTheLine) {
@@ -482,16 +609,19 @@ TEST_F(RestoreFlow, aServiceThatDoesNotSwitchFailsTheWayBackWhereverItStandsInTh
             now.replaceInStrings(QRegularExpression(u"^"_s + unswitched), u"*"_s + unswitched);
             answerServices(now);
         };
-        EXPECT_FALSE(reinstate().succeeded);
-        EXPECT_EQ(system.logMessages().mid(system.logMessages().size() - 2),
+        EXPECT_EQ(reinstate(),
+                  (RestoreOutcome{false, RestoreSource::Snapshot, {u"network service "_s + unswitched}}));
+        EXPECT_EQ(system.logMessages().mid(system.logMessages().lastIndexOf(kServicesBack), 2),
                   (QStringList{kServicesBack, u"  [INFO] Not restored: network service "_s + unswitched}));
+        EXPECT_TRUE(logs(u"  [MISSING] network service %1 — it is off, was on"_s.arg(unswitched)));
     }
 }
 
 TEST_F(RestoreFlow, servicesThatCannotBeListedAreNotRestoredAndFailTheWayBack) {
     save(withServices({{u"Wi-Fi"_s, true}}));
     commands.fail(kListServices, 14);
-    EXPECT_FALSE(reinstate().succeeded);
+    EXPECT_EQ(reinstate(), (RestoreOutcome{false, RestoreSource::Snapshot, {u"network services"_s}}));
+    EXPECT_TRUE(logs(u"  [MISSING] network services — could not be read"_s));
     EXPECT_TRUE(logs(u"  [INFO] Not restored: network service Wi-Fi"_s));
     EXPECT_FALSE(logs(kServicesBack));
 }
@@ -500,7 +630,8 @@ TEST_F(RestoreFlow, servicesThatCannotBeReadAfterwardsAreNotClaimed) {
     save(withServices({{u"Wi-Fi"_s, true}}));
     answerServices({u"*Wi-Fi"_s});
     scripts.carryOut = [this](const QString&) { commands.fail(kListServices, 14); };
-    EXPECT_FALSE(reinstate().succeeded);
+    EXPECT_EQ(reinstate(), (RestoreOutcome{false, RestoreSource::Snapshot, {u"network services"_s}}));
+    EXPECT_TRUE(logs(u"  [MISSING] network services — could not be read"_s));
     EXPECT_TRUE(logs(u"  [INFO] Not restored: network service Wi-Fi"_s));
     EXPECT_FALSE(logs(kServicesBack));
 }
