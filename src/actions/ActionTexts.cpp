@@ -47,12 +47,6 @@ bool hadBaseline(const RestoreOutcome& outcome) {
     return outcome.source != RestoreSource::StandardDefaults;
 }
 
-/// Of a way back that was carried out, and after which something isn't as it was.
-ClosingAlert exceptionsAlert(const QStringList& missing) {
-    return warning(u"Restored, With Exceptions"_s,
-                   u"%1 setting(s) could not be restored:\n%2"_s.arg(missing.size()).arg(missing.join(u'\n')));
-}
-
 QString restoredDefaults(const RestoreOutcome& outcome) {
     return hadBaseline(outcome) ? u"Standard macOS settings restored from your saved restore baseline."_s
                                 : u"Standard macOS settings restored."_s;
@@ -189,6 +183,11 @@ ClosingAlert snapshotAlert(const SnapshotCapture& capture, MasterArchive archive
             u"Your current system setup has been saved, but not as a master baseline. Check the Logs tab for details."_s);
     }
     return {u"Snapshot Saved"_s, u"Your current system setup has been saved as the restore baseline."_s};
+}
+
+ClosingAlert exceptionsAlert(const QStringList& missing) {
+    return warning(u"Restored, With Exceptions"_s,
+                   u"%1 setting(s) could not be restored:\n%2"_s.arg(missing.size()).arg(missing.join(u'\n')));
 }
 
 ClosingAlert undoAlert(const RestoreOutcome& outcome) {

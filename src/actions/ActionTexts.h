@@ -62,6 +62,9 @@ ClosingAlert snapshotAlert(const SnapshotCapture& capture, MasterArchive archive
 // Those of the ways back go by the record's source: they speak of a snapshot or a baseline where the user's own values
 // came back.
 
+/// Of a way back that was carried out, and after which something isn't as it was.
+/// @param missing  the names of that
+ClosingAlert exceptionsAlert(const QStringList& missing);
 /// Of "Undo Performance Tweaks".
 ClosingAlert undoAlert(const RestoreOutcome& outcome);
 enum class LoginItemsAre { Unchanged, Changed };

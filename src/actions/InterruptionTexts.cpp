@@ -80,6 +80,9 @@ ClosingAlert goneBackAlert(const FlowRecord& interrupted, const InterruptedOutco
         return {u"Success"_s, u"Your Mac is as it was before %1 was applied."_s.arg(quotedName(interrupted)),
                 AlertStyle::Success};
     }
+    if (outcome.restore && !outcome.restore->missing.isEmpty()) {
+        return exceptionsAlert(outcome.restore->missing);
+    }
     return {u"Not Gone Back"_s,
             u"Not everything is as it was before %1 was applied. Check the Logs tab for details."_s.arg(
                 quotedName(interrupted)),

@@ -321,9 +321,12 @@ QCoro::Task<RestoreOutcome> SystemManager::reinstateStandardSettings() {
     m_launchItems->queueKept(kept);
     co_await m_launchItems->launchd().liftUsersOverrides();
     const bool isRestored = co_await undoPerformanceTweaks();
+    m_journal->strike(kSettingsStep);
+    m_journal->strike(kLoginItemsStep); // nothing is known of them
     NetworkServicesBack network(*this, *m_adminBatch);
     bool hasNetwork = co_await network.queue({}, {});
     co_await m_launchItems->bringBack(kept);
+    m_journal->strike(kLaunchItemsStep);
     co_await m_backgroundItems->restore();
     const bool isFinished =
         co_await finishAdminBatch(u"Quorvane needs your administrator password to restore system defaults."_s);
