@@ -274,18 +274,6 @@ bool ranBefore(const Difference& difference, const RoundTrip& trip) {
                        [&](const Json& process) { return textOfJson(process["name"]) == name; });
 }
 
-bool isNewRunOfLaunchItem(const Difference& difference, const RoundTrip& trip) {
-    const auto job = launchItemJob(difference);
-    const bool isJob = job && wasLoaded(trip, *job) && (job->property == u"pid" || job->property == u"lastExitStatus");
-    return difference.after && (isJob || (isOfItsProcess(difference) && ranBefore(difference, trip)));
-}
-
-/// Whether launchd's override of a launch item differs.
-bool isOfItsOverride(const Difference& difference) {
-    static const QRegularExpression form(u"\\Astate launchd/disabled/(user~1501|system)/com\\.launch\\."_s);
-    return form.match(difference.key).hasMatch();
-}
-
 /// Of a record, or one that a profile switches off although there is none.
 bool isBackgroundLabel(const QString& label, const RoundTrip& trip) {
     const Json& records = trip.mac["backgroundTasks"]["records"];
@@ -296,6 +284,21 @@ bool isBackgroundLabel(const QString& label, const RoundTrip& trip) {
            std::any_of(trip.applied.begin(), trip.applied.end(), [&label](const UnifiedProfile& profile) {
                return profile.startup.disabledBackgroundLabels().contains(label);
            });
+}
+
+bool isNewRunOfLaunchItem(const Difference& difference, const RoundTrip& trip) {
+    const auto job = launchItemJob(difference);
+    const bool isJob = job && wasLoaded(trip, *job) && (job->property == u"pid" || job->property == u"lastExitStatus");
+    static const QRegularExpression agent(u"\\Astate launchd/jobs/gui~1501/(.*)/(pid|lastExitStatus)\\z"_s);
+    const QRegularExpressionMatch match = agent.match(difference.key);
+    const bool isAgent = match.hasMatch() && !job && isBackgroundLabel(match.captured(1), trip);
+    return difference.after && (isJob || isAgent || (isOfItsProcess(difference) && ranBefore(difference, trip)));
+}
+
+/// Whether launchd's override of a launch item differs.
+bool isOfItsOverride(const Difference& difference) {
+    static const QRegularExpression form(u"\\Astate launchd/disabled/(user~1501|system)/com\\.launch\\."_s);
+    return form.match(difference.key).hasMatch();
 }
 
 bool isOfBackgroundOverride(const Difference& difference, const RoundTrip& trip) {
@@ -310,11 +313,19 @@ bool isNotedAsEnabled(const Difference& difference, const RoundTrip& trip) {
            difference.before != u"true";
 }
 
+/// Whether a login item inside an application has that label: nobody else can load it.
+bool isEmbeddedLoginItem(const QString& label, const RoundTrip& trip) {
+    const Json& records = trip.mac["backgroundTasks"]["records"];
+    return std::any_of(records.begin(), records.end(), [&label](const Json& task) {
+        return task["type"] == "login item" && macsim::withoutTypeNumber(textOfJson(task["identifier"])) == label;
+    });
+}
+
 /// The job of what an application has registered, or its process: stopped, it starts at the next login.
 bool isStoppedBackgroundJob(const Difference& difference, const RoundTrip& trip) {
     static const QRegularExpression job(u"\\Astate launchd/jobs/[^/]+/(.*)/(path|pid|lastExitStatus)\\z"_s);
     const QRegularExpressionMatch match = job.match(difference.key);
-    const bool isJob = match.hasMatch() && !launchItemJob(difference) && isBackgroundLabel(match.captured(1), trip);
+    const bool isJob = match.hasMatch() && !launchItemJob(difference) && isEmbeddedLoginItem(match.captured(1), trip);
     const bool isProcess = difference.before && difference.key.startsWith(u"state processes \""_s) &&
                            !difference.key.contains(u"\"NotificationCenter\""_s) && !isOfItsProcess(difference) &&
                            !ranBefore(difference, trip);
