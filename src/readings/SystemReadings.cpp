@@ -47,9 +47,36 @@ QCoro::Task<Reading<QString>> SystemReadings::readDefaultValue(QString domain, Q
 }
 
 QCoro::Task<Reading<QString>> SystemReadings::readPreference(const MacPreference& preference) const {
-    const QString domain =
-        preference.isNotificationCenters() ? notificationCenterPreferences() : preference.domain.toString();
-    return readDefaultValue(domain, preference.key.toString(), preference.host);
+    return readDefaultValue(domainOf(preference), preference.key.toString(), preference.host);
+}
+
+QCoro::Task<TypedReadings> SystemReadings::readTypedValues(QList<MacPreference> preferences) const {
+    TypedReadings readings;
+    for (const MacPreference& preference : std::as_const(preferences)) {
+        if (readings.contains(placeOf(preference))) {
+            continue; // told with another one of its domain
+        }
+        QList<MacPreference> ofDomain;
+        QStringList keys;
+        for (const MacPreference& other : std::as_const(preferences)) {
+            if (other.domain == preference.domain && other.host == preference.host) {
+                ofDomain.append(other);
+                keys.append(other.key.toString());
+            }
+        }
+        const CommandResult result = co_await ask(exportCommand(domainOf(preference), preference.host));
+        const auto values =
+            result.status == 0 && result.isAnswered ? exportedValues(result.standardOutput, keys) : std::nullopt;
+        for (const MacPreference& told : std::as_const(ofDomain)) {
+            const Reading<TypedValue> unanswered;
+            readings.insert(placeOf(told), values ? values->value(told.key.toString()) : unanswered);
+        }
+    }
+    co_return readings;
+}
+
+QString SystemReadings::domainOf(const MacPreference& preference) const {
+    return preference.isNotificationCenters() ? notificationCenterPreferences() : preference.domain.toString();
 }
 
 SystemReadings::SystemReadings(FlowEnvironment& environment, Files files)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "readings/CurrentSettings.h"
+#include "readings/ExportedPreferences.h"
 #include "readings/Reading.h"
 #include "readings/TimeMachine.h"
 #include "tweaks/TweakPreferences.h"
@@ -38,6 +39,8 @@ public:
     QCoro::Task<Reading<QString>> readPreference(const MacPreference& preference) const;
     /// What holds: an organization's value before the user's.
     QCoro::Task<CurrentPreference> readCurrentPreference(const MacPreference& preference) const;
+    /// The user's own values with their types, of any preferences of the user's or the system's: one command for each domain.
+    QCoro::Task<TypedReadings> readTypedValues(QList<MacPreference> preferences) const;
     /// None when the tool failed.
     QCoro::Task<Reading<QList<PowerSource>>> readPowerSources() const;
     /// Whether automatic backups are made; none when unknown. What is seen on, the program hasn't left off: its note of that
@@ -62,6 +65,7 @@ public:
     QString notificationCenterPreferences() const;
 
 private:
+    QString domainOf(const MacPreference& preference) const;
     QCoro::Task<Reading<TimeMachineState>> storedTimeMachineState() const;
     QCoro::Task<Reading<QList<IndexedVolume>>> indexingToldBy(QStringList arguments) const;
     QCoro::Task<CommandResult> ask(QStringList arguments) const;

@@ -24,8 +24,8 @@ bool isInteger(const QString& value) {
     return fits && form.match(value).hasMatch();
 }
 
-/// The type's option and the value, as `defaults write` takes them.
-QStringList typedValue(const QString& value, bool isPerHost) {
+/// The type's option and the value, where only the text is known.
+QStringList argumentsByText(const QString& value, bool isPerHost) {
     const QString lowered = value.toLower();
     if (lowered == u"true" || lowered == u"yes" || lowered == u"1") {
         return {u"-bool"_s, u"YES"_s};
@@ -37,6 +37,28 @@ QStringList typedValue(const QString& value, bool isPerHost) {
         return {u"-int"_s, value};
     }
     return {u"-string"_s, value};
+}
+
+/// The option keeps a fraction in single precision.
+bool doesOptionKeep(const TypedValue& fraction) {
+    static const QRegularExpression form(u"\\A-?[0-9]+(\\.[0-9]+)?\\z"_s);
+    const double number = fraction.text().toDouble();
+    return form.match(fraction.text()).hasMatch() && static_cast<double>(static_cast<float>(number)) == number;
+}
+
+/// What root writes for a user's file to say is a word and no more: a switch of the system's is nothing else.
+bool isForRoot(const TypedValue& value) {
+    constexpr qsizetype kLongestText = 256;
+    switch (value.type()) {
+    case TypedValue::Type::Boolean:
+    case TypedValue::Type::Integer:
+    case TypedValue::Type::Real:
+        return true;
+    case TypedValue::Type::String:
+        return value.text().size() <= kLongestText;
+    default:
+        return false;
+    }
 }
 
 /// " standby 1 disksleep 10 sleep 1": of the three settings those that were captured; empty when none was.
@@ -100,24 +122,59 @@ QString motionSensorOf(const PowerSettings& settings) {
 }
 
 /// As a line of root's: what the user's file holds is a word of the shell.
-QString systemPreferenceCommandBack(const MacPreference& preference, const std::optional<QString>& value) {
-    if (!value || value->isEmpty()) {
+QString systemPreferenceCommandBack(const MacPreference& preference, const std::optional<QString>& value,
+                                    std::optional<TypedValue> typed) {
+    if (typed && !isForRoot(*typed)) {
+        typed.reset();
+    }
+    if (!value || (value->isEmpty() && !typed)) {
         return systemPreferenceCommand(preference, std::nullopt);
     }
-    QStringList command = writeDefaultValueCommand(preference, value, {});
+    QStringList command = writeDefaultValueCommand(preference, value, {}, typed);
     command.last() = shellWord(command.last());
     return withoutStatus(command.join(u' '));
+}
+
+/// By the type as well where it was captured: nobody knows yet which one the value has now, and the program writes switches.
+bool isSystemPreferenceBack(const Reading<QString>& now, const CapturedValue& captured,
+                            const std::optional<TypedValue>& typed) {
+    const bool isOtherType = typed && isForRoot(*typed) && typed->type() != TypedValue::Type::Boolean;
+    return now.isAnswered && !isOtherType && meansTheSame(now.value, captured.value);
 }
 
 } // namespace
 
 QStringList writeDefaultValueCommand(const MacPreference& preference, const std::optional<QString>& value,
-                                     const QString& notificationCenter) {
-    if (!value || value->isEmpty()) {
+                                     const QString& notificationCenter, const std::optional<TypedValue>& typed) {
+    if (!value || (value->isEmpty() && !typed)) {
         return defaultsCommand(u"delete"_s, preference, notificationCenter);
     }
     return defaultsCommand(u"write"_s, preference, notificationCenter) +
-           typedValue(*value, preference.isNotificationCenters());
+           (typed ? typedArguments(*typed) : argumentsByText(*value, preference.isNotificationCenters()));
+}
+
+QStringList typedArguments(const TypedValue& value) {
+    switch (value.type()) {
+    case TypedValue::Type::Boolean:
+        return {u"-bool"_s, value.text() == u"true" ? u"YES"_s : u"NO"_s};
+    case TypedValue::Type::Integer:
+        return isInteger(value.text()) ? QStringList{u"-int"_s, value.text()} : QStringList(value.xml());
+    case TypedValue::Type::Real:
+        return doesOptionKeep(value) ? QStringList{u"-float"_s, value.text()} : QStringList(value.xml());
+    case TypedValue::Type::String:
+        return {u"-string"_s, value.text()};
+    case TypedValue::Type::Date:
+        return {u"-date"_s, *value.printed()};
+    case TypedValue::Type::Data:
+        if (!value.text().isEmpty()) {
+            return {u"-data"_s, QString::fromLatin1(QByteArray::fromBase64(value.text().toLatin1()).toHex())};
+        }
+        break;
+    case TypedValue::Type::Array:
+    case TypedValue::Type::Dictionary:
+        break;
+    }
+    return {value.xml()};
 }
 
 TweakStep restoreStep(const PreferenceGroup& group, const SystemSnapshot& snapshot, const CurrentSettings& current,
@@ -131,7 +188,8 @@ TweakStep restoreStep(const PreferenceGroup& group, const SystemSnapshot& snapsh
             continue;
         }
         if (const std::optional<CapturedValue> captured = preference.in(snapshot)) {
-            step.commands.append(writeDefaultValueCommand(preference, captured->value, notificationCenter));
+            step.commands.append(writeDefaultValueCommand(preference, captured->value, notificationCenter,
+                                                          preference.typedIn(snapshot)));
         } else if (!isStandard(preference, current.of(preference).reading.value)) {
             step.commands.append(writeDefaultValueCommand(preference, std::nullopt, notificationCenter));
         }
@@ -194,8 +252,9 @@ QStringList systemPreferenceCommandsBack(const std::optional<SystemSnapshot>& sn
             continue;
         }
         const std::optional<CapturedValue> captured = snapshot ? preference.in(*snapshot) : std::nullopt;
-        if (captured && !(now.isAnswered && meansTheSame(now.value, captured->value))) {
-            commands.append(systemPreferenceCommandBack(preference, captured->value));
+        const std::optional<TypedValue> typed = snapshot ? preference.typedIn(*snapshot) : std::nullopt;
+        if (captured && !isSystemPreferenceBack(now, *captured, typed)) {
+            commands.append(systemPreferenceCommandBack(preference, captured->value, typed));
         } else if (!captured && !isStandard(preference, now.value)) {
             commands.append(systemPreferenceCommand(preference, std::nullopt));
         }

@@ -14,12 +14,15 @@ namespace quorvane {
 
 // The way back, as exact argument lists in their order.
 
-/// The command that puts a preference back. None and an empty text delete the key: it wasn't set when it was read. The type
-/// that the preference had isn't known any more and follows from the text: a boolean for "true", "false", "yes", "no", "1" and
+/// The command that puts a preference back. None deletes the key: it wasn't set when it was read. What was is written with its type;
+/// where that isn't known it follows from the text: an empty one deletes the key; a boolean for "true", "false", "yes", "no", "1" and
 /// "0" in any case; a whole number, but not among the per-host preferences; else a string.
+/// @param typed               the value, where its type was captured
 /// @param notificationCenter  the path of Notification Center's per-host preferences
 QStringList writeDefaultValueCommand(const MacPreference& preference, const std::optional<QString>& value,
-                                     const QString& notificationCenter);
+                                     const QString& notificationCenter, const std::optional<TypedValue>& typed = {});
+/// What `defaults write` takes for a value: an option for its type and the value, or its XML where no option brings it back as it was.
+QStringList typedArguments(const TypedValue& value);
 
 /// Puts one group of preferences back as the user. Of what wasn't captured only what keeps a tweak in force goes; what an
 /// organization has set gets no command.

@@ -61,6 +61,15 @@ std::optional<CapturedValue> SnapshotPreference::in(const SystemSnapshot& snapsh
     return text ? CapturedValue{snapshot.*text} : snapshot.*captured;
 }
 
+std::optional<TypedValue> SnapshotPreference::typedIn(const SystemSnapshot& snapshot) const {
+    const std::optional<CapturedValue> own = in(snapshot);
+    if (!snapshot.typedPreferences || !own || !own->value) {
+        return std::nullopt;
+    }
+    const auto typed = snapshot.typedPreferences->constFind(placeOf(*this));
+    return typed == snapshot.typedPreferences->cend() ? std::nullopt : std::optional(*typed);
+}
+
 void SnapshotPreference::put(const std::optional<QString>& value, SystemSnapshot& snapshot) const {
     if (text) {
         snapshot.*text = value;
@@ -107,6 +116,24 @@ void decodeJson(const Json& json, LoginItemSnapshot& item) {
     item.hidden = requiredMember<bool>(json, "hidden");
 }
 
+Json encodeJson(const TypedValues& values) {
+    Json object = Json::object();
+    for (auto value = values.cbegin(); value != values.cend(); ++value) {
+        appendMember(object, value.key().toStdString(), encodeJson(value->xml()));
+    }
+    return object;
+}
+
+void decodeJson(const Json& json, TypedValues& values) {
+    const auto texts = decodedValue<QMap<QString, QString>>(json);
+    values.clear();
+    for (auto text = texts.cbegin(); text != texts.cend(); ++text) {
+        if (const std::optional<TypedValue> value = TypedValue::ofXml(*text)) {
+            values.insert(text.key(), *value);
+        }
+    }
+}
+
 Json encodeJson(const SystemSnapshot& snapshot) {
     Json object = Json::object();
     appendMember(object, "id", encodeJson(snapshot.id));
@@ -119,6 +146,7 @@ Json encodeJson(const SystemSnapshot& snapshot) {
             appendOptionalMember(object, preference.jsonKey, snapshot.*preference.captured);
         }
     }
+    appendOptionalMember(object, "typedPreferences", snapshot.typedPreferences);
     for (const PowerField& field : kPowerFields) {
         appendOptionalMember(object, field.jsonKey, snapshot.*field.value);
     }
@@ -145,6 +173,7 @@ void decodeJson(const Json& json, SystemSnapshot& snapshot) {
             snapshot.*preference.captured = optionalMember<CapturedValue>(json, preference.jsonKey);
         }
     }
+    snapshot.typedPreferences = optionalMember<TypedValues>(json, "typedPreferences");
     for (const PowerField& field : kPowerFields) {
         snapshot.*field.value = optionalMember<QString>(json, field.jsonKey);
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/JsonForward.h"
+#include "readings/ExportedPreferences.h"
 #include "readings/PowerSettings.h"
 #include "tweaks/TweakPreferences.h"
 
@@ -33,7 +34,8 @@ struct CapturedValue {
 
 /// The user's own values of everything that a profile can change and the way back can restore.
 ///
-/// Preferences and power settings are the text that their tool printed, trimmed: the preference's type isn't known from it.
+/// Preferences and power settings are the text that their tool printed, trimmed; of a preference that was set its value with its type
+/// stands beside it, where that could be read.
 /// None means that the setting had no value (or that the tool failed), and tells a restore to delete the key; that is not
 /// the same as the text "0". Of what the first version of the file didn't know, none means that it wasn't captured.
 struct SystemSnapshot {
@@ -59,6 +61,7 @@ struct SystemSnapshot {
     std::optional<QString> talLogoutSavesState;
     std::optional<QString> loginwindowLaunchesRelaunchApps;
     std::optional<QString> quitAlwaysKeepsWindows;
+    std::optional<TypedValues> typedPreferences; ///< the same, by their places
 
     // Of the first source that lists them.
     std::optional<QString> pmsetStandby;
@@ -86,6 +89,8 @@ struct SnapshotPreference : MacPreference {
 
     /// None where it wasn't captured.
     std::optional<CapturedValue> in(const SystemSnapshot& snapshot) const;
+    /// None where it wasn't set, or its type isn't known.
+    std::optional<TypedValue> typedIn(const SystemSnapshot& snapshot) const;
     /// @param value  none where the key isn't set
     void put(const std::optional<QString>& value, SystemSnapshot& snapshot) const;
 };
@@ -106,6 +111,11 @@ void decodeJson(const Json& json, PowerSettings& settings);
 Json encodeJson(const LoginItemSnapshot& item);
 /// All three fields are required. Throws DecodingError.
 void decodeJson(const Json& json, LoginItemSnapshot& item);
+
+/// By their places, each as its XML.
+Json encodeJson(const TypedValues& values);
+/// What isn't the XML of a value is left out, and comes back by its text then. Throws DecodingError.
+void decodeJson(const Json& json, TypedValues& values);
 
 /// Optional fields that are none are left out.
 Json encodeJson(const SystemSnapshot& snapshot);

@@ -8,6 +8,7 @@
 #include "network/SwitchedOffServices.h"
 #include "platform/CloudDrive.h"
 #include "platform/Machine.h"
+#include "snapshots/FocusMark.h"
 #include "snapshots/RestoreCommands.h"
 #include "snapshots/SnapshotManager.h"
 #include "startup/background/BackgroundDisableTarget.h"
@@ -185,7 +186,8 @@ QCoro::Task<void> SystemManager::removeAddedApplications(SystemSnapshot snapshot
         return std::none_of(list.items.begin(), list.items.end(),
                             [&path](const LoginItem& item) { return isLoginItemOf(item, path); });
     });
-    for (const QString& path : notUsers - going) {
+    const QSet<QString> unlisted = notUsers - going;
+    for (const QString& path : unlisted) {
         forgetManagedStartupAppPath(path);
     }
     co_await removeManagedStartupApps(going);
@@ -268,6 +270,8 @@ QCoro::Task<RestoreOutcome> SystemManager::revertPerformanceTweaks(std::optional
     if (isFinished) {
         co_await lookAtRestoredBackups(baseline ? baseline->snapshot.timeMachineEnabled : std::nullopt);
     }
+    FocusMark focus(*this);
+    co_await focus.restore();
     co_await strikeRestoredTweaks(PerformanceSettings());
     outcome.succeeded = isRestored && isFinished && !isQuitting();
     co_return outcome;
@@ -312,6 +316,8 @@ QCoro::Task<bool> SystemManager::reinstateStandardSettings() {
     if (isFinished) {
         co_await lookAtRestoredBackups(std::nullopt);
     }
+    FocusMark focus(*this);
+    co_await focus.restore();
     co_await strikeRestoredTweaks(PerformanceSettings());
     const bool succeeded = isRestored && hasNetwork && isFinished && !isQuitting();
     co_return succeeded;
@@ -341,6 +347,8 @@ QCoro::Task<bool> SystemManager::reinstateFromSnapshot(SystemSnapshot snapshot) 
         hasNetwork = hasNetwork && isSettled;
         co_await lookAtRestoredBackups(snapshot.timeMachineEnabled);
     }
+    FocusMark focus(*this);
+    co_await focus.restore();
     co_await strikeRestoredTweaks(PerformanceSettings());
     const bool succeeded = isRestored && hasNetwork && isFinished && !isQuitting();
     co_return succeeded;

@@ -6,11 +6,11 @@
 #include "platform/Clock.h"
 #include "platform/CloudDrive.h"
 #include "platform/FileManager.h"
-#include "readings/PowerSettings.h"
 #include "readings/ReadingSession.h"
 #include "readings/SystemReadings.h"
 #include "snapshots/SnapshotCapture.h"
 #include "snapshots/SnapshotManager.h"
+#include "snapshots/SnapshotOfSettings.h"
 #include "startup/login/LoginItems.h"
 
 #include <QCoroTask>
@@ -40,35 +40,13 @@ std::optional<QMap<QString, bool>> capturedServices(const QList<NetworkServiceSt
     return captured.isEmpty() ? std::nullopt : std::optional(captured);
 }
 
-void takePower(const Reading<QList<PowerSource>>& reading, SystemSnapshot& snapshot) {
-    if (!reading.value) {
-        return;
+/// Without what an organization has set: a capture is of what the user has.
+QCoro::Task<CurrentSettings> readUsersOwnPreferences(const SystemReadings& readings) {
+    CurrentSettings current;
+    for (const MacPreference& preference : kMacPreferences) {
+        current.of(preference).reading = co_await readings.readPreference(preference);
     }
-    const PowerSettings first = firstListed(*reading.value);
-    snapshot.pmsetStandby = first.standby;
-    snapshot.pmsetDisksleep = first.disksleep;
-    snapshot.pmsetSleep = first.sleep;
-    snapshot.pmsetSms = first.sms;
-    QMap<QString, PowerSettings> bySource;
-    for (const PowerSource& source : *reading.value) {
-        bySource.insert(source.name, source.settings);
-    }
-    snapshot.powerBySource = bySource;
-}
-
-/// A volume in a state that nobody can bring back is left out.
-void takeIndexing(const Reading<QList<IndexedVolume>>& reading, SystemSnapshot& snapshot) {
-    if (!reading.value || reading.value->isEmpty()) {
-        return;
-    }
-    snapshot.spotlightIndexingEnabled = indexesFiles(*reading.value);
-    QMap<QString, QString> byVolume;
-    for (const IndexedVolume& volume : *reading.value) {
-        if (const QString name = indexingName(volume.indexing); !name.isEmpty()) {
-            byVolume.insert(volume.path, name);
-        }
-    }
-    snapshot.spotlightByVolume = byVolume;
+    co_return current;
 }
 
 } // namespace
@@ -78,6 +56,7 @@ struct SystemManager::ReadSnapshot {
     SystemSnapshot snapshot;
     QStringList missing;            ///< as people know it
     bool hasEveryPreference = true; ///< each was answered, with a value or with none
+    QStringList knownByTextAlone{}; ///< the places of preferences whose type is lost
 };
 
 QCoro::Task<SnapshotCapture> SystemManager::captureSystemSnapshot(std::optional<QString> label, MasterArchive archive) {
@@ -96,6 +75,10 @@ QCoro::Task<SnapshotCapture> SystemManager::captureSystemSnapshot(std::optional<
     log(u"  [SNAPSHOT] Saved system baseline"_s + (label ? u" for \"%1\"."_s.arg(*label) : u"."_s));
     if (!read.missing.isEmpty()) {
         log(u"  [INFO] Not part of this snapshot, because it could not be read: "_s + read.missing.join(u", "_s));
+    }
+    if (!read.knownByTextAlone.isEmpty()) {
+        log(u"  [INFO] Saved as text only, because the type could not be read: "_s +
+            read.knownByTextAlone.join(u", "_s));
     }
     m_notifications.post(kQuorvaneRestoreBaselineSaved, label ? QVariantMap{{u"label"_s, *label}} : QVariantMap());
     if (archive == MasterArchive::Yes) {
@@ -128,40 +111,44 @@ std::optional<QString> SystemManager::saveSnapshot(const SystemSnapshot& snapsho
     return std::nullopt;
 }
 
-/// Reads the live system, in a fixed order.
+/// Reads the live system, in a fixed order. What only tells the types comes last: a snapshot without them is one all the same.
 QCoro::Task<SystemManager::ReadSnapshot> SystemManager::readSystemSnapshot(std::optional<QString> label) {
     ReadSnapshot read;
-    SystemSnapshot& snapshot = read.snapshot;
     ReadingSession session(*this);
     const SystemReadings readings(session);
-    snapshot.label = label;
     m_loginItems->drop();
     LoginItems loginItems(session, *m_loginItems);
     const LoginItemList list = co_await loginItems.current();
-    if (list.tellsAll()) {
-        snapshot.loginItems = capturedLoginItems(list.items);
-    }
-    snapshot.networkServicesEnabled = capturedServices(co_await readings.readNetworkServices());
-    takePower(co_await readings.readPowerSources(), snapshot);
-    snapshot.id = QUuid::createUuid();
-    snapshot.dateCreated = m_host.clock.now();
-    for (const SnapshotPreference& preference : snapshotPreferences()) {
-        const Reading<QString> reading = co_await readings.readPreference(preference);
-        preference.put(reading.value, snapshot);
-        read.hasEveryPreference = read.hasEveryPreference && reading.isAnswered;
-    }
-    const Reading<TimeMachineState> timeMachine = co_await readings.readTimeMachineState();
-    snapshot.timeMachineEnabled = automaticBackups(timeMachine.value);
-    if (timeMachine.value == TimeMachineState::NotPermitted) {
+    const auto services = capturedServices(co_await readings.readNetworkServices());
+    const auto power = co_await readings.readPowerSources();
+    const QDateTime now = m_host.clock.now();
+    CurrentSettings current = co_await readUsersOwnPreferences(readings);
+    current.power = power;
+    current.timeMachine = co_await readings.readTimeMachineState();
+    if (current.timeMachine.value == TimeMachineState::NotPermitted) {
         logUnreadableTimeMachine();
     }
-    takeIndexing(co_await readings.readIndexingOfAll(), snapshot);
+    current.indexing = co_await readings.readIndexingOfAll();
     if (!isQuitting()) {
         loginItems.tellUnread(list);
     }
     read.missing = session.missing();
     if (!list.tellsAll() && !read.missing.contains(kLoginItemsReading)) {
         read.missing.prepend(kLoginItemsReading);
+    }
+    read.hasEveryPreference = isEveryPreferenceAnswered(current);
+    const TypedReadings typed = co_await readings.readTypedValues(preferencesThatAreSet(current));
+    for (const MacPreference& preference : preferencesKnownByTextAlone(current, typed)) {
+        read.knownByTextAlone.append(placeOf(preference));
+    }
+    SystemSnapshot& snapshot = read.snapshot;
+    snapshot = snapshotOf(current, typed);
+    snapshot.id = QUuid::createUuid();
+    snapshot.dateCreated = now;
+    snapshot.label = label;
+    snapshot.networkServicesEnabled = services;
+    if (list.tellsAll()) {
+        snapshot.loginItems = capturedLoginItems(list.items);
     }
     co_return read;
 }

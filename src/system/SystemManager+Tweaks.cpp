@@ -3,6 +3,7 @@
 #include "core/AdminBatch.h"
 #include "core/AdminPrompts.h"
 #include "matching/SystemVerification.h"
+#include "snapshots/FocusMark.h"
 #include "snapshots/RestoreCommands.h"
 #include "snapshots/SyncPlan.h"
 #include "startup/login/LoginItems.h"
@@ -24,7 +25,12 @@ QCoro::Task<bool> SystemManager::applyPerformanceTweaks(PerformanceSettings sett
         const CurrentSettings current = co_await lookAtTweaks();
         noteChangedTweaks(settings, current);
     }
-    co_await runStepsOfNotificationCenter(applySteps(settings, notificationCenterPreferences(), mayChange()));
+    const QList<TweakStep> steps = applySteps(settings, notificationCenterPreferences(), mayChange());
+    if (marksFocus(steps)) {
+        FocusMark focus(*this);
+        co_await focus.record();
+    }
+    co_await runStepsOfNotificationCenter(steps);
     const QStringList systemCommands =
         co_await effectiveCommands(applySystemCommands(settings, mayChange()), BackupSwitch::OfProfile);
     if (!systemCommands.isEmpty()) {

@@ -75,6 +75,10 @@ QStringList defaultsCommand(const QString& verb, const QString& domain, const QS
     return command + QStringList{verb, domain, key};
 }
 
+QStringList exportCommand(const QString& domain, PreferenceHost host) {
+    return defaultsCommand(u"export"_s, domain, u"-"_s, host);
+}
+
 QStringList defaultsCommand(const QString& verb, const MacPreference& preference, const QString& notificationCenter) {
     const QString domain = preference.isNotificationCenters() ? notificationCenter : preference.domain.toString();
     return defaultsCommand(verb, domain, preference.key.toString(), preference.host);

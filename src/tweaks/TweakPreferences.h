@@ -157,6 +157,8 @@ struct PreferenceGroup {
 /// The groups, in the order of their preferences.
 std::span<const PreferenceGroup> preferenceGroups();
 
+/// What prints a whole domain with the types of its values.
+QStringList exportCommand(const QString& domain, PreferenceHost host);
 /// The `defaults` tool with a verb and a place, and nothing behind them.
 QStringList defaultsCommand(const QString& verb, const QString& domain, const QString& key, PreferenceHost host);
 /// @param notificationCenter  the path of Notification Center's per-host preferences

@@ -65,6 +65,22 @@ inline const QStringList kPreferences{kAppNap,
                                       kLogoutState,
                                       kLoginRelaunch,
                                       kKeptWindows};
+/// What prints the types of these, where each is set: a command for each domain.
+inline const QStringList kTypesOfPreferences{
+    u"/usr/bin/defaults export NSGlobalDomain -"_s,
+    u"/usr/bin/defaults export com.ableton.live -"_s,
+    u"/usr/bin/defaults export com.apple.SoftwareUpdate -"_s,
+    u"/usr/bin/defaults export com.apple.commerce -"_s,
+    u"/usr/bin/defaults export /Library/Preferences/com.apple.SoftwareUpdate -"_s,
+    u"/usr/bin/defaults export /Library/Preferences/com.apple.commerce -"_s,
+    u"/usr/bin/defaults -currentHost export /Users/alex/Library/Preferences/ByHost/"
+    "com.apple.notificationcenterui -"_s,
+    u"/usr/bin/defaults export com.apple.Siri -"_s,
+    u"/usr/bin/defaults export com.apple.assistant.support -"_s,
+    u"/usr/bin/defaults export com.apple.CrashReporter -"_s,
+    u"/usr/bin/defaults export com.apple.systemsound -"_s,
+    u"/usr/bin/defaults export com.apple.NetworkBrowser -"_s,
+    u"/usr/bin/defaults export com.apple.loginwindow -"_s};
 /// What the check of the tweaks reads, but for a running backup.
 inline const QStringList kTweaksOff{kPower,
                                     kAppNap,

@@ -2,7 +2,6 @@
 
 #include "flows/RoundTripMac.h"
 #include "simulator/BackgroundTasks.h"
-#include "simulator/PropertyList.h"
 
 #include <QRegularExpression>
 
@@ -38,93 +37,15 @@ QString fileOf(const SnapshotPreference& preference, const RoundTrip& trip) {
     return kPreferences + (isGlobal ? u".GlobalPreferences"_s : preference.domain.toString()) + u".plist"_s;
 }
 
-/// The captured preference that differs, or null.
-const SnapshotPreference* preferenceOf(const Difference& difference, const RoundTrip& trip) {
-    const auto& all = snapshotPreferences();
-    const auto found = std::find_if(all.begin(), all.end(), [&](const SnapshotPreference& preference) {
-        return difference.key == fileOf(preference, trip) + u' ' + preference.key.toString();
-    });
-    return found == all.end() ? nullptr : &*found;
-}
-
-/// The value before, where a preference has come back as something else.
-std::optional<macsim::PropertyList> valueBefore(const Difference& difference, const RoundTrip& trip) {
-    if (!preferenceOf(difference, trip) || !difference.before) {
-        return std::nullopt;
-    }
-    return macsim::parsePropertyList((u"<plist version=\"1.0\">"_s + *difference.before + u"</plist>"_s).toUtf8());
-}
-
-template <typename T>
-std::optional<T> valueBeforeAs(const Difference& difference, const RoundTrip& trip) {
-    const std::optional<macsim::PropertyList> value = valueBefore(difference, trip);
-    const T* typed = value ? value->as<T>() : nullptr;
-    return typed ? std::optional(*typed) : std::nullopt;
-}
-
-bool isSwitch(const std::optional<QString>& xml) {
-    return xml == u"<true/>" || xml == u"<false/>";
-}
-bool isInteger(const std::optional<QString>& xml) {
-    return xml && xml->startsWith(u"<integer>");
-}
-bool isText(const std::optional<QString>& xml) {
-    return xml && xml->startsWith(u"<string>");
-}
-
-bool isNumberThatBecameSwitch(const Difference& difference, const RoundTrip& trip) {
-    const auto number = valueBeforeAs<qint64>(difference, trip);
-    return (number == 1 && difference.after == u"<true/>") || (number == 0 && difference.after == u"<false/>");
-}
-
-bool isNotificationNumberThatBecameText(const Difference& difference, const RoundTrip& trip) {
-    const auto number = valueBeforeAs<qint64>(difference, trip);
-    return number && preferenceOf(difference, trip)->isNotificationCenters() &&
-           difference.after == u"<string>%1</string>"_s.arg(*number);
-}
-
-bool isOtherTypeThatBecameText(const Difference& difference, const RoundTrip& trip) {
-    const std::optional<macsim::PropertyList> value = valueBefore(difference, trip);
-    if (!value) {
-        return false;
-    }
-    if (value->as<double>()) {
-        return isText(difference.after) || isInteger(difference.after) || isSwitch(difference.after);
-    }
-    const bool isOther = value->as<QDateTime>() || value->as<QByteArray>() ||
-                         value->as<macsim::PropertyList::Array>() || value->as<macsim::PropertyList::Dictionary>();
-    return isOther && isText(difference.after);
-}
-
-bool isTextThatReadsLikeAnotherType(const Difference& difference, const RoundTrip& trip) {
-    static const QRegularExpression words(u"\\A(yes|no|true|false|1|0)\\z"_s,
-                                          QRegularExpression::CaseInsensitiveOption);
-    static const QRegularExpression number(u"\\A[+-]?[0-9]+\\z"_s);
-    const auto text = valueBeforeAs<QString>(difference, trip);
-    return text && (words.match(*text).hasMatch() ? isSwitch(difference.after)
-                                                  : number.match(*text).hasMatch() && isInteger(difference.after));
-}
-
-bool isTextWithBlanksAround(const Difference& difference, const RoundTrip& trip) {
-    const auto text = valueBeforeAs<QString>(difference, trip);
-    return text && (text->trimmed().isEmpty() ? !difference.after : text->trimmed() != *text);
-}
-
 bool isEmptyPreferenceFile(const Difference& difference, const RoundTrip& trip) {
     const auto& all = snapshotPreferences();
-    const bool isOfPreference = std::any_of(all.begin(), all.end(), [&](const SnapshotPreference& preference) {
-        return difference.key == fileOf(preference, trip);
-    });
+    const bool isOfPreference = difference.key == kPreferences + u"com.apple.ncprefs.plist"_s ||
+                                std::any_of(all.begin(), all.end(), [&](const SnapshotPreference& preference) {
+                                    return difference.key == fileOf(preference, trip);
+                                });
     const bool isNew = !difference.before && difference.after == u"file";
     const bool isNewFolder = difference.key == kPreferences + u"ByHost"_s && !difference.before;
     return (isOfPreference && isNew) || isNewFolder;
-}
-
-bool isFocusPreference(const Difference& difference, const RoundTrip& trip) {
-    const QString file = kPreferences + u"com.apple.ncprefs.plist"_s;
-    const bool isFlag = difference.key == file + u" dnd_prefs"_s && difference.after &&
-                        difference.after->contains(u"<key>dnd_enabled</key>\n\t<true/>"_s);
-    return trip.isOneWay && (isFlag || (difference.key == file && !difference.before));
 }
 
 // ---- The system's settings
@@ -410,17 +331,7 @@ QString loginItemKey(const Json& item) {
 
 const QList<RoundTripException>& roundTripExceptions() {
     static const QList<RoundTripException> exceptions{
-        {u"Switches that were kept as the number 0 or 1", "`defaults` prints 1 for both; they come back as yes and no",
-         isNumberThatBecameSwitch},
-        {u"Fractions, dates, data and lists", "only their printed text is known", isOtherTypeThatBecameText},
-        {u"Texts that read like a number, or like yes and no", "the text is all that is known, and it decides the type",
-         isTextThatReadsLikeAnotherType},
-        {u"Empty texts, and blanks around a text", "a reading is trimmed, and an empty one deletes the key",
-         isTextWithBlanksAround},
-        {u"Do Not Disturb kept as a number", "per-host preferences come back as a switch or as text",
-         isNotificationNumberThatBecameText},
         {u"Empty preference files", "a key is deleted, the file that was made for it stays", isEmptyPreferenceFile},
-        {u"The Focus preferences", "they are set along with Do Not Disturb, but aren't captured", isFocusPreference},
         {u"Notification Center", "it is started anew, and stays allowed to start, whatever was before",
          isOfNotificationCenter},
         {u"Automatic backups that were never switched", "a key that isn't set means off, and comes back as that",

@@ -44,6 +44,12 @@ Json randomPreference(Draw& draw) {
     }
 }
 
+/// Root writes no lists, dates or data back: the system's switches hold nothing of the kind.
+Json randomSystemPreference(Draw& draw) {
+    const Json value = randomPreference(draw);
+    return value.is_structured() ? Json(true) : value;
+}
+
 /// Each of the captured preferences has some value, or none.
 void drawPreferences(Json& mac, Draw& draw) {
     for (const char* scope : {"user", "userCurrentHost", "files"}) { // a member that comes later would move the others
@@ -66,7 +72,8 @@ void drawPreferences(Json& mac, Draw& draw) {
         Draw later = draw; // what earlier versions didn't capture leaves the other draws as they were
         Draw& own = preference.text ? draw : later;
         if (!own.oneIn(5)) {
-            values[preference.key.toString().toStdString()] = randomPreference(own);
+            values[preference.key.toString().toStdString()] =
+                preference.isSystems() ? randomSystemPreference(own) : randomPreference(own);
         } else if (values.empty()) {
             host.erase(domain.toStdString());
         }

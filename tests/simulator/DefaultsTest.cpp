@@ -164,12 +164,59 @@ TEST_F(DefaultsTest, aWrongCommandLinePrintsTheUsageAndChangesNothing) {
 }
 
 TEST_F(DefaultsTest, whatTheSimulatedMacLacksFailsLoudly) {
-    for (const char16_t* words : {u"find word", u"import com.example -", u"export com.example -", u"read -app Safari",
-                                  u"-host elsewhere read com.example"}) {
+    for (const char16_t* words : {u"find word", u"import com.example -", u"export com.example /tmp/copy.plist",
+                                  u"read -app Safari", u"-host elsewhere read com.example"}) {
         const Result result = line(words);
         EXPECT_EQ(result.status, 255);
         EXPECT_NE(result.message.find("not possible on this simulated Mac"), std::string::npos);
     }
+}
+
+TEST_F(DefaultsTest, exportPrintsADomainAsAnXmlPropertyList) {
+    run({u"write"_s, u"com.example"_s, u"text"_s, u"-string"_s, u" a <b> & c "_s});
+    run({u"write"_s, u"com.example"_s, u"switch"_s, u"-bool"_s, u"YES"_s});
+    run({u"write"_s, u"com.example"_s, u"fraction"_s, u"-float"_s, u"0.5"_s});
+    const Result exported = line(u"export com.example -");
+    EXPECT_EQ(exported.status, 0);
+    EXPECT_TRUE(exported.output.starts_with("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<!DOCTYPE plist "));
+    EXPECT_NE(exported.output.find("<key>switch</key>\n\t<true/>"), std::string::npos);
+    EXPECT_EQ(parsePropertyList(QByteArray::fromStdString(exported.output)),
+              PropertyList(Dictionary{{u"text"_s, u" a <b> & c "_s}, {u"switch"_s, true}, {u"fraction"_s, 0.5}}));
+    EXPECT_EQ(line(u"export com.example"), usage());
+    EXPECT_EQ(line(u"export com.example - more"), usage());
+}
+
+TEST_F(DefaultsTest, exportOfAMissingDomainIsAnEmptyOne) {
+    const Result exported = line(u"export com.example.nothing -");
+    EXPECT_EQ(exported.status, 0);
+    EXPECT_EQ(parsePropertyList(QByteArray::fromStdString(exported.output)), PropertyList(Dictionary{}));
+}
+
+TEST_F(DefaultsTest, exportTellsTheHostsAndThePathsApart) {
+    const QString byHost = folder.mac.homeFolder(Actor::User) + u"/Library/Preferences/ByHost/com.example"_s;
+    run({u"-currentHost"_s, u"write"_s, byHost, u"key"_s, u"-int"_s, u"7"_s});
+    run({u"write"_s, u"/Library/Preferences/com.example"_s, u"key"_s, u"-date"_s, u"2026-03-14 20:30:00 +0000"_s},
+        Actor::Root);
+    const auto exported = [this](const QStringList& arguments) { return run(arguments).output; };
+    const std::string ofHost = exported({u"-currentHost"_s, u"export"_s, byHost, u"-"_s});
+    EXPECT_NE(ofHost.find("<integer>7</integer>"), std::string::npos);
+    EXPECT_EQ(exported({u"-currentHost"_s, u"export"_s, u"com.example"_s, u"-"_s}), ofHost);
+    EXPECT_EQ(exported({u"export"_s, u"com.example"_s, u"-"_s}).find("key"), std::string::npos);
+    EXPECT_NE(exported({u"export"_s, u"/Library/Preferences/com.example"_s, u"-"_s}).find("2026-03-14T20:30:00Z"),
+              std::string::npos);
+}
+
+TEST_F(DefaultsTest, aPlistTextAsAValueIsThatPlist) {
+    run({u"write"_s, u"com.example"_s, u"list"_s, u"<array><integer>1</integer><string> two </string></array>"_s});
+    EXPECT_EQ(stored(u"list"_s), PropertyList(Array{1, u" two "_s}));
+    run({u"write"_s, u"com.example"_s, u"fraction"_s, u"<real>1e-09</real>"_s});
+    EXPECT_EQ(stored(u"fraction"_s), PropertyList(1e-9));
+    run({u"write"_s, u"com.example"_s, u"nothing"_s, u"<data></data>"_s});
+    EXPECT_EQ(stored(u"nothing"_s), PropertyList(QByteArray()));
+    run({u"write"_s, u"com.example"_s, u"entries"_s, u"<dict><key>a &amp; b</key><false/></dict>"_s});
+    EXPECT_EQ(stored(u"entries"_s), PropertyList(Dictionary{{u"a & b"_s, false}}));
+    run({u"write"_s, u"com.example"_s, u"empty"_s, u"<array/>"_s});
+    EXPECT_EQ(stored(u"empty"_s), PropertyList(Array{}));
 }
 
 TEST_F(DefaultsTest, helpPrintsTheUsage) {

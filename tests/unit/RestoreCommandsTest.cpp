@@ -73,6 +73,46 @@ TEST(RestoreCommands, testNoNumberAmongPerHostPreferences) {
     EXPECT_EQ(writtenPerHost(u"on"_s), start + u"-string on"_s);
 }
 
+TEST(RestoreCommands, writeAValueWithTheTypeThatItHad) {
+    const QStringList start{u"/usr/bin/defaults"_s, u"write"_s, u"com.example.app"_s, u"the key"_s};
+    const auto writtenTyped = [](const QString& text, const QString& xml) {
+        return writeDefaultValueCommand(kPreference, text, kNotificationCenter, TypedValue::ofXml(xml));
+    };
+    struct Case {
+        QString xml;
+        QStringList arguments;
+    };
+    for (const Case& one :
+         QList<Case>{{u"<true/>"_s, {u"-bool"_s, u"YES"_s}},
+                     {u"<false/>"_s, {u"-bool"_s, u"NO"_s}},
+                     {u"<integer>1</integer>"_s, {u"-int"_s, u"1"_s}},
+                     {u"<integer>18446744073709551615</integer>"_s, {u"<integer>18446744073709551615</integer>"_s}},
+                     {u"<real>0.5</real>"_s, {u"-float"_s, u"0.5"_s}},
+                     {u"<real>-1</real>"_s, {u"-float"_s, u"-1"_s}},
+                     {u"<real>0.1</real>"_s, {u"<real>0.1</real>"_s}},
+                     {u"<real>1e-9</real>"_s, {u"<real>1e-09</real>"_s}},
+                     {u"<string>yes</string>"_s, {u"-string"_s, u"yes"_s}},
+                     {u"<string></string>"_s, {u"-string"_s, u""_s}},
+                     {u"<string> x\n</string>"_s, {u"-string"_s, u" x\n"_s}},
+                     {u"<string>-7</string>"_s, {u"-string"_s, u"-7"_s}},
+                     {u"<date>2026-03-14T20:30:00Z</date>"_s, {u"-date"_s, u"2026-03-14 20:30:00 +0000"_s}},
+                     {u"<data>3q2+7w==</data>"_s, {u"-data"_s, u"deadbeef"_s}},
+                     {u"<data></data>"_s, {u"<data></data>"_s}},
+                     {u"<array><integer>1</integer></array>"_s, {u"<array><integer>1</integer></array>"_s}},
+                     {u"<dict/>"_s, {u"<dict></dict>"_s}}}) {
+        EXPECT_EQ(writtenTyped(u"printed"_s, one.xml), start + one.arguments) << one.xml.toStdString();
+    }
+    EXPECT_EQ(writtenTyped({}, u"<string> </string>"_s), start + (QStringList{u"-string"_s, u" "_s}))
+        << "its print is empty once it is trimmed";
+    EXPECT_EQ(
+        writeDefaultValueCommand(kPerHost, u"7"_s, kNotificationCenter, TypedValue::ofXml(u"<integer>7</integer>"_s))
+            .mid(5),
+        (QStringList{u"-int"_s, u"7"_s}));
+    EXPECT_EQ(writeDefaultValueCommand(kPreference, std::nullopt, kNotificationCenter, TypedValue::ofXml(u"<true/>"_s))
+                  .value(1),
+              u"delete"_s);
+}
+
 TEST(RestoreCommands, restoreEveryPreferenceInItsStep) {
     SystemSnapshot snapshot;
     int number = 0;
@@ -237,6 +277,30 @@ TEST(RestoreCommands, bringTheSystemsSwitchesBackThatAreNotAsTheyWere) {
                     "'$(reboot)' || true"_s));
     EXPECT_EQ(systemPreferenceCommandsBack(std::nullopt, withSystemPreference(preference::kSystemUpdateDownload, {})),
               QStringList());
+}
+
+TEST(RestoreCommands, asRootWriteATypedValueAsOneWordAndNoList) {
+    const QString write = u"/usr/bin/defaults write /Library/Preferences/com.apple.SoftwareUpdate AutomaticDownload "_s;
+    const CurrentSettings off = withSystemPreference(preference::kSystemUpdateDownload, u"0"_s);
+    const auto commandsBack = [&off](const QString& text, const QString& xml) {
+        SystemSnapshot snapshot;
+        snapshot.systemAutomaticDownload = CapturedValue{text};
+        snapshot.typedPreferences = TypedValues{
+            {u"/Library/Preferences/com.apple.SoftwareUpdate AutomaticDownload"_s, *TypedValue::ofXml(xml)}};
+        return systemPreferenceCommandsBack(snapshot, off);
+    };
+    EXPECT_EQ(commandsBack(u"0"_s, u"<false/>"_s), QStringList());
+    EXPECT_EQ(commandsBack(u"0"_s, u"<integer>0</integer>"_s), QStringList(write + u"-int 0 || true"_s));
+    EXPECT_EQ(commandsBack(u"1"_s, u"<string>1</string>"_s), QStringList(write + u"-string 1 || true"_s));
+    EXPECT_EQ(commandsBack(u""_s, u"<string>\n</string>"_s), QStringList(write + u"-string '\n' || true"_s));
+    EXPECT_EQ(commandsBack(u"0.1"_s, u"<real>0.1</real>"_s), QStringList(write + u"'<real>0.1</real>' || true"_s));
+    EXPECT_EQ(commandsBack(u"x"_s, u"<string>$(reboot) '; `id`</string>"_s),
+              QStringList(write + u"-string '$(reboot) '\\''; `id`' || true"_s));
+    EXPECT_EQ(commandsBack(u"(1)"_s, u"<array><integer>1</integer></array>"_s),
+              QStringList(write + u"-string '(1)' || true"_s));
+    const QString letters(257, u'x');
+    EXPECT_EQ(commandsBack(u"x"_s, u"<string>%1</string>"_s.arg(letters)), QStringList(write + u"-string x || true"_s));
+    EXPECT_EQ(commandsBack(u"0"_s, u"<array/>"_s), QStringList()) << "what has no such type isn't compared by it";
 }
 
 TEST(RestoreCommands, leaveAloneWhatAnOrganizationHasSet) {

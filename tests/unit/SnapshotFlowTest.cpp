@@ -53,6 +53,9 @@ protected:
                                                      "/Volumes/Samples:\n\tIndexing and searching disabled.\n"
                                                      "/Volumes/Tape:\n\tNo index.\n");
     }
+    static QByteArray exportedList(const QByteArray& entries) {
+        return "<plist version=\"1.0\"><dict>" + entries + "</dict></plist>\n";
+    }
     /// A Mac on which every tool fails.
     void failEverything() {
         commands.respond = [](const QStringList&) {
@@ -75,7 +78,8 @@ TEST_F(SnapshotFlow, readsTheWholeSystemInAFixedOrder) {
                            "$> /usr/sbin/networksetup -getnetworkserviceenabled Ethernet\n"
                            "$> /usr/sbin/networksetup -getnetworkserviceenabled \"Bob's iPhone\"\n"_s +
                                reading::traced(QStringList{reading::kPower} + kPreferenceReadings +
-                                               QStringList{reading::kTimeMachine, reading::kSpotlightOfAll}) +
+                                               QStringList{reading::kTimeMachine, reading::kSpotlightOfAll} +
+                                               reading::kTypesOfPreferences) +
                                u"  [SNAPSHOT] Saved system baseline for \"Before the tour\".\n"_s);
 }
 
@@ -130,8 +134,8 @@ TEST_F(SnapshotFlow, leavesOutBackupsThatAreNotSetUpOrMayNotBeRead) {
         u"$> /usr/bin/tmutil destinationinfo\n"
         "  [INFO] Time Machine may not be read.\n"
         "  [INFO] Allow Quorvane to read it in System Settings › Privacy & Security › Full Disk Access.\n"
-        "$> /usr/bin/mdutil -a -s\n"
-        "  [SNAPSHOT] Saved system baseline.\n"_s));
+        "$> /usr/bin/mdutil -a -s\n"_s +
+        reading::traced(reading::kTypesOfPreferences) + u"  [SNAPSHOT] Saved system baseline.\n"_s));
     setBackupDestination(false);
     EXPECT_TRUE(capture());
     EXPECT_EQ(stored()->timeMachineEnabled, std::nullopt);
@@ -187,6 +191,79 @@ TEST_F(SnapshotFlow, keepsTheOldSnapshotWhenTheNewOneCannotBeSaved) {
     EXPECT_TRUE(posted.isEmpty());
     EXPECT_EQ(stored()->label, u"old"_s);
     EXPECT_FALSE(files.exists(u"/Users/alex/.quorvane"_s));
+}
+
+// ---- Types
+
+TEST_F(SnapshotFlow, asksForTheTypesOfWhatIsSetAndOfNothingElse) {
+    commands.respond = [respond = commands.respond](const QStringList& arguments) {
+        CommandOutcome missing = ScriptedCommandLauncher::succeeded({});
+        missing.code = 1;
+        const bool isSet = commandLine(arguments) == reading::kCrashReporter;
+        return isSet || !arguments.contains(u"read"_s) ? respond(arguments) : std::optional(missing);
+    };
+    EXPECT_TRUE(capture());
+    EXPECT_TRUE(takeTrace().endsWith(
+        reading::traced({reading::kSpotlightOfAll, u"/usr/bin/defaults export com.apple.CrashReporter -"_s}) +
+        u"  [SNAPSHOT] Saved system baseline.\n"_s));
+}
+
+TEST_F(SnapshotFlow, keepsEachPreferenceAsTheValueThatItIs) {
+    answerEverything();
+    commands.print(reading::kAppNap, "1\n");
+    commands.print(reading::kKeptWindows, "padded\n");
+    commands.print(reading::kSounds, "0.5\n");
+    commands.print(reading::kDoNotDisturb, "(\n    1\n)\n");
+    commands.print(reading::kTypesOfPreferences[0],
+                   exportedList("<key>NSAppSleepDisabled</key><integer>1</integer>"
+                                "<key>NSQuitAlwaysKeepsWindows</key><string> padded\n</string>"
+                                "<key>com.apple.sound.uiaudio.enabled</key><real>0.5</real>"));
+    commands.print(reading::kTypesOfPreferences[6],
+                   exportedList("<key>doNotDisturb</key><array><integer>1</integer></array>"));
+    EXPECT_TRUE(capture());
+    EXPECT_EQ(stored()->typedPreferences,
+              (TypedValues{
+                  {u"NSGlobalDomain NSAppSleepDisabled"_s, *TypedValue::ofXml(u"<integer>1</integer>"_s)},
+                  {u"NSGlobalDomain NSQuitAlwaysKeepsWindows"_s, *TypedValue::ofXml(u"<string> padded\n</string>"_s)},
+                  {u"NSGlobalDomain com.apple.sound.uiaudio.enabled"_s, *TypedValue::ofXml(u"<real>0.5</real>"_s)},
+                  {u"-currentHost com.apple.notificationcenterui doNotDisturb"_s,
+                   *TypedValue::ofXml(u"<array><integer>1</integer></array>"_s)}}));
+    EXPECT_EQ(stored()->quitAlwaysKeepsWindows, u"padded"_s);
+    EXPECT_EQ(stored()->doNotDisturb, u"(\n    1\n)"_s);
+    EXPECT_FALSE(takeTrace().contains(u"[INFO]"_s));
+}
+
+TEST_F(SnapshotFlow, takesTheLaterValueWhereTheWorldHasMovedBetweenTheReads) {
+    answerEverything();
+    commands.print(reading::kAppNap, "1\n");
+    commands.print(reading::kTypesOfPreferences[0], exportedList("<key>NSAppSleepDisabled</key><string>no </string>"));
+    EXPECT_TRUE(capture());
+    EXPECT_EQ(stored()->appNapDisabled, u"no"_s);
+    EXPECT_EQ(
+        stored()->typedPreferences->value(u"NSGlobalDomain NSAppSleepDisabled"_s, *TypedValue::ofXml(u"<true/>"_s)),
+        *TypedValue::ofXml(u"<string>no </string>"_s));
+    commands.print(reading::kTypesOfPreferences[0], exportedList(""));
+    EXPECT_TRUE(capture());
+    EXPECT_EQ(stored()->appNapDisabled, u"1"_s);
+    EXPECT_EQ(stored()->typedPreferences, std::nullopt);
+}
+
+TEST_F(SnapshotFlow, isASnapshotWithoutTheTypesAsWell) {
+    answerEverything();
+    commands.print(reading::kDoNotDisturb, "{length = 4, bytes = 0xdeadbeef}\n");
+    for (const QString& line : reading::kTypesOfPreferences) {
+        commands.print(line, "<plist><dict><key>NSAppSleepDisabled</key><tr");
+    }
+    for (const CommandOutcome& outcome : ScriptedCommandLauncher::unanswered()) {
+        const auto respond = commands.respond;
+        loseAnswer(reading::kTypesOfPreferences[0], outcome);
+        EXPECT_TRUE(capture());
+        EXPECT_EQ(stored()->typedPreferences, std::nullopt);
+        EXPECT_EQ(stored()->appNapDisabled, u"value 1"_s);
+        EXPECT_EQ(system.logMessages().last(), u"  [INFO] Saved as text only, because the type could not be read: "
+                                               "-currentHost com.apple.notificationcenterui doNotDisturb"_s);
+        commands.respond = respond;
+    }
 }
 
 // ---- Captures that couldn't ask

@@ -343,6 +343,7 @@ TEST_F(StartupWayBack, applicationsThatTheProgramAddedGoAndTheUsersOwnStay) {
     system.recordManagedStartupAppPath(u"/Applications/Mail.app"_s);
     system.recordManagedStartupAppPath(u"/Applications/Live.app"_s);
     system.recordManagedStartupAppPath(u"/Applications/Gone.app"_s);
+    ASSERT_EQ(system.managedStartupAppPaths().size(), 3);
     EXPECT_TRUE(QCoro::waitFor(system.reinstateSystem()).succeeded);
     EXPECT_TRUE(takeTrace().contains(u"  [ACTION] Removing 1 Quorvane-managed startup app(s)...\n"
                                      "$> osascript: delete where path is /Applications/Live.app\n"

@@ -25,6 +25,10 @@ SystemSnapshot wholeSnapshot() {
     for (const SnapshotPreference& preference : snapshotPreferences()) {
         preference.put(u"value %1"_s.arg(++number), snapshot);
     }
+    snapshot.typedPreferences =
+        TypedValues{{u"NSGlobalDomain NSAppSleepDisabled"_s, *TypedValue::ofXml(u"<string> value 1</string>"_s)},
+                    {u"-currentHost com.apple.notificationcenterui doNotDisturb"_s,
+                     *TypedValue::ofXml(u"<array><true/></array>"_s)}};
     snapshot.pmsetStandby = u"1"_s;
     snapshot.pmsetDisksleep = u"10"_s;
     snapshot.pmsetSleep = u"5"_s;
@@ -69,6 +73,10 @@ const QByteArray kWholeText = R"({
   "talLogoutSavesState": "value 16",
   "loginwindowLaunchesRelaunchApps": "value 17",
   "quitAlwaysKeepsWindows": "value 18",
+  "typedPreferences": {
+    "-currentHost com.apple.notificationcenterui doNotDisturb": "<array><true/></array>",
+    "NSGlobalDomain NSAppSleepDisabled": "<string> value 1</string>"
+  },
   "pmsetStandby": "1",
   "pmsetDisksleep": "10",
   "pmsetSleep": "5",
@@ -205,6 +213,28 @@ TEST(SystemSnapshot, readsEachPreferenceFromAPlaceOfItsOwn) {
         EXPECT_EQ(preference.isNotificationCenters(), preference.key == u"doNotDisturb");
     }
     EXPECT_EQ(places.size(), snapshotPreferences().size());
+}
+
+TEST(SystemSnapshot, leavesOutATypedValueThatIsNone) {
+    const QByteArray text = QByteArray(kWholeText).replace("<array><true/></array>", "<array><reboot/></array>");
+    SystemSnapshot expected = wholeSnapshot();
+    expected.typedPreferences->remove(u"-currentHost com.apple.notificationcenterui doNotDisturb"_s);
+    EXPECT_EQ(decodedValue<SystemSnapshot>(parseJson(text)), expected);
+    EXPECT_TRUE(
+        decodingError(QByteArray(kWholeText).replace("\"<array><true/></array>\"", "7")).endsWith(u": not a string"_s));
+}
+
+TEST(SystemSnapshot, knowsTheTypeOfWhatIsSetAlone) {
+    SystemSnapshot snapshot = bareSnapshot();
+    const SnapshotPreference& appSleep = snapshotPreferences()[0];
+    const TypedValue value = *TypedValue::ofXml(u"<integer>1</integer>"_s);
+    appSleep.put(u"1"_s, snapshot);
+    EXPECT_EQ(appSleep.typedIn(snapshot), std::nullopt);
+    snapshot.typedPreferences = TypedValues{{u"NSGlobalDomain NSAppSleepDisabled"_s, value}};
+    EXPECT_EQ(appSleep.typedIn(snapshot), value);
+    EXPECT_EQ(snapshotPreferences()[1].typedIn(snapshot), std::nullopt) << "the same key of another domain";
+    appSleep.put(std::nullopt, snapshot);
+    EXPECT_EQ(appSleep.typedIn(snapshot), std::nullopt);
 }
 
 } // namespace quorvane

@@ -73,6 +73,8 @@ public:
             return rename();
         case Verb::Delete:
             return remove();
+        case Verb::Export:
+            return printExport();
         }
         return kUsageStatus;
     }
@@ -129,6 +131,13 @@ private:
             return explainMissingPair();
         }
         m_context.print(propertyListText(*value) + u'\n');
+        return 0;
+    }
+
+    /// As an XML property list; one without keys for a domain that isn't there.
+    int printExport() {
+        const PropertyList values = m_store.readDomain(m_domain).value_or(PropertyList::Dictionary());
+        m_context.print(QString::fromUtf8(xmlPropertyList(values)));
         return 0;
     }
 

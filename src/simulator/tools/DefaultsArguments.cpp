@@ -90,9 +90,10 @@ Verb takeVerb(QStringList& arguments) {
         {u"help"_s, Verb::Help},          {u"domains"_s, Verb::Domains}, {u"read"_s, Verb::Read},
         {u"read-type"_s, Verb::ReadType}, {u"write"_s, Verb::Write},     {u"rename"_s, Verb::Rename},
         {u"delete"_s, Verb::Delete},      {u"remove"_s, Verb::Delete},   {u"delete-all"_s, Verb::Delete},
+        {u"export"_s, Verb::Export},
     };
     const QString word = taken(arguments).toLower();
-    if (word == u"find"_s || word == u"import"_s || word == u"export"_s) {
+    if (word == u"find"_s || word == u"import"_s) {
         throw DefaultsMisuse(Kind::Unsupported, word);
     }
     const auto verb = kVerbs.constFind(word);
@@ -131,6 +132,14 @@ void takeWrite(QStringList& arguments, DefaultsCommand& command) {
     }
 }
 
+/// To the output: nobody here needs a copy in a file.
+void takeExportTarget(QStringList& arguments) {
+    const QString target = taken(arguments);
+    if (target != u"-") {
+        throw DefaultsMisuse(Kind::Unsupported, u"export to "_s + target);
+    }
+}
+
 void takeDetails(QStringList& arguments, DefaultsCommand& command) {
     switch (command.verb) {
     case Verb::Write:
@@ -142,6 +151,9 @@ void takeDetails(QStringList& arguments, DefaultsCommand& command) {
         break;
     case Verb::ReadType:
         command.key = taken(arguments);
+        break;
+    case Verb::Export:
+        takeExportTarget(arguments);
         break;
     default:
         if (!arguments.isEmpty()) {

@@ -12,7 +12,7 @@ namespace macsim {
 
 /// What a command line asks `defaults` to do.
 struct DefaultsCommand {
-    enum class Verb { Help, Domains, Read, ReadType, Write, WriteDomain, Rename, Delete };
+    enum class Verb { Help, Domains, Read, ReadType, Write, WriteDomain, Rename, Delete, Export };
     enum class Change { Replace, AppendToArray, AddToDictionary };
 
     Verb verb = Verb::Help;
