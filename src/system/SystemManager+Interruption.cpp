@@ -13,6 +13,7 @@
 #include "platform/Clock.h"
 #include "platform/UserDefaults.h"
 #include "profiles/UnifiedProfile.h"
+#include "snapshots/FocusMark.h"
 #include "snapshots/OwnSettings.h"
 #include "snapshots/SnapshotOfSettings.h"
 #include "snapshots/SyncPlan.h"
@@ -278,6 +279,10 @@ QCoro::Task<bool> SystemManager::settingsBackTo(StateBefore before) {
     const QStringList systemCommands = co_await effectiveCommands(plan.systemCommands, BackupSwitch::OfWayBack);
     co_await m_adminBatch->runTolerantly(systemCommands, kSystemChangesPrompt); // in the open batch
     co_await runTweakSteps(QList<TweakStep>(1, plan.appRestoration));
+    if (!before.notes.changedTweaks.contains(tweakOf(&PerformanceSettings::notifications).key)) {
+        FocusMark focus(*this); // an earlier apply hasn't set it
+        co_await focus.restore();
+    }
     co_return isNotificationCenterBack;
 }
 

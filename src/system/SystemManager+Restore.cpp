@@ -13,6 +13,7 @@
 #include "platform/Machine.h"
 #include "snapshots/FirstBaseline.h"
 #include "snapshots/HomeBaselines.h"
+#include "snapshots/FocusMark.h"
 #include "snapshots/RestoreCommands.h"
 #include "startup/background/BackgroundDisableTarget.h"
 #include "startup/background/BackgroundItems.h"
@@ -211,7 +212,8 @@ QCoro::Task<void> SystemManager::takeOutAdded(QSet<QString> notUsers) {
         return std::none_of(list.items.begin(), list.items.end(),
                             [&path](const LoginItem& item) { return isLoginItemOf(item, path); });
     });
-    for (const QString& path : notUsers - going) {
+    const QSet<QString> unlisted = notUsers - going;
+    for (const QString& path : unlisted) {
         forgetManagedStartupAppPath(path);
     }
     co_await removeManagedStartupApps(going);
@@ -290,6 +292,8 @@ QCoro::Task<RestoreOutcome> SystemManager::revertPerformanceTweaks(std::optional
     if (isFinished) {
         co_await lookAtRestoredBackups(goneBackTo ? goneBackTo->timeMachineEnabled : std::nullopt);
     }
+    FocusMark focus(*this);
+    co_await focus.restore();
     const QStringList missing = co_await readBack(goneBackTo, ReadBackOf::Tweaks, std::nullopt, isRestored);
     takeReadBack(missing, isRestored && isFinished && !isQuitting(), isFinished, outcome);
     co_return outcome;
@@ -338,6 +342,8 @@ QCoro::Task<RestoreOutcome> SystemManager::reinstateStandardSettings() {
     if (isFinished) {
         co_await lookAtRestoredBackups(std::nullopt);
     }
+    FocusMark focus(*this);
+    co_await focus.restore();
     const QStringList missing = co_await readBack(std::nullopt, ReadBackOf::WholeSystem, std::nullopt, isRestored);
     takeReadBack(missing, isRestored && hasNetwork && isFinished && !isQuitting(), isFinished, outcome);
     co_return outcome;
@@ -375,6 +381,8 @@ QCoro::Task<RestoreOutcome> SystemManager::reinstateFromSnapshot(SystemSnapshot 
     if (isFinished) {
         co_await lookAtRestoredBackups(snapshot.timeMachineEnabled);
     }
+    FocusMark focus(*this);
+    co_await focus.restore();
     const QStringList missing = co_await readBack(snapshot, ReadBackOf::WholeSystem, services, isRestored);
     takeReadBack(missing, isRestored && isNewerSettled && isFinished && !isQuitting(), isFinished, outcome);
     co_return outcome;

@@ -5,6 +5,7 @@
 #include "flows/FlowJournal.h"
 #include "flows/FlowSteps.h"
 #include "matching/SystemVerification.h"
+#include "snapshots/FocusMark.h"
 #include "snapshots/RestoreCommands.h"
 #include "snapshots/SyncPlan.h"
 #include "startup/login/LoginItems.h"
@@ -28,6 +29,10 @@ QCoro::Task<bool> SystemManager::applyPerformanceTweaks(PerformanceSettings sett
         const CurrentSettings current = co_await lookAtTweaks();
         co_await beginRecord(steps, applySystemCommands(settings, mayChange()), current);
         noteChangedTweaks(settings, current);
+    }
+    if (marksFocus(steps)) {
+        FocusMark focus(*this);
+        co_await focus.record();
     }
     co_await runStepsOfNotificationCenter(steps);
     const QStringList systemCommands =

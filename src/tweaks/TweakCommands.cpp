@@ -16,9 +16,9 @@ const QString kNotificationCenterAgent = u"/System/Library/LaunchAgents/com.appl
 
 using Settings = PerformanceSettings;
 
-/// Nothing puts it back: it isn't one of the preferences that a snapshot keeps.
+/// It isn't one of the preferences that a snapshot keeps; whoever runs it notes what was there (FocusMark).
 QStringList doNotDisturbInFocusPreferences() {
-    return defaultsCommand(u"write"_s, u"com.apple.ncprefs.plist"_s, u"dnd_prefs"_s, PreferenceHost::Any) +
+    return defaultsCommand(u"write"_s, kFocusPreferences.toString(), kFocusKey.toString(), PreferenceHost::Any) +
            QStringList{u"-dict-add"_s, u"dnd_enabled"_s, u"-bool"_s, u"true"_s};
 }
 
@@ -226,6 +226,11 @@ QList<TweakStep> leavingNotificationCenterOn(QList<TweakStep> steps) {
         step.commands.removeAll(stopNotificationCenter().last());
     }
     return steps;
+}
+
+bool marksFocus(const QList<TweakStep>& steps) {
+    return std::any_of(steps.begin(), steps.end(),
+                       [](const TweakStep& step) { return step.commands.contains(doNotDisturbInFocusPreferences()); });
 }
 
 bool stopsNotificationCenter(const QList<TweakStep>& steps) {

@@ -32,6 +32,12 @@ QList<TweakStep> applySteps(const PerformanceSettings& settings, const QString& 
 /// One-way: the commands that need root; empty when no selected tweak needs any.
 QStringList applySystemCommands(const PerformanceSettings& settings, const MayChange& mayChange);
 
+/// Where Focus keeps what it was told of Do Not Disturb.
+inline constexpr QStringView kFocusPreferences = u"com.apple.ncprefs.plist";
+inline constexpr QStringView kFocusKey = u"dnd_prefs";
+/// True where one of the steps marks Do Not Disturb as on there.
+bool marksFocus(const QList<TweakStep>& steps);
+
 /// Two-way: puts one group in force, or back to what a fresh macOS has.
 TweakStep syncStep(const PreferenceGroup& group, TweakState state, const QString& notificationCenter,
                    const MayChange& mayChange);

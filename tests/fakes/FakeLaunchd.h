@@ -36,6 +36,8 @@ private:
 
 /// The line of a trace for both looks.
 inline const QString kLookAtLaunchd = QStringLiteral("? launchd\n");
+/// The line of a trace for a look at the jobs of the user's session.
+inline const QString kLookAtJobs = QStringLiteral("$> /bin/launchctl list\n");
 /// With both looks together.
 QString withLooksAtLaunchd(QString trace);
 

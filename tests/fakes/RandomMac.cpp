@@ -86,9 +86,10 @@ void addBackgroundTasks(macsim::Json& description, Draw& draw) {
             record["executablePath"] = (draw.from(kApplications) + u"/Contents/MacOS/x"_s).toStdString();
         }
         records.push_back(record);
-        const std::string file =
-            (kApplications[application] + u'/' + inside + (isAgent ? u""_s : u"/x"_s)).toStdString();
-        addFileOnce(description, {{"path", file}, {"text", label.toStdString()}});
+        const std::string file = (kApplications[application] + u'/' + inside).toStdString();
+        const macsim::Json plist{{"Label", label.toStdString()}, {"Program", "/x"}, {"RunAtLoad", true}};
+        addFileOnce(description, isAgent ? macsim::Json{{"path", file}, {"propertyList", plist}}
+                                         : macsim::Json{{"path", file + "/x"}, {"text", label.toStdString()}});
     }
     description["backgroundTasks"]["records"] = records;
     if (draw.oneIn(2)) {

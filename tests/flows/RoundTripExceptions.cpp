@@ -39,19 +39,13 @@ QString fileOf(const SnapshotPreference& preference, const RoundTrip& trip) {
 
 bool isEmptyPreferenceFile(const Difference& difference, const RoundTrip& trip) {
     const auto& all = snapshotPreferences();
-    const bool isOfPreference = std::any_of(all.begin(), all.end(), [&](const SnapshotPreference& preference) {
-        return difference.key == fileOf(preference, trip);
-    });
+    const bool isOfPreference = difference.key == kPreferences + u"com.apple.ncprefs.plist"_s ||
+                                std::any_of(all.begin(), all.end(), [&](const SnapshotPreference& preference) {
+                                    return difference.key == fileOf(preference, trip);
+                                });
     const bool isNew = !difference.before && difference.after == u"file";
     const bool isNewFolder = difference.key == kPreferences + u"ByHost"_s && !difference.before;
     return (isOfPreference && isNew) || isNewFolder;
-}
-
-bool isFocusPreference(const Difference& difference, const RoundTrip& trip) {
-    const QString file = kPreferences + u"com.apple.ncprefs.plist"_s;
-    const bool isFlag = difference.key == file + u" dnd_prefs"_s && difference.after &&
-                        difference.after->contains(u"<key>dnd_enabled</key>\n\t<true/>"_s);
-    return trip.isOneWay && (isFlag || (difference.key == file && !difference.before));
 }
 
 // ---- The system's settings
@@ -201,18 +195,6 @@ bool ranBefore(const Difference& difference, const RoundTrip& trip) {
                        [&](const Json& process) { return textOfJson(process["name"]) == name; });
 }
 
-bool isNewRunOfLaunchItem(const Difference& difference, const RoundTrip& trip) {
-    const auto job = launchItemJob(difference);
-    const bool isJob = job && wasLoaded(trip, *job) && (job->property == u"pid" || job->property == u"lastExitStatus");
-    return difference.after && (isJob || (isOfItsProcess(difference) && ranBefore(difference, trip)));
-}
-
-/// Whether launchd's override of a launch item differs.
-bool isOfItsOverride(const Difference& difference) {
-    static const QRegularExpression form(u"\\Astate launchd/disabled/(user~1501|system)/com\\.launch\\."_s);
-    return form.match(difference.key).hasMatch();
-}
-
 /// Of a record, or one that a profile switches off although there is none.
 bool isBackgroundLabel(const QString& label, const RoundTrip& trip) {
     const Json& records = trip.mac["backgroundTasks"]["records"];
@@ -223,6 +205,21 @@ bool isBackgroundLabel(const QString& label, const RoundTrip& trip) {
            std::any_of(trip.applied.begin(), trip.applied.end(), [&label](const UnifiedProfile& profile) {
                return profile.startup.disabledBackgroundLabels().contains(label);
            });
+}
+
+bool isNewRunOfLaunchItem(const Difference& difference, const RoundTrip& trip) {
+    const auto job = launchItemJob(difference);
+    const bool isJob = job && wasLoaded(trip, *job) && (job->property == u"pid" || job->property == u"lastExitStatus");
+    static const QRegularExpression agent(u"\\Astate launchd/jobs/gui~1501/(.*)/(pid|lastExitStatus)\\z"_s);
+    const QRegularExpressionMatch match = agent.match(difference.key);
+    const bool isAgent = match.hasMatch() && !job && isBackgroundLabel(match.captured(1), trip);
+    return difference.after && (isJob || isAgent || (isOfItsProcess(difference) && ranBefore(difference, trip)));
+}
+
+/// Whether launchd's override of a launch item differs.
+bool isOfItsOverride(const Difference& difference) {
+    static const QRegularExpression form(u"\\Astate launchd/disabled/(user~1501|system)/com\\.launch\\."_s);
+    return form.match(difference.key).hasMatch();
 }
 
 bool isOfBackgroundOverride(const Difference& difference, const RoundTrip& trip) {
@@ -237,11 +234,19 @@ bool isNotedAsEnabled(const Difference& difference, const RoundTrip& trip) {
            difference.before != u"true";
 }
 
+/// Whether a login item inside an application has that label: nobody else can load it.
+bool isEmbeddedLoginItem(const QString& label, const RoundTrip& trip) {
+    const Json& records = trip.mac["backgroundTasks"]["records"];
+    return std::any_of(records.begin(), records.end(), [&label](const Json& task) {
+        return task["type"] == "login item" && macsim::withoutTypeNumber(textOfJson(task["identifier"])) == label;
+    });
+}
+
 /// The job of what an application has registered, or its process: stopped, it starts at the next login.
 bool isStoppedBackgroundJob(const Difference& difference, const RoundTrip& trip) {
     static const QRegularExpression job(u"\\Astate launchd/jobs/[^/]+/(.*)/(path|pid|lastExitStatus)\\z"_s);
     const QRegularExpressionMatch match = job.match(difference.key);
-    const bool isJob = match.hasMatch() && !launchItemJob(difference) && isBackgroundLabel(match.captured(1), trip);
+    const bool isJob = match.hasMatch() && !launchItemJob(difference) && isEmbeddedLoginItem(match.captured(1), trip);
     const bool isProcess = difference.before && difference.key.startsWith(u"state processes \""_s) &&
                            !difference.key.contains(u"\"NotificationCenter\""_s) && !isOfItsProcess(difference) &&
                            !ranBefore(difference, trip);
@@ -327,7 +332,6 @@ QString loginItemKey(const Json& item) {
 const QList<RoundTripException>& roundTripExceptions() {
     static const QList<RoundTripException> exceptions{
         {u"Empty preference files", "a key is deleted, the file that was made for it stays", isEmptyPreferenceFile},
-        {u"The Focus preferences", "they are set along with Do Not Disturb, but aren't captured", isFocusPreference},
         {u"Notification Center", "it is started anew, and stays allowed to start, whatever was before",
          isOfNotificationCenter},
         {u"Automatic backups that were never switched", "a key that isn't set means off, and comes back as that",

@@ -262,7 +262,6 @@ void expectOnlyExceptions(const Traveller& traveller, Sightings& sightings) {
                 ++sightings[names.last()];
             }
         }
-        if (names.contains(u"Background items"_s) && traveller.trip().wayBack == WayBack::Reinstate) { printf("BG %s\n", qPrintable(difference.line())); }
         EXPECT_EQ(names.size(), 1) << difference.line().toStdString() << names.join(u", "_s).toStdString();
     }
 }

@@ -111,7 +111,7 @@ TEST_F(BackgroundLoginItems, aDumpThatComesWithTheBatchIsWorkedOffAsTheUser) {
     openDeferredBatch();
     plan({kPlayer}, {CloudSyncService::dropbox});
     EXPECT_TRUE(finish());
-    EXPECT_EQ(takeTrace(), prompted(dumpLine(), kPrompt) + kLookAtLaunchd + kLookUp + kNoList +
+    EXPECT_EQ(takeTrace(), prompted(dumpLine(), kPrompt) + kLookAtLaunchd + kLookUp + kNoList + kLookAtJobs +
                                launchctlLines(kDropboxHelper) + launchctlLines(kPlayer) + kLookAtLaunchd +
                                disabledLines({kDropboxHelper, kPlayer}) +
                                u"  [INFO] Left in its application: Dropbox Helper\n"_s);
@@ -125,7 +125,7 @@ TEST_F(BackgroundLoginItems, withAKnownListTheUsersPartNeedsNoPrompt) {
     openDeferredBatch();
     plan({kPlayer});
     EXPECT_TRUE(finish());
-    EXPECT_EQ(takeTrace(), launchctlLines(kPlayer) + kLookAtLaunchd + disabledLines({kPlayer}));
+    EXPECT_EQ(takeTrace(), kLookAtJobs + launchctlLines(kPlayer) + kLookAtLaunchd + disabledLines({kPlayer}));
 }
 
 TEST_F(BackgroundLoginItems, onlyLaunchdsOwnWordMakesAnItemDisabled) {
@@ -171,7 +171,7 @@ TEST_F(BackgroundLoginItems, theSystemsSwitchIsAskedFirstAndBelievedByLaunchdOnl
                                u"\n? "_s + kLoginItemSymbol +
                                u" /Applications/Dropbox.app com.getdropbox.dropbox.helper false\n"
                                "  [ACTION] Asked macOS to disallow: com.getdropbox.dropbox.helper\n"_s +
-                               launchctlLines(kDropboxHelper) + kLookAtLaunchd +
+                               kLookAtJobs + launchctlLines(kDropboxHelper) + kLookAtLaunchd +
                                u"  [ERROR] Failed to disable background login label: com.getdropbox.dropbox.helper\n"
                                "$> /usr/bin/codesign --verify /Applications/Dropbox.app\n"
                                "  [INFO] Left in its application: Dropbox Helper\n"_s);
@@ -203,7 +203,7 @@ TEST_F(BackgroundLoginItems, labelsThatCannotStandInATargetAreSkipped) {
                            "  [SKIPPED] Unusable background label: ..\n"
                            "  [SKIPPED] Unusable background label: a/b\n"
                            "  [SKIPPED] Unusable background label: com.a\u0007b\n"_s +
-                               launchctlLines(kPlayer) + kLookAtLaunchd + disabledLines({kPlayer}));
+                               kLookAtJobs + launchctlLines(kPlayer) + kLookAtLaunchd + disabledLines({kPlayer}));
 }
 
 TEST_F(BackgroundLoginItems, audioSoftwareIsSkippedByLabelRecordAndApplication) {
@@ -258,7 +258,8 @@ TEST_F(BackgroundLoginItems, aDaemonThatTheProfileNamesJoinsTheOneLineBeforeItsD
     openDeferredBatch();
     plan({kVpnLabel});
     EXPECT_TRUE(finish());
-    EXPECT_EQ(takeTrace(), u"  [ACTION] Queued disable for background login label: com.vpn.daemon\n"_s +
+    EXPECT_EQ(takeTrace(), u"$> /bin/launchctl print system/com.vpn.daemon\n"
+                           "  [ACTION] Queued disable for background login label: com.vpn.daemon\n"_s +
                                prompted(queuedLaunchctl(kVpnLabel) + u" ; "_s + dumpLine(), kPrompt) + kLookAtLaunchd);
     EXPECT_TRUE(isDaemonOff(kVpnLabel));
     EXPECT_FALSE(isOff(kVpnLabel)) << "an override of the user's says nothing of a daemon";
@@ -582,8 +583,8 @@ TEST_F(BackgroundLoginItems, withoutADumpOnlyWhatTheProfileNamesGoes) {
     planCleanReboot({});
     plan({kDropboxHelper}, {CloudSyncService::dropbox});
     EXPECT_TRUE(finish());
-    EXPECT_EQ(takeTrace(), prompted(dumpLine(), kPrompt) + kLookAtLaunchd + launchctlLines(kDropboxHelper) +
-                               kLookAtLaunchd + guessedLine(kDropboxHelper));
+    EXPECT_EQ(takeTrace(), prompted(dumpLine(), kPrompt) + kLookAtLaunchd + kLookAtJobs +
+                               launchctlLines(kDropboxHelper) + kLookAtLaunchd + guessedLine(kDropboxHelper));
     EXPECT_TRUE(system.backgroundTaskItems()->isEmpty());
 }
 
@@ -624,7 +625,8 @@ TEST_F(BackgroundLoginItems, newcomersAreWorkedOffWhereTheListWasKnown) {
     QCoro::waitFor(system.runAdminCommand(u"pmset -a sms 0"_s, kPrompt));
     EXPECT_TRUE(finish());
     EXPECT_EQ(takeTrace(), kLookAtLaunchd + prompted(u"pmset -a sms 0 ; "_s + dumpLine(), kPrompt) + kLookAtLaunchd +
-                               launchctlLines(u"com.new"_s) + kLookAtLaunchd + disabledLines({u"com.new"_s}));
+                               kLookAtJobs + launchctlLines(u"com.new"_s) + kLookAtLaunchd +
+                               disabledLines({u"com.new"_s}));
 }
 
 TEST_F(BackgroundLoginItems, theDumpCostsNoPrompt) {

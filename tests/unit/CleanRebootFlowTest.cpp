@@ -193,7 +193,7 @@ TEST_F(CleanRebootFlow, backgroundItemsThatAreNotPermittedAreDisabled) {
     EXPECT_EQ(takeTrace(), kRestorationOff +
                                u"$> System Events: list\n"
                                "  [APPLIED] Login items already match permitted startup list.\n"_s +
-                               kLookAtLaunchd +
+                               kLookAtLaunchd + kLookAtJobs +
                                u"$ /bin/launchctl disable gui/501/com.up\n"
                                "$ /bin/launchctl bootout gui/501/com.up\n"_s +
                                kLookAtLaunchd + u"  [APPLIED] Disabled background login label: com.up\n"_s);

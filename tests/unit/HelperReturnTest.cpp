@@ -30,8 +30,8 @@ protected:
 
     MemoryFileManager files;
     MemoryBundles bundles;
-    TakenHelper helper{u"com.chat.helper"_s, kChatHelpers + u"/Helper.app"_s, kChatApplication,
-                       {u"com.chat"_s, u"10"_s, {}}};
+    TakenHelper helper{
+        u"com.chat.helper"_s, kChatHelpers + u"/Helper.app"_s, kChatApplication, {u"com.chat"_s, u"10"_s, {}}};
 };
 
 } // namespace

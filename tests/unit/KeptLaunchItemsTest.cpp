@@ -470,7 +470,8 @@ TEST_F(KeptLaunchItems, whatWasNotLoadedIsPutBackAndNotLoaded) {
                   R"([{"path": "/Library/LaunchDaemons/com.box.plist", "wasLoaded": false},
                       {"path": "/Library/LaunchAgents/com.box.plist"}])");
     scripts.carryOut = [this](const QString&) {
-        for (const auto& [kept, folder] : {std::pair(kKeptDaemons, kDaemonFolder), std::pair(kKeptAgents, kAgentFolder)}) {
+        for (const auto& [kept, folder] :
+             {std::pair(kKeptDaemons, kDaemonFolder), std::pair(kKeptAgents, kAgentFolder)}) {
             files.addFile(folder + kBoxPlist, "box");
             files.removeAsRoot(kept + kBoxPlist);
         }

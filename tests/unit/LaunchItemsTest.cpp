@@ -1,7 +1,7 @@
+#include "startup/launchd/LaunchItems.h"
 #include "core/AdminBatch.h"
 #include "core/Json.h"
 #include "fakes/ScriptedSystem.h"
-#include "startup/launchd/LaunchItems.h"
 
 #include <QRegularExpression>
 
@@ -81,6 +81,16 @@ protected:
     }
     static QByteArray recordOf(const QList<QPair<QString, QString>>& services) {
         return jsonText(recordJson(services));
+    }
+    /// A record without what was before.
+    static QByteArray servicesIn(const QByteArray& record) {
+        Json services = parseJson(record);
+        for (Json& each : services) {
+            for (const char* key : {"override", "wasLoaded", "name", "plist"}) {
+                each.erase(key);
+            }
+        }
+        return jsonText(services);
     }
     /// Before launchd has shown them.
     static QByteArray pendingRecordOf(const QList<QPair<QString, QString>>& services) {
@@ -206,12 +216,13 @@ TEST_F(LaunchItemFlows, anAgentOfTheUsersIsSwitchedOffByItsLabelAndThatIsWritten
         return std::nullopt;
     };
     EXPECT_TRUE(disable({kLabel}));
-    EXPECT_EQ(takeTrace(), kLookAtLaunchd + u"$ /bin/launchctl disable gui/501/com.box.job\n"
-                                            "$ /bin/launchctl bootout gui/501/com.box.job\n"
-                                            "  [APPLIED] Disabled launch item: com.box.plist "
-                                            "(/Users/alex/Library/LaunchAgents)\n"_s);
+    EXPECT_EQ(takeTrace(), kLookAtLaunchd + kLookAtJobs +
+                               u"$ /bin/launchctl disable gui/501/com.box.job\n"
+                               "$ /bin/launchctl bootout gui/501/com.box.job\n"
+                               "  [APPLIED] Disabled launch item: com.box.plist "
+                               "(/Users/alex/Library/LaunchAgents)\n"_s);
     EXPECT_TRUE(files.exists(kUsersBackup + kLabel));
-    EXPECT_EQ(recordThen, pendingRecordOf({{u"com.box.job"_s, u"user"_s}}));
+    EXPECT_EQ(servicesIn(recordThen), pendingRecordOf({{u"com.box.job"_s, u"user"_s}}));
 }
 
 TEST_F(LaunchItemFlows, anAgentOfTheSystemsAndADaemonAreSwitchedOffByRootInTheirOwnDomains) {
@@ -229,7 +240,7 @@ TEST_F(LaunchItemFlows, anAgentOfTheSystemsAndADaemonAreSwitchedOffByRootInTheir
                       "2>/dev/null || true ; /bin/launchctl disable system/'com.box daemon' ; true) && mv "
                       "'/Library/LaunchDaemons/com.box.plist' "_s))
         << line.toStdString();
-    EXPECT_EQ(files.read(kOverridesFile),
+    EXPECT_EQ(servicesIn(files.read(kOverridesFile)),
               pendingRecordOf({{u"com.box.agent"_s, u"user"_s}, {u"com.box daemon"_s, u"system"_s}}));
 }
 
@@ -238,7 +249,7 @@ TEST_F(LaunchItemFlows, aLabelThatMayNotBeOverriddenLeavesTheJobToItsPlist) {
         SCOPED_TRACE(label.toStdString());
         addJob(kUsersAgents + kLabel, label);
         EXPECT_TRUE(disable({kLabel}));
-        EXPECT_EQ(takeTrace().remove(kLookAtLaunchd), kDisableUsersBox);
+        EXPECT_EQ(takeTrace().remove(kLookAtLaunchd).remove(kLookAtJobs), kDisableUsersBox);
         EXPECT_FALSE(files.exists(kOverridesFile));
     }
 }
@@ -247,7 +258,7 @@ TEST_F(LaunchItemFlows, whereSomethingThatStaysHasTheSameLabelThereIsNoOverride)
     addJob(kUsersAgents + kLabel, u"com.box.job"_s);
     addJob(kAgents + u"com.twin.plist"_s, u"com.box.job"_s);
     EXPECT_TRUE(disable({kLabel}));
-    EXPECT_EQ(takeTrace(), kLookAtLaunchd + kDisableUsersBox);
+    EXPECT_EQ(takeTrace(), kLookAtLaunchd + kLookAtJobs + kDisableUsersBox);
     EXPECT_FALSE(files.exists(kOverridesFile));
 }
 
@@ -255,8 +266,8 @@ TEST_F(LaunchItemFlows, aProtectedOneOfTheSameLabelStays) {
     addJob(kUsersAgents + kLabel, u"com.box.job"_s);
     addJob(kUsersAgents + u"com.native.Traktor.plist"_s, u"com.box.job"_s);
     EXPECT_TRUE(disable({kLabel, u"com.native.Traktor.plist"_s}));
-    EXPECT_EQ(takeTrace(),
-              kLookAtLaunchd + kDisableUsersBox + u"  [SKIPPED] Protected launch item: com.native.Traktor.plist\n"_s);
+    EXPECT_EQ(takeTrace(), kLookAtLaunchd + kLookAtJobs + kDisableUsersBox +
+                               u"  [SKIPPED] Protected launch item: com.native.Traktor.plist\n"_s);
 }
 
 TEST_F(LaunchItemFlows, twoOfOneLabelThatBothGoAreOverridden) {
@@ -266,7 +277,7 @@ TEST_F(LaunchItemFlows, twoOfOneLabelThatBothGoAreOverridden) {
     EXPECT_TRUE(disable({kLabel, u"com.twin.plist"_s}));
     EXPECT_TRUE(finishBatch());
     EXPECT_EQ(trace.filter(u"/bin/launchctl disable gui/501/com.box.job"_s).size(), 2);
-    EXPECT_EQ(files.read(kOverridesFile), recordOf({{u"com.box.job"_s, u"user"_s}}));
+    EXPECT_EQ(servicesIn(files.read(kOverridesFile)), recordOf({{u"com.box.job"_s, u"user"_s}}));
 }
 
 TEST_F(LaunchItemFlows, oneThatTheOpenBatchMovesDoesNotStay) {
@@ -276,7 +287,7 @@ TEST_F(LaunchItemFlows, oneThatTheOpenBatchMovesDoesNotStay) {
     EXPECT_TRUE(disable({u"com.twin.plist"_s})); // by its plist: the other one stays so far
     EXPECT_FALSE(files.exists(kOverridesFile));
     EXPECT_TRUE(disable({kLabel}));
-    EXPECT_EQ(files.read(kOverridesFile), pendingRecordOf({{u"com.box.job"_s, u"user"_s}}));
+    EXPECT_EQ(servicesIn(files.read(kOverridesFile)), pendingRecordOf({{u"com.box.job"_s, u"user"_s}}));
 }
 
 TEST_F(LaunchItemFlows, aDaemonOfTheSameLabelIsAnotherService) {
@@ -330,14 +341,14 @@ TEST_F(LaunchItemFlows, whereLaunchdIsSilentTheItemGoesAndTheRecordHasIt) {
     addJob(kUsersAgents + kLabel, u"com.box.job"_s);
     EXPECT_TRUE(disable({kLabel}));
     EXPECT_FALSE(files.exists(kUsersAgents + kLabel));
-    EXPECT_EQ(files.read(kOverridesFile), pendingRecordOf({{u"com.box.job"_s, u"user"_s}}));
+    EXPECT_EQ(servicesIn(files.read(kOverridesFile)), pendingRecordOf({{u"com.box.job"_s, u"user"_s}}));
 }
 
 TEST_F(LaunchItemFlows, whatCannotBeWrittenDownIsNotOverriddenAndGoesByItsPlist) {
     addJob(kUsersAgents + kLabel, u"com.box.job"_s);
     files.failOn(Operation::Write, kOverridesFile);
     EXPECT_FALSE(disable({kLabel}));
-    EXPECT_EQ(takeTrace(), kLookAtLaunchd +
+    EXPECT_EQ(takeTrace(), kLookAtLaunchd + kLookAtJobs +
                                u"  [ERROR] Could not read or write the record of what is switched off: "_s +
                                kOverridesFile + u": Operation not permitted\n"_s + kDisableUsersBox);
     EXPECT_TRUE(files.exists(kUsersBackup + kLabel));
@@ -348,11 +359,11 @@ TEST_F(LaunchItemFlows, whatABatchThatFailedHasNotOverriddenIsTakenOutOfTheRecor
     addJob(kUsersAgents + u"com.own.plist"_s, u"com.own"_s);
     system.beginAdminBatch();
     EXPECT_TRUE(disable({kLabel, u"com.own.plist"_s}));
-    EXPECT_EQ(files.read(kOverridesFile),
+    EXPECT_EQ(servicesIn(files.read(kOverridesFile)),
               pendingRecordOf({{u"com.box.agent"_s, u"user"_s}, {u"com.own"_s, u"user"_s}}));
     scripts.failNext(u"User canceled."_s);
     EXPECT_FALSE(finishBatch());
-    EXPECT_EQ(files.read(kOverridesFile), recordOf({{u"com.own"_s, u"user"_s}}));
+    EXPECT_EQ(servicesIn(files.read(kOverridesFile)), recordOf({{u"com.own"_s, u"user"_s}}));
 }
 
 // ---- Inside a batch
@@ -761,11 +772,11 @@ TEST_F(LaunchItemFlows, whetherItsJobWasLoadedIsNotedBeforeItGoes) {
     commands.launchd.sessionJobs = {u"com.box.job"_s, u"com.idle"_s};
     commands.launchd.stoppedJobs = {u"com.idle"_s};
     EXPECT_TRUE(disable({kLabel, u"com.idle.plist"_s, u"com.vpn.plist"_s}));
-    const QString trace = takeTrace();
-    EXPECT_EQ(trace.count(u"launchctl list"_s), 1) << trace.toStdString();
-    EXPECT_EQ(trace.count(u"launchctl print system/com.vpn"_s), 1);
-    EXPECT_LT(trace.indexOf(u"launchctl print system/com.vpn"_s), trace.indexOf(u"launchctl bootout"_s));
-    EXPECT_LT(trace.indexOf(u"launchctl list"_s), trace.indexOf(u"launchctl disable"_s));
+    const QString lines = takeTrace();
+    EXPECT_EQ(lines.count(u"launchctl list"_s), 1) << lines.toStdString();
+    EXPECT_EQ(lines.count(u"launchctl print system/com.vpn"_s), 1);
+    EXPECT_LT(lines.indexOf(u"launchctl print system/com.vpn"_s), lines.indexOf(u"launchctl bootout"_s));
+    EXPECT_LT(lines.indexOf(u"launchctl list"_s), lines.indexOf(u"launchctl disable"_s));
     EXPECT_EQ(files.read(kPutAsideFile), R"([
   {
     "path": "/Library/LaunchDaemons/com.vpn.plist",
@@ -779,8 +790,7 @@ TEST_F(LaunchItemFlows, whetherItsJobWasLoadedIsNotedBeforeItGoes) {
     "path": "/Users/alex/Library/LaunchAgents/com.idle.plist",
     "wasLoaded": false
   }
-]
-)");
+])");
 }
 
 TEST_F(LaunchItemFlows, whatWasStoppedComesBackStopped) {

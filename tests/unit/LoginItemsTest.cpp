@@ -507,6 +507,7 @@ TEST_F(LoginItemFlows, aProtectedOneIsKnownThoughABarInItsNameHidesItsPath) {
     loginItems.items = {{u"Set | List"_s, u"/Applications/Ableton Live 12.app/Contents/Set List.app"_s, false}};
     EXPECT_TRUE(disable({u"Set | List"_s}));
     EXPECT_EQ(takeTrace(), u"$> System Events: list\n"
+                           "$> System Events: names of 1\n"
                            "  [SKIPPED] Protected login item: Set | List\n"_s);
     EXPECT_EQ(loginItems.items.size(), 1);
 }

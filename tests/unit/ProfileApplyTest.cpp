@@ -282,8 +282,8 @@ TEST_F(ProfileApply, aWholeProfileShowsOnePromptWhereTheListWasKnown) {
                   prompted(kSystemLine + u" ; "_s + kDaemonLine + u" ; "_s + dumpLine(), kGigPrompt) + kLookAtLaunchd +
                   u"? open /System/Library/Frameworks/ServiceManagement.framework/ServiceManagement\n"
                   "  [INFO] ServiceManagement BTM APIs unavailable; using launchctl and quarantine fallback.\n"_s +
-                  launchctlLines(kHelper) + launchctlLines(u"com.player.menu"_s) + launchctlLines(u"com.x.sync"_s) +
-                  kLookAtLaunchd +
+                  kLookAtJobs + launchctlLines(kHelper) + launchctlLines(u"com.player.menu"_s) +
+                  launchctlLines(u"com.x.sync"_s) + kLookAtLaunchd +
                   u"  [APPLIED] Disabled background login label: com.getdropbox.dropbox.helper\n"
                   "  [APPLIED] Disabled background login label: com.player.menu\n"
                   "  [APPLIED] Disabled background login label: com.x.sync\n"

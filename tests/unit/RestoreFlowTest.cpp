@@ -297,7 +297,8 @@ TEST_F(RestoreFlow, reinstatesTheWholeSystemUnderOnePrompt) {
                   "  [RESTORED] 2 login item(s) from snapshot.\n"
                   "$> /usr/sbin/networksetup -listallnetworkservices\n"
                   "$ /bin/launchctl load /Users/alex/Library/LaunchAgents/com.example.plist\n"
-                  "  [REVERTED] Restored 1 LaunchAgents/Daemons.\n"_s +
+                  "  [REVERTED] Restored 1 LaunchAgents/Daemons.\n"
+                  "$> osascript: list\n"_s +
                   prompted(u"pmset -a sms 1 ; networksetup -setnetworkserviceenabled 'Bob'\\''s iPhone' on || true ; "
                            "networksetup -setnetworkserviceenabled 'Ethernet' off || true ; "
                            "networksetup -setnetworkserviceenabled 'Wi-Fi' on || true"_s,

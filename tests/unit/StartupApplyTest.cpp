@@ -129,7 +129,7 @@ TEST_F(StartupApply, aWholeConfigurationGoesOnStepByStepUnderOnePrompt) {
                     "  [APPLIED] Added login item: Live (hidden)\n"
                     "\nStartup configuration applied.\n"_s +
                         prompted(daemonLine + u" ; "_s + networkLine + u" ; "_s + dumpLine(), kStartupChanges) +
-                        kLookAtLaunchd + launchctlLines(u"com.x.sync"_s) + kLookAtLaunchd +
+                        kLookAtLaunchd + kLookAtJobs + launchctlLines(u"com.x.sync"_s) + kLookAtLaunchd +
                         u"  [APPLIED] Disabled background login label: com.x.sync\n"
                         "  [APPLIED] Disabled launch item: com.vpn.plist @ /Library/LaunchDaemons\n"
                         "$> osascript: list\n"
@@ -433,7 +433,7 @@ TEST_F(StartupApply, whereOnlyABackgroundItemGoesTheDumpJoinsTheOnePrompt) {
                            "? launchd\n"
                            "  [ACTION] Disabling 1 background item(s)...\n"
                            "\nStartup configuration applied.\n"_s +
-                               prompted(dumpLine(), kStartupChanges) + kLookAtLaunchd +
+                               prompted(dumpLine(), kStartupChanges) + kLookAtLaunchd + kLookAtJobs +
                                launchctlLines(u"com.x.sync"_s) + kLookAtLaunchd +
                                u"  [APPLIED] Disabled background login label: com.x.sync\n"
                                "$> osascript: list\n"

@@ -1,6 +1,7 @@
 // The way back of what runs at login: as it was, and nothing that its user had off.
 
 #include "fakes/RestoreSystem.h"
+#include "network/NetworkOperations.h"
 #include "network/SwitchedOffServices.h"
 #include "startup/background/BackgroundRecord.h"
 #include "startup/launchd/KeptOff.h"
@@ -104,7 +105,8 @@ TEST_F(StartupWayBack, whatLaunchdDidNotLoadAllTheSameIsToldOf) {
     EXPECT_EQ(lines.last(), u"  [INFO] Starts at the next login: Sync"_s);
     commands.launchd.isMuteOfJobs = true;
     recordStopped(u"com.sync"_s, kSyncPlist);
-    EXPECT_EQ(reinstated().last(), u"  [INFO] Starts at the next login: Sync"_s) << "nothing is claimed that isn't read";
+    EXPECT_EQ(reinstated().last(), u"  [INFO] Starts at the next login: Sync"_s)
+        << "nothing is claimed that isn't read";
 }
 
 TEST_F(StartupWayBack, ofAnApplicationThatIsGoneNothingIsSaid) {
@@ -247,8 +249,8 @@ TEST_F(StartupWayBack, aHelperGoesBackIntoItsApplication) {
 
 TEST_F(StartupWayBack, aHelperOfAnEarlierVersionOfTheProgramStaysAsideAndIsNamed) {
     files.addFile(kQuarantine + u"com.sync/Helper.app/x"_s, "helper");
-    EXPECT_TRUE(reinstated().contains(
-        u"  [INFO] Stays aside, as nobody knows which version it belongs to: Helper.app"_s));
+    EXPECT_TRUE(
+        reinstated().contains(u"  [INFO] Stays aside, as nobody knows which version it belongs to: Helper.app"_s));
 }
 
 TEST_F(StartupWayBack, aDamagedRecordOfBackgroundItemsIsToldOf) {
@@ -341,6 +343,7 @@ TEST_F(StartupWayBack, applicationsThatTheProgramAddedGoAndTheUsersOwnStay) {
     system.recordManagedStartupAppPath(u"/Applications/Mail.app"_s);
     system.recordManagedStartupAppPath(u"/Applications/Live.app"_s);
     system.recordManagedStartupAppPath(u"/Applications/Gone.app"_s);
+    ASSERT_EQ(system.managedStartupAppPaths().size(), 3);
     EXPECT_TRUE(QCoro::waitFor(system.reinstateSystem()).succeeded);
     EXPECT_TRUE(takeTrace().contains(u"  [ACTION] Removing 1 Quorvane-managed startup app(s)...\n"
                                      "$> osascript: delete where path is /Applications/Live.app\n"

@@ -47,6 +47,7 @@ const QString kCleanRebootSteps =
     "$> System Events: delete where name is zoom\n"
     "  [APPLIED] Removed login item: zoom\n"_s;
 const QString kDisableUpdater = kLookAtLaunchd + // anew: a prompt has stood open
+                                kLookAtJobs +
                                 u"$ /bin/launchctl disable gui/501/com.up\n"
                                 "$ /bin/launchctl bootout gui/501/com.up\n"_s +
                                 kLookAtLaunchd + u"  [APPLIED] Disabled background login label: com.up\n"_s;

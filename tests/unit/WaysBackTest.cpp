@@ -170,9 +170,15 @@ TEST_F(WaysBack, reinstatingIsAnnouncedAndBusy) {
     EXPECT_EQ(reinstate(), (RestoreOutcome{true, RestoreSource::Snapshot}));
     EXPECT_EQ(takeTrace(), u"\n[REINSTATE] Restoring system...\n"
                            "\nReinstating from saved system snapshot...\n"_s +
-                               kRestoreSteps + kApplied + readBack());
+                               kRestoreSteps + kApplied +
+                               u"$> osascript: list\n"
+                               "  [ACTION] Removing 1 Quorvane-managed startup app(s)...\n"
+                               "$> osascript: delete where path is /Applications/Zoom.app\n"
+                               "$> osascript: list\n"
+                               "  [APPLIED] Removed startup app from login items: Zoom\n"_s +
+                               readBack());
     EXPECT_EQ(busyMessages, (QStringList{u"Reinstating system…"_s, QString()}));
-    EXPECT_EQ(login.size(), 3);
+    EXPECT_EQ(login.size(), 2);
     EXPECT_EQ(lastApplied(), u"Festival"_s);
 }
 

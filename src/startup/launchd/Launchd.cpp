@@ -187,18 +187,23 @@ QCoro::Task<bool> Launchd::record(QList<RecordedOverride> going) {
         co_return false;
     }
     const QList<LaunchdService> known = servicesOf(*recorded);
-    going.removeIf(
-        [&](const RecordedOverride& each) { return before.isDisabled(each.service) || known.contains(each.service); });
-    if (going.isEmpty()) {
+    QList<RecordedOverride> added;
+    for (const RecordedOverride& each : going) {
+        const bool isKnown = known.contains(each.service) || servicesOf(added).contains(each.service);
+        if (!isKnown && !before.isDisabled(each.service)) {
+            added.append(each);
+        }
+    }
+    if (added.isEmpty()) {
         co_return true;
     }
     try {
-        OverrideRecord(host().files, host().machine).write(*recorded + going);
+        OverrideRecord(host().files, host().machine).write(*recorded + added);
     } catch (const FileError& error) {
         log(kFailedRecord + error.message());
         co_return false;
     }
-    m_cache->unsettled += servicesOf(going);
+    m_cache->unsettled += servicesOf(added);
     co_return true;
 }
 
