@@ -85,7 +85,7 @@ void sayWhatLaunchdKeeps(QList<ComparedSetting>& settings, const QList<LaunchdSe
 
 /// Launch items that the program has put aside and that aren't at their places again.
 void sayItemsStillAside(QList<ComparedSetting>& settings, const Host& host) {
-    QStringList paths = PutAsideRecord(host.files, host.machine).read().values();
+    QStringList paths = PutAsideRecord(host.files, host.machine).read().keys();
     paths.sort();
     for (const QString& path : std::as_const(paths)) {
         if (host.files.status(path).kind == FileStatus::Kind::Missing) {

@@ -72,7 +72,7 @@ int Victim::killAtEachChange(const QString& flow, const NewMac& newMac, const Ch
 
 bool Victim::isKilled(const QString& flow, const QByteArray& faults, const NewMac& newMac, const Check& check) const {
     const QString mac = newMac();
-    const Ended ended = endOf(QStringLiteral(WAY_BACK_PROGRAM), {mac, faultsFile(faults), flow});
+    const Ended ended = endOf(QStringLiteral(WAY_BACK_PROGRAM), {mac, faultsFile(faults), flow, u"Club"_s});
     EXPECT_TRUE(ended.wasKilled || ended.succeeded);
     if (ended.wasKilled) {
         check(mac);

@@ -22,8 +22,6 @@ struct RoundTrip {                 // NOLINT(bugprone-exception-escape): the JSO
     QList<UnifiedProfile> applied; ///< in their order
     bool isOneWay = false;         ///< only the tweaks were applied, and only those that are selected
     WayBack wayBack = WayBack::Reinstate;
-    QMap<QString, QString> itemsAtReturn; ///< the login items before the way back, by their keys
-    QSet<QString> managedAtReturn;        ///< what the program has put among them, as far as it knows
     bool mayAskSystemEvents = true;       ///< at the capture and on the way back
     bool mayChangeBackups = true;         ///< the program has Full Disk Access from the capture to the way back
 };
@@ -34,6 +32,11 @@ struct RoundTripException {
     const char* reason;
     bool (*covers)(const macsim::MacDifference& difference, const RoundTrip& trip);
 };
+
+/// True of what the program keeps for itself and needs for the way back.
+bool isQuorvanesOwn(const macsim::MacDifference& difference);
+/// True of what an undo of tweaks leaves as it finds it: what runs at login, and the network.
+bool isOfStartup(const macsim::MacDifference& difference);
 
 /// In the order of docs/WAY-BACK.md. No difference is covered by two of them.
 const QList<RoundTripException>& roundTripExceptions();
@@ -46,6 +49,7 @@ inline const QString kService = QStringLiteral("network service ");
 
 /// "login item /Applications/Chat.app", or by the name where macOS doesn't find the file.
 QString loginItemKey(const macsim::Json& item);
+inline const QString kLoginItem = QStringLiteral("login item ");
 inline const QString kLoginItemOrder = QStringLiteral("order of the login items");
 
 } // namespace quorvane

@@ -63,8 +63,12 @@ bool isOfBackupsNeverSwitched(const Difference& difference, const RoundTrip& tri
     const QString file = u"/Library/Preferences/com.apple.TimeMachine.plist"_s;
     const bool isFile = difference.key == file;
     const bool isSwitch = difference.key == file + u" AutoBackup"_s && difference.after == u"<false/>";
-    const bool isLeft = !trip.mayChangeBackups && difference.key == file + u" AutoBackup"_s;
-    return isLeft || ((isFile || isSwitch) && !difference.before && trip.mac["timeMachine"].contains("destination"));
+    return trip.mayChangeBackups && ((isFile || isSwitch) && !difference.before && trip.mac["timeMachine"].contains("destination"));
+}
+
+bool isOfBackupsThatMayNotBeRead(const Difference& difference, const RoundTrip& trip) {
+    const QString file = u"/Library/Preferences/com.apple.TimeMachine.plist"_s;
+    return !trip.mayChangeBackups && (difference.key == file || difference.key == file + u" AutoBackup"_s);
 }
 
 std::optional<QString> indexedVolume(const Difference& difference) {
@@ -81,36 +85,7 @@ bool isUnusualIndexing(const Difference& difference, const RoundTrip& trip) {
     return volume && !isCaptured && (difference.after == u"\"enabled\"" || difference.after == u"\"disabled\"");
 }
 
-// ---- The program's own
-
-bool isQuorvanesOwn(const Difference& difference, const RoundTrip&) {
-    static const QStringList places{kHome + u"/.quorvane"_s, kHome + u"/Library/Application Support/Quorvane"_s,
-                                    kHome + u"/Library/Mobile Documents/7KX2MR04TD~com~quorvane~app"_s};
-    static const QString backup = kHome + u"/.quorvane_backup"_s;
-    static const QString kept = u"/Library/Application Support/Quorvane"_s;
-    static const QStringList entries{backup,
-                                     backup + u"/login_items.json"_s,
-                                     backup + u"/UserHome_Library_LaunchAgents"_s,
-                                     backup + u"/_Library_LaunchAgents"_s,
-                                     backup + u"/_Library_LaunchDaemons"_s,
-                                     kept,
-                                     kept + u"/LaunchItems"_s,
-                                     kept + u"/LaunchItems/_Library_LaunchAgents"_s,
-                                     kept + u"/LaunchItems/_Library_LaunchDaemons"_s,
-                                     kHome + u"/Library/Mobile Documents"_s,
-                                     kPreferences + u"com.quorvane.app.plist"_s,
-                                     kPreferences + u"com.quorvane.app.plist QuorvaneLastAppliedProfileName"_s,
-                                     kPreferences + u"com.quorvane.app.plist QuorvaneManagedStartupAppPaths"_s,
-                                     kPreferences + u"com.quorvane.app.plist QuorvaneChangedTweaks"_s,
-                                     kPreferences + u"com.quorvane.app.plist QuorvaneSwitchedBackupsOff"_s};
-    return entries.contains(difference.key) || std::any_of(places.begin(), places.end(), [&](const QString& place) {
-               return difference.key == place || difference.key.startsWith(place + u'/');
-           });
-}
-
 // ---- Login items
-
-const QString kLoginItem = u"login item "_s;
 
 std::optional<QString> loginItemPath(const Difference& difference) {
     return difference.key.startsWith(kLoginItem) ? std::optional(difference.key.mid(kLoginItem.size())) : std::nullopt;
@@ -253,73 +228,18 @@ bool isStoppedBackgroundJob(const Difference& difference, const RoundTrip& trip)
     return isProcess || (isJob && !difference.after); // of two processes with one name the other may be left
 }
 
-/// A record that isn't allowed any more, or what runs no more.
-bool isBackgroundItem(const Difference& difference, const RoundTrip& trip) {
-    static const QRegularExpression record(u"\\Astate backgroundTasks \"[248]\\..*\"/allowed\\z"_s);
-    return isStoppedBackgroundJob(difference, trip) ||
-           (record.match(difference.key).hasMatch() && difference.after == u"false");
-}
-
-bool isBackgroundItemAfterRevert(const Difference& difference, const RoundTrip& trip) {
-    return isOfBackgroundOverride(difference, trip) && difference.after == u"true";
-}
-
-// ---- What only the whole way back brings back
-
-bool isLaunchItemAfterRevert(const Difference& difference, const RoundTrip&) {
-    static const QRegularExpression place(
-        u"\\A(/Users/alex/Library|/Library)/Launch(Agents|Daemons)/[^/]+\\.plist( \\w+)?\\z"_s);
-    static const QRegularExpression aside(
-        u"\\A(/Users/alex/\\.quorvane_backup|/Library/Application Support/Quorvane/LaunchItems)/"
-        "(UserHome)?_Library_Launch(Agents|Daemons)/[^/]+\\.plist( \\w+)?\\z"_s);
-    const bool isGone = !difference.after && (place.match(difference.key).hasMatch() || launchItemJob(difference) ||
-                                              isOfItsProcess(difference));
-    const bool isAside = !difference.before && aside.match(difference.key).hasMatch();
-    return isGone || isAside || (isOfItsOverride(difference) && difference.after == u"true");
-}
-
-/// The user's own stays where the profile has left it; what isn't one, as far as is known, may go.
-bool isLoginItemAfterRevert(const Difference& difference, const RoundTrip& trip) {
-    const auto path = loginItemPath(difference);
-    if (!path) {
-        return difference.key == kLoginItemOrder;
-    }
-    const auto atReturn = trip.itemsAtReturn.constFind(difference.key);
-    const bool isLeft =
-        difference.after == (atReturn == trip.itemsAtReturn.constEnd() ? std::nullopt : std::optional(*atReturn));
-    if (isLeft || difference.after) {
-        return isLeft;
-    }
-    const auto& captured = trip.snapshot.loginItems;
-    return captured ? std::none_of(captured->begin(), captured->end(),
-                                   [&path](const LoginItemSnapshot& item) { return item.path == *path; })
-                    : trip.managedAtReturn.contains(comparablePath(*path));
-}
-
 bool isItemThatCouldNotBeAskedFor(const Difference& difference, const RoundTrip& trip) {
     return !trip.mayAskSystemEvents && (loginItemPath(difference) || difference.key == kLoginItemOrder);
 }
 
-/// The name of the service of a difference that a profile has switched off.
-std::optional<QString> serviceLeftOff(const Difference& difference) {
-    const bool isLeftOff = difference.key.startsWith(kService) && difference.after == u"off";
-    return isLeftOff ? std::optional(difference.key.mid(kService.size())) : std::nullopt;
+/// Any of several.
+template <bool (*... covers)(const Difference&, const RoundTrip&)>
+bool any(const Difference& difference, const RoundTrip& trip) {
+    return (covers(difference, trip) || ...);
 }
 
-bool isServiceAfterRevert(const Difference& difference, const RoundTrip&) {
-    return serviceLeftOff(difference).has_value();
-}
-
-/// On one of the two ways alone.
-template <WayBack wayBack, bool (*covers)(const Difference&, const RoundTrip&)>
-bool on(const Difference& difference, const RoundTrip& trip) {
-    return trip.wayBack == wayBack && covers(difference, trip);
-}
-
-/// On the way back that brings login items back, where System Events may be asked.
-template <bool (*covers)(const Difference&, const RoundTrip&)>
-bool whenAsked(const Difference& difference, const RoundTrip& trip) {
-    return trip.mayAskSystemEvents && on<WayBack::Reinstate, covers>(difference, trip);
+bool isOrderOrName(const Difference& difference, const RoundTrip& trip) {
+    return trip.mayAskSystemEvents && any<isOrder, isOwnName, isItemWithoutFile>(difference, trip);
 }
 
 } // namespace
@@ -329,31 +249,59 @@ QString loginItemKey(const Json& item) {
            (item["path"].is_string() ? textOfJson(item["path"]) : u"\"%1\""_s.arg(textOfJson(item["name"])));
 }
 
+// ---- The program's own
+
+bool isQuorvanesOwn(const Difference& difference) {
+    static const QStringList places{kHome + u"/.quorvane"_s, kHome + u"/Library/Application Support/Quorvane"_s,
+                                    kHome + u"/Library/Mobile Documents/7KX2MR04TD~com~quorvane~app"_s};
+    static const QString backup = kHome + u"/.quorvane_backup"_s;
+    static const QString kept = u"/Library/Application Support/Quorvane"_s;
+    static const QStringList entries{backup,
+                                     backup + u"/login_items.json"_s,
+                                     backup + u"/UserHome_Library_LaunchAgents"_s,
+                                     backup + u"/_Library_LaunchAgents"_s,
+                                     backup + u"/_Library_LaunchDaemons"_s,
+                                     kept,
+                                     kept + u"/LaunchItems"_s,
+                                     kept + u"/LaunchItems/_Library_LaunchAgents"_s,
+                                     kept + u"/LaunchItems/_Library_LaunchDaemons"_s,
+                                     kHome + u"/Library/Mobile Documents"_s,
+                                     kPreferences + u"com.quorvane.app.plist"_s,
+                                     kPreferences + u"com.quorvane.app.plist QuorvaneLastAppliedProfileName"_s,
+                                     kPreferences + u"com.quorvane.app.plist QuorvaneManagedStartupAppPaths"_s,
+                                     kPreferences + u"com.quorvane.app.plist QuorvaneChangedTweaks"_s,
+                                     kPreferences + u"com.quorvane.app.plist QuorvaneSwitchedBackupsOff"_s,
+                                     kHome + u"/Library/Logs"_s};
+    return entries.contains(difference.key) || std::any_of(places.begin(), places.end(), [&](const QString& place) {
+               return difference.key == place || difference.key.startsWith(place + u'/');
+           });
+}
+
+bool isOfStartup(const Difference& difference) {
+    static const QRegularExpression folder(u"\\A(/Users/alex/Library|/Library)/Launch(Agents|Daemons)(/|\\Z)|"
+                                           "\\A(/Users/alex/\\.quorvane_backup|/Library/Application Support/Quorvane)(/|\\Z)|"
+                                           "\\A/Applications/"_s);
+    const QString& key = difference.key;
+    const bool isOfNotificationCenter = key.contains(u"com.apple.notificationcenterui"_s) ||
+                                        key.contains(u"\"NotificationCenter\""_s);
+    return !isOfNotificationCenter &&
+           (key.startsWith(kLoginItem) || key == kLoginItemOrder || key.startsWith(kService) ||
+            key.startsWith(u"state launchd/"_s) || key.startsWith(u"state processes "_s) ||
+            key.startsWith(u"state backgroundTasks"_s) || folder.match(key).hasMatch());
+}
+
 const QList<RoundTripException>& roundTripExceptions() {
     static const QList<RoundTripException> exceptions{
-        {u"Empty preference files", "a key is deleted, the file that was made for it stays", isEmptyPreferenceFile},
-        {u"Notification Center", "it is started anew, and stays allowed to start, whatever was before",
-         isOfNotificationCenter},
-        {u"Automatic backups that were never switched", "a key that isn't set means off, and comes back as that",
-         isOfBackupsNeverSwitched},
-        {u"Spotlight in an unusual state", "it comes back as on or off", isUnusualIndexing},
-        {u"The order of the login items", "an item that comes back goes to the end", whenAsked<isOrder>},
-        {u"Login items with a name of their own", "System Events names an item after its file", whenAsked<isOwnName>},
-        {u"Login items whose file is gone", "there is nothing to add again", whenAsked<isItemWithoutFile>},
-        {u"Login items where System Events may not be asked", "they can be neither read nor changed",
-         on<WayBack::Reinstate, isItemThatCouldNotBeAskedFor>},
-        {u"The list of what may run in the background", "macOS notes what was in the login items", isNoteOfLoginItem},
-        {u"Launch items run anew", "they are loaded again", on<WayBack::Reinstate, isNewRunOfLaunchItem>},
-        {u"Launch items are noted as enabled", "launchd has to be told that it may load them again",
-         on<WayBack::Reinstate, isNotedAsEnabled>},
-        {u"Background items", "what System Settings has of them can't be changed back", isBackgroundItem},
-        {u"Login items after an undo", "only Reinstate adds them again", on<WayBack::Revert, isLoginItemAfterRevert>},
-        {u"Launch items after an undo", "only Reinstate puts them back", on<WayBack::Revert, isLaunchItemAfterRevert>},
-        {u"Background items after an undo", "only Reinstate lifts what launchd was told",
-         on<WayBack::Revert, isBackgroundItemAfterRevert>},
-        {u"The network after an undo", "only Reinstate switches it on again",
-         on<WayBack::Revert, isServiceAfterRevert>},
-        {u"What Quorvane keeps for itself", "snapshots, records and notes are there to stay", isQuorvanesOwn},
+        {u"What macOS notes for itself", "nobody may delete its notes",
+         any<isEmptyPreferenceFile, isNotedAsEnabled, isNoteOfLoginItem>},
+        {u"What was stopped runs anew", "a process that has ended can't be had back",
+         any<isOfNotificationCenter, isNewRunOfLaunchItem, isStoppedBackgroundJob>},
+        {u"The order of the login items, and names of their own", "System Events takes neither, and needs a file",
+         isOrderOrName},
+        {u"What Quorvane may not read or ask", "a permission is the user's to give",
+         any<isItemThatCouldNotBeAskedFor, isOfBackupsThatMayNotBeRead>},
+        {u"States that no command sets", "there is a command for on and one for off",
+         any<isUnusualIndexing, isOfBackupsNeverSwitched>},
     };
     return exceptions;
 }
