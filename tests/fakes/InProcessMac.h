@@ -76,6 +76,8 @@ public:
 
     const macsim::Mac& mac() const { return m_base.mac(); }
     Host host();
+    /// What every later prompt is answered with.
+    void setAuthorization(macsim::Authorization answer) { m_tools.setAuthorization(answer); }
 
 private:
     AuthorizationPolicy m_authorization{macsim::Authorization::Allow};

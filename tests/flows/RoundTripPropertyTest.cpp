@@ -278,11 +278,13 @@ private:
 
     void apply(const UnifiedProfile& profile) {
         m_trip.applied.append(profile);
+        m_host->setAuthorization(m_draw.oneIn(6) ? macsim::Authorization::Cancel : macsim::Authorization::Allow);
         if (m_trip.isOneWay) {
             QCoro::waitFor(m_system->applyPerformanceTweaks(profile.settings, cleanRebootOf(profile)));
         } else {
             QCoro::waitFor(m_system->applyProfile(profile));
         }
+        m_host->setAuthorization(macsim::Authorization::Allow);
     }
 
     void goBack() {
