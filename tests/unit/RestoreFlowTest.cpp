@@ -254,8 +254,9 @@ TEST_F(RestoreFlow, leavesTimeMachineAloneWithoutAWordWhereItIsNotSetUp) {
     setBackupDestination(false);
     EXPECT_TRUE(revert().succeeded);
     const QString undone = takeTrace();
-    EXPECT_TRUE(undone.endsWith(prompted(
-        u"pmset -a standby 1 disksleep 10 sleep 1 ; mdutil -a -i on || true ; pmset -a sms 1"_s, kRevertPrompt) +
+    EXPECT_TRUE(undone.endsWith(
+        prompted(u"pmset -a standby 1 disksleep 10 sleep 1 ; mdutil -a -i on || true ; pmset -a sms 1"_s,
+                 kRevertPrompt) +
         readBack({u"Spotlight"_s, u"USB Power"_s, u"Motion Sensor"_s})));
     EXPECT_FALSE(undone.contains(u"may not be read"_s));
 }
@@ -289,29 +290,29 @@ TEST_F(RestoreFlow, reinstatesTheWholeSystemUnderOnePrompt) {
     files.addFile(backup, "plist");
     files.addFolders(u"/Users/alex/Library/LaunchAgents"_s);
     EXPECT_EQ(reinstate(), (RestoreOutcome{true, RestoreSource::Snapshot}));
-    EXPECT_EQ(takeTrace(),
-              u"\nReinstating from saved system snapshot (Tour)...\n"_s + kRestoreSteps + kAction + kApplied +
-                  u"$> osascript: list\n"
-                  "$> osascript: add /Applications/Live.app hidden:false; "
-                  "add /Applications/Dropbox.app hidden:true\n"
-                  "  [RESTORED] 2 login item(s) from snapshot.\n"
-                  "$> /usr/sbin/networksetup -listallnetworkservices\n"
-                  "$ /bin/launchctl load /Users/alex/Library/LaunchAgents/com.example.plist\n"
-                  "  [REVERTED] Restored 1 LaunchAgents/Daemons.\n"_s +
-                  prompted(u"pmset -a sms 1 ; networksetup -setnetworkserviceenabled 'Bob'\\''s iPhone' on || true ; "
-                           "networksetup -setnetworkserviceenabled 'Ethernet' off || true ; "
-                           "networksetup -setnetworkserviceenabled 'Wi-Fi' on || true"_s,
-                           kReinstatePrompt) +
-                  u"$> /usr/sbin/networksetup -listallnetworkservices\n"
-                  "$> /usr/sbin/networksetup -getnetworkserviceenabled Wi-Fi\n"
-                  "$> /usr/sbin/networksetup -getnetworkserviceenabled Ethernet\n"
-                  "$> /usr/sbin/networksetup -getnetworkserviceenabled \"Bob's iPhone\"\n"
-                  "  [RESTORED] Network services from snapshot.\n"_s +
-                  readBack({u"Motion Sensor"_s},
-                           {u"login item Live"_s, u"login item Mail"_s, u"login item Dropbox"_s,
-                            u"network service Wi-Fi"_s, u"network service Ethernet"_s,
-                            u"network service Bob's iPhone"_s},
-                           u"$> osascript: list\n"_s));
+    EXPECT_EQ(
+        takeTrace(),
+        u"\nReinstating from saved system snapshot (Tour)...\n"_s + kRestoreSteps + kAction + kApplied +
+            u"$> osascript: list\n"
+            "$> osascript: add /Applications/Live.app hidden:false; "
+            "add /Applications/Dropbox.app hidden:true\n"
+            "  [RESTORED] 2 login item(s) from snapshot.\n"
+            "$> /usr/sbin/networksetup -listallnetworkservices\n"
+            "$ /bin/launchctl load /Users/alex/Library/LaunchAgents/com.example.plist\n"
+            "  [REVERTED] Restored 1 LaunchAgents/Daemons.\n"_s +
+            prompted(u"pmset -a sms 1 ; networksetup -setnetworkserviceenabled 'Bob'\\''s iPhone' on || true ; "
+                     "networksetup -setnetworkserviceenabled 'Ethernet' off || true ; "
+                     "networksetup -setnetworkserviceenabled 'Wi-Fi' on || true"_s,
+                     kReinstatePrompt) +
+            u"$> /usr/sbin/networksetup -listallnetworkservices\n"
+            "$> /usr/sbin/networksetup -getnetworkserviceenabled Wi-Fi\n"
+            "$> /usr/sbin/networksetup -getnetworkserviceenabled Ethernet\n"
+            "$> /usr/sbin/networksetup -getnetworkserviceenabled \"Bob's iPhone\"\n"
+            "  [RESTORED] Network services from snapshot.\n"_s +
+            readBack({u"Motion Sensor"_s},
+                     {u"login item Live"_s, u"login item Mail"_s, u"login item Dropbox"_s, u"network service Wi-Fi"_s,
+                      u"network service Ethernet"_s, u"network service Bob's iPhone"_s},
+                     u"$> osascript: list\n"_s));
     EXPECT_FALSE(files.exists(backup));
     EXPECT_EQ(login.size(), 4); // what has come since stays
     EXPECT_TRUE(login.last().hidden);
@@ -466,9 +467,8 @@ TEST_F(RestoreFlow, namesWhatSomebodyHasChangedWhileThePromptStoodOpen) {
         commands.print(reading::kPower, "AC Power:\n sms 0\n");
         commands.print(reading::kSpotlight, reading::indexing("Indexing disabled. "));
     };
-    EXPECT_EQ(revert(), (RestoreOutcome{false,
-                                        RestoreSource::Snapshot,
-                                        {u"App Nap"_s, u"Spotlight"_s, u"Motion Sensor"_s}}));
+    EXPECT_EQ(revert(),
+              (RestoreOutcome{false, RestoreSource::Snapshot, {u"App Nap"_s, u"Spotlight"_s, u"Motion Sensor"_s}}));
     EXPECT_TRUE(logs(u"  [MISSING] App Nap — NSAppSleepDisabled is 1, was not set"_s));
     EXPECT_TRUE(logs(u"  [MISSING] Spotlight — not as it was"_s));
     EXPECT_TRUE(logs(u"  [MISSING] Motion Sensor — sms is 0, was 1"_s));
@@ -494,8 +494,8 @@ TEST_F(RestoreFlow, waitsForSpotlightsAnswerThatLagsBehind) {
 
 TEST_F(RestoreFlow, comparesTheTypesOfWhatItHasWritten) {
     SystemSnapshot snapshot = usersOwn();
-    snapshot.typedPreferences = TypedValues{{u"com.apple.systemsound com.apple.sound.uiaudio.enabled"_s,
-                                             *TypedValue::ofXml(u"<string>7</string>"_s)}};
+    snapshot.typedPreferences = TypedValues{
+        {u"com.apple.systemsound com.apple.sound.uiaudio.enabled"_s, *TypedValue::ofXml(u"<string>7</string>"_s)}};
     save(snapshot);
     const QString exported = u"/usr/bin/defaults export com.apple.systemsound -"_s;
     const auto exportedAs = [](const QByteArray& value) {
@@ -504,8 +504,8 @@ TEST_F(RestoreFlow, comparesTheTypesOfWhatItHasWritten) {
     commands.print(exported, exportedAs("<string>7</string>"));
     EXPECT_TRUE(revert().succeeded);
     const QString log = takeTrace();
-    EXPECT_TRUE(log.contains(
-        u"$ /usr/bin/defaults write com.apple.systemsound com.apple.sound.uiaudio.enabled -string 7\n"_s));
+    EXPECT_TRUE(
+        log.contains(u"$ /usr/bin/defaults write com.apple.systemsound com.apple.sound.uiaudio.enabled -string 7\n"_s));
     EXPECT_TRUE(log.endsWith(readBack({}, {}, u"$> "_s + exported + u'\n')));
     commands.print(exported, exportedAs("<integer>7</integer>"));
     EXPECT_EQ(revert().missing, QStringList(u"UI Sounds"_s));
@@ -609,8 +609,7 @@ TEST_F(RestoreFlow, aServiceThatDoesNotSwitchFailsTheWayBackWhereverItStandsInTh
             now.replaceInStrings(QRegularExpression(u"^"_s + unswitched), u"*"_s + unswitched);
             answerServices(now);
         };
-        EXPECT_EQ(reinstate(),
-                  (RestoreOutcome{false, RestoreSource::Snapshot, {u"network service "_s + unswitched}}));
+        EXPECT_EQ(reinstate(), (RestoreOutcome{false, RestoreSource::Snapshot, {u"network service "_s + unswitched}}));
         EXPECT_EQ(system.logMessages().mid(system.logMessages().lastIndexOf(kServicesBack), 2),
                   (QStringList{kServicesBack, u"  [INFO] Not restored: network service "_s + unswitched}));
         EXPECT_TRUE(logs(u"  [MISSING] network service %1 — it is off, was on"_s.arg(unswitched)));
