@@ -42,10 +42,11 @@ std::optional<CommandOutcome> RestoreSystem::answerOfPreferences(const QStringLi
 }
 
 QString RestoreSystem::readBack(const QStringList& further, const QStringList& beside, const QString& afterLook) {
-    const QStringList names = QStringList(u"App Nap"_s) + further +
-                              QStringList{u"Software Updates"_s, u"Notifications"_s, u"Crash Reporter"_s, u"AirDrop"_s,
-                                          u"Siri"_s, u"UI Sounds"_s, u"Clean Reboot"_s} +
-                              beside;
+    const QStringList names =
+        QStringList(u"App Nap"_s) + further +
+        QStringList{u"Software Updates"_s, u"Notifications"_s, u"Crash Reporter"_s, u"AirDrop"_s, u"Siri"_s,
+                    u"UI Sounds"_s,        u"Clean Reboot"_s} +
+        beside;
     return kLookAtTweaks + afterLook + u"  [OK] "_s + names.join(u"\n  [OK] "_s) + u'\n';
 }
 

@@ -189,6 +189,16 @@ TEST(RestoreAlerts, aSnapshotIsSavedOrNot) {
                 u"Could not save the restore baseline. Check the Logs tab for details."_s);
 }
 
+TEST(ActionAlerts, everyWayBackNamesWhatHasNotComeBack) {
+    const RestoreOutcome outcome{false, RestoreSource::Snapshot, {u"App Nap"_s, u"login item %1"_s}};
+    const QString text = u"2 setting(s) could not be restored:\nApp Nap\nlogin item %1"_s;
+    for (const ClosingAlert& alert : {undoAlert(outcome), revertAllAlert(outcome, LoginItemsAre::Unchanged),
+                                      defaultAlert(outcome), menuDefaultAlert(outcome), reinstateAlert(outcome)}) {
+        expectAlert(alert, u"Restored, With Exceptions"_s, text);
+        EXPECT_EQ(alert.style, AlertStyle::Warning);
+    }
+}
+
 TEST(RestoreAlerts, anUndoSpeaksOfASnapshotWhereTheUsersOwnValuesCameBack) {
     const QString own = u"Performance tweaks restored from your saved snapshot.\n\nPlease restart your Mac."_s;
     expectAlert(undoAlert(kFromSnapshot), u"Success"_s, own);

@@ -200,7 +200,7 @@ TEST(RestoreCommands, bringSleepBackByTheSourceOfPower) {
         QMap<QString, PowerSettings>{{u"AC Power"_s, {u"0"_s, u"10"_s, u"0"_s, std::nullopt}},
                                      {u"Battery Power"_s, {u"1"_s, u"10"_s, u"5"_s, std::nullopt}}};
     EXPECT_EQ(sleepCommandsBack(snapshot, {}), (QStringList{u"pmset -c standby 0 disksleep 10 sleep 0"_s,
-                                                        u"pmset -b standby 1 disksleep 10 sleep 5"_s}));
+                                                            u"pmset -b standby 1 disksleep 10 sleep 5"_s}));
     snapshot.powerBySource->insert(u"AC Power"_s, (*snapshot.powerBySource)[u"Battery Power"_s]);
     EXPECT_EQ(sleepCommandsBack(snapshot, {}), QStringList(u"pmset -a standby 1 disksleep 10 sleep 5"_s));
     snapshot.powerBySource = QMap<QString, PowerSettings>{{u"Solar Power"_s, {u"0"_s, {}, {}, {}}},
@@ -217,7 +217,8 @@ TEST(RestoreCommands, bringBackOfEachSourceWhatIsListedForItNow) {
     const auto listed = [](const QList<PowerSource>& sources) {
         return Reading<QList<PowerSource>>::answered(sources);
     };
-    const auto both = listed({{u"Battery Power"_s, {{}, u"0"_s, u"0"_s, {}}}, {u"AC Power"_s, {u"0"_s, {}, u"0"_s, {}}}});
+    const auto both =
+        listed({{u"Battery Power"_s, {{}, u"0"_s, u"0"_s, {}}}, {u"AC Power"_s, {u"0"_s, {}, u"0"_s, {}}}});
     EXPECT_EQ(sleepCommandsBack(snapshot, both),
               (QStringList{u"pmset -c standby 0 sleep 0"_s, u"pmset -b disksleep 10 sleep 5"_s}));
     EXPECT_EQ(motionSensorCommandsBack(snapshot, both), QStringList());

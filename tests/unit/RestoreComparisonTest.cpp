@@ -15,7 +15,8 @@ QStringList faults(const QList<ComparedSetting>& settings) {
     QStringList lines;
     for (const ComparedSetting& setting : settings) {
         if (!setting.isBack()) {
-            lines.append(setting.name + (setting.state == State::Missing ? u": "_s : u" left alone: "_s) + setting.what);
+            lines.append(setting.name + (setting.state == State::Missing ? u": "_s : u" left alone: "_s) +
+                         setting.what);
         }
     }
     return lines;
@@ -69,10 +70,9 @@ TypedReadings typedAppNap(const QString& xml) {
 TEST(RestoreComparison, namesEachTweakThatIsBack) {
     const QList<ComparedSetting> settings = compare(snapshotOfBareMac(), bareMac());
     EXPECT_EQ(faults(settings), QStringList());
-    EXPECT_EQ(namesOfBack(settings),
-              (QStringList{u"App Nap"_s, u"Spotlight"_s, u"USB Power"_s, u"Time Machine"_s, u"Software Updates"_s,
-                           u"Notifications"_s, u"Crash Reporter"_s, u"AirDrop"_s, u"Siri"_s, u"UI Sounds"_s,
-                           u"Clean Reboot"_s}))
+    EXPECT_EQ(namesOfBack(settings), (QStringList{u"App Nap"_s, u"Spotlight"_s, u"USB Power"_s, u"Time Machine"_s,
+                                                  u"Software Updates"_s, u"Notifications"_s, u"Crash Reporter"_s,
+                                                  u"AirDrop"_s, u"Siri"_s, u"UI Sounds"_s, u"Clean Reboot"_s}))
         << "of the motion sensor nothing was captured";
 }
 
@@ -80,8 +80,7 @@ TEST(RestoreComparison, takesPreferencesByMeaningWhereNoTypeIsKnown) {
     SystemSnapshot snapshot = snapshotOfBareMac();
     CurrentSettings current = bareMac();
     snapshot.appNapDisabled = u"YES"_s;
-    EXPECT_EQ(faults(compare(snapshot, current)),
-              QStringList(u"App Nap: NSAppSleepDisabled is not set, was YES"_s));
+    EXPECT_EQ(faults(compare(snapshot, current)), QStringList(u"App Nap: NSAppSleepDisabled is not set, was YES"_s));
     current.of(preference::kAppSleep).reading.value = u"1"_s;
     EXPECT_EQ(faults(compare(snapshot, current)), QStringList());
     current.of(preference::kLiveAppSleep).reading.value = u"0"_s;
@@ -138,7 +137,8 @@ TEST(RestoreComparison, namesTheSourceOfPowerThatDiffers) {
     (*current.power.value)[0].settings.standby.reset();
     EXPECT_EQ(faults(compare(snapshot, current)), QStringList(u"USB Power on Battery Power: sleep is 0, was 5"_s));
     current.power.value->removeFirst();
-    EXPECT_EQ(faults(compare(snapshot, current)), QStringList(u"USB Power on Battery Power left alone: not there now"_s));
+    EXPECT_EQ(faults(compare(snapshot, current)),
+              QStringList(u"USB Power on Battery Power left alone: not there now"_s));
     EXPECT_TRUE(namesOfBack(compare(snapshot, current)).contains(u"USB Power"_s));
     current.power = Reading<QList<PowerSource>>::unanswered();
     EXPECT_EQ(faults(compare(snapshot, current)), QStringList(u"USB Power: could not be read"_s));
@@ -199,9 +199,9 @@ TEST(RestoreComparison, comparesLoginItemsAndServicesWhereTheyAreGiven) {
     const QList<NetworkServiceState> services{
         {u"Wi-Fi"_s, true}, {u"Ethernet"_s, false}, {u"VPN"_s, std::nullopt}, {u"New"_s, false}};
     const QList<ComparedSetting> settings = comparedWith(snapshot, bareMac(), {}, items, services);
-    EXPECT_EQ(faults(settings), (QStringList{u"login item Mail: not there"_s,
-                                             u"network service Ethernet: it is off, was on"_s,
-                                             u"network service VPN: could not be read"_s}));
+    EXPECT_EQ(faults(settings),
+              (QStringList{u"login item Mail: not there"_s, u"network service Ethernet: it is off, was on"_s,
+                           u"network service VPN: could not be read"_s}));
     EXPECT_EQ(namesOfBack(settings).mid(namesOfBack(settings).size() - 2),
               (QStringList{u"login item Live"_s, u"network service Wi-Fi"_s}));
     EXPECT_EQ(faults(comparedWith(snapshot, bareMac(), {}, std::nullopt, QList<NetworkServiceState>())),

@@ -254,8 +254,9 @@ TEST_F(RestoreFlow, leavesTimeMachineAloneWithoutAWordWhereItIsNotSetUp) {
     setBackupDestination(false);
     EXPECT_TRUE(revert().succeeded);
     const QString undone = takeTrace();
-    EXPECT_TRUE(undone.endsWith(prompted(
-        u"pmset -a standby 1 disksleep 10 sleep 1 ; mdutil -a -i on || true ; pmset -a sms 1"_s, kRevertPrompt) +
+    EXPECT_TRUE(undone.endsWith(
+        prompted(u"pmset -a standby 1 disksleep 10 sleep 1 ; mdutil -a -i on || true ; pmset -a sms 1"_s,
+                 kRevertPrompt) +
         readBack({u"Spotlight"_s, u"USB Power"_s, u"Motion Sensor"_s})));
     EXPECT_FALSE(undone.contains(u"may not be read"_s));
 }
@@ -467,9 +468,8 @@ TEST_F(RestoreFlow, namesWhatSomebodyHasChangedWhileThePromptStoodOpen) {
         commands.print(reading::kPower, "AC Power:\n sms 0\n");
         commands.print(reading::kSpotlight, reading::indexing("Indexing disabled. "));
     };
-    EXPECT_EQ(revert(), (RestoreOutcome{false,
-                                        RestoreSource::Snapshot,
-                                        {u"App Nap"_s, u"Spotlight"_s, u"Motion Sensor"_s}}));
+    EXPECT_EQ(revert(),
+              (RestoreOutcome{false, RestoreSource::Snapshot, {u"App Nap"_s, u"Spotlight"_s, u"Motion Sensor"_s}}));
     EXPECT_TRUE(logs(u"  [MISSING] App Nap — NSAppSleepDisabled is 1, was not set"_s));
     EXPECT_TRUE(logs(u"  [MISSING] Spotlight — not as it was"_s));
     EXPECT_TRUE(logs(u"  [MISSING] Motion Sensor — sms is 0, was 1"_s));
@@ -495,8 +495,8 @@ TEST_F(RestoreFlow, waitsForSpotlightsAnswerThatLagsBehind) {
 
 TEST_F(RestoreFlow, comparesTheTypesOfWhatItHasWritten) {
     SystemSnapshot snapshot = usersOwn();
-    snapshot.typedPreferences = TypedValues{{u"com.apple.systemsound com.apple.sound.uiaudio.enabled"_s,
-                                             *TypedValue::ofXml(u"<string>7</string>"_s)}};
+    snapshot.typedPreferences = TypedValues{
+        {u"com.apple.systemsound com.apple.sound.uiaudio.enabled"_s, *TypedValue::ofXml(u"<string>7</string>"_s)}};
     save(snapshot);
     const QString exported = u"/usr/bin/defaults export com.apple.systemsound -"_s;
     const auto exportedAs = [](const QByteArray& value) {
@@ -505,8 +505,8 @@ TEST_F(RestoreFlow, comparesTheTypesOfWhatItHasWritten) {
     commands.print(exported, exportedAs("<string>7</string>"));
     EXPECT_TRUE(revert().succeeded);
     const QString log = takeTrace();
-    EXPECT_TRUE(log.contains(
-        u"$ /usr/bin/defaults write com.apple.systemsound com.apple.sound.uiaudio.enabled -string 7\n"_s));
+    EXPECT_TRUE(
+        log.contains(u"$ /usr/bin/defaults write com.apple.systemsound com.apple.sound.uiaudio.enabled -string 7\n"_s));
     EXPECT_TRUE(log.endsWith(readBack({}, {}, u"$> "_s + exported + u'\n')));
     commands.print(exported, exportedAs("<integer>7</integer>"));
     EXPECT_EQ(revert().missing, QStringList(u"UI Sounds"_s));
@@ -610,8 +610,7 @@ TEST_F(RestoreFlow, aServiceThatDoesNotSwitchFailsTheWayBackWhereverItStandsInTh
             now.replaceInStrings(QRegularExpression(u"^"_s + unswitched), u"*"_s + unswitched);
             answerServices(now);
         };
-        EXPECT_EQ(reinstate(),
-                  (RestoreOutcome{false, RestoreSource::Snapshot, {u"network service "_s + unswitched}}));
+        EXPECT_EQ(reinstate(), (RestoreOutcome{false, RestoreSource::Snapshot, {u"network service "_s + unswitched}}));
         EXPECT_EQ(system.logMessages().mid(system.logMessages().lastIndexOf(kServicesBack), 2),
                   (QStringList{kServicesBack, u"  [INFO] Not restored: network service "_s + unswitched}));
         EXPECT_TRUE(logs(u"  [MISSING] network service %1 — it is off, was on"_s.arg(unswitched)));

@@ -58,8 +58,8 @@ TEST_F(WaysBack, undoTakesTheProgramsAppsOutAndRevertsTheTweaks) {
     addStartupApps();
     save(withLoginItems({kOwn}));
     EXPECT_EQ(undo(), (RestoreOutcome{true, RestoreSource::Snapshot}));
-    EXPECT_EQ(takeTrace(), kRemoval + u"\nRestoring from saved system snapshot...\n"_s + kRestoreSteps + kApplied +
-                               readBack());
+    EXPECT_EQ(takeTrace(),
+              kRemoval + u"\nRestoring from saved system snapshot...\n"_s + kRestoreSteps + kApplied + readBack());
     EXPECT_EQ(login, (QList<LoginItem>{{u"Own"_s, u"/Applications/Own.app"_s, false}}));
     EXPECT_EQ(busyMessages, (QStringList{u"Reverting performance tweaks…"_s, QString()}));
     EXPECT_EQ(lastApplied(), u"Festival"_s);
@@ -75,8 +75,8 @@ TEST_F(WaysBack, defaultTakesTheSameRoadAndIsRecorded) {
     addStartupApps();
     save(withLoginItems({kOwn}));
     EXPECT_EQ(restoreDefault(), (RestoreOutcome{true, RestoreSource::Snapshot}));
-    EXPECT_EQ(takeTrace(), kRemoval + u"\nRestoring from saved system snapshot...\n"_s + kRestoreSteps + kApplied +
-                               readBack());
+    EXPECT_EQ(takeTrace(),
+              kRemoval + u"\nRestoring from saved system snapshot...\n"_s + kRestoreSteps + kApplied + readBack());
     EXPECT_EQ(busyMessages, (QStringList{u"Restoring default settings…"_s, QString()}));
     EXPECT_EQ(lastApplied(), u"Default"_s);
 }
