@@ -2,6 +2,7 @@
 
 #include "actions/ActionTexts.h"
 #include "actions/SheetModel.h"
+#include "platform/CommandLauncher.h"
 #include "snapshots/FirstBaseline.h"
 #include "system/SystemManager.h"
 
@@ -115,6 +116,9 @@ QCoro::Task<bool> Action::keepsWayBack() {
     {
         const Turnstile::Hold busy = waiting(kKeepingSettings);
         failure = co_await system.keepSettingsBeforeFirstChange();
+    }
+    if (system.host().commands.isShutDown()) {
+        co_return false; // the program quits: nobody is there to be asked
     }
     const std::optional<Alert> question = failure ? std::optional(noWayBackQuestion(*failure)) : std::nullopt;
     co_return co_await isAgreedTo(question);

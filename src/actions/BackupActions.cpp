@@ -202,8 +202,8 @@ QCoro::Task<std::optional<ProfileImportResult>> BackupActions::restored(Action& 
     co_return result;
 }
 
-QList<ChoiceRow> BackupActions::rows() const {
-    QList<ChoiceRow> rows;
+QList<ChoosableRow> BackupActions::rows() const {
+    QList<ChoosableRow> rows;
     for (const ProfileCloudBackupInfo& info : m_parts.backups.backups()) {
         rows.append({info.id, backupRow(info, m_parts.machine)});
     }

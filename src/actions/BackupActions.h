@@ -20,7 +20,7 @@ class ProfileCloudManager;
 class ProfileManager;
 class SavedProfiles;
 class Tasks;
-struct ChoiceRow;
+struct ChoosableRow;
 
 /// What a user does with the profiles in iCloud. A failure is told by an alert.
 class BackupActions {
@@ -63,7 +63,7 @@ private:
     QCoro::Task<std::optional<ProfileImportResult>> restored(Action& action, QString id,
                                                              std::function<void(bool)> showUnderWay);
     QCoro::Task<void> logged(QCoro::Task<void> task);
-    QList<ChoiceRow> rows() const;
+    QList<ChoosableRow> rows() const;
     QCoro::Task<ProfileCloudBackupInfo> findBackup(Action& action, QString id);
     std::optional<ProfileCloudBackupInfo> listed(const QString& id) const;
     QCoro::Task<std::optional<Alert>> questionBeforeRestore(Action& action, ProfileCloudBackupInfo info);

@@ -37,7 +37,7 @@ public:
     /// Looks what there is, and how it differs from this Mac.
     QCoro::Task<ActionOutcome> list(ActionListener& listener);
     /// As they were listed last.
-    const QList<ChoiceRow>& rows() const { return m_rows; }
+    const QList<ChoosableRow>& rows() const { return m_rows; }
     /// Has the ways back use one. A failure is told by an alert.
     /// @param id  of a row
     QCoro::Task<ActionOutcome> use(const QString& id, ActionListener& listener);
@@ -56,7 +56,7 @@ private:
     ActionStage& m_stage;
     Parts m_parts;
     KeptBaselines m_kept;
-    QList<ChoiceRow> m_rows;
+    QList<ChoosableRow> m_rows;
 };
 
 } // namespace quorvane

@@ -85,7 +85,7 @@ QString noteOf(const KeptBaseline& kept, const std::optional<CurrentSettings>& n
                                  : u"Differs from now: "_s + differences.join(u", "_s);
 }
 
-ChoiceRow rowOf(const KeptBaseline& kept, const std::optional<CurrentSettings>& now, const Machine& machine) {
+ChoosableRow rowOf(const KeptBaseline& kept, const std::optional<CurrentSettings>& now, const Machine& machine) {
     const QString title = kept.baseline ? labelOr(kept.baseline->label, nameOf(kept.kind)) : onOneLine(kept.fileName);
     return {
         kept.id, {title, detailOf(kept, machine), symbolOf(kept)}, noteOf(kept, now), {}, kept.baseline.has_value()};
@@ -110,7 +110,7 @@ bool isChosenInForce(const LookedAtBaselines& looked, const Machine& machine) {
     return used && used->source == RestoreSource::Chosen;
 }
 
-void markUsed(ChoiceRow& row) {
+void markUsed(ChoosableRow& row) {
     row.mark = kUsed;
     row.canBeChosen = false;
 }
@@ -141,20 +141,20 @@ ChoiceTexts baselineChoiceTexts() {
             u"Use"_s};
 }
 
-QList<ChoiceRow> baselineRows(const LookedAtBaselines& looked, const Machine& machine) {
-    ChoiceRow latest{kLatestBaselineId,
-                     {u"The Latest"_s, latestDetail(looked, machine), u"arrow.counterclockwise.circle.fill"_s},
-                     {},
-                     {},
-                     looked.captures.has_value()};
+QList<ChoosableRow> baselineRows(const LookedAtBaselines& looked, const Machine& machine) {
+    ChoosableRow latest{kLatestBaselineId,
+                        {u"The Latest"_s, latestDetail(looked, machine), u"arrow.counterclockwise.circle.fill"_s},
+                        {},
+                        {},
+                        looked.captures.has_value()};
     const bool isChosen = isChosenInForce(looked, machine);
     if (looked.captures && !isChosen) {
         markUsed(latest);
     }
-    QList<ChoiceRow> rows{latest};
+    QList<ChoosableRow> rows{latest};
     bool isMarked = !isChosen;
     for (const KeptBaseline& kept : looked.kept) {
-        ChoiceRow row = rowOf(kept, looked.now, machine);
+        ChoosableRow row = rowOf(kept, looked.now, machine);
         if (!isMarked && kept.baseline == looked.captures->chosen->baseline) {
             markUsed(row);
             isMarked = true;

@@ -36,7 +36,7 @@ RowText chooseBaselineRow();
 
 ChoiceTexts baselineChoiceTexts();
 /// The row of the latest, and one for each that there is.
-QList<ChoiceRow> baselineRows(const LookedAtBaselines& looked, const Machine& machine);
+QList<ChoosableRow> baselineRows(const LookedAtBaselines& looked, const Machine& machine);
 
 /// Before another Mac's is chosen. @param deviceName  of that one
 Alert anotherMacsBaselineQuestion(const QString& deviceName);

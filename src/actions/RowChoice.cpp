@@ -41,7 +41,7 @@ QFuture<std::optional<QString>> RowChoice::answer() {
     return m_answer->future();
 }
 
-void RowChoice::setRows(const QList<ChoiceRow>& rows) {
+void RowChoice::setRows(const QList<ChoosableRow>& rows) {
     if (rows != m_rows) {
         m_rows = rows;
         Q_EMIT changed();

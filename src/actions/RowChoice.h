@@ -13,14 +13,14 @@
 namespace quorvane {
 
 /// Something that its user can choose.
-struct ChoiceRow {
+struct ChoosableRow {
     QString id;
     RowText text;
     QString note{}; ///< what else there is to say of it; may be empty
     QString mark{}; ///< stands where the button would; may be empty
     bool canBeChosen = true;
 
-    bool operator==(const ChoiceRow&) const = default;
+    bool operator==(const ChoosableRow&) const = default;
 };
 
 /// What a sheet of such rows says.
@@ -41,7 +41,7 @@ public:
     explicit RowChoice(ChoiceTexts texts, QObject* parent = nullptr);
 
     const ChoiceTexts& texts() const { return m_texts; }
-    const QList<ChoiceRow>& rows() const { return m_rows; }
+    const QList<ChoosableRow>& rows() const { return m_rows; }
     bool isLoading() const { return m_isLoading; }
     /// While it carries one out nothing closes it, and nothing else can be chosen.
     bool isCarryingOut() const { return m_isCarryingOut; }
@@ -58,7 +58,7 @@ public:
 
     /// Finishes at the next choice: with its `id`, with none when it is over.
     QFuture<std::optional<QString>> answer();
-    void setRows(const QList<ChoiceRow>& rows);
+    void setRows(const QList<ChoosableRow>& rows);
     void beginLoading();
     /// @param error  why an empty list says nothing; empty where it was read
     void endLoading(const QString& error);
@@ -73,7 +73,7 @@ private:
     void give(const std::optional<QString>& id);
 
     ChoiceTexts m_texts;
-    QList<ChoiceRow> m_rows;
+    QList<ChoosableRow> m_rows;
     QString m_error;
     bool m_isLoading = false;
     bool m_wasRead = false;

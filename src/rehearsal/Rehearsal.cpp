@@ -304,7 +304,7 @@ QCoro::Task<RehearsalOutcome> Rehearsal::listBaselines(Arguments) {
 QCoro::Task<RehearsalOutcome> Rehearsal::useBaseline(Arguments arguments) {
     TerminalListener telling = listener({});
     co_await m_session.baselineActions.list(telling);
-    const QList<ChoiceRow>& rows = m_session.baselineActions.rows();
+    const QList<ChoosableRow>& rows = m_session.baselineActions.rows();
     bool isNumber = false;
     const int number = arguments.operand().toInt(&isNumber);
     if (!isNumber || number < 0 || number >= rows.size()) {

@@ -33,7 +33,7 @@ struct RehearsalOutcome : ActionOutcome {
     std::optional<QList<DisplayLabel>> labels = {}; ///< where it has put a label onto the displays
     std::optional<QList<KeptRun>> runs = {};        ///< where the command lists those whose logs are kept
     std::optional<QStringList> keptLog = {};        ///< where it prints one
-    std::optional<QList<ChoiceRow>> baselines = {}; ///< where the command lists what there is to go back to
+    std::optional<QList<ChoosableRow>> baselines = {}; ///< where the command lists what there is to go back to
 
     bool isDone() const { return succeeded && (!verification || verification->failed.isEmpty()); }
 };

@@ -115,9 +115,9 @@ Json runsJson(const QList<KeptRun>& runs) {
     return array;
 }
 
-Json baselinesJson(const QList<ChoiceRow>& rows) {
+Json baselinesJson(const QList<ChoosableRow>& rows) {
     Json array = Json::array();
-    for (const ChoiceRow& row : rows) {
+    for (const ChoosableRow& row : rows) {
         array.push_back({{"number", encodeJson(static_cast<int>(array.size()))},
                          {"title", encodeJson(row.text.title)},
                          {"detail", encodeJson(row.text.subtitle)},
@@ -175,9 +175,9 @@ QStringList runLines(const QList<KeptRun>& runs) {
     return lines;
 }
 
-QStringList baselineLines(const QList<ChoiceRow>& rows) {
+QStringList baselineLines(const QList<ChoosableRow>& rows) {
     QStringList lines;
-    for (const ChoiceRow& row : rows) {
+    for (const ChoosableRow& row : rows) {
         QStringList parts{QString::number(lines.size()), row.text.title, row.text.subtitle, row.note, row.mark};
         parts.removeAll(QString());
         lines.append(parts.join(u" — "_s));

@@ -16,7 +16,7 @@ QStringList startupItemLines(const QList<StartupItem>& items);
 QStringList runLines(const QList<KeptRun>& runs);
 QStringList backupLines(const QList<ListedBackup>& backups);
 /// Numbered from 0, what is used with a mark: "1 — Before the tour — Snapshot, Nov 15, 2026 at 9:05 PM, this Mac — Used"
-QStringList baselineLines(const QList<ChoiceRow>& rows);
+QStringList baselineLines(const QList<ChoosableRow>& rows);
 QStringList alertLines(const ClosingAlert& alert);
 /// "Color LCD: /Users/mika/Pictures/Stage.jpg"
 QStringList displayLines(const QList<ShownPicture>& displays);

@@ -127,6 +127,7 @@ TEST_F(RehearsalServices, aServiceThatKeepsItsNameServersIsNamedAndNotDone) {
 }
 
 TEST_F(RehearsalServices, aCancelledPromptLeavesTheNetworkAsItWas) {
+    ASSERT_EQ(rehearse({u"snapshot"_s}).status, 0);
     const macsim::MacPicture before(macFolder());
     const Ending run = cancelled({u"network"_s, u"--disable"_s, u"--flush"_s});
     EXPECT_EQ(run.status, 1);
@@ -142,7 +143,8 @@ TEST_F(RehearsalServices, anOperationWithoutServicesIsNotDone) {
     const QString faults = file(u"faults.json"_s, R"([{"tool": "networksetup", "arguments": "-list", "status": 1}])");
     const Ending run = rehearse({u"--faults"_s, faults, u"network"_s, u"--disable"_s});
     EXPECT_EQ(run.status, 1);
-    EXPECT_EQ(run.output, "\nDisabling all network connections...\n"
+    EXPECT_EQ(run.output, "  [SNAPSHOT] Saved your settings as they were before Quorvane.\n"
+                          "\nDisabling all network connections...\n"
                           "  [INFO] No network services found.\n"
                           "\nPartial Completion\n"
                           "  Failed to disable network. Check logs.\n");

@@ -60,6 +60,53 @@ TEST_F(WayBackRehearsal, reinstateTakesTheSnapshotBack) {
     EXPECT_EQ(preference(u"com.apple.Siri Status"_s), "") << "as it was: not set";
 }
 
+TEST_F(WayBackRehearsal, whoNeverTookASnapshotGetsBackToTheirOwnSettings) {
+    shell(u"defaults write com.apple.Siri Status -string Mine"_s);
+    ASSERT_EQ(rehearse({u"apply"_s, example(u"live-set"_s)}).status, 0);
+    ASSERT_EQ(preference(u"com.apple.Siri Status"_s), "Disabled");
+    const Ending reverted = rehearse({u"revert"_s});
+    EXPECT_EQ(reverted.status, 0);
+    EXPECT_TRUE(reverted.output.startsWith("  [INFO] Using your settings as they were before Quorvane.\n"
+                                           "\nRestoring from saved system snapshot (Before Quorvane)...\n"))
+        << reverted.output.toStdString();
+    EXPECT_EQ(preference(u"com.apple.Siri Status"_s), "Mine");
+    ASSERT_EQ(rehearse({u"apply"_s, example(u"live-set"_s)}).status, 0);
+    EXPECT_EQ(shell(u"ls ~/.quorvane"_s).count("before-quorvane"), 1) << "and it was captured once";
+    EXPECT_EQ(json({u"reinstate"_s}).at("restore"), Json({{"source", "beforeQuorvane"}}));
+    EXPECT_EQ(preference(u"com.apple.Siri Status"_s), "Mine");
+}
+
+TEST_F(WayBackRehearsal, aFullDiskIsSaidBeforeTheFirstChange) {
+    const QString full =
+        file(u"full.json"_s, R"([{"adapter": "files", "change": 1, "error": "No space left on device"}])");
+    const Ending run = rehearse({u"--faults"_s, full, u"network"_s, u"--disable"_s});
+    EXPECT_TRUE(run.output.startsWith("  [ERROR] Failed to save your settings before the first change: "))
+        << run.output.toStdString();
+    EXPECT_TRUE(run.output.contains("No space left on device\n\nDisabling all network connections...\n"))
+        << "whoever types the command is not asked";
+}
+
+TEST_F(WayBackRehearsal, anyKeptBaselineCanBeChosen) {
+    ASSERT_EQ(rehearse({u"apply"_s, example(u"live-set"_s)}).status, 0);
+    ASSERT_EQ(rehearse({u"snapshot"_s, u"Too late"_s}).status, 0);
+    const Json listed = json({u"baselines"_s}).at("baselines");
+    ASSERT_EQ(listed.size(), 3U);
+    EXPECT_EQ(listed.at(0).at("title"), "The Latest");
+    EXPECT_EQ(listed.at(0).at("isUsed"), true);
+    EXPECT_EQ(listed.at(1).at("title"), "Too late");
+    EXPECT_EQ(listed.at(1).at("note"), "No setting differs from now.");
+    EXPECT_EQ(listed.at(2).at("title"), "Before Quorvane");
+    EXPECT_EQ(rehearse({u"use-baseline"_s, u"2"_s}).status, 0);
+    EXPECT_EQ(json({u"baselines"_s}).at("baselines").at(2).at("isUsed"), true);
+    EXPECT_EQ(json({u"revert"_s}).at("restore"), Json({{"source", "chosen"}}));
+    EXPECT_EQ(preference(u"com.apple.Siri Status"_s), "");
+    EXPECT_EQ(rehearse({u"use-baseline"_s, u"0"_s}).status, 0);
+    EXPECT_EQ(json({u"baselines"_s}).at("baselines").at(0).at("isUsed"), true);
+    for (const QString& number : {u"3"_s, u"-1"_s, u"x"_s}) {
+        EXPECT_EQ(rehearse({u"use-baseline"_s, number}).status, 2) << number.toStdString();
+    }
+}
+
 TEST_F(WayBackRehearsal, aCancelledWayBackEndsWithStatusOne) {
     const QStringList cancelled{u"--mac"_s, macFolder(), u"--authorize"_s, u"cancel"_s};
     for (const QString& command : {u"revert"_s, u"reinstate"_s, u"default"_s}) {
@@ -77,7 +124,7 @@ TEST_F(WayBackRehearsal, defaultIsDoneWhateverTheScanFinds) {
     const Ending run = rehearse({u"default"_s});
     EXPECT_EQ(run.status, 0);
     EXPECT_TRUE(run.output.endsWith("\nDefault Applied\n"
-                                    "  Standard macOS settings restored.\n"
+                                    "  Standard macOS settings restored from your saved restore baseline.\n"
                                     "  Please restart your Mac.\n"
                                     "\n[VERIFY] Scanning current system settings...\n"
                                     "\n[VERIFY] System matches: Default\n"
@@ -88,7 +135,7 @@ TEST_F(WayBackRehearsal, defaultIsDoneWhateverTheScanFinds) {
         << run.output.toStdString();
     EXPECT_EQ(preference(u"com.quorvane.app QuorvaneLastAppliedProfileName"_s), "Default");
     const Json report = json({u"default"_s});
-    EXPECT_EQ(report.at("restore"), Json({{"source", "standardDefaults"}}));
+    EXPECT_EQ(report.at("restore"), Json({{"source", "beforeQuorvane"}}));
     EXPECT_EQ(report.at("match").at("name"), "Default");
 }
 

@@ -56,6 +56,8 @@ protected:
     /// An application registers again what the program had switched off.
     void registerAnew(const QString& label);
     void launchSettings();
+    void saveBaselines(int count);
+    static void openBaselines();
     void showLongLog();
     void showManual(double place);
     static void openTweaks();

@@ -1,6 +1,7 @@
 #include "pictures/WindowPicture.h"
 
 #include "actions/ActionTexts.h"
+#include "actions/BaselineTexts.h"
 #include "actions/PageTexts.h"
 #include "actions/ServicePages.h"
 #include "actions/Session.h"
@@ -16,6 +17,8 @@
 #include "platform/Machine.h"
 #include "platform/UserDefaults.h"
 #include "simulator/Updaters.h"
+#include "snapshots/FirstBaseline.h"
+#include "snapshots/HomeBaselines.h"
 
 #include <QFileDialog>
 #include <QScrollArea>
@@ -238,6 +241,30 @@ void WindowPicture::launchSettings() {
     showTab(u"Settings"_s);
     waitUntilSeen(kAppearanceTitle);
     waitUntilIdle();
+}
+
+/// What was captured unasked, archives of this Mac and of another one, and one that can't be read.
+void WindowPicture::saveBaselines(int count) {
+    const Host ports = host->host();
+    const QString folder = baselineFolderAtHome(ports.machine) + u'/';
+    ports.files.createFolders(folder);
+    SystemSnapshot snapshot;
+    snapshot.id = QUuid::createUuid();
+    for (int number = 0; number <= count; ++number) {
+        snapshot.dateCreated = QDateTime(QDate(2026, 3, 1 + number), QTime(20, 30), Qt::UTC);
+        snapshot.label = number == 0 ? kBeforeQuorvane : u"Before gig %1"_s.arg(number);
+        const MacIdentity mac = number == count ? MacIdentity{u"Booth"_s, u"9E4D02C7"_s} : identityOf(ports.machine);
+        const MasterSystemBaseline baseline = masterBaselineOf(snapshot, mac, {});
+        const QString name = number == 0 ? u"before-quorvane.json"_s : masterBaselineArchiveName(baseline);
+        ports.files.writeAtomically(folder + name, encodeMasterBaseline(baseline));
+    }
+    ports.files.writeAtomically(folder + u"master-baseline-2026-02-28T20:30:00Z.json"_s, "{ cut o");
+}
+
+void WindowPicture::openBaselines() {
+    pressRow(chooseBaselineRow().title);
+    waitUntilSeen(baselineChoiceTexts().title);
+    processEventsUntil([] { return !isSeen(baselineChoiceTexts().loading); });
 }
 
 /// From the tweaks.
@@ -766,6 +793,49 @@ QList<PicturedState> WindowPicture::settingsSheetStates() {
              pressRow(restoreRow().title);
              waitUntilSeen(kRestoreTitle);
              processEventsUntil([] { return !isSeen(kLoadingBackups); });
+         }},
+        {u"baselines-empty"_s,
+         [](WindowPicture& picture) {
+             picture.launchSettings();
+             openBaselines();
+         }},
+        {u"baselines"_s,
+         [](WindowPicture& picture) {
+             picture.saveBaselines(3);
+             picture.launchSettings();
+             openBaselines();
+         }},
+        {u"baselines-many"_s,
+         [](WindowPicture& picture) {
+             picture.saveBaselines(12);
+             picture.launchSettings();
+             openBaselines();
+         }},
+        {u"baselines-chosen"_s,
+         [](WindowPicture& picture) {
+             picture.saveBaselines(3);
+             picture.launchSettings();
+             openBaselines();
+             press(Qt::Key_Space);
+             waitUntilAlert(u"Use Another Mac’s Settings?"_s);
+             answerAlert(u"Use Another Mac’s Settings?"_s, u"Use"_s);
+             processEventsUntil([] { return isSeen(u"Used"_s); });
+         }},
+        {u"baselines-busy"_s,
+         [](WindowPicture& picture) {
+             picture.saveBaselines(3);
+             picture.launchSettings();
+             picture.makeFail(kEveryReadingHangs);
+             pressRow(chooseBaselineRow().title);
+             waitUntilSeen(baselineChoiceTexts().loading);
+         }},
+        {u"apply-without-a-way-back"_s,
+         [](WindowPicture& picture) {
+             picture.launchWithProfiles();
+             picture.openReview(kLiveSet);
+             picture.makeFail(R"([{"tool": "defaults", "arguments": "read NSGlobalDomain", "signal": 9}])");
+             press(Qt::Key_Return);
+             waitUntilAlert(u"Apply Without a Way Back?"_s);
          }},
         {u"restore-unavailable"_s,
          [](WindowPicture& picture) {

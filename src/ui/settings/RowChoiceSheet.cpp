@@ -58,7 +58,7 @@ QWidget* RowChoiceSheet::makeState() {
     return state;
 }
 
-QWidget* RowChoiceSheet::makeRow(const ChoiceRow& row) {
+QWidget* RowChoiceSheet::makeRow(const ChoosableRow& row) {
     auto* const view = new QWidget;
     auto* const layout = new QHBoxLayout(view);
     layout->setContentsMargins(Theme::kGap12, Theme::kGap8, Theme::kGap12, Theme::kGap8);
@@ -77,7 +77,7 @@ QWidget* RowChoiceSheet::makeRow(const ChoiceRow& row) {
 }
 
 /// The button of a row, or what stands in its place.
-QWidget* RowChoiceSheet::makeEnd(const ChoiceRow& row) {
+QWidget* RowChoiceSheet::makeEnd(const ChoosableRow& row) {
     if (!row.canBeChosen) {
         m_rowButtons.append(nullptr);
         return new TextLabel(TextStyle::Secondary, TextTone::Secondary, row.mark);
@@ -156,7 +156,7 @@ void RowChoiceSheet::takeRows() {
     delete std::exchange(m_card, nullptr);
     if (!m_shownRows.isEmpty()) {
         m_card = new AppCard;
-        for (const ChoiceRow& row : std::as_const(m_shownRows)) {
+        for (const ChoosableRow& row : std::as_const(m_shownRows)) {
             m_card->addRow(makeRow(row));
         }
         m_contents->insertWidget(0, m_card);

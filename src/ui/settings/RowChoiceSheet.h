@@ -30,17 +30,17 @@ protected:
 private:
     QWidget* makeContents();
     QWidget* makeState();
-    QWidget* makeRow(const ChoiceRow& row);
+    QWidget* makeRow(const ChoosableRow& row);
     void takeChoice();
     void takeRows();
     void takeCarryingOut();
-    QWidget* makeEnd(const ChoiceRow& row);
+    QWidget* makeEnd(const ChoosableRow& row);
     std::optional<QString> focusedRow() const;
     void focusRow(const std::optional<QString>& id);
     void orderTabs();
 
     std::shared_ptr<RowChoice> m_choice;
-    QList<ChoiceRow> m_shownRows;
+    QList<ChoosableRow> m_shownRows;
     QVBoxLayout* m_contents = nullptr;
     AppCard* m_card = nullptr;        ///< none without rows
     QList<QPushButton*> m_rowButtons; ///< in the order of the rows; null where one has none
