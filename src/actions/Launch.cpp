@@ -20,9 +20,10 @@ Launch::Launch(const Parts& parts)
           {parts.clock, parts.session.tasks, parts.session.turnstile, parts.session.scans, parts.session.activeProfile,
            parts.lock, parts.session.system.masterBaselines()},
           [parts] { parts.session.tasks.start(parts.session.systemActions.offerMasterBaseline(parts.listener)); })
-    , m_interruption({parts.session.system, parts.session.tasks, parts.session.turnstile, parts.lock},
-                     [parts] { return parts.session.interruptionActions.offer(parts.listener); },
-                     [this] { m_parts.session.tasks.start(lookAround()); }) {}
+    , m_interruption(
+          {parts.session.system, parts.session.tasks, parts.session.turnstile, parts.lock},
+          [parts] { return parts.session.interruptionActions.offer(parts.listener); },
+          [this] { m_parts.session.tasks.start(lookAround()); }) {}
 
 void Launch::windowAppeared() {
     m_parts.appearance.applyAppearance();

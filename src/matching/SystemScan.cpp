@@ -3,9 +3,10 @@
 #include "core/Turns.h"
 #include "matching/SystemMatching.h"
 #include "platform/Host.h"
-#include "startup/launchd/LaunchdReadings.h"
 #include "readings/SystemReadings.h"
 #include "snapshots/RestoreComparison.h"
+#include "startup/launchd/LaunchdReadings.h"
+#include "verification/ComparedSettings.h"
 
 #include <QCoroTask>
 
@@ -74,7 +75,8 @@ QCoro::Task<std::optional<LastFlowStanding>> SystemScan::standing(LastFlow last)
         break;
     case RecordedFlow::Tweaks: {
         const CleanReboot cleanReboot = last.cleanReboot.value_or(CleanReboot());
-        now = co_await m_verification.tweaks(last.profile.settings, UnselectedTweaks::Ignored, cleanReboot, AfterOrder::No);
+        now = co_await m_verification.tweaks(last.profile.settings, UnselectedTweaks::Ignored, cleanReboot,
+                                             AfterOrder::No);
         break;
     }
     case RecordedFlow::Startup:

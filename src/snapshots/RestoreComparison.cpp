@@ -371,18 +371,6 @@ bool mayIndexingStillChange(const std::optional<SystemSnapshot>& snapshot, const
     return !namesOfMissing(comparedIndexing(*snapshot, current)).isEmpty();
 }
 
-ApplyVerificationResult asVerification(const QList<ComparedSetting>& settings) {
-    ApplyVerificationResult result;
-    for (const ComparedSetting& setting : settings) {
-        if (setting.isBack()) {
-            result.verified.append({setting.name, std::nullopt});
-        } else if (setting.state == ComparedSetting::State::Missing) {
-            result.failed.append({setting.name, setting.what});
-        }
-    }
-    return result;
-}
-
 QStringList namesOfMissing(const QList<ComparedSetting>& settings) {
     QStringList names;
     for (const ComparedSetting& setting : settings) {

@@ -4,7 +4,6 @@
 #include "readings/CurrentSettings.h"
 #include "readings/ExportedPreferences.h"
 #include "snapshots/SystemSnapshot.h"
-#include "verification/ApplyVerificationResult.h"
 #include "startup/items/LoginItem.h"
 
 #include <QList>
@@ -48,9 +47,6 @@ QList<MacPreference> preferencesToCompareByType(const SystemSnapshot& snapshot, 
 /// True where another look at Spotlight may tell more: a volume isn't as it was, or hasn't come to its state yet.
 /// @param snapshot  none for a fresh macOS
 bool mayIndexingStillChange(const std::optional<SystemSnapshot>& snapshot, const CurrentSettings& current);
-
-/// What is back as verified, what is missing as failed.
-ApplyVerificationResult asVerification(const QList<ComparedSetting>& settings);
 
 /// Those that are missing, by their names.
 QStringList namesOfMissing(const QList<ComparedSetting>& settings);

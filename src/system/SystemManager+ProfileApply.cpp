@@ -70,8 +70,8 @@ QCoro::Task<ProfileApplyPreview> SystemManager::previewProfile(UnifiedProfile pr
     const std::optional<CleanReboot> cleanReboot =
         profile.settings.cleanReboot ? std::optional(cleanRebootOf(profile)) : std::nullopt;
     const StartupChangePreview startup = co_await previewStartupChanges(profile.startup, cleanReboot);
-    ProfileApplyPreview preview{profile.name, selectedTweakTitles(profile.settings), startup,
-                                readOwnSettings(m_host).captured.has_value(), {}};
+    ProfileApplyPreview preview{
+        profile.name, selectedTweakTitles(profile.settings), startup, readOwnSettings(m_host).captured.has_value(), {}};
     preview.standing = co_await readStandingForReview();
     co_return preview;
 }

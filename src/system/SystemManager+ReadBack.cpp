@@ -14,6 +14,7 @@
 #include "startup/launchd/PutAsideRecord.h"
 #include "startup/login/LoginItems.h"
 #include "tweaks/TweakCatalogue.h"
+#include "verification/ComparedSettings.h"
 
 #include <QCoroFuture>
 #include <QCoroTask>

@@ -42,7 +42,8 @@ QCoro::Task<RestoreOutcome> SystemManager::reinstateWholeSystem(std::optional<Fo
 
 /// What it goes by is known before anything goes. An application that stays in the login items is in the log; the outcome is
 /// that of the settings.
-QCoro::Task<RestoreOutcome> SystemManager::removeStartupAppsAndRevert(RecordedFlow flow, std::optional<FoundBaseline> found) {
+QCoro::Task<RestoreOutcome> SystemManager::removeStartupAppsAndRevert(RecordedFlow flow,
+                                                                      std::optional<FoundBaseline> found) {
     m_lastApplyVerification.reset();
     if (!found) {
         found = co_await findRestoreBaseline();

@@ -22,8 +22,8 @@ struct RoundTrip {                 // NOLINT(bugprone-exception-escape): the JSO
     QList<UnifiedProfile> applied; ///< in their order
     bool isOneWay = false;         ///< only the tweaks were applied, and only those that are selected
     WayBack wayBack = WayBack::Reinstate;
-    bool mayAskSystemEvents = true;       ///< at the capture and on the way back
-    bool mayChangeBackups = true;         ///< the program has Full Disk Access from the capture to the way back
+    bool mayAskSystemEvents = true; ///< at the capture and on the way back
+    bool mayChangeBackups = true;   ///< the program has Full Disk Access from the capture to the way back
 };
 
 /// A kind of difference that the way back leaves, by design. docs/WAY-BACK.md tells the user of each under its name.

@@ -63,7 +63,8 @@ bool isOfBackupsNeverSwitched(const Difference& difference, const RoundTrip& tri
     const QString file = u"/Library/Preferences/com.apple.TimeMachine.plist"_s;
     const bool isFile = difference.key == file;
     const bool isSwitch = difference.key == file + u" AutoBackup"_s && difference.after == u"<false/>";
-    return trip.mayChangeBackups && ((isFile || isSwitch) && !difference.before && trip.mac["timeMachine"].contains("destination"));
+    return trip.mayChangeBackups &&
+           ((isFile || isSwitch) && !difference.before && trip.mac["timeMachine"].contains("destination"));
 }
 
 bool isOfBackupsThatMayNotBeRead(const Difference& difference, const RoundTrip& trip) {
@@ -278,12 +279,13 @@ bool isQuorvanesOwn(const Difference& difference) {
 }
 
 bool isOfStartup(const Difference& difference) {
-    static const QRegularExpression folder(u"\\A(/Users/alex/Library|/Library)/Launch(Agents|Daemons)(/|\\Z)|"
-                                           "\\A(/Users/alex/\\.quorvane_backup|/Library/Application Support/Quorvane)(/|\\Z)|"
-                                           "\\A/Applications/"_s);
+    static const QRegularExpression folder(
+        u"\\A(/Users/alex/Library|/Library)/Launch(Agents|Daemons)(/|\\Z)|"
+        "\\A(/Users/alex/\\.quorvane_backup|/Library/Application Support/Quorvane)(/|\\Z)|"
+        "\\A/Applications/"_s);
     const QString& key = difference.key;
-    const bool isOfNotificationCenter = key.contains(u"com.apple.notificationcenterui"_s) ||
-                                        key.contains(u"\"NotificationCenter\""_s);
+    const bool isOfNotificationCenter =
+        key.contains(u"com.apple.notificationcenterui"_s) || key.contains(u"\"NotificationCenter\""_s);
     return !isOfNotificationCenter &&
            (key.startsWith(kLoginItem) || key == kLoginItemOrder || key.startsWith(kService) ||
             key.startsWith(u"state launchd/"_s) || key.startsWith(u"state processes "_s) ||

@@ -229,7 +229,8 @@ private:
         m_system.reset();
         QFile faults(m_folder.path() + u"/faults.json"_s);
         ASSERT_TRUE(faults.open(QIODevice::WriteOnly | QIODevice::Truncate));
-        faults.write(R"([{"adapter": "commands", "kill": true, "run": )" + QByteArray::number(m_draw.below(150) + 1) + "}]");
+        faults.write(R"([{"adapter": "commands", "kill": true, "run": )" + QByteArray::number(m_draw.below(150) + 1) +
+                     "}]");
         faults.close();
         QProcess victim;
         victim.setStandardOutputFile(QProcess::nullDevice());
