@@ -18,9 +18,11 @@ void takePreference(const SnapshotPreference& preference, const CurrentPreferenc
         if (!typed.value->isPrintedAs(*text)) {
             text = typed.value->printed().value_or(typed.value->xml());
         }
-        snapshot.typedPreferences->insert(placeOf(preference), *typed.value);
     }
     preference.put(text, snapshot);
+    if (text && typed.value) {
+        snapshot.typedPreferences->insert(placeOf(preference), *typed.value);
+    }
 }
 
 void takePower(const Reading<QList<PowerSource>>& reading, SystemSnapshot& snapshot) {

@@ -76,6 +76,9 @@ void SnapshotPreference::put(const std::optional<QString>& value, SystemSnapshot
     } else {
         snapshot.*captured = CapturedValue{value};
     }
+    if (snapshot.typedPreferences) {
+        snapshot.typedPreferences->remove(placeOf(*this)); // of another value
+    }
 }
 
 Json encodeJson(const CapturedValue& captured) {

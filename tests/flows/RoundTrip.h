@@ -13,7 +13,7 @@
 namespace quorvane {
 
 /// Of the three flows that a user has, "Undo Performance Tweaks" and "Apply Default" take the first.
-enum class WayBack { Revert, Reinstate };
+enum class ReturnBy { Revert, Reinstate };
 
 /// What is known of one round trip: capture, apply, the way back; and in between something happens to the Mac.
 struct RoundTrip {                 // NOLINT(bugprone-exception-escape): the JSON class checks itself where it moves
@@ -21,7 +21,7 @@ struct RoundTrip {                 // NOLINT(bugprone-exception-escape): the JSO
     SystemSnapshot snapshot;       ///< what was captured
     QList<UnifiedProfile> applied; ///< in their order
     bool isOneWay = false;         ///< only the tweaks were applied, and only those that are selected
-    WayBack wayBack = WayBack::Reinstate;
+    ReturnBy wayBack = ReturnBy::Reinstate;
     bool mayAskSystemEvents = true; ///< at the capture and on the way back
     bool mayChangeBackups = true;   ///< the program has Full Disk Access from the capture to the way back
 };

@@ -164,7 +164,7 @@ public:
         const Sight after = look();
         m_differences = differencesBesides(world, differences(before, after));
         m_cameBack = applied - m_differences.size();
-        if (m_trip.wayBack == WayBack::Revert) {
+        if (m_trip.wayBack == ReturnBy::Revert) {
             leaveStartupAsItWas(differences(atReturn, after));
         }
         m_differences.removeIf(isQuorvanesOwn);
@@ -290,7 +290,7 @@ private:
 
     void goBack() {
         start();
-        m_trip.wayBack = m_draw.oneIn(2) ? WayBack::Revert : WayBack::Reinstate;
+        m_trip.wayBack = m_draw.oneIn(2) ? ReturnBy::Revert : ReturnBy::Reinstate;
         const std::optional<RestoreBaseline> baseline = RestoreBaseline{m_trip.snapshot};
         const QSet<QString> going =
             startupAppsThatGo(m_system->managedStartupAppPaths(), m_system->profileStartupAppPaths(), baseline);
@@ -315,7 +315,7 @@ private:
                                       : name.startsWith(u"login item ") && name.contains(u'|');
     }
     QCoro::Task<RestoreOutcome> way() {
-        if (m_trip.wayBack == WayBack::Reinstate) {
+        if (m_trip.wayBack == ReturnBy::Reinstate) {
             return m_system->reinstateWholeSystem();
         }
         return m_draw.oneIn(2) ? m_system->undoTweaks() : m_system->restoreDefault();
