@@ -242,26 +242,34 @@ bool isEmbeddedLoginItem(const QString& label, const RoundTrip& trip) {
     });
 }
 
-/// The job of what an application has registered, or its process: stopped, it starts at the next login.
-bool isStoppedBackgroundJob(const Difference& difference, const RoundTrip& trip) {
+/// A process that ended with its job.
+bool isOfStoppedProcess(const Difference& difference, const RoundTrip& trip) {
+    return difference.before && difference.key.startsWith(u"state processes \""_s) &&
+           !difference.key.contains(u"\"NotificationCenter\""_s) && !isOfItsProcess(difference) &&
+           !ranBefore(difference, trip); // of two processes with one name the other may be left
+}
+
+/// The label of the job of a background item that isn't loaded any more.
+std::optional<QString> stoppedBackgroundJob(const Difference& difference) {
     static const QRegularExpression job(u"\\Astate launchd/jobs/[^/]+/(.*)/(path|pid|lastExitStatus)\\z"_s);
     const QRegularExpressionMatch match = job.match(difference.key);
-    const bool isJob = match.hasMatch() && !launchItemJob(difference) && isEmbeddedLoginItem(match.captured(1), trip);
-    const bool isProcess = difference.before && difference.key.startsWith(u"state processes \""_s) &&
-                           !difference.key.contains(u"\"NotificationCenter\""_s) && !isOfItsProcess(difference) &&
-                           !ranBefore(difference, trip);
-    return isProcess || (isJob && !difference.after); // of two processes with one name the other may be left
+    return match.hasMatch() && !launchItemJob(difference) && !difference.after ? std::optional(match.captured(1))
+                                                                               : std::nullopt;
 }
 
-/// A record that isn't allowed any more, or what runs no more.
+/// A login item inside an application: stopped, it starts at the next login.
 bool isBackgroundItem(const Difference& difference, const RoundTrip& trip) {
-    static const QRegularExpression record(u"\\Astate backgroundTasks \"[248]\\..*\"/allowed\\z"_s);
-    return isStoppedBackgroundJob(difference, trip) ||
-           (record.match(difference.key).hasMatch() && difference.after == u"false");
+    const std::optional<QString> label = stoppedBackgroundJob(difference);
+    return isOfStoppedProcess(difference, trip) || (label && isEmbeddedLoginItem(*label, trip));
 }
 
+/// What launchd was told, a record that isn't allowed any more, or what runs no more.
 bool isBackgroundItemAfterRevert(const Difference& difference, const RoundTrip& trip) {
-    return isOfBackgroundOverride(difference, trip) && difference.after == u"true";
+    static const QRegularExpression record(u"\\Astate backgroundTasks \"[248]\\..*\"/allowed\\z"_s);
+    const std::optional<QString> label = stoppedBackgroundJob(difference);
+    return (isOfBackgroundOverride(difference, trip) && difference.after == u"true") ||
+           (record.match(difference.key).hasMatch() && difference.after == u"false") ||
+           isOfStoppedProcess(difference, trip) || (label && isBackgroundLabel(*label, trip));
 }
 
 // ---- What only the whole way back brings back
@@ -346,10 +354,11 @@ const QList<RoundTripException>& roundTripExceptions() {
         {u"Launch items run anew", "they are loaded again", on<WayBack::Reinstate, isNewRunOfLaunchItem>},
         {u"Launch items are noted as enabled", "launchd has to be told that it may load them again",
          on<WayBack::Reinstate, isNotedAsEnabled>},
-        {u"Background items", "what System Settings has of them can't be changed back", isBackgroundItem},
+        {u"Background items", "a login item inside an application is loaded by that alone",
+         on<WayBack::Reinstate, isBackgroundItem>},
         {u"Login items after an undo", "only Reinstate adds them again", on<WayBack::Revert, isLoginItemAfterRevert>},
         {u"Launch items after an undo", "only Reinstate puts them back", on<WayBack::Revert, isLaunchItemAfterRevert>},
-        {u"Background items after an undo", "only Reinstate lifts what launchd was told",
+        {u"Background items after an undo", "only Reinstate lifts what launchd and macOS were told",
          on<WayBack::Revert, isBackgroundItemAfterRevert>},
         {u"The network after an undo", "only Reinstate switches it on again",
          on<WayBack::Revert, isServiceAfterRevert>},
