@@ -234,12 +234,16 @@ bool isNotedAsEnabled(const Difference& difference, const RoundTrip& trip) {
            difference.before != u"true";
 }
 
-/// Whether a login item inside an application has that label: nobody else can load it.
-bool isEmbeddedLoginItem(const QString& label, const RoundTrip& trip) {
+/// Whether a login item inside an application has that label, which nobody else can load, or several items share it: launchd loads
+/// none by a plist of which one record isn't allowed.
+bool isLeftToItsApplication(const QString& label, const RoundTrip& trip) {
     const Json& records = trip.mac["backgroundTasks"]["records"];
-    return std::any_of(records.begin(), records.end(), [&label](const Json& task) {
-        return task["type"] == "login item" && macsim::withoutTypeNumber(textOfJson(task["identifier"])) == label;
-    });
+    const auto hasLabel = [&label](const Json& task) {
+        return macsim::withoutTypeNumber(textOfJson(task["identifier"])) == label;
+    };
+    const auto isLoginItem = [&](const Json& task) { return task["type"] == "login item" && hasLabel(task); };
+    return std::any_of(records.begin(), records.end(), isLoginItem) ||
+           std::count_if(records.begin(), records.end(), hasLabel) > 1;
 }
 
 /// A process that ended with its job.
@@ -260,7 +264,7 @@ std::optional<QString> stoppedBackgroundJob(const Difference& difference) {
 /// A login item inside an application: stopped, it starts at the next login.
 bool isBackgroundItem(const Difference& difference, const RoundTrip& trip) {
     const std::optional<QString> label = stoppedBackgroundJob(difference);
-    return isOfStoppedProcess(difference, trip) || (label && isEmbeddedLoginItem(*label, trip));
+    return isOfStoppedProcess(difference, trip) || (label && isLeftToItsApplication(*label, trip));
 }
 
 /// What launchd was told, a record that isn't allowed any more, or what runs no more.
