@@ -210,25 +210,83 @@ bool isNotedAsEnabled(const Difference& difference, const RoundTrip& trip) {
            difference.before != u"true";
 }
 
-/// Whether a login item inside an application has that label: nobody else can load it.
-bool isEmbeddedLoginItem(const QString& label, const RoundTrip& trip) {
+/// Whether a login item inside an application has that label, which nobody else can load, or several items share it: launchd loads
+/// none by a plist of which one record isn't allowed.
+bool isLeftToItsApplication(const QString& label, const RoundTrip& trip) {
     const Json& records = trip.mac["backgroundTasks"]["records"];
-    return std::any_of(records.begin(), records.end(), [&label](const Json& task) {
-        return task["type"] == "login item" && macsim::withoutTypeNumber(textOfJson(task["identifier"])) == label;
-    });
+    const auto hasLabel = [&label](const Json& task) {
+        return macsim::withoutTypeNumber(textOfJson(task["identifier"])) == label;
+    };
+    const auto isLoginItem = [&](const Json& task) { return task["type"] == "login item" && hasLabel(task); };
+    return std::any_of(records.begin(), records.end(), isLoginItem) ||
+           std::count_if(records.begin(), records.end(), hasLabel) > 1;
 }
 
-/// The job of what an application has registered, or its process: stopped, it starts at the next login.
-bool isStoppedBackgroundJob(const Difference& difference, const RoundTrip& trip) {
+/// A process that ended with its job.
+bool isOfStoppedProcess(const Difference& difference, const RoundTrip& trip) {
+    return difference.before && difference.key.startsWith(u"state processes \""_s) &&
+           !difference.key.contains(u"\"NotificationCenter\""_s) && !isOfItsProcess(difference) &&
+           !ranBefore(difference, trip); // of two processes with one name the other may be left
+}
+
+/// The label of the job of a background item that isn't loaded any more.
+std::optional<QString> stoppedBackgroundJob(const Difference& difference) {
     static const QRegularExpression job(u"\\Astate launchd/jobs/[^/]+/(.*)/(path|pid|lastExitStatus)\\z"_s);
     const QRegularExpressionMatch match = job.match(difference.key);
-    const bool isJob = match.hasMatch() && !launchItemJob(difference) && isEmbeddedLoginItem(match.captured(1), trip);
-    const bool isProcess = difference.before && difference.key.startsWith(u"state processes \""_s) &&
-                           !difference.key.contains(u"\"NotificationCenter\""_s) && !isOfItsProcess(difference) &&
-                           !ranBefore(difference, trip);
-    return isProcess || (isJob && !difference.after); // of two processes with one name the other may be left
+    return match.hasMatch() && !launchItemJob(difference) && !difference.after ? std::optional(match.captured(1))
+                                                                               : std::nullopt;
 }
 
+<<<<<<< HEAD
+=======
+/// A login item inside an application: stopped, it starts at the next login.
+bool isBackgroundItem(const Difference& difference, const RoundTrip& trip) {
+    const std::optional<QString> label = stoppedBackgroundJob(difference);
+    return isOfStoppedProcess(difference, trip) || (label && isLeftToItsApplication(*label, trip));
+}
+
+/// What launchd was told, a record that isn't allowed any more, or what runs no more.
+bool isBackgroundItemAfterRevert(const Difference& difference, const RoundTrip& trip) {
+    static const QRegularExpression record(u"\\Astate backgroundTasks \"[248]\\..*\"/allowed\\z"_s);
+    const std::optional<QString> label = stoppedBackgroundJob(difference);
+    return (isOfBackgroundOverride(difference, trip) && difference.after == u"true") ||
+           (record.match(difference.key).hasMatch() && difference.after == u"false") ||
+           isOfStoppedProcess(difference, trip) || (label && isBackgroundLabel(*label, trip));
+}
+
+// ---- What only the whole way back brings back
+
+bool isLaunchItemAfterRevert(const Difference& difference, const RoundTrip&) {
+    static const QRegularExpression place(
+        u"\\A(/Users/alex/Library|/Library)/Launch(Agents|Daemons)/[^/]+\\.plist( \\w+)?\\z"_s);
+    static const QRegularExpression aside(
+        u"\\A(/Users/alex/\\.quorvane_backup|/Library/Application Support/Quorvane/LaunchItems)/"
+        "(UserHome)?_Library_Launch(Agents|Daemons)/[^/]+\\.plist( \\w+)?\\z"_s);
+    const bool isGone = !difference.after && (place.match(difference.key).hasMatch() || launchItemJob(difference) ||
+                                              isOfItsProcess(difference));
+    const bool isAside = !difference.before && aside.match(difference.key).hasMatch();
+    return isGone || isAside || (isOfItsOverride(difference) && difference.after == u"true");
+}
+
+/// The user's own stays where the profile has left it; what isn't one, as far as is known, may go.
+bool isLoginItemAfterRevert(const Difference& difference, const RoundTrip& trip) {
+    const auto path = loginItemPath(difference);
+    if (!path) {
+        return difference.key == kLoginItemOrder;
+    }
+    const auto atReturn = trip.itemsAtReturn.constFind(difference.key);
+    const bool isLeft =
+        difference.after == (atReturn == trip.itemsAtReturn.constEnd() ? std::nullopt : std::optional(*atReturn));
+    if (isLeft || difference.after) {
+        return isLeft;
+    }
+    const auto& captured = trip.snapshot.loginItems;
+    return captured ? std::none_of(captured->begin(), captured->end(),
+                                   [&path](const LoginItemSnapshot& item) { return item.path == *path; })
+                    : trip.managedAtReturn.contains(comparablePath(*path));
+}
+
+>>>>>>> c28
 bool isItemThatCouldNotBeAskedFor(const Difference& difference, const RoundTrip& trip) {
     return !trip.mayAskSystemEvents && (loginItemPath(difference) || difference.key == kLoginItemOrder);
 }
@@ -294,6 +352,7 @@ bool isOfStartup(const Difference& difference) {
 
 const QList<RoundTripException>& roundTripExceptions() {
     static const QList<RoundTripException> exceptions{
+<<<<<<< HEAD
         {u"What macOS notes for itself", "nobody may delete its notes",
          any<isEmptyPreferenceFile, isNotedAsEnabled, isNoteOfLoginItem>},
         {u"What was stopped runs anew", "a process that has ended can't be had back",
@@ -304,6 +363,32 @@ const QList<RoundTripException>& roundTripExceptions() {
          any<isItemThatCouldNotBeAskedFor, isOfBackupsThatMayNotBeRead>},
         {u"States that no command sets", "there is a command for on and one for off",
          any<isUnusualIndexing, isOfBackupsNeverSwitched>},
+=======
+        {u"Empty preference files", "a key is deleted, the file that was made for it stays", isEmptyPreferenceFile},
+        {u"Notification Center", "it is started anew, and stays allowed to start, whatever was before",
+         isOfNotificationCenter},
+        {u"Automatic backups that were never switched", "a key that isn't set means off, and comes back as that",
+         isOfBackupsNeverSwitched},
+        {u"Spotlight in an unusual state", "it comes back as on or off", isUnusualIndexing},
+        {u"The order of the login items", "an item that comes back goes to the end", whenAsked<isOrder>},
+        {u"Login items with a name of their own", "System Events names an item after its file", whenAsked<isOwnName>},
+        {u"Login items whose file is gone", "there is nothing to add again", whenAsked<isItemWithoutFile>},
+        {u"Login items where System Events may not be asked", "they can be neither read nor changed",
+         on<WayBack::Reinstate, isItemThatCouldNotBeAskedFor>},
+        {u"The list of what may run in the background", "macOS notes what was in the login items", isNoteOfLoginItem},
+        {u"Launch items run anew", "they are loaded again", on<WayBack::Reinstate, isNewRunOfLaunchItem>},
+        {u"Launch items are noted as enabled", "launchd has to be told that it may load them again",
+         on<WayBack::Reinstate, isNotedAsEnabled>},
+        {u"Background items", "a login item inside an application is loaded by that alone",
+         on<WayBack::Reinstate, isBackgroundItem>},
+        {u"Login items after an undo", "only Reinstate adds them again", on<WayBack::Revert, isLoginItemAfterRevert>},
+        {u"Launch items after an undo", "only Reinstate puts them back", on<WayBack::Revert, isLaunchItemAfterRevert>},
+        {u"Background items after an undo", "only Reinstate lifts what launchd and macOS were told",
+         on<WayBack::Revert, isBackgroundItemAfterRevert>},
+        {u"The network after an undo", "only Reinstate switches it on again",
+         on<WayBack::Revert, isServiceAfterRevert>},
+        {u"What Quorvane keeps for itself", "snapshots, records and notes are there to stay", isQuorvanesOwn},
+>>>>>>> c28
     };
     return exceptions;
 }

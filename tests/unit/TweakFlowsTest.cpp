@@ -87,7 +87,8 @@ protected:
 };
 
 const QString kApplyEverything =
-    u"\nStarting Audio Performance optimizations...\n"_s + kLookAtTweaks + kLookAtLaunchd +
+    u"\nStarting Audio Performance optimizations...\n"_s + kLookAtTweaks +
+    u"$> /usr/bin/defaults export com.apple.ncprefs.plist -\n"_s + kLookAtLaunchd +
     u"$ /usr/bin/defaults write NSGlobalDomain NSAppSleepDisabled -bool YES\n"
     "$ /usr/bin/defaults write com.ableton.live NSAppSleepDisabled -bool YES\n"
     "  [APPLIED] Disabled App Nap (prevents background audio dropouts).\n"
