@@ -41,11 +41,12 @@ struct ActiveConfiguration {
     std::optional<QUuid> id;                             ///< of that profile, where it is known
     std::optional<ApplyVerificationResult> verification; ///< none before the first scan, and of one that was kept
     bool isKept = false;                                 ///< it was in force before; no scan has confirmed it since
-    std::optional<LastFlowStanding> standing; ///< of what the last apply or way back has left, by the last scan
 
     // What the user has chosen.
     NamedConfiguration lastApplied; ///< none where no saved profile has that name any more
     NamedConfiguration current;     ///< the last applied one, else the one that a scan has found, else Default
+
+    std::optional<LastFlowStanding> standing = {}; ///< of what the last apply or way back has left, by the last scan
 
     bool operator==(const ActiveConfiguration&) const = default;
 };

@@ -237,56 +237,12 @@ std::optional<QString> stoppedBackgroundJob(const Difference& difference) {
                                                                                : std::nullopt;
 }
 
-<<<<<<< HEAD
-=======
 /// A login item inside an application: stopped, it starts at the next login.
-bool isBackgroundItem(const Difference& difference, const RoundTrip& trip) {
+bool isStoppedBackgroundJob(const Difference& difference, const RoundTrip& trip) {
     const std::optional<QString> label = stoppedBackgroundJob(difference);
     return isOfStoppedProcess(difference, trip) || (label && isLeftToItsApplication(*label, trip));
 }
 
-/// What launchd was told, a record that isn't allowed any more, or what runs no more.
-bool isBackgroundItemAfterRevert(const Difference& difference, const RoundTrip& trip) {
-    static const QRegularExpression record(u"\\Astate backgroundTasks \"[248]\\..*\"/allowed\\z"_s);
-    const std::optional<QString> label = stoppedBackgroundJob(difference);
-    return (isOfBackgroundOverride(difference, trip) && difference.after == u"true") ||
-           (record.match(difference.key).hasMatch() && difference.after == u"false") ||
-           isOfStoppedProcess(difference, trip) || (label && isBackgroundLabel(*label, trip));
-}
-
-// ---- What only the whole way back brings back
-
-bool isLaunchItemAfterRevert(const Difference& difference, const RoundTrip&) {
-    static const QRegularExpression place(
-        u"\\A(/Users/alex/Library|/Library)/Launch(Agents|Daemons)/[^/]+\\.plist( \\w+)?\\z"_s);
-    static const QRegularExpression aside(
-        u"\\A(/Users/alex/\\.quorvane_backup|/Library/Application Support/Quorvane/LaunchItems)/"
-        "(UserHome)?_Library_Launch(Agents|Daemons)/[^/]+\\.plist( \\w+)?\\z"_s);
-    const bool isGone = !difference.after && (place.match(difference.key).hasMatch() || launchItemJob(difference) ||
-                                              isOfItsProcess(difference));
-    const bool isAside = !difference.before && aside.match(difference.key).hasMatch();
-    return isGone || isAside || (isOfItsOverride(difference) && difference.after == u"true");
-}
-
-/// The user's own stays where the profile has left it; what isn't one, as far as is known, may go.
-bool isLoginItemAfterRevert(const Difference& difference, const RoundTrip& trip) {
-    const auto path = loginItemPath(difference);
-    if (!path) {
-        return difference.key == kLoginItemOrder;
-    }
-    const auto atReturn = trip.itemsAtReturn.constFind(difference.key);
-    const bool isLeft =
-        difference.after == (atReturn == trip.itemsAtReturn.constEnd() ? std::nullopt : std::optional(*atReturn));
-    if (isLeft || difference.after) {
-        return isLeft;
-    }
-    const auto& captured = trip.snapshot.loginItems;
-    return captured ? std::none_of(captured->begin(), captured->end(),
-                                   [&path](const LoginItemSnapshot& item) { return item.path == *path; })
-                    : trip.managedAtReturn.contains(comparablePath(*path));
-}
-
->>>>>>> c28
 bool isItemThatCouldNotBeAskedFor(const Difference& difference, const RoundTrip& trip) {
     return !trip.mayAskSystemEvents && (loginItemPath(difference) || difference.key == kLoginItemOrder);
 }
@@ -352,7 +308,6 @@ bool isOfStartup(const Difference& difference) {
 
 const QList<RoundTripException>& roundTripExceptions() {
     static const QList<RoundTripException> exceptions{
-<<<<<<< HEAD
         {u"What macOS notes for itself", "nobody may delete its notes",
          any<isEmptyPreferenceFile, isNotedAsEnabled, isNoteOfLoginItem>},
         {u"What was stopped runs anew", "a process that has ended can't be had back",
@@ -363,32 +318,6 @@ const QList<RoundTripException>& roundTripExceptions() {
          any<isItemThatCouldNotBeAskedFor, isOfBackupsThatMayNotBeRead>},
         {u"States that no command sets", "there is a command for on and one for off",
          any<isUnusualIndexing, isOfBackupsNeverSwitched>},
-=======
-        {u"Empty preference files", "a key is deleted, the file that was made for it stays", isEmptyPreferenceFile},
-        {u"Notification Center", "it is started anew, and stays allowed to start, whatever was before",
-         isOfNotificationCenter},
-        {u"Automatic backups that were never switched", "a key that isn't set means off, and comes back as that",
-         isOfBackupsNeverSwitched},
-        {u"Spotlight in an unusual state", "it comes back as on or off", isUnusualIndexing},
-        {u"The order of the login items", "an item that comes back goes to the end", whenAsked<isOrder>},
-        {u"Login items with a name of their own", "System Events names an item after its file", whenAsked<isOwnName>},
-        {u"Login items whose file is gone", "there is nothing to add again", whenAsked<isItemWithoutFile>},
-        {u"Login items where System Events may not be asked", "they can be neither read nor changed",
-         on<WayBack::Reinstate, isItemThatCouldNotBeAskedFor>},
-        {u"The list of what may run in the background", "macOS notes what was in the login items", isNoteOfLoginItem},
-        {u"Launch items run anew", "they are loaded again", on<WayBack::Reinstate, isNewRunOfLaunchItem>},
-        {u"Launch items are noted as enabled", "launchd has to be told that it may load them again",
-         on<WayBack::Reinstate, isNotedAsEnabled>},
-        {u"Background items", "a login item inside an application is loaded by that alone",
-         on<WayBack::Reinstate, isBackgroundItem>},
-        {u"Login items after an undo", "only Reinstate adds them again", on<WayBack::Revert, isLoginItemAfterRevert>},
-        {u"Launch items after an undo", "only Reinstate puts them back", on<WayBack::Revert, isLaunchItemAfterRevert>},
-        {u"Background items after an undo", "only Reinstate lifts what launchd and macOS were told",
-         on<WayBack::Revert, isBackgroundItemAfterRevert>},
-        {u"The network after an undo", "only Reinstate switches it on again",
-         on<WayBack::Revert, isServiceAfterRevert>},
-        {u"What Quorvane keeps for itself", "snapshots, records and notes are there to stay", isQuorvanesOwn},
->>>>>>> c28
     };
     return exceptions;
 }

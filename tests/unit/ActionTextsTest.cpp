@@ -14,10 +14,10 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr RestoreOutcome kFailed{false, RestoreSource::Snapshot};
-constexpr RestoreOutcome kToDefaults{true, RestoreSource::StandardDefaults};
-constexpr RestoreOutcome kFromSnapshot{true, RestoreSource::Snapshot};
-constexpr RestoreOutcome kFromBaseline{true, RestoreSource::Baseline};
+const RestoreOutcome kFailed{false, RestoreSource::Snapshot};
+const RestoreOutcome kToDefaults{true, RestoreSource::StandardDefaults};
+const RestoreOutcome kFromSnapshot{true, RestoreSource::Snapshot};
+const RestoreOutcome kFromBaseline{true, RestoreSource::Baseline};
 
 const ApplyVerificationResult kVerified{{{u"Siri"_s, u"disabled"_s}}, {}};
 const ApplyVerificationResult kPartly{{{u"Siri"_s, u"disabled"_s}}, {{u"App Nap"_s, u"still active"_s}}};
