@@ -72,7 +72,7 @@ public:
     /// What differs, but for what the user is told of.
     QStringList differencesSince(const macsim::MacPicture& before) {
         m_trip.mac = m_description;
-        m_trip.wayBack = WayBack::Revert;
+        m_trip.wayBack = ReturnBy::Revert;
         QStringList lines;
         for (const macsim::MacDifference& difference : picture().differencesSince(before)) {
             const auto isCovered = [&](const RoundTripException& exception) {
