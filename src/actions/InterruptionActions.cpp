@@ -18,7 +18,9 @@ using namespace Qt::StringLiterals;
 namespace {
 
 const QString kActivity = u"take up what was interrupted"_s;
-constexpr Anew kEverything{.match = true, .startupItems = true, .snapshot = false, .backups = false};
+constexpr Anew kAll{.match = true, .startupItems = true, .snapshot = false, .backups = false};
+/// At the start a scan follows anyway.
+constexpr Anew kAllButMatch{.match = false, .startupItems = true, .snapshot = false, .backups = false};
 
 } // namespace
 
@@ -39,10 +41,10 @@ QCoro::Task<ActionOutcome> InterruptionActions::offer(ActionListener& listener) 
         }
         switch (answerTo(question, pressed)) {
         case InterruptionAnswer::Finish:
-            co_await carryOutFinish(action, *interrupted);
+            co_await carryOutFinish(action, *interrupted, kAllButMatch);
             break;
         case InterruptionAnswer::GoBack:
-            co_await carryOutGoingBack(action, *interrupted);
+            co_await carryOutGoingBack(action, *interrupted, kAllButMatch);
             break;
         case InterruptionAnswer::LeaveAsIs:
             action.carryOutAtOnce();
@@ -61,7 +63,7 @@ QCoro::Task<ActionOutcome> InterruptionActions::finish(ActionListener& listener)
             co_return;
         }
         if (co_await action.passesGate(kActivity)) {
-            co_await carryOutFinish(action, *interrupted);
+            co_await carryOutFinish(action, *interrupted, kAll);
         }
     });
 }
@@ -74,16 +76,16 @@ QCoro::Task<ActionOutcome> InterruptionActions::goBack(ActionListener& listener)
             co_return;
         }
         if (co_await action.passesGate(kActivity)) {
-            co_await carryOutGoingBack(action, *interrupted);
+            co_await carryOutGoingBack(action, *interrupted, kAll);
         }
     });
 }
 
-QCoro::Task<void> InterruptionActions::carryOutFinish(Action& action, FlowRecord interrupted) {
+QCoro::Task<void> InterruptionActions::carryOutFinish(Action& action, FlowRecord interrupted, Anew changed) {
     InterruptedOutcome outcome;
     {
         const UnlockGate::AutoLockSuppression noAutoLock = action.suppressAutoLock();
-        const Turnstile::Hold busy = action.carryingOut(finishingText(interrupted), kEverything);
+        const Turnstile::Hold busy = action.carryingOut(finishingText(interrupted), changed);
         outcome = co_await m_parts.system.finishInterrupted(interrupted);
     }
     action.outcome.succeeded = outcome.succeeded;
@@ -105,15 +107,15 @@ QCoro::Task<void> InterruptionActions::follow(Action& action, FlowRecord interru
     co_await action.tell(finishedAlert(interrupted, outcome));
 }
 
-QCoro::Task<void> InterruptionActions::carryOutGoingBack(Action& action, FlowRecord interrupted) {
+QCoro::Task<void> InterruptionActions::carryOutGoingBack(Action& action, FlowRecord interrupted, Anew changed) {
     if (isWayBack(interrupted.flow)) {
-        co_await carryOutFinish(action, interrupted);
+        co_await carryOutFinish(action, interrupted, changed);
         co_return;
     }
     InterruptedOutcome outcome;
     {
         const UnlockGate::AutoLockSuppression noAutoLock = action.suppressAutoLock();
-        const Turnstile::Hold busy = action.carryingOut(goingBackText(interrupted), kEverything);
+        const Turnstile::Hold busy = action.carryingOut(goingBackText(interrupted), changed);
         outcome = co_await m_parts.system.goBackFromInterrupted(interrupted);
     }
     action.outcome.succeeded = outcome.succeeded;

@@ -13,6 +13,7 @@ namespace quorvane {
 class Action;
 class ActionListener;
 class ActionStage;
+struct Anew;
 class ProfileActions;
 class SystemManager;
 struct InterruptedOutcome;
@@ -34,8 +35,8 @@ public:
     QCoro::Task<ActionOutcome> goBack(ActionListener& listener);
 
 private:
-    QCoro::Task<void> carryOutFinish(Action& action, FlowRecord interrupted);
-    QCoro::Task<void> carryOutGoingBack(Action& action, FlowRecord interrupted);
+    QCoro::Task<void> carryOutFinish(Action& action, FlowRecord interrupted, Anew changed);
+    QCoro::Task<void> carryOutGoingBack(Action& action, FlowRecord interrupted, Anew changed);
     QCoro::Task<void> follow(Action& action, FlowRecord interrupted, InterruptedOutcome outcome);
     bool isQuitting() const;
 

@@ -91,6 +91,9 @@ QList<MacPreference> preferencesThatAreChanged(const QList<TweakStep>& steps, co
 FlowRecording SystemManager::recordProfile(const UnifiedProfile& profile) {
     FlowRecord record = recordOf(RecordedFlow::Profile, profile.name);
     record.profile = profile;
+    if (!profile.dateCreated.isValid()) {
+        record.profile.dateCreated = m_host.clock.now(); // no file holds a profile without one
+    }
     return m_journal->record(record);
 }
 

@@ -112,13 +112,18 @@ inline QString traced(const QStringList& lines) {
 
 /// The line of a trace for a look at all that tweaks change.
 inline const QString kLookAtTweaks = u"? tweaks\n"_s;
+/// What an apply reads behind its look, for the record of what was there before: the types of what it is about to change, and the
+/// search of every volume where it switches that off.
+inline const QRegularExpression kTypesBehindLook(
+    QStringLiteral("\\? tweaks\n(\\$> /usr/bin/defaults (-currentHost )?export (?!com\\.apple\\.ncprefs)[^\n]+ -\n)*"
+                   "(\\$> /usr/bin/mdutil -a -s\n)?"));
 /// With each such look as one line.
 inline QString withLooksAtTweaks(QString trace) {
     static const QRegularExpression look(
         QRegularExpression::escape(reading::traced(QStringList(reading::kPower) + reading::kPreferences)) +
         u"\\$> /usr/bin/mdutil (-a -s|-s / /System/Volumes/Data)\\n"_s +
         u"(\\$> /usr/bin/defaults read \\S*TimeMachine AutoBackup\\n)?(\\$> /usr/bin/tmutil destinationinfo\\n)?"_s);
-    return trace.replace(look, kLookAtTweaks);
+    return trace.replace(look, kLookAtTweaks).replace(kTypesBehindLook, kLookAtTweaks);
 }
 
 } // namespace quorvane

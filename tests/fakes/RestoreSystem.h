@@ -75,11 +75,6 @@ protected:
         u"pmset -a standby 1 disksleep 10 sleep 1 ; mdutil -a -i on || true ; tmutil enable || true ; pmset -a sms 1"_s;
     inline static const QString kCancelled =
         u"  [ERROR] Administrator authorization was cancelled or failed: User canceled.\n"_s;
-
-private:
-    std::optional<CommandOutcome> answerOfPreferences(const QStringList& arguments);
-
-    QMap<QString, std::optional<QString>> m_written; ///< by domain and key; none where the key was deleted
 };
 
 } // namespace quorvane

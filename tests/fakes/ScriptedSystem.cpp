@@ -149,6 +149,45 @@ QString ScriptedSystem::takeTrace() {
     return withLooksAtTweaks(withLooksAtLaunchd(std::exchange(trace, {}).join(u'\n') + u'\n'));
 }
 
+void ScriptedSystem::keepWhatIsWritten() {
+    commands.print(reading::kPower, "AC Power:\n standby 1\n disksleep 10\n sleep 1\n sms 1\n");
+    commands.print(reading::kSpotlight, reading::indexing("Indexing enabled. "));
+    commands.print(reading::kSpotlightOfAll, reading::indexing("Indexing enabled. "));
+    commands.respond = [this, respond = commands.respond](const QStringList& arguments) {
+        const std::optional<CommandOutcome> answer = answerOfPreferences(arguments);
+        return answer || !respond ? answer : respond(arguments);
+    };
+    scripts.carryOut = [this, carryOut = scripts.carryOut](const QString& source) {
+        if (source.contains(u"tmutil enable"_s) || source.contains(u"tmutil disable"_s)) {
+            setAutomaticBackups(source.contains(u"tmutil enable"_s));
+        }
+        if (carryOut) {
+            carryOut(source);
+        }
+    };
+}
+
+/// None of what was never written.
+std::optional<CommandOutcome> ScriptedSystem::answerOfPreferences(const QStringList& arguments) {
+    static const QMap<QString, QString> kSwitches{{u"YES"_s, u"1"_s}, {u"NO"_s, u"0"_s}, {u"true"_s, u"1"_s}};
+    const qsizetype verb = arguments.value(1) == u"-currentHost" ? 2 : 1;
+    const QString place = arguments.mid(verb + 1, 2).join(u' ');
+    if (arguments.first() != u"/usr/bin/defaults"_s) {
+        return std::nullopt;
+    }
+    if (arguments.value(verb) == u"read" && m_written.contains(place)) {
+        CommandOutcome outcome = ScriptedCommandLauncher::succeeded(m_written[place].value_or(QString()).toUtf8());
+        outcome.code = m_written[place] ? 0 : 1;
+        return outcome;
+    }
+    if (arguments.value(verb) == u"write") {
+        m_written[place] = kSwitches.value(arguments.last(), arguments.last());
+    } else if (arguments.value(verb) == u"delete") {
+        m_written[place] = std::nullopt;
+    }
+    return std::nullopt;
+}
+
 void ScriptedSystem::noteEveryTweakChanged() {
     QStringList keys;
     for (const Tweak& tweak : tweakCatalogue()) {

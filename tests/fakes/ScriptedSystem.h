@@ -140,6 +140,9 @@ protected:
     /// The program knows this list already.
     void takeDump(const QByteArray& printed);
 
+    /// What is written to the preferences is read there again, `tmutil` does what root's line tells it, and Spotlight and power are as
+    /// a fresh macOS has them.
+    void keepWhatIsWritten();
     /// As where the program has put all tweaks in force. A flow that ends looks at them once more then.
     void noteEveryTweakChanged();
 
@@ -170,6 +173,11 @@ protected:
     NotificationCenter notifications;
     Host host = hostWith(files, clock);
     SystemManager system{host, notifications};
+
+private:
+    std::optional<CommandOutcome> answerOfPreferences(const QStringList& arguments);
+
+    QMap<QString, std::optional<QString>> m_written; ///< by domain and key; none where the key was deleted
 };
 
 } // namespace quorvane

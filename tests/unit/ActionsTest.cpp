@@ -78,7 +78,10 @@ const QList<Row>& actions() {
 
 class ActionsTest : public ActionSystem {
 protected:
-    ActionsTest() { addProfile(kLive); }
+    ActionsTest() {
+        addProfile(kLive);
+        keepWhatIsWritten();
+    }
 
     void saveSnapshot() {
         ASSERT_TRUE(ending(session->systemActions.saveSnapshot({}, Archive::No, *listener)).succeeded);

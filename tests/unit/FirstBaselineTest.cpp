@@ -166,7 +166,8 @@ TEST_F(FirstBaselineFlow, readsTheWholeSystemAndSaysSoInOneLine) {
     EXPECT_EQ(takeTrace(), u"$> osascript: list\n"
                            "$> /usr/sbin/networksetup -listallnetworkservices\n"_s +
                                reading::traced(QStringList{reading::kPower} + reading::kPreferences +
-                                               QStringList{reading::kTimeMachine, reading::kSpotlightOfAll}) +
+                                               QStringList{reading::kTimeMachine, reading::kSpotlightOfAll} +
+                                               reading::kTypesOfPreferences) +
                                kSavedLine);
     const std::optional<MasterSystemBaseline> kept = stored();
     ASSERT_TRUE(kept);

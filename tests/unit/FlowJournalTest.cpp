@@ -155,7 +155,7 @@ TEST_F(FlowJournalTest, isForgottenOnRequest) {
     journal.forget();
     EXPECT_EQ(journal.interrupted(), std::nullopt);
     journal.forget();
-    EXPECT_EQ(takeTrace(), QString());
+    EXPECT_EQ(trace, QStringList());
 }
 
 } // namespace quorvane

@@ -21,6 +21,7 @@ UnifiedProfile withoutIndexing(UnifiedProfile profile) {
 class ProfileActionsTest : public ActionSystem {
 protected:
     ProfileActionsTest() {
+        keepWhatIsWritten();
         addProfile(live);
         listener->preparesReviews = true;
     }

@@ -455,7 +455,7 @@ TEST_F(FullBackups, endSoonWhenTheProgramQuits) {
     // On a busy machine already the backup's own text takes more than one turn.
     EXPECT_THAT(backUpAll(), ::testing::AnyOf(kNotDownloaded, kCutShort));
     cloud.shutDown();
-    EXPECT_EQ(backUpAll(), kUnavailable);
+    EXPECT_THAT(backUpAll(), ::testing::AnyOf(kUnavailable, kCutShort));
     EXPECT_EQ(takeChanges(), QStringList());
 }
 

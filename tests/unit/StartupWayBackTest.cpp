@@ -57,7 +57,7 @@ TEST_F(StartupWayBack, anAgentThatWasLoadedIsLoadedAgainOnceItIsAllowedTo) {
     EXPECT_LT(lines.indexOf(u"$ /bin/launchctl enable gui/501/com.sync"_s), lines.indexOf(kSyncBootstrap));
     EXPECT_EQ(bootstraps(lines), QStringList(kSyncBootstrap));
     EXPECT_EQ(lines.filter(u"Starts at"_s), QStringList());
-    EXPECT_EQ(lines.last(), u"$> /bin/launchctl list"_s);
+    EXPECT_TRUE(lines.contains(u"$> /bin/launchctl list"_s));
     EXPECT_FALSE(files.exists(kWayBackOverrides));
 }
 
@@ -74,7 +74,8 @@ TEST_F(StartupWayBack, oneOfWhichNobodyKnewWhetherItWasDisabledStaysOffAndIsName
     addRootsPlist(kSyncPlist, u"com.sync"_s);
     files.addFile(kWayBackOverrides, R"([{"label": "com.sync", "domain": "user", "override": "unknown"}])");
     commands.launchd.overrides.insert(u"gui/501/com.sync"_s, true);
-    const QStringList lines = reinstated();
+    EXPECT_EQ(QCoro::waitFor(system.reinstateSystem()).missing, QStringList(u"com.sync"_s));
+    const QStringList lines = std::exchange(trace, {});
     EXPECT_EQ(lines.filter(u"launchctl enable"_s), QStringList());
     EXPECT_EQ(bootstraps(lines), QStringList());
     EXPECT_TRUE(lines.contains(u"  [INFO] Not restored: com.sync"_s));
@@ -102,10 +103,10 @@ TEST_F(StartupWayBack, whatLaunchdDidNotLoadAllTheSameIsToldOf) {
     addRootsPlist(kSyncPlist, u"com.sync"_s);
     recordStopped(u"com.sync"_s, kSyncPlist); // and isn't among the jobs that launchd lists afterwards
     const QStringList lines = reinstated();
-    EXPECT_EQ(lines.last(), u"  [INFO] Starts at the next login: Sync"_s);
+    EXPECT_TRUE(lines.contains(u"  [INFO] Starts at the next login: Sync"_s));
     commands.launchd.isMuteOfJobs = true;
     recordStopped(u"com.sync"_s, kSyncPlist);
-    EXPECT_EQ(reinstated().last(), u"  [INFO] Starts at the next login: Sync"_s)
+    EXPECT_TRUE(reinstated().contains(u"  [INFO] Starts at the next login: Sync"_s))
         << "nothing is claimed that isn't read";
 }
 
@@ -155,10 +156,10 @@ TEST_F(StartupWayBack, aDaemonIsLoadedByRootInTheOneBatch) {
                                        kRootsBootstrap,
                                    kStandardPrompt)
                               .trimmed()));
-    EXPECT_EQ(lines.last(), u"$> /bin/launchctl print system/com.vpn"_s);
+    EXPECT_TRUE(lines.contains(u"$> /bin/launchctl print system/com.vpn"_s));
     commands.launchd.stoppedJobs.insert(u"com.vpn"_s);
     recordStopped(u"com.vpn"_s, kRootsPlist, "system");
-    EXPECT_EQ(reinstated().last(), u"  [INFO] Starts after the restart: Sync"_s);
+    EXPECT_TRUE(reinstated().contains(u"  [INFO] Starts after the restart: Sync"_s));
 }
 
 TEST_F(StartupWayBack, rootLoadsNothingThatAnybodyElseCanHavePutThere) {
@@ -287,7 +288,7 @@ TEST_F(StartupWayBack, aServiceThatStaysOffIsNamedAndFailsTheWayBack) {
     SwitchedOffServices(files, machine).note({u"Dock LAN"_s});
     commands.print(u"/usr/sbin/networksetup -listallnetworkservices"_s, "*Dock LAN\n");
     EXPECT_FALSE(QCoro::waitFor(system.reinstateSystem()).succeeded);
-    EXPECT_EQ(trace.last(), u"  [INFO] Not restored: network service Dock LAN"_s);
+    EXPECT_TRUE(trace.contains(u"  [INFO] Not restored: network service Dock LAN"_s));
     EXPECT_EQ(SwitchedOffServices(files, machine).read(), QStringList(u"Dock LAN"_s));
 }
 
