@@ -115,7 +115,11 @@ QCoro::Task<bool> Action::keepsWayBack() {
     std::optional<QString> failure;
     {
         const Turnstile::Hold busy = waiting(kKeepingSettings);
-        failure = co_await system.keepSettingsBeforeFirstChange();
+        try {
+            failure = co_await system.keepSettingsBeforeFirstChange();
+        } catch (const std::exception& error) {
+            failure = QString::fromUtf8(error.what());
+        }
     }
     if (system.host().commands.isShutDown()) {
         co_return false; // the program quits: nobody is there to be asked

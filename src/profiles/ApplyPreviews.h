@@ -24,8 +24,8 @@ struct ProfileApplyPreview {
 
 /// What the review of tweaks alone shows.
 struct TweaksApplyPreview {
-    QStringList enabledTweaks;    ///< titles, in catalogue order
-    StartupChangePreview startup; ///< what their clean reboot takes
+    QStringList enabledTweaks;                     ///< titles, in catalogue order
+    StartupChangePreview startup;                  ///< what their clean reboot takes
     std::optional<LastFlowStanding> standing = {}; ///< as above
 
     bool operator==(const TweaksApplyPreview&) const = default;

@@ -27,12 +27,12 @@ struct ListedBackup {
 
 /// What a command came to.
 struct RehearsalOutcome : ActionOutcome {
-    std::optional<QList<StartupItem>> startupItems; ///< where the command looks for them
-    std::optional<QList<ShownPicture>> displays;    ///< where the command changes what they show
-    std::optional<QList<ListedBackup>> backups;     ///< where the command lists them
-    std::optional<QList<DisplayLabel>> labels = {}; ///< where it has put a label onto the displays
-    std::optional<QList<KeptRun>> runs = {};        ///< where the command lists those whose logs are kept
-    std::optional<QStringList> keptLog = {};        ///< where it prints one
+    std::optional<QList<StartupItem>> startupItems;    ///< where the command looks for them
+    std::optional<QList<ShownPicture>> displays;       ///< where the command changes what they show
+    std::optional<QList<ListedBackup>> backups;        ///< where the command lists them
+    std::optional<QList<DisplayLabel>> labels = {};    ///< where it has put a label onto the displays
+    std::optional<QList<KeptRun>> runs = {};           ///< where the command lists those whose logs are kept
+    std::optional<QStringList> keptLog = {};           ///< where it prints one
     std::optional<QList<ChoosableRow>> baselines = {}; ///< where the command lists what there is to go back to
 
     bool isDone() const { return succeeded && (!verification || verification->failed.isEmpty()); }

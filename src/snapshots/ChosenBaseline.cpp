@@ -49,12 +49,8 @@ void ChosenBaselineFile::save(const ChosenBaseline& chosen) {
 }
 
 void ChosenBaselineFile::remove() {
-    try {
+    if (m_files.status(m_path).kind != FileStatus::Kind::Missing) {
         m_files.remove(m_path);
-    } catch (const FileError& error) {
-        if (error.cause() != FileError::Cause::Missing) {
-            throw;
-        }
     }
 }
 

@@ -299,7 +299,9 @@ QCoro::Task<void> SystemManager::loginItemsBackTo(StateBefore before) {
     for (const QString& earlier : before.notes.managedPaths) {
         added.remove(comparablePath(earlier));
     }
-    co_await takeOutAdded(startupAppsThatGo(added, {}, RestoreBaseline{items}));
+    const RestoreBaseline own{items};
+    const QSet<QString> going = startupAppsThatGo(added, {}, own);
+    co_await takeOutAdded(going);
 }
 
 } // namespace quorvane

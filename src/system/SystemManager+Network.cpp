@@ -3,6 +3,7 @@
 #include "core/AdminPrompts.h"
 #include "core/AdminScript.h"
 #include "network/NetworkServices.h"
+#include "network/NetworkServicesBack.h"
 #include "network/SwitchedOffServices.h"
 #include "platform/FileManager.h"
 
@@ -57,6 +58,12 @@ QCoro::Task<QStringList> SystemManager::networkSwitchCommands(NetworkSwitch posi
     co_return commands;
 }
 
+/// Where root's line failed or was refused: what is still on was written down for nothing.
+QCoro::Task<void> SystemManager::settleSwitchedOff() {
+    NetworkServicesBack written(*this, *m_adminBatch);
+    co_await written.settle();
+}
+
 QCoro::Task<bool> SystemManager::disableAllNetworkConnections() {
     log(u"\nDisabling all network connections..."_s);
     const QStringList commands = co_await networkSwitchCommands(NetworkSwitch::Off);
@@ -67,6 +74,7 @@ QCoro::Task<bool> SystemManager::disableAllNetworkConnections() {
     const CommandResult result = co_await runAdminCommand(joinedAdminCommands(commands), kSystemChangesPrompt);
     if (result.status != 0) {
         log(u"  [ERROR] Failed to disable network: "_s + result.standardError);
+        co_await settleSwitchedOff();
         co_return false;
     }
     log(u"  [APPLIED] All network connections disabled."_s);

@@ -82,6 +82,9 @@ QCoro::Task<NetworkOutcome> SystemManager::runNetworkOperations(NetworkOperation
     const CommandResult result = co_await runAdminCommand(joinedAdminCommands(commands), kOperationsPrompt);
     if (result.status != 0) {
         log(u"  [ERROR] Network operations were cancelled or failed: "_s + result.standardError);
+        if (operations.disableAll) {
+            co_await settleSwitchedOff();
+        }
         co_return NetworkOutcome{withoutRepetition(messages + networkFailureMessages(operations)), false};
     }
     if (operations.enableAll) {

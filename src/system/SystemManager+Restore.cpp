@@ -362,16 +362,11 @@ QCoro::Task<RestoreOutcome> SystemManager::reinstateFromSnapshot(SystemSnapshot 
     co_await restoreLaunchItems();
     m_journal->strike(kLaunchItemsStep);
     co_await m_backgroundItems->restore();
-    co_await hideLoginItemsAsCaptured(snapshot);
-    co_await removeAddedApplications(snapshot);
     NetworkServicesBack newer(*this, *m_adminBatch);
     const bool areNewerListed = co_await newer.queue(namesOf(snapshot.networkServicesEnabled), {});
     const bool isFinished =
         co_await finishAdminBatch(u"Quorvane needs your administrator password to restore your system."_s);
     co_await settleKeptLaunchItems();
-    co_await m_backgroundItems->settleRestored();
-    const bool areNewerBack = co_await newer.settle();
-    const bool isNewerSettled = areNewerListed && (areNewerBack || !isFinished);
     std::optional<QList<NetworkServiceState>> services;
     if (!switched) {
         services = QList<NetworkServiceState>(); // they can't be listed
@@ -381,8 +376,13 @@ QCoro::Task<RestoreOutcome> SystemManager::reinstateFromSnapshot(SystemSnapshot 
     if (isFinished) {
         co_await lookAtRestoredBackups(snapshot.timeMachineEnabled);
     }
+    co_await m_backgroundItems->settleRestored();
+    const bool areNewerBack = co_await newer.settle();
+    const bool isNewerSettled = areNewerListed && (areNewerBack || !isFinished);
     FocusMark focus(*this);
     co_await focus.restore();
+    co_await hideLoginItemsAsCaptured(snapshot);
+    co_await removeAddedApplications(snapshot);
     const QStringList missing = co_await readBack(snapshot, ReadBackOf::WholeSystem, services, isRestored);
     takeReadBack(missing, isRestored && isNewerSettled && isFinished && !isQuitting(), isFinished, outcome);
     co_return outcome;

@@ -492,6 +492,7 @@ private:
     QCoro::Task<std::optional<QString>> networkServiceListing(QString tool);
     QCoro::Task<QString> servicesOfOperation();
     QCoro::Task<QStringList> networkSwitchCommands(NetworkSwitch position);
+    QCoro::Task<void> settleSwitchedOff();
 
     // SystemManager+NetworkOperations.cpp
     QCoro::Task<ServiceNameServers> readNameServers(QString service);

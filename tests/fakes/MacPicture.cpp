@@ -49,7 +49,7 @@ QString MacPicture::changesSince(const MacPicture& before) const {
 void MacPicture::add(const QFileInfo& info) {
     const QString path = info.filePath().mid(m_folder.size());
     if (path.contains(QStringLiteral("/Library/Logs/Quorvane")) || path.endsWith(QStringLiteral(".lock")) ||
-        path.endsWith(QStringLiteral("/journal.jsonl"))) {
+        path.endsWith(QStringLiteral("/journal.jsonl")) || path.endsWith(QStringLiteral("/last-flow.json"))) {
         return;
     }
     if (hasOwnerMark(info.filePath())) {

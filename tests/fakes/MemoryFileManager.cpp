@@ -315,7 +315,7 @@ QString MemoryFileManager::begin(Operation operation, const QString& path, Last 
 }
 
 void MemoryFileManager::countChange(const QString& path) {
-    ++m_changes;
+    m_changedPaths.append(path);
     if (m_changesUntilFailure > 0 && --m_changesUntilFailure == 0) {
         throw FileError(path, ENOSPC);
     }

@@ -42,7 +42,9 @@ public:
     void failOn(Operation operation, const QString& path);
     /// The n-th operation that changes something fails, counted from now; 1 is the next one.
     void failAtChange(int number) { m_changesUntilFailure = number; }
-    int changes() const { return m_changes; }
+    int changes() const { return static_cast<int>(m_changedPaths.size()); }
+    /// Of each change, in order, also of one that failed.
+    const QStringList& changedPaths() const { return m_changedPaths; }
     /// How often a folder was listed.
     int listings() const { return m_listings; }
     /// Every path that was read, written, moved, removed, listed or asked for, resolved.
@@ -116,7 +118,7 @@ private:
     std::set<std::pair<Operation, Key>> m_failing;
     int m_nextAge = 1;
     quint64 m_nextFileNumber = 1;
-    int m_changes = 0;
+    QStringList m_changedPaths;
     int m_changesUntilFailure = 0;
     mutable int m_listings = 0;
     mutable QSet<QString> m_touched;

@@ -114,10 +114,11 @@ protected:
     static bool isNote(const macsim::MacDifference& difference) {
         static const QRegularExpression programsOwn(
             u"\\A(/Users/alex/\\.quorvane|/Users/alex/Library/Application Support/Quorvane|"
-            "/Library/Application Support/Quorvane|/Users/alex/\\.quorvane_backup)(\\Z|/)"_s);
+            "/Library/Application Support/Quorvane|/Users/alex/\\.quorvane_backup|"
+            "/Users/alex/Library/Preferences/com\\.quorvane\\.app\\.plist QuorvaneSwitchedBackupsOff)(\\Z|/)"_s);
         static const QRegularExpression runAnew(
             u"\\Astate (launchd/jobs/.*/(pid|lastExitStatus)|processes .*/\\w+)\\Z"_s);
-        static const QRegularExpression noted(u"\\Astate launchd/disabled/[^/]+/com\\."_s);
+        static const QRegularExpression noted(u"\\Astate launchd/disabled/[^/]+(/com\\.|\\Z)"_s);
         static const QRegularExpression emptyFile(u"\\A/Users/alex/Library/Preferences/(ByHost/)?[^ ]+\\.plist\\Z"_s);
         const QString& key = difference.key;
         return programsOwn.match(key).hasMatch() ||

@@ -16,10 +16,14 @@ namespace {
 class KilledWayBack : public WayBackMac {
 protected:
     int killAtEachCommand(const QString& flow, const Victim::Check& check) {
-        return Victim(folder.path()).killAtEachCommand(flow, [this] { return copyOfMac(); }, check);
+        return Victim(folder.path())
+            .killAtEachCommand(
+                flow, [this] { return copyOfMac(); }, check);
     }
     int killAtEachChange(const QString& flow, const Victim::Check& check) {
-        return Victim(folder.path()).killAtEachChange(flow, [this] { return copyOfMac(); }, check);
+        return Victim(folder.path())
+            .killAtEachChange(
+                flow, [this] { return copyOfMac(); }, check);
     }
 
     /// The check of a way back that was killed: once more, and it is where it would have been.

@@ -176,7 +176,8 @@ TEST_F(ProfileOnSimulatedMac, theOneWayApplyLeavesUnselectedTweaksAlone) {
     settings.spotlight = true;
     EXPECT_TRUE(QCoro::waitFor(system->applyPerformanceTweaks(settings)));
     EXPECT_EQ(picture().changesSince(before),
-              u"+ /Users/alex/Library/Preferences/com.apple.CrashReporter.plist: file\n"
+              u"+ /Users/alex/.quorvane: folder\n"
+              "+ /Users/alex/Library/Preferences/com.apple.CrashReporter.plist: file\n"
               "+ /Users/alex/Library/Preferences/com.apple.CrashReporter.plist DialogType: <string>none</string>\n"
               "+ /Users/alex/Library/Preferences/com.quorvane.app.plist: file\n"
               "+ /Users/alex/Library/Preferences/com.quorvane.app.plist QuorvaneChangedTweaks: <array>\n"

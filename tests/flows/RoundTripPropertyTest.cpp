@@ -121,6 +121,12 @@ QList<MacDifference> differencesBesides(const QList<MacDifference>& world, const
     return all;
 }
 
+/// After a restart processes are numbered in turn: where one more or less starts before it, a process gets another number.
+bool isNumberOfProcess(const MacDifference& difference) {
+    return difference.key.endsWith(u"/pid"_s) && difference.before && difference.after &&
+           difference.before != u"null" && difference.after != u"null";
+}
+
 /// How often each exception has been seen, by its name.
 using Sightings = std::map<QString, int>;
 
@@ -168,6 +174,9 @@ public:
             leaveStartupAsItWas(differences(atReturn, after));
         }
         m_differences.removeIf(isQuorvanesOwn);
+        if (m_restarts) {
+            m_differences.removeIf(isNumberOfProcess);
+        }
     }
 
     const RoundTrip& trip() const { return m_trip; }

@@ -7,6 +7,7 @@
 #include "simulator/Restart.h"
 #include "simulator/Updaters.h"
 
+#include <QRegularExpression>
 #include <QUuid>
 
 #include <algorithm>
@@ -543,7 +544,7 @@ TEST_F(StartupOnSimulatedMac, hostileNamesRemoveTheirOwnItemsOnly) {
     EXPECT_FALSE(exists(u"/tmp/p"_s));
 }
 
-TEST_F(StartupOnSimulatedMac, aNameWithABarOrALineEndCannotBeMatchedAndTakesNoOther) {
+TEST_F(StartupOnSimulatedMac, aNameWithALineEndCannotBeMatchedAndTakesNoOther) {
     addLoginItem(u"A | B"_s, u"/Applications/AB.app"_s);
     addLoginItem(u"C\nD"_s, u"/Applications/CD.app"_s);
     addLoginItem(u"D"_s, u"/Applications/D.app"_s);
@@ -551,7 +552,7 @@ TEST_F(StartupOnSimulatedMac, aNameWithABarOrALineEndCannotBeMatchedAndTakesNoOt
     profile.settings.cleanReboot = true;
     profile.startup.items = {loginAppOff(u"D"_s)};
     apply(profile);
-    EXPECT_EQ(loginNames(), QStringList({u"A | B"_s, u"C\nD"_s}));
+    EXPECT_EQ(loginNames(), QStringList(u"C\nD"_s)) << "a name with a bar is read whole";
     EXPECT_FALSE(system->lastApplyVerification()->failed.isEmpty());
 }
 
@@ -636,7 +637,8 @@ TEST_F(StartupOnSimulatedMac, aHelperThatLiesOutsideItsApplicationIsNeverMoved) 
         switchOff({backgroundItemOff(u"com.sync.helper"_s)});
         EXPECT_EQ(disabledLabels(), QStringList(u"com.sync.helper"_s));
         EXPECT_EQ(content(elsewhere + u"/Sync Helper.app/Contents/MacOS/helper"_s), "helper");
-        EXPECT_FALSE(picture().changesSince(before).contains(u"Sync"_s));
+        static const QRegularExpression ofSync(u"^[-+~] [^:]*Sync"_s); // but for the record of its label
+        EXPECT_EQ(picture().changesSince(before).split(u'\n').filter(ofSync), QStringList());
         start();
     }
 }

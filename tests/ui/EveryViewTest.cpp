@@ -450,6 +450,7 @@ TEST_F(EveryView, settings) {
                            u"choice Light Mode: Always use light appearance"_s,
                            u"choice Dark Mode: Always use dark appearance"_s, u"button Set App Password…"_s,
                            u"button Back Up Profiles to iCloud"_s, u"button Restore Profiles from iCloud"_s,
+                           u"button Choose a Restore Baseline…"_s,
                            u"check box Show Current Profile on Wallpaper: Displays the profile name in bold at the "
                            "top-left of your wallpaper"_s,
                            u"check box Launch at Login: Automatically start Quorvane when you log in"_s,

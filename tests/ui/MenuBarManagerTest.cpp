@@ -339,6 +339,7 @@ TEST_F(MenuBarManagerTest, anotherProfileThatHasTakenTheNameIsNotApplied) {
 }
 
 TEST_F(MenuBarManagerTest, restoreDefaultAsksAndEndsWithItsAlert) {
+    keepWhatIsWritten();
     makeActive(live);
     menu().choose(u"Restore Default"_s);
     waitForTasks();

@@ -3,6 +3,7 @@
 #include "fakes/ProfileStore.h"
 #include "fakes/QuickWindowOnMac.h"
 
+#include <QCoroTask>
 #include <QTest>
 
 namespace quorvane {
@@ -143,6 +144,7 @@ TEST_F(ReviewByWindow, staysWhileItApplies) {
 }
 
 TEST_F(ReviewByWindow, anExceptionEndsItAsAFailedApply) {
+    ASSERT_EQ(QCoro::waitFor(session().system.keepSettingsBeforeFirstChange()), std::nullopt);
     openReview(u"Live Set"_s);
     commands().breakWith(u"the tools are gone"_s);
     press(Qt::Key_Return);

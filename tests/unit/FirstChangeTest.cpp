@@ -140,6 +140,15 @@ TEST_F(FirstChange, theQuestionSaysWhatFailed) {
     EXPECT_EQ(alerts.lastStyle(), AlertStyle::Warning);
 }
 
+TEST_F(FirstChange, aCaptureThatThrowsIsAFailureLikeAnyOther) {
+    commands.respond = [](const QStringList&) -> std::optional<CommandOutcome> {
+        throw std::runtime_error("the tools are gone");
+    };
+    alerts.press(1);
+    EXPECT_FALSE(ending(session->systemActions.applyStartup({}, *listener)).wasCarriedOut);
+    EXPECT_TRUE(question().contains(u"the tools are gone"_s)) << question().toStdString();
+}
+
 TEST_F(FirstChange, returnAndEscapeCancelTheQuestion) {
     const Alert question = noWayBackQuestion(u"No space left on device"_s);
     EXPECT_EQ(question.buttons, (QStringList{u"Apply"_s, u"Cancel"_s}));

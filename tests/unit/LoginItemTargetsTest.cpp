@@ -37,6 +37,16 @@ TEST(LoginItemTargets, namesAloneTakeEveryItemOfTheirs) {
     EXPECT_TRUE(LoginItemTargets().isEmpty());
 }
 
+TEST(LoginItemTargets, aNameWithABarStaysWhereAnEarlierVersionSavedItInTwo) {
+    StartupConfiguration saved;
+    saved.items = {loginTarget(u"Warm-up "_s, u" intro"_s)};
+    const LoginItemTargets targets = loginItemTargets(saved, {});
+    EXPECT_TRUE(targets.keeps({u"Warm-up | intro"_s, u"/Music/intro.command"_s, false}));
+    EXPECT_TRUE(targets.keeps({u"Warm-up | intro | long"_s, u"/Music/intro.command"_s, false}));
+    EXPECT_FALSE(targets.keeps({u"Warm-up"_s, u"/Music/other.command"_s, false}));
+    EXPECT_FALSE(targets.keeps({u"Warm-up | outro"_s, u"/Music/outro.command"_s, false}));
+}
+
 TEST(LoginItemTargets, anItemIsTakenByNameAndPathUnlessItIsKept) {
     LoginItemTargets targets;
     targets.keep(loginTarget(u"Other"_s, u"/kept"_s));

@@ -96,8 +96,10 @@ TEST_F(NetworkFlow, aRefusedPromptIsAFailure) {
     commands.print(u"networksetup -listallnetworkservices"_s, kListing);
     scripts.failNext(u"User canceled."_s);
     EXPECT_FALSE(disableAll());
-    EXPECT_EQ(takeTrace(),
-              asked + prompted(offLine, kSystemChanges) + u"  [ERROR] Failed to disable network: User canceled.\n"_s);
+    EXPECT_EQ(takeTrace(), asked + prompted(offLine, kSystemChanges) +
+                               u"  [ERROR] Failed to disable network: User canceled.\n"
+                               "$> /usr/sbin/networksetup -listallnetworkservices\n"_s)
+        << "what is still on isn't the program's to switch on";
 }
 
 TEST_F(NetworkFlow, anOpenBatchTakesTheLineWithoutAPrompt) {
@@ -293,7 +295,8 @@ TEST_F(NetworkFlow, aRefusedPromptFailsEveryOperation) {
                                serversRead + u"\nDisabling all network connections...\n"_s + listed +
                                u"\nEnabling all network connections...\n"_s + listed +
                                operated(resetLine + u" ; "_s + offLine + u" ; "_s + onLine) +
-                               u"  [ERROR] Network operations were cancelled or failed: User canceled.\n"_s);
+                               u"  [ERROR] Network operations were cancelled or failed: User canceled.\n"
+                               "$> /usr/sbin/networksetup -listallnetworkservices\n"_s);
 }
 
 TEST_F(NetworkFlow, whatHadFailedBeforeTheRefusalIsReportedOnce) {

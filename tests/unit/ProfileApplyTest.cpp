@@ -318,7 +318,9 @@ TEST_F(ProfileApply, appliedTwiceAProfileChangesNothingTheSecondTime) {
     EXPECT_TRUE(apply(gig()));
     EXPECT_EQ(prompts(), 1);
     EXPECT_EQ(login, kLoginAfterGig);
-    EXPECT_EQ(files.changes(), changes + 1) << "the dump that root has left is cleared away";
+    QStringList changed = files.changedPaths().mid(changes);
+    changed.removeIf([](const QString& path) { return path.startsWith(u"/Users/alex/.quorvane/"_s); }); // its records
+    EXPECT_EQ(changed.size(), 1) << "the dump that root has left is cleared away: " << changed.join(u' ').toStdString();
     EXPECT_EQ(trace.last(), u"\n[PROFILE] Gig applied and verified successfully."_s);
     EXPECT_TRUE(trace.contains(u"  [APPLIED] Login items already match permitted startup list."_s));
     EXPECT_TRUE(trace.contains(u"  [INFO] Launch item already disabled: com.vpn.plist"_s));

@@ -290,30 +290,30 @@ TEST_F(RestoreFlow, reinstatesTheWholeSystemUnderOnePrompt) {
     files.addFile(backup, "plist");
     files.addFolders(u"/Users/alex/Library/LaunchAgents"_s);
     EXPECT_EQ(reinstate(), (RestoreOutcome{true, RestoreSource::Snapshot}));
-    EXPECT_EQ(takeTrace(),
-              u"\nReinstating from saved system snapshot (Tour)...\n"_s + kRestoreSteps + kAction + kApplied +
-                  u"$> osascript: list\n"
-                  "$> osascript: add /Applications/Live.app hidden:false; "
-                  "add /Applications/Dropbox.app hidden:true\n"
-                  "  [RESTORED] 2 login item(s) from snapshot.\n"
-                  "$> /usr/sbin/networksetup -listallnetworkservices\n"
-                  "$ /bin/launchctl load /Users/alex/Library/LaunchAgents/com.example.plist\n"
-                  "  [REVERTED] Restored 1 LaunchAgents/Daemons.\n"
-                  "$> osascript: list\n"_s +
-                  prompted(u"pmset -a sms 1 ; networksetup -setnetworkserviceenabled 'Bob'\\''s iPhone' on || true ; "
-                           "networksetup -setnetworkserviceenabled 'Ethernet' off || true ; "
-                           "networksetup -setnetworkserviceenabled 'Wi-Fi' on || true"_s,
-                           kReinstatePrompt) +
-                  u"$> /usr/sbin/networksetup -listallnetworkservices\n"
-                  "$> /usr/sbin/networksetup -getnetworkserviceenabled Wi-Fi\n"
-                  "$> /usr/sbin/networksetup -getnetworkserviceenabled Ethernet\n"
-                  "$> /usr/sbin/networksetup -getnetworkserviceenabled \"Bob's iPhone\"\n"
-                  "  [RESTORED] Network services from snapshot.\n"_s +
-                  readBack({u"Motion Sensor"_s},
-                           {u"login item Live"_s, u"login item Mail"_s, u"login item Dropbox"_s,
-                            u"network service Wi-Fi"_s, u"network service Ethernet"_s,
-                            u"network service Bob's iPhone"_s},
-                           u"$> osascript: list\n"_s));
+    EXPECT_EQ(
+        takeTrace(),
+        u"\nReinstating from saved system snapshot (Tour)...\n"_s + kRestoreSteps + kAction + kApplied +
+            u"$> osascript: list\n"
+            "$> osascript: add /Applications/Live.app hidden:false; "
+            "add /Applications/Dropbox.app hidden:true\n"
+            "  [RESTORED] 2 login item(s) from snapshot.\n"
+            "$> /usr/sbin/networksetup -listallnetworkservices\n"
+            "$ /bin/launchctl load /Users/alex/Library/LaunchAgents/com.example.plist\n"
+            "  [REVERTED] Restored 1 LaunchAgents/Daemons.\n"_s +
+            prompted(u"pmset -a sms 1 ; networksetup -setnetworkserviceenabled 'Bob'\\''s iPhone' on || true ; "
+                     "networksetup -setnetworkserviceenabled 'Ethernet' off || true ; "
+                     "networksetup -setnetworkserviceenabled 'Wi-Fi' on || true"_s,
+                     kReinstatePrompt) +
+            u"$> /usr/sbin/networksetup -listallnetworkservices\n"
+            "$> /usr/sbin/networksetup -getnetworkserviceenabled Wi-Fi\n"
+            "$> /usr/sbin/networksetup -getnetworkserviceenabled Ethernet\n"
+            "$> /usr/sbin/networksetup -getnetworkserviceenabled \"Bob's iPhone\"\n"
+            "  [RESTORED] Network services from snapshot.\n"
+            "$> osascript: list\n"_s +
+            readBack({u"Motion Sensor"_s},
+                     {u"login item Live"_s, u"login item Mail"_s, u"login item Dropbox"_s, u"network service Wi-Fi"_s,
+                      u"network service Ethernet"_s, u"network service Bob's iPhone"_s},
+                     u"$> osascript: list\n"_s));
     EXPECT_FALSE(files.exists(backup));
     EXPECT_EQ(login.size(), 4); // what has come since stays
     EXPECT_TRUE(login.last().hidden);
@@ -507,7 +507,7 @@ TEST_F(RestoreFlow, comparesTheTypesOfWhatItHasWritten) {
     const QString log = takeTrace();
     EXPECT_TRUE(
         log.contains(u"$ /usr/bin/defaults write com.apple.systemsound com.apple.sound.uiaudio.enabled -string 7\n"_s));
-    EXPECT_TRUE(log.endsWith(readBack({}, {}, u"$> "_s + exported + u'\n')));
+    EXPECT_TRUE(log.endsWith(readBack()));
     commands.print(exported, exportedAs("<integer>7</integer>"));
     EXPECT_EQ(revert().missing, QStringList(u"UI Sounds"_s));
     EXPECT_TRUE(logs(u"  [MISSING] UI Sounds — com.apple.sound.uiaudio.enabled is 7 (whole number), was 7 (text)"_s));

@@ -1,5 +1,7 @@
 #include "startup/items/LoginItemTargets.h"
 
+#include <algorithm>
+
 namespace quorvane {
 
 LoginItemTargets::LoginItemTargets(const QStringList& names) {
@@ -13,6 +15,9 @@ void LoginItemTargets::keep(const StartupItem& item) {
     m_keptNames.insert(item.name);
     m_keptPaths += {knownPath(item), comparablePath(item.path)};
     m_keptPaths.remove(QString()); // no path is nobody's
+    if (!item.path.isEmpty() && !item.path.startsWith(u'/')) {
+        m_keptBeginnings.append(item.name + u'|' + item.path);
+    }
 }
 
 void LoginItemTargets::switchOff(const StartupItem& item) {
@@ -41,6 +46,10 @@ bool LoginItemTargets::takes(const LoginItem& item) const {
 
 /// An item whose file is gone may be any of its name.
 bool LoginItemTargets::keeps(const LoginItem& item) const {
+    const auto beginsName = [&item](const QString& beginning) { return item.name.startsWith(beginning); };
+    if (std::any_of(m_keptBeginnings.begin(), m_keptBeginnings.end(), beginsName)) {
+        return true;
+    }
     if (item.path.isEmpty()) {
         return m_keptNames.contains(item.name) && !m_pathsOff.value(item.name).contains(QString());
     }

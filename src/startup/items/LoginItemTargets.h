@@ -39,6 +39,8 @@ private:
     QList<LoginItem> m_kept;
     QSet<QString> m_keptPaths; ///< by path and by id
     QSet<QString> m_keptNames;
+    /// Of names with a bar, which earlier versions cut into a name and a path. What such a profile keeps stays.
+    QStringList m_keptBeginnings;
 };
 
 /// The login items that a configuration switches off, and those among the further items; what it says runs is kept, unless

@@ -279,10 +279,14 @@ QCoro::Task<void> LaunchItems::settleDisabled(bool hasFailed) {
     }
 }
 
-/// What is put aside without being noted is taken for an earlier version's.
+/// What is put aside without being noted is taken for an earlier version's. One that is noted as loaded and still lies in its
+/// place was stopped by a run that ended before the move: that it isn't loaded now is the program's own doing.
 QCoro::Task<void> LaunchItems::notePutAside(QList<LaunchPlist> plists) {
     PutAsideRecord::Jobs jobs = putAside();
     for (const LaunchPlist& plist : plists) {
+        if (jobs.value(plist.path(), JobBefore::Unrecorded) == JobBefore::Loaded) {
+            continue;
+        }
         std::optional<bool> isLoaded;
         if (!plist.label.isEmpty()) {
             isLoaded = co_await m_launchd.isLoaded(plist.service());
