@@ -361,6 +361,17 @@ QList<MacPreference> preferencesToCompareByType(const SystemSnapshot& snapshot, 
     return preferences;
 }
 
+CurrentSettings tellingTypes(CurrentSettings current, const SystemSnapshot& snapshot, const TypedReadings& typed) {
+    for (const SnapshotPreference& preference : snapshotPreferences()) {
+        const std::optional<TypedValue> captured = preference.typedIn(snapshot);
+        const std::optional<TypedValue> now = typed.value(placeOf(preference)).value;
+        if (captured && now && now->type() != captured->type()) {
+            current.of(preference).reading.value = now->xml();
+        }
+    }
+    return current;
+}
+
 bool mayIndexingStillChange(const std::optional<SystemSnapshot>& snapshot, const CurrentSettings& current) {
     if (!current.indexing.isAnswered) {
         return false;

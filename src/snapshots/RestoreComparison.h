@@ -43,6 +43,8 @@ QList<ComparedSetting> comparedWithStandard(const CurrentSettings& current);
 
 /// The preferences whose types a comparison needs.
 QList<MacPreference> preferencesToCompareByType(const SystemSnapshot& snapshot, const CurrentSettings& current);
+/// With each value of another type than the captured one as XML, since a text alone would be taken for the same.
+CurrentSettings tellingTypes(CurrentSettings current, const SystemSnapshot& snapshot, const TypedReadings& typed);
 
 /// True where another look at Spotlight may tell more: a volume isn't as it was, or hasn't come to its state yet.
 /// @param snapshot  none for a fresh macOS

@@ -15,6 +15,7 @@
 #include "profiles/UnifiedProfile.h"
 #include "snapshots/FocusMark.h"
 #include "snapshots/OwnSettings.h"
+#include "snapshots/RestoreComparison.h"
 #include "snapshots/SnapshotOfSettings.h"
 #include "snapshots/SyncPlan.h"
 #include "startup/apply/StartupVerification.h"
@@ -262,7 +263,10 @@ QCoro::Task<bool> SystemManager::settingsBackTo(StateBefore before) {
     }
     const LaunchdService agent{LaunchdDomain::User, kNotificationCenterLabel.toString()};
     const bool wasOff = before.keptOff.overrides.contains(agent);
-    const CurrentSettings current = co_await lookAtTweaks(volumesFor(before.settings));
+    const CurrentSettings read = co_await lookAtTweaks(volumesFor(before.settings));
+    const QList<MacPreference> compared = preferencesToCompareByType(*before.settings, read);
+    const TypedReadings typed = co_await m_verification->readings().readTypedValues(compared);
+    const CurrentSettings current = tellingTypes(read, *before.settings, typed);
     const bool isOff = co_await isNotificationCenterOff();
     PerformanceSettings wanted;
     wanted.notifications = wasOff && !isOff;

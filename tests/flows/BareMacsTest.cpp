@@ -79,7 +79,7 @@ public:
                 return exception.covers(difference, m_trip);
             };
             const bool wasAnEmptyEntry = difference.before == u"null"; // of the description
-            if (!wasAnEmptyEntry &&
+            if (!wasAnEmptyEntry && !isQuorvanesOwn(difference) &&
                 std::none_of(roundTripExceptions().begin(), roundTripExceptions().end(), isCovered)) {
                 lines.append(difference.line());
             }

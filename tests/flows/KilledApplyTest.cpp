@@ -6,6 +6,7 @@
 #include "fakes/WayBackMac.h"
 #include "flows/FlowRecord.h"
 #include "flows/InterruptedOutcome.h"
+#include "simulator/Restart.h"
 
 namespace quorvane {
 
@@ -24,6 +25,7 @@ protected:
         addJob(description, "/Library/LaunchAgents/", "gui/501", "com.example.agent");
         addJob(description, "/Library/LaunchDaemons/", "system", "com.example.daemon");
         macsim::createMac(original(), description, macsim::simulatorTools().keys(), QStringLiteral(MACSIM_PROGRAM));
+        macsim::restart(macsim::Mac(original())); // with the processes of its jobs
         InProcessHost host(original(), QStringLiteral(MACSIM_PROGRAM), &clock);
         SystemManager system(host.host(), notifications);
         EXPECT_TRUE(QCoro::waitFor(system.captureSystemSnapshot(u"Early"_s, SystemManager::MasterArchive::No)).isSaved);
@@ -115,13 +117,14 @@ protected:
         static const QRegularExpression programsOwn(
             u"\\A(/Users/alex/\\.quorvane|/Users/alex/Library/Application Support/Quorvane|"
             "/Library/Application Support/Quorvane|/Users/alex/\\.quorvane_backup|"
-            "/Users/alex/Library/Preferences/com\\.quorvane\\.app\\.plist QuorvaneSwitchedBackupsOff)(\\Z|/)"_s);
+            "/Users/alex/Library/Preferences/com\\.quorvane\\.app\\.plist Quorvane\\w+)(\\Z|/)"_s);
         static const QRegularExpression runAnew(
             u"\\Astate (launchd/jobs/.*/(pid|lastExitStatus)|processes .*/\\w+)\\Z"_s);
         static const QRegularExpression noted(u"\\Astate launchd/disabled/[^/]+(/com\\.|\\Z)"_s);
         static const QRegularExpression emptyFile(u"\\A/Users/alex/Library/Preferences/(ByHost/)?[^ ]+\\.plist\\Z"_s);
+        static const QRegularExpression notedOfItem(u"\\Astate backgroundTasks \"2\\."_s);
         const QString& key = difference.key;
-        return programsOwn.match(key).hasMatch() ||
+        return (notedOfItem.match(key).hasMatch() && !difference.before) || programsOwn.match(key).hasMatch() ||
                (runAnew.match(key).hasMatch() && difference.before && difference.after) ||
                (noted.match(key).hasMatch() && difference.after != u"true" && difference.before != u"true") ||
                (emptyFile.match(key).hasMatch() && !difference.before);

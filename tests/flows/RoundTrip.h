@@ -38,6 +38,9 @@ bool isQuorvanesOwn(const macsim::MacDifference& difference);
 /// True of what an undo of tweaks leaves as it finds it: what runs at login, and the network.
 bool isOfStartup(const macsim::MacDifference& difference);
 
+/// True of what a restart has loaded on a Mac without the program: what its user had stopped for the time being.
+bool isLeftToTheNextStart(const macsim::MacDifference& difference, const RoundTrip& trip);
+
 /// In the order of docs/WAY-BACK.md. No difference is covered by two of them.
 const QList<RoundTripException>& roundTripExceptions();
 

@@ -2,6 +2,7 @@
 
 #include "flows/RoundTripMac.h"
 #include "simulator/BackgroundTasks.h"
+#include "startup/items/StartupItem.h"
 
 #include <QRegularExpression>
 
@@ -229,12 +230,38 @@ bool isOfStoppedProcess(const Difference& difference, const RoundTrip& trip) {
            !ranBefore(difference, trip); // of two processes with one name the other may be left
 }
 
+/// An application that a profile has put into the login items opens at a restart, and stays open.
+bool isOpenedAtLogin(const Difference& difference, const RoundTrip& trip) {
+    static const QRegularExpression process(u"\\Astate processes \"(.*)\"/\\w+\\z"_s);
+    const QRegularExpressionMatch match = process.match(difference.key);
+    return match.hasMatch() && !difference.before &&
+           std::any_of(trip.applied.begin(), trip.applied.end(), [&match](const UnifiedProfile& profile) {
+               const QList<StartupLaunchItem> opened = profile.startup.startupLaunchItems();
+               return std::any_of(opened.begin(), opened.end(), [&match](const StartupLaunchItem& application) {
+                   return application.path.endsWith(u'/' + match.captured(1) + u".app"_s);
+               });
+           });
+}
+
 /// The label of the job of a background item that isn't loaded any more.
 std::optional<QString> stoppedBackgroundJob(const Difference& difference) {
     static const QRegularExpression job(u"\\Astate launchd/jobs/[^/]+/(.*)/(path|pid|lastExitStatus)\\z"_s);
     const QRegularExpressionMatch match = job.match(difference.key);
     return match.hasMatch() && !launchItemJob(difference) && !difference.after ? std::optional(match.captured(1))
                                                                                : std::nullopt;
+}
+
+/// Several applications bring an agent of one label: launchd takes one of their plists, whichever comes first.
+bool isOfAnotherPlist(const Difference& difference, const RoundTrip& trip) {
+    static const QRegularExpression path(u"\\Astate launchd/jobs/[^/]+/(.*)/path\\z"_s);
+    const QRegularExpressionMatch match = path.match(difference.key);
+    return match.hasMatch() && difference.before && difference.after && isLeftToItsApplication(match.captured(1), trip);
+}
+
+/// The process of a background item, which had ended by itself before and is started with its job.
+bool isNewRunOfBackgroundItem(const Difference& difference, const RoundTrip&) {
+    static const QRegularExpression process(u"\\Astate processes \"x( #\\d+)?\"/"_s);
+    return process.match(difference.key).hasMatch() && !difference.before;
 }
 
 /// A login item inside an application: stopped, it starts at the next login.
@@ -259,9 +286,18 @@ bool isOrderOrName(const Difference& difference, const RoundTrip& trip) {
 
 } // namespace
 
+/// Of a job, or of its process, that wasn't loaded when it was put aside: macOS loads it at the next start.
+bool isLeftToTheNextStart(const Difference& difference, const RoundTrip& trip) {
+    const auto job = launchItemJob(difference);
+    return !difference.after && ((job && !wasLoaded(trip, *job)) ||
+                                 (isOfItsProcess(difference) && !ranBefore(difference, trip)));
+}
+
+/// With and without a slash behind it a path leads to the same application.
 QString loginItemKey(const Json& item) {
+    const bool hasPath = item["path"].is_string();
     return kLoginItem +
-           (item["path"].is_string() ? textOfJson(item["path"]) : u"\"%1\""_s.arg(textOfJson(item["name"])));
+           (hasPath ? comparablePath(textOfJson(item["path"])) : u"\"%1\""_s.arg(textOfJson(item["name"])));
 }
 
 // ---- The program's own
@@ -311,7 +347,8 @@ const QList<RoundTripException>& roundTripExceptions() {
         {u"What macOS notes for itself", "nobody may delete its notes",
          any<isEmptyPreferenceFile, isNotedAsEnabled, isNoteOfLoginItem>},
         {u"What was stopped runs anew", "a process that has ended can't be had back",
-         any<isOfNotificationCenter, isNewRunOfLaunchItem, isStoppedBackgroundJob>},
+         any<isOfNotificationCenter, isNewRunOfLaunchItem, isStoppedBackgroundJob, isOfAnotherPlist,
+             isNewRunOfBackgroundItem, isOpenedAtLogin>},
         {u"The order of the login items, and names of their own", "System Events takes neither, and needs a file",
          isOrderOrName},
         {u"What Quorvane may not read or ask", "a permission is the user's to give",

@@ -183,7 +183,7 @@ TEST_F(WayBackOnLaptop, reinstateAfterAFestivalBringsBackItsSettingsAndLoginItem
     for (const QString& name : loginBefore) {
         EXPECT_TRUE(login.contains(name)) << name.toStdString();
     }
-    EXPECT_EQ(login.size(), loginBefore.size() + 2) << "the two applications of the profile stay";
+    EXPECT_EQ(login.size(), loginBefore.size()) << "the two applications of the profile go";
 }
 
 TEST_F(WayBack, servicesThatAreGoneDoNotKeepTheOthersFromComingBack) {

@@ -140,7 +140,8 @@ LaunchItems::Found LaunchItems::find(const QString& label, const LaunchdOverride
             continue;
         }
         const LaunchPlist plist = readLaunchPlist(folder, label, host().propertyLists);
-        if (!isOn(plist, overrides).value_or(true) || guards.pathsSwitchedOff.contains(path)) {
+        const bool isOverridden = !isOn(plist, overrides).value_or(true) && !isHalfwayAside(plist);
+        if (isOverridden || guards.pathsSwitchedOff.contains(path)) {
             found.isOff = true;
         } else if (plist.runsOnDemand()) {
             found.runsOnDemand = true;
@@ -151,6 +152,13 @@ LaunchItems::Found LaunchItems::find(const QString& label, const LaunchdOverride
         }
     }
     return found;
+}
+
+/// True where a run has ended between launchd's override and the move. What an installer has brought back isn't: the old one lies
+/// aside.
+bool LaunchItems::isHalfwayAside(const LaunchPlist& plist) const {
+    const QString backup = plist.folder.backupFolder + u'/' + plist.fileName;
+    return !host().files.exists(backup) && putAside().contains(plist.path()) && m_launchd.hasRecorded(plist.service());
 }
 
 /// Asks launchd, and writes down which services are about to be switched off by their labels.

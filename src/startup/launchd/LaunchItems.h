@@ -66,6 +66,7 @@ private:
 
     QList<LaunchFolder> folders() const;
     Found find(const QString& label, const LaunchdOverrides& overrides, const LaunchItemGuards& guards) const;
+    bool isHalfwayAside(const LaunchPlist& plist) const;
     QCoro::Task<Preparation> prepare(QStringList labels, LaunchItemGuards guards);
     bool hasJob(const QStringList& labels) const;
     QList<LaunchdService> servicesThatGo(const QList<LaunchPlist>& going, const QList<LaunchPlist>& all,
