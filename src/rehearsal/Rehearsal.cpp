@@ -1,5 +1,6 @@
 #include "rehearsal/Rehearsal.h"
 
+#include "actions/InterruptionTexts.h"
 #include "actions/OpenGate.h"
 #include "platform/Displays.h"
 #include "platform/FileManager.h"
@@ -183,6 +184,9 @@ QCoro::Task<RehearsalOutcome> Rehearsal::saveSnapshot(Arguments arguments) {
 }
 
 QCoro::Task<RehearsalOutcome> Rehearsal::scan(Arguments) {
+    if (const std::optional<FlowRecord> interrupted = m_session.system.interruptedFlow()) {
+        print(QStringList(interruptionNote(*interrupted)));
+    }
     TerminalListener telling = listener({});
     co_return co_await outcome(telling, m_session.systemActions.verify(telling));
 }

@@ -81,7 +81,8 @@ protected:
 
     enum class Next { Finish, GoBack };
     /// What the next run makes of a Mac on which one has died.
-    void takeUp(const QString& mac, Next next) {
+    /// @return false where it finds no flow that was cut off: none had begun, or it had ended
+    bool takeUp(const QString& mac, Next next) {
         InProcessHost host(mac, QStringLiteral(MACSIM_PROGRAM), &clock);
         SystemManager system(host.host(), notifications);
         const std::optional<FlowRecord> interrupted = system.interruptedFlow();
@@ -92,8 +93,9 @@ protected:
             EXPECT_TRUE(outcome.succeeded) << system.logMessages().join(u'\n').toStdString();
             EXPECT_FALSE(system.interruptedFlow()) << "nothing is left to be asked about";
         } else if (next == Next::Finish) {
-            EXPECT_TRUE(QCoro::waitFor(system.applyProfile(club()))); // nothing was begun
+            EXPECT_TRUE(QCoro::waitFor(system.applyProfile(club())));
         }
+        return interrupted.has_value();
     }
     void apply(const QString& mac) {
         InProcessHost host(mac, QStringLiteral(MACSIM_PROGRAM), &clock);
@@ -145,6 +147,7 @@ TEST_F(KilledApply, atAnyPointIsFinishedOrTakenBack) {
     ASSERT_NE(differences(original(), undisturbed), QStringList());
     const Victim victim(folder.path());
     int kills = 0;
+    int ended = 0;
     victim.killAtEveryPoint(
         u"apply"_s, [&] { return copyOf(original()); },
         [&](const QString& mac) {
@@ -152,12 +155,16 @@ TEST_F(KilledApply, atAnyPointIsFinishedOrTakenBack) {
             const QString other = copyOf(mac);
             takeUp(mac, Next::Finish);
             EXPECT_EQ(differences(undisturbed, mac).join(u'\n').toStdString(), "") << "finished";
-            takeUp(other, Next::GoBack);
-            EXPECT_EQ(differences(original(), other).join(u'\n').toStdString(), "") << "gone back";
+            const bool hasGoneBack = takeUp(other, Next::GoBack);
+            const bool hadEnded = !hasGoneBack && differences(undisturbed, other).isEmpty();
+            const QStringList left = hadEnded ? QStringList() : differences(original(), other);
+            EXPECT_EQ(left.join(u'\n').toStdString(), "") << "gone back";
+            ended += hadEnded ? 1 : 0;
             QDir(mac).removeRecursively();
             QDir(other).removeRecursively();
         });
     EXPECT_GT(kills, 100);
+    EXPECT_LT(ended, 5) << "only behind its last change";
 }
 
 } // namespace quorvane

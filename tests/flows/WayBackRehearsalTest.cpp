@@ -107,6 +107,29 @@ TEST_F(WayBackRehearsal, anyKeptBaselineCanBeChosen) {
     }
 }
 
+TEST_F(WayBackRehearsal, anApplyThatDiedIsFinishedOrTakenBack) {
+    EXPECT_EQ(rehearse({u"resume"_s}).output, "\nNothing to Take Up\n  No apply and no way back was interrupted.\n");
+    shell(u"defaults write com.apple.Siri Status -string Mine"_s);
+    ASSERT_EQ(rehearse({u"snapshot"_s}).status, 0);
+    const QString death = file(u"death.json"_s, R"([{"adapter": "commands", "kill": true, "run": 70}])");
+    const auto dieInAnApply = [&] { rehearse({u"--faults"_s, death, u"apply"_s, example(u"live-set"_s)}); };
+    dieInAnApply();
+    ASSERT_EQ(preference(u"com.apple.Siri Status"_s), "Disabled") << "some is done";
+    EXPECT_TRUE(rehearse({u"scan"_s}).output.startsWith("“Live Set” was being applied when Quorvane ended. "));
+    const Ending back = rehearse({u"rollback"_s});
+    EXPECT_EQ(back.status, 0) << back.output.toStdString();
+    EXPECT_TRUE(back.output.startsWith("\n[ROLLBACK] Going back to what was there before: Live Set\n"));
+    EXPECT_TRUE(back.output.contains("\nSuccess\n  Your Mac is as it was before “Live Set” was applied.\n"));
+    EXPECT_EQ(preference(u"com.apple.Siri Status"_s), "Mine");
+    dieInAnApply();
+    const Ending finished = rehearse({u"resume"_s});
+    EXPECT_EQ(finished.status, 0) << finished.output.toStdString();
+    EXPECT_TRUE(finished.output.startsWith("\n[RESUME] Finishing what was interrupted: Live Set\n"));
+    EXPECT_TRUE(finished.output.contains("[PROFILE] Live Set applied and verified successfully."));
+    EXPECT_EQ(preference(u"com.apple.Siri Status"_s), "Disabled");
+    EXPECT_TRUE(rehearse({u"rollback"_s}).output.contains("Nothing to Take Up"));
+}
+
 TEST_F(WayBackRehearsal, aCancelledWayBackEndsWithStatusOne) {
     const QStringList cancelled{u"--mac"_s, macFolder(), u"--authorize"_s, u"cancel"_s};
     for (const QString& command : {u"revert"_s, u"reinstate"_s, u"default"_s}) {

@@ -2,6 +2,7 @@
 
 #include "fakes/WindowOnMac.h"
 #include "platform/ColorScheme.h"
+#include "flows/FlowRecord.h"
 
 #include <iosfwd>
 
@@ -57,6 +58,10 @@ protected:
     void registerAnew(const QString& label);
     void launchSettings();
     void saveBaselines(int count);
+    /// A run has died in this flow, when it was halfway through.
+    void cutOff(RecordedFlow flow, const QString& name);
+    /// "Live Set" was applied two days ago, and left these as it wanted them.
+    void noteLastApply(const QSet<QString>& held);
     static void openBaselines();
     void showLongLog();
     void showManual(double place);

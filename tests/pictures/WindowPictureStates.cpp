@@ -10,8 +10,11 @@
 #include "actions/WindowTexts.h"
 #include "core/OneLine.h"
 #include "core/UserDefaultKeys.h"
+#include "fakes/FlowRecords.h"
 #include "fakes/HostileNames.h"
+#include "flows/LastFlow.h"
 #include "lock/LockTexts.h"
+#include "platform/Clock.h"
 #include "platform/FileManager.h"
 #include "platform/FilePanels.h"
 #include "platform/Machine.h"
@@ -246,8 +249,8 @@ void WindowPicture::launchSettings() {
 /// What was captured unasked, archives of this Mac and of another one, and one that can't be read.
 void WindowPicture::saveBaselines(int count) {
     const Host ports = host->host();
-    const QString folder = baselineFolderAtHome(ports.machine) + u'/';
-    ports.files.createFolders(folder);
+    const QString place = baselineFolderAtHome(ports.machine) + u'/';
+    ports.files.createFolders(place);
     SystemSnapshot snapshot;
     snapshot.id = QUuid::createUuid();
     for (int number = 0; number <= count; ++number) {
@@ -256,9 +259,30 @@ void WindowPicture::saveBaselines(int count) {
         const MacIdentity mac = number == count ? MacIdentity{u"Booth"_s, u"9E4D02C7"_s} : identityOf(ports.machine);
         const MasterSystemBaseline baseline = masterBaselineOf(snapshot, mac, {});
         const QString name = number == 0 ? u"before-quorvane.json"_s : masterBaselineArchiveName(baseline);
-        ports.files.writeAtomically(folder + name, encodeMasterBaseline(baseline));
+        ports.files.writeAtomically(place + name, encodeMasterBaseline(baseline));
     }
-    ports.files.writeAtomically(folder + u"master-baseline-2026-02-28T20:30:00Z.json"_s, "{ cut o");
+    ports.files.writeAtomically(place + u"master-baseline-2026-02-28T20:30:00Z.json"_s, "{ cut o");
+}
+
+void WindowPicture::cutOff(RecordedFlow flow, const QString& name) {
+    FlowRecord record = recordOfApply();
+    record.flow = flow;
+    record.name = name;
+    const Host ports = host->host();
+    const QString place = baselineFolderAtHome(ports.machine);
+    ports.files.createFolders(place);
+    ports.files.writeAtomically(place + u"/flow-under-way.jsonl"_s, journalOf(record, 1));
+}
+
+void WindowPicture::noteLastApply(const QSet<QString>& held) {
+    const Host ports = host->host();
+    LastFlow last;
+    last.name = exampleProfile(u"live-set"_s).name;
+    last.profile = exampleProfile(u"live-set"_s);
+    last.ended = ports.clock.now();
+    last.since = last.ended.addDays(-2);
+    last.held = held;
+    LastFlowFile(ports.files, ports.machine).save(last);
 }
 
 void WindowPicture::openBaselines() {
@@ -829,6 +853,29 @@ QList<PicturedState> WindowPicture::settingsSheetStates() {
              pressRow(chooseBaselineRow().title);
              waitUntilSeen(baselineChoiceTexts().loading);
          }},
+        {u"changed-since"_s,
+         [](WindowPicture& picture) {
+             picture.noteLastApply({u"App Nap"_s, u"Siri"_s, u"Spotlight"_s});
+             picture.launchWithProfiles();
+         }},
+        {u"changed-since-shown"_s,
+         [](WindowPicture& picture) {
+             picture.noteLastApply({u"App Nap"_s, u"Siri"_s, u"Spotlight"_s});
+             picture.launchWithProfiles();
+             click(u"Show"_s);
+             waitUntilAlert(u"3 settings have changed since “Live Set” was applied"_s);
+         }},
+        {u"changed-since-review"_s,
+         [](WindowPicture& picture) {
+             picture.noteLastApply({u"App Nap"_s, u"Siri"_s, u"Spotlight"_s});
+             picture.launchWithProfiles();
+             picture.openReview(kLiveSet);
+         }},
+        {u"in-force-for-days"_s,
+         [](WindowPicture& picture) {
+             picture.noteLastApply({});
+             picture.launchWithProfiles();
+         }},
         {u"apply-without-a-way-back"_s,
          [](WindowPicture& picture) {
              picture.launchWithProfiles();
@@ -1046,6 +1093,27 @@ QList<PicturedState> WindowPicture::alertStates() {
              picture.startSnapshotThatHangs();
              press(Qt::Key_Q, Qt::ControlModifier);
              waitUntilAlert(u"Quit Quorvane?"_s);
+         }},
+        {u"alert-interrupted"_s,
+         [](WindowPicture& picture) {
+             picture.cutOff(RecordedFlow::Profile, kLiveSet);
+             picture.saveProfile(u"live-set"_s);
+             picture.launch();
+             waitUntilAlert(u"An Apply Was Interrupted"_s);
+         }},
+        {u"alert-interrupted-way-back"_s,
+         [](WindowPicture& picture) {
+             picture.cutOff(RecordedFlow::Reinstate, u"Reinstate System"_s);
+             picture.launch();
+             waitUntilAlert(u"A Way Back Was Interrupted"_s);
+         }},
+        {u"alert-exceptions"_s,
+         [](WindowPicture& picture) {
+             picture.launchWithProfiles();
+             picture.makeFail(R"([{"tool": "defaults", "arguments": "^write", "status": 1}])");
+             click(reinstateRow().title);
+             answerAlert(u"Reinstate System"_s, u"Reinstate"_s);
+             waitUntilAlert(u"Restored, With Exceptions"_s);
          }},
         {u"alert-locked"_s,
          [](WindowPicture& picture) {

@@ -18,6 +18,7 @@ namespace quorvane {
 namespace {
 
 const QString kReviewTitle = u"Review Profile: Live Set"_s;
+const QString kInterruptedTitle = u"An Apply Was Interrupted"_s;
 const QString kQuitTitle = u"Quit Quorvane?"_s;
 
 class LaunchAndEnd : public WindowOnMac {
@@ -309,19 +310,55 @@ TEST_F(LaunchAndEnd, theLockAnswersTheQuestion) {
 
 TEST_F(LaunchAndEnd, aSignalAndTheEndOfTheSessionDontAskWhateverIsOpen) {
     const QList<std::function<void()>> ways{[this] { app().quit(); }, [] { endSession(); }};
-    for (const auto& way : ways) {
+    for (int i = 0; i < ways.size(); ++i) {
         hasTerminated = false;
-        launchAndScan();
+        launch();
+        if (i > 0) {
+            waitUntilAlert(kInterruptedTitle);
+            press(Qt::Key_Escape);
+        }
+        processEventsUntil([this] { return session().system.hasVerifiedSystem(); });
         applyUntilPrompt();
         askToQuit();
         waitUntilAlert(kQuitTitle);
-        way();
+        ways.at(i)();
         askToQuit(); // as Qt does for a session that ends
         waitUntilTerminated();
         delegate.reset();
         startHost();
     }
     hasTerminated = false;
+}
+
+TEST_F(LaunchAndEnd, anApplyThatWasCutOffIsAskedAboutBeforeAnythingElse) {
+    const macsim::MacPicture before = picture();
+    launchAndScan();
+    applyUntilPrompt();
+    app().quit();
+    waitUntilTerminated();
+    delegate.reset();
+    hasTerminated = false;
+    startHost();
+    EXPECT_NE(picture().changesSince(before), QString()) << "some is done";
+    launch();
+    waitUntilAlert(kInterruptedTitle);
+    EXPECT_EQ(alert().buttons, (QStringList{u"Finish"_s, u"Go Back"_s, u"Leave as Is"_s}));
+    EXPECT_EQ(alert().onReturn, QString());
+    EXPECT_TRUE(alert().text.startsWith(u"“Live Set” was being applied when Quorvane ended. "_s));
+    press(Qt::Key_Return);
+    EXPECT_EQ(alertTitle(), kInterruptedTitle) << "Return presses nothing";
+    EXPECT_FALSE(session().system.hasVerifiedSystem()) << "nothing is scanned before";
+    answerAlert(kInterruptedTitle, u"Go Back"_s);
+    waitUntilAlert(u"Success"_s);
+    EXPECT_EQ(alert().text, u"Your Mac is as it was before “Live Set” was applied."_s);
+    press(Qt::Key_Return);
+    processEventsUntil([this] { return session().system.hasVerifiedSystem(); });
+    QStringList changes = picture().changesSince(before).split(u'\n', Qt::SkipEmptyParts);
+    changes.removeIf([](const QString& line) {
+        return line.contains(u"/.quorvane"_s) || line.contains(u"com.quorvane.app"_s) || line.endsWith(u".plist: file"_s) ||
+               line.startsWith(u"~ state processes "_s) || line.startsWith(u"~ state launchd/jobs/"_s);
+    });
+    EXPECT_EQ(changes, QStringList());
 }
 
 TEST_F(LaunchAndEnd, anApplyThatHangsInAToolEndsAtOnce) {
