@@ -75,8 +75,9 @@ void FlowJournal::noteLoginItems(const QList<LoginItem>& items) {
     add(loginItemsLine(listed), FileManager::Flush::Yes);
 }
 
+/// A program that quits leaves out its steps, however fast it goes through them.
 void FlowJournal::strike(const QString& step) {
-    if (m_isWritten && m_record->steps.contains(step)) {
+    if (m_isWritten && m_record->steps.contains(step) && !host().commands.isShutDown()) {
         add(doneLine(step), FileManager::Flush::No);
     }
 }

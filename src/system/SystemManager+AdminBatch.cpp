@@ -66,9 +66,9 @@ QCoro::Task<bool> SystemManager::finishAdminBatch(QString prompt) {
     const BackgroundItems::Joined joined = co_await m_backgroundItems->joinBatch();
     m_journal->flush(); // a prompt may stand open for minutes
     const AdminBatch::Flush flush = co_await m_adminBatch->flush(std::move(prompt));
-    m_journal->strike(kAdministratorsStep);
     Launchd& launchd = m_launchItems->launchd();
     if (flush != AdminBatch::Flush::Failed) {
+        m_journal->strike(kAdministratorsStep);
         co_await m_backgroundItems->followBatch(joined, flush == AdminBatch::Flush::Done);
         forgetListedRegistrations();
     } else {

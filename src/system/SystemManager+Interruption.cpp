@@ -284,7 +284,9 @@ QCoro::Task<bool> SystemManager::settingsBackTo(StateBefore before) {
         log(line);
     }
     const QStringList systemCommands = co_await effectiveCommands(plan.systemCommands, BackupSwitch::OfWayBack);
-    co_await m_adminBatch->runTolerantly(systemCommands, kSystemChangesPrompt); // in the open batch
+    if (!systemCommands.isEmpty()) {
+        co_await m_adminBatch->runTolerantly(systemCommands, kSystemChangesPrompt); // in the open batch
+    }
     co_await runTweakSteps(QList<TweakStep>(1, plan.appRestoration));
     if (!before.notes.changedTweaks.contains(tweakOf(&PerformanceSettings::notifications).key)) {
         FocusMark focus(*this); // an earlier apply hasn't set it

@@ -289,8 +289,8 @@ bool isOrderOrName(const Difference& difference, const RoundTrip& trip) {
 /// Of a job, or of its process, that wasn't loaded when it was put aside: macOS loads it at the next start.
 bool isLeftToTheNextStart(const Difference& difference, const RoundTrip& trip) {
     const auto job = launchItemJob(difference);
-    return !difference.after && ((job && !wasLoaded(trip, *job)) ||
-                                 (isOfItsProcess(difference) && !ranBefore(difference, trip)));
+    return !difference.after &&
+           ((job && !wasLoaded(trip, *job)) || (isOfItsProcess(difference) && !ranBefore(difference, trip)));
 }
 
 /// With and without a slash behind it a path leads to the same application.

@@ -316,7 +316,6 @@ private:
     }
 
     void goBack() {
-        if (qEnvironmentVariableIsSet("SEEDS")) QProcess::execute(u"cp"_s, {u"-aT"_s, macFolder(), u"/tmp/before-return"_s}); //TEMP
         start();
         m_trip.wayBack = m_draw.oneIn(2) ? ReturnBy::Revert : ReturnBy::Reinstate;
         const std::optional<RestoreBaseline> baseline = RestoreBaseline{m_trip.snapshot};
@@ -416,19 +415,6 @@ TEST_P(RoundTrips, leaveTheMacAsItWasButForWhatTheUserIsToldOf) {
     }
 }
 
-//TEMP
-TEST(Seed, one) {
-    for (const QString& seed : qEnvironmentVariable("SEEDS").split(u',')) {
-    SCOPED_TRACE(seed.toStdString());
-    Sightings sightings;
-    Traveller traveller(seed.toULongLong());
-    { QFile f(u"/tmp/mac-"_s + seed + u".json"_s); if (f.open(QIODevice::WriteOnly)) f.write(traveller.trip().mac.dump(1).c_str()); }
-    traveller.travel();
-    expectOnlyExceptions(traveller, sightings);
-    if (HasFailure()) ADD_FAILURE() << traveller.log();
-    }
-}
-//ENDTEMP
 TEST(RoundTrip, isToldOfCompletelyInThePageForTheUser) {
     QStringList names;
     for (const RoundTripException& exception : roundTripExceptions()) {

@@ -111,7 +111,7 @@ TEST_F(WayBackRehearsal, anApplyThatDiedIsFinishedOrTakenBack) {
     EXPECT_EQ(rehearse({u"resume"_s}).output, "\nNothing to Take Up\n  No apply and no way back was interrupted.\n");
     shell(u"defaults write com.apple.Siri Status -string Mine"_s);
     ASSERT_EQ(rehearse({u"snapshot"_s}).status, 0);
-    const QString death = file(u"death.json"_s, R"([{"adapter": "commands", "kill": true, "run": 70}])");
+    const QString death = file(u"death.json"_s, R"([{"adapter": "commands", "kill": true, "run": 45}])");
     const auto dieInAnApply = [&] { rehearse({u"--faults"_s, death, u"apply"_s, example(u"live-set"_s)}); };
     dieInAnApply();
     ASSERT_EQ(preference(u"com.apple.Siri Status"_s), "Disabled") << "some is done";
@@ -187,6 +187,8 @@ TEST_F(WayBackRehearsal, aScanThatOnlyKeepsTheLastProfileEndsWithStatusOne) {
     const Ending run = rehearse({u"scan"_s});
     EXPECT_EQ(run.status, 1);
     EXPECT_EQ(run.output, "\n[VERIFY] Scanning current system settings...\n"
+                          "  [INFO] 1 setting has changed since your settings were restored\n"
+                          "  [INFO] AirDrop: DisableAirDrop is 1, was not set\n"
                           "\nNo Match Found\n"
                           "  No saved profile fully matches your current system settings.\n"
                           "  Check the Logs tab for details.\n");

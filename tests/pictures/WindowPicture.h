@@ -1,8 +1,8 @@
 #pragma once
 
 #include "fakes/WindowOnMac.h"
-#include "platform/ColorScheme.h"
 #include "flows/FlowRecord.h"
+#include "platform/ColorScheme.h"
 
 #include <iosfwd>
 

@@ -1109,8 +1109,9 @@ QList<PicturedState> WindowPicture::alertStates() {
          }},
         {u"alert-exceptions"_s,
          [](WindowPicture& picture) {
+             picture.shell(kAirDropOffByHand);
              picture.launchWithProfiles();
-             picture.makeFail(R"([{"tool": "defaults", "arguments": "^write", "status": 1}])");
+             picture.makeFail(R"([{"tool": "defaults", "arguments": "^delete", "status": 1}])");
              click(reinstateRow().title);
              answerAlert(u"Reinstate System"_s, u"Reinstate"_s);
              waitUntilAlert(u"Restored, With Exceptions"_s);
