@@ -98,7 +98,7 @@ QList<ReviewSection> standingSections(const std::optional<LastFlowStanding>& sta
     if (!standing || standing->changed.isEmpty()) {
         return {};
     }
-    ReviewSection section{changesTitle(*standing), u"exclamationmark.triangle"_s, {}};
+    ReviewSection section{changesTitle(*standing), u"exclamationmark.triangle.fill"_s, {}};
     for (const ApplyVerificationResult::Item& item : standing->changed) {
         section.rows.append({nameOnOneLine(item.name), onOneLine(item.detail.value_or(QString()))});
     }

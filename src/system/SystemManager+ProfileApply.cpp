@@ -8,6 +8,7 @@
 #include "platform/UserDefaults.h"
 #include "profiles/ApplyPreviews.h"
 #include "profiles/UnifiedProfile.h"
+#include "snapshots/FirstBaseline.h"
 #include "snapshots/OwnSettings.h"
 #include "startup/background/BackgroundItems.h"
 #include "startup/login/LoginItems.h"
@@ -73,8 +74,10 @@ QCoro::Task<ProfileApplyPreview> SystemManager::previewProfile(UnifiedProfile pr
     const std::optional<CleanReboot> cleanReboot =
         profile.settings.cleanReboot ? std::optional(cleanRebootOf(profile)) : std::nullopt;
     const StartupChangePreview startup = co_await previewStartupChanges(profile.startup, cleanReboot);
-    ProfileApplyPreview preview{
-        profile.name, selectedTweakTitles(profile.settings), startup, readOwnSettings(m_host).captured.has_value(), {}};
+    // Those of today are captured before the first change.
+    const bool hasOwnSettings =
+        readOwnSettings(m_host).captured.has_value() || !hasOwnCapture(m_host.files, m_host.machine);
+    ProfileApplyPreview preview{profile.name, selectedTweakTitles(profile.settings), startup, hasOwnSettings, {}};
     preview.standing = co_await readStandingForReview();
     co_return preview;
 }

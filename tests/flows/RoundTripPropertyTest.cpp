@@ -29,7 +29,7 @@ using macsim::Json;
 using macsim::MacDifference;
 
 constexpr quint64 kTrips = 1000;
-constexpr quint64 kTripsOfTest = 50; ///< so many tests that they run beside each other
+constexpr quint64 kTripsOfTest = 100; ///< so many tests that they run beside each other
 
 /// A Mac at one moment.
 struct Sight {

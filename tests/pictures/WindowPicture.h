@@ -60,8 +60,8 @@ protected:
     void saveBaselines(int count);
     /// A run has died in this flow, when it was halfway through.
     void cutOff(RecordedFlow flow, const QString& name);
-    /// "Live Set" was applied two days ago, and left these as it wanted them.
-    void noteLastApply(const QSet<QString>& held);
+    /// The profile was applied two days ago, and left these as it wanted them.
+    void noteLastApply(const UnifiedProfile& profile, const QSet<QString>& held);
     static void openBaselines();
     void showLongLog();
     void showManual(double place);

@@ -274,11 +274,11 @@ void WindowPicture::cutOff(RecordedFlow flow, const QString& name) {
     ports.files.writeAtomically(place + u"/flow-under-way.jsonl"_s, journalOf(record, 1));
 }
 
-void WindowPicture::noteLastApply(const QSet<QString>& held) {
+void WindowPicture::noteLastApply(const UnifiedProfile& profile, const QSet<QString>& held) {
     const Host ports = host->host();
     LastFlow last;
-    last.name = exampleProfile(u"live-set"_s).name;
-    last.profile = exampleProfile(u"live-set"_s);
+    last.name = profile.name;
+    last.profile = profile;
     last.ended = ports.clock.now();
     last.since = last.ended.addDays(-2);
     last.held = held;
@@ -840,6 +840,7 @@ QList<PicturedState> WindowPicture::settingsSheetStates() {
              picture.saveBaselines(3);
              picture.launchSettings();
              openBaselines();
+             press(Qt::Key_Tab);
              press(Qt::Key_Space);
              waitUntilAlert(u"Use Another Mac’s Settings?"_s);
              answerAlert(u"Use Another Mac’s Settings?"_s, u"Use"_s);
@@ -855,26 +856,26 @@ QList<PicturedState> WindowPicture::settingsSheetStates() {
          }},
         {u"changed-since"_s,
          [](WindowPicture& picture) {
-             picture.noteLastApply({u"App Nap"_s, u"Siri"_s, u"Spotlight"_s});
+             picture.noteLastApply(exampleProfile(u"live-set"_s), {u"App Nap"_s, u"Siri"_s, u"Spotlight"_s});
              picture.launchWithProfiles();
          }},
         {u"changed-since-shown"_s,
          [](WindowPicture& picture) {
-             picture.noteLastApply({u"App Nap"_s, u"Siri"_s, u"Spotlight"_s});
+             picture.noteLastApply(exampleProfile(u"live-set"_s), {u"App Nap"_s, u"Siri"_s, u"Spotlight"_s});
              picture.launchWithProfiles();
              click(u"Show"_s);
              waitUntilAlert(u"3 settings have changed since “Live Set” was applied"_s);
          }},
         {u"changed-since-review"_s,
          [](WindowPicture& picture) {
-             picture.noteLastApply({u"App Nap"_s, u"Siri"_s, u"Spotlight"_s});
+             picture.noteLastApply(exampleProfile(u"live-set"_s), {u"App Nap"_s, u"Siri"_s, u"Spotlight"_s});
              picture.launchWithProfiles();
              picture.openReview(kLiveSet);
          }},
         {u"in-force-for-days"_s,
          [](WindowPicture& picture) {
-             picture.noteLastApply({});
-             picture.launchWithProfiles();
+             picture.noteLastApply(smallLiveSet(), {});
+             picture.launchInForce(smallLiveSet());
          }},
         {u"apply-without-a-way-back"_s,
          [](WindowPicture& picture) {
@@ -1111,7 +1112,7 @@ QList<PicturedState> WindowPicture::alertStates() {
          [](WindowPicture& picture) {
              picture.shell(kAirDropOffByHand);
              picture.launchWithProfiles();
-             picture.makeFail(R"([{"tool": "defaults", "arguments": "^delete", "status": 1}])");
+             picture.makeFail(R"([{"tool": "defaults", "arguments": "com.apple.NetworkBrowser", "status": 1}])");
              click(reinstateRow().title);
              answerAlert(u"Reinstate System"_s, u"Reinstate"_s);
              waitUntilAlert(u"Restored, With Exceptions"_s);

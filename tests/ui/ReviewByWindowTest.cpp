@@ -52,7 +52,7 @@ TEST_F(ReviewByWindow, isClosedByItsButtonByEscapeAndWithTheWindow) {
 TEST_F(ReviewByWindow, ofAProfileWithNothingOnPutsTheTweaksBack) {
     openReview(u"All Off"_s);
     EXPECT_TRUE(isSeen(u"System tweaks"_s));
-    EXPECT_TRUE(isSeen(u"Restore all performance tweaks to macOS defaults"_s));
+    EXPECT_TRUE(isSeen(u"Restore all performance tweaks to your own settings"_s));
     EXPECT_FALSE(isSeen(u"Will enable"_s));
 }
 
