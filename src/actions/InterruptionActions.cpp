@@ -56,27 +56,22 @@ QCoro::Task<ActionOutcome> InterruptionActions::offer(ActionListener& listener) 
 }
 
 QCoro::Task<ActionOutcome> InterruptionActions::finish(ActionListener& listener) {
-    return m_stage.run(listener, [this](Action& action) -> QCoro::Task<void> {
-        const std::optional<FlowRecord> interrupted = m_parts.system.interruptedFlow();
-        if (!interrupted) {
-            co_await action.tell(nothingInterruptedAlert());
-            co_return;
-        }
-        if (co_await action.passesGate(kActivity)) {
-            co_await carryOutFinish(action, *interrupted, kAll);
-        }
-    });
+    return takeUp(listener, &InterruptionActions::carryOutFinish);
 }
 
 QCoro::Task<ActionOutcome> InterruptionActions::goBack(ActionListener& listener) {
-    return m_stage.run(listener, [this](Action& action) -> QCoro::Task<void> {
+    return takeUp(listener, &InterruptionActions::carryOutGoingBack);
+}
+
+QCoro::Task<ActionOutcome> InterruptionActions::takeUp(ActionListener& listener, CarryOut carryOut) {
+    return m_stage.run(listener, [this, carryOut](Action& action) -> QCoro::Task<void> {
         const std::optional<FlowRecord> interrupted = m_parts.system.interruptedFlow();
         if (!interrupted) {
             co_await action.tell(nothingInterruptedAlert());
             co_return;
         }
         if (co_await action.passesGate(kActivity)) {
-            co_await carryOutGoingBack(action, *interrupted, kAll);
+            co_await (this->*carryOut)(action, *interrupted, kAll);
         }
     });
 }

@@ -35,6 +35,9 @@ public:
     QCoro::Task<ActionOutcome> goBack(ActionListener& listener);
 
 private:
+    using CarryOut = QCoro::Task<void> (InterruptionActions::*)(Action&, FlowRecord, Anew);
+
+    QCoro::Task<ActionOutcome> takeUp(ActionListener& listener, CarryOut carryOut);
     QCoro::Task<void> carryOutFinish(Action& action, FlowRecord interrupted, Anew changed);
     QCoro::Task<void> carryOutGoingBack(Action& action, FlowRecord interrupted, Anew changed);
     QCoro::Task<void> follow(Action& action, FlowRecord interrupted, InterruptedOutcome outcome);

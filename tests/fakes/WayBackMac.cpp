@@ -1,5 +1,7 @@
 #include "fakes/WayBackMac.h"
 
+#include "flows/FlowRecord.h"
+#include "flows/InterruptedOutcome.h"
 namespace quorvane {
 
 WayBackMac::WayBackMac() {
@@ -58,9 +60,15 @@ bool WayBackMac::capture(const QString& mac, QStringList* log, const QString& fa
 macsim::MacPicture WayBackMac::wentBack(const QString& mac, const QString& flow) {
     InProcessHost host(mac, program());
     SystemManager system(host.host(), notifications);
-    const RestoreOutcome outcome =
-        QCoro::waitFor(flow == u"revert"_s ? system.undoTweaks() : system.reinstateWholeSystem());
-    EXPECT_TRUE(outcome.succeeded);
+    const std::optional<FlowRecord> interrupted = system.interruptedFlow();
+    if (interrupted && ++m_interruptions % 2 == 0) { // "Finish" and a user's own repetition in turn
+        EXPECT_TRUE(QCoro::waitFor(system.finishInterrupted(*interrupted)).succeeded);
+    } else {
+        const RestoreOutcome outcome =
+            QCoro::waitFor(flow == u"revert"_s ? system.undoTweaks() : system.reinstateWholeSystem());
+        EXPECT_TRUE(outcome.succeeded);
+    }
+    EXPECT_FALSE(system.interruptedFlow());
     for (const QString& place : {kWayBackSnapshot.section(u'/', 0, -2), kHomeBaselines, kCloudBaselines}) {
         removeFiles(mac, place);
     }

@@ -65,6 +65,7 @@ private:
     static void expectBaselinesWhole(const QString& mac, const QString& place);
 
     int m_copies = 0;
+    int m_interruptions = 0;
 };
 
 } // namespace quorvane

@@ -61,6 +61,24 @@ TEST_F(LoginItemFlows, aBarInANameShiftsTheFieldsOfItsLineAlone) {
     EXPECT_EQ(raw(), (QList<LoginItem>{{u"A"_s, u"B"_s, false}, kHiddenZoom}));
 }
 
+TEST_F(LoginItemFlows, aNameWithABarIsAskedForOnceInAFlow) {
+    loginItems.listing = "A|B|/Applications/A.app|true\nZoom|/Applications/zoom.us.app|TRUE\n";
+    int asked = 0;
+    commands.respond = [&asked, respond = commands.respond](const QStringList& arguments) {
+        if (!arguments.join(u' ').contains(u"name of login item 1"_s)) {
+            return respond(arguments);
+        }
+        ++asked;
+        return std::optional(ScriptedCommandLauncher::succeeded("A|B\n"));
+    };
+    EXPECT_EQ(raw().first(), (LoginItem{u"A|B"_s, u"/Applications/A.app"_s, true}));
+    takeTrace();
+    QCoro::waitFor(system.disableLoginItems(QStringList(u"Zoom"_s), {}));
+    EXPECT_GE(takeTrace().count(u"System Events: list\n"_s), 1);
+    EXPECT_EQ(raw().first().name, u"A|B"_s);
+    EXPECT_EQ(asked, 1);
+}
+
 TEST_F(LoginItemFlows, linesWithoutThreeFieldsAreDropped) {
     loginItems.listing = "\n\nnothing\nDropbox|/Applications/Dropbox.app\nGone|missing value|false\n||\n";
     EXPECT_EQ(raw(), (QList<LoginItem>{{u"Gone"_s, {}, false}, {{}, {}, false}}));

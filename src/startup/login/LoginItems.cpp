@@ -89,6 +89,7 @@ void LoginItems::drop() {
     m_cache->heldUpBy.reset(); // the user may have permitted it since
     m_cache->isUnreadTold = false;
     m_cache->isWhereToPermitTold = false;
+    m_cache->namesOfLines.clear();
 }
 
 void LoginItems::forgetList() {
@@ -118,18 +119,32 @@ QCoro::Task<LoginItemList> LoginItems::readFromSystemEvents() {
     co_return list;
 }
 
-/// Asks once more where a "|" in a name or path leaves it open what is which.
+/// Asks once more where a "|" in a name or path leaves it open what is which, and once in a flow for each such line.
 QCoro::Task<LoginItemList> LoginItems::understood(QString output) {
     const LoginItemList list = parsedLoginItems(output);
-    const QList<qsizetype> ambiguous = list.wasRead ? ambiguousLoginItems(output) : QList<qsizetype>();
-    if (ambiguous.isEmpty()) {
+    QList<qsizetype> unknown = list.wasRead ? ambiguousLoginItems(output) : QList<qsizetype>();
+    if (unknown.isEmpty()) {
         co_return list;
     }
-    const QStringList ask = osascriptCommand(readLoginItemNamesScript(ambiguous));
-    const CommandResult result = co_await runCommand(ask, OutputCapture::Capture);
-    const bool isTold = result.isAnswered && result.status == 0;
-    co_return parsedLoginItems(output,
-                               isTold ? parsedLoginItemNames(result.standardOutput, ambiguous) : LoginItemNames());
+    const QStringList lines = output.split(u'\n', Qt::SkipEmptyParts);
+    LoginItemNames names;
+    for (const qsizetype number : std::as_const(unknown)) {
+        if (const QString known = m_cache->namesOfLines.value(lines.at(number - 1)); !known.isEmpty()) {
+            names.insert(number, known);
+        }
+    }
+    unknown.removeIf([&names](qsizetype number) { return names.contains(number); });
+    if (!unknown.isEmpty()) {
+        const QStringList ask = osascriptCommand(readLoginItemNamesScript(unknown));
+        const CommandResult result = co_await runCommand(ask, OutputCapture::Capture);
+        const bool isTold = result.isAnswered && result.status == 0;
+        const LoginItemNames told = isTold ? parsedLoginItemNames(result.standardOutput, unknown) : LoginItemNames();
+        for (auto name = told.begin(); name != told.end(); ++name) {
+            m_cache->namesOfLines.insert(lines.at(name.key() - 1), *name);
+        }
+        names.insert(told);
+    }
+    co_return parsedLoginItems(output, names);
 }
 
 QCoro::Task<QList<LoginItem>> LoginItems::visible() {

@@ -6,6 +6,7 @@
 #include "startup/items/StartupConfiguration.h"
 #include "startup/login/LoginItemScripts.h"
 
+#include <QHash>
 #include <QList>
 #include <QSet>
 #include <QString>
@@ -124,6 +125,7 @@ private:
         std::optional<ScriptFailure> heldUpBy; ///< a permission that is refused or not answered; nothing is tried then
         bool isUnreadTold = false;
         bool isWhereToPermitTold = false;
+        QHash<QString, QString> namesOfLines; ///< of lines that don't tell by themselves where the name ends
     };
 
     std::shared_ptr<Cache> m_cache = std::make_shared<Cache>();
