@@ -67,7 +67,8 @@ QCoro::Task<ActionOutcome> LogActions::exportLog(ActionListener& listener) {
     });
 }
 
-QCoro::Task<ActionOutcome> LogActions::exportKept(KeptRun run, QStringList lines, ActionListener& listener) {
+QCoro::Task<ActionOutcome> LogActions::exportKept(const KeptRun& run, const QStringList& lines,
+                                                  ActionListener& listener) {
     const QString fileName = nameInPath(run.file) + u".txt"_s;
     return m_stage.run(listener,
                        [this, lines, fileName](Action& action) { return exportLines(action, lines, fileName); });

@@ -63,7 +63,7 @@ public:
     /// Asks for a file, and writes the log as it is into it. Without a text there is nothing to ask for.
     QCoro::Task<ActionOutcome> exportLog(ActionListener& listener);
     /// The same of an earlier run's, with the lines that were read.
-    QCoro::Task<ActionOutcome> exportKept(KeptRun run, QStringList lines, ActionListener& listener);
+    QCoro::Task<ActionOutcome> exportKept(const KeptRun& run, const QStringList& lines, ActionListener& listener);
 
     /// The earlier runs and those of other processes.
     KeptRuns keptRuns() const;

@@ -152,7 +152,7 @@ QCoro::Task<QList<KeptBaseline>> KeptBaselines::all(std::function<void(const QLi
     if (!found) {
         co_return atHome();
     }
-    const QString folder = *found;
+    const QString& folder = *found;
     const QStringList names = namesInCloud(folder);
     const auto inCloud = [this, folder, names] {
         QList<KeptBaseline> archives = archivesIn(folder, names);

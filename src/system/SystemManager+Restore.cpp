@@ -196,7 +196,7 @@ QCoro::Task<void> SystemManager::hideLoginItemsAsCaptured(SystemSnapshot snapsho
 /// listed is no more than forgotten.
 QCoro::Task<void> SystemManager::removeAddedApplications(SystemSnapshot snapshot) {
     const QSet<QString> managed = managedStartupAppPaths();
-    return takeOutAdded(startupAppsThatGo(managed, profileStartupAppPaths(), RestoreBaseline{snapshot}));
+    return takeOutAdded(startupAppsThatGo(managed, profileStartupAppPaths(), RestoreBaseline{std::move(snapshot)}));
 }
 
 QCoro::Task<void> SystemManager::takeOutAdded(QSet<QString> notUsers) {

@@ -41,7 +41,7 @@ protected:
         ChosenBaselineFile(files, machine).save({at, baseline});
     }
     /// One of the commands of a capture is answered so.
-    void answerOnce(const QString& line, std::function<void()> whatHappens, const CommandOutcome& outcome) {
+    void answerOnce(const QString& line, const std::function<void()>& whatHappens, const CommandOutcome& outcome) {
         commands.respond = [=, before = commands.respond](const QStringList& arguments) {
             if (commandLine(arguments) == line) {
                 whatHappens();

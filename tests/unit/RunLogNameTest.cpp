@@ -67,8 +67,8 @@ TEST(RunLogName, sortsAsTheRunsBegan) {
         moments.append(run.began);
     }
     const QDateTime first = kMorning.addMSecs(-250);
-    EXPECT_EQ(moments, (QList<QDateTime>{first.addSecs(365 * 86'400), first.addSecs(86'400), first.addSecs(3600),
-                                         first.addSecs(59), first}));
+    EXPECT_EQ(moments, (QList<QDateTime>{first.addSecs(qint64(365) * 86'400), first.addSecs(86'400),
+                                         first.addSecs(3600), first.addSecs(59), first}));
 }
 
 TEST(RunLogName, fourStayBesideANewOne) {

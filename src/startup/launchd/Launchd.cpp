@@ -155,7 +155,7 @@ QCoro::Task<std::optional<bool>> Launchd::isLoaded(LaunchdService service) {
 
 // ---- Switching off
 
-QCoro::Task<bool> Launchd::recordOverrides(QList<LaunchdService> services) {
+QCoro::Task<bool> Launchd::recordOverrides(const QList<LaunchdService>& services) {
     QList<RecordedOverride> overrides;
     for (const LaunchdService& service : services) {
         overrides.append({service, false});

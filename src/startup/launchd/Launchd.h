@@ -53,7 +53,7 @@ public:
     /// Writes down, before they are switched off, those that launchd doesn't have as disabled yet. One of which nobody can say
     /// whether it has counts as well: else nothing would ever switch it on again.
     /// @return false, with a line in the log, when the record can't be saved: no override may be written then
-    QCoro::Task<bool> recordOverrides(QList<LaunchdService> services);
+    QCoro::Task<bool> recordOverrides(const QList<LaunchdService>& services);
     /// The same with what was before, as launchd tells it.
     QCoro::Task<bool> recordServices(QList<ServiceGoing> services);
     /// Takes back out of the record what was written down since the last call and isn't disabled all the same; the rest is
