@@ -197,7 +197,7 @@ TEST_F(LogActionsTest, aRunThatIsGoneOrCantBeReadSaysSo) {
 
 TEST_F(LogActionsTest, tenMebibytesAreReadWithoutHoldingTheWindowUp) {
     QByteArray text;
-    while (text.size() < 10 * 1024 * 1024) {
+    while (text.size() < qsizetype(10) * 1024 * 1024) {
         text += "  [OK] a line of an earlier run\n";
     }
     keep(kFirst, text);
