@@ -100,12 +100,16 @@ bool ended(QCoro::Task<RestoreOutcome> flow) {
 }
 
 const QList<std::pair<const char*, Flow>>& flows() {
-    using Verify = SystemManager::VerifyAfterSync;
     static const QList<std::pair<const char*, Flow>> all{
         {"tweaks", [](auto& system) { return ended(system.applyPerformanceTweaks(Mac::muted())); }},
-        {"sync", [](auto& system) { return ended(system.syncPerformanceTweaks(Mac::muted(), Verify::No)); }},
+        {"sync",
+         [](auto& system) {
+             return ended(system.syncPerformanceTweaks(Mac::muted(), SystemManager::VerifyAfterSync::No));
+         }},
         {"sync and verify",
-         [](auto& system) { return ended(system.syncPerformanceTweaks(Mac::muted(), Verify::Yes)); }},
+         [](auto& system) {
+             return ended(system.syncPerformanceTweaks(Mac::muted(), SystemManager::VerifyAfterSync::Yes));
+         }},
         {"undo", [](auto& system) { return ended(system.undoPerformanceTweaks()); }},
         {"profile", [](auto& system) { return ended(system.applyProfile(Mac::profile())); }},
         {"clean reboot", [](auto& system) { return ended(system.applyCleanReboot({})); }},

@@ -13,8 +13,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-using Kind = StartupItemKind;
-
 /// Everything that can ever run at login in these worlds.
 QList<StartupItem> population() {
     QList<StartupItem> items;
@@ -29,14 +27,14 @@ QList<StartupItem> population() {
         items.append(app);
         StartupItem plist;
         plist.name = u"Helper %1"_s.arg(number);
-        plist.kind = number % 2 == 0 ? Kind::launchDaemon : Kind::launchAgent;
+        plist.kind = number % 2 == 0 ? StartupItemKind::launchDaemon : StartupItemKind::launchAgent;
         plist.launchIdentifier = u"com.helper.%1.plist"_s.arg(number);
         plist.id = launchItemId(*plist.launchIdentifier);
         plist.isProtected = number == 3;
         items.append(plist);
         StartupItem record;
         record.name = u"Record %1"_s.arg(number);
-        record.kind = Kind::backgroundLoginItem;
+        record.kind = StartupItemKind::backgroundLoginItem;
         record.launchIdentifier = u"com.record.%1"_s.arg(number);
         record.id = backgroundItemId(*record.launchIdentifier);
         record.runsAtStartup = number != 5;
@@ -277,7 +275,7 @@ private:
     bool isAddedOnesPath(const QString& id) const {
         const QList<StartupItem>& items = state.startup().items;
         return std::any_of(items.cbegin(), items.cend(), [&id](const StartupItem& item) {
-            return item.kind == Kind::addedApp && id == u"login:"_s + item.path;
+            return item.kind == StartupItemKind::addedApp && id == u"login:"_s + item.path;
         });
     }
 
