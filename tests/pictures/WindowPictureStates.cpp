@@ -1108,15 +1108,6 @@ QList<PicturedState> WindowPicture::alertStates() {
              picture.launch();
              waitUntilAlert(u"A Way Back Was Interrupted"_s);
          }},
-        {u"alert-exceptions"_s,
-         [](WindowPicture& picture) {
-             picture.shell(kAirDropOffByHand);
-             picture.launchWithProfiles();
-             picture.makeFail(R"([{"tool": "defaults", "arguments": "com.apple.NetworkBrowser", "status": 1}])");
-             click(reinstateRow().title);
-             answerAlert(u"Reinstate System"_s, u"Reinstate"_s);
-             waitUntilAlert(u"Restored, With Exceptions"_s);
-         }},
         {u"alert-locked"_s,
          [](WindowPicture& picture) {
              picture.launchLocked();
