@@ -835,17 +835,6 @@ QList<PicturedState> WindowPicture::settingsSheetStates() {
              picture.launchSettings();
              openBaselines();
          }},
-        {u"baselines-chosen"_s,
-         [](WindowPicture& picture) {
-             picture.saveBaselines(3);
-             picture.launchSettings();
-             openBaselines();
-             press(Qt::Key_Tab);
-             press(Qt::Key_Space);
-             waitUntilAlert(u"Use Another Mac’s Settings?"_s);
-             answerAlert(u"Use Another Mac’s Settings?"_s, u"Use"_s);
-             processEventsUntil([] { return isSeen(u"Used"_s); });
-         }},
         {u"baselines-busy"_s,
          [](WindowPicture& picture) {
              picture.saveBaselines(3);
