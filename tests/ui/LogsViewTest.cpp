@@ -1,6 +1,7 @@
 // The log as it is read: by keys and clicks in the real window.
 
 #include "actions/WindowTexts.h"
+#include "fakes/HeldThreads.h"
 #include "fakes/ShownWindow.h"
 #include "ui/QuorvaneStyle.h"
 
@@ -562,9 +563,11 @@ TEST_F(LogsViewTest, ofTwoRunsTheOneThatWasChosenLastIsShown) {
     keep(kFriday, "friday\n");
     keep(kThursday, "thursday\n");
     openLogs();
-    choose(kShownRun + kThisRun, kFridayTitle); // is still being read
-    choose(kShownRun + kFridayTitle, kThursdayTitle);
+    HeldThreads threads;
+    choose(kShownRun + kThisRun, kFridayTitle);
+    choose(kShownRun + kFridayTitle, kThursdayTitle); // while the first is still being read
     choose(kShownRun + kThursdayTitle, kThisRun);
+    threads.release();
     waitForTasks();
     settle();
     EXPECT_EQ(rows(), QStringList());
@@ -578,11 +581,13 @@ TEST_F(LogsViewTest, theWindowMayGoWhileARunIsRead) {
     click(kShownRun + kThisRun);
     settle();
     auto* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+    HeldThreads threads;
     menu->actions().last()->trigger();
     EXPECT_EQ(session->tasks.count(), 1);
     EXPECT_EQ(lines().accessibleDescription(), kReadingLogOfRun);
     EXPECT_FALSE(button(kExportLog).isEnabled());
     mainWindow.reset();
+    threads.release();
     waitForTasks();
     EXPECT_EQ(session->tasks.count(), 0);
 }

@@ -1,7 +1,5 @@
 #include "fakes/ActionSystem.h"
-
-#include <QSemaphore>
-#include <QThreadPool>
+#include "fakes/HeldThreads.h"
 
 namespace quorvane {
 
@@ -94,17 +92,11 @@ TEST_F(LogActionsTest, anExportEndsWhenTheProgramIsLockedBehindThePanel) {
 
 TEST_F(LogActionsTest, noPanelOpensAboveTheLockScreen) {
     enableLock();
-    QThreadPool& threads = *QThreadPool::globalInstance();
-    const int count = threads.maxThreadCount();
-    QSemaphore free;
-    for (int thread = 0; thread < count; ++thread) {
-        threads.start([&free] { free.acquire(); });
-    }
+    HeldThreads threads;
     const QCoro::Task<ActionOutcome> running = session->logActions.exportLog(*listener);
     lock->lockIfEnabled(); // while the text is made
-    free.release(count);
+    threads.release();
     processEventsUntil([this] { return session->turnstile.isIdle(); });
-    threads.waitForDone(); // they hold what goes with this
     EXPECT_EQ(filePanels.asked, QStringList());
 }
 
@@ -201,19 +193,13 @@ TEST_F(LogActionsTest, tenMebibytesAreReadWithoutHoldingTheWindowUp) {
         text += "  [OK] a line of an earlier run\n";
     }
     keep(kFirst, text);
-    QThreadPool& threads = *QThreadPool::globalInstance();
-    const int count = threads.maxThreadCount();
-    QSemaphore free;
-    for (int thread = 0; thread < count; ++thread) {
-        threads.start([&free] { free.acquire(); });
-    }
+    HeldThreads threads;
     const QCoro::Task<KeptLog> reading = session->logActions.readKept({kFirst, kFirst});
     const Ticks ticks;
     processEventsUntil([&ticks] { return ticks.count() > 3; });
     EXPECT_FALSE(reading.isReady()) << "it is taken apart on another thread";
-    free.release(count);
+    threads.release();
     processEventsUntil([&reading] { return reading.isReady(); });
-    threads.waitForDone();
 }
 
 TEST_F(LogActionsTest, aKeptRunIsExportedUnderANameOfItsOwn) {
