@@ -6,7 +6,7 @@
 namespace quorvane {
 
 /// Keeps every thread of the program's pool busy, so that what is done in the background stays under way for as long as
-/// a test looks at it.
+/// a test looks at it. Qt paints with these threads, too: no event of a shown window may be waited for meanwhile.
 class HeldThreads {
 public:
     HeldThreads() {
