@@ -42,8 +42,7 @@ QCoro::Task<bool> NetworkServicesBack::queue(QSet<QString> captured, QSet<QStrin
 
 QCoro::Task<bool> NetworkServicesBack::settle() {
     const QStringList queued = std::exchange(m_queued, {});
-    const QStringList recorded = SwitchedOffServices(host().files, host().machine).read();
-    if (recorded.isEmpty()) {
+    if (SwitchedOffServices(host().files, host().machine).read().isEmpty()) {
         co_return true;
     }
     const CommandResult listed = co_await listing();
@@ -66,9 +65,7 @@ QCoro::Task<bool> NetworkServicesBack::settle() {
             log(u"  [INFO] Not restored: network service "_s + name);
         }
     }
-    QStringList settled = recorded;
-    settled.removeIf([&](const QString& name) { return there.contains(name) && !on.contains(name); });
-    forget(settled);
+    forget(on); // one that isn't listed may be of another location: it stays noted
     co_return !isOneLeft;
 }
 

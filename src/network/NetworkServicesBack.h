@@ -22,7 +22,8 @@ public:
     /// @param kept      stay off
     /// @return false where the services can't be listed
     QCoro::Task<bool> queue(QSet<QString> captured, QSet<QString> kept);
-    /// Reads the services anew, tells of those that were queued, and forgets all that are on, or aren't there any more.
+    /// Reads the services anew, tells of those that were queued, and forgets all that are on. One that isn't listed
+    /// stays noted: its location may not be the one that is chosen now.
     /// @return false where one that is there is still off, or can't be read
     QCoro::Task<bool> settle();
     /// Called when all services have been switched on: what the user switches off from then on is theirs.

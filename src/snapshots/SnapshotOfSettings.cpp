@@ -1,6 +1,6 @@
 #include "snapshots/SnapshotOfSettings.h"
 
-#include <algorithm>
+#include "tweaks/TweakCatalogue.h"
 
 namespace quorvane {
 
@@ -78,9 +78,15 @@ SystemSnapshot snapshotOf(const CurrentSettings& current, const TypedReadings& t
     return snapshot;
 }
 
-bool isEveryPreferenceAnswered(const CurrentSettings& current) {
-    return std::all_of(current.preferences.begin(), current.preferences.end(),
-                       [](const CurrentPreference& preference) { return preference.reading.isAnswered; });
+QStringList tweaksNotAnswered(const CurrentSettings& current) {
+    QStringList names;
+    for (const MacPreference& preference : kMacPreferences) {
+        const QString name = tweakOf(preference.tweak).name;
+        if (!current.of(preference).reading.isAnswered && !names.contains(name)) {
+            names.append(name);
+        }
+    }
+    return names;
 }
 
 QList<MacPreference> preferencesThatAreSet(const CurrentSettings& current) {

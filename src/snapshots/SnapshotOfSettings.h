@@ -4,6 +4,8 @@
 #include "readings/ExportedPreferences.h"
 #include "snapshots/SystemSnapshot.h"
 
+#include <QStringList>
+
 namespace quorvane {
 
 /// One look at all that tweaks change, as the half of a snapshot that tells of settings: without its id, its time, its label,
@@ -12,8 +14,9 @@ namespace quorvane {
 /// @param typed  read after the texts: where the two differ somebody has changed the value in between, and the later one counts
 SystemSnapshot snapshotOf(const CurrentSettings& current, const TypedReadings& typed);
 
-/// False where a preference wasn't answered. A snapshot of that would delete it on the way back: it is none to keep.
-bool isEveryPreferenceAnswered(const CurrentSettings& current);
+/// The names of the tweaks that have a preference which wasn't answered. A snapshot of that would delete it on the way back: it is
+/// none to keep.
+QStringList tweaksNotAnswered(const CurrentSettings& current);
 
 /// The preferences of which a reading of the type is worth a command: those that are the user's own and set.
 QList<MacPreference> preferencesThatAreSet(const CurrentSettings& current);

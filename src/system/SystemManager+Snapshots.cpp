@@ -92,8 +92,8 @@ std::optional<QString> saveFirst(const SystemSnapshot& snapshot, const Host& hos
 /// What a capture has read, and what it couldn't.
 struct SystemManager::ReadSnapshot {
     SystemSnapshot snapshot;
-    QStringList missing;            ///< as people know it
-    bool hasEveryPreference = true; ///< each was answered, with a value or with none
+    QStringList missing;            ///< as the log calls it
+    QStringList unreadTweaks{};     ///< the names of those with a preference that wasn't answered
     QStringList knownByTextAlone{}; ///< the places of preferences whose type is lost
 };
 
@@ -130,7 +130,7 @@ std::optional<QString> SystemManager::refusalToSave(const ReadSnapshot& read) co
     if (isQuitting()) {
         return kQuitting; // the tools were ended: an empty snapshot would replace a good one
     }
-    if (!read.missing.isEmpty() && (!read.hasEveryPreference || snapshotManager().hasSnapshotFile())) {
+    if (!read.missing.isEmpty() && (!read.unreadTweaks.isEmpty() || snapshotManager().hasSnapshotFile())) {
         return couldNotRead(read.missing);
     }
     return std::nullopt;
@@ -155,16 +155,15 @@ QCoro::Task<std::optional<QString>> SystemManager::keepSettingsBeforeFirstChange
     const EarlierChanges earlier = readEarlierChanges(m_host);
     const QString label = earlier.isAny ? kFirstSeen : kBeforeQuorvane;
     const ReadSnapshot read = co_await readSystemSnapshot(label);
-    std::optional<QString> error;
-    if (isQuitting()) {
-        error = kQuitting;
-    } else if (!read.hasEveryPreference) {
-        error = couldNotRead(read.missing);
-    } else {
-        error = saveFirst(withoutChanges(read.snapshot, earlier), m_host);
+    const QString failure = u"  [ERROR] Failed to save your settings before the first change: "_s;
+    if (!read.unreadTweaks.isEmpty() && !isQuitting()) {
+        log(failure + couldNotRead(read.missing));
+        co_return couldNotRead(read.unreadTweaks);
     }
+    const std::optional<QString> error =
+        isQuitting() ? kQuitting : saveFirst(withoutChanges(read.snapshot, earlier), m_host);
     if (error) {
-        log(u"  [ERROR] Failed to save your settings before the first change: "_s + *error);
+        log(failure + *error);
         co_return error;
     }
     log(earlier.isAny ? u"  [SNAPSHOT] Saved your settings as Quorvane first saw them."_s
@@ -199,7 +198,7 @@ QCoro::Task<SystemManager::ReadSnapshot> SystemManager::readSystemSnapshot(std::
     if (!list.tellsAll() && !read.missing.contains(kLoginItemsReading)) {
         read.missing.prepend(kLoginItemsReading);
     }
-    read.hasEveryPreference = isEveryPreferenceAnswered(current);
+    read.unreadTweaks = tweaksNotAnswered(current);
     const TypedReadings typed = co_await readings.readTypedValues(preferencesThatAreSet(current));
     for (const MacPreference& preference : preferencesKnownByTextAlone(current, typed)) {
         read.knownByTextAlone.append(placeOf(preference));

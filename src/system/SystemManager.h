@@ -197,7 +197,7 @@ public:
     QCoro::Task<SnapshotCapture> captureSystemSnapshot(std::optional<QString> label, MasterArchive archive);
     /// The same before the program's first change to this Mac, into a file of its own that nothing replaces, which isn't the latest
     /// snapshot. Without what an earlier version is known to have changed.
-    /// @return why not; none where it is kept, or something was captured of this Mac before
+    /// @return why not, as people know it; none where it is kept, or something was captured of this Mac before
     QCoro::Task<std::optional<QString>> keepSettingsBeforeFirstChange();
     /// The store of what is kept for good.
     MasterSystemBaselineManager& masterBaselines() { return m_masterBaselines; }

@@ -140,6 +140,16 @@ TEST_F(FirstChange, theQuestionSaysWhatFailed) {
     EXPECT_EQ(alerts.lastStyle(), AlertStyle::Warning);
 }
 
+TEST_F(FirstChange, theQuestionNamesTheTweaksThatCouldNotBeRead) {
+    refuseAReading();
+    commands.answer(reading::kLiveAppNap, ScriptedCommandLauncher::unanswered().first());
+    commands.answer(reading::kCrashReporter, ScriptedCommandLauncher::unanswered().first());
+    alerts.press(1);
+    ending(session->systemActions.applyStartup({}, *listener));
+    EXPECT_TRUE(question().endsWith(u"\n\nCould not read App Nap, Crash Reporter. | Apply, Cancel"_s))
+        << question().toStdString();
+}
+
 TEST_F(FirstChange, aCaptureThatThrowsIsAFailureLikeAnyOther) {
     commands.respond = [](const QStringList&) -> std::optional<CommandOutcome> {
         throw std::runtime_error("the tools are gone");

@@ -112,6 +112,24 @@ TEST(RestoreComparison, takesPreferencesByTypeAndValueWhereBothAreKnown) {
     EXPECT_TRUE(preferencesToCompareByType(snapshot, current).isEmpty());
 }
 
+TEST(RestoreComparison, tellsTheTypeOfAValueThatIsPrintedAsTheCapturedOne) {
+    SystemSnapshot snapshot = snapshotOfBareMac();
+    CurrentSettings current = bareMac();
+    snapshot.appNapDisabled = u"1"_s;
+    snapshot.typedPreferences =
+        TypedValues{{u"NSGlobalDomain NSAppSleepDisabled"_s, *TypedValue::ofXml(u"<integer>1</integer>"_s)}};
+    current.of(preference::kAppSleep).reading.value = u"1"_s;
+    current.of(preference::kLiveAppSleep).reading.value = u"1"_s;
+    EXPECT_EQ(tellingTypes(current, snapshot, {}).preferences, current.preferences) << "nobody asked for the type";
+    EXPECT_EQ(tellingTypes(current, snapshot, typedAppNap(u"<integer>1</integer>"_s)).preferences, current.preferences);
+    EXPECT_EQ(tellingTypes(current, snapshot, typedAppNap(u"<integer>0</integer>"_s)).preferences, current.preferences)
+        << "its text tells that";
+    CurrentSettings told = tellingTypes(current, snapshot, typedAppNap(u"<true/>"_s));
+    EXPECT_EQ(told.of(preference::kAppSleep).reading.value, u"<true/>"_s);
+    told.of(preference::kAppSleep) = current.of(preference::kAppSleep);
+    EXPECT_EQ(told.preferences, current.preferences) << "all others stay as they were";
+}
+
 TEST(RestoreComparison, ofWhatAnEarlierSnapshotDoesNotKnowMinesOnlyWhatKeepsATweakInForce) {
     CurrentSettings current = bareMac();
     current.of(preference::kSystemUpdateInstall).reading.value = u"0"_s;

@@ -3,6 +3,8 @@
 #include "fakes/RestoreSystem.h"
 #include "network/NetworkOperations.h"
 #include "network/SwitchedOffServices.h"
+#include "profiles/UnifiedProfile.h"
+#include "startup/apply/StartupVerification.h"
 #include "startup/background/BackgroundRecord.h"
 #include "startup/launchd/KeptOff.h"
 
@@ -281,7 +283,8 @@ TEST_F(StartupWayBack, servicesThatTheProgramHasSwitchedOffComeOnAgainAndNoOther
                                    kReinstatePrompt)
                               .trimmed()));
     EXPECT_TRUE(lines.contains(u"  [RESTORED] 1 network service(s) switched on again."_s));
-    EXPECT_FALSE(files.exists(kWayBackNetwork));
+    EXPECT_EQ(SwitchedOffServices(files, machine).read(), QStringList(u"Gone"_s))
+        << "it may be of another location, and come on again once that is chosen";
 }
 
 TEST_F(StartupWayBack, aServiceThatStaysOffIsNamedAndFailsTheWayBack) {
@@ -300,6 +303,34 @@ TEST_F(StartupWayBack, whatWasOnIsNotedBeforeTheNetworkIsSwitchedOff) {
     EXPECT_TRUE(QCoro::waitFor(system.disableAllNetworkConnections()));
     EXPECT_EQ(noted, QStringList(u"Wi-Fi"_s));
     EXPECT_EQ(trace.filter(u"listallnetworkservices"_s).size(), 1) << "no command more than before";
+}
+
+TEST_F(StartupWayBack, afterARefusedPromptNothingIsNotedThatIsStillOn) {
+    commands.print(u"networksetup -listallnetworkservices"_s,
+                   "An asterisk (*) denotes that a network service is disabled.\nWi-Fi\n*Dock LAN\n*Users own\n");
+    commands.print(u"/usr/sbin/networksetup -listallnetworkservices"_s,
+                   "An asterisk (*) denotes that a network service is disabled.\nWi-Fi\n*Dock LAN\n*Users own\n");
+    StartupConfiguration startup;
+    startup.disableNetworkAtStartup = true;
+    UnifiedProfile profile;
+    profile.name = u"Live"_s;
+    profile.startup.disableNetworkAtStartup = true;
+    NetworkOperations operations;
+    operations.disableAll = true;
+    const std::pair<const char*, std::function<bool()>> roads[] = {
+        {"a profile", [&] { return QCoro::waitFor(system.applyProfile(profile)); }},
+        {"what runs at login", [&] { return QCoro::waitFor(system.applyStartupChanges(startup)).applySucceeded; }},
+        {"the network alone", [&] { return QCoro::waitFor(system.disableAllNetworkConnections()); }},
+        {"operations", [&] { return QCoro::waitFor(system.runNetworkOperations(operations)).success; }}};
+    for (const auto& [name, start] : roads) {
+        SCOPED_TRACE(name);
+        SwitchedOffServices(files, machine).note({u"Dock LAN"_s, u"Elsewhere"_s});
+        const qsizetype before = files.changedPaths().count(kWayBackNetwork);
+        scripts.answerNext({std::nullopt, u"User canceled."_s, -128});
+        EXPECT_FALSE(start());
+        EXPECT_EQ(files.changedPaths().count(kWayBackNetwork), before + 2) << "noted, and struck again";
+        EXPECT_EQ(SwitchedOffServices(files, machine).read(), (QStringList{u"Dock LAN"_s, u"Elsewhere"_s}));
+    }
 }
 
 TEST_F(StartupWayBack, whatTheUserSwitchesOffAfterAllWereSwitchedOnIsTheirs) {

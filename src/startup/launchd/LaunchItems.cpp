@@ -70,9 +70,23 @@ struct LaunchItems::Found {
     }
 };
 
+/// Which services launchd has switched off, and of those the ones that a run has left with their plists still in place.
+struct LaunchItems::SwitchedOff {
+    LaunchdOverrides overrides;
+    PutAsideRecord::Jobs putAside{};
+    QList<LaunchdService> recorded{};
+
+    /// True where a run has ended between launchd's override and the move. What an installer has brought back isn't: the old one
+    /// lies aside.
+    bool isHalfwayAside(const LaunchPlist& plist, const FileManager& files) const {
+        return putAside.contains(plist.path()) && recorded.contains(plist.service()) &&
+               !files.exists(plist.folder.backupFolder + u'/' + plist.fileName);
+    }
+};
+
 /// What is known before anything goes.
 struct LaunchItems::Preparation {
-    LaunchdOverrides overrides;
+    SwitchedOff switchedOff;
     QList<LaunchdService> services; ///< that are switched off by their labels
     bool isRecorded = true;         ///< false when nothing can be, because it couldn't be written down
 };
@@ -101,7 +115,7 @@ QCoro::Task<LaunchItems::Outcome> LaunchItems::disable(QStringList labels, QSet<
     bool succeeded = prepared.isRecorded;
     QList<SystemPlist> systemPlists;
     for (const QString& label : labels) {
-        const Found found = going.contains(label) ? find(label, prepared.overrides, guards) : Found();
+        const Found found = going.contains(label) ? find(label, prepared.switchedOff, guards) : Found();
         const QString reason = going.contains(label) ? found.lineOf(label) : line(label);
         if (!reason.isEmpty()) {
             log(reason);
@@ -127,7 +141,7 @@ QCoro::Task<LaunchItems::Outcome> LaunchItems::disable(QStringList labels, QSet<
     co_return outcome;
 }
 
-LaunchItems::Found LaunchItems::find(const QString& label, const LaunchdOverrides& overrides,
+LaunchItems::Found LaunchItems::find(const QString& label, const SwitchedOff& switchedOff,
                                      const LaunchItemGuards& guards) const {
     Found found;
     for (const LaunchFolder& folder : isLaunchPlistName(label) ? folders() : QList<LaunchFolder>()) {
@@ -140,7 +154,8 @@ LaunchItems::Found LaunchItems::find(const QString& label, const LaunchdOverride
             continue;
         }
         const LaunchPlist plist = readLaunchPlist(folder, label, host().propertyLists);
-        const bool isOverridden = !isOn(plist, overrides).value_or(true) && !isHalfwayAside(plist);
+        const bool isOverridden =
+            !isOn(plist, switchedOff.overrides).value_or(true) && !switchedOff.isHalfwayAside(plist, host().files);
         if (isOverridden || guards.pathsSwitchedOff.contains(path)) {
             found.isOff = true;
         } else if (plist.runsOnDemand()) {
@@ -154,13 +169,6 @@ LaunchItems::Found LaunchItems::find(const QString& label, const LaunchdOverride
     return found;
 }
 
-/// True where a run has ended between launchd's override and the move. What an installer has brought back isn't: the old one lies
-/// aside.
-bool LaunchItems::isHalfwayAside(const LaunchPlist& plist) const {
-    const QString backup = plist.folder.backupFolder + u'/' + plist.fileName;
-    return !host().files.exists(backup) && putAside().contains(plist.path()) && m_launchd.hasRecorded(plist.service());
-}
-
 /// Asks launchd, and writes down which services are about to be switched off by their labels.
 QCoro::Task<LaunchItems::Preparation> LaunchItems::prepare(QStringList labels, LaunchItemGuards guards) {
     Preparation prepared;
@@ -168,10 +176,10 @@ QCoro::Task<LaunchItems::Preparation> LaunchItems::prepare(QStringList labels, L
         co_return prepared;
     }
     const LaunchdReadings launchd = co_await m_launchd.readings();
-    prepared.overrides = launchd.overrides();
+    prepared.switchedOff = {launchd.overrides(), putAside(), m_launchd.recordedOverrides()};
     QList<LaunchPlist> going;
     for (const QString& label : labels) {
-        going += find(label, prepared.overrides, guards).plists;
+        going += find(label, prepared.switchedOff, guards).plists;
     }
     prepared.services = servicesThatGo(going, launchd.plists(), guards.staying);
     QList<ServiceGoing> services;

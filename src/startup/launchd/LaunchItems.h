@@ -62,11 +62,11 @@ public:
 private:
     struct Found;
     struct Preparation;
+    struct SwitchedOff;
     struct SystemPlist;
 
     QList<LaunchFolder> folders() const;
-    Found find(const QString& label, const LaunchdOverrides& overrides, const LaunchItemGuards& guards) const;
-    bool isHalfwayAside(const LaunchPlist& plist) const;
+    Found find(const QString& label, const SwitchedOff& switchedOff, const LaunchItemGuards& guards) const;
     QCoro::Task<Preparation> prepare(QStringList labels, LaunchItemGuards guards);
     bool hasJob(const QStringList& labels) const;
     QList<LaunchdService> servicesThatGo(const QList<LaunchPlist>& going, const QList<LaunchPlist>& all,
