@@ -835,6 +835,22 @@ QList<PicturedState> WindowPicture::settingsSheetStates() {
              picture.launchSettings();
              openBaselines();
          }},
+        {u"baselines-chosen"_s,
+         [](WindowPicture& picture) {
+             picture.saveBaselines(3);
+             picture.launchSettings();
+             openBaselines();
+             click(u"Use: Before Quorvane"_s);
+             processEventsUntil([] { return isUsable(u"Use: The Latest"_s); });
+         }},
+        {u"baselines-of-another-mac"_s,
+         [](WindowPicture& picture) {
+             picture.saveBaselines(3);
+             picture.launchSettings();
+             openBaselines();
+             click(u"Use: Before gig 3"_s);
+             waitUntilAlert(u"Use Another Mac’s Settings?"_s);
+         }},
         {u"baselines-busy"_s,
          [](WindowPicture& picture) {
              picture.saveBaselines(3);
@@ -1096,6 +1112,16 @@ QList<PicturedState> WindowPicture::alertStates() {
              picture.cutOff(RecordedFlow::Reinstate, u"Reinstate System"_s);
              picture.launch();
              waitUntilAlert(u"A Way Back Was Interrupted"_s);
+         }},
+        {u"alert-exceptions"_s,
+         [](WindowPicture& picture) {
+             picture.shell(kAirDropOffByHand);
+             picture.launchWithProfiles();
+             picture.makeFail(R"([{"tool": "defaults", "arguments": "write com.apple.NetworkBrowser", "status": 1}])");
+             click(reinstateRow().title);
+             answerAlert(u"Reinstate System"_s, u"Reinstate"_s);
+             authorize();
+             waitUntilAlert(u"Restored, With Exceptions"_s);
          }},
         {u"alert-locked"_s,
          [](WindowPicture& picture) {

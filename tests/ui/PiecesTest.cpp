@@ -20,6 +20,7 @@
 #include <QMenuBar>
 #include <QTest>
 #include <QToolButton>
+#include <QVBoxLayout>
 
 #include <gtest/gtest.h>
 
@@ -311,6 +312,36 @@ TEST_P(PiecesTest, aSheetDimsWhatLiesBeneath) {
     EXPECT_EQ(picture.at(sheet->x() + sheet->width() / 2.0, sheet->y() + 6), theme().window.rgb());
     layer->clear();
     EXPECT_EQ(shot(stage).at(3, 290), theme().window.rgb());
+    delete layer;
+}
+
+TEST_P(PiecesTest, aSheetGrowsWithWhatComesLater) {
+    stage.resize(stage.width(), 600);
+    auto* const layer = new SheetLayer(new QWidget(&stage), &stage);
+    layer->resize(stage.size());
+    stage.show();
+    auto* const contents = new QWidget;
+    auto* const rows = new QVBoxLayout(contents);
+    struct SheetOfRows : Sheet {
+        using Sheet::addButton;
+        using Sheet::setContents;
+        using Sheet::setTitle;
+    };
+    auto* const sheet = new SheetOfRows;
+    sheet->setTitle(u"Restore baselines"_s, {});
+    sheet->setContents(contents);
+    sheet->addButton(new AppSecondaryButton(u"Close"_s));
+    style().setLook({ColorScheme::Light, true, false}); // it doesn't slide, so that nothing places it again and again
+    layer->show(sheet);
+    const int empty = sheet->height();
+    auto* const row = new QWidget;
+    row->setFixedHeight(200);
+    rows->addWidget(row);
+    processEventsUntil([&] { return row->visibleRegion().boundingRect().height() == 200; });
+    EXPECT_GE(sheet->height(), empty + 200);
+    row->setFixedHeight(100);
+    processEventsUntil([&] { return row->height() == 100 && sheet->height() < empty + 200; });
+    EXPECT_EQ(row->visibleRegion().boundingRect().height(), 100);
     delete layer;
 }
 

@@ -32,6 +32,15 @@ public:
     }
     QSize sizeHint() const override { return {Theme::kSheet, wholeHeight(width())}; }
     QSize minimumSizeHint() const override { return {0, 0}; }
+
+protected:
+    /// A row that comes later is shown in a later turn: the sheet grows by it only then.
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (watched == widget() && event->type() == QEvent::LayoutRequest) {
+            updateGeometry();
+        }
+        return QScrollArea::eventFilter(watched, event);
+    }
 };
 
 Sheet::Sheet(QWidget* parent)

@@ -160,6 +160,7 @@ void RowChoiceSheet::takeRows() {
             m_card->addRow(makeRow(row));
         }
         m_contents->insertWidget(0, m_card);
+        m_card->show(); // in this turn: the sheet is as high as what is shown
         orderTabs();
     }
     if (focused) {
