@@ -47,15 +47,15 @@ QCoro::Task<bool> SystemManager::applyProfile(UnifiedProfile profile) {
 
     // Also after a failure: what ran as the user has changed the system all the same.
     m_loginItems->readAgain();
-    if (!batchSucceeded && profile.startup.disableNetworkAtStartup) {
-        co_await settleSwitchedOff();
-    }
     const ApplyVerificationResult verification =
         co_await m_verification->profile(profile, batchSucceeded ? AfterOrder::Yes : AfterOrder::No);
     logVerificationResult(verification, u"Profile: "_s + profile.name);
     m_lastApplyVerification = verification;
     const PerformanceSettings inForce = batchSucceeded ? profile.settings : PerformanceSettings();
     co_await strikeRestoredTweaks(inForce);
+    if (!batchSucceeded && profile.startup.disableNetworkAtStartup) {
+        co_await settleSwitchedOff();
+    }
 
     if (!succeeded || isQuitting()) {
         log(u"\n[PROFILE] "_s + profile.name + u" apply failed or was cancelled — check logs."_s);

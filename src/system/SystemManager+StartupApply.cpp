@@ -153,9 +153,6 @@ QCoro::Task<StartupApplyResult> SystemManager::applyStartupChanges(StartupConfig
     const bool isFlushed =
         co_await finishAdminBatch(u"Quorvane needs your administrator password to apply startup changes."_s);
     m_loginItems->readAgain();
-    if (!isFlushed && configuration.disableNetworkAtStartup) {
-        co_await settleSwitchedOff();
-    }
     StartupApplyResult result;
     result.applySucceeded = isCarriedOut && isFlushed;
     result.verification = co_await verifyStartupConfiguration(configuration);
@@ -168,6 +165,9 @@ QCoro::Task<StartupApplyResult> SystemManager::applyStartupChanges(StartupConfig
     }
     for (const ApplyVerificationResult::Item& item : result.verification.failed) {
         logNoteOf(item);
+    }
+    if (!isFlushed && configuration.disableNetworkAtStartup) {
+        co_await settleSwitchedOff();
     }
     co_return result;
 }
