@@ -324,6 +324,34 @@ TEST_F(LaunchItemFlows, aPlistThatIsBackWhileLaunchdHasItAsOffAsksForNothing) {
     EXPECT_FALSE(files.exists(kOverridesFile));
 }
 
+TEST_F(LaunchItemFlows, aPlistThatAKilledRunHasOverriddenAndNotMovedGoesAndStaysNotedAsLoaded) {
+    const QByteArray noted = R"([
+  {
+    "path": "/Users/alex/Library/LaunchAgents/com.box.plist",
+    "wasLoaded": true
+  }
+])";
+    addJob(kUsersAgents + kLabel, u"com.box.job"_s);
+    commands.launchd.overrides = {{u"gui/501/com.box.job"_s, true}};
+    commands.launchd.stoppedJobs = {u"com.box.job"_s};
+    files.addFile(kPutAsideFile, noted);
+    EXPECT_TRUE(disable({kLabel}));
+    EXPECT_TRUE(files.exists(kUsersAgents + kLabel)) << "the override is the user's own";
+    system.invalidateStartupCaches();
+    files.addFile(kOverridesFile, recordOf({{u"com.box.job"_s, u"user"_s}}));
+    files.addFile(kUsersBackup + kLabel, "older");
+    EXPECT_TRUE(disable({kLabel}));
+    EXPECT_TRUE(files.exists(kUsersAgents + kLabel)) << "an installer has brought it back";
+    system.invalidateStartupCaches();
+    files.removeAsRoot(kUsersBackup + kLabel);
+    takeTrace();
+    EXPECT_TRUE(disable({kLabel}));
+    EXPECT_FALSE(takeTrace().contains(u"already disabled"_s));
+    EXPECT_FALSE(files.exists(kUsersAgents + kLabel));
+    EXPECT_EQ(files.read(kUsersBackup + kLabel), "box");
+    EXPECT_EQ(files.read(kPutAsideFile), noted) << "that it isn't loaded is the program's own doing";
+}
+
 TEST_F(LaunchItemFlows, aPlistThatIsOffByItselfIsOffUnlessLaunchdSaysOtherwise) {
     addJob(kUsersAgents + kLabel, u"com.box.job"_s);
     propertyLists.lists[kUsersAgents + kLabel].insert(u"Disabled"_s, true);
