@@ -243,7 +243,8 @@ TEST_F(FirstBaselineFlow, aPreferenceThatNobodyAnsweredIsAFailure) {
     commands.answer(reading::kAppNap, ScriptedCommandLauncher::unanswered().first());
     EXPECT_EQ(keep(), u"Could not read App Nap."_s);
     EXPECT_TRUE(takeTrace().endsWith(
-        u"  [ERROR] Failed to save your settings before the first change: Could not read %1.\n"_s.arg(reading::kAppNap)))
+        u"  [ERROR] Failed to save your settings before the first change: Could not read %1.\n"_s.arg(
+            reading::kAppNap)))
         << "the log names the command, and people are told what they know";
     EXPECT_FALSE(files.exists(kFirstFile));
     EXPECT_TRUE(posted.isEmpty());

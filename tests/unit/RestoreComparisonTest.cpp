@@ -56,6 +56,15 @@ SystemSnapshot snapshotOfBareMac() {
     return snapshot;
 }
 
+/// With a whole number that is printed as a switch is.
+SystemSnapshot snapshotOfTypedAppNap() {
+    SystemSnapshot snapshot = snapshotOfBareMac();
+    snapshot.appNapDisabled = u"1"_s;
+    snapshot.typedPreferences =
+        TypedValues{{u"NSGlobalDomain NSAppSleepDisabled"_s, *TypedValue::ofXml(u"<integer>1</integer>"_s)}};
+    return snapshot;
+}
+
 QList<ComparedSetting> compare(const SystemSnapshot& snapshot, const CurrentSettings& current,
                                const TypedReadings& typed = {}) {
     return comparedWith(snapshot, current, typed, std::nullopt, std::nullopt);
@@ -91,11 +100,8 @@ TEST(RestoreComparison, takesPreferencesByMeaningWhereNoTypeIsKnown) {
 }
 
 TEST(RestoreComparison, takesPreferencesByTypeAndValueWhereBothAreKnown) {
-    SystemSnapshot snapshot = snapshotOfBareMac();
+    SystemSnapshot snapshot = snapshotOfTypedAppNap();
     CurrentSettings current = bareMac();
-    snapshot.appNapDisabled = u"1"_s;
-    snapshot.typedPreferences =
-        TypedValues{{u"NSGlobalDomain NSAppSleepDisabled"_s, *TypedValue::ofXml(u"<integer>1</integer>"_s)}};
     current.of(preference::kAppSleep).reading.value = u"1"_s;
     EXPECT_EQ(faults(compare(snapshot, current)), QStringList()) << "nobody asked for the type";
     EXPECT_EQ(faults(compare(snapshot, current, typedAppNap(u"<integer>1</integer>"_s))), QStringList());
@@ -113,11 +119,8 @@ TEST(RestoreComparison, takesPreferencesByTypeAndValueWhereBothAreKnown) {
 }
 
 TEST(RestoreComparison, tellsTheTypeOfAValueThatIsPrintedAsTheCapturedOne) {
-    SystemSnapshot snapshot = snapshotOfBareMac();
+    SystemSnapshot snapshot = snapshotOfTypedAppNap();
     CurrentSettings current = bareMac();
-    snapshot.appNapDisabled = u"1"_s;
-    snapshot.typedPreferences =
-        TypedValues{{u"NSGlobalDomain NSAppSleepDisabled"_s, *TypedValue::ofXml(u"<integer>1</integer>"_s)}};
     current.of(preference::kAppSleep).reading.value = u"1"_s;
     current.of(preference::kLiveAppSleep).reading.value = u"1"_s;
     EXPECT_EQ(tellingTypes(current, snapshot, {}).preferences, current.preferences) << "nobody asked for the type";
