@@ -10,9 +10,11 @@
 #include "ui/pieces/TextLabel.h"
 #include "ui/symbols/Symbols.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QMenu>
 #include <QRegularExpression>
+#include <QTextEdit>
 
 namespace quorvane {
 
