@@ -14,8 +14,8 @@ namespace quorvane {
 /// @param typed  read after the texts: where the two differ somebody has changed the value in between, and the later one counts
 SystemSnapshot snapshotOf(const CurrentSettings& current, const TypedReadings& typed);
 
-/// The names of the tweaks that have a preference which wasn't answered. A snapshot of that would delete it on the way back: it is
-/// none to keep.
+/// The names of the tweaks that have a preference which wasn't answered. A snapshot of that would delete it on the way
+/// back: it is none to keep.
 QStringList tweaksNotAnswered(const CurrentSettings& current);
 
 /// The preferences of which a reading of the type is worth a command: those that are the user's own and set.

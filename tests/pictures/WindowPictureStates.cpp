@@ -29,6 +29,8 @@
 #include <QTest>
 #include <QTextBrowser>
 
+#include <algorithm>
+
 namespace quorvane {
 
 namespace {
@@ -208,13 +210,19 @@ void WindowPicture::scrollDown() {
     }
 }
 
-/// It may be further down.
+/// It may be further down, and is waited for while something else is under way.
 void WindowPicture::pressRow(const QString& name) {
-    for (QAbstractButton* const row : mainWindow()->findChildren<QAbstractButton*>()) {
-        if (row->accessibleName() == name && row->isVisible()) {
-            row->click();
-        }
-    }
+    QAbstractButton* pressed = nullptr;
+    processEventsUntil([&] {
+        const QList<QAbstractButton*> rows = mainWindow()->findChildren<QAbstractButton*>();
+        const auto found = std::find_if(rows.begin(), rows.end(), [&name](const QAbstractButton* row) {
+            return row->accessibleName() == name && row->isVisible() && row->isEnabled();
+        });
+        pressed = found != rows.end() ? *found : nullptr;
+        return pressed != nullptr;
+    });
+    ASSERT_NE(pressed, nullptr) << name.toStdString();
+    pressed->click();
 }
 
 void WindowPicture::signIn() {

@@ -76,8 +76,8 @@ struct LaunchItems::SwitchedOff {
     PutAsideRecord::Jobs putAside{};
     QList<LaunchdService> recorded{};
 
-    /// True where a run has ended between launchd's override and the move. What an installer has brought back isn't: the old one
-    /// lies aside.
+    /// True where a run has ended between launchd's override and the move. What an installer has brought back isn't: the
+    /// old one lies aside.
     bool isHalfwayAside(const LaunchPlist& plist, const FileManager& files) const {
         return putAside.contains(plist.path()) && recorded.contains(plist.service()) &&
                !files.exists(plist.folder.backupFolder + u'/' + plist.fileName);
